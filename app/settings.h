@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+
+/// All settings of the program: one record for the process, read at start and written at the end. Field names
+/// are the keys of group "main"; numbers are stored as they are and checked where they are used.
+struct AppSettings {
+    int Lang = 1; ///< 0 English, 1 Japanese, 2 French
+    int ShowKAI = 1; ///< line-end marks
+    int ShowTAB = 1; ///< tab marks
+    int ShowZEN = 1; ///< full-width space marks
+    int ShowEOF = 1; ///< end-of-file mark
+    int FontSize = 18; ///< points; 9 or less is read as 18
+    QString FontName = QStringLiteral("lcfont");
+    int AutoIndent = 2; ///< 0 none, 1 tab and space, 2 tab, space and full-width space
+    int WrapMode = 0; ///< 0 none, 1 at the editor's width, 2 at WrapLen columns
+    int WrapLen = 30;
+    int TabLen = 4;
+    int RestoreScroll = 1; ///< put cursor and view back when a recent file is opened
+    int RowNo = 1; ///< row numbers: 0 none, 1 small, 2 large
+    int ActiveHLine = 8; ///< colour index of the active row's underline; 0 none
+    int DefCodec = 3; ///< CharCode of an empty file
+    int DefCRLF = 2; ///< ReturnCode of a file without a line end
+    int BackColor = 2; ///< colour index
+    int ForeColor = 1; ///< colour index
+    int RowNoColor = 0; ///< colour index; 0 the text's colour
+};
+
+/// One row of the recent-files table. `cursorRow` is stored under "CurX", `cursorColumn` under "CurY": files
+/// written by earlier versions have them so.
+struct RecentEntry {
+    QString path; ///< ends in "/"
+    QString name;
+    int cursorRow = 0;
+    int cursorColumn = 0;
+    int scrollX = 0;
+    int scrollY = 0;
+    bool isUsed() const { return !path.isEmpty() && !name.isEmpty(); }
+};
+
+constexpr int recentEntryCount = 20;
+
+/// The recent-files table, row 0 the most recent, and how many of its rows the menu shows.
+struct RecentFiles {
+    int RecentViewCnt = 10;
+    std::array<RecentEntry, recentEntryCount> entries;
+};
+
+AppSettings &appSettings();
+RecentFiles &recentFiles();
+
+/// Fills both records from the file "marlopad"; a missing file or key gives the default.
+void readSettings();
+/// Writes both records as they stand; a file that cannot be written is not reported.
+void writeSettings();
+
+/// The VGA flag: large sizes of all forms. Set once at start from QWS_DISPLAY.
+bool isVga();
+void setVga(bool vga);

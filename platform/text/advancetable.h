@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/text/units.h"
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <unordered_map>
+
+/// Width of every character of one font at one scale, measured once each and then read from a table.
+///
+/// Units: 1/64 logical pixel. A low surrogate and a combining mark are 0 wide: they belong to the character
+/// before. Cost: one or two array reads for a character that was seen before, else one call of the measuring
+/// function. Threads: none; one thread uses it.
+class AdvanceTable {
+public:
+    /// `measure` gives the width of one code point (0 <= width < 65535); TAB is never asked for.
+    using Measure = std::function<int(char32_t codePoint)>;
+    explicit AdvanceTable(Measure measure);
+
+    /// Width of a BMP unit that is no surrogate.
+    int advance(char16_t unit) const
+    {
+        const quint16 *page = m_pages[unit >> 8].get();
+        if (page && page[unit & 0xff] != unknown)
+            return page[unit & 0xff];
+        return measureUnit(unit);
+    }
+    /// Width of any code point.
+    int advanceOf(char32_t codePoint) const;
+    /// Widths of U+0000..U+00FF, all measured: for loops over text of one byte a character.
+    const std::array<quint16, 256> &latin1() const { return m_latin1; }
+
+private:
+    static constexpr quint16 unknown = 0xffff;
+    int measureUnit(char16_t unit) const;
+
+    Measure m_measure;
+    std::array<quint16, 256> m_latin1{};
+    mutable std::array<std::unique_ptr<quint16[]>, 256> m_pages;
+    mutable std::unordered_map<char32_t, int> m_supplementary;
+};

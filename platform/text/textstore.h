@@ -1,0 +1,169 @@
+#pragma once
+
+#include "platform/text/advancetable.h"
+#include "platform/text/units.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringView>
+
+#include <memory>
+
+/// How wide text is and where a row ends.
+struct LayoutRule {
+    /// Not owned; must outlive every store that uses it. Null: every unit is 1 pixel wide.
+    const AdvanceTable *advances = nullptr;
+    /// Distance between tab stops, > 0: a TAB reaches to the next multiple of it, counted from the row's
+    /// start.
+    Subpixels tabStop = 8 * subpixelsPerPixel;
+    /// A row takes no character that would end beyond this width (but always at least one); 0: rows are not
+    /// wrapped.
+    Subpixels limit = 0;
+    friend bool operator==(const LayoutRule &, const LayoutRule &) = default;
+};
+
+/// A run of text as it lies in the store: one of the two views is set. Valid until the next change of the
+/// store.
+struct TextChunk {
+    qint64 offset = 0; ///< of the first unit in the whole text
+    QByteArrayView latin1; ///< set where the store keeps one byte a unit (U+0000..U+00FF)
+    QStringView utf16; ///< set elsewhere
+    bool isLatin1() const { return utf16.isNull(); }
+    qint64 size() const { return isLatin1() ? latin1.size() : utf16.size(); }
+};
+
+/// A run of text cut out of or copied from a store, as compact as the store keeps it; moved, not copied.
+class TextPiece;
+
+/// Text of one document, cut into lines by LF and into display rows by a layout rule.
+///
+/// A B+ tree: leaves hold up to a few thousand units, one byte a unit where all are below 256; inner nodes
+/// sum units, line ends and row ends and keep the widest row. Every conversion is one descent.
+///
+/// Units: offsets, columns and lengths are UTF-16 units; rows, lines and columns count from 0.
+/// Cost: edits and conversions O(log n), whatever the length of a line, wrapped or not.
+/// Errors: a position outside the text is the caller's bug and asserted; nothing here talks to the user.
+class TextStore {
+public:
+    /// One display row. `start + length` is the offset of its LF when `endsLine`, else of the next row's
+    /// first unit.
+    struct Row {
+        qint64 start = 0;
+        qint64 length = 0; ///< units of the row, its LF not counted
+        bool endsLine =
+            false; ///< the row is the last one of its logical line (true for the last row of the text)
+    };
+    /// Builds a store's content from blocks in order, for loading: no second copy, no edit cost.
+    class Builder;
+
+    TextStore();
+    explicit TextStore(const LayoutRule &rule);
+    TextStore(TextStore &&) noexcept;
+    TextStore &operator=(TextStore &&) noexcept;
+    ~TextStore();
+
+    /// Units in the text.
+    qint64 length() const;
+    /// Logical lines: LFs + 1.
+    qint64 lineCount() const;
+    /// Display rows, at least 1; equals lineCount() when rows are not wrapped.
+    qint64 rowCount() const;
+    /// Width of the widest row. Grows exactly and may stay too wide after deletions until asked anew: never
+    /// too small.
+    Subpixels widestRow() const;
+
+    const LayoutRule &layoutRule() const;
+    /// Lays the whole text out anew: O(n), the one operation that is.
+    void setLayoutRule(const LayoutRule &rule);
+
+    char16_t at(qint64 offset) const;
+    QString text(qint64 offset, qint64 length) const;
+    /// The whole text; a second copy, for small texts and tests.
+    QString text() const { return text(0, length()); }
+    /// The stored run that holds `offset` (< length()), beginning exactly at `offset` and at most one leaf
+    /// long.
+    TextChunk chunkAt(qint64 offset) const;
+    /// The stored run that ends exactly at `end` (> 0), at most one leaf long: for walking backwards.
+    TextChunk chunkBefore(qint64 end) const;
+
+    /// Puts `inserted` in place of `removed` units at `offset`; positions behind it that were taken before
+    /// are stale.
+    void replace(qint64 offset, qint64 removed, QStringView inserted);
+    /// Cuts `length` units at `offset` out of the text and hands them over.
+    TextPiece take(qint64 offset, qint64 length);
+    /// A compact copy.
+    TextPiece piece(qint64 offset, qint64 length) const;
+    /// Puts a piece in; pieces of any size cost what their leaves cost, not what their units do.
+    void insert(qint64 offset, const TextPiece &piece);
+
+    Row row(qint64 row) const;
+    /// Row that holds `offset`; the offset at which a row begins belongs to that row, not to the end of the
+    /// one above.
+    RowCol rowColAt(qint64 offset) const;
+    /// `position.column` may be 0..length of the row.
+    qint64 offsetAt(RowCol position) const;
+    qint64 lineAt(qint64 offset) const;
+    LineCol lineColAt(qint64 offset) const;
+    qint64 lineStart(qint64 line) const;
+    /// Row on which a logical line begins.
+    qint64 rowOfLine(qint64 line) const;
+    /// Logical line that a row is part of: the count of rows above it that end a line.
+    qint64 lineOfRow(qint64 row) const;
+
+    /// Distance from the row's start to `position`, tabs expanded; O(log n) also in a row of 100 million
+    /// units.
+    Subpixels xAt(RowCol position) const;
+    /// The column whose character covers `x` (its left edge is at or before x): 0..length of the row.
+    qint64 columnAt(qint64 row, Subpixels x) const;
+
+    /// Asserts every invariant of the tree; for tests.
+    void checkInvariants() const;
+
+    /// Units a leaf holds at the most; tests make it tiny to reach deep trees quickly. Set before any store
+    /// exists.
+    static void setLeafCapacity(int units);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+    friend class Builder;
+};
+
+class TextPiece {
+public:
+    TextPiece();
+    TextPiece(TextPiece &&) noexcept;
+    TextPiece &operator=(TextPiece &&) noexcept;
+    ~TextPiece();
+    /// From a string, e.g. typed text.
+    explicit TextPiece(QStringView text);
+    qint64 length() const;
+    QString text() const;
+    /// Bytes of memory it holds, about.
+    qint64 memory() const;
+    /// Puts another piece behind or before this one.
+    void append(TextPiece &&other);
+    void prepend(TextPiece &&other);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+    friend class TextStore;
+};
+
+class TextStore::Builder {
+public:
+    /// The rule the text is laid out by while it is built, so that loading walks it once.
+    explicit Builder(const LayoutRule &rule);
+    Builder(Builder &&) noexcept;
+    ~Builder();
+    /// Each byte one character U+0000..U+00FF.
+    void append(QByteArrayView latin1);
+    void append(QStringView text);
+    /// The finished store; the builder is empty afterwards.
+    TextStore finish();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

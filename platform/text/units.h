@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// A place in the text as the screen shows it. `row` counts display rows (wrapping makes several rows of one
+/// logical line), `column` counts UTF-16 units from the row's start; both from 0.
+struct RowCol {
+    qint64 row = 0;
+    qint64 column = 0;
+    friend auto operator<=>(const RowCol &, const RowCol &) = default;
+};
+
+/// A place in the text as the file has it: `line` counts LF-ended lines, `column` UTF-16 units; both from 0.
+struct LineCol {
+    qint64 line = 0;
+    qint64 column = 0;
+    friend auto operator<=>(const LineCol &, const LineCol &) = default;
+};
+
+/// A horizontal distance in 1/64 logical pixel: exact for the fractional advances of scaled fonts, and 64
+/// bits wide because one row may hold a hundred million characters.
+using Subpixels = qint64;
+constexpr Subpixels subpixelsPerPixel = 64;
