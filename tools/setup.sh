@@ -1,0 +1,37 @@
+# Sourced by ./run and ./test: installs Debian packages that are missing, and says so in a line.
+
+build_packages="g++ cmake ninja-build ccache qt6-base-dev libqt6svg6-dev qt6-tools-dev qt6-l10n-tools libgl-dev libicu-dev"
+show_packages="fonts-vlgothic libqt6svg6 xvfb openbox xdotool imagemagick dbus dbus-daemon x11-utils"
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# need PACKAGE…: installs those that are not installed yet.
+need() {
+    missing=
+    for package in "$@"; do
+        case "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" in
+        installed) ;;
+        *) missing="$missing $package" ;;
+        esac
+    done
+    [ -n "$missing" ] || return 0
+    echo "Installing$missing"
+    # shellcheck disable=SC2086 # the names are separate words
+    quietly as_root apt-get update \
+        && quietly as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $missing \
+        || { echo "Could not install$missing; the lines above tell why." >&2; return 1; }
+}
+
+# quietly COMMAND…: shows what it prints only when it fails.
+quietly() {
+    quiet_log=$(mktemp)
+    if "$@" >"$quiet_log" 2>&1; then
+        rm -f "$quiet_log"
+    else
+        cat "$quiet_log"
+        rm -f "$quiet_log"
+        return 1
+    fi
+}
