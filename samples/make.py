@@ -24,7 +24,7 @@ JIS_KATAKANA = str.maketrans({"ﾏ": "マ", "ｰ": "ー", "ﾛ": "ロ", "ﾊ": "
 
 # Line ends and zero bytes of a UTF-16 file are rewritten byte by byte before it is decoded, so only a text whose
 # characters hold none of those bytes comes through as it is.
-WIDE = "二千二十六年、見本の文書。「日本語だけの一行です」、全部の文字が読めますか？"
+WIDE = "二千二十六年、見本の文書。『日本語だけの行です』、全部の文字が読めますか？"
 
 SAMPLES = {
     "shift-jis-crlf.txt": (TEXT.replace("〜", "～"), "cp932", "\r\n"),
