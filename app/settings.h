@@ -29,14 +29,14 @@ struct AppSettings {
 };
 
 /// One row of the recent-files table. `cursorRow` is stored under "CurX", `cursorColumn` under "CurY": files
-/// written by earlier versions have them so.
+/// written by earlier versions have them so. The numbers are whatever the file held.
 struct RecentEntry {
     QString path; ///< ends in "/"
     QString name;
-    int cursorRow = 0;
-    int cursorColumn = 0;
-    int scrollX = 0;
-    int scrollY = 0;
+    qint64 cursorRow = 0;
+    qint64 cursorColumn = 0;
+    qint64 scrollX = 0; ///< pixels
+    qint64 scrollY = 0; ///< pixels
     bool isUsed() const { return !path.isEmpty() && !name.isEmpty(); }
 };
 
@@ -44,7 +44,7 @@ constexpr int recentEntryCount = 20;
 
 /// The recent-files table, row 0 the most recent, and how many of its rows the menu shows.
 struct RecentFiles {
-    int RecentViewCnt = 10;
+    int RecentViewCnt = 10; ///< 0 to 15 as the options dialog has it; a file may hold any number
     std::array<RecentEntry, recentEntryCount> entries;
 };
 
