@@ -4,10 +4,12 @@
 #include "platform/text/undohistory.h"
 
 #include <QAbstractScrollArea>
+#include <QInputMethodEvent>
 
 #include <memory>
 
 class FontMeasure;
+class QMenu;
 class QPainter;
 
 /// A multi-line plain-text editor on a TextStore: the classic interface with its classic names.
@@ -15,11 +17,15 @@ class QPainter;
 /// Positions are (row, column) in display rows unless a name says line or offset. Columns are UTF-16 units. A
 /// position outside the text is moved to the nearest one inside. Cost: no operation but wrapping anew depends
 /// on the length of the document.
+///
+/// Keys that are not the editor's own are ignored, so that they reach the window around it; Tab and Backtab
+/// never move the focus.
 class QMultiLineEdit : public QAbstractScrollArea {
     Q_OBJECT
 public:
     enum WordWrap { NoWrap, WidgetWidth, FixedPixelWidth, FixedColumnWidth };
-    enum WrapPolicy { AtWhiteSpace, Anywhere };
+    /// Where a row may end: between any two characters, as text without blanks between words needs it.
+    enum WrapPolicy { Anywhere };
 
     explicit QMultiLineEdit(QWidget *parent = nullptr);
     ~QMultiLineEdit() override;
@@ -36,7 +42,9 @@ public:
     const UndoHistory &history() const;
 
     void getCursorPosition(qint64 *row, qint64 *column) const;
+    /// The same for callers that count in int: beyond its range the largest int is given.
     void getCursorPosition(int *row, int *column) const;
+    /// Puts the cursor there and scrolls to it; `mark` extends the selection, otherwise it is dropped.
     virtual void setCursorPosition(qint64 row, qint64 column, bool mark = false);
     RowCol cursorPosition() const;
     qint64 cursorOffset() const;
@@ -50,10 +58,13 @@ public:
     /// Off: edits are not recorded; switching either way empties the history.
     void setUndoEnabled(bool enabled);
     int undoDepth() const;
+    /// Steps kept apart; below 1 counts as 1.
     void setUndoDepth(int steps);
+    /// Set by any edit, cleared by whoever saves the text.
     bool edited() const;
     void setEdited(bool edited);
     bool isOverwriteMode() const;
+    /// Read only: a person cannot change the text, the functions below can.
     bool isReadOnly() const;
     void setReadOnly(bool readOnly);
 
@@ -64,7 +75,7 @@ public:
     int wrapColumnOrWidth() const;
     void setWrapPolicy(WrapPolicy policy);
     WrapPolicy wrapPolicy() const;
-    /// Pixels between the widget's edge and the text.
+    /// Pixels between the widget's edge and the text; below 0 counts as 0.
     void setHMargin(int pixels);
     int hMargin() const;
     /// Tab width of all editors of the process, in characters; below 1 counts as 1.
@@ -79,16 +90,28 @@ public:
     /// The same in rows, for documents whose pixels overflow.
     qint64 topRow() const;
     void setTopRow(qint64 row);
-    /// Height of a row in logical pixels.
+    /// Height of a row in logical pixels: whole device pixels, so a fraction at most scales.
+    qreal rowHeight() const;
+    /// rowHeight() as a whole number, for vertical offsets.
     int cellHeight() const;
     /// Width of the widest row and margins, at least the viewport's.
     int cellWidth() const;
+    /// A row with its margin in viewport coordinates, moved by the view's offsets; any row, visible or not.
+    QRectF cellRect(qint64 row) const;
+    /// The cursor's place in viewport coordinates.
+    QRect cursorRect() const;
+    /// Offset of the cursor place nearest to a point of the viewport.
+    qint64 offsetAt(const QPoint &point) const;
     /// Replaces the whole content by a store that was built with layoutRule().
     virtual void setText(TextStore &&store);
     /// The rule new stores for this editor are to be built with.
     LayoutRule layoutRule() const;
     /// Scrolls so that the cursor is visible.
     void makeCursorVisible();
+
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+    /// The same with a place or a length to look at, as input methods ask it.
+    Q_INVOKABLE QVariant inputMethodQuery(Qt::InputMethodQuery query, const QVariant &argument) const;
 
 public slots:
     virtual void setText(const QString &text);
@@ -97,6 +120,7 @@ public slots:
     virtual void insert(const QString &text);
     /// Inserts at a place without touching the cursor's text; marks it when asked.
     virtual void insertAt(const QString &text, qint64 row, qint64 column, bool mark = false);
+    /// Takes a display row out, with its line end where it has one; nothing for a row that does not exist.
     virtual void removeLine(qint64 row);
     void selectAll();
     void deselect();
@@ -108,19 +132,66 @@ public slots:
     void setOverwriteMode(bool on);
 
 signals:
+    /// The text changed; once for each operation, whatever it is made of.
     void textChanged();
+    /// Return or Enter broke a line.
     void returnPressed();
+    /// There is something to undo now, or no more; likewise for the next two. Never twice the same.
     void undoAvailable(bool available);
     void redoAvailable(bool available);
     void copyAvailable(bool available);
 
 protected:
-    /// Paints the part `update` of one row; both rectangles are in viewport coordinates, `cell` is the whole
-    /// row with its margin, moved by the view's offset. Does nothing for a row that does not exist.
-    virtual void paintCell(QPainter &target, qint64 row, const QRect &cell, const QRect &update);
+    /// Text that an input method is still composing: shown at the cursor, no part of the document.
+    struct Preedit {
+        QString text;
+        QList<QInputMethodEvent::Attribute> formats; ///< of kind TextFormat; start and length in `text`
+        int cursor = 0; ///< the cursor's place in `text`
+        bool cursorVisible = true;
+    };
+    const Preedit &preedit() const;
+    /// Whether an input method is composing: Return then ends the composition and breaks no line.
+    bool isComposing() const;
+    /// Ends the composition as if Return had been given to the input method.
+    void commitPreedit();
+
+    /// Paints the part `update` of one row; both rectangles are in viewport coordinates, `cell` is
+    /// cellRect(row). Does nothing for a row that does not exist.
+    virtual void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update);
     /// Whether the cursor is in the visible phase of its blinking.
     bool isCursorOn() const;
     std::shared_ptr<const FontMeasure> fontMeasure() const;
     /// Asks for a repaint of one row, at most once a frame.
     void updateRow(qint64 row);
+    /// Undo, Redo, Cut, Copy, Paste, Select All, each enabled when it can do something; owned by the caller.
+    QMenu *createContextMenu();
+
+    bool event(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void timerEvent(QTimerEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+    friend struct Private;
 };
