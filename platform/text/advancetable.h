@@ -18,7 +18,7 @@ public:
     using Measure = std::function<int(char32_t codePoint)>;
     explicit AdvanceTable(Measure measure);
 
-    /// Width of a BMP unit that is no surrogate.
+    /// Width of a unit that stands alone: anything but the two halves of a surrogate pair.
     int advance(char16_t unit) const
     {
         const quint16 *page = m_pages[unit >> 8].get();
@@ -28,12 +28,14 @@ public:
     }
     /// Width of any code point.
     int advanceOf(char32_t codePoint) const;
-    /// Widths of U+0000..U+00FF, all measured: for loops over text of one byte a character.
+    /// Widths of U+0000..U+00FF, all measured but TAB and LF, which are 0: for loops over text of one byte a
+    /// character.
     const std::array<quint16, 256> &latin1() const { return m_latin1; }
 
 private:
     static constexpr quint16 unknown = 0xffff;
     int measureUnit(char16_t unit) const;
+    int measured(char32_t codePoint) const;
 
     Measure m_measure;
     std::array<quint16, 256> m_latin1{};

@@ -11,13 +11,14 @@
 
 /// How wide text is and where a row ends.
 struct LayoutRule {
-    /// Not owned; must outlive every store that uses it. Null: every unit is 1 pixel wide.
+    /// Not owned; must outlive every store that uses it. Null: every character is 1 pixel wide, a surrogate
+    /// pair as well.
     const AdvanceTable *advances = nullptr;
     /// Distance between tab stops, > 0: a TAB reaches to the next multiple of it, counted from the row's
     /// start.
     Subpixels tabStop = 8 * subpixelsPerPixel;
     /// A row takes no character that would end beyond this width (but always at least one); 0: rows are not
-    /// wrapped.
+    /// wrapped. A surrogate pair and the characters without width that follow another stay on one row.
     Subpixels limit = 0;
     friend bool operator==(const LayoutRule &, const LayoutRule &) = default;
 };
