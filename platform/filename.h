@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+#include <QStringView>
+
+/// File names as strings, without losing any.
+///
+/// A name is a row of bytes to the system, usually UTF-8. A byte that is not part of well-formed UTF-8 (old
+/// memory cards carry Shift-JIS names) travels through strings as the lone surrogate U+DC80..U+DCFF of its
+/// value, and becomes that byte again. The toolkit's own file classes lose such names: use these functions
+/// and the system's calls for every name a user may choose.
+namespace FileName {
+
+/// For any bytes b: toBytes(fromBytes(b)) == b. A byte-order mark is kept.
+QString fromBytes(QByteArrayView bytes);
+/// Lone surrogates other than U+DC80..U+DCFF, which no name on a disk gives, become U+FFFD.
+QByteArray toBytes(QStringView name);
+
+/// Whether there is something of that name, a folder too; a symbolic link counts as what it leads to.
+bool exists(QStringView name);
+
+/// The name as it may be shown in one line: every undecodable byte and every control character is U+FFFD.
+QString forDisplay(const QString &name);
+
+} // namespace FileName
