@@ -1,1 +1,118 @@
-#include <QMainWindow>
+#include "app/frmmain.h"
+
+#include "app/documentarea.h"
+#include "app/settings.h"
+#include "editor/ctlediter.h"
+#include "editor/ctltabbar.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QScreen>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QTranslator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::chrono::milliseconds firstDocumentDelay{ 200 };
+
+void setApplicationFont()
+{
+    QFont font = QApplication::font();
+    font.setPointSize(isVga() ? 18 : 10);
+    QApplication::setFont(font);
+}
+
+} // namespace
+
+frmMain::frmMain(QWidget *parent)
+    : QMainWindow(parent)
+{
+    setObjectName(u"frmMain"_s);
+    setVga(qEnvironmentVariable("QWS_DISPLAY").contains(u"Vga"));
+    setApplicationFont();
+    readSettings();
+    installTranslator(appSettings().Lang);
+    setWindowTitle(u"Marlo!Pad QT"_s);
+    // The tool bars hold the menus: no menu may offer to hide them.
+    setContextMenuPolicy(Qt::NoContextMenu);
+    createMenuBar();
+    createActions();
+    buildMenus();
+    createToolBar();
+    m_documents = new DocumentArea(this);
+    setCentralWidget(m_documents);
+    connect(tabBar(), &ctlTabBar::currentChanged, this, &frmMain::slotTabCurrentChanged);
+    QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
+}
+
+frmMain::~frmMain()
+{
+    writeSettings();
+}
+
+ctlEditer *frmMain::currentEditor() const
+{
+    return qobject_cast<ctlEditer *>(m_documents->stack()->currentWidget());
+}
+
+ctlTabBar *frmMain::tabBar() const
+{
+    return m_documents->tabBar();
+}
+
+void frmMain::slotEtcFirstNewDoc()
+{
+    m_firstDocumentDue = !isActiveWindow();
+    if (m_firstDocumentDue)
+        return;
+    if (tabBar()->count() == 0)
+        slotCmdFileNew();
+    m_documents->arrange();
+}
+
+void frmMain::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    if (m_fullScreen)
+        coverScreen();
+    showToolBarLabels();
+    m_documents->arrange();
+}
+
+void frmMain::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (m_fullScreen)
+        coverScreen();
+    QTimer::singleShot(firstDocumentDelay, this, &frmMain::slotEtcFirstNewDoc);
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    if (!confirmCloseAll(false)) {
+        event->ignore();
+        return;
+    }
+    writeSettings();
+    event->accept();
+    QWidget::closeEvent(event);
+}
+
+void frmMain::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && m_firstDocumentDue)
+        slotEtcFirstNewDoc();
+    // The window manager can end full screen as well; it would be fought by the next resize.
+    if (event->type() == QEvent::WindowStateChange)
+        m_fullScreen = isFullScreen();
+}
+
+void frmMain::coverScreen()
+{
+    showFullScreen();
+    resize(screen()->size());
+}

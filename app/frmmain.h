@@ -1,0 +1,186 @@
+#pragma once
+
+#include "app/command.h"
+
+#include <QMainWindow>
+
+#include <array>
+#include <memory>
+#include <optional>
+
+class ctlEditer;
+class ctlTabBar;
+class DocumentArea;
+class QDateTime;
+class QMenuBar;
+class QStackedWidget;
+class QToolBar;
+class QTranslator;
+
+enum class FileDialogMode { Open, SaveAs };
+
+/// What the file dialog was left with.
+struct FileChoice {
+    QString folder; ///< ends in "/"
+    QString name;
+    int charCode = 0; ///< a CharCode; 0: detect, or keep
+    int returnCode = 0; ///< a ReturnCode; 0: keep
+};
+
+/// The last search that was asked for.
+struct SearchRequest {
+    int searchMode = 0; ///< 0 search, 1 replace
+    int caseSensitive = 0;
+    QString findText;
+    QString replaceText;
+};
+
+/// The main window: menus, tool bar, key map, the open documents and the commands on them.
+///
+/// The current document is the editor that the stack shows. A command that needs one does nothing without.
+class frmMain : public QMainWindow {
+    Q_OBJECT
+public:
+    /// Reads the settings, sets the application's font and installs the translator.
+    explicit frmMain(QWidget *parent = nullptr);
+    /// Writes the settings.
+    ~frmMain() override;
+
+    ctlEditer *currentEditor() const;
+    ctlTabBar *tabBar() const;
+    bool isCoveringScreen() const { return m_fullScreen; }
+
+    /// The action of a menu's item: its menu text, its icon and, on the tool bar, its label and tool tip.
+    QAction *item(MenuId menu, int id) const;
+    QMenu *menu(MenuId menu) const { return m_menus[std::size_t(menu)]; }
+    QMenu *recentMenu() const { return m_recentMenu; }
+
+    /// Opens a file, or switches to its tab when it is open already; asks before edits are thrown away.
+    /// `charCode` is the CharCode to read it with, 0 to detect.
+    void openDocument(const QString &path, int charCode);
+    /// Saves under the document's own name and codes. False when it was not written.
+    bool slotCmdFileSave(ctlEditer *editor);
+    /// The one place that writes: asks for a name when `path` is empty; 0 keeps the document's code or line
+    /// end.
+    bool slotCmdFileSave(
+        ctlEditer *editor, const QString &path, const QString &name, int charCode, int returnCode);
+    bool slotCmdFileSaveAs(ctlEditer *editor);
+    /// Closes every document, from the last tab backwards; modified ones are asked about, or saved without
+    /// asking. False when that was cancelled or a save failed; what was passed by then stays closed.
+    bool confirmCloseAll(bool saveWithoutAsking);
+
+    /// Gives changed settings to every document and to the menus; no document counts as modified by that.
+    void applySettings();
+    /// The text that the Date and Time command inserts.
+    static QString dateTimeText(const QDateTime &time);
+
+    /// Fills the Recent Files menu from the table.
+    void rebuildRecentMenu();
+    /// Puts a document that is being closed on top of the table; one that was never saved is left out.
+    void addRecent(ctlEditer *editor);
+    /// Puts cursor and view of a document that was just loaded where they were when it was closed, unless the
+    /// user does not want that.
+    void restorePosition(ctlEditer *editor);
+
+public slots:
+    /// A request of the launcher.
+    void setDocument(const QString &path);
+
+    void slotCmdFileNew();
+    void slotCmdFileOpen();
+    void slotCmdFileReload();
+    void slotCmdFileProp();
+    void slotCmdFileSave();
+    void slotCmdFileSaveAs();
+    void slotCmdFileCloseTab();
+    void slotCmdFileSaveAll();
+    void slotCmdFileQuitSave();
+    void slotCmdFileQuitNoSave();
+    void slotCmdMnuRecent(int id);
+
+    void slotCmdEditUndo();
+    void slotCmdEditRedo();
+    void slotCmdEditCut();
+    void slotCmdEditCopy();
+    void slotCmdEditPast();
+    void slotCmdEditSelAll();
+    void slotCmdEditDateTime();
+    void slotCmdEditOption();
+
+    void slotCmdViewLangJa();
+    void slotCmdViewLangEn();
+    void slotCmdViewLangFr();
+    void slotCmdViewWinPrev();
+    void slotCmdViewWinNext();
+    void slotCmdViewSearch();
+    void slotCmdViewSrchBefo();
+    void slotCmdViewSrchNext();
+    void slotCmdViewReplace();
+    void slotCmdViewGyoJump();
+    void slotCmdViewLastEdit();
+    void slotCmdViewFull();
+    void slotCmdViewHelp();
+    void slotCmdViewAbout();
+
+    void slotTabCurrentChanged(ctlEditer *editor);
+    /// Makes the first document when the window is active and has none.
+    void slotEtcFirstNewDoc();
+    /// The next tab by id with 1, the previous one with 0; round at the ends.
+    void slotEtcChangeTab(int forward);
+    void slotEdUndoAvailable(ctlEditer *editor, bool available);
+    void slotEdRedoAvailable(ctlEditer *editor, bool available);
+    void slotEdCopyAvailable(bool available);
+
+protected:
+    /// Runs the file dialog at a folder and name; nothing when it was not accepted.
+    virtual std::optional<FileChoice> chooseFile(
+        FileDialogMode mode, const QString &folder, const QString &name);
+    /// Runs the options dialog; whether it was accepted.
+    virtual bool editOptions();
+
+    void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    enum class SaveAnswer { Yes, No, Cancel };
+
+    void createMenuBar();
+    void createActions();
+    QAction *createAction(const Command &command);
+    void createToolBar();
+    void buildMenus();
+    void fillMenu(MenuId id);
+    void showToolBarLabels();
+    void coverScreen();
+
+    ctlEditer *addDocument(const QString &caption);
+    void showDocument(ctlEditer *editor);
+    void closeDocument(ctlEditer *editor);
+    ctlEditer *editorOfFile(const QString &fileName) const;
+    void openChosen(const FileChoice &file);
+    void loadInto(ctlEditer *editor, const FileChoice &file);
+    bool isReloadWanted(const QString &title, const QString &question);
+    std::optional<FileChoice> chooseFileFor(const ctlEditer *editor, FileDialogMode mode);
+    SaveAnswer askToSave(const ctlEditer *editor);
+    bool saveIfWanted(ctlEditer *editor);
+    void updateTabText(ctlEditer *editor);
+    void updateCaption();
+
+    bool installTranslator(int language);
+    void changeLanguage(int language, const QString &missingFileText);
+
+    DocumentArea *m_documents = nullptr;
+    QMenuBar *m_menuBar = nullptr;
+    QToolBar *m_toolBar = nullptr;
+    int m_labelledWidth = 0; ///< of the tool bar with its labels
+    std::array<QMenu *, menuCount> m_menus{};
+    QMenu *m_recentMenu = nullptr;
+    std::array<QList<QAction *>, menuCount> m_items;
+    bool m_fullScreen = false;
+    bool m_firstDocumentDue = false;
+    SearchRequest m_search;
+    std::unique_ptr<QTranslator> m_translator;
+};

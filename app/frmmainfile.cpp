@@ -1,0 +1,223 @@
+#include "app/frmmain.h"
+
+#include "app/documentarea.h"
+#include "app/settings.h"
+#include "editor/ctlediter.h"
+#include "editor/ctltabbar.h"
+#include "platform/filename.h"
+#include "platform/messagebox.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStackedWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int firstTabId = 0;
+constexpr int lastTabIdForward = 999;
+constexpr int lastTabIdBackward = 1000;
+
+bool isSaved(const ctlEditer *editor)
+{
+    return !editor->path().isEmpty();
+}
+
+/// A document that nobody would miss: never saved and not modified.
+bool isFresh(const ctlEditer *editor)
+{
+    return !isSaved(editor) && !editor->edited();
+}
+
+QString fullName(const ctlEditer *editor)
+{
+    return editor->path() + editor->name();
+}
+
+/// Folder and name of a file, without looking at the disk.
+FileChoice fileOf(const QString &path, int charCode)
+{
+    const QFileInfo info(path);
+    const QString folder = info.absolutePath();
+    return { folder.endsWith(u'/') ? folder : folder + u'/', info.fileName(), charCode, 0 };
+}
+
+} // namespace
+
+void frmMain::setDocument(const QString &path)
+{
+    openDocument(path, 0);
+}
+
+void frmMain::slotCmdFileNew()
+{
+    showDocument(addDocument({}));
+}
+
+/// A new editor with its tab, not yet the current one; an empty caption is the editor's own name.
+ctlEditer *frmMain::addDocument(const QString &caption)
+{
+    auto *editor = new ctlEditer(m_documents->stack());
+    connect(editor, &ctlEditer::undoAvailable2, this, &frmMain::slotEdUndoAvailable);
+    connect(editor, &ctlEditer::redoAvailable2, this, &frmMain::slotEdRedoAvailable);
+    connect(editor, &ctlEditer::copyAvailable, this, &frmMain::slotEdCopyAvailable);
+    m_documents->stack()->addWidget(editor);
+    tabBar()->addTab(editor, caption.isEmpty() ? editor->name() : caption);
+    return editor;
+}
+
+void frmMain::showDocument(ctlEditer *editor)
+{
+    tabBar()->setCurrentTab(editor);
+    m_documents->stack()->setCurrentWidget(editor);
+    editor->setFocus();
+    updateCaption();
+    m_documents->arrange();
+}
+
+ctlEditer *frmMain::editorOfFile(const QString &fileName) const
+{
+    const QList<ctlEditer *> editors = tabBar()->editors();
+    const auto found = std::find_if(editors.begin(), editors.end(),
+        [&](const ctlEditer *editor) { return isSaved(editor) && fullName(editor) == fileName; });
+    return found == editors.end() ? nullptr : *found;
+}
+
+void frmMain::openDocument(const QString &path, int charCode)
+{
+    const FileChoice file = fileOf(path, charCode);
+    if (ctlEditer *editor = editorOfFile(file.folder + file.name)) {
+        tabBar()->setCurrentTab(editor);
+        const QString question =
+            tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forDisplay(path));
+        if (editor->edited() && isReloadWanted(tr("Existing File"), question))
+            loadInto(editor, file);
+        return;
+    }
+    ctlEditer *editor = addDocument(FileName::forDisplay(file.name));
+    editor->loadFile(file.folder, file.name, charCode);
+    showDocument(editor);
+    restorePosition(editor);
+}
+
+/// Opens a file the user has chosen: in the current document when nobody would miss that.
+void frmMain::openChosen(const FileChoice &file)
+{
+    ctlEditer *editor = currentEditor();
+    if (!editor || !isFresh(editor) || editorOfFile(file.folder + file.name)) {
+        openDocument(file.folder + file.name, file.charCode);
+        return;
+    }
+    loadInto(editor, file);
+    restorePosition(editor);
+    editor->setFocus();
+}
+
+void frmMain::loadInto(ctlEditer *editor, const FileChoice &file)
+{
+    editor->loadFile(file.folder, file.name, file.charCode);
+    updateTabText(editor);
+    updateCaption();
+    m_documents->arrange();
+}
+
+bool frmMain::isReloadWanted(const QString &title, const QString &question)
+{
+    return MessageBox::question(this, title, question, { tr("Yes"), tr("No") }, 0, MessageBox::noEscape) == 0;
+}
+
+void frmMain::slotCmdFileOpen()
+{
+    if (const std::optional<FileChoice> file = chooseFileFor(currentEditor(), FileDialogMode::Open))
+        openChosen(*file);
+}
+
+void frmMain::slotCmdFileReload()
+{
+    ctlEditer *editor = currentEditor();
+    if (!editor || !isSaved(editor) || editor->name().isEmpty())
+        return;
+    const QString question = tr("Cancel edit and reload\n'%1'?").arg(FileName::forDisplay(editor->name()));
+    if (isReloadWanted(tr("Confirm Reload"), question))
+        loadInto(editor, { editor->path(), editor->name(), editor->charCode(), 0 });
+}
+
+/// Runs the file dialog where the document lies, or in the user's documents for one that was never saved.
+std::optional<FileChoice> frmMain::chooseFileFor(const ctlEditer *editor, FileDialogMode mode)
+{
+    if (editor && isSaved(editor))
+        return chooseFile(mode, editor->path(), editor->name());
+    return chooseFile(mode, QDir::homePath() + u"/Documents/"_s, u".txt"_s);
+}
+
+std::optional<FileChoice> frmMain::chooseFile(FileDialogMode, const QString &, const QString &)
+{
+    return std::nullopt;
+}
+
+void frmMain::slotEtcChangeTab(int forward)
+{
+    if (tabBar()->count() < 2)
+        return;
+    const int current = tabBar()->currentTab();
+    const auto showIfThere = [this](int id) {
+        const bool isThere = tabBar()->editorOf(id);
+        if (isThere)
+            tabBar()->setCurrentTab(id);
+        return isThere;
+    };
+    const int step = forward ? 1 : -1;
+    const int end = forward ? lastTabIdForward : firstTabId;
+    for (int id = current + step; forward ? id <= end : id >= end; id += step) {
+        if (showIfThere(id))
+            return;
+    }
+    for (int id = forward ? firstTabId : lastTabIdBackward; id != current; id += step) {
+        if (showIfThere(id))
+            return;
+    }
+}
+
+void frmMain::slotTabCurrentChanged(ctlEditer *editor)
+{
+    if (editor)
+        m_documents->stack()->setCurrentWidget(editor);
+    const ctlEditer *current = currentEditor();
+    item(MenuId::Edit, 1)->setEnabled(current && current->undoAvailable());
+    item(MenuId::Edit, 2)->setEnabled(current && current->redoAvailable());
+    slotEdCopyAvailable(current && current->hasMarkedText());
+    updateCaption();
+}
+
+void frmMain::slotEdUndoAvailable(ctlEditer *editor, bool available)
+{
+    item(MenuId::Edit, 1)->setEnabled(available);
+    editor->setEdited(available);
+    updateTabText(editor);
+}
+
+void frmMain::slotEdRedoAvailable(ctlEditer *, bool available)
+{
+    item(MenuId::Edit, 2)->setEnabled(available);
+}
+
+void frmMain::slotEdCopyAvailable(bool available)
+{
+    item(MenuId::Edit, 3)->setEnabled(available);
+    item(MenuId::Edit, 4)->setEnabled(available);
+}
+
+void frmMain::updateTabText(ctlEditer *editor)
+{
+    const QString name = FileName::forDisplay(editor->name());
+    tabBar()->setTabCaption(editor, editor->edited() ? u"* "_s + name : name);
+}
+
+void frmMain::updateCaption()
+{
+    const QString caption = u"Marlo!Pad QT"_s;
+    const ctlEditer *editor = currentEditor();
+    setWindowTitle(
+        editor ? u"%1  [%2][%3]"_s.arg(caption, editor->charCodeName(), editor->returnCodeName()) : caption);
+}

@@ -1,0 +1,84 @@
+#include "app/frmmain.h"
+
+#include "app/settings.h"
+#include "editor/ctlediter.h"
+#include "platform/filename.h"
+#include "platform/resource.h"
+
+#include <QMenu>
+
+#include <algorithm>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isSaved(const ctlEditer *editor)
+{
+    return !editor->path().isEmpty() && !editor->name().isEmpty();
+}
+
+auto isEntryOf(const ctlEditer *editor)
+{
+    return [path = editor->path(), name = editor->name()](
+               const RecentEntry &entry) { return entry.path == path && entry.name == name; };
+}
+
+/// A file name as a menu shows it unchanged.
+QString menuText(const QString &name)
+{
+    return FileName::forDisplay(name).replace(u'&', u"&&"_s);
+}
+
+} // namespace
+
+void frmMain::rebuildRecentMenu()
+{
+    item(MenuId::File, 11)->setEnabled(recentFiles().RecentViewCnt > 0);
+    m_recentMenu->clear();
+    const QIcon icon = Resource::loadIcon(u"corvex/menu/recent"_s);
+    for (int row = 0; row < qMin(recentFiles().RecentViewCnt, recentEntryCount); ++row) {
+        const RecentEntry &entry = recentFiles().entries[std::size_t(row)];
+        if (entry.isUsed())
+            m_recentMenu->addAction(icon, menuText(entry.path + entry.name))->setData(row);
+    }
+    if (m_recentMenu->isEmpty())
+        m_recentMenu->addAction(tr("(no item)"))->setEnabled(false);
+}
+
+void frmMain::slotCmdMnuRecent(int id)
+{
+    if (!currentEditor() || id < 0 || id >= recentEntryCount)
+        return;
+    const RecentEntry entry = recentFiles().entries[std::size_t(id)];
+    if (entry.isUsed())
+        openChosen({ entry.path, entry.name, 0, 0 });
+}
+
+void frmMain::addRecent(ctlEditer *editor)
+{
+    if (!isSaved(editor))
+        return;
+    auto &entries = recentFiles().entries;
+    const auto oldest = entries.end() - 1;
+    const auto place = std::find_if(entries.begin(), oldest, isEntryOf(editor));
+    std::rotate(entries.begin(), place, place + 1);
+    const RowCol cursor = editor->cursorPosition();
+    entries.front() = { editor->path(), editor->name(), cursor.row, cursor.column, editor->xOffset(),
+        editor->topRow() * editor->cellHeight() };
+    rebuildRecentMenu();
+}
+
+void frmMain::restorePosition(ctlEditer *editor)
+{
+    if (appSettings().RestoreScroll != 1 || !isSaved(editor))
+        return;
+    const auto &entries = recentFiles().entries;
+    const auto entry = std::find_if(entries.begin(), entries.end(), isEntryOf(editor));
+    if (entry == entries.end())
+        return;
+    editor->setXOffset(int(std::clamp<qint64>(entry->scrollX, 0, std::numeric_limits<int>::max())));
+    editor->setTopRow(qMax<qint64>(0, entry->scrollY) / qMax(1, editor->cellHeight()));
+    editor->setCursorPosition(qMax<qint64>(0, entry->cursorRow), qMax<qint64>(0, entry->cursorColumn));
+}

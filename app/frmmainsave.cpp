@@ -1,0 +1,148 @@
+#include "app/frmmain.h"
+
+#include "app/documentarea.h"
+#include "editor/ctlediter.h"
+#include "editor/ctltabbar.h"
+#include "platform/filename.h"
+#include "platform/messagebox.h"
+#include "platform/qcop.h"
+
+#include <QStackedWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int tabIdCount = 1000;
+
+/// Tells the file explorer, when it runs, that a file has changed.
+void announceSaved(const ctlEditer *editor)
+{
+    const QString channel = u"QPE/Application/corvex"_s;
+    if (!QCopChannel::isRegistered(channel))
+        return;
+    QCopEnvelope message(channel, u"refreshListItem(QString,QString)"_s);
+    message << editor->path() << editor->name();
+}
+
+} // namespace
+
+void frmMain::slotCmdFileSave()
+{
+    if (ctlEditer *editor = currentEditor())
+        slotCmdFileSave(editor);
+}
+
+bool frmMain::slotCmdFileSave(ctlEditer *editor)
+{
+    return slotCmdFileSave(editor, editor->path(), editor->name(), 0, 0);
+}
+
+bool frmMain::slotCmdFileSave(
+    ctlEditer *editor, const QString &path, const QString &name, int charCode, int returnCode)
+{
+    if (path.isEmpty())
+        return slotCmdFileSaveAs(editor);
+    if (!editor->saveFile(path, name, charCode, returnCode))
+        return false;
+    updateTabText(editor);
+    m_documents->arrange();
+    updateCaption();
+    announceSaved(editor);
+    return true;
+}
+
+void frmMain::slotCmdFileSaveAs()
+{
+    if (ctlEditer *editor = currentEditor())
+        slotCmdFileSaveAs(editor);
+}
+
+bool frmMain::slotCmdFileSaveAs(ctlEditer *editor)
+{
+    const std::optional<FileChoice> file = chooseFileFor(editor, FileDialogMode::SaveAs);
+    return file && slotCmdFileSave(editor, file->folder, file->name, file->charCode, file->returnCode);
+}
+
+void frmMain::slotCmdFileSaveAll()
+{
+    if (!currentEditor())
+        return;
+    for (int id = 0; id < tabIdCount; ++id) {
+        ctlEditer *editor = tabBar()->editorOf(id);
+        if (editor && editor->edited() && !slotCmdFileSave(editor))
+            return;
+    }
+}
+
+void frmMain::slotCmdFileCloseTab()
+{
+    ctlEditer *editor = currentEditor();
+    if (editor && saveIfWanted(editor))
+        closeDocument(editor);
+}
+
+void frmMain::slotCmdFileQuitSave()
+{
+    if (confirmCloseAll(true))
+        close();
+}
+
+void frmMain::slotCmdFileQuitNoSave()
+{
+    if (confirmCloseAll(false))
+        close();
+}
+
+bool frmMain::confirmCloseAll(bool saveWithoutAsking)
+{
+    while (tabBar()->count() > 0) {
+        ctlEditer *editor = tabBar()->editors().constLast();
+        if (editor->edited() && saveWithoutAsking && !slotCmdFileSave(editor))
+            return false;
+        if (editor->edited()) {
+            tabBar()->setCurrentTab(editor);
+            if (!saveIfWanted(editor))
+                return false;
+        }
+        closeDocument(editor);
+    }
+    return true;
+}
+
+/// Asks about a modified document and saves it on "Yes". False when it is not to be closed.
+bool frmMain::saveIfWanted(ctlEditer *editor)
+{
+    if (!editor->edited())
+        return true;
+    switch (askToSave(editor)) {
+    case SaveAnswer::Yes:
+        return slotCmdFileSave(editor);
+    case SaveAnswer::No:
+        return true;
+    case SaveAnswer::Cancel:
+        return false;
+    }
+    Q_UNREACHABLE();
+}
+
+frmMain::SaveAnswer frmMain::askToSave(const ctlEditer *editor)
+{
+    const QString question =
+        tr("\"%1\" is edited.\n Would you want to save this file?").arg(FileName::forDisplay(editor->name()));
+    const QStringList buttons{ tr("Yes"), tr("No"), tr("Cancel") };
+    return SaveAnswer(MessageBox::question(
+        this, tr("Confirm File Save"), question, buttons, int(SaveAnswer::Yes), int(SaveAnswer::Cancel)));
+}
+
+void frmMain::closeDocument(ctlEditer *editor)
+{
+    m_documents->stack()->removeWidget(editor);
+    tabBar()->removeTab(editor);
+    addRecent(editor);
+    editor->blockSignals(true);
+    editor->hide();
+    editor->deleteLater();
+    slotTabCurrentChanged(nullptr);
+    m_documents->arrange();
+}

@@ -1,0 +1,3 @@
+#include "app/qpeapplicationesc.h"
+
+QPEApplicationEsc::~QPEApplicationEsc() = default;
