@@ -1,9 +1,12 @@
 #include "platform/filename.h"
 
 #include <QChar>
+#include <QDir>
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <memory>
 
 #include <sys/stat.h>
 
@@ -72,6 +75,13 @@ bool isEscape(QChar unit)
     return unit.unicode() >= firstEscape && unit.unicode() <= lastEscape;
 }
 
+/// The folder's own name, links and ".." followed; as it is given where there is none.
+QByteArray resolved(const QByteArray &folder)
+{
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(folder.constData(), nullptr), std::free);
+    return path ? QByteArray(path.get()) : folder;
+}
+
 } // namespace
 
 QString FileName::fromBytes(QByteArrayView bytes)
@@ -111,6 +121,18 @@ QByteArray FileName::toBytes(QStringView name)
         }
     }
     return bytes += name.sliced(plain).toUtf8();
+}
+
+QString FileName::absolute(QByteArrayView bytes)
+{
+    QByteArray path = bytes.toByteArray();
+    if (!path.startsWith('/'))
+        path.prepend(resolved(".") + '/');
+    const qsizetype nameStart = path.lastIndexOf('/') + 1;
+    const QByteArray folder = path.left(nameStart);
+    if (folder.contains("/../"))
+        path = resolved(folder) + '/' + path.sliced(nameStart);
+    return QDir::cleanPath(fromBytes(path));
 }
 
 bool FileName::exists(QStringView name)

@@ -7,14 +7,20 @@
 ///
 /// The channel "QPE/Application/NAME" is the bus name `QPE.Application.NAME` with the object path
 /// `/QPE/Application/NAME`; the message "m(QString,QString)" is the call of method `m` on interface
-/// `QPE.Application`.
+/// `QPE.Application`. The bus is connected to at the first use.
 class QCopChannel {
 public:
-    /// Whether somebody listens; false without a session bus.
+    /// Whether somebody listens; false without a session bus, for a channel whose name cannot be one of the
+    /// bus, and when the bus does not answer within half a second.
     static bool isRegistered(const QString &channel);
+
+    /// The bus name and the object path that stand for a channel.
+    static QString service(const QString &channel);
+    static QString path(const QString &channel);
 };
 
-/// One outgoing message: arguments are streamed in, the destructor sends. Never blocks; no reply is awaited.
+/// One outgoing message: arguments are streamed in, the destructor sends. Never blocks; no reply is awaited,
+/// and nobody is started to receive it. Without a session bus or a listener nothing happens.
 class QCopEnvelope {
 public:
     QCopEnvelope(const QString &channel, const QString &message);
@@ -22,6 +28,7 @@ public:
     QCopEnvelope(const QCopEnvelope &) = delete;
     QCopEnvelope &operator=(const QCopEnvelope &) = delete;
 
+    /// What is no Unicode text (a lone surrogate) arrives as U+FFFD: the bus carries UTF-8 only.
     QCopEnvelope &operator<<(const QString &argument);
 
 private:

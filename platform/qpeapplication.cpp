@@ -1,1 +1,90 @@
 #include "platform/qpeapplication.h"
+
+#include "platform/filename.h"
+#include "platform/launcherchannel.h"
+#include "platform/requestqueue.h"
+#include "platform/screenscale.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QWidget>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+void QPEApplication::prepareScale()
+{
+    const char *const scaleVariables[] = { "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS",
+        "QT_ENABLE_HIGHDPI_SCALING" };
+    const bool isScaleGiven = std::any_of(std::begin(scaleVariables), std::end(scaleVariables),
+        [](const char *v) { return qEnvironmentVariableIsSet(v); });
+    if (!isScaleGiven)
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(platformPixelScale(), 'f', 6));
+    if (!qEnvironmentVariableIsSet("QT_FONT_DPI"))
+        qputenv("QT_FONT_DPI", "72");
+}
+
+QPEApplication::QPEApplication(int &argc, char **argv)
+    : QApplication(argc, argv)
+    , m_requests(new RequestQueue(this))
+    , m_channel(new LauncherChannel(this))
+{
+    for (int i = 1; i < argc; ++i)
+        m_arguments << FileName::absolute(argv[i]);
+    connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::request);
+    connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::raiseWindow);
+    connect(m_channel, &LauncherChannel::raiseRequested, this, &QPEApplication::raiseWindow);
+}
+
+QPEApplication::~QPEApplication() = default;
+
+QString QPEApplication::qpeDir()
+{
+    const QString given = QDir::cleanPath(qEnvironmentVariable("QPEDIR"));
+    if (!given.isEmpty())
+        return given;
+    const QString program = applicationDirPath();
+    const QString installed = QDir::cleanPath(program + QLatin1String("/../share/marlopad"));
+    const QString built = program + QLatin1String("/share/marlopad");
+    return QFileInfo::exists(installed) || !QFileInfo::exists(built) ? installed : built;
+}
+
+bool QPEApplication::handOver()
+{
+    return !m_channel->open() && LauncherChannel::handOver(m_arguments);
+}
+
+void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
+{
+    m_window = window;
+    if (noMaximize)
+        window->show();
+    else
+        window->showMaximized();
+    m_requests->setReceiver(window);
+    for (const QString &fileName : std::exchange(m_arguments, {}))
+        request(fileName);
+}
+
+void QPEApplication::holdRequests(bool hold)
+{
+    m_requests->setHeld(hold);
+}
+
+void QPEApplication::request(const QString &fileName)
+{
+    m_requests->add(fileName);
+}
+
+// A dialog that waits for an answer is what the user needs to see.
+void QPEApplication::raiseWindow()
+{
+    QWidget *window = activeModalWidget() ? activeModalWidget() : m_window.data();
+    if (!window)
+        return;
+    if (window->isMinimized())
+        window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->raise();
+    window->activateWindow();
+}

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <QApplication>
+#include <QPointer>
+#include <QStringList>
 
+class LauncherChannel;
 class QWidget;
+class RequestQueue;
 
 /// The application object: screen scale, the folder of the program's data, and the requests of the launcher.
 class QPEApplication : public QApplication {
@@ -10,9 +14,11 @@ class QPEApplication : public QApplication {
 public:
     /// Sets what the toolkit reads from the environment before it starts: one platform pixel is 1/72 inch, so
     /// fonts are 72 dots per inch and the whole interface is scaled by the screen's density / 72, unless the
-    /// toolkit's own variables say otherwise. Call before constructing.
+    /// toolkit's own variables (QT_SCALE_FACTOR, QT_SCREEN_SCALE_FACTORS, QT_ENABLE_HIGHDPI_SCALING,
+    /// QT_FONT_DPI) say otherwise. Call before constructing.
     static void prepareScale();
 
+    /// What is left of the command line after the toolkit's own options is names of files.
     QPEApplication(int &argc, char **argv);
     ~QPEApplication() override;
 
@@ -20,13 +26,15 @@ public:
     /// the end.
     static QString qpeDir();
 
-    /// Offers the files of the command line to a running instance: true when one took them (the caller then
-    /// exits with 0). Else this process becomes the instance that others hand their files to.
+    /// Offers the files of the command line to a running instance, which also shows its window: true when it
+    /// took them (the caller then exits with 0). Else this process becomes the instance that others hand
+    /// their files to. Without a session bus, or when the other does not answer within two seconds: false.
     bool handOver();
 
     /// Shows the window (maximised) as the one that receives launcher requests through its
     /// `setDocument(QString)` slot: first the files of the command line, then each that arrives. A request
-    /// waits while a modal dialog is open or `holdRequests(true)` is in force, and is then delivered once.
+    /// waits while a modal dialog or a menu is open or `holdRequests(true)` is in force, and is then
+    /// delivered once, from the event loop. The window is not owned.
     void showMainWidget(QWidget *window, bool noMaximize = false);
 
     /// Keeps requests waiting during a long operation that runs the event loop.
@@ -36,6 +44,10 @@ public:
     void request(const QString &fileName);
 
 private:
-    struct Private;
-    Private *d;
+    void raiseWindow();
+
+    QStringList m_arguments;
+    RequestQueue *m_requests;
+    LauncherChannel *m_channel;
+    QPointer<QWidget> m_window;
 };

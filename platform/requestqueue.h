@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+
+class QWidget;
+
+/// Files to open, in the order of their arrival, until the main window can take them.
+///
+/// The window takes one in its slot `setDocument(QString)`, called from the event loop, never from inside
+/// another call of the program: not while a modal dialog or a menu is open, not while held, not before there
+/// is a window. Each is delivered once. Whether the time has come is looked at only while something waits,
+/// each time the event loop has been woken or is about to sleep.
+class RequestQueue : public QObject {
+    Q_OBJECT
+public:
+    explicit RequestQueue(QObject *parent);
+
+    /// Not owned; may be destroyed while requests wait.
+    void setReceiver(QWidget *window);
+    void setHeld(bool held);
+    void add(const QString &fileName);
+
+private:
+    bool isReady() const;
+    void watch();
+    void schedule();
+    void deliver();
+
+    QPointer<QWidget> m_receiver;
+    QStringList m_fileNames;
+    bool m_held = false;
+    bool m_scheduled = false;
+    bool m_delivering = false;
+};
