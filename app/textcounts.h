@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtGlobal>
+
+class TextStore;
+
+/// What the properties box says about a text, counted in UTF-16 units by the Shift-JIS classes of characters:
+/// ASCII and half-width katakana (U+FF61 to U+FF9E) take one byte, all others two.
+struct TextCounts {
+    qint64 lineFeeds = 0;
+    qint64 singleByteChars = 0;
+    qint64 doubleByteChars = 0;
+};
+
+/// Walks the whole text once, without a copy of it.
+TextCounts countText(const TextStore &text);
+
+/// Bytes of the text as a file with that CharCode and ReturnCode, by the classes alone: in UTF-8 a half-width
+/// katakana counts as one byte, and Unicode has no byte-order mark.
+qint64 fileSize(const TextCounts &counts, int charCode, int returnCode);
