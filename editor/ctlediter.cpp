@@ -1,1 +1,147 @@
 #include "editor/ctlediter.h"
+
+#include "app/settings.h"
+#include "editor/textfile.h"
+#include "editor/updatesoff.h"
+#include "platform/fontmeasure.h"
+
+#include <QApplication>
+#include <QScrollBar>
+#include <QSignalBlocker>
+
+#include <cmath>
+
+namespace {
+
+constexpr int undoSteps = 256;
+constexpr int largestFontSize = 500;
+constexpr int longestWrap = 100000;
+
+} // namespace
+
+ctlEditer::ctlEditer(QWidget *parent)
+    : QMultiLineEdit(parent)
+{
+    if (parent)
+        resize(parent->size());
+    setFrameStyle(QFrame::WinPanel | QFrame::Sunken);
+    setUndoEnabled(true);
+    setUndoDepth(undoSteps);
+    setEdited(false);
+    applyActiveLineColor();
+    applyFont();
+    applyRowNoMargin();
+    applyWrapMode();
+    applyColors();
+    m_name = tr("(new document)");
+    m_charCode = appSettings().DefCodec;
+    m_returnCode = appSettings().DefCRLF;
+    connect(this, &QMultiLineEdit::undoAvailable, this, &ctlEditer::slotEdUndoAvailable);
+    connect(this, &QMultiLineEdit::redoAvailable, this, &ctlEditer::slotEdRedoAvailable);
+}
+
+QString ctlEditer::charCodeName() const
+{
+    return ::charCodeName(m_charCode);
+}
+
+QString ctlEditer::returnCodeName() const
+{
+    return ::returnCodeName(m_returnCode);
+}
+
+void ctlEditer::applyFont()
+{
+    QFont font = QApplication::font();
+    font.setPointSize(qBound(1, appSettings().FontSize, largestFontSize));
+    if (!appSettings().FontName.isEmpty())
+        font.setFamilies({ appSettings().FontName });
+    const UpdatesOff quiet(*this);
+    setFont(font);
+}
+
+void ctlEditer::applyWrapMode()
+{
+    const UpdatesOff quiet(*this);
+    const QSignalBlocker blocker(this);
+    setWrapPolicy(Anywhere);
+    switch (appSettings().WrapMode) {
+    case 0:
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+        setWordWrap(NoWrap);
+        break;
+    case 1:
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWordWrap(FixedPixelWidth);
+        setWrapColumnOrWidth(width() - hMargin() - verticalScrollBar()->sizeHint().width() - 3);
+        break;
+    case 2:
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+        setWordWrap(FixedPixelWidth);
+        setWrapColumnOrWidth(fixedWrapWidth());
+        break;
+    default:
+        break;
+    }
+}
+
+int ctlEditer::fixedWrapWidth() const
+{
+    // Rounded up: a part of a pixel is never to cost a column.
+    return int(std::ceil(qBound(1, appSettings().WrapLen, longestWrap) * fontMeasure()->xWidth()));
+}
+
+void ctlEditer::applyRowNoMargin()
+{
+    switch (appSettings().RowNo) {
+    case 0:
+        return setHMargin(2);
+    case 1:
+        return setHMargin(25);
+    default:
+        return setHMargin(36);
+    }
+}
+
+void ctlEditer::applyActiveLineColor()
+{
+    m_activeLineColor = colorOfIndex(appSettings().ActiveHLine);
+}
+
+void ctlEditer::applyColors()
+{
+    m_backColor = colorOfIndex(appSettings().BackColor);
+    m_foreColor = colorOfIndex(appSettings().ForeColor);
+    m_rowNoColor = colorOfIndex(appSettings().RowNoColor);
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, m_backColor);
+    setPalette(colors);
+}
+
+QColor ctlEditer::colorOfIndex(int index)
+{
+    static constexpr Qt::GlobalColor colors[] = { Qt::black, Qt::white, Qt::darkGray, Qt::gray, Qt::lightGray,
+        Qt::red, Qt::green, Qt::blue, Qt::cyan, Qt::magenta, Qt::yellow, Qt::darkRed, Qt::darkGreen,
+        Qt::darkBlue, Qt::darkCyan, Qt::darkMagenta, Qt::darkYellow };
+    return index >= 1 && index <= int(std::size(colors)) ? colors[index - 1] : Qt::white;
+}
+
+void ctlEditer::copy()
+{
+    if (!hasMarkedText())
+        return;
+    QMultiLineEdit::copy();
+    deselect();
+}
+
+void ctlEditer::slotEdUndoAvailable(bool available)
+{
+    m_undoAvailable = available;
+    emit undoAvailable2(this, available);
+}
+
+void ctlEditer::slotEdRedoAvailable(bool available)
+{
+    m_redoAvailable = available;
+    emit redoAvailable2(this, available);
+}

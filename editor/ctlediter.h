@@ -4,33 +4,45 @@
 
 #include <QColor>
 
+/// Which way a block of lines moves.
+enum class Indentation { In, Out };
+
 /// The editing control of one open document: its text, name, codes, marks and colours.
+///
+/// It reads the settings record when it is made and whenever one of the apply functions is called; the
+/// settings of marks, tab width and auto indent at every use. Values outside their range count as the nearest
+/// sensible one and stay as they are in the record.
 class ctlEditer : public QMultiLineEdit {
     Q_OBJECT
 public:
+    /// An empty "(new document)", as large as `parent` until a layout says otherwise.
     explicit ctlEditer(QWidget *parent);
-    ~ctlEditer() override;
 
     /// Folder, ending in "/"; empty for a document never saved.
-    QString path() const;
-    QString name() const;
-    int charCode() const;
-    int returnCode() const;
+    QString path() const { return m_path; }
+    QString name() const { return m_name; }
+    int charCode() const { return m_charCode; }
+    int returnCode() const { return m_returnCode; }
     QString charCodeName() const;
     QString returnCodeName() const;
-    bool undoAvailable() const;
-    bool redoAvailable() const;
+    bool undoAvailable() const { return m_undoAvailable; }
+    bool redoAvailable() const { return m_redoAvailable; }
+    QColor backColor() const { return m_backColor; }
+    QColor foreColor() const { return m_foreColor; }
+    QColor rowNoColor() const { return m_rowNoColor; }
+    QColor activeLineColor() const { return m_activeLineColor; }
 
     /// Reads path + name; `requested` is a CharCode, 0 to detect. Failures are told to the user; then text,
-    /// codes and history stay, but path and name are the new ones.
+    /// codes and history stay, but path and name are the new ones. Memory: the file's bytes and the text.
     void loadFile(const QString &path, const QString &name, int requested);
     /// As loadFile, always detecting.
     void reload(const QString &path, const QString &name);
     /// Writes the text as path + name; 0 keeps the document's own code or line end. False after telling the
-    /// user.
+    /// user: the file is as it was then, text, name and history too, but the codes given are kept.
     bool saveFile(const QString &path, const QString &name, int charCode = 0, int returnCode = 0);
 
     void applyFont();
+    /// Mode 1 wraps at the width the editor has now and goes on doing so whatever its width becomes.
     void applyWrapMode();
     void applyRowNoMargin();
     void applyActiveLineColor();
@@ -46,10 +58,34 @@ public slots:
     void slotEdRedoAvailable(bool available);
 
 signals:
+    /// undoAvailable() and redoAvailable(), with the editor that sends them.
     void undoAvailable2(ctlEditer *editor, bool available);
     void redoAvailable2(ctlEditer *editor, bool available);
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    int fixedWrapWidth() const;
+    void setDecodedText(QByteArray &&bytes);
+    bool writeText(const QString &fileName);
+    void setUnmodified();
+
+    void breakLine();
+    QString indentationBeforeCursor() const;
+    bool marksSeveralLines() const;
+    void indentBlock(Indentation direction);
+    QString indented(qint64 begin, qint64 end, Indentation direction) const;
+    void pressOtherKey(QKeyEvent *event);
+
+    QString m_path;
+    QString m_name;
+    int m_charCode = 0;
+    int m_returnCode = 0;
+    bool m_undoAvailable = false;
+    bool m_redoAvailable = false;
+    QColor m_backColor;
+    QColor m_foreColor;
+    QColor m_rowNoColor;
+    QColor m_activeLineColor;
 };

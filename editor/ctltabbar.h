@@ -2,34 +2,65 @@
 
 #include <QTabBar>
 
+class QHelpEvent;
 class ctlEditer;
 
 /// The row of document tabs: one tab per editor, each with an id that stays while other tabs come and go.
+///
+/// Editors are not owned; a tab is removed before its editor is destroyed. Lookups walk the tabs from the
+/// first one.
 class ctlTabBar : public QTabBar {
     Q_OBJECT
 public:
     explicit ctlTabBar(QWidget *parent);
 
-    /// Adds a tab and gives its id, 0..999: the smallest that is free.
+    /// Adds a tab behind the others and gives its id, one above the highest in use; once 999 is in use, the
+    /// lowest free one. The first tab is current at once; nothing is emitted.
     int addTab(ctlEditer *editor, const QString &caption);
+    /// Shows `caption`, shortened to about 160 pixels, as it is. Does nothing for an editor without a tab.
     void setTabCaption(ctlEditer *editor, const QString &caption);
-    /// The right neighbour becomes current, or the left one when it was the last.
+    /// The right neighbour becomes current, or the left one when it was the last, whichever tab was current
+    /// before.
     void removeTab(ctlEditer *editor);
     void setCurrentTab(ctlEditer *editor);
     void setCurrentTab(int id);
 
     /// Id of the current tab; -1 without tabs.
     int currentTab() const;
+    /// -1 for an editor that has no tab.
     int idOf(const ctlEditer *editor) const;
     /// Null for an id that has no tab.
     ctlEditer *editorOf(int id) const;
     /// In the order of the tabs.
     QList<ctlEditer *> editors() const;
 
+    /// The caption a tab shows for a text: the shortest beginning that is wider than 160 pixels, followed by
+    /// "..."; the whole text where only the whole text is wider.
+    QString shortened(const QString &caption) const;
+
+public slots:
+    /// Emits currentChanged() with the editor of this id; nothing for an id that has no tab.
+    void slotTabSelected(int id);
+
 signals:
+    /// A tab was chosen: by setCurrentTab(), a click (on the current tab too) or as the neighbour of a
+    /// removed one. Never null.
     void currentChanged(ctlEditer *editor);
     void popupMenu();
 
-public slots:
-    void slotTabSelected(int id);
+protected:
+    bool event(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    int indexOf(const ctlEditer *editor) const;
+    int indexOfId(int id) const;
+    ctlEditer *editorAt(int index) const;
+    int idAt(int index) const;
+    int freeId() const;
+    void select(int index);
+    void showToolTip(const QHelpEvent &event);
+
+    bool m_choosing = true; ///< off while tabs come and go: the base then changes its current tab by itself
 };

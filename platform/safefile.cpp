@@ -2,8 +2,6 @@
 
 #include "platform/fileattributes.h"
 
-#include <QDir>
-#include <QFile>
 #include <QRandomGenerator>
 
 #include <climits>
@@ -113,8 +111,7 @@ int SafeFile::createIn(const QByteArray &folder, QByteArray *name)
 QByteArray SafeFile::stateFolder()
 {
     const QByteArray state = qgetenv("XDG_STATE_HOME");
-    return (state.startsWith('/') ? state : QFile::encodeName(QDir::homePath()) + "/.local/state")
-        + "/marlopad/";
+    return (state.startsWith('/') ? state : qgetenv("HOME") + "/.local/state") + "/marlopad/";
 }
 
 bool SafeFile::makeStateFolder()

@@ -1,0 +1,124 @@
+#include "editor/ctlediter.h"
+
+#include "app/settings.h"
+#include "editor/documentwriter.h"
+#include "editor/textfile.h"
+#include "platform/filename.h"
+#include "platform/messagebox.h"
+#include "platform/text/textcodec.h"
+
+namespace {
+
+/// Hands decoded blocks on to the store that is being built.
+class StoreSink : public TextCodec::TextSink {
+public:
+    explicit StoreSink(const LayoutRule &rule)
+        : m_builder(rule)
+    {
+    }
+    void latin1(QByteArrayView characters) override { m_builder.append(characters); }
+    void utf16(QStringView text) override { m_builder.append(text); }
+    TextStore finish() { return m_builder.finish(); }
+
+private:
+    TextStore::Builder m_builder;
+};
+
+const TextCodec *codecToRead(int charCode, QByteArrayView bytes)
+{
+    switch (charCode) {
+    case CharCodeBinary:
+        return TextCodec::codecForName("ISO-8859-1");
+    case CharCodeUnicode:
+        return TextCodec::codecForContent(bytes);
+    case CharCodeUtf8:
+        return TextCodec::codecForName("UTF8");
+    case CharCodeEuc:
+        return TextCodec::codecForName("eucJP");
+    case CharCodeJis:
+        return TextCodec::codecForName("JIS7");
+    default:
+        return TextCodec::codecForName("SJIS");
+    }
+}
+
+const TextCodec *codecToWrite(int charCode)
+{
+    return codecToRead(charCode == CharCodeUnicode ? CharCodeUtf8 : charCode, {});
+}
+
+} // namespace
+
+void ctlEditer::loadFile(const QString &path, const QString &name, int requested)
+{
+    m_path = path;
+    m_name = name;
+    QByteArray bytes;
+    if (!readWholeFile(this, path + name, bytes))
+        return;
+    setUndoEnabled(false);
+    clear();
+    m_returnCode = detectReturnCode(bytes, appSettings().DefCRLF);
+    m_charCode = requested != 0 ? requested : detectCharCode(bytes, appSettings().DefCodec);
+    if (m_charCode == CharCodeBinary)
+        m_returnCode = ReturnCodeNone;
+    normalizeLineEnds(bytes, m_returnCode);
+    setDecodedText(std::move(bytes));
+    setUnmodified();
+}
+
+void ctlEditer::setDecodedText(QByteArray &&bytes)
+{
+    StoreSink sink(layoutRule());
+    codecToRead(m_charCode, bytes)->decode(bytes, sink);
+    bytes.clear();
+    setText(sink.finish());
+}
+
+void ctlEditer::reload(const QString &path, const QString &name)
+{
+    loadFile(path, name, CharCodeBinary);
+}
+
+bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode, int returnCode)
+{
+    if (m_charCode == CharCodeBinary) {
+        MessageBox::information(this, tr("Error"), tr("The binary file cannot be saved."));
+        return false;
+    }
+    if (charCode != 0)
+        m_charCode = charCode;
+    if (returnCode != 0)
+        m_returnCode = returnCode;
+    if (!writeText(path + name))
+        return false;
+    setUndoEnabled(false);
+    m_path = path;
+    m_name = name;
+    setUnmodified();
+    return true;
+}
+
+bool ctlEditer::writeText(const QString &fileName)
+{
+    DocumentWriter writer(FileName::toBytes(fileName), m_returnCode);
+    if (writer.write(store(), *codecToWrite(m_charCode)))
+        return true;
+    const QString title = tr("File Write Error");
+    MessageBox::critical(
+        this, title, tr("Cannot write the file.\nYou do not have the permission or the file may be in use."));
+    if (!writer.keptCopy().isEmpty())
+        MessageBox::critical(this, title,
+            tr("The file may be damaged. Its old content is kept in the file\n%1")
+                .arg(FileName::forDisplay(FileName::fromBytes(writer.keptCopy()))));
+    return false;
+}
+
+/// The text is what the file has, and nothing leads back behind it.
+void ctlEditer::setUnmodified()
+{
+    setEdited(false);
+    setUndoEnabled(true);
+    m_undoAvailable = false;
+    m_redoAvailable = false;
+}
