@@ -2,6 +2,7 @@
 
 #include "platform/filename.h"
 #include "platform/launcherchannel.h"
+#include "platform/lcfont.h"
 #include "platform/requestqueue.h"
 #include "platform/screenscale.h"
 
@@ -30,6 +31,7 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     , m_requests(new RequestQueue(this))
     , m_channel(new LauncherChannel(this))
 {
+    registerLcFont();
     for (int i = 1; i < argc; ++i)
         m_arguments << FileName::absolute(argv[i]);
     connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::request);
