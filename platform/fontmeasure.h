@@ -1,27 +1,64 @@
 #pragma once
 
+#include "platform/charclass.h"
 #include "platform/text/advancetable.h"
 
 #include <QFont>
+#include <QRawFont>
 
 #include <memory>
 
-/// One font at one device scale: the width of every character, and the measures that rows are drawn by.
+class ShapedRun;
+
+/// One font at one device scale: the width and the glyph of every character, and the measures that rows are
+/// drawn by.
 ///
 /// Shared: editors with the same font and scale use one. Lengths are logical pixels; they are whole device
-/// pixels, so that text drawn at them is as crisp as the toolkit's own.
+/// pixels, so that text drawn at them is as crisp as the toolkit's own. In a fixed-pitch font every character
+/// takes whole cells: full width is exactly twice half width, whatever font a missing character comes from.
+///
+/// Cost: a character is looked up once, when it is first measured or drawn; nothing but U+0000..U+00FF is
+/// measured ahead.
 class FontMeasure {
 public:
     static std::shared_ptr<const FontMeasure> forFont(const QFont &font, qreal devicePixelRatio);
-    virtual ~FontMeasure() = default;
+    ~FontMeasure();
+    FontMeasure(const FontMeasure &) = delete;
+    FontMeasure &operator=(const FontMeasure &) = delete;
 
-    virtual const QFont &font() const = 0;
-    virtual qreal devicePixelRatio() const = 0;
-    virtual const AdvanceTable &advances() const = 0;
-    virtual qreal ascent() const = 0;
-    virtual qreal height() const = 0;
+    const QFont &font() const;
+    qreal devicePixelRatio() const;
+    const AdvanceTable &advances() const;
+    qreal ascent() const;
+    /// Ascent and descent.
+    qreal height() const;
     /// Width of "x".
-    virtual qreal xWidth() const = 0;
+    qreal xWidth() const;
     /// Space between a character's origin and its leftmost pixel; below 0 where it reaches to the left.
-    virtual qreal leftBearing(char32_t codePoint) const = 0;
+    qreal leftBearing(char32_t codePoint) const;
+
+    qreal toPixels(Subpixels width) const;
+    /// The largest whole number of device pixels not above `pixels`.
+    Subpixels toSubpixels(qreal pixels) const;
+
+    /// How a row draws one character that stands for itself.
+    struct Glyph {
+        CharClass charClass = CharClass::Plain;
+        quint16 font = 0; ///< index for rawFont()
+        qint16 offset = 0; ///< device pixels from the character's left edge to the glyph's origin
+        quint32 index = 0;
+    };
+    /// Characters that no font has are of class Mark. Valid until the next call.
+    const Glyph &glyph(char32_t codePoint) const;
+    /// The fonts that glyphs come from, at their size in device pixels.
+    const QRawFont &rawFont(int index) const;
+    /// The font whose size counts device pixels.
+    const QFont &deviceFont() const;
+    /// Text shaped by the toolkit; the last ones are remembered.
+    std::shared_ptr<const ShapedRun> shaped(const QString &text) const;
+
+private:
+    FontMeasure(const QFont &font, qreal devicePixelRatio);
+    struct Private;
+    std::unique_ptr<Private> d;
 };

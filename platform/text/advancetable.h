@@ -9,7 +9,7 @@
 
 /// Width of every character of one font at one scale, measured once each and then read from a table.
 ///
-/// Units: 1/64 logical pixel. A low surrogate and a combining mark are 0 wide: they belong to the character
+/// Units: Subpixels. A low surrogate and a combining mark are 0 wide: they belong to the character
 /// before. Cost: one or two array reads for a character that was seen before, else one call of the measuring
 /// function. Threads: none; one thread uses it.
 class AdvanceTable {
