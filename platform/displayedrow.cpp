@@ -22,8 +22,8 @@ bool standsAlone(QChar unit, const FontMeasure &measure)
 
 } // namespace
 
-DisplayedRow::DisplayedRow(const TextStore &store, qint64 row, const FontMeasure &measure,
-                           const InsertedText &inserted)
+DisplayedRow::DisplayedRow(
+    const TextStore &store, qint64 row, const FontMeasure &measure, const InsertedText &inserted)
     : m_store(store)
     , m_row(row)
     , m_place(store.row(row))
@@ -86,7 +86,8 @@ qint64 DisplayedRow::segmentOf(qint64 column) const
 qint64 DisplayedRow::nominalX(qint64 column) const
 {
     const qint64 insertedEnd = m_inserted.column + m_inserted.text.size();
-    const auto stored = [this](qint64 at) { return devicePixels(m_store.xAt({.row = m_row, .column = at})); };
+    const auto stored = [this](
+                            qint64 at) { return devicePixels(m_store.xAt({ .row = m_row, .column = at })); };
     if (column <= m_inserted.column)
         return stored(column);
     if (column >= insertedEnd)

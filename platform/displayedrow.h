@@ -7,7 +7,8 @@
 /// Lengths are device pixels. Cost: O(log n) each, whatever the row's length.
 class DisplayedRow {
 public:
-    DisplayedRow(const TextStore &store, qint64 row, const FontMeasure &measure, const InsertedText &inserted);
+    DisplayedRow(
+        const TextStore &store, qint64 row, const FontMeasure &measure, const InsertedText &inserted);
 
     qint64 row() const { return m_row; }
     qint64 length() const { return m_place.length + m_inserted.text.size(); }

@@ -16,14 +16,14 @@ constexpr int largestAdvance = 65534 / subpixelsPerPixel;
 
 quint32 glyphIndex(const QRawFont &font, char32_t codePoint)
 {
-    const std::array<QChar, 2> units = {QChar(QChar::highSurrogate(codePoint)),
-                                        QChar(QChar::lowSurrogate(codePoint))};
+    const std::array<QChar, 2> units = { QChar(QChar::highSurrogate(codePoint)),
+        QChar(QChar::lowSurrogate(codePoint)) };
     const QChar unit(char16_t(codePoint & 0xffff));
     const bool supplementary = QChar::requiresSurrogates(codePoint);
     std::array<quint32, 2> indexes = {};
     int count = int(indexes.size());
-    font.glyphIndexesForChars(supplementary ? units.data() : &unit, supplementary ? 2 : 1, indexes.data(),
-                              &count);
+    font.glyphIndexesForChars(
+        supplementary ? units.data() : &unit, supplementary ? 2 : 1, indexes.data(), &count);
     return count > 0 ? indexes[0] : 0;
 }
 
@@ -33,7 +33,9 @@ GlyphCache::GlyphCache(const QFont &deviceFont)
     : m_font(deviceFont)
 {
     m_fonts.push_back(QRawFont::fromFont(deviceFont));
-    const auto width = [this](char32_t c) { return natural(FontMeasure::Glyph{.index = glyphIndex(m_fonts[0], c)}); };
+    const auto width = [this](char32_t c) {
+        return natural(FontMeasure::Glyph{ .index = glyphIndex(m_fonts[0], c) });
+    };
     const qreal x = width(U'x');
     m_fixedPitch = x > 0 && x == width(U'i') && x == width(U'W') && x == width(U'.');
     m_naturalCell = qMax(x, 1.0);
@@ -91,8 +93,8 @@ int GlyphCache::leftBearing(char32_t codePoint)
         return *known;
     const FontMeasure::Glyph &found = glyph(codePoint);
     const bool drawn = found.charClass == CharClass::Plain || found.charClass == CharClass::Complex;
-    const int bearing
-        = drawn ? qRound(rawFont(found.font).boundingRect(found.index).left()) + found.offset : 0;
+    const int bearing =
+        drawn ? qRound(rawFont(found.font).boundingRect(found.index).left()) + found.offset : 0;
     m_bearings.insert(codePoint, bearing);
     return bearing;
 }

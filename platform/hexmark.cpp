@@ -12,11 +12,24 @@ constexpr int border = 2; ///< the box's stroke and the space inside it
 constexpr int heightOfTwoLines = 2 * digitHeight + 1 + 2 * border;
 
 // Five rows of three dots each, the leftmost one the highest bit.
-constexpr std::array<std::array<quint8, digitHeight>, 16> digits = {{
-    {7, 5, 5, 5, 7}, {2, 6, 2, 2, 7}, {7, 1, 7, 4, 7}, {7, 1, 7, 1, 7}, {5, 5, 7, 1, 1}, {7, 4, 7, 1, 7},
-    {7, 4, 7, 5, 7}, {7, 1, 2, 2, 2}, {7, 5, 7, 5, 7}, {7, 5, 7, 1, 7}, {7, 5, 7, 5, 5}, {6, 5, 6, 5, 6},
-    {7, 4, 4, 4, 7}, {6, 5, 5, 5, 6}, {7, 4, 7, 4, 7}, {7, 4, 7, 4, 4},
-}};
+constexpr std::array<std::array<quint8, digitHeight>, 16> digits = { {
+    { 7, 5, 5, 5, 7 },
+    { 2, 6, 2, 2, 7 },
+    { 7, 1, 7, 4, 7 },
+    { 7, 1, 7, 1, 7 },
+    { 5, 5, 7, 1, 1 },
+    { 7, 4, 7, 1, 7 },
+    { 7, 4, 7, 5, 7 },
+    { 7, 1, 2, 2, 2 },
+    { 7, 5, 7, 5, 7 },
+    { 7, 5, 7, 1, 7 },
+    { 7, 5, 7, 5, 5 },
+    { 6, 5, 6, 5, 6 },
+    { 7, 4, 4, 4, 7 },
+    { 6, 5, 5, 5, 6 },
+    { 7, 4, 7, 4, 7 },
+    { 7, 4, 7, 4, 4 },
+} };
 
 /// A code as digits on one or two lines, in dots of `dot` pixels.
 struct Shape {
@@ -39,8 +52,8 @@ struct Shape {
     int perLine() const { return count / lines; }
     QSize size() const
     {
-        return QSize(perLine() * (digitWidth + 1) - 1 + 2 * border,
-                     lines * (digitHeight + 1) - 1 + 2 * border)
+        return QSize(
+                   perLine() * (digitWidth + 1) - 1 + 2 * border, lines * (digitHeight + 1) - 1 + 2 * border)
             * dot;
     }
 };
@@ -73,6 +86,7 @@ void addHexMark(char32_t codePoint, QPoint topLeft, int height, std::vector<QRec
     rects.emplace_back(box.right() + 1 - dot, box.top(), dot, box.height());
     for (int i = 0; i < shape.count; ++i) {
         const QPoint cell(i % shape.perLine() * (digitWidth + 1), i / shape.perLine() * (digitHeight + 1));
-        addDigit(shape.digits[std::size_t(i)], box.topLeft() + (QPoint(border, border) + cell) * dot, dot, rects);
+        addDigit(
+            shape.digits[std::size_t(i)], box.topLeft() + (QPoint(border, border) + cell) * dot, dot, rects);
     }
 }

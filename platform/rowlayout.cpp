@@ -144,23 +144,24 @@ void RowLayout::Private::addSingle(char32_t codePoint)
     const qint64 x = pen - shift;
     const qint64 width = row.advance(codePoint);
     pen += width;
-    columns.push_back({.left = x, .right = x + width, .cursor = x, .isStop = true});
+    columns.push_back({ .left = x, .right = x + width, .cursor = x, .isStop = true });
     if (QChar::requiresSurrogates(codePoint))
-        columns.push_back({.left = x, .right = x + width, .cursor = x, .isStop = false});
+        columns.push_back({ .left = x, .right = x + width, .cursor = x, .isStop = false });
     if (x + width < left || x > right)
         return;
     const FontMeasure::Glyph &glyph = row.measure().glyph(codePoint);
     if (glyph.charClass == CharClass::Mark)
-        marks.push_back({.x = x, .codePoint = codePoint});
+        marks.push_back({ .x = x, .codePoint = codePoint });
     else
         addGlyph(glyph, x);
 }
 
 void RowLayout::Private::addGlyph(const FontMeasure::Glyph &glyph, qint64 x)
 {
-    auto list = std::find_if(glyphs.begin(), glyphs.end(), [&](const FontGlyphs &g) { return g.font == glyph.font; });
+    auto list =
+        std::find_if(glyphs.begin(), glyphs.end(), [&](const FontGlyphs &g) { return g.font == glyph.font; });
     if (list == glyphs.end())
-        list = glyphs.insert(glyphs.end(), FontGlyphs{.font = glyph.font});
+        list = glyphs.insert(glyphs.end(), FontGlyphs{ .font = glyph.font, .indexes = {}, .positions = {} });
     list->indexes.append(glyph.index);
     list->positions.append(QPointF(qreal(x - left + glyph.offset), 0));
 }
@@ -171,7 +172,7 @@ void RowLayout::Private::addTab()
     pen = row.afterTab(pen);
     if (row.hasTabAtStart())
         shift = 0;
-    columns.push_back({.left = x, .right = qMax(x, pen - shift), .cursor = x, .isStop = true});
+    columns.push_back({ .left = x, .right = qMax(x, pen - shift), .cursor = x, .isStop = true });
 }
 
 void RowLayout::Private::addShaped(const QString &run)
@@ -180,24 +181,24 @@ void RowLayout::Private::addShaped(const QString &run)
     const std::shared_ptr<const ShapedRun> made = row.measure().shaped(run);
     for (qsizetype at = 0; at < run.size(); ++at) {
         const ShapedRun::Place &place = made->place(at);
-        columns.push_back({.left = x + place.left,
-                           .right = x + place.right,
-                           .cursor = x + place.cursor,
-                           .isStop = place.isStop});
+        columns.push_back({ .left = x + place.left,
+            .right = x + place.right,
+            .cursor = x + place.cursor,
+            .isStop = place.isStop });
     }
     pen += made->width();
     if (x + made->width() >= left && x <= right)
-        shaped.push_back({.x = x, .run = made});
+        shaped.push_back({ .x = x, .run = made });
 }
 
 void RowLayout::Private::end()
 {
     const qint64 x = pen - shift;
-    columns.push_back({.left = x, .right = x, .cursor = x, .isStop = true});
+    columns.push_back({ .left = x, .right = x, .cursor = x, .isStop = true });
 }
 
 RowLayout::RowLayout(const TextStore &store, qint64 row, const FontMeasure &measure, qreal left, qreal right,
-                     const InsertedText &inserted)
+    const InsertedText &inserted)
     : d(std::make_unique<Private>(DisplayedRow(store, row, measure, inserted)))
 {
     d->layOutBetween(qint64(std::floor(left * d->scale())), qint64(std::ceil(right * d->scale())));
@@ -292,14 +293,15 @@ std::vector<RowLayout::Span> RowLayout::spans(qint64 begin, qint64 end) const
     std::sort(found.begin(), found.end());
     std::vector<Span> spans;
     for (const auto &[left, right] : found)
-        spans.push_back({.left = qreal(left) / d->scale(), .right = qreal(right) / d->scale()});
+        spans.push_back({ .left = qreal(left) / d->scale(), .right = qreal(right) / d->scale() });
     return spans;
 }
 
 void RowLayout::draw(QPainter &painter, QPointF origin, const QColor &color) const
 {
     const QTransform toDevice = painter.deviceTransform();
-    const QPoint start = toDevice.map(QPointF(origin.x() + qreal(d->left) / d->scale(), origin.y())).toPoint();
+    const QPoint start =
+        toDevice.map(QPointF(origin.x() + qreal(d->left) / d->scale(), origin.y())).toPoint();
     painter.save();
     painter.setWorldTransform(toDevice.inverted(), true);
     d->draw(painter, start, color);

@@ -20,18 +20,18 @@ struct InsertedText {
 /// Where the characters of one display row stand: the one place that drawing, cursor, hit test and selection
 /// ask.
 ///
-/// A character is placed by its advance; a stretch of combining marks, Arabic, Indic scripts or emoji sequences
-/// is shaped by the toolkit and takes the width that comes out. The row's base direction is left to right. The
-/// row starts left of 0 by the left bearing of its first character, up to its first TAB.
+/// A character is placed by its advance; a stretch of combining marks, Arabic, Indic scripts or emoji
+/// sequences is shaped by the toolkit and takes the width that comes out. The row's base direction is left to
+/// right. The row starts left of 0 by the left bearing of its first character, up to its first TAB.
 ///
-/// Only the part of the row between `left` and `right` (logical pixels from the row's start) is looked at, and
-/// shaping is done in segments of a few thousand units that begin where the store has them: a row of 100 million
-/// characters costs what the window shows of it, and a column stands at the same place whatever part is looked
-/// at. Columns count the inserted text too. Valid until the next change of the store.
+/// Only the part of the row between `left` and `right` (logical pixels from the row's start) is looked at,
+/// and shaping is done in segments of a few thousand units that begin where the store has them: a row of 100
+/// million characters costs what the window shows of it, and a column stands at the same place whatever part
+/// is looked at. Columns count the inserted text too. Valid until the next change of the store.
 class RowLayout {
 public:
     RowLayout(const TextStore &store, qint64 row, const FontMeasure &measure, qreal left, qreal right,
-              const InsertedText &inserted = {});
+        const InsertedText &inserted = {});
     ~RowLayout();
     RowLayout(RowLayout &&) noexcept;
 

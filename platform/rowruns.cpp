@@ -34,15 +34,15 @@ void joinClusters(QStringView text, const std::vector<CharClass> &classes, std::
     qsizetype base = 0;
     for (qsizetype at = 0; at < text.size();) {
         const qsizetype next = at + unitsOf(codePointAt(text, at));
-        const bool joined = at > 0 && text[at - 1] == zeroWidthJoiner
-            && classes[std::size_t(at)] != CharClass::Mark;
+        const bool joined =
+            at > 0 && text[at - 1] == zeroWidthJoiner && classes[std::size_t(at)] != CharClass::Mark;
         if (classes[std::size_t(at)] != CharClass::Extend && !joined) {
             base = at;
         } else {
             if (base < at && classes[std::size_t(base)] == CharClass::Mark)
                 base = at;
-            const RunKind kind = kinds[std::size_t(base)] == RunKind::Single ? RunKind::LeftToRight
-                                                                              : kinds[std::size_t(base)];
+            const RunKind kind =
+                kinds[std::size_t(base)] == RunKind::Single ? RunKind::LeftToRight : kinds[std::size_t(base)];
             std::fill(kinds.begin() + base, kinds.begin() + next, kind);
         }
         at = next;

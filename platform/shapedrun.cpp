@@ -45,11 +45,11 @@ void ShapedRun::placeCharacters(const QTextLine &line, const std::vector<qsizety
         int cursor = int(place);
         return qRound(line.cursorToX(&cursor, which));
     };
-    Place before = {.right = 0, .isReversed = false};
+    Place before = { .right = 0, .isReversed = false };
     for (std::size_t i = 0; i + 1 < stops.size(); ++i) {
         const int leading = edge(stops[i], QTextLine::Leading);
         const int trailing = edge(stops[i], QTextLine::Trailing);
-        Place place = {.left = qMin(leading, trailing), .right = qMax(leading, trailing)};
+        Place place = { .left = qMin(leading, trailing), .right = qMax(leading, trailing) };
         place.isReversed = trailing < leading;
         // Where the direction changes, the cursor keeps to the edge of the character that is read in the
         // outer direction: so each stop has an edge of its own.
@@ -61,5 +61,5 @@ void ShapedRun::placeCharacters(const QTextLine &line, const std::vector<qsizety
         m_places[std::size_t(stops[i])].isStop = true;
         before = place;
     }
-    m_places.back() = {.left = m_width, .right = m_width, .cursor = m_width, .isStop = true};
+    m_places.back() = { .left = m_width, .right = m_width, .cursor = m_width, .isStop = true };
 }

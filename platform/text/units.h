@@ -17,8 +17,8 @@ struct LineCol {
     friend auto operator<=>(const LineCol &, const LineCol &) = default;
 };
 
-/// A horizontal distance in 1/64 device pixel: characters stand on whole device pixels at every scale, so sums
-/// over a row are exact and convert to the screen without rounding. 64 bits wide because one row may hold a
-/// hundred million characters.
+/// A horizontal distance in 1/64 device pixel: characters stand on whole device pixels at every scale, so
+/// sums over a row are exact and convert to the screen without rounding. 64 bits wide because one row may
+/// hold a hundred million characters.
 using Subpixels = qint64;
 constexpr Subpixels subpixelsPerPixel = 64;
