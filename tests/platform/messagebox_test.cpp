@@ -1,0 +1,98 @@
+#include "platform/messagebox.h"
+#include "tests/messageboxes.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Message boxes: fixed texts shown as they are, buttons in their order, what Return and Escape press.
+class MessageBoxTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void showsTextsAsTheyAre_data();
+    void showsTextsAsTheyAre();
+    void answersWithTheButtonPressed_data();
+    void answersWithTheButtonPressed();
+    void escapePressesItsButton();
+    void escapeDoesNothingWithoutItsButton();
+};
+
+void MessageBoxTest::showsTextsAsTheyAre_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("plain") << u"Not found."_s;
+    QTest::newRow("mark-up") << u"<b>bold</b> &amp; <img src=\"x\">"_s;
+    QTest::newRow("ampersand") << u"this & that"_s;
+    QTest::newRow("line ends") << u"first\nsecond"_s;
+}
+
+void MessageBoxTest::showsTextsAsTheyAre()
+{
+    QFETCH(QString, text);
+    MessageBoxes boxes;
+    MessageBox::critical(nullptr, u"Title"_s, text);
+    MessageBox::information(nullptr, u"Title"_s, text);
+    MessageBox::about(nullptr, u"Title"_s, text);
+    MessageBox::question(nullptr, u"Title"_s, text, { u"Yes"_s, u"No"_s }, 0, MessageBox::noEscape);
+    QCOMPARE(boxes.shown().size(), 4);
+    for (const MessageBoxes::Box &shown : boxes.shown()) {
+        QCOMPARE(shown.title, u"Title"_s);
+        QCOMPARE(shown.text, text);
+        QCOMPARE(shown.format, Qt::PlainText);
+    }
+    QCOMPARE(boxes.shown().at(0).icon, QMessageBox::Critical);
+    QCOMPARE(boxes.shown().at(1).icon, QMessageBox::Information);
+    QCOMPARE(boxes.shown().at(1).buttons.size(), 1);
+}
+
+void MessageBoxTest::answersWithTheButtonPressed_data()
+{
+    QTest::addColumn<QString>("pressed");
+    QTest::addColumn<int>("answer");
+    QTest::newRow("first") << u"Yes"_s << 0;
+    QTest::newRow("second") << u"No"_s << 1;
+    QTest::newRow("third") << u"Cancel"_s << 2;
+}
+
+void MessageBoxTest::answersWithTheButtonPressed()
+{
+    QFETCH(QString, pressed);
+    QFETCH(int, answer);
+    MessageBoxes boxes({ pressed });
+    const QStringList buttons{ u"Yes"_s, u"No"_s, u"Cancel"_s };
+    QCOMPARE(MessageBox::question(nullptr, u"Title"_s, u"Text"_s, buttons, 0, 2), answer);
+    QCOMPARE(boxes.shown().size(), 1);
+    QCOMPARE(boxes.shown().at(0).buttons, buttons);
+    QCOMPARE(boxes.shown().at(0).defaultButton, u"Yes"_s);
+    QCOMPARE(boxes.shown().at(0).escapeButton, u"Cancel"_s);
+}
+
+void MessageBoxTest::escapePressesItsButton()
+{
+    MessageBoxes boxes({ u"Escape"_s });
+    QCOMPARE(
+        MessageBox::question(nullptr, u"Title"_s, u"Text"_s, { u"Yes"_s, u"No"_s, u"Cancel"_s }, 0, 2), 2);
+}
+
+void MessageBoxTest::escapeDoesNothingWithoutItsButton()
+{
+    MessageBoxes boxes({ u"Escape"_s });
+    bool stayedOpen = false;
+    QTimer::singleShot(0, this, [&] {
+        // Runs behind the key press: the box is still there.
+        QTimer::singleShot(0, this, [&] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            stayedOpen = box && box->isVisible() && !box->close();
+            box->buttons().at(1)->click();
+        });
+    });
+    QCOMPARE(
+        MessageBox::question(nullptr, u"Title"_s, u"Text"_s, { u"Yes"_s, u"No"_s }, 0, MessageBox::noEscape),
+        1);
+    QVERIFY(stayedOpen);
+    QCOMPARE(boxes.shown().at(0).escapeButton, QString());
+}
+
+QTEST_MAIN(MessageBoxTest)
+#include "messagebox_test.moc"
