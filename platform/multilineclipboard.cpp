@@ -1,0 +1,234 @@
+#include "platform/qmultilineedit_p.h"
+
+#include "platform/textmimedata.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDrag>
+#include <QDropEvent>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMimeData>
+
+namespace {
+
+/// Units of a primary selection that are kept when the text is marked no more.
+constexpr qint64 primaryKept = 4 * 1024 * 1024;
+
+QClipboard *clipboard()
+{
+    return QGuiApplication::clipboard();
+}
+
+/// Text from elsewhere as a document may hold it: line ends are LF, and there is no NUL.
+QString normalized(QString text)
+{
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(u'\r', u'\n');
+    text.remove(QChar(u'\0'));
+    return text;
+}
+
+/// The text of `data`, letter for letter when it comes from this program.
+QString textOf(const QMimeData &data)
+{
+    const auto *const own = qobject_cast<const TextMimeData *>(&data);
+    return normalized(own ? own->exactText() : data.text());
+}
+
+TextMimeData::Source sourceOf(TextPiece piece)
+{
+    return [shared = std::make_shared<TextPiece>(std::move(piece))] { return shared->text(); };
+}
+
+} // namespace
+
+bool QMultiLineEdit::Private::canPaste(const QMimeData *data) const
+{
+    return !readOnly && data && data->hasText();
+}
+
+TextPiece QMultiLineEdit::Private::markedPiece() const
+{
+    return store.piece(marked().start, marked().end - marked().start);
+}
+
+void QMultiLineEdit::Private::copyMarked() const
+{
+    if (hasMarked())
+        clipboard()->setMimeData(new TextMimeData(sourceOf(markedPiece())));
+}
+
+void QMultiLineEdit::Private::pasteFrom(const QMimeData *data)
+{
+    if (!data)
+        return;
+    const QString text = textOf(*data);
+    if (!text.isEmpty())
+        insertText(text, Joining::Never);
+}
+
+void QMultiLineEdit::Private::offerPrimary()
+{
+    if (!clipboard()->supportsSelection() || !hasMarked())
+        return;
+    auto *const data = new TextMimeData([this] { return q->markedText(); });
+    primary = data;
+    clipboard()->setMimeData(data, QClipboard::Selection);
+}
+
+void QMultiLineEdit::Private::freezePrimary()
+{
+    if (!primary || !hasMarked())
+        return;
+    TextMimeData *const data = std::exchange(primary, nullptr);
+    if (marked().end - marked().start <= primaryKept) {
+        data->setSource(sourceOf(markedPiece()));
+        return;
+    }
+    data->setSource([] { return QString(); });
+    clipboard()->clear(QClipboard::Selection);
+}
+
+void QMultiLineEdit::Private::pastePrimary(QPointF at)
+{
+    if (readOnly || !clipboard()->supportsSelection())
+        return;
+    const QMimeData *const data = clipboard()->mimeData(QClipboard::Selection);
+    if (!data)
+        return;
+    const QString text = textOf(*data);
+    moveTo(placeAtPoint(at), Marking::Drop);
+    if (!text.isEmpty())
+        insertText(text, Joining::Never);
+}
+
+void QMultiLineEdit::Private::startDrag()
+{
+    auto *const drag = new QDrag(q);
+    drag->setMimeData(new TextMimeData(sourceOf(markedPiece())));
+    const Qt::DropActions actions = readOnly ? Qt::CopyAction : Qt::CopyAction | Qt::MoveAction;
+    const Qt::DropAction done = drag->exec(actions, readOnly ? Qt::CopyAction : Qt::MoveAction);
+    // A drop inside this editor has moved the text itself.
+    if (done == Qt::MoveAction && drag->target() != q->viewport() && drag->target() != q)
+        eraseMarked();
+}
+
+/// Files are the window's to open, even when they come with their names as text.
+bool QMultiLineEdit::Private::acceptsDrop(const QDropEvent &event) const
+{
+    return canPaste(event.mimeData()) && !event.mimeData()->hasUrls();
+}
+
+void QMultiLineEdit::Private::setDropOffset(qint64 offset)
+{
+    if (offset == dropOffset)
+        return;
+    for (const qint64 place : { dropOffset, offset }) {
+        if (place >= 0)
+            updateRow(store.rowColAt(place).row);
+    }
+    dropOffset = offset;
+}
+
+void QMultiLineEdit::Private::drop(QDropEvent &event)
+{
+    const QString text = textOf(*event.mimeData());
+    qint64 to = placeAtPoint(event.position()).offset;
+    const bool own = event.source() == q;
+    const bool moves = own && event.dropAction() == Qt::MoveAction;
+    if (moves && marked().start <= to && to <= marked().end)
+        return;
+    Operation operation(*this);
+    history.beginGroup();
+    if (moves) {
+        const TextRange from = marked();
+        const qint64 length = from.end - from.start;
+        replace(from.start, length, {});
+        if (to > from.start)
+            to -= length;
+    }
+    replace(to, 0, text);
+    history.endGroup();
+    anchor = { to };
+    cursor = { to + text.size() };
+}
+
+void QMultiLineEdit::Private::showContextMenu(const QPoint &globalPosition)
+{
+    QMenu *const menu = q->createContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(globalPosition);
+}
+
+void QMultiLineEdit::Private::showContextMenuAtCursor()
+{
+    makeCursorVisible();
+    showContextMenu(q->viewport()->mapToGlobal(q->cursorRect().bottomLeft()));
+}
+
+QMenu *QMultiLineEdit::createContextMenu()
+{
+    auto *const menu = new QMenu(this);
+    const auto add = [this, menu](const QString &text, const char *keys, bool enabled,
+                         void (QMultiLineEdit::*slot)()) {
+        QAction *const action = menu->addAction(text, this, slot);
+        action->setShortcut(QKeySequence(QLatin1StringView(keys)));
+        action->setShortcutContext(Qt::WidgetShortcut);
+        action->setEnabled(enabled);
+    };
+    const bool writable = !isReadOnly();
+    const bool marked = hasMarkedText();
+    add(tr("&Undo"), "Ctrl+Z", writable && d->history.canUndo(), &QMultiLineEdit::undo);
+    add(tr("&Redo"), "Ctrl+Y", writable && d->history.canRedo(), &QMultiLineEdit::redo);
+    menu->addSeparator();
+    add(tr("Cu&t"), "Ctrl+X", writable && marked, &QMultiLineEdit::cut);
+    add(tr("&Copy"), "Ctrl+C", marked, &QMultiLineEdit::copy);
+    add(tr("&Paste"), "Ctrl+V", d->canPaste(clipboard()->mimeData()), &QMultiLineEdit::paste);
+    menu->addSeparator();
+    add(tr("Select &All"), "Ctrl+A", d->store.length() > 0, &QMultiLineEdit::selectAll);
+    return menu;
+}
+
+void QMultiLineEdit::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        d->showContextMenuAtCursor();
+    else
+        d->showContextMenu(event->globalPos());
+    event->accept();
+}
+
+void QMultiLineEdit::dragEnterEvent(QDragEnterEvent *event)
+{
+    dragMoveEvent(event);
+}
+
+void QMultiLineEdit::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (!d->acceptsDrop(*event)) {
+        event->ignore();
+        return;
+    }
+    const bool copies = event->modifiers().testFlag(Qt::ControlModifier) || event->source() != this;
+    event->setDropAction(copies ? Qt::CopyAction : Qt::MoveAction);
+    event->accept();
+    d->setDropOffset(d->placeAtPoint(event->position()).offset);
+}
+
+void QMultiLineEdit::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    d->setDropOffset(-1);
+    event->accept();
+}
+
+void QMultiLineEdit::dropEvent(QDropEvent *event)
+{
+    d->setDropOffset(-1);
+    if (!d->acceptsDrop(*event)) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    d->drop(*event);
+}

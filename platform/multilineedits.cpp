@@ -1,0 +1,202 @@
+#include "platform/qmultilineedit_p.h"
+
+void QMultiLineEdit::Private::beginOperation()
+{
+    if (operations++ > 0)
+        return;
+    damage = {};
+    damage.rowsBefore = store.rowCount();
+    freezePrimary();
+    updateMarkedRows();
+    updateRow(rowColOf(cursor).row);
+}
+
+void QMultiLineEdit::Private::endOperation()
+{
+    if (--operations > 0)
+        return;
+    if (damage.any) {
+        edited = true;
+        goalX.reset();
+        updateScrollBars();
+        repaintDamage();
+    }
+    updateMarkedRows();
+    updateRow(rowColOf(cursor).row);
+    const bool changed = damage.any;
+    makeCursorVisible();
+    announceCursor();
+    if (changed)
+        emit q->textChanged();
+}
+
+void QMultiLineEdit::Private::replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining)
+{
+    Q_ASSERT(operations > 0);
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    if (!undoEnabled) {
+        store.replace(offset, removed, inserted);
+    } else {
+        const bool both = removed > 0 && !inserted.isEmpty();
+        if (both)
+            history.beginGroup();
+        if (removed > 0)
+            history.recordDelete(offset, store.take(offset, removed), joining);
+        if (!inserted.isEmpty()) {
+            store.replace(offset, 0, inserted);
+            history.recordInsert(offset, TextPiece(inserted), joining);
+        }
+        if (both)
+            history.endGroup();
+    }
+    noteChange(offset, removed, inserted.size());
+}
+
+void QMultiLineEdit::Private::noteChange(qint64 offset, qint64 removed, qint64 inserted)
+{
+    if (!damage.any) {
+        damage.any = true;
+        damage.start = offset;
+        damage.end = offset + inserted;
+    } else {
+        const qint64 behind = damage.end - (offset + removed);
+        damage.start = qMin(damage.start, offset);
+        damage.end = offset + inserted + qMax<qint64>(0, behind);
+    }
+    announceChange(offset, removed, inserted);
+}
+
+void QMultiLineEdit::Private::announceChange(qint64 offset, qint64 removed, qint64 inserted)
+{
+    Q_UNUSED(offset)
+    Q_UNUSED(removed)
+    Q_UNUSED(inserted)
+}
+
+/// Rows above the first changed one stay, but for the one it continues, which may have room for more now.
+/// Rows below the last changed line stay when their count has not changed.
+void QMultiLineEdit::Private::repaintDamage()
+{
+    qint64 first = store.rowColAt(damage.start).row;
+    if (first > 0 && !store.row(first - 1).endsLine)
+        --first;
+    qint64 last = store.rowCount() + visibleRows();
+    if (store.rowCount() == damage.rowsBefore) {
+        const qint64 line = store.lineAt(damage.end);
+        last = line + 1 < store.lineCount() ? store.rowOfLine(line + 1) - 1 : store.rowCount() - 1;
+    }
+    updateRows(first, last);
+}
+
+void QMultiLineEdit::Private::reportAvailability()
+{
+    const auto report = [this](bool &said, bool now, void (QMultiLineEdit::*signal)(bool)) {
+        if (said == now)
+            return;
+        said = now;
+        emit(q->*signal)(now);
+    };
+    report(reported.undo, history.canUndo(), &QMultiLineEdit::undoAvailable);
+    report(reported.redo, history.canRedo(), &QMultiLineEdit::redoAvailable);
+    report(reported.marked, hasMarked(), &QMultiLineEdit::copyAvailable);
+}
+
+void QMultiLineEdit::Private::startAnew(TextStore &&text)
+{
+    freezePrimary();
+    store = std::move(text);
+    store.setLayoutRule(layoutRule());
+    history.clear();
+    cursor = anchor = {};
+    goalX.reset();
+    top = 0;
+    updateScrollBars();
+    q->setXOffset(0);
+    q->viewport()->update();
+    edited = true;
+    announceCursor();
+    emit q->textChanged();
+}
+
+void QMultiLineEdit::Private::insertText(QStringView text, Joining joining)
+{
+    Operation operation(*this);
+    const TextRange old = marked();
+    replace(old.start, old.end - old.start, text, joining);
+    cursor = anchor = { old.start + text.size() };
+}
+
+/// End of the characters that `count` typed ones replace: no line end among them.
+static qint64 overwrittenEnd(const TextStore &store, qint64 offset, qint64 count)
+{
+    while (count-- > 0 && offset < store.length() && store.at(offset) != u'\n')
+        offset = nextCursorStop(store, offset);
+    return offset;
+}
+
+void QMultiLineEdit::Private::typeText(const QString &text)
+{
+    if (overwrite && !hasMarked()) {
+        Operation operation(*this);
+        const qint64 from = cursor.offset;
+        replace(from, overwrittenEnd(store, from, text.toUcs4().size()) - from, text, Joining::Typing);
+        cursor = anchor = { from + text.size() };
+        return;
+    }
+    insertText(text, Joining::Typing);
+}
+
+void QMultiLineEdit::Private::breakLine()
+{
+    insertText(u"\n", Joining::Typing);
+    emit q->returnPressed();
+}
+
+void QMultiLineEdit::Private::erase(qint64 from, qint64 to, Joining joining)
+{
+    Operation operation(*this);
+    replace(from, to - from, {}, joining);
+    cursor = anchor = { from };
+}
+
+bool QMultiLineEdit::Private::eraseMarked()
+{
+    if (!hasMarked())
+        return false;
+    erase(marked().start, marked().end, Joining::Never);
+    return true;
+}
+
+void QMultiLineEdit::Private::eraseBack()
+{
+    if (!eraseMarked())
+        erase(previousCursorStop(store, cursor.offset), cursor.offset, Joining::Erasing);
+}
+
+void QMultiLineEdit::Private::eraseForward()
+{
+    if (!eraseMarked())
+        erase(cursor.offset, nextCursorStop(store, cursor.offset), Joining::Erasing);
+}
+
+void QMultiLineEdit::Private::eraseWordBack()
+{
+    if (!eraseMarked())
+        erase(previousWordStart(store, cursor.offset), cursor.offset, Joining::Never);
+}
+
+void QMultiLineEdit::Private::eraseWordForward()
+{
+    if (!eraseMarked())
+        erase(cursor.offset, nextWordStart(store, cursor.offset), Joining::Never);
+}
+
+void QMultiLineEdit::Private::applyHistory(
+    qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &))
+{
+    Operation operation(*this);
+    const qint64 offset = (history.*step)(
+        store, [this](qint64 at, qint64 removed, qint64 inserted) { noteChange(at, removed, inserted); });
+    cursor = anchor = { offset };
+}

@@ -1,0 +1,240 @@
+#include "platform/qmultilineedit_p.h"
+
+#include <QApplication>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QScroller>
+#include <QStyleHints>
+#include <QTabletEvent>
+#include <QTouchEvent>
+
+namespace {
+constexpr int autoScrollInterval = 50; ///< ms
+
+bool movedEnough(QPointF from, QPointF to)
+{
+    return (to - from).manhattanLength() >= QGuiApplication::styleHints()->startDragDistance();
+}
+} // namespace
+
+TextRange QMultiLineEdit::Private::unitAt(qint64 offset, Unit unit) const
+{
+    switch (unit) {
+    case Unit::Character:
+        break;
+    case Unit::Word:
+        return wordAt(store, offset);
+    case Unit::Line: {
+        const qint64 line = store.lineAt(offset);
+        const bool last = line + 1 == store.lineCount();
+        return { store.lineStart(line), last ? store.length() : store.lineStart(line + 1) };
+    }
+    }
+    return { offset, offset };
+}
+
+void QMultiLineEdit::Private::press(QPointF at, Qt::KeyboardModifiers modifiers, Unit unit)
+{
+    q->commitPreedit();
+    pointer.unit = unit;
+    pointer.pressedAt = pointer.lastAt = at;
+    const CursorPlace place = placeAtPoint(at);
+    const TextRange range = marked();
+    const bool inMarked = range.start <= place.offset && place.offset < range.end;
+    const bool extends = modifiers.testFlag(Qt::ShiftModifier);
+    if (unit == Unit::Character && inMarked && !extends) {
+        pointer.gesture = Gesture::MaybeDrag;
+        return;
+    }
+    pointer.gesture = Gesture::Mark;
+    pointer.origin = extends ? TextRange{ anchor.offset, anchor.offset } : unitAt(place.offset, unit);
+    if (unit == Unit::Character)
+        moveTo(place, extends ? Marking::Extend : Marking::Drop);
+    else
+        mark(pointer.origin.start, pointer.origin.end);
+}
+
+void QMultiLineEdit::Private::drag(QPointF at)
+{
+    pointer.lastAt = at;
+    if (pointer.longPress.isActive() && movedEnough(pointer.pressedAt, at))
+        pointer.longPress.stop();
+    if (pointer.gesture == Gesture::MaybeDrag && movedEnough(pointer.pressedAt, at)) {
+        pointer.gesture = Gesture::Done;
+        startDrag();
+    }
+    if (pointer.gesture != Gesture::Mark)
+        return;
+    markTo(at);
+    const bool outside = !q->viewport()->rect().contains(at.toPoint());
+    if (!outside)
+        pointer.autoScroll.stop();
+    else if (!pointer.autoScroll.isActive())
+        pointer.autoScroll.start(autoScrollInterval, q);
+}
+
+/// Marks whole units from the one that was pressed to the one at `at`.
+void QMultiLineEdit::Private::markTo(QPointF at)
+{
+    const CursorPlace place = placeAtPoint(at);
+    if (pointer.unit == Unit::Character) {
+        moveTo(place, Marking::Extend);
+        return;
+    }
+    const TextRange here = unitAt(place.offset, pointer.unit);
+    if (place.offset < pointer.origin.start)
+        mark(pointer.origin.end, here.start);
+    else
+        mark(pointer.origin.start, qMax(pointer.origin.end, here.end));
+}
+
+/// The further out the pointer, the more rows at a time.
+void QMultiLineEdit::Private::autoScroll()
+{
+    const QRect view = q->viewport()->rect();
+    const QPointF at = pointer.lastAt;
+    const auto beyond = [](qreal value, int low, int high) {
+        return value < low ? value - low : value > high ? value - high : 0;
+    };
+    const qreal down = beyond(at.y(), view.top(), view.bottom());
+    const qreal right = beyond(at.x(), view.left(), view.right());
+    setTop(top + qRound64(down / measure->height()) + (down > 0) - (down < 0));
+    q->setXOffset(q->xOffset() + qRound(right));
+    markTo(at);
+}
+
+void QMultiLineEdit::Private::release(QPointF at)
+{
+    pointer.autoScroll.stop();
+    pointer.longPress.stop();
+    if (pointer.gesture == Gesture::MaybeDrag)
+        moveTo(placeAtPoint(at), Marking::Drop);
+    if (pointer.gesture == Gesture::Mark)
+        offerPrimary();
+    pointer.gesture = Gesture::None;
+}
+
+void QMultiLineEdit::Private::longPressed()
+{
+    pointer.longPress.stop();
+    pointer.autoScroll.stop();
+    pointer.gesture = Gesture::Done;
+    showContextMenu(q->viewport()->mapToGlobal(pointer.lastAt.toPoint()));
+}
+
+/// A pen marks like a mouse; held still it asks for the context menu.
+bool QMultiLineEdit::Private::tablet(QTabletEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::TabletPress:
+        if (event.button() != Qt::LeftButton)
+            return false;
+        press(event.position(), event.modifiers(), Unit::Character);
+        pointer.longPress.start(QGuiApplication::styleHints()->mousePressAndHoldInterval(), q);
+        return true;
+    case QEvent::TabletMove:
+        if (pointer.gesture == Gesture::None)
+            return false;
+        drag(event.position());
+        return true;
+    case QEvent::TabletRelease:
+        if (pointer.gesture == Gesture::None)
+            return false;
+        release(event.position());
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// One finger scrolls and flicks, a tap places the cursor and asks for the keyboard on the screen.
+bool QMultiLineEdit::Private::touch(QTouchEvent &event)
+{
+    QScroller *const scroller = QScroller::scroller(q->viewport());
+    const QPointF at = event.points().constFirst().position();
+    const auto time = qint64(event.timestamp());
+    switch (event.type()) {
+    case QEvent::TouchBegin:
+        pointer.gesture = Gesture::Scroll;
+        pointer.pressedAt = pointer.lastAt = at;
+        pointer.longPress.start(QGuiApplication::styleHints()->mousePressAndHoldInterval(), q);
+        scroller->handleInput(QScroller::InputPress, at, time);
+        return true;
+    case QEvent::TouchUpdate:
+        pointer.lastAt = at;
+        if (movedEnough(pointer.pressedAt, at))
+            pointer.longPress.stop();
+        if (pointer.gesture == Gesture::Scroll)
+            scroller->handleInput(QScroller::InputMove, at, time);
+        return true;
+    case QEvent::TouchEnd:
+        scroller->handleInput(QScroller::InputRelease, at, time);
+        if (pointer.longPress.isActive()) {
+            moveTo(placeAtPoint(at), Marking::Drop);
+            q->setFocus(Qt::MouseFocusReason);
+            QGuiApplication::inputMethod()->show();
+        }
+        pointer.longPress.stop();
+        pointer.gesture = Gesture::None;
+        return true;
+    default:
+        scroller->stop();
+        pointer.longPress.stop();
+        pointer.gesture = Gesture::None;
+        return true;
+    }
+}
+
+bool QMultiLineEdit::Private::scrollPrepare(QScrollPrepareEvent &event)
+{
+    const qreal height = measure->height();
+    event.setViewportSize(q->viewport()->size());
+    event.setContentPosRange(
+        { 0, 0, qreal(q->horizontalScrollBar()->maximum()), qreal(rows.lastTop()) * height });
+    event.setContentPos({ qreal(q->xOffset()), qreal(top) * height });
+    event.accept();
+    return true;
+}
+
+bool QMultiLineEdit::Private::scrollTo(QScrollEvent &event)
+{
+    const QPointF position = event.contentPos();
+    setTop(qRound64(position.y() / measure->height()));
+    q->setXOffset(qRound(position.x()));
+    event.accept();
+    return true;
+}
+
+void QMultiLineEdit::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::MiddleButton)
+        d->pastePrimary(event->position());
+    if (event->button() != Qt::LeftButton)
+        return;
+    const bool third =
+        d->pointer.tripleClick.isActive() && !movedEnough(d->pointer.pressedAt, event->position());
+    d->pointer.tripleClick.stop();
+    d->press(event->position(), event->modifiers(), third ? Private::Unit::Line : Private::Unit::Character);
+}
+
+void QMultiLineEdit::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    d->press(event->position(), Qt::NoModifier, Private::Unit::Word);
+    d->pointer.tripleClick.start(QGuiApplication::styleHints()->mouseDoubleClickInterval(), this);
+}
+
+void QMultiLineEdit::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons() & Qt::LeftButton)
+        d->drag(event->position());
+}
+
+void QMultiLineEdit::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        d->release(event->position());
+}

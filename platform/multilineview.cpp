@@ -1,0 +1,357 @@
+#include "platform/qmultilineedit_p.h"
+
+#include <QApplication>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyleHints>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace {
+constexpr int cursorWidth = 2;
+constexpr int wheelNotch = 120; ///< eighths of a degree
+} // namespace
+
+qint64 QMultiLineEdit::Private::visibleRows() const
+{
+    return qMax<qint64>(1, qint64(q->viewport()->height() / measure->height()));
+}
+
+qint64 QMultiLineEdit::Private::rowAt(qreal y) const
+{
+    return top + qint64(std::floor(y / measure->height()));
+}
+
+qreal QMultiLineEdit::Private::contentWidth() const
+{
+    const qreal behind = 2 * measure->xWidth() + cursorWidth;
+    const qreal composed = preedit.text.isEmpty() ? 0 : qreal(preedit.text.size()) * 2 * measure->xWidth();
+    return margin + measure->toPixels(store.widestRow()) + behind + composed;
+}
+
+void QMultiLineEdit::Private::updateScrollBars()
+{
+    rows = ScrollRange(qMax<qint64>(0, store.rowCount() - visibleRows()));
+    QScrollBar *const vertical = q->verticalScrollBar();
+    syncingBar = true;
+    vertical->setPageStep(rows.pageStep(visibleRows()));
+    vertical->setRange(0, rows.maximum());
+    syncingBar = false;
+    setTop(top);
+
+    QScrollBar *const horizontal = q->horizontalScrollBar();
+    const qreal hidden = wrap == WidgetWidth ? 0 : contentWidth() - q->viewport()->width();
+    constexpr qreal most = std::numeric_limits<int>::max() / 2;
+    horizontal->setPageStep(q->viewport()->width());
+    horizontal->setSingleStep(qMax(1, qRound(2 * measure->xWidth())));
+    horizontal->setRange(0, qCeil(qBound<qreal>(0, hidden, most)));
+}
+
+void QMultiLineEdit::Private::setTop(qint64 row)
+{
+    const qint64 before = top;
+    top = qBound<qint64>(0, row, rows.lastTop());
+    syncingBar = true;
+    q->verticalScrollBar()->setValue(rows.toBar(top));
+    syncingBar = false;
+    if (top != before)
+        shiftView(0, qreal(before - top) * measure->height());
+}
+
+/// Moves what is painted already where the toolkit can, else repaints.
+void QMultiLineEdit::Private::shiftView(int dx, qreal dy)
+{
+    QWidget *const viewport = q->viewport();
+    const bool stays = std::abs(dx) < viewport->width() && std::abs(dy) < viewport->height();
+    if (stays && dy == std::floor(dy))
+        viewport->scroll(dx, int(dy));
+    else
+        viewport->update();
+}
+
+RowLayout QMultiLineEdit::Private::layoutOf(qint64 row, qreal x) const
+{
+    const qreal width = q->viewport()->width();
+    const qreal left = q->xOffset() - margin;
+    const qreal start = x >= left && x <= left + width ? left : x - width / 2;
+    return { store, row, *measure, start, start + width };
+}
+
+RowLayout QMultiLineEdit::Private::layoutAtColumn(RowCol position) const
+{
+    return layoutOf(position.row, measure->toPixels(store.xAt(position)));
+}
+
+qreal QMultiLineEdit::Private::xOf(RowCol position) const
+{
+    return layoutAtColumn(position).x(position.column);
+}
+
+CursorPlace QMultiLineEdit::Private::placeAtX(qint64 row, qreal x) const
+{
+    return placeAt(row, layoutOf(row, x).cursorAt(x));
+}
+
+CursorPlace QMultiLineEdit::Private::placeAtPoint(QPointF point) const
+{
+    const qint64 row = qBound<qint64>(0, rowAt(point.y()), store.rowCount() - 1);
+    return placeAtX(row, point.x() + q->xOffset() - margin);
+}
+
+QRectF QMultiLineEdit::Private::cursorBox(CursorPlace place) const
+{
+    const RowCol position = rowColOf(place);
+    const QRectF cell = q->cellRect(position.row);
+    return { cell.x() + margin + xOf(position) - 1, cell.y(), cursorWidth, cell.height() };
+}
+
+void QMultiLineEdit::Private::makeCursorVisible()
+{
+    const RowCol position = rowColOf(cursor);
+    showRow(position.row);
+    showX(xOf(position), cursorWidth);
+}
+
+/// Scrolls as little as needed; a place further away than a page comes to the middle.
+void QMultiLineEdit::Private::showRow(qint64 row)
+{
+    const qint64 page = visibleRows();
+    const qint64 last = top + page - 1;
+    if (row >= top && row <= last)
+        return;
+    const bool far = row < top - page || row > last + page;
+    if (far)
+        setTop(row - page / 2);
+    else
+        setTop(row < top ? row : row - page + 1);
+}
+
+/// Scrolls by a quarter of the view at a time, so that typing at its edge does not repaint it with every key.
+void QMultiLineEdit::Private::showX(qreal x, qreal width)
+{
+    const int view = q->viewport()->width();
+    const qreal left = margin + x - q->xOffset();
+    const int reserve = view / 4;
+    if (left < margin)
+        q->setXOffset(qFloor(qMax<qreal>(0, x - reserve)));
+    else if (left + width > view)
+        q->setXOffset(qCeil(margin + x + width - view + reserve));
+}
+
+void QMultiLineEdit::Private::updateRows(qint64 first, qint64 last)
+{
+    const QWidget *const viewport = q->viewport();
+    first = qMax(first, top);
+    last = qMin(last, rowAt(viewport->height()));
+    if (first > last)
+        return;
+    const qreal height = measure->height();
+    const QRectF area(0, qreal(first - top) * height, viewport->width(), qreal(last - first + 1) * height);
+    q->viewport()->update(area.toAlignedRect());
+}
+
+void QMultiLineEdit::Private::updateMarkedRows()
+{
+    if (!hasMarked())
+        return;
+    const TextRange range = marked();
+    updateRows(store.rowColAt(range.start).row, store.rowColAt(range.end).row);
+}
+
+void QMultiLineEdit::Private::restartBlink()
+{
+    const int flash = QGuiApplication::styleHints()->cursorFlashTime();
+    if (q->hasFocus() && flash > 1)
+        blinkTimer.start(flash / 2, q);
+    else
+        blinkTimer.stop();
+    if (!cursorOn) {
+        cursorOn = true;
+        updateRow(rowColOf(cursor).row);
+    }
+}
+
+void QMultiLineEdit::Private::stopBlink()
+{
+    blinkTimer.stop();
+    cursorOn = true;
+    updateRow(rowColOf(cursor).row);
+}
+
+void QMultiLineEdit::Private::blink()
+{
+    cursorOn = !cursorOn;
+    updateRow(rowColOf(cursor).row);
+}
+
+void QMultiLineEdit::Private::paintDropCursor(QPainter &painter) const
+{
+    if (dropOffset < 0)
+        return;
+    const QColor base = q->palette().color(QPalette::Base);
+    painter.fillRect(cursorBox({ dropOffset }), base.lightness() < 128 ? Qt::white : Qt::black);
+}
+
+/// Rows for turns of the wheel, with Shift pixels to the side; parts of a row add up.
+void QMultiLineEdit::Private::wheel(QWheelEvent &event)
+{
+    QPoint turned = event.angleDelta();
+    if (event.modifiers().testFlag(Qt::ShiftModifier) && turned.x() == 0)
+        turned = turned.transposed();
+    if (event.phase() == Qt::ScrollBegin || turned.y() * wheelRest < 0)
+        wheelRest = 0;
+    wheelRest += turned.y() * QApplication::wheelScrollLines();
+    const int rowsTurned = wheelRest / wheelNotch;
+    wheelRest -= rowsTurned * wheelNotch;
+    const qreal pixels = turned.x() * QApplication::wheelScrollLines() * 2 * measure->xWidth() / wheelNotch;
+    setTop(top - rowsTurned);
+    q->setXOffset(q->xOffset() - qRound(pixels));
+}
+
+// The public side of the view.
+
+int QMultiLineEdit::xOffset() const
+{
+    return horizontalScrollBar()->value();
+}
+
+int QMultiLineEdit::yOffset() const
+{
+    return int(qMin<qint64>(d->top * cellHeight(), std::numeric_limits<int>::max()));
+}
+
+void QMultiLineEdit::setXOffset(int pixels)
+{
+    horizontalScrollBar()->setValue(pixels);
+}
+
+void QMultiLineEdit::setYOffset(int pixels)
+{
+    d->setTop(pixels / cellHeight());
+}
+
+qint64 QMultiLineEdit::topRow() const
+{
+    return d->top;
+}
+
+void QMultiLineEdit::setTopRow(qint64 row)
+{
+    d->setTop(row);
+}
+
+qreal QMultiLineEdit::rowHeight() const
+{
+    return d->measure->height();
+}
+
+int QMultiLineEdit::cellHeight() const
+{
+    return qMax(1, qRound(rowHeight()));
+}
+
+int QMultiLineEdit::cellWidth() const
+{
+    return horizontalScrollBar()->maximum() + viewport()->width();
+}
+
+QRectF QMultiLineEdit::cellRect(qint64 row) const
+{
+    return { qreal(-xOffset()), qreal(row - d->top) * rowHeight(), qreal(cellWidth()), rowHeight() };
+}
+
+QRect QMultiLineEdit::cursorRect() const
+{
+    return d->cursorBox(d->cursor).toAlignedRect();
+}
+
+qint64 QMultiLineEdit::offsetAt(const QPoint &point) const
+{
+    return d->placeAtPoint(point).offset;
+}
+
+void QMultiLineEdit::makeCursorVisible()
+{
+    d->makeCursorVisible();
+}
+
+bool QMultiLineEdit::isCursorOn() const
+{
+    return d->cursorOn;
+}
+
+void QMultiLineEdit::updateRow(qint64 row)
+{
+    d->updateRow(row);
+}
+
+void QMultiLineEdit::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(viewport());
+    const QRect area = event->rect();
+    const qint64 last = qMin(d->rowAt(area.bottom()), d->store.rowCount() - 1);
+    for (qint64 row = d->rowAt(area.top()); row <= last; ++row) {
+        const QRectF cell = cellRect(row);
+        const QRect update = cell.toAlignedRect() & area;
+        if (event->region().intersects(update))
+            paintCell(painter, row, cell, update);
+    }
+    const int end = qFloor(cellRect(last).bottom());
+    if (end <= area.bottom())
+        painter.fillRect(QRect(area.left(), qMax(end, area.top()), area.width(), area.bottom() - end + 1),
+            palette().brush(QPalette::Base));
+    d->paintDropCursor(painter);
+}
+
+void QMultiLineEdit::scrollContentsBy(int dx, int dy)
+{
+    if (dx != 0)
+        d->shiftView(isRightToLeft() ? -dx : dx, 0);
+    if (dy != 0 && !d->syncingBar)
+        d->setTop(d->rows.toRow(verticalScrollBar()->value()));
+}
+
+void QMultiLineEdit::resizeEvent(QResizeEvent *event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    if (d->wrap == WidgetWidth)
+        d->relayout();
+    d->updateScrollBars();
+}
+
+void QMultiLineEdit::wheelEvent(QWheelEvent *event)
+{
+    d->wheel(*event);
+    event->accept();
+}
+
+void QMultiLineEdit::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == d->blinkTimer.timerId())
+        d->blink();
+    else if (event->timerId() == d->pointer.autoScroll.timerId())
+        d->autoScroll();
+    else if (event->timerId() == d->pointer.longPress.timerId())
+        d->longPressed();
+    else if (event->timerId() == d->pointer.tripleClick.timerId())
+        d->pointer.tripleClick.stop();
+    else
+        QAbstractScrollArea::timerEvent(event);
+}
+
+void QMultiLineEdit::focusInEvent(QFocusEvent *event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    d->restartBlink();
+    viewport()->update();
+}
+
+void QMultiLineEdit::focusOutEvent(QFocusEvent *event)
+{
+    QAbstractScrollArea::focusOutEvent(event);
+    d->history.breakJoining();
+    d->stopBlink();
+    viewport()->update();
+}

@@ -1,0 +1,259 @@
+#pragma once
+
+#include "platform/fontmeasure.h"
+#include "platform/qmultilineedit.h"
+#include "platform/rowlayout.h"
+#include "platform/scrollrange.h"
+#include "platform/wordbounds.h"
+
+#include <QBasicTimer>
+#include <QPointer>
+
+#include <optional>
+
+class QMimeData;
+class QScrollEvent;
+class QScrollPrepareEvent;
+class QTabletEvent;
+class QTouchEvent;
+class TextMimeData;
+
+/// Where the cursor stands. Between two rows of a wrapped line one offset is two places: the end of the upper
+/// row and the start of the lower one.
+struct CursorPlace {
+    qint64 offset = 0;
+    bool atRowEnd = false; ///< the end of the upper row is meant
+    friend bool operator==(const CursorPlace &, const CursorPlace &) = default;
+};
+
+enum class Marking { Drop, Extend };
+enum class Move {
+    CharacterBack,
+    CharacterForward,
+    WordBack,
+    WordForward,
+    RowUp,
+    RowDown,
+    PageUp,
+    PageDown,
+    RowStart,
+    RowEnd,
+    TextStart,
+    TextEnd
+};
+
+/// What a QMultiLineEdit is made of. Each group of functions has a file of its own:
+///
+///     qmultilineedit.cpp      the public interface, the font and the layout rule
+///     multilineedits.cpp      changes of the text, undo, and what follows from a change
+///     multilinemoves.cpp      cursor moves and the selection
+///     multilinekeys.cpp       the table of keys
+///     multilineview.cpp       scrolling, geometry, painting, the blinking cursor
+///     multilinepointer.cpp    mouse, pen and touch
+///     multilineclipboard.cpp  clipboard, primary selection, drag and drop, context menu
+///     multilineinput.cpp      input methods
+struct QMultiLineEdit::Private {
+    using Joining = UndoHistory::Joining;
+
+    explicit Private(QMultiLineEdit *edit);
+    ~Private();
+    QMultiLineEdit *const q;
+
+    // The text. The measure outlives the store, whose layout rule points into it.
+    std::shared_ptr<const FontMeasure> measure;
+    TextStore store;
+    UndoHistory history;
+    bool undoEnabled = true;
+    bool edited = false;
+    bool readOnly = false;
+    bool overwrite = false;
+
+    // The cursor; text between it and the anchor is marked.
+    CursorPlace cursor;
+    CursorPlace anchor;
+    std::optional<qreal> goalX; ///< from the row's start; kept by moves up and down
+
+    // The look.
+    WordWrap wrap = NoWrap;
+    WrapPolicy wrapPolicy = Anywhere;
+    int wrapValue = 80;
+    int margin = 2;
+
+    LayoutRule layoutRule() const;
+    /// Lays the text out by layoutRule() when that has changed; the same text stays at the top of the view.
+    void relayout();
+    /// Measures the font anew when it or the screen's scale has changed, and lays out by it.
+    void refreshMeasure();
+    static void relayoutAll();
+
+    // Changes of the text.
+
+    /// Everything from the first to the last change of one operation: signals and repaints come once, at the
+    /// end of the outermost one.
+    class Operation {
+    public:
+        explicit Operation(Private &edit)
+            : m_edit(edit)
+        {
+            m_edit.beginOperation();
+        }
+        ~Operation() { m_edit.endOperation(); }
+        Q_DISABLE_COPY_MOVE(Operation)
+    private:
+        Private &m_edit;
+    };
+    struct Damage {
+        bool any = false;
+        qint64 start = 0; ///< of the changed text, in offsets of the text as it is now
+        qint64 end = 0;
+        qint64 rowsBefore = 0;
+    };
+    int operations = 0; ///< that are nested at the moment
+    Damage damage;
+    struct Reported {
+        bool undo = false;
+        bool redo = false;
+        bool marked = false;
+    };
+    Reported reported; ///< what the availability signals said last
+
+    void beginOperation();
+    void endOperation();
+    /// Replaces text, records it and moves nothing but the text.
+    void replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);
+    void noteChange(qint64 offset, qint64 removed, qint64 inserted);
+    void repaintDamage();
+    /// Emits what has become available or unavailable since the last time.
+    void reportAvailability();
+    /// Forgets history, cursor and view: the text is another one.
+    void startAnew(TextStore &&text);
+
+    void insertText(QStringView text, Joining joining);
+    void typeText(const QString &text);
+    void breakLine();
+    void erase(qint64 from, qint64 to, Joining joining);
+    bool eraseMarked();
+    void eraseBack();
+    void eraseForward();
+    void eraseWordBack();
+    void eraseWordForward();
+    void applyHistory(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
+
+    // Cursor and selection.
+    RowCol rowColOf(CursorPlace place) const;
+    CursorPlace placeAt(qint64 row, qint64 column) const;
+    CursorPlace clamped(qint64 row, qint64 column) const;
+    bool hasMarked() const { return cursor.offset != anchor.offset; }
+    TextRange marked() const;
+    CursorPlace moved(Move move);
+    CursorPlace movedByRows(qint64 rows);
+    void moveBy(Move move, Marking marking);
+    void scrollPage(Move move);
+    /// Moves the cursor there, drops or extends the selection, and scrolls to it; likewise mark().
+    void moveTo(CursorPlace place, Marking marking);
+    /// Marks the text from `from` to `to`, where the cursor goes.
+    void mark(qint64 from, qint64 to);
+    /// Does not scroll.
+    void setCursorAndAnchor(CursorPlace to, CursorPlace from);
+    /// The one place that every change of the text and of the cursor passes, for whoever wants to be told.
+    void announceChange(qint64 offset, qint64 removed, qint64 inserted);
+    void announceCursor();
+
+    // The view.
+    qint64 top = 0;
+    ScrollRange rows;
+    bool syncingBar = false;
+    QBasicTimer blinkTimer;
+    bool cursorOn = true;
+    qint64 dropOffset = -1; ///< where a dragged text would go; -1: nothing is dragged over the view
+    int wheelRest = 0; ///< turned so far, not enough for a row
+
+    qint64 visibleRows() const; ///< that fit completely, at least 1
+    qint64 rowAt(qreal y) const;
+    qreal contentWidth() const;
+    void updateScrollBars();
+    void setTop(qint64 row);
+    void shiftView(int dx, qreal dy);
+    /// Layout of the part of a row that is in the view or, when `x` is outside it, around `x`.
+    RowLayout layoutOf(qint64 row, qreal x) const;
+    RowLayout layoutAtColumn(RowCol position) const;
+    /// From the row's start.
+    qreal xOf(RowCol position) const;
+    CursorPlace placeAtX(qint64 row, qreal x) const;
+    CursorPlace placeAtPoint(QPointF point) const;
+    QRectF cursorBox(CursorPlace place) const;
+    void makeCursorVisible();
+    void showRow(qint64 row);
+    void showX(qreal x, qreal width);
+    void updateRow(qint64 row) { updateRows(row, row); }
+    void updateRows(qint64 first, qint64 last);
+    void updateMarkedRows();
+    void restartBlink();
+    void stopBlink();
+    void blink();
+    void paintDropCursor(QPainter &painter) const;
+    void wheel(QWheelEvent &event);
+
+    // Keys.
+    struct Command;
+    bool handles(const QKeyEvent &event) const;
+    bool handleKey(const QKeyEvent &event);
+
+    // Mouse, pen and touch.
+    enum class Unit { Character, Word, Line };
+    enum class Gesture { None, Mark, MaybeDrag, Scroll, Done };
+    struct Pointer {
+        Gesture gesture = Gesture::None;
+        Unit unit = Unit::Character;
+        QPointF pressedAt;
+        QPointF lastAt;
+        TextRange origin; ///< the word or line that marking began with
+        QBasicTimer autoScroll; ///< runs only while marking beyond the view's edge
+        QBasicTimer longPress; ///< runs only while a pen or finger is held still
+        QBasicTimer tripleClick; ///< runs for the time a third click may follow in
+    };
+    Pointer pointer;
+
+    TextRange unitAt(qint64 offset, Unit unit) const;
+    void press(QPointF at, Qt::KeyboardModifiers modifiers, Unit unit);
+    void drag(QPointF at);
+    void release(QPointF at);
+    void markTo(QPointF at);
+    void autoScroll();
+    void longPressed();
+    bool tablet(QTabletEvent &event);
+    bool touch(QTouchEvent &event);
+    bool scrollPrepare(QScrollPrepareEvent &event);
+    bool scrollTo(QScrollEvent &event);
+
+    // Clipboard, drag and drop, menu.
+    QPointer<TextMimeData> primary; ///< what was offered last and still follows the marked text
+
+    bool canPaste(const QMimeData *data) const;
+    void copyMarked() const;
+    TextPiece markedPiece() const;
+    void pasteFrom(const QMimeData *data);
+    /// Offers the marked text as the primary selection.
+    void offerPrimary();
+    /// The marked text is about to change: the primary selection keeps what it offered.
+    void freezePrimary();
+    void pastePrimary(QPointF at);
+    void startDrag();
+    bool acceptsDrop(const QDropEvent &event) const;
+    void setDropOffset(qint64 offset);
+    void drop(QDropEvent &event);
+    void showContextMenu(const QPoint &globalPosition);
+    void showContextMenuAtCursor();
+
+    // Input methods.
+    Preedit preedit;
+
+    void compose(const QInputMethodEvent &event);
+    void setPreedit(const QInputMethodEvent &event);
+    void commit(const QInputMethodEvent &event);
+    void select(const QInputMethodEvent::Attribute &attribute);
+    /// The text around the cursor that is shown to input methods: a part of its logical line.
+    TextRange surroundings() const;
+    QVariant query(Qt::InputMethodQuery query, const QVariant &argument) const;
+    void tellInputMethod();
+};

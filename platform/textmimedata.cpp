@@ -1,0 +1,34 @@
+#include "platform/textmimedata.h"
+
+static const QString plainText = QStringLiteral("text/plain");
+
+TextMimeData::TextMimeData(Source source)
+    : m_source(std::move(source))
+{
+}
+
+void TextMimeData::setSource(Source source)
+{
+    m_source = std::move(source);
+}
+
+QString TextMimeData::exactText() const
+{
+    return m_source();
+}
+
+bool TextMimeData::hasFormat(const QString &mimeType) const
+{
+    return mimeType == plainText;
+}
+
+QStringList TextMimeData::formats() const
+{
+    return { plainText };
+}
+
+QVariant TextMimeData::retrieveData(const QString &mimeType, QMetaType type) const
+{
+    Q_UNUSED(type)
+    return mimeType == plainText ? QVariant(m_source()) : QVariant();
+}
