@@ -1,1 +1,126 @@
 #include "platform/text/textcodec.h"
+
+#include "platform/text/blockdecoder.h"
+#include "platform/text/codecs.h"
+
+#include <algorithm>
+
+qsizetype decodedBlockUnits = 65536;
+
+namespace {
+
+struct NamedCodec {
+    QByteArrayView name;
+    const TextCodec &(*codec)();
+};
+
+constexpr NamedCodec namedCodecs[] = {
+    { "SJIS", shiftJisCodec },
+    { "eucJP", eucCodec },
+    { "JIS7", jisCodec },
+    { "UTF8", utf8Codec },
+    { "ISO-8859-1", latin1Codec },
+    { "UTF-16LE", utf16LittleEndianCodec },
+    { "UTF-16BE", utf16BigEndianCodec },
+};
+
+struct StringSink : TextCodec::TextSink {
+    QString text;
+    void latin1(QByteArrayView characters) override { text += QLatin1StringView(characters); }
+    void utf16(QStringView block) override { text += block; }
+};
+
+/// NUL, and every surrogate: pairs are looked at more closely.
+bool isSuspect(char16_t c)
+{
+    return c == 0 || QChar::isSurrogate(c);
+}
+
+bool hasSuspect(QStringView text)
+{
+    bool found = false;
+    for (const QChar c : text)
+        found |= isSuspect(c.unicode());
+    return found;
+}
+
+} // namespace
+
+TextCodec::~TextCodec() = default;
+
+const TextCodec *TextCodec::codecForName(QByteArrayView name)
+{
+    const auto *found = std::ranges::find(namedCodecs, name, &NamedCodec::name);
+    return found == std::end(namedCodecs) ? nullptr : &found->codec();
+}
+
+const TextCodec *TextCodec::codecForContent(QByteArrayView data)
+{
+    if (data.startsWith("\xFF\xFE"))
+        return &utf16LittleEndianCodec();
+    if (data.startsWith("\xFE\xFF"))
+        return &utf16BigEndianCodec();
+    if (data.startsWith("\xEF\xBB\xBF"))
+        return &utf8Codec();
+    return &latin1Codec();
+}
+
+bool TextCodec::encode(const TextStore &store, const ByteSink &sink) const
+{
+    qint64 offset = 0;
+    const auto next = [&store, &offset] {
+        const TextChunk chunk = offset < store.length() ? store.chunkAt(offset) : TextChunk();
+        offset += chunk.size();
+        return chunk;
+    };
+    return encode(next, sink);
+}
+
+QString TextCodec::toUnicode(QByteArrayView bytes) const
+{
+    StringSink sink;
+    decode(bytes, sink);
+    return sink.text;
+}
+
+QByteArray TextCodec::fromUnicode(QStringView text) const
+{
+    QByteArray bytes;
+    bool given = false;
+    const auto next = [text, &given] {
+        TextChunk chunk;
+        if (!std::exchange(given, true))
+            chunk.utf16 = text;
+        return chunk;
+    };
+    encode(next, [&bytes](QByteArrayView block) {
+        bytes += block;
+        return true;
+    });
+    return bytes;
+}
+
+QString TextCodec::cleanInput(const QString &text)
+{
+    if (!hasSuspect(text))
+        return text;
+    QString clean;
+    clean.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        const bool isPair = c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (isPair)
+            clean.append(c).append(text[++i]);
+        else if (c.isSurrogate())
+            clean.append(QChar::ReplacementCharacter);
+        else if (!c.isNull())
+            clean.append(c);
+    }
+    return clean;
+}
+
+void TextCodec::setBlockUnits(qsizetype units)
+{
+    Q_ASSERT(units > 0);
+    decodedBlockUnits = units;
+}

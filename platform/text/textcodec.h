@@ -9,26 +9,33 @@
 #include <functional>
 
 /// Converts between bytes and text without losing a byte: decode(encode(decode(b))) = decode(b) for any bytes
-/// b, and encode(decode(b)) = b unless b holds a second encoding of a character (or, in JIS, a redundant
-/// escape).
+/// b, and encode(decode(b)) = b unless b holds a second encoding of a character (or, in JIS, a redundant or
+/// different escape sequence).
 ///
 /// A byte that cannot be decoded travels as the lone surrogate U+DC80..U+DCFF and is written back as that
-/// byte. Instances live for the whole program and are not owned by the caller. No state is kept between calls
-/// of decode() and encode(); long texts go block by block through a Decoder or an Encoder.
+/// byte; JIS, where also 7-bit bytes can be undecodable, uses U+DD21..U+DF7E besides (see jiscodec.cpp). What
+/// a target has no code for is written as "?", in UTF-8 as U+FFFD.
+///
+/// The bytes win: an escaped byte is written as it is also where an edit has put it before something that
+/// makes a character of the two (81 before a typed "A" in Shift-JIS). The text read back then differs.
+///
+/// Instances live for the whole program and are not owned by the caller. No state is kept between calls.
 class TextCodec {
 public:
-    /// Receives decoded text in order; each call brings one kind of block.
+    /// Receives decoded text in order; each call brings one kind of block. A surrogate pair is never cut.
     struct TextSink {
         virtual ~TextSink() = default;
         virtual void latin1(QByteArrayView characters) = 0; ///< each byte one character U+0000..U+00FF
         virtual void utf16(QStringView text) = 0;
     };
-    /// Receives encoded bytes in order; false stops the encoding.
+    /// Gives the next run of a text, of any length and cut anywhere; an empty one at its end.
+    using TextReader = std::function<TextChunk()>;
+    /// Receives encoded bytes in order, in blocks of about 64 KiB; false stops the encoding.
     using ByteSink = std::function<bool(QByteArrayView bytes)>;
 
     virtual ~TextCodec();
 
-    /// "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1", "UTF-16LE"; null for a name not known.
+    /// "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1", "UTF-16LE", "UTF-16BE"; null for a name not known.
     static const TextCodec *codecForName(QByteArrayView name);
     /// By the byte-order mark at the start: FF FE or FE FF give UTF-16, EF BB BF UTF-8, anything else
     /// Latin-1.
@@ -36,11 +43,22 @@ public:
 
     virtual QByteArrayView name() const = 0;
 
-    /// Decodes the whole of `bytes` into blocks of a bounded size: what loading uses.
+    /// Decodes the whole of `bytes` into blocks of a bounded size: what loading uses. Long runs of ASCII come
+    /// as latin1() blocks that lie in `bytes` itself. UTF-16 loses its byte-order mark, UTF-8 keeps it as
+    /// U+FEFF. Cost: O(n), at memory speed for ASCII.
     virtual void decode(QByteArrayView bytes, TextSink &sink) const = 0;
+    /// Encodes the text that `next` gives; false when the sink refused.
+    virtual bool encode(const TextReader &next, const ByteSink &sink) const = 0;
     /// Encodes the whole text of a store, leaf by leaf; false when the sink refused.
-    virtual bool encode(const TextStore &store, const ByteSink &sink) const = 0;
+    bool encode(const TextStore &store, const ByteSink &sink) const;
 
     QString toUnicode(QByteArrayView bytes) const;
     QByteArray fromUnicode(QStringView text) const;
+
+    /// Text that was typed, pasted or dropped, fit to be put into a document: without U+0000, and with U+FFFD
+    /// for each lone surrogate, so that none is taken for an escaped byte. Shares `text` when it is fit.
+    static QString cleanInput(const QString &text);
+
+    /// Units per block of decode(), about; tests make it tiny to reach every cut. 65536 unless set.
+    static void setBlockUnits(qsizetype units);
 };

@@ -1,0 +1,203 @@
+#include "platform/text/jistables.h"
+
+#include <algorithm>
+
+namespace {
+
+struct JisRow {
+    int row;
+    const char16_t *cells;
+};
+
+#include "platform/text/jisrows.inc"
+
+/// Where some systems put in the second plane of EUC what rows 89 to 92 of the first hold and JIS X 0212
+/// lacks.
+constexpr JisRow systemRows[] = {
+    { 83, u"..................................................................................ⅰⅱⅲⅳⅴⅵⅶⅷⅸⅹⅠⅡ" },
+    { 84,
+        u"ⅢⅣⅤⅥⅦⅧⅨⅩ＇＂㈱№℡炻仼僴凬匇匤﨎咊坙﨏塚增寬峵嵓﨑德悅愠敎昻晥晴朗栁﨓﨔橫櫢淸淲瀨凞猪甁皂皞益礰礼神"
+        u"祥福"
+        u"竧靖精綠緖羽荢﨟薰蘒﨡蠇諸譿賴赶﨣﨤逸郞都鄕﨧﨨閒隆﨩霻靍靑飯飼館馞髙魲鶴黑" },
+};
+
+constexpr char16_t unassigned = u'.';
+constexpr int cellsPerRow = 94;
+constexpr char16_t firstUserDefined = 0xE000;
+constexpr int userDefinedCount = 1880;
+constexpr int firstShiftJisUserRow = 95;
+constexpr int firstPlaneUserRow = 85;
+constexpr char16_t firstHalfWidth = 0xFF61;
+constexpr char16_t lastHalfWidth = 0xFF9F;
+constexpr quint16 firstHalfWidthCode = 0xA1;
+
+char16_t userDefined(int i)
+{
+    return static_cast<char16_t>(firstUserDefined + i);
+}
+
+enum class RowKind {
+    Standard,
+    Added, ///< row 13
+    FirstExtension, ///< rows 89 to 92
+    Extension, ///< the same characters and a few more in the rows 115 to 119
+};
+
+RowKind kindOf(int row)
+{
+    if (row == 13)
+        return RowKind::Added;
+    if (row >= 89 && row <= 92)
+        return RowKind::FirstExtension;
+    return row >= 115 ? RowKind::Extension : RowKind::Standard;
+}
+
+/// The same sign under another name, as input methods and other systems write it.
+struct Twin {
+    char16_t typed;
+    char16_t encoded;
+};
+constexpr Twin twins[] = {
+    { 0x301C, 0xFF5E }, // wave dash
+    { 0x2212, 0xFF0D }, // minus sign
+    { 0x2016, 0x2225 }, // double vertical line
+    { 0x2014, 0x2015 }, // em dash
+    { 0x00A2, 0xFFE0 }, // cent sign
+    { 0x00A3, 0xFFE1 }, // pound sign
+    { 0x00AC, 0xFFE2 }, // not sign
+    { 0x00A6, 0xFFE4 }, // broken bar
+};
+
+void addTwins(std::array<quint16, 0x10000> &codes)
+{
+    for (const Twin &twin : twins) {
+        if (codes[twin.typed] == 0)
+            codes[twin.typed] = codes[twin.encoded];
+    }
+}
+
+void addOneByteCodes(std::array<quint16, 0x10000> &codes)
+{
+    for (quint16 c = 0; c < 0x80; ++c)
+        codes[c] = c;
+    for (char16_t c = firstHalfWidth; c <= lastHalfWidth; ++c)
+        codes[c] = static_cast<quint16>(firstHalfWidthCode + (c - firstHalfWidth));
+}
+
+/// Calls `visit(row, cell, character)`, row and cell from 1, for every assigned cell of one kind of rows.
+template <class Visit> void forEachCell(std::span<const JisRow> rows, RowKind kind, const Visit &visit)
+{
+    for (const JisRow &row : rows) {
+        if (kindOf(row.row) != kind)
+            continue;
+        for (int cell = 1; row.cells[cell - 1] != 0; ++cell) {
+            if (row.cells[cell - 1] != unassigned)
+                visit(row.row, cell, row.cells[cell - 1]);
+        }
+    }
+}
+
+/// The first code that a character gets is its usual one.
+void addCode(std::array<quint16, 0x10000> &codes, std::vector<SecondCode> &secondCodes, SecondCode added)
+{
+    if (codes[added.character] == 0)
+        codes[added.character] = added.code;
+    else
+        secondCodes.push_back(added);
+}
+
+void sortByCharacter(std::vector<SecondCode> &codes)
+{
+    std::ranges::sort(codes, {}, &SecondCode::character);
+}
+
+std::span<const SecondCode> codesOf(const std::vector<SecondCode> &codes, char16_t character)
+{
+    const auto range = std::ranges::equal_range(codes, character, {}, &SecondCode::character);
+    return { range.begin(), range.end() };
+}
+
+quint16 shiftJisCode(int row, int cell)
+{
+    const int pair = (row - 1) / 2;
+    const int lead = pair < 31 ? 0x81 + pair : 0xC1 + pair;
+    const int trail = row % 2 == 0 ? cell + 0x9E : cell + (cell <= 63 ? 0x3F : 0x40);
+    return static_cast<quint16>(lead << 8 | trail);
+}
+
+quint16 jisCode(int row, int cell)
+{
+    return static_cast<quint16>((row + 0x20) << 8 | (cell + 0x20));
+}
+
+} // namespace
+
+const ShiftJisTable &ShiftJisTable::instance()
+{
+    static const std::unique_ptr<const ShiftJisTable> table(new ShiftJisTable);
+    return *table;
+}
+
+ShiftJisTable::ShiftJisTable()
+{
+    addOneByteCodes(m_codes);
+    const auto add = [this](int row, int cell, char16_t character) {
+        const quint16 code = shiftJisCode(row, cell);
+        m_characters[code - 0x8100U] = character;
+        addCode(m_codes, m_secondCodes, { character, code });
+    };
+    for (const RowKind kind :
+        { RowKind::Standard, RowKind::Added, RowKind::Extension, RowKind::FirstExtension })
+        forEachCell(kanjiRows, kind, add);
+    for (int i = 0; i < userDefinedCount; ++i)
+        add(firstShiftJisUserRow + i / cellsPerRow, i % cellsPerRow + 1, userDefined(i));
+    addTwins(m_codes);
+    sortByCharacter(m_secondCodes);
+}
+
+std::span<const SecondCode> ShiftJisTable::secondCodes(char16_t character) const
+{
+    return codesOf(m_secondCodes, character);
+}
+
+const JisPlanes &JisPlanes::instance()
+{
+    static const std::unique_ptr<const JisPlanes> planes(new JisPlanes);
+    return *planes;
+}
+
+JisPlanes::JisPlanes()
+{
+    addOneByteCodes(m_codes);
+    const auto addTo = [this](std::array<char16_t, 0x4000> &plane, quint16 flag) {
+        return [this, &plane, flag](int row, int cell, char16_t character) {
+            const quint16 code = jisCode(row, cell);
+            char16_t &entry = plane[index(static_cast<uchar>(code >> 8), static_cast<uchar>(code))];
+            if (entry == 0) {
+                entry = character;
+                addCode(m_codes, m_secondCodes, { character, static_cast<quint16>(code | flag) });
+            }
+        };
+    };
+    const auto addKanji = addTo(m_kanji, 0);
+    const auto addSupplement = addTo(m_supplement, supplementFlag);
+    forEachCell(kanjiRows, RowKind::Standard, addKanji);
+    forEachCell(kanjiRows, RowKind::Added, addKanji);
+    forEachCell(supplementRows, RowKind::Standard, addSupplement);
+    forEachCell(kanjiRows, RowKind::FirstExtension, addKanji);
+    forEachCell(systemRows, RowKind::Standard, addSupplement);
+    for (int i = 0; i < userDefinedCount / 2; ++i) {
+        const int row = firstPlaneUserRow + i / cellsPerRow;
+        const int cell = i % cellsPerRow + 1;
+        if (kindOf(row) != RowKind::FirstExtension)
+            addKanji(row, cell, userDefined(i));
+        addSupplement(row, cell, userDefined(i + userDefinedCount / 2));
+    }
+    addTwins(m_codes);
+    sortByCharacter(m_secondCodes);
+}
+
+std::span<const SecondCode> JisPlanes::secondCodes(char16_t character) const
+{
+    return codesOf(m_secondCodes, character);
+}
