@@ -24,6 +24,8 @@ QString absolute(QByteArrayView bytes);
 
 /// Whether there is something of that name, a folder too; a symbolic link counts as what it leads to.
 bool exists(QStringView name);
+/// Whether it is a folder, or a link to one.
+bool isFolder(QStringView name);
 
 /// The name as it may be shown in one line: every undecodable byte and every control character is U+FFFD.
 QString forDisplay(const QString &name);

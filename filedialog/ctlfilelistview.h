@@ -1,0 +1,70 @@
+#pragma once
+
+#include "filedialog/ctlfilelistviewitem.h"
+
+#include <QTreeWidget>
+
+#include <memory>
+#include <vector>
+
+/// Shows the contents of one folder, folders first, and walks the tree of folders by itself.
+///
+/// Backspace and Left go up; Return, a double click, or a tap on the row that was already selected opens a
+/// row. A row that is opened is a folder that is entered, or a file that execItem() reports.
+class ctlFileListView : public QTreeWidget {
+    Q_OBJECT
+public:
+    explicit ctlFileListView(QWidget *parent = nullptr);
+
+    /// The folder that is shown, ending in "/"; empty before the first one.
+    QString currentPath;
+    /// Which files are shown, patterns separated by ";"; takes effect with the next showFolder().
+    QString nameFilter;
+    /// ":" + $PATH + ":" as it was when the list was made: folders of programs have their own picture.
+    QString pathList;
+    /// Stands before the fixed places that have pictures of their own; empty on a machine of its own.
+    QString placesRoot;
+
+    /// The selected row; null without one.
+    ctlFileListViewItem *selectedItem() const;
+    const ctlFileListViewItem *itemAtIndex(const QModelIndex &index) const;
+
+    /// Shows a folder, `path` with "/" at its end, from the top; coming from one of its own folders, that one
+    /// is selected and in view. A folder that cannot be read is shown empty.
+    /// Cost: one reading of the folder; O(n log n) for n rows.
+    void showFolder(const QString &path);
+    /// Shows the folder above; nothing above the root.
+    void goUpFolder();
+
+public slots:
+    void slotSelectionChanged(ctlFileListViewItem *item);
+    void slotExecItem(QTreeWidgetItem *item);
+    void slotMouseClicked(QTreeWidgetItem *item);
+
+signals:
+    /// A file was selected, by its name without folder.
+    void fileSelected(const QString &name);
+    /// A folder was shown, also one that is empty or cannot be read.
+    void listRefreshed(const QString &path);
+    /// A file was opened.
+    void execItem(QTreeWidgetItem *item);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    void setUpColumns();
+    void sortRows(int column, Qt::SortOrder order);
+    void fill(const QString &path);
+    bool selectFolderLeft(const QString &path);
+
+    /// Rows of before a refresh stay in these: they are compared, never followed.
+    const QTreeWidgetItem *m_selectedEntry = nullptr;
+    const QTreeWidgetItem *m_pressedEntry = nullptr;
+    /// The first click of a double click has opened its row: the second is not for what stands there now.
+    bool m_openedByClick = false;
+    bool m_ignoresRelease = false;
+};
