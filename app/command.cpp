@@ -89,28 +89,6 @@ constexpr ToolButton toolBarButtons[] = {
     { MenuId::View, 5, "Search Next" },
 };
 
-constexpr Qt::KeyboardModifiers control = Qt::ControlModifier;
-constexpr Qt::KeyboardModifiers controlShift = Qt::ControlModifier | Qt::ShiftModifier;
-constexpr Qt::KeyboardModifiers all = Qt::KeyboardModifierMask;
-
-constexpr KeyBinding keyMap[] = {
-    { Qt::Key_N, control, all, 0x2019, &frmMain::slotCmdViewSearch },
-    { Qt::Key_M, control, all, 0x201A, &frmMain::slotCmdViewReplace },
-    { Qt::Key_1, control, all, 0x200F, &frmMain::slotCmdViewSrchBefo },
-    { Qt::Key_2, control, all, 0x2010, &frmMain::slotCmdViewSrchNext },
-    { Qt::Key_5, control, all, 0x201B, &frmMain::slotCmdViewLastEdit },
-    { Qt::Key_Tab, controlShift, controlShift, 0, &frmMain::slotCmdViewWinPrev },
-    { Qt::Key_Tab, control, controlShift, 0, &frmMain::slotCmdViewWinNext },
-    { Qt::Key_O, control, all, 0x2015, &frmMain::slotCmdFileOpen },
-    { Qt::Key_S, control, all, 0x2018, qOverload<>(&frmMain::slotCmdFileSave) },
-    { Qt::Key_Q, control, all, 0x2014, &frmMain::slotCmdFileQuitNoSave },
-    { Qt::Key_Z, control, all, 0, &frmMain::slotCmdEditUndo },
-    { Qt::Key_X, control, all, 0, &frmMain::slotCmdEditCut },
-    { Qt::Key_C, control, all, 0, &frmMain::slotCmdEditCopy },
-    { Qt::Key_V, control, all, 0, &frmMain::slotCmdEditPast },
-    { Qt::Key_A, control, all, 0x2017, &frmMain::slotCmdEditSelAll },
-};
-
 } // namespace
 
 std::span<const Command> commandsOf(MenuId menu)
@@ -131,9 +109,4 @@ std::span<const Command> commandsOf(MenuId menu)
 std::span<const ToolButton> toolButtons()
 {
     return toolBarButtons;
-}
-
-std::span<const KeyBinding> keyBindings()
-{
-    return keyMap;
 }

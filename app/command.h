@@ -1,7 +1,5 @@
 #pragma once
 
-#include <Qt>
-
 #include <cstddef>
 #include <span>
 
@@ -38,16 +36,5 @@ struct ToolButton {
     const char *label;
 };
 
-/// One row of the window's key map.
-struct KeyBinding {
-    int key; ///< a Qt::Key
-    Qt::KeyboardModifiers modifiers; ///< to be held …
-    Qt::KeyboardModifiers mask; ///< … of these; the others do not matter
-    int deviceKey; ///< code that a handheld's Fn combination sends in its place; 0: none
-    CommandSlot slot;
-};
-
 std::span<const Command> commandsOf(MenuId menu);
 std::span<const ToolButton> toolButtons();
-/// Escape is no row of it: the window handles that key by itself.
-std::span<const KeyBinding> keyBindings();

@@ -1,12 +1,14 @@
 #include "app/frmmain.h"
 
 #include "app/documentarea.h"
+#include "app/keymap.h"
 #include "app/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QStackedWidget>
 #include <QTimer>
@@ -71,6 +73,19 @@ void frmMain::slotEtcFirstNewDoc()
     if (tabBar()->count() == 0)
         slotCmdFileNew();
     m_documents->arrange();
+}
+
+void frmMain::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        // A key that is held down must not go on to close the document after leaving full screen.
+        if (!event->isAutoRepeat())
+            m_fullScreen ? slotCmdViewFull() : slotCmdFileCloseTab();
+        return;
+    }
+    for (const CommandSlot command : commandsForKey(*event))
+        (this->*command)();
+    QWidget::keyPressEvent(event);
 }
 
 void frmMain::resizeEvent(QResizeEvent *event)

@@ -1,4 +1,16 @@
-int main()
+#include "app/frmmain.h"
+#include "app/qpeapplicationesc.h"
+
+int main(int argc, char *argv[])
 {
-    return 0;
+    QPEApplication::prepareScale();
+    QPEApplicationEsc application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("marlopad"));
+    QApplication::setApplicationVersion(QStringLiteral(MARLOPAD_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("marlopad"));
+    if (application.handOver())
+        return 0;
+    frmMain window;
+    application.showMainWidget(&window, false);
+    return QApplication::exec();
 }

@@ -1,0 +1,66 @@
+#include "app/keymap.h"
+
+#include "app/frmmain.h"
+
+#include <QKeyEvent>
+
+namespace {
+
+constexpr Qt::KeyboardModifiers control = Qt::ControlModifier;
+constexpr Qt::KeyboardModifiers controlShift = Qt::ControlModifier | Qt::ShiftModifier;
+constexpr Qt::KeyboardModifiers all = Qt::KeyboardModifierMask;
+
+constexpr KeyBinding keyMap[] = {
+    { Qt::Key_N, control, all, 0x2019, &frmMain::slotCmdViewSearch },
+    { Qt::Key_M, control, all, 0x201A, &frmMain::slotCmdViewReplace },
+    { Qt::Key_1, control, all, 0x200F, &frmMain::slotCmdViewSrchBefo },
+    { Qt::Key_2, control, all, 0x2010, &frmMain::slotCmdViewSrchNext },
+    { Qt::Key_5, control, all, 0x201B, &frmMain::slotCmdViewLastEdit },
+    { Qt::Key_Tab, controlShift, controlShift, 0, &frmMain::slotCmdViewWinPrev },
+    { Qt::Key_Tab, control, controlShift, 0, &frmMain::slotCmdViewWinNext },
+    { Qt::Key_O, control, all, 0x2015, &frmMain::slotCmdFileOpen },
+    { Qt::Key_S, control, all, 0x2018, qOverload<>(&frmMain::slotCmdFileSave) },
+    { Qt::Key_Q, control, all, 0x2014, &frmMain::slotCmdFileQuitNoSave },
+    { Qt::Key_Z, control, all, 0, &frmMain::slotCmdEditUndo },
+    { Qt::Key_X, control, all, 0, &frmMain::slotCmdEditCut },
+    { Qt::Key_C, control, all, 0, &frmMain::slotCmdEditCopy },
+    { Qt::Key_V, control, all, 0, &frmMain::slotCmdEditPast },
+    { Qt::Key_A, control, all, 0x2017, &frmMain::slotCmdEditSelAll },
+};
+
+struct Key {
+    int code;
+    Qt::KeyboardModifiers modifiers;
+};
+
+Key keyOf(const QKeyEvent &press)
+{
+    const Qt::KeyboardModifiers modifiers = press.modifiers() & ~Qt::KeypadModifier;
+    if (press.key() == Qt::Key_Backtab)
+        return { Qt::Key_Tab, modifiers | Qt::ShiftModifier };
+    return { press.key(), modifiers };
+}
+
+bool matches(const KeyBinding &binding, const Key &key, bool hasText)
+{
+    if (key.code == binding.key && (key.modifiers & binding.mask) == binding.modifiers)
+        return true;
+    return binding.deviceKey != 0 && key.code == binding.deviceKey && !hasText;
+}
+
+} // namespace
+
+std::span<const KeyBinding> keyBindings()
+{
+    return keyMap;
+}
+
+QList<CommandSlot> commandsForKey(const QKeyEvent &press)
+{
+    QList<CommandSlot> commands;
+    for (const KeyBinding &binding : keyMap) {
+        if (matches(binding, keyOf(press), !press.text().isEmpty()))
+            commands.append(binding.slot);
+    }
+    return commands;
+}
