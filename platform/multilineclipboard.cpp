@@ -68,6 +68,12 @@ void QMultiLineEdit::Private::pasteFrom(const QMimeData *data)
         insertText(text, Joining::Never);
 }
 
+void QMultiLineEdit::paste()
+{
+    if (!d->readOnly)
+        d->pasteFrom(clipboard()->mimeData());
+}
+
 void QMultiLineEdit::Private::offerPrimary()
 {
     if (!clipboard()->supportsSelection() || !hasMarked())
