@@ -1,10 +1,11 @@
 #include "app/frmmain.h"
 
+#include "app/flatmenubar.h"
 #include "app/settings.h"
 #include "platform/resource.h"
 
+#include <QLayout>
 #include <QMenu>
-#include <QMenuBar>
 #include <QToolBar>
 
 using namespace Qt::StringLiterals;
@@ -39,11 +40,11 @@ void frmMain::createMenuBar()
     auto *holder = new QToolBar(this);
     holder->setMovable(false);
     addToolBar(holder);
-    m_menuBar = new QMenuBar(holder);
-    m_menuBar->setNativeMenuBar(false);
+    m_menuBar = new FlatMenuBar(holder);
     if (!isVga())
         m_menuBar->setFixedHeight(smallMenuBarHeight);
     holder->addWidget(m_menuBar);
+    holder->layout()->setAlignment(m_menuBar, Qt::AlignVCenter);
 
     for (QMenu *&menu : m_menus)
         menu = new QMenu(this);
