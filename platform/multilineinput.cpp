@@ -115,9 +115,9 @@ QVariant QMultiLineEdit::Private::query(Qt::InputMethodQuery query, const QVaria
     case Qt::ImHints:
         return int(q->inputMethodHints() | Qt::ImhMultiLine);
     case Qt::ImCursorRectangle:
-        return cursorBox(cursor);
+        return cursorBox();
     case Qt::ImAnchorRectangle:
-        return cursorBox(anchor);
+        return boxAt(rowColOf(anchor).row, xOf(rowColOf(anchor)));
     case Qt::ImFont:
         return q->font();
     case Qt::ImCursorPosition:

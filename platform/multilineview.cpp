@@ -24,11 +24,15 @@ qint64 QMultiLineEdit::Private::rowAt(qreal y) const
     return top + qint64(std::floor(y / measure->height()));
 }
 
+/// Behind the widest row there is space for the cursor and a line-end mark.
 qreal QMultiLineEdit::Private::contentWidth() const
 {
-    const qreal behind = 2 * measure->xWidth() + cursorWidth;
-    const qreal composed = preedit.text.isEmpty() ? 0 : qreal(preedit.text.size()) * 2 * measure->xWidth();
-    return margin + measure->toPixels(store.widestRow()) + behind + composed;
+    qreal widest = measure->toPixels(store.widestRow());
+    if (q->isComposing()) {
+        const RowLayout composed = layoutOf(rowColOf(cursor).row, 0);
+        widest = qMax(widest, composed.x(composed.length()));
+    }
+    return margin + widest + 2 * measure->xWidth() + cursorWidth;
 }
 
 void QMultiLineEdit::Private::updateScrollBars()
@@ -71,27 +75,38 @@ void QMultiLineEdit::Private::shiftView(int dx, qreal dy)
         viewport->update();
 }
 
+InsertedText QMultiLineEdit::Private::composedIn(qint64 row) const
+{
+    const RowCol at = rowColOf(cursor);
+    return at.row == row ? InsertedText{ at.column, preedit.text } : InsertedText{};
+}
+
 RowLayout QMultiLineEdit::Private::layoutOf(qint64 row, qreal x) const
 {
     const qreal width = q->viewport()->width();
     const qreal left = q->xOffset() - margin;
     const qreal start = x >= left && x <= left + width ? left : x - width / 2;
-    return { store, row, *measure, start, start + width };
-}
-
-RowLayout QMultiLineEdit::Private::layoutAtColumn(RowCol position) const
-{
-    return layoutOf(position.row, measure->toPixels(store.xAt(position)));
+    return { store, row, *measure, start, start + width, composedIn(row) };
 }
 
 qreal QMultiLineEdit::Private::xOf(RowCol position) const
 {
-    return layoutAtColumn(position).x(position.column);
+    const InsertedText composed = composedIn(position.row);
+    const qint64 before = position.column > composed.column ? composed.text.size() : 0;
+    return layoutOf(position.row, measure->toPixels(store.xAt(position))).x(position.column + before);
+}
+
+qreal QMultiLineEdit::Private::cursorX() const
+{
+    const RowCol at = rowColOf(cursor);
+    return layoutOf(at.row, measure->toPixels(store.xAt(at))).x(at.column + preedit.cursor);
 }
 
 CursorPlace QMultiLineEdit::Private::placeAtX(qint64 row, qreal x) const
 {
-    return placeAt(row, layoutOf(row, x).cursorAt(x));
+    const InsertedText composed = composedIn(row);
+    const qint64 column = layoutOf(row, x).cursorAt(x);
+    return placeAt(row, column - qBound<qint64>(0, column - composed.column, composed.text.size()));
 }
 
 CursorPlace QMultiLineEdit::Private::placeAtPoint(QPointF point) const
@@ -100,18 +115,22 @@ CursorPlace QMultiLineEdit::Private::placeAtPoint(QPointF point) const
     return placeAtX(row, point.x() + q->xOffset() - margin);
 }
 
-QRectF QMultiLineEdit::Private::cursorBox(CursorPlace place) const
+/// The box of a cursor that stands `x` from a row's start.
+QRectF QMultiLineEdit::Private::boxAt(qint64 row, qreal x) const
 {
-    const RowCol position = rowColOf(place);
-    const QRectF cell = q->cellRect(position.row);
-    return { cell.x() + margin + xOf(position) - 1, cell.y(), cursorWidth, cell.height() };
+    const QRectF cell = q->cellRect(row);
+    return { cell.x() + margin + x - 1, cell.y(), cursorWidth, cell.height() };
+}
+
+QRectF QMultiLineEdit::Private::cursorBox() const
+{
+    return boxAt(rowColOf(cursor).row, cursorX());
 }
 
 void QMultiLineEdit::Private::makeCursorVisible()
 {
-    const RowCol position = rowColOf(cursor);
-    showRow(position.row);
-    showX(xOf(position), cursorWidth);
+    showRow(rowColOf(cursor).row);
+    showX(cursorX(), cursorWidth);
 }
 
 /// Scrolls as little as needed; a place further away than a page comes to the middle.
@@ -191,7 +210,8 @@ void QMultiLineEdit::Private::paintDropCursor(QPainter &painter) const
     if (dropOffset < 0)
         return;
     const QColor base = q->palette().color(QPalette::Base);
-    painter.fillRect(cursorBox({ dropOffset }), base.lightness() < 128 ? Qt::white : Qt::black);
+    const RowCol place = store.rowColAt(dropOffset);
+    painter.fillRect(boxAt(place.row, xOf(place)), base.lightness() < 128 ? Qt::white : Qt::black);
 }
 
 /// Rows for turns of the wheel, with Shift pixels to the side; parts of a row add up.
@@ -264,7 +284,7 @@ QRectF QMultiLineEdit::cellRect(qint64 row) const
 
 QRect QMultiLineEdit::cursorRect() const
 {
-    return d->cursorBox(d->cursor).toAlignedRect();
+    return d->cursorBox().toAlignedRect();
 }
 
 qint64 QMultiLineEdit::offsetAt(const QPoint &point) const

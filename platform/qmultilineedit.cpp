@@ -171,6 +171,11 @@ qint64 QMultiLineEdit::cursorOffset() const
     return d->cursor.offset;
 }
 
+qint64 QMultiLineEdit::anchorOffset() const
+{
+    return d->anchor.offset;
+}
+
 bool QMultiLineEdit::hasMarkedText() const
 {
     return d->hasMarked();
@@ -385,7 +390,7 @@ void QMultiLineEdit::deselect()
 
 void QMultiLineEdit::cut()
 {
-    if (!hasMarkedText())
+    if (d->readOnly || !hasMarkedText())
         return;
     d->copyMarked();
     d->eraseMarked();
@@ -399,14 +404,14 @@ void QMultiLineEdit::copy()
 void QMultiLineEdit::undo()
 {
     commitPreedit();
-    if (d->history.canUndo())
+    if (!d->readOnly && d->history.canUndo())
         d->applyHistory(&UndoHistory::undo);
 }
 
 void QMultiLineEdit::redo()
 {
     commitPreedit();
-    if (d->history.canRedo())
+    if (!d->readOnly && d->history.canRedo())
         d->applyHistory(&UndoHistory::redo);
 }
 

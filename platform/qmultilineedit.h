@@ -49,6 +49,8 @@ public:
     RowCol cursorPosition() const;
     qint64 cursorOffset() const;
 
+    /// The end of the marked text that the cursor is not at; the cursor's own offset when nothing is marked.
+    qint64 anchorOffset() const;
     bool hasMarkedText() const;
     QString markedText() const;
     /// First and last place of the marked text, first <= last; false when nothing is marked.
@@ -64,7 +66,7 @@ public:
     bool edited() const;
     void setEdited(bool edited);
     bool isOverwriteMode() const;
-    /// Read only: a person cannot change the text, the functions below can.
+    /// Read only: neither a person nor cut(), paste(), undo() and redo() change the text; the rest can.
     bool isReadOnly() const;
     void setReadOnly(bool readOnly);
 

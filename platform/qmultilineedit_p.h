@@ -174,14 +174,17 @@ struct QMultiLineEdit::Private {
     void updateScrollBars();
     void setTop(qint64 row);
     void shiftView(int dx, qreal dy);
-    /// Layout of the part of a row that is in the view or, when `x` is outside it, around `x`.
+    /// Layout of the part of a row that is in the view or, when `x` is outside it, around `x`; with the text
+    /// that is composed there.
     RowLayout layoutOf(qint64 row, qreal x) const;
-    RowLayout layoutAtColumn(RowCol position) const;
-    /// From the row's start.
+    InsertedText composedIn(qint64 row) const;
+    /// From the row's start; the cursor's own place is inside the text that is composed.
     qreal xOf(RowCol position) const;
+    qreal cursorX() const;
     CursorPlace placeAtX(qint64 row, qreal x) const;
     CursorPlace placeAtPoint(QPointF point) const;
-    QRectF cursorBox(CursorPlace place) const;
+    QRectF boxAt(qint64 row, qreal x) const;
+    QRectF cursorBox() const;
     void makeCursorVisible();
     void showRow(qint64 row);
     void showX(qreal x, qreal width);
