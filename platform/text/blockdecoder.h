@@ -3,6 +3,7 @@
 #include "platform/text/asciirun.h"
 #include "platform/text/textcodec.h"
 
+#include <algorithm>
 #include <memory>
 
 /// Units that a block of decoded text holds, about; see TextCodec::setBlockUnits().
@@ -21,10 +22,10 @@ template <class Decoder> class BlockDecoder {
 public:
     static constexpr int unitsPerStep = 64;
 
-    BlockDecoder(TextCodec::TextSink &sink, Decoder decoder)
+    BlockDecoder(TextCodec::TextSink &sink, qsizetype blockUnits, Decoder decoder)
         : m_sink(sink)
         , m_decoder(decoder)
-        , m_blockUnits(decodedBlockUnits)
+        , m_blockUnits(blockUnits)
         , m_longRun(std::max<qsizetype>(16, m_blockUnits / 16))
         , m_buffer(new char16_t[static_cast<size_t>(m_blockUnits + m_longRun + unitsPerStep)])
     {
@@ -56,51 +57,52 @@ private:
             *out++ = *in++;
             return true;
         }
-        const int count = asciirun::bytesBelow(Decoder::special(asciirun::loadWord(in)));
+        const quint64 marks = Decoder::special(asciirun::loadWord(in));
+        if (marks == 0) {
+            copyRun(in, end, out);
+            return true;
+        }
         asciirun::copy<asciirun::wordSize>(in, out);
-        in += count;
-        out += count;
-        if (count < asciirun::wordSize)
-            return false;
-        copyRun(in, end, out);
-        return true;
+        in += asciirun::bytesBelow(marks);
+        out += asciirun::bytesBelow(marks);
+        return false;
     }
 
+    /// Over the word at `in` and what follows of the same kind.
     void copyRun(const uchar *&in, const uchar *end, char16_t *&out)
     {
-        const uchar *const start = in;
         const uchar *run = in;
         char16_t *to = out;
-        while (end - run >= 2 * asciirun::wordSize && run - start < m_longRun
-            && Decoder::special(asciirun::loadWord(run)) == 0
-            && Decoder::special(asciirun::loadWord(run + asciirun::wordSize)) == 0) {
-            asciirun::copy<2 * asciirun::wordSize>(run, to);
-            run += 2 * asciirun::wordSize;
-            to += 2 * asciirun::wordSize;
-        }
-        if (run - start < m_longRun) {
-            in = run;
-            out = to;
-        } else {
+        do {
+            asciirun::copy<asciirun::wordSize>(run, to);
+            run += asciirun::wordSize;
+            to += asciirun::wordSize;
+        } while (run - in < m_longRun && end - run >= asciirun::wordSize
+            && Decoder::special(asciirun::loadWord(run)) == 0);
+        if (run - in >= m_longRun) {
             out = flush(out);
-            in = passOn(start, end);
+            in = passOn(in, end);
+        } else {
+            out = to;
+            in = run;
         }
     }
 
     /// Gives a run of ASCII to the sink in blocks; returns where it ends.
     const uchar *passOn(const uchar *in, const uchar *end)
     {
-        const uchar *block = in;
-        while (end - in >= asciirun::wordSize && Decoder::special(asciirun::loadWord(in)) == 0) {
-            in += asciirun::wordSize;
-            if (in - block >= m_blockUnits) {
-                m_sink.latin1(QByteArrayView(block, in - block));
-                block = in;
-            }
+        for (const uchar *blockEnd = in; blockEnd != end && !Decoder::isSpecial(*blockEnd); in = blockEnd) {
+            blockEnd = runEnd(in, in + std::min<qsizetype>(m_blockUnits, end - in));
+            m_sink.latin1(QByteArrayView(in, blockEnd - in));
         }
-        if (in != block)
-            m_sink.latin1(QByteArrayView(block, in - block));
         return in;
+    }
+
+    static const uchar *runEnd(const uchar *in, const uchar *end)
+    {
+        while (end - in >= asciirun::wordSize && Decoder::special(asciirun::loadWord(in)) == 0)
+            in += asciirun::wordSize;
+        return std::find_if(in, end, Decoder::isSpecial);
     }
 
     char16_t *flush(const char16_t *out)
@@ -121,7 +123,9 @@ private:
 template <class Decoder>
 void decodeBlocks(QByteArrayView bytes, TextCodec::TextSink &sink, Decoder decoder = {})
 {
-    BlockDecoder<Decoder>(sink, decoder).decode(bytes);
+    constexpr qsizetype unitsPerByte = 2; // at the most, and only in UTF-16
+    const qsizetype blockUnits = std::clamp(unitsPerByte * bytes.size(), qsizetype{ 1 }, decodedBlockUnits);
+    BlockDecoder<Decoder>(sink, blockUnits, decoder).decode(bytes);
 }
 
 /// The unit that stands for a byte that cannot be decoded.

@@ -56,7 +56,8 @@ public:
     QByteArray fromUnicode(QStringView text) const;
 
     /// Text that was typed, pasted or dropped, fit to be put into a document: without U+0000, and with U+FFFD
-    /// for each lone surrogate, so that none is taken for an escaped byte. Shares `text` when it is fit.
+    /// for each lone surrogate, so that none is taken for an escaped byte. Shares `text` when it has
+    /// neither U+0000 nor surrogates.
     static QString cleanInput(const QString &text);
 
     /// Units per block of decode(), about; tests make it tiny to reach every cut. 65536 unless set.
