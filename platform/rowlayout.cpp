@@ -300,8 +300,8 @@ std::vector<RowLayout::Span> RowLayout::spans(qint64 begin, qint64 end) const
 void RowLayout::draw(QPainter &painter, QPointF origin, const QColor &color) const
 {
     const QTransform toDevice = painter.deviceTransform();
-    const QPoint start =
-        toDevice.map(QPointF(origin.x() + qreal(d->left) / d->scale(), origin.y())).toPoint();
+    const QPointF rowStart = toDevice.map(origin);
+    const QPoint start(int(qRound64(rowStart.x()) + d->left), qRound(rowStart.y()));
     painter.save();
     painter.setWorldTransform(toDevice.inverted(), true);
     d->draw(painter, start, color);

@@ -18,6 +18,30 @@ std::vector<qsizetype> cursorStops(const QString &text)
     return stops;
 }
 
+/// Characters that share their glyphs: one combined character, or all those of a ligature.
+struct Cluster {
+    qreal left = 0;
+    bool isReversed = false;
+};
+
+Cluster clusterAt(const QTextLayout &layout, qsizetype at, qsizetype length, const Cluster &before)
+{
+    Cluster cluster = before;
+    bool found = false;
+    for (const QGlyphRun &run : layout.glyphRuns(int(at), int(length))) {
+        const QList<QPointF> positions = run.positions();
+        const QList<QPointF> advances = run.rawFont().advancesForGlyphIndexes(run.glyphIndexes());
+        for (qsizetype i = 0; i < positions.size(); ++i) {
+            // Marks stand anywhere around the character they belong to.
+            if (advances[i].x() <= 0 || (found && positions[i].x() >= cluster.left))
+                continue;
+            cluster = { .left = positions[i].x(), .isReversed = run.isRightToLeft() };
+            found = true;
+        }
+    }
+    return cluster;
+}
+
 } // namespace
 
 ShapedRun::ShapedRun(const QString &text, const QFont &deviceFont)
@@ -36,30 +60,51 @@ ShapedRun::ShapedRun(const QString &text, const QFont &deviceFont)
 
     m_glyphRuns = layout.glyphRuns();
     m_width = qMax(1, qRound(line.naturalTextWidth()));
-    placeCharacters(line, cursorStops(text));
+    const std::vector<qsizetype> stops = cursorStops(text);
+    placeCharacters(layout, stops);
+    placeCursor(stops);
 }
 
-void ShapedRun::placeCharacters(const QTextLine &line, const std::vector<qsizetype> &stops)
+void ShapedRun::placeCharacters(const QTextLayout &layout, const std::vector<qsizetype> &stops)
 {
-    const auto edge = [&line](qsizetype place, QTextLine::Edge which) {
-        int cursor = int(place);
-        return qRound(line.cursorToX(&cursor, which));
-    };
-    Place before = { .right = 0, .isReversed = false };
-    for (std::size_t i = 0; i + 1 < stops.size(); ++i) {
-        const int leading = edge(stops[i], QTextLine::Leading);
-        const int trailing = edge(stops[i], QTextLine::Trailing);
-        Place place = { .left = qMin(leading, trailing), .right = qMax(leading, trailing) };
-        place.isReversed = trailing < leading;
+    const std::size_t count = stops.size() - 1;
+    std::vector<Cluster> clusters(count);
+    std::vector<int> edges = { m_width };
+    Cluster before;
+    for (std::size_t i = 0; i < count; ++i) {
+        before = clusters[i] = clusterAt(layout, stops[i], stops[i + 1] - stops[i], before);
+        edges.push_back(qRound(before.left));
+    }
+    std::sort(edges.begin(), edges.end());
+    for (std::size_t i = 0, next = 0; i < count; i = next) {
+        while (next < count && clusters[next].left == clusters[i].left)
+            ++next;
+        const int left = qRound(clusters[i].left);
+        const int width = *std::upper_bound(edges.begin(), edges.end() - 1, left) - left;
+        const int sharers = int(next - i);
+        for (int k = 0; k < sharers; ++k) {
+            const int part = clusters[i].isReversed ? sharers - 1 - k : k;
+            Place place = { .left = left + width * part / sharers,
+                .right = left + width * (part + 1) / sharers };
+            place.isReversed = clusters[i].isReversed;
+            std::fill(m_places.begin() + stops[i + std::size_t(k)],
+                m_places.begin() + stops[i + std::size_t(k) + 1], place);
+        }
+    }
+}
+
+void ShapedRun::placeCursor(const std::vector<qsizetype> &stops)
+{
+    Place before;
+    for (const qsizetype stop : stops) {
+        Place &place = m_places[std::size_t(stop)];
         // Where the direction changes, the cursor keeps to the edge of the character that is read in the
         // outer direction: so each stop has an edge of its own.
         const bool entersNumber = before.isReversed && !place.isReversed;
-        place.cursor = entersNumber ? before.left : leading;
-        if (i == 0)
-            place.cursor = 0;
-        std::fill(m_places.begin() + stops[i], m_places.begin() + stops[i + 1], place);
-        m_places[std::size_t(stops[i])].isStop = true;
+        place.cursor = entersNumber ? before.left : place.isReversed ? place.right : place.left;
+        place.isStop = true;
         before = place;
     }
+    m_places.front().cursor = 0;
     m_places.back() = { .left = m_width, .right = m_width, .cursor = m_width, .isStop = true };
 }

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-class QTextLine;
+class QTextLayout;
 
 /// A piece of text whose characters form each other, shaped by the toolkit on its own.
 ///
@@ -30,7 +30,8 @@ public:
     const QList<QGlyphRun> &glyphRuns() const { return m_glyphRuns; }
 
 private:
-    void placeCharacters(const QTextLine &line, const std::vector<qsizetype> &stops);
+    void placeCharacters(const QTextLayout &layout, const std::vector<qsizetype> &stops);
+    void placeCursor(const std::vector<qsizetype> &stops);
 
     QList<QGlyphRun> m_glyphRuns;
     std::vector<Place> m_places;
