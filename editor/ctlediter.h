@@ -64,8 +64,14 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    /// Adds row numbers, marks and the active row's line to the row.
+    void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update) override;
 
 private:
+    QString rowNumber(qint64 row) const;
+    void drawRowNumber(RowPainter &painter) const;
+    void drawActiveLine(RowPainter &painter, const QRectF &cell) const;
+
     int fixedWrapWidth() const;
     void setDecodedText(QByteArray &&bytes);
     bool writeText(const QString &fileName);

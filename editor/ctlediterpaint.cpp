@@ -1,1 +1,106 @@
 #include "editor/ctlediter.h"
+
+#include "app/settings.h"
+#include "editor/rowmarks.h"
+#include "platform/fontmeasure.h"
+#include "platform/lcfont.h"
+#include "platform/rowpainter.h"
+
+namespace {
+
+constexpr int blackIndex = 1;
+constexpr int rowNumberDigits = 4;
+constexpr int largeFontSize = 15; ///< from here on row numbers stand a little higher
+
+enum RowNumberSize { NoRowNumbers = 0, SmallRowNumbers = 1 };
+
+int rowNumberFontSize()
+{
+    if (appSettings().RowNo == SmallRowNumbers)
+        return isVga() ? 5 : 3;
+    return isVga() ? 16 : 6;
+}
+
+LineEndMark lineEndMark(const RowLayout &layout, qint64 rowCount)
+{
+    const AppSettings &settings = appSettings();
+    if (!layout.endsLine())
+        return LineEndMark::None;
+    if (layout.row() + 1 == rowCount)
+        return settings.ShowEOF == 1 ? LineEndMark::EndOfFile : LineEndMark::None;
+    return settings.ShowKAI == 1 ? LineEndMark::Arrow : LineEndMark::None;
+}
+
+} // namespace
+
+void ctlEditer::paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update)
+{
+    if (row < 0 || row >= numLines())
+        return;
+    const AppSettings &settings = appSettings();
+    const FontMeasure &measure = *fontMeasure();
+    const QColor base = palette().color(QPalette::Base);
+    const InsertedText composed = compositionInRow(row);
+    RowPainter painter(target, measure,
+        { .store = store(), .row = row, .cell = cell, .update = update, .margin = qreal(hMargin()) }, base,
+        composed);
+    drawRowNumber(painter);
+    painter.drawText(m_foreColor);
+    RowPainter::Selection marked;
+    if (markedInRow(row, &marked.begin, &marked.end)) {
+        if (painter.layout().endsLine() && settings.ShowKAI != 0)
+            marked.lineEndWidth = 2 + measure.xWidth();
+        painter.drawSelection(
+            marked, palette().color(QPalette::Highlight), palette().color(QPalette::HighlightedText));
+    }
+    if (!composed.text.isEmpty())
+        painter.drawComposition(composed.column, composed.text.size(), preedit().formats, m_foreColor);
+    drawLineEndMark(painter, measure, lineEndMark(painter.layout(), numLines()));
+    if (settings.ShowTAB == 1)
+        drawTabMarks(painter);
+    if (settings.ShowZEN == 1)
+        drawFullWidthSpaceMarks(painter, measure);
+    // What is combined with a black background shows as it is, elsewhere the background's colour shows black.
+    const bool isBlack = settings.BackColor == blackIndex;
+    drawCursorInRow(painter, isBlack ? m_foreColor : base, isBlack ? 1 : 2);
+    drawActiveLine(painter, cell);
+    painter.copyToTarget();
+}
+
+/// Numbers count logical lines, and stand on their first rows; only the last digits have room.
+QString ctlEditer::rowNumber(qint64 row) const
+{
+    if (row > 0 && !isEndOfParagraph(row - 1))
+        return {};
+    const qint64 number = appSettings().WrapMode == 0 ? row : store().lineOfRow(row);
+    return QString::number(number + 1).rightJustified(rowNumberDigits).right(rowNumberDigits);
+}
+
+void ctlEditer::drawRowNumber(RowPainter &painter) const
+{
+    const AppSettings &settings = appSettings();
+    if (settings.RowNo == NoRowNumbers)
+        return;
+    const RowCanvas &canvas = painter.canvas();
+    const QColor color = settings.RowNoColor != 0 ? m_rowNoColor : m_foreColor;
+    const auto measure = FontMeasure::forFont(lcFont(rowNumberFontSize()), canvas.scale());
+    const int gap = settings.FontSize >= largeFontSize ? 3 : 2;
+    const int top = canvas.y(canvas.rowHeight() - measure->height() - gap);
+    const QPoint baseline(canvas.x(1), top + canvas.pixels(measure->ascent()));
+    painter.drawCharacters(*measure, baseline, rowNumber(painter.layout().row()), color);
+    const QRect row = canvas.rowRect();
+    painter.painter().fillRect(canvas.x(hMargin() - 3), row.top(), canvas.thickness(1), row.height(), color);
+}
+
+void ctlEditer::drawActiveLine(RowPainter &painter, const QRectF &cell) const
+{
+    if (painter.layout().row() != cursorPosition().row || appSettings().ActiveHLine <= 0)
+        return;
+    const RowCanvas &canvas = painter.canvas();
+    const int marginShown = hMargin() - xOffset();
+    const int left = canvas.x(marginShown < 1 ? -2 : marginShown - 2);
+    const int right = canvas.x(cell.width());
+    const int stroke = canvas.thickness(1);
+    painter.painter().fillRect(
+        left, canvas.rowRect().bottom() + 1 - stroke, right - left, stroke, m_activeLineColor);
+}

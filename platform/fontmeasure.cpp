@@ -4,14 +4,18 @@
 #include "platform/shapedrun.h"
 
 #include <QCache>
+#include <QCoreApplication>
 #include <QFontInfo>
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace {
 
 /// Characters of shaped text that a font remembers, about a few screens full.
 constexpr int shapedCharacters = 1 << 16;
+constexpr std::size_t rememberedMeasures = 8;
 
 QFont scaled(const QFont &font, qreal devicePixelRatio)
 {
@@ -51,14 +55,20 @@ FontMeasure::~FontMeasure() = default;
 std::shared_ptr<const FontMeasure> FontMeasure::forFont(const QFont &font, qreal devicePixelRatio)
 {
     Q_ASSERT(devicePixelRatio > 0);
-    static QHash<std::pair<QFont, qreal>, std::weak_ptr<const FontMeasure>> measures;
-    const std::pair key(font, devicePixelRatio);
-    if (const std::shared_ptr<const FontMeasure> known = measures.value(key).lock())
-        return known;
-    erase_if(measures, [](const auto &entry) { return entry.value().expired(); });
-    const std::shared_ptr<const FontMeasure> made(new FontMeasure(font, devicePixelRatio));
-    measures.insert(key, made);
-    return made;
+    // The last ones used, the latest in front; whoever shows more of them at a time keeps them himself.
+    static std::vector<std::shared_ptr<const FontMeasure>> measures;
+    if (measures.empty())
+        qAddPostRoutine([] { measures.clear(); });
+    const auto known = std::find_if(measures.begin(), measures.end(), [&](const auto &measure) {
+        return measure->devicePixelRatio() == devicePixelRatio && measure->font() == font;
+    });
+    if (known != measures.end()) {
+        std::rotate(measures.begin(), known, known + 1);
+    } else {
+        measures.emplace(measures.begin(), new FontMeasure(font, devicePixelRatio));
+        measures.resize(qMin(measures.size(), rememberedMeasures));
+    }
+    return measures.front();
 }
 
 const QFont &FontMeasure::font() const

@@ -11,6 +11,8 @@
 class FontMeasure;
 class QMenu;
 class QPainter;
+class RowPainter;
+struct InsertedText;
 
 /// A multi-line plain-text editor on a TextStore: the classic interface with its classic names.
 ///
@@ -160,6 +162,12 @@ protected:
     /// Paints the part `update` of one row; both rectangles are in viewport coordinates, `cell` is
     /// cellRect(row). Does nothing for a row that does not exist.
     virtual void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update);
+    /// What paintCell() is made of: the composed text a row shows, the columns of the row as shown that are
+    /// marked (one behind its length where the line end is), and the cursor where the row has it and it is
+    /// visible.
+    InsertedText compositionInRow(qint64 row) const;
+    bool markedInRow(qint64 row, qint64 *begin, qint64 *end) const;
+    void drawCursorInRow(RowPainter &row, const QColor &color, int width) const;
     /// Whether the cursor is in the visible phase of its blinking.
     bool isCursorOn() const;
     std::shared_ptr<const FontMeasure> fontMeasure() const;

@@ -1,20 +1,62 @@
+#include "platform/fontmeasure.h"
 #include "platform/qmultilineedit.h"
+#include "platform/rowpainter.h"
 
-#include "platform/rowlayout.h"
+namespace {
 
-#include <QPainter>
+constexpr int cursorWidth = 2;
+
+} // namespace
+
+InsertedText QMultiLineEdit::compositionInRow(qint64 row) const
+{
+    const RowCol cursor = cursorPosition();
+    return row == cursor.row ? InsertedText{ .column = cursor.column, .text = preedit().text }
+                             : InsertedText{};
+}
+
+bool QMultiLineEdit::markedInRow(qint64 row, qint64 *begin, qint64 *end) const
+{
+    RowCol first;
+    RowCol last;
+    if (!getMarkedRegion(&first.row, &first.column, &last.row, &last.column) || row < first.row
+        || row > last.row)
+        return false;
+    const InsertedText composed = compositionInRow(row);
+    const auto displayed = [&composed](qint64 column) {
+        return column > composed.column ? column + composed.text.size() : column;
+    };
+    *begin = row == first.row ? displayed(first.column) : 0;
+    *end = row == last.row ? displayed(last.column) : store().row(row).length + composed.text.size() + 1;
+    return *begin != *end;
+}
+
+void QMultiLineEdit::drawCursorInRow(RowPainter &row, const QColor &color, int width) const
+{
+    const RowCol cursor = cursorPosition();
+    const Preedit &composed = preedit();
+    if (row.layout().row() != cursor.row || !hasFocus() || !isCursorOn() || !composed.cursorVisible)
+        return;
+    row.drawCursor(qMin(cursor.column + composed.cursor, row.layout().length()), color, width);
+}
 
 void QMultiLineEdit::paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update)
 {
     if (row < 0 || row >= numLines())
         return;
-    const qreal left = cell.x() + hMargin();
-    target.save();
-    target.setClipRect(update);
-    target.fillRect(update, palette().brush(QPalette::Base));
-    const RowLayout layout(store(), row, *fontMeasure(), update.left() - left, update.right() + 1 - left);
-    layout.draw(target, { left, cell.y() }, palette().color(QPalette::Text));
-    if (hasFocus() && isCursorOn() && row == cursorPosition().row)
-        target.fillRect(cursorRect(), palette().color(QPalette::Text));
-    target.restore();
+    const QPalette &colors = palette();
+    const InsertedText composed = compositionInRow(row);
+    RowPainter painter(target, *fontMeasure(),
+        { .store = store(), .row = row, .cell = cell, .update = update, .margin = qreal(hMargin()) },
+        colors.color(QPalette::Base), composed);
+    painter.drawText(colors.color(QPalette::Text));
+    RowPainter::Selection marked;
+    if (markedInRow(row, &marked.begin, &marked.end))
+        painter.drawSelection(
+            marked, colors.color(QPalette::Highlight), colors.color(QPalette::HighlightedText));
+    if (!composed.text.isEmpty())
+        painter.drawComposition(
+            composed.column, composed.text.size(), preedit().formats, colors.color(QPalette::Text));
+    drawCursorInRow(painter, colors.color(QPalette::Base), cursorWidth);
+    painter.copyToTarget();
 }
