@@ -1,0 +1,475 @@
+#include "editor/ctlediter.h"
+
+#include "app/settings.h"
+#include "editor/documentwriter.h"
+#include "editor/textfile.h"
+#include "platform/filename.h"
+#include "platform/text/textcodec.h"
+#include "tests/editor/documentfile.h"
+#include "tests/messageboxes.h"
+
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+#include <sys/stat.h>
+
+namespace {
+
+const QString name = QStringLiteral("file.txt");
+const QString cannotWrite = QStringLiteral("File Write Error|Cannot write the file.\n"
+                                           "You do not have the permission or the file may be in use.");
+
+QByteArray bytes(const char *hex)
+{
+    return QByteArray::fromHex(hex);
+}
+
+QByteArray codecName(int charCode)
+{
+    switch (charCode) {
+    case CharCodeUtf8:
+        return "UTF8";
+    case CharCodeEuc:
+        return "eucJP";
+    case CharCodeJis:
+        return "JIS7";
+    default:
+        return "SJIS";
+    }
+}
+
+} // namespace
+
+class CtlEditerSaveTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void written_data();
+    void written();
+    void lineEnds_data();
+    void lineEnds();
+    void textEndsAtTheFirstNul_data();
+    void textEndsAtTheFirstNul();
+    void savedDocumentIsUnmodified();
+    void savedUnderAnotherName();
+    void codesThatAreGivenAreKept();
+    void binaryIsRefused();
+    void failedSaveKeepsTheDocument_data();
+    void failedSaveKeepsTheDocument();
+    void savedAfterAFailure();
+    void oldContentThatWasKeptIsNamed();
+    void fullDiskWhileEncoding();
+    void unicodeComesBackAsUtf8();
+    void asciiIsWrittenAsShiftJis();
+    void changedFileIsOverwritten();
+    void onlyEditedBytesDiffer();
+    void everySample_data();
+    void everySample();
+    void randomBytes_data();
+    void randomBytes();
+    void randomLineEnds_data();
+    void randomLineEnds();
+
+private:
+    bool load(const QByteArray &content, int requested = 0);
+    bool save(int charCode = 0, int returnCode = 0)
+    {
+        return m_editor->saveFile(folder().path(), name, charCode, returnCode);
+    }
+    DocumentFolder &folder() { return *m_folder; }
+
+    std::unique_ptr<DocumentFolder> m_folder;
+    std::unique_ptr<QWidget> m_window;
+    ctlEditer *m_editor = nullptr;
+};
+
+void CtlEditerSaveTest::init()
+{
+    appSettings() = AppSettings();
+    appSettings().FontName = QStringLiteral("monospace");
+    m_folder = std::make_unique<DocumentFolder>();
+    m_window = std::make_unique<QWidget>();
+    m_editor = new ctlEditer(m_window.get());
+}
+
+void CtlEditerSaveTest::cleanup()
+{
+    m_window.reset();
+    m_folder.reset();
+}
+
+bool CtlEditerSaveTest::load(const QByteArray &content, int requested)
+{
+    const MessageBoxes boxes;
+    const bool written = folder().write(name, content);
+    m_editor->loadFile(folder().path(), name, requested);
+    return written && boxes.count() == 0;
+}
+
+void CtlEditerSaveTest::written_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("Unicode is UTF-8 without a mark") << 1 << bytes("e697a5e69cac41");
+    QTest::newRow("UTF-8") << 2 << bytes("e697a5e69cac41");
+    QTest::newRow("Shift-JIS") << 3 << bytes("93fa967b41");
+    QTest::newRow("EUC") << 4 << bytes("c6fccbdc41");
+    QTest::newRow("JIS") << 5 << bytes("1b2442467c4b5c1b284241");
+    QTest::newRow("plain ASCII is Shift-JIS") << 6 << bytes("93fa967b41");
+    QTest::newRow("a value nobody knows is Shift-JIS") << 99 << bytes("93fa967b41");
+}
+
+void CtlEditerSaveTest::written()
+{
+    QFETCH(int, code);
+    m_editor->insert(QStringLiteral("日本A"));
+    QVERIFY(save(code));
+    QTEST(folder().read(name), "content");
+    QCOMPARE(m_editor->charCode(), code);
+}
+
+void CtlEditerSaveTest::lineEnds_data()
+{
+    QTest::addColumn<int>("returnCode");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("CR+LF, none at the end") << 2 << QStringLiteral("a\nb") << bytes("610d0a62");
+    QTest::newRow("CR+LF, one at the end") << 2 << QStringLiteral("a\nb\n") << bytes("610d0a620d0a");
+    QTest::newRow("CR") << 1 << QStringLiteral("a\n\nb") << bytes("610d0d62");
+    QTest::newRow("LF") << 3 << QStringLiteral("a\nb") << bytes("610a62");
+    QTest::newRow("a value nobody knows is LF") << 77 << QStringLiteral("a\nb") << bytes("610a62");
+    QTest::newRow("only a line end") << 2 << QStringLiteral("\n") << bytes("0d0a");
+    QTest::newRow("nothing") << 2 << QString() << QByteArray();
+}
+
+void CtlEditerSaveTest::lineEnds()
+{
+    QFETCH(int, returnCode);
+    QFETCH(QString, text);
+    m_editor->insert(text);
+    QVERIFY(save(CharCodeUtf8, returnCode));
+    QTEST(folder().read(name), "content");
+}
+
+void CtlEditerSaveTest::textEndsAtTheFirstNul_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("content");
+    const auto row = [](const char *title, int code, const QString &text, const char *hex) {
+        QTest::newRow(title) << code << text << bytes(hex);
+    };
+    const QString nul(QChar(u'\0'));
+    row("in the middle", 2, QStringLiteral("a\nb") + nul + QStringLiteral("c\n"), "610d0a62");
+    row("at the begin", 2, nul + QStringLiteral("abc"), "");
+    row("at the end", 3, QStringLiteral("abc") + nul, "616263");
+    row("JIS is back in ASCII", 5, QStringLiteral("日") + nul + QStringLiteral("本"), "1b2442467c1b2842");
+}
+
+void CtlEditerSaveTest::textEndsAtTheFirstNul()
+{
+    QFETCH(int, code);
+    QFETCH(QString, text);
+    m_editor->setText(text);
+    QVERIFY(save(code));
+    QTEST(folder().read(name), "content");
+    QCOMPARE(m_editor->text(), text);
+}
+
+void CtlEditerSaveTest::savedDocumentIsUnmodified()
+{
+    m_editor->insert(QStringLiteral("text"));
+    m_editor->undo();
+    m_editor->insert(QStringLiteral("more"));
+    m_editor->insert(QStringLiteral("!"));
+    m_editor->undo();
+    QVERIFY(m_editor->undoAvailable() && m_editor->redoAvailable());
+    QSignalSpy undo(m_editor, &ctlEditer::undoAvailable2);
+    QSignalSpy redo(m_editor, &ctlEditer::redoAvailable2);
+    QVERIFY(save());
+    QVERIFY(!m_editor->edited());
+    QVERIFY(!m_editor->undoAvailable());
+    QVERIFY(!m_editor->redoAvailable());
+    QVERIFY(!m_editor->history().canUndo());
+    QVERIFY(!m_editor->history().canRedo());
+    QVERIFY(m_editor->isUndoEnabled());
+    QCOMPARE(undo.count(), 1);
+    QCOMPARE(redo.count(), 1);
+    QCOMPARE(undo[0][1].toBool(), false);
+    m_editor->undo();
+    QCOMPARE(m_editor->text(), QStringLiteral("more"));
+    m_editor->insert(QStringLiteral("?"));
+    QCOMPARE(undo.count(), 2);
+    QCOMPARE(undo[1][1].toBool(), true);
+}
+
+void CtlEditerSaveTest::savedUnderAnotherName()
+{
+    QVERIFY(load("text\n"));
+    QVERIFY(m_editor->saveFile(folder().path(), QStringLiteral("other.txt")));
+    QCOMPARE(m_editor->name(), QStringLiteral("other.txt"));
+    QCOMPARE(m_editor->path(), folder().path());
+    QCOMPARE(folder().read(QStringLiteral("other.txt")), QByteArray("text\n"));
+    QCOMPARE(folder().names(), QStringList({ name, QStringLiteral("other.txt") }));
+}
+
+void CtlEditerSaveTest::codesThatAreGivenAreKept()
+{
+    m_editor->insert(QStringLiteral("日\n"));
+    QVERIFY(save(CharCodeEuc, ReturnCodeCr));
+    QCOMPARE(m_editor->charCodeName(), QStringLiteral("EUC"));
+    QCOMPARE(m_editor->returnCodeName(), QStringLiteral("CR"));
+    QVERIFY(m_editor->saveFile(folder().path(), name));
+    QCOMPARE(folder().read(name), bytes("c6fc0d"));
+}
+
+void CtlEditerSaveTest::binaryIsRefused()
+{
+    const QByteArray content("\0binary\r\n", 9);
+    QVERIFY(load(content));
+    m_editor->insert(QStringLiteral("x"));
+    const MessageBoxes boxes;
+    QVERIFY(!save(CharCodeUtf8, ReturnCodeLf));
+    QCOMPARE(boxes.texts(), QStringList(QStringLiteral("Error|The binary file cannot be saved.")));
+    QCOMPARE(boxes.shown()[0].icon, QMessageBox::Information);
+    QCOMPARE(folder().read(name), content);
+    QCOMPARE(m_editor->charCode(), int(CharCodeBinary));
+    QCOMPARE(m_editor->returnCode(), int(ReturnCodeNone));
+    QVERIFY(m_editor->edited());
+    QVERIFY(m_editor->undoAvailable());
+}
+
+void CtlEditerSaveTest::failedSaveKeepsTheDocument_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("failing");
+    QTest::newRow("folder that is not there") << QStringLiteral("no/") << name;
+    QTest::newRow("folder of that name") << QString() << QStringLiteral("folder");
+    QTest::newRow("FIFO") << QString() << QStringLiteral("fifo");
+}
+
+void CtlEditerSaveTest::failedSaveKeepsTheDocument()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, failing);
+    QVERIFY(QDir(folder().path()).mkdir(QStringLiteral("folder")));
+    QCOMPARE(::mkfifo(FileName::toBytes(folder().path() + QStringLiteral("fifo")).constData(), 0644), 0);
+    QVERIFY(load("text\n"));
+    m_editor->insert(QStringLiteral("x"));
+    const QStringList before = folder().names();
+    QSignalSpy undo(m_editor, &ctlEditer::undoAvailable2);
+    const MessageBoxes boxes;
+    QVERIFY(!m_editor->saveFile(folder().path() + path, failing, CharCodeJis, ReturnCodeCr));
+    QCOMPARE(boxes.texts(), QStringList(cannotWrite));
+    QCOMPARE(boxes.shown()[0].icon, QMessageBox::Critical);
+    QCOMPARE(m_editor->path(), folder().path());
+    QCOMPARE(m_editor->name(), name);
+    QCOMPARE(m_editor->text(), QStringLiteral("xtext\n"));
+    QVERIFY(m_editor->edited());
+    QVERIFY(m_editor->undoAvailable());
+    QCOMPARE(undo.count(), 0);
+    QCOMPARE(m_editor->charCode(), int(CharCodeJis));
+    QCOMPARE(m_editor->returnCode(), int(ReturnCodeCr));
+    QCOMPARE(folder().names(), before);
+    QCOMPARE(folder().read(name), QByteArray("text\n"));
+}
+
+void CtlEditerSaveTest::savedAfterAFailure()
+{
+    m_editor->insert(QStringLiteral("a\nb"));
+    {
+        const MessageBoxes boxes;
+        QVERIFY(
+            !m_editor->saveFile(folder().path() + QStringLiteral("no/"), name, CharCodeUtf8, ReturnCodeLf));
+    }
+    QVERIFY(m_editor->saveFile(folder().path(), name));
+    QCOMPARE(folder().read(name), QByteArray("a\nb"));
+}
+
+void CtlEditerSaveTest::oldContentThatWasKeptIsNamed()
+{
+    // Nothing may be written behind the first block once the file itself is being overwritten.
+    const QByteArray file = FileName::toBytes(folder().path() + name);
+    QVERIFY(folder().write(name, "the old content"));
+    QCOMPARE(::link(file.constData(), (file + "2").constData()), 0);
+    struct stat target;
+    QCOMPARE(::stat(file.constData(), &target), 0);
+    FileCalls calls = FileCalls::system();
+    calls.pwrite = [&](int fd, const void *from, size_t size, off_t offset) -> ssize_t {
+        struct stat info;
+        ::fstat(fd, &info);
+        if (info.st_ino == target.st_ino) {
+            errno = EIO;
+            return -1;
+        }
+        return ::pwrite(fd, from, size, offset);
+    };
+    m_editor->insert(QStringLiteral("new"));
+    DocumentWriter writer(file, ReturnCodeLf, calls);
+    QVERIFY(!writer.write(m_editor->store(), *TextCodec::codecForName("UTF8")));
+    QFile kept(QFile::decodeName(writer.keptCopy()));
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("the old content"));
+}
+
+void CtlEditerSaveTest::fullDiskWhileEncoding()
+{
+    FileCalls calls = FileCalls::system();
+    off_t room = 700000;
+    calls.pwrite = [&](int fd, const void *from, size_t size, off_t offset) -> ssize_t {
+        if (offset + off_t(size) > room) {
+            errno = ENOSPC;
+            return -1;
+        }
+        return ::pwrite(fd, from, size, offset);
+    };
+    QVERIFY(folder().write(name, "the old content"));
+    m_editor->setText(QStringLiteral("日本語のテキスト\n").repeated(100000));
+    for (const int lineEnd : { ReturnCodeLf, ReturnCodeCrLf }) {
+        DocumentWriter writer(FileName::toBytes(folder().path() + name), lineEnd, calls);
+        QVERIFY(!writer.write(m_editor->store(), *TextCodec::codecForName("eucJP")));
+        QCOMPARE(writer.keptCopy(), QByteArray());
+        QCOMPARE(folder().read(name), QByteArray("the old content"));
+        QCOMPARE(folder().names().size(), 1);
+    }
+}
+
+void CtlEditerSaveTest::unicodeComesBackAsUtf8()
+{
+    QVERIFY(load(bytes("fffee5652c67")));
+    QCOMPARE(m_editor->charCodeName(), QStringLiteral("Unicode"));
+    m_editor->setCursorPosition(0, 2);
+    m_editor->insert(QStringLiteral("\n語"));
+    QVERIFY(save());
+    QCOMPARE(folder().read(name), QByteArray("日本\r\n語"));
+    QCOMPARE(m_editor->charCodeName(), QStringLiteral("Unicode"));
+    m_editor->reload(folder().path(), name);
+    QCOMPARE(m_editor->charCodeName(), QStringLiteral("UTF8"));
+    QCOMPARE(m_editor->text(), QStringLiteral("日本\n語"));
+}
+
+void CtlEditerSaveTest::asciiIsWrittenAsShiftJis()
+{
+    QVERIFY(load("abc"));
+    QCOMPARE(m_editor->charCode(), int(CharCodeAscii));
+    m_editor->insert(QStringLiteral("日"));
+    QVERIFY(save());
+    QCOMPARE(folder().read(name), bytes("93fa616263"));
+}
+
+void CtlEditerSaveTest::changedFileIsOverwritten()
+{
+    QVERIFY(load("text\n"));
+    QVERIFY(folder().write(name, "somebody else's\n"));
+    const MessageBoxes boxes;
+    QVERIFY(save());
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(folder().read(name), QByteArray("text\n"));
+}
+
+void CtlEditerSaveTest::onlyEditedBytesDiffer()
+{
+    // Shift-JIS with CR+LF, bytes that are no characters among them.
+    const QByteArray before = bytes("93fa967b0d0a85fffd8141200d0a") + "end \x81";
+    QVERIFY(load(before, CharCodeShiftJis));
+    m_editor->setCursorPosition(0, 1);
+    m_editor->insert(QStringLiteral("x"));
+    QVERIFY(save());
+    QCOMPARE(folder().read(name), QByteArray(before).insert(2, 'x'));
+}
+
+void CtlEditerSaveTest::everySample_data()
+{
+    QTest::addColumn<QString>("file");
+    const QDir samples(QStringLiteral(SAMPLES_DIR));
+    for (const QString &file : samples.entryList({ QStringLiteral("*.txt") }, QDir::Files))
+        QTest::newRow(qPrintable(file)) << samples.filePath(file);
+}
+
+void CtlEditerSaveTest::everySample()
+{
+    QFETCH(QString, file);
+    QFile sample(file);
+    QVERIFY(sample.open(QIODevice::ReadOnly));
+    const QByteArray content = sample.readAll();
+    QVERIFY(load(content));
+    QVERIFY(!m_editor->text().contains(u'\ufffd'));
+    QVERIFY(save());
+    if (m_editor->charCode() == CharCodeUnicode)
+        QCOMPARE(folder().read(name), m_editor->text().toUtf8());
+    else
+        QCOMPARE(folder().read(name), content);
+}
+
+void CtlEditerSaveTest::randomBytes_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<quint32>("seed");
+    const quint32 first = quint32(qMax(1, qEnvironmentVariableIntValue("SEED")));
+    for (const int code : { CharCodeUtf8, CharCodeShiftJis, CharCodeEuc, CharCodeJis, CharCodeAscii }) {
+        for (quint32 seed = first; seed < first + 8; ++seed)
+            QTest::addRow("code %d, seed %u", code, seed) << code << seed;
+    }
+}
+
+/// Whatever the bytes, a file that is opened and saved is what the codec alone makes of it; opening it again
+/// shows the same text.
+void CtlEditerSaveTest::randomBytes()
+{
+    QFETCH(int, code);
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    QByteArray content = "first line\n";
+    const bool dense = seed % 2 == 0;
+    for (int i = 0; i < 30000; ++i)
+        content += char(dense && random.bounded(4) > 0 ? 0x81 + random.bounded(0x7c) : random.bounded(256));
+    QVERIFY(load(content, code));
+    const QString text = m_editor->text();
+    QVERIFY(save());
+    const QByteArray saved = folder().read(name);
+    content.replace('\0', '\xff');
+    const TextCodec *codec = TextCodec::codecForName(codecName(code));
+    QCOMPARE(saved, codec->fromUnicode(codec->toUnicode(content)));
+    if (code == CharCodeUtf8)
+        QCOMPARE(saved, content);
+    m_editor->loadFile(folder().path(), name, code);
+    QCOMPARE(m_editor->text(), text);
+    QVERIFY(save());
+    QCOMPARE(folder().read(name), saved);
+}
+
+void CtlEditerSaveTest::randomLineEnds_data()
+{
+    QTest::addColumn<int>("lineEnd");
+    QTest::addColumn<quint32>("seed");
+    const quint32 first = quint32(qMax(1, qEnvironmentVariableIntValue("SEED")));
+    for (const int lineEnd : { ReturnCodeCr, ReturnCodeCrLf, ReturnCodeLf }) {
+        for (quint32 seed = first; seed < first + 5; ++seed)
+            QTest::addRow("line end %d, seed %u", lineEnd, seed) << lineEnd << seed;
+    }
+}
+
+void CtlEditerSaveTest::randomLineEnds()
+{
+    QFETCH(int, lineEnd);
+    QFETCH(quint32, seed);
+    static const QByteArray ends[] = { "", "\r", "\r\n", "\n" };
+    QRandomGenerator random(seed);
+    QByteArray content;
+    for (int i = 0; i < 3000; ++i)
+        content += QByteArray("日本語").repeated(random.bounded(30)) + ends[lineEnd];
+    content += seed % 2 == 0 ? "no end" : "";
+    QVERIFY(load(content));
+    QCOMPARE(m_editor->returnCode(), lineEnd);
+    QVERIFY(save());
+    QVERIFY(folder().read(name) == content);
+}
+
+QTEST_MAIN(CtlEditerSaveTest)
+#include "ctleditersave_test.moc"

@@ -1,0 +1,432 @@
+#include "editor/ctltabbar.h"
+
+#include "editor/ctlediter.h"
+#include "tests/messageboxes.h"
+
+#include <QHelpEvent>
+#include <QRandomGenerator>
+#include <QSet>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolTip>
+#include <QWheelEvent>
+
+#include <memory>
+
+using Editors = QList<ctlEditer *>;
+
+class CtlTabBarTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void looksLikeTabsBelow();
+    void firstTabIsCurrentAndSilent();
+    void choosingTellsTheEditor();
+    void choosingTheSameTabTellsAgain();
+    void clickTellsOnce();
+    void rightClickTellsNothing();
+    void unknownEditorsAndIdsChangeNothing();
+    void removalChoosesTheNeighbour_data();
+    void removalChoosesTheNeighbour();
+    void removalOfTheOnlyTab();
+    void idsStayAndRise();
+    void idsAreReusedWhenTheyRunOut();
+    void moreThanAThousandTabs();
+    void shortCaptionsAreWhole();
+    void longCaptionsAreCutBehindTheLimit_data();
+    void longCaptionsAreCutBehindTheLimit();
+    void captionThatIsWideWithItsLastCharacterIsWhole();
+    void surrogatePairsAreNotCut();
+    void markupAndAmpersandsAreShownAsTheyAre_data();
+    void markupAndAmpersandsAreShownAsTheyAre();
+    void captionIsReplaced();
+    void toolTipIsTheFullName_data();
+    void toolTipIsTheFullName();
+    void wheelChangesNothing();
+    void focusStaysWithTheEditor();
+    void randomTabs_data();
+    void randomTabs();
+
+private:
+    ctlEditer *addTab(const QString &caption = QStringLiteral("text"));
+    QString shownCaption(int index) const;
+    QPoint middleOf(int index) const { return m_bar->tabRect(index).center(); }
+
+    std::unique_ptr<QWidget> m_window;
+    ctlTabBar *m_bar = nullptr;
+};
+
+void CtlTabBarTest::init()
+{
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(900, 300);
+    m_bar = new ctlTabBar(m_window.get());
+    m_bar->resize(900, 30);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+}
+
+void CtlTabBarTest::cleanup()
+{
+    QToolTip::hideText();
+    m_window.reset();
+}
+
+ctlEditer *CtlTabBarTest::addTab(const QString &caption)
+{
+    auto *editor = new ctlEditer(m_window.get());
+    m_bar->addTab(editor, caption);
+    return editor;
+}
+
+/// A label as the screen shows it: "&&" is one "&", and no single one is left.
+QString CtlTabBarTest::shownCaption(int index) const
+{
+    QString label = m_bar->tabText(index);
+    label.replace(QStringLiteral("&&"), QStringLiteral("\x01"));
+    Q_ASSERT(!label.contains(u'&'));
+    return label.replace(u'\x01', u'&');
+}
+
+void CtlTabBarTest::looksLikeTabsBelow()
+{
+    QCOMPARE(m_bar->shape(), QTabBar::TriangularSouth);
+    QCOMPARE(m_bar->elideMode(), Qt::ElideNone);
+    QVERIFY(!m_bar->isMovable());
+    QVERIFY(!m_bar->accessibleName().isEmpty());
+}
+
+void CtlTabBarTest::firstTabIsCurrentAndSilent()
+{
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    QCOMPARE(m_bar->currentTab(), -1);
+    ctlEditer *first = addTab();
+    addTab();
+    QCOMPARE(m_bar->currentTab(), m_bar->idOf(first));
+    QVERIFY(m_bar->isTabEnabled(0));
+    QCOMPARE(spy.count(), 0);
+}
+
+void CtlTabBarTest::choosingTellsTheEditor()
+{
+    const Editors editors{ addTab(), addTab(), addTab() };
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    m_bar->setCurrentTab(editors[2]);
+    m_bar->setCurrentTab(m_bar->idOf(editors[1]));
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[2]);
+    QCOMPARE(spy[1][0].value<ctlEditer *>(), editors[1]);
+    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), editors[1]);
+}
+
+void CtlTabBarTest::choosingTheSameTabTellsAgain()
+{
+    ctlEditer *editor = addTab();
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    m_bar->setCurrentTab(editor);
+    m_bar->setCurrentTab(editor);
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(spy[1][0].value<ctlEditer *>(), editor);
+}
+
+void CtlTabBarTest::clickTellsOnce()
+{
+    const Editors editors{ addTab(), addTab() };
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    QTest::mouseClick(m_bar, Qt::LeftButton, {}, middleOf(1));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[1]);
+    QTest::mouseClick(m_bar, Qt::LeftButton, {}, middleOf(1));
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(spy[1][0].value<ctlEditer *>(), editors[1]);
+    QTest::mouseClick(m_bar, Qt::LeftButton, {}, QPoint(m_bar->width() - 2, 5));
+    QCOMPARE(spy.count(), 2);
+}
+
+void CtlTabBarTest::rightClickTellsNothing()
+{
+    addTab();
+    addTab();
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    QTest::mouseClick(m_bar, Qt::RightButton, {}, middleOf(0));
+    QTest::mouseClick(m_bar, Qt::MiddleButton, {}, middleOf(1));
+    QCOMPARE(spy.count(), 0);
+}
+
+void CtlTabBarTest::unknownEditorsAndIdsChangeNothing()
+{
+    ctlEditer *known = addTab(QStringLiteral("known"));
+    ctlEditer unknown(m_window.get());
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    m_bar->setTabCaption(&unknown, QStringLiteral("other"));
+    m_bar->setCurrentTab(&unknown);
+    m_bar->setCurrentTab(77);
+    m_bar->slotTabSelected(77);
+    m_bar->slotTabSelected(-1);
+    m_bar->removeTab(&unknown);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(m_bar->editors(), Editors{ known });
+    QCOMPARE(m_bar->idOf(&unknown), -1);
+    QCOMPARE(m_bar->editorOf(77), nullptr);
+    QCOMPARE(m_bar->editorOf(-1), nullptr);
+    QCOMPARE(shownCaption(0), QStringLiteral("known"));
+}
+
+void CtlTabBarTest::removalChoosesTheNeighbour_data()
+{
+    QTest::addColumn<int>("current");
+    QTest::addColumn<int>("removed");
+    QTest::addColumn<int>("chosen");
+    QTest::newRow("[a] b c: a goes, b is chosen") << 0 << 0 << 1;
+    QTest::newRow("a [b] c: b goes, c is chosen") << 1 << 1 << 2;
+    QTest::newRow("a b [c]: c goes, b is chosen") << 2 << 2 << 1;
+    QTest::newRow("[a] b c: b goes, c is chosen") << 0 << 1 << 2;
+    QTest::newRow("a b [c]: a goes, b is chosen") << 2 << 0 << 1;
+    QTest::newRow("a b [c]: b goes, c is chosen again") << 2 << 1 << 2;
+    QTest::newRow("[a] b c: c goes, b is chosen") << 0 << 2 << 1;
+}
+
+void CtlTabBarTest::removalChoosesTheNeighbour()
+{
+    QFETCH(int, current);
+    QFETCH(int, removed);
+    QFETCH(int, chosen);
+    Editors editors{ addTab(), addTab(), addTab() };
+    m_bar->setCurrentTab(editors[current]);
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    m_bar->removeTab(editors[removed]);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[chosen]);
+    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), editors[chosen]);
+    editors.removeAt(removed);
+    QCOMPARE(m_bar->editors(), editors);
+}
+
+void CtlTabBarTest::removalOfTheOnlyTab()
+{
+    ctlEditer *editor = addTab();
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    m_bar->removeTab(editor);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(m_bar->currentTab(), -1);
+    QCOMPARE(m_bar->count(), 0);
+}
+
+void CtlTabBarTest::idsStayAndRise()
+{
+    const Editors editors{ addTab(), addTab(), addTab() };
+    QCOMPARE(m_bar->idOf(editors[0]), 0);
+    QCOMPARE(m_bar->idOf(editors[1]), 1);
+    QCOMPARE(m_bar->idOf(editors[2]), 2);
+    m_bar->removeTab(editors[0]);
+    QCOMPARE(m_bar->idOf(editors[1]), 1);
+    QCOMPARE(m_bar->editorOf(0), nullptr);
+    QCOMPARE(m_bar->idOf(addTab()), 3);
+    QCOMPARE(m_bar->editorOf(2), editors[2]);
+}
+
+void CtlTabBarTest::idsAreReusedWhenTheyRunOut()
+{
+    ctlEditer first(m_window.get());
+    ctlEditer other(m_window.get());
+    ctlEditer *last = &first;
+    m_bar->addTab(last, QString());
+    for (int i = 1; i < 1000; ++i) {
+        ctlEditer *next = last == &first ? &other : &first;
+        QCOMPARE(m_bar->addTab(next, QString()), i);
+        m_bar->removeTab(last);
+        last = next;
+    }
+    QCOMPARE(m_bar->idOf(last), 999);
+    QCOMPARE(m_bar->idOf(addTab()), 0);
+    QCOMPARE(m_bar->idOf(addTab()), 1);
+}
+
+void CtlTabBarTest::moreThanAThousandTabs()
+{
+    ctlEditer editor(m_window.get());
+    QSet<int> ids;
+    for (int i = 0; i < 1002; ++i)
+        ids.insert(m_bar->addTab(&editor, QString()));
+    QCOMPARE(ids.size(), 1002);
+    QVERIFY(ids.contains(999) && ids.contains(1000) && ids.contains(1001));
+}
+
+void CtlTabBarTest::shortCaptionsAreWhole()
+{
+    addTab(QStringLiteral("text.txt"));
+    addTab(QString());
+    QCOMPARE(shownCaption(0), QStringLiteral("text.txt"));
+    QCOMPARE(shownCaption(1), QString());
+}
+
+void CtlTabBarTest::longCaptionsAreCutBehindTheLimit_data()
+{
+    QTest::addColumn<QString>("caption");
+    QTest::newRow("narrow") << QString(300, u'i');
+    QTest::newRow("wide") << QString(100, u'W');
+    QTest::newRow("Japanese") << QStringLiteral("長い名前の文書").repeated(20);
+    QTest::newRow("mixed") << QStringLiteral("文書 report & 日記 (2) ").repeated(10);
+}
+
+void CtlTabBarTest::longCaptionsAreCutBehindTheLimit()
+{
+    QFETCH(QString, caption);
+    addTab(caption);
+    const QString shown = shownCaption(0);
+    QVERIFY(shown.endsWith(QStringLiteral("...")));
+    const QString kept = shown.chopped(3);
+    QVERIFY(caption.startsWith(kept));
+    const QFontMetrics metrics(m_bar->font());
+    QVERIFY(metrics.horizontalAdvance(kept) > 160);
+    QVERIFY(metrics.horizontalAdvance(kept.chopped(1)) <= 160);
+}
+
+void CtlTabBarTest::captionThatIsWideWithItsLastCharacterIsWhole()
+{
+    const QFontMetrics metrics(m_bar->font());
+    QString caption;
+    while (metrics.horizontalAdvance(caption) <= 160)
+        caption += u'n';
+    QCOMPARE(m_bar->shortened(caption), caption);
+    QCOMPARE(m_bar->shortened(caption + u'n'), caption + QStringLiteral("..."));
+}
+
+void CtlTabBarTest::surrogatePairsAreNotCut()
+{
+    for (const QString &before :
+        { QString(), QStringLiteral("i"), QStringLiteral("W"), QStringLiteral("nnn") }) {
+        const QString caption = before + QStringLiteral("𠮟").repeated(60);
+        const QString shown = m_bar->shortened(caption);
+        QVERIFY(shown.size() < caption.size());
+        QVERIFY(!shown.chopped(3).back().isHighSurrogate());
+        QVERIFY(QFontMetrics(m_bar->font()).horizontalAdvance(shown.chopped(3)) > 160);
+    }
+}
+
+void CtlTabBarTest::markupAndAmpersandsAreShownAsTheyAre_data()
+{
+    QTest::addColumn<QString>("caption");
+    QTest::newRow("R&D.txt") << QStringLiteral("R&D.txt");
+    QTest::newRow("&&.txt") << QStringLiteral("&&.txt");
+    QTest::newRow("ends in &") << QStringLiteral("a&");
+    QTest::newRow("<b>bold</b>") << QStringLiteral("<b>bold</b>");
+    QTest::newRow("%1") << QStringLiteral("%1");
+}
+
+void CtlTabBarTest::markupAndAmpersandsAreShownAsTheyAre()
+{
+    QFETCH(QString, caption);
+    addTab(caption);
+    QCOMPARE(shownCaption(0), caption);
+}
+
+void CtlTabBarTest::captionIsReplaced()
+{
+    addTab(QStringLiteral("one"));
+    ctlEditer *editor = addTab(QStringLiteral("two"));
+    m_bar->setTabCaption(editor, QStringLiteral("* two"));
+    QCOMPARE(shownCaption(0), QStringLiteral("one"));
+    QCOMPARE(shownCaption(1), QStringLiteral("* two"));
+}
+
+void CtlTabBarTest::toolTipIsTheFullName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("plain") << QStringLiteral("notes.txt") << QStringLiteral("/no/such/folder/notes.txt");
+    QTest::newRow("R&D") << QStringLiteral("R&D.txt") << QStringLiteral("/no/such/folder/R&D.txt");
+    QTest::newRow("mark-up") << QStringLiteral("<b>x") << QStringLiteral("<p>/no/such/folder/&lt;b&gt;x</p>");
+}
+
+void CtlTabBarTest::toolTipIsTheFullName()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, shown);
+    addTab();
+    ctlEditer *editor = addTab(name);
+    {
+        // A file that is not there still names its editor.
+        const MessageBoxes boxes;
+        editor->loadFile(QStringLiteral("/no/such/folder/"), name, 0);
+        QCOMPARE(boxes.count(), 1);
+    }
+    const QPoint place = middleOf(1);
+    QHelpEvent event(QEvent::ToolTip, place, m_bar->mapToGlobal(place));
+    QApplication::sendEvent(m_bar, &event);
+    QCOMPARE(QToolTip::text(), shown);
+}
+
+void CtlTabBarTest::wheelChangesNothing()
+{
+    ctlEditer *editor = addTab();
+    addTab();
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    const QPointF place = middleOf(0);
+    QWheelEvent event(
+        place, m_bar->mapToGlobal(place), {}, QPoint(0, -240), Qt::NoButton, {}, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(m_bar, &event);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), editor);
+}
+
+void CtlTabBarTest::focusStaysWithTheEditor()
+{
+    ctlEditer *editor = addTab();
+    addTab();
+    editor->show();
+    editor->setFocus();
+    QTest::mouseClick(m_bar, Qt::LeftButton, {}, middleOf(1));
+    QCOMPARE(QApplication::focusWidget(), editor);
+    QCOMPARE(m_bar->focusPolicy(), Qt::NoFocus);
+}
+
+void CtlTabBarTest::randomTabs_data()
+{
+    QTest::addColumn<quint32>("seed");
+    const quint32 first = quint32(qMax(1, qEnvironmentVariableIntValue("SEED")));
+    for (quint32 seed = first; seed < first + 5; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+/// Against a plain list of editors and the ids they were given.
+void CtlTabBarTest::randomTabs()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    Editors editors;
+    QHash<ctlEditer *, int> ids;
+    ctlEditer *current = nullptr;
+    for (int step = 0; step < 150; ++step) {
+        const qsizetype at = editors.isEmpty() ? 0 : random.bounded(editors.size());
+        if (editors.isEmpty() || random.bounded(3) == 0) {
+            ctlEditer *editor = addTab(QString::number(step));
+            QVERIFY(!ids.values().contains(m_bar->idOf(editor)));
+            ids[editor] = m_bar->idOf(editor);
+            editors.append(editor);
+            current = current ? current : editor;
+        } else if (random.bounded(3) == 0) {
+            ctlEditer *removed = editors[at];
+            current = at + 1 < editors.size() ? editors[at + 1] : at > 0 ? editors[at - 1] : nullptr;
+            m_bar->removeTab(removed);
+            editors.removeAt(at);
+            ids.remove(removed);
+            delete removed;
+        } else {
+            current = editors[at];
+            m_bar->setCurrentTab(current);
+        }
+        QCOMPARE(m_bar->editors(), editors);
+        QCOMPARE(m_bar->editorOf(m_bar->currentTab()), current);
+        for (ctlEditer *editor : editors) {
+            QCOMPARE(m_bar->idOf(editor), ids[editor]);
+            QCOMPARE(m_bar->editorOf(ids[editor]), editor);
+        }
+    }
+}
+
+QTEST_MAIN(CtlTabBarTest)
+#include "ctltabbar_test.moc"
