@@ -43,9 +43,17 @@ char16_t supplementCharacter(UConverter *converter, int row, int cell)
     return character(converter, row + 0x20, cell + 0x20);
 }
 
-void printUtf8(char16_t c)
+/// Compatibility ideographs are printed by number: programs that normalize text would make others of them.
+bool isFragile(char16_t c)
 {
-    if (c < 0x80)
+    return c >= 0xF900 && c <= 0xFAFF;
+}
+
+void print(char16_t c)
+{
+    if (isFragile(c))
+        std::printf("\\u%04X", c);
+    else if (c < 0x80)
         std::printf("%c", c);
     else if (c < 0x800)
         std::printf("%c%c", 0xC0 | (c >> 6), 0x80 | (c & 0x3F));
@@ -65,7 +73,7 @@ void printRow(UConverter *converter, Lookup lookup, int row)
         return;
     std::printf("    {%d, u\"", row);
     for (const char16_t c : cells)
-        printUtf8(c);
+        print(c);
     std::printf("\"},\n");
 }
 

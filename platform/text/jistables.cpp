@@ -16,9 +16,11 @@ struct JisRow {
 constexpr JisRow systemRows[] = {
     { 83, u"..................................................................................ⅰⅱⅲⅳⅴⅵⅶⅷⅸⅹⅠⅡ" },
     { 84,
-        u"ⅢⅣⅤⅥⅦⅧⅨⅩ＇＂㈱№℡炻仼僴凬匇匤﨎咊坙﨏塚增寬峵嵓﨑德悅愠敎昻晥晴朗栁﨓﨔橫櫢淸淲瀨凞猪甁皂皞益礰礼神"
-        u"祥福"
-        u"竧靖精綠緖羽荢﨟薰蘒﨡蠇諸譿賴赶﨣﨤逸郞都鄕﨧﨨閒隆﨩霻靍靑飯飼館馞髙魲鶴黑" },
+        u"ⅢⅣⅤⅥⅦⅧⅨⅩ＇＂㈱№℡炻仼僴凬匇匤\uFA0E咊坙\uFA0F\uFA10增寬峵嵓\uFA11德悅愠敎昻晥\uFA12\uF929栁\uFA13"
+        u"\uFA14"
+        u"橫櫢淸淲瀨\uFA15\uFA16甁皂皞\uFA17礰\uFA18\uFA19\uFA1A\uFA1B竧\uFA1C\uFA1D綠緖\uFA1E荢\uFA1F薰"
+        u"\uFA20\uFA21蠇\uFA22譿"
+        u"賴赶\uFA23\uFA24\uFA25郞\uFA26鄕\uFA27\uFA28閒\uF9DC\uFA29霻靍靑\uFA2A\uFA2B\uFA2C馞髙魲\uFA2D黑" },
 };
 
 constexpr char16_t unassigned = u'.';
