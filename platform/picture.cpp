@@ -16,13 +16,13 @@ static void useBuiltInPictures()
 
 namespace {
 
-QString fileOf(const QString &name)
+QString fileOf(const QString &folder, const QString &name)
 {
-    const QString own = QPEApplication::qpeDir() + QLatin1String("/pics/") + name;
+    const QString own = folder + QLatin1String("/pics/") + name;
     const QString builtIn = QLatin1String(":/pics/") + name;
     for (const QString &file :
         { own + QLatin1String(".svg"), own + QLatin1String(".png"), builtIn + QLatin1String(".svg") }) {
-        if (QFileInfo::exists(file))
+        if (QFileInfo(file).isFile())
             return file;
     }
     return {};
@@ -34,7 +34,11 @@ const Picture &Picture::named(const QString &name)
 {
     useBuiltInPictures();
     static std::unordered_map<QString, Picture> pictures;
-    return pictures.try_emplace(name, fileOf(name)).first->second;
+    const QString folder = QPEApplication::qpeDir();
+    const QString key = folder + u'/' + name;
+    const auto known = pictures.find(key);
+    return known != pictures.end() ? known->second
+                                   : pictures.try_emplace(key, fileOf(folder, name)).first->second;
 }
 
 Picture::Picture(const QString &fileName)

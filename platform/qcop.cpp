@@ -2,9 +2,31 @@
 
 #include "platform/sessionbus.h"
 
+#include <QCoreApplication>
 #include <QDBusMessage>
+#include <QStringList>
+
+#include <algorithm>
+#include <optional>
 
 namespace {
+
+// The bus library ends a program that gives it a malformed name.
+bool isName(QStringView text)
+{
+    const auto isLetter = [](QChar c) {
+        return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_';
+    };
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    return !text.isEmpty() && isLetter(text.front())
+        && std::all_of(text.begin(), text.end(), [&](QChar c) { return isLetter(c) || isDigit(c); });
+}
+
+bool isChannel(const QString &text)
+{
+    const QStringList parts = text.split(u'/');
+    return parts.size() > 1 && text.size() < 256 && std::all_of(parts.begin(), parts.end(), isName);
+}
 
 constexpr int busTimeout = 500; // ms
 
@@ -17,6 +39,31 @@ QString toUnicode(QString text)
             text[i] = QChar::ReplacementCharacter;
     }
     return text;
+}
+
+// The arguments of the bus's own answer; none when it does not answer in time.
+QVariantList askBus(const QDBusConnection &bus, const QString &method, const QVariantList &arguments)
+{
+    const QString busName = QStringLiteral("org.freedesktop.DBus");
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(busName, QStringLiteral("/org/freedesktop/DBus"), busName, method);
+    question.setArguments(arguments);
+    const QDBusMessage answer = bus.call(question, QDBus::Block, busTimeout);
+    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments() : QVariantList();
+}
+
+// Messages leave from the toolkit's bus thread, in their order; at the end of the program it would drop those
+// that still wait. An answer to a later question says that they are out.
+void awaitSent()
+{
+    if (const auto bus = sessionBus())
+        askBus(*bus, QStringLiteral("GetId"), {});
+}
+
+void awaitSentAtExit()
+{
+    static const bool isPlanned = (qAddPostRoutine(awaitSent), true);
+    Q_UNUSED(isPlanned)
 }
 
 } // namespace
@@ -33,15 +80,8 @@ QString QCopChannel::path(const QString &channel)
 
 bool QCopChannel::isRegistered(const QString &channel)
 {
-    const auto bus = sessionBus();
-    if (!bus)
-        return false;
-    const QString busName = QStringLiteral("org.freedesktop.DBus");
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        busName, QStringLiteral("/org/freedesktop/DBus"), busName, QStringLiteral("NameHasOwner"));
-    question << service(channel);
-    const QDBusMessage answer = bus->call(question, QDBus::Block, busTimeout);
-    return answer.type() == QDBusMessage::ReplyMessage && answer.arguments().value(0).toBool();
+    const auto bus = isChannel(channel) ? sessionBus() : std::nullopt;
+    return bus && askBus(*bus, QStringLiteral("NameHasOwner"), { service(channel) }).value(0).toBool();
 }
 
 QCopEnvelope::QCopEnvelope(const QString &channel, const QString &message)
@@ -52,15 +92,17 @@ QCopEnvelope::QCopEnvelope(const QString &channel, const QString &message)
 
 QCopEnvelope::~QCopEnvelope()
 {
-    const auto bus = sessionBus();
+    const QString method = m_message.section(u'(', 0, 0);
+    Q_ASSERT(isName(method));
+    const auto bus = isChannel(m_channel) ? sessionBus() : std::nullopt;
     if (!bus)
         return;
-    const QString method = m_message.section(u'(', 0, 0);
     QDBusMessage call = QDBusMessage::createMethodCall(QCopChannel::service(m_channel),
         QCopChannel::path(m_channel), QStringLiteral("QPE.Application"), method);
     call.setArguments(m_arguments);
     call.setAutoStartService(false);
     bus->send(call);
+    awaitSentAtExit();
 }
 
 QCopEnvelope &QCopEnvelope::operator<<(const QString &argument)

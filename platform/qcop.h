@@ -20,7 +20,8 @@ public:
 };
 
 /// One outgoing message: arguments are streamed in, the destructor sends. Never blocks; no reply is awaited,
-/// and nobody is started to receive it. Without a session bus or a listener nothing happens.
+/// and nobody is started to receive it. Without a session bus or a listener nothing happens. What was sent
+/// last is on its way before the application object is gone.
 class QCopEnvelope {
 public:
     QCopEnvelope(const QString &channel, const QString &message);

@@ -36,7 +36,7 @@ QByteArray platformName()
 {
     const QByteArray asked = qgetenv("QT_QPA_PLATFORM");
     if (!asked.isEmpty())
-        return asked.left(asked.indexOf(':')).left(asked.indexOf(';'));
+        return asked.split(';').front().split(':').front();
     const QByteArray desktop = (qgetenv("XDG_CURRENT_DESKTOP") + qgetenv("XDG_SESSION_DESKTOP")).toLower();
     const bool isWayland = qgetenv("XDG_SESSION_TYPE") == "wayland" && !desktop.contains("gnome");
     return isWayland ? "wayland" : "xcb";

@@ -1,0 +1,70 @@
+#include "platform/screenscale.h"
+
+#include <QTest>
+
+class ScreenScaleTest : public QObject {
+    Q_OBJECT
+private slots:
+    void density_data()
+    {
+        QTest::addColumn<QByteArray>("resources");
+        QTest::addColumn<double>("density"); // 0: none
+        QTest::newRow("nothing") << QByteArray() << 0.0;
+        QTest::newRow("tab") << QByteArray("Xft.dpi:\t120\n") << 120.0;
+        QTest::newRow("among others")
+            << QByteArray("*foo:\tbar\nXft.antialias:\t1\nXft.dpi: 192\nXft.x:\t1\n") << 192.0;
+        QTest::newRow("last line without end") << QByteArray("Xft.dpi:96") << 96.0;
+        QTest::newRow("fraction") << QByteArray("Xft.dpi:\t110.5\n") << 110.5;
+        QTest::newRow("other key") << QByteArray("MyXft.dpi:\t120\n") << 0.0;
+        QTest::newRow("word") << QByteArray("Xft.dpi:\tmuch\n") << 0.0;
+        QTest::newRow("zero") << QByteArray("Xft.dpi:\t0\n") << 0.0;
+        QTest::newRow("negative") << QByteArray("Xft.dpi:\t-96\n") << 0.0;
+        QTest::newRow("absurd") << QByteArray("Xft.dpi:\t1e9\n") << 0.0;
+        QTest::newRow("not a number") << QByteArray("Xft.dpi:\tnan\n") << 0.0;
+    }
+
+    void density()
+    {
+        QFETCH(QByteArray, resources);
+        QFETCH(double, density);
+        QCOMPARE(densityFromResources(resources).value_or(0), density);
+    }
+
+    void scale_data()
+    {
+        QTest::addColumn<QByteArray>("platform");
+        QTest::addColumn<QByteArray>("session");
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<double>("scale");
+        QTest::newRow("offscreen") << QByteArray("offscreen") << QByteArray() << QByteArray() << 1.0;
+        QTest::newRow("offscreen with options")
+            << QByteArray("offscreen:a=b") << QByteArray() << QByteArray() << 1.0;
+        QTest::newRow("minimal") << QByteArray("minimal") << QByteArray() << QByteArray() << 1.0;
+        QTest::newRow("frame buffer")
+            << QByteArray("linuxfb:fb=/dev/fb0") << QByteArray() << QByteArray() << 4.0 / 3;
+        QTest::newRow("Wayland asked for")
+            << QByteArray("wayland;xcb") << QByteArray() << QByteArray() << 4.0 / 3;
+        QTest::newRow("Wayland session")
+            << QByteArray() << QByteArray("wayland") << QByteArray("KDE") << 4.0 / 3;
+        QTest::newRow("no X server to ask") << QByteArray() << QByteArray("x11") << QByteArray() << 4.0 / 3;
+        QTest::newRow("GNOME's X server")
+            << QByteArray() << QByteArray("wayland") << QByteArray("ubuntu:GNOME") << 4.0 / 3;
+    }
+
+    void scale()
+    {
+        QFETCH(QByteArray, platform);
+        QFETCH(QByteArray, session);
+        QFETCH(QByteArray, desktop);
+        QFETCH(double, scale);
+        const QByteArray own = qgetenv("QT_QPA_PLATFORM");
+        qputenv("QT_QPA_PLATFORM", platform);
+        qputenv("XDG_SESSION_TYPE", session);
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
+        QCOMPARE(platformPixelScale(), scale);
+        qputenv("QT_QPA_PLATFORM", own);
+    }
+};
+
+QTEST_GUILESS_MAIN(ScreenScaleTest)
+#include "screenscale_test.moc"
