@@ -14,9 +14,20 @@ constexpr int cursorWidth = 2;
 constexpr int wheelNotch = 120; ///< eighths of a degree
 } // namespace
 
+qint64 QMultiLineEdit::Private::visibleRows(int height) const
+{
+    return qMax<qint64>(1, qint64(height / measure->height()));
+}
+
 qint64 QMultiLineEdit::Private::visibleRows() const
 {
-    return qMax<qint64>(1, qint64(q->viewport()->height() / measure->height()));
+    return visibleRows(q->viewport()->height());
+}
+
+bool QMultiLineEdit::Private::isCursorRowVisible(int height) const
+{
+    const qint64 row = rowColOf(cursor).row;
+    return top <= row && row < top + visibleRows(height);
 }
 
 qint64 QMultiLineEdit::Private::rowAt(qreal y) const
@@ -336,9 +347,12 @@ void QMultiLineEdit::scrollContentsBy(int dx, int dy)
 void QMultiLineEdit::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
+    const bool wasVisible = d->isCursorRowVisible(event->oldSize().height());
     if (d->wrap == WidgetWidth)
         d->relayout();
     d->updateScrollBars();
+    if (wasVisible)
+        d->makeCursorVisible();
 }
 
 void QMultiLineEdit::wheelEvent(QWheelEvent *event)

@@ -66,11 +66,14 @@ void QMultiLineEdit::Private::relayout()
     const LayoutRule rule = layoutRule();
     if (rule == store.layoutRule())
         return;
+    const bool wasVisible = isCursorRowVisible(q->viewport()->height());
     const qint64 topOffset = store.row(qMin(top, store.rowCount() - 1)).start;
     store.setLayoutRule(rule);
     goalX.reset();
     updateScrollBars();
     setTop(store.rowColAt(topOffset).row);
+    if (wasVisible)
+        makeCursorVisible();
     q->viewport()->update();
     tellInputMethod();
 }

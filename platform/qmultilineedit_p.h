@@ -168,7 +168,10 @@ struct QMultiLineEdit::Private {
     qint64 dropOffset = -1; ///< where a dragged text would go; -1: nothing is dragged over the view
     int wheelRest = 0; ///< turned so far, not enough for a row
 
-    qint64 visibleRows() const; ///< that fit completely, at least 1
+    /// Rows that fit completely into the view, or into that many pixels; at least 1.
+    qint64 visibleRows() const;
+    qint64 visibleRows(int height) const;
+    bool isCursorRowVisible(int height) const;
     qint64 rowAt(qreal y) const;
     qreal contentWidth() const;
     void updateScrollBars();
