@@ -1,5 +1,6 @@
 #include "platform/qmultilineedit_p.h"
 
+#include "platform/text/textcodec.h"
 #include "platform/textmimedata.h"
 
 #include <QClipboard>
@@ -33,7 +34,7 @@ QString normalized(QString text)
 QString textOf(const QMimeData &data)
 {
     const auto *const own = qobject_cast<const TextMimeData *>(&data);
-    return normalized(own ? own->exactText() : data.text());
+    return normalized(own ? own->exactText() : TextCodec::cleanInput(data.text()));
 }
 
 TextMimeData::Source sourceOf(TextPiece piece)

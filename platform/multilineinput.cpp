@@ -1,5 +1,7 @@
 #include "platform/qmultilineedit_p.h"
 
+#include "platform/text/textcodec.h"
+
 #include <QGuiApplication>
 #include <QInputMethod>
 
@@ -14,7 +16,7 @@ constexpr qint64 shownMarked = 64 * 1024;
 /// Committed text as a document may hold it: no control characters but line ends and TAB.
 QString cleaned(const QString &text)
 {
-    QString result = text;
+    QString result = TextCodec::cleanInput(text);
     result.replace(u'\r', u'\n');
     result.removeIf([](QChar c) { return c.category() == QChar::Other_Control && c != u'\n' && c != u'\t'; });
     return result;
