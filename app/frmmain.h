@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/command.h"
+#include "filedialog/frmfiledialog.h"
 
 #include <QMainWindow>
 
@@ -16,8 +17,6 @@ class QMenuBar;
 class QStackedWidget;
 class QToolBar;
 class QTranslator;
-
-enum class FileDialogMode { Open, SaveAs };
 
 /// What the file dialog was left with.
 struct FileChoice {
@@ -134,7 +133,7 @@ public slots:
 protected:
     /// Runs the file dialog at a folder and name; nothing when it was not accepted.
     virtual std::optional<FileChoice> chooseFile(
-        FileDialogMode mode, const QString &folder, const QString &name);
+        frmFileDialog::Mode mode, const QString &folder, const QString &name);
     /// Runs the options dialog; whether it was accepted.
     virtual bool editOptions();
 
@@ -163,7 +162,7 @@ private:
     void openChosen(const FileChoice &file);
     void loadInto(ctlEditer *editor, const FileChoice &file);
     bool isReloadWanted(const QString &title, const QString &question);
-    std::optional<FileChoice> chooseFileFor(const ctlEditer *editor, FileDialogMode mode);
+    std::optional<FileChoice> chooseFileFor(const ctlEditer *editor, frmFileDialog::Mode mode);
     SaveAnswer askToSave(const ctlEditer *editor);
     bool saveIfWanted(ctlEditer *editor);
     void updateTabText(ctlEditer *editor);

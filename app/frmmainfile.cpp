@@ -129,7 +129,7 @@ bool frmMain::isReloadWanted(const QString &title, const QString &question)
 
 void frmMain::slotCmdFileOpen()
 {
-    if (const std::optional<FileChoice> file = chooseFileFor(currentEditor(), FileDialogMode::Open))
+    if (const std::optional<FileChoice> file = chooseFileFor(currentEditor(), frmFileDialog::Open))
         openChosen(*file);
 }
 
@@ -144,16 +144,20 @@ void frmMain::slotCmdFileReload()
 }
 
 /// Runs the file dialog where the document lies, or in the user's documents for one that was never saved.
-std::optional<FileChoice> frmMain::chooseFileFor(const ctlEditer *editor, FileDialogMode mode)
+std::optional<FileChoice> frmMain::chooseFileFor(const ctlEditer *editor, frmFileDialog::Mode mode)
 {
     if (editor && isSaved(editor))
         return chooseFile(mode, editor->path(), editor->name());
     return chooseFile(mode, QDir::homePath() + u"/Documents/"_s, u".txt"_s);
 }
 
-std::optional<FileChoice> frmMain::chooseFile(FileDialogMode, const QString &, const QString &)
+std::optional<FileChoice> frmMain::chooseFile(
+    frmFileDialog::Mode mode, const QString &folder, const QString &name)
 {
-    return std::nullopt;
+    frmFileDialog dialog(this, mode, folder, name);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return FileChoice{ dialog.dirPath, dialog.fileName, dialog.charCode, dialog.returnCode };
 }
 
 void frmMain::slotEtcChangeTab(int forward)

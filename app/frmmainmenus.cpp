@@ -25,6 +25,8 @@ constexpr MenuTitle menuBarTitles[] = {
 };
 
 constexpr int smallMenuBarHeight = 20;
+constexpr QSize smallIconSize(16, 16);
+constexpr QSize vgaIconSize(24, 24);
 
 QIcon iconOf(const Command &command)
 {
@@ -114,6 +116,7 @@ void frmMain::createToolBar()
 {
     m_toolBar = new QToolBar(this);
     m_toolBar->setMovable(false);
+    m_toolBar->setIconSize(isVga() ? vgaIconSize : smallIconSize);
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     addToolBar(m_toolBar);
     for (const ToolButton &button : toolButtons())

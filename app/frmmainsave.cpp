@@ -60,7 +60,7 @@ void frmMain::slotCmdFileSaveAs()
 
 bool frmMain::slotCmdFileSaveAs(ctlEditer *editor)
 {
-    const std::optional<FileChoice> file = chooseFileFor(editor, FileDialogMode::SaveAs);
+    const std::optional<FileChoice> file = chooseFileFor(editor, frmFileDialog::SaveAs);
     return file && slotCmdFileSave(editor, file->folder, file->name, file->charCode, file->returnCode);
 }
 

@@ -1,0 +1,164 @@
+#include "app/keymap.h"
+
+#include "app/frmmain.h"
+
+#include <QKeyEvent>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Row {
+    const char *name;
+    int key;
+    int deviceKey;
+    CommandSlot slot;
+};
+
+// In the order of the map, without its rows for Tab.
+const Row rows[] = {
+    { "Ctrl+N search", Qt::Key_N, 0x2019, &frmMain::slotCmdViewSearch },
+    { "Ctrl+M replace", Qt::Key_M, 0x201A, &frmMain::slotCmdViewReplace },
+    { "Ctrl+1 search before", Qt::Key_1, 0x200F, &frmMain::slotCmdViewSrchBefo },
+    { "Ctrl+2 search next", Qt::Key_2, 0x2010, &frmMain::slotCmdViewSrchNext },
+    { "Ctrl+5 last edited position", Qt::Key_5, 0x201B, &frmMain::slotCmdViewLastEdit },
+    { "Ctrl+O open", Qt::Key_O, 0x2015, &frmMain::slotCmdFileOpen },
+    { "Ctrl+S save", Qt::Key_S, 0x2018, qOverload<>(&frmMain::slotCmdFileSave) },
+    { "Ctrl+Q quit", Qt::Key_Q, 0x2014, &frmMain::slotCmdFileQuitNoSave },
+    { "Ctrl+Z undo", Qt::Key_Z, 0, &frmMain::slotCmdEditUndo },
+    { "Ctrl+X cut", Qt::Key_X, 0, &frmMain::slotCmdEditCut },
+    { "Ctrl+C copy", Qt::Key_C, 0, &frmMain::slotCmdEditCopy },
+    { "Ctrl+V paste", Qt::Key_V, 0, &frmMain::slotCmdEditPast },
+    { "Ctrl+A select all", Qt::Key_A, 0x2017, &frmMain::slotCmdEditSelAll },
+};
+
+QList<CommandSlot> commandsFor(int key, Qt::KeyboardModifiers modifiers, const QString &text = {})
+{
+    return commandsForKey(QKeyEvent(QEvent::KeyPress, key, modifiers, text));
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(CommandSlot)
+
+/// The window's key map, row by row.
+class KeyMapTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void hasTheseRowsInOrder();
+    void controlIsExact_data();
+    void controlIsExact();
+    void deviceKeysCountWithoutText_data();
+    void deviceKeysCountWithoutText();
+    void tabs_data();
+    void tabs();
+    void otherKeysDoNothing_data();
+    void otherKeysDoNothing();
+};
+
+void KeyMapTest::hasTheseRowsInOrder()
+{
+    QList<KeyBinding> bindings(keyBindings().begin(), keyBindings().end());
+    const auto isTab = [](const KeyBinding &binding) { return binding.key == Qt::Key_Tab; };
+    QCOMPARE(std::find_if(bindings.begin(), bindings.end(), isTab) - bindings.begin(), 5);
+    QCOMPARE(bindings.removeIf(isTab), 2);
+    QCOMPARE(size_t(bindings.size()), std::size(rows));
+    for (qsizetype i = 0; i < bindings.size(); ++i) {
+        QCOMPARE(bindings.at(i).key, rows[i].key);
+        QCOMPARE(bindings.at(i).deviceKey, rows[i].deviceKey);
+        QVERIFY2(bindings.at(i).slot == rows[i].slot, rows[i].name);
+    }
+}
+
+void KeyMapTest::controlIsExact_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<CommandSlot>("slot");
+    for (const Row &row : rows)
+        QTest::newRow(row.name) << row.key << row.slot;
+}
+
+void KeyMapTest::controlIsExact()
+{
+    QFETCH(int, key);
+    QFETCH(CommandSlot, slot);
+    const QList<CommandSlot> once{ slot };
+    QCOMPARE(commandsFor(key, Qt::ControlModifier), once);
+    QCOMPARE(commandsFor(key, Qt::ControlModifier, u"\x1"_s), once);
+    QCOMPARE(commandsFor(key, Qt::ControlModifier | Qt::KeypadModifier), once);
+    const Qt::KeyboardModifiers others[] = { Qt::NoModifier, Qt::ShiftModifier, Qt::KeypadModifier,
+        Qt::AltModifier, Qt::ControlModifier | Qt::ShiftModifier, Qt::ControlModifier | Qt::AltModifier,
+        Qt::ControlModifier | Qt::MetaModifier };
+    for (const Qt::KeyboardModifiers modifiers : others)
+        QVERIFY(commandsFor(key, modifiers).isEmpty());
+}
+
+void KeyMapTest::deviceKeysCountWithoutText_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<CommandSlot>("slot");
+    for (const Row &row : rows) {
+        if (row.deviceKey)
+            QTest::newRow(row.name) << row.deviceKey << row.slot;
+    }
+}
+
+void KeyMapTest::deviceKeysCountWithoutText()
+{
+    QFETCH(int, key);
+    QFETCH(CommandSlot, slot);
+    const QList<CommandSlot> once{ slot };
+    QCOMPARE(commandsFor(key, Qt::NoModifier), once);
+    QCOMPARE(commandsFor(key, Qt::ShiftModifier), once);
+    QVERIFY(commandsFor(key, Qt::NoModifier, QString(QChar(key))).isEmpty());
+}
+
+void KeyMapTest::tabs_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::addColumn<QList<CommandSlot>>("commands");
+    using Modifiers = Qt::KeyboardModifiers;
+    const QList<CommandSlot> next{ &frmMain::slotCmdViewWinNext };
+    const QList<CommandSlot> previous{ &frmMain::slotCmdViewWinPrev };
+    const QList<CommandSlot> none;
+    const Modifiers control = Qt::ControlModifier;
+    QTest::newRow("Ctrl+Tab") << int(Qt::Key_Tab) << control << next;
+    QTest::newRow("Ctrl+Shift+Tab") << int(Qt::Key_Tab) << (control | Qt::ShiftModifier) << previous;
+    QTest::newRow("Ctrl+Shift+Backtab") << int(Qt::Key_Backtab) << (control | Qt::ShiftModifier) << previous;
+    QTest::newRow("Ctrl+Backtab") << int(Qt::Key_Backtab) << control << previous;
+    QTest::newRow("Ctrl+Alt+Tab") << int(Qt::Key_Tab) << (control | Qt::AltModifier) << next;
+    QTest::newRow("Ctrl+Alt+Shift+Tab")
+        << int(Qt::Key_Tab) << (control | Qt::AltModifier | Qt::ShiftModifier) << previous;
+    QTest::newRow("Tab") << int(Qt::Key_Tab) << Modifiers() << none;
+    QTest::newRow("Shift+Tab") << int(Qt::Key_Backtab) << Modifiers(Qt::ShiftModifier) << none;
+}
+
+void KeyMapTest::tabs()
+{
+    QFETCH(int, key);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    QTEST(commandsFor(key, modifiers, u"\t"_s), "commands");
+}
+
+void KeyMapTest::otherKeysDoNothing_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("Escape") << int(Qt::Key_Escape);
+    QTest::newRow("Ctrl+3") << int(Qt::Key_3);
+    QTest::newRow("Ctrl+Y") << int(Qt::Key_Y);
+    QTest::newRow("the code between two device keys") << 0x2016;
+    QTest::newRow("no key") << 0;
+}
+
+void KeyMapTest::otherKeysDoNothing()
+{
+    QFETCH(int, key);
+    QVERIFY(commandsFor(key, Qt::ControlModifier).isEmpty());
+    QVERIFY(commandsFor(key, Qt::NoModifier).isEmpty());
+}
+
+QTEST_GUILESS_MAIN(KeyMapTest)
+#include "keymap_test.moc"

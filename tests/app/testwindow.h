@@ -1,0 +1,100 @@
+#pragma once
+
+#include "app/frmmain.h"
+#include "app/settings.h"
+#include "editor/ctlediter.h"
+#include "editor/ctltabbar.h"
+#include "tests/messageboxes.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// The main window with answers in the place of its dialogs.
+class TestWindow : public frmMain {
+public:
+    struct Request {
+        frmFileDialog::Mode mode;
+        QString folder;
+        QString name;
+    };
+
+    /// Shows the window, active and with its first document, for which it does not wait.
+    bool open()
+    {
+        showMaximized();
+        const bool isActive = QTest::qWaitForWindowActive(this);
+        slotEtcFirstNewDoc();
+        return isActive && tabBar()->count() == 1;
+    }
+
+    QStringList tabTexts() const
+    {
+        QStringList texts;
+        for (int i = 0; i < tabBar()->count(); ++i)
+            texts << tabBar()->tabText(i);
+        return texts;
+    }
+    ctlEditer *editorAt(int index) const { return tabBar()->editors().at(index); }
+    bool isItemEnabled(MenuId menu, int id) const { return item(menu, id)->isEnabled(); }
+    /// Enabled states of Undo, Redo, Cut, Copy, as "u", "r", "x", "c" or "-".
+    QString editStates() const
+    {
+        const QString letters = QStringLiteral("urxc");
+        QString states;
+        for (int id = 1; id <= 4; ++id)
+            states += isItemEnabled(MenuId::Edit, id) ? letters.at(id - 1) : QChar(u'-');
+        return states;
+    }
+
+    QList<FileChoice> choices; ///< what the file dialog is left with, in turn; cancelled when there is none
+    QList<Request> requests; ///< what it was opened with
+    std::function<bool()> options = [] { return false; };
+
+protected:
+    std::optional<FileChoice> chooseFile(
+        frmFileDialog::Mode mode, const QString &folder, const QString &name) override
+    {
+        requests << Request{ mode, folder, name };
+        if (choices.isEmpty())
+            return std::nullopt;
+        return choices.takeFirst();
+    }
+    bool editOptions() override { return options(); }
+};
+
+/// A folder of files for one test.
+class TestFiles {
+public:
+    /// Ends in "/".
+    QString folder() const { return m_folder.path() + u'/'; }
+    /// Full name of a new file.
+    QString write(const QString &name, const QByteArray &content) const
+    {
+        QFile file(folder() + name);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+        return file.fileName();
+    }
+    QByteArray read(const QString &name) const
+    {
+        QFile file(folder() + name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/// Settings as a first start has them, English, and no file of them.
+inline void resetSettings()
+{
+    QFile::remove(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + QStringLiteral("/marlopad.conf"));
+    appSettings() = {};
+    appSettings().Lang = 0;
+    recentFiles() = {};
+    writeSettings();
+}
