@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <optional>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -58,27 +57,19 @@ QByteArray uninitialized(qsizetype size)
     return bytes;
 }
 
-/// Up to `size` bytes; 0 at the end of the file, -1 on an error.
-qint64 readSome(int file, char *to, qint64 size)
+/// Reads to the end, also of a file that has become shorter or longer than `expected` meanwhile.
+Failure readToEnd(const FileCalls &calls, int file, qint64 expected, QByteArray &bytes)
 {
     constexpr qint64 blockSize = qint64{ 1 } << 20;
-    for (;;) {
-        const ssize_t count = ::read(file, to, static_cast<size_t>(std::min(size, blockSize)));
-        if (count >= 0 || errno != EINTR)
-            return count;
-    }
-}
-
-/// Reads to the end, also of a file that has become shorter or longer than `expected` meanwhile.
-Failure readToEnd(int file, qint64 expected, QByteArray &bytes)
-{
-    constexpr qsizetype room = 65536;
+    constexpr qint64 leastRoom = 65536;
     bytes = uninitialized(expected + 1);
     qint64 reached = 0;
     for (;;) {
         if (reached == bytes.size())
-            bytes.resize(bytes.size() + std::max(room, bytes.size() / 8));
-        const qint64 count = readSome(file, bytes.data() + reached, bytes.size() - reached);
+            bytes.resize(reached + std::max(leastRoom, reached / 8));
+        const auto size = static_cast<size_t>(std::min(blockSize, bytes.size() - reached));
+        const ssize_t count =
+            retried([&] { return calls.pread(file, bytes.data() + reached, size, reached); });
         if (count < 0)
             return brokenOffText;
         if (count == 0)
@@ -89,34 +80,33 @@ Failure readToEnd(int file, qint64 expected, QByteArray &bytes)
     return nullptr;
 }
 
-Failure readFile(const QByteArray &name, QByteArray &bytes)
+Failure readFile(const FileCalls &calls, const QByteArray &name, QByteArray &bytes)
 {
     struct stat status = {};
-    if (stat(name.constData(), &status) != 0)
-        return errno == EACCES ? notOpenedText : missingText;
+    if (calls.stat(name.constData(), &status) != 0)
+        return errno == ENOENT || errno == ENOTDIR ? missingText : notOpenedText;
     if (const Failure failure = refusal(status))
         return failure;
-    if (status.st_size == 0) {
-        bytes.clear();
+    if (status.st_size == 0)
         return nullptr;
-    }
-    const int file = open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    const int file = retried(
+        [&] { return calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0); });
     if (file < 0)
         return notOpenedText;
-    const auto closer = qScopeGuard([file] { close(file); });
-    if (fstat(file, &status) != 0)
+    const auto closer = qScopeGuard([&calls, file] { calls.close(file); });
+    if (calls.fstat(file, &status) != 0)
         return notOpenedText;
     if (const Failure failure = refusal(status)) // another file may have taken the name meanwhile
         return failure;
-    return readToEnd(file, status.st_size, bytes);
+    return readToEnd(calls, file, status.st_size, bytes);
 }
 
 } // namespace
 
-bool readWholeFile(QWidget *parent, const QString &fileName, QByteArray &bytes)
+bool readWholeFile(QWidget *parent, const QString &fileName, QByteArray &bytes, const FileCalls &calls)
 {
     QByteArray read;
-    if (const Failure failure = readFile(FileName::toBytes(fileName), read)) {
+    if (const Failure failure = readFile(calls, FileName::toBytes(fileName), read)) {
         MessageBox::critical(parent, QCoreApplication::translate("ctlEditer", "File Load Error!"),
             QCoreApplication::translate("ctlEditer", failure));
         return false;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/filecalls.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -29,7 +31,8 @@ enum ReturnCode : int {
 QString charCodeName(int charCode);
 QString returnCodeName(int returnCode);
 
-/// Decides the character code from all bytes of a file; `defaultCode` is the answer for an empty one.
+/// Decides the character code from all bytes of a file; `defaultCode` is the answer for an empty one. Cost:
+/// memory speed, at most three passes.
 int detectCharCode(const QByteArray &bytes, int defaultCode);
 /// Decides the line end by the first one in the file; `defaultCode` where there is none.
 int detectReturnCode(const QByteArray &bytes, int defaultCode);
@@ -37,6 +40,9 @@ int detectReturnCode(const QByteArray &bytes, int defaultCode);
 /// with CR+LF each CR goes; else nothing. Cost: memory speed; the array is not reallocated.
 void normalizeLineEnds(QByteArray &bytes, int returnCode);
 
-/// Reads a whole file; false after telling the user why. A folder, a FIFO or a device is refused; a file of
-/// size 0 gives an empty array without being opened; a read error is an error, not an end of file.
-bool readWholeFile(QWidget *parent, const QString &fileName, QByteArray &bytes);
+/// Reads a whole file; false, with `bytes` as they were, after telling the user why. A folder, a pipe or a
+/// device is refused without being opened; a file of size 0 gives an empty array without being opened either;
+/// a file that becomes shorter or longer while it is read is taken as far as it goes; a read error is an
+/// error, not an end of file. File names may hold any bytes, see platform/filename.h. Cost: memory speed.
+bool readWholeFile(QWidget *parent, const QString &fileName, QByteArray &bytes,
+    const FileCalls &calls = FileCalls::system());
