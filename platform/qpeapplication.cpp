@@ -87,6 +87,5 @@ void QPEApplication::raiseWindow()
         return;
     if (window->isMinimized())
         window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
-    window->raise();
     window->activateWindow();
 }

@@ -1,0 +1,555 @@
+#include "platform/qpeapplication.h"
+
+#include "platform/qcop.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDialog>
+#include <QDir>
+#include <QFile>
+#include <QFontInfo>
+#include <QMenu>
+#include <QProcess>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+
+#include <csignal>
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString ownChannel = u"QPE/Application/marlopad"_s;
+
+/// Notes what it is asked to open, and what else the test notes in between.
+class Window : public QWidget {
+    Q_OBJECT
+public:
+    QStringList log;
+    std::function<void()> onDocument = [] {};
+
+public slots:
+    void setDocument(const QString &fileName)
+    {
+        log << fileName;
+        onDocument();
+    }
+};
+
+/// The same for another process: one line on standard output each.
+class PrintingWindow : public QWidget {
+    Q_OBJECT
+public slots:
+    void setDocument(const QString &fileName) { print("document", escaped(fileName)); }
+
+public:
+    static void print(const char *what, const QByteArray &text = {})
+    {
+        std::printf("%s%s%s\n", what, text.isEmpty() ? "" : " ", text.constData());
+        std::fflush(stdout);
+    }
+
+private:
+    static QByteArray escaped(const QString &text)
+    {
+        QByteArray out;
+        for (const QChar c : text)
+            out += c.unicode() < 0x80 ? QByteArray(1, c.toLatin1())
+                                      : "\\u" + QByteArray::number(c.unicode(), 16);
+        return out;
+    }
+};
+
+/// This program in another role, see main().
+class Role : public QProcess {
+public:
+    explicit Role(const QStringList &arguments, const QString &folder = QDir::currentPath())
+    {
+        setProgram(QCoreApplication::applicationFilePath());
+        setArguments(arguments);
+        setWorkingDirectory(folder);
+        setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    }
+    ~Role() override
+    {
+        kill();
+        waitForFinished();
+    }
+    Role(const Role &) = delete;
+    Role &operator=(const Role &) = delete;
+
+    bool prints(const QByteArray &line)
+    {
+        while (!m_output.contains('\n' + line + '\n') && state() != NotRunning && waitForReadyRead(20000))
+            m_output += readAllStandardOutput();
+        m_output += readAllStandardOutput();
+        return m_output.contains('\n' + line + '\n');
+    }
+    bool startsAndPrints(const QByteArray &line)
+    {
+        start();
+        return prints(line);
+    }
+    QByteArray output()
+    {
+        if (state() == NotRunning)
+            start();
+        waitForFinished();
+        return readAllStandardOutput().trimmed();
+    }
+    int run()
+    {
+        start();
+        return waitForFinished(20000) ? exitCode() : -1;
+    }
+    void setVariable(const QString &name, const QString &value)
+    {
+        QProcessEnvironment variables = processEnvironment();
+        if (variables.isEmpty())
+            variables = QProcessEnvironment::systemEnvironment();
+        variables.insert(name, value);
+        setProcessEnvironment(variables);
+    }
+
+private:
+    QByteArray m_output = "\n";
+};
+
+// Everything that is already under way has been done after it.
+void settle()
+{
+    for (int i = 0; i < 10; ++i)
+        QCoreApplication::processEvents();
+}
+
+QPEApplication *application()
+{
+    return static_cast<QPEApplication *>(qApp);
+}
+
+bool callOwnChannel(const QString &method, const QVariantList &arguments)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        u"QPE.Application.marlopad"_s, u"/QPE/Application/marlopad"_s, u"QPE.Application"_s, method);
+    call.setArguments(arguments);
+    return QDBusConnection::sessionBus().call(call).type() == QDBusMessage::ReplyMessage;
+}
+
+} // namespace
+
+class QPEApplicationTest : public QObject {
+    Q_OBJECT
+private slots:
+    void scale_data();
+    void scale();
+    void qpeDir_data();
+    void qpeDir();
+
+    void request_beforeTheWindow_waits();
+    void requests_keepTheirOrder();
+    void request_isDeliveredFromTheEventLoop();
+    void request_waitsForModalDialog_data();
+    void request_waitsForModalDialog();
+    void request_waitsUntilTheDialogsCallerIsDone();
+    void request_waitsForMenu();
+    void request_waitsWhileHeld();
+    void request_waitsForTheDialogOfAnother();
+    void request_withoutWindowAnyMore_isNoHarm();
+    void showMainWidget_maximises();
+
+    void secondStart_handsOver_data();
+    void secondStart_handsOver();
+    void secondStart_withUndecodableName_handsOver();
+    void secondStart_withoutFile_showsTheWindow();
+    void start_opensItsOwnFiles();
+    void start_withoutBus_runs();
+    void start_besideHungInstance_runs();
+    void start_afterTheOtherEnded_takesTheChannel();
+    void message_opensTheDocument_data();
+    void message_opensTheDocument();
+};
+
+void QPEApplicationTest::scale_data()
+{
+    QTest::addColumn<QStringList>("variables");
+    QTest::addColumn<QByteArray>("result"); // device pixel ratio, logical dpi, pixels of an 18 point font
+    QTest::newRow("no screen") << QStringList() << QByteArray("1.00 72 18");
+    QTest::newRow("1.25") << QStringList{ u"QT_SCALE_FACTOR=1.25"_s } << QByteArray("1.25 72 18");
+    QTest::newRow("1.33") << QStringList{ u"QT_SCALE_FACTOR=1.33"_s } << QByteArray("1.33 72 18");
+    QTest::newRow("1.5") << QStringList{ u"QT_SCALE_FACTOR=1.5"_s } << QByteArray("1.50 72 18");
+    QTest::newRow("2") << QStringList{ u"QT_SCALE_FACTOR=2"_s } << QByteArray("2.00 72 18");
+    QTest::newRow("scale of the screen")
+        << QStringList{ u"QT_SCREEN_SCALE_FACTORS=2"_s } << QByteArray("2.00 72 18");
+    QTest::newRow("no scaling") << QStringList{ u"QT_ENABLE_HIGHDPI_SCALING=0"_s }
+                                << QByteArray("1.00 72 18");
+    QTest::newRow("the user's own font density")
+        << QStringList{ u"QT_FONT_DPI=96"_s } << QByteArray("1.00 96 24");
+}
+
+void QPEApplicationTest::scale()
+{
+    QFETCH(QStringList, variables);
+    QFETCH(QByteArray, result);
+    Role role({ u"scale"_s });
+    for (const QString &variable : variables)
+        role.setVariable(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+    QCOMPARE(role.output(), result);
+}
+
+void QPEApplicationTest::qpeDir_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QStringList>("folders"); // below a folder that has the program in bin/
+    QTest::addColumn<QString>("result");
+    QTest::newRow("given") << u"/opt/data"_s << QStringList{ u"share/marlopad"_s } << u"/opt/data"_s;
+    QTest::newRow("given with slash") << u"/opt/data/"_s << QStringList() << u"/opt/data"_s;
+    QTest::newRow("installed") << QString() << QStringList{ u"share/marlopad"_s } << u"./share/marlopad"_s;
+    QTest::newRow("built") << QString() << QStringList{ u"bin/share/marlopad"_s }
+                           << u"./bin/share/marlopad"_s;
+    QTest::newRow("both") << QString() << QStringList{ u"share/marlopad"_s, u"bin/share/marlopad"_s }
+                          << u"./share/marlopad"_s;
+    QTest::newRow("none") << QString() << QStringList() << u"./share/marlopad"_s;
+}
+
+void QPEApplicationTest::qpeDir()
+{
+    QFETCH(QString, variable);
+    QFETCH(QStringList, folders);
+    QFETCH(QString, result);
+    const QTemporaryDir root;
+    for (const QString &folder : folders + QStringList{ u"bin"_s })
+        QVERIFY(QDir(root.path()).mkpath(folder));
+    const QString program = root.filePath(u"bin/marlopad"_s);
+    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
+    Role role({ u"qpedir"_s });
+    role.setProgram(program);
+    role.setVariable(u"QPEDIR"_s, variable);
+    QCOMPARE(QString::fromUtf8(role.output()).replace(root.path(), u"."_s), result);
+}
+
+void QPEApplicationTest::request_beforeTheWindow_waits()
+{
+    Window window;
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    application()->showMainWidget(&window, true);
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void QPEApplicationTest::requests_keepTheirOrder()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QStringList names;
+    for (int i = 0; i < 100; ++i) {
+        names << QStringLiteral("/%1").arg(i);
+        application()->request(names.last());
+    }
+    application()->request(u"/0"_s);
+    QTRY_COMPARE(window.log, names + QStringList{ u"/0"_s });
+}
+
+void QPEApplicationTest::request_isDeliveredFromTheEventLoop()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    application()->request(u"/a"_s);
+    QVERIFY(window.log.isEmpty());
+    QTRY_COMPARE(window.log.size(), 1);
+}
+
+void QPEApplicationTest::request_waitsForModalDialog_data()
+{
+    QTest::addColumn<bool>("ofApplication");
+    QTest::newRow("modal for the window") << false;
+    QTest::newRow("modal for the application") << true;
+}
+
+void QPEApplicationTest::request_waitsForModalDialog()
+{
+    QFETCH(bool, ofApplication);
+    Window window;
+    application()->showMainWidget(&window, true);
+    QDialog dialog(&window);
+    dialog.setWindowModality(ofApplication ? Qt::ApplicationModal : Qt::WindowModal);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    dialog.hide();
+    QVERIFY(window.log.isEmpty());
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+// What the user decided in the dialog comes first.
+void QPEApplicationTest::request_waitsUntilTheDialogsCallerIsDone()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTimer::singleShot(0, &window, [&window] {
+        QDialog dialog(&window);
+        QTimer::singleShot(0, &dialog, [&dialog, &window] {
+            application()->request(u"/a"_s);
+            QTimer::singleShot(0, &dialog, [&dialog, &window] {
+                window.log << u"closing"_s;
+                dialog.accept();
+                QTimer::singleShot(0, &window, [] {});
+            });
+        });
+        dialog.exec();
+        window.log << u"closed"_s;
+    });
+    QTRY_COMPARE(window.log.size(), 3);
+    QCOMPARE(window.log, (QStringList{ u"closing"_s, u"closed"_s, u"/a"_s }));
+}
+
+void QPEApplicationTest::request_waitsForMenu()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QMenu menu(&window);
+    menu.addAction(u"a"_s);
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    menu.popup(QPoint(0, 0));
+    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    menu.close();
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void QPEApplicationTest::request_waitsWhileHeld()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    application()->holdRequests(true);
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    application()->holdRequests(false);
+    QVERIFY(window.log.isEmpty());
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void QPEApplicationTest::request_waitsForTheDialogOfAnother()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    window.onDocument = [&window] {
+        QDialog dialog(&window);
+        QTimer::singleShot(0, &dialog, [&dialog] {
+            QCoreApplication::processEvents();
+            dialog.accept();
+        });
+        dialog.exec();
+        window.log << u"done"_s;
+    };
+    application()->request(u"/a"_s);
+    application()->request(u"/b"_s);
+    QTRY_COMPARE(window.log, (QStringList{ u"/a"_s, u"done"_s, u"/b"_s, u"done"_s }));
+}
+
+void QPEApplicationTest::request_withoutWindowAnyMore_isNoHarm()
+{
+    {
+        Window window;
+        application()->showMainWidget(&window, true);
+        application()->request(u"/a"_s);
+    }
+    settle();
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void QPEApplicationTest::showMainWidget_maximises()
+{
+    Window window;
+    application()->showMainWidget(&window);
+    QVERIFY(window.isVisible());
+    QVERIFY(window.isMaximized());
+}
+
+void QPEApplicationTest::secondStart_handsOver_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QList<QByteArray>>("received"); // "." for the folder of the second start
+    QTest::newRow("absolute") << QStringList{ u"/a b.txt"_s } << QList<QByteArray>{ "/a b.txt" };
+    QTest::newRow("relative") << QStringList{ u"b.txt"_s } << QList<QByteArray>{ "./b.txt" };
+    QTest::newRow("dots") << QStringList{ u"./sub/../c.txt"_s } << QList<QByteArray>{ "./c.txt" };
+    QTest::newRow("through a link's folder")
+        << QStringList{ u"link/../d.txt"_s } << QList<QByteArray>{ "./far/d.txt" };
+    QTest::newRow("several") << QStringList{ u"1"_s, u"2"_s, u"1"_s }
+                             << QList<QByteArray>{ "./1", "./2", "./1" };
+    QTest::newRow("Japanese") << QStringList{ u"あ"_s } << QList<QByteArray>{ "./\\u3042" };
+    QTest::newRow("looks like an address") << QStringList{ u"file:"_s } << QList<QByteArray>{ "./file:" };
+    QTest::newRow("percent") << QStringList{ u"50%41"_s } << QList<QByteArray>{ "./50%41" };
+    QTest::newRow("begins with a dash") << QStringList{ u"-x"_s } << QList<QByteArray>{ "./-x" };
+}
+
+void QPEApplicationTest::secondStart_handsOver()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QList<QByteArray>, received);
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkpath(u"sub"_s) && QDir(folder.path()).mkpath(u"far/target"_s));
+    QVERIFY(QFile::link(folder.filePath(u"far/target"_s), folder.filePath(u"link"_s)));
+    Role first({ u"run"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    Role second(QStringList{ u"run"_s } + arguments, folder.path());
+    QCOMPARE(second.run(), 0);
+    QCOMPARE(second.readAllStandardOutput(), QByteArray("handed over\n"));
+    for (const QByteArray &name : received) {
+        const QByteArray full =
+            name.startsWith('.') ? QFile::encodeName(folder.path()) + name.sliced(1) : name;
+        QVERIFY2(first.prints("document " + full), full.constData());
+    }
+}
+
+void QPEApplicationTest::secondStart_withUndecodableName_handsOver()
+{
+    Role first({ u"run"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    Role second({ u"-c"_s, u"exec \"$0\" run /caf\351.txt \"$(printf '/%%\\203e\\300\\212')\""_s,
+        QCoreApplication::applicationFilePath() });
+    second.setProgram(u"/bin/sh"_s);
+    QCOMPARE(second.run(), 0);
+    QVERIFY(first.prints("document /caf\\ue9.txt"));
+    QVERIFY(first.prints("document /%\\udc83e\\udcc0\\udc8a"));
+}
+
+void QPEApplicationTest::secondStart_withoutFile_showsTheWindow()
+{
+    Role first({ u"run"_s, u"minimized"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    Role second({ u"run"_s });
+    QCOMPARE(second.run(), 0);
+    QVERIFY(first.prints("shown"));
+}
+
+void QPEApplicationTest::start_opensItsOwnFiles()
+{
+    Role role({ u"run"_s, u"/a"_s, u"/b"_s });
+    QVERIFY(role.startsAndPrints("document /a"));
+    QVERIFY(role.prints("document /b"));
+}
+
+void QPEApplicationTest::start_withoutBus_runs()
+{
+    Role role({ u"run"_s, u"/a"_s });
+    role.setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, QString());
+    QVERIFY(role.startsAndPrints("document /a"));
+    Role other({ u"run"_s, u"/b"_s });
+    other.setVariable(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent/bus"_s);
+    QVERIFY(other.startsAndPrints("document /b"));
+}
+
+void QPEApplicationTest::start_besideHungInstance_runs()
+{
+    Role first({ u"run"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    ::kill(static_cast<pid_t>(first.processId()), SIGSTOP);
+    Role second({ u"run"_s, u"/a"_s });
+    QVERIFY(second.startsAndPrints("document /a"));
+    ::kill(static_cast<pid_t>(first.processId()), SIGCONT);
+}
+
+void QPEApplicationTest::start_afterTheOtherEnded_takesTheChannel()
+{
+    {
+        Role first({ u"run"_s });
+        QVERIFY(first.startsAndPrints("ready"));
+    }
+    Role second({ u"run"_s });
+    QVERIFY(second.startsAndPrints("ready"));
+    QVERIFY(QCopChannel::isRegistered(ownChannel));
+}
+
+void QPEApplicationTest::message_opensTheDocument_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("opened"); // empty: refused
+    QTest::newRow("absolute") << u"/a.txt"_s << QByteArray("/a.txt");
+    QTest::newRow("address") << u"file:///a%20b.txt"_s << QByteArray("/a b.txt");
+    QTest::newRow("address of undecodable bytes") << u"file:///%83e"_s << QByteArray("/\\udc83e");
+    QTest::newRow("relative") << u"a.txt"_s << QByteArray();
+    QTest::newRow("empty") << QString() << QByteArray();
+    QTest::newRow("other scheme") << u"http://host/a"_s << QByteArray();
+    QTest::newRow("address on a host") << u"file://host/a"_s << QByteArray();
+}
+
+void QPEApplicationTest::message_opensTheDocument()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, opened);
+    Role role({ u"run"_s });
+    QVERIFY(role.startsAndPrints("ready"));
+    QCOMPARE(callOwnChannel(u"setDocument"_s, { name }), !opened.isEmpty());
+    QCopEnvelope(ownChannel, u"setDocument(QString)"_s) << u"/last"_s;
+    QVERIFY(opened.isEmpty() || role.prints("document " + opened));
+    QVERIFY(role.prints("document /last"));
+}
+
+static int printScale(QPEApplication &app)
+{
+    QFont font = app.font();
+    font.setPointSize(18);
+    const QScreen *screen = QPEApplication::primaryScreen();
+    std::printf("%.2f %.0f %d\n", screen->devicePixelRatio(), screen->logicalDotsPerInch(),
+        QFontInfo(font).pixelSize());
+    return 0;
+}
+
+static int runProgram(QPEApplication &app, bool minimized)
+{
+    if (app.handOver()) {
+        PrintingWindow::print("handed over");
+        return 0;
+    }
+    PrintingWindow window;
+    app.showMainWidget(&window, true);
+    if (minimized) {
+        window.showMinimized();
+        QObject::connect(
+            window.windowHandle(), &QWindow::windowStateChanged, &window, [](Qt::WindowState state) {
+                if (state != Qt::WindowMinimized)
+                    PrintingWindow::print("shown");
+            });
+    }
+    QTimer::singleShot(0, &window, [] { PrintingWindow::print("ready"); });
+    return QPEApplication::exec();
+}
+
+// "scale", "qpedir" and "run [minimized] [FILE…]" are the roles of other processes.
+int main(int argc, char **argv)
+{
+    const QByteArray role = argc > 1 ? argv[1] : "";
+    const bool isRole = role == "scale" || role == "qpedir" || role == "run";
+    const bool minimized = isRole && argc > 2 && QByteArrayView(argv[2]) == "minimized";
+    if (isRole) {
+        const int taken = minimized ? 2 : 1;
+        std::copy(argv + 1 + taken, argv + argc + 1, argv + 1);
+        argc -= taken;
+    }
+    QPEApplication::prepareScale();
+    int none = 1;
+    QPEApplication app(isRole ? argc : none, argv);
+    if (role == "scale")
+        return printScale(app);
+    if (role == "qpedir")
+        return std::puts(QFile::encodeName(QPEApplication::qpeDir()).constData()) < 0;
+    if (role == "run")
+        return runProgram(app, minimized);
+    QPEApplicationTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "qpeapplication_test.moc"
