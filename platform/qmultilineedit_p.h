@@ -59,6 +59,12 @@ struct QMultiLineEdit::Private {
     ~Private();
     QMultiLineEdit *const q;
 
+    // The look, which the text is laid out by from the start.
+    WordWrap wrap = NoWrap;
+    WrapPolicy wrapPolicy = Anywhere;
+    int wrapValue = 80;
+    int margin = 2;
+
     // The text. The measure outlives the store, whose layout rule points into it.
     std::shared_ptr<const FontMeasure> measure;
     TextStore store;
@@ -72,12 +78,6 @@ struct QMultiLineEdit::Private {
     CursorPlace cursor;
     CursorPlace anchor;
     std::optional<qreal> goalX; ///< from the row's start; kept by moves up and down
-
-    // The look.
-    WordWrap wrap = NoWrap;
-    WrapPolicy wrapPolicy = Anywhere;
-    int wrapValue = 80;
-    int margin = 2;
 
     LayoutRule layoutRule() const;
     /// Lays the text out by layoutRule() when that has changed; the same text stays at the top of the view.
