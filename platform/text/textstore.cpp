@@ -1,77 +1,130 @@
 #include "platform/text/textstore.h"
 
-#include "tests/platform/text/modelstore.h"
+#include "platform/text/rowflow.h"
+#include "platform/text/rowlookup.h"
+#include "platform/text/treebuilder.h"
 
-class TextStore::Private : public ModelStore {
+class TextStore::Private {
 public:
-    using ModelStore::ModelStore;
+    explicit Private(const LayoutRule &rule)
+        : layout(rule)
+    {
+    }
+
+    bool isInside(qint64 offset, qint64 length = 0) const
+    {
+        return offset >= 0 && length >= 0 && length <= tree.units() - offset;
+    }
+    /// Offset at which a row begins.
+    qint64 rowStart(qint64 row) const { return row == 0 ? 0 : rowEnd(tree, layout, row - 1).next; }
+    void put(qint64 offset, qint64 removed, TextTree &&inserted);
+
+    TextLayout layout;
+    TextTree tree;
 };
 
-class TextPiece::Private {
-public:
-    QString text;
-};
+/// Replaces any stretch by any tree.
+void TextStore::Private::put(qint64 offset, qint64 removed, TextTree &&inserted)
+{
+    auto [before, rest] = split(std::move(tree), offset, layout);
+    auto [cut, behind] = split(std::move(rest), removed, layout);
+    tree =
+        concatenate(concatenate(std::move(before), std::move(inserted), layout), std::move(behind), layout);
+}
 
 TextStore::TextStore()
     : TextStore(LayoutRule{})
 {
 }
+
 TextStore::TextStore(const LayoutRule &rule)
     : d(std::make_unique<Private>(rule))
 {
 }
+
 TextStore::TextStore(TextStore &&) noexcept = default;
 TextStore &TextStore::operator=(TextStore &&) noexcept = default;
 TextStore::~TextStore() = default;
 
 qint64 TextStore::length() const
 {
-    return d->length();
+    return d->tree.units();
 }
 qint64 TextStore::lineCount() const
 {
-    return d->lineCount();
+    return d->tree.summary.lineEnds + 1;
 }
+
 qint64 TextStore::rowCount() const
 {
-    return d->rows().size();
+    if (!d->layout.wraps() || d->tree.isEmpty())
+        return lineCount();
+    return lineCount() + flow(d->tree, d->layout, 0).breaks;
 }
+
 Subpixels TextStore::widestRow() const
 {
-    return d->widestRow();
+    const TextSummary &summary = d->tree.summary;
+    Subpixels widest = summary.head.from(0, d->layout.tabStop());
+    if (summary.lineEnds > 0)
+        widest = qMax(widest, qMax(summary.widest, summary.tail));
+    return d->layout.wraps() ? qMin(widest, qMax<Subpixels>(d->layout.limit(), summary.widestUnit)) : widest;
 }
+
 const LayoutRule &TextStore::layoutRule() const
 {
-    return d->layoutRule();
+    return d->layout.rule();
 }
+
 void TextStore::setLayoutRule(const LayoutRule &rule)
 {
-    d->setLayoutRule(rule);
+    d->layout = TextLayout(rule);
+    layOut(d->tree, d->layout);
 }
+
 char16_t TextStore::at(qint64 offset) const
 {
-    return d->text().at(offset).unicode();
+    Q_ASSERT(d->isInside(offset, 1));
+    qint64 start = 0;
+    const TextLeaf &leaf = leafAt(d->tree, offset, start);
+    return leaf.at(offset - start);
 }
+
 QString TextStore::text(qint64 offset, qint64 length) const
 {
-    return d->text().mid(offset, length);
+    Q_ASSERT(d->isInside(offset, length));
+    QString text(length, Qt::Uninitialized);
+    copyUnits(d->tree, offset, length, reinterpret_cast<char16_t *>(text.data()));
+    return text;
 }
 
 TextChunk TextStore::chunkAt(qint64 offset) const
 {
-    return { offset, {}, QStringView(d->text()).sliced(offset).first(qMin<qint64>(4096, length() - offset)) };
+    Q_ASSERT(d->isInside(offset, 1));
+    qint64 start = 0;
+    const TextLeaf &leaf = leafAt(d->tree, offset, start);
+    if (leaf.wide)
+        return { offset, {}, leaf.utf16().sliced(offset - start) };
+    return { offset, leaf.latin1().sliced(offset - start), {} };
 }
 
 TextChunk TextStore::chunkBefore(qint64 end) const
 {
-    const qint64 begin = qMax<qint64>(0, end - 4096);
-    return { begin, {}, QStringView(d->text()).sliced(begin, end - begin) };
+    Q_ASSERT(end > 0 && end <= length());
+    qint64 start = 0;
+    const TextLeaf &leaf = leafAt(d->tree, end - 1, start);
+    if (leaf.wide)
+        return { start, {}, leaf.utf16().first(end - start) };
+    return { start, leaf.latin1().first(end - start), {} };
 }
 
 void TextStore::replace(qint64 offset, qint64 removed, QStringView inserted)
 {
-    Q_ASSERT(offset >= 0 && removed >= 0 && offset + removed <= length());
-    d->replace(offset, removed, inserted);
+    Q_ASSERT(d->isInside(offset, removed));
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    if (!replaceInLeaf(d->tree, offset, removed, inserted, d->layout))
+        d->put(offset, removed, treeOf(inserted, d->layout));
 }
 
 TextPiece TextStore::take(qint64 offset, qint64 length)
@@ -83,31 +136,50 @@ TextPiece TextStore::take(qint64 offset, qint64 length)
 
 TextPiece TextStore::piece(qint64 offset, qint64 length) const
 {
-    return TextPiece(text(offset, length));
+    Q_ASSERT(d->isInside(offset, length));
+    TextTree shared = d->tree;
+    auto [before, rest] = split(std::move(shared), offset, d->layout);
+    return TextPiece(split(std::move(rest), length, d->layout).first);
 }
+
 void TextStore::insert(qint64 offset, const TextPiece &piece)
 {
-    replace(offset, 0, piece.text());
+    Q_ASSERT(d->isInside(offset));
+    TextTree inserted = treeUnder(piece.m_root, d->layout);
+    if (!inserted.isEmpty())
+        d->put(offset, 0, std::move(inserted));
 }
+
 TextStore::Row TextStore::row(qint64 row) const
 {
-    return d->rows().at(row);
+    Q_ASSERT(row >= 0 && row < rowCount());
+    const qint64 start = d->rowStart(row);
+    if (row == rowCount() - 1)
+        return { start, length() - start, true };
+    const RowEnd end = rowEnd(d->tree, d->layout, row);
+    return { start, end.next - start - (end.isLineEnd ? 1 : 0), end.isLineEnd };
 }
 
 RowCol TextStore::rowColAt(qint64 offset) const
 {
-    Q_ASSERT(offset >= 0 && offset <= length());
-    const qint64 row = d->rowAt(offset);
-    return { row, offset - d->rows().at(row).start };
+    Q_ASSERT(d->isInside(offset));
+    if (d->tree.isEmpty())
+        return {};
+    const qint64 row =
+        d->layout.wraps() ? rowsBefore(d->tree, d->layout, offset) : linesBefore(d->tree, offset);
+    return { row, offset - d->rowStart(row) };
 }
 
 qint64 TextStore::offsetAt(RowCol position) const
 {
-    return d->rows().at(position.row).start + position.column;
+    Q_ASSERT(position.column >= 0 && position.column <= row(position.row).length);
+    return d->rowStart(position.row) + position.column;
 }
+
 qint64 TextStore::lineAt(qint64 offset) const
 {
-    return d->lineAt(offset);
+    Q_ASSERT(d->isInside(offset));
+    return d->tree.isEmpty() ? 0 : linesBefore(d->tree, offset);
 }
 
 LineCol TextStore::lineColAt(qint64 offset) const
@@ -118,86 +190,77 @@ LineCol TextStore::lineColAt(qint64 offset) const
 
 qint64 TextStore::lineStart(qint64 line) const
 {
-    return d->lineStart(line);
+    Q_ASSERT(line >= 0 && line < lineCount());
+    return behindLine(d->tree, line);
 }
+
 qint64 TextStore::rowOfLine(qint64 line) const
 {
-    return d->rowAt(lineStart(line));
+    return d->layout.wraps() ? rowColAt(lineStart(line)).row : line;
 }
+
 qint64 TextStore::lineOfRow(qint64 row) const
 {
-    return lineAt(d->rows().at(row).start);
+    Q_ASSERT(row >= 0 && row < rowCount());
+    return d->layout.wraps() ? lineAt(d->rowStart(row)) : row;
 }
+
 Subpixels TextStore::xAt(RowCol position) const
 {
-    return d->xAt(position);
+    const qint64 end = offsetAt(position);
+    return d->tree.isEmpty() ? 0 : xAcross(d->tree, d->layout, end - position.column, end, 0);
 }
+
 qint64 TextStore::columnAt(qint64 row, Subpixels x) const
 {
-    return d->columnAt(row, x);
+    const Row place = this->row(row);
+    if (d->tree.isEmpty() || x < 0)
+        return 0;
+    return offsetAcross(d->tree, d->layout, place.start, place.start + place.length, x) - place.start;
 }
+
 void TextStore::checkInvariants() const
 {
-    Q_ASSERT(rowCount() >= 1);
+    checkTree(d->tree, d->layout);
 }
-void TextStore::setLeafCapacity(int) { }
-
-TextPiece::TextPiece()
-    : d(std::make_unique<Private>())
+void TextStore::setLeafCapacity(int units)
 {
-}
-TextPiece::TextPiece(TextPiece &&) noexcept = default;
-TextPiece &TextPiece::operator=(TextPiece &&) noexcept = default;
-TextPiece::~TextPiece() = default;
-TextPiece::TextPiece(QStringView text)
-    : d(std::make_unique<Private>(Private{ text.toString() }))
-{
-}
-qint64 TextPiece::length() const
-{
-    return d ? d->text.size() : 0;
-}
-QString TextPiece::text() const
-{
-    return d ? d->text : QString();
-}
-qint64 TextPiece::memory() const
-{
-    return 2 * length();
-}
-void TextPiece::append(TextPiece &&other)
-{
-    d->text.append(other.d->text);
-}
-void TextPiece::prepend(TextPiece &&other)
-{
-    d->text.prepend(other.d->text);
+    setNodeSizes(units);
 }
 
 class TextStore::Builder::Private {
 public:
-    LayoutRule rule;
-    QString text;
+    explicit Private(const LayoutRule &rule)
+        : store(rule)
+        , tree(store.d->layout)
+    {
+    }
+
+    TextStore store;
+    TreeBuilder tree;
 };
 
 TextStore::Builder::Builder(const LayoutRule &rule)
-    : d(std::make_unique<Private>(Private{ rule, {} }))
+    : d(std::make_unique<Private>(rule))
 {
 }
+
 TextStore::Builder::Builder(Builder &&) noexcept = default;
 TextStore::Builder::~Builder() = default;
 void TextStore::Builder::append(QByteArrayView latin1)
 {
-    d->text.append(QString::fromLatin1(latin1));
+    d->tree.append(latin1);
 }
 void TextStore::Builder::append(QStringView text)
 {
-    d->text.append(text);
+    d->tree.append(text);
 }
 
 TextStore TextStore::Builder::finish()
 {
-    TextStore store(d->rule);
-    store.d->setText(std::exchange(d->text, {}));
-    return store;
+    const LayoutRule rule = d->store.layoutRule();
+    d->store.d->tree = d->tree.finish();
+    TextStore finished = std::move(d->store);
+    d = std::make_unique<Private>(rule);
+    return finished;
 }

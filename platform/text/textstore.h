@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/text/advancetable.h"
+#include "platform/text/textnoderef.h"
 #include "platform/text/units.h"
 
 #include <QByteArray>
@@ -33,7 +34,7 @@ struct TextChunk {
     qint64 size() const { return isLatin1() ? latin1.size() : utf16.size(); }
 };
 
-/// A run of text cut out of or copied from a store, as compact as the store keeps it; moved, not copied.
+struct TextTree;
 class TextPiece;
 
 /// Text of one document, cut into lines by LF and into display rows by a layout rule.
@@ -69,12 +70,13 @@ public:
     qint64 lineCount() const;
     /// Display rows, at least 1; equals lineCount() when rows are not wrapped.
     qint64 rowCount() const;
-    /// Width of the widest row. Grows exactly and may stay too wide after deletions until asked anew: never
-    /// too small.
+    /// Width of the widest row; exact, but where rows are wrapped it may be up to the limit, or the widest
+    /// character if that is wider.
     Subpixels widestRow() const;
 
     const LayoutRule &layoutRule() const;
-    /// Lays the whole text out anew: O(n), the one operation that is.
+    /// Lays the whole text out anew, also for a rule equal to the one before (its advances may have changed):
+    /// O(n), the one operation that is.
     void setLayoutRule(const LayoutRule &rule);
 
     char16_t at(qint64 offset) const;
@@ -90,11 +92,12 @@ public:
     /// Puts `inserted` in place of `removed` units at `offset`; positions behind it that were taken before
     /// are stale.
     void replace(qint64 offset, qint64 removed, QStringView inserted);
-    /// Cuts `length` units at `offset` out of the text and hands them over.
+    /// Cuts `length` units at `offset` out of the text and hands them over: O(log n).
     TextPiece take(qint64 offset, qint64 length);
-    /// A compact copy.
+    /// The same text without cutting it out: O(log n) as well, the leaves are shared until one side changes.
     TextPiece piece(qint64 offset, qint64 length) const;
-    /// Puts a piece in; pieces of any size cost what their leaves cost, not what their units do.
+    /// Puts a piece in: O(log n) if it comes from this store and the layout rule has not been set since, else
+    /// its text is measured. The piece is not used up, nor is its text copied.
     void insert(qint64 offset, const TextPiece &piece);
 
     Row row(qint64 row) const;
@@ -120,8 +123,8 @@ public:
     /// Asserts every invariant of the tree; for tests.
     void checkInvariants() const;
 
-    /// Units a leaf holds at the most; tests make it tiny to reach deep trees quickly. Set before any store
-    /// exists.
+    /// Units a leaf holds at the most, 4 or more; tests make it tiny to reach deep trees quickly. Set before
+    /// any store exists.
     static void setLeafCapacity(int units);
 
 private:
@@ -130,25 +133,26 @@ private:
     friend class Builder;
 };
 
+/// A run of text cut out of a store or shared with it, as compact as the store keeps it: one pointer. Like
+/// stores, pieces of one text all belong to one thread.
 class TextPiece {
 public:
-    TextPiece();
-    TextPiece(TextPiece &&) noexcept;
-    TextPiece &operator=(TextPiece &&) noexcept;
-    ~TextPiece();
+    TextPiece() = default;
     /// From a string, e.g. typed text.
     explicit TextPiece(QStringView text);
     qint64 length() const;
     QString text() const;
-    /// Bytes of memory it holds, about.
+    /// Bytes of memory it holds, about; what it shares with a store or other pieces is counted here as well.
     qint64 memory() const;
-    /// Puts another piece behind or before this one.
+    /// Puts another piece behind or before this one: O(log n).
     void append(TextPiece &&other);
     void prepend(TextPiece &&other);
 
 private:
-    class Private;
-    std::unique_ptr<Private> d;
+    explicit TextPiece(TextTree &&tree);
+    TextTree tree() const;
+
+    TextNodeRef m_root;
     friend class TextStore;
 };
 

@@ -1,0 +1,192 @@
+#include "platform/text/leaflayout.h"
+
+#include <algorithm>
+
+namespace {
+
+/// Cuts a leaf at its TABs and LFs and adds up what is between them.
+class Summing {
+public:
+    explicit Summing(Subpixels tabStop)
+        : m_tabStop(tabStop)
+    {
+    }
+
+    void add(Subpixels width) { m_run.add(width); }
+    void addTab()
+    {
+        m_run.addTab(m_tabStop);
+        m_summary.widestUnit = int(qMin<Subpixels>(INT_MAX, m_tabStop));
+    }
+    void addLineEnd()
+    {
+        if (m_summary.lineEnds++ == 0)
+            m_summary.head = m_run;
+        else
+            m_summary.widest = qMax(m_summary.widest, m_run.from(0, m_tabStop));
+        m_run = {};
+    }
+    TextSummary finish(int narrowest, int widest)
+    {
+        if (m_summary.lineEnds == 0)
+            m_summary.head = m_run;
+        else
+            m_summary.tail = m_run.from(0, m_tabStop);
+        m_summary.widestUnit = qMax(m_summary.widestUnit, widest);
+        if (narrowest <= widest)
+            m_summary.even = narrowest == widest ? narrowest : 0;
+        return m_summary;
+    }
+
+private:
+    Subpixels m_tabStop;
+    Reach m_run;
+    TextSummary m_summary;
+};
+
+/// How much of a one-byte leaf is anything but printable ASCII.
+struct ByteCounts {
+    qint64 tabs = 0;
+    qint64 lineEnds = 0;
+    qint64 others = 0;
+};
+
+/// Counts in blocks whose counts fit a byte, which the compiler turns into vector instructions.
+ByteCounts countBytes(const uchar *text, qint64 size)
+{
+    constexpr qint64 block = 192;
+    ByteCounts counts;
+    for (qint64 begin = 0; begin < size; begin += block) {
+        uchar tabs = 0;
+        uchar lineEnds = 0;
+        uchar others = 0;
+        const qint64 end = qMin(size, begin + block);
+        for (qint64 i = begin; i < end; ++i) {
+            tabs = uchar(tabs + (text[i] == '\t'));
+            lineEnds = uchar(lineEnds + (text[i] == '\n'));
+            others = uchar(others + (uchar(text[i] - ' ') > '~' - ' '));
+        }
+        counts.tabs += tabs;
+        counts.lineEnds += lineEnds;
+        counts.others += others;
+    }
+    counts.others -= counts.tabs + counts.lineEnds;
+    return counts;
+}
+
+/// The leaf is printable ASCII of one width, TABs and LFs: distances do.
+TextSummary sumAscii(const uchar *text, qint64 size, const TextLayout &layout, const ByteCounts &counts)
+{
+    const int width = layout.asciiWidth();
+    Summing sum(layout.tabStop());
+    NextUnit<uchar> lineEnd(text, size, '\n');
+    NextUnit<uchar> tab(text, counts.tabs > 0 ? size : 0, '\t');
+    for (qint64 i = 0; i < size; ++i) {
+        const qint64 tabAt = counts.tabs > 0 ? tab.at(i) : size;
+        const qint64 end = qMin(lineEnd.at(i), tabAt);
+        sum.add((end - i) * width);
+        i = end;
+        if (i < size)
+            i == tabAt ? sum.addTab() : sum.addLineEnd();
+    }
+    const bool anyText = size > counts.tabs + counts.lineEnds;
+    return sum.finish(anyText ? width : INT_MAX, anyText ? width : 0);
+}
+
+template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const TextLayout &layout)
+{
+    Summing sum(layout.tabStop());
+    int narrowest = INT_MAX;
+    int widest = 0;
+    for (qint64 i = 0; i < size; ++i) {
+        Subpixels run = 0;
+        for (; i < size && text[i] != '\n' && text[i] != '\t'; ++i) {
+            const int width = layout.width(text, size, i);
+            run += width;
+            narrowest = qMin(narrowest, width);
+            widest = qMax(widest, width);
+        }
+        sum.add(run);
+        if (i < size)
+            text[i] == '\t' ? sum.addTab() : sum.addLineEnd();
+    }
+    return sum.finish(narrowest, widest);
+}
+
+TextSummary sumText(const uchar *text, qint64 size, const TextLayout &layout)
+{
+    if (layout.asciiWidth() > 0) {
+        const ByteCounts counts = countBytes(text, size);
+        if (counts.others == 0)
+            return sumAscii(text, size, layout, counts);
+    }
+    return sumAny(text, size, layout);
+}
+
+TextSummary sumText(const char16_t *text, qint64 size, const TextLayout &layout)
+{
+    return sumAny(text, size, layout);
+}
+
+/// Breaks behind the first LF, and the x at the end.
+template <typename Unit>
+void addBreaks(TextSummary &summary, const Unit *text, qint64 size, const TextLayout &layout)
+{
+    using Scan = RowScan<Unit>;
+    const qint64 begin = NextUnit<Unit>(text, size, '\n').at(0) + 1;
+    Scan scan(text, size, layout, summary.even, begin, 0);
+    for (auto event = scan.next(); event != Scan::Event::None; event = scan.next())
+        summary.breaks += event == Scan::Event::Break;
+    summary.tailFill = scan.x();
+}
+
+} // namespace
+
+TextSummary summaryOf(const TextLeaf &leaf, const TextLayout &layout)
+{
+    return leaf.visit([&](const auto *text) {
+        TextSummary summary = sumText(text, leaf.size, layout);
+        summary.units = leaf.size;
+        if (layout.wraps() && summary.lineEnds > 0)
+            addBreaks(summary, text, leaf.size, layout);
+        return summary;
+    });
+}
+
+qint64 unitAcross(
+    const TextTree &leaf, const TextLayout &layout, qint64 from, qint64 to, Subpixels &x, Subpixels target)
+{
+    return leafOf(leaf).visit([&](const auto *text) {
+        qint64 i = from;
+        for (; i < to; ++i) {
+            const Subpixels after = text[i] == '\t' ? Reach::nextStop(x, layout.tabStop())
+                                                    : x + layout.width(text, leaf.units(), i);
+            if (after > target)
+                break;
+            x = after;
+        }
+        return i;
+    });
+}
+
+Subpixels xBehind(const TextTree &leaf, const TextLayout &layout, qint64 from, qint64 to, Subpixels x)
+{
+    unitAcross(leaf, layout, from, to, x, std::numeric_limits<Subpixels>::max());
+    return x;
+}
+
+qint64 lineEndsBefore(const TextLeaf &leaf, qint64 to)
+{
+    return leaf.visit([to](const auto *text) -> qint64 { return std::count(text, text + to, '\n'); });
+}
+
+qint64 behindLineEnd(const TextLeaf &leaf, qint64 count)
+{
+    return leaf.visit([&](const auto *text) {
+        NextUnit lineEnd(text, leaf.size, '\n');
+        qint64 position = 0;
+        for (; count > 0; --count)
+            position = lineEnd.at(position) + 1;
+        return position;
+    });
+}

@@ -1,0 +1,84 @@
+#include "platform/text/rowruler.h"
+
+namespace {
+
+/// For each of 0..count the first place at or behind it for which `wanted` holds, else count.
+template <typename Wanted> void nextPlaces(std::vector<qint32> &places, qint64 count, Wanted wanted)
+{
+    places.resize(size_t(count) + 1);
+    qint32 next = qint32(count);
+    for (qint64 i = count; i >= 0; --i) {
+        if (i < count && wanted(i))
+            next = qint32(i);
+        places[size_t(i)] = next;
+    }
+}
+
+} // namespace
+
+void RowRuler::measure(const TextTree &leaf, const TextLayout &layout, qint64 count)
+{
+    m_limit = layout.limit();
+    m_tabStop = layout.tabStop();
+    m_x.resize(size_t(count) + 1);
+    m_nextTab.clear();
+    m_nextWide.clear();
+    leafOf(leaf).visit([&](const auto *text) {
+        Subpixels x = 0;
+        bool anyTab = false;
+        bool anyFlat = false;
+        for (qint64 i = 0; i < count; ++i) {
+            m_x[size_t(i)] = x;
+            const bool isTab = text[i] == '\t';
+            x = isTab ? Reach::nextStop(x, m_tabStop) : x + layout.width(text, leaf.units(), i);
+            anyTab |= isTab;
+            anyFlat |= x == m_x[size_t(i)];
+        }
+        m_x[size_t(count)] = x;
+        if (anyTab)
+            nextPlaces(m_nextTab, count, [&](qint64 i) { return text[i] == '\t'; });
+        if (anyFlat)
+            nextPlaces(m_nextWide, count, [&](qint64 i) { return m_x[size_t(i)] < m_x[size_t(i + 1)]; });
+    });
+}
+
+/// The break that unit `across` causes by reaching beyond the limit: before itself, or behind it if it is the
+/// row's first character; never before a unit without width.
+qint64 RowRuler::legalBreak(qint64 start, Subpixels x, qint64 across) const
+{
+    qint64 at = xAt(start, x, across) > 0 ? across : across + 1;
+    if (!m_nextWide.empty())
+        at = m_nextWide[size_t(at)];
+    return at < count() ? at : -1;
+}
+
+qint64 RowRuler::breakAfter(qint64 start, Subpixels x) const
+{
+    qint64 low = start;
+    qint64 high = count();
+    while (low < high) {
+        const qint64 middle = (low + high) / 2;
+        if (xAt(start, x, middle + 1) > m_limit)
+            high = middle;
+        else
+            low = middle + 1;
+    }
+    return low < count() ? legalBreak(start, x, low) : -1;
+}
+
+void RowRuler::followRows(std::vector<RowTable::Entry> &rows) const
+{
+    rows.resize(m_x.size());
+    qint64 across = count();
+    for (qint64 start = count(); start >= 0; --start) {
+        while (across > start && xAt(start, 0, across) > m_limit)
+            --across;
+        const qint64 next = across < count() ? legalBreak(start, 0, across) : -1;
+        if (next < 0) {
+            rows[size_t(start)] = { 0, qint32(xAt(start, 0, count())) };
+        } else {
+            const RowTable::Entry &row = rows[size_t(next)];
+            rows[size_t(start)] = { row.breaks + 1, row.exit };
+        }
+    }
+}

@@ -1,0 +1,78 @@
+#include "platform/text/textstore.h"
+#include "platform/text/treebuilder.h"
+
+namespace {
+
+/// Pieces are joined without a store at hand. What is measured by this layout is measured again by the store
+/// that the piece is put into; what a store has measured stays as it is.
+const TextLayout &looseLayout()
+{
+    static const TextLayout layout{ LayoutRule{} };
+    return layout;
+}
+
+qint64 memoryOf(const TextNode &node)
+{
+    if (node.height == 0) {
+        const auto &leaf = static_cast<const TextLeaf &>(node);
+        return qint64(sizeof(TextLeaf)) + (qint64(leaf.capacity) << (leaf.wide ? 1 : 0));
+    }
+    qint64 bytes = sizeof(TextInner);
+    for (const TextTree &child : static_cast<const TextInner &>(node))
+        bytes += memoryOf(*child.node.get());
+    return bytes;
+}
+
+} // namespace
+
+TextPiece::TextPiece(QStringView text)
+    : TextPiece(treeOf(text, looseLayout()))
+{
+}
+
+TextPiece::TextPiece(TextTree &&tree)
+    : m_root(std::move(tree.node))
+{
+}
+
+TextTree TextPiece::tree() const
+{
+    return looseTreeUnder(m_root, looseLayout());
+}
+
+qint64 TextPiece::length() const
+{
+    if (!m_root)
+        return 0;
+    if (m_root.get()->height == 0)
+        return static_cast<const TextLeaf *>(m_root.get())->size;
+    qint64 length = 0;
+    for (const TextTree &child : static_cast<const TextInner &>(*m_root.get()))
+        length += child.units();
+    return length;
+}
+
+QString TextPiece::text() const
+{
+    QString text(length(), Qt::Uninitialized);
+    copyUnits(tree(), 0, text.size(), reinterpret_cast<char16_t *>(text.data()));
+    return text;
+}
+
+qint64 TextPiece::memory() const
+{
+    return qint64(sizeof(TextPiece)) + (m_root ? memoryOf(*m_root.get()) : 0);
+}
+
+void TextPiece::append(TextPiece &&other)
+{
+    TextTree left = looseTreeUnder(std::exchange(m_root, {}), looseLayout());
+    TextTree right = looseTreeUnder(std::exchange(other.m_root, {}), looseLayout());
+    m_root = concatenate(std::move(left), std::move(right), looseLayout()).node;
+}
+
+void TextPiece::prepend(TextPiece &&other)
+{
+    other.append(std::move(*this));
+    *this = std::move(other);
+}

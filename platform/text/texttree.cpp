@@ -1,0 +1,458 @@
+#include "platform/text/texttree.h"
+
+#include "platform/text/leaflayout.h"
+#include "platform/text/rowflow.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+bool isFull(const TextTree &tree)
+{
+    return tree.isLeaf() ? tree.units() >= TextLeaf::minSize() : innerOf(tree).count >= TextInner::minCount();
+}
+
+/// Whether cutting between two units would cut a surrogate pair.
+bool isPair(char16_t before, char16_t behind)
+{
+    return QChar::isHighSurrogate(before) && QChar::isLowSurrogate(behind);
+}
+
+void summarise(TextTree &tree, const TextLayout &layout)
+{
+    TextSummary summary = innerOf(tree).children[0].summary;
+    for (const TextTree *child = innerOf(tree).begin() + 1; child != innerOf(tree).end(); ++child)
+        appendSummary(summary, *child, layout);
+    summary.askedFill = -1;
+    tree.summary = summary;
+}
+
+TextTree innerTree(TextTree *begin, TextTree *end, const TextLayout &layout)
+{
+    auto *node = new TextInner(begin->height() + 1, layout.stamp());
+    node->count = qint32(end - begin);
+    std::move(begin, end, node->children.begin());
+    TextTree tree{ TextNodeRef(node), {} };
+    summarise(tree, layout);
+    return tree;
+}
+
+/// Makes a node that others hold the tree's own.
+void detach(TextTree &tree)
+{
+    if (!tree.node.isShared())
+        return;
+    const TextInner &shared = innerOf(tree);
+    auto *copy = new TextInner(shared.height, shared.stamp);
+    copy->count = shared.count;
+    std::copy(shared.begin(), shared.end(), copy->children.begin());
+    tree.node = TextNodeRef(copy);
+}
+
+/// Appends a node's children, moved where nobody else holds the node.
+void appendChildren(TextTrees &list, TextTree &&tree, qint32 from, qint32 to)
+{
+    TextInner &node = innerOf(tree);
+    const bool shared = tree.node.isShared();
+    for (qint32 i = from; i < to; ++i) {
+        TextTree &child = node.children[size_t(i)];
+        if (shared)
+            list.append(child);
+        else
+            list.append(std::move(child));
+    }
+}
+
+TextTrees childrenOf(TextTree &&tree)
+{
+    TextTrees list;
+    const qint32 count = innerOf(tree).count;
+    appendChildren(list, std::move(tree), 0, count);
+    return list;
+}
+
+/// One leaf, or as few of about one size as hold the text.
+void appendLeaves(TextTrees &list, QStringView text, const TextLayout &layout)
+{
+    if (text.size() <= TextLeaf::maxSize()) {
+        list.append(leafTree(TextLeaf::fromText(text), layout));
+        return;
+    }
+    qint64 middle = text.size() / 2;
+    if (isPair(text[middle - 1].unicode(), text[middle].unicode()))
+        --middle;
+    appendLeaves(list, text.first(middle), layout);
+    appendLeaves(list, text.sliced(middle), layout);
+}
+
+/// The text of two leaves cut anew.
+TextTree mergeLeaves(const TextTree &left, const TextTree &right, const TextLayout &layout)
+{
+    QVarLengthArray<char16_t, 8192> text(left.units() + right.units());
+    leafOf(left).copyTo(text.data(), 0, left.units());
+    leafOf(right).copyTo(text.data() + left.units(), 0, right.units());
+    TextTrees list;
+    appendLeaves(list, QStringView(text.data(), text.size()), layout);
+    return parentOf(std::move(list), layout);
+}
+
+TextTree join(TextTree &&left, TextTree &&right, const TextLayout &layout);
+
+TextTree joinEqual(TextTree &&left, TextTree &&right, const TextLayout &layout)
+{
+    TextTrees list;
+    if (isFull(left) && isFull(right)) {
+        list.append(std::move(left));
+        list.append(std::move(right));
+        return parentOf(std::move(list), layout);
+    }
+    if (left.isLeaf())
+        return mergeLeaves(left, right, layout);
+    list = childrenOf(std::move(left));
+    const qint32 count = innerOf(right).count;
+    appendChildren(list, std::move(right), 0, count);
+    return parentOf(std::move(list), layout);
+}
+
+/// Hangs a tree into the side of a higher one. `seam` is the child it is joined with.
+TextTree joinLower(TextTree &&higher, TextTree &&lower, bool lowerIsLeft, const TextLayout &layout)
+{
+    const int childHeight = higher.height() - 1;
+    TextTrees list = childrenOf(std::move(higher));
+    const qsizetype outer = lowerIsLeft ? 0 : list.size();
+    if (lower.height() == childHeight && isFull(lower)) {
+        list.insert(outer, std::move(lower));
+        return parentOf(std::move(list), layout);
+    }
+    const qsizetype seam = lowerIsLeft ? 0 : list.size() - 1;
+    TextTree joined = lowerIsLeft ? join(std::move(lower), std::move(list[seam]), layout)
+                                  : join(std::move(list[seam]), std::move(lower), layout);
+    if (joined.height() == childHeight) {
+        list[seam] = std::move(joined);
+        return parentOf(std::move(list), layout);
+    }
+    TextTrees pair = childrenOf(std::move(joined));
+    list[seam] = std::move(pair[0]);
+    list.insert(seam + 1, std::move(pair[1]));
+    return parentOf(std::move(list), layout);
+}
+
+/// Both in a row; no surrogate pair may be cut between them.
+TextTree join(TextTree &&left, TextTree &&right, const TextLayout &layout)
+{
+    if (left.isEmpty() || right.isEmpty())
+        return left.isEmpty() ? std::move(right) : std::move(left);
+    if (left.height() == right.height())
+        return joinEqual(std::move(left), std::move(right), layout);
+    if (left.height() > right.height())
+        return joinLower(std::move(left), std::move(right), false, layout);
+    return joinLower(std::move(right), std::move(left), true, layout);
+}
+
+char16_t unitAt(const TextTree &tree, qint64 offset)
+{
+    qint64 start = 0;
+    const TextLeaf &leaf = leafAt(tree, offset, start);
+    return leaf.at(offset - start);
+}
+
+qint64 leafStartAt(const TextTree &tree, qint64 offset)
+{
+    qint64 start = 0;
+    leafAt(tree, offset, start);
+    return start;
+}
+
+/// The two leaves beside a cut surrogate pair become one text, which is then cut elsewhere.
+TextTree joinAtPair(TextTree &&left, TextTree &&right, const TextLayout &layout)
+{
+    const qint64 lastLeaf = leafStartAt(left, left.units() - 1);
+    qint64 start = 0;
+    const qint64 firstLeaf = leafAt(right, 0, start).size;
+    auto [before, last] = split(std::move(left), lastLeaf, layout);
+    auto [first, behind] = split(std::move(right), firstLeaf, layout);
+    TextTree middle = mergeLeaves(last, first, layout);
+    return join(join(std::move(before), std::move(middle), layout), std::move(behind), layout);
+}
+
+std::pair<TextTree, TextTree> splitLeaf(const TextTree &tree, qint64 offset, const TextLayout &layout)
+{
+    const TextLeaf &leaf = leafOf(tree);
+    return { leafTree(leaf.part(0, offset), layout),
+        leafTree(leaf.part(offset, leaf.size - offset), layout) };
+}
+
+/// Whether a leaf stays sound when it is edited in itself.
+bool canReplace(const TextLeaf &leaf, qint64 offset, qint64 removed, QStringView inserted, bool isRoot)
+{
+    const qint64 size = leaf.size - removed + inserted.size();
+    if (size > TextLeaf::maxSize() || size < (isRoot ? 1 : TextLeaf::minSize()))
+        return false;
+    const auto unitOfResult = [&](qint64 i) {
+        if (i < offset)
+            return leaf.at(i);
+        i -= offset;
+        return i < inserted.size() ? inserted[i].unicode() : leaf.at(offset + removed + i - inserted.size());
+    };
+    return isRoot
+        || (!QChar::isLowSurrogate(unitOfResult(0)) && !QChar::isHighSurrogate(unitOfResult(size - 1)));
+}
+
+/// Room for a leaf that is being typed into.
+qint64 roomFor(qint64 size)
+{
+    return qMin<qint64>(TextLeaf::maxSize(), size + size / 8 + 16);
+}
+
+template <typename Unit>
+void replaceUnits(Unit *text, qint64 size, qint64 offset, qint64 removed, QStringView inserted)
+{
+    memmove(text + offset + inserted.size(), text + offset + removed,
+        size_t(size - offset - removed) * sizeof(Unit));
+    std::transform(
+        inserted.begin(), inserted.end(), text + offset, [](QChar unit) { return Unit(unit.unicode()); });
+}
+
+/// The leaf's own memory does, as to its size and to the width of units.
+bool fitsInPlace(const TextTree &tree, qint64 removed, QStringView inserted)
+{
+    const TextLeaf &leaf = leafOf(tree);
+    const auto isWide = [](QChar unit) { return unit.unicode() > 0xff; };
+    return !tree.node.isShared() && leaf.size - removed + inserted.size() <= leaf.capacity
+        && (leaf.wide || std::none_of(inserted.begin(), inserted.end(), isWide))
+        && (!leaf.wide || removed == 0);
+}
+
+void rebuildLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted)
+{
+    const TextLeaf &old = leafOf(tree);
+    const qint64 size = old.size - removed + inserted.size();
+    QVarLengthArray<char16_t, 4096> text(size);
+    old.copyTo(text.data(), 0, offset);
+    std::copy_n(inserted.utf16(), inserted.size(), text.data() + offset);
+    old.copyTo(text.data() + offset + inserted.size(), offset + removed, old.size - offset - removed);
+    tree.node = TextLeaf::fromText(QStringView(text.data(), size), roomFor(size));
+}
+
+void editLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
+{
+    if (fitsInPlace(tree, removed, inserted)) {
+        TextLeaf &leaf = leafOf(tree);
+        if (leaf.wide)
+            replaceUnits(leaf.units(), leaf.size, offset, removed, inserted);
+        else
+            replaceUnits(leaf.bytes(), leaf.size, offset, removed, inserted);
+        leaf.size += qint32(inserted.size() - removed);
+    } else {
+        rebuildLeaf(tree, offset, removed, inserted);
+    }
+    tree.summary = summaryOf(leafOf(tree), layout);
+}
+
+/// The child that holds unit `offset`, or the last one; `offset` becomes that in the child.
+TextTree &childAt(const TextTree &tree, qint64 &offset)
+{
+    TextInner &node = innerOf(tree);
+    qint32 i = 0;
+    for (; i + 1 < node.count && offset >= node.children[size_t(i)].units(); ++i)
+        offset -= node.children[size_t(i)].units();
+    return node.children[size_t(i)];
+}
+
+void editPath(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
+{
+    if (tree.isLeaf())
+        return editLeaf(tree, offset, removed, inserted, layout);
+    detach(tree);
+    innerOf(tree).forgetTable();
+    TextTree &child = childAt(tree, offset);
+    editPath(child, offset, removed, inserted, layout);
+    summarise(tree, layout);
+}
+
+} // namespace
+
+TextTree leafTree(TextNodeRef leaf, const TextLayout &layout)
+{
+    TextTree tree{ std::move(leaf), {} };
+    if (leafOf(tree).size == 0)
+        return {};
+    tree.summary = summaryOf(leafOf(tree), layout);
+    return tree;
+}
+
+TextTree looseTreeUnder(TextNodeRef node, const TextLayout &layout)
+{
+    if (!node || node.get()->height == 0)
+        return node ? leafTree(std::move(node), layout) : TextTree{};
+    TextTree tree{ std::move(node), {} };
+    summarise(tree, layout);
+    return tree;
+}
+
+TextTree treeUnder(TextNodeRef node, const TextLayout &layout)
+{
+    if (!node)
+        return {};
+    if (node.get()->height == 0 || static_cast<TextInner *>(node.get())->stamp == layout.stamp())
+        return looseTreeUnder(std::move(node), layout);
+    TextTree tree{ std::move(node), {} };
+    layOut(tree, layout);
+    return tree;
+}
+
+TextTree parentOf(TextTrees &&children, const TextLayout &layout)
+{
+    const qsizetype count = children.size();
+    if (count == 1)
+        return std::move(children[0]);
+    if (count <= TextInner::maxCount())
+        return innerTree(children.begin(), children.end(), layout);
+    Q_ASSERT(count <= 2 * TextInner::maxCount());
+    TextTree *middle = children.begin() + count / 2;
+    std::array<TextTree, 2> both{ innerTree(children.begin(), middle, layout),
+        innerTree(middle, children.end(), layout) };
+    return innerTree(both.begin(), both.end(), layout);
+}
+
+TextTree concatenate(TextTree &&left, TextTree &&right, const TextLayout &layout)
+{
+    const bool cutPair =
+        !left.isEmpty() && !right.isEmpty() && isPair(unitAt(left, left.units() - 1), unitAt(right, 0));
+    return cutPair ? joinAtPair(std::move(left), std::move(right), layout)
+                   : join(std::move(left), std::move(right), layout);
+}
+
+std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLayout &layout)
+{
+    if (offset == 0)
+        return { TextTree{}, std::move(tree) };
+    if (offset == tree.units())
+        return { std::move(tree), TextTree{} };
+    if (tree.isLeaf())
+        return splitLeaf(tree, offset, layout);
+    const TextInner &node = innerOf(tree);
+    qint32 at = 0;
+    for (; offset >= node.children[size_t(at)].units(); ++at)
+        offset -= node.children[size_t(at)].units();
+    const qint32 count = node.count;
+    TextTrees before;
+    TextTrees cut;
+    TextTrees behind;
+    TextTree whole = std::move(tree);
+    appendChildren(before, std::move(whole), 0, at);
+    appendChildren(cut, std::move(whole), at, at + 1);
+    appendChildren(behind, std::move(whole), at + 1, count);
+    auto [left, right] = split(std::move(cut[0]), offset, layout);
+    TextTree first = before.isEmpty() ? TextTree{} : parentOf(std::move(before), layout);
+    TextTree last = behind.isEmpty() ? TextTree{} : parentOf(std::move(behind), layout);
+    return { join(std::move(first), std::move(left), layout),
+        join(std::move(right), std::move(last), layout) };
+}
+
+bool replaceInLeaf(
+    TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
+{
+    if (tree.isEmpty())
+        return false;
+    qint64 begin = 0;
+    const TextLeaf &leaf = leafAt(tree, offset, begin);
+    const qint64 local = offset - begin;
+    if (local + removed > leaf.size || !canReplace(leaf, local, removed, inserted, tree.isLeaf()))
+        return false;
+    editPath(tree, offset, removed, inserted, layout);
+    return true;
+}
+
+void layOut(TextTree &tree, const TextLayout &layout)
+{
+    if (tree.isEmpty())
+        return;
+    if (tree.isLeaf()) {
+        tree.summary = summaryOf(leafOf(tree), layout);
+        return;
+    }
+    if (innerOf(tree).stamp == layout.stamp())
+        return;
+    detach(tree);
+    TextInner &node = innerOf(tree);
+    node.forgetTable();
+    node.stamp = layout.stamp();
+    for (TextTree &child : node)
+        layOut(child, layout);
+    summarise(tree, layout);
+    prepareTable(tree, layout);
+}
+
+void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to)
+{
+    for (qint64 done = 0; done < count;) {
+        qint64 start = 0;
+        const TextLeaf &leaf = leafAt(tree, from + done, start);
+        const qint64 first = from + done - start;
+        const qint64 part = qMin(count - done, leaf.size - first);
+        leaf.copyTo(to + done, first, part);
+        done += part;
+    }
+}
+
+const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart)
+{
+    const qint64 wanted = offset;
+    const TextTree *at = &tree;
+    while (!at->isLeaf())
+        at = &childAt(*at, offset);
+    leafStart = wanted - offset;
+    return leafOf(*at);
+}
+
+namespace {
+
+void checkSummary(const TextSummary &kept, const TextSummary &right)
+{
+    Q_ASSERT(kept.units == right.units && kept.lineEnds == right.lineEnds);
+    Q_ASSERT(kept.head.before == right.head.before && kept.head.after == right.head.after);
+    Q_ASSERT(kept.head.hasTab == right.head.hasTab);
+    Q_ASSERT(kept.widestUnit == right.widestUnit && kept.even == right.even);
+    if (right.lineEnds > 0) {
+        Q_ASSERT(kept.tail == right.tail && kept.widest == right.widest);
+        Q_ASSERT(kept.breaks == right.breaks && kept.tailFill == right.tailFill);
+    }
+}
+
+void checkLeaf(const TextTree &tree, bool isRoot, const TextLayout &layout)
+{
+    const TextLeaf &leaf = leafOf(tree);
+    Q_ASSERT(leaf.size >= (isRoot ? 1 : TextLeaf::minSize()));
+    Q_ASSERT(leaf.size <= TextLeaf::maxSize() && leaf.size <= leaf.capacity);
+    const auto isWide = [](QChar unit) { return unit.unicode() > 0xff; };
+    Q_ASSERT(!leaf.wide || std::any_of(leaf.utf16().begin(), leaf.utf16().end(), isWide));
+    checkSummary(tree.summary, summaryOf(leaf, layout));
+}
+
+void checkNode(const TextTree &tree, bool isRoot, const TextLayout &layout)
+{
+    if (tree.isLeaf())
+        return checkLeaf(tree, isRoot, layout);
+    const TextInner &node = innerOf(tree);
+    Q_ASSERT(node.count >= (isRoot ? 2 : TextInner::minCount()) && node.count <= TextInner::maxCount());
+    Q_ASSERT(node.stamp == layout.stamp());
+    TextTree again = tree;
+    summarise(again, layout);
+    checkSummary(tree.summary, again.summary);
+    for (const TextTree &child : node) {
+        Q_ASSERT(child.height() == tree.height() - 1);
+        checkNode(child, false, layout);
+    }
+    for (const TextTree *child = node.begin() + 1; child != node.end(); ++child)
+        Q_ASSERT(!isPair(unitAt(child[-1], child[-1].units() - 1), unitAt(*child, 0)));
+}
+
+} // namespace
+
+void checkTree(const TextTree &tree, const TextLayout &layout)
+{
+    if (!tree.isEmpty())
+        checkNode(tree, true, layout);
+}

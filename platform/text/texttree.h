@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/text/textnode.h"
+
+/// Editing of trees as values: what goes in is used up, nodes that nobody else holds are used again.
+///
+/// Invariants: all leaves are equally deep; a node has minCount..maxCount children, the root two or more; a
+/// leaf has minSize..maxSize units, a lone one 1 or more; a surrogate pair lies within one leaf; a leaf is
+/// wide only if a unit of it needs that.
+
+/// A tree of one leaf; of none for an empty text.
+TextTree leafTree(TextNodeRef leaf, const TextLayout &layout);
+/// The tree under a node, its text measured by `layout` as far as it was not.
+TextTree treeUnder(TextNodeRef node, const TextLayout &layout);
+/// A node over 1..2 * maxCount trees of one height, or two nodes under a root if that is too many; the tree
+/// itself if there is but one.
+TextTree parentOf(TextTrees &&children, const TextLayout &layout);
+
+/// Both texts in a row. O(log n).
+TextTree concatenate(TextTree &&left, TextTree &&right, const TextLayout &layout);
+/// The text before and from `offset` on. O(log n).
+std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLayout &layout);
+/// Replaces within one leaf if that can stay a leaf; false: nothing was done.
+bool replaceInLeaf(
+    TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout);
+/// The same for a node that is not to be shown but to be joined with others: stays measured as it is.
+TextTree looseTreeUnder(TextNodeRef node, const TextLayout &layout);
+/// Measures the nodes that were not measured by `layout`.
+void layOut(TextTree &tree, const TextLayout &layout);
+
+/// Copies units `from`..`from + count` to `to`.
+void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to);
+/// The leaf that holds unit `offset` (the last one for the end of the text), and where it begins.
+const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart);
+
+/// Asserts the invariants, and that all summaries are what the text says.
+void checkTree(const TextTree &tree, const TextLayout &layout);

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/text/texttree.h"
+
+/// Builds a tree from its text in order, bottom up and with full nodes.
+class TreeBuilder {
+public:
+    /// `layout` is not owned.
+    explicit TreeBuilder(const TextLayout &layout)
+        : m_layout(layout)
+    {
+    }
+
+    void append(QByteArrayView latin1);
+    void append(QStringView text);
+    /// The finished tree; the builder is empty afterwards.
+    TextTree finish();
+
+private:
+    qint64 pending() const { return m_wide ? m_units.size() : m_bytes.size(); }
+    void flush(bool atEnd);
+    void widen();
+    void addLeaf(TextNodeRef leaf);
+    void add(TextTree &&tree, size_t height);
+
+    const TextLayout &m_layout;
+    bool m_wide = false; ///< what does not fill a leaf yet is in m_units, else in m_bytes
+    QByteArray m_bytes;
+    QString m_units;
+    TextTree m_last; ///< the newest leaf: it may turn out to be too small to stand alone
+    std::vector<TextTrees> m_levels; ///< by height: nodes that have no parent yet
+};
+
+/// A tree over a text of any length.
+TextTree treeOf(QStringView text, const TextLayout &layout);

@@ -1,0 +1,619 @@
+#include "platform/text/textstore.h"
+
+#include "tests/platform/text/modelstore.h"
+#include "tests/platform/text/textalphabet.h"
+
+#include <QTest>
+
+namespace {
+
+using Row = TextStore::Row;
+
+enum class Widths { None, Hurting, FixedPitch };
+
+const AdvanceTable *tableFor(Widths widths)
+{
+    static const AdvanceTable hurting(hurtingWidth);
+    static const AdvanceTable fixedPitch(fixedPitchWidth);
+    return widths == Widths::None ? nullptr : widths == Widths::Hurting ? &hurting : &fixedPitch;
+}
+
+LayoutRule ruleOf(Widths widths, Subpixels limitPixels, Subpixels tabPixels = 8)
+{
+    return { tableFor(widths), tabPixels * subpixelsPerPixel, limitPixels * subpixelsPerPixel };
+}
+
+TextStore storeOf(const QString &text, const LayoutRule &rule = {})
+{
+    TextStore::Builder builder(rule);
+    builder.append(QStringView(text));
+    return builder.finish();
+}
+
+/// The rows, "/" for a wrap and "|" for a line end.
+QString drawRows(const TextStore &store)
+{
+    QString drawn;
+    for (qint64 row = 0; row < store.rowCount(); ++row) {
+        const Row place = store.row(row);
+        drawn += store.text(place.start, place.length);
+        if (row + 1 < store.rowCount())
+            drawn += place.endsLine ? u'|' : u'/';
+    }
+    return drawn;
+}
+
+void compareRow(const Row &actual, const Row &expected)
+{
+    QCOMPARE(actual.start, expected.start);
+    QCOMPARE(actual.length, expected.length);
+    QCOMPARE(actual.endsLine, expected.endsLine);
+}
+
+void compareOffset(const TextStore &store, const ModelStore &model, qint64 offset)
+{
+    const qint64 row = model.rowAt(offset);
+    const RowCol place{ row, offset - model.rows().at(row).start };
+    QCOMPARE(store.rowColAt(offset).row, place.row);
+    QCOMPARE(store.rowColAt(offset).column, place.column);
+    const qint64 line = model.lineAt(offset);
+    QCOMPARE(store.lineAt(offset), line);
+    QCOMPARE(store.lineColAt(offset).line, line);
+    QCOMPARE(store.lineColAt(offset).column, offset - model.lineStart(line));
+    QCOMPARE(store.lineStart(line), model.lineStart(line));
+    QCOMPARE(store.rowOfLine(line), model.rowAt(model.lineStart(line)));
+    QCOMPARE(store.offsetAt(place), offset);
+    QCOMPARE(store.xAt(place), model.xAt(place));
+    if (offset < model.length())
+        QCOMPARE(store.at(offset), model.text().at(offset).unicode());
+}
+
+void compareRowAt(const TextStore &store, const ModelStore &model, qint64 row, Subpixels x)
+{
+    const Row expected = model.rows().at(row);
+    compareRow(store.row(row), expected);
+    QCOMPARE(store.lineOfRow(row), model.lineAt(expected.start));
+    QCOMPARE(store.columnAt(row, x), model.columnAt(row, x));
+}
+
+void compareWidest(const TextStore &store, const ModelStore &model)
+{
+    const Subpixels exact = model.widestRow();
+    if (model.layoutRule().limit == 0)
+        QCOMPARE(store.widestRow(), exact);
+    QVERIFY(store.widestRow() >= exact);
+    QVERIFY(store.widestRow() <= qMax(exact, qMax(model.layoutRule().limit, model.layoutRule().tabStop)));
+}
+
+void compareTotals(const TextStore &store, const ModelStore &model)
+{
+    store.checkInvariants();
+    QCOMPARE(store.text(), model.text());
+    QCOMPARE(store.length(), model.length());
+    QCOMPARE(store.lineCount(), model.lineCount());
+    QCOMPARE(store.rowCount(), qint64(model.rows().size()));
+    compareWidest(store, model);
+}
+
+/// Everything a store can be asked, against the model, at some places.
+void compareSome(const TextStore &store, const ModelStore &model, RandomText &random, int probes)
+{
+    compareTotals(store, model);
+    for (int probe = 0; probe < probes && !QTest::currentTestFailed(); ++probe) {
+        compareOffset(store, model, random.below(model.length() + 1));
+        const qint64 row = random.below(model.rows().size());
+        compareRowAt(store, model, row, random.below(20 * subpixelsPerPixel) - 10);
+    }
+    compareOffset(store, model, model.length());
+}
+
+void compareAll(const TextStore &store, const ModelStore &model)
+{
+    compareTotals(store, model);
+    for (qint64 offset = 0; offset <= model.length(); ++offset)
+        compareOffset(store, model, offset);
+    for (qint64 row = 0; row < model.rows().size(); ++row) {
+        for (Subpixels x = -64; x < 12 * 64; x += 32)
+            compareRowAt(store, model, row, x);
+    }
+}
+
+/// One store and its model, changed alike at random.
+class Pair {
+public:
+    Pair(quint32 seed, const LayoutRule &rule, const QStringList &alphabet)
+        : store(rule)
+        , model(rule)
+        , random(seed, alphabet)
+    {
+    }
+
+    void change()
+    {
+        switch (random.below(12)) {
+        case 0:
+            return replace(random.below(60), random.below(60));
+        case 1:
+            return move();
+        case 2:
+            return copy();
+        case 3:
+            return rebuild();
+        case 4:
+            return lengthen();
+        default:
+            return replace(random.below(4), random.below(5));
+        }
+    }
+
+    TextStore store;
+    ModelStore model;
+    RandomText random;
+
+private:
+    void replace(qint64 removed, qint64 inserted)
+    {
+        const qint64 offset = random.below(model.length() + 1);
+        const qint64 count = qMin(removed, model.length() - offset);
+        const QString text = random.text(inserted);
+        store.replace(offset, count, text);
+        model.replace(offset, count, text);
+    }
+    void lengthen()
+    {
+        if (model.length() > 400)
+            return replace(random.below(400), 0);
+        replace(0, 40 + random.below(100));
+    }
+    void move()
+    {
+        const qint64 offset = random.below(model.length() + 1);
+        const qint64 count = random.below(model.length() - offset + 1);
+        const QString text = model.text().mid(offset, count);
+        const TextPiece piece = store.take(offset, count);
+        model.replace(offset, count, {});
+        QCOMPARE(piece.text(), text);
+        QCOMPARE(piece.length(), count);
+        insert(piece);
+    }
+    void copy()
+    {
+        const qint64 offset = random.below(model.length() + 1);
+        TextPiece piece = store.piece(offset, random.below(qMin<qint64>(100, model.length() - offset + 1)));
+        const QString text = random.text(random.below(6));
+        if (random.chance(2))
+            piece.append(TextPiece(text));
+        else
+            piece.prepend(TextPiece(text));
+        insert(piece);
+        insert(piece);
+    }
+    void insert(const TextPiece &piece)
+    {
+        const qint64 at = random.below(model.length() + 1);
+        store.insert(at, piece);
+        model.replace(at, 0, piece.text());
+    }
+    void rebuild()
+    {
+        if (!random.chance(3))
+            return store.setLayoutRule(model.layoutRule());
+        store = storeOf(model.text(), model.layoutRule());
+    }
+};
+
+QStringList without(const QStringList &characters)
+{
+    QStringList rest = hurtingCharacters();
+    for (const QString &character : characters)
+        rest.removeAll(character);
+    return rest;
+}
+
+} // namespace
+
+class TextStoreTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { TextStore::setLeafCapacity(4096); }
+
+    void emptyStore()
+    {
+        const TextStore store(ruleOf(Widths::Hurting, 3));
+        compareAll(store, ModelStore(ruleOf(Widths::Hurting, 3)));
+        QCOMPARE(store.rowCount(), 1);
+        QVERIFY(store.row(0).endsLine);
+        QCOMPARE(store.text(), QString());
+    }
+
+    void rows_data();
+    void rows();
+    void columnAt_data();
+    void columnAt();
+    void randomEdits_data();
+    void randomEdits();
+    void longLines_data();
+    void longLines();
+    void ruleChangesWhilePiecesLive();
+    void builderCuts();
+    void builderStartsAnew();
+    void narrowLeaves();
+    void chunks();
+    void pairsStayWhole_data();
+    void pairsStayWhole();
+    void sharedPiecesKeepTheirText();
+    void manyPiecesJoined();
+    void movedStore();
+};
+
+void TextStoreTest::rows_data()
+{
+    QTest::addColumn<Subpixels>("limit");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("drawn");
+
+    QTest::newRow("no wrap, two lines") << Subpixels(0) << "aaaa\nbb"
+                                        << "aaaa|bb";
+    QTest::newRow("LF at the end makes an empty last row") << Subpixels(0) << "a\n"
+                                                           << "a|";
+    QTest::newRow("aaa/aaa/a") << Subpixels(3) << "aaaaaaa"
+                               << "aaa/aaa/a";
+    QTest::newRow("full row, then LF: no row more") << Subpixels(3) << "aaa\nb"
+                                                    << "aaa|b";
+    QTest::newRow("full row at the end: no row more") << Subpixels(3) << "aaaaaa"
+                                                      << "aaa/aaa";
+    QTest::newRow("a wide one does not fit the rest") << Subpixels(3) << "aaWWa"
+                                                      << "aa/W/Wa";
+    QTest::newRow("at least one character") << Subpixels(1) << "WaW"
+                                            << "W/a/W";
+    QTest::newRow("pair stays whole") << Subpixels(3) << "aa\U0001f600a"
+                                      << "aa/\U0001f600a";
+    QTest::newRow("pair wider than the row") << Subpixels(1) << "\U0001f600\U0001f600"
+                                             << "\U0001f600/\U0001f600";
+    QTest::newRow("mark stays with a full row") << Subpixels(3) << "aaa\u0301a"
+                                                << "aaa\u0301/a";
+    QTest::newRow("mark stays with a character too wide") << Subpixels(1) << "W\u0301a"
+                                                          << "W\u0301/a";
+    QTest::newRow("mark first takes no place") << Subpixels(1) << "\u0301Wa"
+                                               << "\u0301W/a";
+    QTest::newRow("tab beyond the limit") << Subpixels(3) << "a\tb"
+                                          << "a/\t/b";
+    QTest::newRow("tab to the limit") << Subpixels(8) << "a\tb"
+                                      << "a\t/b";
+    QTest::newRow("tab counts from the row's start") << Subpixels(10) << "aaaaaaaaaaaa\tb"
+                                                     << "aaaaaaaaaa/aa\tb";
+}
+
+void TextStoreTest::rows()
+{
+    QFETCH(const Subpixels, limit);
+    QFETCH(const QString, text);
+    QFETCH(const QString, drawn);
+    for (const int capacity : { 4, 5, 4096 }) {
+        TextStore::setLeafCapacity(capacity);
+        const TextStore store = storeOf(text, ruleOf(Widths::Hurting, limit));
+        QCOMPARE(drawRows(store), drawn);
+        ModelStore model(ruleOf(Widths::Hurting, limit));
+        model.setText(text);
+        compareAll(store, model);
+    }
+}
+
+void TextStoreTest::columnAt_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<Subpixels>("x");
+    QTest::addColumn<qint64>("column");
+
+    QTest::newRow("left of the row") << "aWa" << Subpixels(-1) << qint64(0);
+    QTest::newRow("first pixel") << "aWa" << Subpixels(0) << qint64(0);
+    QTest::newRow("last part of the first") << "aWa" << Subpixels(63) << qint64(0);
+    QTest::newRow("edge belongs to the next") << "aWa" << Subpixels(64) << qint64(1);
+    QTest::newRow("behind the row") << "aWa" << Subpixels(999) << qint64(3);
+    QTest::newRow("inside a tab") << "a\tb" << Subpixels(8 * 64 - 1) << qint64(1);
+    QTest::newRow("at the tab stop") << "a\tb" << Subpixels(8 * 64) << qint64(2);
+    QTest::newRow("right half of a pair") << "\U0001f600a" << Subpixels(100) << qint64(0);
+    QTest::newRow("behind a pair") << "\U0001f600a" << Subpixels(128) << qint64(2);
+    QTest::newRow("behind a mark") << "a\u0301b" << Subpixels(64) << qint64(2);
+}
+
+void TextStoreTest::columnAt()
+{
+    QFETCH(const QString, text);
+    QFETCH(const Subpixels, x);
+    QFETCH(const qint64, column);
+    QCOMPARE(storeOf(text, ruleOf(Widths::Hurting, 0)).columnAt(0, x), column);
+}
+
+void TextStoreTest::randomEdits_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("capacity");
+    QTest::addColumn<int>("widths");
+    QTest::addColumn<Subpixels>("limit");
+    QTest::addColumn<QStringList>("alphabet");
+
+    const QList<std::pair<const char *, QStringList>> alphabets{
+        { "all", hurtingCharacters() },
+        { "no LF", without({ QStringLiteral("\n") }) },
+        { "plain", { QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("W"), QStringLiteral("\t") } },
+        { "two widths", { QStringLiteral("a"), QStringLiteral("a"), QStringLiteral("\u3042") } },
+    };
+    quint32 seed = 1;
+    for (const int capacity : { 4, 7, 32 }) {
+        for (const Widths widths : { Widths::None, Widths::Hurting, Widths::FixedPitch }) {
+            for (const Subpixels limit : { 0, 1, 3, 7, 80 }) {
+                for (const auto &[name, alphabet] : alphabets) {
+                    const quint32 used = seedOr(seed++);
+                    QTest::addRow("seed %u, leaf %d, widths %d, limit %lld, %s", used, capacity, int(widths),
+                        limit, name)
+                        << used << capacity << int(widths) << limit << alphabet;
+                }
+            }
+        }
+    }
+}
+
+void TextStoreTest::randomEdits()
+{
+    QFETCH(const quint32, seed);
+    QFETCH(const int, capacity);
+    QFETCH(const int, widths);
+    QFETCH(const Subpixels, limit);
+    QFETCH(const QStringList, alphabet);
+
+    TextStore::setLeafCapacity(capacity);
+    Pair pair(seed, ruleOf(Widths(widths), limit, limit == 80 ? 3 : 8), alphabet);
+    for (int step = 0; step < 60 && !QTest::currentTestFailed(); ++step) {
+        pair.change();
+        compareSome(pair.store, pair.model, pair.random, 5);
+    }
+    if (!QTest::currentTestFailed() && pair.model.length() < 500)
+        compareAll(pair.store, pair.model);
+}
+
+void TextStoreTest::longLines_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("capacity");
+    QTest::addColumn<Subpixels>("limit");
+    QTest::addColumn<int>("lineEvery");
+
+    quint32 seed = 1000;
+    for (const int capacity : { 8, 16, 64 }) {
+        for (const Subpixels limit : { 2, 5, 9 }) {
+            for (const int lineEvery : { 0, 2000 }) {
+                const quint32 used = seedOr(seed++);
+                QTest::addRow("seed %u, leaf %d, limit %lld, LF every %d", used, capacity, limit, lineEvery)
+                    << used << capacity << limit << lineEvery;
+            }
+        }
+    }
+}
+
+/// Lines over many nodes: edits at the start of the line ask the tables of all the nodes behind.
+void TextStoreTest::longLines()
+{
+    QFETCH(const quint32, seed);
+    QFETCH(const int, capacity);
+    QFETCH(const Subpixels, limit);
+    QFETCH(const int, lineEvery);
+
+    TextStore::setLeafCapacity(capacity);
+    RandomText random(seed, without({ QStringLiteral("\n") }));
+    QString text = random.text(3000);
+    for (qsizetype at = lineEvery; lineEvery > 0 && at < text.size(); at += lineEvery)
+        text.insert(at, u'\n');
+    const LayoutRule rule = ruleOf(Widths::Hurting, limit);
+    TextStore store = storeOf(text, rule);
+    ModelStore model(rule);
+    model.setText(text);
+    compareSome(store, model, random, 20);
+    for (int step = 0; step < 25 && !QTest::currentTestFailed(); ++step) {
+        const qint64 offset = random.chance(2) ? random.below(10) : random.below(model.length() - 3);
+        const qint64 removed = random.below(3);
+        const QString inserted = random.text(random.below(3));
+        store.replace(offset, removed, inserted);
+        model.replace(offset, removed, inserted);
+        compareSome(store, model, random, 3);
+    }
+}
+
+/// What was cut out under one rule is put in under another.
+void TextStoreTest::ruleChangesWhilePiecesLive()
+{
+    TextStore::setLeafCapacity(4);
+    RandomText random(7);
+    QString text = random.text(300);
+    TextStore store = storeOf(text, ruleOf(Widths::Hurting, 3));
+    ModelStore model;
+    model.setText(text);
+    const TextPiece copied = store.piece(20, 150);
+    TextPiece cut = store.take(100, 90);
+    model.replace(100, 90, {});
+    for (const Subpixels limit : { 5, 0, 3, 7 }) {
+        const LayoutRule rule = ruleOf(Widths::FixedPitch, limit, 4);
+        store.setLayoutRule(rule);
+        model.setLayoutRule(rule);
+        QCOMPARE(store.layoutRule(), rule);
+        cut.append(TextPiece(u"ab\nW"));
+        store.insert(33, cut);
+        model.replace(33, 0, cut.text());
+        store.insert(7, copied);
+        model.replace(7, 0, copied.text());
+        compareSome(store, model, random, 40);
+    }
+}
+
+void TextStoreTest::builderCuts()
+{
+    TextStore::setLeafCapacity(4);
+    const QString text = QStringLiteral("ab\U0001f600\nc\U0001f600\U0001f600W\u3042\u00ff\tx");
+    const LayoutRule rule = ruleOf(Widths::Hurting, 3);
+    ModelStore model(rule);
+    model.setText(text);
+    for (qsizetype first = 0; first <= text.size(); ++first) {
+        for (qsizetype second = first; second <= text.size(); ++second) {
+            TextStore::Builder builder(rule);
+            builder.append(QStringView(text).first(first));
+            builder.append(QStringView(text).sliced(first, second - first));
+            builder.append(QStringView(text).sliced(second));
+            const TextStore store = builder.finish();
+            compareTotals(store, model);
+            compareOffset(store, model, second);
+        }
+    }
+}
+
+void TextStoreTest::builderStartsAnew()
+{
+    TextStore::Builder builder(ruleOf(Widths::None, 3));
+    builder.append(QByteArrayView("one\xff"));
+    const TextStore first = builder.finish();
+    QCOMPARE(first.text(), QStringLiteral("one\u00ff"));
+    builder.append(QStringView(u"two"));
+    builder.append(QByteArrayView("three"));
+    const TextStore second = builder.finish();
+    QCOMPARE(second.text(), QStringLiteral("twothree"));
+    QCOMPARE(second.layoutRule(), ruleOf(Widths::None, 3));
+    QCOMPARE(second.rowCount(), 3);
+    QCOMPARE(first.text(), QStringLiteral("one\u00ff"));
+}
+
+void TextStoreTest::narrowLeaves()
+{
+    TextStore::setLeafCapacity(8);
+    TextStore store;
+    store.replace(0, 0, QString(20, u'a'));
+    QVERIFY(store.chunkAt(0).isLatin1());
+    store.replace(3, 0, u"\u3042");
+    QVERIFY(!store.chunkAt(3).isLatin1());
+    store.replace(3, 1, u"\u00ff");
+    store.checkInvariants();
+    for (qint64 offset = 0; offset < store.length(); ++offset)
+        QVERIFY(store.chunkAt(offset).isLatin1());
+}
+
+void TextStoreTest::chunks()
+{
+    TextStore::setLeafCapacity(4);
+    RandomText random(11);
+    const QString text = random.text(100);
+    const TextStore store = storeOf(text);
+    const auto textOf = [](const TextChunk &chunk) {
+        return chunk.isLatin1() ? QString(QLatin1StringView(chunk.latin1)) : chunk.utf16.toString();
+    };
+    QString forwards;
+    for (qint64 offset = 0; offset < store.length();) {
+        const TextChunk chunk = store.chunkAt(offset);
+        QCOMPARE(chunk.offset, offset);
+        QVERIFY(chunk.size() > 0);
+        forwards += textOf(chunk);
+        offset += chunk.size();
+    }
+    QCOMPARE(forwards, text);
+    QString backwards;
+    for (qint64 end = store.length(); end > 0;) {
+        const TextChunk chunk = store.chunkBefore(end);
+        QCOMPARE(chunk.offset + chunk.size(), end);
+        backwards.prepend(textOf(chunk));
+        end = chunk.offset;
+    }
+    QCOMPARE(backwards, text);
+    QCOMPARE(textOf(store.chunkAt(1)).at(0), text.at(1));
+}
+
+void TextStoreTest::pairsStayWhole_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("offset");
+    QTest::addColumn<qint64>("removed");
+    QTest::addColumn<QString>("inserted");
+
+    const QString pair = QStringLiteral("\U0001f600");
+    QTest::newRow("text into a pair") << pair.repeated(6) << qint64(5) << qint64(0) << "abcde";
+    QTest::newRow("pair out of two halves")
+        << pair.first(1) + QStringLiteral("abcdef") + pair.last(1) << qint64(1) << qint64(6) << QString();
+    QTest::newRow("half of a pair removed") << pair.repeated(6) << qint64(3) << qint64(1) << QString();
+    QTest::newRow("halves of two pairs meet") << pair.repeated(8) << qint64(3) << qint64(8) << QString();
+    QTest::newRow("second half typed") << QStringLiteral("abc") + pair.first(1) + QStringLiteral("efgh")
+                                       << qint64(4) << qint64(0) << pair.last(1);
+    QTest::newRow("first half typed") << QStringLiteral("abcd") + pair.last(1) + QStringLiteral("fgh")
+                                      << qint64(4) << qint64(0) << pair.first(1);
+}
+
+void TextStoreTest::pairsStayWhole()
+{
+    QFETCH(QString, text);
+    QFETCH(const qint64, offset);
+    QFETCH(const qint64, removed);
+    QFETCH(const QString, inserted);
+    for (const Subpixels limit : { 0, 1, 3 }) {
+        TextStore::setLeafCapacity(4);
+        const LayoutRule rule = ruleOf(Widths::Hurting, limit);
+        TextStore store = storeOf(text, rule);
+        ModelStore model(rule);
+        model.setText(text);
+        store.replace(offset, removed, inserted);
+        model.replace(offset, removed, inserted);
+        compareAll(store, model);
+    }
+}
+
+void TextStoreTest::sharedPiecesKeepTheirText()
+{
+    TextStore::setLeafCapacity(4);
+    RandomText random(3);
+    const QString text = random.text(200);
+    TextStore store = storeOf(text, ruleOf(Widths::Hurting, 7));
+    const TextPiece all = store.piece(0, store.length());
+    for (int step = 0; step < 100; ++step)
+        store.replace(random.below(store.length()), 1, random.text(1));
+    QVERIFY(store.text() != text);
+    QCOMPARE(all.text(), text);
+    QVERIFY(all.memory() >= text.size());
+    store = TextStore(ruleOf(Widths::Hurting, 7));
+    store.insert(0, all);
+    QCOMPARE(store.text(), text);
+    store.checkInvariants();
+}
+
+void TextStoreTest::manyPiecesJoined()
+{
+    TextStore::setLeafCapacity(4);
+    TextPiece piece;
+    QCOMPARE(piece.length(), 0);
+    QString text;
+    for (int i = 0; i < 200; ++i) {
+        const QString typed(QChar(i % 3 ? u'a' : u'\u3042'));
+        if (i % 2) {
+            piece.append(TextPiece(typed));
+            text.append(typed);
+        } else {
+            piece.prepend(TextPiece(typed));
+            text.prepend(typed);
+        }
+    }
+    QCOMPARE(piece.text(), text);
+    TextStore store(ruleOf(Widths::Hurting, 3));
+    store.insert(0, piece);
+    ModelStore model(ruleOf(Widths::Hurting, 3));
+    model.setText(text);
+    compareAll(store, model);
+}
+
+void TextStoreTest::movedStore()
+{
+    TextStore store = storeOf(QStringLiteral("one\ntwo"));
+    TextStore other = std::move(store);
+    QCOMPARE(other.text(), QStringLiteral("one\ntwo"));
+    store = TextStore();
+    store.replace(0, 0, u"three");
+    std::swap(store, other);
+    QCOMPARE(store.lineCount(), 2);
+    QCOMPARE(other.text(), QStringLiteral("three"));
+}
+
+QTEST_GUILESS_MAIN(TextStoreTest)
+#include "textstore_test.moc"
