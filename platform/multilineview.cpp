@@ -12,6 +12,12 @@
 namespace {
 constexpr int cursorWidth = 2;
 constexpr int wheelNotch = 120; ///< eighths of a degree
+
+/// Pixels that stay free beside a cursor that is scrolled to, so that the next keys need not scroll again.
+constexpr int reserve(int viewWidth)
+{
+    return viewWidth / 4;
+}
 } // namespace
 
 qint64 QMultiLineEdit::Private::visibleRows(int height) const
@@ -57,9 +63,11 @@ void QMultiLineEdit::Private::updateScrollBars()
     setTop(top);
 
     QScrollBar *const horizontal = q->horizontalScrollBar();
-    const qreal hidden = wrap == WidgetWidth ? 0 : contentWidth() - q->viewport()->width();
+    const int view = q->viewport()->width();
+    const qreal wider = wrap == WidgetWidth ? 0 : contentWidth() - view;
+    const qreal hidden = wider > 0 ? wider + reserve(view) : 0;
     constexpr qreal most = std::numeric_limits<int>::max() / 2;
-    horizontal->setPageStep(q->viewport()->width());
+    horizontal->setPageStep(view);
     horizontal->setSingleStep(qMax(1, qRound(2 * measure->xWidth())));
     horizontal->setRange(0, qCeil(qBound<qreal>(0, hidden, most)));
 }
@@ -86,23 +94,17 @@ void QMultiLineEdit::Private::shiftView(int dx, qreal dy)
         viewport->update();
 }
 
-InsertedText QMultiLineEdit::Private::composedIn(qint64 row) const
-{
-    const RowCol at = rowColOf(cursor);
-    return at.row == row ? InsertedText{ at.column, preedit.text } : InsertedText{};
-}
-
 RowLayout QMultiLineEdit::Private::layoutOf(qint64 row, qreal x) const
 {
     const qreal width = q->viewport()->width();
     const qreal left = q->xOffset() - margin;
     const qreal start = x >= left && x <= left + width ? left : x - width / 2;
-    return { store, row, *measure, start, start + width, composedIn(row) };
+    return { store, row, *measure, start, start + width, q->compositionInRow(row) };
 }
 
 qreal QMultiLineEdit::Private::xOf(RowCol position) const
 {
-    const InsertedText composed = composedIn(position.row);
+    const InsertedText composed = q->compositionInRow(position.row);
     const qint64 before = position.column > composed.column ? composed.text.size() : 0;
     return layoutOf(position.row, measure->toPixels(store.xAt(position))).x(position.column + before);
 }
@@ -115,7 +117,7 @@ qreal QMultiLineEdit::Private::cursorX() const
 
 CursorPlace QMultiLineEdit::Private::placeAtX(qint64 row, qreal x) const
 {
-    const InsertedText composed = composedIn(row);
+    const InsertedText composed = q->compositionInRow(row);
     const qint64 column = layoutOf(row, x).cursorAt(x);
     return placeAt(row, column - qBound<qint64>(0, column - composed.column, composed.text.size()));
 }
@@ -163,11 +165,10 @@ void QMultiLineEdit::Private::showX(qreal x, qreal width)
 {
     const int view = q->viewport()->width();
     const qreal left = margin + x - q->xOffset();
-    const int reserve = view / 4;
     if (left < margin)
-        q->setXOffset(qFloor(qMax<qreal>(0, x - reserve)));
+        q->setXOffset(qFloor(qMax<qreal>(0, x - reserve(view))));
     else if (left + width > view)
-        q->setXOffset(qCeil(margin + x + width - view + reserve));
+        q->setXOffset(qCeil(margin + x + width - view + reserve(view)));
 }
 
 void QMultiLineEdit::Private::updateRows(qint64 first, qint64 last)

@@ -180,7 +180,6 @@ struct QMultiLineEdit::Private {
     /// Layout of the part of a row that is in the view or, when `x` is outside it, around `x`; with the text
     /// that is composed there.
     RowLayout layoutOf(qint64 row, qreal x) const;
-    InsertedText composedIn(qint64 row) const;
     /// From the row's start; the cursor's own place is inside the text that is composed.
     qreal xOf(RowCol position) const;
     qreal cursorX() const;
