@@ -1,5 +1,6 @@
 #include "platform/filename.h"
 
+#include <QDir>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
@@ -22,6 +23,8 @@ private slots:
     void exists();
     void shows_data();
     void shows();
+    void absolute_data();
+    void absolute();
 };
 
 void FilenameTest::decodes_data()
@@ -137,6 +140,37 @@ void FilenameTest::shows()
     QFETCH(QString, name);
     QFETCH(QString, shown);
     QCOMPARE(FileName::forDisplay(name), shown);
+}
+
+void FilenameTest::absolute_data()
+{
+    QTest::addColumn<QByteArray>("given");
+    QTest::addColumn<QByteArray>(
+        "absolute"); // "." for the current folder, which has far/target and a link to it
+    QTest::newRow("plain") << QByteArray("a.txt") << QByteArray("./a.txt");
+    QTest::newRow("absolute") << QByteArray("/a/b") << QByteArray("/a/b");
+    QTest::newRow("dots and doubled slashes") << QByteArray("././far//a") << QByteArray("./far/a");
+    QTest::newRow("up") << QByteArray("far/../a") << QByteArray("./a");
+    QTest::newRow("up through a link") << QByteArray("link/../a") << QByteArray("./far/a");
+    QTest::newRow("up from a missing folder") << QByteArray("none/../a") << QByteArray("./a");
+    QTest::newRow("link kept") << QByteArray("link/a") << QByteArray("./link/a");
+    QTest::newRow("undecodable bytes") << QByteArray("\x83\x65") << QByteArray("./\x83\x65");
+    QTest::newRow("above the root") << QByteArray("/../../a") << QByteArray("/a");
+}
+
+void FilenameTest::absolute()
+{
+    QFETCH(QByteArray, given);
+    QFETCH(QByteArray, absolute);
+    const QTemporaryDir folder;
+    const QByteArray root = folder.path().toUtf8();
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("far/target")));
+    QCOMPARE(::symlink("far/target", (root + "/link").constData()), 0);
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(folder.path()));
+    const QByteArray result = FileName::toBytes(FileName::absolute(given));
+    QVERIFY(QDir::setCurrent(before));
+    QCOMPARE(result, absolute.startsWith('.') ? root + absolute.sliced(1) : absolute);
 }
 
 QTEST_GUILESS_MAIN(FilenameTest)
