@@ -144,5 +144,7 @@ void frmMain::closeDocument(ctlEditer *editor)
     editor->hide();
     editor->deleteLater();
     slotTabCurrentChanged(nullptr);
+    if (ctlEditer *next = currentEditor())
+        next->setFocus();
     m_documents->arrange();
 }

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QMenu>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>

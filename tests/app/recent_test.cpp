@@ -1,0 +1,341 @@
+#include "tests/app/testwindow.h"
+
+#include <QAction>
+#include <QScrollBar>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Names of rows 0, 1, … up to the first unused one.
+QStringList names()
+{
+    QStringList names;
+    for (const RecentEntry &entry : recentFiles().entries) {
+        if (!entry.isUsed())
+            break;
+        names << entry.name;
+    }
+    return names;
+}
+
+void fillTable(int rows)
+{
+    for (int i = 0; i < rows; ++i)
+        recentFiles().entries[size_t(i)] = { u"/nowhere/"_s, u"old"_s + QString::number(i), i, i, i, i };
+    writeSettings();
+}
+
+} // namespace
+
+/// The recent-files table and its menu.
+class RecentTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void menuShowsUsedRows_data();
+    void menuShowsUsedRows();
+    void newDocumentsAreNotRecorded();
+    void knownFileMovesToTheTop();
+    void unknownFileDropsTheOldest();
+    void nineteenthRowIsNotSearched();
+    void closingRebuildsTheMenu();
+    void closeAllRecordsEveryFile();
+    void recordsPosition();
+    void restoresPosition_data();
+    void restoresPosition();
+    void positionBeyondTheText_data();
+    void positionBeyondTheText();
+    void chosenEntryUsesAFreshDocument();
+    void chosenEntryAddsATab();
+    void chosenEntrySwitchesToAnOpenFile();
+    void chosenEntryNeedsADocument();
+    void chosenEntryOfNoRow();
+};
+
+void RecentTest::init()
+{
+    resetSettings();
+}
+
+void RecentTest::menuShowsUsedRows_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QStringList>("rows");
+    QTest::newRow("3 of many") << 3 << QStringList{ u"0"_s, u"2"_s };
+    QTest::newRow("all 20") << 99 << QStringList{ u"0"_s, u"2"_s, u"5"_s, u"19"_s };
+    QTest::newRow("0") << 0 << QStringList();
+    QTest::newRow("-1") << -1 << QStringList();
+}
+
+void RecentTest::menuShowsUsedRows()
+{
+    QFETCH(QStringList, rows);
+    QFETCH(int, count);
+    recentFiles().RecentViewCnt = count;
+    for (const size_t row : { 0, 2, 5, 19 })
+        recentFiles().entries[row] = { u"/folder/"_s, QString::number(row) };
+    recentFiles().entries[1] = { QString(), u"no folder"_s };
+    recentFiles().entries[3] = { u"/no name/"_s, QString() };
+    writeSettings();
+    TestWindow window;
+    const QList<QAction *> actions = window.recentMenu()->actions();
+    if (rows.isEmpty()) {
+        QCOMPARE(actions.size(), 1);
+        QCOMPARE(actions.at(0)->text(), u"(no item)"_s);
+        QVERIFY(!actions.at(0)->isEnabled());
+        return;
+    }
+    QCOMPARE(actions.size(), rows.size());
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        QCOMPARE(actions.at(i)->text(), u"/folder/"_s + rows.at(i));
+        QCOMPARE(actions.at(i)->data().toInt(), rows.at(i).toInt());
+        QVERIFY(actions.at(i)->isEnabled());
+        QVERIFY(!actions.at(i)->icon().isNull());
+    }
+}
+
+void RecentTest::newDocumentsAreNotRecorded()
+{
+    fillTable(2);
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileCloseTab();
+    QCOMPARE(names(), QStringList({ u"old0"_s, u"old1"_s }));
+}
+
+void RecentTest::knownFileMovesToTheTop()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    fillTable(20);
+    recentFiles().entries[5] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
+    QStringList expected = names();
+    expected.move(5, 0);
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.slotCmdFileCloseTab();
+    QCOMPARE(names(), expected);
+}
+
+void RecentTest::unknownFileDropsTheOldest()
+{
+    const TestFiles files;
+    fillTable(20);
+    QStringList expected = names();
+    expected.removeLast();
+    expected.prepend(u"a.txt"_s);
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"a.txt"_s, "text"));
+    window.slotCmdFileCloseTab();
+    QCOMPARE(names(), expected);
+    QCOMPARE(recentFiles().entries[0].path, files.folder());
+}
+
+void RecentTest::nineteenthRowIsNotSearched()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    fillTable(20);
+    recentFiles().entries[19] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
+    QStringList expected = names();
+    expected.move(19, 0);
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.slotCmdFileCloseTab();
+    QCOMPARE(names(), expected);
+}
+
+void RecentTest::closingRebuildsTheMenu()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    const QString name = files.write(u"a.txt"_s, "text");
+    window.setDocument(name);
+    QVERIFY(!window.recentMenu()->actions().at(0)->isEnabled());
+    window.slotCmdFileCloseTab();
+    QCOMPARE(window.recentMenu()->actions().size(), 1);
+    QCOMPARE(window.recentMenu()->actions().at(0)->text(), name);
+}
+
+void RecentTest::closeAllRecordsEveryFile()
+{
+    const TestFiles files;
+    {
+        TestWindow window;
+        QVERIFY(window.open());
+        for (const auto *name : { "a.txt", "b.txt" })
+            window.setDocument(files.write(QLatin1StringView(name), "text"));
+        QVERIFY(window.close());
+    }
+    recentFiles() = {};
+    readSettings();
+    QCOMPARE(names(), QStringList({ u"a.txt"_s, u"b.txt"_s }));
+}
+
+void RecentTest::recordsPosition()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"a.txt"_s, QByteArray(500, 'w') + QByteArray("\nline").repeated(500)));
+    ctlEditer *editor = window.currentEditor();
+    editor->setCursorPosition(200, 3);
+    editor->setXOffset(40);
+    editor->setTopRow(190);
+    const int x = editor->xOffset();
+    const int y = editor->yOffset();
+    QVERIFY(y > 0);
+    window.slotCmdFileCloseTab();
+    const RecentEntry &entry = recentFiles().entries[0];
+    QCOMPARE(entry.cursorRow, 200);
+    QCOMPARE(entry.cursorColumn, 3);
+    QCOMPARE(entry.scrollX, x);
+    QCOMPARE(entry.scrollY, y);
+}
+
+void RecentTest::restoresPosition_data()
+{
+    QTest::addColumn<int>("restore");
+    QTest::newRow("0 starts at the top") << 0;
+    QTest::newRow("1 restores") << 1;
+    QTest::newRow("2 is not 1") << 2;
+}
+
+void RecentTest::restoresPosition()
+{
+    QFETCH(int, restore);
+    appSettings().RestoreScroll = restore;
+    writeSettings();
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, QByteArray("line\n").repeated(500));
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.currentEditor()->setCursorPosition(200, 3);
+    window.currentEditor()->setTopRow(190);
+    const int y = window.currentEditor()->yOffset();
+    window.slotCmdFileCloseTab();
+
+    for (const bool byCommand : { false, true }) {
+        if (byCommand)
+            window.recentMenu()->actions().at(0)->trigger();
+        else
+            window.setDocument(name);
+        const ctlEditer *editor = window.currentEditor();
+        QCOMPARE(editor->name(), u"a.txt"_s);
+        QCOMPARE(editor->cursorPosition().row, restore == 1 ? 200 : 0);
+        QCOMPARE(editor->cursorPosition().column, restore == 1 ? 3 : 0);
+        QCOMPARE(editor->yOffset(), restore == 1 ? y : 0);
+        if (!byCommand)
+            window.slotCmdFileCloseTab();
+    }
+}
+
+void RecentTest::positionBeyondTheText_data()
+{
+    QTest::addColumn<qint64>("row");
+    QTest::addColumn<qint64>("column");
+    QTest::addColumn<qint64>("scroll");
+    QTest::newRow("shorter now") << 1000LL << 1000LL << 5000LL;
+    QTest::newRow("negative") << -5LL << -5LL << -5LL;
+    const qint64 most = std::numeric_limits<qint64>::max(), least = std::numeric_limits<qint64>::min();
+    QTest::newRow("largest") << most << most << most;
+    QTest::newRow("least") << least << least << least;
+}
+
+void RecentTest::positionBeyondTheText()
+{
+    QFETCH(qint64, row);
+    QFETCH(qint64, column);
+    QFETCH(qint64, scroll);
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "one\ntwo");
+    recentFiles().entries[0] = { files.folder(), u"a.txt"_s, row, column, scroll, scroll };
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    const RowCol cursor = window.currentEditor()->cursorPosition();
+    QVERIFY(cursor == (row < 0 ? RowCol{ 0, 0 } : RowCol{ 1, 3 }));
+    QVERIFY(!window.grab().isNull());
+}
+
+void RecentTest::chosenEntryUsesAFreshDocument()
+{
+    const TestFiles files;
+    files.write(u"a.txt"_s, "text");
+    recentFiles().entries[3] = { files.folder(), u"a.txt"_s, 0, 2, 0, 0 };
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    ctlEditer *editor = window.currentEditor();
+    window.slotCmdMnuRecent(3);
+    QCOMPARE(window.tabTexts(), QStringList{ u"a.txt"_s });
+    QCOMPARE(window.currentEditor(), editor);
+    QCOMPARE(editor->text(), u"text"_s);
+    QCOMPARE(editor->cursorPosition().column, 2);
+    QCOMPARE(QApplication::focusWidget(), editor);
+}
+
+void RecentTest::chosenEntryAddsATab()
+{
+    const TestFiles files;
+    files.write(u"a.txt"_s, "text");
+    recentFiles().entries[0] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.slotCmdMnuRecent(0);
+    QCOMPARE(window.tabTexts(), QStringList({ u"* (new document)"_s, u"a.txt"_s }));
+    window.editorAt(0)->setEdited(false);
+}
+
+void RecentTest::chosenEntrySwitchesToAnOpenFile()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    recentFiles().entries[0] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.tabBar()->setCurrentTab(window.editorAt(0));
+    window.slotCmdMnuRecent(0);
+    QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"a.txt"_s }));
+    QCOMPARE(window.currentEditor(), window.editorAt(1));
+}
+
+void RecentTest::chosenEntryNeedsADocument()
+{
+    const TestFiles files;
+    files.write(u"a.txt"_s, "text");
+    recentFiles().entries[0] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileCloseTab();
+    window.slotCmdMnuRecent(0);
+    QCOMPARE(window.tabBar()->count(), 0);
+}
+
+void RecentTest::chosenEntryOfNoRow()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    for (const int id : { -1, 0, 19, 20, 1000 })
+        window.slotCmdMnuRecent(id);
+    QCOMPARE(window.tabTexts(), QStringList{ u"(new document)"_s });
+}
+
+QTEST_MAIN(RecentTest)
+#include "recent_test.moc"
