@@ -1,6 +1,7 @@
 #include "filedialog/fileicons.h"
 
 #include "app/settings.h"
+#include "platform/picture.h"
 #include "platform/resource.h"
 
 #include <QLatin1StringView>
@@ -76,7 +77,7 @@ std::array<FilePicture, fileIconCount> &pictures()
 
 FilePicture loadPicture(const QString &name, QSize smallSize)
 {
-    const QSize ownSize = Resource::loadPixmap(name).deviceIndependentSize().toSize();
+    const QSize ownSize = Picture::named(name).size();
     if (ownSize.isEmpty())
         return {};
     return { Resource::loadIcon(name), isVga() ? ownSize : smallSize };

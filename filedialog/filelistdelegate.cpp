@@ -24,6 +24,17 @@ QRect pictureRect(const QStyleOptionViewItem &option)
     return style->subElementRect(QStyle::SE_ItemViewItemDecoration, &option, option.widget);
 }
 
+/// The cell with the style's margins outside of it where the text takes the column's whole width: a date does
+/// in wide fonts.
+QRect textCell(const QStyleOptionViewItem &option, int column)
+{
+    if (column != ctlFileListViewItem::DateColumn)
+        return option.rect;
+    const QStyle *style = option.widget ? option.widget->style() : QApplication::style();
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1;
+    return option.rect.adjusted(-margin, 0, margin, 0);
+}
+
 /// Columns count from the picture's left edge and reach its width, rows count from the row's edge.
 void paintMarks(QPainter *painter, const QRect &row, const QRect &picture, const ctlFileListViewItem &item)
 {
@@ -55,15 +66,15 @@ QString FileListDelegate::displayText(const QVariant &value, const QLocale & /*l
 void FileListDelegate::paint(
     QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    QStyledItemDelegate::paint(painter, option, index);
-    const ctlFileListViewItem *item = namedItem(option, index);
-    if (!item)
-        return;
-    QStyleOptionViewItem itemOption(option);
-    initStyleOption(&itemOption, index);
     painter->save();
     painter->setClipRect(option.rect, Qt::IntersectClip);
-    paintMarks(painter, option.rect, pictureRect(itemOption), *item);
+    QStyleOptionViewItem cell(option);
+    cell.rect = textCell(option, index.column());
+    QStyledItemDelegate::paint(painter, cell, index);
+    if (const ctlFileListViewItem *item = namedItem(option, index)) {
+        initStyleOption(&cell, index);
+        paintMarks(painter, option.rect, pictureRect(cell), *item);
+    }
     painter->restore();
 }
 

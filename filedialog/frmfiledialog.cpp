@@ -5,6 +5,7 @@
 #include "filedialog/filechoices.h"
 #include "platform/filename.h"
 #include "platform/messagebox.h"
+#include "platform/picture.h"
 #include "platform/resource.h"
 
 #include <QAction>
@@ -117,7 +118,7 @@ QToolButton *frmFileDialog::createToolButton(const char *icon, const QString &te
     auto *button = new QToolButton;
     button->setAutoRaise(true);
     button->setIcon(Resource::loadIcon(QString::fromLatin1(icon)));
-    button->setIconSize(Resource::loadPixmap(QString::fromLatin1(icon)).deviceIndependentSize().toSize());
+    button->setIconSize(Picture::named(QString::fromLatin1(icon)).size());
     nameControl(button, text);
     return button;
 }

@@ -1,0 +1,137 @@
+#include "filedialog/ctlfilelistview.h"
+#include "filedialog/filelistdelegate.h"
+#include "tests/filedialog/formtest.h"
+#include "tests/filedialog/testfolder.h"
+
+#include <QImage>
+
+/// Pictures and marks, with pictures of one plain colour each.
+class DelegateTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void sizesOfTheScreenClass_data();
+    void sizesOfTheScreenClass();
+    void paintsMarks_data();
+    void paintsMarks();
+    void showsUndecodableBytes();
+
+private:
+    void makePicture(const char *name, QSize size, Qt::GlobalColor color);
+
+    TestFolder m_data;
+};
+
+void DelegateTest::initTestCase()
+{
+    for (const char *name : { "pics", "pics/corvex", "pics/corvex/tree", "pics/corvex/list" })
+        m_data.folder(name);
+    makePicture("tree/folder1", { 30, 30 }, Qt::gray);
+    makePicture("list/fileetc", { 20, 20 }, Qt::yellow);
+    makePicture("tree/mark_link", { 9, 9 }, Qt::red);
+    makePicture("tree/mark_lock", { 7, 7 }, Qt::green);
+    makePicture("tree/mark_exec", { 8, 8 }, Qt::blue);
+    qputenv("QPEDIR", m_data.path().toUtf8());
+}
+
+void DelegateTest::makePicture(const char *name, QSize size, Qt::GlobalColor color)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(color);
+    QVERIFY(image.save(m_data.path((QByteArray("pics/corvex/") + name + ".png").constData())));
+}
+
+void DelegateTest::sizesOfTheScreenClass_data()
+{
+    QTest::addColumn<bool>("vga");
+    QTest::newRow("small") << false;
+    QTest::newRow("VGA") << true;
+}
+
+void DelegateTest::sizesOfTheScreenClass()
+{
+    QFETCH(bool, vga);
+    setScreenClass(vga);
+    loadFileIcons();
+    QCOMPARE(filePicture(FileIcon::Folder).size, vga ? QSize(30, 30) : QSize(14, 14));
+    QCOMPARE(filePicture(FileIcon::Other).size, vga ? QSize(20, 20) : QSize(14, 14));
+    QCOMPARE(filePicture(FileIcon::LinkMark).size, vga ? QSize(9, 9) : QSize(5, 5));
+    QCOMPARE(filePicture(FileIcon::LockMark).size, vga ? QSize(7, 7) : QSize(5, 5));
+    QCOMPARE(filePicture(FileIcon::ExecMark).size, vga ? QSize(8, 8) : QSize(5, 5));
+}
+
+void DelegateTest::paintsMarks_data()
+{
+    QTest::addColumn<bool>("vga");
+    QTest::addColumn<bool>("isLink");
+    QTest::addColumn<bool>("isLocked");
+    QTest::addColumn<bool>("isExec");
+    for (const bool vga : { false, true }) {
+        const char *const screen = vga ? "VGA" : "small";
+        QTest::addRow("none, %s", screen) << vga << false << false << false;
+        QTest::addRow("link, %s", screen) << vga << true << false << false;
+        QTest::addRow("lock, %s", screen) << vga << false << true << false;
+        QTest::addRow("exec, %s", screen) << vga << false << false << true;
+        QTest::addRow("all, %s", screen) << vga << true << true << true;
+    }
+}
+
+void DelegateTest::paintsMarks()
+{
+    failOnWarnings();
+    QFETCH(bool, vga);
+    QFETCH(bool, isLink);
+    QFETCH(bool, isLocked);
+    QFETCH(bool, isExec);
+    setScreenClass(vga);
+    loadFileIcons();
+    const TestFolder files;
+    const TestFolder shown;
+    files.file("file", 0, (isLocked ? 0444 : 0644) | (isExec ? 0100 : 0));
+    if (isLink)
+        shown.link(files.path("file").toUtf8(), "file");
+    ctlFileListView list;
+    list.resize(400, 200);
+    list.show();
+    list.showFolder(isLink ? shown.path() : files.path());
+
+    const QRect row = list.visualItemRect(list.topLevelItem(0));
+    const QImage image = list.viewport()->grab().toImage();
+    const auto painted = [&](Qt::GlobalColor color) {
+        QRect found;
+        for (int y = row.top(); y <= row.bottom(); ++y) {
+            for (int x = 0; x < list.columnWidth(0); ++x) {
+                if (image.pixelColor(x, y) == QColor(color))
+                    found |= QRect(x, y, 1, 1);
+            }
+        }
+        return found;
+    };
+    const QRect icon = painted(Qt::yellow);
+    QVERIFY(!icon.isEmpty());
+    const int width = filePicture(FileIcon::Other).size.width();
+    const int height = row.height();
+    const auto expected = [&](bool isThere, FileIcon mark, bool isRight, bool isBottom) {
+        const QSize size = filePicture(mark).size;
+        const QPoint at(isRight ? width - size.width() - 1 : 1, isBottom ? height - size.height() - 1 : 1);
+        return isThere ? QRect(at + QPoint(icon.left(), row.top()), size) : QRect();
+    };
+    QCOMPARE(painted(Qt::red), expected(isLink, FileIcon::LinkMark, false, true));
+    QCOMPARE(painted(Qt::green), expected(isLocked, FileIcon::LockMark, true, false));
+    QCOMPARE(painted(Qt::blue), expected(isExec, FileIcon::ExecMark, true, true));
+}
+
+void DelegateTest::showsUndecodableBytes()
+{
+    const FileListDelegate delegate;
+    QCOMPARE(delegate.displayText(QStringLiteral(u"\xDC83\xDC83.txt"), QLocale::c()),
+        QStringLiteral(u"\uFFFD\uFFFD.txt"));
+    QCOMPARE(delegate.displayText(QStringLiteral("a\nb"), QLocale::c()), QStringLiteral(u"a\uFFFDb"));
+}
+
+int main(int argc, char **argv)
+{
+    return runFormTest<DelegateTest>(argc, argv);
+}
+#include "filelistdelegate_test.moc"
