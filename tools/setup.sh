@@ -1,6 +1,6 @@
 # Sourced by ./run and ./test: installs Debian packages that are missing, and says so in a line.
 
-build_packages="g++ cmake ninja-build ccache qt6-base-dev libqt6svg6-dev qt6-tools-dev qt6-l10n-tools libgl-dev libxcb1-dev libicu-dev"
+build_packages="g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools libgl-dev libxcb1-dev libicu-dev"
 show_packages="fonts-vlgothic libqt6svg6 xvfb openbox xdotool imagemagick dbus dbus-daemon x11-utils"
 
 as_root() {

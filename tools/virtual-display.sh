@@ -3,7 +3,7 @@
 # start_display GEOMETRY: sets DISPLAY; the display lives until stop_display.
 start_display() {
     display_file=$(mktemp)
-    Xvfb -displayfd 3 -screen 0 "$1" -nolisten tcp 3>"$display_file" 2>/dev/null &
+    Xvfb -displayfd 3 -screen 0 "$1" -noreset -nolisten tcp 3>"$display_file" 2>/dev/null &
     xvfb_pid=$!
     until [ -s "$display_file" ]; do
         kill -0 "$xvfb_pid" 2>/dev/null || { echo "The virtual display did not start." >&2; return 1; }
@@ -15,7 +15,14 @@ start_display() {
     rm -f "$display_file"
     openbox >/dev/null 2>&1 &
     openbox_pid=$!
-    until xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q window; do sleep 0.05; done
+    switch_desktop 1
+    switch_desktop 0
+}
+
+# switch_desktop N: until the window manager did it. One that has only announced itself still loses windows that are
+# shown to it; one that carries out a request is ready.
+switch_desktop() {
+    until [ "$(xdotool set_desktop "$1" get_desktop 2>/dev/null)" = "$1" ]; do sleep 0.05; done
 }
 
 stop_display() {
