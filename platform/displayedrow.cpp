@@ -44,6 +44,8 @@ DisplayedRow::DisplayedRow(
 
 QString DisplayedRow::text(qint64 column, qint64 count) const
 {
+    if (count == 0)
+        return {};
     const qint64 insertedEnd = m_inserted.column + m_inserted.text.size();
     const qint64 end = column + count;
     if (m_inserted.text.isEmpty() || end <= m_inserted.column)

@@ -1,6 +1,6 @@
 #include "platform/qmultilineedit_p.h"
 
-#include "platform/text/textcodec.h"
+#include "platform/enteredtext.h"
 #include "platform/textmimedata.h"
 
 #include <QClipboard>
@@ -21,20 +21,10 @@ QClipboard *clipboard()
     return QGuiApplication::clipboard();
 }
 
-/// Text from elsewhere as a document may hold it: line ends are LF, and there is no NUL.
-QString normalized(QString text)
-{
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    text.replace(u'\r', u'\n');
-    text.remove(QChar(u'\0'));
-    return text;
-}
-
-/// The text of `data`, letter for letter when it comes from this program.
 QString textOf(const QMimeData &data)
 {
     const auto *const own = qobject_cast<const TextMimeData *>(&data);
-    return normalized(own ? own->exactText() : TextCodec::cleanInput(data.text()));
+    return own ? movedText(own->exactText()) : pastedText(data.text());
 }
 
 TextMimeData::Source sourceOf(TextPiece piece)

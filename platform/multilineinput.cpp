@@ -1,26 +1,15 @@
 #include "platform/qmultilineedit_p.h"
 
-#include "platform/text/textcodec.h"
+#include "platform/enteredtext.h"
 
 #include <QGuiApplication>
 #include <QInputMethod>
-
-#include <algorithm>
 
 namespace {
 
 /// Units before and behind the cursor that input methods see; and of marked text.
 constexpr qint64 shownUnits = 1024;
 constexpr qint64 shownMarked = 64 * 1024;
-
-/// Committed text as a document may hold it: no control characters but line ends and TAB.
-QString cleaned(const QString &text)
-{
-    QString result = TextCodec::cleanInput(text);
-    result.replace(u'\r', u'\n');
-    result.removeIf([](QChar c) { return c.category() == QChar::Other_Control && c != u'\n' && c != u'\t'; });
-    return result;
-}
 
 } // namespace
 
@@ -35,11 +24,14 @@ void QMultiLineEdit::Private::compose(const QInputMethodEvent &event)
     }
 }
 
-/// What is composed goes away first, so that the text it becomes is not shown twice.
+/// What is composed goes away first, so that the text it becomes is not shown twice. It is a step of its own;
+/// characters that come one by one, without being composed, are typing like any other.
 void QMultiLineEdit::Private::commit(const QInputMethodEvent &event)
 {
+    if (q->isComposing())
+        history.breakJoining();
     preedit = {};
-    const QString text = cleaned(event.commitString());
+    const QString text = typedText(event.commitString());
     if (event.replacementLength() == 0) {
         if (!text.isEmpty())
             typeText(text);
@@ -107,7 +99,7 @@ QVariant QMultiLineEdit::Private::query(Qt::InputMethodQuery query, const QVaria
         return int(qBound(shown.start, offset, shown.end) - shown.start);
     };
     const auto upTo = [&argument](qint64 most) {
-        return argument.isValid() ? qMin<qint64>(argument.toInt(), most) : most;
+        return argument.isValid() ? qBound<qint64>(0, qint64(argument.toInt()), most) : most;
     };
     switch (query) {
     case Qt::ImEnabled:

@@ -1,5 +1,7 @@
 #include "platform/qmultilineedit_p.h"
 
+#include "platform/enteredtext.h"
+
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -127,7 +129,7 @@ bool QMultiLineEdit::Private::handleKey(const QKeyEvent &event)
     }
     if (readOnly || !bringsText(event))
         return false;
-    typeText(event.text());
+    typeText(typedText(event.text()));
     return true;
 }
 

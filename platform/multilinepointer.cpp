@@ -155,6 +155,7 @@ bool QMultiLineEdit::Private::touch(QTouchEvent &event)
     QScroller *const scroller = QScroller::scroller(q->viewport());
     const QPointF at = event.points().constFirst().position();
     const auto time = qint64(event.timestamp());
+    qDebug() << at << event.points();
     switch (event.type()) {
     case QEvent::TouchBegin:
         pointer.gesture = Gesture::Scroll;
