@@ -15,3 +15,12 @@ function(marlopad_test name)
     add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/isolated $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
+
+# marlopad_window_test(NAME LINK LIBS… [SOURCES…]): as marlopad_test, on a virtual X display with a window manager.
+function(marlopad_window_test name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${name}.cpp ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE Qt6::Test ${arg_LINK} marlopad_flags)
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/underx $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()

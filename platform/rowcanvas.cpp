@@ -50,9 +50,9 @@ RowCanvas::RowCanvas(
     m_update.setCoords(left, qMax(top, qRound(area.top())), qRound(area.right()) - 1,
         qMin(top + height, qRound(area.bottom())) - 1);
     m_row = QRect(0, top - m_update.top(), m_update.width(), height);
-    if (m_update.isEmpty())
-        return;
-    enlargeSharedPixmap(m_update.size());
+    // An update area that holds no device pixel (it can at a fractional scale) is drawn like any other, for
+    // nothing.
+    enlargeSharedPixmap(m_update.size().expandedTo(QSize(1, 1)));
     m_painter.begin(&sharedPixmap());
     m_painter.fillRect(QRect(QPoint(), m_update.size()), background);
 }
@@ -66,7 +66,8 @@ int RowCanvas::toInt(qint64 place)
 
 void RowCanvas::copyToTarget()
 {
-    if (!m_painter.end())
+    m_painter.end();
+    if (m_update.isEmpty())
         return;
     m_target.save();
     m_target.setClipping(false);

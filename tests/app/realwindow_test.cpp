@@ -1,0 +1,203 @@
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What a program prints, without the line end.
+QString outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+} // namespace
+
+/// The program itself in a window of a window manager, driven from outside by keys.
+class RealWindowTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void firstDocumentComesByItself();
+    void filesAreTheOnlyDocuments();
+    void keysActOnce();
+    void tabKeysSwitch();
+    void fullScreenAndBack();
+    void secondStartHandsItsFileOver();
+    void signalOfTheWindowManagerAsks();
+
+private:
+    QString write(const QString &name, const QByteArray &content) const;
+    QByteArray read(const QString &name) const;
+    void start(const QStringList &files = {});
+    QString window() const;
+    QString title() const { return outputOf(u"xdotool"_s, { u"getwindowname"_s, window() }); }
+    QString states() const { return outputOf(u"xprop"_s, { u"-id"_s, window(), u"_NET_WM_STATE"_s }); }
+    void press(const QStringList &keys) const;
+    bool hasEnded();
+
+    QScopedPointer<QTemporaryDir> m_folder;
+    QScopedPointer<QProcess> m_program;
+};
+
+void RealWindowTest::init()
+{
+    m_folder.reset(new QTemporaryDir);
+    m_program.reset(new QProcess);
+}
+
+void RealWindowTest::cleanup()
+{
+    if (m_program->state() != QProcess::NotRunning) {
+        m_program->kill();
+        m_program->waitForFinished();
+    }
+    QCOMPARE(m_program->readAllStandardError(), QByteArray());
+}
+
+QString RealWindowTest::write(const QString &name, const QByteArray &content) const
+{
+    QFile file(m_folder->filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+    return file.fileName();
+}
+
+QByteArray RealWindowTest::read(const QString &name) const
+{
+    QFile file(m_folder->filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void RealWindowTest::start(const QStringList &files)
+{
+    m_program->start(QStringLiteral(MARLOPAD_PROGRAM), files);
+    QVERIFY(m_program->waitForStarted());
+    QTRY_VERIFY(title().startsWith(u"Marlo!Pad QT  ["_s));
+    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s }), window());
+}
+
+QString RealWindowTest::window() const
+{
+    const QString found =
+        outputOf(u"xdotool"_s, { u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Marlo!Pad QT"_s });
+    return found.section(u'\n', 0, 0);
+}
+
+void RealWindowTest::press(const QStringList &keys) const
+{
+    outputOf(u"xdotool"_s, QStringList{ u"key"_s } + keys);
+}
+
+bool RealWindowTest::hasEnded()
+{
+    return m_program->state() == QProcess::NotRunning
+        || (m_program->waitForFinished(1) && m_program->state() == QProcess::NotRunning);
+}
+
+void RealWindowTest::firstDocumentComesByItself()
+{
+    start();
+    QCOMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
+    QVERIFY(states().contains(u"_NET_WM_STATE_MAXIMIZED_VERT"_s));
+    press({ u"Escape"_s });
+    QTRY_COMPARE(title(), u"Marlo!Pad QT"_s);
+    press({ u"ctrl+q"_s });
+    QTRY_VERIFY(hasEnded());
+    QCOMPARE(m_program->exitCode(), 0);
+}
+
+void RealWindowTest::filesAreTheOnlyDocuments()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\r\n"), write(u"b.txt"_s, "\x82\xA0\n") });
+    QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][LF]"_s);
+    press({ u"Escape"_s });
+    QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
+    press({ u"Escape"_s });
+    QTRY_COMPARE(title(), u"Marlo!Pad QT"_s);
+}
+
+void RealWindowTest::keysActOnce()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\r\n") });
+    press({ u"x"_s, u"y"_s, u"ctrl+a"_s, u"ctrl+c"_s, u"ctrl+v"_s, u"ctrl+v"_s, u"ctrl+z"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("xy\x82\xA0\r\nxy\x82\xA0\r\n"));
+    press({ u"ctrl+a"_s, u"ctrl+x"_s, u"ctrl+v"_s, u"ctrl+v"_s, u"Tab"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("xy\x82\xA0\r\n").repeated(4) + '\t');
+    press({ u"ctrl+q"_s });
+    QTRY_VERIFY(hasEnded());
+}
+
+void RealWindowTest::tabKeysSwitch()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\r\n"), write(u"b.txt"_s, "\x82\xA0\n"),
+        write(u"c.txt"_s, "\r\x82\xA0") });
+    const auto lineEnd = [this] { return title().section(u'[', 2).chopped(1); };
+    QTRY_COMPARE(lineEnd(), u"CR"_s);
+    press({ u"ctrl+Tab"_s });
+    QTRY_COMPARE(lineEnd(), u"CR+LF"_s);
+    press({ u"ctrl+Tab"_s });
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    press({ u"ctrl+shift+Tab"_s });
+    QTRY_COMPARE(lineEnd(), u"CR+LF"_s);
+    press({ u"ctrl+shift+Tab"_s });
+    QTRY_COMPARE(lineEnd(), u"CR"_s);
+}
+
+void RealWindowTest::fullScreenAndBack()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\n") });
+    const QString screen = outputOf(u"xdotool"_s, { u"getdisplaygeometry"_s });
+    const auto size = [this] {
+        const QStringList lines =
+            outputOf(u"xdotool"_s, { u"getwindowgeometry"_s, u"--shell"_s, window() }).split(u'\n');
+        return lines.filter(u"WIDTH="_s).value(0).section(u'=', 1) + u' '
+            + lines.filter(u"HEIGHT="_s).value(0).section(u'=', 1);
+    };
+    press({ u"alt+v"_s, u"f"_s });
+    QTRY_VERIFY(states().contains(u"_NET_WM_STATE_FULLSCREEN"_s));
+    QTRY_COMPARE(size(), screen);
+    press({ u"Escape"_s });
+    QTRY_VERIFY(!states().contains(u"_NET_WM_STATE_FULLSCREEN"_s));
+    QTRY_VERIFY(states().contains(u"_NET_WM_STATE_MAXIMIZED_VERT"_s));
+    QCOMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][LF]"_s);
+}
+
+void RealWindowTest::secondStartHandsItsFileOver()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\r\n") });
+    write(u"b.txt"_s, "\r\x82\xA0");
+    QProcess second;
+    second.setWorkingDirectory(m_folder->path());
+    second.start(QStringLiteral(MARLOPAD_PROGRAM), { u"b.txt"_s });
+    QVERIFY(second.waitForFinished());
+    QCOMPARE(second.exitCode(), 0);
+    QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR]"_s);
+}
+
+void RealWindowTest::signalOfTheWindowManagerAsks()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\n") });
+    press({ u"x"_s, u"alt+F4"_s });
+    QTRY_COMPARE(
+        outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Confirm File Save"_s);
+    press({ u"Escape"_s });
+    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s }), window());
+    press({ u"alt+F4"_s });
+    QTRY_COMPARE(
+        outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Confirm File Save"_s);
+    press({ u"Return"_s });
+    QTRY_VERIFY(hasEnded());
+    QCOMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
+}
+
+QTEST_GUILESS_MAIN(RealWindowTest)
+#include "realwindow_test.moc"
