@@ -29,8 +29,9 @@ public:
     const QFont &font() const;
     qreal devicePixelRatio() const;
     const AdvanceTable &advances() const;
+    /// From the top of a row to the base line, and the whole height: the font's own measures, or more where
+    /// its accented capitals and descenders need more.
     qreal ascent() const;
-    /// Ascent and descent.
     qreal height() const;
     /// Width of "x".
     qreal xWidth() const;

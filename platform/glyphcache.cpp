@@ -14,6 +14,9 @@ constexpr qreal cellTolerance = 0.25;
 /// The widest character: what an AdvanceTable can hold.
 constexpr int largestAdvance = 65534 / subpixelsPerPixel;
 
+/// What reaches highest and lowest in fonts whose own ascent and descent are less than their characters need.
+constexpr std::array tallCharacters = { U'|', U'\u00c5', U'\u00c9', U'g', U'j', U'_', U'\u8a9e' };
+
 quint32 glyphIndex(const QRawFont &font, char32_t codePoint)
 {
     const std::array<QChar, 2> units = { QChar(QChar::highSurrogate(codePoint)),
@@ -40,16 +43,22 @@ GlyphCache::GlyphCache(const QFont &deviceFont)
     m_fixedPitch = x > 0 && x == width(U'i') && x == width(U'W') && x == width(U'.');
     m_naturalCell = qMax(x, 1.0);
     m_cell = qRound(m_naturalCell);
+    measureHeight();
 }
 
-int GlyphCache::ascent() const
+void GlyphCache::measureHeight()
 {
-    return qRound(m_fonts[0].ascent());
-}
-
-int GlyphCache::height() const
-{
-    return qMax(1, ascent() + qRound(m_fonts[0].descent()));
+    qreal top = -m_fonts[0].ascent();
+    qreal bottom = m_fonts[0].descent();
+    for (const char32_t codePoint : tallCharacters) {
+        if (const quint32 index = glyphIndex(m_fonts[0], codePoint)) {
+            const QRectF ink = m_fonts[0].boundingRect(index);
+            top = qMin(top, ink.top());
+            bottom = qMax(bottom, ink.bottom());
+        }
+    }
+    m_ascent = qRound(-top);
+    m_height = qMax(1, m_ascent + qRound(bottom));
 }
 
 qreal GlyphCache::natural(const FontMeasure::Glyph &glyph) const
@@ -68,7 +77,7 @@ int GlyphCache::rounded(qreal advance) const
 
 int GlyphCache::markAdvance(char32_t codePoint) const
 {
-    return rounded(hexMarkSize(codePoint, height()).width() + 1);
+    return rounded(hexMarkSize(codePoint, m_height).width() + 1);
 }
 
 int GlyphCache::advance(char32_t codePoint)

@@ -30,8 +30,8 @@ public:
     /// Width of "x".
     int cell() const { return m_cell; }
     bool isFixedPitch() const { return m_fixedPitch; }
-    int ascent() const;
-    int height() const;
+    int ascent() const { return m_ascent; }
+    int height() const { return m_height; }
 
 private:
     struct Page {
@@ -43,6 +43,7 @@ private:
     bool takeFromKnownFonts(char32_t codePoint, FontMeasure::Glyph &glyph);
     bool takeFromToolkit(char32_t codePoint, FontMeasure::Glyph &glyph);
     int fontIndex(const QRawFont &font);
+    void measureHeight();
     qreal natural(const FontMeasure::Glyph &glyph) const;
     int rounded(qreal advance) const;
     int markAdvance(char32_t codePoint) const;
@@ -55,5 +56,7 @@ private:
     QHash<char32_t, int> m_bearings;
     qreal m_naturalCell = 1;
     int m_cell = 1;
+    int m_ascent = 0;
+    int m_height = 1;
     bool m_fixedPitch = false;
 };
