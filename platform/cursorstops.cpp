@@ -1,7 +1,8 @@
 #include "platform/charclass.h"
+#include "platform/graphemes.h"
 #include "platform/rowlayout.h"
 
-#include <QTextBoundaryFinder>
+#include <algorithm>
 
 namespace {
 
@@ -25,12 +26,10 @@ qint64 nextCursorStop(const TextStore &store, qint64 offset)
     const qint64 start = qMax<qint64>(0, offset - neighbourhood);
     for (qint64 ahead = neighbourhood;; ahead *= 2) {
         const qint64 end = qMin(length, offset + ahead);
-        const QString text = store.text(start, end - start);
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-        finder.setPosition(offset - start);
-        const qint64 next = finder.toNextBoundary();
-        if (next >= 0 && (next < text.size() || end == length))
-            return start + next;
+        const std::vector<qsizetype> stops = graphemeBoundaries(store.text(start, end - start));
+        const auto next = std::upper_bound(stops.begin(), stops.end(), offset - start);
+        if (next != stops.end() && (start + *next < end || end == length))
+            return start + *next;
     }
 }
 
@@ -38,14 +37,13 @@ qint64 previousCursorStop(const TextStore &store, qint64 offset)
 {
     if (offset <= 1 || (isSimple(store.at(offset - 1)) && isSimple(store.at(offset - 2))))
         return qMax<qint64>(0, offset - 1);
+    const qint64 end = qMin(store.length(), offset + 2);
     for (qint64 behind = neighbourhood;; behind *= 2) {
         const qint64 start = qMax<qint64>(0, offset - behind);
-        const qint64 end = qMin(store.length(), offset + 2);
-        const QString text = store.text(start, end - start);
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-        finder.setPosition(offset - start);
-        const qint64 previous = finder.toPreviousBoundary();
+        const std::vector<qsizetype> stops = graphemeBoundaries(store.text(start, end - start));
+        const auto next = std::lower_bound(stops.begin(), stops.end(), offset - start);
+        const qint64 previous = next == stops.begin() ? 0 : *std::prev(next);
         if (previous > 0 || start == 0)
-            return start + qMax<qint64>(0, previous);
+            return start + previous;
     }
 }

@@ -45,11 +45,12 @@ public:
     /// How a row draws one character that stands for itself.
     struct Glyph {
         CharClass charClass = CharClass::Plain;
+        bool isShown = true; ///< some font has it; otherwise a mark stands for it
         quint16 font = 0; ///< index for rawFont()
         qint16 offset = 0; ///< device pixels from the character's left edge to the glyph's origin
         quint32 index = 0;
     };
-    /// Characters that no font has are of class Mark. Valid until the next call.
+    /// Valid until the next call.
     const Glyph &glyph(char32_t codePoint) const;
     /// The fonts that glyphs come from, at their size in device pixels.
     const QRawFont &rawFont(int index) const;

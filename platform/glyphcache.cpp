@@ -84,14 +84,14 @@ int GlyphCache::advance(char32_t codePoint)
 {
     if (isIdeograph(codePoint)) {
         const char32_t first = codePoint >= 0xac00 && codePoint <= 0xd7a3 ? 0xac00 : 0x4e00;
-        if (codePoint != first)
+        if (codePoint != first && glyph(first).isShown)
             return advance(first);
     }
     const FontMeasure::Glyph &found = glyph(codePoint);
-    if (found.charClass == CharClass::Mark)
-        return markAdvance(codePoint);
     if (found.charClass == CharClass::Extend && isZeroWidth(codePoint))
         return 0;
+    if (!found.isShown)
+        return markAdvance(codePoint);
     return rounded(natural(found));
 }
 
@@ -101,7 +101,7 @@ int GlyphCache::leftBearing(char32_t codePoint)
     if (known != m_bearings.cend())
         return *known;
     const FontMeasure::Glyph &found = glyph(codePoint);
-    const bool drawn = found.charClass == CharClass::Plain || found.charClass == CharClass::Complex;
+    const bool drawn = found.isShown && found.charClass != CharClass::RightToLeft;
     const int bearing =
         drawn ? qRound(rawFont(found.font).boundingRect(found.index).left()) + found.offset : 0;
     m_bearings.insert(codePoint, bearing);
@@ -128,13 +128,13 @@ FontMeasure::Glyph GlyphCache::lookUp(char32_t codePoint)
 {
     FontMeasure::Glyph glyph;
     glyph.charClass = charClass(codePoint);
-    if (glyph.charClass == CharClass::Mark)
+    if (glyph.charClass == CharClass::Mark) {
+        glyph.isShown = false;
         return glyph;
+    }
     const bool found = takeFromKnownFonts(codePoint, glyph) || takeFromToolkit(codePoint, glyph);
-    const bool attached = glyph.charClass == CharClass::Extend;
-    if (!attached && (!found || natural(glyph) <= 0)) {
-        glyph.charClass = CharClass::Mark;
-    } else if (m_fixedPitch && glyph.font > 0 && glyph.charClass == CharClass::Plain) {
+    glyph.isShown = found && (glyph.charClass != CharClass::Plain || natural(glyph) > 0);
+    if (m_fixedPitch && glyph.isShown && glyph.font > 0 && glyph.charClass == CharClass::Plain) {
         const qreal advance = natural(glyph);
         glyph.offset = qint16(qMax(0, qFloor((rounded(advance) - advance) / 2)));
     }

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QPixmap>
 
+#include <cmath>
+
 namespace {
 
 QPixmap &sharedPixmap()
@@ -20,13 +22,16 @@ void enlargeSharedPixmap(const QSize &needed)
         pixmap = QPixmap(pixmap.size().expandedTo(needed));
 }
 
+/// The toolkit tells a device's scale in steps of 1/65536.
+constexpr qreal scaleTolerance = 1e-4;
+
 /// From a painter's coordinates to device pixels: its own ones, or where it paints at another scale, as for a
 /// printed picture of the window, those the row is made for.
 QTransform deviceTransform(const QPainter &painter, qreal scale)
 {
     const QTransform own = painter.deviceTransform();
-    const bool isSameScale = own.type() <= QTransform::TxScale && qFuzzyCompare(own.m11(), scale)
-        && qFuzzyCompare(own.m22(), scale);
+    const auto isScale = [scale](qreal factor) { return std::abs(factor - scale) < scaleTolerance; };
+    const bool isSameScale = own.type() <= QTransform::TxScale && isScale(own.m11()) && isScale(own.m22());
     return isSameScale ? own : QTransform::fromScale(scale, scale);
 }
 
@@ -58,6 +63,11 @@ RowCanvas::RowCanvas(
 }
 
 RowCanvas::~RowCanvas() = default;
+
+QSize RowCanvas::pictureSize()
+{
+    return sharedPixmap().size();
+}
 
 int RowCanvas::toInt(qint64 place)
 {

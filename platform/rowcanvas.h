@@ -16,6 +16,8 @@ public:
         QPainter &target, const QRectF &cell, const QRect &update, qreal scale, const QColor &background);
     ~RowCanvas();
     Q_DISABLE_COPY_MOVE(RowCanvas)
+    /// Size of the one shared picture.
+    static QSize pictureSize();
 
     /// Draws in device pixels; its origin is the update area's corner.
     QPainter &painter() { return m_painter; }

@@ -150,7 +150,7 @@ void RowLayout::Private::addSingle(char32_t codePoint)
     if (x + width < left || x > right)
         return;
     const FontMeasure::Glyph &glyph = row.measure().glyph(codePoint);
-    if (glyph.charClass == CharClass::Mark)
+    if (!glyph.isShown)
         marks.push_back({ .x = x, .codePoint = codePoint });
     else
         addGlyph(glyph, x);
@@ -283,17 +283,17 @@ std::vector<RowLayout::Span> RowLayout::spans(qint64 begin, qint64 end) const
 {
     std::vector<std::pair<qint64, qint64>> found;
     const qint64 to = qMin(end, d->last);
-    for (qint64 at = qMax(begin, d->first); at < to; ++at) {
-        const Private::Column &column = d->column(at);
-        if (!found.empty() && found.back().second == column.left)
-            found.back().second = column.right;
-        else if (found.empty() || found.back().first != column.left)
-            found.emplace_back(column.left, column.right);
-    }
+    for (qint64 at = qMax(begin, d->first); at < to; ++at)
+        found.emplace_back(d->column(at).left, d->column(at).right);
     std::sort(found.begin(), found.end());
     std::vector<Span> spans;
-    for (const auto &[left, right] : found)
-        spans.push_back({ .left = qreal(left) / d->scale(), .right = qreal(right) / d->scale() });
+    qint64 reached = std::numeric_limits<qint64>::min();
+    for (const auto &[left, right] : found) {
+        if (left > reached)
+            spans.push_back({ .left = qreal(left) / d->scale() });
+        reached = qMax(reached, right);
+        spans.back().right = qreal(reached) / d->scale();
+    }
     return spans;
 }
 

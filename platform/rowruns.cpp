@@ -1,10 +1,10 @@
 #include "platform/rowruns.h"
 
+#include "platform/graphemes.h"
+
 #include <algorithm>
 
 namespace {
-
-constexpr char16_t zeroWidthJoiner = 0x200d;
 
 bool needsShaping(CharClass charClass)
 {
@@ -28,24 +28,19 @@ std::vector<CharClass> unitClasses(QStringView text, const FontMeasure &measure)
     return classes;
 }
 
-/// Makes what extends a character and what follows a joiner part of that character's stretch.
+/// Makes every combined character, and every one whose form depends on its neighbours, part of a stretch.
 void joinClusters(QStringView text, const std::vector<CharClass> &classes, std::vector<RunKind> &kinds)
 {
-    qsizetype base = 0;
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype next = at + unitsOf(codePointAt(text, at));
-        const bool joined =
-            at > 0 && text[at - 1] == zeroWidthJoiner && classes[std::size_t(at)] != CharClass::Mark;
-        if (classes[std::size_t(at)] != CharClass::Extend && !joined) {
-            base = at;
-        } else {
-            if (base < at && classes[std::size_t(base)] == CharClass::Mark)
-                base = at;
-            const RunKind kind =
-                kinds[std::size_t(base)] == RunKind::Single ? RunKind::LeftToRight : kinds[std::size_t(base)];
-            std::fill(kinds.begin() + base, kinds.begin() + next, kind);
-        }
-        at = next;
+    const std::vector<qsizetype> boundaries = graphemeBoundaries(text);
+    for (std::size_t i = 0; i + 1 < boundaries.size(); ++i) {
+        const auto begin = classes.begin() + boundaries[i];
+        const auto end = classes.begin() + boundaries[i + 1];
+        const bool isOne = boundaries[i + 1] - boundaries[i] == unitsOf(codePointAt(text, boundaries[i]));
+        if (isOne && !needsShaping(*begin))
+            continue;
+        const bool isRtl = std::find(begin, end, CharClass::RightToLeft) != end;
+        std::fill(kinds.begin() + boundaries[i], kinds.begin() + boundaries[i + 1],
+            isRtl ? RunKind::RightToLeft : RunKind::LeftToRight);
     }
 }
 
@@ -76,12 +71,6 @@ std::vector<RunKind> runKinds(QStringView text, const FontMeasure &measure)
     const std::vector<CharClass> classes = unitClasses(text, measure);
     if (classes.empty())
         return kinds;
-    for (std::size_t i = 0; i < classes.size(); ++i) {
-        if (classes[i] == CharClass::RightToLeft)
-            kinds[i] = RunKind::RightToLeft;
-        else if (classes[i] == CharClass::Complex)
-            kinds[i] = RunKind::LeftToRight;
-    }
     joinClusters(text, classes, kinds);
     carryNeutrals(text, classes, kinds);
     return kinds;

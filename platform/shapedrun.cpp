@@ -1,6 +1,7 @@
 #include "platform/shapedrun.h"
 
-#include <QTextBoundaryFinder>
+#include "platform/graphemes.h"
+
 #include <QTextLayout>
 
 #include <algorithm>
@@ -8,15 +9,6 @@
 namespace {
 
 constexpr qreal widestLine = 1 << 24;
-
-std::vector<qsizetype> cursorStops(const QString &text)
-{
-    std::vector<qsizetype> stops;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    for (qsizetype at = 0; at >= 0; at = finder.toNextBoundary())
-        stops.push_back(at);
-    return stops;
-}
 
 /// Characters that share their glyphs: one combined character, or all those of a ligature.
 struct Cluster {
@@ -60,7 +52,7 @@ ShapedRun::ShapedRun(const QString &text, const QFont &deviceFont)
 
     m_glyphRuns = layout.glyphRuns();
     m_width = qMax(1, qRound(line.naturalTextWidth()));
-    const std::vector<qsizetype> stops = cursorStops(text);
+    const std::vector<qsizetype> stops = graphemeBoundaries(text);
     placeCharacters(layout, stops);
     placeCursor(stops);
 }
