@@ -43,7 +43,7 @@ QPEApplication::~QPEApplication() = default;
 
 QString QPEApplication::qpeDir()
 {
-    const QString given = QDir::cleanPath(qEnvironmentVariable("QPEDIR"));
+    QString given = QDir::cleanPath(qEnvironmentVariable("QPEDIR"));
     if (!given.isEmpty())
         return given;
     const QString program = applicationDirPath();
