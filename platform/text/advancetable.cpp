@@ -5,6 +5,12 @@
 AdvanceTable::AdvanceTable(Measure measure)
     : m_measure(std::move(measure))
 {
+    static const auto unseen = [] {
+        std::array<quint16, 256> page;
+        page.fill(unknown);
+        return page;
+    }();
+    m_pages.fill(unseen.data());
     for (char16_t unit = 0; unit < m_latin1.size(); ++unit) {
         if (unit != u'\t' && unit != u'\n')
             m_latin1[unit] = quint16(advance(unit));
@@ -22,10 +28,11 @@ int AdvanceTable::advanceOf(char32_t codePoint) const
 
 int AdvanceTable::measureUnit(char16_t unit) const
 {
-    std::unique_ptr<quint16[]> &page = m_pages[unit >> 8];
+    std::unique_ptr<quint16[]> &page = m_seenPages[unit >> 8];
     if (!page) {
         page = std::make_unique_for_overwrite<quint16[]>(256);
-        std::fill_n(page.get(), 256, unknown);
+        std::copy_n(m_pages[unit >> 8], 256, page.get());
+        m_pages[unit >> 8] = page.get();
     }
     const int width = measured(unit);
     page[unit & 0xff] = quint16(width);

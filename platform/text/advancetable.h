@@ -21,10 +21,8 @@ public:
     /// Width of a unit that stands alone: anything but the two halves of a surrogate pair.
     int advance(char16_t unit) const
     {
-        const quint16 *page = m_pages[unit >> 8].get();
-        if (page && page[unit & 0xff] != unknown)
-            return page[unit & 0xff];
-        return measureUnit(unit);
+        const quint16 width = m_pages[unit >> 8][unit & 0xff];
+        return width != unknown ? width : measureUnit(unit);
     }
     /// Width of any code point.
     int advanceOf(char32_t codePoint) const;
@@ -39,6 +37,7 @@ private:
 
     Measure m_measure;
     std::array<quint16, 256> m_latin1{};
-    mutable std::array<std::unique_ptr<quint16[]>, 256> m_pages;
+    mutable std::array<const quint16 *, 256> m_pages; ///< of one shared page until a character is seen
+    mutable std::array<std::unique_ptr<quint16[]>, 256> m_seenPages;
     mutable std::unordered_map<char32_t, int> m_supplementary;
 };

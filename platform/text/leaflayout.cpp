@@ -93,6 +93,16 @@ TextSummary sumAscii(const uchar *text, qint64 size, const TextLayout &layout, c
     return sum.finish(anyText ? width : INT_MAX, anyText ? width : 0);
 }
 
+/// Neither LF nor TAB, nor half a pair.
+inline bool isPlain(uchar unit)
+{
+    return unit != '\n' && unit != '\t';
+}
+inline bool isPlain(char16_t unit)
+{
+    return unit != u'\n' && unit != u'\t' && (unit & 0xf800) != 0xd800;
+}
+
 template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const TextLayout &layout)
 {
     Summing sum(layout.tabStop());
@@ -100,15 +110,20 @@ template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const
     int widest = 0;
     for (qint64 i = 0; i < size; ++i) {
         Subpixels run = 0;
-        for (; i < size && text[i] != '\n' && text[i] != '\t'; ++i) {
-            const int width = layout.width(text, size, i);
+        const auto add = [&](int width) {
             run += width;
             narrowest = qMin(narrowest, width);
             widest = qMax(widest, width);
-        }
+        };
+        for (; i < size && isPlain(text[i]); ++i)
+            add(layout.width(text[i]));
+        if (i < size && text[i] != '\n' && text[i] != '\t')
+            add(layout.width(text, size, i));
         sum.add(run);
-        if (i < size)
-            text[i] == '\t' ? sum.addTab() : sum.addLineEnd();
+        if (i < size && text[i] == '\t')
+            sum.addTab();
+        else if (i < size && text[i] == '\n')
+            sum.addLineEnd();
     }
     return sum.finish(narrowest, widest);
 }

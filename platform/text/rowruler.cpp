@@ -44,41 +44,49 @@ void RowRuler::measure(const TextTree &leaf, const TextLayout &layout, qint64 co
 
 /// The break that unit `across` causes by reaching beyond the limit: before itself, or behind it if it is the
 /// row's first character; never before a unit without width.
-qint64 RowRuler::legalBreak(qint64 start, Subpixels x, qint64 across) const
+template <bool Tabs> qint64 RowRuler::legalBreak(qint64 start, Subpixels x, qint64 across) const
 {
-    qint64 at = xAt(start, x, across) > 0 ? across : across + 1;
+    qint64 at = xAt<Tabs>(start, x, across) > 0 ? across : across + 1;
     if (!m_nextWide.empty())
         at = m_nextWide[size_t(at)];
     return at < count() ? at : -1;
 }
 
-qint64 RowRuler::breakAfter(qint64 start, Subpixels x) const
+template <bool Tabs> qint64 RowRuler::searchBreak(qint64 start, Subpixels x) const
 {
     qint64 low = start;
     qint64 high = count();
     while (low < high) {
         const qint64 middle = (low + high) / 2;
-        if (xAt(start, x, middle + 1) > m_limit)
+        if (xAt<Tabs>(start, x, middle + 1) > m_limit)
             high = middle;
         else
             low = middle + 1;
     }
-    return low < count() ? legalBreak(start, x, low) : -1;
+    return low < count() ? legalBreak<Tabs>(start, x, low) : -1;
+}
+
+/// From the end: the later a row begins, the later it ends.
+template <bool Tabs> void RowRuler::follow(RowTable::Entry *rows) const
+{
+    const qint64 end = count();
+    qint64 across = end;
+    for (qint64 start = end; start >= 0; --start) {
+        while (across > start && xAt<Tabs>(start, 0, across) > m_limit)
+            --across;
+        const qint64 next = across < end ? legalBreak<Tabs>(start, 0, across) : -1;
+        rows[start] = next < 0 ? RowTable::Entry{ 0, qint32(xAt<Tabs>(start, 0, end)) }
+                               : RowTable::Entry{ rows[next].breaks + 1, rows[next].exit };
+    }
+}
+
+qint64 RowRuler::breakAfter(qint64 start, Subpixels x) const
+{
+    return m_nextTab.empty() ? searchBreak<false>(start, x) : searchBreak<true>(start, x);
 }
 
 void RowRuler::followRows(std::vector<RowTable::Entry> &rows) const
 {
     rows.resize(m_x.size());
-    qint64 across = count();
-    for (qint64 start = count(); start >= 0; --start) {
-        while (across > start && xAt(start, 0, across) > m_limit)
-            --across;
-        const qint64 next = across < count() ? legalBreak(start, 0, across) : -1;
-        if (next < 0) {
-            rows[size_t(start)] = { 0, qint32(xAt(start, 0, count())) };
-        } else {
-            const RowTable::Entry &row = rows[size_t(next)];
-            rows[size_t(start)] = { row.breaks + 1, row.exit };
-        }
-    }
+    m_nextTab.empty() ? follow<false>(rows.data()) : follow<true>(rows.data());
 }

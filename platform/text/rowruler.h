@@ -20,14 +20,16 @@ public:
 
 private:
     qint64 count() const { return qint64(m_x.size()) - 1; }
-    Subpixels xAt(qint64 start, Subpixels x, qint64 i) const
+    template <bool Tabs> Subpixels xAt(qint64 start, Subpixels x, qint64 i) const
     {
-        if (m_nextTab.empty() || i <= m_nextTab[size_t(start)])
+        if (!Tabs || i <= m_nextTab[size_t(start)])
             return x + m_x[size_t(i)] - m_x[size_t(start)];
         const size_t tab = size_t(m_nextTab[size_t(start)]);
         return Reach::nextStop(x + m_x[tab] - m_x[size_t(start)], m_tabStop) + m_x[size_t(i)] - m_x[tab + 1];
     }
-    qint64 legalBreak(qint64 start, Subpixels x, qint64 across) const;
+    template <bool Tabs> qint64 legalBreak(qint64 start, Subpixels x, qint64 across) const;
+    template <bool Tabs> qint64 searchBreak(qint64 start, Subpixels x) const;
+    template <bool Tabs> void follow(RowTable::Entry *rows) const;
 
     Subpixels m_limit = 0;
     Subpixels m_tabStop = 1;

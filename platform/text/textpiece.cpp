@@ -40,6 +40,11 @@ TextTree TextPiece::tree() const
     return looseTreeUnder(m_root, looseLayout());
 }
 
+bool TextPiece::isSmall() const
+{
+    return !m_root || m_root.get()->height == 0;
+}
+
 qint64 TextPiece::length() const
 {
     if (!m_root)

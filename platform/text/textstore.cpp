@@ -137,6 +137,11 @@ TextPiece TextStore::take(qint64 offset, qint64 length)
 TextPiece TextStore::piece(qint64 offset, qint64 length) const
 {
     Q_ASSERT(d->isInside(offset, length));
+    if (length == 0)
+        return {};
+    qint64 start = 0;
+    if (const TextLeaf &leaf = leafAt(d->tree, offset, start); offset + length <= start + leaf.size)
+        return TextPiece(leafTree(leaf.part(offset - start, length), d->layout));
     TextTree shared = d->tree;
     auto [before, rest] = split(std::move(shared), offset, d->layout);
     return TextPiece(split(std::move(rest), length, d->layout).first);
@@ -145,9 +150,10 @@ TextPiece TextStore::piece(qint64 offset, qint64 length) const
 void TextStore::insert(qint64 offset, const TextPiece &piece)
 {
     Q_ASSERT(d->isInside(offset));
-    TextTree inserted = treeUnder(piece.m_root, d->layout);
-    if (!inserted.isEmpty())
-        d->put(offset, 0, std::move(inserted));
+    if (piece.isSmall())
+        replace(offset, 0, piece.text());
+    else
+        d->put(offset, 0, treeUnder(piece.m_root, d->layout));
 }
 
 TextStore::Row TextStore::row(qint64 row) const

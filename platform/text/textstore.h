@@ -97,7 +97,7 @@ public:
     /// The same text without cutting it out: O(log n) as well, the leaves are shared until one side changes.
     TextPiece piece(qint64 offset, qint64 length) const;
     /// Puts a piece in: O(log n) if it comes from this store and the layout rule has not been set since, else
-    /// its text is measured. The piece is not used up, nor is its text copied.
+    /// its text is measured. The piece is not used up, nor is more than a leaf of its text copied.
     void insert(qint64 offset, const TextPiece &piece);
 
     Row row(qint64 row) const;
@@ -151,6 +151,8 @@ public:
 private:
     explicit TextPiece(TextTree &&tree);
     TextTree tree() const;
+    /// Not worth a node of its own in a store.
+    bool isSmall() const;
 
     TextNodeRef m_root;
     friend class TextStore;

@@ -13,21 +13,6 @@ bool isFull(const TextTree &tree)
     return tree.isLeaf() ? tree.units() >= TextLeaf::minSize() : innerOf(tree).count >= TextInner::minCount();
 }
 
-/// Whether cutting between two units would cut a surrogate pair.
-bool isPair(char16_t before, char16_t behind)
-{
-    return QChar::isHighSurrogate(before) && QChar::isLowSurrogate(behind);
-}
-
-void summarise(TextTree &tree, const TextLayout &layout)
-{
-    TextSummary summary = innerOf(tree).children[0].summary;
-    for (const TextTree *child = innerOf(tree).begin() + 1; child != innerOf(tree).end(); ++child)
-        appendSummary(summary, *child, layout);
-    summary.askedFill = -1;
-    tree.summary = summary;
-}
-
 TextTree innerTree(TextTree *begin, TextTree *end, const TextLayout &layout)
 {
     auto *node = new TextInner(begin->height() + 1, layout.stamp());
@@ -150,13 +135,6 @@ TextTree join(TextTree &&left, TextTree &&right, const TextLayout &layout)
     return joinLower(std::move(right), std::move(left), true, layout);
 }
 
-char16_t unitAt(const TextTree &tree, qint64 offset)
-{
-    qint64 start = 0;
-    const TextLeaf &leaf = leafAt(tree, offset, start);
-    return leaf.at(offset - start);
-}
-
 qint64 leafStartAt(const TextTree &tree, qint64 offset)
 {
     qint64 start = 0;
@@ -272,6 +250,16 @@ void editPath(TextTree &tree, qint64 offset, qint64 removed, QStringView inserte
 }
 
 } // namespace
+
+void summarise(TextTree &tree, const TextLayout &layout)
+{
+    const TextInner &node = innerOf(tree);
+    TextSummary summary = node.children[0].summary;
+    for (const TextTree *child = node.begin() + 1; child != node.end(); ++child)
+        appendSummary(summary, *child, layout);
+    summary.askedFill = -1;
+    tree.summary = summary;
+}
 
 TextTree leafTree(TextNodeRef leaf, const TextLayout &layout)
 {
@@ -407,52 +395,9 @@ const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart)
     return leafOf(*at);
 }
 
-namespace {
-
-void checkSummary(const TextSummary &kept, const TextSummary &right)
+char16_t unitAt(const TextTree &tree, qint64 offset)
 {
-    Q_ASSERT(kept.units == right.units && kept.lineEnds == right.lineEnds);
-    Q_ASSERT(kept.head.before == right.head.before && kept.head.after == right.head.after);
-    Q_ASSERT(kept.head.hasTab == right.head.hasTab);
-    Q_ASSERT(kept.widestUnit == right.widestUnit && kept.even == right.even);
-    if (right.lineEnds > 0) {
-        Q_ASSERT(kept.tail == right.tail && kept.widest == right.widest);
-        Q_ASSERT(kept.breaks == right.breaks && kept.tailFill == right.tailFill);
-    }
-}
-
-void checkLeaf(const TextTree &tree, bool isRoot, const TextLayout &layout)
-{
-    const TextLeaf &leaf = leafOf(tree);
-    Q_ASSERT(leaf.size >= (isRoot ? 1 : TextLeaf::minSize()));
-    Q_ASSERT(leaf.size <= TextLeaf::maxSize() && leaf.size <= leaf.capacity);
-    const auto isWide = [](QChar unit) { return unit.unicode() > 0xff; };
-    Q_ASSERT(!leaf.wide || std::any_of(leaf.utf16().begin(), leaf.utf16().end(), isWide));
-    checkSummary(tree.summary, summaryOf(leaf, layout));
-}
-
-void checkNode(const TextTree &tree, bool isRoot, const TextLayout &layout)
-{
-    if (tree.isLeaf())
-        return checkLeaf(tree, isRoot, layout);
-    const TextInner &node = innerOf(tree);
-    Q_ASSERT(node.count >= (isRoot ? 2 : TextInner::minCount()) && node.count <= TextInner::maxCount());
-    Q_ASSERT(node.stamp == layout.stamp());
-    TextTree again = tree;
-    summarise(again, layout);
-    checkSummary(tree.summary, again.summary);
-    for (const TextTree &child : node) {
-        Q_ASSERT(child.height() == tree.height() - 1);
-        checkNode(child, false, layout);
-    }
-    for (const TextTree *child = node.begin() + 1; child != node.end(); ++child)
-        Q_ASSERT(!isPair(unitAt(child[-1], child[-1].units() - 1), unitAt(*child, 0)));
-}
-
-} // namespace
-
-void checkTree(const TextTree &tree, const TextLayout &layout)
-{
-    if (!tree.isEmpty())
-        checkNode(tree, true, layout);
+    qint64 start = 0;
+    const TextLeaf &leaf = leafAt(tree, offset, start);
+    return leaf.at(offset - start);
 }

@@ -20,6 +20,8 @@ TextTree parentOf(TextTrees &&children, const TextLayout &layout);
 TextTree concatenate(TextTree &&left, TextTree &&right, const TextLayout &layout);
 /// The text before and from `offset` on. O(log n).
 std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLayout &layout);
+/// Sums an inner node's children up anew.
+void summarise(TextTree &tree, const TextLayout &layout);
 /// Replaces within one leaf if that can stay a leaf; false: nothing was done.
 bool replaceInLeaf(
     TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout);
@@ -32,6 +34,13 @@ void layOut(TextTree &tree, const TextLayout &layout);
 void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to);
 /// The leaf that holds unit `offset` (the last one for the end of the text), and where it begins.
 const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart);
+
+char16_t unitAt(const TextTree &tree, qint64 offset);
+/// Whether cutting between two units would cut a surrogate pair.
+inline bool isPair(char16_t before, char16_t behind)
+{
+    return QChar::isHighSurrogate(before) && QChar::isLowSurrogate(behind);
+}
 
 /// Asserts the invariants, and that all summaries are what the text says.
 void checkTree(const TextTree &tree, const TextLayout &layout);

@@ -1,0 +1,113 @@
+// Edits told by bytes, on a store of tiny leaves and on the plain reference.
+
+#include "platform/text/undohistory.h"
+#include "tests/platform/text/modelstore.h"
+#include "tests/platform/text/textalphabet.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+void require(bool condition)
+{
+    if (!condition)
+        abort();
+}
+
+class Bytes {
+public:
+    Bytes(const std::uint8_t *data, std::size_t size)
+        : m_next(data)
+        , m_end(data + size)
+    {
+    }
+    bool atEnd() const { return m_next == m_end; }
+    qint64 below(qint64 bound) { return atEnd() ? 0 : *m_next++ % bound; }
+
+private:
+    const std::uint8_t *m_next;
+    const std::uint8_t *m_end;
+};
+
+/// A store with its history, and the model, edited alike.
+class Session {
+public:
+    Session(Bytes &bytes, const LayoutRule &rule)
+        : m_bytes(bytes)
+        , m_store(rule)
+        , m_model(rule)
+    {
+    }
+
+    void edit()
+    {
+        const qint64 offset = m_bytes.below(m_model.length() + 1);
+        const qint64 removed = m_bytes.below(qMin<qint64>(40, m_model.length() - offset + 1));
+        const QString inserted = text();
+        if (m_bytes.below(4) == 0 && m_history.canUndo()) {
+            m_history.undo(m_store);
+            m_model.setText(m_store.text());
+            return;
+        }
+        m_history.beginGroup();
+        m_history.recordDelete(offset, m_store.take(offset, removed));
+        m_store.replace(offset, 0, inserted);
+        m_history.recordInsert(offset, TextPiece(inserted));
+        m_history.endGroup();
+        m_model.replace(offset, removed, inserted);
+    }
+    void check()
+    {
+        m_store.checkInvariants();
+        require(m_store.text() == m_model.text());
+        require(m_store.rowCount() == m_model.rows().size());
+        const qint64 row = m_bytes.below(m_model.rows().size());
+        const TextStore::Row place = m_model.rows().at(row);
+        require(m_store.row(row).start == place.start && m_store.row(row).length == place.length);
+        require(m_store.rowColAt(place.start) == RowCol{ row, 0 });
+        const RowCol end{ row, place.length };
+        require(m_store.xAt(end) == m_model.xAt(end));
+        const Subpixels x = m_bytes.below(255) * 4;
+        require(m_store.columnAt(row, x) == m_model.columnAt(row, x));
+    }
+    void undoEverything()
+    {
+        while (m_history.canUndo())
+            m_history.undo(m_store);
+        require(m_store.length() == 0);
+    }
+
+private:
+    QString text()
+    {
+        static const QStringList characters = hurtingCharacters();
+        QString text;
+        for (qint64 count = m_bytes.below(24); count > 0; --count)
+            text += characters.at(m_bytes.below(characters.size()));
+        return text;
+    }
+
+    Bytes &m_bytes;
+    TextStore m_store;
+    ModelStore m_model;
+    UndoHistory m_history{ 3 };
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static const AdvanceTable table(hurtingWidth);
+    Bytes bytes(data, size);
+    TextStore::setLeafCapacity(int(4 + bytes.below(8)));
+    const Subpixels limit = bytes.below(10) * subpixelsPerPixel;
+    Session session(bytes, { &table, 4 * subpixelsPerPixel, limit });
+    for (int step = 0; step < 60 && !bytes.atEnd(); ++step) {
+        session.edit();
+        session.check();
+    }
+    session.undoEverything();
+    return 0;
+}
