@@ -11,9 +11,9 @@ AdvanceTable::AdvanceTable(Measure measure)
         return page;
     }();
     m_pages.fill(unseen.data());
-    for (char16_t unit = 0; unit < m_latin1.size(); ++unit) {
-        if (unit != u'\t' && unit != u'\n')
-            m_latin1[unit] = quint16(advance(unit));
+    for (size_t unit = 0; unit < m_latin1.size(); ++unit) {
+        if (unit != '\t' && unit != '\n')
+            m_latin1[unit] = quint16(advance(char16_t(unit)));
     }
 }
 

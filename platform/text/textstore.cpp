@@ -27,9 +27,9 @@ public:
 void TextStore::Private::put(qint64 offset, qint64 removed, TextTree &&inserted)
 {
     auto [before, rest] = split(std::move(tree), offset, layout);
-    auto [cut, behind] = split(std::move(rest), removed, layout);
-    tree =
-        concatenate(concatenate(std::move(before), std::move(inserted), layout), std::move(behind), layout);
+    TextTree behind = split(std::move(rest), removed, layout).second;
+    TextTree start = concatenate(std::move(before), std::move(inserted), layout);
+    tree = concatenate(std::move(start), std::move(behind), layout);
 }
 
 TextStore::TextStore()

@@ -35,8 +35,8 @@ void detach(TextTree &tree)
     tree.node = TextNodeRef(copy);
 }
 
-/// Appends a node's children, moved where nobody else holds the node.
-void appendChildren(TextTrees &list, TextTree &&tree, qint32 from, qint32 to)
+/// Appends some of a node's children, moved out where nobody else holds the node.
+void takeChildren(TextTrees &list, TextTree &tree, qint32 from, qint32 to)
 {
     TextInner &node = innerOf(tree);
     const bool shared = tree.node.isShared();
@@ -53,7 +53,7 @@ TextTrees childrenOf(TextTree &&tree)
 {
     TextTrees list;
     const qint32 count = innerOf(tree).count;
-    appendChildren(list, std::move(tree), 0, count);
+    takeChildren(list, tree, 0, count);
     return list;
 }
 
@@ -96,7 +96,7 @@ TextTree joinEqual(TextTree &&left, TextTree &&right, const TextLayout &layout)
         return mergeLeaves(left, right, layout);
     list = childrenOf(std::move(left));
     const qint32 count = innerOf(right).count;
-    appendChildren(list, std::move(right), 0, count);
+    takeChildren(list, right, 0, count);
     return parentOf(std::move(list), layout);
 }
 
@@ -297,7 +297,7 @@ TextTree parentOf(TextTrees &&children, const TextLayout &layout)
         return std::move(children[0]);
     if (count <= TextInner::maxCount())
         return innerTree(children.begin(), children.end(), layout);
-    Q_ASSERT(count <= 2 * TextInner::maxCount());
+    Q_ASSERT(count <= qsizetype{ 2 } * TextInner::maxCount());
     TextTree *middle = children.begin() + count / 2;
     std::array<TextTree, 2> both{ innerTree(children.begin(), middle, layout),
         innerTree(middle, children.end(), layout) };
@@ -329,9 +329,9 @@ std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLa
     TextTrees cut;
     TextTrees behind;
     TextTree whole = std::move(tree);
-    appendChildren(before, std::move(whole), 0, at);
-    appendChildren(cut, std::move(whole), at, at + 1);
-    appendChildren(behind, std::move(whole), at + 1, count);
+    takeChildren(before, whole, 0, at);
+    takeChildren(cut, whole, at, at + 1);
+    takeChildren(behind, whole, at + 1, count);
     auto [left, right] = split(std::move(cut[0]), offset, layout);
     TextTree first = before.isEmpty() ? TextTree{} : parentOf(std::move(before), layout);
     TextTree last = behind.isEmpty() ? TextTree{} : parentOf(std::move(behind), layout);

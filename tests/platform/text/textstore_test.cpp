@@ -102,7 +102,7 @@ void compareSome(const TextStore &store, const ModelStore &model, RandomText &ra
     for (int probe = 0; probe < probes && !QTest::currentTestFailed(); ++probe) {
         compareOffset(store, model, random.below(model.length() + 1));
         const qint64 row = random.below(model.rows().size());
-        compareRowAt(store, model, row, random.below(20 * subpixelsPerPixel) - 10);
+        compareRowAt(store, model, row, random.below(Subpixels{ 20 } * subpixelsPerPixel) - 10);
     }
     compareOffset(store, model, model.length());
 }
