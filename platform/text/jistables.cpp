@@ -115,8 +115,9 @@ void sortByCharacter(std::vector<SecondCode> &codes)
 
 std::span<const SecondCode> codesOf(const std::vector<SecondCode> &codes, char16_t character)
 {
-    const auto range = std::ranges::equal_range(codes, character, {}, &SecondCode::character);
-    return { range.begin(), range.end() };
+    const auto less = [](const SecondCode &a, const SecondCode &b) { return a.character < b.character; };
+    const auto [first, last] = std::equal_range(codes.begin(), codes.end(), SecondCode{ character, 0 }, less);
+    return { first, last };
 }
 
 quint16 shiftJisCode(int row, int cell)

@@ -43,7 +43,7 @@ public:
 
 private:
     ShiftJisTable();
-    std::array<char16_t, 0x7C * 0x100> m_characters{};
+    std::array<char16_t, 0x7C00> m_characters{};
     std::array<quint16, 0x10000> m_codes{};
     std::vector<SecondCode> m_secondCodes;
 };
