@@ -324,16 +324,17 @@ void QMultiLineEdit::paintEvent(QPaintEvent *event)
     QPainter painter(viewport());
     const QRect area = event->rect();
     const qint64 last = qMin(d->rowAt(area.bottom()), d->store.rowCount() - 1);
+    // First what is below the text: the last row may reach a part of a pixel into it.
+    const int end = qFloor(cellRect(last).bottom());
+    if (end <= area.bottom())
+        painter.fillRect(QRect(area.left(), qMax(end, area.top()), area.width(), area.bottom() - end + 1),
+            palette().brush(QPalette::Base));
     for (qint64 row = d->rowAt(area.top()); row <= last; ++row) {
         const QRectF cell = cellRect(row);
         const QRect update = cell.toAlignedRect() & area;
         if (event->region().intersects(update))
             paintCell(painter, row, cell, update);
     }
-    const int end = qFloor(cellRect(last).bottom());
-    if (end <= area.bottom())
-        painter.fillRect(QRect(area.left(), qMax(end, area.top()), area.width(), area.bottom() - end + 1),
-            palette().brush(QPalette::Base));
     d->paintDropCursor(painter);
 }
 
