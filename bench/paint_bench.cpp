@@ -11,15 +11,15 @@
 
 namespace {
 
-constexpr QSize screen(1280, 800);
+constexpr QSize view(1280, 800);
 
 class Editor : public ctlEditer {
 public:
     explicit Editor(const QString &text)
         : ctlEditer(nullptr)
-        , m_image(screen, QImage::Format_RGB32)
+        , m_image(view, QImage::Format_RGB32)
     {
-        resize(screen);
+        resize(view);
         setText(text);
         show();
     }
@@ -59,7 +59,7 @@ QString shapedText(int lines)
 void paintScreen(benchmark::State &state, const QString &text)
 {
     Editor editor(text);
-    const qint64 rows = screen.height() / editor.cellHeight();
+    const qint64 rows = view.height() / editor.cellHeight();
     for (auto _ : state)
         editor.paintRows(rows);
 }
