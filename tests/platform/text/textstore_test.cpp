@@ -113,7 +113,7 @@ void compareAll(const TextStore &store, const ModelStore &model)
     for (qint64 offset = 0; offset <= model.length(); ++offset)
         compareOffset(store, model, offset);
     for (qint64 row = 0; row < model.rows().size(); ++row) {
-        for (Subpixels x = -64; x < 12 * 64; x += 32)
+        for (Subpixels x = -64; x < 768; x += 32)
             compareRowAt(store, model, row, x);
     }
 }
