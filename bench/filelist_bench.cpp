@@ -1,0 +1,103 @@
+#include "filedialog/ctlfilelistview.h"
+
+#include <QApplication>
+#include <QByteArray>
+#include <QHeaderView>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int fileCount = 100'000;
+
+/// One application and one folder of 100,000 files for all benchmarks.
+class Fixture {
+public:
+    Fixture()
+    {
+        const QByteArray base = m_folder.path().toUtf8() + "/Report ";
+        for (int n = 0; n < fileCount; ++n) {
+            const QByteArray name = base + QByteArray::number(n * 7919LL % 1'000'003) + " of the year.txt";
+            const int file = ::open(name.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
+            (void)!::ftruncate(file, n * 37LL % 5'000'000);
+            const timespec times[] = { { n * 613LL, 0 }, { n * 613LL, 0 } };
+            ::futimens(file, times);
+            ::close(file);
+        }
+    }
+
+    QString path() const { return m_folder.path() + u'/'; }
+
+private:
+    int m_argc = 1;
+    char m_name[6] = "bench";
+    char *m_argv[2] = { m_name, nullptr };
+    QApplication m_application{ m_argc, m_argv };
+    QTemporaryDir m_folder;
+};
+
+Fixture &fixture()
+{
+    static auto *const instance = new Fixture; // outlives the application's own clean-up
+    return *instance;
+}
+
+/// Kilobytes of memory in use.
+double residentKilobytes()
+{
+    long pages = 0;
+    if (std::FILE *file = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(file, "%*d %ld", &pages) != 1)
+            pages = 0;
+        std::fclose(file);
+    }
+    return double(pages) * double(::sysconf(_SC_PAGESIZE)) / 1024;
+}
+
+void paint(ctlFileListView &list)
+{
+    QApplication::processEvents();
+    list.grab();
+}
+
+void showFolder(benchmark::State &state)
+{
+    const QString path = fixture().path();
+    ctlFileListView list;
+    list.resize(210, 130);
+    list.show();
+    paint(list);
+    const double before = residentKilobytes();
+    for (auto _ : state) {
+        list.showFolder(path);
+        paint(list);
+    }
+    state.counters["rows"] = list.topLevelItemCount();
+    state.counters["list_MB"] = (residentKilobytes() - before) / 1024;
+    state.counters["process_MB"] = residentKilobytes() / 1024;
+}
+BENCHMARK(showFolder)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+void sortByColumn(benchmark::State &state)
+{
+    ctlFileListView list;
+    list.resize(210, 130);
+    list.show();
+    list.showFolder(fixture().path());
+    Qt::SortOrder order = Qt::DescendingOrder;
+    for (auto _ : state) {
+        list.header()->setSortIndicator(int(state.range(0)), order);
+        paint(list);
+        order = order == Qt::AscendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder;
+    }
+}
+BENCHMARK(sortByColumn)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->Iterations(6);
+
+} // namespace
