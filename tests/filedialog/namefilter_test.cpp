@@ -50,7 +50,7 @@ void NameFilterTest::matches()
 void NameFilterTest::matchesAsTheSystemDoes_data()
 {
     QTest::addColumn<uint>("seed");
-    for (uint seed : { 1U, 2U, qEnvironmentVariableIntValue("SEED") + 3U })
+    for (uint seed : { 1U, 2U, uint(qEnvironmentVariableIntValue("SEED")) + 3U })
         QTest::addRow("seed %u", seed) << seed;
 }
 

@@ -67,7 +67,7 @@ void FilenameTest::everyShortNameComesBack()
 void FilenameTest::randomNamesComeBack_data()
 {
     QTest::addColumn<uint>("seed");
-    for (uint seed : { 1U, 2U, qEnvironmentVariableIntValue("SEED") + 3U })
+    for (uint seed : { 1U, 2U, uint(qEnvironmentVariableIntValue("SEED")) + 3U })
         QTest::addRow("seed %u", seed) << seed;
 }
 
