@@ -24,15 +24,18 @@ QRect pictureRect(const QStyleOptionViewItem &option)
     return style->subElementRect(QStyle::SE_ItemViewItemDecoration, &option, option.widget);
 }
 
-/// The cell with the style's margins outside of it where the text takes the column's whole width: a date does
-/// in wide fonts.
-QRect textCell(const QStyleOptionViewItem &option, int column)
+/// Sizes and dates that do not fit are set narrower: without its end a number would be another one.
+void narrowToFit(QStyleOptionViewItem &option)
 {
-    if (column != ctlFileListViewItem::DateColumn)
-        return option.rect;
+    constexpr int narrowest = 50; // per cent
+    constexpr int step = 5;
     const QStyle *style = option.widget ? option.widget->style() : QApplication::style();
     const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1;
-    return option.rect.adjusted(-margin, 0, margin, 0);
+    const int room = option.rect.width() - 2 * margin;
+    // Widths do not shrink in proportion: the system may choose a narrower face.
+    const auto fits = [&] { return QFontMetrics(option.font).horizontalAdvance(option.text) <= room; };
+    for (int stretch = QFont::Unstretched - step; !fits() && stretch >= narrowest; stretch -= step)
+        option.font.setStretch(stretch);
 }
 
 /// Columns count from the picture's left edge and reach its width, rows count from the row's edge.
@@ -66,15 +69,15 @@ QString FileListDelegate::displayText(const QVariant &value, const QLocale & /*l
 void FileListDelegate::paint(
     QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
+    QStyledItemDelegate::paint(painter, option, index);
+    const ctlFileListViewItem *item = namedItem(option, index);
+    if (!item)
+        return;
+    QStyleOptionViewItem cell(option);
+    initStyleOption(&cell, index);
     painter->save();
     painter->setClipRect(option.rect, Qt::IntersectClip);
-    QStyleOptionViewItem cell(option);
-    cell.rect = textCell(option, index.column());
-    QStyledItemDelegate::paint(painter, cell, index);
-    if (const ctlFileListViewItem *item = namedItem(option, index)) {
-        initStyleOption(&cell, index);
-        paintMarks(painter, option.rect, pictureRect(cell), *item);
-    }
+    paintMarks(painter, option.rect, pictureRect(cell), *item);
     painter->restore();
 }
 
@@ -83,4 +86,6 @@ void FileListDelegate::initStyleOption(QStyleOptionViewItem *option, const QMode
     QStyledItemDelegate::initStyleOption(option, index);
     if (const ctlFileListViewItem *item = namedItem(*option, index))
         option->decorationSize = filePicture(item->icon()).size;
+    else
+        narrowToFit(*option);
 }

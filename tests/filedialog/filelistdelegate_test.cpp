@@ -4,6 +4,7 @@
 #include "tests/filedialog/testfolder.h"
 
 #include <QImage>
+#include <QStyle>
 
 /// Pictures and marks, with pictures of one plain colour each.
 class DelegateTest : public QObject {
@@ -16,6 +17,8 @@ private slots:
     void paintsMarks_data();
     void paintsMarks();
     void showsUndecodableBytes();
+    void narrowsNumbersThatDoNotFit_data();
+    void narrowsNumbersThatDoNotFit();
 
 private:
     void makePicture(const char *name, QSize size, Qt::GlobalColor color);
@@ -128,6 +131,53 @@ void DelegateTest::showsUndecodableBytes()
     QCOMPARE(delegate.displayText(QStringLiteral(u"\xDC83\xDC83.txt"), QLocale::c()),
         QStringLiteral(u"\uFFFD\uFFFD.txt"));
     QCOMPARE(delegate.displayText(QStringLiteral("a\nb"), QLocale::c()), QStringLiteral(u"a\uFFFDb"));
+}
+
+void DelegateTest::narrowsNumbersThatDoNotFit_data()
+{
+    QTest::addColumn<bool>("vga");
+    QTest::addColumn<qint64>("kilobytes");
+    for (const bool vga : { false, true }) {
+        const char *const screen = vga ? "VGA" : "small";
+        for (const qint64 kilobytes : { 9LL, 999LL, 9'999LL, 99'999LL, 999'999LL })
+            QTest::addRow("%lld KB, %s", kilobytes, screen) << vga << kilobytes;
+    }
+}
+
+void DelegateTest::narrowsNumbersThatDoNotFit()
+{
+    /// What the style is given to paint.
+    struct Probe : FileListDelegate {
+        QStyleOptionViewItem optionOf(const ctlFileListView &list, const QModelIndex &index) const
+        {
+            QStyleOptionViewItem option;
+            option.initFrom(&list);
+            option.widget = &list;
+            option.rect = list.visualRect(index);
+            option.font = list.font();
+            initStyleOption(&option, index);
+            return option;
+        }
+    };
+    QFETCH(bool, vga);
+    QFETCH(qint64, kilobytes);
+    setScreenClass(vga);
+    loadFileIcons();
+    const TestFolder files;
+    files.file("file", kilobytes * 1024);
+    ctlFileListView list;
+    list.resize(600, 200);
+    list.show();
+    list.showFolder(files.path());
+    for (const int column : { 1, 2 }) {
+        const QModelIndex index = list.model()->index(0, column);
+        const QStyleOptionViewItem option = Probe().optionOf(list, index);
+        const int margin = list.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, &list) + 1;
+        const int room = option.rect.width() - 2 * margin;
+        QVERIFY(QFontMetrics(option.font).horizontalAdvance(option.text) <= room);
+        QCOMPARE(option.font.stretch() < QFont::Unstretched && option.font.stretch() > 0,
+            list.fontMetrics().horizontalAdvance(option.text) > room);
+    }
 }
 
 int main(int argc, char **argv)
