@@ -14,7 +14,7 @@
 namespace {
 
 /// Units of a primary selection that are kept when the text is marked no more.
-constexpr qint64 primaryKept = 4 * 1024 * 1024;
+constexpr qint64 primaryKept = qint64(4) << 20;
 
 QClipboard *clipboard()
 {

@@ -9,7 +9,7 @@ namespace {
 
 /// Units before and behind the cursor that input methods see; and of marked text.
 constexpr qint64 shownUnits = 1024;
-constexpr qint64 shownMarked = 64 * 1024;
+constexpr qint64 shownMarked = qint64(64) << 10;
 
 } // namespace
 

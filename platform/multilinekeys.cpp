@@ -63,40 +63,40 @@ bool bringsText(const QKeyEvent &event)
 struct QMultiLineEdit::Private::Command {
     QKeyCombination keys;
     Effect effect; ///< what changes the text does nothing in a read-only editor
-    void (*run)(Private &d);
+    void (*run)(Private &edit);
 
     static const Command table[];
     static const Command *of(QKeyCombination keys, bool readOnly);
 };
 
 const QMultiLineEdit::Private::Command QMultiLineEdit::Private::Command::table[] = {
-    { Qt::Key_Return, Effect::Changes, [](Private &d) { d.breakLine(); } },
-    { Qt::SHIFT | Qt::Key_Return, Effect::Changes, [](Private &d) { d.breakLine(); } },
-    { Qt::CTRL | Qt::Key_Return, Effect::Changes, [](Private &d) { d.breakLine(); } },
-    { Qt::CTRL | Qt::SHIFT | Qt::Key_Return, Effect::Changes, [](Private &d) { d.breakLine(); } },
-    { Qt::Key_Tab, Effect::Changes, [](Private &d) { d.insertText(u"\t", Joining::Typing); } },
+    { Qt::Key_Return, Effect::Changes, [](Private &edit) { edit.breakLine(); } },
+    { Qt::SHIFT | Qt::Key_Return, Effect::Changes, [](Private &edit) { edit.breakLine(); } },
+    { Qt::CTRL | Qt::Key_Return, Effect::Changes, [](Private &edit) { edit.breakLine(); } },
+    { Qt::CTRL | Qt::SHIFT | Qt::Key_Return, Effect::Changes, [](Private &edit) { edit.breakLine(); } },
+    { Qt::Key_Tab, Effect::Changes, [](Private &edit) { edit.insertText(u"\t", Joining::Typing); } },
     { Qt::SHIFT | Qt::Key_Backtab, Effect::Looks, [](Private &) { /* keeps the focus */ } },
     { Qt::SHIFT | Qt::Key_Tab, Effect::Looks, [](Private &) { /* keeps the focus */ } },
-    { Qt::Key_Backspace, Effect::Changes, [](Private &d) { d.eraseBack(); } },
-    { Qt::SHIFT | Qt::Key_Backspace, Effect::Changes, [](Private &d) { d.eraseBack(); } },
-    { Qt::Key_Delete, Effect::Changes, [](Private &d) { d.eraseForward(); } },
-    { Qt::CTRL | Qt::Key_Backspace, Effect::Changes, [](Private &d) { d.eraseWordBack(); } },
-    { Qt::CTRL | Qt::Key_Delete, Effect::Changes, [](Private &d) { d.eraseWordForward(); } },
-    { Qt::Key_Insert, Effect::Changes, [](Private &d) { d.q->setOverwriteMode(!d.overwrite); } },
-    { Qt::SHIFT | Qt::Key_Insert, Effect::Changes, [](Private &d) { d.q->paste(); } },
-    { Qt::CTRL | Qt::Key_Insert, Effect::Looks, [](Private &d) { d.q->copy(); } },
-    { Qt::SHIFT | Qt::Key_Delete, Effect::Changes, [](Private &d) { d.q->cut(); } },
-    { Qt::Key_Paste, Effect::Changes, [](Private &d) { d.q->paste(); } },
-    { Qt::Key_Copy, Effect::Looks, [](Private &d) { d.q->copy(); } },
-    { Qt::Key_Cut, Effect::Changes, [](Private &d) { d.q->cut(); } },
-    { Qt::Key_Undo, Effect::Changes, [](Private &d) { d.q->undo(); } },
-    { Qt::Key_Redo, Effect::Changes, [](Private &d) { d.q->redo(); } },
-    { Qt::CTRL | Qt::Key_Y, Effect::Changes, [](Private &d) { d.q->redo(); } },
-    { Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Effect::Changes, [](Private &d) { d.q->redo(); } },
-    { Qt::CTRL | Qt::Key_Up, Effect::Looks, [](Private &d) { d.setTop(d.top - 1); } },
-    { Qt::CTRL | Qt::Key_Down, Effect::Looks, [](Private &d) { d.setTop(d.top + 1); } },
-    { Qt::Key_Menu, Effect::Looks, [](Private &d) { d.showContextMenuAtCursor(); } },
-    { Qt::SHIFT | Qt::Key_F10, Effect::Looks, [](Private &d) { d.showContextMenuAtCursor(); } },
+    { Qt::Key_Backspace, Effect::Changes, [](Private &edit) { edit.eraseBack(); } },
+    { Qt::SHIFT | Qt::Key_Backspace, Effect::Changes, [](Private &edit) { edit.eraseBack(); } },
+    { Qt::Key_Delete, Effect::Changes, [](Private &edit) { edit.eraseForward(); } },
+    { Qt::CTRL | Qt::Key_Backspace, Effect::Changes, [](Private &edit) { edit.eraseWordBack(); } },
+    { Qt::CTRL | Qt::Key_Delete, Effect::Changes, [](Private &edit) { edit.eraseWordForward(); } },
+    { Qt::Key_Insert, Effect::Changes, [](Private &edit) { edit.q->setOverwriteMode(!edit.overwrite); } },
+    { Qt::SHIFT | Qt::Key_Insert, Effect::Changes, [](Private &edit) { edit.q->paste(); } },
+    { Qt::CTRL | Qt::Key_Insert, Effect::Looks, [](Private &edit) { edit.q->copy(); } },
+    { Qt::SHIFT | Qt::Key_Delete, Effect::Changes, [](Private &edit) { edit.q->cut(); } },
+    { Qt::Key_Paste, Effect::Changes, [](Private &edit) { edit.q->paste(); } },
+    { Qt::Key_Copy, Effect::Looks, [](Private &edit) { edit.q->copy(); } },
+    { Qt::Key_Cut, Effect::Changes, [](Private &edit) { edit.q->cut(); } },
+    { Qt::Key_Undo, Effect::Changes, [](Private &edit) { edit.q->undo(); } },
+    { Qt::Key_Redo, Effect::Changes, [](Private &edit) { edit.q->redo(); } },
+    { Qt::CTRL | Qt::Key_Y, Effect::Changes, [](Private &edit) { edit.q->redo(); } },
+    { Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Effect::Changes, [](Private &edit) { edit.q->redo(); } },
+    { Qt::CTRL | Qt::Key_Up, Effect::Looks, [](Private &edit) { edit.setTop(edit.top - 1); } },
+    { Qt::CTRL | Qt::Key_Down, Effect::Looks, [](Private &edit) { edit.setTop(edit.top + 1); } },
+    { Qt::Key_Menu, Effect::Looks, [](Private &edit) { edit.showContextMenuAtCursor(); } },
+    { Qt::SHIFT | Qt::Key_F10, Effect::Looks, [](Private &edit) { edit.showContextMenuAtCursor(); } },
 };
 
 const QMultiLineEdit::Private::Command *QMultiLineEdit::Private::Command::of(
