@@ -1,16 +1,21 @@
 #include "platform/text/advancetable.h"
 
+#include <QChar>
+
 #include <algorithm>
+
+namespace {
+
+constexpr size_t unitCount = 0x10000;
+
+} // namespace
 
 AdvanceTable::AdvanceTable(Measure measure)
     : m_measure(std::move(measure))
+    , m_units(std::make_unique_for_overwrite<quint16[]>(unitCount))
 {
-    static const auto unseen = [] {
-        std::array<quint16, 256> page;
-        page.fill(unknown);
-        return page;
-    }();
-    m_pages.fill(unseen.data());
+    std::fill_n(m_units.get(), unitCount, unknown);
+    m_surrogates.fill(unknown);
     for (size_t unit = 0; unit < m_latin1.size(); ++unit) {
         if (unit != '\t' && unit != '\n')
             m_latin1[unit] = quint16(advance(char16_t(unit)));
@@ -28,14 +33,11 @@ int AdvanceTable::advanceOf(char32_t codePoint) const
 
 int AdvanceTable::measureUnit(char16_t unit) const
 {
-    std::unique_ptr<quint16[]> &page = m_seenPages[unit >> 8];
-    if (!page) {
-        page = std::make_unique_for_overwrite<quint16[]>(256);
-        std::copy_n(m_pages[unit >> 8], 256, page.get());
-        m_pages[unit >> 8] = page.get();
-    }
-    const int width = measured(unit);
-    page[unit & 0xff] = quint16(width);
+    if (unit == u'\t' || unit == u'\n')
+        return measured(unit);
+    quint16 &width = QChar::isSurrogate(unit) ? m_surrogates[unit - 0xd800] : m_units[unit];
+    if (width == unknown)
+        width = quint16(measured(unit));
     return width;
 }
 

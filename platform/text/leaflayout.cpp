@@ -93,18 +93,39 @@ TextSummary sumAscii(const uchar *text, qint64 size, const TextLayout &layout, c
     return sum.finish(anyText ? width : INT_MAX, anyText ? width : 0);
 }
 
-/// Neither LF nor TAB, nor half a pair.
-inline bool isPlain(uchar unit)
-{
-    return unit != '\n' && unit != '\t';
-}
-inline bool isPlain(char16_t unit)
-{
-    return unit != u'\n' && unit != u'\t' && (unit & 0xf800) != 0xd800;
-}
+/// Width of a unit that is neither LF nor TAB nor half a pair, else AdvanceTable::unknown.
+class PlainWidths {
+public:
+    explicit PlainWidths(const TextLayout &layout)
+        : m_layout(layout)
+        , m_known(layout.knownWidths())
+    {
+    }
+
+    int of(uchar unit) const
+    {
+        return unit != '\n' && unit != '\t' ? m_layout.width(unit) : AdvanceTable::unknown;
+    }
+    int of(char16_t unit) const
+    {
+        const quint16 width = m_known[unit];
+        return width != AdvanceTable::unknown ? width : measured(unit);
+    }
+
+private:
+    int measured(char16_t unit) const
+    {
+        const bool isPlain = unit != u'\n' && unit != u'\t' && !QChar::isSurrogate(unit);
+        return isPlain ? m_layout.width(unit) : AdvanceTable::unknown;
+    }
+
+    const TextLayout &m_layout;
+    const quint16 *m_known;
+};
 
 template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const TextLayout &layout)
 {
+    const PlainWidths plain(layout);
     Summing sum(layout.tabStop());
     int narrowest = INT_MAX;
     int widest = 0;
@@ -115,8 +136,8 @@ template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const
             narrowest = qMin(narrowest, width);
             widest = qMax(widest, width);
         };
-        for (; i < size && isPlain(text[i]); ++i)
-            add(layout.width(text[i]));
+        for (int width; i < size && (width = plain.of(text[i])) != AdvanceTable::unknown; ++i)
+            add(width);
         if (i < size && text[i] != '\n' && text[i] != '\t')
             add(layout.width(text, size, i));
         sum.add(run);

@@ -10,16 +10,21 @@ quint64 newStamp()
     return ++last;
 }
 
+const AdvanceTable &onePixelEach()
+{
+    static const AdvanceTable table([](char32_t) { return int(subpixelsPerPixel); });
+    return table;
+}
+
 } // namespace
 
 TextLayout::TextLayout(const LayoutRule &rule)
     : m_rule(rule)
+    , m_advances(rule.advances ? rule.advances : &onePixelEach())
     , m_stamp(newStamp())
+    , m_latin1(m_advances->latin1())
 {
     Q_ASSERT(rule.tabStop > 0 && rule.limit >= 0);
-    m_latin1.fill(quint16(oneWidth));
-    if (rule.advances)
-        m_latin1 = rule.advances->latin1();
     const auto first = m_latin1.begin() + ' ';
     const auto end = m_latin1.begin() + 0x7f;
     if (std::all_of(first, end, [&](quint16 width) { return width == *first; }))
@@ -31,7 +36,7 @@ int TextLayout::surrogateWidth(const char16_t *text, qint64 size, qint64 i) cons
     if (QChar::isLowSurrogate(text[i]) && i > 0 && QChar::isHighSurrogate(text[i - 1]))
         return 0;
     const bool pair = QChar::isHighSurrogate(text[i]) && i + 1 < size && QChar::isLowSurrogate(text[i + 1]);
-    if (!pair || !m_rule.advances)
+    if (!pair)
         return width(text[i]);
-    return m_rule.advances->advanceOf(QChar::surrogateToUcs4(text[i], text[i + 1]));
+    return m_advances->advanceOf(QChar::surrogateToUcs4(text[i], text[i + 1]));
 }

@@ -70,7 +70,9 @@ public:
     int asciiWidth() const { return m_asciiWidth; }
 
     int width(uchar character) const { return m_latin1[character]; }
-    int width(char16_t unit) const { return m_rule.advances ? m_rule.advances->advance(unit) : oneWidth; }
+    int width(char16_t unit) const { return m_advances->advance(unit); }
+    /// As AdvanceTable::units().
+    const quint16 *knownWidths() const { return m_advances->units(); }
     int width(const uchar *text, qint64, qint64 i) const { return width(text[i]); }
     /// Width of unit `i` of a run of `size` units: that of the pair for a high surrogate, 0 for the low one.
     int width(const char16_t *text, qint64 size, qint64 i) const
@@ -79,10 +81,10 @@ public:
     }
 
 private:
-    static constexpr int oneWidth = int(subpixelsPerPixel);
     int surrogateWidth(const char16_t *text, qint64 size, qint64 i) const;
 
     LayoutRule m_rule;
+    const AdvanceTable *m_advances; ///< the rule's, or one in which everything is 1 pixel wide
     quint64 m_stamp;
     int m_asciiWidth = 0;
     std::array<quint16, 256> m_latin1;
