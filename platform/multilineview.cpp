@@ -65,7 +65,9 @@ void QMultiLineEdit::Private::updateScrollBars()
     QScrollBar *const horizontal = q->horizontalScrollBar();
     const int view = q->viewport()->width();
     const qreal wider = wrap == WidgetWidth ? 0 : contentWidth() - view;
-    const qreal hidden = wider > 0 ? wider + reserve(view) : 0;
+    // In steps, so that the bar does not change with every key in the widest row.
+    const int step = qMax(1, reserve(view));
+    const qreal hidden = wider > 0 ? step * std::ceil(wider / step + 1) : 0;
     constexpr qreal most = std::numeric_limits<int>::max() / 2;
     horizontal->setPageStep(view);
     horizontal->setSingleStep(qMax(1, qRound(2 * measure->xWidth())));
