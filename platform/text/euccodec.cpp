@@ -1,5 +1,4 @@
-#include "platform/text/blockdecoder.h"
-#include "platform/text/blockencoder.h"
+#include "platform/text/blockcodec.h"
 #include "platform/text/codecs.h"
 #include "platform/text/jistables.h"
 
@@ -153,27 +152,12 @@ private:
     quint16 m_escaped = 0; ///< the bytes just written, if they were escaped ones
 };
 
-/// EUC: JIS X 0208 in two bytes, half-width katakana behind 8E, JIS X 0212 behind 8F. Where bytes make no
-/// character the first alone is an escape: the next may begin something sound.
-class EucCodec : public TextCodec {
-public:
-    QByteArrayView name() const override { return "eucJP"; }
-
-    void decode(QByteArrayView bytes, TextSink &sink) const override
-    {
-        decodeBlocks<EucDecoder>(bytes, sink);
-    }
-
-    bool encode(const TextReader &next, const ByteSink &sink) const override
-    {
-        return encodeBlocks<EucEncoder>(next, sink);
-    }
-};
-
 } // namespace
 
+/// EUC: JIS X 0208 in two bytes, half-width katakana behind 8E, JIS X 0212 behind 8F. Where bytes make no
+/// character the first alone is an escape: the next may begin something sound.
 const TextCodec &eucCodec()
 {
-    static const EucCodec codec;
+    static const BlockCodec<EucDecoder, EucEncoder> codec("eucJP");
     return codec;
 }

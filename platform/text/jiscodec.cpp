@@ -1,5 +1,4 @@
-#include "platform/text/blockdecoder.h"
-#include "platform/text/blockencoder.h"
+#include "platform/text/blockcodec.h"
 #include "platform/text/codecs.h"
 #include "platform/text/jistables.h"
 
@@ -234,28 +233,13 @@ private:
     Literal m_literal;
 };
 
+} // namespace
+
 /// ISO-2022-JP with half-width katakana and JIS X 0212, in ASCII at each line end and at the end. Control
 /// characters, blanks and bytes above 7F stand for the same in every set; a line end does not change the set.
 /// An escape sequence that is none of the table is text.
-class JisCodec : public TextCodec {
-public:
-    QByteArrayView name() const override { return "JIS7"; }
-
-    void decode(QByteArrayView bytes, TextSink &sink) const override
-    {
-        decodeBlocks<JisDecoder>(bytes, sink);
-    }
-
-    bool encode(const TextReader &next, const ByteSink &sink) const override
-    {
-        return encodeBlocks<JisEncoder>(next, sink);
-    }
-};
-
-} // namespace
-
 const TextCodec &jisCodec()
 {
-    static const JisCodec codec;
+    static const BlockCodec<JisDecoder, JisEncoder> codec("JIS7");
     return codec;
 }

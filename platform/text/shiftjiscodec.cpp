@@ -1,5 +1,4 @@
-#include "platform/text/blockdecoder.h"
-#include "platform/text/blockencoder.h"
+#include "platform/text/blockcodec.h"
 #include "platform/text/codecs.h"
 #include "platform/text/jistables.h"
 
@@ -91,27 +90,12 @@ private:
     uchar m_escaped = 0; ///< the byte just written, if it was an escaped one
 };
 
-/// Shift-JIS with the repertoire of Windows-31J; 5C and 7E stay U+005C and U+007E. Where two bytes make no
-/// character the first alone is an escape (or a half-width katakana): the second may begin something sound.
-class ShiftJisCodec : public TextCodec {
-public:
-    QByteArrayView name() const override { return "SJIS"; }
-
-    void decode(QByteArrayView bytes, TextSink &sink) const override
-    {
-        decodeBlocks<ShiftJisDecoder>(bytes, sink);
-    }
-
-    bool encode(const TextReader &next, const ByteSink &sink) const override
-    {
-        return encodeBlocks<ShiftJisEncoder>(next, sink);
-    }
-};
-
 } // namespace
 
+/// Shift-JIS with the repertoire of Windows-31J; 5C and 7E stay U+005C and U+007E. Where two bytes make no
+/// character the first alone is an escape (or a half-width katakana): the second may begin something sound.
 const TextCodec &shiftJisCodec()
 {
-    static const ShiftJisCodec codec;
+    static const BlockCodec<ShiftJisDecoder, ShiftJisEncoder> codec("SJIS");
     return codec;
 }

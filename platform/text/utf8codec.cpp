@@ -1,5 +1,4 @@
-#include "platform/text/blockdecoder.h"
-#include "platform/text/blockencoder.h"
+#include "platform/text/blockcodec.h"
 #include "platform/text/codecs.h"
 
 namespace {
@@ -102,27 +101,12 @@ private:
     static uchar continuation(char32_t bits) { return static_cast<uchar>(0x80 | (bits & 0x3F)); }
 };
 
-/// Every byte of an overlong form, of a surrogate, of a number beyond U+10FFFF or of a cut sequence is an
-/// escape, so that no two sequences of bytes give the same text.
-class Utf8Codec : public TextCodec {
-public:
-    QByteArrayView name() const override { return "UTF8"; }
-
-    void decode(QByteArrayView bytes, TextSink &sink) const override
-    {
-        decodeBlocks<Utf8Decoder>(bytes, sink);
-    }
-
-    bool encode(const TextReader &next, const ByteSink &sink) const override
-    {
-        return encodeBlocks<Utf8Encoder>(next, sink);
-    }
-};
-
 } // namespace
 
+/// Every byte of an overlong form, of a surrogate, of a number beyond U+10FFFF or of a cut sequence is an
+/// escape, so that no two sequences of bytes give the same text.
 const TextCodec &utf8Codec()
 {
-    static const Utf8Codec codec;
+    static const BlockCodec<Utf8Decoder, Utf8Encoder> codec("UTF8");
     return codec;
 }

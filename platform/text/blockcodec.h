@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/text/blockdecoder.h"
+#include "platform/text/blockencoder.h"
+#include "platform/text/textcodec.h"
+
+/// The codec of one decoder and one encoder that work block by block and have nothing before or behind the
+/// text.
+template <typename Decoder, typename Encoder> class BlockCodec : public TextCodec {
+public:
+    explicit BlockCodec(QByteArrayView name)
+        : m_name(name)
+    {
+    }
+
+    QByteArrayView name() const override { return m_name; }
+
+    void decode(QByteArrayView bytes, TextSink &sink) const override { decodeBlocks<Decoder>(bytes, sink); }
+
+    bool encode(const TextReader &next, const ByteSink &sink) const override
+    {
+        return encodeBlocks<Encoder>(next, sink);
+    }
+
+private:
+    QByteArrayView m_name; ///< of a literal
+};
