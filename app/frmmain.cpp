@@ -44,6 +44,7 @@ frmMain::frmMain(QWidget *parent)
     createActions();
     buildMenus();
     createToolBar();
+    nameControls();
     m_documents = new DocumentArea(this);
     setCentralWidget(m_documents);
     connect(tabBar(), &ctlTabBar::currentChanged, this, &frmMain::slotTabCurrentChanged);

@@ -151,6 +151,7 @@ private:
     QAction *createAction(const Command &command);
     void createToolBar();
     void buildMenus();
+    void nameControls();
     void fillMenu(MenuId id);
     void showToolBarLabels();
     void coverScreen();

@@ -63,7 +63,9 @@ ctlEditer *frmMain::addDocument(const QString &caption)
     connect(editor, &ctlEditer::redoAvailable2, this, &frmMain::slotEdRedoAvailable);
     connect(editor, &ctlEditer::copyAvailable, this, &frmMain::slotEdCopyAvailable);
     m_documents->stack()->addWidget(editor);
-    tabBar()->addTab(editor, caption.isEmpty() ? editor->name() : caption);
+    const QString name = caption.isEmpty() ? editor->name() : caption;
+    tabBar()->addTab(editor, name);
+    editor->setAccessibleName(name);
     return editor;
 }
 
@@ -216,6 +218,7 @@ void frmMain::updateTabText(ctlEditer *editor)
 {
     const QString name = FileName::forDisplay(editor->name());
     tabBar()->setTabCaption(editor, editor->edited() ? u"* "_s + name : name);
+    editor->setAccessibleName(name);
 }
 
 void frmMain::updateCaption()

@@ -7,6 +7,7 @@
 #include <QLayout>
 #include <QMenu>
 #include <QToolBar>
+#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -92,6 +93,19 @@ void frmMain::buildMenus()
     for (std::size_t i = 0; i < menuCount; ++i)
         fillMenu(MenuId(i));
     rebuildRecentMenu();
+}
+
+/// Names for those who cannot see what the controls are.
+void frmMain::nameControls()
+{
+    m_menuBar->setAccessibleName(tr("Menus"));
+    m_menuBar->parentWidget()->setAccessibleName(tr("Menus"));
+    m_toolBar->setAccessibleName(tr("Tool bar"));
+    for (QMenu *const menu : findChildren<QMenu *>())
+        menu->setAccessibleName(menu->title().remove(u'&'));
+    // Appears where a bar is too narrow for its buttons.
+    for (QToolButton *const more : findChildren<QToolButton *>(u"qt_toolbar_ext_button"_s))
+        more->setAccessibleName(tr("More buttons"));
 }
 
 void frmMain::fillMenu(MenuId id)

@@ -92,6 +92,7 @@ void frmMain::changeLanguage(int language, const QString &missingFileText)
     }
     appSettings().Lang = language;
     buildMenus();
+    nameControls();
 }
 
 /// Puts the language's translator in the place of the present one. False, with nothing changed, when its file

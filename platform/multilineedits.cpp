@@ -6,6 +6,8 @@ void QMultiLineEdit::Private::beginOperation()
         return;
     damage = {};
     damage.rowsBefore = store.rowCount();
+    damage.lengthBefore = store.length();
+    announcer.keep(store);
     freezePrimary();
     updateMarkedRows();
     updateRow(rowColOf(cursor).row);
@@ -20,6 +22,9 @@ void QMultiLineEdit::Private::endOperation()
         goalX.reset();
         updateScrollBars();
         repaintDamage();
+        const qint64 inserted = damage.end - damage.start;
+        const qint64 removed = inserted + damage.lengthBefore - store.length();
+        announcer.announceChange(store, damage.start, removed, inserted);
     }
     updateMarkedRows();
     updateRow(rowColOf(cursor).row);
@@ -64,14 +69,6 @@ void QMultiLineEdit::Private::noteChange(qint64 offset, qint64 removed, qint64 i
         damage.start = qMin(damage.start, offset);
         damage.end = offset + inserted + qMax<qint64>(0, behind);
     }
-    announceChange(offset, removed, inserted);
-}
-
-void QMultiLineEdit::Private::announceChange(qint64 offset, qint64 removed, qint64 inserted)
-{
-    Q_UNUSED(offset)
-    Q_UNUSED(removed)
-    Q_UNUSED(inserted)
 }
 
 /// Rows above the first changed one stay, but for the one it continues, which may have room for more now.
@@ -105,6 +102,8 @@ void QMultiLineEdit::Private::reportAvailability()
 void QMultiLineEdit::Private::startAnew(TextStore &&text)
 {
     freezePrimary();
+    const qint64 gone = store.length();
+    announcer.keep(store);
     store = std::move(text);
     store.setLayoutRule(layoutRule());
     history.clear();
@@ -115,6 +114,7 @@ void QMultiLineEdit::Private::startAnew(TextStore &&text)
     q->setXOffset(0);
     q->viewport()->update();
     edited = true;
+    announcer.announceChange(store, 0, gone, store.length());
     announceCursor();
     emit q->textChanged();
 }
@@ -133,6 +133,21 @@ static qint64 overwrittenEnd(const TextStore &store, qint64 offset, qint64 count
     while (count-- > 0 && offset < store.length() && store.at(offset) != u'\n')
         offset = nextCursorStop(store, offset);
     return offset;
+}
+
+/// A place between `from` and `to` goes to `from`, one behind them goes along with its text.
+void QMultiLineEdit::Private::replaceRange(qint64 from, qint64 to, QStringView text)
+{
+    const auto kept = [&](CursorPlace place) {
+        if (place.offset < from)
+            return place;
+        return place.offset < to ? CursorPlace{ from }
+                                 : CursorPlace{ place.offset + text.size() - (to - from) };
+    };
+    Operation operation(*this);
+    replace(from, to - from, text);
+    cursor = kept(cursor);
+    anchor = kept(anchor);
 }
 
 void QMultiLineEdit::Private::typeText(const QString &text)

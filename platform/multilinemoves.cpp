@@ -140,5 +140,6 @@ void QMultiLineEdit::Private::announceCursor()
 {
     restartBlink();
     tellInputMethod();
+    announcer.announceCursor(cursor.offset, anchor.offset);
     reportAvailability();
 }

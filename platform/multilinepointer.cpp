@@ -149,13 +149,27 @@ bool QMultiLineEdit::Private::tablet(QTabletEvent &event)
     }
 }
 
-/// One finger scrolls and flicks, a tap places the cursor and asks for the keyboard on the screen.
+void QMultiLineEdit::Private::tap(QPointF at)
+{
+    q->commitPreedit();
+    moveTo(placeAtPoint(at), Marking::Drop);
+    q->setFocus(Qt::MouseFocusReason);
+    if (!readOnly)
+        QGuiApplication::inputMethod()->show();
+}
+
+/// The first finger scrolls and flicks, whether others go along or not; a tap of one finger places the cursor
+/// and asks for the keyboard on the screen.
 bool QMultiLineEdit::Private::touch(QTouchEvent &event)
 {
     QScroller *const scroller = QScroller::scroller(q->viewport());
-    const QPointF at = event.points().constFirst().position();
     const auto time = qint64(event.timestamp());
-    qDebug() << at << event.points();
+    if (event.type() == QEvent::TouchBegin)
+        pointer.finger = event.points().constFirst().id();
+    if (event.points().size() > 1)
+        pointer.longPress.stop();
+    const QEventPoint *const finger = event.pointById(pointer.finger);
+    const QPointF at = finger ? finger->position() : pointer.lastAt;
     switch (event.type()) {
     case QEvent::TouchBegin:
         pointer.gesture = Gesture::Scroll;
@@ -167,16 +181,19 @@ bool QMultiLineEdit::Private::touch(QTouchEvent &event)
         pointer.lastAt = at;
         if (movedEnough(pointer.pressedAt, at))
             pointer.longPress.stop();
-        if (pointer.gesture == Gesture::Scroll)
+        if (pointer.gesture != Gesture::Scroll)
+            return true;
+        if (finger && finger->state() != QEventPoint::Released) {
             scroller->handleInput(QScroller::InputMove, at, time);
+        } else {
+            scroller->handleInput(QScroller::InputRelease, at, time);
+            pointer.gesture = Gesture::Done;
+        }
         return true;
     case QEvent::TouchEnd:
         scroller->handleInput(QScroller::InputRelease, at, time);
-        if (pointer.longPress.isActive()) {
-            moveTo(placeAtPoint(at), Marking::Drop);
-            q->setFocus(Qt::MouseFocusReason);
-            QGuiApplication::inputMethod()->show();
-        }
+        if (pointer.longPress.isActive())
+            tap(at);
         pointer.longPress.stop();
         pointer.gesture = Gesture::None;
         return true;

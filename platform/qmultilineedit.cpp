@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QScrollEvent>
 #include <QShowEvent>
 #include <QStyleHints>
@@ -31,6 +32,7 @@ QMultiLineEdit::Private::Private(QMultiLineEdit *edit)
     : q(edit)
     , measure(FontMeasure::forFont(edit->font(), edit->devicePixelRatioF()))
     , store(layoutRule())
+    , announcer(edit)
 {
 }
 
@@ -93,6 +95,7 @@ QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     : QAbstractScrollArea(parent)
     , d(std::make_unique<Private>(this))
 {
+    TextAccessible::install();
     instances().append(this);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
@@ -102,6 +105,8 @@ QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
     viewport()->setCursor(Qt::IBeamCursor);
+    verticalScrollBar()->setAccessibleName(tr("Vertical scroll bar"));
+    horizontalScrollBar()->setAccessibleName(tr("Horizontal scroll bar"));
     connect(QGuiApplication::styleHints(), &QStyleHints::cursorFlashTimeChanged, this,
         [this] { d->restartBlink(); });
 }

@@ -204,4 +204,5 @@ private:
     struct Private;
     std::unique_ptr<Private> d;
     friend struct Private;
+    friend class TextAccessible;
 };

@@ -4,6 +4,7 @@
 #include "platform/qmultilineedit.h"
 #include "platform/rowlayout.h"
 #include "platform/scrollrange.h"
+#include "platform/textaccessible.h"
 #include "platform/wordbounds.h"
 
 #include <QBasicTimer>
@@ -107,6 +108,7 @@ struct QMultiLineEdit::Private {
         qint64 start = 0; ///< of the changed text, in offsets of the text as it is now
         qint64 end = 0;
         qint64 rowsBefore = 0;
+        qint64 lengthBefore = 0;
     };
     int operations = 0; ///< that are nested at the moment
     Damage damage;
@@ -129,6 +131,7 @@ struct QMultiLineEdit::Private {
     void startAnew(TextStore &&text);
 
     void insertText(QStringView text, Joining joining);
+    void replaceRange(qint64 from, qint64 to, QStringView text);
     void typeText(const QString &text);
     void breakLine();
     void erase(qint64 from, qint64 to, Joining joining);
@@ -155,8 +158,7 @@ struct QMultiLineEdit::Private {
     void mark(qint64 from, qint64 to);
     /// Does not scroll.
     void setCursorAndAnchor(CursorPlace to, CursorPlace from);
-    /// The one place that every change of the text and of the cursor passes, for whoever wants to be told.
-    void announceChange(qint64 offset, qint64 removed, qint64 inserted);
+    /// Tells everybody who follows the cursor that it has moved.
     void announceCursor();
 
     // The view.
@@ -213,6 +215,7 @@ struct QMultiLineEdit::Private {
         QPointF pressedAt;
         QPointF lastAt;
         TextRange origin; ///< the word or line that marking began with
+        int finger = -1; ///< id of the touch point that scrolls
         QBasicTimer autoScroll; ///< runs only while marking beyond the view's edge
         QBasicTimer longPress; ///< runs only while a pen or finger is held still
         QBasicTimer tripleClick; ///< runs for the time a third click may follow in
@@ -228,6 +231,7 @@ struct QMultiLineEdit::Private {
     void longPressed();
     bool tablet(QTabletEvent &event);
     bool touch(QTouchEvent &event);
+    void tap(QPointF at);
     bool scrollPrepare(QScrollPrepareEvent &event);
     bool scrollTo(QScrollEvent &event);
 
@@ -249,6 +253,9 @@ struct QMultiLineEdit::Private {
     void drop(QDropEvent &event);
     void showContextMenu(const QPoint &globalPosition);
     void showContextMenuAtCursor();
+
+    // Assistive technology.
+    TextAnnouncer announcer;
 
     // Input methods.
     Preedit preedit;

@@ -57,10 +57,12 @@ qint64 TextPiece::length() const
     return length;
 }
 
-QString TextPiece::text() const
+QString TextPiece::text(qint64 offset, qint64 length) const
 {
-    QString text(length(), Qt::Uninitialized);
-    copyUnits(tree(), 0, text.size(), reinterpret_cast<char16_t *>(text.data()));
+    Q_ASSERT(offset >= 0 && length >= 0 && offset + length <= this->length());
+    QString text(length, Qt::Uninitialized);
+    if (length > 0)
+        copyUnits(tree(), offset, length, reinterpret_cast<char16_t *>(text.data()));
     return text;
 }
 

@@ -141,7 +141,9 @@ public:
     /// From a string, e.g. typed text.
     explicit TextPiece(QStringView text);
     qint64 length() const;
-    QString text() const;
+    QString text() const { return text(0, length()); }
+    /// A part of it; the cost is the part's length.
+    QString text(qint64 offset, qint64 length) const;
     /// Bytes of memory it holds, about; what it shares with a store or other pieces is counted here as well.
     qint64 memory() const;
     /// Puts another piece behind or before this one: O(log n).

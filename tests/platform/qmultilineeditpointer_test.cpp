@@ -2,11 +2,17 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QInputMethodEvent>
 #include <QMenu>
 #include <QPointingDevice>
 #include <QScrollBar>
+#include <QScroller>
 #include <QStyleHints>
 #include <QTabletEvent>
+
+#include <private/qinputmethod_p.h>
+#include <qpa/qplatforminputcontext.h>
 
 using namespace Qt::StringLiterals;
 
@@ -35,7 +41,12 @@ private slots:
     void penHeldStillOpensTheMenu();
     void movingPenOpensNoMenu();
     void tapPlacesTheCursor();
+    void tapAsksForTheKeyboard();
+    void tapEndsComposing();
     void fingerScrolls();
+    void flickGoesOn();
+    void twoFingersScroll();
+    void twoFingersDoNotTap();
     void fingerHeldStillOpensTheMenu();
 
 private:
@@ -322,6 +333,113 @@ void QMultiLineEditPointerTest::tapPlacesTheCursor()
     QTest::touchEvent(view, touchScreen()).release(0, at(0, 3), view);
     QCOMPARE(MarkedText::draw(*m_edit), u"hel|lo\nworld"_s);
     QVERIFY(m_edit->hasFocus());
+    QVERIFY(!hasTimers());
+}
+
+namespace {
+
+/// Counts how often the keyboard on the screen is asked for.
+class KeyboardAsked : public QPlatformInputContext {
+public:
+    KeyboardAsked() { QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = this; }
+    ~KeyboardAsked() override
+    {
+        QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = nullptr;
+    }
+    Q_DISABLE_COPY_MOVE(KeyboardAsked)
+    bool isValid() const override { return true; }
+    void showInputPanel() override { ++times; }
+    int times = 0;
+};
+
+} // namespace
+
+void QMultiLineEditPointerTest::tapAsksForTheKeyboard()
+{
+    const KeyboardAsked keyboard;
+    QWidget *const view = m_edit->viewport();
+    const auto tap = [view] {
+        QTest::touchEvent(view, touchScreen()).press(0, QPoint(20, 20), view);
+        QTest::touchEvent(view, touchScreen()).release(0, QPoint(20, 20), view);
+    };
+    m_edit->setText(u"hello\n"_s.repeated(200));
+    QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(20, 20));
+    QCOMPARE(keyboard.times, 0);
+    tap();
+    QCOMPARE(keyboard.times, 1);
+    tap();
+    QCOMPARE(keyboard.times, 2);
+    QTest::touchEvent(view, touchScreen()).press(0, QPoint(20, 180), view);
+    QTest::touchEvent(view, touchScreen()).move(0, QPoint(20, 20), view);
+    QTest::touchEvent(view, touchScreen()).release(0, QPoint(20, 20), view);
+    QCOMPARE(keyboard.times, 2);
+    m_edit->setReadOnly(true);
+    tap();
+    QCOMPARE(keyboard.times, 2);
+}
+
+void QMultiLineEditPointerTest::tapEndsComposing()
+{
+    MarkedText::load(*m_edit, u"ab|"_s);
+    QInputMethodEvent composing(u"かな"_s, {});
+    QCoreApplication::sendEvent(m_edit.get(), &composing);
+    QWidget *const view = m_edit->viewport();
+    QTest::touchEvent(view, touchScreen()).press(0, at(0, 0), view);
+    QTest::touchEvent(view, touchScreen()).release(0, at(0, 0), view);
+    QCOMPARE(MarkedText::draw(*m_edit), u"|abかな"_s);
+}
+
+void QMultiLineEditPointerTest::flickGoesOn()
+{
+    m_edit->setText(u"line\n"_s.repeated(2000));
+    QWidget *const view = m_edit->viewport();
+    QPoint finger(100, 280);
+    QElapsedTimer clock;
+    clock.start();
+    QTest::touchEvent(view, touchScreen()).press(0, finger, view);
+    while (finger.y() > 80) {
+        finger.setY(280 - int(clock.elapsed()));
+        QTest::touchEvent(view, touchScreen()).move(0, finger, view);
+    }
+    QTest::touchEvent(view, touchScreen()).release(0, finger, view);
+    const qint64 released = m_edit->topRow();
+    QTRY_VERIFY(m_edit->topRow() > released + 3);
+    QScroller::scroller(view)->stop();
+}
+
+void QMultiLineEditPointerTest::twoFingersScroll()
+{
+    m_edit->setText(u"line\n"_s.repeated(200));
+    QWidget *const view = m_edit->viewport();
+    QPoint left(100, 280);
+    QPoint right(150, 270);
+    QTest::touchEvent(view, touchScreen()).press(0, left, view);
+    QTest::touchEvent(view, touchScreen()).move(0, left, view).press(1, right, view);
+    for (int step = 0; step < 20; ++step) {
+        left.ry() -= 10;
+        right.ry() -= 10;
+        QTest::touchEvent(view, touchScreen()).move(0, left, view).move(1, right, view);
+    }
+    QTRY_VERIFY(m_edit->topRow() > 3);
+    QTest::touchEvent(view, touchScreen()).release(0, left, view).move(1, right, view);
+    QTRY_VERIFY(QScroller::scroller(view)->state() != QScroller::Dragging);
+    QScroller::scroller(view)->stop();
+    const qint64 top = m_edit->topRow();
+    right.ry() -= 100;
+    QTest::touchEvent(view, touchScreen()).move(1, right, view);
+    QTest::touchEvent(view, touchScreen()).release(1, right, view);
+    QCOMPARE(m_edit->topRow(), top);
+    QCOMPARE(m_edit->cursorOffset(), 0);
+    QVERIFY(!hasTimers());
+}
+
+void QMultiLineEditPointerTest::twoFingersDoNotTap()
+{
+    m_edit->setText(u"hello"_s);
+    QWidget *const view = m_edit->viewport();
+    QTest::touchEvent(view, touchScreen()).press(0, at(0, 3), view).press(1, at(0, 5), view);
+    QTest::touchEvent(view, touchScreen()).release(0, at(0, 3), view).release(1, at(0, 5), view);
+    QCOMPARE(m_edit->cursorOffset(), 0);
     QVERIFY(!hasTimers());
 }
 
