@@ -1,0 +1,202 @@
+#include "platform/qmultilineedit.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Edit : public QMultiLineEdit {
+public:
+    using QMultiLineEdit::isComposing;
+    using QMultiLineEdit::preedit;
+};
+
+/// What a program prints, without the line end.
+QString outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+void press(const QString &keys)
+{
+    outputOf(u"xdotool"_s, QStringList{ u"key"_s } + keys.split(u' '));
+}
+
+/// The input method that knows Japanese is the only one, so that it gets every key.
+constexpr char profile[] = "[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=anthy\n\n"
+                           "[Groups/0/Items/0]\nName=anthy\nLayout=\n\n[GroupOrder]\n0=Default\n";
+
+} // namespace
+
+/// A Japanese input method, driven by keys from outside, writing into a text area in a real window.
+class InputMethodTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void cleanup();
+
+    void composesConvertsAndCommits();
+    void candidatesStandAtTheCursor();
+    void escapeLeavesTheText();
+    void clickEndsComposing();
+    void replacesMarkedText();
+
+private:
+    QRect candidates() const;
+
+    QProcess m_daemon;
+    std::unique_ptr<Edit> m_edit;
+};
+
+void InputMethodTest::initTestCase()
+{
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/fcitx5"_s;
+    QVERIFY(QDir().mkpath(folder));
+    QFile file(folder + u"/profile"_s);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(profile);
+    file.close();
+    m_daemon.setStandardErrorFile(QProcess::nullDevice());
+    m_daemon.start(u"fcitx5"_s, { u"--disable=wayland,waylandim"_s });
+    QVERIFY(m_daemon.waitForStarted());
+    QTRY_COMPARE_WITH_TIMEOUT(outputOf(u"fcitx5-remote"_s, { u"-n"_s }), u"anthy"_s, 60'000);
+}
+
+void InputMethodTest::cleanupTestCase()
+{
+    m_daemon.terminate();
+    if (!m_daemon.waitForFinished())
+        m_daemon.kill();
+}
+
+void InputMethodTest::init()
+{
+    m_edit = std::make_unique<Edit>();
+    m_edit->resize(500, 300);
+    m_edit->setText(u"abc\nsecond"_s);
+    m_edit->setEdited(false);
+    m_edit->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_edit.get()));
+    m_edit->setFocus();
+    // Anything but "0": a text that has the focus is known to it.
+    QTRY_VERIFY(outputOf(u"fcitx5-remote"_s, {}).toInt() > 0);
+}
+
+void InputMethodTest::cleanup()
+{
+    m_edit.reset();
+    QTRY_COMPARE(outputOf(u"fcitx5-remote"_s, {}), u"0"_s);
+}
+
+/// Where the window with the candidates is; null as long as there is none.
+QRect InputMethodTest::candidates() const
+{
+    const QString found =
+        outputOf(u"xdotool"_s, { u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"Fcitx5 Input Window"_s });
+    if (found.isEmpty())
+        return {};
+    const QStringList lines =
+        outputOf(u"xdotool"_s, { u"getwindowgeometry"_s, u"--shell"_s, found.section(u'\n', 0, 0) })
+            .split(u'\n');
+    const auto value = [&lines](const QString &key) {
+        return lines.filter(key + u'=').value(0).section(u'=', 1).toInt();
+    };
+    return { value(u"X"_s), value(u"Y"_s), value(u"WIDTH"_s), value(u"HEIGHT"_s) };
+}
+
+void InputMethodTest::composesConvertsAndCommits()
+{
+    QSignalSpy returned(m_edit.get(), &QMultiLineEdit::returnPressed);
+    press(u"n i h o n g o"_s);
+    QTRY_COMPARE(m_edit->preedit().text, u"にほんご"_s);
+    QVERIFY(!m_edit->preedit().formats.isEmpty());
+    for (const QInputMethodEvent::Attribute &format : m_edit->preedit().formats)
+        QVERIFY(format.value.value<QTextFormat>().toCharFormat().fontUnderline());
+    QCOMPARE(m_edit->text(), u"abc\nsecond"_s);
+    QVERIFY(!m_edit->edited());
+    QVERIFY(!m_edit->history().canUndo());
+
+    press(u"space"_s);
+    QTRY_COMPARE(m_edit->preedit().text, u"日本語"_s);
+    QCOMPARE(m_edit->text(), u"abc\nsecond"_s);
+    press(u"Return"_s);
+    QTRY_COMPARE(m_edit->text(), u"日本語abc\nsecond"_s);
+    QVERIFY(!m_edit->isComposing());
+    QVERIFY(returned.isEmpty());
+    QCOMPARE(m_edit->cursorOffset(), 3);
+    QCOMPARE(m_edit->history().undoSteps(), 1);
+    press(u"Return"_s);
+    QTRY_COMPARE(m_edit->text(), u"日本語\nabc\nsecond"_s);
+    QCOMPARE(returned.size(), 1);
+}
+
+void InputMethodTest::candidatesStandAtTheCursor()
+{
+    m_edit->setCursorPosition(1, 3);
+    press(u"n i h o n g o space space"_s);
+    QTRY_VERIFY(!candidates().isNull());
+    const QRect cursor = m_edit->cursorRect().translated(m_edit->viewport()->mapToGlobal(QPoint()));
+    QTRY_VERIFY(qAbs(candidates().top() - cursor.bottom()) <= 5);
+    QTRY_VERIFY(qAbs(candidates().left() - cursor.left()) <= 5);
+    press(u"Return"_s);
+    QTRY_VERIFY(!m_edit->isComposing());
+    QTRY_VERIFY(candidates().isNull());
+}
+
+void InputMethodTest::escapeLeavesTheText()
+{
+    press(u"k a"_s);
+    QTRY_COMPARE(m_edit->preedit().text, u"か"_s);
+    press(u"Escape"_s);
+    QTRY_VERIFY(!m_edit->isComposing());
+    QCOMPARE(m_edit->text(), u"abc\nsecond"_s);
+    QVERIFY(!m_edit->edited());
+}
+
+void InputMethodTest::clickEndsComposing()
+{
+    press(u"k a"_s);
+    QTRY_COMPARE(m_edit->preedit().text, u"か"_s);
+    QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, m_edit->cellRect(1).toRect().center());
+    QTRY_COMPARE(m_edit->text(), u"かabc\nsecond"_s);
+    QVERIFY(!m_edit->isComposing());
+    QCOMPARE(m_edit->cursorPosition().row, 1);
+    press(u"k i Return"_s);
+    QTRY_COMPARE(m_edit->text(), u"かabc\nsecondき"_s);
+}
+
+void InputMethodTest::replacesMarkedText()
+{
+    m_edit->setCursorPosition(0, 0);
+    m_edit->setCursorPosition(0, 3, true);
+    press(u"k a"_s);
+    QTRY_COMPARE(m_edit->preedit().text, u"か"_s);
+    QCOMPARE(m_edit->markedText(), u"abc"_s);
+    press(u"Return"_s);
+    QTRY_COMPARE(m_edit->text(), u"か\nsecond"_s);
+    m_edit->undo();
+    QCOMPARE(m_edit->text(), u"abc\nsecond"_s);
+}
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_IM_MODULE", "fcitx");
+    QApplication application(argc, argv);
+    InputMethodTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "inputmethod_test.moc"
