@@ -49,9 +49,9 @@ int MessageBox::question(QWidget *parent, const QString &title, const QString &t
     setTexts(box, title, text);
     box.setIcon(QMessageBox::Information);
     QList<QPushButton *> pushButtons;
-    // One role for all keeps their order, and no button becomes the one for Escape by its role.
+    // Every desktop leaves buttons of this role in their order, and none becomes the one for Escape by it.
     for (const QString &button : buttons)
-        pushButtons.append(box.addButton(button, QMessageBox::YesRole));
+        pushButtons.append(box.addButton(button, QMessageBox::ActionRole));
     box.setDefaultButton(pushButtons.at(defaultButton));
     if (escapeButton != noEscape)
         box.setEscapeButton(pushButtons.at(escapeButton));

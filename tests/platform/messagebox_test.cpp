@@ -1,7 +1,10 @@
 #include "platform/messagebox.h"
 #include "tests/messageboxes.h"
 
+#include <QScopeGuard>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -14,6 +17,8 @@ private slots:
     void showsTextsAsTheyAre();
     void answersWithTheButtonPressed_data();
     void answersWithTheButtonPressed();
+    void buttonsStandInTheirOrder_data();
+    void buttonsStandInTheirOrder();
     void escapePressesItsButton();
     void escapeDoesNothingWithoutItsButton();
 };
@@ -66,6 +71,35 @@ void MessageBoxTest::answersWithTheButtonPressed()
     QCOMPARE(boxes.shown().at(0).buttons, buttons);
     QCOMPARE(boxes.shown().at(0).defaultButton, u"Yes"_s);
     QCOMPARE(boxes.shown().at(0).escapeButton, u"Cancel"_s);
+}
+
+void MessageBoxTest::buttonsStandInTheirOrder_data()
+{
+    // The button layouts of the toolkit's desktops, by their numbers in a style sheet.
+    QTest::addColumn<int>("layout");
+    QTest::newRow("first to last") << 0;
+    QTest::newRow("last to first") << 1;
+    QTest::newRow("first to last, help first") << 2;
+    QTest::newRow("last to first, help first") << 3;
+}
+
+void MessageBoxTest::buttonsStandInTheirOrder()
+{
+    QFETCH(int, layout);
+    qApp->setStyleSheet(u"QDialogButtonBox { button-layout: %1 }"_s.arg(layout));
+    const auto restore = qScopeGuard([] { qApp->setStyleSheet({}); });
+    QStringList seen;
+    QTimer::singleShot(0, this, [&seen] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QList<QAbstractButton *> buttons = box->buttons();
+        std::ranges::sort(buttons, {}, [](const QAbstractButton *button) { return button->x(); });
+        for (const QAbstractButton *button : buttons)
+            seen << button->text();
+        buttons.constFirst()->click();
+    });
+    const QStringList buttons{ u"Yes"_s, u"No"_s, u"Cancel"_s };
+    QCOMPARE(MessageBox::question(nullptr, u"Title"_s, u"Text"_s, buttons, 0, 2), 0);
+    QCOMPARE(seen, buttons);
 }
 
 void MessageBoxTest::escapePressesItsButton()
