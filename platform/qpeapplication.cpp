@@ -1,6 +1,7 @@
 #include "platform/qpeapplication.h"
 
 #include "platform/filename.h"
+#include "platform/fontmessages.h"
 #include "platform/launcherchannel.h"
 #include "platform/lcfont.h"
 #include "platform/requestqueue.h"
@@ -31,6 +32,7 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     , m_requests(new RequestQueue(this))
     , m_channel(new LauncherChannel(this))
 {
+    hideFontMessages();
     registerLcFont();
     for (int i = 1; i < argc; ++i)
         m_arguments << FileName::absolute(argv[i]);

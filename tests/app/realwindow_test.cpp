@@ -33,6 +33,7 @@ private slots:
     void fullScreenAndBack();
     void secondStartHandsItsFileOver();
     void signalOfTheWindowManagerAsks();
+    void textInAnyScriptIsNoWarning();
 
 private:
     QString write(const QString &name, const QByteArray &content) const;
@@ -197,6 +198,14 @@ void RealWindowTest::signalOfTheWindowManagerAsks()
     press({ u"Return"_s });
     QTRY_VERIFY(hasEnded());
     QCOMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
+}
+
+// cleanup() sees what was said.
+void RealWindowTest::textInAnyScriptIsNoWarning()
+{
+    start({ write(u"a.txt"_s, "हिन्दी தமிழ் ខ្មែរ བོད་ عربي\n") });
+    press({ u"ctrl+End"_s, u"x"_s, u"ctrl+s"_s });
+    QTRY_VERIFY(read(u"a.txt"_s).endsWith('x'));
 }
 
 QTEST_GUILESS_MAIN(RealWindowTest)
