@@ -63,6 +63,7 @@ private slots:
     void writesKeysInOrder();
     void writesFontSizeUnrepaired();
     void keepsValuesOutOfRange();
+    void keepsEntriesThatAreNoNumbers();
     void keepsAllRecentRows();
     void cursorRowIsUnderCurX();
     void keepsPositionsBeyond32Bits();
@@ -223,6 +224,25 @@ void SettingsTest::keepsValuesOutOfRange()
     writeSettings();
     for (const QByteArray &line : odd)
         QVERIFY2(linesOfFile().contains(QString::fromLatin1(line)), line.constData());
+}
+
+void SettingsTest::keepsEntriesThatAreNoNumbers()
+{
+    writeFile("[main]\nLang = 99999999999\nTabLen = four\nWrapLen =\n[recent]\nScrY3 = 1e9\n");
+    readSettings();
+    QCOMPARE(appSettings().Lang, 1);
+    QCOMPARE(appSettings().TabLen, 4);
+    QCOMPARE(appSettings().WrapLen, 30);
+    QCOMPARE(recentFiles().entries[3].scrollY, 0);
+    writeSettings();
+    for (const QString &line :
+        { u"Lang = 99999999999"_s, u"TabLen = four"_s, u"WrapLen ="_s, u"ScrY3 = 1e9"_s })
+        QVERIFY2(linesOfFile().contains(line), qPrintable(line));
+
+    appSettings().TabLen = 8;
+    writeSettings();
+    QVERIFY(linesOfFile().contains(u"TabLen = 8"_s));
+    QVERIFY(linesOfFile().contains(u"Lang = 99999999999"_s));
 }
 
 void SettingsTest::keepsAllRecentRows()
