@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
+#include <QTextFormat>
 
 using namespace Qt::StringLiterals;
 
