@@ -67,6 +67,14 @@ void ctlEditer::paintCell(QPainter &target, qint64 row, const QRectF &cell, cons
     painter.copyToTarget();
 }
 
+/// The active row's line does not move with the text.
+void ctlEditer::scrollContentsBy(int dx, int dy)
+{
+    QMultiLineEdit::scrollContentsBy(dx, dy);
+    if (dx != 0 && appSettings().ActiveHLine > 0)
+        updateRow(cursorPosition().row);
+}
+
 /// Numbers count logical lines, and stand on their first rows; only the last digits have room.
 QString ctlEditer::rowNumber(qint64 row) const
 {

@@ -85,12 +85,19 @@ void QMultiLineEdit::Private::setTop(qint64 row)
         shiftView(0, qreal(before - top) * measure->height());
 }
 
-/// Moves what is painted already where the toolkit can, else repaints.
+bool QMultiLineEdit::Private::isScaleWhole() const
+{
+    const qreal scale = q->devicePixelRatioF();
+    return scale == std::floor(scale);
+}
+
+/// Moves what is painted already, else repaints: at a fractional scale what is moved and what is painted
+/// beside it would not meet.
 void QMultiLineEdit::Private::shiftView(int dx, qreal dy)
 {
     QWidget *const viewport = q->viewport();
     const bool stays = std::abs(dx) < viewport->width() && std::abs(dy) < viewport->height();
-    if (stays && dy == std::floor(dy))
+    if (stays && dy == std::floor(dy) && isScaleWhole())
         viewport->scroll(dx, int(dy));
     else
         viewport->update();
@@ -182,7 +189,9 @@ void QMultiLineEdit::Private::updateRows(qint64 first, qint64 last)
         return;
     const qreal height = measure->height();
     const QRectF area(0, qreal(first - top) * height, viewport->width(), qreal(last - first + 1) * height);
-    q->viewport()->update(area.toAlignedRect());
+    // The toolkit rounds an area's height for itself and may end it before the row at a fractional scale.
+    const int rest = isScaleWhole() ? 0 : 1;
+    q->viewport()->update(area.toAlignedRect().adjusted(0, -rest, 0, rest));
 }
 
 void QMultiLineEdit::Private::updateMarkedRows()
@@ -325,7 +334,7 @@ void QMultiLineEdit::paintEvent(QPaintEvent *event)
 {
     QPainter painter(viewport());
     const QRect area = event->rect();
-    const qint64 last = qMin(d->rowAt(area.bottom()), d->store.rowCount() - 1);
+    const qint64 last = qMin(d->rowAt(area.bottom() + 1), d->store.rowCount() - 1);
     // First what is below the text: the last row may reach a part of a pixel into it.
     const int end = qFloor(cellRect(last).bottom());
     if (end <= area.bottom())

@@ -178,6 +178,8 @@ struct QMultiLineEdit::Private {
     qreal contentWidth() const;
     void updateScrollBars();
     void setTop(qint64 row);
+    /// Whether every logical pixel is a number of device pixels.
+    bool isScaleWhole() const;
     void shiftView(int dx, qreal dy);
     /// Layout of the part of a row that is in the view or, when `x` is outside it, around `x`; with the text
     /// that is composed there.
