@@ -71,6 +71,7 @@ protected:
 private:
     QString rowNumber(qint64 row) const;
     void drawRowNumber(RowPainter &painter) const;
+    QColor cursorColor() const;
     void drawActiveLine(RowPainter &painter, const QRectF &cell) const;
 
     int fixedWrapWidth() const;

@@ -6,6 +6,8 @@
 #include "platform/lcfont.h"
 #include "platform/rowpainter.h"
 
+#include <cmath>
+
 namespace {
 
 constexpr int blackIndex = 1;
@@ -29,6 +31,22 @@ LineEndMark lineEndMark(const RowLayout &layout, qint64 rowCount)
     if (layout.row() + 1 == rowCount)
         return settings.ShowEOF == 1 ? LineEndMark::EndOfFile : LineEndMark::None;
     return settings.ShowKAI == 1 ? LineEndMark::Arrow : LineEndMark::None;
+}
+
+/// Relative luminance, 0 black to 1 white, as the Web Content Accessibility Guidelines 2 define it.
+double luminance(const QColor &color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+/// Whether black on a colour has less than the contrast of 3 to 1 that those guidelines ask for what is no
+/// text.
+bool isBlackFaintOn(const QColor &color)
+{
+    return luminance(color) + 0.05 < 3 * 0.05;
 }
 
 } // namespace
@@ -60,11 +78,19 @@ void ctlEditer::paintCell(QPainter &target, qint64 row, const QRectF &cell, cons
         drawTabMarks(painter);
     if (settings.ShowZEN == 1)
         drawFullWidthSpaceMarks(painter, measure);
-    // What is combined with a black background shows as it is, elsewhere the background's colour shows black.
-    const bool isBlack = settings.BackColor == blackIndex;
-    drawCursorInRow(painter, isBlack ? m_foreColor : base, isBlack ? 1 : 2);
+    drawCursorInRow(painter, cursorColor(), settings.BackColor == blackIndex ? 1 : 2);
     drawActiveLine(painter, cell);
     painter.copyToTarget();
+}
+
+/// The colour that is combined with the background: its own gives black, and its opposite white where black
+/// would hardly be seen. What is combined with a black background shows as it is.
+QColor ctlEditer::cursorColor() const
+{
+    if (appSettings().BackColor == blackIndex)
+        return m_foreColor;
+    const QColor base = palette().color(QPalette::Base);
+    return isBlackFaintOn(base) ? QColor::fromRgb(base.rgb() ^ 0xffffffU) : base;
 }
 
 /// The active row's line does not move with the text.
