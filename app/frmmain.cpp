@@ -3,6 +3,7 @@
 #include "app/documentarea.h"
 #include "app/keymap.h"
 #include "app/settings.h"
+#include "app/translation.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 
@@ -12,7 +13,6 @@
 #include <QScreen>
 #include <QStackedWidget>
 #include <QTimer>
-#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 

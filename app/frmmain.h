@@ -16,7 +16,7 @@ class QDateTime;
 class QMenuBar;
 class QStackedWidget;
 class QToolBar;
-class QTranslator;
+class Translation;
 
 /// What the file dialog was left with.
 struct FileChoice {
@@ -182,5 +182,5 @@ private:
     bool m_fullScreen = false;
     bool m_firstDocumentDue = false;
     SearchRequest m_search;
-    std::unique_ptr<QTranslator> m_translator;
+    std::unique_ptr<Translation> m_translation;
 };

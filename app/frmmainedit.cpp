@@ -3,6 +3,7 @@
 #include "app/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "options/frmoption.h"
 
 #include <QAction>
 #include <QDateTime>
@@ -65,7 +66,7 @@ void frmMain::slotCmdEditOption()
 
 bool frmMain::editOptions()
 {
-    return false;
+    return frmOption(this).exec() == QDialog::Accepted;
 }
 
 void frmMain::applySettings()

@@ -1,32 +1,12 @@
 #include "app/frmmain.h"
 
 #include "app/settings.h"
+#include "app/translation.h"
+#include "editor/ctlediter.h"
+#include "editor/ctltabbar.h"
 #include "platform/messagebox.h"
-#include "platform/qpeapplication.h"
-
-#include <QCoreApplication>
-#include <QTranslator>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-enum Language { English = 0, Japanese = 1, French = 2 };
-
-/// Empty for English, the language of the texts themselves, and for a number that is no language.
-QString translationFile(int language)
-{
-    switch (language) {
-    case Japanese:
-        return QPEApplication::qpeDir() + u"/i18n/ja/marlopad2.qm"_s;
-    case French:
-        return QPEApplication::qpeDir() + u"/i18n/fr/marlopad2.qm"_s;
-    default:
-        return {};
-    }
-}
-
-} // namespace
 
 void frmMain::slotCmdViewFull()
 {
@@ -66,7 +46,9 @@ void frmMain::slotCmdViewHelp() { }
 
 void frmMain::slotCmdViewAbout()
 {
-    MessageBox::about(this, tr("Marlo!Pad QT"), tr("Marlo!Pad QT Ver1.76\n            2005/07/04\n\n"));
+    const QString contact = u"support@marlopad.example\nhttps://marlopad.example/"_s;
+    MessageBox::about(
+        this, tr("Marlo!Pad QT"), tr("Marlo!Pad QT Ver1.76\n            2005/07/04\n\n") + contact);
 }
 
 void frmMain::slotCmdViewLangJa()
@@ -93,20 +75,22 @@ void frmMain::changeLanguage(int language, const QString &missingFileText)
     appSettings().Lang = language;
     buildMenus();
     nameControls();
+    for (ctlEditer *editor : tabBar()->editors()) {
+        editor->retranslateName();
+        updateTabText(editor);
+    }
 }
 
-/// Puts the language's translator in the place of the present one. False, with nothing changed, when its file
+/// Puts the language's texts in the place of the present ones. False, with nothing changed, when their file
 /// cannot be loaded.
 bool frmMain::installTranslator(int language)
 {
-    const QString file = translationFile(language);
-    auto translator = file.isEmpty() ? nullptr : std::make_unique<QTranslator>();
-    if (translator && !translator->load(file))
+    const bool isNeeded = Translation::isNeeded(language);
+    std::unique_ptr<Translation> translation = isNeeded ? Translation::load(language) : nullptr;
+    if (isNeeded && !translation)
         return false;
-    if (m_translator)
-        QCoreApplication::removeTranslator(m_translator.get());
-    m_translator = std::move(translator);
-    if (m_translator)
-        QCoreApplication::installTranslator(m_translator.get());
+    m_translation = std::move(translation);
+    if (m_translation)
+        m_translation->install();
     return true;
 }

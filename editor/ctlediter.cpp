@@ -33,11 +33,17 @@ ctlEditer::ctlEditer(QWidget *parent)
     applyRowNoMargin();
     applyWrapMode();
     applyColors();
-    m_name = tr("(new document)");
+    retranslateName();
     m_charCode = appSettings().DefCodec;
     m_returnCode = appSettings().DefCRLF;
     connect(this, &QMultiLineEdit::undoAvailable, this, &ctlEditer::slotEdUndoAvailable);
     connect(this, &QMultiLineEdit::redoAvailable, this, &ctlEditer::slotEdRedoAvailable);
+}
+
+void ctlEditer::retranslateName()
+{
+    if (m_path.isEmpty())
+        m_name = tr("(new document)");
 }
 
 QString ctlEditer::charCodeName() const

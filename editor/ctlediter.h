@@ -41,6 +41,9 @@ public:
     /// user: the file is as it was then, text, name and history too, but the codes given are kept.
     bool saveFile(const QString &path, const QString &name, int charCode = 0, int returnCode = 0);
 
+    /// Names a document that was never saved in the present language.
+    void retranslateName();
+
     void applyFont();
     /// Mode 1 wraps at the width the editor has now and goes on doing so whatever its width becomes.
     void applyWrapMode();

@@ -1,0 +1,832 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr">
+<context>
+    <name>QMultiLineEdit</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Annuler</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Rétablir</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>Cou&amp;per</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copier</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>C&amp;oller</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>&amp;Tout sélectionner</translation>
+    </message>
+    <message>
+        <source>Vertical scroll bar</source>
+        <translation>Barre de défilement verticale</translation>
+    </message>
+    <message>
+        <source>Horizontal scroll bar</source>
+        <translation>Barre de défilement horizontale</translation>
+    </message>
+</context>
+<context>
+    <name>ctlEditer</name>
+    <message>
+        <source>(new document)</source>
+        <translation>(nouveau document)</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>The binary file cannot be saved.</source>
+        <translation>Un fichier binaire ne peut pas être enregistré.</translation>
+    </message>
+    <message>
+        <source>File Write Error</source>
+        <translation>Erreur d’écriture</translation>
+    </message>
+    <message>
+        <source>Cannot write the file.
+You do not have the permission or the file may be in use.</source>
+        <translation>Impossible d’écrire le fichier.
+Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</translation>
+    </message>
+    <message>
+        <source>The file may be damaged. Its old content is kept in the file
+%1</source>
+        <translation>Le fichier est peut-être endommagé. Son ancien contenu est conservé dans le fichier
+%1</translation>
+    </message>
+    <message>
+        <source>This file is not exists!</source>
+        <translation>Ce fichier n’existe pas.</translation>
+    </message>
+    <message>
+        <source>This file was not opened!</source>
+        <translation>Impossible d’ouvrir ce fichier.</translation>
+    </message>
+    <message>
+        <source>This is a folder, not a file!</source>
+        <translation>Ceci est un dossier, pas un fichier.</translation>
+    </message>
+    <message>
+        <source>This is a device or a pipe, not a file!</source>
+        <translation>Ceci est un périphérique ou un tube, pas un fichier.</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for this file!</source>
+        <translation>Mémoire insuffisante pour ce fichier.</translation>
+    </message>
+    <message>
+        <source>This file could not be read to its end!</source>
+        <translation>Ce fichier n’a pas pu être lu jusqu’au bout.</translation>
+    </message>
+    <message>
+        <source>File Load Error!</source>
+        <translation>Erreur de lecture</translation>
+    </message>
+</context>
+<context>
+    <name>ctlFileListView</name>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Taille</translation>
+    </message>
+    <message>
+        <source>Date Modified</source>
+        <translation>Modifié le</translation>
+    </message>
+</context>
+<context>
+    <name>ctlFileListViewItem</name>
+    <message>
+        <source>Folder</source>
+        <translation>Dossier</translation>
+    </message>
+</context>
+<context>
+    <name>ctlTabBar</name>
+    <message>
+        <source>Documents</source>
+        <translation>Documents</translation>
+    </message>
+</context>
+<context>
+    <name>frmFileDialog</name>
+    <message>
+        <source>text files (*.txt;..)</source>
+        <translation>Texte (*.txt;..)</translation>
+    </message>
+    <message>
+        <source>Qtopia files (*.conf;..)</source>
+        <translation>Qtopia (*.conf;..)</translation>
+    </message>
+    <message>
+        <source>HTML files (*.htm;js;..)</source>
+        <translation>HTML (*.htm;js;..)</translation>
+    </message>
+    <message>
+        <source>Web files (*.cgi;pl;..)</source>
+        <translation>Web (*.cgi;pl;..)</translation>
+    </message>
+    <message>
+        <source>C language (*.h;c;cpp;..)</source>
+        <translation>Langage C (*.h;c;cpp;..)</translation>
+    </message>
+    <message>
+        <source>Java language (*.java;..)</source>
+        <translation>Langage Java (*.java;..)</translation>
+    </message>
+    <message>
+        <source>all files (*.*)</source>
+        <translation>Tous (*.*)</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Shift-JIS</source>
+        <translation>Shift-JIS</translation>
+    </message>
+    <message>
+        <source>EUC</source>
+        <translation>EUC</translation>
+    </message>
+    <message>
+        <source>JIS</source>
+        <translation>JIS</translation>
+    </message>
+    <message>
+        <source>UTF-8</source>
+        <translation>UTF-8</translation>
+    </message>
+    <message>
+        <source>CR+LF</source>
+        <translation>CR+LF</translation>
+    </message>
+    <message>
+        <source>LF</source>
+        <translation>LF</translation>
+    </message>
+    <message>
+        <source>CR</source>
+        <translation>CR</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>Enregistrer sous</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Dossier</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Dossier parent</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Actualiser</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>Favoris</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>Fichiers</translation>
+    </message>
+    <message>
+        <source>Line end</source>
+        <translation>Fin de ligne</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>File Name:</source>
+        <translation>Nom :</translation>
+    </message>
+    <message>
+        <source>File Type:</source>
+        <translation>Type :</translation>
+    </message>
+    <message>
+        <source>Char code:</source>
+        <translation>Codage :</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>Enter the file name.</source>
+        <translation>Saisissez le nom du fichier.</translation>
+    </message>
+    <message>
+        <source>A file name cannot contain any of the following characters;
+\ / : , ; * ? &quot; &lt; &gt; |</source>
+        <translation>Un nom de fichier ne peut pas contenir les caractères suivants :
+\ / : , ; * ? &quot; &lt; &gt; |</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>%1
+This file does not exists.</source>
+        <translation>%1
+Ce fichier n’existe pas.</translation>
+    </message>
+    <message>
+        <source>%1
+This file already exists.
+Replace existing file?</source>
+        <translation>%1
+Ce fichier existe déjà.
+Le remplacer ?</translation>
+    </message>
+    <message>
+        <source>Replace confirm</source>
+        <translation>Confirmer le remplacement</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Oui</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Non</translation>
+    </message>
+</context>
+<context>
+    <name>frmMain</name>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;Nouveau</translation>
+    </message>
+    <message>
+        <source>&amp;Open  (Fn+O)</source>
+        <translation>&amp;Ouvrir  (Fn+O)</translation>
+    </message>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>&amp;Recharger</translation>
+    </message>
+    <message>
+        <source>&amp;Properties</source>
+        <translation>&amp;Propriétés</translation>
+    </message>
+    <message>
+        <source>&amp;Save  (Fn+S)</source>
+        <translation>&amp;Enregistrer  (Fn+S)</translation>
+    </message>
+    <message>
+        <source>Save &amp;As</source>
+        <translation>Enregistrer &amp;sous</translation>
+    </message>
+    <message>
+        <source>&amp;Close  (Cancel)</source>
+        <translation>&amp;Fermer  (Cancel)</translation>
+    </message>
+    <message>
+        <source>Save A&amp;ll</source>
+        <translation>Enregistrer &amp;tout</translation>
+    </message>
+    <message>
+        <source>Quit &amp;with Save</source>
+        <translation>Enregistrer et &amp;quitter</translation>
+    </message>
+    <message>
+        <source>&amp;Quit  (Fn+Q)</source>
+        <translation>Q&amp;uitter  (Fn+Q)</translation>
+    </message>
+    <message>
+        <source>R&amp;ecent Files</source>
+        <translation>Fichiers ré&amp;cents</translation>
+    </message>
+    <message>
+        <source>&amp;Undo  (Fn+Z)</source>
+        <translation>&amp;Annuler  (Fn+Z)</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Rétablir</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t  (Fn+X)</source>
+        <translation>Cou&amp;per  (Fn+X)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy  (Fn+C)</source>
+        <translation>&amp;Copier  (Fn+C)</translation>
+    </message>
+    <message>
+        <source>&amp;Paste  (Fn+V)</source>
+        <translation>C&amp;oller  (Fn+V)</translation>
+    </message>
+    <message>
+        <source>Select &amp;All  (Fn+A)</source>
+        <translation>&amp;Tout sélectionner  (Fn+A)</translation>
+    </message>
+    <message>
+        <source>&amp;Date and Time</source>
+        <translation>&amp;Date et heure</translation>
+    </message>
+    <message>
+        <source>&amp;Options...</source>
+        <translation>Opt&amp;ions…</translation>
+    </message>
+    <message>
+        <source>&amp;Prev Window</source>
+        <translation>Fenêtre &amp;précédente</translation>
+    </message>
+    <message>
+        <source>&amp;Next Window</source>
+        <translation>Fenêtre sui&amp;vante</translation>
+    </message>
+    <message>
+        <source>&amp;Search  (Fn+N)</source>
+        <translation>&amp;Rechercher  (Fn+N)</translation>
+    </message>
+    <message>
+        <source>Search &amp;Before  (Fn+1)</source>
+        <translation>&amp;Occurrence précédente  (Fn+1)</translation>
+    </message>
+    <message>
+        <source>Search &amp;Next  (Fn+2)</source>
+        <translation>Occurrence s&amp;uivante  (Fn+2)</translation>
+    </message>
+    <message>
+        <source>&amp;Replace  (Fn+M)</source>
+        <translation>Re&amp;mplacer  (Fn+M)</translation>
+    </message>
+    <message>
+        <source>Line &amp;Jump</source>
+        <translation>&amp;Aller à la ligne</translation>
+    </message>
+    <message>
+        <source>&amp;Last Edited Pos  (Fn+5)</source>
+        <translation>&amp;Dernière modification  (Fn+5)</translation>
+    </message>
+    <message>
+        <source>&amp;Full Screen</source>
+        <translation>Plein é&amp;cran</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>&amp;Langue</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>A&amp;ide</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>À propo&amp;s</translation>
+    </message>
+    <message>
+        <source>&amp;Japanese</source>
+        <translation>&amp;Japonais</translation>
+    </message>
+    <message>
+        <source>&amp;English</source>
+        <translation>&amp;Anglais</translation>
+    </message>
+    <message>
+        <source>&amp;French</source>
+        <translation>&amp;Français</translation>
+    </message>
+    <message>
+        <source>File named &apos;%1&apos; already opens.
+Cancel edit and reload?</source>
+        <translation>Le fichier « %1 » est déjà ouvert.
+Abandonner les modifications et le recharger ?</translation>
+    </message>
+    <message>
+        <source>Existing File</source>
+        <translation>Fichier déjà ouvert</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Oui</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Non</translation>
+    </message>
+    <message>
+        <source>Cancel edit and reload
+&apos;%1&apos;?</source>
+        <translation>Abandonner les modifications et recharger
+« %1 » ?</translation>
+    </message>
+    <message>
+        <source>Confirm Reload</source>
+        <translation>Confirmer le rechargement</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Fichier</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>É&amp;dition</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Affichage</translation>
+    </message>
+    <message>
+        <source>Menus</source>
+        <translation>Menus</translation>
+    </message>
+    <message>
+        <source>Tool bar</source>
+        <translation>Barre d’outils</translation>
+    </message>
+    <message>
+        <source>More buttons</source>
+        <translation>Autres boutons</translation>
+    </message>
+    <message>
+        <source>Document properties</source>
+        <translation>Propriétés du document</translation>
+    </message>
+    <message>
+        <source>Path : %1
+Name : %2
+
+Char code  : %3
+Return code: %4
+</source>
+        <translation>Dossier : %1
+Nom : %2
+
+Codage : %3
+Fin de ligne : %4
+</translation>
+    </message>
+    <message>
+        <source>File size  : %1 KB (%2 byte)
+
+</source>
+        <translation>Taille : %1 Ko (%2 octets)
+
+</translation>
+    </message>
+    <message>
+        <source>Char count : %1
+Row count  : %2</source>
+        <translation>Caractères : %1
+Lignes : %2</translation>
+    </message>
+    <message>
+        <source>(no item)</source>
+        <translation>(aucun)</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is edited.
+ Would you want to save this file?</source>
+        <translation>« %1 » a été modifié.
+Voulez-vous enregistrer ce fichier ?</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Confirm File Save</source>
+        <translation>Confirmer l’enregistrement</translation>
+    </message>
+    <message>
+        <source>Marlo!Pad QT</source>
+        <translation>Marlo!Pad QT</translation>
+    </message>
+    <message>
+        <source>Marlo!Pad QT Ver1.76
+            2005/07/04
+
+</source>
+        <translation>Marlo!Pad QT version 1.76
+            04/07/2005
+
+</translation>
+    </message>
+    <message>
+        <source>A japanese translation file is not found.</source>
+        <translation>Le fichier de traduction japonaise est introuvable.</translation>
+    </message>
+    <message>
+        <source>A french translation file not found.</source>
+        <translation>Le fichier de traduction française est introuvable.</translation>
+    </message>
+</context>
+<context>
+    <name>frmOption</name>
+    <message>
+        <source>Options</source>
+        <translation>Options</translation>
+    </message>
+    <message>
+        <source>View&amp;1</source>
+        <translation>Affichage &amp;1</translation>
+    </message>
+    <message>
+        <source>View&amp;2</source>
+        <translation>Affichage &amp;2</translation>
+    </message>
+    <message>
+        <source>&amp;Detail</source>
+        <translation>&amp;Détails</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Clear Recent Files</source>
+        <translation>Effacer les fichiers récents</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to clear the Recent Files?</source>
+        <translation>Voulez-vous vraiment effacer la liste des fichiers récents ?</translation>
+    </message>
+    <message>
+        <source>The Wrap columns must be numeric.</source>
+        <translation>Le nombre de colonnes doit être numérique.</translation>
+    </message>
+    <message>
+        <source>The Wrap columns must be more than 10 numbers.</source>
+        <translation>Le nombre de colonnes doit être d’au moins 10.</translation>
+    </message>
+    <message>
+        <source>The Tab size must be numeric.</source>
+        <translation>La taille de tabulation doit être numérique.</translation>
+    </message>
+    <message>
+        <source>The Tab size must be between 1 and 12.</source>
+        <translation>La taille de tabulation doit être comprise entre 1 et 12.</translation>
+    </message>
+    <message>
+        <source>The Font size must be numeric.</source>
+        <translation>La taille de police doit être numérique.</translation>
+    </message>
+    <message>
+        <source>The Font size must be between 1 and 99.</source>
+        <translation>La taille de police doit être comprise entre 1 et 99.</translation>
+    </message>
+    <message>
+        <source>The Recent Files count must be numeric.</source>
+        <translation>Le nombre de fichiers récents doit être numérique.</translation>
+    </message>
+    <message>
+        <source>The Recent Files count must be between 0 and 15.</source>
+        <translation>Le nombre de fichiers récents doit être compris entre 0 et 15.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>Noir</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>Blanc</translation>
+    </message>
+    <message>
+        <source>DarkGray</source>
+        <translation>Gris foncé</translation>
+    </message>
+    <message>
+        <source>Gray</source>
+        <translation>Gris</translation>
+    </message>
+    <message>
+        <source>LightGray</source>
+        <translation>Gris clair</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rouge</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Vert</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Bleu</translation>
+    </message>
+    <message>
+        <source>Cyan</source>
+        <translation>Cyan</translation>
+    </message>
+    <message>
+        <source>Magenta</source>
+        <translation>Magenta</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Jaune</translation>
+    </message>
+    <message>
+        <source>DarkRed</source>
+        <translation>Rouge foncé</translation>
+    </message>
+    <message>
+        <source>DarkGreen</source>
+        <translation>Vert foncé</translation>
+    </message>
+    <message>
+        <source>DarkBlue</source>
+        <translation>Bleu foncé</translation>
+    </message>
+    <message>
+        <source>DarkCyan</source>
+        <translation>Cyan foncé</translation>
+    </message>
+    <message>
+        <source>DarkMagenta</source>
+        <translation>Magenta foncé</translation>
+    </message>
+    <message>
+        <source>DarkYellow</source>
+        <translation>Jaune foncé</translation>
+    </message>
+    <message>
+        <source>&amp;Font :</source>
+        <translation>&amp;Police :</translation>
+    </message>
+    <message>
+        <source>Font &amp;size :</source>
+        <translation>Tai&amp;lle :</translation>
+    </message>
+    <message>
+        <source>F&amp;oreColor :</source>
+        <translation>Couleur du te&amp;xte :</translation>
+    </message>
+    <message>
+        <source>&amp;BackColor :</source>
+        <translation>Couleur du f&amp;ond :</translation>
+    </message>
+    <message>
+        <source>&amp;Wrap mode :</source>
+        <translation>&amp;Retour à la ligne :</translation>
+    </message>
+    <message>
+        <source>Mark display</source>
+        <translation>Marques affichées</translation>
+    </message>
+    <message>
+        <source>&amp;Return code</source>
+        <translation>&amp;Fin de ligne</translation>
+    </message>
+    <message>
+        <source>&amp;Tab character</source>
+        <translation>&amp;Tabulation</translation>
+    </message>
+    <message>
+        <source>&amp;Multi-byte space</source>
+        <translation>Espace pleine c&amp;hasse</translation>
+    </message>
+    <message>
+        <source>&amp;EOF</source>
+        <translation>Fin de fich&amp;ier</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Non</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Fixed column</source>
+        <translation>Colonne fixe</translation>
+    </message>
+    <message>
+        <source>Wrap columns</source>
+        <translation>Colonnes</translation>
+    </message>
+    <message>
+        <source>Small size</source>
+        <translation>Petits</translation>
+    </message>
+    <message>
+        <source>Large size</source>
+        <translation>Grands</translation>
+    </message>
+    <message>
+        <source>&amp;Row No :</source>
+        <translation>&amp;Numéros de ligne :</translation>
+    </message>
+    <message>
+        <source>(Same ForeColor)</source>
+        <translation>(couleur du texte)</translation>
+    </message>
+    <message>
+        <source>Row No &amp;Color :</source>
+        <translation>&amp;Couleur des numéros :</translation>
+    </message>
+    <message>
+        <source>&amp;Active Line :</source>
+        <translation>Li&amp;gne active :</translation>
+    </message>
+    <message>
+        <source>&amp;Tab size :</source>
+        <translation>&amp;Tabulation :</translation>
+    </message>
+    <message>
+        <source>A cursor &amp;position is restored when opens</source>
+        <translation>Restaurer le curseur à l’&amp;ouverture</translation>
+    </message>
+    <message>
+        <source>Tab &amp; space</source>
+        <translation>Tab., espaces</translation>
+    </message>
+    <message>
+        <source>Tab &amp; space &amp; MultiSpace</source>
+        <translation>Tab., espaces, pl. chasse</translation>
+    </message>
+    <message>
+        <source>&amp;Auto indent :</source>
+        <translation>Retrait &amp;auto :</translation>
+    </message>
+    <message>
+        <source>&amp;Recent Files count:</source>
+        <translation>&amp;Fichiers récents :</translation>
+    </message>
+    <message>
+        <source>(0-15)</source>
+        <translation>(0 à 15)</translation>
+    </message>
+    <message>
+        <source>&amp;Clear Recent Files</source>
+        <translation>&amp;Effacer les fichiers récents</translation>
+    </message>
+    <message>
+        <source>UTF-8</source>
+        <translation>UTF-8</translation>
+    </message>
+    <message>
+        <source>Shift-JIS</source>
+        <translation>Shift-JIS</translation>
+    </message>
+    <message>
+        <source>EUC</source>
+        <translation>EUC</translation>
+    </message>
+    <message>
+        <source>JIS</source>
+        <translation>JIS</translation>
+    </message>
+    <message>
+        <source>CR</source>
+        <translation>CR</translation>
+    </message>
+    <message>
+        <source>CR+LF</source>
+        <translation>CR+LF</translation>
+    </message>
+    <message>
+        <source>LF</source>
+        <translation>LF</translation>
+    </message>
+    <message>
+        <source>Line end</source>
+        <translation>Fin de ligne</translation>
+    </message>
+    <message>
+        <source>Default c&amp;har code:</source>
+        <translation>&amp;Codage :</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,832 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja">
+<context>
+    <name>QMultiLineEdit</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>元に戻す(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>やり直し(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>切り取り(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>コピー(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>貼り付け(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>すべて選択(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Vertical scroll bar</source>
+        <translation>垂直スクロールバー</translation>
+    </message>
+    <message>
+        <source>Horizontal scroll bar</source>
+        <translation>水平スクロールバー</translation>
+    </message>
+</context>
+<context>
+    <name>ctlEditer</name>
+    <message>
+        <source>(new document)</source>
+        <translation>(新規文書)</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>The binary file cannot be saved.</source>
+        <translation>バイナリファイルは保存できません。</translation>
+    </message>
+    <message>
+        <source>File Write Error</source>
+        <translation>書き込みエラー</translation>
+    </message>
+    <message>
+        <source>Cannot write the file.
+You do not have the permission or the file may be in use.</source>
+        <translation>ファイルに書き込めません。
+権限がないか、ファイルが使用中の可能性があります。</translation>
+    </message>
+    <message>
+        <source>The file may be damaged. Its old content is kept in the file
+%1</source>
+        <translation>ファイルが壊れた可能性があります。元の内容は次のファイルに残っています。
+%1</translation>
+    </message>
+    <message>
+        <source>This file is not exists!</source>
+        <translation>ファイルが存在しません。</translation>
+    </message>
+    <message>
+        <source>This file was not opened!</source>
+        <translation>ファイルを開けませんでした。</translation>
+    </message>
+    <message>
+        <source>This is a folder, not a file!</source>
+        <translation>これはファイルではなくフォルダです。</translation>
+    </message>
+    <message>
+        <source>This is a device or a pipe, not a file!</source>
+        <translation>これはファイルではなくデバイスまたはパイプです。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for this file!</source>
+        <translation>このファイルを開くにはメモリが足りません。</translation>
+    </message>
+    <message>
+        <source>This file could not be read to its end!</source>
+        <translation>ファイルを最後まで読み込めませんでした。</translation>
+    </message>
+    <message>
+        <source>File Load Error!</source>
+        <translation>読み込みエラー</translation>
+    </message>
+</context>
+<context>
+    <name>ctlFileListView</name>
+    <message>
+        <source>Name</source>
+        <translation>名前</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>サイズ</translation>
+    </message>
+    <message>
+        <source>Date Modified</source>
+        <translation>更新日時</translation>
+    </message>
+</context>
+<context>
+    <name>ctlFileListViewItem</name>
+    <message>
+        <source>Folder</source>
+        <translation>フォルダ</translation>
+    </message>
+</context>
+<context>
+    <name>ctlTabBar</name>
+    <message>
+        <source>Documents</source>
+        <translation>文書</translation>
+    </message>
+</context>
+<context>
+    <name>frmFileDialog</name>
+    <message>
+        <source>text files (*.txt;..)</source>
+        <translation>テキスト (*.txt;..)</translation>
+    </message>
+    <message>
+        <source>Qtopia files (*.conf;..)</source>
+        <translation>Qtopia (*.conf;..)</translation>
+    </message>
+    <message>
+        <source>HTML files (*.htm;js;..)</source>
+        <translation>HTML (*.htm;js;..)</translation>
+    </message>
+    <message>
+        <source>Web files (*.cgi;pl;..)</source>
+        <translation>Web (*.cgi;pl;..)</translation>
+    </message>
+    <message>
+        <source>C language (*.h;c;cpp;..)</source>
+        <translation>C言語 (*.h;c;cpp;..)</translation>
+    </message>
+    <message>
+        <source>Java language (*.java;..)</source>
+        <translation>Java言語 (*.java;..)</translation>
+    </message>
+    <message>
+        <source>all files (*.*)</source>
+        <translation>すべて (*.*)</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>自動</translation>
+    </message>
+    <message>
+        <source>Shift-JIS</source>
+        <translation>Shift-JIS</translation>
+    </message>
+    <message>
+        <source>EUC</source>
+        <translation>EUC</translation>
+    </message>
+    <message>
+        <source>JIS</source>
+        <translation>JIS</translation>
+    </message>
+    <message>
+        <source>UTF-8</source>
+        <translation>UTF-8</translation>
+    </message>
+    <message>
+        <source>CR+LF</source>
+        <translation>CR+LF</translation>
+    </message>
+    <message>
+        <source>LF</source>
+        <translation>LF</translation>
+    </message>
+    <message>
+        <source>CR</source>
+        <translation>CR</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>開く</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>名前を付けて保存</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>フォルダ</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>上へ</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>最新の情報に更新</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>お気に入り</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>ファイル</translation>
+    </message>
+    <message>
+        <source>Line end</source>
+        <translation>改行コード</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>File Name:</source>
+        <translation>ファイル名:</translation>
+    </message>
+    <message>
+        <source>File Type:</source>
+        <translation>種類:</translation>
+    </message>
+    <message>
+        <source>Char code:</source>
+        <translation>文字コード:</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Enter the file name.</source>
+        <translation>ファイル名を入力してください。</translation>
+    </message>
+    <message>
+        <source>A file name cannot contain any of the following characters;
+\ / : , ; * ? &quot; &lt; &gt; |</source>
+        <translation>ファイル名に次の文字は使えません。
+\ / : , ; * ? &quot; &lt; &gt; |</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>%1
+This file does not exists.</source>
+        <translation>%1
+このファイルは存在しません。</translation>
+    </message>
+    <message>
+        <source>%1
+This file already exists.
+Replace existing file?</source>
+        <translation>%1
+このファイルはすでに存在します。
+置き換えますか？</translation>
+    </message>
+    <message>
+        <source>Replace confirm</source>
+        <translation>置き換えの確認</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>はい</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>いいえ</translation>
+    </message>
+</context>
+<context>
+    <name>frmMain</name>
+    <message>
+        <source>&amp;New</source>
+        <translation>新規(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Open  (Fn+O)</source>
+        <translation>開く(&amp;O)  (Fn+O)</translation>
+    </message>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>再読み込み(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Properties</source>
+        <translation>プロパティ(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Save  (Fn+S)</source>
+        <translation>上書き保存(&amp;S)  (Fn+S)</translation>
+    </message>
+    <message>
+        <source>Save &amp;As</source>
+        <translation>名前を付けて保存(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Close  (Cancel)</source>
+        <translation>閉じる(&amp;C)  (Cancel)</translation>
+    </message>
+    <message>
+        <source>Save A&amp;ll</source>
+        <translation>すべて保存(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Quit &amp;with Save</source>
+        <translation>保存して終了(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Quit  (Fn+Q)</source>
+        <translation>終了(&amp;Q)  (Fn+Q)</translation>
+    </message>
+    <message>
+        <source>R&amp;ecent Files</source>
+        <translation>最近使ったファイル(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Undo  (Fn+Z)</source>
+        <translation>元に戻す(&amp;U)  (Fn+Z)</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>やり直し(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t  (Fn+X)</source>
+        <translation>切り取り(&amp;T)  (Fn+X)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy  (Fn+C)</source>
+        <translation>コピー(&amp;C)  (Fn+C)</translation>
+    </message>
+    <message>
+        <source>&amp;Paste  (Fn+V)</source>
+        <translation>貼り付け(&amp;P)  (Fn+V)</translation>
+    </message>
+    <message>
+        <source>Select &amp;All  (Fn+A)</source>
+        <translation>すべて選択(&amp;A)  (Fn+A)</translation>
+    </message>
+    <message>
+        <source>&amp;Date and Time</source>
+        <translation>日付と時刻(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Options...</source>
+        <translation>オプション(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>&amp;Prev Window</source>
+        <translation>前のウィンドウ(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Next Window</source>
+        <translation>次のウィンドウ(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Search  (Fn+N)</source>
+        <translation>検索(&amp;S)  (Fn+N)</translation>
+    </message>
+    <message>
+        <source>Search &amp;Before  (Fn+1)</source>
+        <translation>前を検索(&amp;B)  (Fn+1)</translation>
+    </message>
+    <message>
+        <source>Search &amp;Next  (Fn+2)</source>
+        <translation>次を検索(&amp;N)  (Fn+2)</translation>
+    </message>
+    <message>
+        <source>&amp;Replace  (Fn+M)</source>
+        <translation>置換(&amp;R)  (Fn+M)</translation>
+    </message>
+    <message>
+        <source>Line &amp;Jump</source>
+        <translation>指定行へ移動(&amp;J)</translation>
+    </message>
+    <message>
+        <source>&amp;Last Edited Pos  (Fn+5)</source>
+        <translation>最後の編集位置(&amp;E)  (Fn+5)</translation>
+    </message>
+    <message>
+        <source>&amp;Full Screen</source>
+        <translation>全画面表示(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>言語(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>ヘルプ(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>バージョン情報(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Japanese</source>
+        <translation>日本語(&amp;J)</translation>
+    </message>
+    <message>
+        <source>&amp;English</source>
+        <translation>英語(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;French</source>
+        <translation>フランス語(&amp;F)</translation>
+    </message>
+    <message>
+        <source>File named &apos;%1&apos; already opens.
+Cancel edit and reload?</source>
+        <translation>ファイル「%1」はすでに開かれています。
+編集内容を破棄して再読み込みしますか？</translation>
+    </message>
+    <message>
+        <source>Existing File</source>
+        <translation>開いているファイル</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>はい</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>いいえ</translation>
+    </message>
+    <message>
+        <source>Cancel edit and reload
+&apos;%1&apos;?</source>
+        <translation>編集内容を破棄して
+「%1」を再読み込みしますか？</translation>
+    </message>
+    <message>
+        <source>Confirm Reload</source>
+        <translation>再読み込みの確認</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>ファイル(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>編集(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>表示(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Menus</source>
+        <translation>メニュー</translation>
+    </message>
+    <message>
+        <source>Tool bar</source>
+        <translation>ツールバー</translation>
+    </message>
+    <message>
+        <source>More buttons</source>
+        <translation>その他のボタン</translation>
+    </message>
+    <message>
+        <source>Document properties</source>
+        <translation>文書のプロパティ</translation>
+    </message>
+    <message>
+        <source>Path : %1
+Name : %2
+
+Char code  : %3
+Return code: %4
+</source>
+        <translation>パス : %1
+名前 : %2
+
+文字コード : %3
+改行コード : %4
+</translation>
+    </message>
+    <message>
+        <source>File size  : %1 KB (%2 byte)
+
+</source>
+        <translation>サイズ : %1 KB (%2 バイト)
+
+</translation>
+    </message>
+    <message>
+        <source>Char count : %1
+Row count  : %2</source>
+        <translation>文字数 : %1
+行数 : %2</translation>
+    </message>
+    <message>
+        <source>(no item)</source>
+        <translation>(なし)</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is edited.
+ Would you want to save this file?</source>
+        <translation>「%1」は変更されています。
+保存しますか？</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Confirm File Save</source>
+        <translation>保存の確認</translation>
+    </message>
+    <message>
+        <source>Marlo!Pad QT</source>
+        <translation>Marlo!Pad QT</translation>
+    </message>
+    <message>
+        <source>Marlo!Pad QT Ver1.76
+            2005/07/04
+
+</source>
+        <translation>Marlo!Pad QT Ver1.76
+            2005/07/04
+
+</translation>
+    </message>
+    <message>
+        <source>A japanese translation file is not found.</source>
+        <translation>日本語の翻訳ファイルが見つかりません。</translation>
+    </message>
+    <message>
+        <source>A french translation file not found.</source>
+        <translation>フランス語の翻訳ファイルが見つかりません。</translation>
+    </message>
+</context>
+<context>
+    <name>frmOption</name>
+    <message>
+        <source>Options</source>
+        <translation>オプション</translation>
+    </message>
+    <message>
+        <source>View&amp;1</source>
+        <translation>表示1(&amp;1)</translation>
+    </message>
+    <message>
+        <source>View&amp;2</source>
+        <translation>表示2(&amp;2)</translation>
+    </message>
+    <message>
+        <source>&amp;Detail</source>
+        <translation>詳細(&amp;D)</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Clear Recent Files</source>
+        <translation>最近使ったファイルの消去</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to clear the Recent Files?</source>
+        <translation>最近使ったファイルの一覧を消去しますか？</translation>
+    </message>
+    <message>
+        <source>The Wrap columns must be numeric.</source>
+        <translation>折り返し桁数は数値で入力してください。</translation>
+    </message>
+    <message>
+        <source>The Wrap columns must be more than 10 numbers.</source>
+        <translation>折り返し桁数は 10 以上にしてください。</translation>
+    </message>
+    <message>
+        <source>The Tab size must be numeric.</source>
+        <translation>タブ幅は数値で入力してください。</translation>
+    </message>
+    <message>
+        <source>The Tab size must be between 1 and 12.</source>
+        <translation>タブ幅は 1 から 12 の範囲にしてください。</translation>
+    </message>
+    <message>
+        <source>The Font size must be numeric.</source>
+        <translation>フォントサイズは数値で入力してください。</translation>
+    </message>
+    <message>
+        <source>The Font size must be between 1 and 99.</source>
+        <translation>フォントサイズは 1 から 99 の範囲にしてください。</translation>
+    </message>
+    <message>
+        <source>The Recent Files count must be numeric.</source>
+        <translation>最近のファイル数は数値で入力してください。</translation>
+    </message>
+    <message>
+        <source>The Recent Files count must be between 0 and 15.</source>
+        <translation>最近のファイル数は 0 から 15 の範囲にしてください。</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>黒</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>白</translation>
+    </message>
+    <message>
+        <source>DarkGray</source>
+        <translation>暗い灰色</translation>
+    </message>
+    <message>
+        <source>Gray</source>
+        <translation>灰色</translation>
+    </message>
+    <message>
+        <source>LightGray</source>
+        <translation>明るい灰色</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>赤</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>緑</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>青</translation>
+    </message>
+    <message>
+        <source>Cyan</source>
+        <translation>シアン</translation>
+    </message>
+    <message>
+        <source>Magenta</source>
+        <translation>マゼンタ</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>黄</translation>
+    </message>
+    <message>
+        <source>DarkRed</source>
+        <translation>暗い赤</translation>
+    </message>
+    <message>
+        <source>DarkGreen</source>
+        <translation>暗い緑</translation>
+    </message>
+    <message>
+        <source>DarkBlue</source>
+        <translation>暗い青</translation>
+    </message>
+    <message>
+        <source>DarkCyan</source>
+        <translation>暗いシアン</translation>
+    </message>
+    <message>
+        <source>DarkMagenta</source>
+        <translation>暗いマゼンタ</translation>
+    </message>
+    <message>
+        <source>DarkYellow</source>
+        <translation>暗い黄</translation>
+    </message>
+    <message>
+        <source>&amp;Font :</source>
+        <translation>フォント(&amp;F):</translation>
+    </message>
+    <message>
+        <source>Font &amp;size :</source>
+        <translation>サイズ(&amp;S):</translation>
+    </message>
+    <message>
+        <source>F&amp;oreColor :</source>
+        <translation>文字色(&amp;O):</translation>
+    </message>
+    <message>
+        <source>&amp;BackColor :</source>
+        <translation>背景色(&amp;B):</translation>
+    </message>
+    <message>
+        <source>&amp;Wrap mode :</source>
+        <translation>折り返し(&amp;W):</translation>
+    </message>
+    <message>
+        <source>Mark display</source>
+        <translation>記号の表示</translation>
+    </message>
+    <message>
+        <source>&amp;Return code</source>
+        <translation>改行(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Tab character</source>
+        <translation>タブ(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Multi-byte space</source>
+        <translation>全角空白(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;EOF</source>
+        <translation>EOF(&amp;E)</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>なし</translation>
+    </message>
+    <message>
+        <source>Auto</source>
+        <translation>自動</translation>
+    </message>
+    <message>
+        <source>Fixed column</source>
+        <translation>桁数指定</translation>
+    </message>
+    <message>
+        <source>Wrap columns</source>
+        <translation>折り返し桁数</translation>
+    </message>
+    <message>
+        <source>Small size</source>
+        <translation>小</translation>
+    </message>
+    <message>
+        <source>Large size</source>
+        <translation>大</translation>
+    </message>
+    <message>
+        <source>&amp;Row No :</source>
+        <translation>行番号(&amp;R):</translation>
+    </message>
+    <message>
+        <source>(Same ForeColor)</source>
+        <translation>(文字色と同じ)</translation>
+    </message>
+    <message>
+        <source>Row No &amp;Color :</source>
+        <translation>行番号の色(&amp;C):</translation>
+    </message>
+    <message>
+        <source>&amp;Active Line :</source>
+        <translation>現在行の線(&amp;A):</translation>
+    </message>
+    <message>
+        <source>&amp;Tab size :</source>
+        <translation>タブ幅(&amp;T):</translation>
+    </message>
+    <message>
+        <source>A cursor &amp;position is restored when opens</source>
+        <translation>開くときカーソル位置を復元(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Tab &amp; space</source>
+        <translation>タブ・空白</translation>
+    </message>
+    <message>
+        <source>Tab &amp; space &amp; MultiSpace</source>
+        <translation>タブ・空白・全角空白</translation>
+    </message>
+    <message>
+        <source>&amp;Auto indent :</source>
+        <translation>自動字下げ(&amp;A):</translation>
+    </message>
+    <message>
+        <source>&amp;Recent Files count:</source>
+        <translation>最近のファイル数(&amp;R):</translation>
+    </message>
+    <message>
+        <source>(0-15)</source>
+        <translation>(0～15)</translation>
+    </message>
+    <message>
+        <source>&amp;Clear Recent Files</source>
+        <translation>最近使ったファイルを消去(&amp;C)</translation>
+    </message>
+    <message>
+        <source>UTF-8</source>
+        <translation>UTF-8</translation>
+    </message>
+    <message>
+        <source>Shift-JIS</source>
+        <translation>Shift-JIS</translation>
+    </message>
+    <message>
+        <source>EUC</source>
+        <translation>EUC</translation>
+    </message>
+    <message>
+        <source>JIS</source>
+        <translation>JIS</translation>
+    </message>
+    <message>
+        <source>CR</source>
+        <translation>CR</translation>
+    </message>
+    <message>
+        <source>CR+LF</source>
+        <translation>CR+LF</translation>
+    </message>
+    <message>
+        <source>LF</source>
+        <translation>LF</translation>
+    </message>
+    <message>
+        <source>Line end</source>
+        <translation>改行コード</translation>
+    </message>
+    <message>
+        <source>Default c&amp;har code:</source>
+        <translation>既定コード(&amp;H):</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,160 @@
+#include "options/frmoption.h"
+
+#include "options/choicecombo.h"
+#include "options/decimalnumber.h"
+#include "platform/messagebox.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr int fixedWrap = 2; // item of the wrap modes, and what is stored for it
+
+struct FormSizes {
+    int margin;
+    int spacing;
+    QSize button; // at least
+};
+constexpr FormSizes smallSizes{ 4, 4, { 60, 17 } };
+constexpr FormSizes vgaSizes{ 7, 7, { 120, 28 } };
+
+} // namespace
+
+/// One number as typed and what it may be.
+struct frmOption::NumberCheck {
+    QLineEdit *field;
+    int least;
+    int most;
+    QString notNumeric;
+    QString outOfBounds;
+};
+
+frmOption::frmOption(QWidget *parent)
+    : QDialog(parent)
+    , m_pages(new QTabWidget)
+{
+    setModal(true);
+    setWindowTitle(tr("Options"));
+    m_pages->addTab(createView1Page(), tr("View&1"));
+    m_pages->addTab(createView2Page(), tr("View&2"));
+    m_pages->addTab(createDetailPage(), tr("&Detail"));
+
+    const FormSizes &sizes = isVga() ? vgaSizes : smallSizes;
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(sizes.margin, sizes.margin, sizes.margin, sizes.margin);
+    layout->setSpacing(sizes.spacing);
+    layout->addWidget(m_pages, 1);
+    layout->addWidget(createButtonRow());
+}
+
+QWidget *frmOption::createButtonRow()
+{
+    auto *ok = new QPushButton(tr("OK"));
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &frmOption::accept);
+    auto *cancel = new QPushButton(tr("Cancel"));
+    connect(cancel, &QPushButton::clicked, this, &frmOption::reject);
+
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addStretch();
+    for (QPushButton *button : { ok, cancel }) {
+        button->setMinimumSize(isVga() ? vgaSizes.button : smallSizes.button);
+        layout->addWidget(button);
+    }
+    return row;
+}
+
+void frmOption::slotWrapModeActivated(int index)
+{
+    m_wrapLen->setEnabled(index == fixedWrap);
+}
+
+void frmOption::slotRecentClear()
+{
+    const int answer = MessageBox::question(this, tr("Clear Recent Files"),
+        tr("Are you sure you want to clear the Recent Files?"), { tr("OK"), tr("Cancel") }, 0, 1);
+    if (answer != 0)
+        return;
+    for (RecentEntry &entry : recentFiles().entries) {
+        entry.path.clear();
+        entry.name.clear();
+    }
+}
+
+void frmOption::accept()
+{
+    if (!areNumbersUsable())
+        return;
+    store();
+    writeSettings();
+    QDialog::accept();
+}
+
+bool frmOption::isWrapFixed() const
+{
+    return m_wrapMode->currentIndex() == fixedWrap;
+}
+
+/// Tells about the first number that is not usable.
+bool frmOption::areNumbersUsable()
+{
+    const NumberCheck wrapColumns{ m_wrapLen, 10, std::numeric_limits<int>::max(),
+        tr("The Wrap columns must be numeric."), tr("The Wrap columns must be more than 10 numbers.") };
+    // Two bounds are not what their texts say: 10 columns are enough, and 100 points are not too many.
+    const NumberCheck others[] = {
+        { m_tabLen, 1, 12, tr("The Tab size must be numeric."),
+            tr("The Tab size must be between 1 and 12.") },
+        { m_fontSize->lineEdit(), 1, 100, tr("The Font size must be numeric."),
+            tr("The Font size must be between 1 and 99.") },
+        { m_recentViewCnt, 0, 15, tr("The Recent Files count must be numeric."),
+            tr("The Recent Files count must be between 0 and 15.") },
+    };
+    if (isWrapFixed() && !isUsable(wrapColumns))
+        return false;
+    return std::all_of(
+        std::begin(others), std::end(others), [this](const NumberCheck &check) { return isUsable(check); });
+}
+
+bool frmOption::isUsable(const NumberCheck &check)
+{
+    const std::optional<int> number = decimalNumber(check.field->text());
+    if (number && *number >= check.least && *number <= check.most)
+        return true;
+    showField(check.field);
+    MessageBox::critical(this, tr("Error"), number ? check.outOfBounds : check.notNumeric);
+    return false;
+}
+
+/// Brings the field to the front, ready to be typed over.
+void frmOption::showField(QLineEdit *field)
+{
+    for (int page = 0; page < m_pages->count(); ++page) {
+        if (m_pages->widget(page)->isAncestorOf(field))
+            m_pages->setCurrentIndex(page);
+    }
+    field->setFocus();
+    field->selectAll();
+}
+
+void frmOption::store() const
+{
+    AppSettings &settings = appSettings();
+    for (const Check &check : m_checks)
+        settings.*check.setting = check.box->isChecked() ? 1 : 0;
+    for (const Choice &choice : m_choices)
+        settings.*choice.setting = choice.combo->value();
+    settings.FontName = m_fontName->currentText();
+    settings.FontSize = decimalNumber(m_fontSize->currentText()).value_or(0);
+    settings.WrapLen = decimalNumber(m_wrapLen->text()).value_or(0);
+    settings.TabLen = decimalNumber(m_tabLen->text()).value_or(0);
+    recentFiles().RecentViewCnt = decimalNumber(m_recentViewCnt->text()).value_or(0);
+}

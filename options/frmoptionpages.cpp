@@ -1,0 +1,273 @@
+#include "options/frmoption.h"
+
+#include "options/choicecombo.h"
+
+#include <QCheckBox>
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int firstColor = 1; // what is stored for "Black"
+constexpr int firstCharCode = 2; // UTF-8 as a CharCode
+constexpr int firstReturnCode = 1; // CR as a ReturnCode
+constexpr int digitsOfNumber = 6; // that a field for a number has room for
+
+constexpr const char *colorNames[] = {
+    QT_TRANSLATE_NOOP("frmOption", "Black"),
+    QT_TRANSLATE_NOOP("frmOption", "White"),
+    QT_TRANSLATE_NOOP("frmOption", "DarkGray"),
+    QT_TRANSLATE_NOOP("frmOption", "Gray"),
+    QT_TRANSLATE_NOOP("frmOption", "LightGray"),
+    QT_TRANSLATE_NOOP("frmOption", "Red"),
+    QT_TRANSLATE_NOOP("frmOption", "Green"),
+    QT_TRANSLATE_NOOP("frmOption", "Blue"),
+    QT_TRANSLATE_NOOP("frmOption", "Cyan"),
+    QT_TRANSLATE_NOOP("frmOption", "Magenta"),
+    QT_TRANSLATE_NOOP("frmOption", "Yellow"),
+    QT_TRANSLATE_NOOP("frmOption", "DarkRed"),
+    QT_TRANSLATE_NOOP("frmOption", "DarkGreen"),
+    QT_TRANSLATE_NOOP("frmOption", "DarkBlue"),
+    QT_TRANSLATE_NOOP("frmOption", "DarkCyan"),
+    QT_TRANSLATE_NOOP("frmOption", "DarkMagenta"),
+    QT_TRANSLATE_NOOP("frmOption", "DarkYellow"),
+};
+
+/// The script that the user's language is written in.
+QFontDatabase::WritingSystem localeWritingSystem()
+{
+    switch (QLocale::system().script()) {
+    case QLocale::JapaneseScript:
+        return QFontDatabase::Japanese;
+    case QLocale::KoreanScript:
+        return QFontDatabase::Korean;
+    case QLocale::SimplifiedHanScript:
+        return QFontDatabase::SimplifiedChinese;
+    case QLocale::TraditionalHanScript:
+        return QFontDatabase::TraditionalChinese;
+    case QLocale::CyrillicScript:
+        return QFontDatabase::Cyrillic;
+    case QLocale::GreekScript:
+        return QFontDatabase::Greek;
+    case QLocale::LatinScript:
+        return QFontDatabase::Latin;
+    default:
+        return QFontDatabase::Any;
+    }
+}
+
+QGridLayout *createPage(QWidget *page)
+{
+    auto *grid = new QGridLayout(page);
+    const int space = isVga() ? 7 : 3;
+    grid->setContentsMargins(space, space, space, space);
+    grid->setHorizontalSpacing(space + 2);
+    grid->setVerticalSpacing(space);
+    grid->setColumnStretch(1, 1);
+    return grid;
+}
+
+/// Controls side by side, the first as wide as it can be.
+QWidget *createRow(const QList<QWidget *> &controls)
+{
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(isVga() ? 7 : 4);
+    for (QWidget *control : controls)
+        layout->addWidget(control);
+    return row;
+}
+
+void finishPage(QGridLayout *grid)
+{
+    grid->setRowStretch(grid->rowCount(), 1);
+}
+
+QComboBox *createEditableCombo(const QString &key)
+{
+    auto *combo = new QComboBox;
+    combo->setObjectName(key);
+    combo->setEditable(true);
+    combo->setInsertPolicy(QComboBox::NoInsert);
+    combo->setCompleter(nullptr); // it would put a listed text in the place of what was typed
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo->setMinimumContentsLength(digitsOfNumber);
+    return combo;
+}
+
+} // namespace
+
+void frmOption::setComboColorItem(QComboBox *combo)
+{
+    for (const char *name : colorNames)
+        combo->addItem(tr(name));
+}
+
+QWidget *frmOption::createView1Page()
+{
+    auto *page = new QWidget;
+    QGridLayout *grid = createPage(page);
+    grid->addWidget(createMarks(), 0, 0, 1, 2);
+    createFontName();
+    addRow(grid, tr("&Font :"), m_fontName, m_fontName);
+    createFontSize();
+    addRow(grid, tr("Font &size :"), m_fontSize, m_fontSize);
+    ChoiceCombo *fore = createColorChoice(u"ForeColor"_s, &AppSettings::ForeColor, firstColor);
+    addRow(grid, tr("F&oreColor :"), fore, fore);
+    ChoiceCombo *back = createColorChoice(u"BackColor"_s, &AppSettings::BackColor, firstColor);
+    addRow(grid, tr("&BackColor :"), back, back);
+    QWidget *wrap = createWrapRow();
+    addRow(grid, tr("&Wrap mode :"), m_wrapMode, wrap);
+    finishPage(grid);
+    return page;
+}
+
+QWidget *frmOption::createMarks()
+{
+    auto *group = new QGroupBox(tr("Mark display"));
+    auto *grid = new QGridLayout(group);
+    const int space = isVga() ? 7 : 3;
+    grid->setContentsMargins(space, space, space, space);
+    grid->setSpacing(space);
+    grid->addWidget(createCheck(u"ShowKAI"_s, &AppSettings::ShowKAI, tr("&Return code")), 0, 0);
+    grid->addWidget(createCheck(u"ShowTAB"_s, &AppSettings::ShowTAB, tr("&Tab character")), 0, 1);
+    grid->addWidget(createCheck(u"ShowZEN"_s, &AppSettings::ShowZEN, tr("&Multi-byte space")), 1, 0);
+    grid->addWidget(createCheck(u"ShowEOF"_s, &AppSettings::ShowEOF, tr("&EOF")), 1, 1);
+    return group;
+}
+
+void frmOption::createFontName()
+{
+    m_fontName = createEditableCombo(u"FontName"_s);
+    for (const QString &family : QFontDatabase::families(localeWritingSystem())) {
+        if (!QFontDatabase::isPrivateFamily(family))
+            m_fontName->addItem(family);
+    }
+    m_fontName->setCurrentIndex(
+        m_fontName->findText(appSettings().FontName, Qt::MatchFixedString | Qt::MatchCaseSensitive));
+    m_fontName->setEditText(appSettings().FontName);
+}
+
+void frmOption::createFontSize()
+{
+    m_fontSize = createEditableCombo(u"FontSize"_s);
+    m_fontSize->addItems({ u"10"_s, u"12"_s, u"16"_s, u"18"_s, u"20"_s, u"24"_s, u"32"_s });
+    const QString size = QString::number(appSettings().FontSize);
+    m_fontSize->setCurrentIndex(m_fontSize->findText(size));
+    m_fontSize->setEditText(size);
+}
+
+QWidget *frmOption::createWrapRow()
+{
+    m_wrapMode = createChoice(
+        u"WrapMode"_s, &AppSettings::WrapMode, 0, { tr("None"), tr("Auto"), tr("Fixed column") });
+    connect(m_wrapMode, &QComboBox::activated, this, &frmOption::slotWrapModeActivated);
+    m_wrapLen = createNumber(u"WrapLen"_s, appSettings().WrapLen);
+    m_wrapLen->setAccessibleName(tr("Wrap columns"));
+    slotWrapModeActivated(m_wrapMode->currentIndex());
+    return createRow({ m_wrapMode, m_wrapLen });
+}
+
+QWidget *frmOption::createView2Page()
+{
+    auto *page = new QWidget;
+    QGridLayout *grid = createPage(page);
+    ChoiceCombo *rowNo =
+        createChoice(u"RowNo"_s, &AppSettings::RowNo, 0, { tr("None"), tr("Small size"), tr("Large size") });
+    addRow(grid, tr("&Row No :"), rowNo, rowNo);
+    ChoiceCombo *rowNoColor =
+        createColorChoice(u"RowNoColor"_s, &AppSettings::RowNoColor, 0, { tr("(Same ForeColor)") });
+    addRow(grid, tr("Row No &Color :"), rowNoColor, rowNoColor);
+    ChoiceCombo *activeLine =
+        createColorChoice(u"ActiveHLine"_s, &AppSettings::ActiveHLine, 0, { tr("None") });
+    addRow(grid, tr("&Active Line :"), activeLine, activeLine);
+    m_tabLen = createNumber(u"TabLen"_s, appSettings().TabLen);
+    addRow(grid, tr("&Tab size :"), m_tabLen, m_tabLen);
+    finishPage(grid);
+    return page;
+}
+
+QWidget *frmOption::createDetailPage()
+{
+    auto *page = new QWidget;
+    QGridLayout *grid = createPage(page);
+    QCheckBox *restore = createCheck(
+        u"RestoreScroll"_s, &AppSettings::RestoreScroll, tr("A cursor &position is restored when opens"));
+    grid->addWidget(restore, 0, 0, 1, 2);
+    ChoiceCombo *indent = createChoice(u"AutoIndent"_s, &AppSettings::AutoIndent, 0,
+        { tr("None"), tr("Tab & space"), tr("Tab & space & MultiSpace") });
+    addRow(grid, tr("&Auto indent :"), indent, indent);
+    addCodeRow(grid);
+    m_recentViewCnt = createNumber(u"RecentViewCnt"_s, recentFiles().RecentViewCnt);
+    addRow(grid, tr("&Recent Files count:"), m_recentViewCnt,
+        createRow({ m_recentViewCnt, new QLabel(tr("(0-15)")) }));
+    auto *clear = new QPushButton(tr("&Clear Recent Files"));
+    clear->setAutoDefault(false);
+    connect(clear, &QPushButton::clicked, this, &frmOption::slotRecentClear);
+    grid->addWidget(clear, grid->rowCount(), 0, 1, 2, Qt::AlignLeft);
+    finishPage(grid);
+    return page;
+}
+
+void frmOption::addCodeRow(QGridLayout *grid)
+{
+    ChoiceCombo *charCode = createChoice(u"DefCodec"_s, &AppSettings::DefCodec, firstCharCode,
+        { tr("UTF-8"), tr("Shift-JIS"), tr("EUC"), tr("JIS") });
+    ChoiceCombo *returnCode = createChoice(
+        u"DefCRLF"_s, &AppSettings::DefCRLF, firstReturnCode, { tr("CR"), tr("CR+LF"), tr("LF") });
+    returnCode->setAccessibleName(tr("Line end"));
+    addRow(grid, tr("Default c&har code:"), charCode, createRow({ charCode, returnCode }));
+}
+
+QCheckBox *frmOption::createCheck(const QString &key, int AppSettings::*setting, const QString &text)
+{
+    auto *box = new QCheckBox(text);
+    box->setObjectName(key);
+    box->setChecked(appSettings().*setting == 1);
+    m_checks.append({ box, setting });
+    return box;
+}
+
+ChoiceCombo *frmOption::createChoice(
+    const QString &key, int AppSettings::*setting, int firstValue, const QStringList &texts)
+{
+    auto *combo = new ChoiceCombo(firstValue);
+    combo->setObjectName(key);
+    combo->addItems(texts);
+    combo->setValue(appSettings().*setting);
+    m_choices.append({ combo, setting });
+    return combo;
+}
+
+ChoiceCombo *frmOption::createColorChoice(
+    const QString &key, int AppSettings::*setting, int firstValue, const QStringList &textsBefore)
+{
+    ChoiceCombo *combo = createChoice(key, setting, firstValue, textsBefore);
+    setComboColorItem(combo);
+    combo->setValue(appSettings().*setting);
+    return combo;
+}
+
+QLineEdit *frmOption::createNumber(const QString &key, int value)
+{
+    auto *field = new QLineEdit(QString::number(value));
+    field->setObjectName(key);
+    return field;
+}
+
+void frmOption::addRow(QGridLayout *grid, const QString &text, QWidget *control, QWidget *cell)
+{
+    auto *label = new QLabel(text);
+    label->setBuddy(control);
+    const int row = grid->rowCount();
+    grid->addWidget(label, row, 0);
+    grid->addWidget(cell, row, 1);
+}

@@ -1,0 +1,182 @@
+#include <QDir>
+#include <QFile>
+#include <QMap>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QXmlStreamReader>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// "context|source" and its translation.
+using Entries = QMap<QString, QString>;
+
+Entries entriesOf(const QString &fileName)
+{
+    Entries entries;
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return entries;
+    QXmlStreamReader xml(&file);
+    QString context;
+    QString source;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == u"name")
+            context = xml.readElementText();
+        else if (xml.name() == u"source")
+            source = xml.readElementText();
+        else if (xml.name() == u"translation")
+            entries.insert(context + u'|' + source, xml.readElementText());
+    }
+    return xml.hasError() ? Entries() : entries;
+}
+
+QString translationSource(const QString &language)
+{
+    return QStringLiteral(SOURCE_FOLDER "/i18n/") + language + u".ts"_s;
+}
+
+QStringList placesIn(const QString &text)
+{
+    static const QRegularExpression place(u"%\\d"_s);
+    QStringList places;
+    for (auto match = place.globalMatch(text); match.hasNext();)
+        places << match.next().captured();
+    places.sort();
+    return places;
+}
+
+int mnemonicsIn(const QString &text)
+{
+    static const QRegularExpression mnemonic(u"&\\w"_s);
+    return int(text.count(mnemonic));
+}
+
+} // namespace
+
+/// The translations are complete, and fit their source texts.
+class TranslationsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void holdsEveryText_data() { addLanguages(); }
+    void holdsEveryText();
+    void keepsPlacesAndMnemonics_data() { addLanguages(); }
+    void keepsPlacesAndMnemonics();
+    void isWrittenAsUsual_data();
+    void isWrittenAsUsual();
+    void unfinishedEntryFailsTheBuild_data();
+    void unfinishedEntryFailsTheBuild();
+
+private:
+    static void addLanguages();
+};
+
+void TranslationsTest::addLanguages()
+{
+    QTest::addColumn<QString>("language");
+    QTest::newRow("Japanese") << u"ja"_s;
+    QTest::newRow("French") << u"fr"_s;
+}
+
+void TranslationsTest::holdsEveryText()
+{
+    QFETCH(QString, language);
+    const QTemporaryDir folder;
+    const QString fresh = folder.filePath(u"fresh.ts"_s);
+    QStringList arguments{ u"-silent"_s, u"-locations"_s, u"none"_s, u"-I"_s, QStringLiteral(SOURCE_FOLDER) };
+    for (const char *name : { "app", "editor", "filedialog", "options", "platform", "search" }) {
+        const QString path = QStringLiteral(SOURCE_FOLDER "/") + QLatin1StringView(name);
+        if (QDir(path).exists())
+            arguments << path;
+    }
+    QProcess lupdate;
+    lupdate.start(QStringLiteral(LUPDATE), arguments + QStringList{ u"-ts"_s, fresh });
+    QVERIFY(lupdate.waitForFinished(-1));
+    QCOMPARE(lupdate.exitCode(), 0);
+
+    const Entries wanted = entriesOf(fresh);
+    const Entries present = entriesOf(translationSource(language));
+    QVERIFY(wanted.contains(u"frmMain|&File"_s));
+    for (const QString &text : wanted.keys())
+        QVERIFY2(!present.value(text).isEmpty(), qPrintable(u"no translation: "_s + text));
+    for (const QString &text : present.keys())
+        QVERIFY2(wanted.contains(text), qPrintable(u"no longer used: "_s + text));
+}
+
+void TranslationsTest::keepsPlacesAndMnemonics()
+{
+    QFETCH(QString, language);
+    const Entries entries = entriesOf(translationSource(language));
+    for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+        const QString source = entry.key().section(u'|', 1);
+        QVERIFY2(placesIn(entry.value()) == placesIn(source), qPrintable(entry.value()));
+        QVERIFY2(mnemonicsIn(entry.value()) == mnemonicsIn(source), qPrintable(entry.value()));
+        QVERIFY2(entry.value().endsWith(u'\n') == source.endsWith(u'\n'), qPrintable(entry.value()));
+    }
+}
+
+void TranslationsTest::isWrittenAsUsual_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("wrong");
+    QTest::newRow("Japanese mnemonic is a letter in brackets") << u"ja"_s << u"&\\w(?!\\))|(?<!\\()&\\w"_s;
+    QTest::newRow("French space before double punctuation")
+        << u"fr"_s << u"[^\\x{a0}][?!;»]|[^\\x{a0}( ]:[ \\n]"_s;
+    QTest::newRow("French space after opening quotation mark") << u"fr"_s << u"«[^\\x{a0}]"_s;
+    QTest::newRow("French apostrophe and ellipsis") << u"fr"_s << u"\\w'\\w|\\.\\.\\."_s;
+}
+
+void TranslationsTest::isWrittenAsUsual()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, wrong);
+    const QRegularExpression pattern(wrong, QRegularExpression::UseUnicodePropertiesOption);
+    QVERIFY(pattern.isValid());
+    const Entries entries = entriesOf(translationSource(language));
+    QVERIFY(!entries.isEmpty());
+    for (QString text : entries) {
+        // The program's name, and lists of characters and of name endings, are no sentences.
+        text.remove(u"Marlo!Pad"_s).remove(u"\\ / : , ; * ? \" < > |"_s);
+        text.remove(QRegularExpression(u"\\(\\*[^)]*\\)"_s));
+        QVERIFY2(!pattern.match(text).hasMatch(), qPrintable(text));
+    }
+}
+
+void TranslationsTest::unfinishedEntryFailsTheBuild_data()
+{
+    QTest::addColumn<QByteArray>("translation");
+    QTest::addColumn<bool>("passes");
+    QTest::newRow("finished") << QByteArray("<translation>Oui</translation>") << true;
+    QTest::newRow("unfinished") << QByteArray("<translation type=\"unfinished\">Oui</translation>") << false;
+    QTest::newRow("unfinished and empty")
+        << QByteArray("<translation type=\"unfinished\"></translation>") << false;
+    QTest::newRow("empty") << QByteArray("<translation></translation>") << false;
+    QTest::newRow("vanished") << QByteArray("<translation type=\"vanished\">Oui</translation>") << false;
+}
+
+void TranslationsTest::unfinishedEntryFailsTheBuild()
+{
+    QFETCH(QByteArray, translation);
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"some.ts"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        "<TS version=\"2.1\" language=\"fr\"><context><name>c</name>\n<message>\n<source>Yes</source>\n"
+        + translation + "\n</message>\n</context></TS>\n");
+    file.close();
+    QProcess check;
+    check.start(QStringLiteral(CMAKE_PROGRAM),
+        { u"-D"_s, u"TS="_s + file.fileName(), u"-P"_s,
+            QStringLiteral(SOURCE_FOLDER "/i18n/checkfinished.cmake") });
+    QVERIFY(check.waitForFinished(-1));
+    QTEST(check.exitCode() == 0, "passes");
+}
+
+QTEST_APPLESS_MAIN(TranslationsTest)
+#include "translations_test.moc"

@@ -1,0 +1,49 @@
+#include "options/decimalnumber.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Numbers as they are typed.
+class DecimalNumberTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void number_data();
+    void number();
+};
+
+void DecimalNumberTest::number_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("number");
+    const QString none = u"none"_s;
+    QTest::newRow("plain") << u"18"_s << u"18"_s;
+    QTest::newRow("blanks around") << u" 18 "_s << u"18"_s;
+    QTest::newRow("full-width blanks around") << u"\u300018\u3000"_s << u"18"_s;
+    QTest::newRow("full width") << u"\uFF11\uFF18"_s << u"18"_s;
+    QTest::newRow("mixed widths") << u"1\uFF18"_s << u"18"_s;
+    QTest::newRow("full-width minus") << u"\uFF0D\uFF11"_s << u"-1"_s;
+    QTest::newRow("minus") << u"-1"_s << u"-1"_s;
+    QTest::newRow("leading zero is decimal") << u"010"_s << u"10"_s;
+    QTest::newRow("largest") << u"2147483647"_s << u"2147483647"_s;
+    QTest::newRow("one too large") << u"2147483648"_s << none;
+    QTest::newRow("far too large") << u"99999999999999999999"_s << none;
+    QTest::newRow("empty") << QString() << none;
+    QTest::newRow("letters") << u"abc"_s << none;
+    QTest::newRow("digits and letters") << u"12a"_s << none;
+    QTest::newRow("hexadecimal") << u"0x10"_s << none;
+    QTest::newRow("fraction") << u"1.5"_s << none;
+    QTest::newRow("blank within") << u"1 0"_s << none;
+    QTest::newRow("digits of another script") << u"\u0661\u0662"_s << none;
+}
+
+void DecimalNumberTest::number()
+{
+    QFETCH(QString, text);
+    const std::optional<int> number = decimalNumber(text);
+    QTEST(number ? QString::number(*number) : u"none"_s, "number");
+}
+
+QTEST_APPLESS_MAIN(DecimalNumberTest)
+#include "decimalnumber_test.moc"
