@@ -35,10 +35,10 @@ QString fullName(const ctlEditer *editor)
     return editor->path() + editor->name();
 }
 
-/// Folder and name of a file, without looking at the disk.
+/// Folder and name of a file, without looking at the disk. A "/" at the end is not part of the name.
 FileChoice fileOf(const QString &path, int charCode)
 {
-    const QFileInfo info(path);
+    const QFileInfo info(QDir::cleanPath(path));
     const QString folder = info.absolutePath();
     return { folder.endsWith(u'/') ? folder : folder + u'/', info.fileName(), charCode, 0 };
 }

@@ -24,6 +24,7 @@ private slots:
     void openModifiedFileAsks();
     void unreadableFileKeepsItsTab();
     void fileInTheRootFolder();
+    void folderWithASlashHasItsName();
     void differentSpellingsAreOneFile();
     void namesAreShownAsTheyAre_data();
     void namesAreShownAsTheyAre();
@@ -166,6 +167,20 @@ void DocumentsTest::fileInTheRootFolder()
     window.setDocument(u"/no such file"_s);
     QCOMPARE(window.currentEditor()->path(), u"/"_s);
     QCOMPARE(window.currentEditor()->name(), u"no such file"_s);
+}
+
+void DocumentsTest::folderWithASlashHasItsName()
+{
+    const TestFiles files;
+    QVERIFY(QDir(files.folder()).mkdir(u"sub"_s));
+    TestWindow window;
+    QVERIFY(window.open());
+    MessageBoxes boxes;
+    window.setDocument(files.folder() + u"sub/"_s);
+    QCOMPARE(boxes.texts(), QStringList{ u"File Load Error!|This is a folder, not a file!"_s });
+    QCOMPARE(window.tabTexts().last(), u"sub"_s);
+    QCOMPARE(window.currentEditor()->path(), files.folder());
+    QCOMPARE(window.currentEditor()->name(), u"sub"_s);
 }
 
 void DocumentsTest::differentSpellingsAreOneFile()
