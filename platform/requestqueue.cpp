@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QScopedValueRollback>
 #include <QWidget>
+#include <QWindow>
 
 RequestQueue::RequestQueue(QObject *parent)
     : QObject(parent)
@@ -13,6 +14,7 @@ RequestQueue::RequestQueue(QObject *parent)
 void RequestQueue::setReceiver(QWidget *window)
 {
     m_receiver = window;
+    m_wasOnScreen = false;
     schedule();
 }
 
@@ -29,9 +31,11 @@ void RequestQueue::add(const QString &fileName)
     schedule();
 }
 
-bool RequestQueue::isReady() const
+bool RequestQueue::isReady()
 {
-    return m_receiver && !m_held && !m_delivering && !QApplication::activeModalWidget()
+    if (!m_wasOnScreen && m_receiver && m_receiver->windowHandle())
+        m_wasOnScreen = m_receiver->windowHandle()->isExposed();
+    return m_receiver && m_wasOnScreen && !m_held && !m_delivering && !QApplication::activeModalWidget()
         && !QApplication::activePopupWidget();
 }
 

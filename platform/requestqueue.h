@@ -9,9 +9,10 @@ class QWidget;
 /// Files to open, in the order of their arrival, until the main window can take them.
 ///
 /// The window takes one in its slot `setDocument(QString)`, called from the event loop, never from inside
-/// another call of the program: not while a modal dialog or a menu is open, not while held, not before there
-/// is a window. Each is delivered once. Whether the time has come is looked at only while something waits,
-/// each time the event loop has been woken or is about to sleep.
+/// another call of the program: not while a modal dialog or a menu is open, not while held, not before the
+/// window has been on the screen: before that it has not the size that text may be laid out for. Each is
+/// delivered once. Whether the time has come is looked at only while something waits, each time the event
+/// loop has been woken or is about to sleep.
 class RequestQueue : public QObject {
     Q_OBJECT
 public:
@@ -23,13 +24,14 @@ public:
     void add(const QString &fileName);
 
 private:
-    bool isReady() const;
+    bool isReady();
     void watch();
     void schedule();
     void deliver();
 
     QPointer<QWidget> m_receiver;
     QStringList m_fileNames;
+    bool m_wasOnScreen = false;
     bool m_held = false;
     bool m_scheduled = false;
     bool m_delivering = false;

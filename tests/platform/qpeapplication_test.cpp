@@ -150,6 +150,7 @@ private slots:
     void qpeDir();
 
     void request_beforeTheWindow_waits();
+    void request_waitsForTheWindowOnTheScreen();
     void requests_keepTheirOrder();
     void request_isDeliveredFromTheEventLoop();
     void request_waitsForModalDialog_data();
@@ -238,6 +239,21 @@ void QPEApplicationTest::request_beforeTheWindow_waits()
     settle();
     QVERIFY(window.log.isEmpty());
     application()->showMainWidget(&window, true);
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+// What is laid out for the window's size must find the size it gets, not the one it had before it was shown.
+void QPEApplicationTest::request_waitsForTheWindowOnTheScreen()
+{
+    Window window;
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    application()->request(u"/a"_s);
+    application()->showMainWidget(&window, true);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    window.hide();
+    window.setAttribute(Qt::WA_DontShowOnScreen, false);
+    window.show();
     QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
 }
 
