@@ -15,14 +15,9 @@ start_display() {
     rm -f "$display_file"
     openbox >/dev/null 2>&1 &
     openbox_pid=$!
-    switch_desktop 1
-    switch_desktop 0
-}
-
-# switch_desktop N: until the window manager did it. One that has only announced itself still loses windows that are
-# shown to it; one that carries out a request is ready.
-switch_desktop() {
-    until [ "$(xdotool set_desktop "$1" get_desktop 2>/dev/null)" = "$1" ]; do sleep 0.05; done
+    # It announces itself before it manages windows, and loses one that is shown in between; when it has carried out a
+    # request it is ready.
+    until [ "$(xdotool set_num_desktops 1 get_num_desktops 2>/dev/null)" = 1 ]; do sleep 0.05; done
 }
 
 stop_display() {
