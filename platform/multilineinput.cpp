@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QInputMethod>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -160,15 +161,18 @@ void QMultiLineEdit::commitPreedit()
     QGuiApplication::inputMethod()->commit();
     if (!isComposing())
         return;
-    // The input method has gone meanwhile: what it showed is kept.
+    // There are input methods that do not know this request, and they may have gone meanwhile. What was shown
+    // is kept, and the input method is to forget it; some then commit it themselves.
     QInputMethodEvent event;
     event.setCommitString(d->preedit.text);
     d->compose(event);
+    const QScopedValueRollback deaf(d->deafToInputMethod, true);
+    QGuiApplication::inputMethod()->reset();
 }
 
 void QMultiLineEdit::inputMethodEvent(QInputMethodEvent *event)
 {
-    if (d->readOnly) {
+    if (d->readOnly || d->deafToInputMethod) {
         event->ignore();
         return;
     }

@@ -261,6 +261,7 @@ struct QMultiLineEdit::Private {
 
     // Input methods.
     Preedit preedit;
+    bool deafToInputMethod = false; ///< while it is told to forget what it composed
 
     void compose(const QInputMethodEvent &event);
     void setPreedit(const QInputMethodEvent &event);
