@@ -12,6 +12,7 @@
 class ctlEditer;
 class ctlTabBar;
 class DocumentArea;
+class frmSearchDialog;
 class QDateTime;
 class QMenuBar;
 class QStackedWidget;
@@ -121,6 +122,12 @@ public slots:
     void slotCmdViewHelp();
     void slotCmdViewAbout();
 
+    /// What the search panel's buttons ask for.
+    void slotEtcSearchNext();
+    void slotEtcSearchBefo();
+    /// Replaces every hit in the current document, from its top, and tells how many there were.
+    void slotEtcReplaceAll();
+
     void slotTabCurrentChanged(ctlEditer *editor);
     /// Makes the first document when the window is active and has none.
     void slotEtcFirstNewDoc();
@@ -169,6 +176,12 @@ private:
     void updateTabText(ctlEditer *editor);
     void updateCaption();
 
+    frmSearchDialog *searchPanel();
+    void showSearchPanel(int mode);
+    void takeSearchRequest();
+    void search(bool (ctlEditer::*direction)(int, bool, const QString &, const QString &));
+    void uncoverHit(ctlEditer &editor);
+
     bool installTranslator(int language);
     void changeLanguage(int language, const QString &missingFileText);
 
@@ -182,5 +195,6 @@ private:
     bool m_fullScreen = false;
     bool m_firstDocumentDue = false;
     SearchRequest m_search;
+    frmSearchDialog *m_searchPanel = nullptr; ///< made when it is first needed
     std::unique_ptr<Translation> m_translation;
 };

@@ -30,18 +30,6 @@ void frmMain::slotCmdViewWinNext()
     slotEtcChangeTab(1);
 }
 
-void frmMain::slotCmdViewSearch() { }
-
-void frmMain::slotCmdViewSrchBefo() { }
-
-void frmMain::slotCmdViewSrchNext() { }
-
-void frmMain::slotCmdViewReplace() { }
-
-void frmMain::slotCmdViewGyoJump() { }
-
-void frmMain::slotCmdViewLastEdit() { }
-
 void frmMain::slotCmdViewHelp() { }
 
 void frmMain::slotCmdViewAbout()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/qmultilineedit.h"
+#include "platform/text/textpattern.h"
 
 #include <QColor>
 
@@ -44,6 +45,16 @@ public:
     /// Names a document that was never saved in the present language.
     void retranslateName();
 
+    /// Marks the first hit behind the cursor or, where text is marked, behind that text's first character; in
+    /// mode 1 replaces it. False, with cursor and marked text as they were, when there is none.
+    bool searchForward(int mode, bool caseSensitive, const QString &findText, const QString &replaceText);
+    /// The same for the last hit before the cursor or the marked text, where the cursor then stands.
+    bool searchBackward(int mode, bool caseSensitive, const QString &findText, const QString &replaceText);
+    /// Puts the cursor at the start of a logical line, counted from 1; nothing for a line there is not.
+    void jumpToLine(qint64 number);
+    /// Puts the cursor where the newest insertion or deletion that can be undone began; nothing without one.
+    void jumpToLastEdit();
+
     void applyFont();
     /// Mode 1 wraps at the width the editor has now and goes on doing so whatever its width becomes.
     void applyWrapMode();
@@ -82,6 +93,8 @@ private:
     bool writeText(const QString &fileName);
     void setUnmodified();
 
+    const TextPattern &patternFor(const QString &text, bool caseSensitive);
+
     void breakLine();
     QString indentationBeforeCursor() const;
     bool marksSeveralLines() const;
@@ -93,6 +106,7 @@ private:
     QString m_name;
     int m_charCode = 0;
     int m_returnCode = 0;
+    TextPattern m_pattern; ///< of the last search
     bool m_undoAvailable = false;
     bool m_redoAvailable = false;
     QColor m_backColor;

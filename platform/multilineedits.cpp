@@ -35,6 +35,17 @@ void QMultiLineEdit::Private::endOperation()
         emit q->textChanged();
 }
 
+QMultiLineEdit::Batch::Batch(QMultiLineEdit &edit)
+    : m_edit(edit)
+{
+    m_edit.d->beginOperation();
+}
+
+QMultiLineEdit::Batch::~Batch()
+{
+    m_edit.d->endOperation();
+}
+
 void QMultiLineEdit::Private::replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining)
 {
     Q_ASSERT(operations > 0);

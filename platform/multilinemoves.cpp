@@ -105,7 +105,8 @@ void QMultiLineEdit::Private::scrollPage(Move move)
 void QMultiLineEdit::Private::moveTo(CursorPlace place, Marking marking)
 {
     setCursorAndAnchor(place, marking == Marking::Extend ? anchor : place);
-    makeCursorVisible();
+    if (operations == 0)
+        makeCursorVisible();
 }
 
 void QMultiLineEdit::Private::mark(qint64 from, qint64 to)
@@ -118,6 +119,12 @@ void QMultiLineEdit::Private::setCursorAndAnchor(CursorPlace to, CursorPlace fro
 {
     history.breakJoining();
     goalX.reset();
+    if (operations > 0) {
+        // The operation's end shows it.
+        cursor = to;
+        anchor = from;
+        return;
+    }
     if (hasMarked() && (to.offset == from.offset || from.offset != anchor.offset))
         freezePrimary();
     const RowCol oldRow = rowColOf(cursor);

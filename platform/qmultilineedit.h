@@ -29,6 +29,17 @@ public:
     /// Where a row may end: between any two characters, as text without blanks between words needs it.
     enum WrapPolicy { Anywhere };
 
+    /// Makes one operation of all changes and cursor moves while it lives: scrolling, signals and repaints
+    /// come at its end, so that thousands of edits cost little more than the text they change. Batches nest.
+    class Batch {
+    public:
+        explicit Batch(QMultiLineEdit &edit);
+        ~Batch();
+        Q_DISABLE_COPY_MOVE(Batch)
+    private:
+        QMultiLineEdit &m_edit;
+    };
+
     explicit QMultiLineEdit(QWidget *parent = nullptr);
     ~QMultiLineEdit() override;
 

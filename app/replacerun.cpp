@@ -1,0 +1,125 @@
+#include "app/replacerun.h"
+
+#include "app/frmmain.h"
+#include "editor/ctlediter.h"
+#include "platform/qpeapplication.h"
+#include "search/frmreplaceprogress.h"
+
+#include <QEvent>
+
+namespace {
+
+constexpr std::chrono::milliseconds frameTime{ 16 };
+
+void holdRequests(bool hold)
+{
+    if (auto *application = qobject_cast<QPEApplication *>(qApp))
+        application->holdRequests(hold);
+}
+
+bool isInput(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::Close:
+    case QEvent::ContextMenu:
+    case QEvent::Drop:
+    case QEvent::InputMethod:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::TabletMove:
+    case QEvent::TabletPress:
+    case QEvent::TabletRelease:
+    case QEvent::TouchBegin:
+    case QEvent::TouchEnd:
+    case QEvent::TouchUpdate:
+    case QEvent::Wheel:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+ReplaceGuard::ReplaceGuard()
+{
+    holdRequests(true);
+    qApp->installEventFilter(this);
+}
+
+ReplaceGuard::~ReplaceGuard()
+{
+    holdRequests(false);
+}
+
+bool ReplaceGuard::eventFilter(QObject *object, QEvent *event)
+{
+    const auto *widget = qobject_cast<QWidget *>(object);
+    if (!widget || !isInput(event->type()) || qobject_cast<frmReplaceProgress *>(widget->window()))
+        return false;
+    event->ignore();
+    return true;
+}
+
+ReplaceRun::ReplaceRun(ctlEditer &editor, const SearchRequest &request, frmReplaceProgress &progress)
+    : m_editor(editor)
+    , m_request(request)
+    , m_progress(progress)
+{
+}
+
+int ReplaceRun::run()
+{
+    while (runFrame()) {
+        m_progress.setCount(m_count);
+        m_frameEnd.setRemainingTime(frameTime);
+    }
+    showResult();
+    return m_count;
+}
+
+/// Replaces until it is time to show something; false when the run is over.
+bool ReplaceRun::runFrame()
+{
+    const QMultiLineEdit::Batch batch(m_editor);
+    do {
+        if (!replaceNext())
+            return false;
+    } while (!m_frameEnd.hasExpired());
+    return true;
+}
+
+bool ReplaceRun::replaceNext()
+{
+    if (!m_editor.searchForward(
+            m_request.searchMode, m_request.caseSensitive != 0, m_request.findText, m_request.replaceText))
+        return false;
+    ++m_count;
+    QCoreApplication::processEvents();
+    if (m_progress.stopRequested)
+        return false;
+    if (m_progress.speedUp)
+        hurry();
+    return true;
+}
+
+void ReplaceRun::hurry()
+{
+    m_editor.setUpdatesEnabled(false);
+    m_editor.blockSignals(true);
+}
+
+void ReplaceRun::showResult()
+{
+    if (m_count > 0 && !m_progress.stopRequested)
+        m_progress.setCount(m_count);
+    m_editor.blockSignals(false);
+    m_editor.setUpdatesEnabled(true);
+    m_editor.viewport()->repaint();
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QObject>
+
+class ctlEditer;
+class frmReplaceProgress;
+struct SearchRequest;
+
+/// While it lives nothing but the progress panel gets input, no window can be closed, and requests of the
+/// launcher wait: for a run that lets the event loop go on.
+class ReplaceGuard : public QObject {
+public:
+    ReplaceGuard();
+    ~ReplaceGuard() override;
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override;
+};
+
+/// Replaces all hits from the cursor on.
+///
+/// Events are processed after every replacement; what it changes is shown once a frame, or at the end when
+/// the panel was told to speed up. Each replacement is one step of the undo history.
+class ReplaceRun {
+public:
+    ReplaceRun(ctlEditer &editor, const SearchRequest &request, frmReplaceProgress &progress);
+    /// Runs until there is no hit left or the panel was told to stop; gives the number of replacements.
+    int run();
+
+private:
+    bool runFrame();
+    bool replaceNext();
+    void hurry();
+    void showResult();
+
+    ctlEditer &m_editor;
+    const SearchRequest &m_request;
+    frmReplaceProgress &m_progress;
+    int m_count = 0;
+    QDeadlineTimer m_frameEnd{ 0 }; ///< the first replacement is shown at once
+};

@@ -1,0 +1,94 @@
+#include "search/frmjumpto.h"
+
+#include "app/settings.h"
+#include "platform/messagebox.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+struct FormSizes {
+    int fieldWidth;
+    QSize button;
+};
+constexpr FormSizes smallSizes{ 40, { 60, 17 } };
+constexpr FormSizes vgaSizes{ 80, { 100, 27 } };
+constexpr int formMargin = 10;
+constexpr int formSpacing = 10;
+
+const FormSizes &formSizes()
+{
+    return isVga() ? vgaSizes : smallSizes;
+}
+
+QChar inAscii(QChar character)
+{
+    if (character.category() == QChar::Number_DecimalDigit)
+        return QChar(u'0' + char16_t(character.digitValue()));
+    if (character == u'\uff0b')
+        return u'+';
+    // The full-width hyphen, and the minus sign that conversion offers in its place.
+    if (character == u'\uff0d' || character == u'\u2212')
+        return u'-';
+    return character;
+}
+
+QHBoxLayout *rowOf(std::initializer_list<QWidget *> controls)
+{
+    auto *row = new QHBoxLayout;
+    row->setSpacing(formSpacing);
+    for (QWidget *control : controls)
+        row->addWidget(control);
+    return row;
+}
+
+} // namespace
+
+frmJumpTo::frmJumpTo(QWidget *parent)
+    : QDialog(parent)
+    , m_line(new QLineEdit)
+{
+    setModal(true);
+    setWindowTitle(tr("Jump to"));
+    m_line->setFixedWidth(formSizes().fieldWidth);
+    auto *label = new QLabel(tr("Line No:"));
+    label->setBuddy(m_line);
+    auto *jump = new QPushButton(tr("Jump"));
+    jump->setDefault(true);
+    connect(jump, &QPushButton::clicked, this, &frmJumpTo::accept);
+    auto *cancel = new QPushButton(tr("Cancel"));
+    connect(cancel, &QPushButton::clicked, this, &frmJumpTo::reject);
+    for (QPushButton *button : { jump, cancel })
+        button->setFixedSize(formSizes().button);
+
+    auto *rows = new QVBoxLayout(this);
+    rows->setContentsMargins(formMargin, formMargin, formMargin, formMargin);
+    rows->setSpacing(formSpacing);
+    rows->addLayout(rowOf({ label, m_line }));
+    rows->addLayout(rowOf({ jump, cancel }));
+    m_line->setFocus();
+}
+
+std::optional<qint64> frmJumpTo::numberOf(const QString &text)
+{
+    QString ascii = text;
+    std::transform(text.cbegin(), text.cend(), ascii.begin(), inAscii);
+    bool isNumber = false;
+    const qint64 number = ascii.toLongLong(&isNumber);
+    return isNumber ? std::optional(number) : std::nullopt;
+}
+
+void frmJumpTo::accept()
+{
+    const std::optional<qint64> number = numberOf(m_line->text());
+    if (!number) {
+        MessageBox::critical(this, tr("Input Error"), tr("Input a number."));
+        return;
+    }
+    lineNo = *number;
+    QDialog::accept();
+}
