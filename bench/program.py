@@ -3,8 +3,9 @@
 a key press, memory.
 
     program.py start  -- COMMAND…            start to idle, several runs
-    program.py keys [--at end|start|middle] [--count N] [--keys "a b"] -- COMMAND…
-                                             processor time of the whole process per key press
+    program.py keys [--at end|start] [--count N] [--before "a b"] [--keys "a b"] -- COMMAND…
+                                             processor time of the whole process per key press; keys before are
+                                             pressed N times and not measured: --before "a Return" --keys ctrl+z
 
 "Idle" is the last moment the process used the processor before using none for a third of a second. Times come from
 the scheduler's own account (/proc/PID/schedstat, nanoseconds), so a slow display or a busy machine adds nothing.
@@ -90,7 +91,7 @@ def keys(options):
     press = lambda *names, repeat=1: subprocess.run(
         ["xdotool", "key", "--delay", "25", "--repeat", str(repeat), *names], check=True)
     press(PLACES[options.at])
-    press("a", repeat=10)
+    press(*options.before.split(), repeat=options.count)
     wait_idle(process, needs_window=False)
     before = cpu_seconds(process.pid)
     names = options.keys.split()
@@ -107,6 +108,7 @@ def main():
     parser.add_argument("--runs", type=int, default=5)
     parser.add_argument("--at", choices=PLACES, default="end")
     parser.add_argument("--count", type=int, default=100)
+    parser.add_argument("--before", default="a")
     parser.add_argument("--keys", default="a")
     parser.add_argument("command", nargs="+")
     options = parser.parse_args()
