@@ -34,7 +34,8 @@ public:
     QColor activeLineColor() const { return m_activeLineColor; }
 
     /// Reads path + name; `requested` is a CharCode, 0 to detect. Failures are told to the user; then text,
-    /// codes and history stay, but path and name are the new ones. Memory: the file's bytes and the text.
+    /// codes and history stay, but path and name are the new ones, and saving under them keeps a copy of what
+    /// could not be read. Memory: the file's bytes and the text.
     void loadFile(const QString &path, const QString &name, int requested);
     /// As loadFile, always detecting.
     void reload(const QString &path, const QString &name);
@@ -104,6 +105,7 @@ private:
 
     QString m_path;
     QString m_name;
+    QString m_unreadFile; ///< path + name of the file that could not be read; empty when the text is its own
     int m_charCode = 0;
     int m_returnCode = 0;
     TextPattern m_pattern; ///< of the last search

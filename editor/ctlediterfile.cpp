@@ -53,9 +53,11 @@ void ctlEditer::loadFile(const QString &path, const QString &name, int requested
 {
     m_path = path;
     m_name = name;
+    m_unreadFile = path + name;
     QByteArray bytes;
     if (!readWholeFile(this, path + name, bytes))
         return;
+    m_unreadFile.clear();
     setUndoEnabled(false);
     clear();
     m_returnCode = detectReturnCode(bytes, appSettings().DefCRLF);
@@ -95,6 +97,7 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode,
     setUndoEnabled(false);
     m_path = path;
     m_name = name;
+    m_unreadFile.clear();
     setUnmodified();
     return true;
 }
@@ -102,16 +105,21 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode,
 bool ctlEditer::writeText(const QString &fileName)
 {
     DocumentWriter writer(FileName::toBytes(fileName), m_returnCode);
-    if (writer.write(store(), *codecToWrite(m_charCode)))
-        return true;
+    if (fileName == m_unreadFile)
+        writer.keepOldContent();
+    const bool isWritten = writer.write(store(), *codecToWrite(m_charCode));
+    const QString kept = FileName::forDisplay(FileName::fromBytes(writer.keptCopy()));
     const QString title = tr("File Write Error");
-    MessageBox::critical(
-        this, title, tr("Cannot write the file.\nYou do not have the permission or the file may be in use."));
-    if (!writer.keptCopy().isEmpty())
+    if (!isWritten)
         MessageBox::critical(this, title,
-            tr("The file may be damaged. Its old content is kept in the file\n%1")
-                .arg(FileName::forDisplay(FileName::fromBytes(writer.keptCopy()))));
-    return false;
+            tr("Cannot write the file.\nYou do not have the permission or the file may be in use."));
+    if (!isWritten && !kept.isEmpty())
+        MessageBox::critical(
+            this, title, tr("The file may be damaged. Its old content is kept in the file\n%1").arg(kept));
+    if (isWritten && !kept.isEmpty())
+        MessageBox::information(this, tr("Confirm File Save"),
+            tr("The file could not be read before. Its old content is kept in the file\n%1").arg(kept));
+    return isWritten;
 }
 
 /// The text is what the file has, and nothing leads back behind it.

@@ -13,6 +13,8 @@ public:
     /// `returnCode` is a ReturnCode; any but CR and CR+LF writes LF. See SafeFile for `name` and `calls`.
     DocumentWriter(const QByteArray &name, int returnCode, const FileCalls &calls = FileCalls::system());
 
+    /// See SafeFile.
+    void keepOldContent() { m_file.keepOldContent(); }
     /// Writes the text up to its first U+0000. False when the file could not be written: it is as it was, but
     /// for keptCopy().
     bool write(const TextStore &store, const TextCodec &codec);

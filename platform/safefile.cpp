@@ -157,14 +157,33 @@ bool SafeFile::writeAt(int fd, QByteArrayView bytes, off_t offset)
 
 bool SafeFile::commit()
 {
-    if (m_staged == -1 || !flush())
+    QByteArray aside;
+    if (m_staged == -1 || !flush() || !putAside(&aside)) {
+        discard();
         return false;
+    }
     const bool mayReplace = m_old == -1 || (m_stagedBeside && !m_hasOtherNames);
     const Outcome outcome = mayReplace && giveAttributes() ? replace() : Outcome::NotPossible;
     const bool done =
         outcome == Outcome::Done || (outcome == Outcome::NotPossible && m_old != -1 && overwrite());
     discard();
+    if (done)
+        m_keptCopy = aside;
+    else if (!aside.isEmpty())
+        m_calls.unlink(aside.constData());
     return done;
+}
+
+/// Makes the copy that keepOldContent() asks for; there is nothing to copy of a new file.
+bool SafeFile::putAside(QByteArray *name)
+{
+    if (!m_keepsOld || m_old == -1)
+        return true;
+    off_t size = 0;
+    int copy = copyOldContent(name, &size);
+    const bool isCopied = copy != -1;
+    closeFile(&copy);
+    return isCopied;
 }
 
 bool SafeFile::giveAttributes()
@@ -202,7 +221,7 @@ bool SafeFile::overwrite()
 {
     QByteArray keptName;
     off_t oldSize = 0;
-    int kept = keepOldContent(&keptName, &oldSize);
+    int kept = copyOldContent(&keptName, &oldSize);
     if (kept == -1)
         return false;
     const bool written = copyOver(m_staged, m_old, m_size);
@@ -214,7 +233,7 @@ bool SafeFile::overwrite()
     return written;
 }
 
-int SafeFile::keepOldContent(QByteArray *name, off_t *size)
+int SafeFile::copyOldContent(QByteArray *name, off_t *size)
 {
     int old =
         retried([&] { return m_calls.open(m_target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW, 0); });

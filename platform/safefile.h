@@ -30,11 +30,14 @@ public:
     bool open();
     /// Adds bytes at the end.
     bool write(QByteArrayView bytes);
+    /// commit() is to leave a copy of the old content in the state folder, and to write nothing when there
+    /// can be none: for a file whose content nobody has seen.
+    void keepOldContent() { m_keepsOld = true; }
     /// Puts the new content in place, on the disk, not only in memory.
     bool commit();
 
-    /// The name of the file that still has the old content, when overwriting in place failed and the old
-    /// content could not be put back either; else empty.
+    /// The name of the file that still has the old content: when overwriting in place failed and the old
+    /// content could not be put back either, and after a commit() that was to keep it; else empty.
     QByteArray keptCopy() const { return m_keptCopy; }
 
     /// Where copies are kept while a file is overwritten: $XDG_STATE_HOME/marlopad, ending in "/".
@@ -53,7 +56,8 @@ private:
     bool giveAttributes();
     void syncFolder();
     bool overwrite();
-    int keepOldContent(QByteArray *name, off_t *size);
+    int copyOldContent(QByteArray *name, off_t *size);
+    bool putAside(QByteArray *name);
     bool copyAll(int from, int to, off_t *size);
     bool copyOver(int from, int to, off_t size);
     bool writeAt(int fd, QByteArrayView bytes, off_t offset);
@@ -65,6 +69,7 @@ private:
     QByteArray m_folder; ///< the target's, ending in "/"
     int m_old = -1; ///< the target, open for writing; -1 for a new file
     bool m_hasOtherNames = false;
+    bool m_keepsOld = false;
     QByteArray m_stagedName;
     bool m_stagedBeside = true;
     int m_staged = -1;

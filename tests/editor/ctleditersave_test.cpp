@@ -60,6 +60,8 @@ private slots:
     void savedUnderAnotherName();
     void codesThatAreGivenAreKept();
     void binaryIsRefused();
+    void fileThatCouldNotBeReadIsKept();
+    void fileThatWasReadIsNotKept();
     void failedSaveKeepsTheDocument_data();
     void failedSaveKeepsTheDocument();
     void savedAfterAFailure();
@@ -243,6 +245,39 @@ void CtlEditerSaveTest::binaryIsRefused()
     QCOMPARE(m_editor->returnCode(), int(ReturnCodeNone));
     QVERIFY(m_editor->edited());
     QVERIFY(m_editor->undoAvailable());
+}
+
+void CtlEditerSaveTest::fileThatCouldNotBeReadIsKept()
+{
+    QVERIFY(QDir(folder().path()).mkdir(name));
+    MessageBoxes boxes;
+    m_editor->loadFile(folder().path(), name, 0);
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY(QDir(folder().path()).rmdir(name));
+    QVERIFY(folder().write(name, "nobody has read this"));
+    m_editor->insert(QStringLiteral("new"));
+    QVERIFY(save(CharCodeUtf8));
+    QCOMPARE(folder().read(name), QByteArray("new"));
+    QCOMPARE(boxes.count(), 2);
+    QCOMPARE(boxes.shown()[1].title, QStringLiteral("Confirm File Save"));
+    QFile kept(boxes.shown()[1].text.section(u'\n', 1));
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("nobody has read this"));
+    m_editor->insert(QStringLiteral("er"));
+    QVERIFY(save(CharCodeUtf8));
+    QCOMPARE(boxes.count(), 2);
+}
+
+void CtlEditerSaveTest::fileThatWasReadIsNotKept()
+{
+    const MessageBoxes boxes;
+    m_editor->loadFile(folder().path(), QStringLiteral("missing"), 0);
+    QVERIFY(load("text"));
+    QVERIFY(save());
+    QVERIFY(folder().write(QStringLiteral("other"), "old"));
+    m_editor->loadFile(folder().path(), QStringLiteral("missing"), 0);
+    QVERIFY(m_editor->saveFile(folder().path(), QStringLiteral("other")));
+    QCOMPARE(boxes.count(), 2);
 }
 
 void CtlEditerSaveTest::failedSaveKeepsTheDocument_data()

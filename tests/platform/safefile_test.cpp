@@ -187,6 +187,9 @@ private slots:
     void writeOfNothingIsAnError();
     void brokenOverwritingPutsTheOldContentBack();
     void oldContentThatCannotBePutBackIsKept();
+    void keepsTheOldContentWhenAsked();
+    void writesNothingWhenTheOldContentCannotBeKept();
+    void keptContentGoesAwayWhenNothingIsWritten();
     void randomFailures_data();
     void randomFailures();
     void fullDisk_data();
@@ -708,6 +711,65 @@ void SafeFileTest::oldContentThatCannotBePutBackIsKept()
     QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
     QCOMPARE(keptFiles().size(), 1);
     QCOMPARE(listing().size(), 2);
+}
+
+void SafeFileTest::keepsTheOldContentWhenAsked()
+{
+    for (const Way way : { Way::Replace, Way::ThroughLink, Way::HardLink, Way::ClosedFolder }) {
+        init();
+        const QByteArray name = prepare(way);
+        const FileCalls calls = callsFor(way);
+        SafeFile file(name, calls);
+        file.keepOldContent();
+        QVERIFY(save(file, m_new));
+        QCOMPARE(contentOf(name), m_new);
+        QCOMPARE(contentOf(file.keptCopy()), m_old);
+        QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
+        QCOMPARE(keptFiles().size(), 1);
+    }
+    init();
+    SafeFile newFile(prepare(Way::NewFile));
+    newFile.keepOldContent();
+    QVERIFY(save(newFile, m_new));
+    QCOMPARE(newFile.keptCopy(), QByteArray());
+    QCOMPARE(keptFiles(), QStringList());
+}
+
+void SafeFileTest::writesNothingWhenTheOldContentCannotBeKept()
+{
+    const QByteArray name = prepare(Way::Replace);
+    const ino_t inode = statOf(name).st_ino;
+    const QStringList before = listing();
+    FileCalls calls = FileCalls::system();
+    calls.pread = [inode](int fd, void *to, size_t size, off_t offset) -> ssize_t {
+        if (AttributeTable::fileOf(fd) != inode)
+            return ::pread(fd, to, size, offset);
+        errno = EIO;
+        return -1;
+    };
+    SafeFile file(name, calls);
+    file.keepOldContent();
+    QVERIFY(!save(file, m_new));
+    QCOMPARE(file.keptCopy(), QByteArray());
+    QCOMPARE(contentOf(name), m_old);
+    QCOMPARE(statOf(name).st_ino, inode);
+    QCOMPARE(listing(), before);
+    QCOMPARE(keptFiles(), QStringList());
+}
+
+void SafeFileTest::keptContentGoesAwayWhenNothingIsWritten()
+{
+    const QByteArray name = prepare(Way::Replace);
+    FileCalls calls = FileCalls::system();
+    calls.rename = [](const char *, const char *) {
+        errno = EIO;
+        return -1;
+    };
+    SafeFile file(name, calls);
+    file.keepOldContent();
+    QVERIFY(!save(file, m_new));
+    QCOMPARE(contentOf(name), m_old);
+    QCOMPARE(keptFiles(), QStringList());
 }
 
 void SafeFileTest::randomFailures_data()
