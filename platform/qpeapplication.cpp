@@ -1,5 +1,6 @@
 #include "platform/qpeapplication.h"
 
+#include "platform/endsignals.h"
 #include "platform/filename.h"
 #include "platform/fontmessages.h"
 #include "platform/launcherchannel.h"
@@ -67,6 +68,10 @@ void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
     else
         window->showMaximized();
     m_requests->setReceiver(window);
+    if (!m_endSignals) {
+        m_endSignals = new EndSignals(this);
+        connect(m_endSignals, &EndSignals::endRequested, this, &QPEApplication::requestEnd);
+    }
     for (const QString &fileName : std::exchange(m_arguments, {}))
         request(fileName);
 }
@@ -79,6 +84,12 @@ void QPEApplication::holdRequests(bool hold)
 void QPEApplication::request(const QString &fileName)
 {
     m_requests->add(fileName);
+}
+
+void QPEApplication::requestEnd()
+{
+    raiseWindow();
+    m_requests->addClose();
 }
 
 // A dialog that waits for an answer is what the user needs to see.

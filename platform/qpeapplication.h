@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QStringList>
 
+class EndSignals;
 class LauncherChannel;
 class QWidget;
 class RequestQueue;
@@ -42,6 +43,10 @@ public:
 
     /// A file to open, absolute.
     void request(const QString &fileName);
+    /// Closes the main window as its user would, who is asked what a close asks, and can cancel it. Dialogs
+    /// that are open are cancelled first; message boxes, and a long operation, are waited for. The signals
+    /// that ask a process to end (EndSignals) do this once the main window is shown.
+    void requestEnd();
 
 private:
     void raiseWindow();
@@ -49,5 +54,6 @@ private:
     QStringList m_arguments;
     RequestQueue *m_requests;
     LauncherChannel *m_channel;
+    EndSignals *m_endSignals = nullptr;
     QPointer<QWidget> m_window;
 };

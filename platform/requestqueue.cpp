@@ -2,6 +2,8 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QDialog>
+#include <QMessageBox>
 #include <QScopedValueRollback>
 #include <QWidget>
 #include <QWindow>
@@ -31,12 +33,24 @@ void RequestQueue::add(const QString &fileName)
     schedule();
 }
 
+void RequestQueue::addClose()
+{
+    m_closing = true;
+    watch();
+    schedule();
+}
+
+bool RequestQueue::isFree() const
+{
+    return m_receiver && !m_held && !m_delivering && !QApplication::activeModalWidget()
+        && !QApplication::activePopupWidget();
+}
+
 bool RequestQueue::isReady()
 {
     if (!m_wasOnScreen && m_receiver && m_receiver->windowHandle())
         m_wasOnScreen = m_receiver->windowHandle()->isExposed();
-    return m_receiver && m_wasOnScreen && !m_held && !m_delivering && !QApplication::activeModalWidget()
-        && !QApplication::activePopupWidget();
+    return m_wasOnScreen && isFree();
 }
 
 // A dialog's end is not enough to go by: it comes before exec() has returned to its caller.
@@ -52,7 +66,10 @@ void RequestQueue::watch()
 
 void RequestQueue::schedule()
 {
-    if (m_scheduled || m_fileNames.isEmpty() || !isReady())
+    if (m_closing && !m_delivering)
+        cancelDialog();
+    const bool mayDeliver = m_closing ? isFree() : isReady();
+    if (m_scheduled || !isWaiting() || !mayDeliver)
         return;
     m_scheduled = true;
     QMetaObject::invokeMethod(this, &RequestQueue::deliver, Qt::QueuedConnection);
@@ -61,12 +78,32 @@ void RequestQueue::schedule()
 void RequestQueue::deliver()
 {
     m_scheduled = false;
+    if (m_closing && isFree())
+        deliverClose();
     while (!m_fileNames.isEmpty() && isReady()) {
         const QScopedValueRollback delivering(m_delivering, true);
         [[maybe_unused]] const bool isTaken = QMetaObject::invokeMethod(
             m_receiver, "setDocument", Qt::DirectConnection, Q_ARG(QString, m_fileNames.takeFirst()));
         Q_ASSERT(isTaken);
     }
-    if (m_fileNames.isEmpty())
+    if (!isWaiting())
         QAbstractEventDispatcher::instance(thread())->disconnect(this);
+}
+
+/// A dialog that is cancelled may uncover another one: the next look at the queue cancels that.
+void RequestQueue::cancelDialog()
+{
+    if (QWidget *popup = QApplication::activePopupWidget())
+        popup->close();
+    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    if (dialog && !qobject_cast<QMessageBox *>(dialog))
+        dialog->reject();
+}
+
+void RequestQueue::deliverClose()
+{
+    const QScopedValueRollback delivering(m_delivering, true);
+    m_closing = false;
+    if (m_receiver->close())
+        m_fileNames.clear();
 }

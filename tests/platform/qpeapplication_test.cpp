@@ -2,6 +2,7 @@
 
 #include "platform/qcop.h"
 
+#include <QCloseEvent>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDialog>
@@ -9,6 +10,7 @@
 #include <QFile>
 #include <QFontInfo>
 #include <QMenu>
+#include <QMessageBox>
 #include <QProcess>
 #include <QScreen>
 #include <QTemporaryDir>
@@ -31,12 +33,20 @@ class Window : public QWidget {
 public:
     QStringList log;
     std::function<void()> onDocument = [] {};
+    bool mayClose = true;
 
 public slots:
     void setDocument(const QString &fileName)
     {
         log << fileName;
         onDocument();
+    }
+
+protected:
+    void closeEvent(QCloseEvent *event) override
+    {
+        log << u"close"_s;
+        event->setAccepted(mayClose);
     }
 };
 
@@ -160,6 +170,12 @@ private slots:
     void request_waitsWhileHeld();
     void request_waitsForTheDialogOfAnother();
     void request_withoutWindowAnyMore_isNoHarm();
+    void end_closesTheWindow_data();
+    void end_closesTheWindow();
+    void end_cancelsDialogs();
+    void end_waitsForMessageBoxes();
+    void end_waitsWhileHeld();
+    void end_thatIsRefusedLeavesTheWindow();
     void showMainWidget_maximises();
 
     void secondStart_handsOver_data();
@@ -384,6 +400,86 @@ void QPEApplicationTest::request_withoutWindowAnyMore_isNoHarm()
     Window window;
     application()->showMainWidget(&window, true);
     QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void QPEApplicationTest::end_closesTheWindow_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGHUP") << SIGHUP;
+    QTest::newRow("SIGINT") << SIGINT;
+}
+
+void QPEApplicationTest::end_closesTheWindow()
+{
+    QFETCH(int, signal);
+    Window window;
+    application()->showMainWidget(&window, true);
+    ::raise(signal);
+    ::raise(signal);
+    QVERIFY(window.isVisible());
+    QTRY_VERIFY(!window.isVisible());
+    QCOMPARE(window.log, QStringList{ u"close"_s });
+}
+
+void QPEApplicationTest::end_cancelsDialogs()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTimer::singleShot(0, &window, [&window] {
+        QDialog outer(&window);
+        QTimer::singleShot(0, &outer, [&outer, &window] {
+            QDialog inner(&outer);
+            QTimer::singleShot(0, &inner, [] { ::raise(SIGTERM); });
+            window.log << u"inner %1"_s.arg(inner.exec());
+        });
+        window.log << u"outer %1"_s.arg(outer.exec());
+    });
+    QTRY_VERIFY(!window.isVisible());
+    QCOMPARE(window.log, (QStringList{ u"inner 0"_s, u"outer 0"_s, u"close"_s }));
+}
+
+void QPEApplicationTest::end_waitsForMessageBoxes()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QMessageBox box(&window);
+    box.open();
+    application()->requestEnd();
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(box.isVisible());
+    QVERIFY(window.isVisible());
+    box.accept();
+    QTRY_VERIFY(!window.isVisible());
+    settle();
+    QCOMPARE(window.log, QStringList{ u"close"_s });
+}
+
+void QPEApplicationTest::end_waitsWhileHeld()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    application()->holdRequests(true);
+    application()->requestEnd();
+    settle();
+    QVERIFY(window.isVisible());
+    application()->holdRequests(false);
+    QTRY_VERIFY(!window.isVisible());
+}
+
+void QPEApplicationTest::end_thatIsRefusedLeavesTheWindow()
+{
+    Window window;
+    window.mayClose = false;
+    application()->showMainWidget(&window, true);
+    application()->request(u"/a"_s);
+    application()->requestEnd();
+    QTRY_COMPARE(window.log, (QStringList{ u"close"_s, u"/a"_s }));
+    QVERIFY(window.isVisible());
+    window.mayClose = true;
+    application()->requestEnd();
+    QTRY_VERIFY(!window.isVisible());
 }
 
 void QPEApplicationTest::showMainWidget_maximises()
