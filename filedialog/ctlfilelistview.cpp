@@ -2,6 +2,7 @@
 
 #include "app/settings.h"
 #include "filedialog/filelistdelegate.h"
+#include "platform/filename.h"
 
 #include <QApplication>
 #include <QDir>
@@ -23,6 +24,13 @@ QString folderAbove(const QString &path)
 {
     const QString clean = QDir::cleanPath(path);
     return clean.first(std::max<qsizetype>(clean.lastIndexOf(u'/'), 1));
+}
+
+/// One name for each folder, ending in "/", however it was spelt: a document is known by folder and name.
+QString folderName(const QString &path)
+{
+    const QString name = FileName::absolute(FileName::toBytes(path));
+    return name.endsWith(u'/') ? name : name + u'/';
 }
 
 QString lastComponent(const QString &path)
@@ -72,6 +80,8 @@ void ctlFileListView::setUpColumns()
     const auto &widths = isVga() ? vgaWidths : smallWidths;
     for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column)
         header()->resizeSection(column, widths.at(size_t(column)));
+    for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column)
+        headerItem()->setToolTip(column, QKeySequence(int(Qt::CTRL) | (int(Qt::Key_1) + column)).toString());
     headerItem()->setTextAlignment(ctlFileListViewItem::SizeColumn, Qt::AlignRight | Qt::AlignVCenter);
     headerItem()->setTextAlignment(ctlFileListViewItem::DateColumn, Qt::AlignCenter);
     header()->setSectionsClickable(true);
@@ -92,14 +102,15 @@ const ctlFileListViewItem *ctlFileListView::itemAtIndex(const QModelIndex &index
 
 void ctlFileListView::showFolder(const QString &path)
 {
+    const QString folder = folderName(path);
     clear();
     horizontalScrollBar()->setValue(0);
     setUpdatesEnabled(false);
-    fill(path);
-    if (topLevelItemCount() > 0 && !selectFolderLeft(path))
+    fill(folder);
+    if (topLevelItemCount() > 0 && !selectFolderLeft(folder))
         scrollToItem(topLevelItem(0));
     setUpdatesEnabled(true);
-    currentPath = path;
+    currentPath = folder;
     emit listRefreshed(currentPath);
 }
 
@@ -154,6 +165,13 @@ void ctlFileListView::sortRows(int column, Qt::SortOrder order)
     QTreeWidget::sortItems(column, order);
 }
 
+void ctlFileListView::sortByColumn(int column)
+{
+    const bool isSorted = header()->sortIndicatorSection() == column;
+    const bool reverses = isSorted && header()->sortIndicatorOrder() == Qt::AscendingOrder;
+    header()->setSortIndicator(column, reverses ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
 void ctlFileListView::slotSelectionChanged(ctlFileListViewItem *item)
 {
     if (!item)
@@ -184,6 +202,9 @@ void ctlFileListView::slotMouseClicked(QTreeWidgetItem *item)
 
 void ctlFileListView::keyPressEvent(QKeyEvent *event)
 {
+    const int column = event->key() - Qt::Key_1;
+    if (event->modifiers() == Qt::ControlModifier && column >= 0 && column < ctlFileListViewItem::ColumnCount)
+        return sortByColumn(column);
     switch (event->key()) {
     case Qt::Key_Backspace:
     case Qt::Key_Left:

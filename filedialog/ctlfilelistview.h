@@ -10,7 +10,8 @@
 /// Shows the contents of one folder, folders first, and walks the tree of folders by itself.
 ///
 /// Backspace and Left go up; Return, a double click, or a tap on the row that was already selected opens a
-/// row. A row that is opened is a folder that is entered, or a file that execItem() reports.
+/// row; Ctrl+1 to Ctrl+3 sort by a column as a click on its title does. A row that is opened is a folder that
+/// is entered, or a file that execItem() reports.
 class ctlFileListView : public QTreeWidget {
     Q_OBJECT
 public:
@@ -29,9 +30,9 @@ public:
     ctlFileListViewItem *selectedItem() const;
     const ctlFileListViewItem *itemAtIndex(const QModelIndex &index) const;
 
-    /// Shows a folder, `path` with "/" at its end, from the top; coming from one of its own folders, that one
-    /// is selected and in view. A folder that cannot be read is shown empty.
-    /// Cost: one reading of the folder; O(n log n) for n rows.
+    /// Shows a folder, `path` with "/" at its end, from the top, under its absolute name; coming from one of
+    /// its own folders, that one is selected and in view. A folder that cannot be read is shown empty. Cost:
+    /// one reading of the folder; O(n log n) for n rows.
     void showFolder(const QString &path);
     /// Shows the folder above; nothing above the root.
     void goUpFolder();
@@ -58,6 +59,7 @@ protected:
 private:
     void setUpColumns();
     void sortRows(int column, Qt::SortOrder order);
+    void sortByColumn(int column);
     void fill(const QString &path);
     bool selectFolderLeft(const QString &path);
 

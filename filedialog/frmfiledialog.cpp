@@ -266,7 +266,7 @@ void frmFileDialog::slotCmdMnuFavor(int id)
     const QString &path = favoritePaths.at(size_t(id));
     if (path.isEmpty())
         return;
-    m_list->showFolder(path.endsWith(u'/') ? path : path + u'/');
+    m_list->showFolder(path == u"/" ? path : path + u'/');
 }
 
 void frmFileDialog::accept()

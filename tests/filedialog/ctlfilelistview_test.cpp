@@ -89,6 +89,9 @@ private slots:
     void sortsByEveryColumn_data();
     void sortsByEveryColumn();
     void headerSorts();
+    void keysSort();
+    void folderHasOneName_data();
+    void folderHasOneName();
     void refreshKeepsTheOrder();
 
     void goingUpSelectsTheFolderLeft();
@@ -309,6 +312,50 @@ void ListViewTest::headerSorts()
     QCOMPARE(shown.names(), strings({ "a", "b", "f" }));
     QCOMPARE(shown.selected(), QStringLiteral("b"));
     QCOMPARE(shown.refreshed.size(), 1);
+}
+
+void ListViewTest::keysSort()
+{
+    const TestFolder folder;
+    folder.file("a", 3000);
+    folder.file("b", 2000);
+    folder.folder("f");
+    ShownList shown(folder.path());
+    const auto press = [&shown](Qt::Key key) { QTest::keyClick(&shown.list, key, Qt::ControlModifier); };
+    press(Qt::Key_1);
+    QCOMPARE(shown.names(), strings({ "b", "a", "f" }));
+    press(Qt::Key_2);
+    QCOMPARE(shown.names(), strings({ "f", "b", "a" }));
+    press(Qt::Key_2);
+    QCOMPARE(shown.names(), strings({ "a", "b", "f" }));
+    press(Qt::Key_3);
+    QCOMPARE(shown.list.header()->sortIndicatorSection(), 2);
+    press(Qt::Key_4);
+    QCOMPARE(shown.list.header()->sortIndicatorSection(), 2);
+}
+
+void ListViewTest::folderHasOneName_data()
+{
+    QTest::addColumn<QString>("spelling");
+    QTest::newRow("as it is") << QStringLiteral("%1sub/");
+    QTest::newRow("doubled slash at the end") << QStringLiteral("%1sub//");
+    QTest::newRow("doubled slash at the start") << QStringLiteral("/%1sub/");
+    QTest::newRow("dot") << QStringLiteral("%1./sub/");
+    QTest::newRow("dots") << QStringLiteral("%1sub/../sub/");
+    QTest::newRow("no slash at the end") << QStringLiteral("%1sub");
+}
+
+void ListViewTest::folderHasOneName()
+{
+    QFETCH(QString, spelling);
+    const TestFolder folder;
+    folder.folder("sub");
+    folder.file("sub/x");
+    ShownList shown(spelling.arg(folder.path()));
+    QCOMPARE(shown.list.currentPath, folder.path("sub/"));
+    QCOMPARE(shown.names(), strings({ "x" }));
+    shown.list.goUpFolder();
+    QCOMPARE(shown.selected(), QStringLiteral("sub"));
 }
 
 void ListViewTest::refreshKeepsTheOrder()
