@@ -11,6 +11,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QSessionManager>
 #include <QStackedWidget>
 #include <QTimer>
 
@@ -49,6 +50,10 @@ frmMain::frmMain(QWidget *parent)
     setCentralWidget(m_documents);
     connect(tabBar(), &ctlTabBar::currentChanged, this, &frmMain::slotTabCurrentChanged);
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
+        if (!endSession(session.allowsInteraction()))
+            session.cancel();
+    });
 }
 
 frmMain::~frmMain()

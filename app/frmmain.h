@@ -68,6 +68,10 @@ public:
     /// Closes every document, from the last tab backwards; modified ones are asked about, or saved without
     /// asking. False when that was cancelled or a save failed; what was passed by then stays closed.
     bool confirmCloseAll(bool saveWithoutAsking);
+    /// The user's session is about to end: closes the window, which asks about modified documents. False when
+    /// the session is not to end: that was cancelled, or there is something to ask while nothing may be asked
+    /// or a dialog waits for its answer. Without modified documents a session always ends.
+    bool endSession(bool mayAsk);
 
     /// Gives changed settings to every document and to the menus; no document counts as modified by that.
     void applySettings();
@@ -167,12 +171,13 @@ private:
     void showDocument(ctlEditer *editor);
     void closeDocument(ctlEditer *editor);
     ctlEditer *editorOfFile(const QString &fileName) const;
-    void openChosen(const FileChoice &file);
+    void openChosen(ctlEditer *editor, const FileChoice &file);
     void loadInto(ctlEditer *editor, const FileChoice &file);
     bool isReloadWanted(const QString &title, const QString &question);
     std::optional<FileChoice> chooseFileFor(const ctlEditer *editor, frmFileDialog::Mode mode);
     SaveAnswer askToSave(const ctlEditer *editor);
     bool saveIfWanted(ctlEditer *editor);
+    bool hasEdits() const;
     void updateTabText(ctlEditer *editor);
     void updateCaption();
 

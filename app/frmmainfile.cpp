@@ -4,6 +4,7 @@
 #include "app/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "editor/textfile.h"
 #include "platform/filename.h"
 #include "platform/messagebox.h"
 
@@ -28,6 +29,12 @@ bool isSaved(const ctlEditer *editor)
 bool isFresh(const ctlEditer *editor)
 {
     return !isSaved(editor) && !editor->edited();
+}
+
+/// Plain ASCII is no choice of the user's and would be wrong as soon as the file holds more: detected again.
+int codeToReload(const ctlEditer *editor)
+{
+    return editor->charCode() == CharCodeAscii ? int(CharCodeBinary) : editor->charCode();
 }
 
 QString fullName(const ctlEditer *editor)
@@ -103,10 +110,9 @@ void frmMain::openDocument(const QString &path, int charCode)
     restorePosition(editor);
 }
 
-/// Opens a file the user has chosen: in the current document when nobody would miss that.
-void frmMain::openChosen(const FileChoice &file)
+/// Opens a file the user has chosen: in the document that was current then, when nobody would miss that.
+void frmMain::openChosen(ctlEditer *editor, const FileChoice &file)
 {
-    ctlEditer *editor = currentEditor();
     if (!editor || !isFresh(editor) || editorOfFile(file.folder + file.name)) {
         openDocument(file.folder + file.name, file.charCode);
         return;
@@ -131,8 +137,9 @@ bool frmMain::isReloadWanted(const QString &title, const QString &question)
 
 void frmMain::slotCmdFileOpen()
 {
-    if (const std::optional<FileChoice> file = chooseFileFor(currentEditor(), frmFileDialog::Open))
-        openChosen(*file);
+    ctlEditer *editor = currentEditor();
+    if (const std::optional<FileChoice> file = chooseFileFor(editor, frmFileDialog::Open))
+        openChosen(editor, *file);
 }
 
 void frmMain::slotCmdFileReload()
@@ -142,7 +149,7 @@ void frmMain::slotCmdFileReload()
         return;
     const QString question = tr("Cancel edit and reload\n'%1'?").arg(FileName::forDisplay(editor->name()));
     if (isReloadWanted(tr("Confirm Reload"), question))
-        loadInto(editor, { editor->path(), editor->name(), editor->charCode(), 0 });
+        loadInto(editor, { editor->path(), editor->name(), codeToReload(editor), 0 });
 }
 
 /// Runs the file dialog where the document lies, or in the user's documents for one that was never saved.

@@ -53,7 +53,7 @@ void frmMain::slotCmdMnuRecent(int id)
         return;
     const RecentEntry entry = recentFiles().entries[std::size_t(id)];
     if (entry.isUsed())
-        openChosen({ entry.path, entry.name, 0, 0 });
+        openChosen(currentEditor(), { entry.path, entry.name, 0, 0 });
 }
 
 void frmMain::addRecent(ctlEditer *editor)
@@ -78,7 +78,8 @@ void frmMain::restorePosition(ctlEditer *editor)
     const auto entry = std::find_if(entries.begin(), entries.end(), isEntryOf(editor));
     if (entry == entries.end())
         return;
+    // The cursor first: setting it scrolls to it, and it may have been out of view.
+    editor->setCursorPosition(qMax<qint64>(0, entry->cursorRow), qMax<qint64>(0, entry->cursorColumn));
     editor->setXOffset(int(std::clamp<qint64>(entry->scrollX, 0, std::numeric_limits<int>::max())));
     editor->setTopRow(qMax<qint64>(0, entry->scrollY) / qMax(1, editor->cellHeight()));
-    editor->setCursorPosition(qMax<qint64>(0, entry->cursorRow), qMax<qint64>(0, entry->cursorColumn));
 }

@@ -1,13 +1,17 @@
 #include "app/frmmain.h"
 
 #include "app/documentarea.h"
+#include "app/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "platform/filename.h"
 #include "platform/messagebox.h"
 #include "platform/qcop.h"
 
+#include <QApplication>
 #include <QStackedWidget>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -108,6 +112,24 @@ bool frmMain::confirmCloseAll(bool saveWithoutAsking)
         closeDocument(editor);
     }
     return true;
+}
+
+bool frmMain::endSession(bool mayAsk)
+{
+    const bool isBusy = QApplication::activeModalWidget();
+    if (hasEdits() && (!mayAsk || isBusy))
+        return false;
+    if (!isBusy)
+        return close();
+    writeSettings();
+    return true;
+}
+
+bool frmMain::hasEdits() const
+{
+    const QList<ctlEditer *> editors = tabBar()->editors();
+    return std::any_of(
+        editors.begin(), editors.end(), [](const ctlEditer *editor) { return editor->edited(); });
 }
 
 /// Asks about a modified document and saves it on "Yes". False when it is not to be closed.

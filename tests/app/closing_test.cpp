@@ -1,10 +1,18 @@
+#include "platform/qcop.h"
 #include "tests/app/testwindow.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDBusConnection>
+#include <QDialog>
 #include <QFileInfo>
 #include <QPointer>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <csignal>
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -26,8 +34,38 @@ public:
     }
     QStringList told;
 
+signals:
+    void refreshed(const QString &file);
+
 public slots:
-    void refreshListItem(const QString &path, const QString &name) { told << path + u'|' + name; }
+    void refreshListItem(const QString &path, const QString &name)
+    {
+        told << path + u'|' + name;
+        emit refreshed(told.constLast());
+    }
+};
+
+/// This program as the file explorer, in a process of its own: prints what it is told.
+class ExplorerProcess : public QProcess {
+public:
+    ExplorerProcess() { start(QCoreApplication::applicationFilePath(), { u"explorer"_s }); }
+    ~ExplorerProcess() override
+    {
+        kill();
+        waitForFinished();
+    }
+    Q_DISABLE_COPY_MOVE(ExplorerProcess)
+
+    bool isListening()
+    {
+        waitForReadyRead();
+        return readAllStandardOutput() == "listening\n";
+    }
+    /// All so far.
+    QByteArray told() { return m_told += readAllStandardOutput(); }
+
+private:
+    QByteArray m_told;
 };
 
 /// Saving, closing and quitting: what is written, what is asked, what stays open.
@@ -44,6 +82,8 @@ private slots:
     void failedSaveKeepsTheMark();
     void savingTellsTheFileExplorer();
     void failedSavingTellsNobody();
+    void explorerThatHangsIsNoHarm();
+    void explorerThatDiedIsNoHarm();
 
     void saveAllWritesModifiedOnes();
     void saveAllStopsAtTheFirstFailure();
@@ -62,9 +102,29 @@ private slots:
     void quitWithSaveNeverAsks();
     void quitWithSaveStopsAtAFailure();
     void closingTheWindowAsks();
+    void sessionEnds_data();
+    void sessionEnds();
+    void sessionEndsWhileADialogIsOpen();
 };
 
 namespace {
+
+int runExplorer()
+{
+    const auto print = [](const QString &text) {
+        std::printf("%s\n", qPrintable(text));
+        std::fflush(stdout);
+    };
+    FileExplorer explorer;
+    QObject::connect(&explorer, &FileExplorer::refreshed, print);
+    print(u"listening"_s);
+    return QApplication::exec();
+}
+
+QString settingsFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/marlopad.conf"_s;
+}
 
 /// Opens files a.txt, b.txt … with one changed character each; the document of the window's start is closed.
 bool openModified(TestWindow &window, const TestFiles &files, const QStringList &names)
@@ -194,6 +254,36 @@ void ClosingTest::failedSavingTellsNobody()
     QVERIFY(window.slotCmdFileSave(window.editorAt(1)));
     QTRY_COMPARE(explorer.told, QStringList{ files.folder() + u"|b.txt"_s });
     window.editorAt(0)->setEdited(false);
+}
+
+/// It has its name on the bus but takes no message from it.
+void ClosingTest::explorerThatHangsIsNoHarm()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    ExplorerProcess explorer;
+    QVERIFY(explorer.isListening());
+    QCOMPARE(::kill(pid_t(explorer.processId()), SIGSTOP), 0);
+    for (int i = 0; i < 50; ++i)
+        QVERIFY(window.slotCmdFileSave(window.currentEditor()));
+    QCOMPARE(::kill(pid_t(explorer.processId()), SIGCONT), 0);
+    QTRY_COMPARE(explorer.told(), (files.folder() + u"|a.txt\n"_s).toUtf8().repeated(50));
+}
+
+void ClosingTest::explorerThatDiedIsNoHarm()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    ExplorerProcess explorer;
+    QVERIFY(explorer.isListening());
+    QVERIFY(window.slotCmdFileSave(window.currentEditor()));
+    explorer.kill();
+    QVERIFY(window.slotCmdFileSave(window.currentEditor()));
+    QVERIFY(explorer.waitForFinished());
+    QTRY_VERIFY(!QCopChannel::isRegistered(u"QPE/Application/corvex"_s));
+    QVERIFY(window.slotCmdFileSave(window.currentEditor()));
 }
 
 void ClosingTest::saveAllWritesModifiedOnes()
@@ -422,5 +512,66 @@ void ClosingTest::closingTheWindowAsks()
     QCOMPARE(boxes.count(), 2);
 }
 
-QTEST_MAIN(ClosingTest)
+void ClosingTest::sessionEnds_data()
+{
+    QTest::addColumn<bool>("isModified");
+    QTest::addColumn<bool>("mayAsk");
+    QTest::addColumn<QStringList>("answers");
+    QTest::addColumn<bool>("ends");
+    QTest::addColumn<QByteArray>("content");
+    const QByteArray oldText("old"), newText("xold");
+    QTest::newRow("nothing to ask") << false << true << QStringList() << true << oldText;
+    QTest::newRow("nothing to ask, no asking") << false << false << QStringList() << true << oldText;
+    QTest::newRow("Yes saves") << true << true << QStringList{ u"Yes"_s } << true << newText;
+    QTest::newRow("No ends") << true << true << QStringList{ u"No"_s } << true << oldText;
+    QTest::newRow("Cancel stays") << true << true << QStringList{ u"Cancel"_s } << false << oldText;
+    QTest::newRow("no asking stays") << true << false << QStringList() << false << oldText;
+}
+
+void ClosingTest::sessionEnds()
+{
+    QFETCH(bool, isModified);
+    QFETCH(bool, mayAsk);
+    QFETCH(QStringList, answers);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    if (!isModified)
+        window.currentEditor()->undo();
+    MessageBoxes boxes(answers);
+    QTEST(window.endSession(mayAsk), "ends");
+    QCOMPARE(boxes.count(), answers.size());
+    QTEST(!window.isVisible(), "ends");
+    QTEST(files.read(u"a.txt"_s), "content");
+    for (ctlEditer *editor : window.tabBar()->editors())
+        editor->setEdited(false);
+}
+
+void ClosingTest::sessionEndsWhileADialogIsOpen()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    QDialog dialog(&window);
+    dialog.setModal(true);
+    dialog.show();
+    QVERIFY(!window.endSession(true));
+    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+    window.currentEditor()->undo();
+    QFile::remove(settingsFile());
+    QVERIFY(window.endSession(true));
+    QVERIFY(QFile::exists(settingsFile()));
+    QVERIFY(dialog.isVisible());
+    QVERIFY(window.isVisible());
+}
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (argc > 1 && QByteArrayView(argv[1]) == "explorer")
+        return runExplorer();
+    ClosingTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "closing_test.moc"

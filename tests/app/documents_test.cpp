@@ -38,7 +38,11 @@ private slots:
     void openCommandWithoutDocuments();
 
     void reloadAsksAlways();
+    void reloadKeepsTheCode_data();
+    void reloadKeepsTheCode();
     void reloadRefused();
+    void resultGoesToTheDocumentThatAsked();
+    void manyDocumentsInALongRun();
     void reloadOfANewDocumentDoesNothing();
 
     void switchingByIds();
@@ -338,6 +342,74 @@ void DocumentsTest::reloadAsksAlways()
         QCOMPARE(window.editStates(), u"----"_s);
         QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
     }
+}
+
+void DocumentsTest::reloadKeepsTheCode_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<int>("code");
+    QTest::newRow("Shift-JIS stays") << QByteArray("\x82\xA0") << int(CharCodeShiftJis);
+    QTest::newRow("ASCII detects again") << QByteArray("abc") << int(CharCodeUtf8);
+    QTest::newRow("Binary detects again") << QByteArray("a\0b", 3) << int(CharCodeUtf8);
+}
+
+void DocumentsTest::reloadKeepsTheCode()
+{
+    QFETCH(QByteArray, before);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"a.txt"_s, before));
+    files.write(u"a.txt"_s, "日本語\n");
+    MessageBoxes boxes({ u"Yes"_s });
+    window.slotCmdFileReload();
+    QTEST(window.currentEditor()->charCode(), "code");
+}
+
+/// Another tab becomes current while the dialog is open.
+void DocumentsTest::resultGoesToTheDocumentThatAsked()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileNew();
+    ctlEditer *first = window.editorAt(0);
+    ctlEditer *asking = window.currentEditor();
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.whileChoosing = [&] { window.tabBar()->setCurrentTab(first); };
+    window.slotCmdFileOpen();
+    QCOMPARE(asking->text(), u"text"_s);
+    QCOMPARE(first->path(), QString());
+    QTest::keyClicks(asking, u"x"_s);
+    window.tabBar()->setCurrentTab(asking);
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s, 0, 0 };
+    window.slotCmdFileSaveAs();
+    QCOMPARE(files.read(u"b.txt"_s), QByteArray("xtext"));
+    QCOMPARE(asking->name(), u"b.txt"_s);
+}
+
+void DocumentsTest::manyDocumentsInALongRun()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    ctlEditer *first = window.currentEditor();
+    for (int i = 0; i < 1001; ++i) {
+        window.slotCmdFileNew();
+        QVERIFY(window.tabBar()->currentTab() <= 999);
+        if (i < 1000)
+            window.slotCmdFileCloseTab();
+    }
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    ctlEditer *last = window.currentEditor();
+    window.slotEtcChangeTab(1);
+    QCOMPARE(window.currentEditor(), first);
+    window.slotEtcChangeTab(0);
+    QCOMPARE(window.currentEditor(), last);
+    window.slotCmdFileSaveAll();
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("x"));
 }
 
 void DocumentsTest::reloadRefused()

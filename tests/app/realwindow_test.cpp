@@ -1,7 +1,11 @@
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +38,11 @@ private slots:
     void secondStartHandsItsFileOver();
     void signalOfTheWindowManagerAsks();
     void textInAnyScriptIsNoWarning();
+    void signalToEndAsks();
+    void signalToEndCancelsTheFileDialog();
+    void requestWaitsForTheFileDialog();
+    void placeIsFoundAgainByTheNextStart_data();
+    void placeIsFoundAgainByTheNextStart();
 
 private:
     QString write(const QString &name, const QByteArray &content) const;
@@ -206,6 +215,94 @@ void RealWindowTest::textInAnyScriptIsNoWarning()
     start({ write(u"a.txt"_s, "हिन्दी தமிழ் ខ្មែរ བོད་ عربي\n") });
     press({ u"ctrl+End"_s, u"x"_s, u"ctrl+s"_s });
     QTRY_VERIFY(read(u"a.txt"_s).endsWith('x'));
+}
+
+void RealWindowTest::signalToEndAsks()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\n") });
+    press({ u"x"_s });
+    const auto activeName = [] {
+        return outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s });
+    };
+    m_program->terminate();
+    QTRY_COMPARE(activeName(), u"Confirm File Save"_s);
+    press({ u"Escape"_s });
+    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s }), window());
+    QCOMPARE(::kill(pid_t(m_program->processId()), SIGHUP), 0);
+    QTRY_COMPARE(activeName(), u"Confirm File Save"_s);
+    press({ u"Return"_s });
+    QTRY_VERIFY(hasEnded());
+    QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
+}
+
+void RealWindowTest::signalToEndCancelsTheFileDialog()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\n") });
+    press({ u"ctrl+o"_s });
+    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Open"_s);
+    m_program->terminate();
+    QTRY_VERIFY(hasEnded());
+    QCOMPARE(m_program->exitCode(), 0);
+}
+
+void RealWindowTest::requestWaitsForTheFileDialog()
+{
+    start({ write(u"a.txt"_s, "\x82\xA0\r\n") });
+    press({ u"x"_s, u"ctrl+o"_s });
+    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Open"_s);
+    QProcess second;
+    second.start(QStringLiteral(MARLOPAD_PROGRAM), { write(u"c.txt"_s, "\r\x82\xA0") });
+    QVERIFY(second.waitForFinished());
+    QCOMPARE(second.exitCode(), 0);
+    QCOMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Open"_s);
+    press({ u"Escape"_s });
+    QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR]"_s);
+    press({ u"ctrl+shift+Tab"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\r\n"));
+}
+
+void RealWindowTest::placeIsFoundAgainByTheNextStart_data()
+{
+    QTest::addColumn<int>("wrapMode");
+    QTest::newRow("not wrapped") << 0;
+    QTest::newRow("wrapped at the width of the window") << 1;
+    QTest::newRow("wrapped at a column") << 2;
+}
+
+/// The settings of one run after the other are the same when nothing but opening and closing was done.
+void RealWindowTest::placeIsFoundAgainByTheNextStart()
+{
+    QFETCH(int, wrapMode);
+    const QString settings =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/marlopad.conf"_s;
+    const auto position = [&settings] {
+        QFile file(settings);
+        QStringList lines = file.open(QIODevice::ReadOnly)
+            ? QString::fromUtf8(file.readAll()).split(u'\n').filter(QRegularExpression(u"^(Cur|Scr)[XY]0"_s))
+            : QStringList();
+        lines.sort();
+        return lines;
+    };
+    QFile file(settings);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[main]\nLang = 0\nWrapMode = " + QByteArray::number(wrapMode) + '\n');
+    file.close();
+    const QString name = write(u"a.txt"_s, (QByteArray("many words ").repeated(60) + '\n').repeated(200));
+    QStringList before;
+    for (int run = 0; run < 3; ++run) {
+        start({ name });
+        QTRY_COMPARE(title(), u"Marlo!Pad QT  [UTF8][LF]"_s);
+        if (run == 0)
+            press({ u"ctrl+End"_s, u"Prior"_s, u"Right"_s });
+        press({ u"ctrl+q"_s });
+        QTRY_VERIFY(hasEnded());
+        if (run == 0)
+            before = position();
+        QCOMPARE(position(), before);
+        QCOMPARE(before.size(), 4);
+        QVERIFY(!before.contains(u"ScrY0 = 0"_s));
+    }
 }
 
 QTEST_GUILESS_MAIN(RealWindowTest)

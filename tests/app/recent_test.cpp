@@ -1,7 +1,11 @@
+#include "platform/filename.h"
 #include "tests/app/testwindow.h"
 
 #include <QAction>
 #include <QScrollBar>
+
+#include <cstdio>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +50,9 @@ private slots:
     void recordsPosition();
     void restoresPosition_data();
     void restoresPosition();
+    void reopenedViewIsTheSame_data();
+    void reopenedViewIsTheSame();
+    void undecodableNameIsReopened();
     void positionBeyondTheText_data();
     void positionBeyondTheText();
     void chosenEntryUsesAFreshDocument();
@@ -238,6 +245,97 @@ void RecentTest::restoresPosition()
         if (!byCommand)
             window.slotCmdFileCloseTab();
     }
+}
+
+void RecentTest::reopenedViewIsTheSame_data()
+{
+    QTest::addColumn<int>("wrapMode");
+    QTest::addColumn<qint64>("topRow");
+    QTest::addColumn<int>("xOffset");
+    QTest::addColumn<qint64>("cursorRow");
+    for (const int wrapMode : { 0, 1, 2 }) {
+        const auto row = [&](const char *title, qint64 topRow, int xOffset, qint64 cursorRow) {
+            QTest::addRow("wrap mode %d, %s", wrapMode, title) << wrapMode << topRow << xOffset << cursorRow;
+        };
+        row("cursor in view", 100, 0, 105);
+        row("cursor above the view", 100, 0, 3);
+        row("cursor below the view", 100, 0, 290);
+        row("moved to the side", 100, 57, 101);
+        row("at the end", 10000, 0, 10000);
+    }
+}
+
+void RecentTest::reopenedViewIsTheSame()
+{
+    QFETCH(int, wrapMode);
+    QFETCH(qint64, topRow);
+    QFETCH(int, xOffset);
+    QFETCH(qint64, cursorRow);
+    appSettings().WrapMode = wrapMode;
+    writeSettings();
+    const TestFiles files;
+    QByteArray text;
+    for (int line = 0; line < 300; ++line)
+        text += QByteArray::number(line).repeated(line % 90) + "\r\n";
+    const QString name = files.write(u"a.txt"_s, text);
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    ctlEditer *editor = window.currentEditor();
+    editor->setCursorPosition(cursorRow, 1);
+    editor->setTopRow(topRow);
+    editor->setXOffset(xOffset);
+    QCoreApplication::processEvents();
+    const QImage before = editor->viewport()->grab().toImage();
+    window.slotCmdFileCloseTab();
+    window.setDocument(name);
+    QCoreApplication::processEvents();
+    QVERIFY(window.currentEditor()->viewport()->grab().toImage() == before);
+    QVERIFY(window.close());
+
+    TestWindow next;
+    QVERIFY(next.open());
+    next.setDocument(name);
+    QCoreApplication::processEvents();
+    QVERIFY(next.currentEditor()->viewport()->grab().toImage() == before);
+}
+
+/// A name in Shift-JIS, as old memory cards carry them, through the settings file and back.
+void RecentTest::undecodableNameIsReopened()
+{
+    const TestFiles files;
+    const QByteArray name = QFile::encodeName(files.folder()) + "\x93\xFA\x96\x7B.txt";
+    const auto content = [&name] {
+        const std::unique_ptr<FILE, int (*)(FILE *)> file(std::fopen(name.constData(), "rb"), std::fclose);
+        QByteArray bytes(100, '\0');
+        return file ? bytes.first(qsizetype(std::fread(bytes.data(), 1, 100, file.get()))) : QByteArray();
+    };
+    const std::unique_ptr<FILE, int (*)(FILE *)> file(std::fopen(name.constData(), "wb"), std::fclose);
+    QVERIFY(file);
+    std::fputs("one\r\ntwo\r\n", file.get());
+    std::fflush(file.get());
+    {
+        TestWindow window;
+        QVERIFY(window.open());
+        window.choices << FileChoice{ files.folder(), FileName::fromBytes("\x93\xFA\x96\x7B.txt"), 0, 0 };
+        window.slotCmdFileOpen();
+        QCOMPARE(window.currentEditor()->text(), u"one\ntwo\n"_s);
+        QTest::keyClicks(window.currentEditor(), u"x"_s);
+        QTest::keyClick(window.currentEditor(), Qt::Key_Down);
+        window.slotCmdFileSave();
+        QCOMPARE(content(), QByteArray("xone\r\ntwo\r\n"));
+        QVERIFY(window.close());
+    }
+    recentFiles() = {};
+    TestWindow window;
+    QVERIFY(window.open());
+    window.recentMenu()->actions().at(0)->trigger();
+    QCOMPARE(window.tabBar()->count(), 1);
+    QCOMPARE(window.currentEditor()->text(), u"xone\ntwo\n"_s);
+    QVERIFY((window.currentEditor()->cursorPosition() == RowCol{ 1, 1 }));
+    QTest::keyClicks(window.currentEditor(), u"y"_s);
+    QVERIFY(window.slotCmdFileSave(window.currentEditor()));
+    QCOMPARE(content(), QByteArray("xone\r\ntywo\r\n"));
 }
 
 void RecentTest::positionBeyondTheText_data()

@@ -52,6 +52,7 @@ public:
 
     QList<FileChoice> choices; ///< what the file dialog is left with, in turn; cancelled when there is none
     QList<Request> requests; ///< what it was opened with
+    std::function<void()> whileChoosing = [] {};
     std::function<bool()> options = [] { return false; };
 
 protected:
@@ -59,6 +60,7 @@ protected:
         frmFileDialog::Mode mode, const QString &folder, const QString &name) override
     {
         requests << Request{ mode, folder, name };
+        whileChoosing();
         if (choices.isEmpty())
             return std::nullopt;
         return choices.takeFirst();

@@ -1,0 +1,312 @@
+#include "tests/app/testwindow.h"
+
+#include <QClipboard>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRandomGenerator>
+#include <QStackedWidget>
+#include <QTimer>
+
+#include <memory>
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Answers every message box by one of its buttons, or by Escape.
+class RandomAnswers : public QObject {
+public:
+    explicit RandomAnswers(QRandomGenerator &random)
+        : m_random(random)
+    {
+        qApp->installEventFilter(this);
+    }
+    int count() const { return m_count; }
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *box = qobject_cast<QMessageBox *>(object);
+        if (box && event->type() == QEvent::Show)
+            QTimer::singleShot(0, box, [this, box] { answer(box); });
+        return false;
+    }
+
+private:
+    void answer(QMessageBox *box)
+    {
+        ++m_count;
+        const QList<QAbstractButton *> buttons = box->buttons();
+        const int choice = m_random.bounded(int(buttons.size()) + (box->escapeButton() ? 1 : 0));
+        if (choice < buttons.size())
+            buttons.at(choice)->click();
+        else
+            QTest::keyClick(box, Qt::Key_Escape);
+    }
+
+    QRandomGenerator &m_random;
+    int m_count = 0;
+};
+
+QByteArray withoutReturns(QByteArray bytes)
+{
+    return bytes.replace('\r', "");
+}
+
+} // namespace
+
+/// Opening, editing, saving, reloading, closing, switching and quitting in any order, every question answered
+/// by chance.
+class AnyOrderTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void holdsInAnyOrder_data();
+    void holdsInAnyOrder();
+
+private:
+    using Step = void (AnyOrderTest::*)();
+
+    void restart();
+    void act();
+    void check();
+    void checkEditor(const ctlEditer *editor);
+    ctlEditer *current() const { return m_window->currentEditor(); }
+    int below(int limit) { return int(m_random.bounded(limit)); }
+    QString anyFile();
+    bool isFileOfItsOwn(const QString &name) const;
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+
+    void openFile();
+    void openMissingFile();
+    void openByCommand();
+    void openRecent();
+    void type();
+    void pressEditKey();
+    void pressCommandKey();
+    void saveAs();
+    void reload();
+    void changeOutside();
+    void chooseTab();
+    void closeTab();
+    void quit();
+
+    QRandomGenerator m_random;
+    std::unique_ptr<TestFiles> m_files;
+    std::unique_ptr<TestWindow> m_window;
+    QStringList m_names; ///< of the files there are
+    QStringList m_changedOutside; ///< no document needs to have their content
+};
+
+void AnyOrderTest::init()
+{
+    resetSettings();
+    QApplication::clipboard()->setText(u"pasted\n"_s);
+    m_files = std::make_unique<TestFiles>();
+    m_names.clear();
+    m_changedOutside.clear();
+    for (int i = 0; i < 6; ++i) {
+        m_names << u"file%1.txt"_s.arg(i);
+        m_files->write(m_names.constLast(), QByteArray("line of text\n").repeated(i));
+    }
+}
+
+void AnyOrderTest::restart()
+{
+    m_window.reset();
+    m_window = std::make_unique<TestWindow>();
+    QVERIFY(m_window->open());
+}
+
+QString AnyOrderTest::anyFile()
+{
+    return m_names.at(below(int(m_names.size())));
+}
+
+void AnyOrderTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QWidget *focus = QApplication::focusWidget();
+    QTest::keyClick(focus ? focus : m_window.get(), key, modifiers);
+}
+
+void AnyOrderTest::openFile()
+{
+    m_window->setDocument(m_files->folder() + anyFile());
+}
+
+void AnyOrderTest::openMissingFile()
+{
+    m_window->setDocument(m_files->folder() + u"missing%1.txt"_s.arg(below(3)));
+}
+
+void AnyOrderTest::openByCommand()
+{
+    if (below(4) != 0)
+        m_window->choices << FileChoice{ m_files->folder(), anyFile(), 0, 0 };
+    press(Qt::Key_O, Qt::ControlModifier);
+}
+
+void AnyOrderTest::openRecent()
+{
+    m_window->slotCmdMnuRecent(below(22) - 1);
+}
+
+void AnyOrderTest::type()
+{
+    for (int count = 1 + below(8); count > 0; --count)
+        press(Qt::Key(Qt::Key_A + below(26)));
+    if (current() && current()->store().length() > 1000) {
+        current()->selectAll();
+        press(Qt::Key_Delete);
+    }
+}
+
+void AnyOrderTest::pressEditKey()
+{
+    static constexpr Qt::Key keys[] = { Qt::Key_Return, Qt::Key_Tab, Qt::Key_Backspace, Qt::Key_Delete,
+        Qt::Key_Up, Qt::Key_Down, Qt::Key_End, Qt::Key_Home };
+    press(keys[below(int(std::size(keys)))], below(4) == 0 ? Qt::ShiftModifier : Qt::NoModifier);
+}
+
+void AnyOrderTest::pressCommandKey()
+{
+    static constexpr Qt::Key keys[] = { Qt::Key_Z, Qt::Key_Z, Qt::Key_Z, Qt::Key_X, Qt::Key_C, Qt::Key_V,
+        Qt::Key_A, Qt::Key_S, Qt::Key_Tab };
+    press(keys[below(int(std::size(keys)))], Qt::ControlModifier);
+    if (below(4) == 0)
+        m_window->item(MenuId::Edit, 2)->trigger();
+    if (below(8) == 0)
+        m_window->slotCmdFileSaveAll();
+    if (below(12) == 0)
+        m_window->applySettings();
+}
+
+void AnyOrderTest::saveAs()
+{
+    if (below(4) != 0) {
+        m_names << u"new%1.txt"_s.arg(m_names.size());
+        m_window->choices << FileChoice{ m_files->folder(), m_names.constLast(), CharCodeShiftJis,
+            ReturnCodeLf };
+    }
+    m_window->slotCmdFileSaveAs();
+}
+
+void AnyOrderTest::reload()
+{
+    m_window->slotCmdFileReload();
+}
+
+void AnyOrderTest::changeOutside()
+{
+    const QString name = anyFile();
+    m_changedOutside << name;
+    m_files->write(name, QByteArray("changed outside\n").repeated(below(4)));
+}
+
+void AnyOrderTest::chooseTab()
+{
+    if (m_window->tabBar()->count() > 0)
+        m_window->tabBar()->setCurrentIndex(below(m_window->tabBar()->count()));
+}
+
+void AnyOrderTest::closeTab()
+{
+    press(Qt::Key_Escape);
+}
+
+void AnyOrderTest::quit()
+{
+    if (below(3) == 0)
+        m_window->slotCmdFileQuitSave();
+    else if (below(2) == 0)
+        m_window->endSession(below(2) == 0);
+    else
+        m_window->close();
+    if (!m_window->isVisible())
+        restart();
+}
+
+void AnyOrderTest::act()
+{
+    static constexpr struct {
+        int weight;
+        Step step;
+    } steps[] = { { 10, &AnyOrderTest::openFile }, { 2, &AnyOrderTest::openMissingFile },
+        { 5, &AnyOrderTest::openByCommand }, { 5, &AnyOrderTest::openRecent }, { 25, &AnyOrderTest::type },
+        { 20, &AnyOrderTest::pressEditKey }, { 30, &AnyOrderTest::pressCommandKey },
+        { 3, &AnyOrderTest::saveAs }, { 4, &AnyOrderTest::reload }, { 2, &AnyOrderTest::changeOutside },
+        { 8, &AnyOrderTest::chooseTab }, { 8, &AnyOrderTest::closeTab }, { 1, &AnyOrderTest::quit } };
+    int choice = below(std::accumulate(
+        std::begin(steps), std::end(steps), 0, [](int sum, const auto &step) { return sum + step.weight; }));
+    const auto *step = std::begin(steps);
+    for (; choice >= step->weight; ++step)
+        choice -= step->weight;
+    m_window->choices.clear();
+    (this->*step->step)();
+    if (below(3) == 0)
+        QCoreApplication::processEvents();
+}
+
+void AnyOrderTest::check()
+{
+    const QList<ctlEditer *> editors = m_window->tabBar()->editors();
+    QCOMPARE(m_window->findChild<QStackedWidget *>()->count(), editors.size());
+    QCOMPARE(current(),
+        editors.isEmpty() ? nullptr : m_window->tabBar()->editorOf(m_window->tabBar()->currentTab()));
+    QCOMPARE(m_window->isItemEnabled(MenuId::Edit, 1), current() && current()->history().canUndo());
+    for (const ctlEditer *editor : editors) {
+        checkEditor(editor);
+        if (QTest::currentTestFailed())
+            return;
+    }
+}
+
+bool AnyOrderTest::isFileOfItsOwn(const QString &name) const
+{
+    return !m_changedOutside.contains(name) && QFile::exists(m_files->folder() + name);
+}
+
+/// The mark is there exactly while there is something to undo; without it the text is the file's.
+void AnyOrderTest::checkEditor(const ctlEditer *editor)
+{
+    const int index = int(m_window->tabBar()->editors().indexOf(editor));
+    QCOMPARE(editor->edited(), editor->history().canUndo());
+    QCOMPARE(m_window->tabBar()->tabText(index).startsWith(u"* "), editor->edited());
+    if (editor->edited())
+        return;
+    if (editor->path().isEmpty())
+        QCOMPARE(editor->text(), QString());
+    else if (isFileOfItsOwn(editor->name()))
+        QCOMPARE(editor->text().toLatin1(), withoutReturns(m_files->read(editor->name())));
+}
+
+void AnyOrderTest::holdsInAnyOrder_data()
+{
+    QTest::addColumn<quint32>("seed");
+    const quint32 first = qMax(1u, quint32(qEnvironmentVariableIntValue("SEED")));
+    for (quint32 seed = first; seed < first + 6; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+void AnyOrderTest::holdsInAnyOrder()
+{
+    constexpr int stepCount = 800;
+    QFETCH(quint32, seed);
+    m_random.seed(seed);
+    RandomAnswers answers(m_random);
+    restart();
+    for (int step = 0; step < stepCount; ++step) {
+        act();
+        check();
+        if (QTest::currentTestFailed())
+            QFAIL(qPrintable(u"in step %1"_s.arg(step)));
+    }
+    QVERIFY(answers.count() > 0);
+    for (ctlEditer *editor : m_window->tabBar()->editors())
+        editor->setEdited(false);
+    m_window.reset();
+}
+
+QTEST_MAIN(AnyOrderTest)
+#include "anyorder_test.moc"
