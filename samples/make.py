@@ -20,8 +20,6 @@ The line above is empty but for its end.
 # Those characters have no place in plain JIS and EUC files of other systems.
 PLAIN = TEXT.replace("①②③ ㍻", "○△□ 平成").replace("〜 － ∥ ￠ ￡", "☆★→←↑↓")
 
-JIS_KATAKANA = str.maketrans({"ﾏ": "マ", "ｰ": "ー", "ﾛ": "ロ", "ﾊ": "ハ", "ﾟ": "゜", "ｯ": "ッ", "ﾄ": "ト", "ﾞ": "゛"})
-
 # Line ends and zero bytes of a UTF-16 file are rewritten byte by byte before it is decoded, so only a text whose
 # characters hold none of those bytes comes through as it is.
 WIDE = "二千二十六年、見本の文書。『日本語だけの行です』、全部の文字が読めますか？"
@@ -29,7 +27,7 @@ WIDE = "二千二十六年、見本の文書。『日本語だけの行です』
 SAMPLES = {
     "shift-jis-crlf.txt": (TEXT.replace("〜", "～"), "cp932", "\r\n"),
     "euc-lf.txt": (PLAIN, "euc_jp", "\n"),
-    "jis-lf.txt": (PLAIN.translate(JIS_KATAKANA), "iso2022_jp", "\n"),
+    "jis-lf.txt": (PLAIN, "iso2022_jp_ext", "\n"),
     "utf-8-lf.txt": (TEXT + "  日本語、English、français", "utf-8", "\n"),
     "utf-8-mark-crlf.txt": (TEXT, "utf-8-sig", "\r\n"),
     "utf-16.txt": (WIDE, "utf-16", ""),
