@@ -78,7 +78,7 @@ std::optional<qint64> frmJumpTo::numberOf(const QString &text)
     QString ascii = text;
     std::transform(text.cbegin(), text.cend(), ascii.begin(), inAscii);
     bool isNumber = false;
-    const qint64 number = ascii.toLongLong(&isNumber);
+    const qint64 number = ascii.trimmed().toLongLong(&isNumber);
     return isNumber ? std::optional(number) : std::nullopt;
 }
 

@@ -1,0 +1,554 @@
+#include "search/frmjumpto.h"
+#include "search/frmreplaceprogress.h"
+#include "search/frmsearchdialog.h"
+#include "tests/app/testwindow.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+
+namespace {
+
+/// Acts on the progress panel from the event loop as soon as it counts.
+class AtProgress : public QObject {
+public:
+    explicit AtProgress(std::function<void(frmReplaceProgress &)> action)
+        : m_action(std::move(action))
+    {
+        qApp->installEventFilter(this);
+    }
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *panel = qobject_cast<frmReplaceProgress *>(object);
+        if (panel && event->type() == QEvent::Show)
+            QMetaObject::invokeMethod(
+                panel, [this, panel] { m_action(*panel); }, Qt::QueuedConnection);
+        return false;
+    }
+
+private:
+    std::function<void(frmReplaceProgress &)> m_action;
+};
+
+QPushButton *buttonOf(const QWidget &form, const QString &text)
+{
+    for (QPushButton *button : form.findChildren<QPushButton *>()) {
+        if (button->text() == text)
+            return button;
+    }
+    qFatal("no button %s", qPrintable(text));
+}
+
+QList<QComboBox *> fieldsOf(const QWidget &panel)
+{
+    return panel.findChildren<QComboBox *>(Qt::FindDirectChildrenOnly);
+}
+
+/// The text with the marked part in brackets, "|" at the cursor.
+QString drawn(const ctlEditer &editor)
+{
+    QString text = editor.text();
+    const qint64 cursor = editor.cursorOffset();
+    const qint64 anchor = editor.anchorOffset();
+    text.insert(qMax(cursor, anchor), cursor == anchor ? u"|" : cursor > anchor ? u"|]" : u"]");
+    if (cursor != anchor)
+        text.insert(qMin(cursor, anchor), cursor > anchor ? u"[" : u"[|");
+    return text;
+}
+
+QString historyFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + QStringLiteral("/marlopad_fr.conf");
+}
+
+} // namespace
+
+class SearchTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init();
+    void searchesOverlapping();
+    void searchesAcrossRows();
+    void staysWithoutAHit();
+    void replacesWithTheMenu();
+    void replacesBackwards();
+    void replacesAll_data();
+    void replacesAll();
+    void undoesOneReplacement();
+    void stopsAndSpeedsUp();
+    void lettingNothingIn();
+    void nothingToDo();
+    void panelShowsMode();
+    void panelOffersHistory();
+    void panelRefusesEmptyText();
+    void panelKeys();
+    void fieldsTakeAnyText_data();
+    void fieldsTakeAnyText();
+    void historySurvives();
+    void progressCounts();
+    void numbers_data();
+    void numbers();
+    void jumpsToLines_data();
+    void jumpsToLines();
+    void jumpsToLastEdit();
+    void jumpDialog();
+
+private:
+    frmSearchDialog *panel(int mode)
+    {
+        mode == 1 ? m_window->slotCmdViewReplace() : m_window->slotCmdViewSearch();
+        return m_window->findChild<frmSearchDialog *>();
+    }
+    /// Fills the panel's fields.
+    frmSearchDialog *ask(int mode, const QString &find, const QString &replace = {}, bool cs = true)
+    {
+        frmSearchDialog *const asked = panel(mode);
+        fieldsOf(*asked).at(0)->setEditText(find);
+        fieldsOf(*asked).at(1)->setEditText(replace);
+        asked->findChild<QCheckBox *>()->setChecked(cs);
+        return asked;
+    }
+    ctlEditer &editor() { return *m_window->currentEditor(); }
+
+    std::unique_ptr<TestWindow> m_window;
+};
+
+void SearchTest::init()
+{
+    m_window.reset();
+    resetSettings();
+    QFile::remove(historyFile());
+    m_window = std::make_unique<TestWindow>();
+    QVERIFY(m_window->open());
+}
+
+void SearchTest::searchesOverlapping()
+{
+    editor().setText(QStringLiteral("aaaa"));
+    ask(0, QStringLiteral("aa"))->slotBtnNext();
+    QCOMPARE(drawn(editor()), QStringLiteral("[aa|]aa"));
+    m_window->slotCmdViewSrchNext();
+    QCOMPARE(drawn(editor()), QStringLiteral("a[aa|]a"));
+    m_window->slotCmdViewSrchNext();
+    m_window->slotCmdViewSrchNext();
+    QCOMPARE(drawn(editor()), QStringLiteral("aa[aa|]"));
+    m_window->slotCmdViewSrchBefo();
+    QCOMPARE(drawn(editor()), QStringLiteral("a[|aa]a"));
+}
+
+void SearchTest::searchesAcrossRows()
+{
+    editor().setText(QStringLiteral("0123456789abcdef"));
+    editor().setWrapColumnOrWidth(4);
+    editor().setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    QVERIFY(editor().numLines() > 2);
+    const qint64 rowEnd = editor().store().row(0).length;
+    const QString find = editor().text().mid(rowEnd - 1, 2);
+    ask(0, find)->slotBtnNext();
+    QCOMPARE(editor().markedText(), find);
+    qint64 row1, column1, row2, column2;
+    QVERIFY(editor().getMarkedRegion(&row1, &column1, &row2, &column2));
+    QCOMPARE((QList<qint64>{ row1, column1, row2, column2 }), (QList<qint64>{ 0, rowEnd - 1, 1, 1 }));
+}
+
+void SearchTest::staysWithoutAHit()
+{
+    editor().setText(QStringLiteral("one two"));
+    ask(0, QStringLiteral("two"))->slotBtnNext();
+    m_window->slotCmdViewSrchNext();
+    QCOMPARE(drawn(editor()), QStringLiteral("one [two|]"));
+    ask(0, QStringLiteral("ONE"))->slotBtnBefo();
+    QCOMPARE(drawn(editor()), QStringLiteral("one [two|]"));
+    ask(0, QStringLiteral("ONE"), {}, false)->slotBtnBefo();
+    QCOMPARE(drawn(editor()), QStringLiteral("[|one] two"));
+}
+
+void SearchTest::replacesWithTheMenu()
+{
+    editor().setText(QStringLiteral("x x x"));
+    ask(1, QStringLiteral("x"), QStringLiteral("xy"))->slotBtnNext();
+    QCOMPARE(drawn(editor()), QStringLiteral("xy| x x"));
+    m_window->slotCmdViewSrchNext();
+    QCOMPARE(drawn(editor()), QStringLiteral("xy xy| x"));
+}
+
+void SearchTest::replacesBackwards()
+{
+    editor().setText(QStringLiteral("x x x"));
+    ask(1, QStringLiteral("x"), QStringLiteral("yx"))->slotBtnNext();
+    editor().setCursorPosition(0, 6);
+    m_window->slotCmdViewSrchBefo();
+    QCOMPARE(drawn(editor()), QStringLiteral("yx x |yx"));
+    m_window->slotCmdViewSrchBefo();
+    QCOMPARE(drawn(editor()), QStringLiteral("yx |yx yx"));
+}
+
+void SearchTest::replacesAll_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("find");
+    QTest::addColumn<QString>("replace");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<int>("count");
+
+    const auto row = [](const char *name, const char *text, const char *find, const char *replace,
+                         const char *expected, int count) {
+        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(find)
+                            << QString::fromUtf8(replace) << QString::fromUtf8(expected) << count;
+    };
+    row("replacement holds the text", "a b a", "a", "aa", "aa b aa", 2);
+    row("with nothing", "xaxbx\nx", "x", "", "ab\n", 4);
+    row("no hit", "abc", "x", "y", "abc", 0);
+    row("no overlap", "aaaaa", "aa", "b", "bba", 2);
+    row("several lines", "1\n1\n1", "1", "2", "2\n2\n2", 3);
+}
+
+void SearchTest::replacesAll()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, find);
+    QFETCH(QString, replace);
+    QFETCH(QString, expected);
+    QFETCH(int, count);
+
+    editor().setText(text);
+    editor().setCursorPosition(100, 0);
+    MessageBoxes boxes;
+    frmSearchDialog *const asked = ask(1, find, replace);
+    asked->slotBtnAll();
+    QVERIFY(!asked->isVisible());
+    QCOMPARE(editor().text(), expected);
+    QCOMPARE(boxes.texts(), QStringList{ QStringLiteral("Replace All|%1 items was Replaced.").arg(count) });
+    QVERIFY(editor().updatesEnabled());
+    QVERIFY(!editor().signalsBlocked());
+    QVERIFY(!m_window->findChild<frmReplaceProgress *>());
+}
+
+void SearchTest::undoesOneReplacement()
+{
+    editor().setText(QStringLiteral("x x x"));
+    const MessageBoxes boxes;
+    ask(1, QStringLiteral("x"), QStringLiteral("y"))->slotBtnAll();
+    m_window->slotCmdEditUndo();
+    QCOMPARE(editor().text(), QStringLiteral("y y x"));
+    m_window->slotCmdEditUndo();
+    m_window->slotCmdEditUndo();
+    QCOMPARE(editor().text(), QStringLiteral("x x x"));
+}
+
+void SearchTest::stopsAndSpeedsUp()
+{
+    editor().setText(QStringLiteral("x").repeated(1000));
+    MessageBoxes boxes;
+    {
+        const AtProgress stop([](frmReplaceProgress &progress) {
+            buttonOf(progress, QStringLiteral("Speed up"))->click();
+            QVERIFY(progress.speedUp);
+            QVERIFY(!buttonOf(progress, QStringLiteral("Speed up"))->isEnabled());
+            buttonOf(progress, QStringLiteral("Stop"))->click();
+            QVERIFY(progress.stopRequested);
+        });
+        ask(1, QStringLiteral("x"), QStringLiteral("y"))->slotBtnAll();
+    }
+    const qsizetype done = editor().text().count(u'y');
+    QVERIFY(done >= 1 && done < 1000);
+    QCOMPARE(boxes.texts(), QStringList{ QStringLiteral("Replace All|%1 items was Replaced.").arg(done) });
+    {
+        const AtProgress hurry([](frmReplaceProgress &progress) { progress.slotClickHiSpeed(); });
+        ask(1, QStringLiteral("x"), QStringLiteral("y"))->slotBtnAll();
+    }
+    QCOMPARE(editor().text(), QStringLiteral("y").repeated(1000));
+    QVERIFY(editor().updatesEnabled());
+    QVERIFY(!editor().signalsBlocked());
+}
+
+void SearchTest::lettingNothingIn()
+{
+    editor().setText(QStringLiteral("x").repeated(1000));
+    const MessageBoxes boxes;
+    const AtProgress disturb([this](frmReplaceProgress &progress) {
+        QTest::keyClick(&editor(), Qt::Key_A);
+        QTest::keyClick(m_window.get(), Qt::Key_Escape);
+        m_window->close();
+        progress.close();
+    });
+    ask(1, QStringLiteral("x"), QStringLiteral("y"))->slotBtnAll();
+    QVERIFY(m_window->isVisible());
+    QCOMPARE(m_window->tabBar()->count(), 1);
+    QCOMPARE(editor().text().size(), 1000);
+    QVERIFY(editor().text().contains(u'x'));
+}
+
+void SearchTest::nothingToDo()
+{
+    m_window->slotCmdViewSrchNext();
+    m_window->slotCmdViewSrchBefo();
+    QCOMPARE(drawn(editor()), QStringLiteral("|"));
+    frmSearchDialog *const asked = ask(1, QStringLiteral("x"), QStringLiteral("y"));
+    m_window->slotCmdFileCloseTab();
+    QVERIFY(!m_window->currentEditor());
+    asked->slotBtnNext();
+    asked->slotBtnAll();
+    m_window->slotCmdViewGyoJump();
+    m_window->slotCmdViewLastEdit();
+    QVERIFY(!m_window->findChild<frmReplaceProgress *>());
+}
+
+void SearchTest::panelShowsMode()
+{
+    for (const int mode : { 0, 1, 0 }) {
+        const frmSearchDialog *const shown = panel(mode);
+        QCOMPARE(shown->windowTitle(), mode ? QStringLiteral("Replace") : QStringLiteral("Search"));
+        QVERIFY(buttonOf(*shown, mode ? QStringLiteral("Replace Next") : QStringLiteral("Search Next"))
+                    ->isVisible());
+        QCOMPARE(buttonOf(*shown, QStringLiteral("Search Prev"))->isVisible(), mode == 0);
+        QCOMPARE(buttonOf(*shown, QStringLiteral("Replace ALL"))->isVisible(), mode == 1);
+        QCOMPARE(fieldsOf(*shown).at(1)->isVisible(), mode == 1);
+        QCOMPARE(shown->findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly)->isVisible(), mode == 1);
+        QCOMPARE(shown->size(), shown->sizeHint());
+        QCOMPARE(buttonOf(*shown, QStringLiteral("Close"))->size(), QSize(40, 17));
+        QCOMPARE(fieldsOf(*shown).at(0)->height(), 19);
+    }
+}
+
+void SearchTest::panelOffersHistory()
+{
+    for (int i = 0; i < 22; ++i)
+        ask(1, QStringLiteral("s%1").arg(i), QStringLiteral("r%1").arg(i % 2))->slotBtnNext();
+    ask(1, QStringLiteral("s5"))->slotBtnNext();
+    editor().setText(QStringLiteral("s21"));
+    editor().selectAll();
+    const frmSearchDialog *const shown = panel(1);
+    const QComboBox *const find = fieldsOf(*shown).at(0);
+    QCOMPARE(find->currentText(), QStringLiteral("s21"));
+    QCOMPARE(find->lineEdit()->selectedText(), QStringLiteral("s21"));
+    QCOMPARE(find->count(), 19);
+    QCOMPARE(find->itemText(0), QStringLiteral("s5"));
+    QCOMPARE(find->itemText(1), QStringLiteral("s20"));
+    QCOMPARE(find->findText(QStringLiteral("s1")), -1);
+    QCOMPARE(shown->searchHistory.texts().at(1), QStringLiteral("s21"));
+    const QComboBox *const replace = fieldsOf(*shown).at(1);
+    QCOMPARE(replace->count(), 2);
+    QCOMPARE(replace->currentText(), QStringLiteral("r1"));
+    editor().deselect();
+    QCOMPARE(fieldsOf(*panel(0)).at(0)->currentText(), QString());
+    QCOMPARE(find->count(), 20);
+}
+
+void SearchTest::panelRefusesEmptyText()
+{
+    frmSearchDialog *const asked = ask(0, {});
+    const QSignalSpy next(asked, &frmSearchDialog::nextClicked);
+    const QSignalSpy before(asked, &frmSearchDialog::befoClicked);
+    const QSignalSpy all(asked, &frmSearchDialog::allClicked);
+    MessageBoxes boxes;
+    asked->slotBtnNext();
+    asked->slotBtnBefo();
+    asked->slotBtnAll();
+    QCOMPARE(boxes.texts(), QStringList(3, QStringLiteral("Error|Input the characters.")));
+    QCOMPARE(next.count() + before.count() + all.count(), 0);
+    QVERIFY(asked->isVisible());
+    QVERIFY(!QFile::exists(historyFile()));
+}
+
+void SearchTest::panelKeys()
+{
+    editor().setText(QStringLiteral("a A a"));
+    frmSearchDialog *const asked = ask(0, QStringLiteral("a"));
+    QSignalSpy next(asked, &frmSearchDialog::nextClicked);
+    QTest::keyClick(fieldsOf(*asked).at(0), Qt::Key_Return);
+    QTest::keyClick(buttonOf(*asked, QStringLiteral("Close")), Qt::Key_Enter);
+    QCOMPARE(next.count(), 2);
+    QCOMPARE(drawn(editor()), QStringLiteral("a A [a|]"));
+    QVERIFY(asked->isVisible());
+    QTest::keyClick(fieldsOf(*asked).at(0), Qt::Key_Escape);
+    QVERIFY(!asked->isVisible());
+    QCOMPARE(m_window->tabBar()->count(), 1);
+}
+
+void SearchTest::fieldsTakeAnyText_data()
+{
+    QTest::addColumn<QString>("put");
+    QTest::addColumn<QString>("expected");
+
+    for (const char16_t *text : { u" a ", u",\"';", u"a\\b\\", u"\u3000", u"a=b [c]", u"\u212a\U0001f600" })
+        QTest::newRow(qPrintable(QString::fromUtf16(text)))
+            << QString::fromUtf16(text) << QString::fromUtf16(text);
+    const QString longText(100000, u'x');
+    QTest::newRow("100,000 characters") << longText << longText;
+    QTest::newRow("several lines") << "one\ntwo\nthree"
+                                   << "one";
+    QTest::newRow("several lines with CR") << "one\r\ntwo"
+                                           << "one";
+    QTest::newRow("line end only") << "\none"
+                                   << "";
+}
+
+void SearchTest::fieldsTakeAnyText()
+{
+    QFETCH(QString, put);
+    QFETCH(QString, expected);
+
+    frmSearchDialog *const asked = ask(0, QStringLiteral("<>"));
+    QLineEdit *const field = fieldsOf(*asked).at(0)->lineEdit();
+    field->setCursorPosition(1);
+    field->insert(put);
+    QCOMPARE(field->text(), u'<' + expected + u'>');
+    asked->slotBtnNext();
+    QCOMPARE(asked->findText, u'<' + expected + u'>');
+    // A second window reads what was written while the first one still runs.
+    const frmSearchDialog other(nullptr);
+    QCOMPARE(other.searchHistory.texts().front(), u'<' + expected + u'>');
+}
+
+void SearchTest::historySurvives()
+{
+    ask(1, QStringLiteral(" a,b "), QStringLiteral("\"c\""))->slotBtnNext();
+    m_window.reset();
+    m_window = std::make_unique<TestWindow>();
+    QVERIFY(m_window->open());
+    const frmSearchDialog *const shown = panel(1);
+    QCOMPARE(fieldsOf(*shown).at(0)->itemText(0), QStringLiteral(" a,b "));
+    QCOMPARE(fieldsOf(*shown).at(1)->currentText(), QStringLiteral("\"c\""));
+    QVERIFY(QFile::exists(historyFile()));
+}
+
+void SearchTest::progressCounts()
+{
+    frmReplaceProgress progress(m_window.get());
+    QVERIFY(progress.isVisible());
+    QVERIFY(progress.isModal());
+    QCOMPARE(progress.windowTitle(), QStringLiteral("Replace All"));
+    const QLabel *const label = progress.findChild<QLabel *>();
+    QCOMPARE(label->text(), QString());
+    progress.setCount(1);
+    QCOMPARE(label->text(), QStringLiteral("replaced :   1"));
+    QHideEvent minimised;
+    QSpontaneKeyEvent::setSpontaneous(&minimised);
+    qApp->notify(&progress, &minimised);
+    QVERIFY(!progress.stopRequested);
+    progress.close();
+    QVERIFY(progress.stopRequested);
+    QVERIFY(!progress.speedUp);
+}
+
+void SearchTest::numbers_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isNumber");
+    QTest::addColumn<qint64>("number");
+
+    const auto row = [](const char16_t *text, bool isNumber, qint64 number) {
+        QTest::newRow(qPrintable(u'<' + QString::fromUtf16(text) + u'>'))
+            << QString::fromUtf16(text) << isNumber << number;
+    };
+    row(u"12", true, 12);
+    row(u"  12 ", true, 12);
+    row(u"+3", true, 3);
+    row(u"-3", true, -3);
+    row(u"007", true, 7);
+    row(u"１２３", true, 123);
+    row(u"－５", true, -5);
+    row(u"\u3000＋５\u3000", true, 5);
+    row(u"4294967297", true, 4294967297);
+    row(u"99999999999999999999", false, 0);
+    row(u"", false, 0);
+    row(u"a", false, 0);
+    row(u"1 2", false, 0);
+    row(u"1.5", false, 0);
+    row(u"0x10", false, 0);
+    row(u"²", false, 0);
+}
+
+void SearchTest::numbers()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isNumber);
+    QFETCH(qint64, number);
+
+    QCOMPARE(frmJumpTo::numberOf(text).has_value(), isNumber);
+    QCOMPARE(frmJumpTo::numberOf(text).value_or(0), number);
+}
+
+void SearchTest::jumpsToLines_data()
+{
+    QTest::addColumn<qint64>("line");
+    QTest::addColumn<QString>("expected");
+
+    const QString unchanged = QStringLiteral("[aaaaaaaa|]\nb\nc");
+    QTest::newRow("the first") << qint64(1) << "|aaaaaaaa\nb\nc";
+    QTest::newRow("the second, below a wrapped one") << qint64(2) << "aaaaaaaa\n|b\nc";
+    QTest::newRow("the last") << qint64(3) << "aaaaaaaa\nb\n|c";
+    QTest::newRow("zero") << qint64(0) << unchanged;
+    QTest::newRow("negative") << qint64(-1) << unchanged;
+    QTest::newRow("behind the end") << qint64(4) << unchanged;
+    QTest::newRow("far behind the end") << std::numeric_limits<qint64>::max() << unchanged;
+    QTest::newRow("far before the start") << std::numeric_limits<qint64>::min() << unchanged;
+}
+
+void SearchTest::jumpsToLines()
+{
+    QFETCH(qint64, line);
+    QFETCH(QString, expected);
+
+    editor().setText(QStringLiteral("aaaaaaaa\nb\nc"));
+    editor().setWrapColumnOrWidth(3);
+    editor().setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    QVERIFY(editor().numLines() > 3);
+    ask(0, QStringLiteral("aaaaaaaa"));
+    const RowCol end = editor().store().rowColAt(8);
+    editor().setCursorPosition(0, 0);
+    editor().setCursorPosition(end.row, end.column, true);
+    editor().jumpToLine(line);
+    QCOMPARE(drawn(editor()), expected);
+}
+
+void SearchTest::jumpsToLastEdit()
+{
+    editor().setText(QStringLiteral("one\ntwo"));
+    m_window->slotCmdViewLastEdit();
+    QCOMPARE(drawn(editor()), QStringLiteral("|one\ntwo"));
+    editor().setCursorPosition(1, 3);
+    QTest::keyClicks(&editor(), QStringLiteral("xyz"));
+    editor().setCursorPosition(0, 1);
+    m_window->slotCmdViewLastEdit();
+    QCOMPARE(drawn(editor()), QStringLiteral("one\ntwo|xyz"));
+    editor().setCursorPosition(0, 0);
+    editor().setCursorPosition(0, 2, true);
+    editor().insert(QStringLiteral("O"));
+    editor().setCursorPosition(1, 0);
+    m_window->slotCmdViewLastEdit();
+    QCOMPARE(drawn(editor()), QStringLiteral("|Oe\ntwoxyz"));
+    m_window->slotCmdEditUndo();
+    m_window->slotCmdViewLastEdit();
+    QCOMPARE(drawn(editor()), QStringLiteral("one\ntwo|xyz"));
+}
+
+void SearchTest::jumpDialog()
+{
+    editor().setText(QStringLiteral("a\nb\nc"));
+    MessageBoxes boxes;
+    QStringList left;
+    QTimer::singleShot(0, this, [&] {
+        auto *dialog = m_window->findChild<frmJumpTo *>();
+        auto *field = dialog->findChild<QLineEdit *>();
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Jump to"));
+        QCOMPARE(field->width(), 40);
+        field->setText(QStringLiteral("x"));
+        QTest::keyClick(field, Qt::Key_Return);
+        left << field->text() << (dialog->isVisible() ? QStringLiteral("open") : QStringLiteral("closed"));
+        field->setText(QStringLiteral("３"));
+        buttonOf(*dialog, QStringLiteral("Jump"))->click();
+    });
+    m_window->slotCmdViewGyoJump();
+    QCOMPARE(left, (QStringList{ QStringLiteral("x"), QStringLiteral("open") }));
+    QCOMPARE(boxes.texts(), QStringList{ QStringLiteral("Input Error|Input a number.") });
+    QCOMPARE(drawn(editor()), QStringLiteral("a\nb\n|c"));
+}
+
+QTEST_MAIN(SearchTest)
+#include "search_test.moc"
