@@ -6,6 +6,7 @@ void QMultiLineEdit::Private::beginOperation()
         return;
     damage = {};
     damage.rowsBefore = store.rowCount();
+    damage.linesBefore = store.lineCount();
     damage.lengthBefore = store.length();
     announcer.keep(store);
     freezePrimary();
@@ -83,14 +84,15 @@ void QMultiLineEdit::Private::noteChange(qint64 offset, qint64 removed, qint64 i
 }
 
 /// Rows above the first changed one stay, but for the one it continues, which may have room for more now.
-/// Rows below the last changed line stay when their count has not changed.
+/// Rows below the last changed line stay when neither their count nor that of the lines, which may be shown
+/// beside them, has changed.
 void QMultiLineEdit::Private::repaintDamage()
 {
     qint64 first = store.rowColAt(damage.start).row;
     if (first > 0 && !store.row(first - 1).endsLine)
         --first;
     qint64 last = store.rowCount() + visibleRows();
-    if (store.rowCount() == damage.rowsBefore) {
+    if (store.rowCount() == damage.rowsBefore && store.lineCount() == damage.linesBefore) {
         const qint64 line = store.lineAt(damage.end);
         last = line + 1 < store.lineCount() ? store.rowOfLine(line + 1) - 1 : store.rowCount() - 1;
     }

@@ -108,6 +108,7 @@ struct QMultiLineEdit::Private {
         qint64 start = 0; ///< of the changed text, in offsets of the text as it is now
         qint64 end = 0;
         qint64 rowsBefore = 0;
+        qint64 linesBefore = 0;
         qint64 lengthBefore = 0;
     };
     int operations = 0; ///< that are nested at the moment

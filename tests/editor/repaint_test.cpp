@@ -88,6 +88,7 @@ class RepaintTest : public QObject {
 private slots:
     void screenIsAsPaintedAnew_data();
     void screenIsAsPaintedAnew();
+    void joinedLinesRenumberWhatFollows();
 };
 
 void RepaintTest::screenIsAsPaintedAnew_data()
@@ -138,6 +139,24 @@ void RepaintTest::screenIsAsPaintedAnew()
             }
         }
     }
+}
+
+void RepaintTest::joinedLinesRenumberWhatFollows()
+{
+    appSettings() = AppSettings();
+    appSettings().WrapMode = 2;
+    appSettings().WrapLen = 9;
+    appSettings().RowNo = 2;
+    Editor editor;
+    editor.setText(QStringLiteral("aaaaaaaaa\nb\nc\nd"));
+    editor.show();
+    editor.setCursorPosition(0, 9);
+    editor.shown();
+    QTest::keyClick(&editor, Qt::Key_Delete);
+    QCOMPARE(editor.numLines(), 4); // rows, as before
+    const QImage found = editor.shown();
+    editor.viewport()->update();
+    QCOMPARE(found, editor.shown());
 }
 
 // One point is one pixel, as in the program; the cursor does not blink by itself.
