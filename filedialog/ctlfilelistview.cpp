@@ -218,9 +218,26 @@ void ctlFileListView::keyPressEvent(QKeyEvent *event)
         if (selectedItem() && selectedItem()->isFolder())
             slotExecItem(selectedItem());
         break;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+        if (selectRowOfFocus())
+            break;
+        [[fallthrough]];
     default:
         QTreeWidget::keyPressEvent(event);
     }
+}
+
+/// The focus comes to the first row without selecting it. False when a row is selected, or none has the
+/// focus.
+bool ctlFileListView::selectRowOfFocus()
+{
+    if (selectedItem() || !currentItem())
+        return false;
+    currentItem()->setSelected(true);
+    scrollToItem(currentItem());
+    return true;
 }
 
 void ctlFileListView::mousePressEvent(QMouseEvent *event)

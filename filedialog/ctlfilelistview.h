@@ -60,6 +60,7 @@ private:
     void setUpColumns();
     void sortRows(int column, Qt::SortOrder order);
     void sortByColumn(int column);
+    bool selectRowOfFocus();
     void fill(const QString &path);
     bool selectFolderLeft(const QString &path);
 

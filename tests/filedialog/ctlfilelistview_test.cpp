@@ -106,6 +106,8 @@ private slots:
     void keys_data();
     void keys();
     void returnWithoutSelection();
+    void firstKeySelectsTheRowOfTheFocus_data();
+    void firstKeySelectsTheRowOfTheFocus();
     void returnIsTaken();
     void walksByKeysAlone();
 
@@ -519,6 +521,30 @@ void ListViewTest::returnWithoutSelection()
     shown.key(Qt::Key_Right);
     QCOMPARE(shown.refreshed.size(), 1);
     QVERIFY(shown.opened.isEmpty());
+}
+
+void ListViewTest::firstKeySelectsTheRowOfTheFocus_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Down") << Qt::Key_Down;
+    QTest::newRow("Up") << Qt::Key_Up;
+    QTest::newRow("Home") << Qt::Key_Home;
+}
+
+/// As after Tab: the first row has the focus and is not selected. It may be the only one.
+void ListViewTest::firstKeySelectsTheRowOfTheFocus()
+{
+    QFETCH(Qt::Key, key);
+    const TestFolder folder;
+    folder.folder("sub");
+    ShownList shown(folder.path());
+    shown.list.selectionModel()->setCurrentIndex(
+        shown.list.model()->index(0, 0), QItemSelectionModel::NoUpdate);
+    QCOMPARE(shown.selected(), QString());
+    shown.key(key);
+    QCOMPARE(shown.selected(), QStringLiteral("sub"));
+    shown.key(Qt::Key_Return);
+    QCOMPARE(shown.list.currentPath, folder.path("sub/"));
 }
 
 void ListViewTest::returnIsTaken()
