@@ -72,15 +72,8 @@ bool frmMain::editOptions()
 void frmMain::applySettings()
 {
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
-    for (ctlEditer *editor : tabBar()->editors()) {
-        const bool wasEdited = editor->edited();
-        editor->applyFont();
-        editor->applyWrapMode();
-        editor->applyRowNoMargin();
-        editor->applyActiveLineColor();
-        editor->applyColors();
-        editor->setEdited(wasEdited);
-    }
+    for (ctlEditer *editor : tabBar()->editors())
+        editor->applySettings();
     if (ctlEditer *editor = currentEditor())
         editor->viewport()->update();
     rebuildRecentMenu();

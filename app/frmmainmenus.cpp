@@ -136,6 +136,8 @@ void frmMain::createToolBar()
     for (const ToolButton &button : toolButtons())
         m_toolBar->addAction(item(button.menu, button.id));
     m_labelledWidth = m_toolBar->sizeHint().width();
+    // The window may begin narrower than that: the labels wait for their room.
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
 }
 
 void frmMain::showToolBarLabels()

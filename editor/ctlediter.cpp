@@ -56,6 +56,19 @@ QString ctlEditer::returnCodeName() const
     return ::returnCodeName(m_returnCode);
 }
 
+void ctlEditer::applySettings()
+{
+    const bool wasEdited = edited();
+    const qint64 topOffset = store().row(topRow()).start;
+    applyFont();
+    applyWrapMode();
+    applyRowNoMargin();
+    applyActiveLineColor();
+    applyColors();
+    setTopRow(store().rowColAt(topOffset).row);
+    setEdited(wasEdited);
+}
+
 void ctlEditer::applyFont()
 {
     QFont font = QApplication::font();

@@ -56,6 +56,9 @@ public:
     /// Puts the cursor where the newest insertion or deletion that can be undone began; nothing without one.
     void jumpToLastEdit();
 
+    /// All of the following; the cursor stays on its text, the line at the top of the view stays there, and
+    /// the document does not count as modified by it.
+    void applySettings();
     void applyFont();
     /// Mode 1 wraps at the width the editor has now and goes on doing so whatever its width becomes.
     void applyWrapMode();

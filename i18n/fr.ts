@@ -67,6 +67,15 @@ Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</trans
 %1</translation>
     </message>
     <message>
+        <source>Confirm File Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file could not be read before. Its old content is kept in the file
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>This file is not exists!</source>
         <translation>Ce fichier n’existe pas.</translation>
     </message>
@@ -277,6 +286,33 @@ Le remplacer ?</translation>
     <message>
         <source>No</source>
         <translation>Non</translation>
+    </message>
+</context>
+<context>
+    <name>frmJumpTo</name>
+    <message>
+        <source>Jump to</source>
+        <translation>Aller à la ligne</translation>
+    </message>
+    <message>
+        <source>Line No:</source>
+        <translation>Ligne n° :</translation>
+    </message>
+    <message>
+        <source>Jump</source>
+        <translation>Aller</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Input Error</source>
+        <translation>Erreur de saisie</translation>
+    </message>
+    <message>
+        <source>Input a number.</source>
+        <translation>Saisissez un nombre.</translation>
     </message>
 </context>
 <context>
@@ -520,6 +556,14 @@ Voulez-vous enregistrer ce fichier ?</translation>
         <translation>Confirmer l’enregistrement</translation>
     </message>
     <message>
+        <source>Replace All</source>
+        <translation>Tout remplacer</translation>
+    </message>
+    <message>
+        <source>%1 items was Replaced.</source>
+        <translation>Remplacements effectués : %1</translation>
+    </message>
+    <message>
         <source>Marlo!Pad QT</source>
         <translation>Marlo!Pad QT</translation>
     </message>
@@ -690,15 +734,15 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>F&amp;oreColor :</source>
-        <translation>Couleur du te&amp;xte :</translation>
+        <translation>Couleur te&amp;xte :</translation>
     </message>
     <message>
         <source>&amp;BackColor :</source>
-        <translation>Couleur du f&amp;ond :</translation>
+        <translation>Couleur f&amp;ond :</translation>
     </message>
     <message>
         <source>&amp;Wrap mode :</source>
-        <translation>&amp;Retour à la ligne :</translation>
+        <translation>&amp;Retour auto :</translation>
     </message>
     <message>
         <source>Mark display</source>
@@ -714,7 +758,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>&amp;Multi-byte space</source>
-        <translation>Espace pleine c&amp;hasse</translation>
+        <translation>Espace lar&amp;ge</translation>
     </message>
     <message>
         <source>&amp;EOF</source>
@@ -754,7 +798,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Row No &amp;Color :</source>
-        <translation>&amp;Couleur des numéros :</translation>
+        <translation>&amp;Couleur numéros :</translation>
     </message>
     <message>
         <source>&amp;Active Line :</source>
@@ -774,7 +818,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Tab &amp; space &amp; MultiSpace</source>
-        <translation>Tab., espaces, pl. chasse</translation>
+        <translation>Tab., esp., esp. larges</translation>
     </message>
     <message>
         <source>&amp;Auto indent :</source>
@@ -827,6 +871,68 @@ Voulez-vous enregistrer ce fichier ?</translation>
     <message>
         <source>Default c&amp;har code:</source>
         <translation>&amp;Codage :</translation>
+    </message>
+</context>
+<context>
+    <name>frmReplaceProgress</name>
+    <message>
+        <source>Speed up</source>
+        <translation>Accélérer</translation>
+    </message>
+    <message>
+        <source>Replace All</source>
+        <translation>Tout remplacer</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>replaced :   %1</source>
+        <translation>remplacés :   %1</translation>
+    </message>
+</context>
+<context>
+    <name>frmSearchDialog</name>
+    <message>
+        <source>Replace</source>
+        <translation>Remplacement</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Recherche</translation>
+    </message>
+    <message>
+        <source>Replace Next</source>
+        <translation>Remplacer</translation>
+    </message>
+    <message>
+        <source>Search Next</source>
+        <translation>Suivant</translation>
+    </message>
+    <message>
+        <source>Case sensitive</source>
+        <translation>Respecter la casse</translation>
+    </message>
+    <message>
+        <source>Search Prev</source>
+        <translation>Précédent</translation>
+    </message>
+    <message>
+        <source>Replace ALL</source>
+        <translation>Rempl. tout</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>Input the characters.</source>
+        <translation>Saisissez le texte à rechercher.</translation>
     </message>
 </context>
 </TS>

@@ -67,6 +67,15 @@ You do not have the permission or the file may be in use.</source>
 %1</translation>
     </message>
     <message>
+        <source>Confirm File Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file could not be read before. Its old content is kept in the file
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>This file is not exists!</source>
         <translation>ファイルが存在しません。</translation>
     </message>
@@ -277,6 +286,33 @@ Replace existing file?</source>
     <message>
         <source>No</source>
         <translation>いいえ</translation>
+    </message>
+</context>
+<context>
+    <name>frmJumpTo</name>
+    <message>
+        <source>Jump to</source>
+        <translation>指定行へ移動</translation>
+    </message>
+    <message>
+        <source>Line No:</source>
+        <translation>行番号:</translation>
+    </message>
+    <message>
+        <source>Jump</source>
+        <translation>移動</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Input Error</source>
+        <translation>入力エラー</translation>
+    </message>
+    <message>
+        <source>Input a number.</source>
+        <translation>数値を入力してください。</translation>
     </message>
 </context>
 <context>
@@ -518,6 +554,14 @@ Row count  : %2</source>
     <message>
         <source>Confirm File Save</source>
         <translation>保存の確認</translation>
+    </message>
+    <message>
+        <source>Replace All</source>
+        <translation>すべて置換</translation>
+    </message>
+    <message>
+        <source>%1 items was Replaced.</source>
+        <translation>%1 個を置換しました。</translation>
     </message>
     <message>
         <source>Marlo!Pad QT</source>
@@ -827,6 +871,68 @@ Row count  : %2</source>
     <message>
         <source>Default c&amp;har code:</source>
         <translation>既定コード(&amp;H):</translation>
+    </message>
+</context>
+<context>
+    <name>frmReplaceProgress</name>
+    <message>
+        <source>Speed up</source>
+        <translation>高速化</translation>
+    </message>
+    <message>
+        <source>Replace All</source>
+        <translation>すべて置換</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>中止</translation>
+    </message>
+    <message>
+        <source>replaced :   %1</source>
+        <translation>置換数 :   %1</translation>
+    </message>
+</context>
+<context>
+    <name>frmSearchDialog</name>
+    <message>
+        <source>Replace</source>
+        <translation>置換</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>検索</translation>
+    </message>
+    <message>
+        <source>Replace Next</source>
+        <translation>次を置換</translation>
+    </message>
+    <message>
+        <source>Search Next</source>
+        <translation>次を検索</translation>
+    </message>
+    <message>
+        <source>Case sensitive</source>
+        <translation>大文字と小文字を区別</translation>
+    </message>
+    <message>
+        <source>Search Prev</source>
+        <translation>前を検索</translation>
+    </message>
+    <message>
+        <source>Replace ALL</source>
+        <translation>すべて置換</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Input the characters.</source>
+        <translation>文字列を入力してください。</translation>
     </message>
 </context>
 </TS>

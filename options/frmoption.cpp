@@ -22,7 +22,7 @@ struct FormSizes {
     int spacing;
     QSize button; // at least
 };
-constexpr FormSizes smallSizes{ 4, 4, { 60, 17 } };
+constexpr FormSizes smallSizes{ 2, 4, { 60, 17 } };
 constexpr FormSizes vgaSizes{ 7, 7, { 120, 28 } };
 
 } // namespace

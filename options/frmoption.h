@@ -8,6 +8,7 @@ class ChoiceCombo;
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
+class QLabel;
 class QLineEdit;
 class QTabWidget;
 
@@ -40,7 +41,7 @@ private:
     QWidget *createDetailPage();
     QWidget *createMarks();
     QWidget *createWrapRow();
-    void addCodeRow(QGridLayout *grid);
+    QWidget *createCodeRow();
     QWidget *createButtonRow();
 
     QCheckBox *createCheck(const QString &key, int AppSettings::*setting, const QString &text);
@@ -51,6 +52,7 @@ private:
     QLineEdit *createNumber(const QString &key, int value);
     void createFontName();
     void createFontSize();
+    static QLabel *createLabel(const QString &text, QWidget *control);
     static void addRow(QGridLayout *grid, const QString &label, QWidget *control, QWidget *cell);
 
     struct NumberCheck;

@@ -68,21 +68,22 @@ QGridLayout *createPage(QWidget *page)
     auto *grid = new QGridLayout(page);
     const int space = isVga() ? 7 : 3;
     grid->setContentsMargins(space, space, space, space);
-    grid->setHorizontalSpacing(space + 2);
+    grid->setHorizontalSpacing(space);
     grid->setVerticalSpacing(space);
     grid->setColumnStretch(1, 1);
     return grid;
 }
 
-/// Controls side by side, the first as wide as it can be.
+/// Controls side by side.
 QWidget *createRow(const QList<QWidget *> &controls)
 {
     auto *row = new QWidget;
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(isVga() ? 7 : 4);
+    layout->setSpacing(isVga() ? 7 : 3);
     for (QWidget *control : controls)
         layout->addWidget(control);
+    layout->addStretch();
     return row;
 }
 
@@ -204,11 +205,13 @@ QWidget *frmOption::createDetailPage()
     grid->addWidget(restore, 0, 0, 1, 2);
     ChoiceCombo *indent = createChoice(u"AutoIndent"_s, &AppSettings::AutoIndent, 0,
         { tr("None"), tr("Tab & space"), tr("Tab & space & MultiSpace") });
-    addRow(grid, tr("&Auto indent :"), indent, indent);
-    addCodeRow(grid);
+    // Rows of their own: in common columns they would be too wide for a small screen.
+    const auto addWideRow = [grid](QWidget *row) { grid->addWidget(row, grid->rowCount(), 0, 1, 2); };
+    addWideRow(createRow({ createLabel(tr("&Auto indent :"), indent), indent }));
+    addWideRow(createCodeRow());
     m_recentViewCnt = createNumber(u"RecentViewCnt"_s, recentFiles().RecentViewCnt);
-    addRow(grid, tr("&Recent Files count:"), m_recentViewCnt,
-        createRow({ m_recentViewCnt, new QLabel(tr("(0-15)")) }));
+    QLabel *label = createLabel(tr("&Recent Files count:"), m_recentViewCnt);
+    addWideRow(createRow({ label, m_recentViewCnt, new QLabel(tr("(0-15)")) }));
     auto *clear = new QPushButton(tr("&Clear Recent Files"));
     clear->setAutoDefault(false);
     connect(clear, &QPushButton::clicked, this, &frmOption::slotRecentClear);
@@ -217,14 +220,14 @@ QWidget *frmOption::createDetailPage()
     return page;
 }
 
-void frmOption::addCodeRow(QGridLayout *grid)
+QWidget *frmOption::createCodeRow()
 {
     ChoiceCombo *charCode = createChoice(u"DefCodec"_s, &AppSettings::DefCodec, firstCharCode,
         { tr("UTF-8"), tr("Shift-JIS"), tr("EUC"), tr("JIS") });
     ChoiceCombo *returnCode = createChoice(
         u"DefCRLF"_s, &AppSettings::DefCRLF, firstReturnCode, { tr("CR"), tr("CR+LF"), tr("LF") });
     returnCode->setAccessibleName(tr("Line end"));
-    addRow(grid, tr("Default c&har code:"), charCode, createRow({ charCode, returnCode }));
+    return createRow({ createLabel(tr("Default c&har code:"), charCode), charCode, returnCode });
 }
 
 QCheckBox *frmOption::createCheck(const QString &key, int AppSettings::*setting, const QString &text)
@@ -260,14 +263,21 @@ QLineEdit *frmOption::createNumber(const QString &key, int value)
 {
     auto *field = new QLineEdit(QString::number(value));
     field->setObjectName(key);
+    const QString widest(digitsOfNumber + 1, u'0'); // one more for the field's frame
+    field->setFixedWidth(field->fontMetrics().horizontalAdvance(widest));
     return field;
+}
+
+QLabel *frmOption::createLabel(const QString &text, QWidget *control)
+{
+    auto *label = new QLabel(text);
+    label->setBuddy(control);
+    return label;
 }
 
 void frmOption::addRow(QGridLayout *grid, const QString &text, QWidget *control, QWidget *cell)
 {
-    auto *label = new QLabel(text);
-    label->setBuddy(control);
     const int row = grid->rowCount();
-    grid->addWidget(label, row, 0);
+    grid->addWidget(createLabel(text, control), row, 0);
     grid->addWidget(cell, row, 1);
 }

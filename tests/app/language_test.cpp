@@ -1,0 +1,340 @@
+#include "filedialog/frmfiledialog.h"
+#include "options/frmoption.h"
+#include "tests/app/testwindow.h"
+#include "tests/filedialog/formtest.h"
+#include "tests/textfit.h"
+
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTranslator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Form { Main, Open, SaveAs, OptionsView1, OptionsView2, OptionsDetail };
+
+constexpr std::pair<Form, const char *> forms[] = { { Form::Main, "main" }, { Form::Open, "open" },
+    { Form::SaveAs, "save as" }, { Form::OptionsView1, "options view1" },
+    { Form::OptionsView2, "options view2" }, { Form::OptionsDetail, "options detail" } };
+constexpr std::pair<int, const char *> languages[] = { { 0, "English" }, { 1, "Japanese" }, { 2, "French" } };
+constexpr QSize smallScreen(240, 320);
+constexpr QSize vgaScreen(480, 640);
+
+std::unique_ptr<QWidget> optionsAt(QWidget *parent, int page)
+{
+    auto options = std::make_unique<frmOption>(parent);
+    options->findChild<QTabWidget *>()->setCurrentIndex(page);
+    return options;
+}
+
+std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
+{
+    switch (form) {
+    case Form::Main:
+        return nullptr;
+    case Form::Open:
+        return std::make_unique<frmFileDialog>(parent, frmFileDialog::Open, u"/"_s, QString());
+    case Form::SaveAs:
+        return std::make_unique<frmFileDialog>(parent, frmFileDialog::SaveAs, u"/"_s, u"a.txt"_s);
+    case Form::OptionsView1:
+        return optionsAt(parent, 0);
+    case Form::OptionsView2:
+        return optionsAt(parent, 1);
+    case Form::OptionsDetail:
+        return optionsAt(parent, 2);
+    }
+    Q_UNREACHABLE();
+}
+
+/// With MARLOPAD_PICTURES a folder: a picture of the widget, named after the row.
+void savePicture(QWidget &widget)
+{
+    const QString folder = qEnvironmentVariable("MARLOPAD_PICTURES");
+    if (folder.isEmpty())
+        return;
+    const QString name = QString::fromLatin1(QTest::currentDataTag()).replace(u", "_s, u"-"_s);
+    QVERIFY(widget.grab().save(folder + u'/' + name.simplified().replace(u' ', u'_') + u".png"_s));
+}
+
+QStringList mnemonicsOf(const QMenu *menu)
+{
+    QStringList letters;
+    for (const QAction *action : menu->actions()) {
+        if (const qsizetype at = action->text().indexOf(u'&'); at >= 0)
+            letters << action->text().mid(at + 1, 1).toUpper();
+    }
+    return letters;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Form)
+
+/// The program's own translations in the program's own windows.
+class LanguageTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void textsFit_data();
+    void textsFit();
+    void menusFit_data();
+    void menusFit();
+    void menusWorkByKeyboard_data();
+    void menusWorkByKeyboard();
+    void optionMnemonicsAreUnique_data();
+    void optionMnemonicsAreUnique();
+    void toolkitTextsFollow_data();
+    void toolkitTextsFollow();
+    void openDocumentsAreRenamed();
+    void toolBarStaysEnglish();
+    void switchingStacksNothing();
+    void properties_data();
+    void properties();
+
+private:
+    static void addLanguages();
+};
+
+void LanguageTest::init()
+{
+    resetSettings();
+    qputenv("QPEDIR", BUILT_QPE_DIR);
+    qunsetenv("QWS_DISPLAY");
+    setVga(false);
+}
+
+void LanguageTest::cleanup()
+{
+    qunsetenv("QWS_DISPLAY");
+}
+
+void LanguageTest::addLanguages()
+{
+    QTest::addColumn<int>("language");
+    for (const auto &[language, name] : languages)
+        QTest::newRow(name) << language;
+}
+
+void LanguageTest::textsFit_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<bool>("vga");
+    QTest::addColumn<Form>("form");
+    for (const auto &[language, languageName] : languages) {
+        for (const bool vga : { false, true }) {
+            for (const auto &[form, formName] : forms)
+                QTest::addRow("%s, %s, %s", languageName, vga ? "VGA" : "small", formName)
+                    << language << vga << form;
+        }
+    }
+}
+
+void LanguageTest::textsFit()
+{
+    failOnWarnings();
+    QFETCH(int, language);
+    QFETCH(bool, vga);
+    QFETCH(Form, form);
+    appSettings().Lang = language;
+    writeSettings();
+    if (vga)
+        qputenv("QWS_DISPLAY", "QVFb:Vga:0");
+    const QSize screen = vga ? vgaScreen : smallScreen;
+    setScreenClass(vga); // the row before had another font
+    TestWindow window;
+    window.resize(screen);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.slotEtcFirstNewDoc();
+    const std::unique_ptr<QWidget> dialog = dialogOf(form, &window);
+    QWidget &shown = dialog ? *dialog : window;
+    shown.show();
+    if (auto *files = qobject_cast<frmFileDialog *>(&shown))
+        files->initTimer();
+    savePicture(shown);
+    QCOMPARE(TextFit(shown).faults(), QStringList());
+    QVERIFY2(shown.width() <= screen.width() && shown.height() <= screen.height(),
+        qPrintable(u"%1 x %2"_s.arg(shown.width()).arg(shown.height())));
+}
+
+void LanguageTest::menusFit_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<bool>("vga");
+    for (const auto &[language, languageName] : languages) {
+        for (const bool vga : { false, true })
+            QTest::addRow("%s, %s, menus", languageName, vga ? "VGA" : "small") << language << vga;
+    }
+}
+
+void LanguageTest::menusFit()
+{
+    QFETCH(int, language);
+    QFETCH(bool, vga);
+    appSettings().Lang = language;
+    writeSettings();
+    if (vga)
+        qputenv("QWS_DISPLAY", "QVFb:Vga:0");
+    const TestWindow window;
+    for (const MenuId id : { MenuId::File, MenuId::Edit, MenuId::View, MenuId::Language }) {
+        QMenu *menu = window.menu(id);
+        menu->popup({ 0, 0 });
+        const QSize screen = vga ? vgaScreen : smallScreen;
+        QVERIFY2(menu->width() <= screen.width() && menu->height() <= screen.height(),
+            qPrintable(u"%1: %2 x %3"_s.arg(menu->title()).arg(menu->width()).arg(menu->height())));
+        for (QAction *action : menu->actions()) {
+            const int width = menu->fontMetrics().size(Qt::TextShowMnemonic, action->text()).width();
+            QVERIFY2(width < menu->actionGeometry(action).width(), qPrintable(action->text()));
+        }
+        menu->hide();
+    }
+}
+
+void LanguageTest::menusWorkByKeyboard_data()
+{
+    addLanguages();
+}
+
+/// Every item has a letter; in the translations no letter leads to two items.
+void LanguageTest::menusWorkByKeyboard()
+{
+    QFETCH(int, language);
+    appSettings().Lang = language;
+    writeSettings();
+    const TestWindow window;
+    for (const MenuId id : { MenuId::File, MenuId::Edit, MenuId::View, MenuId::Language }) {
+        QStringList letters = mnemonicsOf(window.menu(id));
+        QCOMPARE(letters.size(), qsizetype(commandsOf(id).size()));
+        if (language != 0)
+            QCOMPARE(letters.removeDuplicates(), 0);
+    }
+}
+
+void LanguageTest::optionMnemonicsAreUnique_data()
+{
+    addLanguages();
+}
+
+void LanguageTest::optionMnemonicsAreUnique()
+{
+    QFETCH(int, language);
+    appSettings().Lang = language;
+    writeSettings();
+    TestWindow window;
+    const frmOption dialog(&window);
+    const auto *pages = dialog.findChild<QTabWidget *>();
+    for (int i = 0; i < pages->count(); ++i) {
+        QStringList texts{ pages->tabText(0), pages->tabText(1), pages->tabText(2) };
+        for (const QLabel *label : pages->widget(i)->findChildren<QLabel *>())
+            texts << label->text();
+        for (const QAbstractButton *button : pages->widget(i)->findChildren<QAbstractButton *>())
+            texts << button->text();
+        QStringList letters;
+        for (const QString &text : texts) {
+            if (const qsizetype at = text.indexOf(u'&'); at >= 0)
+                letters << text.mid(at + 1, 1).toUpper();
+        }
+        QVERIFY2(letters.removeDuplicates() == 0, qPrintable(texts.join(u'|')));
+    }
+}
+
+void LanguageTest::toolkitTextsFollow_data()
+{
+    QTest::addColumn<int>("item");
+    QTest::addColumn<QString>("undo");
+    QTest::newRow("Japanese") << 1 << u"元に戻す(&U)"_s;
+    QTest::newRow("English") << 2 << u"&Undo"_s;
+    QTest::newRow("French") << 3 << u"&Annuler"_s;
+}
+
+/// The menu of a text field is the toolkit's own.
+void LanguageTest::toolkitTextsFollow()
+{
+    QFETCH(int, item);
+    TestWindow window;
+    for (const int before : { 1, 2, 3 }) {
+        window.item(MenuId::Language, before)->trigger();
+        window.item(MenuId::Language, item)->trigger();
+        QLineEdit field;
+        const std::unique_ptr<QMenu> menu(field.createStandardContextMenu());
+        QTEST(menu->actions().constFirst()->text().section(u'\t', 0, 0), "undo");
+    }
+}
+
+void LanguageTest::openDocumentsAreRenamed()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileNew();
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.setDocument(files.write(u"a.txt"_s, "text"));
+    window.slotCmdViewLangJa();
+    QCOMPARE(window.tabTexts(), QStringList({ u"(新規文書)"_s, u"* (新規文書)"_s, u"a.txt"_s }));
+    QCOMPARE(window.editorAt(0)->name(), u"(新規文書)"_s);
+    window.slotCmdViewLangFr();
+    QCOMPARE(
+        window.tabTexts(), QStringList({ u"(nouveau document)"_s, u"* (nouveau document)"_s, u"a.txt"_s }));
+    window.slotCmdViewLangEn();
+    QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"* (new document)"_s, u"a.txt"_s }));
+    QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
+    window.editorAt(1)->setEdited(false);
+}
+
+void LanguageTest::toolBarStaysEnglish()
+{
+    TestWindow window;
+    window.slotCmdViewLangJa();
+    for (const ToolButton &button : toolButtons())
+        QCOMPARE(window.item(button.menu, button.id)->iconText(), QString::fromLatin1(button.label));
+}
+
+void LanguageTest::switchingStacksNothing()
+{
+    TestWindow window;
+    for (int i = 0; i < 3; ++i) {
+        window.slotCmdViewLangJa();
+        window.slotCmdViewLangFr();
+    }
+    QCOMPARE(window.menu(MenuId::Edit)->title(), u"É&dition"_s);
+    window.slotCmdViewLangEn();
+    QCOMPARE(QCoreApplication::translate("frmMain", "&Edit"), u"&Edit"_s);
+    QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), u"Cancel"_s);
+    QCOMPARE(window.menu(MenuId::Edit)->title(), u"&Edit"_s);
+}
+
+void LanguageTest::properties_data()
+{
+    QTest::addColumn<int>("item");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("Japanese") << 1
+                              << u"パス : \n名前 : (新規文書)\n\n文字コード : Shift-JIS\n改行コード : CR+LF\n"
+                                 "サイズ : 1 KB (4 バイト)\n\n文字数 : 2\n行数 : 1"_s;
+    QTest::newRow("French") << 3
+                            << u"Dossier\u00A0: \nNom\u00A0: (nouveau document)\n\nCodage\u00A0: Shift-JIS\n"
+                               "Fin de ligne\u00A0: CR+LF\nTaille\u00A0: 1\u00A0Ko (4\u00A0octets)\n\n"
+                               "Caractères\u00A0: 2\nLignes\u00A0: 1"_s;
+}
+
+void LanguageTest::properties()
+{
+    QFETCH(int, item);
+    TestWindow window;
+    QVERIFY(window.open());
+    window.item(MenuId::Language, item)->trigger();
+    window.currentEditor()->insert(u"漢字"_s);
+    MessageBoxes boxes;
+    window.slotCmdFileProp();
+    QTEST(boxes.shown().at(0).text, "text");
+    window.currentEditor()->setEdited(false);
+}
+
+int main(int argc, char **argv)
+{
+    return runFormTest<LanguageTest>(argc, argv);
+}
+#include "language_test.moc"

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionComboBox>
+#include <QTabBar>
+#include <QToolButton>
+
+/// Finds the texts of a window that have less room than they need, and the controls without any text.
+class TextFit {
+public:
+    explicit TextFit(const QWidget &window)
+    {
+        check(&window);
+        for (const QWidget *widget : window.findChildren<QWidget *>())
+            check(widget);
+    }
+    /// What is clipped or missing, one text each.
+    QStringList faults() const { return m_faults; }
+
+private:
+    void check(const QWidget *widget)
+    {
+        if (!widget->isVisible())
+            return;
+        if (const auto *label = qobject_cast<const QLabel *>(widget))
+            checkLabel(label);
+        else if (const auto *combo = qobject_cast<const QComboBox *>(widget))
+            checkCombo(combo);
+        else if (const auto *group = qobject_cast<const QGroupBox *>(widget))
+            needs(group, group->title(), group->width() - frame);
+        else if (const auto *tabs = qobject_cast<const QTabBar *>(widget))
+            checkTabs(tabs);
+        else if (const auto *bar = qobject_cast<const QMenuBar *>(widget))
+            checkMenuBar(bar);
+        else if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
+            checkButton(button);
+    }
+
+    /// Reports `text` unless its widest line has room.
+    void needs(const QWidget *widget, const QString &text, int room)
+    {
+        const QSize size = widget->fontMetrics().size(Qt::TextShowMnemonic, text);
+        if (size.width() > room)
+            m_faults << QStringLiteral("%1: %2 of %3").arg(text).arg(room).arg(size.width());
+    }
+    void needsHeight(const QWidget *widget, const QString &text)
+    {
+        const QFontMetrics metrics = widget->fontMetrics();
+        if (metrics.ascent() + metrics.descent() > widget->height())
+            m_faults << text + QStringLiteral(": too low");
+    }
+    void isNamed(const QWidget *widget, const QString &text)
+    {
+        if (text.isEmpty() && widget->toolTip().isEmpty() && widget->accessibleName().isEmpty())
+            m_faults << QStringLiteral("%1 without text")
+                            .arg(QLatin1StringView(widget->metaObject()->className()));
+    }
+
+    void checkLabel(const QLabel *label)
+    {
+        if (!label->pixmap().isNull() || label->wordWrap())
+            return;
+        isNamed(label, label->text());
+        needs(label, label->text(), label->contentsRect().width());
+        needsHeight(label, label->text());
+    }
+    void checkButton(const QAbstractButton *button)
+    {
+        const auto *tool = qobject_cast<const QToolButton *>(button);
+        const bool showsText = !tool || tool->toolButtonStyle() != Qt::ToolButtonIconOnly;
+        const bool isInternal = button->parentWidget()->inherits("QTabBar");
+        if (!isInternal)
+            isNamed(button, button->text());
+        if (!showsText || (tool && tool->text().isEmpty()))
+            return;
+        const bool hasBox = qobject_cast<const QCheckBox *>(button);
+        const int indicator = hasBox
+            ? button->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, button)
+                + button->style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, button)
+            : frame;
+        needs(button, button->text(), button->width() - indicator);
+        needsHeight(button, button->text());
+    }
+    void checkCombo(const QComboBox *combo)
+    {
+        QStyleOptionComboBox option;
+        option.initFrom(combo);
+        option.editable = combo->isEditable();
+        const QRect field =
+            combo->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, combo);
+        // What an editable list holds is not the program's, and can be scrolled.
+        for (int row = 0; row < combo->count() && !combo->isEditable(); ++row)
+            needs(combo, QString(combo->itemText(row)).replace(u'&', QStringLiteral("&&")), field.width());
+        needsHeight(combo, combo->currentText());
+    }
+    void checkTabs(const QTabBar *tabs)
+    {
+        for (int tab = 0; tab < tabs->count(); ++tab) {
+            needs(tabs, tabs->tabText(tab), tabs->tabRect(tab).width());
+            if (tabs->tabRect(tab).right() > tabs->width())
+                m_faults << tabs->tabText(tab) + QStringLiteral(": outside");
+        }
+    }
+    void checkMenuBar(const QMenuBar *bar)
+    {
+        for (QAction *action : bar->actions()) {
+            needs(bar, action->text(), bar->actionGeometry(action).width());
+            if (bar->actionGeometry(action).right() > bar->width())
+                m_faults << action->text() + QStringLiteral(": outside");
+        }
+    }
+
+    static constexpr int frame = 4;
+    QStringList m_faults;
+};
