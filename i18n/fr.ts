@@ -68,12 +68,13 @@ Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</trans
     </message>
     <message>
         <source>Confirm File Save</source>
-        <translation type="unfinished"></translation>
+        <translation>Confirmer l’enregistrement</translation>
     </message>
     <message>
         <source>The file could not be read before. Its old content is kept in the file
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ce fichier n’avait pas pu être lu. Son ancien contenu est conservé dans le fichier
+%1</translation>
     </message>
     <message>
         <source>This file is not exists!</source>

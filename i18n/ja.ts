@@ -68,12 +68,13 @@ You do not have the permission or the file may be in use.</source>
     </message>
     <message>
         <source>Confirm File Save</source>
-        <translation type="unfinished"></translation>
+        <translation>保存の確認</translation>
     </message>
     <message>
         <source>The file could not be read before. Its old content is kept in the file
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>このファイルは読み込めていませんでした。元の内容は次のファイルに残っています。
+%1</translation>
     </message>
     <message>
         <source>This file is not exists!</source>
