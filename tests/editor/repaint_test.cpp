@@ -150,6 +150,7 @@ void RepaintTest::joinedLinesRenumberWhatFollows()
     Editor editor;
     editor.setText(QStringLiteral("aaaaaaaaa\nb\nc\nd"));
     editor.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&editor));
     editor.setCursorPosition(0, 9);
     editor.shown();
     QTest::keyClick(&editor, Qt::Key_Delete);
