@@ -921,7 +921,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Replace ALL</source>
-        <translation>Rempl. tout</translation>
+        <translation>Toutes</translation>
     </message>
     <message>
         <source>Close</source>

@@ -175,6 +175,22 @@ void frmSearchDialog::fillFields()
     m_replace->setEditText(m_replace->itemText(0));
 }
 
+/// The buttons have fixed sizes: in a wide font their texts are set narrower, to stay whole.
+void frmSearchDialog::fitButtonTexts()
+{
+    constexpr int frame = 3;
+    constexpr int narrowest = 75; // percent
+    for (QPushButton *button : { m_next, m_before, m_all, m_close }) {
+        QFont narrow = font();
+        for (int stretch = 100; stretch >= narrowest; stretch -= 5) {
+            narrow.setStretch(stretch);
+            button->setFont(narrow);
+            if (button->fontMetrics().horizontalAdvance(button->text()) + 2 * frame <= button->width())
+                break;
+        }
+    }
+}
+
 void frmSearchDialog::setTexts()
 {
     const bool replaces = searchMode == 1;
@@ -184,6 +200,7 @@ void frmSearchDialog::setTexts()
     m_before->setText(tr("Search Prev"));
     m_all->setText(tr("Replace ALL"));
     m_close->setText(tr("Close"));
+    fitButtonTexts();
     m_find->setAccessibleName(tr("Search"));
     m_replace->setAccessibleName(tr("Replace"));
 }
@@ -237,6 +254,13 @@ void frmSearchDialog::slotBtnAll()
 void frmSearchDialog::slotBtnClose()
 {
     hide();
+}
+
+void frmSearchDialog::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        setTexts();
 }
 
 void frmSearchDialog::keyPressEvent(QKeyEvent *event)

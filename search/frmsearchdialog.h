@@ -43,6 +43,7 @@ public slots:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     QComboBox *createField();
@@ -51,6 +52,7 @@ private:
     void rebuild();
     void fillFields();
     void setTexts();
+    void fitButtonTexts();
     void act(void (frmSearchDialog::*signal)());
     void updateHistory();
     void writeHistory() const;

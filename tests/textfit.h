@@ -117,6 +117,6 @@ private:
         }
     }
 
-    static constexpr int frame = 4;
+    static constexpr int frame = 3;
     QStringList m_faults;
 };

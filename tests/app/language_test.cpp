@@ -1,5 +1,8 @@
 #include "filedialog/frmfiledialog.h"
 #include "options/frmoption.h"
+#include "search/frmjumpto.h"
+#include "search/frmreplaceprogress.h"
+#include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/textfit.h"
@@ -12,11 +15,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Form { Main, Open, SaveAs, OptionsView1, OptionsView2, OptionsDetail };
+enum class Form {
+    Main,
+    Open,
+    SaveAs,
+    OptionsView1,
+    OptionsView2,
+    OptionsDetail,
+    Search,
+    Replace,
+    Progress,
+    Jump
+};
 
 constexpr std::pair<Form, const char *> forms[] = { { Form::Main, "main" }, { Form::Open, "open" },
     { Form::SaveAs, "save as" }, { Form::OptionsView1, "options view1" },
-    { Form::OptionsView2, "options view2" }, { Form::OptionsDetail, "options detail" } };
+    { Form::OptionsView2, "options view2" }, { Form::OptionsDetail, "options detail" },
+    { Form::Search, "search" }, { Form::Replace, "replace" }, { Form::Progress, "progress" },
+    { Form::Jump, "jump" } };
 constexpr std::pair<int, const char *> languages[] = { { 0, "English" }, { 1, "Japanese" }, { 2, "French" } };
 constexpr QSize smallScreen(240, 320);
 constexpr QSize vgaScreen(480, 640);
@@ -26,6 +42,20 @@ std::unique_ptr<QWidget> optionsAt(QWidget *parent, int page)
     auto options = std::make_unique<frmOption>(parent);
     options->findChild<QTabWidget *>()->setCurrentIndex(page);
     return options;
+}
+
+std::unique_ptr<QWidget> searchIn(QWidget *parent, int mode)
+{
+    auto search = std::make_unique<frmSearchDialog>(parent);
+    search->searchMode = mode;
+    return search;
+}
+
+std::unique_ptr<QWidget> progressIn(QWidget *parent)
+{
+    auto progress = std::make_unique<frmReplaceProgress>(parent);
+    progress->setCount(1234567);
+    return progress;
 }
 
 std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
@@ -43,6 +73,13 @@ std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
         return optionsAt(parent, 1);
     case Form::OptionsDetail:
         return optionsAt(parent, 2);
+    case Form::Search:
+    case Form::Replace:
+        return searchIn(parent, form == Form::Replace ? 1 : 0);
+    case Form::Progress:
+        return progressIn(parent);
+    case Form::Jump:
+        return std::make_unique<frmJumpTo>(parent);
     }
     Q_UNREACHABLE();
 }
@@ -90,6 +127,7 @@ private slots:
     void toolkitTextsFollow_data();
     void toolkitTextsFollow();
     void openDocumentsAreRenamed();
+    void openSearchPanelFollows();
     void toolBarStaysEnglish();
     void switchingStacksNothing();
     void properties_data();
@@ -156,7 +194,7 @@ void LanguageTest::textsFit()
     if (auto *files = qobject_cast<frmFileDialog *>(&shown))
         files->initTimer();
     savePicture(shown);
-    QCOMPARE(TextFit(shown).faults(), QStringList());
+    QTRY_COMPARE(TextFit(shown).faults().join(u"; "), QString());
     QVERIFY2(shown.width() <= screen.width() && shown.height() <= screen.height(),
         qPrintable(u"%1 x %2"_s.arg(shown.width()).arg(shown.height())));
 }
@@ -283,6 +321,20 @@ void LanguageTest::openDocumentsAreRenamed()
     QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"* (new document)"_s, u"a.txt"_s }));
     QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
     window.editorAt(1)->setEdited(false);
+}
+
+void LanguageTest::openSearchPanelFollows()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdViewSearch();
+    auto *panel = window.findChild<frmSearchDialog *>();
+    QCOMPARE(panel->windowTitle(), u"Search"_s);
+    auto *field = panel->findChild<QComboBox *>();
+    field->setEditText(u"typed"_s);
+    window.slotCmdViewLangFr();
+    QTRY_COMPARE(panel->windowTitle(), u"Recherche"_s);
+    QCOMPARE(field->currentText(), u"typed"_s);
 }
 
 void LanguageTest::toolBarStaysEnglish()
