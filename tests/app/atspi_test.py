@@ -90,6 +90,8 @@ class AtSpiTest(unittest.TestCase):
         path = os.path.join(self.folder.name, 'notes.txt')
         with open(path, 'wb') as file:
             file.write(content)
+        with open(os.path.join(os.environ['XDG_CONFIG_HOME'], 'marlopad.conf'), 'w') as settings:
+            settings.write('[main]\nLang = 0\n')
         environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON='1')
         self.program = subprocess.Popen([PROGRAM, path], env=environment)
         self.addCleanup(self.program.wait)

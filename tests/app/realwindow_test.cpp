@@ -20,6 +20,19 @@ QString outputOf(const QString &program, const QStringList &arguments)
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
+QString settingsFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/marlopad.conf"_s;
+}
+
+/// English, so that windows are known by their titles, and nothing of the test before.
+bool writeSettings(const QByteArray &more = {})
+{
+    QFile file(settingsFile());
+    const QByteArray content = "[main]\nLang = 0\n" + more;
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
 } // namespace
 
 /// The program itself in a window of a window manager, driven from outside by keys.
@@ -62,6 +75,7 @@ void RealWindowTest::init()
 {
     m_folder.reset(new QTemporaryDir);
     m_program.reset(new QProcess);
+    QVERIFY(writeSettings());
 }
 
 void RealWindowTest::cleanup()
@@ -274,20 +288,15 @@ void RealWindowTest::placeIsFoundAgainByTheNextStart_data()
 void RealWindowTest::placeIsFoundAgainByTheNextStart()
 {
     QFETCH(int, wrapMode);
-    const QString settings =
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/marlopad.conf"_s;
-    const auto position = [&settings] {
-        QFile file(settings);
+    const auto position = [] {
+        QFile file(settingsFile());
         QStringList lines = file.open(QIODevice::ReadOnly)
             ? QString::fromUtf8(file.readAll()).split(u'\n').filter(QRegularExpression(u"^(Cur|Scr)[XY]0"_s))
             : QStringList();
         lines.sort();
         return lines;
     };
-    QFile file(settings);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[main]\nLang = 0\nWrapMode = " + QByteArray::number(wrapMode) + '\n');
-    file.close();
+    QVERIFY(writeSettings("WrapMode = " + QByteArray::number(wrapMode) + '\n'));
     const QString name = write(u"a.txt"_s, (QByteArray("many words ").repeated(60) + '\n').repeated(200));
     QStringList before;
     for (int run = 0; run < 3; ++run) {
