@@ -19,7 +19,7 @@ class TestFolder {
 public:
     TestFolder()
     {
-        std::string name = "/tmp/marlopad_test-XXXXXX";
+        std::string name = "/tmp/marlopad_test-" + std::string(6, 'X');
         QVERIFY(::mkdtemp(name.data()));
         m_path = QByteArray::fromStdString(name) + '/';
     }
