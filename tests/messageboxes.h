@@ -17,6 +17,16 @@ public:
         QString escapeButton; ///< null when Escape does nothing
         Qt::TextFormat format = Qt::AutoText;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
+
+        /// The buttons in their order, as "[Yes] No Cancel=Escape": the default one in brackets.
+        QString drawnButtons() const
+        {
+            QStringList drawn;
+            for (const QString &button : buttons)
+                drawn << (button == defaultButton ? u'[' + button + u']' : button)
+                        + (button == escapeButton ? QStringLiteral("=Escape") : QString());
+            return drawn.join(u' ');
+        }
     };
 
     /// `answers`: text of the button to press in the first box, the second … "Escape" sends that key. A box

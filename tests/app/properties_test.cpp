@@ -75,7 +75,6 @@ void PropertiesTest::unsavedEditsCount()
     MessageBoxes boxes;
     window.slotCmdFileProp();
     QVERIFY(boxes.shown().at(0).text.endsWith(u"1 KB (2 byte)\n\nChar count : 2\nRow count  : 1"_s));
-    window.currentEditor()->setEdited(false);
 }
 
 void PropertiesTest::nothingWithoutDocument()

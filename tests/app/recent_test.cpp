@@ -42,9 +42,8 @@ private slots:
     void menuShowsUsedRows_data();
     void menuShowsUsedRows();
     void newDocumentsAreNotRecorded();
-    void knownFileMovesToTheTop();
-    void unknownFileDropsTheOldest();
-    void nineteenthRowIsNotSearched();
+    void closedFileGoesToTheTop_data();
+    void closedFileGoesToTheTop();
     void closingRebuildsTheMenu();
     void closeAllRecordsEveryFile();
     void recordsPosition();
@@ -113,51 +112,34 @@ void RecentTest::newDocumentsAreNotRecorded()
     QCOMPARE(names(), QStringList({ u"old0"_s, u"old1"_s }));
 }
 
-void RecentTest::knownFileMovesToTheTop()
+void RecentTest::closedFileGoesToTheTop_data()
 {
+    QTest::addColumn<int>("row"); // where the table of 20 has the file; -1: nowhere
+    QTest::newRow("row 0 stays") << 0;
+    QTest::newRow("row 5 moves up") << 5;
+    QTest::newRow("row 18 moves up") << 18;
+    QTest::newRow("row 19 is overwritten") << 19;
+    QTest::newRow("unknown file drops the oldest") << -1;
+}
+
+void RecentTest::closedFileGoesToTheTop()
+{
+    QFETCH(int, row);
     const TestFiles files;
     const QString name = files.write(u"a.txt"_s, "text");
     fillTable(20);
-    recentFiles().entries[5] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
     QStringList expected = names();
-    expected.move(5, 0);
+    expected.removeAt(row < 0 ? 19 : row);
+    expected.prepend(u"a.txt"_s);
+    if (row >= 0)
+        recentFiles().entries[size_t(row)] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
     writeSettings();
     TestWindow window;
     QVERIFY(window.open());
     window.setDocument(name);
-    window.slotCmdFileCloseTab();
-    QCOMPARE(names(), expected);
-}
-
-void RecentTest::unknownFileDropsTheOldest()
-{
-    const TestFiles files;
-    fillTable(20);
-    QStringList expected = names();
-    expected.removeLast();
-    expected.prepend(u"a.txt"_s);
-    TestWindow window;
-    QVERIFY(window.open());
-    window.setDocument(files.write(u"a.txt"_s, "text"));
     window.slotCmdFileCloseTab();
     QCOMPARE(names(), expected);
     QCOMPARE(recentFiles().entries[0].path, files.folder());
-}
-
-void RecentTest::nineteenthRowIsNotSearched()
-{
-    const TestFiles files;
-    const QString name = files.write(u"a.txt"_s, "text");
-    fillTable(20);
-    recentFiles().entries[19] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
-    QStringList expected = names();
-    expected.move(19, 0);
-    writeSettings();
-    TestWindow window;
-    QVERIFY(window.open());
-    window.setDocument(name);
-    window.slotCmdFileCloseTab();
-    QCOMPARE(names(), expected);
 }
 
 void RecentTest::closingRebuildsTheMenu()
@@ -395,7 +377,6 @@ void RecentTest::chosenEntryAddsATab()
     QTest::keyClicks(window.currentEditor(), u"x"_s);
     window.slotCmdMnuRecent(0);
     QCOMPARE(window.tabTexts(), QStringList({ u"* (new document)"_s, u"a.txt"_s }));
-    window.editorAt(0)->setEdited(false);
 }
 
 void RecentTest::chosenEntrySwitchesToAnOpenFile()

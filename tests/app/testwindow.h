@@ -12,6 +12,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolBar>
 
 /// The main window with answers in the place of its dialogs.
 class TestWindow : public frmMain {
@@ -39,6 +40,12 @@ public:
         return texts;
     }
     ctlEditer *editorAt(int index) const { return tabBar()->editors().at(index); }
+    /// The tool bar with the buttons, not the one that holds the menus.
+    QToolBar *toolBar() const
+    {
+        const QList<QToolBar *> bars = findChildren<QToolBar *>();
+        return bars.size() == 2 ? bars.last() : nullptr;
+    }
     bool isItemEnabled(MenuId menu, int id) const { return item(menu, id)->isEnabled(); }
     /// Enabled states of Undo, Redo, Cut, Copy, as "u", "r", "x", "c" or "-".
     QString editStates() const
@@ -91,11 +98,37 @@ private:
     QTemporaryDir m_folder;
 };
 
+/// Opens files of these names, "old" in each and an "x" typed in front of it; the document of the window's
+/// start is closed.
+inline bool openModified(TestWindow &window, const TestFiles &files, const QStringList &names)
+{
+    if (!window.open())
+        return false;
+    window.slotCmdFileCloseTab();
+    for (const QString &name : names) {
+        window.setDocument(files.write(name, "old"));
+        QTest::keyClicks(window.currentEditor(), QStringLiteral("x"));
+    }
+    return window.tabBar()->count() == names.size();
+}
+
+/// Makes saving a document fail: a folder stands where its file should be written.
+inline void breakSaving(const ctlEditer *editor)
+{
+    QFile::remove(editor->path() + editor->name());
+    QDir().mkpath(editor->path() + editor->name());
+}
+
+inline QString settingsFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + QStringLiteral("/marlopad.conf");
+}
+
 /// Settings as a first start has them, English, and no file of them.
 inline void resetSettings()
 {
-    QFile::remove(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-        + QStringLiteral("/marlopad.conf"));
+    QFile::remove(settingsFile());
     appSettings() = {};
     appSettings().Lang = 0;
     recentFiles() = {};

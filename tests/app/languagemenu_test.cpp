@@ -1,0 +1,146 @@
+#include "tests/app/testwindow.h"
+
+#include <QAction>
+#include <QToolBar>
+
+using namespace Qt::StringLiterals;
+
+/// Choosing a language: the texts of menus and tool bar, and a language whose file is missing.
+class LanguageMenuTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void languages_data();
+    void languages();
+    void languageAtStart_data();
+    void languageAtStart();
+    void languageTwiceIsOneTranslator();
+    void missingTranslation_data();
+    void missingTranslation();
+    void rebuiltMenusKeepStates();
+};
+
+void LanguageMenuTest::init()
+{
+    resetSettings();
+    qunsetenv("QPEDIR");
+}
+
+void LanguageMenuTest::languages_data()
+{
+    QTest::addColumn<int>("item");
+    QTest::addColumn<int>("stored");
+    QTest::addColumn<QStringList>("texts");
+    QTest::newRow("Japanese") << 1 << 1
+                              << QStringList{ u"ファイル(&F)"_s, u"元に戻す(&U)  (Fn+Z)"_s, u"(なし)"_s };
+    QTest::newRow("English") << 2 << 0 << QStringList{ u"&File"_s, u"&Undo  (Fn+Z)"_s, u"(no item)"_s };
+    QTest::newRow("French") << 3 << 2 << QStringList{ u"&Fichier"_s, u"Ann&uler  (Fn+Z)"_s, u"(aucun)"_s };
+}
+
+void LanguageMenuTest::languages()
+{
+    QFETCH(int, item);
+    qputenv("QPEDIR", TEST_QPE_DIR);
+    TestWindow window;
+    // From each language to each other one, and to itself.
+    for (const int before : { 1, 2, 3 }) {
+        window.item(MenuId::Language, before)->trigger();
+        window.item(MenuId::Language, item)->trigger();
+        QTEST(appSettings().Lang, "stored");
+        QTEST(QStringList({ window.menu(MenuId::File)->title(), window.item(MenuId::Edit, 1)->text(),
+                  window.recentMenu()->actions().constFirst()->text() }),
+            "texts");
+        QCOMPARE(window.toolBar()->actions().at(3)->iconText(), u"Undo"_s);
+        QCOMPARE(window.toolBar()->actions().at(3)->toolTip(), u"Undo"_s);
+    }
+}
+
+void LanguageMenuTest::languageAtStart_data()
+{
+    QTest::addColumn<int>("stored");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("0 English") << 0 << u"&File"_s;
+    QTest::newRow("1 Japanese") << 1 << u"ファイル(&F)"_s;
+    QTest::newRow("2 French") << 2 << u"&Fichier"_s;
+    QTest::newRow("3 is none") << 3 << u"&File"_s;
+}
+
+void LanguageMenuTest::languageAtStart()
+{
+    QFETCH(int, stored);
+    appSettings().Lang = stored;
+    writeSettings();
+    {
+        qputenv("QPEDIR", TEST_QPE_DIR);
+        const TestWindow window;
+        QTEST(window.menu(MenuId::File)->title(), "title");
+    }
+    MessageBoxes boxes;
+    qputenv("QPEDIR", "/nowhere");
+    const TestWindow window;
+    QCOMPARE(window.menu(MenuId::File)->title(), u"&File"_s);
+    QCOMPARE(appSettings().Lang, stored);
+    QCOMPARE(boxes.count(), 0);
+}
+
+void LanguageMenuTest::languageTwiceIsOneTranslator()
+{
+    qputenv("QPEDIR", TEST_QPE_DIR);
+    TestWindow window;
+    window.slotCmdViewLangJa();
+    window.slotCmdViewLangJa();
+    window.slotCmdViewLangEn();
+    QCOMPARE(QCoreApplication::translate("frmMain", "&File"), u"&File"_s);
+    QCOMPARE(window.menu(MenuId::File)->title(), u"&File"_s);
+}
+
+void LanguageMenuTest::missingTranslation_data()
+{
+    QTest::addColumn<int>("item");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("Japanese") << 1 << u"A japanese translation file is not found."_s;
+    QTest::newRow("French") << 3 << u"A french translation file not found."_s;
+}
+
+void LanguageMenuTest::missingTranslation()
+{
+    QFETCH(int, item);
+    qputenv("QPEDIR", TEST_QPE_DIR);
+    TestWindow window;
+    const int other = item == 1 ? 3 : 1;
+    window.item(MenuId::Language, other)->trigger();
+    const QString title = window.menu(MenuId::File)->title();
+    const int stored = appSettings().Lang;
+
+    qputenv("QPEDIR", "/nowhere");
+    MessageBoxes boxes;
+    window.item(MenuId::Language, item)->trigger();
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(boxes.shown().at(0).icon, QMessageBox::Critical);
+    QCOMPARE(boxes.shown().at(0).title, u"Marlo!Pad QT"_s);
+    QCOMPARE(boxes.shown().at(0).buttons.size(), 1);
+    QTEST(boxes.shown().at(0).text, "text");
+    QCOMPARE(window.menu(MenuId::File)->title(), title);
+    QCOMPARE(QCoreApplication::translate("frmMain", "&File"), title);
+    QCOMPARE(appSettings().Lang, stored);
+}
+
+void LanguageMenuTest::rebuiltMenusKeepStates()
+{
+    qputenv("QPEDIR", TEST_QPE_DIR);
+    TestWindow window;
+    QVERIFY(window.open());
+    QTest::keyClicks(window.currentEditor(), u"text"_s);
+    QTest::keyClick(window.currentEditor(), Qt::Key_Left, Qt::ShiftModifier);
+    QCOMPARE(window.editStates(), u"u-xc"_s);
+    window.slotCmdViewLangJa();
+    QCOMPARE(window.editStates(), u"u-xc"_s);
+    window.slotCmdViewLangEn();
+    QCOMPARE(window.editStates(), u"u-xc"_s);
+    QCOMPARE(window.menu(MenuId::Edit)->actions().size(), 11);
+}
+
+QTEST_MAIN(LanguageMenuTest)
+#include "languagemenu_test.moc"

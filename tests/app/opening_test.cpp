@@ -1,0 +1,263 @@
+#include "tests/app/testwindow.h"
+
+using namespace Qt::StringLiterals;
+
+/// Opening files: from outside, and by the command with its dialog.
+class OpeningTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void openAddsATab();
+    void openShownFileOnlySwitches();
+    void openModifiedFileAsks_data();
+    void openModifiedFileAsks();
+    void unreadableFileKeepsItsTab();
+    void fileInTheRootFolder();
+    void folderWithASlashHasItsName();
+    void differentSpellingsAreOneFile();
+
+    void openCommandStartsAtTheDocument();
+    void openCommandUsesAFreshDocument();
+    void openCommandKeepsAnEditedNewDocument();
+    void openCommandNeverOpensAFileTwice();
+    void openCommandReadsWithTheCodeChosen();
+    void cancelledOpenDoesNothing();
+    void openCommandWithoutDocuments();
+    void resultGoesToTheDocumentThatAsked();
+};
+
+void OpeningTest::init()
+{
+    resetSettings();
+}
+
+void OpeningTest::openAddsATab()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "\x82\xA0\ntwo\n");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.openDocument(name, 0);
+    QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"a.txt"_s }));
+    QCOMPARE(window.currentEditor()->path(), files.folder());
+    QCOMPARE(window.currentEditor()->name(), u"a.txt"_s);
+    QCOMPARE(window.currentEditor()->text(), u"あ\ntwo\n"_s);
+    QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [Shift-JIS][LF]"_s);
+    QCOMPARE(QApplication::focusWidget(), window.currentEditor());
+    QCOMPARE(window.editStates(), u"----"_s);
+}
+
+void OpeningTest::openShownFileOnlySwitches()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "old");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.tabBar()->setCurrentTab(window.editorAt(0));
+    files.write(u"a.txt"_s, "new");
+    MessageBoxes boxes;
+    window.setDocument(name);
+    QCOMPARE(window.tabBar()->count(), 2);
+    QCOMPARE(window.currentEditor(), window.editorAt(1));
+    QCOMPARE(window.currentEditor()->text(), u"old"_s);
+    QCOMPARE(boxes.count(), 0);
+}
+
+void OpeningTest::openModifiedFileAsks_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("tab");
+    QTest::newRow("Yes reloads") << u"Yes"_s << u"new"_s << u"a.txt"_s;
+    QTest::newRow("No keeps the edits") << u"No"_s << u"xold"_s << u"* a.txt"_s;
+}
+
+void OpeningTest::openModifiedFileAsks()
+{
+    QFETCH(QString, answer);
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "old");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.tabBar()->setCurrentTab(window.editorAt(0));
+    files.write(u"a.txt"_s, "new");
+    MessageBoxes boxes({ answer });
+    window.setDocument(name);
+    QCOMPARE(boxes.count(), 1);
+    const MessageBoxes::Box &box = boxes.shown().at(0);
+    QCOMPARE(box.title, u"Existing File"_s);
+    QCOMPARE(box.text, u"File named '%1' already opens.\nCancel edit and reload?"_s.arg(name));
+    QCOMPARE(box.drawnButtons(), u"[Yes] No"_s);
+    QCOMPARE(window.currentEditor(), window.editorAt(1));
+    QTEST(window.currentEditor()->text(), "text");
+    QTEST(window.tabTexts().at(1), "tab");
+}
+
+void OpeningTest::unreadableFileKeepsItsTab()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    MessageBoxes boxes;
+    window.setDocument(files.folder() + u"missing.txt"_s);
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"missing.txt"_s }));
+    QCOMPARE(window.currentEditor()->text(), QString());
+}
+
+void OpeningTest::fileInTheRootFolder()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    MessageBoxes boxes;
+    window.setDocument(u"/no such file"_s);
+    QCOMPARE(window.currentEditor()->path(), u"/"_s);
+    QCOMPARE(window.currentEditor()->name(), u"no such file"_s);
+}
+
+void OpeningTest::folderWithASlashHasItsName()
+{
+    const TestFiles files;
+    QVERIFY(QDir(files.folder()).mkdir(u"sub"_s));
+    TestWindow window;
+    QVERIFY(window.open());
+    MessageBoxes boxes;
+    window.setDocument(files.folder() + u"sub/"_s);
+    QCOMPARE(boxes.texts(), QStringList{ u"File Load Error!|This is a folder, not a file!"_s });
+    QCOMPARE(window.tabTexts().last(), u"sub"_s);
+    QCOMPARE(window.currentEditor()->path(), files.folder());
+    QCOMPARE(window.currentEditor()->name(), u"sub"_s);
+}
+
+void OpeningTest::differentSpellingsAreOneFile()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.setDocument(files.folder() + u"./a.txt"_s);
+    window.setDocument(files.folder() + u"/a.txt"_s);
+    QCOMPARE(window.tabBar()->count(), 2);
+}
+
+void OpeningTest::openCommandStartsAtTheDocument()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.item(MenuId::File, 2)->trigger();
+    QCOMPARE(window.requests.at(0).mode, frmFileDialog::Open);
+    QCOMPARE(window.requests.at(0).folder, QDir::homePath() + u"/Documents/"_s);
+    QCOMPARE(window.requests.at(0).name, u".txt"_s);
+    window.setDocument(files.write(u"a.txt"_s, "text"));
+    window.item(MenuId::File, 2)->trigger();
+    QCOMPARE(window.requests.at(1).folder, files.folder());
+    QCOMPARE(window.requests.at(1).name, u"a.txt"_s);
+}
+
+void OpeningTest::openCommandUsesAFreshDocument()
+{
+    const TestFiles files;
+    files.write(u"a.txt"_s, "one\r\n");
+    TestWindow window;
+    QVERIFY(window.open());
+    ctlEditer *editor = window.currentEditor();
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.slotCmdFileOpen();
+    QCOMPARE(window.tabTexts(), QStringList{ u"a.txt"_s });
+    QCOMPARE(window.currentEditor(), editor);
+    QCOMPARE(editor->text(), u"one\n"_s);
+}
+
+void OpeningTest::openCommandKeepsAnEditedNewDocument()
+{
+    const TestFiles files;
+    files.write(u"a.txt"_s, "one");
+    TestWindow window;
+    QVERIFY(window.open());
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.slotCmdFileOpen();
+    QCOMPARE(window.tabTexts(), QStringList({ u"* (new document)"_s, u"a.txt"_s }));
+    QCOMPARE(window.editorAt(0)->text(), u"x"_s);
+}
+
+void OpeningTest::openCommandNeverOpensAFileTwice()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "one");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.tabBar()->setCurrentTab(window.editorAt(0));
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.slotCmdFileOpen();
+    QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"a.txt"_s }));
+    QCOMPARE(window.currentEditor(), window.editorAt(1));
+}
+
+void OpeningTest::openCommandReadsWithTheCodeChosen()
+{
+    const TestFiles files;
+    files.write(u"a.txt"_s, "\xE3\x81\x82\n");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, CharCodeUtf8, 0 };
+    window.slotCmdFileOpen();
+    QCOMPARE(window.currentEditor()->text(), u"あ\n"_s);
+    QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s);
+}
+
+void OpeningTest::cancelledOpenDoesNothing()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileOpen();
+    QCOMPARE(window.requests.size(), 1);
+    QCOMPARE(window.tabTexts(), QStringList{ u"(new document)"_s });
+}
+
+void OpeningTest::openCommandWithoutDocuments()
+{
+    const TestFiles files;
+    files.write(u"a.txt"_s, "one");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileCloseTab();
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.slotCmdFileOpen();
+    QCOMPARE(window.tabTexts(), QStringList{ u"a.txt"_s });
+    QCOMPARE(QApplication::focusWidget(), window.currentEditor());
+}
+
+/// Another tab becomes current while the dialog is open.
+void OpeningTest::resultGoesToTheDocumentThatAsked()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileNew();
+    ctlEditer *first = window.editorAt(0);
+    ctlEditer *asking = window.currentEditor();
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.whileChoosing = [&] { window.tabBar()->setCurrentTab(first); };
+    window.slotCmdFileOpen();
+    QCOMPARE(asking->text(), u"text"_s);
+    QCOMPARE(first->path(), QString());
+    QTest::keyClicks(asking, u"x"_s);
+    window.tabBar()->setCurrentTab(asking);
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s, 0, 0 };
+    window.slotCmdFileSaveAs();
+    QCOMPARE(files.read(u"b.txt"_s), QByteArray("xtext"));
+    QCOMPARE(asking->name(), u"b.txt"_s);
+}
+
+QTEST_MAIN(OpeningTest)
+#include "opening_test.moc"

@@ -1,0 +1,150 @@
+#include "tests/app/testwindow.h"
+
+#include <QAction>
+
+using namespace Qt::StringLiterals;
+
+/// Save, Save As and Save All: what is written, asked and shown.
+class SavingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void saveWritesTheDocument();
+    void saveOfANewDocumentAsksForAName();
+    void saveAsCancelledWritesNothing();
+    void saveAsTakesNameAndCodes();
+    void failedSaveKeepsTheMark();
+
+    void saveAllWritesModifiedOnes();
+    void saveAllStopsAtTheFirstFailure();
+    void saveAllStopsWhenCancelled();
+};
+
+void SavingTest::init()
+{
+    resetSettings();
+}
+
+void SavingTest::saveWritesTheDocument()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"a.txt"_s, "one\r\n"));
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    QCOMPARE(window.tabTexts().at(1), u"* a.txt"_s);
+    MessageBoxes boxes;
+    window.item(MenuId::File, 5)->trigger();
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("xone\r\n"));
+    QCOMPARE(window.tabTexts().at(1), u"a.txt"_s);
+    QVERIFY(!window.currentEditor()->edited());
+    QCOMPARE(window.editStates(), u"----"_s);
+    QCOMPARE(boxes.count(), 0);
+}
+
+void SavingTest::saveOfANewDocumentAsksForAName()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.slotCmdFileSave();
+    QCOMPARE(window.requests.size(), 1);
+    QCOMPARE(window.requests.at(0).mode, frmFileDialog::SaveAs);
+    QCOMPARE(window.requests.at(0).folder, QDir::homePath() + u"/Documents/"_s);
+    QCOMPARE(window.requests.at(0).name, u".txt"_s);
+    QCOMPARE(window.tabTexts(), QStringList{ u"* (new document)"_s });
+    window.choices << FileChoice{ files.folder(), u"n.txt"_s, CharCodeUtf8, ReturnCodeLf };
+    window.slotCmdFileSave();
+    QCOMPARE(files.read(u"n.txt"_s), QByteArray("x"));
+    QCOMPARE(window.tabTexts(), QStringList{ u"n.txt"_s });
+    QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s);
+}
+
+void SavingTest::saveAsCancelledWritesNothing()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    QVERIFY(!window.slotCmdFileSaveAs(window.currentEditor()));
+    QCOMPARE(window.requests.at(0).folder, files.folder());
+    QCOMPARE(window.requests.at(0).name, u"a.txt"_s);
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("old"));
+    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+}
+
+void SavingTest::saveAsTakesNameAndCodes()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"a.txt"_s, "\x82\xA0\r\n"));
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s, CharCodeEuc, ReturnCodeCr };
+    window.item(MenuId::File, 6)->trigger();
+    QCOMPARE(files.read(u"b.txt"_s), QByteArray("\xA4\xA2\r"));
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("\x82\xA0\r\n"));
+    QCOMPARE(window.currentEditor()->name(), u"b.txt"_s);
+    QCOMPARE(window.tabTexts().at(1), u"b.txt"_s);
+    QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [EUC][CR]"_s);
+}
+
+void SavingTest::failedSaveKeepsTheMark()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    breakSaving(window.currentEditor());
+    MessageBoxes boxes;
+    QVERIFY(!window.slotCmdFileSave(window.currentEditor()));
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+    QVERIFY(window.currentEditor()->edited());
+}
+
+void SavingTest::saveAllWritesModifiedOnes()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s, u"c.txt"_s }));
+    window.tabBar()->setCurrentTab(window.editorAt(1));
+    QVERIFY(window.slotCmdFileSave(window.editorAt(1)));
+    files.write(u"b.txt"_s, "changed by others");
+    window.item(MenuId::File, 8)->trigger();
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("xold"));
+    QCOMPARE(files.read(u"b.txt"_s), QByteArray("changed by others"));
+    QCOMPARE(files.read(u"c.txt"_s), QByteArray("xold"));
+    QCOMPARE(window.tabTexts(), QStringList({ u"a.txt"_s, u"b.txt"_s, u"c.txt"_s }));
+    QCOMPARE(window.currentEditor(), window.editorAt(1));
+}
+
+void SavingTest::saveAllStopsAtTheFirstFailure()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s, u"c.txt"_s }));
+    breakSaving(window.editorAt(1));
+    MessageBoxes boxes;
+    window.slotCmdFileSaveAll();
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("xold"));
+    QCOMPARE(files.read(u"c.txt"_s), QByteArray("old"));
+    QCOMPARE(window.tabTexts(), QStringList({ u"a.txt"_s, u"* b.txt"_s, u"* c.txt"_s }));
+}
+
+void SavingTest::saveAllStopsWhenCancelled()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.setDocument(files.write(u"a.txt"_s, "old"));
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.slotCmdFileSaveAll();
+    QCOMPARE(window.requests.size(), 1);
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("old"));
+}
+
+QTEST_MAIN(SavingTest)
+#include "saving_test.moc"
