@@ -63,6 +63,8 @@ private:
     void start(const QStringList &files = {});
     QString window() const;
     QString title() const { return outputOf(u"xdotool"_s, { u"getwindowname"_s, window() }); }
+    /// As the title shows it: CR+LF, CR or LF.
+    QString lineEnd() const { return title().section(u'[', 2).chopped(1); }
     QString states() const { return outputOf(u"xprop"_s, { u"-id"_s, window(), u"_NET_WM_STATE"_s }); }
     void press(const QStringList &keys) const;
     bool hasEnded();
@@ -139,14 +141,15 @@ void RealWindowTest::firstDocumentComesByItself()
     QCOMPARE(m_program->exitCode(), 0);
 }
 
+// No document is closed here: closing the last one within the time of the first document brings a new one.
 void RealWindowTest::filesAreTheOnlyDocuments()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\r\n"), write(u"b.txt"_s, "\x82\xA0\n") });
-    QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][LF]"_s);
-    press({ u"Escape"_s });
-    QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
-    press({ u"Escape"_s });
-    QTRY_COMPARE(title(), u"Marlo!Pad QT"_s);
+    start({ write(u"a.txt"_s, "\r\x82\xA0"), write(u"b.txt"_s, "\x82\xA0\n") });
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    for (const QString &next : { u"CR"_s, u"LF"_s, u"CR"_s, u"LF"_s }) {
+        press({ u"ctrl+Tab"_s });
+        QTRY_COMPARE(lineEnd(), next);
+    }
 }
 
 void RealWindowTest::keysActOnce()
@@ -164,7 +167,6 @@ void RealWindowTest::tabKeysSwitch()
 {
     start({ write(u"a.txt"_s, "\x82\xA0\r\n"), write(u"b.txt"_s, "\x82\xA0\n"),
         write(u"c.txt"_s, "\r\x82\xA0") });
-    const auto lineEnd = [this] { return title().section(u'[', 2).chopped(1); };
     QTRY_COMPARE(lineEnd(), u"CR"_s);
     press({ u"ctrl+Tab"_s });
     QTRY_COMPARE(lineEnd(), u"CR+LF"_s);
