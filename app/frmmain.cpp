@@ -48,6 +48,8 @@ frmMain::frmMain(QWidget *parent)
     nameControls();
     m_documents = new DocumentArea(this);
     setCentralWidget(m_documents);
+    m_firstDocumentTimer.setSingleShot(true);
+    connect(&m_firstDocumentTimer, &QTimer::timeout, this, &frmMain::slotEtcFirstNewDoc);
     connect(tabBar(), &ctlTabBar::currentChanged, this, &frmMain::slotTabCurrentChanged);
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
@@ -73,6 +75,7 @@ ctlTabBar *frmMain::tabBar() const
 
 void frmMain::slotEtcFirstNewDoc()
 {
+    m_firstDocumentTimer.stop();
     m_firstDocumentDue = !isActiveWindow();
     if (m_firstDocumentDue)
         return;
@@ -108,7 +111,7 @@ void frmMain::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (m_fullScreen)
         coverScreen();
-    QTimer::singleShot(firstDocumentDelay, this, &frmMain::slotEtcFirstNewDoc);
+    m_firstDocumentTimer.start(firstDocumentDelay);
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

@@ -4,6 +4,7 @@
 #include "filedialog/frmfiledialog.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <array>
 #include <memory>
@@ -133,7 +134,7 @@ public slots:
     void slotEtcReplaceAll();
 
     void slotTabCurrentChanged(ctlEditer *editor);
-    /// Makes the first document when the window is active and has none.
+    /// Makes the first document when the window is active and has none; the time to wait for it is over then.
     void slotEtcFirstNewDoc();
     /// The next tab by id with 1, the previous one with 0; round at the ends.
     void slotEtcChangeTab(int forward);
@@ -198,7 +199,8 @@ private:
     QMenu *m_recentMenu = nullptr;
     std::array<QList<QAction *>, menuCount> m_items;
     bool m_fullScreen = false;
-    bool m_firstDocumentDue = false;
+    QTimer m_firstDocumentTimer; ///< from showing the window
+    bool m_firstDocumentDue = false; ///< the time is over, but the window was not active
     SearchRequest m_search;
     frmSearchDialog *m_searchPanel = nullptr; ///< made when it is first needed
     std::unique_ptr<Translation> m_translation;
