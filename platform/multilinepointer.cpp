@@ -62,8 +62,9 @@ void QMultiLineEdit::Private::drag(QPointF at)
     if (pointer.longPress.isActive() && movedEnough(pointer.pressedAt, at))
         pointer.longPress.stop();
     if (pointer.gesture == Gesture::MaybeDrag && movedEnough(pointer.pressedAt, at)) {
-        pointer.gesture = Gesture::Done;
+        pointer.gesture = Gesture::Drag;
         startDrag();
+        pointer.gesture = Gesture::None;
     }
     if (pointer.gesture != Gesture::Mark)
         return;
@@ -124,29 +125,41 @@ void QMultiLineEdit::Private::longPressed()
     showContextMenu(q->viewport()->mapToGlobal(pointer.lastAt.toPoint()));
 }
 
-/// A pen marks like a mouse; held still it asks for the context menu.
+/// A pen marks like a mouse; held still it asks for the context menu. While it drags text its events are left
+/// to the toolkit, whose drags are led by the mouse's events that it makes of them.
 bool QMultiLineEdit::Private::tablet(QTabletEvent &event)
 {
+    const bool isOurs = pointer.gesture != Gesture::None && pointer.gesture != Gesture::Drag;
     switch (event.type()) {
     case QEvent::TabletPress:
         if (event.button() != Qt::LeftButton)
             return false;
+        q->setFocus(Qt::MouseFocusReason);
         press(event.position(), event.modifiers(), Unit::Character);
         pointer.longPress.start(QGuiApplication::styleHints()->mousePressAndHoldInterval(), q);
         return true;
     case QEvent::TabletMove:
-        if (pointer.gesture == Gesture::None)
-            return false;
-        drag(event.position());
-        return true;
-    case QEvent::TabletRelease:
-        if (pointer.gesture == Gesture::None)
-            return false;
-        release(event.position());
-        return true;
+        if (isOurs)
+            drag(event.position());
+        return isOurs;
+    case QEvent::TabletRelease: {
+        const bool isTap = pointer.longPress.isActive();
+        if (isOurs)
+            release(event.position());
+        if (isTap)
+            showKeyboard();
+        return isOurs;
+    }
     default:
         return false;
     }
+}
+
+/// Asks for the keyboard on the screen.
+void QMultiLineEdit::Private::showKeyboard() const
+{
+    if (!readOnly)
+        QGuiApplication::inputMethod()->show();
 }
 
 void QMultiLineEdit::Private::tap(QPointF at)
@@ -154,8 +167,7 @@ void QMultiLineEdit::Private::tap(QPointF at)
     q->commitPreedit();
     moveTo(placeAtPoint(at), Marking::Drop);
     q->setFocus(Qt::MouseFocusReason);
-    if (!readOnly)
-        QGuiApplication::inputMethod()->show();
+    showKeyboard();
 }
 
 /// The first finger scrolls and flicks, whether others go along or not; a tap of one finger places the cursor

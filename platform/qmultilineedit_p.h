@@ -85,7 +85,8 @@ struct QMultiLineEdit::Private {
     void relayout();
     /// Measures the font anew when it or the screen's scale has changed, and lays out by it.
     void refreshMeasure();
-    static void relayoutAll();
+    /// In the present language.
+    void nameScrollBars();
 
     // Changes of the text.
 
@@ -211,7 +212,7 @@ struct QMultiLineEdit::Private {
 
     // Mouse, pen and touch.
     enum class Unit { Character, Word, Line };
-    enum class Gesture { None, Mark, MaybeDrag, Scroll, Done };
+    enum class Gesture { None, Mark, MaybeDrag, Drag, Scroll, Done };
     struct Pointer {
         Gesture gesture = Gesture::None;
         Unit unit = Unit::Character;
@@ -235,6 +236,7 @@ struct QMultiLineEdit::Private {
     bool tablet(QTabletEvent &event);
     bool touch(QTouchEvent &event);
     void tap(QPointF at);
+    void showKeyboard() const;
     bool scrollPrepare(QScrollPrepareEvent &event);
     bool scrollTo(QScrollEvent &event);
 

@@ -1,3 +1,4 @@
+#include "tests/platform/keyboardasked.h"
 #include "tests/platform/markedtext.h"
 
 #include <QAbstractEventDispatcher>
@@ -5,18 +6,13 @@
 #include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QMenu>
-#include <QPointingDevice>
 #include <QScrollBar>
 #include <QScroller>
 #include <QStyleHints>
-#include <QTabletEvent>
-
-#include <private/qinputmethod_p.h>
-#include <qpa/qplatforminputcontext.h>
 
 using namespace Qt::StringLiterals;
 
-/// Marking and scrolling with mouse, pen and finger.
+/// Marking and scrolling with mouse and finger.
 class QMultiLineEditPointerTest : public QObject {
     Q_OBJECT
 
@@ -37,9 +33,6 @@ private slots:
     void otherButtonsKeepTheMarkedText();
     void draggingBeyondTheEdgeScrolls();
     void clickAtAWrappedRowsEndStaysOnIt();
-    void penMarks();
-    void penHeldStillOpensTheMenu();
-    void movingPenOpensNoMenu();
     void tapPlacesTheCursor();
     void tapAsksForTheKeyboard();
     void tapEndsComposing();
@@ -52,7 +45,6 @@ private slots:
 private:
     QPoint at(qint64 row, qint64 column) const;
     void drag(QPoint from, QPoint to);
-    void tablet(QEvent::Type type, QPoint point, Qt::MouseButton button, Qt::MouseButtons buttons);
     bool hasTimers() const;
 
     std::unique_ptr<QMultiLineEdit> m_edit;
@@ -273,52 +265,6 @@ void QMultiLineEditPointerTest::clickAtAWrappedRowsEndStaysOnIt()
     QCOMPARE(m_edit->cursorPosition(), (RowCol{ 1, 0 }));
 }
 
-void QMultiLineEditPointerTest::tablet(
-    QEvent::Type type, QPoint point, Qt::MouseButton button, Qt::MouseButtons buttons)
-{
-    static const QPointingDevice pen(u"pen"_s, 7, QInputDevice::DeviceType::Stylus,
-        QPointingDevice::PointerType::Pen, QInputDevice::Capability::Position, 1, 3);
-    const QPointF global = m_edit->viewport()->mapToGlobal(QPointF(point));
-    QTabletEvent event(type, &pen, point, global, 0.5, 0, 0, 0, 0, 0, Qt::NoModifier, button, buttons);
-    QCoreApplication::sendEvent(m_edit->viewport(), &event);
-    QVERIFY(event.isAccepted() == (button == Qt::LeftButton || buttons == Qt::LeftButton));
-}
-
-void QMultiLineEditPointerTest::penMarks()
-{
-    m_edit->setText(u"hello\nworld"_s);
-    tablet(QEvent::TabletMove, at(0, 0), Qt::NoButton, Qt::NoButton);
-    tablet(QEvent::TabletPress, at(0, 1), Qt::LeftButton, Qt::LeftButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h|ello\nworld"_s);
-    tablet(QEvent::TabletMove, at(1, 3), Qt::NoButton, Qt::LeftButton);
-    tablet(QEvent::TabletRelease, at(1, 3), Qt::LeftButton, Qt::NoButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
-    QVERIFY(!hasTimers());
-    tablet(QEvent::TabletPress, at(0, 1), Qt::RightButton, Qt::RightButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
-}
-
-void QMultiLineEditPointerTest::penHeldStillOpensTheMenu()
-{
-    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
-    tablet(QEvent::TabletPress, at(0, 3), Qt::LeftButton, Qt::LeftButton);
-    tablet(QEvent::TabletMove, at(0, 3) + QPoint(1, 1), Qt::NoButton, Qt::LeftButton);
-    QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));
-    QApplication::activePopupWidget()->close();
-    tablet(QEvent::TabletRelease, at(0, 3), Qt::LeftButton, Qt::NoButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
-}
-
-void QMultiLineEditPointerTest::movingPenOpensNoMenu()
-{
-    m_edit->setText(u"hello\nworld"_s);
-    tablet(QEvent::TabletPress, at(0, 1), Qt::LeftButton, Qt::LeftButton);
-    QVERIFY(hasTimers());
-    tablet(QEvent::TabletMove, at(1, 3), Qt::NoButton, Qt::LeftButton);
-    QVERIFY(!hasTimers());
-    tablet(QEvent::TabletRelease, at(1, 3), Qt::LeftButton, Qt::NoButton);
-}
-
 static QPointingDevice *touchScreen()
 {
     static QPointingDevice *const device = QTest::createTouchDevice();
@@ -335,24 +281,6 @@ void QMultiLineEditPointerTest::tapPlacesTheCursor()
     QVERIFY(m_edit->hasFocus());
     QVERIFY(!hasTimers());
 }
-
-namespace {
-
-/// Counts how often the keyboard on the screen is asked for.
-class KeyboardAsked : public QPlatformInputContext {
-public:
-    KeyboardAsked() { QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = this; }
-    ~KeyboardAsked() override
-    {
-        QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = nullptr;
-    }
-    Q_DISABLE_COPY_MOVE(KeyboardAsked)
-    bool isValid() const override { return true; }
-    void showInputPanel() override { ++times; }
-    int times = 0;
-};
-
-} // namespace
 
 void QMultiLineEditPointerTest::tapAsksForTheKeyboard()
 {
