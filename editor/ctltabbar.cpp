@@ -2,10 +2,12 @@
 
 #include "editor/ctlediter.h"
 #include "platform/filename.h"
+#include "platform/graphemes.h"
 
 #include <QHelpEvent>
 #include <QScopedValueRollback>
 #include <QTextDocument>
+#include <QToolButton>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -46,7 +48,7 @@ ctlTabBar::ctlTabBar(QWidget *parent)
     setUsesScrollButtons(true);
     // The keys belong to the editor; the main window has keys for going from tab to tab.
     setFocusPolicy(Qt::NoFocus);
-    setAccessibleName(tr("Documents"));
+    nameControls();
     connect(this, &QTabBar::currentChanged, this, [this](int index) {
         if (m_choosing)
             slotTabSelected(idAt(index));
@@ -90,10 +92,8 @@ void ctlTabBar::setTabCaption(ctlEditer *editor, const QString &caption)
 QString ctlTabBar::shortened(const QString &caption) const
 {
     const QFontMetrics metrics(font());
-    for (qsizetype length = 0; length < caption.size(); ++length) {
-        const bool cutsPair =
-            length > 0 && caption[length - 1].isHighSurrogate() && caption[length].isLowSurrogate();
-        if (!cutsPair && metrics.horizontalAdvance(caption, int(length)) > captionWidth)
+    for (const qsizetype length : graphemeBoundaries(caption)) {
+        if (length < caption.size() && metrics.horizontalAdvance(caption, int(length)) > captionWidth)
             return caption.first(length) + QStringLiteral("...");
     }
     return caption;
@@ -193,6 +193,23 @@ bool ctlTabBar::event(QEvent *event)
         return QTabBar::event(event);
     showToolTip(*static_cast<QHelpEvent *>(event));
     return true;
+}
+
+/// The toolkit names its buttons once only, in the language of that time.
+void ctlTabBar::nameControls()
+{
+    setAccessibleName(tr("Documents"));
+    for (QToolButton *const button : findChildren<QToolButton *>(Qt::FindDirectChildrenOnly)) {
+        const bool isLeft = button->objectName() == QLatin1String("ScrollLeftButton");
+        button->setAccessibleName(isLeft ? tr("Scroll Left") : tr("Scroll Right"));
+    }
+}
+
+void ctlTabBar::changeEvent(QEvent *event)
+{
+    QTabBar::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        nameControls();
 }
 
 void ctlTabBar::showToolTip(const QHelpEvent &event)

@@ -34,8 +34,8 @@ public:
     /// In the order of the tabs.
     QList<ctlEditer *> editors() const;
 
-    /// The caption a tab shows for a text: the shortest beginning that is wider than 160 pixels, followed by
-    /// "..."; the whole text where only the whole text is wider.
+    /// The caption a tab shows for a text: the shortest beginning of whole characters that is wider than 160
+    /// pixels, followed by "..."; the whole text where only the whole text is wider.
     QString shortened(const QString &caption) const;
 
 public slots:
@@ -50,6 +50,7 @@ signals:
 
 protected:
     bool event(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
@@ -60,6 +61,7 @@ private:
     int idAt(int index) const;
     int freeId() const;
     void select(int index);
+    void nameControls();
     void showToolTip(const QHelpEvent &event);
 
     bool m_choosing = true; ///< off while tabs come and go: the base then changes its current tab by itself

@@ -133,6 +133,14 @@ Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</trans
         <source>Documents</source>
         <translation>Documents</translation>
     </message>
+    <message>
+        <source>Scroll Left</source>
+        <translation>Défiler vers la gauche</translation>
+    </message>
+    <message>
+        <source>Scroll Right</source>
+        <translation>Défiler vers la droite</translation>
+    </message>
 </context>
 <context>
     <name>frmFileDialog</name>

@@ -133,6 +133,14 @@ You do not have the permission or the file may be in use.</source>
         <source>Documents</source>
         <translation>文書</translation>
     </message>
+    <message>
+        <source>Scroll Left</source>
+        <translation>左へスクロール</translation>
+    </message>
+    <message>
+        <source>Scroll Right</source>
+        <translation>右へスクロール</translation>
+    </message>
 </context>
 <context>
     <name>frmFileDialog</name>

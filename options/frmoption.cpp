@@ -42,6 +42,7 @@ frmOption::frmOption(QWidget *parent)
 {
     setModal(true);
     setWindowTitle(tr("Options"));
+    m_pages->setAccessibleName(windowTitle());
     m_pages->addTab(createView1Page(), tr("View&1"));
     m_pages->addTab(createView2Page(), tr("View&2"));
     m_pages->addTab(createDetailPage(), tr("&Detail"));

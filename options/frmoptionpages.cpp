@@ -272,6 +272,9 @@ QLabel *frmOption::createLabel(const QString &text, QWidget *control)
 {
     auto *label = new QLabel(text);
     label->setBuddy(control);
+    // The field of an editable combo takes the keys, so it needs the name.
+    if (const auto *const combo = qobject_cast<QComboBox *>(control); combo && combo->isEditable())
+        combo->lineEdit()->setAccessibleName(QString(text).remove(u'&'));
     return label;
 }
 

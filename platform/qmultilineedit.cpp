@@ -91,6 +91,12 @@ void QMultiLineEdit::Private::refreshMeasure()
     q->viewport()->update();
 }
 
+void QMultiLineEdit::Private::nameScrollBars()
+{
+    q->verticalScrollBar()->setAccessibleName(QMultiLineEdit::tr("Vertical scroll bar"));
+    q->horizontalScrollBar()->setAccessibleName(QMultiLineEdit::tr("Horizontal scroll bar"));
+}
+
 QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     : QAbstractScrollArea(parent)
     , d(std::make_unique<Private>(this))
@@ -105,8 +111,7 @@ QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
     viewport()->setCursor(Qt::IBeamCursor);
-    verticalScrollBar()->setAccessibleName(tr("Vertical scroll bar"));
-    horizontalScrollBar()->setAccessibleName(tr("Horizontal scroll bar"));
+    d->nameScrollBars();
     connect(QGuiApplication::styleHints(), &QStyleHints::cursorFlashTimeChanged, this,
         [this] { d->restartBlink(); });
 }
@@ -467,6 +472,8 @@ void QMultiLineEdit::changeEvent(QEvent *event)
     QAbstractScrollArea::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         d->refreshMeasure();
+    else if (event->type() == QEvent::LanguageChange)
+        d->nameScrollBars();
 }
 
 void QMultiLineEdit::showEvent(QShowEvent *event)

@@ -64,6 +64,13 @@ public:
     }
 };
 
+/// A field that takes the keys needs a name of its own.
+void nameField(QComboBox *combo, const QString &name)
+{
+    combo->setAccessibleName(name);
+    combo->lineEdit()->setAccessibleName(name);
+}
+
 } // namespace
 
 frmSearchDialog::frmSearchDialog(QWidget *parent)
@@ -201,8 +208,8 @@ void frmSearchDialog::setTexts()
     m_all->setText(tr("Replace ALL"));
     m_close->setText(tr("Close"));
     fitButtonTexts();
-    m_find->setAccessibleName(tr("Search"));
-    m_replace->setAccessibleName(tr("Replace"));
+    nameField(m_find, tr("Search"));
+    nameField(m_replace, tr("Replace"));
 }
 
 void frmSearchDialog::act(void (frmSearchDialog::*signal)())

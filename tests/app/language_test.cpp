@@ -1,8 +1,4 @@
-#include "filedialog/frmfiledialog.h"
-#include "options/frmoption.h"
-#include "search/frmjumpto.h"
-#include "search/frmreplaceprogress.h"
-#include "search/frmsearchdialog.h"
+#include "tests/app/forms.h"
 #include "tests/app/testwindow.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/textfit.h"
@@ -15,74 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Form {
-    Main,
-    Open,
-    SaveAs,
-    OptionsView1,
-    OptionsView2,
-    OptionsDetail,
-    Search,
-    Replace,
-    Progress,
-    Jump
-};
-
-constexpr std::pair<Form, const char *> forms[] = { { Form::Main, "main" }, { Form::Open, "open" },
-    { Form::SaveAs, "save as" }, { Form::OptionsView1, "options view1" },
-    { Form::OptionsView2, "options view2" }, { Form::OptionsDetail, "options detail" },
-    { Form::Search, "search" }, { Form::Replace, "replace" }, { Form::Progress, "progress" },
-    { Form::Jump, "jump" } };
-constexpr std::pair<int, const char *> languages[] = { { 0, "English" }, { 1, "Japanese" }, { 2, "French" } };
 constexpr QSize smallScreen(240, 320);
 constexpr QSize vgaScreen(480, 640);
-
-std::unique_ptr<QWidget> optionsAt(QWidget *parent, int page)
-{
-    auto options = std::make_unique<frmOption>(parent);
-    options->findChild<QTabWidget *>()->setCurrentIndex(page);
-    return options;
-}
-
-std::unique_ptr<QWidget> searchIn(QWidget *parent, int mode)
-{
-    auto search = std::make_unique<frmSearchDialog>(parent);
-    search->searchMode = mode;
-    return search;
-}
-
-std::unique_ptr<QWidget> progressIn(QWidget *parent)
-{
-    auto progress = std::make_unique<frmReplaceProgress>(parent);
-    progress->setCount(1234567);
-    return progress;
-}
-
-std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
-{
-    switch (form) {
-    case Form::Main:
-        return nullptr;
-    case Form::Open:
-        return std::make_unique<frmFileDialog>(parent, frmFileDialog::Open, u"/"_s, QString());
-    case Form::SaveAs:
-        return std::make_unique<frmFileDialog>(parent, frmFileDialog::SaveAs, u"/"_s, u"a.txt"_s);
-    case Form::OptionsView1:
-        return optionsAt(parent, 0);
-    case Form::OptionsView2:
-        return optionsAt(parent, 1);
-    case Form::OptionsDetail:
-        return optionsAt(parent, 2);
-    case Form::Search:
-    case Form::Replace:
-        return searchIn(parent, form == Form::Replace ? 1 : 0);
-    case Form::Progress:
-        return progressIn(parent);
-    case Form::Jump:
-        return std::make_unique<frmJumpTo>(parent);
-    }
-    Q_UNREACHABLE();
-}
 
 /// With MARLOPAD_PICTURES a folder: a picture of the widget, named after the row.
 void savePicture(QWidget &widget)
@@ -105,8 +35,6 @@ QStringList mnemonicsOf(const QMenu *menu)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(Form)
 
 /// The program's own translations in the program's own windows.
 class LanguageTest : public QObject {

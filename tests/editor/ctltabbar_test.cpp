@@ -39,7 +39,8 @@ private slots:
     void longCaptionsAreCutBehindTheLimit_data();
     void longCaptionsAreCutBehindTheLimit();
     void captionThatIsWideWithItsLastCharacterIsWhole();
-    void surrogatePairsAreNotCut();
+    void charactersAreNotCut_data();
+    void charactersAreNotCut();
     void markupAndAmpersandsAreShownAsTheyAre_data();
     void markupAndAmpersandsAreShownAsTheyAre();
     void captionIsReplaced();
@@ -295,15 +296,28 @@ void CtlTabBarTest::captionThatIsWideWithItsLastCharacterIsWhole()
     QCOMPARE(m_bar->shortened(caption + u'n'), caption + QStringLiteral("..."));
 }
 
-void CtlTabBarTest::surrogatePairsAreNotCut()
+void CtlTabBarTest::charactersAreNotCut_data()
 {
-    for (const QString &before :
-        { QString(), QStringLiteral("i"), QStringLiteral("W"), QStringLiteral("nnn") }) {
-        const QString caption = before + QStringLiteral("𠮟").repeated(60);
-        const QString shown = m_bar->shortened(caption);
-        QVERIFY(shown.size() < caption.size());
-        QVERIFY(!shown.chopped(3).back().isHighSurrogate());
-        QVERIFY(QFontMetrics(m_bar->font()).horizontalAdvance(shown.chopped(3)) > 160);
+    QTest::addColumn<QString>("character");
+    QTest::newRow("surrogate pair") << QStringLiteral("𠮟");
+    QTest::newRow("combining mark") << QStringLiteral("か\u3099");
+    QTest::newRow("two combining marks") << QStringLiteral("e\u0302\u0301");
+    QTest::newRow("family") << QStringLiteral("👨‍👩‍👧");
+    QTest::newRow("flag") << QStringLiteral("🇯🇵");
+}
+
+/// What is before moves the limit to every place of a character.
+void CtlTabBarTest::charactersAreNotCut()
+{
+    QFETCH(QString, character);
+    for (int before = 0; before < 12; ++before) {
+        const QString start(before, u'i');
+        const QString caption = start + character.repeated(80);
+        const QString kept = m_bar->shortened(caption).chopped(3);
+        QVERIFY(kept.size() < caption.size());
+        QVERIFY(caption.startsWith(kept));
+        QCOMPARE((kept.size() - before) % character.size(), 0);
+        QVERIFY(QFontMetrics(m_bar->font()).horizontalAdvance(kept) > 160);
     }
 }
 

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "filedialog/frmfiledialog.h"
+#include "options/frmoption.h"
+#include "search/frmjumpto.h"
+#include "search/frmreplaceprogress.h"
+#include "search/frmsearchdialog.h"
+
+#include <QTabWidget>
+
+#include <memory>
+#include <utility>
+
+/// The windows of the program, for tests that look at each of them in each language.
+enum class Form {
+    Main,
+    Open,
+    SaveAs,
+    OptionsView1,
+    OptionsView2,
+    OptionsDetail,
+    Search,
+    Replace,
+    Progress,
+    Jump
+};
+
+inline constexpr std::pair<Form, const char *> forms[] = { { Form::Main, "main" }, { Form::Open, "open" },
+    { Form::SaveAs, "save as" }, { Form::OptionsView1, "options view1" },
+    { Form::OptionsView2, "options view2" }, { Form::OptionsDetail, "options detail" },
+    { Form::Search, "search" }, { Form::Replace, "replace" }, { Form::Progress, "progress" },
+    { Form::Jump, "jump" } };
+inline constexpr std::pair<int, const char *> languages[] = { { 0, "English" }, { 1, "Japanese" },
+    { 2, "French" } };
+
+inline std::unique_ptr<QWidget> optionsAt(QWidget *parent, int page)
+{
+    auto options = std::make_unique<frmOption>(parent);
+    options->findChild<QTabWidget *>()->setCurrentIndex(page);
+    return options;
+}
+
+inline std::unique_ptr<QWidget> searchIn(QWidget *parent, int mode)
+{
+    auto search = std::make_unique<frmSearchDialog>(parent);
+    search->searchMode = mode;
+    return search;
+}
+
+inline std::unique_ptr<QWidget> progressIn(QWidget *parent)
+{
+    auto progress = std::make_unique<frmReplaceProgress>(parent);
+    progress->setCount(1234567);
+    return progress;
+}
+
+/// The form shown over `parent`; null for the main window, which is the parent itself.
+inline std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
+{
+    switch (form) {
+    case Form::Main:
+        return nullptr;
+    case Form::Open:
+        return std::make_unique<frmFileDialog>(parent, frmFileDialog::Open, QStringLiteral("/"), QString());
+    case Form::SaveAs:
+        return std::make_unique<frmFileDialog>(
+            parent, frmFileDialog::SaveAs, QStringLiteral("/"), QStringLiteral("a.txt"));
+    case Form::OptionsView1:
+        return optionsAt(parent, 0);
+    case Form::OptionsView2:
+        return optionsAt(parent, 1);
+    case Form::OptionsDetail:
+        return optionsAt(parent, 2);
+    case Form::Search:
+    case Form::Replace:
+        return searchIn(parent, form == Form::Replace ? 1 : 0);
+    case Form::Progress:
+        return progressIn(parent);
+    case Form::Jump:
+        return std::make_unique<frmJumpTo>(parent);
+    }
+    Q_UNREACHABLE();
+}
+
+Q_DECLARE_METATYPE(Form)
