@@ -18,6 +18,9 @@ void DocumentArea::arrange()
     const int bottom = height() - 1;
     m_tabBar->setGeometry(0, bottom - hint.height(), qMin(hint.width(), width()), hint.height());
     m_stack->setGeometry(0, 0, width(), height() - hint.height());
+    // A document that is not shown may be asked to wrap its text at its width.
+    for (int page = 0; page < m_stack->count(); ++page)
+        m_stack->widget(page)->resize(m_stack->size());
     m_tabBar->raise();
     m_tabBar->update();
 }

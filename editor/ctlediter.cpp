@@ -59,13 +59,11 @@ QString ctlEditer::returnCodeName() const
 void ctlEditer::applySettings()
 {
     const bool wasEdited = edited();
-    const qint64 topOffset = store().row(topRow()).start;
     applyFont();
+    applyRowNoMargin(); // before the wrap, whose width depends on it
     applyWrapMode();
-    applyRowNoMargin();
     applyActiveLineColor();
     applyColors();
-    setTopRow(store().rowColAt(topOffset).row);
     setEdited(wasEdited);
 }
 
@@ -106,8 +104,10 @@ void ctlEditer::applyWrapMode()
 
 int ctlEditer::fixedWrapWidth() const
 {
-    // Rounded up: a part of a pixel is never to cost a column.
-    return int(std::ceil(qBound(1, appSettings().WrapLen, longestWrap) * fontMeasure()->xWidth()));
+    // Not the measure of the text as it is laid out now: it may wait for this very width. Rounded up: a part
+    // of a pixel is never to cost a column.
+    const qreal character = FontMeasure::forFont(font(), devicePixelRatioF())->xWidth();
+    return int(std::ceil(qBound(1, appSettings().WrapLen, longestWrap) * character));
 }
 
 void ctlEditer::applyRowNoMargin()

@@ -257,6 +257,7 @@ void QMultiLineEdit::Private::wheel(QWheelEvent &event)
 
 int QMultiLineEdit::xOffset() const
 {
+    d.asTheyAre().layOut();
     return horizontalScrollBar()->value();
 }
 
@@ -267,6 +268,7 @@ int QMultiLineEdit::yOffset() const
 
 void QMultiLineEdit::setXOffset(int pixels)
 {
+    d.asTheyAre().layOut();
     horizontalScrollBar()->setValue(pixels);
 }
 
@@ -297,6 +299,7 @@ int QMultiLineEdit::cellHeight() const
 
 int QMultiLineEdit::cellWidth() const
 {
+    d.asTheyAre().layOut();
     return horizontalScrollBar()->maximum() + viewport()->width();
 }
 
@@ -362,7 +365,7 @@ void QMultiLineEdit::resizeEvent(QResizeEvent *event)
     QAbstractScrollArea::resizeEvent(event);
     const bool wasVisible = d->isCursorRowVisible(event->oldSize().height());
     if (d->wrap == WidgetWidth)
-        d->relayout();
+        d->layoutChanged();
     d->updateScrollBars();
     if (wasVisible)
         d->makeCursorVisible();

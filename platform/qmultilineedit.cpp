@@ -1,5 +1,6 @@
 #include "platform/qmultilineedit_p.h"
 
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -63,32 +64,35 @@ LayoutRule QMultiLineEdit::Private::layoutRule() const
         .limit = limit > 0 ? qMax<Subpixels>(1, measure->toSubpixels(limit)) : 0 };
 }
 
-void QMultiLineEdit::Private::relayout()
+void QMultiLineEdit::Private::layoutChanged()
 {
-    const LayoutRule rule = layoutRule();
-    if (rule == store.layoutRule())
+    if (std::exchange(isLaidOut, false) && q->isVisible())
+        QCoreApplication::postEvent(q, new QEvent(QEvent::LayoutRequest));
+}
+
+void QMultiLineEdit::Private::layOut()
+{
+    if (std::exchange(isLaidOut, true))
         return;
-    const bool wasVisible = isCursorRowVisible(q->viewport()->height());
-    const qint64 topOffset = store.row(qMin(top, store.rowCount() - 1)).start;
-    store.setLayoutRule(rule);
-    goalX.reset();
-    updateScrollBars();
-    setTop(store.rowColAt(topOffset).row);
-    if (wasVisible)
-        makeCursorVisible();
+    // The old measure holds the widths that the text is laid out by until the new rule is set.
+    const auto old = std::exchange(measure, FontMeasure::forFont(q->font(), q->devicePixelRatioF()));
+    if (const LayoutRule rule = layoutRule(); rule != store.layoutRule())
+        layOutBy(rule);
+    else
+        updateScrollBars();
     q->viewport()->update();
     tellInputMethod();
 }
 
-void QMultiLineEdit::Private::refreshMeasure()
+void QMultiLineEdit::Private::layOutBy(const LayoutRule &rule)
 {
-    const std::shared_ptr<const FontMeasure> old = measure;
-    measure = FontMeasure::forFont(q->font(), q->devicePixelRatioF());
-    if (measure == old)
-        return;
-    relayout();
+    const qint64 topOffset = store.row(qMin(top, store.rowCount() - 1)).start;
+    store.setLayoutRule(rule);
+    top = store.rowColAt(topOffset).row;
+    goalX.reset();
     updateScrollBars();
-    q->viewport()->update();
+    if (isCursorRowVisible(q->viewport()->height()))
+        makeCursorVisible(); // which may be beside the view now
 }
 
 void QMultiLineEdit::Private::nameScrollBars()
@@ -97,9 +101,16 @@ void QMultiLineEdit::Private::nameScrollBars()
     q->horizontalScrollBar()->setAccessibleName(QMultiLineEdit::tr("Horizontal scroll bar"));
 }
 
+QMultiLineEdit::Parts::Parts(QMultiLineEdit *edit)
+    : m_parts(std::make_unique<Private>(edit))
+{
+}
+
+QMultiLineEdit::Parts::~Parts() = default;
+
 QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     : QAbstractScrollArea(parent)
-    , d(std::make_unique<Private>(this))
+    , d(this)
 {
     TextAccessible::install();
     instances().append(this);
@@ -241,12 +252,12 @@ void QMultiLineEdit::setUndoDepth(int steps)
 
 bool QMultiLineEdit::edited() const
 {
-    return d->edited;
+    return d.asTheyAre().edited;
 }
 
 void QMultiLineEdit::setEdited(bool edited)
 {
-    d->edited = edited;
+    d.asTheyAre().edited = edited;
 }
 
 bool QMultiLineEdit::isOverwriteMode() const
@@ -269,55 +280,52 @@ void QMultiLineEdit::setReadOnly(bool readOnly)
 
 QMultiLineEdit::WordWrap QMultiLineEdit::wordWrap() const
 {
-    return d->wrap;
+    return d.asTheyAre().wrap;
 }
 
 void QMultiLineEdit::setWordWrap(WordWrap mode)
 {
-    d->wrap = mode;
-    d->relayout();
-    d->updateScrollBars();
+    d.asTheyAre().wrap = mode;
+    d.asTheyAre().layoutChanged();
 }
 
 void QMultiLineEdit::setWrapColumnOrWidth(int value)
 {
-    d->wrapValue = qMax(1, value);
-    d->relayout();
+    d.asTheyAre().wrapValue = qMax(1, value);
+    d.asTheyAre().layoutChanged();
 }
 
 int QMultiLineEdit::wrapColumnOrWidth() const
 {
-    return d->wrapValue;
+    return d.asTheyAre().wrapValue;
 }
 
 void QMultiLineEdit::setWrapPolicy(WrapPolicy policy)
 {
-    d->wrapPolicy = policy;
+    d.asTheyAre().wrapPolicy = policy;
 }
 
 QMultiLineEdit::WrapPolicy QMultiLineEdit::wrapPolicy() const
 {
-    return d->wrapPolicy;
+    return d.asTheyAre().wrapPolicy;
 }
 
 void QMultiLineEdit::setHMargin(int pixels)
 {
-    d->margin = qMax(0, pixels);
-    d->relayout();
-    d->updateScrollBars();
-    viewport()->update();
+    d.asTheyAre().margin = qMax(0, pixels);
+    d.asTheyAre().layoutChanged();
 }
 
 int QMultiLineEdit::hMargin() const
 {
-    return d->margin;
+    return d.asTheyAre().margin;
 }
 
 void QMultiLineEdit::setDefaultTabStop(int characters)
 {
     defaultTabStopCharacters = qMax(1, characters);
     for (QMultiLineEdit *const edit : std::as_const(instances()))
-        edit->d->relayout();
+        edit->d.asTheyAre().layoutChanged();
 }
 
 int QMultiLineEdit::defaultTabStop()
@@ -440,7 +448,9 @@ bool QMultiLineEdit::event(QEvent *event)
         return true;
     }
     if (event->type() == QEvent::ScreenChangeInternal)
-        d->refreshMeasure();
+        d.asTheyAre().layoutChanged();
+    if (event->type() == QEvent::LayoutRequest)
+        d.asTheyAre().layOut();
     return QAbstractScrollArea::event(event);
 }
 
@@ -471,13 +481,15 @@ void QMultiLineEdit::changeEvent(QEvent *event)
 {
     QAbstractScrollArea::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        d->refreshMeasure();
+        d.asTheyAre().layoutChanged();
     else if (event->type() == QEvent::LanguageChange)
-        d->nameScrollBars();
+        d.asTheyAre().nameScrollBars();
 }
 
 void QMultiLineEdit::showEvent(QShowEvent *event)
 {
     QAbstractScrollArea::showEvent(event);
-    d->refreshMeasure();
+    // It may be another screen.
+    d.asTheyAre().layoutChanged();
+    d.asTheyAre().layOut();
 }

@@ -18,7 +18,9 @@ struct InsertedText;
 ///
 /// Positions are (row, column) in display rows unless a name says line or offset. Columns are UTF-16 units. A
 /// position outside the text is moved to the nearest one inside. Cost: no operation but wrapping anew depends
-/// on the length of the document.
+/// on the length of the document. However much changes that rows depend on (font, tab width, wrap), the text
+/// is laid out once: before the next question about rows or, while the editor is visible, the next repaint.
+/// The text at the top of the view stays there.
 ///
 /// Keys that are not the editor's own are ignored, so that they reach the window around it; Tab and Backtab
 /// never move the focus.
@@ -213,7 +215,22 @@ protected:
 
 private:
     struct Private;
-    std::unique_ptr<Private> d;
+    /// The parts. Whoever reaches for them with -> finds the text laid out by the present font and wrap, so
+    /// that rows, the view and the scroll bars are those of the present; asTheyAre() is for whoever changes
+    /// what the text is laid out by, and for questions that have nothing to do with rows.
+    class Parts {
+    public:
+        explicit Parts(QMultiLineEdit *edit);
+        ~Parts();
+        Q_DISABLE_COPY_MOVE(Parts)
+        Private *operator->() const;
+        Private &operator*() const { return *operator->(); }
+        Private &asTheyAre() const { return *m_parts; }
+
+    private:
+        std::unique_ptr<Private> m_parts;
+    };
+    Parts d;
     friend struct Private;
     friend class TextAccessible;
 };

@@ -81,12 +81,16 @@ struct QMultiLineEdit::Private {
     std::optional<qreal> goalX; ///< from the row's start; kept by moves up and down
 
     LayoutRule layoutRule() const;
-    /// Lays the text out by layoutRule() when that has changed; the same text stays at the top of the view.
-    void relayout();
-    /// Measures the font anew when it or the screen's scale has changed, and lays out by it.
-    void refreshMeasure();
     /// In the present language.
     void nameScrollBars();
+
+    // The layout.
+    bool isLaidOut = true; ///< by the present font, screen, tab width, margin and wrap
+    /// One of those has changed. Lays nothing out, which every further change would undo.
+    void layoutChanged();
+    /// Brings measure, text, view and scroll bars up to date; the same text stays at the top of the view.
+    void layOut();
+    void layOutBy(const LayoutRule &rule);
 
     // Changes of the text.
 
@@ -275,3 +279,9 @@ struct QMultiLineEdit::Private {
     QVariant query(Qt::InputMethodQuery query, const QVariant &argument) const;
     void tellInputMethod();
 };
+
+inline QMultiLineEdit::Private *QMultiLineEdit::Parts::operator->() const
+{
+    m_parts->layOut();
+    return m_parts.get();
+}

@@ -1,6 +1,7 @@
 #include "tests/app/testwindow.h"
 
 #include <QScrollBar>
+#include <QSignalSpy>
 
 #include <functional>
 
@@ -14,6 +15,36 @@ QByteArray numberedLines(int count)
     for (int i = 0; i < count; ++i)
         text += "line " + QByteArray::number(i) + " with some words behind it to be wrapped\n";
     return text;
+}
+
+/// Lines that take several rows each, the more the wider a tab is.
+QByteArray tabbedLines(int count)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += "line\t" + QByteArray::number(i) + QByteArray("\tword").repeated(20) + '\n';
+    return text;
+}
+
+/// Opens new files of the same text, and shows the last one; there are no other documents then.
+void openFiles(TestWindow &window, const TestFiles &files, const QStringList &names, const QByteArray &text)
+{
+    for (const QString &name : names)
+        window.setDocument(files.write(name, text));
+    window.tabBar()->setCurrentTab(window.editorAt(0));
+    window.slotCmdFileCloseTab();
+    window.tabBar()->setCurrentTab(window.tabBar()->editors().constLast());
+}
+
+/// All that rows depend on.
+void changeEveryLayout()
+{
+    appSettings().FontSize = 17;
+    appSettings().FontName = u"monospace"_s;
+    appSettings().WrapMode = 2;
+    appSettings().WrapLen = 40;
+    appSettings().TabLen = 9;
+    appSettings().RowNo = 2;
 }
 
 /// Logical line at the top of the view.
@@ -38,6 +69,13 @@ private slots:
     void appliesToEveryDocument();
     void keepsPlaces_data();
     void keepsPlaces();
+    void keepsTheTextAtTheTopWhenTabsChange_data();
+    void keepsTheTextAtTheTopWhenTabsChange();
+    void laysOutWhatIsShownOnce();
+    void laysOutTheOthersWhenTheyAreShown();
+    void recordsPlacesOfDocumentsNotShownAgain();
+    void wrapsDocumentsNotShownAtTheirWidth();
+    void wrapsBesideTheNewRowNumbers();
     void keepsModifiedMarks();
     void keepsUndoHistory();
     void manyDocumentsKeepTheirPlaces();
@@ -145,8 +183,7 @@ void OptionsTest::keepsPlaces()
     const TestFiles files;
     TestWindow window;
     QVERIFY(window.open());
-    window.setDocument(files.write(u"shown.txt"_s, numberedLines(1000)));
-    window.setDocument(files.write(u"other.txt"_s, numberedLines(1000)));
+    openFiles(window, files, { u"other.txt"_s, u"shown.txt"_s }, numberedLines(1000));
     window.options = [&] {
         change();
         return true;
@@ -166,6 +203,167 @@ void OptionsTest::keepsPlaces()
     for (const ctlEditer *editor : window.tabBar()->editors())
         after << editor->cursorOffset() << topLine(editor);
     QCOMPARE(after, before);
+}
+
+void OptionsTest::keepsTheTextAtTheTopWhenTabsChange_data()
+{
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("to");
+    QTest::newRow("wider") << 2 << 12;
+    QTest::newRow("narrower") << 12 << 3;
+}
+
+/// In wrapped text every row above the view may become another one.
+void OptionsTest::keepsTheTextAtTheTopWhenTabsChange()
+{
+    QFETCH(int, from);
+    QFETCH(int, to);
+    appSettings().TabLen = from;
+    appSettings().WrapMode = 2;
+    appSettings().WrapLen = 30;
+    writeSettings();
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    openFiles(window, files, { u"other.txt"_s, u"shown.txt"_s }, tabbedLines(300));
+    window.options = [to] {
+        appSettings().TabLen = to;
+        return true;
+    };
+    QList<qint64> tops;
+    for (ctlEditer *editor : window.tabBar()->editors()) {
+        editor->setCursorPosition(editor->store().rowOfLine(100) + 1, 2);
+        editor->setTopRow(editor->store().rowOfLine(100) + 2);
+        tops << editor->store().row(editor->topRow()).start;
+    }
+    window.slotCmdEditOption();
+    for (ctlEditer *editor : window.tabBar()->editors()) {
+        window.tabBar()->setCurrentTab(editor);
+        const qint64 top = tops.takeFirst();
+        QVERIFY(editor->store().rowOfLine(100) > 100 * 2);
+        QCOMPARE(editor->topRow(), editor->store().rowColAt(top).row);
+        QCOMPARE(topLine(editor), 100);
+    }
+}
+
+void OptionsTest::laysOutWhatIsShownOnce()
+{
+    appSettings().WrapMode = 2;
+    appSettings().WrapLen = 30; // no horizontal scroll bar, which would make room for a row
+    writeSettings();
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"shown.txt"_s, tabbedLines(300)));
+    const ctlEditer *shown = window.currentEditor();
+    QCoreApplication::processEvents();
+    window.options = [] {
+        changeEveryLayout();
+        return true;
+    };
+    const QSignalSpy ranges(shown->verticalScrollBar(), &QScrollBar::rangeChanged);
+    window.slotCmdEditOption();
+    QTRY_COMPARE(ranges.count(), 1);
+    QVERIFY(ranges.at(0).at(1).toInt() > 600);
+    QVERIFY(shown->numLines() > 600);
+    QCoreApplication::processEvents();
+    QCOMPARE(ranges.count(), 1);
+}
+
+void OptionsTest::laysOutTheOthersWhenTheyAreShown()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    openFiles(window, files, { u"other.txt"_s, u"shown.txt"_s }, tabbedLines(300));
+    ctlEditer *other = window.editorAt(0);
+    QCoreApplication::processEvents();
+    window.options = [] {
+        appSettings().WrapMode = 2;
+        appSettings().WrapLen = 40;
+        return true;
+    };
+    const QSignalSpy ranges(other->verticalScrollBar(), &QScrollBar::rangeChanged);
+    window.slotCmdEditOption();
+    QCoreApplication::processEvents();
+    QCOMPARE(ranges.count(), 0);
+    window.tabBar()->setCurrentTab(other);
+    QVERIFY(ranges.count() > 0);
+    QVERIFY(other->verticalScrollBar()->maximum() > 600);
+}
+
+/// As if the document had been looked at between the options and its end.
+void OptionsTest::recordsPlacesOfDocumentsNotShownAgain()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    openFiles(window, files, { u"looked at.txt"_s, u"not.txt"_s, u"shown.txt"_s }, tabbedLines(300));
+    for (ctlEditer *editor : window.tabBar()->editors()) {
+        window.tabBar()->setCurrentTab(editor);
+        editor->setCursorPosition(150, 7);
+        editor->setTopRow(140);
+    }
+    window.options = [] {
+        changeEveryLayout();
+        return true;
+    };
+    window.slotCmdEditOption();
+    window.tabBar()->setCurrentTab(window.editorAt(0));
+    QCoreApplication::processEvents();
+    window.tabBar()->setCurrentTab(window.editorAt(2));
+    QVERIFY(window.close());
+    const auto &entries = recentFiles().entries;
+    QCOMPARE(entries[0].name, u"looked at.txt"_s);
+    QCOMPARE(entries[1].name, u"not.txt"_s);
+    QVERIFY(entries[0].cursorRow > 300);
+    QVERIFY(entries[0].scrollY > 300 * 10);
+    QCOMPARE(entries[1].cursorRow, entries[0].cursorRow);
+    QCOMPARE(entries[1].cursorColumn, entries[0].cursorColumn);
+    QCOMPARE(entries[1].scrollX, entries[0].scrollX);
+    QCOMPARE(entries[1].scrollY, entries[0].scrollY);
+}
+
+/// The window may have another size than when a document was last shown.
+void OptionsTest::wrapsDocumentsNotShownAtTheirWidth()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.showNormal();
+    window.slotCmdFileNew();
+    window.options = [] {
+        appSettings().WrapMode = 1;
+        return true;
+    };
+    for (const int width : { 500, 700 }) {
+        window.resize(width, 400);
+        QTRY_COMPARE(window.currentEditor()->width(), width);
+        window.slotCmdEditOption();
+        QCOMPARE(window.editorAt(0)->wrapColumnOrWidth(), window.editorAt(1)->wrapColumnOrWidth());
+        QVERIFY(window.editorAt(1)->wrapColumnOrWidth() > width - 100);
+    }
+}
+
+/// Else the ends of the rows would be where they are not seen.
+void OptionsTest::wrapsBesideTheNewRowNumbers()
+{
+    appSettings().RowNo = 0;
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    window.options = [] {
+        appSettings().RowNo = 2;
+        appSettings().WrapMode = 1;
+        return true;
+    };
+    window.slotCmdEditOption();
+    ctlEditer *editor = window.currentEditor();
+    const int scrollBar = editor->verticalScrollBar()->sizeHint().width();
+    QCOMPARE(editor->wrapColumnOrWidth(), editor->width() - 36 - scrollBar - 3);
+    editor->setText(QString(5000, u'x'));
+    QTest::keyClick(editor, Qt::Key_End);
+    QVERIFY(editor->cursorPosition().column > 20);
+    QCOMPARE(editor->xOffset(), 0);
 }
 
 void OptionsTest::keepsModifiedMarks()

@@ -1,6 +1,7 @@
 #include "tests/platform/markedtext.h"
 
 #include <QRandomGenerator>
+#include <QScrollBar>
 #include <QSignalSpy>
 
 #include <algorithm>
@@ -112,6 +113,12 @@ private:
     std::optional<qsizetype> m_goal;
 };
 
+/// Whether the last row is the lowest one in view.
+bool isAtEnd(const QMultiLineEdit &edit)
+{
+    return edit.verticalScrollBar()->value() == edit.verticalScrollBar()->maximum();
+}
+
 } // namespace
 
 /// Long runs of random keys, held against a plain string.
@@ -220,8 +227,13 @@ void QMultiLineEditRandomTest::pressSomething()
         return;
     case 14: {
         const qsizetype before = std::exchange(m_model.wrap, below(2) * (1 + below(9)));
+        const qint64 topOffset = m_edit->store().row(m_edit->topRow()).start;
         m_edit->setWrapColumnOrWidth(int(m_model.wrap));
         m_edit->setWordWrap(m_model.wrap ? QMultiLineEdit::FixedColumnWidth : QMultiLineEdit::NoWrap);
+        // The text at the top stays there, and so the cursor may be below the view.
+        QVERIFY(m_edit->topRow() <= m_edit->store().rowColAt(topOffset).row);
+        QVERIFY(m_edit->topRow() == m_edit->store().rowColAt(topOffset).row || isAtEnd(*m_edit));
+        m_edit->makeCursorVisible();
         if (m_model.wrap != before)
             m_model.move(m_model.cursor, true, m_model.atRowEnd);
         return;
