@@ -186,7 +186,6 @@ private:
     void showSearchPanel(int mode);
     void takeSearchRequest();
     void search(bool (ctlEditer::*direction)(int, bool, const QString &, const QString &));
-    void uncoverHit(ctlEditer &editor);
 
     bool installTranslator(int language);
     void changeLanguage(int language, const QString &missingFileText);

@@ -1,5 +1,6 @@
 #include "app/frmmain.h"
 
+#include "app/hitview.h"
 #include "app/replacerun.h"
 #include "editor/ctlediter.h"
 #include "platform/messagebox.h"
@@ -58,28 +59,11 @@ void frmMain::search(bool (ctlEditer::*direction)(int, bool, const QString &, co
         return;
     const bool isFound = (editor->*direction)(
         m_search.searchMode, m_search.caseSensitive != 0, m_search.findText, m_search.replaceText);
-    if (isFound)
-        uncoverHit(*editor);
-}
-
-/// Scrolls the hit out from under the panel: to the middle of the larger part of the view that is above or
-/// below it.
-void frmMain::uncoverHit(ctlEditer &editor)
-{
-    if (!m_searchPanel || !m_searchPanel->isVisible())
+    if (!isFound)
         return;
-    const QWidget *const view = editor.viewport();
-    const QRect frame = m_searchPanel->frameGeometry();
-    const QRect panel(view->mapFromGlobal(frame.topLeft()), frame.size());
-    const QRect cursor = editor.cursorRect();
-    if (panel.bottom() < cursor.top() || panel.top() > cursor.bottom() || panel.right() < 0
-        || panel.left() > view->width())
-        return;
-    const int above = panel.top();
-    const int below = view->height() - panel.bottom();
-    const int middle = above > below ? above / 2 : panel.bottom() + below / 2;
-    const auto rows = qint64(middle / editor.rowHeight());
-    editor.setTopRow(editor.cursorPosition().row - qMax<qint64>(0, rows));
+    showHit(*editor);
+    if (m_searchPanel && m_searchPanel->isVisible())
+        uncoverHit(*editor, *m_searchPanel);
 }
 
 void frmMain::slotCmdViewSearch()
