@@ -82,16 +82,9 @@ private slots:
     void stopsAndSpeedsUp();
     void lettingNothingIn();
     void nothingToDo();
-    void panelShowsMode();
     void panelOffersHistory();
-    void panelRefusesEmptyText();
     void panelKeys();
-    void fieldsTakeAnyText_data();
-    void fieldsTakeAnyText();
     void historySurvives();
-    void progressCounts();
-    void numbers_data();
-    void numbers();
     void jumpsToLines_data();
     void jumpsToLines();
     void jumpsToLastEdit();
@@ -298,23 +291,6 @@ void SearchTest::nothingToDo()
     QVERIFY(!m_window->findChild<frmReplaceProgress *>());
 }
 
-void SearchTest::panelShowsMode()
-{
-    for (const int mode : { 0, 1, 0 }) {
-        const frmSearchDialog *const shown = panel(mode);
-        QCOMPARE(shown->windowTitle(), mode ? QStringLiteral("Replace") : QStringLiteral("Search"));
-        QVERIFY(buttonOf(*shown, mode ? QStringLiteral("Replace Next") : QStringLiteral("Search Next"))
-                    ->isVisible());
-        QCOMPARE(buttonOf(*shown, QStringLiteral("Search Prev"))->isVisible(), mode == 0);
-        QCOMPARE(buttonOf(*shown, QStringLiteral("Replace ALL"))->isVisible(), mode == 1);
-        QCOMPARE(fieldsOf(*shown).at(1)->isVisible(), mode == 1);
-        QCOMPARE(shown->findChild<QLabel *>(QString(), Qt::FindDirectChildrenOnly)->isVisible(), mode == 1);
-        QCOMPARE(shown->size(), shown->sizeHint());
-        QCOMPARE(buttonOf(*shown, QStringLiteral("Close"))->size(), QSize(40, 17));
-        QCOMPARE(fieldsOf(*shown).at(0)->height(), 19);
-    }
-}
-
 void SearchTest::panelOffersHistory()
 {
     for (int i = 0; i < 22; ++i)
@@ -339,22 +315,6 @@ void SearchTest::panelOffersHistory()
     QCOMPARE(find->count(), 20);
 }
 
-void SearchTest::panelRefusesEmptyText()
-{
-    frmSearchDialog *const asked = ask(0, {});
-    const QSignalSpy next(asked, &frmSearchDialog::nextClicked);
-    const QSignalSpy before(asked, &frmSearchDialog::befoClicked);
-    const QSignalSpy all(asked, &frmSearchDialog::allClicked);
-    MessageBoxes boxes;
-    asked->slotBtnNext();
-    asked->slotBtnBefo();
-    asked->slotBtnAll();
-    QCOMPARE(boxes.texts(), QStringList(3, QStringLiteral("Error|Input the characters.")));
-    QCOMPARE(next.count() + before.count() + all.count(), 0);
-    QVERIFY(asked->isVisible());
-    QVERIFY(!QFile::exists(historyFile()));
-}
-
 void SearchTest::panelKeys()
 {
     editor().setText(QStringLiteral("a A a"));
@@ -370,41 +330,6 @@ void SearchTest::panelKeys()
     QCOMPARE(m_window->tabBar()->count(), 1);
 }
 
-void SearchTest::fieldsTakeAnyText_data()
-{
-    QTest::addColumn<QString>("put");
-    QTest::addColumn<QString>("expected");
-
-    for (const char16_t *text : { u" a ", u",\"';", u"a\\b\\", u"\u3000", u"a=b [c]", u"\u212a\U0001f600" })
-        QTest::newRow(qPrintable(QString::fromUtf16(text)))
-            << QString::fromUtf16(text) << QString::fromUtf16(text);
-    const QString longText(100000, u'x');
-    QTest::newRow("100,000 characters") << longText << longText;
-    QTest::newRow("several lines") << "one\ntwo\nthree"
-                                   << "one";
-    QTest::newRow("several lines with CR") << "one\r\ntwo"
-                                           << "one";
-    QTest::newRow("line end only") << "\none"
-                                   << "";
-}
-
-void SearchTest::fieldsTakeAnyText()
-{
-    QFETCH(QString, put);
-    QFETCH(QString, expected);
-
-    frmSearchDialog *const asked = ask(0, QStringLiteral("<>"));
-    QLineEdit *const field = fieldsOf(*asked).at(0)->lineEdit();
-    field->setCursorPosition(1);
-    field->insert(put);
-    QCOMPARE(field->text(), u'<' + expected + u'>');
-    asked->slotBtnNext();
-    QCOMPARE(asked->findText, u'<' + expected + u'>');
-    // A second window reads what was written while the first one still runs.
-    const frmSearchDialog other(nullptr);
-    QCOMPARE(other.searchHistory.texts().front(), u'<' + expected + u'>');
-}
-
 void SearchTest::historySurvives()
 {
     ask(1, QStringLiteral(" a,b "), QStringLiteral("\"c\""))->slotBtnNext();
@@ -415,63 +340,6 @@ void SearchTest::historySurvives()
     QCOMPARE(fieldsOf(*shown).at(0)->itemText(0), QStringLiteral(" a,b "));
     QCOMPARE(fieldsOf(*shown).at(1)->currentText(), QStringLiteral("\"c\""));
     QVERIFY(QFile::exists(historyFile()));
-}
-
-void SearchTest::progressCounts()
-{
-    frmReplaceProgress progress(m_window.get());
-    QVERIFY(progress.isVisible());
-    QVERIFY(progress.isModal());
-    QCOMPARE(progress.windowTitle(), QStringLiteral("Replace All"));
-    const QLabel *const label = progress.findChild<QLabel *>();
-    QCOMPARE(label->text(), QString());
-    progress.setCount(1);
-    QCOMPARE(label->text(), QStringLiteral("replaced :   1"));
-    QHideEvent minimised;
-    QSpontaneKeyEvent::setSpontaneous(&minimised);
-    qApp->notify(&progress, &minimised);
-    QVERIFY(!progress.stopRequested);
-    progress.close();
-    QVERIFY(progress.stopRequested);
-    QVERIFY(!progress.speedUp);
-}
-
-void SearchTest::numbers_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isNumber");
-    QTest::addColumn<qint64>("number");
-
-    const auto row = [](const char16_t *text, bool isNumber, qint64 number) {
-        QTest::newRow(qPrintable(u'<' + QString::fromUtf16(text) + u'>'))
-            << QString::fromUtf16(text) << isNumber << number;
-    };
-    row(u"12", true, 12);
-    row(u"  12 ", true, 12);
-    row(u"+3", true, 3);
-    row(u"-3", true, -3);
-    row(u"007", true, 7);
-    row(u"１２３", true, 123);
-    row(u"－５", true, -5);
-    row(u"\u3000＋５\u3000", true, 5);
-    row(u"4294967297", true, 4294967297);
-    row(u"99999999999999999999", false, 0);
-    row(u"", false, 0);
-    row(u"a", false, 0);
-    row(u"1 2", false, 0);
-    row(u"1.5", false, 0);
-    row(u"0x10", false, 0);
-    row(u"²", false, 0);
-}
-
-void SearchTest::numbers()
-{
-    QFETCH(QString, text);
-    QFETCH(bool, isNumber);
-    QFETCH(qint64, number);
-
-    QCOMPARE(frmJumpTo::numberOf(text).has_value(), isNumber);
-    QCOMPARE(frmJumpTo::numberOf(text).value_or(0), number);
 }
 
 void SearchTest::jumpsToLines_data()
