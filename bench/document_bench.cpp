@@ -10,6 +10,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <chrono>
+
 namespace {
 
 constexpr qsizetype megabyte = 1 << 20;
@@ -74,17 +76,49 @@ void save(benchmark::State &state)
 }
 BENCHMARK(save)->ArgsProduct({ { 0, 1, 2, 3 }, { 100 } })->Unit(benchmark::kMillisecond);
 
-void indentMillionLines(benchmark::State &state)
+void press(ctlEditer &editor, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 {
+    QKeyEvent event(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(&editor, &event);
+}
+
+enum BlockStep { Indent, UndoIt, RedoIt, Unindent, UndoThat, BlockSteps };
+
+/// Indenting a marked block of a million lines, undoing and redoing it, unindenting it and undoing that: one
+/// of the steps is measured, unwrapped or wrapped into two rows a line.
+void millionLines(benchmark::State &state)
+{
+    appSettings().WrapMode = state.range(1) ? 2 : 0;
+    appSettings().WrapLen = 30;
     ctlEditer editor(nullptr);
     editor.setText(QStringLiteral("    int value = 42; // a line of a program\n").repeated(1000000));
     for (auto run : state) {
-        editor.selectAll();
-        QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, {});
-        QApplication::sendEvent(&editor, &tab);
+        for (int step = Indent; step < BlockSteps; ++step) {
+            if (step == Indent || step == Unindent)
+                editor.selectAll();
+            const auto start = std::chrono::steady_clock::now();
+            if (step == Indent)
+                press(editor, Qt::Key_Tab);
+            else if (step == Unindent)
+                press(editor, Qt::Key_Backtab, Qt::ShiftModifier);
+            else if (step == RedoIt)
+                editor.redo();
+            else
+                editor.undo();
+            const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+            if (step == state.range(0))
+                state.SetIterationTime(taken.count());
+        }
+        editor.undo();
     }
+    appSettings() = AppSettings();
 }
-BENCHMARK(indentMillionLines)->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(millionLines)
+    ->ArgNames({ "step", "wrapped" })
+    ->ArgsProduct({ { Indent, UndoIt, RedoIt, Unindent, UndoThat }, { 0, 1 } })
+    ->Iterations(3)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 
