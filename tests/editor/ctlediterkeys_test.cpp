@@ -1,74 +1,14 @@
 #include "editor/ctlediter.h"
 
 #include "app/settings.h"
+#include "tests/platform/markedtext.h"
 
 #include <QKeyEvent>
 #include <QRandomGenerator>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <memory>
-
-namespace {
-
-/// Text with the cursor drawn as "|" and the other end of a selection as "^": "ab^cd|ef" marks "cd" with the
-/// cursor behind it.
-struct Drawing {
-    QString text;
-    qsizetype cursor = 0;
-    qsizetype anchor = 0;
-
-    static Drawing of(QString drawn)
-    {
-        Drawing drawing;
-        const qsizetype anchor = drawn.indexOf(u'^');
-        drawing.cursor = drawn.indexOf(u'|');
-        Q_ASSERT(drawing.cursor != -1);
-        drawing.anchor = anchor == -1 ? drawing.cursor : anchor - (drawing.cursor < anchor ? 1 : 0);
-        drawing.cursor -= anchor != -1 && anchor < drawing.cursor ? 1 : 0;
-        drawing.text = drawn.remove(u'|').remove(u'^');
-        return drawing;
-    }
-
-    void put(ctlEditer &editor) const
-    {
-        editor.setText(text);
-        const RowCol from = editor.store().rowColAt(anchor);
-        const RowCol to = editor.store().rowColAt(cursor);
-        editor.setCursorPosition(from.row, from.column);
-        if (cursor != anchor)
-            editor.setCursorPosition(to.row, to.column, true);
-    }
-
-    static QString drawn(const ctlEditer &editor)
-    {
-        QString text = editor.text();
-        const qint64 cursor = editor.cursorOffset();
-        text.insert(cursor, u'|');
-        qint64 row1, column1, row2, column2;
-        if (!editor.getMarkedRegion(&row1, &column1, &row2, &column2))
-            return text;
-        const qint64 begin = editor.store().offsetAt({ row1, column1 });
-        const qint64 end = editor.store().offsetAt({ row2, column2 });
-        text.insert(cursor == begin ? end + 1 : begin, u'^');
-        return text;
-    }
-};
-
-void press(ctlEditer &editor, int key, Qt::KeyboardModifiers modifiers = {})
-{
-    const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
-    const QString text = isReturn ? QStringLiteral("\r")
-        : key == Qt::Key_Tab      ? QStringLiteral("\t")
-                                  : QString();
-    QKeyEvent down(QEvent::KeyPress, key, modifiers, text);
-    QApplication::sendEvent(&editor, &down);
-    QKeyEvent up(QEvent::KeyRelease, key, modifiers, text);
-    QApplication::sendEvent(&editor, &up);
-}
-
-} // namespace
 
 class CtlEditerKeysTest : public QObject {
     Q_OBJECT
@@ -142,10 +82,10 @@ void CtlEditerKeysTest::autoIndent_data()
     row("-1 is like 2", -1, u"\u3000a|", u"\u3000a\n\u3000|");
     row("the cursor's row counts", 2, u"\tone\n  two|\n\tthree", u"\tone\n  two\n  |\n\tthree");
     row("spaces behind the cursor stay", 2, u"  a|  b", u"  a\n  |  b");
-    row("selection in one row is replaced", 2, u"  a^bc|d", u"  a\n  |d");
-    row("selection, cursor at its begin", 2, u"  a|bc^d", u"  a\n  |d");
-    row("selection over lines, cursor at its end", 2, u"\ta^b\n  c|d", u"\ta\n  |d");
-    row("selection over lines, cursor at its begin", 2, u"\ta|b\n  c^d", u"\ta\n\t|d");
+    row("selection in one row is replaced", 2, u"  a[bc|d", u"  a\n  |d");
+    row("selection, cursor at its begin", 2, u"  a|bc]d", u"  a\n  |d");
+    row("selection over lines, cursor at its end", 2, u"\ta[b\n  c|d", u"\ta\n  |d");
+    row("selection over lines, cursor at its begin", 2, u"\ta|b\n  c]d", u"\ta\n\t|d");
     row("empty text", 2, u"|", u"\n|");
     row("row of blanks", 2, u"   |", u"   \n   |");
 }
@@ -155,9 +95,9 @@ void CtlEditerKeysTest::autoIndent()
     QFETCH(int, mode);
     QFETCH(QString, before);
     appSettings().AutoIndent = mode;
-    Drawing::of(before).put(*m_editor);
-    press(*m_editor, Qt::Key_Return);
-    QTEST(Drawing::drawn(*m_editor), "after");
+    MarkedText::load(*m_editor, before);
+    QTest::keyClick(m_editor, Qt::Key_Return);
+    QTEST(MarkedText::draw(*m_editor), "after");
 }
 
 void CtlEditerKeysTest::autoIndentTakesEveryReturn_data()
@@ -177,17 +117,17 @@ void CtlEditerKeysTest::autoIndentTakesEveryReturn()
     QFETCH(Qt::KeyboardModifiers, modifiers);
     for (const int mode : { 0, 1 }) {
         appSettings().AutoIndent = mode;
-        Drawing::of(QStringLiteral("  a|")).put(*m_editor);
-        press(*m_editor, key, modifiers);
+        MarkedText::load(*m_editor, QStringLiteral("  a|"));
+        QTest::keyClick(m_editor, Qt::Key(key), modifiers);
         QCOMPARE(
-            Drawing::drawn(*m_editor), mode == 0 ? QStringLiteral("  a\n|") : QStringLiteral("  a\n  |"));
+            MarkedText::draw(*m_editor), mode == 0 ? QStringLiteral("  a\n|") : QStringLiteral("  a\n  |"));
     }
 }
 
 void CtlEditerKeysTest::autoIndentIsOneUndoStep()
 {
-    Drawing::of(QStringLiteral("\t a|b")).put(*m_editor);
-    press(*m_editor, Qt::Key_Return);
+    MarkedText::load(*m_editor, QStringLiteral("\t a|b"));
+    QTest::keyClick(m_editor, Qt::Key_Return);
     QVERIFY(m_editor->undoAvailable());
     QCOMPARE(m_editor->history().undoSteps(), 1);
     m_editor->undo();
@@ -201,28 +141,28 @@ void CtlEditerKeysTest::autoIndentOfAWrappedRow()
     appSettings().WrapLen = 4;
     m_editor->applyWrapMode();
     // The rows are "  ab" and " cde": the second one's own blanks count.
-    Drawing::of(QStringLiteral("  ab cd|e")).put(*m_editor);
-    press(*m_editor, Qt::Key_Return);
-    QCOMPARE(Drawing::drawn(*m_editor), QStringLiteral("  ab cd\n |e"));
+    MarkedText::load(*m_editor, QStringLiteral("  ab cd|e"));
+    QTest::keyClick(m_editor, Qt::Key_Return);
+    QCOMPARE(MarkedText::draw(*m_editor), QStringLiteral("  ab cd\n |e"));
 }
 
 void CtlEditerKeysTest::returnEndsAComposition()
 {
-    Drawing::of(QStringLiteral("  a|")).put(*m_editor);
+    MarkedText::load(*m_editor, QStringLiteral("  a|"));
     QInputMethodEvent composing(QStringLiteral("にほん"), {});
     QApplication::sendEvent(m_editor, &composing);
-    press(*m_editor, Qt::Key_Return);
+    QTest::keyClick(m_editor, Qt::Key_Return);
     QVERIFY(!m_editor->text().contains(u'\n'));
-    press(*m_editor, Qt::Key_Return);
+    QTest::keyClick(m_editor, Qt::Key_Return);
     QVERIFY(m_editor->text().endsWith(QStringLiteral("\n  ")));
 }
 
 void CtlEditerKeysTest::readOnlyTextStays()
 {
-    Drawing::of(QStringLiteral("^a\nb|\nc")).put(*m_editor);
+    MarkedText::load(*m_editor, QStringLiteral("[a\nb|\nc"));
     m_editor->setReadOnly(true);
-    press(*m_editor, Qt::Key_Tab);
-    press(*m_editor, Qt::Key_Return);
+    QTest::keyClick(m_editor, Qt::Key_Tab);
+    QTest::keyClick(m_editor, Qt::Key_Return);
     QCOMPARE(m_editor->text(), QStringLiteral("a\nb\nc"));
 }
 
@@ -234,45 +174,45 @@ void CtlEditerKeysTest::blockIndent_data()
     const auto row = [](const char *name, bool shift, const char *before, const char *after) {
         QTest::newRow(name) << shift << QString::fromUtf8(before) << QString::fromUtf8(after);
     };
-    row("two lines and the end's row stays", false, "a^a\nbb\nc|c", "^\taa\n\tbb\n|cc");
-    row("lines 3 to 5, end at column 0", false, "1\n2\n^3\n4\n|5\n6", "1\n2\n^\t3\n\t4\n|5\n6");
-    row("reversed selection", false, "a|a\nbb\nc^c", "^\taa\n\tbb\n|cc");
-    row("empty lines stay empty", false, "^a\n\n\nb\n|c", "^\ta\n\n\n\tb\n|c");
-    row("line of a TAB gets one more", false, "^\t\na\n|", "^\t\t\n\ta\n|");
-    row("Japanese", false, "^日本\n語\n|", "^\t日本\n\t語\n|");
-    row("selection inside a line is replaced", false, "a^b|c", "a\t|c");
+    row("two lines and the end's row stays", false, "a[a\nbb\nc|c", "[\taa\n\tbb\n|cc");
+    row("lines 3 to 5, end at column 0", false, "1\n2\n[3\n4\n|5\n6", "1\n2\n[\t3\n\t4\n|5\n6");
+    row("reversed selection", false, "a|a\nbb\nc]c", "[\taa\n\tbb\n|cc");
+    row("empty lines stay empty", false, "[a\n\n\nb\n|c", "[\ta\n\n\n\tb\n|c");
+    row("line of a TAB gets one more", false, "[\t\na\n|", "[\t\t\n\ta\n|");
+    row("Japanese", false, "[日本\n語\n|", "[\t日本\n\t語\n|");
+    row("selection inside a line is replaced", false, "a[b|c", "a\t|c");
     row("no selection", false, "a|b", "a\t|b");
-    row("only a line end marked", false, "a^\n|b", "^\ta\n|b");
-    row("out: one TAB goes", true, "^\t\ta\n\tb\n|\tc", "^\ta\nb\n|\tc");
-    row("out: lines without a TAB stay", true, "^a\n\tb\n  c\n \td\n|e", "^a\nb\n  c\n \td\n|e");
-    row("out: empty lines stay", true, "^\n\ta\n\n|b", "^\na\n\n|b");
-    row("out: a line of one TAB becomes empty", true, "^\t\n\ta\n|b",
-        "^\n"
+    row("only a line end marked", false, "a[\n|b", "[\ta\n|b");
+    row("out: one TAB goes", true, "[\t\ta\n\tb\n|\tc", "[\ta\nb\n|\tc");
+    row("out: lines without a TAB stay", true, "[a\n\tb\n  c\n \td\n|e", "[a\nb\n  c\n \td\n|e");
+    row("out: empty lines stay", true, "[\n\ta\n\n|b", "[\na\n\n|b");
+    row("out: a line of one TAB becomes empty", true, "[\t\n\ta\n|b",
+        "[\n"
         "a\n|b");
-    row("out: reversed, from the middles", true, "\ta|a\n\tb^b", "^aa\n|\tbb");
+    row("out: reversed, from the middles", true, "\ta|a\n\tb]b", "[aa\n|\tbb");
 }
 
 void CtlEditerKeysTest::blockIndent()
 {
     QFETCH(bool, shift);
     QFETCH(QString, before);
-    Drawing::of(before).put(*m_editor);
+    MarkedText::load(*m_editor, before);
     if (shift)
-        press(*m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
+        QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
     else
-        press(*m_editor, Qt::Key_Tab);
-    QTEST(Drawing::drawn(*m_editor), "after");
+        QTest::keyClick(m_editor, Qt::Key_Tab);
+    QTEST(MarkedText::draw(*m_editor), "after");
     QVERIFY(m_editor->updatesEnabled());
 }
 
 void CtlEditerKeysTest::blockIndentIsOneUndoStep()
 {
     const QString text = QStringLiteral("one\ntwo\nthree\n");
-    Drawing::of(u'^' + text + u'|').put(*m_editor);
-    press(*m_editor, Qt::Key_Tab);
-    press(*m_editor, Qt::Key_Tab);
+    MarkedText::load(*m_editor, u'[' + text + u'|');
+    QTest::keyClick(m_editor, Qt::Key_Tab);
+    QTest::keyClick(m_editor, Qt::Key_Tab);
     QCOMPARE(m_editor->text(), QStringLiteral("\t\tone\n\t\ttwo\n\t\tthree\n"));
-    press(*m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
+    QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
     QCOMPARE(m_editor->history().undoSteps(), 3);
     m_editor->undo();
     QCOMPARE(m_editor->text(), QStringLiteral("\t\tone\n\t\ttwo\n\t\tthree\n"));
@@ -288,26 +228,26 @@ void CtlEditerKeysTest::blockIndentOfWrappedRows()
     appSettings().WrapLen = 12;
     m_editor->applyWrapMode();
     // Rows of 12 columns: "aaaaaaaaaaaa" "aaa", "bbb", "cccccccccccc" "ccc"; a TAB is 4 columns wide.
-    Drawing::of(QStringLiteral("^aaaaaaaaaaaaaaa\nbbb\ncccccccccccccc|c")).put(*m_editor);
+    MarkedText::load(*m_editor, QStringLiteral("[aaaaaaaaaaaaaaa\nbbb\ncccccccccccccc|c"));
     QCOMPARE(m_editor->numLines(), 5);
-    press(*m_editor, Qt::Key_Tab);
+    QTest::keyClick(m_editor, Qt::Key_Tab);
     // The selection ends in the last line's second row, so its first row is part of the block.
-    QCOMPARE(Drawing::drawn(*m_editor), QStringLiteral("^\taaaaaaaaaaaaaaa\n\tbbb\n\tcccccccccccc|ccc"));
-    press(*m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
+    QCOMPARE(MarkedText::draw(*m_editor), QStringLiteral("[\taaaaaaaaaaaaaaa\n\tbbb\n\tcccccccccccc|ccc"));
+    QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
     QCOMPARE(m_editor->text(), QStringLiteral("aaaaaaaaaaaaaaa\nbbb\nccccccccccccccc"));
     // A selection that begins in a continuation row leaves that line alone.
-    Drawing::of(QStringLiteral("aaaaaaaaaaaaa^aa\nbbb\n|ccc")).put(*m_editor);
-    press(*m_editor, Qt::Key_Tab);
-    QCOMPARE(Drawing::drawn(*m_editor), QStringLiteral("aaaaaaaaaaaa^aaa\n\tbbb\n|ccc"));
+    MarkedText::load(*m_editor, QStringLiteral("aaaaaaaaaaaaa[aa\nbbb\n|ccc"));
+    QTest::keyClick(m_editor, Qt::Key_Tab);
+    QCOMPARE(MarkedText::draw(*m_editor), QStringLiteral("aaaaaaaaaaaa[aaa\n\tbbb\n|ccc"));
 }
 
 void CtlEditerKeysTest::exactlyShiftIgnoresTheKeypad()
 {
-    Drawing::of(QStringLiteral("^\ta\n|b")).put(*m_editor);
-    press(*m_editor, Qt::Key_Backtab, Qt::ShiftModifier | Qt::KeypadModifier);
+    MarkedText::load(*m_editor, QStringLiteral("[\ta\n|b"));
+    QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier | Qt::KeypadModifier);
     QCOMPARE(m_editor->text(), QStringLiteral("a\nb"));
-    Drawing::of(QStringLiteral("^\ta\n|b")).put(*m_editor);
-    press(*m_editor, Qt::Key_Tab, Qt::ShiftModifier);
+    MarkedText::load(*m_editor, QStringLiteral("[\ta\n|b"));
+    QTest::keyClick(m_editor, Qt::Key_Tab, Qt::ShiftModifier);
     QCOMPARE(m_editor->text(), QStringLiteral("a\nb"));
 }
 
@@ -317,10 +257,10 @@ void CtlEditerKeysTest::tabNeverMovesTheFocus()
     other.setFocusPolicy(Qt::StrongFocus);
     other.show();
     m_editor->setFocus();
-    Drawing::of(QStringLiteral("a|")).put(*m_editor);
-    press(*m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
+    MarkedText::load(*m_editor, QStringLiteral("a|"));
+    QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
     QCOMPARE(QApplication::focusWidget(), m_editor);
-    press(*m_editor, Qt::Key_Tab);
+    QTest::keyClick(m_editor, Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget(), m_editor);
     QCOMPARE(m_editor->text(), QStringLiteral("a\t"));
 }
@@ -329,7 +269,7 @@ void CtlEditerKeysTest::controlTabIsLeftToTheWindow()
 {
     for (const auto modifiers :
         { Qt::KeyboardModifiers(Qt::ControlModifier), Qt::ControlModifier | Qt::ShiftModifier }) {
-        Drawing::of(QStringLiteral("^a\nb|")).put(*m_editor);
+        MarkedText::load(*m_editor, QStringLiteral("[a\nb|"));
         const int key = modifiers.testFlag(Qt::ShiftModifier) ? Qt::Key_Backtab : Qt::Key_Tab;
         QKeyEvent event(QEvent::KeyPress, key, modifiers);
         event.setAccepted(true);
@@ -343,13 +283,13 @@ void CtlEditerKeysTest::controlTabIsLeftToTheWindow()
 void CtlEditerKeysTest::homeScrollsBack()
 {
     m_editor->setText(QString(1000, u'x') + u'\n' + QString(1000, u'y'));
-    press(*m_editor, Qt::Key_End);
+    QTest::keyClick(m_editor, Qt::Key_End);
     QVERIFY(m_editor->xOffset() > 0);
-    press(*m_editor, Qt::Key_Home);
+    QTest::keyClick(m_editor, Qt::Key_Home);
     QCOMPARE(m_editor->xOffset(), 0);
-    press(*m_editor, Qt::Key_End);
+    QTest::keyClick(m_editor, Qt::Key_End);
     QVERIFY(m_editor->xOffset() > 0);
-    press(*m_editor, Qt::Key_Right);
+    QTest::keyClick(m_editor, Qt::Key_Right);
     QCOMPARE(m_editor->cursorPosition().row, 1);
     QCOMPARE(m_editor->xOffset(), 0);
 }
@@ -371,13 +311,13 @@ void CtlEditerKeysTest::rightOverALineEndRepaintsTheRow()
     Recorder editor(m_window.get());
     editor.show();
     editor.setFocus();
-    Drawing::of(QStringLiteral("a|b\ncd")).put(editor);
+    MarkedText::load(editor, QStringLiteral("a|b\ncd"));
     QTRY_VERIFY(editor.rows.contains(1));
-    press(editor, Qt::Key_Right, Qt::ShiftModifier);
+    QTest::keyClick(&editor, Qt::Key_Right, Qt::ShiftModifier);
     QTRY_VERIFY(!editor.rows.isEmpty());
     QCoreApplication::processEvents();
     editor.rows.clear();
-    press(editor, Qt::Key_Right, Qt::ShiftModifier);
+    QTest::keyClick(&editor, Qt::Key_Right, Qt::ShiftModifier);
     QVERIFY(editor.hasMarkedText());
     QTRY_VERIFY(editor.rows.contains(0) && editor.rows.contains(1));
 }
@@ -422,7 +362,8 @@ void CtlEditerKeysTest::randomBlocks()
             const bool last = row == m_editor->numLines() - 1;
             expected += line + (m_editor->isEndOfParagraph(row) && !last ? QStringLiteral("\n") : QString());
         }
-        press(*m_editor, out ? Qt::Key_Backtab : Qt::Key_Tab, out ? Qt::ShiftModifier : Qt::NoModifier);
+        QTest::keyClick(
+            m_editor, out ? Qt::Key_Backtab : Qt::Key_Tab, out ? Qt::ShiftModifier : Qt::NoModifier);
         QCOMPARE(m_editor->text(), expected);
         QVERIFY(!out || m_editor->hasMarkedText());
         m_editor->undo();
