@@ -6,6 +6,7 @@
 #include "app/translation.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "platform/freememory.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -13,7 +14,6 @@
 #include <QScreen>
 #include <QSessionManager>
 #include <QStackedWidget>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -52,6 +52,8 @@ frmMain::frmMain(QWidget *parent)
     connect(&m_firstDocumentTimer, &QTimer::timeout, this, &frmMain::slotEtcFirstNewDoc);
     connect(tabBar(), &ctlTabBar::currentChanged, this, &frmMain::slotTabCurrentChanged);
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
+    m_freeing.setSingleShot(true);
+    connect(&m_freeing, &QTimer::timeout, this, giveBackFreeMemory);
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
         if (!endSession(session.allowsInteraction()))
             session.cancel();

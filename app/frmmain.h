@@ -200,6 +200,7 @@ private:
     bool m_fullScreen = false;
     QTimer m_firstDocumentTimer; ///< from showing the window
     bool m_firstDocumentDue = false; ///< the time is over, but the window was not active
+    QTimer m_freeing; ///< runs out once when closed documents are gone
     SearchRequest m_search;
     frmSearchDialog *m_searchPanel = nullptr; ///< made when it is first needed
     std::unique_ptr<Translation> m_translation;

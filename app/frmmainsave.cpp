@@ -164,6 +164,7 @@ void frmMain::closeDocument(ctlEditer *editor)
     addRecent(editor);
     editor->blockSignals(true);
     editor->hide();
+    connect(editor, &QObject::destroyed, &m_freeing, qOverload<>(&QTimer::start));
     editor->deleteLater();
     slotTabCurrentChanged(nullptr);
     if (ctlEditer *next = currentEditor())
