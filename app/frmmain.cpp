@@ -12,7 +12,6 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QScreen>
-#include <QSessionManager>
 #include <QStackedWidget>
 
 using namespace Qt::StringLiterals;
@@ -54,10 +53,7 @@ frmMain::frmMain(QWidget *parent)
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
     m_freeing.setSingleShot(true);
     connect(&m_freeing, &QTimer::timeout, this, giveBackFreeMemory);
-    connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
-        if (!endSession(session.allowsInteraction()))
-            session.cancel();
-    });
+    watchSession();
 }
 
 frmMain::~frmMain()

@@ -69,9 +69,10 @@ public:
     /// Closes every document, from the last tab backwards; modified ones are asked about, or saved without
     /// asking. False when that was cancelled or a save failed; what was passed by then stays closed.
     bool confirmCloseAll(bool saveWithoutAsking);
-    /// The user's session is about to end: closes the window, which asks about modified documents. False when
-    /// the session is not to end: that was cancelled, or there is something to ask while nothing may be asked
-    /// or a dialog waits for its answer. Without modified documents a session always ends.
+    /// The user's session is about to end: asks about modified documents, from the last tab backwards. False
+    /// when the session is not to end: that was cancelled, a save failed, or there is something to ask while
+    /// nothing may be asked or a dialog waits for its answer. All documents stay open, since the session may
+    /// go on all the same; those whose edits nobody wanted are closed without asking when it really ends.
     bool endSession(bool mayAsk);
 
     /// Gives changed settings to every document and to the menus; no document counts as modified by that.
@@ -179,6 +180,9 @@ private:
     SaveAnswer askToSave(const ctlEditer *editor);
     bool saveIfWanted(ctlEditer *editor);
     bool hasEdits() const;
+
+    void watchSession();
+    void closeUnwanted();
     void updateTabText(ctlEditer *editor);
     void updateCaption();
 
@@ -201,6 +205,7 @@ private:
     QTimer m_firstDocumentTimer; ///< from showing the window
     bool m_firstDocumentDue = false; ///< the time is over, but the window was not active
     QTimer m_freeing; ///< runs out once when closed documents are gone
+    QList<ctlEditer *> m_unwanted; ///< not to be saved at the end of the session, and not edited since
     SearchRequest m_search;
     frmSearchDialog *m_searchPanel = nullptr; ///< made when it is first needed
     std::unique_ptr<Translation> m_translation;

@@ -69,6 +69,7 @@ ctlEditer *frmMain::addDocument(const QString &caption)
     connect(editor, &ctlEditer::undoAvailable2, this, &frmMain::slotEdUndoAvailable);
     connect(editor, &ctlEditer::redoAvailable2, this, &frmMain::slotEdRedoAvailable);
     connect(editor, &ctlEditer::copyAvailable, this, &frmMain::slotEdCopyAvailable);
+    connect(editor, &ctlEditer::textChanged, this, [this, editor] { m_unwanted.removeOne(editor); });
     m_documents->stack()->addWidget(editor);
     const QString name = caption.isEmpty() ? editor->name() : caption;
     tabBar()->addTab(editor, name);

@@ -7,17 +7,13 @@
 #include "platform/filename.h"
 #include "platform/messagebox.h"
 #include "platform/qcop.h"
+#include "platform/qpeapplication.h"
 
-#include <QApplication>
 #include <QStackedWidget>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int tabIdCount = 1000;
 
 /// Tells the file explorer, when it runs, that a file has changed.
 void announceSaved(const ctlEditer *editor)
@@ -27,6 +23,14 @@ void announceSaved(const ctlEditer *editor)
         return;
     QCopEnvelope message(channel, u"refreshListItem(QString,QString)"_s);
     message << editor->path() << editor->name();
+}
+
+/// Who cancels closing a document does not want the whole program to end because of a request that has been
+/// waiting for this answer.
+void withdrawEnd()
+{
+    if (auto *application = qobject_cast<QPEApplication *>(qApp))
+        application->withdrawEnd();
 }
 
 } // namespace
@@ -72,7 +76,7 @@ void frmMain::slotCmdFileSaveAll()
 {
     if (!currentEditor())
         return;
-    for (int id = 0; id < tabIdCount; ++id) {
+    for (const int id : tabBar()->ids()) {
         ctlEditer *editor = tabBar()->editorOf(id);
         if (editor && editor->edited() && !slotCmdFileSave(editor))
             return;
@@ -114,24 +118,6 @@ bool frmMain::confirmCloseAll(bool saveWithoutAsking)
     return true;
 }
 
-bool frmMain::endSession(bool mayAsk)
-{
-    const bool isBusy = QApplication::activeModalWidget();
-    if (hasEdits() && (!mayAsk || isBusy))
-        return false;
-    if (!isBusy)
-        return close();
-    writeSettings();
-    return true;
-}
-
-bool frmMain::hasEdits() const
-{
-    const QList<ctlEditer *> editors = tabBar()->editors();
-    return std::any_of(
-        editors.begin(), editors.end(), [](const ctlEditer *editor) { return editor->edited(); });
-}
-
 /// Asks about a modified document and saves it on "Yes". False when it is not to be closed.
 bool frmMain::saveIfWanted(ctlEditer *editor)
 {
@@ -143,6 +129,7 @@ bool frmMain::saveIfWanted(ctlEditer *editor)
     case SaveAnswer::No:
         return true;
     case SaveAnswer::Cancel:
+        withdrawEnd();
         return false;
     }
     Q_UNREACHABLE();
@@ -159,6 +146,7 @@ frmMain::SaveAnswer frmMain::askToSave(const ctlEditer *editor)
 
 void frmMain::closeDocument(ctlEditer *editor)
 {
+    m_unwanted.removeOne(editor);
     m_documents->stack()->removeWidget(editor);
     tabBar()->removeTab(editor);
     addRecent(editor);

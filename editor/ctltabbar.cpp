@@ -67,14 +67,11 @@ int ctlTabBar::addTab(ctlEditer *editor, const QString &caption)
 
 int ctlTabBar::freeId() const
 {
-    QList<int> ids;
-    for (int index = 0; index < count(); ++index)
-        ids.append(idAt(index));
-    std::sort(ids.begin(), ids.end());
-    if (ids.isEmpty() || ids.last() < highestId)
-        return ids.isEmpty() ? 0 : ids.last() + 1;
+    const QList<int> used = ids();
+    if (used.isEmpty() || used.last() < highestId)
+        return used.isEmpty() ? 0 : used.last() + 1;
     int id = 0;
-    while (id < ids.size() && ids[id] == id)
+    while (id < used.size() && used[id] == id)
         ++id;
     return id;
 }
@@ -156,6 +153,15 @@ QList<ctlEditer *> ctlTabBar::editors() const
     QList<ctlEditer *> list;
     for (int index = 0; index < count(); ++index)
         list.append(editorAt(index));
+    return list;
+}
+
+QList<int> ctlTabBar::ids() const
+{
+    QList<int> list;
+    for (int index = 0; index < count(); ++index)
+        list.append(idAt(index));
+    std::sort(list.begin(), list.end());
     return list;
 }
 

@@ -33,6 +33,8 @@ public:
     ctlEditer *editorOf(int id) const;
     /// In the order of the tabs.
     QList<ctlEditer *> editors() const;
+    /// Those in use, ascending.
+    QList<int> ids() const;
 
     /// The caption a tab shows for a text: the shortest beginning of whole characters that is wider than 160
     /// pixels, followed by "..."; the whole text where only the whole text is wider.

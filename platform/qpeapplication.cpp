@@ -92,6 +92,19 @@ void QPEApplication::requestEnd()
     m_requests->addClose();
 }
 
+void QPEApplication::withdrawEnd()
+{
+    m_requests->removeClose();
+}
+
+bool QPEApplication::event(QEvent *event)
+{
+    // Only the platform sends one from outside; quitting from within is not spontaneous.
+    if (event->type() == QEvent::Quit && event->spontaneous())
+        emit sessionEnded();
+    return QApplication::event(event);
+}
+
 // A dialog that waits for an answer is what the user needs to see.
 void QPEApplication::raiseWindow()
 {

@@ -47,6 +47,16 @@ public:
     /// that are open are cancelled first; message boxes, and a long operation, are waited for. The signals
     /// that ask a process to end (EndSignals) do this once the main window is shown.
     void requestEnd();
+    /// Forgets a requestEnd() that still waits.
+    void withdrawEnd();
+
+signals:
+    /// The session manager ends the program, after it has let it save (commitDataRequest). The windows are
+    /// closed next; what they ask may never be answered.
+    void sessionEnded();
+
+protected:
+    bool event(QEvent *event) override;
 
 private:
     void raiseWindow();

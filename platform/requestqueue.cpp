@@ -40,6 +40,13 @@ void RequestQueue::addClose()
     schedule();
 }
 
+void RequestQueue::removeClose()
+{
+    m_closing = false;
+    stopWatching();
+    schedule();
+}
+
 bool RequestQueue::isFree() const
 {
     return m_receiver && !m_held && !m_delivering && !QApplication::activeModalWidget()
@@ -64,6 +71,12 @@ void RequestQueue::watch()
         Qt::UniqueConnection);
 }
 
+void RequestQueue::stopWatching()
+{
+    if (!isWaiting())
+        QAbstractEventDispatcher::instance(thread())->disconnect(this);
+}
+
 void RequestQueue::schedule()
 {
     if (m_closing && !m_delivering)
@@ -86,8 +99,7 @@ void RequestQueue::deliver()
             m_receiver, "setDocument", Qt::DirectConnection, Q_ARG(QString, m_fileNames.takeFirst()));
         Q_ASSERT(isTaken);
     }
-    if (!isWaiting())
-        QAbstractEventDispatcher::instance(thread())->disconnect(this);
+    stopWatching();
 }
 
 /// A dialog that is cancelled may uncover another one: the next look at the queue cancels that.

@@ -27,12 +27,15 @@ public:
     void setHeld(bool held);
     void add(const QString &fileName);
     void addClose();
+    /// Takes back an addClose() that still waits.
+    void removeClose();
 
 private:
     bool isWaiting() const { return m_closing || !m_fileNames.isEmpty(); }
     bool isFree() const;
     bool isReady();
     void watch();
+    void stopWatching();
     void schedule();
     void cancelDialog();
     void deliver();

@@ -4,9 +4,32 @@
 #include <QDialog>
 #include <QPointer>
 
+#ifdef __SANITIZE_ADDRESS__
+#include <cstddef>
+// The compiler comes without the header that declares it.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // NOLINT(bugprone-reserved-identifier)
+#else
+#include <malloc.h>
+#endif
+
 using namespace Qt::StringLiterals;
 
-/// Closing documents, quitting, the end of the session: what is asked, written, and stays open.
+namespace {
+
+/// What the program has asked for and not given back.
+qint64 allocatedBytes()
+{
+#ifdef __SANITIZE_ADDRESS__
+    return qint64(__sanitizer_get_current_allocated_bytes());
+#else
+    const struct mallinfo2 info = ::mallinfo2();
+    return qint64(info.uordblks + info.hblkhd);
+#endif
+}
+
+} // namespace
+
+/// Closing documents and quitting: what is asked, written, and stays open.
 class ClosingTest : public QObject {
     Q_OBJECT
 
@@ -18,6 +41,7 @@ private slots:
     void closeAnswers();
     void closeKeepsTheTabWhenSavingFails();
     void closedEditorsAreGone();
+    void closedDocumentsFreeTheirText();
     void closingShowsTheNeighbour();
 
     void quitAsksFromTheLastTab();
@@ -26,10 +50,6 @@ private slots:
     void quitWithSaveNeverAsks();
     void quitWithSaveStopsAtAFailure();
     void closingTheWindowAsks();
-
-    void sessionEnds_data();
-    void sessionEnds();
-    void sessionEndsWhileADialogIsOpen();
 };
 
 void ClosingTest::init()
@@ -103,6 +123,30 @@ void ClosingTest::closedEditorsAreGone()
     QVERIFY(!window.currentEditor());
     QVERIFY(!editor || !editor->isVisible());
     QTRY_VERIFY(!editor);
+}
+
+void ClosingTest::closedDocumentsFreeTheirText()
+{
+    constexpr qint64 mebi = 1 << 20;
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    const QString name = files.write(u"a.txt"_s, QByteArray("a line of text\n").repeated(4 * mebi / 15));
+    const auto openAndClose = [&] {
+        window.setDocument(name);
+        const qint64 opened = allocatedBytes();
+        window.currentEditor()->selectAll();
+        QTest::keyClick(window.currentEditor(), Qt::Key_Delete);
+        MessageBoxes boxes({ u"No"_s });
+        window.slotCmdFileCloseTab();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return opened;
+    };
+    openAndClose();
+    const qint64 before = allocatedBytes();
+    const qint64 opened = openAndClose();
+    QVERIFY(opened > before + 4 * mebi);
+    QVERIFY(allocatedBytes() < before + mebi / 4);
 }
 
 void ClosingTest::closingShowsTheNeighbour()
@@ -204,57 +248,6 @@ void ClosingTest::closingTheWindowAsks()
     QVERIFY(!window.isVisible());
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("xold"));
     QCOMPARE(boxes.count(), 2);
-}
-
-void ClosingTest::sessionEnds_data()
-{
-    QTest::addColumn<bool>("isModified");
-    QTest::addColumn<bool>("mayAsk");
-    QTest::addColumn<QStringList>("answers");
-    QTest::addColumn<bool>("ends");
-    QTest::addColumn<QByteArray>("content");
-    const QByteArray oldText("old"), newText("xold");
-    QTest::newRow("nothing to ask") << false << true << QStringList() << true << oldText;
-    QTest::newRow("nothing to ask, no asking") << false << false << QStringList() << true << oldText;
-    QTest::newRow("Yes saves") << true << true << QStringList{ u"Yes"_s } << true << newText;
-    QTest::newRow("No ends") << true << true << QStringList{ u"No"_s } << true << oldText;
-    QTest::newRow("Cancel stays") << true << true << QStringList{ u"Cancel"_s } << false << oldText;
-    QTest::newRow("no asking stays") << true << false << QStringList() << false << oldText;
-}
-
-void ClosingTest::sessionEnds()
-{
-    QFETCH(bool, isModified);
-    QFETCH(bool, mayAsk);
-    QFETCH(QStringList, answers);
-    const TestFiles files;
-    TestWindow window;
-    QVERIFY(openModified(window, files, { u"a.txt"_s }));
-    if (!isModified)
-        window.currentEditor()->undo();
-    MessageBoxes boxes(answers);
-    QTEST(window.endSession(mayAsk), "ends");
-    QCOMPARE(boxes.count(), answers.size());
-    QTEST(!window.isVisible(), "ends");
-    QTEST(files.read(u"a.txt"_s), "content");
-}
-
-void ClosingTest::sessionEndsWhileADialogIsOpen()
-{
-    const TestFiles files;
-    TestWindow window;
-    QVERIFY(openModified(window, files, { u"a.txt"_s }));
-    QDialog dialog(&window);
-    dialog.setModal(true);
-    dialog.show();
-    QVERIFY(!window.endSession(true));
-    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
-    window.currentEditor()->undo();
-    QFile::remove(settingsFile());
-    QVERIFY(window.endSession(true));
-    QVERIFY(QFile::exists(settingsFile()));
-    QVERIFY(dialog.isVisible());
-    QVERIFY(window.isVisible());
 }
 
 QTEST_MAIN(ClosingTest)

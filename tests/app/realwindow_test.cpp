@@ -1,42 +1,13 @@
-#include <QFile>
-#include <QProcess>
+#include "tests/app/programwindow.h"
+
 #include <QRegularExpression>
-#include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// What a program prints, without the line end.
-QString outputOf(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished();
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-QString settingsFile()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/marlopad.conf"_s;
-}
-
-/// English, so that windows are known by their titles, and nothing of the test before.
-bool writeSettings(const QByteArray &more = {})
-{
-    QFile file(settingsFile());
-    const QByteArray content = "[main]\nLang = 0\n" + more;
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-} // namespace
-
 /// The program itself in a window of a window manager, driven from outside by keys.
-class RealWindowTest : public QObject {
+class RealWindowTest : public QObject, private ProgramWindow {
     Q_OBJECT
 
 private slots:
@@ -56,95 +27,34 @@ private slots:
     void requestWaitsForTheFileDialog();
     void placeIsFoundAgainByTheNextStart_data();
     void placeIsFoundAgainByTheNextStart();
-
-private:
-    QString write(const QString &name, const QByteArray &content) const;
-    QByteArray read(const QString &name) const;
-    void start(const QStringList &files = {});
-    QString window() const;
-    QString title() const { return outputOf(u"xdotool"_s, { u"getwindowname"_s, window() }); }
-    /// As the title shows it: CR+LF, CR or LF.
-    QString lineEnd() const { return title().section(u'[', 2).chopped(1); }
-    QString states() const { return outputOf(u"xprop"_s, { u"-id"_s, window(), u"_NET_WM_STATE"_s }); }
-    void press(const QStringList &keys) const;
-    bool hasEnded();
-
-    QScopedPointer<QTemporaryDir> m_folder;
-    QScopedPointer<QProcess> m_program;
 };
 
 void RealWindowTest::init()
 {
-    m_folder.reset(new QTemporaryDir);
-    m_program.reset(new QProcess);
-    QVERIFY(writeSettings());
+    QVERIFY(reset());
 }
 
 void RealWindowTest::cleanup()
 {
-    if (m_program->state() != QProcess::NotRunning) {
-        m_program->kill();
-        m_program->waitForFinished();
-    }
-    QCOMPARE(m_program->readAllStandardError(), QByteArray());
-}
-
-QString RealWindowTest::write(const QString &name, const QByteArray &content) const
-{
-    QFile file(m_folder->filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(file.fileName()));
-    return file.fileName();
-}
-
-QByteArray RealWindowTest::read(const QString &name) const
-{
-    QFile file(m_folder->filePath(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void RealWindowTest::start(const QStringList &files)
-{
-    m_program->start(QStringLiteral(MARLOPAD_PROGRAM), files);
-    QVERIFY(m_program->waitForStarted());
-    QTRY_VERIFY(title().startsWith(u"Marlo!Pad QT  ["_s));
-    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s }), window());
-}
-
-QString RealWindowTest::window() const
-{
-    const QString found =
-        outputOf(u"xdotool"_s, { u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Marlo!Pad QT"_s });
-    return found.section(u'\n', 0, 0);
-}
-
-void RealWindowTest::press(const QStringList &keys) const
-{
-    outputOf(u"xdotool"_s, QStringList{ u"key"_s } + keys);
-}
-
-bool RealWindowTest::hasEnded()
-{
-    return m_program->state() == QProcess::NotRunning
-        || (m_program->waitForFinished(1) && m_program->state() == QProcess::NotRunning);
+    QCOMPARE(end(), QByteArray());
 }
 
 void RealWindowTest::firstDocumentComesByItself()
 {
-    start();
+    QVERIFY(start());
     QCOMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
     QVERIFY(states().contains(u"_NET_WM_STATE_MAXIMIZED_VERT"_s));
     press({ u"Escape"_s });
     QTRY_COMPARE(title(), u"Marlo!Pad QT"_s);
     press({ u"ctrl+q"_s });
     QTRY_VERIFY(hasEnded());
-    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(program().exitCode(), 0);
 }
 
 // No document is closed here: closing the last one within the time of the first document brings a new one.
 void RealWindowTest::filesAreTheOnlyDocuments()
 {
-    start({ write(u"a.txt"_s, "\r\x82\xA0"), write(u"b.txt"_s, "\x82\xA0\n") });
+    QVERIFY(start({ write(u"a.txt"_s, "\r\x82\xA0"), write(u"b.txt"_s, "\x82\xA0\n") }));
     QTRY_COMPARE(lineEnd(), u"LF"_s);
     for (const QString &next : { u"CR"_s, u"LF"_s, u"CR"_s, u"LF"_s }) {
         press({ u"ctrl+Tab"_s });
@@ -154,7 +64,7 @@ void RealWindowTest::filesAreTheOnlyDocuments()
 
 void RealWindowTest::keysActOnce()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\r\n") });
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\r\n") }));
     press({ u"x"_s, u"y"_s, u"ctrl+a"_s, u"ctrl+c"_s, u"ctrl+v"_s, u"ctrl+v"_s, u"ctrl+z"_s, u"ctrl+s"_s });
     QTRY_COMPARE(read(u"a.txt"_s), QByteArray("xy\x82\xA0\r\nxy\x82\xA0\r\n"));
     press({ u"ctrl+a"_s, u"ctrl+x"_s, u"ctrl+v"_s, u"ctrl+v"_s, u"Tab"_s, u"ctrl+s"_s });
@@ -165,8 +75,8 @@ void RealWindowTest::keysActOnce()
 
 void RealWindowTest::tabKeysSwitch()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\r\n"), write(u"b.txt"_s, "\x82\xA0\n"),
-        write(u"c.txt"_s, "\r\x82\xA0") });
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\r\n"), write(u"b.txt"_s, "\x82\xA0\n"),
+        write(u"c.txt"_s, "\r\x82\xA0") }));
     QTRY_COMPARE(lineEnd(), u"CR"_s);
     press({ u"ctrl+Tab"_s });
     QTRY_COMPARE(lineEnd(), u"CR+LF"_s);
@@ -180,11 +90,10 @@ void RealWindowTest::tabKeysSwitch()
 
 void RealWindowTest::fullScreenAndBack()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\n") });
-    const QString screen = outputOf(u"xdotool"_s, { u"getdisplaygeometry"_s });
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
+    const QString screen = xdotool({ u"getdisplaygeometry"_s });
     const auto size = [this] {
-        const QStringList lines =
-            outputOf(u"xdotool"_s, { u"getwindowgeometry"_s, u"--shell"_s, window() }).split(u'\n');
+        const QStringList lines = xdotool({ u"getwindowgeometry"_s, u"--shell"_s, window() }).split(u'\n');
         return lines.filter(u"WIDTH="_s).value(0).section(u'=', 1) + u' '
             + lines.filter(u"HEIGHT="_s).value(0).section(u'=', 1);
     };
@@ -199,10 +108,10 @@ void RealWindowTest::fullScreenAndBack()
 
 void RealWindowTest::secondStartHandsItsFileOver()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\r\n") });
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\r\n") }));
     write(u"b.txt"_s, "\r\x82\xA0");
     QProcess second;
-    second.setWorkingDirectory(m_folder->path());
+    second.setWorkingDirectory(folder());
     second.start(QStringLiteral(MARLOPAD_PROGRAM), { u"b.txt"_s });
     QVERIFY(second.waitForFinished());
     QCOMPARE(second.exitCode(), 0);
@@ -211,15 +120,13 @@ void RealWindowTest::secondStartHandsItsFileOver()
 
 void RealWindowTest::signalOfTheWindowManagerAsks()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\n") });
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
     press({ u"x"_s, u"alt+F4"_s });
-    QTRY_COMPARE(
-        outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Confirm File Save"_s);
+    QTRY_COMPARE(activeTitle(), u"Confirm File Save"_s);
     press({ u"Escape"_s });
-    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s }), window());
+    QTRY_VERIFY(isActive());
     press({ u"alt+F4"_s });
-    QTRY_COMPARE(
-        outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Confirm File Save"_s);
+    QTRY_COMPARE(activeTitle(), u"Confirm File Save"_s);
     press({ u"Return"_s });
     QTRY_VERIFY(hasEnded());
     QCOMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
@@ -228,50 +135,47 @@ void RealWindowTest::signalOfTheWindowManagerAsks()
 // cleanup() sees what was said.
 void RealWindowTest::textInAnyScriptIsNoWarning()
 {
-    start({ write(u"a.txt"_s, "हिन्दी தமிழ் ខ្មែរ བོད་ عربي\n") });
+    QVERIFY(start({ write(u"a.txt"_s, "हिन्दी தமிழ் ខ្មែរ བོད་ عربي\n") }));
     press({ u"ctrl+End"_s, u"x"_s, u"ctrl+s"_s });
     QTRY_VERIFY(read(u"a.txt"_s).endsWith('x'));
 }
 
 void RealWindowTest::signalToEndAsks()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\n") });
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
     press({ u"x"_s });
-    const auto activeName = [] {
-        return outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s });
-    };
-    m_program->terminate();
-    QTRY_COMPARE(activeName(), u"Confirm File Save"_s);
+    program().terminate();
+    QTRY_COMPARE(activeTitle(), u"Confirm File Save"_s);
     press({ u"Escape"_s });
-    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s }), window());
-    QCOMPARE(::kill(pid_t(m_program->processId()), SIGHUP), 0);
-    QTRY_COMPARE(activeName(), u"Confirm File Save"_s);
+    QTRY_VERIFY(isActive());
+    QCOMPARE(::kill(pid_t(program().processId()), SIGHUP), 0);
+    QTRY_COMPARE(activeTitle(), u"Confirm File Save"_s);
     press({ u"Return"_s });
     QTRY_VERIFY(hasEnded());
-    QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program().exitStatus(), QProcess::NormalExit);
     QCOMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
 }
 
 void RealWindowTest::signalToEndCancelsTheFileDialog()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\n") });
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
     press({ u"ctrl+o"_s });
-    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Open"_s);
-    m_program->terminate();
+    QTRY_COMPARE(activeTitle(), u"Open"_s);
+    program().terminate();
     QTRY_VERIFY(hasEnded());
-    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(program().exitCode(), 0);
 }
 
 void RealWindowTest::requestWaitsForTheFileDialog()
 {
-    start({ write(u"a.txt"_s, "\x82\xA0\r\n") });
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\r\n") }));
     press({ u"x"_s, u"ctrl+o"_s });
-    QTRY_COMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Open"_s);
+    QTRY_COMPARE(activeTitle(), u"Open"_s);
     QProcess second;
     second.start(QStringLiteral(MARLOPAD_PROGRAM), { write(u"c.txt"_s, "\r\x82\xA0") });
     QVERIFY(second.waitForFinished());
     QCOMPARE(second.exitCode(), 0);
-    QCOMPARE(outputOf(u"xdotool"_s, { u"getactivewindow"_s, u"getwindowname"_s }), u"Open"_s);
+    QCOMPARE(activeTitle(), u"Open"_s);
     press({ u"Escape"_s });
     QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR]"_s);
     press({ u"ctrl+shift+Tab"_s, u"ctrl+s"_s });
@@ -302,7 +206,7 @@ void RealWindowTest::placeIsFoundAgainByTheNextStart()
     const QString name = write(u"a.txt"_s, (QByteArray("many words ").repeated(60) + '\n').repeated(200));
     QStringList before;
     for (int run = 0; run < 3; ++run) {
-        start({ name });
+        QVERIFY(start({ name }));
         QTRY_COMPARE(title(), u"Marlo!Pad QT  [UTF8][LF]"_s);
         if (run == 0)
             press({ u"ctrl+End"_s, u"Prior"_s, u"Right"_s });

@@ -11,6 +11,7 @@
 #include <QToolTip>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <memory>
 
 using Editors = QList<ctlEditer *>;
@@ -434,6 +435,9 @@ void CtlTabBarTest::randomTabs()
             m_bar->setCurrentTab(current);
         }
         QCOMPARE(m_bar->editors(), editors);
+        QList<int> ascending = ids.values();
+        std::sort(ascending.begin(), ascending.end());
+        QCOMPARE(m_bar->ids(), ascending);
         QCOMPARE(m_bar->editorOf(m_bar->currentTab()), current);
         for (ctlEditer *editor : editors) {
             QCOMPARE(m_bar->idOf(editor), ids[editor]);

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+/// The program itself, in a window of a window manager, driven from outside by keys; and a folder of files.
+class ProgramWindow {
+public:
+    /// A new folder, settings of a first start in English, and no program.
+    bool reset(const QByteArray &moreSettings = {})
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_program = std::make_unique<QProcess>();
+        return writeSettings(moreSettings);
+    }
+    /// Ends the program if it still runs; gives what it has said on standard error.
+    QByteArray end()
+    {
+        if (m_program->state() != QProcess::NotRunning) {
+            m_program->kill();
+            m_program->waitForFinished();
+        }
+        return m_program->readAllStandardError();
+    }
+
+    QProcess &program() { return *m_program; }
+    QString folder() const { return m_folder->path(); }
+    QString write(const QString &name, const QByteArray &content) const
+    {
+        QFile file(m_folder->filePath(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+        return file.fileName();
+    }
+    QByteArray read(const QString &name) const
+    {
+        QFile file(m_folder->filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    static QString settingsFile()
+    {
+        return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+            + QStringLiteral("/marlopad.conf");
+    }
+    /// English, so that windows are known by their titles, and nothing of the test before.
+    static bool writeSettings(const QByteArray &more = {})
+    {
+        QFile file(settingsFile());
+        const QByteArray content = "[main]\nLang = 0\n" + more;
+        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+    }
+
+    /// Starts the program and waits until its window is active and shows a document.
+    bool start(const QStringList &files = {})
+    {
+        m_program->start(QStringLiteral(MARLOPAD_PROGRAM), files);
+        const auto showsDocument = [this] { return title().startsWith(QLatin1String("Marlo!Pad QT  [")); };
+        return m_program->waitForStarted() && QTest::qWaitFor(showsDocument)
+            && QTest::qWaitFor([this] { return isActive(); });
+    }
+    bool hasEnded()
+    {
+        return m_program->state() == QProcess::NotRunning
+            || (m_program->waitForFinished(1) && m_program->state() == QProcess::NotRunning);
+    }
+
+    QString window() const
+    {
+        return xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                           QStringLiteral("^Marlo!Pad QT") })
+            .section(u'\n', 0, 0);
+    }
+    QString title() const { return xdotool({ QStringLiteral("getwindowname"), window() }); }
+    /// As the title shows it: CR+LF, CR or LF.
+    QString lineEnd() const { return title().section(u'[', 2).chopped(1); }
+    QString states() const
+    {
+        return outputOf(
+            QStringLiteral("xprop"), { QStringLiteral("-id"), window(), QStringLiteral("_NET_WM_STATE") });
+    }
+    bool isActive() const { return xdotool({ QStringLiteral("getactivewindow") }) == window(); }
+    static QString activeTitle()
+    {
+        return xdotool({ QStringLiteral("getactivewindow"), QStringLiteral("getwindowname") });
+    }
+    static void press(const QStringList &keys) { xdotool(QStringList{ QStringLiteral("key") } + keys); }
+
+    static QString xdotool(const QStringList &arguments)
+    {
+        return outputOf(QStringLiteral("xdotool"), arguments);
+    }
+    /// What a program prints, without the line end.
+    static QString outputOf(const QString &program, const QStringList &arguments)
+    {
+        QProcess process;
+        process.start(program, arguments);
+        process.waitForFinished();
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QProcess> m_program;
+};

@@ -1,0 +1,237 @@
+#include "app/qpeapplicationesc.h"
+#include "tests/app/testwindow.h"
+
+#include "search/frmsearchdialog.h"
+
+#include <QDialog>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(std::function<void(frmMain &)>)
+
+namespace {
+
+QPEApplication *application()
+{
+    return static_cast<QPEApplication *>(qApp);
+}
+
+// Everything that is already under way has been done after it.
+void settle()
+{
+    for (int i = 0; i < 10; ++i)
+        QCoreApplication::processEvents();
+}
+
+void replaceAll(frmMain &window)
+{
+    window.slotCmdViewReplace();
+    auto *panel = window.findChild<frmSearchDialog *>();
+    panel->findText = u"x"_s;
+    panel->replaceText = u"yy"_s;
+    window.slotEtcReplaceAll();
+}
+
+/// Acts from the event loop in the first dialog or modal panel that appears, and answers all: a message box
+/// by the button of that text, else its last one; other dialogs are cancelled.
+class InDialog : public QObject {
+public:
+    explicit InDialog(std::function<void()> action, const QString &answer = {})
+        : m_action(std::move(action))
+        , m_answer(answer)
+    {
+        qApp->installEventFilter(this);
+    }
+    QStringList titles;
+    QByteArray firstForm; ///< name of its class
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *widget = qobject_cast<QWidget *>(object);
+        if (event->type() == QEvent::Show && widget && widget->isWindow() && widget->isModal())
+            QTimer::singleShot(0, widget, [this, widget] { actIn(*widget); });
+        return false;
+    }
+
+private:
+    void actIn(QWidget &widget)
+    {
+        titles << widget.windowTitle();
+        if (firstForm.isEmpty())
+            firstForm = widget.metaObject()->className();
+        std::exchange(m_action, [] {})();
+        if (auto *box = qobject_cast<QMessageBox *>(&widget))
+            buttonOf(*box)->click();
+        else if (auto *dialog = qobject_cast<QDialog *>(&widget))
+            dialog->reject();
+    }
+    QAbstractButton *buttonOf(const QMessageBox &box) const
+    {
+        for (QAbstractButton *button : box.buttons()) {
+            if (button->text() == m_answer)
+                return button;
+        }
+        return box.buttons().constLast();
+    }
+
+    std::function<void()> m_action;
+    QString m_answer;
+};
+
+} // namespace
+
+/// Requests that come while something of the program's own waits for its user: files to open, and the end.
+class RequestsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void fileWaits_data();
+    void fileWaits();
+    void endIsCancelledWithTheQuestion();
+    void endFollowsTheAnswer_data();
+    void endFollowsTheAnswer();
+    void endCancelsDialogs_data();
+    void endCancelsDialogs();
+
+private:
+    /// Opens a.txt with "old" and an "x" typed in front, without any other document.
+    bool openModifiedFile();
+    bool isClosed() const { return !m_window->isVisible(); }
+
+    std::unique_ptr<TestFiles> m_files;
+    std::unique_ptr<frmMain> m_window;
+};
+
+void RequestsTest::init()
+{
+    resetSettings();
+    m_files = std::make_unique<TestFiles>();
+    m_window = std::make_unique<frmMain>();
+    application()->showMainWidget(m_window.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(openModifiedFile());
+}
+
+void RequestsTest::cleanup()
+{
+    m_window.reset();
+}
+
+bool RequestsTest::openModifiedFile()
+{
+    application()->request(m_files->write(u"a.txt"_s, "old"));
+    const bool isThere = QTest::qWaitFor([this] { return m_window->tabBar()->count() == 1; });
+    QTest::keyClicks(m_window->currentEditor(), u"x"_s);
+    return isThere && m_window->currentEditor()->text() == u"xold";
+}
+
+void RequestsTest::fileWaits_data()
+{
+    QTest::addColumn<std::function<void(frmMain &)>>("act");
+    QTest::addColumn<QByteArray>("form");
+    const auto row = [](const char *name, const char *form, const std::function<void(frmMain &)> &act) {
+        QTest::newRow(name) << act << QByteArray(form);
+    };
+    row("open dialog", "frmFileDialog", &frmMain::slotCmdFileOpen);
+    row("save dialog", "frmFileDialog", [](frmMain &window) { window.slotCmdFileSaveAs(); });
+    row("options dialog", "frmOption", &frmMain::slotCmdEditOption);
+    row("line jump", "frmJumpTo", &frmMain::slotCmdViewGyoJump);
+    row("properties", "QMessageBox", &frmMain::slotCmdFileProp);
+    row("question", "QMessageBox", &frmMain::slotCmdFileCloseTab);
+    row("replace all", "frmReplaceProgress", replaceAll);
+}
+
+void RequestsTest::fileWaits()
+{
+    QFETCH(std::function<void(frmMain &)>, act);
+    const QString name = m_files->write(u"b.txt"_s, "requested");
+    int countInDialog = 0;
+    InDialog dialog([&] {
+        application()->request(name);
+        settle();
+        countInDialog = m_window->tabBar()->count();
+    });
+    QTimer::singleShot(0, m_window.get(), [&] { act(*m_window); });
+    QTRY_COMPARE(m_window->tabBar()->count(), 2);
+    QTEST(dialog.firstForm, "form");
+    QCOMPARE(countInDialog, 1);
+    settle();
+    QCOMPARE(m_window->tabBar()->count(), 2);
+    QCOMPARE(m_window->currentEditor()->text(), u"requested"_s);
+    QCOMPARE(m_window->tabBar()->tabText(0), u"* a.txt"_s);
+}
+
+/// The question was there before the request: it is not asked twice.
+void RequestsTest::endIsCancelledWithTheQuestion()
+{
+    InDialog question([] { application()->requestEnd(); }, u"Cancel"_s);
+    m_window->slotCmdFileCloseTab();
+    settle();
+    QCOMPARE(question.titles, QStringList{ u"Confirm File Save"_s });
+    QVERIFY(!isClosed());
+    QCOMPARE(m_window->tabBar()->count(), 1);
+
+    application()->requestEnd();
+    QTRY_COMPARE(question.titles.size(), 2);
+    QVERIFY(!isClosed());
+}
+
+void RequestsTest::endFollowsTheAnswer_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("Yes") << u"Yes"_s << QByteArray("xold");
+    QTest::newRow("No") << u"No"_s << QByteArray("old");
+}
+
+void RequestsTest::endFollowsTheAnswer()
+{
+    QFETCH(QString, answer);
+    InDialog question([] { application()->requestEnd(); }, answer);
+    m_window->slotCmdFileCloseTab();
+    QTRY_VERIFY(isClosed());
+    QCOMPARE(question.titles, QStringList{ u"Confirm File Save"_s });
+    QTEST(m_files->read(u"a.txt"_s), "content");
+}
+
+void RequestsTest::endCancelsDialogs_data()
+{
+    QTest::addColumn<std::function<void(frmMain &)>>("act");
+    const auto row = [](const char *name, const std::function<void(frmMain &)> &act) {
+        QTest::newRow(name) << act;
+    };
+    row("open dialog", &frmMain::slotCmdFileOpen);
+    row("options dialog", &frmMain::slotCmdEditOption);
+    row("line jump", &frmMain::slotCmdViewGyoJump);
+}
+
+void RequestsTest::endCancelsDialogs()
+{
+    QFETCH(std::function<void(frmMain &)>, act);
+    bool isCancelled = false;
+    InDialog dialog(
+        [&] {
+            application()->requestEnd();
+            settle();
+            isCancelled = !QApplication::activeModalWidget();
+        },
+        u"Yes"_s);
+    act(*m_window);
+    QVERIFY(isCancelled);
+    QTRY_VERIFY(isClosed());
+    QCOMPARE(dialog.titles.value(1), u"Confirm File Save"_s);
+    QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("xold"));
+}
+
+int main(int argc, char **argv)
+{
+    QPEApplicationEsc application(argc, argv);
+    RequestsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "requests_test.moc"
