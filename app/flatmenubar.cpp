@@ -16,7 +16,10 @@ void FlatMenuBar::paintEvent(QPaintEvent *)
     for (QAction *action : actions()) {
         QStyleOptionMenuItem option;
         initStyleOption(&option, action);
+        // Over the whole height, level with the tool bar: the toolkit keeps items at the top of a fixed bar.
         option.rect = actionGeometry(action);
+        option.rect.setTop(0);
+        option.rect.setHeight(height());
         if (option.state & QStyle::State_Selected) {
             painter.drawControl(QStyle::CE_MenuBarItem, option);
             continue;

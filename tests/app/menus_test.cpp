@@ -128,6 +128,7 @@ private slots:
     void menuItemsStandInTheirMenu_data();
     void menuItemsStandInTheirMenu();
     void menusHaveNoShortcuts();
+    void menuTextsStandInTheMiddle();
     void menuBarShowsThreeMenus();
     void menuIconsAreTheNamedPictures_data();
     void menuIconsAreTheNamedPictures();
@@ -214,6 +215,33 @@ void MenusTest::menuBarShowsThreeMenus()
     QCOMPARE(titles, QStringList({ u"&File"_s, u"&Edit"_s, u"&View"_s }));
     QCOMPARE(bar->actions().at(0)->menu(), window.menu(MenuId::File));
     QVERIFY(qobject_cast<QToolBar *>(bar->parentWidget()));
+}
+
+/// Number of the first row of pixels with a part of a letter.
+static int firstInk(QWidget &bar)
+{
+    QImage picture(bar.size(), QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    bar.render(&picture, {}, {}, {});
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixelColor(x, y) != Qt::white)
+                return y;
+        }
+    }
+    return -1;
+}
+
+/// As the labels of the tool bar beside them do: the bar is higher than its items, which are kept at its top.
+void MenusTest::menuTextsStandInTheMiddle()
+{
+    TestWindow window;
+    window.show();
+    auto *const bar = window.findChild<QMenuBar *>();
+    const int before = firstInk(*bar);
+    QVERIFY(before > 0);
+    bar->setFixedHeight(bar->height() + 8);
+    QTRY_COMPARE(firstInk(*bar), before + 4);
 }
 
 void MenusTest::menuIconsAreTheNamedPictures_data()
