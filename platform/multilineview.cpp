@@ -1,9 +1,10 @@
 #include "platform/qmultilineedit_p.h"
 
+#include "platform/viewscrollbar.h"
+
 #include <QApplication>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QScrollBar>
 #include <QStyleHints>
 #include <QWheelEvent>
 
@@ -55,23 +56,21 @@ qreal QMultiLineEdit::Private::contentWidth() const
 void QMultiLineEdit::Private::updateScrollBars()
 {
     rows = ScrollRange(qMax<qint64>(0, store.rowCount() - visibleRows()));
-    QScrollBar *const vertical = q->verticalScrollBar();
     syncingBar = true;
-    vertical->setPageStep(rows.pageStep(visibleRows()));
-    vertical->setRange(0, rows.maximum());
+    verticalBar->setPageStep(rows.pageStep(visibleRows()));
+    verticalBar->setLast(rows.maximum());
     syncingBar = false;
     setTop(top);
 
-    QScrollBar *const horizontal = q->horizontalScrollBar();
     const int view = q->viewport()->width();
     const qreal wider = wrap == WidgetWidth ? 0 : contentWidth() - view;
     // In steps, so that the bar does not change with every key in the widest row.
     const int step = qMax(1, reserve(view));
     const qreal hidden = wider > 0 ? step * std::ceil(wider / step + 1) : 0;
     constexpr qreal most = std::numeric_limits<int>::max() / 2;
-    horizontal->setPageStep(view);
-    horizontal->setSingleStep(qMax(1, qRound(2 * measure->xWidth())));
-    horizontal->setRange(0, qCeil(qBound<qreal>(0, hidden, most)));
+    horizontalBar->setPageStep(view);
+    horizontalBar->setSingleStep(qMax(1, qRound(2 * measure->xWidth())));
+    horizontalBar->setLast(qCeil(qBound<qreal>(0, hidden, most)));
 }
 
 void QMultiLineEdit::Private::setTop(qint64 row)
@@ -79,7 +78,7 @@ void QMultiLineEdit::Private::setTop(qint64 row)
     const qint64 before = top;
     top = qBound<qint64>(0, row, rows.lastTop());
     syncingBar = true;
-    q->verticalScrollBar()->setValue(rows.toBar(top));
+    verticalBar->setValue(rows.toBar(top));
     syncingBar = false;
     if (top != before)
         shiftView(0, qreal(before - top) * measure->height());
@@ -257,8 +256,7 @@ void QMultiLineEdit::Private::wheel(QWheelEvent &event)
 
 int QMultiLineEdit::xOffset() const
 {
-    d.asTheyAre().layOut();
-    return horizontalScrollBar()->value();
+    return d->horizontalBar->value();
 }
 
 int QMultiLineEdit::yOffset() const
@@ -268,8 +266,7 @@ int QMultiLineEdit::yOffset() const
 
 void QMultiLineEdit::setXOffset(int pixels)
 {
-    d.asTheyAre().layOut();
-    horizontalScrollBar()->setValue(pixels);
+    d->horizontalBar->setValue(pixels);
 }
 
 void QMultiLineEdit::setYOffset(int pixels)
@@ -299,8 +296,7 @@ int QMultiLineEdit::cellHeight() const
 
 int QMultiLineEdit::cellWidth() const
 {
-    d.asTheyAre().layOut();
-    return horizontalScrollBar()->maximum() + viewport()->width();
+    return d->horizontalBar->maximum() + viewport()->width();
 }
 
 QRectF QMultiLineEdit::cellRect(qint64 row) const
@@ -357,7 +353,7 @@ void QMultiLineEdit::scrollContentsBy(int dx, int dy)
     if (dx != 0)
         d->shiftView(isRightToLeft() ? -dx : dx, 0);
     if (dy != 0 && !d->syncingBar)
-        d->setTop(d->rows.toRow(verticalScrollBar()->value()));
+        d->setTop(d->rows.toRow(d->verticalBar->value()));
 }
 
 void QMultiLineEdit::resizeEvent(QResizeEvent *event)

@@ -1,5 +1,7 @@
 #include "platform/qmultilineedit_p.h"
 
+#include "platform/viewscrollbar.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -33,6 +35,8 @@ QMultiLineEdit::Private::Private(QMultiLineEdit *edit)
     : q(edit)
     , measure(FontMeasure::forFont(edit->font(), edit->devicePixelRatioF()))
     , store(layoutRule())
+    , verticalBar(new ViewScrollBar(Qt::Vertical, edit))
+    , horizontalBar(new ViewScrollBar(Qt::Horizontal, edit))
     , announcer(edit)
 {
 }
@@ -122,6 +126,8 @@ QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
     viewport()->setCursor(Qt::IBeamCursor);
+    setVerticalScrollBar(d->verticalBar);
+    setHorizontalScrollBar(d->horizontalBar);
     d->nameScrollBars();
     connect(QGuiApplication::styleHints(), &QStyleHints::cursorFlashTimeChanged, this,
         [this] { d->restartBlink(); });

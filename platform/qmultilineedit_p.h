@@ -18,6 +18,7 @@ class QScrollPrepareEvent;
 class QTabletEvent;
 class QTouchEvent;
 class TextMimeData;
+class ViewScrollBar;
 
 /// Where the cursor stands. Between two rows of a wrapped line one offset is two places: the end of the upper
 /// row and the start of the lower one.
@@ -168,6 +169,8 @@ struct QMultiLineEdit::Private {
     void announceCursor();
 
     // The view.
+    ViewScrollBar *const verticalBar; ///< q's own, likewise the next
+    ViewScrollBar *const horizontalBar;
     qint64 top = 0;
     ScrollRange rows;
     bool syncingBar = false;

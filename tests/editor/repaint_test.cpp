@@ -124,7 +124,8 @@ void RepaintTest::screenIsAsPaintedAnew()
         const int what = random.bounded(actions);
         editor.act(what);
         const QImage found = editor.shown();
-        editor.viewport()->update();
+        for (QWidget *const part : editor.findChildren<QWidget *>())
+            part->update();
         const QImage anew = editor.shown();
         if (found == anew)
             continue;
