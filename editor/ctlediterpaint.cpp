@@ -104,7 +104,8 @@ void ctlEditer::scrollContentsBy(int dx, int dy)
 /// Numbers count logical lines, and stand on their first rows; only the last digits have room.
 QString ctlEditer::rowNumber(qint64 row) const
 {
-    if (row > 0 && !isEndOfParagraph(row - 1))
+    const qint64 start = store().row(row).start;
+    if (start > 0 && store().at(start - 1) != u'\n')
         return {};
     const qint64 number = appSettings().WrapMode == 0 ? row : store().lineOfRow(row);
     return QString::number(number + 1).rightJustified(rowNumberDigits).right(rowNumberDigits);

@@ -3,6 +3,8 @@
 #include "platform/text/leaflayout.h"
 #include "platform/text/rowflow.h"
 
+#include <optional>
+
 namespace {
 
 /// Rows that end in a tree's text, and the x behind it.
@@ -33,6 +35,18 @@ RowEnd leafRowEnd(const TextTree &leaf, const TextLayout &layout, Subpixels fill
         for (; row > 0; --row)
             event = scan.next();
         Q_ASSERT(event != Event::None);
+        return RowEnd{ scan.position(), event == Event::LineEnd };
+    });
+}
+
+/// The end of the row that begins at a unit of a leaf, if it is in that leaf.
+std::optional<RowEnd> endOfRowFrom(const TextTree &leaf, const TextLayout &layout, qint64 unit)
+{
+    return scanRows(leaf, layout, unit, 0, [](auto &scan) -> std::optional<RowEnd> {
+        using Event = typename std::remove_reference_t<decltype(scan)>::Event;
+        const Event event = scan.next();
+        if (event == Event::None)
+            return std::nullopt;
         return RowEnd{ scan.position(), event == Event::LineEnd };
     });
 }
@@ -106,6 +120,20 @@ RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, qint64 row)
     RowEnd end = leafRowEnd(*at, layout, fill, row);
     end.next += start;
     return end;
+}
+
+RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, qint64 row, qint64 start)
+{
+    qint64 leafStart = 0;
+    const TextTree *at = &tree;
+    while (!at->isLeaf()) {
+        const TextTree *child = innerOf(*at).begin();
+        for (; start - leafStart >= child->units(); ++child)
+            leafStart += child->units();
+        at = child;
+    }
+    const std::optional<RowEnd> end = endOfRowFrom(*at, layout, start - leafStart);
+    return end ? RowEnd{ leafStart + end->next, end->isLineEnd } : rowEnd(tree, layout, row);
 }
 
 qint64 linesBefore(const TextTree &tree, qint64 offset)

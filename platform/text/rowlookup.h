@@ -14,6 +14,9 @@ struct RowEnd {
 };
 /// The end of row number `row`, which must not be the last one.
 RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, qint64 row);
+/// The same where it is known at which offset the row begins: no text before that is looked at, unless the
+/// row goes on in another leaf.
+RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, qint64 row, qint64 start);
 
 /// LFs before `offset`.
 qint64 linesBefore(const TextTree &tree, qint64 offset);

@@ -15,13 +15,50 @@ public:
     {
         return offset >= 0 && length >= 0 && length <= tree.units() - offset;
     }
-    /// Offset at which a row begins.
-    qint64 rowStart(qint64 row) const { return row == 0 ? 0 : rowEnd(tree, layout, row - 1).next; }
+    qint64 rowStart(qint64 row) const;
+    Row rowAt(qint64 row, qint64 rowCount) const;
+    RowCol rowColAt(qint64 offset) const;
     void put(qint64 offset, qint64 removed, TextTree &&inserted);
 
+    /// The last answers. Whoever paints asks for the same row again and again, and then for the next one;
+    /// whoever edits, for the cursor's place.
+    struct Answers {
+        qint64 row = -1;
+        Row rowPlace;
+        qint64 offset = -1;
+        RowCol offsetPlace;
+    };
+    mutable Answers last; ///< reset by every change of layout or tree
     TextLayout layout;
     TextTree tree;
 };
+
+/// Offset at which a row begins.
+qint64 TextStore::Private::rowStart(qint64 row) const
+{
+    if (row == 0)
+        return 0;
+    if (row == last.row)
+        return last.rowPlace.start;
+    if (row - 1 == last.row)
+        return last.rowPlace.start + last.rowPlace.length + (last.rowPlace.endsLine ? 1 : 0);
+    return rowEnd(tree, layout, row - 1).next;
+}
+
+TextStore::Row TextStore::Private::rowAt(qint64 row, qint64 rowCount) const
+{
+    const qint64 start = rowStart(row);
+    if (row == rowCount - 1)
+        return { start, tree.units() - start, true };
+    const RowEnd end = rowEnd(tree, layout, row, start);
+    return { start, end.next - start - (end.isLineEnd ? 1 : 0), end.isLineEnd };
+}
+
+RowCol TextStore::Private::rowColAt(qint64 offset) const
+{
+    const qint64 row = layout.wraps() ? rowsBefore(tree, layout, offset) : linesBefore(tree, offset);
+    return { row, offset - rowStart(row) };
+}
 
 /// Replaces any stretch by any tree.
 void TextStore::Private::put(qint64 offset, qint64 removed, TextTree &&inserted)
@@ -78,6 +115,7 @@ const LayoutRule &TextStore::layoutRule() const
 
 void TextStore::setLayoutRule(const LayoutRule &rule)
 {
+    d->last = {};
     d->layout = TextLayout(rule);
     layOut(d->tree, d->layout);
 }
@@ -123,6 +161,7 @@ void TextStore::replace(qint64 offset, qint64 removed, QStringView inserted)
     Q_ASSERT(d->isInside(offset, removed));
     if (removed == 0 && inserted.isEmpty())
         return;
+    d->last = {};
     if (!replaceInLeaf(d->tree, offset, removed, inserted, d->layout))
         d->put(offset, removed, treeOf(inserted, d->layout));
 }
@@ -150,6 +189,7 @@ TextPiece TextStore::piece(qint64 offset, qint64 length) const
 void TextStore::insert(qint64 offset, const TextPiece &piece)
 {
     Q_ASSERT(d->isInside(offset));
+    d->last = {};
     if (piece.isSmall())
         replace(offset, 0, piece.text());
     else
@@ -159,11 +199,11 @@ void TextStore::insert(qint64 offset, const TextPiece &piece)
 TextStore::Row TextStore::row(qint64 row) const
 {
     Q_ASSERT(row >= 0 && row < rowCount());
-    const qint64 start = d->rowStart(row);
-    if (row == rowCount() - 1)
-        return { start, length() - start, true };
-    const RowEnd end = rowEnd(d->tree, d->layout, row);
-    return { start, end.next - start - (end.isLineEnd ? 1 : 0), end.isLineEnd };
+    if (row != d->last.row) {
+        d->last.rowPlace = d->rowAt(row, rowCount());
+        d->last.row = row;
+    }
+    return d->last.rowPlace;
 }
 
 RowCol TextStore::rowColAt(qint64 offset) const
@@ -171,9 +211,11 @@ RowCol TextStore::rowColAt(qint64 offset) const
     Q_ASSERT(d->isInside(offset));
     if (d->tree.isEmpty())
         return {};
-    const qint64 row =
-        d->layout.wraps() ? rowsBefore(d->tree, d->layout, offset) : linesBefore(d->tree, offset);
-    return { row, offset - d->rowStart(row) };
+    if (offset != d->last.offset) {
+        d->last.offsetPlace = d->rowColAt(offset);
+        d->last.offset = offset;
+    }
+    return d->last.offsetPlace;
 }
 
 qint64 TextStore::offsetAt(RowCol position) const

@@ -43,8 +43,10 @@ class TextPiece;
 /// sum units, line ends and row ends and keep the widest row. Every conversion is one descent.
 ///
 /// Units: offsets, columns and lengths are UTF-16 units; rows, lines and columns count from 0.
-/// Cost: edits and conversions O(log n), whatever the length of a line, wrapped or not.
-/// Errors: a position outside the text is the caller's bug and asserted; nothing here talks to the user.
+/// Cost: edits and conversions O(log n), whatever the length of a line, wrapped or not; the same row or
+/// offset again, and the next row, nothing to speak of. Threads: the last answers are kept, so that even
+/// questions are for one thread at a time. Errors: a position outside the text is the caller's bug and
+/// asserted; nothing here talks to the user.
 class TextStore {
 public:
     /// One display row. `start + length` is the offset of its LF when `endsLine`, else of the next row's
