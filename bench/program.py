@@ -6,12 +6,17 @@ a key press, memory.
     program.py keys [--at end|start] [--count N] [--before "a b"] [--keys "a b"] -- COMMAND…
                                              processor time of the whole process per key press; keys before are
                                              pressed N times and not measured: --before "a Return" --keys ctrl+z
+    program.py frames [--at end|start] [--count N] [--doing "wheel drag page key click"] -- COMMAND…
+                                             processor time of a frame, median and worst of N: one notch of the
+                                             wheel, one move of the vertical scroll bar's slider over the whole bar,
+                                             PageDown, an "a", a click; each is waited for before the next one
 
 "Idle" is the last moment the process used the processor before using none for a third of a second. Times come from
 the scheduler's own account (/proc/PID/schedstat, nanoseconds), so a slow display or a busy machine adds nothing.
 """
 
 import argparse
+import os
 import pathlib
 import statistics
 import subprocess
@@ -102,17 +107,90 @@ def keys(options):
     print(f"keys {options.keys!r} at {options.at}: {cost * 1000:.3f} ms of processor time each, {options.count} times")
 
 
+def xdotool(*arguments) -> str:
+    return subprocess.run(["xdotool", *map(str, arguments)], check=True, capture_output=True, text=True).stdout
+
+
+def settled_cost(pid: int, act) -> float:
+    """Processor time from before `act` until the process has used none for a while, shorter than a cursor blinks."""
+    before = last = cpu_seconds(pid)
+    act()
+    last_use = time.monotonic()
+    while time.monotonic() - last_use < 0.025:
+        now = cpu_seconds(pid)
+        if now != last:
+            last, last_use = now, time.monotonic()
+        time.sleep(0.001)
+    return last - before
+
+
+class Window:
+    """The program's window, and where things are in it."""
+
+    def __init__(self, pid: int):
+        self.id = windows(pid)[-1]
+        subprocess.run(["xdotool", "windowactivate", "--sync", self.id], stderr=subprocess.DEVNULL)
+        fields = dict(line.split("=") for line in xdotool("getwindowgeometry", "--shell", self.id).split())
+        self.width, self.height = int(fields["WIDTH"]), int(fields["HEIGHT"])
+
+    def point(self, x: int, y: int):
+        xdotool("mousemove", "--window", self.id, x, y)
+
+    def key(self, name: str):
+        xdotool("key", name)
+
+    def wheel(self, index: int):
+        xdotool("click", 5 if index % 60 < 50 else 4)
+
+    def click(self, index: int):
+        self.point(self.width // 8 + index * 37 % (self.width // 2), self.height // 4 + index * 53 % (self.height // 2))
+        xdotool("click", 1)
+
+    def slide(self, index: int, count: int):
+        """The slider is pressed by the first step where it is at the text's start, and let go by the caller."""
+        scale = float(os.environ.get("QT_SCALE_FACTOR", 4 / 3))
+        x, top, length = self.width - round(6 * scale), round(48 * scale), self.height * 4 // 5
+        if index == 0:
+            self.point(x, top)
+            xdotool("mousedown", 1)
+        self.point(x, top + (index + 1) * length // count)
+
+
+def frames(options):
+    process = launch(options.command)
+    wait_idle(process)
+    window = Window(process.pid)
+    steps = {
+        "wheel": window.wheel,
+        "drag": lambda index: window.slide(index, options.count),
+        "page": lambda index: window.key("Next"),
+        "key": lambda index: window.key("a"),
+        "click": window.click,
+    }
+    for what in options.doing.split():
+        window.point(window.width // 2, window.height // 2)
+        window.key(PLACES["start" if what == "drag" else options.at])
+        wait_idle(process, needs_window=False)
+        costs = [settled_cost(process.pid, lambda: steps[what](index)) for index in range(options.count)]
+        if what == "drag":
+            xdotool("mouseup", 1)
+        print(f"{what}: median {statistics.median(costs) * 1000:.2f} ms, worst {max(costs) * 1000:.2f} ms "
+              f"of processor time, {options.count} times")
+    stop(process)
+
+
 def main():
     parser = argparse.ArgumentParser()
-    parser.add_argument("what", choices=["start", "keys"])
+    parser.add_argument("what", choices=["start", "keys", "frames"])
     parser.add_argument("--runs", type=int, default=5)
     parser.add_argument("--at", choices=PLACES, default="end")
     parser.add_argument("--count", type=int, default=100)
     parser.add_argument("--before", default="a")
     parser.add_argument("--keys", default="a")
+    parser.add_argument("--doing", default="wheel drag page")
     parser.add_argument("command", nargs="+")
     options = parser.parse_args()
-    {"start": start, "keys": keys}[options.what](options)
+    {"start": start, "keys": keys, "frames": frames}[options.what](options)
 
 
 if __name__ == "__main__":
