@@ -4,6 +4,11 @@ ChoiceCombo::ChoiceCombo(int firstValue, QWidget *parent)
     : QComboBox(parent)
     , m_firstValue(firstValue)
 {
+    // A stored number that is no item is a value like any other, not a hint.
+    QPalette colors = palette();
+    for (const auto group : { QPalette::Active, QPalette::Inactive, QPalette::Disabled })
+        colors.setColor(group, QPalette::PlaceholderText, colors.color(group, QPalette::ButtonText));
+    setPalette(colors);
 }
 
 void ChoiceCombo::setValue(int value)

@@ -40,8 +40,6 @@ private:
     QWidget *createView2Page();
     QWidget *createDetailPage();
     QWidget *createMarks();
-    QWidget *createWrapRow();
-    QWidget *createCodeRow();
     QWidget *createButtonRow();
 
     QCheckBox *createCheck(const QString &key, int AppSettings::*setting, const QString &text);
@@ -52,8 +50,12 @@ private:
     QLineEdit *createNumber(const QString &key, int value);
     void createFontName();
     void createFontSize();
+    void createWrap();
+    ChoiceCombo *createCharCode();
+    ChoiceCombo *createReturnCode();
     static QLabel *createLabel(const QString &text, QWidget *control);
-    static void addRow(QGridLayout *grid, const QString &label, QWidget *control, QWidget *cell);
+    /// The label leads to the first of the controls, which stand side by side.
+    static void addRow(QGridLayout *grid, const QString &label, const QList<QWidget *> &controls);
 
     struct NumberCheck;
     bool areNumbersUsable();

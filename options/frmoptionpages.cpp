@@ -43,7 +43,7 @@ constexpr const char *colorNames[] = {
 /// The script that the user's language is written in.
 QFontDatabase::WritingSystem localeWritingSystem()
 {
-    switch (QLocale::system().script()) {
+    switch (QLocale().script()) {
     case QLocale::JapaneseScript:
         return QFontDatabase::Japanese;
     case QLocale::KoreanScript:
@@ -74,16 +74,14 @@ QGridLayout *createPage(QWidget *page)
     return grid;
 }
 
-/// Controls side by side.
-QWidget *createRow(const QList<QWidget *> &controls)
+/// Controls side by side; lists take the room that is left.
+QLayout *createRow(const QList<QWidget *> &controls)
 {
-    auto *row = new QWidget;
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(isVga() ? 7 : 3);
+    auto *row = new QHBoxLayout;
+    row->setSpacing(isVga() ? 7 : 3);
     for (QWidget *control : controls)
-        layout->addWidget(control);
-    layout->addStretch();
+        row->addWidget(control, qobject_cast<QComboBox *>(control) ? 1 : 0);
+    row->addStretch();
     return row;
 }
 
@@ -118,15 +116,15 @@ QWidget *frmOption::createView1Page()
     QGridLayout *grid = createPage(page);
     grid->addWidget(createMarks(), 0, 0, 1, 2);
     createFontName();
-    addRow(grid, tr("&Font :"), m_fontName, m_fontName);
+    addRow(grid, tr("&Font :"), { m_fontName });
     createFontSize();
-    addRow(grid, tr("Font &size :"), m_fontSize, m_fontSize);
-    ChoiceCombo *fore = createColorChoice(u"ForeColor"_s, &AppSettings::ForeColor, firstColor);
-    addRow(grid, tr("F&oreColor :"), fore, fore);
-    ChoiceCombo *back = createColorChoice(u"BackColor"_s, &AppSettings::BackColor, firstColor);
-    addRow(grid, tr("&BackColor :"), back, back);
-    QWidget *wrap = createWrapRow();
-    addRow(grid, tr("&Wrap mode :"), m_wrapMode, wrap);
+    addRow(grid, tr("Font &size :"), { m_fontSize });
+    addRow(
+        grid, tr("F&oreColor :"), { createColorChoice(u"ForeColor"_s, &AppSettings::ForeColor, firstColor) });
+    addRow(
+        grid, tr("&BackColor :"), { createColorChoice(u"BackColor"_s, &AppSettings::BackColor, firstColor) });
+    createWrap();
+    addRow(grid, tr("&Wrap mode :"), { m_wrapMode, m_wrapLen });
     finishPage(grid);
     return page;
 }
@@ -155,6 +153,7 @@ void frmOption::createFontName()
     m_fontName->setCurrentIndex(
         m_fontName->findText(appSettings().FontName, Qt::MatchFixedString | Qt::MatchCaseSensitive));
     m_fontName->setEditText(appSettings().FontName);
+    m_fontName->lineEdit()->home(false); // a long name from its beginning
 }
 
 void frmOption::createFontSize()
@@ -166,7 +165,7 @@ void frmOption::createFontSize()
     m_fontSize->setEditText(size);
 }
 
-QWidget *frmOption::createWrapRow()
+void frmOption::createWrap()
 {
     m_wrapMode = createChoice(
         u"WrapMode"_s, &AppSettings::WrapMode, 0, { tr("None"), tr("Auto"), tr("Fixed column") });
@@ -174,7 +173,6 @@ QWidget *frmOption::createWrapRow()
     m_wrapLen = createNumber(u"WrapLen"_s, appSettings().WrapLen);
     m_wrapLen->setAccessibleName(tr("Wrap columns"));
     slotWrapModeActivated(m_wrapMode->currentIndex());
-    return createRow({ m_wrapMode, m_wrapLen });
 }
 
 QWidget *frmOption::createView2Page()
@@ -183,15 +181,15 @@ QWidget *frmOption::createView2Page()
     QGridLayout *grid = createPage(page);
     ChoiceCombo *rowNo =
         createChoice(u"RowNo"_s, &AppSettings::RowNo, 0, { tr("None"), tr("Small size"), tr("Large size") });
-    addRow(grid, tr("&Row No :"), rowNo, rowNo);
+    addRow(grid, tr("&Row No :"), { rowNo });
     ChoiceCombo *rowNoColor =
         createColorChoice(u"RowNoColor"_s, &AppSettings::RowNoColor, 0, { tr("(Same ForeColor)") });
-    addRow(grid, tr("Row No &Color :"), rowNoColor, rowNoColor);
+    addRow(grid, tr("Row No &Color :"), { rowNoColor });
     ChoiceCombo *activeLine =
         createColorChoice(u"ActiveHLine"_s, &AppSettings::ActiveHLine, 0, { tr("None") });
-    addRow(grid, tr("&Active Line :"), activeLine, activeLine);
+    addRow(grid, tr("&Active Line :"), { activeLine });
     m_tabLen = createNumber(u"TabLen"_s, appSettings().TabLen);
-    addRow(grid, tr("&Tab size :"), m_tabLen, m_tabLen);
+    addRow(grid, tr("&Tab size :"), { m_tabLen });
     finishPage(grid);
     return page;
 }
@@ -206,12 +204,15 @@ QWidget *frmOption::createDetailPage()
     ChoiceCombo *indent = createChoice(u"AutoIndent"_s, &AppSettings::AutoIndent, 0,
         { tr("None"), tr("Tab & space"), tr("Tab & space & MultiSpace") });
     // Rows of their own: in common columns they would be too wide for a small screen.
-    const auto addWideRow = [grid](QWidget *row) { grid->addWidget(row, grid->rowCount(), 0, 1, 2); };
-    addWideRow(createRow({ createLabel(tr("&Auto indent :"), indent), indent }));
-    addWideRow(createCodeRow());
+    const auto addWideRow = [grid](const QList<QWidget *> &controls) {
+        grid->addLayout(createRow(controls), grid->rowCount(), 0, 1, 2);
+    };
+    addWideRow({ createLabel(tr("&Auto indent :"), indent), indent });
+    ChoiceCombo *charCode = createCharCode();
+    addWideRow({ createLabel(tr("Default c&har code:"), charCode), charCode, createReturnCode() });
     m_recentViewCnt = createNumber(u"RecentViewCnt"_s, recentFiles().RecentViewCnt);
     QLabel *label = createLabel(tr("&Recent Files count:"), m_recentViewCnt);
-    addWideRow(createRow({ label, m_recentViewCnt, new QLabel(tr("(0-15)")) }));
+    addWideRow({ label, m_recentViewCnt, new QLabel(tr("(0-15)")) });
     auto *clear = new QPushButton(tr("&Clear Recent Files"));
     clear->setAutoDefault(false);
     connect(clear, &QPushButton::clicked, this, &frmOption::slotRecentClear);
@@ -220,14 +221,18 @@ QWidget *frmOption::createDetailPage()
     return page;
 }
 
-QWidget *frmOption::createCodeRow()
+ChoiceCombo *frmOption::createCharCode()
 {
-    ChoiceCombo *charCode = createChoice(u"DefCodec"_s, &AppSettings::DefCodec, firstCharCode,
+    return createChoice(u"DefCodec"_s, &AppSettings::DefCodec, firstCharCode,
         { tr("UTF-8"), tr("Shift-JIS"), tr("EUC"), tr("JIS") });
+}
+
+ChoiceCombo *frmOption::createReturnCode()
+{
     ChoiceCombo *returnCode = createChoice(
         u"DefCRLF"_s, &AppSettings::DefCRLF, firstReturnCode, { tr("CR"), tr("CR+LF"), tr("LF") });
     returnCode->setAccessibleName(tr("Line end"));
-    return createRow({ createLabel(tr("Default c&har code:"), charCode), charCode, returnCode });
+    return returnCode;
 }
 
 QCheckBox *frmOption::createCheck(const QString &key, int AppSettings::*setting, const QString &text)
@@ -278,9 +283,9 @@ QLabel *frmOption::createLabel(const QString &text, QWidget *control)
     return label;
 }
 
-void frmOption::addRow(QGridLayout *grid, const QString &text, QWidget *control, QWidget *cell)
+void frmOption::addRow(QGridLayout *grid, const QString &text, const QList<QWidget *> &controls)
 {
     const int row = grid->rowCount();
-    grid->addWidget(createLabel(text, control), row, 0);
-    grid->addWidget(cell, row, 1);
+    grid->addWidget(createLabel(text, controls.constFirst()), row, 0);
+    grid->addLayout(createRow(controls), row, 1);
 }

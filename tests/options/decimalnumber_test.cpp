@@ -25,6 +25,17 @@ void DecimalNumberTest::number_data()
     QTest::newRow("mixed widths") << u"1\uFF18"_s << u"18"_s;
     QTest::newRow("full-width minus") << u"\uFF0D\uFF11"_s << u"-1"_s;
     QTest::newRow("minus") << u"-1"_s << u"-1"_s;
+    QTest::newRow("plus") << u"+7"_s << u"7"_s;
+    QTest::newRow("full-width plus") << u"\uFF0B\uFF17"_s << u"7"_s;
+    QTest::newRow("sign alone") << u"-"_s << none;
+    QTest::newRow("two signs") << u"+-7"_s << none;
+    QTest::newRow("blank behind the sign") << u"- 7"_s << none;
+    QTest::newRow("smallest") << u"-2147483648"_s << u"-2147483648"_s;
+    QTest::newRow("one too small") << u"-2147483649"_s << none;
+    QTest::newRow("full width, too large")
+        << u"\uFF12\uFF11\uFF14\uFF17\uFF14\uFF18\uFF13\uFF16\uFF14\uFF18"_s << none;
+    QTest::newRow("thousands") << u"1,000"_s << none;
+    QTest::newRow("exponent") << u"1e1"_s << none;
     QTest::newRow("leading zero is decimal") << u"010"_s << u"10"_s;
     QTest::newRow("largest") << u"2147483647"_s << u"2147483647"_s;
     QTest::newRow("one too large") << u"2147483648"_s << none;
