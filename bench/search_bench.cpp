@@ -76,7 +76,7 @@ void searchBackInVain(benchmark::State &state, Lines lines, Wrapping wrapping, Q
 {
     const TextStore store = storeOf(English, lines, 100 * mebi, 0, ruleOf(wrapping));
     const TextPattern pattern(wordOf(English), cs);
-    const RowCol end = store.rowColAt(store.length());
+    const CursorPlace end{ store.length() };
     for (auto _ : state)
         benchmark::DoNotOptimize(searchBackward(store, pattern, end));
     state.SetBytesProcessed(state.iterations() * store.length());

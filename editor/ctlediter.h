@@ -97,6 +97,7 @@ private:
     bool writeText(const QString &fileName);
     void setUnmodified();
 
+    CursorPlace markedBegin() const;
     const TextPattern &patternFor(const QString &text, bool caseSensitive);
 
     void breakLine();

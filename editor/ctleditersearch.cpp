@@ -11,6 +11,12 @@ Qt::CaseSensitivity caseSensitivity(bool isSensitive)
 
 } // namespace
 
+/// The earlier end of the marked text, or the cursor.
+CursorPlace ctlEditer::markedBegin() const
+{
+    return anchorOffset() < cursorOffset() ? anchorPlace() : cursorPlace();
+}
+
 /// The pattern is kept from one search to the next, which mostly looks for the same.
 const TextPattern &ctlEditer::patternFor(const QString &text, bool caseSensitive)
 {
@@ -22,17 +28,14 @@ const TextPattern &ctlEditer::patternFor(const QString &text, bool caseSensitive
 bool ctlEditer::searchForward(
     int mode, bool caseSensitive, const QString &findText, const QString &replaceText)
 {
-    RowCol start = cursorPosition();
-    RowCol end;
-    if (getMarkedRegion(&start.row, &start.column, &end.row, &end.column))
-        ++start.column;
+    const CursorPlace start = hasMarkedText() ? nextColumn(store(), markedBegin()) : cursorPlace();
     const auto hit = ::searchForward(store(), patternFor(findText, caseSensitive), start);
     if (!hit)
         return false;
     // What is replaced is never shown as marked before.
     const std::optional<Batch> batch = mode == 1 ? std::optional<Batch>(std::in_place, *this) : std::nullopt;
-    setCursorPosition(hit->begin.row, hit->begin.column);
-    setCursorPosition(hit->end.row, hit->end.column, true);
+    setCursorPlace(hit->begin);
+    setCursorPlace(hit->end, true);
     if (mode == 1)
         insert(replaceText);
     return true;
@@ -41,18 +44,16 @@ bool ctlEditer::searchForward(
 bool ctlEditer::searchBackward(
     int mode, bool caseSensitive, const QString &findText, const QString &replaceText)
 {
-    RowCol start = cursorPosition();
-    RowCol end;
-    getMarkedRegion(&start.row, &start.column, &end.row, &end.column);
-    const auto hit = ::searchBackward(store(), patternFor(findText, caseSensitive), start);
+    const auto hit = ::searchBackward(store(), patternFor(findText, caseSensitive), markedBegin());
     if (!hit)
         return false;
     const std::optional<Batch> batch = mode == 1 ? std::optional<Batch>(std::in_place, *this) : std::nullopt;
-    setCursorPosition(hit->end.row, hit->end.column);
-    setCursorPosition(hit->begin.row, hit->begin.column, true);
+    const RowCol begin = store().rowColAt(hit->begin);
+    setCursorPlace(hit->end);
+    setCursorPlace(hit->begin, true);
     if (mode == 1) {
         insert(replaceText);
-        setCursorPosition(hit->begin.row, hit->begin.column);
+        setCursorPosition(begin.row, begin.column);
     }
     return true;
 }

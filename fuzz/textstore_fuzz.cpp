@@ -51,11 +51,7 @@ public:
             m_model.setText(m_store.text());
             return;
         }
-        m_history.beginGroup();
-        m_history.recordDelete(offset, m_store.take(offset, removed));
-        m_store.replace(offset, 0, inserted);
-        m_history.recordInsert(offset, TextPiece(inserted));
-        m_history.endGroup();
+        m_history.replace(m_store, offset, removed, inserted);
         m_model.replace(offset, removed, inserted);
     }
     void check()

@@ -4,10 +4,7 @@ void QMultiLineEdit::Private::beginOperation()
 {
     if (operations++ > 0)
         return;
-    damage = {};
-    damage.rowsBefore = store.rowCount();
-    damage.linesBefore = store.lineCount();
-    damage.lengthBefore = store.length();
+    damage = { std::nullopt, store.rowCount(), store.lineCount() };
     announcer.keep(store);
     freezePrimary();
     updateMarkedRows();
@@ -18,18 +15,16 @@ void QMultiLineEdit::Private::endOperation()
 {
     if (--operations > 0)
         return;
-    if (damage.any) {
+    const bool changed = damage.change.has_value();
+    if (changed) {
         edited = true;
         goalX.reset();
         updateScrollBars();
         repaintDamage();
-        const qint64 inserted = damage.end - damage.start;
-        const qint64 removed = inserted + damage.lengthBefore - store.length();
-        announcer.announceChange(store, damage.start, removed, inserted);
+        announcer.announceChange(store, *damage.change);
     }
     updateMarkedRows();
     updateRow(rowColOf(cursor).row);
-    const bool changed = damage.any;
     makeCursorVisible();
     announceCursor();
     if (changed)
@@ -52,35 +47,16 @@ void QMultiLineEdit::Private::replace(qint64 offset, qint64 removed, QStringView
     Q_ASSERT(operations > 0);
     if (removed == 0 && inserted.isEmpty())
         return;
-    if (!undoEnabled) {
+    if (undoEnabled)
+        history.replace(store, offset, removed, inserted, joining);
+    else
         store.replace(offset, removed, inserted);
-    } else {
-        const bool both = removed > 0 && !inserted.isEmpty();
-        if (both)
-            history.beginGroup();
-        if (removed > 0)
-            history.recordDelete(offset, store.take(offset, removed), joining);
-        if (!inserted.isEmpty()) {
-            store.replace(offset, 0, inserted);
-            history.recordInsert(offset, TextPiece(inserted), joining);
-        }
-        if (both)
-            history.endGroup();
-    }
-    noteChange(offset, removed, inserted.size());
+    noteChange({ offset, removed, inserted.size() });
 }
 
-void QMultiLineEdit::Private::noteChange(qint64 offset, qint64 removed, qint64 inserted)
+void QMultiLineEdit::Private::noteChange(const TextChange &change)
 {
-    if (!damage.any) {
-        damage.any = true;
-        damage.start = offset;
-        damage.end = offset + inserted;
-    } else {
-        const qint64 behind = damage.end - (offset + removed);
-        damage.start = qMin(damage.start, offset);
-        damage.end = offset + inserted + qMax<qint64>(0, behind);
-    }
+    damage.change = damage.change ? damage.change->then(change) : change;
 }
 
 /// Rows above the first changed one stay, but for the one it continues, which may have room for more now.
@@ -88,12 +64,12 @@ void QMultiLineEdit::Private::noteChange(qint64 offset, qint64 removed, qint64 i
 /// beside them, has changed.
 void QMultiLineEdit::Private::repaintDamage()
 {
-    qint64 first = store.rowColAt(damage.start).row;
+    qint64 first = store.rowColAt(damage.change->offset).row;
     if (first > 0 && !store.row(first - 1).endsLine)
         --first;
     qint64 last = store.rowCount() + visibleRows();
     if (store.rowCount() == damage.rowsBefore && store.lineCount() == damage.linesBefore) {
-        const qint64 line = store.lineAt(damage.end);
+        const qint64 line = store.lineAt(damage.change->offset + damage.change->inserted);
         last = line + 1 < store.lineCount() ? store.rowOfLine(line + 1) - 1 : store.rowCount() - 1;
     }
     updateRows(first, last);
@@ -127,7 +103,7 @@ void QMultiLineEdit::Private::startAnew(TextStore &&text)
     q->setXOffset(0);
     q->viewport()->update();
     edited = true;
-    announcer.announceChange(store, 0, gone, store.length());
+    announcer.announceChange(store, { 0, gone, store.length() });
     announceCursor();
     emit q->textChanged();
 }
@@ -224,7 +200,6 @@ void QMultiLineEdit::Private::applyHistory(
     qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &))
 {
     Operation operation(*this);
-    const qint64 offset = (history.*step)(
-        store, [this](qint64 at, qint64 removed, qint64 inserted) { noteChange(at, removed, inserted); });
+    const qint64 offset = (history.*step)(store, [this](const TextChange &change) { noteChange(change); });
     cursor = anchor = { offset };
 }

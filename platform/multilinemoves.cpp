@@ -1,21 +1,5 @@
 #include "platform/qmultilineedit_p.h"
 
-RowCol QMultiLineEdit::Private::rowColOf(CursorPlace place) const
-{
-    const RowCol position = store.rowColAt(place.offset);
-    if (!place.atRowEnd || position.column > 0 || position.row == 0)
-        return position;
-    const TextStore::Row above = store.row(position.row - 1);
-    return above.endsLine ? position : RowCol{ position.row - 1, above.length };
-}
-
-/// The place of an existing column of an existing row.
-CursorPlace QMultiLineEdit::Private::placeAt(qint64 row, qint64 column) const
-{
-    const TextStore::Row found = store.row(row);
-    return { found.start + column, column == found.length && !found.endsLine };
-}
-
 CursorPlace QMultiLineEdit::Private::clamped(qint64 row, qint64 column) const
 {
     row = qBound<qint64>(0, row, store.rowCount() - 1);

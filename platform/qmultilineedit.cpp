@@ -201,9 +201,25 @@ qint64 QMultiLineEdit::cursorOffset() const
     return d->cursor.offset;
 }
 
+CursorPlace QMultiLineEdit::cursorPlace() const
+{
+    return d->cursor;
+}
+
+void QMultiLineEdit::setCursorPlace(CursorPlace place, bool mark)
+{
+    Q_ASSERT(place.offset >= 0 && place.offset <= d->store.length());
+    d->moveTo(place, mark ? Marking::Extend : Marking::Drop);
+}
+
 qint64 QMultiLineEdit::anchorOffset() const
 {
     return d->anchor.offset;
+}
+
+CursorPlace QMultiLineEdit::anchorPlace() const
+{
+    return d->anchor;
 }
 
 bool QMultiLineEdit::hasMarkedText() const

@@ -63,9 +63,13 @@ public:
     virtual void setCursorPosition(qint64 row, qint64 column, bool mark = false);
     RowCol cursorPosition() const;
     qint64 cursorOffset() const;
+    /// The same in places, which need no rows.
+    CursorPlace cursorPlace() const;
+    void setCursorPlace(CursorPlace place, bool mark = false);
 
     /// The end of the marked text that the cursor is not at; the cursor's own offset when nothing is marked.
     qint64 anchorOffset() const;
+    CursorPlace anchorPlace() const;
     bool hasMarkedText() const;
     QString markedText() const;
     /// First and last place of the marked text, first <= last; false when nothing is marked.

@@ -20,14 +20,6 @@ class QTouchEvent;
 class TextMimeData;
 class ViewScrollBar;
 
-/// Where the cursor stands. Between two rows of a wrapped line one offset is two places: the end of the upper
-/// row and the start of the lower one.
-struct CursorPlace {
-    qint64 offset = 0;
-    bool atRowEnd = false; ///< the end of the upper row is meant
-    friend bool operator==(const CursorPlace &, const CursorPlace &) = default;
-};
-
 enum class Marking { Drop, Extend };
 enum class Move {
     CharacterBack,
@@ -109,13 +101,11 @@ struct QMultiLineEdit::Private {
     private:
         Private &m_edit;
     };
+    /// What the operation under way has done to the text so far, and what there was before.
     struct Damage {
-        bool any = false;
-        qint64 start = 0; ///< of the changed text, in offsets of the text as it is now
-        qint64 end = 0;
+        std::optional<TextChange> change;
         qint64 rowsBefore = 0;
         qint64 linesBefore = 0;
-        qint64 lengthBefore = 0;
     };
     int operations = 0; ///< that are nested at the moment
     Damage damage;
@@ -130,7 +120,7 @@ struct QMultiLineEdit::Private {
     void endOperation();
     /// Replaces text, records it and moves nothing but the text.
     void replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);
-    void noteChange(qint64 offset, qint64 removed, qint64 inserted);
+    void noteChange(const TextChange &change);
     void repaintDamage();
     /// Emits what has become available or unavailable since the last time.
     void reportAvailability();
@@ -150,8 +140,8 @@ struct QMultiLineEdit::Private {
     void applyHistory(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
 
     // Cursor and selection.
-    RowCol rowColOf(CursorPlace place) const;
-    CursorPlace placeAt(qint64 row, qint64 column) const;
+    RowCol rowColOf(CursorPlace place) const { return store.rowColAt(place); }
+    CursorPlace placeAt(qint64 row, qint64 column) const { return store.placeAt({ row, column }); }
     CursorPlace clamped(qint64 row, qint64 column) const;
     bool hasMarked() const { return cursor.offset != anchor.offset; }
     TextRange marked() const;

@@ -294,10 +294,11 @@ void TextAnnouncer::keep(const TextStore &store)
         m_before = store.piece(0, store.length());
 }
 
-void TextAnnouncer::announceChange(const TextStore &store, qint64 offset, qint64 removed, qint64 inserted)
+void TextAnnouncer::announceChange(const TextStore &store, const TextChange &change)
 {
     if (!m_keeps)
         return;
+    const auto [offset, removed, inserted] = change;
     if (removed > 0) {
         QAccessibleTextRemoveEvent event(m_edit, toInt(offset), beginning(m_before, offset, removed));
         QAccessible::updateAccessibility(&event);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/text/textchange.h"
 #include "platform/text/textstore.h"
 
 #include <QAccessibleWidget>
@@ -82,9 +83,9 @@ public:
 
     /// Keeps the text as it is, without a copy of it, until announceChange().
     void keep(const TextStore &store);
-    /// `inserted` units of the text now stand in place of `removed` ones of the text that was kept. Of each,
-    /// at most TextAccessible::longestUnit are told.
-    void announceChange(const TextStore &store, qint64 offset, qint64 removed, qint64 inserted);
+    /// Tells what has become of the text that was kept. Of what was removed and of what was inserted at most
+    /// TextAccessible::longestUnit units are told.
+    void announceChange(const TextStore &store, const TextChange &change);
     /// Tells where the cursor and the other end of the marked text are, if that is news.
     void announceCursor(qint64 cursor, qint64 anchor);
 

@@ -31,6 +31,16 @@ TextLayout::TextLayout(const LayoutRule &rule)
         m_asciiWidth = *first;
 }
 
+bool TextLayout::isWithinLimit(QStringView text) const
+{
+    if (!text.isEmpty() && text.back().isHighSurrogate())
+        return false;
+    Subpixels x = 0;
+    for (qsizetype i = 0; i < text.size() && x <= limit(); ++i)
+        x += text[i] == u'\t' ? tabStop() : width(text.utf16(), text.size(), i);
+    return x <= limit();
+}
+
 int TextLayout::surrogateWidth(const char16_t *text, qint64 size, qint64 i) const
 {
     if (QChar::isLowSurrogate(text[i]) && i > 0 && QChar::isHighSurrogate(text[i - 1]))

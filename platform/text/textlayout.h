@@ -69,6 +69,10 @@ public:
     /// The one width (> 0) of U+0020..U+007E, 0 if they differ.
     int asciiWidth() const { return m_asciiWidth; }
 
+    /// Whether text without LF ends within the limit wherever its TABs come to stand. Text that ends with
+    /// half a pair never does: there may be another half behind it.
+    bool isWithinLimit(QStringView text) const;
+
     int width(uchar character) const { return m_latin1[character]; }
     int width(char16_t unit) const { return m_advances->advance(unit); }
     /// As AdvanceTable::units().

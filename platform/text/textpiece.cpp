@@ -26,12 +26,15 @@ qint64 memoryOf(const TextNode &node)
 } // namespace
 
 TextPiece::TextPiece(QStringView text)
-    : TextPiece(treeOf(text, looseLayout()))
 {
+    if (text.size() > TextLeaf::maxSize())
+        m_root = treeOf(text, looseLayout()).node;
+    else if (!text.isEmpty())
+        m_root = TextLeaf::fromText(text);
 }
 
-TextPiece::TextPiece(TextTree &&tree)
-    : m_root(std::move(tree.node))
+TextPiece::TextPiece(TextNodeRef root)
+    : m_root(std::move(root))
 {
 }
 

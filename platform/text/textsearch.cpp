@@ -2,46 +2,57 @@
 
 namespace {
 
-/// A place between two rows of a wrapped line as the end of the upper one; any other as it is.
-RowCol atRowEnd(const TextStore &store, RowCol place)
+qint64 rowEnd(const TextStore &store, qint64 row)
 {
-    if (place.column > 0 || place.row == 0)
-        return place;
-    const TextStore::Row above = store.row(place.row - 1);
-    return above.endsLine ? place : RowCol{ place.row - 1, above.length };
+    const TextStore::Row found = store.row(row);
+    return found.start + found.length;
+}
+
+/// Where the marking of a hit that begins there ends.
+CursorPlace hitEnd(const TextStore &store, CursorPlace begin, qint64 length)
+{
+    const qint64 end = begin.offset + length;
+    if (store.fitsInRow(begin.offset, length))
+        return { end, true };
+    const qint64 below = store.rowColAt(begin).row + 1;
+    return { below < store.rowCount() ? qMin(end, rowEnd(store, below)) : end, true };
+}
+
+/// Where the marking of a hit that really begins at `hit` begins.
+CursorPlace hitBegin(const TextStore &store, qint64 hit, CursorPlace end)
+{
+    if (store.fitsInRow(hit, end.offset - hit))
+        return { hit };
+    const qint64 lastRow = store.rowColAt(end).row;
+    if (store.rowColAt(hit).row == lastRow)
+        return { hit };
+    const qint64 column = store.rowColAt(CursorPlace{ hit, true }).column;
+    return store.placeAt({ lastRow - 1, qMin(column, store.row(lastRow - 1).length) });
 }
 
 } // namespace
 
-std::optional<SearchHit> searchForward(const TextStore &store, const TextPattern &pattern, RowCol start)
+CursorPlace nextColumn(const TextStore &store, CursorPlace place)
 {
-    if (start.column > store.row(start.row).length)
-        start = { start.row + 1, 0 };
-    if (start.row >= store.rowCount())
-        return std::nullopt;
-    const qint64 hit = pattern.indexIn(store, store.offsetAt(start));
-    if (hit < 0)
-        return std::nullopt;
-    RowCol begin = store.rowColAt(hit);
-    if (begin.row > start.row)
-        begin = atRowEnd(store, begin);
-    const qint64 end = begin.column + pattern.length();
-    const qint64 rowLength = store.row(begin.row).length;
-    if (end > rowLength)
-        return SearchHit{ begin, { begin.row + 1, end - rowLength } };
-    return SearchHit{ begin, { begin.row, end } };
+    const bool isRowEnd = place.atRowEnd && store.rowColAt(place) != store.rowColAt(place.offset);
+    return isRowEnd ? CursorPlace{ place.offset } : CursorPlace{ place.offset + 1, true };
 }
 
-std::optional<SearchHit> searchBackward(const TextStore &store, const TextPattern &pattern, RowCol start)
+std::optional<SearchHit> searchForward(const TextStore &store, const TextPattern &pattern, CursorPlace start)
 {
-    const TextStore::Row row = store.row(start.row);
-    const qint64 latest = qMin(start.column - 1, row.length - pattern.length());
-    const qint64 hit = pattern.lastIndexIn(store, row.start + latest);
+    const qint64 hit = pattern.indexIn(store, start.offset);
     if (hit < 0)
         return std::nullopt;
-    const RowCol end = atRowEnd(store, store.rowColAt(hit + pattern.length()));
-    const RowCol begin = store.rowColAt(hit);
-    if (begin.row == end.row)
-        return SearchHit{ begin, end };
-    return SearchHit{ { end.row - 1, atRowEnd(store, begin).column }, end };
+    const CursorPlace begin{ hit, hit > start.offset || start.atRowEnd };
+    return SearchHit{ begin, hitEnd(store, begin, pattern.length()) };
+}
+
+std::optional<SearchHit> searchBackward(const TextStore &store, const TextPattern &pattern, CursorPlace start)
+{
+    const qint64 end = rowEnd(store, store.rowColAt(start).row);
+    const qint64 hit = pattern.lastIndexIn(store, qMin(start.offset - 1, end - pattern.length()));
+    if (hit < 0)
+        return std::nullopt;
+    const CursorPlace hitEnd{ hit + pattern.length(), true };
+    return SearchHit{ hitBegin(store, hit, hitEnd), hitEnd };
 }

@@ -1,26 +1,30 @@
 #pragma once
 
 #include "platform/text/textpattern.h"
-#include "platform/text/units.h"
 
 #include <optional>
 
-/// A hit in display rows, as it is to be marked. A column may lie behind the last one of its row: the row's
-/// end is meant then.
+/// A hit as it is to be marked.
 struct SearchHit {
-    RowCol begin;
-    RowCol end;
+    CursorPlace begin;
+    CursorPlace end;
 };
 
 // The rules of searching are rules on display rows: each row is searched together with the rest of its
 // logical line below it (above it, when searching backwards), row by row. These functions give the same hits
-// in one pass over the text, and in time that does not depend on how the rows lie.
+// in one pass over the text, and in time that does not depend on how the rows lie. They ask the store for
+// rows only where a hit may hold a whole one.
 
-/// The first hit at or behind a place. `start.column` may lie behind the end of its row: the search then
-/// begins with the next row. A hit where a wrapped row ends belongs to the end of that row, unless the search
-/// began in the next one. A hit over several row ends is marked to the row below the one it begins in.
-std::optional<SearchHit> searchForward(const TextStore &store, const TextPattern &pattern, RowCol start);
+/// The place one column behind another: where the search for the hit after a marked one begins. Behind the
+/// last column of a row that is the start of the next row.
+CursorPlace nextColumn(const TextStore &store, CursorPlace place);
+
+/// The first hit at or behind a place. A hit where a wrapped row ends belongs to the end of that row, unless
+/// the search began at the start of the next one. A hit over several row ends is marked to the row below the
+/// one it begins in.
+std::optional<SearchHit> searchForward(const TextStore &store, const TextPattern &pattern, CursorPlace start);
 
 /// The last hit that begins before a place and ends in its row or above. A hit over several row ends is
 /// marked from the row above the one it ends in, at the column that it has in the row it really begins in.
-std::optional<SearchHit> searchBackward(const TextStore &store, const TextPattern &pattern, RowCol start);
+std::optional<SearchHit> searchBackward(
+    const TextStore &store, const TextPattern &pattern, CursorPlace start);

@@ -1,5 +1,6 @@
 #include "platform/text/textstore.h"
 
+#include "platform/text/openleaf.h"
 #include "platform/text/rowflow.h"
 #include "platform/text/rowlookup.h"
 #include "platform/text/treebuilder.h"
@@ -11,14 +12,28 @@ public:
     {
     }
 
+    /// What can be asked without closing the leaf that is being edited.
+    qint64 length() const { return m_tree.units() + m_open.growth(); }
     bool isInside(qint64 offset, qint64 length = 0) const
     {
-        return offset >= 0 && length >= 0 && length <= tree.units() - offset;
+        return offset >= 0 && length >= 0 && length <= this->length() - offset;
     }
+    const TextLeaf &leafAt(qint64 offset, qint64 length, qint64 &start) const;
+    void copyTo(char16_t *to, qint64 offset, qint64 length) const;
+
+    const TextTree &tree() const
+    {
+        m_open.close(m_tree, layout);
+        return m_tree;
+    }
+    void setTree(TextTree &&tree) { m_tree = std::move(tree); }
+    void setLayout(const LayoutRule &rule);
+    void replace(qint64 offset, qint64 removed, QStringView inserted);
+    void put(qint64 offset, qint64 removed, TextTree &&inserted);
+
     qint64 rowStart(qint64 row) const;
     Row rowAt(qint64 row, qint64 rowCount) const;
     RowCol rowColAt(qint64 offset) const;
-    void put(qint64 offset, qint64 removed, TextTree &&inserted);
 
     /// The last answers. Whoever paints asks for the same row again and again, and then for the next one;
     /// whoever edits, for the cursor's place.
@@ -30,7 +45,10 @@ public:
     };
     mutable Answers last; ///< reset by every change of layout or tree
     TextLayout layout;
-    TextTree tree;
+
+private:
+    mutable TextTree m_tree;
+    mutable OpenLeaf m_open;
 };
 
 /// Offset at which a row begins.
@@ -42,31 +60,65 @@ qint64 TextStore::Private::rowStart(qint64 row) const
         return last.rowPlace.start;
     if (row - 1 == last.row)
         return last.rowPlace.start + last.rowPlace.length + (last.rowPlace.endsLine ? 1 : 0);
-    return rowEnd(tree, layout, row - 1).next;
+    return rowEnd(tree(), layout, row - 1).next;
 }
 
 TextStore::Row TextStore::Private::rowAt(qint64 row, qint64 rowCount) const
 {
     const qint64 start = rowStart(row);
     if (row == rowCount - 1)
-        return { start, tree.units() - start, true };
-    const RowEnd end = rowEnd(tree, layout, row, start);
+        return { start, length() - start, true };
+    const RowEnd end = rowEnd(tree(), layout, row, start);
     return { start, end.next - start - (end.isLineEnd ? 1 : 0), end.isLineEnd };
 }
 
 RowCol TextStore::Private::rowColAt(qint64 offset) const
 {
-    const qint64 row = layout.wraps() ? rowsBefore(tree, layout, offset) : linesBefore(tree, offset);
+    const qint64 row = layout.wraps() ? rowsBefore(tree(), layout, offset) : linesBefore(tree(), offset);
     return { row, offset - rowStart(row) };
+}
+
+/// The leaf that holds unit `offset` and, if it is the one being edited, the `length` units from there.
+const TextLeaf &TextStore::Private::leafAt(qint64 offset, qint64 length, qint64 &start) const
+{
+    if (!m_open.holds(offset, offset + length))
+        return ::leafAt(tree(), offset, start);
+    start = m_open.start();
+    return m_open.leaf();
+}
+
+void TextStore::Private::copyTo(char16_t *to, qint64 offset, qint64 length) const
+{
+    if (m_open.holds(offset, offset + length))
+        m_open.leaf().copyTo(to, offset - m_open.start(), length);
+    else
+        copyUnits(tree(), offset, length, to);
+}
+
+void TextStore::Private::setLayout(const LayoutRule &rule)
+{
+    tree();
+    last = {};
+    layout = TextLayout(rule);
+    layOut(m_tree, layout);
+}
+
+void TextStore::Private::replace(qint64 offset, qint64 removed, QStringView inserted)
+{
+    last = {};
+    if (!m_open.replace(m_tree, offset, removed, inserted, layout))
+        put(offset, removed, treeOf(inserted, layout));
 }
 
 /// Replaces any stretch by any tree.
 void TextStore::Private::put(qint64 offset, qint64 removed, TextTree &&inserted)
 {
-    auto [before, rest] = split(std::move(tree), offset, layout);
+    m_open.close(m_tree, layout);
+    last = {};
+    auto [before, rest] = split(std::move(m_tree), offset, layout);
     TextTree behind = split(std::move(rest), removed, layout).second;
     TextTree start = concatenate(std::move(before), std::move(inserted), layout);
-    tree = concatenate(std::move(start), std::move(behind), layout);
+    m_tree = concatenate(std::move(start), std::move(behind), layout);
 }
 
 TextStore::TextStore()
@@ -85,23 +137,23 @@ TextStore::~TextStore() = default;
 
 qint64 TextStore::length() const
 {
-    return d->tree.units();
+    return d->length();
 }
 qint64 TextStore::lineCount() const
 {
-    return d->tree.summary.lineEnds + 1;
+    return d->tree().summary.lineEnds + 1;
 }
 
 qint64 TextStore::rowCount() const
 {
-    if (!d->layout.wraps() || d->tree.isEmpty())
+    if (!d->layout.wraps() || d->tree().isEmpty())
         return lineCount();
-    return lineCount() + flow(d->tree, d->layout, 0).breaks;
+    return lineCount() + flow(d->tree(), d->layout, 0).breaks;
 }
 
 Subpixels TextStore::widestRow() const
 {
-    const TextSummary &summary = d->tree.summary;
+    const TextSummary &summary = d->tree().summary;
     Subpixels widest = summary.head.from(0, d->layout.tabStop());
     if (summary.lineEnds > 0)
         widest = qMax(widest, qMax(summary.widest, summary.tail));
@@ -115,16 +167,14 @@ const LayoutRule &TextStore::layoutRule() const
 
 void TextStore::setLayoutRule(const LayoutRule &rule)
 {
-    d->last = {};
-    d->layout = TextLayout(rule);
-    layOut(d->tree, d->layout);
+    d->setLayout(rule);
 }
 
 char16_t TextStore::at(qint64 offset) const
 {
     Q_ASSERT(d->isInside(offset, 1));
     qint64 start = 0;
-    const TextLeaf &leaf = leafAt(d->tree, offset, start);
+    const TextLeaf &leaf = d->leafAt(offset, 1, start);
     return leaf.at(offset - start);
 }
 
@@ -132,7 +182,7 @@ QString TextStore::text(qint64 offset, qint64 length) const
 {
     Q_ASSERT(d->isInside(offset, length));
     QString text(length, Qt::Uninitialized);
-    copyUnits(d->tree, offset, length, reinterpret_cast<char16_t *>(text.data()));
+    d->copyTo(reinterpret_cast<char16_t *>(text.data()), offset, length);
     return text;
 }
 
@@ -140,7 +190,7 @@ TextChunk TextStore::chunkAt(qint64 offset) const
 {
     Q_ASSERT(d->isInside(offset, 1));
     qint64 start = 0;
-    const TextLeaf &leaf = leafAt(d->tree, offset, start);
+    const TextLeaf &leaf = d->leafAt(offset, 1, start);
     if (leaf.wide)
         return { offset, {}, leaf.utf16().sliced(offset - start) };
     return { offset, leaf.latin1().sliced(offset - start), {} };
@@ -150,7 +200,7 @@ TextChunk TextStore::chunkBefore(qint64 end) const
 {
     Q_ASSERT(end > 0 && end <= length());
     qint64 start = 0;
-    const TextLeaf &leaf = leafAt(d->tree, end - 1, start);
+    const TextLeaf &leaf = d->leafAt(end - 1, 1, start);
     if (leaf.wide)
         return { start, {}, leaf.utf16().first(end - start) };
     return { start, leaf.latin1().first(end - start), {} };
@@ -161,15 +211,18 @@ void TextStore::replace(qint64 offset, qint64 removed, QStringView inserted)
     Q_ASSERT(d->isInside(offset, removed));
     if (removed == 0 && inserted.isEmpty())
         return;
-    d->last = {};
-    if (!replaceInLeaf(d->tree, offset, removed, inserted, d->layout))
-        d->put(offset, removed, treeOf(inserted, d->layout));
+    d->replace(offset, removed, inserted);
 }
 
 TextPiece TextStore::take(qint64 offset, qint64 length)
 {
-    TextPiece taken = piece(offset, length);
-    replace(offset, length, {});
+    return exchange(offset, length, {});
+}
+
+TextPiece TextStore::exchange(qint64 offset, qint64 removed, QStringView inserted)
+{
+    TextPiece taken = piece(offset, removed);
+    replace(offset, removed, inserted);
     return taken;
 }
 
@@ -179,17 +232,16 @@ TextPiece TextStore::piece(qint64 offset, qint64 length) const
     if (length == 0)
         return {};
     qint64 start = 0;
-    if (const TextLeaf &leaf = leafAt(d->tree, offset, start); offset + length <= start + leaf.size)
-        return TextPiece(leafTree(leaf.part(offset - start, length), d->layout));
-    TextTree shared = d->tree;
+    if (const TextLeaf &leaf = d->leafAt(offset, length, start); offset + length <= start + leaf.size)
+        return TextPiece(leaf.part(offset - start, length));
+    TextTree shared = d->tree();
     auto [before, rest] = split(std::move(shared), offset, d->layout);
-    return TextPiece(split(std::move(rest), length, d->layout).first);
+    return TextPiece(std::move(split(std::move(rest), length, d->layout).first.node));
 }
 
 void TextStore::insert(qint64 offset, const TextPiece &piece)
 {
     Q_ASSERT(d->isInside(offset));
-    d->last = {};
     if (piece.isSmall())
         replace(offset, 0, piece.text());
     else
@@ -209,13 +261,34 @@ TextStore::Row TextStore::row(qint64 row) const
 RowCol TextStore::rowColAt(qint64 offset) const
 {
     Q_ASSERT(d->isInside(offset));
-    if (d->tree.isEmpty())
+    if (d->tree().isEmpty())
         return {};
     if (offset != d->last.offset) {
         d->last.offsetPlace = d->rowColAt(offset);
         d->last.offset = offset;
     }
     return d->last.offsetPlace;
+}
+
+RowCol TextStore::rowColAt(CursorPlace place) const
+{
+    const RowCol position = rowColAt(place.offset);
+    if (!place.atRowEnd || position.column > 0 || position.row == 0)
+        return position;
+    const Row above = row(position.row - 1);
+    return above.endsLine ? position : RowCol{ position.row - 1, above.length };
+}
+
+CursorPlace TextStore::placeAt(RowCol position) const
+{
+    const Row found = row(position.row);
+    Q_ASSERT(position.column >= 0 && position.column <= found.length);
+    return { found.start + position.column, position.column == found.length && !found.endsLine };
+}
+
+bool TextStore::fitsInRow(qint64 offset, qint64 length) const
+{
+    return !d->layout.wraps() || d->layout.isWithinLimit(text(offset, length));
 }
 
 qint64 TextStore::offsetAt(RowCol position) const
@@ -227,7 +300,7 @@ qint64 TextStore::offsetAt(RowCol position) const
 qint64 TextStore::lineAt(qint64 offset) const
 {
     Q_ASSERT(d->isInside(offset));
-    return d->tree.isEmpty() ? 0 : linesBefore(d->tree, offset);
+    return d->tree().isEmpty() ? 0 : linesBefore(d->tree(), offset);
 }
 
 LineCol TextStore::lineColAt(qint64 offset) const
@@ -239,7 +312,7 @@ LineCol TextStore::lineColAt(qint64 offset) const
 qint64 TextStore::lineStart(qint64 line) const
 {
     Q_ASSERT(line >= 0 && line < lineCount());
-    return behindLine(d->tree, line);
+    return behindLine(d->tree(), line);
 }
 
 qint64 TextStore::rowOfLine(qint64 line) const
@@ -256,20 +329,22 @@ qint64 TextStore::lineOfRow(qint64 row) const
 Subpixels TextStore::xAt(RowCol position) const
 {
     const qint64 end = offsetAt(position);
-    return d->tree.isEmpty() ? 0 : xAcross(d->tree, d->layout, end - position.column, end, 0);
+    return d->tree().isEmpty() ? 0 : xAcross(d->tree(), d->layout, end - position.column, end, 0);
 }
 
 qint64 TextStore::columnAt(qint64 row, Subpixels x) const
 {
     const Row place = this->row(row);
-    if (d->tree.isEmpty() || x < 0)
+    if (d->tree().isEmpty() || x < 0)
         return 0;
-    return offsetAcross(d->tree, d->layout, place.start, place.start + place.length, x) - place.start;
+    return offsetAcross(d->tree(), d->layout, place.start, place.start + place.length, x) - place.start;
 }
 
 void TextStore::checkInvariants() const
 {
-    checkTree(d->tree, d->layout);
+    [[maybe_unused]] const qint64 before = length();
+    checkTree(d->tree(), d->layout);
+    Q_ASSERT(length() == before);
 }
 void TextStore::setLeafCapacity(int units)
 {
@@ -307,7 +382,7 @@ void TextStore::Builder::append(QStringView text)
 TextStore TextStore::Builder::finish()
 {
     const LayoutRule rule = d->store.layoutRule();
-    d->store.d->tree = d->tree.finish();
+    d->store.d->setTree(d->tree.finish());
     TextStore finished = std::move(d->store);
     d = std::make_unique<Private>(rule);
     return finished;

@@ -44,9 +44,10 @@ class TextPiece;
 ///
 /// Units: offsets, columns and lengths are UTF-16 units; rows, lines and columns count from 0.
 /// Cost: edits and conversions O(log n), whatever the length of a line, wrapped or not; the same row or
-/// offset again, and the next row, nothing to speak of. Threads: the last answers are kept, so that even
-/// questions are for one thread at a time. Errors: a position outside the text is the caller's bug and
-/// asserted; nothing here talks to the user.
+/// offset again, and the next row, nothing to speak of. An edit near the one before, and a question for the
+/// text near it, is a matter of moving a few units: what it does to rows and lines is worked out when they
+/// are asked for. Threads: the last answers are kept, so that even questions are for one thread at a time.
+/// Errors: a position outside the text is the caller's bug and asserted; nothing here talks to the user.
 class TextStore {
 public:
     /// One display row. `start + length` is the offset of its LF when `endsLine`, else of the next row's
@@ -96,6 +97,8 @@ public:
     void replace(qint64 offset, qint64 removed, QStringView inserted);
     /// Cuts `length` units at `offset` out of the text and hands them over: O(log n).
     TextPiece take(qint64 offset, qint64 length);
+    /// The same, and puts `inserted` in their place.
+    TextPiece exchange(qint64 offset, qint64 removed, QStringView inserted);
     /// The same text without cutting it out: O(log n) as well, the leaves are shared until one side changes.
     TextPiece piece(qint64 offset, qint64 length) const;
     /// Puts a piece in: O(log n) if it comes from this store and the layout rule has not been set since, else
@@ -106,6 +109,12 @@ public:
     /// Row that holds `offset`; the offset at which a row begins belongs to that row, not to the end of the
     /// one above.
     RowCol rowColAt(qint64 offset) const;
+    RowCol rowColAt(CursorPlace place) const;
+    /// `position.column` may be 0..length of the row, which end means the row's own.
+    CursorPlace placeAt(RowCol position) const;
+    /// Whether a stretch without LF is surely too narrow to hold a wrapped row and go on behind it.
+    /// O(length).
+    bool fitsInRow(qint64 offset, qint64 length) const;
     /// `position.column` may be 0..length of the row.
     qint64 offsetAt(RowCol position) const;
     qint64 lineAt(qint64 offset) const;
@@ -153,7 +162,7 @@ public:
     void prepend(TextPiece &&other);
 
 private:
-    explicit TextPiece(TextTree &&tree);
+    explicit TextPiece(TextNodeRef root);
     TextTree tree() const;
     /// Not worth a node of its own in a store.
     bool isSmall() const;

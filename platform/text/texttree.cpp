@@ -23,18 +23,6 @@ TextTree innerTree(TextTree *begin, TextTree *end, const TextLayout &layout)
     return tree;
 }
 
-/// Makes a node that others hold the tree's own.
-void detach(TextTree &tree)
-{
-    if (!tree.node.isShared())
-        return;
-    const TextInner &shared = innerOf(tree);
-    auto *copy = new TextInner(shared.height, shared.stamp);
-    copy->count = shared.count;
-    std::copy(shared.begin(), shared.end(), copy->children.begin());
-    tree.node = TextNodeRef(copy);
-}
-
 /// Appends some of a node's children, moved out where nobody else holds the node.
 void takeChildren(TextTrees &list, TextTree &tree, qint32 from, qint32 to)
 {
@@ -161,74 +149,19 @@ std::pair<TextTree, TextTree> splitLeaf(const TextTree &tree, qint64 offset, con
         leafTree(leaf.part(offset, leaf.size - offset), layout) };
 }
 
-/// Whether a leaf stays sound when it is edited in itself.
-bool canReplace(const TextLeaf &leaf, qint64 offset, qint64 removed, QStringView inserted, bool isRoot)
+} // namespace
+
+void detach(TextTree &tree)
 {
-    const qint64 size = leaf.size - removed + inserted.size();
-    if (size > TextLeaf::maxSize() || size < (isRoot ? 1 : TextLeaf::minSize()))
-        return false;
-    const auto unitOfResult = [&](qint64 i) {
-        if (i < offset)
-            return leaf.at(i);
-        i -= offset;
-        return i < inserted.size() ? inserted[i].unicode() : leaf.at(offset + removed + i - inserted.size());
-    };
-    return isRoot
-        || (!QChar::isLowSurrogate(unitOfResult(0)) && !QChar::isHighSurrogate(unitOfResult(size - 1)));
+    if (!tree.node.isShared())
+        return;
+    const TextInner &shared = innerOf(tree);
+    auto *copy = new TextInner(shared.height, shared.stamp);
+    copy->count = shared.count;
+    std::copy(shared.begin(), shared.end(), copy->children.begin());
+    tree.node = TextNodeRef(copy);
 }
 
-/// Room for a leaf that is being typed into.
-qint64 roomFor(qint64 size)
-{
-    return qMin<qint64>(TextLeaf::maxSize(), size + size / 8 + 16);
-}
-
-template <typename Unit>
-void replaceUnits(Unit *text, qint64 size, qint64 offset, qint64 removed, QStringView inserted)
-{
-    memmove(text + offset + inserted.size(), text + offset + removed,
-        size_t(size - offset - removed) * sizeof(Unit));
-    std::transform(
-        inserted.begin(), inserted.end(), text + offset, [](QChar unit) { return Unit(unit.unicode()); });
-}
-
-/// The leaf's own memory does, as to its size and to the width of units.
-bool fitsInPlace(const TextTree &tree, qint64 removed, QStringView inserted)
-{
-    const TextLeaf &leaf = leafOf(tree);
-    const auto isWide = [](QChar unit) { return unit.unicode() > 0xff; };
-    return !tree.node.isShared() && leaf.size - removed + inserted.size() <= leaf.capacity
-        && (leaf.wide || std::none_of(inserted.begin(), inserted.end(), isWide))
-        && (!leaf.wide || removed == 0);
-}
-
-void rebuildLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted)
-{
-    const TextLeaf &old = leafOf(tree);
-    const qint64 size = old.size - removed + inserted.size();
-    QVarLengthArray<char16_t, 4096> text(size);
-    old.copyTo(text.data(), 0, offset);
-    std::copy_n(inserted.utf16(), inserted.size(), text.data() + offset);
-    old.copyTo(text.data() + offset + inserted.size(), offset + removed, old.size - offset - removed);
-    tree.node = TextLeaf::fromText(QStringView(text.data(), size), roomFor(size));
-}
-
-void editLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
-{
-    if (fitsInPlace(tree, removed, inserted)) {
-        TextLeaf &leaf = leafOf(tree);
-        if (leaf.wide)
-            replaceUnits(leaf.units(), leaf.size, offset, removed, inserted);
-        else
-            replaceUnits(leaf.bytes(), leaf.size, offset, removed, inserted);
-        leaf.size += qint32(inserted.size() - removed);
-    } else {
-        rebuildLeaf(tree, offset, removed, inserted);
-    }
-    tree.summary = summaryOf(leafOf(tree), layout);
-}
-
-/// The child that holds unit `offset`, or the last one; `offset` becomes that in the child.
 TextTree &childAt(const TextTree &tree, qint64 &offset)
 {
     TextInner &node = innerOf(tree);
@@ -237,19 +170,6 @@ TextTree &childAt(const TextTree &tree, qint64 &offset)
         offset -= node.children[size_t(i)].units();
     return node.children[size_t(i)];
 }
-
-void editPath(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
-{
-    if (tree.isLeaf())
-        return editLeaf(tree, offset, removed, inserted, layout);
-    detach(tree);
-    innerOf(tree).forgetTable();
-    TextTree &child = childAt(tree, offset);
-    editPath(child, offset, removed, inserted, layout);
-    summarise(tree, layout);
-}
-
-} // namespace
 
 void summarise(TextTree &tree, const TextLayout &layout)
 {
@@ -337,20 +257,6 @@ std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLa
     TextTree last = behind.isEmpty() ? TextTree{} : parentOf(std::move(behind), layout);
     return { join(std::move(first), std::move(left), layout),
         join(std::move(right), std::move(last), layout) };
-}
-
-bool replaceInLeaf(
-    TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
-{
-    if (tree.isEmpty())
-        return false;
-    qint64 begin = 0;
-    const TextLeaf &leaf = leafAt(tree, offset, begin);
-    const qint64 local = offset - begin;
-    if (local + removed > leaf.size || !canReplace(leaf, local, removed, inserted, tree.isLeaf()))
-        return false;
-    editPath(tree, offset, removed, inserted, layout);
-    return true;
 }
 
 void layOut(TextTree &tree, const TextLayout &layout)

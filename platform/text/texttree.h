@@ -22,14 +22,15 @@ TextTree concatenate(TextTree &&left, TextTree &&right, const TextLayout &layout
 std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLayout &layout);
 /// Sums an inner node's children up anew.
 void summarise(TextTree &tree, const TextLayout &layout);
-/// Replaces within one leaf if that can stay a leaf; false: nothing was done.
-bool replaceInLeaf(
-    TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout);
-/// The same for a node that is not to be shown but to be joined with others: stays measured as it is.
+/// The tree under a node that is not to be shown but to be joined with others: stays measured as it is.
 TextTree looseTreeUnder(TextNodeRef node, const TextLayout &layout);
 /// Measures the nodes that were not measured by `layout`.
 void layOut(TextTree &tree, const TextLayout &layout);
 
+/// Makes an inner node that others hold the tree's own.
+void detach(TextTree &tree);
+/// The child that holds unit `offset`, or the last one; `offset` becomes that in the child.
+TextTree &childAt(const TextTree &tree, qint64 &offset);
 /// Copies units `from`..`from + count` to `to`.
 void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to);
 /// The leaf that holds unit `offset` (the last one for the end of the text), and where it begins.

@@ -1,43 +1,126 @@
 #include "platform/text/undohistory.h"
 
+#include <QVarLengthArray>
+
 #include <deque>
-#include <vector>
+#include <optional>
 
 namespace {
 
 using Kind = UndoCommand::Kind;
 
-/// What undo() takes back at once.
-struct Step {
-    std::vector<UndoCommand> edits;
-    bool grouped = false;
-    bool open = false; ///< its group is not closed yet
+TextChange changeOf(const UndoCommand &command)
+{
+    const TextChange insertion{ command.offset, 0, command.text.length() };
+    return command.kind == Kind::Insert ? insertion : insertion.inverse();
+}
 
-    qint64 commandCount() const { return qint64(edits.size()) + (grouped ? (open ? 1 : 2) : 0); }
-    const UndoCommand &command(qint64 index) const
-    {
-        static const UndoCommand begin{ Kind::BeginGroup, 0, {} };
-        static const UndoCommand end{ Kind::EndGroup, 0, {} };
-        if (!grouped)
-            return edits[size_t(index)];
-        if (index == 0)
-            return begin;
-        return index <= qint64(edits.size()) ? edits[size_t(index - 1)] : end;
-    }
-};
+/// Where the cursor belongs after a change.
+qint64 cursorBehind(const TextChange &change)
+{
+    return change.offset + change.inserted;
+}
 
 /// Puts a command into effect, or its inverse; returns where the cursor belongs afterwards.
 qint64 apply(const UndoCommand &command, bool inverse, TextStore &store, const UndoHistory::Changed &changed)
 {
-    const bool insert = (command.kind == Kind::Insert) != inverse;
-    const qint64 length = command.text.length();
-    if (insert)
-        store.insert(command.offset, command.text);
+    const TextChange change = inverse ? changeOf(command).inverse() : changeOf(command);
+    if (change.inserted > 0)
+        store.insert(change.offset, command.text);
     else
-        store.replace(command.offset, length, {});
+        store.replace(change.offset, change.removed, {});
     if (changed)
-        changed(command.offset, insert ? 0 : length, insert ? length : 0);
-    return command.offset + (insert ? length : 0);
+        changed(change);
+    return cursorBehind(change);
+}
+
+/// Steps that became one.
+struct JoinedSteps {
+    TextPiece otherText; ///< the text on the other side of them: before them or, undone, behind them
+    std::optional<TextChange> change; ///< what they do to the text
+    qint64 cursorBefore = 0; ///< where the cursor belongs when they are undone
+    qint64 cursorBehind = 0;
+
+    void add(const UndoCommand &command);
+    void exchangeText(TextStore &store);
+};
+
+void JoinedSteps::add(const UndoCommand &command)
+{
+    const TextChange added = changeOf(command);
+    if (!change)
+        cursorBefore = ::cursorBehind(added.inverse());
+    cursorBehind = ::cursorBehind(added);
+    change = change ? change->then(added) : added;
+}
+
+void JoinedSteps::exchangeText(TextStore &store)
+{
+    TextPiece text = store.take(0, store.length());
+    store.insert(0, otherText);
+    otherText = std::move(text);
+}
+
+/// What undo() takes back at once.
+struct Step {
+    QVarLengthArray<UndoCommand, 2> edits; ///< only the newest one of steps that became one
+    std::unique_ptr<JoinedSteps> joined; ///< of the oldest step, when it was several
+    bool grouped = false;
+    bool open = false; ///< its group is not closed yet
+
+    void add(UndoCommand &&command);
+    qint64 undo(TextStore &store, const UndoHistory::Changed &changed);
+    qint64 redo(TextStore &store, const UndoHistory::Changed &changed);
+    qint64 commandCount() const { return edits.size() + (grouped ? (open ? 1 : 2) : 0); }
+    const UndoCommand &command(qint64 index) const;
+};
+
+void Step::add(UndoCommand &&command)
+{
+    if (joined) {
+        joined->add(command);
+        edits.clear();
+    }
+    edits.push_back(std::move(command));
+}
+
+qint64 Step::undo(TextStore &store, const UndoHistory::Changed &changed)
+{
+    if (joined) {
+        joined->exchangeText(store);
+        if (changed)
+            changed(joined->change->inverse());
+        return joined->cursorBefore;
+    }
+    qint64 cursor = 0;
+    for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
+        cursor = apply(*edit, true, store, changed);
+    return cursor;
+}
+
+qint64 Step::redo(TextStore &store, const UndoHistory::Changed &changed)
+{
+    if (joined) {
+        joined->exchangeText(store);
+        if (changed)
+            changed(*joined->change);
+        return joined->cursorBehind;
+    }
+    qint64 cursor = 0;
+    for (const UndoCommand &edit : std::as_const(edits))
+        cursor = apply(edit, false, store, changed);
+    return cursor;
+}
+
+const UndoCommand &Step::command(qint64 index) const
+{
+    static const UndoCommand begin{ Kind::BeginGroup, 0, {} };
+    static const UndoCommand end{ Kind::EndGroup, 0, {} };
+    if (!grouped)
+        return edits[index];
+    if (index == 0)
+        return begin;
+    return index <= edits.size() ? edits[index - 1] : end;
 }
 
 } // namespace
@@ -46,15 +129,15 @@ struct UndoHistory::State {
     std::deque<Step> steps; ///< oldest first; from `done` on they can be redone
     size_t done = 0;
     size_t depth = 256;
-    qint64 commandCount = 0; ///< of the steps before `done`
+    TextPiece origin; ///< the text before the oldest step
     int groupDepth = 0;
     Joining lastJoining = Joining::Never; ///< how the newest command was recorded
 
     void record(UndoCommand &&command, Joining joining);
     bool join(UndoCommand &command, Joining joining);
     UndoCommand *newestEdit();
-    void forgetRedo();
     void limitDepth();
+    void joinOldestSteps();
 };
 
 /// The command a new one may join, null when there is none.
@@ -64,7 +147,7 @@ UndoCommand *UndoHistory::State::newestEdit()
         return nullptr;
     Step &step = steps[done - 1];
     const bool reachable = groupDepth > 0 ? step.open : !step.grouped;
-    return reachable && !step.edits.empty() ? &step.edits.back() : nullptr;
+    return reachable && !step.joined && !step.edits.empty() ? &step.edits.back() : nullptr;
 }
 
 bool UndoHistory::State::join(UndoCommand &command, Joining joining)
@@ -84,45 +167,43 @@ bool UndoHistory::State::join(UndoCommand &command, Joining joining)
     return true;
 }
 
-void UndoHistory::State::forgetRedo()
-{
-    steps.resize(done);
-}
-
 void UndoHistory::State::record(UndoCommand &&command, Joining joining)
 {
-    if (command.text.length() == 0)
-        return;
-    forgetRedo();
     const bool joined = join(command, joining);
     lastJoining = joining;
     if (joined)
         return;
     if (groupDepth == 0 || done == 0 || !steps.back().open) {
-        steps.push_back({ {}, groupDepth > 0, groupDepth > 0 });
+        Step &step = steps.emplace_back();
+        step.grouped = step.open = groupDepth > 0;
         ++done;
-        commandCount += groupDepth > 0;
     }
-    steps.back().edits.push_back(std::move(command));
-    ++commandCount;
+    steps.back().add(std::move(command));
     limitDepth();
 }
 
-/// Joins the two oldest steps until no more than `depth` are left.
 void UndoHistory::State::limitDepth()
 {
-    while (done > depth) {
-        Step &oldest = steps[0];
-        Step &second = steps[1];
-        commandCount -= oldest.commandCount() + second.commandCount();
-        for (UndoCommand &edit : second.edits)
-            oldest.edits.push_back(std::move(edit));
-        oldest.grouped = true;
-        oldest.open = second.open;
-        commandCount += oldest.commandCount();
-        steps.erase(steps.begin() + 1);
-        --done;
+    while (done > depth)
+        joinOldestSteps();
+}
+
+void UndoHistory::State::joinOldestSteps()
+{
+    Step oldest = std::move(steps[0]);
+    steps.pop_front();
+    --done;
+    Step &step = steps[0];
+    if (!oldest.joined) {
+        oldest.joined = std::make_unique<JoinedSteps>(JoinedSteps{ origin, {} });
+        for (const UndoCommand &edit : std::as_const(oldest.edits))
+            oldest.joined->add(edit);
     }
+    step.joined = std::move(oldest.joined);
+    for (const UndoCommand &edit : std::as_const(step.edits))
+        step.joined->add(edit);
+    step.edits.erase(step.edits.begin(), step.edits.end() - 1);
+    step.grouped = true;
 }
 
 UndoHistory::UndoHistory(int depth)
@@ -161,18 +242,28 @@ void UndoHistory::clear()
 {
     d->steps.clear();
     d->done = 0;
-    d->commandCount = 0;
+    d->origin = {};
     d->lastJoining = Joining::Never;
 }
 
-void UndoHistory::recordInsert(qint64 offset, TextPiece text, Joining joining)
+void UndoHistory::replace(
+    TextStore &store, qint64 offset, qint64 removed, QStringView inserted, Joining joining)
 {
-    d->record({ Kind::Insert, offset, std::move(text) }, joining);
-}
-
-void UndoHistory::recordDelete(qint64 offset, TextPiece text, Joining joining)
-{
-    d->record({ Kind::Delete, offset, std::move(text) }, joining);
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    if (d->done == 0)
+        d->origin = store.piece(0, store.length());
+    d->steps.resize(d->done);
+    TextPiece gone = store.exchange(offset, removed, inserted);
+    const bool both = removed > 0 && !inserted.isEmpty();
+    if (both)
+        beginGroup();
+    if (removed > 0)
+        d->record({ Kind::Delete, offset, std::move(gone) }, joining);
+    if (!inserted.isEmpty())
+        d->record({ Kind::Insert, offset, TextPiece(inserted) }, joining);
+    if (both)
+        endGroup();
 }
 
 void UndoHistory::beginGroup()
@@ -187,10 +278,8 @@ void UndoHistory::endGroup()
     if (--d->groupDepth > 0)
         return;
     breakJoining();
-    if (d->done > 0 && d->steps[d->done - 1].open) {
+    if (d->done > 0)
         d->steps[d->done - 1].open = false;
-        ++d->commandCount;
-    }
 }
 
 void UndoHistory::breakJoining()
@@ -202,37 +291,29 @@ qint64 UndoHistory::undo(TextStore &store, const Changed &changed)
 {
     Q_ASSERT(canUndo() && d->groupDepth == 0);
     breakJoining();
-    const Step &step = d->steps[--d->done];
-    d->commandCount -= step.commandCount();
-    qint64 cursor = 0;
-    for (auto edit = step.edits.rbegin(); edit != step.edits.rend(); ++edit)
-        cursor = apply(*edit, true, store, changed);
-    return cursor;
+    return d->steps[--d->done].undo(store, changed);
 }
 
 qint64 UndoHistory::redo(TextStore &store, const Changed &changed)
 {
     Q_ASSERT(canRedo() && d->groupDepth == 0);
     breakJoining();
-    const Step &step = d->steps[d->done++];
-    d->commandCount += step.commandCount();
-    qint64 cursor = 0;
-    for (const UndoCommand &edit : step.edits)
-        cursor = apply(edit, false, store, changed);
-    return cursor;
+    return d->steps[d->done++].redo(store, changed);
 }
 
 qint64 UndoHistory::commandCount() const
 {
-    return d->commandCount;
+    qint64 count = 0;
+    for (size_t step = 0; step < d->done; ++step)
+        count += d->steps[step].commandCount();
+    return count;
 }
 
 const UndoCommand &UndoHistory::command(qint64 index) const
 {
-    Q_ASSERT(index >= 0 && index < d->commandCount);
-    size_t step = d->done;
-    qint64 first = d->commandCount;
-    while (index < first)
-        first -= d->steps[--step].commandCount();
-    return d->steps[step].command(index - first);
+    Q_ASSERT(index >= 0 && index < commandCount());
+    size_t step = 0;
+    for (; index >= d->steps[step].commandCount(); ++step)
+        index -= d->steps[step].commandCount();
+    return d->steps[step].command(index);
 }

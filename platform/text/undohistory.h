@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/text/textchange.h"
 #include "platform/text/textstore.h"
 
 #include <functional>
@@ -21,7 +22,11 @@ struct UndoCommand {
 /// one command. At most `depth()` steps are kept apart; beyond that the two oldest steps become one, so that
 /// undoing everything always brings back the text as it was when the history was last cleared.
 ///
-/// Cost: recording O(1) amortised; undo and redo cost what the edits themselves cost.
+/// Steps that became one are not played back: they are the text before them, which shares with the store
+/// whatever has not changed since. Of their commands only the newest is kept.
+///
+/// Cost: an edit costs what it costs in the store; undo and redo likewise, but O(log n) where steps became
+/// one, however many.
 class UndoHistory {
 public:
     /// How a new command may join the one before it.
@@ -38,9 +43,10 @@ public:
     qint64 undoSteps() const;
     void clear();
 
-    /// Records what was just done to the store; forgets everything that could be redone.
-    void recordInsert(qint64 offset, TextPiece text, Joining joining = Joining::Never);
-    void recordDelete(qint64 offset, TextPiece text, Joining joining = Joining::Never);
+    /// Edits the store and records it: a deletion, an insertion, or one and the other as a group. Forgets
+    /// everything that could be redone. Always the same store, changed by nobody else until clear().
+    void replace(TextStore &store, qint64 offset, qint64 removed, QStringView inserted,
+        Joining joining = Joining::Never);
     /// Groups nest; only the outermost pair makes markers. An empty group leaves no trace.
     void beginGroup();
     void endGroup();
@@ -48,12 +54,13 @@ public:
     void breakJoining();
 
     /// One change that undo() or redo() made to the text, in the order it was made.
-    using Changed = std::function<void(qint64 offset, qint64 removed, qint64 inserted)>;
+    using Changed = std::function<void(const TextChange &change)>;
     /// Takes the newest step back in `store`; returns where the cursor belongs afterwards. Asserts canUndo().
     qint64 undo(TextStore &store, const Changed &changed = {});
     qint64 redo(TextStore &store, const Changed &changed = {});
 
-    /// Commands that can be undone, oldest first: for the jump to the last edited place.
+    /// Commands that are kept and can be undone, oldest first: for the jump to the last edited place.
+    /// O(depth()).
     qint64 commandCount() const;
     const UndoCommand &command(qint64 index) const;
 

@@ -17,6 +17,14 @@ struct LineCol {
     friend auto operator<=>(const LineCol &, const LineCol &) = default;
 };
 
+/// Where a cursor stands. Between two rows of a wrapped line one offset is two places: the end of the upper
+/// row and the start of the lower one. Anywhere else `atRowEnd` says nothing.
+struct CursorPlace {
+    qint64 offset = 0;
+    bool atRowEnd = false; ///< the end of the upper row is meant
+    friend bool operator==(const CursorPlace &, const CursorPlace &) = default;
+};
+
 /// A horizontal distance in 1/64 device pixel: characters stand on whole device pixels at every scale, so
 /// sums over a row are exact and convert to the screen without rounding. 64 bits wide because one row may
 /// hold a hundred million characters.

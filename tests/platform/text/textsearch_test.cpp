@@ -38,15 +38,23 @@ TextStore storeOf(const QString &text, const LayoutRule &rule = {})
     return store;
 }
 
-QString drawn(const std::optional<SearchHit> &hit)
+QString drawn(RowCol begin, RowCol end)
 {
-    if (!hit)
-        return QStringLiteral("none");
-    return QStringLiteral("%1,%2-%3,%4")
-        .arg(hit->begin.row)
-        .arg(hit->begin.column)
-        .arg(hit->end.row)
-        .arg(hit->end.column);
+    return QStringLiteral("%1,%2-%3,%4").arg(begin.row).arg(begin.column).arg(end.row).arg(end.column);
+}
+
+QString drawn(const TextStore &store, const std::optional<SearchHit> &hit)
+{
+    return hit ? drawn(store.rowColAt(hit->begin), store.rowColAt(hit->end)) : QStringLiteral("none");
+}
+
+/// A column behind the last one of its row is that one.
+QString drawn(const ModelStore &model, const std::optional<RowHit> &hit)
+{
+    const auto inside = [&](RowCol place) {
+        return RowCol{ place.row, qMin(place.column, model.rows().at(place.row).length) };
+    };
+    return hit ? drawn(inside(hit->begin), inside(hit->end)) : QStringLiteral("none");
 }
 
 } // namespace
@@ -228,20 +236,27 @@ void TextSearchTest::followsTheRowRules()
         { QStringLiteral("a"), QStringLiteral("A"), QStringLiteral("b"), QStringLiteral("a"),
             QStringLiteral("\u3042"), QStringLiteral("\U0001f600"), QStringLiteral("\n") });
     for (int round = 0; round < 100; ++round) {
-        const TextStore store = storeOf(random.text(random.below(40)), rule);
-        const NaiveSearch naive(store);
+        const QString text = random.text(random.below(40));
+        const TextStore store = storeOf(text, rule);
+        ModelStore model(rule);
+        model.setText(text);
+        const NaiveSearch naive(model);
         const QString find = random.text(1 + random.below(random.chance(4) ? 9 : 3)).remove(u'\n');
         if (find.isEmpty())
             continue;
         const auto cs = random.chance(2) ? Qt::CaseSensitive : Qt::CaseInsensitive;
         const TextPattern pattern(find, cs);
         for (qint64 row = 0; row < store.rowCount(); ++row) {
-            for (qint64 column = 0; column <= store.row(row).length + 1; ++column) {
-                const RowCol start{ row, column };
-                QCOMPARE(drawn(searchForward(store, pattern, start)), drawn(naive.forward(find, cs, start)));
-                if (column <= store.row(row).length)
-                    QCOMPARE(
-                        drawn(searchBackward(store, pattern, start)), drawn(naive.backward(find, cs, start)));
+            for (qint64 column = 0; column <= store.row(row).length; ++column) {
+                const RowCol at{ row, column };
+                const CursorPlace place = store.placeAt(at);
+                QCOMPARE(drawn(store, searchForward(store, pattern, place)),
+                    drawn(model, naive.forward(find, cs, at)));
+                QCOMPARE(drawn(store, searchBackward(store, pattern, place)),
+                    drawn(model, naive.backward(find, cs, at)));
+                if (place.offset < store.length())
+                    QCOMPARE(drawn(store, searchForward(store, pattern, nextColumn(store, place))),
+                        drawn(model, naive.forward(find, cs, { row, column + 1 })));
             }
         }
     }
@@ -258,7 +273,7 @@ void TextSearchTest::marksRows_data()
     // Rows of four: 0123 4567 89ab c
     QTest::newRow("within a row") << false << "12" << qint64(0) << qint64(0) << "0,1-0,3";
     QTest::newRow("over a row end") << false << "345" << qint64(0) << qint64(0) << "0,3-1,2";
-    QTest::newRow("over two row ends") << false << "345678" << qint64(0) << qint64(0) << "0,3-1,5";
+    QTest::newRow("over two row ends") << false << "345678" << qint64(0) << qint64(0) << "0,3-1,4";
     QTest::newRow("at a row start") << false << "45" << qint64(0) << qint64(0) << "0,4-1,2";
     QTest::newRow("at a row start, from there") << false << "45" << qint64(1) << qint64(0) << "1,0-1,2";
     QTest::newRow("behind a row's end") << false << "45" << qint64(0) << qint64(5) << "1,0-1,2";
@@ -286,9 +301,11 @@ void TextSearchTest::marksRows()
         storeOf(QStringLiteral("0123456789abc"), { nullptr, 8 * subpixelsPerPixel, 4 * subpixelsPerPixel });
     QCOMPARE(store.rowCount(), 4);
     const TextPattern pattern(find, Qt::CaseSensitive);
-    const auto hit = backwards ? searchBackward(store, pattern, { row, column })
-                               : searchForward(store, pattern, { row, column });
-    QCOMPARE(drawn(hit), expected);
+    const bool isBehind = column > store.row(row).length;
+    const CursorPlace last = store.placeAt({ row, isBehind ? column - 1 : column });
+    const CursorPlace start = isBehind ? nextColumn(store, last) : last;
+    const auto hit = backwards ? searchBackward(store, pattern, start) : searchForward(store, pattern, start);
+    QCOMPARE(drawn(store, hit), expected);
 }
 
 QTEST_APPLESS_MAIN(TextSearchTest)
