@@ -7,6 +7,7 @@
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "platform/freememory.h"
+#include "platform/resource.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -38,6 +39,7 @@ frmMain::frmMain(QWidget *parent)
     readSettings();
     installTranslator(appSettings().Lang);
     setWindowTitle(u"Marlo!Pad QT"_s);
+    setWindowIcon(Resource::loadIcon(u"marlopad"_s));
     // The tool bars hold the menus: no menu may offer to hide them.
     setContextMenuPolicy(Qt::NoContextMenu);
     createMenuBar();

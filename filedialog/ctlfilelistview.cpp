@@ -80,8 +80,10 @@ void ctlFileListView::setUpColumns()
     const auto &widths = isVga() ? vgaWidths : smallWidths;
     for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column)
         header()->resizeSection(column, widths.at(size_t(column)));
-    for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column)
-        headerItem()->setToolTip(column, QKeySequence(int(Qt::CTRL) | (int(Qt::Key_1) + column)).toString());
+    for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column) {
+        const QKeySequence keys(int(Qt::CTRL) | (int(Qt::Key_1) + column));
+        headerItem()->setToolTip(column, keys.toString(QKeySequence::NativeText));
+    }
     headerItem()->setTextAlignment(ctlFileListViewItem::SizeColumn, Qt::AlignRight | Qt::AlignVCenter);
     headerItem()->setTextAlignment(ctlFileListViewItem::DateColumn, Qt::AlignCenter);
     header()->setSectionsClickable(true);

@@ -49,7 +49,7 @@ std::optional<std::tm> localTime(qint64 seconds)
 QString sizeText(qint64 bytes)
 {
     const qint64 kilobytes = bytes / kilobyte + (bytes % kilobyte != 0 ? 1 : 0);
-    return QStringLiteral("%1 KB").arg(groupDigits(kilobytes));
+    return ctlFileListViewItem::tr("%1 KB").arg(groupDigits(kilobytes));
 }
 
 QString dateText(qint64 modified)

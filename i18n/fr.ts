@@ -40,7 +40,7 @@
     <name>ctlEditer</name>
     <message>
         <source>(new document)</source>
-        <translation>(nouveau document)</translation>
+        <translation>(sans titre)</translation>
     </message>
     <message>
         <source>Error</source>
@@ -58,12 +58,12 @@
         <source>Cannot write the file.
 You do not have the permission or the file may be in use.</source>
         <translation>Impossible d’écrire le fichier.
-Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</translation>
+Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’utilisation.</translation>
     </message>
     <message>
         <source>The file may be damaged. Its old content is kept in the file
 %1</source>
-        <translation>Le fichier est peut-être endommagé. Son ancien contenu est conservé dans le fichier
+        <translation>Le fichier est peut-être endommagé. Son ancien contenu est conservé dans le fichier suivant :
 %1</translation>
     </message>
     <message>
@@ -73,7 +73,7 @@ Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</trans
     <message>
         <source>The file could not be read before. Its old content is kept in the file
 %1</source>
-        <translation>Ce fichier n’avait pas pu être lu. Son ancien contenu est conservé dans le fichier
+        <translation>Ce fichier n’avait pas pu être lu. Son ancien contenu est conservé dans le fichier suivant :
 %1</translation>
     </message>
     <message>
@@ -86,15 +86,15 @@ Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</trans
     </message>
     <message>
         <source>This is a folder, not a file!</source>
-        <translation>Ceci est un dossier, pas un fichier.</translation>
+        <translation>Il s’agit d’un dossier et non d’un fichier.</translation>
     </message>
     <message>
         <source>This is a device or a pipe, not a file!</source>
-        <translation>Ceci est un périphérique ou un tube, pas un fichier.</translation>
+        <translation>Il s’agit d’un périphérique ou d’un tube et non d’un fichier.</translation>
     </message>
     <message>
         <source>There is not enough memory for this file!</source>
-        <translation>Mémoire insuffisante pour ce fichier.</translation>
+        <translation>Mémoire insuffisante pour ouvrir ce fichier.</translation>
     </message>
     <message>
         <source>This file could not be read to its end!</source>
@@ -123,6 +123,10 @@ Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</trans
 <context>
     <name>ctlFileListViewItem</name>
     <message>
+        <source>%1 KB</source>
+        <translation>%1 Ko</translation>
+    </message>
+    <message>
         <source>Folder</source>
         <translation>Dossier</translation>
     </message>
@@ -146,19 +150,19 @@ Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</trans
     <name>frmFileDialog</name>
     <message>
         <source>text files (*.txt;..)</source>
-        <translation>Texte (*.txt;..)</translation>
+        <translation>Fichiers texte (*.txt;..)</translation>
     </message>
     <message>
         <source>Qtopia files (*.conf;..)</source>
-        <translation>Qtopia (*.conf;..)</translation>
+        <translation>Fichiers Qtopia (*.conf;..)</translation>
     </message>
     <message>
         <source>HTML files (*.htm;js;..)</source>
-        <translation>HTML (*.htm;js;..)</translation>
+        <translation>Fichiers HTML (*.htm;js;..)</translation>
     </message>
     <message>
         <source>Web files (*.cgi;pl;..)</source>
-        <translation>Web (*.cgi;pl;..)</translation>
+        <translation>Fichiers Web (*.cgi;pl;..)</translation>
     </message>
     <message>
         <source>C language (*.h;c;cpp;..)</source>
@@ -170,7 +174,7 @@ Vous n’en avez pas le droit ou le fichier est en cours d’utilisation.</trans
     </message>
     <message>
         <source>all files (*.*)</source>
-        <translation>Tous (*.*)</translation>
+        <translation>Tous les fichiers (*.*)</translation>
     </message>
     <message>
         <source>Auto</source>
@@ -581,8 +585,8 @@ Voulez-vous enregistrer ce fichier ?</translation>
             2005/07/04
 
 </source>
-        <translation>Marlo!Pad QT version 1.76
-            04/07/2005
+        <translation>Marlo!Pad QT Ver1.76
+            2005/07/04
 
 </translation>
     </message>
@@ -623,7 +627,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Clear Recent Files</source>
-        <translation>Effacer les fichiers récents</translation>
+        <translation>Effacer la liste des fichiers récents</translation>
     </message>
     <message>
         <source>Are you sure you want to clear the Recent Files?</source>
@@ -739,19 +743,19 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Font &amp;size :</source>
-        <translation>Tai&amp;lle :</translation>
+        <translation>Tai&amp;lle de police :</translation>
     </message>
     <message>
         <source>F&amp;oreColor :</source>
-        <translation>Couleur te&amp;xte :</translation>
+        <translation>Couleur du te&amp;xte :</translation>
     </message>
     <message>
         <source>&amp;BackColor :</source>
-        <translation>Couleur f&amp;ond :</translation>
+        <translation>Couleur du f&amp;ond :</translation>
     </message>
     <message>
         <source>&amp;Wrap mode :</source>
-        <translation>&amp;Retour auto :</translation>
+        <translation>&amp;Retour à la ligne :</translation>
     </message>
     <message>
         <source>Mark display</source>
@@ -783,7 +787,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Fixed column</source>
-        <translation>Colonne fixe</translation>
+        <translation>Fixe</translation>
     </message>
     <message>
         <source>Wrap columns</source>
@@ -803,11 +807,11 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>(Same ForeColor)</source>
-        <translation>(couleur du texte)</translation>
+        <translation>(celle du texte)</translation>
     </message>
     <message>
         <source>Row No &amp;Color :</source>
-        <translation>&amp;Couleur numéros :</translation>
+        <translation>&amp;Couleur des numéros :</translation>
     </message>
     <message>
         <source>&amp;Active Line :</source>
@@ -815,7 +819,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>&amp;Tab size :</source>
-        <translation>&amp;Tabulation :</translation>
+        <translation>&amp;Taille de tabulation :</translation>
     </message>
     <message>
         <source>A cursor &amp;position is restored when opens</source>
@@ -843,7 +847,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>&amp;Clear Recent Files</source>
-        <translation>&amp;Effacer les fichiers récents</translation>
+        <translation>&amp;Effacer la liste des récents</translation>
     </message>
     <message>
         <source>UTF-8</source>
@@ -879,7 +883,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Default c&amp;har code:</source>
-        <translation>&amp;Codage :</translation>
+        <translation>&amp;Codage initial :</translation>
     </message>
 </context>
 <context>
@@ -898,7 +902,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>replaced :   %1</source>
-        <translation>remplacés :   %1</translation>
+        <translation>Remplacements :   %1</translation>
     </message>
 </context>
 <context>
@@ -929,7 +933,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Replace ALL</source>
-        <translation>Toutes</translation>
+        <translation>Tout rempl.</translation>
     </message>
     <message>
         <source>Close</source>

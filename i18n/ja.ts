@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>&amp;Redo</source>
-        <translation>やり直し(&amp;R)</translation>
+        <translation>やり直す(&amp;R)</translation>
     </message>
     <message>
         <source>Cu&amp;t</source>
@@ -25,7 +25,7 @@
     </message>
     <message>
         <source>Select &amp;All</source>
-        <translation>すべて選択(&amp;A)</translation>
+        <translation>すべてを選択(&amp;A)</translation>
     </message>
     <message>
         <source>Vertical scroll bar</source>
@@ -58,12 +58,12 @@
         <source>Cannot write the file.
 You do not have the permission or the file may be in use.</source>
         <translation>ファイルに書き込めません。
-権限がないか、ファイルが使用中の可能性があります。</translation>
+書き込み権限がないか、ファイルが使用中の可能性があります。</translation>
     </message>
     <message>
         <source>The file may be damaged. Its old content is kept in the file
 %1</source>
-        <translation>ファイルが壊れた可能性があります。元の内容は次のファイルに残っています。
+        <translation>ファイルが壊れた可能性があります。元の内容は次のファイルに残してあります。
 %1</translation>
     </message>
     <message>
@@ -73,7 +73,7 @@ You do not have the permission or the file may be in use.</source>
     <message>
         <source>The file could not be read before. Its old content is kept in the file
 %1</source>
-        <translation>このファイルは読み込めていませんでした。元の内容は次のファイルに残っています。
+        <translation>このファイルは以前に読み込めませんでした。元の内容は次のファイルに残してあります。
 %1</translation>
     </message>
     <message>
@@ -123,6 +123,10 @@ You do not have the permission or the file may be in use.</source>
 <context>
     <name>ctlFileListViewItem</name>
     <message>
+        <source>%1 KB</source>
+        <translation>%1 KB</translation>
+    </message>
+    <message>
         <source>Folder</source>
         <translation>フォルダ</translation>
     </message>
@@ -146,19 +150,19 @@ You do not have the permission or the file may be in use.</source>
     <name>frmFileDialog</name>
     <message>
         <source>text files (*.txt;..)</source>
-        <translation>テキスト (*.txt;..)</translation>
+        <translation>テキストファイル (*.txt;..)</translation>
     </message>
     <message>
         <source>Qtopia files (*.conf;..)</source>
-        <translation>Qtopia (*.conf;..)</translation>
+        <translation>Qtopiaファイル (*.conf;..)</translation>
     </message>
     <message>
         <source>HTML files (*.htm;js;..)</source>
-        <translation>HTML (*.htm;js;..)</translation>
+        <translation>HTMLファイル (*.htm;js;..)</translation>
     </message>
     <message>
         <source>Web files (*.cgi;pl;..)</source>
-        <translation>Web (*.cgi;pl;..)</translation>
+        <translation>Webファイル (*.cgi;pl;..)</translation>
     </message>
     <message>
         <source>C language (*.h;c;cpp;..)</source>
@@ -170,7 +174,7 @@ You do not have the permission or the file may be in use.</source>
     </message>
     <message>
         <source>all files (*.*)</source>
-        <translation>すべて (*.*)</translation>
+        <translation>すべてのファイル (*.*)</translation>
     </message>
     <message>
         <source>Auto</source>
@@ -376,7 +380,7 @@ Replace existing file?</source>
     </message>
     <message>
         <source>&amp;Redo</source>
-        <translation>やり直し(&amp;R)</translation>
+        <translation>やり直す(&amp;R)</translation>
     </message>
     <message>
         <source>Cu&amp;t  (Fn+X)</source>
@@ -392,7 +396,7 @@ Replace existing file?</source>
     </message>
     <message>
         <source>Select &amp;All  (Fn+A)</source>
-        <translation>すべて選択(&amp;A)  (Fn+A)</translation>
+        <translation>すべてを選択(&amp;A)  (Fn+A)</translation>
     </message>
     <message>
         <source>&amp;Date and Time</source>
@@ -432,7 +436,7 @@ Replace existing file?</source>
     </message>
     <message>
         <source>&amp;Last Edited Pos  (Fn+5)</source>
-        <translation>最後の編集位置(&amp;E)  (Fn+5)</translation>
+        <translation>最後の編集位置へ移動(&amp;E)  (Fn+5)</translation>
     </message>
     <message>
         <source>&amp;Full Screen</source>
@@ -525,26 +529,26 @@ Name : %2
 Char code  : %3
 Return code: %4
 </source>
-        <translation>パス : %1
-名前 : %2
+        <translation>フォルダ: %1
+名前: %2
 
-文字コード : %3
-改行コード : %4
+文字コード: %3
+改行コード: %4
 </translation>
     </message>
     <message>
         <source>File size  : %1 KB (%2 byte)
 
 </source>
-        <translation>サイズ : %1 KB (%2 バイト)
+        <translation>サイズ: %1 KB (%2 バイト)
 
 </translation>
     </message>
     <message>
         <source>Char count : %1
 Row count  : %2</source>
-        <translation>文字数 : %1
-行数 : %2</translation>
+        <translation>文字数: %1
+行数: %2</translation>
     </message>
     <message>
         <source>(no item)</source>
@@ -570,7 +574,7 @@ Row count  : %2</source>
     </message>
     <message>
         <source>%1 items was Replaced.</source>
-        <translation>%1 個を置換しました。</translation>
+        <translation>%1 件を置換しました。</translation>
     </message>
     <message>
         <source>Marlo!Pad QT</source>
@@ -623,7 +627,7 @@ Row count  : %2</source>
     </message>
     <message>
         <source>Clear Recent Files</source>
-        <translation>最近使ったファイルの消去</translation>
+        <translation>最近使ったファイルの一覧を消去</translation>
     </message>
     <message>
         <source>Are you sure you want to clear the Recent Files?</source>
@@ -843,7 +847,7 @@ Row count  : %2</source>
     </message>
     <message>
         <source>&amp;Clear Recent Files</source>
-        <translation>最近使ったファイルを消去(&amp;C)</translation>
+        <translation>最近使ったファイルの一覧を消去(&amp;C)</translation>
     </message>
     <message>
         <source>UTF-8</source>
@@ -898,7 +902,7 @@ Row count  : %2</source>
     </message>
     <message>
         <source>replaced :   %1</source>
-        <translation>置換数 :   %1</translation>
+        <translation>置換数:   %1</translation>
     </message>
 </context>
 <context>

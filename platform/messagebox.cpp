@@ -1,16 +1,68 @@
 #include "platform/messagebox.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
 
 namespace {
+
+constexpr int widestText = 480;
+
+/// Width of a line of text beside the icon; a small screen has less than a line may be wide.
+int roomForText(const QMessageBox &box)
+{
+    int around = 0;
+    for (const auto metric : { QStyle::PM_MessageBoxIconSize, QStyle::PM_LayoutLeftMargin,
+             QStyle::PM_LayoutRightMargin, QStyle::PM_LayoutHorizontalSpacing, QStyle::PM_TitleBarHeight })
+        around += box.style()->pixelMetric(metric, nullptr, &box);
+    return std::min(widestText, box.screen()->availableSize().width() - around);
+}
+
+/// The word with an invisible place to break between any two characters.
+QString withBreaks(const QString &word)
+{
+    QString result;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, word);
+    for (qsizetype start = 0, end = 0; (end = finder.toNextBoundary()) >= 0; start = end)
+        result += word.sliced(start, end - start) + QChar(0x200b);
+    return result;
+}
+
+/// The text with places to break in words that are wider than a line: the name of a file may be.
+QString breakable(const QString &text, const QFontMetrics &metrics, int room)
+{
+    QString result;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Line, text);
+    for (qsizetype start = 0, end = 0; (end = finder.toNextBoundary()) >= 0; start = end) {
+        const QString word = text.sliced(start, end - start);
+        result += metrics.horizontalAdvance(word) <= room ? word : withBreaks(word);
+    }
+    return result;
+}
 
 void setTexts(QMessageBox &box, const QString &title, const QString &text)
 {
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(title);
-    box.setText(text);
+    const int room = roomForText(box);
+    box.setText(breakable(text, box.fontMetrics(), room));
+    // By itself a box breaks its text as if half the screen were enough: on a small one, behind every word.
+    auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+    if (label)
+        label->setMinimumWidth(
+            label->fontMetrics().boundingRect(QRect(0, 0, room, 0), Qt::TextWordWrap, label->text()).width());
+}
+
+/// Shows a box that only tells something. Its button looks like those of a question, which have no picture.
+void showWithOk(QMessageBox &box)
+{
+    box.addButton(QMessageBox::Ok)->setIcon(QIcon());
+    box.exec();
 }
 
 void show(QMessageBox::Icon icon, QWidget *parent, const QString &title, const QString &text)
@@ -18,7 +70,7 @@ void show(QMessageBox::Icon icon, QWidget *parent, const QString &title, const Q
     QMessageBox box(parent);
     setTexts(box, title, text);
     box.setIcon(icon);
-    box.exec();
+    showWithOk(box);
 }
 
 } // namespace
@@ -39,7 +91,7 @@ void MessageBox::about(QWidget *parent, const QString &title, const QString &tex
     setTexts(box, title, text);
     const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
     box.setIconPixmap(box.windowIcon().pixmap(QSize(size, size), box.devicePixelRatioF()));
-    box.exec();
+    showWithOk(box);
 }
 
 int MessageBox::question(QWidget *parent, const QString &title, const QString &text,

@@ -17,6 +17,7 @@ public:
         QString escapeButton; ///< null when Escape does nothing
         Qt::TextFormat format = Qt::AutoText;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
+        bool hasPicture = false; ///< of its own, beside the icons of all boxes
 
         /// The buttons in their order, as "[Yes] No Cancel=Escape": the default one in brackets.
         QString drawnButtons() const
@@ -73,7 +74,7 @@ private:
     {
         const QList<QAbstractButton *> buttons = box->buttons();
         Box shown{ box->windowTitle(), box->text(), {}, textOf(box->defaultButton()),
-            textOf(box->escapeButton()), box->textFormat(), box->icon() };
+            textOf(box->escapeButton()), box->textFormat(), box->icon(), !box->iconPixmap().isNull() };
         for (const QAbstractButton *button : buttons)
             shown.buttons << textOf(button);
         m_shown << shown;

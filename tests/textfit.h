@@ -34,7 +34,7 @@ private:
         else if (const auto *combo = qobject_cast<const QComboBox *>(widget))
             checkCombo(combo);
         else if (const auto *group = qobject_cast<const QGroupBox *>(widget))
-            needs(group, group->title(), group->width() - frame);
+            checkGroup(group);
         else if (const auto *tabs = qobject_cast<const QTabBar *>(widget))
             checkTabs(tabs);
         else if (const auto *bar = qobject_cast<const QMenuBar *>(widget))
@@ -49,6 +49,17 @@ private:
         const QSize size = widget->fontMetrics().size(Qt::TextShowMnemonic, text);
         if (size.width() > room)
             m_faults << QStringLiteral("%1: %2 of %3").arg(text).arg(room).arg(size.width());
+    }
+    /// Reports a control that its window or a parent cuts off.
+    void isWhole(const QWidget *widget, const QString &text)
+    {
+        for (const QWidget *around = widget; !around->isWindow();) {
+            around = around->parentWidget();
+            if (!around->rect().contains(QRect(widget->mapTo(around, QPoint()), widget->size()))) {
+                m_faults << text + QStringLiteral(": cut off");
+                return;
+            }
+        }
     }
     void needsHeight(const QWidget *widget, const QString &text)
     {
@@ -65,19 +76,42 @@ private:
 
     void checkLabel(const QLabel *label)
     {
-        if (!label->pixmap().isNull() || label->wordWrap())
+        if (!label->pixmap().isNull())
             return;
         isNamed(label, label->text());
+        isWhole(label, label->text());
+        if (label->wordWrap()) {
+            checkParagraphs(label);
+            return;
+        }
         needs(label, label->text(), label->contentsRect().width());
         needsHeight(label, label->text());
+    }
+    /// A text that is broken into lines: no word is too wide, and the last line is not cut off.
+    void checkParagraphs(const QLabel *label)
+    {
+        const QSize room = label->contentsRect().size();
+        const int width = label->fontMetrics()
+                              .boundingRect(QRect(0, 0, room.width(), 0), Qt::TextWordWrap, label->text())
+                              .width();
+        const int height = label->heightForWidth(label->width());
+        if (width > room.width() || height > label->height())
+            m_faults << QStringLiteral("%1: %2 x %3 of %4 x %5")
+                            .arg(label->text())
+                            .arg(room.width())
+                            .arg(label->height())
+                            .arg(width)
+                            .arg(height);
     }
     void checkButton(const QAbstractButton *button)
     {
         const auto *tool = qobject_cast<const QToolButton *>(button);
         const bool showsText = !tool || tool->toolButtonStyle() != Qt::ToolButtonIconOnly;
         const bool isInternal = button->parentWidget()->inherits("QTabBar");
-        if (!isInternal)
+        if (!isInternal) {
             isNamed(button, button->text());
+            isWhole(button, button->text());
+        }
         if (!showsText || (tool && tool->text().isEmpty()))
             return;
         const bool hasBox = qobject_cast<const QCheckBox *>(button);
@@ -88,8 +122,14 @@ private:
         needs(button, button->text(), button->width() - indicator);
         needsHeight(button, button->text());
     }
+    void checkGroup(const QGroupBox *group)
+    {
+        isWhole(group, group->title());
+        needs(group, group->title(), group->width() - frame);
+    }
     void checkCombo(const QComboBox *combo)
     {
+        isWhole(combo, combo->currentText());
         QStyleOptionComboBox option;
         option.initFrom(combo);
         option.editable = combo->isEditable();

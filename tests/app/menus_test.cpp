@@ -373,6 +373,7 @@ void MenusTest::about()
     QCOMPARE(boxes.shown().at(0).title, u"Marlo!Pad QT"_s);
     QVERIFY(boxes.shown().at(0).text.startsWith(u"Marlo!Pad QT Ver1.76\n            2005/07/04\n\n"_s));
     QCOMPARE(boxes.shown().at(0).buttons.size(), 1);
+    QVERIFY(boxes.shown().at(0).hasPicture);
 }
 
 QTEST_MAIN(MenusTest)

@@ -1,7 +1,9 @@
 #include "platform/messagebox.h"
 #include "tests/messageboxes.h"
 
+#include <QLabel>
 #include <QScopeGuard>
+#include <QScreen>
 #include <QTest>
 
 #include <algorithm>
@@ -15,6 +17,7 @@ class MessageBoxTest : public QObject {
 private slots:
     void showsTextsAsTheyAre_data();
     void showsTextsAsTheyAre();
+    void breaksWordsThatHaveNoRoom();
     void answersWithTheButtonPressed_data();
     void answersWithTheButtonPressed();
     void buttonsStandInTheirOrder_data();
@@ -49,6 +52,29 @@ void MessageBoxTest::showsTextsAsTheyAre()
     QCOMPARE(boxes.shown().at(0).icon, QMessageBox::Critical);
     QCOMPARE(boxes.shown().at(1).icon, QMessageBox::Information);
     QCOMPARE(boxes.shown().at(1).buttons.size(), 1);
+}
+
+/// A name without a space in it is broken wherever the line ends, and nothing of it is lost.
+void MessageBoxTest::breaksWordsThatHaveNoRoom()
+{
+    const QString name = u"e\u0301"_s.repeated(250) + u".txt"_s;
+    QString shown;
+    int width = 0;
+    QTimer::singleShot(0, this, [&] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        const QLabel *label = box->findChild<QLabel *>(u"qt_msgbox_label"_s);
+        shown = label->text();
+        width = label->fontMetrics()
+                    .boundingRect(QRect(0, 0, label->contentsRect().width(), 0), Qt::TextWordWrap, shown)
+                    .width();
+        QVERIFY(width <= label->contentsRect().width());
+        QVERIFY(box->width() <= box->screen()->availableSize().width());
+        box->close();
+    });
+    MessageBox::information(nullptr, u"Title"_s, u"Name: "_s + name);
+    QVERIFY(width > 0);
+    QVERIFY(!shown.contains(u"e\u200b"_s)); // never inside a character
+    QCOMPARE(shown.remove(QChar(0x200b)), u"Name: "_s + name);
 }
 
 void MessageBoxTest::answersWithTheButtonPressed_data()

@@ -1,0 +1,331 @@
+#include "editor/textfile.h"
+#include "platform/filecalls.h"
+#include "platform/messagebox.h"
+#include "tests/app/forms.h"
+#include "tests/app/testwindow.h"
+#include "tests/filedialog/formtest.h"
+#include "tests/textfit.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QScreen>
+#include <QSet>
+#include <QTemporaryFile>
+
+#include <cerrno>
+#include <functional>
+#include <limits>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char *smallScreen =
+    R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 240, "height": 320,
+    "logicalDpi": 72, "logicalBaseDpi": 72, "dpr": 1}]})";
+constexpr const char *vgaScreen = R"({"screens": [{"name": "VGA", "x": 0, "y": 0, "width": 480, "height": 640,
+    "logicalDpi": 72, "logicalBaseDpi": 72, "dpr": 1}]})";
+
+/// The platform has one screen, of the class that the environment asks for.
+bool isVgaRun()
+{
+    return qEnvironmentVariable("SCREEN_CLASS") == u"VGA";
+}
+
+/// Looks at every message box that appears while it lives, and closes it.
+class BoxInspector : public QObject {
+public:
+    BoxInspector() { qApp->installEventFilter(this); }
+
+    QString name; ///< of the box that comes next
+    QStringList faults;
+    QSet<QString> seen; ///< title and text of each box
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *box = qobject_cast<QMessageBox *>(object);
+        if (box && event->type() == QEvent::Show)
+            QTimer::singleShot(0, box, [this, box] { inspect(*box); });
+        return false;
+    }
+
+private:
+    void inspect(QMessageBox &box)
+    {
+        seen << box.windowTitle() + u'\n' + box.text();
+        for (const QString &fault : TextFit(box).faults())
+            faults << name + u": "_s + fault;
+        const QSize room = box.screen()->size();
+        if (box.width() > room.width() || box.height() > room.height())
+            faults << u"%1: %2 x %3"_s.arg(name).arg(box.width()).arg(box.height());
+        savePicture(box);
+        box.buttons().constLast()->click();
+    }
+    /// With MARLOPAD_PICTURES a folder: a picture of the box.
+    void savePicture(QMessageBox &box) const
+    {
+        const QString folder = qEnvironmentVariable("MARLOPAD_PICTURES");
+        const QString row = box.screen()->name() + u'-' + QLatin1StringView(QTest::currentDataTag());
+        if (!folder.isEmpty())
+            box.grab().save(folder + u"/%1-box_%2.png"_s.arg(row, QString(name).replace(u' ', u'_')));
+    }
+};
+
+/// One message box of the program and how a user meets it.
+struct Occasion {
+    const char *name;
+    int boxes; ///< that appear, each with a text of its own
+    std::function<void(TestWindow &, const TestFiles &)> meet;
+};
+
+/// A field of an options page with a text that is refused.
+auto refusedOption(int page, const char *field, const char *text)
+{
+    return [=](TestWindow &window, const TestFiles &) {
+        frmOption options(&window);
+        options.show();
+        options.findChild<QTabWidget *>()->setCurrentIndex(page);
+        options.findChild<QComboBox *>(u"WrapMode"_s)->setCurrentIndex(2);
+        const QString name = QLatin1StringView(field);
+        auto *combo = options.findChild<QComboBox *>(name);
+        (combo ? combo->lineEdit() : options.findChild<QLineEdit *>(name))->setText(QLatin1StringView(text));
+        options.accept();
+    };
+}
+
+auto refusedFile(frmFileDialog::Mode mode, const QString &name)
+{
+    return [mode, name](TestWindow &window, const TestFiles &files) {
+        files.write(u"a.txt"_s, {});
+        frmFileDialog dialog(&window, mode, files.folder(), name);
+        dialog.show();
+        dialog.accept();
+    };
+}
+
+auto unreadableFile(const FileCalls &calls, const char *path)
+{
+    return [calls, path](TestWindow &window, const TestFiles &) {
+        QByteArray bytes;
+        readWholeFile(&window, QString::fromLatin1(path), bytes, calls);
+    };
+}
+
+FileCalls withHugeSize()
+{
+    FileCalls calls = FileCalls::system();
+    calls.stat = [](const char *, struct stat *status) {
+        status->st_mode = S_IFREG;
+        status->st_size = std::numeric_limits<off_t>::max();
+        return 0;
+    };
+    return calls;
+}
+
+FileCalls withoutRight()
+{
+    FileCalls calls = FileCalls::system();
+    calls.stat = [](const char *, struct stat *) {
+        errno = EACCES;
+        return -1;
+    };
+    return calls;
+}
+
+FileCalls withBrokenReading()
+{
+    FileCalls calls = FileCalls::system();
+    calls.pread = [](int, void *, size_t, off_t) -> ssize_t {
+        errno = EIO;
+        return -1;
+    };
+    return calls;
+}
+
+/// What the save commands tell, which cannot be made to happen from outside.
+void tellOfKeptCopy(TestWindow &window, const TestFiles &files)
+{
+    const QString text = QCoreApplication::translate(
+        "ctlEditer", "The file may be damaged. Its old content is kept in the file\n%1");
+    MessageBox::critical(&window, QCoreApplication::translate("ctlEditer", "File Write Error"),
+        text.arg(files.folder() + u".marlopad-a8Fk21"_s));
+}
+
+void saveOverUnread(TestWindow &window, const TestFiles &files)
+{
+    window.setDocument(files.folder() + u"unread.txt"_s);
+    files.write(u"unread.txt"_s, "there by now");
+    window.slotCmdFileSave();
+}
+
+void saveBinary(TestWindow &window, const TestFiles &files)
+{
+    window.setDocument(files.write(u"binary"_s, QByteArray(9, '\0')));
+    window.slotCmdFileSave();
+}
+
+void openEditedAgain(TestWindow &window, const TestFiles &files)
+{
+    const QString file = files.write(u"report of 2005.txt"_s, "text");
+    window.setDocument(file);
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.setDocument(file);
+    window.currentEditor()->setEdited(false);
+}
+
+void closeEdited(TestWindow &window, const TestFiles &files)
+{
+    window.setDocument(files.write(u"report of 2006.txt"_s, "text"));
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.slotCmdFileCloseTab();
+    window.currentEditor()->setEdited(false);
+}
+
+void replaceAll(TestWindow &window, const TestFiles &)
+{
+    window.slotCmdViewReplace();
+    auto *panel = window.findChild<frmSearchDialog *>();
+    panel->findText = u"x"_s;
+    window.slotEtcReplaceAll();
+    panel->hide();
+}
+
+void searchNothing(TestWindow &window, const TestFiles &)
+{
+    frmSearchDialog panel(&window);
+    panel.show();
+    panel.slotBtnNext();
+}
+
+void jumpNowhere(TestWindow &window, const TestFiles &)
+{
+    frmJumpTo jump(&window);
+    jump.show();
+    jump.accept();
+}
+
+void clearRecent(TestWindow &window, const TestFiles &)
+{
+    frmOption options(&window);
+    options.show();
+    options.slotRecentClear();
+}
+
+void missTranslations(TestWindow &window, const TestFiles &)
+{
+    qputenv("QPEDIR", "/nowhere");
+    window.slotCmdViewLangJa();
+    window.slotCmdViewLangFr();
+    qputenv("QPEDIR", BUILT_QPE_DIR);
+}
+
+/// As long as a name may be, without a place to break it.
+QString longName(QChar letter)
+{
+    return QString(250, letter) + u".txt"_s;
+}
+
+void propertiesOfLongName(TestWindow &window, const TestFiles &files)
+{
+    window.setDocument(files.write(longName(u'w'), "text"));
+    window.slotCmdFileProp();
+}
+
+const Occasion occasions[] = {
+    { "reload edited", 1, openEditedAgain },
+    { "reload", 1, [](TestWindow &window, const TestFiles &) { window.slotCmdFileReload(); } },
+    { "close edited", 1, closeEdited },
+    { "properties", 1, [](TestWindow &window, const TestFiles &) { window.slotCmdFileProp(); } },
+    { "properties of a long name", 1, propertiesOfLongName },
+    { "about", 1, [](TestWindow &window, const TestFiles &) { window.slotCmdViewAbout(); } },
+    { "no translations", 2, missTranslations },
+    { "replaced all", 1, replaceAll },
+    { "search nothing", 1, searchNothing },
+    { "jump nowhere", 1, jumpNowhere },
+    { "clear recent files", 1, clearRecent },
+    { "wrap columns no number", 1, refusedOption(0, "WrapLen", "x") },
+    { "wrap columns too few", 1, refusedOption(0, "WrapLen", "9") },
+    { "font size no number", 1, refusedOption(0, "FontSize", "x") },
+    { "font size too large", 1, refusedOption(0, "FontSize", "101") },
+    { "tab size no number", 1, refusedOption(1, "TabLen", "x") },
+    { "tab size too large", 1, refusedOption(1, "TabLen", "13") },
+    { "recent count no number", 1, refusedOption(2, "RecentViewCnt", "x") },
+    { "recent count too large", 1, refusedOption(2, "RecentViewCnt", "16") },
+    { "no file name", 1, refusedFile(frmFileDialog::Open, {}) },
+    { "forbidden file name", 1, refusedFile(frmFileDialog::SaveAs, u"a?.txt"_s) },
+    { "open what is not there", 1, refusedFile(frmFileDialog::Open, u"none.txt"_s) },
+    { "open a long name that is not there", 1, refusedFile(frmFileDialog::Open, longName(u'x')) },
+    { "replace a file", 1, refusedFile(frmFileDialog::SaveAs, u"a.txt"_s) },
+    { "forbidden file", 1, unreadableFile(withoutRight(), "/etc/passwd") },
+    { "folder", 1, unreadableFile(FileCalls::system(), "/") },
+    { "device", 1, unreadableFile(FileCalls::system(), "/dev/null") },
+    { "huge file", 1, unreadableFile(withHugeSize(), "/etc/passwd") },
+    { "reading breaks off", 1, unreadableFile(withBrokenReading(), "/etc/passwd") },
+    { "save nowhere", 1,
+        [](TestWindow &window, const TestFiles &) {
+            window.slotCmdFileSave(window.currentEditor(), u"/nowhere/"_s, u"a.txt"_s, 3, 2);
+        } },
+    { "save a binary file", 1, saveBinary },
+    { "damaged file", 1, tellOfKeptCopy },
+    { "save over an unread file", 2, saveOverUnread },
+};
+
+} // namespace
+
+/// Every message box of the program, in every language, on a screen of either class.
+class BoxFitTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void everyBoxFits_data();
+    void everyBoxFits();
+};
+
+void BoxFitTest::init()
+{
+    resetSettings();
+    qputenv("QPEDIR", BUILT_QPE_DIR);
+    if (isVgaRun())
+        qputenv("QWS_DISPLAY", "QVFb:Vga:0");
+}
+
+void BoxFitTest::everyBoxFits_data()
+{
+    QTest::addColumn<int>("language");
+    for (const auto &[language, name] : languages)
+        QTest::newRow(name) << language;
+}
+
+void BoxFitTest::everyBoxFits()
+{
+    failOnWarnings();
+    QFETCH(int, language);
+    appSettings().Lang = language;
+    writeSettings();
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    BoxInspector inspector;
+    for (const Occasion &occasion : occasions) {
+        inspector.name = QLatin1StringView(occasion.name);
+        const qsizetype before = inspector.seen.size();
+        occasion.meet(window, files);
+        QVERIFY2(inspector.seen.size() == before + occasion.boxes, occasion.name);
+    }
+    QCOMPARE(inspector.faults.join(u'\n'), QString());
+    for (ctlEditer *editor : window.tabBar()->editors())
+        editor->setEdited(false);
+}
+
+int main(int argc, char **argv)
+{
+    QTemporaryFile config;
+    if (!config.open() || config.write(isVgaRun() ? vgaScreen : smallScreen) < 0 || !config.flush())
+        return 1;
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toUtf8());
+    return runFormTest<BoxFitTest>(argc, argv);
+}
+#include "boxfit_test.moc"
