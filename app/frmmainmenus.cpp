@@ -36,6 +36,14 @@ QIcon iconOf(const Command &command)
                         : QIcon();
 }
 
+/// When the toolkit draws an item it counts the "&" within its text, but not when it makes room for the item:
+/// the longest one would lose its middle.
+void makeRoomForMnemonic(QMenu *menu)
+{
+    menu->setMinimumWidth(0);
+    menu->setMinimumWidth(menu->sizeHint().width() + menu->fontMetrics().horizontalAdvance(u'&'));
+}
+
 } // namespace
 
 void frmMain::createMenuBar()
@@ -54,6 +62,8 @@ void frmMain::createMenuBar()
     for (const MenuTitle &title : menuBarTitles)
         menu(title.menu)->setObjectName(QLatin1StringView(title.objectName));
     m_recentMenu = new QMenu(this);
+    for (QMenu *const menu : findChildren<QMenu *>())
+        connect(menu, &QMenu::aboutToShow, this, [menu] { makeRoomForMnemonic(menu); });
     connect(m_recentMenu, &QMenu::triggered, this,
         [this](QAction *action) { slotCmdMnuRecent(action->data().toInt()); });
 }

@@ -35,7 +35,9 @@ std::unique_ptr<Translation> Translation::load(int language)
 {
     const QString code = languageCode(language);
     std::unique_ptr<Translation> translation(new Translation);
-    if (!translation->m_program.load(QPEApplication::qpeDir() + u"/i18n/%1/marlopad2.qm"_s.arg(code)))
+    // Without delimiters: no file of a shorter name is to be taken in its place.
+    const QString fileName = QPEApplication::qpeDir() + u"/i18n/%1/marlopad2.qm"_s.arg(code);
+    if (!translation->m_program.load(fileName, {}, u""_s))
         return nullptr;
     // Where the toolkit's translation is not installed its few texts stay English.
     const QString toolkitFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);

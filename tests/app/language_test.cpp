@@ -3,8 +3,14 @@
 #include "tests/filedialog/formtest.h"
 #include "tests/textfit.h"
 
+#include <QContextMenuEvent>
 #include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStyleOptionMenuItem>
 #include <QTabWidget>
+#include <QToolTip>
 #include <QTranslator>
 
 using namespace Qt::StringLiterals;
@@ -24,14 +30,52 @@ void savePicture(QWidget &widget)
     QVERIFY(widget.grab().save(folder + u'/' + name.simplified().replace(u' ', u'_') + u".png"_s));
 }
 
-QStringList mnemonicsOf(const QMenu *menu)
+QStringList mnemonicsOf(const QList<QAction *> &actions)
 {
     QStringList letters;
-    for (const QAction *action : menu->actions()) {
+    for (const QAction *action : actions) {
         if (const qsizetype at = action->text().indexOf(u'&'); at >= 0)
             letters << action->text().mid(at + 1, 1).toUpper();
     }
     return letters;
+}
+
+/// The menu that the menu key opens there.
+QMenu *contextMenuOf(QWidget *widget)
+{
+    const QPoint place = widget->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, place, widget->mapToGlobal(place));
+    QApplication::sendEvent(widget, &event);
+    return qobject_cast<QMenu *>(QApplication::activePopupWidget());
+}
+
+struct OpenMenu : QMenu {
+    using QMenu::initStyleOption;
+};
+
+/// Width of an item without what the style puts around its text.
+int roomForText(const QMenu &menu, QAction *action)
+{
+    QStyleOptionMenuItem option;
+    (menu.*&OpenMenu::initStyleOption)(&option, action);
+    const QSize text(100, menu.fontMetrics().height());
+    const QSize item = menu.style()->sizeFromContents(QStyle::CT_MenuItem, &option, text, &menu);
+    return menu.actionGeometry(action).width() - (item.width() - text.width());
+}
+
+/// What is wrong with an open menu on a screen of this size; empty when nothing is.
+QString faultsOf(const QMenu &menu, QSize screen)
+{
+    if (menu.width() > screen.width() || menu.height() > screen.height())
+        return u"%1: %2 x %3"_s.arg(menu.title()).arg(menu.width()).arg(menu.height());
+    const QFontMetrics metrics = menu.fontMetrics();
+    for (QAction *action : menu.actions()) {
+        const QString text = action->text().section(u'\t', 0, 0);
+        if (metrics.elidedText(text, Qt::ElideMiddle, roomForText(menu, action), Qt::TextShowMnemonic)
+            != text)
+            return text;
+    }
+    return {};
 }
 
 } // namespace
@@ -123,6 +167,9 @@ void LanguageTest::textsFit()
         files->initTimer();
     QTRY_COMPARE(TextFit(shown).faults().join(u"; "), QString());
     savePicture(shown);
+    for (const QWidget *widget : shown.findChildren<QWidget *>())
+        QVERIFY2(QFontMetrics(QToolTip::font()).size(0, widget->toolTip()).width() < screen.width(),
+            qPrintable(widget->toolTip()));
     QCOMPARE(window.tabTexts(), QStringList(window.currentEditor()->name())); // not shortened
     QVERIFY2(shown.width() <= screen.width() && shown.height() <= screen.height(),
         qPrintable(u"%1 x %2"_s.arg(shown.width()).arg(shown.height())));
@@ -146,18 +193,24 @@ void LanguageTest::menusFit()
     writeSettings();
     if (vga)
         qputenv("QWS_DISPLAY", "QVFb:Vga:0");
-    const TestWindow window;
-    for (const MenuId id : { MenuId::File, MenuId::Edit, MenuId::View, MenuId::Language }) {
-        QMenu *menu = window.menu(id);
+    const QSize screen = vga ? vgaScreen : smallScreen;
+    TestWindow window;
+    QVERIFY(window.open());
+    QList<QMenu *> menus{ window.recentMenu() };
+    for (const MenuId id : { MenuId::File, MenuId::Edit, MenuId::View, MenuId::Language })
+        menus << window.menu(id);
+    for (QMenu *menu : menus) {
         menu->popup({ 0, 0 });
-        const QSize screen = vga ? vgaScreen : smallScreen;
-        QVERIFY2(menu->width() <= screen.width() && menu->height() <= screen.height(),
-            qPrintable(u"%1: %2 x %3"_s.arg(menu->title()).arg(menu->width()).arg(menu->height())));
-        for (QAction *action : menu->actions()) {
-            const int width = menu->fontMetrics().size(Qt::TextShowMnemonic, action->text()).width();
-            QVERIFY2(width < menu->actionGeometry(action).width(), qPrintable(action->text()));
-        }
+        QCOMPARE(faultsOf(*menu, screen), QString());
         menu->hide();
+    }
+    QLineEdit field;
+    for (QWidget *widget :
+        { static_cast<QWidget *>(window.currentEditor()), static_cast<QWidget *>(&field) }) {
+        QMenu *menu = contextMenuOf(widget);
+        QVERIFY(menu);
+        QCOMPARE(faultsOf(*menu, screen), QString());
+        menu->close();
     }
 }
 
@@ -172,13 +225,22 @@ void LanguageTest::menusWorkByKeyboard()
     QFETCH(int, language);
     appSettings().Lang = language;
     writeSettings();
-    const TestWindow window;
+    TestWindow window;
+    QVERIFY(window.open());
     for (const MenuId id : { MenuId::File, MenuId::Edit, MenuId::View, MenuId::Language }) {
-        QStringList letters = mnemonicsOf(window.menu(id));
+        QStringList letters = mnemonicsOf(window.menu(id)->actions());
         QCOMPARE(letters.size(), qsizetype(commandsOf(id).size()));
         if (language != 0)
             QCOMPARE(letters.removeDuplicates(), 0);
     }
+    QStringList titles = mnemonicsOf(window.findChild<QMenuBar *>()->actions());
+    QCOMPARE(titles.size(), 3);
+    QCOMPARE(titles.removeDuplicates(), 0);
+    QMenu *const menu = contextMenuOf(window.currentEditor());
+    QStringList letters = mnemonicsOf(menu->actions());
+    QCOMPARE(letters.size(), 6);
+    QCOMPARE(letters.removeDuplicates(), 0);
+    menu->close();
 }
 
 void LanguageTest::optionMnemonicsAreUnique_data()
@@ -212,13 +274,13 @@ void LanguageTest::optionMnemonicsAreUnique()
 void LanguageTest::toolkitTextsFollow_data()
 {
     QTest::addColumn<int>("item");
-    QTest::addColumn<QString>("undo");
-    QTest::newRow("Japanese") << 1 << u"元に戻す(&U)"_s;
-    QTest::newRow("English") << 2 << u"&Undo"_s;
-    QTest::newRow("French") << 3 << u"&Annuler"_s;
+    QTest::addColumn<QStringList>("texts");
+    QTest::newRow("Japanese") << 1 << QStringList{ u"元に戻す(&U)"_s, u"キャンセル"_s, u"Ctrl+Shift+Z"_s };
+    QTest::newRow("English") << 2 << QStringList{ u"&Undo"_s, u"Cancel"_s, u"Ctrl+Shift+Z"_s };
+    QTest::newRow("French") << 3 << QStringList{ u"&Annuler"_s, u"Annuler"_s, u"Ctrl+Maj+Z"_s };
 }
 
-/// The menu of a text field is the toolkit's own.
+/// The menu of a text field, the buttons of boxes and the names of keys are the toolkit's own.
 void LanguageTest::toolkitTextsFollow()
 {
     QFETCH(int, item);
@@ -228,7 +290,11 @@ void LanguageTest::toolkitTextsFollow()
         window.item(MenuId::Language, item)->trigger();
         QLineEdit field;
         const std::unique_ptr<QMenu> menu(field.createStandardContextMenu());
-        QTEST(menu->actions().constFirst()->text().section(u'\t', 0, 0), "undo");
+        QMessageBox box(QMessageBox::NoIcon, {}, {}, QMessageBox::Cancel);
+        QTEST(QStringList({ menu->actions().constFirst()->text().section(u'\t', 0, 0),
+                  box.button(QMessageBox::Cancel)->text().remove(u'&'),
+                  QKeySequence(u"Ctrl+Shift+Z"_s).toString(QKeySequence::NativeText) }),
+            "texts");
     }
 }
 

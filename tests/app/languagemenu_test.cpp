@@ -5,6 +5,27 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// A file beside or in the place of a translation: a whole translation under any other name, else no
+/// translation.
+void writeInstead(const QString &dataFolder, const QString &name, int item)
+{
+    if (name.isEmpty())
+        return;
+    const QString target = dataFolder + name;
+    QVERIFY(QDir().mkpath(QFileInfo(target).path()));
+    const QString language = item == 1 ? u"ja"_s : u"fr"_s;
+    if (!name.endsWith(u"marlopad2.qm")) {
+        QVERIFY(QFile::copy(QStringLiteral(TEST_QPE_DIR) + u"/i18n/%1/marlopad2.qm"_s.arg(language), target));
+        return;
+    }
+    QFile broken(target);
+    QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write("no translation") > 0);
+}
+
+} // namespace
+
 /// Choosing a language: the texts of menus and tool bar, and a language whose file is missing.
 class LanguageMenuTest : public QObject {
     Q_OBJECT
@@ -99,14 +120,23 @@ void LanguageMenuTest::languageTwiceIsOneTranslator()
 void LanguageMenuTest::missingTranslation_data()
 {
     QTest::addColumn<int>("item");
+    QTest::addColumn<QString>("file"); // that is there instead, below the data folder
     QTest::addColumn<QString>("text");
-    QTest::newRow("Japanese") << 1 << u"A japanese translation file is not found."_s;
-    QTest::newRow("French") << 3 << u"A french translation file not found."_s;
+    const QString noJapanese = u"A japanese translation file is not found."_s;
+    const QString noFrench = u"A french translation file not found."_s;
+    QTest::newRow("Japanese") << 1 << QString() << noJapanese;
+    QTest::newRow("French") << 3 << QString() << noFrench;
+    QTest::newRow("Japanese that is no translation") << 1 << u"i18n/ja/marlopad2.qm"_s << noJapanese;
+    QTest::newRow("French that is no translation") << 3 << u"i18n/fr/marlopad2.qm"_s << noFrench;
+    // The toolkit would also take files whose names are beginnings of the one asked for.
+    QTest::newRow("Japanese under a shorter name") << 1 << u"i18n/ja/marlopad2"_s << noJapanese;
+    QTest::newRow("French under the name of a folder above") << 3 << u"../data.qm"_s << noFrench;
 }
 
 void LanguageMenuTest::missingTranslation()
 {
     QFETCH(int, item);
+    QFETCH(QString, file);
     qputenv("QPEDIR", TEST_QPE_DIR);
     TestWindow window;
     const int other = item == 1 ? 3 : 1;
@@ -114,7 +144,9 @@ void LanguageMenuTest::missingTranslation()
     const QString title = window.menu(MenuId::File)->title();
     const int stored = appSettings().Lang;
 
-    qputenv("QPEDIR", "/nowhere");
+    const TestFiles files;
+    writeInstead(files.folder() + u"data.d/"_s, file, item);
+    qputenv("QPEDIR", QFile::encodeName(files.folder() + u"data.d"_s));
     MessageBoxes boxes;
     window.item(MenuId::Language, item)->trigger();
     QCOMPARE(boxes.count(), 1);
