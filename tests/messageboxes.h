@@ -30,8 +30,8 @@ public:
         }
     };
 
-    /// `answers`: text of the button to press in the first box, the second … "Escape" sends that key. A box
-    /// beyond the answers gets its default button, or the first.
+    /// `answers`: text of the button to press in the first box, the second … "Escape" sends that key,
+    /// "(close)" closes the box. A box beyond the answers gets its default button, or the first.
     explicit MessageBoxes(const QStringList &answers = {})
         : m_answers(answers)
     {
@@ -82,6 +82,10 @@ private:
         if (wanted == QLatin1String("Escape")) {
             QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
             QApplication::sendEvent(box, &press);
+            return;
+        }
+        if (wanted == QLatin1String("(close)")) {
+            box->close();
             return;
         }
         const qsizetype index = wanted.isEmpty() ? 0 : shown.buttons.indexOf(wanted);

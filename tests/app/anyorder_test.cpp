@@ -1,3 +1,8 @@
+#include "app/qpeapplicationesc.h"
+#include "editor/textfile.h"
+#include "platform/text/textcodec.h"
+#include "search/frmreplaceprogress.h"
+#include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
 
 #include <QClipboard>
@@ -14,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Answers every message box by one of its buttons, or by Escape.
+/// Answers every message box by one of its buttons, or by Escape, and hurries or stops some replace-all runs.
 class RandomAnswers : public QObject {
 public:
     explicit RandomAnswers(QRandomGenerator &random)
@@ -26,13 +31,23 @@ public:
 
     bool eventFilter(QObject *object, QEvent *event) override
     {
-        auto *box = qobject_cast<QMessageBox *>(object);
-        if (box && event->type() == QEvent::Show)
+        if (event->type() != QEvent::Show)
+            return false;
+        if (auto *box = qobject_cast<QMessageBox *>(object))
             QTimer::singleShot(0, box, [this, box] { answer(box); });
+        if (auto *progress = qobject_cast<frmReplaceProgress *>(object))
+            QTimer::singleShot(0, progress, [this, progress] { disturb(progress); });
         return false;
     }
 
 private:
+    void disturb(frmReplaceProgress *progress)
+    {
+        if (m_random.bounded(3) == 0)
+            progress->slotClickHiSpeed();
+        if (m_random.bounded(3) == 0)
+            progress->close();
+    }
     void answer(QMessageBox *box)
     {
         ++m_count;
@@ -48,15 +63,24 @@ private:
     int m_count = 0;
 };
 
-QByteArray withoutReturns(QByteArray bytes)
+QPEApplication *application()
 {
-    return bytes.replace('\r', "");
+    return static_cast<QPEApplication *>(qApp);
+}
+
+/// The text that a file's bytes are in the code and with the line ends of a document.
+QString decoded(QByteArray bytes, const ctlEditer &editor)
+{
+    static const QMap<int, QByteArray> names{ { CharCodeBinary, "ISO-8859-1" }, { CharCodeUtf8, "UTF8" },
+        { CharCodeEuc, "eucJP" }, { CharCodeJis, "JIS7" } };
+    normalizeLineEnds(bytes, editor.returnCode());
+    return TextCodec::codecForName(names.value(editor.charCode(), "SJIS"))->toUnicode(bytes);
 }
 
 } // namespace
 
-/// Opening, editing, saving, reloading, closing, switching and quitting in any order, every question answered
-/// by chance.
+/// Opening, editing, replacing, saving as other codes, reloading, closing, switching and ending in any order,
+/// every question answered by chance.
 class AnyOrderTest : public QObject {
     Q_OBJECT
 
@@ -86,11 +110,14 @@ private:
     void pressEditKey();
     void pressCommandKey();
     void saveAs();
+    void replaceAll();
     void reload();
     void changeOutside();
     void chooseTab();
     void closeTab();
+    void request();
     void quit();
+    void endSession();
 
     QRandomGenerator m_random;
     std::unique_ptr<TestFiles> m_files;
@@ -102,7 +129,7 @@ private:
 void AnyOrderTest::init()
 {
     resetSettings();
-    QApplication::clipboard()->setText(u"pasted\n"_s);
+    QApplication::clipboard()->setText(u"pasted あ\n"_s);
     m_files = std::make_unique<TestFiles>();
     m_names.clear();
     m_changedOutside.clear();
@@ -116,6 +143,7 @@ void AnyOrderTest::restart()
 {
     m_window.reset();
     m_window = std::make_unique<TestWindow>();
+    application()->showMainWidget(m_window.get());
     QVERIFY(m_window->open());
 }
 
@@ -186,10 +214,21 @@ void AnyOrderTest::saveAs()
 {
     if (below(4) != 0) {
         m_names << u"new%1.txt"_s.arg(m_names.size());
-        m_window->choices << FileChoice{ m_files->folder(), m_names.constLast(), CharCodeShiftJis,
-            ReturnCodeLf };
+        m_window->choices << FileChoice{ m_files->folder(), m_names.constLast(),
+            CharCodeUtf8 + below(CharCodeJis - CharCodeUtf8 + 1), below(ReturnCodeLf + 1) };
     }
     m_window->slotCmdFileSaveAs();
+}
+
+void AnyOrderTest::replaceAll()
+{
+    const QStringList texts{ u"e"_s, u"あ"_s, u"\n"_s, u"text"_s, u"ab"_s, QString() };
+    m_window->slotCmdViewReplace();
+    auto *panel = m_window->findChild<frmSearchDialog *>();
+    panel->findText = texts.at(below(4));
+    panel->replaceText = texts.at(below(int(texts.size())));
+    panel->caseSensitive = below(2) == 0;
+    m_window->slotEtcReplaceAll();
 }
 
 void AnyOrderTest::reload()
@@ -215,16 +254,32 @@ void AnyOrderTest::closeTab()
     press(Qt::Key_Escape);
 }
 
+/// Taken when the event loop comes to it, which may be in another step.
+void AnyOrderTest::request()
+{
+    if (below(8) == 0)
+        application()->requestEnd();
+    else
+        application()->request(m_files->folder() + anyFile());
+}
+
 void AnyOrderTest::quit()
 {
-    if (below(3) == 0)
+    if (below(2) == 0)
         m_window->slotCmdFileQuitSave();
-    else if (below(2) == 0)
-        m_window->endSession(below(2) == 0);
     else
         m_window->close();
-    if (!m_window->isVisible())
-        restart();
+}
+
+/// The session manager asks to save, and gives the order to end some time later, or never.
+void AnyOrderTest::endSession()
+{
+    if (below(2) == 0)
+        m_window->endSession(below(4) != 0);
+    else {
+        emit application()->sessionEnded();
+        m_window->close();
+    }
 }
 
 void AnyOrderTest::act()
@@ -235,7 +290,8 @@ void AnyOrderTest::act()
     } steps[] = { { 10, &AnyOrderTest::openFile }, { 2, &AnyOrderTest::openMissingFile },
         { 5, &AnyOrderTest::openByCommand }, { 5, &AnyOrderTest::openRecent }, { 25, &AnyOrderTest::type },
         { 20, &AnyOrderTest::pressEditKey }, { 30, &AnyOrderTest::pressCommandKey },
-        { 3, &AnyOrderTest::saveAs }, { 4, &AnyOrderTest::reload }, { 2, &AnyOrderTest::changeOutside },
+        { 4, &AnyOrderTest::saveAs }, { 4, &AnyOrderTest::replaceAll }, { 4, &AnyOrderTest::reload },
+        { 3, &AnyOrderTest::request }, { 2, &AnyOrderTest::endSession }, { 2, &AnyOrderTest::changeOutside },
         { 8, &AnyOrderTest::chooseTab }, { 8, &AnyOrderTest::closeTab }, { 1, &AnyOrderTest::quit } };
     int choice = below(std::accumulate(
         std::begin(steps), std::end(steps), 0, [](int sum, const auto &step) { return sum + step.weight; }));
@@ -246,6 +302,8 @@ void AnyOrderTest::act()
     (this->*step->step)();
     if (below(3) == 0)
         QCoreApplication::processEvents();
+    if (!m_window->isVisible())
+        restart();
 }
 
 void AnyOrderTest::check()
@@ -278,7 +336,7 @@ void AnyOrderTest::checkEditor(const ctlEditer *editor)
     if (editor->path().isEmpty())
         QCOMPARE(editor->text(), QString());
     else if (isFileOfItsOwn(editor->name()))
-        QCOMPARE(editor->text().toLatin1(), withoutReturns(m_files->read(editor->name())));
+        QCOMPARE(editor->text(), decoded(m_files->read(editor->name()), *editor));
 }
 
 void AnyOrderTest::holdsInAnyOrder_data()
@@ -303,10 +361,14 @@ void AnyOrderTest::holdsInAnyOrder()
             QFAIL(qPrintable(u"in step %1"_s.arg(step)));
     }
     QVERIFY(answers.count() > 0);
-    for (ctlEditer *editor : m_window->tabBar()->editors())
-        editor->setEdited(false);
     m_window.reset();
 }
 
-QTEST_MAIN(AnyOrderTest)
+int main(int argc, char **argv)
+{
+    QPEApplicationEsc application(argc, argv);
+    AnyOrderTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "anyorder_test.moc"

@@ -49,6 +49,8 @@ private slots:
     void quitStopsAtAFailingSave();
     void quitWithSaveNeverAsks();
     void quitWithSaveStopsAtAFailure();
+    void quittingWritesSettings_data();
+    void quittingWritesSettings();
     void closingTheWindowAsks();
 };
 
@@ -81,6 +83,7 @@ void ClosingTest::closeAnswers_data()
     QTest::newRow("No closes") << u"No"_s << true << QByteArray("old");
     QTest::newRow("Cancel keeps") << u"Cancel"_s << false << QByteArray("old");
     QTest::newRow("Escape keeps") << u"Escape"_s << false << QByteArray("old");
+    QTest::newRow("the close button of the box keeps") << u"(close)"_s << false << QByteArray("old");
 }
 
 void ClosingTest::closeAnswers()
@@ -234,6 +237,27 @@ void ClosingTest::quitWithSaveStopsAtAFailure()
     QVERIFY(window.isVisible());
     QCOMPARE(window.tabTexts(), QStringList({ u"* a.txt"_s, u"* b.txt"_s }));
     QCOMPARE(files.read(u"c.txt"_s), QByteArray("xold"));
+}
+
+void ClosingTest::quittingWritesSettings_data()
+{
+    QTest::addColumn<int>("item");
+    QTest::newRow("Quit with Save") << 9;
+    QTest::newRow("Quit") << 10;
+}
+
+void ClosingTest::quittingWritesSettings()
+{
+    QFETCH(int, item);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"a.txt"_s, "text"));
+    window.item(MenuId::File, item)->trigger();
+    QVERIFY(!window.isVisible());
+    recentFiles() = {};
+    readSettings();
+    QCOMPARE(recentFiles().entries[0].name, u"a.txt"_s);
 }
 
 void ClosingTest::closingTheWindowAsks()

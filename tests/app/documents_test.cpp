@@ -26,6 +26,7 @@ private slots:
     void switchingSkipsGapsAndWraps();
 
     void editStatesFollowTheDocument();
+    void otherEditorsChangeTheStatesToo();
     void undoingAllRemovesTheMark();
 };
 
@@ -225,6 +226,23 @@ void DocumentsTest::editStatesFollowTheDocument()
     window.slotCmdFileCloseTab();
     QCOMPARE(window.editStates(), u"----"_s);
     QCOMPARE(window.windowTitle(), u"Marlo!Pad QT"_s);
+}
+
+/// The commands take the state of whichever document has told it last, until the tab is changed.
+void DocumentsTest::otherEditorsChangeTheStatesToo()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileNew();
+    window.editorAt(0)->insert(u"text"_s);
+    QCOMPARE(window.editStates(), u"u---"_s);
+    QCOMPARE(window.tabTexts(), QStringList({ u"* (new document)"_s, u"(new document)"_s }));
+    window.editorAt(0)->selectAll();
+    QCOMPARE(window.editStates(), u"u-xc"_s);
+    window.slotEtcChangeTab(1);
+    window.slotEtcChangeTab(1);
+    QCOMPARE(window.currentEditor(), window.editorAt(1));
+    QCOMPARE(window.editStates(), u"----"_s);
 }
 
 void DocumentsTest::undoingAllRemovesTheMark()

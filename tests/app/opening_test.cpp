@@ -17,6 +17,9 @@ private slots:
     void fileInTheRootFolder();
     void folderWithASlashHasItsName();
     void differentSpellingsAreOneFile();
+    void linksAndOtherCaseAreOtherFiles();
+    void firstOfTwoTabsOfOneFile();
+    void reopeningReadsWithTheCodeAsked();
 
     void openCommandStartsAtTheDocument();
     void openCommandUsesAFreshDocument();
@@ -144,6 +147,47 @@ void OpeningTest::differentSpellingsAreOneFile()
     window.setDocument(files.folder() + u"./a.txt"_s);
     window.setDocument(files.folder() + u"/a.txt"_s);
     QCOMPARE(window.tabBar()->count(), 2);
+}
+
+void OpeningTest::linksAndOtherCaseAreOtherFiles()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    QVERIFY(QFile::link(name, files.folder() + u"link.txt"_s));
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.setDocument(files.folder() + u"link.txt"_s);
+    window.setDocument(files.write(u"A.txt"_s, "other"));
+    QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"a.txt"_s, u"link.txt"_s, u"A.txt"_s }));
+}
+
+/// A document was saved under the name of another one.
+void OpeningTest::firstOfTwoTabsOfOneFile()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s }));
+    window.editorAt(0)->undo();
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    QVERIFY(window.slotCmdFileSaveAs(window.editorAt(1)));
+    QCOMPARE(window.tabTexts(), QStringList({ u"a.txt"_s, u"a.txt"_s }));
+    window.setDocument(files.folder() + u"a.txt"_s);
+    QCOMPARE(window.currentEditor(), window.editorAt(0));
+    QCOMPARE(window.tabBar()->count(), 2);
+}
+
+void OpeningTest::reopeningReadsWithTheCodeAsked()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    files.write(u"a.txt"_s, "\xA4\xA2");
+    MessageBoxes boxes({ u"Yes"_s });
+    window.openDocument(files.folder() + u"a.txt"_s, CharCodeEuc);
+    QCOMPARE(window.currentEditor()->text(), u"あ"_s);
+    QCOMPARE(window.currentEditor()->charCode(), int(CharCodeEuc));
+    QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [EUC][CR+LF]"_s);
 }
 
 void OpeningTest::openCommandStartsAtTheDocument()

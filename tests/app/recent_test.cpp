@@ -5,6 +5,7 @@
 #include <QScrollBar>
 
 #include <cstdio>
+#include <functional>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -54,6 +55,8 @@ private slots:
     void undecodableNameIsReopened();
     void positionBeyondTheText_data();
     void positionBeyondTheText();
+    void otherFontOrWrappingKeepsThePlaceWithin_data();
+    void otherFontOrWrappingKeepsThePlaceWithin();
     void chosenEntryUsesAFreshDocument();
     void chosenEntryAddsATab();
     void chosenEntrySwitchesToAnOpenFile();
@@ -214,18 +217,27 @@ void RecentTest::restoresPosition()
     const int y = window.currentEditor()->yOffset();
     window.slotCmdFileCloseTab();
 
-    for (const bool byCommand : { false, true }) {
-        if (byCommand)
-            window.recentMenu()->actions().at(0)->trigger();
-        else
-            window.setDocument(name);
-        const ctlEditer *editor = window.currentEditor();
-        QCOMPARE(editor->name(), u"a.txt"_s);
-        QCOMPARE(editor->cursorPosition().row, restore == 1 ? 200 : 0);
-        QCOMPARE(editor->cursorPosition().column, restore == 1 ? 3 : 0);
-        QCOMPARE(editor->yOffset(), restore == 1 ? y : 0);
-        if (!byCommand)
+    const std::function<void()> ways[] = { [&] { window.setDocument(name); },
+        [&] { window.recentMenu()->actions().at(0)->trigger(); },
+        [&] {
+            window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+            window.slotCmdFileOpen();
+        } };
+    for (const auto &open : ways) {
+        for (const bool hasFreshDocument : { true, false }) {
+            window.slotCmdFileNew();
+            if (!hasFreshDocument)
+                QTest::keyClicks(window.currentEditor(), u"x"_s);
+            open();
+            const ctlEditer *editor = window.currentEditor();
+            QCOMPARE(editor->name(), u"a.txt"_s);
+            QCOMPARE(editor->cursorPosition().row, restore == 1 ? 200 : 0);
+            QCOMPARE(editor->cursorPosition().column, restore == 1 ? 3 : 0);
+            QCOMPARE(editor->yOffset(), restore == 1 ? y : 0);
+            window.currentEditor()->setCursorPosition(200, 3);
+            window.currentEditor()->setTopRow(190);
             window.slotCmdFileCloseTab();
+        }
     }
 }
 
@@ -347,6 +359,48 @@ void RecentTest::positionBeyondTheText()
     const RowCol cursor = window.currentEditor()->cursorPosition();
     QVERIFY(cursor == (row < 0 ? RowCol{ 0, 0 } : RowCol{ 1, 3 }));
     QVERIFY(!window.grab().isNull());
+}
+
+void RecentTest::otherFontOrWrappingKeepsThePlaceWithin_data()
+{
+    QTest::addColumn<int>("fontSize");
+    QTest::addColumn<int>("wrapMode");
+    for (const int size : { 10, 18, 72, 500 }) {
+        for (const int wrapMode : { 0, 1, 2 })
+            QTest::addRow("%d points, wrap mode %d", size, wrapMode) << size << wrapMode;
+    }
+}
+
+/// The numbers were stored under other settings: the place is within the text and nothing beyond it shows.
+void RecentTest::otherFontOrWrappingKeepsThePlaceWithin()
+{
+    QFETCH(int, fontSize);
+    QFETCH(int, wrapMode);
+    const TestFiles files;
+    const QString name =
+        files.write(u"a.txt"_s, (QByteArray("some words ").repeated(30) + '\n').repeated(100));
+    {
+        TestWindow window;
+        QVERIFY(window.open());
+        window.setDocument(name);
+        window.currentEditor()->setCursorPosition(100, 0);
+        window.currentEditor()->setXOffset(10000);
+        QVERIFY(window.close());
+    }
+    appSettings().FontSize = fontSize;
+    appSettings().WrapMode = wrapMode;
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    ctlEditer *editor = window.currentEditor();
+    const qint64 topRow = editor->topRow();
+    const int xOffset = editor->xOffset();
+    QVERIFY(editor->cursorPosition().row < editor->numLines());
+    editor->setTopRow(std::numeric_limits<int>::max());
+    editor->setXOffset(std::numeric_limits<int>::max());
+    QVERIFY(topRow <= editor->topRow());
+    QVERIFY(xOffset <= editor->xOffset());
 }
 
 void RecentTest::chosenEntryUsesAFreshDocument()

@@ -16,6 +16,7 @@ private slots:
     void saveAsCancelledWritesNothing();
     void saveAsTakesNameAndCodes();
     void failedSaveKeepsTheMark();
+    void unreadFileIsKeptBeforeItIsWritten();
 
     void saveAllWritesModifiedOnes();
     void saveAllStopsAtTheFirstFailure();
@@ -101,6 +102,28 @@ void SavingTest::failedSaveKeepsTheMark()
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
     QVERIFY(window.currentEditor()->edited());
+}
+
+/// The tab of a file that could not be read has its name; what it writes there replaces what nobody has seen.
+void SavingTest::unreadFileIsKeptBeforeItIsWritten()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    MessageBoxes boxes;
+    window.setDocument(files.folder() + u"a.txt"_s);
+    QCOMPARE(boxes.titles(), QStringList{ u"File Load Error!"_s });
+    files.write(u"a.txt"_s, "unread");
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.item(MenuId::File, 5)->trigger();
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("x"));
+    QCOMPARE(boxes.titles().value(1), u"Confirm File Save"_s);
+    QFile kept(boxes.shown().at(1).text.section(u'\n', 1));
+    QVERIFY2(kept.fileName().startsWith(qEnvironmentVariable("XDG_STATE_HOME")), qPrintable(kept.fileName()));
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("unread"));
+    window.item(MenuId::File, 5)->trigger();
+    QCOMPARE(boxes.count(), 2);
 }
 
 void SavingTest::saveAllWritesModifiedOnes()
