@@ -79,6 +79,8 @@ int ReplaceRun::run()
     while (runFrame()) {
         m_progress.setCount(m_count);
         m_frameEnd.setRemainingTime(frameTime);
+        if (m_progress.speedUp)
+            hurry();
     }
     showResult();
     return m_count;
@@ -102,13 +104,10 @@ bool ReplaceRun::replaceNext()
         return false;
     ++m_count;
     QCoreApplication::processEvents();
-    if (m_progress.stopRequested)
-        return false;
-    if (m_progress.speedUp)
-        hurry();
-    return true;
+    return !m_progress.stopRequested;
 }
 
+/// Not before a frame has ended: its signals tell that there is something to undo.
 void ReplaceRun::hurry()
 {
     m_editor.setUpdatesEnabled(false);

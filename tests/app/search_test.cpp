@@ -80,6 +80,7 @@ private slots:
     void replacesAll();
     void undoesOneReplacement();
     void stopsAndSpeedsUp();
+    void speedingUpLeavesTheMark();
     void lettingNothingIn();
     void nothingToDo();
     void panelOffersHistory();
@@ -257,6 +258,19 @@ void SearchTest::stopsAndSpeedsUp()
     QCOMPARE(editor().text(), QStringLiteral("y").repeated(1000));
     QVERIFY(editor().updatesEnabled());
     QVERIFY(!editor().signalsBlocked());
+}
+
+/// Also when it is told at the first replacement, whose signals are the last.
+void SearchTest::speedingUpLeavesTheMark()
+{
+    editor().setText(QStringLiteral("x").repeated(1000));
+    editor().setEdited(false);
+    QCOMPARE(m_window->editStates(), QStringLiteral("----"));
+    const MessageBoxes boxes;
+    const AtProgress hurry([](frmReplaceProgress &progress) { progress.slotClickHiSpeed(); });
+    ask(1, QStringLiteral("x"), QStringLiteral("y"))->slotBtnAll();
+    QCOMPARE(m_window->editStates(), QStringLiteral("u---"));
+    QCOMPARE(m_window->tabTexts(), QStringList{ QStringLiteral("* (new document)") });
 }
 
 void SearchTest::lettingNothingIn()
