@@ -41,6 +41,13 @@ QString translationSource(const QString &language)
     return QStringLiteral(SOURCE_FOLDER "/i18n/") + language + u".ts"_s;
 }
 
+/// Of a file of the desktop's.
+QString contentOf(const QString &name)
+{
+    QFile file(QStringLiteral(SOURCE_FOLDER "/desktop/") + name);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
 QStringList placesIn(const QString &text)
 {
     static const QRegularExpression place(u"%\\d"_s);
@@ -72,6 +79,8 @@ private slots:
     void isWrittenAsUsual();
     void unfinishedEntryFailsTheBuild_data();
     void unfinishedEntryFailsTheBuild();
+    void desktopFilesAreTranslated_data() { addLanguages(); }
+    void desktopFilesAreTranslated();
 
 private:
     static void addLanguages();
@@ -176,6 +185,29 @@ void TranslationsTest::unfinishedEntryFailsTheBuild()
             QStringLiteral(SOURCE_FOLDER "/i18n/checkfinished.cmake") });
     QVERIFY(check.waitForFinished(-1));
     QTEST(check.exitCode() == 0, "passes");
+}
+
+/// What the desktop shows of the program, and its manual page.
+void TranslationsTest::desktopFilesAreTranslated()
+{
+    QFETCH(QString, language);
+    const QString entry = contentOf(u"marlopad.desktop"_s);
+    for (const QString &key : { u"GenericName"_s, u"Comment"_s, u"Keywords"_s })
+        QVERIFY2(entry.contains(u"\n%1[%2]="_s.arg(key, language)), qPrintable(key));
+
+    const QString metainfo = contentOf(u"marlopad.metainfo.xml"_s);
+    for (const QString &tag : { u"summary"_s, u"developer_name"_s, u"p"_s, u"li"_s }) {
+        const qsizetype texts = metainfo.count(u"<%1>"_s.arg(tag));
+        QVERIFY2(texts > 0, qPrintable(tag));
+        QCOMPARE(metainfo.count(u"<%1 xml:lang=\"%2\">"_s.arg(tag, language)), texts);
+    }
+
+    const QString manual = contentOf(u"marlopad.1"_s);
+    const QString translated = contentOf(language + u"/marlopad.1"_s);
+    for (const QString &part : { u"\n.SH "_s, u"\n.TP\n"_s, u"\t"_s }) {
+        QVERIFY(manual.contains(part));
+        QCOMPARE(translated.count(part), manual.count(part));
+    }
 }
 
 QTEST_APPLESS_MAIN(TranslationsTest)
