@@ -1,0 +1,150 @@
+#include "tests/editor/paintedrow.h"
+
+#include <QInputMethodEvent>
+#include <QTextCharFormat>
+
+namespace {
+
+/// 1 to 21, as the Web Content Accessibility Guidelines 2 measure it.
+double contrast(const QColor &a, const QColor &b)
+{
+    const auto luminance = [](const QColor &color) {
+        const QColor linear = QColor::fromRgbF(float(std::pow(color.redF(), 2.2)),
+            float(std::pow(color.greenF(), 2.2)), float(std::pow(color.blueF(), 2.2)));
+        return 0.2126 * linear.redF() + 0.7152 * linear.greenF() + 0.0722 * linear.blueF();
+    };
+    return (qMax(luminance(a), luminance(b)) + 0.05) / (qMin(luminance(a), luminance(b)) + 0.05);
+}
+
+} // namespace
+
+/// The cursor, its row's line, and text that is being composed at it.
+class CursorPaintingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { registerLcFont(); }
+    void init() { plainSettings(); }
+    void cursorOnEveryBackground_data();
+    void cursorOnEveryBackground();
+    void noCursorWithoutFocus();
+    void activeLine_data();
+    void activeLine();
+    void composedText();
+};
+
+void CursorPaintingTest::cursorOnEveryBackground_data()
+{
+    QTest::addColumn<int>("background");
+    QTest::addColumn<QColor>("expected");
+    const std::set<int> dark{ 8, 12, 14, 16 }; // blue, dark red, dark blue, dark magenta
+    QTest::newRow("black background, green text") << 1 << QColor(Qt::green);
+    for (int index = 2; index <= 17; ++index)
+        QTest::addRow("background %d", index)
+            << index << QColor(dark.contains(index) ? Qt::white : Qt::black);
+}
+
+void CursorPaintingTest::cursorOnEveryBackground()
+{
+    QFETCH(int, background);
+    QFETCH(QColor, expected);
+    appSettings().BackColor = background;
+    appSettings().ForeColor = background == 1 ? 7 : 1;
+    Editor editor(QStringLiteral("    \n"));
+    const QImage without = editor.painted(0);
+    editor.showFocused();
+    editor.setCursorPosition(0, 2);
+    const QImage with = editor.painted(0);
+    const int width = editor.stroke(background == 1 ? 1 : 2);
+    const int right = editor.columnX(0, 2);
+    const int height = editor.device(editor.fontMeasure()->height() - 1);
+    QCOMPARE(differing(with, without), rectangle(right - width, 0, width, height));
+    const QColor base = ctlEditer::colorOfIndex(background);
+    QCOMPARE(QColor(with.pixel(right - 1, 0)), expected);
+    QCOMPARE(QColor(without.pixel(right - 1, 0)), base);
+    QVERIFY(contrast(expected, base) >= 3);
+}
+
+void CursorPaintingTest::noCursorWithoutFocus()
+{
+    Editor editor(QStringLiteral("    "));
+    const QImage without = editor.painted(0);
+    editor.showFocused();
+    QVERIFY(!differing(editor.painted(0), without).empty());
+    editor.clearFocus();
+    QCOMPARE(differing(editor.painted(0), without).size(), 0U);
+}
+
+void CursorPaintingTest::activeLine_data()
+{
+    QTest::addColumn<int>("rowNo");
+    QTest::addColumn<int>("color");
+    QTest::addColumn<int>("xOffset");
+    QTest::newRow("no numbers") << 0 << 8 << 0;
+    QTest::newRow("small numbers") << 1 << 8 << 0;
+    QTest::newRow("large numbers") << 2 << 6 << 0;
+    QTest::newRow("off") << 1 << 0 << 0;
+    QTest::newRow("scrolled a little") << 2 << 6 << 10;
+    QTest::newRow("scrolled past the margin") << 2 << 6 << 36;
+    QTest::newRow("scrolled far") << 1 << 6 << 500;
+}
+
+void CursorPaintingTest::activeLine()
+{
+    QFETCH(int, rowNo);
+    QFETCH(int, color);
+    QFETCH(int, xOffset);
+    appSettings().RowNo = rowNo;
+    appSettings().ActiveHLine = color;
+    Editor editor(QString(500, u' ') + u'\n');
+    editor.show();
+    editor.setXOffset(xOffset);
+    QCOMPARE(editor.xOffset(), xOffset);
+    Pixels expected;
+    if (color > 0) {
+        const int shown = editor.hMargin() - xOffset;
+        const int start = shown < 1 ? -2 : shown - 2;
+        const int left = qMax(0, editor.device(-xOffset) + editor.device(start));
+        const int stroke = editor.stroke(1);
+        expected = rectangle(left, editor.height() - stroke, editor.device(640) - left, stroke);
+    }
+    const QRgb lineColor = color > 0 ? ctlEditer::colorOfIndex(color).rgb() : QColor(Qt::blue).rgb();
+    QCOMPARE(pixelsOf(editor.painted(0), lineColor), expected);
+    QVERIFY(pixelsOf(editor.painted(1), lineColor).empty());
+}
+
+void CursorPaintingTest::composedText()
+{
+    Editor editor(QStringLiteral("    \n"));
+    editor.showFocused();
+    editor.setCursorPosition(0, 2);
+    QTextCharFormat format;
+    format.setBackground(Qt::yellow);
+    QInputMethodEvent event(QStringLiteral("  "),
+        { { QInputMethodEvent::TextFormat, 0, 1, format }, { QInputMethodEvent::Cursor, 2, 1, QVariant() } });
+    QApplication::sendEvent(&editor, &event);
+    const QImage image = editor.painted(0);
+    const int left = editor.columnX(0, 2);
+    const int cell = editor.device(editor.fontMeasure()->xWidth());
+    const int stroke = editor.stroke(1);
+    QCOMPARE(editor.text(), QStringLiteral("    \n"));
+    Pixels clause = rectangle(left, 0, cell, editor.height());
+    for (const auto &pixel : rectangle(left, editor.height() - 2 * stroke, cell, stroke))
+        clause.erase(pixel);
+    QCOMPARE(pixelsOf(image, QColor(Qt::yellow).rgb()), clause);
+    Pixels black = rectangle(left, editor.height() - 2 * stroke, 2 * cell, stroke);
+    const int cursorWidth = editor.stroke(2);
+    const int cursorHeight = editor.device(editor.fontMeasure()->height() - 1);
+    // Where the cursor crosses the underline the two colours combine.
+    for (const auto &pixel : rectangle(left + 2 * cell - cursorWidth, 0, cursorWidth, cursorHeight)) {
+        if (!black.erase(pixel))
+            black.insert(pixel);
+    }
+    QCOMPARE(pixelsOf(image, qRgb(0, 0, 0)), black);
+}
+
+int main(int argc, char **argv)
+{
+    return runPaintingTest<CursorPaintingTest>(argc, argv);
+}
+#include "cursorpainting_test.moc"
