@@ -2,6 +2,7 @@
 
 #include "app/settings.h"
 #include "tests/platform/markedtext.h"
+#include "tests/seeds.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -68,11 +69,7 @@ void CtlEditerRandomTest::cleanup()
 
 void CtlEditerRandomTest::keys_data()
 {
-    QTest::addColumn<uint>("seed");
-    const uint first = uint(qEnvironmentVariableIntValue("SEED"));
-    const uint count = first ? 1 : 16;
-    for (uint seed = qMax(1U, first); seed < qMax(1U, first) + count; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
+    addSeeds(16);
 }
 
 void CtlEditerRandomTest::keys()
@@ -272,6 +269,7 @@ void CtlEditerRandomTest::changeSettings()
     appSettings().WrapLen = 1 + below(20);
     m_keys << u"(wrap %1, %2)"_s.arg(appSettings().WrapMode).arg(appSettings().WrapLen);
     m_editor->applyWrapMode();
+    m_editor->makeCursorVisible(); // it is the text at the top that stays in the view
 }
 
 void CtlEditerRandomTest::compare()
