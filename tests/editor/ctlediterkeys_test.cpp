@@ -2,6 +2,7 @@
 
 #include "app/settings.h"
 #include "tests/platform/markedtext.h"
+#include "tests/seeds.h"
 
 #include <QKeyEvent>
 #include <QRandomGenerator>
@@ -324,10 +325,7 @@ void CtlEditerKeysTest::rightOverALineEndRepaintsTheRow()
 
 void CtlEditerKeysTest::randomBlocks_data()
 {
-    QTest::addColumn<quint32>("seed");
-    const quint32 first = quint32(qMax(1, qEnvironmentVariableIntValue("SEED")));
-    for (quint32 seed = first; seed < first + 20; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
+    addSeeds(20);
 }
 
 /// Against the rows as the editor shows them, taken one after the other.

@@ -7,6 +7,7 @@
 #include "platform/text/textcodec.h"
 #include "tests/editor/documentfile.h"
 #include "tests/messageboxes.h"
+#include "tests/seeds.h"
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -446,7 +447,7 @@ void CtlEditerSaveTest::randomBytes_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<quint32>("seed");
-    const quint32 first = quint32(qMax(1, qEnvironmentVariableIntValue("SEED")));
+    const quint32 first = seedOr(1);
     for (const int code : { CharCodeUtf8, CharCodeShiftJis, CharCodeEuc, CharCodeJis, CharCodeAscii }) {
         for (quint32 seed = first; seed < first + 8; ++seed)
             QTest::addRow("code %d, seed %u", code, seed) << code << seed;
@@ -483,7 +484,7 @@ void CtlEditerSaveTest::randomLineEnds_data()
 {
     QTest::addColumn<int>("lineEnd");
     QTest::addColumn<quint32>("seed");
-    const quint32 first = quint32(qMax(1, qEnvironmentVariableIntValue("SEED")));
+    const quint32 first = seedOr(1);
     for (const int lineEnd : { ReturnCodeCr, ReturnCodeCrLf, ReturnCodeLf }) {
         for (quint32 seed = first; seed < first + 5; ++seed)
             QTest::addRow("line end %d, seed %u", lineEnd, seed) << lineEnd << seed;

@@ -2,6 +2,7 @@
 
 #include "editor/ctlediter.h"
 #include "tests/messageboxes.h"
+#include "tests/seeds.h"
 
 #include <QHelpEvent>
 #include <QRandomGenerator>
@@ -401,10 +402,7 @@ void CtlTabBarTest::focusStaysWithTheEditor()
 
 void CtlTabBarTest::randomTabs_data()
 {
-    QTest::addColumn<quint32>("seed");
-    const quint32 first = quint32(qMax(1, qEnvironmentVariableIntValue("SEED")));
-    for (quint32 seed = first; seed < first + 5; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
+    addSeeds(5);
 }
 
 /// Against a plain list of editors and the ids they were given.

@@ -1,5 +1,6 @@
 #include "app/settings.h"
 #include "editor/ctlediter.h"
+#include "tests/seeds.h"
 
 #include <QApplication>
 #include <QRandomGenerator>
@@ -11,12 +12,6 @@
 namespace {
 
 constexpr int steps = 40;
-
-quint32 seedFromEnvironment()
-{
-    const QByteArray seed = qgetenv("SEED");
-    return seed.isEmpty() ? QRandomGenerator::global()->generate() : seed.toUInt();
-}
 
 QString sampleText()
 {
@@ -98,7 +93,7 @@ void RepaintTest::screenIsAsPaintedAnew_data()
     QTest::addColumn<int>("fontSize");
     const std::pair<int, int> looks[] = { { 0, 13 }, { 1, 18 }, { 2, 9 } };
     for (const auto &[wrapMode, fontSize] : looks) {
-        const quint32 seed = seedFromEnvironment();
+        const quint32 seed = seedOr(QRandomGenerator::global()->generate());
         QTest::addRow("seed %u, wrap mode %d, font size %d", seed, wrapMode, fontSize)
             << seed << wrapMode << fontSize;
     }

@@ -1,15 +1,9 @@
 #include "editor/textfile.h"
 
-#include "platform/filename.h"
-#include "tests/messageboxes.h"
+#include "tests/seeds.h"
 
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -146,11 +140,9 @@ QByteArray hex(const char *digits)
     return QByteArray::fromHex(digits);
 }
 
-unsigned seed()
+quint32 seed()
 {
-    bool given = false;
-    const unsigned value = qEnvironmentVariable("SEED").toUInt(&given);
-    return given ? value : 20020311;
+    return seedOr(20020311);
 }
 
 /// Long stretches of the ordinary with few of the bytes that decide, and short ones with nothing else.
@@ -169,33 +161,9 @@ QByteArray randomBytes(QRandomGenerator &random)
     return bytes;
 }
 
-/// A folder with one file in it.
-class FileFixture {
-public:
-    explicit FileFixture(const QByteArray &content, const QString &name = u"file.txt"_s)
-        : m_name(m_folder.path() + u'/' + name)
-    {
-        const int file = open(FileName::toBytes(m_name).constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-        m_isWritten = file >= 0
-            && write(file, content.constData(), static_cast<size_t>(content.size())) == content.size();
-        close(file);
-    }
-    ~FileFixture() { unlink(FileName::toBytes(m_name).constData()); }
-    Q_DISABLE_COPY_MOVE(FileFixture)
-    bool isWritten() const { return m_isWritten; }
-    const QString &name() const { return m_name; }
-
-private:
-    QTemporaryDir m_folder;
-    QString m_name;
-    bool m_isWritten = false;
-};
-
-const QByteArray untouched = QByteArrayLiteral("untouched");
-
 } // namespace
 
-/// What is decided about a file from its bytes, and how these are read.
+/// What is decided about a file from its bytes.
 class TextFileTest : public QObject {
     Q_OBJECT
 
@@ -212,20 +180,6 @@ private slots:
     void shortFilesFollowTheRules();
     void randomFilesFollowTheRules_data();
     void randomFilesFollowTheRules();
-
-    void readsFile_data();
-    void readsFile();
-    void readsThroughLink();
-    void readsNameOfAnyBytes();
-    void sizeZeroIsNotOpened();
-    void refuses_data();
-    void refuses();
-    void refusesFileThatMayNotBeRead();
-    void refusesFileLargerThanMemory();
-    void readErrorIsNotTheEnd();
-    void interruptedReadGoesOn();
-    void fileThatShrinksIsTakenAsItIs();
-    void fileThatGrowsIsTakenAsItIs();
 };
 
 void TextFileTest::namesCodes()
@@ -440,200 +394,6 @@ void TextFileTest::randomFilesFollowTheRules()
         if (normalized != literal::normalized(bytes, returnCode))
             QFAIL(bytes.toHex(' '));
     }
-}
-
-void TextFileTest::readsFile_data()
-{
-    QTest::addColumn<qsizetype>("size");
-    for (const qsizetype size : { 0, 1, 4095, 65535, 65536, 65537, 1 << 20, (1 << 20) + 1, 5000000 })
-        QTest::addRow("%lld bytes", qint64{ size }) << size;
-}
-
-void TextFileTest::readsFile()
-{
-    QFETCH(qsizetype, size);
-    QByteArray content(size, Qt::Uninitialized);
-    QRandomGenerator random(seed());
-    for (char &byte : content)
-        byte = static_cast<char>(random.bounded(256));
-    const FileFixture file(content);
-    QVERIFY(file.isWritten());
-    const MessageBoxes boxes;
-    QByteArray bytes = untouched;
-    QVERIFY(readWholeFile(nullptr, file.name(), bytes));
-    QVERIFY(bytes == content);
-    QCOMPARE(boxes.count(), 0);
-}
-
-void TextFileTest::readsThroughLink()
-{
-    const FileFixture file("content");
-    const QString link = file.name() + u".link"_s;
-    QCOMPARE(symlink("file.txt", FileName::toBytes(link).constData()), 0);
-    QByteArray bytes;
-    QVERIFY(readWholeFile(nullptr, link, bytes));
-    QCOMPARE(bytes, QByteArray("content"));
-}
-
-void TextFileTest::readsNameOfAnyBytes()
-{
-    const FileFixture file("content", FileName::fromBytes("\x8A\xBF\x8E\x9A.txt"));
-    QVERIFY(file.isWritten());
-    QByteArray bytes;
-    QVERIFY(readWholeFile(nullptr, file.name(), bytes));
-    QCOMPARE(bytes, QByteArray("content"));
-}
-
-void TextFileTest::sizeZeroIsNotOpened()
-{
-    const FileFixture file("");
-    FileCalls calls = FileCalls::system();
-    int opened = 0;
-    calls.open = [&opened](const char *, int, mode_t) {
-        ++opened;
-        return -1;
-    };
-    QByteArray bytes = untouched;
-    QVERIFY(readWholeFile(nullptr, file.name(), bytes, calls));
-    QCOMPARE(bytes, QByteArray());
-    QCOMPARE(opened, 0);
-    QVERIFY(readWholeFile(nullptr, u"/proc/self/status"_s, bytes));
-    QCOMPARE(bytes, QByteArray());
-}
-
-void TextFileTest::refuses_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("text");
-    const QString missing = u"This file is not exists!"_s;
-    QTest::newRow("missing") << u"nothing"_s << missing;
-    QTest::newRow("missing folder") << u"nothing/file"_s << missing;
-    QTest::newRow("file as a folder") << u"file/file"_s << missing;
-    QTest::newRow("link to nothing") << u"link"_s << missing;
-    QTest::newRow("no name") << QString() << u"This is a folder, not a file!"_s;
-    QTest::newRow("folder") << u"folder"_s << u"This is a folder, not a file!"_s;
-    QTest::newRow("pipe nobody writes to") << u"pipe"_s << u"This is a device or a pipe, not a file!"_s;
-    QTest::newRow("device") << u"../../../../../../../../dev/zero"_s
-                            << u"This is a device or a pipe, not a file!"_s;
-    QTest::newRow("link in a circle") << u"circle"_s << u"This file was not opened!"_s;
-    QTest::newRow("name too long") << QString(5000, u'a') << u"This file was not opened!"_s;
-}
-
-void TextFileTest::refuses()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, text);
-    const QTemporaryDir folder;
-    const auto path = [&folder](
-                          const char *entry) { return QByteArray(folder.path().toUtf8() + '/' + entry); };
-    QCOMPARE(mkdir(path("folder").constData(), 0700), 0);
-    QCOMPARE(mkfifo(path("pipe").constData(), 0600), 0);
-    QCOMPARE(symlink("nowhere", path("link").constData()), 0);
-    QCOMPARE(symlink("circle", path("circle").constData()), 0);
-    QCOMPARE(close(creat(path("file").constData(), 0600)), 0);
-    MessageBoxes boxes;
-    QByteArray bytes = untouched;
-    QVERIFY(!readWholeFile(nullptr, folder.path() + u'/' + name, bytes));
-    QCOMPARE(bytes, untouched);
-    QCOMPARE(boxes.count(), 1);
-    QCOMPARE(boxes.shown()[0].title, u"File Load Error!"_s);
-    QCOMPARE(boxes.shown()[0].text, text);
-    QCOMPARE(boxes.shown()[0].icon, QMessageBox::Critical);
-    QCOMPARE(boxes.shown()[0].buttons, QStringList{ u"OK"_s });
-}
-
-void TextFileTest::refusesFileThatMayNotBeRead()
-{
-    const FileFixture file("content");
-    FileCalls calls = FileCalls::system();
-    calls.open = [](const char *, int, mode_t) {
-        errno = EACCES;
-        return -1;
-    };
-    MessageBoxes boxes;
-    QByteArray bytes = untouched;
-    QVERIFY(!readWholeFile(nullptr, file.name(), bytes, calls));
-    QCOMPARE(boxes.texts(), QStringList{ u"File Load Error!|This file was not opened!"_s });
-    QCOMPARE(bytes, untouched);
-}
-
-void TextFileTest::refusesFileLargerThanMemory()
-{
-    const FileFixture file("");
-    QCOMPARE(truncate(FileName::toBytes(file.name()).constData(), off_t{ 1 } << 43), 0);
-    MessageBoxes boxes;
-    QByteArray bytes = untouched;
-    QVERIFY(!readWholeFile(nullptr, file.name(), bytes));
-    QCOMPARE(boxes.texts(), QStringList{ u"File Load Error!|There is not enough memory for this file!"_s });
-    QCOMPARE(bytes, untouched);
-}
-
-void TextFileTest::readErrorIsNotTheEnd()
-{
-    const FileFixture file(QByteArray(3 << 20, 'a'));
-    FileCalls calls = FileCalls::system();
-    int closed = 0;
-    calls.pread = [](int fd, void *to, size_t size, off_t offset) -> ssize_t {
-        if (offset < 1000000)
-            return pread(fd, to, size, offset);
-        errno = EIO;
-        return -1;
-    };
-    calls.close = [&closed](int fd) {
-        ++closed;
-        return close(fd);
-    };
-    MessageBoxes boxes;
-    QByteArray bytes = untouched;
-    QVERIFY(!readWholeFile(nullptr, file.name(), bytes, calls));
-    QCOMPARE(boxes.texts(), QStringList{ u"File Load Error!|This file could not be read to its end!"_s });
-    QCOMPARE(bytes, untouched);
-    QCOMPARE(closed, 1);
-}
-
-void TextFileTest::interruptedReadGoesOn()
-{
-    const FileFixture file("content");
-    FileCalls calls = FileCalls::system();
-    int interruptions = 3;
-    calls.pread = [&interruptions](int fd, void *to, size_t size, off_t offset) -> ssize_t {
-        if (interruptions-- <= 0)
-            return pread(fd, to, std::min<size_t>(size, 2), offset);
-        errno = EINTR;
-        return -1;
-    };
-    QByteArray bytes;
-    QVERIFY(readWholeFile(nullptr, file.name(), bytes, calls));
-    QCOMPARE(bytes, QByteArray("content"));
-}
-
-void TextFileTest::fileThatShrinksIsTakenAsItIs()
-{
-    const FileFixture file("content");
-    FileCalls calls = FileCalls::system();
-    calls.fstat = [](int fd, struct stat *info) {
-        const int result = fstat(fd, info);
-        info->st_size += 1000000;
-        return result;
-    };
-    QByteArray bytes;
-    QVERIFY(readWholeFile(nullptr, file.name(), bytes, calls));
-    QCOMPARE(bytes, QByteArray("content"));
-}
-
-void TextFileTest::fileThatGrowsIsTakenAsItIs()
-{
-    const QByteArray content = QByteArray("content").repeated(100000);
-    const FileFixture file(content);
-    FileCalls calls = FileCalls::system();
-    calls.fstat = [](int fd, struct stat *info) {
-        const int result = fstat(fd, info);
-        info->st_size = 10;
-        return result;
-    };
-    QByteArray bytes;
-    QVERIFY(readWholeFile(nullptr, file.name(), bytes, calls));
-    QVERIFY(bytes == content);
 }
 
 QTEST_MAIN(TextFileTest)

@@ -1,5 +1,7 @@
 #include "platform/config.h"
 
+#include "tests/seeds.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -338,13 +340,7 @@ private slots:
         QCOMPARE(contentsOf(testFile), QByteArray("[g]\nk = old\n"));
     }
 
-    void random_roundTrip_data()
-    {
-        QTest::addColumn<quint32>("seed");
-        const quint32 first = qEnvironmentVariableIntValue("SEED");
-        for (quint32 seed = first; seed < first + 40; ++seed)
-            QTest::addRow("seed %u", seed) << seed;
-    }
+    void random_roundTrip_data() { addSeeds(40); }
 
     // Several runs of a program on one file, against a plain map; lines of others stand in between.
     void random_roundTrip()

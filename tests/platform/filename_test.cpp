@@ -1,5 +1,7 @@
 #include "platform/filename.h"
 
+#include "tests/seeds.h"
+
 #include <QDir>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -66,9 +68,7 @@ void FilenameTest::everyShortNameComesBack()
 
 void FilenameTest::randomNamesComeBack_data()
 {
-    QTest::addColumn<uint>("seed");
-    for (uint seed : { 1U, 2U, uint(qEnvironmentVariableIntValue("SEED")) + 3U })
-        QTest::addRow("seed %u", seed) << seed;
+    addSeeds(3);
 }
 
 void FilenameTest::randomNamesComeBack()

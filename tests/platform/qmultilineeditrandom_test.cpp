@@ -1,4 +1,5 @@
 #include "tests/platform/markedtext.h"
+#include "tests/seeds.h"
 
 #include <QRandomGenerator>
 #include <QScrollBar>
@@ -143,14 +144,7 @@ private:
 
 void QMultiLineEditRandomTest::keys_data()
 {
-    QTest::addColumn<uint>("seed");
-    const uint first = qEnvironmentVariableIntValue("SEED");
-    if (first) {
-        QTest::addRow("seed %u", first) << first;
-        return;
-    }
-    for (uint seed = 1; seed <= 16; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
+    addSeeds(16);
 }
 
 void QMultiLineEditRandomTest::keys()

@@ -1,5 +1,6 @@
 #include "platform/lcfont.h"
 #include "platform/rowlayout.h"
+#include "tests/seeds.h"
 
 #include <QImage>
 #include <QPainter>
@@ -101,11 +102,11 @@ QString randomText(quint32 seed, int pieces)
     return text;
 }
 
-void addSeeds(int count, int pieces)
+void addTexts(int count, int pieces)
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<qreal>("scale");
-    const quint32 first = qEnvironmentVariableIsSet("SEED") ? qEnvironmentVariable("SEED").toUInt() : 1;
+    const quint32 first = seedOr(1);
     for (quint32 seed = first; seed < first + quint32(count); ++seed) {
         const qreal scale = scales[seed % std::size(scales)];
         QTest::addRow("seed %u at scale %g", seed, scale) << randomText(seed, pieces) << scale;
@@ -126,16 +127,16 @@ private slots:
     void inkStaysWithItsColumn();
     void stops_data();
     void stops();
-    void everyStopIsFoundAgain_data() { addSeeds(60, 40); }
+    void everyStopIsFoundAgain_data() { addTexts(60, 40); }
     void everyStopIsFoundAgain();
-    void stopsAreTheTextsOwn_data() { addSeeds(60, 40); }
+    void stopsAreTheTextsOwn_data() { addTexts(60, 40); }
     void stopsAreTheTextsOwn();
-    void placesDoNotDependOnTheWindow_data() { addSeeds(10, 4000); }
+    void placesDoNotDependOnTheWindow_data() { addTexts(10, 4000); }
     void placesDoNotDependOnTheWindow();
-    void spansCoverWhatIsMarked_data() { addSeeds(40, 30); }
+    void spansCoverWhatIsMarked_data() { addTexts(40, 30); }
     void spansCoverWhatIsMarked();
     void spansOfRightToLeftText();
-    void insertedTextIsPartOfTheRow_data() { addSeeds(20, 20); }
+    void insertedTextIsPartOfTheRow_data() { addTexts(20, 20); }
     void insertedTextIsPartOfTheRow();
     void farColumnsAreDrawnAsNearOnes();
     void marksAreDrawn_data();

@@ -1,85 +1,16 @@
-#include "platform/safefile.h"
-
 #include "platform/fileattributes.h"
+#include "tests/platform/savedfile.h"
 
-#include <QDir>
-#include <QFile>
-#include <QRandomGenerator>
-#include <QSet>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <csignal>
 #include <map>
 
-#include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 namespace {
-
-/// A fault table's decision: 0 lets the call through, else it fails with that error.
-using Fault = std::function<int(const QByteArray &call)>;
-
-template <typename Result, typename... Args>
-void guard(std::function<Result(Args...)> &call, const char *name, const Fault &fault)
-{
-    call = [inner = call, name, fault](Args... args) -> Result {
-        if (const int error = fault(name)) {
-            errno = error;
-            return -1;
-        }
-        return inner(args...);
-    };
-}
-
-FileCalls withFaults(FileCalls calls, const Fault &fault)
-{
-    guard(calls.open, "open", fault);
-    guard(calls.close, "close", fault);
-    guard(calls.pread, "pread", fault);
-    guard(calls.pwrite, "pwrite", fault);
-    guard(calls.fsync, "fsync", fault);
-    guard(calls.ftruncate, "ftruncate", fault);
-    guard(calls.stat, "stat", fault);
-    guard(calls.fstat, "fstat", fault);
-    guard(calls.readlink, "readlink", fault);
-    guard(calls.fchown, "fchown", fault);
-    guard(calls.fchmod, "fchmod", fault);
-    guard(calls.flistxattr, "flistxattr", fault);
-    guard(calls.fgetxattr, "fgetxattr", fault);
-    guard(calls.fsetxattr, "fsetxattr", fault);
-    guard(calls.fremovexattr, "fremovexattr", fault);
-    guard(calls.rename, "rename", fault);
-    guard(calls.unlink, "unlink", fault);
-    guard(calls.mkdir, "mkdir", fault);
-    return calls;
-}
-
-/// A folder in which nobody may make files, also for tests that run as root.
-FileCalls withClosedFolder(FileCalls calls, const QByteArray &folder)
-{
-    calls.open = [inner = calls.open, folder](const char *name, int flags, mode_t mode) {
-        if ((flags & O_CREAT) && QByteArray(name).startsWith(folder)) {
-            errno = EACCES;
-            return -1;
-        }
-        return inner(name, flags, mode);
-    };
-    return calls;
-}
 
 /// Extended attributes kept in memory, by file: the same on every file system.
 struct AttributeTable {
     std::map<ino_t, std::map<QByteArray, QByteArray>> files;
 
-    static ino_t fileOf(int fd)
-    {
-        struct stat info;
-        ::fstat(fd, &info);
-        return info.st_ino;
-    }
     static ssize_t give(const QByteArray &value, void *to, size_t size)
     {
         if (size > 0)
@@ -90,12 +21,12 @@ struct AttributeTable {
     {
         calls.flistxattr = [this](int fd, char *to, size_t size) {
             QByteArray list;
-            for (const auto &[name, value] : files[fileOf(fd)])
+            for (const auto &[name, value] : files[inodeOf(fd)])
                 list += name + '\0';
             return give(list, to, size);
         };
         calls.fgetxattr = [this](int fd, const char *name, void *to, size_t size) -> ssize_t {
-            const auto &attributes = files[fileOf(fd)];
+            const auto &attributes = files[inodeOf(fd)];
             if (!attributes.contains(name)) {
                 errno = ENODATA;
                 return -1;
@@ -103,56 +34,25 @@ struct AttributeTable {
             return give(attributes.at(name), to, size);
         };
         calls.fsetxattr = [this](int fd, const char *name, const void *value, size_t size, int) {
-            files[fileOf(fd)][name] = QByteArray(static_cast<const char *>(value), qsizetype(size));
+            files[inodeOf(fd)][name] = QByteArray(static_cast<const char *>(value), qsizetype(size));
             return 0;
         };
         calls.fremovexattr = [this](int fd, const char *name) {
-            files[fileOf(fd)].erase(name);
+            files[inodeOf(fd)].erase(name);
             return 0;
         };
         return calls;
     }
 };
 
-QByteArray contentOf(const QByteArray &name)
-{
-    QFile file(QFile::decodeName(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-}
-
-void writeFile(const QByteArray &name, const QByteArray &content)
-{
-    QFile file(QFile::decodeName(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
-
-struct stat statOf(const QByteArray &name)
-{
-    struct stat info = {};
-    ::lstat(name.constData(), &info);
-    return info;
-}
-
-bool save(SafeFile &file, const QByteArray &content)
-{
-    return file.open() && file.write(QByteArrayView(content).first(content.size() / 2))
-        && file.write(QByteArrayView(content).sliced(content.size() / 2)) && file.commit();
-}
-
-bool save(const QByteArray &name, const QByteArray &content, const FileCalls &calls = FileCalls::system())
-{
-    SafeFile file(name, calls);
-    return save(file, content);
-}
-
 } // namespace
 
-class SafeFileTest : public QObject {
+/// What a save leaves behind where all goes well, and what is refused.
+class SafeFileTest : public QObject, SavedFile {
     Q_OBJECT
 
 private slots:
-    void init();
+    void init() { prepareFolder(); }
 
     void newFileHasTheContent();
     void newFileFollowsTheFileMask();
@@ -179,73 +79,7 @@ private slots:
     void longAndShortContentsInPlace_data();
     void longAndShortContentsInPlace();
     void anyBytesInTheName();
-    void everyFailingStep_data();
-    void everyFailingStep();
-    void interruptedCallsAreRepeated_data();
-    void interruptedCallsAreRepeated();
-    void shortWritesAndReadsAreContinued();
-    void writeOfNothingIsAnError();
-    void brokenOverwritingPutsTheOldContentBack();
-    void oldContentThatCannotBePutBackIsKept();
-    void keepsTheOldContentWhenAsked();
-    void writesNothingWhenTheOldContentCannotBeKept();
-    void keptContentGoesAwayWhenNothingIsWritten();
-    void randomFailures_data();
-    void randomFailures();
-    void fullDisk_data();
-    void fullDisk();
-
-private:
-    enum class Way { NewFile, Replace, ThroughLink, HardLink, ClosedFolder };
-    QByteArray prepare(Way way);
-    FileCalls callsFor(Way way) const;
-    QStringList listing() const;
-    QStringList keptFiles() const;
-
-    std::unique_ptr<QTemporaryDir> m_dir;
-    QByteArray m_folder;
-    const QByteArray m_old = "the old content\n";
-    const QByteArray m_new = QByteArray(600000, 'n') + "\nthe new content\n";
 };
-
-void SafeFileTest::init()
-{
-    m_dir = std::make_unique<QTemporaryDir>();
-    m_folder = QFile::encodeName(m_dir->path()) + '/';
-    QDir(QFile::decodeName(SafeFile::stateFolder())).removeRecursively();
-}
-
-QByteArray SafeFileTest::prepare(Way way)
-{
-    QByteArray name = m_folder + "file.txt";
-    if (way == Way::NewFile)
-        return name;
-    writeFile(name, m_old);
-    if (way == Way::ThroughLink) {
-        ::symlink("file.txt", (m_folder + "link").constData());
-        return m_folder + "link";
-    }
-    if (way == Way::HardLink)
-        ::link(name.constData(), (m_folder + "other.txt").constData());
-    return name;
-}
-
-FileCalls SafeFileTest::callsFor(Way way) const
-{
-    const FileCalls &calls = FileCalls::system();
-    return way == Way::ClosedFolder ? withClosedFolder(calls, m_folder) : calls;
-}
-
-QStringList SafeFileTest::listing() const
-{
-    return QDir(m_dir->path())
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-}
-
-QStringList SafeFileTest::keptFiles() const
-{
-    return QDir(QFile::decodeName(SafeFile::stateFolder())).entryList(QDir::Files | QDir::Hidden);
-}
 
 void SafeFileTest::newFileHasTheContent()
 {
@@ -329,7 +163,7 @@ void SafeFileTest::inheritedAttributesAreNotAdded()
     calls.open = [&, inner = calls.open](const char *file, int flags, mode_t mode) {
         const int fd = inner(file, flags, mode);
         if (flags & O_CREAT)
-            attributes.files[AttributeTable::fileOf(fd)]["system.posix_acl_access"] = "from the folder";
+            attributes.files[inodeOf(fd)]["system.posix_acl_access"] = "from the folder";
         return fd;
     };
     QVERIFY(save(name, m_new, calls));
@@ -560,279 +394,6 @@ void SafeFileTest::anyBytesInTheName()
     const QByteArray name = m_folder + "\x83\x65\x83\x58\x83\x67 \xff\n.txt";
     QVERIFY(save(name, m_new));
     QCOMPARE(statOf(name).st_size, off_t(m_new.size()));
-}
-
-void SafeFileTest::everyFailingStep_data()
-{
-    QTest::addColumn<int>("way");
-    QTest::addColumn<QSet<QByteArray>>("fatal");
-    const QSet<QByteArray> always{ "readlink", "stat", "open", "pwrite" };
-    QTest::newRow("new file") << int(Way::NewFile)
-                              << always + QSet<QByteArray>{ "fchmod", "fsync", "rename" };
-    QTest::newRow("replaced") << int(Way::Replace) << always + QSet<QByteArray>{ "fstat", "fsync", "rename" };
-    QTest::newRow("through a link") << int(Way::ThroughLink)
-                                    << always + QSet<QByteArray>{ "fstat", "fsync", "rename" };
-    const QSet<QByteArray> overwriting{ "fstat", "pread", "mkdir", "ftruncate", "fsync" };
-    QTest::newRow("hard link") << int(Way::HardLink) << always + overwriting;
-    QTest::newRow("closed folder") << int(Way::ClosedFolder) << always + overwriting;
-}
-
-/// Lets the first call fail, then the second, and so on until a save needs no more calls.
-void SafeFileTest::everyFailingStep()
-{
-    QFETCH(int, way);
-    QFETCH(QSet<QByteArray>, fatal);
-    QSet<QByteArray> fatalCalls;
-    bool reached = true;
-    for (int step = 1; reached; ++step) {
-        init();
-        const QByteArray name = prepare(Way(way));
-        const QStringList before = listing();
-        int count = 0;
-        QByteArray failed;
-        const FileCalls calls = withFaults(callsFor(Way(way)), [&](const QByteArray &call) {
-            if (++count != step)
-                return 0;
-            failed = call;
-            return EIO;
-        });
-        SafeFile file(name, calls);
-        const bool saved = save(file, m_new);
-        reached = count >= step;
-        const QByteArray told = failed + " at step " + QByteArray::number(step);
-        QCOMPARE(file.keptCopy(), QByteArray());
-        QVERIFY2(saved || reached, told.constData());
-        const bool isNew = Way(way) == Way::NewFile;
-        QVERIFY2(saved ? contentOf(name) == m_new : isNew || contentOf(name) == m_old, told.constData());
-        if (!saved)
-            fatalCalls.insert(failed);
-        if (failed != "unlink") {
-            const QStringList wanted = saved && isNew ? QStringList(QStringLiteral("file.txt")) : before;
-            QVERIFY2(listing() == wanted, told.constData());
-            QVERIFY2(keptFiles().isEmpty(), told.constData());
-        }
-    }
-    QCOMPARE(fatalCalls, fatal);
-}
-
-void SafeFileTest::interruptedCallsAreRepeated_data()
-{
-    QTest::addColumn<QByteArray>("interrupted");
-    for (const char *call : { "open", "pread", "pwrite", "fsync", "ftruncate", "fchmod", "flistxattr" })
-        QTest::newRow(call) << QByteArray(call);
-}
-
-void SafeFileTest::interruptedCallsAreRepeated()
-{
-    QFETCH(QByteArray, interrupted);
-    for (const Way way : { Way::NewFile, Way::Replace, Way::HardLink, Way::ClosedFolder }) {
-        init();
-        const QByteArray name = prepare(way);
-        bool interrupt = false;
-        const FileCalls calls = withFaults(callsFor(way), [&](const QByteArray &call) {
-            if (call != interrupted)
-                return 0;
-            interrupt = !interrupt;
-            return interrupt ? EINTR : 0;
-        });
-        QVERIFY(save(name, m_new, calls));
-        QCOMPARE(contentOf(name), m_new);
-    }
-}
-
-void SafeFileTest::shortWritesAndReadsAreContinued()
-{
-    FileCalls calls = FileCalls::system();
-    calls.pwrite = [](int fd, const void *from, size_t size, off_t offset) {
-        return ::pwrite(fd, from, qMin<size_t>(size, 1 + size / 3), offset);
-    };
-    calls.pread = [](int fd, void *to, size_t size, off_t offset) {
-        return ::pread(fd, to, qMin<size_t>(size, 7919), offset);
-    };
-    for (const Way way : { Way::NewFile, Way::Replace, Way::HardLink }) {
-        init();
-        const QByteArray name = prepare(way);
-        QVERIFY(save(name, m_new, calls));
-        QVERIFY(contentOf(name) == m_new);
-    }
-}
-
-void SafeFileTest::writeOfNothingIsAnError()
-{
-    FileCalls calls = FileCalls::system();
-    calls.pwrite = [](int, const void *, size_t, off_t) { return ssize_t(0); };
-    const QByteArray name = prepare(Way::Replace);
-    QVERIFY(!save(name, m_new, calls));
-    QCOMPARE(contentOf(name), m_old);
-}
-
-void SafeFileTest::brokenOverwritingPutsTheOldContentBack()
-{
-    const QByteArray name = prepare(Way::HardLink);
-    const ino_t inode = statOf(name).st_ino;
-    bool full = true;
-    FileCalls calls = FileCalls::system();
-    calls.pwrite = [&](int fd, const void *from, size_t size, off_t offset) -> ssize_t {
-        if (full && AttributeTable::fileOf(fd) == inode && offset > 0) {
-            full = false;
-            errno = ENOSPC;
-            return -1;
-        }
-        return ::pwrite(fd, from, size, offset);
-    };
-    SafeFile file(name, calls);
-    QVERIFY(!save(file, m_new));
-    QVERIFY(!full);
-    QCOMPARE(contentOf(name), m_old);
-    QCOMPARE(file.keptCopy(), QByteArray());
-    QCOMPARE(keptFiles(), QStringList());
-    QCOMPARE(listing().size(), 2);
-}
-
-void SafeFileTest::oldContentThatCannotBePutBackIsKept()
-{
-    const QByteArray name = prepare(Way::HardLink);
-    const ino_t inode = statOf(name).st_ino;
-    bool broken = false;
-    FileCalls calls = FileCalls::system();
-    calls.pwrite = [&](int fd, const void *from, size_t size, off_t offset) -> ssize_t {
-        broken = broken || (AttributeTable::fileOf(fd) == inode && offset > 0);
-        if (broken) {
-            errno = EIO;
-            return -1;
-        }
-        return ::pwrite(fd, from, size, offset);
-    };
-    SafeFile file(name, calls);
-    QVERIFY(!save(file, m_new));
-    QVERIFY(broken);
-    QVERIFY(file.keptCopy().startsWith(SafeFile::stateFolder()));
-    QCOMPARE(contentOf(file.keptCopy()), m_old);
-    QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
-    QCOMPARE(keptFiles().size(), 1);
-    QCOMPARE(listing().size(), 2);
-}
-
-void SafeFileTest::keepsTheOldContentWhenAsked()
-{
-    for (const Way way : { Way::Replace, Way::ThroughLink, Way::HardLink, Way::ClosedFolder }) {
-        init();
-        const QByteArray name = prepare(way);
-        const FileCalls calls = callsFor(way);
-        SafeFile file(name, calls);
-        file.keepOldContent();
-        QVERIFY(save(file, m_new));
-        QCOMPARE(contentOf(name), m_new);
-        QCOMPARE(contentOf(file.keptCopy()), m_old);
-        QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
-        QCOMPARE(keptFiles().size(), 1);
-    }
-    init();
-    SafeFile newFile(prepare(Way::NewFile));
-    newFile.keepOldContent();
-    QVERIFY(save(newFile, m_new));
-    QCOMPARE(newFile.keptCopy(), QByteArray());
-    QCOMPARE(keptFiles(), QStringList());
-}
-
-void SafeFileTest::writesNothingWhenTheOldContentCannotBeKept()
-{
-    const QByteArray name = prepare(Way::Replace);
-    const ino_t inode = statOf(name).st_ino;
-    const QStringList before = listing();
-    FileCalls calls = FileCalls::system();
-    calls.pread = [inode](int fd, void *to, size_t size, off_t offset) -> ssize_t {
-        if (AttributeTable::fileOf(fd) != inode)
-            return ::pread(fd, to, size, offset);
-        errno = EIO;
-        return -1;
-    };
-    SafeFile file(name, calls);
-    file.keepOldContent();
-    QVERIFY(!save(file, m_new));
-    QCOMPARE(file.keptCopy(), QByteArray());
-    QCOMPARE(contentOf(name), m_old);
-    QCOMPARE(statOf(name).st_ino, inode);
-    QCOMPARE(listing(), before);
-    QCOMPARE(keptFiles(), QStringList());
-}
-
-void SafeFileTest::keptContentGoesAwayWhenNothingIsWritten()
-{
-    const QByteArray name = prepare(Way::Replace);
-    FileCalls calls = FileCalls::system();
-    calls.rename = [](const char *, const char *) {
-        errno = EIO;
-        return -1;
-    };
-    SafeFile file(name, calls);
-    file.keepOldContent();
-    QVERIFY(!save(file, m_new));
-    QCOMPARE(contentOf(name), m_old);
-    QCOMPARE(keptFiles(), QStringList());
-}
-
-void SafeFileTest::randomFailures_data()
-{
-    QTest::addColumn<quint32>("seed");
-    const quint32 first =
-        qEnvironmentVariableIntValue("SEED") ? quint32(qEnvironmentVariableIntValue("SEED")) : 1u;
-    for (quint32 seed = first; seed < first + 60; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
-}
-
-/// However many calls fail: the old content is somewhere whole, or the new one is under the file's name.
-void SafeFileTest::randomFailures()
-{
-    QFETCH(quint32, seed);
-    QRandomGenerator random(seed);
-    for (const Way way : { Way::NewFile, Way::Replace, Way::ThroughLink, Way::HardLink, Way::ClosedFolder }) {
-        init();
-        const QByteArray name = prepare(way);
-        const int rate = 2 + random.bounded(30);
-        const FileCalls calls = withFaults(callsFor(way), [&](const QByteArray &) {
-            static constexpr int errors[] = { EIO, ENOSPC, EPERM, EACCES, EINTR, EROFS };
-            return random.bounded(rate) == 0 ? errors[random.bounded(int(std::size(errors)))] : 0;
-        });
-        SafeFile file(name, calls);
-        const bool saved = save(file, m_new);
-        if (saved)
-            QVERIFY(contentOf(name) == m_new);
-        else if (way == Way::NewFile)
-            QVERIFY(!QFile::exists(QFile::decodeName(name)));
-        else
-            QVERIFY(contentOf(file.keptCopy().isEmpty() ? name : file.keptCopy()) == m_old);
-    }
-}
-
-void SafeFileTest::fullDisk_data()
-{
-    QTest::addColumn<int>("way");
-    QTest::newRow("new file") << int(Way::NewFile);
-    QTest::newRow("replaced") << int(Way::Replace);
-    QTest::newRow("hard link") << int(Way::HardLink);
-    QTest::newRow("closed folder") << int(Way::ClosedFolder);
-}
-
-/// The system's own refusal: a limit on the size of files stands for the disk's end.
-void SafeFileTest::fullDisk()
-{
-    QFETCH(int, way);
-    const QByteArray name = prepare(Way(way));
-    const QStringList before = listing();
-    const auto handler = ::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit;
-    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &limit), 0);
-    const rlimit small{ 100000, limit.rlim_max };
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    const bool saved = save(name, m_new, callsFor(Way(way)));
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    ::signal(SIGXFSZ, handler);
-    QVERIFY(!saved);
-    QCOMPARE(listing(), before);
-    QCOMPARE(keptFiles(), QStringList());
-    if (Way(way) != Way::NewFile)
-        QCOMPARE(contentOf(name), m_old);
 }
 
 QTEST_GUILESS_MAIN(SafeFileTest)

@@ -1,5 +1,6 @@
 #include "platform/textaccessible.h"
 #include "tests/platform/markedtext.h"
+#include "tests/seeds.h"
 
 #include <QRandomGenerator>
 #include <QScrollBar>
@@ -528,10 +529,7 @@ void TextAccessibleTest::tellsNothingUnheard()
 
 void TextAccessibleTest::replaysToTheSameText_data()
 {
-    QTest::addColumn<uint>("seed");
-    const uint seed = qEnvironmentVariableIsSet("SEED") ? qEnvironmentVariable("SEED").toUInt() : 1;
-    for (uint i = seed; i < seed + 5; ++i)
-        QTest::addRow("seed %u", i) << i;
+    addSeeds(5);
 }
 
 /// Whoever applies what is told to the text as it was has the text as it is.

@@ -60,11 +60,3 @@ private:
     QRandomGenerator m_random;
     QStringList m_characters;
 };
-
-/// The seed of a random test: SEED of the environment if set.
-inline quint32 seedOr(quint32 seed)
-{
-    bool given = false;
-    const int wanted = qEnvironmentVariableIntValue("SEED", &given);
-    return given ? quint32(wanted) : seed;
-}

@@ -1,5 +1,7 @@
 #include "platform/text/textcodec.h"
 
+#include "tests/seeds.h"
+
 #include <QRandomGenerator>
 #include <QSet>
 #include <QTest>
@@ -54,11 +56,9 @@ bool holdsOne(QByteArrayView bytes, const QSet<QByteArray> &codes)
     return false;
 }
 
-unsigned seed()
+quint32 seed()
 {
-    bool given = false;
-    const unsigned value = qEnvironmentVariable("SEED").toUInt(&given);
-    return given ? value : 20011221;
+    return seedOr(20011221);
 }
 
 /// What goes wrong first: leads, trails, shifts, parts of escape sequences.

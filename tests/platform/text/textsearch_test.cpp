@@ -1,6 +1,7 @@
 #include "platform/text/textsearch.h"
 #include "tests/platform/text/naivesearch.h"
 #include "tests/platform/text/textalphabet.h"
+#include "tests/seeds.h"
 
 #include <QTest>
 

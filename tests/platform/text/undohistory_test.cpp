@@ -1,6 +1,7 @@
 #include "platform/text/undohistory.h"
 
 #include "tests/platform/text/textalphabet.h"
+#include "tests/seeds.h"
 
 #include <QTest>
 
