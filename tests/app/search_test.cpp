@@ -1,7 +1,9 @@
 #include "search/frmjumpto.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
+#include "tests/app/atprogress.h"
 #include "tests/app/testwindow.h"
+#include "tests/search/searchforms.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,36 +13,6 @@
 #include <QSignalSpy>
 
 namespace {
-
-/// Acts on the progress panel from the event loop as soon as it counts.
-class AtProgress : public QObject {
-public:
-    explicit AtProgress(std::function<void(frmReplaceProgress &)> action)
-        : m_action(std::move(action))
-    {
-        qApp->installEventFilter(this);
-    }
-    bool eventFilter(QObject *object, QEvent *event) override
-    {
-        auto *panel = qobject_cast<frmReplaceProgress *>(object);
-        if (panel && event->type() == QEvent::Show)
-            QMetaObject::invokeMethod(
-                panel, [this, panel] { m_action(*panel); }, Qt::QueuedConnection);
-        return false;
-    }
-
-private:
-    std::function<void(frmReplaceProgress &)> m_action;
-};
-
-QPushButton *buttonOf(const QWidget &form, const QString &text)
-{
-    for (QPushButton *button : form.findChildren<QPushButton *>()) {
-        if (button->text() == text)
-            return button;
-    }
-    qFatal("no button %s", qPrintable(text));
-}
 
 QList<QComboBox *> fieldsOf(const QWidget &panel)
 {
@@ -57,12 +29,6 @@ QString drawn(const ctlEditer &editor)
     if (cursor != anchor)
         text.insert(qMin(cursor, anchor), cursor > anchor ? u"[" : u"[|");
     return text;
-}
-
-QString historyFile()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-        + QStringLiteral("/marlopad_fr.conf");
 }
 
 } // namespace
@@ -115,7 +81,7 @@ void SearchTest::init()
 {
     m_window.reset();
     resetSettings();
-    QFile::remove(historyFile());
+    QFile::remove(historyFileName());
     m_window = std::make_unique<TestWindow>();
     QVERIFY(m_window->open());
 }
@@ -353,7 +319,7 @@ void SearchTest::historySurvives()
     const frmSearchDialog *const shown = panel(1);
     QCOMPARE(fieldsOf(*shown).at(0)->itemText(0), QStringLiteral(" a,b "));
     QCOMPARE(fieldsOf(*shown).at(1)->currentText(), QStringLiteral("\"c\""));
-    QVERIFY(QFile::exists(historyFile()));
+    QVERIFY(QFile::exists(historyFileName()));
 }
 
 void SearchTest::jumpsToLines_data()
