@@ -177,6 +177,8 @@ void frmSearchDialog::fillFields()
         if (!text.isEmpty())
             m_replace->addItem(text);
     }
+    // No entry is the current one, so that the Down key gets the most recent.
+    m_find->setCurrentIndex(-1);
     m_find->setEditText(findText);
     m_find->lineEdit()->selectAll();
     m_replace->setEditText(m_replace->itemText(0));

@@ -60,6 +60,7 @@ private slots:
     void completeNothing();
     void insertNothingIntoTheirLists();
     void takeAChosenEntry();
+    void downKeyGetsTheMostRecent();
 
 private:
     QLineEdit *field() { return findField(*m_panel)->lineEdit(); }
@@ -214,6 +215,18 @@ void SearchFieldsTest::takeAChosenEntry()
     QTest::keyClick(combo->view(), Qt::Key_Escape);
     QTRY_VERIFY(!combo->view()->isVisible());
     QVERIFY(m_panel->isVisible());
+}
+
+void SearchFieldsTest::downKeyGetsTheMostRecent()
+{
+    QComboBox *const find = findField(*m_panel);
+    for (const char16_t *expected : { u"Hello world", u"hell" }) {
+        QTest::keyClick(find, Qt::Key_Down);
+        QCOMPARE(find->currentText(), QString::fromUtf16(expected));
+    }
+    QTest::keyClick(find, Qt::Key_Up);
+    QCOMPARE(find->currentText(), u"Hello world"_s);
+    QCOMPARE(replaceField(*m_panel)->currentText(), u"Hello you"_s);
 }
 
 int main(int argc, char **argv)
