@@ -1,0 +1,137 @@
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString outputOf(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(u"xdotool"_s, arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+QString activeTitle()
+{
+    return outputOf({ u"getactivewindow"_s, u"getwindowname"_s });
+}
+
+void press(const QString &key)
+{
+    outputOf({ u"key"_s, key });
+}
+
+QString configFile(const QString &name)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' + name;
+}
+
+QByteArray history()
+{
+    QFile file(configFile(u"marlopad_fr.conf"_s));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+/// The program itself, driven by keys: what it leaves behind, however it ends.
+class SearchProgramTest : public QObject {
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void historySurvivesAKilledProgram();
+    void openPanelKeepsNoProgramRunning();
+    void nothingIsWrittenWithoutAPanel();
+
+private:
+    void start();
+    bool hasEnded();
+
+    QScopedPointer<QProcess> m_program;
+    QTemporaryDir m_folder;
+};
+
+void SearchProgramTest::init()
+{
+    QFile::remove(configFile(u"marlopad_fr.conf"_s));
+    QFile settings(configFile(u"marlopad.conf"_s));
+    QVERIFY(settings.open(QIODevice::WriteOnly));
+    QVERIFY(settings.write("[main]\nLang = 0\n") > 0);
+    settings.close();
+    start();
+}
+
+void SearchProgramTest::cleanup()
+{
+    m_program->kill();
+    m_program->waitForFinished();
+    QCOMPARE(m_program->readAllStandardError(), QByteArray());
+}
+
+void SearchProgramTest::start()
+{
+    QFile file(m_folder.filePath(u"a.txt"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.write("one needle\n") > 0);
+    file.close();
+    m_program.reset(new QProcess);
+    m_program->start(QStringLiteral(MARLOPAD_PROGRAM), { file.fileName() });
+    QVERIFY(m_program->waitForStarted());
+    QTRY_COMPARE_WITH_TIMEOUT(activeTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s, 20000);
+}
+
+bool SearchProgramTest::hasEnded()
+{
+    return m_program->state() == QProcess::NotRunning
+        || (m_program->waitForFinished(1) && m_program->state() == QProcess::NotRunning);
+}
+
+void SearchProgramTest::historySurvivesAKilledProgram()
+{
+    press(u"ctrl+n"_s);
+    QTRY_COMPARE(activeTitle(), u"Search"_s);
+    outputOf({ u"type"_s, u"needle"_s });
+    press(u"Return"_s);
+    QTRY_VERIFY(history().contains("Search0 = needle\n"));
+    m_program->kill();
+    QVERIFY(m_program->waitForFinished());
+    QVERIFY(history().contains("Search0 = needle\n"));
+    QCOMPARE(m_program->readAllStandardError(), QByteArray());
+    start();
+    press(u"ctrl+n"_s);
+    QTRY_COMPARE(activeTitle(), u"Search"_s);
+    // The most recent entry, by the keyboard.
+    press(u"Down"_s);
+    outputOf({ u"type"_s, u"2"_s });
+    press(u"Return"_s);
+    QTRY_VERIFY(history().contains("Search0 = needle2\nSearch1 = needle\n"));
+}
+
+void SearchProgramTest::openPanelKeepsNoProgramRunning()
+{
+    const QString window = outputOf({ u"getactivewindow"_s });
+    press(u"ctrl+n"_s);
+    QTRY_COMPARE(activeTitle(), u"Search"_s);
+    outputOf({ u"windowactivate"_s, u"--sync"_s, window });
+    QTRY_COMPARE(outputOf({ u"getactivewindow"_s }), window);
+    press(u"ctrl+q"_s);
+    QTRY_VERIFY(hasEnded());
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(history().count('\n'), 41);
+}
+
+void SearchProgramTest::nothingIsWrittenWithoutAPanel()
+{
+    press(u"ctrl+q"_s);
+    QTRY_VERIFY(hasEnded());
+    QVERIFY(!QFile::exists(configFile(u"marlopad_fr.conf"_s)));
+}
+
+QTEST_GUILESS_MAIN(SearchProgramTest)
+#include "searchprogram_test.moc"

@@ -1,0 +1,213 @@
+#include "search/frmsearchdialog.h"
+#include "tests/app/atprogress.h"
+#include "tests/app/testwindow.h"
+#include "tests/search/searchforms.h"
+
+#include <QClipboard>
+#include <QLineEdit>
+#include <QProcess>
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void xdotool(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(u"xdotool"_s, arguments);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void xdotool(const QString &command, const QWidget &window)
+{
+    xdotool({ command, QString::number(window.winId()) });
+}
+
+} // namespace
+
+/// The search panel and the progress panel as windows of a window manager.
+class SearchWindowTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void panelIsPlacedAndStaysWhereItIsPut();
+    void hitsAreNotCovered();
+    void middleClickTakesTheFirstLine();
+    void windowManagersCloseHidesThePanel();
+    void progressIsPlaced();
+    void minimisedRunGoesOn();
+    void closedProgressStopsTheRun();
+    void secondStartWaitsForTheRun();
+
+private:
+    ctlEditer &editor() { return *m_window->currentEditor(); }
+    frmSearchDialog &panel() { return *m_window->findChild<frmSearchDialog *>(); }
+    void show(int mode);
+    void replaceAll();
+
+    std::unique_ptr<TestWindow> m_window;
+    TestFiles m_files;
+};
+
+void SearchWindowTest::initTestCase()
+{
+    QVERIFY(!static_cast<QPEApplication *>(qApp)->handOver());
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+void SearchWindowTest::init()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    resetSettings();
+    QFile::remove(historyFileName());
+    m_window = std::make_unique<TestWindow>();
+    static_cast<QPEApplication *>(qApp)->showMainWidget(m_window.get());
+    QVERIFY(m_window->open());
+    editor().setText(QString(u"x\n"_s).repeated(300));
+}
+
+void SearchWindowTest::cleanup()
+{
+    m_window.reset();
+}
+
+void SearchWindowTest::show(int mode)
+{
+    mode == 0 ? m_window->slotCmdViewSearch() : m_window->slotCmdViewReplace();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel()));
+    QVERIFY(QTest::qWaitForWindowActive(&panel()));
+}
+
+void SearchWindowTest::replaceAll()
+{
+    m_window->slotCmdViewReplace();
+    findField(panel())->setEditText(u"x"_s);
+    replaceField(panel())->setEditText(u"y"_s);
+    panel().slotBtnAll();
+}
+
+void SearchWindowTest::panelIsPlacedAndStaysWhereItIsPut()
+{
+    show(0);
+    QTRY_COMPARE(panel().frameGeometry().topLeft(), QPoint(20, 40));
+    for (const int mode : { 1, 0, 1 }) {
+        show(mode);
+        QTRY_COMPARE(panel().frameGeometry().topLeft(), QPoint(20, 40));
+    }
+    panel().move(300, 200);
+    QTRY_COMPARE(panel().frameGeometry().topLeft(), QPoint(300, 200));
+    QTest::keyClick(findField(panel()), Qt::Key_Escape);
+    QVERIFY(!panel().isVisible());
+    show(0);
+    QTRY_COMPARE(panel().frameGeometry().topLeft(), QPoint(300, 200));
+}
+
+void SearchWindowTest::hitsAreNotCovered()
+{
+    editor().setText(QString(u"hit\n"_s).repeated(8));
+    editor().setCursorPosition(0, 0);
+    show(0);
+    findField(panel())->setEditText(u"hit"_s);
+    const QWidget &view = *editor().viewport();
+    for (int i = 0; i < 8; ++i) {
+        QTest::keyClick(findField(panel()), Qt::Key_Return);
+        QCOMPARE(editor().cursorPosition(), (RowCol{ i, 3 }));
+        const QRect row(view.mapToGlobal(editor().cursorRect().topLeft()), editor().cursorRect().size());
+        QTRY_VERIFY(!panel().frameGeometry().intersects(row.adjusted(-30, 0, 0, 0)));
+    }
+}
+
+void SearchWindowTest::middleClickTakesTheFirstLine()
+{
+    show(1);
+    for (QComboBox *combo : { findField(panel()), replaceField(panel()) }) {
+        QGuiApplication::clipboard()->setText(u"one, \"two\"\nthree"_s, QClipboard::Selection);
+        combo->setEditText({});
+        QTest::mouseClick(combo->lineEdit(), Qt::MiddleButton, {}, { 20, 8 });
+        QCOMPARE(combo->currentText(), u"one, \"two\""_s);
+    }
+}
+
+void SearchWindowTest::windowManagersCloseHidesThePanel()
+{
+    show(0);
+    findField(panel())->setEditText(u"typed"_s);
+    xdotool({ u"key"_s, u"alt+F4"_s });
+    QTRY_VERIFY(!panel().isVisible());
+    QVERIFY(m_window->isVisible());
+    QCOMPARE(m_window->tabBar()->count(), 1);
+    show(0);
+    QCOMPARE(findField(panel())->currentText(), QString());
+}
+
+void SearchWindowTest::progressIsPlaced()
+{
+    QPoint place;
+    const AtProgress look([&](frmReplaceProgress &progress) {
+        QVERIFY(QTest::qWaitForWindowActive(&progress));
+        QTRY_COMPARE(progress.frameGeometry().topLeft(), QPoint(30, 60));
+        place = progress.frameGeometry().topLeft();
+    });
+    const MessageBoxes boxes;
+    replaceAll();
+    QCOMPARE(place, QPoint(30, 60));
+}
+
+void SearchWindowTest::minimisedRunGoesOn()
+{
+    bool wasMinimised = false;
+    const AtProgress minimise([&](frmReplaceProgress &progress) {
+        QVERIFY(QTest::qWaitForWindowActive(&progress));
+        // Asked again: the window manager may be about to show the panel.
+        QTRY_VERIFY((xdotool(u"windowminimize"_s, *m_window), m_window->isMinimized()));
+        wasMinimised = true;
+    });
+    MessageBoxes boxes;
+    replaceAll();
+    QVERIFY(wasMinimised);
+    QCOMPARE(editor().text(), QString(u"y\n"_s).repeated(300));
+    QCOMPARE(boxes.texts(), QStringList{ u"Replace All|300 items was Replaced."_s });
+}
+
+void SearchWindowTest::closedProgressStopsTheRun()
+{
+    const AtProgress closeIt([](frmReplaceProgress &progress) {
+        QVERIFY(QTest::qWaitForWindowActive(&progress));
+        xdotool({ u"key"_s, u"alt+F4"_s });
+        QTRY_VERIFY(!progress.isVisible());
+    });
+    MessageBoxes boxes;
+    replaceAll();
+    const qsizetype done = editor().text().count(u'y');
+    QVERIFY(done >= 1 && done < 300);
+    QCOMPARE(boxes.texts(), QStringList{ u"Replace All|%1 items was Replaced."_s.arg(done) });
+    QVERIFY(m_window->isVisible());
+}
+
+void SearchWindowTest::secondStartWaitsForTheRun()
+{
+    const QString file = m_files.write(u"a.txt"_s, "requested");
+    int exitCode = -1;
+    const AtProgress startAnother([&](frmReplaceProgress &) {
+        QProcess second;
+        second.start(QStringLiteral(MARLOPAD_PROGRAM), { file });
+        QTRY_COMPARE_WITH_TIMEOUT(second.state(), QProcess::NotRunning, 30000);
+        exitCode = second.exitCode();
+    });
+    MessageBoxes boxes;
+    replaceAll();
+    QCOMPARE(exitCode, 0);
+    QCOMPARE(boxes.texts(), QStringList{ u"Replace All|300 items was Replaced."_s });
+    QCOMPARE(m_window->editorAt(0)->text(), QString(u"y\n"_s).repeated(300));
+    QTRY_COMPARE(editor().text(), u"requested"_s);
+}
+
+int main(int argc, char **argv)
+{
+    return runFormTest<SearchWindowTest>(argc, argv);
+}
+#include "searchwindow_test.moc"
