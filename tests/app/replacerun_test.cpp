@@ -64,7 +64,7 @@ void commitTo(QWidget &widget)
 }
 
 using Intrusion = std::function<void(TestWindow &)>;
-constexpr int hits = 400;
+constexpr int hits = 4000;
 
 } // namespace
 
@@ -360,8 +360,9 @@ void ReplaceRunTest::paintsNothingWhenSpedUp()
     });
     const MessageBoxes boxes;
     replaceAll();
-    // The whole area when all is done, and what was due when the button was pressed.
-    QVERIFY2(atTheEnd == 1 || atTheEnd == 2, qPrintable(QString::number(atTheEnd)));
+    // The whole area when all is done, and before what was due and the frame in hand when the button was
+    // pressed.
+    QVERIFY2(atTheEnd >= 1 && atTheEnd <= 3, qPrintable(QString::number(atTheEnd)));
     QVERIFY(signalsSent <= 1);
     QCOMPARE(editor().text(), QString(u"y\n"_s).repeated(hits));
 }
