@@ -1,6 +1,6 @@
 #include "platform/charclass.h"
-#include "platform/graphemes.h"
 #include "platform/rowlayout.h"
+#include "platform/text/graphemes.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "platform/rowruns.h"
 
-#include "platform/graphemes.h"
+#include "platform/text/graphemes.h"
 
 #include <algorithm>
 

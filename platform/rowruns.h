@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/fontmeasure.h"
+#include "platform/text/codepoint.h"
 
 #include <QStringView>
 
@@ -15,17 +16,3 @@ enum class RunKind : quint8 {
 
 /// Kind of every unit of `text`; one stretch is a sequence of units of one kind. Cost: O(length).
 std::vector<RunKind> runKinds(QStringView text, const FontMeasure &measure);
-
-/// The character at a unit: both halves of a surrogate pair as one, a lone surrogate as itself.
-inline char32_t codePointAt(QStringView text, qsizetype at)
-{
-    const QChar unit = text[at];
-    if (unit.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate())
-        return QChar::surrogateToUcs4(unit, text[at + 1]);
-    return unit.unicode();
-}
-
-inline int unitsOf(char32_t codePoint)
-{
-    return QChar::requiresSurrogates(codePoint) ? 2 : 1;
-}

@@ -1,5 +1,7 @@
 #include "platform/text/advancetable.h"
 
+#include "platform/text/graphemes.h"
+
 #include <QChar>
 
 #include <algorithm>
@@ -8,14 +10,19 @@ namespace {
 
 constexpr size_t unitCount = 0x10000;
 
+std::unique_ptr<quint16[]> unknownWidths()
+{
+    auto widths = std::make_unique_for_overwrite<quint16[]>(unitCount);
+    std::fill_n(widths.get(), unitCount, AdvanceTable::unknown);
+    return widths;
+}
+
 } // namespace
 
 AdvanceTable::AdvanceTable(Measure measure)
     : m_measure(std::move(measure))
-    , m_units(std::make_unique_for_overwrite<quint16[]>(unitCount))
+    , m_units(unknownWidths())
 {
-    std::fill_n(m_units.get(), unitCount, unknown);
-    m_surrogates.fill(unknown);
     for (size_t unit = 0; unit < m_latin1.size(); ++unit) {
         if (unit != '\t' && unit != '\n')
             m_latin1[unit] = quint16(advance(char16_t(unit)));
@@ -35,10 +42,14 @@ int AdvanceTable::measureUnit(char16_t unit) const
 {
     if (unit == u'\t' || unit == u'\n')
         return measured(unit);
-    quint16 &width = QChar::isSurrogate(unit) ? m_surrogates[unit - 0xd800] : m_units[unit];
-    if (width == unknown)
-        width = quint16(measured(unit));
-    return width;
+    if (m_others && m_others[unit] != unknown)
+        return m_others[unit];
+    const auto width = quint16(measured(unit));
+    if (standsAlone(unit))
+        return m_units[unit] = width;
+    if (!m_others)
+        m_others = unknownWidths();
+    return m_others[unit] = width;
 }
 
 int AdvanceTable::measured(char32_t codePoint) const

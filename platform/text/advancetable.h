@@ -19,7 +19,7 @@ public:
     static constexpr quint16 unknown = 0xffff;
     explicit AdvanceTable(Measure measure);
 
-    /// Width of a unit that stands alone: anything but the two halves of a surrogate pair.
+    /// Width of any unit but the two halves of a surrogate pair.
     int advance(char16_t unit) const
     {
         const quint16 width = m_units[unit];
@@ -31,7 +31,7 @@ public:
     /// character.
     const std::array<quint16, 256> &latin1() const { return m_latin1; }
     /// Widths of all units, for loops over text: `unknown` for what was not measured yet, and always for TAB,
-    /// LF and surrogates, which no such loop may take for plain characters.
+    /// LF, surrogates and what joins its neighbours, which no such loop may take for plain characters.
     const quint16 *units() const { return m_units.get(); }
 
 private:
@@ -41,6 +41,7 @@ private:
     Measure m_measure;
     std::array<quint16, 256> m_latin1{};
     std::unique_ptr<quint16[]> m_units;
-    mutable std::array<quint16, 0x800> m_surrogates; ///< halves that stand alone
+    /// Of units that m_units does not tell, made when the first one is met.
+    mutable std::unique_ptr<quint16[]> m_others;
     mutable std::unordered_map<char32_t, int> m_supplementary;
 };

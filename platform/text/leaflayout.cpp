@@ -93,7 +93,7 @@ TextSummary sumAscii(const uchar *text, qint64 size, const TextLayout &layout, c
     return sum.finish(anyText ? width : INT_MAX, anyText ? width : 0);
 }
 
-/// Width of a unit that is neither LF nor TAB nor half a pair, else AdvanceTable::unknown.
+/// Width of a unit that joins no plain one and is neither LF nor TAB, else AdvanceTable::unknown.
 class PlainWidths {
 public:
     explicit PlainWidths(const TextLayout &layout)
@@ -115,38 +115,94 @@ public:
 private:
     int measured(char16_t unit) const
     {
-        const bool isPlain = unit != u'\n' && unit != u'\t' && !QChar::isSurrogate(unit);
-        return isPlain ? m_layout.width(unit) : AdvanceTable::unknown;
+        if (unit != u'\n' && unit != u'\t' && !QChar::isSurrogate(unit))
+            m_layout.width(unit);
+        return m_known[unit];
     }
 
     const TextLayout &m_layout;
     const quint16 *m_known;
 };
 
-template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const TextLayout &layout)
-{
-    const PlainWidths plain(layout);
-    Summing sum(layout.tabStop());
-    int narrowest = INT_MAX;
-    int widest = 0;
-    for (qint64 i = 0; i < size; ++i) {
+/// Adds up any text between TABs and LFs.
+template <typename Unit> class AnySum {
+public:
+    AnySum(const Unit *text, qint64 size, const TextLayout &layout)
+        : m_text(text)
+        , m_size(size)
+        , m_layout(layout)
+        , m_plain(layout)
+        , m_sum(layout.tabStop())
+    {
+    }
+
+    TextSummary make()
+    {
+        for (qint64 i = 0; i < m_size;) {
+            const qint64 end = addPlain(i);
+            if (end < m_size && m_text[end] == '\t')
+                m_sum.addTab();
+            else if (end < m_size && m_text[end] == '\n')
+                m_sum.addLineEnd();
+            else if (end < m_size) {
+                i = addJoined(i, end);
+                continue;
+            }
+            i = end + 1;
+        }
+        return m_sum.finish(m_narrowest, m_widest);
+    }
+
+private:
+    void note(int narrow, int wide)
+    {
+        m_narrowest = qMin(m_narrowest, narrow);
+        m_widest = qMax(m_widest, wide);
+    }
+    qint64 addPlain(qint64 i)
+    {
+        const PlainWidths plain = m_plain;
+        const Unit *text = m_text;
+        const qint64 size = m_size;
         Subpixels run = 0;
-        const auto add = [&](int width) {
+        int narrowest = m_narrowest;
+        int widest = m_widest;
+        for (int width; i < size && (width = plain.of(text[i])) != AdvanceTable::unknown; ++i) {
             run += width;
             narrowest = qMin(narrowest, width);
             widest = qMax(widest, width);
-        };
-        for (int width; i < size && (width = plain.of(text[i])) != AdvanceTable::unknown; ++i)
-            add(width);
-        if (i < size && text[i] != '\n' && text[i] != '\t')
-            add(layout.width(text, size, i));
-        sum.add(run);
-        if (i < size && text[i] == '\t')
-            sum.addTab();
-        else if (i < size && text[i] == '\n')
-            sum.addLineEnd();
+        }
+        note(narrowest, widest);
+        m_sum.add(run);
+        return i;
     }
-    return sum.finish(narrowest, widest);
+    /// Adds the character that unit `at` is part of, which may begin with the plain unit before it, counted
+    /// already, if that is not before `from`. Returns the place behind it, `from` at the least.
+    qint64 addJoined(qint64 from, qint64 at)
+    {
+        if constexpr (sizeof(Unit) == 1) {
+            Q_UNREACHABLE();
+        } else {
+            const qint64 start = qMax(from, at - 1);
+            const TextLayout::Character found = m_layout.character(m_text, m_size, start);
+            m_sum.add(found.width - (start < at ? m_plain.of(m_text[start]) : 0));
+            note(found.end > start + 1 ? 0 : found.width, found.width);
+            return found.end;
+        }
+    }
+
+    const Unit *m_text;
+    qint64 m_size;
+    const TextLayout &m_layout;
+    PlainWidths m_plain;
+    Summing m_sum;
+    int m_narrowest = INT_MAX;
+    int m_widest = 0;
+};
+
+template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const TextLayout &layout)
+{
+    return AnySum<Unit>(text, size, layout).make();
 }
 
 TextSummary sumText(const uchar *text, qint64 size, const TextLayout &layout)
@@ -193,10 +249,10 @@ qint64 unitAcross(
     const TextTree &leaf, const TextLayout &layout, qint64 from, qint64 to, Subpixels &x, Subpixels target)
 {
     return leafOf(leaf).visit([&](const auto *text) {
+        UnitWidths widths(text, leaf.units(), layout);
         qint64 i = from;
         for (; i < to; ++i) {
-            const Subpixels after = text[i] == '\t' ? Reach::nextStop(x, layout.tabStop())
-                                                    : x + layout.width(text, leaf.units(), i);
+            const Subpixels after = text[i] == '\t' ? Reach::nextStop(x, layout.tabStop()) : x + widths.at(i);
             if (after > target)
                 break;
             x = after;

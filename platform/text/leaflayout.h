@@ -39,12 +39,58 @@ private:
     qint64 m_next = -1;
 };
 
+/// Widths of a leaf's units in order: a character's width is that of its first unit, its others have none.
+template <typename Unit> class UnitWidths {
+public:
+    UnitWidths(const Unit *text, qint64 size, const TextLayout &layout)
+        : m_text(text)
+        , m_size(size)
+        , m_layout(layout)
+        , m_known(layout.knownWidths())
+    {
+    }
+
+    /// Begins with a character's first unit and never goes back. TAB and LF are not asked for.
+    int at(qint64 i)
+    {
+        if constexpr (sizeof(Unit) == 1) {
+            return m_layout.width(m_text[i]);
+        } else {
+            if (isInside(i))
+                return i == m_begin ? m_width : 0;
+            const quint16 width = m_known[m_text[i]];
+            const bool isPlain = width != AdvanceTable::unknown
+                && (i + 1 == m_size || m_known[m_text[i + 1]] != AdvanceTable::unknown);
+            return isPlain ? width : readCharacter(i);
+        }
+    }
+    /// Whether the unit belongs to the last character that was not plain.
+    bool isInside(qint64 i) const { return i < m_end; }
+
+private:
+    int readCharacter(qint64 i)
+    {
+        const TextLayout::Character character = m_layout.character(m_text, m_size, i);
+        m_begin = i;
+        m_end = character.end;
+        return m_width = character.width;
+    }
+
+    const Unit *m_text;
+    qint64 m_size;
+    const TextLayout &m_layout;
+    const quint16 *m_known;
+    qint64 m_begin = 0; ///< the last character that was not plain
+    qint64 m_end = 0;
+    int m_width = 0;
+};
+
 /// Walks the row ends of one leaf, wrapped or not.
 template <typename Unit> class RowScan {
 public:
     enum class Event { None, Break, LineEnd };
 
-    /// Begins at unit `begin`, x being `x` there; `even` as in the leaf's summary.
+    /// Begins at unit `begin`, a character's first one, x being `x` there; `even` as in the leaf's summary.
     RowScan(const Unit *text, qint64 size, const TextLayout &layout, int even, qint64 begin, Subpixels x)
         : m_text(text)
         , m_size(size)
@@ -54,6 +100,7 @@ public:
         , m_x(x)
         , m_lineEnd(text, size, '\n')
         , m_tab(text, size, '\t')
+        , m_widths(text, size, layout)
     {
     }
 
@@ -78,6 +125,11 @@ private:
             m_position = m_lineEnd.at(m_position);
         if (m_position == m_size)
             return Event::None;
+        if constexpr (sizeof(Unit) == 2) {
+            const bool isPlain = m_even <= 0 && !m_widths.isInside(m_position);
+            if (isPlain && takePlain() == Event::Break)
+                return Event::Break;
+        }
         if (m_text[m_position] == '\n') {
             ++m_position;
             m_x = 0;
@@ -85,7 +137,31 @@ private:
         }
         if (m_text[m_position] == '\t')
             return take(Reach::nextStop(m_x, m_layout.tabStop()));
-        return m_even > 0 ? stepEven() : take(m_x + m_layout.width(m_text, m_size, m_position));
+        return m_even > 0 ? stepEven() : take(m_x + m_widths.at(m_position));
+    }
+    /// Goes on to the first unit that is not plain or is followed by one, unless a break comes before.
+    Event takePlain()
+    {
+        const quint16 *known = m_layout.knownWidths();
+        const Subpixels limit = m_layout.limit();
+        const qint64 last = m_size - 1;
+        qint64 position = m_position;
+        Subpixels x = m_x;
+        for (int width = known[m_text[position]]; position < last && width != AdvanceTable::unknown;
+             ++position) {
+            const int next = known[m_text[position + 1]];
+            if (next == AdvanceTable::unknown)
+                break;
+            if (x + width > limit && x > 0 && width > 0) {
+                m_position = position;
+                return breakHere();
+            }
+            x += width;
+            width = next;
+        }
+        m_position = position;
+        m_x = x;
+        return Event::None;
     }
     Event take(Subpixels after)
     {
@@ -120,6 +196,7 @@ private:
     Subpixels m_x;
     NextUnit<Unit> m_lineEnd;
     NextUnit<Unit> m_tab;
+    UnitWidths<Unit> m_widths;
 };
 
 /// Calls `function(scan)` with a RowScan over the leaf.

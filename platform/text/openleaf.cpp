@@ -1,5 +1,7 @@
 #include "platform/text/openleaf.h"
 
+#include "platform/text/codepoint.h"
+#include "platform/text/graphemes.h"
 #include "platform/text/leaflayout.h"
 
 #include <algorithm>
@@ -17,18 +19,46 @@ LeafText editedText(const TextLeaf &leaf, qint64 offset, qint64 removed, QString
     return text;
 }
 
-/// Whether no surrogate pair gets cut at a leaf's ends.
-bool keepsPairs(const TextLeaf &leaf, qint64 offset, qint64 removed, QStringView inserted)
-{
-    const qint64 size = leaf.size - removed + inserted.size();
-    const auto unitOfResult = [&](qint64 i) {
-        if (i < offset)
-            return leaf.at(i);
-        i -= offset;
-        return i < inserted.size() ? inserted[i].unicode() : leaf.at(offset + removed + i - inserted.size());
-    };
-    return !QChar::isLowSurrogate(unitOfResult(0)) && !QChar::isHighSurrogate(unitOfResult(size - 1));
-}
+/// A leaf's text as an edit would leave it.
+class EditedLeaf {
+public:
+    EditedLeaf(const TextLeaf &leaf, qint64 offset, qint64 removed, QStringView inserted)
+        : m_leaf(leaf)
+        , m_offset(offset)
+        , m_removed(removed)
+        , m_inserted(inserted)
+    {
+    }
+
+    /// Whether no surrogate pair and no other character goes on across the leaf's ends.
+    bool isWhole(char32_t before, char32_t behind) const
+    {
+        const qint64 last = size() - 1;
+        if (QChar::isLowSurrogate(at(0)) || QChar::isHighSurrogate(at(last)))
+            return false;
+        const auto unit = [this](qint64 i) { return at(i); };
+        const bool keepsStart = m_offset >= 2 && standsAlone(at(0));
+        const bool keepsEnd = m_offset + m_removed + 2 <= m_leaf.size && standsAlone(at(last));
+        return (keepsStart || !mayJoin(before, codePointFrom(0, size(), unit)))
+            && (keepsEnd || !mayJoin(codePointUpTo(size(), unit), behind));
+    }
+
+private:
+    qint64 size() const { return m_leaf.size - m_removed + m_inserted.size(); }
+    char16_t at(qint64 i) const
+    {
+        if (i < m_offset)
+            return m_leaf.at(i);
+        i -= m_offset;
+        return i < m_inserted.size() ? m_inserted[i].unicode()
+                                     : m_leaf.at(m_offset + m_removed + i - m_inserted.size());
+    }
+
+    const TextLeaf &m_leaf;
+    qint64 m_offset;
+    qint64 m_removed;
+    QStringView m_inserted;
+};
 
 /// Room for a leaf that is being typed into.
 qint64 roomFor(qint64 size)
@@ -110,6 +140,9 @@ void OpenLeaf::open(TextTree &tree, qint64 offset)
         m_leaf = &childAt(*m_leaf, inLeaf);
     }
     m_start = offset - inLeaf;
+    const qint64 end = m_start + leaf().size;
+    m_before = m_start > 0 ? codePointBefore(tree, m_start) : U'\n';
+    m_behind = end < tree.units() ? codePointAt(tree, end) : U'\n';
 }
 
 bool OpenLeaf::replace(
@@ -133,7 +166,7 @@ bool OpenLeaf::edit(qint64 offset, qint64 removed, QStringView inserted, const T
 {
     const qint64 size = leaf().size - removed + inserted.size();
     if (size < (m_parent ? TextLeaf::minSize() : 1)
-        || (m_parent && !keepsPairs(leaf(), offset, removed, inserted)))
+        || (m_parent && !EditedLeaf(leaf(), offset, removed, inserted).isWhole(m_before, m_behind)))
         return false;
     if (size > TextLeaf::maxSize())
         return divide(offset, removed, inserted, layout);
@@ -149,8 +182,10 @@ bool OpenLeaf::divide(qint64 offset, qint64 removed, QStringView inserted, const
         return false;
     const LeafText text = editedText(leaf(), offset, removed, inserted);
     const QStringView view(text.data(), text.size());
-    const qsizetype half = view.size() / 2;
-    const qsizetype middle = isPair(text[half - 1], text[half]) ? half + 1 : half;
+    const qint64 middle = cutPlace(view, view.size() / 2);
+    if (size - middle > TextLeaf::maxSize())
+        return false;
+    m_behind = codePointAt(view, middle);
     std::move_backward(m_leaf + 1, m_parent->end(), m_parent->end() + 1);
     ++m_parent->count;
     m_leaf[0].node = TextLeaf::fromText(view.first(middle), roomFor(middle));

@@ -36,4 +36,6 @@ private:
     TextInner *m_parent = nullptr; ///< null: the leaf is the whole tree
     qint64 m_start = 0;
     qint64 m_growth = 0;
+    char32_t m_before = U'\n'; ///< on the other side of the leaf's ends; LF where there is nothing
+    char32_t m_behind = U'\n';
 };

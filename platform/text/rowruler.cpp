@@ -1,5 +1,7 @@
 #include "platform/text/rowruler.h"
 
+#include "platform/text/leaflayout.h"
+
 namespace {
 
 /// For each of 0..count the first place at or behind it for which `wanted` holds, else count.
@@ -24,13 +26,14 @@ void RowRuler::measure(const TextTree &leaf, const TextLayout &layout, qint64 co
     m_nextTab.clear();
     m_nextWide.clear();
     leafOf(leaf).visit([&](const auto *text) {
+        UnitWidths widths(text, leaf.units(), layout);
         Subpixels x = 0;
         bool anyTab = false;
         bool anyFlat = false;
         for (qint64 i = 0; i < count; ++i) {
             m_x[size_t(i)] = x;
             const bool isTab = text[i] == '\t';
-            x = isTab ? Reach::nextStop(x, m_tabStop) : x + layout.width(text, leaf.units(), i);
+            x = isTab ? Reach::nextStop(x, m_tabStop) : x + widths.at(i);
             anyTab |= isTab;
             anyFlat |= x == m_x[size_t(i)];
         }

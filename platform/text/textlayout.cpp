@@ -1,6 +1,10 @@
 #include "platform/text/textlayout.h"
 
+#include "platform/text/codepoint.h"
+#include "platform/text/graphemes.h"
+
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -12,7 +16,8 @@ quint64 newStamp()
 
 const AdvanceTable &onePixelEach()
 {
-    static const AdvanceTable table([](char32_t) { return int(subpixelsPerPixel); });
+    static const AdvanceTable table(
+        [](char32_t codePoint) { return mayJoin(U'x', codePoint) ? 0 : int(subpixelsPerPixel); });
     return table;
 }
 
@@ -33,20 +38,25 @@ TextLayout::TextLayout(const LayoutRule &rule)
 
 bool TextLayout::isWithinLimit(QStringView text) const
 {
-    if (!text.isEmpty() && text.back().isHighSurrogate())
-        return false;
     Subpixels x = 0;
-    for (qsizetype i = 0; i < text.size() && x <= limit(); ++i)
-        x += text[i] == u'\t' ? tabStop() : width(text.utf16(), text.size(), i);
+    char32_t codePoint = 0;
+    for (qsizetype i = 0; i < text.size() && x <= limit(); i += unitsOf(codePoint)) {
+        codePoint = codePointAt(text, i);
+        x += codePoint == U'	' ? tabStop() : m_advances->advanceOf(codePoint);
+    }
     return x <= limit();
 }
 
-int TextLayout::surrogateWidth(const char16_t *text, qint64 size, qint64 i) const
+TextLayout::Character TextLayout::character(const char16_t *text, qint64 size, qint64 i) const
 {
-    if (QChar::isLowSurrogate(text[i]) && i > 0 && QChar::isHighSurrogate(text[i - 1]))
-        return 0;
-    const bool pair = QChar::isHighSurrogate(text[i]) && i + 1 < size && QChar::isLowSurrogate(text[i + 1]);
-    if (!pair)
-        return width(text[i]);
-    return m_advances->advanceOf(QChar::surrogateToUcs4(text[i], text[i + 1]));
+    const QStringView run(text, size);
+    const qint64 end = graphemeEnd(run, i);
+    char32_t last = codePointAt(run, i);
+    int width = m_advances->advanceOf(last);
+    for (i += unitsOf(last); i < end; i += unitsOf(last)) {
+        const char32_t before = std::exchange(last, codePointAt(run, i));
+        if (!isMerged(before, last))
+            width += m_advances->advanceOf(last);
+    }
+    return { end, width };
 }

@@ -69,24 +69,22 @@ public:
     /// The one width (> 0) of U+0020..U+007E, 0 if they differ.
     int asciiWidth() const { return m_asciiWidth; }
 
-    /// Whether text without LF ends within the limit wherever its TABs come to stand. Text that ends with
-    /// half a pair never does: there may be another half behind it.
+    /// Whether whole characters without LF end within the limit wherever their TABs come to stand. No:
+    /// perhaps they do as well, where there are joined ones among them.
     bool isWithinLimit(QStringView text) const;
 
     int width(uchar character) const { return m_latin1[character]; }
     int width(char16_t unit) const { return m_advances->advance(unit); }
     /// As AdvanceTable::units().
     const quint16 *knownWidths() const { return m_advances->units(); }
-    int width(const uchar *text, qint64, qint64 i) const { return width(text[i]); }
-    /// Width of unit `i` of a run of `size` units: that of the pair for a high surrogate, 0 for the low one.
-    int width(const char16_t *text, qint64 size, qint64 i) const
-    {
-        return QChar::isSurrogate(text[i]) ? surrogateWidth(text, size, i) : width(text[i]);
-    }
+    struct Character {
+        qint64 end = 0; ///< the unit behind it
+        int width = 0; ///< all of it
+    };
+    /// What begins at unit `i` of a run of `size` units, as far as it lies in the run; no TAB or LF.
+    Character character(const char16_t *text, qint64 size, qint64 i) const;
 
 private:
-    int surrogateWidth(const char16_t *text, qint64 size, qint64 i) const;
-
     LayoutRule m_rule;
     const AdvanceTable *m_advances; ///< the rule's, or one in which everything is 1 pixel wide
     quint64 m_stamp;

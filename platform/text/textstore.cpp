@@ -1,5 +1,6 @@
 #include "platform/text/textstore.h"
 
+#include "platform/text/graphemes.h"
 #include "platform/text/openleaf.h"
 #include "platform/text/rowflow.h"
 #include "platform/text/rowlookup.h"
@@ -288,7 +289,12 @@ CursorPlace TextStore::placeAt(RowCol position) const
 
 bool TextStore::fitsInRow(qint64 offset, qint64 length) const
 {
-    return !d->layout.wraps() || d->layout.isWithinLimit(text(offset, length));
+    if (!d->layout.wraps())
+        return true;
+    const qint64 end = offset + length;
+    const bool isWhole =
+        length == 0 || end == this->length() || (standsAlone(at(end - 1)) && standsAlone(at(end)));
+    return isWhole && d->layout.isWithinLimit(text(offset, length));
 }
 
 qint64 TextStore::offsetAt(RowCol position) const

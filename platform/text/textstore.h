@@ -13,13 +13,16 @@
 /// How wide text is and where a row ends.
 struct LayoutRule {
     /// Not owned; must outlive every store that uses it. Null: every character is 1 pixel wide, a surrogate
-    /// pair as well.
+    /// pair or a letter with its marks as well.
     const AdvanceTable *advances = nullptr;
     /// Distance between tab stops, > 0: a TAB reaches to the next multiple of it, counted from the row's
     /// start.
     Subpixels tabStop = 8 * subpixelsPerPixel;
     /// A row takes no character that would end beyond this width (but always at least one); 0: rows are not
-    /// wrapped. A surrogate pair and the characters without width that follow another stay on one row.
+    /// wrapped. A character as people see it stays on one row, with its combining marks, vowel signs and what
+    /// else graphemes.h tells; only one of more than a thousand units, or as many letters of flags in a row,
+    /// may be parted (but no surrogate pair is). It is as wide as its parts together, a flag as wide as one
+    /// letter, joined emoji as the first of them.
     Subpixels limit = 0;
     friend bool operator==(const LayoutRule &, const LayoutRule &) = default;
 };

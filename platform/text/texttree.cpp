@@ -1,5 +1,7 @@
 #include "platform/text/texttree.h"
 
+#include "platform/text/codepoint.h"
+#include "platform/text/graphemes.h"
 #include "platform/text/leaflayout.h"
 #include "platform/text/rowflow.h"
 
@@ -52,9 +54,7 @@ void appendLeaves(TextTrees &list, QStringView text, const TextLayout &layout)
         list.append(leafTree(TextLeaf::fromText(text), layout));
         return;
     }
-    qint64 middle = text.size() / 2;
-    if (isPair(text[middle - 1].unicode(), text[middle].unicode()))
-        --middle;
+    const qint64 middle = cutPlace(text, text.size() / 2);
     appendLeaves(list, text.first(middle), layout);
     appendLeaves(list, text.sliced(middle), layout);
 }
@@ -111,7 +111,7 @@ TextTree joinLower(TextTree &&higher, TextTree &&lower, bool lowerIsLeft, const 
     return parentOf(std::move(list), layout);
 }
 
-/// Both in a row; no surrogate pair may be cut between them.
+/// Both in a row; no character may be cut between them.
 TextTree join(TextTree &&left, TextTree &&right, const TextLayout &layout)
 {
     if (left.isEmpty() || right.isEmpty())
@@ -130,8 +130,8 @@ qint64 leafStartAt(const TextTree &tree, qint64 offset)
     return start;
 }
 
-/// The two leaves beside a cut surrogate pair become one text, which is then cut elsewhere.
-TextTree joinAtPair(TextTree &&left, TextTree &&right, const TextLayout &layout)
+/// The two leaves beside a cut character become one text, which is then cut elsewhere.
+TextTree joinAtCharacter(TextTree &&left, TextTree &&right, const TextLayout &layout)
 {
     const qint64 lastLeaf = leafStartAt(left, left.units() - 1);
     qint64 start = 0;
@@ -226,10 +226,9 @@ TextTree parentOf(TextTrees &&children, const TextLayout &layout)
 
 TextTree concatenate(TextTree &&left, TextTree &&right, const TextLayout &layout)
 {
-    const bool cutPair =
-        !left.isEmpty() && !right.isEmpty() && isPair(unitAt(left, left.units() - 1), unitAt(right, 0));
-    return cutPair ? joinAtPair(std::move(left), std::move(right), layout)
-                   : join(std::move(left), std::move(right), layout);
+    const bool isCut = !left.isEmpty() && !right.isEmpty() && joinsAcross(left, right);
+    return isCut ? joinAtCharacter(std::move(left), std::move(right), layout)
+                 : join(std::move(left), std::move(right), layout);
 }
 
 std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLayout &layout)
@@ -299,6 +298,33 @@ const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart)
         at = &childAt(*at, offset);
     leafStart = wanted - offset;
     return leafOf(*at);
+}
+
+char32_t codePointAt(const TextTree &tree, qint64 offset)
+{
+    return codePointFrom(offset, tree.units(), [&](qint64 i) { return unitAt(tree, i); });
+}
+
+char32_t codePointBefore(const TextTree &tree, qint64 offset)
+{
+    return codePointUpTo(offset, [&](qint64 i) { return unitAt(tree, i); });
+}
+
+qint64 cutPlace(QStringView text, qint64 wanted)
+{
+    const qint64 start = graphemeStart(text, wanted);
+    if (wanted - start <= TextLeaf::minSize())
+        return start;
+    return isPair(text[wanted - 1].unicode(), text[wanted].unicode()) ? wanted - 1 : wanted;
+}
+
+bool joinsAcross(const TextTree &left, const TextTree &right)
+{
+    const char16_t last = unitAt(left, left.units() - 1);
+    const char16_t first = unitAt(right, 0);
+    if (standsAlone(last) && standsAlone(first))
+        return false;
+    return isPair(last, first) || mayJoin(codePointBefore(left, left.units()), codePointAt(right, 0));
 }
 
 char16_t unitAt(const TextTree &tree, qint64 offset)

@@ -7,6 +7,10 @@
 /// Invariants: all leaves are equally deep; a node has minCount..maxCount children, the root two or more; a
 /// leaf has minSize..maxSize units, a lone one 1 or more; a surrogate pair lies within one leaf; a leaf is
 /// wide only if a unit of it needs that.
+///
+/// A leaf is laid out without a look at its neighbours, and so leaves are cut between characters as people
+/// see them. Only one of more than minSize units, or a row of flags as long, may be cut inside, where editing
+/// happens to do so: it may then be wrapped there, and no edit has to walk through it.
 
 /// A tree of one leaf; of none for an empty text.
 TextTree leafTree(TextNodeRef leaf, const TextLayout &layout);
@@ -37,11 +41,19 @@ void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to);
 const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart);
 
 char16_t unitAt(const TextTree &tree, qint64 offset);
+/// The code point that begins at `offset`, or that ends there.
+char32_t codePointAt(const TextTree &tree, qint64 offset);
+char32_t codePointBefore(const TextTree &tree, qint64 offset);
 /// Whether cutting between two units would cut a surrogate pair.
 inline bool isPair(char16_t before, char16_t behind)
 {
     return QChar::isHighSurrogate(before) && QChar::isLowSurrogate(behind);
 }
+/// The last place up to `wanted` at which a text, itself the start of a leaf, may be cut into leaves; at most
+/// minSize units before it. Units behind `wanted` are looked at as far as they are there.
+qint64 cutPlace(QStringView text, qint64 wanted);
+/// Whether a character may go on from the end of one text into the next.
+bool joinsAcross(const TextTree &left, const TextTree &right);
 
 /// Asserts the invariants, and that all summaries are what the text says.
 void checkTree(const TextTree &tree, const TextLayout &layout);

@@ -2,6 +2,17 @@
 
 #include "platform/text/rowflow.h"
 
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// Units behind a leaf's end that are waited for: whether a character goes on there is seen from one code
+/// point.
+constexpr qint64 aheadOfCut = 2;
+
+} // namespace
+
 void TreeBuilder::append(QByteArrayView latin1)
 {
     const qint64 full = TextLeaf::maxSize();
@@ -11,31 +22,41 @@ void TreeBuilder::append(QByteArrayView latin1)
             latin1 = latin1.sliced(full);
             continue;
         }
-        const qint64 count = qMin<qint64>(latin1.size(), full - pending());
+        const qint64 count = qMin<qint64>(latin1.size(), room());
         if (m_wide)
             m_units.append(QLatin1StringView(latin1.first(count)));
         else
             m_bytes.append(latin1.first(count));
         latin1 = latin1.sliced(count);
-        if (pending() == full)
-            flush(false);
+        if (room() == 0)
+            flush();
     }
 }
 
 void TreeBuilder::append(QStringView text)
 {
-    const qint64 full = TextLeaf::maxSize();
     while (!text.isEmpty()) {
         widen();
-        const qint64 count = qMin<qint64>(text.size(), full - pending());
-        if (m_units.isEmpty() && count == full && !text[full - 1].isHighSurrogate())
-            addLeaf(TextLeaf::fromText(text.first(full)));
-        else
-            m_units.append(text.first(count));
+        if (m_units.isEmpty() && text.size() >= room()) {
+            const qint64 cut = cutPlace(text, TextLeaf::maxSize());
+            addLeaf(TextLeaf::fromText(text.first(cut)));
+            text = text.sliced(cut);
+            continue;
+        }
+        qint64 count = qMin<qint64>(text.size(), room());
+        m_units.append(text.first(count));
+        if (room() == 0) {
+            flush();
+            count -= giveBack(count);
+        }
         text = text.sliced(count);
-        if (pending() == full)
-            flush(false);
     }
+}
+
+/// Units that are still to come before a leaf is made of what is pending.
+qint64 TreeBuilder::room() const
+{
+    return TextLeaf::maxSize() + (m_wide ? aheadOfCut : 0) - pending();
 }
 
 /// From here on what is pending is held as UTF-16.
@@ -48,28 +69,63 @@ void TreeBuilder::widen()
     m_bytes.resize(0);
 }
 
-/// Makes a leaf of what is pending, but for a high surrogate whose other half may be still to come.
-void TreeBuilder::flush(bool atEnd)
+/// Makes a leaf of what is pending, but for what may belong to a character that goes on behind it.
+void TreeBuilder::flush()
 {
     if (!m_wide) {
         addLeaf(TextLeaf::fromText(QByteArrayView(m_bytes)));
         m_bytes.resize(0);
         return;
     }
-    const bool holdBack = !atEnd && m_units.back().isHighSurrogate();
-    const QChar last = m_units.back();
-    addLeaf(TextLeaf::fromText(QStringView(m_units).chopped(holdBack ? 1 : 0)));
+    const qint64 full = TextLeaf::maxSize();
+    const qint64 cut = m_units.size() > full ? cutPlace(m_units, full) : m_units.size();
+    addLeaf(TextLeaf::fromText(QStringView(m_units).first(cut)));
+    m_units.remove(0, cut);
+    narrow();
+}
+
+/// Holds what is pending in bytes again if that is possible.
+void TreeBuilder::narrow()
+{
+    m_wide = std::any_of(m_units.cbegin(), m_units.cend(), [](QChar unit) { return unit.unicode() > 0xff; });
+    if (m_wide)
+        return;
+    m_bytes = m_units.toLatin1();
     m_units.resize(0);
-    if (holdBack)
-        m_units.append(last);
-    m_wide = holdBack;
+}
+
+/// Forgets what a leaf has left over, to be read again: whole leaves are made of the text without a detour.
+/// Nothing if it is not all of the last `count` units. Returns how many units it was.
+qint64 TreeBuilder::giveBack(qint64 count)
+{
+    const qint64 left = pending();
+    if (left > count)
+        return 0;
+    m_units.resize(0);
+    m_bytes.resize(0);
+    m_wide = false;
+    return left;
 }
 
 void TreeBuilder::addLeaf(TextNodeRef leaf)
 {
+    TextTree next = leafTree(std::move(leaf), m_layout);
+    if (!m_last.isEmpty() && joinsAcross(m_last, next))
+        next = concatenate(std::exchange(m_last, {}), std::move(next), m_layout);
     if (!m_last.isEmpty())
         add(std::move(m_last), 0);
-    m_last = leafTree(std::move(leaf), m_layout);
+    m_last = takeLastLeaf(std::move(next));
+}
+
+/// Adds all leaves of a small tree but the last one.
+TextTree TreeBuilder::takeLastLeaf(TextTree &&tree)
+{
+    if (tree.isLeaf())
+        return std::move(tree);
+    TextInner &node = innerOf(tree);
+    for (TextTree *leaf = node.begin(); leaf + 1 != node.end(); ++leaf)
+        add(std::move(*leaf), 0);
+    return std::move(node.end()[-1]);
 }
 
 void TreeBuilder::add(TextTree &&tree, size_t height)
@@ -87,8 +143,8 @@ void TreeBuilder::add(TextTree &&tree, size_t height)
 
 TextTree TreeBuilder::finish()
 {
-    if (pending() > 0)
-        flush(true);
+    while (pending() > 0)
+        flush();
     TextTree result;
     while (!m_levels.empty()) {
         if (!m_levels.back().isEmpty())

@@ -18,9 +18,13 @@ public:
 
 private:
     qint64 pending() const { return m_wide ? m_units.size() : m_bytes.size(); }
-    void flush(bool atEnd);
+    qint64 room() const;
+    void flush();
     void widen();
+    void narrow();
+    qint64 giveBack(qint64 count);
     void addLeaf(TextNodeRef leaf);
+    TextTree takeLastLeaf(TextTree &&tree);
     void add(TextTree &&tree, size_t height);
 
     const TextLayout &m_layout;

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "platform/text/codepoint.h"
 #include "platform/text/textstore.h"
+
+#include "tests/platform/text/toolkitgraphemes.h"
 
 #include <QList>
 
-/// The plain reference for TextStore: one string, all rows computed anew for every question.
+/// The plain reference for TextStore: one string, all rows computed anew for every question. What is one
+/// character it asks the toolkit.
 class ModelStore {
 public:
     explicit ModelStore(const LayoutRule &rule = {})
@@ -17,17 +21,17 @@ public:
     void setText(const QString &text)
     {
         m_text = text;
-        m_rows.clear();
+        forget();
     }
     void replace(qint64 offset, qint64 removed, QStringView inserted)
     {
         m_text.replace(offset, removed, inserted.toString());
-        m_rows.clear();
+        forget();
     }
     void setLayoutRule(const LayoutRule &rule)
     {
         m_rule = rule;
-        m_rows.clear();
+        forget();
     }
     const LayoutRule &layoutRule() const { return m_rule; }
 
@@ -79,19 +83,42 @@ public:
     }
 
 private:
-    bool isPair(qint64 i) const
+    void forget()
     {
-        return i >= 0 && i + 1 < m_text.size() && m_text.at(i).isHighSurrogate()
-            && m_text.at(i + 1).isLowSurrogate();
+        m_rows.clear();
+        m_widths.clear();
+    }
+    Subpixels advance(char32_t codePoint) const
+    {
+        if (m_rule.advances)
+            return m_rule.advances->advanceOf(codePoint);
+        return QChar::category(codePoint) == QChar::Mark_NonSpacing ? 0 : subpixelsPerPixel;
+    }
+    /// Flags have two letters, emoji are joined by U+200D: one of them says how wide the whole is.
+    Subpixels characterWidth(QStringView character) const
+    {
+        const auto isLetterOfFlag = [](char32_t c) { return c >= 0x1f1e6 && c <= 0x1f1ff; };
+        Subpixels width = 0;
+        char32_t before = 0;
+        for (qsizetype i = 0; i < character.size(); i += unitsOf(before)) {
+            const char32_t c = codePointAt(character, i);
+            if (before != 0x200d && !(isLetterOfFlag(before) && isLetterOfFlag(c)))
+                width += advance(c);
+            before = c;
+        }
+        return width;
     }
     Subpixels widthOf(qint64 i) const
     {
-        if (isPair(i - 1))
-            return 0;
-        if (!m_rule.advances)
-            return subpixelsPerPixel;
-        return isPair(i) ? m_rule.advances->advanceOf(QChar::surrogateToUcs4(m_text.at(i), m_text.at(i + 1)))
-                         : m_rule.advances->advanceOf(m_text.at(i).unicode());
+        if (m_widths.isEmpty()) {
+            m_widths.resize(m_text.size());
+            const std::vector<qsizetype> places = toolkitGraphemes(m_text);
+            for (std::size_t k = 0; k + 1 < places.size(); ++k) {
+                const QStringView character = QStringView(m_text).first(places[k + 1]).sliced(places[k]);
+                m_widths[places[k]] = characterWidth(character);
+            }
+        }
+        return m_widths[i];
     }
     Subpixels after(Subpixels x, qint64 i) const
     {
@@ -127,4 +154,5 @@ private:
     QString m_text;
     LayoutRule m_rule;
     mutable QList<TextStore::Row> m_rows;
+    mutable QList<Subpixels> m_widths; ///< of units: a character's first one has the width of it all
 };

@@ -13,6 +13,17 @@ inline QStringList hurtingCharacters()
         QStringLiteral("\U0001f600"), QString(QChar(0xdc80)), QString(QChar(0xd83d)) };
 }
 
+/// Characters that join others: marks with and without width, parts of emoji and flags, Hangul, a number
+/// sign.
+inline QStringList joiningCharacters()
+{
+    return { QStringLiteral("\u0301"), QStringLiteral("\ua823"), QStringLiteral("\u200d"),
+        QStringLiteral("\ufe0f"), QStringLiteral("\u2764"), QStringLiteral("\U0001f3fd"),
+        QStringLiteral("\U0001f1eb"), QStringLiteral("\U0001f1f7"), QStringLiteral("\u1100"),
+        QStringLiteral("\u1161"), QStringLiteral("\u11a8"), QStringLiteral("\uac00"),
+        QStringLiteral("\uac01"), QStringLiteral("\u0600") };
+}
+
 /// W, Hiragana and pairs are two pixels wide, the combining mark is flat, a lone low surrogate three, a lone
 /// high one one.
 inline int hurtingWidth(char32_t codePoint)
@@ -23,6 +34,8 @@ inline int hurtingWidth(char32_t codePoint)
     case U'\U0001f600':
         return 128;
     case U'\u0301':
+    case U'\u200d':
+    case U'\ufe0f':
         return 0;
     case 0xdc80:
         return 192;
