@@ -18,6 +18,9 @@ private slots:
     void editCommandsWithoutDocument();
     void dateAndTime();
     void dateAndTimeText();
+    void dateAndTimeReplacesTheMarkedText();
+    void helpDoesNothing();
+    void viewCommandsNeedNoDocument();
 
     void keysActOnce();
     void keysWithTheTabBarFocused();
@@ -95,6 +98,58 @@ void EditCommandsTest::dateAndTimeText()
 {
     const QDateTime time(QDate(2005, 2, 3), QTime(9, 5, 59));
     QCOMPARE(frmMain::dateTimeText(time), u"2005/02/03 09:05\n"_s);
+    // Plain digits and this calendar, whatever the user's language has.
+    for (const auto *name : { "ar_EG", "fa_IR", "th_TH", "ja_JP" }) {
+        QLocale::setDefault(QLocale(QLatin1StringView(name)));
+        QCOMPARE(frmMain::dateTimeText(time), u"2005/02/03 09:05\n"_s);
+    }
+    QLocale::setDefault(QLocale::c());
+}
+
+void EditCommandsTest::dateAndTimeReplacesTheMarkedText()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    ctlEditer *editor = window.currentEditor();
+    QTest::keyClicks(editor, u"ab"_s);
+    editor->setCursorPosition(0, 1);
+    editor->setCursorPosition(0, 2, true);
+    window.slotCmdEditDateTime();
+    QVERIFY(
+        QRegularExpression(u"^a\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d\\n$"_s).match(editor->text()).hasMatch());
+    QCOMPARE(editor->cursorPosition(), (RowCol{ 1, 0 }));
+    window.slotCmdEditUndo();
+    QCOMPARE(editor->text(), u"ab"_s);
+    editor->setEdited(false);
+}
+
+void EditCommandsTest::helpDoesNothing()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    MessageBoxes boxes;
+    window.slotCmdViewHelp();
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(window.editStates(), u"----"_s);
+    QVERIFY(!window.isItemEnabled(MenuId::View, 11));
+}
+
+void EditCommandsTest::viewCommandsNeedNoDocument()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileCloseTab();
+    MessageBoxes boxes;
+    window.slotCmdViewAbout();
+    QCOMPARE(boxes.titles(), QStringList{ u"Marlo!Pad QT"_s });
+    window.slotCmdViewFull();
+    QVERIFY(window.isFullScreen());
+    window.slotCmdViewFull();
+    QVERIFY(window.isMaximized());
+    appSettings().Lang = 2;
+    window.slotCmdViewLangEn();
+    QCOMPARE(appSettings().Lang, 0);
+    QCOMPARE(window.tabBar()->count(), 0);
 }
 
 void EditCommandsTest::keysActOnce()

@@ -374,6 +374,11 @@ void MenusTest::about()
     QVERIFY(boxes.shown().at(0).text.startsWith(u"Marlo!Pad QT Ver1.76\n            2005/07/04\n\n"_s));
     QCOMPARE(boxes.shown().at(0).buttons.size(), 1);
     QVERIFY(boxes.shown().at(0).hasPicture);
+    QCOMPARE(boxes.shown().at(0).format, Qt::PlainText); // which keeps the blanks before the date
+    const QStringList contact = boxes.shown().at(0).text.split(u'\n').mid(3);
+    QCOMPARE(contact.size(), 2);
+    QVERIFY2(contact.at(0).contains(u'@'), qPrintable(contact.at(0)));
+    QVERIFY2(contact.at(1).startsWith(u"https://"), qPrintable(contact.at(1)));
 }
 
 QTEST_MAIN(MenusTest)

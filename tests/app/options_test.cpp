@@ -1,7 +1,12 @@
 #include "tests/app/testwindow.h"
 
+#include "options/frmoption.h"
+
+#include <QLineEdit>
+#include <QPaintEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QTimer>
 
 #include <functional>
 
@@ -47,6 +52,20 @@ void changeEveryLayout()
     appSettings().RowNo = 2;
 }
 
+/// What of a widget is painted while it lives.
+class PaintedArea : public QObject {
+public:
+    explicit PaintedArea(QWidget &widget) { widget.installEventFilter(this); }
+    QRegion area;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            area |= static_cast<QPaintEvent *>(event)->region();
+        return false;
+    }
+};
+
 /// Logical line at the top of the view.
 qint64 topLine(const ctlEditer *editor)
 {
@@ -79,6 +98,8 @@ private slots:
     void keepsModifiedMarks();
     void keepsUndoHistory();
     void manyDocumentsKeepTheirPlaces();
+    void repaintsTheShownDocument();
+    void dialogIsMadeForEachUse();
     void recentItemFollowsCount();
     void clearedRecentFilesLeaveTheMenu();
 };
@@ -249,25 +270,27 @@ void OptionsTest::keepsTheTextAtTheTopWhenTabsChange()
 void OptionsTest::laysOutWhatIsShownOnce()
 {
     appSettings().WrapMode = 2;
-    appSettings().WrapLen = 30; // no horizontal scroll bar, which would make room for a row
+    appSettings().WrapLen = 30;
     writeSettings();
     const TestFiles files;
     TestWindow window;
     QVERIFY(window.open());
     window.setDocument(files.write(u"shown.txt"_s, tabbedLines(300)));
-    const ctlEditer *shown = window.currentEditor();
+    ctlEditer *shown = window.currentEditor();
+    shown->setTopRow(200);
     QCoreApplication::processEvents();
     window.options = [] {
         changeEveryLayout();
         return true;
     };
-    const QSignalSpy ranges(shown->verticalScrollBar(), &QScrollBar::rangeChanged);
+    const QSignalSpy moves(shown->verticalScrollBar(), &QScrollBar::valueChanged);
     window.slotCmdEditOption();
-    QTRY_COMPARE(ranges.count(), 1);
-    QVERIFY(ranges.at(0).at(1).toInt() > 600);
-    QVERIFY(shown->numLines() > 600);
+    QTRY_COMPARE(moves.count(), 1);
+    const int top = moves.at(0).at(0).toInt();
+    QVERIFY(top != 200);
+    QCOMPARE(shown->topRow(), top);
     QCoreApplication::processEvents();
-    QCOMPARE(ranges.count(), 1);
+    QCOMPARE(moves.count(), 1);
 }
 
 void OptionsTest::laysOutTheOthersWhenTheyAreShown()
@@ -277,19 +300,22 @@ void OptionsTest::laysOutTheOthersWhenTheyAreShown()
     QVERIFY(window.open());
     openFiles(window, files, { u"other.txt"_s, u"shown.txt"_s }, tabbedLines(300));
     ctlEditer *other = window.editorAt(0);
+    other->setTopRow(100);
     QCoreApplication::processEvents();
     window.options = [] {
         appSettings().WrapMode = 2;
         appSettings().WrapLen = 40;
         return true;
     };
-    const QSignalSpy ranges(other->verticalScrollBar(), &QScrollBar::rangeChanged);
+    const int rowsBefore = other->verticalScrollBar()->maximum();
+    const QSignalSpy moves(other->verticalScrollBar(), &QScrollBar::valueChanged);
     window.slotCmdEditOption();
     QCoreApplication::processEvents();
-    QCOMPARE(ranges.count(), 0);
+    QCOMPARE(moves.count(), 0);
+    QCOMPARE(other->verticalScrollBar()->maximum(), rowsBefore);
     window.tabBar()->setCurrentTab(other);
-    QVERIFY(ranges.count() > 0);
-    QVERIFY(other->verticalScrollBar()->maximum() > 600);
+    QVERIFY(moves.count() > 0);
+    QVERIFY(other->verticalScrollBar()->maximum() > 2 * rowsBefore);
 }
 
 /// As if the document had been looked at between the options and its end.
@@ -440,6 +466,47 @@ void OptionsTest::manyDocumentsKeepTheirPlaces()
         editor->setEdited(false);
     }
     QCOMPARE(after, before);
+}
+
+void OptionsTest::repaintsTheShownDocument()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    QWidget *viewport = window.currentEditor()->viewport();
+    QCoreApplication::processEvents();
+    PaintedArea painted(*viewport);
+    window.options = [] {
+        appSettings().ShowEOF = 0;
+        return true;
+    };
+    window.slotCmdEditOption();
+    QTRY_COMPARE(painted.area, QRegion(viewport->rect()));
+}
+
+/// The dialog itself, which lives as long as it is open.
+void OptionsTest::dialogIsMadeForEachUse()
+{
+    frmMain window;
+    window.showMaximized();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    for (const auto &[typed, tabLen] : { std::pair("7", 7), { "9", 9 } }) {
+        const int before = appSettings().TabLen;
+        QString shown;
+        QTimer::singleShot(0, &window, [&, typed = typed] {
+            auto *dialog = qobject_cast<frmOption *>(QApplication::activeModalWidget());
+            if (!dialog || dialog->parentWidget() != &window)
+                return;
+            auto *field = dialog->findChild<QLineEdit *>(u"TabLen"_s);
+            shown = field->text();
+            field->setText(QString::fromLatin1(typed));
+            dialog->accept();
+        });
+        window.slotCmdEditOption();
+        QCOMPARE(shown, QString::number(before));
+        QCOMPARE(appSettings().TabLen, tabLen);
+        QCOMPARE(QMultiLineEdit::defaultTabStop(), tabLen);
+        QVERIFY(window.findChildren<QDialog *>().isEmpty());
+    }
 }
 
 void OptionsTest::recentItemFollowsCount()

@@ -1,6 +1,7 @@
 #include "tests/app/testwindow.h"
 
 #include <QAction>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -14,6 +15,8 @@ private slots:
     void file_data();
     void file();
     void unsavedEditsCount();
+    void wrappedRowsAreOne();
+    void belongsToTheWindow();
     void nothingWithoutDocument();
 };
 
@@ -30,7 +33,7 @@ void PropertiesTest::newDocument()
     window.item(MenuId::File, 4)->trigger();
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(boxes.shown().at(0).title, u"Document properties"_s);
-    QCOMPARE(boxes.shown().at(0).buttons.size(), 1);
+    QCOMPARE(boxes.shown().at(0).buttons, QStringList{ u"OK"_s });
     QCOMPARE(boxes.shown().at(0).icon, QMessageBox::Information);
     QCOMPARE(boxes.shown().at(0).text,
         u"Path : \nName : (new document)\n\nChar code  : Shift-JIS\nReturn code: CR+LF\n"
@@ -45,6 +48,20 @@ void PropertiesTest::file_data()
         << QByteArray("abc\r\n\x8A\xBF")
         << u"Char code  : Shift-JIS\nReturn code: CR+LF\nFile size  : 1 KB (7 byte)\n\n"
            "Char count : 4\nRow count  : 2"_s;
+    QTest::newRow("UTF-8 LF") << QByteArray("abc\n\xE6\xBC\xA2")
+                              << u"Char code  : UTF8\nReturn code: LF\nFile size  : 1 KB (7 byte)\n\n"
+                                 "Char count : 4\nRow count  : 2"_s;
+    QTest::newRow("UTF-16, two kanji") << QByteArray("\xFF\xFE\x22\x6F\x57\x5B")
+                                       << u"Char code  : Unicode\nReturn code: CR+LF\nFile size  : 1 KB "
+                                          "(4 byte)\n\nChar count : 2\nRow count  : 1"_s;
+    QTest::newRow("half-width katakana and one beyond them")
+        << QByteArray("\xA1\xDE\xDF\x81\x40\xA1\xDE\r\n")
+        << u"Char code  : Shift-JIS\nReturn code: CR+LF\nFile size  : 1 KB (10 byte)\n\n"
+           "Char count : 6\nRow count  : 2"_s;
+    QTest::newRow("a million characters in a thousand and one rows")
+        << (QByteArray(1000, 'a') + "\r\n").repeated(1000)
+        << u"Char code  : UTF8\nReturn code: CR+LF\nFile size  : 979 KB (1,002,000 byte)\n\n"
+           "Char count : 1,000,000\nRow count  : 1,001"_s;
     QTest::newRow("1024 bytes") << QByteArray(1024, 'a')
                                 << u"Char code  : Shift-JIS\nReturn code: CR+LF\n"
                                    "File size  : 1 KB (1,024 byte)\n\nChar count : 1,024\nRow count  : 1"_s;
@@ -75,6 +92,36 @@ void PropertiesTest::unsavedEditsCount()
     MessageBoxes boxes;
     window.slotCmdFileProp();
     QVERIFY(boxes.shown().at(0).text.endsWith(u"1 KB (2 byte)\n\nChar count : 2\nRow count  : 1"_s));
+}
+
+/// Rows are logical lines, however narrow the window.
+void PropertiesTest::wrappedRowsAreOne()
+{
+    appSettings().WrapMode = 2;
+    appSettings().WrapLen = 10;
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    window.currentEditor()->setText(QString(100, u'x'));
+    QCOMPARE(window.currentEditor()->numLines(), 10);
+    MessageBoxes boxes;
+    window.slotCmdFileProp();
+    QVERIFY(boxes.shown().at(0).text.endsWith(u"Char count : 100\nRow count  : 1"_s));
+    window.currentEditor()->setEdited(false);
+}
+
+void PropertiesTest::belongsToTheWindow()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    QWidget *parent = nullptr;
+    QTimer::singleShot(0, &window, [&parent] {
+        QWidget *box = QApplication::activeModalWidget();
+        parent = box->parentWidget();
+        box->close();
+    });
+    window.slotCmdFileProp();
+    QCOMPARE(parent, &window);
 }
 
 void PropertiesTest::nothingWithoutDocument()
