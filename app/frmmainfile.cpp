@@ -165,7 +165,10 @@ std::optional<FileChoice> frmMain::chooseFile(
     frmFileDialog::Mode mode, const QString &folder, const QString &name)
 {
     frmFileDialog dialog(this, mode, folder, name);
-    if (dialog.exec() != QDialog::Accepted)
+    const bool isAccepted = dialog.exec() == QDialog::Accepted;
+    // Where a question and the dialog it belongs to go at once, window managers activate some other window.
+    activateWindow();
+    if (!isAccepted)
         return std::nullopt;
     return FileChoice{ dialog.dirPath, dialog.fileName, dialog.charCode, dialog.returnCode };
 }

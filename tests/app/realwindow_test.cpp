@@ -25,6 +25,7 @@ private slots:
     void signalToEndAsks();
     void signalToEndCancelsTheFileDialog();
     void requestWaitsForTheFileDialog();
+    void savingOverAnotherFileLeadsBack();
     void placeIsFoundAgainByTheNextStart_data();
     void placeIsFoundAgainByTheNextStart();
 };
@@ -180,6 +181,20 @@ void RealWindowTest::requestWaitsForTheFileDialog()
     QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR]"_s);
     press({ u"ctrl+shift+Tab"_s, u"ctrl+s"_s });
     QTRY_COMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\r\n"));
+}
+
+void RealWindowTest::savingOverAnotherFileLeadsBack()
+{
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
+    press({ u"x"_s, u"alt+f"_s, u"a"_s });
+    QTRY_COMPARE(activeTitle(), u"Save as"_s);
+    press({ u"Tab"_s, u"Return"_s });
+    QTRY_COMPARE(activeTitle(), u"Replace confirm"_s);
+    press({ u"Return"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
+    QTRY_VERIFY(isActive());
+    press({ u"y"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("xy\x82\xA0\n"));
 }
 
 void RealWindowTest::placeIsFoundAgainByTheNextStart_data()
