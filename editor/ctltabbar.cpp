@@ -223,8 +223,11 @@ void ctlTabBar::showToolTip(const QHelpEvent &event)
     const int index = tabAt(event.pos());
     const ctlEditer *editor = editorAt(index);
     const QString text = editor ? FileName::forDisplay(editor->path() + editor->name()) : QString();
-    QToolTip::showText(event.globalPos(), Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text,
-        this, tabRect(index));
+    // What looks like mark-up is shown as text by real mark-up, which would be broken into lines.
+    const QString shown = Qt::mightBeRichText(text)
+        ? QStringLiteral("<div style=\"white-space:pre\">") + text.toHtmlEscaped() + QStringLiteral("</div>")
+        : text;
+    QToolTip::showText(event.globalPos(), shown, this, tabRect(index));
 }
 
 void ctlTabBar::mousePressEvent(QMouseEvent *event)

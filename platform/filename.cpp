@@ -33,6 +33,40 @@ QByteArray resolved(const QByteArray &folder)
     return path ? QByteArray(path.get()) : folder;
 }
 
+/// The characters that end what `text` begins with characters for embeddings, overrides and isolates of a
+/// direction.
+QString missingDirectionEnds(const QString &text)
+{
+    constexpr QChar embeddingEnd(0x202C), isolateEnd(0x2069);
+    QString ends; // the innermost first
+    for (const QChar unit : text) {
+        switch (unit.unicode()) {
+        case 0x202A: // embeddings and overrides, left to right and right to left
+        case 0x202B:
+        case 0x202D:
+        case 0x202E:
+            ends.prepend(embeddingEnd);
+            break;
+        case 0x2066: // isolates
+        case 0x2067:
+        case 0x2068:
+            ends.prepend(isolateEnd);
+            break;
+        case 0x202C:
+            if (ends.startsWith(embeddingEnd))
+                ends.remove(0, 1);
+            break;
+        case 0x2069:
+            // Ends the embeddings inside the isolate as well; without an isolate it does nothing.
+            ends.remove(0, ends.indexOf(isolateEnd) + 1);
+            break;
+        default:
+            break;
+        }
+    }
+    return ends;
+}
+
 } // namespace
 
 QString FileName::fromBytes(QByteArrayView bytes)
@@ -81,5 +115,5 @@ QString FileName::forDisplay(const QString &name)
         if (!isPair && isHidden(name[i]))
             shown[i] = QChar::ReplacementCharacter;
     }
-    return shown;
+    return shown + missingDirectionEnds(name);
 }

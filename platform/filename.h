@@ -27,7 +27,8 @@ bool exists(QStringView name);
 /// Whether it is a folder, or a link to one.
 bool isFolder(QStringView name);
 
-/// The name as it may be shown in one line: every undecodable byte and every control character is U+FFFD.
+/// The name as it may be shown in one line: every undecodable byte and every control character is U+FFFD, and
+/// a direction that it begins for what follows ends with it, so that no name turns the text around it.
 QString forDisplay(const QString &name);
 
 } // namespace FileName

@@ -355,7 +355,8 @@ void CtlTabBarTest::toolTipIsTheFullName_data()
     QTest::addColumn<QString>("shown");
     QTest::newRow("plain") << QStringLiteral("notes.txt") << QStringLiteral("/no/such/folder/notes.txt");
     QTest::newRow("R&D") << QStringLiteral("R&D.txt") << QStringLiteral("/no/such/folder/R&D.txt");
-    QTest::newRow("mark-up") << QStringLiteral("<b>x") << QStringLiteral("<p>/no/such/folder/&lt;b&gt;x</p>");
+    QTest::newRow("mark-up") << QStringLiteral(
+        "<b>x") << QStringLiteral("<div style=\"white-space:pre\">/no/such/folder/&lt;b&gt;x</div>");
 }
 
 void CtlTabBarTest::toolTipIsTheFullName()

@@ -11,6 +11,8 @@
 #include <unistd.h>
 
 /// Names of any bytes go through strings and back.
+using namespace Qt::StringLiterals;
+
 class FilenameTest : public QObject {
     Q_OBJECT
 
@@ -133,6 +135,19 @@ void FilenameTest::shows_data()
     QTest::newRow("line end and tab") << QStringLiteral("a\nb\tc") << QStringLiteral(u"a\uFFFDb\uFFFDc");
     QTest::newRow("line separator") << QStringLiteral(u"a\u2028b") << QStringLiteral(u"a\uFFFDb");
     QTest::newRow("surrogate pair") << QStringLiteral(u"\U0001F480") << QStringLiteral(u"\U0001F480");
+    const auto ends = [](const char *title, const QString &name, const QString &shownBehind) {
+        QTest::newRow(title) << name << name + shownBehind;
+    };
+    ends("right-to-left mark", u"a\u200Fb"_s, {});
+    ends("override", u"a\u202Eb"_s, u"\u202C"_s);
+    ends("override that is ended", u"a\u202Eb\u202Cc"_s, {});
+    ends("embeddings in each other", u"\u202Aa\u202Bb\u202Dc\u202C"_s, u"\u202C\u202C"_s);
+    ends("isolates", u"\u2066a\u2067b\u2068c\u2069"_s, u"\u2069\u2069"_s);
+    ends("isolate with an override", u"\u2067a\u202Eb"_s, u"\u202C\u2069"_s);
+    ends("isolate whose end ends an override", u"\u2067a\u202Eb\u2069"_s, {});
+    ends("ends of nothing", u"a\u202C\u2069"_s, {});
+    ends("embedding's end inside an isolate", u"\u202Ea\u2067b\u202C"_s, u"\u2069\u202C"_s);
+    ends("isolate's end without an isolate", u"\u202Ea\u2069"_s, u"\u202C"_s);
 }
 
 void FilenameTest::shows()
