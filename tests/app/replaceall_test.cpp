@@ -4,6 +4,7 @@
 #include "search/frmreplaceprogress.h"
 #include "tests/platform/text/naivesearch.h"
 #include "tests/platform/text/textalphabet.h"
+#include "tests/seeds.h"
 
 #include <QSignalSpy>
 #include <QTest>
