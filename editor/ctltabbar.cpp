@@ -2,7 +2,7 @@
 
 #include "editor/ctlediter.h"
 #include "platform/filename.h"
-#include "platform/graphemes.h"
+#include "platform/text/graphemes.h"
 
 #include <QHelpEvent>
 #include <QScopedValueRollback>
