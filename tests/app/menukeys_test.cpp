@@ -1,0 +1,279 @@
+#include "tests/app/forms.h"
+#include "tests/app/testwindow.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenuBar>
+#include <QSignalSpy>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Closes every form that opens over another window while it lives by Escape, and keeps its class.
+class DialogWatch : public QObject {
+public:
+    DialogWatch() { qApp->installEventFilter(this); }
+    QStringList opened;
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *dialog = qobject_cast<QWidget *>(object);
+        if (event->type() != QEvent::Show || !dialog || !dialog->isWindow() || !dialog->parentWidget()
+            || dialog->windowType() == Qt::Popup)
+            return false;
+        opened << QString::fromLatin1(dialog->metaObject()->className());
+        QTimer::singleShot(0, dialog, [dialog] { QTest::keyClick(dialog, Qt::Key_Escape); });
+        return false;
+    }
+};
+
+/// Alt and the letter of its title opens a menu of the bar.
+QMenu *openMenu(const frmMain &window, MenuId id)
+{
+    const auto *bar = window.findChild<QMenuBar *>();
+    const QMenu *menu = window.menu(id);
+    const QString title = menu->menuAction()->text();
+    const QChar letter = title.at(title.indexOf(u'&') + 1);
+    QTest::keyClick(bar->window(), letter.toLower().toLatin1(), Qt::AltModifier);
+    return qobject_cast<QMenu *>(QApplication::activePopupWidget());
+}
+
+/// Goes down until the action is the current one. False when it is passed by.
+bool goDownTo(QMenu *menu, const QAction *action)
+{
+    for (qsizetype step = 0; step <= menu->actions().size() && menu->activeAction() != action; ++step)
+        QTest::keyClick(menu, Qt::Key_Down);
+    return menu->activeAction() == action;
+}
+
+/// Goes to an item of the menu bar, in its submenu where it has one of its own.
+QMenu *goTo(const frmMain &window, MenuId id, const QAction *action)
+{
+    if (id != MenuId::Language) {
+        QMenu *menu = openMenu(window, id);
+        return menu && goDownTo(menu, action) ? menu : nullptr;
+    }
+    QMenu *view = openMenu(window, MenuId::View);
+    if (!view || !goDownTo(view, window.item(MenuId::View, 10)))
+        return nullptr;
+    QTest::keyClick(view, Qt::Key_Right);
+    auto *languages = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    return languages && languages != view && goDownTo(languages, action) ? languages : nullptr;
+}
+
+/// A document in which all of Undo, Redo, Cut and Copy can be done.
+void prepareDocument(ctlEditer *editor)
+{
+    editor->insert(u"some"_s);
+    editor->insert(u" text"_s);
+    editor->undo();
+    editor->setCursorPosition(0, 0, true);
+}
+
+/// The dialog that a command opens for a document that was never saved and has edits.
+QString dialogOf(MenuId menu, int id)
+{
+    const auto is = [menu, id](
+                        MenuId otherMenu, QList<int> ids) { return menu == otherMenu && ids.contains(id); };
+    if (is(MenuId::File, { 2, 5, 6, 8, 9 }))
+        return u"frmFileDialog"_s;
+    if (is(MenuId::File, { 4, 7, 10 }) || is(MenuId::View, { 12 }))
+        return u"QMessageBox"_s;
+    if (is(MenuId::Edit, { 8 }))
+        return u"frmOption"_s;
+    if (is(MenuId::View, { 3, 6 }))
+        return u"frmSearchDialog"_s;
+    return is(MenuId::View, { 7 }) ? u"frmJumpTo"_s : QString();
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(MenuId)
+
+/// Everything that the menus offer is done without a pointer.
+class MenuKeysTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void commands_data();
+    void commands();
+    void arrowsGoFromMenuToMenu();
+    void recentFilesAreReached();
+    void lettersOfFormsAreUnique_data();
+    void lettersOfFormsAreUnique();
+    void tabReachesEveryControl_data();
+    void tabReachesEveryControl();
+};
+
+void MenuKeysTest::init()
+{
+    resetSettings();
+    qputenv("QPEDIR", BUILT_QPE_DIR);
+}
+
+void MenuKeysTest::commands_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<MenuId>("menu");
+    QTest::addColumn<int>("id");
+    for (const auto &[language, name] : languages) {
+        for (const MenuId menu : { MenuId::File, MenuId::Edit, MenuId::View, MenuId::Language }) {
+            for (const Command &command : commandsOf(menu)) {
+                if (command.slot && command.slot != &frmMain::slotCmdViewHelp)
+                    QTest::addRow("%s, %s", name, command.text) << language << menu << command.id;
+            }
+        }
+    }
+}
+
+/// Alt and a letter, arrows and Return.
+void MenuKeysTest::commands()
+{
+    QFETCH(int, language);
+    QFETCH(MenuId, menu);
+    QFETCH(int, id);
+    appSettings().Lang = language;
+    writeSettings();
+    frmMain window;
+    window.showMaximized();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.slotEtcFirstNewDoc();
+    prepareDocument(window.currentEditor());
+    QAction *action = window.item(menu, id);
+    QVERIFY(action->isEnabled());
+    QMenu *popup = goTo(window, menu, action);
+    QVERIFY(popup);
+    const QSignalSpy triggered(action, &QAction::triggered);
+    DialogWatch dialogs;
+    QTest::keyClick(popup, Qt::Key_Return);
+    QTRY_COMPARE(triggered.count(), 1);
+    QVERIFY(!QApplication::activePopupWidget());
+    const QString dialog = dialogOf(menu, id);
+    QCOMPARE(dialogs.opened.value(0), dialog);
+    for (ctlEditer *editor : window.tabBar()->editors())
+        editor->setEdited(false);
+}
+
+void MenuKeysTest::arrowsGoFromMenuToMenu()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    QMenu *menu = openMenu(window, MenuId::File);
+    for (const MenuId id : { MenuId::File, MenuId::Edit, MenuId::View, MenuId::File }) {
+        QCOMPARE(menu, window.menu(id));
+        QTest::keyClick(menu, Qt::Key_Right);
+        menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    }
+    QTest::keyClick(menu, Qt::Key_Escape);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(!QApplication::activePopupWidget());
+    QTRY_COMPARE(QApplication::focusWidget(), window.currentEditor());
+    QCOMPARE(window.tabBar()->count(), 1);
+}
+
+void MenuKeysTest::recentFilesAreReached()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    recentFiles().entries[0] = { files.folder(), u"a.txt"_s };
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    QMenu *file = openMenu(window, MenuId::File);
+    QVERIFY(goDownTo(file, window.item(MenuId::File, 11)));
+    QTest::keyClick(file, Qt::Key_Right);
+    QCOMPARE(QApplication::activePopupWidget(), window.recentMenu());
+    QVERIFY(goDownTo(window.recentMenu(), window.recentMenu()->actions().constFirst()));
+    QTest::keyClick(window.recentMenu(), Qt::Key_Return);
+    QCOMPARE(window.currentEditor()->text(), u"text"_s);
+}
+
+void MenuKeysTest::lettersOfFormsAreUnique_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<Form>("form");
+    for (const auto &[language, languageName] : languages) {
+        for (const auto &[form, formName] : forms)
+            QTest::addRow("%s, %s", languageName, formName) << language << form;
+    }
+}
+
+/// Among what is seen at the same time.
+void MenuKeysTest::lettersOfFormsAreUnique()
+{
+    QFETCH(int, language);
+    QFETCH(Form, form);
+    appSettings().Lang = language;
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    const std::unique_ptr<QWidget> dialog = ::dialogOf(form, &window);
+    QWidget &shown = dialog ? *dialog : window;
+    shown.show();
+    QStringList texts;
+    for (const QWidget *widget : shown.findChildren<QWidget *>()) {
+        if (!widget->isVisible() || widget->window() != &shown)
+            continue;
+        if (const auto *label = qobject_cast<const QLabel *>(widget); label && label->buddy())
+            texts << label->text();
+        else if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
+            texts << button->text();
+        else if (const auto *tabs = qobject_cast<const QTabBar *>(widget); tabs && form != Form::Main)
+            for (int i = 0; i < tabs->count(); ++i)
+                texts << tabs->tabText(i);
+        else if (const auto *bar = qobject_cast<const QMenuBar *>(widget))
+            for (const QAction *action : bar->actions())
+                texts << action->text();
+    }
+    QStringList letters;
+    for (const QString &text : texts) {
+        if (const qsizetype at = text.indexOf(u'&'); at >= 0)
+            letters << text.mid(at + 1, 1).toUpper();
+    }
+    QVERIFY2(letters.removeDuplicates() == 0, qPrintable(texts.join(u'|')));
+}
+
+void MenuKeysTest::tabReachesEveryControl_data()
+{
+    QTest::addColumn<Form>("form");
+    for (const auto &[form, name] : forms) {
+        if (form != Form::Main)
+            QTest::newRow(name) << form;
+    }
+}
+
+/// And comes back to where it began.
+void MenuKeysTest::tabReachesEveryControl()
+{
+    QFETCH(Form, form);
+    TestWindow window;
+    QVERIFY(window.open());
+    const std::unique_ptr<QWidget> dialog = ::dialogOf(form, &window);
+    dialog->show();
+    dialog->activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), dialog.get());
+    QList<const QWidget *> expected;
+    for (const QWidget *widget : dialog->findChildren<QWidget *>()) {
+        if (widget->isVisible() && widget->isEnabled() && widget->focusPolicy() & Qt::TabFocus
+            && !widget->focusProxy() && widget->window() == dialog.get())
+            expected << widget;
+    }
+    QVERIFY(!expected.isEmpty());
+    QSet<const QWidget *> reached;
+    for (int step = 0; step < 60; ++step) {
+        QTest::keyClick(
+            QApplication::focusWidget() ? QApplication::focusWidget() : dialog.get(), Qt::Key_Tab);
+        const QWidget *focused = QApplication::focusWidget();
+        reached << focused << (focused ? focused->parentWidget() : nullptr);
+    }
+    for (const QWidget *widget : expected)
+        QVERIFY2(reached.contains(widget),
+            qPrintable(widget->objectName() + u' ' + QLatin1StringView(widget->metaObject()->className())));
+}
+
+QTEST_MAIN(MenuKeysTest)
+#include "menukeys_test.moc"
