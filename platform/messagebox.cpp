@@ -33,13 +33,13 @@ QString withBreaks(const QString &word)
     return result;
 }
 
-/// The text with places to break in words that are wider than a line: the name of a file may be.
-QString breakable(const QString &text, const QFontMetrics &metrics, int room)
+/// The line with places to break in words that are wider than `room`: the name of a file may be.
+QString breakable(const QString &line, const QFontMetrics &metrics, int room)
 {
     QString result;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Line, text);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Line, line);
     for (qsizetype start = 0, end = 0; (end = finder.toNextBoundary()) >= 0; start = end) {
-        const QString word = text.sliced(start, end - start);
+        const QString word = line.sliced(start, end - start);
         result += metrics.horizontalAdvance(word) <= room ? word : withBreaks(word);
     }
     return result;
@@ -50,7 +50,10 @@ void setTexts(QMessageBox &box, const QString &title, const QString &text)
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(title);
     const int room = roomForText(box);
-    box.setText(breakable(text, box.fontMetrics(), room));
+    QStringList lines = text.split(u'\n');
+    for (QString &line : lines)
+        line = breakable(line, box.fontMetrics(), room);
+    box.setText(lines.join(u'\n'));
     // By itself a box breaks its text as if half the screen were enough: on a small one, behind every word.
     auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
     if (label)

@@ -1,3 +1,4 @@
+#include "app/translation.h"
 #include "editor/textfile.h"
 #include "platform/filecalls.h"
 #include "platform/messagebox.h"
@@ -34,6 +35,13 @@ bool isVgaRun()
     return qEnvironmentVariable("SCREEN_CLASS") == u"VGA";
 }
 
+/// But About, which has names and numbers only.
+bool isJapanese(const QString &text)
+{
+    static const QRegularExpression kana(u"[\\x{3040}-\\x{30ff}]"_s);
+    return kana.match(text).hasMatch() || text.startsWith(u"Marlo!Pad QT Ver");
+}
+
 /// Looks at every message box that appears while it lives, and closes it.
 class BoxInspector : public QObject {
 public:
@@ -57,6 +65,8 @@ private:
         seen << box.windowTitle() + u'\n' + box.text();
         for (const QString &fault : TextFit(box).faults())
             faults << name + u": "_s + fault;
+        if (appSettings().Lang == Japanese && !isJapanese(box.text()))
+            faults << name + u": "_s + box.text();
         const QSize room = box.screen()->size();
         if (box.width() > room.width() || box.height() > room.height())
             faults << u"%1: %2 x %3"_s.arg(name).arg(box.width()).arg(box.height());

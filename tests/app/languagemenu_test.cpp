@@ -35,6 +35,7 @@ private slots:
 
     void languages_data();
     void languages();
+    void languageIsWrittenWithTheSettings();
     void languageAtStart_data();
     void languageAtStart();
     void languageTwiceIsOneTranslator();
@@ -76,6 +77,21 @@ void LanguageMenuTest::languages()
         QCOMPARE(window.toolBar()->actions().at(3)->iconText(), u"Undo"_s);
         QCOMPARE(window.toolBar()->actions().at(3)->toolTip(), u"Undo"_s);
     }
+}
+
+void LanguageMenuTest::languageIsWrittenWithTheSettings()
+{
+    qputenv("QPEDIR", TEST_QPE_DIR);
+    {
+        TestWindow window;
+        window.slotCmdViewLangFr();
+        readSettings();
+        QCOMPARE(appSettings().Lang, 0); // nothing was written yet
+        window.slotCmdViewLangFr();
+    }
+    appSettings() = {};
+    readSettings();
+    QCOMPARE(appSettings().Lang, 2);
 }
 
 void LanguageMenuTest::languageAtStart_data()

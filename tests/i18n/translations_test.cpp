@@ -58,6 +58,13 @@ QStringList placesIn(const QString &text)
     return places;
 }
 
+/// "(Fn+O)" and "(Cancel)": keys of the device, the same in every language.
+QString keyIn(const QString &text)
+{
+    static const QRegularExpression key(u"  \\((Fn\\+.|Cancel)\\)$"_s);
+    return key.match(text).captured();
+}
+
 int mnemonicsIn(const QString &text)
 {
     static const QRegularExpression mnemonic(u"&\\w"_s);
@@ -126,6 +133,7 @@ void TranslationsTest::keepsPlacesAndMnemonics()
         const QString source = entry.key().section(u'|', 1);
         QVERIFY2(placesIn(entry.value()) == placesIn(source), qPrintable(entry.value()));
         QVERIFY2(mnemonicsIn(entry.value()) == mnemonicsIn(source), qPrintable(entry.value()));
+        QCOMPARE(keyIn(entry.value()), keyIn(source));
         QVERIFY2(entry.value().endsWith(u'\n') == source.endsWith(u'\n'), qPrintable(entry.value()));
     }
 }

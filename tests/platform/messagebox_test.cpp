@@ -33,6 +33,7 @@ void MessageBoxTest::showsTextsAsTheyAre_data()
     QTest::newRow("mark-up") << u"<b>bold</b> &amp; <img src=\"x\">"_s;
     QTest::newRow("ampersand") << u"this & that"_s;
     QTest::newRow("line ends") << u"first\nsecond"_s;
+    QTest::newRow("many line ends") << u"x\n    y\n"_s.repeated(50);
 }
 
 void MessageBoxTest::showsTextsAsTheyAre()
