@@ -36,12 +36,12 @@ QIcon iconOf(const Command &command)
                         : QIcon();
 }
 
-/// When the toolkit draws an item it counts the "&" within its text, but not when it makes room for the item:
-/// the longest one would lose its middle.
-void makeRoomForMnemonic(QMenu *menu)
+/// When the toolkit draws an item it counts the "&" within its text, and a column for icons that grows with
+/// the font; when it makes room for the item it does not. The longest text would lose its middle.
+void makeRoomForTexts(QMenu *menu)
 {
     menu->setMinimumWidth(0);
-    menu->setMinimumWidth(menu->sizeHint().width() + menu->fontMetrics().horizontalAdvance(u'&'));
+    menu->setMinimumWidth(menu->sizeHint().width() + 2 * menu->fontMetrics().horizontalAdvance(u'&'));
 }
 
 } // namespace
@@ -63,7 +63,7 @@ void frmMain::createMenuBar()
         menu(title.menu)->setObjectName(QLatin1StringView(title.objectName));
     m_recentMenu = new QMenu(this);
     for (QMenu *const menu : findChildren<QMenu *>())
-        connect(menu, &QMenu::aboutToShow, this, [menu] { makeRoomForMnemonic(menu); });
+        connect(menu, &QMenu::aboutToShow, this, [menu] { makeRoomForTexts(menu); });
     connect(m_recentMenu, &QMenu::triggered, this,
         [this](QAction *action) { slotCmdMnuRecent(action->data().toInt()); });
 }

@@ -8,7 +8,6 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QStyleOptionMenuItem>
 #include <QTabWidget>
 #include <QToolTip>
 #include <QTranslator>
@@ -49,31 +48,39 @@ QMenu *contextMenuOf(QWidget *widget)
     return qobject_cast<QMenu *>(QApplication::activePopupWidget());
 }
 
-struct OpenMenu : QMenu {
-    using QMenu::initStyleOption;
-};
-
-/// Width of an item without what the style puts around its text.
-int roomForText(const QMenu &menu, QAction *action)
+/// What an item shows left of its right border and of its keys.
+QImage textOf(QMenu &menu, QAction *action, int width)
 {
-    QStyleOptionMenuItem option;
-    (menu.*&OpenMenu::initStyleOption)(&option, action);
-    const QSize text(100, menu.fontMetrics().height());
-    const QSize item = menu.style()->sizeFromContents(QStyle::CT_MenuItem, &option, text, &menu);
-    return menu.actionGeometry(action).width() - (item.width() - text.width());
+    const QString keys =
+        action->text().section(u'\t', 1) + action->shortcut().toString(QKeySequence::NativeText);
+    const int right = 20 + (keys.isEmpty() ? 0 : 20 + menu.fontMetrics().horizontalAdvance(keys));
+    QRect place = menu.actionGeometry(action);
+    place.setWidth(width - right);
+    return menu.grab(place).toImage();
 }
 
-/// What is wrong with an open menu on a screen of this size; empty when nothing is.
-QString faultsOf(const QMenu &menu, QSize screen)
+QList<QImage> textsOf(QMenu &menu, int width)
 {
-    if (menu.width() > screen.width() || menu.height() > screen.height())
-        return u"%1: %2 x %3"_s.arg(menu.title()).arg(menu.width()).arg(menu.height());
-    const QFontMetrics metrics = menu.fontMetrics();
-    for (QAction *action : menu.actions()) {
-        const QString text = action->text().section(u'\t', 0, 0);
-        if (metrics.elidedText(text, Qt::ElideMiddle, roomForText(menu, action), Qt::TextShowMnemonic)
-            != text)
-            return text;
+    QList<QImage> texts;
+    for (QAction *action : menu.actions())
+        texts << textOf(menu, action, width);
+    return texts;
+}
+
+/// What is wrong with an open menu on a screen of this size; empty when nothing is. A text that has no room
+/// is shown shortened, and whole as soon as the menu is wider.
+QString faultsOf(QMenu &menu, QSize screen)
+{
+    const QSize size = menu.size();
+    if (size.width() > screen.width() || size.height() > screen.height())
+        return u"%1: %2 x %3"_s.arg(menu.title()).arg(size.width()).arg(size.height());
+    const QList<QImage> texts = textsOf(menu, size.width());
+    menu.setMinimumWidth(size.width() + 200);
+    menu.resize(menu.sizeHint());
+    const QList<QImage> wholeTexts = textsOf(menu, size.width());
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        if (texts[i] != wholeTexts[i])
+            return menu.actions().at(i)->text();
     }
     return {};
 }
