@@ -132,7 +132,8 @@ bool QMultiLineEdit::Private::tablet(QTabletEvent &event)
     const bool isOurs = pointer.gesture != Gesture::None && pointer.gesture != Gesture::Drag;
     switch (event.type()) {
     case QEvent::TabletPress:
-        if (event.button() != Qt::LeftButton)
+        // The mouse's press that the toolkit then makes of it closes an open menu.
+        if (event.button() != Qt::LeftButton || QApplication::activePopupWidget())
             return false;
         q->setFocus(Qt::MouseFocusReason);
         press(event.position(), event.modifiers(), Unit::Character);

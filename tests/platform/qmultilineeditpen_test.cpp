@@ -35,6 +35,7 @@ private slots:
     void otherButtonsAreLeftToTheMouse();
     void heldStillOpensTheMenu();
     void movingOpensNoMenu();
+    void tapBesideAMenuClosesIt();
     void dragsMarkedText();
 
 private:
@@ -217,6 +218,21 @@ void QMultiLineEditPenTest::movingOpensNoMenu()
     pen(at(1, 3), Qt::LeftButton);
     QVERIFY(QAbstractEventDispatcher::instance()->registeredTimers(m_edit).isEmpty());
     pen(at(1, 3), Qt::NoButton);
+}
+
+void QMultiLineEditPenTest::tapBesideAMenuClosesIt()
+{
+    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
+    pen(at(0, 1), Qt::LeftButton);
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    pen(at(0, 1), Qt::NoButton);
+    const QPoint beside = m_window->rect().bottomRight() - QPoint(20, 60);
+    QVERIFY(!QApplication::activePopupWidget()->geometry().contains(m_window->mapToGlobal(beside)));
+    tap(beside);
+    QTRY_VERIFY(!QApplication::activePopupWidget());
+    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    tap(at(0, 3));
+    QCOMPARE(MarkedText::draw(*m_edit), u"hel|lo\nworld"_s);
 }
 
 void QMultiLineEditPenTest::dragsMarkedText()
