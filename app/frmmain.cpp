@@ -36,6 +36,8 @@ frmMain::frmMain(QWidget *parent)
     setObjectName(u"frmMain"_s);
     setVga(qEnvironmentVariable("QWS_DISPLAY").contains(u"Vga"));
     setApplicationFont();
+    // Now, while there are no parts of the window that would have to measure their texts twice.
+    QCoreApplication::sendPostedEvents(this, QEvent::ApplicationFontChange);
     readSettings();
     installTranslator(appSettings().Lang);
     setWindowTitle(u"Marlo!Pad QT"_s);

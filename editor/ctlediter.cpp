@@ -22,6 +22,7 @@ constexpr int longestWrap = 100000;
 ctlEditer::ctlEditer(QWidget *parent)
     : QMultiLineEdit(parent)
 {
+    applyFont();
     if (parent)
         resize(parent->size());
     setFrameStyle(QFrame::WinPanel | QFrame::Sunken);
@@ -29,7 +30,6 @@ ctlEditer::ctlEditer(QWidget *parent)
     setUndoDepth(undoSteps);
     setEdited(false);
     applyActiveLineColor();
-    applyFont();
     applyRowNoMargin();
     applyWrapMode();
     applyColors();

@@ -33,8 +33,6 @@ int toInt(qint64 value)
 
 QMultiLineEdit::Private::Private(QMultiLineEdit *edit)
     : q(edit)
-    , measure(FontMeasure::forFont(edit->font(), edit->devicePixelRatioF()))
-    , store(layoutRule())
     , verticalBar(new ViewScrollBar(Qt::Vertical, edit))
     , horizontalBar(new ViewScrollBar(Qt::Horizontal, edit))
     , announcer(edit)
@@ -126,9 +124,9 @@ QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
     viewport()->setCursor(Qt::IBeamCursor);
-    setVerticalScrollBar(d->verticalBar);
-    setHorizontalScrollBar(d->horizontalBar);
-    d->nameScrollBars();
+    setVerticalScrollBar(d.asTheyAre().verticalBar);
+    setHorizontalScrollBar(d.asTheyAre().horizontalBar);
+    d.asTheyAre().nameScrollBars();
     connect(QGuiApplication::styleHints(), &QStyleHints::cursorFlashTimeChanged, this,
         [this] { d->restartBlink(); });
 }

@@ -59,7 +59,8 @@ struct QMultiLineEdit::Private {
     int wrapValue = 80;
     int margin = 2;
 
-    // The text. The measure outlives the store, whose layout rule points into it.
+    // The text. The measure outlives the store, whose layout rule points into it; there is none before the
+    // first layOut(), as an editor gets its font after it is made.
     std::shared_ptr<const FontMeasure> measure;
     TextStore store;
     UndoHistory history;
@@ -78,7 +79,7 @@ struct QMultiLineEdit::Private {
     void nameScrollBars();
 
     // The layout.
-    bool isLaidOut = true; ///< by the present font, screen, tab width, margin and wrap
+    bool isLaidOut = false; ///< by the present font, screen, tab width, margin and wrap
     /// One of those has changed. Lays nothing out, which every further change would undo.
     void layoutChanged();
     /// Brings measure, text, view and scroll bars up to date; the same text stays at the top of the view.

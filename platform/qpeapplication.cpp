@@ -49,10 +49,14 @@ QString QPEApplication::qpeDir()
     QString given = QDir::cleanPath(qEnvironmentVariable("QPEDIR"));
     if (!given.isEmpty())
         return given;
-    const QString program = applicationDirPath();
-    const QString installed = QDir::cleanPath(program + QLatin1String("/../share/marlopad"));
-    const QString built = program + QLatin1String("/share/marlopad");
-    return QFileInfo::exists(installed) || !QFileInfo::exists(built) ? installed : built;
+    // Asked for with every picture.
+    static const QString own = [] {
+        const QString program = applicationDirPath();
+        const QString installed = QDir::cleanPath(program + QLatin1String("/../share/marlopad"));
+        const QString built = program + QLatin1String("/share/marlopad");
+        return QFileInfo::exists(installed) || !QFileInfo::exists(built) ? installed : built;
+    }();
+    return own;
 }
 
 bool QPEApplication::handOver()
