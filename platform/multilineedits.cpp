@@ -1,5 +1,7 @@
 #include "platform/qmultilineedit_p.h"
 
+#include "platform/viewscrollbar.h"
+
 void QMultiLineEdit::Private::beginOperation()
 {
     if (operations++ > 0)
@@ -16,16 +18,19 @@ void QMultiLineEdit::Private::endOperation()
     if (--operations > 0)
         return;
     const bool changed = damage.change.has_value();
-    if (changed) {
-        edited = true;
-        goalX.reset();
-        updateScrollBars();
-        repaintDamage();
-        announcer.announceChange(store, *damage.change);
+    {
+        const ViewScrollBar::OneChange longerAndMoved(*verticalBar);
+        if (changed) {
+            edited = true;
+            goalX.reset();
+            updateScrollBars();
+            repaintDamage();
+            announcer.announceChange(store, *damage.change);
+        }
+        updateMarkedRows();
+        updateRow(rowColOf(cursor).row);
+        makeCursorVisible();
     }
-    updateMarkedRows();
-    updateRow(rowColOf(cursor).row);
-    makeCursorVisible();
     announceCursor();
     if (changed)
         emit q->textChanged();

@@ -101,14 +101,27 @@ void RowPainter::drawCharacters(
     const FontMeasure &measure, QPoint baseline, QStringView text, const QColor &color)
 {
     painter().setPen(color);
+    int font = 0;
+    QList<quint32> glyphs;
+    QList<QPointF> places;
+    const auto drawRun = [&] {
+        QGlyphRun run;
+        run.setRawFont(measure.rawFont(font));
+        run.setGlyphIndexes(std::exchange(glyphs, {}));
+        run.setPositions(std::exchange(places, {}));
+        painter().drawGlyphRun(baseline, run);
+    };
+    int x = 0;
     for (qsizetype at = 0; at < text.size(); at += unitsOf(codePointAt(text, at))) {
         const char32_t codePoint = codePointAt(text, at);
         const FontMeasure::Glyph glyph = measure.glyph(codePoint);
-        QGlyphRun run;
-        run.setRawFont(measure.rawFont(glyph.font));
-        run.setGlyphIndexes({ glyph.index });
-        run.setPositions({ QPointF(glyph.offset, 0) });
-        painter().drawGlyphRun(baseline, run);
-        baseline.rx() += int(measure.advances().advanceOf(codePoint) / subpixelsPerPixel);
+        if (glyph.font != font && !glyphs.isEmpty())
+            drawRun();
+        font = glyph.font;
+        glyphs.append(glyph.index);
+        places.append(QPointF(x + glyph.offset, 0));
+        x += int(measure.advances().advanceOf(codePoint) / subpixelsPerPixel);
     }
+    if (!glyphs.isEmpty())
+        drawRun();
 }

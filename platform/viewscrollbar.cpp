@@ -18,6 +18,21 @@ bool drawsPlainSlider(const QStyle &style)
 
 } // namespace
 
+ViewScrollBar::OneChange::OneChange(ViewScrollBar &bar)
+    : m_bar(bar)
+{
+    Q_ASSERT(!bar.m_isChanging);
+    m_bar.m_isChanging = true;
+    m_bar.m_hasChanged = false;
+}
+
+ViewScrollBar::OneChange::~OneChange()
+{
+    m_bar.m_isChanging = false;
+    if (m_bar.m_hasChanged)
+        m_bar.sliderChange(SliderValueChange);
+}
+
 ViewScrollBar::ViewScrollBar(Qt::Orientation orientation, QWidget *parent)
     : QScrollBar(orientation, parent)
 {
@@ -42,6 +57,9 @@ QRect ViewScrollBar::sliderRect() const
 
 void ViewScrollBar::sliderChange(SliderChange change)
 {
+    m_hasChanged = true;
+    if (m_isChanging)
+        return;
     const QRect before = std::exchange(m_slider, sliderRect());
     const bool scrolled = std::exchange(m_scrolls, minimum() < maximum());
     if (scrolled != m_scrolls || !drawsPlainSlider(*style())) {

@@ -9,6 +9,16 @@
 class ViewScrollBar : public QScrollBar {
     Q_OBJECT
 public:
+    /// Makes one change of all while it lives: where the slider is in between is not painted.
+    class OneChange {
+    public:
+        explicit OneChange(ViewScrollBar &bar);
+        ~OneChange();
+        Q_DISABLE_COPY_MOVE(OneChange)
+    private:
+        ViewScrollBar &m_bar;
+    };
+
     explicit ViewScrollBar(Qt::Orientation orientation, QWidget *parent = nullptr);
 
     /// Makes the range 0..last. rangeChanged() is emitted only when there is something to scroll now or no
@@ -24,5 +34,7 @@ private:
     void updateEnds(int before, int after);
 
     QRect m_slider; ///< as it was asked to be painted last
+    bool m_isChanging = false; ///< while a OneChange lives
+    bool m_hasChanged = false; ///< meanwhile
     bool m_scrolls = false; ///< whether there was anything to scroll then; the bar is drawn dimmed otherwise
 };

@@ -73,6 +73,7 @@ class ViewScrollBarTest : public QObject {
     Q_OBJECT
 private slots:
     void sliderThatStaysIsNotPainted();
+    void changeThatIsTakenBackIsNotPainted();
     void onlyEndsOfTheSliderArePainted();
     void looksAsPaintedAnew_data();
     void looksAsPaintedAnew();
@@ -90,6 +91,24 @@ void ViewScrollBarTest::sliderThatStaysIsNotPainted()
     bar.setValue(1);
     bar.setLast(1000001);
     QCOMPARE(bar.takePainted(), QRegion());
+}
+
+void ViewScrollBarTest::changeThatIsTakenBackIsNotPainted()
+{
+    Bar bar(Qt::Vertical);
+    QVERIFY(bar.appear());
+    bar.takePainted();
+    {
+        const ViewScrollBar::OneChange change(bar);
+        bar.setValue(500);
+        bar.setValue(0);
+    }
+    QCOMPARE(bar.takePainted(), QRegion());
+    {
+        const ViewScrollBar::OneChange change(bar);
+        bar.setValue(500);
+    }
+    QVERIFY(!bar.takePainted().isEmpty());
 }
 
 void ViewScrollBarTest::onlyEndsOfTheSliderArePainted()
