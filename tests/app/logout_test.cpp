@@ -22,6 +22,8 @@ private slots:
 
 private:
     bool startInSession();
+    /// The same, with an "x" typed in front of a.txt that is asked about.
+    bool startAndLogOut();
     bool isAsked() const
     {
         return QTest::qWaitFor([] { return activeTitle() == u"Confirm File Save"; });
@@ -55,6 +57,15 @@ bool LogoutTest::startInSession()
         && QTest::qWaitFor([this] { return m_session->hasClient(); });
 }
 
+bool LogoutTest::startAndLogOut()
+{
+    if (!startInSession())
+        return false;
+    press({ u"x"_s });
+    m_session->requestShutdown(SessionManager::Interaction::Any);
+    return isAsked();
+}
+
 void LogoutTest::withoutEditsNothingIsAsked()
 {
     QVERIFY(startInSession());
@@ -78,10 +89,7 @@ void LogoutTest::answers_data()
 void LogoutTest::answers()
 {
     QFETCH(QStringList, keys);
-    QVERIFY(startInSession());
-    press({ u"x"_s });
-    m_session->requestShutdown(SessionManager::Interaction::Any);
-    QVERIFY(isAsked());
+    QVERIFY(startAndLogOut());
     QCOMPARE(m_session->log, QStringList{ u"asks"_s });
     press(keys);
     QTRY_COMPARE(m_session->log, QStringList({ u"asks"_s, u"done"_s, u"saved"_s }));
@@ -94,10 +102,7 @@ void LogoutTest::answers()
 
 void LogoutTest::cancelKeepsTheSession()
 {
-    QVERIFY(startInSession());
-    press({ u"x"_s });
-    m_session->requestShutdown(SessionManager::Interaction::Any);
-    QVERIFY(isAsked());
+    QVERIFY(startAndLogOut());
     press({ u"Escape"_s });
     QTRY_COMPARE(m_session->log.value(1), u"cancels"_s);
     m_session->cancelShutdown();
@@ -109,10 +114,7 @@ void LogoutTest::cancelKeepsTheSession()
 /// Another program has cancelled: the "No" was for the end that did not come.
 void LogoutTest::sessionThatGoesOnKeepsEverything()
 {
-    QVERIFY(startInSession());
-    press({ u"x"_s });
-    m_session->requestShutdown(SessionManager::Interaction::Any);
-    QVERIFY(isAsked());
+    QVERIFY(startAndLogOut());
     press({ u"Tab"_s, u"Return"_s });
     QTRY_COMPARE(m_session->log.value(2), u"saved"_s);
     m_session->cancelShutdown();
@@ -126,10 +128,7 @@ void LogoutTest::sessionThatGoesOnKeepsEverything()
 
 void LogoutTest::editsAfterTheAnswerAreAskedAbout()
 {
-    QVERIFY(startInSession());
-    press({ u"x"_s });
-    m_session->requestShutdown(SessionManager::Interaction::Any);
-    QVERIFY(isAsked());
+    QVERIFY(startAndLogOut());
     press({ u"Tab"_s, u"Return"_s });
     QTRY_COMPARE(m_session->log.value(2), u"saved"_s);
     QTRY_VERIFY(isActive());

@@ -2,6 +2,7 @@
 #include "tests/app/testwindow.h"
 
 #include <QAction>
+#include <QFileInfo>
 #include <QScrollBar>
 
 #include <cstdio>
@@ -28,6 +29,14 @@ void fillTable(int rows)
 {
     for (int i = 0; i < rows; ++i)
         recentFiles().entries[size_t(i)] = { u"/nowhere/"_s, u"old"_s + QString::number(i), i, i, i, i };
+    writeSettings();
+}
+
+/// Puts a file into a row of the table, with the cursor behind its second character.
+void remember(const QString &fileName, int row)
+{
+    const QFileInfo info(fileName);
+    recentFiles().entries[size_t(row)] = { info.path() + u'/', info.fileName(), 0, 2, 0, 0 };
     writeSettings();
 }
 
@@ -135,8 +144,7 @@ void RecentTest::closedFileGoesToTheTop()
     expected.removeAt(row < 0 ? 19 : row);
     expected.prepend(u"a.txt"_s);
     if (row >= 0)
-        recentFiles().entries[size_t(row)] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
-    writeSettings();
+        remember(name, row);
     TestWindow window;
     QVERIFY(window.open());
     window.setDocument(name);
@@ -406,9 +414,7 @@ void RecentTest::otherFontOrWrappingKeepsThePlaceWithin()
 void RecentTest::chosenEntryUsesAFreshDocument()
 {
     const TestFiles files;
-    files.write(u"a.txt"_s, "text");
-    recentFiles().entries[3] = { files.folder(), u"a.txt"_s, 0, 2, 0, 0 };
-    writeSettings();
+    remember(files.write(u"a.txt"_s, "text"), 3);
     TestWindow window;
     QVERIFY(window.open());
     ctlEditer *editor = window.currentEditor();
@@ -423,9 +429,7 @@ void RecentTest::chosenEntryUsesAFreshDocument()
 void RecentTest::chosenEntryAddsATab()
 {
     const TestFiles files;
-    files.write(u"a.txt"_s, "text");
-    recentFiles().entries[0] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
-    writeSettings();
+    remember(files.write(u"a.txt"_s, "text"), 0);
     TestWindow window;
     QVERIFY(window.open());
     QTest::keyClicks(window.currentEditor(), u"x"_s);
@@ -437,8 +441,7 @@ void RecentTest::chosenEntrySwitchesToAnOpenFile()
 {
     const TestFiles files;
     const QString name = files.write(u"a.txt"_s, "text");
-    recentFiles().entries[0] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
-    writeSettings();
+    remember(name, 0);
     TestWindow window;
     QVERIFY(window.open());
     window.setDocument(name);
@@ -451,9 +454,7 @@ void RecentTest::chosenEntrySwitchesToAnOpenFile()
 void RecentTest::chosenEntryNeedsADocument()
 {
     const TestFiles files;
-    files.write(u"a.txt"_s, "text");
-    recentFiles().entries[0] = { files.folder(), u"a.txt"_s, 0, 0, 0, 0 };
-    writeSettings();
+    remember(files.write(u"a.txt"_s, "text"), 0);
     TestWindow window;
     QVERIFY(window.open());
     window.slotCmdFileCloseTab();

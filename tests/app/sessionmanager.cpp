@@ -200,7 +200,7 @@ QString SessionManager::address() const
     if (!d->listeners)
         return {};
     char *const ids = IceComposeNetworkIdList(d->listenerCount, d->listeners);
-    const QString address = QString::fromLocal8Bit(ids);
+    QString address = QString::fromLocal8Bit(ids);
     std::free(ids);
     return address;
 }
