@@ -3,6 +3,7 @@
 
 #include "tests/platform/text/modelstore.h"
 #include "tests/platform/text/textalphabet.h"
+#include "tests/seeds.h"
 
 #include <QTest>
 
