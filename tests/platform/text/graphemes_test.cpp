@@ -2,6 +2,7 @@
 
 #include "tests/platform/text/textalphabet.h"
 #include "tests/platform/text/toolkitgraphemes.h"
+#include "tests/seeds.h"
 
 #include <QTest>
 
