@@ -143,12 +143,23 @@ void frmSearchDialog::setVisible(bool visible)
 {
     if (visible)
         rebuild();
+    keepPlace(visible);
     QWidget::setVisible(visible);
     if (!visible)
         return;
     raise();
     activateWindow();
     m_find->setFocus();
+}
+
+/// Window managers that take the frame away from a hidden window move the window to where the frame was, and
+/// so further up with each time it is shown again.
+void frmSearchDialog::keepPlace(bool visible)
+{
+    if (!visible && isVisible())
+        m_place = geometry().topLeft();
+    else if (visible && !isVisible() && m_place)
+        setGeometry(QRect(*m_place, size()));
 }
 
 void frmSearchDialog::rebuild()

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -50,6 +52,7 @@ private:
     QPushButton *createButton(const QSize &size, void (frmSearchDialog::*slot)());
     void layOut();
     void rebuild();
+    void keepPlace(bool visible);
     void fillFields();
     void setTexts();
     void fitButtonTexts();
@@ -57,6 +60,7 @@ private:
     void updateHistory();
     void writeHistory() const;
 
+    std::optional<QPoint> m_place; ///< of the window within its frame, when it was hidden
     QComboBox *m_find;
     QLabel *m_arrow;
     QComboBox *m_replace;
