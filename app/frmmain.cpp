@@ -28,6 +28,12 @@ void setApplicationFont()
     QApplication::setFont(font);
 }
 
+/// Wayland gives a window its size, and ends a program that chooses another.
+bool canChooseSize()
+{
+    return !QGuiApplication::platformName().startsWith(u"wayland");
+}
+
 } // namespace
 
 frmMain::frmMain(QWidget *parent)
@@ -139,6 +145,8 @@ void frmMain::changeEvent(QEvent *event)
 
 void frmMain::coverScreen()
 {
-    showFullScreen();
-    resize(screen()->size());
+    // Maximised as well, which it is again at the end: Wayland takes that back in one step.
+    setWindowState(Qt::WindowMaximized | Qt::WindowFullScreen);
+    if (canChooseSize())
+        resize(screen()->size());
 }

@@ -12,7 +12,6 @@ void frmMain::slotCmdViewFull()
 {
     if (m_fullScreen) {
         m_fullScreen = false;
-        showNormal();
         showMaximized();
     } else {
         coverScreen();
