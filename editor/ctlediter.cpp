@@ -125,6 +125,7 @@ void ctlEditer::applyRowNoMargin()
 void ctlEditer::applyActiveLineColor()
 {
     m_activeLineColor = colorOfIndex(appSettings().ActiveHLine);
+    viewport()->update();
 }
 
 void ctlEditer::applyColors()
@@ -135,6 +136,7 @@ void ctlEditer::applyColors()
     QPalette colors = palette();
     colors.setColor(QPalette::Base, m_backColor);
     setPalette(colors);
+    viewport()->update(); // the palette knows nothing of the other two
 }
 
 QColor ctlEditer::colorOfIndex(int index)
