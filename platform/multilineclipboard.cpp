@@ -15,6 +15,9 @@ namespace {
 
 /// Units of a primary selection that are kept when the text is marked no more.
 constexpr qint64 primaryKept = qint64(4) << 20;
+/// How near the view's edge dragged text makes it scroll, and how long it takes for each row.
+constexpr int dropScrollMargin = 16;
+constexpr int dropScrollInterval = 60; ///< ms
 
 QClipboard *clipboard()
 {
@@ -30,6 +33,16 @@ QString textOf(const QMimeData &data)
 TextMimeData::Source sourceOf(TextPiece piece)
 {
     return [shared = std::make_shared<TextPiece>(std::move(piece))] { return shared->text(); };
+}
+
+/// Which edges of a view a point is near: -1 left or top, 1 right or bottom, 0 neither.
+QPoint edgeNear(QPointF point, QSize view)
+{
+    const auto side = [](qreal at, int length) {
+        const int margin = qMin(dropScrollMargin, length / 4);
+        return at < margin ? -1 : at >= length - margin ? 1 : 0;
+    };
+    return { side(point.x(), view.width()), side(point.y(), view.height()) };
 }
 
 } // namespace
@@ -128,6 +141,35 @@ void QMultiLineEdit::Private::setDropOffset(qint64 offset)
     dropOffset = offset;
 }
 
+void QMultiLineEdit::Private::dragOver(QPointF point)
+{
+    dropPoint = point;
+    setDropOffset(placeAtPoint(point).offset);
+    if (edgeNear(point, q->viewport()->size()).isNull())
+        dropScroll.stop();
+    else if (!dropScroll.isActive())
+        dropScroll.start(dropScrollInterval, q);
+}
+
+void QMultiLineEdit::Private::endDragOver()
+{
+    dropScroll.stop();
+    setDropOffset(-1);
+}
+
+/// One row, or the width of a character, towards the edge that the text is held near.
+void QMultiLineEdit::Private::scrollForDrop()
+{
+    const QPoint direction = edgeNear(dropPoint, q->viewport()->size());
+    const qint64 oldTop = top;
+    const int oldX = q->xOffset();
+    setTop(top + direction.y());
+    q->setXOffset(oldX + direction.x() * qCeil(measure->xWidth()));
+    if (top == oldTop && q->xOffset() == oldX)
+        dropScroll.stop();
+    setDropOffset(placeAtPoint(dropPoint).offset);
+}
+
 void QMultiLineEdit::Private::drop(QDropEvent &event)
 {
     const QString text = textOf(*event.mimeData());
@@ -210,18 +252,18 @@ void QMultiLineEdit::dragMoveEvent(QDragMoveEvent *event)
     const bool copies = event->modifiers().testFlag(Qt::ControlModifier) || event->source() != this;
     event->setDropAction(copies ? Qt::CopyAction : Qt::MoveAction);
     event->accept();
-    d->setDropOffset(d->placeAtPoint(event->position()).offset);
+    d->dragOver(event->position());
 }
 
 void QMultiLineEdit::dragLeaveEvent(QDragLeaveEvent *event)
 {
-    d->setDropOffset(-1);
+    d->endDragOver();
     event->accept();
 }
 
 void QMultiLineEdit::dropEvent(QDropEvent *event)
 {
-    d->setDropOffset(-1);
+    d->endDragOver();
     if (!d->acceptsDrop(*event)) {
         event->ignore();
         return;

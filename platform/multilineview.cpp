@@ -379,6 +379,8 @@ void QMultiLineEdit::timerEvent(QTimerEvent *event)
         d->blink();
     else if (event->timerId() == d->pointer.autoScroll.timerId())
         d->autoScroll();
+    else if (event->timerId() == d->dropScroll.timerId())
+        d->scrollForDrop();
     else if (event->timerId() == d->pointer.longPress.timerId())
         d->longPressed();
     else if (event->timerId() == d->pointer.tripleClick.timerId())

@@ -240,6 +240,8 @@ struct QMultiLineEdit::Private {
 
     // Clipboard, drag and drop, menu.
     QPointer<TextMimeData> primary; ///< what was offered last and still follows the marked text
+    QPointF dropPoint; ///< where a dragged text is now
+    QBasicTimer dropScroll; ///< runs only while one is held near the view's edge and the view can go on
 
     bool canPaste(const QMimeData *data) const;
     void copyMarked() const;
@@ -253,6 +255,9 @@ struct QMultiLineEdit::Private {
     void startDrag();
     bool acceptsDrop(const QDropEvent &event) const;
     void setDropOffset(qint64 offset);
+    void dragOver(QPointF point);
+    void endDragOver();
+    void scrollForDrop();
     void drop(QDropEvent &event);
     void showContextMenu(const QPoint &globalPosition);
     void showContextMenuAtCursor();

@@ -26,6 +26,8 @@ private slots:
     void pasteIsOneStep();
     void droppedTextGoesWhereItIsDropped();
     void dropShowsItsPlace();
+    void dragNearAnEdgeScrolls_data();
+    void dragNearAnEdgeScrolls();
     void dropsThatAreRefused_data();
     void dropsThatAreRefused();
     void draggedTextMoves_data();
@@ -198,6 +200,59 @@ void QMultiLineEditClipboardTest::dropShowsItsPlace()
     QCoreApplication::sendEvent(m_edit->viewport(), &leave);
     QCOMPARE(m_edit->grab().toImage(), before);
     QCOMPARE(MarkedText::draw(*m_edit), u"|abcd\nefgh"_s);
+}
+
+void QMultiLineEditClipboardTest::dragNearAnEdgeScrolls_data()
+{
+    QTest::addColumn<QPoint>("edge");
+    QTest::addColumn<QPoint>("scrolls");
+    QTest::newRow("bottom") << QPoint(1, 2) << QPoint(0, 1);
+    QTest::newRow("top") << QPoint(1, 0) << QPoint(0, -1);
+    QTest::newRow("right") << QPoint(2, 1) << QPoint(1, 0);
+    QTest::newRow("left") << QPoint(0, 1) << QPoint(-1, 0);
+    QTest::newRow("corner") << QPoint(2, 2) << QPoint(1, 1);
+    QTest::newRow("middle") << QPoint(1, 1) << QPoint(0, 0);
+}
+
+void QMultiLineEditClipboardTest::dragNearAnEdgeScrolls()
+{
+    QFETCH(const QPoint, edge);
+    QFETCH(const QPoint, scrolls);
+    m_edit->setText((u"0123456789"_s.repeated(20) + u'\n').repeated(200));
+    m_edit->setTopRow(100);
+    m_edit->setXOffset(500);
+    const auto moved = [this] {
+        const auto sign = [](qint64 value) { return int(value > 0) - int(value < 0); };
+        return QPoint(sign(m_edit->xOffset() - 500), sign(m_edit->topRow() - 100));
+    };
+    const QSize view = m_edit->viewport()->size();
+    const QPoint place((view.width() - 1) * edge.x() / 2, (view.height() - 1) * edge.y() / 2);
+    QMimeData data;
+    data.setText(u"XYZ"_s);
+    QDragEnterEvent enter(QPoint(view.width(), view.height()) / 2, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(m_edit->viewport(), &enter);
+    QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(m_edit->viewport(), &move);
+    QCOMPARE(moved(), QPoint());
+    QTRY_COMPARE(moved(), scrolls);
+
+    // In the middle of the view again it stays where it is, which the next tick of another timer shows.
+    QDragMoveEvent back(QPoint(view.width(), view.height()) / 2, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(m_edit->viewport(), &back);
+    const QPoint rest(m_edit->xOffset(), int(m_edit->topRow()));
+    QTimer later;
+    QSignalSpy ticks(&later, &QTimer::timeout);
+    later.start(70);
+    QTRY_COMPARE(ticks.size(), 2);
+    QCOMPARE(QPoint(m_edit->xOffset(), int(m_edit->topRow())), rest);
+
+    // What is dropped goes to the row that is under it now.
+    QDropEvent drop(QPoint(view.width(), view.height()) / 2, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(m_edit->viewport(), &drop);
+    QCOMPARE(m_edit->markedText(), u"XYZ"_s);
+    qint64 row1, column1, row2, column2;
+    m_edit->getMarkedRegion(&row1, &column1, &row2, &column2);
+    QCOMPARE(row1, m_edit->topRow() + qint64(view.height() / 2 / m_edit->cellHeight()));
 }
 
 void QMultiLineEditClipboardTest::dropsThatAreRefused_data()
