@@ -67,6 +67,7 @@ struct Step {
     std::unique_ptr<JoinedSteps> joined; ///< of the oldest step, when it was several
     bool grouped = false;
     bool open = false; ///< its group is not closed yet
+    bool takesMore = false; ///< grouped only because text was typed over other text: more of it may follow
 
     void add(UndoCommand &&command);
     qint64 undo(TextStore &store, const UndoHistory::Changed &changed);
@@ -135,6 +136,8 @@ struct UndoHistory::State {
 
     void record(UndoCommand &&command, Joining joining);
     bool join(UndoCommand &command, Joining joining);
+    bool joinOvertyping(UndoCommand &gone, UndoCommand &typed, Joining joining);
+    void recordBoth(UndoCommand &&gone, UndoCommand &&typed, Joining joining);
     UndoCommand *newestEdit();
     void limitDepth();
     void joinOldestSteps();
@@ -146,7 +149,7 @@ UndoCommand *UndoHistory::State::newestEdit()
     if (done == 0)
         return nullptr;
     Step &step = steps[done - 1];
-    const bool reachable = groupDepth > 0 ? step.open : !step.grouped;
+    const bool reachable = groupDepth > 0 ? step.open : !step.grouped || step.takesMore;
     return reachable && !step.joined && !step.edits.empty() ? &step.edits.back() : nullptr;
 }
 
@@ -165,6 +168,36 @@ bool UndoHistory::State::join(UndoCommand &command, Joining joining)
     last->offset = command.offset;
     last->text.prepend(std::move(command.text));
     return true;
+}
+
+/// Text typed over the text right behind what was typed over before.
+bool UndoHistory::State::joinOvertyping(UndoCommand &gone, UndoCommand &typed, Joining joining)
+{
+    const UndoCommand *last = newestEdit();
+    const bool follows = joining != Joining::Never && joining == lastJoining && last
+        && steps[done - 1].takesMore && gone.offset == last->offset + last->text.length();
+    if (!follows)
+        return false;
+    QVarLengthArray<UndoCommand, 2> &edits = steps[done - 1].edits;
+    edits[0].text.append(std::move(gone.text));
+    edits[1].text.append(std::move(typed.text));
+    return true;
+}
+
+void UndoHistory::State::recordBoth(UndoCommand &&gone, UndoCommand &&typed, Joining joining)
+{
+    if (joinOvertyping(gone, typed, joining))
+        return;
+    const bool isGrouped = groupDepth++ > 0;
+    if (!isGrouped)
+        lastJoining = Joining::Never;
+    record(std::move(gone), joining);
+    record(std::move(typed), joining);
+    --groupDepth;
+    if (isGrouped)
+        return;
+    steps[done - 1].open = false;
+    steps[done - 1].takesMore = joining != Joining::Never;
 }
 
 void UndoHistory::State::record(UndoCommand &&command, Joining joining)
@@ -255,15 +288,14 @@ void UndoHistory::replace(
         d->origin = store.piece(0, store.length());
     d->steps.resize(d->done);
     TextPiece gone = store.exchange(offset, removed, inserted);
-    const bool both = removed > 0 && !inserted.isEmpty();
-    if (both)
-        beginGroup();
-    if (removed > 0)
-        d->record({ Kind::Delete, offset, std::move(gone) }, joining);
-    if (!inserted.isEmpty())
-        d->record({ Kind::Insert, offset, TextPiece(inserted) }, joining);
-    if (both)
-        endGroup();
+    UndoCommand deletion{ Kind::Delete, offset, std::move(gone) };
+    UndoCommand insertion{ Kind::Insert, offset, TextPiece(inserted) };
+    if (removed > 0 && !inserted.isEmpty())
+        d->recordBoth(std::move(deletion), std::move(insertion), joining);
+    else if (removed > 0)
+        d->record(std::move(deletion), joining);
+    else
+        d->record(std::move(insertion), joining);
 }
 
 void UndoHistory::beginGroup()

@@ -19,8 +19,9 @@ struct UndoCommand {
 /// Undo and redo of one text: a list of commands, each with an inverse.
 ///
 /// A step is one command or one group. Typed characters in a row and repeated Delete or Backspace join into
-/// one command. At most `depth()` steps are kept apart; beyond that the two oldest steps become one, so that
-/// undoing everything always brings back the text as it was when the history was last cleared.
+/// one command, and what is typed over other text into one group of the text gone and the text typed. At most
+/// `depth()` steps are kept apart; beyond that the two oldest steps become one, so that undoing everything
+/// always brings back the text as it was when the history was last cleared.
 ///
 /// Steps that became one are not played back: they are the text before them, which shares with the store
 /// whatever has not changed since. Of their commands only the newest is kept.

@@ -203,8 +203,9 @@ private:
     {
         m_steps.resize(m_done);
         const bool isPlain = edit.removed.isEmpty() != edit.inserted.isEmpty();
-        const bool joins = joining != Joining::Never && joining == m_joining && isPlain;
-        m_joining = isPlain ? joining : Joining::Never;
+        const bool follows = joining != Joining::Never && joining == m_joining;
+        const bool joins = follows && (isPlain || !m_steps.last().last().removed.isEmpty());
+        m_joining = joining;
         if (joins) {
             Edit &last = m_steps.last().last();
             const bool before = edit.offset < last.offset;

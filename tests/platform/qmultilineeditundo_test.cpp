@@ -47,6 +47,8 @@ private slots:
     void anyEditSetsEdited_data();
     void anyEditSetsEdited();
     void typedCharactersAreOneStep();
+    void typingOverTextIsOneStep_data();
+    void typingOverTextIsOneStep();
     void movingTheCursorEndsAStep();
     void undoPutsTheCursorBack();
     void undoGoesBackToTheTextAsSet();
@@ -175,6 +177,47 @@ void QMultiLineEditUndoTest::typedCharactersAreOneStep()
     QCOMPARE(edit.history().undoSteps(), 2);
     edit.undo();
     QCOMPARE(edit.text(), u"hello"_s);
+}
+
+void QMultiLineEditUndoTest::typingOverTextIsOneStep_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("keys");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QStringList>("undone"); // step by step
+    QTest::addRow("marked text") << u"a[bcd|e"_s << u"'xyz'"_s << u"axyz|e"_s << QStringList{ u"abcd|e"_s };
+    QTest::addRow("marked backwards over a line end")
+        << u"a|b\nc]d"_s << u"'xyz'"_s << u"axyz|d"_s << QStringList{ u"ab\nc|d"_s };
+    QTest::addRow("overwriting") << u"a|bcde"_s << u"Insert 'xyz'"_s << u"axyz|e"_s
+                                 << QStringList{ u"abcd|e"_s };
+    QTest::addRow("overwriting beyond the line")
+        << u"ab|c\nd"_s << u"Insert 'xyz'"_s << u"abxyz|\nd"_s << QStringList{ u"abc|\nd"_s };
+    QTest::addRow("marked text, then Backspace")
+        << u"a[bcd|e"_s << u"'xyz' Backspace"_s << u"axy|e"_s << QStringList{ u"axyz|e"_s, u"abcd|e"_s };
+    QTest::addRow("marked text, then elsewhere")
+        << u"a[bcd|e"_s << u"'xy' Left Right 'z'"_s << u"axyz|e"_s << QStringList{ u"axy|e"_s, u"abcd|e"_s };
+    QTest::addRow("overwriting at two places")
+        << u"|abcd"_s << u"Insert 'x' Right 'y'"_s << u"xby|d"_s << QStringList{ u"xbc|d"_s, u"a|bcd"_s };
+}
+
+void QMultiLineEditUndoTest::typingOverTextIsOneStep()
+{
+    QFETCH(const QString, before);
+    QFETCH(const QString, keys);
+    QFETCH(const QString, after);
+    QFETCH(const QStringList, undone);
+    QMultiLineEdit edit;
+    MarkedText::load(edit, before);
+    MarkedText::press(edit, keys);
+    QCOMPARE(MarkedText::draw(edit), after);
+    for (const QString &text : undone) {
+        edit.undo();
+        QCOMPARE(MarkedText::draw(edit), text);
+    }
+    QCOMPARE(edit.history().undoSteps(), 0);
+    for (qsizetype i = 0; i < undone.size(); ++i)
+        edit.redo();
+    QCOMPARE(MarkedText::draw(edit), after);
 }
 
 void QMultiLineEditUndoTest::movingTheCursorEndsAStep()
