@@ -2,15 +2,11 @@
 
 #include "platform/qcop.h"
 
-#include <QCloseEvent>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFontInfo>
-#include <QMenu>
-#include <QMessageBox>
 #include <QProcess>
 #include <QScreen>
 #include <QTemporaryDir>
@@ -27,30 +23,7 @@ namespace {
 
 const QString ownChannel = u"QPE/Application/marlopad"_s;
 
-/// Notes what it is asked to open, and what else the test notes in between.
-class Window : public QWidget {
-    Q_OBJECT
-public:
-    QStringList log;
-    std::function<void()> onDocument = [] {};
-    bool mayClose = true;
-
-public slots:
-    void setDocument(const QString &fileName)
-    {
-        log << fileName;
-        onDocument();
-    }
-
-protected:
-    void closeEvent(QCloseEvent *event) override
-    {
-        log << u"close"_s;
-        event->setAccepted(mayClose);
-    }
-};
-
-/// The same for another process: one line on standard output each.
+/// Prints what it is asked to open, one line on standard output each.
 class PrintingWindow : public QWidget {
     Q_OBJECT
 public slots:
@@ -129,18 +102,6 @@ private:
     QByteArray m_output = "\n";
 };
 
-// Everything that is already under way has been done after it.
-void settle()
-{
-    for (int i = 0; i < 10; ++i)
-        QCoreApplication::processEvents();
-}
-
-QPEApplication *application()
-{
-    return static_cast<QPEApplication *>(qApp);
-}
-
 bool callOwnChannel(const QString &method, const QVariantList &arguments)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -158,25 +119,6 @@ private slots:
     void scale();
     void qpeDir_data();
     void qpeDir();
-
-    void request_beforeTheWindow_waits();
-    void request_waitsForTheWindowOnTheScreen();
-    void requests_keepTheirOrder();
-    void request_isDeliveredFromTheEventLoop();
-    void request_waitsForModalDialog_data();
-    void request_waitsForModalDialog();
-    void request_waitsUntilTheDialogsCallerIsDone();
-    void request_waitsForMenu();
-    void request_waitsWhileHeld();
-    void request_waitsForTheDialogOfAnother();
-    void request_withoutWindowAnyMore_isNoHarm();
-    void end_closesTheWindow_data();
-    void end_closesTheWindow();
-    void end_cancelsDialogs();
-    void end_waitsForMessageBoxes();
-    void end_waitsWhileHeld();
-    void end_thatIsRefusedLeavesTheWindow();
-    void showMainWidget_maximises();
 
     void secondStart_handsOver_data();
     void secondStart_handsOver();
@@ -248,248 +190,8 @@ void QPEApplicationTest::qpeDir()
     QCOMPARE(QString::fromUtf8(role.output()).replace(root.path(), u"."_s), result);
 }
 
-void QPEApplicationTest::request_beforeTheWindow_waits()
-{
-    Window window;
-    application()->request(u"/a"_s);
-    settle();
-    QVERIFY(window.log.isEmpty());
-    application()->showMainWidget(&window, true);
-    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
-}
-
 // What is laid out for the window's size must find the size it gets, not the one it had before it was shown.
-void QPEApplicationTest::request_waitsForTheWindowOnTheScreen()
-{
-    Window window;
-    window.setAttribute(Qt::WA_DontShowOnScreen);
-    application()->request(u"/a"_s);
-    application()->showMainWidget(&window, true);
-    settle();
-    QVERIFY(window.log.isEmpty());
-    window.hide();
-    window.setAttribute(Qt::WA_DontShowOnScreen, false);
-    window.show();
-    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
-}
-
-void QPEApplicationTest::requests_keepTheirOrder()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    QStringList names;
-    for (int i = 0; i < 100; ++i) {
-        names << QStringLiteral("/%1").arg(i);
-        application()->request(names.last());
-    }
-    application()->request(u"/0"_s);
-    QTRY_COMPARE(window.log, names + QStringList{ u"/0"_s });
-}
-
-void QPEApplicationTest::request_isDeliveredFromTheEventLoop()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    application()->request(u"/a"_s);
-    QVERIFY(window.log.isEmpty());
-    QTRY_COMPARE(window.log.size(), 1);
-}
-
-void QPEApplicationTest::request_waitsForModalDialog_data()
-{
-    QTest::addColumn<bool>("ofApplication");
-    QTest::newRow("modal for the window") << false;
-    QTest::newRow("modal for the application") << true;
-}
-
-void QPEApplicationTest::request_waitsForModalDialog()
-{
-    QFETCH(bool, ofApplication);
-    Window window;
-    application()->showMainWidget(&window, true);
-    QDialog dialog(&window);
-    dialog.setWindowModality(ofApplication ? Qt::ApplicationModal : Qt::WindowModal);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    application()->request(u"/a"_s);
-    settle();
-    QVERIFY(window.log.isEmpty());
-    dialog.hide();
-    QVERIFY(window.log.isEmpty());
-    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
-}
-
 // What the user decided in the dialog comes first.
-void QPEApplicationTest::request_waitsUntilTheDialogsCallerIsDone()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    QTimer::singleShot(0, &window, [&window] {
-        QDialog dialog(&window);
-        QTimer::singleShot(0, &dialog, [&dialog, &window] {
-            application()->request(u"/a"_s);
-            QTimer::singleShot(0, &dialog, [&dialog, &window] {
-                window.log << u"closing"_s;
-                dialog.accept();
-                QTimer::singleShot(0, &window, [] {});
-            });
-        });
-        dialog.exec();
-        window.log << u"closed"_s;
-    });
-    QTRY_COMPARE(window.log.size(), 3);
-    QCOMPARE(window.log, (QStringList{ u"closing"_s, u"closed"_s, u"/a"_s }));
-}
-
-void QPEApplicationTest::request_waitsForMenu()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    QMenu menu(&window);
-    menu.addAction(u"a"_s);
-    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
-    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
-    menu.popup(QPoint(0, 0));
-    QVERIFY(QTest::qWaitForWindowExposed(&menu));
-    application()->request(u"/a"_s);
-    settle();
-    QVERIFY(window.log.isEmpty());
-    menu.close();
-    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
-}
-
-void QPEApplicationTest::request_waitsWhileHeld()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    application()->holdRequests(true);
-    application()->request(u"/a"_s);
-    settle();
-    QVERIFY(window.log.isEmpty());
-    application()->holdRequests(false);
-    QVERIFY(window.log.isEmpty());
-    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
-}
-
-void QPEApplicationTest::request_waitsForTheDialogOfAnother()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    window.onDocument = [&window] {
-        QDialog dialog(&window);
-        QTimer::singleShot(0, &dialog, [&dialog] {
-            QCoreApplication::processEvents();
-            dialog.accept();
-        });
-        dialog.exec();
-        window.log << u"done"_s;
-    };
-    application()->request(u"/a"_s);
-    application()->request(u"/b"_s);
-    QTRY_COMPARE(window.log, (QStringList{ u"/a"_s, u"done"_s, u"/b"_s, u"done"_s }));
-}
-
-void QPEApplicationTest::request_withoutWindowAnyMore_isNoHarm()
-{
-    {
-        Window window;
-        application()->showMainWidget(&window, true);
-        application()->request(u"/a"_s);
-    }
-    settle();
-    Window window;
-    application()->showMainWidget(&window, true);
-    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
-}
-
-void QPEApplicationTest::end_closesTheWindow_data()
-{
-    QTest::addColumn<int>("signal");
-    QTest::newRow("SIGTERM") << SIGTERM;
-    QTest::newRow("SIGHUP") << SIGHUP;
-    QTest::newRow("SIGINT") << SIGINT;
-}
-
-void QPEApplicationTest::end_closesTheWindow()
-{
-    QFETCH(int, signal);
-    Window window;
-    application()->showMainWidget(&window, true);
-    ::raise(signal);
-    ::raise(signal);
-    QVERIFY(window.isVisible());
-    QTRY_VERIFY(!window.isVisible());
-    QCOMPARE(window.log, QStringList{ u"close"_s });
-}
-
-void QPEApplicationTest::end_cancelsDialogs()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    QTimer::singleShot(0, &window, [&window] {
-        QDialog outer(&window);
-        QTimer::singleShot(0, &outer, [&outer, &window] {
-            QDialog inner(&outer);
-            QTimer::singleShot(0, &inner, [] { ::raise(SIGTERM); });
-            window.log << u"inner %1"_s.arg(inner.exec());
-        });
-        window.log << u"outer %1"_s.arg(outer.exec());
-    });
-    QTRY_VERIFY(!window.isVisible());
-    QCOMPARE(window.log, (QStringList{ u"inner 0"_s, u"outer 0"_s, u"close"_s }));
-}
-
-void QPEApplicationTest::end_waitsForMessageBoxes()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    QMessageBox box(&window);
-    box.open();
-    application()->requestEnd();
-    application()->request(u"/a"_s);
-    settle();
-    QVERIFY(box.isVisible());
-    QVERIFY(window.isVisible());
-    box.accept();
-    QTRY_VERIFY(!window.isVisible());
-    settle();
-    QCOMPARE(window.log, QStringList{ u"close"_s });
-}
-
-void QPEApplicationTest::end_waitsWhileHeld()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    application()->holdRequests(true);
-    application()->requestEnd();
-    settle();
-    QVERIFY(window.isVisible());
-    application()->holdRequests(false);
-    QTRY_VERIFY(!window.isVisible());
-}
-
-void QPEApplicationTest::end_thatIsRefusedLeavesTheWindow()
-{
-    Window window;
-    window.mayClose = false;
-    application()->showMainWidget(&window, true);
-    application()->request(u"/a"_s);
-    application()->requestEnd();
-    QTRY_COMPARE(window.log, (QStringList{ u"close"_s, u"/a"_s }));
-    QVERIFY(window.isVisible());
-    window.mayClose = true;
-    application()->requestEnd();
-    QTRY_VERIFY(!window.isVisible());
-}
-
-void QPEApplicationTest::showMainWidget_maximises()
-{
-    Window window;
-    application()->showMainWidget(&window);
-    QVERIFY(window.isVisible());
-    QVERIFY(window.isMaximized());
-}
-
 void QPEApplicationTest::secondStart_handsOver_data()
 {
     QTest::addColumn<QStringList>("arguments");

@@ -1,0 +1,327 @@
+#include "platform/qpeapplication.h"
+
+#include <QCloseEvent>
+#include <QDialog>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Notes what it is asked to open, and what else the test notes in between.
+class Window : public QWidget {
+    Q_OBJECT
+public:
+    QStringList log;
+    std::function<void()> onDocument = [] {};
+    bool mayClose = true;
+
+public slots:
+    void setDocument(const QString &fileName)
+    {
+        log << fileName;
+        onDocument();
+    }
+
+protected:
+    void closeEvent(QCloseEvent *event) override
+    {
+        log << u"close"_s;
+        event->setAccepted(mayClose);
+    }
+};
+
+// Everything that is already under way has been done after it.
+void settle()
+{
+    for (int i = 0; i < 10; ++i)
+        QCoreApplication::processEvents();
+}
+
+QPEApplication *application()
+{
+    return static_cast<QPEApplication *>(qApp);
+}
+
+} // namespace
+
+/// Requests to open a file or to end the program, and what they wait for.
+class RequestQueueTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void request_beforeTheWindow_waits();
+    void request_waitsForTheWindowOnTheScreen();
+    void requests_keepTheirOrder();
+    void request_isDeliveredFromTheEventLoop();
+    void request_waitsForModalDialog_data();
+    void request_waitsForModalDialog();
+    void request_waitsUntilTheDialogsCallerIsDone();
+    void request_waitsForMenu();
+    void request_waitsWhileHeld();
+    void request_waitsForTheDialogOfAnother();
+    void request_withoutWindowAnyMore_isNoHarm();
+    void end_closesTheWindow_data();
+    void end_closesTheWindow();
+    void end_cancelsDialogs();
+    void end_waitsForMessageBoxes();
+    void end_waitsWhileHeld();
+    void end_thatIsRefusedLeavesTheWindow();
+    void showMainWidget_maximises();
+};
+
+void RequestQueueTest::request_beforeTheWindow_waits()
+{
+    Window window;
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    application()->showMainWidget(&window, true);
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void RequestQueueTest::request_waitsForTheWindowOnTheScreen()
+{
+    Window window;
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    application()->request(u"/a"_s);
+    application()->showMainWidget(&window, true);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    window.hide();
+    window.setAttribute(Qt::WA_DontShowOnScreen, false);
+    window.show();
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void RequestQueueTest::requests_keepTheirOrder()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QStringList names;
+    for (int i = 0; i < 100; ++i) {
+        names << QStringLiteral("/%1").arg(i);
+        application()->request(names.last());
+    }
+    application()->request(u"/0"_s);
+    QTRY_COMPARE(window.log, names + QStringList{ u"/0"_s });
+}
+
+void RequestQueueTest::request_isDeliveredFromTheEventLoop()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    application()->request(u"/a"_s);
+    QVERIFY(window.log.isEmpty());
+    QTRY_COMPARE(window.log.size(), 1);
+}
+
+void RequestQueueTest::request_waitsForModalDialog_data()
+{
+    QTest::addColumn<bool>("ofApplication");
+    QTest::newRow("modal for the window") << false;
+    QTest::newRow("modal for the application") << true;
+}
+
+void RequestQueueTest::request_waitsForModalDialog()
+{
+    QFETCH(bool, ofApplication);
+    Window window;
+    application()->showMainWidget(&window, true);
+    QDialog dialog(&window);
+    dialog.setWindowModality(ofApplication ? Qt::ApplicationModal : Qt::WindowModal);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    dialog.hide();
+    QVERIFY(window.log.isEmpty());
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void RequestQueueTest::request_waitsUntilTheDialogsCallerIsDone()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTimer::singleShot(0, &window, [&window] {
+        QDialog dialog(&window);
+        QTimer::singleShot(0, &dialog, [&dialog, &window] {
+            application()->request(u"/a"_s);
+            QTimer::singleShot(0, &dialog, [&dialog, &window] {
+                window.log << u"closing"_s;
+                dialog.accept();
+                QTimer::singleShot(0, &window, [] {});
+            });
+        });
+        dialog.exec();
+        window.log << u"closed"_s;
+    });
+    QTRY_COMPARE(window.log.size(), 3);
+    QCOMPARE(window.log, (QStringList{ u"closing"_s, u"closed"_s, u"/a"_s }));
+}
+
+void RequestQueueTest::request_waitsForMenu()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QMenu menu(&window);
+    menu.addAction(u"a"_s);
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    menu.popup(QPoint(0, 0));
+    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    menu.close();
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void RequestQueueTest::request_waitsWhileHeld()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    application()->holdRequests(true);
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    application()->holdRequests(false);
+    QVERIFY(window.log.isEmpty());
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void RequestQueueTest::request_waitsForTheDialogOfAnother()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    window.onDocument = [&window] {
+        QDialog dialog(&window);
+        QTimer::singleShot(0, &dialog, [&dialog] {
+            QCoreApplication::processEvents();
+            dialog.accept();
+        });
+        dialog.exec();
+        window.log << u"done"_s;
+    };
+    application()->request(u"/a"_s);
+    application()->request(u"/b"_s);
+    QTRY_COMPARE(window.log, (QStringList{ u"/a"_s, u"done"_s, u"/b"_s, u"done"_s }));
+}
+
+void RequestQueueTest::request_withoutWindowAnyMore_isNoHarm()
+{
+    {
+        Window window;
+        application()->showMainWidget(&window, true);
+        application()->request(u"/a"_s);
+    }
+    settle();
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+}
+
+void RequestQueueTest::end_closesTheWindow_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGHUP") << SIGHUP;
+    QTest::newRow("SIGINT") << SIGINT;
+}
+
+void RequestQueueTest::end_closesTheWindow()
+{
+    QFETCH(int, signal);
+    Window window;
+    application()->showMainWidget(&window, true);
+    ::raise(signal);
+    ::raise(signal);
+    QVERIFY(window.isVisible());
+    QTRY_VERIFY(!window.isVisible());
+    QCOMPARE(window.log, QStringList{ u"close"_s });
+}
+
+void RequestQueueTest::end_cancelsDialogs()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTimer::singleShot(0, &window, [&window] {
+        QDialog outer(&window);
+        QTimer::singleShot(0, &outer, [&outer, &window] {
+            QDialog inner(&outer);
+            QTimer::singleShot(0, &inner, [] { ::raise(SIGTERM); });
+            window.log << u"inner %1"_s.arg(inner.exec());
+        });
+        window.log << u"outer %1"_s.arg(outer.exec());
+    });
+    QTRY_VERIFY(!window.isVisible());
+    QCOMPARE(window.log, (QStringList{ u"inner 0"_s, u"outer 0"_s, u"close"_s }));
+}
+
+void RequestQueueTest::end_waitsForMessageBoxes()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QMessageBox box(&window);
+    box.open();
+    application()->requestEnd();
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(box.isVisible());
+    QVERIFY(window.isVisible());
+    box.accept();
+    QTRY_VERIFY(!window.isVisible());
+    settle();
+    QCOMPARE(window.log, QStringList{ u"close"_s });
+}
+
+void RequestQueueTest::end_waitsWhileHeld()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    application()->holdRequests(true);
+    application()->requestEnd();
+    settle();
+    QVERIFY(window.isVisible());
+    application()->holdRequests(false);
+    QTRY_VERIFY(!window.isVisible());
+}
+
+void RequestQueueTest::end_thatIsRefusedLeavesTheWindow()
+{
+    Window window;
+    window.mayClose = false;
+    application()->showMainWidget(&window, true);
+    application()->request(u"/a"_s);
+    application()->requestEnd();
+    QTRY_COMPARE(window.log, (QStringList{ u"close"_s, u"/a"_s }));
+    QVERIFY(window.isVisible());
+    window.mayClose = true;
+    application()->requestEnd();
+    QTRY_VERIFY(!window.isVisible());
+}
+
+void RequestQueueTest::showMainWidget_maximises()
+{
+    Window window;
+    application()->showMainWidget(&window);
+    QVERIFY(window.isVisible());
+    QVERIFY(window.isMaximized());
+}
+
+int main(int argc, char **argv)
+{
+    QPEApplication::prepareScale();
+    QPEApplication app(argc, argv);
+    RequestQueueTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "requestqueue_test.moc"
