@@ -111,5 +111,6 @@ int MessageBox::question(QWidget *parent, const QString &title, const QString &t
     if (escapeButton != noEscape)
         box.setEscapeButton(pushButtons.at(escapeButton));
     box.exec();
-    return static_cast<int>(pushButtons.indexOf(box.clickedButton()));
+    const auto pressed = static_cast<int>(pushButtons.indexOf(box.clickedButton()));
+    return pressed < 0 ? escapeButton : pressed;
 }

@@ -18,7 +18,8 @@ void about(QWidget *parent, const QString &title, const QString &text);
 
 constexpr int noEscape = -1;
 /// A question with `buttons` in this order; gives the index of the one that was pressed. Return presses
-/// `defaultButton`; Escape and closing the box press `escapeButton`, or do nothing with noEscape.
+/// `defaultButton`; Escape and closing the box press `escapeButton`, or do nothing with noEscape. A box that
+/// the end of the program takes away gives `escapeButton` too.
 int question(QWidget *parent, const QString &title, const QString &text, const QStringList &buttons,
     int defaultButton, int escapeButton);
 

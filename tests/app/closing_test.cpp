@@ -40,6 +40,8 @@ private slots:
     void closeAnswers_data();
     void closeAnswers();
     void closeKeepsTheTabWhenSavingFails();
+    void savingANewDocumentAsksForAName_data();
+    void savingANewDocumentAsksForAName();
     void closedEditorsAreGone();
     void closedDocumentsFreeTheirText();
     void closingShowsTheNeighbour();
@@ -115,6 +117,40 @@ void ClosingTest::closeKeepsTheTabWhenSavingFails()
     window.slotCmdFileCloseTab();
     QCOMPARE(boxes.count(), 2);
     QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+}
+
+void ClosingTest::savingANewDocumentAsksForAName_data()
+{
+    QTest::addColumn<int>("item");
+    QTest::addColumn<bool>("isNamed");
+    QTest::newRow("Close, cancelled") << 7 << false;
+    QTest::newRow("Close") << 7 << true;
+    QTest::newRow("Quit with Save, cancelled") << 9 << false;
+    QTest::newRow("Quit with Save") << 9 << true;
+    QTest::newRow("Quit, cancelled") << 10 << false;
+    QTest::newRow("Quit") << 10 << true;
+}
+
+/// Whatever closes it.
+void ClosingTest::savingANewDocumentAsksForAName()
+{
+    QFETCH(int, item);
+    QFETCH(bool, isNamed);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    if (isNamed)
+        window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    MessageBoxes boxes({ u"Yes"_s });
+    window.item(MenuId::File, item)->trigger();
+    QCOMPARE(boxes.count(), item == 9 ? 0 : 1);
+    QCOMPARE(window.requests.size(), 1);
+    QCOMPARE(window.requests.at(0).mode, frmFileDialog::SaveAs);
+    QCOMPARE(window.tabTexts(), isNamed ? QStringList() : QStringList{ u"* (new document)"_s });
+    QCOMPARE(QFile::exists(files.folder() + u"a.txt"_s), isNamed);
+    QCOMPARE(window.isVisible(), !isNamed || item == 7);
+    QCOMPARE(recentFiles().entries[0].name, isNamed ? u"a.txt"_s : QString());
 }
 
 void ClosingTest::closedEditorsAreGone()

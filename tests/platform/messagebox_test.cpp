@@ -24,6 +24,8 @@ private slots:
     void buttonsStandInTheirOrder();
     void escapePressesItsButton();
     void escapeDoesNothingWithoutItsButton();
+    void boxTakenAwayGivesEscape_data();
+    void boxTakenAwayGivesEscape();
 };
 
 void MessageBoxTest::showsTextsAsTheyAre_data()
@@ -153,6 +155,22 @@ void MessageBoxTest::escapeDoesNothingWithoutItsButton()
         1);
     QVERIFY(stayedOpen);
     QCOMPARE(boxes.shown().at(0).escapeButton, QString());
+}
+
+void MessageBoxTest::boxTakenAwayGivesEscape_data()
+{
+    QTest::addColumn<int>("escapeButton");
+    QTest::newRow("a button") << 2;
+    QTest::newRow("none") << MessageBox::noEscape;
+}
+
+void MessageBoxTest::boxTakenAwayGivesEscape()
+{
+    QFETCH(int, escapeButton);
+    QTimer::singleShot(0, this,
+        [] { qobject_cast<QMessageBox *>(QApplication::activeModalWidget())->done(QDialog::Rejected); });
+    const QStringList buttons{ u"Yes"_s, u"No"_s, u"Cancel"_s };
+    QCOMPARE(MessageBox::question(nullptr, u"Title"_s, u"Text"_s, buttons, 0, escapeButton), escapeButton);
 }
 
 QTEST_MAIN(MessageBoxTest)
