@@ -24,3 +24,13 @@ function(marlopad_window_test name)
     add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/underx $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
+
+# marlopad_wayland_test(NAME LINK LIBS… [SOURCES…]): as marlopad_test, on a Wayland compositor, where no window is ever
+# active, as there are no keys and no pointer.
+function(marlopad_wayland_test name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${name}.cpp ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE Qt6::Test ${arg_LINK} marlopad_flags)
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/underwayland $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()
