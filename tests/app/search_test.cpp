@@ -1,7 +1,7 @@
-#include "search/frmjumpto.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/atprogress.h"
+#include "tests/app/drawntext.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
 
@@ -17,18 +17,6 @@ namespace {
 QList<QComboBox *> fieldsOf(const QWidget &panel)
 {
     return panel.findChildren<QComboBox *>(Qt::FindDirectChildrenOnly);
-}
-
-/// The text with the marked part in brackets, "|" at the cursor.
-QString drawn(const ctlEditer &editor)
-{
-    QString text = editor.text();
-    const qint64 cursor = editor.cursorOffset();
-    const qint64 anchor = editor.anchorOffset();
-    text.insert(qMax(cursor, anchor), cursor == anchor ? u"|" : cursor > anchor ? u"|]" : u"]");
-    if (cursor != anchor)
-        text.insert(qMin(cursor, anchor), cursor > anchor ? u"[" : u"[|");
-    return text;
 }
 
 } // namespace
@@ -49,13 +37,11 @@ private slots:
     void speedingUpLeavesTheMark();
     void lettingNothingIn();
     void nothingToDo();
+    void requestOutlivesPanelAndDocument();
+    void menuDoesNothingBeforeTheFirstRequest();
     void panelOffersHistory();
     void panelKeys();
     void historySurvives();
-    void jumpsToLines_data();
-    void jumpsToLines();
-    void jumpsToLastEdit();
-    void jumpDialog();
 
 private:
     frmSearchDialog *panel(int mode)
@@ -256,6 +242,36 @@ void SearchTest::lettingNothingIn()
     QVERIFY(editor().text().contains(u'x'));
 }
 
+void SearchTest::requestOutlivesPanelAndDocument()
+{
+    editor().setText(QStringLiteral("a b A b"));
+    ask(0, QStringLiteral("A"))->slotBtnNext();
+    QCOMPARE(drawn(editor()), QStringLiteral("a b [A|] b"));
+    m_window->findChild<frmSearchDialog *>()->hide();
+    m_window->slotCmdFileNew();
+    m_window->slotCmdFileNew();
+    editor().setText(QStringLiteral("aA"));
+    m_window->slotCmdViewSrchNext();
+    QCOMPARE(drawn(editor()), QStringLiteral("a[A|]"));
+    editor().setEdited(false);
+    m_window->slotCmdFileCloseTab();
+    editor().setText(QStringLiteral("A|a"));
+    editor().setCursorPosition(0, 3);
+    m_window->slotCmdViewSrchBefo();
+    QCOMPARE(drawn(editor()), QStringLiteral("[|A]|a"));
+    QVERIFY(!m_window->findChild<frmSearchDialog *>()->isVisible());
+}
+
+// What is typed in the panel and not asked for is no request either.
+void SearchTest::menuDoesNothingBeforeTheFirstRequest()
+{
+    editor().setText(QStringLiteral("x x"));
+    ask(0, QStringLiteral("x"));
+    m_window->slotCmdViewSrchNext();
+    m_window->slotCmdViewSrchBefo();
+    QCOMPARE(drawn(editor()), QStringLiteral("|x x"));
+}
+
 void SearchTest::nothingToDo()
 {
     m_window->slotCmdViewSrchNext();
@@ -320,82 +336,6 @@ void SearchTest::historySurvives()
     QCOMPARE(fieldsOf(*shown).at(0)->itemText(0), QStringLiteral(" a,b "));
     QCOMPARE(fieldsOf(*shown).at(1)->currentText(), QStringLiteral("\"c\""));
     QVERIFY(QFile::exists(historyFileName()));
-}
-
-void SearchTest::jumpsToLines_data()
-{
-    QTest::addColumn<qint64>("line");
-    QTest::addColumn<QString>("expected");
-
-    const QString unchanged = QStringLiteral("[aaaaaaaa|]\nb\nc");
-    QTest::newRow("the first") << qint64(1) << "|aaaaaaaa\nb\nc";
-    QTest::newRow("the second, below a wrapped one") << qint64(2) << "aaaaaaaa\n|b\nc";
-    QTest::newRow("the last") << qint64(3) << "aaaaaaaa\nb\n|c";
-    QTest::newRow("zero") << qint64(0) << unchanged;
-    QTest::newRow("negative") << qint64(-1) << unchanged;
-    QTest::newRow("behind the end") << qint64(4) << unchanged;
-    QTest::newRow("far behind the end") << std::numeric_limits<qint64>::max() << unchanged;
-    QTest::newRow("far before the start") << std::numeric_limits<qint64>::min() << unchanged;
-}
-
-void SearchTest::jumpsToLines()
-{
-    QFETCH(qint64, line);
-    QFETCH(QString, expected);
-
-    editor().setText(QStringLiteral("aaaaaaaa\nb\nc"));
-    editor().setWrapColumnOrWidth(3);
-    editor().setWordWrap(QMultiLineEdit::FixedColumnWidth);
-    QVERIFY(editor().numLines() > 3);
-    ask(0, QStringLiteral("aaaaaaaa"));
-    const RowCol end = editor().store().rowColAt(8);
-    editor().setCursorPosition(0, 0);
-    editor().setCursorPosition(end.row, end.column, true);
-    editor().jumpToLine(line);
-    QCOMPARE(drawn(editor()), expected);
-}
-
-void SearchTest::jumpsToLastEdit()
-{
-    editor().setText(QStringLiteral("one\ntwo"));
-    m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), QStringLiteral("|one\ntwo"));
-    editor().setCursorPosition(1, 3);
-    QTest::keyClicks(&editor(), QStringLiteral("xyz"));
-    editor().setCursorPosition(0, 1);
-    m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), QStringLiteral("one\ntwo|xyz"));
-    editor().setCursorPosition(0, 0);
-    editor().setCursorPosition(0, 2, true);
-    editor().insert(QStringLiteral("O"));
-    editor().setCursorPosition(1, 0);
-    m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), QStringLiteral("|Oe\ntwoxyz"));
-    m_window->slotCmdEditUndo();
-    m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), QStringLiteral("one\ntwo|xyz"));
-}
-
-void SearchTest::jumpDialog()
-{
-    editor().setText(QStringLiteral("a\nb\nc"));
-    MessageBoxes boxes;
-    QStringList left;
-    QTimer::singleShot(0, this, [&] {
-        auto *dialog = m_window->findChild<frmJumpTo *>();
-        auto *field = dialog->findChild<QLineEdit *>();
-        QCOMPARE(dialog->windowTitle(), QStringLiteral("Jump to"));
-        QCOMPARE(field->width(), 40);
-        field->setText(QStringLiteral("x"));
-        QTest::keyClick(field, Qt::Key_Return);
-        left << field->text() << (dialog->isVisible() ? QStringLiteral("open") : QStringLiteral("closed"));
-        field->setText(QStringLiteral("３"));
-        buttonOf(*dialog, QStringLiteral("Jump"))->click();
-    });
-    m_window->slotCmdViewGyoJump();
-    QCOMPARE(left, (QStringList{ QStringLiteral("x"), QStringLiteral("open") }));
-    QCOMPARE(boxes.texts(), QStringList{ QStringLiteral("Input Error|Input a number.") });
-    QCOMPARE(drawn(editor()), QStringLiteral("a\nb\n|c"));
 }
 
 QTEST_MAIN(SearchTest)
