@@ -87,6 +87,8 @@ frmSearchDialog::frmSearchDialog(QWidget *parent)
     const QString arrow = u"corvex/replace_to"_s;
     m_arrow->setPixmap(Resource::loadPixmap(arrow));
     layOut();
+    for (QAbstractButton *button : findChildren<QAbstractButton *>())
+        button->installEventFilter(this);
     move(firstPlace);
     Config config(historyFile);
     config.setGroup(historyGroup);
@@ -281,6 +283,18 @@ void frmSearchDialog::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange)
         setTexts();
+}
+
+/// On some desktops Return presses the button that has the focus; here it searches wherever the focus is.
+bool frmSearchDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        return QWidget::eventFilter(watched, event);
+    slotBtnNext();
+    return true;
 }
 
 void frmSearchDialog::keyPressEvent(QKeyEvent *event)

@@ -48,12 +48,15 @@ private slots:
     void historySurvivesAKilledProgram();
     void openPanelKeepsNoProgramRunning();
     void nothingIsWrittenWithoutAPanel();
+    void returnSearchesOnEveryDesktop_data();
+    void returnSearchesOnEveryDesktop();
 
 private:
     void start();
     bool hasEnded();
 
     QScopedPointer<QProcess> m_program;
+    QString m_desktop;
     QTemporaryDir m_folder;
 };
 
@@ -81,6 +84,9 @@ void SearchProgramTest::start()
     QVERIFY(file.write("one needle\n") > 0);
     file.close();
     m_program.reset(new QProcess);
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    variables.insert(u"XDG_CURRENT_DESKTOP"_s, m_desktop);
+    m_program->setProcessEnvironment(variables);
     m_program->start(QStringLiteral(MARLOPAD_PROGRAM), { file.fileName() });
     QVERIFY(m_program->waitForStarted());
     QTRY_COMPARE_WITH_TIMEOUT(activeTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s, 20000);
@@ -131,6 +137,31 @@ void SearchProgramTest::nothingIsWrittenWithoutAPanel()
     press(u"ctrl+q"_s);
     QTRY_VERIFY(hasEnded());
     QVERIFY(!QFile::exists(configFile(u"marlopad_fr.conf"_s)));
+}
+
+void SearchProgramTest::returnSearchesOnEveryDesktop_data()
+{
+    QTest::addColumn<QString>("desktop");
+    QTest::newRow("none") << QString();
+    QTest::newRow("where Return presses buttons") << u"GNOME"_s;
+    QTest::newRow("where it does not") << u"KDE"_s;
+}
+
+/// With the focus on the last button, which closes the panel.
+void SearchProgramTest::returnSearchesOnEveryDesktop()
+{
+    QFETCH(QString, desktop);
+    m_program->kill();
+    m_program->waitForFinished();
+    m_desktop = desktop;
+    start();
+    m_desktop.clear();
+    press(u"ctrl+n"_s);
+    QTRY_COMPARE(activeTitle(), u"Search"_s);
+    outputOf({ u"type"_s, u"needle"_s });
+    outputOf({ u"key"_s, u"Tab"_s, u"Tab"_s, u"Tab"_s, u"Tab"_s, u"Return"_s });
+    QTRY_VERIFY(history().contains("Search0 = needle\n"));
+    QCOMPARE(activeTitle(), u"Search"_s);
 }
 
 QTEST_GUILESS_MAIN(SearchProgramTest)
