@@ -33,7 +33,7 @@ void narrowToFit(QStyleOptionViewItem &option)
     const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1;
     const int room = option.rect.width() - 2 * margin;
     // Widths do not shrink in proportion: the system may choose a narrower face.
-    const auto fits = [&] { return QFontMetrics(option.font).horizontalAdvance(option.text) <= room; };
+    const auto fits = [&] { return QFontMetricsF(option.font).horizontalAdvance(option.text) <= room; };
     for (int stretch = QFont::Unstretched - step; !fits() && stretch >= narrowest; stretch -= step)
         option.font.setStretch(stretch);
 }
