@@ -16,6 +16,10 @@ namespace {
 
 constexpr qint64 farthest = std::numeric_limits<qint64>::max();
 
+/// Device pixels by which shaped text of one segment may cover the next one, and that one character takes.
+constexpr qint64 farthestOverlap = 4096;
+constexpr qint64 largestCharacter = 256;
+
 const QColor markColor(160, 160, 160);
 
 } // namespace
@@ -49,6 +53,8 @@ struct RowLayout::Private {
     /// From the segment that holds `left` to the first character right of `right`.
     void layOutBetween(qint64 from, qint64 to);
     void layOutSegment(qint64 segment);
+    /// Whether shaped text of the segment before reaches to `left`, which the store has behind it.
+    bool isReachedFromBefore(qint64 segment) const;
     /// The segment that holds a column, all of it.
     Private around(qint64 column) const;
     bool holds(qint64 column) const { return column >= first && column <= last; }
@@ -85,12 +91,23 @@ void RowLayout::Private::layOutBetween(qint64 from, qint64 to)
     left = qMax<qint64>(0, from);
     right = qMax(left, to);
     qint64 segment = row.segmentOf(row.nominalColumn(left));
+    if (isReachedFromBefore(segment))
+        --segment;
     startSegment(segment);
     first = last;
     do {
         layOutSegment(segment++);
     } while (last < row.length() && pen - shift <= right);
     end();
+}
+
+bool RowLayout::Private::isReachedFromBefore(qint64 segment) const
+{
+    if (segment == 0 || left - row.nominalX(row.segmentStart(segment)) > farthestOverlap)
+        return false;
+    const Private before = around(row.segmentStart(segment) - 1);
+    return std::any_of(before.columns.begin(), before.columns.end() - 1,
+        [this](const Column &column) { return column.right > left - largestCharacter; });
 }
 
 RowLayout::Private RowLayout::Private::around(qint64 column) const
