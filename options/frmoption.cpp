@@ -57,13 +57,14 @@ frmOption::frmOption(QWidget *parent)
 
 QWidget *frmOption::createButtonRow()
 {
-    auto *ok = new QPushButton(tr("OK"));
+    // Within the dialog from the start: it takes no other button for its default one.
+    auto *row = new QWidget(this);
+    auto *ok = new QPushButton(tr("OK"), row);
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &frmOption::accept);
-    auto *cancel = new QPushButton(tr("Cancel"));
+    auto *cancel = new QPushButton(tr("Cancel"), row);
     connect(cancel, &QPushButton::clicked, this, &frmOption::reject);
 
-    auto *row = new QWidget;
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addStretch();

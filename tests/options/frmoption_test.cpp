@@ -63,6 +63,7 @@ private slots:
     void tabGoesThroughThePageInOrder();
     void pagesAreTurnedByKeys();
     void returnAndEscape();
+    void returnAcceptsWhereverTheFocusWas();
 };
 
 void FrmOptionTest::pagesAndButtons()
@@ -374,6 +375,28 @@ void FrmOptionTest::returnAndEscape()
             QCOMPARE(dialog.result(), int(result));
         }
     }
+}
+
+/// The focus goes to a button when the page it was on is turned, and leaves it again.
+void FrmOptionTest::returnAcceptsWhereverTheFocusWas()
+{
+    frmOption dialog(nullptr);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    };
+    press(Qt::Key_W, Qt::AltModifier);
+    press(Qt::Key_End);
+    press(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), control(dialog, u"WrapLen"_s));
+    press(Qt::Key_2, Qt::AltModifier);
+    press(Qt::Key_T, Qt::AltModifier);
+    QCOMPARE(QApplication::focusWidget(), control(dialog, u"TabLen"_s));
+    QVERIFY(button(dialog, u"OK"_s)->isDefault());
+    press(Qt::Key_Return);
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QVERIFY(!dialog.isVisible());
 }
 
 QTEST_MAIN(FrmOptionTest)
