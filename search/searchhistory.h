@@ -6,7 +6,8 @@
 
 class Config;
 
-/// The texts that were searched for, or replaced by, most recent first: all different, empty ones at the end.
+/// The texts that were searched for, or replaced by, most recent first. Where there are fewer the rest is
+/// empty; gaps and doubles that a file has are kept until they are pushed out.
 class SearchHistory {
 public:
     static constexpr std::size_t size = 20;
