@@ -175,7 +175,7 @@ QWidget *frmFileDialog::createCodeRow()
 
 QWidget *frmFileDialog::createButtonRow()
 {
-    auto *ok = new QPushButton(QStringLiteral("OK"));
+    auto *ok = new QPushButton(QStringLiteral("OK"), this); // in the dialog, which is to know its default one
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &frmFileDialog::accept);
     auto *cancel = new QPushButton(tr("Cancel"));

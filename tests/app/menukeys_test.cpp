@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
 
@@ -107,6 +108,8 @@ private slots:
     void lettersOfFormsAreUnique();
     void tabReachesEveryControl_data();
     void tabReachesEveryControl();
+    void defaultButtonComesBack_data();
+    void defaultButtonComesBack();
 };
 
 void MenuKeysTest::init()
@@ -273,6 +276,42 @@ void MenuKeysTest::tabReachesEveryControl()
     for (const QWidget *widget : expected)
         QVERIFY2(reached.contains(widget),
             qPrintable(widget->objectName() + u' ' + QLatin1StringView(widget->metaObject()->className())));
+}
+
+void MenuKeysTest::defaultButtonComesBack_data()
+{
+    QTest::addColumn<Form>("form");
+    for (const auto &[form, name] : forms) {
+        if (form != Form::Main && form != Form::Search && form != Form::Replace && form != Form::Progress)
+            QTest::newRow(name) << form;
+    }
+}
+
+/// A button that has the focus is the one that Return presses; then it is again the dialog's own.
+void MenuKeysTest::defaultButtonComesBack()
+{
+    QFETCH(Form, form);
+    TestWindow window;
+    QVERIFY(window.open());
+    const std::unique_ptr<QWidget> dialog = ::dialogOf(form, &window);
+    dialog->show();
+    dialog->activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), dialog.get());
+    QPushButton *own = nullptr;
+    QPushButton *other = nullptr;
+    for (QPushButton *button : dialog->findChildren<QPushButton *>()) {
+        if (button->isDefault())
+            own = button;
+        else if (button->autoDefault() && button->isVisible())
+            other = button;
+    }
+    QVERIFY(own && other);
+    QWidget *start = dialog->focusWidget();
+    QVERIFY(start && start != other);
+    other->setFocus();
+    QVERIFY(!own->isDefault());
+    start->setFocus();
+    QVERIFY(own->isDefault());
 }
 
 QTEST_MAIN(MenuKeysTest)
