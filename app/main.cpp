@@ -4,6 +4,7 @@
 int main(int argc, char *argv[])
 {
     QPEApplication::prepareScale();
+    QPEApplication::prepareEventLoop();
     QPEApplicationEsc application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("marlopad"));
     QApplication::setApplicationVersion(QStringLiteral(MARLOPAD_VERSION));

@@ -7,6 +7,7 @@
 
 #include "app/frmmain.h"
 #include "editor/ctlediter.h"
+#include "platform/qpeapplication.h"
 #include "platform/text/textsearch.h"
 #include "search/frmreplaceprogress.h"
 
@@ -82,6 +83,32 @@ void searchBackInVain(benchmark::State &state, Lines lines, Wrapping wrapping, Q
     state.SetBytesProcessed(state.iterations() * store.length());
 }
 
+/// The only hit is the last word of the text.
+void searchFar(benchmark::State &state, Lines lines, Wrapping wrapping)
+{
+    TextStore store = storeOf(English, lines, 100 * mebi, 0, ruleOf(wrapping));
+    store.replace(store.length(), 0, wordOf(English));
+    const TextPattern pattern(wordOf(English), Qt::CaseSensitive);
+    for (auto _ : state) {
+        const auto hit = searchForward(store, pattern, {});
+        benchmark::DoNotOptimize(hit);
+        benchmark::DoNotOptimize(store.rowColAt(hit->begin));
+        if (hit->end.offset != store.length())
+            state.SkipWithError("that is another hit");
+    }
+    state.SetBytesProcessed(state.iterations() * store.length());
+}
+
+/// Nothing is found, though many places begin like the text that is looked for.
+void searchAlike(benchmark::State &state, const char *text, Qt::CaseSensitivity cs)
+{
+    const TextStore store = storeOf(English, OneLine, 100 * mebi, 0, ruleOf(Wrapped));
+    const TextPattern pattern(QString::fromLatin1(text), cs);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(searchForward(store, pattern, {}));
+    state.SetBytesProcessed(state.iterations() * store.length());
+}
+
 /// The whole of a replace-all, with its panel and its events.
 void replaceAll(benchmark::State &state, Script script, Lines lines, Wrapping wrapping, qint64 units,
     qint64 hits, bool speedUp)
@@ -110,6 +137,23 @@ void replaceAll(benchmark::State &state, Script script, Lines lines, Wrapping wr
     state.counters["hits"] = double(count);
 }
 
+/// Undoing everything after a million replacements, and redoing it.
+void undoAll(benchmark::State &state)
+{
+    QWidget window;
+    ctlEditer editor(&window);
+    editor.setText(storeOf(English, ManyLines, 40 * mebi, 1000000, editor.layoutRule()));
+    frmReplaceProgress progress(&window);
+    const SearchRequest request{ 1, 1, wordOf(English), QStringLiteral("tortoise") };
+    ReplaceRun(editor, request, progress).run();
+    for (auto _ : state) {
+        while (editor.undoAvailable())
+            editor.undo();
+        while (editor.redoAvailable())
+            editor.redo();
+    }
+}
+
 } // namespace
 
 #define MARLOPAD_BENCH(function, name, ...)                                                                  \
@@ -130,6 +174,15 @@ MARLOPAD_BENCH(searchInVain, japanese_100Mi_units_without_case, Japanese, ManyLi
 MARLOPAD_BENCH(searchBackInVain, one_wrapped_line_with_case, OneLine, Wrapped, Qt::CaseSensitive);
 MARLOPAD_BENCH(searchBackInVain, lines_without_case, ManyLines, Unwrapped, Qt::CaseInsensitive);
 
+MARLOPAD_BENCH(searchFar, one_wrapped_line_100MiB, OneLine, Wrapped);
+MARLOPAD_BENCH(searchFar, wrapped_lines_100MiB, ManyLines, Wrapped);
+MARLOPAD_BENCH(searchAlike, frequent_letter_with_case, "ezzz", Qt::CaseSensitive);
+MARLOPAD_BENCH(searchAlike, frequent_letter_without_case, "ezzz", Qt::CaseInsensitive);
+MARLOPAD_BENCH(
+    searchAlike, frequent_beginning_with_case, "the quick brown fox jumps over the lazx", Qt::CaseSensitive);
+MARLOPAD_BENCH(searchAlike, frequent_beginning_without_case, "the quick brown fox jumps over the lazx",
+    Qt::CaseInsensitive);
+
 MARLOPAD_BENCH(replaceAll, lines_40MiB_0, English, ManyLines, Unwrapped, 40 * mebi, 0, false)->Iterations(1);
 MARLOPAD_BENCH(replaceAll, lines_40MiB_1000000, English, ManyLines, Unwrapped, 40 * mebi, 1000000, false)
     ->Iterations(1);
@@ -147,9 +200,14 @@ MARLOPAD_BENCH(replaceAll, one_line_40MiB_1000000, English, OneLine, Unwrapped, 
 MARLOPAD_BENCH(
     replaceAll, japanese_40Mi_units_1000000, Japanese, ManyLines, Unwrapped, 40 * mebi, 1000000, false)
     ->Iterations(1);
+MARLOPAD_BENCH(replaceAll, one_wrapped_line_100MiB_100000_speeded_up, English, OneLine, Wrapped, 100 * mebi,
+    100000, true)
+    ->Iterations(1);
+BENCHMARK(undoAll)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 
 int main(int argc, char **argv)
 {
+    QPEApplication::prepareEventLoop();
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -28,6 +28,12 @@ void QPEApplication::prepareScale()
         qputenv("QT_FONT_DPI", "72");
 }
 
+void QPEApplication::prepareEventLoop()
+{
+    if (!qEnvironmentVariableIsSet("QT_NO_GLIB"))
+        qputenv("QT_NO_GLIB", "1");
+}
+
 QPEApplication::QPEApplication(int &argc, char **argv)
     : QApplication(argc, argv)
     , m_requests(new RequestQueue(this))

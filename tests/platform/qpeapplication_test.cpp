@@ -2,6 +2,7 @@
 
 #include "platform/qcop.h"
 
+#include <QAbstractEventDispatcher>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDir>
@@ -119,6 +120,7 @@ private slots:
     void scale();
     void qpeDir_data();
     void qpeDir();
+    void eventsAreTheToolkitsOwn();
 
     void secondStart_handsOver_data();
     void secondStart_handsOver();
@@ -192,6 +194,11 @@ void QPEApplicationTest::qpeDir()
 
 // What is laid out for the window's size must find the size it gets, not the one it had before it was shown.
 // What the user decided in the dialog comes first.
+void QPEApplicationTest::eventsAreTheToolkitsOwn()
+{
+    QVERIFY(!QAbstractEventDispatcher::instance()->inherits("QEventDispatcherGlib"));
+}
+
 void QPEApplicationTest::secondStart_handsOver_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -354,6 +361,7 @@ int main(int argc, char **argv)
         argc -= taken;
     }
     QPEApplication::prepareScale();
+    QPEApplication::prepareEventLoop();
     int none = 1;
     QPEApplication app(isRole ? argc : none, argv);
     if (role == "scale")

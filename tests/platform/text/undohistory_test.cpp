@@ -106,7 +106,7 @@ private:
             return;
         QString followed = m_document.store.text();
         m_document.history.undo(m_document.store, follower(followed));
-        QCOMPARE(followed.size(), m_document.store.length());
+        compareFollowed(followed);
         --m_now;
     }
     void redo()
@@ -115,8 +115,16 @@ private:
             return;
         QString followed = m_document.store.text();
         m_document.history.redo(m_document.store, follower(followed));
-        QCOMPARE(followed.size(), m_document.store.length());
+        compareFollowed(followed);
         ++m_now;
+    }
+    /// What was told to have changed is "?", everything else as it was.
+    void compareFollowed(const QString &followed) const
+    {
+        const QString text = m_document.store.text();
+        QCOMPARE(followed.size(), text.size());
+        for (qsizetype i = 0; i < text.size(); ++i)
+            QVERIFY(followed.at(i) == u'?' || followed.at(i) == text.at(i));
     }
     static UndoHistory::Changed follower(QString &text)
     {
@@ -197,6 +205,8 @@ private slots:
     void changesAreTold();
     void hugeGroupsJoinQuickly();
     void bigDeletionComesBack();
+    void joinedStepsShareTheText();
+    void joinedStepsTellOneChange();
     void randomHistory_data();
     void randomHistory();
 };
@@ -459,6 +469,48 @@ void UndoHistoryTest::bigDeletionComesBack()
     document.history.undo(document.store);
     QCOMPARE(document.store.text(), text);
     QVERIFY(document.store.chunkAt(1000).isLatin1());
+}
+
+/// Of steps that became one the history holds the leaves that they changed, however many they were.
+void UndoHistoryTest::joinedStepsShareTheText()
+{
+    const QString text = QStringLiteral("line of ASCII\n").repeated(20000);
+    Document document(text, 2);
+    for (int i = 0; i < 3000; ++i) {
+        document.erase(70000, 4);
+        document.insert(70000, QStringLiteral("LINE"));
+    }
+    QCOMPARE(document.history.undoSteps(), 2);
+    document.store.checkInvariants();
+    for (int round = 0; round < 3; ++round) {
+        while (document.history.canUndo())
+            document.history.undo(document.store);
+        document.store.checkInvariants();
+        QCOMPARE(document.store.text(), text);
+        while (document.history.canRedo())
+            document.history.redo(document.store);
+        document.store.checkInvariants();
+        QCOMPARE(document.store.text(70000, 4), QStringLiteral("LINE"));
+        QCOMPARE(document.store.length(), text.size());
+    }
+}
+
+void UndoHistoryTest::joinedStepsTellOneChange()
+{
+    Document document(QStringLiteral("0123456789"), 1);
+    document.erase(7, 2);
+    document.insert(2, QStringLiteral("abc"));
+    document.insert(4, QStringLiteral("X"));
+    QCOMPARE(document.store.text(), QStringLiteral("01abXc234569"));
+    QStringList told;
+    const auto tell = [&told](const TextChange &change) {
+        told += QStringLiteral("%1-%2+%3").arg(change.offset).arg(change.removed).arg(change.inserted);
+    };
+    QCOMPARE(document.history.undo(document.store, tell), 9);
+    QCOMPARE(document.store.text(), QStringLiteral("0123456789"));
+    QCOMPARE(document.history.redo(document.store, tell), 5);
+    QCOMPARE(document.store.text(), QStringLiteral("01abXc234569"));
+    QCOMPARE(told.join(u' '), QStringLiteral("2-9+7 2-7+9"));
 }
 
 void UndoHistoryTest::randomHistory_data()
