@@ -5,6 +5,7 @@
 #include "platform/text/leaflayout.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -128,15 +129,14 @@ void sumUpPath(TextTree &tree, qint64 offset, const TextLayout &layout)
 
 } // namespace
 
-void OpenLeaf::open(TextTree &tree, qint64 offset)
+/// Looks for the leaf that holds `offset` and changes nothing.
+void OpenLeaf::find(TextTree &tree, qint64 offset)
 {
     qint64 inLeaf = offset;
     m_leaf = &tree;
     m_parent = nullptr;
     while (!m_leaf->isLeaf()) {
-        detach(*m_leaf);
         m_parent = &innerOf(*m_leaf);
-        m_parent->forgetTable();
         m_leaf = &childAt(*m_leaf, inLeaf);
     }
     m_start = offset - inLeaf;
@@ -145,15 +145,35 @@ void OpenLeaf::open(TextTree &tree, qint64 offset)
     m_behind = end < tree.units() ? codePointAt(tree, end) : U'\n';
 }
 
+/// Makes the path to the leaf the tree's own: what is known of it is about to be wrong.
+void OpenLeaf::own(TextTree &tree)
+{
+    qint64 inLeaf = m_start;
+    m_leaf = &tree;
+    while (!m_leaf->isLeaf()) {
+        detach(*m_leaf);
+        m_parent = &innerOf(*m_leaf);
+        m_parent->forgetTable();
+        m_leaf = &childAt(*m_leaf, inLeaf);
+    }
+    m_isOwned = true;
+}
+
 bool OpenLeaf::replace(
     TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
 {
     if (!holds(offset, offset + removed)) {
         close(tree, layout);
         if (!tree.isEmpty())
-            open(tree, offset);
+            find(tree, offset);
     }
-    if (!holds(offset, offset + removed) || !edit(offset - m_start, removed, inserted, layout)) {
+    if (!holds(offset, offset + removed) || !canEdit(offset - m_start, removed, inserted)) {
+        close(tree, layout);
+        return false;
+    }
+    if (!m_isOwned)
+        own(tree);
+    if (!edit(offset - m_start, removed, inserted, layout)) {
         close(tree, layout);
         return false;
     }
@@ -161,29 +181,33 @@ bool OpenLeaf::replace(
     return true;
 }
 
-/// False if the leaf would become too small, or too large and its parent has no room for another.
-bool OpenLeaf::edit(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
+/// No if the leaf would become too small, or too large and its parent has no room for another.
+bool OpenLeaf::canEdit(qint64 offset, qint64 removed, QStringView inserted) const
 {
     const qint64 size = leaf().size - removed + inserted.size();
-    if (size < (m_parent ? TextLeaf::minSize() : 1)
-        || (m_parent && !EditedLeaf(leaf(), offset, removed, inserted).isWhole(m_before, m_behind)))
-        return false;
-    if (size > TextLeaf::maxSize())
+    if (!m_parent)
+        return size >= 1 && size <= TextLeaf::maxSize();
+    const bool canDivide = m_parent->count < TextInner::maxCount() && size <= 2 * TextLeaf::maxSize() - 2;
+    return size >= TextLeaf::minSize() && (size <= TextLeaf::maxSize() || canDivide)
+        && EditedLeaf(leaf(), offset, removed, inserted).isWhole(m_before, m_behind);
+}
+
+bool OpenLeaf::edit(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
+{
+    if (leaf().size - removed + inserted.size() > TextLeaf::maxSize())
         return divide(offset, removed, inserted, layout);
     editLeaf(*m_leaf, offset, removed, inserted);
     return true;
 }
 
-/// Makes two leaves of the open one. The first of them is open then.
+/// Makes two leaves of the open one. The first of them is open then. False where no character ends near the
+/// middle.
 bool OpenLeaf::divide(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
 {
-    const qint64 size = leaf().size - removed + inserted.size();
-    if (!m_parent || m_parent->count == TextInner::maxCount() || size > 2 * TextLeaf::maxSize() - 2)
-        return false;
     const LeafText text = editedText(leaf(), offset, removed, inserted);
     const QStringView view(text.data(), text.size());
     const qint64 middle = cutPlace(view, view.size() / 2);
-    if (size - middle > TextLeaf::maxSize())
+    if (view.size() - middle > TextLeaf::maxSize())
         return false;
     m_behind = codePointAt(view, middle);
     std::move_backward(m_leaf + 1, m_parent->end(), m_parent->end() + 1);
@@ -195,9 +219,8 @@ bool OpenLeaf::divide(qint64 offset, qint64 removed, QStringView inserted, const
 
 void OpenLeaf::close(TextTree &tree, const TextLayout &layout)
 {
-    if (!m_leaf)
-        return;
     m_leaf = nullptr;
     m_growth = 0;
-    sumUpPath(tree, m_start, layout);
+    if (std::exchange(m_isOwned, false))
+        sumUpPath(tree, m_start, layout);
 }

@@ -28,12 +28,15 @@ public:
     qint64 growth() const { return m_growth; }
 
 private:
-    void open(TextTree &tree, qint64 offset);
+    void find(TextTree &tree, qint64 offset);
+    void own(TextTree &tree);
+    bool canEdit(qint64 offset, qint64 removed, QStringView inserted) const;
     bool edit(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout);
     bool divide(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout);
 
     TextTree *m_leaf = nullptr; ///< among its parent's children; null: none is open
     TextInner *m_parent = nullptr; ///< null: the leaf is the whole tree
+    bool m_isOwned = false; ///< nobody else holds the nodes above the leaf, and what they tell of it is old
     qint64 m_start = 0;
     qint64 m_growth = 0;
     char32_t m_before = U'\n'; ///< on the other side of the leaf's ends; LF where there is nothing
