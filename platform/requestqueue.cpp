@@ -79,8 +79,8 @@ void RequestQueue::stopWatching()
 
 void RequestQueue::schedule()
 {
-    if (m_closing && !m_delivering)
-        cancelDialog();
+    if (m_closing && !m_delivering && cancelDialog())
+        return;
     const bool mayDeliver = m_closing ? isFree() : isReady();
     if (m_scheduled || !isWaiting() || !mayDeliver)
         return;
@@ -102,14 +102,18 @@ void RequestQueue::deliver()
     stopWatching();
 }
 
-/// A dialog that is cancelled may uncover another one: the next look at the queue cancels that.
-void RequestQueue::cancelDialog()
+/// False if there was nothing to cancel. What is cancelled ends when its caller goes on, and may uncover
+/// another dialog: the next look at the queue sees to both.
+bool RequestQueue::cancelDialog()
 {
-    if (QWidget *popup = QApplication::activePopupWidget())
+    QWidget *const popup = QApplication::activePopupWidget();
+    if (popup)
         popup->close();
     auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-    if (dialog && !qobject_cast<QMessageBox *>(dialog))
+    const bool isCancelled = dialog && !qobject_cast<QMessageBox *>(dialog);
+    if (isCancelled)
         dialog->reject();
+    return popup || isCancelled;
 }
 
 void RequestQueue::deliverClose()

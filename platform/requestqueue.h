@@ -37,7 +37,7 @@ private:
     void watch();
     void stopWatching();
     void schedule();
-    void cancelDialog();
+    bool cancelDialog();
     void deliver();
     void deliverClose();
 
