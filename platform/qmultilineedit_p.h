@@ -164,11 +164,13 @@ struct QMultiLineEdit::Private {
     ViewScrollBar *const horizontalBar;
     qint64 top = 0;
     ScrollRange rows;
-    bool syncingBar = false;
-    QBasicTimer blinkTimer;
-    bool cursorOn = true;
     qint64 dropOffset = -1; ///< where a dragged text would go; -1: nothing is dragged over the view
+    QPointF dropPoint; ///< where a dragged text is now
+    QBasicTimer dropScroll; ///< runs only while one is held near the view's edge and the view can go on
+    QBasicTimer blinkTimer;
     int wheelRest = 0; ///< turned so far, not enough for a row
+    bool syncingBar = false;
+    bool cursorOn = true;
 
     /// Rows that fit completely into the view, or into that many pixels; at least 1.
     qint64 visibleRows() const;
@@ -240,8 +242,6 @@ struct QMultiLineEdit::Private {
 
     // Clipboard, drag and drop, menu.
     QPointer<TextMimeData> primary; ///< what was offered last and still follows the marked text
-    QPointF dropPoint; ///< where a dragged text is now
-    QBasicTimer dropScroll; ///< runs only while one is held near the view's edge and the view can go on
 
     bool canPaste(const QMimeData *data) const;
     void copyMarked() const;
