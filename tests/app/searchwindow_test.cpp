@@ -26,6 +26,19 @@ void xdotool(const QString &command, const QWidget &window)
     xdotool({ command, QString::number(window.winId()) });
 }
 
+/// The key of the window manager, when the window has its focus and not only ours.
+void pressAltF4(const QWidget &window)
+{
+    const auto focused = [] {
+        QProcess process;
+        process.start(u"xdotool"_s, { u"getwindowfocus"_s, u"-f"_s });
+        process.waitForFinished();
+        return process.readAllStandardOutput().trimmed().toULongLong();
+    };
+    QTRY_COMPARE(focused(), quint64(window.winId()));
+    xdotool({ u"key"_s, u"alt+F4"_s });
+}
+
 /// A number that the window system tells of a window.
 int told(const QWidget &window, const QString &name)
 {
@@ -163,7 +176,7 @@ void SearchWindowTest::windowManagersCloseHidesThePanel()
 {
     show(0);
     findField(panel())->setEditText(u"typed"_s);
-    xdotool({ u"key"_s, u"alt+F4"_s });
+    pressAltF4(panel());
     QTRY_VERIFY(!panel().isVisible());
     QVERIFY(m_window->isVisible());
     QCOMPARE(m_window->tabBar()->count(), 1);
@@ -204,7 +217,7 @@ void SearchWindowTest::closedProgressStopsTheRun()
 {
     const AtProgress closeIt([](frmReplaceProgress &progress) {
         QVERIFY(QTest::qWaitForWindowActive(&progress));
-        xdotool({ u"key"_s, u"alt+F4"_s });
+        pressAltF4(progress);
         QTRY_VERIFY(!progress.isVisible());
     });
     MessageBoxes boxes;
