@@ -93,7 +93,8 @@ void RequestQueue::deliver()
     m_scheduled = false;
     if (m_closing && isFree())
         deliverClose();
-    while (!m_fileNames.isEmpty() && isReady()) {
+    // The end may be requested while a file's questions are open.
+    while (!m_closing && !m_fileNames.isEmpty() && isReady()) {
         const QScopedValueRollback delivering(m_delivering, true);
         [[maybe_unused]] const bool isTaken = QMetaObject::invokeMethod(
             m_receiver, "setDocument", Qt::DirectConnection, Q_ARG(QString, m_fileNames.takeFirst()));

@@ -73,6 +73,7 @@ private slots:
     void end_waitsForMessageBoxes();
     void end_waitsWhileHeld();
     void end_thatIsRefusedLeavesTheWindow();
+    void end_comesBeforeTheFilesThatAreLeft();
     void showMainWidget_maximises();
 };
 
@@ -306,6 +307,23 @@ void RequestQueueTest::end_thatIsRefusedLeavesTheWindow()
     window.mayClose = true;
     application()->requestEnd();
     QTRY_VERIFY(!window.isVisible());
+}
+
+void RequestQueueTest::end_comesBeforeTheFilesThatAreLeft()
+{
+    Window window;
+    window.mayClose = false;
+    window.onDocument = [] { application()->requestEnd(); };
+    application()->showMainWidget(&window, true);
+    application()->request(u"/a"_s);
+    application()->request(u"/b"_s);
+    QTRY_COMPARE(window.log, (QStringList{ u"/a"_s, u"close"_s, u"/b"_s, u"close"_s }));
+    window.mayClose = true;
+    application()->request(u"/c"_s);
+    application()->request(u"/d"_s);
+    QTRY_VERIFY(!window.isVisible());
+    settle();
+    QCOMPARE(window.log.mid(4), (QStringList{ u"/c"_s, u"close"_s }));
 }
 
 void RequestQueueTest::showMainWidget_maximises()
