@@ -100,7 +100,7 @@ void frmMain::openDocument(const QString &path, int charCode)
     if (ctlEditer *editor = editorOfFile(file.folder + file.name)) {
         tabBar()->setCurrentTab(editor);
         const QString question =
-            tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forDisplay(path));
+            tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
         if (editor->edited() && isReloadWanted(tr("Existing File"), question))
             loadInto(editor, file);
         return;
@@ -148,7 +148,7 @@ void frmMain::slotCmdFileReload()
     ctlEditer *editor = currentEditor();
     if (!editor || !isSaved(editor) || editor->name().isEmpty())
         return;
-    const QString question = tr("Cancel edit and reload\n'%1'?").arg(FileName::forDisplay(editor->name()));
+    const QString question = tr("Cancel edit and reload\n'%1'?").arg(FileName::forMessage(editor->name()));
     if (isReloadWanted(tr("Confirm Reload"), question))
         loadInto(editor, { editor->path(), editor->name(), codeToReload(editor), 0 });
 }

@@ -17,7 +17,7 @@ void frmMain::slotCmdFileProp()
     const qint64 chars = counts.singleByteChars + counts.doubleByteChars;
     MessageBox::information(this, tr("Document properties"),
         tr("Path : %1\nName : %2\n\nChar code  : %3\nReturn code: %4\n")
-                .arg(FileName::forDisplay(editor->path()), FileName::forDisplay(editor->name()),
+                .arg(FileName::forMessage(editor->path()), FileName::forMessage(editor->name()),
                     editor->charCodeName(), editor->returnCodeName())
             + tr("File size  : %1 KB (%2 byte)\n\n").arg(groupDigits(kilobytes), groupDigits(bytes))
             + tr("Char count : %1\nRow count  : %2")

@@ -138,7 +138,7 @@ bool frmMain::saveIfWanted(ctlEditer *editor)
 frmMain::SaveAnswer frmMain::askToSave(const ctlEditer *editor)
 {
     const QString question =
-        tr("\"%1\" is edited.\n Would you want to save this file?").arg(FileName::forDisplay(editor->name()));
+        tr("\"%1\" is edited.\n Would you want to save this file?").arg(FileName::forMessage(editor->name()));
     const QStringList buttons{ tr("Yes"), tr("No"), tr("Cancel") };
     return SaveAnswer(MessageBox::question(
         this, tr("Confirm File Save"), question, buttons, int(SaveAnswer::Yes), int(SaveAnswer::Cancel)));

@@ -108,7 +108,7 @@ bool ctlEditer::writeText(const QString &fileName)
     if (fileName == m_unreadFile)
         writer.keepOldContent();
     const bool isWritten = writer.write(store(), *codecToWrite(m_charCode));
-    const QString kept = FileName::forDisplay(FileName::fromBytes(writer.keptCopy()));
+    const QString kept = FileName::forMessage(FileName::fromBytes(writer.keptCopy()));
     const QString title = tr("File Write Error");
     if (!isWritten)
         MessageBox::critical(this, title,

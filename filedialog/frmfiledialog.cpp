@@ -298,7 +298,7 @@ bool frmFileDialog::isNameUsable()
 bool frmFileDialog::isFileUsable()
 {
     const QString path = dirPath + fileName;
-    const QString shownName = FileName::forDisplay(fileName);
+    const QString shownName = FileName::forMessage(fileName);
     if (m_mode == Open && !FileName::exists(path)) {
         MessageBox::critical(this, tr("error"), tr("%1\nThis file does not exists.").arg(shownName));
         return false;

@@ -4,7 +4,9 @@
 
 #include <QChar>
 #include <QDir>
+#include <QStringList>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -116,4 +118,11 @@ QString FileName::forDisplay(const QString &name)
             shown[i] = QChar::ReplacementCharacter;
     }
     return shown + missingDirectionEnds(name);
+}
+
+QString FileName::forMessage(const QString &name)
+{
+    QStringList lines = name.split(u'\n');
+    std::transform(lines.begin(), lines.end(), lines.begin(), forDisplay);
+    return lines.join(u'\n');
 }

@@ -30,5 +30,7 @@ bool isFolder(QStringView name);
 /// The name as it may be shown in one line: every undecodable byte and every control character is U+FFFD, and
 /// a direction that it begins for what follows ends with it, so that no name turns the text around it.
 QString forDisplay(const QString &name);
+/// The same for texts of several lines, such as those of message boxes: a line feed in the name stays one.
+QString forMessage(const QString &name);
 
 } // namespace FileName

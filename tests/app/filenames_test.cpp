@@ -65,8 +65,12 @@ void FileNamesTest::cleanup()
 void FileNamesTest::addNames()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("shown");
-    const auto same = [](const char *title, const QString &name) { QTest::newRow(title) << name << name; };
+    QTest::addColumn<QString>("shown"); // in one line
+    QTest::addColumn<QString>("shownInBox");
+    const auto row = [](const char *title, const QString &name, const QString &shown) {
+        QTest::newRow(title) << name << shown << shown;
+    };
+    const auto same = [&row](const char *title, const QString &name) { row(title, name, name); };
     same("ampersand", u"a&b&&c.txt"_s);
     same("mark-up", u"<b>x<br>&amp;.txt"_s);
     same("percent", u"%1 %2 %L1 %n.txt"_s);
@@ -76,10 +80,10 @@ void FileNamesTest::addNames()
     same("emoji", u"😀.txt"_s);
     same("Hebrew", u"שלום.txt"_s);
     same("right-to-left mark", u"a\u200Fb.txt"_s);
-    QTest::newRow("right-to-left override") << u"a\u202Etxt.b"_s << u"a\u202Etxt.b\u202C"_s;
-    QTest::newRow("line feed") << u"a\nb.txt"_s << u"a\uFFFDb.txt"_s;
-    QTest::newRow("tab and escape") << u"a\tb\u001Bc.txt"_s << u"a\uFFFDb\uFFFDc.txt"_s;
-    QTest::newRow("line separator") << u"a\u2028b.txt"_s << u"a\uFFFDb.txt"_s;
+    row("right-to-left override", u"a\u202Etxt.b"_s, u"a\u202Etxt.b\u202C"_s);
+    row("tab and escape", u"a\tb\u001Bc.txt"_s, u"a\uFFFDb\uFFFDc.txt"_s);
+    row("line separator", u"a\u2028b.txt"_s, u"a\uFFFDb.txt"_s);
+    QTest::newRow("line feed") << u"a\nb.txt"_s << u"a\uFFFDb.txt"_s << u"a\nb.txt"_s;
 }
 
 void FileNamesTest::open(const QString &name)
@@ -122,7 +126,7 @@ void FileNamesTest::questions_data()
 void FileNamesTest::questions()
 {
     QFETCH(QString, name);
-    QFETCH(QString, shown);
+    QFETCH(QString, shownInBox);
     open(name);
     QTest::keyClicks(m_window->currentEditor(), u"x"_s);
     MessageBoxes boxes({ u"No"_s, u"No"_s, u"Cancel"_s });
@@ -133,11 +137,11 @@ void FileNamesTest::questions()
     QStringList texts = boxes.texts();
     texts.last() = texts.constLast().section(u"\n\n"_s, 0, 0);
     QCOMPARE(texts,
-        QStringList({ u"Existing File|File named '"_s + m_files->folder() + shown
+        QStringList({ u"Existing File|File named '"_s + m_files->folder() + shownInBox
                 + u"' already opens.\nCancel edit and reload?"_s,
-            u"Confirm Reload|Cancel edit and reload\n'"_s + shown + u"'?"_s,
-            u"Confirm File Save|\""_s + shown + u"\" is edited.\n Would you want to save this file?"_s,
-            u"Document properties|Path : "_s + m_files->folder() + u"\nName : "_s + shown }));
+            u"Confirm Reload|Cancel edit and reload\n'"_s + shownInBox + u"'?"_s,
+            u"Confirm File Save|\""_s + shownInBox + u"\" is edited.\n Would you want to save this file?"_s,
+            u"Document properties|Path : "_s + m_files->folder() + u"\nName : "_s + shownInBox }));
     for (const MessageBoxes::Box &box : boxes.shown())
         QCOMPARE(box.format, Qt::PlainText);
 }

@@ -579,10 +579,10 @@ void FileDialogTest::folderNamedAsTheFile()
 void FileDialogTest::namesAreShownAsTheyAre()
 {
     const TestFolder folder;
-    ShownDialog shown(frmFileDialog::Open, folder.path(), latin1("%2 & %1"));
+    ShownDialog shown(frmFileDialog::Open, folder.path(), latin1("%2 & %1\n%3"));
     const BoxAnswer answer(latin1("OK"));
     shown.dialog.accept();
-    QCOMPARE(answer.text, latin1("%2 & %1\nThis file does not exists."));
+    QCOMPARE(answer.text, latin1("%2 & %1\n%3\nThis file does not exists."));
 }
 
 void FileDialogTest::acceptBeforeTheListIsFilled()

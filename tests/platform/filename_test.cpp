@@ -27,6 +27,8 @@ private slots:
     void exists();
     void shows_data();
     void shows();
+    void showsLines_data();
+    void showsLines();
     void absolute_data();
     void absolute();
 };
@@ -155,6 +157,24 @@ void FilenameTest::shows()
     QFETCH(QString, name);
     QFETCH(QString, shown);
     QCOMPARE(FileName::forDisplay(name), shown);
+}
+
+void FilenameTest::showsLines_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("one line") << u"a b.txt"_s << u"a b.txt"_s;
+    QTest::newRow("line feeds") << u"\na\n\nb"_s << u"\na\n\nb"_s;
+    QTest::newRow("other controls") << u"a\tb\n\rc\u2028"_s << u"a\uFFFDb\n\uFFFDc\uFFFD"_s;
+    QTest::newRow("undecodable bytes") << u"\xDC8A\n\xDCBF"_s << u"\uFFFD\n\uFFFD"_s;
+    QTest::newRow("override ends with its line") << u"a\u202Eb\nc"_s << u"a\u202Eb\u202C\nc"_s;
+}
+
+void FilenameTest::showsLines()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, shown);
+    QCOMPARE(FileName::forMessage(name), shown);
 }
 
 void FilenameTest::absolute_data()
