@@ -101,8 +101,10 @@ void frmMain::openDocument(const QString &path, int charCode)
         tabBar()->setCurrentTab(editor);
         const QString question =
             tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
-        if (editor->edited() && isReloadWanted(tr("Existing File"), question))
+        if (editor->edited() && isReloadWanted(tr("Existing File"), question)) {
             loadInto(editor, file);
+            restorePosition(editor);
+        }
         return;
     }
     ctlEditer *editor = addDocument(FileName::forDisplay(file.name));

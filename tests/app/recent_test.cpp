@@ -59,6 +59,7 @@ private slots:
     void recordsPosition();
     void restoresPosition_data();
     void restoresPosition();
+    void restoresPositionWhenReadAgain();
     void reopenedViewIsTheSame_data();
     void reopenedViewIsTheSame();
     void undecodableNameIsReopened();
@@ -247,6 +248,23 @@ void RecentTest::restoresPosition()
             window.slotCmdFileCloseTab();
         }
     }
+}
+
+/// A file that is open and modified is opened and read again: the place is the remembered one, not the top.
+void RecentTest::restoresPositionWhenReadAgain()
+{
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, "text");
+    remember(name, 4);
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    QTest::keyClicks(window.currentEditor(), u"xyz"_s);
+    MessageBoxes boxes({ u"Yes"_s });
+    window.setDocument(name);
+    QCOMPARE(boxes.titles(), QStringList{ u"Existing File"_s });
+    QCOMPARE(window.currentEditor()->text(), u"text"_s);
+    QCOMPARE(window.currentEditor()->cursorPosition().column, 2);
 }
 
 void RecentTest::reopenedViewIsTheSame_data()
