@@ -1,77 +1,11 @@
-#include "filedialog/ctlfilelistview.h"
-#include "tests/filedialog/formtest.h"
+#include "tests/filedialog/shownlist.h"
 #include "tests/filedialog/testfolder.h"
 
-#include <QFile>
 #include <QHeaderView>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <QStyledItemDelegate>
 
-#include <memory>
-
-namespace {
-
-using Item = ctlFileListViewItem;
-
-/// A list that shows a folder in a window, with what it reports.
-struct ShownList {
-    explicit ShownList(const QString &path)
-    {
-        list.resize(210, 130);
-        list.nameFilter = QStringLiteral("*");
-        list.show();
-        list.activateWindow();
-        list.setFocus();
-        list.showFolder(path);
-    }
-
-    QStringList names() const
-    {
-        QStringList result;
-        for (int row = 0; row < list.topLevelItemCount(); ++row)
-            result += list.topLevelItem(row)->text(Item::NameColumn);
-        return result;
-    }
-    Item *item(const char *name) const
-    {
-        for (int row = 0; row < list.topLevelItemCount(); ++row) {
-            if (list.topLevelItem(row)->text(Item::NameColumn) == QString::fromUtf8(name))
-                return static_cast<Item *>(list.topLevelItem(row));
-        }
-        return nullptr;
-    }
-    QString selected() const
-    {
-        return list.selectedItem() ? list.selectedItem()->text(Item::NameColumn) : QString();
-    }
-    QPoint place(const char *name) const { return list.visualItemRect(item(name)).center(); }
-    void click(QPoint at) { QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at); }
-    void click(const char *name) { click(place(name)); }
-    /// The four events of a double click.
-    void doubleClick(QPoint at, Qt::MouseButton button = Qt::LeftButton)
-    {
-        QTest::mouseClick(list.viewport(), button, {}, at);
-        QTest::mouseDClick(list.viewport(), button, {}, at);
-    }
-    void key(Qt::Key key) { QTest::keyClick(&list, key); }
-
-    ctlFileListView list;
-    QSignalSpy selectedFiles{ &list, &ctlFileListView::fileSelected };
-    QSignalSpy refreshed{ &list, &ctlFileListView::listRefreshed };
-    QSignalSpy opened{ &list, &ctlFileListView::execItem };
-};
-
-QStringList strings(std::initializer_list<const char *> texts)
-{
-    QStringList result;
-    for (const char *text : texts)
-        result += QString::fromUtf8(text);
-    return result;
-}
-
-} // namespace
-
+/// What a list shows of a folder, and of the folder above.
 class ListViewTest : public QObject {
     Q_OBJECT
 
@@ -86,13 +20,8 @@ private slots:
     void filterIsForFiles();
     void harmlessEntries();
 
-    void sortsByEveryColumn_data();
-    void sortsByEveryColumn();
-    void headerSorts();
-    void keysSort();
     void folderHasOneName_data();
     void folderHasOneName();
-    void refreshKeepsTheOrder();
 
     void goingUpSelectsTheFolderLeft();
     void goingUpFromTheRoot();
@@ -103,31 +32,13 @@ private slots:
     void linkIsLeftToItsOwnFolder();
     void refreshScrollsToTheTop();
 
-    void keys_data();
-    void keys();
-    void returnWithoutSelection();
-    void firstKeySelectsTheRowOfTheFocus_data();
-    void firstKeySelectsTheRowOfTheFocus();
-    void returnIsTaken();
-    void walksByKeysAlone();
-
-    void tapOnAnotherRowSelects();
-    void tapOnTheSelectedRowOpens();
-    void tapOnTheFolderJustLeftOpens();
-    void tapAfterARefreshSelects();
-    void doubleClickOpensOnce_data();
-    void doubleClickOpensOnce();
-    void doubleClickByAnotherButton();
-
     void placesBelowARoot();
     void paintsUndecodableNames();
 };
 
 void ListViewTest::init()
 {
-    failOnWarnings();
-    setScreenClass(false);
-    loadFileIcons();
+    resetLists();
 }
 
 void ListViewTest::columns_data()
@@ -251,91 +162,6 @@ void ListViewTest::harmlessEntries()
     QCOMPARE(shown.opened.size(), 3);
 }
 
-void ListViewTest::sortsByEveryColumn_data()
-{
-    QTest::addColumn<int>("column");
-    QTest::addColumn<Qt::SortOrder>("order");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("name up") << 0 << Qt::AscendingOrder << strings({ "f1", "F2", "a", "B", "c", "D" });
-    QTest::newRow("name down") << 0 << Qt::DescendingOrder << strings({ "D", "c", "B", "a", "F2", "f1" });
-    QTest::newRow("size up, equal kilobytes by name")
-        << 1 << Qt::AscendingOrder << strings({ "f1", "F2", "a", "c", "D", "B" });
-    QTest::newRow("size down, equal kilobytes by name")
-        << 1 << Qt::DescendingOrder << strings({ "B", "D", "a", "c", "f1", "F2" });
-    QTest::newRow("date up, equal minutes by name")
-        << 2 << Qt::AscendingOrder << strings({ "F2", "f1", "D", "a", "B", "c" });
-    QTest::newRow("date down, equal minutes by name")
-        << 2 << Qt::DescendingOrder << strings({ "c", "a", "B", "D", "f1", "F2" });
-}
-
-void ListViewTest::sortsByEveryColumn()
-{
-    QFETCH(int, column);
-    QFETCH(Qt::SortOrder, order);
-    QFETCH(QStringList, expected);
-    constexpr time_t minute = 60;
-    constexpr time_t start = 1'700'000'040; // a whole minute
-    const TestFolder folder;
-    folder.file("a", 1);
-    folder.file("B", 5000);
-    folder.file("c", 1000);
-    folder.file("D", 1024);
-    folder.folder("f1");
-    folder.folder("F2");
-    folder.time("a", start + minute);
-    folder.time("B", start + minute + 30);
-    folder.time("c", start + 2 * minute);
-    folder.time("D", start);
-    folder.time("f1", start + minute);
-    folder.time("F2", start);
-    ShownList shown(folder.path());
-    shown.list.header()->setSortIndicator(column, order);
-    shown.list.showFolder(folder.path());
-    QCOMPARE(shown.names(), expected);
-}
-
-void ListViewTest::headerSorts()
-{
-    const TestFolder folder;
-    folder.file("a", 3000);
-    folder.file("b", 2000);
-    folder.folder("f");
-    ShownList shown(folder.path());
-    shown.list.setCurrentItem(shown.item("b"));
-    const auto clickHeader = [&shown](int column) {
-        const QPoint at(shown.list.header()->sectionViewportPosition(column) + 10, 4);
-        QTest::mouseClick(shown.list.header()->viewport(), Qt::LeftButton, {}, at);
-    };
-    clickHeader(0);
-    QCOMPARE(shown.names(), strings({ "b", "a", "f" }));
-    clickHeader(1);
-    QCOMPARE(shown.names(), strings({ "f", "b", "a" }));
-    clickHeader(1);
-    QCOMPARE(shown.names(), strings({ "a", "b", "f" }));
-    QCOMPARE(shown.selected(), QStringLiteral("b"));
-    QCOMPARE(shown.refreshed.size(), 1);
-}
-
-void ListViewTest::keysSort()
-{
-    const TestFolder folder;
-    folder.file("a", 3000);
-    folder.file("b", 2000);
-    folder.folder("f");
-    ShownList shown(folder.path());
-    const auto press = [&shown](Qt::Key key) { QTest::keyClick(&shown.list, key, Qt::ControlModifier); };
-    press(Qt::Key_1);
-    QCOMPARE(shown.names(), strings({ "b", "a", "f" }));
-    press(Qt::Key_2);
-    QCOMPARE(shown.names(), strings({ "f", "b", "a" }));
-    press(Qt::Key_2);
-    QCOMPARE(shown.names(), strings({ "a", "b", "f" }));
-    press(Qt::Key_3);
-    QCOMPARE(shown.list.header()->sortIndicatorSection(), 2);
-    press(Qt::Key_4);
-    QCOMPARE(shown.list.header()->sortIndicatorSection(), 2);
-}
-
 void ListViewTest::folderHasOneName_data()
 {
     QTest::addColumn<QString>("spelling");
@@ -358,19 +184,6 @@ void ListViewTest::folderHasOneName()
     QCOMPARE(shown.names(), strings({ "x" }));
     shown.list.goUpFolder();
     QCOMPARE(shown.selected(), QStringLiteral("sub"));
-}
-
-void ListViewTest::refreshKeepsTheOrder()
-{
-    const TestFolder folder;
-    folder.file("a");
-    folder.file("b");
-    ShownList shown(folder.path());
-    shown.list.header()->setSortIndicator(0, Qt::DescendingOrder);
-    QCOMPARE(shown.names(), strings({ "b", "a" }));
-    folder.file("c");
-    shown.list.showFolder(folder.path());
-    QCOMPARE(shown.names(), strings({ "c", "b", "a" }));
 }
 
 void ListViewTest::goingUpSelectsTheFolderLeft()
@@ -475,221 +288,6 @@ void ListViewTest::refreshScrollsToTheTop()
     QCOMPARE(shown.selected(), QString());
 }
 
-void ListViewTest::keys_data()
-{
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<QByteArray>("selected");
-    QTest::addColumn<QByteArray>("folder"); // relative
-    QTest::addColumn<int>("opened");
-    QTest::newRow("Backspace goes up") << Qt::Key_Backspace << QByteArray("file") << QByteArray("") << 0;
-    QTest::newRow("Left goes up") << Qt::Key_Left << QByteArray("sub") << QByteArray("") << 0;
-    QTest::newRow("Return enters a folder")
-        << Qt::Key_Return << QByteArray("sub") << QByteArray("top/sub/") << 0;
-    QTest::newRow("Enter enters a folder")
-        << Qt::Key_Enter << QByteArray("sub") << QByteArray("top/sub/") << 0;
-    QTest::newRow("Right enters a folder")
-        << Qt::Key_Right << QByteArray("sub") << QByteArray("top/sub/") << 0;
-    QTest::newRow("Return opens a file") << Qt::Key_Return << QByteArray("file") << QByteArray("top/") << 1;
-    QTest::newRow("Enter opens a file") << Qt::Key_Enter << QByteArray("file") << QByteArray("top/") << 1;
-    QTest::newRow("Right leaves a file") << Qt::Key_Right << QByteArray("file") << QByteArray("top/") << 0;
-    QTest::newRow("Space leaves a file") << Qt::Key_Space << QByteArray("file") << QByteArray("top/") << 0;
-}
-
-void ListViewTest::keys()
-{
-    QFETCH(Qt::Key, key);
-    QFETCH(QByteArray, selected);
-    QFETCH(QByteArray, folder);
-    QFETCH(int, opened);
-    const TestFolder base;
-    base.folder("top");
-    base.folder("top/sub");
-    base.file("top/file");
-    ShownList shown(base.path("top/"));
-    shown.list.setCurrentItem(shown.item(selected.constData()));
-    shown.key(key);
-    QCOMPARE(shown.list.currentPath, base.path(folder.constData()));
-    QCOMPARE(shown.opened.size(), opened);
-}
-
-void ListViewTest::returnWithoutSelection()
-{
-    const TestFolder folder;
-    folder.folder("sub");
-    ShownList shown(folder.path());
-    shown.key(Qt::Key_Return);
-    shown.key(Qt::Key_Right);
-    QCOMPARE(shown.refreshed.size(), 1);
-    QVERIFY(shown.opened.isEmpty());
-}
-
-void ListViewTest::firstKeySelectsTheRowOfTheFocus_data()
-{
-    QTest::addColumn<Qt::Key>("key");
-    QTest::newRow("Down") << Qt::Key_Down;
-    QTest::newRow("Up") << Qt::Key_Up;
-    QTest::newRow("Home") << Qt::Key_Home;
-}
-
-/// As after Tab: the first row has the focus and is not selected. It may be the only one.
-void ListViewTest::firstKeySelectsTheRowOfTheFocus()
-{
-    QFETCH(Qt::Key, key);
-    const TestFolder folder;
-    folder.folder("sub");
-    ShownList shown(folder.path());
-    shown.list.selectionModel()->setCurrentIndex(
-        shown.list.model()->index(0, 0), QItemSelectionModel::NoUpdate);
-    QCOMPARE(shown.selected(), QString());
-    shown.key(key);
-    QCOMPARE(shown.selected(), QStringLiteral("sub"));
-    shown.key(Qt::Key_Return);
-    QCOMPARE(shown.list.currentPath, folder.path("sub/"));
-}
-
-void ListViewTest::returnIsTaken()
-{
-    const TestFolder folder;
-    ShownList shown(folder.path());
-    for (const Qt::Key key :
-        { Qt::Key_Return, Qt::Key_Enter, Qt::Key_Right, Qt::Key_Left, Qt::Key_Backspace }) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-        QApplication::sendEvent(&shown.list, &event);
-        QVERIFY(event.isAccepted());
-    }
-    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QApplication::sendEvent(&shown.list, &escape);
-    QVERIFY(!escape.isAccepted());
-}
-
-void ListViewTest::walksByKeysAlone()
-{
-    const TestFolder folder;
-    folder.folder("a");
-    folder.folder("b");
-    folder.folder("b/c");
-    folder.file("b/c/file");
-    ShownList shown(folder.path("a/"));
-    shown.key(Qt::Key_Backspace);
-    QCOMPARE(shown.selected(), QStringLiteral("a"));
-    shown.key(Qt::Key_Down);
-    shown.key(Qt::Key_Return);
-    shown.key(Qt::Key_Down);
-    QCOMPARE(shown.selected(), QStringLiteral("c"));
-    shown.key(Qt::Key_Right);
-    shown.key(Qt::Key_Down);
-    QCOMPARE(shown.selectedFiles.size(), 1);
-    QCOMPARE(shown.selectedFiles.at(0).at(0).toString(), QStringLiteral("file"));
-    shown.key(Qt::Key_Return);
-    QCOMPARE(shown.opened.size(), 1);
-    while (shown.list.currentPath != u"/")
-        shown.key(Qt::Key_Left);
-    QVERIFY(shown.selected() == folder.path().section(u'/', 1, 1));
-}
-
-void ListViewTest::tapOnAnotherRowSelects()
-{
-    const TestFolder folder;
-    folder.folder("sub");
-    folder.file("file");
-    ShownList shown(folder.path());
-    shown.click("file");
-    QCOMPARE(shown.selectedFiles.size(), 1);
-    QCOMPARE(shown.selectedFiles.at(0).at(0).toString(), QStringLiteral("file"));
-    shown.click("sub");
-    QCOMPARE(shown.selected(), QStringLiteral("sub"));
-    QCOMPARE(shown.selectedFiles.size(), 1);
-    QVERIFY(shown.opened.isEmpty());
-    QCOMPARE(shown.refreshed.size(), 1);
-}
-
-void ListViewTest::tapOnTheSelectedRowOpens()
-{
-    const TestFolder folder;
-    folder.folder("sub");
-    folder.file("file");
-    ShownList shown(folder.path());
-    shown.click("file");
-    shown.click("file");
-    QCOMPARE(shown.opened.size(), 1);
-    QCOMPARE(shown.opened.at(0).at(0).value<QTreeWidgetItem *>(), shown.item("file"));
-    shown.click("sub");
-    shown.click("sub");
-    QCOMPARE(shown.list.currentPath, folder.path("sub/"));
-}
-
-void ListViewTest::tapOnTheFolderJustLeftOpens()
-{
-    const TestFolder folder;
-    folder.folder("sub");
-    ShownList shown(folder.path("sub/"));
-    shown.list.goUpFolder();
-    shown.click("sub");
-    QCOMPARE(shown.list.currentPath, folder.path("sub/"));
-}
-
-void ListViewTest::tapAfterARefreshSelects()
-{
-    const TestFolder folder;
-    folder.file("file");
-    ShownList shown(folder.path());
-    shown.click("file");
-    for (int round = 0; round < 20; ++round) {
-        shown.list.showFolder(folder.path());
-        shown.click("file");
-        QCOMPARE(shown.selected(), QStringLiteral("file"));
-    }
-    QVERIFY(shown.opened.isEmpty());
-}
-
-void ListViewTest::doubleClickOpensOnce_data()
-{
-    QTest::addColumn<bool>("isFolder");
-    QTest::addColumn<bool>("isSelected");
-    for (const bool isSelected : { false, true }) {
-        const char *before = isSelected ? "selected" : "unselected";
-        QTest::addRow("file, %s", before) << false << isSelected;
-        QTest::addRow("folder, %s", before) << true << isSelected;
-    }
-}
-
-void ListViewTest::doubleClickOpensOnce()
-{
-    QFETCH(bool, isFolder);
-    QFETCH(bool, isSelected);
-    const TestFolder folder;
-    folder.folder("sub");
-    // What the second click would meet after the first one has entered the folder.
-    folder.folder("sub/inner");
-    folder.folder("sub/inner/inner");
-    folder.file("file");
-    ShownList shown(folder.path());
-    const char *name = isFolder ? "sub" : "file";
-    if (isSelected)
-        shown.list.setCurrentItem(shown.item(name));
-    shown.doubleClick(shown.place(name));
-    QCOMPARE(shown.opened.size(), isFolder ? 0 : 1);
-    QCOMPARE(shown.refreshed.size(), isFolder ? 2 : 1);
-    QCOMPARE(shown.list.currentPath, isFolder ? folder.path("sub/") : folder.path());
-    QCOMPARE(shown.selected(), isFolder ? QString() : QStringLiteral("file"));
-    if (isFolder) {
-        shown.click("inner");
-        QCOMPARE(shown.selected(), QStringLiteral("inner"));
-        shown.doubleClick(shown.place("inner"));
-        QCOMPARE(shown.list.currentPath, folder.path("sub/inner/"));
-    }
-}
-
-void ListViewTest::doubleClickByAnotherButton()
-{
-    const TestFolder folder;
-    folder.folder("sub");
-    ShownList shown(folder.path());
-    shown.doubleClick(shown.place("sub"), Qt::RightButton);
-    shown.doubleClick(shown.place("sub"), Qt::MiddleButton);
-    QCOMPARE(shown.refreshed.size(), 1);
-}
-
 /// The places of the machine, made below a folder of the test.
 void ListViewTest::placesBelowARoot()
 {
@@ -749,7 +347,7 @@ void ListViewTest::paintsUndecodableNames()
     folder.file("\x83\x83");
     ShownList shown(folder.path());
     const auto *delegate = qobject_cast<QStyledItemDelegate *>(shown.list.itemDelegate());
-    const QString name = shown.list.topLevelItem(0)->text(Item::NameColumn);
+    const QString name = shown.list.topLevelItem(0)->text(ctlFileListViewItem::NameColumn);
     QCOMPARE(delegate->displayText(name, QLocale::c()), QStringLiteral(u"\uFFFD\uFFFD"));
     shown.list.setCurrentItem(shown.list.topLevelItem(0));
     QCOMPARE(shown.selectedFiles.at(0).at(0).toString(), QStringLiteral(u"\xDC83\xDC83"));

@@ -1,0 +1,252 @@
+#include "tests/filedialog/shownlist.h"
+#include "tests/filedialog/testfolder.h"
+
+/// What keys, taps and double clicks do in a list.
+class ListViewInputTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void keys_data();
+    void keys();
+    void returnWithoutSelection();
+    void firstKeySelectsTheRowOfTheFocus_data();
+    void firstKeySelectsTheRowOfTheFocus();
+    void returnIsTaken();
+    void walksByKeysAlone();
+
+    void tapOnAnotherRowSelects();
+    void tapOnTheSelectedRowOpens();
+    void tapOnTheFolderJustLeftOpens();
+    void tapAfterARefreshSelects();
+    void doubleClickOpensOnce_data();
+    void doubleClickOpensOnce();
+    void doubleClickByAnotherButton();
+};
+
+void ListViewInputTest::init()
+{
+    resetLists();
+}
+
+void ListViewInputTest::keys_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QByteArray>("selected");
+    QTest::addColumn<QByteArray>("folder"); // relative
+    QTest::addColumn<int>("opened");
+    QTest::newRow("Backspace goes up") << Qt::Key_Backspace << QByteArray("file") << QByteArray("") << 0;
+    QTest::newRow("Left goes up") << Qt::Key_Left << QByteArray("sub") << QByteArray("") << 0;
+    QTest::newRow("Return enters a folder")
+        << Qt::Key_Return << QByteArray("sub") << QByteArray("top/sub/") << 0;
+    QTest::newRow("Enter enters a folder")
+        << Qt::Key_Enter << QByteArray("sub") << QByteArray("top/sub/") << 0;
+    QTest::newRow("Right enters a folder")
+        << Qt::Key_Right << QByteArray("sub") << QByteArray("top/sub/") << 0;
+    QTest::newRow("Return opens a file") << Qt::Key_Return << QByteArray("file") << QByteArray("top/") << 1;
+    QTest::newRow("Enter opens a file") << Qt::Key_Enter << QByteArray("file") << QByteArray("top/") << 1;
+    QTest::newRow("Right leaves a file") << Qt::Key_Right << QByteArray("file") << QByteArray("top/") << 0;
+    QTest::newRow("Space leaves a file") << Qt::Key_Space << QByteArray("file") << QByteArray("top/") << 0;
+}
+
+void ListViewInputTest::keys()
+{
+    QFETCH(Qt::Key, key);
+    QFETCH(QByteArray, selected);
+    QFETCH(QByteArray, folder);
+    QFETCH(int, opened);
+    const TestFolder base;
+    base.folder("top");
+    base.folder("top/sub");
+    base.file("top/file");
+    ShownList shown(base.path("top/"));
+    shown.list.setCurrentItem(shown.item(selected.constData()));
+    shown.key(key);
+    QCOMPARE(shown.list.currentPath, base.path(folder.constData()));
+    QCOMPARE(shown.opened.size(), opened);
+}
+
+void ListViewInputTest::returnWithoutSelection()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    ShownList shown(folder.path());
+    shown.key(Qt::Key_Return);
+    shown.key(Qt::Key_Right);
+    QCOMPARE(shown.refreshed.size(), 1);
+    QVERIFY(shown.opened.isEmpty());
+}
+
+void ListViewInputTest::firstKeySelectsTheRowOfTheFocus_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Down") << Qt::Key_Down;
+    QTest::newRow("Up") << Qt::Key_Up;
+    QTest::newRow("Home") << Qt::Key_Home;
+}
+
+/// As after Tab: the first row has the focus and is not selected. It may be the only one.
+void ListViewInputTest::firstKeySelectsTheRowOfTheFocus()
+{
+    QFETCH(Qt::Key, key);
+    const TestFolder folder;
+    folder.folder("sub");
+    ShownList shown(folder.path());
+    shown.list.selectionModel()->setCurrentIndex(
+        shown.list.model()->index(0, 0), QItemSelectionModel::NoUpdate);
+    QCOMPARE(shown.selected(), QString());
+    shown.key(key);
+    QCOMPARE(shown.selected(), QStringLiteral("sub"));
+    shown.key(Qt::Key_Return);
+    QCOMPARE(shown.list.currentPath, folder.path("sub/"));
+}
+
+void ListViewInputTest::returnIsTaken()
+{
+    const TestFolder folder;
+    ShownList shown(folder.path());
+    for (const Qt::Key key :
+        { Qt::Key_Return, Qt::Key_Enter, Qt::Key_Right, Qt::Key_Left, Qt::Key_Backspace }) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(&shown.list, &event);
+        QVERIFY(event.isAccepted());
+    }
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(&shown.list, &escape);
+    QVERIFY(!escape.isAccepted());
+}
+
+void ListViewInputTest::walksByKeysAlone()
+{
+    const TestFolder folder;
+    folder.folder("a");
+    folder.folder("b");
+    folder.folder("b/c");
+    folder.file("b/c/file");
+    ShownList shown(folder.path("a/"));
+    shown.key(Qt::Key_Backspace);
+    QCOMPARE(shown.selected(), QStringLiteral("a"));
+    shown.key(Qt::Key_Down);
+    shown.key(Qt::Key_Return);
+    shown.key(Qt::Key_Down);
+    QCOMPARE(shown.selected(), QStringLiteral("c"));
+    shown.key(Qt::Key_Right);
+    shown.key(Qt::Key_Down);
+    QCOMPARE(shown.selectedFiles.size(), 1);
+    QCOMPARE(shown.selectedFiles.at(0).at(0).toString(), QStringLiteral("file"));
+    shown.key(Qt::Key_Return);
+    QCOMPARE(shown.opened.size(), 1);
+    while (shown.list.currentPath != u"/")
+        shown.key(Qt::Key_Left);
+    QVERIFY(shown.selected() == folder.path().section(u'/', 1, 1));
+}
+
+void ListViewInputTest::tapOnAnotherRowSelects()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    folder.file("file");
+    ShownList shown(folder.path());
+    shown.click("file");
+    QCOMPARE(shown.selectedFiles.size(), 1);
+    QCOMPARE(shown.selectedFiles.at(0).at(0).toString(), QStringLiteral("file"));
+    shown.click("sub");
+    QCOMPARE(shown.selected(), QStringLiteral("sub"));
+    QCOMPARE(shown.selectedFiles.size(), 1);
+    QVERIFY(shown.opened.isEmpty());
+    QCOMPARE(shown.refreshed.size(), 1);
+}
+
+void ListViewInputTest::tapOnTheSelectedRowOpens()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    folder.file("file");
+    ShownList shown(folder.path());
+    shown.click("file");
+    shown.click("file");
+    QCOMPARE(shown.opened.size(), 1);
+    QCOMPARE(shown.opened.at(0).at(0).value<QTreeWidgetItem *>(), shown.item("file"));
+    shown.click("sub");
+    shown.click("sub");
+    QCOMPARE(shown.list.currentPath, folder.path("sub/"));
+}
+
+void ListViewInputTest::tapOnTheFolderJustLeftOpens()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    ShownList shown(folder.path("sub/"));
+    shown.list.goUpFolder();
+    shown.click("sub");
+    QCOMPARE(shown.list.currentPath, folder.path("sub/"));
+}
+
+void ListViewInputTest::tapAfterARefreshSelects()
+{
+    const TestFolder folder;
+    folder.file("file");
+    ShownList shown(folder.path());
+    shown.click("file");
+    for (int round = 0; round < 20; ++round) {
+        shown.list.showFolder(folder.path());
+        shown.click("file");
+        QCOMPARE(shown.selected(), QStringLiteral("file"));
+    }
+    QVERIFY(shown.opened.isEmpty());
+}
+
+void ListViewInputTest::doubleClickOpensOnce_data()
+{
+    QTest::addColumn<bool>("isFolder");
+    QTest::addColumn<bool>("isSelected");
+    for (const bool isSelected : { false, true }) {
+        const char *before = isSelected ? "selected" : "unselected";
+        QTest::addRow("file, %s", before) << false << isSelected;
+        QTest::addRow("folder, %s", before) << true << isSelected;
+    }
+}
+
+void ListViewInputTest::doubleClickOpensOnce()
+{
+    QFETCH(bool, isFolder);
+    QFETCH(bool, isSelected);
+    const TestFolder folder;
+    folder.folder("sub");
+    // What the second click would meet after the first one has entered the folder.
+    folder.folder("sub/inner");
+    folder.folder("sub/inner/inner");
+    folder.file("file");
+    ShownList shown(folder.path());
+    const char *name = isFolder ? "sub" : "file";
+    if (isSelected)
+        shown.list.setCurrentItem(shown.item(name));
+    shown.doubleClick(shown.place(name));
+    QCOMPARE(shown.opened.size(), isFolder ? 0 : 1);
+    QCOMPARE(shown.refreshed.size(), isFolder ? 2 : 1);
+    QCOMPARE(shown.list.currentPath, isFolder ? folder.path("sub/") : folder.path());
+    QCOMPARE(shown.selected(), isFolder ? QString() : QStringLiteral("file"));
+    if (isFolder) {
+        shown.click("inner");
+        QCOMPARE(shown.selected(), QStringLiteral("inner"));
+        shown.doubleClick(shown.place("inner"));
+        QCOMPARE(shown.list.currentPath, folder.path("sub/inner/"));
+    }
+}
+
+void ListViewInputTest::doubleClickByAnotherButton()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    ShownList shown(folder.path());
+    shown.doubleClick(shown.place("sub"), Qt::RightButton);
+    shown.doubleClick(shown.place("sub"), Qt::MiddleButton);
+    QCOMPARE(shown.refreshed.size(), 1);
+}
+
+int main(int argc, char **argv)
+{
+    return runFormTest<ListViewInputTest>(argc, argv);
+}
+#include "ctlfilelistviewinput_test.moc"

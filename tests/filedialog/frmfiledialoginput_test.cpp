@@ -1,0 +1,268 @@
+#include "tests/filedialog/boxanswer.h"
+#include "tests/filedialog/showndialog.h"
+#include "tests/filedialog/testfolder.h"
+
+#include <QMenu>
+
+/// What taps, keys, buttons and favourites do: a file is taken, another folder is shown, the dialog goes
+/// away.
+class FileDialogInputTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void selectionFillsTheName();
+    void tapOnTheSelectedFileAccepts();
+    void openedFileIsTheOneMeant();
+    void openingARefusedFileKeepsTheDialog();
+    void returnInTheListOpensOnly();
+    void returnInTheFolderComboDoesNothing();
+    void returnInTheNamePressesOk();
+    void escapeRejects();
+    void noCompletion();
+    void showsTheFolder();
+    void upAndRefresh();
+    void favourites();
+    void emptyFavourites();
+    void walksFromHomeToACardAndBack();
+};
+
+void FileDialogInputTest::init()
+{
+    resetDialogs();
+}
+
+void FileDialogInputTest::selectionFillsTheName()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    folder.file("a.txt");
+    const ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("typed.txt"));
+    shown.select(latin1("sub"));
+    QCOMPARE(shown.name()->text(), latin1("typed.txt"));
+    shown.select(latin1("a.txt"));
+    QCOMPARE(shown.name()->text(), latin1("a.txt"));
+}
+
+void FileDialogInputTest::tapOnTheSelectedFileAccepts()
+{
+    const TestFolder folder;
+    folder.file("a.txt");
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"));
+    const QPoint row = shown.list->visualItemRect(shown.list->topLevelItem(0)).center();
+    QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, row);
+    QVERIFY(shown.dialog.isVisible());
+    QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, row);
+    QVERIFY(shown.isAccepted());
+    QCOMPARE(shown.dialog.fileName, latin1("a.txt"));
+}
+
+void FileDialogInputTest::openedFileIsTheOneMeant()
+{
+    const TestFolder folder;
+    folder.file("a.txt");
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"));
+    shown.select(latin1("a.txt"));
+    shown.name()->setText(latin1("other.txt"));
+    QTest::keyClick(shown.list, Qt::Key_Return);
+    QVERIFY(shown.isAccepted());
+    QCOMPARE(shown.dialog.fileName, latin1("a.txt"));
+}
+
+void FileDialogInputTest::openingARefusedFileKeepsTheDialog()
+{
+    const TestFolder folder;
+    folder.file("a;b.txt");
+    folder.file("gone.txt");
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"));
+    const BoxAnswer answer(latin1("OK"));
+    shown.select(latin1("a;b.txt"));
+    QTest::keyClick(shown.list, Qt::Key_Return);
+    QCOMPARE(answer.title, latin1("Error"));
+    folder.remove("gone.txt");
+    shown.select(latin1("gone.txt"));
+    QTest::keyClick(shown.list, Qt::Key_Return);
+    QCOMPARE(answer.title, latin1("error"));
+    QCOMPARE(answer.count, 2);
+    QVERIFY(shown.dialog.isVisible());
+}
+
+void FileDialogInputTest::returnInTheListOpensOnly()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    folder.folder("sub/inner");
+    const ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("new.txt"));
+    const BoxAnswer answer(latin1("OK"));
+    QTest::keyClick(shown.list, Qt::Key_Return); // nothing selected
+    QVERIFY(shown.dialog.isVisible());
+    QTest::keyClick(shown.list, Qt::Key_Down);
+    QTest::keyClick(shown.list, Qt::Key_Return);
+    QCOMPARE(shown.list->currentPath, folder.path("sub/"));
+    QVERIFY(shown.dialog.isVisible());
+    QCOMPARE(answer.count, 0);
+}
+
+void FileDialogInputTest::returnInTheFolderComboDoesNothing()
+{
+    const TestFolder folder;
+    ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("new.txt"));
+    QLineEdit *edit = shown.folders()->lineEdit();
+    edit->setFocus();
+    edit->setText(latin1("/typed"));
+    for (const Qt::Key key : { Qt::Key_Return, Qt::Key_Enter })
+        QTest::keyClick(edit, key);
+    QVERIFY(shown.dialog.isVisible());
+    QCOMPARE(shown.list->currentPath, folder.path());
+    QCOMPARE(shown.folders()->count(), 0);
+    shown.dialog.accept();
+    QCOMPARE(shown.dialog.dirPath, folder.path());
+}
+
+void FileDialogInputTest::returnInTheNamePressesOk()
+{
+    const TestFolder folder;
+    const ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("new.txt"));
+    shown.name()->setFocus();
+    QTest::keyClick(shown.name(), Qt::Key_Return);
+    QVERIFY(shown.isAccepted());
+}
+
+void FileDialogInputTest::escapeRejects()
+{
+    const TestFolder folder;
+    const ShownDialog byKey(frmFileDialog::SaveAs, folder.path(), latin1("new.txt"));
+    QTest::keyClick(byKey.list, Qt::Key_Escape);
+    QVERIFY(!byKey.dialog.isVisible());
+    QCOMPARE(byKey.dialog.result(), int(QDialog::Rejected));
+    QCOMPARE(byKey.dialog.dirPath, folder.path());
+    QCOMPARE(byKey.dialog.fileName, latin1("new.txt"));
+    const ShownDialog byButton(frmFileDialog::SaveAs, folder.path(), latin1("new.txt"));
+    QTest::mouseClick(byButton.button("Cancel"), Qt::LeftButton);
+    QVERIFY(!byButton.dialog.isVisible());
+    QCOMPARE(byButton.dialog.result(), int(QDialog::Rejected));
+}
+
+void FileDialogInputTest::noCompletion()
+{
+    const TestFolder folder;
+    folder.file("notes.txt");
+    const ShownDialog shown(frmFileDialog::SaveAs, folder.path(), {});
+    QCOMPARE(shown.name()->completer(), nullptr);
+    QCOMPARE(shown.folders()->completer(), nullptr);
+    shown.name()->setFocus();
+    QTest::keyClicks(shown.name(), latin1("no"));
+    QCOMPARE(shown.name()->text(), latin1("no"));
+    QCOMPARE(QApplication::activePopupWidget(), nullptr);
+}
+
+void FileDialogInputTest::showsTheFolder()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    ShownDialog shown(frmFileDialog::Open, folder.path("sub/"), {});
+    QCOMPARE(shown.folders()->currentText(), folder.path("sub"));
+    shown.dialog.slotLvListRefreshed(latin1("/"));
+    QCOMPARE(shown.folders()->currentText(), latin1("/"));
+}
+
+void FileDialogInputTest::upAndRefresh()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    const ShownDialog shown(frmFileDialog::Open, folder.path("sub/"), latin1("typed"));
+    folder.file("sub/late.txt");
+    QTest::mouseClick(shown.tool("Refresh"), Qt::LeftButton);
+    QCOMPARE(shown.names(), QStringList({ latin1("late.txt") }));
+    QTest::mouseClick(shown.tool("Up"), Qt::LeftButton);
+    QCOMPARE(shown.list->currentPath, folder.path());
+    QCOMPARE(shown.list->selectedItem()->fileInfo().name, latin1("sub"));
+    QCOMPARE(shown.name()->text(), latin1("typed"));
+}
+
+void FileDialogInputTest::favourites()
+{
+    const TestFolder folder;
+    folder.folder("fav");
+    folder.file("fav/inside.txt");
+    QFile settings(
+        QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) + QStringLiteral("/corvex.conf"));
+    QVERIFY(settings.open(QFile::WriteOnly));
+    settings.write("[favorites]\nItem0 = /\nItem1 = " + folder.path("fav").toUtf8()
+        + "\nItem2 = /missing/card\nItem3 = " + folder.path("fav/").toUtf8() + "\n");
+    settings.close();
+    ShownDialog shown(frmFileDialog::Open, folder.path(), latin1("x.txt"));
+    auto *menu = shown.tool("Favorites")->menu();
+    QCOMPARE(menu->actions().size(), 4);
+    QCOMPARE(shown.tool("Favorites")->popupMode(), QToolButton::InstantPopup);
+    shown.dialog.slotCmdMnuFavor(7);
+    QCOMPARE(shown.list->currentPath, folder.path());
+    menu->actions().at(1)->trigger();
+    QCOMPARE(shown.list->currentPath, folder.path("fav/"));
+    QCOMPARE(shown.names(), QStringList({ latin1("inside.txt") }));
+    menu->actions().at(0)->trigger();
+    QCOMPARE(shown.list->currentPath, latin1("/"));
+    menu->actions().at(2)->trigger();
+    QCOMPARE(shown.list->currentPath, latin1("/missing/card/"));
+    QCOMPARE(shown.names(), QStringList());
+    menu->actions().at(3)->trigger();
+    QCOMPARE(shown.list->currentPath, folder.path("fav/"));
+    QCOMPARE(shown.name()->text(), latin1("x.txt"));
+    QCOMPARE(shown.types()->currentIndex(), 0);
+}
+
+void FileDialogInputTest::emptyFavourites()
+{
+    const TestFolder folder;
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), {});
+    QVERIFY(shown.tool("Favorites")->menu()->actions().isEmpty());
+    // The click returns when the menu was closed.
+    bool wasOpen = false;
+    const auto close = [&wasOpen] {
+        wasOpen = qobject_cast<QMenu *>(QApplication::activePopupWidget()) != nullptr;
+        if (wasOpen)
+            QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    };
+    QMetaObject::invokeMethod(qApp, close, Qt::QueuedConnection);
+    QTest::mouseClick(shown.tool("Favorites"), Qt::LeftButton);
+    QVERIFY(wasOpen);
+    QVERIFY(shown.dialog.isVisible());
+}
+
+/// Home, up to the root, down to a card, and back, with keys alone.
+void FileDialogInputTest::walksFromHomeToACardAndBack()
+{
+    const TestFolder root;
+    for (const char *name : { "home", "home/me", "mnt", "mnt/card" })
+        root.folder(name);
+    root.file("mnt/card/photo.txt");
+    const ShownDialog shown(frmFileDialog::Open, root.path("home/me/"), latin1(".txt"));
+    const auto press = [](std::initializer_list<Qt::Key> keys) {
+        for (const Qt::Key key : keys)
+            QTest::keyClick(QApplication::focusWidget(), key);
+    };
+    QTRY_COMPARE(QApplication::focusWidget(), shown.list);
+    press({ Qt::Key_Backspace, Qt::Key_Backspace });
+    QCOMPARE(shown.list->currentPath, root.path());
+    press({ Qt::Key_Down, Qt::Key_Return, Qt::Key_Down, Qt::Key_Right });
+    QCOMPARE(shown.list->currentPath, root.path("mnt/card/"));
+    while (shown.list->currentPath != u"/")
+        press({ Qt::Key_Left });
+    for (const QString &name : root.path("home/me").split(u'/', Qt::SkipEmptyParts)) {
+        QTest::keyClick(shown.list, Qt::Key_Home);
+        while (shown.list->selectedItem()->fileInfo().name != name) {
+            const auto *before = shown.list->selectedItem();
+            press({ Qt::Key_Down });
+            QVERIFY(shown.list->selectedItem() != before);
+        }
+        press({ Qt::Key_Return });
+    }
+    QCOMPARE(shown.list->currentPath, root.path("home/me/"));
+}
+
+int main(int argc, char **argv)
+{
+    return runFormTest<FileDialogInputTest>(argc, argv);
+}
+#include "frmfiledialoginput_test.moc"

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "filedialog/ctlfilelistview.h"
+#include "filedialog/frmfiledialog.h"
+#include "tests/filedialog/formtest.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QToolButton>
+
+inline QString latin1(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+/// A dialog that is shown and filled, and its controls.
+struct ShownDialog {
+    ShownDialog(frmFileDialog::Mode mode, const QString &folder, const QString &name)
+        : dialog(nullptr, mode, folder, name)
+        , list(dialog.findChild<ctlFileListView *>())
+        , combos(dialog.findChildren<QComboBox *>())
+    {
+        dialog.show();
+        dialog.activateWindow();
+        dialog.initTimer();
+    }
+
+    QComboBox *combo(const char *lastRow) const
+    {
+        for (QComboBox *box : combos) {
+            if (box->count() > 0 && box->itemText(box->count() - 1) == latin1(lastRow))
+                return box;
+        }
+        return nullptr;
+    }
+    QComboBox *types() const { return combo("all files (*.*)"); }
+    QComboBox *charCodes() const { return combo("UTF-8"); }
+    QComboBox *returnCodes() const { return combo("CR"); }
+    QComboBox *folders() const
+    {
+        for (QComboBox *box : combos) {
+            if (box->isEditable())
+                return box;
+        }
+        return nullptr;
+    }
+    QLineEdit *name() const
+    {
+        for (QLineEdit *edit : dialog.findChildren<QLineEdit *>()) {
+            if (!qobject_cast<QComboBox *>(edit->parentWidget()))
+                return edit;
+        }
+        return nullptr;
+    }
+    QPushButton *button(const char *text) const
+    {
+        for (QPushButton *push : dialog.findChildren<QPushButton *>()) {
+            if (push->text() == latin1(text))
+                return push;
+        }
+        return nullptr;
+    }
+    QToolButton *tool(const char *accessibleName) const
+    {
+        for (QToolButton *push : dialog.findChildren<QToolButton *>()) {
+            if (push->accessibleName() == latin1(accessibleName))
+                return push;
+        }
+        return nullptr;
+    }
+    QStringList names() const
+    {
+        QStringList result;
+        for (int row = 0; row < list->topLevelItemCount(); ++row)
+            result += list->topLevelItem(row)->text(ctlFileListViewItem::NameColumn);
+        return result;
+    }
+    void select(const QString &file) const
+    {
+        list->setCurrentItem(list->findItems(file, Qt::MatchExactly).value(0));
+    }
+    void pick(QComboBox *box, int row) const
+    {
+        box->setCurrentIndex(row);
+        emit box->activated(row);
+    }
+    bool isAccepted() const { return !dialog.isVisible() && dialog.result() == QDialog::Accepted; }
+
+    frmFileDialog dialog;
+    ctlFileListView *list;
+    QList<QComboBox *> combos;
+};
+
+/// Before each dialog's test: the settings and the screen of a first start.
+inline void resetDialogs()
+{
+    failOnWarnings();
+    setScreenClass(false);
+    QFile::remove(
+        QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) + QStringLiteral("/corvex.conf"));
+}
