@@ -34,12 +34,36 @@ Cluster clusterAt(const QTextLayout &layout, qsizetype at, qsizetype length, con
     return cluster;
 }
 
+/// A letter with its marks as the one character that has them, where there is one: most fonts have it, and
+/// few the marks.
+QString composed(const QString &character)
+{
+    const QString one = character.normalized(QString::NormalizationForm_C);
+    return one.size() < character.size() ? one : character;
+}
+
+/// A text as it is drawn, and where its characters are in it.
+struct Drawn {
+    QString text;
+    std::vector<qsizetype> stops = { 0 };
+
+    Drawn(const QString &typed, const std::vector<qsizetype> &typedStops)
+    {
+        for (std::size_t i = 1; i < typedStops.size(); ++i) {
+            text += composed(typed.sliced(typedStops[i - 1], typedStops[i] - typedStops[i - 1]));
+            stops.push_back(text.size());
+        }
+    }
+};
+
 } // namespace
 
 ShapedRun::ShapedRun(const QString &text, const QFont &deviceFont)
     : m_places(std::size_t(text.size()) + 1)
 {
-    QTextLayout layout(text, deviceFont);
+    const std::vector<qsizetype> stops = graphemeBoundaries(text);
+    const Drawn drawn(text, stops);
+    QTextLayout layout(drawn.text, deviceFont);
     QTextOption option;
     option.setTextDirection(Qt::LeftToRight);
     option.setWrapMode(QTextOption::NoWrap);
@@ -52,19 +76,19 @@ ShapedRun::ShapedRun(const QString &text, const QFont &deviceFont)
 
     m_glyphRuns = layout.glyphRuns();
     m_width = qMax(1, qRound(line.naturalTextWidth()));
-    const std::vector<qsizetype> stops = graphemeBoundaries(text);
-    placeCharacters(layout, stops);
+    placeCharacters(layout, drawn.stops, stops);
     placeCursor(stops);
 }
 
-void ShapedRun::placeCharacters(const QTextLayout &layout, const std::vector<qsizetype> &stops)
+void ShapedRun::placeCharacters(
+    const QTextLayout &layout, const std::vector<qsizetype> &drawnStops, const std::vector<qsizetype> &stops)
 {
     const std::size_t count = stops.size() - 1;
     std::vector<Cluster> clusters(count);
     std::vector<int> edges = { m_width };
     Cluster before;
     for (std::size_t i = 0; i < count; ++i) {
-        before = clusters[i] = clusterAt(layout, stops[i], stops[i + 1] - stops[i], before);
+        before = clusters[i] = clusterAt(layout, drawnStops[i], drawnStops[i + 1] - drawnStops[i], before);
         edges.push_back(qRound(before.left));
     }
     std::sort(edges.begin(), edges.end());

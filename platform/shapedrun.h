@@ -30,7 +30,8 @@ public:
     const QList<QGlyphRun> &glyphRuns() const { return m_glyphRuns; }
 
 private:
-    void placeCharacters(const QTextLayout &layout, const std::vector<qsizetype> &stops);
+    void placeCharacters(const QTextLayout &layout, const std::vector<qsizetype> &drawnStops,
+        const std::vector<qsizetype> &stops);
     void placeCursor(const std::vector<qsizetype> &stops);
 
     QList<QGlyphRun> m_glyphRuns;

@@ -143,6 +143,7 @@ private slots:
     void marksAreDrawn();
     void emptyRow();
     void longCombinedCharacter();
+    void letterWithItsMarkIsDrawnAsOne();
 };
 
 void RowLayoutTest::charactersFollowTheirAdvances()
@@ -439,6 +440,16 @@ void RowLayoutTest::longCombinedCharacter()
     QCOMPARE(previousCursorStop(laidOut.store, 1001), 0);
     QVERIFY(!laidOut.row().isCursorStop(500));
     QVERIFY(laidOut.row().isCursorStop(1001));
+}
+
+/// The font has the accented letters but not the accents.
+void RowLayoutTest::letterWithItsMarkIsDrawnAsOne()
+{
+    const Text typed(QStringLiteral("xe\u0301n\u0303x"));
+    const Text one(QStringLiteral("x\u00e9\u00f1x"));
+    QCOMPARE(typed.row().x(5), one.row().x(3));
+    QCOMPARE(typed.row().x(3), one.row().x(2));
+    QCOMPARE(typed.drawn(typed.row(), 0), one.drawn(one.row(), 0));
 }
 
 QTEST_MAIN(RowLayoutTest)
