@@ -1,8 +1,7 @@
 #include "platform/displayedrow.h"
 
-#include "platform/rowruns.h"
-
-#include <algorithm>
+#include "platform/text/characterstart.h"
+#include "platform/text/codepoint.h"
 
 namespace {
 
@@ -75,14 +74,16 @@ qint64 DisplayedRow::segmentStart(qint64 segment) const
         if (standsAlone(before[at - 1], m_measure) && standsAlone(before[at], m_measure))
             return place - segmentSlack + at;
     }
-    return before.back().isLowSurrogate() ? place - 1 : place;
+    return characterStart(place, length(), [this](qint64 from, qint64 count) { return text(from, count); });
 }
 
 qint64 DisplayedRow::segmentOf(qint64 column) const
 {
     const qint64 inside = qMax<qint64>(0, qMin(column, length() - 1));
-    const qint64 segment = inside / segmentLength;
-    return inside > 0 && segmentStart(segment + 1) <= inside ? segment + 1 : segment;
+    qint64 segment = inside / segmentLength;
+    while (inside > 0 && segmentStart(segment + 1) <= inside)
+        ++segment;
+    return segment;
 }
 
 qint64 DisplayedRow::nominalX(qint64 column) const

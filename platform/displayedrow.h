@@ -27,7 +27,8 @@ public:
     bool hasTabAtStart() const { return m_hasTabAtStart; }
 
     /// Rows are laid out in segments of a few thousand units. They begin at fixed places of the text, moved
-    /// back a little where they would cut what is shaped together.
+    /// back where they would cut what is shaped together, and always to the start of a character: behind a
+    /// very long one there are empty segments.
     qint64 segmentStart(qint64 segment) const;
     qint64 segmentOf(qint64 column) const;
     /// Where the store has a column, by the advances of the characters before it.

@@ -92,7 +92,7 @@ void RowLayout::Private::layOutBetween(qint64 from, qint64 to)
     right = qMax(left, to);
     qint64 segment = row.segmentOf(row.nominalColumn(left));
     if (isReachedFromBefore(segment))
-        --segment;
+        segment = row.segmentOf(row.segmentStart(segment) - 1);
     startSegment(segment);
     first = last;
     do {

@@ -188,13 +188,25 @@ qsizetype graphemeEnd(QStringView text, qsizetype start)
     return end;
 }
 
+qsizetype certainStart(QStringView text, qsizetype at)
+{
+    const auto unit = [text](qint64 i) { return text[i].unicode(); };
+    const auto isCertain = [&](qsizetype place) {
+        const bool isInPair = text[place - 1].isHighSurrogate() && text[place].isLowSurrogate();
+        return !isInPair && !mayJoin(codePointUpTo(place, unit), codePointAt(text, place));
+    };
+    // The first unit may be half a pair.
+    constexpr qsizetype first = 2;
+    while (at >= first && !isCertain(at))
+        --at;
+    return at >= first ? at : 0;
+}
+
 qsizetype graphemeStart(QStringView text, qsizetype at)
 {
     if (at >= text.size())
         return at;
-    qsizetype start = at;
-    while (start > 0 && !(standsAlone(text[start - 1].unicode()) && standsAlone(text[start].unicode())))
-        --start;
+    qsizetype start = certainStart(text, at);
     for (qsizetype end = graphemeEnd(text, start); end <= at; end = graphemeEnd(text, start))
         start = end;
     return start;

@@ -14,6 +14,10 @@
 /// Place behind the character that begins at `start`. Cost: the character's length.
 qsizetype graphemeEnd(QStringView text, qsizetype start);
 
+/// The last place 2..at, at < size, where a character begins whatever the text before `text` is; 0 where
+/// there is none.
+qsizetype certainStart(QStringView text, qsizetype at);
+
 /// Start of the character that unit `at` is part of; `at` itself at the text's end. Looks back no further
 /// than to two characters that never join.
 qsizetype graphemeStart(QStringView text, qsizetype at);
