@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr qint64 largestFile = qint64{ 16 } << 20;
+
 QString userFile(const QString &name)
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
@@ -41,7 +43,7 @@ void Config::read()
     if (!info.exists())
         return;
     QFile file(m_fileName);
-    m_readable = info.isFile() && file.open(QIODevice::ReadOnly);
+    m_readable = info.isFile() && info.size() <= largestFile && file.open(QIODevice::ReadOnly);
     if (!m_readable)
         return;
     const QByteArray contents = file.readAll();
@@ -92,11 +94,12 @@ bool Config::write()
     makeFolder(QFileInfo(m_fileName).path());
     QSaveFile file(m_fileName);
     const bool isNew = !QFileInfo::exists(m_fileName);
-    if (!file.open(QIODevice::WriteOnly))
+    // commit() does not look whether the rest of a buffer could be written.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return false;
     if (isNew)
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    file.write(m_keys.contents());
-    m_changed = !file.commit();
+    const QByteArray contents = m_keys.contents();
+    m_changed = file.write(contents) != contents.size() || !file.commit();
     return !m_changed;
 }

@@ -11,7 +11,8 @@
 /// The file is read once, by the constructor, and written by write() or the destructor when something
 /// changed: aside and renamed; mode 0600 for a new file, its own mode for one that exists; through symbolic
 /// links. The folder is made, with mode 0700, when something is to be written. Errors: a missing file is
-/// empty; so is one that cannot be read, which is then never written either.
+/// empty; so is one that cannot be read or is larger than 16 MiB, which is then never written either; a write
+/// that fails leaves the file as it was.
 class Config {
 public:
     enum Domain { User };

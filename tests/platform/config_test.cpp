@@ -9,7 +9,9 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <csignal>
 #include <map>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -338,6 +340,54 @@ private slots:
         QVERIFY(!config.write());
         QVERIFY(!config.write());
         QCOMPARE(contentsOf(testFile), QByteArray("[g]\nk = old\n"));
+    }
+
+    void enormousFile_isEmptyAndNotWritten()
+    {
+        constexpr qint64 enormous = qint64{ 64 } << 20;
+        putContents(testFile, "[g]\nk = old\n");
+        QVERIFY(QFile::resize(pathOf(testFile), enormous));
+        Config config(testFile);
+        config.setGroup(u"g"_s);
+        QVERIFY(!config.hasKey(u"k"_s));
+        config.writeEntry(u"k"_s, u"v"_s);
+        QVERIFY(!config.write());
+        QCOMPARE(QFileInfo(pathOf(testFile)).size(), enormous);
+        QVERIFY(QFile::remove(pathOf(testFile)));
+    }
+
+    void fullDisk_keepsTheFile_data()
+    {
+        QTest::addColumn<int>("room");
+        QTest::addColumn<int>("needed");
+        QTest::newRow("no room") << 0 << 100;
+        QTest::newRow("room for a part") << 10 << 100;
+        QTest::newRow("room for a part of many buffers") << 50000 << 100000;
+    }
+
+    // A limit of the size of files stands for a full disk: the system writes what there is room for.
+    void fullDisk_keepsTheFile()
+    {
+        QFETCH(int, room);
+        QFETCH(int, needed);
+        const QByteArray old = "[other]\nkeep = me\n[g]\nk = old\n";
+        putContents(testFile, old);
+        Config config(testFile);
+        config.setGroup(u"g"_s);
+        config.writeEntry(u"k"_s, QString(needed, u'v'));
+        const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit{};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &limit), 0);
+        const rlimit small{ static_cast<rlim_t>(room), limit.rlim_max };
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const bool isWritten = config.write();
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        std::signal(SIGXFSZ, previous);
+        QVERIFY(!isWritten);
+        QCOMPARE(contentsOf(testFile), old);
+        QCOMPARE(QDir(folder()).entryList(QDir::Files | QDir::Hidden), QStringList{ u"test.conf"_s });
+        QVERIFY(config.write());
+        QVERIFY(contentsOf(testFile).size() > needed);
     }
 
     void random_roundTrip_data() { addSeeds(40); }
