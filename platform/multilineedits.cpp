@@ -158,7 +158,7 @@ void QMultiLineEdit::Private::typeText(const QString &text)
 
 void QMultiLineEdit::Private::breakLine()
 {
-    insertText(u"\n", Joining::Typing);
+    insertText(u"\n", Joining::Never);
     emit q->returnPressed();
 }
 

@@ -109,7 +109,7 @@ public:
     void breakLine(const QList<Row> &rows, int autoIndent)
     {
         if (autoIndent == 0)
-            return replace(from(), to(), QStringLiteral("\n"), Joining::Typing);
+            return insert(QStringLiteral("\n"));
         const qsizetype start = rows[rowOfCursor(rows)].start;
         qsizetype end = start;
         while (end < cursor

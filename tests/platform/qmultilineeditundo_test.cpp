@@ -47,6 +47,7 @@ private slots:
     void anyEditSetsEdited_data();
     void anyEditSetsEdited();
     void typedCharactersAreOneStep();
+    void lineBreakEndsAStep();
     void typingOverTextIsOneStep_data();
     void typingOverTextIsOneStep();
     void movingTheCursorEndsAStep();
@@ -177,6 +178,18 @@ void QMultiLineEditUndoTest::typedCharactersAreOneStep()
     QCOMPARE(edit.history().undoSteps(), 2);
     edit.undo();
     QCOMPARE(edit.text(), u"hello"_s);
+}
+
+void QMultiLineEditUndoTest::lineBreakEndsAStep()
+{
+    QMultiLineEdit edit;
+    MarkedText::press(edit, u"'one' Return 'two'"_s);
+    edit.undo();
+    QCOMPARE(edit.text(), u"one\n"_s);
+    edit.undo();
+    QCOMPARE(edit.text(), u"one"_s);
+    edit.undo();
+    QCOMPARE(edit.text(), QString());
 }
 
 void QMultiLineEditUndoTest::typingOverTextIsOneStep_data()
