@@ -16,6 +16,7 @@ private slots:
     void partsMakeTheWhole();
     void selection_data();
     void selection();
+    void selectionOfAWrappedRowIsNotWidened();
     void selectedTextIsRedrawn();
     void pictureNeverShrinks();
     void rowsJoinWithoutSeams();
@@ -139,6 +140,25 @@ void PaintingTest::selection()
             found.insert(pixel);
     }
     QCOMPARE(found, expected);
+}
+
+void PaintingTest::selectionOfAWrappedRowIsNotWidened()
+{
+    appSettings().ShowKAI = 1;
+    appSettings().WrapMode = 2;
+    appSettings().WrapLen = 6;
+    Editor editor(QStringLiteral("         \n"));
+    QCOMPARE(editor.numLines(), 3);
+    editor.selectAll();
+    const auto right = [&editor](qint64 row) {
+        int last = 0;
+        for (const auto &[x, y] : pixelsOf(editor.painted(row), highlight(editor)))
+            last = qMax(last, x + 1);
+        return last;
+    };
+    const int one = editor.device(1);
+    QCOMPARE(right(0), editor.columnX(0, 6) - one);
+    QCOMPARE(right(1), editor.columnX(1, 3) - one + editor.device(2 + editor.fontMeasure()->xWidth()));
 }
 
 void PaintingTest::selectedTextIsRedrawn()

@@ -11,6 +11,8 @@ private slots:
     void init() { plainSettings(); }
     void rowNumbers_data();
     void rowNumbers();
+    void numbersStandHigherInLargeFonts_data();
+    void numbersStandHigherInLargeFonts();
     void rowNumberColours_data();
     void rowNumberColours();
     void ruleBesideTheNumbers_data();
@@ -42,10 +44,14 @@ void RowNumberPaintingTest::rowNumbers_data()
                 << 0 << rowNo << vga << 12344 << QStringLiteral("2345");
         }
     }
-    QTest::newRow("first row of a wrapped line") << 2 << 1 << false << 0 << QStringLiteral("   1");
-    QTest::newRow("second row of a wrapped line") << 2 << 1 << false << 1 << QString();
-    QTest::newRow("third row of a wrapped line") << 2 << 1 << false << 2 << QString();
-    QTest::newRow("line behind a wrapped line") << 2 << 1 << false << 3 << QStringLiteral("   2");
+    for (const int mode : { 1, 2 }) {
+        QTest::addRow("first row of a line, wrap mode %d", mode)
+            << mode << 1 << false << 0 << QStringLiteral("   1");
+        QTest::addRow("second row of a line, wrap mode %d", mode) << mode << 1 << false << 1 << QString();
+        QTest::addRow("third row of a line, wrap mode %d", mode) << mode << 1 << false << 2 << QString();
+        QTest::addRow("line behind a wrapped line, wrap mode %d", mode)
+            << mode << 1 << false << 3 << QStringLiteral("   2");
+    }
 }
 
 void RowNumberPaintingTest::rowNumbers()
@@ -59,7 +65,10 @@ void RowNumberPaintingTest::rowNumbers()
     appSettings().WrapLen = 4;
     appSettings().RowNo = rowNo;
     setVga(vga);
-    Editor editor(wrapMode == 0 ? QString(13000, u'\n') : QStringLiteral("          \n  "));
+    const QString wrapped(wrapMode == 1 ? 170 : 10, u' '); // nine pixels each, in an editor of 640
+    Editor editor(wrapMode == 0 ? QString(13000, u'\n') : wrapped + QStringLiteral("\n  "));
+    editor.show();
+    QVERIFY(wrapMode == 0 || editor.numLines() == 4);
 
     const int sizes[2][2] = { { 3, 5 }, { 6, 16 } };
     const auto measure = FontMeasure::forFont(lcFont(sizes[rowNo - 1][vga]), editor.devicePixelRatioF());
@@ -88,6 +97,33 @@ void RowNumberPaintingTest::rowNumbers()
     QCOMPARE(differing(found, reference.copy(numbers)).size(), 0U);
     QCOMPARE(pixelsOf(found, qRgb(255, 255, 255)).size() < std::size_t(ruleLeft * editor.height()),
         !expected.isEmpty());
+}
+
+void RowNumberPaintingTest::numbersStandHigherInLargeFonts_data()
+{
+    QTest::addColumn<int>("fontSize");
+    QTest::addColumn<int>("gap");
+    QTest::newRow("14 points") << 14 << 2;
+    QTest::newRow("15 points") << 15 << 3;
+}
+
+void RowNumberPaintingTest::numbersStandHigherInLargeFonts()
+{
+    QFETCH(int, fontSize);
+    QFETCH(int, gap);
+    appSettings().FontSize = fontSize;
+    appSettings().RowNo = 2;
+    Editor editor(QStringLiteral(" "));
+    const auto measure = FontMeasure::forFont(lcFont(6), editor.devicePixelRatioF());
+    const QImage numbers = editor.painted(0).copy(0, 0, editor.device(editor.hMargin() - 3), editor.height());
+    int below = 0;
+    while (pixelsOf(numbers.copy(0, numbers.height() - 1 - below, numbers.width(), 1), qRgb(255, 255, 255))
+               .size()
+        == std::size_t(numbers.width()))
+        ++below;
+    const int baseline =
+        editor.device(editor.rowHeight() - measure->height() - gap) + editor.device(measure->ascent());
+    QCOMPARE(numbers.height() - below, baseline);
 }
 
 void RowNumberPaintingTest::rowNumberColours_data()
