@@ -62,6 +62,8 @@ void frmMain::createMenuBar()
     for (const MenuTitle &title : menuBarTitles)
         menu(title.menu)->setObjectName(QLatin1StringView(title.objectName));
     m_recentMenu = new QMenu(this);
+    // By itself it would go on in columns beside the screen, where there are more files than room.
+    m_recentMenu->setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
     for (QMenu *const menu : findChildren<QMenu *>())
         connect(menu, &QMenu::aboutToShow, this, [menu] { makeRoomForTexts(menu); });
     connect(m_recentMenu, &QMenu::triggered, this,

@@ -3,6 +3,7 @@
 
 #include <QAction>
 #include <QFileInfo>
+#include <QScreen>
 #include <QScrollBar>
 
 #include <cstdio>
@@ -51,6 +52,7 @@ private slots:
 
     void menuShowsUsedRows_data();
     void menuShowsUsedRows();
+    void everyRowCanBeSeen();
     void newDocumentsAreNotRecorded();
     void closedFileGoesToTheTop_data();
     void closedFileGoesToTheTop();
@@ -114,6 +116,29 @@ void RecentTest::menuShowsUsedRows()
         QVERIFY(actions.at(i)->isEnabled());
         QVERIFY(!actions.at(i)->icon().isNull());
     }
+}
+
+/// More files than the screen has room for: the menu goes to the one that is chosen.
+void RecentTest::everyRowCanBeSeen()
+{
+    recentFiles().RecentViewCnt = recentEntryCount;
+    fillTable(recentEntryCount);
+    TestWindow window;
+    QVERIFY(window.open());
+    QMenu *menu = window.recentMenu();
+    QFont font = menu->font();
+    font.setPixelSize(window.screen()->availableGeometry().height() / 8);
+    menu->setFont(font);
+    menu->popup(QPoint());
+    QVERIFY(QTest::qWaitForWindowExposed(menu));
+    for (qsizetype row = 0; row < menu->actions().size(); ++row) {
+        QTest::keyClick(menu, Qt::Key_Down);
+        QCOMPARE(menu->activeAction(), menu->actions().at(row));
+        const QRect place = menu->actionGeometry(menu->activeAction());
+        QCOMPARE(place.left(), menu->actionGeometry(menu->actions().at(0)).left());
+        QTRY_VERIFY(menu->rect().contains(place.center()));
+    }
+    menu->close();
 }
 
 void RecentTest::newDocumentsAreNotRecorded()
