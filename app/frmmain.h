@@ -189,6 +189,7 @@ private:
     frmSearchDialog *searchPanel();
     void showSearchPanel(int mode);
     void takeSearchRequest();
+    void replaceAll(ctlEditer &editor);
     void search(bool (ctlEditer::*direction)(int, bool, const QString &, const QString &));
 
     bool installTranslator(int language);

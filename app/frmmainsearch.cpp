@@ -105,11 +105,19 @@ void frmMain::slotEtcReplaceAll()
     ctlEditer *const editor = currentEditor();
     if (!editor || m_search.findText.isEmpty())
         return;
+    replaceAll(*editor);
+    // The panel goes at once with the box in front of it: window managers then activate some other window.
+    activateWindow();
+}
+
+/// Runs until the result was read.
+void frmMain::replaceAll(ctlEditer &editor)
+{
     std::optional<ReplaceGuard> guard(std::in_place);
-    editor->setCursorPosition(0, 0);
+    editor.setCursorPosition(0, 0);
     QCoreApplication::processEvents();
     frmReplaceProgress progress(this);
-    const int count = ReplaceRun(*editor, m_search, progress).run();
+    const int count = ReplaceRun(editor, m_search, progress).run();
     guard.reset();
     MessageBox::information(this, tr("Replace All"), tr("%1 items was Replaced.").arg(count));
 }

@@ -50,6 +50,7 @@ private slots:
     void nothingIsWrittenWithoutAPanel();
     void returnSearchesOnEveryDesktop_data();
     void returnSearchesOnEveryDesktop();
+    void replacingAllLeadsBack();
 
 private:
     void start();
@@ -162,6 +163,28 @@ void SearchProgramTest::returnSearchesOnEveryDesktop()
     outputOf({ u"key"_s, u"Tab"_s, u"Tab"_s, u"Tab"_s, u"Tab"_s, u"Return"_s });
     QTRY_VERIFY(history().contains("Search0 = needle\n"));
     QCOMPARE(activeTitle(), u"Search"_s);
+}
+
+void SearchProgramTest::replacingAllLeadsBack()
+{
+    for (int round = 0; round < 5; ++round) {
+        press(u"ctrl+m"_s);
+        QTRY_COMPARE(activeTitle(), u"Replace"_s);
+        outputOf({ u"type"_s, u"e"_s });
+        outputOf({ u"key"_s, u"Tab"_s, u"e"_s, u"x"_s, u"Tab"_s, u"Tab"_s, u"Tab"_s, u"space"_s });
+        // The progress panel, and the box in front of it.
+        QTRY_COMPARE(
+            outputOf({ u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Replace All$"_s }).count(u'\n'), 1);
+        QTRY_COMPARE(activeTitle(), u"Replace All"_s);
+        press(u"Return"_s);
+        QTRY_COMPARE(activeTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s);
+    }
+    press(u"ctrl+s"_s);
+    const auto saved = [this] {
+        QFile file(m_folder.filePath(u"a.txt"_s));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    QTRY_COMPARE(saved(), QByteArray("one needle\n").replace("e", "exxxxx"));
 }
 
 QTEST_GUILESS_MAIN(SearchProgramTest)
