@@ -3,6 +3,7 @@
 #include "app/hitview.h"
 #include "app/replacerun.h"
 #include "editor/ctlediter.h"
+#include "platform/enteredtext.h"
 #include "platform/messagebox.h"
 #include "search/frmjumpto.h"
 #include "search/frmreplaceprogress.h"
@@ -49,7 +50,7 @@ void frmMain::takeSearchRequest()
     m_search.searchMode = m_searchPanel->searchMode;
     m_search.caseSensitive = m_searchPanel->caseSensitive;
     m_search.findText = m_searchPanel->findText;
-    m_search.replaceText = m_searchPanel->replaceText;
+    m_search.replaceText = pastedText(m_searchPanel->replaceText);
 }
 
 void frmMain::search(bool (ctlEditer::*direction)(int, bool, const QString &, const QString &))

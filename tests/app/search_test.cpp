@@ -32,6 +32,7 @@ private slots:
     void replacesBackwards();
     void replacesAll_data();
     void replacesAll();
+    void replacementHoldsNoEscapedByte();
     void undoesOneReplacement();
     void stopsAndSpeedsUp();
     void speedingUpLeavesTheMark();
@@ -151,6 +152,12 @@ void SearchTest::replacesAll_data()
     row("no hit", "abc", "x", "y", "abc", 0);
     row("no overlap", "aaaaa", "aa", "b", "bba", 2);
     row("several lines", "1\n1\n1", "1", "2", "2\n2\n2", 3);
+    row("empty document", "", "x", "y", "", 0);
+    row("the whole document", "x", "x", "yy", "yy", 1);
+    row("first and last character", "x.x", "x", "y", "y.y", 2);
+    row("a tab by a tab and more", "\ta\t", "\t", "\t\t", "\t\ta\t\t", 2);
+    row("a mark of a combined character", "e\u0301a\u0301", "\u0301", "x", "exax", 2);
+    row("the letter under a mark", "e\u0301e", "e", "", "\u0301", 2);
 }
 
 void SearchTest::replacesAll()
@@ -172,6 +179,15 @@ void SearchTest::replacesAll()
     QVERIFY(editor().updatesEnabled());
     QVERIFY(!editor().signalsBlocked());
     QVERIFY(!m_window->findChild<frmReplaceProgress *>());
+}
+
+/// It can come from a document by way of the clipboard, where it stands for an undecodable byte.
+void SearchTest::replacementHoldsNoEscapedByte()
+{
+    editor().setText(QStringLiteral("x"));
+    const MessageBoxes boxes;
+    ask(1, QStringLiteral("x"), QChar(0xdc80) + QStringLiteral("\U0001f600"))->slotBtnAll();
+    QCOMPARE(editor().text(), QStringLiteral("\ufffd\U0001f600"));
 }
 
 void SearchTest::undoesOneReplacement()
