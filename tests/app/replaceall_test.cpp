@@ -19,8 +19,8 @@ QStringList letters()
     return { QStringLiteral("a"), QStringLiteral("A"), QStringLiteral("a"), QStringLiteral("b"),
         QStringLiteral("k"), QStringLiteral("\u212a"), QStringLiteral("i"), QStringLiteral("\u0130"),
         QStringLiteral("\u00df"), QStringLiteral("s"), QStringLiteral("\uff21"), QStringLiteral("\uff41"),
-        QStringLiteral("\u3042"), QStringLiteral("\U00010400"), QStringLiteral("\U00010428"),
-        QStringLiteral("\t"), QStringLiteral("\n") };
+        QStringLiteral("\u3042"), QStringLiteral("\u0301"), QStringLiteral("\U00010400"),
+        QStringLiteral("\U00010428"), QStringLiteral("\t"), QStringLiteral("\n") };
 }
 
 QStringList fewLetters()
