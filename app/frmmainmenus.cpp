@@ -4,6 +4,8 @@
 #include "app/settings.h"
 #include "platform/resource.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLayout>
 #include <QMenu>
 #include <QToolBar>
@@ -36,12 +38,20 @@ QIcon iconOf(const Command &command)
                         : QIcon();
 }
 
+/// The toolkit keeps the places of the items until they or the font change, and knows no other minimum.
+void setMeasuredWidth(QMenu *menu, int minimum)
+{
+    menu->setMinimumWidth(minimum);
+    QEvent measureAgain(QEvent::FontChange);
+    QCoreApplication::sendEvent(menu, &measureAgain);
+}
+
 /// When the toolkit draws an item it counts the "&" within its text, and a column for icons that grows with
 /// the font; when it makes room for the item it does not. The longest text would lose its middle.
 void makeRoomForTexts(QMenu *menu)
 {
-    menu->setMinimumWidth(0);
-    menu->setMinimumWidth(menu->sizeHint().width() + 2 * menu->fontMetrics().horizontalAdvance(u'&'));
+    setMeasuredWidth(menu, 0);
+    setMeasuredWidth(menu, menu->sizeHint().width() + 2 * menu->fontMetrics().horizontalAdvance(u'&'));
 }
 
 } // namespace

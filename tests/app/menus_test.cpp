@@ -133,6 +133,8 @@ private slots:
     void menuIconsAreTheNamedPictures_data();
     void menuIconsAreTheNamedPictures();
     void submenusOpenAtTheirItems();
+    void menusStayOnTheScreen_data();
+    void menusStayOnTheScreen();
     void recentItemFollowsItsCount_data();
     void recentItemFollowsItsCount();
 
@@ -270,6 +272,30 @@ void MenusTest::submenusOpenAtTheirItems()
     TestWindow window;
     QCOMPARE(window.item(MenuId::File, 11)->menu(), window.recentMenu());
     QCOMPARE(window.item(MenuId::View, 10)->menu(), window.menu(MenuId::Language));
+}
+
+void MenusTest::menusStayOnTheScreen_data()
+{
+    menuTable_data();
+}
+
+/// Also in its corner, and as wide as ever each time.
+void MenusTest::menusStayOnTheScreen()
+{
+    QFETCH(MenuId, menu);
+    TestWindow window;
+    QVERIFY(window.open());
+    const QRect screen = window.screen()->geometry();
+    QMenu *opened = window.menu(menu);
+    opened->popup(screen.topLeft());
+    const QSize size = opened->size();
+    opened->hide();
+    for (int time = 0; time < 3; ++time) {
+        opened->popup(screen.bottomRight());
+        QCOMPARE(opened->size(), size);
+        QVERIFY(screen.contains(opened->geometry()));
+        opened->hide();
+    }
 }
 
 void MenusTest::recentItemFollowsItsCount_data()
