@@ -39,6 +39,8 @@ private:
             checkTabs(tabs);
         else if (const auto *bar = qobject_cast<const QMenuBar *>(widget))
             checkMenuBar(bar);
+        else if (const auto *header = qobject_cast<const QHeaderView *>(widget))
+            checkHeader(header);
         else if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
             checkButton(button);
     }
@@ -155,6 +157,20 @@ private:
             if (bar->actionGeometry(action).right() > bar->width())
                 m_faults << action->text() + QStringLiteral(": outside");
         }
+    }
+    /// Columns may be scrolled to; each has room for its title and, where it is shown, the arrow beside it.
+    void checkHeader(const QHeaderView *header)
+    {
+        const QStyle *style = header->style();
+        const int margin = style->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
+        for (int column = 0; column < header->count(); ++column) {
+            const QString title = header->model()->headerData(column, header->orientation()).toString();
+            const bool hasArrow = header->isSortIndicatorShown() && header->sortIndicatorSection() == column;
+            const int arrow =
+                hasArrow ? style->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, header) + margin : 0;
+            needs(header, title, header->sectionSize(column) - 2 * margin - arrow);
+        }
+        needsHeight(header, header->accessibleName());
     }
 
     static constexpr int frame = 3;

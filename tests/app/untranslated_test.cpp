@@ -93,6 +93,7 @@ private slots:
     void init();
     void nothingIsEnglish_data();
     void nothingIsEnglish();
+    void switchingReachesAllThatIsOpen();
     void englishIsFound();
 };
 
@@ -118,6 +119,23 @@ void UntranslatedTest::nothingIsEnglish()
     QVERIFY(window.open());
     const std::unique_ptr<QWidget> dialog = dialogOf(form, &window);
     QCOMPARE(englishTextsIn(dialog ? *dialog : window).join(u'\n'), QString());
+}
+
+/// Documents, menus, both bars and the search panel; and back.
+void UntranslatedTest::switchingReachesAllThatIsOpen()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileNew();
+    window.slotCmdViewReplace();
+    const QStringList english = englishTextsIn(window);
+    for (const QString &text :
+        { u"Replace ALL"_s, u"Vertical scroll bar"_s, u"(no item)"_s, u"Recent Files"_s })
+        QVERIFY2(english.contains(text), qPrintable(text));
+    window.slotCmdViewLangJa();
+    QTRY_COMPARE(englishTextsIn(window).join(u'\n'), QString());
+    window.slotCmdViewLangEn();
+    QTRY_COMPARE(englishTextsIn(window), english);
 }
 
 void UntranslatedTest::englishIsFound()
