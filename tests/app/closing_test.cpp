@@ -47,6 +47,7 @@ private slots:
     void closingShowsTheNeighbour();
 
     void quitAsksFromTheLastTab();
+    void quitCancelledAtTheSecondQuestion_data();
     void quitCancelledAtTheSecondQuestion();
     void quitStopsAtAFailingSave();
     void quitWithSaveNeverAsks();
@@ -223,17 +224,30 @@ void ClosingTest::quitAsksFromTheLastTab()
     QCOMPARE(recentFiles().entries[1].name, u"b.txt"_s);
 }
 
+void ClosingTest::quitCancelledAtTheSecondQuestion_data()
+{
+    QTest::addColumn<QString>("firstAnswer");
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("saved") << u"Yes"_s << QByteArray("xold");
+    QTest::newRow("not saved") << u"No"_s << QByteArray("old");
+}
+
+/// The document that was asked about first is closed, as answered.
 void ClosingTest::quitCancelledAtTheSecondQuestion()
 {
+    QFETCH(QString, firstAnswer);
     const TestFiles files;
     TestWindow window;
     QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s }));
-    MessageBoxes boxes({ u"No"_s, u"Cancel"_s });
+    MessageBoxes boxes({ firstAnswer, u"Cancel"_s });
     window.slotCmdFileQuitNoSave();
     QCOMPARE(boxes.count(), 2);
     QVERIFY(window.isVisible());
     QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
     QCOMPARE(window.currentEditor(), window.editorAt(0));
+    QTEST(files.read(u"b.txt"_s), "content");
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("old"));
+    QCOMPARE(recentFiles().entries[0].name, u"b.txt"_s);
 }
 
 void ClosingTest::quitStopsAtAFailingSave()

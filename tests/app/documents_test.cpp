@@ -24,6 +24,7 @@ private slots:
     void switchingByIds();
     void switchingNeedsTwoTabs();
     void switchingSkipsGapsAndWraps();
+    void switchingBeyondAThousandTabs();
 
     void editStatesFollowTheDocument();
     void otherEditorsChangeTheStatesToo();
@@ -202,6 +203,28 @@ void DocumentsTest::switchingSkipsGapsAndWraps()
         window.slotEtcChangeTab(0);
         QCOMPARE(window.tabBar()->currentTab(), id);
     }
+}
+
+/// Ids go on behind 999 when so many are in use at once: going forward does not come there, going back does.
+void DocumentsTest::switchingBeyondAThousandTabs()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    for (int count = 1; count < 1002; ++count)
+        window.slotCmdFileNew();
+    const auto switched = [&window](int from, int forward) {
+        window.tabBar()->setCurrentTab(from);
+        window.slotEtcChangeTab(forward);
+        return window.tabBar()->currentTab();
+    };
+    QCOMPARE(window.tabBar()->ids().last(), 1001);
+    QCOMPARE(switched(998, 1), 999);
+    QCOMPARE(switched(999, 1), 0);
+    QCOMPARE(switched(1000, 1), 0);
+    QCOMPARE(switched(1001, 1), 0);
+    QCOMPARE(switched(0, 0), 1000);
+    QCOMPARE(switched(1001, 0), 1000);
+    QCOMPARE(switched(1000, 0), 999);
 }
 
 void DocumentsTest::editStatesFollowTheDocument()
