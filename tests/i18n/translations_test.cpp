@@ -174,6 +174,13 @@ void TranslationsTest::unfinishedEntryFailsTheBuild_data()
     QTest::newRow("unfinished and empty")
         << QByteArray("<translation type=\"unfinished\"></translation>") << false;
     QTest::newRow("empty") << QByteArray("<translation></translation>") << false;
+    QTest::newRow("empty, in one") << QByteArray("<translation/>") << false;
+    QTest::newRow("unfinished, in one") << QByteArray("<translation type=\"unfinished\"/>") << false;
+    const QByteArray comments = "<comment>a</comment>\n<translatorcomment>b</translatorcomment>\n";
+    QTest::newRow("finished, with comments") << comments + "<translation>Oui</translation>" << true;
+    QTest::newRow("unfinished, with comments")
+        << comments + "<translation type=\"unfinished\">Oui</translation>" << false;
+    QTest::newRow("empty, with comments") << comments + "<translation></translation>" << false;
     QTest::newRow("vanished") << QByteArray("<translation type=\"vanished\">Oui</translation>") << false;
 }
 
