@@ -80,7 +80,7 @@ void ctlEditer::paintCell(QPainter &target, qint64 row, const QRectF &cell, cons
         drawFullWidthSpaceMarks(painter, measure);
     drawCursorInRow(painter, cursorColor(), settings.BackColor == blackIndex ? 1 : 2);
     drawActiveLine(painter, cell);
-    painter.copyToTarget();
+    finishRow(painter);
 }
 
 /// The colour that is combined with the background: its own gives black, and its opposite white where black

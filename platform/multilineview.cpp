@@ -12,6 +12,7 @@
 
 namespace {
 constexpr int cursorWidth = 2;
+constexpr int widestLineEnd = 8; ///< widths of "x" that cursor, selection or a mark take behind a row's text
 constexpr int wheelNotch = 120; ///< eighths of a degree
 
 /// Pixels that stay free beside a cursor that is scrolled to, so that the next keys need not scroll again.
@@ -81,7 +82,7 @@ void QMultiLineEdit::Private::setTop(qint64 row)
     verticalBar->setValue(rows.toBar(top));
     syncingBar = false;
     if (top != before)
-        shiftView(0, qreal(before - top) * measure->height());
+        shiftView(0, top - before);
 }
 
 bool QMultiLineEdit::Private::isScaleWhole() const
@@ -92,14 +93,50 @@ bool QMultiLineEdit::Private::isScaleWhole() const
 
 /// Moves what is painted already, else repaints: at a fractional scale what is moved and what is painted
 /// beside it would not meet.
-void QMultiLineEdit::Private::shiftView(int dx, qreal dy)
+void QMultiLineEdit::Private::shiftView(int dx, qint64 rowsDown)
 {
     QWidget *const viewport = q->viewport();
+    const qreal dy = -qreal(rowsDown) * measure->height();
+    if (dx == 0)
+        ink.shift(rowsDown);
+    else
+        ink.forget();
     const bool stays = std::abs(dx) < viewport->width() && std::abs(dy) < viewport->height();
     if (stays && dy == std::floor(dy) && isScaleWhole())
         viewport->scroll(dx, int(dy));
+    else if (stays && dx == 0)
+        viewport->update(inkRegion());
     else
         viewport->update();
+}
+
+QRect QMultiLineEdit::Private::linesRect(qint64 line, qint64 count, int width) const
+{
+    const qreal height = measure->height();
+    const QRectF area(0, qreal(line) * height, width, qreal(count) * height);
+    // The toolkit rounds an area's height for itself and may end it before the row at a fractional scale.
+    const int rest = isScaleWhole() ? 0 : 1;
+    return area.toAlignedRect().adjusted(0, -rest, 0, rest);
+}
+
+QRegion QMultiLineEdit::Private::inkRegion() const
+{
+    const QWidget *const viewport = q->viewport();
+    QRegion region;
+    for (qint64 line = 0; top + line <= rowAt(viewport->height()); ++line)
+        region += linesRect(line, 1, qMin(viewport->width(), ink.end(line)));
+    return region;
+}
+
+void QMultiLineEdit::Private::noteInk(const RowLayout &layout)
+{
+    const qint64 line = layout.row() - top;
+    if (line < 0 || layout.row() > rowAt(q->viewport()->height()))
+        return;
+    // The row of the cursor may be marked over the whole width.
+    const bool endIsShown = layout.lastColumn() == layout.length() && layout.row() != rowColOf(cursor).row;
+    const qreal end = margin + layout.rightEdge() + widestLineEnd * measure->xWidth() - q->xOffset();
+    ink.setEnd(line, endIsShown ? qCeil(qMax<qreal>(0, end)) : LineInk::everywhere);
 }
 
 RowLayout QMultiLineEdit::Private::layoutOf(qint64 row, qreal x) const
@@ -181,16 +218,14 @@ void QMultiLineEdit::Private::showX(qreal x, qreal width)
 
 void QMultiLineEdit::Private::updateRows(qint64 first, qint64 last)
 {
-    const QWidget *const viewport = q->viewport();
+    QWidget *const viewport = q->viewport();
     first = qMax(first, top);
     last = qMin(last, rowAt(viewport->height()));
     if (first > last)
         return;
-    const qreal height = measure->height();
-    const QRectF area(0, qreal(first - top) * height, viewport->width(), qreal(last - first + 1) * height);
-    // The toolkit rounds an area's height for itself and may end it before the row at a fractional scale.
-    const int rest = isScaleWhole() ? 0 : 1;
-    q->viewport()->update(area.toAlignedRect().adjusted(0, -rest, 0, rest));
+    for (qint64 row = first; row <= last; ++row)
+        ink.setEnd(row - top, LineInk::everywhere);
+    viewport->update(linesRect(first - top, last - first + 1, viewport->width()));
 }
 
 void QMultiLineEdit::Private::updateMarkedRows()
@@ -341,10 +376,12 @@ void QMultiLineEdit::paintEvent(QPaintEvent *event)
             palette().brush(QPalette::Base));
     for (qint64 row = d->rowAt(area.top()); row <= last; ++row) {
         const QRectF cell = cellRect(row);
-        const QRect update = cell.toAlignedRect() & area;
-        if (event->region().intersects(update))
+        const QRect update = (event->region() & cell.toAlignedRect()).boundingRect();
+        if (!update.isEmpty())
             paintCell(painter, row, cell, update);
     }
+    for (qint64 row = qMax(last + 1, d->rowAt(area.top())); row <= d->rowAt(area.bottom()); ++row)
+        d->ink.setEnd(row - d->top, 0);
     d->paintDropCursor(painter);
 }
 

@@ -185,6 +185,9 @@ protected:
     InsertedText compositionInRow(qint64 row) const;
     bool markedInRow(qint64 row, qint64 *begin, qint64 *end) const;
     void drawCursorInRow(RowPainter &row, const QColor &color, int width) const;
+    /// The last step of paintCell(): copies the row to the target, and remembers how far to the right it
+    /// shows anything. Behind its text that are a line end's marks; only the cursor's row may show more.
+    void finishRow(RowPainter &row);
     /// Whether the cursor is in the visible phase of its blinking.
     bool isCursorOn() const;
     std::shared_ptr<const FontMeasure> fontMeasure() const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/fontmeasure.h"
+#include "platform/lineink.h"
 #include "platform/qmultilineedit.h"
 #include "platform/rowlayout.h"
 #include "platform/scrollrange.h"
@@ -171,6 +172,7 @@ struct QMultiLineEdit::Private {
     int wheelRest = 0; ///< turned so far, not enough for a row
     bool syncingBar = false;
     bool cursorOn = true;
+    LineInk ink;
 
     /// Rows that fit completely into the view, or into that many pixels; at least 1.
     qint64 visibleRows() const;
@@ -182,7 +184,14 @@ struct QMultiLineEdit::Private {
     void setTop(qint64 row);
     /// Whether every logical pixel is a number of device pixels.
     bool isScaleWhole() const;
-    void shiftView(int dx, qreal dy);
+    /// What is shown goes `dx` pixels to the right, or the view `rowsDown` rows down in the text.
+    void shiftView(int dx, qint64 rowsDown);
+    /// The area of rows, of which the first is the view's line `line`; complete at every scale.
+    QRect linesRect(qint64 line, qint64 count, int width) const;
+    /// What may change when the view goes on by whole rows.
+    QRegion inkRegion() const;
+    /// The row is shown as it is laid out.
+    void noteInk(const RowLayout &layout);
     /// Layout of the part of a row that is in the view or, when `x` is outside it, around `x`; with the text
     /// that is composed there.
     RowLayout layoutOf(qint64 row, qreal x) const;

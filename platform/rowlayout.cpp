@@ -264,6 +264,12 @@ qreal RowLayout::x(qint64 column) const
     return qreal(x) / d->scale();
 }
 
+qreal RowLayout::rightEdge() const
+{
+    const auto isLess = [](const auto &a, const auto &b) { return a.right < b.right; };
+    return qreal(std::max_element(d->columns.begin(), d->columns.end(), isLess)->right) / d->scale();
+}
+
 bool RowLayout::isCursorStop(qint64 column) const
 {
     Q_ASSERT(column >= 0 && column <= length());

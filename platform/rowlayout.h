@@ -46,6 +46,8 @@ public:
     /// Where the cursor stands before a column, from the row's start; any column 0..length(), also outside
     /// left..right.
     qreal x(qint64 column) const;
+    /// Right end of the characters firstColumn()..lastColumn() - 1, from the row's start.
+    qreal rightEdge() const;
     /// The cursor place nearest to `x`.
     qint64 cursorAt(qreal x) const;
     /// Whether the cursor may stand before a column: not inside a surrogate pair or a combined character.

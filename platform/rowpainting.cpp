@@ -1,5 +1,5 @@
 #include "platform/fontmeasure.h"
-#include "platform/qmultilineedit.h"
+#include "platform/qmultilineedit_p.h"
 #include "platform/rowpainter.h"
 
 namespace {
@@ -40,6 +40,12 @@ void QMultiLineEdit::drawCursorInRow(RowPainter &row, const QColor &color, int w
     row.drawCursor(qMin(cursor.column + composed.cursor, row.layout().length()), color, width);
 }
 
+void QMultiLineEdit::finishRow(RowPainter &row)
+{
+    row.copyToTarget();
+    d->noteInk(row.layout());
+}
+
 void QMultiLineEdit::paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update)
 {
     if (row < 0 || row >= numLines())
@@ -58,5 +64,5 @@ void QMultiLineEdit::paintCell(QPainter &target, qint64 row, const QRectF &cell,
         painter.drawComposition(
             composed.column, composed.text.size(), preedit().formats, colors.color(QPalette::Text));
     drawCursorInRow(painter, colors.color(QPalette::Base), cursorWidth);
-    painter.copyToTarget();
+    finishRow(painter);
 }
