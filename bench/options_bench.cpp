@@ -63,8 +63,7 @@ void changeSettings()
     settings.RowNo = isWrapped ? 1 : 2;
 }
 
-/// Until the shown document is painted.
-void applyOptions(benchmark::State &state)
+template <typename Then> void applyOptionsAnd(benchmark::State &state, Then then)
 {
     frmMain window;
     openDocuments(window, state.range(0), int(state.range(1)));
@@ -72,21 +71,23 @@ void applyOptions(benchmark::State &state)
         changeSettings();
         window.applySettings();
         QCoreApplication::processEvents();
+        then(window);
     }
+}
+
+/// Until the shown document is painted.
+void applyOptions(benchmark::State &state)
+{
+    applyOptionsAnd(state, [](const frmMain &) {});
 }
 
 /// Also until every document has been laid out, as closing the window asks for.
 void applyOptionsAndAskForEveryRow(benchmark::State &state)
 {
-    frmMain window;
-    openDocuments(window, state.range(0), int(state.range(1)));
-    for (auto _ : state) {
-        changeSettings();
-        window.applySettings();
-        QCoreApplication::processEvents();
+    applyOptionsAnd(state, [](const frmMain &window) {
         for (const ctlEditer *editor : window.tabBar()->editors())
             benchmark::DoNotOptimize(editor->numLines());
-    }
+    });
 }
 
 void countProperties(benchmark::State &state, const QString &line, qint64 units)

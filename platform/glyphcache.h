@@ -29,7 +29,6 @@ public:
     const QRawFont &rawFont(int index) const { return m_fonts[std::size_t(index)]; }
     /// Width of "x".
     int cell() const { return m_cell; }
-    bool isFixedPitch() const { return m_fixedPitch; }
     int ascent() const { return m_ascent; }
     int height() const { return m_height; }
 

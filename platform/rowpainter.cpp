@@ -5,6 +5,8 @@
 #include <QGlyphRun>
 #include <QTextCharFormat>
 
+#include <utility>
+
 RowPainter::RowPainter(QPainter &target, const FontMeasure &measure, const Place &place,
     const QColor &background, const InsertedText &inserted)
     : m_measure(measure)

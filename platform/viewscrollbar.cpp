@@ -4,6 +4,8 @@
 #include <QStyle>
 #include <QStyleOptionSlider>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

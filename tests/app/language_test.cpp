@@ -1,6 +1,7 @@
 #include "tests/app/forms.h"
 #include "tests/app/testwindow.h"
 #include "tests/filedialog/formtest.h"
+#include "tests/mnemonics.h"
 #include "tests/textfit.h"
 
 #include <QContextMenuEvent>
@@ -31,12 +32,10 @@ void savePicture(QWidget &widget)
 
 QStringList mnemonicsOf(const QList<QAction *> &actions)
 {
-    QStringList letters;
-    for (const QAction *action : actions) {
-        if (const qsizetype at = action->text().indexOf(u'&'); at >= 0)
-            letters << action->text().mid(at + 1, 1).toUpper();
-    }
-    return letters;
+    QStringList texts;
+    for (const QAction *action : actions)
+        texts << action->text();
+    return mnemonicsOf(texts);
 }
 
 /// The menu that the menu key opens there.
@@ -264,17 +263,8 @@ void LanguageTest::optionMnemonicsAreUnique()
     const frmOption dialog(&window);
     const auto *pages = dialog.findChild<QTabWidget *>();
     for (int i = 0; i < pages->count(); ++i) {
-        QStringList texts{ pages->tabText(0), pages->tabText(1), pages->tabText(2) };
-        for (const QLabel *label : pages->widget(i)->findChildren<QLabel *>())
-            texts << label->text();
-        for (const QAbstractButton *button : pages->widget(i)->findChildren<QAbstractButton *>())
-            texts << button->text();
-        QStringList letters;
-        for (const QString &text : texts) {
-            if (const qsizetype at = text.indexOf(u'&'); at >= 0)
-                letters << text.mid(at + 1, 1).toUpper();
-        }
-        QVERIFY2(letters.removeDuplicates() == 0, qPrintable(texts.join(u'|')));
+        const QStringList texts = textsWithPage(*pages, i);
+        QVERIFY2(mnemonicsOf(texts).removeDuplicates() == 0, qPrintable(texts.join(u'|')));
     }
 }
 

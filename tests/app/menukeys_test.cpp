@@ -1,5 +1,6 @@
 #include "tests/app/forms.h"
 #include "tests/app/testwindow.h"
+#include "tests/mnemonics.h"
 
 #include <QAction>
 #include <QLabel>
@@ -87,6 +88,16 @@ QString dialogOf(MenuId menu, int id)
     if (is(MenuId::View, { 3, 6 }))
         return u"frmSearchDialog"_s;
     return is(MenuId::View, { 7 }) ? u"frmJumpTo"_s : QString();
+}
+
+/// Shows a form over the window; null when it does not become the active one.
+std::unique_ptr<QWidget> openForm(Form form, TestWindow &window)
+{
+    std::unique_ptr<QWidget> dialog = ::dialogOf(form, &window);
+    dialog->show();
+    dialog->activateWindow();
+    const auto isActive = [&] { return QApplication::activeWindow() == dialog.get(); };
+    return QTest::qWaitFor(isActive) ? std::move(dialog) : nullptr;
 }
 
 } // namespace
@@ -232,12 +243,7 @@ void MenuKeysTest::lettersOfFormsAreUnique()
             for (const QAction *action : bar->actions())
                 texts << action->text();
     }
-    QStringList letters;
-    for (const QString &text : texts) {
-        if (const qsizetype at = text.indexOf(u'&'); at >= 0)
-            letters << text.mid(at + 1, 1).toUpper();
-    }
-    QVERIFY2(letters.removeDuplicates() == 0, qPrintable(texts.join(u'|')));
+    QVERIFY2(mnemonicsOf(texts).removeDuplicates() == 0, qPrintable(texts.join(u'|')));
 }
 
 void MenuKeysTest::tabReachesEveryControl_data()
@@ -255,10 +261,8 @@ void MenuKeysTest::tabReachesEveryControl()
     QFETCH(Form, form);
     TestWindow window;
     QVERIFY(window.open());
-    const std::unique_ptr<QWidget> dialog = ::dialogOf(form, &window);
-    dialog->show();
-    dialog->activateWindow();
-    QTRY_COMPARE(QApplication::activeWindow(), dialog.get());
+    const std::unique_ptr<QWidget> dialog = openForm(form, window);
+    QVERIFY(dialog);
     QList<const QWidget *> expected;
     for (const QWidget *widget : dialog->findChildren<QWidget *>()) {
         if (widget->isVisible() && widget->isEnabled() && widget->focusPolicy() & Qt::TabFocus
@@ -293,10 +297,8 @@ void MenuKeysTest::defaultButtonComesBack()
     QFETCH(Form, form);
     TestWindow window;
     QVERIFY(window.open());
-    const std::unique_ptr<QWidget> dialog = ::dialogOf(form, &window);
-    dialog->show();
-    dialog->activateWindow();
-    QTRY_COMPARE(QApplication::activeWindow(), dialog.get());
+    const std::unique_ptr<QWidget> dialog = openForm(form, window);
+    QVERIFY(dialog);
     QPushButton *own = nullptr;
     QPushButton *other = nullptr;
     for (QPushButton *button : dialog->findChildren<QPushButton *>()) {

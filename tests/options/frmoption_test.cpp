@@ -1,3 +1,4 @@
+#include "tests/mnemonics.h"
 #include "tests/options/optionsform.h"
 
 #include <QPushButton>
@@ -251,19 +252,8 @@ void FrmOptionTest::mnemonicsAreUnique()
     const frmOption dialog(nullptr);
     const auto *pages = dialog.findChild<QTabWidget *>();
     for (int i = 0; i < pages->count(); ++i) {
-        QStringList texts{ pages->tabText(0), pages->tabText(1), pages->tabText(2) };
-        for (const QLabel *label : pages->widget(i)->findChildren<QLabel *>())
-            texts << label->text();
-        for (const QAbstractButton *button : pages->widget(i)->findChildren<QAbstractButton *>())
-            texts << button->text();
-        QStringList letters;
-        for (const QString &text : texts) {
-            if (const qsizetype at = text.indexOf(u'&'); at >= 0)
-                letters << text.mid(at + 1, 1).toUpper();
-        }
-        QStringList unique = letters;
-        unique.removeDuplicates();
-        QCOMPARE(letters, unique);
+        const QStringList texts = textsWithPage(*pages, i);
+        QVERIFY2(mnemonicsOf(texts).removeDuplicates() == 0, qPrintable(texts.join(u'|')));
     }
 }
 
