@@ -68,7 +68,7 @@ void QMultiLineEdit::Private::updateScrollBars()
     // In steps, so that the bar does not change with every key in the widest row.
     const int step = qMax(1, reserve(view));
     const qreal hidden = wider > 0 ? step * std::ceil(wider / step + 1) : 0;
-    constexpr qreal most = std::numeric_limits<int>::max() / 2;
+    constexpr int most = std::numeric_limits<int>::max() / 2;
     horizontalBar->setPageStep(view);
     horizontalBar->setSingleStep(qMax(1, qRound(2 * measure->xWidth())));
     horizontalBar->setLast(qCeil(qBound<qreal>(0, hidden, most)));

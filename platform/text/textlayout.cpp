@@ -42,7 +42,7 @@ bool TextLayout::isWithinLimit(QStringView text) const
     char32_t codePoint = 0;
     for (qsizetype i = 0; i < text.size() && x <= limit(); i += unitsOf(codePoint)) {
         codePoint = codePointAt(text, i);
-        x += codePoint == U'	' ? tabStop() : m_advances->advanceOf(codePoint);
+        x += codePoint == U'\t' ? tabStop() : m_advances->advanceOf(codePoint);
     }
     return x <= limit();
 }

@@ -98,7 +98,7 @@ void TextStore::Private::copyTo(char16_t *to, qint64 offset, qint64 length) cons
 
 void TextStore::Private::setLayout(const LayoutRule &rule)
 {
-    tree();
+    m_open.close(m_tree, layout);
     last = {};
     layout = TextLayout(rule);
     layOut(m_tree, layout);
