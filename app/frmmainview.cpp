@@ -61,6 +61,7 @@ void frmMain::changeLanguage(int language, const QString &missingFileText)
     }
     appSettings().Lang = language;
     buildMenus();
+    showToolBarLabels();
     nameControls();
     for (ctlEditer *editor : tabBar()->editors()) {
         editor->retranslateName();

@@ -107,6 +107,7 @@ private slots:
     void openDocumentsAreRenamed();
     void openSearchPanelFollows();
     void toolBarStaysEnglish();
+    void labelsMakeRoomForTheMenus();
     void switchingStacksNothing();
     void properties_data();
     void properties();
@@ -334,6 +335,24 @@ void LanguageTest::toolBarStaysEnglish()
     window.slotCmdViewLangJa();
     for (const ToolButton &button : toolButtons())
         QCOMPARE(window.item(button.menu, button.id)->iconText(), QString::fromLatin1(button.label));
+}
+
+/// In a window that is just wide enough for both in English, the French menus are too wide.
+void LanguageTest::labelsMakeRoomForTheMenus()
+{
+    TestWindow window;
+    window.resize(1200, 400);
+    window.show();
+    const QToolBar *bar = window.toolBar();
+    QCOMPARE(bar->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+    const int menus = window.findChild<QMenuBar *>()->sizeHint().width();
+    window.resize(menus + bar->sizeHint().width(), 400);
+    QTRY_COMPARE(window.width(), menus + bar->sizeHint().width());
+    QCOMPARE(bar->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+    window.slotCmdViewLangFr();
+    QCOMPARE(bar->toolButtonStyle(), Qt::ToolButtonIconOnly);
+    window.slotCmdViewLangEn();
+    QCOMPARE(bar->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
 }
 
 void LanguageTest::switchingStacksNothing()
