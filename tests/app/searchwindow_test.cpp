@@ -26,17 +26,10 @@ void xdotool(const QString &command, const QWidget &window)
     xdotool({ command, QString::number(window.winId()) });
 }
 
-/// The key of the window manager, when the window has its focus and not only ours.
-void pressAltF4(const QWidget &window)
+/// Asks the window manager to close the window, as a click on its frame's button does.
+void closeByFrame(const QWidget &window)
 {
-    const auto focused = [] {
-        QProcess process;
-        process.start(u"xdotool"_s, { u"getwindowfocus"_s, u"-f"_s });
-        process.waitForFinished();
-        return process.readAllStandardOutput().trimmed().toULongLong();
-    };
-    QTRY_COMPARE(focused(), quint64(window.winId()));
-    xdotool({ u"key"_s, u"alt+F4"_s });
+    QCOMPARE(QProcess::execute(u"wmctrl"_s, { u"-i"_s, u"-c"_s, QString::number(window.winId()) }), 0);
 }
 
 /// A number that the window system tells of a window.
@@ -55,10 +48,15 @@ bool hasFrame(const QWidget &window)
     return told(window, u"Relative upper-left Y"_s) != told(window, u"Absolute upper-left Y"_s);
 }
 
+QPoint contentOnScreen(const QWidget &window)
+{
+    return { told(window, u"Absolute upper-left X"_s), told(window, u"Absolute upper-left Y"_s) };
+}
+
 QPoint frameOnScreen(const QWidget &window)
 {
-    return { told(window, u"Absolute upper-left X"_s) - told(window, u"Relative upper-left X"_s),
-        told(window, u"Absolute upper-left Y"_s) - told(window, u"Relative upper-left Y"_s) };
+    return contentOnScreen(window)
+        - QPoint(told(window, u"Relative upper-left X"_s), told(window, u"Relative upper-left Y"_s));
 }
 
 } // namespace
@@ -83,6 +81,8 @@ private:
     ctlEditer &editor() { return *m_window->currentEditor(); }
     frmSearchDialog &panel() { return *m_window->findChild<frmSearchDialog *>(); }
     void show(int mode);
+    /// Waits until the window manager has put the panel there and the panel has been told.
+    void waitForPlace(const QPoint &frame);
     void replaceAll();
 
     std::unique_ptr<TestWindow> m_window;
@@ -118,6 +118,12 @@ void SearchWindowTest::show(int mode)
     QVERIFY(QTest::qWaitForWindowActive(&panel()));
 }
 
+void SearchWindowTest::waitForPlace(const QPoint &frame)
+{
+    QTRY_COMPARE(frameOnScreen(panel()), frame);
+    QTRY_COMPARE(panel().geometry().topLeft(), contentOnScreen(panel()));
+}
+
 void SearchWindowTest::replaceAll()
 {
     m_window->slotCmdViewReplace();
@@ -129,7 +135,7 @@ void SearchWindowTest::replaceAll()
 void SearchWindowTest::panelIsPlacedAndStaysWhereItIsPut()
 {
     show(0);
-    QTRY_COMPARE(frameOnScreen(panel()), QPoint(20, 40));
+    waitForPlace({ 20, 40 });
     QTRY_COMPARE(panel().frameGeometry().topLeft(), QPoint(20, 40));
     QTest::keyClick(findField(panel()), Qt::Key_Escape);
     // Without its frame the hidden window is where the frame was.
@@ -137,13 +143,16 @@ void SearchWindowTest::panelIsPlacedAndStaysWhereItIsPut()
     QTRY_COMPARE(panel().windowHandle()->position(), QPoint(20, 40));
     for (const int mode : { 1, 0, 1 }) {
         show(mode);
-        QTRY_COMPARE(frameOnScreen(panel()), QPoint(20, 40));
+        waitForPlace({ 20, 40 });
     }
-    panel().move(300, 200);
-    QTRY_COMPARE(frameOnScreen(panel()), QPoint(300, 200));
+    const QPoint before = panel().geometry().topLeft();
+    xdotool({ u"windowmove"_s, QString::number(panel().winId()), u"300"_s, u"200"_s });
+    QTRY_VERIFY(panel().geometry().topLeft() != before);
+    waitForPlace(frameOnScreen(panel()));
+    const QPoint moved = frameOnScreen(panel());
     QTest::keyClick(findField(panel()), Qt::Key_Escape);
     show(0);
-    QTRY_COMPARE(frameOnScreen(panel()), QPoint(300, 200));
+    QTRY_COMPARE(frameOnScreen(panel()), moved);
 }
 
 void SearchWindowTest::hitsAreNotCovered()
@@ -176,7 +185,7 @@ void SearchWindowTest::windowManagersCloseHidesThePanel()
 {
     show(0);
     findField(panel())->setEditText(u"typed"_s);
-    pressAltF4(panel());
+    closeByFrame(panel());
     QTRY_VERIFY(!panel().isVisible());
     QVERIFY(m_window->isVisible());
     QCOMPARE(m_window->tabBar()->count(), 1);
@@ -217,7 +226,7 @@ void SearchWindowTest::closedProgressStopsTheRun()
 {
     const AtProgress closeIt([](frmReplaceProgress &progress) {
         QVERIFY(QTest::qWaitForWindowActive(&progress));
-        pressAltF4(progress);
+        closeByFrame(progress);
         QTRY_VERIFY(!progress.isVisible());
     });
     MessageBoxes boxes;
