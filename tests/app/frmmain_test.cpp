@@ -135,7 +135,11 @@ void FrmMainTest::oddSettingsDoNoHarm_data()
         { "TabLen", &AppSettings::TabLen }, { "RowNo", &AppSettings::RowNo },
         { "ActiveHLine", &AppSettings::ActiveHLine }, { "DefCodec", &AppSettings::DefCodec },
         { "DefCRLF", &AppSettings::DefCRLF }, { "BackColor", &AppSettings::BackColor },
-        { "AutoIndent", &AppSettings::AutoIndent } };
+        { "AutoIndent", &AppSettings::AutoIndent }, { "WrapLen", &AppSettings::WrapLen },
+        { "ForeColor", &AppSettings::ForeColor }, { "RowNoColor", &AppSettings::RowNoColor },
+        { "ShowKAI", &AppSettings::ShowKAI }, { "ShowTAB", &AppSettings::ShowTAB },
+        { "ShowZEN", &AppSettings::ShowZEN }, { "ShowEOF", &AppSettings::ShowEOF },
+        { "RestoreScroll", &AppSettings::RestoreScroll } };
     for (const auto &[name, field] : fields) {
         for (const int value :
             { -1, 0, 400, 100000, std::numeric_limits<int>::min(), std::numeric_limits<int>::max() })
@@ -147,6 +151,8 @@ void FrmMainTest::oddSettingsDoNoHarm()
 {
     QFETCH(int AppSettings::*, field);
     QFETCH(int, value);
+    if (field == &AppSettings::WrapLen)
+        appSettings().WrapMode = 2;
     appSettings().*field = value;
     writeSettings();
     {
