@@ -5,6 +5,8 @@
 
 #include <QColor>
 
+#include <memory>
+
 /// Which way a block of lines moves.
 enum class Indentation { In, Out };
 
@@ -88,6 +90,7 @@ protected:
 
 private:
     QString rowNumber(qint64 row) const;
+    const FontMeasure &rowNumberMeasure(qreal scale) const;
     void drawRowNumber(RowPainter &painter) const;
     QColor cursorColor() const;
     void drawActiveLine(RowPainter &painter, const QRectF &cell) const;
@@ -118,5 +121,7 @@ private:
     QColor m_backColor;
     QColor m_foreColor;
     QColor m_rowNoColor;
+    mutable std::shared_ptr<const FontMeasure> m_rowNumberMeasure;
+    mutable int m_rowNumberSize = 0; ///< that m_rowNumberMeasure is for
     QColor m_activeLineColor;
 };

@@ -111,6 +111,16 @@ QString ctlEditer::rowNumber(qint64 row) const
     return QString::number(number + 1).rightJustified(rowNumberDigits).right(rowNumberDigits);
 }
 
+/// Kept, because to look a font up takes longer than to draw a number.
+const FontMeasure &ctlEditer::rowNumberMeasure(qreal scale) const
+{
+    const int size = rowNumberFontSize();
+    if (!m_rowNumberMeasure || m_rowNumberSize != size || m_rowNumberMeasure->devicePixelRatio() != scale)
+        m_rowNumberMeasure = FontMeasure::forFont(lcFont(size), scale);
+    m_rowNumberSize = size;
+    return *m_rowNumberMeasure;
+}
+
 void ctlEditer::drawRowNumber(RowPainter &painter) const
 {
     const AppSettings &settings = appSettings();
@@ -118,11 +128,11 @@ void ctlEditer::drawRowNumber(RowPainter &painter) const
         return;
     const RowCanvas &canvas = painter.canvas();
     const QColor color = settings.RowNoColor != 0 ? m_rowNoColor : m_foreColor;
-    const auto measure = FontMeasure::forFont(lcFont(rowNumberFontSize()), canvas.scale());
+    const FontMeasure &measure = rowNumberMeasure(canvas.scale());
     const int gap = settings.FontSize >= largeFontSize ? 3 : 2;
-    const int top = canvas.y(canvas.rowHeight() - measure->height() - gap);
-    const QPoint baseline(canvas.x(1), top + canvas.pixels(measure->ascent()));
-    painter.drawCharacters(*measure, baseline, rowNumber(painter.layout().row()), color);
+    const int top = canvas.y(canvas.rowHeight() - measure.height() - gap);
+    const QPoint baseline(canvas.x(1), top + canvas.pixels(measure.ascent()));
+    painter.drawCharacters(measure, baseline, rowNumber(painter.layout().row()), color);
     const QRect row = canvas.rowRect();
     painter.painter().fillRect(canvas.x(hMargin() - 3), row.top(), canvas.thickness(1), row.height(), color);
 }
