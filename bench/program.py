@@ -4,8 +4,9 @@ a key press, memory.
 
     program.py start  -- COMMAND…            start to idle, several runs
     program.py keys [--at end|start] [--count N] [--before "a b"] [--keys "a b"] -- COMMAND…
-                                             processor time of the whole process per key press; keys before are
-                                             pressed N times and not measured: --before "a Return" --keys ctrl+z
+                                             processor time of the whole process per key press, mean and quartiles;
+                                             keys before are pressed N times and not measured:
+                                             --before "a Return" --keys ctrl+z
     program.py frames [--at end|start] [--count N] [--doing "wheel drag page key click"] -- COMMAND…
                                              processor time of a frame, median and worst of N: one notch of the
                                              wheel, one move of the vertical scroll bar's slider over the whole bar,
@@ -88,23 +89,43 @@ def start(options):
 PLACES = {"start": "ctrl+Home", "end": "ctrl+End"}
 
 
+class Keyboard:
+    """Presses keys through one xdotool that stays: a new one for each key would empty the processor's caches, and the
+    program would be measured with what that costs."""
+
+    def __init__(self):
+        self.script = subprocess.Popen(["xdotool", "-"], stdin=subprocess.PIPE, text=True, bufsize=1)
+
+    def press(self, name: str):
+        self.script.stdin.write(f"key --delay 0 {name}\n")
+        time.sleep(0.025)
+
+    def close(self):
+        self.script.stdin.close()
+        self.script.wait()
+
+
 def keys(options):
     process = launch(options.command)
     wait_idle(process)
     window = windows(process.pid)[-1]
     subprocess.run(["xdotool", "windowactivate", "--sync", window], stderr=subprocess.DEVNULL)
-    press = lambda *names, repeat=1: subprocess.run(
-        ["xdotool", "key", "--delay", "25", "--repeat", str(repeat), *names], check=True)
-    press(PLACES[options.at])
-    press(*options.before.split(), repeat=options.count)
+    keyboard = Keyboard()
+    keyboard.press(PLACES[options.at])
+    for name in options.before.split() * options.count:
+        keyboard.press(name)
     wait_idle(process, needs_window=False)
-    before = cpu_seconds(process.pid)
-    names = options.keys.split()
-    press(*names, repeat=options.count)
-    wait_idle(process, needs_window=False)
-    cost = (cpu_seconds(process.pid) - before) / (options.count * len(names))
+    costs, before = [], cpu_seconds(process.pid)
+    for name in options.keys.split() * options.count:
+        keyboard.press(name)
+        after = cpu_seconds(process.pid)
+        costs.append((after - before) * 1000)
+        before = after
+    keyboard.close()
     stop(process)
-    print(f"keys {options.keys!r} at {options.at}: {cost * 1000:.3f} ms of processor time each, {options.count} times")
+    low, middle, high = statistics.quantiles(costs, n=4)
+    print(f"keys {options.keys!r} at {options.at}: mean {statistics.mean(costs):.3f} ms of processor time each, "
+          f"quartiles {low:.3f} {middle:.3f} {high:.3f}, {options.count} times")
 
 
 def xdotool(*arguments) -> str:
