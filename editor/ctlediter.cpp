@@ -125,7 +125,7 @@ void ctlEditer::applyRowNoMargin()
 void ctlEditer::applyActiveLineColor()
 {
     m_activeLineColor = colorOfIndex(appSettings().ActiveHLine);
-    viewport()->update();
+    updateView();
 }
 
 void ctlEditer::applyColors()
@@ -136,7 +136,7 @@ void ctlEditer::applyColors()
     QPalette colors = palette();
     colors.setColor(QPalette::Base, m_backColor);
     setPalette(colors);
-    viewport()->update(); // the palette knows nothing of the other two
+    updateView(); // the palette knows nothing of the other two
 }
 
 QColor ctlEditer::colorOfIndex(int index)

@@ -59,9 +59,7 @@ void ctlEditer::paintCell(QPainter &target, qint64 row, const QRectF &cell, cons
     const FontMeasure &measure = *fontMeasure();
     const QColor base = palette().color(QPalette::Base);
     const InsertedText composed = compositionInRow(row);
-    RowPainter painter(target, measure,
-        { .store = store(), .row = row, .cell = cell, .update = update, .margin = qreal(hMargin()) }, base,
-        composed);
+    RowPainter painter(target, measure, rowPlace(row, cell, update), base, composed);
     drawRowNumber(painter);
     painter.drawText(m_foreColor);
     RowPainter::Selection marked;
@@ -78,7 +76,8 @@ void ctlEditer::paintCell(QPainter &target, qint64 row, const QRectF &cell, cons
         drawTabMarks(painter);
     if (settings.ShowZEN == 1)
         drawFullWidthSpaceMarks(painter, measure);
-    drawCursorInRow(painter, cursorColor(), settings.BackColor == blackIndex ? 1 : 2);
+    if (row == cursorPosition().row)
+        drawCursorInRow(painter, cursorColor(), settings.BackColor == blackIndex ? 1 : 2);
     drawActiveLine(painter, cell);
     finishRow(painter);
 }

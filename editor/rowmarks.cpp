@@ -70,8 +70,8 @@ void drawTabMarks(RowPainter &row)
 {
     const RowCanvas &canvas = row.canvas();
     const qreal middle = std::floor(canvas.rowHeight() / 2);
-    row.painter().setPen(QPen(markColor, canvas.thickness(1)));
     forEachVisible(row, tab, [&](int x) {
+        row.painter().setPen(QPen(markColor, canvas.thickness(1)));
         const QPoint tip(x + canvas.pixels(6), canvas.y(middle));
         row.painter().drawLine(QPoint(x + canvas.pixels(1), canvas.y(middle - 2)), tip);
         row.painter().drawLine(QPoint(x + canvas.pixels(1), canvas.y(middle + 2)), tip);

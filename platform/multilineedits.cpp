@@ -106,7 +106,7 @@ void QMultiLineEdit::Private::startAnew(TextStore &&text)
     top = 0;
     updateScrollBars();
     q->setXOffset(0);
-    q->viewport()->update();
+    updateView();
     edited = true;
     announcer.announceChange(store, { 0, gone, store.length() });
     announceCursor();

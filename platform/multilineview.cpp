@@ -1,5 +1,6 @@
 #include "platform/qmultilineedit_p.h"
 
+#include "platform/rowcanvas.h"
 #include "platform/viewscrollbar.h"
 
 #include <QApplication>
@@ -100,7 +101,8 @@ void QMultiLineEdit::Private::shiftView(int dx, qint64 rowsDown)
     if (dx == 0)
         ink.shift(rowsDown);
     else
-        ink.forget();
+        updateView();
+    hasMoved = true;
     const bool stays = std::abs(dx) < viewport->width() && std::abs(dy) < viewport->height();
     if (stays && dy == std::floor(dy) && isScaleWhole())
         viewport->scroll(dx, int(dy));
@@ -219,6 +221,7 @@ void QMultiLineEdit::Private::showX(qreal x, qreal width)
 void QMultiLineEdit::Private::updateRows(qint64 first, qint64 last)
 {
     QWidget *const viewport = q->viewport();
+    pictures.forget(first, last);
     first = qMax(first, top);
     last = qMin(last, rowAt(viewport->height()));
     if (first > last)
@@ -226,6 +229,13 @@ void QMultiLineEdit::Private::updateRows(qint64 first, qint64 last)
     for (qint64 row = first; row <= last; ++row)
         ink.setEnd(row - top, LineInk::everywhere);
     viewport->update(linesRect(first - top, last - first + 1, viewport->width()));
+}
+
+void QMultiLineEdit::Private::updateView()
+{
+    ink.forget();
+    pictures.forget();
+    q->viewport()->update();
 }
 
 void QMultiLineEdit::Private::updateMarkedRows()
@@ -269,6 +279,37 @@ void QMultiLineEdit::Private::paintDropCursor(QPainter &painter) const
     const QColor base = q->palette().color(QPalette::Base);
     const RowCol place = store.rowColAt(dropOffset);
     painter.fillRect(boxAt(place.row, xOf(place)), base.lightness() < 128 ? Qt::white : Qt::black);
+}
+
+/// A repaint of everything that nobody has asked for here, as when the desktop's colours change, shows
+/// nothing that was kept.
+void QMultiLineEdit::Private::preparePictures(const QRect &area)
+{
+    const QWidget *const viewport = q->viewport();
+    const qreal scale = measure->devicePixelRatio();
+    const qint64 lines = isScaleWhole() ? 0 : rowAt(viewport->height()) - top + 1;
+    pictures.setView(int(lines), QSize(qCeil(viewport->width() * scale), qRound(measure->height() * scale)));
+    if (!std::exchange(hasMoved, false) && area == viewport->rect())
+        pictures.forget();
+}
+
+void QMultiLineEdit::Private::paintRow(QPainter &painter, qint64 row, const QRegion &area)
+{
+    const QRectF cell = q->cellRect(row);
+    const QRect whole = cell.toAlignedRect();
+    QRect update = (area & whole).boundingRect();
+    if (update.isEmpty())
+        return;
+    if (pictures.keepsRows()) // which are drawn over their whole height
+        update = QRect(update.left(), whole.top(), update.width(), whole.height());
+    if (pictures.has(row)) {
+        RowFrame(painter, cell, update, measure->devicePixelRatio(), pictures.top(row)).copyTo(painter);
+        ink.setEnd(row - top, pictures.inkEnd(row));
+        return;
+    }
+    q->paintCell(painter, row, cell, update);
+    if (update.width() >= q->viewport()->width())
+        pictures.keep(row, ink.end(row - top));
 }
 
 /// Rows for turns of the wheel, with Shift pixels to the side; parts of a row add up.
@@ -364,22 +405,24 @@ void QMultiLineEdit::updateRow(qint64 row)
     d->updateRow(row);
 }
 
+void QMultiLineEdit::updateView()
+{
+    d.asTheyAre().updateView();
+}
+
 void QMultiLineEdit::paintEvent(QPaintEvent *event)
 {
     QPainter painter(viewport());
     const QRect area = event->rect();
+    d->preparePictures(area);
     const qint64 last = qMin(d->rowAt(area.bottom() + 1), d->store.rowCount() - 1);
     // First what is below the text: the last row may reach a part of a pixel into it.
     const int end = qFloor(cellRect(last).bottom());
     if (end <= area.bottom())
         painter.fillRect(QRect(area.left(), qMax(end, area.top()), area.width(), area.bottom() - end + 1),
             palette().brush(QPalette::Base));
-    for (qint64 row = d->rowAt(area.top()); row <= last; ++row) {
-        const QRectF cell = cellRect(row);
-        const QRect update = (event->region() & cell.toAlignedRect()).boundingRect();
-        if (!update.isEmpty())
-            paintCell(painter, row, cell, update);
-    }
+    for (qint64 row = d->rowAt(area.top()); row <= last; ++row)
+        d->paintRow(painter, row, event->region());
     for (qint64 row = qMax(last + 1, d->rowAt(area.top())); row <= d->rowAt(area.bottom()); ++row)
         d->ink.setEnd(row - d->top, 0);
     d->paintDropCursor(painter);
@@ -430,7 +473,7 @@ void QMultiLineEdit::focusInEvent(QFocusEvent *event)
 {
     QAbstractScrollArea::focusInEvent(event);
     d->restartBlink();
-    viewport()->update();
+    d->updateView();
 }
 
 void QMultiLineEdit::focusOutEvent(QFocusEvent *event)
@@ -438,5 +481,5 @@ void QMultiLineEdit::focusOutEvent(QFocusEvent *event)
     QAbstractScrollArea::focusOutEvent(event);
     d->history.breakJoining();
     d->stopBlink();
-    viewport()->update();
+    d->updateView();
 }

@@ -82,7 +82,7 @@ void QMultiLineEdit::Private::layOut()
         layOutBy(rule);
     else
         updateScrollBars();
-    q->viewport()->update();
+    updateView();
     tellInputMethod();
 }
 
@@ -500,6 +500,7 @@ bool QMultiLineEdit::viewportEvent(QEvent *event)
 void QMultiLineEdit::changeEvent(QEvent *event)
 {
     QAbstractScrollArea::changeEvent(event);
+    updateView();
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         d.asTheyAre().layoutChanged();
     else if (event->type() == QEvent::LanguageChange)

@@ -12,6 +12,7 @@ class FontMeasure;
 class QMenu;
 class QPainter;
 class RowPainter;
+struct RowPlace;
 struct InsertedText;
 
 /// A multi-line plain-text editor on a TextStore: the classic interface with its classic names.
@@ -179,9 +180,10 @@ protected:
     /// Paints the part `update` of one row; both rectangles are in viewport coordinates, `cell` is
     /// cellRect(row). Does nothing for a row that does not exist.
     virtual void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update);
-    /// What paintCell() is made of: the composed text a row shows, the columns of the row as shown that are
-    /// marked (one behind its length where the line end is), and the cursor where the row has it and it is
-    /// visible.
+    /// What paintCell() is made of: where the row is drawn, the composed text a row shows, the columns of the
+    /// row as shown that are marked (one behind its length where the line end is), and the cursor where the
+    /// row has it and it is visible.
+    RowPlace rowPlace(qint64 row, const QRectF &cell, const QRect &update);
     InsertedText compositionInRow(qint64 row) const;
     bool markedInRow(qint64 row, qint64 *begin, qint64 *end) const;
     void drawCursorInRow(RowPainter &row, const QColor &color, int width) const;
@@ -191,8 +193,10 @@ protected:
     /// Whether the cursor is in the visible phase of its blinking.
     bool isCursorOn() const;
     std::shared_ptr<const FontMeasure> fontMeasure() const;
-    /// Asks for a repaint of one row, at most once a frame.
+    /// Asks for a repaint of one row, or of all, at most once a frame. Whatever changes how rows look has to
+    /// ask by these: what it is not told of may be shown as it was.
     void updateRow(qint64 row);
+    void updateView();
     /// Undo, Redo, Cut, Copy, Paste, Select All, each enabled when it can do something; owned by the caller.
     QMenu *createContextMenu();
 

@@ -4,6 +4,7 @@
 #include "platform/lineink.h"
 #include "platform/qmultilineedit.h"
 #include "platform/rowlayout.h"
+#include "platform/rowpictures.h"
 #include "platform/scrollrange.h"
 #include "platform/textaccessible.h"
 #include "platform/wordbounds.h"
@@ -173,6 +174,8 @@ struct QMultiLineEdit::Private {
     bool syncingBar = false;
     bool cursorOn = true;
     LineInk ink;
+    RowPictures pictures;
+    bool hasMoved = false; ///< the view, since it was painted last
 
     /// Rows that fit completely into the view, or into that many pixels; at least 1.
     qint64 visibleRows() const;
@@ -207,7 +210,10 @@ struct QMultiLineEdit::Private {
     void showX(qreal x, qreal width);
     void updateRow(qint64 row) { updateRows(row, row); }
     void updateRows(qint64 first, qint64 last);
+    void updateView();
     void updateMarkedRows();
+    void preparePictures(const QRect &area);
+    void paintRow(QPainter &painter, qint64 row, const QRegion &area);
     void restartBlink();
     void stopBlink();
     void blink();

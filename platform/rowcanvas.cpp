@@ -1,26 +1,10 @@
 #include "platform/rowcanvas.h"
 
-#include <QCoreApplication>
-#include <QPixmap>
+#include "platform/rowpictures.h"
 
 #include <cmath>
 
 namespace {
-
-QPixmap &sharedPixmap()
-{
-    static QPixmap pixmap;
-    return pixmap;
-}
-
-void enlargeSharedPixmap(const QSize &needed)
-{
-    QPixmap &pixmap = sharedPixmap();
-    if (pixmap.isNull())
-        qAddPostRoutine([] { sharedPixmap() = QPixmap(); });
-    if (pixmap.width() < needed.width() || pixmap.height() < needed.height())
-        pixmap = QPixmap(pixmap.size().expandedTo(needed));
-}
 
 /// The toolkit tells a device's scale in steps of 1/65536.
 constexpr qreal scaleTolerance = 1e-4;
@@ -40,34 +24,53 @@ constexpr qint64 farOutside = 1 << 20;
 
 } // namespace
 
-RowCanvas::RowCanvas(
-    QPainter &target, const QRectF &cell, const QRect &update, qreal scale, const QColor &background)
-    : m_target(target)
-    , m_scale(scale)
+RowFrame::RowFrame(
+    const QPainter &target, const QRectF &cell, const QRect &update, qreal scale, int pictureTop)
+    : m_scale(scale)
     , m_toDevice(deviceTransform(target, scale))
+    , m_pictureTop(pictureTop)
 {
     const QRectF area = m_toDevice.mapRect(QRectF(update));
     const QPointF corner = m_toDevice.map(cell.topLeft());
-    m_cellLeft = qRound64(corner.x());
-    const int top = qRound(corner.y());
-    const int height = qRound(cell.height() * scale);
-    const int left = qRound(area.left());
-    m_update.setCoords(left, qMax(top, qRound(area.top())), qRound(area.right()) - 1,
-        qMin(top + height, qRound(area.bottom())) - 1);
-    m_row = QRect(0, top - m_update.top(), m_update.width(), height);
+    m_rowLeft = qRound64(corner.x());
+    m_viewLeft = qRound(m_toDevice.map(QPointF()).x());
+    m_top = qRound(corner.y());
+    m_height = qRound(cell.height() * scale);
+    m_update.setCoords(qRound(area.left()), qMax(m_top, qRound(area.top())), qRound(area.right()) - 1,
+        qMin(m_top + m_height, qRound(area.bottom())) - 1);
+}
+
+QRect RowFrame::pictured() const
+{
+    return m_update.translated(-m_viewLeft, m_pictureTop - m_top);
+}
+
+void RowFrame::copyTo(QPainter &target) const
+{
+    if (m_update.isEmpty())
+        return;
+    target.save();
+    target.setClipping(false);
+    target.setWorldTransform(m_toDevice.inverted(), true);
+    target.drawPixmap(m_update.topLeft(), RowPictures::picture(QSize()), pictured());
+    target.restore();
+}
+
+RowCanvas::RowCanvas(QPainter &target, const RowFrame &frame, const QColor &background)
+    : m_target(target)
+    , m_frame(frame)
+{
     // An update area that holds no device pixel (it can at a fractional scale) is drawn like any other, for
     // nothing.
-    enlargeSharedPixmap(m_update.size().expandedTo(QSize(1, 1)));
-    m_painter.begin(&sharedPixmap());
-    m_painter.fillRect(QRect(QPoint(), m_update.size()), background);
+    const QRect area = m_frame.pictured();
+    m_painter.begin(&RowPictures::picture(QSize(qMax(1, area.right() + 1), qMax(1, area.bottom() + 1))));
+    m_painter.translate(area.topLeft());
+    const QRect whole(QPoint(), area.size());
+    m_painter.setClipRect(whole);
+    m_painter.fillRect(whole, background);
 }
 
 RowCanvas::~RowCanvas() = default;
-
-QSize RowCanvas::pictureSize()
-{
-    return sharedPixmap().size();
-}
 
 int RowCanvas::toInt(qint64 place)
 {
@@ -77,11 +80,5 @@ int RowCanvas::toInt(qint64 place)
 void RowCanvas::copyToTarget()
 {
     m_painter.end();
-    if (m_update.isEmpty())
-        return;
-    m_target.save();
-    m_target.setClipping(false);
-    m_target.setWorldTransform(m_toDevice.inverted(), true);
-    m_target.drawPixmap(m_update.topLeft(), sharedPixmap(), QRect(QPoint(), m_update.size()));
-    m_target.restore();
+    m_frame.copyTo(m_target);
 }

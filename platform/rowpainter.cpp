@@ -7,12 +7,14 @@
 
 #include <utility>
 
-RowPainter::RowPainter(QPainter &target, const FontMeasure &measure, const Place &place,
+RowPainter::RowPainter(QPainter &target, const FontMeasure &measure, const RowPlace &place,
     const QColor &background, const InsertedText &inserted)
     : m_measure(measure)
     , m_background(background)
     , m_margin(place.margin)
-    , m_canvas(target, place.cell, place.update, measure.devicePixelRatio(), background)
+    , m_canvas(target,
+          RowFrame(target, place.cell, place.update, measure.devicePixelRatio(), place.pictureTop),
+          background)
     , m_layout(place.store, place.row, measure, place.update.left() - place.cell.left() - place.margin,
           place.update.right() + 1 - place.cell.left() - place.margin, inserted)
 {

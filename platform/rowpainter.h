@@ -5,18 +5,21 @@
 
 #include <QInputMethodEvent>
 
+/// A row to paint, and where.
+struct RowPlace {
+    const TextStore &store;
+    qint64 row = 0;
+    QRectF cell; ///< the row with its margin, in the target's coordinates
+    QRect update; ///< the part to paint, in the target's coordinates
+    qreal margin = 0; ///< from the cell's left edge to the text
+    int pictureTop = 0; ///< device pixels of the picture that the row is drawn in
+};
+
 /// The steps that painting a row of text is made of, from the background to the cursor, each drawn over the
 /// ones before. Lengths are logical pixels, from the row's top-left corner unless they are a row layout's.
 class RowPainter {
 public:
-    struct Place {
-        const TextStore &store;
-        qint64 row = 0;
-        QRectF cell; ///< the row with its margin, in the target's coordinates
-        QRect update; ///< the part to paint, in the target's coordinates
-        qreal margin = 0; ///< from the cell's left edge to the text
-    };
-    RowPainter(QPainter &target, const FontMeasure &measure, const Place &place, const QColor &background,
+    RowPainter(QPainter &target, const FontMeasure &measure, const RowPlace &place, const QColor &background,
         const InsertedText &inserted = {});
 
     const RowLayout &layout() const { return m_layout; }

@@ -40,6 +40,16 @@ void QMultiLineEdit::drawCursorInRow(RowPainter &row, const QColor &color, int w
     row.drawCursor(qMin(cursor.column + composed.cursor, row.layout().length()), color, width);
 }
 
+RowPlace QMultiLineEdit::rowPlace(qint64 row, const QRectF &cell, const QRect &update)
+{
+    return { .store = store(),
+        .row = row,
+        .cell = cell,
+        .update = update,
+        .margin = qreal(hMargin()),
+        .pictureTop = d->pictures.take(row) };
+}
+
 void QMultiLineEdit::finishRow(RowPainter &row)
 {
     row.copyToTarget();
@@ -52,9 +62,8 @@ void QMultiLineEdit::paintCell(QPainter &target, qint64 row, const QRectF &cell,
         return;
     const QPalette &colors = palette();
     const InsertedText composed = compositionInRow(row);
-    RowPainter painter(target, *fontMeasure(),
-        { .store = store(), .row = row, .cell = cell, .update = update, .margin = qreal(hMargin()) },
-        colors.color(QPalette::Base), composed);
+    RowPainter painter(
+        target, *fontMeasure(), rowPlace(row, cell, update), colors.color(QPalette::Base), composed);
     painter.drawText(colors.color(QPalette::Text));
     RowPainter::Selection marked;
     if (markedInRow(row, &marked.begin, &marked.end))

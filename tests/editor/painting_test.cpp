@@ -1,6 +1,6 @@
 #include "tests/editor/paintedrow.h"
 
-#include "platform/rowcanvas.h"
+#include "platform/rowpictures.h"
 
 /// Rows of text and the selection in them.
 class PaintingTest : public QObject {
@@ -181,15 +181,15 @@ void PaintingTest::pictureNeverShrinks()
 {
     Editor editor(QStringLiteral("x"));
     editor.painted(0);
-    const QSize full = RowCanvas::pictureSize();
+    const QSize full = RowPictures::size();
     QVERIFY(full.width() >= editor.device(640) && full.height() >= editor.height());
     editor.painted(0, 0, 10);
-    QCOMPARE(RowCanvas::pictureSize(), full);
+    QCOMPARE(RowPictures::size(), full);
     appSettings().FontSize = 60;
     Editor larger(QStringLiteral("x"));
     larger.painted(0);
-    QVERIFY(RowCanvas::pictureSize().height() >= larger.height());
-    QCOMPARE(RowCanvas::pictureSize().width(), full.width());
+    QVERIFY(RowPictures::size().height() >= larger.height());
+    QCOMPARE(RowPictures::size().width(), full.width());
 }
 
 void PaintingTest::rowsJoinWithoutSeams()

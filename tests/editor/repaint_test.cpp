@@ -3,15 +3,15 @@
 #include "tests/seeds.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QRandomGenerator>
 #include <QScreen>
-#include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
 
 namespace {
 
-constexpr int steps = 40;
+constexpr int steps = 80;
 
 QString sampleText()
 {
@@ -31,7 +31,9 @@ public:
         resize(400, 301);
         setText(sampleText());
     }
+    using ctlEditer::paintCell;
     using QMultiLineEdit::updateRow;
+    using QMultiLineEdit::updateView;
 
     /// What stands on the screen when all that was asked for is painted.
     QImage shown()
@@ -40,41 +42,104 @@ public:
         QApplication::sendEvent(this, &paintNow);
         return screen()->grabWindow(winId()).toImage();
     }
-    void wheel(int turned)
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
-        const QPointF middle = viewport()->rect().center();
-        QWheelEvent event(middle, viewport()->mapToGlobal(middle), QPoint(), QPoint(0, turned), Qt::NoButton,
-            Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(viewport(), &event);
+        QTest::keyClick(this, key, modifiers);
     }
-    void act(int what);
+    void blink() { updateRow(cursorPosition().row); }
+    void wheel(int turned);
+    void compose(const QString &text);
+    void setting(int AppSettings::*which, int value);
+    void recolour(Qt::GlobalColor color);
+    void drag(QRandomGenerator &random);
 };
 
-void Editor::act(int what)
+void Editor::wheel(int turned)
 {
-    struct Press {
-        Qt::Key key;
-        Qt::KeyboardModifiers modifiers;
-    };
-    static const Press presses[] = { { Qt::Key_Down, {} }, { Qt::Key_Up, {} }, { Qt::Key_Right, {} },
-        { Qt::Key_Left, {} }, { Qt::Key_End, {} }, { Qt::Key_Home, {} }, { Qt::Key_PageDown, {} },
-        { Qt::Key_PageUp, {} }, { Qt::Key_Down, Qt::ShiftModifier }, { Qt::Key_Right, Qt::ShiftModifier },
-        { Qt::Key_PageDown, Qt::ShiftModifier }, { Qt::Key_Return, {} }, { Qt::Key_Backspace, {} },
-        { Qt::Key_Delete, {} }, { Qt::Key_A, {} }, { Qt::Key_Tab, {} }, { Qt::Key_End, Qt::ControlModifier },
-        { Qt::Key_Z, Qt::ControlModifier } };
-    const int count = int(std::size(presses));
-    if (what < count)
-        QTest::keyClick(this, presses[what].key, presses[what].modifiers);
-    else if (what < count + 3)
-        updateRow(cursorPosition().row); // as the cursor blinks
-    else if (what < count + 5)
-        wheel(what == count + 3 ? -120 : 120);
-    else
-        horizontalScrollBar()->triggerAction(
-            what == count + 5 ? QScrollBar::SliderSingleStepAdd : QScrollBar::SliderSingleStepSub);
+    const QPointF middle = viewport()->rect().center();
+    QWheelEvent event(middle, viewport()->mapToGlobal(middle), QPoint(), QPoint(0, turned), Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(viewport(), &event);
 }
 
-constexpr int actions = 25;
+void Editor::compose(const QString &text)
+{
+    QInputMethodEvent event(text, {});
+    QApplication::sendEvent(this, &event);
+}
+
+void Editor::setting(int AppSettings::*which, int value)
+{
+    appSettings().*which = appSettings().*which == value ? 0 : value;
+    applySettings();
+}
+
+/// As the desktop does.
+void Editor::recolour(Qt::GlobalColor color)
+{
+    QPalette colors = palette();
+    colors.setColor(QPalette::Highlight, color);
+    setPalette(colors);
+}
+
+void Editor::drag(QRandomGenerator &random)
+{
+    const auto place = [&] {
+        return QPoint(random.bounded(viewport()->width()), random.bounded(viewport()->height()));
+    };
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, place());
+    QTest::mouseMove(viewport(), place());
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, place());
+}
+
+using Action = void (*)(Editor &editor, QRandomGenerator &random);
+using Random = QRandomGenerator;
+using Change = void (*)(Editor &editor);
+
+const Action actions[] = {
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Down); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Up); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Right); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Left); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_End); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Home); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_PageDown); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_PageUp); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Down, Qt::ShiftModifier); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Right, Qt::ShiftModifier); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_PageDown, Qt::ShiftModifier); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_A, Qt::ControlModifier); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Return); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Backspace); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Delete); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_A); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Tab); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_End, Qt::ControlModifier); },
+    [](Editor &editor, Random &) { editor.undo(); }, [](Editor &editor, Random &) { editor.redo(); },
+    [](Editor &editor, Random &) { editor.blink(); }, [](Editor &editor, Random &) { editor.blink(); },
+    [](Editor &editor, Random &) { editor.wheel(-120); },
+    [](Editor &editor, Random &) { editor.wheel(-120); }, [](Editor &editor, Random &) { editor.wheel(120); },
+    [](Editor &editor, Random &) { editor.wheel(120); },
+    [](Editor &editor, Random &) { editor.setXOffset(editor.xOffset() + 17); },
+    [](Editor &editor, Random &) { editor.setXOffset(editor.xOffset() - 11); },
+    [](Editor &editor, Random &random) { editor.drag(random); },
+    [](Editor &editor, Random &) { editor.compose(QStringLiteral("\u304b\u306a")); },
+    [](Editor &editor, Random &) { editor.compose({}); },
+    [](Editor &editor, Random &random) {
+        editor.insertAt(QStringLiteral("above\n"), random.bounded(editor.numLines()), 0);
+    },
+    [](Editor &editor, Random &random) { editor.removeLine(random.bounded(editor.numLines())); },
+    [](Editor &editor, Random &random) { editor.setTopRow(random.bounded(editor.numLines())); },
+    [](Editor &editor, Random &) { editor.clearFocus(); },
+    [](Editor &editor, Random &) { editor.setFocus(); },
+    [](Editor &editor, Random &) { editor.setting(&AppSettings::ShowKAI, 1); },
+    [](Editor &editor, Random &) { editor.setting(&AppSettings::RowNoColor, 6); },
+    [](Editor &editor, Random &) { editor.setting(&AppSettings::ForeColor, 7); },
+    [](Editor &editor, Random &) { editor.recolour(Qt::darkGreen); },
+    [](Editor &editor, Random &) { editor.recolour(Qt::darkRed); },
+    [](Editor &editor, Random &random) { editor.resize(400 + random.bounded(9), 301 - random.bounded(50)); },
+    [](Editor &, Random &) { Editor().grab(); }, // which draws in the picture that all share
+};
 
 } // namespace
 
@@ -86,6 +151,8 @@ private slots:
     void screenIsAsPaintedAnew_data();
     void screenIsAsPaintedAnew();
     void joinedLinesRenumberWhatFollows();
+    void changeTogetherWithAScroll_data();
+    void changeTogetherWithAScroll();
 };
 
 void RepaintTest::screenIsAsPaintedAnew_data()
@@ -124,8 +191,8 @@ void RepaintTest::screenIsAsPaintedAnew()
     QTRY_VERIFY(editor.hasFocus());
     QRandomGenerator random(seed);
     for (int step = 0; step < steps; ++step) {
-        const int what = random.bounded(actions);
-        editor.act(what);
+        const int what = random.bounded(int(std::size(actions)));
+        actions[what](editor, random);
         // Some are painted with what follows them.
         if (step + 1 < steps && random.bounded(3) == 0)
             continue;
@@ -164,6 +231,51 @@ void RepaintTest::joinedLinesRenumberWhatFollows()
     QCOMPARE(editor.numLines(), 4); // rows, as before
     const QImage found = editor.shown();
     editor.viewport()->update();
+    QCOMPARE(found, editor.shown());
+}
+
+void RepaintTest::changeTogetherWithAScroll_data()
+{
+    QTest::addColumn<Change>("change");
+    const auto row = [](const char *name, Change change) { QTest::addRow("%s", name) << change; };
+    row("of the desktop's colours", [](Editor &editor) { editor.recolour(Qt::darkGreen); });
+    row("of an option", [](Editor &editor) { editor.setting(&AppSettings::ForeColor, 7); });
+    row("of the text above", [](Editor &editor) { editor.insertAt(QStringLiteral("\n"), 0, 0); });
+    row("of the marked text", [](Editor &editor) { editor.deselect(); });
+    row("of what only a full repaint shows", [](Editor &editor) {
+        appSettings().RowNo = 0;
+        editor.viewport()->update();
+        editor.shown();
+    });
+    row("of another editor", [](Editor &) { Editor().grab(); });
+    row("of another editor's row, and one of this one", [](Editor &editor) {
+        const auto paintRow = [](Editor &painted) {
+            QPixmap target(300, 300);
+            QPainter painter(&target);
+            painted.paintCell(painter, 9, painted.cellRect(9), target.rect());
+        };
+        Editor other;
+        paintRow(other);
+        paintRow(editor);
+    });
+}
+
+/// At a fractional scale rows that stay in the view are copied, not drawn, unless they look different now.
+void RepaintTest::changeTogetherWithAScroll()
+{
+    QFETCH(Change, change);
+    appSettings() = AppSettings();
+    appSettings().RowNo = 2;
+    Editor editor;
+    editor.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&editor));
+    editor.selectAll();
+    editor.setTopRow(4);
+    editor.shown();
+    change(editor);
+    editor.setTopRow(editor.topRow() + 1);
+    const QImage found = editor.shown();
+    editor.updateView();
     QCOMPARE(found, editor.shown());
 }
 
