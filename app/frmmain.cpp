@@ -7,6 +7,7 @@
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "platform/freememory.h"
+#include "platform/qpeapplication.h"
 #include "platform/resource.h"
 
 #include <QApplication>
@@ -92,16 +93,22 @@ void frmMain::slotEtcFirstNewDoc()
     m_documents->arrange();
 }
 
+void frmMain::run(CommandSlot command)
+{
+    if (!QPEApplication::isBusy())
+        (this->*command)();
+}
+
 void frmMain::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape) {
         // A key that is held down must not go on to close the document after leaving full screen.
         if (!event->isAutoRepeat())
-            m_fullScreen ? slotCmdViewFull() : slotCmdFileCloseTab();
+            run(m_fullScreen ? &frmMain::slotCmdViewFull : &frmMain::slotCmdFileCloseTab);
         return;
     }
     for (const CommandSlot command : commandsForKey(*event))
-        (this->*command)();
+        run(command);
     QWidget::keyPressEvent(event);
 }
 

@@ -159,6 +159,9 @@ protected:
 private:
     enum class SaveAnswer { Yes, No, Cancel };
 
+    /// Runs a command, unless a dialog or a replace-all is in its way.
+    void run(CommandSlot command);
+
     void createMenuBar();
     void createActions();
     QAction *createAction(const Command &command);

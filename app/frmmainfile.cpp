@@ -7,6 +7,7 @@
 #include "editor/textfile.h"
 #include "platform/filename.h"
 #include "platform/messagebox.h"
+#include "platform/qpeapplication.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -200,6 +201,10 @@ void frmMain::slotEtcChangeTab(int forward)
 
 void frmMain::slotTabCurrentChanged(ctlEditer *editor)
 {
+    if (editor && editor != currentEditor() && QPEApplication::isBusy()) {
+        tabBar()->setCurrentTab(currentEditor());
+        return;
+    }
     if (editor)
         m_documents->stack()->setCurrentWidget(editor);
     const ctlEditer *current = currentEditor();

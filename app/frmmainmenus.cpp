@@ -2,6 +2,7 @@
 
 #include "app/flatmenubar.h"
 #include "app/settings.h"
+#include "platform/qpeapplication.h"
 #include "platform/resource.h"
 
 #include <QCoreApplication>
@@ -76,8 +77,10 @@ void frmMain::createMenuBar()
     m_recentMenu->setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
     for (QMenu *const menu : findChildren<QMenu *>())
         connect(menu, &QMenu::aboutToShow, this, [menu] { makeRoomForTexts(menu); });
-    connect(m_recentMenu, &QMenu::triggered, this,
-        [this](QAction *action) { slotCmdMnuRecent(action->data().toInt()); });
+    connect(m_recentMenu, &QMenu::triggered, this, [this](QAction *action) {
+        if (!QPEApplication::isBusy())
+            slotCmdMnuRecent(action->data().toInt());
+    });
 }
 
 void frmMain::createActions()
@@ -100,7 +103,7 @@ QAction *frmMain::createAction(const Command &command)
     if (command.flags & LanguageSubmenu)
         return menu(MenuId::Language)->menuAction();
     auto *action = new QAction(this);
-    connect(action, &QAction::triggered, this, command.slot);
+    connect(action, &QAction::triggered, this, [this, slot = command.slot] { run(slot); });
     action->setEnabled(!(command.flags & DisabledAtStart));
     return action;
 }

@@ -23,7 +23,7 @@ void frmMain::watchSession()
 bool frmMain::endSession(bool mayAsk)
 {
     m_unwanted.clear();
-    if (hasEdits() && (!mayAsk || QApplication::activeModalWidget()))
+    if (hasEdits() && (!mayAsk || QPEApplication::isBusy()))
         return false;
     const QList<ctlEditer *> editors = tabBar()->editors();
     for (auto editor = editors.rbegin(); editor != editors.rend(); ++editor) {

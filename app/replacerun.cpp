@@ -5,6 +5,7 @@
 #include "platform/qpeapplication.h"
 #include "search/frmreplaceprogress.h"
 
+#include <QApplication>
 #include <QEvent>
 
 namespace {
@@ -50,6 +51,8 @@ bool isInput(QEvent::Type type)
 ReplaceGuard::ReplaceGuard()
 {
     holdRequests(true);
+    if (QWidget *const menu = QApplication::activePopupWidget())
+        menu->close();
     qApp->installEventFilter(this);
 }
 
@@ -60,8 +63,13 @@ ReplaceGuard::~ReplaceGuard()
 
 bool ReplaceGuard::eventFilter(QObject *object, QEvent *event)
 {
-    const auto *widget = qobject_cast<QWidget *>(object);
-    if (!widget || !isInput(event->type()) || qobject_cast<frmReplaceProgress *>(widget->window()))
+    auto *widget = qobject_cast<QWidget *>(object);
+    if (!widget || qobject_cast<frmReplaceProgress *>(widget->window()))
+        return false;
+    // It would get what is meant for the panel. Assistive technology can open one.
+    if (event->type() == QEvent::Show && widget->windowType() == Qt::Popup)
+        QMetaObject::invokeMethod(widget, &QWidget::hide, Qt::QueuedConnection);
+    if (!isInput(event->type()))
         return false;
     event->ignore();
     return true;

@@ -7,8 +7,8 @@ class ctlEditer;
 class frmReplaceProgress;
 struct SearchRequest;
 
-/// While it lives nothing but the progress panel gets input, no window can be closed, and requests of the
-/// launcher wait: for a run that lets the event loop go on.
+/// While it lives nothing but the progress panel gets input, no window can be closed, no menu stays open, and
+/// requests of the launcher wait: for a run that lets the event loop go on.
 class ReplaceGuard : public QObject {
 public:
     ReplaceGuard();

@@ -91,6 +91,12 @@ void QPEApplication::holdRequests(bool hold)
     m_requests->setHeld(hold);
 }
 
+bool QPEApplication::isBusy()
+{
+    const auto *application = qobject_cast<QPEApplication *>(instance());
+    return application && application->m_requests->isBusy();
+}
+
 void QPEApplication::request(const QString &fileName)
 {
     m_requests->add(fileName);

@@ -44,6 +44,9 @@ public:
 
     /// Keeps requests waiting during a long operation that runs the event loop.
     void holdRequests(bool hold);
+    /// Whether a modal dialog is open or requests are held: nobody may act on the window behind that. Keys
+    /// and mouse do not get there anyway; what assistive technology asks for does, and has to be refused.
+    static bool isBusy();
 
     /// A file to open, absolute.
     void request(const QString &fileName);

@@ -47,10 +47,14 @@ void RequestQueue::removeClose()
     schedule();
 }
 
+bool RequestQueue::isBusy() const
+{
+    return m_held || QApplication::activeModalWidget();
+}
+
 bool RequestQueue::isFree() const
 {
-    return m_receiver && !m_held && !m_delivering && !QApplication::activeModalWidget()
-        && !QApplication::activePopupWidget();
+    return m_receiver && !isBusy() && !m_delivering && !QApplication::activePopupWidget();
 }
 
 bool RequestQueue::isReady()

@@ -25,6 +25,8 @@ public:
     /// Not owned; may be destroyed while requests wait.
     void setReceiver(QWidget *window);
     void setHeld(bool held);
+    /// Whether a modal dialog is open or requests are held.
+    bool isBusy() const;
     void add(const QString &fileName);
     void addClose();
     /// Takes back an addClose() that still waits.

@@ -2,6 +2,7 @@
 
 #include "platform/enteredtext.h"
 #include "platform/qmultilineedit_p.h"
+#include "platform/qpeapplication.h"
 
 #include <QFontInfo>
 #include <QTextBoundaryFinder>
@@ -90,8 +91,7 @@ int TextAccessible::cursorPosition() const
 
 void TextAccessible::setCursorPosition(int position)
 {
-    const qint64 to = place(position);
-    edit()->d->mark(to, to);
+    setSelection(0, position, position);
 }
 
 int TextAccessible::selectionCount() const
@@ -113,13 +113,13 @@ void TextAccessible::addSelection(int start, int end)
 
 void TextAccessible::removeSelection(int index)
 {
-    if (index == 0)
+    if (index == 0 && !QPEApplication::isBusy())
         edit()->deselect();
 }
 
 void TextAccessible::setSelection(int index, int start, int end)
 {
-    if (index == 0)
+    if (index == 0 && !QPEApplication::isBusy())
         edit()->d->mark(place(start), place(end));
 }
 
@@ -274,7 +274,7 @@ void TextAccessible::insertText(int offset, const QString &text)
 
 void TextAccessible::replaceText(int start, int end, const QString &text)
 {
-    if (edit()->isReadOnly())
+    if (edit()->isReadOnly() || QPEApplication::isBusy())
         return;
     edit()->commitPreedit();
     const qint64 from = place(qMin(start, end));

@@ -55,7 +55,8 @@ public:
     int offsetAtPoint(const QPoint &point) const override;
     void scrollToSubstring(int start, int end) override;
 
-    /// Nothing in a read-only editor; elsewhere each is one step of the undo history.
+    /// Nothing in a read-only editor; elsewhere each is one step of the undo history. These, the cursor and
+    /// the marked text stay as they are while QPEApplication::isBusy().
     void deleteText(int start, int end) override;
     void insertText(int offset, const QString &text) override;
     void replaceText(int start, int end, const QString &text) override;

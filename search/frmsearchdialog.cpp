@@ -4,6 +4,7 @@
 #include "platform/config.h"
 #include "platform/messagebox.h"
 #include "platform/picture.h"
+#include "platform/qpeapplication.h"
 #include "platform/resource.h"
 
 #include <QCheckBox>
@@ -229,6 +230,8 @@ void frmSearchDialog::setTexts()
 
 void frmSearchDialog::act(void (frmSearchDialog::*signal)())
 {
+    if (QPEApplication::isBusy())
+        return;
     if (m_find->currentText().isEmpty()) {
         MessageBox::critical(this, tr("Error"), tr("Input the characters."));
         return;
