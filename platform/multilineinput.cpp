@@ -95,13 +95,6 @@ TextRange QMultiLineEdit::Private::surroundings() const
 
 QVariant QMultiLineEdit::Private::query(Qt::InputMethodQuery query, const QVariant &argument) const
 {
-    const TextRange shown = surroundings();
-    const auto inShown = [&shown](qint64 offset) {
-        return int(qBound(shown.start, offset, shown.end) - shown.start);
-    };
-    const auto upTo = [&argument](qint64 most) {
-        return argument.isValid() ? qBound<qint64>(0, qint64(argument.toInt()), most) : most;
-    };
     switch (query) {
     case Qt::ImEnabled:
         return q->isEnabled() && !readOnly;
@@ -113,15 +106,35 @@ QVariant QMultiLineEdit::Private::query(Qt::InputMethodQuery query, const QVaria
         return cursorBox();
     case Qt::ImAnchorRectangle:
         return boxAt(rowColOf(anchor).row, xOf(rowColOf(anchor)));
+    case Qt::ImInputItemClipRectangle:
+        return QRectF(q->viewport()->rect());
     case Qt::ImFont:
         return q->font();
+    case Qt::ImAbsolutePosition:
+        return cursor.offset;
+    case Qt::ImCurrentSelection:
+        return store.text(marked().start, qMin(marked().end - marked().start, shownMarked));
+    default:
+        return querySurroundings(query, argument);
+    }
+}
+
+QVariant QMultiLineEdit::Private::querySurroundings(
+    Qt::InputMethodQuery query, const QVariant &argument) const
+{
+    const TextRange shown = surroundings();
+    const auto inShown = [&shown](qint64 offset) {
+        return int(qBound(shown.start, offset, shown.end) - shown.start);
+    };
+    const auto upTo = [&argument](qint64 most) {
+        return argument.isValid() ? qBound<qint64>(0, qint64(argument.toInt()), most) : most;
+    };
+    switch (query) {
     case Qt::ImCursorPosition:
         return argument.isValid() ? inShown(placeAtPoint(argument.toPointF()).offset)
                                   : inShown(cursor.offset);
     case Qt::ImAnchorPosition:
         return inShown(anchor.offset);
-    case Qt::ImAbsolutePosition:
-        return cursor.offset;
     case Qt::ImSurroundingText:
         return store.text(shown.start, shown.end - shown.start);
     case Qt::ImTextBeforeCursor: {
@@ -130,10 +143,6 @@ QVariant QMultiLineEdit::Private::query(Qt::InputMethodQuery query, const QVaria
     }
     case Qt::ImTextAfterCursor:
         return store.text(cursor.offset, upTo(shown.end - cursor.offset));
-    case Qt::ImCurrentSelection:
-        return store.text(marked().start, qMin(marked().end - marked().start, shownMarked));
-    case Qt::ImInputItemClipRectangle:
-        return QRectF(q->viewport()->rect());
     default:
         return {};
     }

@@ -291,6 +291,8 @@ struct QMultiLineEdit::Private {
     /// The text around the cursor that is shown to input methods: a part of its logical line.
     TextRange surroundings() const;
     QVariant query(Qt::InputMethodQuery query, const QVariant &argument) const;
+    /// Positions and text there.
+    QVariant querySurroundings(Qt::InputMethodQuery query, const QVariant &argument) const;
     void tellInputMethod();
 };
 
