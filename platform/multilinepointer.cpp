@@ -185,37 +185,49 @@ bool QMultiLineEdit::Private::touch(QTouchEvent &event)
     const QPointF at = finger ? finger->position() : pointer.lastAt;
     switch (event.type()) {
     case QEvent::TouchBegin:
-        pointer.gesture = Gesture::Scroll;
-        pointer.pressedAt = pointer.lastAt = at;
-        pointer.longPress.start(QGuiApplication::styleHints()->mousePressAndHoldInterval(), q);
+        beginTouch(at);
         scroller->handleInput(QScroller::InputPress, at, time);
-        return true;
+        break;
     case QEvent::TouchUpdate:
-        pointer.lastAt = at;
-        if (movedEnough(pointer.pressedAt, at))
-            pointer.longPress.stop();
-        if (pointer.gesture != Gesture::Scroll)
-            return true;
-        if (finger && finger->state() != QEventPoint::Released) {
-            scroller->handleInput(QScroller::InputMove, at, time);
-        } else {
-            scroller->handleInput(QScroller::InputRelease, at, time);
-            pointer.gesture = Gesture::Done;
-        }
-        return true;
+        moveTouch(at, time, !finger || finger->state() == QEventPoint::Released);
+        break;
     case QEvent::TouchEnd:
         scroller->handleInput(QScroller::InputRelease, at, time);
         if (pointer.longPress.isActive())
             tap(at);
-        pointer.longPress.stop();
-        pointer.gesture = Gesture::None;
-        return true;
+        endTouch();
+        break;
     default:
         scroller->stop();
-        pointer.longPress.stop();
-        pointer.gesture = Gesture::None;
-        return true;
+        endTouch();
     }
+    return true;
+}
+
+void QMultiLineEdit::Private::beginTouch(QPointF at)
+{
+    pointer.gesture = Gesture::Scroll;
+    pointer.pressedAt = pointer.lastAt = at;
+    pointer.longPress.start(QGuiApplication::styleHints()->mousePressAndHoldInterval(), q);
+}
+
+void QMultiLineEdit::Private::moveTouch(QPointF at, qint64 time, bool isLifted)
+{
+    pointer.lastAt = at;
+    if (movedEnough(pointer.pressedAt, at))
+        pointer.longPress.stop();
+    if (pointer.gesture != Gesture::Scroll)
+        return;
+    QScroller::scroller(q->viewport())
+        ->handleInput(isLifted ? QScroller::InputRelease : QScroller::InputMove, at, time);
+    if (isLifted)
+        pointer.gesture = Gesture::Done;
+}
+
+void QMultiLineEdit::Private::endTouch()
+{
+    pointer.longPress.stop();
+    pointer.gesture = Gesture::None;
 }
 
 bool QMultiLineEdit::Private::scrollPrepare(QScrollPrepareEvent &event)

@@ -250,6 +250,10 @@ struct QMultiLineEdit::Private {
     void longPressed();
     bool tablet(QTabletEvent &event);
     bool touch(QTouchEvent &event);
+    void beginTouch(QPointF at);
+    /// `isLifted`: the finger that scrolls is gone, others may stay.
+    void moveTouch(QPointF at, qint64 time, bool isLifted);
+    void endTouch();
     void tap(QPointF at);
     void showKeyboard() const;
     bool scrollPrepare(QScrollPrepareEvent &event);
