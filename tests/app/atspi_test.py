@@ -28,6 +28,12 @@ def run(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
+def active_window():
+    """Its title; nothing while one window takes over from another."""
+    command = ['xdotool', 'getactivewindow', 'getwindowname']
+    return subprocess.run(command, capture_output=True, text=True).stdout.strip()
+
+
 def wait_for(condition, what):
     """Lets events in until the condition gives something, which is returned."""
     context = GLib.MainContext.default()
@@ -97,7 +103,7 @@ class AtSpiTest(unittest.TestCase):
         self.addCleanup(self.program.wait)
         self.addCleanup(self.program.kill)
         self.edit = wait_for(self.find_text, 'the text of the document')
-        wait_for(lambda: 'Marlo!Pad' in run('xdotool', 'getactivewindow', 'getwindowname'), 'the window')
+        wait_for(lambda: 'Marlo!Pad' in active_window(), 'the window')
         wait_for(lambda: self.edit.getState().contains(pyatspi.STATE_FOCUSED), 'the focus')
 
     def find_text(self):
@@ -167,6 +173,39 @@ class AtSpiTest(unittest.TestCase):
         self.press('x')
         wait_for(lambda: self.listener.has('insert', 100_000_000, 'x'), 'the insertion at the end')
         self.assertEqual(text.getText(99_999_990, 100_000_001), 'abcdefghi\nx'[-11:])
+
+    def find(self, role, name):
+        for node in descendants(application()):
+            if node.getRole() == role and node.name == name:
+                return node
+        return None
+
+    def act(self, role, name):
+        node = wait_for(lambda: self.find(role, name), name)
+        self.assertTrue(node.queryAction().doAction(0))
+
+    def test_replace_all_is_left_alone_and_stopped(self):
+        lines = 3_000_000
+        self.start(b'x\n' * lines)
+        text = self.edit.queryText()
+        self.press('ctrl+m')
+        wait_for(lambda: active_window() == 'Replace', 'the search panel')
+        self.press('x', 'Tab', 'y')
+        self.act(pyatspi.ROLE_PUSH_BUTTON, 'Replace ALL')
+        wait_for(lambda: text.getText(0, 2) == 'y\n', 'the first replacement')
+        self.edit.queryEditableText().insertText(0, 'in', 2)
+        text.setCaretOffset(0)
+        self.act(pyatspi.ROLE_MENU_ITEM, 'New')
+        self.act(pyatspi.ROLE_PUSH_BUTTON, 'Stop')
+        self.act(pyatspi.ROLE_PUSH_BUTTON, 'OK')
+        wait_for(lambda: self.find(pyatspi.ROLE_PUSH_BUTTON, 'OK') is None, 'the end of the result')
+        done = text.getText(0, -1).count('y')
+        self.assertTrue(0 < done < lines)
+        self.assertEqual(text.getText(0, -1), 'y\n' * done + 'x\n' * (lines - done))
+        tabs = [node.name for node in descendants(application()) if node.getRole() == pyatspi.ROLE_PAGE_TAB]
+        self.assertEqual(tabs, ['* notes.txt'])
+        self.act(pyatspi.ROLE_MENU_ITEM, 'New')
+        wait_for(lambda: self.find(pyatspi.ROLE_PAGE_TAB, '(new document)'), 'the new document')
 
     def test_every_control_has_a_name(self):
         self.start(b'text')
