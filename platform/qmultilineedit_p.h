@@ -38,13 +38,16 @@ enum class Move {
     TextEnd
 };
 
+inline constexpr int cursorWidth = 2; ///< logical pixels
+
 /// What a QMultiLineEdit is made of. Each group of functions has a file of its own:
 ///
 ///     qmultilineedit.cpp      the public interface, the font and the layout rule
 ///     multilineedits.cpp      changes of the text, undo, and what follows from a change
 ///     multilinemoves.cpp      cursor moves and the selection
 ///     multilinekeys.cpp       the table of keys
-///     multilineview.cpp       scrolling, geometry, painting, the blinking cursor
+///     multilineview.cpp       scrolling and geometry
+///     multilinepainting.cpp   what is painted when, its rows, and the blinking cursor
 ///     multilinepointer.cpp    mouse, pen and touch
 ///     multilineclipboard.cpp  clipboard, primary selection, drag and drop, context menu
 ///     multilineinput.cpp      input methods
