@@ -2,7 +2,6 @@
 
 #include "app/frmmain.h"
 #include "editor/ctlediter.h"
-#include "platform/qpeapplication.h"
 #include "search/frmreplaceprogress.h"
 
 #include <QApplication>
@@ -11,12 +10,6 @@
 namespace {
 
 constexpr std::chrono::milliseconds frameTime{ 16 };
-
-void holdRequests(bool hold)
-{
-    if (auto *application = qobject_cast<QPEApplication *>(qApp))
-        application->holdRequests(hold);
-}
 
 bool isInput(QEvent::Type type)
 {
@@ -50,15 +43,9 @@ bool isInput(QEvent::Type type)
 
 ReplaceGuard::ReplaceGuard()
 {
-    holdRequests(true);
     if (QWidget *const menu = QApplication::activePopupWidget())
         menu->close();
     qApp->installEventFilter(this);
-}
-
-ReplaceGuard::~ReplaceGuard()
-{
-    holdRequests(false);
 }
 
 bool ReplaceGuard::eventFilter(QObject *object, QEvent *event)

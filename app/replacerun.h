@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/requesthold.h"
+
 #include <QDeadlineTimer>
 #include <QObject>
 
@@ -12,10 +14,12 @@ struct SearchRequest;
 class ReplaceGuard : public QObject {
 public:
     ReplaceGuard();
-    ~ReplaceGuard() override;
 
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    RequestHold m_hold;
 };
 
 /// Replaces all hits from the cursor on.

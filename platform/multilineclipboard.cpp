@@ -1,6 +1,7 @@
 #include "platform/qmultilineedit_p.h"
 
 #include "platform/enteredtext.h"
+#include "platform/requesthold.h"
 #include "platform/textmimedata.h"
 
 #include <QClipboard>
@@ -113,14 +114,21 @@ void QMultiLineEdit::Private::pastePrimary(QPointF at)
         insertText(text, Joining::Never);
 }
 
+/// Other events go on meanwhile, which may close the editor: the drag is not its child.
 void QMultiLineEdit::Private::startDrag()
 {
-    auto *const drag = new QDrag(q);
-    drag->setMimeData(new TextMimeData(sourceOf(markedPiece())));
+    const RequestHold requestsWait;
+    const QPointer<QMultiLineEdit> edit(q);
+    textDrag = new QDrag(qApp);
+    textDrag->setMimeData(new TextMimeData(sourceOf(markedPiece())));
     const Qt::DropActions actions = readOnly ? Qt::CopyAction : Qt::CopyAction | Qt::MoveAction;
-    const Qt::DropAction done = drag->exec(actions, readOnly ? Qt::CopyAction : Qt::MoveAction);
+    const Qt::DropAction done = textDrag->exec(actions, readOnly ? Qt::CopyAction : Qt::MoveAction);
+    if (!edit)
+        return;
+    const QDrag *const finished = std::exchange(textDrag, nullptr);
+    pointer.gesture = Gesture::None;
     // A drop inside this editor has moved the text itself.
-    if (done == Qt::MoveAction && drag->target() != q->viewport() && drag->target() != q)
+    if (done == Qt::MoveAction && finished->target() != q->viewport() && finished->target() != q)
         eraseMarked();
 }
 
@@ -174,8 +182,7 @@ void QMultiLineEdit::Private::drop(QDropEvent &event)
 {
     const QString text = textOf(*event.mimeData());
     qint64 to = placeAtPoint(event.position()).offset;
-    const bool own = event.source() == q;
-    const bool moves = own && event.dropAction() == Qt::MoveAction;
+    const bool moves = textDrag && event.dropAction() == Qt::MoveAction;
     if (moves && marked().start <= to && to <= marked().end)
         return;
     Operation operation(*this);
@@ -249,7 +256,7 @@ void QMultiLineEdit::dragMoveEvent(QDragMoveEvent *event)
         event->ignore();
         return;
     }
-    const bool copies = event->modifiers().testFlag(Qt::ControlModifier) || event->source() != this;
+    const bool copies = event->modifiers().testFlag(Qt::ControlModifier) || !d->textDrag;
     event->setDropAction(copies ? Qt::CopyAction : Qt::MoveAction);
     event->accept();
     d->dragOver(event->position());

@@ -64,7 +64,7 @@ void QMultiLineEdit::Private::drag(QPointF at)
     if (pointer.gesture == Gesture::MaybeDrag && movedEnough(pointer.pressedAt, at)) {
         pointer.gesture = Gesture::Drag;
         startDrag();
-        pointer.gesture = Gesture::None;
+        return;
     }
     if (pointer.gesture != Gesture::Mark)
         return;

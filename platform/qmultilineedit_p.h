@@ -14,6 +14,7 @@
 
 #include <optional>
 
+class QDrag;
 class QMimeData;
 class QScrollEvent;
 class QScrollPrepareEvent;
@@ -264,6 +265,7 @@ struct QMultiLineEdit::Private {
 
     // Clipboard, drag and drop, menu.
     QPointer<TextMimeData> primary; ///< what was offered last and still follows the marked text
+    QDrag *textDrag = nullptr; ///< while marked text is being dragged from here
 
     bool canPaste(const QMimeData *data) const;
     void copyMarked() const;
@@ -274,6 +276,7 @@ struct QMultiLineEdit::Private {
     /// The marked text is about to change: the primary selection keeps what it offered.
     void freezePrimary();
     void pastePrimary(QPointF at);
+    /// Returns when the text has been dropped; the editor may be gone then.
     void startDrag();
     bool acceptsDrop(const QDropEvent &event) const;
     void setDropOffset(qint64 offset);
