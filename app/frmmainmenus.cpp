@@ -2,13 +2,11 @@
 
 #include "app/flatmenubar.h"
 #include "app/settings.h"
+#include "platform/menu.h"
 #include "platform/qpeapplication.h"
 #include "platform/resource.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QLayout>
-#include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -39,22 +37,6 @@ QIcon iconOf(const Command &command)
                         : QIcon();
 }
 
-/// The toolkit keeps the places of the items until they or the font change, and knows no other minimum.
-void setMeasuredWidth(QMenu *menu, int minimum)
-{
-    menu->setMinimumWidth(minimum);
-    QEvent measureAgain(QEvent::FontChange);
-    QCoreApplication::sendEvent(menu, &measureAgain);
-}
-
-/// When the toolkit draws an item it counts the "&" within its text, and a column for icons that grows with
-/// the font; when it makes room for the item it does not. The longest text would lose its middle.
-void makeRoomForTexts(QMenu *menu)
-{
-    setMeasuredWidth(menu, 0);
-    setMeasuredWidth(menu, menu->sizeHint().width() + 2 * menu->fontMetrics().horizontalAdvance(u'&'));
-}
-
 } // namespace
 
 void frmMain::createMenuBar()
@@ -69,14 +51,10 @@ void frmMain::createMenuBar()
     holder->layout()->setAlignment(m_menuBar, Qt::AlignVCenter);
 
     for (QMenu *&menu : m_menus)
-        menu = new QMenu(this);
+        menu = new Menu(this);
     for (const MenuTitle &title : menuBarTitles)
         menu(title.menu)->setObjectName(QLatin1StringView(title.objectName));
-    m_recentMenu = new QMenu(this);
-    // By itself it would go on in columns beside the screen, where there are more files than room.
-    m_recentMenu->setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
-    for (QMenu *const menu : findChildren<QMenu *>())
-        connect(menu, &QMenu::aboutToShow, this, [menu] { makeRoomForTexts(menu); });
+    m_recentMenu = new Menu(this);
     connect(m_recentMenu, &QMenu::triggered, this, [this](QAction *action) {
         if (!QPEApplication::isBusy())
             slotCmdMnuRecent(action->data().toInt());

@@ -1,6 +1,7 @@
 #include "platform/qmultilineedit_p.h"
 
 #include "platform/enteredtext.h"
+#include "platform/menu.h"
 #include "platform/requesthold.h"
 #include "platform/textmimedata.h"
 
@@ -9,7 +10,6 @@
 #include <QDrag>
 #include <QDropEvent>
 #include <QGuiApplication>
-#include <QMenu>
 #include <QMimeData>
 
 namespace {
@@ -215,7 +215,7 @@ void QMultiLineEdit::Private::showContextMenuAtCursor()
 
 QMenu *QMultiLineEdit::createContextMenu()
 {
-    auto *const menu = new QMenu(this);
+    auto *const menu = new Menu(this);
     const auto add = [this, menu](const QString &text, const char *keys, bool enabled,
                          void (QMultiLineEdit::*slot)()) {
         QAction *const action = menu->addAction(text, this, slot);

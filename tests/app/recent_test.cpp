@@ -53,6 +53,7 @@ private slots:
     void menuShowsUsedRows_data();
     void menuShowsUsedRows();
     void everyRowCanBeSeen();
+    void widePathStaysOnTheScreen();
     void newDocumentsAreNotRecorded();
     void closedFileGoesToTheTop_data();
     void closedFileGoesToTheTop();
@@ -139,6 +140,25 @@ void RecentTest::everyRowCanBeSeen()
         QTRY_VERIFY(menu->rect().contains(place.center()));
     }
     menu->close();
+}
+
+/// Only what is seen of it is shortened.
+void RecentTest::widePathStaysOnTheScreen()
+{
+    const TestFiles files;
+    const QString name = files.write(QString(200, u'w') + u".txt"_s, "text");
+    remember(name, 0);
+    TestWindow window;
+    QVERIFY(window.open());
+    QMenu *menu = window.recentMenu();
+    const QRect screen = window.screen()->geometry();
+    menu->popup(screen.bottomRight());
+    QVERIFY(screen.contains(menu->geometry()));
+    QVERIFY(menu->rect().contains(menu->actionGeometry(menu->actions().at(0))));
+    QCOMPARE(menu->actions().at(0)->text(), name);
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Return);
+    QCOMPARE(window.currentEditor()->path() + window.currentEditor()->name(), name);
 }
 
 void RecentTest::newDocumentsAreNotRecorded()
