@@ -4,6 +4,7 @@
 #include "filedialog/ctlfilelistview.h"
 #include "filedialog/filechoices.h"
 #include "platform/filename.h"
+#include "platform/menu.h"
 #include "platform/messagebox.h"
 #include "platform/picture.h"
 #include "platform/resource.h"
@@ -15,7 +16,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
@@ -68,7 +68,7 @@ frmFileDialog::frmFileDialog(QWidget *parent, Mode mode, const QString &folder, 
     , fileName(name)
     , m_mode(mode)
     , m_folder(new FolderCombo)
-    , m_favorites(new QMenu(this))
+    , m_favorites(new Menu(this))
     , m_list(new ctlFileListView)
     , m_name(new QLineEdit(name))
     , m_type(createChoice(formSizes().typeHeight))

@@ -3,6 +3,7 @@
 #include "tests/filedialog/testfolder.h"
 
 #include <QMenu>
+#include <QScreen>
 
 /// What taps, keys, buttons and favourites do: a file is taken, another folder is shown, the dialog goes
 /// away.
@@ -24,6 +25,7 @@ private slots:
     void showsTheFolder();
     void upAndRefresh();
     void favourites();
+    void favouritesStayOnTheScreen();
     void emptyFavourites();
     void walksFromHomeToACardAndBack();
 };
@@ -181,17 +183,22 @@ void FileDialogInputTest::upAndRefresh()
     QCOMPARE(shown.name()->text(), latin1("typed"));
 }
 
+static void writeFavourites(const QList<QByteArray> &paths)
+{
+    QFile settings(
+        QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) + QStringLiteral("/corvex.conf"));
+    QVERIFY(settings.open(QFile::WriteOnly));
+    settings.write("[favorites]\n");
+    for (qsizetype n = 0; n < paths.size(); ++n)
+        settings.write("Item" + QByteArray::number(n) + " = " + paths.at(n) + '\n');
+}
+
 void FileDialogInputTest::favourites()
 {
     const TestFolder folder;
     folder.folder("fav");
     folder.file("fav/inside.txt");
-    QFile settings(
-        QStandardPaths::writableLocation(QStandardPaths::ConfigLocation) + QStringLiteral("/corvex.conf"));
-    QVERIFY(settings.open(QFile::WriteOnly));
-    settings.write("[favorites]\nItem0 = /\nItem1 = " + folder.path("fav").toUtf8()
-        + "\nItem2 = /missing/card\nItem3 = " + folder.path("fav/").toUtf8() + "\n");
-    settings.close();
+    writeFavourites({ "/", folder.path("fav").toUtf8(), "/missing/card", folder.path("fav/").toUtf8() });
     ShownDialog shown(frmFileDialog::Open, folder.path(), latin1("x.txt"));
     auto *menu = shown.tool("Favorites")->menu();
     QCOMPARE(menu->actions().size(), 4);
@@ -210,6 +217,28 @@ void FileDialogInputTest::favourites()
     QCOMPARE(shown.list->currentPath, folder.path("fav/"));
     QCOMPARE(shown.name()->text(), latin1("x.txt"));
     QCOMPARE(shown.types()->currentIndex(), 0);
+}
+
+/// As many as there can be, and paths wider than the screen: the last one is chosen there.
+void FileDialogInputTest::favouritesStayOnTheScreen()
+{
+    const TestFolder folder;
+    folder.folder("fav");
+    QList<QByteArray> paths(19, QByteArray("/missing") + QByteArray("/and far away").repeated(20));
+    writeFavourites(paths << folder.path("fav").toUtf8());
+    ShownDialog shown(frmFileDialog::Open, folder.path(), {});
+    auto *menu = shown.tool("Favorites")->menu();
+    QFont font = menu->font();
+    font.setPixelSize(shown.dialog.screen()->size().height() / 12);
+    menu->setFont(font);
+    menu->popup(shown.dialog.geometry().center());
+    QTest::keyClick(menu, Qt::Key_End);
+    const QRect first = menu->actionGeometry(menu->actions().constFirst());
+    const QRect last = menu->actionGeometry(menu->actions().constLast());
+    QCOMPARE(first.left(), last.left());
+    QVERIFY(last.right() < shown.dialog.screen()->size().width());
+    QTest::keyClick(menu, Qt::Key_Return);
+    QCOMPARE(shown.list->currentPath, folder.path("fav/"));
 }
 
 void FileDialogInputTest::emptyFavourites()
