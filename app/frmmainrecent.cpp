@@ -2,10 +2,8 @@
 
 #include "app/settings.h"
 #include "editor/ctlediter.h"
-#include "platform/filename.h"
+#include "platform/menu.h"
 #include "platform/resource.h"
-
-#include <QMenu>
 
 #include <algorithm>
 #include <limits>
@@ -25,12 +23,6 @@ auto isEntryOf(const ctlEditer *editor)
                const RecentEntry &entry) { return entry.path == path && entry.name == name; };
 }
 
-/// A file name as a menu shows it unchanged.
-QString menuText(const QString &name)
-{
-    return FileName::forDisplay(name).replace(u'&', u"&&"_s);
-}
-
 } // namespace
 
 void frmMain::rebuildRecentMenu()
@@ -41,7 +33,7 @@ void frmMain::rebuildRecentMenu()
     for (int row = 0; row < qMin(recentFiles().RecentViewCnt, recentEntryCount); ++row) {
         const RecentEntry &entry = recentFiles().entries[std::size_t(row)];
         if (entry.isUsed())
-            m_recentMenu->addAction(icon, menuText(entry.path + entry.name))->setData(row);
+            m_recentMenu->addAction(icon, Menu::textFor(entry.path + entry.name))->setData(row);
     }
     if (m_recentMenu->isEmpty())
         m_recentMenu->addAction(tr("(no item)"))->setEnabled(false);

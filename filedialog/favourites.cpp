@@ -2,11 +2,10 @@
 
 #include "filedialog/fileentry.h"
 #include "platform/config.h"
-#include "platform/filename.h"
+#include "platform/menu.h"
 #include "platform/resource.h"
 
 #include <QAction>
-#include <QMenu>
 
 #include <algorithm>
 
@@ -54,12 +53,6 @@ constexpr std::array favoriteRules{
         QLatin1StringView("corvex/menu/folder_cf") },
 };
 
-/// The text as a menu shows it: "&" as itself, and no tab, which would start a shortcut's text.
-QString menuText(const QString &text)
-{
-    return FileName::forDisplay(text).replace(u'&', QStringLiteral("&&"));
-}
-
 } // namespace
 
 void readFavorites(FavoriteTexts &paths, FavoriteTexts &names)
@@ -81,7 +74,7 @@ void fillFavoritesMenu(
         if (path == separator) {
             menu->addSeparator();
         } else if (!path.isEmpty()) {
-            QAction *action = menu->addAction(menuText(name.isEmpty() ? path : name));
+            QAction *action = menu->addAction(Menu::textFor(name.isEmpty() ? path : name));
             action->setIcon(Resource::loadIcon(favoriteIconName(path, surroundings)));
             action->setData(n);
         }

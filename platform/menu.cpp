@@ -1,5 +1,6 @@
 #include "platform/menu.h"
 
+#include "platform/filename.h"
 #include "platform/shortenedpath.h"
 
 #include <QApplication>
@@ -111,4 +112,9 @@ Menu::Menu(QWidget *parent)
         QEvent measureAgain(QEvent::FontChange);
         QCoreApplication::sendEvent(this, &measureAgain);
     });
+}
+
+QString Menu::textFor(const QString &name)
+{
+    return FileName::forDisplay(name).replace(u'&', u"&&"_s);
 }

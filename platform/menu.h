@@ -8,4 +8,8 @@
 class Menu : public QMenu {
 public:
     explicit Menu(QWidget *parent = nullptr);
+
+    /// The text of an item that shows a name unchanged: "&" as itself, and no tab, which would start the text
+    /// of keys.
+    static QString textFor(const QString &name);
 };
