@@ -87,7 +87,7 @@ void LauncherChannel::setDocument(const QString &fileName)
 {
     const QString name = fromAddress(fileName);
     if (name.startsWith(u'/'))
-        emit documentRequested(name);
+        emit documentRequested(FileName::absolute(FileName::toBytes(name)));
     else if (calledFromDBus())
         sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Give the absolute name of a file."));
 }

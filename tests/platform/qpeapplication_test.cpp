@@ -7,6 +7,7 @@
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QFontInfo>
 #include <QProcess>
 #include <QScreen>
@@ -132,6 +133,7 @@ private slots:
     void start_afterTheOtherEnded_takesTheChannel();
     void message_opensTheDocument_data();
     void message_opensTheDocument();
+    void message_followsLinks();
 };
 
 void QPEApplicationTest::scale_data()
@@ -317,6 +319,18 @@ void QPEApplicationTest::message_opensTheDocument()
     QCopEnvelope(ownChannel, u"setDocument(QString)"_s) << u"/last"_s;
     QVERIFY(opened.isEmpty() || role.prints("document " + opened));
     QVERIFY(role.prints("document /last"));
+}
+
+void QPEApplicationTest::message_followsLinks()
+{
+    const QTemporaryDir made;
+    const QString folder = QFileInfo(made.path()).canonicalFilePath();
+    QVERIFY(QDir(folder).mkpath(u"a/b"_s));
+    QVERIFY(QFile::link(folder + u"/a/b"_s, folder + u"/link"_s));
+    Role role({ u"run"_s });
+    QVERIFY(role.startsAndPrints("ready"));
+    QVERIFY(callOwnChannel(u"setDocument"_s, { folder + u"/link/../x.txt"_s }));
+    QVERIFY(role.prints("document " + folder.toUtf8() + "/a/x.txt"));
 }
 
 static int printScale(QPEApplication &app)
