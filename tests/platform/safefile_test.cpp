@@ -56,6 +56,7 @@ private slots:
 
     void newFileHasTheContent();
     void newFileFollowsTheFileMask();
+    void contentIsOnTheDiskBeforeItHasTheName();
     void newFileFollowsItsFoldersAccessList();
     void replacedFileIsAnotherFileWithTheSameRights_data();
     void replacedFileIsAnotherFileWithTheSameRights();
@@ -89,6 +90,29 @@ void SafeFileTest::newFileHasTheContent()
     QCOMPARE(listing(), QStringList(QStringLiteral("file.txt")));
     QVERIFY(save(name, QByteArray()));
     QCOMPARE(contentOf(name), QByteArray());
+}
+
+void SafeFileTest::contentIsOnTheDiskBeforeItHasTheName()
+{
+    const QByteArray name = prepare(Way::Replace);
+    QByteArrayList order;
+    FileCalls calls = callsFor(Way::Replace);
+    calls.pwrite = [&order, inner = calls.pwrite](int fd, const void *from, size_t size, off_t offset) {
+        order << "write";
+        return inner(fd, from, size, offset);
+    };
+    calls.fsync = [&order, inner = calls.fsync](int fd) {
+        struct stat info = {};
+        ::fstat(fd, &info);
+        order << (S_ISDIR(info.st_mode) ? "sync folder" : "sync file");
+        return inner(fd);
+    };
+    calls.rename = [&order, inner = calls.rename](const char *from, const char *to) {
+        order << "rename";
+        return inner(from, to);
+    };
+    QVERIFY(save(name, QByteArray("new"), calls));
+    QCOMPARE(order, (QByteArrayList{ "write", "sync file", "rename", "sync folder" }));
 }
 
 void SafeFileTest::newFileFollowsTheFileMask()
