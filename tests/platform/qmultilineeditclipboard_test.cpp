@@ -174,7 +174,7 @@ void QMultiLineEditClipboardTest::droppedTextGoesWhereItIsDropped()
 {
     MarkedText::load(*m_edit, u"a[b|cd"_s);
     QMimeData data;
-    data.setText(u"X\r\nY"_s);
+    data.setText(u"X\0\r\nY"_s);
     QDragEnterEvent enter(at(0, 3), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(m_edit->viewport(), &enter);
     QVERIFY(enter.isAccepted());
