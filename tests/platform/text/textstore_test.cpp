@@ -1,5 +1,7 @@
 #include "tests/platform/text/storecompare.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The rows, "/" for a wrap and "|" for a line end.
@@ -36,6 +38,8 @@ private slots:
     void pairsStayWhole();
     void sharedPiecesKeepTheirText();
     void manyPiecesJoined();
+    void billionsOfRows();
+    void billionsOfColumns();
     void movedStore();
 };
 
@@ -287,6 +291,50 @@ void TextStoreTest::manyPiecesJoined()
     ModelStore model(ruleOf(Widths::Hurting, 3));
     model.setText(text);
     compareAll(store, model);
+}
+
+namespace {
+
+constexpr qint64 billions = qint64(1) << 31;
+
+/// Puts the text behind itself until it is there `billions` times; the copies share their leaves.
+void multiply(TextStore &store)
+{
+    for (qint64 copies = 1; copies < billions; copies *= 2)
+        store.insert(store.length(), store.piece(0, store.length()));
+}
+
+} // namespace
+
+void TextStoreTest::billionsOfRows()
+{
+    TextStore store = storeOf(u"aaaaaa\n"_s, ruleOf(Widths::Hurting, 3));
+    multiply(store);
+    QCOMPARE(store.length(), 7 * billions);
+    QCOMPARE(store.lineCount(), billions + 1);
+    QCOMPARE(store.rowCount(), 2 * billions + 1);
+    const qint64 line = billions - 2;
+    QCOMPARE(store.lineStart(line), 7 * line);
+    QCOMPARE(store.rowOfLine(line), 2 * line);
+    QCOMPARE(store.lineOfRow(2 * line + 1), line);
+    QCOMPARE(store.row(2 * line + 1).start, 7 * line + 3);
+    QCOMPARE(store.offsetAt({ 2 * line + 1, 2 }), 7 * line + 5);
+    store.replace(7 * line + 1, 0, u"\n");
+    QCOMPARE(store.rowCount(), 2 * billions + 2);
+    QCOMPARE(store.text(7 * line, 8), u"a\naaaaa\n"_s);
+}
+
+void TextStoreTest::billionsOfColumns()
+{
+    TextStore store = storeOf(u"aaa"_s, ruleOf(Widths::Hurting, 0));
+    multiply(store);
+    const qint64 column = 3 * billions - 2;
+    QCOMPARE(store.rowColAt(column).column, column);
+    QCOMPARE(store.xAt({ 0, column }), subpixelsPerPixel * column);
+    QCOMPARE(store.columnAt(0, subpixelsPerPixel * column), column);
+    store.replace(column, 1, u"W");
+    QCOMPARE(store.widestRow(), subpixelsPerPixel * (3 * billions + 1));
+    QCOMPARE(store.text(column - 1, 3), u"aWa"_s);
 }
 
 void TextStoreTest::movedStore()
