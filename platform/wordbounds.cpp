@@ -6,7 +6,7 @@ namespace {
 
 enum class CharClass { LineEnd, Blank, Alphabetic, Hiragana, Katakana, Ideographic, Punctuation };
 
-constexpr qint64 longestRun = 16 * 1024;
+constexpr qint64 longestRun = qint64(16) << 10;
 constexpr int longestCluster = 32;
 
 char32_t codePointAt(const TextStore &store, qint64 offset)
