@@ -3,10 +3,10 @@
 a key press, memory.
 
     program.py start  -- COMMAND…            start to idle, several runs
-    program.py keys [--at end|start] [--count N] [--before "a b"] [--keys "a b"] -- COMMAND…
+    program.py keys [--at end|start] [--count N] [--before "a b"] [--holding KEY] [--keys "a b"] -- COMMAND…
                                              processor time of the whole process per key press, mean and quartiles;
-                                             keys before are pressed N times and not measured:
-                                             --before "a Return" --keys ctrl+z
+                                             keys before are pressed N times and not measured, a key may be held
+                                             down meanwhile: --before "a Return" --holding ctrl --keys z
     program.py frames [--at end|start] [--count N] [--doing "wheel drag page key click"] -- COMMAND…
                                              processor time of a frame, median and worst of N: one notch of the
                                              wheel, one move of the vertical scroll bar's slider over the whole bar,
@@ -96,8 +96,8 @@ class Keyboard:
     def __init__(self):
         self.script = subprocess.Popen(["xdotool", "-"], stdin=subprocess.PIPE, text=True, bufsize=1)
 
-    def press(self, name: str):
-        self.script.stdin.write(f"key --delay 0 {name}\n")
+    def press(self, name: str, how: str = "key"):
+        self.script.stdin.write(f"{how} --delay 0 {name}\n")
         time.sleep(0.025)
 
     def close(self):
@@ -114,6 +114,8 @@ def keys(options):
     keyboard.press(PLACES[options.at])
     for name in options.before.split() * options.count:
         keyboard.press(name)
+    if options.holding:
+        keyboard.press(options.holding, "keydown")
     wait_idle(process, needs_window=False)
     costs, before = [], cpu_seconds(process.pid)
     for name in options.keys.split() * options.count:
@@ -121,6 +123,8 @@ def keys(options):
         after = cpu_seconds(process.pid)
         costs.append((after - before) * 1000)
         before = after
+    if options.holding:
+        keyboard.press(options.holding, "keyup")
     keyboard.close()
     stop(process)
     low, middle, high = statistics.quantiles(costs, n=4)
@@ -207,6 +211,7 @@ def main():
     parser.add_argument("--at", choices=PLACES, default="end")
     parser.add_argument("--count", type=int, default=100)
     parser.add_argument("--before", default="a")
+    parser.add_argument("--holding")
     parser.add_argument("--keys", default="a")
     parser.add_argument("--doing", default="wheel drag page")
     parser.add_argument("command", nargs="+")
