@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
 """Writes the sample texts of this folder: one text in every character code and line end the editor knows.
 
+    make.py [FOLDER]     into that folder instead
+
 Run it after changing the text; the files are committed so that a checkout can be tried at once.
 """
 
 import pathlib
+import sys
 
 TEXT = """\
 Marlo!Pad QT  見本の文書 (sample text)
@@ -38,7 +41,7 @@ SAMPLES = {
 
 
 def main():
-    folder = pathlib.Path(__file__).parent
+    folder = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else pathlib.Path(__file__).parent
     for name, (text, codec, line_end) in SAMPLES.items():
         (folder / name).write_bytes(text.replace("\n", line_end).encode(codec))
 
