@@ -1,6 +1,7 @@
 #include "app/keymap.h"
 
 #include "app/frmmain.h"
+#include "platform/digitkey.h"
 
 #include <QKeyEvent>
 
@@ -48,6 +49,16 @@ bool matches(const KeyBinding &binding, const Key &key, bool hasText)
     return binding.deviceKey != 0 && key.code == binding.deviceKey && !hasText;
 }
 
+QList<CommandSlot> commandsFor(const Key &key, bool hasText)
+{
+    QList<CommandSlot> commands;
+    for (const KeyBinding &binding : keyMap) {
+        if (matches(binding, key, hasText))
+            commands.append(binding.slot);
+    }
+    return commands;
+}
+
 } // namespace
 
 std::span<const KeyBinding> keyBindings()
@@ -57,10 +68,10 @@ std::span<const KeyBinding> keyBindings()
 
 QList<CommandSlot> commandsForKey(const QKeyEvent &press)
 {
-    QList<CommandSlot> commands;
-    for (const KeyBinding &binding : keyMap) {
-        if (matches(binding, keyOf(press), !press.text().isEmpty()))
-            commands.append(binding.slot);
-    }
-    return commands;
+    const Key key = keyOf(press);
+    const QList<CommandSlot> commands = commandsFor(key, !press.text().isEmpty());
+    if (!commands.isEmpty() || key.modifiers != control)
+        return commands;
+    const std::optional<int> digit = digitBehindShift(press);
+    return digit ? commandsFor({ Qt::Key_0 + *digit, control }, true) : commands;
 }

@@ -20,5 +20,6 @@ std::span<const KeyBinding> keyBindings();
 
 /// The commands of every row that a key press matches, in the rows' order. The keypad's keys count as the
 /// others do; Shift+Tab is Tab with Shift, however it arrives. A device key code counts only without a text:
-/// the codes are characters (quotation marks, dashes) that other keyboards type.
+/// the codes are characters (quotation marks, dashes) that other keyboards type. Where digits need Shift,
+/// Ctrl with a digit's key stands for Ctrl with the digit, unless the key has a row of its own.
 QList<CommandSlot> commandsForKey(const QKeyEvent &press);

@@ -54,6 +54,8 @@ private slots:
     void deviceKeysCountWithoutText();
     void tabs_data();
     void tabs();
+    void digitsThatNeedShift_data();
+    void digitsThatNeedShift();
     void otherKeysDoNothing_data();
     void otherKeysDoNothing();
 };
@@ -141,6 +143,47 @@ void KeyMapTest::tabs()
     QFETCH(int, key);
     QFETCH(Qt::KeyboardModifiers, modifiers);
     QTEST(commandsFor(key, modifiers, u"\t"_s), "commands");
+}
+
+void KeyMapTest::digitsThatNeedShift_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::addColumn<int>("scanCode"); // 10 is the key "1"
+    QTest::addColumn<QList<CommandSlot>>("commands");
+    using Modifiers = Qt::KeyboardModifiers;
+    const Modifiers control = Qt::ControlModifier;
+    const Modifiers controlShift = control | Qt::ShiftModifier;
+    const QList<CommandSlot> before{ &frmMain::slotCmdViewSrchBefo };
+    const QList<CommandSlot> next{ &frmMain::slotCmdViewSrchNext };
+    const QList<CommandSlot> lastEdit{ &frmMain::slotCmdViewLastEdit };
+    const QList<CommandSlot> search{ &frmMain::slotCmdViewSearch };
+    const QList<CommandSlot> none;
+    QTest::newRow("French 1") << int(Qt::Key_Ampersand) << control << 10 << before;
+    QTest::newRow("French 2") << int(Qt::Key_Eacute) << control << 11 << next;
+    QTest::newRow("French 5") << int(Qt::Key_ParenLeft) << control << 14 << lastEdit;
+    QTest::newRow("French 3") << int(Qt::Key_QuoteDbl) << control << 12 << none;
+    QTest::newRow("French 0") << int(Qt::Key_Agrave) << control << 19 << none;
+    QTest::newRow("without Ctrl") << int(Qt::Key_Ampersand) << Modifiers() << 10 << none;
+    QTest::newRow("with Shift") << int(Qt::Key_Ampersand) << controlShift << 10 << none;
+    QTest::newRow("with Alt") << int(Qt::Key_Ampersand) << (control | Qt::AltModifier) << 10 << none;
+    QTest::newRow("1 itself") << int(Qt::Key_1) << control << 10 << before;
+    QTest::newRow("another digit in its place") << int(Qt::Key_3) << control << 10 << none;
+    QTest::newRow("2 in the place of 1") << int(Qt::Key_2) << control << 10 << next;
+    QTest::newRow("a key with a row in its place") << int(Qt::Key_N) << control << 10 << search;
+    QTest::newRow("the sign elsewhere") << int(Qt::Key_Ampersand) << control << 61 << none;
+    QTest::newRow("left of the digits") << int(Qt::Key_Escape) << control << 9 << none;
+    QTest::newRow("right of the digits") << int(Qt::Key_ParenRight) << control << 20 << none;
+    QTest::newRow("key without a place") << int(Qt::Key_Ampersand) << control << 0 << none;
+}
+
+void KeyMapTest::digitsThatNeedShift()
+{
+    QFETCH(int, key);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    QFETCH(int, scanCode);
+    const QKeyEvent press(QEvent::KeyPress, key, modifiers, quint32(scanCode), 0, 0);
+    QTEST(commandsForKey(press), "commands");
 }
 
 void KeyMapTest::otherKeysDoNothing_data()
