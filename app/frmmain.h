@@ -177,7 +177,7 @@ private:
     void closeDocument(ctlEditer *editor);
     ctlEditer *editorOfFile(const QString &fileName) const;
     void openChosen(ctlEditer *editor, const FileChoice &file);
-    void loadInto(ctlEditer *editor, const FileChoice &file);
+    bool loadInto(ctlEditer *editor, const FileChoice &file);
     bool isReloadWanted(const QString &title, const QString &question);
     std::optional<FileChoice> chooseFileFor(const ctlEditer *editor, frmFileDialog::Mode mode);
     SaveAnswer askToSave(const ctlEditer *editor);

@@ -71,6 +71,7 @@ ctlEditer *frmMain::addDocument(const QString &caption)
     connect(editor, &ctlEditer::redoAvailable2, this, &frmMain::slotEdRedoAvailable);
     connect(editor, &ctlEditer::copyAvailable, this, &frmMain::slotEdCopyAvailable);
     connect(editor, &ctlEditer::textChanged, this, [this, editor] { m_unwanted.removeOne(editor); });
+    connect(editor, &ctlEditer::aboutToTell, this, [this, editor] { tabBar()->setCurrentTab(editor); });
     m_documents->stack()->addWidget(editor);
     const QString name = caption.isEmpty() ? editor->name() : caption;
     tabBar()->addTab(editor, name);
@@ -102,10 +103,8 @@ void frmMain::openDocument(const QString &path, int charCode)
         tabBar()->setCurrentTab(editor);
         const QString question =
             tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
-        if (editor->edited() && isReloadWanted(tr("Existing File"), question)) {
-            loadInto(editor, file);
+        if (editor->edited() && isReloadWanted(tr("Existing File"), question) && loadInto(editor, file))
             restorePosition(editor);
-        }
         return;
     }
     ctlEditer *editor = addDocument(FileName::forDisplay(file.name));
@@ -121,17 +120,18 @@ void frmMain::openChosen(ctlEditer *editor, const FileChoice &file)
         openDocument(file.folder + file.name, file.charCode);
         return;
     }
-    loadInto(editor, file);
-    restorePosition(editor);
+    if (loadInto(editor, file))
+        restorePosition(editor);
     editor->setFocus();
 }
 
-void frmMain::loadInto(ctlEditer *editor, const FileChoice &file)
+bool frmMain::loadInto(ctlEditer *editor, const FileChoice &file)
 {
-    editor->loadFile(file.folder, file.name, file.charCode);
+    const bool isLoaded = editor->loadFile(file.folder, file.name, file.charCode);
     updateTabText(editor);
     updateCaption();
     m_documents->arrange();
+    return isLoaded;
 }
 
 bool frmMain::isReloadWanted(const QString &title, const QString &question)

@@ -51,11 +51,12 @@ bool frmMain::slotCmdFileSave(
 {
     if (path.isEmpty())
         return slotCmdFileSaveAs(editor);
-    if (!editor->saveFile(path, name, charCode, returnCode))
+    const bool isSaved = editor->saveFile(path, name, charCode, returnCode);
+    updateCaption();
+    if (!isSaved)
         return false;
     updateTabText(editor);
     m_documents->arrange();
-    updateCaption();
     announceSaved(editor);
     return true;
 }
@@ -68,19 +69,23 @@ void frmMain::slotCmdFileSaveAs()
 
 bool frmMain::slotCmdFileSaveAs(ctlEditer *editor)
 {
+    tabBar()->setCurrentTab(editor);
     const std::optional<FileChoice> file = chooseFileFor(editor, frmFileDialog::SaveAs);
     return file && slotCmdFileSave(editor, file->folder, file->name, file->charCode, file->returnCode);
 }
 
 void frmMain::slotCmdFileSaveAll()
 {
-    if (!currentEditor())
+    ctlEditer *const before = currentEditor();
+    if (!before)
         return;
     for (const int id : tabBar()->ids()) {
         ctlEditer *editor = tabBar()->editorOf(id);
         if (editor && editor->edited() && !slotCmdFileSave(editor))
             return;
     }
+    // A document that asked something was shown for that; where saving stops, it stays so.
+    tabBar()->setCurrentTab(before);
 }
 
 void frmMain::slotCmdFileCloseTab()

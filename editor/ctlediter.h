@@ -35,12 +35,12 @@ public:
     QColor rowNoColor() const { return m_rowNoColor; }
     QColor activeLineColor() const { return m_activeLineColor; }
 
-    /// Reads path + name; `requested` is a CharCode, 0 to detect. Failures are told to the user; then text,
-    /// codes and history stay, but path and name are the new ones, and saving under them keeps a copy of what
-    /// could not be read. Memory: the file's bytes and the text.
-    void loadFile(const QString &path, const QString &name, int requested);
+    /// Reads path + name; `requested` is a CharCode, 0 to detect. False after telling the user: text, codes,
+    /// history, cursor and view stay then, but path and name are the new ones, and saving under them keeps a
+    /// copy of what could not be read. Memory: the file's bytes and the text.
+    bool loadFile(const QString &path, const QString &name, int requested);
     /// As loadFile, always detecting.
-    void reload(const QString &path, const QString &name);
+    bool reload(const QString &path, const QString &name);
     /// Writes the text as path + name; 0 keeps the document's own code or line end. False after telling the
     /// user: the file is as it was then, text, name and history too, but the codes given are kept.
     bool saveFile(const QString &path, const QString &name, int charCode = 0, int returnCode = 0);
@@ -81,6 +81,8 @@ signals:
     /// undoAvailable() and redoAvailable(), with the editor that sends them.
     void undoAvailable2(ctlEditer *editor, bool available);
     void redoAvailable2(ctlEditer *editor, bool available);
+    /// Right before a message box about saving this document: who reads it wants to see the document.
+    void aboutToTell();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

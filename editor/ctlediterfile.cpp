@@ -49,14 +49,14 @@ const TextCodec *codecToWrite(int charCode)
 
 } // namespace
 
-void ctlEditer::loadFile(const QString &path, const QString &name, int requested)
+bool ctlEditer::loadFile(const QString &path, const QString &name, int requested)
 {
     m_path = path;
     m_name = name;
     m_unreadFile = path + name;
     QByteArray bytes;
     if (!readWholeFile(this, path + name, bytes))
-        return;
+        return false;
     m_unreadFile.clear();
     setUndoEnabled(false);
     clear();
@@ -67,6 +67,7 @@ void ctlEditer::loadFile(const QString &path, const QString &name, int requested
     normalizeLineEnds(bytes, m_returnCode);
     setDecodedText(std::move(bytes));
     setUnmodified();
+    return true;
 }
 
 void ctlEditer::setDecodedText(QByteArray &&bytes)
@@ -77,14 +78,15 @@ void ctlEditer::setDecodedText(QByteArray &&bytes)
     setText(sink.finish());
 }
 
-void ctlEditer::reload(const QString &path, const QString &name)
+bool ctlEditer::reload(const QString &path, const QString &name)
 {
-    loadFile(path, name, CharCodeBinary);
+    return loadFile(path, name, CharCodeBinary);
 }
 
 bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode, int returnCode)
 {
     if (m_charCode == CharCodeBinary) {
+        emit aboutToTell();
         MessageBox::information(this, tr("Error"), tr("The binary file cannot be saved."));
         return false;
     }
@@ -110,6 +112,8 @@ bool ctlEditer::writeText(const QString &fileName)
     const bool isWritten = writer.write(store(), *codecToWrite(m_charCode));
     const QString kept = FileName::forMessage(FileName::fromBytes(writer.keptCopy()));
     const QString title = tr("File Write Error");
+    if (!isWritten || !kept.isEmpty())
+        emit aboutToTell();
     if (!isWritten)
         MessageBox::critical(this, title,
             tr("Cannot write the file.\nYou do not have the permission or the file may be in use."));

@@ -13,6 +13,8 @@ private slots:
     void openShownFileOnlySwitches();
     void openModifiedFileAsks_data();
     void openModifiedFileAsks();
+    void failedReloadLeavesTheDocument_data();
+    void failedReloadLeavesTheDocument();
     void unreadableFileKeepsItsTab();
     void fileInTheRootFolder();
     void folderWithASlashHasItsName();
@@ -99,6 +101,47 @@ void OpeningTest::openModifiedFileAsks()
     QCOMPARE(window.currentEditor(), window.editorAt(1));
     QTEST(window.currentEditor()->text(), "text");
     QTEST(window.tabTexts().at(1), "tab");
+}
+
+void OpeningTest::failedReloadLeavesTheDocument_data()
+{
+    using Reload = void (*)(TestWindow &, const QString &);
+    QTest::addColumn<Reload>("reload");
+    const auto row = [](const char *name, Reload reload) { QTest::newRow(name) << reload; };
+    row("Reload", [](TestWindow &window, const QString &) { window.slotCmdFileReload(); });
+    row("opened again", [](TestWindow &window, const QString &name) { window.setDocument(name); });
+}
+
+/// The remembered place is for a text that was just read.
+void OpeningTest::failedReloadLeavesTheDocument()
+{
+    using Reload = void (*)(TestWindow &, const QString &);
+    QFETCH(Reload, reload);
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, QByteArray("line\n").repeated(500));
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.currentEditor()->setCursorPosition(20, 2);
+    window.slotCmdFileCloseTab();
+    window.setDocument(name);
+    ctlEditer *const editor = window.currentEditor();
+    QCOMPARE(editor->cursorPosition().row, 20);
+    QTest::keyClicks(editor, u"x"_s);
+    editor->setCursorPosition(300, 1);
+    editor->setTopRow(298);
+    const QString text = editor->text();
+    const RowCol cursor = editor->cursorPosition();
+    const qint64 topRow = editor->topRow();
+
+    QVERIFY(QFile::remove(name));
+    MessageBoxes boxes({ u"Yes"_s });
+    reload(window, name);
+    QCOMPARE(boxes.titles().value(1), u"File Load Error!"_s);
+    QCOMPARE(editor->cursorPosition(), cursor);
+    QCOMPARE(editor->topRow(), topRow);
+    QCOMPARE(editor->text(), text);
+    QCOMPARE(window.tabTexts().last(), u"* a.txt"_s);
 }
 
 void OpeningTest::unreadableFileKeepsItsTab()

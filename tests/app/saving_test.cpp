@@ -4,6 +4,48 @@
 
 using namespace Qt::StringLiterals;
 
+using MakeTrouble = std::function<void(TestWindow &, const TestFiles &)>;
+Q_DECLARE_METATYPE(MakeTrouble)
+
+namespace {
+
+/// Which document is shown, at the tab bar and in the window, when the user is asked for a name or told
+/// something.
+class Askings : public QObject {
+public:
+    explicit Askings(TestWindow &window)
+        : m_window(window)
+    {
+        qApp->installEventFilter(this);
+        window.whileChoosing = [this] { note(u"Save as"_s); };
+    }
+    QStringList titles() const { return m_titles; }
+    QList<const ctlEditer *> documents() const { return m_documents; }
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        const auto *box = qobject_cast<QMessageBox *>(object);
+        if (box && event->type() == QEvent::Show)
+            note(box->windowTitle());
+        return false;
+    }
+
+private:
+    void note(const QString &title)
+    {
+        const ctlTabBar *tabs = m_window.tabBar();
+        const ctlEditer *shown = m_window.currentEditor();
+        m_titles << title;
+        m_documents << (tabs->editorOf(tabs->currentTab()) == shown ? shown : nullptr);
+    }
+
+    TestWindow &m_window;
+    QStringList m_titles;
+    QList<const ctlEditer *> m_documents;
+};
+
+} // namespace
+
 /// Save, Save As and Save All: what is written, asked and shown.
 class SavingTest : public QObject {
     Q_OBJECT
@@ -16,11 +58,16 @@ private slots:
     void saveAsCancelledWritesNothing();
     void saveAsTakesNameAndCodes();
     void failedSaveKeepsTheMark();
+    void failedSaveAsShowsTheCodesTaken();
     void unreadFileIsKeptBeforeItIsWritten();
 
     void saveAllWritesModifiedOnes();
     void saveAllStopsAtTheFirstFailure();
     void saveAllStopsWhenCancelled();
+
+    void asksInFrontOfTheDocument_data();
+    void asksInFrontOfTheDocument();
+    void saveAllGoesBackToTheDocument();
 };
 
 void SavingTest::init()
@@ -104,6 +151,21 @@ void SavingTest::failedSaveKeepsTheMark()
     QVERIFY(window.currentEditor()->edited());
 }
 
+void SavingTest::failedSaveAsShowsTheCodesTaken()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
+    window.choices << FileChoice{ files.folder() + u"missing/"_s, u"b.txt"_s, CharCodeEuc, ReturnCodeLf };
+    MessageBoxes boxes;
+    window.slotCmdFileSaveAs();
+    QCOMPARE(boxes.titles(), QStringList{ u"File Write Error"_s });
+    QCOMPARE(window.currentEditor()->charCodeName(), u"EUC"_s);
+    QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [EUC][LF]"_s);
+    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+}
+
 /// The tab of a file that could not be read has its name; what it writes there replaces what nobody has seen.
 void SavingTest::unreadFileIsKeptBeforeItIsWritten()
 {
@@ -167,6 +229,61 @@ void SavingTest::saveAllStopsWhenCancelled()
     window.slotCmdFileSaveAll();
     QCOMPARE(window.requests.size(), 1);
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("old"));
+}
+
+void SavingTest::asksInFrontOfTheDocument_data()
+{
+    QTest::addColumn<int>("item");
+    QTest::addColumn<MakeTrouble>("makeTrouble");
+    QTest::addColumn<QString>("asked");
+    const auto rows = [](const char *name, const QString &asked, const MakeTrouble &makeTrouble) {
+        QTest::addRow("Save All, %s", name) << 8 << makeTrouble << asked;
+        QTest::addRow("Quit with Save, %s", name) << 9 << makeTrouble << asked;
+    };
+    rows("never saved", u"Save as"_s, [](TestWindow &window, const TestFiles &) { window.slotCmdFileNew(); });
+    rows("cannot be written", u"File Write Error"_s, [](TestWindow &window, const TestFiles &files) {
+        window.setDocument(files.write(u"c.txt"_s, "old"));
+        breakSaving(window.currentEditor());
+    });
+    rows("binary", u"Error"_s, [](TestWindow &window, const TestFiles &files) {
+        window.setDocument(files.write(u"c.txt"_s, QByteArray("\1\0", 2)));
+    });
+}
+
+/// Whoever is asked or told about one of many documents sees which it is.
+void SavingTest::asksInFrontOfTheDocument()
+{
+    QFETCH(int, item);
+    QFETCH(MakeTrouble, makeTrouble);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s }));
+    makeTrouble(window, files);
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    const ctlEditer *const troubled = window.currentEditor();
+    window.tabBar()->setCurrentTab(window.editorAt(0));
+
+    const Askings askings(window);
+    MessageBoxes boxes;
+    window.item(MenuId::File, item)->trigger();
+    QTEST(askings.titles().join(u", "_s), "asked");
+    QCOMPARE(askings.documents(), QList<const ctlEditer *>{ troubled });
+    QCOMPARE(window.currentEditor(), troubled);
+    QVERIFY(window.isVisible());
+}
+
+void SavingTest::saveAllGoesBackToTheDocument()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    window.slotCmdFileNew();
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.tabBar()->setCurrentTab(window.editorAt(0));
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s, 0, 0 };
+    window.slotCmdFileSaveAll();
+    QCOMPARE(window.tabTexts(), QStringList({ u"a.txt"_s, u"b.txt"_s }));
+    QCOMPARE(window.currentEditor(), window.editorAt(0));
 }
 
 QTEST_MAIN(SavingTest)
