@@ -13,6 +13,8 @@ namespace {
 constexpr qsizetype blockSize = 1 << 18;
 constexpr mode_t privateFile = 0600;
 constexpr mode_t privateFolder = 0700;
+constexpr mode_t permissionBits = 07777;
+constexpr mode_t setIdBits = S_ISUID | S_ISGID;
 
 QByteArray folderOf(const QByteArray &name)
 {
@@ -76,6 +78,7 @@ bool SafeFile::examineTarget()
     if (m_old == -1 || m_calls.fstat(m_old, &info) != 0)
         return false;
     m_hasOtherNames = info.st_nlink > 1;
+    m_oldRights = info.st_mode & permissionBits;
     return S_ISREG(info.st_mode);
 }
 
@@ -114,12 +117,18 @@ QByteArray SafeFile::stateFolder()
     return (state.startsWith('/') ? state : qgetenv("HOME") + "/.local/state") + "/marlopad/";
 }
 
+/// What is made is on the disk: a copy in a folder that a power cut takes away would be none.
 bool SafeFile::makeStateFolder()
 {
     const QByteArray folder = stateFolder();
     for (qsizetype end = folder.indexOf('/', 1); end != -1; end = folder.indexOf('/', end + 1)) {
-        if (m_calls.mkdir(folder.first(end).constData(), privateFolder) != 0 && errno != EEXIST)
+        const QByteArray made = folder.first(end);
+        if (m_calls.mkdir(made.constData(), privateFolder) == 0) {
+            if (!syncFolder(folderOf(made)))
+                return false;
+        } else if (errno != EEXIST) {
             return false;
+        }
     }
     return true;
 }
@@ -203,18 +212,21 @@ SafeFile::Outcome SafeFile::replace()
     if (m_calls.rename(m_stagedName.constData(), m_target.constData()) != 0)
         return isRefusal(errno) ? Outcome::NotPossible : Outcome::Failed;
     m_stagedName.clear();
-    syncFolder();
+    // The new file has its name by now and there is nothing to take back.
+    syncFolder(m_folder);
     return Outcome::Done;
 }
 
-void SafeFile::syncFolder()
+/// True also where it is not possible: not every folder may be read, and not every file system has this.
+bool SafeFile::syncFolder(const QByteArray &folder)
 {
-    // The new file has its name by now and there is nothing to take back: a folder that cannot be read or
-    // synchronised is no failure.
-    int folder = m_calls.open(m_folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
-    if (folder != -1)
-        m_calls.fsync(folder);
-    closeFile(&folder);
+    int fd = retried([&] { return m_calls.open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0); });
+    if (fd == -1)
+        return isRefusal(errno);
+    const bool synced =
+        retried([&] { return m_calls.fsync(fd); }) == 0 || isRefusal(errno) || errno == EINVAL;
+    closeFile(&fd);
+    return synced;
 }
 
 bool SafeFile::overwrite()
@@ -224,8 +236,8 @@ bool SafeFile::overwrite()
     int kept = copyOldContent(&keptName, &oldSize);
     if (kept == -1)
         return false;
-    const bool written = copyOver(m_staged, m_old, m_size);
-    if (written || copyOver(kept, m_old, oldSize))
+    const bool written = copyOver(m_staged, m_size);
+    if (written || copyOver(kept, oldSize))
         m_calls.unlink(keptName.constData());
     else
         m_keptCopy = keptName;
@@ -238,7 +250,9 @@ int SafeFile::copyOldContent(QByteArray *name, off_t *size)
     int old =
         retried([&] { return m_calls.open(m_target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW, 0); });
     int kept = old != -1 && makeStateFolder() ? createIn(stateFolder(), name) : -1;
-    if (kept != -1 && (!copyAll(old, kept, size) || retried([&] { return m_calls.fsync(kept); }) != 0)) {
+    if (kept != -1
+        && (!copyAll(old, kept, size) || retried([&] { return m_calls.fsync(kept); }) != 0
+            || !syncFolder(stateFolder()))) {
         m_calls.unlink(name->constData());
         closeFile(&kept);
     }
@@ -260,12 +274,23 @@ bool SafeFile::copyAll(int from, int to, off_t *size)
     }
 }
 
-bool SafeFile::copyOver(int from, int to, off_t size)
+/// Puts a whole file's content in the place of the old file's.
+bool SafeFile::copyOver(int from, off_t size)
 {
     off_t copied = 0;
-    return copyAll(from, to, &copied) && copied == size
-        && retried([&] { return m_calls.ftruncate(to, size); }) == 0
-        && retried([&] { return m_calls.fsync(to); }) == 0;
+    const bool isCopied = copyAll(from, m_old, &copied) && copied == size
+        && retried([&] { return m_calls.ftruncate(m_old, size); }) == 0;
+    if (isCopied)
+        restoreRights();
+    return isCopied && retried([&] { return m_calls.fsync(m_old); }) == 0;
+}
+
+/// The system takes set-user-id and set-group-id away when anybody but root writes. Who may write a file but
+/// does not own it cannot set them; that is no reason to take the content back.
+void SafeFile::restoreRights()
+{
+    if (m_oldRights & setIdBits)
+        retried([&] { return m_calls.fchmod(m_old, m_oldRights); });
 }
 
 void SafeFile::closeFile(int *fd)

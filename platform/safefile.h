@@ -11,8 +11,9 @@
 /// commit() gives the old file's owner, group, rights, access lists and extended attributes and renames over
 /// it. Symbolic links are followed: the file a link names is replaced, or made where there is none yet. Where
 /// renaming would lose something (further hard links, an owner that cannot be given, a folder that cannot be
-/// written) the old file is overwritten in place, after a copy of it was put into the program's state folder;
-/// the copy goes away when all is written, and brings the old content back when writing fails.
+/// written) the old file is overwritten in place, after a copy of it was put into the program's state folder,
+/// on the disk under its name; the copy goes away when all is written, and brings the old content back when
+/// writing fails. What set-user-id and set-group-id bits writing takes away is set again.
 ///
 /// Errors: open(), write() and commit() return false; the old file is then whole and nothing else is left
 /// behind, with the one exception of keptCopy(). An object that is destroyed without commit() leaves all as
@@ -54,12 +55,13 @@ private:
     bool flush();
     Outcome replace();
     bool giveAttributes();
-    void syncFolder();
+    bool syncFolder(const QByteArray &folder);
     bool overwrite();
     int copyOldContent(QByteArray *name, off_t *size);
     bool putAside(QByteArray *name);
     bool copyAll(int from, int to, off_t *size);
-    bool copyOver(int from, int to, off_t size);
+    bool copyOver(int from, off_t size);
+    void restoreRights();
     bool writeAt(int fd, QByteArrayView bytes, off_t offset);
     void closeFile(int *fd);
     void discard();
@@ -68,6 +70,7 @@ private:
     QByteArray m_target; ///< links followed
     QByteArray m_folder; ///< the target's, ending in "/"
     int m_old = -1; ///< the target, open for writing; -1 for a new file
+    mode_t m_oldRights = 0;
     bool m_hasOtherNames = false;
     bool m_keepsOld = false;
     QByteArray m_stagedName;

@@ -45,6 +45,25 @@ struct AttributeTable {
     }
 };
 
+/// Takes the set-id bits away at each write, as the system does when anybody but root writes.
+FileCalls asOrdinaryUser(FileCalls calls)
+{
+    const auto takeBits = [](int fd) {
+        struct stat info = {};
+        ::fstat(fd, &info);
+        ::fchmod(fd, info.st_mode & 01777);
+    };
+    calls.pwrite = [inner = calls.pwrite, takeBits](int fd, const void *from, size_t size, off_t offset) {
+        takeBits(fd);
+        return inner(fd, from, size, offset);
+    };
+    calls.ftruncate = [inner = calls.ftruncate, takeBits](int fd, off_t size) {
+        takeBits(fd);
+        return inner(fd, size);
+    };
+    return calls;
+}
+
 } // namespace
 
 /// What a save leaves behind where all goes well, and what is refused.
@@ -69,6 +88,12 @@ private slots:
     void linkInACircleIsRefused();
     void hardLinksStay();
     void ownerThatCannotBeGivenIsKeptInPlace();
+    void setIdBitsStay_data();
+    void setIdBitsStay();
+    void setIdBitsStayWithTheOldContent();
+    void setIdBitsOfAnothersFile();
+    void oldContentIsOnTheDiskBeforeItIsOverwritten_data();
+    void oldContentIsOnTheDiskBeforeItIsOverwritten();
     void closedFolderIsWrittenInPlace();
     void newFileInAClosedFolderIsRefused();
     void renameThatIsRefusedIsWrittenInPlace();
@@ -303,6 +328,127 @@ void SafeFileTest::ownerThatCannotBeGivenIsKeptInPlace()
     QCOMPARE(contentOf(name), m_new);
     QCOMPARE(listing().size(), 1);
     QCOMPARE(keptFiles(), QStringList());
+}
+
+void SafeFileTest::setIdBitsStay_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<Way>("way");
+    for (const Way way : { Way::HardLink, Way::ClosedFolder }) {
+        const char *const name = way == Way::HardLink ? "hard link" : "closed folder";
+        QTest::addRow("set-user-id, %s", name) << 04755 << way;
+        QTest::addRow("set-group-id, %s", name) << 02755 << way;
+        QTest::addRow("both and sticky, %s", name) << 07711 << way;
+        QTest::addRow("none, %s", name) << 0755 << way;
+    }
+}
+
+void SafeFileTest::setIdBitsStay()
+{
+    QFETCH(int, mode);
+    QFETCH(Way, way);
+    const QByteArray name = prepare(way);
+    QCOMPARE(::chmod(name.constData(), mode_t(mode)), 0);
+    mode_t rightsOnTheDisk = 0;
+    FileCalls calls = asOrdinaryUser(callsFor(way));
+    calls.fsync = [&, inode = statOf(name).st_ino](int fd) {
+        if (inodeOf(fd) == inode)
+            rightsOnTheDisk = statOf(name).st_mode & 07777;
+        return ::fsync(fd);
+    };
+    QVERIFY(save(name, m_new, calls));
+    QCOMPARE(contentOf(name), m_new);
+    QCOMPARE(statOf(name).st_mode & 07777, mode_t(mode));
+    QCOMPARE(rightsOnTheDisk, mode_t(mode));
+}
+
+void SafeFileTest::setIdBitsStayWithTheOldContent()
+{
+    const QByteArray name = prepare(Way::HardLink);
+    QCOMPARE(::chmod(name.constData(), 06755), 0);
+    FileCalls calls = asOrdinaryUser(FileCalls::system());
+    bool full = true;
+    calls.pwrite = [&, inner = calls.pwrite, inode = statOf(name).st_ino](
+                       int fd, const void *from, size_t size, off_t offset) -> ssize_t {
+        if (full && inodeOf(fd) == inode && offset > 0) {
+            full = false;
+            errno = ENOSPC;
+            return -1;
+        }
+        return inner(fd, from, size, offset);
+    };
+    QVERIFY(!save(name, m_new, calls));
+    QCOMPARE(contentOf(name), m_old);
+    QCOMPARE(statOf(name).st_mode & 07777, mode_t(06755));
+}
+
+/// One may write it, but not set its rights.
+void SafeFileTest::setIdBitsOfAnothersFile()
+{
+    const QByteArray name = prepare(Way::HardLink);
+    QCOMPARE(::chmod(name.constData(), 04775), 0);
+    FileCalls calls = asOrdinaryUser(FileCalls::system());
+    calls.fchmod = [](int, mode_t) {
+        errno = EPERM;
+        return -1;
+    };
+    QVERIFY(save(name, m_new, calls));
+    QCOMPARE(contentOf(name), m_new);
+    QCOMPARE(statOf(name).st_mode & 07777, mode_t(0775));
+}
+
+void SafeFileTest::oldContentIsOnTheDiskBeforeItIsOverwritten_data()
+{
+    QTest::addColumn<Way>("way");
+    QTest::addColumn<bool>("keeps");
+    QTest::newRow("hard link") << Way::HardLink << false;
+    QTest::newRow("closed folder") << Way::ClosedFolder << false;
+    QTest::newRow("replaced, the old content is kept") << Way::Replace << true;
+}
+
+/// The copy, its name in the state folder, and that of each folder which was made for it.
+void SafeFileTest::oldContentIsOnTheDiskBeforeItIsOverwritten()
+{
+    QFETCH(Way, way);
+    QFETCH(bool, keeps);
+    const QByteArray state = SafeFile::stateFolder();
+    const QTemporaryDir beside;
+    const QByteArray there = QFile::encodeName(beside.path()) + '/';
+    const QByteArray base = there + "made/";
+    qputenv("XDG_STATE_HOME", base + "on/the way");
+    const QByteArray name = prepare(way);
+    QByteArrayList order;
+    FileCalls calls = callsFor(way);
+    calls.fsync = [&](int fd) {
+        struct stat info = {};
+        ::fstat(fd, &info);
+        const QByteArray synced =
+            QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(fd)).toLocal8Bit();
+        order << (S_ISDIR(info.st_mode) ? synced + '/'
+                                        : "file in " + synced.left(synced.lastIndexOf('/') + 1));
+        return ::fsync(fd);
+    };
+    calls.pwrite = [&, inode = statOf(name).st_ino](int fd, const void *from, size_t size, off_t offset) {
+        if (inodeOf(fd) == inode)
+            order << "target";
+        return ::pwrite(fd, from, size, offset);
+    };
+    calls.rename = [&](const char *from, const char *to) {
+        order << "target";
+        return ::rename(from, to);
+    };
+    SafeFile file(name, calls);
+    if (keeps)
+        file.keepOldContent();
+    QVERIFY(save(file, m_new));
+    qputenv("XDG_STATE_HOME", state.chopped(qstrlen("/marlopad/")));
+    QVERIFY(order.contains("target"));
+    order.erase(order.begin() + order.indexOf("target"), order.end());
+    const QByteArray folder = base + "on/the way/marlopad/";
+    QByteArrayList wanted{ there, base, base + "on/", base + "on/the way/", "file in " + folder, folder };
+    if (keeps)
+        wanted << "file in " + m_folder;
+    QCOMPARE(order, wanted);
 }
 
 void SafeFileTest::closedFolderIsWrittenInPlace()
