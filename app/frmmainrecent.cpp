@@ -6,7 +6,6 @@
 #include "platform/resource.h"
 
 #include <algorithm>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -72,6 +71,6 @@ void frmMain::restorePosition(ctlEditer *editor)
         return;
     // The cursor first: setting it scrolls to it, and it may have been out of view.
     editor->setCursorPosition(qMax<qint64>(0, entry->cursorRow), qMax<qint64>(0, entry->cursorColumn));
-    editor->setXOffset(int(std::clamp<qint64>(entry->scrollX, 0, std::numeric_limits<int>::max())));
+    editor->setXOffset(entry->scrollX);
     editor->setTopRow(qMax<qint64>(0, entry->scrollY) / qMax(1, editor->cellHeight()));
 }

@@ -88,7 +88,6 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     /// Adds row numbers, marks and the active row's line to the row.
     void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update) override;
-    void scrollContentsBy(int dx, int dy) override;
 
 private:
     QString rowNumber(qint64 row) const;

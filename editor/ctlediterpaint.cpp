@@ -92,14 +92,6 @@ QColor ctlEditer::cursorColor() const
     return isBlackFaintOn(base) ? QColor::fromRgb(base.rgb() ^ 0xffffffU) : base;
 }
 
-/// The active row's line does not move with the text.
-void ctlEditer::scrollContentsBy(int dx, int dy)
-{
-    QMultiLineEdit::scrollContentsBy(dx, dy);
-    if (dx != 0 && appSettings().ActiveHLine > 0)
-        updateRow(cursorPosition().row);
-}
-
 /// Numbers count logical lines, and stand on their first rows; only the last digits have room.
 QString ctlEditer::rowNumber(qint64 row) const
 {
@@ -141,8 +133,8 @@ void ctlEditer::drawActiveLine(RowPainter &painter, const QRectF &cell) const
     if (painter.layout().row() != cursorPosition().row || appSettings().ActiveHLine <= 0)
         return;
     const RowCanvas &canvas = painter.canvas();
-    const int marginShown = hMargin() - xOffset();
-    const int left = canvas.x(marginShown < 1 ? -2 : marginShown - 2);
+    const qint64 marginShown = hMargin() - xOffset();
+    const int left = canvas.x(marginShown < 1 ? -2 : qreal(marginShown - 2));
     const int right = canvas.x(cell.width());
     const int stroke = canvas.thickness(1);
     painter.painter().fillRect(

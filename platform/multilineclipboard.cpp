@@ -170,10 +170,10 @@ void QMultiLineEdit::Private::scrollForDrop()
 {
     const QPoint direction = edgeNear(dropPoint, q->viewport()->size());
     const qint64 oldTop = top;
-    const int oldX = q->xOffset();
+    const qint64 oldLeft = left;
     setTop(top + direction.y());
-    q->setXOffset(oldX + direction.x() * qCeil(measure->xWidth()));
-    if (top == oldTop && q->xOffset() == oldX)
+    setLeft(left + direction.x() * qCeil(measure->xWidth()));
+    if (top == oldTop && left == oldLeft)
         dropScroll.stop();
     setDropOffset(placeAtPoint(dropPoint).offset);
 }

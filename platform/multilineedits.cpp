@@ -103,9 +103,8 @@ void QMultiLineEdit::Private::startAnew(TextStore &&text)
     history.clear();
     cursor = anchor = {};
     goalX.reset();
-    top = 0;
+    top = left = 0;
     updateScrollBars();
-    q->setXOffset(0);
     updateView();
     edited = true;
     announcer.announceChange(store, { 0, gone, store.length() });

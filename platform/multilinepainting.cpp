@@ -38,8 +38,8 @@ void QMultiLineEdit::Private::noteInk(const RowLayout &layout)
         return;
     // The row of the cursor may be marked over the whole width.
     const bool endIsShown = layout.lastColumn() == layout.length() && layout.row() != rowColOf(cursor).row;
-    const qreal end = margin + layout.rightEdge() + widestLineEnd * measure->xWidth() - q->xOffset();
-    ink.setEnd(line, endIsShown ? qCeil(qMax<qreal>(0, end)) : LineInk::everywhere);
+    const qreal end = margin + layout.rightEdge() + widestLineEnd * measure->xWidth() - qreal(left);
+    ink.setEnd(line, endIsShown ? qCeil(qBound<qreal>(0, end, q->viewport()->width())) : LineInk::everywhere);
 }
 
 void QMultiLineEdit::Private::updateRows(qint64 first, qint64 last)
@@ -111,7 +111,7 @@ void QMultiLineEdit::Private::preparePictures(const QRect &area)
 void QMultiLineEdit::Private::paintRow(QPainter &painter, qint64 row, const QRegion &area)
 {
     const QRectF cell = q->cellRect(row);
-    const QRect whole = cell.toAlignedRect();
+    const QRect whole = QRectF(0, cell.y(), q->viewport()->width(), cell.height()).toAlignedRect();
     QRect update = (area & whole).boundingRect();
     if (update.isEmpty())
         return;

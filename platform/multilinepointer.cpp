@@ -4,7 +4,6 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QMouseEvent>
-#include <QScrollBar>
 #include <QScroller>
 #include <QStyleHints>
 #include <QTabletEvent>
@@ -102,7 +101,7 @@ void QMultiLineEdit::Private::autoScroll()
     const qreal down = beyond(at.y(), view.top(), view.bottom());
     const qreal right = beyond(at.x(), view.left(), view.right());
     setTop(top + qRound64(down / measure->height()) + (down > 0) - (down < 0));
-    q->setXOffset(q->xOffset() + qRound(right));
+    setLeft(left + qRound64(right));
     markTo(at);
 }
 
@@ -234,9 +233,8 @@ bool QMultiLineEdit::Private::scrollPrepare(QScrollPrepareEvent &event)
 {
     const qreal height = measure->height();
     event.setViewportSize(q->viewport()->size());
-    event.setContentPosRange(
-        { 0, 0, qreal(q->horizontalScrollBar()->maximum()), qreal(rows.lastTop()) * height });
-    event.setContentPos({ qreal(q->xOffset()), qreal(top) * height });
+    event.setContentPosRange({ 0, 0, qreal(columns.last()), qreal(rows.last()) * height });
+    event.setContentPos({ qreal(left), qreal(top) * height });
     event.accept();
     return true;
 }
@@ -245,7 +243,7 @@ bool QMultiLineEdit::Private::scrollTo(QScrollEvent &event)
 {
     const QPointF position = event.contentPos();
     setTop(qRound64(position.y() / measure->height()));
-    q->setXOffset(qRound(position.x()));
+    setLeft(qRound64(position.x()));
     event.accept();
     return true;
 }

@@ -3,12 +3,14 @@
 #include "platform/viewscrollbar.h"
 
 #include <QApplication>
+#include <QScopedValueRollback>
 #include <QWheelEvent>
 
 #include <cmath>
 
 namespace {
 constexpr int wheelNotch = 120; ///< eighths of a degree
+constexpr qreal farOutside = 1 << 24; ///< of any view, logical pixels
 
 /// Pixels that stay free beside a cursor that is scrolled to, so that the next keys need not scroll again.
 constexpr int reserve(int viewWidth)
@@ -49,35 +51,74 @@ qreal QMultiLineEdit::Private::contentWidth() const
     return margin + widest + 2 * measure->xWidth() + cursorWidth;
 }
 
+/// In steps, so that the bar does not change with every key in the widest row.
+qint64 QMultiLineEdit::Private::lastLeft() const
+{
+    const int view = q->viewport()->width();
+    const qreal wider = wrap == WidgetWidth ? 0 : contentWidth() - view;
+    const int step = qMax(1, reserve(view));
+    return wider > 0 ? step * qint64(std::ceil(wider / step + 1)) : 0;
+}
+
 void QMultiLineEdit::Private::updateScrollBars()
 {
     rows = ScrollRange(qMax<qint64>(0, store.rowCount() - visibleRows()));
-    syncingBar = true;
-    verticalBar->setPageStep(rows.pageStep(visibleRows()));
-    verticalBar->setLast(rows.maximum());
-    syncingBar = false;
+    columns = ScrollRange(lastLeft());
+    {
+        const QScopedValueRollback following(followingView, true);
+        verticalBar->setPageStep(rows.step(visibleRows()));
+        verticalBar->setLast(rows.maximum());
+        horizontalBar->setPageStep(columns.step(q->viewport()->width()));
+        horizontalBar->setSingleStep(columns.step(sideStep()));
+        horizontalBar->setLast(columns.maximum());
+    }
     setTop(top);
+    setLeft(left);
+}
 
-    const int view = q->viewport()->width();
-    const qreal wider = wrap == WidgetWidth ? 0 : contentWidth() - view;
-    // In steps, so that the bar does not change with every key in the widest row.
-    const int step = qMax(1, reserve(view));
-    const qreal hidden = wider > 0 ? step * std::ceil(wider / step + 1) : 0;
-    constexpr int most = std::numeric_limits<int>::max() / 2;
-    horizontalBar->setPageStep(view);
-    horizontalBar->setSingleStep(qMax(1, qRound(2 * measure->xWidth())));
-    horizontalBar->setLast(qCeil(qBound<qreal>(0, hidden, most)));
+void QMultiLineEdit::Private::showOnBar(ViewScrollBar &bar, int value)
+{
+    const QScopedValueRollback following(followingView, true);
+    bar.setValue(value);
 }
 
 void QMultiLineEdit::Private::setTop(qint64 row)
 {
-    const qint64 before = top;
-    top = qBound<qint64>(0, row, rows.lastTop());
-    syncingBar = true;
-    verticalBar->setValue(rows.toBar(top));
-    syncingBar = false;
+    const qint64 before = std::exchange(top, qBound<qint64>(0, row, rows.last()));
+    showOnBar(*verticalBar, rows.toBar(top));
     if (top != before)
-        shiftView(0, top - before);
+        shiftView(top - before);
+}
+
+void QMultiLineEdit::Private::setLeft(qint64 pixels)
+{
+    const qint64 before = std::exchange(left, qBound<qint64>(0, pixels, columns.last()));
+    showOnBar(*horizontalBar, columns.toBar(left));
+    if (left != before)
+        updateView();
+}
+
+qint64 QMultiLineEdit::Private::sideStep() const
+{
+    return qMax(1, qRound(2 * measure->xWidth()));
+}
+
+/// Steps and pages of the bar are as long as those of a short row where a value of it stands for many pixels.
+void QMultiLineEdit::Private::stepSideways(int action)
+{
+    const qint64 page = q->viewport()->width();
+    switch (action) {
+    case QAbstractSlider::SliderSingleStepAdd:
+        return setLeft(left + sideStep());
+    case QAbstractSlider::SliderSingleStepSub:
+        return setLeft(left - sideStep());
+    case QAbstractSlider::SliderPageStepAdd:
+        return setLeft(left + page);
+    case QAbstractSlider::SliderPageStepSub:
+        return setLeft(left - page);
+    default:
+        break;
+    }
 }
 
 bool QMultiLineEdit::Private::isScaleWhole() const
@@ -88,19 +129,16 @@ bool QMultiLineEdit::Private::isScaleWhole() const
 
 /// Moves what is painted already, else repaints: at a fractional scale what is moved and what is painted
 /// beside it would not meet.
-void QMultiLineEdit::Private::shiftView(int dx, qint64 rowsDown)
+void QMultiLineEdit::Private::shiftView(qint64 rowsDown)
 {
     QWidget *const viewport = q->viewport();
     const qreal dy = -qreal(rowsDown) * measure->height();
-    if (dx == 0)
-        ink.shift(rowsDown);
-    else
-        updateView();
+    ink.shift(rowsDown);
     hasMoved = true;
-    const bool stays = std::abs(dx) < viewport->width() && std::abs(dy) < viewport->height();
+    const bool stays = std::abs(dy) < viewport->height();
     if (stays && dy == std::floor(dy) && isScaleWhole())
-        viewport->scroll(dx, int(dy));
-    else if (stays && dx == 0)
+        viewport->scroll(0, int(dy));
+    else if (stays)
         viewport->update(inkRegion());
     else
         viewport->update();
@@ -109,8 +147,8 @@ void QMultiLineEdit::Private::shiftView(int dx, qint64 rowsDown)
 RowLayout QMultiLineEdit::Private::layoutOf(qint64 row, qreal x) const
 {
     const qreal width = q->viewport()->width();
-    const qreal left = q->xOffset() - margin;
-    const qreal start = x >= left && x <= left + width ? left : x - width / 2;
+    const qreal viewStart = qreal(left) - margin;
+    const qreal start = x >= viewStart && x <= viewStart + width ? viewStart : x - width / 2;
     return { store, row, *measure, start, start + width, q->compositionInRow(row) };
 }
 
@@ -137,14 +175,16 @@ CursorPlace QMultiLineEdit::Private::placeAtX(qint64 row, qreal x) const
 CursorPlace QMultiLineEdit::Private::placeAtPoint(QPointF point) const
 {
     const qint64 row = qBound<qint64>(0, rowAt(point.y()), store.rowCount() - 1);
-    return placeAtX(row, point.x() + q->xOffset() - margin);
+    return placeAtX(row, point.x() + qreal(left) - margin);
 }
 
-/// The box of a cursor that stands `x` from a row's start.
+/// The box of a cursor that stands `x` from a row's start. Others take it in whole numbers, where the ends of
+/// a very long row have no place.
 QRectF QMultiLineEdit::Private::boxAt(qint64 row, qreal x) const
 {
     const QRectF cell = q->cellRect(row);
-    return { cell.x() + margin + x - 1, cell.y(), cursorWidth, cell.height() };
+    const qreal boxLeft = qBound(-farOutside, cell.x() + margin + x - 1, farOutside);
+    return { boxLeft, cell.y(), cursorWidth, cell.height() };
 }
 
 QRectF QMultiLineEdit::Private::cursorBox() const
@@ -176,11 +216,11 @@ void QMultiLineEdit::Private::showRow(qint64 row)
 void QMultiLineEdit::Private::showX(qreal x, qreal width)
 {
     const int view = q->viewport()->width();
-    const qreal left = margin + x - q->xOffset();
-    if (left < margin)
-        q->setXOffset(qFloor(qMax<qreal>(0, x - reserve(view))));
-    else if (left + width > view)
-        q->setXOffset(qCeil(margin + x + width - view + reserve(view)));
+    const qreal shown = margin + x - qreal(left);
+    if (shown < margin)
+        setLeft(qint64(std::floor(x - reserve(view))));
+    else if (shown + width > view)
+        setLeft(qint64(std::ceil(margin + x + width - view + reserve(view))));
 }
 
 /// Rows for turns of the wheel, with Shift pixels to the side; parts of a row add up.
@@ -196,27 +236,27 @@ void QMultiLineEdit::Private::wheel(QWheelEvent &event)
     wheelRest -= rowsTurned * wheelNotch;
     const qreal pixels = turned.x() * QApplication::wheelScrollLines() * 2 * measure->xWidth() / wheelNotch;
     setTop(top - rowsTurned);
-    q->setXOffset(q->xOffset() - qRound(pixels));
+    setLeft(left - qRound(pixels));
 }
 
 // The public side of the view.
 
-int QMultiLineEdit::xOffset() const
+qint64 QMultiLineEdit::xOffset() const
 {
-    return d->horizontalBar->value();
+    return d->left;
 }
 
-int QMultiLineEdit::yOffset() const
+qint64 QMultiLineEdit::yOffset() const
 {
-    return int(qMin<qint64>(d->top * cellHeight(), std::numeric_limits<int>::max()));
+    return d->top * cellHeight();
 }
 
-void QMultiLineEdit::setXOffset(int pixels)
+void QMultiLineEdit::setXOffset(qint64 pixels)
 {
-    d->horizontalBar->setValue(pixels);
+    d->setLeft(pixels);
 }
 
-void QMultiLineEdit::setYOffset(int pixels)
+void QMultiLineEdit::setYOffset(qint64 pixels)
 {
     d->setTop(pixels / cellHeight());
 }
@@ -241,14 +281,14 @@ int QMultiLineEdit::cellHeight() const
     return qMax(1, qRound(rowHeight()));
 }
 
-int QMultiLineEdit::cellWidth() const
+qint64 QMultiLineEdit::cellWidth() const
 {
-    return d->horizontalBar->maximum() + viewport()->width();
+    return d->columns.last() + viewport()->width();
 }
 
 QRectF QMultiLineEdit::cellRect(qint64 row) const
 {
-    return { qreal(-xOffset()), qreal(row - d->top) * rowHeight(), qreal(cellWidth()), rowHeight() };
+    return { -qreal(d->left), qreal(row - d->top) * rowHeight(), qreal(cellWidth()), rowHeight() };
 }
 
 QRect QMultiLineEdit::cursorRect() const
@@ -268,10 +308,12 @@ void QMultiLineEdit::makeCursorVisible()
 
 void QMultiLineEdit::scrollContentsBy(int dx, int dy)
 {
+    if (d->followingView)
+        return;
     if (dx != 0)
-        d->shiftView(isRightToLeft() ? -dx : dx, 0);
-    if (dy != 0 && !d->syncingBar)
-        d->setTop(d->rows.toRow(d->verticalBar->value()));
+        d->setLeft(d->columns.toPlace(d->horizontalBar->value()));
+    if (dy != 0)
+        d->setTop(d->rows.toPlace(d->verticalBar->value()));
 }
 
 void QMultiLineEdit::resizeEvent(QResizeEvent *event)

@@ -127,6 +127,8 @@ QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     setVerticalScrollBar(d.asTheyAre().verticalBar);
     setHorizontalScrollBar(d.asTheyAre().horizontalBar);
     d.asTheyAre().nameScrollBars();
+    connect(d.asTheyAre().horizontalBar, &QAbstractSlider::actionTriggered, this,
+        [this](int action) { d->stepSideways(action); });
     connect(QGuiApplication::styleHints(), &QStyleHints::cursorFlashTimeChanged, this,
         [this] { d->restartBlink(); });
 }

@@ -105,11 +105,11 @@ public:
     static int defaultTabStop();
 
     /// View offsets in logical pixels; the vertical one is the top row times the row height.
-    int xOffset() const;
-    int yOffset() const;
-    void setXOffset(int pixels);
-    void setYOffset(int pixels);
-    /// The same in rows, for documents whose pixels overflow.
+    qint64 xOffset() const;
+    qint64 yOffset() const;
+    void setXOffset(qint64 pixels);
+    void setYOffset(qint64 pixels);
+    /// The vertical one in rows.
     qint64 topRow() const;
     void setTopRow(qint64 row);
     /// Height of a row in logical pixels: whole device pixels, so a fraction at most scales.
@@ -117,10 +117,11 @@ public:
     /// rowHeight() as a whole number, for vertical offsets.
     int cellHeight() const;
     /// Width of the widest row and margins, at least the viewport's.
-    int cellWidth() const;
+    qint64 cellWidth() const;
     /// A row with its margin in viewport coordinates, moved by the view's offsets; any row, visible or not.
     QRectF cellRect(qint64 row) const;
-    /// The cursor's place in viewport coordinates.
+    /// The cursor's place in viewport coordinates; where that is far outside, a place outside on the same
+    /// side.
     QRect cursorRect() const;
     /// Offset of the cursor place nearest to a point of the viewport.
     qint64 offsetAt(const QPoint &point) const;

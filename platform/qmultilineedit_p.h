@@ -169,13 +169,15 @@ struct QMultiLineEdit::Private {
     ViewScrollBar *const verticalBar; ///< q's own, likewise the next
     ViewScrollBar *const horizontalBar;
     qint64 top = 0;
+    qint64 left = 0; ///< logical pixels that the view has gone to the right
     ScrollRange rows;
+    ScrollRange columns; ///< of logical pixels
     qint64 dropOffset = -1; ///< where a dragged text would go; -1: nothing is dragged over the view
     QPointF dropPoint; ///< where a dragged text is now
     QBasicTimer dropScroll; ///< runs only while one is held near the view's edge and the view can go on
     QBasicTimer blinkTimer;
     int wheelRest = 0; ///< turned so far, not enough for a row
-    bool syncingBar = false;
+    bool followingView = false; ///< a bar is told where the view is
     bool cursorOn = true;
     LineInk ink;
     RowPictures pictures;
@@ -187,12 +189,18 @@ struct QMultiLineEdit::Private {
     bool isCursorRowVisible(int height) const;
     qint64 rowAt(qreal y) const;
     qreal contentWidth() const;
+    qint64 lastLeft() const;
     void updateScrollBars();
     void setTop(qint64 row);
+    void setLeft(qint64 pixels);
+    void showOnBar(ViewScrollBar &bar, int value);
+    /// Logical pixels that one step of the bar or of the wheel takes to the side.
+    qint64 sideStep() const;
+    void stepSideways(int action);
     /// Whether every logical pixel is a number of device pixels.
     bool isScaleWhole() const;
-    /// What is shown goes `dx` pixels to the right, or the view `rowsDown` rows down in the text.
-    void shiftView(int dx, qint64 rowsDown);
+    /// The view goes that many rows down in the text.
+    void shiftView(qint64 rowsDown);
     /// The area of rows, of which the first is the view's line `line`; complete at every scale.
     QRect linesRect(qint64 line, qint64 count, int width) const;
     /// What may change when the view goes on by whole rows.

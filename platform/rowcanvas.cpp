@@ -31,10 +31,11 @@ RowFrame::RowFrame(
     , m_pictureTop(pictureTop)
 {
     const QRectF area = m_toDevice.mapRect(QRectF(update));
-    const QPointF corner = m_toDevice.map(cell.topLeft());
-    m_rowLeft = qRound64(corner.x());
-    m_viewLeft = qRound(m_toDevice.map(QPointF()).x());
-    m_top = qRound(corner.y());
+    const QPointF view = m_toDevice.map(QPointF());
+    // By the scale that the row is laid out at: over a very long row the tolerance would come to many pixels.
+    m_rowLeft = qRound64(view.x() + cell.x() * scale);
+    m_viewLeft = qRound(view.x());
+    m_top = qRound(m_toDevice.map(cell.topLeft()).y());
     m_height = qRound(cell.height() * scale);
     m_update.setCoords(qRound(area.left()), qMax(m_top, qRound(area.top())), qRound(area.right()) - 1,
         qMin(m_top + m_height, qRound(area.bottom())) - 1);

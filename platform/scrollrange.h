@@ -4,30 +4,30 @@
 
 #include <limits>
 
-/// Maps rows of a document to values of a scroll bar, which counts in int: one to one as long as the rows
-/// fit, else each value stands for a power of two of rows.
+/// Maps places of a view, rows or pixels, to values of a scroll bar, which counts in int: one to one as long
+/// as they fit, else each value stands for a power of two of places.
 class ScrollRange {
 public:
-    /// `lastTop` is the largest top row, >= 0.
-    explicit ScrollRange(qint64 lastTop = 0)
-        : m_lastTop(lastTop)
+    /// `last` is the last place to scroll to, >= 0.
+    explicit ScrollRange(qint64 last = 0)
+        : m_last(last)
     {
-        while ((lastTop >> m_shift) > std::numeric_limits<int>::max() / 2)
+        while ((last >> m_shift) > std::numeric_limits<int>::max() / 2)
             ++m_shift;
     }
-    qint64 lastTop() const { return m_lastTop; }
-    int maximum() const { return toBar(m_lastTop); }
-    /// Value that shows a row or a count of rows.
-    int toBar(qint64 rows) const { return int(qMin(rows, m_lastTop) >> m_shift); }
-    /// Steps of the bar for a page of rows, at least 1.
-    int pageStep(qint64 rows) const { return int(qMax<qint64>(1, rows >> m_shift)); }
-    /// First row that has a value; the largest value is the last top row.
-    qint64 toRow(int value) const
+    qint64 last() const { return m_last; }
+    int maximum() const { return toBar(m_last); }
+    /// Value that shows a place.
+    int toBar(qint64 place) const { return int(qMin(place, m_last) >> m_shift); }
+    /// Values that a number of places takes, at least 1.
+    int step(qint64 places) const { return int(qMax<qint64>(1, places >> m_shift)); }
+    /// First place that has a value; the largest value is the last place.
+    qint64 toPlace(int value) const
     {
-        return value >= maximum() ? m_lastTop : qMax<qint64>(0, qint64(value) << m_shift);
+        return value >= maximum() ? m_last : qMax<qint64>(0, qint64(value) << m_shift);
     }
 
 private:
-    qint64 m_lastTop;
+    qint64 m_last;
     int m_shift = 0;
 };

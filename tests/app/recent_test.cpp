@@ -62,6 +62,7 @@ private slots:
     void recordsPosition();
     void restoresPosition_data();
     void restoresPosition();
+    void restoresAPlaceFarToTheRight();
     void restoresPositionWhenReadAgain();
     void reopenedViewIsTheSame_data();
     void reopenedViewIsTheSame();
@@ -237,8 +238,8 @@ void RecentTest::recordsPosition()
     editor->setCursorPosition(200, 3);
     editor->setXOffset(40);
     editor->setTopRow(190);
-    const int x = editor->xOffset();
-    const int y = editor->yOffset();
+    const qint64 x = editor->xOffset();
+    const qint64 y = editor->yOffset();
     QVERIFY(y > 0);
     window.slotCmdFileCloseTab();
     const RecentEntry &entry = recentFiles().entries[0];
@@ -268,7 +269,7 @@ void RecentTest::restoresPosition()
     window.setDocument(name);
     window.currentEditor()->setCursorPosition(200, 3);
     window.currentEditor()->setTopRow(190);
-    const int y = window.currentEditor()->yOffset();
+    const qint64 y = window.currentEditor()->yOffset();
     window.slotCmdFileCloseTab();
 
     const std::function<void()> ways[] = { [&] { window.setDocument(name); },
@@ -293,6 +294,23 @@ void RecentTest::restoresPosition()
             window.slotCmdFileCloseTab();
         }
     }
+}
+
+void RecentTest::restoresAPlaceFarToTheRight()
+{
+    constexpr qint64 place = (1LL << 40) - 77;
+    const TestFiles files;
+    const QString name = files.write(u"a.txt"_s, QByteArray(1 << 20, '\t'));
+    TestWindow window;
+    QVERIFY(window.open());
+    QMultiLineEdit::setDefaultTabStop(1 << 18);
+    window.setDocument(name);
+    window.currentEditor()->setXOffset(place);
+    window.slotCmdFileCloseTab();
+    QCOMPARE(recentFiles().entries[0].scrollX, place);
+    window.setDocument(name);
+    QCOMPARE(window.currentEditor()->xOffset(), place);
+    QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
 }
 
 /// A file that is open and modified is opened and read again: the place is the remembered one, not the top.
@@ -466,7 +484,7 @@ void RecentTest::otherFontOrWrappingKeepsThePlaceWithin()
     window.setDocument(name);
     ctlEditer *editor = window.currentEditor();
     const qint64 topRow = editor->topRow();
-    const int xOffset = editor->xOffset();
+    const qint64 xOffset = editor->xOffset();
     QVERIFY(editor->cursorPosition().row < editor->numLines());
     editor->setTopRow(std::numeric_limits<int>::max());
     editor->setXOffset(std::numeric_limits<int>::max());

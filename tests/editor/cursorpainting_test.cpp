@@ -28,6 +28,7 @@ private slots:
     void cursorOnEveryBackground_data();
     void cursorOnEveryBackground();
     void noCursorWithoutFocus();
+    void cursorFarToTheRight();
     void activeLine_data();
     void activeLine();
     void composedText();
@@ -73,6 +74,27 @@ void CursorPaintingTest::noCursorWithoutFocus()
     QVERIFY(!differing(editor.painted(0), without).empty());
     editor.clearFocus();
     QCOMPARE(differing(editor.painted(0), without).size(), 0U);
+}
+
+/// No pixel is lost on the way: 2^40 of them are more than a scale's tolerance forgives.
+void CursorPaintingTest::cursorFarToTheRight()
+{
+    constexpr int tabs = 1 << 20;
+    QMultiLineEdit::setDefaultTabStop(1 << 18);
+    Editor editor(QString(tabs, u'\t') + QStringLiteral("    \n"));
+    editor.showFocused();
+    const qreal scale = editor.devicePixelRatioF();
+    const qint64 tabStop = qint64(std::floor((1 << 18) * editor.fontMeasure()->xWidth() * scale + 1e-6));
+    QVERIFY(tabs * tabStop >= 1LL << 40);
+    editor.setXOffset(qint64(qreal(tabs) * qreal(tabStop) / scale) - 100);
+    const QImage without = editor.painted(0);
+    editor.setCursorPlace({ tabs }, false);
+    const QImage with = editor.painted(0);
+    const qint64 cursor =
+        editor.device(editor.hMargin()) + tabs * tabStop - qRound64(qreal(editor.xOffset()) * scale);
+    const int width = editor.stroke(2);
+    const int height = editor.device(editor.fontMeasure()->height() - 1);
+    QCOMPARE(differing(with, without), rectangle(int(cursor) - width, 0, width, height));
 }
 
 void CursorPaintingTest::activeLine_data()

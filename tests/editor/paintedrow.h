@@ -68,7 +68,7 @@ public:
     void paintInto(QImage &image, qint64 row, int from, int to)
     {
         QPainter painter(&image);
-        const QRectF cell(-xOffset(), 0, cellWidth(), rowHeight());
+        const QRectF cell(qreal(-xOffset()), 0, qreal(cellWidth()), rowHeight());
         paintCell(painter, row, cell, QRect(from, 0, to - from, qCeil(rowHeight())));
     }
     void showFocused()

@@ -205,7 +205,7 @@ void QMultiLineEditViewTest::wheelWithShiftGoesToTheSide()
     m_edit->setText(numbered(100) + u"x"_s.repeated(500));
     turnWheel(*m_edit, { 0, -120 }, Qt::ShiftModifier);
     QCOMPARE(m_edit->topRow(), 0);
-    const int shifted = m_edit->xOffset();
+    const qint64 shifted = m_edit->xOffset();
     QVERIFY(shifted > 0);
     turnWheel(*m_edit, { -120, 0 });
     QCOMPARE(m_edit->xOffset(), 2 * shifted);

@@ -2,7 +2,7 @@
 
 #include <QTest>
 
-/// Rows of any document on a scroll bar that counts in int.
+/// Rows or pixels of any document on a scroll bar that counts in int.
 class ScrollRangeTest : public QObject {
     Q_OBJECT
 
@@ -13,10 +13,10 @@ private slots:
 
 void ScrollRangeTest::fitsTheBar_data()
 {
-    QTest::addColumn<qint64>("lastTop");
+    QTest::addColumn<qint64>("last");
     QTest::newRow("nothing to scroll") << 0LL;
-    QTest::newRow("one row") << 1LL;
-    QTest::newRow("a million rows") << 1'000'000LL;
+    QTest::newRow("one place") << 1LL;
+    QTest::newRow("a million places") << 1'000'000LL;
     QTest::newRow("2^30 - 1") << (1LL << 30) - 1;
     QTest::newRow("2^30") << (1LL << 30);
     QTest::newRow("2^31 - 1") << (1LL << 31) - 1;
@@ -28,21 +28,21 @@ void ScrollRangeTest::fitsTheBar_data()
 
 void ScrollRangeTest::fitsTheBar()
 {
-    QFETCH(qint64, lastTop);
-    const ScrollRange range(lastTop);
+    QFETCH(qint64, last);
+    const ScrollRange range(last);
     QVERIFY(range.maximum() >= 0 && range.maximum() < std::numeric_limits<int>::max());
-    QCOMPARE(range.toRow(0), 0);
-    QCOMPARE(range.toRow(range.maximum()), lastTop);
-    QCOMPARE(range.toBar(lastTop), range.maximum());
-    QCOMPARE(range.toBar(lastTop + 100), range.maximum());
-    QVERIFY(range.pageStep(40) >= 1);
-    for (const qint64 row : { lastTop / 7, lastTop / 3, lastTop - lastTop / 5 }) {
-        const int value = range.toBar(row);
+    QCOMPARE(range.toPlace(0), 0);
+    QCOMPARE(range.toPlace(range.maximum()), last);
+    QCOMPARE(range.toBar(last), range.maximum());
+    QCOMPARE(range.toBar(last + 100), range.maximum());
+    QVERIFY(range.step(40) >= 1);
+    for (const qint64 place : { last / 7, last / 3, last - last / 5 }) {
+        const int value = range.toBar(place);
         QVERIFY(value >= 0 && value <= range.maximum());
-        QCOMPARE(range.toBar(range.toRow(value)), value);
-        QVERIFY(qAbs(range.toRow(value) - row) <= lastTop / qMax(1, range.maximum()) + 1);
-        if (lastTop < (1LL << 30))
-            QCOMPARE(range.toRow(value), row);
+        QCOMPARE(range.toBar(range.toPlace(value)), value);
+        QVERIFY(qAbs(range.toPlace(value) - place) <= last / qMax(1, range.maximum()) + 1);
+        if (last < (1LL << 30))
+            QCOMPARE(range.toPlace(value), place);
     }
 }
 
