@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/heldkeys.h"
+
 #include <QApplication>
 #include <QPointer>
 #include <QStringList>
@@ -68,6 +70,7 @@ protected:
 private:
     void raiseWindow();
 
+    HeldKeys m_heldKeys;
     QStringList m_arguments;
     RequestQueue *m_requests;
     LauncherChannel *m_channel;

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+
+#include <array>
+
+class QKeyEvent;
+
+/// Knows a key that is held down, from its first press to its release, whatever happens to windows meanwhile.
+///
+/// An X server repeats a held key as a release and a press of the same moment. The toolkit marks the press as
+/// a repetition only when it finds both in its queue together, and takes it for a new one otherwise: now and
+/// then when the program or the machine is busy. A release and a press by hand are never of the same
+/// millisecond. Other platforms repeat keys themselves and mark every repetition.
+///
+/// One lives in the application object.
+class HeldKeys : public QAbstractNativeEventFilter {
+public:
+    HeldKeys();
+    ~HeldKeys() override;
+
+    /// Whether the key of this press has been down before the press, be it in another window: it is repeated,
+    /// not pressed. Without a HeldKeys in the program as far as the toolkit knows it.
+    static bool isHeld(const QKeyEvent &press);
+
+    bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
+
+private:
+    static constexpr int keyCount = 256;
+
+    static HeldKeys *s_instance;
+    // In milliseconds of the server; 0 for never.
+    std::array<quint32, keyCount> m_released{}; ///< when each key came up last
+    std::array<quint32, keyCount> m_repeated{}; ///< when each key was last repeated
+};

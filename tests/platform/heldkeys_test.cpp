@@ -1,0 +1,122 @@
+#include "platform/heldkeys.h"
+
+#include <QKeyEvent>
+#include <QTest>
+
+#include <xcb/xcb.h>
+
+namespace {
+
+constexpr quint8 escapeCode = 9;
+
+/// The server tells of its events one by one, so that the toolkit marks no repetition.
+class Keyboard {
+public:
+    void press(quint32 time, quint8 code = escapeCode) { tell(XCB_KEY_PRESS, code, time); }
+    void release(quint32 time, quint8 code = escapeCode) { tell(XCB_KEY_RELEASE, code, time); }
+    void repeat(quint32 time)
+    {
+        release(time);
+        press(time);
+    }
+
+private:
+    void tell(quint8 type, quint8 code, quint32 time)
+    {
+        xcb_key_press_event_t event{};
+        event.response_type = type;
+        event.detail = code;
+        event.time = time;
+        m_keys.nativeEventFilter("xcb_generic_event_t", &event, nullptr);
+    }
+
+    HeldKeys m_keys;
+};
+
+/// What the toolkit makes of the press.
+bool isHeld(quint32 time, bool isMarked = false)
+{
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, escapeCode, 0, 0, {}, isMarked);
+    press.setTimestamp(time);
+    return HeldKeys::isHeld(press);
+}
+
+} // namespace
+
+class HeldKeysTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void repetitionThatWasNotMarked();
+    void markedRepetition();
+    void pressAfterARelease();
+    void otherKeysRelease();
+    void pressWithoutATime();
+    void pressThatComesLater();
+    void withoutAKeyboardToWatch();
+};
+
+void HeldKeysTest::repetitionThatWasNotMarked()
+{
+    Keyboard keyboard;
+    keyboard.press(100);
+    QVERIFY(!isHeld(100));
+    for (const quint32 time : { 760U, 800U, 840U }) {
+        keyboard.repeat(time);
+        QVERIFY(isHeld(time));
+    }
+    keyboard.release(873);
+    keyboard.press(950);
+    QVERIFY(!isHeld(950));
+}
+
+void HeldKeysTest::markedRepetition()
+{
+    Keyboard keyboard;
+    keyboard.press(100);
+    QVERIFY(isHeld(100, true));
+}
+
+void HeldKeysTest::pressAfterARelease()
+{
+    Keyboard keyboard;
+    keyboard.release(100);
+    keyboard.press(101);
+    QVERIFY(!isHeld(101));
+}
+
+void HeldKeysTest::otherKeysRelease()
+{
+    Keyboard keyboard;
+    keyboard.release(100, 36);
+    keyboard.press(100);
+    QVERIFY(!isHeld(100));
+}
+
+// As programs make them up.
+void HeldKeysTest::pressWithoutATime()
+{
+    Keyboard keyboard;
+    keyboard.repeat(0);
+    QVERIFY(!isHeld(0));
+}
+
+/// An input method may let a key through when the key has moved on.
+void HeldKeysTest::pressThatComesLater()
+{
+    Keyboard keyboard;
+    keyboard.press(100);
+    keyboard.repeat(760);
+    keyboard.release(790);
+    QVERIFY(!isHeld(100));
+    QVERIFY(isHeld(760));
+}
+
+void HeldKeysTest::withoutAKeyboardToWatch()
+{
+    QVERIFY(!isHeld(100));
+    QVERIFY(isHeld(100, true));
+}
+
+QTEST_MAIN(HeldKeysTest)
+#include "heldkeys_test.moc"
