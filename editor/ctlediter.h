@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/documentversion.h"
 #include "platform/qmultilineedit.h"
 #include "platform/text/textpattern.h"
 
@@ -42,7 +43,8 @@ public:
     /// As loadFile, always detecting.
     bool reload(const QString &path, const QString &name);
     /// Writes the text as path + name; 0 keeps the document's own code or line end. False after telling the
-    /// user: the file is as it was then, text, name and history too, but the codes given are kept.
+    /// user: the file is as it was then, text, name and history too, but the codes given are kept. What the
+    /// file had is kept, and the user told where, when another document of the program has written it since.
     bool saveFile(const QString &path, const QString &name, int charCode = 0, int returnCode = 0);
 
     /// Names a document that was never saved in the present language.
@@ -114,6 +116,7 @@ private:
     QString m_path;
     QString m_name;
     QString m_unreadFile; ///< path + name of the file that could not be read; empty when the text is its own
+    DocumentVersion m_version;
     int m_charCode = 0;
     int m_returnCode = 0;
     TextPattern m_pattern; ///< of the last search

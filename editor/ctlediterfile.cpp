@@ -58,6 +58,7 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
     if (!readWholeFile(this, path + name, bytes))
         return false;
     m_unreadFile.clear();
+    m_version.setRead();
     setUndoEnabled(false);
     clear();
     m_returnCode = detectReturnCode(bytes, appSettings().DefCRLF);
@@ -106,10 +107,14 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode,
 
 bool ctlEditer::writeText(const QString &fileName)
 {
-    DocumentWriter writer(FileName::toBytes(fileName), m_returnCode);
-    if (fileName == m_unreadFile)
+    const QByteArray target = FileName::toBytes(fileName);
+    DocumentWriter writer(target, m_returnCode);
+    const bool isOvertaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
+    if (isOvertaken || fileName == m_unreadFile)
         writer.keepOldContent();
     const bool isWritten = writer.write(store(), *codecToWrite(m_charCode));
+    if (isWritten)
+        m_version.endWriting(target);
     const QString kept = FileName::forMessage(FileName::fromBytes(writer.keptCopy()));
     const QString title = tr("File Write Error");
     if (!isWritten || !kept.isEmpty())
@@ -120,9 +125,11 @@ bool ctlEditer::writeText(const QString &fileName)
     if (!isWritten && !kept.isEmpty())
         MessageBox::critical(
             this, title, tr("The file may be damaged. Its old content is kept in the file\n%1").arg(kept));
+    const QString reason = isOvertaken
+        ? tr("Another document was saved as this file since. Its old content is kept in the file\n%1")
+        : tr("The file could not be read before. Its old content is kept in the file\n%1");
     if (isWritten && !kept.isEmpty())
-        MessageBox::information(this, tr("Confirm File Save"),
-            tr("The file could not be read before. Its old content is kept in the file\n%1").arg(kept));
+        MessageBox::information(this, tr("Confirm File Save"), reason.arg(kept));
     return isWritten;
 }
 

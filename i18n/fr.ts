@@ -71,6 +71,12 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
         <translation>Confirmer l’enregistrement</translation>
     </message>
     <message>
+        <source>Another document was saved as this file since. Its old content is kept in the file
+%1</source>
+        <translation>Un autre document a été enregistré dans ce fichier entre-temps. Son ancien contenu est conservé dans le fichier suivant :
+%1</translation>
+    </message>
+    <message>
         <source>The file could not be read before. Its old content is kept in the file
 %1</source>
         <translation>Ce fichier n’avait pas pu être lu. Son ancien contenu est conservé dans le fichier suivant :

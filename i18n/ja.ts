@@ -71,6 +71,12 @@ You do not have the permission or the file may be in use.</source>
         <translation>保存の確認</translation>
     </message>
     <message>
+        <source>Another document was saved as this file since. Its old content is kept in the file
+%1</source>
+        <translation>このファイルには、その後ほかの文書が保存されました。元の内容は次のファイルに残してあります。
+%1</translation>
+    </message>
+    <message>
         <source>The file could not be read before. Its old content is kept in the file
 %1</source>
         <translation>このファイルは以前に読み込めませんでした。元の内容は次のファイルに残してあります。

@@ -35,6 +35,18 @@ QByteArray resolved(const QByteArray &folder)
     return path ? QByteArray(path.get()) : folder;
 }
 
+/// The current folder by the name its user knows it by, with the links that led there, where that still leads
+/// there.
+QByteArray currentFolder()
+{
+    const QByteArray named = qgetenv("PWD");
+    struct stat here, there;
+    const bool isHere = named.startsWith('/') && ::stat(".", &here) == 0
+        && ::stat(named.constData(), &there) == 0 && here.st_dev == there.st_dev
+        && here.st_ino == there.st_ino;
+    return isHere ? named : resolved(".");
+}
+
 /// The characters that end what `text` begins with characters for embeddings, overrides and isolates of a
 /// direction.
 QString missingDirectionEnds(const QString &text)
@@ -85,7 +97,7 @@ QString FileName::absolute(QByteArrayView bytes)
 {
     QByteArray path = bytes.toByteArray();
     if (!path.startsWith('/'))
-        path.prepend(resolved(".") + '/');
+        path.prepend(currentFolder() + '/');
     const qsizetype nameStart = path.lastIndexOf('/') + 1;
     const QByteArray folder = path.left(nameStart);
     if (folder.contains("/../"))

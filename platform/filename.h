@@ -18,8 +18,9 @@ QString fromBytes(QByteArrayView bytes);
 /// Lone surrogates other than U+DC80..U+DCFF, which no name on a disk gives, become U+FFFD.
 QByteArray toBytes(QStringView name);
 
-/// The absolute name of a file that was named from the current folder, without "." and doubled "/". A ".." is
-/// followed as the system does, through links, where the folder exists.
+/// The absolute name of a file that was named from the current folder, without "." and doubled "/". The
+/// current folder is named by $PWD where that is the same folder. A ".." is followed as the system does,
+/// through links, where the folder exists.
 QString absolute(QByteArrayView bytes);
 
 /// Whether there is something of that name, a folder too; a symbolic link counts as what it leads to.

@@ -31,6 +31,8 @@ private slots:
     void showsLines();
     void absolute_data();
     void absolute();
+    void absoluteFromTheShellsFolder_data();
+    void absoluteFromTheShellsFolder();
 };
 
 void FilenameTest::decodes_data()
@@ -206,6 +208,44 @@ void FilenameTest::absolute()
     const QByteArray result = FileName::toBytes(FileName::absolute(given));
     QVERIFY(QDir::setCurrent(before));
     QCOMPARE(result, absolute.startsWith('.') ? root + absolute.sliced(1) : absolute);
+}
+
+void FilenameTest::absoluteFromTheShellsFolder_data()
+{
+    QTest::addColumn<QByteArray>(
+        "shell"); // $PWD; "." for a folder with far/target and link, which leads there
+    QTest::addColumn<QByteArray>("given");
+    QTest::addColumn<QByteArray>("absolute"); // of the file, named in far/target
+    const auto add = [](const char *row, const char *shell, const char *given, const char *absolute) {
+        QTest::newRow(row) << QByteArray(shell) << QByteArray(given) << QByteArray(absolute);
+    };
+    add("came by a link", "./link", "a", "./link/a");
+    add("dot", "./link", "./a", "./link/a");
+    add("up is up from where the link leads", "./link", "../a", "./far/a");
+    add("no link", "./far/target", "a", "./far/target/a");
+    add("another folder", "./far", "a", "./far/target/a");
+    add("a folder that is gone", "./gone", "a", "./far/target/a");
+    add("relative", "../target", "a", "./far/target/a");
+    add("nothing", "", "a", "./far/target/a");
+}
+
+void FilenameTest::absoluteFromTheShellsFolder()
+{
+    QFETCH(QByteArray, shell);
+    QFETCH(QByteArray, given);
+    QFETCH(QByteArray, absolute);
+    const QTemporaryDir folder;
+    const QByteArray root = folder.path().toUtf8();
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("far/target")));
+    QCOMPARE(::symlink("far/target", (root + "/link").constData()), 0);
+    const QString before = QDir::currentPath();
+    const QByteArray shellBefore = qgetenv("PWD");
+    QVERIFY(QDir::setCurrent(folder.filePath(QStringLiteral("far/target"))));
+    qputenv("PWD", shell.startsWith("./") ? root + shell.sliced(1) : shell);
+    const QByteArray result = FileName::toBytes(FileName::absolute(given));
+    qputenv("PWD", shellBefore);
+    QVERIFY(QDir::setCurrent(before));
+    QCOMPARE(result, root + absolute.sliced(1));
 }
 
 QTEST_GUILESS_MAIN(FilenameTest)
