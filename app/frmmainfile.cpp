@@ -17,8 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int firstTabId = 0;
-constexpr int lastTabIdForward = 999;
+/// Going back from the first tab begins here; tabs with higher ids are reached by going forward.
 constexpr int lastTabIdBackward = 1000;
 
 bool isSaved(const ctlEditer *editor)
@@ -41,6 +40,21 @@ int codeToReload(const ctlEditer *editor)
 QString fullName(const ctlEditer *editor)
 {
     return editor->path() + editor->name();
+}
+
+int idBehind(const QList<int> &ids, int current)
+{
+    const auto found = std::upper_bound(ids.begin(), ids.end(), current);
+    return found == ids.end() ? ids.first() : *found;
+}
+
+int idBefore(const QList<int> &ids, int current)
+{
+    const auto behind = std::lower_bound(ids.begin(), ids.end(), current);
+    if (behind != ids.begin())
+        return *std::prev(behind);
+    const auto end = std::upper_bound(std::next(behind), ids.end(), lastTabIdBackward);
+    return *std::prev(end == std::next(behind) ? ids.end() : end);
 }
 
 /// Folder and name of a file, without looking at the disk. A "/" at the end is not part of the name.
@@ -180,23 +194,9 @@ void frmMain::slotEtcChangeTab(int forward)
 {
     if (tabBar()->count() < 2)
         return;
+    const QList<int> ids = tabBar()->ids();
     const int current = tabBar()->currentTab();
-    const auto showIfThere = [this](int id) {
-        const bool isThere = tabBar()->editorOf(id);
-        if (isThere)
-            tabBar()->setCurrentTab(id);
-        return isThere;
-    };
-    const int step = forward ? 1 : -1;
-    const int end = forward ? lastTabIdForward : firstTabId;
-    for (int id = current + step; forward ? id <= end : id >= end; id += step) {
-        if (showIfThere(id))
-            return;
-    }
-    for (int id = forward ? firstTabId : lastTabIdBackward; id != current; id += step) {
-        if (showIfThere(id))
-            return;
-    }
+    tabBar()->setCurrentTab(forward ? idBehind(ids, current) : idBefore(ids, current));
 }
 
 void frmMain::slotTabCurrentChanged(ctlEditer *editor)

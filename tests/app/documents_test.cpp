@@ -25,6 +25,7 @@ private slots:
     void switchingNeedsTwoTabs();
     void switchingSkipsGapsAndWraps();
     void switchingBeyondAThousandTabs();
+    void saveAllReachesEveryTab();
 
     void editStatesFollowTheDocument();
     void otherEditorsChangeTheStatesToo();
@@ -205,26 +206,49 @@ void DocumentsTest::switchingSkipsGapsAndWraps()
     }
 }
 
-/// Ids go on behind 999 when so many are in use at once: going forward does not come there, going back does.
+/// Ids go on behind 999 when so many are in use at once: going forward comes there behind 999, and going back
+/// from the first tab begins at 1000.
 void DocumentsTest::switchingBeyondAThousandTabs()
 {
     TestWindow window;
     QVERIFY(window.open());
-    for (int count = 1; count < 1002; ++count)
+    for (int count = 1; count < 1003; ++count)
         window.slotCmdFileNew();
     const auto switched = [&window](int from, int forward) {
         window.tabBar()->setCurrentTab(from);
         window.slotEtcChangeTab(forward);
         return window.tabBar()->currentTab();
     };
-    QCOMPARE(window.tabBar()->ids().last(), 1001);
+    QCOMPARE(window.tabBar()->ids().last(), 1002);
     QCOMPARE(switched(998, 1), 999);
-    QCOMPARE(switched(999, 1), 0);
-    QCOMPARE(switched(1000, 1), 0);
-    QCOMPARE(switched(1001, 1), 0);
+    QCOMPARE(switched(999, 1), 1000);
+    QCOMPARE(switched(1000, 1), 1001);
+    QCOMPARE(switched(1002, 1), 0);
     QCOMPARE(switched(0, 0), 1000);
+    QCOMPARE(switched(1002, 0), 1001);
     QCOMPARE(switched(1001, 0), 1000);
     QCOMPARE(switched(1000, 0), 999);
+    for (int id = 0; id <= 1000; ++id) {
+        window.tabBar()->setCurrentTab(id);
+        window.slotCmdFileCloseTab();
+    }
+    QCOMPARE(switched(1001, 0), 1002);
+    QCOMPARE(switched(1002, 1), 1001);
+}
+
+void DocumentsTest::saveAllReachesEveryTab()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    for (int count = 1; count < 1002; ++count)
+        window.slotCmdFileNew();
+    QCOMPARE(window.tabBar()->currentTab(), 1001);
+    QTest::keyClicks(window.currentEditor(), u"last"_s);
+    window.choices << FileChoice{ files.folder(), u"last.txt"_s, 0, 0 };
+    window.tabBar()->setCurrentTab(0);
+    window.slotCmdFileSaveAll();
+    QCOMPARE(files.read(u"last.txt"_s), QByteArray("last"));
 }
 
 void DocumentsTest::editStatesFollowTheDocument()
