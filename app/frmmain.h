@@ -1,8 +1,10 @@
 #pragma once
 
 #include "app/command.h"
+#include "app/settings.h"
 #include "filedialog/frmfiledialog.h"
 
+#include <QHash>
 #include <QMainWindow>
 #include <QTimer>
 
@@ -83,6 +85,7 @@ public:
     /// Fills the Recent Files menu from the table.
     void rebuildRecentMenu();
     /// Puts a document that is being closed on top of the table; one that was never saved is left out.
+    /// One whose file could not be read keeps the place that was remembered of it.
     void addRecent(ctlEditer *editor);
     /// Puts cursor and view of a document that was just loaded where they were when it was closed, unless the
     /// user does not want that.
@@ -177,12 +180,15 @@ private:
     void closeDocument(ctlEditer *editor);
     ctlEditer *editorOfFile(const QString &fileName) const;
     void openChosen(ctlEditer *editor, const FileChoice &file);
+    bool load(ctlEditer *editor, const FileChoice &file);
     bool loadInto(ctlEditer *editor, const FileChoice &file);
     bool isReloadWanted(const QString &title, const QString &question);
     std::optional<FileChoice> chooseFileFor(const ctlEditer *editor, frmFileDialog::Mode mode);
     SaveAnswer askToSave(const ctlEditer *editor);
     bool saveIfWanted(ctlEditer *editor);
     bool hasEdits() const;
+
+    std::optional<RecentEntry> rememberedPlace(const ctlEditer *editor) const;
 
     void watchSession();
     void closeUnwanted();
@@ -210,6 +216,7 @@ private:
     bool m_firstDocumentDue = false; ///< the time is over, but the window was not active
     QTimer m_freeing; ///< runs out once when closed documents are gone
     QList<ctlEditer *> m_unwanted; ///< not to be saved at the end of the session, and not edited since
+    QHash<const ctlEditer *, RecentEntry> m_carriedPlaces; ///< of files that could not be read
     SearchRequest m_search;
     frmSearchDialog *m_searchPanel = nullptr; ///< made when it is first needed
     std::unique_ptr<Translation> m_translation;

@@ -122,7 +122,7 @@ void frmMain::openDocument(const QString &path, int charCode)
         return;
     }
     ctlEditer *editor = addDocument(FileName::forDisplay(file.name));
-    editor->loadFile(file.folder, file.name, charCode);
+    load(editor, file);
     showDocument(editor);
     restorePosition(editor);
 }
@@ -139,9 +139,24 @@ void frmMain::openChosen(ctlEditer *editor, const FileChoice &file)
     editor->setFocus();
 }
 
+/// The one place that reads a file into a document. The place that is remembered of a file that cannot be
+/// read stays with its document until it can.
+bool frmMain::load(ctlEditer *editor, const FileChoice &file)
+{
+    const bool isAgain = fullName(editor) == file.folder + file.name;
+    const bool isLoaded = editor->loadFile(file.folder, file.name, file.charCode);
+    if (isLoaded && m_carriedPlaces.contains(editor))
+        restorePosition(editor);
+    if (isLoaded)
+        m_carriedPlaces.remove(editor);
+    else if (const auto place = rememberedPlace(editor); place && !isAgain)
+        m_carriedPlaces.insert(editor, *place);
+    return isLoaded;
+}
+
 bool frmMain::loadInto(ctlEditer *editor, const FileChoice &file)
 {
-    const bool isLoaded = editor->loadFile(file.folder, file.name, file.charCode);
+    const bool isLoaded = load(editor, file);
     updateTabText(editor);
     updateCaption();
     m_documents->arrange();

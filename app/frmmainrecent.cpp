@@ -22,6 +22,13 @@ auto isEntryOf(const ctlEditer *editor)
                const RecentEntry &entry) { return entry.path == path && entry.name == name; };
 }
 
+RecentEntry entryFor(const ctlEditer *editor)
+{
+    const RowCol cursor = editor->cursorPosition();
+    return { editor->path(), editor->name(), cursor.row, cursor.column, editor->xOffset(),
+        editor->topRow() * editor->cellHeight() };
+}
+
 } // namespace
 
 void frmMain::rebuildRecentMenu()
@@ -55,19 +62,26 @@ void frmMain::addRecent(ctlEditer *editor)
     const auto oldest = entries.end() - 1;
     const auto place = std::find_if(entries.begin(), oldest, isEntryOf(editor));
     std::rotate(entries.begin(), place, place + 1);
-    const RowCol cursor = editor->cursorPosition();
-    entries.front() = { editor->path(), editor->name(), cursor.row, cursor.column, editor->xOffset(),
-        editor->topRow() * editor->cellHeight() };
+    entries.front() = m_carriedPlaces.contains(editor) ? m_carriedPlaces.take(editor) : entryFor(editor);
     rebuildRecentMenu();
+}
+
+std::optional<RecentEntry> frmMain::rememberedPlace(const ctlEditer *editor) const
+{
+    const auto carried = m_carriedPlaces.constFind(editor);
+    if (carried != m_carriedPlaces.cend())
+        return *carried;
+    const auto &entries = recentFiles().entries;
+    const auto entry = std::find_if(entries.begin(), entries.end(), isEntryOf(editor));
+    return entry == entries.end() ? std::nullopt : std::optional(*entry);
 }
 
 void frmMain::restorePosition(ctlEditer *editor)
 {
     if (appSettings().RestoreScroll != 1 || !isSaved(editor))
         return;
-    const auto &entries = recentFiles().entries;
-    const auto entry = std::find_if(entries.begin(), entries.end(), isEntryOf(editor));
-    if (entry == entries.end())
+    const std::optional<RecentEntry> entry = rememberedPlace(editor);
+    if (!entry)
         return;
     // The cursor first: setting it scrolls to it, and it may have been out of view.
     editor->setCursorPosition(qMax<qint64>(0, entry->cursorRow), qMax<qint64>(0, entry->cursorColumn));

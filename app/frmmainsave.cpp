@@ -55,6 +55,7 @@ bool frmMain::slotCmdFileSave(
     updateCaption();
     if (!isSaved)
         return false;
+    m_carriedPlaces.remove(editor);
     updateTabText(editor);
     m_documents->arrange();
     announceSaved(editor);
