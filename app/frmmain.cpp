@@ -95,8 +95,22 @@ void frmMain::slotEtcFirstNewDoc()
 
 void frmMain::run(CommandSlot command)
 {
-    if (!QPEApplication::isBusy())
+    if (mayAct())
         (this->*command)();
+}
+
+bool frmMain::mayAct()
+{
+    if (QPEApplication::isBusy())
+        return false;
+    commitComposition();
+    return true;
+}
+
+void frmMain::commitComposition()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->commitPreedit();
 }
 
 void frmMain::keyPressEvent(QKeyEvent *event)

@@ -164,6 +164,11 @@ private:
 
     /// Runs a command, unless a dialog or a replace-all is in its way.
     void run(CommandSlot command);
+    /// Whether none is in the way of a command; what is being composed is text then.
+    bool mayAct();
+    /// Whatever reads a document, or puts another one in its place, calls this first: an input method holds
+    /// back text that counts as written for who sees it.
+    void commitComposition();
 
     void createMenuBar();
     void createActions();

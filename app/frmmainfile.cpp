@@ -112,6 +112,7 @@ ctlEditer *frmMain::editorOfFile(const QString &fileName) const
 
 void frmMain::openDocument(const QString &path, int charCode)
 {
+    commitComposition();
     const FileChoice file = fileOf(path, charCode);
     if (ctlEditer *editor = editorOfFile(file.folder + file.name)) {
         tabBar()->setCurrentTab(editor);
@@ -220,6 +221,7 @@ void frmMain::slotTabCurrentChanged(ctlEditer *editor)
         tabBar()->setCurrentTab(currentEditor());
         return;
     }
+    commitComposition();
     if (editor)
         m_documents->stack()->setCurrentWidget(editor);
     const ctlEditer *current = currentEditor();

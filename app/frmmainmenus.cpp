@@ -3,7 +3,6 @@
 #include "app/flatmenubar.h"
 #include "app/settings.h"
 #include "platform/menu.h"
-#include "platform/qpeapplication.h"
 #include "platform/resource.h"
 
 #include <QLayout>
@@ -56,7 +55,7 @@ void frmMain::createMenuBar()
         menu(title.menu)->setObjectName(QLatin1StringView(title.objectName));
     m_recentMenu = new Menu(this);
     connect(m_recentMenu, &QMenu::triggered, this, [this](QAction *action) {
-        if (!QPEApplication::isBusy())
+        if (mayAct())
             slotCmdMnuRecent(action->data().toInt());
     });
 }

@@ -110,6 +110,7 @@ void frmMain::slotCmdFileQuitNoSave()
 
 bool frmMain::confirmCloseAll(bool saveWithoutAsking)
 {
+    commitComposition();
     while (tabBar()->count() > 0) {
         ctlEditer *editor = tabBar()->editors().constLast();
         if (editor->edited() && saveWithoutAsking && !slotCmdFileSave(editor))

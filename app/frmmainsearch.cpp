@@ -28,9 +28,12 @@ frmSearchDialog *frmMain::searchPanel()
 {
     if (!m_searchPanel) {
         m_searchPanel = new frmSearchDialog(this);
-        connect(m_searchPanel, &frmSearchDialog::nextClicked, this, &frmMain::slotEtcSearchNext);
-        connect(m_searchPanel, &frmSearchDialog::befoClicked, this, &frmMain::slotEtcSearchBefo);
-        connect(m_searchPanel, &frmSearchDialog::allClicked, this, &frmMain::slotEtcReplaceAll);
+        connect(
+            m_searchPanel, &frmSearchDialog::nextClicked, this, [this] { run(&frmMain::slotEtcSearchNext); });
+        connect(
+            m_searchPanel, &frmSearchDialog::befoClicked, this, [this] { run(&frmMain::slotEtcSearchBefo); });
+        connect(
+            m_searchPanel, &frmSearchDialog::allClicked, this, [this] { run(&frmMain::slotEtcReplaceAll); });
     }
     return m_searchPanel;
 }

@@ -13,6 +13,7 @@
 void frmMain::watchSession()
 {
     connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
+        commitComposition();
         if (!endSession(hasEdits() && session.allowsInteraction()))
             session.cancel();
     });

@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QInputMethod>
+#include <QKeyEvent>
 #include <QScopedValueRollback>
 
 namespace {
@@ -16,9 +17,11 @@ constexpr qint64 shownMarked = qint64(64) << 10;
 
 void QMultiLineEdit::Private::compose(const QInputMethodEvent &event)
 {
+    const bool wasComposing = q->isComposing();
     if (!event.commitString().isEmpty() || event.replacementLength() > 0)
         commit(event);
     setPreedit(event);
+    hasDroppedPreedit = wasComposing && !q->isComposing() && event.commitString().isEmpty();
     for (const QInputMethodEvent::Attribute &attribute : event.attributes()) {
         if (attribute.type == QInputMethodEvent::Selection)
             select(attribute);
@@ -146,6 +149,13 @@ QVariant QMultiLineEdit::Private::querySurroundings(
     default:
         return {};
     }
+}
+
+/// There are input methods that let Escape through: while they compose, or after they dropped what they
+/// composed because of it.
+bool QMultiLineEdit::Private::isInputMethods(const QKeyEvent &press) const
+{
+    return press.key() == Qt::Key_Escape && (q->isComposing() || hasDroppedPreedit);
 }
 
 void QMultiLineEdit::Private::tellInputMethod()

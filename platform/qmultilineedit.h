@@ -24,7 +24,7 @@ struct InsertedText;
 /// The text at the top of the view stays there.
 ///
 /// Keys that are not the editor's own are ignored, so that they reach the window around it; Tab and Backtab
-/// never move the focus.
+/// never move the focus. Escape while an input method composes is the input method's, and goes nowhere else.
 class QMultiLineEdit : public QAbstractScrollArea {
     Q_OBJECT
 public:
@@ -132,6 +132,10 @@ public:
     /// Scrolls so that the cursor is visible.
     void makeCursorVisible();
 
+    /// What an input method is composing becomes text, as if Return had been given to the input method; also
+    /// where that does not answer. For whoever is about to read the text.
+    void commitPreedit();
+
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
     /// The same with a place or a length to look at, as input methods ask it.
     Q_INVOKABLE QVariant inputMethodQuery(Qt::InputMethodQuery query, const QVariant &argument) const;
@@ -175,8 +179,6 @@ protected:
     const Preedit &preedit() const;
     /// Whether an input method is composing: Return then ends the composition and breaks no line.
     bool isComposing() const;
-    /// Ends the composition as if Return had been given to the input method.
-    void commitPreedit();
 
     /// Paints the part `update` of one row; both rectangles are in viewport coordinates, `cell` is
     /// cellRect(row). Does nothing for a row that does not exist.
@@ -213,6 +215,7 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;

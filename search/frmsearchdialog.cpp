@@ -10,6 +10,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -232,6 +234,7 @@ void frmSearchDialog::act(void (frmSearchDialog::*signal)())
 {
     if (QPEApplication::isBusy())
         return;
+    QGuiApplication::inputMethod()->commit();
     if (m_find->currentText().isEmpty()) {
         MessageBox::critical(this, tr("Error"), tr("Input the characters."));
         return;

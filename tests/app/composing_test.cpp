@@ -1,0 +1,276 @@
+#include "editor/textfile.h"
+#include "search/frmsearchdialog.h"
+#include "tests/app/testwindow.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QInputMethodEvent>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Way = std::function<void(TestWindow &, const TestFiles &)>;
+
+/// What an input method shows that answers nothing it is asked.
+void compose(QWidget *widget, const QString &text)
+{
+    QInputMethodEvent event(text, {});
+    QApplication::sendEvent(widget, &event);
+}
+
+void pressWithControl(const TestWindow &window, Qt::Key key)
+{
+    QTest::keyClick(window.currentEditor(), key, Qt::ControlModifier);
+}
+
+void clickTool(const TestWindow &window, int id)
+{
+    QAction *const action = window.item(MenuId::File, id);
+    QTest::mouseClick(window.toolBar()->widgetForAction(action), Qt::LeftButton);
+}
+
+void clickTab(const TestWindow &window, int index)
+{
+    QTest::mouseClick(window.tabBar(), Qt::LeftButton, {}, window.tabBar()->tabRect(index).center());
+}
+
+} // namespace
+
+/// Text that an input method is still composing when a command comes.
+class ComposingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void isSaved_data();
+    void isSaved();
+    void isAskedAbout_data();
+    void isAskedAbout();
+    void staysInItsDocument_data();
+    void staysInItsDocument();
+    void isFound();
+    void isCounted();
+    void escapeClosesNothing();
+    void escapeOfTheInputMethodClosesNothing();
+    void escapeClosesAfterwards_data();
+    void escapeClosesAfterwards();
+
+private:
+    /// The second tab has the file a.txt with "old", and "か" is being composed in front of it.
+    static bool open(TestWindow &window, const TestFiles &files);
+};
+
+void ComposingTest::init()
+{
+    resetSettings();
+}
+
+bool ComposingTest::open(TestWindow &window, const TestFiles &files)
+{
+    if (!window.open())
+        return false;
+    QTest::keyClicks(window.currentEditor(), u"first"_s);
+    window.setDocument(files.write(u"a.txt"_s, "old"));
+    compose(window.currentEditor(), u"か"_s);
+    return window.currentEditor()->text() == u"old"_s && window.tabTexts().at(1) == u"a.txt"_s;
+}
+
+void ComposingTest::isSaved_data()
+{
+    QTest::addColumn<Way>("save");
+    QTest::newRow("key") << Way(
+        [](TestWindow &window, const TestFiles &) { pressWithControl(window, Qt::Key_S); });
+    QTest::newRow("tool button") << Way([](TestWindow &window, const TestFiles &) { clickTool(window, 5); });
+    QTest::newRow("menu") << Way(
+        [](TestWindow &window, const TestFiles &) { window.item(MenuId::File, 5)->trigger(); });
+    QTest::newRow("Save As") << Way([](TestWindow &window, const TestFiles &files) {
+        window.choices << FileChoice{ files.folder(), u"a.txt"_s, CharCodeUtf8, 0 };
+        window.item(MenuId::File, 6)->trigger();
+    });
+    QTest::newRow("Save All") << Way([](TestWindow &window, const TestFiles &files) {
+        window.editorAt(0)->setEdited(false);
+        window.item(MenuId::File, 8)->trigger();
+        Q_UNUSED(files)
+    });
+    QTest::newRow("Quit with Save") << Way([](TestWindow &window, const TestFiles &files) {
+        window.choices << FileChoice{ files.folder(), u"first.txt"_s, 0, 0 };
+        window.item(MenuId::File, 9)->trigger();
+    });
+}
+
+void ComposingTest::isSaved()
+{
+    QFETCH(Way, save);
+    const TestFiles files;
+    TestWindow window;
+    appSettings().DefCodec = CharCodeUtf8;
+    QVERIFY(open(window, files));
+    const MessageBoxes boxes;
+    save(window, files);
+    QCOMPARE(boxes.count(), 0);
+    const QByteArray saved = files.read(u"a.txt"_s);
+    QVERIFY2(saved == "かold" || saved == "\x82\xA9old", saved);
+    if (ctlEditer *editor = window.currentEditor())
+        QVERIFY(!editor->edited());
+}
+
+void ComposingTest::isAskedAbout_data()
+{
+    QTest::addColumn<Way>("close");
+    QTest::newRow("Close") << Way(
+        [](TestWindow &window, const TestFiles &) { window.item(MenuId::File, 7)->trigger(); });
+    QTest::newRow("Quit") << Way(
+        [](TestWindow &window, const TestFiles &) { pressWithControl(window, Qt::Key_Q); });
+    QTest::newRow("window closed") << Way([](TestWindow &window, const TestFiles &) { window.close(); });
+    QTest::newRow("opened again") << Way(
+        [](TestWindow &window, const TestFiles &files) { window.setDocument(files.folder() + u"a.txt"_s); });
+    QTest::newRow("chosen again from the recent files")
+        << Way([](TestWindow &window, const TestFiles &files) {
+               recentFiles().entries[0] = { files.folder(), u"a.txt"_s };
+               window.rebuildRecentMenu();
+               window.recentMenu()->actions().constFirst()->trigger();
+           });
+}
+
+void ComposingTest::isAskedAbout()
+{
+    QFETCH(Way, close);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(open(window, files));
+    const QPointer<ctlEditer> editor = window.currentEditor();
+    MessageBoxes boxes({ qstrcmp(QTest::currentDataTag(), "opened again") == 0
+                || QByteArray(QTest::currentDataTag()).startsWith("chosen")
+            ? u"No"_s
+            : u"Cancel"_s });
+    close(window, files);
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY(editor);
+    QCOMPARE(editor->text(), u"かold"_s);
+    QCOMPARE(window.tabTexts().at(1), u"* a.txt"_s);
+}
+
+void ComposingTest::staysInItsDocument_data()
+{
+    QTest::addColumn<Way>("change");
+    QTest::newRow("click on a tab") << Way(
+        [](TestWindow &window, const TestFiles &) { clickTab(window, 0); });
+    QTest::newRow("key") << Way(
+        [](TestWindow &window, const TestFiles &) { pressWithControl(window, Qt::Key_Tab); });
+    QTest::newRow("menu") << Way(
+        [](TestWindow &window, const TestFiles &) { window.item(MenuId::View, 1)->trigger(); });
+    QTest::newRow("assistive technology")
+        << Way([](TestWindow &window, const TestFiles &) { window.tabBar()->setCurrentIndex(0); });
+    QTest::newRow("New") << Way([](TestWindow &window, const TestFiles &) { clickTool(window, 1); });
+    QTest::newRow("a file from outside") << Way(
+        [](TestWindow &window, const TestFiles &files) { window.setDocument(files.write(u"b.txt"_s, "b")); });
+    QTest::newRow("reloaded, but not")
+        << Way([](TestWindow &window, const TestFiles &) { window.item(MenuId::File, 3)->trigger(); });
+    QTest::newRow("full screen") << Way(
+        [](TestWindow &window, const TestFiles &) { window.item(MenuId::View, 9)->trigger(); });
+}
+
+void ComposingTest::staysInItsDocument()
+{
+    QFETCH(Way, change);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(open(window, files));
+    const ctlEditer *const editor = window.currentEditor();
+    const MessageBoxes boxes({ u"No"_s });
+    change(window, files);
+    QCOMPARE(editor->text(), u"かold"_s);
+    QCOMPARE(window.tabTexts().at(1), u"* a.txt"_s);
+    QCOMPARE(window.editorAt(0)->text(), u"first"_s);
+}
+
+void ComposingTest::isFound()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(open(window, files));
+    window.item(MenuId::View, 3)->trigger();
+    auto *const panel = window.findChild<frmSearchDialog *>();
+    panel->findChildren<QComboBox *>().constFirst()->setEditText(u"か"_s);
+    compose(window.currentEditor(), u"かん"_s);
+    panel->slotBtnBefo();
+    QCOMPARE(window.currentEditor()->text(), u"かかんold"_s);
+    QCOMPARE(window.currentEditor()->markedText(), u"か"_s);
+}
+
+void ComposingTest::isCounted()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(open(window, files));
+    const MessageBoxes boxes;
+    window.item(MenuId::File, 4)->trigger();
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY2(boxes.texts().constFirst().contains(u"(5 byte)"_s), qPrintable(boxes.texts().constFirst()));
+}
+
+/// The input method lets the key through and goes on composing.
+void ComposingTest::escapeClosesNothing()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(open(window, files));
+    const MessageBoxes boxes;
+    QTest::keyClick(window.currentEditor(), Qt::Key_Escape);
+    QTest::keyClick(window.currentEditor(), Qt::Key_Escape);
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(window.tabBar()->count(), 2);
+    QCOMPARE(window.currentEditor()->text(), u"old"_s);
+}
+
+/// The input method drops what it composed, and lets the key through all the same.
+void ComposingTest::escapeOfTheInputMethodClosesNothing()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(open(window, files));
+    ctlEditer *const editor = window.currentEditor();
+    compose(editor, {});
+    QTest::keyPress(editor, Qt::Key_Escape);
+    QCOMPARE(window.tabBar()->count(), 2);
+    QTest::keyRelease(editor, Qt::Key_Escape);
+    QTest::keyClick(editor, Qt::Key_Escape);
+    QCOMPARE(window.tabBar()->count(), 1);
+}
+
+void ComposingTest::escapeClosesAfterwards_data()
+{
+    QTest::addColumn<Way>("end");
+    QTest::newRow("the input method took Escape, and its release came")
+        << Way([](TestWindow &window, const TestFiles &) {
+               compose(window.currentEditor(), {});
+               QTest::keyRelease(window.currentEditor(), Qt::Key_Escape);
+           });
+    QTest::newRow("committed, undone") << Way([](TestWindow &window, const TestFiles &) {
+        QInputMethodEvent event;
+        event.setCommitString(u"か"_s);
+        QApplication::sendEvent(window.currentEditor(), &event);
+        window.slotCmdEditUndo();
+    });
+    QTest::newRow("another key since") << Way([](TestWindow &window, const TestFiles &) {
+        compose(window.currentEditor(), {});
+        QTest::keyPress(window.currentEditor(), Qt::Key_Right);
+    });
+}
+
+void ComposingTest::escapeClosesAfterwards()
+{
+    QFETCH(Way, end);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(open(window, files));
+    end(window, files);
+    QTest::keyPress(window.currentEditor(), Qt::Key_Escape);
+    QCOMPARE(window.tabBar()->count(), 1);
+}
+
+QTEST_MAIN(ComposingTest)
+#include "composing_test.moc"
