@@ -42,7 +42,7 @@ void QMultiLineEdit::Private::press(QPointF at, Qt::KeyboardModifiers modifiers,
     const CursorPlace place = placeAtPoint(at);
     const TextRange range = marked();
     const bool inMarked = range.start <= place.offset && place.offset < range.end;
-    const bool extends = modifiers.testFlag(Qt::ShiftModifier);
+    const bool extends = unit == Unit::Character && modifiers.testFlag(Qt::ShiftModifier);
     if (unit == Unit::Character && inMarked && !extends) {
         pointer.gesture = Gesture::MaybeDrag;
         return;
@@ -55,11 +55,28 @@ void QMultiLineEdit::Private::press(QPointF at, Qt::KeyboardModifiers modifiers,
         mark(pointer.origin.start, pointer.origin.end);
 }
 
+QMultiLineEdit::Private::Unit QMultiLineEdit::Private::unitOfNextClick(QPointF at) const
+{
+    if (!pointer.nextClick.isActive() || movedEnough(pointer.pressedAt, at))
+        return Unit::Character;
+    return pointer.unit == Unit::Character ? Unit::Word : Unit::Line;
+}
+
+void QMultiLineEdit::Private::awaitNextClick()
+{
+    if (pointer.unit == Unit::Line)
+        pointer.nextClick.stop();
+    else
+        pointer.nextClick.start(QGuiApplication::styleHints()->mouseDoubleClickInterval(), q);
+}
+
 void QMultiLineEdit::Private::drag(QPointF at)
 {
     pointer.lastAt = at;
-    if (pointer.longPress.isActive() && movedEnough(pointer.pressedAt, at))
+    if (movedEnough(pointer.pressedAt, at)) {
         pointer.longPress.stop();
+        pointer.nextClick.stop();
+    }
     if (pointer.gesture == Gesture::MaybeDrag && movedEnough(pointer.pressedAt, at)) {
         pointer.gesture = Gesture::Drag;
         startDrag();
@@ -119,13 +136,15 @@ void QMultiLineEdit::Private::release(QPointF at)
 void QMultiLineEdit::Private::longPressed()
 {
     pointer.longPress.stop();
+    pointer.nextClick.stop();
     pointer.autoScroll.stop();
     pointer.gesture = Gesture::Done;
     showContextMenu(q->viewport()->mapToGlobal(pointer.lastAt.toPoint()));
 }
 
-/// A pen marks like a mouse; held still it asks for the context menu. While it drags text its events are left
-/// to the toolkit, whose drags are led by the mouse's events that it makes of them.
+/// A pen marks like a mouse, whose double clicks the toolkit counts; held still it asks for the context menu.
+/// While it drags text its events are left to the toolkit, whose drags are led by the mouse's events that it
+/// makes of them.
 bool QMultiLineEdit::Private::tablet(QTabletEvent &event)
 {
     const bool isOurs = pointer.gesture != Gesture::None && pointer.gesture != Gesture::Drag;
@@ -135,7 +154,8 @@ bool QMultiLineEdit::Private::tablet(QTabletEvent &event)
         if (event.button() != Qt::LeftButton || QApplication::activePopupWidget())
             return false;
         q->setFocus(Qt::MouseFocusReason);
-        press(event.position(), event.modifiers(), Unit::Character);
+        press(event.position(), event.modifiers(), unitOfNextClick(event.position()));
+        awaitNextClick();
         pointer.longPress.start(QGuiApplication::styleHints()->mousePressAndHoldInterval(), q);
         return true;
     case QEvent::TabletMove:
@@ -254,10 +274,9 @@ void QMultiLineEdit::mousePressEvent(QMouseEvent *event)
         d->pastePrimary(event->position());
     if (event->button() != Qt::LeftButton)
         return;
-    const bool third =
-        d->pointer.tripleClick.isActive() && !movedEnough(d->pointer.pressedAt, event->position());
-    d->pointer.tripleClick.stop();
-    d->press(event->position(), event->modifiers(), third ? Private::Unit::Line : Private::Unit::Character);
+    const bool isThird = d->unitOfNextClick(event->position()) == Private::Unit::Line;
+    d->pointer.nextClick.stop();
+    d->press(event->position(), event->modifiers(), isThird ? Private::Unit::Line : Private::Unit::Character);
 }
 
 void QMultiLineEdit::mouseDoubleClickEvent(QMouseEvent *event)
@@ -265,7 +284,7 @@ void QMultiLineEdit::mouseDoubleClickEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     d->press(event->position(), Qt::NoModifier, Private::Unit::Word);
-    d->pointer.tripleClick.start(QGuiApplication::styleHints()->mouseDoubleClickInterval(), this);
+    d->awaitNextClick();
 }
 
 void QMultiLineEdit::mouseMoveEvent(QMouseEvent *event)

@@ -343,8 +343,8 @@ void QMultiLineEdit::timerEvent(QTimerEvent *event)
         d->scrollForDrop();
     else if (event->timerId() == d->pointer.longPress.timerId())
         d->longPressed();
-    else if (event->timerId() == d->pointer.tripleClick.timerId())
-        d->pointer.tripleClick.stop();
+    else if (event->timerId() == d->pointer.nextClick.timerId())
+        d->pointer.nextClick.stop();
     else
         QAbstractScrollArea::timerEvent(event);
 }

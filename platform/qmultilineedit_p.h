@@ -249,12 +249,15 @@ struct QMultiLineEdit::Private {
         int finger = -1; ///< id of the touch point that scrolls
         QBasicTimer autoScroll; ///< runs only while marking beyond the view's edge
         QBasicTimer longPress; ///< runs only while a pen or finger is held still
-        QBasicTimer tripleClick; ///< runs for the time a third click may follow in
+        QBasicTimer nextClick; ///< runs for the time a click may follow in that marks a larger unit
     };
     Pointer pointer;
 
     TextRange unitAt(qint64 offset, Unit unit) const;
     void press(QPointF at, Qt::KeyboardModifiers modifiers, Unit unit);
+    /// What another click or tap at a place marks that comes soon after the last one.
+    Unit unitOfNextClick(QPointF at) const;
+    void awaitNextClick();
     void drag(QPointF at);
     void release(QPointF at);
     void markTo(QPointF at);

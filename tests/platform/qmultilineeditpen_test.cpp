@@ -10,6 +10,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <functional>
+
 #include <qpa/qwindowsysteminterface.h>
 #include <qpa/qwindowsysteminterface_p.h>
 
@@ -30,6 +32,10 @@ private slots:
     void dragMarks();
     void dragBackwardsMarks();
     void shiftTapExtends();
+    void tapsAtOnePlaceMarkMore();
+    void doubleTapAndDragMarksWords();
+    void tapsThatAreNoDoubleTap_data();
+    void tapsThatAreNoDoubleTap();
     void tapEndsComposing();
     void hoveringChangesNothing();
     void otherButtonsAreLeftToTheMouse();
@@ -139,7 +145,7 @@ void QMultiLineEditPenTest::tapAsksForTheKeyboard()
     m_edit->setText(u"hello\nworld"_s);
     tap(at(0, 3));
     QCOMPARE(keyboard.times, 1);
-    tap(at(0, 3));
+    tap(at(1, 3));
     QCOMPARE(keyboard.times, 2);
     drag(at(0, 1), at(1, 3));
     QCOMPARE(keyboard.times, 2);
@@ -172,6 +178,63 @@ void QMultiLineEditPenTest::shiftTapExtends()
     MarkedText::load(*m_edit, u"h|ello\nworld"_s);
     tap(at(1, 3), Qt::ShiftModifier);
     QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+}
+
+/// As clicks of the mouse do.
+void QMultiLineEditPenTest::tapsAtOnePlaceMarkMore()
+{
+    MarkedText::load(*m_edit, u"one two three\nfour|"_s);
+    const QPoint place = at(0, 5);
+    const QString drawings[] = { u"one t|wo three\nfour"_s, u"one [two| three\nfour"_s,
+        u"[one two three\n|four"_s, u"one t|wo three\nfour"_s };
+    for (const QString &drawing : drawings) {
+        tap(place + QPoint(1, 1));
+        QCOMPARE(MarkedText::draw(*m_edit), drawing);
+    }
+}
+
+void QMultiLineEditPenTest::doubleTapAndDragMarksWords()
+{
+    MarkedText::load(*m_edit, u"one two three four|"_s);
+    tap(at(0, 5));
+    drag(at(0, 5), at(0, 10));
+    QCOMPARE(MarkedText::draw(*m_edit), u"one [two three| four"_s);
+}
+
+void QMultiLineEditPenTest::tapsThatAreNoDoubleTap_data()
+{
+    using Step = std::function<void(QMultiLineEditPenTest & test)>;
+    QTest::addColumn<Step>("first");
+    const auto row = [](const char *name, const Step &first) { QTest::addRow("%s", name) << first; };
+    row("one elsewhere before", [](auto &test) { test.tap(test.at(0, 9)); });
+    row("one long before", [](auto &test) {
+        test.tap(test.at(0, 5));
+        QTRY_VERIFY(QAbstractEventDispatcher::instance()->registeredTimers(test.m_edit).isEmpty());
+    });
+    row("a drag back to the place before", [](auto &test) {
+        test.pen(test.at(0, 5), Qt::LeftButton);
+        test.pen(test.at(0, 9), Qt::LeftButton);
+        test.pen(test.at(0, 5), Qt::LeftButton);
+        test.pen(test.at(0, 5), Qt::NoButton);
+    });
+    row("the menu before", [](auto &test) {
+        test.pen(test.at(0, 5), Qt::LeftButton);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        QApplication::activePopupWidget()->close();
+        test.pen(test.at(0, 5), Qt::NoButton);
+    });
+}
+
+void QMultiLineEditPenTest::tapsThatAreNoDoubleTap()
+{
+    QFETCH(const std::function<void(QMultiLineEditPenTest &)>, first);
+    MarkedText::load(*m_edit, u"one two three|"_s);
+    first(*this);
+    tap(at(0, 5));
+    QCOMPARE(MarkedText::draw(*m_edit), u"one t|wo three"_s);
+    QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {},
+        m_edit->viewport()->mapFrom(m_window.get(), at(0, 5) + QPoint(1, 1)));
+    QCOMPARE(MarkedText::draw(*m_edit), u"one t|wo three"_s);
 }
 
 void QMultiLineEditPenTest::tapEndsComposing()
