@@ -108,7 +108,7 @@ QVariant QMultiLineEdit::Private::query(Qt::InputMethodQuery query, const QVaria
     case Qt::ImCursorRectangle:
         return cursorBox();
     case Qt::ImAnchorRectangle:
-        return boxAt(rowColOf(anchor).row, xOf(rowColOf(anchor)));
+        return cursorBoxAt(rowColOf(anchor).row, xOf(rowColOf(anchor)));
     case Qt::ImInputItemClipRectangle:
         return QRectF(q->viewport()->rect());
     case Qt::ImFont:

@@ -133,7 +133,7 @@ void QMultiLineEdit::Private::paintDropCursor(QPainter &painter) const
         return;
     const QColor base = q->palette().color(QPalette::Base);
     const RowCol place = store.rowColAt(dropOffset);
-    painter.fillRect(boxAt(place.row, xOf(place)), base.lightness() < 128 ? Qt::white : Qt::black);
+    painter.fillRect(cursorBoxAt(place.row, xOf(place)), base.lightness() < 128 ? Qt::white : Qt::black);
 }
 
 // The public side of painting.

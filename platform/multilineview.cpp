@@ -178,8 +178,8 @@ CursorPlace QMultiLineEdit::Private::placeAtPoint(QPointF point) const
     return placeAtX(row, point.x() + qreal(left) - margin);
 }
 
-/// The box of a cursor that stands `x` from a row's start. Others take it in whole numbers, where the ends of
-/// a very long row have no place.
+/// Where a row is shown `x` from its start, as wide as a cursor. Others take it in whole numbers, where the
+/// ends of a very long row have no place.
 QRectF QMultiLineEdit::Private::boxAt(qint64 row, qreal x) const
 {
     const QRectF cell = q->cellRect(row);
@@ -187,9 +187,14 @@ QRectF QMultiLineEdit::Private::boxAt(qint64 row, qreal x) const
     return { boxLeft, cell.y(), cursorWidth, cell.height() };
 }
 
+QRectF QMultiLineEdit::Private::cursorBoxAt(qint64 row, qreal x) const
+{
+    return boxAt(row, shownCursorX(x));
+}
+
 QRectF QMultiLineEdit::Private::cursorBox() const
 {
-    return boxAt(rowColOf(cursor).row, cursorX());
+    return cursorBoxAt(rowColOf(cursor).row, cursorX());
 }
 
 void QMultiLineEdit::Private::makeCursorVisible()

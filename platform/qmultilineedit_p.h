@@ -216,6 +216,7 @@ struct QMultiLineEdit::Private {
     CursorPlace placeAtX(qint64 row, qreal x) const;
     CursorPlace placeAtPoint(QPointF point) const;
     QRectF boxAt(qint64 row, qreal x) const;
+    QRectF cursorBoxAt(qint64 row, qreal x) const;
     QRectF cursorBox() const;
     void makeCursorVisible();
     void showRow(qint64 row);

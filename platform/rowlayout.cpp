@@ -320,6 +320,12 @@ std::vector<RowLayout::Span> RowLayout::spans(qint64 begin, qint64 end) const
     return spans;
 }
 
+/// The middle of a cursor's line is one pixel left of where it stands.
+qreal shownCursorX(qreal x)
+{
+    return x - 1 < -cursorOverhang ? 1 : x;
+}
+
 void RowLayout::draw(QPainter &painter, QPointF origin, const QColor &color) const
 {
     const QTransform toDevice = painter.deviceTransform();

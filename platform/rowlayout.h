@@ -69,6 +69,12 @@ private:
     std::unique_ptr<Private> d;
 };
 
+/// How far left of the margin a cursor may show, logical pixels.
+inline constexpr qreal cursorOverhang = 2;
+/// Where a cursor that stands at `x` of a row is shown, logical pixels from the row's start. That is `x`, but
+/// for a row that starts so far left that its cursor would stand among the row numbers or out of sight.
+qreal shownCursorX(qreal x);
+
 /// The next and the previous place the cursor may stand at in a whole text; stays at the ends. Looks at no
 /// more than the characters around `offset`.
 qint64 nextCursorStop(const TextStore &store, qint64 offset);

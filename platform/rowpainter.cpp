@@ -97,7 +97,8 @@ void RowPainter::drawCursor(qint64 column, const QColor &color, qreal width)
     const int stroke = m_canvas.thickness(width);
     const int height = m_canvas.pixels(m_measure.height() - 1);
     painter().setCompositionMode(QPainter::RasterOp_SourceXorDestination);
-    painter().fillRect(columnX(column) - stroke, m_canvas.y(0), stroke, height, color);
+    const int right = layoutX(shownCursorX(m_layout.x(column)));
+    painter().fillRect(right - stroke, m_canvas.y(0), stroke, height, color);
     painter().setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 

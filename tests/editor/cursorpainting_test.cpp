@@ -28,6 +28,8 @@ private slots:
     void cursorOnEveryBackground_data();
     void cursorOnEveryBackground();
     void noCursorWithoutFocus();
+    void cursorBeforeABracket_data();
+    void cursorBeforeABracket();
     void cursorFarToTheRight();
     void activeLine_data();
     void activeLine();
@@ -74,6 +76,51 @@ void CursorPaintingTest::noCursorWithoutFocus()
     QVERIFY(!differing(editor.painted(0), without).empty());
     editor.clearFocus();
     QCOMPARE(differing(editor.painted(0), without).size(), 0U);
+}
+
+void CursorPaintingTest::cursorBeforeABracket_data()
+{
+    QTest::addColumn<int>("rowNo");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isMoved");
+    for (const int rowNo : { 0, 1, 2 }) {
+        const auto row = [rowNo](const char *name, const QString &text, bool isMoved) {
+            QTest::addRow("%s, row numbers %d", name, rowNo) << rowNo << text << isMoved;
+        };
+        row("corner bracket", QStringLiteral("\u300c\u6f22\u300d"), true);
+        row("full-width parenthesis", QStringLiteral("\uff08\u6f22\uff09"), true);
+        row("letter", QStringLiteral("x"), false);
+        row("nothing", {}, false);
+    }
+}
+
+/// The first character is drawn from the margin on whatever space it has on its left, and the cursor would
+/// stand among the row numbers.
+void CursorPaintingTest::cursorBeforeABracket()
+{
+    QFETCH(int, rowNo);
+    QFETCH(QString, text);
+    QFETCH(bool, isMoved);
+    appSettings().RowNo = rowNo;
+    Editor editor(text);
+    const QImage without = editor.painted(0);
+    editor.showFocused();
+    const QImage with = editor.painted(0);
+    const int scaledMargin = editor.device(editor.hMargin());
+    const int described = editor.columnX(0, 0);
+    QCOMPARE(described < scaledMargin - editor.device(1), isMoved);
+    const int right = isMoved ? scaledMargin + editor.device(1) : described;
+    const int left = qMax(0, right - editor.stroke(2));
+    QCOMPARE(differing(with, without),
+        rectangle(left, 0, right - left, editor.device(editor.fontMeasure()->height() - 1)));
+    const QRectF inputMethod = editor.inputMethodQuery(Qt::ImCursorRectangle).toRectF();
+    const qreal margin = editor.viewport()->x() + editor.hMargin();
+    const QRectF anchor = editor.inputMethodQuery(Qt::ImAnchorRectangle).toRectF();
+    QCOMPARE(anchor, inputMethod);
+    if (isMoved)
+        QCOMPARE(inputMethod.left(), margin);
+    else
+        QVERIFY(qAbs(inputMethod.left() - (margin - 1)) <= 1);
 }
 
 /// No pixel is lost on the way: 2^40 of them are more than a scale's tolerance forgives.
