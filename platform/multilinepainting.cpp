@@ -200,7 +200,12 @@ void QMultiLineEdit::drawCursorInRow(RowPainter &row, const QColor &color, int w
     const Preedit &composed = preedit();
     if (row.layout().row() != cursor.row || !hasFocus() || !isCursorOn() || !composed.cursorVisible)
         return;
-    row.drawCursor(qMin(cursor.column + composed.cursor, row.layout().length()), color, width);
+    const qint64 column = qMin(cursor.column + composed.cursor, row.layout().length());
+    // What is composed is put in, whatever is replaced when it is done.
+    if (isOverwriteMode() && !isComposing())
+        row.drawBlockCursor(column, color);
+    else
+        row.drawCursor(column, color, width);
 }
 
 RowPlace QMultiLineEdit::rowPlace(qint64 row, const QRectF &cell, const QRect &update)

@@ -200,7 +200,7 @@ QRectF QMultiLineEdit::Private::cursorBox() const
 void QMultiLineEdit::Private::makeCursorVisible()
 {
     showRow(rowColOf(cursor).row);
-    showX(cursorX(), cursorWidth);
+    showX(cursorX(), overwrite ? measure->xWidth() : cursorWidth);
 }
 
 /// Scrolls as little as needed; a place further away than a page comes to the middle.

@@ -461,6 +461,8 @@ void QMultiLineEdit::redo()
 void QMultiLineEdit::setOverwriteMode(bool on)
 {
     d->overwrite = on;
+    d->restartBlink();
+    d->updateRow(d->rowColOf(d->cursor).row);
 }
 
 bool QMultiLineEdit::event(QEvent *event)

@@ -85,6 +85,8 @@ public:
     /// Set by any edit, cleared by whoever saves the text.
     bool edited() const;
     void setEdited(bool edited);
+    /// Typed characters replace those they are typed before, which a block shows in place of the cursor's
+    /// line.
     bool isOverwriteMode() const;
     /// Read only: neither a person nor cut(), paste(), undo() and redo() change the text; the rest can.
     bool isReadOnly() const;

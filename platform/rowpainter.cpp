@@ -95,10 +95,27 @@ void RowPainter::drawComposition(
 void RowPainter::drawCursor(qint64 column, const QColor &color, qreal width)
 {
     const int stroke = m_canvas.thickness(width);
+    drawCursorRect(layoutX(shownCursorX(m_layout.x(column))) - stroke, stroke, color);
+}
+
+void RowPainter::drawBlockCursor(qint64 column, const QColor &color)
+{
+    qint64 end = qMin(column + 1, m_layout.length());
+    while (!m_layout.isCursorStop(end))
+        ++end;
+    const std::vector<RowLayout::Span> spans = m_layout.spans(column, end);
+    // Behind the text of a full row there is no more room than a line takes.
+    const qreal behind = m_layout.x(column) - cursorOverhang;
+    const int left = layoutX(spans.empty() ? behind : qMax(spans.front().left, -cursorOverhang));
+    const int right = layoutX(spans.empty() ? behind + m_measure.xWidth() : spans.back().right);
+    drawCursorRect(left, qMax(right - left, m_canvas.thickness(cursorOverhang)), color);
+}
+
+void RowPainter::drawCursorRect(int left, int width, const QColor &color)
+{
     const int height = m_canvas.pixels(m_measure.height() - 1);
     painter().setCompositionMode(QPainter::RasterOp_SourceXorDestination);
-    const int right = layoutX(shownCursorX(m_layout.x(column)));
-    painter().fillRect(right - stroke, m_canvas.y(0), stroke, height, color);
+    painter().fillRect(left, m_canvas.y(0), width, height, color);
     painter().setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 

@@ -46,11 +46,14 @@ public:
         const QColor &color);
     /// A vertical line before a column, combined with what is there.
     void drawCursor(qint64 column, const QColor &color, qreal width);
+    /// A block over the character behind a column, likewise; behind the last one it is as wide as "x".
+    void drawBlockCursor(qint64 column, const QColor &color);
     /// Characters of another font on a base line, placed by that font's advances.
     void drawCharacters(const FontMeasure &measure, QPoint baseline, QStringView text, const QColor &color);
     void copyToTarget() { m_canvas.copyToTarget(); }
 
 private:
+    void drawCursorRect(int left, int width, const QColor &color);
     void drawOver(const QRect &rect, const QColor &background, const QColor &color);
 
     const FontMeasure &m_measure;

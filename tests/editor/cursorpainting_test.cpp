@@ -1,3 +1,4 @@
+#include "platform/rowlayout.h"
 #include "tests/editor/paintedrow.h"
 
 #include <QInputMethodEvent>
@@ -30,6 +31,11 @@ private slots:
     void noCursorWithoutFocus();
     void cursorBeforeABracket_data();
     void cursorBeforeABracket();
+    void overwriteCursor_data();
+    void overwriteCursor();
+    void overwriteCursorOnEveryBackground_data() { cursorOnEveryBackground_data(); }
+    void overwriteCursorOnEveryBackground();
+    void overwriteCursorComesAndGoes();
     void cursorFarToTheRight();
     void activeLine_data();
     void activeLine();
@@ -121,6 +127,86 @@ void CursorPaintingTest::cursorBeforeABracket()
         QCOMPARE(inputMethod.left(), margin);
     else
         QVERIFY(qAbs(inputMethod.left() - (margin - 1)) <= 1);
+}
+
+void CursorPaintingTest::overwriteCursor_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<int>("end"); ///< column behind the character, -1 for the end of the row
+    QTest::newRow("letter") << QStringLiteral("abc") << 1 << 2;
+    QTest::newRow("full width") << QStringLiteral("a\u6f22b") << 1 << 2;
+    QTest::newRow("tab") << QStringLiteral("a\tb") << 1 << 2;
+    QTest::newRow("character beyond U+FFFF") << QStringLiteral("a\U00020000b") << 1 << 3;
+    QTest::newRow("last character") << QStringLiteral("abc") << 2 << 3;
+    QTest::newRow("end of the row") << QStringLiteral("abc") << 3 << -1;
+    QTest::newRow("empty row") << QString() << 0 << -1;
+}
+
+void CursorPaintingTest::overwriteCursor()
+{
+    QFETCH(QString, text);
+    QFETCH(int, column);
+    QFETCH(int, end);
+    Editor editor(text);
+    const QImage without = editor.painted(0);
+    editor.showFocused();
+    editor.setCursorPosition(0, column);
+    const QRect line = editor.cursorRect();
+    editor.setOverwriteMode(true);
+    QCOMPARE(editor.cursorRect(), line);
+    const RowLayout layout(editor.store(), 0, *editor.fontMeasure(), 0, 640);
+    const auto deviceX = [&](qreal x) { return editor.device(editor.hMargin()) + editor.device(x); };
+    const qreal x = layout.x(column);
+    const int left = deviceX(end < 0 ? x - 2 : x);
+    const int right = deviceX(end < 0 ? x - 2 + editor.fontMeasure()->xWidth() : layout.x(end));
+    QVERIFY(right - left > 2 * editor.stroke(2));
+    QCOMPARE(differing(editor.painted(0), without),
+        rectangle(left, 0, right - left, editor.device(editor.fontMeasure()->height() - 1)));
+}
+
+void CursorPaintingTest::overwriteCursorOnEveryBackground()
+{
+    QFETCH(int, background);
+    QFETCH(QColor, expected);
+    appSettings().BackColor = background;
+    appSettings().ForeColor = background == 1 ? 7 : 1;
+    Editor editor(QStringLiteral("    \n"));
+    editor.showFocused();
+    editor.setOverwriteMode(true);
+    editor.setCursorPosition(0, 2);
+    const QImage image = editor.painted(0);
+    QCOMPARE(QColor(image.pixel(editor.columnX(0, 2), 0)), expected);
+    QCOMPARE(QColor(image.pixel(editor.columnX(0, 3) - 1, 0)), expected);
+    QCOMPARE(QColor(image.pixel(editor.columnX(0, 3), 0)), ctlEditer::colorOfIndex(background));
+}
+
+/// As the key, the focus and an input method have it.
+void CursorPaintingTest::overwriteCursorComesAndGoes()
+{
+    Editor editor(QStringLiteral("abc"));
+    const QImage without = editor.painted(0);
+    editor.showFocused();
+    const QImage line = editor.painted(0);
+    QTest::keyClick(&editor, Qt::Key_Insert);
+    const QImage block = editor.painted(0);
+    QVERIFY(differing(block, without).size() > differing(line, without).size());
+    editor.clearFocus();
+    QCOMPARE(differing(editor.painted(0), without).size(), 0U);
+    editor.setFocus();
+    QCOMPARE(editor.painted(0), block);
+    QInputMethodEvent composing(QStringLiteral("  "), {});
+    QApplication::sendEvent(&editor, &composing);
+    const QImage composed = editor.painted(0);
+    editor.setOverwriteMode(false);
+    QCOMPARE(editor.painted(0), composed);
+    QInputMethodEvent ended;
+    QApplication::sendEvent(&editor, &ended);
+    QCOMPARE(editor.painted(0), line);
+    editor.setOverwriteMode(true);
+    QCOMPARE(editor.painted(0), block);
+    QTest::keyClick(&editor, Qt::Key_Insert);
+    QCOMPARE(editor.painted(0), line);
 }
 
 /// No pixel is lost on the way: 2^40 of them are more than a scale's tolerance forgives.

@@ -114,6 +114,7 @@ const Action actions[] = {
     [](Editor &editor, Random &) { editor.press(Qt::Key_Delete); },
     [](Editor &editor, Random &) { editor.press(Qt::Key_A); },
     [](Editor &editor, Random &) { editor.press(Qt::Key_Tab); },
+    [](Editor &editor, Random &) { editor.press(Qt::Key_Insert); },
     [](Editor &editor, Random &) { editor.press(Qt::Key_End, Qt::ControlModifier); },
     [](Editor &editor, Random &) { editor.undo(); }, [](Editor &editor, Random &) { editor.redo(); },
     [](Editor &editor, Random &) { editor.blink(); }, [](Editor &editor, Random &) { editor.blink(); },
@@ -151,6 +152,7 @@ private slots:
     void screenIsAsPaintedAnew_data();
     void screenIsAsPaintedAnew();
     void joinedLinesRenumberWhatFollows();
+    void overwriteCursorIsErased();
     void changeTogetherWithAScroll_data();
     void changeTogetherWithAScroll();
 };
@@ -232,6 +234,26 @@ void RepaintTest::joinedLinesRenumberWhatFollows()
     const QImage found = editor.shown();
     editor.viewport()->update();
     QCOMPARE(found, editor.shown());
+}
+
+void RepaintTest::overwriteCursorIsErased()
+{
+    appSettings() = AppSettings();
+    appSettings().RowNo = 2;
+    Editor editor;
+    editor.setText(QStringLiteral("\u300c\u6f22\u300d\n\tb\n\nd"));
+    editor.show();
+    editor.activateWindow();
+    editor.setFocus();
+    QTRY_VERIFY(editor.hasFocus());
+    for (const Qt::Key key : { Qt::Key_Insert, Qt::Key_Right, Qt::Key_End, Qt::Key_A, Qt::Key_Down,
+             Qt::Key_Home, Qt::Key_B, Qt::Key_Right, Qt::Key_Down, Qt::Key_Up, Qt::Key_Insert }) {
+        editor.shown();
+        editor.press(key);
+        const QImage found = editor.shown();
+        editor.updateView();
+        QVERIFY2(found == editor.shown(), qPrintable(QKeySequence(key).toString()));
+    }
 }
 
 void RepaintTest::changeTogetherWithAScroll_data()
