@@ -6,6 +6,7 @@
 #include "editor/ctltabbar.h"
 #include "editor/textfile.h"
 #include "platform/filename.h"
+#include "platform/keypause.h"
 #include "platform/messagebox.h"
 #include "platform/qpeapplication.h"
 
@@ -140,10 +141,12 @@ void frmMain::openChosen(ctlEditer *editor, const FileChoice &file)
     editor->setFocus();
 }
 
-/// The one place that reads a file into a document. The place that is remembered of a file that cannot be
-/// read stays with its document until it can.
+/// The one place that reads a file into a document. Keys that are pressed meanwhile were not meant for what
+/// it shows then. The place that is remembered of a file that cannot be read stays with its document until it
+/// can.
 bool frmMain::load(ctlEditer *editor, const FileChoice &file)
 {
+    KeyPause::begin();
     const bool isAgain = fullName(editor) == file.folder + file.name;
     const bool isLoaded = editor->loadFile(file.folder, file.name, file.charCode);
     if (isLoaded && m_carriedPlaces.contains(editor))

@@ -1,0 +1,73 @@
+#include "platform/keypause.h"
+
+#include "platform/heldkeys.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QInputMethodQueryEvent>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QTimerEvent>
+
+namespace {
+
+/// One in which the keys come that were pressed meanwhile and the result is drawn, one for the keys that were
+/// pressed while it was drawn, and one more because the first may have begun already.
+constexpr int turnsUntilShown = 3;
+
+} // namespace
+
+void KeyPause::begin()
+{
+    static QPointer<KeyPause> pause;
+    if (!pause)
+        pause = new KeyPause(QCoreApplication::instance());
+    pause->start();
+}
+
+void KeyPause::start()
+{
+    QCoreApplication::instance()->installEventFilter(this);
+    m_turns = turnsUntilShown;
+    m_turn.start(0, this);
+    // An input method would take the keys before any window, and answer when all is over.
+    QGuiApplication::inputMethod()->update(Qt::ImEnabled);
+}
+
+void KeyPause::timerEvent(QTimerEvent *event)
+{
+    Q_UNUSED(event)
+    if (--m_turns > 0)
+        return;
+    m_turn.stop();
+    QGuiApplication::inputMethod()->update(Qt::ImEnabled);
+}
+
+bool KeyPause::eventFilter(QObject *receiver, QEvent *event)
+{
+    if (m_turn.isActive() && event->type() == QEvent::InputMethodQuery) {
+        static_cast<QInputMethodQueryEvent *>(event)->setValue(Qt::ImEnabled, false);
+        return true;
+    }
+    return isDropped(*receiver, *event);
+}
+
+/// Keys of the window system come to windows first, and from there to widgets.
+bool KeyPause::isDropped(const QObject &receiver, const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::KeyPress:
+        if (!receiver.isWindowType())
+            return false;
+        if (m_turn.isActive() || HeldKeys::isHeld(static_cast<const QKeyEvent &>(event)))
+            return true;
+        QCoreApplication::instance()->removeEventFilter(this);
+        return false;
+    case QEvent::Shortcut:
+    case QEvent::InputMethod:
+        return m_turn.isActive();
+    default:
+        return false;
+    }
+}
