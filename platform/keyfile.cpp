@@ -3,7 +3,10 @@
 #include "platform/utf8.h"
 
 #include <algorithm>
-#include <utility>
+#include <array>
+#include <numeric>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -77,18 +80,176 @@ QByteArrayView trimmed(QByteArrayView bytes)
     return bytes;
 }
 
-// Where the value of an entry's line begins: behind "=" and one blank.
-qsizetype valueStart(QByteArrayView line)
+qsizetype textStart(QByteArrayView contents)
 {
-    const qsizetype start = line.indexOf('=') + 1;
-    const bool hasBlank = start < line.size() && line[start] == ' ';
-    return start + (hasBlank ? 1 : 0);
+    return contents.startsWith(byteOrderMark) ? byteOrderMark.size() : 0;
 }
 
-QString valueOf(QByteArrayView line)
+/// Walks over the lines of a key file.
+class Lines {
+public:
+    explicit Lines(const QByteArray &contents)
+        : m_contents(contents)
+        , m_end(textStart(contents))
+    {
+    }
+
+    /// Goes on to the next line, at first to the first one; false when there is none.
+    bool next()
+    {
+        if (m_end == m_contents.size())
+            return false;
+        m_start = m_end;
+        m_end = behindLine();
+        m_text = trimmed(withoutLineEnd(bytes()));
+        if (m_text.startsWith('[') && m_text.endsWith(']'))
+            m_group = m_text.sliced(1).chopped(1);
+        return true;
+    }
+
+    QByteArrayView bytes() const { return m_contents.sliced(m_start, m_end - m_start); }
+    qsizetype start() const { return m_start; }
+    /// Behind the line end, which the last line may lack.
+    qsizetype end() const { return m_end; }
+    bool isEmpty() const { return withoutLineEnd(bytes()).isEmpty(); }
+    /// That is in force, on its own line already.
+    QByteArrayView group() const { return m_group; }
+    /// Without the line end and blanks around it.
+    QByteArrayView text() const { return m_text; }
+    /// Empty where the line is no entry.
+    QByteArrayView key() const
+    {
+        const bool isEntry = !m_text.isEmpty() && !m_text.startsWith('[');
+        return isEntry ? trimmed(m_text.first(std::max<qsizetype>(0, m_text.indexOf('='))))
+                       : QByteArrayView();
+    }
+
+private:
+    qsizetype behindLine() const
+    {
+        // Millions of empty lines are not looked at with a call for each.
+        const qsizetype end = m_contents[m_start] == '\n' ? m_start : m_contents.indexOf('\n', m_start);
+        return end < 0 ? m_contents.size() : end + 1;
+    }
+
+    const QByteArrayView m_contents;
+    QByteArrayView m_group;
+    QByteArrayView m_text;
+    qsizetype m_start = 0;
+    qsizetype m_end = 0;
+};
+
+/// A part of the text.
+struct Span {
+    qsizetype start = 0;
+    qsizetype length = 0;
+};
+
+/// Which of some keys a name is; quick about lines of others.
+class KeyIndexes {
+public:
+    /// The keys must live as long.
+    explicit KeyIndexes(const QByteArrayList &keys)
+    {
+        for (const QByteArray &key : keys)
+            m_buckets[uchar(key.front())].emplace_back(toView(key), m_size++);
+        for (Bucket &bucket : m_buckets)
+            std::sort(bucket.begin(), bucket.end());
+    }
+    std::optional<std::size_t> ofLine(const Lines &line) const
+    {
+        const bool mayBeKnown = !line.text().isEmpty() && !m_buckets[uchar(line.text().front())].empty();
+        const QByteArrayView name = mayBeKnown ? line.key() : QByteArrayView();
+        if (name.isEmpty())
+            return std::nullopt;
+        const Bucket &bucket = m_buckets[uchar(name.front())];
+        const auto found =
+            std::lower_bound(bucket.begin(), bucket.end(), std::pair(toView(name), std::size_t(0)));
+        const bool isKnown = found != bucket.end() && found->first == toView(name);
+        return isKnown ? std::optional(found->second) : std::nullopt;
+    }
+
+private:
+    using Bucket = std::vector<std::pair<std::string_view, std::size_t>>;
+
+    static std::string_view toView(QByteArrayView name) { return { name.data(), std::size_t(name.size()) }; }
+
+    std::array<Bucket, 256> m_buckets; ///< by the first byte
+    std::size_t m_size = 0;
+};
+
+/// Where the entries of a group stand.
+struct Places {
+    std::vector<std::optional<Span>> values; ///< of each key's last line, all that is behind the "="
+    std::optional<qsizetype> end; ///< of the group's last line that is not empty; none for a missing group
+};
+
+Places placesOf(const QByteArray &contents, const QByteArray &group, const QByteArrayList &keys)
 {
-    const QByteArrayView text = withoutLineEnd(line);
-    return decodeValue(text.sliced(valueStart(text)));
+    const KeyIndexes indexes(keys);
+    Places places{ std::vector<std::optional<Span>>(std::size_t(keys.size())), {} };
+    bool wasInside = false;
+    for (Lines lines(contents); lines.next();) {
+        const bool isInside = lines.group() == group;
+        if (isInside && !(wasInside && lines.isEmpty()))
+            places.end = lines.end();
+        wasInside = isInside;
+        const auto index = isInside ? indexes.ofLine(lines) : std::nullopt;
+        if (!index)
+            continue;
+        const qsizetype start = lines.bytes().indexOf('=') + 1;
+        places.values[*index] = Span{ lines.start() + start, withoutLineEnd(lines.bytes()).size() - start };
+    }
+    return places;
+}
+
+/// Of what is behind the "=": one blank there is not the value's.
+QString valueOf(QByteArrayView text)
+{
+    return decodeValue(text.startsWith(' ') ? text.sliced(1) : text);
+}
+
+QByteArray lineEndOf(const QByteArray &contents)
+{
+    Lines lines(contents);
+    return lines.next() && lines.bytes().endsWith("\r\n") ? "\r\n" : "\n";
+}
+
+/// What stands in the place of a part of the text.
+struct Change {
+    Span span;
+    QByteArray text;
+};
+
+/// The changes in the order of their places.
+QByteArray changed(QByteArrayView contents, const std::vector<Change> &changes)
+{
+    QByteArray out;
+    out.reserve(std::accumulate(changes.begin(), changes.end(), contents.size(),
+        [](qsizetype size, const Change &change) { return size + change.text.size(); }));
+    qsizetype taken = 0;
+    for (const Change &change : changes) {
+        out += contents.sliced(taken, change.span.start - taken);
+        out += change.text;
+        taken = change.span.start + change.span.length;
+    }
+    return out.append(contents.sliced(taken));
+}
+
+/// New lines for a group, which is made where it is missing: at the start the one without a name, others at
+/// the end.
+Change insertion(
+    const QByteArray &contents, const QByteArray &group, std::optional<qsizetype> groupEnd, QByteArray lines)
+{
+    const qsizetype first = textStart(contents);
+    const qsizetype at = groupEnd.value_or(group.isEmpty() ? first : contents.size());
+    const bool hasLinesBefore = at > first;
+    const QByteArray lineEnd = lineEndOf(contents);
+    if (!groupEnd && !group.isEmpty())
+        lines.prepend((hasLinesBefore ? lineEnd : QByteArray()) + '[' + group + ']' + lineEnd);
+    if (hasLinesBefore && contents[at - 1] != '\n')
+        lines.prepend(lineEnd);
+    return { { at, 0 }, lines };
 }
 
 [[maybe_unused]] bool isKey(const QString &key)
@@ -97,99 +258,71 @@ QString valueOf(QByteArrayView line)
         && !key.contains(u'\n') && !key.contains(u'\r');
 }
 
-} // namespace
-
-KeyFile::KeyFile(const QByteArray &contents)
-    : m_hasByteOrderMark(contents.startsWith(byteOrderMark))
+QByteArrayList namesOf(const QStringList &keys)
 {
-    QByteArray group;
-    qsizetype start = m_hasByteOrderMark ? byteOrderMark.size() : 0;
-    while (start < contents.size()) {
-        const qsizetype end = contents.indexOf('\n', start);
-        const qsizetype next = end < 0 ? contents.size() : end + 1;
-        const QByteArray bytes = contents.sliced(start, next - start);
-        const QByteArrayView text = trimmed(withoutLineEnd(bytes));
-        QByteArray key;
-        if (text.startsWith('[')) {
-            if (text.endsWith(']'))
-                group = text.sliced(1).chopped(1).toByteArray();
-        } else if (const qsizetype equals = text.indexOf('='); equals > 0) {
-            key = trimmed(text.first(equals)).toByteArray();
-        }
-        m_lines.push_back({ bytes, group, key });
-        start = next;
-    }
-    if (!m_lines.empty() && m_lines.front().bytes.endsWith("\r\n"))
-        m_lineEnd = "\r\n";
+    Q_ASSERT(std::all_of(keys.begin(), keys.end(), isKey));
+    QByteArrayList names;
+    for (const QString &key : keys)
+        names << key.toUtf8();
+    return names;
 }
 
-QByteArray KeyFile::contents() const
+} // namespace
+
+KeyFile::KeyFile(QByteArray contents)
+    : m_contents(std::move(contents))
 {
-    QByteArray out;
-    if (m_hasByteOrderMark)
-        out += byteOrderMark;
-    for (const Line &line : m_lines)
-        out += line.bytes;
-    return out;
+}
+
+QHash<QString, QString> KeyFile::values(const QString &group, const QStringList &keys) const
+{
+    const Places places = placesOf(m_contents, group.toUtf8(), namesOf(keys));
+    QHash<QString, QString> values;
+    for (qsizetype i = 0; i < keys.size(); ++i) {
+        if (const auto &span = places.values[std::size_t(i)])
+            values.insert(keys[i], valueOf(QByteArrayView(m_contents).sliced(span->start, span->length)));
+    }
+    return values;
 }
 
 std::optional<QString> KeyFile::value(const QString &group, const QString &key) const
 {
-    Q_ASSERT(isKey(key));
-    const auto at = find(group.toUtf8(), key.toUtf8());
-    return at ? std::optional(valueOf(m_lines[*at].bytes)) : std::nullopt;
+    const QHash<QString, QString> found = values(group, { key });
+    return found.isEmpty() ? std::nullopt : std::optional(found[key]);
+}
+
+bool KeyFile::setValues(const QString &group, const QList<Entry> &entries)
+{
+    Q_ASSERT(!group.contains(u'\n') && !group.contains(u'\r'));
+    if (entries.isEmpty())
+        return false;
+    QStringList keys;
+    for (const Entry &entry : entries)
+        keys << entry.first;
+    const QByteArrayList names = namesOf(keys);
+    const QByteArray lineEnd = lineEndOf(m_contents);
+    const Places places = placesOf(m_contents, group.toUtf8(), names);
+    std::vector<Change> changes;
+    QByteArray added;
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        const QString &value = entries[i].second;
+        const auto &span = places.values[std::size_t(i)];
+        if (!span)
+            added += names[i] + " = " + encodeValue(value) + lineEnd;
+        else if (valueOf(QByteArrayView(m_contents).sliced(span->start, span->length)) != value)
+            changes.push_back({ *span, ' ' + encodeValue(value) });
+    }
+    std::sort(changes.begin(), changes.end(),
+        [](const Change &a, const Change &b) { return a.span.start < b.span.start; });
+    // Behind all entries of the group.
+    if (!added.isEmpty())
+        changes.push_back(insertion(m_contents, group.toUtf8(), places.end, added));
+    if (!changes.empty())
+        m_contents = changed(m_contents, changes);
+    return !changes.empty();
 }
 
 bool KeyFile::setValue(const QString &group, const QString &key, const QString &value)
 {
-    Q_ASSERT(isKey(key) && !group.contains(u'\n') && !group.contains(u'\r'));
-    const QByteArray groupName = group.toUtf8();
-    const QByteArray keyName = key.toUtf8();
-    const auto at = find(groupName, keyName);
-    if (!at) {
-        const std::size_t end = insertionPoint(groupName);
-        insert(end, { keyName + " = " + encodeValue(value), groupName, keyName });
-        return true;
-    }
-    QByteArray &bytes = m_lines[*at].bytes;
-    if (valueOf(bytes) == value)
-        return false;
-    const qsizetype start = bytes.indexOf('=') + 1;
-    bytes.replace(start, withoutLineEnd(bytes).size() - start, ' ' + encodeValue(value));
-    return true;
-}
-
-std::optional<std::size_t> KeyFile::find(const QByteArray &group, const QByteArray &key) const
-{
-    const auto line = std::find_if(m_lines.rbegin(), m_lines.rend(),
-        [&](const Line &candidate) { return candidate.key == key && candidate.group == group; });
-    return line == m_lines.rend() ? std::nullopt
-                                  : std::optional(static_cast<std::size_t>(m_lines.rend() - line - 1));
-}
-
-// Behind the last line of the group that is not empty; a group that is missing is made at the end.
-std::size_t KeyFile::insertionPoint(const QByteArray &group)
-{
-    const auto isOfGroup = [&group](const Line &line) { return line.group == group; };
-    auto last = std::find_if(m_lines.rbegin(), m_lines.rend(), isOfGroup);
-    if (last != m_lines.rend()) {
-        while (withoutLineEnd(last->bytes).isEmpty() && std::next(last) != m_lines.rend()
-            && isOfGroup(*std::next(last)))
-            ++last;
-        return static_cast<std::size_t>(m_lines.rend() - last);
-    }
-    if (group.isEmpty())
-        return 0;
-    if (!m_lines.empty())
-        insert(m_lines.size(), { {}, m_lines.back().group, {} });
-    insert(m_lines.size(), { '[' + group + ']', group, {} });
-    return m_lines.size();
-}
-
-void KeyFile::insert(std::size_t at, Line line)
-{
-    if (at > 0 && !m_lines[at - 1].bytes.endsWith('\n'))
-        m_lines[at - 1].bytes += m_lineEnd;
-    line.bytes += m_lineEnd;
-    m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
+    return setValues(group, { { key, value } });
 }

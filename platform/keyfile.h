@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
-#include <vector>
+#include <utility>
 
 /// Text of a key file: `[group]` lines and `Key = value` lines in UTF-8.
 ///
@@ -18,33 +21,27 @@
 /// ends too. Where a key stands twice in a group the last one counts. Keys before the first group line belong
 /// to the group "". A line without "=" and without a whole group name is skipped.
 ///
-/// Cost: finding and setting a value are linear in the lines.
+/// Names have no line end; a key has no "=", no blank around it and does not begin with "[".
+///
+/// Cost: each call is one pass over the text, however many keys it is about. Memory: the text alone.
 class KeyFile {
 public:
+    using Entry = std::pair<QString, QString>; ///< key and value
+
     KeyFile() = default;
-    explicit KeyFile(const QByteArray &contents);
+    explicit KeyFile(QByteArray contents);
 
-    QByteArray contents() const;
+    const QByteArray &contents() const { return m_contents; }
 
+    /// The values of those of these keys that the group has.
+    QHash<QString, QString> values(const QString &group, const QStringList &keys) const;
     /// Nothing where the group has no such key.
     std::optional<QString> value(const QString &group, const QString &key) const;
-    /// False when this is the value already: nothing changes then. A new key comes behind the last one of its
-    /// group, a new group at the end. Names have no line end; a key has no "=", no blank around it and does
-    /// not begin with "[".
+    /// False when these are the values already: nothing changes then. New keys come behind the last one of
+    /// their group, in their order, a new group at the end. No key may be given twice.
+    bool setValues(const QString &group, const QList<Entry> &entries);
     bool setValue(const QString &group, const QString &key, const QString &value);
 
 private:
-    struct Line {
-        QByteArray bytes; ///< with its line end; the last line of a file may have none
-        QByteArray group;
-        QByteArray key; ///< empty where the line is no entry
-    };
-
-    std::optional<std::size_t> find(const QByteArray &group, const QByteArray &key) const;
-    std::size_t insertionPoint(const QByteArray &group);
-    void insert(std::size_t at, Line line);
-
-    std::vector<Line> m_lines;
-    QByteArray m_lineEnd = "\n";
-    bool m_hasByteOrderMark = false;
+    QByteArray m_contents;
 };
