@@ -36,7 +36,9 @@ bool frmMain::endSession(bool mayAsk)
         if ((*editor)->edited())
             m_unwanted << *editor;
     }
-    writeSettings();
+    // The session may go on.
+    if (writeSettings())
+        applySettings();
     return true;
 }
 

@@ -1,7 +1,10 @@
 #include "app/settings.h"
 
 #include "platform/config.h"
+#include "platform/recency.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -9,11 +12,14 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int smallestFontSize = 10;
+constexpr auto fileName = "marlopad"_L1;
+constexpr auto mainGroup = "main"_L1;
+constexpr auto recentGroup = "recent"_L1;
 
 bool vgaFlag = false;
 
 /// Calls `visit(key, field…)` for each key of group "main", in the file's order, with that field of each
-/// record.
+/// record, be there any.
 template <typename Visitor, typename... Records>
 void forEachMainSetting(const Visitor &visit, Records &...settings)
 {
@@ -54,60 +60,132 @@ void forEachRecentSetting(const Visitor &visit, Records &...recent)
     }
 }
 
-QString stored(const Config &config, const QString &key, const QString &preset)
+/// What a group of the file holds: the values of its keys, as text.
+using Values = QHash<QString, QString>;
+
+QString stored(const Values &values, const QString &key, const QString &preset)
 {
-    return config.readEntry(key, preset);
+    return values.value(key, preset);
 }
 
-int stored(const Config &config, const QString &key, int preset)
-{
-    return config.readNumEntry(key, preset);
-}
-
-qint64 stored(const Config &config, const QString &key, qint64 preset)
+template <typename Number> Number stored(const Values &values, const QString &key, Number preset)
 {
     bool isNumber = false;
-    const qint64 value = config.readEntry(key).toLongLong(&isNumber);
-    return isNumber ? value : preset;
+    const qint64 value = values.value(key).toLongLong(&isNumber);
+    return isNumber && std::in_range<Number>(value) ? Number(value) : preset;
+}
+
+QString textOf(const QString &text)
+{
+    return text;
+}
+
+QString textOf(qint64 number)
+{
+    return QString::number(number);
 }
 
 /// Reads each field, whose present value is the default.
-class Reader {
-public:
-    explicit Reader(const Config &config)
-        : m_config(config)
-    {
-    }
-    template <typename Field> void operator()(const QString &key, Field &field) const
-    {
-        field = stored(m_config, key, field);
-    }
+auto reader(const Values &values)
+{
+    return [&values](const QString &key, auto &field) { field = stored(values, key, field); };
+}
 
-private:
-    const Config &m_config;
-};
-
-/// Writes each field that the file does not give already: an entry that was read as the default because it is
+/// Collects the entries that the file does not give already: one that was read as the default because it is
 /// no number, or none that fits, stays as it is until the setting is changed.
-class Writer {
-public:
-    explicit Writer(Config &config)
-        : m_config(config)
-    {
-    }
-    template <typename Field>
-    void operator()(const QString &key, const Field &field, const Field &preset) const
-    {
-        if (!m_config.hasKey(key) || stored(m_config, key, preset) != field)
-            m_config.writeEntry(key, textOf(field));
-    }
+auto writer(const Values &values, QList<KeyFile::Entry> &entries)
+{
+    return [&](const QString &key, const auto &field, const auto &preset) {
+        if (!values.contains(key) || stored(values, key, preset) != field)
+            entries.append({ key, textOf(field) });
+    };
+}
 
-private:
-    static QString textOf(const QString &text) { return text; }
-    static QString textOf(qint64 number) { return QString::number(number); }
-
-    Config &m_config;
+/// The settings as they stand, or stood, in the file.
+struct Records {
+    AppSettings main;
+    RecentFiles recent;
 };
+
+/// As this process has last read or written them.
+Records &known()
+{
+    static Records records;
+    return records;
+}
+
+/// Both groups of the file.
+struct Groups {
+    Values main;
+    Values recent;
+};
+
+Groups valuesOf(Config &config)
+{
+    QStringList mainKeys, recentKeys;
+    forEachMainSetting([&](const QString &key) { mainKeys << key; });
+    forEachRecentSetting([&](const QString &key) { recentKeys << key; });
+    Groups groups;
+    config.setGroup(mainGroup);
+    groups.main = config.readEntries(mainKeys);
+    config.setGroup(recentGroup);
+    groups.recent = config.readEntries(recentKeys);
+    return groups;
+}
+
+/// The records of the file; what it does not have, or not as a number, is as in `preset`.
+Records recordsOf(const Groups &groups, const Records &preset)
+{
+    Records records = preset;
+    forEachMainSetting(reader(groups.main), records.main);
+    const int fontSize = records.main.FontSize;
+    if (fontSize < smallestFontSize && fontSize != preset.main.FontSize)
+        records.main.FontSize = AppSettings().FontSize;
+    forEachRecentSetting(reader(groups.recent), records.recent);
+    return records;
+}
+
+QList<RecentEntry> usedEntries(const RecentFiles &recent)
+{
+    QList<RecentEntry> used;
+    std::copy_if(recent.entries.begin(), recent.entries.end(), std::back_inserter(used),
+        [](const RecentEntry &entry) { return entry.isUsed(); });
+    return used;
+}
+
+bool isSameFile(const RecentEntry &a, const RecentEntry &b)
+{
+    return a.path == b.path && a.name == b.name;
+}
+
+/// True when there was something to take over.
+bool takeOverRecent(const RecentFiles &theirs)
+{
+    RecentFiles &mine = recentFiles();
+    if (theirs.entries == known().recent.entries)
+        return false;
+    const QList<RecentEntry> merged = mergedRecency(
+        usedEntries(known().recent), usedEntries(mine), usedEntries(theirs), recentEntryCount, isSameFile);
+    mine.entries = {};
+    std::copy(merged.begin(), merged.end(), mine.entries.begin());
+    return true;
+}
+
+/// Brings into the records what the file has now and this process has not changed.
+bool takeOver(const Records &theirs)
+{
+    bool isTakenOver = takeOverRecent(theirs.recent);
+    const auto take = [&](const QString &, auto &mine, const auto &last, const auto &now) {
+        if (mine != last || mine == now)
+            return;
+        mine = now;
+        isTakenOver = true;
+    };
+    forEachMainSetting(take, appSettings(), std::as_const(known().main), theirs.main);
+    take({}, recentFiles().RecentViewCnt, known().recent.RecentViewCnt, theirs.recent.RecentViewCnt);
+    known() = theirs;
+    return isTakenOver;
+}
 
 } // namespace
 
@@ -125,28 +203,28 @@ RecentFiles &recentFiles()
 
 void readSettings()
 {
-    const AppSettings defaults;
-    appSettings() = defaults;
-    recentFiles() = {};
-
-    Config config(u"marlopad"_s, Config::User);
-    config.setGroup(u"main"_s);
-    forEachMainSetting(Reader(config), appSettings());
-    if (appSettings().FontSize < smallestFontSize)
-        appSettings().FontSize = defaults.FontSize;
-    config.setGroup(u"recent"_s);
-    forEachRecentSetting(Reader(config), recentFiles());
+    Config config(fileName, Config::User);
+    known() = recordsOf(valuesOf(config), {});
+    appSettings() = known().main;
+    recentFiles() = known().recent;
 }
 
-void writeSettings()
+bool writeSettings()
 {
-    const AppSettings defaults;
-    const RecentFiles noRecentFiles;
-    Config config(u"marlopad"_s, Config::User);
-    config.setGroup(u"main"_s);
-    forEachMainSetting(Writer(config), std::as_const(appSettings()), defaults);
-    config.setGroup(u"recent"_s);
-    forEachRecentSetting(Writer(config), std::as_const(recentFiles()), noRecentFiles);
+    Config config(fileName, Config::User, Config::Change);
+    const Groups values = valuesOf(config);
+    const bool isTakenOver = takeOver(recordsOf(values, known()));
+    const Records defaults;
+    QList<KeyFile::Entry> main, recent;
+    forEachMainSetting(writer(values.main, main), std::as_const(appSettings()), defaults.main);
+    forEachRecentSetting(writer(values.recent, recent), std::as_const(recentFiles()), defaults.recent);
+    config.setGroup(mainGroup);
+    config.writeEntries(main);
+    config.setGroup(recentGroup);
+    config.writeEntries(recent);
+    if (config.write())
+        known() = { appSettings(), recentFiles() };
+    return isTakenOver;
 }
 
 bool isVga()

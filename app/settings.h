@@ -4,8 +4,9 @@
 
 #include <array>
 
-/// All settings of the program: one record for the process, read at start and written at the end. Field names
-/// are the keys of group "main"; numbers are stored as they are and checked where they are used.
+/// All settings of the program: one record for the process, read at start and written at the end, when what
+/// other processes have written in between is taken over. Field names are the keys of group "main"; numbers
+/// are stored as they are and checked where they are used.
 struct AppSettings {
     int Lang = 1; ///< 0 English, 1 Japanese, 2 French
     int ShowKAI = 1; ///< line-end marks
@@ -37,6 +38,8 @@ struct RecentEntry {
     qint64 cursorColumn = 0;
     qint64 scrollX = 0; ///< pixels
     qint64 scrollY = 0; ///< pixels
+
+    bool operator==(const RecentEntry &) const = default;
     bool isUsed() const { return !path.isEmpty() && !name.isEmpty(); }
 };
 
@@ -53,8 +56,11 @@ RecentFiles &recentFiles();
 
 /// Fills both records from the file "marlopad"; a missing file or key gives the default.
 void readSettings();
-/// Writes both records as they stand; a file that cannot be written is not reported.
-void writeSettings();
+/// Writes both records as they stand, after taking over what other processes have written to the file since
+/// this one last read or wrote it: settings that were not changed here, and the files they closed; entries
+/// that either side has cleared stay cleared. True when something was taken over. A file that cannot be
+/// written is not reported.
+bool writeSettings();
 
 /// The VGA flag: large sizes of all forms. Set once at start from QWS_DISPLAY.
 bool isVga();

@@ -59,9 +59,15 @@ void readFavorites(FavoriteTexts &paths, FavoriteTexts &names)
 {
     Config config(QStringLiteral("corvex"), Config::User);
     config.setGroup(QStringLiteral("favorites"));
+    const auto pathKey = [](int n) { return QStringLiteral("Item%1").arg(n); };
+    const auto nameKey = [](int n) { return QStringLiteral("Name%1").arg(n); };
+    QStringList keys;
+    for (int n = 0; n < favoriteCount; ++n)
+        keys << pathKey(n) << nameKey(n);
+    const QHash<QString, QString> values = config.readEntries(keys);
     for (int n = 0; n < favoriteCount; ++n) {
-        paths.at(size_t(n)) = config.readEntry(QStringLiteral("Item%1").arg(n));
-        names.at(size_t(n)) = config.readEntry(QStringLiteral("Name%1").arg(n));
+        paths.at(size_t(n)) = values.value(pathKey(n));
+        names.at(size_t(n)) = values.value(nameKey(n));
     }
 }
 

@@ -3,12 +3,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QSaveFile>
 #include <QStandardPaths>
 
 namespace {
 
 constexpr qint64 largestFile = qint64{ 16 } << 20;
+constexpr int lockTimeout = 2000; // ms
 
 QString userFile(const QString &name)
 {
@@ -25,16 +27,25 @@ void makeFolder(const QString &folder)
 
 } // namespace
 
-Config::Config(const QString &name, Domain)
+Config::Config(const QString &name, Domain, Access access)
     : m_fileName(userFile(name))
 {
     Q_ASSERT(!name.isEmpty() && !name.contains(u'/'));
+    if (access == Change)
+        lock();
     read();
 }
 
 Config::~Config()
 {
     write();
+}
+
+void Config::lock()
+{
+    makeFolder(QFileInfo(m_fileName).path());
+    m_lock = std::make_unique<QLockFile>(m_fileName + QLatin1String(".lock"));
+    m_lock->tryLock(lockTimeout);
 }
 
 void Config::read()
@@ -76,13 +87,23 @@ int Config::readNumEntry(const QString &key, int defaultValue) const
 
 void Config::writeEntry(const QString &key, const QString &value)
 {
-    if (m_keys.setValue(m_group, key, value))
-        m_changed = true;
+    writeEntries({ { key, value } });
 }
 
 void Config::writeEntry(const QString &key, int value)
 {
     writeEntry(key, QString::number(value));
+}
+
+QHash<QString, QString> Config::readEntries(const QStringList &keys) const
+{
+    return m_keys.values(m_group, keys);
+}
+
+void Config::writeEntries(const QList<KeyFile::Entry> &entries)
+{
+    if (m_keys.setValues(m_group, entries))
+        m_changed = true;
 }
 
 bool Config::write()
@@ -99,7 +120,7 @@ bool Config::write()
         return false;
     if (isNew)
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    const QByteArray contents = m_keys.contents();
+    const QByteArray &contents = m_keys.contents();
     m_changed = file.write(contents) != contents.size() || !file.commit();
     return !m_changed;
 }

@@ -256,12 +256,18 @@ void frmSearchDialog::updateHistory()
         writeHistory();
 }
 
-void frmSearchDialog::writeHistory() const
+void frmSearchDialog::writeHistory()
 {
-    Config config(historyFile);
+    Config config(historyFile, Config::User, Config::Change);
     config.setGroup(historyGroup);
+    searchHistory.takeOver(config, searchKey);
+    replaceHistory.takeOver(config, replaceKey);
     searchHistory.write(config, searchKey);
     replaceHistory.write(config, replaceKey);
+    if (!config.write())
+        return;
+    searchHistory.setWritten();
+    replaceHistory.setWritten();
 }
 
 void frmSearchDialog::slotBtnNext()

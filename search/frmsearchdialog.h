@@ -59,7 +59,7 @@ private:
     void fitButtonTexts();
     void act(void (frmSearchDialog::*signal)());
     void updateHistory();
-    void writeHistory() const;
+    void writeHistory();
 
     std::optional<QPoint> m_place; ///< of the window within its frame, when it was hidden
     QComboBox *m_find;

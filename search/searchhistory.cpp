@@ -1,8 +1,42 @@
 #include "search/searchhistory.h"
 
 #include "platform/config.h"
+#include "platform/recency.h"
 
 #include <algorithm>
+#include <functional>
+
+namespace {
+
+using Texts = std::array<QString, SearchHistory::size>;
+
+QStringList keysOf(const QString &key)
+{
+    QStringList keys;
+    for (std::size_t i = 0; i < SearchHistory::size; ++i)
+        keys << key + QString::number(i);
+    return keys;
+}
+
+/// What the file has; `preset` for a key that it has not.
+Texts textsOf(const Config &config, const QString &key, const Texts &preset)
+{
+    const QStringList keys = keysOf(key);
+    const QHash<QString, QString> values = config.readEntries(keys);
+    Texts texts;
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        texts[i] = values.value(keys[qsizetype(i)], preset[i]);
+    return texts;
+}
+
+QList<QString> filled(const Texts &texts)
+{
+    QList<QString> filled(texts.begin(), texts.end());
+    filled.removeAll(QString());
+    return filled;
+}
+
+} // namespace
 
 void SearchHistory::add(const QString &text)
 {
@@ -16,12 +50,27 @@ void SearchHistory::add(const QString &text)
 
 void SearchHistory::read(const Config &config, const QString &key)
 {
-    for (std::size_t i = 0; i < size; ++i)
-        m_texts[i] = config.readEntry(key + QString::number(i));
+    m_texts = textsOf(config, key, {});
+    m_known = m_texts;
+}
+
+void SearchHistory::takeOver(const Config &config, const QString &key)
+{
+    const Texts theirs = textsOf(config, key, m_known);
+    if (theirs == m_known)
+        return;
+    const QStringList merged = mergedRecency<QString>(
+        filled(m_known), filled(m_texts), filled(theirs), qsizetype(size), std::equal_to<>());
+    m_texts = {};
+    std::copy(merged.begin(), merged.end(), m_texts.begin());
+    m_known = theirs;
 }
 
 void SearchHistory::write(Config &config, const QString &key) const
 {
+    const QStringList keys = keysOf(key);
+    QList<KeyFile::Entry> entries;
     for (std::size_t i = 0; i < size; ++i)
-        config.writeEntry(key + QString::number(i), m_texts[i]);
+        entries.append({ keys[qsizetype(i)], m_texts[i] });
+    config.writeEntries(entries);
 }

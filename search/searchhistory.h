@@ -18,8 +18,15 @@ public:
 
     /// `key` is that of an entry without its index, in the config's present group.
     void read(const Config &config, const QString &key);
+    /// Before a write: takes over what other processes have added since this one last read or wrote.
+    void takeOver(const Config &config, const QString &key);
     void write(Config &config, const QString &key) const;
+    /// After the config was written to its file.
+    void setWritten() { m_known = m_texts; }
 
 private:
-    std::array<QString, size> m_texts;
+    using Texts = std::array<QString, size>;
+
+    Texts m_texts;
+    Texts m_known; ///< as the file was last read or written
 };

@@ -30,6 +30,7 @@ private slots:
     void asksFromTheLastTab();
     void failedSaveKeepsTheSession();
     void waitsForNoDialog();
+    void showsWhatOthersHaveWritten();
     void unwantedEditsAreGivenUp();
     void wantedEditsAreAskedAbout_data();
     void wantedEditsAreAskedAbout();
@@ -115,6 +116,26 @@ void SessionEndTest::waitsForNoDialog()
     window.currentEditor()->undo();
     QVERIFY(window.endSession(true));
     QVERIFY(dialog.isVisible());
+}
+
+/// The session may go on, and the record then has other programs' settings.
+void SessionEndTest::showsWhatOthersHaveWritten()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    QCOMPARE(window.recentMenu()->actions().first()->text(), u"(no item)"_s);
+    const int tabWidth = QMultiLineEdit::defaultTabStop();
+    QFile file(settingsFile());
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray content = file.readAll();
+    content.replace("TabLen = 4\n", "TabLen = 7\n").replace("Path0 = \n", "Path0 = /f/\n");
+    content.replace("Name0 = \n", "Name0 = theirs.txt\n");
+    QVERIFY(file.seek(0) && file.write(content) == content.size());
+    file.close();
+    QVERIFY(window.endSession(true));
+    QCOMPARE(tabWidth, 4);
+    QCOMPARE(QMultiLineEdit::defaultTabStop(), 7);
+    QCOMPARE(window.recentMenu()->actions().first()->text(), u"/f/theirs.txt"_s);
 }
 
 void SessionEndTest::unwantedEditsAreGivenUp()

@@ -2,8 +2,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +34,31 @@ QStringList linesOfFile()
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+QByteArray contentsOfFile()
+{
+    QFile file(settingsFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+}
+
+/// Fills the table: "a b" has the files "/a" and "/b".
+void setRecent(const QString &drawn)
+{
+    recentFiles().entries = {};
+    auto entry = recentFiles().entries.begin();
+    for (const QString &name : drawn.split(u' ', Qt::SkipEmptyParts))
+        *entry++ = { u"/"_s, name, 10, 20, 30, 40 };
+}
+
+QString drawnRecent()
+{
+    QStringList names;
+    for (const RecentEntry &entry : recentFiles().entries) {
+        if (entry.isUsed())
+            names << entry.name;
+    }
+    return names.join(u' ');
 }
 
 /// The keys of a group, in the file's order.
@@ -70,6 +101,16 @@ private slots:
     void defaultsWithoutGroupRecent();
     void forgetsWhatWasReadBefore();
     void unwritableFileIsSilent();
+
+    void takesOverWhatOthersChanged_data();
+    void takesOverWhatOthersChanged();
+    void keepsWhatTheFileLost();
+    void mergesRecentFiles_data();
+    void mergesRecentFiles();
+    void unchangedRecentFilesStayAsTheyAre();
+    void failedWriteLosesNothing();
+    void smallFontSizeStaysAsItWasSet();
+    void processesAtOnce();
     void vgaFlagIsKept();
 };
 
@@ -321,6 +362,154 @@ void SettingsTest::unwritableFileIsSilent()
     QVERIFY(QDir().rmdir(settingsFile()));
 }
 
+void SettingsTest::takesOverWhatOthersChanged_data()
+{
+    QTest::addColumn<QByteArray>("theirs");
+    QTest::addColumn<int>("mine");
+    QTest::addColumn<bool>("isTakenOver");
+    QTest::addColumn<int>("result");
+    QTest::newRow("nobody") << QByteArray("TabLen = 4\n") << 4 << false << 4;
+    QTest::newRow("they") << QByteArray("TabLen = 7\n") << 4 << true << 7;
+    QTest::newRow("we") << QByteArray("TabLen = 4\n") << 8 << false << 8;
+    QTest::newRow("both") << QByteArray("TabLen = 7\n") << 8 << false << 8;
+    QTest::newRow("both, the same") << QByteArray("TabLen = 8\n") << 8 << false << 8;
+    QTest::newRow("to no number") << QByteArray("TabLen = seven\n") << 4 << false << 4;
+    QTest::newRow("they took it out") << QByteArray() << 4 << false << 4;
+}
+
+/// What is in the file afterwards is in the record.
+void SettingsTest::takesOverWhatOthersChanged()
+{
+    QFETCH(QByteArray, theirs);
+    QFETCH(int, mine);
+    writeFile("[main]\nTabLen = 4\nFontName = ours\n[recent]\nRecentViewCnt = 3\n");
+    readSettings();
+    appSettings().TabLen = mine;
+    writeFile("[main]\nFontName = ours\n" + theirs + "[recent]\nRecentViewCnt = 3\n");
+    QTEST(writeSettings(), "isTakenOver");
+    QTEST(appSettings().TabLen, "result");
+    QCOMPARE(appSettings().FontName, u"ours"_s);
+
+    const AppSettings written = appSettings();
+    QVERIFY(!writeSettings());
+    readSettings();
+    QTEST(appSettings().TabLen, "result");
+    QCOMPARE(appSettings().FontName, written.FontName);
+    QCOMPARE(recentFiles().RecentViewCnt, 3);
+}
+
+void SettingsTest::keepsWhatTheFileLost()
+{
+    writeFile("[main]\nTabLen = 7\n[recent]\nRecentViewCnt = 3\nPath0 = /p/\nName0 = n\n");
+    readSettings();
+    QVERIFY(QFile::remove(settingsFile()));
+    QVERIFY(!writeSettings());
+    for (const auto *line : { "TabLen = 7", "RecentViewCnt = 3", "Path0 = /p/", "Name0 = n" })
+        QVERIFY2(linesOfFile().contains(QLatin1StringView(line)), line);
+}
+
+void SettingsTest::mergesRecentFiles_data()
+{
+    QTest::addColumn<QString>("mine");
+    QTest::addColumn<QString>("theirs");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("they closed a file") << u"a b"_s << u"d a b"_s << u"d a b"_s;
+    QTest::newRow("both closed files") << u"c a b"_s << u"e d a b"_s << u"c e d a b"_s;
+    QTest::newRow("they cleared the list") << u"a b"_s << u""_s << u""_s;
+    QTest::newRow("they cleared the list, we closed a file") << u"c a b"_s << u""_s << u"c"_s;
+    QTest::newRow("we cleared the list") << u""_s << u"a b"_s << u""_s;
+    QTest::newRow("we cleared the list, they closed a file") << u""_s << u"d a b"_s << u"d"_s;
+}
+
+void SettingsTest::mergesRecentFiles()
+{
+    QFETCH(QString, mine);
+    QFETCH(QString, theirs);
+    setRecent(u"a b"_s);
+    writeSettings();
+    setRecent(theirs);
+    writeSettings();
+    const QByteArray theirFile = contentsOfFile();
+    setRecent(u"a b"_s);
+    writeSettings();
+
+    setRecent(mine);
+    writeFile(theirFile);
+    writeSettings();
+    QTEST(drawnRecent(), "result");
+    readSettings();
+    QTEST(drawnRecent(), "result");
+    QCOMPARE(recentFiles().entries[0].isUsed() ? recentFiles().entries[0].cursorRow : 10, 10);
+}
+
+/// Gaps in the table, and the numbers of rows that were cleared.
+void SettingsTest::unchangedRecentFilesStayAsTheyAre()
+{
+    recentFiles().entries[0] = { QString(), QString(), 1, 2, 3, 4 };
+    recentFiles().entries[2] = { u"/p/"_s, u"n"_s, 5, 6, 7, 8 };
+    const auto entries = recentFiles().entries;
+    for (int round = 0; round < 2; ++round) {
+        writeSettings();
+        QVERIFY(recentFiles().entries == entries);
+        readSettings();
+        QVERIFY(recentFiles().entries == entries);
+    }
+}
+
+void SettingsTest::failedWriteLosesNothing()
+{
+    writeFile("[main]\nTabLen = 4\nWrapLen = 40\n");
+    readSettings();
+    appSettings().TabLen = 8;
+    QVERIFY(QFile::remove(settingsFile()) && QDir().mkpath(settingsFile()));
+    writeSettings();
+    QVERIFY(QDir().rmdir(settingsFile()));
+    writeFile("[main]\nTabLen = 4\nWrapLen = 50\n");
+    writeSettings();
+    QCOMPARE(appSettings().TabLen, 8);
+    QCOMPARE(appSettings().WrapLen, 50);
+    QVERIFY(linesOfFile().contains(u"TabLen = 8"_s));
+    QVERIFY(linesOfFile().contains(u"WrapLen = 50"_s));
+}
+
+void SettingsTest::smallFontSizeStaysAsItWasSet()
+{
+    readSettings();
+    appSettings().FontSize = 8;
+    for (int round = 0; round < 2; ++round) {
+        QVERIFY(!writeSettings());
+        QCOMPARE(appSettings().FontSize, 8);
+        QVERIFY(linesOfFile().contains(u"FontSize = 8"_s));
+    }
+    writeFile("[main]\nFontSize = 5\n");
+    writeSettings();
+    QCOMPARE(appSettings().FontSize, 18);
+}
+
+/// Each closes a file of its own and changes nothing else, without any order.
+void SettingsTest::processesAtOnce()
+{
+    constexpr int count = 6;
+    writeSettings();
+    std::vector<std::unique_ptr<QProcess>> processes;
+    for (int i = 0; i < count; ++i) {
+        auto process = std::make_unique<QProcess>();
+        process->start(QCoreApplication::applicationFilePath(), { u"close"_s, QString(QChar(u'a' + i)) });
+        QVERIFY(process->waitForReadyRead());
+        processes.push_back(std::move(process));
+    }
+    for (const auto &process : processes)
+        process->closeWriteChannel();
+    for (const auto &process : processes) {
+        QVERIFY(process->waitForFinished());
+        QCOMPARE(process->exitCode(), 0);
+    }
+    readSettings();
+    QString drawn = drawnRecent().remove(u' ');
+    std::sort(drawn.begin(), drawn.end());
+    QCOMPARE(drawn, u"abcdef"_s);
+}
+
 void SettingsTest::vgaFlagIsKept()
 {
     QVERIFY(!isVga());
@@ -330,5 +519,27 @@ void SettingsTest::vgaFlagIsKept()
     QVERIFY(!isVga());
 }
 
-QTEST_GUILESS_MAIN(SettingsTest)
+/// The role of another process: reads the settings, waits for its input to end, and closes a file.
+static int closeFile(const QString &name)
+{
+    readSettings();
+    std::puts("ready");
+    std::fflush(stdout);
+    while (std::getchar() != EOF) { }
+    auto &entries = recentFiles().entries;
+    std::rotate(entries.begin(), entries.end() - 1, entries.end());
+    entries.front() = { u"/"_s, name, 10, 0, 0, 0 };
+    writeSettings();
+    return 0;
+}
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    if (argc == 3 && QByteArrayView(argv[1]) == "close")
+        return closeFile(QString::fromLatin1(argv[2]));
+    SettingsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "settings_test.moc"

@@ -8,7 +8,9 @@
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QTest>
+#include <QThread>
 
+#include <atomic>
 #include <csignal>
 #include <map>
 #include <sys/resource.h>
@@ -354,6 +356,99 @@ private slots:
         QVERIFY(!config.write());
         QCOMPARE(QFileInfo(pathOf(testFile)).size(), enormous);
         QVERIFY(QFile::remove(pathOf(testFile)));
+    }
+
+    void manyShortLines_stay_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("empty") << QByteArray("\n");
+        QTest::newRow("empty, CR+LF") << QByteArray("\r\n");
+        QTest::newRow("blank") << QByteArray(" \n");
+        QTest::newRow("no entry") << QByteArray("a\n");
+        QTest::newRow("entry") << QByteArray("a=\n");
+        QTest::newRow("group") << QByteArray("[a]\n");
+    }
+
+    void manyShortLines_stay()
+    {
+        QFETCH(QByteArray, line);
+        constexpr qsizetype size = qsizetype{ 1 } << 20;
+        const QByteArray many = line.repeated(size / line.size());
+        putContents(testFile, "[g]\nk = old\n" + many + "[h]\nl = 1\n");
+        {
+            Config config(testFile);
+            config.setGroup(u"h"_s);
+            QCOMPARE(config.readNumEntry(u"l"_s), 1);
+            config.writeEntry(u"m"_s, 2);
+            config.setGroup(u"g"_s);
+            QCOMPARE(config.readEntry(u"k"_s), u"old"_s);
+            config.writeEntry(u"k"_s, u"new"_s);
+        }
+        QVERIFY(contentsOf(testFile) == "[g]\nk = new\n" + many + "[h]\nl = 1\nm = 2\n");
+    }
+
+    void random_entriesAtOnce_areAsOneByOne_data() { addSeeds(20); }
+
+    void random_entriesAtOnce_areAsOneByOne()
+    {
+        QFETCH(quint32, seed);
+        QRandomGenerator random(seed);
+        const auto below = [&](qsizetype bound) { return random.bounded(static_cast<int>(bound)); };
+        static const QByteArrayList pieces = { "[", "]", "=", "\n", "\r\n", "a", "bb", "[g]\n", "[h]\r\n",
+            "\na = ", "\nbb=", "\t", " ", "\n[]\n", "\xFF", "\xEF\xBB\xBF" };
+        static const QStringList keys = { u"a"_s, u"bb"_s, u"a b"_s, u"あ"_s };
+        for (int step = 0; step < 200; ++step) {
+            QByteArray contents = below(8) ? "" : "\xEF\xBB\xBF";
+            for (int i = below(16); i > 0; --i)
+                contents += pieces[below(pieces.size())];
+            const QString group = QStringList{ u""_s, u"g"_s, u"h"_s, u"new"_s }[below(4)];
+            KeyFile atOnce(contents), oneByOne(contents);
+            QList<KeyFile::Entry> entries;
+            QHash<QString, QString> values;
+            bool isChanged = false;
+            for (const QString &key : keys) {
+                if (const auto value = oneByOne.value(group, key))
+                    values[key] = *value;
+                if (below(2))
+                    entries.append({ key, QStringList{ u""_s, u" x"_s, u"\n"_s }[below(3)] });
+            }
+            QCOMPARE(atOnce.values(group, keys), values);
+            for (const auto &[key, value] : entries)
+                isChanged |= oneByOne.setValue(group, key, value);
+            QCOMPARE(atOnce.setValues(group, entries), isChanged);
+            QCOMPARE(atOnce.contents(), oneByOne.contents());
+        }
+    }
+
+    void change_leavesNoLock()
+    {
+        {
+            Config config(testFile, Config::User, Config::Change);
+            config.writeEntry(u"k"_s, u"v"_s);
+            QVERIFY(config.write());
+        }
+        QCOMPARE(contentsOf(testFile), QByteArray("k = v\n"));
+        QCOMPARE(modeOf(folder()), 0700U);
+        QCOMPARE(QDir(folder()).entryList(QDir::Files | QDir::Hidden), QStringList{ u"test.conf"_s });
+    }
+
+    void change_waitsForTheOther()
+    {
+        auto mine = std::make_unique<Config>(testFile, Config::User, Config::Change);
+        std::atomic<bool> isOpen = false;
+        const std::unique_ptr<QThread> other(QThread::create([&] {
+            Config theirs(testFile, Config::User, Config::Change);
+            isOpen = true;
+            theirs.writeEntry(u"theirs"_s, theirs.readEntry(u"mine"_s));
+        }));
+        other->start();
+        mine->writeEntry(u"mine"_s, u"1"_s);
+        QVERIFY(mine->write());
+        const bool wasOpen = isOpen;
+        mine.reset();
+        QVERIFY(other->wait());
+        QVERIFY(!wasOpen);
+        QCOMPARE(contentsOf(testFile), QByteArray("mine = 1\ntheirs = 1\n"));
     }
 
     void fullDisk_keepsTheFile_data()

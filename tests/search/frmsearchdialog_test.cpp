@@ -61,6 +61,7 @@ private slots:
     void closeHidesAndKeeps();
     void historyFileIsWrittenAtTheEnd();
     void historyFileIsWrittenWhenItChanges();
+    void historiesOfTwoProcessesAreMerged();
 };
 
 void FrmSearchDialogTest::init()
@@ -444,6 +445,27 @@ void FrmSearchDialogTest::historyFileIsWrittenWhenItChanges()
     panel.slotBtnBefo();
     QVERIFY(historyFileContents().contains("Search0 = other\n"));
     QVERIFY(historyFileContents().contains("Search1 = find\n"));
+}
+
+/// Panels stand for processes: each has read the file once.
+void FrmSearchDialogTest::historiesOfTwoProcessesAreMerged()
+{
+    writeHistoryFile("[history]\nSearch0 = old\n");
+    frmSearchDialog one(nullptr), other(nullptr);
+    showIn(one, 1, u"from one"_s);
+    replaceField(one)->setEditText(u"replaced"_s);
+    one.slotBtnNext();
+    showIn(other, 0, u"from the other"_s);
+    other.slotBtnNext();
+    const QByteArray both = "Search0 = from the other\nSearch1 = from one\nSearch2 = old\nSearch3 = \n";
+    QVERIFY2(historyFileContents().contains(both), historyFileContents().constData());
+    QVERIFY(historyFileContents().contains("Replace0 = replaced\n"));
+    QCOMPARE(other.searchHistory.texts()[1], u"from one"_s);
+    QCOMPARE(other.replaceHistory.texts()[0], u"replaced"_s);
+    findField(one)->setEditText(u"old"_s);
+    one.slotBtnNext();
+    QVERIFY(historyFileContents().contains(
+        "Search0 = old\nSearch1 = from the other\nSearch2 = from one\nSearch3 = \n"));
 }
 
 int main(int argc, char **argv)
