@@ -2,6 +2,7 @@
 
 #include "app/documentarea.h"
 #include "app/keymap.h"
+#include "app/screenclass.h"
 #include "app/settings.h"
 #include "app/translation.h"
 #include "editor/ctlediter.h"
@@ -41,7 +42,7 @@ frmMain::frmMain(QWidget *parent)
     : QMainWindow(parent)
 {
     setObjectName(u"frmMain"_s);
-    setVga(qEnvironmentVariable("QWS_DISPLAY").contains(u"Vga"));
+    setVga(isVgaDisplay());
     setApplicationFont();
     // Now, while there are no parts of the window that would have to measure their texts twice.
     QCoreApplication::sendPostedEvents(this, QEvent::ApplicationFontChange);

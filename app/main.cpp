@@ -1,9 +1,10 @@
 #include "app/frmmain.h"
 #include "app/qpeapplicationesc.h"
+#include "app/screenclass.h"
 
 int main(int argc, char *argv[])
 {
-    QPEApplication::prepareScale();
+    QPEApplication::prepareScale(largestDialog());
     QPEApplication::prepareEventLoop();
     QPEApplicationEsc application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("marlopad"));

@@ -8,6 +8,7 @@
 #include "platform/messagebox.h"
 #include "platform/picture.h"
 #include "platform/resource.h"
+#include "platform/scrolledform.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -80,6 +81,7 @@ frmFileDialog::frmFileDialog(QWidget *parent, Mode mode, const QString &folder, 
     createList();
     createFileTypes();
     layOut();
+    scrollWhereTooLarge(this);
     m_list->setFocus();
     QTimer::singleShot(startDelay, this, &frmFileDialog::initTimer);
 }

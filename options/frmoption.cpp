@@ -3,6 +3,7 @@
 #include "options/choicecombo.h"
 #include "options/decimalnumber.h"
 #include "platform/messagebox.h"
+#include "platform/scrolledform.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -53,6 +54,7 @@ frmOption::frmOption(QWidget *parent)
     layout->setSpacing(sizes.spacing);
     layout->addWidget(m_pages, 1);
     layout->addWidget(createButtonRow());
+    scrollWhereTooLarge(this);
 }
 
 QWidget *frmOption::createButtonRow()

@@ -1,9 +1,13 @@
 #include "platform/messagebox.h"
 
+#include <QDialogButtonBox>
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QTextBoundaryFinder>
 
@@ -45,6 +49,16 @@ QString breakable(const QString &line, const QFontMetrics &metrics, int room)
     return result;
 }
 
+QLabel *textOf(const QMessageBox &box)
+{
+    return box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+}
+
+QSize sizeOfText(const QLabel &label, int width)
+{
+    return label.fontMetrics().boundingRect(QRect(0, 0, width, 0), Qt::TextWordWrap, label.text()).size();
+}
+
 void setTexts(QMessageBox &box, const QString &title, const QString &text)
 {
     box.setTextFormat(Qt::PlainText);
@@ -55,16 +69,46 @@ void setTexts(QMessageBox &box, const QString &title, const QString &text)
         line = breakable(line, box.fontMetrics(), room);
     box.setText(lines.join(u'\n'));
     // By itself a box breaks its text as if half the screen were enough: on a small one, behind every word.
-    auto *const label = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
-    if (label)
-        label->setMinimumWidth(
-            label->fontMetrics().boundingRect(QRect(0, 0, room, 0), Qt::TextWordWrap, label->text()).width());
+    if (QLabel *const label = textOf(box))
+        label->setMinimumWidth(sizeOfText(*label, room).width());
+}
+
+/// Puts the text, which is `textHeight` high, into a view of a height.
+void scrollText(QMessageBox &box, QLabel *label, int textHeight, int height)
+{
+    label->setMinimumHeight(textHeight);
+    auto *const area = new QScrollArea(&box);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setFixedSize(label->minimumWidth() + area->verticalScrollBar()->sizeHint().width(), height);
+    delete box.layout()->replaceWidget(label, area);
+    area->setWidget(label);
+}
+
+/// Three buttons beside one another may be wider than a small screen, and a long text higher.
+void fitToScreen(QMessageBox &box)
+{
+    auto *const buttons = box.findChild<QDialogButtonBox *>();
+    auto *const label = textOf(box);
+    if (!buttons || !label)
+        return;
+    const QMargins margins = box.layout()->contentsMargins();
+    const int title = box.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &box);
+    const QSize room = box.screen()->availableSize().shrunkBy(margins) - QSize(0, title);
+    if (buttons->sizeHint().width() > room.width())
+        buttons->setOrientation(Qt::Vertical);
+    const int spacing = box.style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing, nullptr, &box);
+    const int height = room.height() - buttons->sizeHint().height() - 2 * spacing;
+    const int textHeight = sizeOfText(*label, label->minimumWidth()).height();
+    if (textHeight > height)
+        scrollText(box, label, textHeight, height);
 }
 
 /// Shows a box that only tells something. Its button looks like those of a question, which have no picture.
 void showWithOk(QMessageBox &box)
 {
     box.addButton(QMessageBox::Ok)->setIcon(QIcon());
+    fitToScreen(box);
     box.exec();
 }
 
@@ -110,6 +154,7 @@ int MessageBox::question(QWidget *parent, const QString &title, const QString &t
     box.setDefaultButton(pushButtons.at(defaultButton));
     if (escapeButton != noEscape)
         box.setEscapeButton(pushButtons.at(escapeButton));
+    fitToScreen(box);
     box.exec();
     const auto pressed = static_cast<int>(pushButtons.indexOf(box.clickedButton()));
     return pressed < 0 ? escapeButton : pressed;

@@ -16,14 +16,14 @@
 #include <iterator>
 #include <utility>
 
-void QPEApplication::prepareScale()
+void QPEApplication::prepareScale(const QSize &largestDialog)
 {
     const char *const scaleVariables[] = { "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS",
         "QT_ENABLE_HIGHDPI_SCALING" };
     const bool isScaleGiven = std::any_of(std::begin(scaleVariables), std::end(scaleVariables),
         [](const char *v) { return qEnvironmentVariableIsSet(v); });
     if (!isScaleGiven)
-        qputenv("QT_SCALE_FACTOR", QByteArray::number(platformPixelScale(), 'f', 6));
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(platformPixelScale(largestDialog), 'f', 6));
     if (!qEnvironmentVariableIsSet("QT_FONT_DPI"))
         qputenv("QT_FONT_DPI", "72");
 }

@@ -4,6 +4,7 @@
 
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -11,24 +12,36 @@ namespace {
 
 constexpr double pointsPerInch = 72;
 constexpr double usualDensity = 96;
+constexpr int titleBar = 24; ///< of a usual window manager, in device pixels
+
+struct Screen {
+    double density = usualDensity;
+    QSize size; ///< in device pixels
+};
+
+QByteArray resourcesOf(xcb_connection_t *server, xcb_window_t root)
+{
+    constexpr uint32_t most = 256 * 1024; // in units of four bytes
+    const auto cookie =
+        xcb_get_property(server, 0, root, XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, most);
+    const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+        xcb_get_property_reply(server, cookie, nullptr), std::free);
+    if (!reply)
+        return {};
+    return { static_cast<const char *>(xcb_get_property_value(reply.get())),
+        xcb_get_property_value_length(reply.get()) };
+}
 
 // The resource database is the first screen's, as all X toolkits take it.
-QByteArray readResources()
+Screen xScreen()
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server(
         xcb_connect(nullptr, nullptr), xcb_disconnect);
     if (xcb_connection_has_error(server.get()))
         return {};
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server.get())).data->root;
-    constexpr uint32_t most = 256 * 1024; // in units of four bytes
-    const auto cookie =
-        xcb_get_property(server.get(), 0, root, XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, most);
-    const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-        xcb_get_property_reply(server.get(), cookie, nullptr), std::free);
-    if (!reply)
-        return {};
-    return { static_cast<const char *>(xcb_get_property_value(reply.get())),
-        xcb_get_property_value_length(reply.get()) };
+    const xcb_screen_t &first = *xcb_setup_roots_iterator(xcb_get_setup(server.get())).data;
+    return { densityFromResources(resourcesOf(server.get(), first.root)).value_or(usualDensity),
+        { first.width_in_pixels, first.height_in_pixels } };
 }
 
 // The toolkit's own choice: what is asked for, else Wayland in a Wayland session except GNOME's, else X.
@@ -58,13 +71,20 @@ std::optional<double> densityFromResources(const QByteArray &resources)
     return std::nullopt;
 }
 
-double platformPixelScale()
+double scaleThatFits(double scale, const QSize &screen, const QSize &window)
+{
+    if (screen.isEmpty() || window.isEmpty())
+        return scale;
+    return std::min({ scale, double(screen.width()) / window.width(),
+        double(qMax(1, screen.height() - titleBar)) / window.height() });
+}
+
+double platformPixelScale(const QSize &largestWindow)
 {
     const QByteArray platform = platformName();
     if (platform.startsWith("offscreen") || platform.startsWith("minimal"))
         return 1;
     // Wayland multiplies by the screen's own scale; the frame buffer has nobody to ask.
-    const double density =
-        platform == "xcb" ? densityFromResources(readResources()).value_or(usualDensity) : usualDensity;
-    return density / pointsPerInch;
+    const Screen screen = platform == "xcb" ? xScreen() : Screen();
+    return scaleThatFits(screen.density / pointsPerInch, screen.size, largestWindow);
 }

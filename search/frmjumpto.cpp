@@ -2,6 +2,7 @@
 
 #include "app/settings.h"
 #include "platform/messagebox.h"
+#include "platform/scrolledform.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -71,6 +72,7 @@ frmJumpTo::frmJumpTo(QWidget *parent)
     rows->addLayout(rowOf({ label, m_line }));
     rows->addLayout(rowOf({ jump, cancel }));
     m_line->setFocus();
+    scrollWhereTooLarge(this);
 }
 
 std::optional<qint64> frmJumpTo::numberOf(const QString &text)

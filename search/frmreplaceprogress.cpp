@@ -1,6 +1,7 @@
 #include "search/frmreplaceprogress.h"
 
 #include "app/settings.h"
+#include "platform/scrolledform.h"
 
 #include <QGridLayout>
 #include <QHideEvent>
@@ -46,6 +47,7 @@ frmReplaceProgress::frmReplaceProgress(QWidget *parent)
     grid->addWidget(m_count, 0, 0, 1, 2, Qt::AlignHCenter);
     grid->addWidget(m_speedUp, 1, 0);
     grid->addWidget(stop, 1, 1);
+    scrollWhereTooLarge(this);
     move(place);
     adjustSize();
     show();

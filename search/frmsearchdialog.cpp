@@ -6,6 +6,7 @@
 #include "platform/picture.h"
 #include "platform/qpeapplication.h"
 #include "platform/resource.h"
+#include "platform/scrolledform.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -90,6 +91,7 @@ frmSearchDialog::frmSearchDialog(QWidget *parent)
     const QString arrow = u"corvex/replace_to"_s;
     m_arrow->setPixmap(Resource::loadPixmap(arrow));
     layOut();
+    scrollWhereTooLarge(this);
     for (QAbstractButton *button : findChildren<QAbstractButton *>())
         button->installEventFilter(this);
     move(firstPlace);

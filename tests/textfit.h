@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QTabBar>
@@ -52,10 +53,17 @@ private:
         if (size.width() > room)
             m_faults << QStringLiteral("%1: %2 of %3").arg(text).arg(room).arg(size.width());
     }
-    /// Reports a control that its window or a parent cuts off.
+    /// Whether scrolling shows all of a widget's children.
+    static bool isScrolled(const QWidget *widget)
+    {
+        const auto *const area = qobject_cast<const QScrollArea *>(
+            widget->parentWidget() ? widget->parentWidget()->parentWidget() : nullptr);
+        return area && area->widget() == widget;
+    }
+    /// Reports a control that its window or a parent cuts off and does not scroll to.
     void isWhole(const QWidget *widget, const QString &text)
     {
-        for (const QWidget *around = widget; !around->isWindow();) {
+        for (const QWidget *around = widget; !around->isWindow() && !isScrolled(around);) {
             around = around->parentWidget();
             if (!around->rect().contains(QRect(widget->mapTo(around, QPoint()), widget->size()))) {
                 m_faults << text + QStringLiteral(": cut off");
@@ -98,7 +106,7 @@ private:
                               .width();
         const int height = label->heightForWidth(label->width());
         if (width > room.width() || height > label->height())
-            m_faults << QStringLiteral("%1: %2 x %3 of %4 x %5")
+            m_faults << QStringLiteral("%2 x %3 of %4 x %5: %1")
                             .arg(label->text())
                             .arg(room.width())
                             .arg(label->height())

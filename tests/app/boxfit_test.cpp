@@ -1,3 +1,4 @@
+#include "app/screenclass.h"
 #include "app/translation.h"
 #include "editor/textfile.h"
 #include "platform/filecalls.h"
@@ -42,6 +43,25 @@ bool isJapanese(const QString &text)
     return kana.match(text).hasMatch() || text.startsWith(u"Marlo!Pad QT Ver");
 }
 
+bool isWithin(const QSize &size, const QSize &room)
+{
+    return size.boundedTo(room) == size;
+}
+
+QString textOf(const QRect &place)
+{
+    return u"%1 x %2 at %3, %4"_s.arg(place.width()).arg(place.height()).arg(place.x()).arg(place.y());
+}
+
+/// With MARLOPAD_PICTURES a folder: a picture of the window.
+void savePicture(QWidget &window, const QString &name)
+{
+    const QString folder = qEnvironmentVariable("MARLOPAD_PICTURES");
+    const QString file = window.screen()->name() + u'-' + QString(name).replace(u' ', u'_').remove(u',');
+    if (!folder.isEmpty())
+        window.grab().save(folder + u'/' + file + u".png"_s);
+}
+
 /// Looks at every message box that appears while it lives, and closes it.
 class BoxInspector : public QObject {
 public:
@@ -70,16 +90,8 @@ private:
         const QSize room = box.screen()->size();
         if (box.width() > room.width() || box.height() > room.height())
             faults << u"%1: %2 x %3"_s.arg(name).arg(box.width()).arg(box.height());
-        savePicture(box);
+        savePicture(box, QLatin1StringView(QTest::currentDataTag()) + u"-box "_s + name);
         box.buttons().constLast()->click();
-    }
-    /// With MARLOPAD_PICTURES a folder: a picture of the box.
-    void savePicture(QMessageBox &box) const
-    {
-        const QString folder = qEnvironmentVariable("MARLOPAD_PICTURES");
-        const QString row = box.screen()->name() + u'-' + QLatin1StringView(QTest::currentDataTag());
-        if (!folder.isEmpty())
-            box.grab().save(folder + u"/%1-box_%2.png"_s.arg(row, QString(name).replace(u' ', u'_')));
     }
 };
 
@@ -284,7 +296,7 @@ const Occasion occasions[] = {
 
 } // namespace
 
-/// Every message box of the program, in every language, on a screen of either class.
+/// Every message box and dialog of the program, in every language, on a screen of either class.
 class BoxFitTest : public QObject {
     Q_OBJECT
 
@@ -292,6 +304,10 @@ private slots:
     void init();
     void everyBoxFits_data();
     void everyBoxFits();
+    void everyFormFits_data();
+    void everyFormFits();
+    void scrolledFormShowsWhatHasTheFocus_data();
+    void scrolledFormShowsWhatHasTheFocus();
 };
 
 void BoxFitTest::init()
@@ -328,6 +344,74 @@ void BoxFitTest::everyBoxFits()
     QCOMPARE(inspector.faults.join(u'\n'), QString());
     for (ctlEditer *editor : window.tabBar()->editors())
         editor->setEdited(false);
+}
+
+void BoxFitTest::everyFormFits_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<Form>("form");
+    for (const auto &[language, languageName] : languages) {
+        for (const auto &[form, formName] : forms)
+            QTest::addRow("%s, %s", languageName, formName) << language << form;
+    }
+}
+
+void BoxFitTest::everyFormFits()
+{
+    failOnWarnings();
+    QFETCH(int, language);
+    QFETCH(Form, form);
+    appSettings().Lang = language;
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    const std::unique_ptr<QWidget> dialog = dialogOf(form, &window);
+    QWidget &shown = dialog ? *dialog : window;
+    shown.show();
+    QTRY_COMPARE(TextFit(shown).faults().join(u"; "), QString());
+    const QRect place = shown.geometry();
+    QVERIFY2(isWithin(place.size(), shown.screen()->size()), qPrintable(textOf(place)));
+    const bool isScrolled = dialog && qobject_cast<QScrollArea *>(dialog->layout()->itemAt(0)->widget());
+    if (shown.devicePixelRatioF() == 1) {
+        QVERIFY2(!dialog || isWithin(place.size(), largestDialog()), qPrintable(textOf(place)));
+        QVERIFY(!isScrolled);
+    }
+    savePicture(shown, QLatin1StringView(QTest::currentDataTag()));
+}
+
+void BoxFitTest::scrolledFormShowsWhatHasTheFocus_data()
+{
+    everyFormFits_data();
+}
+
+void BoxFitTest::scrolledFormShowsWhatHasTheFocus()
+{
+    QFETCH(int, language);
+    QFETCH(Form, form);
+    appSettings().Lang = language;
+    writeSettings();
+    TestWindow window;
+    QVERIFY(window.open());
+    const std::unique_ptr<QWidget> dialog = dialogOf(form, &window);
+    QWidget &shown = dialog ? *dialog : window;
+    shown.show();
+    shown.activateWindow();
+    QTRY_VERIFY(shown.isActiveWindow());
+    const int bar = QScrollBar(Qt::Vertical).sizeHint().width();
+    const QSize bars = bar * QSize(1, 1);
+    for (QWidget *control : shown.findChildren<QWidget *>()) {
+        const bool canHaveFocus = control->isVisible() && control->isEnabled()
+            && control->focusPolicy() & Qt::TabFocus && !control->focusProxy();
+        if (!canHaveFocus)
+            continue;
+        control->setFocus(Qt::TabFocusReason);
+        QCOMPARE(QApplication::focusWidget(), control);
+        const QRect seen = control->visibleRegion().boundingRect();
+        // All of it, or of one that has no room the beginning.
+        const QSize room = shown.size() - bars;
+        const QRect wanted(QPoint(), control->size().boundedTo(room));
+        QVERIFY2(seen.contains(wanted), qPrintable(control->accessibleName() + textOf(seen)));
+    }
 }
 
 int main(int argc, char **argv)

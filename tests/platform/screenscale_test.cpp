@@ -5,6 +5,32 @@
 class ScreenScaleTest : public QObject {
     Q_OBJECT
 private slots:
+    void scaleFitsTheScreen_data()
+    {
+        QTest::addColumn<double>("wanted");
+        QTest::addColumn<QSize>("screen");
+        QTest::addColumn<QSize>("window");
+        QTest::addColumn<double>("scale");
+        QTest::newRow("room for all") << 1.5 << QSize(1280, 800) << QSize(240, 270) << 1.5;
+        QTest::newRow("as wide as the screen") << 1.5 << QSize(240, 320) << QSize(240, 270) << 1.0;
+        QTest::newRow("wider than the screen") << 1.5 << QSize(120, 320) << QSize(240, 270) << 0.5;
+        QTest::newRow("a little too wide") << 1.5 << QSize(300, 800) << QSize(240, 270) << 1.25;
+        QTest::newRow("as high as the screen below a title bar")
+            << 1.5 << QSize(800, 294) << QSize(240, 270) << 1.0;
+        QTest::newRow("higher than the screen") << 1.5 << QSize(800, 159) << QSize(240, 270) << 0.5;
+        QTest::newRow("never larger than asked for") << 0.75 << QSize(1280, 800) << QSize(240, 270) << 0.75;
+        QTest::newRow("unknown screen") << 1.5 << QSize() << QSize(240, 270) << 1.5;
+        QTest::newRow("unknown window") << 1.5 << QSize(240, 320) << QSize() << 1.5;
+    }
+
+    void scaleFitsTheScreen()
+    {
+        QFETCH(double, wanted);
+        QFETCH(QSize, screen);
+        QFETCH(QSize, window);
+        QTEST(scaleThatFits(wanted, screen, window), "scale");
+    }
+
     void density_data()
     {
         QTest::addColumn<QByteArray>("resources");

@@ -1,0 +1,129 @@
+#include "platform/scrolledform.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace {
+
+/// What a form may take of its screen, its frame left out.
+QSize roomFor(const QWidget *form)
+{
+    const int title = form->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, form);
+    return form->screen()->availableSize() - QSize(0, title);
+}
+
+/// The size that shows `content` whole, or as much as `room` has, with the scroll bars that this takes.
+QSize sizeWithBars(const QScrollArea &area, QSize content, QSize room)
+{
+    const int across = area.verticalScrollBar()->sizeHint().width();
+    const int down = area.horizontalScrollBar()->sizeHint().height();
+    const bool isTooWide = content.width() > room.width();
+    const bool isTooHigh = content.height() + (isTooWide ? down : 0) > room.height();
+    const bool isTooWideThen = isTooWide || (isTooHigh && content.width() + across > room.width());
+    const QSize bars(isTooHigh ? across : 0, isTooWideThen ? down : 0);
+    return (content + bars).boundedTo(room);
+}
+
+/// Takes a form's place for its layout and everything in it.
+class FormArea : public QScrollArea {
+public:
+    explicit FormArea(QWidget *form)
+        : QScrollArea(form)
+    {
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        setWidgetResizable(true);
+        auto *const content = new QWidget(this);
+        content->setLayout(form->layout());
+        setWidget(content);
+        auto *const around = new QVBoxLayout(form);
+        around->setContentsMargins(0, 0, 0, 0);
+        around->addWidget(this);
+        connect(qApp, &QApplication::focusChanged, this, [this](const QWidget *, QWidget *now) {
+            if (now && isAncestorOf(now))
+                showControl(*now);
+        });
+    }
+
+    QSize sizeHint() const override
+    {
+        return sizeWithBars(*this, widget()->minimumSizeHint(), roomFor(window()));
+    }
+    QSize minimumSizeHint() const override { return QSize(1, 1); }
+
+private:
+    /// All of a control, or the beginning of one that has no room.
+    void showControl(const QWidget &control)
+    {
+        const QRect place(control.mapTo(widget(), QPoint()), control.size());
+        ensureVisible(place.right() + 1, place.bottom() + 1, 0, 0);
+        ensureVisible(place.left(), place.top(), 0, 0);
+    }
+};
+
+class FormWatcher : public QObject {
+public:
+    explicit FormWatcher(QWidget *form)
+        : QObject(form)
+        , m_form(form)
+    {
+        form->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && !event->spontaneous())
+            fit();
+        return QObject::eventFilter(object, event);
+    }
+
+private:
+    void fit()
+    {
+        const QSize room = roomFor(m_form);
+        const QSize needed = m_form->layout()->totalMinimumSize();
+        if (!m_area && needed.boundedTo(room) != needed)
+            scroll();
+        const QSize size = m_area ? m_area->sizeHint() : m_form->size().boundedTo(room);
+        if (size != m_form->size())
+            m_form->resize(size);
+        if (m_form->testAttribute(Qt::WA_Moved))
+            moveIntoScreen();
+    }
+    void scroll()
+    {
+        QWidget *const focus = m_form->focusWidget();
+        m_area = new FormArea(m_form);
+        m_form->setMinimumSize(0, 0); // which the layout had set
+        m_form->layout()->activate();
+        m_area->show();
+        if (focus)
+            focus->setFocus();
+    }
+    /// Asks for no frame, which there is none of before the window is on the screen.
+    void moveIntoScreen()
+    {
+        const QRect screen = m_form->screen()->availableGeometry();
+        const QRect place = m_form->geometry();
+        const QPoint last = screen.bottomRight() - place.bottomRight() + place.topLeft();
+        const QPoint inside(qMax(screen.left(), qMin(place.left(), last.x())),
+            qMax(screen.top(), qMin(place.top(), last.y())));
+        if (inside != place.topLeft())
+            m_form->move(inside);
+    }
+
+    QWidget *m_form;
+    FormArea *m_area = nullptr;
+};
+
+} // namespace
+
+void scrollWhereTooLarge(QWidget *form)
+{
+    new FormWatcher(form);
+}
