@@ -51,13 +51,35 @@ qreal QMultiLineEdit::Private::contentWidth() const
     return margin + widest + 2 * measure->xWidth() + cursorWidth;
 }
 
+/// A full row may be a pixel wider than the view; the cursor behind it still shows then.
+bool QMultiLineEdit::Private::rowsFit() const
+{
+    const qreal end = margin + measure->toPixels(store.widestRow());
+    return wrap != NoWrap && end - cursorWidth < q->viewport()->width();
+}
+
 /// In steps, so that the bar does not change with every key in the widest row.
 qint64 QMultiLineEdit::Private::lastLeft() const
 {
     const int view = q->viewport()->width();
-    const qreal wider = wrap == WidgetWidth ? 0 : contentWidth() - view;
+    const qreal wider = rowsFit() ? 0 : contentWidth() - view;
     const int step = qMax(1, reserve(view));
     return wider > 0 ? step * qint64(std::ceil(wider / step + 1)) : 0;
+}
+
+/// What is composed is not wrapped before it is done. In a view that does not move to the side its row moves
+/// alone, so that its end is seen, or its cursor where it is wider than the view.
+qint64 QMultiLineEdit::Private::composedShift(qint64 row) const
+{
+    const RowCol at = rowColOf(cursor);
+    if (!q->isComposing() || row != at.row || !rowsFit())
+        return 0;
+    const qreal view = q->viewport()->width();
+    const qreal start = measure->toPixels(store.xAt(at));
+    const RowLayout layout(store, row, *measure, start - view, start + view, q->compositionInRow(row));
+    const qreal beyond = margin + layout.x(at.column + preedit.text.size()) + cursorWidth - view;
+    const qreal beforeCursor = layout.x(at.column + preedit.cursor);
+    return qint64(std::ceil(qMax<qreal>(0, qMin(beyond, beforeCursor))));
 }
 
 void QMultiLineEdit::Private::updateScrollBars()
@@ -147,7 +169,7 @@ void QMultiLineEdit::Private::shiftView(qint64 rowsDown)
 RowLayout QMultiLineEdit::Private::layoutOf(qint64 row, qreal x) const
 {
     const qreal width = q->viewport()->width();
-    const qreal viewStart = qreal(left) - margin;
+    const qreal viewStart = rowLeft(row) - margin;
     const qreal start = x >= viewStart && x <= viewStart + width ? viewStart : x - width / 2;
     return { store, row, *measure, start, start + width, q->compositionInRow(row) };
 }
@@ -175,7 +197,7 @@ CursorPlace QMultiLineEdit::Private::placeAtX(qint64 row, qreal x) const
 CursorPlace QMultiLineEdit::Private::placeAtPoint(QPointF point) const
 {
     const qint64 row = qBound<qint64>(0, rowAt(point.y()), store.rowCount() - 1);
-    return placeAtX(row, point.x() + qreal(left) - margin);
+    return placeAtX(row, point.x() + rowLeft(row) - margin);
 }
 
 /// Where a row is shown `x` from its start, as wide as a cursor. Others take it in whole numbers, where the
@@ -293,7 +315,9 @@ qint64 QMultiLineEdit::cellWidth() const
 
 QRectF QMultiLineEdit::cellRect(qint64 row) const
 {
-    return { -qreal(d->left), qreal(row - d->top) * rowHeight(), qreal(cellWidth()), rowHeight() };
+    const qreal left = d->rowLeft(row);
+    return { -left, qreal(row - d->top) * rowHeight(), qreal(cellWidth()) + left - qreal(d->left),
+        rowHeight() };
 }
 
 QRect QMultiLineEdit::cursorRect() const

@@ -189,7 +189,13 @@ struct QMultiLineEdit::Private {
     bool isCursorRowVisible(int height) const;
     qint64 rowAt(qreal y) const;
     qreal contentWidth() const;
+    /// Whether the view shows wrapped rows over their whole width, so that it need not move to the side.
+    bool rowsFit() const;
     qint64 lastLeft() const;
+    /// How far a row is moved to the left beyond the others.
+    qint64 composedShift(qint64 row) const;
+    /// The logical pixel of a row that is at the view's left edge, counted from the row's margin.
+    qreal rowLeft(qint64 row) const { return qreal(left + composedShift(row)); }
     void updateScrollBars();
     void setTop(qint64 row);
     void setLeft(qint64 pixels);

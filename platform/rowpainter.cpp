@@ -104,11 +104,14 @@ void RowPainter::drawBlockCursor(qint64 column, const QColor &color)
     while (!m_layout.isCursorStop(end))
         ++end;
     const std::vector<RowLayout::Span> spans = m_layout.spans(column, end);
-    // Behind the text of a full row there is no more room than a line takes.
-    const qreal behind = m_layout.x(column) - cursorOverhang;
-    const int left = layoutX(spans.empty() ? behind : qMax(spans.front().left, -cursorOverhang));
-    const int right = layoutX(spans.empty() ? behind + m_measure.xWidth() : spans.back().right);
-    drawCursorRect(left, qMax(right - left, m_canvas.thickness(cursorOverhang)), color);
+    const int stroke = m_canvas.thickness(cursorOverhang);
+    if (spans.empty()) {
+        // Behind the text of a full row there is no more room than a line takes.
+        drawCursorRect(columnX(column) - stroke, m_canvas.pixels(m_measure.xWidth()), color);
+        return;
+    }
+    const int left = layoutX(qMax(spans.front().left, -cursorOverhang));
+    drawCursorRect(left, qMax(stroke, layoutX(spans.back().right) - left), color);
 }
 
 void RowPainter::drawCursorRect(int left, int width, const QColor &color)

@@ -158,8 +158,8 @@ void CursorPaintingTest::overwriteCursor()
     const RowLayout layout(editor.store(), 0, *editor.fontMeasure(), 0, 640);
     const auto deviceX = [&](qreal x) { return editor.device(editor.hMargin()) + editor.device(x); };
     const qreal x = layout.x(column);
-    const int left = deviceX(end < 0 ? x - 2 : x);
-    const int right = deviceX(end < 0 ? x - 2 + editor.fontMeasure()->xWidth() : layout.x(end));
+    const int left = deviceX(x) - (end < 0 ? editor.stroke(2) : 0);
+    const int right = end < 0 ? left + editor.device(editor.fontMeasure()->xWidth()) : deviceX(layout.x(end));
     QVERIFY(right - left > 2 * editor.stroke(2));
     QCOMPARE(differing(editor.painted(0), without),
         rectangle(left, 0, right - left, editor.device(editor.fontMeasure()->height() - 1)));
