@@ -8,6 +8,7 @@
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "platform/freememory.h"
+#include "platform/lastingfont.h"
 #include "platform/qpeapplication.h"
 #include "platform/resource.h"
 
@@ -23,11 +24,11 @@ namespace {
 
 constexpr std::chrono::milliseconds firstDocumentDelay{ 200 };
 
-void setApplicationFont()
+QFont applicationFont()
 {
     QFont font = QApplication::font();
     font.setPointSize(isVga() ? 18 : 10);
-    QApplication::setFont(font);
+    return font;
 }
 
 /// Wayland gives a window its size, and ends a program that chooses another.
@@ -43,7 +44,7 @@ frmMain::frmMain(QWidget *parent)
 {
     setObjectName(u"frmMain"_s);
     setVga(isVgaDisplay());
-    setApplicationFont();
+    new LastingFont(applicationFont(), this);
     // Now, while there are no parts of the window that would have to measure their texts twice.
     QCoreApplication::sendPostedEvents(this, QEvent::ApplicationFontChange);
     readSettings();
