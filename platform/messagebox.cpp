@@ -1,5 +1,7 @@
 #include "platform/messagebox.h"
 
+#include "platform/strayinput.h"
+
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLayout>
@@ -104,12 +106,19 @@ void fitToScreen(QMessageBox &box)
         scrollText(box, label, textHeight, height);
 }
 
+/// A box often comes under the pointer or the finger that asked for it.
+void run(QMessageBox &box)
+{
+    fitToScreen(box);
+    StrayInput::instance().letBeRead(&box);
+    box.exec();
+}
+
 /// Shows a box that only tells something. Its button looks like those of a question, which have no picture.
 void showWithOk(QMessageBox &box)
 {
     box.addButton(QMessageBox::Ok)->setIcon(QIcon());
-    fitToScreen(box);
-    box.exec();
+    run(box);
 }
 
 void show(QMessageBox::Icon icon, QWidget *parent, const QString &title, const QString &text)
@@ -154,8 +163,7 @@ int MessageBox::question(QWidget *parent, const QString &title, const QString &t
     box.setDefaultButton(pushButtons.at(defaultButton));
     if (escapeButton != noEscape)
         box.setEscapeButton(pushButtons.at(escapeButton));
-    fitToScreen(box);
-    box.exec();
+    run(box);
     const auto pressed = static_cast<int>(pushButtons.indexOf(box.clickedButton()));
     return pressed < 0 ? escapeButton : pressed;
 }

@@ -6,7 +6,8 @@
 class QWidget;
 
 /// Message boxes of fixed title and text. Texts are shown as they are: a file name in one is never taken for
-/// mark-up. Each call runs the box modally and returns when it was answered.
+/// mark-up. Each call runs the box modally and returns when it was answered. What was meant for the window
+/// before it does not answer it (StrayInput): presses within the time of a double click, keys that are held.
 namespace MessageBox {
 
 /// An error, with one button.

@@ -7,6 +7,7 @@
 #include "platform/lcfont.h"
 #include "platform/requestqueue.h"
 #include "platform/screenscale.h"
+#include "platform/strayinput.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -41,6 +42,7 @@ QPEApplication::QPEApplication(int &argc, char **argv)
 {
     hideFontMessages();
     registerLcFont();
+    StrayInput::instance();
     for (int i = 1; i < argc; ++i)
         m_arguments << FileName::absolute(argv[i]);
     connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::request);

@@ -6,6 +6,17 @@
 #include <QPushButton>
 #include <QTimer>
 
+/// While it lives a double click has no time, so that message boxes answer as soon as they are there.
+class NoTimeToRead {
+public:
+    NoTimeToRead() { QApplication::setDoubleClickInterval(0); }
+    ~NoTimeToRead() { QApplication::setDoubleClickInterval(m_interval); }
+    Q_DISABLE_COPY_MOVE(NoTimeToRead)
+
+private:
+    int m_interval = QApplication::doubleClickInterval();
+};
+
 /// Answers the message boxes that appear while it lives, in turn, and keeps what they showed.
 class MessageBoxes : public QObject {
 public:
@@ -94,6 +105,7 @@ private:
         buttons.at(index)->click();
     }
 
+    NoTimeToRead m_noTimeToRead;
     QStringList m_answers;
     QList<Box> m_shown;
 };

@@ -91,6 +91,7 @@ void LogoutTest::answers()
     QFETCH(QStringList, keys);
     QVERIFY(startAndLogOut());
     QCOMPARE(m_session->log, QStringList{ u"asks"_s });
+    letBoxBeRead();
     press(keys);
     QTRY_COMPARE(m_session->log, QStringList({ u"asks"_s, u"done"_s, u"saved"_s }));
     QVERIFY(!hasEnded());
@@ -103,7 +104,7 @@ void LogoutTest::answers()
 void LogoutTest::cancelKeepsTheSession()
 {
     QVERIFY(startAndLogOut());
-    press({ u"Escape"_s });
+    QVERIFY(answer(u"Confirm File Save"_s, u"Escape"_s));
     QTRY_COMPARE(m_session->log.value(1), u"cancels"_s);
     m_session->cancelShutdown();
     QTRY_VERIFY(isActive());
@@ -115,13 +116,13 @@ void LogoutTest::cancelKeepsTheSession()
 void LogoutTest::sessionThatGoesOnKeepsEverything()
 {
     QVERIFY(startAndLogOut());
+    letBoxBeRead();
     press({ u"Tab"_s, u"Return"_s });
     QTRY_COMPARE(m_session->log.value(2), u"saved"_s);
     m_session->cancelShutdown();
     QTRY_VERIFY(isActive());
     press({ u"ctrl+q"_s });
-    QVERIFY(isAsked());
-    press({ u"Return"_s });
+    QVERIFY(answer(u"Confirm File Save"_s, u"Return"_s));
     QTRY_VERIFY(hasEnded());
     QCOMPARE(read(u"a.txt"_s), QByteArray("xold\n"));
 }
@@ -129,14 +130,14 @@ void LogoutTest::sessionThatGoesOnKeepsEverything()
 void LogoutTest::editsAfterTheAnswerAreAskedAbout()
 {
     QVERIFY(startAndLogOut());
+    letBoxBeRead();
     press({ u"Tab"_s, u"Return"_s });
     QTRY_COMPARE(m_session->log.value(2), u"saved"_s);
     QTRY_VERIFY(isActive());
     press({ u"y"_s, u"ctrl+Tab"_s });
     QTRY_COMPARE(lineEnd(), u"CR"_s);
     m_session->endProgram();
-    QVERIFY(isAsked());
-    press({ u"Return"_s });
+    QVERIFY(answer(u"Confirm File Save"_s, u"Return"_s));
     QTRY_VERIFY(hasEnded());
     QCOMPARE(read(u"a.txt"_s), QByteArray("xyold\n"));
 }
@@ -149,8 +150,7 @@ void LogoutTest::textIsKeptWhereNothingMayBeAsked()
     QTRY_COMPARE(m_session->log.size(), 1);
     QVERIFY(m_session->log.constFirst().endsWith(u"saved"_s));
     m_session->endProgram();
-    QVERIFY(isAsked());
-    press({ u"Return"_s });
+    QVERIFY(answer(u"Confirm File Save"_s, u"Return"_s));
     QTRY_VERIFY(hasEnded());
     QCOMPARE(read(u"a.txt"_s), QByteArray("xold\n"));
 }

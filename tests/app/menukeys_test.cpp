@@ -29,6 +29,9 @@ public:
         QTimer::singleShot(0, dialog, [dialog] { QTest::keyClick(dialog, Qt::Key_Escape); });
         return false;
     }
+
+private:
+    NoTimeToRead m_noTimeToRead;
 };
 
 /// Alt and the letter of its title opens a menu of the bar.

@@ -216,6 +216,7 @@ void NamesTest::messageBoxesHaveNames()
     open(window);
     window.item(MenuId::Language, itemOf(language))->trigger();
     QTest::keyClicks(window.currentEditor(), u"x"_s);
+    const NoTimeToRead atOnce;
     qsizetype items = 0;
     QString nameless;
     QTimer::singleShot(0, &window, [&] {

@@ -11,6 +11,8 @@
 /// The program itself, in a window of a window manager, driven from outside by keys; and a folder of files.
 class ProgramWindow {
 public:
+    static constexpr int doubleClickTime = 400; ///< the toolkit's, in ms
+
     /// A new folder, settings of a first start in English, and no program.
     bool reset(const QByteArray &moreSettings = {})
     {
@@ -89,6 +91,28 @@ public:
         return xdotool({ QStringLiteral("getactivewindow"), QStringLiteral("getwindowname") });
     }
     static void press(const QStringList &keys) { xdotool(QStringList{ QStringLiteral("key") } + keys); }
+
+    /// Waits for the message box of that title and presses the key in it until it is gone: at first it
+    /// answers to none. What is pressed too often is for its window alone, and lost with that.
+    static bool answer(const QString &title, const QString &key)
+    {
+        if (!QTest::qWaitFor([&title] { return activeTitle() == title; }))
+            return false;
+        const QString box = xdotool({ QStringLiteral("getactivewindow") });
+        const auto isGone = [&box] { return xdotool({ QStringLiteral("getactivewindow") }) != box; };
+        // One press after the other: those that wait together look like a repeated key. The box may be gone
+        // before the release, which then has to be made up for.
+        return QTest::qWaitFor(
+            [&] {
+                xdotool({ QStringLiteral("key"), QStringLiteral("--window"), box, key });
+                xdotool({ QStringLiteral("keyup"), key });
+                return QTest::qWaitFor(isGone, doubleClickTime / 2);
+            },
+            10000);
+    }
+    /// Gives the message box that is active the time after which it answers. Nothing tells that it has
+    /// passed.
+    static void letBoxBeRead() { QTest::qWait(5 * doubleClickTime); }
 
     static QString xdotool(const QStringList &arguments)
     {

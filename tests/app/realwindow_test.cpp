@@ -123,12 +123,10 @@ void RealWindowTest::signalOfTheWindowManagerAsks()
 {
     QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
     press({ u"x"_s, u"alt+F4"_s });
-    QTRY_COMPARE(activeTitle(), u"Confirm File Save"_s);
-    press({ u"Escape"_s });
+    QVERIFY(answer(u"Confirm File Save"_s, u"Escape"_s));
     QTRY_VERIFY(isActive());
     press({ u"alt+F4"_s });
-    QTRY_COMPARE(activeTitle(), u"Confirm File Save"_s);
-    press({ u"Return"_s });
+    QVERIFY(answer(u"Confirm File Save"_s, u"Return"_s));
     QTRY_VERIFY(hasEnded());
     QCOMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
 }
@@ -146,12 +144,10 @@ void RealWindowTest::signalToEndAsks()
     QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
     press({ u"x"_s });
     program().terminate();
-    QTRY_COMPARE(activeTitle(), u"Confirm File Save"_s);
-    press({ u"Escape"_s });
+    QVERIFY(answer(u"Confirm File Save"_s, u"Escape"_s));
     QTRY_VERIFY(isActive());
     QCOMPARE(::kill(pid_t(program().processId()), SIGHUP), 0);
-    QTRY_COMPARE(activeTitle(), u"Confirm File Save"_s);
-    press({ u"Return"_s });
+    QVERIFY(answer(u"Confirm File Save"_s, u"Return"_s));
     QTRY_VERIFY(hasEnded());
     QCOMPARE(program().exitStatus(), QProcess::NormalExit);
     QCOMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
@@ -189,8 +185,7 @@ void RealWindowTest::savingOverAnotherFileLeadsBack()
     press({ u"x"_s, u"alt+f"_s, u"a"_s });
     QTRY_COMPARE(activeTitle(), u"Save as"_s);
     press({ u"Tab"_s, u"Return"_s });
-    QTRY_COMPARE(activeTitle(), u"Replace confirm"_s);
-    press({ u"Return"_s });
+    QVERIFY(answer(u"Replace confirm"_s, u"Return"_s));
     QTRY_COMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
     QTRY_VERIFY(isActive());
     press({ u"y"_s, u"ctrl+s"_s });

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/messageboxes.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QEvent>
@@ -57,5 +59,6 @@ private:
             QTest::keyClick(box, Qt::Key_Escape);
     }
 
+    NoTimeToRead m_noTimeToRead;
     QString m_button;
 };

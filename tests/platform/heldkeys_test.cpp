@@ -1,42 +1,15 @@
-#include "platform/heldkeys.h"
+#include "tests/platform/keyboard.h"
 
 #include <QKeyEvent>
 #include <QTest>
 
-#include <xcb/xcb.h>
-
 namespace {
-
-constexpr quint8 escapeCode = 9;
-
-/// The server tells of its events one by one, so that the toolkit marks no repetition.
-class Keyboard {
-public:
-    void press(quint32 time, quint8 code = escapeCode) { tell(XCB_KEY_PRESS, code, time); }
-    void release(quint32 time, quint8 code = escapeCode) { tell(XCB_KEY_RELEASE, code, time); }
-    void repeat(quint32 time)
-    {
-        release(time);
-        press(time);
-    }
-
-private:
-    void tell(quint8 type, quint8 code, quint32 time)
-    {
-        xcb_key_press_event_t event{};
-        event.response_type = type;
-        event.detail = code;
-        event.time = time;
-        m_keys.nativeEventFilter("xcb_generic_event_t", &event, nullptr);
-    }
-
-    HeldKeys m_keys;
-};
 
 /// What the toolkit makes of the press.
 bool isHeld(quint32 time, bool isMarked = false)
 {
-    QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, escapeCode, 0, 0, {}, isMarked);
+    QKeyEvent press(
+        QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, Keyboard::escapeCode, 0, 0, {}, isMarked);
     press.setTimestamp(time);
     return HeldKeys::isHeld(press);
 }

@@ -1,5 +1,6 @@
 #include "platform/messagebox.h"
 #include "tests/messageboxes.h"
+#include "tests/platform/keyboard.h"
 
 #include <QLabel>
 #include <QScopeGuard>
@@ -7,6 +8,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -26,7 +28,61 @@ private slots:
     void escapeDoesNothingWithoutItsButton();
     void boxTakenAwayGivesEscape_data();
     void boxTakenAwayGivesEscape();
+    void answersNoPressBeforeItCanBeRead_data();
+    void answersNoPressBeforeItCanBeRead();
+    void answersWhenItCanBeRead_data();
+    void answersWhenItCanBeRead();
+    void answersNoHeldKey_data();
+    void answersNoHeldKey();
+    void answersAssistiveTechnologyAtOnce();
 };
+
+namespace {
+
+constexpr quint8 returnCode = 36;
+const QStringList yesNo{ u"Yes"_s, u"No"_s };
+
+/// Asks with "Yes" as default; `act` gets the box while it is open. -1 unless `act` has had it answered.
+int ask(const std::function<void(QMessageBox &)> &act)
+{
+    QTimer::singleShot(0, qApp, [&act] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        act(*box);
+        box->done(QDialog::Rejected);
+    });
+    return MessageBox::question(nullptr, u"Title"_s, u"Text"_s, yesNo, 0, MessageBox::noEscape);
+}
+
+void sendPress(QMessageBox &box, quint64 time, bool isMarked)
+{
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, returnCode, 0, 0, {}, isMarked);
+    press.setTimestamp(time);
+    QApplication::sendEvent(box.defaultButton(), &press);
+}
+
+using Act = std::function<void(QMessageBox &)>;
+
+/// Everything that answers "Yes", or closes the box.
+void addPresses()
+{
+    QTest::addColumn<Act>("press");
+    const auto key = [](Qt::Key which) {
+        return [which](QMessageBox &box) { QTest::keyClick(box.defaultButton(), which); };
+    };
+    QTest::newRow("Return") << Act(key(Qt::Key_Return));
+    QTest::newRow("Enter") << Act(key(Qt::Key_Enter));
+    QTest::newRow("Space") << Act(key(Qt::Key_Space));
+    QTest::newRow("click") << Act(
+        [](QMessageBox &box) { QTest::mouseClick(box.defaultButton(), Qt::LeftButton); });
+    QTest::newRow("second press of a double click") << Act([](QMessageBox &box) {
+        QTest::mouseDClick(box.defaultButton(), Qt::LeftButton);
+        QTest::mouseRelease(box.defaultButton(), Qt::LeftButton);
+    });
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Act)
 
 void MessageBoxTest::showsTextsAsTheyAre_data()
 {
@@ -171,6 +227,72 @@ void MessageBoxTest::boxTakenAwayGivesEscape()
         [] { qobject_cast<QMessageBox *>(QApplication::activeModalWidget())->done(QDialog::Rejected); });
     const QStringList buttons{ u"Yes"_s, u"No"_s, u"Cancel"_s };
     QCOMPARE(MessageBox::question(nullptr, u"Title"_s, u"Text"_s, buttons, 0, escapeButton), escapeButton);
+}
+
+void MessageBoxTest::answersNoPressBeforeItCanBeRead_data()
+{
+    addPresses();
+    QTest::newRow("Escape") << Act(
+        [](QMessageBox &box) { QTest::keyClick(box.defaultButton(), Qt::Key_Escape); });
+}
+
+/// As if a double click might take ten minutes.
+void MessageBoxTest::answersNoPressBeforeItCanBeRead()
+{
+    QFETCH(Act, press);
+    const int interval = QApplication::doubleClickInterval();
+    QApplication::setDoubleClickInterval(600000);
+    const auto restore = qScopeGuard([interval] { QApplication::setDoubleClickInterval(interval); });
+    bool isOpen = false;
+    QCOMPARE(ask([&](QMessageBox &box) {
+        press(box);
+        isOpen = box.isVisible();
+    }),
+        MessageBox::noEscape);
+    QVERIFY(isOpen);
+}
+
+void MessageBoxTest::answersWhenItCanBeRead_data()
+{
+    addPresses();
+}
+
+void MessageBoxTest::answersWhenItCanBeRead()
+{
+    QFETCH(Act, press);
+    const NoTimeToRead atOnce;
+    QCOMPARE(ask(press), 0);
+}
+
+void MessageBoxTest::answersNoHeldKey_data()
+{
+    QTest::addColumn<quint32>("released");
+    QTest::addColumn<bool>("isMarked");
+    QTest::addColumn<int>("answer");
+    QTest::newRow("repeated") << 800U << true << MessageBox::noEscape;
+    QTest::newRow("repeated, and not marked so") << 800U << false << MessageBox::noEscape;
+    QTest::newRow("released and pressed again") << 790U << false << 0;
+}
+
+/// The key went down before the box was there.
+void MessageBoxTest::answersNoHeldKey()
+{
+    QFETCH(quint32, released);
+    QFETCH(bool, isMarked);
+    const NoTimeToRead atOnce;
+    Keyboard keyboard;
+    keyboard.press(100, returnCode);
+    const int answer = ask([&](QMessageBox &box) {
+        keyboard.release(released, returnCode);
+        keyboard.press(800, returnCode);
+        sendPress(box, 800, isMarked);
+    });
+    QTEST(answer, "answer");
+}
+
+void MessageBoxTest::answersAssistiveTechnologyAtOnce()
+{
+    QCOMPARE(ask([](QMessageBox &box) { box.defaultButton()->click(); }), 0);
 }
 
 QTEST_MAIN(MessageBoxTest)
