@@ -178,7 +178,8 @@ void TypedAheadTest::keysWhileItIsDrawnGoNowhere()
 int main(int argc, char **argv)
 {
     QPEApplication::prepareEventLoop();
-    QPEApplicationEsc application(argc, argv);
+    int noFiles = 1; // what it is given are functions of the test
+    QPEApplicationEsc application(noFiles, argv);
     TypedAheadTest test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -1,13 +1,8 @@
 #include "platform/qmultilineedit.h"
+#include "tests/japaneseinput.h"
 
 #include <QApplication>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDir>
-#include <QFileInfo>
-#include <QProcess>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTest>
 #include <QTextFormat>
 
@@ -15,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int patience = 60'000; ///< ms; the dictionary is read at the first conversion
+constexpr int patience = JapaneseInput::patience;
 
 class Edit : public QMultiLineEdit {
 public:
@@ -23,36 +18,14 @@ public:
     using QMultiLineEdit::preedit;
 };
 
-/// What a program prints, without the line end.
-QString outputOf(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished();
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
 void press(const QString &keys)
 {
-    outputOf(u"xdotool"_s, QStringList{ u"key"_s } + keys.split(u' '));
+    JapaneseInput::press(keys);
 }
 
-/// The input method that knows Japanese is the only one, so that it gets every key.
-constexpr char profile[] = "[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=anthy\n\n"
-                           "[Groups/0/Items/0]\nName=anthy\nLayout=\n\n[GroupOrder]\n0=Default\n";
-
-/// What it learns it keeps in the user's own home, whatever HOME says.
-constexpr char forgetful[] = "[General]\nLearnOnManualCommit=False\nLearnOnAutoCommit=False\n";
-
-/// Writes a file below the folder of settings.
-void write(const QString &name, const char *content)
+QString outputOf(const QString &program, const QStringList &arguments)
 {
-    const QString path =
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' + name;
-    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.write(content) > 0);
+    return JapaneseInput::outputOf(program, arguments);
 }
 
 } // namespace
@@ -76,27 +49,18 @@ private slots:
 private:
     QRect candidates() const;
 
-    QProcess m_daemon;
+    JapaneseInput m_input;
     std::unique_ptr<Edit> m_edit;
 };
 
 void InputMethodTest::initTestCase()
 {
-    write(u"fcitx5/profile"_s, profile);
-    write(u"fcitx5/conf/anthy.conf"_s, forgetful);
-    m_daemon.setStandardErrorFile(QProcess::nullDevice());
-    m_daemon.start(u"fcitx5"_s, { u"--disable=wayland,waylandim"_s });
-    QVERIFY(m_daemon.waitForStarted());
-    // Under this name it talks to programs; one that asks sooner is never heard.
-    QDBusConnectionInterface *const bus = QDBusConnection::sessionBus().interface();
-    QTRY_VERIFY_WITH_TIMEOUT(bus->isServiceRegistered(u"org.freedesktop.portal.Fcitx"_s).value(), patience);
+    QVERIFY(m_input.start());
 }
 
 void InputMethodTest::cleanupTestCase()
 {
-    m_daemon.terminate();
-    if (!m_daemon.waitForFinished())
-        m_daemon.kill();
+    m_input.stop();
 }
 
 void InputMethodTest::init()
@@ -108,14 +72,13 @@ void InputMethodTest::init()
     m_edit->show();
     QVERIFY(QTest::qWaitForWindowActive(m_edit.get()));
     m_edit->setFocus();
-    // It names an input method as soon as it knows of a text that has the focus.
-    QTRY_COMPARE_WITH_TIMEOUT(outputOf(u"fcitx5-remote"_s, { u"-n"_s }), u"anthy"_s, patience);
+    QVERIFY(m_input.waitUntilOn());
 }
 
 void InputMethodTest::cleanup()
 {
     m_edit.reset();
-    QTRY_COMPARE_WITH_TIMEOUT(outputOf(u"fcitx5-remote"_s, { u"-n"_s }), QString(), patience);
+    QVERIFY(m_input.waitUntilOff());
 }
 
 /// Where the window with the candidates is; null as long as there is none.
