@@ -78,10 +78,11 @@ void encode(benchmark::State &state, Code code)
             at += chunk.utf16.size();
             return chunk;
         };
-        TextCodec::codecForName(code.codec)->encode(next, [&written](QByteArrayView block) {
+        const auto count = [&written](QByteArrayView block) {
             written += block.size();
             return true;
-        });
+        };
+        TextCodec::codecForName(code.codec)->encode(next, count, TextCodec::AsRead::Everything);
     }
     setBytes(state, written);
 }

@@ -36,6 +36,7 @@ ctlEditer::ctlEditer(QWidget *parent)
     retranslateName();
     m_charCode = appSettings().DefCodec;
     m_returnCode = appSettings().DefCRLF;
+    setReadWithOwnCode();
     connect(this, &QMultiLineEdit::undoAvailable, this, &ctlEditer::slotEdUndoAvailable);
     connect(this, &QMultiLineEdit::redoAvailable, this, &ctlEditer::slotEdRedoAvailable);
 }

@@ -2,6 +2,7 @@
 
 #include "editor/documentversion.h"
 #include "platform/qmultilineedit.h"
+#include "platform/text/textcodec.h"
 #include "platform/text/textpattern.h"
 
 #include <QColor>
@@ -100,6 +101,9 @@ private:
 
     int fixedWrapWidth() const;
     void setDecodedText(QByteArray &&bytes);
+    void setReadWith(const TextCodec *codec);
+    void setReadWithOwnCode();
+    TextCodec::AsRead writtenAsRead(const TextCodec *codec) const;
     bool writeText(const QString &fileName);
     void setUnmodified();
 
@@ -110,7 +114,7 @@ private:
     QString indentationBeforeCursor() const;
     bool marksSeveralLines() const;
     void indentBlock(Indentation direction);
-    QString indented(qint64 begin, qint64 end, Indentation direction) const;
+    TextPiece indented(qint64 begin, qint64 end, Indentation direction) const;
     void pressOtherKey(QKeyEvent *event);
 
     QString m_path;
@@ -119,6 +123,8 @@ private:
     DocumentVersion m_version;
     int m_charCode = 0;
     int m_returnCode = 0;
+    const TextCodec *m_readWith = nullptr; ///< which the undecodable bytes and spellings in the text are of
+    bool m_keepsSpellings = true; ///< until the text was saved in another code
     TextPattern m_pattern; ///< of the last search
     bool m_undoAvailable = false;
     bool m_redoAvailable = false;

@@ -9,21 +9,6 @@
 
 namespace {
 
-/// Hands decoded blocks on to the store that is being built.
-class StoreSink : public TextCodec::TextSink {
-public:
-    explicit StoreSink(const LayoutRule &rule)
-        : m_builder(rule)
-    {
-    }
-    void latin1(QByteArrayView characters) override { m_builder.append(characters); }
-    void utf16(QStringView text) override { m_builder.append(text); }
-    TextStore finish() { return m_builder.finish(); }
-
-private:
-    TextStore::Builder m_builder;
-};
-
 const TextCodec *codecToRead(int charCode, QByteArrayView bytes)
 {
     switch (charCode) {
@@ -73,10 +58,31 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
 
 void ctlEditer::setDecodedText(QByteArray &&bytes)
 {
-    StoreSink sink(layoutRule());
-    codecToRead(m_charCode, bytes)->decode(bytes, sink);
+    const TextCodec *const codec = codecToRead(m_charCode, bytes);
+    TextStore text = codec->decode(bytes, layoutRule());
     bytes.clear();
-    setText(sink.finish());
+    setText(std::move(text));
+    setReadWith(codec);
+}
+
+void ctlEditer::setReadWith(const TextCodec *codec)
+{
+    m_readWith = codec;
+    m_keepsSpellings = true;
+    setByteCode(codec->name().toByteArray());
+}
+
+/// As if an empty file had been read.
+void ctlEditer::setReadWithOwnCode()
+{
+    setReadWith(codecToWrite(m_charCode));
+}
+
+TextCodec::AsRead ctlEditer::writtenAsRead(const TextCodec *codec) const
+{
+    if (codec != m_readWith)
+        return TextCodec::AsRead::Nothing;
+    return m_keepsSpellings ? TextCodec::AsRead::Everything : TextCodec::AsRead::UndecodableBytes;
 }
 
 bool ctlEditer::reload(const QString &path, const QString &name)
@@ -112,9 +118,12 @@ bool ctlEditer::writeText(const QString &fileName)
     const bool isOvertaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
     if (isOvertaken || fileName == m_unreadFile)
         writer.keepOldContent();
-    const bool isWritten = writer.write(store(), *codecToWrite(m_charCode));
-    if (isWritten)
+    const TextCodec *const codec = codecToWrite(m_charCode);
+    const bool isWritten = writer.write(store(), *codec, writtenAsRead(codec));
+    if (isWritten) {
         m_version.endWriting(target);
+        m_keepsSpellings &= codec == m_readWith;
+    }
     const QString kept = FileName::forMessage(FileName::fromBytes(writer.keptCopy()));
     const QString title = tr("File Write Error");
     if (!isWritten || !kept.isEmpty())

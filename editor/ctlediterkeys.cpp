@@ -32,24 +32,63 @@ bool isExactlyShift(const QKeyEvent &event)
     return (event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)) == Qt::ShiftModifier;
 }
 
-/// Appends a run of text; each line that begins in it and is not empty gets a TAB, or loses the one it begins
-/// with. `atLineStart` tells whether a line begins with the run, and afterwards with what follows.
-template <typename View>
-void appendIndented(QString &text, View run, Indentation direction, bool *atLineStart)
-{
-    while (!run.isEmpty()) {
-        const QChar first = run.front();
-        if (*atLineStart && first != u'\n' && direction == Indentation::In)
-            text += tab;
-        else if (*atLineStart && first == tab && direction == Indentation::Out)
-            run = run.sliced(1);
-        const qsizetype lineEnd = run.indexOf(u'\n');
-        const qsizetype size = lineEnd == -1 ? run.size() : lineEnd + 1;
-        text += run.first(size);
-        *atLineStart = lineEnd != -1;
-        run = run.sliced(size);
+/// Builds the lines of a block anew; each that is not empty gets a TAB, or loses the one it begins with.
+class IndentedText {
+public:
+    IndentedText(Indentation direction, bool atLineStart)
+        : m_text(LayoutRule{})
+        , m_direction(direction)
+        , m_atLineStart(atLineStart)
+    {
     }
-}
+
+    void append(const TextChunk &run)
+    {
+        if (run.isLatin1())
+            appendRun(run.latin1, '\n', '\t', run.spelling);
+        else
+            appendRun(run.utf16, u'\n', u'\t', run.spelling);
+    }
+
+    TextPiece finish()
+    {
+        const TextStore text = m_text.finish();
+        return text.piece(0, text.length());
+    }
+
+private:
+    template <typename View, typename Unit>
+    void appendRun(View run, Unit lineFeed, Unit tabulator, std::optional<QByteArrayView> spelling)
+    {
+        while (!run.isEmpty()) {
+            const bool isTab = run.front() == tabulator;
+            if (m_atLineStart && run.front() != lineFeed && m_direction == Indentation::In)
+                m_text.append(u"\t");
+            else if (m_atLineStart && isTab && m_direction == Indentation::Out)
+                run = run.sliced(1);
+            m_atLineStart = appendLine(run, lineFeed, spelling);
+        }
+    }
+
+    /// Up to a line end, which it tells of, or to the run's end.
+    template <typename View, typename Unit>
+    bool appendLine(View &run, Unit lineFeed, std::optional<QByteArrayView> spelling)
+    {
+        if (run.isEmpty())
+            return false;
+        const qsizetype lineEnd = run.indexOf(lineFeed);
+        const qsizetype size = lineEnd == -1 ? run.size() : lineEnd + 1;
+        if (spelling)
+            m_text.spell(*spelling);
+        m_text.append(run.first(size));
+        run = run.sliced(size);
+        return lineEnd != -1;
+    }
+
+    TextStore::Builder m_text;
+    const Indentation m_direction;
+    bool m_atLineStart;
+};
 
 } // namespace
 
@@ -92,31 +131,26 @@ void ctlEditer::indentBlock(Indentation direction)
     qint64 row1, column1, row2, column2;
     getMarkedRegion(&row1, &column1, &row2, &column2);
     const qint64 begin = store().row(row1).start;
-    const QString block = indented(begin, store().row(row2).start, direction);
+    const TextPiece block = indented(begin, store().row(row2).start, direction);
     setCursorPosition(row1, 0);
     setCursorPosition(row2, 0, true);
     insert(block);
     // Longer lines may have wrapped into more rows, so the block's end is looked up anew.
-    const RowCol end = store().rowColAt(begin + block.size());
+    const RowCol end = store().rowColAt(begin + block.length());
     setCursorPosition(row1, 0);
     setCursorPosition(end.row, end.column, true);
 }
 
-QString ctlEditer::indented(qint64 begin, qint64 end, Indentation direction) const
+TextPiece ctlEditer::indented(qint64 begin, qint64 end, Indentation direction) const
 {
-    QString text;
-    text.reserve(end - begin + store().lineAt(end) - store().lineAt(begin) + 1);
-    bool atLineStart = begin == 0 || store().at(begin - 1) == u'\n';
+    IndentedText text(direction, begin == 0 || store().at(begin - 1) == u'\n');
     for (qint64 at = begin; at < end;) {
-        const TextChunk run = store().chunkAt(at);
-        const qint64 size = qMin(run.size(), end - at);
-        if (run.isLatin1())
-            appendIndented(text, QLatin1StringView(run.latin1.first(size)), direction, &atLineStart);
-        else
-            appendIndented(text, run.utf16.first(size), direction, &atLineStart);
-        at += size;
+        TextChunk run = store().spelledChunkAt(at);
+        run.truncate(qMin(run.size(), end - at));
+        text.append(run);
+        at += run.size();
     }
-    return text;
+    return text.finish();
 }
 
 void ctlEditer::pressOtherKey(QKeyEvent *event)

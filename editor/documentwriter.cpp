@@ -1,7 +1,6 @@
 #include "editor/documentwriter.h"
 
 #include "editor/textfile.h"
-#include "platform/text/textcodec.h"
 
 namespace {
 
@@ -25,11 +24,12 @@ DocumentWriter::DocumentWriter(const QByteArray &name, int returnCode, const Fil
 {
 }
 
-bool DocumentWriter::write(const TextStore &store, const TextCodec &codec)
+bool DocumentWriter::write(const TextStore &store, const TextCodec &codec, TextCodec::AsRead asRead)
 {
     if (!m_file.open())
         return false;
-    const bool encoded = codec.encode(store, [this](QByteArrayView bytes) { return writeBlock(bytes); });
+    const auto sink = [this](QByteArrayView bytes) { return writeBlock(bytes); };
+    const bool encoded = codec.encode(store, sink, asRead);
     return (encoded || m_ended) && m_file.commit();
 }
 

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "platform/safefile.h"
-
-class TextCodec;
-class TextStore;
+#include "platform/text/textcodec.h"
 
 /// Writes a text to a file: encodes it, gives it the document's line ends, and puts it in place safely.
 ///
@@ -17,7 +15,8 @@ public:
     void keepOldContent() { m_file.keepOldContent(); }
     /// Writes the text up to its first U+0000. False when the file could not be written: it is as it was, but
     /// for keptCopy().
-    bool write(const TextStore &store, const TextCodec &codec);
+    bool write(const TextStore &store, const TextCodec &codec,
+        TextCodec::AsRead asRead = TextCodec::AsRead::Everything);
     /// See SafeFile.
     QByteArray keptCopy() const { return m_file.keptCopy(); }
 

@@ -25,15 +25,9 @@ QClipboard *clipboard()
     return QGuiApplication::clipboard();
 }
 
-QString textOf(const QMimeData &data)
-{
-    const auto *const own = qobject_cast<const TextMimeData *>(&data);
-    return own ? movedText(own->exactText()) : pastedText(data.text());
-}
-
 TextMimeData::Source sourceOf(TextPiece piece)
 {
-    return [shared = std::make_shared<TextPiece>(std::move(piece))] { return shared->text(); };
+    return [shared = std::make_shared<TextPiece>(std::move(piece))] { return *shared; };
 }
 
 /// Which edges of a view a point is near: -1 left or top, 1 right or bottom, 0 neither.
@@ -53,6 +47,17 @@ bool QMultiLineEdit::Private::canPaste(const QMimeData *data) const
     return !readOnly && data && data->hasText();
 }
 
+TextPiece QMultiLineEdit::Private::pieceOf(const QMimeData &data) const
+{
+    const auto *const own = qobject_cast<const TextMimeData *>(&data);
+    if (!own || own->byteCode() != byteCode)
+        return TextPiece(pastedText(data.text()));
+    TextPiece piece = own->piece();
+    const QString text = piece.text();
+    const QString moved = movedText(text);
+    return moved == text ? piece : TextPiece(moved);
+}
+
 TextPiece QMultiLineEdit::Private::markedPiece() const
 {
     return store.piece(marked().start, marked().end - marked().start);
@@ -61,16 +66,16 @@ TextPiece QMultiLineEdit::Private::markedPiece() const
 void QMultiLineEdit::Private::copyMarked() const
 {
     if (hasMarked())
-        clipboard()->setMimeData(new TextMimeData(sourceOf(markedPiece())));
+        clipboard()->setMimeData(new TextMimeData(sourceOf(markedPiece()), byteCode));
 }
 
 void QMultiLineEdit::Private::pasteFrom(const QMimeData *data)
 {
     if (!data)
         return;
-    const QString text = textOf(*data);
+    const TextPiece text = pieceOf(*data);
     if (!text.isEmpty())
-        insertText(text, Joining::Never);
+        insertPiece(text);
 }
 
 void QMultiLineEdit::paste()
@@ -83,7 +88,7 @@ void QMultiLineEdit::Private::offerPrimary()
 {
     if (!clipboard()->supportsSelection() || !hasMarked())
         return;
-    auto *const data = new TextMimeData([this] { return q->markedText(); });
+    auto *const data = new TextMimeData([this] { return markedPiece(); }, byteCode);
     primary = data;
     clipboard()->setMimeData(data, QClipboard::Selection);
 }
@@ -97,7 +102,7 @@ void QMultiLineEdit::Private::freezePrimary()
         data->setSource(sourceOf(markedPiece()));
         return;
     }
-    data->setSource([] { return QString(); });
+    data->setSource([] { return TextPiece(); });
     clipboard()->clear(QClipboard::Selection);
 }
 
@@ -108,10 +113,10 @@ void QMultiLineEdit::Private::pastePrimary(QPointF at)
     const QMimeData *const data = clipboard()->mimeData(QClipboard::Selection);
     if (!data)
         return;
-    const QString text = textOf(*data);
+    const TextPiece text = pieceOf(*data);
     moveTo(placeAtPoint(at), Marking::Drop);
     if (!text.isEmpty())
-        insertText(text, Joining::Never);
+        insertPiece(text);
 }
 
 /// Other events go on meanwhile, which may close the editor: the drag is not its child.
@@ -120,7 +125,7 @@ void QMultiLineEdit::Private::startDrag()
     const RequestHold requestsWait;
     const QPointer<QMultiLineEdit> edit(q);
     textDrag = new QDrag(qApp);
-    textDrag->setMimeData(new TextMimeData(sourceOf(markedPiece())));
+    textDrag->setMimeData(new TextMimeData(sourceOf(markedPiece()), byteCode));
     const Qt::DropActions actions = readOnly ? Qt::CopyAction : Qt::CopyAction | Qt::MoveAction;
     const Qt::DropAction done = textDrag->exec(actions, readOnly ? Qt::CopyAction : Qt::MoveAction);
     if (!edit)
@@ -180,7 +185,7 @@ void QMultiLineEdit::Private::scrollForDrop()
 
 void QMultiLineEdit::Private::drop(QDropEvent &event)
 {
-    const QString text = textOf(*event.mimeData());
+    const TextPiece text = pieceOf(*event.mimeData());
     qint64 to = placeAtPoint(event.position()).offset;
     const bool moves = textDrag && event.dropAction() == Qt::MoveAction;
     if (moves && marked().start <= to && to <= marked().end)
@@ -194,10 +199,10 @@ void QMultiLineEdit::Private::drop(QDropEvent &event)
         if (to > from.start)
             to -= length;
     }
-    replace(to, 0, text);
+    replaceByPiece(to, 0, text);
     history.endGroup();
     anchor = { to };
-    cursor = { to + text.size() };
+    cursor = { to + text.length() };
 }
 
 void QMultiLineEdit::Private::showContextMenu(const QPoint &globalPosition)

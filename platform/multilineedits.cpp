@@ -59,6 +59,18 @@ void QMultiLineEdit::Private::replace(qint64 offset, qint64 removed, QStringView
     noteChange({ offset, removed, inserted.size() });
 }
 
+void QMultiLineEdit::Private::replaceByPiece(qint64 offset, qint64 removed, const TextPiece &inserted)
+{
+    Q_ASSERT(operations > 0);
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    if (undoEnabled)
+        history.replace(store, offset, removed, inserted);
+    else
+        store.exchange(offset, removed, inserted);
+    noteChange({ offset, removed, inserted.length() });
+}
+
 void QMultiLineEdit::Private::noteChange(const TextChange &change)
 {
     damage.change = damage.change ? damage.change->then(change) : change;
@@ -118,6 +130,14 @@ void QMultiLineEdit::Private::insertText(QStringView text, Joining joining)
     const TextRange old = marked();
     replace(old.start, old.end - old.start, text, joining);
     cursor = anchor = { old.start + text.size() };
+}
+
+void QMultiLineEdit::Private::insertPiece(const TextPiece &text)
+{
+    Operation operation(*this);
+    const TextRange old = marked();
+    replaceByPiece(old.start, old.end - old.start, text);
+    cursor = anchor = { old.start + text.length() };
 }
 
 /// End of the characters that `count` typed ones replace: no line end among them.

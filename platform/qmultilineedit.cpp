@@ -387,6 +387,16 @@ void QMultiLineEdit::insert(const QString &text)
     d->insertText(text, UndoHistory::Joining::Never);
 }
 
+void QMultiLineEdit::insert(const TextPiece &text)
+{
+    d->insertPiece(text);
+}
+
+void QMultiLineEdit::setByteCode(const QByteArray &code)
+{
+    d->byteCode = code;
+}
+
 /// Where a place goes when `length` units are put in at `offset`.
 static CursorPlace shifted(CursorPlace place, qint64 offset, qint64 length)
 {

@@ -79,6 +79,9 @@ public:
     bool isUndoEnabled() const;
     /// Off: edits are not recorded; switching either way empties the history.
     void setUndoEnabled(bool enabled);
+    /// Names the code that bytes in the text, undecodable ones and spellings, are of. Text that is pasted or
+    /// dropped from an editor with bytes of another code brings its characters alone.
+    void setByteCode(const QByteArray &code);
     int undoDepth() const;
     /// Steps kept apart; below 1 counts as 1.
     void setUndoDepth(int steps);
@@ -147,6 +150,8 @@ public slots:
     void clear();
     /// Replaces the marked text, or inserts at the cursor.
     virtual void insert(const QString &text);
+    /// The same, with its spellings.
+    void insert(const TextPiece &text);
     /// Inserts at a place without touching the cursor's text; marks it when asked.
     virtual void insertAt(const QString &text, qint64 row, qint64 column, bool mark = false);
     /// Takes a display row out, with its line end where it has one; nothing for a row that does not exist.

@@ -73,6 +73,7 @@ struct QMultiLineEdit::Private {
     bool undoEnabled = true;
     bool edited = false;
     bool readOnly = false;
+    QByteArray byteCode; ///< see setByteCode()
     bool overwrite = false;
 
     // The cursor; text between it and the anchor is marked.
@@ -127,6 +128,7 @@ struct QMultiLineEdit::Private {
     void endOperation();
     /// Replaces text, records it and moves nothing but the text.
     void replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);
+    void replaceByPiece(qint64 offset, qint64 removed, const TextPiece &inserted);
     void noteChange(const TextChange &change);
     void repaintDamage();
     /// Emits what has become available or unavailable since the last time.
@@ -135,6 +137,9 @@ struct QMultiLineEdit::Private {
     void startAnew(TextStore &&text);
 
     void insertText(QStringView text, Joining joining);
+    void insertPiece(const TextPiece &text);
+    /// The text of a clipboard or a drag; from this program as it is, where its bytes mean the same here.
+    TextPiece pieceOf(const QMimeData &data) const;
     void replaceRange(qint64 from, qint64 to, QStringView text);
     void typeText(const QString &text);
     void breakLine();

@@ -2,8 +2,9 @@
 
 static const QString plainText = QStringLiteral("text/plain");
 
-TextMimeData::TextMimeData(Source source)
+TextMimeData::TextMimeData(Source source, QByteArray byteCode)
     : m_source(std::move(source))
+    , m_byteCode(std::move(byteCode))
 {
 }
 
@@ -12,7 +13,7 @@ void TextMimeData::setSource(Source source)
     m_source = std::move(source);
 }
 
-QString TextMimeData::exactText() const
+TextPiece TextMimeData::piece() const
 {
     return m_source();
 }
@@ -30,5 +31,5 @@ QStringList TextMimeData::formats() const
 QVariant TextMimeData::retrieveData(const QString &mimeType, QMetaType type) const
 {
     Q_UNUSED(type)
-    return mimeType == plainText ? QVariant(m_source()) : QVariant();
+    return mimeType == plainText ? QVariant(m_source().text()) : QVariant();
 }

@@ -1,19 +1,23 @@
 #pragma once
 
+#include "platform/text/textstore.h"
+
 #include <QMimeData>
 
 #include <functional>
 
-/// Plain text for a clipboard or a drag that is made into a string only when someone asks for it.
+/// Text for a clipboard or a drag that is made into a string only when someone asks for it.
 class TextMimeData : public QMimeData {
     Q_OBJECT
 public:
-    using Source = std::function<QString()>;
-    explicit TextMimeData(Source source);
+    using Source = std::function<TextPiece()>;
+    /// `byteCode` as for QMultiLineEdit::setByteCode().
+    TextMimeData(Source source, QByteArray byteCode);
     /// From now on the text comes from `source`.
     void setSource(Source source);
-    /// The text letter for letter, for a paste inside this program.
-    QString exactText() const;
+    /// The text letter for letter with its spellings, for a paste inside this program.
+    TextPiece piece() const;
+    QByteArray byteCode() const { return m_byteCode; }
 
     bool hasFormat(const QString &mimeType) const override;
     QStringList formats() const override;
@@ -23,4 +27,5 @@ protected:
 
 private:
     Source m_source;
+    const QByteArray m_byteCode;
 };

@@ -15,11 +15,13 @@ public:
 
     QByteArrayView name() const override { return m_name; }
 
+    using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override { decodeBlocks<Decoder>(bytes, sink); }
 
-    bool encode(const TextReader &next, const ByteSink &sink) const override
+    using TextCodec::encode;
+    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
     {
-        return encodeBlocks<Encoder>(next, sink);
+        return encodeBlocks<Encoder>(next, sink, asRead);
     }
 
 private:

@@ -17,7 +17,10 @@ extern qsizetype decodedBlockUnits;
 ///     bool isAscii() const             bytes that are not special stand for themselves now
 ///     static quint64 special(word)     marks the bytes of a word that isAscii() does not speak for
 ///     static bool isSpecial(byte)
-///     void next(in, end, out)          decodes one byte or more, to at most `unitsPerStep` units
+///     bool next(in, end, out)          decodes one byte or more, to at most `unitsPerStep` units; true: the
+///                                      bytes make one unit (at the end of the text perhaps none) and are not
+///                                      what the encoder would write
+///     bool endsOpen() const            behind the last byte the encoder would write more
 template <class Decoder> class BlockDecoder {
 public:
     static constexpr int unitsPerStep = 64;
@@ -42,9 +45,14 @@ public:
                 out = flush(out);
             if (decoder.isAscii() && copyAscii(in, end, out))
                 continue;
-            decoder.next(in, end, out);
+            const uchar *const from = in;
+            char16_t *const unit = out;
+            if (decoder.next(in, end, out)) [[unlikely]]
+                out = spell({ from, in }, unit, out);
         }
         flush(out);
+        if (decoder.endsOpen())
+            m_sink.spelling("");
     }
 
 private:
@@ -103,6 +111,14 @@ private:
         while (end - in >= asciirun::wordSize && Decoder::special(asciirun::loadWord(in)) == 0)
             in += asciirun::wordSize;
         return std::find_if(in, end, Decoder::isSpecial);
+    }
+
+    /// Tells the bytes of the unit that was written last.
+    char16_t *spell(QByteArrayView bytes, const char16_t *unit, const char16_t *out)
+    {
+        char16_t *const to = flush(unit);
+        m_sink.spelling(bytes);
+        return std::copy(unit, out, to);
     }
 
     char16_t *flush(const char16_t *out)

@@ -15,13 +15,19 @@
 ///     void pair(high, low, out)
 ///     void byte(b, out)                an escaped byte
 ///     void lone(c, out)                any other lone surrogate
+///     void unknown(out)                what stands for a character that the code lacks
+///     bool admits(c, spelling, out)    writes what must stand before the bytes that `c` was read from;
+///     false:
+///                                      they would not be read as `c`, write it as any other
 ///     void finish(out)
+///     static constexpr bool hasMark    U+FEFF has a code
 template <class Encoder> class BlockEncoder {
 public:
     static constexpr int bytesPerStep = 32;
 
-    explicit BlockEncoder(const TextCodec::ByteSink &sink)
+    BlockEncoder(const TextCodec::ByteSink &sink, TextCodec::AsRead asRead)
         : m_sink(sink)
+        , m_asRead(asRead)
         , m_buffer(new uchar[blockBytes + bytesPerStep])
         , m_out(m_buffer.get())
     {
@@ -29,20 +35,57 @@ public:
 
     bool encode(const TextCodec::TextReader &next)
     {
-        for (TextChunk chunk = next(); chunk.size() > 0; chunk = next()) {
-            const bool taken = chunk.isLatin1()
-                ? write(reinterpret_cast<const uchar *>(chunk.latin1.data()), chunk.size())
-                : write(chunk.utf16.utf16(), chunk.size());
-            if (!taken)
+        TextChunk chunk = next();
+        const bool dropsMark = !Encoder::hasMark && chunk.utf16.startsWith(QChar::ByteOrderMark);
+        if (dropsMark && chunk.size() == 1)
+            chunk = next();
+        else if (dropsMark)
+            chunk.utf16 = chunk.utf16.sliced(1);
+        for (; chunk.size() > 0; chunk = next()) {
+            if (!(isSpelled(chunk) ? writeSpelled(chunk) : write(chunk)))
                 return false;
         }
         dropHigh(m_out);
+        if (isSpelled(chunk))
+            return writeBytes(*chunk.spelling) && flushRest();
         m_encoder.finish(m_out);
-        return m_out == m_buffer.get() || flush(m_out);
+        return flushRest();
     }
 
 private:
     static constexpr qsizetype blockBytes = 65536;
+
+    bool isSpelled(const TextChunk &chunk) const
+    {
+        return chunk.spelling && m_asRead == TextCodec::AsRead::Everything;
+    }
+
+    bool write(const TextChunk &chunk)
+    {
+        return chunk.isLatin1() ? write(reinterpret_cast<const uchar *>(chunk.latin1.data()), chunk.size())
+                                : write(chunk.utf16.utf16(), chunk.size());
+    }
+
+    bool writeSpelled(const TextChunk &chunk)
+    {
+        Q_ASSERT(chunk.size() == 1);
+        dropHigh(m_out);
+        const char16_t c = chunk.isLatin1() ? uchar(chunk.latin1[0]) : chunk.utf16[0].unicode();
+        return m_encoder.admits(c, *chunk.spelling, m_out) ? writeBytes(*chunk.spelling) : write(chunk);
+    }
+
+    /// Of any length.
+    bool writeBytes(QByteArrayView bytes)
+    {
+        if (m_out - m_buffer.get() + bytes.size() > blockBytes) {
+            if (!flushRest())
+                return false;
+            if (bytes.size() > blockBytes)
+                return m_sink(bytes);
+        }
+        m_out = std::copy(bytes.begin(), bytes.end(), m_out);
+        return true;
+    }
 
     template <class Unit> bool write(const Unit *in, qint64 length)
     {
@@ -104,6 +147,8 @@ private:
             m_high = c;
         else if (!QChar::isSurrogate(c))
             m_encoder.character(c, out);
+        else if (m_asRead == TextCodec::AsRead::Nothing)
+            m_encoder.unknown(out);
         else if (c >= 0xDC80 && c <= 0xDCFF)
             m_encoder.byte(static_cast<uchar>(c & 0xFF), out);
         else
@@ -112,20 +157,30 @@ private:
 
     void dropHigh(uchar *&out)
     {
-        if (m_high != 0)
-            m_encoder.lone(std::exchange(m_high, u'\0'), out);
+        if (std::exchange(m_high, u'\0') != 0)
+            m_encoder.unknown(out);
+    }
+
+    bool flushRest()
+    {
+        const bool taken = m_out == m_buffer.get() || flush(m_out);
+        m_out = m_buffer.get();
+        return taken;
     }
 
     bool flush(const uchar *out) { return m_sink(QByteArrayView(m_buffer.get(), out - m_buffer.get())); }
 
     const TextCodec::ByteSink &m_sink;
+    const TextCodec::AsRead m_asRead;
     Encoder m_encoder;
     std::unique_ptr<uchar[]> m_buffer;
     uchar *m_out;
     char16_t m_high = 0; ///< a high surrogate whose other half is still to come
 };
 
-template <class Encoder> bool encodeBlocks(const TextCodec::TextReader &next, const TextCodec::ByteSink &sink)
+template <class Encoder>
+bool encodeBlocks(
+    const TextCodec::TextReader &next, const TextCodec::ByteSink &sink, TextCodec::AsRead asRead)
 {
-    return BlockEncoder<Encoder>(sink).encode(next);
+    return BlockEncoder<Encoder>(sink, asRead).encode(next);
 }

@@ -1,6 +1,7 @@
 #include "platform/text/jistables.h"
 
 #include <algorithm>
+#include <span>
 
 namespace {
 
@@ -68,6 +69,8 @@ constexpr Twin twins[] = {
     { 0x00A3, 0xFFE1 }, // pound sign
     { 0x00AC, 0xFFE2 }, // not sign
     { 0x00A6, 0xFFE4 }, // broken bar
+    { 0x00A5, u'\\' }, // yen sign, in whose place ASCII has the backslash
+    { 0x203E, u'~' }, // overline, in whose place ASCII has the tilde
 };
 
 void addTwins(std::array<quint16, 0x10000> &codes)
@@ -100,24 +103,12 @@ template <class Visit> void forEachCell(std::span<const JisRow> rows, RowKind ki
 }
 
 /// The first code that a character gets is its usual one.
-void addCode(std::array<quint16, 0x10000> &codes, std::vector<SecondCode> &secondCodes, SecondCode added)
+JisEntry addCode(std::array<quint16, 0x10000> &codes, OtherCodes &others, char16_t character, quint16 code)
 {
-    if (codes[added.character] == 0)
-        codes[added.character] = added.code;
-    else
-        secondCodes.push_back(added);
-}
-
-void sortByCharacter(std::vector<SecondCode> &codes)
-{
-    std::ranges::sort(codes, {}, &SecondCode::character);
-}
-
-std::span<const SecondCode> codesOf(const std::vector<SecondCode> &codes, char16_t character)
-{
-    const auto less = [](const SecondCode &a, const SecondCode &b) { return a.character < b.character; };
-    const auto [first, last] = std::equal_range(codes.begin(), codes.end(), SecondCode{ character, 0 }, less);
-    return { first, last };
+    if (codes[character] != 0)
+        return others.add(character);
+    codes[character] = code;
+    return character;
 }
 
 quint16 shiftJisCode(int row, int cell)
@@ -135,6 +126,12 @@ quint16 jisCode(int row, int cell)
 
 } // namespace
 
+JisEntry OtherCodes::add(char16_t character)
+{
+    m_characters.push_back(character);
+    return static_cast<JisEntry>(0xD800 + m_characters.size() - 1);
+}
+
 const ShiftJisTable &ShiftJisTable::instance()
 {
     static const std::unique_ptr<const ShiftJisTable> table(new ShiftJisTable);
@@ -146,8 +143,7 @@ ShiftJisTable::ShiftJisTable()
     addOneByteCodes(m_codes);
     const auto add = [this](int row, int cell, char16_t character) {
         const quint16 code = shiftJisCode(row, cell);
-        m_characters[code - 0x8100U] = character;
-        addCode(m_codes, m_secondCodes, { character, code });
+        m_entries[code - 0x8100U] = addCode(m_codes, m_others, character, code);
     };
     for (const RowKind kind :
         { RowKind::Standard, RowKind::Added, RowKind::Extension, RowKind::FirstExtension })
@@ -155,12 +151,6 @@ ShiftJisTable::ShiftJisTable()
     for (int i = 0; i < userDefinedCount; ++i)
         add(firstShiftJisUserRow + i / cellsPerRow, i % cellsPerRow + 1, userDefined(i));
     addTwins(m_codes);
-    sortByCharacter(m_secondCodes);
-}
-
-std::span<const SecondCode> ShiftJisTable::secondCodes(char16_t character) const
-{
-    return codesOf(m_secondCodes, character);
 }
 
 const JisPlanes &JisPlanes::instance()
@@ -172,22 +162,20 @@ const JisPlanes &JisPlanes::instance()
 JisPlanes::JisPlanes()
 {
     addOneByteCodes(m_codes);
-    const auto addTo = [this](std::array<char16_t, 0x4000> &plane, quint16 flag) {
+    const auto addTo = [this](std::array<JisEntry, 0x4000> &plane, quint16 flag) {
         return [this, &plane, flag](int row, int cell, char16_t character) {
             const quint16 code = jisCode(row, cell);
-            char16_t &entry = plane[index(static_cast<uchar>(code >> 8), static_cast<uchar>(code))];
-            if (entry == 0) {
-                entry = character;
-                addCode(m_codes, m_secondCodes, { character, static_cast<quint16>(code | flag) });
-            }
+            JisEntry &entry = plane[index(static_cast<uchar>(code >> 8), static_cast<uchar>(code))];
+            if (entry == 0)
+                entry = addCode(m_codes, m_others, character, static_cast<quint16>(code | flag));
         };
     };
     const auto addKanji = addTo(m_kanji, 0);
     const auto addSupplement = addTo(m_supplement, supplementFlag);
     forEachCell(kanjiRows, RowKind::Standard, addKanji);
     forEachCell(kanjiRows, RowKind::Added, addKanji);
-    forEachCell(supplementRows, RowKind::Standard, addSupplement);
     forEachCell(kanjiRows, RowKind::FirstExtension, addKanji);
+    forEachCell(supplementRows, RowKind::Standard, addSupplement);
     forEachCell(systemRows, RowKind::Standard, addSupplement);
     for (int i = 0; i < userDefinedCount / 2; ++i) {
         const int row = firstPlaneUserRow + i / cellsPerRow;
@@ -197,10 +185,4 @@ JisPlanes::JisPlanes()
         addSupplement(row, cell, userDefined(i + userDefinedCount / 2));
     }
     addTwins(m_codes);
-    sortByCharacter(m_secondCodes);
-}
-
-std::span<const SecondCode> JisPlanes::secondCodes(char16_t character) const
-{
-    return codesOf(m_secondCodes, character);
 }

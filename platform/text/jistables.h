@@ -4,7 +4,6 @@
 
 #include <array>
 #include <memory>
-#include <span>
 #include <vector>
 
 /// The Japanese character sets as the codecs use them, built on first use (under a millisecond, about half a
@@ -14,12 +13,28 @@
 ///
 /// The repertoire is that of Windows-31J: JIS X 0208, the makers' row 13, their extension in rows 89 to 92
 /// and once more in rows 115 to 119, and 1880 user-defined characters U+E000..U+E757; beside it JIS X 0212.
-/// Where a character has several codes, one is usual, the rest are read only.
+/// Where a character has several codes, one is usual; the others are written only where they were read.
 
-/// A second code of a character, which is not the usual one.
-struct SecondCode {
-    char16_t character;
-    quint16 code;
+/// What a pair of bytes stands for, in one unit: 0 for nothing, a character whose usual code the pair is, or
+/// else a number in the range of surrogates, behind which the table keeps the character.
+using JisEntry = char16_t;
+
+constexpr bool isUsual(JisEntry entry)
+{
+    return entry != 0 && (entry & 0xF800) != 0xD800;
+}
+
+/// The characters of those pairs that are not their usual codes.
+class OtherCodes {
+public:
+    JisEntry add(char16_t character);
+    char16_t character(JisEntry entry) const
+    {
+        return entry == 0 || isUsual(entry) ? entry : m_characters[entry & 0x7FFU];
+    }
+
+private:
+    std::vector<char16_t> m_characters; ///< fewer than there are surrogates
 };
 
 /// Shift-JIS: two-byte codes by lead and trail byte.
@@ -32,26 +47,28 @@ public:
 
     static constexpr bool isLead(uchar byte) { return (byte ^ 0x20U) - 0xA1U < 0x3CU; }
 
-    /// The character of a pair of bytes; 0 where there is none. `lead` may be any byte.
-    char16_t character(uchar lead, uchar trail) const
+    /// `lead` may be any byte.
+    JisEntry entry(uchar lead, uchar trail) const
     {
-        return isLead(lead) ? m_characters[size_t{ lead - 0x81U } << 8 | trail] : char16_t{ 0 };
+        return isLead(lead) ? m_entries[size_t{ lead - 0x81U } << 8 | trail] : JisEntry{ 0 };
     }
+    /// 0 where there is none.
+    char16_t character(JisEntry entry) const { return m_others.character(entry); }
     /// Usual code; below 0x100 for a one-byte one; 0 for a character without code.
     quint16 code(char16_t character) const { return m_codes[character]; }
-    std::span<const SecondCode> secondCodes(char16_t character) const;
 
 private:
     ShiftJisTable();
-    std::array<char16_t, 0x7C00> m_characters{};
+    std::array<JisEntry, 0x7C00> m_entries{};
     std::array<quint16, 0x10000> m_codes{};
-    std::vector<SecondCode> m_secondCodes;
+    OtherCodes m_others;
 };
 
 /// The two planes of EUC and ISO-2022-JP, by pairs of 7-bit bytes 0x21..0x7E.
 ///
-/// Usual codes: JIS X 0208 with row 13, then JIS X 0212, then rows 89 to 92. The user-defined characters take
-/// the rows 85 to 94 of both planes; 376 of them have no code, where the first plane has rows 89 to 92.
+/// Usual codes: JIS X 0208 with row 13, then rows 89 to 92, as most programs know no more than this plane,
+/// then JIS X 0212. The user-defined characters take the rows 85 to 94 of both planes; 376 of them have no
+/// code, where the first plane has rows 89 to 92.
 class JisPlanes {
 public:
     static const JisPlanes &instance();
@@ -59,13 +76,14 @@ public:
     /// In a code: the pair belongs to JIS X 0212.
     static constexpr quint16 supplementFlag = 0x8000;
 
-    /// The character of a pair; 0 where there is none. Only the low 7 bits of each byte count.
-    char16_t kanji(uchar first, uchar second) const { return m_kanji[index(first, second)]; }
-    char16_t supplement(uchar first, uchar second) const { return m_supplement[index(first, second)]; }
+    /// Only the low 7 bits of each byte count.
+    JisEntry kanji(uchar first, uchar second) const { return m_kanji[index(first, second)]; }
+    JisEntry supplement(uchar first, uchar second) const { return m_supplement[index(first, second)]; }
+    /// 0 where there is none.
+    char16_t character(JisEntry entry) const { return m_others.character(entry); }
     /// Usual code: a pair of 7-bit bytes, perhaps with supplementFlag; below 0x100 the one byte that stands
     /// for ASCII and, as in Shift-JIS, for half-width katakana; 0 for a character without code.
     quint16 code(char16_t character) const { return m_codes[character]; }
-    std::span<const SecondCode> secondCodes(char16_t character) const;
 
 private:
     JisPlanes();
@@ -73,8 +91,8 @@ private:
     {
         return size_t{ first & 0x7FU } << 7 | (second & 0x7FU);
     }
-    std::array<char16_t, 0x4000> m_kanji{};
-    std::array<char16_t, 0x4000> m_supplement{};
+    std::array<JisEntry, 0x4000> m_kanji{};
+    std::array<JisEntry, 0x4000> m_supplement{};
     std::array<quint16, 0x10000> m_codes{};
-    std::vector<SecondCode> m_secondCodes;
+    OtherCodes m_others;
 };

@@ -9,14 +9,15 @@
 
 namespace {
 
-using LeafText = QVarLengthArray<char16_t, 8192>;
-
 LeafText editedText(const TextLeaf &leaf, qint64 offset, qint64 removed, QStringView inserted)
 {
     LeafText text(leaf.size - removed + inserted.size());
-    leaf.copyTo(text.data(), 0, offset);
-    std::copy_n(inserted.utf16(), inserted.size(), text.data() + offset);
-    leaf.copyTo(text.data() + offset + inserted.size(), offset + removed, leaf.size - offset - removed);
+    char16_t *const units = text.units.data();
+    leaf.copyTo(units, 0, offset);
+    std::copy_n(inserted.utf16(), inserted.size(), units + offset);
+    leaf.copyTo(units + offset + inserted.size(), offset + removed, leaf.size - offset - removed);
+    if (leaf.spellings)
+        text.spellings = leaf.spellings->edited(offset, removed, inserted.size());
     return text;
 }
 
@@ -100,7 +101,8 @@ void replaceUnits(Unit *text, qint64 size, qint64 offset, qint64 removed, QStrin
 void rebuildLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted)
 {
     const LeafText text = editedText(leafOf(tree), offset, removed, inserted);
-    tree.node = TextLeaf::fromText(QStringView(text.data(), text.size()), roomFor(text.size()));
+    const qint64 size = text.units.size();
+    tree.node = TextLeaf::fromText(text, 0, size, roomFor(size));
 }
 
 void editLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted)
@@ -113,6 +115,8 @@ void editLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserte
     else
         replaceUnits(leaf.bytes(), leaf.size, offset, removed, inserted);
     leaf.size += qint32(inserted.size() - removed);
+    if (leaf.spellings)
+        leaf.setSpellings(leaf.spellings->edited(offset, removed, inserted.size()));
 }
 
 /// Measures the leaf at `offset` and sums up all above it.
@@ -205,15 +209,15 @@ bool OpenLeaf::edit(qint64 offset, qint64 removed, QStringView inserted, const T
 bool OpenLeaf::divide(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
 {
     const LeafText text = editedText(leaf(), offset, removed, inserted);
-    const QStringView view(text.data(), text.size());
+    const QStringView view = text.view();
     const qint64 middle = cutPlace(view, view.size() / 2);
     if (view.size() - middle > TextLeaf::maxSize())
         return false;
     m_behind = codePointAt(view, middle);
     std::move_backward(m_leaf + 1, m_parent->end(), m_parent->end() + 1);
     ++m_parent->count;
-    m_leaf[0].node = TextLeaf::fromText(view.first(middle), roomFor(middle));
-    m_leaf[1] = leafTree(TextLeaf::fromText(view.sliced(middle)), layout);
+    m_leaf[0].node = TextLeaf::fromText(text, 0, middle, roomFor(middle));
+    m_leaf[1] = leafTree(TextLeaf::fromText(text, middle, view.size(), view.size() - middle), layout);
     return true;
 }
 

@@ -30,6 +30,22 @@ struct StringSink : TextCodec::TextSink {
     void utf16(QStringView block) override { text += block; }
 };
 
+/// Hands decoded blocks on to the store that is being built.
+class StoreSink : public TextCodec::TextSink {
+public:
+    explicit StoreSink(const LayoutRule &rule)
+        : m_builder(rule)
+    {
+    }
+    void latin1(QByteArrayView characters) override { m_builder.append(characters); }
+    void utf16(QStringView text) override { m_builder.append(text); }
+    void spelling(QByteArrayView bytes) override { m_builder.spell(bytes); }
+    TextStore finish() { return m_builder.finish(); }
+
+private:
+    TextStore::Builder m_builder;
+};
+
 /// NUL, and every surrogate: pairs are looked at more closely.
 bool isSuspect(char16_t c)
 {
@@ -65,15 +81,27 @@ const TextCodec *TextCodec::codecForContent(QByteArrayView data)
     return &latin1Codec();
 }
 
-bool TextCodec::encode(const TextStore &store, const ByteSink &sink) const
+void TextCodec::TextSink::spelling(QByteArrayView bytes)
+{
+    Q_UNUSED(bytes)
+}
+
+TextStore TextCodec::decode(QByteArrayView bytes, const LayoutRule &rule) const
+{
+    StoreSink sink(rule);
+    decode(bytes, sink);
+    return sink.finish();
+}
+
+bool TextCodec::encode(const TextStore &store, const ByteSink &sink, AsRead asRead) const
 {
     qint64 offset = 0;
     const auto next = [&store, &offset] {
-        const TextChunk chunk = offset < store.length() ? store.chunkAt(offset) : TextChunk();
+        const TextChunk chunk = store.spelledChunkAt(offset);
         offset += chunk.size();
         return chunk;
     };
-    return encode(next, sink);
+    return encode(next, sink, asRead);
 }
 
 QString TextCodec::toUnicode(QByteArrayView bytes) const
@@ -93,10 +121,11 @@ QByteArray TextCodec::fromUnicode(QStringView text) const
             chunk.utf16 = text;
         return chunk;
     };
-    encode(next, [&bytes](QByteArrayView block) {
+    const auto collect = [&bytes](QByteArrayView block) {
         bytes += block;
         return true;
-    });
+    };
+    encode(next, collect, AsRead::UndecodableBytes);
     return bytes;
 }
 

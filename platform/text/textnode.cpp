@@ -74,6 +74,14 @@ TextNodeRef TextLeaf::fromText(QByteArrayView latin1)
     return TextNodeRef(leaf);
 }
 
+TextNodeRef TextLeaf::fromText(const LeafText &text, qint64 from, qint64 to, qint64 capacity)
+{
+    TextNodeRef leaf = fromText(text.view().sliced(from, to - from), capacity);
+    if (!text.spellings.isEmpty())
+        static_cast<TextLeaf &>(*leaf.get()).setSpellings(text.spellings.part(from, to));
+    return leaf;
+}
+
 void TextLeaf::copyTo(char16_t *to, qint64 from, qint64 count) const
 {
     visit([=](const auto *text) { std::copy_n(text + from, count, to); });
@@ -81,7 +89,15 @@ void TextLeaf::copyTo(char16_t *to, qint64 from, qint64 count) const
 
 TextNodeRef TextLeaf::part(qint64 from, qint64 count) const
 {
-    return wide ? fromText(utf16().sliced(from, count)) : fromText(latin1().sliced(from, count));
+    TextNodeRef leaf = wide ? fromText(utf16().sliced(from, count)) : fromText(latin1().sliced(from, count));
+    if (spellings)
+        static_cast<TextLeaf &>(*leaf.get()).setSpellings(spellings->part(from, from + count));
+    return leaf;
+}
+
+void TextLeaf::setSpellings(Spellings &&some)
+{
+    spellings = some.isEmpty() ? nullptr : std::make_unique<const Spellings>(std::move(some));
 }
 
 int TextInner::maxCount()

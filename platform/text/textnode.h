@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/text/spellings.h"
 #include "platform/text/textlayout.h"
 #include "platform/text/textnoderef.h"
 
@@ -8,11 +9,23 @@
 #include <memory>
 #include <vector>
 
+/// Text on its way into a leaf.
+struct LeafText {
+    QVarLengthArray<char16_t, 8192> units;
+    Spellings spellings;
+    explicit LeafText(qint64 size)
+        : units(size)
+    {
+    }
+    QStringView view() const { return { units.data(), units.size() }; }
+};
+
 /// A run of text: one byte a unit, or two when `wide`. The units follow the object in memory.
 struct TextLeaf : TextNode {
     const bool wide;
     qint32 size = 0; ///< units in use
     const qint32 capacity; ///< units there is room for
+    std::unique_ptr<const Spellings> spellings; ///< null: there are none
 
     /// The most units a leaf may hold, and the fewest one that has neighbours does.
     static int maxSize();
@@ -24,6 +37,8 @@ struct TextLeaf : TextNode {
     static TextNodeRef fromText(QStringView text) { return fromText(text, text.size()); }
     static TextNodeRef fromText(QStringView text, qint64 capacity);
     static TextNodeRef fromText(QByteArrayView latin1);
+    /// Units `from`..`to` of a text.
+    static TextNodeRef fromText(const LeafText &text, qint64 from, qint64 to, qint64 capacity);
 
     uchar *bytes() { return reinterpret_cast<uchar *>(this + 1); }
     const uchar *bytes() const { return reinterpret_cast<const uchar *>(this + 1); }
@@ -35,6 +50,7 @@ struct TextLeaf : TextNode {
     /// Copies units `from`..`from + count` to `to`, widened.
     void copyTo(char16_t *to, qint64 from, qint64 count) const;
     TextNodeRef part(qint64 from, qint64 count) const;
+    void setSpellings(Spellings &&some);
 
     /// Calls `function(text)` with the units as uchar or as char16_t.
     template <typename Function> decltype(auto) visit(Function &&function) const

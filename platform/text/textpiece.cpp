@@ -15,7 +15,8 @@ qint64 memoryOf(const TextNode &node)
 {
     if (node.height == 0) {
         const auto &leaf = static_cast<const TextLeaf &>(node);
-        return qint64(sizeof(TextLeaf)) + (qint64(leaf.capacity) << (leaf.wide ? 1 : 0));
+        return qint64(sizeof(TextLeaf)) + (qint64(leaf.capacity) << (leaf.wide ? 1 : 0))
+            + (leaf.spellings ? leaf.spellings->memory() : 0);
     }
     qint64 bytes = sizeof(TextInner);
     for (const TextTree &child : static_cast<const TextInner &>(node))
@@ -46,6 +47,12 @@ TextTree TextPiece::tree() const
 bool TextPiece::isSmall() const
 {
     return !m_root || m_root.get()->height == 0;
+}
+
+/// As good as a string: not worth a node of its own, and spelled as usual.
+bool TextPiece::isPlainText() const
+{
+    return isSmall() && (!m_root || !static_cast<const TextLeaf &>(*m_root.get()).spellings);
 }
 
 qint64 TextPiece::length() const

@@ -46,6 +46,7 @@ public:
     };
     mutable Answers last; ///< reset by every change of layout or tree
     TextLayout layout;
+    std::optional<QByteArray> endSpelling; ///< what the file had behind the last unit; not part of the text
 
 private:
     mutable TextTree m_tree;
@@ -197,6 +198,28 @@ TextChunk TextStore::chunkAt(qint64 offset) const
     return { offset, leaf.latin1().sliced(offset - start), {} };
 }
 
+TextChunk TextStore::spelledChunkAt(qint64 offset) const
+{
+    if (offset == length()) {
+        TextChunk end;
+        end.offset = offset;
+        if (d->endSpelling)
+            end.spelling = QByteArrayView(*d->endSpelling);
+        return end;
+    }
+    TextChunk chunk = chunkAt(offset);
+    qint64 start = 0;
+    const TextLeaf &leaf = d->leafAt(offset, 1, start);
+    const qsizetype next = leaf.spellings ? leaf.spellings->firstFrom(offset - start) : 0;
+    if (!leaf.spellings || next == leaf.spellings->count())
+        return chunk;
+    const qint64 before = leaf.spellings->place(next) - (offset - start);
+    if (before == 0)
+        chunk.spelling = leaf.spellings->bytes(next);
+    chunk.truncate(qMax<qint64>(1, before));
+    return chunk;
+}
+
 TextChunk TextStore::chunkBefore(qint64 end) const
 {
     Q_ASSERT(end > 0 && end <= length());
@@ -217,13 +240,22 @@ void TextStore::replace(qint64 offset, qint64 removed, QStringView inserted)
 
 TextPiece TextStore::take(qint64 offset, qint64 length)
 {
-    return exchange(offset, length, {});
+    return exchange(offset, length, QStringView());
 }
 
 TextPiece TextStore::exchange(qint64 offset, qint64 removed, QStringView inserted)
 {
     TextPiece taken = piece(offset, removed);
     replace(offset, removed, inserted);
+    return taken;
+}
+
+TextPiece TextStore::exchange(qint64 offset, qint64 removed, const TextPiece &inserted)
+{
+    if (inserted.isPlainText())
+        return exchange(offset, removed, inserted.text());
+    TextPiece taken = take(offset, removed);
+    insert(offset, inserted);
     return taken;
 }
 
@@ -243,7 +275,7 @@ TextPiece TextStore::piece(qint64 offset, qint64 length) const
 void TextStore::insert(qint64 offset, const TextPiece &piece)
 {
     Q_ASSERT(d->isInside(offset));
-    if (piece.isSmall())
+    if (piece.isPlainText())
         replace(offset, 0, piece.text());
     else
         d->put(offset, 0, treeUnder(piece.m_root, d->layout));
@@ -385,10 +417,16 @@ void TextStore::Builder::append(QStringView text)
     d->tree.append(text);
 }
 
+void TextStore::Builder::spell(QByteArrayView bytes)
+{
+    d->tree.spell(bytes);
+}
+
 TextStore TextStore::Builder::finish()
 {
     const LayoutRule rule = d->store.layoutRule();
     d->store.d->setTree(d->tree.finish());
+    d->store.d->endSpelling = d->tree.lastSpelling();
     TextStore finished = std::move(d->store);
     d = std::make_unique<Private>(rule);
     return finished;

@@ -9,6 +9,7 @@
 #include <QStringView>
 
 #include <memory>
+#include <optional>
 
 /// How wide text is and where a row ends.
 struct LayoutRule {
@@ -33,8 +34,18 @@ struct TextChunk {
     qint64 offset = 0; ///< of the first unit in the whole text
     QByteArrayView latin1; ///< set where the store keeps one byte a unit (U+0000..U+00FF)
     QStringView utf16; ///< set elsewhere
+    /// The bytes that the run, one unit then, was read from, where its code would write others. Without a
+    /// unit: what stood behind the whole text. See Spellings.
+    std::optional<QByteArrayView> spelling = std::nullopt;
     bool isLatin1() const { return utf16.isNull(); }
     qint64 size() const { return isLatin1() ? latin1.size() : utf16.size(); }
+    void truncate(qint64 size)
+    {
+        if (isLatin1())
+            latin1.truncate(size);
+        else
+            utf16.truncate(size);
+    }
 };
 
 struct TextTree;
@@ -92,6 +103,9 @@ public:
     /// The stored run that holds `offset` (< length()), beginning exactly at `offset` and at most one leaf
     /// long.
     TextChunk chunkAt(qint64 offset) const;
+    /// As chunkAt(), but in parts that are free of spellings or one unit with its spelling; at length() that
+    /// of the end.
+    TextChunk spelledChunkAt(qint64 offset) const;
     /// The stored run that ends exactly at `end` (> 0), at most one leaf long: for walking backwards.
     TextChunk chunkBefore(qint64 end) const;
 
@@ -102,6 +116,7 @@ public:
     TextPiece take(qint64 offset, qint64 length);
     /// The same, and puts `inserted` in their place.
     TextPiece exchange(qint64 offset, qint64 removed, QStringView inserted);
+    TextPiece exchange(qint64 offset, qint64 removed, const TextPiece &inserted);
     /// The same text without cutting it out: O(log n) as well, the leaves are shared until one side changes.
     TextPiece piece(qint64 offset, qint64 length) const;
     /// Puts a piece in: O(log n) if it comes from this store and the layout rule has not been set since, else
@@ -147,8 +162,8 @@ private:
     friend class Builder;
 };
 
-/// A run of text cut out of a store or shared with it, as compact as the store keeps it: one pointer. Like
-/// stores, pieces of one text all belong to one thread.
+/// A run of text cut out of a store or shared with it, with its spellings, as compact as the store keeps it:
+/// one pointer. Like stores, pieces of one text all belong to one thread.
 class TextPiece {
 public:
     TextPiece() = default;
@@ -156,6 +171,7 @@ public:
     explicit TextPiece(QStringView text);
     qint64 length() const;
     QString text() const { return text(0, length()); }
+    bool isEmpty() const { return !m_root; }
     /// A part of it; the cost is the part's length.
     QString text(qint64 offset, qint64 length) const;
     /// Bytes of memory it holds, about; what it shares with a store or other pieces is counted here as well.
@@ -169,6 +185,7 @@ private:
     TextTree tree() const;
     /// Not worth a node of its own in a store.
     bool isSmall() const;
+    bool isPlainText() const;
 
     TextNodeRef m_root;
     friend class TextStore;
@@ -183,6 +200,8 @@ public:
     /// Each byte one character U+0000..U+00FF.
     void append(QByteArrayView latin1);
     void append(QStringView text);
+    /// Tells the bytes that the unit appended next was read from; at the end of the text, what stood there.
+    void spell(QByteArrayView bytes);
     /// The finished store; the builder is empty afterwards.
     TextStore finish();
 

@@ -47,26 +47,34 @@ TextTrees childrenOf(TextTree &&tree)
     return list;
 }
 
-/// One leaf, or as few of about one size as hold the text.
-void appendLeaves(TextTrees &list, QStringView text, const TextLayout &layout)
+/// One leaf, or as few of about one size as hold units `from`..`to` of a text.
+void appendLeaves(TextTrees &list, const LeafText &text, qint64 from, qint64 to, const TextLayout &layout)
 {
-    if (text.size() <= TextLeaf::maxSize()) {
-        list.append(leafTree(TextLeaf::fromText(text), layout));
+    const qint64 size = to - from;
+    if (size <= TextLeaf::maxSize()) {
+        list.append(leafTree(TextLeaf::fromText(text, from, to, size), layout));
         return;
     }
-    const qint64 middle = cutPlace(text, text.size() / 2);
-    appendLeaves(list, text.first(middle), layout);
-    appendLeaves(list, text.sliced(middle), layout);
+    const qint64 middle = from + cutPlace(text.view().sliced(from, size), size / 2);
+    appendLeaves(list, text, from, middle, layout);
+    appendLeaves(list, text, middle, to, layout);
+}
+
+void copyLeaf(const TextLeaf &leaf, LeafText &text, qint64 to)
+{
+    leaf.copyTo(text.units.data() + to, 0, leaf.size);
+    if (leaf.spellings)
+        text.spellings.append(*leaf.spellings, 0, leaf.size, to);
 }
 
 /// The text of two leaves cut anew.
 TextTree mergeLeaves(const TextTree &left, const TextTree &right, const TextLayout &layout)
 {
-    QVarLengthArray<char16_t, 8192> text(left.units() + right.units());
-    leafOf(left).copyTo(text.data(), 0, left.units());
-    leafOf(right).copyTo(text.data() + left.units(), 0, right.units());
+    LeafText text(left.units() + right.units());
+    copyLeaf(leafOf(left), text, 0);
+    copyLeaf(leafOf(right), text, left.units());
     TextTrees list;
-    appendLeaves(list, QStringView(text.data(), text.size()), layout);
+    appendLeaves(list, text, 0, text.units.size(), layout);
     return parentOf(std::move(list), layout);
 }
 

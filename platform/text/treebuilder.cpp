@@ -17,7 +17,7 @@ void TreeBuilder::append(QByteArrayView latin1)
 {
     const qint64 full = TextLeaf::maxSize();
     while (!latin1.isEmpty()) {
-        if (pending() == 0 && latin1.size() >= full) {
+        if (pending() == 0 && latin1.size() >= full && !isAnySpelled()) {
             addLeaf(TextLeaf::fromText(latin1.first(full)));
             latin1 = latin1.sliced(full);
             continue;
@@ -37,7 +37,7 @@ void TreeBuilder::append(QStringView text)
 {
     while (!text.isEmpty()) {
         widen();
-        if (m_units.isEmpty() && text.size() >= room()) {
+        if (m_units.isEmpty() && text.size() >= room() && !isAnySpelled()) {
             const qint64 cut = cutPlace(text, TextLeaf::maxSize());
             addLeaf(TextLeaf::fromText(text.first(cut)));
             text = text.sliced(cut);
@@ -51,6 +51,19 @@ void TreeBuilder::append(QStringView text)
         }
         text = text.sliced(count);
     }
+}
+
+void TreeBuilder::spell(QByteArrayView bytes)
+{
+    m_spellings.append(pending(), bytes);
+}
+
+std::optional<QByteArray> TreeBuilder::lastSpelling() const
+{
+    const qsizetype last = m_spellings.count() - 1;
+    if (last < 0 || m_spellings.place(last) < pending())
+        return std::nullopt;
+    return QByteArray(m_spellings.bytes(last).toByteArray());
 }
 
 /// Units that are still to come before a leaf is made of what is pending.
@@ -73,13 +86,13 @@ void TreeBuilder::widen()
 void TreeBuilder::flush()
 {
     if (!m_wide) {
-        addLeaf(TextLeaf::fromText(QByteArrayView(m_bytes)));
+        addPendingLeaf(TextLeaf::fromText(QByteArrayView(m_bytes)));
         m_bytes.resize(0);
         return;
     }
     const qint64 full = TextLeaf::maxSize();
     const qint64 cut = m_units.size() > full ? cutPlace(m_units, full) : m_units.size();
-    addLeaf(TextLeaf::fromText(QStringView(m_units).first(cut)));
+    addPendingLeaf(TextLeaf::fromText(QStringView(m_units).first(cut)));
     m_units.remove(0, cut);
     narrow();
 }
@@ -105,6 +118,16 @@ qint64 TreeBuilder::giveBack(qint64 count)
     m_bytes.resize(0);
     m_wide = false;
     return left;
+}
+
+void TreeBuilder::addPendingLeaf(TextNodeRef leaf)
+{
+    if (isAnySpelled()) {
+        auto &text = static_cast<TextLeaf &>(*leaf.get());
+        text.setSpellings(m_spellings.part(0, text.size));
+        m_spellings = m_spellings.edited(0, text.size, 0);
+    }
+    addLeaf(std::move(leaf));
 }
 
 void TreeBuilder::addLeaf(TextNodeRef leaf)

@@ -24,6 +24,11 @@ void checkLeaf(const TextTree &tree, bool isRoot, const TextLayout &layout)
     Q_ASSERT(leaf.size <= TextLeaf::maxSize() && leaf.size <= leaf.capacity);
     const auto isWide = [](QChar unit) { return unit.unicode() > 0xff; };
     Q_ASSERT(!leaf.wide || std::any_of(leaf.utf16().begin(), leaf.utf16().end(), isWide));
+    if (leaf.spellings) {
+        Q_ASSERT(!leaf.spellings->isEmpty());
+        Q_ASSERT(leaf.spellings->place(0) >= 0);
+        Q_ASSERT(leaf.spellings->place(leaf.spellings->count() - 1) < leaf.size);
+    }
     checkSummary(tree.summary, summaryOf(leaf, layout));
 }
 

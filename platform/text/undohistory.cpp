@@ -134,6 +134,8 @@ struct UndoHistory::State {
     int groupDepth = 0;
     Joining lastJoining = Joining::Never; ///< how the newest command was recorded
 
+    void startEdit(const TextStore &store);
+    void recordEdit(qint64 offset, TextPiece &&gone, TextPiece &&inserted, Joining joining);
     void record(UndoCommand &&command, Joining joining);
     bool join(UndoCommand &command, Joining joining);
     bool joinOvertyping(UndoCommand &gone, UndoCommand &typed, Joining joining);
@@ -198,6 +200,25 @@ void UndoHistory::State::recordBoth(UndoCommand &&gone, UndoCommand &&typed, Joi
         return;
     steps[done - 1].open = false;
     steps[done - 1].takesMore = joining != Joining::Never;
+}
+
+void UndoHistory::State::startEdit(const TextStore &store)
+{
+    if (done == 0)
+        origin = store.piece(0, store.length());
+    steps.resize(done);
+}
+
+void UndoHistory::State::recordEdit(qint64 offset, TextPiece &&gone, TextPiece &&inserted, Joining joining)
+{
+    UndoCommand deletion{ Kind::Delete, offset, std::move(gone) };
+    UndoCommand insertion{ Kind::Insert, offset, std::move(inserted) };
+    if (!deletion.text.isEmpty() && !insertion.text.isEmpty())
+        recordBoth(std::move(deletion), std::move(insertion), joining);
+    else if (!deletion.text.isEmpty())
+        record(std::move(deletion), joining);
+    else
+        record(std::move(insertion), joining);
 }
 
 void UndoHistory::State::record(UndoCommand &&command, Joining joining)
@@ -284,18 +305,19 @@ void UndoHistory::replace(
 {
     if (removed == 0 && inserted.isEmpty())
         return;
-    if (d->done == 0)
-        d->origin = store.piece(0, store.length());
-    d->steps.resize(d->done);
+    d->startEdit(store);
     TextPiece gone = store.exchange(offset, removed, inserted);
-    UndoCommand deletion{ Kind::Delete, offset, std::move(gone) };
-    UndoCommand insertion{ Kind::Insert, offset, TextPiece(inserted) };
-    if (removed > 0 && !inserted.isEmpty())
-        d->recordBoth(std::move(deletion), std::move(insertion), joining);
-    else if (removed > 0)
-        d->record(std::move(deletion), joining);
-    else
-        d->record(std::move(insertion), joining);
+    d->recordEdit(offset, std::move(gone), TextPiece(inserted), joining);
+}
+
+void UndoHistory::replace(
+    TextStore &store, qint64 offset, qint64 removed, const TextPiece &inserted, Joining joining)
+{
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    d->startEdit(store);
+    TextPiece gone = store.exchange(offset, removed, inserted);
+    d->recordEdit(offset, std::move(gone), TextPiece(inserted), joining);
 }
 
 void UndoHistory::beginGroup()

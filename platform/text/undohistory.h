@@ -48,6 +48,8 @@ public:
     /// everything that could be redone. Always the same store, changed by nobody else until clear().
     void replace(TextStore &store, qint64 offset, qint64 removed, QStringView inserted,
         Joining joining = Joining::Never);
+    void replace(TextStore &store, qint64 offset, qint64 removed, const TextPiece &inserted,
+        Joining joining = Joining::Never);
     /// Groups nest; only the outermost pair makes markers. An empty group leaves no trace.
     void beginGroup();
     void endGroup();

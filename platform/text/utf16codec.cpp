@@ -28,16 +28,20 @@ public:
     static bool isSpecial(uchar) { return true; }
     static quint64 special(quint64) { return 1; }
 
-    void next(const uchar *&in, const uchar *end, char16_t *&out) const
+    bool next(const uchar *&in, const uchar *end, char16_t *&out) const
     {
         if (end - in < 2) {
-            *out++ = *in < 0x80 ? char16_t{ *in } : escapeOf(*in);
+            const bool isAsciiByte = *in < 0x80;
+            *out++ = isAsciiByte ? char16_t{ *in } : escapeOf(*in);
             ++in;
-            return;
+            return isAsciiByte;
         }
         for (int i = 0; i < unitsPerStep && end - in >= 2; ++i)
             nextUnit(in, end, out);
+        return false;
     }
+
+    static bool endsOpen() { return false; }
 
 private:
     static constexpr int unitsPerStep = 16;
@@ -64,6 +68,7 @@ private:
 /// Gathers escapes: three that the decoder made of a lone surrogate become it again, others stay bytes.
 template <Order order> class Utf16Encoder {
 public:
+    static constexpr bool hasMark = true;
     static bool isAscii() { return false; }
     static quint64 special(quint64) { return 1; }
 
@@ -94,7 +99,14 @@ public:
         }
     }
 
-    void lone(char16_t, uchar *&out) { character(QChar::ReplacementCharacter, out); }
+    void unknown(uchar *&out) { character(QChar::ReplacementCharacter, out); }
+    void lone(char16_t, uchar *&out) { unknown(out); }
+
+    bool admits(char16_t, QByteArrayView, uchar *&out)
+    {
+        finish(out);
+        return true;
+    }
 
     void finish(uchar *&out)
     {
@@ -112,15 +124,17 @@ template <Order order> class Utf16Codec : public TextCodec {
 public:
     QByteArrayView name() const override { return order == Order::LittleEndian ? "UTF-16LE" : "UTF-16BE"; }
 
+    using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override
     {
         const bool hasMark = bytes.startsWith(mark());
         decodeBlocks<Utf16Decoder<order>>(hasMark ? bytes.sliced(2) : bytes, sink);
     }
 
-    bool encode(const TextReader &next, const ByteSink &sink) const override
+    using TextCodec::encode;
+    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
     {
-        return sink(mark()) && encodeBlocks<Utf16Encoder<order>>(next, sink);
+        return sink(mark()) && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
     }
 
 private:

@@ -1,5 +1,6 @@
 #include "platform/text/blockcodec.h"
 #include "platform/text/codecs.h"
+#include "platform/text/statelessencoder.h"
 
 namespace {
 
@@ -9,7 +10,7 @@ public:
     static bool isSpecial(uchar byte) { return byte >= 0x80; }
     static quint64 special(quint64 word) { return asciirun::highBytes(word); }
 
-    void next(const uchar *&in, const uchar *end, char16_t *&out) const
+    bool next(const uchar *&in, const uchar *end, char16_t *&out) const
     {
         // Most often a stretch of three-byte characters: kana and kanji.
         for (int i = 0; i < charactersPerStep && end - in >= 3; ++i) {
@@ -21,7 +22,10 @@ public:
         }
         if (in != end && isSpecial(*in))
             other(in, end, out);
+        return false;
     }
+
+    static bool endsOpen() { return false; }
 
 private:
     static constexpr int charactersPerStep = 32;
@@ -65,11 +69,9 @@ private:
     }
 };
 
-class Utf8Encoder {
+class Utf8Encoder : public StatelessEncoder {
 public:
-    static bool isAscii() { return true; }
-    static quint64 special(quint64 word) { return asciirun::highBytes(word); }
-
+    static constexpr bool hasMark = true;
     static void character(char16_t c, uchar *&out)
     {
         if (c < 0x80) {
@@ -93,9 +95,8 @@ public:
         *out++ = continuation(c);
     }
 
-    static void byte(uchar b, uchar *&out) { *out++ = b; }
-    static void lone(char16_t, uchar *&out) { character(QChar::ReplacementCharacter, out); }
-    static void finish(uchar *&) { }
+    static void unknown(uchar *&out) { character(QChar::ReplacementCharacter, out); }
+    static void lone(char16_t, uchar *&out) { unknown(out); }
 
 private:
     static uchar continuation(char32_t bits) { return static_cast<uchar>(0x80 | (bits & 0x3F)); }

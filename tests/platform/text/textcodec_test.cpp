@@ -1,5 +1,7 @@
 #include "platform/text/textcodec.h"
 
+#include "tests/platform/text/storedbytes.h"
+
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -65,10 +67,11 @@ private:
 QByteArray encodeInRuns(const TextCodec &codec, const QString &text, qsizetype runLength)
 {
     QByteArray bytes;
-    codec.encode(RunReader(text, runLength), [&bytes](QByteArrayView block) {
+    const auto collect = [&bytes](QByteArrayView block) {
         bytes += block;
         return true;
-    });
+    };
+    codec.encode(RunReader(text, runLength), collect, TextCodec::AsRead::UndecodableBytes);
     return bytes;
 }
 
@@ -306,11 +309,11 @@ void TextCodecTest::readsSecondCodes_data()
         "FA5C FC4B FA40 FA55 FA57");
     add("SJIS", "row 92 for JIS X 0208", "EEF9", u"￢"_s, "81CA");
     add("eucJP", "row 13 for JIS X 0208", "ADF0", u"≒"_s, "A2E2");
-    add("eucJP", "row 89 for JIS X 0212", "F9A1", u"纊"_s, "8FD4E3");
+    add("eucJP", "JIS X 0212 for row 89", "8FD4E3", u"纊"_s, "F9A1");
     add("eucJP", "JIS X 0212 for JIS X 0208", "8FA2B7", u"～"_s, "A1C1");
     add("eucJP", "rows 83 and 84 for row 13", "8FF3FD 8FF4AB", u"Ⅰ㈱"_s, "ADB5 ADEA");
     add("eucJP", "row 84 for row 92", "8FF4FB", u"髙"_s, "FCE2");
-    add("JIS7", "row 89 for JIS X 0212", "1B2442 7921 1B2842", u"纊"_s, "1B242844 5463 1B2842");
+    add("JIS7", "JIS X 0212 for row 89", "1B242844 5463 1B2842", u"纊"_s, "1B2442 7921 1B2842");
     add("JIS7", "older kanji", "1B2440 3021 1B2842", u"亜"_s, "1B2442 3021 1B2842");
     add("JIS7", "four-byte designations", "1B242842 3021 1B242840 3021 1B2842", u"亜亜"_s,
         "1B2442 3021 3021 1B2842");
@@ -338,6 +341,8 @@ void TextCodecTest::readsSecondCodes()
     QCOMPARE(c->toUnicode(bytes), text);
     QCOMPARE(c->fromUnicode(text).toHex(' '), usual.toHex(' '));
     QCOMPARE(c->toUnicode(usual), text);
+    if (!bytes.startsWith("a"))
+        QCOMPARE(savedUnedited(*c, bytes).toHex(' '), bytes.toHex(' '));
 }
 
 void TextCodecTest::encodes_data()
@@ -391,9 +396,22 @@ void TextCodecTest::encodes_data()
         u"\xDC81"
         u"A"_s,
         "81 41");
-    add("SJIS", "second code where the usual one would fuse", u"\xDC81\u9E19"_s, "81 EEEB");
-    add("eucJP", "second code where the usual one would fuse", u"\xDCF4\u2252"_s, "F4 ADF0");
-    add("eucJP", "the bytes win where every code fuses", u"\xDCA4\u3042"_s, "A4 A4A2");
+    add("SJIS", "the bytes win over a character behind them", u"\xDC81\u9E19"_s, "81 FC4A");
+    add("eucJP", "the bytes win over a character behind them", u"\xDCA4\u3042"_s, "A4 A4A2");
+    const QString yen = u"\u00A5a\\\u203E"_s;
+    add("SJIS", "yen sign and overline", yen, "5C 61 5C 7E");
+    add("eucJP", "yen sign and overline", yen, "5C 61 5C 7E");
+    add("JIS7", "yen sign and overline", yen, "1B284A 5C 1B2842 61 5C 1B284A 7E 1B2842");
+    for (const char *name : { "SJIS", "eucJP", "JIS7" }) {
+        add(name, "byte-order mark", u"\uFEFFa"_s, "61");
+        add(name, "byte-order mark alone", u"\uFEFF"_s, "");
+        add(name, "no byte-order mark inside", u"a\uFEFF"_s, "61 3F");
+    }
+    add("UTF8", "byte-order mark", u"\uFEFFa"_s, "EFBBBF 61");
+    // Characters of the rows 89 to 92: three bytes behind 8F would make other programs, and the next opening,
+    // take the file for another code.
+    add("eucJP", "rows 89 to 92", u"彅濵昻"_s, "F9AC FAF0 FAB6");
+    add("JIS7", "rows 89 to 92", u"彅濵昻"_s, "1B2442 792C 7A70 7A36 1B2842");
 }
 
 void TextCodecTest::encodes()
