@@ -71,8 +71,10 @@ qint64 QMultiLineEdit::Private::lastLeft() const
 /// alone, so that its end is seen, or its cursor where it is wider than the view.
 qint64 QMultiLineEdit::Private::composedShift(qint64 row) const
 {
+    if (!q->isComposing() || !rowsFit())
+        return 0;
     const RowCol at = rowColOf(cursor);
-    if (!q->isComposing() || row != at.row || !rowsFit())
+    if (row != at.row)
         return 0;
     const qreal view = q->viewport()->width();
     const qreal start = measure->toPixels(store.xAt(at));
