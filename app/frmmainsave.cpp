@@ -4,6 +4,7 @@
 #include "app/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "platform/endquestion.h"
 #include "platform/filename.h"
 #include "platform/messagebox.h"
 #include "platform/qcop.h"
@@ -110,6 +111,7 @@ void frmMain::slotCmdFileQuitNoSave()
 
 bool frmMain::confirmCloseAll(bool saveWithoutAsking)
 {
+    const EndQuestion question;
     commitComposition();
     while (tabBar()->count() > 0) {
         ctlEditer *editor = tabBar()->editors().constLast();

@@ -4,12 +4,19 @@
 #include "platform/qcop.h"
 #include "platform/sessionbus.h"
 
-#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <limits>
+#include <utility>
 
 namespace {
 
 constexpr int busTimeout = 500; // ms
 constexpr int instanceTimeout = 2000; // ms
+constexpr int noTimeout = std::numeric_limits<int>::max();
+constexpr uint queued = 0;
 constexpr uint doNotQueue = 4;
 constexpr uint primaryOwner = 1;
 constexpr QLatin1String addressPrefix("file://");
@@ -20,23 +27,46 @@ QString ownChannel()
 }
 
 // The toolkit's own registration waits without an end.
-bool requestName(const QDBusConnection &bus)
+bool requestName(const QDBusConnection &bus, uint flags)
 {
     const QString busName = QStringLiteral("org.freedesktop.DBus");
     QDBusMessage request = QDBusMessage::createMethodCall(
         busName, QStringLiteral("/org/freedesktop/DBus"), busName, QStringLiteral("RequestName"));
-    request << QCopChannel::service(ownChannel()) << doNotQueue;
+    request << QCopChannel::service(ownChannel()) << flags;
     const QDBusMessage answer = bus.call(request, QDBus::Block, busTimeout);
     return answer.type() == QDBusMessage::ReplyMessage && answer.arguments().value(0) == primaryOwner;
 }
 
-bool callInstance(const QDBusConnection &bus, const QString &method, const QString &argument)
+QDBusMessage callOfInstance(const QString &method, const QVariantList &arguments = {})
 {
     QDBusMessage call = QDBusMessage::createMethodCall(QCopChannel::service(ownChannel()),
         QCopChannel::path(ownChannel()), QStringLiteral("QPE.Application"), method);
-    call << argument;
+    call.setArguments(arguments);
     call.setAutoStartService(false);
+    return call;
+}
+
+bool isAnswered(const QDBusConnection &bus, const QDBusMessage &call)
+{
     return bus.call(call, QDBus::Block, instanceTimeout).type() == QDBusMessage::ReplyMessage;
+}
+
+// The answer may have to wait for a question to the user of the instance, as long as that takes.
+bool giveDocument(const QDBusConnection &bus, const QString &address)
+{
+    const QDBusMessage call = callOfInstance(QStringLiteral("setDocument"), { address });
+    QDBusPendingCallWatcher answer(bus.asyncCall(call, noTimeout));
+    QEventLoop waiting;
+    QTimer look;
+    QObject::connect(&answer, &QDBusPendingCallWatcher::finished, &waiting, &QEventLoop::quit);
+    QObject::connect(&look, &QTimer::timeout, &waiting, [&] {
+        if (!isAnswered(bus, callOfInstance(QStringLiteral("ping"))))
+            waiting.quit();
+    });
+    look.start(instanceTimeout);
+    if (!answer.isFinished())
+        waiting.exec();
+    return answer.isFinished() && !answer.isError();
 }
 
 QString toAddress(const QString &fileName)
@@ -67,7 +97,13 @@ bool LauncherChannel::open()
     // The object comes first: a message may follow the name at once.
     return bus
         && bus->registerObject(QCopChannel::path(ownChannel()), this, QDBusConnection::ExportScriptableSlots)
-        && requestName(*bus);
+        && requestName(*bus, doNotQueue);
+}
+
+void LauncherChannel::openLater()
+{
+    if (const auto bus = sessionBus())
+        requestName(*bus, queued);
 }
 
 bool LauncherChannel::handOver(QStringList &fileNames)
@@ -75,21 +111,56 @@ bool LauncherChannel::handOver(QStringList &fileNames)
     const auto bus = sessionBus();
     if (!bus || !QCopChannel::isRegistered(ownChannel()))
         return false;
-    if (!callInstance(*bus, QStringLiteral("raise"), qEnvironmentVariable("XDG_ACTIVATION_TOKEN")))
+    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    if (!isAnswered(*bus, callOfInstance(QStringLiteral("raise"), { token })))
         return false;
-    while (!fileNames.isEmpty()
-        && callInstance(*bus, QStringLiteral("setDocument"), toAddress(fileNames.front())))
+    while (!fileNames.isEmpty() && giveDocument(*bus, toAddress(fileNames.front())))
         fileNames.removeFirst();
     return fileNames.isEmpty();
+}
+
+void LauncherChannel::setTaking(Taking taking)
+{
+    m_taking = taking;
+    if (taking == Taking::Later)
+        return;
+    for (const Document &document : std::exchange(m_waiting, {}))
+        settle(document);
 }
 
 void LauncherChannel::setDocument(const QString &fileName)
 {
     const QString name = fromAddress(fileName);
-    if (name.startsWith(u'/'))
-        emit documentRequested(FileName::absolute(FileName::toBytes(name)));
-    else if (calledFromDBus())
-        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Give the absolute name of a file."));
+    if (!name.startsWith(u'/')) {
+        if (calledFromDBus())
+            sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Give the absolute name of a file."));
+        return;
+    }
+    if (calledFromDBus())
+        setDelayedReply(true);
+    const QString absolute = FileName::absolute(FileName::toBytes(name));
+    const Document document{ absolute, calledFromDBus() ? message() : QDBusMessage() };
+    if (m_taking != Taking::Later) {
+        settle(document);
+        return;
+    }
+    m_waiting << document;
+    // The user is to see what it waits for.
+    emit raiseRequested();
+}
+
+/// Takes or refuses a file, and answers who gave it.
+void LauncherChannel::settle(const Document &document)
+{
+    const bool isTaken = m_taking == Taking::AtOnce;
+    if (isTaken)
+        emit documentRequested(document.fileName);
+    const auto bus = sessionBus();
+    if (!bus || !document.message.isReplyRequired())
+        return;
+    bus->send(isTaken ? document.message.createReply()
+                      : document.message.createErrorReply(
+                          QDBusError::Failed, QStringLiteral("The program has ended.")));
 }
 
 void LauncherChannel::raise()

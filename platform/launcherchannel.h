@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDBusContext>
+#include <QDBusMessage>
+#include <QList>
 #include <QObject>
 #include <QStringList>
 
@@ -10,14 +12,27 @@ class LauncherChannel : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "QPE.Application")
 public:
+    /// When files that are handed over are taken.
+    enum class Taking {
+        AtOnce,
+        Later, ///< they and their answers wait for one of the others
+        Never, ///< refused: who hands one over has to see to it
+    };
+
     explicit LauncherChannel(QObject *parent);
 
     /// Takes the channel. False without a session bus, and when another process has it.
     bool open();
+    /// Takes it as soon as the process that has it is gone.
+    void openLater();
+
+    /// AtOnce at first. What waits is taken or refused now, unless it goes on waiting.
+    void setTaking(Taking taking);
 
     /// Gives the process that has the channel these files (absolute names), taking from the list each that it
     /// has confirmed; without any it is asked to show its window. True when it confirmed everything; false as
-    /// soon as it fails to answer within two seconds.
+    /// soon as it refuses one or is not there to answer within two seconds. As long as it takes files later,
+    /// it is waited for.
     static bool handOver(QStringList &fileNames);
 
 public slots:
@@ -27,8 +42,21 @@ public slots:
     Q_SCRIPTABLE void raise();
     /// With what the launcher gave a second start as its right to come to the front.
     Q_SCRIPTABLE void raise(const QString &activationToken);
+    /// Does nothing: the answer says that the program does not hang.
+    Q_SCRIPTABLE void ping() { }
 
 signals:
     void documentRequested(const QString &fileName);
     void raiseRequested();
+
+private:
+    struct Document {
+        QString fileName;
+        QDBusMessage message; ///< to be answered
+    };
+
+    void settle(const Document &document);
+
+    Taking m_taking = Taking::AtOnce;
+    QList<Document> m_waiting;
 };

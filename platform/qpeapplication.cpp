@@ -69,12 +69,18 @@ QString QPEApplication::qpeDir()
 
 bool QPEApplication::handOver()
 {
-    return !m_channel->open() && LauncherChannel::handOver(m_arguments);
+    if (m_channel->open())
+        return false;
+    const bool isHandedOver = LauncherChannel::handOver(m_arguments);
+    if (!isHandedOver)
+        m_channel->openLater();
+    return isHandedOver;
 }
 
 void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
 {
     m_window = window;
+    m_channel->setTaking(LauncherChannel::Taking::AtOnce);
     if (noMaximize)
         window->show();
     else
@@ -97,6 +103,24 @@ bool QPEApplication::isBusy()
 {
     const auto *application = qobject_cast<QPEApplication *>(instance());
     return application && application->m_requests->isBusy();
+}
+
+void QPEApplication::setEndOpen(bool open)
+{
+    m_endQuestions += open ? 1 : -1;
+    Q_ASSERT(m_endQuestions >= 0);
+    m_channel->setTaking(LauncherChannel::Taking::Later);
+    // The window is closed by who asked, after the question.
+    if (!open)
+        QMetaObject::invokeMethod(this, &QPEApplication::settleEnd, Qt::QueuedConnection);
+}
+
+void QPEApplication::settleEnd()
+{
+    using Taking = LauncherChannel::Taking;
+    const bool hasWindow = m_window && m_window->isVisible();
+    if (m_endQuestions == 0)
+        m_channel->setTaking(hasWindow ? Taking::AtOnce : Taking::Never);
 }
 
 void QPEApplication::request(const QString &fileName)

@@ -36,7 +36,8 @@ public:
 
     /// Offers the files of the command line to a running instance, which also shows its window: true when it
     /// took them (the caller then exits with 0). Else this process becomes the instance that others hand
-    /// their files to. Without a session bus, or when the other does not answer within two seconds: false.
+    /// their files to, at once or when the other one is gone. Without a session bus, when the other does not
+    /// answer within two seconds, or when its user ends it: false. Waits as long as that user is asked.
     bool handOver();
 
     /// Shows the window (maximised) as the one that receives launcher requests through its
@@ -50,6 +51,11 @@ public:
     /// Whether a modal dialog is open or requests are held: nobody may act on the window behind that. Keys
     /// and mouse do not get there anyway; what assistive technology asks for does, and has to be refused.
     static bool isBusy();
+
+    /// Whether it is open if the program ends, because its user is being asked; each true has its false.
+    /// Files that other processes hand over meanwhile wait with their answers: they are opened when the
+    /// window is still there afterwards, and refused when it was closed, so that who gave them opens them.
+    void setEndOpen(bool open);
 
     /// A file to open, absolute.
     void request(const QString &fileName);
@@ -70,11 +76,13 @@ protected:
 
 private:
     void raiseWindow();
+    void settleEnd();
 
     HeldKeys m_heldKeys;
     QStringList m_arguments;
     RequestQueue *m_requests;
     LauncherChannel *m_channel;
+    int m_endQuestions = 0; ///< that are open
     EndSignals *m_endSignals = nullptr;
     QPointer<QWidget> m_window;
 };

@@ -1,8 +1,12 @@
 #include "app/qpeapplicationesc.h"
 #include "tests/app/testwindow.h"
 
+#include "platform/qcop.h"
 #include "search/frmsearchdialog.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDialog>
 #include <QTimer>
 
@@ -79,6 +83,39 @@ private:
     QString m_answer;
 };
 
+/// Hands a file over, on a connection of its own as another process would.
+class OtherProgram {
+public:
+    ~OtherProgram() { QDBusConnection::disconnectFromBus(u"other"_s); }
+
+    /// Comes back when the message has arrived.
+    void give(const QString &fileName)
+    {
+        m_answer = m_bus.asyncCall(callOf(u"setDocument"_s, { fileName }));
+        ping();
+    }
+    void ping()
+    {
+        const QDBusPendingCall arrival = m_bus.asyncCall(callOf(u"ping"_s, {}));
+        QVERIFY(QTest::qWaitFor([&] { return arrival.isFinished(); }));
+        QVERIFY(!arrival.isError());
+    }
+    bool isAnswered() const { return m_answer && m_answer->isFinished(); }
+    bool isRefused() const { return m_answer->isError(); }
+
+private:
+    static QDBusMessage callOf(const QString &method, const QVariantList &arguments)
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            u"QPE.Application.marlopad"_s, u"/QPE/Application/marlopad"_s, u"QPE.Application"_s, method);
+        call.setArguments(arguments);
+        return call;
+    }
+
+    QDBusConnection m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s);
+    std::optional<QDBusPendingCall> m_answer;
+};
+
 } // namespace
 
 /// Requests that come while something of the program's own waits for its user: files to open, and the end.
@@ -91,6 +128,10 @@ private slots:
 
     void fileWaits_data();
     void fileWaits();
+    void fileDuringTheQuitQuestion_data();
+    void fileDuringTheQuitQuestion();
+    void messageDuringTheQuitQuestion();
+    void fileDuringAnotherQuestion();
     void endIsCancelledWithTheQuestion();
     void endFollowsTheAnswer_data();
     void endFollowsTheAnswer();
@@ -165,6 +206,79 @@ void RequestsTest::fileWaits()
     QCOMPARE(m_window->tabBar()->tabText(0), u"* a.txt"_s);
 }
 
+void RequestsTest::fileDuringTheQuitQuestion_data()
+{
+    QTest::addColumn<std::function<void(frmMain &)>>("act");
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<bool>("stays");
+    const auto rows = [](const char *name, const std::function<void(frmMain &)> &act) {
+        QTest::addRow("%s, Cancel", name) << act << u"Cancel"_s << true;
+        QTest::addRow("%s, No", name) << act << u"No"_s << false;
+        QTest::addRow("%s, Yes", name) << act << u"Yes"_s << false;
+    };
+    rows("Quit", &frmMain::slotCmdFileQuitNoSave);
+    rows("the window's close button", [](frmMain &window) { window.close(); });
+    rows("a signal", [](frmMain &) { application()->requestEnd(); });
+    QTest::newRow("Quit with Save, no name") << std::function<void(frmMain &)>([](frmMain &window) {
+        window.slotCmdFileNew();
+        QTest::keyClicks(window.currentEditor(), u"x"_s);
+        window.slotCmdFileQuitSave();
+    }) << QString() << true;
+}
+
+/// Its giver hears nothing before it is known who will open it.
+void RequestsTest::fileDuringTheQuitQuestion()
+{
+    QFETCH(std::function<void(frmMain &)>, act);
+    QFETCH(QString, answer);
+    QFETCH(bool, stays);
+    OtherProgram other;
+    bool isAnsweredEarly = false;
+    InDialog question(
+        [&] {
+            other.give(m_files->write(u"b.txt"_s, "given"));
+            isAnsweredEarly = other.isAnswered();
+        },
+        answer);
+    act(*m_window);
+    QTRY_VERIFY(other.isAnswered());
+    QVERIFY(!isAnsweredEarly);
+    QCOMPARE(question.titles.size(), 1);
+    QCOMPARE(other.isRefused(), !stays);
+    QCOMPARE(isClosed(), !stays);
+    if (stays)
+        QTRY_COMPARE(m_window->currentEditor()->text(), u"given"_s);
+    settle();
+    QCOMPARE(m_window->tabBar()->count() == 0, !stays);
+}
+
+/// Nobody waits for an answer: it can only be opened.
+void RequestsTest::messageDuringTheQuitQuestion()
+{
+    const QString name = m_files->write(u"b.txt"_s, "given");
+    OtherProgram other;
+    InDialog question(
+        [&] {
+            QCopEnvelope(u"QPE/Application/marlopad"_s, u"setDocument(QString)"_s) << name;
+            other.ping();
+        },
+        u"Cancel"_s);
+    m_window->slotCmdFileQuitNoSave();
+    QTRY_COMPARE(m_window->tabBar()->count(), 2);
+    QCOMPARE(m_window->currentEditor()->text(), u"given"_s);
+}
+
+/// Closing a document does not end the program.
+void RequestsTest::fileDuringAnotherQuestion()
+{
+    OtherProgram other;
+    InDialog question([&] { other.give(m_files->write(u"b.txt"_s, "given")); }, u"Cancel"_s);
+    m_window->slotCmdFileCloseTab();
+    QVERIFY(other.isAnswered());
+    QVERIFY(!other.isRefused());
+    QTRY_COMPARE(m_window->currentEditor()->text(), u"given"_s);
+}
+
 /// The question was there before the request: it is not asked twice.
 void RequestsTest::endIsCancelledWithTheQuestion()
 {
@@ -230,6 +344,8 @@ void RequestsTest::endCancelsDialogs()
 int main(int argc, char **argv)
 {
     QPEApplicationEsc application(argc, argv);
+    if (application.handOver())
+        return 1;
     RequestsTest test;
     return QTest::qExec(&test, argc, argv);
 }

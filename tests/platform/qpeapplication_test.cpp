@@ -1,5 +1,6 @@
 #include "platform/qpeapplication.h"
 
+#include "platform/endquestion.h"
 #include "platform/qcop.h"
 
 #include <QAbstractEventDispatcher>
@@ -11,13 +12,18 @@
 #include <QFontInfo>
 #include <QProcess>
 #include <QScreen>
+#include <QSocketNotifier>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
+#include <memory>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -79,6 +85,7 @@ public:
         start();
         return prints(line);
     }
+    bool tells(const QByteArray &line) { return write(line) == line.size() && waitForBytesWritten(); }
     QByteArray output()
     {
         if (state() == NotRunning)
@@ -127,6 +134,9 @@ private slots:
     void secondStart_handsOver();
     void secondStart_withUndecodableName_handsOver();
     void secondStart_withoutFile_showsTheWindow();
+    void secondStart_duringTheQuestion_waits_data();
+    void secondStart_duringTheQuestion_waits();
+    void secondStart_refused_takesTheChannel();
     void start_opensItsOwnFiles();
     void start_withoutBus_runs();
     void start_besideHungInstance_runs();
@@ -258,6 +268,59 @@ void QPEApplicationTest::secondStart_withoutFile_showsTheWindow()
     QVERIFY(first.prints("shown"));
 }
 
+void QPEApplicationTest::secondStart_duringTheQuestion_waits_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<bool>("isTaken");
+    QTest::newRow("the program stays") << QByteArray("stay\n") << true;
+    QTest::newRow("the program ends") << QByteArray("end\n") << false;
+    QTest::newRow("the program is killed") << QByteArray() << false;
+}
+
+/// One process opens each file, whatever the user answers.
+void QPEApplicationTest::secondStart_duringTheQuestion_waits()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(bool, isTaken);
+    Role first({ u"ask"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    Role second({ u"run"_s, u"/a"_s, u"/b"_s });
+    second.start();
+    QVERIFY(second.waitForStarted());
+    QVERIFY(first.prints("shown"));
+    if (answer.isEmpty())
+        first.kill();
+    else
+        QVERIFY(first.tells(answer));
+    Role &opening = isTaken ? first : second;
+    QVERIFY(opening.prints("document /a"));
+    QVERIFY(opening.prints("document /b"));
+    if (!isTaken) {
+        QVERIFY(!first.prints("document /a"));
+        QCOMPARE(first.state(), QProcess::NotRunning);
+        return;
+    }
+    QVERIFY(second.prints("handed over"));
+    QVERIFY(second.waitForFinished());
+    QCOMPARE(second.exitCode(), 0);
+}
+
+void QPEApplicationTest::secondStart_refused_takesTheChannel()
+{
+    Role first({ u"ask"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    Role second({ u"run"_s, u"/a"_s });
+    second.start();
+    QVERIFY(second.waitForStarted());
+    QVERIFY(first.prints("shown"));
+    QVERIFY(first.tells("end\n"));
+    QVERIFY(second.prints("document /a"));
+    QVERIFY(first.waitForFinished());
+    Role third({ u"run"_s, u"/c"_s });
+    QCOMPARE(third.run(), 0);
+    QVERIFY(second.prints("document /c"));
+}
+
 void QPEApplicationTest::start_opensItsOwnFiles()
 {
     Role role({ u"run"_s, u"/a"_s, u"/b"_s });
@@ -363,11 +426,26 @@ static int runProgram(QPEApplication &app, bool minimized)
     return QPEApplication::exec();
 }
 
-// "scale", "qpedir" and "run [minimized] [FILE…]" are the roles of other processes.
+/// Asks from the start whether to end, until its input says "stay" or "end".
+static int runQuestion(QPEApplication &app)
+{
+    auto question = std::make_unique<EndQuestion>();
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &app, [&] {
+        std::array<char, 16> answer{};
+        input.setEnabled(false);
+        if (::read(STDIN_FILENO, answer.data(), answer.size()) > 0 && answer.front() == 'e')
+            app.topLevelWidgets().first()->close();
+        question.reset();
+    });
+    return runProgram(app, true);
+}
+
+// "scale", "qpedir", "run [minimized] [FILE…]" and "ask" are the roles of other processes.
 int main(int argc, char **argv)
 {
     const QByteArray role = argc > 1 ? argv[1] : "";
-    const bool isRole = role == "scale" || role == "qpedir" || role == "run";
+    const bool isRole = role == "scale" || role == "qpedir" || role == "run" || role == "ask";
     const bool minimized = isRole && argc > 2 && QByteArrayView(argv[2]) == "minimized";
     if (isRole) {
         const int taken = minimized ? 2 : 1;
@@ -384,6 +462,8 @@ int main(int argc, char **argv)
         return std::puts(QFile::encodeName(QPEApplication::qpeDir()).constData()) < 0;
     if (role == "run")
         return runProgram(app, minimized);
+    if (role == "ask")
+        return runQuestion(app);
     QPEApplicationTest test;
     return QTest::qExec(&test, argc, argv);
 }
