@@ -214,7 +214,6 @@ QWidget *frmOption::createDetailPage()
     QLabel *label = createLabel(tr("&Recent Files count:"), m_recentViewCnt);
     addWideRow({ label, m_recentViewCnt, new QLabel(tr("(0-15)")) });
     auto *clear = new QPushButton(tr("&Clear Recent Files"));
-    clear->setAutoDefault(false);
     connect(clear, &QPushButton::clicked, this, &frmOption::slotRecentClear);
     grid->addWidget(clear, grid->rowCount(), 0, 1, 2, Qt::AlignLeft);
     finishPage(grid);

@@ -25,6 +25,8 @@ private slots:
     void clearingRecentFiles_data();
     void clearingRecentFiles();
     void clearingSurvivesCancel();
+    void returnPressesTheButton_data();
+    void returnPressesTheButton();
 };
 
 static QPushButton *clearButton(const frmOption &dialog)
@@ -178,6 +180,31 @@ void DetailPageTest::clearingSurvivesCancel()
     writeSettings();
     readSettings();
     QVERIFY(!recentFiles().entries[3].isUsed());
+}
+
+void DetailPageTest::returnPressesTheButton_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("Return") << int(Qt::Key_Return);
+    QTest::newRow("Enter") << int(Qt::Key_Enter);
+}
+
+/// And not "OK", which is again the one that Return presses when the focus goes on.
+void DetailPageTest::returnPressesTheButton()
+{
+    QFETCH(int, key);
+    frmOption dialog(nullptr);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    dialog.findChild<QTabWidget *>()->setCurrentIndex(2);
+    clearButton(dialog)->setFocus();
+    MessageBoxes boxes({ u"Cancel"_s });
+    QTest::keyClick(clearButton(dialog), Qt::Key(key));
+    QCOMPARE(boxes.titles(), QStringList{ u"Clear Recent Files"_s });
+    QVERIFY(dialog.isVisible());
+    control(dialog, u"RecentViewCnt"_s)->setFocus();
+    QTest::keyClick(control(dialog, u"RecentViewCnt"_s), Qt::Key(key));
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
 }
 
 QTEST_MAIN(DetailPageTest)
