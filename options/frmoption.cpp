@@ -1,7 +1,7 @@
 #include "options/frmoption.h"
 
 #include "options/choicecombo.h"
-#include "options/decimalnumber.h"
+#include "platform/decimalnumber.h"
 #include "platform/messagebox.h"
 #include "platform/scrolledform.h"
 
@@ -130,7 +130,7 @@ bool frmOption::areNumbersUsable()
 
 bool frmOption::isUsable(const NumberCheck &check)
 {
-    const std::optional<int> number = decimalNumber(check.field->text());
+    const std::optional<int> number = decimalNumberAs<int>(check.field->text());
     if (number && *number >= check.least && *number <= check.most)
         return true;
     showField(check.field);
@@ -157,8 +157,8 @@ void frmOption::store() const
     for (const Choice &choice : m_choices)
         settings.*choice.setting = choice.combo->value();
     settings.FontName = m_fontName->currentText();
-    settings.FontSize = decimalNumber(m_fontSize->currentText()).value_or(0);
-    settings.WrapLen = decimalNumber(m_wrapLen->text()).value_or(0);
-    settings.TabLen = decimalNumber(m_tabLen->text()).value_or(0);
-    recentFiles().RecentViewCnt = decimalNumber(m_recentViewCnt->text()).value_or(0);
+    settings.FontSize = decimalNumberAs<int>(m_fontSize->currentText()).value_or(0);
+    settings.WrapLen = decimalNumberAs<int>(m_wrapLen->text()).value_or(0);
+    settings.TabLen = decimalNumberAs<int>(m_tabLen->text()).value_or(0);
+    recentFiles().RecentViewCnt = decimalNumberAs<int>(m_recentViewCnt->text()).value_or(0);
 }

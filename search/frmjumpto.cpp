@@ -1,6 +1,7 @@
 #include "search/frmjumpto.h"
 
 #include "app/settings.h"
+#include "platform/decimalnumber.h"
 #include "platform/messagebox.h"
 #include "platform/scrolledform.h"
 
@@ -24,18 +25,6 @@ constexpr int formSpacing = 10;
 const FormSizes &formSizes()
 {
     return isVga() ? vgaSizes : smallSizes;
-}
-
-QChar inAscii(QChar character)
-{
-    if (character.category() == QChar::Number_DecimalDigit)
-        return QChar(u'0' + char16_t(character.digitValue()));
-    if (character == u'\uff0b')
-        return u'+';
-    // The full-width hyphen, and the minus sign that conversion offers in its place.
-    if (character == u'\uff0d' || character == u'\u2212')
-        return u'-';
-    return character;
 }
 
 QHBoxLayout *rowOf(std::initializer_list<QWidget *> controls)
@@ -75,19 +64,12 @@ frmJumpTo::frmJumpTo(QWidget *parent)
     scrollWhereTooLarge(this);
 }
 
-std::optional<qint64> frmJumpTo::numberOf(const QString &text)
-{
-    QString ascii = text;
-    std::transform(text.cbegin(), text.cend(), ascii.begin(), inAscii);
-    bool isNumber = false;
-    const qint64 number = ascii.trimmed().toLongLong(&isNumber);
-    return isNumber ? std::optional(number) : std::nullopt;
-}
-
 void frmJumpTo::accept()
 {
-    const std::optional<qint64> number = numberOf(m_line->text());
+    const std::optional<qint64> number = decimalNumber(m_line->text());
     if (!number) {
+        m_line->setFocus();
+        m_line->selectAll();
         MessageBox::critical(this, tr("Input Error"), tr("Input a number."));
         return;
     }

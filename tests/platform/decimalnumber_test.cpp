@@ -1,4 +1,4 @@
-#include "options/decimalnumber.h"
+#include "platform/decimalnumber.h"
 
 #include <QTest>
 
@@ -30,15 +30,22 @@ void DecimalNumberTest::number_data()
     QTest::newRow("sign alone") << u"-"_s << none;
     QTest::newRow("two signs") << u"+-7"_s << none;
     QTest::newRow("blank behind the sign") << u"- 7"_s << none;
-    QTest::newRow("smallest") << u"-2147483648"_s << u"-2147483648"_s;
-    QTest::newRow("one too small") << u"-2147483649"_s << none;
-    QTest::newRow("full width, too large")
-        << u"\uFF12\uFF11\uFF14\uFF17\uFF14\uFF18\uFF13\uFF16\uFF14\uFF18"_s << none;
+    QTest::newRow("minus sign of a conversion") << u"\u2212\uFF15"_s << u"-5"_s;
+    QTest::newRow("minus zero") << u"-0"_s << u"0"_s;
+    QTest::newRow("sign and full-width blanks") << u"\u3000\uFF0B\uFF15\u3000"_s << u"5"_s;
+    QTest::newRow("tabs around") << u"\t12\t"_s << u"12"_s;
+    QTest::newRow("smallest of 32 bits") << u"-2147483648"_s << u"-2147483648"_s;
+    QTest::newRow("below 32 bits") << u"-2147483649"_s << u"-2147483649"_s;
+    QTest::newRow("full width, above 32 bits")
+        << u"\uFF12\uFF11\uFF14\uFF17\uFF14\uFF18\uFF13\uFF16\uFF14\uFF18"_s << u"2147483648"_s;
+    QTest::newRow("smallest") << u"-9223372036854775808"_s << u"-9223372036854775808"_s;
+    QTest::newRow("one too small") << u"-9223372036854775809"_s << none;
     QTest::newRow("thousands") << u"1,000"_s << none;
     QTest::newRow("exponent") << u"1e1"_s << none;
     QTest::newRow("leading zero is decimal") << u"010"_s << u"10"_s;
-    QTest::newRow("largest") << u"2147483647"_s << u"2147483647"_s;
-    QTest::newRow("one too large") << u"2147483648"_s << none;
+    QTest::newRow("largest of 32 bits") << u"2147483647"_s << u"2147483647"_s;
+    QTest::newRow("largest") << u"9223372036854775807"_s << u"9223372036854775807"_s;
+    QTest::newRow("one too large") << u"9223372036854775808"_s << none;
     QTest::newRow("far too large") << u"99999999999999999999"_s << none;
     QTest::newRow("empty") << QString() << none;
     QTest::newRow("letters") << u"abc"_s << none;
@@ -47,13 +54,20 @@ void DecimalNumberTest::number_data()
     QTest::newRow("fraction") << u"1.5"_s << none;
     QTest::newRow("blank within") << u"1 0"_s << none;
     QTest::newRow("digits of another script") << u"\u0661\u0662"_s << none;
+    QTest::newRow("superscript") << u"²"_s << none;
+    QTest::newRow("Chinese numeral") << u"五"_s << none;
+    QTest::newRow("full-width blank alone") << u"\u3000"_s << none;
+    QTest::newRow("two minus signs") << u"--5"_s << none;
 }
 
 void DecimalNumberTest::number()
 {
     QFETCH(QString, text);
-    const std::optional<int> number = decimalNumber(text);
+    const std::optional<qint64> number = decimalNumber(text);
     QTEST(number ? QString::number(*number) : u"none"_s, "number");
+    const std::optional<int> small = decimalNumberAs<int>(text);
+    QCOMPARE(small.has_value(), number && *number == int(*number));
+    QCOMPARE(small.value_or(0), small ? number.value_or(0) : 0);
 }
 
 QTEST_APPLESS_MAIN(DecimalNumberTest)
