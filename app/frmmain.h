@@ -22,7 +22,7 @@ class QStackedWidget;
 class QToolBar;
 class Translation;
 
-/// What the file dialog was left with.
+/// What the file dialog is opened or was left with.
 struct FileChoice {
     QString folder; ///< ends in "/"
     QString name;
@@ -147,9 +147,8 @@ public slots:
     void slotEdCopyAvailable(bool available);
 
 protected:
-    /// Runs the file dialog at a folder and name; nothing when it was not accepted.
-    virtual std::optional<FileChoice> chooseFile(
-        frmFileDialog::Mode mode, const QString &folder, const QString &name);
+    /// Runs the file dialog with a start to choose from; nothing when it was not accepted.
+    virtual std::optional<FileChoice> chooseFile(frmFileDialog::Mode mode, const FileChoice &start);
     /// Runs the options dialog; whether it was accepted.
     virtual bool editOptions();
 
@@ -184,11 +183,11 @@ private:
     void showDocument(ctlEditer *editor);
     void closeDocument(ctlEditer *editor);
     ctlEditer *editorOfFile(const QString &fileName) const;
+    static FileChoice startFor(const ctlEditer *editor);
     void openChosen(ctlEditer *editor, const FileChoice &file);
     bool load(ctlEditer *editor, const FileChoice &file);
     bool loadInto(ctlEditer *editor, const FileChoice &file);
     bool isReloadWanted(const QString &title, const QString &question);
-    std::optional<FileChoice> chooseFileFor(const ctlEditer *editor, frmFileDialog::Mode mode);
     SaveAnswer askToSave(const ctlEditer *editor);
     bool saveIfWanted(ctlEditer *editor);
     bool hasEdits() const;

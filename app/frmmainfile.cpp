@@ -175,7 +175,7 @@ bool frmMain::isReloadWanted(const QString &title, const QString &question)
 void frmMain::slotCmdFileOpen()
 {
     ctlEditer *editor = currentEditor();
-    if (const std::optional<FileChoice> file = chooseFileFor(editor, frmFileDialog::Open))
+    if (const std::optional<FileChoice> file = chooseFile(frmFileDialog::Open, startFor(editor)))
         openChosen(editor, *file);
 }
 
@@ -189,18 +189,18 @@ void frmMain::slotCmdFileReload()
         loadInto(editor, { editor->path(), editor->name(), codeToReload(editor), 0 });
 }
 
-/// Runs the file dialog where the document lies, or in the user's documents for one that was never saved.
-std::optional<FileChoice> frmMain::chooseFileFor(const ctlEditer *editor, frmFileDialog::Mode mode)
+/// Where the document lies, or in the user's documents for one that was never saved.
+FileChoice frmMain::startFor(const ctlEditer *editor)
 {
     if (editor && isSaved(editor))
-        return chooseFile(mode, editor->path(), editor->name());
-    return chooseFile(mode, QDir::homePath() + u"/Documents/"_s, u".txt"_s);
+        return { editor->path(), editor->name() };
+    return { QDir::homePath() + u"/Documents/"_s, u".txt"_s };
 }
 
-std::optional<FileChoice> frmMain::chooseFile(
-    frmFileDialog::Mode mode, const QString &folder, const QString &name)
+std::optional<FileChoice> frmMain::chooseFile(frmFileDialog::Mode mode, const FileChoice &start)
 {
-    frmFileDialog dialog(this, mode, folder, name);
+    frmFileDialog dialog(this, mode, start.folder, start.name);
+    dialog.showCodes(start.charCode, start.returnCode);
     const bool isAccepted = dialog.exec() == QDialog::Accepted;
     // Where a question and the dialog it belongs to go at once, window managers activate some other window.
     activateWindow();

@@ -10,7 +10,10 @@
 #include "platform/qcop.h"
 #include "platform/qpeapplication.h"
 
+#include <QDir>
 #include <QStackedWidget>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -32,6 +35,14 @@ void withdrawEnd()
 {
     if (auto *application = qobject_cast<QPEApplication *>(qApp))
         application->withdrawEnd();
+}
+
+/// The folder that is offered for new documents may not be there yet. One that was named otherwise is not
+/// made: it is more likely mistyped.
+void makeDocumentsFolder(const QString &folder)
+{
+    if (folder == QDir::homePath() + u"/Documents/"_s && !FileName::exists(folder))
+        ::mkdir(FileName::toBytes(folder).constData(), S_IRWXU | S_IRWXG | S_IRWXO);
 }
 
 } // namespace
@@ -72,8 +83,17 @@ void frmMain::slotCmdFileSaveAs()
 bool frmMain::slotCmdFileSaveAs(ctlEditer *editor)
 {
     tabBar()->setCurrentTab(editor);
-    const std::optional<FileChoice> file = chooseFileFor(editor, frmFileDialog::SaveAs);
-    return file && slotCmdFileSave(editor, file->folder, file->name, file->charCode, file->returnCode);
+    FileChoice start = startFor(editor);
+    while (const std::optional<FileChoice> file = chooseFile(frmFileDialog::SaveAs, start)) {
+        makeDocumentsFolder(file->folder);
+        if (slotCmdFileSave(editor, file->folder, file->name, file->charCode, file->returnCode))
+            return true;
+        // Binary text cannot be saved anywhere.
+        if (editor->charCode() == CharCodeBinary)
+            return false;
+        start = *file; // what was chosen is not lost, and can be mended
+    }
+    return false;
 }
 
 void frmMain::slotCmdFileSaveAll()

@@ -21,6 +21,8 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace {
 
 struct FormSizes {
@@ -214,6 +216,18 @@ void frmFileDialog::layOut()
     grid->addWidget(createButtonRow(), 5, 0, 1, 2);
 }
 
+void frmFileDialog::showCodes(int code, int lineEnd)
+{
+    const auto show = [](QComboBox *combo, const auto &choices, int wanted) {
+        const auto found =
+            std::ranges::find_if(choices, [wanted](const auto &c) { return c.code == wanted; });
+        if (found != choices.end())
+            combo->setCurrentIndex(int(found - choices.begin()));
+    };
+    show(m_charCode, charCodeChoices, code);
+    show(m_returnCode, returnCodeChoices, lineEnd);
+}
+
 void frmFileDialog::initTimer()
 {
     loadFileIcons();
@@ -305,8 +319,7 @@ bool frmFileDialog::isFileUsable()
         MessageBox::critical(this, tr("error"), tr("%1\nThis file does not exists.").arg(shownName));
         return false;
     }
-    // A folder cannot be replaced: writing the file says so.
-    if (m_mode == Open || !FileName::exists(path) || FileName::isFolder(path))
+    if (m_mode == Open || !FileName::exists(path))
         return true;
     const QString question = tr("%1\nThis file already exists.\nReplace existing file?").arg(shownName);
     return MessageBox::question(this, tr("Replace confirm"), question, { tr("Yes"), tr("No") }, 0, 1) == 0;

@@ -28,6 +28,9 @@ public:
     /// `folder` ends in "/"; one that does not exist is shown empty. `name` may be empty.
     frmFileDialog(QWidget *parent, Mode mode, const QString &folder, const QString &name);
 
+    /// Chooses the rows of a code and a line end, of which the list may have none: then nothing changes.
+    void showCodes(int code, int lineEnd);
+
     /// The result, to be read when exec() gave QDialog::Accepted: the file is dirPath + fileName. A refused
     /// input writes them as well.
     QString dirPath; ///< ends in "/"

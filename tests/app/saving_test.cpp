@@ -59,6 +59,10 @@ private slots:
     void saveAsTakesNameAndCodes();
     void failedSaveKeepsTheMark();
     void failedSaveAsShowsTheCodesTaken();
+    void failedSaveAsComesAgain_data();
+    void failedSaveAsComesAgain();
+    void binaryTextIsAskedForItsNameOnce();
+    void missingDocumentsFolderIsMade();
     void unreadFileIsKeptBeforeItIsWritten();
 
     void saveAllWritesModifiedOnes();
@@ -161,9 +165,79 @@ void SavingTest::failedSaveAsShowsTheCodesTaken()
     MessageBoxes boxes;
     window.slotCmdFileSaveAs();
     QCOMPARE(boxes.titles(), QStringList{ u"File Write Error"_s });
+    QCOMPARE(window.requests.size(), 2);
     QCOMPARE(window.currentEditor()->charCodeName(), u"EUC"_s);
     QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [EUC][LF]"_s);
     QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+}
+
+void SavingTest::failedSaveAsComesAgain_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a folder") << QString() << u"sub"_s;
+    QTest::newRow("this folder") << QString() << u"."_s;
+    QTest::newRow("the folder above") << QString() << u".."_s;
+    QTest::newRow("in a folder that is missing") << u"missing/"_s << u"b.txt"_s;
+    QTest::newRow("in a folder that is a file") << u"file/"_s << u"b.txt"_s;
+}
+
+/// With all that was chosen, until it is cancelled or saved.
+void SavingTest::failedSaveAsComesAgain()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, name);
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    files.write(u"file"_s, {});
+    QVERIFY(QDir(files.folder()).mkdir(u"sub"_s));
+    folder = files.folder() + folder;
+    window.choices << FileChoice{ folder, name, CharCodeEuc, ReturnCodeLf }
+                   << FileChoice{ folder, name, CharCodeJis, ReturnCodeCr }
+                   << FileChoice{ files.folder(), u"c.txt"_s, CharCodeUtf8, ReturnCodeLf };
+    MessageBoxes boxes;
+    QVERIFY(window.slotCmdFileSaveAs(window.currentEditor()));
+    QCOMPARE(boxes.titles(), QStringList({ u"File Write Error"_s, u"File Write Error"_s }));
+    QCOMPARE(window.requests.size(), 3);
+    for (const TestWindow::Request &again : window.requests.sliced(1)) {
+        QCOMPARE(again.folder, folder);
+        QCOMPARE(again.name, name);
+    }
+    QCOMPARE(window.requests.at(1).charCode, int(CharCodeEuc));
+    QCOMPARE(window.requests.at(1).returnCode, int(ReturnCodeLf));
+    QCOMPARE(window.requests.at(2).charCode, int(CharCodeJis));
+    QCOMPARE(files.read(u"c.txt"_s), QByteArray("xold"));
+    QVERIFY(QDir(files.folder() + u"sub"_s).isEmpty());
+}
+
+void SavingTest::binaryTextIsAskedForItsNameOnce()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"a.bin"_s, QByteArray("\0binary", 7)));
+    QCOMPARE(window.currentEditor()->charCode(), int(CharCodeBinary));
+    window.choices << FileChoice{ files.folder(), u"b.bin"_s };
+    MessageBoxes boxes;
+    QVERIFY(!window.slotCmdFileSaveAs(window.currentEditor()));
+    QCOMPARE(boxes.texts(), QStringList{ u"Error|The binary file cannot be saved."_s });
+    QCOMPARE(window.requests.size(), 1);
+}
+
+void SavingTest::missingDocumentsFolderIsMade()
+{
+    const QString documents = QDir::homePath() + u"/Documents"_s;
+    QVERIFY(QDir(documents).removeRecursively());
+    TestWindow window;
+    QVERIFY(window.open());
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.slotCmdFileSave();
+    QVERIFY(!QFile::exists(documents)); // it was cancelled
+    window.choices << FileChoice{ documents + u'/', u"n.txt"_s };
+    window.slotCmdFileSave();
+    QVERIFY(QFile::exists(documents + u"/n.txt"_s));
+    QCOMPARE(window.tabTexts(), QStringList{ u"n.txt"_s });
 }
 
 /// The tab of a file that could not be read has its name; what it writes there replaces what nobody has seen.

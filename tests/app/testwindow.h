@@ -21,6 +21,8 @@ public:
         frmFileDialog::Mode mode;
         QString folder;
         QString name;
+        int charCode = 0;
+        int returnCode = 0;
     };
 
     /// Shows the window, active and with its first document, for which it does not wait.
@@ -63,10 +65,9 @@ public:
     std::function<bool()> options = [] { return false; };
 
 protected:
-    std::optional<FileChoice> chooseFile(
-        frmFileDialog::Mode mode, const QString &folder, const QString &name) override
+    std::optional<FileChoice> chooseFile(frmFileDialog::Mode mode, const FileChoice &start) override
     {
-        requests << Request{ mode, folder, name };
+        requests << Request{ mode, start.folder, start.name, start.charCode, start.returnCode };
         whileChoosing();
         if (choices.isEmpty())
             return std::nullopt;

@@ -21,7 +21,10 @@ private slots:
     void replaceRefusedByEscape();
     void replaceConfirmed();
     void newNameAsksNothing();
+    void folderNamedAsTheFile_data();
     void folderNamedAsTheFile();
+    void showsCodes_data();
+    void showsCodes();
     void namesAreShownAsTheyAre();
     void acceptBeforeTheListIsFilled();
     void missingStartFolder();
@@ -215,19 +218,59 @@ void FileDialogAcceptTest::newNameAsksNothing()
     QVERIFY(shown.isAccepted());
 }
 
-/// It cannot be replaced, so nothing is asked: reading or writing the file refuses it.
+void FileDialogAcceptTest::folderNamedAsTheFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a folder") << latin1("sub");
+    QTest::newRow("this folder") << latin1(".");
+    QTest::newRow("the folder above") << latin1("..");
+}
+
+/// It is asked about as a file is; reading or writing it is refused later.
 void FileDialogAcceptTest::folderNamedAsTheFile()
 {
+    QFETCH(QString, name);
     const TestFolder folder;
-    folder.folder("notes.txt");
-    for (const frmFileDialog::Mode mode : { frmFileDialog::Open, frmFileDialog::SaveAs }) {
-        ShownDialog shown(mode, folder.path(), latin1("notes.txt"));
+    folder.folder("sub");
+    ShownDialog open(frmFileDialog::Open, folder.path(), name);
+    open.dialog.accept();
+    QVERIFY(open.isAccepted());
+
+    ShownDialog save(frmFileDialog::SaveAs, folder.path(), name);
+    {
         const BoxAnswer answer(latin1("No"));
-        shown.dialog.accept();
-        QCOMPARE(answer.count, 0);
-        QVERIFY(shown.isAccepted());
-        QCOMPARE(shown.dialog.fileName, latin1("notes.txt"));
+        save.dialog.accept();
+        QCOMPARE(answer.text, name + latin1("\nThis file already exists.\nReplace existing file?"));
+        QVERIFY(save.dialog.isVisible());
+        QCOMPARE(save.name()->text(), name);
     }
+    const BoxAnswer answer(latin1("Yes"));
+    save.dialog.accept();
+    QVERIFY(save.isAccepted());
+    QCOMPARE(save.dialog.dirPath + save.dialog.fileName, folder.path() + name);
+}
+
+void FileDialogAcceptTest::showsCodes_data()
+{
+    QTest::addColumn<int>("charCode");
+    QTest::addColumn<int>("charRow");
+    QTest::addColumn<int>("returnCode");
+    QTest::addColumn<int>("returnRow");
+    QTest::newRow("Auto, Auto") << 0 << 0 << 0 << 0;
+    QTest::newRow("Shift-JIS, CR+LF") << 3 << 1 << 2 << 1;
+    QTest::newRow("UTF-8, CR") << 2 << 4 << 1 << 3;
+    QTest::newRow("not in the lists") << 1 << 0 << 9 << 0;
+}
+
+void FileDialogAcceptTest::showsCodes()
+{
+    QFETCH(int, charCode);
+    QFETCH(int, returnCode);
+    const TestFolder folder;
+    ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("new.txt"));
+    shown.dialog.showCodes(charCode, returnCode);
+    QTEST(shown.charCodes()->currentIndex(), "charRow");
+    QTEST(shown.returnCodes()->currentIndex(), "returnRow");
 }
 
 void FileDialogAcceptTest::namesAreShownAsTheyAre()
