@@ -2,19 +2,14 @@
 
 #include "platform/text/textcodec.h"
 
-QString movedText(const QString &text)
-{
-    if (!text.contains(u'\r') && !text.contains(QChar(u'\0')))
-        return text;
-    QString result = text;
-    result.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    result.replace(u'\r', u'\n');
-    return result.remove(QChar(u'\0'));
-}
-
 QString pastedText(const QString &text)
 {
-    return movedText(TextCodec::cleanInput(text));
+    QString result = TextCodec::cleanInput(text);
+    if (result.contains(u'\r')) {
+        result.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+        result.replace(u'\r', u'\n');
+    }
+    return result;
 }
 
 QString typedText(const QString &text)

@@ -6,7 +6,5 @@
 
 /// Pasted or dropped text: without NUL, and with U+FFFD for lone surrogates.
 QString pastedText(const QString &text);
-/// Text of this program's own, which was fit before: letter for letter, but for line ends and NUL.
-QString movedText(const QString &text);
 /// Typed or composed text: as pasted text, but no control character other than LF and TAB.
 QString typedText(const QString &text);

@@ -30,6 +30,21 @@ TextMimeData::Source sourceOf(TextPiece piece)
     return [shared = std::make_shared<TextPiece>(std::move(piece))] { return *shared; };
 }
 
+/// With LF for each CR+LF and CR, which another document may have for its line ends.
+TextPiece withLineFeeds(const TextPiece &piece)
+{
+    const QString text = piece.text();
+    if (!text.contains(u'\r'))
+        return piece;
+    TextStore store;
+    store.insert(0, piece);
+    for (qsizetype at = text.size(); --at >= 0;) {
+        if (text[at] == u'\r')
+            store.replace(at, 1, QStringView(text).sliced(at + 1).startsWith(u'\n') ? QStringView() : u"\n");
+    }
+    return store.piece(0, store.length());
+}
+
 /// Which edges of a view a point is near: -1 left or top, 1 right or bottom, 0 neither.
 QPoint edgeNear(QPointF point, QSize view)
 {
@@ -52,10 +67,7 @@ TextPiece QMultiLineEdit::Private::pieceOf(const QMimeData &data) const
     const auto *const own = qobject_cast<const TextMimeData *>(&data);
     if (!own || own->byteCode() != byteCode)
         return TextPiece(pastedText(data.text()));
-    TextPiece piece = own->piece();
-    const QString text = piece.text();
-    const QString moved = movedText(text);
-    return moved == text ? piece : TextPiece(moved);
+    return own->isFrom(q) ? own->piece() : withLineFeeds(own->piece());
 }
 
 TextPiece QMultiLineEdit::Private::markedPiece() const
@@ -66,7 +78,7 @@ TextPiece QMultiLineEdit::Private::markedPiece() const
 void QMultiLineEdit::Private::copyMarked() const
 {
     if (hasMarked())
-        clipboard()->setMimeData(new TextMimeData(sourceOf(markedPiece()), byteCode));
+        clipboard()->setMimeData(new TextMimeData(sourceOf(markedPiece()), byteCode, q));
 }
 
 void QMultiLineEdit::Private::pasteFrom(const QMimeData *data)
@@ -88,7 +100,7 @@ void QMultiLineEdit::Private::offerPrimary()
 {
     if (!clipboard()->supportsSelection() || !hasMarked())
         return;
-    auto *const data = new TextMimeData([this] { return markedPiece(); }, byteCode);
+    auto *const data = new TextMimeData([this] { return markedPiece(); }, byteCode, q);
     primary = data;
     clipboard()->setMimeData(data, QClipboard::Selection);
 }
@@ -125,7 +137,7 @@ void QMultiLineEdit::Private::startDrag()
     const RequestHold requestsWait;
     const QPointer<QMultiLineEdit> edit(q);
     textDrag = new QDrag(qApp);
-    textDrag->setMimeData(new TextMimeData(sourceOf(markedPiece()), byteCode));
+    textDrag->setMimeData(new TextMimeData(sourceOf(markedPiece()), byteCode, q));
     const Qt::DropActions actions = readOnly ? Qt::CopyAction : Qt::CopyAction | Qt::MoveAction;
     const Qt::DropAction done = textDrag->exec(actions, readOnly ? Qt::CopyAction : Qt::MoveAction);
     if (!edit)

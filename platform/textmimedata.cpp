@@ -2,9 +2,10 @@
 
 static const QString plainText = QStringLiteral("text/plain");
 
-TextMimeData::TextMimeData(Source source, QByteArray byteCode)
+TextMimeData::TextMimeData(Source source, QByteArray byteCode, const QObject *editor)
     : m_source(std::move(source))
     , m_byteCode(std::move(byteCode))
+    , m_editor(editor)
 {
 }
 

@@ -3,6 +3,7 @@
 #include "platform/text/textstore.h"
 
 #include <QMimeData>
+#include <QPointer>
 
 #include <functional>
 
@@ -11,13 +12,15 @@ class TextMimeData : public QMimeData {
     Q_OBJECT
 public:
     using Source = std::function<TextPiece()>;
-    /// `byteCode` as for QMultiLineEdit::setByteCode().
-    TextMimeData(Source source, QByteArray byteCode);
+    /// `byteCode` as for QMultiLineEdit::setByteCode(); `editor`, from which the text is, is not owned and
+    /// may go before.
+    TextMimeData(Source source, QByteArray byteCode, const QObject *editor);
     /// From now on the text comes from `source`.
     void setSource(Source source);
     /// The text letter for letter with its spellings, for a paste inside this program.
     TextPiece piece() const;
     QByteArray byteCode() const { return m_byteCode; }
+    bool isFrom(const QObject *editor) const { return m_editor == editor; }
 
     bool hasFormat(const QString &mimeType) const override;
     QStringList formats() const override;
@@ -28,4 +31,5 @@ protected:
 private:
     Source m_source;
     const QByteArray m_byteCode;
+    const QPointer<const QObject> m_editor;
 };

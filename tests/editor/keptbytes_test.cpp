@@ -46,6 +46,7 @@ private slots:
     void cutAndPasted();
     void copiedToAnotherDocument_data();
     void copiedToAnotherDocument();
+    void carriageReturnsInTheText();
     void anotherCodeBringsCharactersAlone();
     void savedInAnotherCode_data();
     void savedInAnotherCode();
@@ -192,6 +193,22 @@ void KeptBytesTest::copiedToAnotherDocument()
     m_editor->copy();
     other.paste();
     QCOMPARE(saved(other, thirdName).toHex(' '), saved().replace("\n", "\r\n").toHex(' '));
+}
+
+/// As in logs of what shows its progress. In another document they would not be what they were.
+void KeptBytesTest::carriageReturnsInTheText()
+{
+    const QByteArray bytes = "a\n\xFA\x54\r\xEE\xF9\rz\r\n\xFF";
+    load(bytes, CharCodeShiftJis);
+    m_editor->selectAll();
+    m_editor->cut();
+    m_editor->paste();
+    QCOMPARE(saved().toHex(' '), bytes.toHex(' '));
+    appSettings().DefCodec = CharCodeShiftJis;
+    appSettings().DefCRLF = ReturnCodeLf;
+    ctlEditer other(m_window.get());
+    other.paste();
+    QCOMPARE(saved(other, thirdName).toHex(' '), QByteArray("a\n\xFA\x54\n\xEE\xF9\nz\n\xFF").toHex(' '));
 }
 
 void KeptBytesTest::anotherCodeBringsCharactersAlone()
