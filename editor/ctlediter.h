@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/documentversion.h"
+#include "editor/rownumberfont.h"
 #include "platform/qmultilineedit.h"
 #include "platform/text/textcodec.h"
 #include "platform/text/textpattern.h"
@@ -94,7 +95,6 @@ protected:
 
 private:
     QString rowNumber(qint64 row) const;
-    const FontMeasure &rowNumberMeasure(qreal scale) const;
     void drawRowNumber(RowPainter &painter) const;
     QColor cursorColor() const;
     void drawActiveLine(RowPainter &painter, const QRectF &cell) const;
@@ -131,7 +131,6 @@ private:
     QColor m_backColor;
     QColor m_foreColor;
     QColor m_rowNoColor;
-    mutable std::shared_ptr<const FontMeasure> m_rowNumberMeasure;
-    mutable int m_rowNumberSize = 0; ///< that m_rowNumberMeasure is for
+    mutable RowNumberFont m_rowNumberFont; ///< kept: to look a font up takes longer than to draw a number
     QColor m_activeLineColor;
 };

@@ -3,7 +3,6 @@
 #include "app/settings.h"
 #include "editor/rowmarks.h"
 #include "platform/fontmeasure.h"
-#include "platform/lcfont.h"
 #include "platform/rowpainter.h"
 
 #include <cmath>
@@ -11,7 +10,6 @@
 namespace {
 
 constexpr int blackIndex = 1;
-constexpr int rowNumberDigits = 4;
 constexpr int largeFontSize = 15; ///< from here on row numbers stand a little higher
 
 enum RowNumberSize { NoRowNumbers = 0, SmallRowNumbers = 1 };
@@ -102,16 +100,6 @@ QString ctlEditer::rowNumber(qint64 row) const
     return QString::number(number + 1).rightJustified(rowNumberDigits).right(rowNumberDigits);
 }
 
-/// Kept, because to look a font up takes longer than to draw a number.
-const FontMeasure &ctlEditer::rowNumberMeasure(qreal scale) const
-{
-    const int size = rowNumberFontSize();
-    if (!m_rowNumberMeasure || m_rowNumberSize != size || m_rowNumberMeasure->devicePixelRatio() != scale)
-        m_rowNumberMeasure = FontMeasure::forFont(lcFont(size), scale);
-    m_rowNumberSize = size;
-    return *m_rowNumberMeasure;
-}
-
 void ctlEditer::drawRowNumber(RowPainter &painter) const
 {
     const AppSettings &settings = appSettings();
@@ -119,13 +107,18 @@ void ctlEditer::drawRowNumber(RowPainter &painter) const
         return;
     const RowCanvas &canvas = painter.canvas();
     const QColor color = settings.RowNoColor != 0 ? m_rowNoColor : m_foreColor;
-    const FontMeasure &measure = rowNumberMeasure(canvas.scale());
+    const QRect row = canvas.rowRect();
+    const int left = canvas.x(1);
+    const int rule = canvas.x(hMargin() - 3);
+    m_rowNumberFont.fit(rowNumberFontSize(), canvas.scale(), QSize(rule - left, row.height()));
+    const FontMeasure &measure = m_rowNumberFont.measure();
     const int gap = settings.FontSize >= largeFontSize ? 3 : 2;
     const int top = canvas.y(canvas.rowHeight() - measure.height() - gap);
-    const QPoint baseline(canvas.x(1), top + canvas.pixels(measure.ascent()));
-    painter.drawCharacters(measure, baseline, rowNumber(painter.layout().row()), color);
-    const QRect row = canvas.rowRect();
-    painter.painter().fillRect(canvas.x(hMargin() - 3), row.top(), canvas.thickness(1), row.height(), color);
+    // In a low row they stand where they are whole.
+    const int baseline = qMax(row.top() + m_rowNumberFont.digitHeight(),
+        qMin(top + canvas.pixels(measure.ascent()), row.bottom() + 1 - m_rowNumberFont.digitDepth()));
+    painter.drawCharacters(measure, QPoint(left, baseline), rowNumber(painter.layout().row()), color);
+    painter.painter().fillRect(rule, row.top(), canvas.thickness(1), row.height(), color);
 }
 
 void ctlEditer::drawActiveLine(RowPainter &painter, const QRectF &cell) const

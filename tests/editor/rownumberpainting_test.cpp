@@ -13,6 +13,8 @@ private slots:
     void rowNumbers();
     void numbersStandHigherInLargeFonts_data();
     void numbersStandHigherInLargeFonts();
+    void numbersAreWhole_data();
+    void numbersAreWhole();
     void rowNumberColours_data();
     void rowNumberColours();
     void ruleBesideTheNumbers_data();
@@ -124,6 +126,85 @@ void RowNumberPaintingTest::numbersStandHigherInLargeFonts()
     const int baseline =
         editor.device(editor.rowHeight() - measure->height() - gap) + editor.device(measure->ascent());
     QCOMPARE(numbers.height() - below, baseline);
+}
+
+namespace {
+
+/// Where something is drawn on white, from the topmost and the leftmost of it.
+Pixels inkOf(const QImage &image)
+{
+    std::vector<QPoint> ink;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) != qRgb(255, 255, 255))
+                ink.emplace_back(x, y);
+        }
+    }
+    QPoint corner(image.width(), image.height());
+    for (const QPoint &dot : ink)
+        corner = QPoint(qMin(corner.x(), dot.x()), qMin(corner.y(), dot.y()));
+    Pixels moved;
+    for (const QPoint &dot : ink)
+        moved.emplace(dot.x() - corner.x(), dot.y() - corner.y());
+    return moved;
+}
+
+/// A number with room on all sides, in the numbers' font at one size.
+QImage freeNumber(const QString &number, int size, qreal scale)
+{
+    QFont font = lcFont(size);
+    font.setPointSize(size);
+    const auto measure = FontMeasure::forFont(font, scale);
+    QImage image(160, 60, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setPen(Qt::black);
+    int x = 20;
+    for (const QChar digit : number) {
+        const FontMeasure::Glyph glyph = measure->glyph(digit.unicode());
+        QGlyphRun run;
+        run.setRawFont(measure->rawFont(glyph.font));
+        run.setGlyphIndexes({ glyph.index });
+        run.setPositions({ QPointF(glyph.offset, 0) });
+        painter.drawGlyphRun(QPointF(x, 50), run);
+        x += measure->advances().advance(digit.unicode()) / 64;
+    }
+    return image;
+}
+
+} // namespace
+
+void RowNumberPaintingTest::numbersAreWhole_data()
+{
+    QTest::addColumn<int>("fontSize");
+    QTest::addColumn<int>("rowNo");
+    QTest::addColumn<bool>("vga");
+    for (const int fontSize : { 1, 4, 6, 8, 9, 10, 12, 15, 18, 32, 100 }) {
+        for (const int rowNo : { 1, 2 }) {
+            for (const bool vga : { false, true })
+                QTest::addRow("%d points, size %d%s", fontSize, rowNo, vga ? ", VGA" : "")
+                    << fontSize << rowNo << vga;
+        }
+    }
+}
+
+void RowNumberPaintingTest::numbersAreWhole()
+{
+    QFETCH(int, fontSize);
+    QFETCH(int, rowNo);
+    QFETCH(bool, vga);
+    appSettings().FontSize = fontSize;
+    appSettings().RowNo = rowNo;
+    setVga(vga);
+    Editor editor(QString(9000, u'\n'));
+    const QImage image = editor.painted(8887);
+    const Pixels found = inkOf(image.copy(0, 0, editor.device(editor.hMargin() - 3), image.height()));
+    QVERIFY(!found.empty());
+    const int sizes[2][2] = { { 3, 5 }, { 6, 16 } };
+    int size = lcFont(sizes[rowNo - 1][vga]).pointSize();
+    while (size > 0 && found != inkOf(freeNumber(QStringLiteral("8888"), size, editor.devicePixelRatioF())))
+        --size;
+    QVERIFY2(size > 0, "cut");
 }
 
 void RowNumberPaintingTest::rowNumberColours_data()
