@@ -40,15 +40,15 @@ qint64 QMultiLineEdit::Private::rowAt(qreal y) const
     return top + qint64(std::floor(y / measure->height()));
 }
 
-/// Behind the widest row there is space for the cursor and a line-end mark.
-qreal QMultiLineEdit::Private::contentWidth() const
+/// Right end of the widest row.
+qreal QMultiLineEdit::Private::textEnd() const
 {
     qreal widest = measure->toPixels(store.widestRow());
     if (q->isComposing()) {
         const RowLayout composed = layoutOf(rowColOf(cursor).row, 0);
         widest = qMax(widest, composed.x(composed.length()));
     }
-    return margin + widest + 2 * measure->xWidth() + cursorWidth;
+    return margin + widest;
 }
 
 /// A full row may be a pixel wider than the view; the cursor behind it still shows then.
@@ -58,13 +58,17 @@ bool QMultiLineEdit::Private::rowsFit() const
     return wrap != NoWrap && end - cursorWidth < q->viewport()->width();
 }
 
-/// In steps, so that the bar does not change with every key in the widest row.
+/// Text that fits has nowhere to move. Behind wider text there is space for the cursor and a line-end mark,
+/// in steps, so that the bar does not change with every key in the widest row.
 qint64 QMultiLineEdit::Private::lastLeft() const
 {
     const int view = q->viewport()->width();
-    const qreal wider = rowsFit() ? 0 : contentWidth() - view;
+    const qreal end = textEnd();
+    if (rowsFit() || end - cursorWidth < view)
+        return 0;
     const int step = qMax(1, reserve(view));
-    return wider > 0 ? step * qint64(std::ceil(wider / step + 1)) : 0;
+    const qreal wider = end + 2 * measure->xWidth() + cursorWidth - view;
+    return step * qint64(std::ceil(wider / step + 1));
 }
 
 /// What is composed is not wrapped before it is done. In a view that does not move to the side its row moves

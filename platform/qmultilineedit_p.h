@@ -193,7 +193,7 @@ struct QMultiLineEdit::Private {
     qint64 visibleRows(int height) const;
     bool isCursorRowVisible(int height) const;
     qint64 rowAt(qreal y) const;
-    qreal contentWidth() const;
+    qreal textEnd() const;
     /// Whether the view shows wrapped rows over their whole width, so that it need not move to the side.
     bool rowsFit() const;
     qint64 lastLeft() const;

@@ -16,6 +16,7 @@ namespace {
 class Edit : public QMultiLineEdit {
 public:
     QList<qint64> painted;
+    using QMultiLineEdit::fontMeasure;
     using QMultiLineEdit::isCursorOn;
 
     /// Lets what is asked for be painted, and forgets it.
@@ -76,6 +77,7 @@ private slots:
     void topRowIsClamped();
     void offsetsInPixels();
     void scrollBarScrolls();
+    void textThatFitsHasNoRange();
     void wheelTurnsRows();
     void partsOfANotchAddUp();
     void wheelWithShiftGoesToTheSide();
@@ -155,6 +157,27 @@ void QMultiLineEditViewTest::offsetsInPixels()
     QCOMPARE(m_edit->xOffset(), 0);
     m_edit->setXOffset(1 << 30);
     QCOMPARE(m_edit->xOffset(), m_edit->cellWidth() - m_edit->viewport()->width());
+}
+
+/// However little room is left behind it.
+void QMultiLineEditViewTest::textThatFitsHasNoRange()
+{
+    const QScrollBar &bar = *m_edit->horizontalScrollBar();
+    m_edit->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    const QString row = u"x"_s.repeated(200);
+    const int width = qCeil(200 * m_edit->fontMeasure()->xWidth());
+    m_edit->setText(row);
+    const int around = m_edit->width() - m_edit->viewport()->width();
+    for (int room = 30; room >= -30; --room) {
+        m_edit->resize(m_edit->hMargin() + width + around + room, m_edit->height());
+        const bool fits = room >= 0;
+        if (fits || room < -3) { // the cursor behind the text may be cut by a pixel
+            QVERIFY2((bar.maximum() == 0) == fits, QByteArray::number(room).constData());
+            QTRY_COMPARE(bar.isVisible(), !fits);
+        }
+        QTest::keyClick(m_edit.get(), Qt::Key_End);
+        QVERIFY2((m_edit->xOffset() == 0) == (bar.maximum() == 0), QByteArray::number(room).constData());
+    }
 }
 
 void QMultiLineEditViewTest::scrollBarScrolls()
