@@ -47,38 +47,12 @@ QByteArray currentFolder()
     return isHere ? named : resolved(".");
 }
 
-/// The characters that end what `text` begins with characters for embeddings, overrides and isolates of a
-/// direction.
-QString missingDirectionEnds(const QString &text)
+/// Begins or ends a stretch of text with a direction of its own: after one of these "txt.exe" can look like
+/// "exe.txt".
+bool turnsText(QChar unit)
 {
-    constexpr QChar embeddingEnd(0x202C), isolateEnd(0x2069);
-    QString ends; // the innermost first
-    for (const QChar unit : text) {
-        switch (unit.unicode()) {
-        case 0x202A: // embeddings and overrides, left to right and right to left
-        case 0x202B:
-        case 0x202D:
-        case 0x202E:
-            ends.prepend(embeddingEnd);
-            break;
-        case 0x2066: // isolates
-        case 0x2067:
-        case 0x2068:
-            ends.prepend(isolateEnd);
-            break;
-        case 0x202C:
-            if (ends.startsWith(embeddingEnd))
-                ends.remove(0, 1);
-            break;
-        case 0x2069:
-            // Ends the embeddings inside the isolate as well; without an isolate it does nothing.
-            ends.remove(0, ends.indexOf(isolateEnd) + 1);
-            break;
-        default:
-            break;
-        }
-    }
-    return ends;
+    const char16_t code = unit.unicode();
+    return (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
 } // namespace
@@ -121,7 +95,7 @@ QString FileName::forDisplay(const QString &name)
 {
     const auto isHidden = [](QChar unit) {
         return isEscape(unit) || unit.category() == QChar::Other_Control || unit == QChar::LineSeparator
-            || unit == QChar::ParagraphSeparator;
+            || unit == QChar::ParagraphSeparator || turnsText(unit);
     };
     QString shown = name;
     for (qsizetype i = 0; i < name.size(); ++i) {
@@ -129,7 +103,7 @@ QString FileName::forDisplay(const QString &name)
         if (!isPair && isHidden(name[i]))
             shown[i] = QChar::ReplacementCharacter;
     }
-    return shown + missingDirectionEnds(name);
+    return shown;
 }
 
 QString FileName::forMessage(const QString &name)

@@ -28,8 +28,9 @@ bool exists(QStringView name);
 /// Whether it is a folder, or a link to one.
 bool isFolder(QStringView name);
 
-/// The name as it may be shown in one line: every undecodable byte and every control character is U+FFFD, and
-/// a direction that it begins for what follows ends with it, so that no name turns the text around it.
+/// The name as it may be shown in one line: every undecodable byte, every control character, and every one
+/// that gives what follows another direction (U+202A to U+202E, U+2066 to U+2069) is U+FFFD. So none looks
+/// like another name, or turns the text around it.
 QString forDisplay(const QString &name);
 /// The same for texts of several lines, such as those of message boxes: a line feed in the name stays one.
 QString forMessage(const QString &name);
