@@ -2,6 +2,7 @@
 
 #include "app/settings.h"
 #include "filedialog/filelistdelegate.h"
+#include "platform/busypointer.h"
 #include "platform/filename.h"
 
 #include <QApplication>
@@ -104,6 +105,7 @@ const ctlFileListViewItem *ctlFileListView::itemAtIndex(const QModelIndex &index
 
 void ctlFileListView::showFolder(const QString &path)
 {
+    const BusyPointer busy; // a folder may hold a hundred thousand files
     const QString folder = folderName(path);
     clear();
     horizontalScrollBar()->setValue(0);
@@ -160,6 +162,7 @@ void ctlFileListView::goUpFolder()
 
 void ctlFileListView::sortRows(int column, Qt::SortOrder order)
 {
+    const BusyPointer busy;
     for (int row = 0; row < topLevelItemCount(); ++row) {
         auto *item = static_cast<ctlFileListViewItem *>(topLevelItem(row));
         item->setSortColumn(column, order == Qt::AscendingOrder);
@@ -172,6 +175,22 @@ void ctlFileListView::sortByColumn(int column)
     const bool isSorted = header()->sortIndicatorSection() == column;
     const bool reverses = isSorted && header()->sortIndicatorOrder() == Qt::AscendingOrder;
     header()->setSortIndicator(column, reverses ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
+/// Scrolls until the nearest column that begins left or right of the view's left edge begins there, or as far
+/// as there is something to scroll.
+void ctlFileListView::showColumn(Step step)
+{
+    const int left = horizontalScrollBar()->value();
+    int to = step == Step::Next ? left : 0;
+    for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column) {
+        const int start = header()->sectionPosition(column);
+        if (step == Step::Before && start < left)
+            to = start;
+        if (step == Step::Next && to == left && start > left)
+            to = start;
+    }
+    horizontalScrollBar()->setValue(to);
 }
 
 void ctlFileListView::slotSelectionChanged(ctlFileListViewItem *item)
@@ -207,6 +226,10 @@ void ctlFileListView::keyPressEvent(QKeyEvent *event)
     const int column = event->key() - Qt::Key_1;
     if (event->modifiers() == Qt::ControlModifier && column >= 0 && column < ctlFileListViewItem::ColumnCount)
         return sortByColumn(column);
+    if (event->modifiers() == Qt::ControlModifier && event->key() == Qt::Key_Right)
+        return showColumn(Step::Next);
+    if (event->modifiers() == Qt::ControlModifier && event->key() == Qt::Key_Left)
+        return showColumn(Step::Before);
     switch (event->key()) {
     case Qt::Key_Backspace:
     case Qt::Key_Left:
@@ -219,6 +242,10 @@ void ctlFileListView::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Right:
         if (selectedItem() && selectedItem()->isFolder())
             slotExecItem(selectedItem());
+        break;
+    case Qt::Key_End:
+        // Where no row has the focus, the toolkit takes every key for one to the first row.
+        setCurrentItem(topLevelItem(topLevelItemCount() - 1));
         break;
     case Qt::Key_Up:
     case Qt::Key_Down:

@@ -10,8 +10,9 @@
 /// Shows the contents of one folder, folders first, and walks the tree of folders by itself.
 ///
 /// Backspace and Left go up; Return, a double click, or a tap on the row that was already selected opens a
-/// row; Ctrl+1 to Ctrl+3 sort by a column as a click on its title does. A row that is opened is a folder that
-/// is entered, or a file that execItem() reports.
+/// row; Ctrl+1 to Ctrl+3 sort by a column as a click on its title does; Ctrl+Right and Ctrl+Left scroll to
+/// the next and the previous column. A row that is opened is a folder that is entered, or a file that
+/// execItem() reports.
 class ctlFileListView : public QTreeWidget {
     Q_OBJECT
 public:
@@ -58,6 +59,8 @@ protected:
 
 private:
     void setUpColumns();
+    enum class Step { Before, Next };
+    void showColumn(Step step);
     void sortRows(int column, Qt::SortOrder order);
     void sortByColumn(int column);
     bool selectRowOfFocus();

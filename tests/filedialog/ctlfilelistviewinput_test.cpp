@@ -1,6 +1,9 @@
 #include "tests/filedialog/shownlist.h"
 #include "tests/filedialog/testfolder.h"
 
+#include <QHeaderView>
+#include <QScrollBar>
+
 /// What keys, taps and double clicks do in a list.
 class ListViewInputTest : public QObject {
     Q_OBJECT
@@ -13,6 +16,10 @@ private slots:
     void returnWithoutSelection();
     void firstKeySelectsTheRowOfTheFocus_data();
     void firstKeySelectsTheRowOfTheFocus();
+    void endGoesToTheLastRow_data();
+    void endGoesToTheLastRow();
+    void columnsByKeys();
+    void pointerIsBusy();
     void returnIsTaken();
     void walksByKeysAlone();
 
@@ -100,6 +107,81 @@ void ListViewInputTest::firstKeySelectsTheRowOfTheFocus()
     QCOMPARE(shown.selected(), QStringLiteral("sub"));
     shown.key(Qt::Key_Return);
     QCOMPARE(shown.list.currentPath, folder.path("sub/"));
+}
+
+void ListViewInputTest::endGoesToTheLastRow_data()
+{
+    QTest::addColumn<QByteArray>("current");
+    QTest::newRow("from no row") << QByteArray();
+    QTest::newRow("from the first row") << QByteArray("file10");
+    QTest::newRow("from the last row") << QByteArray("file49");
+}
+
+void ListViewInputTest::endGoesToTheLastRow()
+{
+    QFETCH(QByteArray, current);
+    const TestFolder folder;
+    for (int i = 10; i < 50; ++i)
+        folder.file(QByteArray("file" + QByteArray::number(i)).constData());
+    ShownList shown(folder.path());
+    if (!current.isEmpty())
+        shown.list.setCurrentItem(shown.item(current.constData()));
+    shown.key(Qt::Key_End);
+    QCOMPARE(shown.selected(), QStringLiteral("file49"));
+    QVERIFY(shown.list.viewport()->rect().contains(shown.place("file49")));
+    ShownList empty(folder.path("missing/"));
+    empty.key(Qt::Key_End);
+    QCOMPARE(empty.selected(), QString());
+}
+
+/// The last column is wider than what is left beside the first.
+void ListViewInputTest::columnsByKeys()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    ShownList shown(folder.path());
+    const QScrollBar *bar = shown.list.horizontalScrollBar();
+    QVERIFY(bar->maximum() > 0);
+    const auto press = [&shown](Qt::Key key) { QTest::keyClick(&shown.list, key, Qt::ControlModifier); };
+    for (int column = 1; column < ctlFileListViewItem::ColumnCount; ++column)
+        press(Qt::Key_Right);
+    QCOMPARE(bar->value(), bar->maximum());
+    press(Qt::Key_Right);
+    QCOMPARE(bar->value(), bar->maximum());
+    for (int column = 1; column < ctlFileListViewItem::ColumnCount; ++column)
+        press(Qt::Key_Left);
+    QCOMPARE(bar->value(), 0);
+    QCOMPARE(shown.list.currentPath, folder.path());
+
+    shown.list.resize(60, 130);
+    press(Qt::Key_Right);
+    QCOMPARE(bar->value(), shown.list.header()->sectionPosition(ctlFileListViewItem::SizeColumn));
+    press(Qt::Key_Right);
+    QCOMPARE(bar->value(), shown.list.header()->sectionPosition(ctlFileListViewItem::DateColumn));
+    press(Qt::Key_Left);
+    QCOMPARE(bar->value(), shown.list.header()->sectionPosition(ctlFileListViewItem::SizeColumn));
+}
+
+/// While rows are read, and while they are sorted.
+void ListViewInputTest::pointerIsBusy()
+{
+    const TestFolder folder;
+    folder.file("a");
+    folder.file("b");
+    ShownList shown(folder.path());
+    QVERIFY(!QGuiApplication::overrideCursor());
+    int busy = 0;
+    const auto look = [&busy] {
+        const QCursor *pointer = QGuiApplication::overrideCursor();
+        busy += pointer && pointer->shape() == Qt::WaitCursor ? 1 : 0;
+    };
+    connect(shown.list.model(), &QAbstractItemModel::rowsInserted, this, look);
+    connect(shown.list.model(), &QAbstractItemModel::layoutChanged, this, look);
+    shown.list.showFolder(folder.path());
+    QCOMPARE(busy, 1);
+    QTest::keyClick(&shown.list, Qt::Key_2, Qt::ControlModifier);
+    QCOMPARE(busy, 2);
+    QVERIFY(!QGuiApplication::overrideCursor());
 }
 
 void ListViewInputTest::returnIsTaken()
