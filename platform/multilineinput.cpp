@@ -4,7 +4,6 @@
 
 #include <QGuiApplication>
 #include <QInputMethod>
-#include <QKeyEvent>
 #include <QScopedValueRollback>
 
 namespace {
@@ -17,11 +16,9 @@ constexpr qint64 shownMarked = qint64(64) << 10;
 
 void QMultiLineEdit::Private::compose(const QInputMethodEvent &event)
 {
-    const bool wasComposing = q->isComposing();
     if (!event.commitString().isEmpty() || event.replacementLength() > 0)
         commit(event);
     setPreedit(event);
-    hasDroppedPreedit = wasComposing && !q->isComposing() && event.commitString().isEmpty();
     for (const QInputMethodEvent::Attribute &attribute : event.attributes()) {
         if (attribute.type == QInputMethodEvent::Selection)
             select(attribute);
@@ -151,13 +148,6 @@ QVariant QMultiLineEdit::Private::querySurroundings(
     }
 }
 
-/// There are input methods that let Escape through: while they compose, or after they dropped what they
-/// composed because of it.
-bool QMultiLineEdit::Private::isInputMethods(const QKeyEvent &press) const
-{
-    return press.key() == Qt::Key_Escape && (q->isComposing() || hasDroppedPreedit);
-}
-
 void QMultiLineEdit::Private::tellInputMethod()
 {
     q->updateMicroFocus(Qt::ImQueryInput);
@@ -184,7 +174,7 @@ void QMultiLineEdit::commitPreedit()
     // is kept, and the input method is to forget it; some then commit it themselves.
     QInputMethodEvent event;
     event.setCommitString(d->preedit.text);
-    d->compose(event);
+    QCoreApplication::sendEvent(this, &event);
     const QScopedValueRollback deaf(d->deafToInputMethod, true);
     QGuiApplication::inputMethod()->reset();
 }

@@ -135,22 +135,10 @@ bool QMultiLineEdit::Private::handleKey(const QKeyEvent &event)
 
 void QMultiLineEdit::keyPressEvent(QKeyEvent *event)
 {
-    if (d->isInputMethods(*event)) {
-        event->accept();
-        return;
-    }
-    d->hasDroppedPreedit = false;
     const bool endsComposing = isComposing() && keysOf(*event).key() == Qt::Key_Return;
     if (endsComposing)
         commitPreedit();
     event->setAccepted(endsComposing || d->handleKey(*event));
-}
-
-void QMultiLineEdit::keyReleaseEvent(QKeyEvent *event)
-{
-    if (!event->isAutoRepeat())
-        d->hasDroppedPreedit = false;
-    QAbstractScrollArea::keyReleaseEvent(event);
 }
 
 /// Tab and Backtab are the editor's, or they are keys of the window.

@@ -24,7 +24,7 @@ struct InsertedText;
 /// The text at the top of the view stays there.
 ///
 /// Keys that are not the editor's own are ignored, so that they reach the window around it; Tab and Backtab
-/// never move the focus. Escape while an input method composes is the input method's, and goes nowhere else.
+/// never move the focus.
 class QMultiLineEdit : public QAbstractScrollArea {
     Q_OBJECT
 public:
@@ -222,7 +222,6 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent *event) override;
-    void keyReleaseEvent(QKeyEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;

@@ -316,13 +316,11 @@ struct QMultiLineEdit::Private {
     // Input methods.
     Preedit preedit;
     bool deafToInputMethod = false; ///< while it is told to forget what it composed
-    bool hasDroppedPreedit = false; ///< it became no text, and no key has been pressed or released since
 
     void compose(const QInputMethodEvent &event);
     void setPreedit(const QInputMethodEvent &event);
     void commit(const QInputMethodEvent &event);
     void select(const QInputMethodEvent::Attribute &attribute);
-    bool isInputMethods(const QKeyEvent &press) const;
     /// The text around the cursor that is shown to input methods: a part of its logical line.
     TextRange surroundings() const;
     QVariant query(Qt::InputMethodQuery query, const QVariant &argument) const;

@@ -1,5 +1,6 @@
 #include "platform/qpeapplication.h"
 
+#include "platform/composingescape.h"
 #include "platform/endsignals.h"
 #include "platform/filename.h"
 #include "platform/fontmessages.h"
@@ -43,6 +44,7 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     hideFontMessages();
     registerLcFont();
     StrayInput::instance();
+    new ComposingEscape(this);
     for (int i = 1; i < argc; ++i)
         m_arguments << FileName::absolute(argv[i]);
     connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::request);

@@ -1,3 +1,4 @@
+#include "app/qpeapplicationesc.h"
 #include "editor/textfile.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
@@ -5,6 +6,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QInputMethodEvent>
+#include <QLineEdit>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +57,7 @@ private slots:
     void isCounted();
     void escapeClosesNothing();
     void escapeOfTheInputMethodClosesNothing();
+    void escapeInAFieldClosesNothing();
     void escapeClosesAfterwards_data();
     void escapeClosesAfterwards();
 
@@ -235,13 +238,30 @@ void ComposingTest::escapeOfTheInputMethodClosesNothing()
     const TestFiles files;
     TestWindow window;
     QVERIFY(open(window, files));
-    ctlEditer *const editor = window.currentEditor();
-    compose(editor, {});
-    QTest::keyPress(editor, Qt::Key_Escape);
+    compose(window.currentEditor(), {});
+    QTest::keyPress(window.windowHandle(), Qt::Key_Escape);
     QCOMPARE(window.tabBar()->count(), 2);
-    QTest::keyRelease(editor, Qt::Key_Escape);
-    QTest::keyClick(editor, Qt::Key_Escape);
+    QTest::keyRelease(window.windowHandle(), Qt::Key_Escape);
+    QTest::keyClick(window.windowHandle(), Qt::Key_Escape);
     QCOMPARE(window.tabBar()->count(), 1);
+}
+
+void ComposingTest::escapeInAFieldClosesNothing()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(open(window, files));
+    window.item(MenuId::View, 3)->trigger();
+    auto *const panel = window.findChild<frmSearchDialog *>();
+    QVERIFY(QTest::qWaitForWindowActive(panel));
+    auto *const field = panel->findChildren<QComboBox *>().constFirst();
+    QTRY_COMPARE(QApplication::focusWidget(), field);
+    compose(field, u"か"_s);
+    QTest::keyClick(field, Qt::Key_Escape);
+    QVERIFY(panel->isVisible());
+    QTest::mouseClick(field->lineEdit(), Qt::LeftButton);
+    QTest::keyClick(field, Qt::Key_Escape);
+    QVERIFY(!panel->isVisible());
 }
 
 void ComposingTest::escapeClosesAfterwards_data()
@@ -275,5 +295,12 @@ void ComposingTest::escapeClosesAfterwards()
     QCOMPARE(window.tabBar()->count(), 1);
 }
 
-QTEST_MAIN(ComposingTest)
+int main(int argc, char **argv)
+{
+    int noFiles = 1;
+    QPEApplicationEsc application(noFiles, argv);
+    ComposingTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "composing_test.moc"
