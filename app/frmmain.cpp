@@ -22,6 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr QSize normalSize{ 640, 480 };
 constexpr std::chrono::milliseconds firstDocumentDelay{ 200 };
 
 QFont applicationFont()
@@ -66,6 +67,7 @@ frmMain::frmMain(QWidget *parent)
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
     m_freeing.setSingleShot(true);
     connect(&m_freeing, &QTimer::timeout, this, giveBackFreeMemory);
+    resize(normalSize.boundedTo(screen()->availableSize()));
     watchSession();
 }
 
