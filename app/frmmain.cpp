@@ -1,6 +1,7 @@
 #include "app/frmmain.h"
 
 #include "app/documentarea.h"
+#include "app/fullscreen.h"
 #include "app/keymap.h"
 #include "app/screenclass.h"
 #include "app/settings.h"
@@ -32,16 +33,11 @@ QFont applicationFont()
     return font;
 }
 
-/// Wayland gives a window its size, and ends a program that chooses another.
-bool canChooseSize()
-{
-    return !QGuiApplication::platformName().startsWith(u"wayland");
-}
-
 } // namespace
 
 frmMain::frmMain(QWidget *parent)
     : QMainWindow(parent)
+    , m_fullScreen(new FullScreen(this))
 {
     setObjectName(u"frmMain"_s);
     setVga(isVgaDisplay());
@@ -79,6 +75,11 @@ frmMain::~frmMain()
 ctlEditer *frmMain::currentEditor() const
 {
     return qobject_cast<ctlEditer *>(m_documents->stack()->currentWidget());
+}
+
+bool frmMain::isCoveringScreen() const
+{
+    return m_fullScreen->isOn();
 }
 
 ctlTabBar *frmMain::tabBar() const
@@ -122,7 +123,7 @@ void frmMain::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Escape) {
         // A key that is held down must not go on to close the document after leaving full screen.
         if (!event->isAutoRepeat())
-            run(m_fullScreen ? &frmMain::slotCmdViewFull : &frmMain::slotCmdFileCloseTab);
+            run(isCoveringScreen() ? &frmMain::slotCmdViewFull : &frmMain::slotCmdFileCloseTab);
         return;
     }
     for (const CommandSlot command : commandsForKey(*event))
@@ -133,8 +134,7 @@ void frmMain::keyPressEvent(QKeyEvent *event)
 void frmMain::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
-    if (m_fullScreen)
-        coverScreen();
+    m_fullScreen->keep();
     showToolBarLabels();
     m_documents->arrange();
 }
@@ -142,8 +142,7 @@ void frmMain::resizeEvent(QResizeEvent *event)
 void frmMain::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (m_fullScreen)
-        coverScreen();
+    m_fullScreen->keep();
     m_firstDocumentTimer.start(firstDocumentDelay);
 }
 
@@ -163,15 +162,4 @@ void frmMain::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && m_firstDocumentDue)
         slotEtcFirstNewDoc();
-    // The window manager can end full screen as well; it would be fought by the next resize.
-    if (event->type() == QEvent::WindowStateChange)
-        m_fullScreen = isFullScreen();
-}
-
-void frmMain::coverScreen()
-{
-    // Maximised as well, which it is again at the end: Wayland takes that back in one step.
-    setWindowState(Qt::WindowMaximized | Qt::WindowFullScreen);
-    if (canChooseSize())
-        resize(screen()->size());
 }

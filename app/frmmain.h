@@ -15,6 +15,7 @@
 class ctlEditer;
 class ctlTabBar;
 class DocumentArea;
+class FullScreen;
 class frmSearchDialog;
 class QDateTime;
 class QMenuBar;
@@ -51,7 +52,8 @@ public:
 
     ctlEditer *currentEditor() const;
     ctlTabBar *tabBar() const;
-    bool isCoveringScreen() const { return m_fullScreen; }
+    /// In full screen, as it was last wanted or told by the window manager.
+    bool isCoveringScreen() const;
 
     /// The action of a menu's item: its menu text, its icon and, on the tool bar, its label and tool tip.
     QAction *item(MenuId menu, int id) const;
@@ -177,7 +179,6 @@ private:
     void nameControls();
     void fillMenu(MenuId id);
     void showToolBarLabels();
-    void coverScreen();
 
     ctlEditer *addDocument(const QString &caption);
     void showDocument(ctlEditer *editor);
@@ -215,7 +216,7 @@ private:
     std::array<QMenu *, menuCount> m_menus{};
     QMenu *m_recentMenu = nullptr;
     std::array<QList<QAction *>, menuCount> m_items;
-    bool m_fullScreen = false;
+    FullScreen *m_fullScreen;
     QTimer m_firstDocumentTimer; ///< from showing the window
     bool m_firstDocumentDue = false; ///< the time is over, but the window was not active
     QTimer m_freeing; ///< runs out once when closed documents are gone

@@ -1,5 +1,6 @@
 #include "app/frmmain.h"
 
+#include "app/fullscreen.h"
 #include "app/settings.h"
 #include "app/translation.h"
 #include "editor/ctlediter.h"
@@ -10,13 +11,7 @@ using namespace Qt::StringLiterals;
 
 void frmMain::slotCmdViewFull()
 {
-    if (m_fullScreen) {
-        m_fullScreen = false;
-        showMaximized();
-    } else {
-        coverScreen();
-        m_fullScreen = true;
-    }
+    m_fullScreen->toggle();
 }
 
 void frmMain::slotCmdViewWinPrev()
