@@ -9,6 +9,7 @@
 #include "platform/requestqueue.h"
 #include "platform/screenscale.h"
 #include "platform/strayinput.h"
+#include "platform/windowmanager.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -87,6 +88,9 @@ void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
         window->show();
     else
         window->showMaximized();
+    // Nobody else gives it the keys.
+    if (!WindowManager::isPresent())
+        window->activateWindow();
     m_requests->setReceiver(window);
     if (!m_endSignals) {
         m_endSignals = new EndSignals(this);
