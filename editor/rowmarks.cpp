@@ -12,13 +12,14 @@ constexpr char16_t fullWidthSpace = 0x3000;
 constexpr QColor markColor(160, 160, 160);
 constexpr QColor fullWidthSpaceColor(80, 80, 80);
 
-/// Calls `draw` with the device pixel at which each visible `unit` begins.
+/// Calls `draw` with the device pixel of the left edge of each visible `unit`, which in right-to-left text is
+/// not where the cursor stands before it.
 template <typename Draw> void forEachVisible(const RowPainter &row, char16_t unit, Draw draw)
 {
     const RowLayout &layout = row.layout();
     for (qint64 column = layout.firstColumn(); column < layout.lastColumn(); ++column) {
         if (layout.at(column) == unit)
-            draw(row.columnX(column));
+            draw(row.layoutX(layout.spans(column, column + 1).front().left));
     }
 }
 

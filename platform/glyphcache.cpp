@@ -77,7 +77,10 @@ int GlyphCache::rounded(qreal advance) const
 
 int GlyphCache::markAdvance(char32_t codePoint) const
 {
-    return rounded(hexMarkSize(codePoint, m_height).width() + 1);
+    // Whole cells, and none too few: the box is not to lie over its neighbour.
+    const int width = hexMarkSize(codePoint, m_height).width() + 1;
+    const int cell = m_fixedPitch ? m_cell : 1;
+    return qMin((width + cell - 1) / cell * cell, largestAdvance);
 }
 
 int GlyphCache::advance(char32_t codePoint)

@@ -5,7 +5,15 @@
 #include <QGlyphRun>
 #include <QTextCharFormat>
 
+#include <cmath>
 #include <utility>
+
+namespace {
+
+/// Of a length that is whole device pixels but for what the division by the scale left behind.
+constexpr qreal tolerance = 1e-4;
+
+} // namespace
 
 RowPainter::RowPainter(QPainter &target, const FontMeasure &measure, const RowPlace &place,
     const QColor &background, const InsertedText &inserted)
@@ -54,14 +62,13 @@ void RowPainter::drawSelection(
     const qreal end = marksLineEnd ? m_layout.x(m_layout.length()) : 0;
     if (marksLineEnd && (spans.empty() || spans.back().right != end))
         spans.push_back({ .left = end, .right = end });
-    const int stroke = m_canvas.pixels(1);
+    // Rounded up, so that nothing is short of a pixel at its end.
+    const auto beyond = [this](qreal width) { return int(std::ceil(width * m_canvas.scale() - tolerance)); };
     for (std::size_t i = 0; i < spans.size(); ++i) {
-        int left = layoutX(spans[i].left) - stroke;
-        int right = layoutX(spans[i].right) - stroke;
-        if (i == 0 && selection.begin == 0)
-            left -= stroke;
-        if (marksLineEnd && i + 1 == spans.size())
-            right += m_canvas.pixels(selection.lineEndWidth);
+        const bool isFirst = i == 0 && selection.begin == 0;
+        const bool isLast = marksLineEnd && i + 1 == spans.size();
+        const int left = layoutX(spans[i].left) + beyond(isFirst ? -2 : -1);
+        const int right = layoutX(spans[i].right) + beyond(isLast ? selection.lineEndWidth - 1 : -1);
         const QRect row = m_canvas.rowRect();
         drawOver(QRect(left, row.top(), right - left, row.height()), highlight, highlightedText);
     }

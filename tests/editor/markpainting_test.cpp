@@ -1,3 +1,4 @@
+#include "platform/rowlayout.h"
 #include "tests/editor/paintedrow.h"
 
 /// The marks of line ends, tabs, full-width spaces and the end of the file.
@@ -14,6 +15,7 @@ private slots:
     void tabArrow();
     void tabArrowIsOff();
     void fullWidthSpaceBox();
+    void fullWidthSpaceBoxAmongRightToLeftText();
 };
 
 void MarkPaintingTest::hookedArrow()
@@ -153,6 +155,22 @@ void MarkPaintingTest::fullWidthSpaceBox()
     }
     for (int py = top; py + 2 * stroke <= bottom - stroke; py += 2 * stroke)
         QVERIFY(isDot(left, py) && isDot(right - 1, py));
+}
+
+void MarkPaintingTest::fullWidthSpaceBoxAmongRightToLeftText()
+{
+    appSettings().ShowZEN = 1;
+    appSettings().ForeColor = 6; // no pixel of red letters is grey
+    Editor editor(QStringLiteral("x\u05d0\u3000\u05d1\u05d2x"));
+    const RowLayout layout(editor.store(), 0, *editor.fontMeasure(), 0, 640);
+    const RowLayout::Span space = layout.spans(2, 3).front();
+    QVERIFY(space.left < layout.x(2)); // where the cursor stands before it: to its right
+    const int left = editor.device(editor.hMargin()) + editor.device(space.left);
+    const int right = editor.device(editor.hMargin()) + editor.device(space.right);
+    const Pixels found = pixelsOf(editor.painted(0), spaceGrey);
+    QVERIFY(found.size() > 20U);
+    for (const auto &[x, y] : found)
+        QVERIFY(x >= left + editor.device(3) && x < right);
 }
 
 int main(int argc, char **argv)

@@ -127,11 +127,11 @@ void PaintingTest::selection()
     editor.setCursorPosition(to.row, to.column, true);
     Pixels expected;
     if (begin >= 0) {
-        const int one = editor.device(1);
-        const int left = qMax(0, editor.columnX(row, begin) - (begin == 0 ? 2 * one : one));
-        int right = editor.columnX(row, end) - one;
-        if (widened)
-            right += editor.device(2 + editor.fontMeasure()->xWidth());
+        const qreal scale = editor.devicePixelRatioF();
+        const auto beyond = [scale](qreal width) { return int(std::ceil(width * scale - 1e-4)); };
+        const int left = qMax(0, editor.columnX(row, begin) + beyond(begin == 0 ? -2 : -1));
+        const int right =
+            editor.columnX(row, end) + beyond(widened ? 1 + editor.fontMeasure()->xWidth() : -1);
         expected = rectangle(left, 0, right - left, editor.height());
     }
     Pixels found = pixelsOf(editor.painted(row), highlight(editor));
@@ -156,9 +156,10 @@ void PaintingTest::selectionOfAWrappedRowIsNotWidened()
             last = qMax(last, x + 1);
         return last;
     };
-    const int one = editor.device(1);
-    QCOMPARE(right(0), editor.columnX(0, 6) - one);
-    QCOMPARE(right(1), editor.columnX(1, 3) - one + editor.device(2 + editor.fontMeasure()->xWidth()));
+    const qreal scale = editor.devicePixelRatioF();
+    const int width = editor.device(editor.fontMeasure()->xWidth());
+    QCOMPARE(right(0), editor.columnX(0, 6) - int(scale));
+    QCOMPARE(right(1), editor.columnX(1, 3) + width + qCeil(scale));
 }
 
 void PaintingTest::selectedTextIsRedrawn()
@@ -169,8 +170,9 @@ void PaintingTest::selectedTextIsRedrawn()
     editor.setCursorPosition(0, 3, true);
     const QImage marked = editor.painted(0);
     const QRgb color = editor.palette().color(QPalette::HighlightedText).rgb();
-    const int left = editor.columnX(0, 1) - editor.device(1);
-    const int right = editor.columnX(0, 3) - editor.device(1);
+    const int one = int(editor.devicePixelRatioF());
+    const int left = editor.columnX(0, 1) - one;
+    const int right = editor.columnX(0, 3) - one;
     for (const auto &[x, y] : differing(plain, marked))
         QVERIFY(x >= left && x < right);
     for (const auto &[x, y] : pixelsOf(plain, qRgb(0, 0, 0)))

@@ -1,4 +1,5 @@
 #include "platform/fontmeasure.h"
+#include "platform/hexmark.h"
 #include "platform/lcfont.h"
 
 #include <QTest>
@@ -31,6 +32,7 @@ private slots:
     void classes_data();
     void classes();
     void whatNoFontShowsIsAMark();
+    void boxesHaveTheirPlaces();
     void measuresAreShared();
 };
 
@@ -164,6 +166,23 @@ void FontMeasureTest::whatNoFontShowsIsAMark()
     QVERIFY(!measure->glyph(0xfeff).isShown);
     QVERIFY(measure->glyph(U'a').isShown);
     QVERIFY(measure->advances().advanceOf(unassigned) > 0);
+}
+
+void FontMeasureTest::boxesHaveTheirPlaces()
+{
+    for (const qreal scale : scales) {
+        for (int size = 1; size <= 60; ++size) {
+            const auto measure = FontMeasure::forFont(lcFont(size), scale);
+            const int height = qRound(measure->height() * scale);
+            for (const char32_t codePoint : { U'\x80', char32_t(0xdc80), char32_t(0x378), U'\U0010fffe' }) {
+                if (measure->glyph(codePoint).isShown)
+                    continue;
+                const auto place = int(measure->advances().advanceOf(codePoint) / subpixelsPerPixel);
+                QVERIFY2(hexMarkSize(codePoint, height).width() <= place,
+                    qPrintable(QStringLiteral("%1 at %2").arg(size).arg(scale)));
+            }
+        }
+    }
 }
 
 void FontMeasureTest::measuresAreShared()
