@@ -47,6 +47,7 @@ public:
     mutable Answers last; ///< reset by every change of layout or tree
     TextLayout layout;
     std::optional<QByteArray> endSpelling; ///< what the file had behind the last unit; not part of the text
+    bool isSpelledWhenEmpty = false; ///< there was no unit, and so it goes with none
 
 private:
     mutable TextTree m_tree;
@@ -203,7 +204,7 @@ TextChunk TextStore::spelledChunkAt(qint64 offset) const
     if (offset == length()) {
         TextChunk end;
         end.offset = offset;
-        if (d->endSpelling)
+        if (d->endSpelling && (offset > 0 || d->isSpelledWhenEmpty))
             end.spelling = QByteArrayView(*d->endSpelling);
         return end;
     }
@@ -427,6 +428,7 @@ TextStore TextStore::Builder::finish()
     const LayoutRule rule = d->store.layoutRule();
     d->store.d->setTree(d->tree.finish());
     d->store.d->endSpelling = d->tree.lastSpelling();
+    d->store.d->isSpelledWhenEmpty = d->store.length() == 0;
     TextStore finished = std::move(d->store);
     d = std::make_unique<Private>(rule);
     return finished;

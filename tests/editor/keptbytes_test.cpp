@@ -50,6 +50,7 @@ private slots:
     void anotherCodeBringsCharactersAlone();
     void savedInAnotherCode_data();
     void savedInAnotherCode();
+    void deletedTextLeavesNothing();
     void otherSpellingsEndWithAnotherCode();
     void failedSaveInAnotherCodeKeepsThem();
     void markIsDroppedWhereThereIsNone();
@@ -250,6 +251,23 @@ void KeptBytesTest::savedInAnotherCode()
     load(bytes, code);
     QCOMPARE(saved(other).toHex(' '), result.toHex(' '));
     QCOMPARE(saved().toHex(' '), result.toHex(' '));
+}
+
+/// But for a file that never had any.
+void KeptBytesTest::deletedTextLeavesNothing()
+{
+    const QByteArray bytes = "log\x1B(B";
+    load(bytes);
+    m_editor->selectAll();
+    m_editor->cut();
+    QCOMPARE(saved(), QByteArray());
+    load(bytes);
+    m_editor->selectAll();
+    m_editor->cut();
+    m_editor->undo();
+    QCOMPARE(saved().toHex(' '), bytes.toHex(' '));
+    load("\x1B(B");
+    QCOMPARE(saved().toHex(' '), QByteArray("\x1B(B").toHex(' '));
 }
 
 /// Undecodable bytes are bytes of their code again, though.
