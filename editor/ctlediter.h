@@ -103,6 +103,7 @@ private:
     void setDecodedText(QByteArray &&bytes);
     void setReadWith(const TextCodec *codec);
     void setReadWithOwnCode();
+    void setWrittenWith(const TextCodec *codec);
     TextCodec::AsRead writtenAsRead(const TextCodec *codec) const;
     bool writeText(const QString &fileName);
     void setUnmodified();

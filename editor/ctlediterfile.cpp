@@ -32,6 +32,19 @@ const TextCodec *codecToWrite(int charCode)
     return codecToRead(charCode == CharCodeUnicode ? CharCodeUtf8 : charCode, {});
 }
 
+/// Whether a text has undecodable bytes or spellings.
+bool hasBytes(const TextStore &store)
+{
+    for (qint64 at = 0; at < store.length();) {
+        const TextChunk run = store.spelledChunkAt(at);
+        const QString text = run.utf16.toString();
+        if (run.spelling || TextCodec::cleanInput(text) != text)
+            return true;
+        at += run.size();
+    }
+    return store.spelledChunkAt(store.length()).spelling.has_value();
+}
+
 } // namespace
 
 bool ctlEditer::loadFile(const QString &path, const QString &name, int requested)
@@ -78,6 +91,17 @@ void ctlEditer::setReadWithOwnCode()
     setReadWith(codecToWrite(m_charCode));
 }
 
+/// Bytes of the code that the text was read in stay what they are, so that it may be saved in that code
+/// again.
+void ctlEditer::setWrittenWith(const TextCodec *codec)
+{
+    if (codec == m_readWith)
+        return;
+    m_keepsSpellings = false;
+    if (!hasBytes(store()))
+        setReadWith(codec);
+}
+
 TextCodec::AsRead ctlEditer::writtenAsRead(const TextCodec *codec) const
 {
     if (codec != m_readWith)
@@ -122,7 +146,7 @@ bool ctlEditer::writeText(const QString &fileName)
     const bool isWritten = writer.write(store(), *codec, writtenAsRead(codec));
     if (isWritten) {
         m_version.endWriting(target);
-        m_keepsSpellings &= codec == m_readWith;
+        setWrittenWith(codec);
     }
     const QString kept = FileName::forMessage(FileName::fromBytes(writer.keptCopy()));
     const QString title = tr("File Write Error");

@@ -50,6 +50,8 @@ private slots:
     void anotherCodeBringsCharactersAlone();
     void savedInAnotherCode_data();
     void savedInAnotherCode();
+    void takesBytesOfTheCodeItWasSavedIn_data();
+    void takesBytesOfTheCodeItWasSavedIn();
     void deletedTextLeavesNothing();
     void otherSpellingsEndWithAnotherCode();
     void failedSaveInAnotherCodeKeepsThem();
@@ -250,6 +252,32 @@ void KeptBytesTest::savedInAnotherCode()
     QFETCH(QByteArray, result);
     load(bytes, code);
     QCOMPARE(saved(other).toHex(' '), result.toHex(' '));
+    QCOMPARE(saved().toHex(' '), result.toHex(' '));
+}
+
+void KeptBytesTest::takesBytesOfTheCodeItWasSavedIn_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("result");
+    QTest::newRow("text alone") << QByteArray("\x82\xA0\n") << QByteArray("\x8F\xD4\xE3\xFFz\n\xA4\xA2\n");
+    QTest::newRow("an undecodable byte") << QByteArray("\xFF\n") << QByteArray("\xF9\xA1?z\n?\n");
+    QTest::newRow("a second code") << QByteArray("\xFA\x54\n") << QByteArray("\xF9\xA1?z\n\xA2\xCC\n");
+}
+
+/// Not when it still has bytes of the code that it was read in.
+void KeptBytesTest::takesBytesOfTheCodeItWasSavedIn()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, result);
+    load(before, CharCodeShiftJis);
+    saved(CharCodeEuc);
+    ctlEditer source(m_window.get());
+    QVERIFY(m_folder->write(thirdName, "\x8F\xD4\xE3\xFFz\n"));
+    QVERIFY(source.loadFile(m_folder->path(), thirdName, CharCodeEuc));
+    source.selectAll();
+    source.copy();
+    m_editor->setCursorPosition(0, 0);
+    m_editor->paste();
     QCOMPARE(saved().toHex(' '), result.toHex(' '));
 }
 
