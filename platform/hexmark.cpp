@@ -40,7 +40,7 @@ struct Shape {
 
     Shape(char32_t codePoint, int height)
     {
-        const bool isByte = codePoint >= 0xdc80 && codePoint <= 0xdcff;
+        const bool isByte = codePoint >= 0xdc80 && codePoint <= 0xdfff;
         const char32_t code = isByte ? codePoint & 0xff : codePoint;
         while (count < int(digits.size()) && code >> (4 * count))
             count += 2;

@@ -7,7 +7,8 @@
 #include <vector>
 
 /// The mark that stands for a character no font shows: its code in a small box, or for an escaped byte
-/// (U+DC80..U+DCFF) the byte's value. Drawn from dots, so that it is sharp at every size and needs no font.
+/// (a lone surrogate, see TextCodec) the byte's value. Drawn from dots, so that it is sharp at every size and
+/// needs no font.
 ///
 /// Lengths are device pixels.
 

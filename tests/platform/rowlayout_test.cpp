@@ -1,3 +1,4 @@
+#include "platform/hexmark.h"
 #include "platform/lcfont.h"
 #include "platform/rowlayout.h"
 #include "tests/seeds.h"
@@ -139,6 +140,7 @@ private slots:
     void insertedTextIsPartOfTheRow_data() { addTexts(20, 20); }
     void insertedTextIsPartOfTheRow();
     void farColumnsAreDrawnAsNearOnes();
+    void escapedBytesShowTheirValue();
     void marksAreDrawn_data();
     void marksAreDrawn();
     void emptyRow();
@@ -389,6 +391,20 @@ void RowLayoutTest::farColumnsAreDrawnAsNearOnes()
     QCOMPARE(far.drawn(layout, width + shift), expected);
     QVERIFY(layout.lastColumn() - layout.firstColumn() < 3000);
     QCOMPARE(layout.cursorAt(width + shift), period.size() * 150001);
+}
+
+void RowLayoutTest::escapedBytesShowTheirValue()
+{
+    const auto mark = [](char32_t c) {
+        std::vector<QRect> rects;
+        addHexMark(c, {}, 18, rects);
+        return rects;
+    };
+    // Those of ISO-2022-JP, too, in which bytes below 80 may be undecodable.
+    for (const char32_t escape : { 0xdc80U, 0xdcffU, 0xdd21U, 0xdd7eU, 0xde29U, 0xdf60U }) {
+        QCOMPARE(hexMarkSize(escape, 18), hexMarkSize(escape & 0xff, 18));
+        QVERIFY(mark(escape) == mark(escape & 0xff));
+    }
 }
 
 void RowLayoutTest::marksAreDrawn_data()
