@@ -16,9 +16,8 @@
 ///     void byte(b, out)                an escaped byte
 ///     void lone(c, out)                any other lone surrogate
 ///     void unknown(out)                what stands for a character that the code lacks
-///     bool admits(c, spelling, out)    writes what must stand before the bytes that `c` was read from;
-///     false:
-///                                      they would not be read as `c`, write it as any other
+///     bool admits(c, spelling, out)    writes what must stand before the bytes that `c` was read from; false
+///                                      if they would not be read as `c`, which is then written as any other
 ///     void finish(out)
 ///     static constexpr bool hasMark    U+FEFF has a code
 template <class Encoder> class BlockEncoder {

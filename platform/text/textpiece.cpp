@@ -44,15 +44,9 @@ TextTree TextPiece::tree() const
     return looseTreeUnder(m_root, looseLayout());
 }
 
-bool TextPiece::isSmall() const
-{
-    return !m_root || m_root.get()->height == 0;
-}
-
-/// As good as a string: not worth a node of its own, and spelled as usual.
 bool TextPiece::isPlainText() const
 {
-    return isSmall() && (!m_root || !static_cast<const TextLeaf &>(*m_root.get()).spellings);
+    return !m_root || (m_root.get()->height == 0 && !static_cast<const TextLeaf &>(*m_root.get()).spellings);
 }
 
 qint64 TextPiece::length() const

@@ -183,8 +183,7 @@ public:
 private:
     explicit TextPiece(TextNodeRef root);
     TextTree tree() const;
-    /// Not worth a node of its own in a store.
-    bool isSmall() const;
+    /// As good as a string: not worth a node of its own in a store, and spelled as usual.
     bool isPlainText() const;
 
     TextNodeRef m_root;

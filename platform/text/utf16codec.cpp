@@ -20,8 +20,8 @@ template <Order order> void storeUnit(char16_t unit, uchar *&out)
     out += 2;
 }
 
-/// A lone surrogate travels as the escapes of the three bytes UTF-8 would have for it, so that the text stays
-/// the same when it is written as UTF-8 and read again. An odd last byte is an escape, or ASCII.
+/// A lone surrogate travels as the escapes of the three bytes UTF-8 would have for it: as such it would be
+/// taken for an escape, or make a pair with one. An odd last byte is an escape, or ASCII.
 template <Order order> class Utf16Decoder {
 public:
     static bool isAscii() { return false; }
