@@ -159,6 +159,7 @@ void EditCommandsTest::keysActOnce()
     QVERIFY(window.open());
     for (const auto *name : { "a.txt", "b.txt", "c.txt", "d.txt" })
         window.setDocument(files.write(QLatin1StringView(name), "one two\n"));
+    QTRY_VERIFY(takesKeys());
     const auto press = [&window](int key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
         QTest::keyClick(window.windowHandle(), Qt::Key(key), modifiers);
     };

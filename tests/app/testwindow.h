@@ -6,8 +6,10 @@
 #include "editor/ctltabbar.h"
 #include "tests/messageboxes.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QInputMethodQueryEvent>
 #include <QMenu>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -98,6 +100,14 @@ public:
 private:
     QTemporaryDir m_folder;
 };
+
+/// Whether keys go to the focus again: those that are pressed before what was read is on the screen do not.
+inline bool takesKeys()
+{
+    QInputMethodQueryEvent query(Qt::ImEnabled);
+    return QApplication::focusWidget() && QCoreApplication::sendEvent(QApplication::focusWidget(), &query)
+        && query.value(Qt::ImEnabled).toBool();
+}
 
 /// Opens files of these names, "old" in each and an "x" typed in front of it; the document of the window's
 /// start is closed.

@@ -38,6 +38,7 @@ private slots:
     void keysGoNowhere();
     void heldKeyGoesNowhere();
     void keysWhileItIsDrawnGoNowhere();
+    void commandsActOnceItIsShown();
 
 private:
     /// Acts once, as soon as the editor's text has changed or another editor was put in its place.
@@ -173,6 +174,18 @@ void TypedAheadTest::keysWhileItIsDrawnGoNowhere()
     m_window->currentEditor()->viewport()->installEventFilter(&painting);
     QTRY_VERIFY(painting.isPainted);
     typesAgain(u"ytext"_s);
+}
+
+/// The first key that is pressed then acts, be it one of the window's.
+void TypedAheadTest::commandsActOnceItIsShown()
+{
+    m_window->setDocument(m_files->folder() + u"a.txt"_s);
+    QCOMPARE(m_window->tabBar()->currentIndex(), 1);
+    QTRY_VERIFY(takesKeys());
+    xdotool({ u"key"_s, u"ctrl+Tab"_s });
+    QTRY_COMPARE(m_window->tabBar()->currentIndex(), 0);
+    xdotool({ u"key"_s, u"ctrl+Tab"_s });
+    QTRY_COMPARE(m_window->tabBar()->currentIndex(), 1);
 }
 
 int main(int argc, char **argv)
