@@ -7,6 +7,7 @@
 #include "platform/launcherchannel.h"
 #include "platform/lcfont.h"
 #include "platform/requestqueue.h"
+#include "platform/returnedfocus.h"
 #include "platform/screenscale.h"
 #include "platform/strayinput.h"
 #include "platform/windowmanager.h"
@@ -46,6 +47,7 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     registerLcFont();
     StrayInput::instance();
     new ComposingEscape(this);
+    new ReturnedFocus(this);
     for (int i = 1; i < argc; ++i)
         m_arguments << FileName::absolute(argv[i]);
     connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::request);

@@ -11,6 +11,8 @@ private slots:
     void cleanup();
 
     void windowIsActive();
+    void windowIsActiveAfterADialog_data();
+    void windowIsActiveAfterADialog();
     void fullScreenCoversTheScreen();
 
 private:
@@ -53,6 +55,32 @@ void NoWindowManagerTest::windowIsActive()
     QTRY_COMPARE(title(), u"Marlo!Pad QT"_s);
     press({ u"ctrl+q"_s });
     QTRY_VERIFY(hasEnded());
+}
+
+void NoWindowManagerTest::windowIsActiveAfterADialog_data()
+{
+    QTest::addColumn<QStringList>("keys");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("panel") << QStringList{ u"ctrl+n"_s } << u"Search"_s;
+    QTest::newRow("dialog") << QStringList{ u"ctrl+o"_s } << u"Open"_s;
+    QTest::newRow("message box") << QStringList{ u"alt+f"_s, u"p"_s } << u"Document properties"_s;
+}
+
+void NoWindowManagerTest::windowIsActiveAfterADialog()
+{
+    QFETCH(QStringList, keys);
+    QFETCH(QString, title);
+    const auto focusTitle = [] { return xdotool({ u"getwindowfocus"_s, u"getwindowname"_s }); };
+    QVERIFY(open());
+    const QString mainTitle = this->title();
+    QTRY_COMPARE(focusTitle(), mainTitle);
+    for (int i = 0; i < 2; ++i) {
+        press(keys);
+        QTRY_COMPARE(focusTitle(), title);
+        letBoxBeRead();
+        press({ u"Escape"_s });
+        QTRY_COMPARE(focusTitle(), mainTitle);
+    }
 }
 
 void NoWindowManagerTest::fullScreenCoversTheScreen()
