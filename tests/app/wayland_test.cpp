@@ -21,7 +21,7 @@ static bool isCovering(const frmMain &window, bool covering)
     const QSize screen = window.screen()->size();
     const bool isWhole = window.size() == screen;
     const bool isMaximized =
-        window.isMaximized() && !window.isFullScreen() && window.width() > screen.width() / 2;
+        window.isMaximized() && !window.isFullScreen() && !isWhole && window.frameGeometry().size() == screen;
     return window.isCoveringScreen() == covering
         && (covering ? isWhole && window.isFullScreen() : isMaximized);
 }
