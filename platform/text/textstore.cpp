@@ -189,14 +189,19 @@ QString TextStore::text(qint64 offset, qint64 length) const
     return text;
 }
 
+static TextChunk chunkOf(const TextLeaf &leaf, qint64 offset, qint64 start)
+{
+    if (leaf.wide)
+        return { offset, {}, leaf.utf16().sliced(offset - start) };
+    return { offset, leaf.latin1().sliced(offset - start), {} };
+}
+
 TextChunk TextStore::chunkAt(qint64 offset) const
 {
     Q_ASSERT(d->isInside(offset, 1));
     qint64 start = 0;
     const TextLeaf &leaf = d->leafAt(offset, 1, start);
-    if (leaf.wide)
-        return { offset, {}, leaf.utf16().sliced(offset - start) };
-    return { offset, leaf.latin1().sliced(offset - start), {} };
+    return chunkOf(leaf, offset, start);
 }
 
 TextChunk TextStore::spelledChunkAt(qint64 offset) const
@@ -208,9 +213,10 @@ TextChunk TextStore::spelledChunkAt(qint64 offset) const
             end.spelling = QByteArrayView(*d->endSpelling);
         return end;
     }
-    TextChunk chunk = chunkAt(offset);
+    Q_ASSERT(d->isInside(offset, 1));
     qint64 start = 0;
     const TextLeaf &leaf = d->leafAt(offset, 1, start);
+    TextChunk chunk = chunkOf(leaf, offset, start);
     const qsizetype next = leaf.spellings ? leaf.spellings->firstFrom(offset - start) : 0;
     if (!leaf.spellings || next == leaf.spellings->count())
         return chunk;
