@@ -28,7 +28,7 @@ struct Document {
     }
     void erase(qint64 offset, qint64 length, Joining joining = Joining::Never)
     {
-        history.replace(store, offset, length, {}, joining);
+        history.replace(store, offset, length, QStringView(), joining);
     }
     void type(qint64 offset, const QString &text)
     {
