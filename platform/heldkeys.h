@@ -11,7 +11,8 @@ class QKeyEvent;
 /// An X server repeats a held key as a release and a press of the same moment. The toolkit marks the press as
 /// a repetition only when it finds both in its queue together, and takes it for a new one otherwise: now and
 /// then when the program or the machine is busy. A release and a press by hand are never of the same
-/// millisecond. Other platforms repeat keys themselves and mark every repetition.
+/// millisecond. Input methods let presses through later, when the key may have been repeated some more times
+/// or have come up, and without the time. Other platforms repeat keys themselves and mark every repetition.
 ///
 /// One lives in the application object.
 class HeldKeys : public QAbstractNativeEventFilter {
@@ -28,8 +29,11 @@ public:
 private:
     static constexpr int keyCount = 256;
 
+    void notePress(quint8 key, quint32 time);
+
     static HeldKeys *s_instance;
     // In milliseconds of the server; 0 for never.
-    std::array<quint32, keyCount> m_released{}; ///< when each key came up last
-    std::array<quint32, keyCount> m_repeated{}; ///< when each key was last repeated
+    std::array<quint32, keyCount> m_released{}; ///< when each key came up last, be it to be repeated
+    std::array<quint32, keyCount> m_down{}; ///< when each key went down last; what comes later repeats it
+    std::array<quint32, keyCount> m_pressed{}; ///< the last of these presses
 };

@@ -26,6 +26,9 @@ private slots:
     void otherKeysRelease();
     void pressWithoutATime();
     void pressThatComesLater();
+    void repetitionThatComesLater();
+    void repetitionWhoseTimeIsLost();
+    void keyThatWentDownElsewhere();
     void withoutAKeyboardToWatch();
 };
 
@@ -83,6 +86,41 @@ void HeldKeysTest::pressThatComesLater()
     keyboard.release(790);
     QVERIFY(!isHeld(100));
     QVERIFY(isHeld(760));
+}
+
+void HeldKeysTest::repetitionThatComesLater()
+{
+    Keyboard keyboard;
+    keyboard.press(100);
+    for (const quint32 time : { 760U, 800U, 840U })
+        keyboard.repeat(time);
+    QVERIFY(!isHeld(100));
+    QVERIFY(isHeld(760));
+    QVERIFY(isHeld(800));
+    QVERIFY(isHeld(840));
+}
+
+void HeldKeysTest::repetitionWhoseTimeIsLost()
+{
+    Keyboard keyboard;
+    keyboard.press(100);
+    QVERIFY(!isHeld(0));
+    keyboard.repeat(760);
+    QVERIFY(isHeld(0));
+    keyboard.release(790);
+    QVERIFY(isHeld(0));
+    keyboard.press(950);
+    QVERIFY(!isHeld(0));
+}
+
+void HeldKeysTest::keyThatWentDownElsewhere()
+{
+    Keyboard keyboard;
+    keyboard.repeat(760);
+    QVERIFY(isHeld(760));
+    keyboard.release(790);
+    keyboard.press(950);
+    QVERIFY(!isHeld(950));
 }
 
 void HeldKeysTest::withoutAKeyboardToWatch()
