@@ -6,15 +6,20 @@
 
 namespace {
 
-/// Which write to each file was the last one, counted over all files.
+struct Write {
+    qint64 number = 0; ///< counted over all files
+    qint64 document = 0;
+};
+
+/// Which write to each file was the last one, and whose.
 struct Writes {
     qint64 count = 0;
-    std::map<std::pair<dev_t, ino_t>, qint64> last;
+    std::map<std::pair<dev_t, ino_t>, Write> last;
 
-    qint64 lastTo(const std::pair<dev_t, ino_t> &file) const
+    Write lastTo(const std::pair<dev_t, ino_t> &file) const
     {
         const auto found = last.find(file);
-        return found == last.end() ? 0 : found->second;
+        return found == last.end() ? Write() : found->second;
     }
 };
 
@@ -24,10 +29,17 @@ Writes &writes()
     return theirs;
 }
 
+qint64 newDocument()
+{
+    static qint64 documents = 0;
+    return ++documents;
+}
+
 } // namespace
 
 DocumentVersion::DocumentVersion()
-    : m_begun(writes().count)
+    : m_document(newDocument())
+    , m_begun(writes().count)
     , m_inStep(m_begun)
 {
 }
@@ -41,7 +53,8 @@ bool DocumentVersion::beginWriting(const QByteArray &target, const QByteArray &o
 {
     m_target = idOf(target);
     const bool isOwn = m_target == idOf(own);
-    return writes().lastTo(m_target) > (isOwn ? m_inStep : m_begun);
+    const Write last = writes().lastTo(m_target);
+    return last.document != m_document && last.number > (isOwn ? m_inStep : m_begun);
 }
 
 /// Another file may have the target's name now: the old one's numbers are free for files of other programs.
@@ -49,7 +62,7 @@ void DocumentVersion::endWriting(const QByteArray &target)
 {
     writes().last.erase(m_target);
     m_inStep = ++writes().count;
-    writes().last[idOf(target)] = m_inStep;
+    writes().last[idOf(target)] = { m_inStep, m_document };
 }
 
 /// Null for a name that no file has.

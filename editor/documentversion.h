@@ -27,6 +27,7 @@ private:
     using FileId = std::pair<dev_t, ino_t>;
     static FileId idOf(const QByteArray &name);
 
+    qint64 m_document; ///< which it is; read again it is another one
     FileId m_target;
     qint64 m_begun; ///< the number of writes of all documents at that time; likewise the next
     qint64 m_inStep;
