@@ -59,6 +59,7 @@ private:
             QTest::keyClick(box, Qt::Key_Escape);
     }
 
+    NoTimeToRead m_noTimeToRead;
     QRandomGenerator &m_random;
     int m_count = 0;
 };
