@@ -196,7 +196,10 @@ qreal QMultiLineEdit::Private::cursorX() const
 CursorPlace QMultiLineEdit::Private::placeAtX(qint64 row, qreal x) const
 {
     const InsertedText composed = q->compositionInRow(row);
-    const qint64 column = layoutOf(row, x).cursorAt(x);
+    const RowLayout layout = layoutOf(row, x);
+    // Where the cursor is shown before a row's first character, that place is meant.
+    const bool isFirst = x >= layout.x(0) && x <= shownCursorX(layout.x(0));
+    const qint64 column = isFirst ? 0 : layout.cursorAt(x);
     return placeAt(row, column - qBound<qint64>(0, column - composed.column, composed.text.size()));
 }
 

@@ -31,6 +31,7 @@ private slots:
     void noCursorWithoutFocus();
     void cursorBeforeABracket_data();
     void cursorBeforeABracket();
+    void cursorMovesToBeforeABracket();
     void overwriteCursor_data();
     void overwriteCursor();
     void overwriteCursorOnEveryBackground_data() { cursorOnEveryBackground_data(); }
@@ -207,6 +208,19 @@ void CursorPaintingTest::overwriteCursorComesAndGoes()
     QCOMPARE(editor.painted(0), block);
     QTest::keyClick(&editor, Qt::Key_Insert);
     QCOMPARE(editor.painted(0), line);
+}
+
+void CursorPaintingTest::cursorMovesToBeforeABracket()
+{
+    Editor editor(QStringLiteral("\n\u300c\u6f22\u300d\n\uff08\u6f22\uff09"));
+    for (int row = 1; row <= 2; ++row) {
+        QTest::keyClick(&editor, Qt::Key_Down);
+        int line = -1;
+        int column = -1;
+        editor.getCursorPosition(&line, &column);
+        QCOMPARE(line, row);
+        QCOMPARE(column, 0);
+    }
 }
 
 /// No pixel is lost on the way: 2^40 of them are more than a scale's tolerance forgives.
