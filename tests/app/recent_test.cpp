@@ -76,12 +76,6 @@ private slots:
     void chosenEntrySwitchesToAnOpenFile();
     void chosenEntryNeedsADocument();
     void chosenEntryOfNoRow();
-
-    void unreadFileKeepsItsPlace_data();
-    void unreadFileKeepsItsPlace();
-    void placeIsCarriedThroughAFullTable();
-    void placeComesBackWithTheFile();
-    void savedDocumentHasAPlaceOfItsOwn();
 };
 
 void RecentTest::init()
@@ -556,100 +550,6 @@ void RecentTest::chosenEntryOfNoRow()
     for (const int id : { -1, 0, 19, 20, 1000 })
         window.slotCmdMnuRecent(id);
     QCOMPARE(window.tabTexts(), QStringList{ u"(new document)"_s });
-}
-
-void RecentTest::unreadFileKeepsItsPlace_data()
-{
-    using Way = std::function<void(TestWindow &, const QString &)>;
-    QTest::addColumn<Way>("open");
-    QTest::addColumn<int>("restoreScroll");
-    const Way fresh = [](TestWindow &window, const QString &) { window.slotCmdMnuRecent(0); };
-    const Way tab = [](TestWindow &window, const QString &name) { window.setDocument(name); };
-    QTest::newRow("in a fresh document") << fresh << 1;
-    QTest::newRow("in a tab of its own") << tab << 1;
-    QTest::newRow("places are not restored") << tab << 0;
-    QTest::newRow("reloaded in vain") << Way([](TestWindow &window, const QString &name) {
-        window.setDocument(name);
-        window.slotCmdFileReload();
-    }) << 1;
-}
-
-void RecentTest::unreadFileKeepsItsPlace()
-{
-    using Way = std::function<void(TestWindow &, const QString &)>;
-    QFETCH(Way, open);
-    QFETCH(int, restoreScroll);
-    appSettings().RestoreScroll = restoreScroll;
-    const TestFiles files;
-    recentFiles().entries[0] = { files.folder(), u"gone.txt"_s, 12, 3, 40, 50 };
-    writeSettings();
-    TestWindow window;
-    QVERIFY(window.open());
-    const MessageBoxes boxes;
-    open(window, files.folder() + u"gone.txt"_s);
-    QVERIFY(boxes.count() > 0);
-    window.slotCmdFileCloseTab();
-    const RecentEntry &entry = recentFiles().entries[0];
-    QCOMPARE(entry.name, u"gone.txt"_s);
-    QCOMPARE(entry.cursorRow, 12);
-    QCOMPARE(entry.cursorColumn, 3);
-    QCOMPARE(entry.scrollX, 40);
-    QCOMPARE(entry.scrollY, 50);
-}
-
-void RecentTest::placeIsCarriedThroughAFullTable()
-{
-    const TestFiles files;
-    fillTable(recentEntryCount);
-    recentFiles().entries[19] = { files.folder(), u"gone.txt"_s, 12, 3, 40, 50 };
-    writeSettings();
-    TestWindow window;
-    QVERIFY(window.open());
-    const MessageBoxes boxes;
-    window.setDocument(files.folder() + u"gone.txt"_s);
-    ctlEditer *const unread = window.currentEditor();
-    window.setDocument(files.write(u"other.txt"_s, "text"));
-    window.slotCmdFileCloseTab();
-    QVERIFY(recentFiles().entries[19].name != u"gone.txt"_s);
-    window.tabBar()->setCurrentTab(unread);
-    window.slotCmdFileCloseTab();
-    QCOMPARE(recentFiles().entries[0].name, u"gone.txt"_s);
-    QCOMPARE(recentFiles().entries[0].cursorRow, 12);
-}
-
-/// A memory card is put in again.
-void RecentTest::placeComesBackWithTheFile()
-{
-    const TestFiles files;
-    recentFiles().entries[0] = { files.folder(), u"gone.txt"_s, 2, 3, 0, 0 };
-    writeSettings();
-    TestWindow window;
-    QVERIFY(window.open());
-    const MessageBoxes boxes;
-    window.setDocument(files.folder() + u"gone.txt"_s);
-    files.write(u"gone.txt"_s, "first\nsecond\nthird");
-    window.slotCmdFileReload();
-    QCOMPARE(window.currentEditor()->cursorPosition(), (RowCol{ 2, 3 }));
-    window.currentEditor()->setCursorPosition(1, 1);
-    window.slotCmdFileCloseTab();
-    QCOMPARE(recentFiles().entries[0].cursorRow, 1);
-}
-
-void RecentTest::savedDocumentHasAPlaceOfItsOwn()
-{
-    const TestFiles files;
-    recentFiles().entries[0] = { files.folder(), u"gone.txt"_s, 12, 3, 40, 50 };
-    writeSettings();
-    TestWindow window;
-    QVERIFY(window.open());
-    const MessageBoxes boxes;
-    window.setDocument(files.folder() + u"gone.txt"_s);
-    QTest::keyClicks(window.currentEditor(), u"text"_s);
-    window.slotCmdFileSave();
-    window.slotCmdFileCloseTab();
-    QCOMPARE(files.read(u"gone.txt"_s), QByteArray("text"));
-    QCOMPARE(recentFiles().entries[0].cursorRow, 0);
-    QCOMPARE(recentFiles().entries[0].cursorColumn, 4);
 }
 
 QTEST_MAIN(RecentTest)
