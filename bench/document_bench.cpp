@@ -1,7 +1,7 @@
 // Opening, saving and indenting whole documents, in bytes of the file a second. Runs without a screen.
-#include "app/settings.h"
+#include "settings/settings.h"
 #include "editor/ctlediter.h"
-#include "editor/textfile.h"
+#include "document/textfile.h"
 
 #include <QApplication>
 #include <QFile>

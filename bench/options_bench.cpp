@@ -4,11 +4,11 @@
 //     QT_QPA_PLATFORM=offscreen build/bench/options_bench
 
 #include "app/frmmain.h"
-#include "app/settings.h"
+#include "settings/settings.h"
 #include "app/textcounts.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
-#include "platform/text/textstore.h"
+#include "text/textstore.h"
 
 #include <QApplication>
 #include <QStandardPaths>

@@ -8,7 +8,7 @@
 #include "app/frmmain.h"
 #include "editor/ctlediter.h"
 #include "platform/qpeapplication.h"
-#include "platform/text/textsearch.h"
+#include "text/textsearch.h"
 #include "search/frmreplaceprogress.h"
 
 #include <QApplication>

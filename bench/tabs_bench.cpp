@@ -4,7 +4,7 @@
 //     QT_QPA_PLATFORM=offscreen build/bench/tabs_bench
 
 #include "app/frmmain.h"
-#include "app/settings.h"
+#include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 

@@ -1,7 +1,8 @@
 // Decoding and encoding of 100 MB of mixed Japanese in each code, beside iconv(3) on the same text; and what
 // happens to a file's bytes before decoding.
-#include "editor/textfile.h"
-#include "platform/text/textcodec.h"
+#include "document/textfile.h"
+#include "files/readfile.h"
+#include "codec/textcodec.h"
 
 #include <benchmark/benchmark.h>
 
@@ -175,7 +176,7 @@ void readFile(benchmark::State &state)
     }
     for (auto _ : state) {
         QByteArray bytes;
-        readWholeFile(nullptr, file.fileName(), bytes);
+        readWholeFile(file.fileName(), bytes);
         benchmark::DoNotOptimize(bytes.constData());
     }
     setBytes(state, size);

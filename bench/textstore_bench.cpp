@@ -3,7 +3,7 @@
 //     cmake --preset bench && cmake --build --preset bench --target textstore_bench
 //     build/bench/textstore_bench
 
-#include "platform/text/textstore.h"
+#include "text/textstore.h"
 
 #include <QString>
 

@@ -12,7 +12,7 @@ target_compile_options(marlopad_flags INTERFACE
 target_compile_definitions(marlopad_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_DISABLE_DEPRECATED_BEFORE=0x060400 QT_NO_FOREACH)
-target_include_directories(marlopad_flags INTERFACE ${CMAKE_SOURCE_DIR})
+target_include_directories(marlopad_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
 if(MARLOPAD_SANITIZE)
     set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

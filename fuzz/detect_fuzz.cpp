@@ -1,4 +1,4 @@
-#include "editor/textfile.h"
+#include "document/textfile.h"
 
 #include <cstdlib>
 

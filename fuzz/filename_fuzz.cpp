@@ -1,5 +1,5 @@
 #include "filedialog/namefilter.h"
-#include "platform/filename.h"
+#include "files/filename.h"
 
 #include <cstdlib>
 

@@ -1,4 +1,4 @@
-#include "platform/keyfile.h"
+#include "settings/keyfile.h"
 
 #include <cstdlib>
 

@@ -1,4 +1,4 @@
-#include "platform/text/textcodec.h"
+#include "codec/textcodec.h"
 
 #include <cstdlib>
 

@@ -1,8 +1,8 @@
 // Edits told by bytes, on a store of tiny leaves and on the plain reference.
 
-#include "platform/text/undohistory.h"
-#include "tests/platform/text/modelstore.h"
-#include "tests/platform/text/textalphabet.h"
+#include "text/undohistory.h"
+#include "tests/text/modelstore.h"
+#include "tests/text/textalphabet.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
-// Prints the rows of the Japanese character sets as they are kept in platform/text/jisrows.inc, from ICU's
+// Prints the rows of the Japanese character sets as they are kept in codec/jisrows.inc, from ICU's
 // tables. Not part of the build:
 //
-//     g++ -std=c++20 tools/jisrows.cpp -licuuc -o jisrows && ./jisrows > platform/text/jisrows.inc
+//     g++ -std=c++20 tools/jisrows.cpp -licuuc -o jisrows && ./jisrows > codec/jisrows.inc
 //
 // "windows-31j" gives JIS X 0208 with the rows its makers added (13, 89 to 92 and 115 to 119), "jisx-212"
 // gives JIS X 0212. The user-defined rows are not printed: they follow a formula.

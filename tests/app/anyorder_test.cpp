@@ -1,6 +1,6 @@
 #include "app/qpeapplicationesc.h"
-#include "editor/textfile.h"
-#include "platform/text/textcodec.h"
+#include "document/textfile.h"
+#include "codec/textcodec.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"

@@ -1,5 +1,5 @@
 #include "app/qpeapplicationesc.h"
-#include "editor/textfile.h"
+#include "document/textfile.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
 

@@ -1,5 +1,5 @@
 #include "app/qpeapplicationesc.h"
-#include "editor/textfile.h"
+#include "document/textfile.h"
 #include "tests/app/testwindow.h"
 #include "tests/japaneseinput.h"
 

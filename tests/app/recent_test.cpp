@@ -1,4 +1,4 @@
-#include "platform/filename.h"
+#include "files/filename.h"
 #include "tests/app/testwindow.h"
 
 #include <QAction>

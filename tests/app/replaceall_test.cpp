@@ -2,8 +2,8 @@
 #include "app/replacerun.h"
 #include "editor/ctlediter.h"
 #include "search/frmreplaceprogress.h"
-#include "tests/platform/text/naivesearch.h"
-#include "tests/platform/text/textalphabet.h"
+#include "tests/text/naivesearch.h"
+#include "tests/text/textalphabet.h"
 #include "tests/seeds.h"
 
 #include <QSignalSpy>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/frmmain.h"
-#include "app/settings.h"
+#include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "tests/messageboxes.h"

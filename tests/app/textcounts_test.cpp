@@ -1,7 +1,7 @@
 #include "app/textcounts.h"
 
-#include "editor/textfile.h"
-#include "platform/text/textstore.h"
+#include "document/textfile.h"
+#include "text/textstore.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 #include "editor/ctlediter.h"
 
-#include "app/settings.h"
-#include "editor/textfile.h"
-#include "platform/fontmeasure.h"
+#include "settings/settings.h"
+#include "document/textfile.h"
+#include "rows/fontmeasure.h"
 
 #include <QApplication>
 #include <QClipboard>

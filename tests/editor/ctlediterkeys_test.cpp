@@ -1,7 +1,7 @@
 #include "editor/ctlediter.h"
 
-#include "app/settings.h"
-#include "tests/platform/markedtext.h"
+#include "settings/settings.h"
+#include "tests/widget/markedtext.h"
 #include "tests/seeds.h"
 
 #include <QKeyEvent>

@@ -1,8 +1,8 @@
 #include "editor/ctlediter.h"
 
-#include "app/settings.h"
-#include "editor/textfile.h"
-#include "platform/filename.h"
+#include "settings/settings.h"
+#include "document/textfile.h"
+#include "files/filename.h"
 #include "tests/editor/documentfile.h"
 #include "tests/messageboxes.h"
 

@@ -1,4 +1,4 @@
-#include "platform/rowlayout.h"
+#include "rows/rowlayout.h"
 #include "tests/editor/paintedrow.h"
 
 #include <QInputMethodEvent>

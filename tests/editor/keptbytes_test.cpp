@@ -1,7 +1,7 @@
 #include "editor/ctlediter.h"
 
-#include "app/settings.h"
-#include "editor/textfile.h"
+#include "settings/settings.h"
+#include "document/textfile.h"
 #include "tests/editor/documentfile.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"

@@ -1,4 +1,4 @@
-#include "platform/rowlayout.h"
+#include "rows/rowlayout.h"
 #include "tests/editor/paintedrow.h"
 
 /// The marks of line ends, tabs, full-width spaces and the end of the file.

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/settings.h"
+#include "settings/settings.h"
 #include "editor/ctlediter.h"
-#include "platform/fontmeasure.h"
-#include "platform/lcfont.h"
+#include "rows/fontmeasure.h"
+#include "rows/lcfont.h"
 
 #include <QApplication>
 #include <QPainter>

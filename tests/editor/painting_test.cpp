@@ -1,6 +1,6 @@
 #include "tests/editor/paintedrow.h"
 
-#include "platform/rowpictures.h"
+#include "rows/rowpictures.h"
 
 /// Rows of text and the selection in them.
 class PaintingTest : public QObject {

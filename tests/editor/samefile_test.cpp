@@ -1,6 +1,6 @@
 #include "editor/ctlediter.h"
 
-#include "app/settings.h"
+#include "settings/settings.h"
 #include "tests/editor/documentfile.h"
 #include "tests/messageboxes.h"
 

@@ -1,4 +1,4 @@
-#include "app/settings.h"
+#include "settings/settings.h"
 #include "editor/ctlediter.h"
 
 #include <QApplication>

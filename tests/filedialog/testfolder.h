@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/filename.h"
+#include "files/filename.h"
 
 #include <QByteArray>
 #include <QString>

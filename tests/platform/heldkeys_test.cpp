@@ -1,4 +1,4 @@
-#include "tests/platform/keyboard.h"
+#include "tests/widget/keyboard.h"
 
 #include <QKeyEvent>
 #include <QTest>

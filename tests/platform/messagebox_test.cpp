@@ -1,6 +1,6 @@
 #include "platform/messagebox.h"
 #include "tests/messageboxes.h"
-#include "tests/platform/keyboard.h"
+#include "tests/widget/keyboard.h"
 
 #include <QLabel>
 #include <QScopeGuard>

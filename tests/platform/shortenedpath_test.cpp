@@ -1,4 +1,4 @@
-#include "platform/lcfont.h"
+#include "rows/lcfont.h"
 #include "platform/shortenedpath.h"
 
 #include <QFontMetrics>

@@ -1,5 +1,5 @@
 #include "platform/strayinput.h"
-#include "tests/platform/keyboard.h"
+#include "tests/widget/keyboard.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,4 +1,4 @@
-#include "platform/config.h"
+#include "settings/config.h"
 #include "search/searchhistory.h"
 #include "tests/search/searchforms.h"
 

@@ -1,0 +1,62 @@
+#include "app/textcounts.h"
+
+#include "document/textfile.h"
+#include "text/textstore.h"
+
+#include <span>
+
+namespace {
+
+constexpr bool isHalfWidthKatakana(char16_t c)
+{
+    return c >= u'\uFF61' && c <= u'\uFF9E';
+}
+
+constexpr bool isDoubleByte(char16_t c)
+{
+    return c >= 0x80 && !isHalfWidthKatakana(c);
+}
+
+/// A chunk is short: its counts fit into 32 bits, of which the processor adds up many at a time.
+template <typename Units> void count(const Units &units, TextCounts &counts)
+{
+    quint32 lineFeeds = 0;
+    quint32 doubleByte = 0;
+    for (const char16_t c : units) {
+        lineFeeds += c == u'\n';
+        doubleByte += isDoubleByte(c);
+    }
+    counts.lineFeeds += lineFeeds;
+    counts.doubleByteChars += doubleByte;
+    counts.singleByteChars += qint64(units.size()) - lineFeeds - doubleByte;
+}
+
+} // namespace
+
+TextCounts countText(const TextStore &text)
+{
+    TextCounts counts;
+    for (qint64 offset = 0; offset < text.length();) {
+        const TextChunk chunk = text.chunkAt(offset);
+        if (chunk.isLatin1())
+            count(std::span(reinterpret_cast<const uchar *>(chunk.latin1.data()), size_t(chunk.size())),
+                counts);
+        else
+            count(std::span(chunk.utf16.utf16(), size_t(chunk.size())), counts);
+        offset += chunk.size();
+    }
+    return counts;
+}
+
+qint64 fileSize(const TextCounts &counts, int charCode, int returnCode)
+{
+    const qint64 lineEnds = counts.lineFeeds * (returnCode == ReturnCodeCrLf ? 2 : 1);
+    switch (charCode) {
+    case CharCodeUnicode:
+        return (lineEnds + counts.doubleByteChars + counts.singleByteChars) * 2;
+    case CharCodeUtf8:
+        return lineEnds + counts.doubleByteChars * 3 + counts.singleByteChars;
+    default:
+        return lineEnds + counts.doubleByteChars * 2 + counts.singleByteChars;
+    }
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "codec/blockdecoder.h"
+#include "codec/blockencoder.h"
+#include "codec/textcodec.h"
+
+/// The codec of one decoder and one encoder that work block by block and have nothing before or behind the
+/// text.
+template <typename Decoder, typename Encoder> class BlockCodec : public TextCodec {
+public:
+    explicit BlockCodec(QByteArrayView name)
+        : m_name(name)
+    {
+    }
+
+    QByteArrayView name() const override { return m_name; }
+
+    using TextCodec::decode;
+    void decode(QByteArrayView bytes, TextSink &sink) const override { decodeBlocks<Decoder>(bytes, sink); }
+
+    using TextCodec::encode;
+    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
+    {
+        return encodeBlocks<Encoder>(next, sink, asRead);
+    }
+
+private:
+    QByteArrayView m_name; ///< of a literal
+};

@@ -1,0 +1,145 @@
+#pragma once
+
+#include "text/asciirun.h"
+#include "codec/textcodec.h"
+
+#include <algorithm>
+#include <memory>
+
+/// Units that a block of decoded text holds, about; see TextCodec::setBlockUnits().
+extern qsizetype decodedBlockUnits;
+
+/// Drives a codec's decoder over bytes and hands the text on in blocks.
+///
+/// Long runs of ASCII go to the sink as they lie in the input; everything else, short runs included, gathers
+/// in one buffer that stays in the processor's cache. A decoder is a small class, inlined here:
+///
+///     bool isAscii() const             bytes that are not special stand for themselves now
+///     static quint64 special(word)     marks the bytes of a word that isAscii() does not speak for
+///     static bool isSpecial(byte)
+///     bool next(in, end, out)          decodes one byte or more, to at most `unitsPerStep` units; true: the
+///                                      bytes make one unit (at the end of the text perhaps none) and are not
+///                                      what the encoder would write
+///     bool endsOpen() const            behind the last byte the encoder would write more
+template <class Decoder> class BlockDecoder {
+public:
+    static constexpr int unitsPerStep = 64;
+
+    BlockDecoder(TextCodec::TextSink &sink, qsizetype blockUnits, Decoder decoder)
+        : m_sink(sink)
+        , m_decoder(decoder)
+        , m_blockUnits(blockUnits)
+        , m_longRun(std::max<qsizetype>(16, m_blockUnits / 16))
+        , m_buffer(new char16_t[static_cast<size_t>(m_blockUnits + m_longRun + unitsPerStep)])
+    {
+    }
+
+    void decode(QByteArrayView bytes)
+    {
+        const auto *in = reinterpret_cast<const uchar *>(bytes.data());
+        const uchar *const end = in + bytes.size();
+        char16_t *out = m_buffer.get();
+        Decoder decoder = m_decoder;
+        while (in != end) {
+            if (out - m_buffer.get() >= m_blockUnits)
+                out = flush(out);
+            if (decoder.isAscii() && copyAscii(in, end, out))
+                continue;
+            const uchar *const from = in;
+            char16_t *const unit = out;
+            if (decoder.next(in, end, out)) [[unlikely]]
+                out = spell({ from, in }, unit, out);
+        }
+        flush(out);
+        if (decoder.endsOpen())
+            m_sink.spelling("");
+    }
+
+private:
+    /// True when the input is at its end or more may follow; false at a special byte.
+    bool copyAscii(const uchar *&in, const uchar *end, char16_t *&out)
+    {
+        if (end - in < asciirun::wordSize) {
+            if (Decoder::isSpecial(*in))
+                return false;
+            *out++ = *in++;
+            return true;
+        }
+        const quint64 marks = Decoder::special(asciirun::loadWord(in));
+        if (marks == 0) {
+            copyRun(in, end, out);
+            return true;
+        }
+        asciirun::copy<asciirun::wordSize>(in, out);
+        in += asciirun::bytesBelow(marks);
+        out += asciirun::bytesBelow(marks);
+        return false;
+    }
+
+    /// Over the word at `in` and what follows of the same kind.
+    void copyRun(const uchar *&in, const uchar *end, char16_t *&out)
+    {
+        const uchar *run = in;
+        char16_t *to = out;
+        do {
+            asciirun::copy<asciirun::wordSize>(run, to);
+            run += asciirun::wordSize;
+            to += asciirun::wordSize;
+        } while (run - in < m_longRun && end - run >= asciirun::wordSize
+            && Decoder::special(asciirun::loadWord(run)) == 0);
+        if (run - in >= m_longRun) {
+            out = flush(out);
+            in = passOn(in, end);
+        } else {
+            out = to;
+            in = run;
+        }
+    }
+
+    /// Gives a run of ASCII to the sink in blocks; returns where it ends.
+    const uchar *passOn(const uchar *in, const uchar *end)
+    {
+        for (const uchar *blockEnd = in; blockEnd != end && !Decoder::isSpecial(*blockEnd); in = blockEnd) {
+            blockEnd = runEnd(in, in + std::min<qsizetype>(m_blockUnits, end - in));
+            m_sink.latin1(QByteArrayView(in, blockEnd - in));
+        }
+        return in;
+    }
+
+    static const uchar *runEnd(const uchar *in, const uchar *end)
+    {
+        while (end - in >= asciirun::wordSize && Decoder::special(asciirun::loadWord(in)) == 0)
+            in += asciirun::wordSize;
+        return std::find_if(in, end, Decoder::isSpecial);
+    }
+
+    /// Tells the bytes of the unit that was written last.
+    char16_t *spell(QByteArrayView bytes, const char16_t *unit, const char16_t *out)
+    {
+        char16_t *const to = flush(unit);
+        m_sink.spelling(bytes);
+        return std::copy(unit, out, to);
+    }
+
+    char16_t *flush(const char16_t *out)
+    {
+        const qsizetype length = out - m_buffer.get();
+        if (length > 0)
+            m_sink.utf16(QStringView(m_buffer.get(), length));
+        return m_buffer.get();
+    }
+
+    TextCodec::TextSink &m_sink;
+    Decoder m_decoder;
+    const qsizetype m_blockUnits;
+    const qsizetype m_longRun;
+    std::unique_ptr<char16_t[]> m_buffer;
+};
+
+template <class Decoder>
+void decodeBlocks(QByteArrayView bytes, TextCodec::TextSink &sink, Decoder decoder = {})
+{
+    constexpr qsizetype unitsPerByte = 2; // at the most, and only in UTF-16
+    const qsizetype blockUnits = std::clamp(unitsPerByte * bytes.size(), qsizetype{ 1 }, decodedBlockUnits);
+    BlockDecoder<Decoder>(sink, blockUnits, decoder).decode(bytes);
+}

@@ -1,0 +1,186 @@
+#pragma once
+
+#include "text/asciirun.h"
+#include "codec/textcodec.h"
+#include "files/byteescape.h"
+
+#include <memory>
+
+/// Drives a codec's encoder over runs of text and hands the bytes on in blocks of 64 KiB. Surrogate pairs are
+/// put together here, also where two runs meet. An encoder is a small class, inlined here; each call writes
+/// at most `bytesPerStep` bytes:
+///
+///     bool isAscii() const             ASCII that is not special goes out as it is now
+///     static quint64 special(word)     marks the bytes of a word that isAscii() does not speak for
+///     void character(c, out)           not a surrogate
+///     void pair(high, low, out)
+///     void byte(b, out)                an escaped byte
+///     void lone(c, out)                any other lone surrogate
+///     void unknown(out)                what stands for a character that the code lacks
+///     bool admits(c, spelling, out)    writes what must stand before the bytes that `c` was read from; false
+///                                      if they would not be read as `c`, which is then written as any other
+///     void finish(out)
+///     static constexpr bool hasMark    U+FEFF has a code
+template <class Encoder> class BlockEncoder {
+public:
+    static constexpr int bytesPerStep = 32;
+
+    BlockEncoder(const TextCodec::ByteSink &sink, TextCodec::AsRead asRead)
+        : m_sink(sink)
+        , m_asRead(asRead)
+        , m_buffer(new uchar[blockBytes + bytesPerStep])
+        , m_out(m_buffer.get())
+    {
+    }
+
+    bool encode(const TextCodec::TextReader &next)
+    {
+        TextChunk chunk = next();
+        const bool dropsMark = !Encoder::hasMark && chunk.utf16.startsWith(QChar::ByteOrderMark);
+        if (dropsMark && chunk.size() == 1)
+            chunk = next();
+        else if (dropsMark)
+            chunk.utf16 = chunk.utf16.sliced(1);
+        for (; chunk.size() > 0; chunk = next()) {
+            if (!(isSpelled(chunk) ? writeSpelled(chunk) : write(chunk)))
+                return false;
+        }
+        dropHigh(m_out);
+        if (isSpelled(chunk))
+            return writeBytes(*chunk.spelling) && flushRest();
+        m_encoder.finish(m_out);
+        return flushRest();
+    }
+
+private:
+    static constexpr qsizetype blockBytes = 65536;
+
+    bool isSpelled(const TextChunk &chunk) const
+    {
+        return chunk.spelling && m_asRead == TextCodec::AsRead::Everything;
+    }
+
+    bool write(const TextChunk &chunk)
+    {
+        return chunk.isLatin1() ? write(reinterpret_cast<const uchar *>(chunk.latin1.data()), chunk.size())
+                                : write(chunk.utf16.utf16(), chunk.size());
+    }
+
+    bool writeSpelled(const TextChunk &chunk)
+    {
+        Q_ASSERT(chunk.size() == 1);
+        dropHigh(m_out);
+        const char16_t c = chunk.isLatin1() ? uchar(chunk.latin1[0]) : chunk.utf16[0].unicode();
+        return m_encoder.admits(c, *chunk.spelling, m_out) ? writeBytes(*chunk.spelling) : write(chunk);
+    }
+
+    /// Of any length.
+    bool writeBytes(QByteArrayView bytes)
+    {
+        if (m_out - m_buffer.get() + bytes.size() > blockBytes) {
+            if (!flushRest())
+                return false;
+            if (bytes.size() > blockBytes)
+                return m_sink(bytes);
+        }
+        m_out = std::copy(bytes.begin(), bytes.end(), m_out);
+        return true;
+    }
+
+    template <class Unit> bool write(const Unit *in, qint64 length)
+    {
+        const Unit *const end = in + length;
+        uchar *out = m_out;
+        while (in != end) {
+            if (out - m_buffer.get() >= blockBytes) {
+                if (!flush(out))
+                    return false;
+                out = m_buffer.get();
+            }
+            if (m_high == 0 && m_encoder.isAscii() && copyAscii(in, end, out))
+                continue;
+            put(*in++, out);
+        }
+        m_out = out;
+        return true;
+    }
+
+    template <class Unit> static bool copyAscii(const Unit *&in, const Unit *end, uchar *&out)
+    {
+        if (end - in < asciirun::wordSize || !isAsciiWord(in))
+            return false;
+        asciirun::copy<asciirun::wordSize>(in, out);
+        if (Encoder::special(asciirun::loadWord(out)) != 0)
+            return false;
+        in += asciirun::wordSize;
+        out += asciirun::wordSize;
+        return true;
+    }
+    static bool isAsciiWord(const uchar *in) { return asciirun::highBytes(asciirun::loadWord(in)) == 0; }
+    static bool isAsciiWord(const char16_t *in)
+    {
+        return asciirun::isAscii4(asciirun::loadWord(in) | asciirun::loadWord(in + 4));
+    }
+
+    void put(uchar c, uchar *&out)
+    {
+        dropHigh(out);
+        m_encoder.character(c, out);
+    }
+
+    void put(char16_t c, uchar *&out)
+    {
+        if (m_high == 0 && !QChar::isSurrogate(c))
+            m_encoder.character(c, out);
+        else
+            putSurrogate(c, out);
+    }
+
+    void putSurrogate(char16_t c, uchar *&out)
+    {
+        if (m_high != 0 && QChar::isLowSurrogate(c)) {
+            m_encoder.pair(std::exchange(m_high, u'\0'), c, out);
+            return;
+        }
+        dropHigh(out);
+        if (QChar::isHighSurrogate(c))
+            m_high = c;
+        else if (!QChar::isSurrogate(c))
+            m_encoder.character(c, out);
+        else if (m_asRead == TextCodec::AsRead::Nothing)
+            m_encoder.unknown(out);
+        else if (isByteEscape(c))
+            m_encoder.byte(escapedByte(c), out);
+        else
+            m_encoder.lone(c, out);
+    }
+
+    void dropHigh(uchar *&out)
+    {
+        if (std::exchange(m_high, u'\0') != 0)
+            m_encoder.unknown(out);
+    }
+
+    bool flushRest()
+    {
+        const bool taken = m_out == m_buffer.get() || flush(m_out);
+        m_out = m_buffer.get();
+        return taken;
+    }
+
+    bool flush(const uchar *out) { return m_sink(QByteArrayView(m_buffer.get(), out - m_buffer.get())); }
+
+    const TextCodec::ByteSink &m_sink;
+    const TextCodec::AsRead m_asRead;
+    Encoder m_encoder;
+    std::unique_ptr<uchar[]> m_buffer;
+    uchar *m_out;
+    char16_t m_high = 0; ///< a high surrogate whose other half is still to come
+};
+
+template <class Encoder>
+bool encodeBlocks(
+    const TextCodec::TextReader &next, const TextCodec::ByteSink &sink, TextCodec::AsRead asRead)
+{
+    return BlockEncoder<Encoder>(sink, asRead).encode(next);
+}

@@ -1,0 +1,37 @@
+#include "codec/blockdecoder.h"
+#include "codec/blockencoder.h"
+#include "codec/codecs.h"
+#include "codec/statelessencoder.h"
+
+namespace {
+
+struct Latin1Encoder : StatelessEncoder {
+    static void character(char16_t c, uchar *&out) { *out++ = c < 0x100 ? static_cast<uchar>(c) : '?'; }
+};
+
+/// ISO 8859-1: every byte is a character, nothing is undecodable.
+class Latin1Codec : public TextCodec {
+public:
+    QByteArrayView name() const override { return "ISO-8859-1"; }
+
+    using TextCodec::decode;
+    void decode(QByteArrayView bytes, TextSink &sink) const override
+    {
+        for (qsizetype at = 0; at < bytes.size(); at += decodedBlockUnits)
+            sink.latin1(bytes.sliced(at, std::min(decodedBlockUnits, bytes.size() - at)));
+    }
+
+    using TextCodec::encode;
+    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
+    {
+        return encodeBlocks<Latin1Encoder>(next, sink, asRead);
+    }
+};
+
+} // namespace
+
+const TextCodec &latin1Codec()
+{
+    static const Latin1Codec codec;
+    return codec;
+}

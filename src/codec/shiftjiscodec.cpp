@@ -1,0 +1,71 @@
+#include "codec/blockcodec.h"
+#include "codec/codecs.h"
+#include "codec/jistables.h"
+#include "codec/statelessencoder.h"
+#include "files/byteescape.h"
+
+namespace {
+
+class ShiftJisDecoder {
+public:
+    static bool isAscii() { return true; }
+    static bool isSpecial(uchar byte) { return byte >= 0x80; }
+    static quint64 special(quint64 word) { return asciirun::highBytes(word); }
+
+    bool next(const uchar *&in, const uchar *end, char16_t *&out) const
+    {
+        for (int i = 0; i < charactersPerStep && in != end && isSpecial(*in); ++i) {
+            const JisEntry entry = end - in >= 2 ? m_table->entry(in[0], in[1]) : JisEntry{ 0 };
+            if (isUsual(entry)) {
+                *out++ = entry;
+                in += 2;
+            } else if (entry == 0) {
+                *out++ = oneByteCharacter(*in++);
+            } else if (i == 0) {
+                *out++ = m_table->character(entry);
+                in += 2;
+                return true;
+            } else {
+                return false;
+            }
+        }
+        return false;
+    }
+
+    static bool endsOpen() { return false; }
+
+private:
+    static constexpr int charactersPerStep = 32;
+
+    static char16_t oneByteCharacter(uchar byte)
+    {
+        const bool isKatakana = byte >= 0xA1 && byte <= 0xDF;
+        return isKatakana ? static_cast<char16_t>(0xFF61 + (byte - 0xA1)) : escapeOf(byte);
+    }
+
+    const ShiftJisTable *m_table = &ShiftJisTable::instance();
+};
+
+class ShiftJisEncoder : public StatelessEncoder {
+public:
+    void character(char16_t c, uchar *&out)
+    {
+        const quint16 code = m_table->code(c);
+        if (code >= 0x100)
+            *out++ = static_cast<uchar>(code >> 8);
+        *out++ = code != 0 || c == 0 ? static_cast<uchar>(code) : '?';
+    }
+
+private:
+    const ShiftJisTable *m_table = &ShiftJisTable::instance();
+};
+
+} // namespace
+
+/// Shift-JIS with the repertoire of Windows-31J; 5C and 7E stay U+005C and U+007E. Where two bytes make no
+/// character the first alone is an escape (or a half-width katakana): the second may begin something sound.
+const TextCodec &shiftJisCodec()
+{
+    static const BlockCodec<ShiftJisDecoder, ShiftJisEncoder> codec("SJIS");
+    return codec;
+}

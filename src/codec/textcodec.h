@@ -1,0 +1,73 @@
+#pragma once
+
+#include "text/textstore.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+#include <functional>
+
+/// Converts between bytes and text without losing a byte: encode(decode(b)) = b for any bytes b, by way of a
+/// store (UTF-16 wants its byte-order mark). An edit between the two changes the bytes of what was edited
+/// and, in JIS, the escape sequences beside it.
+///
+/// A byte that cannot be decoded travels as the lone surrogate U+DC80..U+DCFF and is written back as that
+/// byte; JIS, where also 7-bit bytes can be undecodable, uses U+DD21..U+DF7E besides (see jiscodec.cpp). What
+/// a target has no code for is written as "?", in UTF-8 as U+FFFD; a byte-order mark, at the start of a text,
+/// as nothing. Bytes that the encoder would not write for their character, such as a second code, go beside
+/// the text (see Spellings).
+///
+/// The bytes win: an escaped byte is written as it is also where an edit has put it before something that
+/// makes a character of the two (81 before a typed "A" in Shift-JIS). The text read back then differs.
+///
+/// Instances live for the whole program and are not owned by the caller. No state is kept between calls.
+class TextCodec {
+public:
+    /// What is written as it was read: when a text is written in another code than it was read in, nothing;
+    /// its undecodable bytes become what stands for an unknown character.
+    enum class AsRead { Nothing, UndecodableBytes, Everything };
+
+    /// Receives decoded text in order; each call brings one kind of block. A surrogate pair is never cut.
+    struct TextSink {
+        virtual ~TextSink() = default;
+        virtual void latin1(QByteArrayView characters) = 0; ///< each byte one character U+0000..U+00FF
+        virtual void utf16(QStringView text) = 0;
+        /// The bytes of the unit that comes next, where the encoder would write others; if none comes, what
+        /// stands behind the text. Lost, unless a sink keeps it.
+        virtual void spelling(QByteArrayView bytes);
+    };
+    /// Gives the next run of a text, of any length and cut anywhere, or one unit with its spelling; an empty
+    /// one at its end.
+    using TextReader = std::function<TextChunk()>;
+    /// Receives encoded bytes in order, in blocks of about 64 KiB; false stops the encoding.
+    using ByteSink = std::function<bool(QByteArrayView bytes)>;
+
+    virtual ~TextCodec();
+
+    /// "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1", "UTF-16LE", "UTF-16BE"; null for a name not known.
+    static const TextCodec *codecForName(QByteArrayView name);
+    /// By the byte-order mark at the start: FF FE or FE FF give UTF-16, EF BB BF UTF-8, anything else
+    /// Latin-1.
+    static const TextCodec *codecForContent(QByteArrayView data);
+
+    virtual QByteArrayView name() const = 0;
+
+    /// Decodes the whole of `bytes` into blocks of a bounded size: what loading uses. Long runs of ASCII come
+    /// as latin1() blocks that lie in `bytes` itself. UTF-16 loses its byte-order mark, UTF-8 keeps it as
+    /// U+FEFF. Cost: O(n), at memory speed for ASCII.
+    virtual void decode(QByteArrayView bytes, TextSink &sink) const = 0;
+    /// The same, into a store.
+    TextStore decode(QByteArrayView bytes, const LayoutRule &rule) const;
+    /// Encodes the text that `next` gives; false when the sink refused.
+    virtual bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const = 0;
+    /// Encodes the whole text of a store, leaf by leaf; false when the sink refused.
+    bool encode(const TextStore &store, const ByteSink &sink, AsRead asRead = AsRead::Everything) const;
+
+    /// Of short texts that are not to be kept with their spellings.
+    QString toUnicode(QByteArrayView bytes) const;
+    QByteArray fromUnicode(QStringView text) const;
+
+    /// Units per block of decode(), about; tests make it tiny to reach every cut. 65536 unless set.
+    static void setBlockUnits(qsizetype units);
+};

@@ -1,0 +1,157 @@
+#include "codec/blockdecoder.h"
+#include "codec/blockencoder.h"
+#include "codec/codecs.h"
+#include "files/byteescape.h"
+
+namespace {
+
+enum class Order { LittleEndian, BigEndian };
+
+template <Order order> char16_t loadUnit(const uchar *in)
+{
+    return order == Order::LittleEndian ? qFromLittleEndian<char16_t>(in) : qFromBigEndian<char16_t>(in);
+}
+
+template <Order order> void storeUnit(char16_t unit, uchar *&out)
+{
+    if (order == Order::LittleEndian)
+        qToLittleEndian(unit, out);
+    else
+        qToBigEndian(unit, out);
+    out += 2;
+}
+
+/// A lone surrogate travels as the escapes of the three bytes UTF-8 would have for it: as such it would be
+/// taken for an escape, or make a pair with one. An odd last byte is an escape, or ASCII.
+template <Order order> class Utf16Decoder {
+public:
+    static bool isAscii() { return false; }
+    static bool isSpecial(uchar) { return true; }
+    static quint64 special(quint64) { return 1; }
+
+    bool next(const uchar *&in, const uchar *end, char16_t *&out) const
+    {
+        if (end - in < 2) {
+            const bool isAsciiByte = *in < 0x80;
+            *out++ = isAsciiByte ? char16_t{ *in } : escapeOf(*in);
+            ++in;
+            return isAsciiByte;
+        }
+        for (int i = 0; i < unitsPerStep && end - in >= 2; ++i)
+            nextUnit(in, end, out);
+        return false;
+    }
+
+    static bool endsOpen() { return false; }
+
+private:
+    static constexpr int unitsPerStep = 16;
+
+    static void nextUnit(const uchar *&in, const uchar *end, char16_t *&out)
+    {
+        const auto unit = loadUnit<order>(in);
+        in += 2;
+        if (!QChar::isSurrogate(unit)) {
+            *out++ = unit;
+        } else if (QChar::isHighSurrogate(unit) && end - in >= 2
+            && QChar::isLowSurrogate(loadUnit<order>(in))) {
+            *out++ = unit;
+            *out++ = loadUnit<order>(in);
+            in += 2;
+        } else {
+            *out++ = escapeOf(static_cast<uchar>(0xE0 | unit >> 12));
+            *out++ = escapeOf(static_cast<uchar>(0x80 | (unit >> 6 & 0x3F)));
+            *out++ = escapeOf(static_cast<uchar>(0x80 | (unit & 0x3F)));
+        }
+    }
+};
+
+/// Gathers escapes: three that the decoder made of a lone surrogate become it again, others stay bytes.
+template <Order order> class Utf16Encoder {
+public:
+    static constexpr bool hasMark = true;
+    static bool isAscii() { return false; }
+    static quint64 special(quint64) { return 1; }
+
+    void character(char16_t c, uchar *&out)
+    {
+        finish(out);
+        storeUnit<order>(c, out);
+    }
+
+    void pair(char16_t high, char16_t low, uchar *&out)
+    {
+        character(high, out);
+        storeUnit<order>(low, out);
+    }
+
+    void byte(uchar b, uchar *&out)
+    {
+        m_escaped = m_escaped << 8 | b;
+        if (++m_count == 3) {
+            if ((m_escaped & 0xFFE0C0) == 0xEDA080) {
+                storeUnit<order>(
+                    static_cast<char16_t>(0xD000 | (m_escaped >> 2 & 0xFC0) | (m_escaped & 0x3F)), out);
+                m_count = 0;
+            } else {
+                *out++ = static_cast<uchar>(m_escaped >> 16 & 0xFF);
+                m_count = 2;
+            }
+        }
+    }
+
+    void unknown(uchar *&out) { character(QChar::ReplacementCharacter, out); }
+    void lone(char16_t, uchar *&out) { unknown(out); }
+
+    bool admits(char16_t, QByteArrayView, uchar *&out)
+    {
+        finish(out);
+        return true;
+    }
+
+    void finish(uchar *&out)
+    {
+        for (; m_count > 0; --m_count)
+            *out++ = static_cast<uchar>(m_escaped >> (8 * (m_count - 1)) & 0xFF);
+    }
+
+private:
+    quint32 m_escaped = 0; ///< the last escaped bytes, the newest lowest
+    int m_count = 0; ///< how many of them are not written yet
+};
+
+/// UTF-16 behind a byte-order mark: decoding drops the mark, encoding writes it.
+template <Order order> class Utf16Codec : public TextCodec {
+public:
+    QByteArrayView name() const override { return order == Order::LittleEndian ? "UTF-16LE" : "UTF-16BE"; }
+
+    using TextCodec::decode;
+    void decode(QByteArrayView bytes, TextSink &sink) const override
+    {
+        const bool hasMark = bytes.startsWith(mark());
+        decodeBlocks<Utf16Decoder<order>>(hasMark ? bytes.sliced(2) : bytes, sink);
+    }
+
+    using TextCodec::encode;
+    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
+    {
+        return sink(mark()) && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
+    }
+
+private:
+    static QByteArrayView mark() { return order == Order::LittleEndian ? "\xFF\xFE" : "\xFE\xFF"; }
+};
+
+} // namespace
+
+const TextCodec &utf16LittleEndianCodec()
+{
+    static const Utf16Codec<Order::LittleEndian> codec;
+    return codec;
+}
+
+const TextCodec &utf16BigEndianCodec()
+{
+    static const Utf16Codec<Order::BigEndian> codec;
+    return codec;
+}

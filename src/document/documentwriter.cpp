@@ -1,0 +1,56 @@
+#include "document/documentwriter.h"
+
+#include "document/textfile.h"
+
+namespace {
+
+QByteArrayView bytesOfLineEnd(int returnCode)
+{
+    switch (returnCode) {
+    case ReturnCodeCr:
+        return "\r";
+    case ReturnCodeCrLf:
+        return "\r\n";
+    default:
+        return "\n";
+    }
+}
+
+} // namespace
+
+DocumentWriter::DocumentWriter(const QByteArray &name, int returnCode, const FileCalls &calls)
+    : m_file(name, calls)
+    , m_lineEnd(bytesOfLineEnd(returnCode))
+{
+}
+
+bool DocumentWriter::write(const TextStore &store, const TextCodec &codec, TextCodec::AsRead asRead)
+{
+    if (!m_file.open())
+        return false;
+    const auto sink = [this](QByteArrayView bytes) { return writeBlock(bytes); };
+    const bool encoded = codec.encode(store, sink, asRead);
+    return (encoded || m_ended) && m_file.commit();
+}
+
+bool DocumentWriter::writeBlock(QByteArrayView encoded)
+{
+    // In every code the bytes 00 and 0A stand for U+0000 and U+000A alone.
+    const qsizetype end = encoded.indexOf('\0');
+    if (end == -1)
+        return writeLines(encoded);
+    m_ended = writeLines(encoded.first(end));
+    return false;
+}
+
+bool DocumentWriter::writeLines(QByteArrayView encoded)
+{
+    if (m_lineEnd == "\n")
+        return m_file.write(encoded);
+    for (qsizetype end = encoded.indexOf('\n'); end != -1; end = encoded.indexOf('\n')) {
+        if (!m_file.write(encoded.first(end)) || !m_file.write(m_lineEnd))
+            return false;
+        encoded = encoded.sliced(end + 1);
+    }
+    return m_file.write(encoded);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "codec/textcodec.h"
+#include "files/safefile.h"
+
+/// Writes a text to a file: encodes it, gives it the document's line ends, and puts it in place safely.
+///
+/// Memory: blocks of a bounded size, whatever the length of the text.
+class DocumentWriter {
+public:
+    /// `returnCode` is a ReturnCode; any but CR and CR+LF writes LF. See SafeFile for `name` and `calls`.
+    DocumentWriter(const QByteArray &name, int returnCode, const FileCalls &calls = FileCalls::system());
+
+    /// See SafeFile.
+    void keepOldContent() { m_file.keepOldContent(); }
+    /// Writes the text up to its first U+0000. False when the file could not be written: it is as it was, but
+    /// for keptCopy().
+    bool write(const TextStore &store, const TextCodec &codec,
+        TextCodec::AsRead asRead = TextCodec::AsRead::Everything);
+    /// See SafeFile.
+    QByteArray keptCopy() const { return m_file.keptCopy(); }
+
+private:
+    bool writeBlock(QByteArrayView encoded);
+    bool writeLines(QByteArrayView encoded);
+
+    SafeFile m_file;
+    const QByteArrayView m_lineEnd;
+    bool m_ended = false; ///< by a U+0000
+};

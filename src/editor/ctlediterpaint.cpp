@@ -1,0 +1,135 @@
+#include "editor/ctlediter.h"
+
+#include "settings/settings.h"
+#include "editor/rowmarks.h"
+#include "rows/fontmeasure.h"
+#include "rows/rowpainter.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr int blackIndex = 1;
+constexpr int largeFontSize = 15; ///< from here on row numbers stand a little higher
+
+enum RowNumberSize { NoRowNumbers = 0, SmallRowNumbers = 1 };
+
+int rowNumberFontSize()
+{
+    if (appSettings().RowNo == SmallRowNumbers)
+        return isVga() ? 5 : 3;
+    return isVga() ? 16 : 6;
+}
+
+LineEndMark lineEndMark(const RowLayout &layout, qint64 rowCount)
+{
+    const AppSettings &settings = appSettings();
+    if (!layout.endsLine())
+        return LineEndMark::None;
+    if (layout.row() + 1 == rowCount)
+        return settings.ShowEOF == 1 ? LineEndMark::EndOfFile : LineEndMark::None;
+    return settings.ShowKAI == 1 ? LineEndMark::Arrow : LineEndMark::None;
+}
+
+/// Relative luminance, 0 black to 1 white, as the Web Content Accessibility Guidelines 2 define it.
+double luminance(const QColor &color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+/// Whether black on a colour has less than the contrast of 3 to 1 that those guidelines ask for what is no
+/// text.
+bool isBlackFaintOn(const QColor &color)
+{
+    return luminance(color) + 0.05 < 3 * 0.05;
+}
+
+} // namespace
+
+void ctlEditer::paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update)
+{
+    if (row < 0 || row >= numLines())
+        return;
+    const AppSettings &settings = appSettings();
+    const FontMeasure &measure = *fontMeasure();
+    const QColor base = palette().color(QPalette::Base);
+    const InsertedText composed = compositionInRow(row);
+    RowPainter painter(target, measure, rowPlace(row, cell, update), base, composed);
+    drawRowNumber(painter);
+    painter.drawText(m_foreColor);
+    RowPainter::Selection marked;
+    if (markedInRow(row, &marked.begin, &marked.end)) {
+        if (painter.layout().endsLine() && settings.ShowKAI != 0)
+            marked.lineEndWidth = 2 + measure.xWidth();
+        painter.drawSelection(
+            marked, palette().color(QPalette::Highlight), palette().color(QPalette::HighlightedText));
+    }
+    if (!composed.text.isEmpty())
+        painter.drawComposition(composed.column, composed.text.size(), preedit().formats, m_foreColor);
+    drawLineEndMark(painter, measure, lineEndMark(painter.layout(), numLines()));
+    if (settings.ShowTAB == 1)
+        drawTabMarks(painter);
+    if (settings.ShowZEN == 1)
+        drawFullWidthSpaceMarks(painter, measure);
+    if (row == cursorPosition().row)
+        drawCursorInRow(painter, cursorColor(), settings.BackColor == blackIndex ? 1 : 2);
+    drawActiveLine(painter, cell);
+    finishRow(painter);
+}
+
+/// The colour that is combined with the background: its own gives black, and its opposite white where black
+/// would hardly be seen. What is combined with a black background shows as it is.
+QColor ctlEditer::cursorColor() const
+{
+    if (appSettings().BackColor == blackIndex)
+        return m_foreColor;
+    const QColor base = palette().color(QPalette::Base);
+    return isBlackFaintOn(base) ? QColor::fromRgb(base.rgb() ^ 0xffffffU) : base;
+}
+
+/// Numbers count logical lines, and stand on their first rows; only the last digits have room.
+QString ctlEditer::rowNumber(qint64 row) const
+{
+    const qint64 start = store().row(row).start;
+    if (start > 0 && store().at(start - 1) != u'\n')
+        return {};
+    const qint64 number = appSettings().WrapMode == 0 ? row : store().lineOfRow(row);
+    return QString::number(number + 1).rightJustified(rowNumberDigits).right(rowNumberDigits);
+}
+
+void ctlEditer::drawRowNumber(RowPainter &painter) const
+{
+    const AppSettings &settings = appSettings();
+    if (settings.RowNo == NoRowNumbers)
+        return;
+    const RowCanvas &canvas = painter.canvas();
+    const QColor color = settings.RowNoColor != 0 ? m_rowNoColor : m_foreColor;
+    const QRect row = canvas.rowRect();
+    const int left = canvas.x(1);
+    const int rule = canvas.x(hMargin() - 3);
+    m_rowNumberFont.fit(rowNumberFontSize(), canvas.scale(), QSize(rule - left, row.height()));
+    const FontMeasure &measure = m_rowNumberFont.measure();
+    const int gap = settings.FontSize >= largeFontSize ? 3 : 2;
+    const int top = canvas.y(canvas.rowHeight() - measure.height() - gap);
+    // In a low row they stand where they are whole.
+    const int baseline = qMax(row.top() + m_rowNumberFont.digitHeight(),
+        qMin(top + canvas.pixels(measure.ascent()), row.bottom() + 1 - m_rowNumberFont.digitDepth()));
+    painter.drawCharacters(measure, QPoint(left, baseline), rowNumber(painter.layout().row()), color);
+    painter.painter().fillRect(rule, row.top(), canvas.thickness(1), row.height(), color);
+}
+
+void ctlEditer::drawActiveLine(RowPainter &painter, const QRectF &cell) const
+{
+    if (painter.layout().row() != cursorPosition().row || appSettings().ActiveHLine <= 0)
+        return;
+    const RowCanvas &canvas = painter.canvas();
+    const qint64 marginShown = hMargin() - xOffset();
+    const int left = canvas.x(marginShown < 1 ? -2 : qreal(marginShown - 2));
+    const int right = canvas.x(cell.width());
+    const int stroke = canvas.thickness(1);
+    painter.painter().fillRect(
+        left, canvas.rowRect().bottom() + 1 - stroke, right - left, stroke, m_activeLineColor);
+}

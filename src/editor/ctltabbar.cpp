@@ -1,0 +1,246 @@
+#include "editor/ctltabbar.h"
+
+#include "editor/ctlediter.h"
+#include "files/filename.h"
+#include "text/graphemes.h"
+
+#include <QHelpEvent>
+#include <QScopedValueRollback>
+#include <QTextDocument>
+#include <QToolButton>
+#include <QToolTip>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int captionWidth = 160;
+constexpr int highestId = 999;
+
+/// What a tab carries besides its label.
+struct TabEntry {
+    int id = -1;
+    ctlEditer *editor = nullptr;
+};
+
+TabEntry entryOf(const QVariant &data)
+{
+    return data.value<TabEntry>();
+}
+
+/// A label in which no character stands for a shortcut.
+QString withoutMnemonic(QString text)
+{
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(TabEntry)
+
+ctlTabBar::ctlTabBar(QWidget *parent)
+    : QTabBar(parent)
+{
+    setShape(QTabBar::TriangularSouth);
+    setElideMode(Qt::ElideNone);
+    setExpanding(false);
+    setUsesScrollButtons(true);
+    // The keys belong to the editor; the main window has keys for going from tab to tab.
+    setFocusPolicy(Qt::NoFocus);
+    nameControls();
+    connect(this, &QTabBar::currentChanged, this, [this](int index) {
+        if (m_choosing)
+            slotTabSelected(idAt(index));
+    });
+}
+
+int ctlTabBar::addTab(ctlEditer *editor, const QString &caption)
+{
+    const QScopedValueRollback quiet(m_choosing, false);
+    const int id = freeId();
+    const int index = QTabBar::addTab(QString());
+    setTabData(index, QVariant::fromValue(TabEntry{ id, editor }));
+    setTabCaption(editor, caption);
+    return id;
+}
+
+int ctlTabBar::freeId() const
+{
+    const QList<int> used = ids();
+    if (used.isEmpty() || used.last() < highestId)
+        return used.isEmpty() ? 0 : used.last() + 1;
+    int id = 0;
+    while (id < used.size() && used[id] == id)
+        ++id;
+    return id;
+}
+
+void ctlTabBar::setTabCaption(ctlEditer *editor, const QString &caption)
+{
+    const int index = indexOf(editor);
+    if (index == -1)
+        return;
+    const QString text = FileName::forDisplay(caption);
+    setTabText(index, withoutMnemonic(shortened(text)));
+    setAccessibleTabName(index, text);
+}
+
+QString ctlTabBar::shortened(const QString &caption) const
+{
+    const QFontMetrics metrics(font());
+    for (const qsizetype length : graphemeBoundaries(caption)) {
+        if (length < caption.size() && metrics.horizontalAdvance(caption, int(length)) > captionWidth)
+            return caption.first(length) + QStringLiteral("...");
+    }
+    return caption;
+}
+
+void ctlTabBar::removeTab(ctlEditer *editor)
+{
+    const int index = indexOf(editor);
+    if (index == -1)
+        return;
+    if (index + 1 < count())
+        select(index + 1);
+    else if (index > 0)
+        select(index - 1);
+    const QScopedValueRollback quiet(m_choosing, false);
+    QTabBar::removeTab(index);
+}
+
+void ctlTabBar::setCurrentTab(ctlEditer *editor)
+{
+    select(indexOf(editor));
+}
+
+void ctlTabBar::setCurrentTab(int id)
+{
+    select(indexOfId(id));
+}
+
+void ctlTabBar::select(int index)
+{
+    if (index == currentIndex())
+        slotTabSelected(idAt(index));
+    else
+        setCurrentIndex(index);
+}
+
+void ctlTabBar::slotTabSelected(int id)
+{
+    if (ctlEditer *editor = editorOf(id))
+        emit currentChanged(editor);
+}
+
+int ctlTabBar::currentTab() const
+{
+    return idAt(currentIndex());
+}
+
+int ctlTabBar::idOf(const ctlEditer *editor) const
+{
+    return idAt(indexOf(editor));
+}
+
+ctlEditer *ctlTabBar::editorOf(int id) const
+{
+    return editorAt(indexOfId(id));
+}
+
+QList<ctlEditer *> ctlTabBar::editors() const
+{
+    QList<ctlEditer *> list;
+    for (int index = 0; index < count(); ++index)
+        list.append(editorAt(index));
+    return list;
+}
+
+QList<int> ctlTabBar::ids() const
+{
+    QList<int> list;
+    for (int index = 0; index < count(); ++index)
+        list.append(idAt(index));
+    std::sort(list.begin(), list.end());
+    return list;
+}
+
+int ctlTabBar::indexOf(const ctlEditer *editor) const
+{
+    for (int index = 0; index < count(); ++index) {
+        if (editorAt(index) == editor)
+            return index;
+    }
+    return -1;
+}
+
+int ctlTabBar::indexOfId(int id) const
+{
+    for (int index = 0; index < count(); ++index) {
+        if (idAt(index) == id)
+            return index;
+    }
+    return -1;
+}
+
+ctlEditer *ctlTabBar::editorAt(int index) const
+{
+    return entryOf(tabData(index)).editor;
+}
+
+int ctlTabBar::idAt(int index) const
+{
+    return entryOf(tabData(index)).id;
+}
+
+bool ctlTabBar::event(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QTabBar::event(event);
+    showToolTip(*static_cast<QHelpEvent *>(event));
+    return true;
+}
+
+/// The toolkit names its buttons once only, in the language of that time.
+void ctlTabBar::nameControls()
+{
+    setAccessibleName(tr("Documents"));
+    for (QToolButton *const button : findChildren<QToolButton *>(Qt::FindDirectChildrenOnly)) {
+        const bool isLeft = button->objectName() == QLatin1String("ScrollLeftButton");
+        button->setAccessibleName(isLeft ? tr("Scroll Left") : tr("Scroll Right"));
+    }
+}
+
+void ctlTabBar::changeEvent(QEvent *event)
+{
+    QTabBar::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        nameControls();
+}
+
+void ctlTabBar::showToolTip(const QHelpEvent &event)
+{
+    const int index = tabAt(event.pos());
+    const ctlEditer *editor = editorAt(index);
+    const QString text = editor ? FileName::forDisplay(editor->path() + editor->name()) : QString();
+    // What looks like mark-up is shown as text by real mark-up, which would be broken into lines.
+    const QString shown = Qt::mightBeRichText(text)
+        ? QStringLiteral("<div style=\"white-space:pre\">") + text.toHtmlEscaped() + QStringLiteral("</div>")
+        : text;
+    QToolTip::showText(event.globalPos(), shown, this, tabRect(index));
+}
+
+void ctlTabBar::mousePressEvent(QMouseEvent *event)
+{
+    const int before = currentIndex();
+    QTabBar::mousePressEvent(event);
+    const bool again = event->button() == Qt::LeftButton && tabAt(event->position().toPoint()) == before;
+    if (again && before != -1)
+        slotTabSelected(idAt(before));
+}
+
+void ctlTabBar::wheelEvent(QWheelEvent *event)
+{
+    // A turn of the wheel above the tabs would go through documents that nobody asked for.
+    event->ignore();
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "document/textfile.h"
+
+#include <QString>
+
+#include <array>
+
+/// The rows of the file dialog's choices. Texts are untranslated, for the context "frmFileDialog".
+
+struct FileType {
+    const char *text;
+    const char *extensions; ///< each between ";"; null: any
+    const char *startPattern; ///< the files shown when the start name chose the row
+    const char *pickedPattern; ///< the files shown when the user picked it
+};
+constexpr int fileTypeCount = 7;
+constexpr int allFilesRow = 6;
+extern const std::array<FileType, fileTypeCount> fileTypes;
+
+/// The row for a file name, by its last extension in any case; allFilesRow where no row has it.
+int fileTypeRow(const QString &fileName);
+
+struct CharCodeChoice {
+    const char *text;
+    CharCode code; ///< CharCodeBinary: detect
+};
+extern const std::array<CharCodeChoice, 5> charCodeChoices;
+
+struct ReturnCodeChoice {
+    const char *text;
+    ReturnCode code; ///< ReturnCodeNone: keep
+};
+extern const std::array<ReturnCodeChoice, 4> returnCodeChoices;
+
+/// Whether no file may have this name because of a character that some file system has another use for.
+bool hasForbiddenCharacter(const QString &fileName);

@@ -1,0 +1,326 @@
+#include "filedialog/frmfiledialog.h"
+
+#include "settings/settings.h"
+#include "filedialog/ctlfilelistview.h"
+#include "filedialog/filechoices.h"
+#include "files/filename.h"
+#include "platform/menu.h"
+#include "platform/messagebox.h"
+#include "platform/picture.h"
+#include "platform/resource.h"
+#include "platform/scrolledform.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace {
+
+struct FormSizes {
+    int folderHeight;
+    QSize list;
+    int typeHeight;
+    int charCodeHeight;
+    int returnCodeHeight;
+    QSize button;
+};
+constexpr FormSizes smallSizes{ 20, { 210, 130 }, 18, 18, 18, { 60, 17 } };
+constexpr FormSizes vgaSizes{ 28, { 380, 210 }, 31, 31, 30, { 120, 28 } };
+constexpr int formMargin = 7;
+constexpr int formSpacing = 5;
+constexpr int startDelay = 100; // ms
+
+const FormSizes &formSizes()
+{
+    return isVga() ? vgaSizes : smallSizes;
+}
+
+/// Shows the folder; what is typed there has no effect, so Return does not press "OK" either.
+class FolderCombo : public QComboBox {
+public:
+    using QComboBox::QComboBox;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+            QComboBox::keyPressEvent(event);
+    }
+};
+
+void nameControl(QWidget *control, const QString &name)
+{
+    control->setAccessibleName(name);
+    control->setToolTip(name);
+}
+
+} // namespace
+
+frmFileDialog::frmFileDialog(QWidget *parent, Mode mode, const QString &folder, const QString &name)
+    : QDialog(parent)
+    , dirPath(folder)
+    , fileName(name)
+    , m_mode(mode)
+    , m_folder(new FolderCombo)
+    , m_favorites(new Menu(this))
+    , m_list(new ctlFileListView)
+    , m_name(new QLineEdit(name))
+    , m_type(createChoice(formSizes().typeHeight))
+    , m_charCode(createChoice(formSizes().charCodeHeight))
+    , m_returnCode(createChoice(formSizes().returnCodeHeight))
+{
+    setModal(true);
+    setWindowTitle(mode == Open ? tr("Open") : tr("Save as"));
+    createList();
+    createFileTypes();
+    layOut();
+    scrollWhereTooLarge(this);
+    m_list->setFocus();
+    QTimer::singleShot(startDelay, this, &frmFileDialog::initTimer);
+}
+
+QWidget *frmFileDialog::createTopRow()
+{
+    connect(m_favorites, &QMenu::triggered, this,
+        [this](const QAction *action) { slotCmdMnuFavor(action->data().toInt()); });
+    m_folder->setEditable(true);
+    m_folder->setInsertPolicy(QComboBox::NoInsert);
+    m_folder->setCompleter(nullptr);
+    m_folder->setFixedHeight(formSizes().folderHeight);
+    nameControl(m_folder, tr("Folder"));
+    m_folder->lineEdit()->setAccessibleName(m_folder->accessibleName());
+
+    QToolButton *up = createToolButton("corvex/menu/upper", tr("Up"));
+    connect(up, &QToolButton::clicked, this, &frmFileDialog::slotCmdEtcUpperDir);
+    QToolButton *refresh = createToolButton("corvex/menu/reload", tr("Refresh"));
+    connect(refresh, &QToolButton::clicked, this, &frmFileDialog::slotCmdEtcRefresh);
+    QToolButton *favorites = createToolButton("corvex/menu/favor2", tr("Favorites"));
+    favorites->setMenu(m_favorites);
+    favorites->setPopupMode(QToolButton::InstantPopup);
+
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_folder, 1);
+    for (QToolButton *button : { up, refresh, favorites })
+        layout->addWidget(button);
+    return row;
+}
+
+QToolButton *frmFileDialog::createToolButton(const char *icon, const QString &text)
+{
+    auto *button = new QToolButton;
+    button->setAutoRaise(true);
+    button->setIcon(Resource::loadIcon(QString::fromLatin1(icon)));
+    button->setIconSize(Picture::named(QString::fromLatin1(icon)).size());
+    nameControl(button, text);
+    return button;
+}
+
+void frmFileDialog::createList()
+{
+    m_list->setFixedSize(formSizes().list);
+    m_list->setAccessibleName(tr("Files"));
+    connect(m_list, &ctlFileListView::fileSelected, this, &frmFileDialog::slotLvFileSelected);
+    connect(m_list, &ctlFileListView::listRefreshed, this, &frmFileDialog::slotLvListRefreshed);
+    connect(m_list, &ctlFileListView::execItem, this, &frmFileDialog::slotLvExecItem);
+}
+
+void frmFileDialog::createFileTypes()
+{
+    for (const FileType &type : fileTypes)
+        m_type->addItem(tr(type.text));
+    chooseStartType();
+    connect(m_type, &QComboBox::activated, this, &frmFileDialog::slotCmbFilActivated);
+}
+
+void frmFileDialog::chooseStartType()
+{
+    const int row = fileTypeRow(fileName);
+    m_type->setCurrentIndex(row);
+    m_list->nameFilter = QLatin1StringView(fileTypes.at(size_t(row)).startPattern);
+}
+
+QComboBox *frmFileDialog::createChoice(int height)
+{
+    auto *choice = new QComboBox;
+    choice->setFixedHeight(height);
+    return choice;
+}
+
+QWidget *frmFileDialog::createCodeRow()
+{
+    for (const CharCodeChoice &choice : charCodeChoices)
+        m_charCode->addItem(tr(choice.text));
+    for (const ReturnCodeChoice &choice : returnCodeChoices)
+        m_returnCode->addItem(tr(choice.text));
+    nameControl(m_returnCode, tr("Line end"));
+
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(formSpacing);
+    layout->addWidget(m_charCode);
+    layout->addWidget(m_returnCode);
+    layout->addStretch();
+    m_returnCode->setVisible(m_mode != Open);
+    return row;
+}
+
+QWidget *frmFileDialog::createButtonRow()
+{
+    auto *ok = new QPushButton(QStringLiteral("OK"), this); // in the dialog, which is to know its default one
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &frmFileDialog::accept);
+    auto *cancel = new QPushButton(tr("Cancel"));
+    connect(cancel, &QPushButton::clicked, this, &frmFileDialog::reject);
+
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(formSpacing);
+    layout->addStretch();
+    for (QPushButton *button : { ok, cancel }) {
+        button->setFixedSize(formSizes().button);
+        layout->addWidget(button);
+    }
+    return row;
+}
+
+void frmFileDialog::layOut()
+{
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(formMargin, formMargin, formMargin, formMargin);
+    grid->setSpacing(formSpacing);
+    grid->addWidget(createTopRow(), 0, 0, 1, 2);
+    grid->addWidget(m_list, 1, 0, 1, 2);
+    const auto addLabelled = [grid](int row, const QString &text, QWidget *control, QWidget *cell) {
+        auto *label = new QLabel(text);
+        label->setBuddy(control);
+        grid->addWidget(label, row, 0);
+        grid->addWidget(cell, row, 1);
+    };
+    addLabelled(2, tr("File Name:"), m_name, m_name);
+    addLabelled(3, tr("File Type:"), m_type, m_type);
+    addLabelled(4, tr("Char code:"), m_charCode, createCodeRow());
+    grid->addWidget(createButtonRow(), 5, 0, 1, 2);
+}
+
+void frmFileDialog::showCodes(int code, int lineEnd)
+{
+    const auto show = [](QComboBox *combo, const auto &choices, int wanted) {
+        const auto found =
+            std::ranges::find_if(choices, [wanted](const auto &c) { return c.code == wanted; });
+        if (found != choices.end())
+            combo->setCurrentIndex(int(found - choices.begin()));
+    };
+    show(m_charCode, charCodeChoices, code);
+    show(m_returnCode, returnCodeChoices, lineEnd);
+}
+
+void frmFileDialog::initTimer()
+{
+    loadFileIcons();
+    readFavorites(favoritePaths, favoriteNames);
+    fillFavoritesMenu(m_favorites, favoritePaths, favoriteNames, userSurroundings());
+    refreshFileList();
+}
+
+void frmFileDialog::refreshFileList()
+{
+    m_list->showFolder(dirPath);
+}
+
+void frmFileDialog::slotLvFileSelected(const QString &name)
+{
+    m_name->setText(name);
+}
+
+/// Takes the name of the file that was opened, also when another one was typed since it was selected.
+void frmFileDialog::slotLvExecItem(QTreeWidgetItem *item)
+{
+    slotLvFileSelected(item->text(ctlFileListViewItem::NameColumn));
+    accept();
+}
+
+void frmFileDialog::slotLvListRefreshed(const QString &path)
+{
+    const bool isRoot = path == u"/";
+    m_folder->setEditText(FileName::forDisplay(isRoot || !path.endsWith(u'/') ? path : path.chopped(1)));
+}
+
+void frmFileDialog::slotCmbFilActivated(int row)
+{
+    if (row >= 0 && row < fileTypeCount)
+        m_list->nameFilter = QLatin1StringView(fileTypes.at(size_t(row)).pickedPattern);
+    slotCmdEtcRefresh();
+}
+
+void frmFileDialog::slotCmdEtcUpperDir()
+{
+    m_list->goUpFolder();
+}
+
+void frmFileDialog::slotCmdEtcRefresh()
+{
+    if (!m_list->currentPath.isEmpty())
+        m_list->showFolder(m_list->currentPath);
+}
+
+void frmFileDialog::slotCmdMnuFavor(int id)
+{
+    const QString &path = favoritePaths.at(size_t(id));
+    if (path.isEmpty())
+        return;
+    m_list->showFolder(path == u"/" ? path : path + u'/');
+}
+
+void frmFileDialog::accept()
+{
+    // Before the first folder is shown the start folder is the one meant.
+    if (!m_list->currentPath.isEmpty())
+        dirPath = m_list->currentPath;
+    fileName = m_name->text();
+    charCode = charCodeChoices.at(size_t(m_charCode->currentIndex())).code;
+    returnCode = returnCodeChoices.at(size_t(m_returnCode->currentIndex())).code;
+    if (isNameUsable() && isFileUsable())
+        QDialog::accept();
+}
+
+bool frmFileDialog::isNameUsable()
+{
+    if (fileName.isEmpty()) {
+        MessageBox::critical(this, tr("Error"), tr("Enter the file name."));
+        return false;
+    }
+    if (hasForbiddenCharacter(fileName)) {
+        MessageBox::critical(this, tr("Error"),
+            tr("A file name cannot contain any of the following characters;\n\\ / : , ; * ? \" < > |"));
+        return false;
+    }
+    return true;
+}
+
+bool frmFileDialog::isFileUsable()
+{
+    const QString path = dirPath + fileName;
+    const QString shownName = FileName::forMessage(fileName);
+    if (m_mode == Open && !FileName::exists(path)) {
+        MessageBox::critical(this, tr("error"), tr("%1\nThis file does not exists.").arg(shownName));
+        return false;
+    }
+    if (m_mode == Open || !FileName::exists(path))
+        return true;
+    const QString question = tr("%1\nThis file already exists.\nReplace existing file?").arg(shownName);
+    return MessageBox::question(this, tr("Replace confirm"), question, { tr("Yes"), tr("No") }, 0, 1) == 0;
+}

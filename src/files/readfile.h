@@ -1,0 +1,25 @@
+#pragma once
+
+#include "files/filecalls.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/// Why a file was not read.
+enum class ReadFailure {
+    Missing,
+    NotOpened, ///< for lack of permission, mostly
+    Folder,
+    Device, ///< or a pipe
+    TooLarge, ///< for the machine's memory
+    BrokenOff, ///< a read error within the file
+};
+
+/// Reads a whole file; nothing when all is well, else why not, with `bytes` as they were. A folder, a pipe or
+/// a device is refused without being opened; a file of size 0 gives an empty array without being opened
+/// either; a file that becomes shorter or longer while it is read is taken as far as it goes; a read error is
+/// an error, not an end of file. File names may hold any bytes, see files/filename.h. Cost: memory speed.
+std::optional<ReadFailure> readWholeFile(
+    const QString &fileName, QByteArray &bytes, const FileCalls &calls = FileCalls::system());

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "files/filecalls.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+/// Writes a file in such a way that its name holds either the whole old content or the whole new one.
+///
+/// The new content goes to a temporary file (mode 0600, a name nobody can foresee) in the same folder, which
+/// commit() gives the old file's owner, group, rights, access lists and extended attributes and renames over
+/// it. Symbolic links are followed: the file a link names is replaced, or made where there is none yet. Where
+/// renaming would lose something (further hard links, an owner that cannot be given, a folder that cannot be
+/// written) the old file is overwritten in place, after a copy of it was put into the program's state folder,
+/// on the disk under its name; the copy goes away when all is written, and brings the old content back when
+/// writing fails. What set-user-id and set-group-id bits writing takes away is set again.
+///
+/// Errors: open(), write() and commit() return false; the old file is then whole and nothing else is left
+/// behind, with the one exception of keptCopy(). An object that is destroyed without commit() leaves all as
+/// it was. Cost: the bytes once to the temporary file, twice more when overwriting in place; no copy in
+/// memory.
+class SafeFile {
+public:
+    /// `name` in the file system's own bytes. `calls` is not owned.
+    explicit SafeFile(QByteArray name, const FileCalls &calls = FileCalls::system());
+    ~SafeFile();
+    Q_DISABLE_COPY_MOVE(SafeFile)
+
+    /// Refuses what is no ordinary file (a folder, a FIFO, a device: none is opened) and a file that may not
+    /// be written.
+    bool open();
+    /// Adds bytes at the end.
+    bool write(QByteArrayView bytes);
+    /// commit() is to leave a copy of the old content in the state folder, and to write nothing when there
+    /// can be none: for a file whose content nobody has seen.
+    void keepOldContent() { m_keepsOld = true; }
+    /// Puts the new content in place, on the disk, not only in memory.
+    bool commit();
+
+    /// The name of the file that still has the old content: when overwriting in place failed and the old
+    /// content could not be put back either, and after a commit() that was to keep it; else empty.
+    QByteArray keptCopy() const { return m_keptCopy; }
+
+    /// Where copies are kept while a file is overwritten: $XDG_STATE_HOME/marlopad, ending in "/".
+    static QByteArray stateFolder();
+
+private:
+    enum class Outcome { Done, Failed, NotPossible };
+
+    bool followLinks();
+    bool examineTarget();
+    bool stage();
+    int createIn(const QByteArray &folder, QByteArray *name);
+    bool makeStateFolder();
+    bool flush();
+    Outcome replace();
+    bool giveAttributes();
+    bool syncFolder(const QByteArray &folder);
+    bool overwrite();
+    int copyOldContent(QByteArray *name, off_t *size);
+    bool putAside(QByteArray *name);
+    bool copyAll(int from, int to, off_t *size);
+    bool copyOver(int from, off_t size);
+    void restoreRights();
+    bool writeAt(int fd, QByteArrayView bytes, off_t offset);
+    void closeFile(int *fd);
+    void discard();
+
+    const FileCalls &m_calls;
+    QByteArray m_target; ///< links followed
+    QByteArray m_folder; ///< the target's, ending in "/"
+    int m_old = -1; ///< the target, open for writing; -1 for a new file
+    mode_t m_oldRights = 0;
+    bool m_hasOtherNames = false;
+    bool m_keepsOld = false;
+    QByteArray m_stagedName;
+    bool m_stagedBeside = true;
+    int m_staged = -1;
+    off_t m_size = 0; ///< bytes in the staged file
+    QByteArray m_buffer;
+    QByteArray m_keptCopy;
+};

@@ -1,0 +1,167 @@
+#include "platform/qpeapplication.h"
+
+#include "platform/composingescape.h"
+#include "platform/endsignals.h"
+#include "files/filename.h"
+#include "rows/fontmessages.h"
+#include "platform/launcherchannel.h"
+#include "rows/lcfont.h"
+#include "platform/requestqueue.h"
+#include "platform/returnedfocus.h"
+#include "platform/screenscale.h"
+#include "platform/strayinput.h"
+#include "platform/windowmanager.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QWidget>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+void QPEApplication::prepareScale(const QSize &largestDialog)
+{
+    const char *const scaleVariables[] = { "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS",
+        "QT_ENABLE_HIGHDPI_SCALING" };
+    const bool isScaleGiven = std::any_of(std::begin(scaleVariables), std::end(scaleVariables),
+        [](const char *v) { return qEnvironmentVariableIsSet(v); });
+    if (!isScaleGiven)
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(platformPixelScale(largestDialog), 'f', 6));
+    if (!qEnvironmentVariableIsSet("QT_FONT_DPI"))
+        qputenv("QT_FONT_DPI", "72");
+}
+
+void QPEApplication::prepareEventLoop()
+{
+    if (!qEnvironmentVariableIsSet("QT_NO_GLIB"))
+        qputenv("QT_NO_GLIB", "1");
+}
+
+QPEApplication::QPEApplication(int &argc, char **argv)
+    : QApplication(argc, argv)
+    , m_requests(new RequestQueue(this))
+    , m_channel(new LauncherChannel(this))
+{
+    hideFontMessages();
+    registerLcFont();
+    StrayInput::instance();
+    new ComposingEscape(this);
+    new ReturnedFocus(this);
+    for (int i = 1; i < argc; ++i)
+        m_arguments << FileName::absolute(argv[i]);
+    connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::request);
+    connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::raiseWindow);
+    connect(m_channel, &LauncherChannel::raiseRequested, this, &QPEApplication::raiseWindow);
+}
+
+QPEApplication::~QPEApplication() = default;
+
+QString QPEApplication::qpeDir()
+{
+    QString given = QDir::cleanPath(qEnvironmentVariable("QPEDIR"));
+    if (!given.isEmpty())
+        return given;
+    // Asked for with every picture.
+    static const QString own = [] {
+        const QString program = applicationDirPath();
+        const QString installed = QDir::cleanPath(program + QLatin1String("/../share/marlopad"));
+        const QString built = program + QLatin1String("/share/marlopad");
+        return QFileInfo::exists(installed) || !QFileInfo::exists(built) ? installed : built;
+    }();
+    return own;
+}
+
+bool QPEApplication::handOver()
+{
+    if (m_channel->open())
+        return false;
+    const bool isHandedOver = LauncherChannel::handOver(m_arguments);
+    if (!isHandedOver)
+        m_channel->openLater();
+    return isHandedOver;
+}
+
+void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
+{
+    m_window = window;
+    m_channel->setTaking(LauncherChannel::Taking::AtOnce);
+    if (noMaximize)
+        window->show();
+    else
+        window->showMaximized();
+    // Nobody else gives it the keys.
+    if (!WindowManager::isPresent())
+        window->activateWindow();
+    m_requests->setReceiver(window);
+    if (!m_endSignals) {
+        m_endSignals = new EndSignals(this);
+        connect(m_endSignals, &EndSignals::endRequested, this, &QPEApplication::requestEnd);
+    }
+    for (const QString &fileName : std::exchange(m_arguments, {}))
+        request(fileName);
+}
+
+void QPEApplication::holdRequests(bool hold)
+{
+    m_requests->setHeld(hold);
+}
+
+bool QPEApplication::isBusy()
+{
+    const auto *application = qobject_cast<QPEApplication *>(instance());
+    return application && application->m_requests->isBusy();
+}
+
+void QPEApplication::setEndOpen(bool open)
+{
+    m_endQuestions += open ? 1 : -1;
+    Q_ASSERT(m_endQuestions >= 0);
+    m_channel->setTaking(LauncherChannel::Taking::Later);
+    // The window is closed by who asked, after the question.
+    if (!open)
+        QMetaObject::invokeMethod(this, &QPEApplication::settleEnd, Qt::QueuedConnection);
+}
+
+void QPEApplication::settleEnd()
+{
+    using Taking = LauncherChannel::Taking;
+    const bool hasWindow = m_window && m_window->isVisible();
+    if (m_endQuestions == 0)
+        m_channel->setTaking(hasWindow ? Taking::AtOnce : Taking::Never);
+}
+
+void QPEApplication::request(const QString &fileName)
+{
+    m_requests->add(fileName);
+}
+
+void QPEApplication::requestEnd()
+{
+    raiseWindow();
+    m_requests->addClose();
+}
+
+void QPEApplication::withdrawEnd()
+{
+    m_requests->removeClose();
+}
+
+bool QPEApplication::event(QEvent *event)
+{
+    // Only the platform sends one from outside; quitting from within is not spontaneous.
+    if (event->type() == QEvent::Quit && event->spontaneous())
+        emit sessionEnded();
+    return QApplication::event(event);
+}
+
+// A dialog that waits for an answer is what the user needs to see.
+void QPEApplication::raiseWindow()
+{
+    QWidget *window = activeModalWidget() ? activeModalWidget() : m_window.data();
+    if (!window)
+        return;
+    if (window->isMinimized())
+        window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->activateWindow();
+}

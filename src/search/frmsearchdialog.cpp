@@ -1,0 +1,327 @@
+#include "search/frmsearchdialog.h"
+
+#include "settings/settings.h"
+#include "settings/config.h"
+#include "platform/messagebox.h"
+#include "platform/picture.h"
+#include "platform/qpeapplication.h"
+#include "platform/resource.h"
+#include "platform/scrolledform.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QValidator>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct FormSizes {
+    int fieldWidth;
+    int fieldHeight;
+    QSize button;
+    QSize close;
+};
+constexpr FormSizes smallSizes{ 180, 19, { 60, 17 }, { 40, 17 } };
+constexpr FormSizes vgaSizes{ 320, 28, { 120, 28 }, { 80, 28 } };
+constexpr int formMargin = 6;
+constexpr int formSpacing = 4;
+constexpr int buttonSpacing = 10;
+constexpr QPoint firstPlace{ 20, 40 };
+
+const FormSizes &formSizes()
+{
+    return isVga() ? vgaSizes : smallSizes;
+}
+
+constexpr auto historyFile = "marlopad_fr"_L1;
+constexpr auto historyGroup = "history"_L1;
+constexpr auto searchKey = "Search"_L1;
+constexpr auto replaceKey = "Replace"_L1;
+
+/// Takes the first of several lines that are put in at once: up to the cursor, which stands behind them, the
+/// others are left out.
+class FirstLine : public QValidator {
+public:
+    using QValidator::QValidator;
+    State validate(QString &text, int &cursor) const override
+    {
+        const auto isLineEnd = [](QChar unit) { return unit == u'\n' || unit == u'\r'; };
+        const auto found = std::find_if(text.cbegin(), text.cend(), isLineEnd);
+        if (found == text.cend())
+            return Acceptable;
+        const auto lineEnd = int(found - text.cbegin());
+        const int end = qMax(cursor, lineEnd + 1);
+        text.remove(lineEnd, end - lineEnd);
+        text.removeIf(isLineEnd);
+        cursor = lineEnd;
+        return Acceptable;
+    }
+};
+
+/// A field that takes the keys needs a name of its own.
+void nameField(QComboBox *combo, const QString &name)
+{
+    combo->setAccessibleName(name);
+    combo->lineEdit()->setAccessibleName(name);
+}
+
+} // namespace
+
+frmSearchDialog::frmSearchDialog(QWidget *parent)
+    : QWidget(parent, Qt::Dialog)
+    , m_find(createField())
+    , m_arrow(new QLabel)
+    , m_replace(createField())
+    , m_caseSensitive(new QCheckBox)
+    , m_next(createButton(formSizes().button, &frmSearchDialog::slotBtnNext))
+    , m_before(createButton(formSizes().button, &frmSearchDialog::slotBtnBefo))
+    , m_all(createButton(formSizes().button, &frmSearchDialog::slotBtnAll))
+    , m_close(createButton(formSizes().close, &frmSearchDialog::slotBtnClose))
+{
+    const QString arrow = u"corvex/replace_to"_s;
+    m_arrow->setPixmap(Resource::loadPixmap(arrow));
+    layOut();
+    scrollWhereTooLarge(this);
+    for (QAbstractButton *button : findChildren<QAbstractButton *>())
+        button->installEventFilter(this);
+    move(firstPlace);
+    Config config(historyFile);
+    config.setGroup(historyGroup);
+    searchHistory.read(config, searchKey);
+    replaceHistory.read(config, replaceKey);
+}
+
+frmSearchDialog::~frmSearchDialog()
+{
+    writeHistory();
+}
+
+QComboBox *frmSearchDialog::createField()
+{
+    auto *field = new QComboBox;
+    field->setEditable(true);
+    field->setInsertPolicy(QComboBox::NoInsert);
+    field->setDuplicatesEnabled(true);
+    field->setCompleter(nullptr);
+    field->lineEdit()->setMaxLength(std::numeric_limits<int>::max());
+    field->setValidator(new FirstLine(field));
+    field->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    field->setMinimumWidth(formSizes().fieldWidth);
+    field->setFixedHeight(formSizes().fieldHeight);
+    return field;
+}
+
+QPushButton *frmSearchDialog::createButton(const QSize &size, void (frmSearchDialog::*slot)())
+{
+    auto *button = new QPushButton;
+    button->setFixedSize(size);
+    connect(button, &QPushButton::clicked, this, slot);
+    return button;
+}
+
+void frmSearchDialog::layOut()
+{
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(buttonSpacing);
+    buttons->addStretch();
+    for (QPushButton *button : { m_next, m_before, m_all, m_close })
+        buttons->addWidget(button);
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(formMargin, formMargin, formMargin, formMargin);
+    grid->setSpacing(formSpacing);
+    grid->addWidget(m_find, 0, 0, 1, 2);
+    grid->addWidget(m_arrow, 1, 0, 1, 2, Qt::AlignHCenter);
+    grid->addWidget(m_replace, 2, 0, 1, 2);
+    grid->addWidget(m_caseSensitive, 3, 0);
+    grid->addLayout(buttons, 4, 0, 1, 2);
+}
+
+void frmSearchDialog::setVisible(bool visible)
+{
+    if (visible)
+        rebuild();
+    keepPlace(visible);
+    QWidget::setVisible(visible);
+    if (!visible)
+        return;
+    raise();
+    activateWindow();
+    m_find->setFocus();
+}
+
+/// Window managers that take the frame away from a hidden window move the window to where the frame was, and
+/// so further up with each time it is shown again.
+void frmSearchDialog::keepPlace(bool visible)
+{
+    if (!visible && isVisible())
+        m_place = geometry().topLeft();
+    else if (visible && !isVisible() && m_place)
+        setGeometry(QRect(*m_place, size()));
+}
+
+void frmSearchDialog::rebuild()
+{
+    fillFields();
+    const bool replaces = searchMode == 1;
+    m_arrow->setVisible(replaces);
+    m_replace->setVisible(replaces);
+    m_before->setVisible(!replaces);
+    m_all->setVisible(replaces);
+    m_caseSensitive->setChecked(caseSensitive);
+    setTexts();
+    layout()->activate();
+    adjustSize();
+}
+
+void frmSearchDialog::fillFields()
+{
+    m_find->clear();
+    m_replace->clear();
+    for (const QString &text : searchHistory.texts()) {
+        if (!text.isEmpty() && text != findText)
+            m_find->addItem(text);
+    }
+    for (const QString &text : replaceHistory.texts()) {
+        if (!text.isEmpty())
+            m_replace->addItem(text);
+    }
+    // No entry is the current one, so that the Down key gets the most recent.
+    m_find->setCurrentIndex(-1);
+    m_find->setEditText(findText);
+    m_find->lineEdit()->selectAll();
+    m_replace->setEditText(m_replace->itemText(0));
+}
+
+/// The buttons have fixed sizes: in a wide font their texts are set narrower, to stay whole.
+void frmSearchDialog::fitButtonTexts()
+{
+    constexpr int frame = 3;
+    constexpr int narrowest = 75; // percent
+    for (QPushButton *button : { m_next, m_before, m_all, m_close }) {
+        QFont narrow = font();
+        for (int stretch = 100; stretch >= narrowest; stretch -= 5) {
+            narrow.setStretch(stretch);
+            button->setFont(narrow);
+            if (button->fontMetrics().horizontalAdvance(button->text()) + 2 * frame <= button->width())
+                break;
+        }
+    }
+}
+
+void frmSearchDialog::setTexts()
+{
+    const bool replaces = searchMode == 1;
+    setWindowTitle(replaces ? tr("Replace") : tr("Search"));
+    m_next->setText(replaces ? tr("Replace Next") : tr("Search Next"));
+    m_caseSensitive->setText(tr("Case sensitive"));
+    m_before->setText(tr("Search Prev"));
+    m_all->setText(tr("Replace ALL"));
+    m_close->setText(tr("Close"));
+    fitButtonTexts();
+    nameField(m_find, tr("Search"));
+    nameField(m_replace, tr("Replace"));
+}
+
+void frmSearchDialog::act(void (frmSearchDialog::*signal)())
+{
+    if (QPEApplication::isBusy())
+        return;
+    QGuiApplication::inputMethod()->commit();
+    if (m_find->currentText().isEmpty()) {
+        MessageBox::critical(this, tr("Error"), tr("Input the characters."));
+        return;
+    }
+    findText = m_find->currentText();
+    replaceText = m_replace->currentText();
+    caseSensitive = m_caseSensitive->isChecked();
+    updateHistory();
+    emit(this->*signal)();
+}
+
+void frmSearchDialog::updateHistory()
+{
+    const auto before = std::pair(searchHistory.texts(), replaceHistory.texts());
+    searchHistory.add(m_find->currentText());
+    replaceHistory.add(m_replace->currentText());
+    // At once: the program may not come to a regular end.
+    if (before != std::pair(searchHistory.texts(), replaceHistory.texts()))
+        writeHistory();
+}
+
+void frmSearchDialog::writeHistory()
+{
+    Config config(historyFile, Config::User, Config::Change);
+    config.setGroup(historyGroup);
+    searchHistory.takeOver(config, searchKey);
+    replaceHistory.takeOver(config, replaceKey);
+    searchHistory.write(config, searchKey);
+    replaceHistory.write(config, replaceKey);
+    if (!config.write())
+        return;
+    searchHistory.setWritten();
+    replaceHistory.setWritten();
+}
+
+void frmSearchDialog::slotBtnNext()
+{
+    act(&frmSearchDialog::nextClicked);
+}
+
+void frmSearchDialog::slotBtnBefo()
+{
+    act(&frmSearchDialog::befoClicked);
+}
+
+void frmSearchDialog::slotBtnAll()
+{
+    act(&frmSearchDialog::allClicked);
+}
+
+void frmSearchDialog::slotBtnClose()
+{
+    hide();
+}
+
+void frmSearchDialog::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        setTexts();
+}
+
+/// On some desktops Return presses the button that has the focus; here it searches wherever the focus is.
+bool frmSearchDialog::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        return QWidget::eventFilter(watched, event);
+    slotBtnNext();
+    return true;
+}
+
+void frmSearchDialog::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Escape:
+        hide();
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        slotBtnNext();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}

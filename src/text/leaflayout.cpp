@@ -1,0 +1,284 @@
+#include "text/leaflayout.h"
+
+#include <algorithm>
+
+namespace {
+
+/// Cuts a leaf at its TABs and LFs and adds up what is between them.
+class Summing {
+public:
+    explicit Summing(Subpixels tabStop)
+        : m_tabStop(tabStop)
+    {
+    }
+
+    void add(Subpixels width) { m_run.add(width); }
+    void addTab()
+    {
+        m_run.addTab(m_tabStop);
+        m_summary.widestUnit = int(qMin<Subpixels>(INT_MAX, m_tabStop));
+    }
+    void addLineEnd()
+    {
+        if (m_summary.lineEnds++ == 0)
+            m_summary.head = m_run;
+        else
+            m_summary.widest = qMax(m_summary.widest, m_run.from(0, m_tabStop));
+        m_run = {};
+    }
+    TextSummary finish(int narrowest, int widest)
+    {
+        if (m_summary.lineEnds == 0)
+            m_summary.head = m_run;
+        else
+            m_summary.tail = m_run.from(0, m_tabStop);
+        m_summary.widestUnit = qMax(m_summary.widestUnit, widest);
+        if (narrowest <= widest)
+            m_summary.even = narrowest == widest ? narrowest : 0;
+        return m_summary;
+    }
+
+private:
+    Subpixels m_tabStop;
+    Reach m_run;
+    TextSummary m_summary;
+};
+
+/// How much of a one-byte leaf is anything but printable ASCII.
+struct ByteCounts {
+    qint64 tabs = 0;
+    qint64 lineEnds = 0;
+    qint64 others = 0;
+};
+
+/// Counts in blocks whose counts fit a byte, which the compiler turns into vector instructions.
+ByteCounts countBytes(const uchar *text, qint64 size)
+{
+    constexpr qint64 block = 192;
+    ByteCounts counts;
+    for (qint64 begin = 0; begin < size; begin += block) {
+        uchar tabs = 0;
+        uchar lineEnds = 0;
+        uchar others = 0;
+        const qint64 end = qMin(size, begin + block);
+        for (qint64 i = begin; i < end; ++i) {
+            tabs = uchar(tabs + (text[i] == '\t'));
+            lineEnds = uchar(lineEnds + (text[i] == '\n'));
+            others = uchar(others + (uchar(text[i] - ' ') > '~' - ' '));
+        }
+        counts.tabs += tabs;
+        counts.lineEnds += lineEnds;
+        counts.others += others;
+    }
+    counts.others -= counts.tabs + counts.lineEnds;
+    return counts;
+}
+
+/// The leaf is printable ASCII of one width, TABs and LFs: distances do.
+TextSummary sumAscii(const uchar *text, qint64 size, const TextLayout &layout, const ByteCounts &counts)
+{
+    const int width = layout.asciiWidth();
+    Summing sum(layout.tabStop());
+    NextUnit<uchar> lineEnd(text, size, '\n');
+    NextUnit<uchar> tab(text, counts.tabs > 0 ? size : 0, '\t');
+    for (qint64 i = 0; i < size; ++i) {
+        const qint64 tabAt = counts.tabs > 0 ? tab.at(i) : size;
+        const qint64 end = qMin(lineEnd.at(i), tabAt);
+        sum.add((end - i) * width);
+        i = end;
+        if (i < size)
+            i == tabAt ? sum.addTab() : sum.addLineEnd();
+    }
+    const bool anyText = size > counts.tabs + counts.lineEnds;
+    return sum.finish(anyText ? width : INT_MAX, anyText ? width : 0);
+}
+
+/// Width of a unit that joins no plain one and is neither LF nor TAB, else AdvanceTable::unknown.
+class PlainWidths {
+public:
+    explicit PlainWidths(const TextLayout &layout)
+        : m_layout(layout)
+        , m_known(layout.knownWidths())
+    {
+    }
+
+    int of(uchar unit) const
+    {
+        return unit != '\n' && unit != '\t' ? m_layout.width(unit) : AdvanceTable::unknown;
+    }
+    int of(char16_t unit) const
+    {
+        const quint16 width = m_known[unit];
+        return width != AdvanceTable::unknown ? width : measured(unit);
+    }
+
+private:
+    int measured(char16_t unit) const
+    {
+        if (unit != u'\n' && unit != u'\t' && !QChar::isSurrogate(unit))
+            m_layout.width(unit);
+        return m_known[unit];
+    }
+
+    const TextLayout &m_layout;
+    const quint16 *m_known;
+};
+
+/// Adds up any text between TABs and LFs.
+template <typename Unit> class AnySum {
+public:
+    AnySum(const Unit *text, qint64 size, const TextLayout &layout)
+        : m_text(text)
+        , m_size(size)
+        , m_layout(layout)
+        , m_plain(layout)
+        , m_sum(layout.tabStop())
+    {
+    }
+
+    TextSummary make()
+    {
+        for (qint64 i = 0; i < m_size;) {
+            const qint64 end = addPlain(i);
+            if (end < m_size && m_text[end] == '\t')
+                m_sum.addTab();
+            else if (end < m_size && m_text[end] == '\n')
+                m_sum.addLineEnd();
+            else if (end < m_size) {
+                i = addJoined(i, end);
+                continue;
+            }
+            i = end + 1;
+        }
+        return m_sum.finish(m_narrowest, m_widest);
+    }
+
+private:
+    void note(int narrow, int wide)
+    {
+        m_narrowest = qMin(m_narrowest, narrow);
+        m_widest = qMax(m_widest, wide);
+    }
+    qint64 addPlain(qint64 i)
+    {
+        const PlainWidths plain = m_plain;
+        const Unit *text = m_text;
+        const qint64 size = m_size;
+        Subpixels run = 0;
+        int narrowest = m_narrowest;
+        int widest = m_widest;
+        for (int width; i < size && (width = plain.of(text[i])) != AdvanceTable::unknown; ++i) {
+            run += width;
+            narrowest = qMin(narrowest, width);
+            widest = qMax(widest, width);
+        }
+        note(narrowest, widest);
+        m_sum.add(run);
+        return i;
+    }
+    /// Adds the character that unit `at` is part of, which may begin with the plain unit before it, counted
+    /// already, if that is not before `from`. Returns the place behind it, `from` at the least.
+    qint64 addJoined(qint64 from, qint64 at)
+    {
+        if constexpr (sizeof(Unit) == 1) {
+            Q_UNREACHABLE();
+        } else {
+            const qint64 start = qMax(from, at - 1);
+            const TextLayout::Character found = m_layout.character(m_text, m_size, start);
+            m_sum.add(found.width - (start < at ? m_plain.of(m_text[start]) : 0));
+            note(found.end > start + 1 ? 0 : found.width, found.width);
+            return found.end;
+        }
+    }
+
+    const Unit *m_text;
+    qint64 m_size;
+    const TextLayout &m_layout;
+    PlainWidths m_plain;
+    Summing m_sum;
+    int m_narrowest = INT_MAX;
+    int m_widest = 0;
+};
+
+template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const TextLayout &layout)
+{
+    return AnySum<Unit>(text, size, layout).make();
+}
+
+TextSummary sumText(const uchar *text, qint64 size, const TextLayout &layout)
+{
+    if (layout.asciiWidth() > 0) {
+        const ByteCounts counts = countBytes(text, size);
+        if (counts.others == 0)
+            return sumAscii(text, size, layout, counts);
+    }
+    return sumAny(text, size, layout);
+}
+
+TextSummary sumText(const char16_t *text, qint64 size, const TextLayout &layout)
+{
+    return sumAny(text, size, layout);
+}
+
+/// Breaks behind the first LF, and the x at the end.
+template <typename Unit>
+void addBreaks(TextSummary &summary, const Unit *text, qint64 size, const TextLayout &layout)
+{
+    using Scan = RowScan<Unit>;
+    const qint64 begin = NextUnit<Unit>(text, size, '\n').at(0) + 1;
+    Scan scan(text, size, layout, summary.even, begin, 0);
+    for (auto event = scan.next(); event != Scan::Event::None; event = scan.next())
+        summary.breaks += event == Scan::Event::Break;
+    summary.tailFill = scan.x();
+}
+
+} // namespace
+
+TextSummary summaryOf(const TextLeaf &leaf, const TextLayout &layout)
+{
+    return leaf.visit([&](const auto *text) {
+        TextSummary summary = sumText(text, leaf.size, layout);
+        summary.units = leaf.size;
+        if (layout.wraps() && summary.lineEnds > 0)
+            addBreaks(summary, text, leaf.size, layout);
+        return summary;
+    });
+}
+
+qint64 unitAcross(
+    const TextTree &leaf, const TextLayout &layout, qint64 from, qint64 to, Subpixels &x, Subpixels target)
+{
+    return leafOf(leaf).visit([&](const auto *text) {
+        UnitWidths widths(text, leaf.units(), layout);
+        qint64 i = from;
+        for (; i < to; ++i) {
+            const Subpixels after = text[i] == '\t' ? Reach::nextStop(x, layout.tabStop()) : x + widths.at(i);
+            if (after > target)
+                break;
+            x = after;
+        }
+        return i;
+    });
+}
+
+Subpixels xBehind(const TextTree &leaf, const TextLayout &layout, qint64 from, qint64 to, Subpixels x)
+{
+    unitAcross(leaf, layout, from, to, x, std::numeric_limits<Subpixels>::max());
+    return x;
+}
+
+qint64 lineEndsBefore(const TextLeaf &leaf, qint64 to)
+{
+    return leaf.visit([to](const auto *text) -> qint64 { return std::count(text, text + to, '\n'); });
+}
+
+qint64 behindLineEnd(const TextLeaf &leaf, qint64 count)
+{
+    return leaf.visit([&](const auto *text) {
+        NextUnit lineEnd(text, leaf.size, '\n');
+        qint64 position = 0;
+        for (; count > 0; --count)
+            position = lineEnd.at(position) + 1;
+        return position;
+    });
+}

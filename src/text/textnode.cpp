@@ -1,0 +1,120 @@
+#include "text/textnode.h"
+
+#include "text/rowflow.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace {
+
+int leafSize = 4096;
+int childCount = TextInner::arraySize;
+
+bool isLatin1(QStringView text)
+{
+    char16_t all = 0;
+    for (const QChar unit : text)
+        all |= unit.unicode();
+    return all < 0x100;
+}
+
+} // namespace
+
+void setNodeSizes(int leafUnits)
+{
+    Q_ASSERT(leafUnits >= 4 && leafUnits <= 0x4000);
+    leafSize = leafUnits;
+    childCount = leafUnits < 64 ? 4 : TextInner::arraySize;
+}
+
+void TextNodeRef::destroy(TextNode *node)
+{
+    if (node->height == 0)
+        TextLeaf::destroy(static_cast<TextLeaf *>(node));
+    else
+        delete static_cast<TextInner *>(node);
+}
+
+int TextLeaf::maxSize()
+{
+    return leafSize;
+}
+
+TextLeaf *TextLeaf::create(bool wide, qint64 capacity)
+{
+    void *memory = ::operator new(sizeof(TextLeaf) + size_t(capacity << (wide ? 1 : 0)));
+    return new (memory) TextLeaf(wide, qint32(capacity));
+}
+
+void TextLeaf::destroy(TextLeaf *leaf)
+{
+    leaf->~TextLeaf();
+    ::operator delete(leaf);
+}
+
+TextNodeRef TextLeaf::fromText(QStringView text, qint64 capacity)
+{
+    const bool wide = !isLatin1(text);
+    TextLeaf *leaf = create(wide, capacity);
+    leaf->size = qint32(text.size());
+    if (wide)
+        std::copy_n(text.utf16(), text.size(), leaf->units());
+    else
+        std::transform(
+            text.begin(), text.end(), leaf->bytes(), [](QChar unit) { return uchar(unit.unicode()); });
+    return TextNodeRef(leaf);
+}
+
+TextNodeRef TextLeaf::fromText(QByteArrayView latin1)
+{
+    TextLeaf *leaf = create(false, latin1.size());
+    leaf->size = qint32(latin1.size());
+    memcpy(leaf->bytes(), latin1.data(), size_t(latin1.size()));
+    return TextNodeRef(leaf);
+}
+
+TextNodeRef TextLeaf::fromText(const LeafText &text, qint64 from, qint64 to, qint64 capacity)
+{
+    TextNodeRef leaf = fromText(text.view().sliced(from, to - from), capacity);
+    if (!text.spellings.isEmpty())
+        static_cast<TextLeaf &>(*leaf.get()).setSpellings(text.spellings.part(from, to));
+    return leaf;
+}
+
+void TextLeaf::copyTo(char16_t *to, qint64 from, qint64 count) const
+{
+    visit([=](const auto *text) { std::copy_n(text + from, count, to); });
+}
+
+TextNodeRef TextLeaf::part(qint64 from, qint64 count) const
+{
+    TextNodeRef leaf = wide ? fromText(utf16().sliced(from, count)) : fromText(latin1().sliced(from, count));
+    if (spellings)
+        static_cast<TextLeaf &>(*leaf.get()).setSpellings(spellings->part(from, from + count));
+    return leaf;
+}
+
+void TextLeaf::setSpellings(Spellings &&some)
+{
+    spellings = some.isEmpty() ? nullptr : std::make_unique<const Spellings>(std::move(some));
+}
+
+int TextInner::maxCount()
+{
+    return childCount;
+}
+
+TextInner::TextInner(qint32 nodeHeight, quint64 layoutStamp)
+    : TextNode(nodeHeight)
+    , stamp(layoutStamp)
+{
+}
+
+TextInner::~TextInner() = default;
+
+void TextInner::forgetTable()
+{
+    table.reset();
+    tableState = TableState::Unasked;
+}

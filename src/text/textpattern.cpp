@@ -1,0 +1,378 @@
+#include "text/textpattern.h"
+
+#include "text/unitfold.h"
+
+#include <QList>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+/// Candidates are picked by two units that are at most this far apart, so that few places of a run need a
+/// look beyond its end.
+constexpr qsizetype maxDistance = 63;
+
+/// Places that are tried at once.
+constexpr qint64 blockSize = 64;
+
+/// Units that may be compared in vain before a search goes on unit by unit.
+constexpr qint64 freeComparisons = 4096;
+
+QString folded(const QString &text)
+{
+    QString units = text;
+    char16_t before = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t unit = text.at(i).unicode();
+        units[i] = QChar(foldedUnit(unit, before));
+        before = unit;
+    }
+    return units;
+}
+
+char16_t unitOf(const TextChunk &run, qint64 index)
+{
+    return run.isLatin1() ? uchar(run.latin1.at(index)) : run.utf16.at(index).unicode();
+}
+
+/// Calls `function(units)` with the run's units as uchar or as char16_t.
+template <typename Function> decltype(auto) visit(const TextChunk &run, Function &&function)
+{
+    return run.isLatin1() ? function(reinterpret_cast<const uchar *>(run.latin1.data()))
+                          : function(reinterpret_cast<const char16_t *>(run.utf16.utf16()));
+}
+
+} // namespace
+
+TextPattern::TextPattern(const QString &text, Qt::CaseSensitivity caseSensitivity)
+    : m_text(text)
+    , m_caseSensitivity(caseSensitivity)
+    // A surrogate by itself has no case, whatever stands before it.
+    , m_folds(caseSensitivity == Qt::CaseInsensitive && !(text.size() == 1 && text.front().isSurrogate()))
+    , m_folded(m_folds ? folded(text) : text)
+{
+    // No line holds a line end.
+    if (text.contains(u'\n'))
+        m_folded.clear();
+    if (m_folded.isEmpty())
+        return;
+    m_distance = qMin(m_folded.size() - 1, maxDistance);
+    m_latin1 = { probeOf<uchar>(0), probeOf<uchar>(m_distance) };
+    m_utf16 = { probeOf<char16_t>(0), probeOf<char16_t>(m_distance) };
+}
+
+QList<char16_t> TextPattern::unitsEqualTo(qsizetype index) const
+{
+    const char16_t wanted = m_folded.at(index).unicode();
+    if (!m_folds)
+        return { wanted };
+    const char16_t before = index > 0 ? m_folded.at(index - 1).unicode() : u'\0';
+    QList<char16_t> units;
+    const bool isLow = QChar::isLowSurrogate(wanted);
+    for (char32_t unit = isLow ? 0xdc00 : 0; unit <= (isLow ? 0xdfff : 0xffff); ++unit) {
+        if (foldedUnit(char16_t(unit), before) == wanted)
+            units << char16_t(unit);
+    }
+    return units;
+}
+
+template <typename Unit> TextPattern::Probe<Unit> TextPattern::probeOf(qsizetype index) const
+{
+    Probe<Unit> probe;
+    std::size_t count = 0;
+    for (const char16_t unit : unitsEqualTo(index)) {
+        if (unit > std::numeric_limits<Unit>::max())
+            continue;
+        Q_ASSERT(count < probe.most);
+        if (count == 0)
+            probe.values.fill(Unit(unit));
+        probe.values[count++] = Unit(unit);
+    }
+    probe.isPossible = count > 0;
+    return probe;
+}
+
+/// How long the longest beginning of `units` is that also ends at each of its units.
+static QList<qsizetype> bordersOf(const QString &units)
+{
+    QList<qsizetype> borders(units.size(), 0);
+    for (qsizetype i = 1, border = 0; i < units.size(); ++i) {
+        while (border > 0 && units.at(i) != units.at(border))
+            border = borders.at(border - 1);
+        border += units.at(i) == units.at(border);
+        borders[i] = border;
+    }
+    return borders;
+}
+
+/// Takes a text unit by unit and tells where the pattern is complete: Knuth, Morris and Pratt's way.
+class UnitMatcher {
+public:
+    explicit UnitMatcher(const QString &units)
+        : m_units(units)
+        , m_borders(bordersOf(units))
+    {
+    }
+    bool take(char16_t unit)
+    {
+        if (m_matched == m_units.size())
+            m_matched = m_borders.last();
+        while (m_matched > 0 && m_units.at(m_matched) != unit)
+            m_matched = m_borders.at(m_matched - 1);
+        m_matched += m_units.at(m_matched) == unit;
+        return m_matched == m_units.size();
+    }
+
+private:
+    const QString m_units;
+    const QList<qsizetype> m_borders;
+    qsizetype m_matched = 0;
+};
+
+/// One search of one store.
+class PatternSearch {
+public:
+    PatternSearch(const TextPattern &pattern, const TextStore &store)
+        : m_pattern(pattern)
+        , m_store(store)
+        , m_length(pattern.length())
+    {
+    }
+
+    qint64 forwards(qint64 from);
+    qint64 backwards(qint64 from);
+
+private:
+    template <typename Unit> using Probes = TextPattern::Probes<Unit>;
+    const Probes<uchar> &probesFor(const uchar *) const { return m_pattern.m_latin1; }
+    const Probes<char16_t> &probesFor(const char16_t *) const { return m_pattern.m_utf16; }
+
+    template <typename Unit> bool isCandidate(const Unit *units) const;
+    template <typename Unit> bool hasCandidate(const Unit *units) const;
+    template <typename Unit> bool settlesForwards(const TextChunk &run, const Unit *units, qint64 count);
+    template <typename Unit> bool settlesBackwards(const TextChunk &run, const Unit *units);
+    template <typename Unit> bool settlesAcross(const TextChunk &run, const Unit *units, qint64 index);
+    bool settlesAt(const TextChunk &run, qint64 index);
+    bool matches(const TextChunk &run, qint64 index);
+    qint64 equalUnits(const TextChunk &run, qint64 index, qint64 done, char16_t before) const;
+    bool beginsInsidePair(qint64 offset) const;
+    char16_t unitBefore(qint64 offset) const { return offset > 0 ? m_store.at(offset - 1) : u'\0'; }
+
+    qint64 forwardsByUnits(qint64 from) const;
+    qint64 backwardsByUnits(qint64 from) const;
+    char16_t folded(char16_t unit, char16_t before) const
+    {
+        return m_pattern.m_folds ? foldedUnit(unit, before) : unit;
+    }
+
+    const TextPattern &m_pattern;
+    const TextStore &m_store;
+    const qint64 m_length;
+    qint64 m_from = 0;
+    qint64 m_compared = 0; ///< units that equalled the pattern's at places that were no hits
+    qint64 m_hit = -1;
+    qint64 m_givenUpAt = -1; ///< the place from which on the search is to go on unit by unit
+};
+
+template <typename Unit> bool PatternSearch::isCandidate(const Unit *units) const
+{
+    const Probes<Unit> &probes = probesFor(units);
+    return probes.first.has(units[0]) && probes.second.has(units[m_pattern.m_distance]);
+}
+
+/// Whether one of `blockSize` places is a candidate; without a branch, for the compiler to make vectors of.
+template <typename Unit> bool PatternSearch::hasCandidate(const Unit *units) const
+{
+    const Probes<Unit> probes = probesFor(units);
+    const Unit *const second = units + m_pattern.m_distance;
+    Unit any = 0;
+    for (qint64 i = 0; i < blockSize; ++i) {
+        Unit isFirst = 0;
+        Unit isSecond = 0;
+        for (std::size_t k = 0; k < probes.first.most; ++k) {
+            isFirst = Unit(isFirst | Unit(units[i] == probes.first.values[k]));
+            isSecond = Unit(isSecond | Unit(second[i] == probes.second.values[k]));
+        }
+        any = Unit(any | (isFirst & isSecond));
+    }
+    return any != 0;
+}
+
+/// How many units of the run from `index` on equal the pattern's from `done` on.
+qint64 PatternSearch::equalUnits(const TextChunk &run, qint64 index, qint64 done, char16_t before) const
+{
+    const qint64 count = qMin(run.size() - index, m_length - done);
+    const char16_t *const wanted = QStringView(m_pattern.m_folded).utf16() + done;
+    return visit(run, [&](const auto *units) {
+        units += index;
+        qint64 i = 0;
+        if (!m_pattern.m_folds) {
+            while (i < count && units[i] == wanted[i])
+                ++i;
+            return i;
+        }
+        for (; i < count && foldedUnit(units[i], before) == wanted[i]; ++i)
+            before = units[i];
+        return i;
+    });
+}
+
+/// When case does not count a pair is one character, and a pattern that begins with a low surrogate does not
+/// begin inside it.
+bool PatternSearch::beginsInsidePair(qint64 offset) const
+{
+    return m_pattern.m_folds && m_pattern.m_folded.front().isLowSurrogate()
+        && QChar::isHighSurrogate(unitBefore(offset));
+}
+
+/// Whether there is a hit at an index of the run; it may end in another one.
+bool PatternSearch::matches(const TextChunk &run, qint64 index)
+{
+    TextChunk part = run;
+    qint64 done = equalUnits(part, index, 0, 0);
+    qint64 end = part.offset + index + done;
+    while (done < m_length && end == part.offset + part.size() && end < m_store.length()) {
+        const char16_t before = unitOf(part, part.size() - 1);
+        part = m_store.chunkAt(end);
+        const qint64 equal = equalUnits(part, 0, done, before);
+        done += equal;
+        end += equal;
+    }
+    m_compared += done;
+    return done == m_length && !beginsInsidePair(run.offset + index);
+}
+
+/// Whether the search is over here: there is a hit, or too much was compared in vain.
+bool PatternSearch::settlesAt(const TextChunk &run, qint64 index)
+{
+    const qint64 offset = run.offset + index;
+    if (matches(run, index))
+        m_hit = offset;
+    else if (m_compared > freeComparisons + 8 * qAbs(offset - m_from))
+        m_givenUpAt = offset;
+    return m_hit >= 0 || m_givenUpAt >= 0;
+}
+
+template <typename Unit>
+bool PatternSearch::settlesAcross(const TextChunk &run, const Unit *units, qint64 index)
+{
+    return probesFor(units).first.has(units[index]) && settlesAt(run, index);
+}
+
+/// Tries the run's first `count` places.
+template <typename Unit>
+bool PatternSearch::settlesForwards(const TextChunk &run, const Unit *units, qint64 count)
+{
+    if (!probesFor(units).first.isPossible)
+        return false;
+    const qint64 across = qBound<qint64>(0, run.size() - m_pattern.m_distance, count);
+    const qint64 inside = probesFor(units).second.isPossible ? across : 0;
+    for (qint64 begin = 0; begin < inside; begin += blockSize) {
+        const qint64 end = qMin(inside, begin + blockSize);
+        if (end - begin == blockSize && !hasCandidate(units + begin))
+            continue;
+        for (qint64 index = begin; index < end; ++index) {
+            if (isCandidate(units + index) && settlesAt(run, index))
+                return true;
+        }
+    }
+    for (qint64 index = across; index < count; ++index) {
+        if (settlesAcross(run, units, index))
+            return true;
+    }
+    return false;
+}
+
+/// Tries all places of the run, the last one first.
+template <typename Unit> bool PatternSearch::settlesBackwards(const TextChunk &run, const Unit *units)
+{
+    if (!probesFor(units).first.isPossible)
+        return false;
+    const qint64 across = qMax<qint64>(0, run.size() - m_pattern.m_distance);
+    for (qint64 index = run.size(); index-- > across;) {
+        if (settlesAcross(run, units, index))
+            return true;
+    }
+    const qint64 inside = probesFor(units).second.isPossible ? across : 0;
+    for (qint64 end = inside; end > 0; end -= blockSize) {
+        const qint64 begin = qMax<qint64>(0, end - blockSize);
+        if (end - begin == blockSize && !hasCandidate(units + begin))
+            continue;
+        for (qint64 index = end; index-- > begin;) {
+            if (isCandidate(units + index) && settlesAt(run, index))
+                return true;
+        }
+    }
+    return false;
+}
+
+qint64 PatternSearch::forwards(qint64 from)
+{
+    m_from = from;
+    const qint64 last = m_store.length() - m_length;
+    for (qint64 at = from; at <= last;) {
+        const TextChunk run = m_store.chunkAt(at);
+        const qint64 count = qMin(run.size(), last - at + 1);
+        if (visit(run, [&](const auto *units) { return settlesForwards(run, units, count); }))
+            return m_givenUpAt >= 0 ? forwardsByUnits(m_givenUpAt) : m_hit;
+        at += run.size();
+    }
+    return -1;
+}
+
+qint64 PatternSearch::backwards(qint64 from)
+{
+    m_from = qMin(from, m_store.length() - m_length);
+    for (qint64 end = m_from + 1; end > 0;) {
+        const TextChunk run = m_store.chunkBefore(end);
+        if (visit(run, [&](const auto *units) { return settlesBackwards(run, units); }))
+            return m_givenUpAt >= 0 ? backwardsByUnits(m_givenUpAt) : m_hit;
+        end = run.offset;
+    }
+    return -1;
+}
+
+qint64 PatternSearch::forwardsByUnits(qint64 from) const
+{
+    UnitMatcher matcher(m_pattern.m_folded);
+    char16_t before = unitBefore(from);
+    for (qint64 at = from; at < m_store.length();) {
+        const TextChunk run = m_store.chunkAt(at);
+        for (qint64 i = 0; i < run.size(); ++i, ++at) {
+            const char16_t unit = unitOf(run, i);
+            if (matcher.take(folded(unit, before)) && !beginsInsidePair(at + 1 - m_length))
+                return at + 1 - m_length;
+            before = unit;
+        }
+    }
+    return -1;
+}
+
+qint64 PatternSearch::backwardsByUnits(qint64 from) const
+{
+    QString reversed = m_pattern.m_folded;
+    std::reverse(reversed.begin(), reversed.end());
+    UnitMatcher matcher(reversed);
+    for (qint64 end = from + m_length; end > 0;) {
+        const TextChunk run = m_store.chunkBefore(end);
+        const char16_t beforeRun = unitBefore(run.offset);
+        for (qint64 i = run.size(); i-- > 0;) {
+            const char16_t before = i > 0 ? unitOf(run, i - 1) : beforeRun;
+            if (matcher.take(folded(unitOf(run, i), before)) && !beginsInsidePair(run.offset + i))
+                return run.offset + i;
+        }
+        end = run.offset;
+    }
+    return -1;
+}
+
+qint64 TextPattern::indexIn(const TextStore &store, qint64 from) const
+{
+    return m_folded.isEmpty() ? -1 : PatternSearch(*this, store).forwards(from);
+}
+
+qint64 TextPattern::lastIndexIn(const TextStore &store, qint64 from) const
+{
+    return m_folded.isEmpty() ? -1 : PatternSearch(*this, store).backwards(from);
+}

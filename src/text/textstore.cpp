@@ -1,0 +1,441 @@
+#include "text/textstore.h"
+
+#include "text/graphemes.h"
+#include "text/openleaf.h"
+#include "text/rowflow.h"
+#include "text/rowlookup.h"
+#include "text/treebuilder.h"
+
+class TextStore::Private {
+public:
+    explicit Private(const LayoutRule &rule)
+        : layout(rule)
+    {
+    }
+
+    /// What can be asked without closing the leaf that is being edited.
+    qint64 length() const { return m_tree.units() + m_open.growth(); }
+    bool isInside(qint64 offset, qint64 length = 0) const
+    {
+        return offset >= 0 && length >= 0 && length <= this->length() - offset;
+    }
+    const TextLeaf &leafAt(qint64 offset, qint64 length, qint64 &start) const;
+    void copyTo(char16_t *to, qint64 offset, qint64 length) const;
+
+    const TextTree &tree() const
+    {
+        m_open.close(m_tree, layout);
+        return m_tree;
+    }
+    void setTree(TextTree &&tree) { m_tree = std::move(tree); }
+    void setLayout(const LayoutRule &rule);
+    void replace(qint64 offset, qint64 removed, QStringView inserted);
+    void put(qint64 offset, qint64 removed, TextTree &&inserted);
+
+    qint64 rowStart(qint64 row) const;
+    Row rowAt(qint64 row, qint64 rowCount) const;
+    RowCol rowColAt(qint64 offset) const;
+
+    /// The last answers. Whoever paints asks for the same row again and again, and then for the next one;
+    /// whoever edits, for the cursor's place.
+    struct Answers {
+        qint64 row = -1;
+        Row rowPlace;
+        qint64 offset = -1;
+        RowCol offsetPlace;
+    };
+    mutable Answers last; ///< reset by every change of layout or tree
+    TextLayout layout;
+    std::optional<QByteArray> endSpelling; ///< what the file had behind the last unit; not part of the text
+    bool isSpelledWhenEmpty = false; ///< there was no unit, and so it goes with none
+
+private:
+    mutable TextTree m_tree;
+    mutable OpenLeaf m_open;
+};
+
+/// Offset at which a row begins.
+qint64 TextStore::Private::rowStart(qint64 row) const
+{
+    if (row == 0)
+        return 0;
+    if (row == last.row)
+        return last.rowPlace.start;
+    if (row - 1 == last.row)
+        return last.rowPlace.start + last.rowPlace.length + (last.rowPlace.endsLine ? 1 : 0);
+    return rowEnd(tree(), layout, row - 1).next;
+}
+
+TextStore::Row TextStore::Private::rowAt(qint64 row, qint64 rowCount) const
+{
+    const qint64 start = rowStart(row);
+    if (row == rowCount - 1)
+        return { start, length() - start, true };
+    const RowEnd end = rowEnd(tree(), layout, row, start);
+    return { start, end.next - start - (end.isLineEnd ? 1 : 0), end.isLineEnd };
+}
+
+RowCol TextStore::Private::rowColAt(qint64 offset) const
+{
+    const qint64 row = layout.wraps() ? rowsBefore(tree(), layout, offset) : linesBefore(tree(), offset);
+    return { row, offset - rowStart(row) };
+}
+
+/// The leaf that holds unit `offset` and, if it is the one being edited, the `length` units from there.
+const TextLeaf &TextStore::Private::leafAt(qint64 offset, qint64 length, qint64 &start) const
+{
+    if (!m_open.holds(offset, offset + length))
+        return ::leafAt(tree(), offset, start);
+    start = m_open.start();
+    return m_open.leaf();
+}
+
+void TextStore::Private::copyTo(char16_t *to, qint64 offset, qint64 length) const
+{
+    if (m_open.holds(offset, offset + length))
+        m_open.leaf().copyTo(to, offset - m_open.start(), length);
+    else
+        copyUnits(tree(), offset, length, to);
+}
+
+void TextStore::Private::setLayout(const LayoutRule &rule)
+{
+    m_open.close(m_tree, layout);
+    last = {};
+    layout = TextLayout(rule);
+    layOut(m_tree, layout);
+}
+
+void TextStore::Private::replace(qint64 offset, qint64 removed, QStringView inserted)
+{
+    last = {};
+    if (!m_open.replace(m_tree, offset, removed, inserted, layout))
+        put(offset, removed, treeOf(inserted, layout));
+}
+
+/// Replaces any stretch by any tree.
+void TextStore::Private::put(qint64 offset, qint64 removed, TextTree &&inserted)
+{
+    m_open.close(m_tree, layout);
+    last = {};
+    auto [before, rest] = split(std::move(m_tree), offset, layout);
+    TextTree behind = split(std::move(rest), removed, layout).second;
+    TextTree start = concatenate(std::move(before), std::move(inserted), layout);
+    m_tree = concatenate(std::move(start), std::move(behind), layout);
+}
+
+TextStore::TextStore()
+    : TextStore(LayoutRule{})
+{
+}
+
+TextStore::TextStore(const LayoutRule &rule)
+    : d(std::make_unique<Private>(rule))
+{
+}
+
+TextStore::TextStore(TextStore &&) noexcept = default;
+TextStore &TextStore::operator=(TextStore &&) noexcept = default;
+TextStore::~TextStore() = default;
+
+qint64 TextStore::length() const
+{
+    return d->length();
+}
+qint64 TextStore::lineCount() const
+{
+    return d->tree().summary.lineEnds + 1;
+}
+
+qint64 TextStore::rowCount() const
+{
+    if (!d->layout.wraps() || d->tree().isEmpty())
+        return lineCount();
+    return lineCount() + flow(d->tree(), d->layout, 0).breaks;
+}
+
+Subpixels TextStore::widestRow() const
+{
+    const TextSummary &summary = d->tree().summary;
+    Subpixels widest = summary.head.from(0, d->layout.tabStop());
+    if (summary.lineEnds > 0)
+        widest = qMax(widest, qMax(summary.widest, summary.tail));
+    return d->layout.wraps() ? qMin(widest, qMax<Subpixels>(d->layout.limit(), summary.widestUnit)) : widest;
+}
+
+const LayoutRule &TextStore::layoutRule() const
+{
+    return d->layout.rule();
+}
+
+void TextStore::setLayoutRule(const LayoutRule &rule)
+{
+    d->setLayout(rule);
+}
+
+char16_t TextStore::at(qint64 offset) const
+{
+    Q_ASSERT(d->isInside(offset, 1));
+    qint64 start = 0;
+    const TextLeaf &leaf = d->leafAt(offset, 1, start);
+    return leaf.at(offset - start);
+}
+
+QString TextStore::text(qint64 offset, qint64 length) const
+{
+    Q_ASSERT(d->isInside(offset, length));
+    QString text(length, Qt::Uninitialized);
+    d->copyTo(reinterpret_cast<char16_t *>(text.data()), offset, length);
+    return text;
+}
+
+static TextChunk chunkOf(const TextLeaf &leaf, qint64 offset, qint64 start)
+{
+    if (leaf.wide)
+        return { offset, {}, leaf.utf16().sliced(offset - start) };
+    return { offset, leaf.latin1().sliced(offset - start), {} };
+}
+
+TextChunk TextStore::chunkAt(qint64 offset) const
+{
+    Q_ASSERT(d->isInside(offset, 1));
+    qint64 start = 0;
+    const TextLeaf &leaf = d->leafAt(offset, 1, start);
+    return chunkOf(leaf, offset, start);
+}
+
+TextChunk TextStore::spelledChunkAt(qint64 offset) const
+{
+    if (offset == length()) {
+        TextChunk end;
+        end.offset = offset;
+        if (d->endSpelling && (offset > 0 || d->isSpelledWhenEmpty))
+            end.spelling = QByteArrayView(*d->endSpelling);
+        return end;
+    }
+    Q_ASSERT(d->isInside(offset, 1));
+    qint64 start = 0;
+    const TextLeaf &leaf = d->leafAt(offset, 1, start);
+    TextChunk chunk = chunkOf(leaf, offset, start);
+    const qsizetype next = leaf.spellings ? leaf.spellings->firstFrom(offset - start) : 0;
+    if (!leaf.spellings || next == leaf.spellings->count())
+        return chunk;
+    const qint64 before = leaf.spellings->place(next) - (offset - start);
+    if (before == 0)
+        chunk.spelling = leaf.spellings->bytes(next);
+    chunk.truncate(qMax<qint64>(1, before));
+    return chunk;
+}
+
+TextChunk TextStore::chunkBefore(qint64 end) const
+{
+    Q_ASSERT(end > 0 && end <= length());
+    qint64 start = 0;
+    const TextLeaf &leaf = d->leafAt(end - 1, 1, start);
+    if (leaf.wide)
+        return { start, {}, leaf.utf16().first(end - start) };
+    return { start, leaf.latin1().first(end - start), {} };
+}
+
+void TextStore::replace(qint64 offset, qint64 removed, QStringView inserted)
+{
+    Q_ASSERT(d->isInside(offset, removed));
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    d->replace(offset, removed, inserted);
+}
+
+TextPiece TextStore::take(qint64 offset, qint64 length)
+{
+    return exchange(offset, length, QStringView());
+}
+
+TextPiece TextStore::exchange(qint64 offset, qint64 removed, QStringView inserted)
+{
+    TextPiece taken = piece(offset, removed);
+    replace(offset, removed, inserted);
+    return taken;
+}
+
+TextPiece TextStore::exchange(qint64 offset, qint64 removed, const TextPiece &inserted)
+{
+    if (inserted.isPlainText())
+        return exchange(offset, removed, inserted.text());
+    TextPiece taken = take(offset, removed);
+    insert(offset, inserted);
+    return taken;
+}
+
+TextPiece TextStore::piece(qint64 offset, qint64 length) const
+{
+    Q_ASSERT(d->isInside(offset, length));
+    if (length == 0)
+        return {};
+    qint64 start = 0;
+    if (const TextLeaf &leaf = d->leafAt(offset, length, start); offset + length <= start + leaf.size)
+        return TextPiece(leaf.part(offset - start, length));
+    TextTree shared = d->tree();
+    auto [before, rest] = split(std::move(shared), offset, d->layout);
+    return TextPiece(std::move(split(std::move(rest), length, d->layout).first.node));
+}
+
+void TextStore::insert(qint64 offset, const TextPiece &piece)
+{
+    Q_ASSERT(d->isInside(offset));
+    if (piece.isPlainText())
+        replace(offset, 0, piece.text());
+    else
+        d->put(offset, 0, treeUnder(piece.m_root, d->layout));
+}
+
+TextStore::Row TextStore::row(qint64 row) const
+{
+    Q_ASSERT(row >= 0 && row < rowCount());
+    if (row != d->last.row) {
+        d->last.rowPlace = d->rowAt(row, rowCount());
+        d->last.row = row;
+    }
+    return d->last.rowPlace;
+}
+
+RowCol TextStore::rowColAt(qint64 offset) const
+{
+    Q_ASSERT(d->isInside(offset));
+    if (d->tree().isEmpty())
+        return {};
+    if (offset != d->last.offset) {
+        d->last.offsetPlace = d->rowColAt(offset);
+        d->last.offset = offset;
+    }
+    return d->last.offsetPlace;
+}
+
+RowCol TextStore::rowColAt(CursorPlace place) const
+{
+    const RowCol position = rowColAt(place.offset);
+    if (!place.atRowEnd || position.column > 0 || position.row == 0)
+        return position;
+    const Row above = row(position.row - 1);
+    return above.endsLine ? position : RowCol{ position.row - 1, above.length };
+}
+
+CursorPlace TextStore::placeAt(RowCol position) const
+{
+    const Row found = row(position.row);
+    Q_ASSERT(position.column >= 0 && position.column <= found.length);
+    return { found.start + position.column, position.column == found.length && !found.endsLine };
+}
+
+bool TextStore::fitsInRow(qint64 offset, qint64 length) const
+{
+    if (!d->layout.wraps())
+        return true;
+    const qint64 end = offset + length;
+    const bool isWhole =
+        length == 0 || end == this->length() || (standsAlone(at(end - 1)) && standsAlone(at(end)));
+    return isWhole && d->layout.isWithinLimit(text(offset, length));
+}
+
+qint64 TextStore::offsetAt(RowCol position) const
+{
+    Q_ASSERT(position.column >= 0 && position.column <= row(position.row).length);
+    return d->rowStart(position.row) + position.column;
+}
+
+qint64 TextStore::lineAt(qint64 offset) const
+{
+    Q_ASSERT(d->isInside(offset));
+    return d->tree().isEmpty() ? 0 : linesBefore(d->tree(), offset);
+}
+
+LineCol TextStore::lineColAt(qint64 offset) const
+{
+    const qint64 line = lineAt(offset);
+    return { line, offset - lineStart(line) };
+}
+
+qint64 TextStore::lineStart(qint64 line) const
+{
+    Q_ASSERT(line >= 0 && line < lineCount());
+    return behindLine(d->tree(), line);
+}
+
+qint64 TextStore::rowOfLine(qint64 line) const
+{
+    return d->layout.wraps() ? rowColAt(lineStart(line)).row : line;
+}
+
+qint64 TextStore::lineOfRow(qint64 row) const
+{
+    Q_ASSERT(row >= 0 && row < rowCount());
+    return d->layout.wraps() ? lineAt(d->rowStart(row)) : row;
+}
+
+Subpixels TextStore::xAt(RowCol position) const
+{
+    const qint64 end = offsetAt(position);
+    return d->tree().isEmpty() ? 0 : xAcross(d->tree(), d->layout, end - position.column, end, 0);
+}
+
+qint64 TextStore::columnAt(qint64 row, Subpixels x) const
+{
+    const Row place = this->row(row);
+    if (d->tree().isEmpty() || x < 0)
+        return 0;
+    return offsetAcross(d->tree(), d->layout, place.start, place.start + place.length, x) - place.start;
+}
+
+void TextStore::checkInvariants() const
+{
+    [[maybe_unused]] const qint64 before = length();
+    checkTree(d->tree(), d->layout);
+    Q_ASSERT(length() == before);
+}
+void TextStore::setLeafCapacity(int units)
+{
+    setNodeSizes(units);
+}
+
+class TextStore::Builder::Private {
+public:
+    explicit Private(const LayoutRule &rule)
+        : store(rule)
+        , tree(store.d->layout)
+    {
+    }
+
+    TextStore store;
+    TreeBuilder tree;
+};
+
+TextStore::Builder::Builder(const LayoutRule &rule)
+    : d(std::make_unique<Private>(rule))
+{
+}
+
+TextStore::Builder::Builder(Builder &&) noexcept = default;
+TextStore::Builder::~Builder() = default;
+void TextStore::Builder::append(QByteArrayView latin1)
+{
+    d->tree.append(latin1);
+}
+void TextStore::Builder::append(QStringView text)
+{
+    d->tree.append(text);
+}
+
+void TextStore::Builder::spell(QByteArrayView bytes)
+{
+    d->tree.spell(bytes);
+}
+
+TextStore TextStore::Builder::finish()
+{
+    const LayoutRule rule = d->store.layoutRule();
+    d->store.d->setTree(d->tree.finish());
+    d->store.d->endSpelling = d->tree.lastSpelling();
+    d->store.d->isSpelledWhenEmpty = d->store.length() == 0;
+    TextStore finished = std::move(d->store);
+    d = std::make_unique<Private>(rule);
+    return finished;
+}

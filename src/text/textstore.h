@@ -1,0 +1,210 @@
+#pragma once
+
+#include "text/advancetable.h"
+#include "text/textnoderef.h"
+#include "text/units.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringView>
+
+#include <memory>
+#include <optional>
+
+/// How wide text is and where a row ends.
+struct LayoutRule {
+    /// Not owned; must outlive every store that uses it. Null: every character is 1 pixel wide, a surrogate
+    /// pair or a letter with its marks as well.
+    const AdvanceTable *advances = nullptr;
+    /// Distance between tab stops, > 0: a TAB reaches to the next multiple of it, counted from the row's
+    /// start.
+    Subpixels tabStop = 8 * subpixelsPerPixel;
+    /// A row takes no character that would end beyond this width (but always at least one); 0: rows are not
+    /// wrapped. A character as people see it stays on one row, with its combining marks, vowel signs and what
+    /// else graphemes.h tells; only one of more than a thousand units, or as many letters of flags in a row,
+    /// may be parted (but no surrogate pair is). It is as wide as its parts together, a flag as wide as one
+    /// letter, joined emoji as the first of them.
+    Subpixels limit = 0;
+    friend bool operator==(const LayoutRule &, const LayoutRule &) = default;
+};
+
+/// A run of text as it lies in the store: one of the two views is set. Valid until the next change of the
+/// store.
+struct TextChunk {
+    qint64 offset = 0; ///< of the first unit in the whole text
+    QByteArrayView latin1; ///< set where the store keeps one byte a unit (U+0000..U+00FF)
+    QStringView utf16; ///< set elsewhere
+    /// The bytes that the run, one unit then, was read from, where its code would write others. Without a
+    /// unit: what stood behind the whole text. See Spellings.
+    std::optional<QByteArrayView> spelling = std::nullopt;
+    bool isLatin1() const { return utf16.isNull(); }
+    qint64 size() const { return isLatin1() ? latin1.size() : utf16.size(); }
+    void truncate(qint64 size)
+    {
+        if (isLatin1())
+            latin1.truncate(size);
+        else
+            utf16.truncate(size);
+    }
+};
+
+struct TextTree;
+class TextPiece;
+
+/// Text of one document, cut into lines by LF and into display rows by a layout rule.
+///
+/// A B+ tree: leaves hold up to a few thousand units, one byte a unit where all are below 256; inner nodes
+/// sum units, line ends and row ends and keep the widest row. Every conversion is one descent.
+///
+/// Units: offsets, columns and lengths are UTF-16 units; rows, lines and columns count from 0.
+/// Cost: edits and conversions O(log n), whatever the length of a line, wrapped or not; the same row or
+/// offset again, and the next row, nothing to speak of. An edit near the one before, and a question for the
+/// text near it, is a matter of moving a few units: what it does to rows and lines is worked out when they
+/// are asked for. Threads: the last answers are kept, so that even questions are for one thread at a time.
+/// Errors: a position outside the text is the caller's bug and asserted; nothing here talks to the user.
+class TextStore {
+public:
+    /// One display row. `start + length` is the offset of its LF when `endsLine`, else of the next row's
+    /// first unit.
+    struct Row {
+        qint64 start = 0;
+        qint64 length = 0; ///< units of the row, its LF not counted
+        bool endsLine =
+            false; ///< the row is the last one of its logical line (true for the last row of the text)
+    };
+    /// Builds a store's content from blocks in order, for loading: no second copy, no edit cost.
+    class Builder;
+
+    TextStore();
+    explicit TextStore(const LayoutRule &rule);
+    TextStore(TextStore &&) noexcept;
+    TextStore &operator=(TextStore &&) noexcept;
+    ~TextStore();
+
+    /// Units in the text.
+    qint64 length() const;
+    /// Logical lines: LFs + 1.
+    qint64 lineCount() const;
+    /// Display rows, at least 1; equals lineCount() when rows are not wrapped.
+    qint64 rowCount() const;
+    /// Width of the widest row; exact, but where rows are wrapped it may be up to the limit, or the widest
+    /// character if that is wider.
+    Subpixels widestRow() const;
+
+    const LayoutRule &layoutRule() const;
+    /// Lays the whole text out anew, also for a rule equal to the one before (its advances may have changed):
+    /// O(n), the one operation that is.
+    void setLayoutRule(const LayoutRule &rule);
+
+    char16_t at(qint64 offset) const;
+    QString text(qint64 offset, qint64 length) const;
+    /// The whole text; a second copy, for small texts and tests.
+    QString text() const { return text(0, length()); }
+    /// The stored run that holds `offset` (< length()), beginning exactly at `offset` and at most one leaf
+    /// long.
+    TextChunk chunkAt(qint64 offset) const;
+    /// As chunkAt(), but in parts that are free of spellings or one unit with its spelling; at length() that
+    /// of the end.
+    TextChunk spelledChunkAt(qint64 offset) const;
+    /// The stored run that ends exactly at `end` (> 0), at most one leaf long: for walking backwards.
+    TextChunk chunkBefore(qint64 end) const;
+
+    /// Puts `inserted` in place of `removed` units at `offset`; positions behind it that were taken before
+    /// are stale.
+    void replace(qint64 offset, qint64 removed, QStringView inserted);
+    /// Cuts `length` units at `offset` out of the text and hands them over: O(log n).
+    TextPiece take(qint64 offset, qint64 length);
+    /// The same, and puts `inserted` in their place.
+    TextPiece exchange(qint64 offset, qint64 removed, QStringView inserted);
+    TextPiece exchange(qint64 offset, qint64 removed, const TextPiece &inserted);
+    /// The same text without cutting it out: O(log n) as well, the leaves are shared until one side changes.
+    TextPiece piece(qint64 offset, qint64 length) const;
+    /// Puts a piece in: O(log n) if it comes from this store and the layout rule has not been set since, else
+    /// its text is measured. The piece is not used up, nor is more than a leaf of its text copied.
+    void insert(qint64 offset, const TextPiece &piece);
+
+    Row row(qint64 row) const;
+    /// Row that holds `offset`; the offset at which a row begins belongs to that row, not to the end of the
+    /// one above.
+    RowCol rowColAt(qint64 offset) const;
+    RowCol rowColAt(CursorPlace place) const;
+    /// `position.column` may be 0..length of the row, which end means the row's own.
+    CursorPlace placeAt(RowCol position) const;
+    /// Whether a stretch without LF is surely too narrow to hold a wrapped row and go on behind it.
+    /// O(length).
+    bool fitsInRow(qint64 offset, qint64 length) const;
+    /// `position.column` may be 0..length of the row.
+    qint64 offsetAt(RowCol position) const;
+    qint64 lineAt(qint64 offset) const;
+    LineCol lineColAt(qint64 offset) const;
+    qint64 lineStart(qint64 line) const;
+    /// Row on which a logical line begins.
+    qint64 rowOfLine(qint64 line) const;
+    /// Logical line that a row is part of: the count of rows above it that end a line.
+    qint64 lineOfRow(qint64 row) const;
+
+    /// Distance from the row's start to `position`, tabs expanded; O(log n) also in a row of 100 million
+    /// units.
+    Subpixels xAt(RowCol position) const;
+    /// The column whose character covers `x` (its left edge is at or before x): 0..length of the row.
+    qint64 columnAt(qint64 row, Subpixels x) const;
+
+    /// Asserts every invariant of the tree; for tests.
+    void checkInvariants() const;
+
+    /// Units a leaf holds at the most, 4 or more; tests make it tiny to reach deep trees quickly. Set before
+    /// any store exists.
+    static void setLeafCapacity(int units);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+    friend class Builder;
+};
+
+/// A run of text cut out of a store or shared with it, with its spellings, as compact as the store keeps it:
+/// one pointer. Like stores, pieces of one text all belong to one thread.
+class TextPiece {
+public:
+    TextPiece() = default;
+    /// From a string, e.g. typed text.
+    explicit TextPiece(QStringView text);
+    qint64 length() const;
+    QString text() const { return text(0, length()); }
+    bool isEmpty() const { return !m_root; }
+    /// A part of it; the cost is the part's length.
+    QString text(qint64 offset, qint64 length) const;
+    /// Bytes of memory it holds, about; what it shares with a store or other pieces is counted here as well.
+    qint64 memory() const;
+    /// Puts another piece behind or before this one: O(log n).
+    void append(TextPiece &&other);
+    void prepend(TextPiece &&other);
+
+private:
+    explicit TextPiece(TextNodeRef root);
+    TextTree tree() const;
+    /// As good as a string: not worth a node of its own in a store, and spelled as usual.
+    bool isPlainText() const;
+
+    TextNodeRef m_root;
+    friend class TextStore;
+};
+
+class TextStore::Builder {
+public:
+    /// The rule the text is laid out by while it is built, so that loading walks it once.
+    explicit Builder(const LayoutRule &rule);
+    Builder(Builder &&) noexcept;
+    ~Builder();
+    /// Each byte one character U+0000..U+00FF.
+    void append(QByteArrayView latin1);
+    void append(QStringView text);
+    /// Tells the bytes that the unit appended next was read from; at the end of the text, what stood there.
+    void spell(QByteArrayView bytes);
+    /// The finished store; the builder is empty afterwards.
+    TextStore finish();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "text/textnode.h"
+
+/// Editing of trees as values: what goes in is used up, nodes that nobody else holds are used again.
+///
+/// Invariants: all leaves are equally deep; a node has minCount..maxCount children, the root two or more; a
+/// leaf has minSize..maxSize units, a lone one 1 or more; a surrogate pair lies within one leaf; a leaf is
+/// wide only if a unit of it needs that.
+///
+/// A leaf is laid out without a look at its neighbours, and so leaves are cut between characters as people
+/// see them. Only one of more than minSize units, or a row of flags as long, may be cut inside, where editing
+/// happens to do so: it may then be wrapped there, and no edit has to walk through it.
+
+/// A tree of one leaf; of none for an empty text.
+TextTree leafTree(TextNodeRef leaf, const TextLayout &layout);
+/// The tree under a node, its text measured by `layout` as far as it was not.
+TextTree treeUnder(TextNodeRef node, const TextLayout &layout);
+/// A node over 1..2 * maxCount trees of one height, or two nodes under a root if that is too many; the tree
+/// itself if there is but one.
+TextTree parentOf(TextTrees &&children, const TextLayout &layout);
+
+/// Both texts in a row. O(log n).
+TextTree concatenate(TextTree &&left, TextTree &&right, const TextLayout &layout);
+/// The text before and from `offset` on. O(log n).
+std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLayout &layout);
+/// Sums an inner node's children up anew.
+void summarise(TextTree &tree, const TextLayout &layout);
+/// The tree under a node that is not to be shown but to be joined with others: stays measured as it is.
+TextTree looseTreeUnder(TextNodeRef node, const TextLayout &layout);
+/// Measures the nodes that were not measured by `layout`.
+void layOut(TextTree &tree, const TextLayout &layout);
+
+/// Makes an inner node that others hold the tree's own.
+void detach(TextTree &tree);
+/// The child that holds unit `offset`, or the last one; `offset` becomes that in the child.
+TextTree &childAt(const TextTree &tree, qint64 &offset);
+/// Copies units `from`..`from + count` to `to`.
+void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to);
+/// The leaf that holds unit `offset` (the last one for the end of the text), and where it begins.
+const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart);
+
+char16_t unitAt(const TextTree &tree, qint64 offset);
+/// The code point that begins at `offset`, or that ends there.
+char32_t codePointAt(const TextTree &tree, qint64 offset);
+char32_t codePointBefore(const TextTree &tree, qint64 offset);
+/// Whether cutting between two units would cut a surrogate pair.
+inline bool isPair(char16_t before, char16_t behind)
+{
+    return QChar::isHighSurrogate(before) && QChar::isLowSurrogate(behind);
+}
+/// The last place up to `wanted` at which a text, itself the start of a leaf, may be cut into leaves; at most
+/// minSize units before it. Units behind `wanted` are looked at as far as they are there.
+qint64 cutPlace(QStringView text, qint64 wanted);
+/// Whether a character may go on from the end of one text into the next.
+bool joinsAcross(const TextTree &left, const TextTree &right);
+
+/// Asserts the invariants, and that all summaries are what the text says.
+void checkTree(const TextTree &tree, const TextLayout &layout);

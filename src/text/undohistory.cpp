@@ -1,0 +1,373 @@
+#include "text/undohistory.h"
+
+#include <QVarLengthArray>
+
+#include <deque>
+#include <optional>
+
+namespace {
+
+using Kind = UndoCommand::Kind;
+
+TextChange changeOf(const UndoCommand &command)
+{
+    const TextChange insertion{ command.offset, 0, command.text.length() };
+    return command.kind == Kind::Insert ? insertion : insertion.inverse();
+}
+
+/// Where the cursor belongs after a change.
+qint64 cursorBehind(const TextChange &change)
+{
+    return change.offset + change.inserted;
+}
+
+/// Puts a command into effect, or its inverse; returns where the cursor belongs afterwards.
+qint64 apply(const UndoCommand &command, bool inverse, TextStore &store, const UndoHistory::Changed &changed)
+{
+    const TextChange change = inverse ? changeOf(command).inverse() : changeOf(command);
+    if (change.inserted > 0)
+        store.insert(change.offset, command.text);
+    else
+        store.replace(change.offset, change.removed, {});
+    if (changed)
+        changed(change);
+    return cursorBehind(change);
+}
+
+/// Steps that became one.
+struct JoinedSteps {
+    TextPiece otherText; ///< the text on the other side of them: before them or, undone, behind them
+    std::optional<TextChange> change; ///< what they do to the text
+    qint64 cursorBefore = 0; ///< where the cursor belongs when they are undone
+    qint64 cursorBehind = 0;
+
+    void add(const UndoCommand &command);
+    void exchangeText(TextStore &store);
+};
+
+void JoinedSteps::add(const UndoCommand &command)
+{
+    const TextChange added = changeOf(command);
+    if (!change)
+        cursorBefore = ::cursorBehind(added.inverse());
+    cursorBehind = ::cursorBehind(added);
+    change = change ? change->then(added) : added;
+}
+
+void JoinedSteps::exchangeText(TextStore &store)
+{
+    TextPiece text = store.take(0, store.length());
+    store.insert(0, otherText);
+    otherText = std::move(text);
+}
+
+/// What undo() takes back at once.
+struct Step {
+    QVarLengthArray<UndoCommand, 2> edits; ///< only the newest one of steps that became one
+    std::unique_ptr<JoinedSteps> joined; ///< of the oldest step, when it was several
+    bool grouped = false;
+    bool open = false; ///< its group is not closed yet
+    bool takesMore = false; ///< grouped only because text was typed over other text: more of it may follow
+
+    void add(UndoCommand &&command);
+    qint64 undo(TextStore &store, const UndoHistory::Changed &changed);
+    qint64 redo(TextStore &store, const UndoHistory::Changed &changed);
+    qint64 commandCount() const { return edits.size() + (grouped ? (open ? 1 : 2) : 0); }
+    const UndoCommand &command(qint64 index) const;
+};
+
+void Step::add(UndoCommand &&command)
+{
+    if (joined) {
+        joined->add(command);
+        edits.clear();
+    }
+    edits.push_back(std::move(command));
+}
+
+qint64 Step::undo(TextStore &store, const UndoHistory::Changed &changed)
+{
+    if (joined) {
+        joined->exchangeText(store);
+        if (changed)
+            changed(joined->change->inverse());
+        return joined->cursorBefore;
+    }
+    qint64 cursor = 0;
+    for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
+        cursor = apply(*edit, true, store, changed);
+    return cursor;
+}
+
+qint64 Step::redo(TextStore &store, const UndoHistory::Changed &changed)
+{
+    if (joined) {
+        joined->exchangeText(store);
+        if (changed)
+            changed(*joined->change);
+        return joined->cursorBehind;
+    }
+    qint64 cursor = 0;
+    for (const UndoCommand &edit : std::as_const(edits))
+        cursor = apply(edit, false, store, changed);
+    return cursor;
+}
+
+const UndoCommand &Step::command(qint64 index) const
+{
+    static const UndoCommand begin{ Kind::BeginGroup, 0, {} };
+    static const UndoCommand end{ Kind::EndGroup, 0, {} };
+    if (!grouped)
+        return edits[index];
+    if (index == 0)
+        return begin;
+    return index <= edits.size() ? edits[index - 1] : end;
+}
+
+} // namespace
+
+struct UndoHistory::State {
+    std::deque<Step> steps; ///< oldest first; from `done` on they can be redone
+    size_t done = 0;
+    size_t depth = 256;
+    TextPiece origin; ///< the text before the oldest step
+    int groupDepth = 0;
+    Joining lastJoining = Joining::Never; ///< how the newest command was recorded
+
+    void startEdit(const TextStore &store);
+    void recordEdit(qint64 offset, TextPiece &&gone, TextPiece &&inserted, Joining joining);
+    void record(UndoCommand &&command, Joining joining);
+    bool join(UndoCommand &command, Joining joining);
+    bool joinOvertyping(UndoCommand &gone, UndoCommand &typed, Joining joining);
+    void recordBoth(UndoCommand &&gone, UndoCommand &&typed, Joining joining);
+    UndoCommand *newestEdit();
+    void limitDepth();
+    void joinOldestSteps();
+};
+
+/// The command a new one may join, null when there is none.
+UndoCommand *UndoHistory::State::newestEdit()
+{
+    if (done == 0)
+        return nullptr;
+    Step &step = steps[done - 1];
+    const bool reachable = groupDepth > 0 ? step.open : !step.grouped || step.takesMore;
+    return reachable && !step.joined && !step.edits.empty() ? &step.edits.back() : nullptr;
+}
+
+bool UndoHistory::State::join(UndoCommand &command, Joining joining)
+{
+    UndoCommand *last = newestEdit();
+    if (joining == Joining::Never || joining != lastJoining || !last || last->kind != command.kind)
+        return false;
+    const bool insert = command.kind == Kind::Insert;
+    if (command.offset == last->offset + (insert ? last->text.length() : 0)) {
+        last->text.append(std::move(command.text));
+        return true;
+    }
+    if (insert || command.offset + command.text.length() != last->offset)
+        return false;
+    last->offset = command.offset;
+    last->text.prepend(std::move(command.text));
+    return true;
+}
+
+/// Text typed over the text right behind what was typed over before.
+bool UndoHistory::State::joinOvertyping(UndoCommand &gone, UndoCommand &typed, Joining joining)
+{
+    const UndoCommand *last = newestEdit();
+    const bool follows = joining != Joining::Never && joining == lastJoining && last
+        && steps[done - 1].takesMore && gone.offset == last->offset + last->text.length();
+    if (!follows)
+        return false;
+    QVarLengthArray<UndoCommand, 2> &edits = steps[done - 1].edits;
+    edits[0].text.append(std::move(gone.text));
+    edits[1].text.append(std::move(typed.text));
+    return true;
+}
+
+void UndoHistory::State::recordBoth(UndoCommand &&gone, UndoCommand &&typed, Joining joining)
+{
+    if (joinOvertyping(gone, typed, joining))
+        return;
+    const bool isGrouped = groupDepth++ > 0;
+    if (!isGrouped)
+        lastJoining = Joining::Never;
+    record(std::move(gone), joining);
+    record(std::move(typed), joining);
+    --groupDepth;
+    if (isGrouped)
+        return;
+    steps[done - 1].open = false;
+    steps[done - 1].takesMore = joining != Joining::Never;
+}
+
+void UndoHistory::State::startEdit(const TextStore &store)
+{
+    if (done == 0)
+        origin = store.piece(0, store.length());
+    steps.resize(done);
+}
+
+void UndoHistory::State::recordEdit(qint64 offset, TextPiece &&gone, TextPiece &&inserted, Joining joining)
+{
+    UndoCommand deletion{ Kind::Delete, offset, std::move(gone) };
+    UndoCommand insertion{ Kind::Insert, offset, std::move(inserted) };
+    if (!deletion.text.isEmpty() && !insertion.text.isEmpty())
+        recordBoth(std::move(deletion), std::move(insertion), joining);
+    else if (!deletion.text.isEmpty())
+        record(std::move(deletion), joining);
+    else
+        record(std::move(insertion), joining);
+}
+
+void UndoHistory::State::record(UndoCommand &&command, Joining joining)
+{
+    const bool joined = join(command, joining);
+    lastJoining = joining;
+    if (joined)
+        return;
+    if (groupDepth == 0 || done == 0 || !steps.back().open) {
+        Step &step = steps.emplace_back();
+        step.grouped = step.open = groupDepth > 0;
+        ++done;
+    }
+    steps.back().add(std::move(command));
+    limitDepth();
+}
+
+void UndoHistory::State::limitDepth()
+{
+    while (done > depth)
+        joinOldestSteps();
+}
+
+void UndoHistory::State::joinOldestSteps()
+{
+    Step oldest = std::move(steps[0]);
+    steps.pop_front();
+    --done;
+    Step &step = steps[0];
+    if (!oldest.joined) {
+        oldest.joined = std::make_unique<JoinedSteps>(JoinedSteps{ origin, {} });
+        for (const UndoCommand &edit : std::as_const(oldest.edits))
+            oldest.joined->add(edit);
+    }
+    step.joined = std::move(oldest.joined);
+    for (const UndoCommand &edit : std::as_const(step.edits))
+        step.joined->add(edit);
+    step.edits.erase(step.edits.begin(), step.edits.end() - 1);
+    step.grouped = true;
+}
+
+UndoHistory::UndoHistory(int depth)
+    : d(std::make_unique<State>())
+{
+    setDepth(depth);
+}
+
+UndoHistory::~UndoHistory() = default;
+
+int UndoHistory::depth() const
+{
+    return int(d->depth);
+}
+
+void UndoHistory::setDepth(int steps)
+{
+    d->depth = size_t(qMax(1, steps));
+    d->limitDepth();
+}
+
+bool UndoHistory::canUndo() const
+{
+    return d->done > 0;
+}
+bool UndoHistory::canRedo() const
+{
+    return d->done < d->steps.size();
+}
+qint64 UndoHistory::undoSteps() const
+{
+    return qint64(d->done);
+}
+
+void UndoHistory::clear()
+{
+    d->steps.clear();
+    d->done = 0;
+    d->origin = {};
+    d->lastJoining = Joining::Never;
+}
+
+void UndoHistory::replace(
+    TextStore &store, qint64 offset, qint64 removed, QStringView inserted, Joining joining)
+{
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    d->startEdit(store);
+    TextPiece gone = store.exchange(offset, removed, inserted);
+    d->recordEdit(offset, std::move(gone), TextPiece(inserted), joining);
+}
+
+void UndoHistory::replace(
+    TextStore &store, qint64 offset, qint64 removed, const TextPiece &inserted, Joining joining)
+{
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    d->startEdit(store);
+    TextPiece gone = store.exchange(offset, removed, inserted);
+    d->recordEdit(offset, std::move(gone), TextPiece(inserted), joining);
+}
+
+void UndoHistory::beginGroup()
+{
+    if (d->groupDepth++ == 0)
+        breakJoining();
+}
+
+void UndoHistory::endGroup()
+{
+    Q_ASSERT(d->groupDepth > 0);
+    if (--d->groupDepth > 0)
+        return;
+    breakJoining();
+    if (d->done > 0)
+        d->steps[d->done - 1].open = false;
+}
+
+void UndoHistory::breakJoining()
+{
+    d->lastJoining = Joining::Never;
+}
+
+qint64 UndoHistory::undo(TextStore &store, const Changed &changed)
+{
+    Q_ASSERT(canUndo() && d->groupDepth == 0);
+    breakJoining();
+    return d->steps[--d->done].undo(store, changed);
+}
+
+qint64 UndoHistory::redo(TextStore &store, const Changed &changed)
+{
+    Q_ASSERT(canRedo() && d->groupDepth == 0);
+    breakJoining();
+    return d->steps[d->done++].redo(store, changed);
+}
+
+qint64 UndoHistory::commandCount() const
+{
+    qint64 count = 0;
+    for (size_t step = 0; step < d->done; ++step)
+        count += d->steps[step].commandCount();
+    return count;
+}
+
+const UndoCommand &UndoHistory::command(qint64 index) const
+{
+    Q_ASSERT(index >= 0 && index < commandCount());
+    size_t step = 0;
+    for (; index >= d->steps[step].commandCount(); ++step)
+        index -= d->steps[step].commandCount();
+    return d->steps[step].command(index);
+}

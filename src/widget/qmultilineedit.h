@@ -1,0 +1,257 @@
+#pragma once
+
+#include "text/textstore.h"
+#include "text/undohistory.h"
+
+#include <QAbstractScrollArea>
+#include <QInputMethodEvent>
+
+#include <memory>
+
+class FontMeasure;
+class QMenu;
+class QPainter;
+class RowPainter;
+struct RowPlace;
+struct InsertedText;
+
+/// A multi-line plain-text editor on a TextStore: the classic interface with its classic names.
+///
+/// Positions are (row, column) in display rows unless a name says line or offset. Columns are UTF-16 units. A
+/// position outside the text is moved to the nearest one inside. Cost: no operation but wrapping anew depends
+/// on the length of the document. However much changes that rows depend on (font, tab width, wrap), the text
+/// is laid out once: before the next question about rows or, while the editor is visible, the next repaint.
+/// The text at the top of the view stays there.
+///
+/// Keys that are not the editor's own are ignored, so that they reach the window around it; Tab and Backtab
+/// never move the focus.
+class QMultiLineEdit : public QAbstractScrollArea {
+    Q_OBJECT
+public:
+    enum WordWrap { NoWrap, WidgetWidth, FixedPixelWidth, FixedColumnWidth };
+    /// Where a row may end: between any two characters, as text without blanks between words needs it.
+    enum WrapPolicy { Anywhere };
+
+    /// Makes one operation of all changes and cursor moves while it lives: scrolling, signals and repaints
+    /// come at its end, so that thousands of edits cost little more than the text they change. Batches nest.
+    class Batch {
+    public:
+        explicit Batch(QMultiLineEdit &edit);
+        ~Batch();
+        Q_DISABLE_COPY_MOVE(Batch)
+    private:
+        QMultiLineEdit &m_edit;
+    };
+
+    explicit QMultiLineEdit(QWidget *parent = nullptr);
+    ~QMultiLineEdit() override;
+
+    /// The whole text, lines joined by LF: a second copy of it.
+    QString text() const;
+    /// Display rows.
+    qint64 numLines() const;
+    /// Text of one row without its line end; null for a row that does not exist.
+    QString textLine(qint64 row) const;
+    /// Whether a row is the last one of its logical line.
+    bool isEndOfParagraph(qint64 row) const;
+    const TextStore &store() const;
+    const UndoHistory &history() const;
+
+    void getCursorPosition(qint64 *row, qint64 *column) const;
+    /// The same for callers that count in int: beyond its range the largest int is given.
+    void getCursorPosition(int *row, int *column) const;
+    /// Puts the cursor there and scrolls to it; `mark` extends the selection, otherwise it is dropped.
+    virtual void setCursorPosition(qint64 row, qint64 column, bool mark = false);
+    RowCol cursorPosition() const;
+    qint64 cursorOffset() const;
+    /// The same in places, which need no rows.
+    CursorPlace cursorPlace() const;
+    void setCursorPlace(CursorPlace place, bool mark = false);
+
+    /// The end of the marked text that the cursor is not at; the cursor's own offset when nothing is marked.
+    qint64 anchorOffset() const;
+    CursorPlace anchorPlace() const;
+    bool hasMarkedText() const;
+    QString markedText() const;
+    /// First and last place of the marked text, first <= last; false when nothing is marked.
+    bool getMarkedRegion(qint64 *row1, qint64 *column1, qint64 *row2, qint64 *column2) const;
+
+    bool isUndoEnabled() const;
+    /// Off: edits are not recorded; switching either way empties the history.
+    void setUndoEnabled(bool enabled);
+    /// Names the code that bytes in the text, undecodable ones and spellings, are of. Text that is pasted or
+    /// dropped from an editor with bytes of another code brings its characters alone.
+    void setByteCode(const QByteArray &code);
+    int undoDepth() const;
+    /// Steps kept apart; below 1 counts as 1.
+    void setUndoDepth(int steps);
+    /// Set by any edit, cleared by whoever saves the text.
+    bool edited() const;
+    void setEdited(bool edited);
+    /// Typed characters replace those they are typed before, which a block shows in place of the cursor's
+    /// line.
+    bool isOverwriteMode() const;
+    /// Read only: neither a person nor cut(), paste(), undo() and redo() change the text; the rest can.
+    bool isReadOnly() const;
+    void setReadOnly(bool readOnly);
+
+    WordWrap wordWrap() const;
+    void setWordWrap(WordWrap mode);
+    /// Pixels for FixedPixelWidth, columns of "x" for FixedColumnWidth; below 1 counts as 1.
+    void setWrapColumnOrWidth(int value);
+    int wrapColumnOrWidth() const;
+    void setWrapPolicy(WrapPolicy policy);
+    WrapPolicy wrapPolicy() const;
+    /// Pixels between the widget's edge and the text; below 0 counts as 0.
+    void setHMargin(int pixels);
+    int hMargin() const;
+    /// Tab width of all editors of the process, in characters; below 1 counts as 1.
+    static void setDefaultTabStop(int characters);
+    static int defaultTabStop();
+
+    /// View offsets in logical pixels; the vertical one is the top row times the row height.
+    qint64 xOffset() const;
+    qint64 yOffset() const;
+    void setXOffset(qint64 pixels);
+    void setYOffset(qint64 pixels);
+    /// The vertical one in rows.
+    qint64 topRow() const;
+    void setTopRow(qint64 row);
+    /// Height of a row in logical pixels: whole device pixels, so a fraction at most scales.
+    qreal rowHeight() const;
+    /// rowHeight() as a whole number, for vertical offsets.
+    int cellHeight() const;
+    /// Width of the widest row and margins, at least the viewport's.
+    qint64 cellWidth() const;
+    /// A row with its margin in viewport coordinates, moved by the view's offsets; any row, visible or not.
+    QRectF cellRect(qint64 row) const;
+    /// The cursor's place in viewport coordinates; where that is far outside, a place outside on the same
+    /// side.
+    QRect cursorRect() const;
+    /// Offset of the cursor place nearest to a point of the viewport.
+    qint64 offsetAt(const QPoint &point) const;
+    /// Replaces the whole content by a store that was built with layoutRule().
+    virtual void setText(TextStore &&store);
+    /// The rule new stores for this editor are to be built with.
+    LayoutRule layoutRule() const;
+    /// Scrolls so that the cursor is visible.
+    void makeCursorVisible();
+
+    /// What an input method is composing becomes text, as if Return had been given to the input method; also
+    /// where that does not answer. For whoever is about to read the text.
+    void commitPreedit();
+
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+    /// The same with a place or a length to look at, as input methods ask it.
+    Q_INVOKABLE QVariant inputMethodQuery(Qt::InputMethodQuery query, const QVariant &argument) const;
+
+public slots:
+    virtual void setText(const QString &text);
+    void clear();
+    /// Replaces the marked text, or inserts at the cursor.
+    virtual void insert(const QString &text);
+    /// The same, with its spellings.
+    void insert(const TextPiece &text);
+    /// Inserts at a place without touching the cursor's text; marks it when asked.
+    virtual void insertAt(const QString &text, qint64 row, qint64 column, bool mark = false);
+    /// Takes a display row out, with its line end where it has one; nothing for a row that does not exist.
+    virtual void removeLine(qint64 row);
+    void selectAll();
+    void deselect();
+    virtual void cut();
+    virtual void copy();
+    virtual void paste();
+    void undo();
+    void redo();
+    void setOverwriteMode(bool on);
+
+signals:
+    /// The text changed; once for each operation, whatever it is made of.
+    void textChanged();
+    /// Return or Enter broke a line.
+    void returnPressed();
+    /// There is something to undo now, or no more; likewise for the next two. Never twice the same.
+    void undoAvailable(bool available);
+    void redoAvailable(bool available);
+    void copyAvailable(bool available);
+
+protected:
+    /// Text that an input method is still composing: shown at the cursor, no part of the document.
+    struct Preedit {
+        QString text;
+        QList<QInputMethodEvent::Attribute> formats; ///< of kind TextFormat; start and length in `text`
+        int cursor = 0; ///< the cursor's place in `text`
+        bool cursorVisible = true;
+    };
+    const Preedit &preedit() const;
+    /// Whether an input method is composing: Return then ends the composition and breaks no line.
+    bool isComposing() const;
+
+    /// Paints the part `update` of one row; both rectangles are in viewport coordinates, `cell` is
+    /// cellRect(row). Does nothing for a row that does not exist.
+    virtual void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update);
+    /// What paintCell() is made of: where the row is drawn, the composed text a row shows, the columns of the
+    /// row as shown that are marked (one behind its length where the line end is), and the cursor where the
+    /// row has it and it is visible.
+    RowPlace rowPlace(qint64 row, const QRectF &cell, const QRect &update);
+    InsertedText compositionInRow(qint64 row) const;
+    bool markedInRow(qint64 row, qint64 *begin, qint64 *end) const;
+    void drawCursorInRow(RowPainter &row, const QColor &color, int width) const;
+    /// The last step of paintCell(): copies the row to the target, and remembers how far to the right it
+    /// shows anything. Behind its text that are a line end's marks; only the cursor's row may show more.
+    void finishRow(RowPainter &row);
+    /// Whether the cursor is in the visible phase of its blinking.
+    bool isCursorOn() const;
+    std::shared_ptr<const FontMeasure> fontMeasure() const;
+    /// Asks for a repaint of one row, or of all, at most once a frame. Whatever changes how rows look has to
+    /// ask by these: what it is not told of may be shown as it was.
+    void updateRow(qint64 row);
+    void updateView();
+    /// Undo, Redo, Cut, Copy, Paste, Select All, each enabled when it can do something; owned by the caller.
+    QMenu *createContextMenu();
+
+    bool event(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void timerEvent(QTimerEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    struct Private;
+    /// The parts. Whoever reaches for them with -> finds the text laid out by the present font and wrap, so
+    /// that rows, the view and the scroll bars are those of the present; asTheyAre() is for whoever changes
+    /// what the text is laid out by, and for questions that have nothing to do with rows.
+    class Parts {
+    public:
+        explicit Parts(QMultiLineEdit *edit);
+        ~Parts();
+        Q_DISABLE_COPY_MOVE(Parts)
+        Private *operator->() const;
+        Private &operator*() const { return *operator->(); }
+        Private &asTheyAre() const { return *m_parts; }
+
+    private:
+        std::unique_ptr<Private> m_parts;
+    };
+    Parts d;
+    friend struct Private;
+    friend class TextAccessible;
+};

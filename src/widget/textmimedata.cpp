@@ -1,0 +1,36 @@
+#include "widget/textmimedata.h"
+
+static const QString plainText = QStringLiteral("text/plain");
+
+TextMimeData::TextMimeData(Source source, QByteArray byteCode, const QObject *editor)
+    : m_source(std::move(source))
+    , m_byteCode(std::move(byteCode))
+    , m_editor(editor)
+{
+}
+
+void TextMimeData::setSource(Source source)
+{
+    m_source = std::move(source);
+}
+
+TextPiece TextMimeData::piece() const
+{
+    return m_source();
+}
+
+bool TextMimeData::hasFormat(const QString &mimeType) const
+{
+    return mimeType == plainText;
+}
+
+QStringList TextMimeData::formats() const
+{
+    return { plainText };
+}
+
+QVariant TextMimeData::retrieveData(const QString &mimeType, QMetaType type) const
+{
+    Q_UNUSED(type)
+    return mimeType == plainText ? QVariant(m_source().text()) : QVariant();
+}

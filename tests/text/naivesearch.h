@@ -1,0 +1,165 @@
+#pragma once
+
+#include "text/textsearch.h"
+#include "tests/text/modelstore.h"
+
+#include <QStringList>
+
+#include <optional>
+
+/// A hit in display rows. A column may lie behind the last one of its row.
+struct RowHit {
+    RowCol begin;
+    RowCol end;
+};
+
+/// The rules of searching as they are told, row by row, on a list of rows.
+class NaiveSearch {
+public:
+    explicit NaiveSearch(const ModelStore &model)
+    {
+        for (const TextStore::Row &row : model.rows()) {
+            m_texts << model.text().mid(row.start, row.length);
+            m_ends << row.endsLine;
+        }
+    }
+
+    std::optional<RowHit> forward(const QString &find, Qt::CaseSensitivity cs, RowCol start) const
+    {
+        for (qint64 row = start.row, column = start.column; row < m_texts.size(); ++row, column = 0) {
+            QString joined = m_texts.at(row);
+            const qint64 length = joined.size();
+            for (qint64 i = row; !m_ends.at(i) && i + 1 < m_texts.size();)
+                joined += m_texts.at(++i);
+            const qint64 hit = column > joined.size() ? -1 : joined.indexOf(find, column, cs);
+            if (hit < 0 || hit > length)
+                continue;
+            const qint64 end = hit + find.size();
+            if (end > length)
+                return RowHit{ { row, hit }, { row + 1, end - length } };
+            return RowHit{ { row, hit }, { row, end } };
+        }
+        return std::nullopt;
+    }
+
+    std::optional<RowHit> backward(const QString &find, Qt::CaseSensitivity cs, RowCol start) const
+    {
+        for (qint64 row = start.row, column = start.column; row >= 0; --row) {
+            if (row != start.row)
+                column = m_texts.at(row).size();
+            QString joined = m_texts.at(row);
+            const qint64 length = joined.size();
+            qint64 first = row;
+            while (first > 0 && !m_ends.at(first - 1))
+                joined.prepend(m_texts.at(--first));
+            const qint64 before = joined.size() - length;
+            const qint64 from = before + column;
+            if (from == 0)
+                continue;
+            const qint64 hit = lastIndexOf(joined, find, from - 1, cs);
+            if (hit < 0 || hit + find.size() <= before)
+                continue;
+            const RowCol end{ row, hit + find.size() - joined.size() + length };
+            if (hit >= before)
+                return RowHit{ { row, hit - before }, end };
+            qint64 rest = hit;
+            for (qint64 i = first; m_texts.at(i).size() < rest; ++i)
+                rest -= m_texts.at(i).size();
+            return RowHit{ { row - 1, rest }, end };
+        }
+        return std::nullopt;
+    }
+
+private:
+    /// A string's own search backwards folds halves of surrogate pairs; the search forwards is the measure.
+    static qint64 lastIndexOf(const QString &text, const QString &find, qint64 from, Qt::CaseSensitivity cs)
+    {
+        qint64 last = -1;
+        for (qint64 at = -1; (at = text.indexOf(find, at + 1, cs)) >= 0 && at <= from;)
+            last = at;
+        return last;
+    }
+
+    QStringList m_texts;
+    QList<bool> m_ends;
+};
+
+/// An editor that searches and replaces by these rules, with its cursor in rows and columns.
+class NaiveEditor {
+public:
+    explicit NaiveEditor(const LayoutRule &rule, const QString &text)
+        : m_model(rule)
+    {
+        m_model.setText(text);
+    }
+
+    const ModelStore &model() const { return m_model; }
+    RowCol cursor() const { return m_cursor; }
+    RowCol anchor() const { return m_anchor; }
+    void setCursor(RowCol place, bool mark = false)
+    {
+        m_cursor = clamped(place);
+        if (!mark)
+            m_anchor = m_cursor;
+    }
+
+    bool searchForward(int mode, Qt::CaseSensitivity cs, const QString &find, const QString &replace)
+    {
+        RowCol start = m_cursor;
+        if (isMarked())
+            start = { first().row, first().column + 1 };
+        const auto hit = NaiveSearch(m_model).forward(find, cs, start);
+        if (!hit)
+            return false;
+        setCursor(hit->begin);
+        setCursor(hit->end, true);
+        if (mode == 1)
+            insert(replace);
+        return true;
+    }
+    bool searchBackward(int mode, Qt::CaseSensitivity cs, const QString &find, const QString &replace)
+    {
+        const auto hit = NaiveSearch(m_model).backward(find, cs, isMarked() ? first() : m_cursor);
+        if (!hit)
+            return false;
+        setCursor(hit->end);
+        setCursor(hit->begin, true);
+        if (mode == 1) {
+            const RowCol begin = m_cursor;
+            insert(replace);
+            setCursor(begin);
+        }
+        return true;
+    }
+    /// Gives the text before the first replacement and behind each one.
+    QStringList replaceAll(Qt::CaseSensitivity cs, const QString &find, const QString &replace)
+    {
+        setCursor({});
+        QStringList texts{ m_model.text() };
+        while (searchForward(1, cs, find, replace))
+            texts << m_model.text();
+        return texts;
+    }
+
+private:
+    qint64 offsetOf(RowCol place) const { return m_model.rows().at(place.row).start + place.column; }
+    bool isMarked() const { return offsetOf(m_cursor) != offsetOf(m_anchor); }
+    RowCol first() const { return offsetOf(m_anchor) < offsetOf(m_cursor) ? m_anchor : m_cursor; }
+    RowCol clamped(RowCol place) const
+    {
+        const qint64 row = qBound<qint64>(0, place.row, m_model.rows().size() - 1);
+        return { row, qBound<qint64>(0, place.column, m_model.rows().at(row).length) };
+    }
+    void insert(const QString &text)
+    {
+        const qint64 begin = qMin(offsetOf(m_cursor), offsetOf(m_anchor));
+        const qint64 end = qMax(offsetOf(m_cursor), offsetOf(m_anchor));
+        m_model.replace(begin, end - begin, text);
+        const qint64 row = m_model.rowAt(begin + text.size());
+        m_cursor = m_anchor = { row, begin + text.size() - m_model.rows().at(row).start };
+    }
+
+    ModelStore m_model;
+    RowCol m_cursor;
+    RowCol m_anchor;
+};

@@ -1,0 +1,232 @@
+#include "text/textstore.h"
+
+#include "tests/text/modelstore.h"
+#include "tests/text/textalphabet.h"
+#include "tests/seeds.h"
+
+#include <QTest>
+
+namespace {
+
+QString textOf(const TextChunk &chunk)
+{
+    return chunk.isLatin1() ? QString::fromLatin1(chunk.latin1) : chunk.utf16.toString();
+}
+
+/// A store that is edited here and there in runs of edits near one another, as replacing and typing do, and
+/// asked for nothing but text in between; and its model.
+class NearEdits {
+public:
+    NearEdits(quint32 seed, const LayoutRule &rule, const QStringList &alphabet)
+        : m_store(rule)
+        , m_model(rule)
+        , m_random(seed, alphabet)
+    {
+        const QString text = m_random.text(200);
+        m_store.replace(0, 0, text);
+        m_model.setText(text);
+    }
+
+    void run()
+    {
+        m_at = m_random.below(m_model.length() + 1);
+        for (qint64 edits = m_random.below(30); edits > 0 && !QTest::currentTestFailed(); --edits) {
+            edit();
+            compareText();
+        }
+        between();
+    }
+    /// Everything that has to do with rows and lines.
+    void compareRows() const
+    {
+        m_store.checkInvariants();
+        QCOMPARE(m_store.text(), m_model.text());
+        QCOMPARE(m_store.lineCount(), m_model.lineCount());
+        QCOMPARE(m_store.rowCount(), qint64(m_model.rows().size()));
+        for (qint64 row = 0; row < m_store.rowCount(); ++row) {
+            const TextStore::Row &expected = m_model.rows().at(row);
+            QCOMPARE(m_store.row(row).start, expected.start);
+            QCOMPARE(m_store.row(row).length, expected.length);
+            QCOMPARE(m_store.row(row).endsLine, expected.endsLine);
+        }
+    }
+    qint64 length() const { return m_model.length(); }
+
+private:
+    void edit()
+    {
+        const qint64 removed = qMin(m_random.below(4), m_model.length() - m_at);
+        const QString inserted = m_random.text(m_random.below(m_model.length() > 600 ? 2 : 5));
+        const QString gone = m_model.text().mid(m_at, removed);
+        if (m_random.chance(2))
+            QCOMPARE(m_store.exchange(m_at, removed, inserted).text(), gone);
+        else
+            m_store.replace(m_at, removed, inserted);
+        m_model.replace(m_at, removed, inserted);
+        m_at = qBound<qint64>(0, m_at + inserted.size() + m_random.below(5) - 2, m_model.length());
+    }
+    void compareText()
+    {
+        QCOMPARE(m_store.length(), m_model.length());
+        if (m_at < m_model.length()) {
+            QCOMPARE(m_store.at(m_at), m_model.text().at(m_at).unicode());
+            const QString behind = textOf(m_store.chunkAt(m_at));
+            QVERIFY(!behind.isEmpty());
+            QCOMPARE(behind, m_model.text().mid(m_at, behind.size()));
+        }
+        if (m_at > 0) {
+            const QString before = textOf(m_store.chunkBefore(m_at));
+            QVERIFY(!before.isEmpty());
+            QCOMPARE(before, m_model.text().mid(m_at - before.size(), before.size()));
+        }
+        const qint64 count = qMin(m_random.below(9), m_model.length() - m_at);
+        QCOMPARE(m_store.text(m_at, count), m_model.text().mid(m_at, count));
+        QCOMPARE(m_store.piece(m_at, count).text(), m_model.text().mid(m_at, count));
+    }
+    /// What happens to the store with the last edit still fresh.
+    void between()
+    {
+        switch (m_random.below(8)) {
+        case 0:
+            return m_store.setLayoutRule(m_model.layoutRule());
+        case 1: {
+            TextStore moved = std::move(m_store);
+            m_store = std::move(moved);
+            return;
+        }
+        case 2: {
+            m_kept = m_store.piece(0, m_store.length());
+            m_keptText = m_model.text();
+            return;
+        }
+        case 3: {
+            QCOMPARE(m_kept.text(), m_keptText);
+            m_store.replace(0, m_store.length(), {});
+            m_store.insert(0, m_kept);
+            m_model.setText(m_keptText);
+            return;
+        }
+        case 4:
+            return compareRows();
+        default:
+            return;
+        }
+    }
+
+    TextStore m_store;
+    ModelStore m_model;
+    RandomText m_random;
+    TextPiece m_kept;
+    QString m_keptText;
+    qint64 m_at = 0;
+};
+
+} // namespace
+
+class NearEditsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { TextStore::setLeafCapacity(4096); }
+
+    void randomRuns_data();
+    void randomRuns();
+    void leavesDivide_data();
+    void leavesDivide();
+    void narrowsAndWidens();
+};
+
+void NearEditsTest::randomRuns_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("capacity");
+    QTest::addColumn<Subpixels>("limit");
+    QTest::addColumn<QStringList>("alphabet");
+
+    const QList<std::pair<const char *, QStringList>> alphabets{
+        { "all", hurtingCharacters() },
+        { "plain", { QStringLiteral("a"), QStringLiteral("W"), QStringLiteral("\t"), QStringLiteral("\n") } },
+        { "pairs", { QStringLiteral("a"), QStringLiteral("\U0001f600") } },
+    };
+    quint32 seed = 1;
+    for (const int capacity : { 4, 5, 8, 33, 4096 }) {
+        for (const Subpixels limit : { 0, 1, 5, 40 }) {
+            for (const auto &[name, alphabet] : alphabets) {
+                const quint32 used = seedOr(seed++);
+                QTest::addRow("seed %u, leaf %d, limit %lld, %s", used, capacity, limit, name)
+                    << used << capacity << limit << alphabet;
+            }
+        }
+    }
+}
+
+void NearEditsTest::randomRuns()
+{
+    QFETCH(const quint32, seed);
+    QFETCH(const int, capacity);
+    QFETCH(const Subpixels, limit);
+    QFETCH(const QStringList, alphabet);
+
+    TextStore::setLeafCapacity(capacity);
+    static const AdvanceTable table(hurtingWidth);
+    NearEdits edits(seed, { &table, 4 * subpixelsPerPixel, limit * subpixelsPerPixel }, alphabet);
+    for (int run = 0; run < 40 && !QTest::currentTestFailed(); ++run)
+        edits.run();
+    if (!QTest::currentTestFailed())
+        edits.compareRows();
+}
+
+void NearEditsTest::leavesDivide_data()
+{
+    QTest::addColumn<QString>("inserted");
+    QTest::addColumn<int>("step");
+
+    for (const int step : { -1, 0, 1, 2 }) {
+        QTest::addRow("letters, step %d", step) << QStringLiteral("a") << step;
+        QTest::addRow("pairs, step %d", step) << QStringLiteral("\U0001f600") << step;
+        QTest::addRow("three leaves full, step %d", step) << QString(24, u'\u3042') << step;
+    }
+}
+
+/// One leaf after another grows until it has to be two, and its parent until it is full.
+void NearEditsTest::leavesDivide()
+{
+    QFETCH(const QString, inserted);
+    QFETCH(const int, step);
+
+    TextStore::setLeafCapacity(8);
+    TextStore store({ nullptr, 8 * subpixelsPerPixel, 10 * subpixelsPerPixel });
+    QString text;
+    qint64 at = 0;
+    for (int i = 0; i < 300; ++i) {
+        store.replace(at, 0, inserted);
+        text.insert(at, inserted);
+        QCOMPARE(store.length(), text.size());
+        at = qBound<qint64>(0, at + step * inserted.size(), text.size());
+        if (i % 50 == 49)
+            store.checkInvariants();
+    }
+    QCOMPARE(store.text(), text);
+}
+
+/// A leaf is as wide as its text needs, edit by edit.
+void NearEditsTest::narrowsAndWidens()
+{
+    TextStore store;
+    store.replace(0, 0, QStringLiteral("abcdef"));
+    QVERIFY(store.chunkAt(0).isLatin1());
+    store.replace(2, 1, QStringLiteral("\u3042"));
+    QVERIFY(!store.chunkAt(0).isLatin1());
+    store.replace(2, 1, QStringLiteral("\u3044x"));
+    QVERIFY(!store.chunkAt(0).isLatin1());
+    store.replace(4, 1, QStringLiteral("\u3046"));
+    store.replace(2, 1, QStringLiteral("c"));
+    QVERIFY(!store.chunkAt(0).isLatin1());
+    store.replace(4, 1, QStringLiteral("e"));
+    QVERIFY(store.chunkAt(0).isLatin1());
+    QCOMPARE(store.text(), QStringLiteral("abcxeef"));
+    store.checkInvariants();
+}
+
+QTEST_APPLESS_MAIN(NearEditsTest)
+#include "nearedits_test.moc"

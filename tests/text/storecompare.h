@@ -1,0 +1,103 @@
+#pragma once
+
+#include "text/textstore.h"
+#include "tests/text/modelstore.h"
+#include "tests/text/textalphabet.h"
+
+#include <QTest>
+
+enum class Widths { None, Hurting, FixedPitch };
+
+inline const AdvanceTable *tableFor(Widths widths)
+{
+    static const AdvanceTable hurting(hurtingWidth);
+    static const AdvanceTable fixedPitch(fixedPitchWidth);
+    return widths == Widths::None ? nullptr : widths == Widths::Hurting ? &hurting : &fixedPitch;
+}
+
+inline LayoutRule ruleOf(Widths widths, Subpixels limitPixels, Subpixels tabPixels = 8)
+{
+    return { tableFor(widths), tabPixels * subpixelsPerPixel, limitPixels * subpixelsPerPixel };
+}
+
+inline TextStore storeOf(const QString &text, const LayoutRule &rule = {})
+{
+    TextStore::Builder builder(rule);
+    builder.append(QStringView(text));
+    return builder.finish();
+}
+
+inline void compareRow(const TextStore::Row &actual, const TextStore::Row &expected)
+{
+    QCOMPARE(actual.start, expected.start);
+    QCOMPARE(actual.length, expected.length);
+    QCOMPARE(actual.endsLine, expected.endsLine);
+}
+
+inline void compareOffset(const TextStore &store, const ModelStore &model, qint64 offset)
+{
+    const qint64 row = model.rowAt(offset);
+    const RowCol place{ row, offset - model.rows().at(row).start };
+    QCOMPARE(store.rowColAt(offset).row, place.row);
+    QCOMPARE(store.rowColAt(offset).column, place.column);
+    const qint64 line = model.lineAt(offset);
+    QCOMPARE(store.lineAt(offset), line);
+    QCOMPARE(store.lineColAt(offset).line, line);
+    QCOMPARE(store.lineColAt(offset).column, offset - model.lineStart(line));
+    QCOMPARE(store.lineStart(line), model.lineStart(line));
+    QCOMPARE(store.rowOfLine(line), model.rowAt(model.lineStart(line)));
+    QCOMPARE(store.offsetAt(place), offset);
+    QCOMPARE(store.xAt(place), model.xAt(place));
+    if (offset < model.length())
+        QCOMPARE(store.at(offset), model.text().at(offset).unicode());
+}
+
+inline void compareRowAt(const TextStore &store, const ModelStore &model, qint64 row, Subpixels x)
+{
+    const TextStore::Row expected = model.rows().at(row);
+    compareRow(store.row(row), expected);
+    QCOMPARE(store.lineOfRow(row), model.lineAt(expected.start));
+    QCOMPARE(store.columnAt(row, x), model.columnAt(row, x));
+}
+
+inline void compareWidest(const TextStore &store, const ModelStore &model)
+{
+    const Subpixels exact = model.widestRow();
+    if (model.layoutRule().limit == 0)
+        QCOMPARE(store.widestRow(), exact);
+    QVERIFY(store.widestRow() >= exact);
+    QVERIFY(store.widestRow() <= qMax(exact, qMax(model.layoutRule().limit, model.layoutRule().tabStop)));
+}
+
+inline void compareTotals(const TextStore &store, const ModelStore &model)
+{
+    store.checkInvariants();
+    QCOMPARE(store.text(), model.text());
+    QCOMPARE(store.length(), model.length());
+    QCOMPARE(store.lineCount(), model.lineCount());
+    QCOMPARE(store.rowCount(), qint64(model.rows().size()));
+    compareWidest(store, model);
+}
+
+/// Everything a store can be asked, against the model, at some places.
+inline void compareSome(const TextStore &store, const ModelStore &model, RandomText &random, int probes)
+{
+    compareTotals(store, model);
+    for (int probe = 0; probe < probes && !QTest::currentTestFailed(); ++probe) {
+        compareOffset(store, model, random.below(model.length() + 1));
+        const qint64 row = random.below(model.rows().size());
+        compareRowAt(store, model, row, random.below(Subpixels{ 20 } * subpixelsPerPixel) - 10);
+    }
+    compareOffset(store, model, model.length());
+}
+
+inline void compareAll(const TextStore &store, const ModelStore &model)
+{
+    compareTotals(store, model);
+    for (qint64 offset = 0; offset <= model.length(); ++offset)
+        compareOffset(store, model, offset);
+    for (qint64 row = 0; row < model.rows().size(); ++row) {
+        for (Subpixels x = -64; x < 768; x += 32)
+            compareRowAt(store, model, row, x);
+    }
+}

@@ -1,0 +1,322 @@
+#include "rows/fontmeasure.h"
+#include "tests/widget/markedtext.h"
+
+#include <QAccessible>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto gridRow = "ab\tcde 漢字\tghijklmnop ";
+
+/// Lines of every length, with tabs, some of which wrap to many rows.
+QString longText()
+{
+    QString text;
+    for (int line = 0; line < 120; ++line)
+        text += QString::fromUtf8(gridRow).repeated(line % 9) + QString::number(line) + u'\n';
+    return text;
+}
+
+/// A row number is one of the present layout: it is asked for at the moment of use.
+qint64 lastRow(const QMultiLineEdit &edit)
+{
+    return edit.numLines() - 1;
+}
+
+void setFontSize(QMultiLineEdit &edit, int size)
+{
+    QFont font = edit.font();
+    font.setPointSize(size);
+    edit.setFont(font);
+}
+
+using Change = std::function<void(QMultiLineEdit &)>;
+using Question = std::function<QVariant(QMultiLineEdit &)>;
+
+const Change changes[] = {
+    [](QMultiLineEdit &edit) { setFontSize(edit, 17); },
+    [](QMultiLineEdit &edit) { edit.setHMargin(36); },
+    [](QMultiLineEdit &edit) { edit.setWordWrap(QMultiLineEdit::FixedColumnWidth); },
+    [](QMultiLineEdit &edit) { edit.setWrapColumnOrWidth(23); },
+    [](QMultiLineEdit &) { QMultiLineEdit::setDefaultTabStop(3); },
+};
+
+/// Everything that rows matter to.
+QVariantList stateOf(const QMultiLineEdit &edit)
+{
+    const RowCol cursor = edit.cursorPosition();
+    const QScrollBar *bars[] = { edit.verticalScrollBar(), edit.horizontalScrollBar() };
+    QVariantList state{ edit.text(), edit.numLines(), cursor.row, cursor.column, edit.cursorOffset(),
+        edit.anchorOffset(), edit.topRow(), edit.xOffset(), edit.cellWidth(), edit.rowHeight() };
+    for (const QScrollBar *bar : bars)
+        state << bar->value() << bar->maximum() << bar->pageStep();
+    for (qint64 row = 0; row < edit.numLines(); ++row)
+        state << edit.textLine(row);
+    return state;
+}
+
+QVariant inputMethodAnswer(const QMultiLineEdit &edit, Qt::InputMethodQuery query)
+{
+    return edit.inputMethodQuery(query);
+}
+
+/// Lets the protected questions be asked.
+class Edit : public QMultiLineEdit {
+public:
+    int paints = 0;
+    qint64 rowsWhenPainted = 0;
+    using QMultiLineEdit::fontMeasure;
+    using QMultiLineEdit::markedInRow;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        ++paints;
+        rowsWhenPainted = store().rowCount();
+        QMultiLineEdit::paintEvent(event);
+    }
+};
+
+void prepare(Edit &edit)
+{
+    QMultiLineEdit::setDefaultTabStop(8);
+    edit.resize(250, 200);
+    edit.setText(longText());
+    edit.setCursorPosition(70, 5);
+    edit.setCursorPosition(72, 9, true);
+    edit.setTopRow(66);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Question)
+
+/// When text is laid out, after what rows depend on has changed.
+class QMultiLineEditLayoutTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void hiddenEditorWaitsUntilItIsShown();
+    void hiddenEditorIsAsIfLaidOutAtOnce_data();
+    void hiddenEditorIsAsIfLaidOutAtOnce();
+    void visibleEditorIsLaidOutOnceBeforeItIsPainted();
+    void topTextStays_data();
+    void topTextStays();
+    void showingAgainScrollsNothing();
+    void outlivesManyFonts();
+};
+
+void QMultiLineEditLayoutTest::init()
+{
+    QMultiLineEdit::setDefaultTabStop(8);
+}
+
+void QMultiLineEditLayoutTest::hiddenEditorWaitsUntilItIsShown()
+{
+    Edit edit;
+    prepare(edit);
+    const int rowsBefore = edit.verticalScrollBar()->maximum();
+    for (const Change &change : changes)
+        change(edit);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(edit.verticalScrollBar()->maximum(), rowsBefore);
+    edit.show();
+    const int shown = edit.verticalScrollBar()->maximum();
+    QVERIFY2(shown > 2 * rowsBefore, qPrintable(QString::number(shown)));
+    QCOMPARE(shown, int(edit.numLines() - qint64(edit.viewport()->height() / edit.rowHeight())));
+}
+
+void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
+{
+    QTest::addColumn<Question>("question");
+    const auto row = [](const char *name, const Question &question) { QTest::newRow(name) << question; };
+    const auto act = [](const char *name, const std::function<void(Edit &)> &action) {
+        QTest::newRow(name) << Question([action](QMultiLineEdit &edit) {
+            action(static_cast<Edit &>(edit));
+            return QVariant();
+        });
+    };
+    row("count of rows", [](auto &edit) { return edit.numLines(); });
+    row("text of a row", [](auto &edit) { return edit.textLine(40); });
+    row("end of a paragraph", [](auto &edit) { return edit.isEndOfParagraph(39); });
+    row("rows of the store", [](auto &edit) { return edit.store().row(30).start; });
+    row("cursor row", [](auto &edit) { return edit.cursorPosition().row; });
+    row("marked region", [](auto &edit) {
+        qint64 rows[2], columns[2];
+        edit.getMarkedRegion(&rows[0], &columns[0], &rows[1], &columns[1]);
+        return QVariantList{ rows[0], columns[0], rows[1], columns[1] };
+    });
+    row("marked in a row", [](auto &edit) {
+        qint64 begin = -1, end = -1;
+        static_cast<Edit &>(edit).markedInRow(edit.cursorPosition().row, &begin, &end);
+        return QVariantList{ begin, end };
+    });
+    row("top row", [](auto &edit) { return edit.topRow(); });
+    row("vertical offset", [](auto &edit) { return edit.yOffset(); });
+    row("horizontal offset", [](auto &edit) { return edit.xOffset(); });
+    row("width of the content", [](auto &edit) { return edit.cellWidth(); });
+    row("height of a row", [](auto &edit) { return edit.rowHeight(); });
+    row("height of a cell", [](auto &edit) { return edit.cellHeight(); });
+    row("place of a row", [](auto &edit) { return edit.cellRect(50); });
+    row("place of the cursor", [](auto &edit) { return edit.cursorRect(); });
+    row("offset at a point", [](auto &edit) { return edit.offsetAt({ 80, 60 }); });
+    row("rule for a new text",
+        [](auto &edit) { return edit.layoutRule().limit + edit.layoutRule().tabStop; });
+    row("measure", [](auto &edit) { return static_cast<Edit &>(edit).fontMeasure()->xWidth(); });
+    row("input method: cursor", [](auto &edit) { return inputMethodAnswer(edit, Qt::ImCursorRectangle); });
+    row("input method: anchor", [](auto &edit) { return inputMethodAnswer(edit, Qt::ImAnchorRectangle); });
+    row("accessible place", [](auto &edit) {
+        return QAccessible::queryAccessibleInterface(&edit)->textInterface()->characterRect(900);
+    });
+    act("set the cursor", [](auto &edit) { edit.setCursorPosition(lastRow(edit) / 2, 4); });
+    act("set the cursor to a given row", [](auto &edit) { edit.setCursorPosition(90, 4); });
+    act("set the top row", [](auto &edit) { edit.setTopRow(150); });
+    act("set the vertical offset", [](auto &edit) { edit.setYOffset(1500); });
+    act("set the horizontal offset", [](auto &edit) { edit.setXOffset(70); });
+    act("scroll to the cursor", [](auto &edit) { edit.makeCursorVisible(); });
+    act("insert", [](auto &edit) { edit.insert(u"x\ty\nz"_s); });
+    act("insert at a row", [](auto &edit) { edit.insertAt(u"xyz"_s, 100, 3, true); });
+    act("remove a row", [](auto &edit) { edit.removeLine(60); });
+    act("mark everything", [](auto &edit) { edit.selectAll(); });
+    act("mark nothing", [](auto &edit) { edit.deselect(); });
+    act("cut, and undo", [](auto &edit) {
+        edit.cut();
+        edit.undo();
+    });
+    act("move by rows", [](auto &edit) { MarkedText::press(edit, u"Down*3 Up End Shift+Home"_s); });
+    act("move by a page", [](auto &edit) { MarkedText::press(edit, u"PgDown PgDown PgUp"_s); });
+    act("type and erase", [](auto &edit) { MarkedText::press(edit, u"'abc' Backspace Return Del"_s); });
+    act("press the mouse", [](auto &edit) {
+        QTest::mouseClick(edit.viewport(), Qt::LeftButton, {}, { 60, 90 });
+    });
+    act("new text", [](auto &edit) { edit.setText(longText().first(2000)); });
+    act("clear", [](auto &edit) { edit.clear(); });
+    act("many edits at once", [](auto &edit) {
+        const QMultiLineEdit::Batch batch(edit);
+        for (int i = 0; i < 5; ++i)
+            edit.insertAt(u"edit "_s, 20 * i, 0);
+    });
+    act("change again", [](auto &edit) { setFontSize(edit, 8); });
+    act("resize", [](auto &edit) { edit.resize(300, 100); });
+}
+
+/// The one editor is asked after each change, the other only when all have been made.
+void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce()
+{
+    QFETCH(Question, question);
+    Edit asked, unasked;
+    prepare(asked);
+    prepare(unasked);
+    for (const Change &change : changes) {
+        change(asked);
+        asked.numLines();
+        change(unasked);
+    }
+    const QVariant answer = question(unasked);
+    QCOMPARE(answer, question(asked));
+    QCOMPARE(stateOf(unasked), stateOf(asked));
+    unasked.store().checkInvariants();
+}
+
+void QMultiLineEditLayoutTest::visibleEditorIsLaidOutOnceBeforeItIsPainted()
+{
+    Edit edit;
+    edit.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    prepare(edit);
+    edit.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&edit));
+    QTRY_VERIFY(edit.paints > 0);
+    QCoreApplication::processEvents();
+    edit.paints = 0;
+    const qint64 rows = edit.numLines();
+    const QSignalSpy moves(edit.verticalScrollBar(), &QScrollBar::valueChanged);
+    for (const Change &change : changes)
+        change(edit);
+    QCOMPARE(moves.count(), 0);
+    QTRY_VERIFY(edit.paints > 0);
+    QCOMPARE(moves.count(), 1);
+    QVERIFY(edit.rowsWhenPainted > 2 * rows);
+    QCoreApplication::processEvents();
+    QCOMPARE(edit.paints, 1);
+    QCOMPARE(edit.numLines(), edit.rowsWhenPainted);
+}
+
+void QMultiLineEditLayoutTest::topTextStays_data()
+{
+    QTest::addColumn<bool>("isVisible");
+    QTest::addColumn<int>("tabFrom");
+    QTest::addColumn<int>("tabTo");
+    for (const bool isVisible : { false, true }) {
+        for (const auto &[from, to] : { std::pair(8, 2), { 2, 12 }, { 4, 5 } })
+            QTest::addRow("%s, tab width %d to %d", isVisible ? "visible" : "hidden", from, to)
+                << isVisible << from << to;
+    }
+}
+
+/// In wrapped text a wider tab makes more rows of the lines above the view.
+void QMultiLineEditLayoutTest::topTextStays()
+{
+    QFETCH(bool, isVisible);
+    QFETCH(int, tabFrom);
+    QFETCH(int, tabTo);
+    QMultiLineEdit::setDefaultTabStop(tabFrom);
+    Edit edit;
+    edit.resize(250, 200);
+    edit.setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    edit.setWrapColumnOrWidth(20);
+    edit.setText(longText());
+    edit.setVisible(isVisible);
+    edit.setCursorPosition(edit.store().rowOfLine(70) + 2, 1);
+    edit.setTopRow(edit.store().rowOfLine(70) + 1);
+    const TextStore::Row before = edit.store().row(edit.topRow());
+    const qint64 rowBefore = edit.topRow();
+    const qint64 cursor = edit.cursorOffset();
+    QMultiLineEdit::setDefaultTabStop(tabTo);
+    const TextStore::Row after = edit.store().row(edit.topRow());
+    QVERIFY(after.start <= before.start && before.start < after.start + after.length);
+    QVERIFY(edit.topRow() != rowBefore);
+    QCOMPARE(edit.cursorOffset(), cursor);
+}
+
+/// The cursor stays out of sight when it was.
+void QMultiLineEditLayoutTest::showingAgainScrollsNothing()
+{
+    Edit edit;
+    prepare(edit);
+    edit.show();
+    edit.setCursorPosition(70, 0);
+    for (const qint64 topRow : { 69, 10 }) {
+        edit.setTopRow(topRow);
+        edit.setXOffset(150);
+        edit.hide();
+        edit.show();
+        QCOMPARE(edit.topRow(), topRow);
+        QCOMPARE(edit.xOffset(), 150);
+    }
+}
+
+/// Nobody but the editor keeps the widths its text is laid out by, once other fonts have been measured.
+void QMultiLineEditLayoutTest::outlivesManyFonts()
+{
+    Edit edit;
+    edit.setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    edit.setText(longText());
+    const QFont font = edit.font();
+    for (int size = 5; size < 40; ++size) {
+        setFontSize(edit, size);
+        FontMeasure::forFont(edit.font(), 1);
+    }
+    edit.setFont(font);
+    edit.setCursorPosition(50, 2);
+    QCOMPARE(edit.cursorPosition().row, 50);
+    edit.store().checkInvariants();
+}
+
+QTEST_MAIN(QMultiLineEditLayoutTest)
+#include "qmultilineeditlayout_test.moc"
