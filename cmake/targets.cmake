@@ -42,28 +42,31 @@ function(marlopad_library name)
     marlopad_use_read_ahead(${name} libraries "${arg_LINK}")
 endfunction()
 
-# marlopad_test_under(RUNNER NAME LINK LIBS… [SOURCES…]): NAME.cpp in the calling folder becomes one CTest test, run by
-# tests/RUNNER.
-function(marlopad_test_under runner name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
-    add_executable(${name} ${name}.cpp ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE Qt6::Test ${arg_LINK} marlopad_flags)
-    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
-    marlopad_use_read_ahead(${name} tests "${arg_LINK}")
-    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/${runner} $<TARGET_FILE:${name}>)
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+# marlopad_test_program(LINK LIBS…): the calling folder's tests are one program.
+function(marlopad_test_program)
+    cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
+    get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} NAME)
+    add_executable(${folder}_tests ${CMAKE_SOURCE_DIR}/tests/testprogram.cpp)
+    target_link_libraries(${folder}_tests PRIVATE Qt6::Test ${arg_LINK} marlopad_flags)
+    target_include_directories(${folder}_tests PRIVATE ${CMAKE_SOURCE_DIR})
+    marlopad_use_read_ahead(${folder}_tests tests "${arg_LINK}")
 endfunction()
 
-macro(marlopad_test)
-    marlopad_test_under(isolated ${ARGN})
-endmacro()
-
-# On a virtual X display with a window manager.
-macro(marlopad_window_test)
-    marlopad_test_under(underx ${ARGN})
-endmacro()
-
-# On a Wayland compositor, where no window is ever active, as there are no keys and no pointer.
-macro(marlopad_wayland_test)
-    marlopad_test_under(underwayland ${ARGN})
-endmacro()
+# marlopad_test(NAME [OF TEST] [ON x|wayland] [ENVIRONMENT VARIABLE=VALUE…]): one CTest test, labelled with its folder.
+# NAME.cpp joins the folder's program; with OF it is another test's file, run once more. It runs without a screen, on a
+# virtual X display with a window manager, or on a Wayland compositor, where no window is ever active, as there are no
+# keys and no pointer.
+function(marlopad_test name)
+    cmake_parse_arguments(arg "" "OF;ON" "ENVIRONMENT" ${ARGN})
+    get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} NAME)
+    set(runner isolated)
+    if(arg_ON)
+        set(runner under${arg_ON})
+    endif()
+    if(NOT arg_OF)
+        set(arg_OF ${name})
+        target_sources(${folder}_tests PRIVATE ${name}.cpp)
+    endif()
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/${runner} $<TARGET_FILE:${folder}_tests> ${arg_OF})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS ${folder} ENVIRONMENT "${arg_ENVIRONMENT}")
+endfunction()

@@ -1,9 +1,9 @@
 #include "editor/ctlediter.h"
 
-#include "settings/settings.h"
 #include "document/textfile.h"
-#include "widget/updatesoff.h"
 #include "rows/fontmeasure.h"
+#include "settings/settings.h"
+#include "widget/updatesoff.h"
 
 #include <QApplication>
 #include <QScrollBar>

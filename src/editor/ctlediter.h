@@ -1,10 +1,10 @@
 #pragma once
 
+#include "codec/textcodec.h"
 #include "document/documentversion.h"
 #include "editor/rownumberfont.h"
-#include "widget/qmultilineedit.h"
-#include "codec/textcodec.h"
 #include "text/textpattern.h"
+#include "widget/qmultilineedit.h"
 
 #include <QColor>
 

@@ -1,4 +1,5 @@
 #include "editor/ctlediter.h"
+#include "editor/readfailurebox.h"
 
 #include "codec/textcodec.h"
 #include "document/documentwriter.h"
@@ -34,34 +35,6 @@ const TextCodec *codecToWrite(int charCode)
     return codecToRead(charCode == CharCodeUnicode ? CharCodeUtf8 : charCode, {});
 }
 
-constexpr const char *missingText = QT_TRANSLATE_NOOP("ctlEditer", "This file is not exists!");
-constexpr const char *notOpenedText = QT_TRANSLATE_NOOP("ctlEditer", "This file was not opened!");
-constexpr const char *folderText = QT_TRANSLATE_NOOP("ctlEditer", "This is a folder, not a file!");
-constexpr const char *deviceText = QT_TRANSLATE_NOOP("ctlEditer", "This is a device or a pipe, not a file!");
-constexpr const char *tooLargeText =
-    QT_TRANSLATE_NOOP("ctlEditer", "There is not enough memory for this file!");
-constexpr const char *brokenOffText =
-    QT_TRANSLATE_NOOP("ctlEditer", "This file could not be read to its end!");
-
-const char *textOf(ReadFailure failure)
-{
-    switch (failure) {
-    case ReadFailure::Missing:
-        return missingText;
-    case ReadFailure::NotOpened:
-        return notOpenedText;
-    case ReadFailure::Folder:
-        return folderText;
-    case ReadFailure::Device:
-        return deviceText;
-    case ReadFailure::TooLarge:
-        return tooLargeText;
-    case ReadFailure::BrokenOff:
-        return brokenOffText;
-    }
-    Q_UNREACHABLE();
-}
-
 /// Whether a text has undecodable bytes or spellings.
 bool hasBytes(const TextStore &store)
 {
@@ -84,7 +57,7 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
     m_unreadFile = path + name;
     QByteArray bytes;
     if (const auto failure = readWholeFile(path + name, bytes)) {
-        MessageBox::critical(this, tr("File Load Error!"), tr(textOf(*failure)));
+        tellReadFailure(this, *failure);
         return false;
     }
     m_unreadFile.clear();

@@ -1,9 +1,9 @@
 #include "editor/ctlediter.h"
 
-#include "settings/settings.h"
 #include "editor/rowmarks.h"
 #include "rows/fontmeasure.h"
 #include "rows/rowpainter.h"
+#include "settings/settings.h"
 
 #include <cmath>
 

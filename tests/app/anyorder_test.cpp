@@ -1,9 +1,10 @@
 #include "app/qpeapplicationesc.h"
-#include "document/textfile.h"
 #include "codec/textcodec.h"
+#include "document/textfile.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QClipboard>
 #include <QMessageBox>
@@ -365,11 +366,17 @@ void AnyOrderTest::holdsInAnyOrder()
     m_window.reset();
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QPEApplicationEsc application(argc, argv);
     AnyOrderTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "anyorder_test.moc"

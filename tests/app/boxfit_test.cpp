@@ -1,11 +1,12 @@
 #include "app/screenclass.h"
 #include "app/translation.h"
-#include "document/textfile.h"
+#include "editor/readfailurebox.h"
 #include "files/filecalls.h"
 #include "platform/messagebox.h"
 #include "tests/app/forms.h"
 #include "tests/app/testwindow.h"
 #include "tests/filedialog/formtest.h"
+#include "tests/testprogram.h"
 #include "tests/textfit.h"
 
 #include <QComboBox>
@@ -131,7 +132,8 @@ auto unreadableFile(const FileCalls &calls, const char *path)
 {
     return [calls, path](TestWindow &window, const TestFiles &) {
         QByteArray bytes;
-        readWholeFile(&window, QString::fromLatin1(path), bytes, calls);
+        if (const auto failure = readWholeFile(QString::fromLatin1(path), bytes, calls))
+            tellReadFailure(&window, *failure);
     };
 }
 
@@ -414,7 +416,9 @@ void BoxFitTest::scrolledFormShowsWhatHasTheFocus()
     }
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QTemporaryFile config;
     if (!config.open() || config.write(isVgaRun() ? vgaScreen : smallScreen) < 0 || !config.flush())
@@ -422,4 +426,8 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toUtf8());
     return runFormTest<BoxFitTest>(argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 #include "boxfit_test.moc"

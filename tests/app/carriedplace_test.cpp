@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <functional>
 
@@ -124,5 +125,5 @@ void CarriedPlaceTest::savedDocumentHasAPlaceOfItsOwn()
     QCOMPARE(recentFiles().entries[0].cursorColumn, 4);
 }
 
-QTEST_MAIN(CarriedPlaceTest)
+REGISTER_TEST(runWindowTest<CarriedPlaceTest>)
 #include "carriedplace_test.moc"

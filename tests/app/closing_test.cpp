@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QDialog>
@@ -324,5 +325,5 @@ void ClosingTest::closingTheWindowAsks()
     QCOMPARE(boxes.count(), 2);
 }
 
-QTEST_MAIN(ClosingTest)
+REGISTER_TEST(runWindowTest<ClosingTest>)
 #include "closing_test.moc"

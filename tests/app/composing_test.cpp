@@ -2,6 +2,7 @@
 #include "document/textfile.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -295,12 +296,18 @@ void ComposingTest::escapeClosesAfterwards()
     QCOMPARE(window.tabBar()->count(), 1);
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     int noFiles = 1;
     QPEApplicationEsc application(noFiles, argv);
     ComposingTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "composing_test.moc"

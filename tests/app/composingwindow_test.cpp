@@ -2,6 +2,7 @@
 #include "document/textfile.h"
 #include "tests/app/testwindow.h"
 #include "tests/japaneseinput.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QInputMethodEvent>
@@ -158,7 +159,9 @@ void ComposingWindowTest::keysGoNowhereWhileLoading()
     QTRY_COMPARE_WITH_TIMEOUT(editor->text(), u"き日本"_s, patience);
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     qputenv("QT_IM_MODULE", "fcitx");
     QPEApplication::prepareEventLoop();
@@ -167,5 +170,9 @@ int main(int argc, char **argv)
     ComposingWindowTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "composingwindow_test.moc"

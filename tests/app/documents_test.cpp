@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QStackedWidget>
@@ -310,5 +311,5 @@ void DocumentsTest::undoingAllRemovesTheMark()
     QCOMPARE(window.tabTexts().at(1), u"* a.txt"_s);
 }
 
-QTEST_MAIN(DocumentsTest)
+REGISTER_TEST(runWindowTest<DocumentsTest>)
 #include "documents_test.moc"

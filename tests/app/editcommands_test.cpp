@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -252,5 +253,5 @@ void EditCommandsTest::tabKeysStayInTheEditor()
     QCOMPARE(window.tabBar()->currentIndex(), 1);
 }
 
-QTEST_MAIN(EditCommandsTest)
+REGISTER_TEST(runWindowTest<EditCommandsTest>)
 #include "editcommands_test.moc"

@@ -1,5 +1,6 @@
 #include "platform/qcop.h"
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QDBusConnection>
 #include <QProcess>
@@ -41,7 +42,10 @@ public slots:
 /// This program as the file explorer, in a process of its own: prints what it is told.
 class ExplorerProcess : public QProcess {
 public:
-    ExplorerProcess() { start(QCoreApplication::applicationFilePath(), { u"explorer"_s }); }
+    ExplorerProcess()
+    {
+        start(QCoreApplication::applicationFilePath(), { u"explorer_test"_s, u"explorer"_s });
+    }
     ~ExplorerProcess() override
     {
         kill();
@@ -149,7 +153,9 @@ void ExplorerTest::explorerThatDiedIsNoHarm()
     QVERIFY(window.slotCmdFileSave(window.currentEditor()));
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QApplication application(argc, argv);
     if (argc > 1 && QByteArrayView(argv[1]) == "explorer")
@@ -157,5 +163,9 @@ int main(int argc, char **argv)
     ExplorerTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "explorer_test.moc"

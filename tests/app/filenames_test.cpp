@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QHelpEvent>
 #include <QTextDocumentFragment>
@@ -167,5 +168,5 @@ void FileNamesTest::recentFilesOfTheNextStart()
     QCOMPARE(next.currentEditor()->name(), name);
 }
 
-QTEST_MAIN(FileNamesTest)
+REGISTER_TEST(runWindowTest<FileNamesTest>)
 #include "filenames_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QCloseEvent>
 #include <QMenuBar>
@@ -427,5 +428,5 @@ void FrmMainTest::destructionWritesSettings()
     QCOMPARE(appSettings().TabLen, 6);
 }
 
-QTEST_MAIN(FrmMainTest)
+REGISTER_TEST(runWindowTest<FrmMainTest>)
 #include "frmmain_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/app/programwindow.h"
+#include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
 
@@ -247,5 +248,5 @@ void FullScreenTest::normalSize()
     QTRY_COMPARE(xdotool({ u"getwindowgeometry"_s, window() }).section(u"Geometry: "_s, 1), u"853x640"_s);
 }
 
-QTEST_GUILESS_MAIN(FullScreenTest)
+REGISTER_TEST(runCoreTest<FullScreenTest>)
 #include "fullscreen_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QScreen>
 
@@ -85,5 +86,5 @@ void FullScreenWindowTest::escapeAfterTheCommand()
     }
 }
 
-QTEST_MAIN(FullScreenWindowTest)
+REGISTER_TEST(runWindowTest<FullScreenWindowTest>)
 #include "fullscreenwindow_test.moc"

@@ -2,6 +2,7 @@
 #include "tests/app/atprogress.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -343,8 +344,5 @@ void HeldBackTest::everythingWorksAgain()
     QCOMPARE(m_window->currentEditor(), m_window->editorAt(0));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<HeldBackTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<HeldBackTest>)
 #include "heldback_test.moc"

@@ -1,6 +1,7 @@
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
 
@@ -305,8 +306,5 @@ void HitViewTest::hiddenPanelCoversNothing()
     QCOMPARE(panel().pos(), QPoint(20, 40));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<HitViewTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<HitViewTest>)
 #include "hitview_test.moc"

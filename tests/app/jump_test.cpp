@@ -2,6 +2,7 @@
 #include "tests/app/drawntext.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QLineEdit>
 
@@ -342,5 +343,5 @@ void JumpTest::lastEditScrolls()
     QVERIFY(editor().viewport()->rect().contains(editor().cursorRect()));
 }
 
-QTEST_MAIN(JumpTest)
+REGISTER_TEST(runWindowTest<JumpTest>)
 #include "jump_test.moc"

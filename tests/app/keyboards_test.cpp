@@ -1,4 +1,5 @@
 #include "tests/app/programwindow.h"
+#include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
 
@@ -88,5 +89,5 @@ void KeyboardsTest::otherSignsDoNothing()
     QTRY_COMPARE(read(u"a.txt"_s), QByteArray("n1 x2 x3 x4\n"));
 }
 
-QTEST_GUILESS_MAIN(KeyboardsTest)
+REGISTER_TEST(runCoreTest<KeyboardsTest>)
 #include "keyboards_test.moc"

@@ -1,6 +1,7 @@
 #include "app/keymap.h"
 
 #include "app/frmmain.h"
+#include "tests/testprogram.h"
 
 #include <QKeyEvent>
 #include <QTest>
@@ -203,5 +204,5 @@ void KeyMapTest::otherKeysDoNothing()
     QVERIFY(commandsFor(key, Qt::NoModifier).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(KeyMapTest)
+REGISTER_TEST(runCoreTest<KeyMapTest>)
 #include "keymap_test.moc"

@@ -2,6 +2,7 @@
 #include "tests/app/testwindow.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/mnemonics.h"
+#include "tests/testprogram.h"
 #include "tests/textfit.h"
 
 #include <QContextMenuEvent>
@@ -395,8 +396,5 @@ void LanguageTest::properties()
     window.currentEditor()->setEdited(false);
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<LanguageTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<LanguageTest>)
 #include "language_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QToolBar>
@@ -190,5 +191,5 @@ void LanguageMenuTest::rebuiltMenusKeepStates()
     QCOMPARE(window.menu(MenuId::Edit)->actions().size(), 11);
 }
 
-QTEST_MAIN(LanguageMenuTest)
+REGISTER_TEST(runWindowTest<LanguageMenuTest>)
 #include "languagemenu_test.moc"

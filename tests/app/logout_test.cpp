@@ -1,5 +1,6 @@
 #include "tests/app/programwindow.h"
 #include "tests/app/sessionmanager.h"
+#include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
 
@@ -167,5 +168,5 @@ void LogoutTest::checkpointAsksAndEndsNothing()
     QCOMPARE(m_session->log.size(), 1);
 }
 
-QTEST_GUILESS_MAIN(LogoutTest)
+REGISTER_TEST(runCoreTest<LogoutTest>)
 #include "logout_test.moc"

@@ -1,6 +1,7 @@
 #include "tests/app/forms.h"
 #include "tests/app/testwindow.h"
 #include "tests/mnemonics.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QLabel>
@@ -319,5 +320,5 @@ void MenuKeysTest::defaultButtonComesBack()
     QVERIFY(own->isDefault());
 }
 
-QTEST_MAIN(MenuKeysTest)
+REGISTER_TEST(runWindowTest<MenuKeysTest>)
 #include "menukeys_test.moc"

@@ -1,5 +1,6 @@
 #include "platform/resource.h"
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QMenuBar>
@@ -407,5 +408,5 @@ void MenusTest::about()
     QVERIFY2(contact.at(1).startsWith(u"https://"), qPrintable(contact.at(1)));
 }
 
-QTEST_MAIN(MenusTest)
+REGISTER_TEST(runWindowTest<MenusTest>)
 #include "menus_test.moc"

@@ -1,6 +1,7 @@
 #include "tests/app/forms.h"
 #include "tests/app/testwindow.h"
 #include "tests/filedialog/formtest.h"
+#include "tests/testprogram.h"
 
 #include <QAccessible>
 
@@ -231,8 +232,5 @@ void NamesTest::messageBoxesHaveNames()
     window.currentEditor()->setEdited(false);
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<NamesTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<NamesTest>)
 #include "names_test.moc"

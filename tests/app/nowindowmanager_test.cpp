@@ -1,4 +1,5 @@
 #include "tests/app/programwindow.h"
+#include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
 
@@ -98,5 +99,5 @@ void NoWindowManagerTest::fullScreenCoversTheScreen()
     QTRY_COMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
 }
 
-QTEST_GUILESS_MAIN(NoWindowManagerTest)
+REGISTER_TEST(runCoreTest<NoWindowManagerTest>)
 #include "nowindowmanager_test.moc"

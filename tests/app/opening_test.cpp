@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
 
@@ -346,5 +347,5 @@ void OpeningTest::resultGoesToTheDocumentThatAsked()
     QCOMPARE(asking->name(), u"b.txt"_s);
 }
 
-QTEST_MAIN(OpeningTest)
+REGISTER_TEST(runWindowTest<OpeningTest>)
 #include "opening_test.moc"

@@ -1,6 +1,7 @@
 #include "tests/app/testwindow.h"
 
 #include "options/frmoption.h"
+#include "tests/testprogram.h"
 
 #include <QLineEdit>
 #include <QPaintEvent>
@@ -537,5 +538,5 @@ void OptionsTest::clearedRecentFilesLeaveTheMenu()
     QCOMPARE(window.recentMenu()->actions().at(0)->text(), u"(no item)"_s);
 }
 
-QTEST_MAIN(OptionsTest)
+REGISTER_TEST(runWindowTest<OptionsTest>)
 #include "options_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QTimer>
@@ -134,5 +135,5 @@ void PropertiesTest::nothingWithoutDocument()
     QCOMPARE(boxes.count(), 0);
 }
 
-QTEST_MAIN(PropertiesTest)
+REGISTER_TEST(runWindowTest<PropertiesTest>)
 #include "properties_test.moc"

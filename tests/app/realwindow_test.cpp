@@ -1,4 +1,5 @@
 #include "tests/app/programwindow.h"
+#include "tests/testprogram.h"
 
 #include <QRegularExpression>
 
@@ -230,5 +231,5 @@ void RealWindowTest::placeIsFoundAgainByTheNextStart()
     }
 }
 
-QTEST_GUILESS_MAIN(RealWindowTest)
+REGISTER_TEST(runCoreTest<RealWindowTest>)
 #include "realwindow_test.moc"

@@ -1,5 +1,6 @@
 #include "files/filename.h"
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QFileInfo>
@@ -552,5 +553,5 @@ void RecentTest::chosenEntryOfNoRow()
     QCOMPARE(window.tabTexts(), QStringList{ u"(new document)"_s });
 }
 
-QTEST_MAIN(RecentTest)
+REGISTER_TEST(runWindowTest<RecentTest>)
 #include "recent_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QPaintEvent>
 
@@ -105,5 +106,5 @@ void RepaintsTest::returnAtTheBottomLeavesTheBarsAlone()
     QCOMPARE(paintedBy(Qt::Key_Return), QList<QWidget *>{ m_editor->viewport() });
 }
 
-QTEST_MAIN(RepaintsTest)
+REGISTER_TEST(runWindowTest<RepaintsTest>)
 #include "repaints_test.moc"

@@ -2,9 +2,10 @@
 #include "app/replacerun.h"
 #include "editor/ctlediter.h"
 #include "search/frmreplaceprogress.h"
+#include "tests/seeds.h"
+#include "tests/testprogram.h"
 #include "tests/text/naivesearch.h"
 #include "tests/text/textalphabet.h"
-#include "tests/seeds.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -297,5 +298,5 @@ void ReplaceAllTest::tellsAvailabilityOnce()
     QCOMPARE(redo.count() + copy.count(), 0);
 }
 
-QTEST_MAIN(ReplaceAllTest)
+REGISTER_TEST(runWindowTest<ReplaceAllTest>)
 #include "replaceall_test.moc"

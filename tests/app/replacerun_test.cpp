@@ -2,6 +2,7 @@
 #include "tests/app/atprogress.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -407,8 +408,5 @@ void ReplaceRunTest::actsInTheDocumentShown()
     QCOMPARE(m_window->editorAt(1)->text(), QString(u"x\n"_s).repeated(hits));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<ReplaceRunTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<ReplaceRunTest>)
 #include "replacerun_test.moc"

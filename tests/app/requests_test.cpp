@@ -3,6 +3,7 @@
 
 #include "platform/qcop.h"
 #include "search/frmsearchdialog.h"
+#include "tests/testprogram.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -341,7 +342,9 @@ void RequestsTest::endCancelsDialogs()
     QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("xold"));
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QPEApplicationEsc application(argc, argv);
     if (application.handOver())
@@ -349,5 +352,9 @@ int main(int argc, char **argv)
     RequestsTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "requests_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 
@@ -360,5 +361,5 @@ void SavingTest::saveAllGoesBackToTheDocument()
     QCOMPARE(window.currentEditor(), window.editorAt(0));
 }
 
-QTEST_MAIN(SavingTest)
+REGISTER_TEST(runWindowTest<SavingTest>)
 #include "saving_test.moc"

@@ -4,6 +4,7 @@
 #include "tests/app/drawntext.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -354,5 +355,5 @@ void SearchTest::historySurvives()
     QVERIFY(QFile::exists(historyFileName()));
 }
 
-QTEST_MAIN(SearchTest)
+REGISTER_TEST(runWindowTest<SearchTest>)
 #include "search_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/app/programwindow.h"
+#include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
 
@@ -182,5 +183,5 @@ void SearchProgramTest::replacingAllLeadsBack()
     QTRY_COMPARE(saved(), QByteArray("one needle\n").replace("e", "exxxxx"));
 }
 
-QTEST_GUILESS_MAIN(SearchProgramTest)
+REGISTER_TEST(runCoreTest<SearchProgramTest>)
 #include "searchprogram_test.moc"

@@ -2,6 +2,7 @@
 #include "tests/app/atprogress.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QClipboard>
 #include <QLineEdit>
@@ -255,8 +256,5 @@ void SearchWindowTest::secondStartWaitsForTheRun()
     QTRY_COMPARE(editor().text(), u"requested"_s);
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<SearchWindowTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<SearchWindowTest>)
 #include "searchwindow_test.moc"

@@ -1,5 +1,6 @@
 #include "app/qpeapplicationesc.h"
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QDialog>
 
@@ -184,11 +185,17 @@ void SessionEndTest::wantedEditsAreAskedAbout()
     QVERIFY(files.read(u"a.txt"_s).contains('x'));
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QPEApplicationEsc application(argc, argv);
     SessionEndTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "sessionend_test.moc"

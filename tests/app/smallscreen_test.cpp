@@ -1,4 +1,5 @@
 #include "tests/app/programwindow.h"
+#include "tests/testprogram.h"
 
 #include <QRect>
 #include <QRegularExpression>
@@ -75,5 +76,5 @@ void SmallScreenTest::dialogsAreWhole()
     QTRY_VERIFY(isWhole());
 }
 
-QTEST_GUILESS_MAIN(SmallScreenTest)
+REGISTER_TEST(runCoreTest<SmallScreenTest>)
 #include "smallscreen_test.moc"

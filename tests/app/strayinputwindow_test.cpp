@@ -1,4 +1,5 @@
 #include "tests/app/programwindow.h"
+#include "tests/testprogram.h"
 
 #include <QPoint>
 
@@ -216,5 +217,5 @@ void StrayInputWindowTest::heldReturnOpensAndTypesNothing()
     QTRY_COMPARE(read(fileName(7)), QByteArray("xold"));
 }
 
-QTEST_GUILESS_MAIN(StrayInputWindowTest)
+REGISTER_TEST(runCoreTest<StrayInputWindowTest>)
 #include "strayinputwindow_test.moc"

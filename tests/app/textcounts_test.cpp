@@ -1,6 +1,7 @@
 #include "app/textcounts.h"
 
 #include "document/textfile.h"
+#include "tests/testprogram.h"
 #include "text/textstore.h"
 
 #include <QTest>
@@ -87,5 +88,5 @@ void TextCountsTest::sizes()
     QTEST(int(fileSize(countText(storeOf(text)), charCode, returnCode)), "size");
 }
 
-QTEST_GUILESS_MAIN(TextCountsTest)
+REGISTER_TEST(runCoreTest<TextCountsTest>)
 #include "textcounts_test.moc"

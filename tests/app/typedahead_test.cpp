@@ -1,5 +1,6 @@
 #include "app/qpeapplicationesc.h"
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QProcess>
@@ -188,7 +189,9 @@ void TypedAheadTest::commandsActOnceItIsShown()
     QTRY_COMPARE(m_window->tabBar()->currentIndex(), 1);
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QPEApplication::prepareEventLoop();
     int noFiles = 1; // what it is given are functions of the test
@@ -196,5 +199,9 @@ int main(int argc, char **argv)
     TypedAheadTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "typedahead_test.moc"

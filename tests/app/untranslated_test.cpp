@@ -1,6 +1,7 @@
 #include "tests/app/forms.h"
 #include "tests/app/testwindow.h"
 #include "tests/filedialog/formtest.h"
+#include "tests/testprogram.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -151,8 +152,5 @@ void UntranslatedTest::englishIsFound()
         QVERIFY2(inOptions.contains(text), qPrintable(text));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<UntranslatedTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<UntranslatedTest>)
 #include "untranslated_test.moc"

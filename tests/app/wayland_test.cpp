@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QScreen>
 
@@ -72,5 +73,5 @@ void WaylandTest::compositorEndsFullScreen()
     QTRY_VERIFY(isCovering(window, true));
 }
 
-QTEST_MAIN(WaylandTest)
+REGISTER_TEST(runWindowTest<WaylandTest>)
 #include "wayland_test.moc"

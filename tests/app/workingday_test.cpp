@@ -1,5 +1,6 @@
 #include "tests/app/testwindow.h"
 #include "tests/messageboxes.h"
+#include "tests/testprogram.h"
 
 #include <QDir>
 
@@ -234,5 +235,5 @@ void WorkingDayTest::endsWithTheBytesExpected()
     }
 }
 
-QTEST_MAIN(WorkingDayTest)
+REGISTER_TEST(runWindowTest<WorkingDayTest>)
 #include "workingday_test.moc"

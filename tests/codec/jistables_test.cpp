@@ -1,4 +1,5 @@
 #include "codec/textcodec.h"
+#include "tests/testprogram.h"
 
 #include <QFile>
 #include <QHash>
@@ -208,5 +209,5 @@ void JisTablesTest::agreesWithTheStandard()
     }
 }
 
-QTEST_APPLESS_MAIN(JisTablesTest)
+REGISTER_TEST(runPlainTest<JisTablesTest>)
 #include "jistables_test.moc"

@@ -3,6 +3,7 @@
 #include "tests/codec/nastybytes.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -368,5 +369,5 @@ void SpellingsTest::anotherCodeGetsNoBytes()
         storedBytes(to, store, TextCodec::AsRead::Nothing).toPercentEncoding(), result.toPercentEncoding());
 }
 
-QTEST_APPLESS_MAIN(SpellingsTest)
+REGISTER_TEST(runPlainTest<SpellingsTest>)
 #include "spellings_test.moc"

@@ -1,6 +1,7 @@
 #include "codec/textcodec.h"
 
 #include "tests/codec/storedbytes.h"
+#include "tests/testprogram.h"
 
 #include <QTest>
 
@@ -545,5 +546,5 @@ void TextCodecTest::refusedBytesStopEncoding()
     }
 }
 
-QTEST_APPLESS_MAIN(TextCodecTest)
+REGISTER_TEST(runPlainTest<TextCodecTest>)
 #include "textcodec_test.moc"

@@ -3,6 +3,7 @@
 #include "tests/codec/nastybytes.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QSet>
@@ -294,5 +295,5 @@ void TextCodecLawsTest::everyCharacterOfJapaneseSetsComesBack()
     QCOMPARE(found, count);
 }
 
-QTEST_APPLESS_MAIN(TextCodecLawsTest)
+REGISTER_TEST(runPlainTest<TextCodecLawsTest>)
 #include "textcodeclaws_test.moc"

@@ -1,6 +1,7 @@
 #include "document/textfile.h"
 
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -396,5 +397,5 @@ void TextFileTest::randomFilesFollowTheRules()
     }
 }
 
-QTEST_MAIN(TextFileTest)
+REGISTER_TEST(runCoreTest<TextFileTest>)
 #include "textfile_test.moc"

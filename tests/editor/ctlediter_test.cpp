@@ -1,8 +1,9 @@
 #include "editor/ctlediter.h"
 
-#include "settings/settings.h"
 #include "document/textfile.h"
 #include "rows/fontmeasure.h"
+#include "settings/settings.h"
+#include "tests/testprogram.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -487,5 +488,5 @@ void CtlEditerTest::modifiedMarkFollowsUndo()
     QVERIFY(editor->edited());
 }
 
-QTEST_MAIN(CtlEditerTest)
+REGISTER_TEST(runWindowTest<CtlEditerTest>)
 #include "ctlediter_test.moc"

@@ -1,8 +1,9 @@
 #include "editor/ctlediter.h"
 
 #include "settings/settings.h"
-#include "tests/widget/markedtext.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "tests/widget/markedtext.h"
 
 #include <QKeyEvent>
 #include <QRandomGenerator>
@@ -369,5 +370,5 @@ void CtlEditerKeysTest::randomBlocks()
     }
 }
 
-QTEST_MAIN(CtlEditerKeysTest)
+REGISTER_TEST(runWindowTest<CtlEditerKeysTest>)
 #include "ctlediterkeys_test.moc"

@@ -1,10 +1,11 @@
 #include "editor/ctlediter.h"
 
-#include "settings/settings.h"
 #include "document/textfile.h"
 #include "files/filename.h"
+#include "settings/settings.h"
 #include "tests/editor/documentfile.h"
 #include "tests/messageboxes.h"
+#include "tests/testprogram.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -307,5 +308,5 @@ void CtlEditerLoadTest::anyBytesInTheName()
     QCOMPARE(::unlink(FileName::toBytes(folder().path() + oddName).constData()), 0);
 }
 
-QTEST_MAIN(CtlEditerLoadTest)
+REGISTER_TEST(runWindowTest<CtlEditerLoadTest>)
 #include "ctlediterload_test.moc"

@@ -1,8 +1,9 @@
 #include "tests/editor/editormodel.h"
 
 #include "settings/settings.h"
-#include "tests/widget/markedtext.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "tests/widget/markedtext.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -285,5 +286,5 @@ void CtlEditerRandomTest::compare()
     QVERIFY(m_editor->viewport()->rect().intersects(m_editor->cursorRect()));
 }
 
-QTEST_MAIN(CtlEditerRandomTest)
+REGISTER_TEST(runWindowTest<CtlEditerRandomTest>)
 #include "ctlediterrandom_test.moc"

@@ -1,13 +1,14 @@
 #include "editor/ctlediter.h"
 
-#include "settings/settings.h"
+#include "codec/textcodec.h"
 #include "document/documentwriter.h"
 #include "document/textfile.h"
 #include "files/filename.h"
-#include "codec/textcodec.h"
+#include "settings/settings.h"
 #include "tests/editor/documentfile.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -487,5 +488,5 @@ void CtlEditerSaveTest::randomLineEnds()
     QVERIFY(folder().read(name) == content);
 }
 
-QTEST_MAIN(CtlEditerSaveTest)
+REGISTER_TEST(runWindowTest<CtlEditerSaveTest>)
 #include "ctleditersave_test.moc"

@@ -3,6 +3,7 @@
 #include "editor/ctlediter.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QHelpEvent>
 #include <QRandomGenerator>
@@ -445,5 +446,5 @@ void CtlTabBarTest::randomTabs()
     }
 }
 
-QTEST_MAIN(CtlTabBarTest)
+REGISTER_TEST(runWindowTest<CtlTabBarTest>)
 #include "ctltabbar_test.moc"

@@ -1,5 +1,6 @@
 #include "rows/rowlayout.h"
 #include "tests/editor/paintedrow.h"
+#include "tests/testprogram.h"
 
 #include <QInputMethodEvent>
 #include <QTextCharFormat>
@@ -312,8 +313,5 @@ void CursorPaintingTest::composedText()
     QCOMPARE(pixelsOf(image, qRgb(0, 0, 0)), black);
 }
 
-int main(int argc, char **argv)
-{
-    return runPaintingTest<CursorPaintingTest>(argc, argv);
-}
+REGISTER_TEST(runPaintingTest<CursorPaintingTest>)
 #include "cursorpainting_test.moc"

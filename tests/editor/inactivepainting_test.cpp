@@ -1,4 +1,5 @@
 #include "tests/editor/paintedrow.h"
+#include "tests/testprogram.h"
 
 #include <QLineEdit>
 #include <QScreen>
@@ -127,8 +128,5 @@ void InactivePaintingTest::colorsAreShownAtOnce()
     QVERIFY(shown.count(qRgb(0, 255, 0)) > 0);
 }
 
-int main(int argc, char **argv)
-{
-    return runPaintingTest<InactivePaintingTest>(argc, argv);
-}
+REGISTER_TEST(runPaintingTest<InactivePaintingTest>)
 #include "inactivepainting_test.moc"

@@ -1,10 +1,11 @@
 #include "editor/ctlediter.h"
 
-#include "settings/settings.h"
 #include "document/textfile.h"
+#include "settings/settings.h"
 #include "tests/editor/documentfile.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -350,5 +351,5 @@ void KeptBytesTest::undoneEdits()
     QCOMPARE(saved().toHex(' '), bytes.toHex(' '));
 }
 
-QTEST_MAIN(KeptBytesTest)
+REGISTER_TEST(runWindowTest<KeptBytesTest>)
 #include "keptbytes_test.moc"

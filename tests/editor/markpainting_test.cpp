@@ -1,5 +1,6 @@
 #include "rows/rowlayout.h"
 #include "tests/editor/paintedrow.h"
+#include "tests/testprogram.h"
 
 /// The marks of line ends, tabs, full-width spaces and the end of the file.
 class MarkPaintingTest : public QObject {
@@ -173,8 +174,5 @@ void MarkPaintingTest::fullWidthSpaceBoxAmongRightToLeftText()
         QVERIFY(x >= left + editor.device(3) && x < right);
 }
 
-int main(int argc, char **argv)
-{
-    return runPaintingTest<MarkPaintingTest>(argc, argv);
-}
+REGISTER_TEST(runPaintingTest<MarkPaintingTest>)
 #include "markpainting_test.moc"

@@ -1,6 +1,7 @@
 #include "tests/editor/paintedrow.h"
 
 #include "rows/rowpictures.h"
+#include "tests/testprogram.h"
 
 /// Rows of text and the selection in them.
 class PaintingTest : public QObject {
@@ -224,8 +225,5 @@ void PaintingTest::otherScalesAreFilledToo()
     QVERIFY(!pixelsOf(image, qRgb(0, 0, 0)).empty());
 }
 
-int main(int argc, char **argv)
-{
-    return runPaintingTest<PaintingTest>(argc, argv);
-}
+REGISTER_TEST(runPaintingTest<PaintingTest>)
 #include "painting_test.moc"

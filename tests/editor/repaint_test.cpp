@@ -1,6 +1,7 @@
-#include "settings/settings.h"
 #include "editor/ctlediter.h"
+#include "settings/settings.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -302,7 +303,9 @@ void RepaintTest::changeTogetherWithAScroll()
 }
 
 // One point is one pixel, as in the program; the cursor does not blink by itself.
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     qputenv("QT_FONT_DPI", "72");
     QApplication application(argc, argv);
@@ -310,4 +313,8 @@ int main(int argc, char **argv)
     RepaintTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 #include "repaint_test.moc"

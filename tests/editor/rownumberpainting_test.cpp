@@ -1,4 +1,5 @@
 #include "tests/editor/paintedrow.h"
+#include "tests/testprogram.h"
 
 #include <QGlyphRun>
 
@@ -253,8 +254,5 @@ void RowNumberPaintingTest::ruleBesideTheNumbers()
     QCOMPARE(pixelsOf(image, qRgb(255, 0, 0)), rectangle(1, 0, editor.stroke(1), editor.height()));
 }
 
-int main(int argc, char **argv)
-{
-    return runPaintingTest<RowNumberPaintingTest>(argc, argv);
-}
+REGISTER_TEST(runPaintingTest<RowNumberPaintingTest>)
 #include "rownumberpainting_test.moc"

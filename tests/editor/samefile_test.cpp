@@ -3,6 +3,7 @@
 #include "settings/settings.h"
 #include "tests/editor/documentfile.h"
 #include "tests/messageboxes.h"
+#include "tests/testprogram.h"
 
 #include <QTest>
 
@@ -195,5 +196,5 @@ void SameFileTest::nothingIsWrittenWhereNothingCanBeKept()
     QCOMPARE(boxes.count(), 2);
 }
 
-QTEST_MAIN(SameFileTest)
+REGISTER_TEST(runWindowTest<SameFileTest>)
 #include "samefile_test.moc"

@@ -1,5 +1,6 @@
-#include "settings/settings.h"
 #include "editor/ctlediter.h"
+#include "settings/settings.h"
+#include "tests/testprogram.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -109,7 +110,9 @@ void ScreensTest::moveBetweenScales()
 }
 
 // One point is one pixel, as in the program; the cursor does not blink.
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QTemporaryFile config;
     if (!config.open() || config.write(screens) < 0 || !config.flush())
@@ -120,4 +123,8 @@ int main(int argc, char **argv)
     ScreensTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 #include "screens_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/editor/paintedrow.h"
+#include "tests/testprogram.h"
 
 #include <QInputMethodEvent>
 #include <QScreen>
@@ -171,8 +172,5 @@ void SidewaysTest::narrowWindowFollowsTheCursor()
     QCOMPARE(editor.xOffset(), 0);
 }
 
-int main(int argc, char **argv)
-{
-    return runPaintingTest<SidewaysTest>(argc, argv);
-}
+REGISTER_TEST(runPaintingTest<SidewaysTest>)
 #include "sideways_test.moc"

@@ -1,5 +1,6 @@
 #include "tests/filedialog/shownlist.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QHeaderView>
 #include <QScrollBar>
@@ -353,8 +354,5 @@ void ListViewTest::paintsUndecodableNames()
     QCOMPARE(shown.selectedFiles.at(0).at(0).toString(), QStringLiteral(u"\xDC83\xDC83"));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<ListViewTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<ListViewTest>)
 #include "ctlfilelistview_test.moc"

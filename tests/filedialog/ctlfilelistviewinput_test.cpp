@@ -1,5 +1,6 @@
 #include "tests/filedialog/shownlist.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QHeaderView>
 #include <QScrollBar>
@@ -327,8 +328,5 @@ void ListViewInputTest::doubleClickByAnotherButton()
     QCOMPARE(shown.refreshed.size(), 1);
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<ListViewInputTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<ListViewInputTest>)
 #include "ctlfilelistviewinput_test.moc"

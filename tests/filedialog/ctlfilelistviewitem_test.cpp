@@ -1,4 +1,5 @@
 #include "filedialog/ctlfilelistviewitem.h"
+#include "tests/testprogram.h"
 
 #include <QTest>
 
@@ -245,5 +246,5 @@ void ItemTest::comparesByTheKeyThatWasSet()
     QVERIFY(small < large);
 }
 
-QTEST_GUILESS_MAIN(ItemTest)
+REGISTER_TEST(runCoreTest<ItemTest>)
 #include "ctlfilelistviewitem_test.moc"

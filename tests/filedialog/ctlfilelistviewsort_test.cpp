@@ -1,5 +1,6 @@
 #include "tests/filedialog/shownlist.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QHeaderView>
 
@@ -120,8 +121,5 @@ void ListViewSortTest::refreshKeepsTheOrder()
     QCOMPARE(shown.names(), strings({ "c", "b", "a" }));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<ListViewSortTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<ListViewSortTest>)
 #include "ctlfilelistviewsort_test.moc"

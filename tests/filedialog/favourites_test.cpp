@@ -1,6 +1,7 @@
 #include "filedialog/favourites.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QAction>
 #include <QDir>
@@ -187,8 +188,5 @@ void FavouritesTest::showsTextsAsTheyAre()
     QVERIFY(!menu.actions().at(1)->text().contains(u'\t'));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<FavouritesTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<FavouritesTest>)
 #include "favourites_test.moc"

@@ -1,5 +1,6 @@
 #include "filedialog/fileentry.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QMap>
 #include <QTest>
@@ -161,5 +162,5 @@ void FileEntryTest::tellsKindsWithoutSearchRight()
     }
 }
 
-QTEST_GUILESS_MAIN(FileEntryTest)
+REGISTER_TEST(runCoreTest<FileEntryTest>)
 #include "fileentry_test.moc"

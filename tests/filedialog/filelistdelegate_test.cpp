@@ -2,6 +2,7 @@
 #include "filedialog/filelistdelegate.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QImage>
 #include <QStyle>
@@ -209,8 +210,5 @@ void DelegateTest::narrowsNumbersThatDoNotFit()
     }
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<DelegateTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<DelegateTest>)
 #include "filelistdelegate_test.moc"

@@ -1,5 +1,6 @@
 #include "tests/filedialog/showndialog.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QLabel>
 #include <QSignalSpy>
@@ -245,8 +246,5 @@ void FileDialogTest::controlsHaveNames()
     QCOMPARE(buddies, QList<QWidget *>({ shown.name(), shown.types(), shown.charCodes() }));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<FileDialogTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<FileDialogTest>)
 #include "frmfiledialog_test.moc"

@@ -1,6 +1,7 @@
 #include "tests/filedialog/boxanswer.h"
 #include "tests/filedialog/showndialog.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 /// What OK does with a name and the codes: what is asked, refused and handed over.
 class FileDialogAcceptTest : public QObject {
@@ -327,8 +328,5 @@ void FileDialogAcceptTest::undecodableNames()
     QCOMPARE(save.dialog.fileName, QStringLiteral(u"\xDC8A\xDCBF.txt"));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<FileDialogAcceptTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<FileDialogAcceptTest>)
 #include "frmfiledialogaccept_test.moc"

@@ -2,6 +2,7 @@
 #include "filedialog/frmfiledialog.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QComboBox>
 #include <QHeaderView>
@@ -192,8 +193,5 @@ void FitTest::checkList(const frmFileDialog &dialog)
     QVERIFY(textWidth(list, QStringLiteral("999 KB")) + margins <= list->columnWidth(1));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<FitTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<FitTest>)
 #include "frmfiledialogfit_test.moc"

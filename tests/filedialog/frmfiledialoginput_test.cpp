@@ -1,6 +1,7 @@
 #include "tests/filedialog/boxanswer.h"
 #include "tests/filedialog/showndialog.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/testprogram.h"
 
 #include <QMenu>
 #include <QScreen>
@@ -290,8 +291,5 @@ void FileDialogInputTest::walksFromHomeToACardAndBack()
     QCOMPARE(shown.list->currentPath, root.path("home/me/"));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<FileDialogInputTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<FileDialogInputTest>)
 #include "frmfiledialoginput_test.moc"

@@ -1,4 +1,5 @@
 #include "filedialog/locations.h"
+#include "tests/testprogram.h"
 
 #include <QTest>
 
@@ -141,5 +142,5 @@ void LocationsTest::programFoldersOfTheEnvironment()
     qputenv("PATH", path);
 }
 
-QTEST_GUILESS_MAIN(LocationsTest)
+REGISTER_TEST(runCoreTest<LocationsTest>)
 #include "locations_test.moc"

@@ -1,4 +1,5 @@
 #include "filedialog/namefilter.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -76,5 +77,5 @@ void NameFilterTest::matchesAsTheSystemDoes()
     QVERIFY(matched > 1000);
 }
 
-QTEST_GUILESS_MAIN(NameFilterTest)
+REGISTER_TEST(runCoreTest<NameFilterTest>)
 #include "namefilter_test.moc"

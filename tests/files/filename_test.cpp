@@ -1,6 +1,7 @@
 #include "files/filename.h"
 
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QDir>
 #include <QRandomGenerator>
@@ -238,5 +239,5 @@ void FilenameTest::absoluteFromTheShellsFolder()
     QCOMPARE(result, root + absolute.sliced(1));
 }
 
-QTEST_GUILESS_MAIN(FilenameTest)
+REGISTER_TEST(runCoreTest<FilenameTest>)
 #include "filename_test.moc"

@@ -2,6 +2,7 @@
 
 #include "files/filename.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -242,5 +243,5 @@ void ReadFileTest::fileThatGrowsIsTakenAsItIs()
     QVERIFY(bytes == content);
 }
 
-QTEST_MAIN(ReadFileTest)
+REGISTER_TEST(runCoreTest<ReadFileTest>)
 #include "readfile_test.moc"

@@ -1,5 +1,6 @@
 #include "files/fileattributes.h"
 #include "tests/files/savedfile.h"
+#include "tests/testprogram.h"
 
 #include <map>
 
@@ -566,5 +567,5 @@ void SafeFileTest::anyBytesInTheName()
     QCOMPARE(statOf(name).st_size, off_t(m_new.size()));
 }
 
-QTEST_GUILESS_MAIN(SafeFileTest)
+REGISTER_TEST(runCoreTest<SafeFileTest>)
 #include "safefile_test.moc"

@@ -1,5 +1,6 @@
 #include "tests/files/savedfile.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QSet>
@@ -301,5 +302,5 @@ void SafeFileFailuresTest::fullDisk()
         QCOMPARE(contentOf(name), m_old);
 }
 
-QTEST_GUILESS_MAIN(SafeFileFailuresTest)
+REGISTER_TEST(runCoreTest<SafeFileFailuresTest>)
 #include "safefilefailures_test.moc"

@@ -1,3 +1,5 @@
+#include "tests/testprogram.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -137,5 +139,5 @@ void RoomsTest::coreRoomsIncludeNoWidget()
     }
 }
 
-QTEST_APPLESS_MAIN(RoomsTest)
+REGISTER_TEST(runPlainTest<RoomsTest>)
 #include "rooms_test.moc"

@@ -1,3 +1,5 @@
+#include "tests/testprogram.h"
+
 #include <QDir>
 #include <QFile>
 #include <QMap>
@@ -221,5 +223,5 @@ void TranslationsTest::desktopFilesAreTranslated()
     }
 }
 
-QTEST_APPLESS_MAIN(TranslationsTest)
+REGISTER_TEST(runPlainTest<TranslationsTest>)
 #include "translations_test.moc"

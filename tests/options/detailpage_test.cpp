@@ -1,4 +1,5 @@
 #include "tests/options/optionsform.h"
+#include "tests/testprogram.h"
 
 #include <QPushButton>
 
@@ -207,5 +208,5 @@ void DetailPageTest::returnPressesTheButton()
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
 }
 
-QTEST_MAIN(DetailPageTest)
+REGISTER_TEST(runWindowTest<DetailPageTest>)
 #include "detailpage_test.moc"

@@ -1,5 +1,6 @@
 #include "tests/mnemonics.h"
 #include "tests/options/optionsform.h"
+#include "tests/testprogram.h"
 
 #include <QPushButton>
 
@@ -389,5 +390,5 @@ void FrmOptionTest::returnAcceptsWhereverTheFocusWas()
     QVERIFY(!dialog.isVisible());
 }
 
-QTEST_MAIN(FrmOptionTest)
+REGISTER_TEST(runWindowTest<FrmOptionTest>)
 #include "frmoption_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/options/optionsform.h"
+#include "tests/testprogram.h"
 
 #include <QFontDatabase>
 #include <QLocale>
@@ -357,5 +358,5 @@ void View1PageTest::columnFieldAtStart()
     QTEST(control<QLineEdit>(frmOption(nullptr), u"WrapLen"_s)->isEnabled(), "enabled");
 }
 
-QTEST_MAIN(View1PageTest)
+REGISTER_TEST(runWindowTest<View1PageTest>)
 #include "view1page_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/options/optionsform.h"
+#include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
 using namespace OptionsForm;
@@ -100,5 +101,5 @@ void View2PageTest::tabSizeIsChecked()
     numberIsCheckedAndStored(u"TabLen"_s, text, message, stored);
 }
 
-QTEST_MAIN(View2PageTest)
+REGISTER_TEST(runWindowTest<View2PageTest>)
 #include "view2page_test.moc"

@@ -1,4 +1,5 @@
 #include "platform/decimalnumber.h"
+#include "tests/testprogram.h"
 
 #include <QTest>
 
@@ -70,5 +71,5 @@ void DecimalNumberTest::number()
     QCOMPARE(small.value_or(0), small ? number.value_or(0) : 0);
 }
 
-QTEST_APPLESS_MAIN(DecimalNumberTest)
+REGISTER_TEST(runPlainTest<DecimalNumberTest>)
 #include "decimalnumber_test.moc"

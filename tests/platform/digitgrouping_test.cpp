@@ -1,4 +1,5 @@
 #include "platform/digitgrouping.h"
+#include "tests/testprogram.h"
 
 #include <QLocale>
 #include <QTest>
@@ -29,5 +30,5 @@ void DigitGroupingTest::groups()
     QTEST(groupDigits(number), "grouped");
 }
 
-QTEST_GUILESS_MAIN(DigitGroupingTest)
+REGISTER_TEST(runCoreTest<DigitGroupingTest>)
 #include "digitgrouping_test.moc"

@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/keyboard.h"
 
 #include <QKeyEvent>
@@ -129,5 +130,5 @@ void HeldKeysTest::withoutAKeyboardToWatch()
     QVERIFY(isHeld(100, true));
 }
 
-QTEST_MAIN(HeldKeysTest)
+REGISTER_TEST(runWindowTest<HeldKeysTest>)
 #include "heldkeys_test.moc"

@@ -1,5 +1,6 @@
 #include "platform/menu.h"
 #include "platform/shortenedpath.h"
+#include "tests/testprogram.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -222,7 +223,9 @@ void MenuTest::wideTextsAreShortened()
     QVERIFY2(width > smallWidth * 3 / 4, qPrintable(shown));
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QTemporaryFile config;
     if (!config.open() || config.write(smallAndLargeScreen) < 0 || !config.flush())
@@ -234,4 +237,8 @@ int main(int argc, char **argv)
     QTEST_SET_MAIN_SOURCE_PATH
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 #include "menu_test.moc"

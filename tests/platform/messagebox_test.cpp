@@ -1,5 +1,6 @@
 #include "platform/messagebox.h"
 #include "tests/messageboxes.h"
+#include "tests/testprogram.h"
 #include "tests/widget/keyboard.h"
 
 #include <QLabel>
@@ -295,5 +296,5 @@ void MessageBoxTest::answersAssistiveTechnologyAtOnce()
     QCOMPARE(ask([](QMessageBox &box) { box.defaultButton()->click(); }), 0);
 }
 
-QTEST_MAIN(MessageBoxTest)
+REGISTER_TEST(runWindowTest<MessageBoxTest>)
 #include "messagebox_test.moc"

@@ -1,4 +1,5 @@
 #include "platform/qcop.h"
+#include "tests/testprogram.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -143,7 +144,8 @@ private slots:
     void envelope_ofAProgramThatEnds_arrives()
     {
         const Listener listener(service);
-        QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), { u"send"_s }), 0);
+        QCOMPARE(
+            QProcess::execute(QCoreApplication::applicationFilePath(), { u"qcop_test"_s, u"send"_s }), 0);
         QTRY_COMPARE(listener.messages.size(), 1);
         QCOMPARE(listener.messages.first().arguments(), QVariantList{ u"from a process"_s });
     }
@@ -165,7 +167,7 @@ private slots:
         if (!address.isEmpty())
             environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
         process.setProcessEnvironment(environment);
-        process.start(QCoreApplication::applicationFilePath(), { u"send"_s });
+        process.start(QCoreApplication::applicationFilePath(), { u"qcop_test"_s, u"send"_s });
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitCode(), 1);
         QCOMPARE(process.readAllStandardError(), QByteArray());
@@ -180,7 +182,9 @@ static int sendOne()
     return isHeard ? 0 : 1;
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     if (application.arguments().contains(u"send"_s))
@@ -188,5 +192,9 @@ int main(int argc, char **argv)
     QCopTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "qcop_test.moc"

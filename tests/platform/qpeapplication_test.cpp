@@ -2,6 +2,7 @@
 
 #include "platform/endquestion.h"
 #include "platform/qcop.h"
+#include "tests/testprogram.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDBusConnection>
@@ -55,13 +56,13 @@ private:
     }
 };
 
-/// This program in another role, see main().
+/// This program in another role, see run().
 class Role : public QProcess {
 public:
     explicit Role(const QStringList &arguments, const QString &folder = QDir::currentPath())
     {
         setProgram(QCoreApplication::applicationFilePath());
-        setArguments(arguments);
+        setArguments(QStringList{ u"qpeapplication_test"_s } + arguments);
         setWorkingDirectory(folder);
         setProcessChannelMode(QProcess::ForwardedErrorChannel);
     }
@@ -251,8 +252,9 @@ void QPEApplicationTest::secondStart_withUndecodableName_handsOver()
 {
     Role first({ u"run"_s });
     QVERIFY(first.startsAndPrints("ready"));
-    Role second({ u"-c"_s, u"exec \"$0\" run /caf\351.txt \"$(printf '/%%\\203e\\300\\212')\""_s,
-        QCoreApplication::applicationFilePath() });
+    Role second(
+        { u"-c"_s, u"exec \"$0\" qpeapplication_test run /caf\351.txt \"$(printf '/%%\\203e\\300\\212')\""_s,
+            QCoreApplication::applicationFilePath() });
     second.setProgram(u"/bin/sh"_s);
     QCOMPARE(second.run(), 0);
     QVERIFY(first.prints("document /caf\\ue9.txt"));
@@ -442,7 +444,9 @@ static int runQuestion(QPEApplication &app)
 }
 
 // "scale", "qpedir", "run [minimized] [FILE…]" and "ask" are the roles of other processes.
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     const QByteArray role = argc > 1 ? argv[1] : "";
     const bool isRole = role == "scale" || role == "qpedir" || role == "run" || role == "ask";
@@ -467,5 +471,9 @@ int main(int argc, char **argv)
     QPEApplicationTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "qpeapplication_test.moc"

@@ -1,4 +1,5 @@
 #include "platform/qpeapplication.h"
+#include "tests/testprogram.h"
 
 #include <QCloseEvent>
 #include <QDialog>
@@ -334,12 +335,18 @@ void RequestQueueTest::showMainWidget_maximises()
     QVERIFY(window.isMaximized());
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QPEApplication::prepareScale();
     QPEApplication app(argc, argv);
     RequestQueueTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "requestqueue_test.moc"

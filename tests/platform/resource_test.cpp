@@ -1,4 +1,5 @@
 #include "platform/resource.h"
+#include "tests/testprogram.h"
 
 #include <QDir>
 #include <QFile>
@@ -244,5 +245,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(ResourceTest)
+REGISTER_TEST(runWindowTest<ResourceTest>)
 #include "resource_test.moc"

@@ -1,4 +1,5 @@
 #include "platform/screenscale.h"
+#include "tests/testprogram.h"
 
 #include <QTest>
 
@@ -92,5 +93,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ScreenScaleTest)
+REGISTER_TEST(runCoreTest<ScreenScaleTest>)
 #include "screenscale_test.moc"

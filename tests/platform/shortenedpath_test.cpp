@@ -1,5 +1,6 @@
-#include "rows/lcfont.h"
 #include "platform/shortenedpath.h"
+#include "rows/lcfont.h"
+#include "tests/testprogram.h"
 
 #include <QFontMetrics>
 #include <QTest>
@@ -73,5 +74,5 @@ void ShortenedPathTest::neverTakesMoreRoom()
     }
 }
 
-QTEST_MAIN(ShortenedPathTest)
+REGISTER_TEST(runWindowTest<ShortenedPathTest>)
 #include "shortenedpath_test.moc"

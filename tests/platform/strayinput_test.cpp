@@ -1,4 +1,5 @@
 #include "platform/strayinput.h"
+#include "tests/testprogram.h"
 #include "tests/widget/keyboard.h"
 
 #include <QApplication>
@@ -175,5 +176,5 @@ void StrayInputTest::windowThatIsGone()
     QCOMPARE(windows->reached, QStringList());
 }
 
-QTEST_MAIN(StrayInputTest)
+REGISTER_TEST(runWindowTest<StrayInputTest>)
 #include "strayinput_test.moc"

@@ -1,6 +1,7 @@
 #include "rows/fontmeasure.h"
 #include "rows/hexmark.h"
 #include "rows/lcfont.h"
+#include "tests/testprogram.h"
 
 #include <QTest>
 
@@ -194,5 +195,5 @@ void FontMeasureTest::measuresAreShared()
     QCOMPARE(measure->devicePixelRatio(), 1.5);
 }
 
-QTEST_MAIN(FontMeasureTest)
+REGISTER_TEST(runWindowTest<FontMeasureTest>)
 #include "fontmeasure_test.moc"

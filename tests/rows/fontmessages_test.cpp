@@ -1,4 +1,5 @@
 #include "rows/fontmessages.h"
+#include "tests/testprogram.h"
 
 #include <QScopeGuard>
 #include <QTest>
@@ -45,5 +46,5 @@ void FontMessagesTest::passOnOthers()
     QTEST(int(messages.size()), "times");
 }
 
-QTEST_GUILESS_MAIN(FontMessagesTest)
+REGISTER_TEST(runCoreTest<FontMessagesTest>)
 #include "fontmessages_test.moc"

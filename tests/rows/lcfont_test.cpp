@@ -1,4 +1,5 @@
 #include "rows/lcfont.h"
+#include "tests/testprogram.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -78,5 +79,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(LcFontTest)
+REGISTER_TEST(runWindowTest<LcFontTest>)
 #include "lcfont_test.moc"

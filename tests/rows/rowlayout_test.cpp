@@ -2,6 +2,8 @@
 #include "rows/lcfont.h"
 #include "rows/rowlayout.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "text/cursorstops.h"
 
 #include <QImage>
 #include <QPainter>
@@ -468,6 +470,5 @@ void RowLayoutTest::letterWithItsMarkIsDrawnAsOne()
     QCOMPARE(typed.drawn(typed.row(), 0), one.drawn(one.row(), 0));
 }
 
-QTEST_MAIN(RowLayoutTest)
+REGISTER_TEST(runWindowTest<RowLayoutTest>)
 #include "rowlayout_test.moc"
-#include "text/cursorstops.h"

@@ -1,6 +1,7 @@
 #include "search/frmjumpto.h"
 #include "tests/messageboxes.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -174,8 +175,5 @@ void FrmJumpToTest::takesTypedNumberAfterARefusal()
     QCOMPARE(dialog.lineNo, -4294967297);
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<FrmJumpToTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<FrmJumpToTest>)
 #include "frmjumpto_test.moc"

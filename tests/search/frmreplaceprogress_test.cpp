@@ -1,5 +1,6 @@
 #include "search/frmreplaceprogress.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>
@@ -183,8 +184,5 @@ void FrmReplaceProgressTest::stopsAfterSpeedingUp()
     QVERIFY(progress.stopRequested);
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<FrmReplaceProgressTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<FrmReplaceProgressTest>)
 #include "frmreplaceprogress_test.moc"

@@ -1,6 +1,7 @@
 #include "search/frmsearchdialog.h"
 #include "tests/messageboxes.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -468,8 +469,5 @@ void FrmSearchDialogTest::historiesOfTwoProcessesAreMerged()
         "Search0 = old\nSearch1 = from the other\nSearch2 = from one\nSearch3 = \n"));
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<FrmSearchDialogTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<FrmSearchDialogTest>)
 #include "frmsearchdialog_test.moc"

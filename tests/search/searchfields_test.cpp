@@ -1,5 +1,6 @@
 #include "search/frmsearchdialog.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QAbstractItemView>
 #include <QClipboard>
@@ -229,8 +230,5 @@ void SearchFieldsTest::downKeyGetsTheMostRecent()
     QCOMPARE(replaceField(*m_panel)->currentText(), u"Hello you"_s);
 }
 
-int main(int argc, char **argv)
-{
-    return runFormTest<SearchFieldsTest>(argc, argv);
-}
+REGISTER_TEST(runFormTest<SearchFieldsTest>)
 #include "searchfields_test.moc"

@@ -1,6 +1,7 @@
-#include "settings/config.h"
 #include "search/searchhistory.h"
+#include "settings/config.h"
 #include "tests/search/searchforms.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 
@@ -204,5 +205,5 @@ void SearchHistoryTest::likeASimpleList()
     }
 }
 
-QTEST_GUILESS_MAIN(SearchHistoryTest)
+REGISTER_TEST(runCoreTest<SearchHistoryTest>)
 #include "searchhistory_test.moc"

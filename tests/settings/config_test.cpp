@@ -1,6 +1,7 @@
 #include "settings/config.h"
 
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QDir>
 #include <QFile>
@@ -531,5 +532,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ConfigTest)
+REGISTER_TEST(runCoreTest<ConfigTest>)
 #include "config_test.moc"

@@ -1,6 +1,7 @@
 #include "settings/recency.h"
 
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -137,5 +138,5 @@ void RecencyTest::random()
         QCOMPARE(process.list, file);
 }
 
-QTEST_GUILESS_MAIN(RecencyTest)
+REGISTER_TEST(runCoreTest<RecencyTest>)
 #include "recency_test.moc"

@@ -1,4 +1,5 @@
 #include "settings/settings.h"
+#include "tests/testprogram.h"
 
 #include <QDir>
 #include <QFile>
@@ -494,7 +495,8 @@ void SettingsTest::processesAtOnce()
     std::vector<std::unique_ptr<QProcess>> processes;
     for (int i = 0; i < count; ++i) {
         auto process = std::make_unique<QProcess>();
-        process->start(QCoreApplication::applicationFilePath(), { u"close"_s, QString(QChar(u'a' + i)) });
+        process->start(QCoreApplication::applicationFilePath(),
+            { u"settings_test"_s, u"close"_s, QString(QChar(u'a' + i)) });
         QVERIFY(process->waitForReadyRead());
         processes.push_back(std::move(process));
     }
@@ -533,7 +535,9 @@ static int closeFile(const QString &name)
     return 0;
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     if (argc == 3 && QByteArrayView(argv[1]) == "close")
@@ -541,5 +545,9 @@ int main(int argc, char **argv)
     SettingsTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "settings_test.moc"

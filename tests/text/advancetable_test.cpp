@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "text/advancetable.h"
 
 #include <QList>
@@ -64,5 +65,5 @@ void AdvanceTableTest::widthsAsMeasured()
     QCOMPARE(table.advanceOf(codePoint), width);
 }
 
-QTEST_GUILESS_MAIN(AdvanceTableTest)
+REGISTER_TEST(runCoreTest<AdvanceTableTest>)
 #include "advancetable_test.moc"

@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "text/enteredtext.h"
 
 #include <QTest>
@@ -46,5 +47,5 @@ void EnteredTextTest::cleansInput()
     QCOMPARE(cleanInput(input), clean);
 }
 
-QTEST_APPLESS_MAIN(EnteredTextTest)
+REGISTER_TEST(runPlainTest<EnteredTextTest>)
 #include "enteredtext_test.moc"

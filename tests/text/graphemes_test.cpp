@@ -1,8 +1,9 @@
 #include "text/graphemes.h"
 
+#include "tests/seeds.h"
+#include "tests/testprogram.h"
 #include "tests/text/textalphabet.h"
 #include "tests/text/toolkitgraphemes.h"
-#include "tests/seeds.h"
 
 #include <QTest>
 
@@ -127,5 +128,5 @@ void GraphemesTest::everyPlaceOfRandomTexts()
     }
 }
 
-QTEST_GUILESS_MAIN(GraphemesTest)
+REGISTER_TEST(runCoreTest<GraphemesTest>)
 #include "graphemes_test.moc"

@@ -1,8 +1,9 @@
 #include "text/textstore.h"
 
+#include "tests/seeds.h"
+#include "tests/testprogram.h"
 #include "tests/text/modelstore.h"
 #include "tests/text/textalphabet.h"
-#include "tests/seeds.h"
 
 #include <QTest>
 
@@ -228,5 +229,5 @@ void NearEditsTest::narrowsAndWidens()
     store.checkInvariants();
 }
 
-QTEST_APPLESS_MAIN(NearEditsTest)
+REGISTER_TEST(runPlainTest<NearEditsTest>)
 #include "nearedits_test.moc"

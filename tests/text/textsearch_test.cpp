@@ -1,7 +1,8 @@
-#include "text/textsearch.h"
+#include "tests/seeds.h"
+#include "tests/testprogram.h"
 #include "tests/text/naivesearch.h"
 #include "tests/text/textalphabet.h"
-#include "tests/seeds.h"
+#include "text/textsearch.h"
 
 #include <QTest>
 
@@ -309,5 +310,5 @@ void TextSearchTest::marksRows()
     QCOMPARE(drawn(store, hit), expected);
 }
 
-QTEST_APPLESS_MAIN(TextSearchTest)
+REGISTER_TEST(runPlainTest<TextSearchTest>)
 #include "textsearch_test.moc"

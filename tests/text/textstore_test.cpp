@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/text/storecompare.h"
 
 using namespace Qt::StringLiterals;
@@ -349,5 +350,5 @@ void TextStoreTest::movedStore()
     QCOMPARE(other.text(), QStringLiteral("three"));
 }
 
-QTEST_GUILESS_MAIN(TextStoreTest)
+REGISTER_TEST(runCoreTest<TextStoreTest>)
 #include "textstore_test.moc"

@@ -1,5 +1,6 @@
-#include "tests/text/storecompare.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "tests/text/storecompare.h"
 
 namespace {
 
@@ -236,5 +237,5 @@ void TextStoreRandomTest::ruleChangesWhilePiecesLive()
     }
 }
 
-QTEST_GUILESS_MAIN(TextStoreRandomTest)
+REGISTER_TEST(runCoreTest<TextStoreRandomTest>)
 #include "textstorerandom_test.moc"

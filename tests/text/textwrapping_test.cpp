@@ -1,9 +1,10 @@
 #include "text/graphemes.h"
 #include "text/textstore.h"
 
+#include "tests/seeds.h"
+#include "tests/testprogram.h"
 #include "tests/text/modelstore.h"
 #include "tests/text/textalphabet.h"
-#include "tests/seeds.h"
 
 #include <QTest>
 
@@ -293,5 +294,5 @@ void TextWrappingTest::endlessCharacters()
     QCOMPARE(next - 1, store.length());
 }
 
-QTEST_GUILESS_MAIN(TextWrappingTest)
+REGISTER_TEST(runCoreTest<TextWrappingTest>)
 #include "textwrapping_test.moc"

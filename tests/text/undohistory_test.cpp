@@ -1,7 +1,8 @@
 #include "text/undohistory.h"
 
-#include "tests/text/textalphabet.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "tests/text/textalphabet.h"
 
 #include <QTest>
 
@@ -540,5 +541,5 @@ void UndoHistoryTest::randomHistory()
         history.undoEverything();
 }
 
-QTEST_GUILESS_MAIN(UndoHistoryTest)
+REGISTER_TEST(runCoreTest<UndoHistoryTest>)
 #include "undohistory_test.moc"

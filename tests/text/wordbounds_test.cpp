@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "text/wordbounds.h"
 
 #include <QTest>
@@ -118,5 +119,5 @@ void WordBoundsTest::aWordWithoutEndIsCut()
     QVERIFY(range.start < 50'000 && range.end > 50'000);
 }
 
-QTEST_MAIN(WordBoundsTest)
+REGISTER_TEST(runCoreTest<WordBoundsTest>)
 #include "wordbounds_test.moc"

@@ -1,5 +1,6 @@
-#include "widget/qmultilineedit.h"
 #include "tests/japaneseinput.h"
+#include "tests/testprogram.h"
+#include "widget/qmultilineedit.h"
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -176,12 +177,18 @@ void InputMethodTest::replacesMarkedText()
     QCOMPARE(m_edit->text(), u"abc\nsecond"_s);
 }
 
-int main(int argc, char *argv[])
+namespace {
+
+int run(int argc, char *argv[])
 {
     qputenv("QT_IM_MODULE", "fcitx");
     QApplication application(argc, argv);
     InputMethodTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "inputmethod_test.moc"

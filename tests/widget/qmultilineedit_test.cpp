@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
 
 #include <QScrollBar>
@@ -371,5 +372,5 @@ void QMultiLineEditTest::cursorSurvivesWrapping()
     QCOMPARE(edit.cursorPosition(), (RowCol{ 13, 0 }));
 }
 
-QTEST_MAIN(QMultiLineEditTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditTest>)
 #include "qmultilineedit_test.moc"

@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
 
 #include <QApplication>
@@ -446,5 +447,5 @@ void QMultiLineEditClipboardTest::menuOpensByKey()
     QCOMPARE(MarkedText::draw(*m_edit), u"a[b|c"_s);
 }
 
-QTEST_MAIN(QMultiLineEditClipboardTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditClipboardTest>)
 #include "qmultilineeditclipboard_test.moc"

@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
 
 #include <QInputMethodEvent>
@@ -330,5 +331,5 @@ void QMultiLineEditInputTest::longSelectionIsNotGivenWhole()
     QVERIFY(edit.ask(Qt::ImCurrentSelection).toString().size() < 100'000);
 }
 
-QTEST_MAIN(QMultiLineEditInputTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditInputTest>)
 #include "qmultilineeditinput_test.moc"

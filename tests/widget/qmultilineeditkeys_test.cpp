@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
 
 #include <QRegularExpression>
@@ -365,5 +366,5 @@ void QMultiLineEditKeysTest::shortcutsDoNotTakeTheEditorsKeys()
     QVERIFY(!overrides(Qt::Key_Escape, Qt::NoModifier));
 }
 
-QTEST_MAIN(QMultiLineEditKeysTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditKeysTest>)
 #include "qmultilineeditkeys_test.moc"

@@ -1,4 +1,5 @@
 #include "rows/fontmeasure.h"
+#include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
 
 #include <QAccessible>
@@ -318,5 +319,5 @@ void QMultiLineEditLayoutTest::outlivesManyFonts()
     edit.store().checkInvariants();
 }
 
-QTEST_MAIN(QMultiLineEditLayoutTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditLayoutTest>)
 #include "qmultilineeditlayout_test.moc"

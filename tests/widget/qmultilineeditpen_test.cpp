@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/keyboardasked.h"
 #include "tests/widget/markedtext.h"
 
@@ -315,5 +316,5 @@ void QMultiLineEditPenTest::dragsMarkedText()
     QCOMPARE(MarkedText::draw(*m_edit), u"a|defbcgh"_s);
 }
 
-QTEST_MAIN(QMultiLineEditPenTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditPenTest>)
 #include "qmultilineeditpen_test.moc"

@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/keyboardasked.h"
 #include "tests/widget/markedtext.h"
 
@@ -398,5 +399,5 @@ void QMultiLineEditPointerTest::fingerHeldStillOpensTheMenu()
     QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
 }
 
-QTEST_MAIN(QMultiLineEditPointerTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditPointerTest>)
 #include "qmultilineeditpointer_test.moc"

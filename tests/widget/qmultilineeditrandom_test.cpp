@@ -1,5 +1,6 @@
-#include "tests/widget/markedtext.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "tests/widget/markedtext.h"
 
 #include <QRandomGenerator>
 #include <QScrollBar>
@@ -276,5 +277,5 @@ void QMultiLineEditRandomTest::compare()
     QVERIFY(m_edit->viewport()->rect().intersects(m_edit->cursorRect()));
 }
 
-QTEST_MAIN(QMultiLineEditRandomTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditRandomTest>)
 #include "qmultilineeditrandom_test.moc"

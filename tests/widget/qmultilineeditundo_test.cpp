@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
 
 #include <QSignalSpy>
@@ -294,5 +295,5 @@ void QMultiLineEditUndoTest::depthBelowOneCountsAsOne()
     QCOMPARE(edit.undoDepth(), 7);
 }
 
-QTEST_MAIN(QMultiLineEditUndoTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditUndoTest>)
 #include "qmultilineeditundo_test.moc"

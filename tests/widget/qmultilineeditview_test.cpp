@@ -1,5 +1,7 @@
 #include "rows/rowlayout.h"
+#include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
+#include "text/cursorstops.h"
 
 #include <QAbstractEventDispatcher>
 #include <QGuiApplication>
@@ -413,6 +415,5 @@ void QMultiLineEditViewTest::selectionChangeRepaintsItsDifference()
     QCOMPARE(m_edit->takePainted(), rows(2, 8));
 }
 
-QTEST_MAIN(QMultiLineEditViewTest)
+REGISTER_TEST(runWindowTest<QMultiLineEditViewTest>)
 #include "qmultilineeditview_test.moc"
-#include "text/cursorstops.h"

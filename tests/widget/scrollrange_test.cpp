@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "widget/scrollrange.h"
 
 #include <QTest>
@@ -46,5 +47,5 @@ void ScrollRangeTest::fitsTheBar()
     }
 }
 
-QTEST_MAIN(ScrollRangeTest)
+REGISTER_TEST(runWindowTest<ScrollRangeTest>)
 #include "scrollrange_test.moc"

@@ -1,6 +1,7 @@
-#include "widget/textaccessible.h"
-#include "tests/widget/markedtext.h"
 #include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "tests/widget/markedtext.h"
+#include "widget/textaccessible.h"
 
 #include <QRandomGenerator>
 #include <QScrollBar>
@@ -560,5 +561,5 @@ void TextAccessibleTest::replaysToTheSameText()
     }
 }
 
-QTEST_MAIN(TextAccessibleTest)
+REGISTER_TEST(runWindowTest<TextAccessibleTest>)
 #include "textaccessible_test.moc"

@@ -1,5 +1,6 @@
 #include "markedtext.h"
 #include "platform/qpeapplication.h"
+#include "tests/testprogram.h"
 
 #include <QTest>
 #include <QThread>
@@ -107,11 +108,17 @@ void TextDragTest::editorMayBeClosedMeanwhile()
     QTRY_VERIFY(!edit);
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     QPEApplication app(argc, argv);
     TextDragTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "textdrag_test.moc"

@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "widget/viewscrollbar.h"
 
 #include <QApplication>
@@ -194,5 +195,5 @@ void ViewScrollBarTest::shorterRangeTakesTheValueAlong()
     QCOMPARE(moved.count(), 1);
 }
 
-QTEST_MAIN(ViewScrollBarTest)
+REGISTER_TEST(runWindowTest<ViewScrollBarTest>)
 #include "viewscrollbar_test.moc"

@@ -1,3 +1,4 @@
+#include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
 
 #include <QAccessible>
@@ -155,5 +156,5 @@ void WideRowsTest::placesOutsideStayOnTheirSide()
     QVERIFY(text.characterRect(tabs).left() > m_edit->viewport()->mapToGlobal(view.topRight()).x());
 }
 
-QTEST_MAIN(WideRowsTest)
+REGISTER_TEST(runWindowTest<WideRowsTest>)
 #include "widerows_test.moc"

@@ -1,6 +1,7 @@
 #include "tests/app/forms.h"
 #include "tests/app/testwindow.h"
 #include "tests/filedialog/formtest.h"
+#include "tests/testprogram.h"
 
 #include <QLabel>
 #include <QMenuBar>
@@ -127,11 +128,17 @@ void ThemeFontsTest::fontIsTheApplicationsAgainAfterwards()
     QCOMPARE(QApplication::font(), other);
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int run(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORMTHEME", "fonts");
     return runFormTest<ThemeFontsTest>(argc, argv);
 }
+
+} // namespace
+
+REGISTER_TEST(run)
 
 #include "themefonts_test.moc"
 

@@ -1,5 +1,7 @@
 #include "rows/fontmeasure.h"
 #include "rows/rowlayout.h"
+#include "tests/testprogram.h"
+#include "text/cursorstops.h"
 #include "text/graphemes.h"
 
 #include <QTest>
@@ -70,6 +72,5 @@ void CursorStopsTest::longTexts()
     }
 }
 
-QTEST_MAIN(CursorStopsTest)
+REGISTER_TEST(runWindowTest<CursorStopsTest>)
 #include "cursorstops_test.moc"
-#include "text/cursorstops.h"

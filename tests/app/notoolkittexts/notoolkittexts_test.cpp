@@ -1,4 +1,5 @@
 #include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
 
 #include <QLibraryInfo>
 #include <QLineEdit>
@@ -40,5 +41,5 @@ void NoToolkitTextsTest::programIsTranslatedAlone()
     QCOMPARE(window.menu(MenuId::File)->title(), u"&File"_s);
 }
 
-QTEST_MAIN(NoToolkitTextsTest)
+REGISTER_TEST(runWindowTest<NoToolkitTextsTest>)
 #include "notoolkittexts_test.moc"

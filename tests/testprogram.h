@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QTest>
+
+/// The tests of a folder are one program, which runs the one that its first argument names:
+///
+///     app_tests closing_test [function[:row]]…
+///
+/// Each runs in a process of its own all the same, so none sees what another has left behind.
+class TestProgram {
+public:
+    /// Gets what stands behind the test's name, as main() would.
+    using Run = int (*)(int argc, char **argv);
+
+    /// Names the test after its source file.
+    TestProgram(const char *sourceFile, Run run);
+
+    static int main(int argc, char **argv);
+};
+
+/// At the end of a test's source file: how it is run.
+#define REGISTER_TEST(...) static const TestProgram registeredTest(__FILE__, __VA_ARGS__);
+
+/// Without an application.
+template <class Test> int runPlainTest(int argc, char **argv)
+{
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+/// With an application that knows no screen.
+template <class Test> int runCoreTest(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    return runPlainTest<Test>(argc, argv);
+}
+
+#ifdef QT_WIDGETS_LIB
+#include <QApplication>
+
+/// With an application that shows windows, whatever the screen's density is.
+template <class Test> int runWindowTest(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    QApplication::setAttribute(Qt::AA_Use96Dpi);
+    return runPlainTest<Test>(argc, argv);
+}
+#endif
