@@ -3,30 +3,53 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QMap>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A room knows only what is below it.
-const QMap<QString, int> floors{
-    { u"app"_s, 6 },
-    { u"editor"_s, 5 },
-    { u"widget"_s, 4 },
-    { u"options"_s, 4 },
-    { u"search"_s, 4 },
-    { u"filedialog"_s, 4 },
-    { u"document"_s, 3 },
-    { u"settings"_s, 3 },
-    { u"platform"_s, 3 },
-    { u"rows"_s, 2 },
-    { u"codec"_s, 2 },
-    { u"text"_s, 1 },
-    { u"files"_s, 1 },
+/// What ARCHITECTURE.md says of a room.
+struct Room {
+    int floor = 0;
+    QStringList files; ///< without their endings
 };
+
+QString contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// The rooms as drawn between the first two fences of ARCHITECTURE.md. Two blanks or more end a word of a
+/// line; the first line of a room begins with its floor and its name, and the last word of every line is a
+/// list of files.
+QMap<QString, Room> readMap()
+{
+    static const QRegularExpression gap(u" {2,}"_s);
+    const QString drawn = contentOf(QStringLiteral(SOURCE_FOLDER "/ARCHITECTURE.md")).section(u"```"_s, 1, 1);
+    QMap<QString, Room> rooms;
+    QString room;
+    for (const QString &line : drawn.split(u'\n', Qt::SkipEmptyParts)) {
+        const QStringList words = line.split(gap);
+        if (!words[0].isEmpty()) {
+            room = words.value(1);
+            rooms[room].floor = words[0].toInt();
+        }
+        rooms[room].files << words.last().split(u' ');
+    }
+    return rooms;
+}
+
+const QMap<QString, Room> &rooms()
+{
+    static const QMap<QString, Room> map = readMap();
+    return map;
+}
 
 /// Rooms that know of the toolkit its Core alone.
 const QStringList coreRooms{ u"text"_s, u"files"_s, u"codec"_s, u"document"_s, u"settings"_s };
@@ -34,12 +57,6 @@ const QStringList coreRooms{ u"text"_s, u"files"_s, u"codec"_s, u"document"_s, u
 QString productFolder()
 {
     return QStringLiteral(SOURCE_FOLDER "/src");
-}
-
-QString contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 QStringList sourcesOf(const QString &room)
@@ -76,12 +93,14 @@ QStringList linkedRooms(const QString &room)
 
 } // namespace
 
-/// Which room of the product knows which.
+/// The map of the product, and which of its rooms knows which.
 class RoomsTest : public QObject {
     Q_OBJECT
 
 private slots:
     void everyFolderIsARoom();
+    void everyFileIsOnTheMap_data() { addRooms(); }
+    void everyFileIsOnTheMap();
     void includesGoDown_data() { addRooms(); }
     void includesGoDown();
     void linksGoDown_data() { addRooms(); }
@@ -95,14 +114,30 @@ private:
 void RoomsTest::addRooms()
 {
     QTest::addColumn<QString>("room");
-    for (const QString &room : floors.keys())
+    for (const QString &room : rooms().keys())
         QTest::newRow(qPrintable(room)) << room;
 }
 
 void RoomsTest::everyFolderIsARoom()
 {
     const QDir product(productFolder());
-    QCOMPARE(product.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name), floors.keys());
+    QCOMPARE(product.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name), rooms().keys());
+}
+
+void RoomsTest::everyFileIsOnTheMap()
+{
+    QFETCH(QString, room);
+    QSet<QString> present;
+    for (const QString &path : sourcesOf(room))
+        present << QFileInfo(path).baseName();
+    present.remove(u"CMakeLists"_s);
+    const QStringList drawn = rooms()[room].files;
+    const QSet<QString> onTheMap(drawn.begin(), drawn.end());
+    const QStringList missing = (present - onTheMap).values();
+    QVERIFY2(missing.isEmpty(), qPrintable(u"not on the map: "_s + missing.join(u' ')));
+    const QStringList gone = (onTheMap - present).values();
+    QVERIFY2(gone.isEmpty(), qPrintable(u"on the map but not there: "_s + gone.join(u' ')));
+    QCOMPARE(drawn.size(), onTheMap.size());
 }
 
 void RoomsTest::includesGoDown()
@@ -112,7 +147,7 @@ void RoomsTest::includesGoDown()
     QVERIFY(sources.size() > 1);
     for (const QString &path : sources) {
         for (const QString &included : includedRooms(path)) {
-            const bool isBelow = floors.contains(included) && floors[included] < floors[room];
+            const bool isBelow = rooms().contains(included) && rooms()[included].floor < rooms()[room].floor;
             QVERIFY2(included == room || isBelow, qPrintable(path + u" includes from "_s + included));
         }
     }
@@ -122,7 +157,8 @@ void RoomsTest::linksGoDown()
 {
     QFETCH(QString, room);
     for (const QString &linked : linkedRooms(room))
-        QVERIFY2(floors.value(linked, 99) < floors[room], qPrintable(room + u" links "_s + linked));
+        QVERIFY2(rooms().value(linked, Room{ 99, {} }).floor < rooms()[room].floor,
+            qPrintable(room + u" links "_s + linked));
 }
 
 void RoomsTest::coreRoomsIncludeNoWidget()
