@@ -86,70 +86,52 @@ qint64 rowsBefore(const TextTree &tree, const TextLayout &layout, qint64 offset)
 {
     qint64 rows = 0;
     Subpixels fill = 0;
-    const TextTree *at = &tree;
-    while (!at->isLeaf()) {
-        const TextTree *child = innerOf(*at).begin();
-        for (const TextTree *last = innerOf(*at).end() - 1; child != last && offset >= child->units();
-             ++child) {
-            const RowFlow passed = rowsIn(*child, layout, fill);
-            rows += passed.breaks;
-            fill = passed.exit;
-            offset -= child->units();
-        }
-        at = child;
-    }
-    return rows + leafRowsBefore(*at, layout, fill, offset);
+    const TextTree &leaf = descend(tree, [&](const TextTree &child) {
+        if (!passUnits(child, offset))
+            return false;
+        const RowFlow passed = rowsIn(child, layout, fill);
+        rows += passed.breaks;
+        fill = passed.exit;
+        return true;
+    });
+    return rows + leafRowsBefore(leaf, layout, fill, offset);
 }
 
 RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, qint64 row)
 {
     qint64 start = 0;
     Subpixels fill = 0;
-    const TextTree *at = &tree;
-    while (!at->isLeaf()) {
-        const TextTree *child = innerOf(*at).begin();
-        for (RowFlow rows = rowsIn(*child, layout, fill); row >= rows.breaks;
-             rows = rowsIn(*child, layout, fill)) {
-            row -= rows.breaks;
-            fill = rows.exit;
-            start += child->units();
-            ++child;
-        }
-        at = child;
-    }
-    RowEnd end = leafRowEnd(*at, layout, fill, row);
+    const TextTree &leaf = descend(tree, [&](const TextTree &child) {
+        const RowFlow rows = rowsIn(child, layout, fill);
+        if (row < rows.breaks)
+            return false;
+        row -= rows.breaks;
+        fill = rows.exit;
+        start += child.units();
+        return true;
+    });
+    RowEnd end = leafRowEnd(leaf, layout, fill, row);
     end.next += start;
     return end;
 }
 
 RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, qint64 row, qint64 start)
 {
-    qint64 leafStart = 0;
-    const TextTree *at = &tree;
-    while (!at->isLeaf()) {
-        const TextTree *child = innerOf(*at).begin();
-        for (; start - leafStart >= child->units(); ++child)
-            leafStart += child->units();
-        at = child;
-    }
-    const std::optional<RowEnd> end = endOfRowFrom(*at, layout, start - leafStart);
-    return end ? RowEnd{ leafStart + end->next, end->isLineEnd } : rowEnd(tree, layout, row);
+    qint64 unit = start;
+    const TextTree &leaf = descend(tree, [&unit](const TextTree &child) { return passUnits(child, unit); });
+    const std::optional<RowEnd> end = endOfRowFrom(leaf, layout, unit);
+    return end ? RowEnd{ start - unit + end->next, end->isLineEnd } : rowEnd(tree, layout, row);
 }
 
 qint64 linesBefore(const TextTree &tree, qint64 offset)
 {
     qint64 lines = 0;
-    const TextTree *at = &tree;
-    while (!at->isLeaf()) {
-        const TextTree *child = innerOf(*at).begin();
-        for (const TextTree *last = innerOf(*at).end() - 1; child != last && offset >= child->units();
-             ++child) {
-            lines += child->summary.lineEnds;
-            offset -= child->units();
-        }
-        at = child;
-    }
-    return lines + lineEndsBefore(leafOf(*at), offset);
+    const TextTree &leaf = descend(tree, [&](const TextTree &child) {
+        const bool isBefore = passUnits(child, offset);
+        lines += isBefore ? child.summary.lineEnds : 0;
+        return isBefore;
+    });
+    return lines + lineEndsBefore(leafOf(leaf), offset);
 }
 
 qint64 behindLine(const TextTree &tree, qint64 count)
@@ -157,16 +139,14 @@ qint64 behindLine(const TextTree &tree, qint64 count)
     if (count == 0)
         return 0;
     qint64 start = 0;
-    const TextTree *at = &tree;
-    while (!at->isLeaf()) {
-        const TextTree *child = innerOf(*at).begin();
-        for (; count > child->summary.lineEnds; ++child) {
-            count -= child->summary.lineEnds;
-            start += child->units();
-        }
-        at = child;
-    }
-    return start + behindLineEnd(leafOf(*at), count);
+    const TextTree &leaf = descend(tree, [&](const TextTree &child) {
+        if (count <= child.summary.lineEnds)
+            return false;
+        count -= child.summary.lineEnds;
+        start += child.units();
+        return true;
+    });
+    return start + behindLineEnd(leafOf(leaf), count);
 }
 
 Subpixels xAcross(const TextTree &tree, const TextLayout &layout, qint64 from, qint64 to, Subpixels x)

@@ -172,11 +172,8 @@ void detach(TextTree &tree)
 
 TextTree &childAt(const TextTree &tree, qint64 &offset)
 {
-    TextInner &node = innerOf(tree);
-    qint32 i = 0;
-    for (; i + 1 < node.count && offset >= node.children[size_t(i)].units(); ++i)
-        offset -= node.children[size_t(i)].units();
-    return node.children[size_t(i)];
+    return firstNotPassed(
+        innerOf(tree), [&offset](const TextTree &child) { return passUnits(child, offset); });
 }
 
 void summarise(TextTree &tree, const TextLayout &layout)
@@ -247,11 +244,8 @@ std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLa
         return { std::move(tree), TextTree{} };
     if (tree.isLeaf())
         return splitLeaf(tree, offset, layout);
-    const TextInner &node = innerOf(tree);
-    qint32 at = 0;
-    for (; offset >= node.children[size_t(at)].units(); ++at)
-        offset -= node.children[size_t(at)].units();
-    const qint32 count = node.count;
+    const qint32 at = qint32(&childAt(tree, offset) - innerOf(tree).begin());
+    const qint32 count = innerOf(tree).count;
     TextTrees before;
     TextTrees cut;
     TextTrees behind;
@@ -301,11 +295,10 @@ void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to)
 const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart)
 {
     const qint64 wanted = offset;
-    const TextTree *at = &tree;
-    while (!at->isLeaf())
-        at = &childAt(*at, offset);
+    const TextTree &leaf =
+        descend(tree, [&offset](const TextTree &child) { return passUnits(child, offset); });
     leafStart = wanted - offset;
-    return leafOf(*at);
+    return leafOf(leaf);
 }
 
 char32_t codePointAt(const TextTree &tree, qint64 offset)

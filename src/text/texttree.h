@@ -2,6 +2,8 @@
 
 #include "text/textnode.h"
 
+#include <utility>
+
 /// Editing of trees as values: what goes in is used up, nodes that nobody else holds are used again.
 ///
 /// Invariants: all leaves are equally deep; a node has minCount..maxCount children, the root two or more; a
@@ -33,6 +35,32 @@ void layOut(TextTree &tree, const TextLayout &layout);
 
 /// Makes an inner node that others hold the tree's own.
 void detach(TextTree &tree);
+/// The first child that `passes(child)` does not say to pass. The last one is never passed, nor asked about.
+template <typename Passes> TextTree &firstNotPassed(TextInner &node, Passes &&passes)
+{
+    TextTree *child = node.begin();
+    while (child + 1 != node.end() && passes(std::as_const(*child)))
+        ++child;
+    return *child;
+}
+/// The leaf that is reached by choosing so at every node from the root down: every descent is this one.
+/// `passes` keeps count of what it has passed.
+template <typename Passes> const TextTree &descend(const TextTree &tree, Passes &&passes)
+{
+    const TextTree *at = &tree;
+    while (!at->isLeaf())
+        at = &firstNotPassed(innerOf(*at), passes);
+    return *at;
+}
+/// For descents to an offset: passes what lies before it; `offset` becomes that behind what was passed.
+inline bool passUnits(const TextTree &child, qint64 &offset)
+{
+    if (offset < child.units())
+        return false;
+    offset -= child.units();
+    return true;
+}
+
 /// The child that holds unit `offset`, or the last one; `offset` becomes that in the child.
 TextTree &childAt(const TextTree &tree, qint64 &offset);
 /// Copies units `from`..`from + count` to `to`.
