@@ -252,7 +252,8 @@ void QPEApplicationTest::secondStart_withUndecodableName_handsOver()
 {
     Role first({ u"run"_s });
     QVERIFY(first.startsAndPrints("ready"));
-    Role second(
+    Role second({});
+    second.setArguments(
         { u"-c"_s, u"exec \"$0\" qpeapplication_test run /caf\351.txt \"$(printf '/%%\\203e\\300\\212')\""_s,
             QCoreApplication::applicationFilePath() });
     second.setProgram(u"/bin/sh"_s);
