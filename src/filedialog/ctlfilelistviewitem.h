@@ -22,7 +22,6 @@ public:
     bool isFolder() const { return m_fileInfo.isFolder; }
     FileIcon icon() const { return m_icon; }
 
-    /// A symbolic link.
     bool isLink() const { return m_fileInfo.isLink; }
     /// A file that nobody may write.
     bool isLocked() const;

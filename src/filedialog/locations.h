@@ -12,7 +12,6 @@ struct Surroundings {
     QString root; ///< stands before every fixed place; empty where those are the machine's own
 };
 
-/// The running user's surroundings.
 Surroundings userSurroundings();
 /// ":" + $PATH + ":"; "::" when it is not set.
 QString programFolders();

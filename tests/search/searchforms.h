@@ -8,7 +8,6 @@
 #include <QStandardPaths>
 #include <QWidget>
 
-/// The button of a form with this text.
 inline QPushButton *buttonOf(const QWidget &form, const QString &text)
 {
     for (QPushButton *button : form.findChildren<QPushButton *>()) {
