@@ -1,14 +1,14 @@
 #pragma once
 
-#include "text/asciirun.h"
 #include "codec/textcodec.h"
 #include "files/byteescape.h"
+#include "text/asciirun.h"
 
 #include <memory>
 
-/// Drives a codec's encoder over runs of text and hands the bytes on in blocks of 64 KiB. Surrogate pairs are
-/// put together here, also where two runs meet. An encoder is a small class, inlined here; each call writes
-/// at most `bytesPerStep` bytes:
+/// Drives a codec's encoder over chunks of text and hands the bytes on in blocks of 64 KiB. Surrogate pairs
+/// are put together here, also where two chunks meet. An encoder is a small class, inlined here; each call
+/// writes at most `bytesPerStep` bytes:
 ///
 ///     bool isAscii() const             ASCII that is not special goes out as it is now
 ///     static quint64 special(word)     marks the bytes of a word that isAscii() does not speak for

@@ -37,8 +37,8 @@ public:
         /// stands behind the text. Lost, unless a sink keeps it.
         virtual void spelling(QByteArrayView bytes);
     };
-    /// Gives the next run of a text, of any length and cut anywhere, or one unit with its spelling; an empty
-    /// one at its end.
+    /// Gives the next chunk of a text, of any length and cut anywhere, or one unit with its spelling; an
+    /// empty one at its end.
     using TextReader = std::function<TextChunk()>;
     /// Receives encoded bytes in order, in blocks of about 64 KiB; false stops the encoding.
     using ByteSink = std::function<bool(QByteArrayView bytes)>;

@@ -13,7 +13,7 @@ public:
 
     bool next(const uchar *&in, const uchar *end, char16_t *&out) const
     {
-        // Most often a stretch of three-byte characters: kana and kanji.
+        // Most often several three-byte characters in a row: kana and kanji.
         for (int i = 0; i < charactersPerStep && end - in >= 3; ++i) {
             const char16_t c = threeByteCharacter(in);
             if (c == 0)

@@ -68,7 +68,7 @@ void ctlEditer::jumpToLastEdit()
 {
     for (qint64 i = history().commandCount(); i-- > 0;) {
         const UndoCommand &command = history().command(i);
-        if (command.isMarker())
+        if (command.isStepBoundary())
             continue;
         const RowCol place = store().rowColAt(command.offset);
         setCursorPosition(place.row, place.column);

@@ -34,7 +34,7 @@ QByteArray currentFolder()
     return isHere ? named : resolved(".");
 }
 
-/// Begins or ends a stretch of text with a direction of its own: after one of these "txt.exe" can look like
+/// Begins or ends text with a direction of its own: after one of these "txt.exe" can look like
 /// "exe.txt".
 bool turnsText(QChar unit)
 {

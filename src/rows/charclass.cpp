@@ -59,7 +59,7 @@ constexpr Range ideographBlocks[] = {
 CharClass charClass(char32_t codePoint)
 {
     if (codePoint < 0x300)
-        return codePoint < 0x20 || (codePoint >= 0x7f && codePoint < 0xa0) ? CharClass::Mark
+        return codePoint < 0x20 || (codePoint >= 0x7f && codePoint < 0xa0) ? CharClass::HexBox
                                                                            : CharClass::Plain;
     if (isIdeograph(codePoint))
         return CharClass::Plain;
@@ -73,13 +73,13 @@ CharClass charClass(char32_t codePoint)
         return CharClass::Extend;
     case QChar::Other_Format:
         if (direction != QChar::DirAN && direction != QChar::DirAL && !isIn(complexBlocks, codePoint))
-            return CharClass::Mark;
+            return CharClass::HexBox;
         break;
     case QChar::Other_Control:
     case QChar::Other_Surrogate:
     case QChar::Separator_Line:
     case QChar::Separator_Paragraph:
-        return CharClass::Mark;
+        return CharClass::HexBox;
     default:
         break;
     }

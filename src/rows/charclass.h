@@ -5,7 +5,7 @@
 /// How a character is placed and drawn.
 enum class CharClass : quint8 {
     Plain, ///< by its own advance, whatever its neighbours are
-    Mark, ///< nothing a font could show: drawn as a boxed code
+    HexBox, ///< nothing a font could show: drawn as its code in a box
     Extend, ///< belongs to the character before: combining marks, joiners, skin tones, conjoining vowels
     Complex, ///< its form depends on its neighbours: Indic scripts, Thai, flags …
     RightToLeft, ///< the same, and written from right to left: Arabic, Hebrew …

@@ -16,7 +16,8 @@ qint64 devicePixels(Subpixels width)
 bool standsAlone(QChar unit, const FontMeasure &measure)
 {
     const CharClass found = measure.glyph(unit.unicode()).charClass;
-    return unit == u'\t' || (!unit.isSurrogate() && (found == CharClass::Plain || found == CharClass::Mark));
+    return unit == u'\t'
+        || (!unit.isSurrogate() && (found == CharClass::Plain || found == CharClass::HexBox));
 }
 
 } // namespace

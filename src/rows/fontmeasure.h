@@ -45,7 +45,7 @@ public:
     /// How a row draws one character that stands for itself.
     struct Glyph {
         CharClass charClass = CharClass::Plain;
-        bool isShown = true; ///< some font has it; otherwise a mark stands for it
+        bool isShown = true; ///< some font has it; otherwise a hex box stands for it
         quint16 font = 0; ///< index for rawFont()
         qint16 offset = 0; ///< device pixels from the character's left edge to the glyph's origin
         quint32 index = 0;

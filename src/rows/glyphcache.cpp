@@ -1,6 +1,6 @@
 #include "rows/glyphcache.h"
 
-#include "rows/hexmark.h"
+#include "rows/hexbox.h"
 
 #include <QGlyphRun>
 #include <QTextLayout>
@@ -75,10 +75,10 @@ int GlyphCache::rounded(qreal advance) const
     return qMin(cells * m_cell, largestAdvance);
 }
 
-int GlyphCache::markAdvance(char32_t codePoint) const
+int GlyphCache::hexBoxAdvance(char32_t codePoint) const
 {
     // Whole cells, and none too few: the box is not to lie over its neighbour.
-    const int width = hexMarkSize(codePoint, m_height).width() + 1;
+    const int width = hexBoxSize(codePoint, m_height).width() + 1;
     const int cell = m_fixedPitch ? m_cell : 1;
     return qMin((width + cell - 1) / cell * cell, largestAdvance);
 }
@@ -94,7 +94,7 @@ int GlyphCache::advance(char32_t codePoint)
     if (found.charClass == CharClass::Extend && isZeroWidth(codePoint))
         return 0;
     if (!found.isShown)
-        return markAdvance(codePoint);
+        return hexBoxAdvance(codePoint);
     return rounded(natural(found));
 }
 
@@ -131,7 +131,7 @@ FontMeasure::Glyph GlyphCache::lookUp(char32_t codePoint)
 {
     FontMeasure::Glyph glyph;
     glyph.charClass = charClass(codePoint);
-    if (glyph.charClass == CharClass::Mark) {
+    if (glyph.charClass == CharClass::HexBox) {
         glyph.isShown = false;
         return glyph;
     }

@@ -45,7 +45,7 @@ private:
     void measureHeight();
     qreal natural(const FontMeasure::Glyph &glyph) const;
     int rounded(qreal advance) const;
-    int markAdvance(char32_t codePoint) const;
+    int hexBoxAdvance(char32_t codePoint) const;
 
     QFont m_font;
     std::vector<QRawFont> m_fonts; ///< the first one is the font itself

@@ -1,7 +1,7 @@
 #include "rows/rowlayout.h"
 
 #include "rows/displayedrow.h"
-#include "rows/hexmark.h"
+#include "rows/hexbox.h"
 #include "rows/rowruns.h"
 #include "rows/shapedrun.h"
 
@@ -20,7 +20,7 @@ constexpr qint64 farthest = std::numeric_limits<qint64>::max();
 constexpr qint64 farthestOverlap = 4096;
 constexpr qint64 largestCharacter = 256;
 
-const QColor markColor(160, 160, 160);
+const QColor hexBoxColor(160, 160, 160);
 
 } // namespace
 
@@ -41,7 +41,7 @@ struct RowLayout::Private {
         QList<quint32> indexes;
         QList<QPointF> positions; ///< from `left`, on the baseline
     };
-    struct Mark {
+    struct HexBox {
         qint64 x = 0;
         char32_t codePoint = 0;
     };
@@ -83,7 +83,7 @@ struct RowLayout::Private {
     std::vector<Column> columns;
     std::vector<Shaped> shaped;
     std::vector<FontGlyphs> glyphs;
-    std::vector<Mark> marks;
+    std::vector<HexBox> hexBoxes;
 };
 
 void RowLayout::Private::layOutBetween(qint64 from, qint64 to)
@@ -138,9 +138,9 @@ void RowLayout::Private::layOutSegment(qint64 segment)
     while (at < part.size() && pen - shift <= right) {
         const auto kind = kinds.begin() + at;
         if (*kind != RunKind::Single) {
-            const auto stretch = std::find_if(kind, kinds.end(), [kind](RunKind k) { return k != *kind; });
-            addShaped(part.mid(at, stretch - kind));
-            at += stretch - kind;
+            const auto runEnd = std::find_if(kind, kinds.end(), [kind](RunKind k) { return k != *kind; });
+            addShaped(part.mid(at, runEnd - kind));
+            at += runEnd - kind;
         } else if (part[at] == u'\t') {
             addTab();
             ++at;
@@ -168,7 +168,7 @@ void RowLayout::Private::addSingle(char32_t codePoint)
         return;
     const FontMeasure::Glyph &glyph = row.measure().glyph(codePoint);
     if (!glyph.isShown)
-        marks.push_back({ .x = x, .codePoint = codePoint });
+        hexBoxes.push_back({ .x = x, .codePoint = codePoint });
     else
         addGlyph(glyph, x);
 }
@@ -320,7 +320,7 @@ std::vector<RowLayout::Span> RowLayout::spans(qint64 begin, qint64 end) const
     return spans;
 }
 
-/// The middle of a cursor's line is one pixel left of where it stands.
+/// The middle of a cursor's bar is one pixel left of where it stands.
 qreal shownCursorX(qreal x)
 {
     return x - 1 < -cursorOverhang ? 1 : x;
@@ -348,15 +348,15 @@ void RowLayout::Private::draw(QPainter &painter, QPoint start, const QColor &col
         run.setRawData(list.indexes.constData(), list.positions.constData(), int(list.indexes.size()));
         painter.drawGlyphRun(baseline, run);
     }
-    for (const Shaped &piece : shaped) {
-        for (const QGlyphRun &run : piece.run->glyphRuns())
-            painter.drawGlyphRun(baseline + QPointF(qreal(piece.x - left), 0), run);
+    for (const Shaped &part : shaped) {
+        for (const QGlyphRun &run : part.run->glyphRuns())
+            painter.drawGlyphRun(baseline + QPointF(qreal(part.x - left), 0), run);
     }
     std::vector<QRect> rects;
     const int height = qRound(measure.height() * scale());
-    for (const Mark &mark : marks)
-        addHexMark(mark.codePoint, start + QPoint(int(mark.x - left), 0), height, rects);
+    for (const HexBox &box : hexBoxes)
+        addHexBox(box.codePoint, start + QPoint(int(box.x - left), 0), height, rects);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(markColor);
+    painter.setBrush(hexBoxColor);
     painter.drawRects(rects.data(), int(rects.size()));
 }

@@ -20,7 +20,7 @@ struct InsertedText {
 /// Where the characters of one display row stand: the one place that drawing, cursor, hit test and selection
 /// ask.
 ///
-/// A character is placed by its advance; a stretch of combining marks, Arabic, Indic scripts or emoji
+/// A character is placed by its advance; a run of combining marks, Arabic, Indic scripts or emoji
 /// sequences is shaped by the toolkit and takes the width that comes out. The row's base direction is left to
 /// right. The row starts left of 0 by the left bearing of its first character, up to its first TAB.
 ///
@@ -52,7 +52,7 @@ public:
     qint64 cursorAt(qreal x) const;
     /// Whether the cursor may stand before a column: not inside a surrogate pair or a combined character.
     bool isCursorStop(qint64 column) const;
-    /// The stretches that the visible ones of the characters begin..end - 1 cover, in ascending order; more
+    /// The extents that the visible ones of the characters begin..end - 1 cover, in ascending order; more
     /// than one where the direction changes.
     struct Span {
         qreal left = 0;

@@ -58,15 +58,16 @@ void RowPainter::drawSelection(
     const Selection &selection, const QColor &highlight, const QColor &highlightedText)
 {
     std::vector<RowLayout::Span> spans = m_layout.spans(selection.begin, selection.end);
-    const bool marksLineEnd = selection.end > m_layout.length() && m_layout.lastColumn() == m_layout.length();
-    const qreal end = marksLineEnd ? m_layout.x(m_layout.length()) : 0;
-    if (marksLineEnd && (spans.empty() || spans.back().right != end))
+    const bool selectsLineEnd =
+        selection.end > m_layout.length() && m_layout.lastColumn() == m_layout.length();
+    const qreal end = selectsLineEnd ? m_layout.x(m_layout.length()) : 0;
+    if (selectsLineEnd && (spans.empty() || spans.back().right != end))
         spans.push_back({ .left = end, .right = end });
     // Rounded up, so that nothing is short of a pixel at its end.
     const auto beyond = [this](qreal width) { return int(std::ceil(width * m_canvas.scale() - tolerance)); };
     for (std::size_t i = 0; i < spans.size(); ++i) {
         const bool isFirst = i == 0 && selection.begin == 0;
-        const bool isLast = marksLineEnd && i + 1 == spans.size();
+        const bool isLast = selectsLineEnd && i + 1 == spans.size();
         const int left = layoutX(spans[i].left) + beyond(isFirst ? -2 : -1);
         const int right = layoutX(spans[i].right) + beyond(isLast ? selection.lineEndWidth - 1 : -1);
         const QRect row = m_canvas.rowRect();
@@ -113,7 +114,7 @@ void RowPainter::drawBlockCursor(qint64 column, const QColor &color)
     const std::vector<RowLayout::Span> spans = m_layout.spans(column, end);
     const int stroke = m_canvas.thickness(cursorOverhang);
     if (spans.empty()) {
-        // Behind the text of a full row there is no more room than a line takes.
+        // Behind the text of a full row there is no more room than a bar takes.
         drawCursorRect(columnX(column) - stroke, m_canvas.pixels(m_measure.xWidth()), color);
         return;
     }

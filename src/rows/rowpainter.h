@@ -34,7 +34,7 @@ public:
 
     void drawText(const QColor &color);
     /// Columns begin..end - 1 on the highlight colour; an `end` behind the row's length counts the line end
-    /// as marked, which widens what is marked by `lineEndWidth`.
+    /// as selected, which widens what is highlighted by `lineEndWidth`.
     struct Selection {
         qint64 begin = 0;
         qint64 end = 0;
@@ -44,7 +44,7 @@ public:
     /// Text that an input method is composing, at `column`: underlined, with the formats it asks for.
     void drawComposition(qint64 column, qsizetype length, const QList<QInputMethodEvent::Attribute> &formats,
         const QColor &color);
-    /// A vertical line before a column, combined with what is there.
+    /// A vertical bar before a column, combined with what is there.
     void drawCursor(qint64 column, const QColor &color, qreal width);
     /// A block over the character behind a column, likewise; behind the last one it is as wide as "x".
     void drawBlockCursor(qint64 column, const QColor &color);

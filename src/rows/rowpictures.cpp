@@ -28,14 +28,14 @@ void RowPictures::hold()
     forget();
 }
 
-void RowPictures::setView(int lines, const QSize &row)
+void RowPictures::setView(int slotCount, const QSize &row)
 {
     hold();
-    if (m_rowSize == row && int(m_places.size()) == lines)
+    if (m_rowSize == row && int(m_places.size()) == slotCount)
         return;
     m_rowSize = row;
-    m_places.assign(std::size_t(lines), Place());
-    picture(QSize(row.width(), row.height() * qMax(1, lines)));
+    m_places.assign(std::size_t(slotCount), Place());
+    picture(QSize(row.width(), row.height() * qMax(1, slotCount)));
 }
 
 int RowPictures::take(qint64 row)

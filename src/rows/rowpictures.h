@@ -8,7 +8,7 @@
 /// holds.
 ///
 /// It is made larger when a row needs it and never smaller. At a fractional scale, where the screen's own
-/// content cannot be moved by whole rows, each line of a view has a place of its own in it, so that a view
+/// content cannot be moved by whole rows, each slot of a view has a place of its own in it, so that a view
 /// that goes on copies the rows that stay and draws those that are new. Only the view that has drawn last has
 /// rows in it.
 class RowPictures {
@@ -17,9 +17,9 @@ public:
     ~RowPictures();
     Q_DISABLE_COPY_MOVE(RowPictures)
 
-    /// Makes room for `lines` rows of a size in device pixels; for none, all rows are drawn at the same place
-    /// and none is kept. Keeps what is there where nothing has changed.
-    void setView(int lines, const QSize &row);
+    /// Makes room for `slotCount` rows of a size in device pixels; for none, all rows are drawn at the same
+    /// place and none is kept. Keeps what is there where nothing has changed.
+    void setView(int slotCount, const QSize &row);
     bool keepsRows() const { return !m_places.empty(); }
     /// Device pixels from the picture's top to where a row is to be drawn; what was there is lost.
     int take(qint64 row);

@@ -8,7 +8,7 @@ namespace {
 
 bool needsShaping(CharClass charClass)
 {
-    return charClass != CharClass::Plain && charClass != CharClass::Mark;
+    return charClass != CharClass::Plain && charClass != CharClass::HexBox;
 }
 
 /// Classes unit by unit; empty when every character stands by itself.
@@ -18,7 +18,7 @@ std::vector<CharClass> unitClasses(QStringView text, const FontMeasure &measure)
     bool shaping = false;
     for (qsizetype at = 0; at < text.size();) {
         const char32_t codePoint = codePointAt(text, at);
-        const CharClass found = codePoint == u'\t' ? CharClass::Mark : measure.glyph(codePoint).charClass;
+        const CharClass found = codePoint == u'\t' ? CharClass::HexBox : measure.glyph(codePoint).charClass;
         shaping = shaping || needsShaping(found);
         for (int i = unitsOf(codePoint); i > 0; --i)
             classes[std::size_t(at++)] = found;
@@ -28,7 +28,7 @@ std::vector<CharClass> unitClasses(QStringView text, const FontMeasure &measure)
     return classes;
 }
 
-/// Makes every combined character, and every one whose form depends on its neighbours, part of a stretch.
+/// Makes every combined character, and every one whose form depends on its neighbours, part of a run.
 void joinClusters(QStringView text, const std::vector<CharClass> &classes, std::vector<RunKind> &kinds)
 {
     const std::vector<qsizetype> boundaries = graphemeBoundaries(text);
@@ -45,10 +45,10 @@ void joinClusters(QStringView text, const std::vector<CharClass> &classes, std::
 }
 
 /// Makes the blanks, punctuation and digits between right-to-left characters, and digits right after them,
-/// part of their stretch.
+/// part of their run.
 void carryNeutrals(QStringView text, const std::vector<CharClass> &classes, std::vector<RunKind> &kinds)
 {
-    qsizetype end = -1; // of the right-to-left stretch that neutral characters may still continue
+    qsizetype end = -1; // of the right-to-left run that neutral characters may still continue
     for (qsizetype at = 0; at < text.size();) {
         const char32_t codePoint = codePointAt(text, at);
         const qsizetype next = at + unitsOf(codePoint);
@@ -57,7 +57,7 @@ void carryNeutrals(QStringView text, const std::vector<CharClass> &classes, std:
             std::fill(kinds.begin() + end, kinds.begin() + next, RunKind::RightToLeft);
         if (isRtl || (end >= 0 && QChar::isDigit(codePoint)))
             end = next;
-        else if (classes[std::size_t(at)] == CharClass::Mark || !isNeutral(codePoint))
+        else if (classes[std::size_t(at)] == CharClass::HexBox || !isNeutral(codePoint))
             end = -1;
         at = next;
     }

@@ -10,9 +10,9 @@
 /// How each unit of a row is set.
 enum class RunKind : quint8 {
     Single, ///< a character by itself
-    LeftToRight, ///< part of a stretch that the toolkit shapes
+    LeftToRight, ///< part of a run that the toolkit shapes
     RightToLeft, ///< the same, read from right to left, with the digits and blanks inside it
 };
 
-/// Kind of every unit of `text`; one stretch is a sequence of units of one kind. Cost: O(length).
+/// Kind of every unit of `text`; one run is a sequence of units of one kind. Cost: O(length).
 std::vector<RunKind> runKinds(QStringView text, const FontMeasure &measure);

@@ -7,7 +7,7 @@
 
 class QTextLayout;
 
-/// A piece of text whose characters form each other, shaped by the toolkit on its own.
+/// Text whose characters form each other, shaped by the toolkit on its own.
 ///
 /// Lengths are device pixels from the run's left edge; places are UTF-16 units from its start. A run that is
 /// read from right to left has its first place on the left edge and its last one on the right edge all the

@@ -12,26 +12,26 @@ public:
     {
     }
 
-    void add(Subpixels width) { m_run.add(width); }
+    void add(Subpixels width) { m_reach.add(width); }
     void addTab()
     {
-        m_run.addTab(m_tabStop);
+        m_reach.addTab(m_tabStop);
         m_summary.widestUnit = int(qMin<Subpixels>(INT_MAX, m_tabStop));
     }
     void addLineEnd()
     {
         if (m_summary.lineEnds++ == 0)
-            m_summary.head = m_run;
+            m_summary.head = m_reach;
         else
-            m_summary.widest = qMax(m_summary.widest, m_run.from(0, m_tabStop));
-        m_run = {};
+            m_summary.widest = qMax(m_summary.widest, m_reach.from(0, m_tabStop));
+        m_reach = {};
     }
     TextSummary finish(int narrowest, int widest)
     {
         if (m_summary.lineEnds == 0)
-            m_summary.head = m_run;
+            m_summary.head = m_reach;
         else
-            m_summary.tail = m_run.from(0, m_tabStop);
+            m_summary.tail = m_reach.from(0, m_tabStop);
         m_summary.widestUnit = qMax(m_summary.widestUnit, widest);
         if (narrowest <= widest)
             m_summary.even = narrowest == widest ? narrowest : 0;
@@ -40,7 +40,7 @@ public:
 
 private:
     Subpixels m_tabStop;
-    Reach m_run;
+    Reach m_reach;
     TextSummary m_summary;
 };
 
@@ -164,16 +164,16 @@ private:
         const PlainWidths plain = m_plain;
         const Unit *text = m_text;
         const qint64 size = m_size;
-        Subpixels run = 0;
+        Subpixels sum = 0;
         int narrowest = m_narrowest;
         int widest = m_widest;
         for (int width; i < size && (width = plain.of(text[i])) != AdvanceTable::unknown; ++i) {
-            run += width;
+            sum += width;
             narrowest = qMin(narrowest, width);
             widest = qMax(widest, width);
         }
         note(narrowest, widest);
-        m_sum.add(run);
+        m_sum.add(sum);
         return i;
     }
     /// Adds the character that unit `at` is part of, which may begin with the plain unit before it, counted

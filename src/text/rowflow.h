@@ -5,7 +5,7 @@
 /// Wrapping over whole subtrees.
 ///
 /// Where a row breaks depends on where the row before it broke, so that one key at the start of a line moves
-/// every break behind it. What a run of text does, though, depends on the place of its first break alone, and
+/// every break behind it. What a text does, though, depends on the place of its first break alone, and
 /// that is one of the first few hundred units. A node inside a long line keeps a table of what follows from
 /// each of them: a line of any length is laid out anew by one look into the table of each child of the nodes
 /// above the edit.

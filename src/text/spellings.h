@@ -5,14 +5,14 @@
 #include <memory>
 #include <vector>
 
-/// The bytes that some characters of a run of text were read from: those whose code would write others.
+/// The bytes that some characters of a text were read from: those whose code would write others.
 ///
 /// A code may have several sequences of bytes for one character, and ISO-2022-JP may switch its sets where it
 /// need not. What is written for a character that was not edited is what was read, so the sequences that are
-/// not the usual ones stand here, beside the text. Most runs of text have none.
+/// not the usual ones stand here, beside the text. Most texts have none.
 ///
-/// Places count UTF-16 units from the start of the run and only ascend. Each spelling belongs to the one unit
-/// at its place. Cost: places are found in O(log count()).
+/// Places count UTF-16 units from the start of the text and only ascend. Each spelling belongs to the one
+/// unit at its place. Cost: places are found in O(log count()).
 class Spellings {
 public:
     bool isEmpty() const { return m_spots.empty(); }
@@ -24,7 +24,7 @@ public:
 
     /// Behind all others.
     void append(qint64 place, QByteArrayView bytes);
-    /// Those of another run at `from` <= place < `to`, which move by `shift`; behind all others.
+    /// Those of another text at `from` <= place < `to`, which move by `shift`; behind all others.
     void append(const Spellings &other, qint64 from, qint64 to, qint64 shift);
     /// Those at `from` <= place < `to`, counted from `from`.
     Spellings part(qint64 from, qint64 to) const;

@@ -2,13 +2,13 @@
 
 #include <QtGlobal>
 
-/// A stretch of text that another one took the place of: what one edit does, or many come to.
+/// A range of text that another one took the place of: what one edit does, or many come to.
 struct TextChange {
     qint64 offset = 0; ///< where both begin
     qint64 removed = 0; ///< units that were there
     qint64 inserted = 0; ///< units that are there now
 
-    /// This change and then another one, as one stretch that holds what either changed.
+    /// This change and then another one, as one range that holds what either changed.
     TextChange then(const TextChange &next) const
     {
         const qint64 begin = qMin(offset, next.offset);

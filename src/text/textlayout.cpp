@@ -49,12 +49,12 @@ bool TextLayout::isWithinLimit(QStringView text) const
 
 TextLayout::Character TextLayout::character(const char16_t *text, qint64 size, qint64 i) const
 {
-    const QStringView run(text, size);
-    const qint64 end = graphemeEnd(run, i);
-    char32_t last = codePointAt(run, i);
+    const QStringView view(text, size);
+    const qint64 end = graphemeEnd(view, i);
+    char32_t last = codePointAt(view, i);
     int width = m_advances->advanceOf(last);
     for (i += unitsOf(last); i < end; i += unitsOf(last)) {
-        const char32_t before = std::exchange(last, codePointAt(run, i));
+        const char32_t before = std::exchange(last, codePointAt(view, i));
         if (!isMerged(before, last))
             width += m_advances->advanceOf(last);
     }

@@ -2,10 +2,10 @@
 
 #include "text/textstore.h"
 
-/// How x moves over a run of text without LF, whatever x it is entered with: a TAB forgets what was before it
-/// but for the tab stop it reaches, so two widths say it all, and runs compose in O(1).
+/// How x moves over a text without LF, whatever x it is entered with: a TAB forgets what was before it
+/// but for the tab stop it reaches, so two widths say it all, and texts compose in O(1).
 struct Reach {
-    Subpixels before = 0; ///< width up to the first TAB, or of the whole run
+    Subpixels before = 0; ///< width up to the first TAB, or of the whole text
     Subpixels after = 0; ///< width behind the stop that the first TAB reaches
     bool hasTab = false;
 
@@ -27,16 +27,16 @@ struct Reach {
     }
 };
 
-/// What wrapping does to a run of text that is entered with a given x.
+/// What wrapping does to a text that is entered with a given x.
 struct RowFlow {
-    qint64 breaks = 0; ///< rows that end in the run by wrapping
-    Subpixels exit = 0; ///< x behind the run
+    qint64 breaks = 0; ///< rows that end in the text by wrapping
+    Subpixels exit = 0; ///< x behind the text
 };
 
-/// All that is remembered of a run of text, so that nobody has to look at the text itself.
+/// All that is remembered of a text, so that nobody has to look at it again.
 ///
-/// "Head" is the text before the first LF, or the whole run if there is none: what happens there depends on
-/// the x with which the run is entered. Behind the first LF nothing does.
+/// "Head" is the text before the first LF, or the whole text if there is none: what happens there depends on
+/// the x with which the text is entered. Behind the first LF nothing does.
 struct TextSummary {
     static constexpr int anyWidth = -1; ///< nothing but TAB and LF
 
@@ -44,7 +44,7 @@ struct TextSummary {
     qint64 lineEnds = 0; ///< LFs
     Reach head;
     Subpixels tail = 0; ///< unwrapped x at the end, if there is an LF
-    Subpixels widest = 0; ///< of the unwrapped lines that begin and end in the run
+    Subpixels widest = 0; ///< of the unwrapped lines that begin and end in the text
     qint64 breaks = 0; ///< rows that end by wrapping behind the first LF
     Subpixels tailFill = 0; ///< wrapped x at the end, if there is an LF
     int widestUnit = 0; ///< the widest advance; the tab stop if there is a TAB
@@ -81,7 +81,7 @@ public:
         qint64 end = 0; ///< the unit behind it
         int width = 0; ///< all of it
     };
-    /// What begins at unit `i` of a run of `size` units, as far as it lies in the run; no TAB or LF.
+    /// What begins at unit `i` of a text of `size` units, as far as it lies in it; no TAB or LF.
     Character character(const char16_t *text, qint64 size, qint64 i) const;
 
 private:

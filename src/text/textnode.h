@@ -20,7 +20,7 @@ struct LeafText {
     QStringView view() const { return { units.data(), units.size() }; }
 };
 
-/// A run of text: one byte a unit, or two when `wide`. The units follow the object in memory.
+/// A part of a text: one byte a unit, or two when `wide`. The units follow the object in memory.
 struct TextLeaf : TextNode {
     const bool wide;
     qint32 size = 0; ///< units in use

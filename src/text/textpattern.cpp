@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Candidates are picked by two units that are at most this far apart, so that few places of a run need a
+/// Candidates are picked by two units that are at most this far apart, so that few places of a chunk need a
 /// look beyond its end.
 constexpr qsizetype maxDistance = 63;
 
@@ -31,16 +31,16 @@ QString folded(const QString &text)
     return units;
 }
 
-char16_t unitOf(const TextChunk &run, qint64 index)
+char16_t unitOf(const TextChunk &chunk, qint64 index)
 {
-    return run.isLatin1() ? uchar(run.latin1.at(index)) : run.utf16.at(index).unicode();
+    return chunk.isLatin1() ? uchar(chunk.latin1.at(index)) : chunk.utf16.at(index).unicode();
 }
 
-/// Calls `function(units)` with the run's units as uchar or as char16_t.
-template <typename Function> decltype(auto) visit(const TextChunk &run, Function &&function)
+/// Calls `function(units)` with the chunk's units as uchar or as char16_t.
+template <typename Function> decltype(auto) visit(const TextChunk &chunk, Function &&function)
 {
-    return run.isLatin1() ? function(reinterpret_cast<const uchar *>(run.latin1.data()))
-                          : function(reinterpret_cast<const char16_t *>(run.utf16.utf16()));
+    return chunk.isLatin1() ? function(reinterpret_cast<const uchar *>(chunk.latin1.data()))
+                            : function(reinterpret_cast<const char16_t *>(chunk.utf16.utf16()));
 }
 
 } // namespace
@@ -150,12 +150,12 @@ private:
 
     template <typename Unit> bool isCandidate(const Unit *units) const;
     template <typename Unit> bool hasCandidate(const Unit *units) const;
-    template <typename Unit> bool settlesForwards(const TextChunk &run, const Unit *units, qint64 count);
-    template <typename Unit> bool settlesBackwards(const TextChunk &run, const Unit *units);
-    template <typename Unit> bool settlesAcross(const TextChunk &run, const Unit *units, qint64 index);
-    bool settlesAt(const TextChunk &run, qint64 index);
-    bool matches(const TextChunk &run, qint64 index);
-    qint64 equalUnits(const TextChunk &run, qint64 index, qint64 done, char16_t before) const;
+    template <typename Unit> bool settlesForwards(const TextChunk &chunk, const Unit *units, qint64 count);
+    template <typename Unit> bool settlesBackwards(const TextChunk &chunk, const Unit *units);
+    template <typename Unit> bool settlesAcross(const TextChunk &chunk, const Unit *units, qint64 index);
+    bool settlesAt(const TextChunk &chunk, qint64 index);
+    bool matches(const TextChunk &chunk, qint64 index);
+    qint64 equalUnits(const TextChunk &chunk, qint64 index, qint64 done, char16_t before) const;
     bool beginsInsidePair(qint64 offset) const;
     char16_t unitBefore(qint64 offset) const { return offset > 0 ? m_store.at(offset - 1) : u'\0'; }
 
@@ -199,12 +199,12 @@ template <typename Unit> bool PatternSearch::hasCandidate(const Unit *units) con
     return any != 0;
 }
 
-/// How many units of the run from `index` on equal the pattern's from `done` on.
-qint64 PatternSearch::equalUnits(const TextChunk &run, qint64 index, qint64 done, char16_t before) const
+/// How many units of the chunk from `index` on equal the pattern's from `done` on.
+qint64 PatternSearch::equalUnits(const TextChunk &chunk, qint64 index, qint64 done, char16_t before) const
 {
-    const qint64 count = qMin(run.size() - index, m_length - done);
+    const qint64 count = qMin(chunk.size() - index, m_length - done);
     const char16_t *const wanted = QStringView(m_pattern.m_folded).utf16() + done;
-    return visit(run, [&](const auto *units) {
+    return visit(chunk, [&](const auto *units) {
         units += index;
         qint64 i = 0;
         if (!m_pattern.m_folds) {
@@ -226,10 +226,10 @@ bool PatternSearch::beginsInsidePair(qint64 offset) const
         && QChar::isHighSurrogate(unitBefore(offset));
 }
 
-/// Whether there is a hit at an index of the run; it may end in another one.
-bool PatternSearch::matches(const TextChunk &run, qint64 index)
+/// Whether there is a hit at an index of the chunk; it may end in another one.
+bool PatternSearch::matches(const TextChunk &chunk, qint64 index)
 {
-    TextChunk part = run;
+    TextChunk part = chunk;
     qint64 done = equalUnits(part, index, 0, 0);
     qint64 end = part.offset + index + done;
     while (done < m_length && end == part.offset + part.size() && end < m_store.length()) {
@@ -240,14 +240,14 @@ bool PatternSearch::matches(const TextChunk &run, qint64 index)
         end += equal;
     }
     m_compared += done;
-    return done == m_length && !beginsInsidePair(run.offset + index);
+    return done == m_length && !beginsInsidePair(chunk.offset + index);
 }
 
 /// Whether the search is over here: there is a hit, or too much was compared in vain.
-bool PatternSearch::settlesAt(const TextChunk &run, qint64 index)
+bool PatternSearch::settlesAt(const TextChunk &chunk, qint64 index)
 {
-    const qint64 offset = run.offset + index;
-    if (matches(run, index))
+    const qint64 offset = chunk.offset + index;
+    if (matches(chunk, index))
         m_hit = offset;
     else if (m_compared > freeComparisons + 8 * qAbs(offset - m_from))
         m_givenUpAt = offset;
@@ -255,43 +255,43 @@ bool PatternSearch::settlesAt(const TextChunk &run, qint64 index)
 }
 
 template <typename Unit>
-bool PatternSearch::settlesAcross(const TextChunk &run, const Unit *units, qint64 index)
+bool PatternSearch::settlesAcross(const TextChunk &chunk, const Unit *units, qint64 index)
 {
-    return probesFor(units).first.has(units[index]) && settlesAt(run, index);
+    return probesFor(units).first.has(units[index]) && settlesAt(chunk, index);
 }
 
-/// Tries the run's first `count` places.
+/// Tries the chunk's first `count` places.
 template <typename Unit>
-bool PatternSearch::settlesForwards(const TextChunk &run, const Unit *units, qint64 count)
+bool PatternSearch::settlesForwards(const TextChunk &chunk, const Unit *units, qint64 count)
 {
     if (!probesFor(units).first.isPossible)
         return false;
-    const qint64 across = qBound<qint64>(0, run.size() - m_pattern.m_distance, count);
+    const qint64 across = qBound<qint64>(0, chunk.size() - m_pattern.m_distance, count);
     const qint64 inside = probesFor(units).second.isPossible ? across : 0;
     for (qint64 begin = 0; begin < inside; begin += blockSize) {
         const qint64 end = qMin(inside, begin + blockSize);
         if (end - begin == blockSize && !hasCandidate(units + begin))
             continue;
         for (qint64 index = begin; index < end; ++index) {
-            if (isCandidate(units + index) && settlesAt(run, index))
+            if (isCandidate(units + index) && settlesAt(chunk, index))
                 return true;
         }
     }
     for (qint64 index = across; index < count; ++index) {
-        if (settlesAcross(run, units, index))
+        if (settlesAcross(chunk, units, index))
             return true;
     }
     return false;
 }
 
-/// Tries all places of the run, the last one first.
-template <typename Unit> bool PatternSearch::settlesBackwards(const TextChunk &run, const Unit *units)
+/// Tries all places of the chunk, the last one first.
+template <typename Unit> bool PatternSearch::settlesBackwards(const TextChunk &chunk, const Unit *units)
 {
     if (!probesFor(units).first.isPossible)
         return false;
-    const qint64 across = qMax<qint64>(0, run.size() - m_pattern.m_distance);
-    for (qint64 index = run.size(); index-- > across;) {
-        if (settlesAcross(run, units, index))
+    const qint64 across = qMax<qint64>(0, chunk.size() - m_pattern.m_distance);
+    for (qint64 index = chunk.size(); index-- > across;) {
+        if (settlesAcross(chunk, units, index))
             return true;
     }
     const qint64 inside = probesFor(units).second.isPossible ? across : 0;
@@ -300,7 +300,7 @@ template <typename Unit> bool PatternSearch::settlesBackwards(const TextChunk &r
         if (end - begin == blockSize && !hasCandidate(units + begin))
             continue;
         for (qint64 index = end; index-- > begin;) {
-            if (isCandidate(units + index) && settlesAt(run, index))
+            if (isCandidate(units + index) && settlesAt(chunk, index))
                 return true;
         }
     }
@@ -312,11 +312,11 @@ qint64 PatternSearch::forwards(qint64 from)
     m_from = from;
     const qint64 last = m_store.length() - m_length;
     for (qint64 at = from; at <= last;) {
-        const TextChunk run = m_store.chunkAt(at);
-        const qint64 count = qMin(run.size(), last - at + 1);
-        if (visit(run, [&](const auto *units) { return settlesForwards(run, units, count); }))
+        const TextChunk chunk = m_store.chunkAt(at);
+        const qint64 count = qMin(chunk.size(), last - at + 1);
+        if (visit(chunk, [&](const auto *units) { return settlesForwards(chunk, units, count); }))
             return m_givenUpAt >= 0 ? forwardsByUnits(m_givenUpAt) : m_hit;
-        at += run.size();
+        at += chunk.size();
     }
     return -1;
 }
@@ -325,10 +325,10 @@ qint64 PatternSearch::backwards(qint64 from)
 {
     m_from = qMin(from, m_store.length() - m_length);
     for (qint64 end = m_from + 1; end > 0;) {
-        const TextChunk run = m_store.chunkBefore(end);
-        if (visit(run, [&](const auto *units) { return settlesBackwards(run, units); }))
+        const TextChunk chunk = m_store.chunkBefore(end);
+        if (visit(chunk, [&](const auto *units) { return settlesBackwards(chunk, units); }))
             return m_givenUpAt >= 0 ? backwardsByUnits(m_givenUpAt) : m_hit;
-        end = run.offset;
+        end = chunk.offset;
     }
     return -1;
 }
@@ -338,9 +338,9 @@ qint64 PatternSearch::forwardsByUnits(qint64 from) const
     UnitMatcher matcher(m_pattern.m_folded);
     char16_t before = unitBefore(from);
     for (qint64 at = from; at < m_store.length();) {
-        const TextChunk run = m_store.chunkAt(at);
-        for (qint64 i = 0; i < run.size(); ++i, ++at) {
-            const char16_t unit = unitOf(run, i);
+        const TextChunk chunk = m_store.chunkAt(at);
+        for (qint64 i = 0; i < chunk.size(); ++i, ++at) {
+            const char16_t unit = unitOf(chunk, i);
             if (matcher.take(folded(unit, before)) && !beginsInsidePair(at + 1 - m_length))
                 return at + 1 - m_length;
             before = unit;
@@ -355,14 +355,14 @@ qint64 PatternSearch::backwardsByUnits(qint64 from) const
     std::reverse(reversed.begin(), reversed.end());
     UnitMatcher matcher(reversed);
     for (qint64 end = from + m_length; end > 0;) {
-        const TextChunk run = m_store.chunkBefore(end);
-        const char16_t beforeRun = unitBefore(run.offset);
-        for (qint64 i = run.size(); i-- > 0;) {
-            const char16_t before = i > 0 ? unitOf(run, i - 1) : beforeRun;
-            if (matcher.take(folded(unitOf(run, i), before)) && !beginsInsidePair(run.offset + i))
-                return run.offset + i;
+        const TextChunk chunk = m_store.chunkBefore(end);
+        const char16_t beforeChunk = unitBefore(chunk.offset);
+        for (qint64 i = chunk.size(); i-- > 0;) {
+            const char16_t before = i > 0 ? unitOf(chunk, i - 1) : beforeChunk;
+            if (matcher.take(folded(unitOf(chunk, i), before)) && !beginsInsidePair(chunk.offset + i))
+                return chunk.offset + i;
         }
-        end = run.offset;
+        end = chunk.offset;
     }
     return -1;
 }

@@ -113,7 +113,7 @@ void TextStore::Private::replace(qint64 offset, qint64 removed, QStringView inse
         put(offset, removed, treeOf(inserted, layout));
 }
 
-/// Replaces any stretch by any tree.
+/// Replaces any range by any tree.
 void TextStore::Private::put(qint64 offset, qint64 removed, TextTree &&inserted)
 {
     m_open.close(m_tree, layout);

@@ -28,13 +28,13 @@ struct LayoutRule {
     friend bool operator==(const LayoutRule &, const LayoutRule &) = default;
 };
 
-/// A run of text as it lies in the store: one of the two views is set. Valid until the next change of the
-/// store.
+/// Neighbouring units of a leaf as they lie in memory: one of the two views is set. Valid until the next
+/// change of the store.
 struct TextChunk {
     qint64 offset = 0; ///< of the first unit in the whole text
     QByteArrayView latin1; ///< set where the store keeps one byte a unit (U+0000..U+00FF)
     QStringView utf16; ///< set elsewhere
-    /// The bytes that the run, one unit then, was read from, where its code would write others. Without a
+    /// The bytes that the chunk, one unit then, was read from, where its code would write others. Without a
     /// unit: what stood behind the whole text. See Spellings.
     std::optional<QByteArrayView> spelling = std::nullopt;
     bool isLatin1() const { return utf16.isNull(); }
@@ -100,13 +100,13 @@ public:
     QString text(qint64 offset, qint64 length) const;
     /// The whole text; a second copy, for small texts and tests.
     QString text() const { return text(0, length()); }
-    /// The stored run that holds `offset` (< length()), beginning exactly at `offset` and at most one leaf
+    /// The chunk that holds `offset` (< length()), beginning exactly at `offset` and at most one leaf
     /// long.
     TextChunk chunkAt(qint64 offset) const;
     /// As chunkAt(), but in parts that are free of spellings or one unit with its spelling; at length() that
     /// of the end.
     TextChunk spelledChunkAt(qint64 offset) const;
-    /// The stored run that ends exactly at `end` (> 0), at most one leaf long: for walking backwards.
+    /// The chunk that ends exactly at `end` (> 0), at most one leaf long: for walking backwards.
     TextChunk chunkBefore(qint64 end) const;
 
     /// Puts `inserted` in place of `removed` units at `offset`; positions behind it that were taken before
@@ -130,7 +130,7 @@ public:
     RowCol rowColAt(CursorPlace place) const;
     /// `position.column` may be 0..length of the row, which end means the row's own.
     CursorPlace placeAt(RowCol position) const;
-    /// Whether a stretch without LF is surely too narrow to hold a wrapped row and go on behind it.
+    /// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it.
     /// O(length).
     bool fitsInRow(qint64 offset, qint64 length) const;
     /// `position.column` may be 0..length of the row.
@@ -162,7 +162,7 @@ private:
     friend class Builder;
 };
 
-/// A run of text cut out of a store or shared with it, with its spellings, as compact as the store keeps it:
+/// Text cut out of a store or shared with it, with its spellings, as compact as the store keeps it:
 /// one pointer. Like stores, pieces of one text all belong to one thread.
 class TextPiece {
 public:

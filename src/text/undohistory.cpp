@@ -115,8 +115,8 @@ qint64 Step::redo(TextStore &store, const UndoHistory::Changed &changed)
 
 const UndoCommand &Step::command(qint64 index) const
 {
-    static const UndoCommand begin{ Kind::BeginGroup, 0, {} };
-    static const UndoCommand end{ Kind::EndGroup, 0, {} };
+    static const UndoCommand begin{ Kind::BeginStep, 0, {} };
+    static const UndoCommand end{ Kind::EndStep, 0, {} };
     if (!grouped)
         return edits[index];
     if (index == 0)

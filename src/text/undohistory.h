@@ -6,14 +6,14 @@
 #include <functional>
 #include <memory>
 
-/// One entry of the undo history: an insertion or a deletion with its place and text, or a marker that opens
-/// or closes a group which is undone as one step.
+/// One entry of the undo history: an insertion or a deletion with its place and text, or a step boundary:
+/// the beginning or the end of a group, which is undone as one step.
 struct UndoCommand {
-    enum class Kind { Insert, Delete, BeginGroup, EndGroup };
+    enum class Kind { Insert, Delete, BeginStep, EndStep };
     Kind kind = Kind::Insert;
-    qint64 offset = 0; ///< where it took place, in units of the whole text; 0 for markers
-    TextPiece text; ///< what was inserted or deleted; empty for markers
-    bool isMarker() const { return kind == Kind::BeginGroup || kind == Kind::EndGroup; }
+    qint64 offset = 0; ///< where it took place, in units of the whole text; 0 for step boundaries
+    TextPiece text; ///< what was inserted or deleted; empty for step boundaries
+    bool isStepBoundary() const { return kind == Kind::BeginStep || kind == Kind::EndStep; }
 };
 
 /// Undo and redo of one text: a list of commands, each with an inverse.
@@ -50,7 +50,7 @@ public:
         Joining joining = Joining::Never);
     void replace(TextStore &store, qint64 offset, qint64 removed, const TextPiece &inserted,
         Joining joining = Joining::Never);
-    /// Groups nest; only the outermost pair makes markers. An empty group leaves no trace.
+    /// Groups nest; only the outermost pair makes step boundaries. An empty group leaves no trace.
     void beginGroup();
     void endGroup();
     /// The next command joins nothing (the cursor was moved, the focus changed).

@@ -4,9 +4,9 @@
 
 namespace {
 
-enum class CharClass { LineEnd, Blank, Alphabetic, Hiragana, Katakana, Ideographic, Punctuation };
+enum class WordClass { LineEnd, Blank, Alphabetic, Hiragana, Katakana, Ideographic, Punctuation };
 
-constexpr qint64 longestRun = qint64(16) << 10;
+constexpr qint64 farthestLook = qint64(16) << 10;
 constexpr int longestCluster = 32;
 
 char32_t codePointAt(const TextStore &store, qint64 offset)
@@ -39,29 +39,29 @@ bool belongsToPrevious(char32_t c)
     return c == prolongedSound || c == halfWidthProlongedSound || c == zeroWidthJoiner || isMark(c);
 }
 
-CharClass classOf(char32_t c)
+WordClass classOf(char32_t c)
 {
     if (c == U'\n')
-        return CharClass::LineEnd;
+        return WordClass::LineEnd;
     if (QChar::isSpace(c))
-        return CharClass::Blank;
+        return WordClass::Blank;
     switch (QChar::script(c)) {
     case QChar::Script_Hiragana:
-        return CharClass::Hiragana;
+        return WordClass::Hiragana;
     case QChar::Script_Katakana:
-        return CharClass::Katakana;
+        return WordClass::Katakana;
     case QChar::Script_Han:
-        return CharClass::Ideographic;
+        return WordClass::Ideographic;
     default:
         break;
     }
     if (c == 0x30fc || c == 0xff70)
-        return CharClass::Katakana;
-    return QChar::isLetterOrNumber(c) || isMark(c) || c == U'_' ? CharClass::Alphabetic
-                                                                : CharClass::Punctuation;
+        return WordClass::Katakana;
+    return QChar::isLetterOrNumber(c) || isMark(c) || c == U'_' ? WordClass::Alphabetic
+                                                                : WordClass::Punctuation;
 }
 
-CharClass classAt(const TextStore &store, qint64 offset)
+WordClass classAt(const TextStore &store, qint64 offset)
 {
     char32_t c = 0;
     for (int i = 0; i < longestCluster; ++i, --offset) {
@@ -75,17 +75,17 @@ CharClass classAt(const TextStore &store, qint64 offset)
     return classOf(c);
 }
 
-qint64 runEnd(const TextStore &store, qint64 offset, CharClass kind)
+qint64 endOfClass(const TextStore &store, qint64 offset, WordClass kind)
 {
-    const qint64 limit = qMin(store.length(), offset + longestRun);
+    const qint64 limit = qMin(store.length(), offset + farthestLook);
     while (offset < limit && classAt(store, offset) == kind)
         ++offset;
     return offset;
 }
 
-qint64 runStart(const TextStore &store, qint64 offset, CharClass kind)
+qint64 startOfClass(const TextStore &store, qint64 offset, WordClass kind)
 {
-    const qint64 limit = qMax<qint64>(0, offset - longestRun);
+    const qint64 limit = qMax<qint64>(0, offset - farthestLook);
     while (offset > limit && classAt(store, offset - 1) == kind)
         --offset;
     return offset;
@@ -97,23 +97,23 @@ qint64 nextWordStart(const TextStore &store, qint64 offset)
 {
     if (offset >= store.length())
         return store.length();
-    const CharClass here = classAt(store, offset);
-    if (here == CharClass::LineEnd)
+    const WordClass here = classAt(store, offset);
+    if (here == WordClass::LineEnd)
         return offset + 1;
-    if (here != CharClass::Blank)
-        offset = runEnd(store, offset, here);
-    return runEnd(store, offset, CharClass::Blank);
+    if (here != WordClass::Blank)
+        offset = endOfClass(store, offset, here);
+    return endOfClass(store, offset, WordClass::Blank);
 }
 
 qint64 previousWordStart(const TextStore &store, qint64 offset)
 {
     if (offset > 0 && store.at(offset - 1) == u'\n')
         return offset - 1;
-    offset = runStart(store, offset, CharClass::Blank);
+    offset = startOfClass(store, offset, WordClass::Blank);
     if (offset == 0)
         return 0;
-    const CharClass before = classAt(store, offset - 1);
-    return before == CharClass::LineEnd ? offset : runStart(store, offset, before);
+    const WordClass before = classAt(store, offset - 1);
+    return before == WordClass::LineEnd ? offset : startOfClass(store, offset, before);
 }
 
 TextRange wordAt(const TextStore &store, qint64 offset)
@@ -121,6 +121,6 @@ TextRange wordAt(const TextStore &store, qint64 offset)
     const bool atLineEnd = offset == store.length() || store.at(offset) == u'\n';
     if (atLineEnd && (offset == 0 || store.at(offset - 1) == u'\n'))
         return { offset, offset };
-    const CharClass kind = classAt(store, atLineEnd ? offset - 1 : offset);
-    return { runStart(store, offset, kind), runEnd(store, offset, kind) };
+    const WordClass kind = classAt(store, atLineEnd ? offset - 1 : offset);
+    return { startOfClass(store, offset, kind), endOfClass(store, offset, kind) };
 }

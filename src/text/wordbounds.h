@@ -4,7 +4,7 @@
 
 /// Words of a text, for word moves and double clicks.
 ///
-/// A word is a run of characters of one class: letters and digits of alphabetic scripts (with "_" and
+/// A word is neighbouring characters of one class: letters and digits of alphabetic scripts (with "_" and
 /// combining marks), hiragana, katakana, ideographs, or punctuation. Blanks separate words; a line end is a
 /// place of its own. The prolonged sound mark belongs to the kana before it. Cost: the length of the words
 /// passed, at most 16 Ki units, so that a key stays quick in a line without any blank.
@@ -18,5 +18,5 @@ struct TextRange {
     qint64 start = 0;
     qint64 end = 0; ///< first unit behind it
 };
-/// The run of one class around `offset`: a word, punctuation or blanks; empty in an empty line.
+/// The range of one class around `offset`: a word, punctuation or blanks; empty in an empty line.
 TextRange wordAt(const TextStore &store, qint64 offset);

@@ -1,5 +1,5 @@
 #include "rows/fontmeasure.h"
-#include "rows/hexmark.h"
+#include "rows/hexbox.h"
 #include "rows/lcfont.h"
 #include "tests/testprogram.h"
 
@@ -125,18 +125,18 @@ void FontMeasureTest::classes_data()
     add("letter", U'a', CharClass::Plain, true);
     add("kanji", U'\u6f22', CharClass::Plain, true);
     add("supplementary kanji", U'\U00020b9f', CharClass::Plain, true);
-    add("NUL", 0, CharClass::Mark, true);
-    add("escape", 0x1b, CharClass::Mark, true);
-    add("DEL", 0x7f, CharClass::Mark, true);
-    add("C1 control", 0x85, CharClass::Mark, true);
+    add("NUL", 0, CharClass::HexBox, true);
+    add("escape", 0x1b, CharClass::HexBox, true);
+    add("DEL", 0x7f, CharClass::HexBox, true);
+    add("C1 control", 0x85, CharClass::HexBox, true);
     add("no-break space is none", 0xa0, CharClass::Plain, true);
-    add("byte order mark", 0xfeff, CharClass::Mark, true);
-    add("zero width space", 0x200b, CharClass::Mark, true);
-    add("direction override", 0x202e, CharClass::Mark, true);
-    add("line separator", 0x2028, CharClass::Mark, true);
-    add("first escaped byte", 0xdc80, CharClass::Mark, true);
-    add("last escaped byte", 0xdcff, CharClass::Mark, true);
-    add("lone high surrogate", 0xd800, CharClass::Mark, true);
+    add("byte order mark", 0xfeff, CharClass::HexBox, true);
+    add("zero width space", 0x200b, CharClass::HexBox, true);
+    add("direction override", 0x202e, CharClass::HexBox, true);
+    add("line separator", 0x2028, CharClass::HexBox, true);
+    add("first escaped byte", 0xdc80, CharClass::HexBox, true);
+    add("last escaped byte", 0xdcff, CharClass::HexBox, true);
+    add("lone high surrogate", 0xd800, CharClass::HexBox, true);
     add("combining acute", 0x301, CharClass::Extend, false);
     add("combining dakuten", 0x3099, CharClass::Extend, false);
     add("zero width joiner", 0x200d, CharClass::Extend, false);
@@ -179,7 +179,7 @@ void FontMeasureTest::boxesHaveTheirPlaces()
                 if (measure->glyph(codePoint).isShown)
                     continue;
                 const auto place = int(measure->advances().advanceOf(codePoint) / subpixelsPerPixel);
-                QVERIFY2(hexMarkSize(codePoint, height).width() <= place,
+                QVERIFY2(hexBoxSize(codePoint, height).width() <= place,
                     qPrintable(QStringLiteral("%1 at %2").arg(size).arg(scale)));
             }
         }

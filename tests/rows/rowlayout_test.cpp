@@ -1,4 +1,4 @@
-#include "rows/hexmark.h"
+#include "rows/hexbox.h"
 #include "rows/lcfont.h"
 #include "rows/rowlayout.h"
 #include "tests/seeds.h"
@@ -399,12 +399,12 @@ void RowLayoutTest::escapedBytesShowTheirValue()
 {
     const auto mark = [](char32_t c) {
         std::vector<QRect> rects;
-        addHexMark(c, {}, 18, rects);
+        addHexBox(c, {}, 18, rects);
         return rects;
     };
     // Those of ISO-2022-JP, too, in which bytes below 80 may be undecodable.
     for (const char32_t escape : { 0xdc80U, 0xdcffU, 0xdd21U, 0xdd7eU, 0xde29U, 0xdf60U }) {
-        QCOMPARE(hexMarkSize(escape, 18), hexMarkSize(escape & 0xff, 18));
+        QCOMPARE(hexBoxSize(escape, 18), hexBoxSize(escape & 0xff, 18));
         QVERIFY(mark(escape) == mark(escape & 0xff));
     }
 }

@@ -48,8 +48,8 @@ struct Document {
 private:
     static QString drawn(const UndoCommand &command)
     {
-        if (command.isMarker())
-            return command.kind == Kind::BeginGroup ? QStringLiteral("(") : QStringLiteral(")");
+        if (command.isStepBoundary())
+            return command.kind == Kind::BeginStep ? QStringLiteral("(") : QStringLiteral(")");
         const QChar sign = command.kind == Kind::Insert ? u'+' : u'-';
         return sign + QString::number(command.offset) + u':' + command.text.text();
     }
@@ -200,7 +200,7 @@ private slots:
     void typingJoinsInsideAGroup();
     void recordingForgetsRedo();
     void oldestStepsAreJoined();
-    void joinedGroupsKeepOnePairOfMarkers();
+    void joinedGroupsKeepOnePairOfStepBoundaries();
     void smallerDepthJoins();
     void clearForgets();
     void changesAreTold();
@@ -379,7 +379,7 @@ void UndoHistoryTest::oldestStepsAreJoined()
     QCOMPARE(document.store.text(), QString());
 }
 
-void UndoHistoryTest::joinedGroupsKeepOnePairOfMarkers()
+void UndoHistoryTest::joinedGroupsKeepOnePairOfStepBoundaries()
 {
     Document document(QString(), 1);
     for (int i = 0; i < 3; ++i) {
@@ -452,7 +452,7 @@ void UndoHistoryTest::hugeGroupsJoinQuickly()
         document.history.endGroup();
     }
     QCOMPARE(document.history.commandCount(), 3 + 20 + 2);
-    QCOMPARE(document.history.command(0).kind, Kind::BeginGroup);
+    QCOMPARE(document.history.command(0).kind, Kind::BeginStep);
     QCOMPARE(document.history.command(1).offset, 1999 * 20 - 1);
     QCOMPARE(document.history.command(document.history.commandCount() - 2).offset, 2000 * 20 - 1);
     document.history.undo(document.store);

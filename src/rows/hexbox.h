@@ -6,14 +6,14 @@
 
 #include <vector>
 
-/// The mark that stands for a character no font shows: its code in a small box, or for an escaped byte
+/// The box that stands for a character no font shows: its code in small digits, or for an escaped byte
 /// (a lone surrogate, see TextCodec) the byte's value. Drawn from dots, so that it is sharp at every size and
 /// needs no font.
 ///
 /// Lengths are device pixels.
 
 /// Size of a character's box in a row of `height`.
-QSize hexMarkSize(char32_t codePoint, int height);
+QSize hexBoxSize(char32_t codePoint, int height);
 
 /// Adds the box's strokes and dots to `rects`; `topLeft` is the row's top at the character's left edge.
-void addHexMark(char32_t codePoint, QPoint topLeft, int height, std::vector<QRect> &rects);
+void addHexBox(char32_t codePoint, QPoint topLeft, int height, std::vector<QRect> &rects);

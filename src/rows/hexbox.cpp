@@ -1,4 +1,4 @@
-#include "rows/hexmark.h"
+#include "rows/hexbox.h"
 
 #include <QString>
 
@@ -9,7 +9,7 @@ namespace {
 constexpr int digitWidth = 3;
 constexpr int digitHeight = 5;
 constexpr int border = 2; ///< the box's stroke and the space inside it
-constexpr int heightOfTwoLines = 2 * digitHeight + 1 + 2 * border;
+constexpr int heightOfTwoRows = 2 * digitHeight + 1 + 2 * border;
 
 // Five rows of three dots each, the leftmost one the highest bit.
 constexpr std::array<std::array<quint8, digitHeight>, 16> digits = { {
@@ -31,11 +31,11 @@ constexpr std::array<std::array<quint8, digitHeight>, 16> digits = { {
     { 7, 4, 7, 4, 4 },
 } };
 
-/// A code as digits on one or two lines, in dots of `dot` pixels.
+/// A code as digits in one or two rows, in dots of `dot` pixels.
 struct Shape {
     std::array<int, 6> digits{};
     int count = 2;
-    int lines = 1;
+    int rows = 1;
     int dot = 1;
 
     Shape(char32_t codePoint, int height)
@@ -46,14 +46,13 @@ struct Shape {
             count += 2;
         for (int i = 0; i < count; ++i)
             digits[std::size_t(i)] = int(code >> (4 * (count - 1 - i)) & 0xf);
-        lines = count > 2 && height >= heightOfTwoLines ? 2 : 1;
-        dot = qMax(1, height / (heightOfTwoLines + 1));
+        rows = count > 2 && height >= heightOfTwoRows ? 2 : 1;
+        dot = qMax(1, height / (heightOfTwoRows + 1));
     }
-    int perLine() const { return count / lines; }
+    int perRow() const { return count / rows; }
     QSize size() const
     {
-        return QSize(
-                   perLine() * (digitWidth + 1) - 1 + 2 * border, lines * (digitHeight + 1) - 1 + 2 * border)
+        return QSize(perRow() * (digitWidth + 1) - 1 + 2 * border, rows * (digitHeight + 1) - 1 + 2 * border)
             * dot;
     }
 };
@@ -70,12 +69,12 @@ void addDigit(int digit, QPoint at, int dot, std::vector<QRect> &rects)
 
 } // namespace
 
-QSize hexMarkSize(char32_t codePoint, int height)
+QSize hexBoxSize(char32_t codePoint, int height)
 {
     return Shape(codePoint, height).size();
 }
 
-void addHexMark(char32_t codePoint, QPoint topLeft, int height, std::vector<QRect> &rects)
+void addHexBox(char32_t codePoint, QPoint topLeft, int height, std::vector<QRect> &rects)
 {
     const Shape shape(codePoint, height);
     const QRect box(topLeft + QPoint(0, qMax(0, (height - shape.size().height()) / 2)), shape.size());
@@ -85,7 +84,7 @@ void addHexMark(char32_t codePoint, QPoint topLeft, int height, std::vector<QRec
     rects.emplace_back(box.left(), box.top(), dot, box.height());
     rects.emplace_back(box.right() + 1 - dot, box.top(), dot, box.height());
     for (int i = 0; i < shape.count; ++i) {
-        const QPoint cell(i % shape.perLine() * (digitWidth + 1), i / shape.perLine() * (digitHeight + 1));
+        const QPoint cell(i % shape.perRow() * (digitWidth + 1), i / shape.perRow() * (digitHeight + 1));
         addDigit(
             shape.digits[std::size_t(i)], box.topLeft() + (QPoint(border, border) + cell) * dot, dot, rects);
     }
