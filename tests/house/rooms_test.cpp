@@ -99,6 +99,10 @@ class RoomsTest : public QObject {
 
 private slots:
     void everyFolderIsARoom();
+    void everyRoomHasTests_data() { addRooms(); }
+    void everyRoomHasTests();
+    void benchmarksStandInRooms_data();
+    void benchmarksStandInRooms();
     void everyFileIsOnTheMap_data() { addRooms(); }
     void everyFileIsOnTheMap();
     void includesGoDown_data() { addRooms(); }
@@ -122,6 +126,28 @@ void RoomsTest::everyFolderIsARoom()
 {
     const QDir product(productFolder());
     QCOMPARE(product.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name), rooms().keys());
+}
+
+void RoomsTest::everyRoomHasTests()
+{
+    QFETCH(QString, room);
+    const QDir tests(QStringLiteral(SOURCE_FOLDER "/tests/") + room);
+    QVERIFY(!tests.entryList({ u"*_test.cpp"_s }).isEmpty());
+}
+
+void RoomsTest::benchmarksStandInRooms_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("bench") << u"bench"_s;
+    QTest::newRow("fuzz") << u"fuzz"_s;
+}
+
+void RoomsTest::benchmarksStandInRooms()
+{
+    QFETCH(QString, folder);
+    const QDir mirror(QStringLiteral(SOURCE_FOLDER "/") + folder);
+    for (const QString &room : mirror.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        QVERIFY2(rooms().contains(room), qPrintable(room));
 }
 
 void RoomsTest::everyFileIsOnTheMap()
