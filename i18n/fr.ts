@@ -63,7 +63,7 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
     <message>
         <source>The file may be damaged. Its old content is kept in the file
 %1</source>
-        <translation>Le fichier est peut-être endommagé. Son ancien contenu est conservé dans le fichier suivant :
+        <translation>Le fichier est peut-être endommagé. Son ancien contenu est conservé dans le fichier suivant&#xa0;:
 %1</translation>
     </message>
     <message>
@@ -79,7 +79,7 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
     <message>
         <source>The file could not be read before. Its old content is kept in the file
 %1</source>
-        <translation>Ce fichier n’avait pas pu être lu. Son ancien contenu est conservé dans le fichier suivant :
+        <translation>Ce fichier n’avait pas pu être lu. Son ancien contenu est conservé dans le fichier suivant&#xa0;:
 %1</translation>
     </message>
     <message>
@@ -130,7 +130,7 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
     <name>ctlFileListViewItem</name>
     <message>
         <source>%1 KB</source>
-        <translation>%1 Ko</translation>
+        <translation>%1&#xa0;Ko</translation>
     </message>
     <message>
         <source>Folder</source>
@@ -252,15 +252,15 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
     </message>
     <message>
         <source>File Name:</source>
-        <translation>Nom :</translation>
+        <translation>Nom&#xa0;:</translation>
     </message>
     <message>
         <source>File Type:</source>
-        <translation>Type :</translation>
+        <translation>Type&#xa0;:</translation>
     </message>
     <message>
         <source>Char code:</source>
-        <translation>Codage :</translation>
+        <translation>Codage&#xa0;:</translation>
     </message>
     <message>
         <source>Error</source>
@@ -273,7 +273,7 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
     <message>
         <source>A file name cannot contain any of the following characters;
 \ / : , ; * ? &quot; &lt; &gt; |</source>
-        <translation>Un nom de fichier ne peut pas contenir les caractères suivants :
+        <translation>Un nom de fichier ne peut pas contenir les caractères suivants&#xa0;:
 \ / : , ; * ? &quot; &lt; &gt; |</translation>
     </message>
     <message>
@@ -292,7 +292,7 @@ This file already exists.
 Replace existing file?</source>
         <translation>%1
 Ce fichier existe déjà.
-Le remplacer ?</translation>
+Le remplacer&#xa0;?</translation>
     </message>
     <message>
         <source>Replace confirm</source>
@@ -315,7 +315,7 @@ Le remplacer ?</translation>
     </message>
     <message>
         <source>Line No:</source>
-        <translation>Ligne n° :</translation>
+        <translation>Ligne n°&#xa0;:</translation>
     </message>
     <message>
         <source>Jump</source>
@@ -475,8 +475,8 @@ Le remplacer ?</translation>
     <message>
         <source>File named &apos;%1&apos; already opens.
 Cancel edit and reload?</source>
-        <translation>Le fichier « %1 » est déjà ouvert.
-Abandonner les modifications et le recharger ?</translation>
+        <translation>Le fichier «&#xa0;%1&#xa0;» est déjà ouvert.
+Abandonner les modifications et le recharger&#xa0;?</translation>
     </message>
     <message>
         <source>Existing File</source>
@@ -494,7 +494,7 @@ Abandonner les modifications et le recharger ?</translation>
         <source>Cancel edit and reload
 &apos;%1&apos;?</source>
         <translation>Abandonner les modifications et recharger
-« %1 » ?</translation>
+«&#xa0;%1&#xa0;»&#xa0;?</translation>
     </message>
     <message>
         <source>Confirm Reload</source>
@@ -535,26 +535,26 @@ Name : %2
 Char code  : %3
 Return code: %4
 </source>
-        <translation>Dossier : %1
-Nom : %2
+        <translation>Dossier&#xa0;: %1
+Nom&#xa0;: %2
 
-Codage : %3
-Fin de ligne : %4
+Codage&#xa0;: %3
+Fin de ligne&#xa0;: %4
 </translation>
     </message>
     <message>
         <source>File size  : %1 KB (%2 byte)
 
 </source>
-        <translation>Taille : %1 Ko (%2 octets)
+        <translation>Taille&#xa0;: %1&#xa0;Ko (%2&#xa0;octets)
 
 </translation>
     </message>
     <message>
         <source>Char count : %1
 Row count  : %2</source>
-        <translation>Caractères : %1
-Lignes : %2</translation>
+        <translation>Caractères&#xa0;: %1
+Lignes&#xa0;: %2</translation>
     </message>
     <message>
         <source>(no item)</source>
@@ -563,8 +563,8 @@ Lignes : %2</translation>
     <message>
         <source>&quot;%1&quot; is edited.
  Would you want to save this file?</source>
-        <translation>« %1 » a été modifié.
-Voulez-vous enregistrer ce fichier ?</translation>
+        <translation>«&#xa0;%1&#xa0;» a été modifié.
+Voulez-vous enregistrer ce fichier&#xa0;?</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -580,7 +580,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>%1 items was Replaced.</source>
-        <translation>Remplacements effectués : %1</translation>
+        <translation>Remplacements effectués&#xa0;: %1</translation>
     </message>
     <message>
         <source>Marlo!Pad QT</source>
@@ -613,11 +613,11 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>View&amp;1</source>
-        <translation>Affichage &amp;1</translation>
+        <translation>Affichage&#xa0;&amp;1</translation>
     </message>
     <message>
         <source>View&amp;2</source>
-        <translation>Affichage &amp;2</translation>
+        <translation>Affichage&#xa0;&amp;2</translation>
     </message>
     <message>
         <source>&amp;Detail</source>
@@ -637,7 +637,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Are you sure you want to clear the Recent Files?</source>
-        <translation>Voulez-vous vraiment effacer la liste des fichiers récents ?</translation>
+        <translation>Voulez-vous vraiment effacer la liste des fichiers récents&#xa0;?</translation>
     </message>
     <message>
         <source>The Wrap columns must be numeric.</source>
@@ -745,23 +745,23 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>&amp;Font :</source>
-        <translation>&amp;Police :</translation>
+        <translation>&amp;Police&#xa0;:</translation>
     </message>
     <message>
         <source>Font &amp;size :</source>
-        <translation>Tai&amp;lle de police :</translation>
+        <translation>Tai&amp;lle de police&#xa0;:</translation>
     </message>
     <message>
         <source>F&amp;oreColor :</source>
-        <translation>Couleur du te&amp;xte :</translation>
+        <translation>Couleur du te&amp;xte&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;BackColor :</source>
-        <translation>Couleur du f&amp;ond :</translation>
+        <translation>Couleur du f&amp;ond&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;Wrap mode :</source>
-        <translation>&amp;Retour à la ligne :</translation>
+        <translation>&amp;Retour à la ligne&#xa0;:</translation>
     </message>
     <message>
         <source>Mark display</source>
@@ -809,7 +809,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>&amp;Row No :</source>
-        <translation>&amp;Numéros de ligne :</translation>
+        <translation>&amp;Numéros de ligne&#xa0;:</translation>
     </message>
     <message>
         <source>(Same ForeColor)</source>
@@ -817,15 +817,15 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Row No &amp;Color :</source>
-        <translation>&amp;Couleur des numéros :</translation>
+        <translation>&amp;Couleur des numéros&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;Active Line :</source>
-        <translation>Li&amp;gne active :</translation>
+        <translation>Li&amp;gne active&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;Tab size :</source>
-        <translation>&amp;Taille de tabulation :</translation>
+        <translation>&amp;Taille de tabulation&#xa0;:</translation>
     </message>
     <message>
         <source>A cursor &amp;position is restored when opens</source>
@@ -841,11 +841,11 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>&amp;Auto indent :</source>
-        <translation>Retrait &amp;auto :</translation>
+        <translation>Retrait &amp;auto&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;Recent Files count:</source>
-        <translation>&amp;Fichiers récents :</translation>
+        <translation>&amp;Fichiers récents&#xa0;:</translation>
     </message>
     <message>
         <source>(0-15)</source>
@@ -889,7 +889,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>Default c&amp;har code:</source>
-        <translation>&amp;Codage initial :</translation>
+        <translation>&amp;Codage initial&#xa0;:</translation>
     </message>
 </context>
 <context>
@@ -908,7 +908,7 @@ Voulez-vous enregistrer ce fichier ?</translation>
     </message>
     <message>
         <source>replaced :   %1</source>
-        <translation>Remplacements :   %1</translation>
+        <translation>Remplacements&#xa0;:   %1</translation>
     </message>
 </context>
 <context>
