@@ -56,7 +56,7 @@ public:
     bool isCoveringScreen() const;
 
     /// The action of a menu's item: its menu text, its icon and, on the tool bar, its label and tool tip.
-    QAction *item(MenuId menu, int id) const;
+    QAction *item(CommandId command) const;
     QMenu *menu(MenuId menu) const { return m_menus[std::size_t(menu)]; }
     QMenu *recentMenu() const { return m_recentMenu; }
 

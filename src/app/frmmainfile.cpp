@@ -228,28 +228,28 @@ void frmMain::slotTabCurrentChanged(ctlEditer *editor)
     if (editor)
         m_documents->stack()->setCurrentWidget(editor);
     const ctlEditer *current = currentEditor();
-    item(MenuId::Edit, 1)->setEnabled(current && current->undoAvailable());
-    item(MenuId::Edit, 2)->setEnabled(current && current->redoAvailable());
+    item(EditCommand::Undo)->setEnabled(current && current->undoAvailable());
+    item(EditCommand::Redo)->setEnabled(current && current->redoAvailable());
     slotEdCopyAvailable(current && current->hasMarkedText());
     updateCaption();
 }
 
 void frmMain::slotEdUndoAvailable(ctlEditer *editor, bool available)
 {
-    item(MenuId::Edit, 1)->setEnabled(available);
+    item(EditCommand::Undo)->setEnabled(available);
     editor->setEdited(available);
     updateTabText(editor);
 }
 
 void frmMain::slotEdRedoAvailable(ctlEditer *, bool available)
 {
-    item(MenuId::Edit, 2)->setEnabled(available);
+    item(EditCommand::Redo)->setEnabled(available);
 }
 
 void frmMain::slotEdCopyAvailable(bool available)
 {
-    item(MenuId::Edit, 3)->setEnabled(available);
-    item(MenuId::Edit, 4)->setEnabled(available);
+    item(EditCommand::Cut)->setEnabled(available);
+    item(EditCommand::Copy)->setEnabled(available);
 }
 
 void frmMain::updateTabText(ctlEditer *editor)

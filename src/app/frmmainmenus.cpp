@@ -1,9 +1,9 @@
 #include "app/frmmain.h"
 
 #include "app/flatmenubar.h"
-#include "settings/settings.h"
 #include "platform/menu.h"
 #include "platform/resource.h"
+#include "settings/settings.h"
 
 #include <QLayout>
 #include <QToolBar>
@@ -68,8 +68,8 @@ void frmMain::createActions()
     }
     for (const ToolButton &button : toolButtons()) {
         const auto label = QLatin1StringView(button.label);
-        item(button.menu, button.id)->setIconText(label);
-        item(button.menu, button.id)->setToolTip(label);
+        item(button.command)->setIconText(label);
+        item(button.command)->setToolTip(label);
     }
 }
 
@@ -114,7 +114,7 @@ void frmMain::fillMenu(MenuId id)
 {
     menu(id)->clear();
     for (const Command &command : commandsOf(id)) {
-        QAction *action = item(id, command.id);
+        QAction *action = item(command.id);
         action->setText(tr(command.text));
         action->setIcon(iconOf(command));
         menu(id)->addAction(action);
@@ -123,9 +123,9 @@ void frmMain::fillMenu(MenuId id)
     }
 }
 
-QAction *frmMain::item(MenuId menu, int id) const
+QAction *frmMain::item(CommandId command) const
 {
-    return m_items[std::size_t(menu)].at(id - 1);
+    return m_items[std::size_t(command.menu)].at(command.id - 1);
 }
 
 void frmMain::createToolBar()
@@ -136,7 +136,7 @@ void frmMain::createToolBar()
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     addToolBar(m_toolBar);
     for (const ToolButton &button : toolButtons())
-        m_toolBar->addAction(item(button.menu, button.id));
+        m_toolBar->addAction(item(button.command));
     m_labelledWidth = m_toolBar->sizeHint().width();
     // The window may begin narrower than that: the labels wait for their room.
     m_toolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);

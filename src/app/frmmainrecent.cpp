@@ -1,9 +1,9 @@
 #include "app/frmmain.h"
 
-#include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "platform/menu.h"
 #include "platform/resource.h"
+#include "settings/settings.h"
 
 #include <algorithm>
 
@@ -33,7 +33,7 @@ RecentEntry entryFor(const ctlEditer *editor)
 
 void frmMain::rebuildRecentMenu()
 {
-    item(MenuId::File, 11)->setEnabled(recentFiles().RecentViewCnt > 0);
+    item(FileCommand::RecentFiles)->setEnabled(recentFiles().RecentViewCnt > 0);
     m_recentMenu->clear();
     const QIcon icon = Resource::loadIcon(u"corvex/menu/recent"_s);
     for (int row = 0; row < qMin(recentFiles().RecentViewCnt, recentEntryCount); ++row) {

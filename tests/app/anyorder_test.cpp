@@ -205,7 +205,7 @@ void AnyOrderTest::pressCommandKey()
         Qt::Key_A, Qt::Key_S, Qt::Key_Tab };
     press(keys[below(int(std::size(keys)))], Qt::ControlModifier);
     if (below(4) == 0)
-        m_window->item(MenuId::Edit, 2)->trigger();
+        m_window->item(EditCommand::Redo)->trigger();
     if (below(8) == 0)
         m_window->slotCmdFileSaveAll();
     if (below(12) == 0)
@@ -314,7 +314,7 @@ void AnyOrderTest::check()
     QCOMPARE(m_window->findChild<QStackedWidget *>()->count(), editors.size());
     QCOMPARE(current(),
         editors.isEmpty() ? nullptr : m_window->tabBar()->editorOf(m_window->tabBar()->currentTab()));
-    QCOMPARE(m_window->isItemEnabled(MenuId::Edit, 1), current() && current()->history().canUndo());
+    QCOMPARE(m_window->isItemEnabled(EditCommand::Undo), current() && current()->history().canUndo());
     for (const ctlEditer *editor : editors) {
         checkEditor(editor);
         if (QTest::currentTestFailed())

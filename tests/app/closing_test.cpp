@@ -70,9 +70,9 @@ void ClosingTest::closeAsksOnlyAboutEdits()
     QVERIFY(window.open());
     window.setDocument(files.write(u"a.txt"_s, "old"));
     MessageBoxes boxes;
-    window.item(MenuId::File, 7)->trigger();
-    window.item(MenuId::File, 7)->trigger();
-    window.item(MenuId::File, 7)->trigger();
+    window.item(FileCommand::Close)->trigger();
+    window.item(FileCommand::Close)->trigger();
+    window.item(FileCommand::Close)->trigger();
     QCOMPARE(boxes.count(), 0);
     QCOMPARE(window.tabBar()->count(), 0);
     QVERIFY(window.isVisible());
@@ -123,20 +123,20 @@ void ClosingTest::closeKeepsTheTabWhenSavingFails()
 
 void ClosingTest::savingANewDocumentAsksForAName_data()
 {
-    QTest::addColumn<int>("item");
+    QTest::addColumn<FileCommand>("item");
     QTest::addColumn<bool>("isNamed");
-    QTest::newRow("Close, cancelled") << 7 << false;
-    QTest::newRow("Close") << 7 << true;
-    QTest::newRow("Quit with Save, cancelled") << 9 << false;
-    QTest::newRow("Quit with Save") << 9 << true;
-    QTest::newRow("Quit, cancelled") << 10 << false;
-    QTest::newRow("Quit") << 10 << true;
+    QTest::newRow("Close, cancelled") << FileCommand::Close << false;
+    QTest::newRow("Close") << FileCommand::Close << true;
+    QTest::newRow("Quit with Save, cancelled") << FileCommand::QuitWithSave << false;
+    QTest::newRow("Quit with Save") << FileCommand::QuitWithSave << true;
+    QTest::newRow("Quit, cancelled") << FileCommand::Quit << false;
+    QTest::newRow("Quit") << FileCommand::Quit << true;
 }
 
 /// Whatever closes it.
 void ClosingTest::savingANewDocumentAsksForAName()
 {
-    QFETCH(int, item);
+    QFETCH(FileCommand, item);
     QFETCH(bool, isNamed);
     const TestFiles files;
     TestWindow window;
@@ -145,13 +145,13 @@ void ClosingTest::savingANewDocumentAsksForAName()
     if (isNamed)
         window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
     MessageBoxes boxes({ u"Yes"_s });
-    window.item(MenuId::File, item)->trigger();
-    QCOMPARE(boxes.count(), item == 9 ? 0 : 1);
+    window.item(item)->trigger();
+    QCOMPARE(boxes.count(), item == FileCommand::QuitWithSave ? 0 : 1);
     QCOMPARE(window.requests.size(), 1);
     QCOMPARE(window.requests.at(0).mode, frmFileDialog::SaveAs);
     QCOMPARE(window.tabTexts(), isNamed ? QStringList() : QStringList{ u"* (new document)"_s });
     QCOMPARE(QFile::exists(files.folder() + u"a.txt"_s), isNamed);
-    QCOMPARE(window.isVisible(), !isNamed || item == 7);
+    QCOMPARE(window.isVisible(), !isNamed || item == FileCommand::Close);
     QCOMPARE(recentFiles().entries[0].name, isNamed ? u"a.txt"_s : QString());
 }
 
@@ -214,7 +214,7 @@ void ClosingTest::quitAsksFromTheLastTab()
     QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s }));
     window.tabBar()->setCurrentTab(window.editorAt(0));
     MessageBoxes boxes({ u"Yes"_s, u"No"_s });
-    window.item(MenuId::File, 10)->trigger();
+    window.item(FileCommand::Quit)->trigger();
     QCOMPARE(boxes.count(), 2);
     QVERIFY(boxes.shown().at(0).text.startsWith(u"\"b.txt\""_s));
     QVERIFY(boxes.shown().at(1).text.startsWith(u"\"a.txt\""_s));
@@ -269,7 +269,7 @@ void ClosingTest::quitWithSaveNeverAsks()
     TestWindow window;
     QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s }));
     MessageBoxes boxes;
-    window.item(MenuId::File, 9)->trigger();
+    window.item(FileCommand::QuitWithSave)->trigger();
     QCOMPARE(boxes.count(), 0);
     QVERIFY(!window.isVisible());
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("xold"));
@@ -292,19 +292,19 @@ void ClosingTest::quitWithSaveStopsAtAFailure()
 
 void ClosingTest::quittingWritesSettings_data()
 {
-    QTest::addColumn<int>("item");
-    QTest::newRow("Quit with Save") << 9;
-    QTest::newRow("Quit") << 10;
+    QTest::addColumn<FileCommand>("item");
+    QTest::newRow("Quit with Save") << FileCommand::QuitWithSave;
+    QTest::newRow("Quit") << FileCommand::Quit;
 }
 
 void ClosingTest::quittingWritesSettings()
 {
-    QFETCH(int, item);
+    QFETCH(FileCommand, item);
     const TestFiles files;
     TestWindow window;
     QVERIFY(window.open());
     window.setDocument(files.write(u"a.txt"_s, "text"));
-    window.item(MenuId::File, item)->trigger();
+    window.item(item)->trigger();
     QVERIFY(!window.isVisible());
     recentFiles() = {};
     readSettings();

@@ -28,9 +28,9 @@ void pressWithControl(const TestWindow &window, Qt::Key key)
     QTest::keyClick(window.currentEditor(), key, Qt::ControlModifier);
 }
 
-void clickTool(const TestWindow &window, int id)
+void clickTool(const TestWindow &window, FileCommand command)
 {
-    QAction *const action = window.item(MenuId::File, id);
+    QAction *const action = window.item(command);
     QTest::mouseClick(window.toolBar()->widgetForAction(action), Qt::LeftButton);
 }
 
@@ -90,21 +90,22 @@ void ComposingTest::isSaved_data()
     QTest::addColumn<Way>("save");
     QTest::newRow("key") << Way(
         [](TestWindow &window, const TestFiles &) { pressWithControl(window, Qt::Key_S); });
-    QTest::newRow("tool button") << Way([](TestWindow &window, const TestFiles &) { clickTool(window, 5); });
+    QTest::newRow("tool button") << Way(
+        [](TestWindow &window, const TestFiles &) { clickTool(window, FileCommand::Save); });
     QTest::newRow("menu") << Way(
-        [](TestWindow &window, const TestFiles &) { window.item(MenuId::File, 5)->trigger(); });
+        [](TestWindow &window, const TestFiles &) { window.item(FileCommand::Save)->trigger(); });
     QTest::newRow("Save As") << Way([](TestWindow &window, const TestFiles &files) {
         window.choices << FileChoice{ files.folder(), u"a.txt"_s, CharCodeUtf8, 0 };
-        window.item(MenuId::File, 6)->trigger();
+        window.item(FileCommand::SaveAs)->trigger();
     });
     QTest::newRow("Save All") << Way([](TestWindow &window, const TestFiles &files) {
         window.editorAt(0)->setEdited(false);
-        window.item(MenuId::File, 8)->trigger();
+        window.item(FileCommand::SaveAll)->trigger();
         Q_UNUSED(files)
     });
     QTest::newRow("Quit with Save") << Way([](TestWindow &window, const TestFiles &files) {
         window.choices << FileChoice{ files.folder(), u"first.txt"_s, 0, 0 };
-        window.item(MenuId::File, 9)->trigger();
+        window.item(FileCommand::QuitWithSave)->trigger();
     });
 }
 
@@ -128,7 +129,7 @@ void ComposingTest::isAskedAbout_data()
 {
     QTest::addColumn<Way>("close");
     QTest::newRow("Close") << Way(
-        [](TestWindow &window, const TestFiles &) { window.item(MenuId::File, 7)->trigger(); });
+        [](TestWindow &window, const TestFiles &) { window.item(FileCommand::Close)->trigger(); });
     QTest::newRow("Quit") << Way(
         [](TestWindow &window, const TestFiles &) { pressWithControl(window, Qt::Key_Q); });
     QTest::newRow("window closed") << Way([](TestWindow &window, const TestFiles &) { window.close(); });
@@ -168,16 +169,17 @@ void ComposingTest::staysInItsDocument_data()
     QTest::newRow("key") << Way(
         [](TestWindow &window, const TestFiles &) { pressWithControl(window, Qt::Key_Tab); });
     QTest::newRow("menu") << Way(
-        [](TestWindow &window, const TestFiles &) { window.item(MenuId::View, 1)->trigger(); });
+        [](TestWindow &window, const TestFiles &) { window.item(ViewCommand::PrevWindow)->trigger(); });
     QTest::newRow("assistive technology")
         << Way([](TestWindow &window, const TestFiles &) { window.tabBar()->setCurrentIndex(0); });
-    QTest::newRow("New") << Way([](TestWindow &window, const TestFiles &) { clickTool(window, 1); });
+    QTest::newRow("New") << Way(
+        [](TestWindow &window, const TestFiles &) { clickTool(window, FileCommand::New); });
     QTest::newRow("a file from outside") << Way(
         [](TestWindow &window, const TestFiles &files) { window.setDocument(files.write(u"b.txt"_s, "b")); });
     QTest::newRow("reloaded, but not")
-        << Way([](TestWindow &window, const TestFiles &) { window.item(MenuId::File, 3)->trigger(); });
+        << Way([](TestWindow &window, const TestFiles &) { window.item(FileCommand::Reload)->trigger(); });
     QTest::newRow("full screen") << Way(
-        [](TestWindow &window, const TestFiles &) { window.item(MenuId::View, 9)->trigger(); });
+        [](TestWindow &window, const TestFiles &) { window.item(ViewCommand::FullScreen)->trigger(); });
 }
 
 void ComposingTest::staysInItsDocument()
@@ -199,7 +201,7 @@ void ComposingTest::isFound()
     const TestFiles files;
     TestWindow window;
     QVERIFY(open(window, files));
-    window.item(MenuId::View, 3)->trigger();
+    window.item(ViewCommand::Search)->trigger();
     auto *const panel = window.findChild<frmSearchDialog *>();
     panel->findChildren<QComboBox *>().constFirst()->setEditText(u"か"_s);
     compose(window.currentEditor(), u"かん"_s);
@@ -214,7 +216,7 @@ void ComposingTest::isCounted()
     TestWindow window;
     QVERIFY(open(window, files));
     const MessageBoxes boxes;
-    window.item(MenuId::File, 4)->trigger();
+    window.item(FileCommand::Properties)->trigger();
     QCOMPARE(boxes.count(), 1);
     QVERIFY2(boxes.texts().constFirst().contains(u"(5 byte)"_s), qPrintable(boxes.texts().constFirst()));
 }
@@ -252,7 +254,7 @@ void ComposingTest::escapeInAFieldClosesNothing()
     const TestFiles files;
     TestWindow window;
     QVERIFY(open(window, files));
-    window.item(MenuId::View, 3)->trigger();
+    window.item(ViewCommand::Search)->trigger();
     auto *const panel = window.findChild<frmSearchDialog *>();
     QVERIFY(QTest::qWaitForWindowActive(panel));
     auto *const field = panel->findChildren<QComboBox *>().constFirst();

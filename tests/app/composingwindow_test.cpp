@@ -98,7 +98,7 @@ void ComposingWindowTest::composedTextIsTaken_data()
     QTest::addColumn<Way>("command");
     QTest::addColumn<QByteArray>("file");
     QTest::newRow("saved") << Way([](TestWindow &window, const TestFiles &) {
-        QTest::mouseClick(window.toolBar()->widgetForAction(window.item(MenuId::File, 5)), Qt::LeftButton);
+        QTest::mouseClick(window.toolBar()->widgetForAction(window.item(FileCommand::Save)), Qt::LeftButton);
     }) << QByteArray("か日本");
     QTest::newRow("another tab") << Way([](TestWindow &window, const TestFiles &) {
         QTest::mouseClick(window.tabBar(), Qt::LeftButton, {}, window.tabBar()->tabRect(0).center());

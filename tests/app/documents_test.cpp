@@ -43,7 +43,7 @@ void DocumentsTest::newDocuments()
     TestWindow window;
     QVERIFY(window.open());
     ctlEditer *first = window.currentEditor();
-    window.item(MenuId::File, 1)->trigger();
+    window.item(FileCommand::New)->trigger();
     QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"(new document)"_s }));
     QVERIFY(window.currentEditor() != first);
     QCOMPARE(window.tabBar()->currentIndex(), 1);
@@ -85,7 +85,7 @@ void DocumentsTest::reloadAsksAlways()
         if (isModified)
             QTest::keyClicks(window.currentEditor(), u"x"_s);
         MessageBoxes boxes({ u"Yes"_s });
-        window.item(MenuId::File, 3)->trigger();
+        window.item(FileCommand::Reload)->trigger();
         QCOMPARE(boxes.count(), 1);
         const MessageBoxes::Box &box = boxes.shown().at(0);
         QCOMPARE(box.title, u"Confirm Reload"_s);
@@ -156,13 +156,13 @@ void DocumentsTest::switchingByIds()
     window.slotCmdFileNew();
     const auto current = [&window] { return window.tabBar()->currentIndex(); };
     QCOMPARE(current(), 2);
-    window.item(MenuId::View, 2)->trigger();
+    window.item(ViewCommand::NextWindow)->trigger();
     QCOMPARE(current(), 0);
-    window.item(MenuId::View, 2)->trigger();
+    window.item(ViewCommand::NextWindow)->trigger();
     QCOMPARE(current(), 1);
-    window.item(MenuId::View, 1)->trigger();
+    window.item(ViewCommand::PrevWindow)->trigger();
     QCOMPARE(current(), 0);
-    window.item(MenuId::View, 1)->trigger();
+    window.item(ViewCommand::PrevWindow)->trigger();
     QCOMPARE(current(), 2);
     QCOMPARE(QApplication::focusWidget(), window.currentEditor());
     QCOMPARE(window.currentEditor(), window.editorAt(2));
@@ -302,12 +302,12 @@ void DocumentsTest::undoingAllRemovesTheMark()
     QTest::keyClicks(window.currentEditor(), u"x"_s);
     QTest::keyClick(window.currentEditor(), Qt::Key_Return);
     QCOMPARE(window.tabTexts().at(1), u"* a.txt"_s);
-    while (window.isItemEnabled(MenuId::Edit, 1))
-        window.item(MenuId::Edit, 1)->trigger();
+    while (window.isItemEnabled(EditCommand::Undo))
+        window.item(EditCommand::Undo)->trigger();
     QCOMPARE(window.currentEditor()->text(), u"text"_s);
     QCOMPARE(window.tabTexts().at(1), u"a.txt"_s);
     QVERIFY(!window.currentEditor()->edited());
-    window.item(MenuId::Edit, 2)->trigger();
+    window.item(EditCommand::Redo)->trigger();
     QCOMPARE(window.tabTexts().at(1), u"* a.txt"_s);
 }
 

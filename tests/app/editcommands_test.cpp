@@ -41,21 +41,21 @@ void EditCommandsTest::editCommands()
     QVERIFY(window.open());
     ctlEditer *editor = window.currentEditor();
     QTest::keyClicks(editor, u"abc"_s);
-    window.item(MenuId::Edit, 6)->trigger();
+    window.item(EditCommand::SelectAll)->trigger();
     QCOMPARE(editor->markedText(), u"abc"_s);
-    window.item(MenuId::Edit, 4)->trigger();
+    window.item(EditCommand::Copy)->trigger();
     QVERIFY(!editor->hasMarkedText());
     QCOMPARE(window.editStates(), u"u---"_s);
     QCOMPARE(QApplication::clipboard()->text(), u"abc"_s);
-    window.item(MenuId::Edit, 5)->trigger();
+    window.item(EditCommand::Paste)->trigger();
     QCOMPARE(editor->text(), u"abcabc"_s);
-    window.item(MenuId::Edit, 6)->trigger();
-    window.item(MenuId::Edit, 3)->trigger();
+    window.item(EditCommand::SelectAll)->trigger();
+    window.item(EditCommand::Cut)->trigger();
     QCOMPARE(editor->text(), QString());
     QCOMPARE(QApplication::clipboard()->text(), u"abcabc"_s);
-    window.item(MenuId::Edit, 1)->trigger();
+    window.item(EditCommand::Undo)->trigger();
     QCOMPARE(editor->text(), u"abcabc"_s);
-    window.item(MenuId::Edit, 2)->trigger();
+    window.item(EditCommand::Redo)->trigger();
     QCOMPARE(editor->text(), QString());
 }
 
@@ -86,7 +86,7 @@ void EditCommandsTest::dateAndTime()
     QVERIFY(window.open());
     ctlEditer *editor = window.currentEditor();
     const QString before = frmMain::dateTimeText(QDateTime::currentDateTime());
-    window.item(MenuId::Edit, 7)->trigger();
+    window.item(EditCommand::DateAndTime)->trigger();
     const QString after = frmMain::dateTimeText(QDateTime::currentDateTime());
     QVERIFY(editor->text() == before || editor->text() == after);
     QVERIFY(
@@ -132,7 +132,7 @@ void EditCommandsTest::helpDoesNothing()
     window.slotCmdViewHelp();
     QCOMPARE(boxes.count(), 0);
     QCOMPARE(window.editStates(), u"----"_s);
-    QVERIFY(!window.isItemEnabled(MenuId::View, 11));
+    QVERIFY(!window.isItemEnabled(ViewCommand::Help));
 }
 
 void EditCommandsTest::viewCommandsNeedNoDocument()

@@ -175,14 +175,14 @@ void HeldBackTest::addCommands()
         for (const Command &command : commandsOf(menu)) {
             if (command.slot && command.slot != &frmMain::slotCmdViewHelp)
                 QTest::newRow(command.text) << Action([menu, id = command.id](TestWindow &window) {
-                    press(itemIn(window.menu(menu), window.item(menu, id)));
+                    press(itemIn(window.menu(menu), window.item(id)));
                 });
         }
     }
     for (const ToolButton &button : toolButtons())
         QTest::addRow("button %s", button.label) << Action([button](TestWindow &window) {
             press(QAccessible::queryAccessibleInterface(
-                window.toolBar()->widgetForAction(window.item(button.menu, button.id))));
+                window.toolBar()->widgetForAction(window.item(button.command))));
         });
     const auto row = [](const char *name, const Action &act) { QTest::newRow(name) << act; };
     row("a recent file",
@@ -336,7 +336,7 @@ void HeldBackTest::everythingWorksAgain()
     const QString replaced = editor().text();
     textOf(*m_window)->editableTextInterface()->insertText(0, u"in"_s);
     QCOMPARE(editor().text(), u"in"_s + replaced);
-    press(itemIn(m_window->menu(MenuId::Edit), m_window->item(MenuId::Edit, 1)));
+    press(itemIn(m_window->menu(MenuId::Edit), m_window->item(EditCommand::Undo)));
     QCOMPARE(editor().text(), replaced);
     textOf(*m_window)->textInterface()->setCursorPosition(3);
     QCOMPARE(editor().cursorOffset(), 3);

@@ -272,21 +272,25 @@ void LanguageTest::optionMnemonicsAreUnique()
 
 void LanguageTest::toolkitTextsFollow_data()
 {
-    QTest::addColumn<int>("item");
+    QTest::addColumn<LanguageCommand>("item");
     QTest::addColumn<QStringList>("texts");
-    QTest::newRow("Japanese") << 1 << QStringList{ u"元に戻す(&U)"_s, u"キャンセル"_s, u"Ctrl+Shift+Z"_s };
-    QTest::newRow("English") << 2 << QStringList{ u"&Undo"_s, u"Cancel"_s, u"Ctrl+Shift+Z"_s };
-    QTest::newRow("French") << 3 << QStringList{ u"&Annuler"_s, u"Annuler"_s, u"Ctrl+Maj+Z"_s };
+    QTest::newRow("Japanese") << LanguageCommand::Japanese
+                              << QStringList{ u"元に戻す(&U)"_s, u"キャンセル"_s, u"Ctrl+Shift+Z"_s };
+    QTest::newRow("English") << LanguageCommand::English
+                             << QStringList{ u"&Undo"_s, u"Cancel"_s, u"Ctrl+Shift+Z"_s };
+    QTest::newRow("French") << LanguageCommand::French
+                            << QStringList{ u"&Annuler"_s, u"Annuler"_s, u"Ctrl+Maj+Z"_s };
 }
 
 /// The menu of a text field, the buttons of boxes and the names of keys are the toolkit's own.
 void LanguageTest::toolkitTextsFollow()
 {
-    QFETCH(int, item);
+    QFETCH(LanguageCommand, item);
     TestWindow window;
-    for (const int before : { 1, 2, 3 }) {
-        window.item(MenuId::Language, before)->trigger();
-        window.item(MenuId::Language, item)->trigger();
+    for (const LanguageCommand before :
+        { LanguageCommand::Japanese, LanguageCommand::English, LanguageCommand::French }) {
+        window.item(before)->trigger();
+        window.item(item)->trigger();
         QLineEdit field;
         const std::unique_ptr<QMenu> menu(field.createStandardContextMenu());
         QMessageBox box(QMessageBox::NoIcon, {}, {}, QMessageBox::Cancel);
@@ -335,7 +339,7 @@ void LanguageTest::toolBarStaysEnglish()
     TestWindow window;
     window.slotCmdViewLangJa();
     for (const ToolButton &button : toolButtons())
-        QCOMPARE(window.item(button.menu, button.id)->iconText(), QString::fromLatin1(button.label));
+        QCOMPARE(window.item(button.command)->iconText(), QString::fromLatin1(button.label));
 }
 
 /// In a window that is just wide enough for both in English, the French menus are too wide.
@@ -372,12 +376,12 @@ void LanguageTest::switchingStacksNothing()
 
 void LanguageTest::properties_data()
 {
-    QTest::addColumn<int>("item");
+    QTest::addColumn<LanguageCommand>("item");
     QTest::addColumn<QString>("text");
-    QTest::newRow("Japanese") << 1
+    QTest::newRow("Japanese") << LanguageCommand::Japanese
                               << u"フォルダ: \n名前: (新規文書)\n\n文字コード: Shift-JIS\n改行コード: CR+LF\n"
                                  "サイズ: 1 KB (4 バイト)\n\n文字数: 2\n行数: 1"_s;
-    QTest::newRow("French") << 3
+    QTest::newRow("French") << LanguageCommand::French
                             << u"Dossier\u00A0: \nNom\u00A0: (sans titre)\n\nCodage\u00A0: Shift-JIS\n"
                                "Fin de ligne\u00A0: CR+LF\nTaille\u00A0: 1\u00A0Ko (4\u00A0octets)\n\n"
                                "Caractères\u00A0: 2\nLignes\u00A0: 1"_s;
@@ -385,10 +389,10 @@ void LanguageTest::properties_data()
 
 void LanguageTest::properties()
 {
-    QFETCH(int, item);
+    QFETCH(LanguageCommand, item);
     TestWindow window;
     QVERIFY(window.open());
-    window.item(MenuId::Language, item)->trigger();
+    window.item(item)->trigger();
     window.currentEditor()->insert(u"漢字"_s);
     MessageBoxes boxes;
     window.slotCmdFileProp();

@@ -10,13 +10,13 @@ namespace {
 
 /// A file beside or in the place of a translation: a whole translation under any other name, else no
 /// translation.
-void writeInstead(const QString &dataFolder, const QString &name, int item)
+void writeInstead(const QString &dataFolder, const QString &name, LanguageCommand item)
 {
     if (name.isEmpty())
         return;
     const QString target = dataFolder + name;
     QVERIFY(QDir().mkpath(QFileInfo(target).path()));
-    const QString language = item == 1 ? u"ja"_s : u"fr"_s;
+    const QString language = item == LanguageCommand::Japanese ? u"ja"_s : u"fr"_s;
     if (!name.endsWith(u"marlopad2.qm")) {
         QVERIFY(QFile::copy(QStringLiteral(TEST_QPE_DIR) + u"/i18n/%1/marlopad2.qm"_s.arg(language), target));
         return;
@@ -53,26 +53,29 @@ void LanguageMenuTest::init()
 
 void LanguageMenuTest::languages_data()
 {
-    QTest::addColumn<int>("item");
+    QTest::addColumn<LanguageCommand>("item");
     QTest::addColumn<int>("stored");
     QTest::addColumn<QStringList>("texts");
-    QTest::newRow("Japanese") << 1 << 1
+    QTest::newRow("Japanese") << LanguageCommand::Japanese << 1
                               << QStringList{ u"ファイル(&F)"_s, u"元に戻す(&U)  (Fn+Z)"_s, u"(なし)"_s };
-    QTest::newRow("English") << 2 << 0 << QStringList{ u"&File"_s, u"&Undo  (Fn+Z)"_s, u"(no item)"_s };
-    QTest::newRow("French") << 3 << 2 << QStringList{ u"&Fichier"_s, u"Ann&uler  (Fn+Z)"_s, u"(aucun)"_s };
+    QTest::newRow("English") << LanguageCommand::English << 0
+                             << QStringList{ u"&File"_s, u"&Undo  (Fn+Z)"_s, u"(no item)"_s };
+    QTest::newRow("French") << LanguageCommand::French << 2
+                            << QStringList{ u"&Fichier"_s, u"Ann&uler  (Fn+Z)"_s, u"(aucun)"_s };
 }
 
 void LanguageMenuTest::languages()
 {
-    QFETCH(int, item);
+    QFETCH(LanguageCommand, item);
     qputenv("QPEDIR", TEST_QPE_DIR);
     TestWindow window;
     // From each language to each other one, and to itself.
-    for (const int before : { 1, 2, 3 }) {
-        window.item(MenuId::Language, before)->trigger();
-        window.item(MenuId::Language, item)->trigger();
+    for (const LanguageCommand before :
+        { LanguageCommand::Japanese, LanguageCommand::English, LanguageCommand::French }) {
+        window.item(before)->trigger();
+        window.item(item)->trigger();
         QTEST(appSettings().Lang, "stored");
-        QTEST(QStringList({ window.menu(MenuId::File)->title(), window.item(MenuId::Edit, 1)->text(),
+        QTEST(QStringList({ window.menu(MenuId::File)->title(), window.item(EditCommand::Undo)->text(),
                   window.recentMenu()->actions().constFirst()->text() }),
             "texts");
         QCOMPARE(window.toolBar()->actions().at(3)->iconText(), u"Undo"_s);
@@ -136,28 +139,33 @@ void LanguageMenuTest::languageTwiceIsOneTranslator()
 
 void LanguageMenuTest::missingTranslation_data()
 {
-    QTest::addColumn<int>("item");
+    QTest::addColumn<LanguageCommand>("item");
     QTest::addColumn<QString>("file"); // that is there instead, below the data folder
     QTest::addColumn<QString>("text");
     const QString noJapanese = u"A japanese translation file is not found."_s;
     const QString noFrench = u"A french translation file not found."_s;
-    QTest::newRow("Japanese") << 1 << QString() << noJapanese;
-    QTest::newRow("French") << 3 << QString() << noFrench;
-    QTest::newRow("Japanese that is no translation") << 1 << u"i18n/ja/marlopad2.qm"_s << noJapanese;
-    QTest::newRow("French that is no translation") << 3 << u"i18n/fr/marlopad2.qm"_s << noFrench;
+    QTest::newRow("Japanese") << LanguageCommand::Japanese << QString() << noJapanese;
+    QTest::newRow("French") << LanguageCommand::French << QString() << noFrench;
+    QTest::newRow("Japanese that is no translation")
+        << LanguageCommand::Japanese << u"i18n/ja/marlopad2.qm"_s << noJapanese;
+    QTest::newRow("French that is no translation")
+        << LanguageCommand::French << u"i18n/fr/marlopad2.qm"_s << noFrench;
     // The toolkit would also take files whose names are beginnings of the one asked for.
-    QTest::newRow("Japanese under a shorter name") << 1 << u"i18n/ja/marlopad2"_s << noJapanese;
-    QTest::newRow("French under the name of a folder above") << 3 << u"../data.qm"_s << noFrench;
+    QTest::newRow("Japanese under a shorter name")
+        << LanguageCommand::Japanese << u"i18n/ja/marlopad2"_s << noJapanese;
+    QTest::newRow("French under the name of a folder above")
+        << LanguageCommand::French << u"../data.qm"_s << noFrench;
 }
 
 void LanguageMenuTest::missingTranslation()
 {
-    QFETCH(int, item);
+    QFETCH(LanguageCommand, item);
     QFETCH(QString, file);
     qputenv("QPEDIR", TEST_QPE_DIR);
     TestWindow window;
-    const int other = item == 1 ? 3 : 1;
-    window.item(MenuId::Language, other)->trigger();
+    const LanguageCommand other =
+        item == LanguageCommand::Japanese ? LanguageCommand::French : LanguageCommand::Japanese;
+    window.item(other)->trigger();
     const QString title = window.menu(MenuId::File)->title();
     const int stored = appSettings().Lang;
 
@@ -165,7 +173,7 @@ void LanguageMenuTest::missingTranslation()
     writeInstead(files.folder() + u"data.d/"_s, file, item);
     qputenv("QPEDIR", QFile::encodeName(files.folder() + u"data.d"_s));
     MessageBoxes boxes;
-    window.item(MenuId::Language, item)->trigger();
+    window.item(item)->trigger();
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(boxes.shown().at(0).icon, QMessageBox::Critical);
     QCOMPARE(boxes.shown().at(0).title, u"Marlo!Pad QT"_s);

@@ -62,7 +62,7 @@ QMenu *goTo(const frmMain &window, MenuId id, const QAction *action)
         return menu && goDownTo(menu, action) ? menu : nullptr;
     }
     QMenu *view = openMenu(window, MenuId::View);
-    if (!view || !goDownTo(view, window.item(MenuId::View, 10)))
+    if (!view || !goDownTo(view, window.item(ViewCommand::Language)))
         return nullptr;
     QTest::keyClick(view, Qt::Key_Right);
     auto *languages = qobject_cast<QMenu *>(QApplication::activePopupWidget());
@@ -79,19 +79,21 @@ void prepareDocument(ctlEditer *editor)
 }
 
 /// The dialog that a command opens for a document that was never saved and has edits.
-QString dialogOf(MenuId menu, int id)
+QString dialogOf(CommandId command)
 {
-    const auto is = [menu, id](
-                        MenuId otherMenu, QList<int> ids) { return menu == otherMenu && ids.contains(id); };
-    if (is(MenuId::File, { 2, 5, 6, 8, 9 }))
+    const auto isOf = [command](std::initializer_list<CommandId> commands) {
+        return std::find(commands.begin(), commands.end(), command) != commands.end();
+    };
+    if (isOf({ FileCommand::Open, FileCommand::Save, FileCommand::SaveAs, FileCommand::SaveAll,
+            FileCommand::QuitWithSave }))
         return u"frmFileDialog"_s;
-    if (is(MenuId::File, { 4, 7, 10 }) || is(MenuId::View, { 12 }))
+    if (isOf({ FileCommand::Properties, FileCommand::Close, FileCommand::Quit, ViewCommand::About }))
         return u"QMessageBox"_s;
-    if (is(MenuId::Edit, { 8 }))
+    if (command == EditCommand::Options)
         return u"frmOption"_s;
-    if (is(MenuId::View, { 3, 6 }))
+    if (isOf({ ViewCommand::Search, ViewCommand::Replace }))
         return u"frmSearchDialog"_s;
-    return is(MenuId::View, { 7 }) ? u"frmJumpTo"_s : QString();
+    return command == ViewCommand::LineJump ? u"frmJumpTo"_s : QString();
 }
 
 /// Shows a form over the window; null when it does not become the active one.
@@ -106,7 +108,7 @@ std::unique_ptr<QWidget> openForm(Form form, TestWindow &window)
 
 } // namespace
 
-Q_DECLARE_METATYPE(MenuId)
+Q_DECLARE_METATYPE(CommandId)
 
 /// Everything that the menus offer is done without a pointer.
 class MenuKeysTest : public QObject {
@@ -136,13 +138,12 @@ void MenuKeysTest::init()
 void MenuKeysTest::commands_data()
 {
     QTest::addColumn<int>("language");
-    QTest::addColumn<MenuId>("menu");
-    QTest::addColumn<int>("id");
+    QTest::addColumn<CommandId>("command");
     for (const auto &[language, name] : languages) {
         for (const MenuId menu : { MenuId::File, MenuId::Edit, MenuId::View, MenuId::Language }) {
             for (const Command &command : commandsOf(menu)) {
                 if (command.slot && command.slot != &frmMain::slotCmdViewHelp)
-                    QTest::addRow("%s, %s", name, command.text) << language << menu << command.id;
+                    QTest::addRow("%s, %s", name, command.text) << language << command.id;
             }
         }
     }
@@ -152,8 +153,7 @@ void MenuKeysTest::commands_data()
 void MenuKeysTest::commands()
 {
     QFETCH(int, language);
-    QFETCH(MenuId, menu);
-    QFETCH(int, id);
+    QFETCH(CommandId, command);
     appSettings().Lang = language;
     writeSettings();
     frmMain window;
@@ -161,16 +161,16 @@ void MenuKeysTest::commands()
     QVERIFY(QTest::qWaitForWindowActive(&window));
     window.slotEtcFirstNewDoc();
     prepareDocument(window.currentEditor());
-    QAction *action = window.item(menu, id);
+    QAction *action = window.item(command);
     QVERIFY(action->isEnabled());
-    QMenu *popup = goTo(window, menu, action);
+    QMenu *popup = goTo(window, command.menu, action);
     QVERIFY(popup);
     const QSignalSpy triggered(action, &QAction::triggered);
     DialogWatch dialogs;
     QTest::keyClick(popup, Qt::Key_Return);
     QTRY_COMPARE(triggered.count(), 1);
     QVERIFY(!QApplication::activePopupWidget());
-    const QString dialog = dialogOf(menu, id);
+    const QString dialog = dialogOf(command);
     QCOMPARE(dialogs.opened.value(0), dialog);
     for (ctlEditer *editor : window.tabBar()->editors())
         editor->setEdited(false);
@@ -202,7 +202,7 @@ void MenuKeysTest::recentFilesAreReached()
     TestWindow window;
     QVERIFY(window.open());
     QMenu *file = openMenu(window, MenuId::File);
-    QVERIFY(goDownTo(file, window.item(MenuId::File, 11)));
+    QVERIFY(goDownTo(file, window.item(FileCommand::RecentFiles)));
     QTest::keyClick(file, Qt::Key_Right);
     QCOMPARE(QApplication::activePopupWidget(), window.recentMenu());
     QVERIFY(goDownTo(window.recentMenu(), window.recentMenu()->actions().constFirst()));

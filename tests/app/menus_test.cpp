@@ -14,7 +14,7 @@ namespace {
 constexpr auto none = "";
 
 struct Item {
-    int id;
+    CommandId id;
     const char *text;
     const char *icon; ///< empty: none
     CommandSlot slot;
@@ -23,49 +23,50 @@ struct Item {
 };
 
 const Item fileItems[] = {
-    { 1, "&New", "new", &frmMain::slotCmdFileNew },
-    { 2, "&Open  (Fn+O)", "folderopen", &frmMain::slotCmdFileOpen },
-    { 3, "&Reload", "reload", &frmMain::slotCmdFileReload, true, true },
-    { 4, "&Properties", "property", &frmMain::slotCmdFileProp, true, true },
-    { 5, "&Save  (Fn+S)", "save", qOverload<>(&frmMain::slotCmdFileSave) },
-    { 6, "Save &As", "rename", qOverload<>(&frmMain::slotCmdFileSaveAs) },
-    { 7, "&Close  (Cancel)", none, &frmMain::slotCmdFileCloseTab, true, true },
-    { 8, "Save A&ll", "save", &frmMain::slotCmdFileSaveAll },
-    { 9, "Quit &with Save", "close", &frmMain::slotCmdFileQuitSave },
-    { 10, "&Quit  (Fn+Q)", "close", &frmMain::slotCmdFileQuitNoSave, true, true },
-    { 11, "R&ecent Files", "recent", nullptr },
+    { FileCommand::New, "&New", "new", &frmMain::slotCmdFileNew },
+    { FileCommand::Open, "&Open  (Fn+O)", "folderopen", &frmMain::slotCmdFileOpen },
+    { FileCommand::Reload, "&Reload", "reload", &frmMain::slotCmdFileReload, true, true },
+    { FileCommand::Properties, "&Properties", "property", &frmMain::slotCmdFileProp, true, true },
+    { FileCommand::Save, "&Save  (Fn+S)", "save", qOverload<>(&frmMain::slotCmdFileSave) },
+    { FileCommand::SaveAs, "Save &As", "rename", qOverload<>(&frmMain::slotCmdFileSaveAs) },
+    { FileCommand::Close, "&Close  (Cancel)", none, &frmMain::slotCmdFileCloseTab, true, true },
+    { FileCommand::SaveAll, "Save A&ll", "save", &frmMain::slotCmdFileSaveAll },
+    { FileCommand::QuitWithSave, "Quit &with Save", "close", &frmMain::slotCmdFileQuitSave },
+    { FileCommand::Quit, "&Quit  (Fn+Q)", "close", &frmMain::slotCmdFileQuitNoSave, true, true },
+    { FileCommand::RecentFiles, "R&ecent Files", "recent", nullptr },
 };
 
 const Item editItems[] = {
-    { 1, "&Undo  (Fn+Z)", "undo", &frmMain::slotCmdEditUndo, false },
-    { 2, "&Redo", "redo", &frmMain::slotCmdEditRedo, false, true },
-    { 3, "Cu&t  (Fn+X)", "cut", &frmMain::slotCmdEditCut, false },
-    { 4, "&Copy  (Fn+C)", "copy", &frmMain::slotCmdEditCopy, false },
-    { 5, "&Paste  (Fn+V)", "past", &frmMain::slotCmdEditPast, true, true },
-    { 6, "Select &All  (Fn+A)", "multisel2", &frmMain::slotCmdEditSelAll },
-    { 7, "&Date and Time", none, &frmMain::slotCmdEditDateTime, true, true },
-    { 8, "&Options...", none, &frmMain::slotCmdEditOption },
+    { EditCommand::Undo, "&Undo  (Fn+Z)", "undo", &frmMain::slotCmdEditUndo, false },
+    { EditCommand::Redo, "&Redo", "redo", &frmMain::slotCmdEditRedo, false, true },
+    { EditCommand::Cut, "Cu&t  (Fn+X)", "cut", &frmMain::slotCmdEditCut, false },
+    { EditCommand::Copy, "&Copy  (Fn+C)", "copy", &frmMain::slotCmdEditCopy, false },
+    { EditCommand::Paste, "&Paste  (Fn+V)", "past", &frmMain::slotCmdEditPast, true, true },
+    { EditCommand::SelectAll, "Select &All  (Fn+A)", "multisel2", &frmMain::slotCmdEditSelAll },
+    { EditCommand::DateAndTime, "&Date and Time", none, &frmMain::slotCmdEditDateTime, true, true },
+    { EditCommand::Options, "&Options...", none, &frmMain::slotCmdEditOption },
 };
 
 const Item viewItems[] = {
-    { 1, "&Prev Window", none, &frmMain::slotCmdViewWinPrev },
-    { 2, "&Next Window", none, &frmMain::slotCmdViewWinNext, true, true },
-    { 3, "&Search  (Fn+N)", "search", &frmMain::slotCmdViewSearch },
-    { 4, "Search &Before  (Fn+1)", "srchbefo", &frmMain::slotCmdViewSrchBefo },
-    { 5, "Search &Next  (Fn+2)", "srchnext", &frmMain::slotCmdViewSrchNext },
-    { 6, "&Replace  (Fn+M)", "replace", &frmMain::slotCmdViewReplace, true, true },
-    { 7, "Line &Jump", none, &frmMain::slotCmdViewGyoJump },
-    { 8, "&Last Edited Pos  (Fn+5)", none, &frmMain::slotCmdViewLastEdit, true, true },
-    { 9, "&Full Screen", "fullscreen", &frmMain::slotCmdViewFull, true, true },
-    { 10, "&Language", none, nullptr, true, true },
-    { 11, "&Help", "help", &frmMain::slotCmdViewHelp, false },
-    { 12, "&About", "about", &frmMain::slotCmdViewAbout },
+    { ViewCommand::PrevWindow, "&Prev Window", none, &frmMain::slotCmdViewWinPrev },
+    { ViewCommand::NextWindow, "&Next Window", none, &frmMain::slotCmdViewWinNext, true, true },
+    { ViewCommand::Search, "&Search  (Fn+N)", "search", &frmMain::slotCmdViewSearch },
+    { ViewCommand::SearchBefore, "Search &Before  (Fn+1)", "srchbefo", &frmMain::slotCmdViewSrchBefo },
+    { ViewCommand::SearchNext, "Search &Next  (Fn+2)", "srchnext", &frmMain::slotCmdViewSrchNext },
+    { ViewCommand::Replace, "&Replace  (Fn+M)", "replace", &frmMain::slotCmdViewReplace, true, true },
+    { ViewCommand::LineJump, "Line &Jump", none, &frmMain::slotCmdViewGyoJump },
+    { ViewCommand::LastEditedPos, "&Last Edited Pos  (Fn+5)", none, &frmMain::slotCmdViewLastEdit, true,
+        true },
+    { ViewCommand::FullScreen, "&Full Screen", "fullscreen", &frmMain::slotCmdViewFull, true, true },
+    { ViewCommand::Language, "&Language", none, nullptr, true, true },
+    { ViewCommand::Help, "&Help", "help", &frmMain::slotCmdViewHelp, false },
+    { ViewCommand::About, "&About", "about", &frmMain::slotCmdViewAbout },
 };
 
 const Item languageItems[] = {
-    { 1, "&Japanese", none, &frmMain::slotCmdViewLangJa },
-    { 2, "&English", none, &frmMain::slotCmdViewLangEn },
-    { 3, "&French", none, &frmMain::slotCmdViewLangFr },
+    { LanguageCommand::Japanese, "&Japanese", none, &frmMain::slotCmdViewLangJa },
+    { LanguageCommand::English, "&English", none, &frmMain::slotCmdViewLangEn },
+    { LanguageCommand::French, "&French", none, &frmMain::slotCmdViewLangFr },
 };
 
 std::span<const Item> itemsOf(MenuId menu)
@@ -86,21 +87,20 @@ std::span<const Item> itemsOf(MenuId menu)
 struct Button {
     const char *label;
     const char *icon;
-    MenuId menu;
-    int id;
+    CommandId command;
 };
 
 const Button buttons[] = {
-    { "New", "new", MenuId::File, 1 },
-    { "Open", "folderopen", MenuId::File, 2 },
-    { "Save", "save", MenuId::File, 5 },
-    { "Undo", "undo", MenuId::Edit, 1 },
-    { "Cut", "cut", MenuId::Edit, 3 },
-    { "Copy", "copy", MenuId::Edit, 4 },
-    { "Paste", "past", MenuId::Edit, 5 },
-    { "Full Screen", "fullscreen", MenuId::View, 9 },
-    { "Search", "search", MenuId::View, 3 },
-    { "Search Next", "srchnext", MenuId::View, 5 },
+    { "New", "new", FileCommand::New },
+    { "Open", "folderopen", FileCommand::Open },
+    { "Save", "save", FileCommand::Save },
+    { "Undo", "undo", EditCommand::Undo },
+    { "Cut", "cut", EditCommand::Cut },
+    { "Copy", "copy", EditCommand::Copy },
+    { "Paste", "past", EditCommand::Paste },
+    { "Full Screen", "fullscreen", ViewCommand::FullScreen },
+    { "Search", "search", ViewCommand::Search },
+    { "Search Next", "srchnext", ViewCommand::SearchNext },
 };
 
 QImage image(const QIcon &icon, QIcon::Mode mode = QIcon::Normal)
@@ -168,8 +168,9 @@ void MenusTest::menuTable()
     const std::span<const Command> commands = commandsOf(menu);
     QCOMPARE(commands.size(), items.size());
     for (size_t i = 0; i < items.size(); ++i) {
-        QCOMPARE(commands[i].id, items[i].id);
-        QCOMPARE(commands[i].id, int(i) + 1);
+        QVERIFY2(commands[i].id == items[i].id, items[i].text);
+        QCOMPARE(commands[i].id.menu, menu);
+        QCOMPARE(commands[i].id.id, int(i) + 1);
         QCOMPARE(commands[i].text, items[i].text);
         QVERIFY2(commands[i].slot == items[i].slot, items[i].text);
     }
@@ -188,7 +189,7 @@ void MenusTest::menuItemsStandInTheirMenu()
     for (const Item &item : itemsOf(menu)) {
         QVERIFY2(!actions.isEmpty(), item.text);
         QAction *action = actions.takeFirst();
-        QCOMPARE(action, window.item(menu, item.id));
+        QCOMPARE(action, window.item(item.id));
         QCOMPARE(action->text(), QString::fromLatin1(item.text));
         QCOMPARE(action->isEnabled(), item.isEnabled);
         QVERIFY2(!action->isSeparator() && action->isVisible(), item.text);
@@ -257,10 +258,10 @@ void MenusTest::menuIconsAreTheNamedPictures()
     QFETCH(MenuId, menu);
     TestWindow window;
     for (const Item &item : itemsOf(menu)) {
-        const QImage shown = image(window.item(menu, item.id)->icon());
+        const QImage shown = image(window.item(item.id)->icon());
         const QString name = u"corvex/menu/"_s + QLatin1StringView(item.icon);
         if (qstrlen(item.icon) == 0) {
-            QVERIFY2(window.item(menu, item.id)->icon().isNull(), item.text);
+            QVERIFY2(window.item(item.id)->icon().isNull(), item.text);
         } else {
             QVERIFY2(!shown.isNull(), item.text);
             QCOMPARE(shown, picture(name));
@@ -271,8 +272,8 @@ void MenusTest::menuIconsAreTheNamedPictures()
 void MenusTest::submenusOpenAtTheirItems()
 {
     TestWindow window;
-    QCOMPARE(window.item(MenuId::File, 11)->menu(), window.recentMenu());
-    QCOMPARE(window.item(MenuId::View, 10)->menu(), window.menu(MenuId::Language));
+    QCOMPARE(window.item(FileCommand::RecentFiles)->menu(), window.recentMenu());
+    QCOMPARE(window.item(ViewCommand::Language)->menu(), window.menu(MenuId::Language));
 }
 
 void MenusTest::menusStayOnTheScreen_data()
@@ -315,8 +316,8 @@ void MenusTest::recentItemFollowsItsCount()
     recentFiles().RecentViewCnt = count;
     writeSettings();
     TestWindow window;
-    QVERIFY(window.item(MenuId::File, 11)->isVisible());
-    QTEST(window.isItemEnabled(MenuId::File, 11), "isEnabled");
+    QVERIFY(window.item(FileCommand::RecentFiles)->isVisible());
+    QTEST(window.isItemEnabled(FileCommand::RecentFiles), "isEnabled");
 }
 
 void MenusTest::toolButtons()
@@ -329,7 +330,7 @@ void MenusTest::toolButtons()
     for (qsizetype i = 0; i < bar->actions().size(); ++i) {
         const Button &button = buttons[i];
         QAction *action = bar->actions().at(i);
-        QCOMPARE(action, window.item(button.menu, button.id));
+        QCOMPARE(action, window.item(button.command));
         const auto *widget = qobject_cast<QToolButton *>(bar->widgetForAction(action));
         QCOMPARE(widget->text(), QString::fromLatin1(button.label));
         QCOMPARE(widget->toolTip(), QString::fromLatin1(button.label));
@@ -343,7 +344,7 @@ void MenusTest::toolButtonsTakeNoFocus()
     TestWindow window;
     QVERIFY(window.open());
     QToolBar *bar = window.toolBar();
-    QTest::mouseClick(bar->widgetForAction(window.item(MenuId::File, 1)), Qt::LeftButton);
+    QTest::mouseClick(bar->widgetForAction(window.item(FileCommand::New)), Qt::LeftButton);
     QCOMPARE(window.tabBar()->count(), 2);
     QCOMPARE(QApplication::focusWidget(), window.currentEditor());
 }
@@ -381,10 +382,10 @@ void MenusTest::labelsGoWhereThereIsNoRoom()
 void MenusTest::disabledPictures()
 {
     TestWindow window;
-    int id = 0;
-    for (const auto *name : { "undo", "redo", "cut", "copy" }) {
-        ++id;
-        const QIcon icon = window.item(MenuId::Edit, id)->icon();
+    for (const auto &[command, name] :
+        { std::pair(EditCommand::Undo, "undo"), std::pair(EditCommand::Redo, "redo"),
+            std::pair(EditCommand::Cut, "cut"), std::pair(EditCommand::Copy, "copy") }) {
+        const QIcon icon = window.item(command)->icon();
         const QString disabled = u"corvex/menu/"_s + QLatin1StringView(name) + u"_d"_s;
         QCOMPARE(image(icon, QIcon::Disabled), picture(disabled));
         QVERIFY(image(icon, QIcon::Disabled) != image(icon));
@@ -395,7 +396,7 @@ void MenusTest::about()
 {
     TestWindow window;
     MessageBoxes boxes;
-    window.item(MenuId::View, 12)->trigger();
+    window.item(ViewCommand::About)->trigger();
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(boxes.shown().at(0).title, u"Marlo!Pad QT"_s);
     QVERIFY(boxes.shown().at(0).text.startsWith(u"Marlo!Pad QT Ver1.76\n            2005/07/04\n\n"_s));

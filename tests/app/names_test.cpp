@@ -77,9 +77,10 @@ QString namelessIn(QWidget &window)
 }
 
 /// Where the language menu has a language.
-int itemOf(int language)
+LanguageCommand itemOf(int language)
 {
-    return std::array{ 2, 1, 3 }.at(size_t(language));
+    return std::array{ LanguageCommand::English, LanguageCommand::Japanese, LanguageCommand::French }.at(
+        size_t(language));
 }
 
 } // namespace
@@ -142,7 +143,7 @@ void NamesTest::everyControlHasAName()
     QFETCH(Form, form);
     TestWindow window;
     open(window);
-    window.item(MenuId::Language, itemOf(language))->trigger();
+    window.item(itemOf(language))->trigger();
     const std::unique_ptr<QWidget> dialog = dialogOf(form, &window);
     QWidget &shown = dialog ? *dialog : window;
     shown.show();
@@ -186,7 +187,7 @@ void NamesTest::namesFollowTheLanguage()
         open(window);
         window.slotCmdViewSearch();
         first = namesNow(window);
-        window.item(MenuId::Language, itemOf(after))->trigger();
+        window.item(itemOf(after))->trigger();
         switched = namesNow(window);
     }
     QVERIFY(switched != first);
@@ -215,7 +216,7 @@ void NamesTest::messageBoxesHaveNames()
     QFETCH(int, language);
     TestWindow window;
     open(window);
-    window.item(MenuId::Language, itemOf(language))->trigger();
+    window.item(itemOf(language))->trigger();
     QTest::keyClicks(window.currentEditor(), u"x"_s);
     const NoTimeToRead atOnce;
     qsizetype items = 0;

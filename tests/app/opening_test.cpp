@@ -239,12 +239,12 @@ void OpeningTest::openCommandStartsAtTheDocument()
     const TestFiles files;
     TestWindow window;
     QVERIFY(window.open());
-    window.item(MenuId::File, 2)->trigger();
+    window.item(FileCommand::Open)->trigger();
     QCOMPARE(window.requests.at(0).mode, frmFileDialog::Open);
     QCOMPARE(window.requests.at(0).folder, QDir::homePath() + u"/Documents/"_s);
     QCOMPARE(window.requests.at(0).name, u".txt"_s);
     window.setDocument(files.write(u"a.txt"_s, "text"));
-    window.item(MenuId::File, 2)->trigger();
+    window.item(FileCommand::Open)->trigger();
     QCOMPARE(window.requests.at(1).folder, files.folder());
     QCOMPARE(window.requests.at(1).name, u"a.txt"_s);
 }

@@ -118,7 +118,7 @@ void OptionsTest::cancelAppliesNothing()
         appSettings().RowNo = 2;
         return false;
     };
-    window.item(MenuId::Edit, 8)->trigger();
+    window.item(EditCommand::Options)->trigger();
     QCOMPARE(window.currentEditor()->hMargin(), 25);
 }
 
@@ -513,14 +513,14 @@ void OptionsTest::dialogIsMadeForEachUse()
 void OptionsTest::recentItemFollowsCount()
 {
     TestWindow window;
-    QVERIFY(window.isItemEnabled(MenuId::File, 11));
+    QVERIFY(window.isItemEnabled(FileCommand::RecentFiles));
     for (const int count : { 0, 1, 0, 15 }) {
         window.options = [count] {
             recentFiles().RecentViewCnt = count;
             return true;
         };
         window.slotCmdEditOption();
-        QCOMPARE(window.isItemEnabled(MenuId::File, 11), count > 0);
+        QCOMPARE(window.isItemEnabled(FileCommand::RecentFiles), count > 0);
     }
 }
 

@@ -31,7 +31,7 @@ void PropertiesTest::newDocument()
     TestWindow window;
     QVERIFY(window.open());
     MessageBoxes boxes;
-    window.item(MenuId::File, 4)->trigger();
+    window.item(FileCommand::Properties)->trigger();
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(boxes.shown().at(0).title, u"Document properties"_s);
     QCOMPARE(boxes.shown().at(0).buttons, QStringList{ u"OK"_s });

@@ -89,7 +89,7 @@ void SavingTest::saveWritesTheDocument()
     QTest::keyClicks(window.currentEditor(), u"x"_s);
     QCOMPARE(window.tabTexts().at(1), u"* a.txt"_s);
     MessageBoxes boxes;
-    window.item(MenuId::File, 5)->trigger();
+    window.item(FileCommand::Save)->trigger();
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("xone\r\n"));
     QCOMPARE(window.tabTexts().at(1), u"a.txt"_s);
     QVERIFY(!window.currentEditor()->edited());
@@ -135,7 +135,7 @@ void SavingTest::saveAsTakesNameAndCodes()
     QVERIFY(window.open());
     window.setDocument(files.write(u"a.txt"_s, "\x82\xA0\r\n"));
     window.choices << FileChoice{ files.folder(), u"b.txt"_s, CharCodeEuc, ReturnCodeCr };
-    window.item(MenuId::File, 6)->trigger();
+    window.item(FileCommand::SaveAs)->trigger();
     QCOMPARE(files.read(u"b.txt"_s), QByteArray("\xA4\xA2\r"));
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("\x82\xA0\r\n"));
     QCOMPARE(window.currentEditor()->name(), u"b.txt"_s);
@@ -252,14 +252,14 @@ void SavingTest::unreadFileIsKeptBeforeItIsWritten()
     QCOMPARE(boxes.titles(), QStringList{ u"File Load Error!"_s });
     files.write(u"a.txt"_s, "unread");
     QTest::keyClicks(window.currentEditor(), u"x"_s);
-    window.item(MenuId::File, 5)->trigger();
+    window.item(FileCommand::Save)->trigger();
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("x"));
     QCOMPARE(boxes.titles().value(1), u"Confirm File Save"_s);
     QFile kept(boxes.shown().at(1).text.section(u'\n', 1));
     QVERIFY2(kept.fileName().startsWith(qEnvironmentVariable("XDG_STATE_HOME")), qPrintable(kept.fileName()));
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("unread"));
-    window.item(MenuId::File, 5)->trigger();
+    window.item(FileCommand::Save)->trigger();
     QCOMPARE(boxes.count(), 2);
 }
 
@@ -271,7 +271,7 @@ void SavingTest::saveAllWritesModifiedOnes()
     window.tabBar()->setCurrentTab(window.editorAt(1));
     QVERIFY(window.slotCmdFileSave(window.editorAt(1)));
     files.write(u"b.txt"_s, "changed by others");
-    window.item(MenuId::File, 8)->trigger();
+    window.item(FileCommand::SaveAll)->trigger();
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("xold"));
     QCOMPARE(files.read(u"b.txt"_s), QByteArray("changed by others"));
     QCOMPARE(files.read(u"c.txt"_s), QByteArray("xold"));
@@ -308,12 +308,12 @@ void SavingTest::saveAllStopsWhenCancelled()
 
 void SavingTest::asksInFrontOfTheDocument_data()
 {
-    QTest::addColumn<int>("item");
+    QTest::addColumn<FileCommand>("item");
     QTest::addColumn<MakeTrouble>("makeTrouble");
     QTest::addColumn<QString>("asked");
     const auto rows = [](const char *name, const QString &asked, const MakeTrouble &makeTrouble) {
-        QTest::addRow("Save All, %s", name) << 8 << makeTrouble << asked;
-        QTest::addRow("Quit with Save, %s", name) << 9 << makeTrouble << asked;
+        QTest::addRow("Save All, %s", name) << FileCommand::SaveAll << makeTrouble << asked;
+        QTest::addRow("Quit with Save, %s", name) << FileCommand::QuitWithSave << makeTrouble << asked;
     };
     rows("never saved", u"Save as"_s, [](TestWindow &window, const TestFiles &) { window.slotCmdFileNew(); });
     rows("cannot be written", u"File Write Error"_s, [](TestWindow &window, const TestFiles &files) {
@@ -328,7 +328,7 @@ void SavingTest::asksInFrontOfTheDocument_data()
 /// Whoever is asked or told about one of many documents sees which it is.
 void SavingTest::asksInFrontOfTheDocument()
 {
-    QFETCH(int, item);
+    QFETCH(FileCommand, item);
     QFETCH(MakeTrouble, makeTrouble);
     const TestFiles files;
     TestWindow window;
@@ -340,7 +340,7 @@ void SavingTest::asksInFrontOfTheDocument()
 
     const Askings askings(window);
     MessageBoxes boxes;
-    window.item(MenuId::File, item)->trigger();
+    window.item(item)->trigger();
     QTEST(askings.titles().join(u", "_s), "asked");
     QCOMPARE(askings.documents(), QList<const ctlEditer *>{ troubled });
     QCOMPARE(window.currentEditor(), troubled);

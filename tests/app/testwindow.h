@@ -50,14 +50,15 @@ public:
         const QList<QToolBar *> bars = findChildren<QToolBar *>();
         return bars.size() == 2 ? bars.last() : nullptr;
     }
-    bool isItemEnabled(MenuId menu, int id) const { return item(menu, id)->isEnabled(); }
+    bool isItemEnabled(CommandId command) const { return item(command)->isEnabled(); }
     /// Enabled states of Undo, Redo, Cut, Copy, as "u", "r", "x", "c" or "-".
     QString editStates() const
     {
-        const QString letters = QStringLiteral("urxc");
         QString states;
-        for (int id = 1; id <= 4; ++id)
-            states += isItemEnabled(MenuId::Edit, id) ? letters.at(id - 1) : QChar(u'-');
+        for (const auto &[command, letter] :
+            { std::pair(EditCommand::Undo, u'u'), std::pair(EditCommand::Redo, u'r'),
+                std::pair(EditCommand::Cut, u'x'), std::pair(EditCommand::Copy, u'c') })
+            states += isItemEnabled(command) ? letter : u'-';
         return states;
     }
 

@@ -149,7 +149,7 @@ void WorkingDayTest::editAll()
 
 void WorkingDayTest::saveAllInPlace()
 {
-    m_window->item(MenuId::File, 8)->trigger();
+    m_window->item(FileCommand::SaveAll)->trigger();
     for (const Coded &code : codes()) {
         for (const LineEnd &end : lineEnds())
             m_expected[QString::fromLatin1(code.name) + u'.' + QLatin1StringView(end.name)] =
@@ -168,7 +168,7 @@ void WorkingDayTest::saveAsOtherCodes()
         m_window->tabBar()->setCurrentTab(editorOf(QString::fromLatin1(from.name) + u".cr"_s));
         const QString name = QString::fromLatin1(from.name) + u".to."_s + QLatin1StringView(to.name);
         m_window->choices << FileChoice{ m_files->folder(), name, to.code, ReturnCodeLf };
-        m_window->item(MenuId::File, 6)->trigger();
+        m_window->item(FileCommand::SaveAs)->trigger();
         m_expected[name] = content(to, "\n", "x");
     }
     compareFiles();

@@ -18,22 +18,22 @@ private slots:
 
 void NoToolkitTextsTest::programIsTranslatedAlone_data()
 {
-    QTest::addColumn<int>("item");
+    QTest::addColumn<LanguageCommand>("item");
     QTest::addColumn<QString>("title");
-    QTest::newRow("Japanese") << 1 << u"ファイル(&F)"_s;
-    QTest::newRow("French") << 3 << u"&Fichier"_s;
+    QTest::newRow("Japanese") << LanguageCommand::Japanese << u"ファイル(&F)"_s;
+    QTest::newRow("French") << LanguageCommand::French << u"&Fichier"_s;
 }
 
 void NoToolkitTextsTest::programIsTranslatedAlone()
 {
-    QFETCH(int, item);
+    QFETCH(LanguageCommand, item);
     QCOMPARE(QLibraryInfo::path(QLibraryInfo::TranslationsPath), u"/nowhere"_s);
     QTest::failOnWarning(QRegularExpression(u"translat"_s));
     resetSettings();
     qputenv("QPEDIR", BUILT_QPE_DIR);
     MessageBoxes boxes;
     TestWindow window;
-    window.item(MenuId::Language, item)->trigger();
+    window.item(item)->trigger();
     QTEST(window.menu(MenuId::File)->title(), "title");
     QCOMPARE(boxes.count(), 0);
     QCOMPARE(QLineEdit::tr("Cu&t"), u"Cu&t"_s);
