@@ -35,8 +35,9 @@ QFont applicationFont()
 
 } // namespace
 
-frmMain::frmMain(QWidget *parent)
+frmMain::frmMain(QWidget *parent, WindowDialogs dialogs)
     : QMainWindow(parent)
+    , m_dialogs(std::move(dialogs))
     , m_fullScreen(new FullScreen(this))
 {
     setObjectName(u"frmMain"_s);

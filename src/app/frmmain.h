@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/command.h"
+#include "app/windowdialogs.h"
 #include "settings/settings.h"
-#include "filedialog/frmfiledialog.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -23,14 +23,6 @@ class QStackedWidget;
 class QToolBar;
 class Translation;
 
-/// What the file dialog is opened or was left with.
-struct FileChoice {
-    QString folder; ///< ends in "/"
-    QString name;
-    int charCode = 0; ///< a CharCode; 0: detect, or keep
-    int returnCode = 0; ///< a ReturnCode; 0: keep
-};
-
 /// The last search that was asked for.
 struct SearchRequest {
     int searchMode = 0; ///< 0 search, 1 replace
@@ -46,7 +38,7 @@ class frmMain : public QMainWindow {
     Q_OBJECT
 public:
     /// Reads the settings, sets the application's font and installs the translator.
-    explicit frmMain(QWidget *parent = nullptr);
+    explicit frmMain(QWidget *parent = nullptr, WindowDialogs dialogs = {});
     /// Writes the settings.
     ~frmMain() override;
 
@@ -149,11 +141,6 @@ public slots:
     void slotEdCopyAvailable(bool available);
 
 protected:
-    /// Runs the file dialog with a start to choose from; nothing when it was not accepted.
-    virtual std::optional<FileChoice> chooseFile(frmFileDialog::Mode mode, const FileChoice &start);
-    /// Runs the options dialog; whether it was accepted.
-    virtual bool editOptions();
-
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
@@ -209,6 +196,7 @@ private:
     bool installTranslator(int language);
     void changeLanguage(int language, const QString &missingFileText);
 
+    WindowDialogs m_dialogs;
     DocumentArea *m_documents = nullptr;
     QMenuBar *m_menuBar = nullptr;
     QToolBar *m_toolBar = nullptr;

@@ -3,7 +3,6 @@
 #include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
-#include "options/frmoption.h"
 
 #include <QAction>
 #include <QDateTime>
@@ -60,13 +59,8 @@ QString frmMain::dateTimeText(const QDateTime &time)
 
 void frmMain::slotCmdEditOption()
 {
-    if (editOptions())
+    if (m_dialogs.editOptions(this))
         applySettings();
-}
-
-bool frmMain::editOptions()
-{
-    return frmOption(this).exec() == QDialog::Accepted;
 }
 
 void frmMain::applySettings()

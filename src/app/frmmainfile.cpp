@@ -1,14 +1,14 @@
 #include "app/frmmain.h"
 
 #include "app/documentarea.h"
-#include "settings/settings.h"
+#include "document/textfile.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
-#include "document/textfile.h"
 #include "files/filename.h"
 #include "platform/keypause.h"
 #include "platform/messagebox.h"
 #include "platform/qpeapplication.h"
+#include "settings/settings.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -175,7 +175,7 @@ bool frmMain::isReloadWanted(const QString &title, const QString &question)
 void frmMain::slotCmdFileOpen()
 {
     ctlEditer *editor = currentEditor();
-    if (const std::optional<FileChoice> file = chooseFile(frmFileDialog::Open, startFor(editor)))
+    if (const auto file = m_dialogs.chooseFile(this, frmFileDialog::Open, startFor(editor)))
         openChosen(editor, *file);
 }
 
@@ -195,18 +195,6 @@ FileChoice frmMain::startFor(const ctlEditer *editor)
     if (editor && isSaved(editor))
         return { editor->path(), editor->name() };
     return { QDir::homePath() + u"/Documents/"_s, u".txt"_s };
-}
-
-std::optional<FileChoice> frmMain::chooseFile(frmFileDialog::Mode mode, const FileChoice &start)
-{
-    frmFileDialog dialog(this, mode, start.folder, start.name);
-    dialog.showCodes(start.charCode, start.returnCode);
-    const bool isAccepted = dialog.exec() == QDialog::Accepted;
-    // Where a question and the dialog it belongs to go at once, window managers activate some other window.
-    activateWindow();
-    if (!isAccepted)
-        return std::nullopt;
-    return FileChoice{ dialog.dirPath, dialog.fileName, dialog.charCode, dialog.returnCode };
 }
 
 void frmMain::slotEtcChangeTab(int forward)

@@ -84,7 +84,7 @@ bool frmMain::slotCmdFileSaveAs(ctlEditer *editor)
 {
     tabBar()->setCurrentTab(editor);
     FileChoice start = startFor(editor);
-    while (const std::optional<FileChoice> file = chooseFile(frmFileDialog::SaveAs, start)) {
+    while (const std::optional<FileChoice> file = m_dialogs.chooseFile(this, frmFileDialog::SaveAs, start)) {
         makeDocumentsFolder(file->folder);
         if (slotCmdFileSave(editor, file->folder, file->name, file->charCode, file->returnCode))
             return true;

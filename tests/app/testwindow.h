@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/frmmain.h"
-#include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "settings/settings.h"
 #include "tests/messageboxes.h"
 
 #include <QApplication>
@@ -19,6 +19,15 @@
 /// The main window with answers in the place of its dialogs.
 class TestWindow : public frmMain {
 public:
+    TestWindow()
+        : frmMain(nullptr,
+            { [this](QWidget *, frmFileDialog::Mode mode, const FileChoice &start) {
+                 return answer(mode, start);
+             },
+                [this](QWidget *) { return options(); } })
+    {
+    }
+
     struct Request {
         frmFileDialog::Mode mode;
         QString folder;
@@ -67,8 +76,8 @@ public:
     std::function<void()> whileChoosing = [] {};
     std::function<bool()> options = [] { return false; };
 
-protected:
-    std::optional<FileChoice> chooseFile(frmFileDialog::Mode mode, const FileChoice &start) override
+private:
+    std::optional<FileChoice> answer(frmFileDialog::Mode mode, const FileChoice &start)
     {
         requests << Request{ mode, start.folder, start.name, start.charCode, start.returnCode };
         whileChoosing();
@@ -76,7 +85,6 @@ protected:
             return std::nullopt;
         return choices.takeFirst();
     }
-    bool editOptions() override { return options(); }
 };
 
 /// A folder of files for one test.
