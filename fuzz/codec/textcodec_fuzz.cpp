@@ -1,16 +1,6 @@
-#include "codec/textcodec.h"
+#include "tests/codec/storedbytes.h"
 
 #include <cstdlib>
-
-static QByteArray saved(const TextCodec &codec, const TextStore &store)
-{
-    QByteArray bytes;
-    codec.encode(store, [&bytes](QByteArrayView block) {
-        bytes += block;
-        return true;
-    });
-    return bytes;
-}
 
 /// Any bytes through every codec, in blocks of any size: they are saved as they were.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -20,11 +10,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
         if (codec->name().startsWith("UTF-16"))
             bytes.prepend(codec->fromUnicode(QString()));
-        TextCodec::setBlockUnits(65536);
         const QString text = codec->toUnicode(bytes);
-        TextCodec::setBlockUnits(1 + static_cast<qsizetype>(size % 37));
-        const TextStore store = codec->decode(bytes, LayoutRule{});
-        if (store.text() != text || saved(*codec, store) != bytes)
+        const TextStore store = storeOf(*codec, bytes, { {}, 1 + static_cast<qsizetype>(size % 37) });
+        if (store.text() != text || storedBytes(*codec, store) != bytes)
             std::abort();
     }
     return 0;

@@ -1,8 +1,9 @@
 // Edits told by bytes, on a store of tiny leaves and on the plain reference.
 
-#include "text/undohistory.h"
 #include "tests/text/modelstore.h"
 #include "tests/text/textalphabet.h"
+#include "tests/text/tinynodes.h"
+#include "text/undohistory.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -34,9 +35,9 @@ private:
 /// A store with its history, and the model, edited alike.
 class Session {
 public:
-    Session(Bytes &bytes, const LayoutRule &rule)
+    Session(Bytes &bytes, const LayoutRule &rule, const NodeSizes &sizes)
         : m_bytes(bytes)
-        , m_store(rule)
+        , m_store(rule, sizes)
         , m_model(rule)
     {
     }
@@ -97,9 +98,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     static const AdvanceTable table(hurtingWidth);
     Bytes bytes(data, size);
-    TextStore::setLeafCapacity(int(4 + bytes.below(8)));
+    const NodeSizes sizes = nodesOf(int(4 + bytes.below(8)));
     const Subpixels limit = bytes.below(10) * subpixelsPerPixel;
-    Session session(bytes, { &table, 4 * subpixelsPerPixel, limit });
+    Session session(bytes, { &table, 4 * subpixelsPerPixel, limit }, sizes);
     for (int step = 0; step < 60 && !bytes.atEnd(); ++step) {
         session.edit();
         session.check();

@@ -1,13 +1,10 @@
 #pragma once
 
-#include "text/asciirun.h"
 #include "codec/textcodec.h"
+#include "text/asciirun.h"
 
 #include <algorithm>
 #include <memory>
-
-/// Units that a block of decoded text holds, about; see TextCodec::setBlockUnits().
-extern qsizetype decodedBlockUnits;
 
 /// Drives a codec's decoder over bytes and hands the text on in blocks.
 ///
@@ -140,6 +137,6 @@ template <class Decoder>
 void decodeBlocks(QByteArrayView bytes, TextCodec::TextSink &sink, Decoder decoder = {})
 {
     constexpr qsizetype unitsPerByte = 2; // at the most, and only in UTF-16
-    const qsizetype blockUnits = std::clamp(unitsPerByte * bytes.size(), qsizetype{ 1 }, decodedBlockUnits);
+    const qsizetype blockUnits = std::clamp(unitsPerByte * bytes.size(), qsizetype{ 1 }, sink.blockUnits);
     BlockDecoder<Decoder>(sink, blockUnits, decoder).decode(bytes);
 }

@@ -17,8 +17,8 @@ public:
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override
     {
-        for (qsizetype at = 0; at < bytes.size(); at += decodedBlockUnits)
-            sink.latin1(bytes.sliced(at, std::min(decodedBlockUnits, bytes.size() - at)));
+        for (qsizetype at = 0; at < bytes.size(); at += sink.blockUnits)
+            sink.latin1(bytes.sliced(at, std::min(sink.blockUnits, bytes.size() - at)));
     }
 
     using TextCodec::encode;

@@ -1,11 +1,8 @@
 #include "codec/textcodec.h"
 
-#include "codec/blockdecoder.h"
 #include "codec/codecs.h"
 
 #include <algorithm>
-
-qsizetype decodedBlockUnits = 65536;
 
 namespace {
 
@@ -113,10 +110,4 @@ QByteArray TextCodec::fromUnicode(QStringView text) const
     };
     encode(next, collect, AsRead::UndecodableBytes);
     return bytes;
-}
-
-void TextCodec::setBlockUnits(qsizetype units)
-{
-    Q_ASSERT(units > 0);
-    decodedBlockUnits = units;
 }

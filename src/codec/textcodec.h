@@ -36,6 +36,8 @@ public:
         /// The bytes of the unit that comes next, where the encoder would write others; if none comes, what
         /// stands behind the text. Lost, unless a sink keeps it.
         virtual void spelling(QByteArrayView bytes);
+        /// Units that a block holds, about.
+        qsizetype blockUnits = 65536;
     };
     /// Gives the next chunk of a text, of any length and cut anywhere, or one unit with its spelling; an
     /// empty one at its end.
@@ -67,7 +69,4 @@ public:
     /// Of short texts that are not to be kept with their spellings.
     QString toUnicode(QByteArrayView bytes) const;
     QByteArray fromUnicode(QStringView text) const;
-
-    /// Units per block of decode(), about; tests make it tiny to reach every cut. 65536 unless set.
-    static void setBlockUnits(qsizetype units);
 };

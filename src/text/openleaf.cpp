@@ -63,9 +63,9 @@ private:
 };
 
 /// Room for a leaf that is being typed into.
-qint64 roomFor(qint64 size)
+qint64 roomFor(qint64 size, const NodeSizes &sizes)
 {
-    return qMin<qint64>(TextLeaf::maxSize(), size + size / 8 + 16);
+    return qMin<qint64>(sizes.leafUnits, size + size / 8 + 16);
 }
 
 bool needsWide(QStringView text)
@@ -98,17 +98,17 @@ void replaceUnits(Unit *text, qint64 size, qint64 offset, qint64 removed, QStrin
         inserted.begin(), inserted.end(), text + offset, [](QChar unit) { return Unit(unit.unicode()); });
 }
 
-void rebuildLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted)
+void rebuildLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const NodeSizes &sizes)
 {
     const LeafText text = editedText(leafOf(tree), offset, removed, inserted);
     const qint64 size = text.units.size();
-    tree.node = TextLeaf::fromText(text, 0, size, roomFor(size));
+    tree.node = TextLeaf::fromText(text, 0, size, roomFor(size, sizes));
 }
 
-void editLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted)
+void editLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const NodeSizes &sizes)
 {
     if (!fitsInPlace(tree, offset, removed, inserted))
-        return rebuildLeaf(tree, offset, removed, inserted);
+        return rebuildLeaf(tree, offset, removed, inserted, sizes);
     TextLeaf &leaf = leafOf(tree);
     if (leaf.wide)
         replaceUnits(leaf.units(), leaf.size, offset, removed, inserted);
@@ -171,7 +171,7 @@ bool OpenLeaf::replace(
         if (!tree.isEmpty())
             find(tree, offset);
     }
-    if (!holds(offset, offset + removed) || !canEdit(offset - m_start, removed, inserted)) {
+    if (!holds(offset, offset + removed) || !canEdit(offset - m_start, removed, inserted, layout.sizes())) {
         close(tree, layout);
         return false;
     }
@@ -186,21 +186,21 @@ bool OpenLeaf::replace(
 }
 
 /// No if the leaf would become too small, or too large and its parent has no room for another.
-bool OpenLeaf::canEdit(qint64 offset, qint64 removed, QStringView inserted) const
+bool OpenLeaf::canEdit(qint64 offset, qint64 removed, QStringView inserted, const NodeSizes &sizes) const
 {
     const qint64 size = leaf().size - removed + inserted.size();
     if (!m_parent)
-        return size >= 1 && size <= TextLeaf::maxSize();
-    const bool canDivide = m_parent->count < TextInner::maxCount() && size <= 2 * TextLeaf::maxSize() - 2;
-    return size >= TextLeaf::minSize() && (size <= TextLeaf::maxSize() || canDivide)
+        return size >= 1 && size <= sizes.leafUnits;
+    const bool canDivide = m_parent->count < sizes.children && size <= 2 * sizes.leafUnits - 2;
+    return size >= sizes.fewestUnits() && (size <= sizes.leafUnits || canDivide)
         && EditedLeaf(leaf(), offset, removed, inserted).isWhole(m_before, m_behind);
 }
 
 bool OpenLeaf::edit(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
 {
-    if (leaf().size - removed + inserted.size() > TextLeaf::maxSize())
+    if (leaf().size - removed + inserted.size() > layout.sizes().leafUnits)
         return divide(offset, removed, inserted, layout);
-    editLeaf(*m_leaf, offset, removed, inserted);
+    editLeaf(*m_leaf, offset, removed, inserted, layout.sizes());
     return true;
 }
 
@@ -210,13 +210,13 @@ bool OpenLeaf::divide(qint64 offset, qint64 removed, QStringView inserted, const
 {
     const LeafText text = editedText(leaf(), offset, removed, inserted);
     const QStringView view = text.view();
-    const qint64 middle = cutPlace(view, view.size() / 2);
-    if (view.size() - middle > TextLeaf::maxSize())
+    const qint64 middle = cutPlace(view, view.size() / 2, layout.sizes());
+    if (view.size() - middle > layout.sizes().leafUnits)
         return false;
     m_behind = codePointAt(view, middle);
     std::move_backward(m_leaf + 1, m_parent->end(), m_parent->end() + 1);
     ++m_parent->count;
-    m_leaf[0].node = TextLeaf::fromText(text, 0, middle, roomFor(middle));
+    m_leaf[0].node = TextLeaf::fromText(text, 0, middle, roomFor(middle, layout.sizes()));
     m_leaf[1] = leafTree(TextLeaf::fromText(text, middle, view.size(), view.size() - middle), layout);
     return true;
 }

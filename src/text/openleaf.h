@@ -30,7 +30,7 @@ public:
 private:
     void find(TextTree &tree, qint64 offset);
     void own(TextTree &tree);
-    bool canEdit(qint64 offset, qint64 removed, QStringView inserted) const;
+    bool canEdit(qint64 offset, qint64 removed, QStringView inserted, const NodeSizes &sizes) const;
     bool edit(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout);
     bool divide(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout);
 

@@ -42,8 +42,3 @@ Spellings Spellings::edited(qint64 offset, qint64 removed, qint64 inserted) cons
     left.append(*this, offset + removed, std::numeric_limits<qint64>::max(), inserted - removed);
     return left;
 }
-
-qint64 Spellings::memory() const
-{
-    return qint64(m_spots.capacity() * sizeof(Spot)) + m_bytes.capacity();
-}

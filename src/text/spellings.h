@@ -31,9 +31,6 @@ public:
     /// What is left when `removed` units at `offset` have given way to `inserted` others.
     Spellings edited(qint64 offset, qint64 removed, qint64 inserted) const;
 
-    /// Bytes of memory held beside the object, about.
-    qint64 memory() const;
-
 private:
     struct Spot {
         qint64 place;

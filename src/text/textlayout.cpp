@@ -23,13 +23,16 @@ const AdvanceTable &onePixelEach()
 
 } // namespace
 
-TextLayout::TextLayout(const LayoutRule &rule)
+TextLayout::TextLayout(const LayoutRule &rule, const NodeSizes &sizes)
     : m_rule(rule)
+    , m_sizes(sizes)
     , m_advances(rule.advances ? rule.advances : &onePixelEach())
     , m_stamp(newStamp())
     , m_latin1(m_advances->latin1())
 {
     Q_ASSERT(rule.tabStop > 0 && rule.limit >= 0);
+    Q_ASSERT(sizes.leafUnits >= 4 && sizes.leafUnits <= 0x4000);
+    Q_ASSERT(sizes.children >= 4 && sizes.children <= NodeSizes().children);
     const auto first = m_latin1.begin() + ' ';
     const auto end = m_latin1.begin() + 0x7f;
     if (std::all_of(first, end, [&](quint16 width) { return width == *first; }))

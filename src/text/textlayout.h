@@ -55,12 +55,13 @@ struct TextSummary {
     mutable RowFlow answer;
 };
 
-/// A layout rule made ready for loops over text.
+/// What a tree is built by: a layout rule made ready for loops over text, and the sizes of nodes.
 class TextLayout {
 public:
-    explicit TextLayout(const LayoutRule &rule);
+    TextLayout(const LayoutRule &rule, const NodeSizes &sizes);
 
     const LayoutRule &rule() const { return m_rule; }
+    const NodeSizes &sizes() const { return m_sizes; }
     bool wraps() const { return m_rule.limit > 0; }
     Subpixels limit() const { return m_rule.limit; }
     Subpixels tabStop() const { return m_rule.tabStop; }
@@ -86,6 +87,7 @@ public:
 
 private:
     LayoutRule m_rule;
+    NodeSizes m_sizes;
     const AdvanceTable *m_advances; ///< the rule's, or one in which everything is 1 pixel wide
     quint64 m_stamp;
     int m_asciiWidth = 0;

@@ -8,9 +8,6 @@
 
 namespace {
 
-int leafSize = 4096;
-int childCount = TextInner::arraySize;
-
 bool isLatin1(QStringView text)
 {
     char16_t all = 0;
@@ -21,24 +18,12 @@ bool isLatin1(QStringView text)
 
 } // namespace
 
-void setNodeSizes(int leafUnits)
-{
-    Q_ASSERT(leafUnits >= 4 && leafUnits <= 0x4000);
-    leafSize = leafUnits;
-    childCount = leafUnits < 64 ? 4 : TextInner::arraySize;
-}
-
 void TextNodeRef::destroy(TextNode *node)
 {
     if (node->height == 0)
         TextLeaf::destroy(static_cast<TextLeaf *>(node));
     else
         delete static_cast<TextInner *>(node);
-}
-
-int TextLeaf::maxSize()
-{
-    return leafSize;
 }
 
 TextLeaf *TextLeaf::create(bool wide, qint64 capacity)
@@ -98,11 +83,6 @@ TextNodeRef TextLeaf::part(qint64 from, qint64 count) const
 void TextLeaf::setSpellings(Spellings &&some)
 {
     spellings = some.isEmpty() ? nullptr : std::make_unique<const Spellings>(std::move(some));
-}
-
-int TextInner::maxCount()
-{
-    return childCount;
 }
 
 TextInner::TextInner(qint32 nodeHeight, quint64 layoutStamp)

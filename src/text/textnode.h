@@ -27,10 +27,6 @@ struct TextLeaf : TextNode {
     const qint32 capacity; ///< units there is room for
     std::unique_ptr<const Spellings> spellings; ///< null: there are none
 
-    /// The most units a leaf may hold, and the fewest one that has neighbours does.
-    static int maxSize();
-    static int minSize() { return qMax(1, maxSize() / 4); }
-
     static TextLeaf *create(bool wide, qint64 capacity);
     static void destroy(TextLeaf *leaf);
     /// As narrow as the text allows.
@@ -84,10 +80,7 @@ struct RowTable;
 
 /// A node whose children are one level lower.
 struct TextInner : TextNode {
-    static constexpr int arraySize = 32;
-    /// The most children a node may have, and the fewest one that is no root has.
-    static int maxCount();
-    static int minCount() { return maxCount() / 2; }
+    static constexpr int arraySize = NodeSizes().children;
 
     qint32 count = 0;
     enum class TableState : quint8 {
@@ -121,6 +114,3 @@ inline TextInner &innerOf(const TextTree &tree)
 {
     return static_cast<TextInner &>(*tree.node.get());
 }
-
-/// Sets the units of a leaf and, by it, the children of a node; for tests.
-void setNodeSizes(int leafUnits);

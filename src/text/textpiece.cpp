@@ -5,43 +5,31 @@ namespace {
 
 /// Pieces are joined without a store at hand. What is measured by this layout is measured again by the store
 /// that the piece is put into; what a store has measured stays as it is.
-const TextLayout &looseLayout()
+TextLayout looseLayout(const NodeSizes &sizes)
 {
-    static const TextLayout layout{ LayoutRule{} };
-    return layout;
-}
-
-qint64 memoryOf(const TextNode &node)
-{
-    if (node.height == 0) {
-        const auto &leaf = static_cast<const TextLeaf &>(node);
-        return qint64(sizeof(TextLeaf)) + (qint64(leaf.capacity) << (leaf.wide ? 1 : 0))
-            + (leaf.spellings ? leaf.spellings->memory() : 0);
-    }
-    qint64 bytes = sizeof(TextInner);
-    for (const TextTree &child : static_cast<const TextInner &>(node))
-        bytes += memoryOf(*child.node.get());
-    return bytes;
+    return TextLayout({}, sizes);
 }
 
 } // namespace
 
-TextPiece::TextPiece(QStringView text)
+TextPiece::TextPiece(QStringView text, const NodeSizes &sizes)
+    : m_sizes(sizes)
 {
-    if (text.size() > TextLeaf::maxSize())
-        m_root = treeOf(text, looseLayout()).node;
+    if (text.size() > sizes.leafUnits)
+        m_root = treeOf(text, looseLayout(sizes)).node;
     else if (!text.isEmpty())
         m_root = TextLeaf::fromText(text);
 }
 
-TextPiece::TextPiece(TextNodeRef root)
+TextPiece::TextPiece(TextNodeRef root, const NodeSizes &sizes)
     : m_root(std::move(root))
+    , m_sizes(sizes)
 {
 }
 
 TextTree TextPiece::tree() const
 {
-    return looseTreeUnder(m_root, looseLayout());
+    return looseTreeUnder(m_root, looseLayout(m_sizes));
 }
 
 bool TextPiece::isPlainText() const
@@ -70,16 +58,15 @@ QString TextPiece::text(qint64 offset, qint64 length) const
     return text;
 }
 
-qint64 TextPiece::memory() const
-{
-    return qint64(sizeof(TextPiece)) + (m_root ? memoryOf(*m_root.get()) : 0);
-}
-
 void TextPiece::append(TextPiece &&other)
 {
-    TextTree left = looseTreeUnder(std::exchange(m_root, {}), looseLayout());
-    TextTree right = looseTreeUnder(std::exchange(other.m_root, {}), looseLayout());
-    m_root = concatenate(std::move(left), std::move(right), looseLayout()).node;
+    if (isEmpty())
+        return void(*this = std::move(other));
+    Q_ASSERT(other.isEmpty() || other.m_sizes == m_sizes);
+    const TextLayout layout = looseLayout(m_sizes);
+    TextTree left = looseTreeUnder(std::exchange(m_root, {}), layout);
+    TextTree right = looseTreeUnder(std::exchange(other.m_root, {}), layout);
+    m_root = concatenate(std::move(left), std::move(right), layout).node;
 }
 
 void TextPiece::prepend(TextPiece &&other)

@@ -8,8 +8,8 @@
 
 class TextStore::Private {
 public:
-    explicit Private(const LayoutRule &rule)
-        : layout(rule)
+    Private(const LayoutRule &rule, const NodeSizes &sizes)
+        : layout(rule, sizes)
     {
     }
 
@@ -102,7 +102,7 @@ void TextStore::Private::setLayout(const LayoutRule &rule)
 {
     m_open.close(m_tree, layout);
     last = {};
-    layout = TextLayout(rule);
+    layout = TextLayout(rule, layout.sizes());
     layOut(m_tree, layout);
 }
 
@@ -129,8 +129,8 @@ TextStore::TextStore()
 {
 }
 
-TextStore::TextStore(const LayoutRule &rule)
-    : d(std::make_unique<Private>(rule))
+TextStore::TextStore(const LayoutRule &rule, const NodeSizes &sizes)
+    : d(std::make_unique<Private>(rule, sizes))
 {
 }
 
@@ -161,6 +161,11 @@ Subpixels TextStore::widestRow() const
     if (summary.lineEnds > 0)
         widest = qMax(widest, qMax(summary.widest, summary.tail));
     return d->layout.wraps() ? qMin(widest, qMax<Subpixels>(d->layout.limit(), summary.widestUnit)) : widest;
+}
+
+const NodeSizes &TextStore::nodeSizes() const
+{
+    return d->layout.sizes();
 }
 
 const LayoutRule &TextStore::layoutRule() const
@@ -273,19 +278,19 @@ TextPiece TextStore::piece(qint64 offset, qint64 length) const
         return {};
     qint64 start = 0;
     if (const TextLeaf &leaf = d->leafAt(offset, length, start); offset + length <= start + leaf.size)
-        return TextPiece(leaf.part(offset - start, length));
+        return TextPiece(leaf.part(offset - start, length), nodeSizes());
     TextTree shared = d->tree();
     auto [before, rest] = split(std::move(shared), offset, d->layout);
-    return TextPiece(std::move(split(std::move(rest), length, d->layout).first.node));
+    return TextPiece(std::move(split(std::move(rest), length, d->layout).first.node), nodeSizes());
 }
 
 void TextStore::insert(qint64 offset, const TextPiece &piece)
 {
     Q_ASSERT(d->isInside(offset));
     if (piece.isPlainText())
-        replace(offset, 0, piece.text());
-    else
-        d->put(offset, 0, treeUnder(piece.m_root, d->layout));
+        return replace(offset, 0, piece.text());
+    Q_ASSERT(piece.m_sizes == nodeSizes());
+    d->put(offset, 0, treeUnder(piece.m_root, d->layout));
 }
 
 TextStore::Row TextStore::row(qint64 row) const
@@ -336,22 +341,10 @@ bool TextStore::fitsInRow(qint64 offset, qint64 length) const
     return isWhole && d->layout.isWithinLimit(text(offset, length));
 }
 
-qint64 TextStore::offsetAt(RowCol position) const
-{
-    Q_ASSERT(position.column >= 0 && position.column <= row(position.row).length);
-    return d->rowStart(position.row) + position.column;
-}
-
 qint64 TextStore::lineAt(qint64 offset) const
 {
     Q_ASSERT(d->isInside(offset));
     return d->tree().isEmpty() ? 0 : linesBefore(d->tree(), offset);
-}
-
-LineCol TextStore::lineColAt(qint64 offset) const
-{
-    const qint64 line = lineAt(offset);
-    return { line, offset - lineStart(line) };
 }
 
 qint64 TextStore::lineStart(qint64 line) const
@@ -373,7 +366,7 @@ qint64 TextStore::lineOfRow(qint64 row) const
 
 Subpixels TextStore::xAt(RowCol position) const
 {
-    const qint64 end = offsetAt(position);
+    const qint64 end = placeAt(position).offset;
     return d->tree().isEmpty() ? 0 : xAcross(d->tree(), d->layout, end - position.column, end, 0);
 }
 
@@ -391,15 +384,11 @@ void TextStore::checkInvariants() const
     checkTree(d->tree(), d->layout);
     Q_ASSERT(length() == before);
 }
-void TextStore::setLeafCapacity(int units)
-{
-    setNodeSizes(units);
-}
 
 class TextStore::Builder::Private {
 public:
-    explicit Private(const LayoutRule &rule)
-        : store(rule)
+    Private(const LayoutRule &rule, const NodeSizes &sizes)
+        : store(rule, sizes)
         , tree(store.d->layout)
     {
     }
@@ -408,8 +397,8 @@ public:
     TreeBuilder tree;
 };
 
-TextStore::Builder::Builder(const LayoutRule &rule)
-    : d(std::make_unique<Private>(rule))
+TextStore::Builder::Builder(const LayoutRule &rule, const NodeSizes &sizes)
+    : d(std::make_unique<Private>(rule, sizes))
 {
 }
 
@@ -432,10 +421,11 @@ void TextStore::Builder::spell(QByteArrayView bytes)
 TextStore TextStore::Builder::finish()
 {
     const LayoutRule rule = d->store.layoutRule();
+    const NodeSizes sizes = d->store.nodeSizes();
     d->store.d->setTree(d->tree.finish());
     d->store.d->endSpelling = d->tree.lastSpelling();
     d->store.d->isSpelledWhenEmpty = d->store.length() == 0;
     TextStore finished = std::move(d->store);
-    d = std::make_unique<Private>(rule);
+    d = std::make_unique<Private>(rule, sizes);
     return finished;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "text/advancetable.h"
+#include "text/nodesizes.h"
 #include "text/textnoderef.h"
 #include "text/units.h"
 
@@ -76,7 +77,7 @@ public:
     class Builder;
 
     TextStore();
-    explicit TextStore(const LayoutRule &rule);
+    explicit TextStore(const LayoutRule &rule, const NodeSizes &sizes = {});
     TextStore(TextStore &&) noexcept;
     TextStore &operator=(TextStore &&) noexcept;
     ~TextStore();
@@ -91,6 +92,7 @@ public:
     /// character if that is wider.
     Subpixels widestRow() const;
 
+    const NodeSizes &nodeSizes() const;
     const LayoutRule &layoutRule() const;
     /// Lays the whole text out anew, also for a rule equal to the one before (its advances may have changed):
     /// O(n), the one operation that is.
@@ -119,8 +121,9 @@ public:
     TextPiece exchange(qint64 offset, qint64 removed, const TextPiece &inserted);
     /// The same text without cutting it out: O(log n) as well, the leaves are shared until one side changes.
     TextPiece piece(qint64 offset, qint64 length) const;
-    /// Puts a piece in: O(log n) if it comes from this store and the layout rule has not been set since, else
-    /// its text is measured. The piece is not used up, nor is more than a leaf of its text copied.
+    /// Puts a piece in, of nodes of this store's sizes: O(log n) if it comes from this store and the layout
+    /// rule has not been set since, else its text is measured. The piece is not used up, nor is more than a
+    /// leaf of its text copied.
     void insert(qint64 offset, const TextPiece &piece);
 
     Row row(qint64 row) const;
@@ -133,10 +136,7 @@ public:
     /// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it.
     /// O(length).
     bool fitsInRow(qint64 offset, qint64 length) const;
-    /// `position.column` may be 0..length of the row.
-    qint64 offsetAt(RowCol position) const;
     qint64 lineAt(qint64 offset) const;
-    LineCol lineColAt(qint64 offset) const;
     qint64 lineStart(qint64 line) const;
     /// Row on which a logical line begins.
     qint64 rowOfLine(qint64 line) const;
@@ -152,48 +152,43 @@ public:
     /// Asserts every invariant of the tree; for tests.
     void checkInvariants() const;
 
-    /// Units a leaf holds at the most, 4 or more; tests make it tiny to reach deep trees quickly. Set before
-    /// any store exists.
-    static void setLeafCapacity(int units);
-
 private:
     class Private;
     std::unique_ptr<Private> d;
     friend class Builder;
 };
 
-/// Text cut out of a store or shared with it, with its spellings, as compact as the store keeps it:
-/// one pointer. Like stores, pieces of one text all belong to one thread.
+/// Text cut out of a store or shared with it, with its spellings, as compact as the store keeps
+/// it. Like stores, pieces of one text all belong to one thread.
 class TextPiece {
 public:
     TextPiece() = default;
-    /// From a string, e.g. typed text.
-    explicit TextPiece(QStringView text);
+    /// From a string, e.g. typed text; `sizes` are those of the store that it goes to.
+    explicit TextPiece(QStringView text, const NodeSizes &sizes = {});
     qint64 length() const;
     QString text() const { return text(0, length()); }
     bool isEmpty() const { return !m_root; }
     /// A part of it; the cost is the part's length.
     QString text(qint64 offset, qint64 length) const;
-    /// Bytes of memory it holds, about; what it shares with a store or other pieces is counted here as well.
-    qint64 memory() const;
-    /// Puts another piece behind or before this one: O(log n).
+    /// Puts another piece, of nodes of the same sizes, behind or before this one: O(log n).
     void append(TextPiece &&other);
     void prepend(TextPiece &&other);
 
 private:
-    explicit TextPiece(TextNodeRef root);
+    TextPiece(TextNodeRef root, const NodeSizes &sizes);
     TextTree tree() const;
     /// As good as a string: not worth a node of its own in a store, and spelled as usual.
     bool isPlainText() const;
 
     TextNodeRef m_root;
+    NodeSizes m_sizes;
     friend class TextStore;
 };
 
 class TextStore::Builder {
 public:
     /// The rule the text is laid out by while it is built, so that loading walks it once.
-    explicit Builder(const LayoutRule &rule);
+    explicit Builder(const LayoutRule &rule, const NodeSizes &sizes = {});
     Builder(Builder &&) noexcept;
     ~Builder();
     /// Each byte one character U+0000..U+00FF.

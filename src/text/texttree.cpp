@@ -10,9 +10,11 @@
 
 namespace {
 
-bool isFull(const TextTree &tree)
+/// Whether a node is large enough to have neighbours.
+bool isFull(const TextTree &tree, const NodeSizes &sizes)
 {
-    return tree.isLeaf() ? tree.units() >= TextLeaf::minSize() : innerOf(tree).count >= TextInner::minCount();
+    return tree.isLeaf() ? tree.units() >= sizes.fewestUnits()
+                         : innerOf(tree).count >= sizes.fewestChildren();
 }
 
 TextTree innerTree(TextTree *begin, TextTree *end, const TextLayout &layout)
@@ -51,11 +53,11 @@ TextTrees childrenOf(TextTree &&tree)
 void appendLeaves(TextTrees &list, const LeafText &text, qint64 from, qint64 to, const TextLayout &layout)
 {
     const qint64 size = to - from;
-    if (size <= TextLeaf::maxSize()) {
+    if (size <= layout.sizes().leafUnits) {
         list.append(leafTree(TextLeaf::fromText(text, from, to, size), layout));
         return;
     }
-    const qint64 middle = from + cutPlace(text.view().sliced(from, size), size / 2);
+    const qint64 middle = from + cutPlace(text.view().sliced(from, size), size / 2, layout.sizes());
     appendLeaves(list, text, from, middle, layout);
     appendLeaves(list, text, middle, to, layout);
 }
@@ -83,7 +85,7 @@ TextTree join(TextTree &&left, TextTree &&right, const TextLayout &layout);
 TextTree joinEqual(TextTree &&left, TextTree &&right, const TextLayout &layout)
 {
     TextTrees list;
-    if (isFull(left) && isFull(right)) {
+    if (isFull(left, layout.sizes()) && isFull(right, layout.sizes())) {
         list.append(std::move(left));
         list.append(std::move(right));
         return parentOf(std::move(list), layout);
@@ -102,7 +104,7 @@ TextTree joinLower(TextTree &&higher, TextTree &&lower, bool lowerIsLeft, const 
     const int childHeight = higher.height() - 1;
     TextTrees list = childrenOf(std::move(higher));
     const qsizetype outer = lowerIsLeft ? 0 : list.size();
-    if (lower.height() == childHeight && isFull(lower)) {
+    if (lower.height() == childHeight && isFull(lower, layout.sizes())) {
         list.insert(outer, std::move(lower));
         return parentOf(std::move(list), layout);
     }
@@ -220,9 +222,9 @@ TextTree parentOf(TextTrees &&children, const TextLayout &layout)
     const qsizetype count = children.size();
     if (count == 1)
         return std::move(children[0]);
-    if (count <= TextInner::maxCount())
+    if (count <= layout.sizes().children)
         return innerTree(children.begin(), children.end(), layout);
-    Q_ASSERT(count <= qsizetype{ 2 } * TextInner::maxCount());
+    Q_ASSERT(count <= qsizetype{ 2 } * layout.sizes().children);
     TextTree *middle = children.begin() + count / 2;
     std::array<TextTree, 2> both{ innerTree(children.begin(), middle, layout),
         innerTree(middle, children.end(), layout) };
@@ -311,10 +313,10 @@ char32_t codePointBefore(const TextTree &tree, qint64 offset)
     return codePointUpTo(offset, [&](qint64 i) { return unitAt(tree, i); });
 }
 
-qint64 cutPlace(QStringView text, qint64 wanted)
+qint64 cutPlace(QStringView text, qint64 wanted, const NodeSizes &sizes)
 {
     const qint64 start = graphemeStart(text, wanted);
-    if (wanted - start <= TextLeaf::minSize())
+    if (wanted - start <= sizes.fewestUnits())
         return start;
     return isPair(text[wanted - 1].unicode(), text[wanted].unicode()) ? wanted - 1 : wanted;
 }

@@ -6,20 +6,20 @@
 
 /// Editing of trees as values: what goes in is used up, nodes that nobody else holds are used again.
 ///
-/// Invariants: all leaves are equally deep; a node has minCount..maxCount children, the root two or more; a
-/// leaf has minSize..maxSize units, a lone one 1 or more; a surrogate pair lies within one leaf; a leaf is
-/// wide only if a unit of it needs that.
+/// Invariants: all leaves are equally deep; nodes are of the sizes the layout tells, but the root has two
+/// children or more, and a lone leaf one unit or more; a surrogate pair lies within one leaf; a leaf is wide
+/// only if a unit of it needs that.
 ///
 /// A leaf is laid out without a look at its neighbours, and so leaves are cut between characters as people
-/// see them. Only one of more than minSize units, or a row of flags as long, may be cut inside, where editing
-/// happens to do so: it may then be wrapped there, and no edit has to walk through it.
+/// see them. Only one of more than sizes().fewestUnits(), or a row of flags as long, may be cut inside, where
+/// editing happens to do so: it may then be wrapped there, and no edit has to walk through it.
 
 /// A tree of one leaf; of none for an empty text.
 TextTree leafTree(TextNodeRef leaf, const TextLayout &layout);
 /// The tree under a node, its text measured by `layout` as far as it was not.
 TextTree treeUnder(TextNodeRef node, const TextLayout &layout);
-/// A node over 1..2 * maxCount trees of one height, or two nodes under a root if that is too many; the tree
-/// itself if there is but one.
+/// A node over 1..2 * sizes().children trees of one height, or two nodes under a root if that is too many;
+/// the tree itself if there is but one.
 TextTree parentOf(TextTrees &&children, const TextLayout &layout);
 
 /// Both texts in a row. O(log n).
@@ -78,8 +78,8 @@ inline bool isPair(char16_t before, char16_t behind)
     return QChar::isHighSurrogate(before) && QChar::isLowSurrogate(behind);
 }
 /// The last place up to `wanted` at which a text, itself the start of a leaf, may be cut into leaves; at most
-/// minSize units before it. Units behind `wanted` are looked at as far as they are there.
-qint64 cutPlace(QStringView text, qint64 wanted);
+/// sizes.fewestUnits() before it. Units behind `wanted` are looked at as far as they are there.
+qint64 cutPlace(QStringView text, qint64 wanted, const NodeSizes &sizes);
 /// Whether a character may go on from the end of one text into the next.
 bool joinsAcross(const TextTree &left, const TextTree &right);
 

@@ -15,7 +15,7 @@ constexpr qint64 aheadOfCut = 2;
 
 void TreeBuilder::append(QByteArrayView latin1)
 {
-    const qint64 full = TextLeaf::maxSize();
+    const qint64 full = m_layout.sizes().leafUnits;
     while (!latin1.isEmpty()) {
         if (pending() == 0 && latin1.size() >= full && !isAnySpelled()) {
             addLeaf(TextLeaf::fromText(latin1.first(full)));
@@ -35,10 +35,11 @@ void TreeBuilder::append(QByteArrayView latin1)
 
 void TreeBuilder::append(QStringView text)
 {
+    const qint64 full = m_layout.sizes().leafUnits;
     while (!text.isEmpty()) {
         widen();
         if (m_units.isEmpty() && text.size() >= room() && !isAnySpelled()) {
-            const qint64 cut = cutPlace(text, TextLeaf::maxSize());
+            const qint64 cut = cutPlace(text, full, m_layout.sizes());
             addLeaf(TextLeaf::fromText(text.first(cut)));
             text = text.sliced(cut);
             continue;
@@ -69,7 +70,7 @@ std::optional<QByteArray> TreeBuilder::lastSpelling() const
 /// Units that are still to come before a leaf is made of what is pending.
 qint64 TreeBuilder::room() const
 {
-    return TextLeaf::maxSize() + (m_wide ? aheadOfCut : 0) - pending();
+    return m_layout.sizes().leafUnits + (m_wide ? aheadOfCut : 0) - pending();
 }
 
 /// From here on what is pending is held as UTF-16.
@@ -90,8 +91,8 @@ void TreeBuilder::flush()
         m_bytes.resize(0);
         return;
     }
-    const qint64 full = TextLeaf::maxSize();
-    const qint64 cut = m_units.size() > full ? cutPlace(m_units, full) : m_units.size();
+    const qint64 full = m_layout.sizes().leafUnits;
+    const qint64 cut = m_units.size() > full ? cutPlace(m_units, full, m_layout.sizes()) : m_units.size();
     addPendingLeaf(TextLeaf::fromText(QStringView(m_units).first(cut)));
     m_units.remove(0, cut);
     narrow();
@@ -156,7 +157,7 @@ void TreeBuilder::add(TextTree &&tree, size_t height)
     if (m_levels.size() <= height)
         m_levels.resize(height + 1);
     m_levels[height].append(std::move(tree));
-    if (m_levels[height].size() < TextInner::maxCount())
+    if (m_levels[height].size() < m_layout.sizes().children)
         return;
     TextTree parent = parentOf(std::move(m_levels[height]), m_layout);
     m_levels[height].clear();

@@ -20,8 +20,8 @@ void checkSummary(const TextSummary &kept, const TextSummary &right)
 void checkLeaf(const TextTree &tree, bool isRoot, const TextLayout &layout)
 {
     const TextLeaf &leaf = leafOf(tree);
-    Q_ASSERT(leaf.size >= (isRoot ? 1 : TextLeaf::minSize()));
-    Q_ASSERT(leaf.size <= TextLeaf::maxSize() && leaf.size <= leaf.capacity);
+    Q_ASSERT(leaf.size >= (isRoot ? 1 : layout.sizes().fewestUnits()));
+    Q_ASSERT(leaf.size <= layout.sizes().leafUnits && leaf.size <= leaf.capacity);
     const auto isWide = [](QChar unit) { return unit.unicode() > 0xff; };
     Q_ASSERT(!leaf.wide || std::any_of(leaf.utf16().begin(), leaf.utf16().end(), isWide));
     if (leaf.spellings) {
@@ -37,7 +37,8 @@ void checkNode(const TextTree &tree, bool isRoot, const TextLayout &layout)
     if (tree.isLeaf())
         return checkLeaf(tree, isRoot, layout);
     const TextInner &node = innerOf(tree);
-    Q_ASSERT(node.count >= (isRoot ? 2 : TextInner::minCount()) && node.count <= TextInner::maxCount());
+    Q_ASSERT(node.count >= (isRoot ? 2 : layout.sizes().fewestChildren())
+        && node.count <= layout.sizes().children);
     Q_ASSERT(node.stamp == layout.stamp());
     TextTree again = tree;
     summarise(again, layout);

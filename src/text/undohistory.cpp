@@ -307,7 +307,7 @@ void UndoHistory::replace(
         return;
     d->startEdit(store);
     TextPiece gone = store.exchange(offset, removed, inserted);
-    d->recordEdit(offset, std::move(gone), TextPiece(inserted), joining);
+    d->recordEdit(offset, std::move(gone), TextPiece(inserted, store.nodeSizes()), joining);
 }
 
 void UndoHistory::replace(

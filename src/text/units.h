@@ -10,13 +10,6 @@ struct RowCol {
     friend auto operator<=>(const RowCol &, const RowCol &) = default;
 };
 
-/// A place in the text as the file has it: `line` counts LF-ended lines, `column` UTF-16 units; both from 0.
-struct LineCol {
-    qint64 line = 0;
-    qint64 column = 0;
-    friend auto operator<=>(const LineCol &, const LineCol &) = default;
-};
-
 /// Where a cursor stands. Between two rows of a wrapped line one offset is two places: the end of the upper
 /// row and the start of the lower one. Anywhere else `atRowEnd` says nothing.
 struct CursorPlace {

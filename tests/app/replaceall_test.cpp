@@ -6,6 +6,7 @@
 #include "tests/testprogram.h"
 #include "tests/text/naivesearch.h"
 #include "tests/text/textalphabet.h"
+#include "tests/text/tinynodes.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -52,7 +53,9 @@ public:
 
     void setText(const QString &text)
     {
-        m_editor.setText(text);
+        TextStore::Builder builder(m_editor.layoutRule(), nodesOf(16));
+        builder.append(QStringView(text));
+        m_editor.setText(builder.finish());
         m_naive.emplace(m_editor.layoutRule(), text);
     }
     /// A text to look for, some of which are there.
@@ -127,8 +130,6 @@ class ReplaceAllTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { TextStore::setLeafCapacity(16); }
-
     void searches_data() { addRandomRows(); }
     void searches();
     void replacesAll_data() { addRandomRows(); }

@@ -4,6 +4,7 @@
 #include "tests/codec/storedbytes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
+#include "tests/text/tinynodes.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -16,7 +17,7 @@ namespace {
 /// characters have the same bytes everywhere.
 QByteArray partOf(const TextCodec &codec, const TextStore &store, qint64 from, qint64 units)
 {
-    TextStore part;
+    TextStore part({}, store.nodeSizes());
     part.insert(0, store.piece(from, units));
     return storedBytes(codec, part);
 }
@@ -118,6 +119,8 @@ QString typedText(QRandomGenerator &random)
     return typed[random.bounded(int{ std::size(typed) })];
 }
 
+const TextCuts tiny{ .sizes = nodesOf(8) };
+
 quint32 seed()
 {
     return seedOr(20040229);
@@ -130,8 +133,6 @@ class SpellingsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { TextStore::setLeafCapacity(8); }
-    void cleanupTestCase() { TextStore::setLeafCapacity(4096); }
     void plainTextHasNone();
     void surviveEditsBeside_data();
     void surviveEditsBeside();
@@ -148,7 +149,6 @@ private slots:
 
 void SpellingsTest::plainTextHasNone()
 {
-    TextStore::setLeafCapacity(4096);
     const TextCodec &codec = *TextCodec::codecForName("JIS7");
     const QByteArray bytes = QByteArray("plain \x1B$B0!0!\x1B(B\n").repeated(50);
     const TextStore store = storeOf(codec, bytes);
@@ -210,7 +210,7 @@ void SpellingsTest::surviveEditsBeside()
     QFETCH(QString, inserted);
     QFETCH(QByteArray, result);
     const TextCodec &c = *TextCodec::codecForName(codec);
-    TextStore store = storeOf(c, bytes);
+    TextStore store = storeOf(c, bytes, tiny);
     QCOMPARE(storedBytes(c, store).toPercentEncoding(), bytes.toPercentEncoding());
     store.replace(offset, removed, inserted);
     QCOMPARE(storedBytes(c, store).toPercentEncoding(), result.toPercentEncoding());
@@ -231,7 +231,7 @@ void SpellingsTest::singleEdits()
     QRandomGenerator random(seed());
     for (int i = 0; i < 4000; ++i) {
         const QByteArray bytes = nastyBytes(random);
-        TextStore store = storeOf(c, bytes);
+        TextStore store = storeOf(c, bytes, tiny);
         const qint64 offset = random.bounded(int(store.length()) + 1);
         const qint64 removed = random.bounded(qMin(5, int(store.length() - offset) + 1));
         if (cutsPair(store, offset) || cutsPair(store, offset + removed))
@@ -255,7 +255,7 @@ void SpellingsTest::singleEditsInJis()
     QRandomGenerator random(seed());
     for (int i = 0; i < 20000; ++i) {
         const QByteArray bytes = nastyBytes(random);
-        TextStore store = storeOf(c, bytes);
+        TextStore store = storeOf(c, bytes, tiny);
         const JisReader reader(bytes);
         const auto &units = reader.units();
         QVERIFY(qint64(units.size()) == store.length() || units.back().code.isEmpty());
@@ -293,7 +293,7 @@ void SpellingsTest::undoAndRedo()
     QRandomGenerator random(seed());
     for (int i = 0; i < 150; ++i) {
         const QByteArray bytes = nastyBytes(random, 200);
-        TextStore store = storeOf(c, bytes);
+        TextStore store = storeOf(c, bytes, tiny);
         UndoHistory history(4); // so that some steps become one
         QByteArrayList written{ bytes };
         for (int step = 0; step < 8; ++step) {
@@ -329,7 +329,7 @@ void SpellingsTest::cutAndPaste()
     QRandomGenerator random(seed());
     for (int i = 0; i < 1000; ++i) {
         const QByteArray bytes = nastyBytes(random, 200);
-        TextStore store = storeOf(c, bytes);
+        TextStore store = storeOf(c, bytes, tiny);
         const qint64 offset = random.bounded(int(store.length()) + 1);
         const qint64 length = random.bounded(int(store.length() - offset) + 1);
         const TextPiece piece = store.take(offset, length);
@@ -363,7 +363,7 @@ void SpellingsTest::anotherCodeGetsNoBytes()
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArray, other);
     QFETCH(QByteArray, result);
-    const TextStore store = storeOf(*TextCodec::codecForName(codec), bytes);
+    const TextStore store = storeOf(*TextCodec::codecForName(codec), bytes, tiny);
     const TextCodec &to = *TextCodec::codecForName(other);
     QCOMPARE(
         storedBytes(to, store, TextCodec::AsRead::Nothing).toPercentEncoding(), result.toPercentEncoding());

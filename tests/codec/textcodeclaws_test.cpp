@@ -4,6 +4,7 @@
 #include "tests/codec/storedbytes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
+#include "tests/text/tinynodes.h"
 
 #include <QRandomGenerator>
 #include <QSet>
@@ -73,7 +74,6 @@ class TextCodecLawsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void cleanup();
     void secondCodesAreKnown_data();
     void secondCodesAreKnown();
     void shortStrings_data();
@@ -93,12 +93,6 @@ private slots:
     void everyCharacterOfJapaneseSetsComesBack_data();
     void everyCharacterOfJapaneseSetsComesBack();
 };
-
-void TextCodecLawsTest::cleanup()
-{
-    TextStore::setLeafCapacity(4096);
-    TextCodec::setBlockUnits(65536);
-}
 
 void TextCodecLawsTest::secondCodesAreKnown_data()
 {
@@ -227,11 +221,9 @@ void TextCodecLawsTest::randomBuffersCutAnyhow()
     const TextCodec *c = TextCodec::codecForName(codec);
     const QByteArray mark = markOf(*c);
     QRandomGenerator random(seed());
-    TextStore::setLeafCapacity(8);
     for (int i = 0; i < 4000; ++i) {
         const QByteArray bytes = mark + nastyBytes(random, 200);
-        TextCodec::setBlockUnits(1 + random.bounded(70));
-        const TextStore store = storeOf(*c, bytes);
+        const TextStore store = storeOf(*c, bytes, { nodesOf(8), 1 + random.bounded(70) });
         store.checkInvariants();
         QCOMPARE(storedBytes(*c, store).toHex(' '), bytes.toHex(' '));
     }

@@ -4,6 +4,7 @@
 #include "tests/testprogram.h"
 #include "tests/text/modelstore.h"
 #include "tests/text/textalphabet.h"
+#include "tests/text/tinynodes.h"
 
 #include <QTest>
 
@@ -18,8 +19,8 @@ QString textOf(const TextChunk &chunk)
 /// asked for nothing but text in between; and its model.
 class NearEdits {
 public:
-    NearEdits(quint32 seed, const LayoutRule &rule, const QStringList &alphabet)
-        : m_store(rule)
+    NearEdits(quint32 seed, const LayoutRule &rule, const NodeSizes &sizes, const QStringList &alphabet)
+        : m_store(rule, sizes)
         , m_model(rule)
         , m_random(seed, alphabet)
     {
@@ -128,8 +129,6 @@ class NearEditsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void cleanup() { TextStore::setLeafCapacity(4096); }
-
     void randomRuns_data();
     void randomRuns();
     void leavesDivide_data();
@@ -168,9 +167,9 @@ void NearEditsTest::randomRuns()
     QFETCH(const Subpixels, limit);
     QFETCH(const QStringList, alphabet);
 
-    TextStore::setLeafCapacity(capacity);
     static const AdvanceTable table(hurtingWidth);
-    NearEdits edits(seed, { &table, 4 * subpixelsPerPixel, limit * subpixelsPerPixel }, alphabet);
+    NearEdits edits(
+        seed, { &table, 4 * subpixelsPerPixel, limit * subpixelsPerPixel }, nodesOf(capacity), alphabet);
     for (int run = 0; run < 40 && !QTest::currentTestFailed(); ++run)
         edits.run();
     if (!QTest::currentTestFailed())
@@ -195,8 +194,7 @@ void NearEditsTest::leavesDivide()
     QFETCH(const QString, inserted);
     QFETCH(const int, step);
 
-    TextStore::setLeafCapacity(8);
-    TextStore store({ nullptr, 8 * subpixelsPerPixel, 10 * subpixelsPerPixel });
+    TextStore store({ nullptr, 8 * subpixelsPerPixel, 10 * subpixelsPerPixel }, nodesOf(8));
     QString text;
     qint64 at = 0;
     for (int i = 0; i < 300; ++i) {

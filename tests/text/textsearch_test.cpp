@@ -2,6 +2,7 @@
 #include "tests/testprogram.h"
 #include "tests/text/naivesearch.h"
 #include "tests/text/textalphabet.h"
+#include "tests/text/tinynodes.h"
 #include "text/textsearch.h"
 
 #include <QTest>
@@ -35,7 +36,7 @@ QStringList latinLetters()
 
 TextStore storeOf(const QString &text, const LayoutRule &rule = {})
 {
-    TextStore store(rule);
+    TextStore store(rule, nodesOf(100));
     store.replace(0, 0, text);
     return store;
 }
@@ -64,8 +65,6 @@ QString drawn(const ModelStore &model, const std::optional<RowHit> &hit)
 class TextSearchTest : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() { TextStore::setLeafCapacity(100); }
-
     void foldsAsTheToolkit_data();
     void foldsAsTheToolkit();
     void findsWhatStringsFind_data();

@@ -24,8 +24,6 @@ class TextStoreTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void cleanup();
-
     void emptyStore();
     void rows_data();
     void rows();
@@ -43,11 +41,6 @@ private slots:
     void billionsOfColumns();
     void movedStore();
 };
-
-void TextStoreTest::cleanup()
-{
-    TextStore::setLeafCapacity(4096);
-}
 
 void TextStoreTest::emptyStore()
 {
@@ -102,8 +95,7 @@ void TextStoreTest::rows()
     QFETCH(const QString, text);
     QFETCH(const QString, drawn);
     for (const int capacity : { 4, 5, 4096 }) {
-        TextStore::setLeafCapacity(capacity);
-        const TextStore store = storeOf(text, ruleOf(Widths::Hurting, limit));
+        const TextStore store = storeOf(text, ruleOf(Widths::Hurting, limit), nodesOf(capacity));
         QCOMPARE(drawRows(store), drawn);
         ModelStore model(ruleOf(Widths::Hurting, limit));
         model.setText(text);
@@ -139,14 +131,13 @@ void TextStoreTest::columnAt()
 
 void TextStoreTest::builderCuts()
 {
-    TextStore::setLeafCapacity(4);
     const QString text = QStringLiteral("ab\U0001f600\nc\U0001f600\U0001f600W\u3042\u00ff\tx");
     const LayoutRule rule = ruleOf(Widths::Hurting, 3);
     ModelStore model(rule);
     model.setText(text);
     for (qsizetype first = 0; first <= text.size(); ++first) {
         for (qsizetype second = first; second <= text.size(); ++second) {
-            TextStore::Builder builder(rule);
+            TextStore::Builder builder(rule, nodesOf(4));
             builder.append(QStringView(text).first(first));
             builder.append(QStringView(text).sliced(first, second - first));
             builder.append(QStringView(text).sliced(second));
@@ -174,8 +165,7 @@ void TextStoreTest::builderStartsAnew()
 
 void TextStoreTest::narrowLeaves()
 {
-    TextStore::setLeafCapacity(8);
-    TextStore store;
+    TextStore store({}, nodesOf(8));
     store.replace(0, 0, QString(20, u'a'));
     QVERIFY(store.chunkAt(0).isLatin1());
     store.replace(3, 0, u"\u3042");
@@ -188,10 +178,9 @@ void TextStoreTest::narrowLeaves()
 
 void TextStoreTest::chunks()
 {
-    TextStore::setLeafCapacity(4);
     RandomText random(11);
     const QString text = random.text(100);
-    const TextStore store = storeOf(text);
+    const TextStore store = storeOf(text, {}, nodesOf(4));
     const auto textOf = [](const TextChunk &chunk) {
         return chunk.isLatin1() ? QString(QLatin1StringView(chunk.latin1)) : chunk.utf16.toString();
     };
@@ -241,9 +230,8 @@ void TextStoreTest::pairsStayWhole()
     QFETCH(const qint64, removed);
     QFETCH(const QString, inserted);
     for (const Subpixels limit : { 0, 1, 3 }) {
-        TextStore::setLeafCapacity(4);
         const LayoutRule rule = ruleOf(Widths::Hurting, limit);
-        TextStore store = storeOf(text, rule);
+        TextStore store = storeOf(text, rule, nodesOf(4));
         ModelStore model(rule);
         model.setText(text);
         store.replace(offset, removed, inserted);
@@ -254,17 +242,15 @@ void TextStoreTest::pairsStayWhole()
 
 void TextStoreTest::sharedPiecesKeepTheirText()
 {
-    TextStore::setLeafCapacity(4);
     RandomText random(3);
     const QString text = random.text(200);
-    TextStore store = storeOf(text, ruleOf(Widths::Hurting, 7));
+    TextStore store = storeOf(text, ruleOf(Widths::Hurting, 7), nodesOf(4));
     const TextPiece all = store.piece(0, store.length());
     for (int step = 0; step < 100; ++step)
         store.replace(random.below(store.length()), 1, random.text(1));
     QVERIFY(store.text() != text);
     QCOMPARE(all.text(), text);
-    QVERIFY(all.memory() >= text.size());
-    store = TextStore(ruleOf(Widths::Hurting, 7));
+    store = TextStore(ruleOf(Widths::Hurting, 7), nodesOf(4));
     store.insert(0, all);
     QCOMPARE(store.text(), text);
     store.checkInvariants();
@@ -272,22 +258,21 @@ void TextStoreTest::sharedPiecesKeepTheirText()
 
 void TextStoreTest::manyPiecesJoined()
 {
-    TextStore::setLeafCapacity(4);
     TextPiece piece;
     QCOMPARE(piece.length(), 0);
     QString text;
     for (int i = 0; i < 200; ++i) {
         const QString typed(QChar(i % 3 ? u'a' : u'\u3042'));
         if (i % 2) {
-            piece.append(TextPiece(typed));
+            piece.append(TextPiece(typed, nodesOf(4)));
             text.append(typed);
         } else {
-            piece.prepend(TextPiece(typed));
+            piece.prepend(TextPiece(typed, nodesOf(4)));
             text.prepend(typed);
         }
     }
     QCOMPARE(piece.text(), text);
-    TextStore store(ruleOf(Widths::Hurting, 3));
+    TextStore store(ruleOf(Widths::Hurting, 3), nodesOf(4));
     store.insert(0, piece);
     ModelStore model(ruleOf(Widths::Hurting, 3));
     model.setText(text);
@@ -319,7 +304,7 @@ void TextStoreTest::billionsOfRows()
     QCOMPARE(store.rowOfLine(line), 2 * line);
     QCOMPARE(store.lineOfRow(2 * line + 1), line);
     QCOMPARE(store.row(2 * line + 1).start, 7 * line + 3);
-    QCOMPARE(store.offsetAt({ 2 * line + 1, 2 }), 7 * line + 5);
+    QCOMPARE(store.placeAt({ 2 * line + 1, 2 }).offset, 7 * line + 5);
     store.replace(7 * line + 1, 0, u"\n");
     QCOMPARE(store.rowCount(), 2 * billions + 2);
     QCOMPARE(store.text(7 * line, 8), u"a\naaaaa\n"_s);

@@ -7,8 +7,8 @@ namespace {
 /// One store and its model, changed alike at random.
 class Pair {
 public:
-    Pair(quint32 seed, const LayoutRule &rule, const QStringList &alphabet)
-        : store(rule)
+    Pair(quint32 seed, const LayoutRule &rule, const NodeSizes &sizes, const QStringList &alphabet)
+        : store(rule, sizes)
         , model(rule)
         , random(seed, alphabet)
     {
@@ -68,9 +68,9 @@ private:
         TextPiece piece = store.piece(offset, random.below(qMin<qint64>(100, model.length() - offset + 1)));
         const QString text = random.text(random.below(6));
         if (random.chance(2))
-            piece.append(TextPiece(text));
+            piece.append(TextPiece(text, store.nodeSizes()));
         else
-            piece.prepend(TextPiece(text));
+            piece.prepend(TextPiece(text, store.nodeSizes()));
         insert(piece);
         insert(piece);
     }
@@ -84,7 +84,7 @@ private:
     {
         if (!random.chance(3))
             return store.setLayoutRule(model.layoutRule());
-        store = storeOf(model.text(), model.layoutRule());
+        store = storeOf(model.text(), model.layoutRule(), store.nodeSizes());
     }
 };
 
@@ -103,19 +103,12 @@ class TextStoreRandomTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void cleanup();
-
     void randomEdits_data();
     void randomEdits();
     void longLines_data();
     void longLines();
     void ruleChangesWhilePiecesLive();
 };
-
-void TextStoreRandomTest::cleanup()
-{
-    TextStore::setLeafCapacity(4096);
-}
 
 void TextStoreRandomTest::randomEdits_data()
 {
@@ -154,8 +147,7 @@ void TextStoreRandomTest::randomEdits()
     QFETCH(const Subpixels, limit);
     QFETCH(const QStringList, alphabet);
 
-    TextStore::setLeafCapacity(capacity);
-    Pair pair(seed, ruleOf(Widths(widths), limit, limit == 80 ? 3 : 8), alphabet);
+    Pair pair(seed, ruleOf(Widths(widths), limit, limit == 80 ? 3 : 8), nodesOf(capacity), alphabet);
     for (int step = 0; step < 60 && !QTest::currentTestFailed(); ++step) {
         pair.change();
         compareSome(pair.store, pair.model, pair.random, 5);
@@ -191,13 +183,12 @@ void TextStoreRandomTest::longLines()
     QFETCH(const Subpixels, limit);
     QFETCH(const int, lineEvery);
 
-    TextStore::setLeafCapacity(capacity);
     RandomText random(seed, without({ QStringLiteral("\n") }));
     QString text = random.text(3000);
     for (qsizetype at = lineEvery; lineEvery > 0 && at < text.size(); at += lineEvery)
         text.insert(at, u'\n');
     const LayoutRule rule = ruleOf(Widths::Hurting, limit);
-    TextStore store = storeOf(text, rule);
+    TextStore store = storeOf(text, rule, nodesOf(capacity));
     ModelStore model(rule);
     model.setText(text);
     compareSome(store, model, random, 20);
@@ -214,10 +205,9 @@ void TextStoreRandomTest::longLines()
 /// What was cut out under one rule is put in under another.
 void TextStoreRandomTest::ruleChangesWhilePiecesLive()
 {
-    TextStore::setLeafCapacity(4);
     RandomText random(7);
     QString text = random.text(300);
-    TextStore store = storeOf(text, ruleOf(Widths::Hurting, 3));
+    TextStore store = storeOf(text, ruleOf(Widths::Hurting, 3), nodesOf(4));
     ModelStore model;
     model.setText(text);
     const TextPiece copied = store.piece(20, 150);
@@ -228,7 +218,7 @@ void TextStoreRandomTest::ruleChangesWhilePiecesLive()
         store.setLayoutRule(rule);
         model.setLayoutRule(rule);
         QCOMPARE(store.layoutRule(), rule);
-        cut.append(TextPiece(u"ab\nW"));
+        cut.append(TextPiece(u"ab\nW", nodesOf(4)));
         store.insert(33, cut);
         model.replace(33, 0, cut.text());
         store.insert(7, copied);

@@ -5,6 +5,7 @@
 #include "tests/testprogram.h"
 #include "tests/text/modelstore.h"
 #include "tests/text/textalphabet.h"
+#include "tests/text/tinynodes.h"
 
 #include <QTest>
 
@@ -16,9 +17,9 @@ LayoutRule ruleOf(Subpixels limitPixels)
     return { &widths, 3 * subpixelsPerPixel, limitPixels * subpixelsPerPixel };
 }
 
-TextStore storeOf(const QString &text, const LayoutRule &rule)
+TextStore storeOf(const QString &text, const LayoutRule &rule, const NodeSizes &sizes = {})
 {
-    TextStore::Builder builder(rule);
+    TextStore::Builder builder(rule, sizes);
     builder.append(QStringView(text));
     return builder.finish();
 }
@@ -57,8 +58,8 @@ void compare(const TextStore &store, const ModelStore &model)
 
 /// A store and its model, changed alike.
 struct Pair {
-    explicit Pair(const LayoutRule &rule)
-        : store(rule)
+    Pair(const LayoutRule &rule, const NodeSizes &sizes)
+        : store(rule, sizes)
         , model(rule)
     {
     }
@@ -96,8 +97,6 @@ class TextWrappingTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void cleanup() { TextStore::setLeafCapacity(4096); }
-
     void rows_data();
     void rows();
     void randomEdits_data();
@@ -138,10 +137,9 @@ void TextWrappingTest::rows()
     QString text = drawn;
     text.remove(u'/').replace(u'|', u'\n');
     for (const int capacity : { 64, 4096 }) {
-        TextStore::setLeafCapacity(capacity);
-        QCOMPARE(drawRows(storeOf(text, ruleOf(limit))), drawn);
+        QCOMPARE(drawRows(storeOf(text, ruleOf(limit), nodesOf(capacity))), drawn);
         const QString before = QString(61, u'a') + u'\n';
-        QCOMPARE(drawRows(storeOf(before + text, ruleOf(limit))).section(u'|', 1), drawn);
+        QCOMPARE(drawRows(storeOf(before + text, ruleOf(limit), nodesOf(capacity))).section(u'|', 1), drawn);
     }
 }
 
@@ -167,9 +165,8 @@ void TextWrappingTest::randomEdits()
     QFETCH(const int, capacity);
     QFETCH(const Subpixels, limit);
 
-    TextStore::setLeafCapacity(capacity);
     RandomText random(seed, joiningCharacters() + hurtingCharacters() + hurtingCharacters());
-    Pair pair(ruleOf(limit));
+    Pair pair(ruleOf(limit), nodesOf(capacity));
     for (int step = 0; step < 60 && !QTest::currentTestFailed(); ++step) {
         const bool isLarge = random.chance(6);
         const qint64 offset = random.below(pair.model.length() + 1);
@@ -181,20 +178,19 @@ void TextWrappingTest::randomEdits()
     }
     if (QTest::currentTestFailed())
         return;
-    compare(storeOf(pair.model.text(), pair.model.layoutRule()), pair.model);
+    compare(storeOf(pair.model.text(), pair.model.layoutRule(), nodesOf(capacity)), pair.model);
 }
 
 /// A text comes in blocks, in bytes where it can, and is cut anywhere.
 void TextWrappingTest::builderCuts()
 {
-    TextStore::setLeafCapacity(16);
     const QString text =
         QStringLiteral("abcdefghijklmno\u0301qrstuvwxyzabcde\u0301\U0001f600\u200d\u2764ab\n"
                        "\U0001f1eb\U0001f1f7\U0001f1eb\U0001f1f7\U0001f1eb\U0001f1f7aa\ua823b");
     ModelStore model(ruleOf(5));
     model.setText(text);
     for (qsizetype first = 0; first <= text.size(); ++first) {
-        TextStore::Builder builder(ruleOf(5));
+        TextStore::Builder builder(ruleOf(5), nodesOf(16));
         const auto append = [&](QStringView part) {
             const QByteArray bytes = part.toLatin1();
             QLatin1StringView(bytes) == part ? builder.append(QByteArrayView(bytes)) : builder.append(part);
@@ -238,11 +234,10 @@ void TextWrappingTest::seams()
     QFETCH(const QString, left);
     QFETCH(const QString, inserted);
     QFETCH(const QString, right);
-    TextStore::setLeafCapacity(16);
     for (int before = 8; before < 40; ++before) {
         const QString text = QString(before, u'a') + left + QStringLiteral("--") + right + QString(30, u'b');
         const qint64 at = before + left.size();
-        Pair pair(ruleOf(3));
+        Pair pair(ruleOf(3), nodesOf(16));
         pair.replace(0, 0, text);
         pair.replace(at, 2, inserted);
         compare(pair.store, pair.model);
