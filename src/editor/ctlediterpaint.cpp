@@ -96,7 +96,7 @@ QString ctlEditer::rowNumber(qint64 row) const
     const qint64 start = store().row(row).start;
     if (start > 0 && store().at(start - 1) != u'\n')
         return {};
-    const qint64 number = appSettings().WrapMode == 0 ? row : store().lineOfRow(row);
+    const qint64 number = appSettings().WrapMode == 0 ? row : store().lineOfRow(row).value();
     return QString::number(number + 1).rightJustified(rowNumberDigits).right(rowNumberDigits);
 }
 

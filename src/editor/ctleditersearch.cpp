@@ -61,7 +61,7 @@ bool ctlEditer::searchBackward(
 void ctlEditer::jumpToLine(qint64 number)
 {
     if (number >= 1 && number <= store().lineCount())
-        setCursorPosition(store().rowOfLine(number - 1), 0);
+        setCursorPosition(store().rowOfLine(LineIndex(number - 1)), 0);
 }
 
 void ctlEditer::jumpToLastEdit()

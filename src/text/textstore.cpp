@@ -341,27 +341,32 @@ bool TextStore::fitsInRow(qint64 offset, qint64 length) const
     return isWhole && d->layout.isWithinLimit(text(offset, length));
 }
 
-qint64 TextStore::lineAt(qint64 offset) const
+LineIndex TextStore::lineAt(qint64 offset) const
 {
     Q_ASSERT(d->isInside(offset));
-    return d->tree().isEmpty() ? 0 : linesBefore(d->tree(), offset);
+    return LineIndex(d->tree().isEmpty() ? 0 : linesBefore(d->tree(), offset));
 }
 
-qint64 TextStore::lineStart(qint64 line) const
+qint64 TextStore::lineStart(LineIndex line) const
 {
-    Q_ASSERT(line >= 0 && line < lineCount());
-    return behindLine(d->tree(), line);
+    Q_ASSERT(line >= LineIndex() && line <= lastLine());
+    return behindLine(d->tree(), line.value());
 }
 
-qint64 TextStore::rowOfLine(qint64 line) const
+qint64 TextStore::lineEnd(LineIndex line) const
 {
-    return d->layout.wraps() ? rowColAt(lineStart(line)).row : line;
+    return line < lastLine() ? lineStart(line + 1) - 1 : length();
 }
 
-qint64 TextStore::lineOfRow(qint64 row) const
+qint64 TextStore::rowOfLine(LineIndex line) const
+{
+    return d->layout.wraps() ? rowColAt(lineStart(line)).row : line.value();
+}
+
+LineIndex TextStore::lineOfRow(qint64 row) const
 {
     Q_ASSERT(row >= 0 && row < rowCount());
-    return d->layout.wraps() ? lineAt(d->rowStart(row)) : row;
+    return d->layout.wraps() ? lineAt(d->rowStart(row)) : LineIndex(row);
 }
 
 Subpixels TextStore::xAt(RowCol position) const

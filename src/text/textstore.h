@@ -136,12 +136,15 @@ public:
     /// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it.
     /// O(length).
     bool fitsInRow(qint64 offset, qint64 length) const;
-    qint64 lineAt(qint64 offset) const;
-    qint64 lineStart(qint64 line) const;
+    LineIndex lineAt(qint64 offset) const;
+    LineIndex lastLine() const { return LineIndex(lineCount() - 1); }
+    qint64 lineStart(LineIndex line) const;
+    /// Behind the line's last unit, its LF not counted.
+    qint64 lineEnd(LineIndex line) const;
     /// Row on which a logical line begins.
-    qint64 rowOfLine(qint64 line) const;
+    qint64 rowOfLine(LineIndex line) const;
     /// Logical line that a row is part of: the count of rows above it that end a line.
-    qint64 lineOfRow(qint64 row) const;
+    LineIndex lineOfRow(qint64 row) const;
 
     /// Distance from the row's start to `position`, tabs expanded; O(log n) also in a row of 100 million
     /// units.

@@ -2,6 +2,40 @@
 
 #include <QtGlobal>
 
+#include <compare>
+
+/// A place in the text, counted in one unit from 0. Places in different units do not convert into one
+/// another, nor into plain numbers unless they are asked to; the distance of two is a plain number.
+template <typename Unit> class Position {
+public:
+    constexpr Position() = default;
+    constexpr explicit Position(qint64 value)
+        : m_value(value)
+    {
+    }
+    constexpr qint64 value() const { return m_value; }
+
+    friend constexpr auto operator<=>(Position, Position) = default;
+    friend constexpr Position operator+(Position place, qint64 count)
+    {
+        return Position(place.m_value + count);
+    }
+    friend constexpr Position operator-(Position place, qint64 count)
+    {
+        return Position(place.m_value - count);
+    }
+    friend constexpr qint64 operator-(Position behind, Position before)
+    {
+        return behind.m_value - before.m_value;
+    }
+
+private:
+    qint64 m_value = 0;
+};
+
+/// A logical line: ended by LF, whatever wrapping makes of it.
+using LineIndex = Position<struct LineUnit>;
+
 /// A place in the text as the screen shows it. `row` counts display rows (wrapping makes several rows of one
 /// logical line), `column` counts UTF-16 units from the row's start; both from 0.
 struct RowCol {

@@ -1,7 +1,7 @@
 #include "widget/qmultilineedit_p.h"
 
-#include "widget/viewscrollbar.h"
 #include "text/cursorstops.h"
+#include "widget/viewscrollbar.h"
 
 void QMultiLineEdit::Private::beginOperation()
 {
@@ -87,8 +87,8 @@ void QMultiLineEdit::Private::repaintDamage()
         --first;
     qint64 last = store.rowCount() + visibleRows();
     if (store.rowCount() == damage.rowsBefore && store.lineCount() == damage.linesBefore) {
-        const qint64 line = store.lineAt(damage.change->offset + damage.change->inserted);
-        last = line + 1 < store.lineCount() ? store.rowOfLine(line + 1) - 1 : store.rowCount() - 1;
+        const LineIndex line = store.lineAt(damage.change->offset + damage.change->inserted);
+        last = line < store.lastLine() ? store.rowOfLine(line + 1) - 1 : store.rowCount() - 1;
     }
     updateRows(first, last);
 }

@@ -82,10 +82,9 @@ void QMultiLineEdit::Private::select(const QInputMethodEvent::Attribute &attribu
 
 TextRange QMultiLineEdit::Private::surroundings() const
 {
-    const qint64 line = store.lineAt(cursor.offset);
-    const qint64 lineEnd = line + 1 < store.lineCount() ? store.lineStart(line + 1) - 1 : store.length();
+    const LineIndex line = store.lineAt(cursor.offset);
     TextRange range = { qMax(store.lineStart(line), cursor.offset - shownUnits),
-        qMin(lineEnd, cursor.offset + shownUnits) };
+        qMin(store.lineEnd(line), cursor.offset + shownUnits) };
     if (range.start < range.end && QChar::isLowSurrogate(store.at(range.start)))
         ++range.start;
     if (range.start < range.end && QChar::isHighSurrogate(store.at(range.end - 1)))

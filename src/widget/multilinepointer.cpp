@@ -26,8 +26,8 @@ TextRange QMultiLineEdit::Private::unitAt(qint64 offset, Unit unit) const
     case Unit::Word:
         return wordAt(store, offset);
     case Unit::Line: {
-        const qint64 line = store.lineAt(offset);
-        const bool last = line + 1 == store.lineCount();
+        const LineIndex line = store.lineAt(offset);
+        const bool last = line == store.lastLine();
         return { store.lineStart(line), last ? store.length() : store.lineStart(line + 1) };
     }
     }

@@ -35,12 +35,20 @@ public:
     }
     const LayoutRule &layoutRule() const { return m_rule; }
 
-    qint64 lineCount() const { return lineAt(length()) + 1; }
-    qint64 lineAt(qint64 offset) const { return QStringView(m_text).first(offset).count(u'\n'); }
-    qint64 lineStart(qint64 line) const
+    qint64 lineCount() const { return m_text.count(u'\n') + 1; }
+    LineIndex lineAt(qint64 offset) const
+    {
+        return LineIndex(QStringView(m_text).first(offset).count(u'\n'));
+    }
+    qint64 lineEnd(LineIndex line) const
+    {
+        const qint64 end = m_text.indexOf(u'\n', lineStart(line));
+        return end < 0 ? m_text.size() : end;
+    }
+    qint64 lineStart(LineIndex line) const
     {
         qint64 start = 0;
-        for (; line > 0; --line)
+        for (; line > LineIndex(); line = line - 1)
             start = m_text.indexOf(u'\n', start) + 1;
         return start;
     }

@@ -41,9 +41,10 @@ inline void compareOffset(const TextStore &store, const ModelStore &model, qint6
     const RowCol place{ row, offset - model.rows().at(row).start };
     QCOMPARE(store.rowColAt(offset).row, place.row);
     QCOMPARE(store.rowColAt(offset).column, place.column);
-    const qint64 line = model.lineAt(offset);
+    const LineIndex line = model.lineAt(offset);
     QCOMPARE(store.lineAt(offset), line);
     QCOMPARE(store.lineStart(line), model.lineStart(line));
+    QCOMPARE(store.lineEnd(line), model.lineEnd(line));
     QCOMPARE(store.rowOfLine(line), model.rowAt(model.lineStart(line)));
     QCOMPARE(store.placeAt(place).offset, offset);
     QCOMPARE(store.xAt(place), model.xAt(place));

@@ -300,9 +300,9 @@ void TextStoreTest::billionsOfRows()
     QCOMPARE(store.lineCount(), billions + 1);
     QCOMPARE(store.rowCount(), 2 * billions + 1);
     const qint64 line = billions - 2;
-    QCOMPARE(store.lineStart(line), 7 * line);
-    QCOMPARE(store.rowOfLine(line), 2 * line);
-    QCOMPARE(store.lineOfRow(2 * line + 1), line);
+    QCOMPARE(store.lineStart(LineIndex(line)), 7 * line);
+    QCOMPARE(store.rowOfLine(LineIndex(line)), 2 * line);
+    QCOMPARE(store.lineOfRow(2 * line + 1), LineIndex(line));
     QCOMPARE(store.row(2 * line + 1).start, 7 * line + 3);
     QCOMPARE(store.placeAt({ 2 * line + 1, 2 }).offset, 7 * line + 5);
     store.replace(7 * line + 1, 0, u"\n");

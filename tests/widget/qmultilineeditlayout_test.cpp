@@ -273,8 +273,8 @@ void QMultiLineEditLayoutTest::topTextStays()
     edit.setWrapColumnOrWidth(20);
     edit.setText(longText());
     edit.setVisible(isVisible);
-    edit.setCursorPosition(edit.store().rowOfLine(70) + 2, 1);
-    edit.setTopRow(edit.store().rowOfLine(70) + 1);
+    edit.setCursorPosition(edit.store().rowOfLine(LineIndex(70)) + 2, 1);
+    edit.setTopRow(edit.store().rowOfLine(LineIndex(70)) + 1);
     const TextStore::Row before = edit.store().row(edit.topRow());
     const qint64 rowBefore = edit.topRow();
     const qint64 cursor = edit.cursorOffset();

@@ -299,7 +299,7 @@ void QMultiLineEditViewTest::cursorIsDrawnWhereItIsHit()
                 QCOMPARE(m_edit->offsetAt(cursor.center()), at);
         }
     }
-    QCOMPARE(m_edit->offsetAt({ 0, 10'000 }), m_edit->store().lineStart(3));
+    QCOMPARE(m_edit->offsetAt({ 0, 10'000 }), m_edit->store().lineStart(LineIndex(3)));
     m_edit->setXOffset(0);
     QCOMPARE(m_edit->offsetAt({ -50, -50 }), 0);
     QCOMPARE(m_edit->offsetAt({ 290, 2 }), 10);
@@ -390,7 +390,7 @@ void QMultiLineEditViewTest::fontChangeKeepsTheTopLine()
 {
     m_edit->setWordWrap(QMultiLineEdit::WidgetWidth);
     m_edit->setText(u"x"_s.repeated(20'000) + u'\n' + numbered(200));
-    const qint64 row = m_edit->store().rowOfLine(50);
+    const qint64 row = m_edit->store().rowOfLine(LineIndex(50));
     m_edit->setTopRow(row);
     m_edit->setCursorPosition(row + 2, 1);
     const qint64 cursor = m_edit->cursorOffset();
@@ -399,7 +399,7 @@ void QMultiLineEditViewTest::fontChangeKeepsTheTopLine()
     const qreal height = m_edit->rowHeight();
     m_edit->setFont(font);
     QVERIFY(m_edit->rowHeight() > height);
-    QCOMPARE(m_edit->store().lineOfRow(m_edit->topRow()), 50);
+    QCOMPARE(m_edit->store().lineOfRow(m_edit->topRow()), LineIndex(50));
     QCOMPARE(m_edit->cursorOffset(), cursor);
 }
 
