@@ -20,9 +20,27 @@ need() {
     [ -n "$missing" ] || return 0
     echo "Installing$missing"
     # shellcheck disable=SC2086 # the names are separate words
-    quietly as_root apt-get update \
-        && quietly as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $missing \
+    apt_get update && apt_get install -y --no-install-recommends $missing \
         || { echo "Could not install$missing; the lines above tell why." >&2; return 1; }
+}
+
+# apt_get ARGUMENT…: shows what apt-get prints only when it fails. While another holds one of its locks, as a new machine
+# does that updates itself, it waits. apt-get itself can wait for the lock of the packages only, not for that of the lists.
+apt_get() {
+    apt_log=$(mktemp)
+    apt_waited_for=
+    until as_root env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get "$@" >"$apt_log" 2>&1; do
+        held=$(sed -n 's/^E: Could not get lock //p' "$apt_log")
+        if [ -z "$held" ]; then
+            cat "$apt_log"
+            rm -f "$apt_log"
+            return 1
+        fi
+        [ "$held" = "$apt_waited_for" ] || echo "Waiting for the package manager, which is busy: $held"
+        apt_waited_for=$held
+        sleep 1
+    done
+    rm -f "$apt_log"
 }
 
 # quietly COMMAND…: shows what it prints only when it fails.
