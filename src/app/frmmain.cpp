@@ -3,8 +3,6 @@
 #include "app/documentarea.h"
 #include "app/fullscreen.h"
 #include "app/keymap.h"
-#include "app/screenclass.h"
-#include "settings/settings.h"
 #include "app/translation.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
@@ -12,6 +10,8 @@
 #include "platform/lastingfont.h"
 #include "platform/qpeapplication.h"
 #include "platform/resource.h"
+#include "platform/screenclass.h"
+#include "settings/settings.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -29,7 +29,7 @@ constexpr std::chrono::milliseconds firstDocumentDelay{ 200 };
 QFont applicationFont()
 {
     QFont font = QApplication::font();
-    font.setPointSize(isVga() ? 18 : 10);
+    font.setPointSize(forScreen(10, 18));
     return font;
 }
 
@@ -41,7 +41,6 @@ frmMain::frmMain(QWidget *parent, WindowDialogs dialogs)
     , m_fullScreen(new FullScreen(this))
 {
     setObjectName(u"frmMain"_s);
-    setVga(isVgaDisplay());
     new LastingFont(applicationFont(), this);
     // Now, while there are no parts of the window that would have to measure their texts twice.
     QCoreApplication::sendPostedEvents(this, QEvent::ApplicationFontChange);

@@ -3,7 +3,7 @@
 #include "app/flatmenubar.h"
 #include "platform/menu.h"
 #include "platform/resource.h"
-#include "settings/settings.h"
+#include "platform/screenclass.h"
 
 #include <QLayout>
 #include <QToolBar>
@@ -132,7 +132,7 @@ void frmMain::createToolBar()
 {
     m_toolBar = new QToolBar(this);
     m_toolBar->setMovable(false);
-    m_toolBar->setIconSize(isVga() ? vgaIconSize : smallIconSize);
+    m_toolBar->setIconSize(forScreen(smallIconSize, vgaIconSize));
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     addToolBar(m_toolBar);
     for (const ToolButton &button : toolButtons())

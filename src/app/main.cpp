@@ -1,6 +1,6 @@
 #include "app/frmmain.h"
+#include "app/largestdialog.h"
 #include "app/qpeapplicationesc.h"
-#include "app/screenclass.h"
 
 int main(int argc, char *argv[])
 {

@@ -1,6 +1,7 @@
 #include "editor/ctlediter.h"
 
 #include "editor/rowmarks.h"
+#include "platform/screenclass.h"
 #include "rows/fontmeasure.h"
 #include "rows/rowpainter.h"
 #include "settings/settings.h"
@@ -17,8 +18,8 @@ enum RowNumberSize { NoRowNumbers = 0, SmallRowNumbers = 1 };
 int rowNumberFontSize()
 {
     if (appSettings().RowNo == SmallRowNumbers)
-        return isVga() ? 5 : 3;
-    return isVga() ? 16 : 6;
+        return forScreen(3, 5);
+    return forScreen(6, 16);
 }
 
 LineEndMark lineEndMark(const RowLayout &layout, qint64 rowCount)

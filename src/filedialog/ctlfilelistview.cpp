@@ -1,9 +1,9 @@
 #include "filedialog/ctlfilelistview.h"
 
-#include "settings/settings.h"
 #include "filedialog/filelistdelegate.h"
-#include "platform/busypointer.h"
 #include "files/filename.h"
+#include "platform/busypointer.h"
+#include "platform/screenclass.h"
 
 #include <QApplication>
 #include <QDir>
@@ -17,8 +17,6 @@ namespace {
 
 constexpr std::array smallWidths{ 140, 50, 88 };
 constexpr std::array vgaWidths{ 245, 90, 140 };
-constexpr int smallHeaderFont = 6;
-constexpr int vgaHeaderFont = 14;
 
 /// The folder that holds `path`; "/" holds itself.
 QString folderAbove(const QString &path)
@@ -74,11 +72,11 @@ void ctlFileListView::setUpColumns()
 {
     setHeaderLabels({ tr("Name"), tr("Size"), tr("Date Modified") });
     QFont font = QApplication::font();
-    font.setPointSize(isVga() ? vgaHeaderFont : smallHeaderFont);
+    font.setPointSize(forScreen(6, 14));
     header()->setFont(font);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::Interactive);
-    const auto &widths = isVga() ? vgaWidths : smallWidths;
+    const auto &widths = forScreen(smallWidths, vgaWidths);
     for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column)
         header()->resizeSection(column, widths.at(size_t(column)));
     for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column) {

@@ -1,8 +1,8 @@
 #include "filedialog/fileicons.h"
 
-#include "settings/settings.h"
 #include "platform/picture.h"
 #include "platform/resource.h"
+#include "platform/screenclass.h"
 
 #include <QLatin1StringView>
 
@@ -80,7 +80,7 @@ FilePicture loadPicture(const QString &name, QSize smallSize)
     const QSize ownSize = Picture::named(name).size();
     if (ownSize.isEmpty())
         return {};
-    return { Resource::loadIcon(name), isVga() ? ownSize : smallSize };
+    return { Resource::loadIcon(name), forScreen(smallSize, ownSize) };
 }
 
 } // namespace

@@ -1,13 +1,14 @@
 #include "filedialog/frmfiledialog.h"
 
-#include "settings/settings.h"
 #include "filedialog/ctlfilelistview.h"
 #include "filedialog/filechoices.h"
 #include "files/filename.h"
+#include "platform/formparts.h"
 #include "platform/menu.h"
 #include "platform/messagebox.h"
 #include "platform/picture.h"
 #include "platform/resource.h"
+#include "platform/screenclass.h"
 #include "platform/scrolledform.h"
 
 #include <QAction>
@@ -25,24 +26,9 @@
 
 namespace {
 
-struct FormSizes {
-    int folderHeight;
-    QSize list;
-    int typeHeight;
-    int charCodeHeight;
-    int returnCodeHeight;
-    QSize button;
-};
-constexpr FormSizes smallSizes{ 20, { 210, 130 }, 18, 18, 18, { 60, 17 } };
-constexpr FormSizes vgaSizes{ 28, { 380, 210 }, 31, 31, 30, { 120, 28 } };
 constexpr int formMargin = 7;
 constexpr int formSpacing = 5;
 constexpr int startDelay = 100; // ms
-
-const FormSizes &formSizes()
-{
-    return isVga() ? vgaSizes : smallSizes;
-}
 
 /// Shows the folder; what is typed there has no effect, so Return does not press "OK" either.
 class FolderCombo : public QComboBox {
@@ -74,9 +60,9 @@ frmFileDialog::frmFileDialog(QWidget *parent, Mode mode, const QString &folder, 
     , m_favorites(new Menu(this))
     , m_list(new ctlFileListView)
     , m_name(new QLineEdit(name))
-    , m_type(createChoice(formSizes().typeHeight))
-    , m_charCode(createChoice(formSizes().charCodeHeight))
-    , m_returnCode(createChoice(formSizes().returnCodeHeight))
+    , m_type(createChoice(forScreen(18, 31)))
+    , m_charCode(createChoice(forScreen(18, 31)))
+    , m_returnCode(createChoice(forScreen(18, 30)))
 {
     setModal(true);
     setWindowTitle(mode == Open ? tr("Open") : tr("Save as"));
@@ -92,12 +78,10 @@ QWidget *frmFileDialog::createTopRow()
 {
     connect(m_favorites, &QMenu::triggered, this,
         [this](const QAction *action) { slotCmdMnuFavor(action->data().toInt()); });
-    m_folder->setEditable(true);
-    m_folder->setInsertPolicy(QComboBox::NoInsert);
-    m_folder->setCompleter(nullptr);
-    m_folder->setFixedHeight(formSizes().folderHeight);
-    nameControl(m_folder, tr("Folder"));
-    m_folder->lineEdit()->setAccessibleName(m_folder->accessibleName());
+    makeTypable(m_folder);
+    m_folder->setFixedHeight(forScreen(20, 28));
+    m_folder->setToolTip(tr("Folder"));
+    nameTypable(m_folder, m_folder->toolTip());
 
     QToolButton *up = createToolButton("corvex/menu/upper", tr("Up"));
     connect(up, &QToolButton::clicked, this, &frmFileDialog::slotCmdEtcUpperDir);
@@ -109,8 +93,7 @@ QWidget *frmFileDialog::createTopRow()
 
     auto *row = new QWidget;
     auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
+    setSpaces(layout, 0, 0);
     layout->addWidget(m_folder, 1);
     for (QToolButton *button : { up, refresh, favorites })
         layout->addWidget(button);
@@ -129,7 +112,7 @@ QToolButton *frmFileDialog::createToolButton(const char *icon, const QString &te
 
 void frmFileDialog::createList()
 {
-    m_list->setFixedSize(formSizes().list);
+    m_list->setFixedSize(forScreen(QSize(210, 130), QSize(380, 210)));
     m_list->setAccessibleName(tr("Files"));
     connect(m_list, &ctlFileListView::fileSelected, this, &frmFileDialog::slotLvFileSelected);
     connect(m_list, &ctlFileListView::listRefreshed, this, &frmFileDialog::slotLvListRefreshed);
@@ -168,8 +151,7 @@ QWidget *frmFileDialog::createCodeRow()
 
     auto *row = new QWidget;
     auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(formSpacing);
+    setSpaces(layout, 0, formSpacing);
     layout->addWidget(m_charCode);
     layout->addWidget(m_returnCode);
     layout->addStretch();
@@ -179,35 +161,20 @@ QWidget *frmFileDialog::createCodeRow()
 
 QWidget *frmFileDialog::createButtonRow()
 {
-    auto *ok = new QPushButton(QStringLiteral("OK"), this); // in the dialog, which is to know its default one
-    ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &frmFileDialog::accept);
-    auto *cancel = new QPushButton(tr("Cancel"));
-    connect(cancel, &QPushButton::clicked, this, &frmFileDialog::reject);
-
-    auto *row = new QWidget;
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(formSpacing);
-    layout->addStretch();
-    for (QPushButton *button : { ok, cancel }) {
-        button->setFixedSize(formSizes().button);
-        layout->addWidget(button);
-    }
-    return row;
+    const auto [ok, cancel] = createEndButtons(this, QStringLiteral("OK"), tr("Cancel"));
+    for (QPushButton *button : { ok, cancel })
+        button->setFixedSize(usualButtonSize());
+    return createRowOfButtons({ ok, cancel }, formSpacing);
 }
 
 void frmFileDialog::layOut()
 {
     auto *grid = new QGridLayout(this);
-    grid->setContentsMargins(formMargin, formMargin, formMargin, formMargin);
-    grid->setSpacing(formSpacing);
+    setSpaces(grid, formMargin, formSpacing);
     grid->addWidget(createTopRow(), 0, 0, 1, 2);
     grid->addWidget(m_list, 1, 0, 1, 2);
     const auto addLabelled = [grid](int row, const QString &text, QWidget *control, QWidget *cell) {
-        auto *label = new QLabel(text);
-        label->setBuddy(control);
-        grid->addWidget(label, row, 0);
+        grid->addWidget(createLabel(text, control), row, 0);
         grid->addWidget(cell, row, 1);
     };
     addLabelled(2, tr("File Name:"), m_name, m_name);

@@ -2,7 +2,9 @@
 
 #include "options/choicecombo.h"
 #include "platform/decimalnumber.h"
+#include "platform/formparts.h"
 #include "platform/messagebox.h"
+#include "platform/screenclass.h"
 #include "platform/scrolledform.h"
 
 #include <QCheckBox>
@@ -17,14 +19,6 @@
 namespace {
 
 constexpr int fixedWrap = 2; // item of the wrap modes, and what is stored for it
-
-struct FormSizes {
-    int margin;
-    int spacing;
-    QSize button; // at least
-};
-constexpr FormSizes smallSizes{ 2, 4, { 60, 17 } };
-constexpr FormSizes vgaSizes{ 7, 7, { 120, 28 } };
 
 } // namespace
 
@@ -48,33 +42,14 @@ frmOption::frmOption(QWidget *parent)
     m_pages->addTab(createView2Page(), tr("View&2"));
     m_pages->addTab(createDetailPage(), tr("&Detail"));
 
-    const FormSizes &sizes = isVga() ? vgaSizes : smallSizes;
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(sizes.margin, sizes.margin, sizes.margin, sizes.margin);
-    layout->setSpacing(sizes.spacing);
+    setSpaces(layout, forScreen(2, 7), forScreen(4, 7));
     layout->addWidget(m_pages, 1);
-    layout->addWidget(createButtonRow());
+    const auto [ok, cancel] = createEndButtons(this, tr("OK"), tr("Cancel"));
+    for (QPushButton *button : { ok, cancel })
+        button->setMinimumSize(usualButtonSize());
+    layout->addWidget(createRowOfButtons({ ok, cancel }));
     scrollWhereTooLarge(this);
-}
-
-QWidget *frmOption::createButtonRow()
-{
-    // Within the dialog from the start: it takes no other button for its default one.
-    auto *row = new QWidget(this);
-    auto *ok = new QPushButton(tr("OK"), row);
-    ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &frmOption::accept);
-    auto *cancel = new QPushButton(tr("Cancel"), row);
-    connect(cancel, &QPushButton::clicked, this, &frmOption::reject);
-
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addStretch();
-    for (QPushButton *button : { ok, cancel }) {
-        button->setMinimumSize(isVga() ? vgaSizes.button : smallSizes.button);
-        layout->addWidget(button);
-    }
-    return row;
 }
 
 void frmOption::slotWrapModeActivated(int index)

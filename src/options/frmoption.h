@@ -7,8 +7,6 @@
 class ChoiceCombo;
 class QCheckBox;
 class QComboBox;
-class QGridLayout;
-class QLabel;
 class QLineEdit;
 class QTabWidget;
 
@@ -40,7 +38,6 @@ private:
     QWidget *createView2Page();
     QWidget *createDetailPage();
     QWidget *createMarks();
-    QWidget *createButtonRow();
 
     QCheckBox *createCheck(const QString &key, int AppSettings::*setting, const QString &text);
     ChoiceCombo *createChoice(
@@ -53,9 +50,6 @@ private:
     void createWrap();
     ChoiceCombo *createCharCode();
     ChoiceCombo *createReturnCode();
-    static QLabel *createLabel(const QString &text, QWidget *control);
-    /// The label leads to the first of the controls, which stand side by side.
-    static void addRow(QGridLayout *grid, const QString &label, const QList<QWidget *> &controls);
 
     struct NumberCheck;
     bool areNumbersUsable();

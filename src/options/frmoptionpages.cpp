@@ -1,6 +1,8 @@
 #include "options/frmoption.h"
 
 #include "options/choicecombo.h"
+#include "platform/formparts.h"
+#include "platform/screenclass.h"
 
 #include <QCheckBox>
 #include <QFontDatabase>
@@ -63,13 +65,15 @@ QFontDatabase::WritingSystem localeWritingSystem()
     }
 }
 
+int pageSpace()
+{
+    return forScreen(3, 7);
+}
+
 QGridLayout *createPage(QWidget *page)
 {
     auto *grid = new QGridLayout(page);
-    const int space = isVga() ? 7 : 3;
-    grid->setContentsMargins(space, space, space, space);
-    grid->setHorizontalSpacing(space);
-    grid->setVerticalSpacing(space);
+    setSpaces(grid, pageSpace(), pageSpace());
     grid->setColumnStretch(1, 1);
     return grid;
 }
@@ -78,11 +82,19 @@ QGridLayout *createPage(QWidget *page)
 QLayout *createRow(const QList<QWidget *> &controls)
 {
     auto *row = new QHBoxLayout;
-    row->setSpacing(isVga() ? 7 : 3);
+    row->setSpacing(pageSpace());
     for (QWidget *control : controls)
         row->addWidget(control, qobject_cast<QComboBox *>(control) ? 1 : 0);
     row->addStretch();
     return row;
+}
+
+/// The label leads to the first of the controls, which stand side by side.
+void addRow(QGridLayout *grid, const QString &text, const QList<QWidget *> &controls)
+{
+    const int row = grid->rowCount();
+    grid->addWidget(createLabel(text, controls.constFirst()), row, 0);
+    grid->addLayout(createRow(controls), row, 1);
 }
 
 void finishPage(QGridLayout *grid)
@@ -90,13 +102,11 @@ void finishPage(QGridLayout *grid)
     grid->setRowStretch(grid->rowCount(), 1);
 }
 
-QComboBox *createEditableCombo(const QString &key)
+QComboBox *createTypableCombo(const QString &key)
 {
     auto *combo = new QComboBox;
     combo->setObjectName(key);
-    combo->setEditable(true);
-    combo->setInsertPolicy(QComboBox::NoInsert);
-    combo->setCompleter(nullptr); // it would put a listed text in the place of what was typed
+    makeTypable(combo);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo->setMinimumContentsLength(digitsOfNumber);
     return combo;
@@ -133,9 +143,7 @@ QWidget *frmOption::createMarks()
 {
     auto *group = new QGroupBox(tr("Mark display"));
     auto *grid = new QGridLayout(group);
-    const int space = isVga() ? 7 : 3;
-    grid->setContentsMargins(space, space, space, space);
-    grid->setSpacing(space);
+    setSpaces(grid, pageSpace(), pageSpace());
     grid->addWidget(createCheck(u"ShowKAI"_s, &AppSettings::ShowKAI, tr("&Return code")), 0, 0);
     grid->addWidget(createCheck(u"ShowTAB"_s, &AppSettings::ShowTAB, tr("&Tab character")), 0, 1);
     grid->addWidget(createCheck(u"ShowZEN"_s, &AppSettings::ShowZEN, tr("&Multi-byte space")), 1, 0);
@@ -145,7 +153,7 @@ QWidget *frmOption::createMarks()
 
 void frmOption::createFontName()
 {
-    m_fontName = createEditableCombo(u"FontName"_s);
+    m_fontName = createTypableCombo(u"FontName"_s);
     for (const QString &family : QFontDatabase::families(localeWritingSystem())) {
         if (!QFontDatabase::isPrivateFamily(family))
             m_fontName->addItem(family);
@@ -158,7 +166,7 @@ void frmOption::createFontName()
 
 void frmOption::createFontSize()
 {
-    m_fontSize = createEditableCombo(u"FontSize"_s);
+    m_fontSize = createTypableCombo(u"FontSize"_s);
     m_fontSize->addItems({ u"10"_s, u"12"_s, u"16"_s, u"18"_s, u"20"_s, u"24"_s, u"32"_s });
     const QString size = QString::number(appSettings().FontSize);
     m_fontSize->setCurrentIndex(m_fontSize->findText(size));
@@ -270,21 +278,4 @@ QLineEdit *frmOption::createNumber(const QString &key, int value)
     const QString widest(digitsOfNumber + 1, u'0'); // one more for the field's frame
     field->setFixedWidth(field->fontMetrics().horizontalAdvance(widest));
     return field;
-}
-
-QLabel *frmOption::createLabel(const QString &text, QWidget *control)
-{
-    auto *label = new QLabel(text);
-    label->setBuddy(control);
-    // The field of an editable combo takes the keys, so it needs the name.
-    if (const auto *const combo = qobject_cast<QComboBox *>(control); combo && combo->isEditable())
-        combo->lineEdit()->setAccessibleName(QString(text).remove(u'&'));
-    return label;
-}
-
-void frmOption::addRow(QGridLayout *grid, const QString &text, const QList<QWidget *> &controls)
-{
-    const int row = grid->rowCount();
-    grid->addWidget(createLabel(text, controls.constFirst()), row, 0);
-    grid->addLayout(createRow(controls), row, 1);
 }

@@ -1,8 +1,9 @@
 #include "search/frmjumpto.h"
 
-#include "settings/settings.h"
 #include "platform/decimalnumber.h"
+#include "platform/formparts.h"
 #include "platform/messagebox.h"
+#include "platform/screenclass.h"
 #include "platform/scrolledform.h"
 
 #include <QHBoxLayout>
@@ -13,24 +14,12 @@
 
 namespace {
 
-struct FormSizes {
-    int fieldWidth;
-    QSize button;
-};
-constexpr FormSizes smallSizes{ 40, { 60, 17 } };
-constexpr FormSizes vgaSizes{ 80, { 100, 27 } };
-constexpr int formMargin = 10;
-constexpr int formSpacing = 10;
-
-const FormSizes &formSizes()
-{
-    return isVga() ? vgaSizes : smallSizes;
-}
+constexpr int formSpace = 10;
 
 QHBoxLayout *rowOf(std::initializer_list<QWidget *> controls)
 {
     auto *row = new QHBoxLayout;
-    row->setSpacing(formSpacing);
+    row->setSpacing(formSpace);
     for (QWidget *control : controls)
         row->addWidget(control);
     return row;
@@ -44,21 +33,13 @@ frmJumpTo::frmJumpTo(QWidget *parent)
 {
     setModal(true);
     setWindowTitle(tr("Jump to"));
-    m_line->setFixedWidth(formSizes().fieldWidth);
-    auto *label = new QLabel(tr("Line No:"));
-    label->setBuddy(m_line);
-    auto *jump = new QPushButton(tr("Jump"));
-    jump->setDefault(true);
-    connect(jump, &QPushButton::clicked, this, &frmJumpTo::accept);
-    auto *cancel = new QPushButton(tr("Cancel"));
-    connect(cancel, &QPushButton::clicked, this, &frmJumpTo::reject);
-    for (QPushButton *button : { jump, cancel })
-        button->setFixedSize(formSizes().button);
-
+    m_line->setFixedWidth(forScreen(40, 80));
     auto *rows = new QVBoxLayout(this);
-    rows->setContentsMargins(formMargin, formMargin, formMargin, formMargin);
-    rows->setSpacing(formSpacing);
-    rows->addLayout(rowOf({ label, m_line }));
+    setSpaces(rows, formSpace, formSpace);
+    rows->addLayout(rowOf({ createLabel(tr("Line No:"), m_line), m_line }));
+    const auto [jump, cancel] = createEndButtons(this, tr("Jump"), tr("Cancel"));
+    for (QPushButton *button : { jump, cancel })
+        button->setFixedSize(forScreen(QSize(60, 17), QSize(100, 27)));
     rows->addLayout(rowOf({ jump, cancel }));
     m_line->setFocus();
     scrollWhereTooLarge(this);

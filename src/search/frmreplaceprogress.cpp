@@ -1,6 +1,7 @@
 #include "search/frmreplaceprogress.h"
 
-#include "settings/settings.h"
+#include "platform/formparts.h"
+#include "platform/screenclass.h"
 #include "platform/scrolledform.h"
 
 #include <QGridLayout>
@@ -11,20 +12,8 @@
 
 namespace {
 
-struct FormSizes {
-    QSize speedUp;
-    QSize stop;
-};
-constexpr FormSizes smallSizes{ { 80, 17 }, { 50, 17 } };
-constexpr FormSizes vgaSizes{ { 140, 28 }, { 80, 28 } };
-constexpr int formMargin = 5;
-constexpr int formSpacing = 5;
+constexpr int formSpace = 5;
 constexpr QPoint place{ 30, 60 };
-
-const FormSizes &formSizes()
-{
-    return isVga() ? vgaSizes : smallSizes;
-}
 
 } // namespace
 
@@ -35,15 +24,14 @@ frmReplaceProgress::frmReplaceProgress(QWidget *parent)
 {
     setWindowModality(Qt::ApplicationModal);
     setWindowTitle(tr("Replace All"));
-    m_speedUp->setFixedSize(formSizes().speedUp);
+    m_speedUp->setFixedSize(forScreen(QSize(80, 17), QSize(140, 28)));
     connect(m_speedUp, &QPushButton::clicked, this, &frmReplaceProgress::slotClickHiSpeed);
     auto *stop = new QPushButton(tr("Stop"));
-    stop->setFixedSize(formSizes().stop);
+    stop->setFixedSize(forScreen(QSize(50, 17), QSize(80, 28)));
     connect(stop, &QPushButton::clicked, this, &QWidget::hide);
 
     auto *grid = new QGridLayout(this);
-    grid->setContentsMargins(formMargin, formMargin, formMargin, formMargin);
-    grid->setSpacing(formSpacing);
+    setSpaces(grid, formSpace, formSpace);
     grid->addWidget(m_count, 0, 0, 1, 2, Qt::AlignHCenter);
     grid->addWidget(m_speedUp, 1, 0);
     grid->addWidget(stop, 1, 1);

@@ -1,12 +1,13 @@
 #include "search/frmsearchdialog.h"
 
-#include "settings/settings.h"
-#include "settings/config.h"
+#include "platform/formparts.h"
 #include "platform/messagebox.h"
 #include "platform/picture.h"
 #include "platform/qpeapplication.h"
 #include "platform/resource.h"
+#include "platform/screenclass.h"
 #include "platform/scrolledform.h"
+#include "settings/config.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -25,23 +26,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct FormSizes {
-    int fieldWidth;
-    int fieldHeight;
-    QSize button;
-    QSize close;
-};
-constexpr FormSizes smallSizes{ 180, 19, { 60, 17 }, { 40, 17 } };
-constexpr FormSizes vgaSizes{ 320, 28, { 120, 28 }, { 80, 28 } };
 constexpr int formMargin = 6;
 constexpr int formSpacing = 4;
 constexpr int buttonSpacing = 10;
 constexpr QPoint firstPlace{ 20, 40 };
-
-const FormSizes &formSizes()
-{
-    return isVga() ? vgaSizes : smallSizes;
-}
 
 constexpr auto historyFile = "marlopad_fr"_L1;
 constexpr auto historyGroup = "history"_L1;
@@ -68,13 +56,6 @@ public:
     }
 };
 
-/// A field that takes the keys needs a name of its own.
-void nameField(QComboBox *combo, const QString &name)
-{
-    combo->setAccessibleName(name);
-    combo->lineEdit()->setAccessibleName(name);
-}
-
 } // namespace
 
 frmSearchDialog::frmSearchDialog(QWidget *parent)
@@ -83,10 +64,10 @@ frmSearchDialog::frmSearchDialog(QWidget *parent)
     , m_arrow(new QLabel)
     , m_replace(createField())
     , m_caseSensitive(new QCheckBox)
-    , m_next(createButton(formSizes().button, &frmSearchDialog::slotBtnNext))
-    , m_before(createButton(formSizes().button, &frmSearchDialog::slotBtnBefo))
-    , m_all(createButton(formSizes().button, &frmSearchDialog::slotBtnAll))
-    , m_close(createButton(formSizes().close, &frmSearchDialog::slotBtnClose))
+    , m_next(createButton(usualButtonSize(), &frmSearchDialog::slotBtnNext))
+    , m_before(createButton(usualButtonSize(), &frmSearchDialog::slotBtnBefo))
+    , m_all(createButton(usualButtonSize(), &frmSearchDialog::slotBtnAll))
+    , m_close(createButton(forScreen(QSize(40, 17), QSize(80, 28)), &frmSearchDialog::slotBtnClose))
 {
     const QString arrow = u"corvex/replace_to"_s;
     m_arrow->setPixmap(Resource::loadPixmap(arrow));
@@ -109,15 +90,13 @@ frmSearchDialog::~frmSearchDialog()
 QComboBox *frmSearchDialog::createField()
 {
     auto *field = new QComboBox;
-    field->setEditable(true);
-    field->setInsertPolicy(QComboBox::NoInsert);
+    makeTypable(field);
     field->setDuplicatesEnabled(true);
-    field->setCompleter(nullptr);
     field->lineEdit()->setMaxLength(std::numeric_limits<int>::max());
     field->setValidator(new FirstLine(field));
     field->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    field->setMinimumWidth(formSizes().fieldWidth);
-    field->setFixedHeight(formSizes().fieldHeight);
+    field->setMinimumWidth(forScreen(180, 320));
+    field->setFixedHeight(forScreen(19, 28));
     return field;
 }
 
@@ -137,8 +116,7 @@ void frmSearchDialog::layOut()
     for (QPushButton *button : { m_next, m_before, m_all, m_close })
         buttons->addWidget(button);
     auto *grid = new QGridLayout(this);
-    grid->setContentsMargins(formMargin, formMargin, formMargin, formMargin);
-    grid->setSpacing(formSpacing);
+    setSpaces(grid, formMargin, formSpacing);
     grid->addWidget(m_find, 0, 0, 1, 2);
     grid->addWidget(m_arrow, 1, 0, 1, 2, Qt::AlignHCenter);
     grid->addWidget(m_replace, 2, 0, 1, 2);
@@ -228,8 +206,8 @@ void frmSearchDialog::setTexts()
     m_all->setText(tr("Replace ALL"));
     m_close->setText(tr("Close"));
     fitButtonTexts();
-    nameField(m_find, tr("Search"));
-    nameField(m_replace, tr("Replace"));
+    nameTypable(m_find, tr("Search"));
+    nameTypable(m_replace, tr("Replace"));
 }
 
 void frmSearchDialog::act(void (frmSearchDialog::*signal)())

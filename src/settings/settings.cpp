@@ -16,8 +16,6 @@ constexpr auto fileName = "marlopad"_L1;
 constexpr auto mainGroup = "main"_L1;
 constexpr auto recentGroup = "recent"_L1;
 
-bool vgaFlag = false;
-
 /// Calls `visit(key, field…)` for each key of group "main", in the file's order, with that field of each
 /// record, be there any.
 template <typename Visitor, typename... Records>
@@ -225,14 +223,4 @@ bool writeSettings()
     if (config.write())
         known() = { appSettings(), recentFiles() };
     return isTakenOver;
-}
-
-bool isVga()
-{
-    return vgaFlag;
-}
-
-void setVga(bool vga)
-{
-    vgaFlag = vga;
 }

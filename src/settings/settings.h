@@ -61,7 +61,3 @@ void readSettings();
 /// that either side has cleared stay cleared. True when something was taken over. A file that cannot be
 /// written is not reported.
 bool writeSettings();
-
-/// The VGA flag: large sizes of all forms. Set once at start from QWS_DISPLAY.
-bool isVga();
-void setVga(bool vga);

@@ -1,4 +1,4 @@
-#include "app/screenclass.h"
+#include "app/largestdialog.h"
 #include "app/translation.h"
 #include "editor/readfailurebox.h"
 #include "files/filecalls.h"

@@ -1,3 +1,4 @@
+#include "platform/screenclass.h"
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
 

@@ -122,7 +122,6 @@ void LanguageTest::init()
     resetSettings();
     qputenv("QPEDIR", BUILT_QPE_DIR);
     qunsetenv("QWS_DISPLAY");
-    setVga(false);
 }
 
 void LanguageTest::cleanup()

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "rows/fontmeasure.h"
 #include "rows/lcfont.h"
+#include "settings/settings.h"
+#include "tests/screenclass.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "settings/settings.h"
 #include "platform/qpeapplication.h"
+#include "tests/screenclass.h"
 
 #include <QApplication>
 #include <QRegularExpression>

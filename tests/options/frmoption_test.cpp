@@ -1,5 +1,6 @@
 #include "tests/mnemonics.h"
 #include "tests/options/optionsform.h"
+#include "tests/screenclass.h"
 #include "tests/testprogram.h"
 
 #include <QPushButton>

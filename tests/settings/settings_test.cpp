@@ -112,7 +112,6 @@ private slots:
     void failedWriteLosesNothing();
     void smallFontSizeStaysAsItWasSet();
     void processesAtOnce();
-    void vgaFlagIsKept();
 };
 
 void SettingsTest::init()
@@ -510,15 +509,6 @@ void SettingsTest::processesAtOnce()
     QString drawn = drawnRecent().remove(u' ');
     std::sort(drawn.begin(), drawn.end());
     QCOMPARE(drawn, u"abcdef"_s);
-}
-
-void SettingsTest::vgaFlagIsKept()
-{
-    QVERIFY(!isVga());
-    setVga(true);
-    QVERIFY(isVga());
-    setVga(false);
-    QVERIFY(!isVga());
 }
 
 /// The role of another process: reads the settings, waits for its input to end, and closes a file.
