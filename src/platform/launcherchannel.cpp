@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr int busTimeout = 500; // ms
 constexpr int instanceTimeout = 2000; // ms
 constexpr int noTimeout = std::numeric_limits<int>::max();
 constexpr uint queued = 0;
@@ -29,21 +28,14 @@ QString ownChannel()
 // The toolkit's own registration waits without an end.
 bool requestName(const QDBusConnection &bus, uint flags)
 {
-    const QString busName = QStringLiteral("org.freedesktop.DBus");
-    QDBusMessage request = QDBusMessage::createMethodCall(
-        busName, QStringLiteral("/org/freedesktop/DBus"), busName, QStringLiteral("RequestName"));
-    request << QCopChannel::service(ownChannel()) << flags;
-    const QDBusMessage answer = bus.call(request, QDBus::Block, busTimeout);
-    return answer.type() == QDBusMessage::ReplyMessage && answer.arguments().value(0) == primaryOwner;
+    const QVariantList answer =
+        askBus(bus, QStringLiteral("RequestName"), { QCopChannel::service(ownChannel()), flags });
+    return answer.value(0) == primaryOwner;
 }
 
 QDBusMessage callOfInstance(const QString &method, const QVariantList &arguments = {})
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(QCopChannel::service(ownChannel()),
-        QCopChannel::path(ownChannel()), QStringLiteral("QPE.Application"), method);
-    call.setArguments(arguments);
-    call.setAutoStartService(false);
-    return call;
+    return QCopChannel::call(ownChannel(), method, arguments);
 }
 
 bool isAnswered(const QDBusConnection &bus, const QDBusMessage &call)

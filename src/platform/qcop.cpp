@@ -3,7 +3,6 @@
 #include "platform/sessionbus.h"
 
 #include <QCoreApplication>
-#include <QDBusMessage>
 #include <QStringList>
 
 #include <algorithm>
@@ -28,8 +27,6 @@ bool isChannel(const QString &text)
     return parts.size() > 1 && text.size() < 256 && std::all_of(parts.begin(), parts.end(), isName);
 }
 
-constexpr int busTimeout = 500; // ms
-
 QString toUnicode(QString text)
 {
     for (qsizetype i = 0; i < text.size(); ++i) {
@@ -41,23 +38,12 @@ QString toUnicode(QString text)
     return text;
 }
 
-// The arguments of the bus's own answer; none when it does not answer in time.
-QVariantList askBus(const QDBusConnection &bus, const QString &method, const QVariantList &arguments)
-{
-    const QString busName = QStringLiteral("org.freedesktop.DBus");
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(busName, QStringLiteral("/org/freedesktop/DBus"), busName, method);
-    question.setArguments(arguments);
-    const QDBusMessage answer = bus.call(question, QDBus::Block, busTimeout);
-    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments() : QVariantList();
-}
-
 // Messages leave from the toolkit's bus thread, in their order; at the end of the program it would drop those
 // that still wait. An answer to a later question says that they are out.
 void awaitSent()
 {
     if (const auto bus = sessionBus())
-        askBus(*bus, QStringLiteral("GetId"), {});
+        askBus(*bus, QStringLiteral("GetId"));
 }
 
 void awaitSentAtExit()
@@ -84,6 +70,15 @@ bool QCopChannel::isRegistered(const QString &channel)
     return bus && askBus(*bus, QStringLiteral("NameHasOwner"), { service(channel) }).value(0).toBool();
 }
 
+QDBusMessage QCopChannel::call(const QString &channel, const QString &method, const QVariantList &arguments)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        service(channel), path(channel), QStringLiteral("QPE.Application"), method);
+    call.setArguments(arguments);
+    call.setAutoStartService(false);
+    return call;
+}
+
 QCopEnvelope::QCopEnvelope(const QString &channel, const QString &message)
     : m_channel(channel)
     , m_message(message)
@@ -97,11 +92,7 @@ QCopEnvelope::~QCopEnvelope()
     const auto bus = isChannel(m_channel) ? sessionBus() : std::nullopt;
     if (!bus)
         return;
-    QDBusMessage call = QDBusMessage::createMethodCall(QCopChannel::service(m_channel),
-        QCopChannel::path(m_channel), QStringLiteral("QPE.Application"), method);
-    call.setArguments(m_arguments);
-    call.setAutoStartService(false);
-    bus->send(call);
+    bus->send(QCopChannel::call(m_channel, method, m_arguments));
     awaitSentAtExit();
 }
 

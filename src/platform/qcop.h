@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDBusMessage>
 #include <QString>
 #include <QVariantList>
 
@@ -17,6 +18,10 @@ public:
     /// The bus name and the object path that stand for a channel.
     static QString service(const QString &channel);
     static QString path(const QString &channel);
+    /// The call of a method of whoever has the channel; it starts nobody. The channel's name must be one that
+    /// the bus can have.
+    static QDBusMessage call(
+        const QString &channel, const QString &method, const QVariantList &arguments = {});
 };
 
 /// One outgoing message: arguments are streamed in, the destructor sends. Never blocks; no reply is awaited,

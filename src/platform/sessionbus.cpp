@@ -1,8 +1,11 @@
 #include "platform/sessionbus.h"
 
+#include <QDBusMessage>
 #include <QFileInfo>
 
 namespace {
+
+constexpr int busTimeout = 500; // ms
 
 bool hasAddress()
 {
@@ -20,4 +23,14 @@ std::optional<QDBusConnection> sessionBus()
         return std::nullopt;
     QDBusConnection bus = QDBusConnection::sessionBus();
     return bus.isConnected() ? std::optional(bus) : std::nullopt;
+}
+
+QVariantList askBus(const QDBusConnection &bus, const QString &method, const QVariantList &arguments)
+{
+    const QString busName = QStringLiteral("org.freedesktop.DBus");
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(busName, QStringLiteral("/org/freedesktop/DBus"), busName, method);
+    question.setArguments(arguments);
+    const QDBusMessage answer = bus.call(question, QDBus::Block, busTimeout);
+    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments() : QVariantList();
 }

@@ -1,9 +1,14 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QVariantList>
 
 #include <optional>
 
 /// The session bus, connected to at the first call; nothing where no bus runs. Never starts a bus, as the bus
 /// library would where no address is given: that takes long and leaves a bus behind that nobody else is on.
 std::optional<QDBusConnection> sessionBus();
+
+/// Asks the bus itself, as about the owner of a name: the arguments of its answer, none where it does not
+/// answer within half a second. Blocks so long.
+QVariantList askBus(const QDBusConnection &bus, const QString &method, const QVariantList &arguments = {});
