@@ -1,20 +1,14 @@
 #include "app/hitview.h"
 
 #include "editor/ctlediter.h"
+#include "platform/windowsystem.h"
 
-#include <QGuiApplication>
 #include <QScreen>
 
 #include <optional>
 #include <utility>
 
 namespace {
-
-/// On Wayland a window neither knows its place nor chooses it.
-bool arePlacesKnown()
-{
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-}
 
 /// The cursor's place at the other end of the hit, in viewport coordinates.
 QRect anchorRect(const ctlEditer &editor)
@@ -36,7 +30,7 @@ QRect hitRect(const ctlEditer &editor)
 QRect coverRect(const ctlEditer &editor, const QWidget &panel)
 {
     QRect cover = panel.frameGeometry();
-    if (!arePlacesKnown()) {
+    if (WindowSystem::isWayland()) {
         const QWidget *const window = panel.parentWidget();
         cover.moveCenter(window->mapToGlobal(window->rect().center()));
     }
@@ -127,6 +121,6 @@ void showHit(ctlEditer &editor)
 void uncoverHit(ctlEditer &editor, QWidget &panel)
 {
     const QRect cover = coverRect(editor, panel);
-    if (hitRect(editor).intersects(cover) && !scrollAside(editor, cover) && arePlacesKnown())
+    if (hitRect(editor).intersects(cover) && !scrollAside(editor, cover) && !WindowSystem::isWayland())
         moveAside(editor, panel);
 }

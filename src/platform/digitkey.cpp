@@ -1,12 +1,11 @@
 #include "platform/digitkey.h"
 
-#include <QGuiApplication>
+#include "platform/windowsystem.h"
+
 #include <QKeyEvent>
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-#include <memory>
 #include <span>
 
 namespace {
@@ -23,19 +22,12 @@ std::optional<int> digitInPlace(quint32 scanCode)
     return int(scanCode - firstDigitKey + 1) % 10;
 }
 
-xcb_connection_t *xServer()
-{
-    const auto *const gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
-    auto *const server = gui ? gui->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return server ? server->connection() : nullptr;
-}
-
 /// What a key gives with Shift in a layout of the keyboard, which an event's state tells in two bits; 0 where
 /// the server does not say.
 xcb_keysym_t symbolWithShift(xcb_connection_t *server, xcb_keycode_t key, quint32 state)
 {
-    const std::unique_ptr<xcb_get_keyboard_mapping_reply_t, decltype(&std::free)> reply(
-        xcb_get_keyboard_mapping_reply(server, xcb_get_keyboard_mapping(server, key, 1), nullptr), std::free);
+    const auto reply =
+        xReply(xcb_get_keyboard_mapping_reply(server, xcb_get_keyboard_mapping(server, key, 1), nullptr));
     if (!reply)
         return 0;
     const std::span symbols(xcb_get_keyboard_mapping_keysyms(reply.get()),
@@ -53,7 +45,7 @@ std::optional<int> digitBehindShift(const QKeyEvent &press)
     const quint32 key = press.nativeScanCode();
     if (key == 0 || (press.key() >= Qt::Key_0 && press.key() <= Qt::Key_9))
         return std::nullopt;
-    xcb_connection_t *const server = xServer();
+    xcb_connection_t *const server = WindowSystem::xServer();
     const xcb_keysym_t symbol =
         server && key <= 0xff ? symbolWithShift(server, xcb_keycode_t(key), press.nativeModifiers()) : 0;
     if (symbol == 0)

@@ -1,16 +1,16 @@
 #include "platform/qpeapplication.h"
 
+#include "files/filename.h"
 #include "platform/composingescape.h"
 #include "platform/endsignals.h"
-#include "files/filename.h"
-#include "rows/fontmessages.h"
 #include "platform/launcherchannel.h"
-#include "rows/lcfont.h"
 #include "platform/requestqueue.h"
 #include "platform/returnedfocus.h"
 #include "platform/screenscale.h"
 #include "platform/strayinput.h"
 #include "platform/windowmanager.h"
+#include "rows/fontmessages.h"
+#include "rows/lcfont.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,11 +1,12 @@
 #include "platform/screenscale.h"
 
+#include "platform/windowsystem.h"
+
 #include <QList>
 
 #include <xcb/xcb.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -24,8 +25,7 @@ QByteArray resourcesOf(xcb_connection_t *server, xcb_window_t root)
     constexpr uint32_t most = 256 * 1024; // in units of four bytes
     const auto cookie =
         xcb_get_property(server, 0, root, XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, most);
-    const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-        xcb_get_property_reply(server, cookie, nullptr), std::free);
+    const auto reply = xReply(xcb_get_property_reply(server, cookie, nullptr));
     if (!reply)
         return {};
     return { static_cast<const char *>(xcb_get_property_value(reply.get())),

@@ -1,20 +1,17 @@
 #include "platform/windowmanager.h"
 
-#include <QGuiApplication>
+#include "platform/windowsystem.h"
+
+#include <QByteArrayView>
 
 #include <xcb/xcb.h>
 
-#include <cstdlib>
-#include <memory>
-
 namespace {
-
-template <typename Reply> using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
 
 xcb_atom_t atomOf(xcb_connection_t *server, QByteArrayView name)
 {
     const auto cookie = xcb_intern_atom(server, true, uint16_t(name.size()), name.data());
-    const Answer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(server, cookie, nullptr), std::free);
+    const auto reply = xReply(xcb_intern_atom_reply(server, cookie, nullptr));
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
@@ -22,7 +19,7 @@ xcb_atom_t atomOf(xcb_connection_t *server, QByteArrayView name)
 xcb_window_t namedWindow(xcb_connection_t *server, xcb_window_t window, xcb_atom_t property)
 {
     const auto cookie = xcb_get_property(server, 0, window, property, XCB_ATOM_WINDOW, 0, 1);
-    const Answer<xcb_get_property_reply_t> reply(xcb_get_property_reply(server, cookie, nullptr), std::free);
+    const auto reply = xReply(xcb_get_property_reply(server, cookie, nullptr));
     if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(xcb_window_t))
         return XCB_WINDOW_NONE;
     return *static_cast<const xcb_window_t *>(xcb_get_property_value(reply.get()));
@@ -43,8 +40,6 @@ bool hasManager(xcb_connection_t *server)
 
 bool WindowManager::isPresent()
 {
-    const QString platform = QGuiApplication::platformName();
-    if (platform == QLatin1String("xcb"))
-        return hasManager(qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection());
-    return platform.startsWith(QLatin1String("wayland"));
+    xcb_connection_t *const server = WindowSystem::xServer();
+    return server ? hasManager(server) : WindowSystem::isWayland();
 }

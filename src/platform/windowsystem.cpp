@@ -1,0 +1,15 @@
+#include "platform/windowsystem.h"
+
+#include <QGuiApplication>
+
+bool WindowSystem::isWayland()
+{
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+xcb_connection_t *WindowSystem::xServer()
+{
+    const auto *const gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    auto *const server = gui ? gui->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return server ? server->connection() : nullptr;
+}

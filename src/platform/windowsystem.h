@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+
+struct xcb_connection_t;
+
+/// What the program's windows are shown by, once the application object is there.
+namespace WindowSystem {
+
+/// On Wayland a window neither knows its place nor chooses it.
+bool isWayland();
+
+/// The toolkit's connection, which stays its own; null where there is none.
+xcb_connection_t *xServer();
+
+} // namespace WindowSystem
+
+/// A reply of an X server; null where it did not answer.
+template <typename Reply> using XReply = std::unique_ptr<Reply, decltype(&std::free)>;
+
+template <typename Reply> XReply<Reply> xReply(Reply *reply)
+{
+    return { reply, std::free };
+}
