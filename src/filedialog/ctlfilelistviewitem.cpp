@@ -15,7 +15,7 @@ namespace {
 
 constexpr qint64 kilobyte = 1024;
 
-/// Files below these have no exec mark.
+/// Files below these have no emblem of executables.
 constexpr std::array cardFolders{
     QLatin1StringView("/usr/mnt.rom/cf/"),
     QLatin1StringView("/usr/mnt.rom/card/"),

@@ -7,7 +7,7 @@
 #include <QCoreApplication>
 #include <QTreeWidgetItem>
 
-/// One row of the file list: an entry of the folder with its picture, its marks and its sort keys.
+/// One row of the file list: an entry of the folder with its picture, its emblems and its sort keys.
 ///
 /// Texts are made when they are asked for; a row takes some 500 bytes. The row is no part of a list until it
 /// is added to one.

@@ -12,7 +12,7 @@
 namespace {
 
 constexpr QSize smallIcon(14, 14);
-constexpr QSize smallMark(5, 5);
+constexpr QSize smallEmblem(5, 5);
 
 constexpr std::array<QLatin1StringView, fileIconCount> names{
     QLatin1StringView("corvex/tree/folder1"),
@@ -89,7 +89,7 @@ void loadFileIcons()
 {
     for (int i = 0; i < fileIconCount; ++i) {
         const auto icon = static_cast<FileIcon>(i);
-        const QSize smallSize = icon < FileIcon::LinkMark ? smallIcon : smallMark;
+        const QSize smallSize = icon < FileIcon::LinkEmblem ? smallIcon : smallEmblem;
         pictures().at(size_t(i)) = loadPicture(fileIconName(icon), smallSize);
     }
 }

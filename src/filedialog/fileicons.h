@@ -25,9 +25,9 @@ enum class FileIcon : quint8 {
     Script,
     Package,
     Other,
-    LinkMark,
-    LockMark,
-    ExecMark,
+    LinkEmblem,
+    LockEmblem,
+    ExecEmblem,
 };
 constexpr int fileIconCount = 23;
 
@@ -37,7 +37,7 @@ struct FilePicture {
     QSize size;
 };
 
-/// Loads the set, which is one for the process. The small screen class has icons of 14 x 14 and marks of
+/// Loads the set, which is one for the process. The small screen class has icons of 14 x 14 and emblems of
 /// 5 x 5 pixels; on VGA each has its own size. Before the first call all pictures are null.
 void loadFileIcons();
 const FilePicture &filePicture(FileIcon icon);

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int markMargin = 1;
+constexpr int emblemMargin = 1;
 
 /// The row of an index of the name column; null elsewhere.
 const ctlFileListViewItem *namedItem(const QStyleOptionViewItem &option, const QModelIndex &index)
@@ -39,24 +39,24 @@ void narrowToFit(QStyleOptionViewItem &option)
 }
 
 /// Columns count from the picture's left edge and reach its width, rows count from the row's edge.
-void paintMarks(QPainter *painter, const QRect &row, const QRect &picture, const ctlFileListViewItem &item)
+void paintEmblems(QPainter *painter, const QRect &row, const QRect &picture, const ctlFileListViewItem &item)
 {
-    const auto paintMark = [painter](FileIcon mark, QPoint at) {
-        filePicture(mark).icon.paint(painter, QRect(at, filePicture(mark).size));
+    const auto paintEmblem = [painter](FileIcon emblem, QPoint at) {
+        filePicture(emblem).icon.paint(painter, QRect(at, filePicture(emblem).size));
     };
-    const auto left = [&] { return picture.left() + markMargin; };
-    const auto right = [&](FileIcon mark) {
-        return picture.left() + picture.width() - filePicture(mark).size.width() - markMargin;
+    const auto left = [&] { return picture.left() + emblemMargin; };
+    const auto right = [&](FileIcon emblem) {
+        return picture.left() + picture.width() - filePicture(emblem).size.width() - emblemMargin;
     };
-    const auto bottom = [&](FileIcon mark) {
-        return row.top() + row.height() - filePicture(mark).size.height() - markMargin;
+    const auto bottom = [&](FileIcon emblem) {
+        return row.top() + row.height() - filePicture(emblem).size.height() - emblemMargin;
     };
     if (item.isLink())
-        paintMark(FileIcon::LinkMark, { left(), bottom(FileIcon::LinkMark) });
+        paintEmblem(FileIcon::LinkEmblem, { left(), bottom(FileIcon::LinkEmblem) });
     if (item.isLocked())
-        paintMark(FileIcon::LockMark, { right(FileIcon::LockMark), row.top() + markMargin });
+        paintEmblem(FileIcon::LockEmblem, { right(FileIcon::LockEmblem), row.top() + emblemMargin });
     if (item.isExec())
-        paintMark(FileIcon::ExecMark, { right(FileIcon::ExecMark), bottom(FileIcon::ExecMark) });
+        paintEmblem(FileIcon::ExecEmblem, { right(FileIcon::ExecEmblem), bottom(FileIcon::ExecEmblem) });
 }
 
 } // namespace
@@ -77,7 +77,7 @@ void FileListDelegate::paint(
     initStyleOption(&cell, index);
     painter->save();
     painter->setClipRect(option.rect, Qt::IntersectClip);
-    paintMarks(painter, option.rect, pictureRect(cell), *item);
+    paintEmblems(painter, option.rect, pictureRect(cell), *item);
     painter->restore();
 }
 

@@ -2,8 +2,8 @@
 
 #include <QStyledItemDelegate>
 
-/// Paints the rows of a file list: over the picture of the name column the marks of links, write-protected
-/// files and executables; in a name, undecodable bytes and control characters as visible marks.
+/// Paints the rows of a file list: over the picture of the name column the emblems of links, write-protected
+/// files and executables; in a name, undecodable bytes and control characters as what can be seen.
 class FileListDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;

@@ -47,7 +47,7 @@ qint64 localSeconds(int year, int month, int day, int hour, int minute, int seco
 
 } // namespace
 
-/// Texts, keys and marks of one row.
+/// Texts, keys and emblems of one row.
 class ItemTest : public QObject {
     Q_OBJECT
 
@@ -61,8 +61,8 @@ private slots:
     void nameKeys_data();
     void nameKeys();
     void alignments();
-    void marks_data();
-    void marks();
+    void emblems_data();
+    void emblems();
     void cardFolders_data();
     void cardFolders();
     void comparesByTheKeyThatWasSet();
@@ -178,7 +178,7 @@ void ItemTest::alignments()
     QCOMPARE(item.textAlignment(Item::DateColumn), int(Qt::AlignCenter));
 }
 
-void ItemTest::marks_data()
+void ItemTest::emblems_data()
 {
     QTest::addColumn<unsigned>("permissions");
     QTest::addColumn<bool>("isFolder");
@@ -197,7 +197,7 @@ void ItemTest::marks_data()
     QTest::newRow("locked folder") << 0555U << true << false << false;
 }
 
-void ItemTest::marks()
+void ItemTest::emblems()
 {
     QFETCH(unsigned, permissions);
     QFETCH(bool, isFolder);

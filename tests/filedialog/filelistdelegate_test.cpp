@@ -29,7 +29,7 @@ private:
 
 } // namespace
 
-/// Pictures and marks, with pictures of one plain colour each.
+/// Pictures and emblems, with pictures of one plain colour each.
 class DelegateTest : public QObject {
     Q_OBJECT
 
@@ -37,8 +37,8 @@ private slots:
     void initTestCase();
     void sizesOfTheScreenClass_data();
     void sizesOfTheScreenClass();
-    void paintsMarks_data();
-    void paintsMarks();
+    void paintsEmblems_data();
+    void paintsEmblems();
     void showsUndecodableBytes();
     void narrowsNumbersThatDoNotFit_data();
     void narrowsNumbersThatDoNotFit();
@@ -82,12 +82,12 @@ void DelegateTest::sizesOfTheScreenClass()
     loadFileIcons();
     QCOMPARE(filePicture(FileIcon::Folder).size, vga ? QSize(30, 30) : QSize(14, 14));
     QCOMPARE(filePicture(FileIcon::Other).size, vga ? QSize(20, 20) : QSize(14, 14));
-    QCOMPARE(filePicture(FileIcon::LinkMark).size, vga ? QSize(9, 9) : QSize(5, 5));
-    QCOMPARE(filePicture(FileIcon::LockMark).size, vga ? QSize(7, 7) : QSize(5, 5));
-    QCOMPARE(filePicture(FileIcon::ExecMark).size, vga ? QSize(8, 8) : QSize(5, 5));
+    QCOMPARE(filePicture(FileIcon::LinkEmblem).size, vga ? QSize(9, 9) : QSize(5, 5));
+    QCOMPARE(filePicture(FileIcon::LockEmblem).size, vga ? QSize(7, 7) : QSize(5, 5));
+    QCOMPARE(filePicture(FileIcon::ExecEmblem).size, vga ? QSize(8, 8) : QSize(5, 5));
 }
 
-void DelegateTest::paintsMarks_data()
+void DelegateTest::paintsEmblems_data()
 {
     QTest::addColumn<bool>("vga");
     QTest::addColumn<bool>("isLink");
@@ -103,7 +103,7 @@ void DelegateTest::paintsMarks_data()
     }
 }
 
-void DelegateTest::paintsMarks()
+void DelegateTest::paintsEmblems()
 {
     failOnWarnings();
     QFETCH(bool, vga);
@@ -138,14 +138,14 @@ void DelegateTest::paintsMarks()
     QVERIFY(!icon.isEmpty());
     const int width = filePicture(FileIcon::Other).size.width();
     const int height = row.height();
-    const auto expected = [&](bool isThere, FileIcon mark, bool isRight, bool isBottom) {
-        const QSize size = filePicture(mark).size;
+    const auto expected = [&](bool isThere, FileIcon emblem, bool isRight, bool isBottom) {
+        const QSize size = filePicture(emblem).size;
         const QPoint at(isRight ? width - size.width() - 1 : 1, isBottom ? height - size.height() - 1 : 1);
         return isThere ? QRect(at + QPoint(icon.left(), row.top()), size) : QRect();
     };
-    QCOMPARE(painted(Qt::red), expected(isLink, FileIcon::LinkMark, false, true));
-    QCOMPARE(painted(Qt::green), expected(isLocked, FileIcon::LockMark, true, false));
-    QCOMPARE(painted(Qt::blue), expected(isExec, FileIcon::ExecMark, true, true));
+    QCOMPARE(painted(Qt::red), expected(isLink, FileIcon::LinkEmblem, false, true));
+    QCOMPARE(painted(Qt::green), expected(isLocked, FileIcon::LockEmblem, true, false));
+    QCOMPARE(painted(Qt::blue), expected(isExec, FileIcon::ExecEmblem, true, true));
 }
 
 void DelegateTest::showsUndecodableBytes()

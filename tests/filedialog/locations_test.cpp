@@ -13,7 +13,7 @@ private slots:
     void namesEveryPicture();
     void fileIcons_data();
     void fileIcons();
-    void programFoldersOfTheEnvironment();
+    void surroundingsOfTheEnvironment();
 };
 
 void LocationsTest::folderIcons_data()
@@ -105,9 +105,9 @@ void LocationsTest::namesEveryPicture()
     QCOMPARE(name(FileIcon::Script), QStringLiteral("corvex/list/filescript"));
     QCOMPARE(name(FileIcon::Package), QStringLiteral("corvex/list/fileipk"));
     QCOMPARE(name(FileIcon::Other), QStringLiteral("corvex/list/fileetc"));
-    QCOMPARE(name(FileIcon::LinkMark), QStringLiteral("corvex/tree/mark_link"));
-    QCOMPARE(name(FileIcon::LockMark), QStringLiteral("corvex/tree/mark_lock"));
-    QCOMPARE(name(FileIcon::ExecMark), QStringLiteral("corvex/tree/mark_exec"));
+    QCOMPARE(name(FileIcon::LinkEmblem), QStringLiteral("corvex/tree/mark_link"));
+    QCOMPARE(name(FileIcon::LockEmblem), QStringLiteral("corvex/tree/mark_lock"));
+    QCOMPARE(name(FileIcon::ExecEmblem), QStringLiteral("corvex/tree/mark_exec"));
 }
 
 void LocationsTest::fileIcons_data()
@@ -132,14 +132,19 @@ void LocationsTest::fileIcons()
     QCOMPARE(fileIconByName(QString::fromLatin1(QTest::currentDataTag())), icon);
 }
 
-void LocationsTest::programFoldersOfTheEnvironment()
+void LocationsTest::surroundingsOfTheEnvironment()
 {
     const QByteArray path = qgetenv("PATH");
+    const QByteArray home = qgetenv("HOME");
     qputenv("PATH", "/a:/b");
-    QCOMPARE(programFolders(), QStringLiteral(":/a:/b:"));
+    qputenv("HOME", "/home/me/");
+    QCOMPARE(userSurroundings().pathList, QStringLiteral(":/a:/b:"));
+    QCOMPARE(userSurroundings().home, QStringLiteral("/home/me"));
+    QCOMPARE(userSurroundings().root, QString());
     qunsetenv("PATH");
-    QCOMPARE(programFolders(), QStringLiteral("::"));
+    QCOMPARE(userSurroundings().pathList, QStringLiteral("::"));
     qputenv("PATH", path);
+    qputenv("HOME", home);
 }
 
 REGISTER_TEST(runCoreTest<LocationsTest>)
