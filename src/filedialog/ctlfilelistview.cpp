@@ -52,9 +52,9 @@ void sortByKey(QList<QTreeWidgetItem *> &items, int column, Qt::SortOrder order)
 
 } // namespace
 
-ctlFileListView::ctlFileListView(QWidget *parent)
+ctlFileListView::ctlFileListView(QWidget *parent, const Surroundings &usedSurroundings)
     : QTreeWidget(parent)
-    , pathList(programFolders())
+    , surroundings(usedSurroundings)
 {
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -118,7 +118,6 @@ void ctlFileListView::showFolder(const QString &path)
 
 void ctlFileListView::fill(const QString &path)
 {
-    const Surroundings surroundings{ QDir::homePath(), pathList, placesRoot };
     std::vector<FileEntry> entries = readFolder(path, NameFilter(nameFilter));
     std::sort(entries.begin(), entries.end(),
         [](const FileEntry &a, const FileEntry &b) { return a.name < b.name; });

@@ -16,16 +16,15 @@
 class ctlFileListView : public QTreeWidget {
     Q_OBJECT
 public:
-    explicit ctlFileListView(QWidget *parent = nullptr);
+    explicit ctlFileListView(
+        QWidget *parent = nullptr, const Surroundings &surroundings = userSurroundings());
 
     /// The folder that is shown, ending in "/"; empty before the first one.
     QString currentPath;
     /// Which files are shown, patterns separated by ";"; takes effect with the next showFolder().
     QString nameFilter;
-    /// ":" + $PATH + ":" as it was when the list was made: folders of programs have their own picture.
-    QString pathList;
-    /// Stands before the fixed places that have pictures of their own; empty on a machine of its own.
-    QString placesRoot;
+    /// As they were when the list was made: folders of programs and other places have pictures of their own.
+    const Surroundings surroundings;
 
     /// The selected row; null without one.
     ctlFileListViewItem *selectedItem() const;

@@ -44,22 +44,17 @@ bool isJoined(const QString &whole, const QString &base, QLatin1StringView rest)
     return whole.size() == base.size() + rest.size() && whole.endsWith(rest) && whole.startsWith(base);
 }
 
-bool isInSearchPath(const QString &path, const QString &searchPath)
+bool isInSearchPath(const QString &path, const QString &pathList)
 {
     const QStringView folder = path.endsWith(u'/') ? QStringView(path).chopped(1) : QStringView(path);
-    return searchPath.contains(u':' + folder.toString() + u':');
+    return pathList.contains(u':' + folder.toString() + u':');
 }
 
 } // namespace
 
 Surroundings userSurroundings()
 {
-    return { QDir::homePath(), programFolders(), {} };
-}
-
-QString programFolders()
-{
-    return u':' + qEnvironmentVariable("PATH") + u':';
+    return { QDir::homePath(), u':' + qEnvironmentVariable("PATH") + u':', {} };
 }
 
 bool PlaceTest::holds(const QString &path, const QString &linkTarget, const Surroundings &surroundings) const
@@ -72,7 +67,7 @@ bool PlaceTest::holds(const QString &path, const QString &linkTarget, const Surr
     case LinkTarget:
         return isJoined(linkTarget, surroundings.root, text);
     case SearchPath:
-        return isInSearchPath(path, surroundings.searchPath);
+        return isInSearchPath(path, surroundings.pathList);
     }
     return false;
 }

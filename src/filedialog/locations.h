@@ -8,13 +8,11 @@
 /// What a folder is compared with to tell which kind of place it is.
 struct Surroundings {
     QString home; ///< the user's home folder, no "/" at the end
-    QString searchPath; ///< folders of programs: ":/bin:/usr/bin:"
+    QString pathList; ///< folders of programs: ":" + $PATH + ":"
     QString root; ///< stands before every fixed place; empty where those are the machine's own
 };
 
 Surroundings userSurroundings();
-/// ":" + $PATH + ":"; "::" when it is not set.
-QString programFolders();
 
 /// One test of a table of places; the first one that holds decides. Whole strings, case-sensitive.
 struct PlaceTest {

@@ -73,7 +73,7 @@ void ListViewTest::columns()
     QVERIFY(list.allColumnsShowFocus());
     QVERIFY(list.currentPath.isEmpty());
     QVERIFY(list.nameFilter.isEmpty());
-    QCOMPARE(list.pathList, u':' + qEnvironmentVariable("PATH") + u':');
+    QCOMPARE(list.surroundings.pathList, u':' + qEnvironmentVariable("PATH") + u':');
 }
 
 void ListViewTest::showsAFolder()
@@ -305,11 +305,9 @@ void ListViewTest::placesBelowARoot()
     root.link("../mnt/card", "links/relative");
     root.file("mnt/card/run.sh", 10, 0555);
 
-    const QByteArray home = qgetenv("HOME");
-    qputenv("HOME", base + "/home/me");
-    ShownList shown(root.path());
-    shown.list.placesRoot = QString::fromUtf8(base);
-    shown.list.pathList = u':' + QString::fromUtf8(base) + QStringLiteral("/usr/bin:");
+    const QString place = QString::fromUtf8(base);
+    ShownList shown(root.path(),
+        { place + QStringLiteral("/home/me"), u':' + place + QStringLiteral("/usr/bin:"), place });
     const auto icon = [&](const char *folder, const char *name) {
         shown.list.showFolder(root.path(folder));
         return shown.item(name)->icon();
@@ -339,7 +337,6 @@ void ListViewTest::placesBelowARoot()
     QCOMPARE(icon("mnt/card/", "run.sh"), FileIcon::Script);
     QVERIFY(shown.item("run.sh")->isLocked());
     QVERIFY(!shown.item("run.sh")->isExec());
-    qputenv("HOME", home);
 }
 
 void ListViewTest::paintsUndecodableNames()

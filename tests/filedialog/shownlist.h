@@ -9,7 +9,8 @@
 struct ShownList {
     using Item = ctlFileListViewItem;
 
-    explicit ShownList(const QString &path)
+    explicit ShownList(const QString &path, const Surroundings &surroundings = userSurroundings())
+        : list(nullptr, surroundings)
     {
         list.resize(210, 130);
         list.nameFilter = QStringLiteral("*");
