@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QString group = QStringLiteral("a");
     const QString key = QStringLiteral("b");
     const auto before = file.value(group, key);
-    const bool isChanged = file.setValue(group, key, value);
+    const bool isChanged = file.setValues(group, { { key, value } });
     require(isChanged == (before != value));
     require(isChanged || file.contents() == contents);
     require(file.value(group, key) == value);

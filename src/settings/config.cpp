@@ -68,11 +68,6 @@ void Config::setGroup(const QString &group)
     m_group = group;
 }
 
-bool Config::hasKey(const QString &key) const
-{
-    return m_keys.value(m_group, key).has_value();
-}
-
 QString Config::readEntry(const QString &key, const QString &defaultValue) const
 {
     return m_keys.value(m_group, key).value_or(defaultValue);

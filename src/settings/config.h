@@ -34,7 +34,6 @@ public:
 
     /// The group that the following calls mean; "" at first.
     void setGroup(const QString &group);
-    bool hasKey(const QString &key) const;
     QString readEntry(const QString &key, const QString &defaultValue = {}) const;
     /// A value that is no decimal integer gives the default.
     int readNumEntry(const QString &key, int defaultValue = 0) const;

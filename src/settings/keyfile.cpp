@@ -321,8 +321,3 @@ bool KeyFile::setValues(const QString &group, const QList<Entry> &entries)
         m_contents = changed(m_contents, changes);
     return !changes.empty();
 }
-
-bool KeyFile::setValue(const QString &group, const QString &key, const QString &value)
-{
-    return setValues(group, { { key, value } });
-}

@@ -40,7 +40,6 @@ public:
     /// False when these are the values already: nothing changes then. New keys come behind the last one of
     /// their group, in their order, a new group at the end. No key may be given twice.
     bool setValues(const QString &group, const QList<Entry> &entries);
-    bool setValue(const QString &group, const QString &key, const QString &value);
 
 private:
     QByteArray m_contents;
