@@ -7,7 +7,6 @@
 #include "platform/screenclass.h"
 #include "platform/scrolledform.h"
 
-#include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -22,9 +21,10 @@ constexpr int fixedWrap = 2; // item of the wrap modes, and what is stored for i
 
 } // namespace
 
-/// One number as typed and what it may be.
-struct frmOption::NumberCheck {
+/// A number that is typed, where it is stored, and what it may be.
+struct frmOption::Number {
     QLineEdit *field;
+    int *stored;
     int least;
     int most;
     QString notNumeric;
@@ -33,6 +33,7 @@ struct frmOption::NumberCheck {
 
 frmOption::frmOption(QWidget *parent)
     : QDialog(parent)
+    , m_controls(appSettings())
     , m_pages(new QTabWidget)
 {
     setModal(true);
@@ -71,7 +72,8 @@ void frmOption::slotRecentClear()
 
 void frmOption::accept()
 {
-    if (!areNumbersUsable())
+    const QList<Number> typed = numbers();
+    if (!std::all_of(typed.begin(), typed.end(), [this](const Number &number) { return isUsable(number); }))
         return;
     store();
     writeSettings();
@@ -83,33 +85,33 @@ bool frmOption::isWrapFixed() const
     return m_wrapMode->currentIndex() == fixedWrap;
 }
 
-/// Tells about the first number that is not usable.
-bool frmOption::areNumbersUsable()
+/// In the order in which they are checked.
+QList<frmOption::Number> frmOption::numbers() const
 {
-    const NumberCheck wrapColumns{ m_wrapLen, 10, std::numeric_limits<int>::max(),
-        tr("The Wrap columns must be numeric."), tr("The Wrap columns must be more than 10 numbers.") };
+    AppSettings &settings = appSettings();
     // Two bounds are not what their texts say: 10 columns are enough, and 100 points are not too many.
-    const NumberCheck others[] = {
-        { m_tabLen, 1, 12, tr("The Tab size must be numeric."),
+    return {
+        { m_wrapLen, &settings.WrapLen, 10, std::numeric_limits<int>::max(),
+            tr("The Wrap columns must be numeric."), tr("The Wrap columns must be more than 10 numbers.") },
+        { m_tabLen, &settings.TabLen, 1, 12, tr("The Tab size must be numeric."),
             tr("The Tab size must be between 1 and 12.") },
-        { m_fontSize->lineEdit(), 1, 100, tr("The Font size must be numeric."),
+        { m_fontSize->lineEdit(), &settings.FontSize, 1, 100, tr("The Font size must be numeric."),
             tr("The Font size must be between 1 and 99.") },
-        { m_recentViewCnt, 0, 15, tr("The Recent Files count must be numeric."),
+        { m_recentViewCnt, &recentFiles().RecentViewCnt, 0, 15, tr("The Recent Files count must be numeric."),
             tr("The Recent Files count must be between 0 and 15.") },
     };
-    if (isWrapFixed() && !isUsable(wrapColumns))
-        return false;
-    return std::all_of(
-        std::begin(others), std::end(others), [this](const NumberCheck &check) { return isUsable(check); });
 }
 
-bool frmOption::isUsable(const NumberCheck &check)
+/// Tells what is wrong with a number that is not. The columns may be anything while they are not used.
+bool frmOption::isUsable(const Number &number)
 {
-    const std::optional<int> number = decimalNumberAs<int>(check.field->text());
-    if (number && *number >= check.least && *number <= check.most)
+    if (number.field == m_wrapLen && !isWrapFixed())
         return true;
-    showField(check.field);
-    MessageBox::critical(this, tr("Error"), number ? check.outOfBounds : check.notNumeric);
+    const std::optional<int> typed = decimalNumberAs<int>(number.field->text());
+    if (typed && *typed >= number.least && *typed <= number.most)
+        return true;
+    showField(number.field);
+    MessageBox::critical(this, tr("Error"), typed ? number.outOfBounds : number.notNumeric);
     return false;
 }
 
@@ -126,14 +128,8 @@ void frmOption::showField(QLineEdit *field)
 
 void frmOption::store() const
 {
-    AppSettings &settings = appSettings();
-    for (const Check &check : m_checks)
-        settings.*check.setting = check.box->isChecked() ? 1 : 0;
-    for (const Choice &choice : m_choices)
-        settings.*choice.setting = choice.combo->value();
-    settings.FontName = m_fontName->currentText();
-    settings.FontSize = decimalNumberAs<int>(m_fontSize->currentText()).value_or(0);
-    settings.WrapLen = decimalNumberAs<int>(m_wrapLen->text()).value_or(0);
-    settings.TabLen = decimalNumberAs<int>(m_tabLen->text()).value_or(0);
-    recentFiles().RecentViewCnt = decimalNumberAs<int>(m_recentViewCnt->text()).value_or(0);
+    m_controls.store();
+    appSettings().FontName = m_fontName->currentText();
+    for (const Number &number : numbers())
+        *number.stored = decimalNumberAs<int>(number.field->text()).value_or(0);
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "settings/settings.h"
+#include "options/settingcontrols.h"
 
 #include <QDialog>
 
 class ChoiceCombo;
-class QCheckBox;
 class QComboBox;
 class QLineEdit;
 class QTabWidget;
@@ -37,37 +36,22 @@ private:
     QWidget *createView1Page();
     QWidget *createView2Page();
     QWidget *createDetailPage();
-    QWidget *createMarks();
+    QWidget *createSigns();
 
-    QCheckBox *createCheck(const QString &key, int AppSettings::*setting, const QString &text);
-    ChoiceCombo *createChoice(
-        const QString &key, int AppSettings::*setting, int firstValue, const QStringList &texts);
-    ChoiceCombo *createColorChoice(
-        const QString &key, int AppSettings::*setting, int firstValue, const QStringList &textsBefore = {});
-    QLineEdit *createNumber(const QString &key, int value);
     void createFontName();
     void createFontSize();
     void createWrap();
     ChoiceCombo *createCharCode();
     ChoiceCombo *createReturnCode();
 
-    struct NumberCheck;
-    bool areNumbersUsable();
-    bool isUsable(const NumberCheck &check);
+    struct Number;
+    QList<Number> numbers() const;
+    bool isUsable(const Number &number);
     void showField(QLineEdit *field);
     void store() const;
     bool isWrapFixed() const;
 
-    struct Check {
-        QCheckBox *box;
-        int AppSettings::*setting;
-    };
-    struct Choice {
-        ChoiceCombo *combo;
-        int AppSettings::*setting;
-    };
-    QList<Check> m_checks;
-    QList<Choice> m_choices;
+    SettingControls m_controls;
     QTabWidget *m_pages;
     QComboBox *m_fontName = nullptr;
     QComboBox *m_fontSize = nullptr;

@@ -102,6 +102,23 @@ void finishPage(QGridLayout *grid)
     grid->setRowStretch(grid->rowCount(), 1);
 }
 
+QStringList colorTexts()
+{
+    QStringList texts;
+    for (const char *name : colorNames)
+        texts << frmOption::tr(name);
+    return texts;
+}
+
+QLineEdit *createNumber(const QString &key, int value)
+{
+    auto *field = new QLineEdit(QString::number(value));
+    field->setObjectName(key);
+    const QString widest(digitsOfNumber + 1, u'0'); // one more for the field's frame
+    field->setFixedWidth(field->fontMetrics().horizontalAdvance(widest));
+    return field;
+}
+
 QComboBox *createTypableCombo(const QString &key)
 {
     auto *combo = new QComboBox;
@@ -116,38 +133,38 @@ QComboBox *createTypableCombo(const QString &key)
 
 void frmOption::setComboColorItem(QComboBox *combo)
 {
-    for (const char *name : colorNames)
-        combo->addItem(tr(name));
+    combo->addItems(colorTexts());
 }
 
 QWidget *frmOption::createView1Page()
 {
     auto *page = new QWidget;
     QGridLayout *grid = createPage(page);
-    grid->addWidget(createMarks(), 0, 0, 1, 2);
+    grid->addWidget(createSigns(), 0, 0, 1, 2);
     createFontName();
     addRow(grid, tr("&Font :"), { m_fontName });
     createFontSize();
     addRow(grid, tr("Font &size :"), { m_fontSize });
-    addRow(
-        grid, tr("F&oreColor :"), { createColorChoice(u"ForeColor"_s, &AppSettings::ForeColor, firstColor) });
-    addRow(
-        grid, tr("&BackColor :"), { createColorChoice(u"BackColor"_s, &AppSettings::BackColor, firstColor) });
+    addRow(grid, tr("F&oreColor :"),
+        { m_controls.createChoice(u"ForeColor"_s, &AppSettings::ForeColor, firstColor, colorTexts()) });
+    addRow(grid, tr("&BackColor :"),
+        { m_controls.createChoice(u"BackColor"_s, &AppSettings::BackColor, firstColor, colorTexts()) });
     createWrap();
     addRow(grid, tr("&Wrap mode :"), { m_wrapMode, m_wrapLen });
     finishPage(grid);
     return page;
 }
 
-QWidget *frmOption::createMarks()
+QWidget *frmOption::createSigns()
 {
     auto *group = new QGroupBox(tr("Mark display"));
     auto *grid = new QGridLayout(group);
     setSpaces(grid, pageSpace(), pageSpace());
-    grid->addWidget(createCheck(u"ShowKAI"_s, &AppSettings::ShowKAI, tr("&Return code")), 0, 0);
-    grid->addWidget(createCheck(u"ShowTAB"_s, &AppSettings::ShowTAB, tr("&Tab character")), 0, 1);
-    grid->addWidget(createCheck(u"ShowZEN"_s, &AppSettings::ShowZEN, tr("&Multi-byte space")), 1, 0);
-    grid->addWidget(createCheck(u"ShowEOF"_s, &AppSettings::ShowEOF, tr("&EOF")), 1, 1);
+    grid->addWidget(m_controls.createCheck(u"ShowKAI"_s, &AppSettings::ShowKAI, tr("&Return code")), 0, 0);
+    grid->addWidget(m_controls.createCheck(u"ShowTAB"_s, &AppSettings::ShowTAB, tr("&Tab character")), 0, 1);
+    grid->addWidget(
+        m_controls.createCheck(u"ShowZEN"_s, &AppSettings::ShowZEN, tr("&Multi-byte space")), 1, 0);
+    grid->addWidget(m_controls.createCheck(u"ShowEOF"_s, &AppSettings::ShowEOF, tr("&EOF")), 1, 1);
     return group;
 }
 
@@ -175,7 +192,7 @@ void frmOption::createFontSize()
 
 void frmOption::createWrap()
 {
-    m_wrapMode = createChoice(
+    m_wrapMode = m_controls.createChoice(
         u"WrapMode"_s, &AppSettings::WrapMode, 0, { tr("None"), tr("Auto"), tr("Fixed column") });
     connect(m_wrapMode, &QComboBox::activated, this, &frmOption::slotWrapModeActivated);
     m_wrapLen = createNumber(u"WrapLen"_s, appSettings().WrapLen);
@@ -187,14 +204,14 @@ QWidget *frmOption::createView2Page()
 {
     auto *page = new QWidget;
     QGridLayout *grid = createPage(page);
-    ChoiceCombo *rowNo =
-        createChoice(u"RowNo"_s, &AppSettings::RowNo, 0, { tr("None"), tr("Small size"), tr("Large size") });
+    ChoiceCombo *rowNo = m_controls.createChoice(
+        u"RowNo"_s, &AppSettings::RowNo, 0, { tr("None"), tr("Small size"), tr("Large size") });
     addRow(grid, tr("&Row No :"), { rowNo });
-    ChoiceCombo *rowNoColor =
-        createColorChoice(u"RowNoColor"_s, &AppSettings::RowNoColor, 0, { tr("(Same ForeColor)") });
+    ChoiceCombo *rowNoColor = m_controls.createChoice(
+        u"RowNoColor"_s, &AppSettings::RowNoColor, 0, QStringList{ tr("(Same ForeColor)") } + colorTexts());
     addRow(grid, tr("Row No &Color :"), { rowNoColor });
-    ChoiceCombo *activeLine =
-        createColorChoice(u"ActiveHLine"_s, &AppSettings::ActiveHLine, 0, { tr("None") });
+    ChoiceCombo *activeLine = m_controls.createChoice(
+        u"ActiveHLine"_s, &AppSettings::ActiveHLine, 0, QStringList{ tr("None") } + colorTexts());
     addRow(grid, tr("&Active Line :"), { activeLine });
     m_tabLen = createNumber(u"TabLen"_s, appSettings().TabLen);
     addRow(grid, tr("&Tab size :"), { m_tabLen });
@@ -206,10 +223,10 @@ QWidget *frmOption::createDetailPage()
 {
     auto *page = new QWidget;
     QGridLayout *grid = createPage(page);
-    QCheckBox *restore = createCheck(
+    QCheckBox *restore = m_controls.createCheck(
         u"RestoreScroll"_s, &AppSettings::RestoreScroll, tr("A cursor &position is restored when opens"));
     grid->addWidget(restore, 0, 0, 1, 2);
-    ChoiceCombo *indent = createChoice(u"AutoIndent"_s, &AppSettings::AutoIndent, 0,
+    ChoiceCombo *indent = m_controls.createChoice(u"AutoIndent"_s, &AppSettings::AutoIndent, 0,
         { tr("None"), tr("Tab & space"), tr("Tab & space & MultiSpace") });
     // Rows of their own: in common columns they would be too wide for a small screen.
     const auto addWideRow = [grid](const QList<QWidget *> &controls) {
@@ -230,52 +247,14 @@ QWidget *frmOption::createDetailPage()
 
 ChoiceCombo *frmOption::createCharCode()
 {
-    return createChoice(u"DefCodec"_s, &AppSettings::DefCodec, firstCharCode,
+    return m_controls.createChoice(u"DefCodec"_s, &AppSettings::DefCodec, firstCharCode,
         { tr("UTF-8"), tr("Shift-JIS"), tr("EUC"), tr("JIS") });
 }
 
 ChoiceCombo *frmOption::createReturnCode()
 {
-    ChoiceCombo *returnCode = createChoice(
+    ChoiceCombo *returnCode = m_controls.createChoice(
         u"DefCRLF"_s, &AppSettings::DefCRLF, firstReturnCode, { tr("CR"), tr("CR+LF"), tr("LF") });
     returnCode->setAccessibleName(tr("Line end"));
     return returnCode;
-}
-
-QCheckBox *frmOption::createCheck(const QString &key, int AppSettings::*setting, const QString &text)
-{
-    auto *box = new QCheckBox(text);
-    box->setObjectName(key);
-    box->setChecked(appSettings().*setting == 1);
-    m_checks.append({ box, setting });
-    return box;
-}
-
-ChoiceCombo *frmOption::createChoice(
-    const QString &key, int AppSettings::*setting, int firstValue, const QStringList &texts)
-{
-    auto *combo = new ChoiceCombo(firstValue);
-    combo->setObjectName(key);
-    combo->addItems(texts);
-    combo->setValue(appSettings().*setting);
-    m_choices.append({ combo, setting });
-    return combo;
-}
-
-ChoiceCombo *frmOption::createColorChoice(
-    const QString &key, int AppSettings::*setting, int firstValue, const QStringList &textsBefore)
-{
-    ChoiceCombo *combo = createChoice(key, setting, firstValue, textsBefore);
-    setComboColorItem(combo);
-    combo->setValue(appSettings().*setting);
-    return combo;
-}
-
-QLineEdit *frmOption::createNumber(const QString &key, int value)
-{
-    auto *field = new QLineEdit(QString::number(value));
-    field->setObjectName(key);
-    const QString widest(digitsOfNumber + 1, u'0'); // one more for the field's frame
-    field->setFixedWidth(field->fontMetrics().horizontalAdvance(widest));
-    return field;
 }
