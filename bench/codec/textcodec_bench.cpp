@@ -1,8 +1,9 @@
 // Decoding and encoding of 100 MB of mixed Japanese in each code, beside iconv(3) on the same text; and what
 // happens to a file's bytes before decoding.
-#include "document/textfile.h"
+#include "codec/codecs.h"
+#include "document/detection.h"
+#include "document/lineends.h"
 #include "files/readfile.h"
-#include "codec/textcodec.h"
 
 #include <benchmark/benchmark.h>
 
@@ -13,15 +14,16 @@
 namespace {
 
 struct Code {
-    const char *codec;
+    const char *name;
+    const TextCodec &(*codec)();
     const char *system;
 };
 constexpr Code codes[] = {
-    { "UTF8", "UTF-8" },
-    { "SJIS", "CP932" },
-    { "eucJP", "EUC-JP-MS" },
-    { "JIS7", "ISO-2022-JP" },
-    { "UTF-16LE", "UTF-16" },
+    { "UTF8", utf8Codec, "UTF-8" },
+    { "SJIS", shiftJisCodec, "CP932" },
+    { "eucJP", eucCodec, "EUC-JP-MS" },
+    { "JIS7", jisCodec, "ISO-2022-JP" },
+    { "UTF-16LE", utf16LittleEndianCodec, "UTF-16" },
 };
 
 /// About 100 MB in UTF-8: prose, a log and a table, as documents have them.
@@ -37,9 +39,9 @@ const QString &mixedText()
     return text;
 }
 
-QByteArray encoded(const char *codec)
+QByteArray encoded(const TextCodec &(*codec)())
 {
-    return TextCodec::codecForName(codec)->fromUnicode(mixedText());
+    return codec().fromUnicode(mixedText());
 }
 
 constexpr qsizetype runLength = 2048; // as a store gives them
@@ -60,7 +62,7 @@ void decode(benchmark::State &state, Code code)
     const QByteArray bytes = encoded(code.codec);
     for (auto _ : state) {
         CountingSink sink;
-        TextCodec::codecForName(code.codec)->decode(bytes, sink);
+        code.codec().decode(bytes, sink);
         benchmark::DoNotOptimize(sink.units);
     }
     setBytes(state, bytes.size());
@@ -83,7 +85,7 @@ void encode(benchmark::State &state, Code code)
             written += block.size();
             return true;
         };
-        TextCodec::codecForName(code.codec)->encode(next, count, TextCodec::AsRead::Everything);
+        code.codec().encode(next, count, TextCodec::AsRead::Everything);
     }
     setBytes(state, written);
 }
@@ -129,11 +131,11 @@ void systemEncode(benchmark::State &state, Code code)
     setBytes(state, written);
 }
 
-void detect(benchmark::State &state, const char *codec)
+void detect(benchmark::State &state, const TextCodec &(*codec)())
 {
     const QByteArray bytes = encoded(codec);
     for (auto _ : state)
-        benchmark::DoNotOptimize(detectCharCode(bytes, CharCodeShiftJis));
+        benchmark::DoNotOptimize(detectCharCode(bytes, CharCode::ShiftJis));
     setBytes(state, bytes.size());
 }
 
@@ -142,7 +144,7 @@ void detectAscii(benchmark::State &state)
     const QByteArray bytes =
         QByteArray("2003-04-05 12:34:56 [info] one line of a log of plain ASCII\n").repeated(1700000);
     for (auto _ : state)
-        benchmark::DoNotOptimize(detectCharCode(bytes, CharCodeShiftJis));
+        benchmark::DoNotOptimize(detectCharCode(bytes, CharCode::ShiftJis));
     setBytes(state, bytes.size());
 }
 
@@ -150,13 +152,13 @@ void detectLineEnd(benchmark::State &state)
 {
     const QByteArray bytes(100000000, 'a');
     for (auto _ : state)
-        benchmark::DoNotOptimize(detectReturnCode(bytes, ReturnCodeLf));
+        benchmark::DoNotOptimize(detectReturnCode(bytes, ReturnCode::Lf));
     setBytes(state, bytes.size());
 }
 
-void normalize(benchmark::State &state, int returnCode)
+void normalize(benchmark::State &state, ReturnCode returnCode)
 {
-    const QByteArray bytes = encoded("SJIS");
+    const QByteArray bytes = encoded(shiftJisCodec);
     for (auto _ : state) {
         state.PauseTiming();
         QByteArray copy(bytes.constData(), bytes.size());
@@ -187,7 +189,7 @@ using Body = void (*)(benchmark::State &, Code);
 void addForEachCode(const char *name, Body body)
 {
     for (const Code &code : codes) {
-        const std::string fullName = std::string(name) + '/' + code.codec;
+        const std::string fullName = std::string(name) + '/' + code.name;
         benchmark::RegisterBenchmark(fullName.c_str(), body, code)->Unit(benchmark::kMillisecond);
     }
 }
@@ -200,15 +202,15 @@ const bool added = [] {
     return true;
 }();
 
-BENCHMARK_CAPTURE(detect, UTF8, "UTF8")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(detect, SJIS, "SJIS")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(detect, eucJP, "eucJP")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(detect, JIS7, "JIS7")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(detect, UTF8, utf8Codec)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(detect, SJIS, shiftJisCodec)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(detect, eucJP, eucCodec)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(detect, JIS7, jisCodec)->Unit(benchmark::kMillisecond);
 BENCHMARK(detectAscii)->Unit(benchmark::kMillisecond);
 BENCHMARK(detectLineEnd)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(normalize, CrLf, ReturnCodeCrLf)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(normalize, Cr, ReturnCodeCr)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(normalize, Lf, ReturnCodeLf)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(normalize, CrLf, ReturnCode::CrLf)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(normalize, Cr, ReturnCode::Cr)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(normalize, Lf, ReturnCode::Lf)->Unit(benchmark::kMillisecond);
 BENCHMARK(readFile)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -1,7 +1,7 @@
 // Opening, saving and indenting whole documents, in bytes of the file a second. Runs without a screen.
-#include "settings/settings.h"
+#include "codec/charcode.h"
 #include "editor/ctlediter.h"
-#include "document/textfile.h"
+#include "settings/settings.h"
 
 #include <QApplication>
 #include <QFile>
@@ -22,10 +22,11 @@ struct Kind {
 };
 const Kind kinds[] = {
     { "2026-11-21 03:08:52 host program[4711]: a line of a log, as long as they usually are\n",
-        CharCodeUtf8 },
-    { "日本語の文章 and some ASCII text between, 全部で一行。\r\n", CharCodeUtf8 },
-    { "\x93\xfa\x96\x7b\x8c\xea\x82\xcc\x95\xb6\x8f\xcd and some ASCII text between\r\n", CharCodeShiftJis },
-    { "one line without an end ", CharCodeUtf8 },
+        CharCode::Utf8 },
+    { "日本語の文章 and some ASCII text between, 全部で一行。\r\n", CharCode::Utf8 },
+    { "\x93\xfa\x96\x7b\x8c\xea\x82\xcc\x95\xb6\x8f\xcd and some ASCII text between\r\n",
+        CharCode::ShiftJis },
+    { "one line without an end ", CharCode::Utf8 },
 };
 
 /// A file of `size` bytes about, made once for all runs.
@@ -57,7 +58,7 @@ void load(benchmark::State &state)
     const Sample sample(kind, state.range(1) * megabyte);
     for (auto run : state) {
         ctlEditer editor(nullptr);
-        editor.loadFile(sample.path(), sample.name(), kind.code);
+        editor.loadFile(sample.path(), sample.name(), int(kind.code));
         benchmark::DoNotOptimize(editor.numLines());
     }
     state.SetBytesProcessed(state.iterations() * sample.size());
@@ -69,7 +70,7 @@ void save(benchmark::State &state)
     const Kind &kind = kinds[state.range(0)];
     const Sample sample(kind, state.range(1) * megabyte);
     ctlEditer editor(nullptr);
-    editor.loadFile(sample.path(), sample.name(), kind.code);
+    editor.loadFile(sample.path(), sample.name(), int(kind.code));
     for (auto run : state)
         benchmark::DoNotOptimize(editor.saveFile(sample.path(), sample.name()));
     state.SetBytesProcessed(state.iterations() * sample.size());

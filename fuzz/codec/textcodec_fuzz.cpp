@@ -1,3 +1,4 @@
+#include "codec/codecs.h"
 #include "tests/codec/storedbytes.h"
 
 #include <cstdlib>
@@ -5,10 +6,10 @@
 /// Any bytes through every codec, in blocks of any size: they are saved as they were.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    for (const char *name : { "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1", "UTF-16LE", "UTF-16BE" }) {
-        const TextCodec *codec = TextCodec::codecForName(name);
+    for (const TextCodec *codec : { &shiftJisCodec(), &eucCodec(), &jisCodec(), &utf8Codec(), &latin1Codec(),
+             &utf16LittleEndianCodec(), &utf16BigEndianCodec() }) {
         QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-        if (codec->name().startsWith("UTF-16"))
+        if (codec == &utf16LittleEndianCodec() || codec == &utf16BigEndianCodec())
             bytes.prepend(codec->fromUnicode(QString()));
         const QString text = codec->toUnicode(bytes);
         const TextStore store = storeOf(*codec, bytes, { {}, 1 + static_cast<qsizetype>(size % 37) });

@@ -1,7 +1,7 @@
 #include "app/frmmain.h"
 
 #include "app/documentarea.h"
-#include "document/textfile.h"
+#include "codec/charcode.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "files/filename.h"
@@ -35,7 +35,7 @@ bool isFresh(const ctlEditer *editor)
 /// Plain ASCII is no choice of the user's and would be wrong as soon as the file holds more: detected again.
 int codeToReload(const ctlEditer *editor)
 {
-    return editor->charCode() == CharCodeAscii ? int(CharCodeBinary) : editor->charCode();
+    return CharCode(editor->charCode()) == CharCode::Ascii ? 0 : editor->charCode();
 }
 
 QString fullName(const ctlEditer *editor)

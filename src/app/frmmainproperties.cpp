@@ -2,8 +2,8 @@
 
 #include "app/textcounts.h"
 #include "editor/ctlediter.h"
-#include "platform/digitgrouping.h"
 #include "files/filename.h"
+#include "platform/digitgrouping.h"
 #include "platform/messagebox.h"
 
 void frmMain::slotCmdFileProp()
@@ -12,7 +12,7 @@ void frmMain::slotCmdFileProp()
     if (!editor)
         return;
     const TextCounts counts = countText(editor->store());
-    const qint64 bytes = fileSize(counts, editor->charCode(), editor->returnCode());
+    const qint64 bytes = fileSize(counts, CharCode(editor->charCode()), ReturnCode(editor->returnCode()));
     const qint64 kilobytes = (bytes + 1023) / 1024;
     const qint64 chars = counts.singleByteChars + counts.doubleByteChars;
     MessageBox::information(this, tr("Document properties"),

@@ -1,14 +1,14 @@
 #include "app/frmmain.h"
 
 #include "app/documentarea.h"
-#include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
-#include "platform/endquestion.h"
 #include "files/filename.h"
+#include "platform/endquestion.h"
 #include "platform/messagebox.h"
 #include "platform/qcop.h"
 #include "platform/qpeapplication.h"
+#include "settings/settings.h"
 
 #include <QDir>
 #include <QStackedWidget>
@@ -89,7 +89,7 @@ bool frmMain::slotCmdFileSaveAs(ctlEditer *editor)
         if (slotCmdFileSave(editor, file->folder, file->name, file->charCode, file->returnCode))
             return true;
         // Binary text cannot be saved anywhere.
-        if (editor->charCode() == CharCodeBinary)
+        if (CharCode(editor->charCode()) == CharCode::Binary)
             return false;
         start = *file; // what was chosen is not lost, and can be mended
     }

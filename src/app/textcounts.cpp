@@ -1,6 +1,5 @@
 #include "app/textcounts.h"
 
-#include "document/textfile.h"
 #include "text/textstore.h"
 
 #include <span>
@@ -48,15 +47,10 @@ TextCounts countText(const TextStore &text)
     return counts;
 }
 
-qint64 fileSize(const TextCounts &counts, int charCode, int returnCode)
+qint64 fileSize(const TextCounts &counts, CharCode charCode, ReturnCode returnCode)
 {
-    const qint64 lineEnds = counts.lineFeeds * (returnCode == ReturnCodeCrLf ? 2 : 1);
-    switch (charCode) {
-    case CharCodeUnicode:
-        return (lineEnds + counts.doubleByteChars + counts.singleByteChars) * 2;
-    case CharCodeUtf8:
-        return lineEnds + counts.doubleByteChars * 3 + counts.singleByteChars;
-    default:
-        return lineEnds + counts.doubleByteChars * 2 + counts.singleByteChars;
-    }
+    const CharCodeInfo &code = infoOf(charCode);
+    const qint64 lineEnds = counts.lineFeeds * infoOf(returnCode).bytes.size();
+    return (lineEnds + counts.singleByteChars) * code.bytesOfNarrow
+        + counts.doubleByteChars * code.bytesOfWide;
 }

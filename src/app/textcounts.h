@@ -1,5 +1,8 @@
 #pragma once
 
+#include "codec/charcode.h"
+#include "codec/returncode.h"
+
 #include <QtGlobal>
 
 class TextStore;
@@ -15,6 +18,6 @@ struct TextCounts {
 /// Walks the whole text once, without a copy of it.
 TextCounts countText(const TextStore &text);
 
-/// Bytes of the text as a file with that CharCode and ReturnCode, by the classes alone: in UTF-8 a half-width
+/// Bytes of the text as a file with that code and line end, by the classes alone: in UTF-8 a half-width
 /// katakana counts as one byte, and Unicode has no byte-order mark.
-qint64 fileSize(const TextCounts &counts, int charCode, int returnCode);
+qint64 fileSize(const TextCounts &counts, CharCode charCode, ReturnCode returnCode);

@@ -12,7 +12,7 @@ std::optional<FileChoice> WindowDialogs::runFileDialog(
     window->activateWindow();
     if (!isAccepted)
         return std::nullopt;
-    return FileChoice{ dialog.dirPath, dialog.fileName, dialog.charCode, dialog.returnCode };
+    return FileChoice{ dialog.dirPath, dialog.fileName, int(dialog.charCode), int(dialog.returnCode) };
 }
 
 bool WindowDialogs::runOptions(QWidget *window)

@@ -1,25 +1,6 @@
 #include "codec/textcodec.h"
 
-#include "codec/codecs.h"
-
-#include <algorithm>
-
 namespace {
-
-struct NamedCodec {
-    QByteArrayView name;
-    const TextCodec &(*codec)();
-};
-
-constexpr NamedCodec namedCodecs[] = {
-    { "SJIS", shiftJisCodec },
-    { "eucJP", eucCodec },
-    { "JIS7", jisCodec },
-    { "UTF8", utf8Codec },
-    { "ISO-8859-1", latin1Codec },
-    { "UTF-16LE", utf16LittleEndianCodec },
-    { "UTF-16BE", utf16BigEndianCodec },
-};
 
 struct StringSink : TextCodec::TextSink {
     QString text;
@@ -46,23 +27,6 @@ private:
 } // namespace
 
 TextCodec::~TextCodec() = default;
-
-const TextCodec *TextCodec::codecForName(QByteArrayView name)
-{
-    const auto *found = std::ranges::find(namedCodecs, name, &NamedCodec::name);
-    return found == std::end(namedCodecs) ? nullptr : &found->codec();
-}
-
-const TextCodec *TextCodec::codecForContent(QByteArrayView data)
-{
-    if (data.startsWith("\xFF\xFE"))
-        return &utf16LittleEndianCodec();
-    if (data.startsWith("\xFE\xFF"))
-        return &utf16BigEndianCodec();
-    if (data.startsWith("\xEF\xBB\xBF"))
-        return &utf8Codec();
-    return &latin1Codec();
-}
 
 void TextCodec::TextSink::spelling(QByteArrayView bytes)
 {

@@ -47,12 +47,7 @@ public:
 
     virtual ~TextCodec();
 
-    /// "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1", "UTF-16LE", "UTF-16BE"; null for a name not known.
-    static const TextCodec *codecForName(QByteArrayView name);
-    /// By the byte-order mark at the start: FF FE or FE FF give UTF-16, EF BB BF UTF-8, anything else
-    /// Latin-1.
-    static const TextCodec *codecForContent(QByteArrayView data);
-
+    /// "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1", "UTF-16LE" or "UTF-16BE".
     virtual QByteArrayView name() const = 0;
 
     /// Decodes the whole of `bytes` into blocks of a bounded size: what loading uses. Long runs of ASCII come

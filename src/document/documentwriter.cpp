@@ -1,26 +1,8 @@
 #include "document/documentwriter.h"
 
-#include "document/textfile.h"
-
-namespace {
-
-QByteArrayView bytesOfLineEnd(int returnCode)
-{
-    switch (returnCode) {
-    case ReturnCodeCr:
-        return "\r";
-    case ReturnCodeCrLf:
-        return "\r\n";
-    default:
-        return "\n";
-    }
-}
-
-} // namespace
-
-DocumentWriter::DocumentWriter(const QByteArray &name, int returnCode, const FileCalls &calls)
+DocumentWriter::DocumentWriter(const QByteArray &name, ReturnCode returnCode, const FileCalls &calls)
     : m_file(name, calls)
-    , m_lineEnd(bytesOfLineEnd(returnCode))
+    , m_lineEnd(infoOf(returnCode).bytes)
 {
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "codec/returncode.h"
 #include "codec/textcodec.h"
 #include "files/safefile.h"
 
@@ -8,8 +9,9 @@
 /// Memory: blocks of a bounded size, whatever the length of the text.
 class DocumentWriter {
 public:
-    /// `returnCode` is a ReturnCode; any but CR and CR+LF writes LF. See SafeFile for `name` and `calls`.
-    DocumentWriter(const QByteArray &name, int returnCode, const FileCalls &calls = FileCalls::system());
+    /// See SafeFile for `name` and `calls`.
+    DocumentWriter(
+        const QByteArray &name, ReturnCode returnCode, const FileCalls &calls = FileCalls::system());
 
     /// See SafeFile.
     void keepOldContent() { m_file.keepOldContent(); }

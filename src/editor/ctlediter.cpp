@@ -1,6 +1,5 @@
 #include "editor/ctlediter.h"
 
-#include "document/textfile.h"
 #include "rows/fontmeasure.h"
 #include "settings/settings.h"
 #include "widget/updatesoff.h"
@@ -34,8 +33,8 @@ ctlEditer::ctlEditer(QWidget *parent)
     applyWrapMode();
     applyColors();
     retranslateName();
-    m_charCode = appSettings().DefCodec;
-    m_returnCode = appSettings().DefCRLF;
+    m_charCode = CharCode(appSettings().DefCodec);
+    m_returnCode = ReturnCode(appSettings().DefCRLF);
     setReadWithOwnCode();
     connect(this, &QMultiLineEdit::undoAvailable, this, &ctlEditer::slotEdUndoAvailable);
     connect(this, &QMultiLineEdit::redoAvailable, this, &ctlEditer::slotEdRedoAvailable);
@@ -49,12 +48,12 @@ void ctlEditer::retranslateName()
 
 QString ctlEditer::charCodeName() const
 {
-    return ::charCodeName(m_charCode);
+    return infoOf(m_charCode).name;
 }
 
 QString ctlEditer::returnCodeName() const
 {
-    return ::returnCodeName(m_returnCode);
+    return infoOf(m_returnCode).name;
 }
 
 void ctlEditer::applySettings()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 #include "codec/textcodec.h"
 #include "document/documentversion.h"
 #include "editor/rownumberfont.h"
@@ -27,8 +29,8 @@ public:
     /// Folder, ending in "/"; empty for a document never saved.
     QString path() const { return m_path; }
     QString name() const { return m_name; }
-    int charCode() const { return m_charCode; }
-    int returnCode() const { return m_returnCode; }
+    int charCode() const { return int(m_charCode); }
+    int returnCode() const { return int(m_returnCode); }
     QString charCodeName() const;
     QString returnCodeName() const;
     bool undoAvailable() const { return m_undoAvailable; }
@@ -122,8 +124,8 @@ private:
     QString m_name;
     QString m_unreadFile; ///< path + name of the file that could not be read; empty when the text is its own
     DocumentVersion m_version;
-    int m_charCode = 0;
-    int m_returnCode = 0;
+    CharCode m_charCode = CharCode::Binary;
+    ReturnCode m_returnCode = ReturnCode::None;
     const TextCodec *m_readWith = nullptr; ///< which the undecodable bytes and spellings in the text are of
     bool m_keepsSpellings = true; ///< until the text was saved in another code
     TextPattern m_pattern; ///< of the last search

@@ -1,9 +1,10 @@
 #include "editor/ctlediter.h"
 #include "editor/readfailurebox.h"
 
-#include "codec/textcodec.h"
+#include "codec/codecs.h"
+#include "document/detection.h"
 #include "document/documentwriter.h"
-#include "document/textfile.h"
+#include "document/lineends.h"
 #include "files/filename.h"
 #include "files/readfile.h"
 #include "platform/messagebox.h"
@@ -11,29 +12,6 @@
 #include "text/enteredtext.h"
 
 namespace {
-
-const TextCodec *codecToRead(int charCode, QByteArrayView bytes)
-{
-    switch (charCode) {
-    case CharCodeBinary:
-        return TextCodec::codecForName("ISO-8859-1");
-    case CharCodeUnicode:
-        return TextCodec::codecForContent(bytes);
-    case CharCodeUtf8:
-        return TextCodec::codecForName("UTF8");
-    case CharCodeEuc:
-        return TextCodec::codecForName("eucJP");
-    case CharCodeJis:
-        return TextCodec::codecForName("JIS7");
-    default:
-        return TextCodec::codecForName("SJIS");
-    }
-}
-
-const TextCodec *codecToWrite(int charCode)
-{
-    return codecToRead(charCode == CharCodeUnicode ? CharCodeUtf8 : charCode, {});
-}
 
 /// Whether a text has undecodable bytes or spellings.
 bool hasBytes(const TextStore &store)
@@ -64,10 +42,11 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
     m_version.setRead();
     setUndoEnabled(false);
     clear();
-    m_returnCode = detectReturnCode(bytes, appSettings().DefCRLF);
-    m_charCode = requested != 0 ? requested : detectCharCode(bytes, appSettings().DefCodec);
-    if (m_charCode == CharCodeBinary)
-        m_returnCode = ReturnCodeNone;
+    m_returnCode = detectReturnCode(bytes, ReturnCode(appSettings().DefCRLF));
+    m_charCode =
+        requestedCharCode(requested).value_or(detectCharCode(bytes, CharCode(appSettings().DefCodec)));
+    if (m_charCode == CharCode::Binary)
+        m_returnCode = ReturnCode::None;
     normalizeLineEnds(bytes, m_returnCode);
     setDecodedText(std::move(bytes));
     setUnmodified();
@@ -76,7 +55,7 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
 
 void ctlEditer::setDecodedText(QByteArray &&bytes)
 {
-    const TextCodec *const codec = codecToRead(m_charCode, bytes);
+    const TextCodec *const codec = &codecToRead(m_charCode, bytes);
     TextStore text = codec->decode(bytes, layoutRule());
     bytes.clear();
     setText(std::move(text));
@@ -93,7 +72,7 @@ void ctlEditer::setReadWith(const TextCodec *codec)
 /// As if an empty file had been read.
 void ctlEditer::setReadWithOwnCode()
 {
-    setReadWith(codecToWrite(m_charCode));
+    setReadWith(&infoOf(m_charCode).codec());
 }
 
 /// Bytes of the code that the text was read in stay what they are, so that it may be saved in that code
@@ -116,20 +95,18 @@ TextCodec::AsRead ctlEditer::writtenAsRead(const TextCodec *codec) const
 
 bool ctlEditer::reload(const QString &path, const QString &name)
 {
-    return loadFile(path, name, CharCodeBinary);
+    return loadFile(path, name, 0);
 }
 
 bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode, int returnCode)
 {
-    if (m_charCode == CharCodeBinary) {
+    if (m_charCode == CharCode::Binary) {
         emit aboutToTell();
         MessageBox::information(this, tr("Error"), tr("The binary file cannot be saved."));
         return false;
     }
-    if (charCode != 0)
-        m_charCode = charCode;
-    if (returnCode != 0)
-        m_returnCode = returnCode;
+    m_charCode = requestedCharCode(charCode).value_or(m_charCode);
+    m_returnCode = requestedReturnCode(returnCode).value_or(m_returnCode);
     if (!writeText(path + name))
         return false;
     setUndoEnabled(false);
@@ -147,7 +124,7 @@ bool ctlEditer::writeText(const QString &fileName)
     const bool isOvertaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
     if (isOvertaken || fileName == m_unreadFile)
         writer.keepOldContent();
-    const TextCodec *const codec = codecToWrite(m_charCode);
+    const TextCodec *const codec = &infoOf(m_charCode).codec();
     const bool isWritten = writer.write(store(), *codec, writtenAsRead(codec));
     if (isWritten) {
         m_version.endWriting(target);

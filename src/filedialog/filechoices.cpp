@@ -22,18 +22,18 @@ constinit const std::array<FileType, fileTypeCount> fileTypes{ {
 } };
 
 constinit const std::array<CharCodeChoice, 5> charCodeChoices{ {
-    { QT_TRANSLATE_NOOP("frmFileDialog", "Auto"), CharCodeBinary },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "Shift-JIS"), CharCodeShiftJis },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "EUC"), CharCodeEuc },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "JIS"), CharCodeJis },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "UTF-8"), CharCodeUtf8 },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "Auto"), CharCode::Binary },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "Shift-JIS"), CharCode::ShiftJis },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "EUC"), CharCode::Euc },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "JIS"), CharCode::Jis },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "UTF-8"), CharCode::Utf8 },
 } };
 
 constinit const std::array<ReturnCodeChoice, 4> returnCodeChoices{ {
-    { QT_TRANSLATE_NOOP("frmFileDialog", "Auto"), ReturnCodeNone },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "CR+LF"), ReturnCodeCrLf },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "LF"), ReturnCodeLf },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "CR"), ReturnCodeCr },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "Auto"), ReturnCode::None },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "CR+LF"), ReturnCode::CrLf },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "LF"), ReturnCode::Lf },
+    { QT_TRANSLATE_NOOP("frmFileDialog", "CR"), ReturnCode::Cr },
 } };
 
 int fileTypeRow(const QString &fileName)

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "document/textfile.h"
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 
 #include <QString>
 
@@ -23,13 +24,13 @@ int fileTypeRow(const QString &fileName);
 
 struct CharCodeChoice {
     const char *text;
-    CharCode code; ///< CharCodeBinary: detect
+    CharCode code; ///< CharCode::Binary: detect
 };
 extern const std::array<CharCodeChoice, 5> charCodeChoices;
 
 struct ReturnCodeChoice {
     const char *text;
-    ReturnCode code; ///< ReturnCodeNone: keep
+    ReturnCode code; ///< ReturnCode::None: keep
 };
 extern const std::array<ReturnCodeChoice, 4> returnCodeChoices;
 

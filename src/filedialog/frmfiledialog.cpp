@@ -10,6 +10,7 @@
 #include "platform/resource.h"
 #include "platform/screenclass.h"
 #include "platform/scrolledform.h"
+#include "settings/settings.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -187,7 +188,7 @@ void frmFileDialog::showCodes(int code, int lineEnd)
 {
     const auto show = [](QComboBox *combo, const auto &choices, int wanted) {
         const auto found =
-            std::ranges::find_if(choices, [wanted](const auto &c) { return c.code == wanted; });
+            std::ranges::find_if(choices, [wanted](const auto &c) { return int(c.code) == wanted; });
         if (found != choices.end())
             combo->setCurrentIndex(int(found - choices.begin()));
     };

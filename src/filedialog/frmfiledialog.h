@@ -1,6 +1,7 @@
 #pragma once
 
-#include "document/textfile.h"
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 #include "filedialog/favourites.h"
 
 #include <QDialog>
@@ -35,8 +36,8 @@ public:
     /// input writes them as well.
     QString dirPath; ///< ends in "/"
     QString fileName;
-    CharCode charCode = CharCodeBinary; ///< CharCodeBinary: detect, or keep
-    ReturnCode returnCode = ReturnCodeNone; ///< ReturnCodeNone: keep
+    CharCode charCode = CharCode::Binary; ///< CharCode::Binary: detect, or keep
+    ReturnCode returnCode = ReturnCode::None; ///< ReturnCode::None: keep
 
     FavoriteTexts favoritePaths;
     FavoriteTexts favoriteNames;

@@ -1,6 +1,7 @@
 #include "app/qpeapplicationesc.h"
+#include "codec/charcode.h"
 #include "codec/textcodec.h"
-#include "document/textfile.h"
+#include "document/lineends.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
@@ -73,10 +74,8 @@ QPEApplication *application()
 /// The text that a file's bytes are in the code and with the line ends of a document.
 QString decoded(QByteArray bytes, const ctlEditer &editor)
 {
-    static const QMap<int, QByteArray> names{ { CharCodeBinary, "ISO-8859-1" }, { CharCodeUtf8, "UTF8" },
-        { CharCodeEuc, "eucJP" }, { CharCodeJis, "JIS7" } };
-    normalizeLineEnds(bytes, editor.returnCode());
-    return TextCodec::codecForName(names.value(editor.charCode(), "SJIS"))->toUnicode(bytes);
+    normalizeLineEnds(bytes, ReturnCode(editor.returnCode()));
+    return codecToRead(CharCode(editor.charCode()), bytes).toUnicode(bytes);
 }
 
 } // namespace
@@ -217,7 +216,8 @@ void AnyOrderTest::saveAs()
     if (below(4) != 0) {
         m_names << u"new%1.txt"_s.arg(m_names.size());
         m_window->choices << FileChoice{ m_files->folder(), m_names.constLast(),
-            CharCodeUtf8 + below(CharCodeJis - CharCodeUtf8 + 1), below(ReturnCodeLf + 1) };
+            int(CharCode::Utf8) + below(int(CharCode::Jis) - int(CharCode::Utf8) + 1),
+            below(int(ReturnCode::Lf) + 1) };
     }
     m_window->slotCmdFileSaveAs();
 }

@@ -1,5 +1,5 @@
 #include "app/qpeapplicationesc.h"
-#include "document/textfile.h"
+#include "codec/charcode.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
@@ -95,7 +95,7 @@ void ComposingTest::isSaved_data()
     QTest::newRow("menu") << Way(
         [](TestWindow &window, const TestFiles &) { window.item(FileCommand::Save)->trigger(); });
     QTest::newRow("Save As") << Way([](TestWindow &window, const TestFiles &files) {
-        window.choices << FileChoice{ files.folder(), u"a.txt"_s, CharCodeUtf8, 0 };
+        window.choices << FileChoice{ files.folder(), u"a.txt"_s, int(CharCode::Utf8), 0 };
         window.item(FileCommand::SaveAs)->trigger();
     });
     QTest::newRow("Save All") << Way([](TestWindow &window, const TestFiles &files) {
@@ -114,7 +114,7 @@ void ComposingTest::isSaved()
     QFETCH(Way, save);
     const TestFiles files;
     TestWindow window;
-    appSettings().DefCodec = CharCodeUtf8;
+    appSettings().DefCodec = int(CharCode::Utf8);
     QVERIFY(open(window, files));
     const MessageBoxes boxes;
     save(window, files);

@@ -1,5 +1,5 @@
 #include "app/qpeapplicationesc.h"
-#include "document/textfile.h"
+#include "codec/charcode.h"
 #include "tests/app/testwindow.h"
 #include "tests/japaneseinput.h"
 #include "tests/testprogram.h"
@@ -66,7 +66,7 @@ void ComposingWindowTest::cleanupTestCase()
 void ComposingWindowTest::init()
 {
     resetSettings();
-    appSettings().DefCodec = CharCodeUtf8;
+    appSettings().DefCodec = int(CharCode::Utf8);
     m_files = std::make_unique<TestFiles>();
     m_window = std::make_unique<TestWindow>();
     static_cast<QPEApplication *>(qApp)->showMainWidget(m_window.get());

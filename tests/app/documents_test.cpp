@@ -102,9 +102,9 @@ void DocumentsTest::reloadKeepsTheCode_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<int>("code");
-    QTest::newRow("Shift-JIS stays") << QByteArray("\x82\xA0") << int(CharCodeShiftJis);
-    QTest::newRow("ASCII detects again") << QByteArray("abc") << int(CharCodeUtf8);
-    QTest::newRow("Binary detects again") << QByteArray("a\0b", 3) << int(CharCodeUtf8);
+    QTest::newRow("Shift-JIS stays") << QByteArray("\x82\xA0") << int(CharCode::ShiftJis);
+    QTest::newRow("ASCII detects again") << QByteArray("abc") << int(CharCode::Utf8);
+    QTest::newRow("Binary detects again") << QByteArray("a\0b", 3) << int(CharCode::Utf8);
 }
 
 void DocumentsTest::reloadKeepsTheCode()

@@ -228,9 +228,9 @@ void OpeningTest::reopeningReadsWithTheCodeAsked()
     QVERIFY(openModified(window, files, { u"a.txt"_s }));
     files.write(u"a.txt"_s, "\xA4\xA2");
     MessageBoxes boxes({ u"Yes"_s });
-    window.openDocument(files.folder() + u"a.txt"_s, CharCodeEuc);
+    window.openDocument(files.folder() + u"a.txt"_s, int(CharCode::Euc));
     QCOMPARE(window.currentEditor()->text(), u"あ"_s);
-    QCOMPARE(window.currentEditor()->charCode(), int(CharCodeEuc));
+    QCOMPARE(window.currentEditor()->charCode(), int(CharCode::Euc));
     QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [EUC][CR+LF]"_s);
 }
 
@@ -296,7 +296,7 @@ void OpeningTest::openCommandReadsWithTheCodeChosen()
     files.write(u"a.txt"_s, "\xE3\x81\x82\n");
     TestWindow window;
     QVERIFY(window.open());
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, CharCodeUtf8, 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, int(CharCode::Utf8), 0 };
     window.slotCmdFileOpen();
     QCOMPARE(window.currentEditor()->text(), u"あ\n"_s);
     QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s);

@@ -1,6 +1,7 @@
 #include "app/textcounts.h"
 
-#include "document/textfile.h"
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 #include "tests/testprogram.h"
 #include "text/textstore.h"
 
@@ -62,29 +63,32 @@ void TextCountsTest::counts()
 void TextCountsTest::sizes_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("charCode");
-    QTest::addColumn<int>("returnCode");
+    QTest::addColumn<CharCode>("charCode");
+    QTest::addColumn<ReturnCode>("returnCode");
     QTest::addColumn<int>("size");
-    const int shiftJis = CharCodeShiftJis, utf8 = CharCodeUtf8, crLf = ReturnCodeCrLf, lf = ReturnCodeLf;
+    constexpr auto shiftJis = CharCode::ShiftJis;
+    constexpr auto utf8 = CharCode::Utf8;
+    constexpr auto crLf = ReturnCode::CrLf;
+    constexpr auto lf = ReturnCode::Lf;
     QTest::newRow("nothing") << u""_s << shiftJis << crLf << 0;
     QTest::newRow("Shift-JIS CR+LF") << u"abc漢\n"_s << shiftJis << crLf << 7;
     QTest::newRow("Shift-JIS LF") << u"abc漢\n"_s << shiftJis << lf << 6;
     QTest::newRow("UTF-8 LF") << u"abc漢\n"_s << utf8 << lf << 7;
     QTest::newRow("UTF-8 CR+LF") << u"abc漢\n"_s << utf8 << crLf << 8;
-    QTest::newRow("Unicode CR+LF") << u"abc漢\n"_s << int(CharCodeUnicode) << crLf << 12;
-    QTest::newRow("Unicode LF") << u"abc漢\n"_s << int(CharCodeUnicode) << lf << 10;
-    QTest::newRow("EUC CR") << u"abc漢\n"_s << int(CharCodeEuc) << int(ReturnCodeCr) << 6;
-    QTest::newRow("JIS counts no escapes") << u"abc漢\n"_s << int(CharCodeJis) << crLf << 7;
+    QTest::newRow("Unicode CR+LF") << u"abc漢\n"_s << CharCode::Unicode << crLf << 12;
+    QTest::newRow("Unicode LF") << u"abc漢\n"_s << CharCode::Unicode << lf << 10;
+    QTest::newRow("EUC CR") << u"abc漢\n"_s << CharCode::Euc << ReturnCode::Cr << 6;
+    QTest::newRow("JIS counts no escapes") << u"abc漢\n"_s << CharCode::Jis << crLf << 7;
     QTest::newRow("half-width katakana in UTF-8 as one byte") << u"ｱ"_s << utf8 << lf << 1;
-    QTest::newRow("U+FF9F in EUC as two") << u"\uFF9F"_s << int(CharCodeEuc) << lf << 2;
-    QTest::newRow("unknown codes") << u"漢\n"_s << 99 << 99 << 3;
+    QTest::newRow("U+FF9F in EUC as two") << u"\uFF9F"_s << CharCode::Euc << lf << 2;
+    QTest::newRow("unknown codes") << u"漢\n"_s << CharCode(99) << ReturnCode(99) << 3;
 }
 
 void TextCountsTest::sizes()
 {
     QFETCH(QString, text);
-    QFETCH(int, charCode);
-    QFETCH(int, returnCode);
+    QFETCH(CharCode, charCode);
+    QFETCH(ReturnCode, returnCode);
     QTEST(int(fileSize(countText(storeOf(text)), charCode, returnCode)), "size");
 }
 

@@ -22,12 +22,12 @@ struct Coded {
 const QList<Coded> &codes()
 {
     static const QList<Coded> all{
-        { "sjis", CharCodeShiftJis, "\x93\xFA\x96\x7B\x8C\xEA", "\x82\xA0\x82\xA2\x82\xA4" },
-        { "euc", CharCodeEuc, "\xC6\xFC\xCB\xDC\xB8\xEC", "\xA4\xA2\xA4\xA4\xA4\xA6" },
-        { "jis", CharCodeJis, "\x1B$BF|K\\8l\x1B(B", "\x1B$B$\"$$$&\x1B(B" },
-        { "utf8", CharCodeUtf8, "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E",
+        { "sjis", int(CharCode::ShiftJis), "\x93\xFA\x96\x7B\x8C\xEA", "\x82\xA0\x82\xA2\x82\xA4" },
+        { "euc", int(CharCode::Euc), "\xC6\xFC\xCB\xDC\xB8\xEC", "\xA4\xA2\xA4\xA4\xA4\xA6" },
+        { "jis", int(CharCode::Jis), "\x1B$BF|K\\8l\x1B(B", "\x1B$B$\"$$$&\x1B(B" },
+        { "utf8", int(CharCode::Utf8), "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E",
             "\xE3\x81\x82\xE3\x81\x84\xE3\x81\x86" },
-        { "unicode", CharCodeUnicode, QByteArray("\xE5\x65\x2C\x67\x9E\x8A", 6),
+        { "unicode", int(CharCode::Unicode), QByteArray("\xE5\x65\x2C\x67\x9E\x8A", 6),
             QByteArray("\x42\x30\x44\x30\x46\x30", 6) },
     };
     return all;
@@ -41,15 +41,15 @@ struct LineEnd {
 
 const QList<LineEnd> &lineEnds()
 {
-    static const QList<LineEnd> all{ { "cr", ReturnCodeCr, "\r" }, { "crlf", ReturnCodeCrLf, "\r\n" },
-        { "lf", ReturnCodeLf, "\n" } };
+    static const QList<LineEnd> all{ { "cr", int(ReturnCode::Cr), "\r" },
+        { "crlf", int(ReturnCode::CrLf), "\r\n" }, { "lf", int(ReturnCode::Lf), "\n" } };
     return all;
 }
 
 /// Two lines, the first with `before` in front of it; in UTF-16 they are one.
 QByteArray content(const Coded &code, const QByteArray &end, const QByteArray &before = {})
 {
-    if (code.code == CharCodeUnicode)
+    if (code.code == int(CharCode::Unicode))
         return "\xFF\xFE" + code.kanji + code.kana;
     return before + code.kanji + end + code.kana + end;
 }
@@ -57,7 +57,7 @@ QByteArray content(const Coded &code, const QByteArray &end, const QByteArray &b
 /// What an "x" typed in front makes of it; UTF-16 is written as UTF-8.
 QByteArray edited(const Coded &code, const QByteArray &end)
 {
-    if (code.code == CharCodeUnicode)
+    if (code.code == int(CharCode::Unicode))
         return content(codes().at(3), {}, "x");
     return content(code, end, "x");
 }
@@ -125,10 +125,11 @@ void WorkingDayTest::openAll()
         for (const LineEnd &end : lineEnds()) {
             open(QString::fromLatin1(code.name) + u'.' + QLatin1StringView(end.name),
                 content(code, end.bytes), code.code,
-                code.code == CharCodeUnicode ? int(ReturnCodeCrLf) : end.code);
+                code.code == int(CharCode::Unicode) ? int(ReturnCode::CrLf) : end.code);
             QCOMPARE(m_window->currentEditor()->text().remove(u'\n'), u"日本語あいう"_s);
         }
-        open(u"ascii."_s + QLatin1StringView(code.name), "plain text", CharCodeAscii, ReturnCodeCrLf);
+        open(u"ascii."_s + QLatin1StringView(code.name), "plain text", int(CharCode::Ascii),
+            int(ReturnCode::CrLf));
     }
     QCOMPARE(m_window->tabBar()->count(), 20);
 }
@@ -167,7 +168,7 @@ void WorkingDayTest::saveAsOtherCodes()
         const Coded &from = codes().at(i), &to = codes().at((i + 1) % writable);
         m_window->tabBar()->setCurrentTab(editorOf(QString::fromLatin1(from.name) + u".cr"_s));
         const QString name = QString::fromLatin1(from.name) + u".to."_s + QLatin1StringView(to.name);
-        m_window->choices << FileChoice{ m_files->folder(), name, to.code, ReturnCodeLf };
+        m_window->choices << FileChoice{ m_files->folder(), name, to.code, int(ReturnCode::Lf) };
         m_window->item(FileCommand::SaveAs)->trigger();
         m_expected[name] = content(to, "\n", "x");
     }

@@ -1,4 +1,5 @@
 #include "codec/textcodec.h"
+#include "tests/codec/codecnamed.h"
 #include "tests/testprogram.h"
 
 #include <QFile>
@@ -118,7 +119,7 @@ void JisTablesTest::agreesWithSystem()
     QFETCH(QByteArray, codec);
     QFETCH(QByteArray, system);
     QFETCH(QByteArray, prefix);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     const SystemConverter converter("UTF-16LE", system);
     QVERIFY(converter.isOpen());
     for (int first = 0x80; first < 0x100; ++first) {
@@ -139,7 +140,7 @@ void JisTablesTest::agreesWithSystem()
 
 void JisTablesTest::writesWhatTheSystemWrites()
 {
-    const TextCodec *codec = TextCodec::codecForName("SJIS");
+    const TextCodec *codec = &codecNamed("SJIS");
     const SystemConverter converter("CP932", "UTF-16LE");
     QVERIFY(converter.isOpen());
     int compared = 0;
@@ -188,7 +189,7 @@ void JisTablesTest::agreesWithTheStandard()
     QFETCH(QByteArray, codec);
     QFETCH(QString, table);
     QFETCH(Place, place);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     const QMap<int, char16_t> characters = standardTable(table);
     QVERIFY(characters.size() > 6000);
     QHash<char16_t, QByteArray> written;

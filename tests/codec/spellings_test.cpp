@@ -1,5 +1,6 @@
 #include "text/undohistory.h"
 
+#include "tests/codec/codecnamed.h"
 #include "tests/codec/nastybytes.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/seeds.h"
@@ -56,7 +57,7 @@ private:
         qsizetype size = 1;
         if (isGraphic(0) && hasPairs && !m_half && isGraphic(1)) {
             const QByteArray shift(m_set == 'B' + 256 ? "\x1B$B" : "\x1B$(D");
-            const QString alone = TextCodec::codecForName("JIS7")->toUnicode(shift + m_rest.first(2));
+            const QString alone = codecNamed("JIS7").toUnicode(shift + m_rest.first(2));
             size = alone.size() == 1 ? 2 : 1;
         }
         m_half = isGraphic(0) && hasPairs && size == 1 && !m_half;
@@ -149,7 +150,7 @@ private slots:
 
 void SpellingsTest::plainTextHasNone()
 {
-    const TextCodec &codec = *TextCodec::codecForName("JIS7");
+    const TextCodec &codec = codecNamed("JIS7");
     const QByteArray bytes = QByteArray("plain \x1B$B0!0!\x1B(B\n").repeated(50);
     const TextStore store = storeOf(codec, bytes);
     qint64 chunks = 0;
@@ -209,7 +210,7 @@ void SpellingsTest::surviveEditsBeside()
     QFETCH(int, removed);
     QFETCH(QString, inserted);
     QFETCH(QByteArray, result);
-    const TextCodec &c = *TextCodec::codecForName(codec);
+    const TextCodec &c = codecNamed(codec);
     TextStore store = storeOf(c, bytes, tiny);
     QCOMPARE(storedBytes(c, store).toPercentEncoding(), bytes.toPercentEncoding());
     store.replace(offset, removed, inserted);
@@ -227,7 +228,7 @@ void SpellingsTest::singleEdits_data()
 void SpellingsTest::singleEdits()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec &c = *TextCodec::codecForName(codec);
+    const TextCodec &c = codecNamed(codec);
     QRandomGenerator random(seed());
     for (int i = 0; i < 4000; ++i) {
         const QByteArray bytes = nastyBytes(random);
@@ -251,7 +252,7 @@ void SpellingsTest::singleEdits()
 /// needed any more; nothing else does, and the text read back is the edited text.
 void SpellingsTest::singleEditsInJis()
 {
-    const TextCodec &c = *TextCodec::codecForName("JIS7");
+    const TextCodec &c = codecNamed("JIS7");
     QRandomGenerator random(seed());
     for (int i = 0; i < 20000; ++i) {
         const QByteArray bytes = nastyBytes(random);
@@ -289,7 +290,7 @@ void SpellingsTest::undoAndRedo_data()
 void SpellingsTest::undoAndRedo()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec &c = *TextCodec::codecForName(codec);
+    const TextCodec &c = codecNamed(codec);
     QRandomGenerator random(seed());
     for (int i = 0; i < 150; ++i) {
         const QByteArray bytes = nastyBytes(random, 200);
@@ -325,7 +326,7 @@ void SpellingsTest::cutAndPaste_data()
 void SpellingsTest::cutAndPaste()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec &c = *TextCodec::codecForName(codec);
+    const TextCodec &c = codecNamed(codec);
     QRandomGenerator random(seed());
     for (int i = 0; i < 1000; ++i) {
         const QByteArray bytes = nastyBytes(random, 200);
@@ -363,8 +364,8 @@ void SpellingsTest::anotherCodeGetsNoBytes()
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArray, other);
     QFETCH(QByteArray, result);
-    const TextStore store = storeOf(*TextCodec::codecForName(codec), bytes, tiny);
-    const TextCodec &to = *TextCodec::codecForName(other);
+    const TextStore store = storeOf(codecNamed(codec), bytes, tiny);
+    const TextCodec &to = codecNamed(other);
     QCOMPARE(
         storedBytes(to, store, TextCodec::AsRead::Nothing).toPercentEncoding(), result.toPercentEncoding());
 }

@@ -1,5 +1,6 @@
 #include "codec/textcodec.h"
 
+#include "tests/codec/codecnamed.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/testprogram.h"
 
@@ -103,7 +104,7 @@ class TextCodecTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void namesFindCodecs();
+    void namesAreTheirs();
     void contentFindsCodec_data();
     void contentFindsCodec();
     void convertsBothWays_data();
@@ -126,15 +127,10 @@ private slots:
     void refusedBytesStopEncoding();
 };
 
-void TextCodecTest::namesFindCodecs()
+void TextCodecTest::namesAreTheirs()
 {
-    for (const char *name : codecNames) {
-        const TextCodec *codec = TextCodec::codecForName(name);
-        QVERIFY(codec);
-        QCOMPARE(codec->name(), QByteArrayView(name));
-    }
-    QVERIFY(!TextCodec::codecForName("EBCDIC"));
-    QVERIFY(!TextCodec::codecForName(""));
+    for (const char *name : codecNames)
+        QCOMPARE(codecNamed(name).name(), QByteArrayView(name));
 }
 
 void TextCodecTest::contentFindsCodec_data()
@@ -154,7 +150,7 @@ void TextCodecTest::contentFindsCodec()
 {
     QFETCH(QByteArray, content);
     QFETCH(QByteArray, codec);
-    QCOMPARE(TextCodec::codecForContent(content)->name(), codec);
+    QCOMPARE(&codecForContent(content), &codecNamed(codec));
 }
 
 void TextCodecTest::convertsBothWays_data()
@@ -282,7 +278,7 @@ void TextCodecTest::convertsBothWays()
     QFETCH(QByteArray, codec);
     QFETCH(QByteArray, bytes);
     QFETCH(QString, text);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     QCOMPARE(c->toUnicode(bytes), text);
     QCOMPARE(c->fromUnicode(text).toHex(' '), bytes.toHex(' '));
 }
@@ -333,7 +329,7 @@ void TextCodecTest::readsSecondCodes()
     QFETCH(QByteArray, bytes);
     QFETCH(QString, text);
     QFETCH(QByteArray, usual);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     QCOMPARE(c->toUnicode(bytes), text);
     QCOMPARE(c->fromUnicode(text).toHex(' '), usual.toHex(' '));
     QCOMPARE(c->toUnicode(usual), text);
@@ -415,7 +411,7 @@ void TextCodecTest::encodes()
     QFETCH(QByteArray, codec);
     QFETCH(QString, text);
     QFETCH(QByteArray, bytes);
-    QCOMPARE(TextCodec::codecForName(codec)->fromUnicode(text).toHex(' '), bytes.toHex(' '));
+    QCOMPARE(codecNamed(codec).fromUnicode(text).toHex(' '), bytes.toHex(' '));
 }
 
 void TextCodecTest::anyBlockSizeGivesTheSameText_data()
@@ -426,7 +422,7 @@ void TextCodecTest::anyBlockSizeGivesTheSameText_data()
 void TextCodecTest::anyBlockSizeGivesTheSameText()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     const QByteArray bytes = mixedBytes(*c);
     const QString text = c->toUnicode(bytes);
     for (int units = 1; units < 300; ++units) {
@@ -445,7 +441,7 @@ void TextCodecTest::anyRunLengthGivesTheSameBytes_data()
 void TextCodecTest::anyRunLengthGivesTheSameBytes()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     const QString text = c->toUnicode(mixedBytes(*c))
         + u"\U0001F480\xD83D"
           u"a\xDC80\xD83D"_s;
@@ -462,7 +458,7 @@ void TextCodecTest::longTextsSurviveFullBuffers_data()
 void TextCodecTest::longTextsSurviveFullBuffers()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     const QString unit = c->toUnicode(mixedBytes(*c)).remove(u"\uFEFF"_s);
     for (int shift = 0; shift < 5; ++shift) {
         const QString text = QString(shift, u'.') + unit.repeated(300000 / unit.size());
@@ -476,7 +472,7 @@ void TextCodecTest::asciiComesAsOneByteBlocks()
     const QByteArray ascii(200003, 'a');
     for (const char *name : { "SJIS", "eucJP", "JIS7", "UTF8" }) {
         BlockRecorder recorder;
-        TextCodec::codecForName(name)->decode(ascii, recorder);
+        codecNamed(name).decode(ascii, recorder);
         QCOMPARE(recorder.text, QString::fromLatin1(ascii));
         QVERIFY2(!recorder.kinds.contains(u"utf16"_s), name);
     }
@@ -488,12 +484,11 @@ void TextCodecTest::shortAsciiRunsStayInTheirBlock()
     for (int i = 0; i < 20; ++i)
         bytes += "\xE6\xBC\xA2" + QByteArray(1000, 'a');
     BlockRecorder recorder;
-    TextCodec::codecForName("UTF8")->decode(bytes, recorder);
+    codecNamed("UTF8").decode(bytes, recorder);
     QCOMPARE(recorder.kinds, QStringList{ u"utf16"_s });
 
     BlockRecorder longRun;
-    TextCodec::codecForName("UTF8")->decode(
-        "\xE6\xBC\xA2" + QByteArray(100000, 'a') + "\xE6\xBC\xA2", longRun);
+    codecNamed("UTF8").decode("\xE6\xBC\xA2" + QByteArray(100000, 'a') + "\xE6\xBC\xA2", longRun);
     QCOMPARE(longRun.kinds.first(), u"utf16"_s);
     QCOMPARE(longRun.kinds.last(), u"utf16"_s);
     QVERIFY(longRun.kinds.contains(u"latin1"_s));
@@ -507,7 +502,7 @@ void TextCodecTest::blocksAreBounded_data()
 void TextCodecTest::blocksAreBounded()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     BlockRecorder recorder;
     c->decode(mixedBytes(*c).repeated(2000) + QByteArray(300000, 'a') + QByteArray(300000, '\xFF'), recorder);
     QVERIFY(recorder.kinds.size() > 5);
@@ -522,7 +517,7 @@ void TextCodecTest::encodesStore()
         u"plain\n"_s.repeated(2000) + u"漢字\U0001F480\n"_s.repeated(2000) + u"é\n"_s.repeated(2000);
     store.replace(0, 0, text);
     for (const char *name : codecNames) {
-        const TextCodec *codec = TextCodec::codecForName(name);
+        const TextCodec *codec = &codecNamed(name);
         QByteArray bytes;
         QVERIFY(codec->encode(store, [&bytes](QByteArrayView block) {
             bytes += block;
@@ -538,7 +533,7 @@ void TextCodecTest::refusedBytesStopEncoding()
     store.replace(0, 0, u"漢字"_s.repeated(100000));
     for (const char *name : codecNames) {
         int calls = 0;
-        QVERIFY(!TextCodec::codecForName(name)->encode(store, [&calls](QByteArrayView) {
+        QVERIFY(!codecNamed(name).encode(store, [&calls](QByteArrayView) {
             ++calls;
             return calls < 2;
         }));

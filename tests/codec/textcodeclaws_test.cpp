@@ -1,5 +1,6 @@
 #include "codec/textcodec.h"
 
+#include "tests/codec/codecnamed.h"
 #include "tests/codec/nastybytes.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/seeds.h"
@@ -110,7 +111,7 @@ void TextCodecLawsTest::secondCodesAreKnown()
 {
     QFETCH(QByteArray, codec);
     QFETCH(int, count);
-    QCOMPARE(secondCodes(*TextCodec::codecForName(codec)).size(), count);
+    QCOMPARE(secondCodes(codecNamed(codec)).size(), count);
 }
 
 void TextCodecLawsTest::shortStrings_data()
@@ -121,7 +122,7 @@ void TextCodecLawsTest::shortStrings_data()
 void TextCodecLawsTest::shortStrings()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     const QByteArray mark = markOf(*c);
     for (int first = 0; first < 256; ++first) {
         const QByteArray one = mark + bytesOf({ first });
@@ -137,7 +138,7 @@ void TextCodecLawsTest::shortStrings()
 /// whatever has begun.
 void TextCodecLawsTest::threeByteStringsInEuc()
 {
-    const TextCodec *codec = TextCodec::codecForName("eucJP");
+    const TextCodec *codec = &codecNamed("eucJP");
     QByteArray bytes(4 * 256, '\n');
     for (int high = 0x8000; high < 0x10000; ++high) {
         for (int last = 0; last < 256; ++last) {
@@ -161,7 +162,7 @@ void TextCodecLawsTest::pairsInEachSetOfJis_data()
 void TextCodecLawsTest::pairsInEachSetOfJis()
 {
     QFETCH(QByteArray, designation);
-    const TextCodec *codec = TextCodec::codecForName("JIS7");
+    const TextCodec *codec = &codecNamed("JIS7");
     for (int first = 0; first < 256; ++first) {
         for (int second = 0; second < 256; ++second) {
             for (const QByteArray &closing : { QByteArray(), QByteArray("\x1B(B"), QByteArray("\x1B(J\n") }) {
@@ -180,8 +181,8 @@ void TextCodecLawsTest::everyUnitInUtf16_data()
 void TextCodecLawsTest::everyUnitInUtf16()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec *c = TextCodec::codecForName(codec);
-    const TextCodec *utf8 = TextCodec::codecForName("UTF8");
+    const TextCodec *c = &codecNamed(codec);
+    const TextCodec *utf8 = &codecNamed("UTF8");
     const QByteArray mark = markOf(*c);
     for (int first = 0; first < 0x10000; ++first) {
         const QByteArray bytes = mark + byteOf(first >> 8) + byteOf(first & 0xFF)
@@ -200,7 +201,7 @@ void TextCodecLawsTest::randomBuffers_data()
 void TextCodecLawsTest::randomBuffers()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     const QByteArray mark = markOf(*c);
     QRandomGenerator random(seed());
     for (int i = 0; i < 20000; ++i) {
@@ -218,7 +219,7 @@ void TextCodecLawsTest::randomBuffersCutAnyhow_data()
 void TextCodecLawsTest::randomBuffersCutAnyhow()
 {
     QFETCH(QByteArray, codec);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     const QByteArray mark = markOf(*c);
     QRandomGenerator random(seed());
     for (int i = 0; i < 4000; ++i) {
@@ -240,7 +241,7 @@ void TextCodecLawsTest::nothingButDesignations_data()
 void TextCodecLawsTest::nothingButDesignations()
 {
     QFETCH(QByteArray, bytes);
-    const TextCodec *codec = TextCodec::codecForName("JIS7");
+    const TextCodec *codec = &codecNamed("JIS7");
     QCOMPARE(savedUnedited(*codec, bytes).toHex(' '), bytes.toHex(' '));
     QCOMPARE(storeOf(*codec, bytes).text(), bytes.startsWith('a') ? QStringLiteral("a") : QString());
 }
@@ -248,7 +249,7 @@ void TextCodecLawsTest::nothingButDesignations()
 /// Longer than any block that is written at once.
 void TextCodecLawsTest::spellingsOfAnyLength()
 {
-    const TextCodec *codec = TextCodec::codecForName("JIS7");
+    const TextCodec *codec = &codecNamed("JIS7");
     const QByteArray many = QByteArray("\x1B$B\x1B(B").repeated(40000);
     const QByteArray bytes = "a" + many + "b" + many + "\n" + many;
     QVERIFY(savedUnedited(*codec, bytes) == bytes);
@@ -278,7 +279,7 @@ void TextCodecLawsTest::everyCharacterOfJapaneseSetsComesBack()
 {
     QFETCH(QByteArray, codec);
     QFETCH(int, count);
-    const TextCodec *c = TextCodec::codecForName(codec);
+    const TextCodec *c = &codecNamed(codec);
     int found = 0;
     for (int unit = 1; unit < 0x10000; ++unit) {
         const QString text(QChar(static_cast<char16_t>(unit)));

@@ -1,6 +1,7 @@
 #include "editor/ctlediter.h"
 
-#include "document/textfile.h"
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 #include "rows/fontmeasure.h"
 #include "settings/settings.h"
 #include "tests/testprogram.h"
@@ -93,8 +94,8 @@ void CtlEditerTest::newDocument()
     const ctlEditer editor(m_window.get());
     QCOMPARE(editor.name(), QStringLiteral("(new document)"));
     QCOMPARE(editor.path(), QString());
-    QCOMPARE(editor.charCode(), int(CharCodeShiftJis));
-    QCOMPARE(editor.returnCode(), int(ReturnCodeCrLf));
+    QCOMPARE(editor.charCode(), int(CharCode::ShiftJis));
+    QCOMPARE(editor.returnCode(), int(ReturnCode::CrLf));
     QCOMPARE(editor.charCodeName(), QStringLiteral("Shift-JIS"));
     QCOMPARE(editor.returnCodeName(), QStringLiteral("CR+LF"));
     QVERIFY(!editor.undoAvailable());

@@ -1,9 +1,10 @@
 #include "editor/ctlediter.h"
 
-#include "document/textfile.h"
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 #include "files/filename.h"
 #include "settings/settings.h"
-#include "tests/editor/documentfile.h"
+#include "tests/document/documentfolder.h"
 #include "tests/messageboxes.h"
 #include "tests/testprogram.h"
 
@@ -165,27 +166,27 @@ void CtlEditerLoadTest::requested()
     QVERIFY(load(content, code));
     QTEST(m_editor->text(), "text");
     QCOMPARE(m_editor->charCode(), code);
-    QCOMPARE(m_editor->returnCode(), int(ReturnCodeLf));
+    QCOMPARE(m_editor->returnCode(), int(ReturnCode::Lf));
 }
 
 void CtlEditerLoadTest::emptyFileHasTheDefaults()
 {
-    appSettings().DefCodec = CharCodeEuc;
-    appSettings().DefCRLF = ReturnCodeCr;
+    appSettings().DefCodec = int(CharCode::Euc);
+    appSettings().DefCRLF = int(ReturnCode::Cr);
     m_editor->insert(QStringLiteral("before"));
     QVERIFY(load(QByteArray()));
     QCOMPARE(m_editor->text(), QString());
-    QCOMPARE(m_editor->charCode(), int(CharCodeEuc));
-    QCOMPARE(m_editor->returnCode(), int(ReturnCodeCr));
+    QCOMPARE(m_editor->charCode(), int(CharCode::Euc));
+    QCOMPARE(m_editor->returnCode(), int(ReturnCode::Cr));
     QVERIFY(!m_editor->edited());
 }
 
 void CtlEditerLoadTest::fileWithoutALineEndHasTheDefaultOne()
 {
-    appSettings().DefCRLF = ReturnCodeLf;
+    appSettings().DefCRLF = int(ReturnCode::Lf);
     QVERIFY(load("no line end"));
     QCOMPARE(m_editor->returnCodeName(), QStringLiteral("LF"));
-    QCOMPARE(m_editor->charCode(), int(CharCodeAscii));
+    QCOMPARE(m_editor->charCode(), int(CharCode::Ascii));
 }
 
 void CtlEditerLoadTest::loadedDocumentIsUnmodified()
@@ -235,7 +236,7 @@ void CtlEditerLoadTest::failedLoadChangesNothingButTheName()
     QVERIFY(load(bytes("c6fccbdc0d0a")));
     m_editor->insert(QStringLiteral("x"));
     const MessageBoxes boxes;
-    m_editor->loadFile(folder().path(), failing, CharCodeUtf8);
+    m_editor->loadFile(folder().path(), failing, int(CharCode::Utf8));
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(boxes.shown()[0].title, QStringLiteral("File Load Error!"));
     QTEST(boxes.shown()[0].text, "message");
@@ -243,8 +244,8 @@ void CtlEditerLoadTest::failedLoadChangesNothingButTheName()
     QCOMPARE(m_editor->path(), folder().path());
     QCOMPARE(m_editor->name(), failing);
     QCOMPARE(m_editor->text(), QStringLiteral("x日本\n"));
-    QCOMPARE(m_editor->charCode(), int(CharCodeEuc));
-    QCOMPARE(m_editor->returnCode(), int(ReturnCodeCrLf));
+    QCOMPARE(m_editor->charCode(), int(CharCode::Euc));
+    QCOMPARE(m_editor->returnCode(), int(ReturnCode::CrLf));
     QVERIFY(m_editor->edited());
     QVERIFY(m_editor->undoAvailable());
     m_editor->undo();
@@ -253,15 +254,15 @@ void CtlEditerLoadTest::failedLoadChangesNothingButTheName()
 
 void CtlEditerLoadTest::reloadDetectsAnew()
 {
-    QVERIFY(load("日本\n", CharCodeShiftJis));
-    QCOMPARE(m_editor->charCode(), int(CharCodeShiftJis));
+    QVERIFY(load("日本\n", int(CharCode::ShiftJis)));
+    QCOMPARE(m_editor->charCode(), int(CharCode::ShiftJis));
     m_editor->reload(folder().path(), name);
-    QCOMPARE(m_editor->charCode(), int(CharCodeUtf8));
+    QCOMPARE(m_editor->charCode(), int(CharCode::Utf8));
     QCOMPARE(m_editor->text(), QStringLiteral("日本\n"));
     QVERIFY(folder().write(name, "changed\r\n"));
     m_editor->reload(folder().path(), name);
     QCOMPARE(m_editor->text(), QStringLiteral("changed\n"));
-    QCOMPARE(m_editor->returnCode(), int(ReturnCodeCrLf));
+    QCOMPARE(m_editor->returnCode(), int(ReturnCode::CrLf));
 }
 
 void CtlEditerLoadTest::largeFilesArriveWhole_data()
@@ -277,7 +278,7 @@ void CtlEditerLoadTest::largeFilesArriveWhole()
 {
     QFETCH(QByteArray, unit);
     const QByteArray content = unit.repeated(1000003 / unit.size());
-    QVERIFY(load(content, CharCodeUtf8));
+    QVERIFY(load(content, int(CharCode::Utf8)));
     const QString text = QString::fromUtf8(content);
     QVERIFY(m_editor->text() == text);
     QCOMPARE(m_editor->numLines(), text.count(u'\n') + 1);

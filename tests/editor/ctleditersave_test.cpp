@@ -1,11 +1,13 @@
 #include "editor/ctlediter.h"
 
+#include "codec/charcode.h"
+#include "codec/codecs.h"
+#include "codec/returncode.h"
 #include "codec/textcodec.h"
 #include "document/documentwriter.h"
-#include "document/textfile.h"
 #include "files/filename.h"
 #include "settings/settings.h"
-#include "tests/editor/documentfile.h"
+#include "tests/document/documentfolder.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -143,7 +145,7 @@ void CtlEditerSaveTest::lineEnds()
     QFETCH(int, returnCode);
     QFETCH(QString, text);
     m_editor->insert(text);
-    QVERIFY(save(CharCodeUtf8, returnCode));
+    QVERIFY(save(int(CharCode::Utf8), returnCode));
     QTEST(folder().read(name), "content");
 }
 
@@ -212,7 +214,7 @@ void CtlEditerSaveTest::savedUnderAnotherName()
 void CtlEditerSaveTest::codesThatAreGivenAreKept()
 {
     m_editor->insert(QStringLiteral("日\n"));
-    QVERIFY(save(CharCodeEuc, ReturnCodeCr));
+    QVERIFY(save(int(CharCode::Euc), int(ReturnCode::Cr)));
     QCOMPARE(m_editor->charCodeName(), QStringLiteral("EUC"));
     QCOMPARE(m_editor->returnCodeName(), QStringLiteral("CR"));
     QVERIFY(m_editor->saveFile(folder().path(), name));
@@ -225,12 +227,12 @@ void CtlEditerSaveTest::binaryIsRefused()
     QVERIFY(load(content));
     m_editor->insert(QStringLiteral("x"));
     const MessageBoxes boxes;
-    QVERIFY(!save(CharCodeUtf8, ReturnCodeLf));
+    QVERIFY(!save(int(CharCode::Utf8), int(ReturnCode::Lf)));
     QCOMPARE(boxes.texts(), QStringList(QStringLiteral("Error|The binary file cannot be saved.")));
     QCOMPARE(boxes.shown()[0].icon, QMessageBox::Information);
     QCOMPARE(folder().read(name), content);
-    QCOMPARE(m_editor->charCode(), int(CharCodeBinary));
-    QCOMPARE(m_editor->returnCode(), int(ReturnCodeNone));
+    QCOMPARE(m_editor->charCode(), int(CharCode::Binary));
+    QCOMPARE(m_editor->returnCode(), int(ReturnCode::None));
     QVERIFY(m_editor->edited());
     QVERIFY(m_editor->undoAvailable());
 }
@@ -244,7 +246,7 @@ void CtlEditerSaveTest::fileThatCouldNotBeReadIsKept()
     QVERIFY(QDir(folder().path()).rmdir(name));
     QVERIFY(folder().write(name, "nobody has read this"));
     m_editor->insert(QStringLiteral("new"));
-    QVERIFY(save(CharCodeUtf8));
+    QVERIFY(save(int(CharCode::Utf8)));
     QCOMPARE(folder().read(name), QByteArray("new"));
     QCOMPARE(boxes.count(), 2);
     QCOMPARE(boxes.shown()[1].title, QStringLiteral("Confirm File Save"));
@@ -252,7 +254,7 @@ void CtlEditerSaveTest::fileThatCouldNotBeReadIsKept()
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("nobody has read this"));
     m_editor->insert(QStringLiteral("er"));
-    QVERIFY(save(CharCodeUtf8));
+    QVERIFY(save(int(CharCode::Utf8)));
     QCOMPARE(boxes.count(), 2);
 }
 
@@ -288,7 +290,7 @@ void CtlEditerSaveTest::failedSaveKeepsTheDocument()
     const QStringList before = folder().names();
     QSignalSpy undo(m_editor, &ctlEditer::undoAvailable2);
     const MessageBoxes boxes;
-    QVERIFY(!m_editor->saveFile(folder().path() + path, failing, CharCodeJis, ReturnCodeCr));
+    QVERIFY(!m_editor->saveFile(folder().path() + path, failing, int(CharCode::Jis), int(ReturnCode::Cr)));
     QCOMPARE(boxes.texts(), QStringList(cannotWrite));
     QCOMPARE(boxes.shown()[0].icon, QMessageBox::Critical);
     QCOMPARE(m_editor->path(), folder().path());
@@ -297,8 +299,8 @@ void CtlEditerSaveTest::failedSaveKeepsTheDocument()
     QVERIFY(m_editor->edited());
     QVERIFY(m_editor->undoAvailable());
     QCOMPARE(undo.count(), 0);
-    QCOMPARE(m_editor->charCode(), int(CharCodeJis));
-    QCOMPARE(m_editor->returnCode(), int(ReturnCodeCr));
+    QCOMPARE(m_editor->charCode(), int(CharCode::Jis));
+    QCOMPARE(m_editor->returnCode(), int(ReturnCode::Cr));
     QCOMPARE(folder().names(), before);
     QCOMPARE(folder().read(name), QByteArray("text\n"));
 }
@@ -308,8 +310,8 @@ void CtlEditerSaveTest::savedAfterAFailure()
     m_editor->insert(QStringLiteral("a\nb"));
     {
         const MessageBoxes boxes;
-        QVERIFY(
-            !m_editor->saveFile(folder().path() + QStringLiteral("no/"), name, CharCodeUtf8, ReturnCodeLf));
+        QVERIFY(!m_editor->saveFile(
+            folder().path() + QStringLiteral("no/"), name, int(CharCode::Utf8), int(ReturnCode::Lf)));
     }
     QVERIFY(m_editor->saveFile(folder().path(), name));
     QCOMPARE(folder().read(name), QByteArray("a\nb"));
@@ -334,8 +336,8 @@ void CtlEditerSaveTest::oldContentThatWasKeptIsNamed()
         return ::pwrite(fd, from, size, offset);
     };
     m_editor->insert(QStringLiteral("new"));
-    DocumentWriter writer(file, ReturnCodeLf, calls);
-    QVERIFY(!writer.write(m_editor->store(), *TextCodec::codecForName("UTF8")));
+    DocumentWriter writer(file, ReturnCode::Lf, calls);
+    QVERIFY(!writer.write(m_editor->store(), utf8Codec()));
     QFile kept(QFile::decodeName(writer.keptCopy()));
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("the old content"));
@@ -354,9 +356,9 @@ void CtlEditerSaveTest::fullDiskWhileEncoding()
     };
     QVERIFY(folder().write(name, "the old content"));
     m_editor->setText(QStringLiteral("日本語のテキスト\n").repeated(100000));
-    for (const int lineEnd : { ReturnCodeLf, ReturnCodeCrLf }) {
+    for (const ReturnCode lineEnd : { ReturnCode::Lf, ReturnCode::CrLf }) {
         DocumentWriter writer(FileName::toBytes(folder().path() + name), lineEnd, calls);
-        QVERIFY(!writer.write(m_editor->store(), *TextCodec::codecForName("eucJP")));
+        QVERIFY(!writer.write(m_editor->store(), eucCodec()));
         QCOMPARE(writer.keptCopy(), QByteArray());
         QCOMPARE(folder().read(name), QByteArray("the old content"));
         QCOMPARE(folder().names().size(), 1);
@@ -380,7 +382,7 @@ void CtlEditerSaveTest::unicodeComesBackAsUtf8()
 void CtlEditerSaveTest::asciiIsWrittenAsShiftJis()
 {
     QVERIFY(load("abc"));
-    QCOMPARE(m_editor->charCode(), int(CharCodeAscii));
+    QCOMPARE(m_editor->charCode(), int(CharCode::Ascii));
     m_editor->insert(QStringLiteral("日"));
     QVERIFY(save());
     QCOMPARE(folder().read(name), bytes("93fa616263"));
@@ -400,7 +402,7 @@ void CtlEditerSaveTest::onlyEditedBytesDiffer()
 {
     // Shift-JIS with CR+LF, bytes that are no characters among them.
     const QByteArray before = bytes("93fa967b0d0a85fffd8141200d0a") + "end \x81";
-    QVERIFY(load(before, CharCodeShiftJis));
+    QVERIFY(load(before, int(CharCode::ShiftJis)));
     m_editor->setCursorPosition(0, 1);
     m_editor->insert(QStringLiteral("x"));
     QVERIFY(save());
@@ -424,7 +426,7 @@ void CtlEditerSaveTest::everySample()
     QVERIFY(load(content));
     QVERIFY(!m_editor->text().contains(u'\ufffd'));
     QVERIFY(save());
-    if (m_editor->charCode() == CharCodeUnicode)
+    if (m_editor->charCode() == int(CharCode::Unicode))
         QCOMPARE(folder().read(name), m_editor->text().toUtf8());
     else
         QCOMPARE(folder().read(name), content);
@@ -435,7 +437,8 @@ void CtlEditerSaveTest::randomBytes_data()
     QTest::addColumn<int>("code");
     QTest::addColumn<quint32>("seed");
     const quint32 first = seedOr(1);
-    for (const int code : { CharCodeUtf8, CharCodeShiftJis, CharCodeEuc, CharCodeJis, CharCodeAscii }) {
+    for (const int code : { int(CharCode::Utf8), int(CharCode::ShiftJis), int(CharCode::Euc),
+             int(CharCode::Jis), int(CharCode::Ascii) }) {
         for (quint32 seed = first; seed < first + 8; ++seed)
             QTest::addRow("code %d, seed %u", code, seed) << code << seed;
     }
@@ -466,7 +469,7 @@ void CtlEditerSaveTest::randomLineEnds_data()
     QTest::addColumn<int>("lineEnd");
     QTest::addColumn<quint32>("seed");
     const quint32 first = seedOr(1);
-    for (const int lineEnd : { ReturnCodeCr, ReturnCodeCrLf, ReturnCodeLf }) {
+    for (const int lineEnd : { int(ReturnCode::Cr), int(ReturnCode::CrLf), int(ReturnCode::Lf) }) {
         for (quint32 seed = first; seed < first + 5; ++seed)
             QTest::addRow("line end %d, seed %u", lineEnd, seed) << lineEnd << seed;
     }

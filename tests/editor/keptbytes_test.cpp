@@ -1,8 +1,9 @@
 #include "editor/ctlediter.h"
 
-#include "document/textfile.h"
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 #include "settings/settings.h"
-#include "tests/editor/documentfile.h"
+#include "tests/document/documentfolder.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -24,9 +25,9 @@ struct Sample {
     QByteArray bytes;
 };
 const Sample samples[] = {
-    { CharCodeShiftJis, "a\x81\xCA \xEE\xF9 \xFA\x54 \xED\x40\x82\xA0\xFFz\nb\xEE\xF9\n" },
-    { CharCodeEuc, "a\xA4\xA2 \x8F\xD4\xE3 \xAD\xF0 \xF9\xAC\xFFz\nb\x8F\xA2\xB7\n" },
-    { CharCodeJis, "a\x1B$@0!0!\x1B(Jz\\\n\x1B$B0!\nb\x1B(B\x1B[0m \x0E\x31\x0F\x1B$B)!\x1B(B\n" },
+    { int(CharCode::ShiftJis), "a\x81\xCA \xEE\xF9 \xFA\x54 \xED\x40\x82\xA0\xFFz\nb\xEE\xF9\n" },
+    { int(CharCode::Euc), "a\xA4\xA2 \x8F\xD4\xE3 \xAD\xF0 \xF9\xAC\xFFz\nb\x8F\xA2\xB7\n" },
+    { int(CharCode::Jis), "a\x1B$@0!0!\x1B(Jz\\\n\x1B$B0!\nb\x1B(B\x1B[0m \x0E\x31\x0F\x1B$B)!\x1B(B\n" },
 };
 
 } // namespace
@@ -97,7 +98,7 @@ void KeptBytesTest::addSamples()
     QTest::addColumn<int>("code");
     QTest::addColumn<QByteArray>("bytes");
     for (const Sample &sample : samples)
-        QTest::newRow(charCodeName(sample.code).toLatin1().constData()) << sample.code << sample.bytes;
+        QTest::newRow(infoOf(CharCode(sample.code)).name.data()) << sample.code << sample.bytes;
 }
 
 void KeptBytesTest::codeIsDetectedAgain_data()
@@ -105,8 +106,8 @@ void KeptBytesTest::codeIsDetectedAgain_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("code");
     // Three bytes behind 8F would be taken for Shift-JIS.
-    QTest::newRow("EUC, rows 89 to 92") << QByteArray("\xF9\xAC\xFA\xF0\xFA\xB6\n") << int{ CharCodeEuc };
-    QTest::newRow("JIS, older kanji") << QByteArray("\x1B$@0!\x1B(B\n") << int{ CharCodeJis };
+    QTest::newRow("EUC, rows 89 to 92") << QByteArray("\xF9\xAC\xFA\xF0\xFA\xB6\n") << int(CharCode::Euc);
+    QTest::newRow("JIS, older kanji") << QByteArray("\x1B$@0!\x1B(B\n") << int(CharCode::Jis);
 }
 
 void KeptBytesTest::codeIsDetectedAgain()
@@ -133,7 +134,7 @@ void KeptBytesTest::terminalLog()
     for (int line = 0; line < 2000; ++line)
         log += "\x1B[32m" + QByteArray::number(line) + "\x1B(B\x1B[m done\x1B(B\n";
     load(log);
-    QCOMPARE(m_editor->charCode(), int{ CharCodeJis });
+    QCOMPARE(m_editor->charCode(), int(CharCode::Jis));
     QVERIFY(saved() == log);
     QVERIFY(!m_editor->text().contains(QLatin1StringView("(B")));
     m_editor->setCursorPosition(1000, 0);
@@ -203,13 +204,13 @@ void KeptBytesTest::copiedToAnotherDocument()
 void KeptBytesTest::carriageReturnsInTheText()
 {
     const QByteArray bytes = "a\n\xFA\x54\r\xEE\xF9\rz\r\n\xFF";
-    load(bytes, CharCodeShiftJis);
+    load(bytes, int(CharCode::ShiftJis));
     m_editor->selectAll();
     m_editor->cut();
     m_editor->paste();
     QCOMPARE(saved().toHex(' '), bytes.toHex(' '));
-    appSettings().DefCodec = CharCodeShiftJis;
-    appSettings().DefCRLF = ReturnCodeLf;
+    appSettings().DefCodec = int(CharCode::ShiftJis);
+    appSettings().DefCRLF = int(ReturnCode::Lf);
     ctlEditer other(m_window.get());
     other.paste();
     QCOMPARE(saved(other, thirdName).toHex(' '), QByteArray("a\n\xFA\x54\n\xEE\xF9\nz\n\xFF").toHex(' '));
@@ -217,9 +218,9 @@ void KeptBytesTest::carriageReturnsInTheText()
 
 void KeptBytesTest::anotherCodeBringsCharactersAlone()
 {
-    load(samples[0].bytes, CharCodeShiftJis);
-    appSettings().DefCodec = CharCodeUtf8;
-    appSettings().DefCRLF = ReturnCodeLf;
+    load(samples[0].bytes, int(CharCode::ShiftJis));
+    appSettings().DefCodec = int(CharCode::Utf8);
+    appSettings().DefCRLF = int(ReturnCode::Lf);
     ctlEditer other(m_window.get());
     m_editor->selectAll();
     m_editor->copy();
@@ -233,16 +234,16 @@ void KeptBytesTest::savedInAnotherCode_data()
     QTest::addColumn<int>("code");
     QTest::addColumn<int>("other");
     QTest::addColumn<QByteArray>("result");
-    QTest::newRow("Shift-JIS as UTF-8") << QByteArray("\x82\xA0\xFF\xFA\x54\n") << int{ CharCodeShiftJis }
-                                        << int{ CharCodeUtf8 } << QStringLiteral("あ\uFFFD￢\n").toUtf8();
-    QTest::newRow("Shift-JIS as EUC") << QByteArray("\x82\xA0\x81\n") << int{ CharCodeShiftJis }
-                                      << int{ CharCodeEuc } << QByteArray("\xA4\xA2?\n");
-    QTest::newRow("UTF-8 as JIS") << QByteArray("\xE3\x81\x82\xE3\x81\n") << int{ CharCodeUtf8 }
-                                  << int{ CharCodeJis } << QByteArray("\x1B$B$\"\x1B(B??\n");
-    QTest::newRow("JIS as UTF-8") << QByteArray("\x1B$B)!\x1B(Bz\n") << int{ CharCodeJis }
-                                  << int{ CharCodeUtf8 } << QStringLiteral("\uFFFD\uFFFDz\n").toUtf8();
-    QTest::newRow("plain ASCII as Shift-JIS") << QByteArray("a\xFFz\n") << int{ CharCodeAscii }
-                                              << int{ CharCodeShiftJis } << QByteArray("a\xFFz\n");
+    QTest::newRow("Shift-JIS as UTF-8") << QByteArray("\x82\xA0\xFF\xFA\x54\n") << int(CharCode::ShiftJis)
+                                        << int(CharCode::Utf8) << QStringLiteral("あ\uFFFD￢\n").toUtf8();
+    QTest::newRow("Shift-JIS as EUC") << QByteArray("\x82\xA0\x81\n") << int(CharCode::ShiftJis)
+                                      << int(CharCode::Euc) << QByteArray("\xA4\xA2?\n");
+    QTest::newRow("UTF-8 as JIS") << QByteArray("\xE3\x81\x82\xE3\x81\n") << int(CharCode::Utf8)
+                                  << int(CharCode::Jis) << QByteArray("\x1B$B$\"\x1B(B??\n");
+    QTest::newRow("JIS as UTF-8") << QByteArray("\x1B$B)!\x1B(Bz\n") << int(CharCode::Jis)
+                                  << int(CharCode::Utf8) << QStringLiteral("\uFFFD\uFFFDz\n").toUtf8();
+    QTest::newRow("plain ASCII as Shift-JIS") << QByteArray("a\xFFz\n") << int(CharCode::Ascii)
+                                              << int(CharCode::ShiftJis) << QByteArray("a\xFFz\n");
 }
 
 void KeptBytesTest::savedInAnotherCode()
@@ -270,11 +271,11 @@ void KeptBytesTest::takesBytesOfTheCodeItWasSavedIn()
 {
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, result);
-    load(before, CharCodeShiftJis);
-    saved(CharCodeEuc);
+    load(before, int(CharCode::ShiftJis));
+    saved(int(CharCode::Euc));
     ctlEditer source(m_window.get());
     QVERIFY(m_folder->write(thirdName, "\x8F\xD4\xE3\xFFz\n"));
-    QVERIFY(source.loadFile(m_folder->path(), thirdName, CharCodeEuc));
+    QVERIFY(source.loadFile(m_folder->path(), thirdName, int(CharCode::Euc)));
     source.selectAll();
     source.copy();
     m_editor->setCursorPosition(0, 0);
@@ -302,19 +303,19 @@ void KeptBytesTest::deletedTextLeavesNothing()
 /// Undecodable bytes are bytes of their code again, though.
 void KeptBytesTest::otherSpellingsEndWithAnotherCode()
 {
-    load("\xFA\x54\xFF\n", CharCodeShiftJis);
-    saved(CharCodeUtf8);
-    QCOMPARE(saved(CharCodeShiftJis).toHex(' '), QByteArray("\x81\xCA\xFF\n").toHex(' '));
-    QVERIFY(m_editor->loadFile(m_folder->path(), name, CharCodeShiftJis));
+    load("\xFA\x54\xFF\n", int(CharCode::ShiftJis));
+    saved(int(CharCode::Utf8));
+    QCOMPARE(saved(int(CharCode::ShiftJis)).toHex(' '), QByteArray("\x81\xCA\xFF\n").toHex(' '));
+    QVERIFY(m_editor->loadFile(m_folder->path(), name, int(CharCode::ShiftJis)));
     QCOMPARE(saved().toHex(' '), QByteArray("\xFA\x54\xFF\n").toHex(' '));
 }
 
 void KeptBytesTest::failedSaveInAnotherCodeKeepsThem()
 {
-    load("\xFA\x54\xFF\n", CharCodeShiftJis);
+    load("\xFA\x54\xFF\n", int(CharCode::ShiftJis));
     const MessageBoxes boxes;
-    QVERIFY(!m_editor->saveFile(m_folder->path() + QStringLiteral("missing/"), name, CharCodeUtf8));
-    QCOMPARE(saved(CharCodeShiftJis).toHex(' '), QByteArray("\xFA\x54\xFF\n").toHex(' '));
+    QVERIFY(!m_editor->saveFile(m_folder->path() + QStringLiteral("missing/"), name, int(CharCode::Utf8)));
+    QCOMPARE(saved(int(CharCode::ShiftJis)).toHex(' '), QByteArray("\xFA\x54\xFF\n").toHex(' '));
 }
 
 void KeptBytesTest::markIsDroppedWhereThereIsNone()
@@ -323,8 +324,8 @@ void KeptBytesTest::markIsDroppedWhereThereIsNone()
                              "a\n";
     load(bytes);
     QCOMPARE(saved(), bytes);
-    QCOMPARE(saved(CharCodeShiftJis), "a\n");
-    QCOMPARE(saved(CharCodeUtf8), bytes);
+    QCOMPARE(saved(int(CharCode::ShiftJis)), "a\n");
+    QCOMPARE(saved(int(CharCode::Utf8)), bytes);
 }
 
 void KeptBytesTest::undoneEdits_data()

@@ -1,7 +1,7 @@
 #include "editor/ctlediter.h"
 
 #include "settings/settings.h"
-#include "tests/editor/documentfile.h"
+#include "tests/document/documentfolder.h"
 #include "tests/messageboxes.h"
 #include "tests/testprogram.h"
 

@@ -1,4 +1,5 @@
-#include "document/textfile.h"
+#include "document/detection.h"
+#include "document/lineends.h"
 
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -10,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int defaultCharCode = 77; ///< nothing else gives it
-constexpr int defaultReturnCode = 78;
+constexpr CharCode defaultCharCode{ 77 }; ///< nothing else gives it
+constexpr ReturnCode defaultReturnCode{ 78 };
 
 /// The rules one by one and byte by byte, for comparison.
 namespace literal {
@@ -85,50 +86,50 @@ bool hasJisEscape(const QByteArray &bytes)
     return false;
 }
 
-int detectCharCode(const QByteArray &bytes)
+CharCode detectCharCode(const QByteArray &bytes)
 {
     if (bytes.isEmpty())
         return defaultCharCode;
     if (bytes.size() >= 2 && static_cast<uchar>(bytes[0]) == 0xFF && static_cast<uchar>(bytes[1]) == 0xFE)
-        return 1;
+        return CharCode::Unicode;
     const Utf8Result pass = utf8Pass(bytes);
     if (pass.end == Utf8End::Binary)
-        return 0;
+        return CharCode::Binary;
     if (pass.end == Utf8End::Through && pass.escapes == 0)
-        return pass.plain == bytes.size() ? 6 : 2;
+        return pass.plain == bytes.size() ? CharCode::Ascii : CharCode::Utf8;
     if (hasJisEscape(bytes))
-        return 5;
+        return CharCode::Jis;
     for (const char byte : bytes) {
         const auto b = static_cast<uchar>(byte);
         if (b >= 0x81 && b <= 0x9F && b != 0x8E && b != 0x9F)
-            return 3;
+            return CharCode::ShiftJis;
     }
-    return 4;
+    return CharCode::Euc;
 }
 
-int detectReturnCode(const QByteArray &bytes)
+ReturnCode detectReturnCode(const QByteArray &bytes)
 {
     bool sawCr = false;
     for (const char b : bytes) {
         if (b == 13)
             sawCr = true;
         else if (b == 10)
-            return sawCr ? 2 : 3;
+            return sawCr ? ReturnCode::CrLf : ReturnCode::Lf;
         else if (sawCr)
-            return 1;
+            return ReturnCode::Cr;
     }
     return defaultReturnCode;
 }
 
-QByteArray normalized(const QByteArray &bytes, int returnCode)
+QByteArray normalized(const QByteArray &bytes, ReturnCode returnCode)
 {
     QByteArray result;
     for (const char b : bytes) {
         if (b == 0)
             result += '\xFF';
-        else if (b == 13 && returnCode == 1)
+        else if (b == 13 && returnCode == ReturnCode::Cr)
             result += '\n';
-        else if (b != 13 || returnCode != 2)
+        else if (b != 13 || returnCode != ReturnCode::CrLf)
             result += b;
     }
     return result;
@@ -165,11 +166,10 @@ QByteArray randomBytes(QRandomGenerator &random)
 } // namespace
 
 /// What is decided about a file from its bytes.
-class TextFileTest : public QObject {
+class DetectionTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void namesCodes();
     void detectsCharCode_data();
     void detectsCharCode();
     void detectsReturnCode_data();
@@ -183,152 +183,136 @@ private slots:
     void randomFilesFollowTheRules();
 };
 
-void TextFileTest::namesCodes()
-{
-    const QStringList charCodes{ u"Binary"_s, u"Unicode"_s, u"UTF8"_s, u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s,
-        u"Shift-JIS"_s };
-    for (int code = 0; code < charCodes.size(); ++code)
-        QCOMPARE(charCodeName(code), charCodes[code]);
-    for (const int code : { -1, 7, 400 })
-        QCOMPARE(charCodeName(code), u"????"_s);
-    const QStringList returnCodes{ u"??"_s, u"CR"_s, u"CR+LF"_s, u"LF"_s };
-    for (int code = 0; code < returnCodes.size(); ++code)
-        QCOMPARE(returnCodeName(code), returnCodes[code]);
-    for (const int code : { -1, 4, 400 })
-        QCOMPARE(returnCodeName(code), u"??"_s);
-}
-
-void TextFileTest::detectsCharCode_data()
+void DetectionTest::detectsCharCode_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("code");
-    const auto add = [](const char *name, const char *digits, int code) {
+    QTest::addColumn<CharCode>("code");
+    const auto add = [](const char *name, const char *digits, CharCode code) {
         QTest::newRow(name) << hex(digits) << code;
     };
     add("empty", "", defaultCharCode);
-    add("abc", "616263", CharCodeAscii);
-    add("abc LF", "6162630A", CharCodeUtf8);
-    add("lowest and highest plain byte", "1C7F", CharCodeAscii);
-    add("TAB", "6109", CharCodeUtf8);
-    add("ESC is below plain", "1B61", CharCodeEuc);
-    add("FF FE whatever follows", "FFFE008182", CharCodeUnicode);
-    add("FF FE alone", "FFFE", CharCodeUnicode);
-    add("FF alone", "FF", CharCodeEuc);
-    add("FE FF", "FEFF6161", CharCodeEuc);
-    add("FE FF 00", "FEFF0061", CharCodeEuc);
-    add("UTF-8 mark", "EFBBBF61", CharCodeUtf8);
-    add("NUL first", "00", CharCodeBinary);
-    add("NUL in ASCII", "616200", CharCodeBinary);
-    add("NUL far in ASCII", "6161616161616161616161616161616161616100", CharCodeBinary);
-    add("NUL where a continuation byte is owed", "E38100", CharCodeBinary);
-    add("NUL behind the end of the pass", "80 00", CharCodeEuc);
-    add("two bytes", "C3A9", CharCodeUtf8);
-    add("three bytes", "E6BCA2", CharCodeUtf8);
-    add("four bytes are not UTF-8", "F09F9880", CharCodeShiftJis);
-    add("cut behind one of three", "E6", CharCodeUtf8);
-    add("cut behind two of three", "61 E6BC", CharCodeUtf8);
-    add("cut behind one of two", "C3", CharCodeUtf8);
-    add("overlong and surrogates pass", "C080 E08080 EDA080", CharCodeUtf8);
-    add("stray continuation", "61BF", CharCodeEuc);
-    add("cut by ASCII", "E6BC61", CharCodeEuc);
-    add("ESC in UTF-8", "E6BCA2 1B5B", CharCodeEuc);
-    add("JIS kanji", "1B2442", CharCodeJis);
-    add("JIS kanji of 1978", "1B2440", CharCodeJis);
-    add("JIS ASCII", "1B2842", CharCodeJis);
-    add("JIS Roman", "1B284A", CharCodeJis);
-    add("JIS katakana", "1B2849", CharCodeJis);
-    add("JIS among high bytes", "82A0 1B2442 3021", CharCodeJis);
-    add("ESC $ (", "1B2428", CharCodeEuc);
-    add("ESC $ ( D", "1B242844", CharCodeEuc);
-    add("ESC ( @", "1B2840", CharCodeEuc);
-    add("ESC $ J", "1B244A", CharCodeEuc);
-    add("ESC ESC $ B", "1B1B2442", CharCodeEuc);
-    add("ESC $ ESC $ B", "1B241B2442", CharCodeEuc);
-    add("ESC x ESC $ B", "1B781B2442", CharCodeJis);
-    add("ESC $ cut", "1B24", CharCodeEuc);
-    add("ESC cut", "611B", CharCodeEuc);
-    add("NUL in JIS", "1B2442 00", CharCodeBinary);
-    add("EUC kanji", "B0A1 FEFE", CharCodeEuc);
-    add("82 among EUC", "B0A1 82", CharCodeShiftJis);
-    add("8E alone", "8EB1 A4A2", CharCodeEuc);
-    add("8F", "8FB0A1", CharCodeShiftJis);
-    add("9E", "A1A1 9E", CharCodeShiftJis);
-    add("9F alone", "A1A1 9F", CharCodeEuc);
-    add("80 alone", "A1A1 80", CharCodeEuc);
-    add("A0 alone", "A1A1 A0", CharCodeEuc);
-    add("Shift-JIS kanji", "8ABF 8E9A", CharCodeShiftJis);
+    add("abc", "616263", CharCode::Ascii);
+    add("abc LF", "6162630A", CharCode::Utf8);
+    add("lowest and highest plain byte", "1C7F", CharCode::Ascii);
+    add("TAB", "6109", CharCode::Utf8);
+    add("ESC is below plain", "1B61", CharCode::Euc);
+    add("FF FE whatever follows", "FFFE008182", CharCode::Unicode);
+    add("FF FE alone", "FFFE", CharCode::Unicode);
+    add("FF alone", "FF", CharCode::Euc);
+    add("FE FF", "FEFF6161", CharCode::Euc);
+    add("FE FF 00", "FEFF0061", CharCode::Euc);
+    add("UTF-8 mark", "EFBBBF61", CharCode::Utf8);
+    add("NUL first", "00", CharCode::Binary);
+    add("NUL in ASCII", "616200", CharCode::Binary);
+    add("NUL far in ASCII", "6161616161616161616161616161616161616100", CharCode::Binary);
+    add("NUL where a continuation byte is owed", "E38100", CharCode::Binary);
+    add("NUL behind the end of the pass", "80 00", CharCode::Euc);
+    add("two bytes", "C3A9", CharCode::Utf8);
+    add("three bytes", "E6BCA2", CharCode::Utf8);
+    add("four bytes are not UTF-8", "F09F9880", CharCode::ShiftJis);
+    add("cut behind one of three", "E6", CharCode::Utf8);
+    add("cut behind two of three", "61 E6BC", CharCode::Utf8);
+    add("cut behind one of two", "C3", CharCode::Utf8);
+    add("overlong and surrogates pass", "C080 E08080 EDA080", CharCode::Utf8);
+    add("stray continuation", "61BF", CharCode::Euc);
+    add("cut by ASCII", "E6BC61", CharCode::Euc);
+    add("ESC in UTF-8", "E6BCA2 1B5B", CharCode::Euc);
+    add("JIS kanji", "1B2442", CharCode::Jis);
+    add("JIS kanji of 1978", "1B2440", CharCode::Jis);
+    add("JIS ASCII", "1B2842", CharCode::Jis);
+    add("JIS Roman", "1B284A", CharCode::Jis);
+    add("JIS katakana", "1B2849", CharCode::Jis);
+    add("JIS among high bytes", "82A0 1B2442 3021", CharCode::Jis);
+    add("ESC $ (", "1B2428", CharCode::Euc);
+    add("ESC $ ( D", "1B242844", CharCode::Euc);
+    add("ESC ( @", "1B2840", CharCode::Euc);
+    add("ESC $ J", "1B244A", CharCode::Euc);
+    add("ESC ESC $ B", "1B1B2442", CharCode::Euc);
+    add("ESC $ ESC $ B", "1B241B2442", CharCode::Euc);
+    add("ESC x ESC $ B", "1B781B2442", CharCode::Jis);
+    add("ESC $ cut", "1B24", CharCode::Euc);
+    add("ESC cut", "611B", CharCode::Euc);
+    add("NUL in JIS", "1B2442 00", CharCode::Binary);
+    add("EUC kanji", "B0A1 FEFE", CharCode::Euc);
+    add("82 among EUC", "B0A1 82", CharCode::ShiftJis);
+    add("8E alone", "8EB1 A4A2", CharCode::Euc);
+    add("8F", "8FB0A1", CharCode::ShiftJis);
+    add("9E", "A1A1 9E", CharCode::ShiftJis);
+    add("9F alone", "A1A1 9F", CharCode::Euc);
+    add("80 alone", "A1A1 80", CharCode::Euc);
+    add("A0 alone", "A1A1 A0", CharCode::Euc);
+    add("Shift-JIS kanji", "8ABF 8E9A", CharCode::ShiftJis);
     QTest::newRow("82 behind 10000 bytes")
-        << QByteArray("\xB0\xA1").repeated(5000) + '\x82' << int{ CharCodeShiftJis };
+        << QByteArray("\xB0\xA1").repeated(5000) + '\x82' << CharCode::ShiftJis;
     QTest::newRow("NUL behind 10000 bytes") << QByteArray("\xE6\xBC\xA2"
                                                           "a")
                                                    .repeated(2500)
-            + '\0' << int{ CharCodeBinary };
+            + '\0' << CharCode::Binary;
 }
 
-void TextFileTest::detectsCharCode()
+void DetectionTest::detectsCharCode()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(int, code);
+    QFETCH(CharCode, code);
     QCOMPARE(detectCharCode(bytes, defaultCharCode), code);
     QCOMPARE(literal::detectCharCode(bytes), code);
 }
 
-void TextFileTest::detectsReturnCode_data()
+void DetectionTest::detectsReturnCode_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("code");
+    QTest::addColumn<ReturnCode>("code");
     QTest::newRow("empty") << QByteArray() << defaultReturnCode;
     QTest::newRow("no line end") << QByteArray("abc") << defaultReturnCode;
-    QTest::newRow("LF") << QByteArray("a\nb\r\n") << int{ ReturnCodeLf };
-    QTest::newRow("CR LF") << QByteArray("a\r\nb\n") << int{ ReturnCodeCrLf };
-    QTest::newRow("CR") << QByteArray("a\rb\r\n") << int{ ReturnCodeCr };
-    QTest::newRow("CR NUL") << QByteArray("a\r\0", 3) << int{ ReturnCodeCr };
-    QTest::newRow("CR CR LF") << QByteArray("a\r\r\n") << int{ ReturnCodeCrLf };
-    QTest::newRow("CR CR a") << QByteArray("\r\ra\n") << int{ ReturnCodeCr };
+    QTest::newRow("LF") << QByteArray("a\nb\r\n") << ReturnCode::Lf;
+    QTest::newRow("CR LF") << QByteArray("a\r\nb\n") << ReturnCode::CrLf;
+    QTest::newRow("CR") << QByteArray("a\rb\r\n") << ReturnCode::Cr;
+    QTest::newRow("CR NUL") << QByteArray("a\r\0", 3) << ReturnCode::Cr;
+    QTest::newRow("CR CR LF") << QByteArray("a\r\r\n") << ReturnCode::CrLf;
+    QTest::newRow("CR CR a") << QByteArray("\r\ra\n") << ReturnCode::Cr;
     QTest::newRow("CR as the last byte") << QByteArray("abc\r") << defaultReturnCode;
     QTest::newRow("CRs as the last bytes") << QByteArray("abc\r\r") << defaultReturnCode;
-    QTest::newRow("LF first") << QByteArray("\n") << int{ ReturnCodeLf };
+    QTest::newRow("LF first") << QByteArray("\n") << ReturnCode::Lf;
 }
 
-void TextFileTest::detectsReturnCode()
+void DetectionTest::detectsReturnCode()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(int, code);
+    QFETCH(ReturnCode, code);
     QCOMPARE(detectReturnCode(bytes, defaultReturnCode), code);
     QCOMPARE(literal::detectReturnCode(bytes), code);
 }
 
-void TextFileTest::normalizesLineEnds_data()
+void DetectionTest::normalizesLineEnds_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("returnCode");
+    QTest::addColumn<ReturnCode>("returnCode");
     QTest::addColumn<QByteArray>("normalized");
-    QTest::newRow("empty") << QByteArray() << int{ ReturnCodeCrLf } << QByteArray();
-    QTest::newRow("CR+LF") << QByteArray("a\r\nb\r\n") << int{ ReturnCodeCrLf } << QByteArray("a\nb\n");
+    QTest::newRow("empty") << QByteArray() << ReturnCode::CrLf << QByteArray();
+    QTest::newRow("CR+LF") << QByteArray("a\r\nb\r\n") << ReturnCode::CrLf << QByteArray("a\nb\n");
     QTest::newRow("CR+LF loses a lone CR")
-        << QByteArray("a\r\nb\rc") << int{ ReturnCodeCrLf } << QByteArray("a\nbc");
+        << QByteArray("a\r\nb\rc") << ReturnCode::CrLf << QByteArray("a\nbc");
     QTest::newRow("CR+LF keeps a lone LF")
-        << QByteArray("a\r\nb\nc") << int{ ReturnCodeCrLf } << QByteArray("a\nb\nc");
-    QTest::newRow("nothing but CR") << QByteArray("\r\r\r") << int{ ReturnCodeCrLf } << QByteArray();
-    QTest::newRow("CR") << QByteArray("a\rb\r") << int{ ReturnCodeCr } << QByteArray("a\nb\n");
-    QTest::newRow("CR doubles CR LF")
-        << QByteArray("a\rb\r\n") << int{ ReturnCodeCr } << QByteArray("a\nb\n\n");
-    QTest::newRow("LF") << QByteArray("a\nb\rc") << int{ ReturnCodeLf } << QByteArray("a\nb\rc");
-    QTest::newRow("none") << QByteArray("a\r\nb") << int{ ReturnCodeNone } << QByteArray("a\r\nb");
-    for (int code = ReturnCodeNone; code <= ReturnCodeLf; ++code)
-        QTest::addRow("NUL with %d", code) << QByteArray("\0a\0", 3) << code
-                                           << QByteArray("\xFF"
-                                                         "a\xFF");
+        << QByteArray("a\r\nb\nc") << ReturnCode::CrLf << QByteArray("a\nb\nc");
+    QTest::newRow("nothing but CR") << QByteArray("\r\r\r") << ReturnCode::CrLf << QByteArray();
+    QTest::newRow("CR") << QByteArray("a\rb\r") << ReturnCode::Cr << QByteArray("a\nb\n");
+    QTest::newRow("CR doubles CR LF") << QByteArray("a\rb\r\n") << ReturnCode::Cr << QByteArray("a\nb\n\n");
+    QTest::newRow("LF") << QByteArray("a\nb\rc") << ReturnCode::Lf << QByteArray("a\nb\rc");
+    QTest::newRow("none") << QByteArray("a\r\nb") << ReturnCode::None << QByteArray("a\r\nb");
+    for (const ReturnCode code : { ReturnCode::None, ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf })
+        QTest::addRow("NUL with %d", int(code)) << QByteArray("\0a\0", 3) << code
+                                                << QByteArray("\xFF"
+                                                              "a\xFF");
     QTest::newRow("UTF-16 like any other")
-        << hex("FFFE 6100 0D00 0A00") << int{ ReturnCodeCr } << hex("FFFE 61FF 0AFF 0AFF");
+        << hex("FFFE 6100 0D00 0A00") << ReturnCode::Cr << hex("FFFE 61FF 0AFF 0AFF");
     QTest::newRow("UTF-16 becomes odd")
-        << hex("FFFE 6100 0D00 0A00") << int{ ReturnCodeCrLf } << hex("FFFE 61FF FF 0AFF");
+        << hex("FFFE 6100 0D00 0A00") << ReturnCode::CrLf << hex("FFFE 61FF FF 0AFF");
 }
 
-void TextFileTest::normalizesLineEnds()
+void DetectionTest::normalizesLineEnds()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(int, returnCode);
+    QFETCH(ReturnCode, returnCode);
     QFETCH(QByteArray, normalized);
     QCOMPARE(literal::normalized(bytes, returnCode), normalized);
     const char *const place = bytes.data();
@@ -338,15 +322,15 @@ void TextFileTest::normalizesLineEnds()
         QCOMPARE(bytes.constData(), place);
 }
 
-void TextFileTest::normalizingKeepsOtherCopies()
+void DetectionTest::normalizingKeepsOtherCopies()
 {
     QByteArray bytes("a\r\n\0", 4);
     const QByteArray copy = bytes;
-    normalizeLineEnds(bytes, ReturnCodeCrLf);
+    normalizeLineEnds(bytes, ReturnCode::CrLf);
     QCOMPARE(copy, QByteArray("a\r\n\0", 4));
 }
 
-void TextFileTest::shortFilesFollowTheRules_data()
+void DetectionTest::shortFilesFollowTheRules_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QByteArray>("behind");
@@ -357,7 +341,7 @@ void TextFileTest::shortFilesFollowTheRules_data()
 }
 
 /// Every pair of bytes.
-void TextFileTest::shortFilesFollowTheRules()
+void DetectionTest::shortFilesFollowTheRules()
 {
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, behind);
@@ -373,13 +357,13 @@ void TextFileTest::shortFilesFollowTheRules()
     }
 }
 
-void TextFileTest::randomFilesFollowTheRules_data()
+void DetectionTest::randomFilesFollowTheRules_data()
 {
     QTest::addColumn<unsigned>("seed");
     QTest::addRow("seed %u", seed()) << seed();
 }
 
-void TextFileTest::randomFilesFollowTheRules()
+void DetectionTest::randomFilesFollowTheRules()
 {
     QFETCH(unsigned, seed);
     QRandomGenerator random(seed);
@@ -389,7 +373,7 @@ void TextFileTest::randomFilesFollowTheRules()
             QFAIL(bytes.toHex(' '));
         if (detectReturnCode(bytes, defaultReturnCode) != literal::detectReturnCode(bytes))
             QFAIL(bytes.toHex(' '));
-        const int returnCode = i % 4;
+        const ReturnCode returnCode{ i % 4 };
         QByteArray normalized = bytes;
         normalizeLineEnds(normalized, returnCode);
         if (normalized != literal::normalized(bytes, returnCode))
@@ -397,5 +381,5 @@ void TextFileTest::randomFilesFollowTheRules()
     }
 }
 
-REGISTER_TEST(runCoreTest<TextFileTest>)
-#include "textfile_test.moc"
+REGISTER_TEST(runCoreTest<DetectionTest>)
+#include "detection_test.moc"

@@ -1,12 +1,9 @@
-#include "document/textfile.h"
+#include "document/detection.h"
 
 #include "text/asciirun.h"
 
-#include <QByteArrayView>
-
 #include <algorithm>
 #include <cstring>
-#include <iterator>
 
 namespace {
 
@@ -144,80 +141,36 @@ bool hasShiftJisByte(const uchar *in, const uchar *end)
     return false;
 }
 
-void replaceByte(uchar *in, const uchar *end, uchar byte, uchar replacement)
-{
-    for (; in != end; ++in)
-        *in = *in == byte ? replacement : *in;
-}
-
-/// Returns where the bytes end without the ones taken out.
-uchar *removeByte(uchar *in, const uchar *end, uchar byte)
-{
-    uchar *out = in;
-    for (; in != end; ++in) {
-        *out = *in;
-        out += *in != byte;
-    }
-    return out;
-}
-
 } // namespace
 
-QString charCodeName(int charCode)
-{
-    static constexpr const char *names[] = { "Binary", "Unicode", "UTF8", "Shift-JIS", "EUC", "JIS",
-        "Shift-JIS" };
-    const bool isKnown = charCode >= 0 && charCode < int{ std::size(names) };
-    return QLatin1StringView(isKnown ? names[charCode] : "????");
-}
-
-QString returnCodeName(int returnCode)
-{
-    static constexpr const char *names[] = { "??", "CR", "CR+LF", "LF" };
-    const bool isKnown = returnCode >= 0 && returnCode < int{ std::size(names) };
-    return QLatin1StringView(isKnown ? names[returnCode] : "??");
-}
-
-int detectCharCode(const QByteArray &bytes, int defaultCode)
+CharCode detectCharCode(const QByteArray &bytes, CharCode defaultCode)
 {
     if (bytes.isEmpty())
         return defaultCode;
     if (bytes.startsWith("\xFF\xFE"))
-        return CharCodeUnicode;
+        return CharCode::Unicode;
     const uchar *const begin = beginOf(bytes);
     const uchar *const end = endOf(bytes);
     const Utf8Pass pass = utf8Pass(begin, end);
     if (pass.isBinary)
-        return CharCodeBinary;
+        return CharCode::Binary;
     if (pass.isUtf8 && !pass.hasEscape)
-        return pass.isPlain ? CharCodeAscii : CharCodeUtf8;
+        return pass.isPlain ? CharCode::Ascii : CharCode::Utf8;
     if (hasJisEscape(begin, end))
-        return CharCodeJis;
-    return hasShiftJisByte(begin, end) ? CharCodeShiftJis : CharCodeEuc;
+        return CharCode::Jis;
+    return hasShiftJisByte(begin, end) ? CharCode::ShiftJis : CharCode::Euc;
 }
 
-int detectReturnCode(const QByteArray &bytes, int defaultCode)
+ReturnCode detectReturnCode(const QByteArray &bytes, ReturnCode defaultCode)
 {
     const uchar *const begin = beginOf(bytes);
     const uchar *const end = endOf(bytes);
     const uchar *const firstLf = find(begin, end, lf);
     const uchar *const firstCr = find(begin, firstLf, cr);
     if (firstCr == firstLf)
-        return firstLf == end ? defaultCode : ReturnCodeLf;
+        return firstLf == end ? defaultCode : ReturnCode::Lf;
     const uchar *const behind = std::find_if(firstCr, end, [](uchar byte) { return byte != cr; });
     if (behind == end)
         return defaultCode;
-    return *behind == lf ? ReturnCodeCrLf : ReturnCodeCr;
-}
-
-void normalizeLineEnds(QByteArray &bytes, int returnCode)
-{
-    auto *const begin = reinterpret_cast<uchar *>(bytes.data());
-    const uchar *const end = begin + bytes.size();
-    replaceByte(begin + (find(begin, end, 0) - begin), end, 0, 0xFF);
-    uchar *const firstCr = begin + (find(begin, end, cr) - begin);
-    if (returnCode == ReturnCodeCr)
-        replaceByte(firstCr, end, cr, lf);
-    else if (returnCode == ReturnCodeCrLf)
-        bytes.truncate(removeByte(firstCr, end, cr) - begin);
+    return *behind == lf ? ReturnCode::CrLf : ReturnCode::Cr;
 }

@@ -1,0 +1,44 @@
+#include "document/lineends.h"
+
+namespace {
+
+constexpr char cr = 13;
+constexpr char lf = 10;
+
+void replaceByte(uchar *in, const uchar *end, uchar byte, uchar replacement)
+{
+    for (; in != end; ++in)
+        *in = *in == byte ? replacement : *in;
+}
+
+/// Returns where the bytes end without the ones taken out.
+uchar *removeByte(uchar *in, const uchar *end, uchar byte)
+{
+    uchar *out = in;
+    for (; in != end; ++in) {
+        *out = *in;
+        out += *in != byte;
+    }
+    return out;
+}
+
+/// Its size where it has none.
+qsizetype firstOf(char byte, const QByteArray &bytes)
+{
+    const qsizetype found = bytes.indexOf(byte);
+    return found == -1 ? bytes.size() : found;
+}
+
+} // namespace
+
+void normalizeLineEnds(QByteArray &bytes, ReturnCode returnCode)
+{
+    auto *const begin = reinterpret_cast<uchar *>(bytes.data());
+    const uchar *const end = begin + bytes.size();
+    replaceByte(begin + firstOf(0, bytes), end, 0, 0xFF);
+    uchar *const firstCr = begin + firstOf(cr, bytes);
+    if (returnCode == ReturnCode::Cr)
+        replaceByte(firstCr, end, cr, lf);
+    else if (returnCode == ReturnCode::CrLf)
+        bytes.truncate(removeByte(firstCr, end, cr) - begin);
+}

@@ -1,0 +1,147 @@
+#include "document/textdocument.h"
+
+#include "codec/textcodec.h"
+#include "document/detection.h"
+#include "document/documentwriter.h"
+#include "document/lineends.h"
+#include "files/filename.h"
+
+TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
+    : m_codes(codes)
+    , m_readCode(infoOf(codes.charCode).codec())
+    , m_calls(calls)
+{
+}
+
+TextDocument::~TextDocument() = default;
+
+void TextDocument::setUndoEnabled(bool enabled)
+{
+    if (enabled == m_isUndoEnabled)
+        return;
+    m_isUndoEnabled = enabled;
+    m_history.clear();
+}
+
+void TextDocument::replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining)
+{
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    if (m_isUndoEnabled)
+        m_history.replace(m_store, offset, removed, inserted, joining);
+    else
+        m_store.replace(offset, removed, inserted);
+    noteEdit({ offset, removed, inserted.size() });
+}
+
+void TextDocument::replace(qint64 offset, qint64 removed, const TextPiece &inserted)
+{
+    if (removed == 0 && inserted.isEmpty())
+        return;
+    if (m_isUndoEnabled)
+        m_history.replace(m_store, offset, removed, inserted);
+    else
+        m_store.exchange(offset, removed, inserted);
+    noteEdit({ offset, removed, inserted.length() });
+}
+
+void TextDocument::noteEdit(const TextChange &change)
+{
+    m_isEdited = true;
+    emit changed(change);
+}
+
+qint64 TextDocument::undo()
+{
+    return applyStep(&UndoHistory::undo);
+}
+
+qint64 TextDocument::redo()
+{
+    return applyStep(&UndoHistory::redo);
+}
+
+qint64 TextDocument::applyStep(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &))
+{
+    return (m_history.*step)(m_store, [this](const TextChange &change) {
+        m_isEdited = m_history.canUndo();
+        emit changed(change);
+    });
+}
+
+void TextDocument::setText(TextStore &&text)
+{
+    const TextChange change{ 0, m_store.length(), text.length() };
+    m_history.clear();
+    m_store = std::move(text);
+    m_isEdited = true;
+    emit replaced(change);
+}
+
+std::optional<ReadFailure> TextDocument::load(
+    const QString &path, const QString &name, std::optional<CharCode> requested, FileCodes codes)
+{
+    m_path = path;
+    m_name = name;
+    m_unreadFile = path + name;
+    QByteArray bytes;
+    if (const auto failure = readWholeFile(path + name, bytes, m_calls))
+        return failure;
+    m_unreadFile.clear();
+    m_version.setRead();
+    m_codes.charCode = requested ? *requested : detectCharCode(bytes, codes.charCode);
+    m_codes.returnCode =
+        m_codes.charCode == CharCode::Binary ? ReturnCode::None : detectReturnCode(bytes, codes.returnCode);
+    normalizeLineEnds(bytes, m_codes.returnCode);
+    decode(std::move(bytes));
+    return std::nullopt;
+}
+
+/// The text before goes first: there is room for one.
+void TextDocument::decode(QByteArray &&bytes)
+{
+    const TextCodec &codec = codecToRead(m_codes.charCode, bytes);
+    const qint64 gone = m_store.length();
+    m_history.clear();
+    m_store = TextStore(m_store.layoutRule());
+    m_store = codec.decode(bytes, m_store.layoutRule());
+    bytes.clear();
+    m_readCode = ReadCode(codec);
+    m_isEdited = false;
+    emit replaced({ 0, gone, m_store.length() });
+}
+
+SaveResult TextDocument::save(const QString &path, const QString &name, std::optional<CharCode> charCode,
+    std::optional<ReturnCode> returnCode)
+{
+    if (m_codes.charCode == CharCode::Binary)
+        return { SaveResult::Outcome::Binary, false, {} };
+    m_codes = { charCode.value_or(m_codes.charCode), returnCode.value_or(m_codes.returnCode) };
+    const SaveResult result = write(path + name);
+    if (result.outcome == SaveResult::Outcome::NotWritten)
+        return result;
+    m_path = path;
+    m_name = name;
+    m_unreadFile.clear();
+    m_history.clear();
+    m_isEdited = false;
+    emit saved();
+    return result;
+}
+
+SaveResult TextDocument::write(const QString &fileName)
+{
+    const QByteArray target = FileName::toBytes(fileName);
+    DocumentWriter writer(target, m_codes.returnCode, m_calls);
+    const bool isOvertaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
+    if (isOvertaken || fileName == m_unreadFile)
+        writer.keepOldContent();
+    const TextCodec &codec = infoOf(m_codes.charCode).codec();
+    const bool isWritten = writer.write(m_store, codec, m_readCode.writtenAsReadIn(codec));
+    if (isWritten) {
+        m_version.endWriting(target);
+        m_readCode.setWritten(codec, m_store);
+    }
+    return { isWritten ? SaveResult::Outcome::Written : SaveResult::Outcome::NotWritten, isOvertaken,
+        FileName::fromBytes(writer.keptCopy()) };
+}

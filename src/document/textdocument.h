@@ -1,0 +1,130 @@
+#pragma once
+
+#include "codec/charcode.h"
+#include "codec/returncode.h"
+#include "document/documentversion.h"
+#include "document/readcode.h"
+#include "files/readfile.h"
+#include "text/undohistory.h"
+
+#include <QObject>
+
+#include <optional>
+
+/// In what code and with which line ends a text is in its file.
+struct FileCodes {
+    CharCode charCode = CharCode::ShiftJis;
+    ReturnCode returnCode = ReturnCode::CrLf;
+};
+
+/// What became of a save.
+struct SaveResult {
+    enum class Outcome {
+        Written,
+        NotWritten, ///< the file is as it was, if keptCopy is empty
+        Binary, ///< refused: what was not taken for text cannot be written
+    };
+    Outcome outcome = Outcome::NotWritten;
+    bool isOvertaken = false; ///< another document has written to the file since this one read or wrote it
+    QString keptCopy; ///< name of the file that has the old content; empty for none
+};
+
+/// A document without a window: a text with its history, and the file it is from and goes to.
+///
+/// Nothing here is shown to the user; load() and save() return what happened. Whoever shows the document
+/// listens to the signals, which come when all is as they say.
+///
+/// Units: offsets are UTF-16 units from the start of the text. Cost: an edit costs what it costs in the
+/// store; nothing but loading, saving and laying out anew depends on the length of the text.
+class TextDocument : public QObject {
+    Q_OBJECT
+public:
+    using Joining = UndoHistory::Joining;
+
+    /// Empty, as if a file of these codes without a byte had been read. `calls` is not owned.
+    explicit TextDocument(FileCodes codes = {}, const FileCalls &calls = FileCalls::system());
+    ~TextDocument() override;
+
+    const TextStore &store() const { return m_store; }
+    /// What can be undone and redone.
+    const UndoHistory &history() const { return m_history; }
+    /// The text differs from what was loaded or saved, or from what was there when the document was last
+    /// called unedited: after an edit, until it is undone with all before it.
+    bool isEdited() const { return m_isEdited; }
+    void setEdited(bool edited) { m_isEdited = edited; }
+    bool isUndoEnabled() const { return m_isUndoEnabled; }
+    /// Off: edits are not recorded; switching either way empties the history.
+    void setUndoEnabled(bool enabled);
+    /// Steps kept apart; below 1 counts as 1.
+    void setUndoDepth(int steps) { m_history.setDepth(steps); }
+
+    /// Folder, ending in "/"; empty for a document never saved.
+    QString path() const { return m_path; }
+    QString name() const { return m_name; }
+    /// Of a document that was never saved.
+    void setName(const QString &name) { m_name = name; }
+    CharCode charCode() const { return m_codes.charCode; }
+    ReturnCode returnCode() const { return m_codes.returnCode; }
+    /// The codec of the undecodable bytes and spellings in the text: pieces of texts of the same one may be
+    /// exchanged with them.
+    const TextCodec &byteCodec() const { return m_readCode.codec(); }
+
+    /// Lays the text out anew; it stays the same, and nothing is emitted.
+    void layOut(const LayoutRule &rule) { m_store.setLayoutRule(rule); }
+
+    /// Puts `inserted` in place of `removed` units at `offset`; nothing when both are empty.
+    void replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);
+    /// The same, with its spellings.
+    void replace(qint64 offset, qint64 removed, const TextPiece &inserted);
+    /// Makes it another text, edited, without a history.
+    void setText(TextStore &&text);
+
+    /// Edits until endGroup() are undone as one step. Groups nest.
+    void beginGroup() { m_history.beginGroup(); }
+    void endGroup() { m_history.endGroup(); }
+    /// The next edit joins none before it: the cursor was moved, say.
+    void breakJoining() { m_history.breakJoining(); }
+    /// Takes a step back, or makes it once more; returns the offset where the cursor belongs then. Asserts
+    /// that history() has one.
+    qint64 undo();
+    qint64 redo();
+
+    /// Reads the file path + name, in the code requested or else in the one detected; `codes` are those of a
+    /// file that does not tell. Laid out by the rule of the text before. Memory: the file's bytes and the
+    /// text. A failure: text, codes and history stay, but path and name are the new ones, and saving under
+    /// them keeps a copy of what could not be read.
+    std::optional<ReadFailure> load(
+        const QString &path, const QString &name, std::optional<CharCode> requested, FileCodes codes);
+    /// Writes the text as path + name, in the document's own code and line end where none is given. Written:
+    /// path and name are the document's, and it has no history. Else text, name and history stay, but the
+    /// codes given are kept.
+    SaveResult save(const QString &path, const QString &name, std::optional<CharCode> charCode = {},
+        std::optional<ReturnCode> returnCode = {});
+
+signals:
+    /// After each edit, undo and redo; what they are made of comes one by one.
+    void changed(const TextChange &change);
+    /// The text is another one, or was read again: places in the one before say nothing any more. `change` is
+    /// from the whole of one to the whole of the other.
+    void replaced(const TextChange &change);
+    /// The text is what the file has now, and the history is empty.
+    void saved();
+
+private:
+    qint64 applyStep(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
+    void noteEdit(const TextChange &change);
+    void decode(QByteArray &&bytes);
+    SaveResult write(const QString &fileName);
+
+    TextStore m_store;
+    UndoHistory m_history;
+    bool m_isUndoEnabled = true;
+    bool m_isEdited = false;
+    QString m_path;
+    QString m_name;
+    QString m_unreadFile; ///< path + name of the file that could not be read; empty when the text is its own
+    FileCodes m_codes;
+    ReadCode m_readCode;
+    DocumentVersion m_version;
+    const FileCalls &m_calls;
+};

@@ -1,0 +1,87 @@
+#include "codec/charcode.h"
+
+#include "codec/codecs.h"
+#include "codec/returncode.h"
+#include "tests/testprogram.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// The tables of character codes and line ends.
+class CharCodeTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void valuesAreTheStoredOnes();
+    void namesCodes();
+    void namesLineEnds();
+    void labelsWhatDialogsOffer();
+    void unknownCodesAreShiftJis();
+    void unicodeIsReadByItsMark();
+    void noRequestIsNoCode();
+};
+
+void CharCodeTest::valuesAreTheStoredOnes()
+{
+    for (int code = 0; code <= 6; ++code)
+        QCOMPARE(int(infoOf(CharCode(code)).code), code);
+    for (int code = 0; code <= 3; ++code)
+        QCOMPARE(int(infoOf(ReturnCode(code)).code), code);
+}
+
+void CharCodeTest::namesCodes()
+{
+    const QStringList names{ u"Binary"_s, u"Unicode"_s, u"UTF8"_s, u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s,
+        u"Shift-JIS"_s };
+    for (int code = 0; code < names.size(); ++code)
+        QCOMPARE(infoOf(CharCode(code)).name, names[code]);
+    for (const int code : { -1, 7, 400 })
+        QCOMPARE(infoOf(CharCode(code)).name, u"????"_s);
+}
+
+void CharCodeTest::namesLineEnds()
+{
+    const QStringList names{ u"??"_s, u"CR"_s, u"CR+LF"_s, u"LF"_s };
+    for (int code = 0; code < names.size(); ++code)
+        QCOMPARE(infoOf(ReturnCode(code)).name, names[code]);
+    for (const int code : { -1, 4, 400 })
+        QCOMPARE(infoOf(ReturnCode(code)).name, u"??"_s);
+}
+
+void CharCodeTest::labelsWhatDialogsOffer()
+{
+    QStringList labels;
+    for (const CharCode code : { CharCode::Utf8, CharCode::ShiftJis, CharCode::Euc, CharCode::Jis })
+        labels << infoOf(code).label;
+    QCOMPARE(labels, QStringList({ u"UTF-8"_s, u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s }));
+    for (const CharCode code : { CharCode::Binary, CharCode::Unicode, CharCode::Ascii })
+        QVERIFY(infoOf(code).label.isNull());
+}
+
+void CharCodeTest::unknownCodesAreShiftJis()
+{
+    for (const CharCode code : { CharCode::ShiftJis, CharCode::Ascii, CharCode(-1), CharCode(99) }) {
+        QCOMPARE(&infoOf(code).codec(), &shiftJisCodec());
+        QCOMPARE(&codecToRead(code, "abc"), &shiftJisCodec());
+    }
+}
+
+void CharCodeTest::unicodeIsReadByItsMark()
+{
+    QCOMPARE(&codecToRead(CharCode::Unicode, "\xFF\xFE"), &utf16LittleEndianCodec());
+    QCOMPARE(&codecToRead(CharCode::Unicode, "abc"), &latin1Codec());
+    QCOMPARE(&codecToRead(CharCode::Utf8, "\xFF\xFE"), &utf8Codec());
+    QCOMPARE(&infoOf(CharCode::Unicode).codec(), &utf8Codec());
+}
+
+void CharCodeTest::noRequestIsNoCode()
+{
+    QVERIFY(!requestedCharCode(0));
+    QCOMPARE(requestedCharCode(4), std::optional(CharCode::Euc));
+    QVERIFY(!requestedReturnCode(0));
+    QCOMPARE(requestedReturnCode(1), std::optional(ReturnCode::Cr));
+}
+
+REGISTER_TEST(runPlainTest<CharCodeTest>)
+#include "charcode_test.moc"

@@ -1,0 +1,393 @@
+#include "document/textdocument.h"
+
+#include "codec/codecs.h"
+#include "tests/document/documentfolder.h"
+#include "tests/testprogram.h"
+#include "text/textsearch.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString name = u"a.txt"_s;
+
+TextStore storeOf(const QString &text)
+{
+    TextStore store;
+    store.replace(0, 0, text);
+    return store;
+}
+
+/// Offset, units removed and units inserted.
+using Change = QList<qint64>;
+
+Change numbers(const TextChange &change)
+{
+    return { change.offset, change.removed, change.inserted };
+}
+
+/// What a document has told of.
+class Listener {
+public:
+    explicit Listener(const TextDocument &document)
+    {
+        QObject::connect(&document, &TextDocument::changed, &m_context,
+            [this](const TextChange &change) { changes << numbers(change); });
+        QObject::connect(&document, &TextDocument::replaced, &m_context,
+            [this](const TextChange &change) { replacements << numbers(change); });
+        QObject::connect(&document, &TextDocument::saved, &m_context, [this] { ++saves; });
+    }
+
+    QList<Change> changes;
+    QList<Change> replacements;
+    int saves = 0;
+
+private:
+    QObject m_context;
+};
+
+} // namespace
+
+/// A document without a window.
+class TextDocumentTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void isEmptyAtFirst();
+    void tellsOfEveryEdit();
+    void tellsOfNothingWhenNothingChanges();
+    void tellsOfEachChangeOfAStep();
+    void isEditedUntilAllIsUndone();
+    void recordsNothingWithoutUndo();
+    void anotherTextHasNoHistory();
+    void layingOutChangesNothing();
+    void opensAnnouncingOnce();
+    void asksForTheCodesOfAFileThatDoesNotTell();
+    void readsInTheCodeRequested();
+    void binaryFilesAreNotWritten();
+    void keepsAllButTheNameWhenReadingFails();
+    void keepsTheContentThatCouldNotBeRead();
+    void keepsTextAndHistoryWhenWritingFails();
+    void savingEndsTheHistory();
+    void knowsThatItWasOvertaken();
+    void samplesAreEditedBack_data();
+    void samplesAreEditedBack();
+};
+
+void TextDocumentTest::isEmptyAtFirst()
+{
+    const TextDocument document({ CharCode::Euc, ReturnCode::Lf });
+    QCOMPARE(document.store().length(), 0);
+    QVERIFY(!document.isEdited());
+    QVERIFY(!document.history().canUndo());
+    QCOMPARE(document.charCode(), CharCode::Euc);
+    QCOMPARE(document.returnCode(), ReturnCode::Lf);
+    QCOMPARE(&document.byteCodec(), &eucCodec());
+    QCOMPARE(document.path() + document.name(), QString());
+}
+
+void TextDocumentTest::tellsOfEveryEdit()
+{
+    TextDocument document;
+    Listener heard(document);
+    document.replace(0, 0, u"abcdef");
+    document.replace(1, 2, u"x");
+    document.replace(0, 1, document.store().piece(2, 2));
+    QCOMPARE(document.store().text(), u"dexdef"_s);
+    QCOMPARE(heard.changes, QList<Change>({ { 0, 0, 6 }, { 1, 2, 1 }, { 0, 1, 2 } }));
+    QVERIFY(heard.replacements.isEmpty());
+}
+
+void TextDocumentTest::tellsOfNothingWhenNothingChanges()
+{
+    TextDocument document;
+    Listener heard(document);
+    document.replace(0, 0, u"");
+    document.replace(0, 0, TextPiece());
+    QVERIFY(heard.changes.isEmpty());
+    QVERIFY(!document.isEdited());
+    QVERIFY(!document.history().canUndo());
+}
+
+void TextDocumentTest::tellsOfEachChangeOfAStep()
+{
+    TextDocument document;
+    document.replace(0, 0, u"abc");
+    document.replace(0, 2, u"x");
+    Listener heard(document);
+    QCOMPARE(document.undo(), 2);
+    QCOMPARE(document.store().text(), u"abc"_s);
+    QCOMPARE(heard.changes, QList<Change>({ { 0, 1, 0 }, { 0, 0, 2 } }));
+    QCOMPARE(document.redo(), 1);
+    QCOMPARE(document.store().text(), u"xc"_s);
+    QCOMPARE(heard.changes.size(), 4);
+}
+
+void TextDocumentTest::isEditedUntilAllIsUndone()
+{
+    TextDocument document;
+    bool editedWhenTold = false;
+    connect(&document, &TextDocument::changed, this, [&] { editedWhenTold = document.isEdited(); });
+    document.replace(0, 0, u"a");
+    document.replace(0, 0, u"b");
+    QVERIFY(editedWhenTold);
+    document.undo();
+    QVERIFY(document.isEdited() && editedWhenTold);
+    document.undo();
+    QVERIFY(!document.isEdited() && !editedWhenTold);
+    document.redo();
+    QVERIFY(document.isEdited() && editedWhenTold);
+}
+
+void TextDocumentTest::recordsNothingWithoutUndo()
+{
+    TextDocument document;
+    document.replace(0, 0, u"a");
+    document.setUndoEnabled(false);
+    QVERIFY(!document.history().canUndo());
+    document.replace(1, 0, u"b");
+    document.replace(1, 0, document.store().piece(0, 1));
+    QCOMPARE(document.store().text(), u"aab"_s);
+    QVERIFY(!document.history().canUndo());
+    QVERIFY(document.isEdited());
+}
+
+void TextDocumentTest::anotherTextHasNoHistory()
+{
+    TextDocument document;
+    document.replace(0, 0, u"abc");
+    document.setEdited(false);
+    Listener heard(document);
+    document.setText(storeOf(u"another"_s));
+    QCOMPARE(document.store().text(), u"another"_s);
+    QCOMPARE(heard.replacements, QList<Change>({ { 0, 3, 7 } }));
+    QVERIFY(heard.changes.isEmpty());
+    QVERIFY(!document.history().canUndo());
+    QVERIFY(document.isEdited());
+}
+
+void TextDocumentTest::layingOutChangesNothing()
+{
+    TextDocument document;
+    document.setText(storeOf(u"abcdef"_s));
+    document.setEdited(false);
+    Listener heard(document);
+    document.layOut({ .limit = 2 * subpixelsPerPixel });
+    QCOMPARE(document.store().rowCount(), 3);
+    document.layOut({});
+    QCOMPARE(document.store().rowCount(), 1);
+    QVERIFY(heard.changes.isEmpty() && heard.replacements.isEmpty());
+    QVERIFY(!document.isEdited());
+}
+
+void TextDocumentTest::opensAnnouncingOnce()
+{
+    const DocumentFolder folder;
+    QVERIFY(folder.write(name, "\xE6\xBC\xA2\r\nb"));
+    TextDocument document;
+    document.setText(storeOf(u"before"_s));
+    document.layOut({ .limit = subpixelsPerPixel });
+    Listener heard(document);
+    bool wasWhole = false;
+    connect(&document, &TextDocument::replaced, this, [&] {
+        wasWhole = document.store().length() == 3 && document.returnCode() == ReturnCode::CrLf
+            && &document.byteCodec() == &utf8Codec() && !document.isEdited();
+    });
+    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QCOMPARE(heard.replacements, QList<Change>({ { 0, 6, 3 } }));
+    QVERIFY(heard.changes.isEmpty());
+    QVERIFY(wasWhole);
+    QCOMPARE(document.store().text(), u"漢\nb"_s);
+    QCOMPARE(document.store().layoutRule().limit, subpixelsPerPixel);
+    QCOMPARE(document.path(), folder.path());
+    QCOMPARE(document.name(), name);
+    QCOMPARE(document.charCode(), CharCode::Utf8);
+}
+
+void TextDocumentTest::asksForTheCodesOfAFileThatDoesNotTell()
+{
+    const DocumentFolder folder;
+    QVERIFY(folder.write(name, ""));
+    TextDocument document;
+    QVERIFY(!document.load(folder.path(), name, {}, { CharCode::Jis, ReturnCode::Cr }));
+    QCOMPARE(document.charCode(), CharCode::Jis);
+    QCOMPARE(document.returnCode(), ReturnCode::Cr);
+}
+
+void TextDocumentTest::readsInTheCodeRequested()
+{
+    const DocumentFolder folder;
+    QVERIFY(folder.write(name, "\x82\xA0\xFA\x54\n"));
+    TextDocument document;
+    QVERIFY(!document.load(folder.path(), name, CharCode::ShiftJis, {}));
+    QCOMPARE(document.store().text(), u"あ￢\n"_s);
+    QCOMPARE(document.save(folder.path(), u"b.txt"_s).outcome, SaveResult::Outcome::Written);
+    QCOMPARE(folder.read(u"b.txt"_s), folder.read(name));
+    QCOMPARE(document.save(folder.path(), u"b.txt"_s, CharCode::Utf8, ReturnCode::CrLf).outcome,
+        SaveResult::Outcome::Written);
+    QCOMPARE(folder.read(u"b.txt"_s), u"あ￢\r\n"_s.toUtf8());
+    QCOMPARE(document.charCode(), CharCode::Utf8);
+    QCOMPARE(document.returnCode(), ReturnCode::CrLf);
+}
+
+void TextDocumentTest::binaryFilesAreNotWritten()
+{
+    const DocumentFolder folder;
+    const QByteArray bytes("a\0b\n", 4);
+    QVERIFY(folder.write(name, bytes));
+    TextDocument document;
+    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QCOMPARE(document.charCode(), CharCode::Binary);
+    QCOMPARE(document.returnCode(), ReturnCode::None);
+    document.replace(0, 0, u"x");
+    QCOMPARE(document.save(folder.path(), name, CharCode::Utf8).outcome, SaveResult::Outcome::Binary);
+    QCOMPARE(folder.read(name), bytes);
+    QCOMPARE(document.charCode(), CharCode::Binary);
+    QVERIFY(document.isEdited());
+}
+
+void TextDocumentTest::keepsAllButTheNameWhenReadingFails()
+{
+    const DocumentFolder folder;
+    TextDocument document({ CharCode::Euc, ReturnCode::Lf });
+    document.replace(0, 0, u"abc");
+    Listener heard(document);
+    const auto failure = document.load(folder.path(), u"missing"_s, CharCode::Utf8, {});
+    QCOMPARE(failure, std::optional(ReadFailure::Missing));
+    QVERIFY(heard.replacements.isEmpty());
+    QCOMPARE(document.name(), u"missing"_s);
+    QCOMPARE(document.store().text(), u"abc"_s);
+    QCOMPARE(document.charCode(), CharCode::Euc);
+    QVERIFY(document.isEdited() && document.history().canUndo());
+}
+
+void TextDocumentTest::keepsTheContentThatCouldNotBeRead()
+{
+    const DocumentFolder folder;
+    QVERIFY(folder.write(name, "not to be lost"));
+    FileCalls calls = FileCalls::system();
+    calls.pread = [](int, void *, size_t, off_t) -> ssize_t {
+        errno = EIO;
+        return -1;
+    };
+    TextDocument document({}, calls);
+    QCOMPARE(document.load(folder.path(), name, {}, {}), std::optional(ReadFailure::BrokenOff));
+    calls.pread = FileCalls::system().pread;
+    document.replace(0, 0, u"new");
+    const SaveResult result = document.save(folder.path(), name);
+    QCOMPARE(result.outcome, SaveResult::Outcome::Written);
+    QVERIFY(!result.isOvertaken);
+    QFile kept(result.keptCopy);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("not to be lost"));
+    QCOMPARE(document.save(folder.path(), name).keptCopy, QString());
+}
+
+void TextDocumentTest::keepsTextAndHistoryWhenWritingFails()
+{
+    const DocumentFolder folder;
+    TextDocument document;
+    document.replace(0, 0, u"abc");
+    Listener heard(document);
+    const SaveResult result =
+        document.save(folder.path() + u"missing/"_s, name, CharCode::Jis, ReturnCode::Cr);
+    QCOMPARE(result.outcome, SaveResult::Outcome::NotWritten);
+    QCOMPARE(result.keptCopy, QString());
+    QCOMPARE(heard.saves, 0);
+    QCOMPARE(document.name(), QString());
+    QVERIFY(document.isEdited() && document.history().canUndo());
+    QCOMPARE(document.charCode(), CharCode::Jis);
+    QCOMPARE(document.returnCode(), ReturnCode::Cr);
+}
+
+void TextDocumentTest::savingEndsTheHistory()
+{
+    const DocumentFolder folder;
+    TextDocument document({ CharCode::Utf8, ReturnCode::Lf });
+    document.replace(0, 0, u"abc\n");
+    Listener heard(document);
+    QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
+    QCOMPARE(heard.saves, 1);
+    QVERIFY(heard.changes.isEmpty() && heard.replacements.isEmpty());
+    QCOMPARE(folder.read(name), QByteArray("abc\n"));
+    QCOMPARE(document.path() + document.name(), folder.path() + name);
+    QVERIFY(!document.isEdited() && !document.history().canUndo());
+}
+
+void TextDocumentTest::knowsThatItWasOvertaken()
+{
+    const DocumentFolder folder;
+    QVERIFY(folder.write(name, "first"));
+    TextDocument one;
+    TextDocument other;
+    QVERIFY(!one.load(folder.path(), name, {}, {}));
+    QVERIFY(!other.load(folder.path(), name, {}, {}));
+    one.replace(0, 0, u"1");
+    QVERIFY(!one.save(folder.path(), name).isOvertaken);
+    other.replace(0, 0, u"2");
+    const SaveResult result = other.save(folder.path(), name);
+    QCOMPARE(result.outcome, SaveResult::Outcome::Written);
+    QVERIFY(result.isOvertaken);
+    QFile kept(result.keptCopy);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("1first"));
+}
+
+void TextDocumentTest::samplesAreEditedBack_data()
+{
+    QTest::addColumn<QString>("sample");
+    for (const QString &file : QDir(QStringLiteral(SAMPLES_DIR)).entryList({ u"*.txt"_s }, QDir::Files))
+        QTest::newRow(qPrintable(file)) << file;
+}
+
+/// Opened, one of its characters replaced wherever it stands, that undone and redone, saved; then replaced
+/// back, which gives the sample's own bytes.
+void TextDocumentTest::samplesAreEditedBack()
+{
+    QFETCH(QString, sample);
+    const DocumentFolder folder;
+    QFile file(QStringLiteral(SAMPLES_DIR "/") + sample);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QVERIFY(folder.write(name, bytes));
+    TextDocument document;
+    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    const QString text = document.store().text();
+    const auto replaceAll = [&document](const QString &from, const QString &to) {
+        const TextPattern pattern(from, Qt::CaseSensitive);
+        CursorPlace place;
+        int count = 0;
+        while (const auto hit = searchForward(document.store(), pattern, place)) {
+            document.replace(hit->begin.offset, from.size(), to);
+            place = { hit->begin.offset + to.size() };
+            ++count;
+        }
+        return count;
+    };
+    const QString character = text.sliced(text.size() / 2, 1);
+    const int count = replaceAll(character, u"<#>"_s);
+    QVERIFY(count > 0);
+    QCOMPARE(document.store().text(), QString(text).replace(character, u"<#>"_s));
+    while (document.history().canUndo())
+        document.undo();
+    QCOMPARE(document.store().text(), text);
+    QVERIFY(!document.isEdited());
+    while (document.history().canRedo())
+        document.redo();
+    QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
+    QVERIFY(folder.read(name) != bytes);
+    QCOMPARE(replaceAll(u"<#>"_s, character), count);
+    QCOMPARE(document.store().text(), text);
+    QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
+    // What the mark said of a UTF-16 file is written in UTF-8.
+    const bool isUnicode = document.charCode() == CharCode::Unicode;
+    QCOMPARE(folder.read(name), isUnicode ? QString(text).replace(u"\n"_s, u"\r\n"_s).toUtf8() : bytes);
+}
+
+REGISTER_TEST(runCoreTest<TextDocumentTest>)
+#include "textdocument_test.moc"
