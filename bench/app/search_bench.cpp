@@ -8,8 +8,9 @@
 #include "app/frmmain.h"
 #include "editor/ctlediter.h"
 #include "platform/qpeapplication.h"
-#include "text/textsearch.h"
+#include "platform/toolkitstart.h"
 #include "search/frmreplaceprogress.h"
+#include "text/textsearch.h"
 
 #include <QApplication>
 
@@ -207,7 +208,7 @@ BENCHMARK(undoAll)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 
 int main(int argc, char **argv)
 {
-    QPEApplication::prepareEventLoop();
+    prepareEventLoop();
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

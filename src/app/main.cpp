@@ -1,11 +1,12 @@
 #include "app/frmmain.h"
 #include "app/largestdialog.h"
 #include "app/qpeapplicationesc.h"
+#include "platform/toolkitstart.h"
 
 int main(int argc, char *argv[])
 {
-    QPEApplication::prepareScale(largestDialog());
-    QPEApplication::prepareEventLoop();
+    prepareScale(largestDialog());
+    prepareEventLoop();
     QPEApplicationEsc application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("marlopad"));
     QApplication::setApplicationVersion(QStringLiteral(MARLOPAD_VERSION));

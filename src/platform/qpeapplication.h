@@ -11,21 +11,10 @@ class LauncherChannel;
 class QWidget;
 class RequestQueue;
 
-/// The application object: screen scale, the folder of the program's data, and the requests of the launcher.
+/// The application object: the folder of the program's data, and the requests of the launcher.
 class QPEApplication : public QApplication {
     Q_OBJECT
 public:
-    /// Sets what the toolkit reads from the environment before it starts: one platform pixel is 1/72 inch, so
-    /// fonts are 72 dots per inch and the whole interface is scaled by the screen's density / 72, or by less
-    /// where a dialog of `largestDialog` platform pixels would not fit the screen, unless the toolkit's own
-    /// variables (QT_SCALE_FACTOR, QT_SCREEN_SCALE_FACTORS, QT_ENABLE_HIGHDPI_SCALING, QT_FONT_DPI) say
-    /// otherwise. Call before constructing.
-    static void prepareScale(const QSize &largestDialog = {});
-    /// Makes the toolkit wait for events by itself and not through GLib, which nothing here needs and which
-    /// takes twice as long to see that there are none; unless QT_NO_GLIB is set already, be it to nothing.
-    /// Call before constructing.
-    static void prepareEventLoop();
-
     /// What is left of the command line after the toolkit's own options is names of files.
     QPEApplication(int &argc, char **argv);
     ~QPEApplication() override;

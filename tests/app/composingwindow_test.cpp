@@ -1,5 +1,6 @@
 #include "app/qpeapplicationesc.h"
 #include "codec/charcode.h"
+#include "platform/toolkitstart.h"
 #include "tests/app/testwindow.h"
 #include "tests/japaneseinput.h"
 #include "tests/testprogram.h"
@@ -164,7 +165,7 @@ namespace {
 int run(int argc, char **argv)
 {
     qputenv("QT_IM_MODULE", "fcitx");
-    QPEApplication::prepareEventLoop();
+    prepareEventLoop();
     int noFiles = 1; // what it is given are functions of the test
     QPEApplicationEsc application(noFiles, argv);
     ComposingWindowTest test;

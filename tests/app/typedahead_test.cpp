@@ -1,4 +1,5 @@
 #include "app/qpeapplicationesc.h"
+#include "platform/toolkitstart.h"
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
 
@@ -193,7 +194,7 @@ namespace {
 
 int run(int argc, char **argv)
 {
-    QPEApplication::prepareEventLoop();
+    prepareEventLoop();
     int noFiles = 1; // what it is given are functions of the test
     QPEApplicationEsc application(noFiles, argv);
     TypedAheadTest test;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/qpeapplication.h"
+#include "platform/toolkitstart.h"
 #include "tests/screenclass.h"
 
 #include <QApplication>
@@ -27,7 +28,7 @@ template <typename Test> int runFormTest(int argc, char **argv)
 {
     if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR"))
         qputenv("QT_SCALE_FACTOR", "1");
-    QPEApplication::prepareScale();
+    prepareScale();
     QPEApplication application(argc, argv);
     Test test;
     QTEST_SET_MAIN_SOURCE_PATH

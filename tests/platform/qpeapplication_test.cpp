@@ -2,6 +2,7 @@
 
 #include "platform/endquestion.h"
 #include "platform/qcop.h"
+#include "platform/toolkitstart.h"
 #include "tests/testprogram.h"
 
 #include <QAbstractEventDispatcher>
@@ -457,8 +458,8 @@ int run(int argc, char **argv)
         std::copy(argv + 1 + taken, argv + argc + 1, argv + 1);
         argc -= taken;
     }
-    QPEApplication::prepareScale();
-    QPEApplication::prepareEventLoop();
+    prepareScale();
+    prepareEventLoop();
     int none = 1;
     QPEApplication app(isRole ? argc : none, argv);
     if (role == "scale")

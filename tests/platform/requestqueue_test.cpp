@@ -1,4 +1,5 @@
 #include "platform/qpeapplication.h"
+#include "platform/toolkitstart.h"
 #include "tests/testprogram.h"
 
 #include <QCloseEvent>
@@ -339,7 +340,7 @@ namespace {
 
 int run(int argc, char **argv)
 {
-    QPEApplication::prepareScale();
+    prepareScale();
     QPEApplication app(argc, argv);
     RequestQueueTest test;
     return QTest::qExec(&test, argc, argv);
