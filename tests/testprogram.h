@@ -19,7 +19,10 @@ public:
 };
 
 /// At the end of a test's source file: how it is run.
-#define REGISTER_TEST(...) static const TestProgram registeredTest(__FILE__, __VA_ARGS__);
+#define REGISTER_TEST(...) REGISTER_TEST_AS(__COUNTER__, __VA_ARGS__)
+#define REGISTER_TEST_AS(number, ...) REGISTER_TEST_NUMBERED(number, __VA_ARGS__)
+#define REGISTER_TEST_NUMBERED(number, ...)                                                                  \
+    static const TestProgram registeredTest##number(__FILE__, __VA_ARGS__);
 
 /// Without an application.
 template <class Test> int runPlainTest(int argc, char **argv)

@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr mode_t permissionBits = 07777;
 constexpr mode_t readAndWriteForAll = 0666;
 
 /// Calls something that tells the size it needs when given none, until it fits: attributes may grow between

@@ -13,7 +13,6 @@ namespace {
 constexpr qsizetype blockSize = 1 << 18;
 constexpr mode_t privateFile = 0600;
 constexpr mode_t privateFolder = 0700;
-constexpr mode_t permissionBits = 07777;
 constexpr mode_t setIdBits = S_ISUID | S_ISGID;
 
 QByteArray folderOf(const QByteArray &name)

@@ -101,7 +101,7 @@ Role roleOf(char32_t codePoint)
     return roleOfCategory(codePoint);
 }
 
-bool standsAlone(Role role)
+bool isAlone(Role role)
 {
     return role <= Role::ClosedSyllable;
 }
@@ -227,7 +227,7 @@ bool mayJoin(char32_t before, char32_t behind)
 
 bool standsAlone(char16_t unit)
 {
-    return !QChar::isSurrogate(unit) && standsAlone(roleOf(unit));
+    return !QChar::isSurrogate(unit) && isAlone(roleOf(unit));
 }
 
 bool isMerged(char32_t before, char32_t behind)

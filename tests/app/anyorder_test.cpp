@@ -368,7 +368,7 @@ void AnyOrderTest::holdsInAnyOrder()
 
 namespace {
 
-int run(int argc, char **argv)
+int runAnyOrderTest(int argc, char **argv)
 {
     QPEApplicationEsc application(argc, argv);
     AnyOrderTest test;
@@ -377,6 +377,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runAnyOrderTest)
 
 #include "anyorder_test.moc"

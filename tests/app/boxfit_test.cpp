@@ -418,7 +418,7 @@ void BoxFitTest::scrolledFormShowsWhatHasTheFocus()
 
 namespace {
 
-int run(int argc, char **argv)
+int runBoxFitTest(int argc, char **argv)
 {
     QTemporaryFile config;
     if (!config.open() || config.write(isVgaRun() ? vgaScreen : smallScreen) < 0 || !config.flush())
@@ -429,5 +429,5 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runBoxFitTest)
 #include "boxfit_test.moc"

@@ -300,7 +300,7 @@ void ComposingTest::escapeClosesAfterwards()
 
 namespace {
 
-int run(int argc, char **argv)
+int runComposingTest(int argc, char **argv)
 {
     int noFiles = 1;
     QPEApplicationEsc application(noFiles, argv);
@@ -310,6 +310,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runComposingTest)
 
 #include "composing_test.moc"

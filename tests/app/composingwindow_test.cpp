@@ -162,7 +162,7 @@ void ComposingWindowTest::keysGoNowhereWhileLoading()
 
 namespace {
 
-int run(int argc, char **argv)
+int runComposingWindowTest(int argc, char **argv)
 {
     qputenv("QT_IM_MODULE", "fcitx");
     prepareEventLoop();
@@ -174,6 +174,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runComposingWindowTest)
 
 #include "composingwindow_test.moc"

@@ -155,7 +155,7 @@ void ExplorerTest::explorerThatDiedIsNoHarm()
 
 namespace {
 
-int run(int argc, char **argv)
+int runExplorerTest(int argc, char **argv)
 {
     QApplication application(argc, argv);
     if (argc > 1 && QByteArrayView(argv[1]) == "explorer")
@@ -166,6 +166,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runExplorerTest)
 
 #include "explorer_test.moc"

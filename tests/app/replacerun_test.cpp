@@ -20,9 +20,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Counts the paints of a widget while it lives.
-class Paints : public QObject {
+class PaintCount : public QObject {
 public:
-    explicit Paints(QWidget *widget)
+    explicit PaintCount(QWidget *widget)
     {
         widget->installEventFilter(this);
         m_elapsed.start();
@@ -314,7 +314,7 @@ void ReplaceRunTest::paintsOnceAFrame()
     m_window->slotCmdViewReplace();
     QTRY_VERIFY(
         !QGuiApplication::focusObject() || m_window->findChild<frmSearchDialog *>()->isActiveWindow());
-    const Paints paints(editor().viewport());
+    const PaintCount paints(editor().viewport());
     qint64 painted = 0;
     qint64 frames = 0;
     connect(&editor(), &QMultiLineEdit::textChanged, this, [&] {
@@ -330,10 +330,10 @@ void ReplaceRunTest::paintsOnceAFrame()
 
 void ReplaceRunTest::paintsNothingWhenSpedUp()
 {
-    std::unique_ptr<Paints> paints;
+    std::unique_ptr<PaintCount> paints;
     const AtProgress hurry([&](frmReplaceProgress &progress) {
         buttonOf(progress, u"Speed up"_s)->click();
-        paints = std::make_unique<Paints>(editor().viewport());
+        paints = std::make_unique<PaintCount>(editor().viewport());
     });
     qint64 atTheEnd = -1;
     qint64 signalsSent = 0;

@@ -344,7 +344,7 @@ void RequestsTest::endCancelsDialogs()
 
 namespace {
 
-int run(int argc, char **argv)
+int runRequestsTest(int argc, char **argv)
 {
     QPEApplicationEsc application(argc, argv);
     if (application.handOver())
@@ -355,6 +355,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runRequestsTest)
 
 #include "requests_test.moc"

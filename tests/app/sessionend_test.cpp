@@ -187,7 +187,7 @@ void SessionEndTest::wantedEditsAreAskedAbout()
 
 namespace {
 
-int run(int argc, char **argv)
+int runSessionEndTest(int argc, char **argv)
 {
     QPEApplicationEsc application(argc, argv);
     SessionEndTest test;
@@ -196,6 +196,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runSessionEndTest)
 
 #include "sessionend_test.moc"

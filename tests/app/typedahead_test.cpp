@@ -15,7 +15,7 @@ namespace {
 using Way = std::function<void(TestWindow &, const TestFiles &)>;
 
 /// Returns when the window system has the keys; the program has not seen them then.
-void xdotool(const QStringList &arguments)
+void callXdotool(const QStringList &arguments)
 {
     QCOMPARE(QProcess::execute(u"xdotool"_s, arguments), 0);
 }
@@ -62,14 +62,14 @@ void TypedAheadTest::init()
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     m_window->slotEtcFirstNewDoc();
     QTRY_COMPARE(QApplication::focusWidget(), m_window->currentEditor());
-    xdotool({ u"key"_s, u"z"_s });
+    callXdotool({ u"key"_s, u"z"_s });
     QTRY_COMPARE(m_window->currentEditor()->text(), u"z"_s);
     m_window->slotCmdEditUndo();
 }
 
 void TypedAheadTest::cleanup()
 {
-    xdotool({ u"keyup"_s, u"x"_s });
+    callXdotool({ u"keyup"_s, u"x"_s });
     m_window.reset();
     m_files.reset();
 }
@@ -88,7 +88,7 @@ void TypedAheadTest::whileLoading(const std::function<void()> &action)
 void TypedAheadTest::typesAgain(const QString &expected)
 {
     settle();
-    xdotool({ u"key"_s, u"y"_s });
+    callXdotool({ u"key"_s, u"y"_s });
     QTRY_COMPARE(m_window->currentEditor()->text(), expected);
 }
 
@@ -119,7 +119,7 @@ void TypedAheadTest::keysGoNowhere()
     QFETCH(Way, load);
     bool isTyped = false;
     whileLoading([&isTyped] {
-        xdotool({ u"key"_s, u"x"_s, u"Return"_s, u"alt+f"_s, u"Escape"_s, u"ctrl+n"_s });
+        callXdotool({ u"key"_s, u"x"_s, u"Return"_s, u"alt+f"_s, u"Escape"_s, u"ctrl+n"_s });
         isTyped = true;
     });
     load(*m_window, *m_files);
@@ -131,7 +131,7 @@ void TypedAheadTest::keysGoNowhere()
     MessageBoxes boxes({ u"Yes"_s });
     isTyped = false;
     whileLoading([&isTyped] {
-        xdotool({ u"key"_s, u"x"_s });
+        callXdotool({ u"key"_s, u"x"_s });
         isTyped = true;
     });
     m_window->slotCmdFileReload();
@@ -142,7 +142,7 @@ void TypedAheadTest::keysGoNowhere()
 
 void TypedAheadTest::heldKeyGoesNowhere()
 {
-    xdotool({ u"keydown"_s, u"x"_s });
+    callXdotool({ u"keydown"_s, u"x"_s });
     QTRY_VERIFY(m_window->currentEditor()->text().size() >= 3);
     m_window->setDocument(m_files->folder() + u"a.txt"_s);
     settle();
@@ -153,7 +153,7 @@ void TypedAheadTest::heldKeyGoesNowhere()
         settle();
     }
     QCOMPARE(changed.count(), 0);
-    xdotool({ u"keyup"_s, u"x"_s, u"key"_s, u"x"_s });
+    callXdotool({ u"keyup"_s, u"x"_s, u"key"_s, u"x"_s });
     QTRY_COMPARE(m_window->currentEditor()->text(), u"xtext"_s);
 }
 
@@ -165,7 +165,7 @@ void TypedAheadTest::keysWhileItIsDrawnGoNowhere()
         bool eventFilter(QObject *, QEvent *event) override
         {
             if (event->type() == QEvent::Paint && !std::exchange(isPainted, true))
-                xdotool({ u"key"_s, u"x"_s });
+                callXdotool({ u"key"_s, u"x"_s });
             return false;
         }
         bool isPainted = false;
@@ -184,15 +184,15 @@ void TypedAheadTest::commandsActOnceItIsShown()
     m_window->setDocument(m_files->folder() + u"a.txt"_s);
     QCOMPARE(m_window->tabBar()->currentIndex(), 1);
     QTRY_VERIFY(takesKeys());
-    xdotool({ u"key"_s, u"ctrl+Tab"_s });
+    callXdotool({ u"key"_s, u"ctrl+Tab"_s });
     QTRY_COMPARE(m_window->tabBar()->currentIndex(), 0);
-    xdotool({ u"key"_s, u"ctrl+Tab"_s });
+    callXdotool({ u"key"_s, u"ctrl+Tab"_s });
     QTRY_COMPARE(m_window->tabBar()->currentIndex(), 1);
 }
 
 namespace {
 
-int run(int argc, char **argv)
+int runTypedAheadTest(int argc, char **argv)
 {
     prepareEventLoop();
     int noFiles = 1; // what it is given are functions of the test
@@ -203,6 +203,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runTypedAheadTest)
 
 #include "typedahead_test.moc"

@@ -17,7 +17,7 @@ private slots:
 };
 
 /// Over the whole screen; then maximised, beside nothing but the frame.
-static bool isCovering(const frmMain &window, bool covering)
+static bool coversScreen(const frmMain &window, bool covering)
 {
     const QSize screen = window.screen()->size();
     const bool isWhole = window.size() == screen;
@@ -35,13 +35,13 @@ void WaylandTest::fullScreenAndBack()
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     window.slotCmdFileNew();
     window.currentEditor()->insert(u"unsaved"_s);
-    QTRY_VERIFY(isCovering(window, false));
+    QTRY_VERIFY(coversScreen(window, false));
     const QSize before = window.size();
     for (int i = 0; i < 3; ++i) {
         window.slotCmdViewFull();
-        QTRY_VERIFY(isCovering(window, true));
+        QTRY_VERIFY(coversScreen(window, true));
         window.slotCmdViewFull();
-        QTRY_VERIFY(isCovering(window, false));
+        QTRY_VERIFY(coversScreen(window, false));
         QTRY_COMPARE(window.size(), before);
     }
     QCOMPARE(window.currentEditor()->text(), u"unsaved"_s);
@@ -55,9 +55,9 @@ void WaylandTest::fullScreenOfANormalWindow()
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     window.slotCmdViewFull();
-    QTRY_VERIFY(isCovering(window, true));
+    QTRY_VERIFY(coversScreen(window, true));
     window.slotCmdViewFull();
-    QTRY_VERIFY(isCovering(window, false));
+    QTRY_VERIFY(coversScreen(window, false));
 }
 
 void WaylandTest::compositorEndsFullScreen()
@@ -66,11 +66,11 @@ void WaylandTest::compositorEndsFullScreen()
     window.showMaximized();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     window.slotCmdViewFull();
-    QTRY_VERIFY(isCovering(window, true));
+    QTRY_VERIFY(coversScreen(window, true));
     window.setWindowState(Qt::WindowMaximized);
-    QTRY_VERIFY(isCovering(window, false));
+    QTRY_VERIFY(coversScreen(window, false));
     window.slotCmdViewFull();
-    QTRY_VERIFY(isCovering(window, true));
+    QTRY_VERIFY(coversScreen(window, true));
 }
 
 REGISTER_TEST(runWindowTest<WaylandTest>)

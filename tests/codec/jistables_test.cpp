@@ -1,5 +1,6 @@
 #include "codec/textcodec.h"
 #include "tests/codec/codecnamed.h"
+#include "tests/codec/nastybytes.h"
 #include "tests/testprogram.h"
 
 #include <QFile>
@@ -61,14 +62,6 @@ QString decoded(const TextCodec &codec, const QByteArray &bytes)
 {
     const QString text = codec.toUnicode(bytes);
     return text.size() == 1 && !text[0].isSurrogate() ? text : QString();
-}
-
-QByteArray bytesOf(std::initializer_list<int> values)
-{
-    QByteArray bytes;
-    for (const int value : values)
-        bytes += static_cast<char>(value);
-    return bytes;
 }
 
 /// Where a code has the character of a pointer; empty where it has no place for it.
@@ -163,12 +156,12 @@ void JisTablesTest::agreesWithTheStandard_data()
     const auto inShiftJis = [](int pointer) {
         const int lead = pointer / 188;
         const int trail = pointer % 188;
-        return bytesOf({ lead + (lead < 0x1F ? 0x81 : 0xC1), trail + (trail < 0x3F ? 0x40 : 0x41) });
+        return bytesFrom({ lead + (lead < 0x1F ? 0x81 : 0xC1), trail + (trail < 0x3F ? 0x40 : 0x41) });
     };
     const auto in94s = [](QByteArray before, int base, QByteArray behind) {
         return [=](int pointer) {
             const bool isInPlane = pointer < 94 * 94;
-            const QByteArray code = bytesOf({ pointer / 94 + base, pointer % 94 + base });
+            const QByteArray code = bytesFrom({ pointer / 94 + base, pointer % 94 + base });
             return isInPlane ? before + code + behind : QByteArray();
         };
     };

@@ -3,7 +3,16 @@
 #include <QByteArray>
 #include <QRandomGenerator>
 
+#include <initializer_list>
 #include <iterator>
+
+inline QByteArray bytesFrom(std::initializer_list<int> values)
+{
+    QByteArray bytes;
+    for (const int value : values)
+        bytes += static_cast<char>(value);
+    return bytes;
+}
 
 /// Bytes of which codecs make mistakes first: leads, trails, shifts, escape sequences and parts of them.
 inline QByteArray nastyBytes(QRandomGenerator &random, int most = 60)

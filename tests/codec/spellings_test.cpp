@@ -122,7 +122,7 @@ QString typedText(QRandomGenerator &random)
 
 const TextCuts tiny{ .sizes = nodesOf(8) };
 
-quint32 seed()
+quint32 spellingsSeed()
 {
     return seedOr(20040229);
 }
@@ -221,7 +221,7 @@ void SpellingsTest::singleEdits_data()
 {
     QTest::addColumn<QByteArray>("codec");
     for (const char *name : { "SJIS", "eucJP", "UTF8" })
-        QTest::addRow("%s seed %u", name, seed()) << QByteArray(name);
+        QTest::addRow("%s seed %u", name, spellingsSeed()) << QByteArray(name);
 }
 
 /// What stands before and behind the edit is that part of the file to the byte.
@@ -229,7 +229,7 @@ void SpellingsTest::singleEdits()
 {
     QFETCH(QByteArray, codec);
     const TextCodec &c = codecNamed(codec);
-    QRandomGenerator random(seed());
+    QRandomGenerator random(spellingsSeed());
     for (int i = 0; i < 4000; ++i) {
         const QByteArray bytes = nastyBytes(random);
         TextStore store = storeOf(c, bytes, tiny);
@@ -253,7 +253,7 @@ void SpellingsTest::singleEdits()
 void SpellingsTest::singleEditsInJis()
 {
     const TextCodec &c = codecNamed("JIS7");
-    QRandomGenerator random(seed());
+    QRandomGenerator random(spellingsSeed());
     for (int i = 0; i < 20000; ++i) {
         const QByteArray bytes = nastyBytes(random);
         TextStore store = storeOf(c, bytes, tiny);
@@ -284,14 +284,14 @@ void SpellingsTest::undoAndRedo_data()
 {
     QTest::addColumn<QByteArray>("codec");
     for (const char *name : { "SJIS", "eucJP", "JIS7" })
-        QTest::addRow("%s seed %u", name, seed()) << QByteArray(name);
+        QTest::addRow("%s seed %u", name, spellingsSeed()) << QByteArray(name);
 }
 
 void SpellingsTest::undoAndRedo()
 {
     QFETCH(QByteArray, codec);
     const TextCodec &c = codecNamed(codec);
-    QRandomGenerator random(seed());
+    QRandomGenerator random(spellingsSeed());
     for (int i = 0; i < 150; ++i) {
         const QByteArray bytes = nastyBytes(random, 200);
         TextStore store = storeOf(c, bytes, tiny);
@@ -327,7 +327,7 @@ void SpellingsTest::cutAndPaste()
 {
     QFETCH(QByteArray, codec);
     const TextCodec &c = codecNamed(codec);
-    QRandomGenerator random(seed());
+    QRandomGenerator random(spellingsSeed());
     for (int i = 0; i < 1000; ++i) {
         const QByteArray bytes = nastyBytes(random, 200);
         TextStore store = storeOf(c, bytes, tiny);

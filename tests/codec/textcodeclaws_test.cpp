@@ -18,14 +18,6 @@ char byteOf(int value)
     return static_cast<char>(value);
 }
 
-QByteArray bytesOf(std::initializer_list<int> values)
-{
-    QByteArray bytes;
-    for (const int value : values)
-        bytes += byteOf(value);
-    return bytes;
-}
-
 bool isEscape(QChar unit)
 {
     return QChar::isLowSurrogate(unit.unicode());
@@ -42,9 +34,9 @@ QSet<QByteArray> secondCodes(const TextCodec &codec)
     };
     for (int first = 0x81; first <= 0xFE; ++first) {
         for (int second = 0x40; second <= 0xFE; ++second) {
-            look(bytesOf({ first, second }));
+            look(bytesFrom({ first, second }));
             if (first >= 0xA1 && second >= 0xA1)
-                look(bytesOf({ 0x8F, first, second }));
+                look(bytesFrom({ 0x8F, first, second }));
         }
     }
     return found;
@@ -56,7 +48,7 @@ QByteArray markOf(const TextCodec &codec)
     return codec.name().startsWith("UTF-16") ? codec.fromUnicode(QString()) : QByteArray();
 }
 
-quint32 seed()
+quint32 lawsSeed()
 {
     return seedOr(20011221);
 }
@@ -65,7 +57,7 @@ void addCodecRows(std::initializer_list<const char *> names)
 {
     QTest::addColumn<QByteArray>("codec");
     for (const char *name : names)
-        QTest::addRow("%s seed %u", name, seed()) << QByteArray(name);
+        QTest::addRow("%s seed %u", name, lawsSeed()) << QByteArray(name);
 }
 
 } // namespace
@@ -125,10 +117,10 @@ void TextCodecLawsTest::shortStrings()
     const TextCodec *c = &codecNamed(codec);
     const QByteArray mark = markOf(*c);
     for (int first = 0; first < 256; ++first) {
-        const QByteArray one = mark + bytesOf({ first });
+        const QByteArray one = mark + bytesFrom({ first });
         QCOMPARE(savedUnedited(*c, one).toHex(' '), one.toHex(' '));
         for (int next = 0; next < 256; ++next) {
-            const QByteArray bytes = mark + bytesOf({ first, next });
+            const QByteArray bytes = mark + bytesFrom({ first, next });
             QVERIFY2(savedUnedited(*c, bytes) == bytes, bytes.toHex());
         }
     }
@@ -166,7 +158,7 @@ void TextCodecLawsTest::pairsInEachSetOfJis()
     for (int first = 0; first < 256; ++first) {
         for (int second = 0; second < 256; ++second) {
             for (const QByteArray &closing : { QByteArray(), QByteArray("\x1B(B"), QByteArray("\x1B(J\n") }) {
-                const QByteArray bytes = designation + bytesOf({ first, second }) + closing;
+                const QByteArray bytes = designation + bytesFrom({ first, second }) + closing;
                 QVERIFY2(savedUnedited(*codec, bytes) == bytes, bytes.toHex());
             }
         }
@@ -203,7 +195,7 @@ void TextCodecLawsTest::randomBuffers()
     QFETCH(QByteArray, codec);
     const TextCodec *c = &codecNamed(codec);
     const QByteArray mark = markOf(*c);
-    QRandomGenerator random(seed());
+    QRandomGenerator random(lawsSeed());
     for (int i = 0; i < 20000; ++i) {
         const QByteArray bytes = mark + nastyBytes(random);
         QCOMPARE(savedUnedited(*c, bytes).toHex(' '), bytes.toHex(' '));
@@ -221,7 +213,7 @@ void TextCodecLawsTest::randomBuffersCutAnyhow()
     QFETCH(QByteArray, codec);
     const TextCodec *c = &codecNamed(codec);
     const QByteArray mark = markOf(*c);
-    QRandomGenerator random(seed());
+    QRandomGenerator random(lawsSeed());
     for (int i = 0; i < 4000; ++i) {
         const QByteArray bytes = mark + nastyBytes(random, 200);
         const TextStore store = storeOf(*c, bytes, { nodesOf(8), 1 + random.bounded(70) });

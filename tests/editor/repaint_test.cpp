@@ -305,7 +305,7 @@ void RepaintTest::changeTogetherWithAScroll()
 // One point is one pixel, as in the program; the cursor does not blink by itself.
 namespace {
 
-int run(int argc, char **argv)
+int runRepaintTest(int argc, char **argv)
 {
     qputenv("QT_FONT_DPI", "72");
     QApplication application(argc, argv);
@@ -316,5 +316,5 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runRepaintTest)
 #include "repaint_test.moc"

@@ -112,7 +112,7 @@ void ScreensTest::moveBetweenScales()
 // One point is one pixel, as in the program; the cursor does not blink.
 namespace {
 
-int run(int argc, char **argv)
+int runScreensTest(int argc, char **argv)
 {
     QTemporaryFile config;
     if (!config.open() || config.write(screens) < 0 || !config.flush())
@@ -126,5 +126,5 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runScreensTest)
 #include "screens_test.moc"

@@ -225,7 +225,7 @@ void MenuTest::wideTextsAreShortened()
 
 namespace {
 
-int run(int argc, char **argv)
+int runMenuTest(int argc, char **argv)
 {
     QTemporaryFile config;
     if (!config.open() || config.write(smallAndLargeScreen) < 0 || !config.flush())
@@ -240,5 +240,5 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runMenuTest)
 #include "menu_test.moc"

@@ -184,7 +184,7 @@ static int sendOne()
 
 namespace {
 
-int run(int argc, char **argv)
+int runQCopTest(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     if (application.arguments().contains(u"send"_s))
@@ -195,6 +195,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runQCopTest)
 
 #include "qcop_test.moc"

@@ -448,7 +448,7 @@ static int runQuestion(QPEApplication &app)
 // "scale", "qpedir", "run [minimized] [FILE…]" and "ask" are the roles of other processes.
 namespace {
 
-int run(int argc, char **argv)
+int runQPEApplicationTest(int argc, char **argv)
 {
     const QByteArray role = argc > 1 ? argv[1] : "";
     const bool isRole = role == "scale" || role == "qpedir" || role == "run" || role == "ask";
@@ -476,6 +476,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runQPEApplicationTest)
 
 #include "qpeapplication_test.moc"

@@ -338,7 +338,7 @@ void RequestQueueTest::showMainWidget_maximises()
 
 namespace {
 
-int run(int argc, char **argv)
+int runRequestQueueTest(int argc, char **argv)
 {
     prepareScale();
     QPEApplication app(argc, argv);
@@ -348,6 +348,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runRequestQueueTest)
 
 #include "requestqueue_test.moc"

@@ -1,6 +1,7 @@
 #include "rows/fontmeasure.h"
 #include "rows/hexbox.h"
 #include "rows/lcfont.h"
+#include "tests/rows/screenscales.h"
 #include "tests/testprogram.h"
 
 #include <QTest>
@@ -8,8 +9,6 @@
 #include <cmath>
 
 namespace {
-
-constexpr qreal scales[] = { 1, 1.25, 1.33, 1.5, 2 };
 
 bool isWhole(qreal value)
 {

@@ -1,6 +1,7 @@
 #include "rows/hexbox.h"
 #include "rows/lcfont.h"
 #include "rows/rowlayout.h"
+#include "tests/rows/screenscales.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "text/cursorstops.h"
@@ -14,7 +15,6 @@
 
 namespace {
 
-constexpr qreal scales[] = { 1, 1.25, 1.33, 1.5, 2 };
 constexpr qreal everything = 1e6;
 
 /// A text in a store that is laid out by a font.

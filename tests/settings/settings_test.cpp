@@ -527,7 +527,7 @@ static int closeFile(const QString &name)
 
 namespace {
 
-int run(int argc, char **argv)
+int runSettingsTest(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     if (argc == 3 && QByteArrayView(argv[1]) == "close")
@@ -538,6 +538,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runSettingsTest)
 
 #include "settings_test.moc"

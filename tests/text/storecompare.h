@@ -28,6 +28,19 @@ inline TextStore storeOf(const QString &text, const LayoutRule &rule = {}, const
     return builder.finish();
 }
 
+/// The rows, "/" for a wrap and "|" for a line end.
+inline QString drawRows(const TextStore &store)
+{
+    QString drawn;
+    for (qint64 row = 0; row < store.rowCount(); ++row) {
+        const TextStore::Row place = store.row(row);
+        drawn += store.text(place.start, place.length);
+        if (row + 1 < store.rowCount())
+            drawn += place.endsLine ? u'|' : u'/';
+    }
+    return drawn;
+}
+
 inline void compareRow(const TextStore::Row &actual, const TextStore::Row &expected)
 {
     QCOMPARE(actual.start, expected.start);

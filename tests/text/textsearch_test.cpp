@@ -34,7 +34,7 @@ QStringList latinLetters()
         QStringLiteral("\u00c9"), QStringLiteral("d"), QStringLiteral("e"), QStringLiteral("f") };
 }
 
-TextStore storeOf(const QString &text, const LayoutRule &rule = {})
+TextStore storeInSmallLeaves(const QString &text, const LayoutRule &rule = {})
 {
     TextStore store(rule, nodesOf(100));
     store.replace(0, 0, text);
@@ -111,8 +111,8 @@ void TextSearchTest::foldsAsTheToolkit()
     QFETCH(QString, find);
     QFETCH(qint64, at);
 
-    QCOMPARE(TextPattern(find, Qt::CaseInsensitive).indexIn(storeOf(text), 0), at);
-    QCOMPARE(TextPattern(find, Qt::CaseInsensitive).lastIndexIn(storeOf(text), text.size()), at);
+    QCOMPARE(TextPattern(find, Qt::CaseInsensitive).indexIn(storeInSmallLeaves(text), 0), at);
+    QCOMPARE(TextPattern(find, Qt::CaseInsensitive).lastIndexIn(storeInSmallLeaves(text), text.size()), at);
     QCOMPARE(text.indexOf(find, 0, Qt::CaseInsensitive), at);
 }
 
@@ -146,7 +146,7 @@ void TextSearchTest::findsWhatStringsFind()
     RandomText random(seed, letters);
     for (int round = 0; round < 150; ++round) {
         const QString text = random.text(random.below(600));
-        const TextStore store = storeOf(text);
+        const TextStore store = storeInSmallLeaves(text);
         QString find = random.text(1 + random.below(5));
         if (random.chance(3) && text.size() > 200)
             find = text.mid(random.below(100), 1 + random.below(100));
@@ -193,7 +193,7 @@ void TextSearchTest::findsLongPatterns()
     QFETCH(QString, text);
     QFETCH(QString, find);
 
-    const TextStore store = storeOf(text);
+    const TextStore store = storeInSmallLeaves(text);
     for (const auto cs : { Qt::CaseSensitive, Qt::CaseInsensitive }) {
         const TextPattern pattern(cs == Qt::CaseSensitive ? find : find.toUpper(), cs);
         QCOMPARE(pattern.indexIn(store, 0), text.indexOf(find));
@@ -203,7 +203,7 @@ void TextSearchTest::findsLongPatterns()
 
 void TextSearchTest::emptyAndSeveralLines()
 {
-    const TextStore store = storeOf(QStringLiteral("a\nb"));
+    const TextStore store = storeInSmallLeaves(QStringLiteral("a\nb"));
     QCOMPARE(TextPattern().indexIn(store, 0), -1);
     for (const QString &find : { QString(), QStringLiteral("a\nb"), QStringLiteral("\n") }) {
         const TextPattern pattern(find, Qt::CaseSensitive);
@@ -238,7 +238,7 @@ void TextSearchTest::followsTheRowRules()
             QStringLiteral("\u3042"), QStringLiteral("\U0001f600"), QStringLiteral("\n") });
     for (int round = 0; round < 100; ++round) {
         const QString text = random.text(random.below(40));
-        const TextStore store = storeOf(text, rule);
+        const TextStore store = storeInSmallLeaves(text, rule);
         ModelStore model(rule);
         model.setText(text);
         const NaiveSearch naive(model);
@@ -298,8 +298,8 @@ void TextSearchTest::marksRows()
     QFETCH(qint64, column);
     QFETCH(QString, expected);
 
-    const TextStore store =
-        storeOf(QStringLiteral("0123456789abc"), { nullptr, 8 * subpixelsPerPixel, 4 * subpixelsPerPixel });
+    const TextStore store = storeInSmallLeaves(
+        QStringLiteral("0123456789abc"), { nullptr, 8 * subpixelsPerPixel, 4 * subpixelsPerPixel });
     QCOMPARE(store.rowCount(), 4);
     const TextPattern pattern(find, Qt::CaseSensitive);
     const bool isBehind = column > store.row(row).length;

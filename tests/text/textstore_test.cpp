@@ -3,23 +3,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// The rows, "/" for a wrap and "|" for a line end.
-QString drawRows(const TextStore &store)
-{
-    QString drawn;
-    for (qint64 row = 0; row < store.rowCount(); ++row) {
-        const TextStore::Row place = store.row(row);
-        drawn += store.text(place.start, place.length);
-        if (row + 1 < store.rowCount())
-            drawn += place.endsLine ? u'|' : u'/';
-    }
-    return drawn;
-}
-
-} // namespace
-
 class TextStoreTest : public QObject {
     Q_OBJECT
 

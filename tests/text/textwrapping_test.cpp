@@ -4,6 +4,7 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "tests/text/modelstore.h"
+#include "tests/text/storecompare.h"
 #include "tests/text/textalphabet.h"
 #include "tests/text/tinynodes.h"
 
@@ -15,26 +16,6 @@ LayoutRule ruleOf(Subpixels limitPixels)
 {
     static const AdvanceTable widths(hurtingWidth);
     return { &widths, 3 * subpixelsPerPixel, limitPixels * subpixelsPerPixel };
-}
-
-TextStore storeOf(const QString &text, const LayoutRule &rule, const NodeSizes &sizes = {})
-{
-    TextStore::Builder builder(rule, sizes);
-    builder.append(QStringView(text));
-    return builder.finish();
-}
-
-/// The rows, "/" for a wrap and "|" for a line end.
-QString drawRows(const TextStore &store)
-{
-    QString drawn;
-    for (qint64 row = 0; row < store.rowCount(); ++row) {
-        const TextStore::Row place = store.row(row);
-        drawn += store.text(place.start, place.length);
-        if (row + 1 < store.rowCount())
-            drawn += place.endsLine ? u'|' : u'/';
-    }
-    return drawn;
 }
 
 void compare(const TextStore &store, const ModelStore &model)

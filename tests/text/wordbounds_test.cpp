@@ -1,4 +1,5 @@
 #include "tests/testprogram.h"
+#include "tests/text/storecompare.h"
 #include "text/wordbounds.h"
 
 #include <QTest>
@@ -16,13 +17,6 @@ private slots:
     void wordAround();
     void aWordWithoutEndIsCut();
 };
-
-static TextStore storeOf(const QString &text)
-{
-    TextStore store;
-    store.replace(0, 0, text);
-    return store;
-}
 
 void WordBoundsTest::words_data()
 {

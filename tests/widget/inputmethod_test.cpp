@@ -179,7 +179,7 @@ void InputMethodTest::replacesMarkedText()
 
 namespace {
 
-int run(int argc, char *argv[])
+int runInputMethodTest(int argc, char *argv[])
 {
     qputenv("QT_IM_MODULE", "fcitx");
     QApplication application(argc, argv);
@@ -189,6 +189,6 @@ int run(int argc, char *argv[])
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runInputMethodTest)
 
 #include "inputmethod_test.moc"

@@ -110,7 +110,7 @@ void TextDragTest::editorMayBeClosedMeanwhile()
 
 namespace {
 
-int run(int argc, char **argv)
+int runTextDragTest(int argc, char **argv)
 {
     QPEApplication app(argc, argv);
     TextDragTest test;
@@ -119,6 +119,6 @@ int run(int argc, char **argv)
 
 } // namespace
 
-REGISTER_TEST(run)
+REGISTER_TEST(runTextDragTest)
 
 #include "textdrag_test.moc"
