@@ -2,9 +2,6 @@
 
 namespace {
 
-constexpr char cr = 13;
-constexpr char lf = 10;
-
 void replaceByte(uchar *in, const uchar *end, uchar byte, uchar replacement)
 {
     for (; in != end; ++in)
@@ -36,9 +33,9 @@ void normalizeLineEnds(QByteArray &bytes, ReturnCode returnCode)
     auto *const begin = reinterpret_cast<uchar *>(bytes.data());
     const uchar *const end = begin + bytes.size();
     replaceByte(begin + firstOf(0, bytes), end, 0, 0xFF);
-    uchar *const firstCr = begin + firstOf(cr, bytes);
+    uchar *const firstCr = begin + firstOf('\r', bytes);
     if (returnCode == ReturnCode::Cr)
-        replaceByte(firstCr, end, cr, lf);
+        replaceByte(firstCr, end, '\r', '\n');
     else if (returnCode == ReturnCode::CrLf)
-        bytes.truncate(removeByte(firstCr, end, cr) - begin);
+        bytes.truncate(removeByte(firstCr, end, '\r') - begin);
 }

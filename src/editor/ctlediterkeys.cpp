@@ -7,12 +7,9 @@
 
 namespace {
 
-constexpr QChar tab = u'\t';
-constexpr QChar fullWidthSpace = u'\u3000';
-
 bool isIndentation(QChar character, int autoIndent)
 {
-    return character == u' ' || character == tab || (character == fullWidthSpace && autoIndent != 1);
+    return character == u' ' || character == u'\t' || (character == u'\u3000' && autoIndent != 1);
 }
 
 bool isReturn(const QKeyEvent &event)

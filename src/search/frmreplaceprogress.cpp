@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int formSpace = 5;
+constexpr int progressSpace = 5;
 constexpr QPoint place{ 30, 60 };
 
 } // namespace
@@ -31,7 +31,7 @@ frmReplaceProgress::frmReplaceProgress(QWidget *parent)
     connect(stop, &QPushButton::clicked, this, &QWidget::hide);
 
     auto *grid = new QGridLayout(this);
-    setSpaces(grid, formSpace, formSpace);
+    setSpaces(grid, progressSpace, progressSpace);
     grid->addWidget(m_count, 0, 0, 1, 2, Qt::AlignHCenter);
     grid->addWidget(m_speedUp, 1, 0);
     grid->addWidget(stop, 1, 1);

@@ -5,6 +5,7 @@
 #include "files/filename.h"
 #include "settings/settings.h"
 #include "tests/document/documentfolder.h"
+#include "tests/editor/hexfile.h"
 #include "tests/messageboxes.h"
 #include "tests/testprogram.h"
 
@@ -18,8 +19,6 @@
 
 namespace {
 
-const QString name = QStringLiteral("file.txt");
-
 /// Notes the length of every new text.
 class NotingEditor : public ctlEditer {
 public:
@@ -32,11 +31,6 @@ public:
     using ctlEditer::setText;
     QList<qint64> lengths;
 };
-
-QByteArray bytes(const char *hex)
-{
-    return QByteArray::fromHex(hex);
-}
 
 } // namespace
 

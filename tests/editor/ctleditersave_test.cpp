@@ -8,6 +8,7 @@
 #include "files/filename.h"
 #include "settings/settings.h"
 #include "tests/document/documentfolder.h"
+#include "tests/editor/hexfile.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -22,14 +23,8 @@
 
 namespace {
 
-const QString name = QStringLiteral("file.txt");
 const QString cannotWrite = QStringLiteral("File Write Error|Cannot write the file.\n"
                                            "You do not have the permission or the file may be in use.");
-
-QByteArray bytes(const char *hex)
-{
-    return QByteArray::fromHex(hex);
-}
 
 } // namespace
 

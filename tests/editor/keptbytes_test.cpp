@@ -4,6 +4,7 @@
 #include "codec/returncode.h"
 #include "settings/settings.h"
 #include "tests/document/documentfolder.h"
+#include "tests/editor/hexfile.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -15,7 +16,6 @@
 
 namespace {
 
-const QString name = QStringLiteral("file.txt");
 const QString otherName = QStringLiteral("other.txt");
 const QString thirdName = QStringLiteral("third.txt");
 
