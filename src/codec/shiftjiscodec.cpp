@@ -1,17 +1,14 @@
 #include "codec/blockcodec.h"
 #include "codec/codecs.h"
 #include "codec/jistables.h"
+#include "codec/statelessdecoder.h"
 #include "codec/statelessencoder.h"
 #include "files/byteescape.h"
 
 namespace {
 
-class ShiftJisDecoder {
+class ShiftJisDecoder : public StatelessDecoder {
 public:
-    static bool isAscii() { return true; }
-    static bool isSpecial(uchar byte) { return byte >= 0x80; }
-    static quint64 special(quint64 word) { return asciirun::highBytes(word); }
-
     bool next(const uchar *&in, const uchar *end, char16_t *&out) const
     {
         for (int i = 0; i < charactersPerStep && in != end && isSpecial(*in); ++i) {
@@ -31,8 +28,6 @@ public:
         }
         return false;
     }
-
-    static bool endsOpen() { return false; }
 
 private:
     static constexpr int charactersPerStep = 32;

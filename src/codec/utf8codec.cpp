@@ -1,16 +1,13 @@
 #include "codec/blockcodec.h"
 #include "codec/codecs.h"
+#include "codec/statelessdecoder.h"
 #include "codec/statelessencoder.h"
 #include "files/byteescape.h"
 
 namespace {
 
-class Utf8Decoder {
+class Utf8Decoder : public StatelessDecoder {
 public:
-    static bool isAscii() { return true; }
-    static bool isSpecial(uchar byte) { return byte >= 0x80; }
-    static quint64 special(quint64 word) { return asciirun::highBytes(word); }
-
     bool next(const uchar *&in, const uchar *end, char16_t *&out) const
     {
         // Most often several three-byte characters in a row: kana and kanji.
@@ -25,8 +22,6 @@ public:
             other(in, end, out);
         return false;
     }
-
-    static bool endsOpen() { return false; }
 
 private:
     static constexpr int charactersPerStep = 32;

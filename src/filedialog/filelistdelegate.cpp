@@ -2,6 +2,7 @@
 
 #include "filedialog/ctlfilelistview.h"
 #include "files/filename.h"
+#include "rows/narrowfont.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -25,17 +26,14 @@ QRect pictureRect(const QStyleOptionViewItem &option)
 }
 
 /// Sizes and dates that do not fit are set narrower: without its end a number would be another one.
-void narrowToFit(QStyleOptionViewItem &option)
+void fitText(QStyleOptionViewItem &option)
 {
     constexpr int narrowest = 50; // per cent
-    constexpr int step = 5;
     const QStyle *style = option.widget ? option.widget->style() : QApplication::style();
     const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1;
     const int room = option.rect.width() - 2 * margin;
-    // Widths do not shrink in proportion: the system may choose a narrower face.
-    const auto fits = [&] { return QFontMetricsF(option.font).horizontalAdvance(option.text) <= room; };
-    for (int stretch = QFont::Unstretched - step; !fits() && stretch >= narrowest; stretch -= step)
-        option.font.setStretch(stretch);
+    option.font = narrowToFit(option.font, narrowest,
+        [&](const QFont &font) { return QFontMetricsF(font).horizontalAdvance(option.text) <= room; });
 }
 
 /// Columns count from the picture's left edge and reach its width, rows count from the row's edge.
@@ -87,5 +85,5 @@ void FileListDelegate::initStyleOption(QStyleOptionViewItem *option, const QMode
     if (const ctlFileListViewItem *item = namedItem(*option, index))
         option->decorationSize = filePicture(item->icon()).size;
     else
-        narrowToFit(*option);
+        fitText(*option);
 }

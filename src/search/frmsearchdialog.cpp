@@ -7,6 +7,7 @@
 #include "platform/resource.h"
 #include "platform/screenclass.h"
 #include "platform/scrolledform.h"
+#include "rows/narrowfont.h"
 #include "settings/config.h"
 
 #include <QCheckBox>
@@ -184,15 +185,12 @@ void frmSearchDialog::fillFields()
 void frmSearchDialog::fitButtonTexts()
 {
     constexpr int frame = 3;
-    constexpr int narrowest = 75; // percent
+    constexpr int narrowest = 75; // per cent
     for (QPushButton *button : { m_next, m_before, m_all, m_close }) {
-        QFont narrow = font();
-        for (int stretch = 100; stretch >= narrowest; stretch -= 5) {
-            narrow.setStretch(stretch);
+        button->setFont(narrowToFit(font(), narrowest, [button](const QFont &narrow) {
             button->setFont(narrow);
-            if (button->fontMetrics().horizontalAdvance(button->text()) + 2 * frame <= button->width())
-                break;
-        }
+            return button->fontMetrics().horizontalAdvance(button->text()) + 2 * frame <= button->width();
+        }));
     }
 }
 

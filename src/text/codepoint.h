@@ -11,6 +11,13 @@ inline char32_t codePointAt(QStringView text, qsizetype at)
     return unit.unicode();
 }
 
+inline bool isCombiningMark(char32_t codePoint)
+{
+    const QChar::Category category = QChar::category(codePoint);
+    return category == QChar::Mark_NonSpacing || category == QChar::Mark_SpacingCombining
+        || category == QChar::Mark_Enclosing;
+}
+
 inline int unitsOf(char32_t codePoint)
 {
     return QChar::requiresSurrogates(codePoint) ? 2 : 1;

@@ -261,12 +261,6 @@ qint64 unitAcross(
     });
 }
 
-Subpixels xBehind(const TextTree &leaf, const TextLayout &layout, qint64 from, qint64 to, Subpixels x)
-{
-    unitAcross(leaf, layout, from, to, x, std::numeric_limits<Subpixels>::max());
-    return x;
-}
-
 qint64 lineEndsBefore(const TextLeaf &leaf, qint64 to)
 {
     return leaf.visit([to](const auto *text) -> qint64 { return std::count(text, text + to, '\n'); });

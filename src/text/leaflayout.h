@@ -213,10 +213,8 @@ decltype(auto) scanRows(
 /// Everything the tree wants to know of a leaf.
 TextSummary summaryOf(const TextLeaf &leaf, const TextLayout &layout);
 
-/// x behind units `from`..`to` of a leaf, none of them an LF, when it is `x` before them.
-Subpixels xBehind(const TextTree &leaf, const TextLayout &layout, qint64 from, qint64 to, Subpixels x);
-
-/// The first unit of `from`..`to` behind which x is more than `target`, or `to`; `x` becomes that before it.
+/// The first of a leaf's units `from`..`to`, none of them an LF, behind which x is more than `target`, or
+/// `to`; `x` becomes that before it.
 qint64 unitAcross(
     const TextTree &leaf, const TextLayout &layout, qint64 from, qint64 to, Subpixels &x, Subpixels target);
 

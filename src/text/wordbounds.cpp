@@ -1,6 +1,6 @@
 #include "text/wordbounds.h"
 
-#include <QChar>
+#include "text/codepoint.h"
 
 namespace {
 
@@ -9,34 +9,11 @@ enum class WordClass { LineEnd, Blank, Alphabetic, Hiragana, Katakana, Ideograph
 constexpr qint64 farthestLook = qint64(16) << 10;
 constexpr int longestCluster = 32;
 
-char32_t codePointAt(const TextStore &store, qint64 offset)
-{
-    const char16_t unit = store.at(offset);
-    if (QChar::isHighSurrogate(unit) && offset + 1 < store.length()) {
-        const char16_t low = store.at(offset + 1);
-        if (QChar::isLowSurrogate(low))
-            return QChar::surrogateToUcs4(unit, low);
-    }
-    return unit;
-}
-
-bool isMark(char32_t c)
-{
-    switch (QChar::category(c)) {
-    case QChar::Mark_NonSpacing:
-    case QChar::Mark_SpacingCombining:
-    case QChar::Mark_Enclosing:
-        return true;
-    default:
-        return false;
-    }
-}
-
 /// Characters that go with whatever stands before them.
 bool belongsToPrevious(char32_t c)
 {
     constexpr char32_t prolongedSound = 0x30fc, halfWidthProlongedSound = 0xff70, zeroWidthJoiner = 0x200d;
-    return c == prolongedSound || c == halfWidthProlongedSound || c == zeroWidthJoiner || isMark(c);
+    return c == prolongedSound || c == halfWidthProlongedSound || c == zeroWidthJoiner || isCombiningMark(c);
 }
 
 WordClass classOf(char32_t c)
@@ -57,8 +34,8 @@ WordClass classOf(char32_t c)
     }
     if (c == 0x30fc || c == 0xff70)
         return WordClass::Katakana;
-    return QChar::isLetterOrNumber(c) || isMark(c) || c == U'_' ? WordClass::Alphabetic
-                                                                : WordClass::Punctuation;
+    return QChar::isLetterOrNumber(c) || isCombiningMark(c) || c == U'_' ? WordClass::Alphabetic
+                                                                         : WordClass::Punctuation;
 }
 
 WordClass classAt(const TextStore &store, qint64 offset)
@@ -68,7 +45,7 @@ WordClass classAt(const TextStore &store, qint64 offset)
         if (offset > 0 && QChar::isLowSurrogate(store.at(offset))
             && QChar::isHighSurrogate(store.at(offset - 1)))
             --offset;
-        c = codePointAt(store, offset);
+        c = codePointFrom(offset, store.length(), [&store](qint64 place) { return store.at(place); });
         if (!belongsToPrevious(c) || offset == 0 || store.at(offset - 1) == u'\n')
             break;
     }
