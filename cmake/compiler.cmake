@@ -20,6 +20,12 @@ if(MARLOPAD_SANITIZE)
     target_link_options(marlopad_flags INTERFACE ${sanitize})
 endif()
 
+if(CMAKE_UNITY_BUILD)
+    # Sources that are compiled as one are no headers to each other, and their names do not hide each other.
+    target_compile_options(marlopad_flags INTERFACE
+        -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endif()
+
 # Test programs are not optimised, which takes half the time to compile; what they test is.
 add_library(marlopad_library_flags INTERFACE)
 if(MARLOPAD_SANITIZE)
