@@ -187,34 +187,6 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
         <translation>Auto</translation>
     </message>
     <message>
-        <source>Shift-JIS</source>
-        <translation>Shift-JIS</translation>
-    </message>
-    <message>
-        <source>EUC</source>
-        <translation>EUC</translation>
-    </message>
-    <message>
-        <source>JIS</source>
-        <translation>JIS</translation>
-    </message>
-    <message>
-        <source>UTF-8</source>
-        <translation>UTF-8</translation>
-    </message>
-    <message>
-        <source>CR+LF</source>
-        <translation>CR+LF</translation>
-    </message>
-    <message>
-        <source>LF</source>
-        <translation>LF</translation>
-    </message>
-    <message>
-        <source>CR</source>
-        <translation>CR</translation>
-    </message>
-    <message>
         <source>Open</source>
         <translation>Ouvrir</translation>
     </message>
@@ -854,34 +826,6 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
     <message>
         <source>&amp;Clear Recent Files</source>
         <translation>&amp;Effacer la liste des récents</translation>
-    </message>
-    <message>
-        <source>UTF-8</source>
-        <translation>UTF-8</translation>
-    </message>
-    <message>
-        <source>Shift-JIS</source>
-        <translation>Shift-JIS</translation>
-    </message>
-    <message>
-        <source>EUC</source>
-        <translation>EUC</translation>
-    </message>
-    <message>
-        <source>JIS</source>
-        <translation>JIS</translation>
-    </message>
-    <message>
-        <source>CR</source>
-        <translation>CR</translation>
-    </message>
-    <message>
-        <source>CR+LF</source>
-        <translation>CR+LF</translation>
-    </message>
-    <message>
-        <source>LF</source>
-        <translation>LF</translation>
     </message>
     <message>
         <source>Line end</source>

@@ -187,34 +187,6 @@ You do not have the permission or the file may be in use.</source>
         <translation>自動</translation>
     </message>
     <message>
-        <source>Shift-JIS</source>
-        <translation>Shift-JIS</translation>
-    </message>
-    <message>
-        <source>EUC</source>
-        <translation>EUC</translation>
-    </message>
-    <message>
-        <source>JIS</source>
-        <translation>JIS</translation>
-    </message>
-    <message>
-        <source>UTF-8</source>
-        <translation>UTF-8</translation>
-    </message>
-    <message>
-        <source>CR+LF</source>
-        <translation>CR+LF</translation>
-    </message>
-    <message>
-        <source>LF</source>
-        <translation>LF</translation>
-    </message>
-    <message>
-        <source>CR</source>
-        <translation>CR</translation>
-    </message>
-    <message>
         <source>Open</source>
         <translation>開く</translation>
     </message>
@@ -854,34 +826,6 @@ Row count  : %2</source>
     <message>
         <source>&amp;Clear Recent Files</source>
         <translation>最近使ったファイルの一覧を消去(&amp;C)</translation>
-    </message>
-    <message>
-        <source>UTF-8</source>
-        <translation>UTF-8</translation>
-    </message>
-    <message>
-        <source>Shift-JIS</source>
-        <translation>Shift-JIS</translation>
-    </message>
-    <message>
-        <source>EUC</source>
-        <translation>EUC</translation>
-    </message>
-    <message>
-        <source>JIS</source>
-        <translation>JIS</translation>
-    </message>
-    <message>
-        <source>CR</source>
-        <translation>CR</translation>
-    </message>
-    <message>
-        <source>CR+LF</source>
-        <translation>CR+LF</translation>
-    </message>
-    <message>
-        <source>LF</source>
-        <translation>LF</translation>
     </message>
     <message>
         <source>Line end</source>

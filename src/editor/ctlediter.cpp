@@ -33,8 +33,8 @@ ctlEditer::ctlEditer(QWidget *parent)
     applyWrapMode();
     applyColors();
     retranslateName();
-    m_charCode = CharCode(appSettings().DefCodec);
-    m_returnCode = ReturnCode(appSettings().DefCRLF);
+    m_charCode = appSettings().defaultCharCode();
+    m_returnCode = appSettings().defaultReturnCode();
     setReadWithOwnCode();
     connect(this, &QMultiLineEdit::undoAvailable, this, &ctlEditer::slotEdUndoAvailable);
     connect(this, &QMultiLineEdit::redoAvailable, this, &ctlEditer::slotEdRedoAvailable);

@@ -42,9 +42,9 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
     m_version.setRead();
     setUndoEnabled(false);
     clear();
-    m_returnCode = detectReturnCode(bytes, ReturnCode(appSettings().DefCRLF));
+    m_returnCode = detectReturnCode(bytes, appSettings().defaultReturnCode());
     m_charCode =
-        requestedCharCode(requested).value_or(detectCharCode(bytes, CharCode(appSettings().DefCodec)));
+        requestedCharCode(requested).value_or(detectCharCode(bytes, appSettings().defaultCharCode()));
     if (m_charCode == CharCode::Binary)
         m_returnCode = ReturnCode::None;
     normalizeLineEnds(bytes, m_returnCode);

@@ -1,9 +1,9 @@
 #include "filedialog/favourites.h"
 
 #include "filedialog/fileentry.h"
-#include "settings/config.h"
 #include "platform/menu.h"
 #include "platform/resource.h"
+#include "settings/config.h"
 
 #include <QAction>
 

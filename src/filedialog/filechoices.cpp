@@ -21,21 +21,6 @@ constinit const std::array<FileType, fileTypeCount> fileTypes{ {
     { QT_TRANSLATE_NOOP("frmFileDialog", "all files (*.*)"), nullptr, "*", "*" },
 } };
 
-constinit const std::array<CharCodeChoice, 5> charCodeChoices{ {
-    { QT_TRANSLATE_NOOP("frmFileDialog", "Auto"), CharCode::Binary },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "Shift-JIS"), CharCode::ShiftJis },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "EUC"), CharCode::Euc },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "JIS"), CharCode::Jis },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "UTF-8"), CharCode::Utf8 },
-} };
-
-constinit const std::array<ReturnCodeChoice, 4> returnCodeChoices{ {
-    { QT_TRANSLATE_NOOP("frmFileDialog", "Auto"), ReturnCode::None },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "CR+LF"), ReturnCode::CrLf },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "LF"), ReturnCode::Lf },
-    { QT_TRANSLATE_NOOP("frmFileDialog", "CR"), ReturnCode::Cr },
-} };
-
 int fileTypeRow(const QString &fileName)
 {
     const qsizetype dot = fileName.lastIndexOf(u'.');

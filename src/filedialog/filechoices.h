@@ -22,17 +22,10 @@ extern const std::array<FileType, fileTypeCount> fileTypes;
 /// The row for a file name, by its last extension in any case; allFilesRow where no row has it.
 int fileTypeRow(const QString &fileName);
 
-struct CharCodeChoice {
-    const char *text;
-    CharCode code; ///< CharCode::Binary: detect
-};
-extern const std::array<CharCodeChoice, 5> charCodeChoices;
-
-struct ReturnCodeChoice {
-    const char *text;
-    ReturnCode code; ///< ReturnCode::None: keep
-};
-extern const std::array<ReturnCodeChoice, 4> returnCodeChoices;
+/// The codes and line ends, below a first row that chooses none.
+inline constexpr std::array charCodeChoices{ CharCode::ShiftJis, CharCode::Euc, CharCode::Jis,
+    CharCode::Utf8 };
+inline constexpr std::array returnCodeChoices{ ReturnCode::CrLf, ReturnCode::Lf, ReturnCode::Cr };
 
 /// Whether no file may have this name because of a character that some file system has another use for.
 bool hasForbiddenCharacter(const QString &fileName);

@@ -44,6 +44,14 @@ protected:
     }
 };
 
+/// Nothing for the first row.
+template <typename Code, std::size_t count>
+std::optional<Code> chosen(const std::array<Code, count> &choices, const QComboBox &combo)
+{
+    const int row = combo.currentIndex();
+    return row > 0 ? std::optional(choices.at(size_t(row - 1))) : std::nullopt;
+}
+
 void nameControl(QWidget *control, const QString &name)
 {
     control->setAccessibleName(name);
@@ -144,10 +152,12 @@ QComboBox *frmFileDialog::createChoice(int height)
 
 QWidget *frmFileDialog::createCodeRow()
 {
-    for (const CharCodeChoice &choice : charCodeChoices)
-        m_charCode->addItem(tr(choice.text));
-    for (const ReturnCodeChoice &choice : returnCodeChoices)
-        m_returnCode->addItem(tr(choice.text));
+    for (QComboBox *codes : { m_charCode, m_returnCode })
+        codes->addItem(tr("Auto"));
+    for (const CharCode code : charCodeChoices)
+        m_charCode->addItem(infoOf(code).label);
+    for (const ReturnCode code : returnCodeChoices)
+        m_returnCode->addItem(infoOf(code).name);
     nameControl(m_returnCode, tr("Line end"));
 
     auto *row = new QWidget;
@@ -184,13 +194,14 @@ void frmFileDialog::layOut()
     grid->addWidget(createButtonRow(), 5, 0, 1, 2);
 }
 
-void frmFileDialog::showCodes(int code, int lineEnd)
+void frmFileDialog::showCodes(std::optional<CharCode> code, std::optional<ReturnCode> lineEnd)
 {
-    const auto show = [](QComboBox *combo, const auto &choices, int wanted) {
-        const auto found =
-            std::ranges::find_if(choices, [wanted](const auto &c) { return int(c.code) == wanted; });
-        if (found != choices.end())
-            combo->setCurrentIndex(int(found - choices.begin()));
+    const auto show = [](QComboBox *combo, const auto &choices, auto wanted) {
+        const auto found = wanted ? std::ranges::find(choices, *wanted) : choices.end();
+        if (!wanted)
+            combo->setCurrentIndex(0);
+        else if (found != choices.end())
+            combo->setCurrentIndex(int(found - choices.begin()) + 1);
     };
     show(m_charCode, charCodeChoices, code);
     show(m_returnCode, returnCodeChoices, lineEnd);
@@ -259,8 +270,8 @@ void frmFileDialog::accept()
     if (!m_list->currentPath.isEmpty())
         dirPath = m_list->currentPath;
     fileName = m_name->text();
-    charCode = charCodeChoices.at(size_t(m_charCode->currentIndex())).code;
-    returnCode = returnCodeChoices.at(size_t(m_returnCode->currentIndex())).code;
+    charCode = chosen(charCodeChoices, *m_charCode);
+    returnCode = chosen(returnCodeChoices, *m_returnCode);
     if (isNameUsable() && isFileUsable())
         QDialog::accept();
 }

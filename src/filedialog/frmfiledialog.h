@@ -7,6 +7,8 @@
 #include <QDialog>
 #include <QString>
 
+#include <optional>
+
 class QComboBox;
 class QGridLayout;
 class QLabel;
@@ -29,15 +31,15 @@ public:
     /// `folder` ends in "/"; one that does not exist is shown empty. `name` may be empty.
     frmFileDialog(QWidget *parent, Mode mode, const QString &folder, const QString &name);
 
-    /// Chooses the rows of a code and a line end, of which the list may have none: then nothing changes.
-    void showCodes(int code, int lineEnd);
+    /// Chooses the rows of a code and a line end; one that the list does not have changes nothing.
+    void showCodes(std::optional<CharCode> code, std::optional<ReturnCode> lineEnd);
 
     /// The result, to be read when exec() gave QDialog::Accepted: the file is dirPath + fileName. A refused
     /// input writes them as well.
     QString dirPath; ///< ends in "/"
     QString fileName;
-    CharCode charCode = CharCode::Binary; ///< CharCode::Binary: detect, or keep
-    ReturnCode returnCode = ReturnCode::None; ///< ReturnCode::None: keep
+    std::optional<CharCode> charCode; ///< nothing: detect, or keep
+    std::optional<ReturnCode> returnCode; ///< nothing: keep
 
     FavoriteTexts favoritePaths;
     FavoriteTexts favoriteNames;

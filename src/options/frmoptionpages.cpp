@@ -1,5 +1,7 @@
 #include "options/frmoption.h"
 
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 #include "options/choicecombo.h"
 #include "platform/formparts.h"
 #include "platform/screenclass.h"
@@ -13,13 +15,16 @@
 #include <QLocale>
 #include <QPushButton>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int firstColor = 1; // what is stored for "Black"
-constexpr int firstCharCode = 2; // UTF-8 as a CharCode
-constexpr int firstReturnCode = 1; // CR as a ReturnCode
+// Their values follow one another.
+constexpr std::array charCodeChoices{ CharCode::Utf8, CharCode::ShiftJis, CharCode::Euc, CharCode::Jis };
+constexpr std::array returnCodeChoices{ ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf };
 constexpr int digitsOfNumber = 6; // that a field for a number has room for
 
 constexpr const char *colorNames[] = {
@@ -247,14 +252,20 @@ QWidget *frmOption::createDetailPage()
 
 ChoiceCombo *frmOption::createCharCode()
 {
-    return m_controls.createChoice(u"DefCodec"_s, &AppSettings::DefCodec, firstCharCode,
-        { tr("UTF-8"), tr("Shift-JIS"), tr("EUC"), tr("JIS") });
+    QStringList labels;
+    for (const CharCode code : charCodeChoices)
+        labels << infoOf(code).label;
+    return m_controls.createChoice(
+        u"DefCodec"_s, &AppSettings::DefCodec, int(charCodeChoices.front()), labels);
 }
 
 ChoiceCombo *frmOption::createReturnCode()
 {
-    ChoiceCombo *returnCode = m_controls.createChoice(
-        u"DefCRLF"_s, &AppSettings::DefCRLF, firstReturnCode, { tr("CR"), tr("CR+LF"), tr("LF") });
+    QStringList names;
+    for (const ReturnCode code : returnCodeChoices)
+        names << infoOf(code).name;
+    ChoiceCombo *returnCode =
+        m_controls.createChoice(u"DefCRLF"_s, &AppSettings::DefCRLF, int(returnCodeChoices.front()), names);
     returnCode->setAccessibleName(tr("Line end"));
     return returnCode;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "codec/charcode.h"
+#include "codec/returncode.h"
+
 #include <QString>
 
 #include <array>
@@ -9,10 +12,10 @@
 /// are stored as they are and checked where they are used.
 struct AppSettings {
     int Lang = 1; ///< 0 English, 1 Japanese, 2 French
-    int ShowKAI = 1; ///< line-end marks
-    int ShowTAB = 1; ///< tab marks
-    int ShowZEN = 1; ///< full-width space marks
-    int ShowEOF = 1; ///< end-of-file mark
+    int ShowKAI = 1; ///< signs of line ends
+    int ShowTAB = 1; ///< signs of tabs
+    int ShowZEN = 1; ///< signs of full-width spaces
+    int ShowEOF = 1; ///< sign of the end of the file
     int FontSize = 18; ///< points; 9 or less is read as 18
     QString FontName = QStringLiteral("lcfont");
     int AutoIndent = 2; ///< 0 none, 1 tab and space, 2 tab, space and full-width space
@@ -27,6 +30,10 @@ struct AppSettings {
     int BackColor = 2; ///< colour index
     int ForeColor = 1; ///< colour index
     int RowNoColor = 0; ///< colour index; 0 the text's colour
+
+    /// Whatever the file held: both tables say what a number stands for that is no code.
+    CharCode defaultCharCode() const { return CharCode(DefCodec); }
+    ReturnCode defaultReturnCode() const { return ReturnCode(DefCRLF); }
 };
 
 /// One row of the recent-files table. `cursorRow` is stored under "CurX", `cursorColumn` under "CurY": files
