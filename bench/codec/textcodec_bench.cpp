@@ -41,7 +41,15 @@ const QString &mixedText()
 
 QByteArray encoded(const TextCodec &(*codec)())
 {
-    return codec().fromUnicode(mixedText());
+    TextStore store;
+    store.replace(0, 0, mixedText());
+    QByteArray bytes;
+    const auto collect = [&bytes](QByteArrayView block) {
+        bytes += block;
+        return true;
+    };
+    codec().encode(store, collect);
+    return bytes;
 }
 
 constexpr qsizetype runLength = 2048; // as a store gives them

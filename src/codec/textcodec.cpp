@@ -2,12 +2,6 @@
 
 namespace {
 
-struct StringSink : TextCodec::TextSink {
-    QString text;
-    void latin1(QByteArrayView characters) override { text += QLatin1StringView(characters); }
-    void utf16(QStringView block) override { text += block; }
-};
-
 /// Hands decoded blocks on to the store that is being built.
 class StoreSink : public TextCodec::TextSink {
 public:
@@ -49,29 +43,4 @@ bool TextCodec::encode(const TextStore &store, const ByteSink &sink, AsRead asRe
         return chunk;
     };
     return encode(next, sink, asRead);
-}
-
-QString TextCodec::toUnicode(QByteArrayView bytes) const
-{
-    StringSink sink;
-    decode(bytes, sink);
-    return sink.text;
-}
-
-QByteArray TextCodec::fromUnicode(QStringView text) const
-{
-    QByteArray bytes;
-    bool given = false;
-    const auto next = [text, &given] {
-        TextChunk chunk;
-        if (!std::exchange(given, true))
-            chunk.utf16 = text;
-        return chunk;
-    };
-    const auto collect = [&bytes](QByteArrayView block) {
-        bytes += block;
-        return true;
-    };
-    encode(next, collect, AsRead::UndecodableBytes);
-    return bytes;
 }

@@ -60,8 +60,4 @@ public:
     virtual bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const = 0;
     /// Encodes the whole text of a store, leaf by leaf; false when the sink refused.
     bool encode(const TextStore &store, const ByteSink &sink, AsRead asRead = AsRead::Everything) const;
-
-    /// Of short texts that are not to be kept with their spellings.
-    QString toUnicode(QByteArrayView bytes) const;
-    QByteArray fromUnicode(QStringView text) const;
 };

@@ -5,6 +5,7 @@
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
+#include "tests/codec/shorttexts.h"
 #include "tests/testprogram.h"
 
 #include <QClipboard>
@@ -75,7 +76,7 @@ QPEApplication *application()
 QString decoded(QByteArray bytes, const ctlEditer &editor)
 {
     normalizeLineEnds(bytes, ReturnCode(editor.returnCode()));
-    return codecToRead(CharCode(editor.charCode()), bytes).toUnicode(bytes);
+    return decoded(codecToRead(CharCode(editor.charCode()), bytes), bytes);
 }
 
 } // namespace

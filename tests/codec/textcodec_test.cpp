@@ -1,6 +1,7 @@
 #include "codec/textcodec.h"
 
 #include "tests/codec/codecnamed.h"
+#include "tests/codec/shorttexts.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/testprogram.h"
 
@@ -83,7 +84,7 @@ QByteArray mixedBytes(const TextCodec &codec)
     QString text =
         u"ab\n漢字かな①ｱｲｳ\tpadding of ASCII, longer than two words of eight bytes\r\n\U0001F600é"_s;
     text += u"x漢y字z"_s + QString(70, u'q') + u"終"_s;
-    QByteArray bytes = codec.fromUnicode(text);
+    QByteArray bytes = encoded(codec, text);
     bytes += "\x81\x8F\xE3\x81\x1B$B30!\x1B(I1~\x1B(B\xFF\x80";
     return bytes + bytes;
 }
@@ -279,8 +280,8 @@ void TextCodecTest::convertsBothWays()
     QFETCH(QByteArray, bytes);
     QFETCH(QString, text);
     const TextCodec *c = &codecNamed(codec);
-    QCOMPARE(c->toUnicode(bytes), text);
-    QCOMPARE(c->fromUnicode(text).toHex(' '), bytes.toHex(' '));
+    QCOMPARE(decoded(*c, bytes), text);
+    QCOMPARE(encoded(*c, text).toHex(' '), bytes.toHex(' '));
 }
 
 void TextCodecTest::readsSecondCodes_data()
@@ -330,9 +331,9 @@ void TextCodecTest::readsSecondCodes()
     QFETCH(QString, text);
     QFETCH(QByteArray, usual);
     const TextCodec *c = &codecNamed(codec);
-    QCOMPARE(c->toUnicode(bytes), text);
-    QCOMPARE(c->fromUnicode(text).toHex(' '), usual.toHex(' '));
-    QCOMPARE(c->toUnicode(usual), text);
+    QCOMPARE(decoded(*c, bytes), text);
+    QCOMPARE(encoded(*c, text).toHex(' '), usual.toHex(' '));
+    QCOMPARE(decoded(*c, usual), text);
     if (!bytes.startsWith("a"))
         QCOMPARE(savedUnedited(*c, bytes).toHex(' '), bytes.toHex(' '));
 }
@@ -411,7 +412,7 @@ void TextCodecTest::encodes()
     QFETCH(QByteArray, codec);
     QFETCH(QString, text);
     QFETCH(QByteArray, bytes);
-    QCOMPARE(codecNamed(codec).fromUnicode(text).toHex(' '), bytes.toHex(' '));
+    QCOMPARE(encoded(codecNamed(codec), text).toHex(' '), bytes.toHex(' '));
 }
 
 void TextCodecTest::anyBlockSizeGivesTheSameText_data()
@@ -424,7 +425,7 @@ void TextCodecTest::anyBlockSizeGivesTheSameText()
     QFETCH(QByteArray, codec);
     const TextCodec *c = &codecNamed(codec);
     const QByteArray bytes = mixedBytes(*c);
-    const QString text = c->toUnicode(bytes);
+    const QString text = decoded(*c, bytes);
     for (int units = 1; units < 300; ++units) {
         BlockRecorder blocks;
         blocks.blockUnits = units;
@@ -442,10 +443,10 @@ void TextCodecTest::anyRunLengthGivesTheSameBytes()
 {
     QFETCH(QByteArray, codec);
     const TextCodec *c = &codecNamed(codec);
-    const QString text = c->toUnicode(mixedBytes(*c))
+    const QString text = decoded(*c, mixedBytes(*c))
         + u"\U0001F480\xD83D"
           u"a\xDC80\xD83D"_s;
-    const QByteArray bytes = c->fromUnicode(text);
+    const QByteArray bytes = encoded(*c, text);
     for (qsizetype length = 1; length < 300; ++length)
         QCOMPARE(encodeInRuns(*c, text, length), bytes);
 }
@@ -459,11 +460,11 @@ void TextCodecTest::longTextsSurviveFullBuffers()
 {
     QFETCH(QByteArray, codec);
     const TextCodec *c = &codecNamed(codec);
-    const QString unit = c->toUnicode(mixedBytes(*c)).remove(u"\uFEFF"_s);
+    const QString unit = decoded(*c, mixedBytes(*c)).remove(u"\uFEFF"_s);
     for (int shift = 0; shift < 5; ++shift) {
         const QString text = QString(shift, u'.') + unit.repeated(300000 / unit.size());
-        QByteArray bytes = c->fromUnicode(text);
-        QVERIFY(c->toUnicode(bytes) == text);
+        QByteArray bytes = encoded(*c, text);
+        QVERIFY(decoded(*c, bytes) == text);
     }
 }
 
@@ -523,7 +524,7 @@ void TextCodecTest::encodesStore()
             bytes += block;
             return true;
         }));
-        QVERIFY2(bytes == codec->fromUnicode(text), name);
+        QVERIFY2(bytes == encoded(*codec, text), name);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "tests/codec/codecnamed.h"
 #include "tests/codec/nastybytes.h"
+#include "tests/codec/shorttexts.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -28,8 +29,8 @@ QSet<QByteArray> secondCodes(const TextCodec &codec)
 {
     QSet<QByteArray> found;
     const auto look = [&](const QByteArray &bytes) {
-        const QString text = codec.toUnicode(bytes);
-        if (text.size() == 1 && !isEscape(text[0]) && codec.fromUnicode(text) != bytes)
+        const QString text = decoded(codec, bytes);
+        if (text.size() == 1 && !isEscape(text[0]) && encoded(codec, text) != bytes)
             found.insert(bytes);
     };
     for (int first = 0x81; first <= 0xFE; ++first) {
@@ -45,7 +46,7 @@ QSet<QByteArray> secondCodes(const TextCodec &codec)
 /// Bytes without which a codec would not be chosen.
 QByteArray markOf(const TextCodec &codec)
 {
-    return codec.name().startsWith("UTF-16") ? codec.fromUnicode(QString()) : QByteArray();
+    return codec.name().startsWith("UTF-16") ? encoded(codec, QString()) : QByteArray();
 }
 
 quint32 lawsSeed()
@@ -179,9 +180,9 @@ void TextCodecLawsTest::everyUnitInUtf16()
     for (int first = 0; first < 0x10000; ++first) {
         const QByteArray bytes = mark + byteOf(first >> 8) + byteOf(first & 0xFF)
             + (codec == "UTF-16LE" ? "\x80\xDC" : "\xDC\x80");
-        const QString text = c->toUnicode(bytes);
-        QVERIFY2(c->fromUnicode(text) == bytes, bytes.toHex());
-        QVERIFY2(utf8->toUnicode(utf8->fromUnicode(text)) == text, bytes.toHex());
+        const QString text = decoded(*c, bytes);
+        QVERIFY2(encoded(*c, text) == bytes, bytes.toHex());
+        QVERIFY2(decoded(*utf8, encoded(*utf8, text)) == text, bytes.toHex());
     }
 }
 
@@ -275,7 +276,7 @@ void TextCodecLawsTest::everyCharacterOfJapaneseSetsComesBack()
     int found = 0;
     for (int unit = 1; unit < 0x10000; ++unit) {
         const QString text(QChar(static_cast<char16_t>(unit)));
-        found += !text[0].isSurrogate() && c->toUnicode(c->fromUnicode(text)) == text;
+        found += !text[0].isSurrogate() && decoded(*c, encoded(*c, text)) == text;
     }
     QCOMPARE(found, count);
 }
