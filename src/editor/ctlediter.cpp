@@ -155,9 +155,11 @@ void ctlEditer::copy()
     deselect();
 }
 
+/// A text without anything to undo is the one that was loaded or saved.
 void ctlEditer::slotEdUndoAvailable(bool available)
 {
     m_undoAvailable = available;
+    setEdited(available);
     emit undoAvailable2(this, available);
 }
 
