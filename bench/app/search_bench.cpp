@@ -4,8 +4,8 @@
 //     QT_QPA_PLATFORM=offscreen build/bench/search_bench
 
 #include "app/replacerun.h"
+#include "app/searchrequest.h"
 
-#include "app/frmmain.h"
 #include "editor/ctlediter.h"
 #include "platform/qpeapplication.h"
 #include "platform/toolkitstart.h"

@@ -26,7 +26,7 @@ constexpr Command fileMenu[] = {
     { FileCommand::Quit, QT_TRANSLATE_NOOP("frmMain", "&Quit  (Fn+Q)"), "corvex/menu/close", nullptr,
         &frmMain::slotCmdFileQuitNoSave, SeparatorAfter },
     { FileCommand::RecentFiles, QT_TRANSLATE_NOOP("frmMain", "R&ecent Files"), "corvex/menu/recent", nullptr,
-        nullptr, RecentSubmenu },
+        nullptr },
 };
 
 constexpr Command editMenu[] = {
@@ -68,7 +68,7 @@ constexpr Command viewMenu[] = {
     { ViewCommand::FullScreen, QT_TRANSLATE_NOOP("frmMain", "&Full Screen"), "corvex/menu/fullscreen",
         nullptr, &frmMain::slotCmdViewFull, SeparatorAfter },
     { ViewCommand::Language, QT_TRANSLATE_NOOP("frmMain", "&Language"), nullptr, nullptr, nullptr,
-        SeparatorAfter | LanguageSubmenu },
+        SeparatorAfter },
     { ViewCommand::Help, QT_TRANSLATE_NOOP("frmMain", "&Help"), "corvex/menu/help", nullptr,
         &frmMain::slotCmdViewHelp, DisabledAtStart },
     { ViewCommand::About, QT_TRANSLATE_NOOP("frmMain", "&About"), "corvex/menu/about", nullptr,

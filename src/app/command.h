@@ -97,8 +97,6 @@ struct Command { // NOLINT(clang-analyzer-optin.performance.Padding): rows read 
 enum : unsigned {
     SeparatorAfter = 1,
     DisabledAtStart = 2,
-    RecentSubmenu = 4,
-    LanguageSubmenu = 8,
 };
 
 /// One button of the tool bar: a menu's command under a label that is never translated.

@@ -1,15 +1,153 @@
 #include "app/documentarea.h"
 
+#include "app/documentfile.h"
+#include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "files/filename.h"
+#include "platform/freememory.h"
+#include "platform/qpeapplication.h"
 
 #include <QEvent>
 #include <QStackedWidget>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Going back from the first tab begins here; tabs with higher ids are reached by going forward.
+constexpr int lastTabIdBackward = 1000;
+
+int idBehind(const QList<int> &ids, int current)
+{
+    const auto found = std::upper_bound(ids.begin(), ids.end(), current);
+    return found == ids.end() ? ids.first() : *found;
+}
+
+int idBefore(const QList<int> &ids, int current)
+{
+    const auto behind = std::lower_bound(ids.begin(), ids.end(), current);
+    if (behind != ids.begin())
+        return *std::prev(behind);
+    const auto end = std::upper_bound(std::next(behind), ids.end(), lastTabIdBackward);
+    return *std::prev(end == std::next(behind) ? ids.end() : end);
+}
+
+} // namespace
 
 DocumentArea::DocumentArea(QWidget *parent)
     : QWidget(parent)
     , m_stack(new QStackedWidget(this))
     , m_tabBar(new ctlTabBar(this))
 {
+    connect(m_tabBar, &ctlTabBar::currentChanged, this, &DocumentArea::showChosen);
+    m_freeing.setSingleShot(true);
+    connect(&m_freeing, &QTimer::timeout, this, giveBackFreeMemory);
+}
+
+ctlEditer *DocumentArea::current() const
+{
+    return qobject_cast<ctlEditer *>(m_stack->currentWidget());
+}
+
+QList<ctlEditer *> DocumentArea::editors() const
+{
+    return m_tabBar->editors();
+}
+
+ctlEditer *DocumentArea::editorOfFile(const QString &fileName) const
+{
+    const QList<ctlEditer *> all = editors();
+    const auto found = std::find_if(all.begin(), all.end(),
+        [&](const ctlEditer *editor) { return hasFile(*editor) && fullName(*editor) == fileName; });
+    return found == all.end() ? nullptr : *found;
+}
+
+ctlEditer *DocumentArea::add(const QString &caption)
+{
+    auto *editor = new ctlEditer(m_stack);
+    connect(editor, &ctlEditer::aboutToTell, this, [this, editor] { setCurrent(editor); });
+    emit added(editor);
+    m_stack->addWidget(editor);
+    const QString name = caption.isEmpty() ? editor->name() : caption;
+    m_tabBar->addTab(editor, name);
+    editor->setAccessibleName(name);
+    return editor;
+}
+
+void DocumentArea::setCurrent(ctlEditer *editor)
+{
+    m_tabBar->setCurrentTab(editor);
+}
+
+/// What the tab bar has chosen. Assistive technology chooses tabs also while a dialog is open.
+void DocumentArea::showChosen(ctlEditer *editor)
+{
+    if (editor != current() && QPEApplication::isBusy()) {
+        setCurrent(current());
+        return;
+    }
+    commitComposition();
+    m_stack->setCurrentWidget(editor);
+    emit currentChanged(editor);
+}
+
+void DocumentArea::present(ctlEditer *editor)
+{
+    setCurrent(editor);
+    editor->setFocus();
+    arrange();
+}
+
+void DocumentArea::showNext()
+{
+    if (m_tabBar->count() > 1)
+        m_tabBar->setCurrentTab(idBehind(m_tabBar->ids(), m_tabBar->idOf(current())));
+}
+
+void DocumentArea::showPrevious()
+{
+    if (m_tabBar->count() > 1)
+        m_tabBar->setCurrentTab(idBefore(m_tabBar->ids(), m_tabBar->idOf(current())));
+}
+
+void DocumentArea::close(ctlEditer *editor)
+{
+    m_stack->removeWidget(editor);
+    m_tabBar->removeTab(editor);
+    emit closed(editor);
+    editor->blockSignals(true);
+    editor->hide();
+    connect(editor, &QObject::destroyed, &m_freeing, qOverload<>(&QTimer::start));
+    editor->deleteLater();
+    emit currentChanged(current());
+    if (ctlEditer *next = current())
+        next->setFocus();
+    arrange();
+}
+
+void DocumentArea::refresh(ctlEditer *editor)
+{
+    const QString name = FileName::forDisplay(editor->name());
+    m_tabBar->setTabCaption(editor, editor->edited() ? u"* "_s + name : name);
+    editor->setAccessibleName(name);
+    arrange();
+    emit refreshed(editor);
+}
+
+void DocumentArea::commitComposition()
+{
+    if (ctlEditer *editor = current())
+        editor->commitPreedit();
+}
+
+bool DocumentArea::beginCommand()
+{
+    if (QPEApplication::isBusy())
+        return false;
+    commitComposition();
+    return true;
 }
 
 void DocumentArea::arrange()

@@ -1,28 +1,75 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
+class ctlEditer;
 class ctlTabBar;
 class QStackedWidget;
 
-/// The inside of the main window: the open documents as a stack, of which one shows, and their tab bar below.
+/// The open documents, inside the main window: a stack of editors, of which one shows, and their tab bar
+/// below.
+///
+/// The current document is the editor that the stack shows, and nobody else knows of it; the tab bar follows.
+/// Owns the editors.
 class DocumentArea : public QWidget {
     Q_OBJECT
 public:
     explicit DocumentArea(QWidget *parent);
 
-    QStackedWidget *stack() const { return m_stack; }
     ctlTabBar *tabBar() const { return m_tabBar; }
+    /// Null without documents.
+    ctlEditer *current() const;
+    /// In the order of their tabs.
+    QList<ctlEditer *> editors() const;
+    /// The document of the file with this full name; null when it is not open.
+    ctlEditer *editorOfFile(const QString &fileName) const;
+
+    /// A new document with the last tab, not current unless it is the only one. An empty caption is the
+    /// editor's own name.
+    ctlEditer *add(const QString &caption = {});
+    /// Does nothing while a dialog or a run of replacements is in the way.
+    void setCurrent(ctlEditer *editor);
+    /// Makes a document current and gives it the keys.
+    void present(ctlEditer *editor);
+    /// The next tab by id, round at the end.
+    void showNext();
+    /// The previous tab by id, round at the start.
+    void showPrevious();
+    /// Takes a document away; its editor goes when the event loop runs next, and says nothing until then.
+    void close(ctlEditer *editor);
+    /// Shows the name of a document, whether it is edited, and its codes as they are now.
+    void refresh(ctlEditer *editor);
+
+    /// Has what an input method holds back written into the current document. To be called by whatever reads
+    /// a document, or puts another one in its place: that text counts as written for who sees it.
+    void commitComposition();
+    /// False when a dialog or a run of replacements is in the way of a command. Otherwise what is being
+    /// composed is text then.
+    bool beginCommand();
 
     /// Gives the tab bar the width and height it asks for, at most the area's width, at the lower left edge,
     /// one pixel up so that the tabs touch the document; the stack gets the rest.
     void arrange();
+
+signals:
+    /// A document was made; it has no text yet.
+    void added(ctlEditer *editor);
+    /// A document was made current, which may be the same one, or the last one was closed: null.
+    void currentChanged(ctlEditer *editor);
+    /// A document may have another name, codes, or other edits than before.
+    void refreshed(ctlEditer *editor);
+    /// A document was taken away.
+    void closed(ctlEditer *editor);
 
 protected:
     bool event(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void showChosen(ctlEditer *editor);
+
     QStackedWidget *m_stack;
     ctlTabBar *m_tabBar;
+    QTimer m_freeing; ///< runs out once when closed documents are gone
 };

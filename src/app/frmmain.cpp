@@ -1,30 +1,28 @@
 #include "app/frmmain.h"
 
-#include "app/documentarea.h"
-#include "app/fullscreen.h"
+#include "app/documentproperties.h"
 #include "app/keymap.h"
-#include "app/translation.h"
+#include "app/windowparts.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
-#include "platform/freememory.h"
 #include "platform/lastingfont.h"
-#include "platform/qpeapplication.h"
+#include "platform/messagebox.h"
 #include "platform/resource.h"
 #include "platform/screenclass.h"
+#include "search/frmjumpto.h"
 #include "settings/settings.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QKeyEvent>
 #include <QScreen>
-#include <QStackedWidget>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr QSize normalSize{ 640, 480 };
-constexpr std::chrono::milliseconds firstDocumentDelay{ 200 };
 
 QFont applicationFont()
 {
@@ -37,34 +35,21 @@ QFont applicationFont()
 
 frmMain::frmMain(QWidget *parent, WindowDialogs dialogs)
     : QMainWindow(parent)
-    , m_dialogs(std::move(dialogs))
-    , m_fullScreen(new FullScreen(this))
 {
     setObjectName(u"frmMain"_s);
     new LastingFont(applicationFont(), this);
     // Now, while there are no parts of the window that would have to measure their texts twice.
     QCoreApplication::sendPostedEvents(this, QEvent::ApplicationFontChange);
     readSettings();
-    installTranslator(appSettings().Lang);
+    QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
     setWindowTitle(u"Marlo!Pad QT"_s);
     setWindowIcon(Resource::loadIcon(u"marlopad"_s));
     // The tool bars hold the menus: no menu may offer to hide them.
     setContextMenuPolicy(Qt::NoContextMenu);
-    createMenuBar();
-    createActions();
-    buildMenus();
-    createToolBar();
-    nameControls();
-    m_documents = new DocumentArea(this);
-    setCentralWidget(m_documents);
-    m_firstDocumentTimer.setSingleShot(true);
-    connect(&m_firstDocumentTimer, &QTimer::timeout, this, &frmMain::slotEtcFirstNewDoc);
-    connect(tabBar(), &ctlTabBar::currentChanged, this, &frmMain::slotTabCurrentChanged);
-    QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
-    m_freeing.setSingleShot(true);
-    connect(&m_freeing, &QTimer::timeout, this, giveBackFreeMemory);
+    m_parts = std::make_unique<WindowParts>(*this, std::move(dialogs));
+    connectParts();
+    retranslate();
     resize(normalSize.boundedTo(screen()->availableSize()));
-    watchSession();
 }
 
 frmMain::~frmMain()
@@ -72,50 +57,397 @@ frmMain::~frmMain()
     writeSettings();
 }
 
-ctlEditer *frmMain::currentEditor() const
+void frmMain::connectParts()
 {
-    return qobject_cast<ctlEditer *>(m_documents->stack()->currentWidget());
+    connect(&m_parts->menus, &MainMenus::chosen, this, &frmMain::run);
+    connect(&m_parts->recentMenu, &RecentMenu::chosen, this, [this](int row) {
+        if (m_parts->documents.beginCommand())
+            slotCmdMnuRecent(row);
+    });
+    connect(&m_parts->places, &RecentPlaces::changed, this, &frmMain::rebuildRecentMenu);
+    connect(&m_parts->documents, &DocumentArea::added, this, [this](const ctlEditer *editor) {
+        connect(editor, &ctlEditer::undoAvailable2, this, &frmMain::slotEdUndoAvailable);
+        connect(editor, &ctlEditer::redoAvailable2, this, &frmMain::slotEdRedoAvailable);
+        connect(editor, &ctlEditer::copyAvailable, this, &frmMain::slotEdCopyAvailable);
+    });
+    connect(&m_parts->documents, &DocumentArea::currentChanged, this, &frmMain::slotTabCurrentChanged);
+    connect(&m_parts->documents, &DocumentArea::refreshed, this, &frmMain::updateCaption);
+    connect(&m_parts->sessionEnd, &SessionEnd::settingsTakenOver, this, &frmMain::applySettings);
 }
 
-bool frmMain::isCoveringScreen() const
+ctlEditer *frmMain::currentEditor() const
 {
-    return m_fullScreen->isOn();
+    return m_parts->documents.current();
 }
 
 ctlTabBar *frmMain::tabBar() const
 {
-    return m_documents->tabBar();
+    return m_parts->documents.tabBar();
+}
+
+bool frmMain::isCoveringScreen() const
+{
+    return m_parts->fullScreen.isOn();
+}
+
+QAction *frmMain::item(CommandId command) const
+{
+    return m_parts->menus.item(command);
+}
+
+QMenu *frmMain::menu(MenuId id) const
+{
+    return m_parts->menus.menu(id);
+}
+
+QMenu *frmMain::recentMenu() const
+{
+    return &m_parts->recentMenu;
+}
+
+void frmMain::openDocument(const QString &path, int charCode)
+{
+    m_parts->loader.open(path, requestedCharCode(charCode));
+}
+
+bool frmMain::slotCmdFileSave(ctlEditer *editor)
+{
+    return m_parts->saver.save(editor);
+}
+
+bool frmMain::slotCmdFileSave(
+    ctlEditer *editor, const QString &path, const QString &name, int charCode, int returnCode)
+{
+    return m_parts->saver.saveTo(
+        editor, { path, name, requestedCharCode(charCode), requestedReturnCode(returnCode) });
+}
+
+bool frmMain::slotCmdFileSaveAs(ctlEditer *editor)
+{
+    return m_parts->saver.saveAs(editor);
+}
+
+bool frmMain::confirmCloseAll(bool saveWithoutAsking)
+{
+    return m_parts->closer.closeAll(saveWithoutAsking ? EditsAtClosing::Save : EditsAtClosing::Ask);
+}
+
+bool frmMain::endSession(bool mayAsk)
+{
+    return m_parts->sessionEnd.prepare(mayAsk);
+}
+
+void frmMain::applySettings()
+{
+    QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
+    for (ctlEditer *editor : m_parts->documents.editors())
+        editor->applySettings();
+    if (ctlEditer *editor = currentEditor())
+        editor->viewport()->update();
+    rebuildRecentMenu();
+}
+
+QString frmMain::dateTimeText(const QDateTime &time)
+{
+    return time.toString(u"yyyy/MM/dd hh:mm\n");
+}
+
+void frmMain::rebuildRecentMenu()
+{
+    m_parts->recentMenu.rebuild();
+}
+
+void frmMain::addRecent(ctlEditer *editor)
+{
+    m_parts->places.add(*editor);
+}
+
+void frmMain::restorePosition(ctlEditer *editor)
+{
+    m_parts->places.restore(*editor);
+}
+
+void frmMain::setDocument(const QString &path)
+{
+    openDocument(path, 0);
+}
+
+void frmMain::slotCmdFileNew()
+{
+    m_parts->documents.present(m_parts->documents.add());
+}
+
+void frmMain::slotCmdFileOpen()
+{
+    m_parts->loader.askAndOpen();
+}
+
+void frmMain::slotCmdFileReload()
+{
+    m_parts->loader.askAndReload();
+}
+
+void frmMain::slotCmdFileProp()
+{
+    if (const ctlEditer *editor = currentEditor())
+        MessageBox::information(this, tr("Document properties"), propertiesOf(*editor));
+}
+
+void frmMain::slotCmdFileSave()
+{
+    if (ctlEditer *editor = currentEditor())
+        slotCmdFileSave(editor);
+}
+
+void frmMain::slotCmdFileSaveAs()
+{
+    if (ctlEditer *editor = currentEditor())
+        slotCmdFileSaveAs(editor);
+}
+
+void frmMain::slotCmdFileCloseTab()
+{
+    m_parts->closer.askAndClose();
+}
+
+void frmMain::slotCmdFileSaveAll()
+{
+    m_parts->saver.saveAll();
+}
+
+void frmMain::slotCmdFileQuitSave()
+{
+    if (confirmCloseAll(true))
+        close();
+}
+
+void frmMain::slotCmdFileQuitNoSave()
+{
+    if (confirmCloseAll(false))
+        close();
+}
+
+void frmMain::slotCmdMnuRecent(int id)
+{
+    if (!currentEditor() || id < 0 || id >= recentEntryCount)
+        return;
+    const RecentEntry entry = recentFiles().entries[std::size_t(id)];
+    if (entry.isUsed())
+        m_parts->loader.openChosen(currentEditor(), { entry.path, entry.name });
+}
+
+void frmMain::slotCmdEditUndo()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->undo();
+}
+
+void frmMain::slotCmdEditRedo()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->redo();
+}
+
+void frmMain::slotCmdEditCut()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->cut();
+}
+
+void frmMain::slotCmdEditCopy()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->copy();
+}
+
+void frmMain::slotCmdEditPast()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->paste();
+}
+
+void frmMain::slotCmdEditSelAll()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->selectAll();
+}
+
+void frmMain::slotCmdEditDateTime()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->insert(dateTimeText(QDateTime::currentDateTime()));
+}
+
+void frmMain::slotCmdEditOption()
+{
+    if (m_parts->dialogs.editOptions(this))
+        applySettings();
+}
+
+void frmMain::slotCmdViewLangJa()
+{
+    changeLanguage(Japanese, tr("A japanese translation file is not found."));
+}
+
+void frmMain::slotCmdViewLangEn()
+{
+    changeLanguage(English, {});
+}
+
+void frmMain::slotCmdViewLangFr()
+{
+    changeLanguage(French, tr("A french translation file not found."));
+}
+
+void frmMain::changeLanguage(int language, const QString &missingFileText)
+{
+    if (!m_parts->language.use(language)) {
+        MessageBox::critical(this, tr("Marlo!Pad QT"), missingFileText);
+        return;
+    }
+    appSettings().Lang = language;
+    retranslate();
+    showToolBarLabels();
+    for (ctlEditer *editor : m_parts->documents.editors()) {
+        editor->retranslateName();
+        m_parts->documents.refresh(editor);
+    }
+}
+
+void frmMain::retranslate()
+{
+    m_parts->menus.retranslate();
+    rebuildRecentMenu();
+    m_parts->commandBar.retranslate();
+}
+
+void frmMain::slotCmdViewWinPrev()
+{
+    slotEtcChangeTab(0);
+}
+
+void frmMain::slotCmdViewWinNext()
+{
+    slotEtcChangeTab(1);
+}
+
+void frmMain::slotCmdViewSearch()
+{
+    m_parts->search.showPanel(0);
+}
+
+void frmMain::slotCmdViewReplace()
+{
+    m_parts->search.showPanel(1);
+}
+
+void frmMain::slotCmdViewSrchBefo()
+{
+    m_parts->search.repeatBackward();
+}
+
+void frmMain::slotCmdViewSrchNext()
+{
+    m_parts->search.repeatForward();
+}
+
+void frmMain::slotCmdViewGyoJump()
+{
+    ctlEditer *const editor = currentEditor();
+    if (!editor)
+        return;
+    frmJumpTo dialog(this);
+    if (dialog.exec() == QDialog::Accepted)
+        editor->jumpToLine(dialog.lineNo);
+}
+
+void frmMain::slotCmdViewLastEdit()
+{
+    if (ctlEditer *editor = currentEditor())
+        editor->jumpToLastEdit();
+}
+
+void frmMain::slotCmdViewFull()
+{
+    m_parts->fullScreen.toggle();
+}
+
+void frmMain::slotCmdViewHelp() { }
+
+void frmMain::slotCmdViewAbout()
+{
+    const QString contact = u"support@marlopad.example\nhttps://marlopad.example/"_s;
+    MessageBox::about(
+        this, tr("Marlo!Pad QT"), tr("Marlo!Pad QT Ver1.76\n            2005/07/04\n\n") + contact);
+}
+
+void frmMain::slotEtcSearchNext()
+{
+    m_parts->search.searchForward();
+}
+
+void frmMain::slotEtcSearchBefo()
+{
+    m_parts->search.searchBackward();
+}
+
+void frmMain::slotEtcReplaceAll()
+{
+    m_parts->search.replaceAll();
+}
+
+void frmMain::slotTabCurrentChanged(ctlEditer *editor)
+{
+    item(EditCommand::Undo)->setEnabled(editor && editor->undoAvailable());
+    item(EditCommand::Redo)->setEnabled(editor && editor->redoAvailable());
+    slotEdCopyAvailable(editor && editor->hasMarkedText());
+    updateCaption();
 }
 
 void frmMain::slotEtcFirstNewDoc()
 {
-    m_firstDocumentTimer.stop();
-    m_firstDocumentDue = !isActiveWindow();
-    if (m_firstDocumentDue)
-        return;
-    if (tabBar()->count() == 0)
-        slotCmdFileNew();
-    m_documents->arrange();
+    m_parts->firstDocument.make();
+}
+
+void frmMain::slotEtcChangeTab(int forward)
+{
+    forward ? m_parts->documents.showNext() : m_parts->documents.showPrevious();
+}
+
+void frmMain::slotEdUndoAvailable(ctlEditer *editor, bool available)
+{
+    item(EditCommand::Undo)->setEnabled(available);
+    m_parts->documents.refresh(editor);
+}
+
+void frmMain::slotEdRedoAvailable(ctlEditer *, bool available)
+{
+    item(EditCommand::Redo)->setEnabled(available);
+}
+
+void frmMain::slotEdCopyAvailable(bool available)
+{
+    item(EditCommand::Cut)->setEnabled(available);
+    item(EditCommand::Copy)->setEnabled(available);
+}
+
+void frmMain::updateCaption()
+{
+    const QString caption = u"Marlo!Pad QT"_s;
+    const ctlEditer *editor = currentEditor();
+    setWindowTitle(
+        editor ? u"%1  [%2][%3]"_s.arg(caption, editor->charCodeName(), editor->returnCodeName()) : caption);
 }
 
 void frmMain::run(CommandSlot command)
 {
-    if (mayAct())
+    if (m_parts->documents.beginCommand())
         (this->*command)();
 }
 
-bool frmMain::mayAct()
+void frmMain::showToolBarLabels()
 {
-    if (QPEApplication::isBusy())
-        return false;
-    commitComposition();
-    return true;
-}
-
-void frmMain::commitComposition()
-{
-    if (ctlEditer *editor = currentEditor())
-        editor->commitPreedit();
+    m_parts->commandBar.showLabelsIn(width() - m_parts->menus.barWidth());
 }
 
 void frmMain::keyPressEvent(QKeyEvent *event)
@@ -134,16 +466,16 @@ void frmMain::keyPressEvent(QKeyEvent *event)
 void frmMain::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
-    m_fullScreen->keep();
+    m_parts->fullScreen.keep();
     showToolBarLabels();
-    m_documents->arrange();
+    m_parts->documents.arrange();
 }
 
 void frmMain::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    m_fullScreen->keep();
-    m_firstDocumentTimer.start(firstDocumentDelay);
+    m_parts->fullScreen.keep();
+    m_parts->firstDocument.wait();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
@@ -160,6 +492,6 @@ void frmMain::closeEvent(QCloseEvent *event)
 void frmMain::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && m_firstDocumentDue)
-        slotEtcFirstNewDoc();
+    if (event->type() == QEvent::ActivationChange)
+        m_parts->firstDocument.noteActivation();
 }

@@ -2,38 +2,20 @@
 
 #include "app/command.h"
 #include "app/windowdialogs.h"
-#include "settings/settings.h"
 
-#include <QHash>
 #include <QMainWindow>
-#include <QTimer>
 
-#include <array>
 #include <memory>
-#include <optional>
 
+class QDateTime;
+class QMenu;
 class ctlEditer;
 class ctlTabBar;
-class DocumentArea;
-class FullScreen;
-class frmSearchDialog;
-class QDateTime;
-class QMenuBar;
-class QStackedWidget;
-class QToolBar;
-class Translation;
+struct WindowParts;
 
-/// The last search that was asked for.
-struct SearchRequest {
-    int searchMode = 0; ///< 0 search, 1 replace
-    int caseSensitive = 0;
-    QString findText;
-    QString replaceText;
-};
-
-/// The main window: menus, tool bar, key map, the open documents and the commands on them.
+/// The main window: it brings its parts together, and has the slots of the commands.
 ///
-/// The current document is the editor that the stack shows. A command that needs one does nothing without.
+/// A command that needs a document does nothing without one.
 class frmMain : public QMainWindow {
     Q_OBJECT
 public:
@@ -42,6 +24,7 @@ public:
     /// Writes the settings.
     ~frmMain() override;
 
+    /// Null without documents.
     ctlEditer *currentEditor() const;
     ctlTabBar *tabBar() const;
     /// In full screen, as it was last wanted or told by the window manager.
@@ -49,40 +32,36 @@ public:
 
     /// The action of a menu's item: its menu text, its icon and, on the tool bar, its label and tool tip.
     QAction *item(CommandId command) const;
-    QMenu *menu(MenuId menu) const { return m_menus[std::size_t(menu)]; }
-    QMenu *recentMenu() const { return m_recentMenu; }
+    QMenu *menu(MenuId id) const;
+    QMenu *recentMenu() const;
 
     /// Opens a file, or switches to its tab when it is open already; asks before edits are thrown away.
     /// `charCode` is the CharCode to read it with, 0 to detect.
     void openDocument(const QString &path, int charCode);
     /// Saves under the document's own name and codes. False when it was not written.
     bool slotCmdFileSave(ctlEditer *editor);
-    /// The one place that writes: asks for a name when `path` is empty; 0 keeps the document's code or line
+    /// The same as another file; asks for a name when `path` is empty; 0 keeps the document's code or line
     /// end.
     bool slotCmdFileSave(
         ctlEditer *editor, const QString &path, const QString &name, int charCode, int returnCode);
     bool slotCmdFileSaveAs(ctlEditer *editor);
-    /// Closes every document, from the last tab backwards; modified ones are asked about, or saved without
+    /// Closes every document, from the last tab backwards; edited ones are asked about, or saved without
     /// asking. False when that was cancelled or a save failed; what was passed by then stays closed.
     bool confirmCloseAll(bool saveWithoutAsking);
-    /// The user's session is about to end: asks about modified documents, from the last tab backwards. False
-    /// when the session is not to end: that was cancelled, a save failed, or there is something to ask while
-    /// nothing may be asked or a dialog waits for its answer. All documents stay open, since the session may
-    /// go on all the same; those whose edits nobody wanted are closed without asking when it really ends.
+    /// The user's session is about to end: asks about edited documents, which all stay open; see
+    /// SessionEnd::prepare(). False when the session is not to end.
     bool endSession(bool mayAsk);
 
-    /// Gives changed settings to every document and to the menus; no document counts as modified by that.
+    /// Gives changed settings to every document and to the menus; no document counts as edited by that.
     void applySettings();
     /// The text that the Date and Time command inserts.
     static QString dateTimeText(const QDateTime &time);
 
     /// Fills the Recent Files menu from the table.
     void rebuildRecentMenu();
-    /// Puts a document that is being closed on top of the table; one that was never saved is left out.
-    /// One whose file could not be read keeps the place that was remembered of it.
+    /// Puts a document that is being closed on top of the table of recent files.
     void addRecent(ctlEditer *editor);
-    /// Puts cursor and view of a document that was just loaded where they were when it was closed, unless the
-    /// user does not want that.
+    /// Puts cursor and view of a document that was just loaded where they were when it was closed.
     void restorePosition(ctlEditer *editor);
 
 public slots:
@@ -131,6 +110,7 @@ public slots:
     /// Replaces every hit in the current document, from its top, and tells how many there were.
     void slotEtcReplaceAll();
 
+    /// The items of the Edit menu and the title become those of the document that is current now, or of none.
     void slotTabCurrentChanged(ctlEditer *editor);
     /// Makes the first document when the window is active and has none; the time to wait for it is over then.
     void slotEtcFirstNewDoc();
@@ -148,69 +128,13 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    enum class SaveAnswer { Yes, No, Cancel };
-
-    /// Runs a command, unless a dialog or a replace-all is in its way.
+    void connectParts();
+    /// Runs a command, unless a dialog or a run of replacements is in its way.
     void run(CommandSlot command);
-    /// Whether none is in the way of a command; what is being composed is text then.
-    bool mayAct();
-    /// Whatever reads a document, or puts another one in its place, calls this first: an input method holds
-    /// back text that counts as written for who sees it.
-    void commitComposition();
-
-    void createMenuBar();
-    void createActions();
-    QAction *createAction(const Command &command);
-    void createToolBar();
-    void buildMenus();
-    void nameControls();
-    void fillMenu(MenuId id);
+    void changeLanguage(int language, const QString &missingFileText);
+    void retranslate();
     void showToolBarLabels();
-
-    ctlEditer *addDocument(const QString &caption);
-    void showDocument(ctlEditer *editor);
-    void closeDocument(ctlEditer *editor);
-    ctlEditer *editorOfFile(const QString &fileName) const;
-    static FileChoice startFor(const ctlEditer *editor);
-    void openChosen(ctlEditer *editor, const FileChoice &file);
-    bool load(ctlEditer *editor, const FileChoice &file);
-    bool loadInto(ctlEditer *editor, const FileChoice &file);
-    bool isReloadWanted(const QString &title, const QString &question);
-    SaveAnswer askToSave(const ctlEditer *editor);
-    bool saveIfWanted(ctlEditer *editor);
-    bool hasEdits() const;
-
-    std::optional<RecentEntry> rememberedPlace(const ctlEditer *editor) const;
-
-    void watchSession();
-    void closeUnwanted();
-    void updateTabText(ctlEditer *editor);
     void updateCaption();
 
-    frmSearchDialog *searchPanel();
-    void showSearchPanel(int mode);
-    void takeSearchRequest();
-    void replaceAll(ctlEditer &editor);
-    void search(bool (ctlEditer::*direction)(int, bool, const QString &, const QString &));
-
-    bool installTranslator(int language);
-    void changeLanguage(int language, const QString &missingFileText);
-
-    WindowDialogs m_dialogs;
-    DocumentArea *m_documents = nullptr;
-    QMenuBar *m_menuBar = nullptr;
-    QToolBar *m_toolBar = nullptr;
-    int m_labelledWidth = 0; ///< of the tool bar with its labels
-    std::array<QMenu *, menuCount> m_menus{};
-    QMenu *m_recentMenu = nullptr;
-    std::array<QList<QAction *>, menuCount> m_items;
-    FullScreen *m_fullScreen;
-    QTimer m_firstDocumentTimer; ///< from showing the window
-    bool m_firstDocumentDue = false; ///< the time is over, but the window was not active
-    QTimer m_freeing; ///< runs out once when closed documents are gone
-    QList<ctlEditer *> m_unwanted; ///< not to be saved at the end of the session, and not edited since
-    QHash<const ctlEditer *, RecentEntry> m_carriedPlaces; ///< of files that could not be read
-    SearchRequest m_search;
-    frmSearchDialog *m_searchPanel = nullptr; ///< made when it is first needed
-    std::unique_ptr<Translation> m_translation;
+    std::unique_ptr<WindowParts> m_parts;
 };

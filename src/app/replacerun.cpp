@@ -1,6 +1,6 @@
 #include "app/replacerun.h"
 
-#include "app/frmmain.h"
+#include "app/searchrequest.h"
 #include "editor/ctlediter.h"
 #include "search/frmreplaceprogress.h"
 

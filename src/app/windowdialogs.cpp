@@ -1,19 +1,30 @@
 #include "app/windowdialogs.h"
 
+#include "app/documentfile.h"
 #include "options/frmoption.h"
+
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+
+FileChoice startFor(const ctlEditer *editor)
+{
+    if (editor && hasFile(*editor))
+        return { editor->path(), editor->name() };
+    return { QDir::homePath() + u"/Documents/"_s, u".txt"_s };
+}
 
 std::optional<FileChoice> WindowDialogs::runFileDialog(
     QWidget *window, frmFileDialog::Mode mode, const FileChoice &start)
 {
     frmFileDialog dialog(window, mode, start.folder, start.name);
-    dialog.showCodes(requestedCharCode(start.charCode), requestedReturnCode(start.returnCode));
+    dialog.showCodes(start.charCode, start.returnCode);
     const bool isAccepted = dialog.exec() == QDialog::Accepted;
     // Where a question and the dialog it belongs to go at once, window managers activate some other window.
     window->activateWindow();
     if (!isAccepted)
         return std::nullopt;
-    return FileChoice{ dialog.dirPath, dialog.fileName, int(dialog.charCode.value_or(CharCode::Binary)),
-        int(dialog.returnCode.value_or(ReturnCode::None)) };
+    return FileChoice{ dialog.dirPath, dialog.fileName, dialog.charCode, dialog.returnCode };
 }
 
 bool WindowDialogs::runOptions(QWidget *window)

@@ -1,17 +1,27 @@
 #pragma once
 
+#include "codec/charcode.h"
+#include "codec/returncode.h"
 #include "filedialog/frmfiledialog.h"
 
 #include <functional>
 #include <optional>
 
+class ctlEditer;
+
 /// What the file dialog is opened or was left with.
 struct FileChoice {
     QString folder; ///< ends in "/"
     QString name;
-    int charCode = 0; ///< a CharCode; 0: detect, or keep
-    int returnCode = 0; ///< a ReturnCode; 0: keep
+    std::optional<CharCode> charCode = {}; ///< nothing: detect, or keep
+    std::optional<ReturnCode> returnCode = {}; ///< nothing: keep
+
+    QString fullName() const { return folder + name; }
 };
+
+/// What the file dialog is opened with for a document, which may be null: its file, or for one that was never
+/// saved the user's documents.
+FileChoice startFor(const ctlEditer *editor);
 
 /// The dialogs that a window's commands run over it until they are closed. The ones here are those of the
 /// program.

@@ -173,7 +173,7 @@ void AnyOrderTest::openMissingFile()
 void AnyOrderTest::openByCommand()
 {
     if (below(4) != 0)
-        m_window->choices << FileChoice{ m_files->folder(), anyFile(), 0, 0 };
+        m_window->choices << FileChoice{ m_files->folder(), anyFile() };
     press(Qt::Key_O, Qt::ControlModifier);
 }
 
@@ -217,8 +217,8 @@ void AnyOrderTest::saveAs()
     if (below(4) != 0) {
         m_names << u"new%1.txt"_s.arg(m_names.size());
         m_window->choices << FileChoice{ m_files->folder(), m_names.constLast(),
-            int(CharCode::Utf8) + below(int(CharCode::Jis) - int(CharCode::Utf8) + 1),
-            below(int(ReturnCode::Lf) + 1) };
+            CharCode(int(CharCode::Utf8) + below(int(CharCode::Jis) - int(CharCode::Utf8) + 1)),
+            requestedReturnCode(below(int(ReturnCode::Lf) + 1)) };
     }
     m_window->slotCmdFileSaveAs();
 }

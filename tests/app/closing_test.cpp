@@ -143,7 +143,7 @@ void ClosingTest::savingANewDocumentAsksForAName()
     QVERIFY(window.open());
     QTest::keyClicks(window.currentEditor(), u"x"_s);
     if (isNamed)
-        window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+        window.choices << FileChoice{ files.folder(), u"a.txt"_s };
     MessageBoxes boxes({ u"Yes"_s });
     window.item(item)->trigger();
     QCOMPARE(boxes.count(), item == FileCommand::QuitWithSave ? 0 : 1);

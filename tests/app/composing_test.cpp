@@ -95,7 +95,7 @@ void ComposingTest::isSaved_data()
     QTest::newRow("menu") << Way(
         [](TestWindow &window, const TestFiles &) { window.item(FileCommand::Save)->trigger(); });
     QTest::newRow("Save As") << Way([](TestWindow &window, const TestFiles &files) {
-        window.choices << FileChoice{ files.folder(), u"a.txt"_s, int(CharCode::Utf8), 0 };
+        window.choices << FileChoice{ files.folder(), u"a.txt"_s, CharCode::Utf8 };
         window.item(FileCommand::SaveAs)->trigger();
     });
     QTest::newRow("Save All") << Way([](TestWindow &window, const TestFiles &files) {
@@ -104,7 +104,7 @@ void ComposingTest::isSaved_data()
         Q_UNUSED(files)
     });
     QTest::newRow("Quit with Save") << Way([](TestWindow &window, const TestFiles &files) {
-        window.choices << FileChoice{ files.folder(), u"first.txt"_s, 0, 0 };
+        window.choices << FileChoice{ files.folder(), u"first.txt"_s };
         window.item(FileCommand::QuitWithSave)->trigger();
     });
 }

@@ -63,7 +63,7 @@ void DocumentsTest::manyDocumentsInALongRun()
         if (i < 1000)
             window.slotCmdFileCloseTab();
     }
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s };
     QTest::keyClicks(window.currentEditor(), u"x"_s);
     ctlEditer *last = window.currentEditor();
     window.slotEtcChangeTab(1);
@@ -246,7 +246,7 @@ void DocumentsTest::saveAllReachesEveryTab()
         window.slotCmdFileNew();
     QCOMPARE(window.tabBar()->currentTab(), 1001);
     QTest::keyClicks(window.currentEditor(), u"last"_s);
-    window.choices << FileChoice{ files.folder(), u"last.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"last.txt"_s };
     window.tabBar()->setCurrentTab(0);
     window.slotCmdFileSaveAll();
     QCOMPARE(files.read(u"last.txt"_s), QByteArray("last"));

@@ -213,7 +213,7 @@ void OpeningTest::firstOfTwoTabsOfOneFile()
     TestWindow window;
     QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s }));
     window.editorAt(0)->undo();
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s };
     QVERIFY(window.slotCmdFileSaveAs(window.editorAt(1)));
     QCOMPARE(window.tabTexts(), QStringList({ u"a.txt"_s, u"a.txt"_s }));
     window.setDocument(files.folder() + u"a.txt"_s);
@@ -256,7 +256,7 @@ void OpeningTest::openCommandUsesAFreshDocument()
     TestWindow window;
     QVERIFY(window.open());
     ctlEditer *editor = window.currentEditor();
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s };
     window.slotCmdFileOpen();
     QCOMPARE(window.tabTexts(), QStringList{ u"a.txt"_s });
     QCOMPARE(window.currentEditor(), editor);
@@ -270,7 +270,7 @@ void OpeningTest::openCommandKeepsAnEditedNewDocument()
     TestWindow window;
     QVERIFY(window.open());
     QTest::keyClicks(window.currentEditor(), u"x"_s);
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s };
     window.slotCmdFileOpen();
     QCOMPARE(window.tabTexts(), QStringList({ u"* (new document)"_s, u"a.txt"_s }));
     QCOMPARE(window.editorAt(0)->text(), u"x"_s);
@@ -284,7 +284,7 @@ void OpeningTest::openCommandNeverOpensAFileTwice()
     QVERIFY(window.open());
     window.setDocument(name);
     window.tabBar()->setCurrentTab(window.editorAt(0));
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s };
     window.slotCmdFileOpen();
     QCOMPARE(window.tabTexts(), QStringList({ u"(new document)"_s, u"a.txt"_s }));
     QCOMPARE(window.currentEditor(), window.editorAt(1));
@@ -296,7 +296,7 @@ void OpeningTest::openCommandReadsWithTheCodeChosen()
     files.write(u"a.txt"_s, "\xE3\x81\x82\n");
     TestWindow window;
     QVERIFY(window.open());
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, int(CharCode::Utf8), 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s, CharCode::Utf8 };
     window.slotCmdFileOpen();
     QCOMPARE(window.currentEditor()->text(), u"あ\n"_s);
     QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s);
@@ -318,7 +318,7 @@ void OpeningTest::openCommandWithoutDocuments()
     TestWindow window;
     QVERIFY(window.open());
     window.slotCmdFileCloseTab();
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s };
     window.slotCmdFileOpen();
     QCOMPARE(window.tabTexts(), QStringList{ u"a.txt"_s });
     QCOMPARE(QApplication::focusWidget(), window.currentEditor());
@@ -334,14 +334,14 @@ void OpeningTest::resultGoesToTheDocumentThatAsked()
     window.slotCmdFileNew();
     ctlEditer *first = window.editorAt(0);
     ctlEditer *asking = window.currentEditor();
-    window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s };
     window.whileChoosing = [&] { window.tabBar()->setCurrentTab(first); };
     window.slotCmdFileOpen();
     QCOMPARE(asking->text(), u"text"_s);
     QCOMPARE(first->path(), QString());
     QTest::keyClicks(asking, u"x"_s);
     window.tabBar()->setCurrentTab(asking);
-    window.choices << FileChoice{ files.folder(), u"b.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s };
     window.slotCmdFileSaveAs();
     QCOMPARE(files.read(u"b.txt"_s), QByteArray("xtext"));
     QCOMPARE(asking->name(), u"b.txt"_s);

@@ -276,7 +276,7 @@ void RecentTest::restoresPosition()
     const std::function<void()> ways[] = { [&] { window.setDocument(name); },
         [&] { window.recentMenu()->actions().at(0)->trigger(); },
         [&] {
-            window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+            window.choices << FileChoice{ files.folder(), u"a.txt"_s };
             window.slotCmdFileOpen();
         } };
     for (const auto &open : ways) {
@@ -401,7 +401,7 @@ void RecentTest::undecodableNameIsReopened()
     {
         TestWindow window;
         QVERIFY(window.open());
-        window.choices << FileChoice{ files.folder(), FileName::fromBytes("\x93\xFA\x96\x7B.txt"), 0, 0 };
+        window.choices << FileChoice{ files.folder(), FileName::fromBytes("\x93\xFA\x96\x7B.txt") };
         window.slotCmdFileOpen();
         QCOMPARE(window.currentEditor()->text(), u"one\ntwo\n"_s);
         QTest::keyClicks(window.currentEditor(), u"x"_s);

@@ -1,5 +1,5 @@
-#include "app/frmmain.h"
 #include "app/replacerun.h"
+#include "app/searchrequest.h"
 #include "editor/ctlediter.h"
 #include "search/frmreplaceprogress.h"
 #include "tests/seeds.h"

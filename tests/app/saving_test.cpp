@@ -109,7 +109,7 @@ void SavingTest::saveOfANewDocumentAsksForAName()
     QCOMPARE(window.requests.at(0).folder, QDir::homePath() + u"/Documents/"_s);
     QCOMPARE(window.requests.at(0).name, u".txt"_s);
     QCOMPARE(window.tabTexts(), QStringList{ u"* (new document)"_s });
-    window.choices << FileChoice{ files.folder(), u"n.txt"_s, int(CharCode::Utf8), int(ReturnCode::Lf) };
+    window.choices << FileChoice{ files.folder(), u"n.txt"_s, CharCode::Utf8, ReturnCode::Lf };
     window.slotCmdFileSave();
     QCOMPARE(files.read(u"n.txt"_s), QByteArray("x"));
     QCOMPARE(window.tabTexts(), QStringList{ u"n.txt"_s });
@@ -134,7 +134,7 @@ void SavingTest::saveAsTakesNameAndCodes()
     TestWindow window;
     QVERIFY(window.open());
     window.setDocument(files.write(u"a.txt"_s, "\x82\xA0\r\n"));
-    window.choices << FileChoice{ files.folder(), u"b.txt"_s, int(CharCode::Euc), int(ReturnCode::Cr) };
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s, CharCode::Euc, ReturnCode::Cr };
     window.item(FileCommand::SaveAs)->trigger();
     QCOMPARE(files.read(u"b.txt"_s), QByteArray("\xA4\xA2\r"));
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("\x82\xA0\r\n"));
@@ -162,8 +162,7 @@ void SavingTest::failedSaveAsShowsTheCodesTaken()
     TestWindow window;
     QVERIFY(openModified(window, files, { u"a.txt"_s }));
     QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
-    window.choices << FileChoice{ files.folder() + u"missing/"_s, u"b.txt"_s, int(CharCode::Euc),
-        int(ReturnCode::Lf) };
+    window.choices << FileChoice{ files.folder() + u"missing/"_s, u"b.txt"_s, CharCode::Euc, ReturnCode::Lf };
     MessageBoxes boxes;
     window.slotCmdFileSaveAs();
     QCOMPARE(boxes.titles(), QStringList{ u"File Write Error"_s });
@@ -195,9 +194,9 @@ void SavingTest::failedSaveAsComesAgain()
     files.write(u"file"_s, {});
     QVERIFY(QDir(files.folder()).mkdir(u"sub"_s));
     folder = files.folder() + folder;
-    window.choices << FileChoice{ folder, name, int(CharCode::Euc), int(ReturnCode::Lf) }
-                   << FileChoice{ folder, name, int(CharCode::Jis), int(ReturnCode::Cr) }
-                   << FileChoice{ files.folder(), u"c.txt"_s, int(CharCode::Utf8), int(ReturnCode::Lf) };
+    window.choices << FileChoice{ folder, name, CharCode::Euc, ReturnCode::Lf }
+                   << FileChoice{ folder, name, CharCode::Jis, ReturnCode::Cr }
+                   << FileChoice{ files.folder(), u"c.txt"_s, CharCode::Utf8, ReturnCode::Lf };
     MessageBoxes boxes;
     QVERIFY(window.slotCmdFileSaveAs(window.currentEditor()));
     QCOMPARE(boxes.titles(), QStringList({ u"File Write Error"_s, u"File Write Error"_s }));
@@ -206,9 +205,9 @@ void SavingTest::failedSaveAsComesAgain()
         QCOMPARE(again.folder, folder);
         QCOMPARE(again.name, name);
     }
-    QCOMPARE(window.requests.at(1).charCode, int(CharCode::Euc));
-    QCOMPARE(window.requests.at(1).returnCode, int(ReturnCode::Lf));
-    QCOMPARE(window.requests.at(2).charCode, int(CharCode::Jis));
+    QCOMPARE(window.requests.at(1).charCode, std::optional(CharCode::Euc));
+    QCOMPARE(window.requests.at(1).returnCode, std::optional(ReturnCode::Lf));
+    QCOMPARE(window.requests.at(2).charCode, std::optional(CharCode::Jis));
     QCOMPARE(files.read(u"c.txt"_s), QByteArray("xold"));
     QVERIFY(QDir(files.folder() + u"sub"_s).isEmpty());
 }
@@ -356,7 +355,7 @@ void SavingTest::saveAllGoesBackToTheDocument()
     window.slotCmdFileNew();
     QTest::keyClicks(window.currentEditor(), u"x"_s);
     window.tabBar()->setCurrentTab(window.editorAt(0));
-    window.choices << FileChoice{ files.folder(), u"b.txt"_s, 0, 0 };
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s };
     window.slotCmdFileSaveAll();
     QCOMPARE(window.tabTexts(), QStringList({ u"a.txt"_s, u"b.txt"_s }));
     QCOMPARE(window.currentEditor(), window.editorAt(0));

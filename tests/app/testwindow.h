@@ -28,12 +28,9 @@ public:
     {
     }
 
-    struct Request {
+    /// What the file dialog was opened with.
+    struct Request : FileChoice {
         frmFileDialog::Mode mode;
-        QString folder;
-        QString name;
-        int charCode = 0;
-        int returnCode = 0;
     };
 
     /// Shows the window, active and with its first document, for which it does not wait.
@@ -72,14 +69,14 @@ public:
     }
 
     QList<FileChoice> choices; ///< what the file dialog is left with, in turn; cancelled when there is none
-    QList<Request> requests; ///< what it was opened with
+    QList<Request> requests;
     std::function<void()> whileChoosing = [] {};
     std::function<bool()> options = [] { return false; };
 
 private:
     std::optional<FileChoice> answer(frmFileDialog::Mode mode, const FileChoice &start)
     {
-        requests << Request{ mode, start.folder, start.name, start.charCode, start.returnCode };
+        requests << Request{ start, mode };
         whileChoosing();
         if (choices.isEmpty())
             return std::nullopt;

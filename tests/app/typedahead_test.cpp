@@ -99,12 +99,12 @@ void TypedAheadTest::keysGoNowhere_data()
         static_cast<QPEApplication *>(qApp)->request(files.folder() + u"a.txt"_s);
     };
     QTest::newRow("open") << Way([](TestWindow &window, const TestFiles &files) {
-        window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+        window.choices << FileChoice{ files.folder(), u"a.txt"_s };
         window.item(FileCommand::Open)->trigger();
     });
     QTest::newRow("open in a tab of its own") << Way([](TestWindow &window, const TestFiles &files) {
         window.currentEditor()->insert(u"z"_s);
-        window.choices << FileChoice{ files.folder(), u"a.txt"_s, 0, 0 };
+        window.choices << FileChoice{ files.folder(), u"a.txt"_s };
         window.item(FileCommand::Open)->trigger();
     });
     QTest::newRow("recent") << Way([](TestWindow &window, const TestFiles &files) {

@@ -115,7 +115,7 @@ void WorkingDayTest::openAll()
     const auto open = [this](const QString &name, const QByteArray &bytes, int code, int lineEnd) {
         m_files->write(name, bytes);
         m_expected[name] = bytes;
-        m_window->choices << FileChoice{ m_files->folder(), name, 0, 0 };
+        m_window->choices << FileChoice{ m_files->folder(), name };
         press(Qt::Key_O, Qt::ControlModifier);
         QCOMPARE(m_window->currentEditor()->name(), name);
         QCOMPARE(m_window->currentEditor()->charCode(), code);
@@ -168,7 +168,7 @@ void WorkingDayTest::saveAsOtherCodes()
         const Coded &from = codes().at(i), &to = codes().at((i + 1) % writable);
         m_window->tabBar()->setCurrentTab(editorOf(QString::fromLatin1(from.name) + u".cr"_s));
         const QString name = QString::fromLatin1(from.name) + u".to."_s + QLatin1StringView(to.name);
-        m_window->choices << FileChoice{ m_files->folder(), name, to.code, int(ReturnCode::Lf) };
+        m_window->choices << FileChoice{ m_files->folder(), name, CharCode(to.code), ReturnCode::Lf };
         m_window->item(FileCommand::SaveAs)->trigger();
         m_expected[name] = content(to, "\n", "x");
     }

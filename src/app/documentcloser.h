@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QCoreApplication>
+
+class DocumentArea;
+class DocumentSaver;
+class QWidget;
+class RecentPlaces;
+class ctlEditer;
+
+/// What becomes of edits when all documents are closed.
+enum class EditsAtClosing { Ask, Save };
+
+/// Closes documents, and asks what is to become of their edits.
+class DocumentCloser {
+    Q_DECLARE_TR_FUNCTIONS(frmMain)
+public:
+    /// Asks over `window`.
+    DocumentCloser(QWidget &window, DocumentArea &documents, DocumentSaver &saver, RecentPlaces &places);
+
+    /// Asks about an edited document and saves it on "Yes". False when it is not to be closed.
+    bool saveIfWanted(ctlEditer *editor);
+    /// Closes the current document, unless the user wants to keep it.
+    void askAndClose();
+    /// Closes every document, from the last tab backwards. False when that was cancelled or a save failed;
+    /// what was passed by then stays closed.
+    bool closeAll(EditsAtClosing edits);
+    /// Without asking. The document becomes the most recent file.
+    void close(ctlEditer *editor);
+
+private:
+    enum class Answer { Yes, No, Cancel };
+
+    Answer askToSave(const ctlEditer &editor);
+
+    QWidget &m_window;
+    DocumentArea &m_documents;
+    DocumentSaver &m_saver;
+    RecentPlaces &m_places;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "editor/ctlediter.h"
+
+/// Whether a document was ever saved, or opened from a file; others have no folder.
+inline bool hasFile(const ctlEditer &editor)
+{
+    return !editor.path().isEmpty();
+}
+
+/// Folder and name of a document's file.
+inline QString fullName(const ctlEditer &editor)
+{
+    return editor.path() + editor.name();
+}

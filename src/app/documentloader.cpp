@@ -1,0 +1,118 @@
+#include "app/documentloader.h"
+
+#include "app/documentarea.h"
+#include "app/documentfile.h"
+#include "app/recentplaces.h"
+#include "files/filename.h"
+#include "platform/keypause.h"
+#include "platform/messagebox.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+/// A document that nobody would miss: never saved and not edited.
+bool isFresh(const ctlEditer &editor)
+{
+    return !hasFile(editor) && !editor.edited();
+}
+
+/// Plain ASCII is no choice of the user's and would be wrong as soon as the file holds more: detected again.
+std::optional<CharCode> codeToReload(const ctlEditer &editor)
+{
+    const CharCode code = CharCode(editor.charCode());
+    return code == CharCode::Ascii || code == CharCode::Binary ? std::nullopt : std::optional(code);
+}
+
+/// Folder and name of a file, without looking at the disk. A "/" at the end is not part of the name.
+FileChoice fileOf(const QString &path, std::optional<CharCode> charCode)
+{
+    const QFileInfo info(QDir::cleanPath(path));
+    const QString folder = info.absolutePath();
+    return { folder.endsWith(u'/') ? folder : folder + u'/', info.fileName(), charCode };
+}
+
+} // namespace
+
+DocumentLoader::DocumentLoader(
+    QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents, RecentPlaces &places)
+    : m_window(window)
+    , m_dialogs(dialogs)
+    , m_documents(documents)
+    , m_places(places)
+{
+}
+
+void DocumentLoader::open(const QString &path, std::optional<CharCode> charCode)
+{
+    m_documents.commitComposition();
+    const FileChoice file = fileOf(path, charCode);
+    if (ctlEditer *editor = m_documents.editorOfFile(file.fullName())) {
+        m_documents.setCurrent(editor);
+        const QString question =
+            tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
+        if (editor->edited() && isReloadWanted(tr("Existing File"), question) && loadInto(editor, file))
+            m_places.restore(*editor);
+        return;
+    }
+    ctlEditer *editor = m_documents.add(FileName::forDisplay(file.name));
+    load(editor, file);
+    m_documents.present(editor);
+    m_places.restore(*editor);
+}
+
+void DocumentLoader::openChosen(ctlEditer *editor, const FileChoice &file)
+{
+    if (!editor || !isFresh(*editor) || m_documents.editorOfFile(file.fullName())) {
+        open(file.fullName(), file.charCode);
+        return;
+    }
+    if (loadInto(editor, file))
+        m_places.restore(*editor);
+    editor->setFocus();
+}
+
+void DocumentLoader::askAndOpen()
+{
+    ctlEditer *editor = m_documents.current();
+    if (const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::Open, startFor(editor)))
+        openChosen(editor, *file);
+}
+
+void DocumentLoader::askAndReload()
+{
+    ctlEditer *editor = m_documents.current();
+    if (!editor || !hasFile(*editor) || editor->name().isEmpty())
+        return;
+    const QString question = tr("Cancel edit and reload\n'%1'?").arg(FileName::forMessage(editor->name()));
+    if (isReloadWanted(tr("Confirm Reload"), question))
+        loadInto(editor, { editor->path(), editor->name(), codeToReload(*editor) });
+}
+
+/// Keys that are pressed meanwhile were not meant for what the document shows then.
+bool DocumentLoader::load(ctlEditer *editor, const FileChoice &file)
+{
+    KeyPause::begin();
+    const bool isAgain = fullName(*editor) == file.fullName();
+    const int charCode = file.charCode ? int(*file.charCode) : 0;
+    const bool isLoaded = editor->loadFile(file.folder, file.name, charCode);
+    if (isLoaded)
+        m_places.restoreCarried(*editor);
+    else if (!isAgain)
+        m_places.carry(*editor);
+    return isLoaded;
+}
+
+bool DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file)
+{
+    const bool isLoaded = load(editor, file);
+    m_documents.refresh(editor);
+    return isLoaded;
+}
+
+bool DocumentLoader::isReloadWanted(const QString &title, const QString &question)
+{
+    return MessageBox::question(&m_window, title, question, { tr("Yes"), tr("No") }, 0, MessageBox::noEscape)
+        == 0;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/windowdialogs.h"
+
+#include <QCoreApplication>
+
+class DocumentArea;
+class RecentPlaces;
+class ctlEditer;
+
+/// Opens and reloads files, as the user or another program wants it: the one place that reads a file into a
+/// document.
+class DocumentLoader {
+    Q_DECLARE_TR_FUNCTIONS(frmMain)
+public:
+    /// Asks over `window`.
+    DocumentLoader(
+        QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents, RecentPlaces &places);
+
+    /// Opens a file, or switches to its tab when it is open already; asks before edits are thrown away.
+    /// Without a code it is detected. The path may be relative.
+    void open(const QString &path, std::optional<CharCode> charCode);
+    /// Opens a file the user has chosen: in the document that was current then (or null), when nobody would
+    /// miss that.
+    void openChosen(ctlEditer *editor, const FileChoice &file);
+    /// Has the user choose the file.
+    void askAndOpen();
+    /// Asks whether to read the current document's file again, and does; nothing for one that has none.
+    void askAndReload();
+
+private:
+    bool load(ctlEditer *editor, const FileChoice &file);
+    bool loadInto(ctlEditer *editor, const FileChoice &file);
+    bool isReloadWanted(const QString &title, const QString &question);
+
+    QWidget &m_window;
+    const WindowDialogs &m_dialogs;
+    DocumentArea &m_documents;
+    RecentPlaces &m_places;
+};

@@ -1,0 +1,97 @@
+#include "app/documentsaver.h"
+
+#include "app/documentarea.h"
+#include "app/recentplaces.h"
+#include "editor/ctlediter.h"
+#include "editor/ctltabbar.h"
+#include "files/filename.h"
+#include "platform/qcop.h"
+
+#include <QDir>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Tells the file explorer, when it runs, that a file has changed.
+void announceSaved(const ctlEditer &editor)
+{
+    const QString channel = u"QPE/Application/corvex"_s;
+    if (!QCopChannel::isRegistered(channel))
+        return;
+    QCopEnvelope message(channel, u"refreshListItem(QString,QString)"_s);
+    message << editor.path() << editor.name();
+}
+
+/// The folder that is offered for new documents may not be there yet. One that was named otherwise is not
+/// made: it is more likely mistyped.
+void makeDocumentsFolder(const QString &folder)
+{
+    if (folder == QDir::homePath() + u"/Documents/"_s && !FileName::exists(folder))
+        ::mkdir(FileName::toBytes(folder).constData(), S_IRWXU | S_IRWXG | S_IRWXO);
+}
+
+} // namespace
+
+DocumentSaver::DocumentSaver(
+    QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents, RecentPlaces &places)
+    : m_window(window)
+    , m_dialogs(dialogs)
+    , m_documents(documents)
+    , m_places(places)
+{
+}
+
+bool DocumentSaver::save(ctlEditer *editor)
+{
+    return saveTo(editor, { editor->path(), editor->name() });
+}
+
+bool DocumentSaver::saveTo(ctlEditer *editor, const FileChoice &file)
+{
+    if (file.folder.isEmpty())
+        return saveAs(editor);
+    const int charCode = file.charCode ? int(*file.charCode) : 0;
+    const int returnCode = file.returnCode ? int(*file.returnCode) : 0;
+    const bool isSaved = editor->saveFile(file.folder, file.name, charCode, returnCode);
+    // Codes that were chosen are the document's also when it could not be written.
+    m_documents.refresh(editor);
+    if (!isSaved)
+        return false;
+    m_places.dropCarried(*editor);
+    announceSaved(*editor);
+    return true;
+}
+
+bool DocumentSaver::saveAs(ctlEditer *editor)
+{
+    m_documents.setCurrent(editor);
+    FileChoice start = startFor(editor);
+    while (const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::SaveAs, start)) {
+        makeDocumentsFolder(file->folder);
+        if (saveTo(editor, *file))
+            return true;
+        // Binary text cannot be saved anywhere.
+        if (CharCode(editor->charCode()) == CharCode::Binary)
+            return false;
+        start = *file; // what was chosen is not lost, and can be mended
+    }
+    return false;
+}
+
+void DocumentSaver::saveAll()
+{
+    ctlEditer *const before = m_documents.current();
+    if (!before)
+        return;
+    const ctlTabBar &tabs = *m_documents.tabBar();
+    for (const int id : tabs.ids()) {
+        ctlEditer *editor = tabs.editorOf(id);
+        if (editor && editor->edited() && !save(editor))
+            return;
+    }
+    // A document that asked something was shown for that; where saving stops, it stays so.
+    m_documents.setCurrent(before);
+}

@@ -1,0 +1,81 @@
+#include "app/recentplaces.h"
+
+#include "app/documentfile.h"
+
+#include <algorithm>
+
+namespace {
+
+bool isRecorded(const ctlEditer &editor)
+{
+    return hasFile(editor) && !editor.name().isEmpty();
+}
+
+auto isEntryOf(const ctlEditer &editor)
+{
+    return [path = editor.path(), name = editor.name()](
+               const RecentEntry &entry) { return entry.path == path && entry.name == name; };
+}
+
+RecentEntry entryFor(const ctlEditer &editor)
+{
+    const RowCol cursor = editor.cursorPosition();
+    return { editor.path(), editor.name(), cursor.row, cursor.column, editor.xOffset(),
+        editor.topRow() * editor.cellHeight() };
+}
+
+} // namespace
+
+void RecentPlaces::add(const ctlEditer &editor)
+{
+    if (!isRecorded(editor))
+        return;
+    auto &entries = recentFiles().entries;
+    const auto oldest = entries.end() - 1;
+    const auto place = std::find_if(entries.begin(), oldest, isEntryOf(editor));
+    std::rotate(entries.begin(), place, place + 1);
+    entries.front() = m_carried.contains(&editor) ? m_carried.take(&editor) : entryFor(editor);
+    emit changed();
+}
+
+void RecentPlaces::restore(ctlEditer &editor) const
+{
+    if (appSettings().RestoreScroll != 1 || !isRecorded(editor))
+        return;
+    const std::optional<RecentEntry> entry = placeOf(editor);
+    if (!entry)
+        return;
+    // The cursor first: setting it scrolls to it, and it may have been out of view.
+    editor.setCursorPosition(qMax<qint64>(0, entry->cursorRow), qMax<qint64>(0, entry->cursorColumn));
+    editor.setXOffset(entry->scrollX);
+    editor.setTopRow(qMax<qint64>(0, entry->scrollY) / qMax(1, editor.cellHeight()));
+}
+
+void RecentPlaces::carry(const ctlEditer &editor)
+{
+    if (const std::optional<RecentEntry> place = placeOf(editor))
+        m_carried.insert(&editor, *place);
+}
+
+void RecentPlaces::restoreCarried(ctlEditer &editor)
+{
+    if (!m_carried.contains(&editor))
+        return;
+    restore(editor);
+    m_carried.remove(&editor);
+}
+
+void RecentPlaces::dropCarried(const ctlEditer &editor)
+{
+    m_carried.remove(&editor);
+}
+
+std::optional<RecentEntry> RecentPlaces::placeOf(const ctlEditer &editor) const
+{
+    const auto carried = m_carried.constFind(&editor);
+    if (carried != m_carried.cend())
+        return *carried;
+    const auto &entries = recentFiles().entries;
+    const auto entry = std::find_if(entries.begin(), entries.end(), isEntryOf(editor));
+    return entry == entries.end() ? std::nullopt : std::optional(*entry);
+}

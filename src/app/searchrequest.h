@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+
+/// The last search that was asked for.
+struct SearchRequest {
+    int searchMode = 0; ///< 0 search, 1 replace
+    int caseSensitive = 0;
+    QString findText;
+    QString replaceText;
+};

@@ -1,0 +1,68 @@
+#include "app/sessionend.h"
+
+#include "app/documentarea.h"
+#include "app/documentcloser.h"
+#include "editor/ctlediter.h"
+#include "platform/qpeapplication.h"
+#include "settings/settings.h"
+
+#include <QSessionManager>
+
+#include <algorithm>
+#include <utility>
+
+SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer)
+    : m_documents(documents)
+    , m_closer(closer)
+{
+    connect(&documents, &DocumentArea::closed, this, &SessionEnd::forget);
+    connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
+        connect(editor, &ctlEditer::textChanged, this, [this, editor] { forget(editor); });
+    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
+        m_documents.commitComposition();
+        if (!prepare(hasEdits() && session.allowsInteraction()))
+            session.cancel();
+    });
+    if (auto *application = qobject_cast<QPEApplication *>(qApp))
+        connect(application, &QPEApplication::sessionEnded, this, &SessionEnd::closeUnwanted);
+}
+
+bool SessionEnd::prepare(bool mayAsk)
+{
+    m_unwanted.clear();
+    if (hasEdits() && (!mayAsk || QPEApplication::isBusy()))
+        return false;
+    const QList<ctlEditer *> editors = m_documents.editors();
+    for (auto editor = editors.rbegin(); editor != editors.rend(); ++editor) {
+        if (!(*editor)->edited())
+            continue;
+        m_documents.setCurrent(*editor);
+        if (!m_closer.saveIfWanted(*editor))
+            return false;
+        if ((*editor)->edited())
+            m_unwanted << *editor;
+    }
+    // The session may go on.
+    if (writeSettings())
+        emit settingsTakenOver();
+    return true;
+}
+
+bool SessionEnd::hasEdits() const
+{
+    const QList<ctlEditer *> editors = m_documents.editors();
+    return std::any_of(
+        editors.begin(), editors.end(), [](const ctlEditer *editor) { return editor->edited(); });
+}
+
+void SessionEnd::forget(ctlEditer *editor)
+{
+    m_unwanted.removeOne(editor);
+}
+
+void SessionEnd::closeUnwanted()
+{
+    for (ctlEditer *editor : std::exchange(m_unwanted, {}))
+        m_closer.close(editor);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+
+class DocumentArea;
+class DocumentCloser;
+class ctlEditer;
+
+/// What the end of the user's session asks of the documents.
+class SessionEnd : public QObject {
+    Q_OBJECT
+public:
+    /// Answers the session manager from then on, while it lives.
+    SessionEnd(DocumentArea &documents, DocumentCloser &closer);
+
+    /// Asks about edited documents, from the last tab backwards. False when the session is not to end: that
+    /// was cancelled, a save failed, or there is something to ask while nothing may be asked or a dialog
+    /// waits for its answer. All documents stay open, since the session may go on all the same; those whose
+    /// edits nobody wanted are closed without asking when it really ends.
+    bool prepare(bool mayAsk);
+
+signals:
+    /// The settings were written, and what other programs had written was taken over.
+    void settingsTakenOver();
+
+private:
+    bool hasEdits() const;
+    void forget(ctlEditer *editor);
+    void closeUnwanted();
+
+    DocumentArea &m_documents;
+    DocumentCloser &m_closer;
+    QList<ctlEditer *> m_unwanted; ///< not to be saved at the end of the session, and not edited since
+};

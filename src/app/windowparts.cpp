@@ -1,0 +1,24 @@
+#include "app/windowparts.h"
+
+#include "settings/settings.h"
+
+#include <QMainWindow>
+
+WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
+    : dialogs(std::move(windowDialogs))
+    , language(appSettings().Lang)
+    , fullScreen(*new FullScreen(&window))
+    , recentMenu(*new RecentMenu(&window))
+    , menus(*new MainMenus(window, recentMenu))
+    , commandBar(*new CommandBar(menus, &window))
+    , documents(*new DocumentArea(&window))
+    , firstDocument(window, documents)
+    , loader(window, dialogs, documents, places)
+    , saver(window, dialogs, documents, places)
+    , closer(window, documents, saver, places)
+    , sessionEnd(documents, closer)
+    , search(window, documents)
+{
+    window.addToolBar(&commandBar);
+    window.setCentralWidget(&documents);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/commandbar.h"
+#include "app/documentarea.h"
+#include "app/documentcloser.h"
+#include "app/documentloader.h"
+#include "app/documentsaver.h"
+#include "app/firstdocument.h"
+#include "app/fullscreen.h"
+#include "app/interfacelanguage.h"
+#include "app/mainmenus.h"
+#include "app/recentmenu.h"
+#include "app/recentplaces.h"
+#include "app/searchruns.h"
+#include "app/sessionend.h"
+#include "app/windowdialogs.h"
+
+class QMainWindow;
+
+/// What the main window consists of, each part made with those above it that it needs. None knows the window
+/// as more than the widget that dialogs stand over.
+struct WindowParts {
+    /// Puts the widgets into the window, which owns them. The settings are read by then.
+    WindowParts(QMainWindow &window, WindowDialogs windowDialogs);
+
+    const WindowDialogs dialogs;
+    InterfaceLanguage language;
+    FullScreen &fullScreen;
+    RecentMenu &recentMenu;
+    MainMenus &menus;
+    CommandBar &commandBar;
+    DocumentArea &documents;
+    FirstDocument firstDocument;
+    RecentPlaces places;
+    DocumentLoader loader;
+    DocumentSaver saver;
+    DocumentCloser closer;
+    SessionEnd sessionEnd;
+    SearchRuns search;
+};
