@@ -30,7 +30,7 @@ void FirstDocument::noteActivation()
 void FirstDocument::make()
 {
     m_timer.stop();
-    m_isDue = !m_window.isActiveWindow();
+    m_isDue = !m_documents.current() && !m_window.isActiveWindow();
     if (m_isDue)
         return;
     if (!m_documents.current())

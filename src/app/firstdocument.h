@@ -23,5 +23,5 @@ private:
     const QWidget &m_window;
     DocumentArea &m_documents;
     QTimer m_timer;
-    bool m_isDue = false; ///< the time is over, but the window was not active
+    bool m_isDue = false; ///< the time is over, but the window was not active and had none
 };
