@@ -71,6 +71,7 @@ qint64 TextDocument::applyStep(qint64 (UndoHistory::*step)(TextStore &, const Un
 
 void TextDocument::setText(TextStore &&text)
 {
+    emit aboutToReplace();
     const TextChange change{ 0, m_store.length(), text.length() };
     m_history.clear();
     m_store = std::move(text);
@@ -101,6 +102,7 @@ std::optional<ReadFailure> TextDocument::load(
 void TextDocument::decode(QByteArray &&bytes)
 {
     const TextCodec &codec = codecToRead(m_codes.charCode, bytes);
+    emit aboutToReplace();
     const qint64 gone = m_store.length();
     m_history.clear();
     m_store = TextStore(m_store.layoutRule());

@@ -104,6 +104,8 @@ public:
 signals:
     /// After each edit, undo and redo; what they are made of comes one by one.
     void changed(const TextChange &change);
+    /// The text is about to become another one: for whoever keeps something of this one.
+    void aboutToReplace();
     /// The text is another one, or was read again: places in the one before say nothing any more. `change` is
     /// from the whole of one to the whole of the other.
     void replaced(const TextChange &change);
