@@ -121,7 +121,8 @@ void replaceAll(benchmark::State &state, Script script, Lines lines, Wrapping wr
         window.resize(800, 600);
         ctlEditer editor(&window);
         editor.setGeometry(window.rect());
-        editor.setWordWrap(wrapping == Wrapped ? QMultiLineEdit::WidgetWidth : QMultiLineEdit::NoWrap);
+        editor.setWrapColumnOrWidth(editor.viewport()->width());
+        editor.setWordWrap(wrapping == Wrapped ? QMultiLineEdit::FixedPixelWidth : QMultiLineEdit::NoWrap);
         window.show();
         editor.setText(storeOf(script, lines, units, hits, editor.layoutRule()));
         QCoreApplication::processEvents();

@@ -92,14 +92,16 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    /// Adds row numbers, marks and the active row's line to the row.
-    void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update) override;
+    CellLook cellLook(const RowLayout &row) const override;
+    CursorLook cursorLook() const override;
+    /// Row numbers, signs, and the line below the cursor's row.
+    void drawUnderText(RowPainter &row) const override;
+    void drawOverText(RowPainter &row) const override;
+    void drawOverCursor(RowPainter &row, const QRectF &cell) const override;
 
 private:
     QString rowNumber(qint64 row) const;
-    void drawRowNumber(RowPainter &painter) const;
     QColor cursorColor() const;
-    void drawActiveLine(RowPainter &painter, const QRectF &cell) const;
 
     int fixedWrapWidth() const;
     void setDecodedText(QByteArray &&bytes);

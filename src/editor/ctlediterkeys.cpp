@@ -91,7 +91,7 @@ private:
 
 void ctlEditer::keyPressEvent(QKeyEvent *event)
 {
-    const bool mayEdit = !isReadOnly() && !isComposing();
+    const bool mayEdit = !isComposing();
     if (mayEdit && appSettings().AutoIndent != 0 && isReturn(*event))
         breakLine();
     else if (mayEdit && isTab(*event) && marksSeveralLines())

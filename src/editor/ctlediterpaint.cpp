@@ -1,6 +1,6 @@
 #include "editor/ctlediter.h"
 
-#include "editor/rowmarks.h"
+#include "editor/rowsigns.h"
 #include "platform/screenclass.h"
 #include "rows/fontmeasure.h"
 #include "rows/rowpainter.h"
@@ -22,14 +22,14 @@ int rowNumberFontSize()
     return forScreen(6, 16);
 }
 
-LineEndMark lineEndMark(const RowLayout &layout, qint64 rowCount)
+LineEndSign lineEndSign(const RowLayout &layout, qint64 rowCount)
 {
     const AppSettings &settings = appSettings();
     if (!layout.endsLine())
-        return LineEndMark::None;
+        return LineEndSign::None;
     if (layout.row() + 1 == rowCount)
-        return settings.ShowEOF == 1 ? LineEndMark::EndOfFile : LineEndMark::None;
-    return settings.ShowKAI == 1 ? LineEndMark::Arrow : LineEndMark::None;
+        return settings.ShowEOF == 1 ? LineEndSign::EndOfFile : LineEndSign::None;
+    return settings.ShowKAI == 1 ? LineEndSign::Arrow : LineEndSign::None;
 }
 
 /// Relative luminance, 0 black to 1 white, as the Web Content Accessibility Guidelines 2 define it.
@@ -50,35 +50,26 @@ bool isBlackFaintOn(const QColor &color)
 
 } // namespace
 
-void ctlEditer::paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update)
+QMultiLineEdit::CellLook ctlEditer::cellLook(const RowLayout &row) const
 {
-    if (row < 0 || row >= numLines())
-        return;
+    const bool coversSign = row.endsLine() && appSettings().ShowKAI != 0;
+    return { .text = m_foreColor, .lineEndWidth = coversSign ? 2 + fontMeasure()->xWidth() : 0 };
+}
+
+QMultiLineEdit::CursorLook ctlEditer::cursorLook() const
+{
+    return { .color = cursorColor(), .width = appSettings().BackColor == blackIndex ? 1 : 2 };
+}
+
+void ctlEditer::drawOverText(RowPainter &row) const
+{
     const AppSettings &settings = appSettings();
-    const FontMeasure &measure = *fontMeasure();
-    const QColor base = palette().color(QPalette::Base);
-    const InsertedText composed = compositionInRow(row);
-    RowPainter painter(target, measure, rowPlace(row, cell, update), base, composed);
-    drawRowNumber(painter);
-    painter.drawText(m_foreColor);
-    RowPainter::Selection marked;
-    if (markedInRow(row, &marked.begin, &marked.end)) {
-        if (painter.layout().endsLine() && settings.ShowKAI != 0)
-            marked.lineEndWidth = 2 + measure.xWidth();
-        painter.drawSelection(
-            marked, palette().color(QPalette::Highlight), palette().color(QPalette::HighlightedText));
-    }
-    if (!composed.text.isEmpty())
-        painter.drawComposition(composed.column, composed.text.size(), preedit().formats, m_foreColor);
-    drawLineEndMark(painter, measure, lineEndMark(painter.layout(), numLines()));
+    const auto measure = fontMeasure();
+    drawLineEndSign(row, *measure, lineEndSign(row.layout(), numLines()));
     if (settings.ShowTAB == 1)
-        drawTabMarks(painter);
+        drawTabSigns(row);
     if (settings.ShowZEN == 1)
-        drawFullWidthSpaceMarks(painter, measure);
-    if (row == cursorPosition().row)
-        drawCursorInRow(painter, cursorColor(), settings.BackColor == blackIndex ? 1 : 2);
-    drawActiveLine(painter, cell);
-    finishRow(painter);
+        drawFullWidthSpaceSigns(row, *measure);
 }
 
 /// The colour that is combined with the background: its own gives black, and its opposite white where black
@@ -101,36 +92,38 @@ QString ctlEditer::rowNumber(qint64 row) const
     return QString::number(number + 1).rightJustified(rowNumberDigits).right(rowNumberDigits);
 }
 
-void ctlEditer::drawRowNumber(RowPainter &painter) const
+/// The number of the row, and the rule between numbers and text.
+void ctlEditer::drawUnderText(RowPainter &row) const
 {
     const AppSettings &settings = appSettings();
     if (settings.RowNo == NoRowNumbers)
         return;
-    const RowCanvas &canvas = painter.canvas();
+    const RowCanvas &canvas = row.canvas();
     const QColor color = settings.RowNoColor != 0 ? m_rowNoColor : m_foreColor;
-    const QRect row = canvas.rowRect();
+    const QRect area = canvas.rowRect();
     const int left = canvas.x(1);
     const int rule = canvas.x(hMargin() - 3);
-    m_rowNumberFont.fit(rowNumberFontSize(), canvas.scale(), QSize(rule - left, row.height()));
+    m_rowNumberFont.fit(rowNumberFontSize(), canvas.scale(), QSize(rule - left, area.height()));
     const FontMeasure &measure = m_rowNumberFont.measure();
     const int gap = settings.FontSize >= largeFontSize ? 3 : 2;
     const int top = canvas.y(canvas.rowHeight() - measure.height() - gap);
     // In a low row they stand where they are whole.
-    const int baseline = qMax(row.top() + m_rowNumberFont.digitHeight(),
-        qMin(top + canvas.pixels(measure.ascent()), row.bottom() + 1 - m_rowNumberFont.digitDepth()));
-    painter.drawCharacters(measure, QPoint(left, baseline), rowNumber(painter.layout().row()), color);
-    painter.painter().fillRect(rule, row.top(), canvas.thickness(1), row.height(), color);
+    const int baseline = qMax(area.top() + m_rowNumberFont.digitHeight(),
+        qMin(top + canvas.pixels(measure.ascent()), area.bottom() + 1 - m_rowNumberFont.digitDepth()));
+    row.drawCharacters(measure, QPoint(left, baseline), rowNumber(row.layout().row()), color);
+    row.painter().fillRect(rule, area.top(), canvas.thickness(1), area.height(), color);
 }
 
-void ctlEditer::drawActiveLine(RowPainter &painter, const QRectF &cell) const
+/// The line below the cursor's row.
+void ctlEditer::drawOverCursor(RowPainter &row, const QRectF &cell) const
 {
-    if (painter.layout().row() != cursorPosition().row || appSettings().ActiveHLine <= 0)
+    if (row.layout().row() != cursorPosition().row || appSettings().ActiveHLine <= 0)
         return;
-    const RowCanvas &canvas = painter.canvas();
+    const RowCanvas &canvas = row.canvas();
     const qint64 marginShown = hMargin() - xOffset();
     const int left = canvas.x(marginShown < 1 ? -2 : qreal(marginShown - 2));
     const int right = canvas.x(cell.width());
     const int stroke = canvas.thickness(1);
-    painter.painter().fillRect(
+    row.painter().fillRect(
         left, canvas.rowRect().bottom() + 1 - stroke, right - left, stroke, m_activeLineColor);
 }

@@ -4,16 +4,18 @@
 #include "text/undohistory.h"
 
 #include <QAbstractScrollArea>
-#include <QInputMethodEvent>
+#include <QColor>
 
 #include <memory>
 
 class FontMeasure;
 class QMenu;
 class QPainter;
+class RowLayout;
 class RowPainter;
-struct RowPlace;
-struct InsertedText;
+class TextDocument;
+class ViewScrollBar;
+struct Preedit;
 
 /// A multi-line plain-text editor on a TextStore: the classic interface with its classic names.
 ///
@@ -28,7 +30,7 @@ struct InsertedText;
 class QMultiLineEdit : public QAbstractScrollArea {
     Q_OBJECT
 public:
-    enum WordWrap { NoWrap, WidgetWidth, FixedPixelWidth, FixedColumnWidth };
+    enum WordWrap { NoWrap, FixedPixelWidth };
     /// Where a row may end: between any two characters, as text without blanks between words needs it.
     enum WrapPolicy { Anywhere };
 
@@ -50,10 +52,8 @@ public:
     QString text() const;
     /// Display rows.
     qint64 numLines() const;
-    /// Text of one row without its line end; null for a row that does not exist.
-    QString textLine(qint64 row) const;
-    /// Whether a row is the last one of its logical line.
-    bool isEndOfParagraph(qint64 row) const;
+    /// The document that is shown, owned by this; its store is laid out as the view shows it.
+    TextDocument &document();
     const TextStore &store() const;
     const UndoHistory &history() const;
 
@@ -68,13 +68,15 @@ public:
     CursorPlace cursorPlace() const;
     void setCursorPlace(CursorPlace place, bool mark = false);
 
-    /// The end of the marked text that the cursor is not at; the cursor's own offset when nothing is marked.
+    /// The end of the selection that the cursor is not at; the cursor's own offset when nothing is selected.
     qint64 anchorOffset() const;
     CursorPlace anchorPlace() const;
     bool hasMarkedText() const;
     QString markedText() const;
-    /// First and last place of the marked text, first <= last; false when nothing is marked.
+    /// First and last place of the selection, first <= last; false when nothing is selected.
     bool getMarkedRegion(qint64 *row1, qint64 *column1, qint64 *row2, qint64 *column2) const;
+    /// Selects the text from `from` to `to`, where the cursor goes, and scrolls to it.
+    void select(CursorPlace from, CursorPlace to);
 
     bool isUndoEnabled() const;
     /// Off: edits are not recorded; switching either way empties the history.
@@ -91,13 +93,10 @@ public:
     /// Typed characters replace those they are typed before, which a block shows in place of the cursor's
     /// line.
     bool isOverwriteMode() const;
-    /// Read only: neither a person nor cut(), paste(), undo() and redo() change the text; the rest can.
-    bool isReadOnly() const;
-    void setReadOnly(bool readOnly);
 
     WordWrap wordWrap() const;
     void setWordWrap(WordWrap mode);
-    /// Pixels for FixedPixelWidth, columns of "x" for FixedColumnWidth; below 1 counts as 1.
+    /// Pixels for FixedPixelWidth; below 1 counts as 1.
     void setWrapColumnOrWidth(int value);
     int wrapColumnOrWidth() const;
     void setWrapPolicy(WrapPolicy policy);
@@ -117,6 +116,8 @@ public:
     /// The vertical one in rows.
     qint64 topRow() const;
     void setTopRow(qint64 row);
+    /// Scrolls until a place is visible.
+    void showPlace(CursorPlace place);
     /// Height of a row in logical pixels: whole device pixels, so a fraction at most scales.
     qreal rowHeight() const;
     /// rowHeight() as a whole number, for vertical offsets.
@@ -126,16 +127,15 @@ public:
     /// A row with its margin in viewport coordinates, moved by the view's offsets; any row, visible or not.
     QRectF cellRect(qint64 row) const;
     /// The cursor's place in viewport coordinates; where that is far outside, a place outside on the same
-    /// side.
+    /// side. Likewise that of the character behind an offset.
     QRect cursorRect() const;
+    QRect characterRect(qint64 offset) const;
     /// Offset of the cursor place nearest to a point of the viewport.
     qint64 offsetAt(const QPoint &point) const;
     /// Replaces the whole content by a store that was built with layoutRule().
     virtual void setText(TextStore &&store);
     /// The rule new stores for this editor are to be built with.
     LayoutRule layoutRule() const;
-    /// Scrolls so that the cursor is visible.
-    void makeCursorVisible();
 
     /// What an input method is composing becomes text, as if Return had been given to the input method; also
     /// where that does not answer. For whoever is about to read the text.
@@ -148,14 +148,12 @@ public:
 public slots:
     virtual void setText(const QString &text);
     void clear();
-    /// Replaces the marked text, or inserts at the cursor.
+    /// Replaces the selection, or inserts at the cursor.
     virtual void insert(const QString &text);
     /// The same, with its spellings.
     void insert(const TextPiece &text);
-    /// Inserts at a place without touching the cursor's text; marks it when asked.
-    virtual void insertAt(const QString &text, qint64 row, qint64 column, bool mark = false);
-    /// Takes a display row out, with its line end where it has one; nothing for a row that does not exist.
-    virtual void removeLine(qint64 row);
+    /// Puts text in place of the units from..to - 1, wherever the cursor is, which keeps its text.
+    void replace(qint64 from, qint64 to, const QString &text);
     void selectAll();
     void deselect();
     virtual void cut();
@@ -168,40 +166,35 @@ public slots:
 signals:
     /// The text changed; once for each operation, whatever it is made of.
     void textChanged();
-    /// Return or Enter broke a line.
-    void returnPressed();
     /// There is something to undo now, or no more; likewise for the next two. Never twice the same.
     void undoAvailable(bool available);
     void redoAvailable(bool available);
     void copyAvailable(bool available);
 
 protected:
-    /// Text that an input method is still composing: shown at the cursor, no part of the document.
-    struct Preedit {
-        QString text;
-        QList<QInputMethodEvent::Attribute> formats; ///< of kind TextFormat; start and length in `text`
-        int cursor = 0; ///< the cursor's place in `text`
-        bool cursorVisible = true;
-    };
+    /// What an input method is composing, shown at the cursor; Return then ends that and breaks no line.
     const Preedit &preedit() const;
-    /// Whether an input method is composing: Return then ends the composition and breaks no line.
     bool isComposing() const;
 
     /// Paints the part `update` of one row; both rectangles are in viewport coordinates, `cell` is
     /// cellRect(row). Does nothing for a row that does not exist.
     virtual void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update);
-    /// What paintCell() is made of: where the row is drawn, the composed text a row shows, the columns of the
-    /// row as shown that are marked (one behind its length where the line end is), and the cursor where the
-    /// row has it and it is visible.
-    RowPlace rowPlace(qint64 row, const QRectF &cell, const QRect &update);
-    InsertedText compositionInRow(qint64 row) const;
-    bool markedInRow(qint64 row, qint64 *begin, qint64 *end) const;
-    void drawCursorInRow(RowPainter &row, const QColor &color, int width) const;
-    /// The last step of paintCell(): copies the row to the target, and remembers how far to the right it
-    /// shows anything. Behind its text that are a line end's marks; only the cursor's row may show more.
-    void finishRow(RowPainter &row);
-    /// Whether the cursor is in the visible phase of its blinking.
-    bool isCursorOn() const;
+    /// How paintCell() draws what every editor shows; the rest comes from the palette.
+    struct CellLook {
+        QColor text;
+        qreal lineEndWidth = 0; ///< logical pixels by which a selected line end widens the selection
+    };
+    virtual CellLook cellLook(const RowLayout &row) const;
+    struct CursorLook {
+        QColor color; ///< is combined with what is there
+        int width = 2; ///< logical pixels
+    };
+    virtual CursorLook cursorLook() const;
+    /// What a kind of editor adds to a row: under its text, over text and selection but under the cursor, and
+    /// over that. Only the cursor's row may show anything far behind its text.
+    virtual void drawUnderText(RowPainter &row) const;
+    virtual void drawOverText(RowPainter &row) const;
+    virtual void drawOverCursor(RowPainter &row, const QRectF &cell) const;
     std::shared_ptr<const FontMeasure> fontMeasure() const;
     /// Asks for a repaint of one row, or of all, at most once a frame. Whatever changes how rows look has to
     /// ask by these: what it is not told of may be shown as it was.
@@ -217,7 +210,6 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
-    void timerEvent(QTimerEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
@@ -235,23 +227,15 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    struct Private;
-    /// The parts. Whoever reaches for them with -> finds the text laid out by the present font and wrap, so
-    /// that rows, the view and the scroll bars are those of the present; asTheyAre() is for whoever changes
-    /// what the text is laid out by, and for questions that have nothing to do with rows.
-    class Parts {
-    public:
-        explicit Parts(QMultiLineEdit *edit);
-        ~Parts();
-        Q_DISABLE_COPY_MOVE(Parts)
-        Private *operator->() const;
-        Private &operator*() const { return *operator->(); }
-        Private &asTheyAre() const { return *m_parts; }
+    struct Parts;
+    /// The parts, with the text laid out by the present font and wrap: for whatever has to do with rows or
+    /// the view.
+    Parts &laidOut() const;
+    void drawCursor(RowPainter &row) const;
+    /// In the present language.
+    void nameScrollBars();
 
-    private:
-        std::unique_ptr<Private> m_parts;
-    };
-    Parts d;
-    friend struct Private;
-    friend class TextAccessible;
+    ViewScrollBar *const m_verticalBar;
+    ViewScrollBar *const m_horizontalBar;
+    const std::unique_ptr<Parts> d;
 };

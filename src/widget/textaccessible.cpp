@@ -1,9 +1,10 @@
 #include "widget/textaccessible.h"
 
-#include "text/enteredtext.h"
-#include "widget/qmultilineedit_p.h"
 #include "platform/qpeapplication.h"
 #include "text/cursorstops.h"
+#include "text/enteredtext.h"
+#include "widget/qmultilineedit.h"
+#include "widget/textcursor.h"
 
 #include <QFontInfo>
 #include <QTextBoundaryFinder>
@@ -19,15 +20,6 @@ constexpr qint64 largestOffset = std::numeric_limits<int>::max();
 int toInt(qint64 offset)
 {
     return int(qMin(offset, largestOffset));
-}
-
-/// The beginning of a text, as long as one announcement may be; no surrogate pair is cut.
-template <typename Text> QString beginning(const Text &text, qint64 offset, qint64 length)
-{
-    QString shown = text.text(offset, qMin(length, TextAccessible::longestUnit));
-    if (shown.size() < length && shown.back().isHighSurrogate())
-        shown.chop(1);
-    return shown;
 }
 
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
@@ -63,8 +55,7 @@ QAccessible::State TextAccessible::state() const
     QAccessible::State state = QAccessibleWidget::state();
     state.multiLine = true;
     state.selectableText = true;
-    state.editable = !edit()->isReadOnly();
-    state.readOnly = edit()->isReadOnly();
+    state.editable = true;
     return state;
 }
 
@@ -102,9 +93,10 @@ int TextAccessible::selectionCount() const
 
 void TextAccessible::selection(int index, int *start, int *end) const
 {
-    const TextRange marked = index == 0 ? edit()->d->marked() : TextRange{};
-    *start = toInt(marked.start);
-    *end = toInt(marked.end);
+    const qint64 cursor = index == 0 ? edit()->cursorOffset() : 0;
+    const qint64 anchor = index == 0 ? edit()->anchorOffset() : 0;
+    *start = toInt(qMin(cursor, anchor));
+    *end = toInt(qMax(cursor, anchor));
 }
 
 void TextAccessible::addSelection(int start, int end)
@@ -121,7 +113,7 @@ void TextAccessible::removeSelection(int index)
 void TextAccessible::setSelection(int index, int start, int end)
 {
     if (index == 0 && !QPEApplication::isBusy())
-        edit()->d->mark(place(start), place(end));
+        edit()->select({ place(start) }, { place(end) });
 }
 
 qint64 TextAccessible::place(int offset) const
@@ -159,7 +151,7 @@ TextAccessible::Unit TextAccessible::wholeUnit(qint64 offset, QAccessible::TextB
         return { found.start, row + 1 < text.rowCount() ? text.row(row + 1).start : text.length() };
     }
     case QAccessible::ParagraphBoundary: {
-        const TextRange line = edit()->d->unitAt(offset, QMultiLineEdit::Private::Unit::Line);
+        const TextRange line = wholeLineAt(text, offset);
         return { line.start, line.end };
     }
     case QAccessible::NoBoundary:
@@ -230,16 +222,7 @@ QRect TextAccessible::characterRect(int offset) const
 {
     if (offset < 0 || offset > store().length())
         return {};
-    const QMultiLineEdit::Private &view = *edit()->d;
-    const qint64 start = place(offset);
-    const RowCol at = store().rowColAt(start);
-    const qint64 length = nextCursorStop(store(), start) - start;
-    const bool atRowEnd = at.column + length > store().row(at.row).length;
-    QRectF box = view.boxAt(at.row, view.xOf(at));
-    box.translate(1, 0);
-    if (!atRowEnd)
-        box.setWidth(view.xOf({ at.row, at.column + length }) - view.xOf(at));
-    const QRect rect = box.toAlignedRect();
+    const QRect rect = edit()->characterRect(place(offset));
     return { edit()->viewport()->mapToGlobal(rect.topLeft()), rect.size() };
 }
 
@@ -255,12 +238,8 @@ int TextAccessible::offsetAtPoint(const QPoint &point) const
 
 void TextAccessible::scrollToSubstring(int start, int end)
 {
-    QMultiLineEdit::Private &view = *edit()->d;
-    for (const int offset : { end, start }) {
-        const RowCol at = store().rowColAt(place(offset));
-        view.showRow(at.row);
-        view.showX(view.xOf(at), 1);
-    }
+    for (const int offset : { end, start })
+        edit()->showPlace({ place(offset) });
 }
 
 void TextAccessible::deleteText(int start, int end)
@@ -275,58 +254,10 @@ void TextAccessible::insertText(int offset, const QString &text)
 
 void TextAccessible::replaceText(int start, int end, const QString &text)
 {
-    if (edit()->isReadOnly() || QPEApplication::isBusy())
+    if (QPEApplication::isBusy())
         return;
     edit()->commitPreedit();
     const qint64 from = place(qMin(start, end));
     const qint64 to = place(qMax(start, end));
-    edit()->d->replaceRange(from, to, typedText(text));
-}
-
-TextAnnouncer::TextAnnouncer(QMultiLineEdit *edit)
-    : m_edit(edit)
-{
-}
-
-void TextAnnouncer::keep(const TextStore &store)
-{
-    m_keeps = QAccessible::isActive();
-    if (m_keeps)
-        m_before = store.piece(0, store.length());
-}
-
-void TextAnnouncer::announceChange(const TextStore &store, const TextChange &change)
-{
-    if (!m_keeps)
-        return;
-    const auto [offset, removed, inserted] = change;
-    if (removed > 0) {
-        QAccessibleTextRemoveEvent event(m_edit, toInt(offset), beginning(m_before, offset, removed));
-        QAccessible::updateAccessibility(&event);
-    }
-    if (inserted > 0) {
-        QAccessibleTextInsertEvent event(m_edit, toInt(offset), beginning(store, offset, inserted));
-        QAccessible::updateAccessibility(&event);
-    }
-    m_before = {};
-    m_keeps = false;
-}
-
-void TextAnnouncer::announceCursor(qint64 cursor, qint64 anchor)
-{
-    const bool moved = m_cursor != cursor;
-    const bool marks = (m_cursor != m_anchor || cursor != anchor) && (moved || m_anchor != anchor);
-    m_cursor = cursor;
-    m_anchor = anchor;
-    if (!QAccessible::isActive())
-        return;
-    if (moved) {
-        QAccessibleTextCursorEvent event(m_edit, toInt(cursor));
-        QAccessible::updateAccessibility(&event);
-    }
-    if (marks) {
-        QAccessibleTextSelectionEvent event(m_edit, toInt(qMin(cursor, anchor)), toInt(qMax(cursor, anchor)));
-        event.setCursorPosition(toInt(cursor));
-        QAccessible::updateAccessibility(&event);
-    }
+    edit()->replace(from, to, typedText(text));
 }

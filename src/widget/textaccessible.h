@@ -7,7 +7,8 @@
 
 class QMultiLineEdit;
 
-/// A QMultiLineEdit as assistive technology sees it: one text that can be read, marked and edited by offsets.
+/// A QMultiLineEdit as assistive technology sees it: one text that can be read, selected and edited by
+/// offsets.
 ///
 /// Offsets are UTF-16 units of the text. The interface counts in int: text beyond the largest int exists for
 /// the editor but not here. Nothing reads the whole text unless it is asked for as a whole: a word, sentence,
@@ -55,8 +56,8 @@ public:
     int offsetAtPoint(const QPoint &point) const override;
     void scrollToSubstring(int start, int end) override;
 
-    /// Nothing in a read-only editor; elsewhere each is one step of the undo history. These, the cursor and
-    /// the marked text stay as they are while QPEApplication::isBusy().
+    /// Each is one step of the undo history. These, the cursor and the selection stay as they are while
+    /// QPEApplication::isBusy().
     void deleteText(int start, int end) override;
     void insertText(int offset, const QString &text) override;
     void replaceText(int start, int end, const QString &text) override;
@@ -75,25 +76,4 @@ private:
     Unit unit(qint64 offset, QAccessible::TextBoundaryType boundary) const;
     Unit sentence(qint64 offset) const;
     QString give(Unit unit, int *start, int *end) const;
-};
-
-/// Tells assistive technology what changes in one editor. While none is listening a call costs one test.
-class TextAnnouncer {
-public:
-    explicit TextAnnouncer(QMultiLineEdit *edit);
-
-    /// Keeps the text as it is, without a copy of it, until announceChange().
-    void keep(const TextStore &store);
-    /// Tells what has become of the text that was kept. Of what was removed and of what was inserted at most
-    /// TextAccessible::longestUnit units are told.
-    void announceChange(const TextStore &store, const TextChange &change);
-    /// Tells where the cursor and the other end of the marked text are, if that is news.
-    void announceCursor(qint64 cursor, qint64 anchor);
-
-private:
-    QMultiLineEdit *const m_edit;
-    TextPiece m_before;
-    bool m_keeps = false;
-    qint64 m_cursor = 0;
-    qint64 m_anchor = 0;
 };

@@ -3,6 +3,7 @@
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
 #include "tests/testprogram.h"
+#include "tests/widget/rows.h"
 
 #include <QLineEdit>
 
@@ -35,11 +36,6 @@ private slots:
 
 private:
     ctlEditer &editor() { return *m_window->currentEditor(); }
-    void wrapAt(int columns)
-    {
-        editor().setWrapColumnOrWidth(columns);
-        editor().setWordWrap(QMultiLineEdit::FixedColumnWidth);
-    }
 
     std::unique_ptr<TestWindow> m_window;
     TestFiles m_files;
@@ -75,8 +71,7 @@ void JumpTest::jumpsToLines()
     QFETCH(QString, expected);
 
     editor().setText(QStringLiteral("aaaaaaaa\nb\nc"));
-    editor().setWrapColumnOrWidth(3);
-    editor().setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    wrapAt(editor(), 3);
     QVERIFY(editor().numLines() > 3);
     const RowCol end = editor().store().rowColAt(8);
     editor().setCursorPosition(0, 0);
@@ -147,7 +142,7 @@ void JumpTest::linesCountLogicallyWhenWrapped()
 {
     editor().setText(QString(u"0123456789\n"_s).repeated(50));
     for (const int columns : { 3, 5, 100 }) {
-        wrapAt(columns);
+        wrapAt(editor(), columns);
         for (const int line : { 1, 2, 17, 50, 51 }) {
             editor().jumpToLine(line);
             QCOMPARE(editor().cursorOffset(), qint64(line - 1) * 11);
@@ -227,10 +222,10 @@ void JumpTest::lastEditIsWhereItBegan_data()
     });
     row("more edits than are kept apart", 6, [](TestWindow &, ctlEditer &editor) {
         for (int i = 0; i < 300; ++i)
-            editor.insertAt(u"x"_s, 0, 0);
-        editor.removeLine(0);
-        editor.insertAt(u"abc\n"_s, 0, 0);
-        editor.insertAt(u"x"_s, 1, 2);
+            insertAt(editor, u"x"_s, 0, 0);
+        removeRow(editor, 0);
+        insertAt(editor, u"abc\n"_s, 0, 0);
+        insertAt(editor, u"x"_s, 1, 2);
     });
 }
 
@@ -257,8 +252,8 @@ void JumpTest::lastEditFollowsUndoAndRedo()
         m_window->slotCmdViewLastEdit();
         return editor().cursorOffset();
     };
-    editor().insertAt(u"1"_s, 0, 1);
-    editor().insertAt(u"2"_s, 0, 3);
+    insertAt(editor(), u"1"_s, 0, 1);
+    insertAt(editor(), u"2"_s, 0, 3);
     QCOMPARE(jump(), 3);
     editor().undo();
     QCOMPARE(jump(), 1);
@@ -269,7 +264,7 @@ void JumpTest::lastEditFollowsUndoAndRedo()
     editor().redo();
     QCOMPARE(jump(), 3);
     editor().undo();
-    editor().insertAt(u"3"_s, 0, 5);
+    insertAt(editor(), u"3"_s, 0, 5);
     QCOMPARE(jump(), 5);
 }
 
@@ -293,7 +288,7 @@ void JumpTest::lastEditWithoutHistory()
 {
     QFETCH(Edit, empty);
     m_window->setDocument(m_files.write(u"a.txt"_s, "abc\ndef\n"));
-    editor().insertAt(u"x"_s, 0, 0);
+    insertAt(editor(), u"x"_s, 0, 0);
     empty(*m_window, editor());
     QCOMPARE(editor().history().commandCount(), 0);
     editor().setCursorPosition(1, 0);
@@ -306,13 +301,13 @@ void JumpTest::lastEditWithoutHistory()
 void JumpTest::lastEditOfEachDocument()
 {
     editor().setText(u"abcdef"_s);
-    editor().insertAt(u"x"_s, 0, 2);
+    insertAt(editor(), u"x"_s, 0, 2);
     ctlEditer *const first = &editor();
     m_window->slotCmdFileNew();
     editor().setText(u"ghijkl"_s);
     m_window->slotCmdViewLastEdit();
     QCOMPARE(editor().cursorOffset(), 0);
-    editor().insertAt(u"x"_s, 0, 4);
+    insertAt(editor(), u"x"_s, 0, 4);
     m_window->slotCmdViewLastEdit();
     QCOMPARE(editor().cursorOffset(), 4);
     m_window->tabBar()->setCurrentTab(first);
@@ -324,9 +319,9 @@ void JumpTest::lastEditOfEachDocument()
 void JumpTest::lastEditAmongWrappedRows()
 {
     editor().setText(QString(u"0123456789"_s).repeated(100));
-    editor().insertAt(u"x"_s, 0, 777);
+    insertAt(editor(), u"x"_s, 0, 777);
     for (const int columns : { 3, 7, 1000 }) {
-        wrapAt(columns);
+        wrapAt(editor(), columns);
         editor().setCursorPosition(0, 0);
         m_window->slotCmdViewLastEdit();
         QCOMPARE(editor().cursorOffset(), 777);
@@ -336,7 +331,7 @@ void JumpTest::lastEditAmongWrappedRows()
 void JumpTest::lastEditScrolls()
 {
     editor().setText(QString(u"line\n"_s).repeated(1000));
-    editor().insertAt(u"x"_s, 500, 2);
+    insertAt(editor(), u"x"_s, 500, 2);
     editor().setCursorPosition(0, 0);
     m_window->slotCmdViewLastEdit();
     QCOMPARE(editor().cursorPosition(), (RowCol{ 500, 2 }));

@@ -1,5 +1,6 @@
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
+#include "tests/widget/rows.h"
 
 #include <QPaintEvent>
 
@@ -94,7 +95,7 @@ void RepaintsTest::undoThatIsNotTheLastPaintsItsRow()
         paintedBy(key);
     for (const QString &left : { QStringLiteral("ba"), QStringLiteral("a") }) {
         QCOMPARE(paintedBy(Qt::Key_Z, Qt::ControlModifier), QList<QWidget *>{ m_editor->viewport() });
-        QCOMPARE(m_editor->textLine(0), left);
+        QCOMPARE(rowText(*m_editor, 0), left);
         QVERIFY(m_paintedHeight < 2 * m_editor->rowHeight());
     }
 }

@@ -41,10 +41,9 @@ public:
         m_window.resize(width + 30, 100);
         m_editor.resize(m_window.size());
         m_editor.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        m_editor.setWrapColumnOrWidth(width);
-        m_editor.setWordWrap(wrap == Wrap::None ? QMultiLineEdit::NoWrap
-                : wrap == Wrap::Window          ? QMultiLineEdit::WidgetWidth
-                                                : QMultiLineEdit::FixedPixelWidth);
+        const int inView = m_editor.viewport()->width() - m_editor.hMargin() - 2;
+        m_editor.setWrapColumnOrWidth(wrap == Wrap::Window ? inView : width);
+        m_editor.setWordWrap(wrap == Wrap::None ? QMultiLineEdit::NoWrap : QMultiLineEdit::FixedPixelWidth);
     }
 
     ctlEditer &editor() { return m_editor; }

@@ -5,6 +5,7 @@
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
 #include "tests/testprogram.h"
+#include "tests/widget/rows.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -91,8 +92,7 @@ void SearchTest::searchesOverlapping()
 void SearchTest::searchesAcrossRows()
 {
     editor().setText(QStringLiteral("0123456789abcdef"));
-    editor().setWrapColumnOrWidth(4);
-    editor().setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    wrapAt(editor(), 4);
     QVERIFY(editor().numLines() > 2);
     const qint64 rowEnd = editor().store().row(0).length;
     const QString find = editor().text().mid(rowEnd - 1, 2);

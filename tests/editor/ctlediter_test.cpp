@@ -5,6 +5,7 @@
 #include "rows/fontmeasure.h"
 #include "settings/settings.h"
 #include "tests/testprogram.h"
+#include "tests/widget/rows.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -307,7 +308,7 @@ void CtlEditerTest::wrapModeWidget()
     QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     editor->insert(QString(10000, u'x'));
     const auto columns = qint64(editor->wrapColumnOrWidth() / editor->xWidth());
-    QCOMPARE(editor->textLine(0).size(), columns);
+    QCOMPARE(rowText(*editor, 0).size(), columns);
 }
 
 void CtlEditerTest::wrapModeWidgetKeepsItsWidth()
@@ -351,8 +352,8 @@ void CtlEditerTest::wrapModeColumn()
     QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
     editor->insert(QString(columns + 1, u'x'));
     QCOMPARE(editor->numLines(), 2);
-    QCOMPARE(editor->textLine(1), QStringLiteral("x"));
-    QVERIFY(!editor->isEndOfParagraph(0));
+    QCOMPARE(rowText(*editor, 1), QStringLiteral("x"));
+    QVERIFY(!editor->store().row(0).endsLine);
     QCOMPARE(settings().WrapLen, length);
 }
 
@@ -406,7 +407,7 @@ void CtlEditerTest::tabWidthsOutsideTheRangeAreUsable()
         QMultiLineEdit::setDefaultTabStop(tab);
         ctlEditer *editor = newEditor();
         editor->insert(QStringLiteral("\t\ta\tb"));
-        QCOMPARE(editor->textLine(0), QStringLiteral("\t\ta\tb"));
+        QCOMPARE(rowText(*editor, 0), QStringLiteral("\t\ta\tb"));
         settings().WrapMode = 2;
         editor->applyWrapMode();
         QVERIFY(editor->numLines() >= 1);
@@ -477,7 +478,7 @@ void CtlEditerTest::modifiedMarkFollowsUndo()
 {
     ctlEditer *editor = newEditor();
     for (int i = 0; i < 400; ++i)
-        editor->insertAt(QStringLiteral("line\n"), 0, 0);
+        insertAt(*editor, QStringLiteral("line\n"), 0, 0);
     QVERIFY(editor->edited());
     while (editor->undoAvailable())
         editor->undo();

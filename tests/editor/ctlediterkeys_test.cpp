@@ -4,6 +4,7 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
+#include "tests/widget/rows.h"
 
 #include <QKeyEvent>
 #include <QRandomGenerator>
@@ -26,7 +27,6 @@ private slots:
     void autoIndentIsOneUndoStep();
     void autoIndentOfAWrappedRow();
     void returnEndsAComposition();
-    void readOnlyTextStays();
     void blockIndent_data();
     void blockIndent();
     void blockIndentIsOneUndoStep();
@@ -157,15 +157,6 @@ void CtlEditerKeysTest::returnEndsAComposition()
     QVERIFY(!m_editor->text().contains(u'\n'));
     QTest::keyClick(m_editor, Qt::Key_Return);
     QVERIFY(m_editor->text().endsWith(QStringLiteral("\n  ")));
-}
-
-void CtlEditerKeysTest::readOnlyTextStays()
-{
-    MarkedText::load(*m_editor, QStringLiteral("[a\nb|\nc"));
-    m_editor->setReadOnly(true);
-    QTest::keyClick(m_editor, Qt::Key_Tab);
-    QTest::keyClick(m_editor, Qt::Key_Return);
-    QCOMPARE(m_editor->text(), QStringLiteral("a\nb\nc"));
 }
 
 void CtlEditerKeysTest::blockIndent_data()
@@ -353,13 +344,14 @@ void CtlEditerKeysTest::randomBlocks()
         const qint64 row1 = qMin(anchor, cursor).row, row2 = qMax(anchor, cursor).row;
         QString expected;
         for (qint64 row = 0; row < m_editor->numLines(); ++row) {
-            QString line = m_editor->textLine(row);
-            const bool begins = row == 0 || m_editor->isEndOfParagraph(row - 1);
+            QString line = rowText(*m_editor, row);
+            const bool begins = row == 0 || m_editor->store().row(row - 1).endsLine;
             const bool inBlock = row >= row1 && row < row2;
             if (inBlock && begins && !line.isEmpty())
                 line = !out ? u'\t' + line : line.startsWith(u'\t') ? line.sliced(1) : line;
             const bool last = row == m_editor->numLines() - 1;
-            expected += line + (m_editor->isEndOfParagraph(row) && !last ? QStringLiteral("\n") : QString());
+            expected +=
+                line + (m_editor->store().row(row).endsLine && !last ? QStringLiteral("\n") : QString());
         }
         QTest::keyClick(
             m_editor, out ? Qt::Key_Backtab : Qt::Key_Tab, out ? Qt::ShiftModifier : Qt::NoModifier);

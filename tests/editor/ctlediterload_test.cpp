@@ -8,6 +8,7 @@
 #include "tests/editor/hexfile.h"
 #include "tests/messageboxes.h"
 #include "tests/testprogram.h"
+#include "tests/widget/rows.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -285,8 +286,8 @@ void CtlEditerLoadTest::wrappedWhileLoading()
     m_editor->applyWrapMode();
     QVERIFY(load(QByteArray(95, 'x') + '\n' + QByteArray(5, 'x')));
     QCOMPARE(m_editor->numLines(), 11);
-    QCOMPARE(m_editor->textLine(0).size(), 10);
-    QCOMPARE(m_editor->textLine(9).size(), 5);
+    QCOMPARE(rowText(*m_editor, 0).size(), 10);
+    QCOMPARE(rowText(*m_editor, 9).size(), 5);
     QCOMPARE(m_editor->store().lineCount(), 2);
 }
 

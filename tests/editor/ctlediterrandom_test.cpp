@@ -270,7 +270,7 @@ void CtlEditerRandomTest::changeSettings()
     appSettings().WrapLen = 1 + below(20);
     m_keys << u"(wrap %1, %2)"_s.arg(appSettings().WrapMode).arg(appSettings().WrapLen);
     m_editor->applyWrapMode();
-    m_editor->makeCursorVisible(); // it is the text at the top that stays in the view
+    m_editor->showPlace(m_editor->cursorPlace()); // it is the text at the top that stays in the view
 }
 
 void CtlEditerRandomTest::compare()

@@ -22,10 +22,9 @@ inline QList<Row> rowsOf(const ctlEditer &editor)
     QList<Row> rows;
     qsizetype start = 0;
     for (qint64 row = 0; row < editor.numLines(); ++row) {
-        const qsizetype length = editor.textLine(row).size();
-        const bool endsLine = editor.isEndOfParagraph(row);
-        rows.append({ start, length, endsLine });
-        start += length + (endsLine ? 1 : 0);
+        const TextStore::Row found = editor.store().row(row);
+        rows.append({ start, qsizetype(found.length), found.endsLine });
+        start += qsizetype(found.length) + (found.endsLine ? 1 : 0);
     }
     return rows;
 }

@@ -5,6 +5,7 @@
 #include "rows/lcfont.h"
 #include "settings/settings.h"
 #include "tests/screenclass.h"
+#include "tests/widget/rows.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -48,7 +49,7 @@ public:
     /// Device pixel at which a column of plain text stands, by the font's advances alone.
     int columnX(qint64 row, int column) const
     {
-        const QString text = textLine(row);
+        const QString text = rowText(*this, row);
         const AdvanceTable &advances = fontMeasure()->advances();
         const int tabWidth = defaultTabStop() * device(fontMeasure()->xWidth());
         int x = text.isEmpty() ? 0 : -device(fontMeasure()->leftBearing(text[0].unicode()));

@@ -2,6 +2,7 @@
 #include "settings/settings.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
+#include "tests/widget/rows.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -128,9 +129,9 @@ const Action actions[] = {
     [](Editor &editor, Random &) { editor.compose(QStringLiteral("\u304b\u306a")); },
     [](Editor &editor, Random &) { editor.compose({}); },
     [](Editor &editor, Random &random) {
-        editor.insertAt(QStringLiteral("above\n"), random.bounded(editor.numLines()), 0);
+        insertAt(editor, QStringLiteral("above\n"), random.bounded(editor.numLines()), 0);
     },
-    [](Editor &editor, Random &random) { editor.removeLine(random.bounded(editor.numLines())); },
+    [](Editor &editor, Random &random) { removeRow(editor, random.bounded(editor.numLines())); },
     [](Editor &editor, Random &random) { editor.setTopRow(random.bounded(editor.numLines())); },
     [](Editor &editor, Random &) { editor.clearFocus(); },
     [](Editor &editor, Random &) { editor.setFocus(); },
@@ -263,7 +264,7 @@ void RepaintTest::changeTogetherWithAScroll_data()
     const auto row = [](const char *name, Change change) { QTest::addRow("%s", name) << change; };
     row("of the desktop's colours", [](Editor &editor) { editor.recolour(Qt::darkGreen); });
     row("of an option", [](Editor &editor) { editor.setting(&AppSettings::ForeColor, 7); });
-    row("of the text above", [](Editor &editor) { editor.insertAt(QStringLiteral("\n"), 0, 0); });
+    row("of the text above", [](Editor &editor) { insertAt(editor, QStringLiteral("\n"), 0, 0); });
     row("of the marked text", [](Editor &editor) { editor.deselect(); });
     row("of what only a full repaint shows", [](Editor &editor) {
         appSettings().RowNo = 0;

@@ -1,9 +1,9 @@
 #include "tests/japaneseinput.h"
 #include "tests/testprogram.h"
+#include "widget/preedit.h"
 #include "widget/qmultilineedit.h"
 
 #include <QApplication>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTextFormat>
 
@@ -100,7 +100,6 @@ QRect InputMethodTest::candidates() const
 
 void InputMethodTest::composesConvertsAndCommits()
 {
-    QSignalSpy returned(m_edit.get(), &QMultiLineEdit::returnPressed);
     press(u"n i h o n g o"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_edit->preedit().text, u"にほんご"_s, patience);
     QCOMPARE(m_edit->preedit().formats.size(), 1);
@@ -121,12 +120,10 @@ void InputMethodTest::composesConvertsAndCommits()
     press(u"Return"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_edit->text(), u"日本語abc\nsecond"_s, patience);
     QVERIFY(!m_edit->isComposing());
-    QVERIFY(returned.isEmpty());
     QCOMPARE(m_edit->cursorOffset(), 3);
     QCOMPARE(m_edit->history().undoSteps(), 1);
     press(u"Return"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_edit->text(), u"日本語\nabc\nsecond"_s, patience);
-    QCOMPARE(returned.size(), 1);
 }
 
 void InputMethodTest::candidatesStandAtTheCursor()

@@ -1,5 +1,6 @@
 #include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
+#include "tests/widget/rows.h"
 
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -25,14 +26,9 @@ private slots:
     void markedRegion();
     void markedRegionEndsWhereTheCursorIsShown();
     void insertReplacesTheMarkedText();
-    void insertAt_data();
-    void insertAt();
-    void removeLine_data();
-    void removeLine();
     void selectAllKeepsTheView();
     void wrapWidths_data();
     void wrapWidths();
-    void wrapWidthFollowsTheWidget();
     void defaultTabStopIsEverybodys();
     void cursorSurvivesWrapping();
 };
@@ -50,12 +46,6 @@ static RowCol markedEnd(const QMultiLineEdit &edit)
     return edit.getMarkedRegion(&first.row, &first.column, &last.row, &last.column) ? last : RowCol{ -1, -1 };
 }
 
-static void wrapAt(QMultiLineEdit &edit, int columns)
-{
-    edit.setWrapColumnOrWidth(columns);
-    edit.setWordWrap(QMultiLineEdit::FixedColumnWidth);
-}
-
 void QMultiLineEditTest::startsEmpty()
 {
     const QMultiLineEdit edit;
@@ -66,7 +56,6 @@ void QMultiLineEditTest::startsEmpty()
     QVERIFY(!edit.edited());
     QVERIFY(edit.isUndoEnabled());
     QCOMPARE(edit.undoDepth(), 256);
-    QVERIFY(!edit.isReadOnly());
     QVERIFY(!edit.isOverwriteMode());
     QCOMPARE(edit.wordWrap(), QMultiLineEdit::NoWrap);
     QCOMPARE(edit.wrapPolicy(), QMultiLineEdit::Anywhere);
@@ -78,16 +67,11 @@ void QMultiLineEditTest::givesRows()
     QMultiLineEdit edit;
     edit.setText(u"one\n\nthree"_s);
     QCOMPARE(edit.numLines(), 3);
-    QCOMPARE(edit.textLine(0), u"one"_s);
-    QCOMPARE(edit.textLine(1), u""_s);
-    QVERIFY(!edit.textLine(1).isNull());
-    QCOMPARE(edit.textLine(2), u"three"_s);
-    QVERIFY(edit.textLine(3).isNull());
-    QVERIFY(edit.textLine(-1).isNull());
-    QVERIFY(edit.isEndOfParagraph(0));
-    QVERIFY(edit.isEndOfParagraph(2));
-    QVERIFY(!edit.isEndOfParagraph(3));
-    QVERIFY(!edit.isEndOfParagraph(-1));
+    QCOMPARE(rowText(edit, 0), u"one"_s);
+    QCOMPARE(rowText(edit, 1), u""_s);
+    QCOMPARE(rowText(edit, 2), u"three"_s);
+    QVERIFY(edit.store().row(0).endsLine);
+    QVERIFY(edit.store().row(2).endsLine);
 }
 
 void QMultiLineEditTest::givesWrappedRows()
@@ -96,11 +80,11 @@ void QMultiLineEditTest::givesWrappedRows()
     wrapAt(edit, 4);
     edit.setText(u"xxxxxx\nxx"_s);
     QCOMPARE(edit.numLines(), 3);
-    QCOMPARE(edit.textLine(0), u"xxxx"_s);
-    QCOMPARE(edit.textLine(1), u"xx"_s);
-    QVERIFY(!edit.isEndOfParagraph(0));
-    QVERIFY(edit.isEndOfParagraph(1));
-    QVERIFY(edit.isEndOfParagraph(2));
+    QCOMPARE(rowText(edit, 0), u"xxxx"_s);
+    QCOMPARE(rowText(edit, 1), u"xx"_s);
+    QVERIFY(!edit.store().row(0).endsLine);
+    QVERIFY(edit.store().row(1).endsLine);
+    QVERIFY(edit.store().row(2).endsLine);
 }
 
 void QMultiLineEditTest::setTextStartsAnew()
@@ -240,59 +224,6 @@ void QMultiLineEditTest::insertReplacesTheMarkedText()
     QCOMPARE(MarkedText::draw(edit), u"a|d"_s);
 }
 
-void QMultiLineEditTest::insertAt_data()
-{
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<qint64>("row");
-    QTest::addColumn<qint64>("column");
-    QTest::addColumn<bool>("mark");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("behind the cursor") << u"a|b\ncd"_s << 1LL << 1LL << false << u"a|b\ncXYd"_s;
-    QTest::newRow("before the cursor") << u"ab\nc|d"_s << 0LL << 0LL << false << u"XYab\nc|d"_s;
-    QTest::newRow("at the cursor") << u"a|b"_s << 0LL << 1LL << false << u"a|XYb"_s;
-    QTest::newRow("beside marked text") << u"a[b|c"_s << 0LL << 3LL << false << u"a[b|cXY"_s;
-    QTest::newRow("marked") << u"|abc"_s << 0LL << 2LL << true << u"ab[XY|c"_s;
-    QTest::newRow("beyond the end") << u"|abc"_s << 9LL << 9LL << false << u"|abcXY"_s;
-}
-
-void QMultiLineEditTest::insertAt()
-{
-    QFETCH(QString, before);
-    QFETCH(qint64, row);
-    QFETCH(qint64, column);
-    QFETCH(bool, mark);
-    QMultiLineEdit edit;
-    MarkedText::load(edit, before);
-    edit.insertAt(u"XY"_s, row, column, mark);
-    QTEST(MarkedText::draw(edit), "after");
-    QCOMPARE(edit.history().undoSteps(), 1);
-}
-
-void QMultiLineEditTest::removeLine_data()
-{
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<qint64>("row");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("first") << u"ab\nc|d\nef"_s << 0LL << u"c|d\nef"_s;
-    QTest::newRow("middle, with the cursor") << u"ab\nc|d\nef"_s << 1LL << u"ab\n|ef"_s;
-    QTest::newRow("last") << u"a|b\ncd\nef"_s << 2LL << u"a|b\ncd"_s;
-    QTest::newRow("last, with the cursor") << u"ab\ncd|"_s << 1LL << u"ab|"_s;
-    QTest::newRow("empty last") << u"a|b\n"_s << 1LL << u"a|b"_s;
-    QTest::newRow("only") << u"ab|"_s << 0LL << u"|"_s;
-    QTest::newRow("none such") << u"ab|\ncd"_s << 2LL << u"ab|\ncd"_s;
-    QTest::newRow("below none") << u"ab|\ncd"_s << -1LL << u"ab|\ncd"_s;
-}
-
-void QMultiLineEditTest::removeLine()
-{
-    QFETCH(QString, before);
-    QFETCH(qint64, row);
-    QMultiLineEdit edit;
-    MarkedText::load(edit, before);
-    edit.removeLine(row);
-    QTEST(MarkedText::draw(edit), "after");
-}
-
 void QMultiLineEditTest::selectAllKeepsTheView()
 {
     QMultiLineEdit edit;
@@ -311,11 +242,8 @@ void QMultiLineEditTest::wrapWidths_data()
     QTest::addColumn<int>("value");
     QTest::addColumn<qint64>("rows");
     QTest::newRow("none") << QMultiLineEdit::NoWrap << 5 << 1LL;
-    QTest::newRow("columns") << QMultiLineEdit::FixedColumnWidth << 5 << 4LL;
-    QTest::newRow("one column") << QMultiLineEdit::FixedColumnWidth << 1 << 20LL;
-    QTest::newRow("no column") << QMultiLineEdit::FixedColumnWidth << 0 << 20LL;
-    QTest::newRow("columns below 0") << QMultiLineEdit::FixedColumnWidth << -80 << 20LL;
     QTest::newRow("a pixel, narrower than a character") << QMultiLineEdit::FixedPixelWidth << 1 << 20LL;
+    QTest::newRow("no pixel") << QMultiLineEdit::FixedPixelWidth << 0 << 20LL;
     QTest::newRow("pixels below 0") << QMultiLineEdit::FixedPixelWidth << -1 << 20LL;
     QTest::newRow("many pixels") << QMultiLineEdit::FixedPixelWidth << 100000 << 1LL;
 }
@@ -330,21 +258,6 @@ void QMultiLineEditTest::wrapWidths()
     edit.setWrapColumnOrWidth(value);
     QTEST(edit.numLines(), "rows");
     QCOMPARE(edit.wrapColumnOrWidth(), qMax(1, value));
-}
-
-void QMultiLineEditTest::wrapWidthFollowsTheWidget()
-{
-    QMultiLineEdit edit;
-    edit.setText(u"x"_s.repeated(2000));
-    edit.setWordWrap(QMultiLineEdit::WidgetWidth);
-    edit.resize(400, 2000);
-    edit.show();
-    const qint64 wide = edit.numLines();
-    edit.resize(200, 2000);
-    QVERIFY(edit.numLines() > wide);
-    QCOMPARE(edit.horizontalScrollBar()->maximum(), 0);
-    edit.resize(1, 1);
-    QCOMPARE(edit.numLines(), 2000);
 }
 
 void QMultiLineEditTest::defaultTabStopIsEverybodys()

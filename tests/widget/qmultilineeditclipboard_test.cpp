@@ -166,9 +166,6 @@ void QMultiLineEditClipboardTest::pasteIsOneStep()
     m_edit->paste();
     QCOMPARE(MarkedText::draw(*m_edit), u"aXY|d"_s);
     QCOMPARE(m_edit->history().undoSteps(), 1);
-    m_edit->setReadOnly(true);
-    m_edit->paste();
-    QCOMPARE(m_edit->text(), u"aXYd"_s);
 }
 
 void QMultiLineEditClipboardTest::droppedTextGoesWhereItIsDropped()
@@ -260,20 +257,15 @@ void QMultiLineEditClipboardTest::dropsThatAreRefused_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("url");
-    QTest::addColumn<bool>("readOnly");
-    QTest::newRow("a file, which is the window's")
-        << u"/home/me/a.txt"_s << u"file:///home/me/a.txt"_s << false;
-    QTest::newRow("no text") << QString() << QString() << false;
-    QTest::newRow("text for a read-only editor") << u"X"_s << QString() << true;
+    QTest::newRow("a file, which is the window's") << u"/home/me/a.txt"_s << u"file:///home/me/a.txt"_s;
+    QTest::newRow("no text") << QString() << QString();
 }
 
 void QMultiLineEditClipboardTest::dropsThatAreRefused()
 {
     QFETCH(QString, text);
     QFETCH(QString, url);
-    QFETCH(bool, readOnly);
     m_edit->setText(u"abcd"_s);
-    m_edit->setReadOnly(readOnly);
     QMimeData data;
     if (!text.isNull())
         data.setText(text);
@@ -366,18 +358,14 @@ void QMultiLineEditClipboardTest::menuTellsWhatIsPossible_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("keys");
     QTest::addColumn<QString>("clip");
-    QTest::addColumn<bool>("readOnly");
     QTest::addColumn<QString>("menu");
     const auto row = [](const char *name, const QString &text, const QString &keys, const QString &clip,
-                         bool readOnly, const QString &menu) {
-        QTest::newRow(name) << text << keys << clip << readOnly << menu;
-    };
-    row("empty", u"|"_s, u""_s, u""_s, false, u"(Undo) (Redo) (Cut) (Copy) (Paste) (Select All)"_s);
-    row("text", u"|abc"_s, u""_s, u"x"_s, false, u"(Undo) (Redo) (Cut) (Copy) Paste Select All"_s);
-    row("marked", u"a[b|c"_s, u""_s, u""_s, false, u"(Undo) (Redo) Cut Copy (Paste) Select All"_s);
-    row("typed", u"|"_s, u"'x'"_s, u""_s, false, u"Undo (Redo) (Cut) (Copy) (Paste) Select All"_s);
-    row("undone", u"|"_s, u"'x' Undo"_s, u""_s, false, u"(Undo) Redo (Cut) (Copy) (Paste) (Select All)"_s);
-    row("read only", u"a[b|c"_s, u""_s, u"x"_s, true, u"(Undo) (Redo) (Cut) Copy (Paste) Select All"_s);
+                         const QString &menu) { QTest::newRow(name) << text << keys << clip << menu; };
+    row("empty", u"|"_s, u""_s, u""_s, u"(Undo) (Redo) (Cut) (Copy) (Paste) (Select All)"_s);
+    row("text", u"|abc"_s, u""_s, u"x"_s, u"(Undo) (Redo) (Cut) (Copy) Paste Select All"_s);
+    row("marked", u"a[b|c"_s, u""_s, u""_s, u"(Undo) (Redo) Cut Copy (Paste) Select All"_s);
+    row("typed", u"|"_s, u"'x'"_s, u""_s, u"Undo (Redo) (Cut) (Copy) (Paste) Select All"_s);
+    row("undone", u"|"_s, u"'x' Undo"_s, u""_s, u"(Undo) Redo (Cut) (Copy) (Paste) (Select All)"_s);
 }
 
 void QMultiLineEditClipboardTest::menuTellsWhatIsPossible()
@@ -385,13 +373,11 @@ void QMultiLineEditClipboardTest::menuTellsWhatIsPossible()
     QFETCH(QString, text);
     QFETCH(QString, keys);
     QFETCH(QString, clip);
-    QFETCH(bool, readOnly);
     MenuEdit edit;
     MarkedText::load(edit, text);
     MarkedText::press(edit, keys);
     if (!clip.isEmpty())
         QApplication::clipboard()->setText(clip);
-    edit.setReadOnly(readOnly);
     const std::unique_ptr<QMenu> menu(edit.createContextMenu());
     QTEST(described(*menu), "menu");
 }

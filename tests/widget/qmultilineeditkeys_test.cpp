@@ -1,5 +1,6 @@
 #include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
+#include "tests/widget/rows.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -20,11 +21,8 @@ private slots:
     void textKeys_data();
     void textKeys();
     void tabAndBacktabKeepTheFocus();
-    void readOnlyTextStays_data();
-    void readOnlyTextStays();
     void pageMovesTakeTheViewAlong();
     void goalColumnSurvivesShortRows();
-    void returnIsTold();
     void overwriteTakesTheInsertKey();
     void shortcutsDoNotTakeTheEditorsKeys();
 };
@@ -183,8 +181,7 @@ void QMultiLineEditKeysTest::wrappedRows()
     QFETCH(QString, before);
     QFETCH(QString, keys);
     QMultiLineEdit edit;
-    edit.setWrapColumnOrWidth(4);
-    edit.setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    wrapAt(edit, 4);
     // Digits and letters differ in width in a font that is not of fixed pitch; x is the measure.
     MarkedText::load(edit, QString(before).replace(QRegularExpression(u"[a-w]"_s), u"x"_s));
     MarkedText::press(edit, keys);
@@ -263,27 +260,6 @@ void QMultiLineEditKeysTest::tabAndBacktabKeepTheFocus()
     QVERIFY(window.keys.isEmpty());
 }
 
-void QMultiLineEditKeysTest::readOnlyTextStays_data()
-{
-    QTest::addColumn<QString>("keys");
-    for (const char *keys : { "'x'", "Return", "Tab", "Backspace", "Del", "Ctrl+Backspace", "Ctrl+Del",
-             "Shift+Ins", "Shift+Del", "Paste", "Cut", "Ctrl+Y", "Ctrl+Shift+Z", "Undo" })
-        QTest::newRow(keys) << QString::fromLatin1(keys);
-}
-
-void QMultiLineEditKeysTest::readOnlyTextStays()
-{
-    QFETCH(QString, keys);
-    QMultiLineEdit edit;
-    MarkedText::load(edit, u"ab|c"_s);
-    edit.insert(u"d"_s);
-    edit.setReadOnly(true);
-    MarkedText::press(edit, keys);
-    QCOMPARE(MarkedText::draw(edit), u"abd|c"_s);
-    MarkedText::press(edit, u"Left Shift+Left"_s);
-    QCOMPARE(MarkedText::draw(edit), u"a|b]dc"_s);
-}
-
 void QMultiLineEditKeysTest::pageMovesTakeTheViewAlong()
 {
     QMultiLineEdit edit;
@@ -321,17 +297,6 @@ void QMultiLineEditKeysTest::goalColumnSurvivesShortRows()
     QCOMPARE(MarkedText::draw(edit), u"xxxxx\nx\n\nxxxx|x"_s);
     MarkedText::press(edit, u"Up*2 Left Right Up"_s);
     QCOMPARE(MarkedText::draw(edit), u"x|xxxx\nx\n\nxxxxx"_s);
-}
-
-void QMultiLineEditKeysTest::returnIsTold()
-{
-    QMultiLineEdit edit;
-    QSignalSpy pressed(&edit, &QMultiLineEdit::returnPressed);
-    MarkedText::press(edit, u"Return Enter Shift+Return 'x'"_s);
-    QCOMPARE(pressed.size(), 3);
-    edit.setReadOnly(true);
-    MarkedText::press(edit, u"Return"_s);
-    QCOMPARE(pressed.size(), 3);
 }
 
 void QMultiLineEditKeysTest::overwriteTakesTheInsertKey()

@@ -1,6 +1,7 @@
 #include "rows/fontmeasure.h"
 #include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
+#include "tests/widget/rows.h"
 
 #include <QAccessible>
 #include <QScrollBar>
@@ -42,8 +43,8 @@ using Question = std::function<QVariant(QMultiLineEdit &)>;
 const Change changes[] = {
     [](QMultiLineEdit &edit) { setFontSize(edit, 17); },
     [](QMultiLineEdit &edit) { edit.setHMargin(36); },
-    [](QMultiLineEdit &edit) { edit.setWordWrap(QMultiLineEdit::FixedColumnWidth); },
-    [](QMultiLineEdit &edit) { edit.setWrapColumnOrWidth(23); },
+    [](QMultiLineEdit &edit) { edit.setWordWrap(QMultiLineEdit::FixedPixelWidth); },
+    [](QMultiLineEdit &edit) { edit.setWrapColumnOrWidth(200); },
     [](QMultiLineEdit &) { QMultiLineEdit::setDefaultTabStop(3); },
 };
 
@@ -57,7 +58,7 @@ QVariantList stateOf(const QMultiLineEdit &edit)
     for (const QScrollBar *bar : bars)
         state << bar->value() << bar->maximum() << bar->pageStep();
     for (qint64 row = 0; row < edit.numLines(); ++row)
-        state << edit.textLine(row);
+        state << rowText(edit, row);
     return state;
 }
 
@@ -72,7 +73,6 @@ public:
     int paints = 0;
     qint64 rowsWhenPainted = 0;
     using QMultiLineEdit::fontMeasure;
-    using QMultiLineEdit::markedInRow;
 
 protected:
     void paintEvent(QPaintEvent *event) override
@@ -144,19 +144,14 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
         });
     };
     row("count of rows", [](auto &edit) { return edit.numLines(); });
-    row("text of a row", [](auto &edit) { return edit.textLine(40); });
-    row("end of a paragraph", [](auto &edit) { return edit.isEndOfParagraph(39); });
+    row("text of a row", [](auto &edit) { return rowText(edit, 40); });
+    row("end of a paragraph", [](auto &edit) { return edit.store().row(39).endsLine; });
     row("rows of the store", [](auto &edit) { return edit.store().row(30).start; });
     row("cursor row", [](auto &edit) { return edit.cursorPosition().row; });
     row("marked region", [](auto &edit) {
         qint64 rows[2], columns[2];
         edit.getMarkedRegion(&rows[0], &columns[0], &rows[1], &columns[1]);
         return QVariantList{ rows[0], columns[0], rows[1], columns[1] };
-    });
-    row("marked in a row", [](auto &edit) {
-        qint64 begin = -1, end = -1;
-        static_cast<Edit &>(edit).markedInRow(edit.cursorPosition().row, &begin, &end);
-        return QVariantList{ begin, end };
     });
     row("top row", [](auto &edit) { return edit.topRow(); });
     row("vertical offset", [](auto &edit) { return edit.yOffset(); });
@@ -180,10 +175,11 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
     act("set the top row", [](auto &edit) { edit.setTopRow(150); });
     act("set the vertical offset", [](auto &edit) { edit.setYOffset(1500); });
     act("set the horizontal offset", [](auto &edit) { edit.setXOffset(70); });
-    act("scroll to the cursor", [](auto &edit) { edit.makeCursorVisible(); });
+    act("scroll to the cursor", [](auto &edit) { edit.showPlace(edit.cursorPlace()); });
+    act("scroll to a place", [](auto &edit) { edit.showPlace({ 2000 }); });
     act("insert", [](auto &edit) { edit.insert(u"x\ty\nz"_s); });
-    act("insert at a row", [](auto &edit) { edit.insertAt(u"xyz"_s, 100, 3, true); });
-    act("remove a row", [](auto &edit) { edit.removeLine(60); });
+    act("replace", [](auto &edit) { edit.replace(900, 1000, u"xyz"_s); });
+    act("replace the row that is at a place now", [](auto &edit) { removeRow(edit, 60); });
     act("mark everything", [](auto &edit) { edit.selectAll(); });
     act("mark nothing", [](auto &edit) { edit.deselect(); });
     act("cut, and undo", [](auto &edit) {
@@ -201,7 +197,7 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
     act("many edits at once", [](auto &edit) {
         const QMultiLineEdit::Batch batch(edit);
         for (int i = 0; i < 5; ++i)
-            edit.insertAt(u"edit "_s, 20 * i, 0);
+            insertAt(edit, u"edit "_s, 20 * i, 0);
     });
     act("change again", [](auto &edit) { setFontSize(edit, 8); });
     act("resize", [](auto &edit) { edit.resize(300, 100); });
@@ -269,8 +265,7 @@ void QMultiLineEditLayoutTest::topTextStays()
     QMultiLineEdit::setDefaultTabStop(tabFrom);
     Edit edit;
     edit.resize(250, 200);
-    edit.setWordWrap(QMultiLineEdit::FixedColumnWidth);
-    edit.setWrapColumnOrWidth(20);
+    wrapAt(edit, 20);
     edit.setText(longText());
     edit.setVisible(isVisible);
     edit.setCursorPosition(edit.store().rowOfLine(LineIndex(70)) + 2, 1);
@@ -306,7 +301,7 @@ void QMultiLineEditLayoutTest::showingAgainScrollsNothing()
 void QMultiLineEditLayoutTest::outlivesManyFonts()
 {
     Edit edit;
-    edit.setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    wrapAt(edit, 80);
     edit.setText(longText());
     const QFont font = edit.font();
     for (int size = 5; size < 40; ++size) {

@@ -1,6 +1,7 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
+#include "tests/widget/rows.h"
 
 #include <QRandomGenerator>
 #include <QScrollBar>
@@ -223,12 +224,14 @@ void QMultiLineEditRandomTest::pressSomething()
     case 14: {
         const qsizetype before = std::exchange(m_model.wrap, below(2) * (1 + below(9)));
         const qint64 topOffset = m_edit->store().row(m_edit->topRow()).start;
-        m_edit->setWrapColumnOrWidth(int(m_model.wrap));
-        m_edit->setWordWrap(m_model.wrap ? QMultiLineEdit::FixedColumnWidth : QMultiLineEdit::NoWrap);
+        if (m_model.wrap)
+            wrapAt(*m_edit, m_model.wrap);
+        else
+            m_edit->setWordWrap(QMultiLineEdit::NoWrap);
         // The text at the top stays there, and so the cursor may be below the view.
         QVERIFY(m_edit->topRow() <= m_edit->store().rowColAt(topOffset).row);
         QVERIFY(m_edit->topRow() == m_edit->store().rowColAt(topOffset).row || isAtEnd(*m_edit));
-        m_edit->makeCursorVisible();
+        m_edit->showPlace(m_edit->cursorPlace());
         if (m_model.wrap != before)
             m_model.move(m_model.cursor, true, m_model.atRowEnd);
         return;
@@ -240,7 +243,7 @@ void QMultiLineEditRandomTest::pressSomething()
         QVERIFY(now.row == qBound<qint64>(0, at.row, m_model.rowCount() - 1));
         QVERIFY(now.column == qBound<qint64>(0, at.column, m_model.row(now.row).size()));
         const bool atEnd =
-            now.column == m_edit->textLine(now.row).size() && !m_edit->isEndOfParagraph(now.row);
+            now.column == rowText(*m_edit, now.row).size() && !m_edit->store().row(now.row).endsLine;
         return m_model.move(m_edit->cursorOffset(), marks, atEnd);
     }
     default:
@@ -273,7 +276,7 @@ void QMultiLineEditRandomTest::compare()
     QCOMPARE(m_edit->numLines(), m_model.rowCount());
     QCOMPARE(m_edit->cursorPosition(), m_model.position());
     const qsizetype row = below(int(m_model.rowCount()));
-    QCOMPARE(m_edit->textLine(row), m_model.row(row));
+    QCOMPARE(rowText(*m_edit, row), m_model.row(row));
     QVERIFY(m_edit->viewport()->rect().intersects(m_edit->cursorRect()));
 }
 

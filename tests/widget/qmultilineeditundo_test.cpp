@@ -17,8 +17,8 @@ static void addOperations()
     };
     row("insert", 1, [](QMultiLineEdit &edit) { edit.insert(u"x\ny"_s); });
     row("insert nothing over marked text", 1, [](QMultiLineEdit &edit) { edit.insert(QString()); });
-    row("insert at", 1, [](QMultiLineEdit &edit) { edit.insertAt(u"x"_s, 0, 0); });
-    row("remove line", 1, [](QMultiLineEdit &edit) { edit.removeLine(0); });
+    row("replace nothing by text", 1, [](QMultiLineEdit &edit) { edit.replace(0, 0, u"x"_s); });
+    row("replace text by nothing", 1, [](QMultiLineEdit &edit) { edit.replace(0, 1, {}); });
     row("cut", 1, [](QMultiLineEdit &edit) { edit.cut(); });
     row("paste", 1, [](QMultiLineEdit &edit) {
         edit.copy();
@@ -161,7 +161,8 @@ void QMultiLineEditUndoTest::anyEditSetsEdited()
     edit.setEdited(false);
     QVERIFY(!edit.edited());
     operation(edit);
-    QVERIFY(edit.edited());
+    const bool isUndone = edit.history().canRedo();
+    QCOMPARE(edit.edited(), !isUndone);
     edit.setEdited(false);
     QVERIFY(!edit.edited());
 }

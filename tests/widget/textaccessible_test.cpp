@@ -1,6 +1,7 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
+#include "tests/widget/rows.h"
 #include "widget/textaccessible.h"
 
 #include <QRandomGenerator>
@@ -62,7 +63,6 @@ private slots:
     void cleanupTestCase();
 
     void isAnEditableText();
-    void readOnlyIsSaid();
     void nameIsTheWidgets();
     void scrollBarsHaveNames();
     void readsParts_data();
@@ -81,7 +81,6 @@ private slots:
     void edits_data();
     void edits();
     void editsAreCleaned();
-    void readOnlyIsNotEdited();
     void tellsChanges_data();
     void tellsChanges();
     void tellsNewText();
@@ -137,13 +136,6 @@ void TextAccessibleTest::isAnEditableText()
     QVERIFY(accessible()->actionInterface());
     QWidget other;
     QVERIFY(!QAccessible::queryAccessibleInterface(&other)->textInterface());
-}
-
-void TextAccessibleTest::readOnlyIsSaid()
-{
-    m_edit->setReadOnly(true);
-    QVERIFY(accessible()->state().readOnly);
-    QVERIFY(!accessible()->state().editable);
 }
 
 void TextAccessibleTest::nameIsTheWidgets()
@@ -244,8 +236,7 @@ void TextAccessibleTest::units()
 
 void TextAccessibleTest::unitsOfARow()
 {
-    m_edit->setWrapColumnOrWidth(4);
-    m_edit->setWordWrap(QMultiLineEdit::FixedColumnWidth);
+    wrapAt(*m_edit, 4);
     m_edit->setText(u"xxxxyyyyzz\nend"_s);
     int start = 0;
     int end = 0;
@@ -424,15 +415,6 @@ void TextAccessibleTest::editsAreCleaned()
 {
     editable()->insertText(0, u"a\r\nb\0c"_s);
     QCOMPARE(m_edit->text(), u"a\nbc"_s);
-}
-
-void TextAccessibleTest::readOnlyIsNotEdited()
-{
-    m_edit->setText(u"abc"_s);
-    m_edit->setReadOnly(true);
-    editable()->insertText(0, u"x"_s);
-    editable()->deleteText(0, 2);
-    QCOMPARE(m_edit->text(), u"abc"_s);
 }
 
 void TextAccessibleTest::tellsChanges_data()

@@ -1,5 +1,6 @@
 #include "tests/testprogram.h"
 #include "tests/widget/markedtext.h"
+#include "tests/widget/rows.h"
 
 #include <QAccessible>
 #include <QScrollBar>
@@ -67,7 +68,7 @@ void WideRowsTest::cursorReachesTheEnd()
     MarkedText::press(*m_edit, u"'x' Left*2"_s);
     QVERIFY(view.contains(m_edit->cursorRect()));
     QCOMPARE(m_edit->offsetAt(m_edit->cursorRect().center()), tabs + 2);
-    QCOMPARE(m_edit->textLine(0).last(4), u"endx"_s);
+    QCOMPARE(rowText(*m_edit, 0).last(4), u"endx"_s);
     MarkedText::press(*m_edit, u"Down"_s);
     QCOMPARE(m_edit->xOffset(), 0);
 }

@@ -1,4 +1,4 @@
-#include "editor/rowmarks.h"
+#include "editor/rowsigns.h"
 
 #include "rows/rowpainter.h"
 
@@ -9,7 +9,7 @@ namespace {
 constexpr char16_t tab = u'\t';
 constexpr char16_t fullWidthSpace = 0x3000;
 
-constexpr QColor markColor(160, 160, 160);
+constexpr QColor signColor(160, 160, 160);
 constexpr QColor fullWidthSpaceColor(80, 80, 80);
 
 /// Calls `draw` with the device pixel of the left edge of each visible `unit`, which in right-to-left text is
@@ -49,37 +49,37 @@ void drawHookedArrow(RowPainter &row, int from, qreal x, qreal height)
         row.rect(from, 3, height - 9, 1, 6),
     };
     for (const QRect &stroke : strokes)
-        row.painter().fillRect(stroke, markColor);
+        row.painter().fillRect(stroke, signColor);
 }
 
 } // namespace
 
-void drawLineEndMark(RowPainter &row, const FontMeasure &measure, LineEndMark mark)
+void drawLineEndSign(RowPainter &row, const FontMeasure &measure, LineEndSign sign)
 {
     const RowLayout &layout = row.layout();
-    if (mark == LineEndMark::None || layout.lastColumn() != layout.length())
+    if (sign == LineEndSign::None || layout.lastColumn() != layout.length())
         return;
     const int end = row.columnX(layout.length());
     const qreal height = row.canvas().rowHeight();
-    if (mark == LineEndMark::Arrow)
+    if (sign == LineEndSign::Arrow)
         drawHookedArrow(row, end, measure.xWidth(), height);
     else
-        row.drawCharacters(measure, QPoint(end, row.canvas().y(height - 2)), u"[EOF]", markColor);
+        row.drawCharacters(measure, QPoint(end, row.canvas().y(height - 2)), u"[EOF]", signColor);
 }
 
-void drawTabMarks(RowPainter &row)
+void drawTabSigns(RowPainter &row)
 {
     const RowCanvas &canvas = row.canvas();
     const qreal middle = std::floor(canvas.rowHeight() / 2);
     forEachVisible(row, tab, [&](int x) {
-        row.painter().setPen(QPen(markColor, canvas.thickness(1)));
+        row.painter().setPen(QPen(signColor, canvas.thickness(1)));
         const QPoint tip(x + canvas.pixels(6), canvas.y(middle));
         row.painter().drawLine(QPoint(x + canvas.pixels(1), canvas.y(middle - 2)), tip);
         row.painter().drawLine(QPoint(x + canvas.pixels(1), canvas.y(middle + 2)), tip);
     });
 }
 
-void drawFullWidthSpaceMarks(RowPainter &row, const FontMeasure &measure)
+void drawFullWidthSpaceSigns(RowPainter &row, const FontMeasure &measure)
 {
     const RowCanvas &canvas = row.canvas();
     forEachVisible(row, fullWidthSpace, [&](int x) {

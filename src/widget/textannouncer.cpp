@@ -1,0 +1,72 @@
+#include "widget/textannouncer.h"
+
+#include "widget/textaccessible.h"
+
+#include <limits>
+
+namespace {
+
+int toInt(qint64 offset)
+{
+    return int(qMin<qint64>(offset, std::numeric_limits<int>::max()));
+}
+
+/// The beginning of a text, as long as one announcement may be; no surrogate pair is cut.
+template <typename Text> QString beginning(const Text &text, qint64 offset, qint64 length)
+{
+    QString shown = text.text(offset, qMin(length, TextAccessible::longestUnit));
+    if (shown.size() < length && shown.back().isHighSurrogate())
+        shown.chop(1);
+    return shown;
+}
+
+} // namespace
+
+TextAnnouncer::TextAnnouncer(QObject &editor)
+    : m_editor(editor)
+{
+}
+
+void TextAnnouncer::keep(const TextStore &store)
+{
+    m_keeps = QAccessible::isActive();
+    if (m_keeps)
+        m_before = store.piece(0, store.length());
+}
+
+void TextAnnouncer::announceChange(const TextStore &store, const TextChange &change)
+{
+    if (!m_keeps)
+        return;
+    const auto [offset, removed, inserted] = change;
+    if (removed > 0) {
+        QAccessibleTextRemoveEvent event(&m_editor, toInt(offset), beginning(m_before, offset, removed));
+        QAccessible::updateAccessibility(&event);
+    }
+    if (inserted > 0) {
+        QAccessibleTextInsertEvent event(&m_editor, toInt(offset), beginning(store, offset, inserted));
+        QAccessible::updateAccessibility(&event);
+    }
+    m_before = {};
+    m_keeps = false;
+}
+
+void TextAnnouncer::announceCursor(qint64 cursor, qint64 anchor)
+{
+    const bool moved = m_cursor != cursor;
+    const bool marks = (m_cursor != m_anchor || cursor != anchor) && (moved || m_anchor != anchor);
+    m_cursor = cursor;
+    m_anchor = anchor;
+    if (!QAccessible::isActive())
+        return;
+    if (moved) {
+        QAccessibleTextCursorEvent event(&m_editor, toInt(cursor));
+        QAccessible::updateAccessibility(&event);
+    }
+    if (marks) {
+        QAccessibleTextSelectionEvent event(
+            &m_editor, toInt(qMin(cursor, anchor)), toInt(qMax(cursor, anchor)));
+        event.setCursorPosition(toInt(cursor));
+        QAccessible::updateAccessibility(&event);
+    }
+}

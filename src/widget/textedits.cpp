@@ -1,0 +1,245 @@
+#include "widget/textedits.h"
+
+#include "document/textdocument.h"
+#include "text/cursorstops.h"
+#include "widget/cursorfollowers.h"
+#include "widget/cursormoves.h"
+#include "widget/primaryselection.h"
+#include "widget/rowupdates.h"
+#include "widget/textannouncer.h"
+#include "widget/textview.h"
+#include "widget/viewscrollbar.h"
+#include "widget/viewscroller.h"
+
+namespace {
+
+/// What is edited while it lives is undone as one step.
+class UndoGroup {
+public:
+    explicit UndoGroup(TextDocument &document)
+        : m_document(document)
+    {
+        m_document.beginGroup();
+    }
+    ~UndoGroup() { m_document.endGroup(); }
+    Q_DISABLE_COPY_MOVE(UndoGroup)
+
+private:
+    TextDocument &m_document;
+};
+
+} // namespace
+
+TextEdits::TextEdits(TextDocument &document, TextCursor &cursor, TextView &view, RowUpdates &updates,
+    ViewScroller &scroller, ViewScrollBar &verticalBar, PrimarySelection &primary, TextAnnouncer &announcer,
+    CursorFollowers &followers, CursorMoves &moves)
+    : m_document(document)
+    , m_store(document.store())
+    , m_cursor(cursor)
+    , m_view(view)
+    , m_updates(updates)
+    , m_scroller(scroller)
+    , m_verticalBar(verticalBar)
+    , m_primary(primary)
+    , m_announcer(announcer)
+    , m_followers(followers)
+    , m_moves(moves)
+{
+    connect(&document, &TextDocument::changed, this, &TextEdits::noteChange);
+    connect(&document, &TextDocument::aboutToReplace, this, &TextEdits::prepareForOther);
+    connect(&document, &TextDocument::replaced, this, &TextEdits::showOther);
+}
+
+void TextEdits::beginOperation()
+{
+    if (m_operations++ > 0)
+        return;
+    m_moves.setQuiet(true);
+    m_damage = { std::nullopt, m_store.rowCount(), m_store.lineCount() };
+    m_announcer.keep(m_store);
+    m_primary.freeze();
+    m_updates.updateSelection();
+    m_updates.updateCursorRow();
+}
+
+void TextEdits::endOperation()
+{
+    if (--m_operations > 0)
+        return;
+    m_moves.setQuiet(false);
+    const bool changed = m_damage.change.has_value();
+    {
+        const ViewScrollBar::OneChange longerAndMoved(m_verticalBar);
+        if (changed)
+            showDamage();
+        m_updates.updateSelection();
+        m_updates.updateCursorRow();
+        m_scroller.showCursor();
+    }
+    m_followers.tell();
+    if (changed)
+        emit textChanged();
+}
+
+void TextEdits::noteChange(const TextChange &change)
+{
+    Q_ASSERT(m_operations > 0);
+    m_damage.change = m_damage.change ? m_damage.change->then(change) : change;
+}
+
+void TextEdits::prepareForOther()
+{
+    m_announcer.keep(m_store);
+    m_primary.freeze();
+}
+
+/// Cursor and view are at the start of another text.
+void TextEdits::showOther(const TextChange &change)
+{
+    m_cursor.set({});
+    m_cursor.setGoalX(std::nullopt);
+    m_view.setTop(0);
+    m_view.setLeft(0);
+    m_scroller.updateBars();
+    m_updates.updateAll();
+    m_announcer.announceChange(m_store, change);
+    m_followers.tell();
+    emit textChanged();
+}
+
+void TextEdits::showDamage()
+{
+    m_cursor.setGoalX(std::nullopt);
+    m_scroller.updateBars();
+    updateDamage();
+    m_announcer.announceChange(m_store, *m_damage.change);
+}
+
+/// Rows above the first changed one stay, but for the one it continues, which may have room for more now.
+/// Rows below the last changed line stay when neither their count nor that of the lines, which may be shown
+/// beside them, has changed.
+void TextEdits::updateDamage()
+{
+    const TextChange change = *m_damage.change;
+    qint64 first = m_store.rowColAt(change.offset).row;
+    if (first > 0 && !m_store.row(first - 1).endsLine)
+        --first;
+    qint64 last = m_store.rowCount() + m_view.visibleRows();
+    if (m_store.rowCount() == m_damage.rowsBefore && m_store.lineCount() == m_damage.linesBefore) {
+        const LineIndex line = m_store.lineAt(change.offset + change.inserted);
+        last = line < m_store.lastLine() ? m_store.rowOfLine(line + 1) - 1 : m_store.rowCount() - 1;
+    }
+    m_updates.updateRows(first, last);
+}
+
+void TextEdits::replace(TextRange range, QStringView text, Joining joining)
+{
+    Q_ASSERT(m_operations > 0);
+    m_document.replace(range.start, range.end - range.start, text, joining);
+}
+
+void TextEdits::insert(QStringView text, Joining joining)
+{
+    const Operation operation(*this);
+    const TextRange old = m_cursor.selection();
+    replace(old, text, joining);
+    m_cursor.set({ old.start + text.size() });
+}
+
+void TextEdits::insert(const TextPiece &text)
+{
+    const Operation operation(*this);
+    const TextRange old = m_cursor.selection();
+    m_document.replace(old.start, old.end - old.start, text);
+    m_cursor.set({ old.start + text.length() });
+}
+
+/// End of the characters that `count` typed ones replace: no line end among them.
+static qint64 overwrittenEnd(const TextStore &store, qint64 offset, qint64 count)
+{
+    while (count-- > 0 && offset < store.length() && store.at(offset) != u'\n')
+        offset = nextCursorStop(store, offset);
+    return offset;
+}
+
+void TextEdits::type(const QString &text)
+{
+    if (!m_cursor.overwrites() || m_cursor.hasSelection()) {
+        insert(text, Joining::Typing);
+        return;
+    }
+    const Operation operation(*this);
+    const qint64 from = m_cursor.place().offset;
+    replace({ from, overwrittenEnd(m_store, from, text.toUcs4().size()) }, text, Joining::Typing);
+    m_cursor.set({ from + text.size() });
+}
+
+void TextEdits::replaceRange(TextRange range, QStringView text)
+{
+    const auto kept = [&](CursorPlace place) {
+        if (place.offset < range.start)
+            return place;
+        const qint64 shift = text.size() - (range.end - range.start);
+        return place.offset < range.end ? CursorPlace{ range.start } : CursorPlace{ place.offset + shift };
+    };
+    const Operation operation(*this);
+    replace(range, text);
+    m_cursor.set(kept(m_cursor.place()), kept(m_cursor.anchor()));
+}
+
+void TextEdits::replaceAround(qint64 start, qint64 replaced, QStringView text)
+{
+    const Operation operation(*this);
+    const UndoGroup oneStep(m_document);
+    const TextRange old = m_cursor.selection();
+    replace(old, {});
+    const qint64 from = qBound<qint64>(0, old.start + start, m_store.length());
+    replace({ from, qMin(from + replaced, m_store.length()) }, text);
+    m_cursor.set({ from + text.size() });
+}
+
+void TextEdits::drop(const TextPiece &text, qint64 to, bool movesSelection)
+{
+    const Operation operation(*this);
+    const UndoGroup oneStep(m_document);
+    if (movesSelection) {
+        const TextRange from = m_cursor.selection();
+        replace(from, {});
+        if (to > from.start)
+            to -= from.end - from.start;
+    }
+    m_document.replace(to, 0, text);
+    m_cursor.set({ to + text.length() }, { to });
+}
+
+bool TextEdits::eraseSelection()
+{
+    if (!m_cursor.hasSelection())
+        return false;
+    insert({}, Joining::Never);
+    return true;
+}
+
+void TextEdits::erase(Move move)
+{
+    if (eraseSelection())
+        return;
+    const qint64 from = m_cursor.place().offset;
+    const qint64 to = m_cursor.target(move).offset;
+    const bool isByCharacter = move == Move::CharacterBack || move == Move::CharacterForward;
+    const Operation operation(*this);
+    replace({ qMin(from, to), qMax(from, to) }, {}, isByCharacter ? Joining::Erasing : Joining::Never);
+    m_cursor.set({ qMin(from, to) });
+}
+
+void TextEdits::undo()
+{
+    const Operation operation(*this);
+    m_cursor.set({ m_document.undo() });
+}
+
+void TextEdits::redo()
+{
+    const Operation operation(*this);
+    m_cursor.set({ m_document.redo() });
+}

@@ -1,0 +1,51 @@
+#include "widget/textexchange.h"
+
+#include "text/enteredtext.h"
+#include "widget/textcursor.h"
+#include "widget/textmimedata.h"
+
+/// With LF for each CR+LF and CR, which another document may have for its line ends.
+static TextPiece withLineFeeds(const TextPiece &piece)
+{
+    const QString text = piece.text();
+    if (!text.contains(u'\r'))
+        return piece;
+    TextStore store;
+    store.insert(0, piece);
+    for (qsizetype at = text.size(); --at >= 0;) {
+        if (text[at] == u'\r')
+            store.replace(at, 1, QStringView(text).sliced(at + 1).startsWith(u'\n') ? QStringView() : u"\n");
+    }
+    return store.piece(0, store.length());
+}
+
+TextExchange::TextExchange(const QObject &editor, const TextStore &store, const TextCursor &cursor)
+    : m_editor(editor)
+    , m_store(store)
+    , m_cursor(cursor)
+{
+}
+
+TextPiece TextExchange::selectedPiece() const
+{
+    const TextRange range = m_cursor.selection();
+    return m_store.piece(range.start, range.end - range.start);
+}
+
+TextMimeData *TextExchange::selectionData() const
+{
+    return new TextMimeData([piece = selectedPiece()] { return piece; }, m_byteCode, &m_editor);
+}
+
+TextMimeData *TextExchange::followingSelectionData() const
+{
+    return new TextMimeData([this] { return selectedPiece(); }, m_byteCode, &m_editor);
+}
+
+TextPiece TextExchange::pieceOf(const QMimeData &data) const
+{
+    const auto *const own = qobject_cast<const TextMimeData *>(&data);
+    if (!own || own->byteCode() != m_byteCode)
+        return TextPiece(pastedText(data.text()));
+    return own->isFrom(&m_editor) ? own->piece() : withLineFeeds(own->piece());
+}
