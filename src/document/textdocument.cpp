@@ -15,6 +15,12 @@ TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
 
 TextDocument::~TextDocument() = default;
 
+void TextDocument::setCodes(FileCodes codes)
+{
+    m_codes = codes;
+    m_readCode = ReadCode(infoOf(codes.charCode).codec());
+}
+
 void TextDocument::setUndoEnabled(bool enabled)
 {
     if (enabled == m_isUndoEnabled)

@@ -63,6 +63,8 @@ public:
     QString name() const { return m_name; }
     /// Of a document that was never saved.
     void setName(const QString &name) { m_name = name; }
+    /// Of a document that was not read from a file, as for the constructor.
+    void setCodes(FileCodes codes);
     CharCode charCode() const { return m_codes.charCode; }
     ReturnCode returnCode() const { return m_codes.returnCode; }
     /// The codec of the undecodable bytes and spellings in the text: pieces of texts of the same one may be

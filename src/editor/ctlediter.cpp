@@ -33,27 +33,25 @@ ctlEditer::ctlEditer(QWidget *parent)
     applyWrapMode();
     applyColors();
     retranslateName();
-    m_charCode = appSettings().defaultCharCode();
-    m_returnCode = appSettings().defaultReturnCode();
-    setReadWithOwnCode();
+    document().setCodes(defaultCodes());
     connect(this, &QMultiLineEdit::undoAvailable, this, &ctlEditer::slotEdUndoAvailable);
     connect(this, &QMultiLineEdit::redoAvailable, this, &ctlEditer::slotEdRedoAvailable);
 }
 
 void ctlEditer::retranslateName()
 {
-    if (m_path.isEmpty())
-        m_name = tr("(new document)");
+    if (path().isEmpty())
+        document().setName(tr("(new document)"));
 }
 
 QString ctlEditer::charCodeName() const
 {
-    return infoOf(m_charCode).name;
+    return infoOf(document().charCode()).name;
 }
 
 QString ctlEditer::returnCodeName() const
 {
-    return infoOf(m_returnCode).name;
+    return infoOf(document().returnCode()).name;
 }
 
 void ctlEditer::applySettings()
@@ -155,16 +153,12 @@ void ctlEditer::copy()
     deselect();
 }
 
-/// A text without anything to undo is the one that was loaded or saved.
 void ctlEditer::slotEdUndoAvailable(bool available)
 {
-    m_undoAvailable = available;
-    setEdited(available);
     emit undoAvailable2(this, available);
 }
 
 void ctlEditer::slotEdRedoAvailable(bool available)
 {
-    m_redoAvailable = available;
     emit redoAvailable2(this, available);
 }

@@ -1,24 +1,20 @@
 #pragma once
 
-#include "codec/charcode.h"
-#include "codec/returncode.h"
-#include "codec/textcodec.h"
-#include "document/documentversion.h"
+#include "document/textdocument.h"
+#include "editor/indentation.h"
 #include "editor/rownumberfont.h"
-#include "text/textpattern.h"
+#include "text/textsearch.h"
 #include "widget/qmultilineedit.h"
 
 #include <QColor>
 
 #include <memory>
 
-/// Which way a block of lines moves.
-enum class Indentation { In, Out };
-
-/// The editing control of one open document: its text, name, codes, marks and colours.
+/// The editing control of one open document: shows it, with the signs and colours of the settings, and asks
+/// and tells the user. What the document is, and what can be undone, the document knows.
 ///
 /// It reads the settings record when it is made and whenever one of the apply functions is called; the
-/// settings of marks, tab width and auto indent at every use. Values outside their range count as the nearest
+/// settings of signs, tab width and auto indent at every use. Values outside their range count as the nearest
 /// sensible one and stay as they are in the record.
 class ctlEditer : public QMultiLineEdit {
     Q_OBJECT
@@ -27,14 +23,14 @@ public:
     explicit ctlEditer(QWidget *parent);
 
     /// Folder, ending in "/"; empty for a document never saved.
-    QString path() const { return m_path; }
-    QString name() const { return m_name; }
-    int charCode() const { return int(m_charCode); }
-    int returnCode() const { return int(m_returnCode); }
+    QString path() const { return document().path(); }
+    QString name() const { return document().name(); }
+    int charCode() const { return int(document().charCode()); }
+    int returnCode() const { return int(document().returnCode()); }
     QString charCodeName() const;
     QString returnCodeName() const;
-    bool undoAvailable() const { return m_undoAvailable; }
-    bool redoAvailable() const { return m_redoAvailable; }
+    bool undoAvailable() const { return document().history().canUndo(); }
+    bool redoAvailable() const { return document().history().canRedo(); }
     QColor backColor() const { return m_backColor; }
     QColor foreColor() const { return m_foreColor; }
     QColor rowNoColor() const { return m_rowNoColor; }
@@ -84,7 +80,7 @@ public slots:
     void slotEdRedoAvailable(bool available);
 
 signals:
-    /// undoAvailable() and redoAvailable(), with the editor that sends them.
+    /// As undoAvailable() and redoAvailable(), with the editor that sends them.
     void undoAvailable2(ctlEditer *editor, bool available);
     void redoAvailable2(ctlEditer *editor, bool available);
     /// Right before a message box about saving this document: who reads it wants to see the document.
@@ -104,35 +100,21 @@ private:
     QColor cursorColor() const;
 
     int fixedWrapWidth() const;
-    void setDecodedText(QByteArray &&bytes);
-    void setReadWith(const TextCodec *codec);
-    void setReadWithOwnCode();
-    void setWrittenWith(const TextCodec *codec);
-    TextCodec::AsRead writtenAsRead(const TextCodec *codec) const;
-    bool writeText(const QString &fileName);
-    void setUnmodified();
+    /// Of a file that does not tell.
+    static FileCodes defaultCodes();
+    void tellSaved(const SaveResult &result);
 
-    CursorPlace markedBegin() const;
+    CursorPlace selectionBegin() const;
     const TextPattern &patternFor(const QString &text, bool caseSensitive);
+    void replace(const SearchHit &hit, const QString &text);
 
     void breakLine();
     QString indentationBeforeCursor() const;
-    bool marksSeveralLines() const;
+    bool selectsSeveralLines() const;
     void indentBlock(Indentation direction);
-    TextPiece indented(qint64 begin, qint64 end, Indentation direction) const;
     void pressOtherKey(QKeyEvent *event);
 
-    QString m_path;
-    QString m_name;
-    QString m_unreadFile; ///< path + name of the file that could not be read; empty when the text is its own
-    DocumentVersion m_version;
-    CharCode m_charCode = CharCode::Binary;
-    ReturnCode m_returnCode = ReturnCode::None;
-    const TextCodec *m_readWith = nullptr; ///< which the undecodable bytes and spellings in the text are of
-    bool m_keepsSpellings = true; ///< until the text was saved in another code
     TextPattern m_pattern; ///< of the last search
-    bool m_undoAvailable = false;
-    bool m_redoAvailable = false;
     QColor m_backColor;
     QColor m_foreColor;
     QColor m_rowNoColor;

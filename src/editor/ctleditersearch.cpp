@@ -1,7 +1,5 @@
 #include "editor/ctlediter.h"
 
-#include "text/textsearch.h"
-
 namespace {
 
 Qt::CaseSensitivity caseSensitivity(bool isSensitive)
@@ -11,8 +9,8 @@ Qt::CaseSensitivity caseSensitivity(bool isSensitive)
 
 } // namespace
 
-/// The earlier end of the marked text, or the cursor.
-CursorPlace ctlEditer::markedBegin() const
+/// The earlier end of the selection, or the cursor.
+CursorPlace ctlEditer::selectionBegin() const
 {
     return anchorOffset() < cursorOffset() ? anchorPlace() : cursorPlace();
 }
@@ -28,34 +26,44 @@ const TextPattern &ctlEditer::patternFor(const QString &text, bool caseSensitive
 bool ctlEditer::searchForward(
     int mode, bool caseSensitive, const QString &findText, const QString &replaceText)
 {
-    const CursorPlace start = hasMarkedText() ? nextColumn(store(), markedBegin()) : cursorPlace();
+    const CursorPlace start = hasMarkedText() ? nextColumn(store(), selectionBegin()) : cursorPlace();
     const auto hit = ::searchForward(store(), patternFor(findText, caseSensitive), start);
     if (!hit)
         return false;
-    // What is replaced is never shown as marked before.
-    const std::optional<Batch> batch = mode == 1 ? std::optional<Batch>(std::in_place, *this) : std::nullopt;
+    if (mode == 1) {
+        replace(*hit, replaceText);
+        return true;
+    }
     setCursorPlace(hit->begin);
     setCursorPlace(hit->end, true);
-    if (mode == 1)
-        insert(replaceText);
     return true;
 }
 
 bool ctlEditer::searchBackward(
     int mode, bool caseSensitive, const QString &findText, const QString &replaceText)
 {
-    const auto hit = ::searchBackward(store(), patternFor(findText, caseSensitive), markedBegin());
+    const auto hit = ::searchBackward(store(), patternFor(findText, caseSensitive), selectionBegin());
     if (!hit)
         return false;
-    const std::optional<Batch> batch = mode == 1 ? std::optional<Batch>(std::in_place, *this) : std::nullopt;
-    const RowCol begin = store().rowColAt(hit->begin);
+    if (mode == 1) {
+        const Batch batch(*this);
+        const RowCol begin = store().rowColAt(hit->begin);
+        replace(*hit, replaceText);
+        setCursorPosition(begin.row, begin.column);
+        return true;
+    }
     setCursorPlace(hit->end);
     setCursorPlace(hit->begin, true);
-    if (mode == 1) {
-        insert(replaceText);
-        setCursorPosition(begin.row, begin.column);
-    }
     return true;
+}
+
+/// The cursor goes behind the text. What is replaced is never shown as selected before.
+void ctlEditer::replace(const SearchHit &hit, const QString &text)
+{
+    const Batch batch(*this);
+    const qint64 begin = hit.begin.offset;
+    document().replace(begin, hit.end.offset - begin, text);
+    setCursorPlace({ begin + text.size() });
 }
 
 void ctlEditer::jumpToLine(qint64 number)

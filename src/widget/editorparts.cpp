@@ -6,7 +6,7 @@ QMultiLineEdit::Parts::Parts(QMultiLineEdit &edit, ViewScrollBar &verticalBar, V
     , updates(*edit.viewport(), document.store(), format, cursor, view)
     , scroller(verticalBar, horizontalBar, format, cursor, view, updates)
     , blink(edit, updates)
-    , exchange(edit, document.store(), cursor)
+    , exchange(edit, document, cursor)
     , primary(cursor, exchange)
     , announcer(edit)
     , followers(edit, cursor, document.history(), blink, announcer)

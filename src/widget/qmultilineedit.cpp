@@ -101,6 +101,11 @@ TextDocument &QMultiLineEdit::document()
     return laidOut().document;
 }
 
+const TextDocument &QMultiLineEdit::document() const
+{
+    return d->document;
+}
+
 const TextStore &QMultiLineEdit::store() const
 {
     return laidOut().document.store();
@@ -204,11 +209,6 @@ bool QMultiLineEdit::edited() const
 void QMultiLineEdit::setEdited(bool edited)
 {
     d->document.setEdited(edited);
-}
-
-void QMultiLineEdit::setByteCode(const QByteArray &code)
-{
-    d->exchange.setByteCode(code);
 }
 
 // The cursor and the selection.

@@ -54,6 +54,8 @@ public:
     qint64 numLines() const;
     /// The document that is shown, owned by this; its store is laid out as the view shows it.
     TextDocument &document();
+    /// The same for questions that have nothing to do with rows.
+    const TextDocument &document() const;
     const TextStore &store() const;
     const UndoHistory &history() const;
 
@@ -81,9 +83,6 @@ public:
     bool isUndoEnabled() const;
     /// Off: edits are not recorded; switching either way empties the history.
     void setUndoEnabled(bool enabled);
-    /// Names the code that bytes in the text, undecodable ones and spellings, are of. Text that is pasted or
-    /// dropped from an editor with bytes of another code brings its characters alone.
-    void setByteCode(const QByteArray &code);
     int undoDepth() const;
     /// Steps kept apart; below 1 counts as 1.
     void setUndoDepth(int steps);

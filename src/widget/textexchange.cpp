@@ -1,5 +1,6 @@
 #include "widget/textexchange.h"
 
+#include "document/textdocument.h"
 #include "text/enteredtext.h"
 #include "widget/textcursor.h"
 #include "widget/textmimedata.h"
@@ -19,9 +20,9 @@ static TextPiece withLineFeeds(const TextPiece &piece)
     return store.piece(0, store.length());
 }
 
-TextExchange::TextExchange(const QObject &editor, const TextStore &store, const TextCursor &cursor)
+TextExchange::TextExchange(const QObject &editor, const TextDocument &document, const TextCursor &cursor)
     : m_editor(editor)
-    , m_store(store)
+    , m_document(document)
     , m_cursor(cursor)
 {
 }
@@ -29,23 +30,23 @@ TextExchange::TextExchange(const QObject &editor, const TextStore &store, const 
 TextPiece TextExchange::selectedPiece() const
 {
     const TextRange range = m_cursor.selection();
-    return m_store.piece(range.start, range.end - range.start);
+    return m_document.store().piece(range.start, range.end - range.start);
 }
 
 TextMimeData *TextExchange::selectionData() const
 {
-    return new TextMimeData([piece = selectedPiece()] { return piece; }, m_byteCode, &m_editor);
+    return new TextMimeData([piece = selectedPiece()] { return piece; }, m_document.byteCodec(), &m_editor);
 }
 
 TextMimeData *TextExchange::followingSelectionData() const
 {
-    return new TextMimeData([this] { return selectedPiece(); }, m_byteCode, &m_editor);
+    return new TextMimeData([this] { return selectedPiece(); }, m_document.byteCodec(), &m_editor);
 }
 
 TextPiece TextExchange::pieceOf(const QMimeData &data) const
 {
     const auto *const own = qobject_cast<const TextMimeData *>(&data);
-    if (!own || own->byteCode() != m_byteCode)
+    if (!own || &own->byteCodec() != &m_document.byteCodec())
         return TextPiece(pastedText(data.text()));
     return own->isFrom(&m_editor) ? own->piece() : withLineFeeds(own->piece());
 }

@@ -2,9 +2,9 @@
 
 static const QString plainText = QStringLiteral("text/plain");
 
-TextMimeData::TextMimeData(Source source, QByteArray byteCode, const QObject *editor)
+TextMimeData::TextMimeData(Source source, const TextCodec &byteCodec, const QObject *editor)
     : m_source(std::move(source))
-    , m_byteCode(std::move(byteCode))
+    , m_byteCodec(byteCodec)
     , m_editor(editor)
 {
 }

@@ -7,19 +7,20 @@
 
 #include <functional>
 
+class TextCodec;
+
 /// Text for a clipboard or a drag that is made into a string only when someone asks for it.
 class TextMimeData : public QMimeData {
     Q_OBJECT
 public:
     using Source = std::function<TextPiece()>;
-    /// `byteCode` as for QMultiLineEdit::setByteCode(); `editor`, from which the text is, is not owned and
-    /// may go before.
-    TextMimeData(Source source, QByteArray byteCode, const QObject *editor);
+    /// `byteCodec` as TextDocument has it; `editor`, from which the text is, is not owned and may go before.
+    TextMimeData(Source source, const TextCodec &byteCodec, const QObject *editor);
     /// From now on the text comes from `source`.
     void setSource(Source source);
     /// The text letter for letter with its spellings, for a paste inside this program.
     TextPiece piece() const;
-    QByteArray byteCode() const { return m_byteCode; }
+    const TextCodec &byteCodec() const { return m_byteCodec; }
     bool isFrom(const QObject *editor) const { return m_editor == editor; }
 
     bool hasFormat(const QString &mimeType) const override;
@@ -30,6 +31,6 @@ protected:
 
 private:
     Source m_source;
-    const QByteArray m_byteCode;
+    const TextCodec &m_byteCodec;
     const QPointer<const QObject> m_editor;
 };

@@ -61,8 +61,8 @@ private slots:
     void copyRemovesTheSelection();
     void copyOfNothingKeepsTheClipboard();
     void undoAndRedoAreRelayed();
-    void slotsStoreAndRelay();
-    void modifiedMarkFollowsUndo();
+    void slotsRelay();
+    void isEditedWhileThereIsSomethingToUndo();
 
 private:
     AppSettings &settings() { return appSettings(); }
@@ -460,7 +460,7 @@ void CtlEditerTest::undoAndRedoAreRelayed()
     QVERIFY(editor->redoAvailable());
 }
 
-void CtlEditerTest::slotsStoreAndRelay()
+void CtlEditerTest::slotsRelay()
 {
     ctlEditer *editor = newEditor();
     QSignalSpy undo(editor, &ctlEditer::undoAvailable2);
@@ -468,13 +468,14 @@ void CtlEditerTest::slotsStoreAndRelay()
     editor->slotEdUndoAvailable(true);
     editor->slotEdUndoAvailable(true);
     editor->slotEdRedoAvailable(true);
-    QVERIFY(editor->undoAvailable() && editor->redoAvailable());
     QCOMPARE(undo.count(), 2);
     QCOMPARE(redo.count(), 1);
+    QVERIFY(undo[0][1].toBool() && undo[1][1].toBool() && redo[0][1].toBool());
+    // What can be undone is asked of the history.
+    QVERIFY(!editor->undoAvailable() && !editor->redoAvailable());
 }
 
-/// A text is edited when there is something to undo.
-void CtlEditerTest::modifiedMarkFollowsUndo()
+void CtlEditerTest::isEditedWhileThereIsSomethingToUndo()
 {
     ctlEditer *editor = newEditor();
     for (int i = 0; i < 400; ++i)

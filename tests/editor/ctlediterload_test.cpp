@@ -18,23 +18,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
-
-/// Notes the length of every new text.
-class NotingEditor : public ctlEditer {
-public:
-    using ctlEditer::ctlEditer;
-    void setText(TextStore &&store) override
-    {
-        lengths.append(store.length());
-        ctlEditer::setText(std::move(store));
-    }
-    using ctlEditer::setText;
-    QList<qint64> lengths;
-};
-
-} // namespace
-
 class CtlEditerLoadTest : public QObject {
     Q_OBJECT
 
@@ -49,9 +32,10 @@ private slots:
     void emptyFileHasTheDefaults();
     void fileWithoutALineEndHasTheDefaultOne();
     void loadedDocumentIsUnmodified();
-    void textIsSetByTheVirtualFunction();
+    void textIsSetAndAnnouncedOnce();
     void failedLoadChangesNothingButTheName_data();
     void failedLoadChangesNothingButTheName();
+    void readErrorIsTold();
     void reloadDetectsAnew();
     void largeFilesArriveWhole_data();
     void largeFilesArriveWhole();
@@ -64,7 +48,7 @@ private:
 
     std::unique_ptr<DocumentFolder> m_folder;
     std::unique_ptr<QWidget> m_window;
-    NotingEditor *m_editor = nullptr;
+    ctlEditer *m_editor = nullptr;
 };
 
 void CtlEditerLoadTest::init()
@@ -73,7 +57,7 @@ void CtlEditerLoadTest::init()
     appSettings().FontName = QStringLiteral("monospace");
     m_folder = std::make_unique<DocumentFolder>();
     m_window = std::make_unique<QWidget>();
-    m_editor = new NotingEditor(m_window.get());
+    m_editor = new ctlEditer(m_window.get());
 }
 
 void CtlEditerLoadTest::cleanup()
@@ -207,10 +191,13 @@ void CtlEditerLoadTest::loadedDocumentIsUnmodified()
     QCOMPARE(m_editor->text(), QStringLiteral("text\n"));
 }
 
-void CtlEditerLoadTest::textIsSetByTheVirtualFunction()
+void CtlEditerLoadTest::textIsSetAndAnnouncedOnce()
 {
+    m_editor->insert(QStringLiteral("before"));
+    QList<qint64> lengths;
+    connect(m_editor, &ctlEditer::textChanged, this, [&] { lengths << m_editor->store().length(); });
     QVERIFY(load("text\n"));
-    QCOMPARE(m_editor->lengths.last(), 5);
+    QCOMPARE(lengths, QList<qint64>({ 5 }));
 }
 
 void CtlEditerLoadTest::failedLoadChangesNothingButTheName_data()
@@ -221,6 +208,10 @@ void CtlEditerLoadTest::failedLoadChangesNothingButTheName_data()
     QTest::newRow("folder") << QStringLiteral("folder") << QStringLiteral("This is a folder, not a file!");
     QTest::newRow("FIFO") << QStringLiteral("fifo")
                           << QStringLiteral("This is a device or a pipe, not a file!");
+    QTest::newRow("link to itself") << QStringLiteral("circle")
+                                    << QStringLiteral("This file was not opened!");
+    QTest::newRow("8 TiB") << QStringLiteral("sparse")
+                           << QStringLiteral("There is not enough memory for this file!");
 }
 
 void CtlEditerLoadTest::failedLoadChangesNothingButTheName()
@@ -228,6 +219,14 @@ void CtlEditerLoadTest::failedLoadChangesNothingButTheName()
     QFETCH(QString, failing);
     QVERIFY(QDir(folder().path()).mkdir(QStringLiteral("folder")));
     QCOMPARE(::mkfifo(FileName::toBytes(folder().path() + QStringLiteral("fifo")).constData(), 0644), 0);
+    QCOMPARE(
+        ::symlink("circle", FileName::toBytes(folder().path() + QStringLiteral("circle")).constData()), 0);
+    if (failing == QStringLiteral("sparse")) {
+        QFile sparse(folder().path() + failing);
+        QVERIFY(sparse.open(QIODevice::WriteOnly));
+        if (!sparse.resize(qint64{ 8 } << 40))
+            QSKIP("The file system has no files of 8 TiB.");
+    }
     QVERIFY(load(bytes("c6fccbdc0d0a")));
     m_editor->insert(QStringLiteral("x"));
     const MessageBoxes boxes;
@@ -245,6 +244,18 @@ void CtlEditerLoadTest::failedLoadChangesNothingButTheName()
     QVERIFY(m_editor->undoAvailable());
     m_editor->undo();
     QCOMPARE(m_editor->text(), QStringLiteral("日本\n"));
+}
+
+/// The speed of the loopback device, which it has none of, can be opened and not be read.
+void CtlEditerLoadTest::readErrorIsTold()
+{
+    const QString device = QStringLiteral("/sys/class/net/lo/");
+    if (!QFile::exists(device + QStringLiteral("speed")))
+        QSKIP("No such device here.");
+    const MessageBoxes boxes;
+    QVERIFY(!m_editor->loadFile(device, QStringLiteral("speed"), 0));
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(boxes.shown()[0].text, QStringLiteral("This file could not be read to its end!"));
 }
 
 void CtlEditerLoadTest::reloadDetectsAnew()
@@ -297,7 +308,7 @@ void CtlEditerLoadTest::anyBytesInTheName()
     m_editor->insert(QStringLiteral("text"));
     QVERIFY(m_editor->saveFile(folder().path(), oddName));
     const MessageBoxes boxes;
-    NotingEditor other(m_window.get());
+    ctlEditer other(m_window.get());
     other.loadFile(folder().path(), oddName, 0);
     QCOMPARE(boxes.count(), 0);
     QCOMPARE(other.text(), QStringLiteral("text"));
