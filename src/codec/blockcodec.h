@@ -8,13 +8,6 @@
 /// text.
 template <typename Decoder, typename Encoder> class BlockCodec : public TextCodec {
 public:
-    explicit BlockCodec(QByteArrayView name)
-        : m_name(name)
-    {
-    }
-
-    QByteArrayView name() const override { return m_name; }
-
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override { decodeBlocks<Decoder>(bytes, sink); }
 
@@ -23,7 +16,4 @@ public:
     {
         return encodeBlocks<Encoder>(next, sink, asRead);
     }
-
-private:
-    QByteArrayView m_name; ///< of a literal
 };

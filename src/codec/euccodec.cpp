@@ -111,6 +111,6 @@ private:
 /// character the first alone is an escape: the next may begin something sound.
 const TextCodec &eucCodec()
 {
-    static const BlockCodec<EucDecoder, EucEncoder> codec("eucJP");
+    static const BlockCodec<EucDecoder, EucEncoder> codec;
     return codec;
 }

@@ -376,6 +376,6 @@ private:
 /// An escape sequence that is none of the table is text.
 const TextCodec &jisCodec()
 {
-    static const BlockCodec<JisDecoder, JisEncoder> codec("JIS7");
+    static const BlockCodec<JisDecoder, JisEncoder> codec;
     return codec;
 }

@@ -12,8 +12,6 @@ struct Latin1Encoder : StatelessEncoder {
 /// ISO 8859-1: every byte is a character, nothing is undecodable.
 class Latin1Codec : public TextCodec {
 public:
-    QByteArrayView name() const override { return "ISO-8859-1"; }
-
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override
     {

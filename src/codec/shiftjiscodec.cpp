@@ -61,6 +61,6 @@ private:
 /// character the first alone is an escape (or a half-width katakana): the second may begin something sound.
 const TextCodec &shiftJisCodec()
 {
-    static const BlockCodec<ShiftJisDecoder, ShiftJisEncoder> codec("SJIS");
+    static const BlockCodec<ShiftJisDecoder, ShiftJisEncoder> codec;
     return codec;
 }

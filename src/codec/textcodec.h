@@ -47,9 +47,6 @@ public:
 
     virtual ~TextCodec();
 
-    /// "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1", "UTF-16LE" or "UTF-16BE".
-    virtual QByteArrayView name() const = 0;
-
     /// Decodes the whole of `bytes` into blocks of a bounded size: what loading uses. Long runs of ASCII come
     /// as latin1() blocks that lie in `bytes` itself. UTF-16 loses its byte-order mark, UTF-8 keeps it as
     /// U+FEFF. Cost: O(n), at memory speed for ASCII.

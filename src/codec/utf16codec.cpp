@@ -123,8 +123,6 @@ private:
 /// UTF-16 behind a byte-order mark: decoding drops the mark, encoding writes it.
 template <Order order> class Utf16Codec : public TextCodec {
 public:
-    QByteArrayView name() const override { return order == Order::LittleEndian ? "UTF-16LE" : "UTF-16BE"; }
-
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override
     {

@@ -104,6 +104,6 @@ private:
 /// escape, so that no two sequences of bytes give the same text.
 const TextCodec &utf8Codec()
 {
-    static const BlockCodec<Utf8Decoder, Utf8Encoder> codec("UTF8");
+    static const BlockCodec<Utf8Decoder, Utf8Encoder> codec;
     return codec;
 }

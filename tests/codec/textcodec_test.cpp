@@ -105,7 +105,6 @@ class TextCodecTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void namesAreTheirs();
     void contentFindsCodec_data();
     void contentFindsCodec();
     void convertsBothWays_data();
@@ -127,12 +126,6 @@ private slots:
     void encodesStore();
     void refusedBytesStopEncoding();
 };
-
-void TextCodecTest::namesAreTheirs()
-{
-    for (const char *name : codecNames)
-        QCOMPARE(codecNamed(name).name(), QByteArrayView(name));
-}
 
 void TextCodecTest::contentFindsCodec_data()
 {

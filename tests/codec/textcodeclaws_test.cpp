@@ -46,7 +46,8 @@ QSet<QByteArray> secondCodes(const TextCodec &codec)
 /// Bytes without which a codec would not be chosen.
 QByteArray markOf(const TextCodec &codec)
 {
-    return codec.name().startsWith("UTF-16") ? encoded(codec, QString()) : QByteArray();
+    const bool isMarked = &codec == &utf16LittleEndianCodec() || &codec == &utf16BigEndianCodec();
+    return isMarked ? encoded(codec, QString()) : QByteArray();
 }
 
 quint32 lawsSeed()
