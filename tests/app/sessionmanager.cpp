@@ -173,11 +173,13 @@ void SessionManager::Private::watch(IceConn accepted)
 
 void SessionManager::Private::forget()
 {
-    if (!client)
+    if (!connection)
         return;
-    note(QStringLiteral("left"));
     IceSetShutdownNegotiation(connection, False);
-    SmsCleanUp(std::exchange(client, nullptr));
+    if (client) {
+        note(QStringLiteral("left"));
+        SmsCleanUp(std::exchange(client, nullptr));
+    }
     IceCloseConnection(std::exchange(connection, nullptr));
 }
 
