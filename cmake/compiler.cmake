@@ -8,7 +8,7 @@ endif()
 
 add_library(marlopad_flags INTERFACE)
 target_compile_options(marlopad_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 target_compile_definitions(marlopad_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_DISABLE_DEPRECATED_BEFORE=0x060400 QT_NO_FOREACH)
