@@ -59,7 +59,7 @@ QString textOf(const QByteArray &utf16)
 }
 
 /// The one character that bytes stand for; null where they are not exactly one.
-QString decoded(const TextCodec &codec, const QByteArray &bytes)
+QString decodedOne(const TextCodec &codec, const QByteArray &bytes)
 {
     const QString text = decoded(codec, bytes);
     return text.size() == 1 && !text[0].isSurrogate() ? text : QString();
@@ -121,7 +121,7 @@ void JisTablesTest::agreesWithSystem()
             QByteArray bytes = prefix;
             bytes += static_cast<char>(first);
             bytes += static_cast<char>(second);
-            const QString ours = decoded(*c, bytes);
+            const QString ours = decodedOne(*c, bytes);
             const QString theirs = textOf(converter.convert(bytes));
             // The system has user-defined characters in rows 89 to 92, and names the broken bar otherwise.
             const bool isRow89To92 = codec == "eucJP" && prefix.isEmpty() && first >= 0xF9 && first <= 0xFC;
@@ -141,7 +141,7 @@ void JisTablesTest::writesWhatTheSystemWrites()
     for (int unit = 0x80; unit < 0x10000; ++unit) {
         const QString text(QChar(static_cast<char16_t>(unit)));
         const QByteArray ours = encoded(*codec, text);
-        if (decoded(*codec, ours) != text || text[0].isSurrogate())
+        if (decodedOne(*codec, ours) != text || text[0].isSurrogate())
             continue;
         QVERIFY2(ours == converter.convert(utf16Bytes(text)), ours.toHex());
         ++compared;
@@ -191,7 +191,7 @@ void JisTablesTest::agreesWithTheStandard()
         const QByteArray bytes = place(pointer);
         if (bytes.isEmpty())
             continue;
-        QCOMPARE(decoded(*c, bytes), QString(QChar(character)));
+        QCOMPARE(decodedOne(*c, bytes), QString(QChar(character)));
         const bool isReadOnly = codec == "SJIS" && pointer >= 8272 && pointer <= 8835;
         if (!isReadOnly && !written.contains(character))
             written.insert(character, bytes);
