@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QMainWindow>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
@@ -16,12 +17,13 @@ constexpr QSize vgaIconSize(24, 24);
 
 } // namespace
 
-CommandBar::CommandBar(const MainMenus &menus, QWidget *parent)
-    : QToolBar(parent)
+CommandBar::CommandBar(const MainMenus &menus, QMainWindow &window)
+    : QToolBar(&window)
 {
     setMovable(false);
     setIconSize(forScreen(smallIconSize, vgaIconSize));
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    window.addToolBar(this); // which it is measured in
     for (const ToolButton &button : toolButtons()) {
         QAction *action = menus.item(button.command);
         const auto label = QLatin1StringView(button.label);
@@ -38,6 +40,7 @@ void CommandBar::showLabelsIn(int width)
 {
     const bool hasRoom = m_labelledWidth <= width;
     setToolButtonStyle(hasRoom ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
+    updateGeometry(); // where only the menus' width has changed
 }
 
 void CommandBar::retranslate()

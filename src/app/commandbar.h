@@ -3,13 +3,14 @@
 #include <QToolBar>
 
 class MainMenus;
+class QMainWindow;
 
 /// The tool bar of the commands. Its labels show where there is room for them, and are never translated.
 class CommandBar : public QToolBar {
     Q_OBJECT
 public:
-    /// Its buttons are items of the menus.
-    CommandBar(const MainMenus &menus, QWidget *parent);
+    /// Joins the window's bars. Its buttons are items of the menus.
+    CommandBar(const MainMenus &menus, QMainWindow &window);
 
     /// Shows the labels, or not, for this width of the bar.
     void showLabelsIn(int width);

@@ -10,7 +10,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , fullScreen(*new FullScreen(&window))
     , recentMenu(*new RecentMenu(&window))
     , menus(*new MainMenus(window, recentMenu))
-    , commandBar(*new CommandBar(menus, &window))
+    , commandBar(*new CommandBar(menus, window))
     , documents(*new DocumentArea(&window))
     , firstDocument(window, documents)
     , loader(window, dialogs, documents, places)
@@ -19,6 +19,5 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , sessionEnd(documents, closer)
     , search(window, documents)
 {
-    window.addToolBar(&commandBar);
     window.setCentralWidget(&documents);
 }
