@@ -95,7 +95,7 @@ void countProperties(benchmark::State &state, const QString &line, qint64 units)
     const TextStore text = storeOf(line, units);
     for (auto _ : state) {
         const TextCounts counts = countText(text);
-        benchmark::DoNotOptimize(fileSize(counts, 2, 3));
+        benchmark::DoNotOptimize(fileSize(counts, CharCode::Utf8, ReturnCode::Lf));
     }
 }
 
