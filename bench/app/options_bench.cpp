@@ -4,10 +4,10 @@
 //     QT_QPA_PLATFORM=offscreen build/bench/options_bench
 
 #include "app/frmmain.h"
-#include "settings/settings.h"
 #include "app/textcounts.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "settings/settings.h"
 #include "text/textstore.h"
 
 #include <QApplication>

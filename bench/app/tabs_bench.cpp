@@ -4,9 +4,9 @@
 //     QT_QPA_PLATFORM=offscreen build/bench/tabs_bench
 
 #include "app/frmmain.h"
-#include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "settings/settings.h"
 
 #include <QApplication>
 #include <QFile>

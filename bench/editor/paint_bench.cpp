@@ -1,8 +1,8 @@
 // Painting of rows as the screen shows them: 1280x800, 40 rows of mixed Japanese, shaped text and marks.
 
-#include "settings/settings.h"
 #include "editor/ctlediter.h"
 #include "rows/lcfont.h"
+#include "settings/settings.h"
 
 #include <QApplication>
 #include <QPainter>

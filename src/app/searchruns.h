@@ -19,11 +19,11 @@ public:
     /// Shows the panel in a search mode, with the selected text to search for.
     void showPanel(int mode);
 
-    // The last search once more; nothing before the first one.
+    /// The last search once more; nothing before the first one. Likewise the next.
     void repeatForward();
     void repeatBackward();
 
-    // What the panel asks for now.
+    /// By the fields of the panel as they are; likewise the next.
     void searchForward();
     void searchBackward();
     /// Replaces every hit in the current document, from its top, and tells how many there were.

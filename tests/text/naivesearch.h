@@ -1,7 +1,7 @@
 #pragma once
 
-#include "text/textsearch.h"
 #include "tests/text/modelstore.h"
+#include "text/textsearch.h"
 
 #include <QStringList>
 
