@@ -78,6 +78,8 @@ private:
 
 class EucEncoder : public StatelessEncoder {
 public:
+    bool hasCode(char16_t c) const { return m_planes->code(c) != 0; }
+
     void character(char16_t c, uchar *&out)
     {
         const quint16 code = m_planes->code(c);

@@ -72,6 +72,18 @@ constexpr char16_t setEscape(Set set, uchar byte)
     return static_cast<char16_t>(base + byte);
 }
 
+/// Of a surrogate that is such an escape.
+std::optional<Set> setOfEscape(char16_t c)
+{
+    const auto byte = escapedByte(c);
+    for (const Set set : { Set::Kanji, Set::Supplement, Set::Katakana }) {
+        const bool hasEscape = isSetByte(byte) && (hasPairs(set) || byte >= 0x60);
+        if (hasEscape && c == setEscape(set, byte))
+            return set;
+    }
+    return std::nullopt;
+}
+
 JisEntry pairEntry(const JisPlanes &planes, Set set, uchar first, uchar second)
 {
     return set == Set::Kanji ? planes.kanji(first, second) : planes.supplement(first, second);
@@ -101,6 +113,10 @@ char16_t nextCharacter(
 class JisEncoder {
 public:
     static constexpr bool hasMark = false;
+    static constexpr bool writesPairs = false;
+
+    bool hasCode(char16_t c) const { return m_planes->code(c) != 0; }
+    static bool isEscape(char16_t c) { return isByteEscape(c) || setOfEscape(c); }
 
     bool isAscii() const { return m_set == Set::Ascii && m_literal.size == 0; }
     static quint64 special(quint64 word)
@@ -142,13 +158,10 @@ public:
 
     void lone(char16_t c, uchar *&out)
     {
-        const auto byte = escapedByte(c);
-        for (const Set set : { Set::Kanji, Set::Supplement, Set::Katakana }) {
-            const bool hasEscape = isSetByte(byte) && (hasPairs(set) || byte >= 0x60);
-            if (hasEscape && c == setEscape(set, byte))
-                return write(set, byte, 1, out);
-        }
-        unknown(out);
+        if (const auto set = setOfEscape(c))
+            write(*set, escapedByte(c), 1, out);
+        else
+            unknown(out);
     }
 
     /// One unit, whatever it is.

@@ -2,10 +2,12 @@
 #include "codec/blockencoder.h"
 #include "codec/codecs.h"
 #include "codec/statelessencoder.h"
+#include "codec/withoutcode.h"
 
 namespace {
 
 struct Latin1Encoder : StatelessEncoder {
+    static bool hasCode(char16_t c) { return c < 0x100; }
     static void character(char16_t c, uchar *&out) { *out++ = c < 0x100 ? static_cast<uchar>(c) : '?'; }
 };
 
@@ -23,6 +25,11 @@ public:
     bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
     {
         return encodeBlocks<Latin1Encoder>(next, sink, asRead);
+    }
+
+    qint64 findWithoutCode(const TextChunk &chunk, qint64 from, AsRead asRead) const override
+    {
+        return WithoutCode<Latin1Encoder>::find(chunk, from, asRead);
     }
 };
 

@@ -43,6 +43,8 @@ private:
 
 class ShiftJisEncoder : public StatelessEncoder {
 public:
+    bool hasCode(char16_t c) const { return m_table->code(c) != 0; }
+
     void character(char16_t c, uchar *&out)
     {
         const quint16 code = m_table->code(c);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/byteescape.h"
 #include "text/asciirun.h"
 
 #include <QByteArrayView>
@@ -14,6 +15,8 @@ struct StatelessEncoder {
     static void pair(char16_t, char16_t, uchar *&out) { unknown(out); }
     static void byte(uchar b, uchar *&out) { *out++ = b; }
     static void lone(char16_t, uchar *&out) { unknown(out); }
+    static constexpr bool writesPairs = false;
+    static bool isEscape(char16_t c) { return isByteEscape(c); }
     static bool admits(char16_t, QByteArrayView, uchar *&) { return true; }
     static void finish(uchar *&) { }
 };

@@ -55,6 +55,10 @@ public:
     TextStore decode(QByteArrayView bytes, const LayoutRule &rule) const;
     /// Encodes the text that `next` gives; false when the sink refused.
     virtual bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const = 0;
+    /// Which of the chunk's units, at `from` or behind it, begins the first character that has no code and is
+    /// written as another one; -1 for none. Whatever stands before and behind the chunk, and its spelling, do
+    /// not matter: half a surrogate pair counts as one alone, a byte-order mark as any other character.
+    virtual qint64 findWithoutCode(const TextChunk &chunk, qint64 from, AsRead asRead) const = 0;
     /// Encodes the whole text of a store, leaf by leaf; false when the sink refused.
     bool encode(const TextStore &store, const ByteSink &sink, AsRead asRead = AsRead::Everything) const;
 };

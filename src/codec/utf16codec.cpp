@@ -1,6 +1,7 @@
 #include "codec/blockdecoder.h"
 #include "codec/blockencoder.h"
 #include "codec/codecs.h"
+#include "codec/withoutcode.h"
 #include "files/byteescape.h"
 
 namespace {
@@ -70,6 +71,9 @@ private:
 template <Order order> class Utf16Encoder {
 public:
     static constexpr bool hasMark = true;
+    static constexpr bool writesPairs = true;
+    static bool hasCode(char16_t) { return true; }
+    static bool isEscape(char16_t c) { return isByteEscape(c); }
     static bool isAscii() { return false; }
     static quint64 special(quint64) { return 1; }
 
@@ -134,6 +138,11 @@ public:
     bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
     {
         return sink(mark()) && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
+    }
+
+    qint64 findWithoutCode(const TextChunk &chunk, qint64 from, AsRead asRead) const override
+    {
+        return WithoutCode<Utf16Encoder<order>>::find(chunk, from, asRead);
     }
 
 private:

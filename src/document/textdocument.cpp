@@ -19,6 +19,7 @@ void TextDocument::setCodes(FileCodes codes)
 {
     m_codes = codes;
     m_readCode = ReadCode(infoOf(codes.charCode).codec());
+    emit codesChanged();
 }
 
 void TextDocument::setUndoEnabled(bool enabled)
@@ -125,6 +126,8 @@ SaveResult TextDocument::save(const QString &path, const QString &name, std::opt
     if (m_codes.charCode == CharCode::Binary)
         return { SaveResult::Outcome::Binary, false, {} };
     m_codes = { charCode.value_or(m_codes.charCode), returnCode.value_or(m_codes.returnCode) };
+    if (charCode || returnCode)
+        emit codesChanged();
     const SaveResult result = write(path + name);
     if (result.outcome == SaveResult::Outcome::NotWritten)
         return result;
@@ -144,8 +147,8 @@ SaveResult TextDocument::write(const QString &fileName)
     const bool isOvertaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
     if (isOvertaken || fileName == m_unreadFile)
         writer.keepOldContent();
-    const TextCodec &codec = infoOf(m_codes.charCode).codec();
-    const bool isWritten = writer.write(m_store, codec, m_readCode.writtenAsReadIn(codec));
+    const TextCodec &codec = codecToWrite();
+    const bool isWritten = writer.write(m_store, codec, writtenAsRead());
     if (isWritten) {
         m_version.endWriting(target);
         m_readCode.setWritten(codec, m_store);

@@ -70,6 +70,9 @@ public:
     /// The codec of the undecodable bytes and spellings in the text: pieces of texts of the same one may be
     /// exchanged with them.
     const TextCodec &byteCodec() const { return m_readCode.codec(); }
+    /// What a save without a code of its own writes the text with, and how much of it as it was read.
+    const TextCodec &codecToWrite() const { return infoOf(m_codes.charCode).codec(); }
+    TextCodec::AsRead writtenAsRead() const { return m_readCode.writtenAsReadIn(codecToWrite()); }
 
     /// Lays the text out anew; it stays the same, and nothing is emitted.
     void layOut(const LayoutRule &rule) { m_store.setLayoutRule(rule); }
@@ -113,6 +116,8 @@ signals:
     void replaced(const TextChange &change);
     /// The text is what the file has now, and the history is empty.
     void saved();
+    /// The text goes to its file in other codes than before, with or without it being written.
+    void codesChanged();
 
 private:
     qint64 applyStep(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));

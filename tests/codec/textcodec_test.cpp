@@ -125,6 +125,8 @@ private slots:
     void blocksAreBounded();
     void encodesStore();
     void refusedBytesStopEncoding();
+    void knowsWhatItCannotWrite_data();
+    void knowsWhatItCannotWrite();
 };
 
 void TextCodecTest::contentFindsCodec_data()
@@ -533,6 +535,41 @@ void TextCodecTest::refusedBytesStopEncoding()
         }));
         QCOMPARE(calls, 2);
     }
+}
+
+void TextCodecTest::knowsWhatItCannotWrite_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<QString>("standIn");
+    for (const char *codec : { "SJIS", "eucJP", "JIS7", "ISO-8859-1" })
+        QTest::newRow(codec) << QByteArray(codec) << u"?"_s;
+    for (const char *codec : { "UTF8", "UTF-16LE", "UTF-16BE" })
+        QTest::newRow(codec) << QByteArray(codec) << u"\uFFFD"_s;
+}
+
+/// Every unit, and a character of two, behind another one.
+void TextCodecTest::knowsWhatItCannotWrite()
+{
+    QFETCH(QByteArray, codec);
+    QFETCH(QString, standIn);
+    const TextCodec &tested = codecNamed(codec);
+    const QByteArray lost = encodeInRuns(tested, u'a' + standIn, 2);
+    const auto check = [&](const QString &character) {
+        TextChunk chunk;
+        const QString text = u'a' + character;
+        chunk.utf16 = text;
+        const qint64 found = tested.findWithoutCode(chunk, 0, TextCodec::AsRead::UndecodableBytes);
+        const bool isLost = encodeInRuns(tested, text, 3) == lost && character != standIn;
+        QVERIFY2(found == (isLost ? 1 : -1), qPrintable(QString::number(character[0].unicode(), 16)));
+    };
+    for (char32_t c = 0; c <= 0xFFFF; ++c)
+        check(QString(QChar(char16_t(c))));
+    check(u"\U0001F600"_s);
+    const QByteArray latin1 = "a\xE9";
+    TextChunk chunk;
+    chunk.latin1 = latin1;
+    const bool hasE = !encodeInRuns(tested, u"aé"_s, 2).endsWith('?');
+    QCOMPARE(tested.findWithoutCode(chunk, 0, TextCodec::AsRead::Nothing), hasE ? -1 : 1);
 }
 
 REGISTER_TEST(runPlainTest<TextCodecTest>)
