@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr">
 <context>
+    <name>NoticeStrip</name>
+    <message>
+        <source>More offers</source>
+        <translation>Autres actions</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Masquer</translation>
+    </message>
+</context>
+<context>
     <name>QMultiLineEdit</name>
     <message>
         <source>&amp;Undo</source>
@@ -575,6 +586,26 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
     <message>
         <source>A french translation file not found.</source>
         <translation>Le fichier de traduction française est introuvable.</translation>
+    </message>
+    <message>
+        <source>Go to it</source>
+        <translation>Y aller</translation>
+    </message>
+    <message>
+        <source>Save as UTF-8…</source>
+        <translation>Enregistrer en UTF-8…</translation>
+    </message>
+    <message>
+        <source>%1 or more</source>
+        <translation>%1 ou plus</translation>
+    </message>
+    <message>
+        <source>Characters saved as &quot;%1&quot;: %2 (%3)</source>
+        <translation>Caractères enregistrés comme «&#xa0;%1&#xa0;»&#xa0;: %2 (%3)</translation>
+    </message>
+    <message>
+        <source>Characters that %1 lacks: %2 (%3)</source>
+        <translation>Caractères absents de %1&#xa0;: %2 (%3)</translation>
     </message>
 </context>
 <context>

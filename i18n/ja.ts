@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja">
 <context>
+    <name>NoticeStrip</name>
+    <message>
+        <source>More offers</source>
+        <translation>その他の操作</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>閉じる</translation>
+    </message>
+</context>
+<context>
     <name>QMultiLineEdit</name>
     <message>
         <source>&amp;Undo</source>
@@ -575,6 +586,26 @@ Row count  : %2</source>
     <message>
         <source>A french translation file not found.</source>
         <translation>フランス語の翻訳ファイルが見つかりません。</translation>
+    </message>
+    <message>
+        <source>Go to it</source>
+        <translation>その文字へ</translation>
+    </message>
+    <message>
+        <source>Save as UTF-8…</source>
+        <translation>UTF-8 で保存…</translation>
+    </message>
+    <message>
+        <source>%1 or more</source>
+        <translation>%1 以上</translation>
+    </message>
+    <message>
+        <source>Characters saved as &quot;%1&quot;: %2 (%3)</source>
+        <translation>「%1」として保存された文字: %2 (%3)</translation>
+    </message>
+    <message>
+        <source>Characters that %1 lacks: %2 (%3)</source>
+        <translation>%1 にない文字: %2 (%3)</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "app/documentfile.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "editor/noticestrip.h"
 #include "files/filename.h"
 #include "platform/freememory.h"
 #include "platform/qpeapplication.h"
@@ -38,12 +39,28 @@ int idBefore(const QList<int> &ids, int current)
 
 DocumentArea::DocumentArea(QWidget *parent)
     : QWidget(parent)
+    , m_strip(new NoticeStrip(m_notices, this))
     , m_stack(new QStackedWidget(this))
     , m_tabBar(new ctlTabBar(this))
 {
     connect(m_tabBar, &ctlTabBar::currentChanged, this, &DocumentArea::showChosen);
     m_freeing.setSingleShot(true);
     connect(&m_freeing, &QTimer::timeout, this, giveBackFreeMemory);
+    connectStrip();
+}
+
+void DocumentArea::connectStrip()
+{
+    connect(this, &DocumentArea::currentChanged, m_strip, &NoticeStrip::setDocument);
+    connect(m_strip, &NoticeStrip::toggled, this, &DocumentArea::arrange);
+    connect(m_strip, &NoticeStrip::chosen, this, [this](const std::function<void()> &act) {
+        if (beginCommand())
+            act();
+    });
+    connect(m_strip, &NoticeStrip::keysGivenBack, this, [this] {
+        if (ctlEditer *editor = current())
+            editor->setFocus();
+    });
 }
 
 ctlEditer *DocumentArea::current() const
@@ -73,6 +90,7 @@ ctlEditer *DocumentArea::add(const QString &caption)
     const QString name = caption.isEmpty() ? editor->name() : caption;
     m_tabBar->addTab(editor, name);
     editor->setAccessibleName(name);
+    m_strip->setDocument(current());
     return editor;
 }
 
@@ -116,6 +134,7 @@ void DocumentArea::close(ctlEditer *editor)
 {
     m_stack->removeWidget(editor);
     m_tabBar->removeTab(editor);
+    m_notices.withdrawAllAbout(editor);
     emit closed(editor);
     editor->blockSignals(true);
     editor->hide();
@@ -150,12 +169,22 @@ bool DocumentArea::beginCommand()
     return true;
 }
 
+void DocumentArea::toggleNoticeKeys()
+{
+    if (!m_strip->hasKeys())
+        m_strip->takeKeys();
+    else if (ctlEditer *editor = current())
+        editor->setFocus();
+}
+
 void DocumentArea::arrange()
 {
     const QSize hint = m_tabBar->sizeHint();
     const int bottom = height() - 1;
     m_tabBar->setGeometry(0, bottom - hint.height(), qMin(hint.width(), width()), hint.height());
-    m_stack->setGeometry(0, 0, width(), height() - hint.height());
+    const int top = m_strip->isHidden() ? 0 : m_strip->sizeHint().height();
+    m_strip->setGeometry(0, 0, width(), top);
+    m_stack->setGeometry(0, top, width(), height() - hint.height() - top);
     // A document that is not shown may be asked to wrap its text at its width.
     for (int page = 0; page < m_stack->count(); ++page)
         m_stack->widget(page)->resize(m_stack->size());

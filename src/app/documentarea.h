@@ -1,14 +1,17 @@
 #pragma once
 
+#include "editor/noticequeue.h"
+
 #include <QTimer>
 #include <QWidget>
 
 class ctlEditer;
 class ctlTabBar;
+class NoticeStrip;
 class QStackedWidget;
 
-/// The open documents, inside the main window: a stack of editors, of which one shows, and their tab bar
-/// below.
+/// The open documents, inside the main window: a stack of editors, of which one shows, their tab bar below,
+/// and above them the strip of the notices about them, when there is one.
 ///
 /// The current document is the editor that the stack shows, and nobody else knows of it; the tab bar follows.
 /// Owns the editors.
@@ -18,6 +21,8 @@ public:
     explicit DocumentArea(QWidget *parent);
 
     ctlTabBar *tabBar() const { return m_tabBar; }
+    /// About the documents and the program. Those about a document go when it is closed.
+    NoticeQueue &notices() { return m_notices; }
     /// Null without documents.
     ctlEditer *current() const;
     /// In the order of their tabs.
@@ -48,8 +53,12 @@ public:
     /// composed is text then.
     bool beginCommand();
 
+    /// The keys go from the text to the notice, or back; nothing without one.
+    void toggleNoticeKeys();
+
     /// Gives the tab bar the width and height it asks for, at most the area's width, at the lower left edge,
-    /// one pixel up so that the tabs touch the document; the stack gets the rest.
+    /// one pixel up so that the tabs touch the document; the strip its line above the
+    /// stack, which gets the rest.
     void arrange();
 
 signals:
@@ -68,7 +77,10 @@ protected:
 
 private:
     void showChosen(ctlEditer *editor);
+    void connectStrip();
 
+    NoticeQueue m_notices;
+    NoticeStrip *m_strip;
     QStackedWidget *m_stack;
     ctlTabBar *m_tabBar;
     QTimer m_freeing; ///< runs out once when closed documents are gone

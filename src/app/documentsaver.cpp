@@ -65,10 +65,11 @@ bool DocumentSaver::saveTo(ctlEditer *editor, const FileChoice &file)
     return true;
 }
 
-bool DocumentSaver::saveAs(ctlEditer *editor)
+bool DocumentSaver::saveAs(ctlEditer *editor, std::optional<CharCode> charCode)
 {
     m_documents.setCurrent(editor);
     FileChoice start = startFor(editor);
+    start.charCode = charCode;
     while (const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::SaveAs, start)) {
         makeDocumentsFolder(file->folder);
         if (saveTo(editor, *file))

@@ -17,8 +17,9 @@ public:
     bool save(ctlEditer *editor);
     /// The same as another file; without a code or a line end the document keeps its own.
     bool saveTo(ctlEditer *editor, const FileChoice &file);
-    /// Asks for a name until the document is written under one. False when the user gave up.
-    bool saveAs(ctlEditer *editor);
+    /// Asks for a name until the document is written under one; the dialog comes with a code chosen, if one
+    /// is given. False when the user gave up.
+    bool saveAs(ctlEditer *editor, std::optional<CharCode> charCode = {});
     /// Saves the edited documents in the order of their ids, until one cannot be saved.
     void saveAll();
 

@@ -414,6 +414,11 @@ void frmMain::slotEtcChangeTab(int forward)
     forward ? m_parts->documents.showNext() : m_parts->documents.showPrevious();
 }
 
+void frmMain::slotEtcNotice()
+{
+    m_parts->documents.toggleNoticeKeys();
+}
+
 void frmMain::slotEdUndoAvailable(ctlEditer *editor, bool available)
 {
     item(EditCommand::Undo)->setEnabled(available);

@@ -116,6 +116,8 @@ public slots:
     void slotEtcFirstNewDoc();
     /// The next tab by id with 1, the previous one with 0; round at the ends.
     void slotEtcChangeTab(int forward);
+    /// The keys go from the text to the notice above it, or back.
+    void slotEtcNotice();
     void slotEdUndoAvailable(ctlEditer *editor, bool available);
     void slotEdRedoAvailable(ctlEditer *editor, bool available);
     void slotEdCopyAvailable(bool available);

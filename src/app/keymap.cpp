@@ -27,6 +27,7 @@ constexpr KeyBinding keyMap[] = {
     { Qt::Key_C, control, all, 0, &frmMain::slotCmdEditCopy },
     { Qt::Key_V, control, all, 0, &frmMain::slotCmdEditPast },
     { Qt::Key_A, control, all, 0x2017, &frmMain::slotCmdEditSelAll },
+    { Qt::Key_F6, Qt::NoModifier, all, 0, &frmMain::slotEtcNotice },
 };
 
 struct Key {

@@ -18,6 +18,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , closer(window, documents, saver, places)
     , sessionEnd(documents, closer)
     , search(window, documents)
+    , writingNotices(documents, saver)
 {
     window.setCentralWidget(&documents);
 }

@@ -14,6 +14,7 @@
 #include "app/searchruns.h"
 #include "app/sessionend.h"
 #include "app/windowdialogs.h"
+#include "app/writingnotices.h"
 
 class QMainWindow;
 
@@ -37,4 +38,5 @@ struct WindowParts {
     DocumentCloser closer;
     SessionEnd sessionEnd;
     SearchRuns search;
+    WritingNotices writingNotices;
 };

@@ -17,7 +17,7 @@ struct Row {
     CommandSlot slot;
 };
 
-// In the order of the map, without its rows for Tab.
+// In the order of the map, without its rows for Tab and F6.
 const Row rows[] = {
     { "Ctrl+N search", Qt::Key_N, 0x2019, &frmMain::slotCmdViewSearch },
     { "Ctrl+M replace", Qt::Key_M, 0x201A, &frmMain::slotCmdViewReplace },
@@ -55,6 +55,7 @@ private slots:
     void deviceKeysCountWithoutText();
     void tabs_data();
     void tabs();
+    void f6();
     void digitsThatNeedShift_data();
     void digitsThatNeedShift();
     void otherKeysDoNothing_data();
@@ -67,6 +68,7 @@ void KeyMapTest::hasTheseRowsInOrder()
     const auto isTab = [](const KeyBinding &binding) { return binding.key == Qt::Key_Tab; };
     QCOMPARE(std::find_if(bindings.begin(), bindings.end(), isTab) - bindings.begin(), 5);
     QCOMPARE(bindings.removeIf(isTab), 2);
+    QCOMPARE(bindings.takeLast().key, int(Qt::Key_F6));
     QCOMPARE(size_t(bindings.size()), std::size(rows));
     for (qsizetype i = 0; i < bindings.size(); ++i) {
         QCOMPARE(bindings.at(i).key, rows[i].key);
@@ -144,6 +146,14 @@ void KeyMapTest::tabs()
     QFETCH(int, key);
     QFETCH(Qt::KeyboardModifiers, modifiers);
     QTEST(commandsFor(key, modifiers, u"\t"_s), "commands");
+}
+
+void KeyMapTest::f6()
+{
+    const QList<CommandSlot> notice{ &frmMain::slotEtcNotice };
+    QCOMPARE(commandsFor(Qt::Key_F6, {}), notice);
+    for (const Qt::KeyboardModifier modifier : { Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier })
+        QVERIFY(commandsFor(Qt::Key_F6, modifier).isEmpty());
 }
 
 void KeyMapTest::digitsThatNeedShift_data()

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <vector>
+
+class QObject;
+
+/// What notices tell of. About one document, and about the program, there is at most one of each kind.
+enum class NoticeKind {
+    CannotWrite, ///< characters that the document's code lacks
+};
+
+/// Of several notices the one of the heaviest kind is shown.
+int weightOf(NoticeKind kind);
+
+/// One of the things that a notice offers to do. Texts are asked for whenever they are shown, so that they
+/// are in the present language.
+struct NoticeOffer {
+    std::function<QString()> text;
+    std::function<void()> act; ///< unused where there are choices
+    std::vector<NoticeOffer> choices = {}; ///< shown as a menu
+};
+
+/// What the user is told in the strip above the text: that something puts text at risk, and what can be done
+/// about it.
+struct Notice {
+    NoticeKind kind;
+    const QObject *about = nullptr; ///< the document; null: the program
+    std::function<QString()> text; ///< plain, one line
+    std::vector<NoticeOffer>
+        offers; ///< the most useful first: where there is little room, others are in a menu
+    std::function<void()> dismissed = {}; ///< after the user has put the notice away; may be unset
+    bool isDismissable = true;
+};

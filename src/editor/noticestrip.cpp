@@ -1,0 +1,340 @@
+#include "editor/noticestrip.h"
+
+#include "editor/noticequeue.h"
+#include "platform/menu.h"
+
+#include <QAccessibleWidget>
+#include <QApplication>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QToolButton>
+#include <QToolTip>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int textMargin = 2; ///< on both sides of the text, in platform pixels
+constexpr int leastShareOfText = 3; ///< the text keeps one in so many parts of the strip
+
+/// An alert: tools read it to the user when it appears.
+QAccessibleInterface *makeInterface(const QString &, QObject *object)
+{
+    auto *const strip = qobject_cast<NoticeStrip *>(object);
+    return strip ? new QAccessibleWidget(strip, QAccessible::AlertMessage) : nullptr;
+}
+
+/// What is dropped may be what was just pressed.
+void drop(QWidget *widget)
+{
+    if (!widget)
+        return;
+    widget->hide();
+    widget->deleteLater();
+}
+
+void installInterfaces()
+{
+    static const bool isInstalled = [] {
+        QAccessible::installFactory(makeInterface);
+        return true;
+    }();
+    Q_UNUSED(isInstalled)
+}
+
+} // namespace
+
+NoticeStrip::NoticeStrip(NoticeQueue &queue, QWidget *parent)
+    : QWidget(parent)
+    , m_queue(queue)
+    , m_label(new QLabel(this))
+    , m_more(createButton())
+    , m_dismiss(createButton())
+{
+    installInterfaces();
+    setPalette(QToolTip::palette());
+    setBackgroundRole(QPalette::ToolTipBase);
+    setForegroundRole(QPalette::ToolTipText);
+    setAutoFillBackground(true);
+    m_label->setTextFormat(Qt::PlainText);
+    m_label->setForegroundRole(QPalette::ToolTipText);
+    m_label->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_more->setText(u"…"_s);
+    m_more->setMenu(new Menu(m_more));
+    m_dismiss->setText(u"×"_s);
+    m_dismiss->setAutoRaise(true);
+    nameControls();
+    hide();
+    connect(&m_queue, &NoticeQueue::changed, this, &NoticeStrip::refresh);
+}
+
+QToolButton *NoticeStrip::createButton()
+{
+    auto *button = new QToolButton(this);
+    button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setFocusPolicy(Qt::TabFocus);
+    connect(button, &QToolButton::clicked, this, [this, button] { press(button); });
+    return button;
+}
+
+void NoticeStrip::nameControls()
+{
+    m_more->setToolTip(tr("More offers"));
+    m_more->setAccessibleName(m_more->toolTip());
+    m_more->menu()->setAccessibleName(m_more->toolTip());
+    m_dismiss->setToolTip(tr("Dismiss"));
+    m_dismiss->setAccessibleName(m_dismiss->toolTip());
+}
+
+void NoticeStrip::setDocument(const QObject *document)
+{
+    m_document = document;
+    refresh();
+}
+
+bool NoticeStrip::hasKeys() const
+{
+    return isAncestorOf(QApplication::focusWidget());
+}
+
+void NoticeStrip::takeKeys()
+{
+    if (m_shown)
+        shownButtons().constFirst()->setFocus(Qt::ShortcutFocusReason);
+}
+
+QSize NoticeStrip::sizeHint() const
+{
+    int height = qMax(m_dismiss->sizeHint().height(), m_more->sizeHint().height());
+    for (const QToolButton *button : m_buttons)
+        height = qMax(height, button->sizeHint().height());
+    return { 0, height };
+}
+
+std::optional<NoticeStrip::Shown> NoticeStrip::toShow() const
+{
+    const Notice *const notice = m_queue.heaviest(m_document);
+    return notice ? std::optional(Shown{ notice->kind, notice->about }) : std::nullopt;
+}
+
+void NoticeStrip::refresh()
+{
+    // Keys meant for what was shown are not for what comes in its place.
+    if (toShow() != m_shown && hasKeys())
+        emit keysGivenBack();
+    const Notice *const notice = m_queue.heaviest(m_document);
+    const bool isOther = toShow() != m_shown;
+    m_shown = toShow();
+    const QString before = m_text;
+    m_text = notice ? notice->text() : QString();
+    if (notice)
+        showNotice(*notice);
+    if (isHidden() != !notice) {
+        setVisible(notice != nullptr);
+        emit toggled();
+    }
+    layOut();
+    if (notice && (isOther || m_text != before))
+        announce();
+}
+
+void NoticeStrip::showNotice(const Notice &notice)
+{
+    m_offers = notice.offers;
+    while (m_buttons.size() > qsizetype(m_offers.size()))
+        drop(m_buttons.takeLast());
+    while (m_buttons.size() < qsizetype(m_offers.size()))
+        m_buttons << createButton();
+    for (qsizetype i = 0; i < m_buttons.size(); ++i)
+        showOffer(*m_buttons[i], m_offers[std::size_t(i)]);
+    m_dismiss->setVisible(notice.isDismissable);
+    m_label->setToolTip(u"<qt>"_s + m_text.toHtmlEscaped() + u"</qt>"_s);
+    setToolTip(m_label->toolTip());
+    m_label->setAccessibleName(m_text);
+    setAccessibleName(m_text);
+}
+
+void NoticeStrip::showOffer(QToolButton &button, const NoticeOffer &offer)
+{
+    button.setText(offer.text());
+    if (offer.choices.empty()) {
+        drop(button.menu());
+        button.setMenu(nullptr);
+        return;
+    }
+    if (!button.menu())
+        button.setMenu(new Menu(&button));
+    button.menu()->setAccessibleName(button.text());
+    fill(*button.menu(), offer.choices);
+}
+
+void NoticeStrip::fill(QMenu &menu, std::span<const NoticeOffer> offers)
+{
+    for (QMenu *const choices : menu.findChildren<QMenu *>(Qt::FindDirectChildrenOnly))
+        drop(choices);
+    menu.clear();
+    for (const NoticeOffer &offer : offers) {
+        if (!offer.choices.empty()) {
+            auto *choices = new Menu(&menu);
+            choices->setTitle(offer.text());
+            fill(*choices, offer.choices);
+            menu.addMenu(choices);
+            continue;
+        }
+        QAction *const action = menu.addAction(offer.text());
+        connect(action, &QAction::triggered, this, [this, act = offer.act] { emit chosen(act); });
+    }
+}
+
+void NoticeStrip::press(const QToolButton *button)
+{
+    if (button == m_dismiss) {
+        dismiss();
+        return;
+    }
+    const qsizetype index = m_buttons.indexOf(button);
+    if (index < 0 || button->menu())
+        return;
+    const auto act = m_offers[std::size_t(index)].act; // which may take the offer away
+    emit chosen(act);
+}
+
+void NoticeStrip::dismiss()
+{
+    const bool hadKeys = hasKeys();
+    const Shown shown = *m_shown;
+    emit chosen([this, shown] { m_queue.dismiss(shown.kind, shown.about); });
+    if (hadKeys)
+        emit keysGivenBack();
+}
+
+void NoticeStrip::announce()
+{
+    if (!QAccessible::isActive())
+        return;
+    for (const QAccessible::Event type : { QAccessible::ObjectShow, QAccessible::Alert }) {
+        QAccessibleEvent event(this, type);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+/// From right to left: what puts the notice away, the menu, the offers, and in what is left the text.
+void NoticeStrip::layOut()
+{
+    if (!m_shown)
+        return;
+    int right = width();
+    const auto place = [&](QToolButton *button) {
+        const int buttonWidth = button->sizeHint().width();
+        right -= buttonWidth;
+        button->setGeometry(right, 0, buttonWidth, height());
+    };
+    if (!m_dismiss->isHidden())
+        place(m_dismiss);
+    const qsizetype fitting = offersThatFit(right - 2 * textMargin);
+    const bool hasMore = fitting < m_buttons.size();
+    if (hasMore) {
+        fill(*m_more->menu(), std::span(m_offers).subspan(std::size_t(fitting)));
+        place(m_more);
+    }
+    m_more->setVisible(hasMore);
+    for (qsizetype i = m_buttons.size(); i-- > 0;) {
+        m_buttons[i]->setVisible(i < fitting);
+        if (i < fitting)
+            place(m_buttons[i]);
+    }
+    const int room = qMax(0, right - 2 * textMargin);
+    m_label->setGeometry(textMargin, 0, room, height());
+    m_label->setText(shortenedText(room));
+}
+
+/// How many of the first offers have room beside the part of the text that is always shown.
+qsizetype NoticeStrip::offersThatFit(int room) const
+{
+    int left = room - qMin(fontMetrics().horizontalAdvance(m_text), room / leastShareOfText);
+    int all = 0;
+    for (const QToolButton *button : m_buttons)
+        all += button->sizeHint().width();
+    if (all <= left)
+        return m_buttons.size();
+    left -= m_more->sizeHint().width();
+    qsizetype count = 0;
+    while ((left -= m_buttons[count]->sizeHint().width()) >= 0)
+        ++count;
+    return count;
+}
+
+/// Beside Japanese letters "…" comes from their font and is wider than it is by itself.
+QString NoticeStrip::shortenedText(int room) const
+{
+    const QFontMetrics metrics = fontMetrics();
+    QString shown = m_text;
+    for (int tried = room; tried > 0 && metrics.horizontalAdvance(shown) > room; --tried)
+        shown = metrics.elidedText(m_text, Qt::ElideRight, tried);
+    return shown;
+}
+
+/// In the order they stand in.
+QList<QToolButton *> NoticeStrip::shownButtons() const
+{
+    QList<QToolButton *> shown = m_buttons;
+    shown << m_more << m_dismiss;
+    shown.removeIf([](const QToolButton *button) { return button->isHidden(); });
+    return shown;
+}
+
+void NoticeStrip::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) {
+        nameControls();
+        refresh();
+    }
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        layOut();
+}
+
+void NoticeStrip::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    layOut();
+}
+
+void NoticeStrip::keyPressEvent(QKeyEvent *event)
+{
+    auto *const button = qobject_cast<QToolButton *>(QApplication::focusWidget());
+    switch (event->key()) {
+    case Qt::Key_Escape:
+        emit keysGivenBack();
+        return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (button && isAncestorOf(button))
+            button->click();
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+/// A pen has no other way to the whole of a shortened text.
+void NoticeStrip::mousePressEvent(QMouseEvent *event)
+{
+    QToolTip::showText(event->globalPosition().toPoint(), toolTip(), this);
+}
+
+bool NoticeStrip::focusNextPrevChild(bool next)
+{
+    const QList<QToolButton *> buttons = shownButtons();
+    const qsizetype at = buttons.indexOf(QApplication::focusWidget());
+    if (at < 0)
+        return false;
+    const qsizetype to = (at + (next ? 1 : -1) + buttons.size()) % buttons.size();
+    buttons[to]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}

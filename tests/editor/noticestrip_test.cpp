@@ -1,0 +1,273 @@
+#include "editor/noticestrip.h"
+
+#include "editor/noticequeue.h"
+#include "tests/testprogram.h"
+#include "tests/textfit.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr NoticeKind kind = NoticeKind::CannotWrite;
+
+} // namespace
+
+/// The strip by itself: what it shows, and what it is asked for.
+class NoticeStripTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void isHiddenWithoutANotice();
+    void showsTheCurrentDocuments();
+    void saysWhatWasChosen();
+    void choicesAreAMenu();
+    void offersWithoutRoomAreInAMenu();
+    void longTextIsShortened_data();
+    void longTextIsShortened();
+    void keysGoRound();
+    void returnAndSpacePress();
+    void escapeGivesTheKeysBack();
+    void anotherNoticeTakesNoKeys();
+    void isDismissed();
+    void textsAreThoseOfNow();
+
+private:
+    Notice notice(const QString &text, const QStringList &offers);
+    QToolButton *button(const QString &text) const;
+    QStringList shownTexts() const;
+    void press(int key) { QTest::keyClick(QApplication::focusWidget(), Qt::Key(key)); }
+
+    std::unique_ptr<NoticeQueue> m_queue;
+    std::unique_ptr<QWidget> m_window;
+    NoticeStrip *m_strip = nullptr;
+    QStringList m_chosen;
+};
+
+void NoticeStripTest::init()
+{
+    m_chosen.clear();
+    m_queue = std::make_unique<NoticeQueue>();
+    m_window = std::make_unique<QWidget>();
+    m_strip = new NoticeStrip(*m_queue, m_window.get());
+    connect(m_strip, &NoticeStrip::chosen, this, [](const std::function<void()> &act) { act(); });
+    m_window->resize(640, 100);
+    m_strip->resize(640, m_strip->sizeHint().height());
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+void NoticeStripTest::cleanup()
+{
+    m_window.reset();
+}
+
+Notice NoticeStripTest::notice(const QString &text, const QStringList &offers)
+{
+    Notice made{ kind, nullptr, [=] { return text; }, {} };
+    for (const QString &offer : offers)
+        made.offers.push_back({ [=] { return offer; }, [=, this] { m_chosen << offer; } });
+    return made;
+}
+
+QToolButton *NoticeStripTest::button(const QString &text) const
+{
+    for (QToolButton *const button : m_strip->findChildren<QToolButton *>()) {
+        if (button->isVisible() && button->text() == text)
+            return button;
+    }
+    return nullptr;
+}
+
+/// Of the buttons that are seen, from left to right.
+QStringList NoticeStripTest::shownTexts() const
+{
+    QMap<int, QString> texts;
+    for (const QToolButton *const button : m_strip->findChildren<QToolButton *>()) {
+        if (button->isVisible())
+            texts[button->x()] = button->text();
+    }
+    return texts.values();
+}
+
+void NoticeStripTest::isHiddenWithoutANotice()
+{
+    const QSignalSpy toggled(m_strip, &NoticeStrip::toggled);
+    QVERIFY(m_strip->isHidden());
+    m_strip->takeKeys();
+    QVERIFY(!m_strip->hasKeys());
+    m_queue->put(notice(u"text"_s, {}));
+    QVERIFY(m_strip->isVisible());
+    m_queue->put(notice(u"other text"_s, {}));
+    QCOMPARE(toggled.count(), 1);
+    m_queue->withdraw(kind);
+    QVERIFY(m_strip->isHidden());
+    QCOMPARE(toggled.count(), 2);
+}
+
+void NoticeStripTest::showsTheCurrentDocuments()
+{
+    const QObject document;
+    Notice about = notice(u"text"_s, {});
+    about.about = &document;
+    m_queue->put(about);
+    QVERIFY(m_strip->isHidden());
+    m_strip->setDocument(&document);
+    QVERIFY(m_strip->isVisible());
+    QCOMPARE(m_strip->accessibleName(), u"text"_s);
+    m_strip->setDocument(this);
+    QVERIFY(m_strip->isHidden());
+    m_strip->setDocument(nullptr);
+}
+
+void NoticeStripTest::saysWhatWasChosen()
+{
+    m_queue->put(notice(u"text"_s, { u"Go"_s, u"Mend"_s }));
+    QCOMPARE(shownTexts(), QStringList({ u"Go"_s, u"Mend"_s, u"×"_s }));
+    QTest::mouseClick(button(u"Mend"_s), Qt::LeftButton);
+    QTest::mouseClick(button(u"Go"_s), Qt::LeftButton);
+    QCOMPARE(m_chosen, QStringList({ u"Mend"_s, u"Go"_s }));
+    QVERIFY(!m_strip->hasKeys()); // a pen does not take them from the text
+}
+
+void NoticeStripTest::choicesAreAMenu()
+{
+    Notice shown = notice(u"text"_s, { u"As"_s });
+    shown.offers[0].choices.push_back({ [] { return u"UTF-8"_s; }, [this] { m_chosen << u"8"_s; } });
+    m_queue->put(shown);
+    QMenu *const menu = button(u"As"_s)->menu();
+    QVERIFY(menu);
+    QCOMPARE(menu->actions().size(), 1);
+    QCOMPARE(menu->actions().at(0)->text(), u"UTF-8"_s);
+    menu->actions().at(0)->trigger();
+    QCOMPARE(m_chosen, QStringList{ u"8"_s });
+    m_queue->put(notice(u"text"_s, { u"As"_s }));
+    QVERIFY(!button(u"As"_s)->menu());
+}
+
+void NoticeStripTest::offersWithoutRoomAreInAMenu()
+{
+    m_strip->resize(160, m_strip->height());
+    Notice shown = notice(u"a text of some length"_s, { u"First"_s, u"A long second"_s, u"Third"_s });
+    shown.offers[2].choices.push_back({ [] { return u"UTF-8"_s; }, [this] { m_chosen << u"8"_s; } });
+    m_queue->put(shown);
+    QCOMPARE(shownTexts(), QStringList({ u"First"_s, u"…"_s, u"×"_s }));
+    const QList<QAction *> actions = button(u"…"_s)->menu()->actions();
+    QCOMPARE(actions.size(), 2);
+    actions.at(0)->trigger();
+    QCOMPARE(actions.at(1)->text(), u"Third"_s);
+    actions.at(1)->menu()->actions().at(0)->trigger();
+    QCOMPARE(m_chosen, QStringList({ u"A long second"_s, u"8"_s }));
+    m_strip->resize(640, m_strip->height());
+    QCOMPARE(shownTexts(), QStringList({ u"First"_s, u"A long second"_s, u"Third"_s, u"×"_s }));
+}
+
+void NoticeStripTest::longTextIsShortened_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("English") << u"a text that is much too long for its strip"_s.repeated(3);
+    QTest::newRow("Japanese") << u"この行には長すぎる文です。"_s.repeated(9);
+    QTest::newRow("tags") << u"<b>& a text that is much too long"_s.repeated(4);
+}
+
+void NoticeStripTest::longTextIsShortened()
+{
+    QFETCH(QString, text);
+    m_queue->put(notice(text, { u"Go"_s }));
+    for (const int width : { 400, 240, 120 }) {
+        m_strip->resize(width, m_strip->sizeHint().height());
+        const auto *const label = m_strip->findChild<QLabel *>();
+        QVERIFY(label->text().endsWith(u'…'));
+        QCOMPARE(TextFit(*m_strip).faults().join(u"; "), QString());
+        QCOMPARE(label->accessibleName(), text);
+        QVERIFY(m_strip->toolTip().contains(text.toHtmlEscaped()));
+    }
+}
+
+void NoticeStripTest::keysGoRound()
+{
+    m_queue->put(notice(u"text"_s, { u"Go"_s, u"Mend"_s }));
+    m_strip->takeKeys();
+    QVERIFY(m_strip->hasKeys());
+    QCOMPARE(QApplication::focusWidget(), button(u"Go"_s));
+    for (const int key : { Qt::Key_Tab, Qt::Key_Right }) {
+        for (const QString &next : { u"Mend"_s, u"×"_s, u"Go"_s }) {
+            press(key);
+            QCOMPARE(QApplication::focusWidget(), button(next));
+        }
+    }
+    for (const int key : { Qt::Key_Backtab, Qt::Key_Left }) {
+        for (const QString &next : { u"×"_s, u"Mend"_s, u"Go"_s }) {
+            press(key);
+            QCOMPARE(QApplication::focusWidget(), button(next));
+        }
+    }
+}
+
+void NoticeStripTest::returnAndSpacePress()
+{
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    m_strip->takeKeys();
+    for (const int key : { Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space })
+        press(key);
+    QCOMPARE(m_chosen, QStringList({ u"Go"_s, u"Go"_s, u"Go"_s }));
+}
+
+void NoticeStripTest::escapeGivesTheKeysBack()
+{
+    const QSignalSpy back(m_strip, &NoticeStrip::keysGivenBack);
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    m_strip->takeKeys();
+    press(Qt::Key_Escape);
+    QCOMPARE(back.count(), 1);
+    QVERIFY(m_strip->isVisible());
+}
+
+/// A key that was meant for the one before would act on it.
+void NoticeStripTest::anotherNoticeTakesNoKeys()
+{
+    const QSignalSpy back(m_strip, &NoticeStrip::keysGivenBack);
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    m_strip->takeKeys();
+    m_queue->put(notice(u"other text"_s, { u"Go"_s }));
+    QCOMPARE(back.count(), 0);
+    QVERIFY(m_strip->hasKeys());
+    m_queue->withdraw(kind);
+    QCOMPARE(back.count(), 1);
+}
+
+void NoticeStripTest::isDismissed()
+{
+    Notice shown = notice(u"text"_s, { u"Go"_s });
+    bool isDismissed = false;
+    shown.dismissed = [&] { isDismissed = true; };
+    m_queue->put(shown);
+    QTest::mouseClick(button(u"×"_s), Qt::LeftButton);
+    QVERIFY(isDismissed);
+    QVERIFY(m_strip->isHidden());
+    shown.isDismissable = false;
+    m_queue->put(shown);
+    QCOMPARE(shownTexts(), QStringList{ u"Go"_s });
+}
+
+void NoticeStripTest::textsAreThoseOfNow()
+{
+    QString language = u"one"_s;
+    Notice shown{ kind, nullptr, [&] { return language; }, {} };
+    shown.offers.push_back({ [&] { return language + u"!"_s; }, [] {} });
+    m_queue->put(shown);
+    language = u"other"_s;
+    QEvent change(QEvent::LanguageChange);
+    QApplication::sendEvent(m_strip, &change);
+    QCOMPARE(m_strip->accessibleName(), u"other"_s);
+    QCOMPARE(shownTexts(), QStringList({ u"other!"_s, u"×"_s }));
+}
+
+REGISTER_TEST(runWindowTest<NoticeStripTest>)
+#include "noticestrip_test.moc"
