@@ -1,12 +1,11 @@
 #include "widget/qmultilineedit.h"
 
+#include "widget/clampedint.h"
 #include "widget/editorparts.h"
 #include "widget/textaccessible.h"
 #include "widget/viewscrollbar.h"
 
 #include <QInputMethodEvent>
-
-#include <limits>
 
 namespace {
 
@@ -14,11 +13,6 @@ QList<QMultiLineEdit *> &instances()
 {
     static QList<QMultiLineEdit *> all;
     return all;
-}
-
-int toInt(qint64 value)
-{
-    return int(qMin<qint64>(value, std::numeric_limits<int>::max()));
 }
 
 Selecting selecting(bool mark)
@@ -223,8 +217,8 @@ void QMultiLineEdit::getCursorPosition(qint64 *row, qint64 *column) const
 void QMultiLineEdit::getCursorPosition(int *row, int *column) const
 {
     const RowCol position = cursorPosition();
-    *row = toInt(position.row);
-    *column = toInt(position.column);
+    *row = clampedInt(position.row);
+    *column = clampedInt(position.column);
 }
 
 void QMultiLineEdit::setCursorPosition(qint64 row, qint64 column, bool mark)

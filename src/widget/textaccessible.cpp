@@ -3,24 +3,16 @@
 #include "platform/qpeapplication.h"
 #include "text/cursorstops.h"
 #include "text/enteredtext.h"
+#include "widget/clampedint.h"
 #include "widget/qmultilineedit.h"
 #include "widget/textcursor.h"
 
 #include <QFontInfo>
 #include <QTextBoundaryFinder>
 
-#include <limits>
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr qint64 largestOffset = std::numeric_limits<int>::max();
-
-int toInt(qint64 offset)
-{
-    return int(qMin(offset, largestOffset));
-}
 
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
 {
@@ -73,12 +65,12 @@ void *TextAccessible::interface_cast(QAccessible::InterfaceType type)
 
 int TextAccessible::characterCount() const
 {
-    return toInt(store().length());
+    return clampedInt(store().length());
 }
 
 int TextAccessible::cursorPosition() const
 {
-    return toInt(edit()->cursorOffset());
+    return clampedInt(edit()->cursorOffset());
 }
 
 void TextAccessible::setCursorPosition(int position)
@@ -95,8 +87,8 @@ void TextAccessible::selection(int index, int *start, int *end) const
 {
     const qint64 cursor = index == 0 ? edit()->cursorOffset() : 0;
     const qint64 anchor = index == 0 ? edit()->anchorOffset() : 0;
-    *start = toInt(qMin(cursor, anchor));
-    *end = toInt(qMax(cursor, anchor));
+    *start = clampedInt(qMin(cursor, anchor));
+    *end = clampedInt(qMax(cursor, anchor));
 }
 
 void TextAccessible::addSelection(int start, int end)
@@ -183,8 +175,8 @@ TextAccessible::Unit TextAccessible::sentence(qint64 offset) const
 
 QString TextAccessible::give(Unit unit, int *start, int *end) const
 {
-    *start = toInt(unit.start);
-    *end = toInt(unit.end);
+    *start = clampedInt(unit.start);
+    *end = clampedInt(unit.end);
     return unit.start < 0 ? QString() : text(*start, *end);
 }
 
@@ -232,8 +224,8 @@ int TextAccessible::offsetAtPoint(const QPoint &point) const
     if (!edit()->viewport()->rect().contains(inView))
         return -1;
     const qint64 nearest = edit()->offsetAt(inView);
-    const int left = characterRect(toInt(nearest)).left();
-    return toInt(nearest > 0 && point.x() < left ? previousCursorStop(store(), nearest) : nearest);
+    const int left = characterRect(clampedInt(nearest)).left();
+    return clampedInt(nearest > 0 && point.x() < left ? previousCursorStop(store(), nearest) : nearest);
 }
 
 void TextAccessible::scrollToSubstring(int start, int end)

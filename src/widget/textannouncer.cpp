@@ -1,15 +1,9 @@
 #include "widget/textannouncer.h"
 
+#include "widget/clampedint.h"
 #include "widget/textaccessible.h"
 
-#include <limits>
-
 namespace {
-
-int toInt(qint64 offset)
-{
-    return int(qMin<qint64>(offset, std::numeric_limits<int>::max()));
-}
 
 /// The beginning of a text, as long as one announcement may be; no surrogate pair is cut.
 template <typename Text> QString beginning(const Text &text, qint64 offset, qint64 length)
@@ -40,11 +34,11 @@ void TextAnnouncer::announceChange(const TextStore &store, const TextChange &cha
         return;
     const auto [offset, removed, inserted] = change;
     if (removed > 0) {
-        QAccessibleTextRemoveEvent event(&m_editor, toInt(offset), beginning(m_before, offset, removed));
+        QAccessibleTextRemoveEvent event(&m_editor, clampedInt(offset), beginning(m_before, offset, removed));
         QAccessible::updateAccessibility(&event);
     }
     if (inserted > 0) {
-        QAccessibleTextInsertEvent event(&m_editor, toInt(offset), beginning(store, offset, inserted));
+        QAccessibleTextInsertEvent event(&m_editor, clampedInt(offset), beginning(store, offset, inserted));
         QAccessible::updateAccessibility(&event);
     }
     m_before = {};
@@ -60,13 +54,13 @@ void TextAnnouncer::announceCursor(qint64 cursor, qint64 anchor)
     if (!QAccessible::isActive())
         return;
     if (moved) {
-        QAccessibleTextCursorEvent event(&m_editor, toInt(cursor));
+        QAccessibleTextCursorEvent event(&m_editor, clampedInt(cursor));
         QAccessible::updateAccessibility(&event);
     }
     if (marks) {
         QAccessibleTextSelectionEvent event(
-            &m_editor, toInt(qMin(cursor, anchor)), toInt(qMax(cursor, anchor)));
-        event.setCursorPosition(toInt(cursor));
+            &m_editor, clampedInt(qMin(cursor, anchor)), clampedInt(qMax(cursor, anchor)));
+        event.setCursorPosition(clampedInt(cursor));
         QAccessible::updateAccessibility(&event);
     }
 }

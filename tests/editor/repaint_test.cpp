@@ -25,9 +25,9 @@ QString sampleText()
         + QStringLiteral("a line that is wider than the view ").repeated(20);
 }
 
-class Editor : public ctlEditer {
+class RepaintedEditor : public ctlEditer {
 public:
-    Editor()
+    RepaintedEditor()
         : ctlEditer(nullptr)
     {
         resize(400, 301);
@@ -56,7 +56,7 @@ public:
     void drag(QRandomGenerator &random);
 };
 
-void Editor::wheel(int turned)
+void RepaintedEditor::wheel(int turned)
 {
     const QPointF middle = viewport()->rect().center();
     QWheelEvent event(middle, viewport()->mapToGlobal(middle), QPoint(), QPoint(0, turned), Qt::NoButton,
@@ -64,27 +64,27 @@ void Editor::wheel(int turned)
     QApplication::sendEvent(viewport(), &event);
 }
 
-void Editor::compose(const QString &text)
+void RepaintedEditor::compose(const QString &text)
 {
     QInputMethodEvent event(text, {});
     QApplication::sendEvent(this, &event);
 }
 
-void Editor::setting(int AppSettings::*which, int value)
+void RepaintedEditor::setting(int AppSettings::*which, int value)
 {
     appSettings().*which = appSettings().*which == value ? 0 : value;
     applySettings();
 }
 
 /// As the desktop does.
-void Editor::recolour(Qt::GlobalColor color)
+void RepaintedEditor::recolour(Qt::GlobalColor color)
 {
     QPalette colors = palette();
     colors.setColor(QPalette::Highlight, color);
     setPalette(colors);
 }
 
-void Editor::drag(QRandomGenerator &random)
+void RepaintedEditor::drag(QRandomGenerator &random)
 {
     const auto place = [&] {
         return QPoint(random.bounded(viewport()->width()), random.bounded(viewport()->height()));
@@ -94,54 +94,61 @@ void Editor::drag(QRandomGenerator &random)
     QTest::mouseRelease(viewport(), Qt::LeftButton, {}, place());
 }
 
-using Action = void (*)(Editor &editor, QRandomGenerator &random);
+using Action = void (*)(RepaintedEditor &editor, QRandomGenerator &random);
 using Random = QRandomGenerator;
-using Change = void (*)(Editor &editor);
+using Change = void (*)(RepaintedEditor &editor);
 
 const Action actions[] = {
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Down); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Up); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Right); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Left); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_End); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Home); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_PageDown); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_PageUp); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Down, Qt::ShiftModifier); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Right, Qt::ShiftModifier); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_PageDown, Qt::ShiftModifier); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_A, Qt::ControlModifier); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Return); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Backspace); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Delete); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_A); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Tab); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_Insert); },
-    [](Editor &editor, Random &) { editor.press(Qt::Key_End, Qt::ControlModifier); },
-    [](Editor &editor, Random &) { editor.undo(); }, [](Editor &editor, Random &) { editor.redo(); },
-    [](Editor &editor, Random &) { editor.blink(); }, [](Editor &editor, Random &) { editor.blink(); },
-    [](Editor &editor, Random &) { editor.wheel(-120); },
-    [](Editor &editor, Random &) { editor.wheel(-120); }, [](Editor &editor, Random &) { editor.wheel(120); },
-    [](Editor &editor, Random &) { editor.wheel(120); },
-    [](Editor &editor, Random &) { editor.setXOffset(editor.xOffset() + 17); },
-    [](Editor &editor, Random &) { editor.setXOffset(editor.xOffset() - 11); },
-    [](Editor &editor, Random &random) { editor.drag(random); },
-    [](Editor &editor, Random &) { editor.compose(QStringLiteral("\u304b\u306a")); },
-    [](Editor &editor, Random &) { editor.compose({}); },
-    [](Editor &editor, Random &random) {
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Down); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Up); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Right); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Left); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_End); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Home); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_PageDown); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_PageUp); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Down, Qt::ShiftModifier); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Right, Qt::ShiftModifier); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_PageDown, Qt::ShiftModifier); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_A, Qt::ControlModifier); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Return); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Backspace); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Delete); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_A); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Tab); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_Insert); },
+    [](RepaintedEditor &editor, Random &) { editor.press(Qt::Key_End, Qt::ControlModifier); },
+    [](RepaintedEditor &editor, Random &) { editor.undo(); },
+    [](RepaintedEditor &editor, Random &) { editor.redo(); },
+    [](RepaintedEditor &editor, Random &) { editor.blink(); },
+    [](RepaintedEditor &editor, Random &) { editor.blink(); },
+    [](RepaintedEditor &editor, Random &) { editor.wheel(-120); },
+    [](RepaintedEditor &editor, Random &) { editor.wheel(-120); },
+    [](RepaintedEditor &editor, Random &) { editor.wheel(120); },
+    [](RepaintedEditor &editor, Random &) { editor.wheel(120); },
+    [](RepaintedEditor &editor, Random &) { editor.setXOffset(editor.xOffset() + 17); },
+    [](RepaintedEditor &editor, Random &) { editor.setXOffset(editor.xOffset() - 11); },
+    [](RepaintedEditor &editor, Random &random) { editor.drag(random); },
+    [](RepaintedEditor &editor, Random &) { editor.compose(QStringLiteral("\u304b\u306a")); },
+    [](RepaintedEditor &editor, Random &) { editor.compose({}); },
+    [](RepaintedEditor &editor, Random &random) {
         insertAt(editor, QStringLiteral("above\n"), random.bounded(editor.numLines()), 0);
     },
-    [](Editor &editor, Random &random) { removeRow(editor, random.bounded(editor.numLines())); },
-    [](Editor &editor, Random &random) { editor.setTopRow(random.bounded(editor.numLines())); },
-    [](Editor &editor, Random &) { editor.clearFocus(); },
-    [](Editor &editor, Random &) { editor.setFocus(); },
-    [](Editor &editor, Random &) { editor.setting(&AppSettings::ShowKAI, 1); },
-    [](Editor &editor, Random &) { editor.setting(&AppSettings::RowNoColor, 6); },
-    [](Editor &editor, Random &) { editor.setting(&AppSettings::ForeColor, 7); },
-    [](Editor &editor, Random &) { editor.recolour(Qt::darkGreen); },
-    [](Editor &editor, Random &) { editor.recolour(Qt::darkRed); },
-    [](Editor &editor, Random &random) { editor.resize(400 + random.bounded(9), 301 - random.bounded(50)); },
-    [](Editor &, Random &) { Editor().grab(); }, // which draws in the picture that all share
+    [](RepaintedEditor &editor, Random &random) { removeRow(editor, random.bounded(editor.numLines())); },
+    [](RepaintedEditor &editor, Random &random) { editor.setTopRow(random.bounded(editor.numLines())); },
+    [](RepaintedEditor &editor, Random &) { editor.clearFocus(); },
+    [](RepaintedEditor &editor, Random &) { editor.setFocus(); },
+    [](RepaintedEditor &editor, Random &) { editor.setting(&AppSettings::ShowKAI, 1); },
+    [](RepaintedEditor &editor, Random &) { editor.setting(&AppSettings::RowNoColor, 6); },
+    [](RepaintedEditor &editor, Random &) { editor.setting(&AppSettings::ForeColor, 7); },
+    [](RepaintedEditor &editor, Random &) { editor.recolour(Qt::darkGreen); },
+    [](RepaintedEditor &editor, Random &) { editor.recolour(Qt::darkRed); },
+    [](RepaintedEditor &editor, Random &random) {
+        editor.resize(400 + random.bounded(9), 301 - random.bounded(50));
+    },
+    [](RepaintedEditor &, Random &) {
+        RepaintedEditor().grab();
+    }, // which draws in the picture that all share
 };
 
 } // namespace
@@ -188,7 +195,7 @@ void RepaintTest::screenIsAsPaintedAnew()
     appSettings().ShowEOF = marks;
     appSettings().ShowTAB = marks;
     appSettings().ShowZEN = marks;
-    Editor editor;
+    RepaintedEditor editor;
     editor.show();
     editor.activateWindow();
     editor.setFocus();
@@ -225,7 +232,7 @@ void RepaintTest::joinedLinesRenumberWhatFollows()
     appSettings().WrapMode = 2;
     appSettings().WrapLen = 9;
     appSettings().RowNo = 2;
-    Editor editor;
+    RepaintedEditor editor;
     editor.setText(QStringLiteral("aaaaaaaaa\nb\nc\nd"));
     editor.show();
     QVERIFY(QTest::qWaitForWindowExposed(&editor));
@@ -242,7 +249,7 @@ void RepaintTest::overwriteCursorIsErased()
 {
     appSettings() = AppSettings();
     appSettings().RowNo = 2;
-    Editor editor;
+    RepaintedEditor editor;
     editor.setText(QStringLiteral("\u300c\u6f22\u300d\n\tb\n\nd"));
     editor.show();
     editor.activateWindow();
@@ -262,23 +269,23 @@ void RepaintTest::changeTogetherWithAScroll_data()
 {
     QTest::addColumn<Change>("change");
     const auto row = [](const char *name, Change change) { QTest::addRow("%s", name) << change; };
-    row("of the desktop's colours", [](Editor &editor) { editor.recolour(Qt::darkGreen); });
-    row("of an option", [](Editor &editor) { editor.setting(&AppSettings::ForeColor, 7); });
-    row("of the text above", [](Editor &editor) { insertAt(editor, QStringLiteral("\n"), 0, 0); });
-    row("of the marked text", [](Editor &editor) { editor.deselect(); });
-    row("of what only a full repaint shows", [](Editor &editor) {
+    row("of the desktop's colours", [](RepaintedEditor &editor) { editor.recolour(Qt::darkGreen); });
+    row("of an option", [](RepaintedEditor &editor) { editor.setting(&AppSettings::ForeColor, 7); });
+    row("of the text above", [](RepaintedEditor &editor) { insertAt(editor, QStringLiteral("\n"), 0, 0); });
+    row("of the marked text", [](RepaintedEditor &editor) { editor.deselect(); });
+    row("of what only a full repaint shows", [](RepaintedEditor &editor) {
         appSettings().RowNo = 0;
         editor.viewport()->update();
         editor.shown();
     });
-    row("of another editor", [](Editor &) { Editor().grab(); });
-    row("of another editor's row, and one of this one", [](Editor &editor) {
-        const auto paintRow = [](Editor &painted) {
+    row("of another editor", [](RepaintedEditor &) { RepaintedEditor().grab(); });
+    row("of another editor's row, and one of this one", [](RepaintedEditor &editor) {
+        const auto paintRow = [](RepaintedEditor &painted) {
             QPixmap target(300, 300);
             QPainter painter(&target);
             painted.paintCell(painter, 9, painted.cellRect(9), target.rect());
         };
-        Editor other;
+        RepaintedEditor other;
         paintRow(other);
         paintRow(editor);
     });
@@ -290,7 +297,7 @@ void RepaintTest::changeTogetherWithAScroll()
     QFETCH(Change, change);
     appSettings() = AppSettings();
     appSettings().RowNo = 2;
-    Editor editor;
+    RepaintedEditor editor;
     editor.show();
     QVERIFY(QTest::qWaitForWindowExposed(&editor));
     editor.selectAll();

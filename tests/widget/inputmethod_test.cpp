@@ -13,7 +13,7 @@ namespace {
 
 constexpr int patience = JapaneseInput::patience;
 
-class Edit : public QMultiLineEdit {
+class InputMethodEdit : public QMultiLineEdit {
 public:
     using QMultiLineEdit::isComposing;
     using QMultiLineEdit::preedit;
@@ -51,7 +51,7 @@ private:
     QRect candidates() const;
 
     JapaneseInput m_input;
-    std::unique_ptr<Edit> m_edit;
+    std::unique_ptr<InputMethodEdit> m_edit;
 };
 
 void InputMethodTest::initTestCase()
@@ -66,7 +66,7 @@ void InputMethodTest::cleanupTestCase()
 
 void InputMethodTest::init()
 {
-    m_edit = std::make_unique<Edit>();
+    m_edit = std::make_unique<InputMethodEdit>();
     m_edit->resize(500, 300);
     m_edit->setText(u"abc\nsecond"_s);
     m_edit->setEdited(false);

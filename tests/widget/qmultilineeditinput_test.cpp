@@ -12,7 +12,7 @@ using Attribute = QInputMethodEvent::Attribute;
 
 namespace {
 
-class Edit : public QMultiLineEdit {
+class ComposedEdit : public QMultiLineEdit {
 public:
     using QMultiLineEdit::commitPreedit;
     using QMultiLineEdit::isComposing;
@@ -60,7 +60,7 @@ private slots:
 
 void QMultiLineEditInputTest::composedTextIsNoPartOfTheDocument()
 {
-    Edit edit;
+    ComposedEdit edit;
     MarkedText::load(edit, u"ab|cd"_s);
     edit.setEdited(false);
     QSignalSpy changed(&edit, &QMultiLineEdit::textChanged);
@@ -80,7 +80,7 @@ void QMultiLineEditInputTest::composedTextIsNoPartOfTheDocument()
 
 void QMultiLineEditInputTest::composedTextHasFormatsAndCursor()
 {
-    Edit edit;
+    ComposedEdit edit;
     QTextCharFormat format;
     format.setFontUnderline(true);
     edit.compose(u"かんじ"_s,
@@ -101,7 +101,7 @@ void QMultiLineEditInputTest::composedTextHasFormatsAndCursor()
 
 void QMultiLineEditInputTest::cursorStandsInComposedText()
 {
-    Edit edit;
+    ComposedEdit edit;
     edit.resize(200, 100);
     MarkedText::load(edit, u"ab|cd"_s);
     const QRect before = edit.cursorRect();
@@ -122,7 +122,7 @@ void QMultiLineEditInputTest::cursorStandsInComposedText()
 
 void QMultiLineEditInputTest::composedTextKeepsTheMarkedText()
 {
-    Edit edit;
+    ComposedEdit edit;
     MarkedText::load(edit, u"a[bc|d"_s);
     edit.compose(u"か"_s);
     QCOMPARE(MarkedText::draw(edit), u"a[bc|d"_s);
@@ -160,7 +160,7 @@ void QMultiLineEditInputTest::commits()
     QFETCH(QString, text);
     QFETCH(int, from);
     QFETCH(int, length);
-    Edit edit;
+    ComposedEdit edit;
     MarkedText::load(edit, before);
     const QString plain = edit.text();
     QSignalSpy changed(&edit, &QMultiLineEdit::textChanged);
@@ -174,7 +174,7 @@ void QMultiLineEditInputTest::commits()
 
 void QMultiLineEditInputTest::commitIsOneStep()
 {
-    Edit edit;
+    ComposedEdit edit;
     edit.compose(u"か"_s);
     edit.commit(u"漢字"_s);
     edit.compose(u"へ"_s);
@@ -199,14 +199,14 @@ void QMultiLineEditInputTest::committedTextIsCleaned_data()
 void QMultiLineEditInputTest::committedTextIsCleaned()
 {
     QFETCH(QString, text);
-    Edit edit;
+    ComposedEdit edit;
     edit.commit(text);
     QTEST(MarkedText::draw(edit), "after");
 }
 
 void QMultiLineEditInputTest::returnEndsComposing()
 {
-    Edit edit;
+    ComposedEdit edit;
     MarkedText::load(edit, u"a|b"_s);
     edit.compose(u"かな"_s);
     MarkedText::press(edit, u"Return"_s);
@@ -221,7 +221,7 @@ void QMultiLineEditInputTest::returnEndsComposing()
 
 void QMultiLineEditInputTest::clickEndsComposing()
 {
-    Edit edit;
+    ComposedEdit edit;
     edit.resize(200, 100);
     MarkedText::load(edit, u"ab|"_s);
     edit.compose(u"かな"_s);
@@ -231,7 +231,7 @@ void QMultiLineEditInputTest::clickEndsComposing()
 
 void QMultiLineEditInputTest::undoEndsComposing()
 {
-    Edit edit;
+    ComposedEdit edit;
     MarkedText::load(edit, u"ab|"_s);
     edit.insert(u"c"_s);
     edit.compose(u"かな"_s);
@@ -242,7 +242,7 @@ void QMultiLineEditInputTest::undoEndsComposing()
 
 void QMultiLineEditInputTest::answersQueries()
 {
-    Edit edit;
+    ComposedEdit edit;
     MarkedText::load(edit, u"first\nsec[on|d\nthird"_s);
     QVERIFY(edit.ask(Qt::ImEnabled).toBool());
     QVERIFY(edit.testAttribute(Qt::WA_InputMethodEnabled));
@@ -263,7 +263,7 @@ void QMultiLineEditInputTest::answersQueries()
 
 void QMultiLineEditInputTest::answersAboutPartsOfLongLines()
 {
-    Edit edit;
+    ComposedEdit edit;
     edit.setText(u"\U00020B9F"_s.repeated(100'000));
     edit.setCursorPosition(0, 100'001);
     const QString shown = edit.ask(Qt::ImSurroundingText).toString();
@@ -279,7 +279,7 @@ void QMultiLineEditInputTest::answersAboutPartsOfLongLines()
 
 void QMultiLineEditInputTest::answersWithArguments()
 {
-    Edit edit;
+    ComposedEdit edit;
     edit.resize(300, 100);
     MarkedText::load(edit, u"abc|def"_s);
     const auto ask = [&edit](Qt::InputMethodQuery query, const QVariant &argument) {
@@ -298,7 +298,7 @@ void QMultiLineEditInputTest::answersWithArguments()
 
 void QMultiLineEditInputTest::inputMethodSelects()
 {
-    Edit edit;
+    ComposedEdit edit;
     MarkedText::load(edit, u"first\nsec|ond"_s);
     edit.compose(QString(), { { QInputMethodEvent::Selection, 1, 3, {} } });
     QCOMPARE(MarkedText::draw(edit), u"first\ns[eco|nd"_s);
@@ -310,7 +310,7 @@ void QMultiLineEditInputTest::inputMethodSelects()
 
 void QMultiLineEditInputTest::longSelectionIsNotGivenWhole()
 {
-    Edit edit;
+    ComposedEdit edit;
     edit.setText(u"line\n"_s.repeated(100'000));
     edit.selectAll();
     QVERIFY(edit.ask(Qt::ImCurrentSelection).toString().size() < 100'000);

@@ -28,9 +28,9 @@ private slots:
 };
 
 /// Takes the keys that come up from the editor in it.
-class Window : public QWidget {
+class EditorAndNeighbour : public QWidget {
 public:
-    Window()
+    EditorAndNeighbour()
     {
         m_edit.setGeometry(0, 0, 300, 200);
         m_other.setGeometry(0, 200, 300, 20);
@@ -203,7 +203,7 @@ void QMultiLineEditKeysTest::keysOfTheWindowReachItOnce()
 {
     QFETCH(QString, key);
     const QKeyCombination keys = QKeySequence(key, QKeySequence::PortableText)[0];
-    Window window;
+    EditorAndNeighbour window;
     window.show();
     MarkedText::load(window.edit(), u"a[b|c"_s);
     QTest::keyClick(&window.edit(), keys.key(), keys.keyboardModifiers());
@@ -247,7 +247,7 @@ void QMultiLineEditKeysTest::textKeys()
 
 void QMultiLineEditKeysTest::tabAndBacktabKeepTheFocus()
 {
-    Window window;
+    EditorAndNeighbour window;
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     window.edit().setFocus();

@@ -68,7 +68,7 @@ QVariant inputMethodAnswer(const QMultiLineEdit &edit, Qt::InputMethodQuery quer
 }
 
 /// Lets the protected questions be asked.
-class Edit : public QMultiLineEdit {
+class LaidOutEdit : public QMultiLineEdit {
 public:
     int paints = 0;
     qint64 rowsWhenPainted = 0;
@@ -83,7 +83,7 @@ protected:
     }
 };
 
-void prepare(Edit &edit)
+void prepare(LaidOutEdit &edit)
 {
     QMultiLineEdit::setDefaultTabStop(8);
     edit.resize(250, 200);
@@ -120,7 +120,7 @@ void QMultiLineEditLayoutTest::init()
 
 void QMultiLineEditLayoutTest::hiddenEditorWaitsUntilItIsShown()
 {
-    Edit edit;
+    LaidOutEdit edit;
     prepare(edit);
     const int rowsBefore = edit.verticalScrollBar()->maximum();
     for (const Change &change : changes)
@@ -137,9 +137,9 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
 {
     QTest::addColumn<Question>("question");
     const auto row = [](const char *name, const Question &question) { QTest::newRow(name) << question; };
-    const auto act = [](const char *name, const std::function<void(Edit &)> &action) {
+    const auto act = [](const char *name, const std::function<void(LaidOutEdit &)> &action) {
         QTest::newRow(name) << Question([action](QMultiLineEdit &edit) {
-            action(static_cast<Edit &>(edit));
+            action(static_cast<LaidOutEdit &>(edit));
             return QVariant();
         });
     };
@@ -164,7 +164,7 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
     row("offset at a point", [](auto &edit) { return edit.offsetAt({ 80, 60 }); });
     row("rule for a new text",
         [](auto &edit) { return edit.layoutRule().limit + edit.layoutRule().tabStop; });
-    row("measure", [](auto &edit) { return static_cast<Edit &>(edit).fontMeasure()->xWidth(); });
+    row("measure", [](auto &edit) { return static_cast<LaidOutEdit &>(edit).fontMeasure()->xWidth(); });
     row("input method: cursor", [](auto &edit) { return inputMethodAnswer(edit, Qt::ImCursorRectangle); });
     row("input method: anchor", [](auto &edit) { return inputMethodAnswer(edit, Qt::ImAnchorRectangle); });
     row("accessible place", [](auto &edit) {
@@ -207,7 +207,7 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
 void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce()
 {
     QFETCH(Question, question);
-    Edit asked, unasked;
+    LaidOutEdit asked, unasked;
     prepare(asked);
     prepare(unasked);
     for (const Change &change : changes) {
@@ -223,7 +223,7 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce()
 
 void QMultiLineEditLayoutTest::visibleEditorIsLaidOutOnceBeforeItIsPainted()
 {
-    Edit edit;
+    LaidOutEdit edit;
     edit.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     prepare(edit);
     edit.show();
@@ -263,7 +263,7 @@ void QMultiLineEditLayoutTest::topTextStays()
     QFETCH(int, tabFrom);
     QFETCH(int, tabTo);
     QMultiLineEdit::setDefaultTabStop(tabFrom);
-    Edit edit;
+    LaidOutEdit edit;
     edit.resize(250, 200);
     wrapAt(edit, 20);
     edit.setText(longText());
@@ -283,7 +283,7 @@ void QMultiLineEditLayoutTest::topTextStays()
 /// The cursor stays out of sight when it was.
 void QMultiLineEditLayoutTest::showingAgainScrollsNothing()
 {
-    Edit edit;
+    LaidOutEdit edit;
     prepare(edit);
     edit.show();
     edit.setCursorPosition(70, 0);
@@ -300,7 +300,7 @@ void QMultiLineEditLayoutTest::showingAgainScrollsNothing()
 /// Nobody but the editor keeps the widths its text is laid out by, once other fonts have been measured.
 void QMultiLineEditLayoutTest::outlivesManyFonts()
 {
-    Edit edit;
+    LaidOutEdit edit;
     wrapAt(edit, 80);
     edit.setText(longText());
     const QFont font = edit.font();

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Tells which rows are painted.
-class Edit : public QMultiLineEdit {
+class PaintedEdit : public QMultiLineEdit {
 public:
     QList<qint64> painted;
     using QMultiLineEdit::fontMeasure;
@@ -105,7 +105,7 @@ private slots:
     void selectionChangeRepaintsItsDifference();
 
 private:
-    std::unique_ptr<Edit> m_edit;
+    std::unique_ptr<PaintedEdit> m_edit;
     int m_flashTime = 0;
 };
 
@@ -113,7 +113,7 @@ void QMultiLineEditViewTest::init()
 {
     m_flashTime = QGuiApplication::styleHints()->cursorFlashTime();
     QGuiApplication::styleHints()->setCursorFlashTime(0);
-    m_edit = std::make_unique<Edit>();
+    m_edit = std::make_unique<PaintedEdit>();
     m_edit->resize(300, 300);
     m_edit->show();
     QVERIFY(QTest::qWaitForWindowActive(m_edit.get()));

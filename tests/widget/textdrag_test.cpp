@@ -14,10 +14,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// A window with an editor, which notes its text when it is asked to open a file.
-class Window : public QWidget {
+class DropWindow : public QWidget {
     Q_OBJECT
 public:
-    Window()
+    DropWindow()
         : edit(new QMultiLineEdit(this))
     {
         auto *const layout = new QVBoxLayout(this);
@@ -51,12 +51,12 @@ private:
     void drag(const std::function<void()> &meanwhile);
     QPoint at(qint64 column) const;
 
-    std::unique_ptr<Window> m_window;
+    std::unique_ptr<DropWindow> m_window;
 };
 
 void TextDragTest::init()
 {
-    m_window = std::make_unique<Window>();
+    m_window = std::make_unique<DropWindow>();
     application()->showMainWidget(m_window.get(), true);
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
 }
