@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -27,6 +28,10 @@ const FileCalls &FileCalls::system()
         .rename = ::rename,
         .unlink = ::unlink,
         .mkdir = ::mkdir,
+        .flock = ::flock,
+        .opendir = ::opendir,
+        .readdir = ::readdir,
+        .closedir = ::closedir,
     };
     return calls;
 }

@@ -3,10 +3,12 @@
 #include <cerrno>
 #include <functional>
 
+#include <dirent.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
-/// The system calls that writing a file takes, each with the signature and the errors of its namesake.
+/// The system calls that writing a file takes, and keeping a folder of one's own, each with the signature and
+/// the errors of its namesake.
 ///
 /// Everything the program writes for its users goes through such a table, so that tests can let any single
 /// step fail.
@@ -29,6 +31,10 @@ struct FileCalls {
     std::function<int(const char *from, const char *to)> rename;
     std::function<int(const char *name)> unlink;
     std::function<int(const char *name, mode_t mode)> mkdir;
+    std::function<int(int fd, int operation)> flock;
+    std::function<DIR *(const char *name)> opendir;
+    std::function<dirent *(DIR *folder)> readdir;
+    std::function<int(DIR *folder)> closedir;
 
     /// The system's own.
     static const FileCalls &system();

@@ -1,6 +1,7 @@
 #include "files/safefile.h"
 
 #include "files/fileattributes.h"
+#include "files/statefolder.h"
 
 #include <QRandomGenerator>
 
@@ -12,14 +13,7 @@ namespace {
 
 constexpr qsizetype blockSize = 1 << 18;
 constexpr mode_t privateFile = 0600;
-constexpr mode_t privateFolder = 0700;
 constexpr mode_t setIdBits = S_ISUID | S_ISGID;
-
-QByteArray folderOf(const QByteArray &name)
-{
-    const qsizetype end = name.lastIndexOf('/') + 1;
-    return end > 0 ? name.first(end) : QByteArray("./");
-}
 
 /// Errors that say "not like this", where writing in place may still go.
 bool isRefusal(int error)
@@ -86,7 +80,7 @@ bool SafeFile::stage()
     m_staged = createIn(m_folder, &m_stagedName);
     if (m_staged != -1)
         return true;
-    if (m_old == -1 || !isRefusal(errno) || !makeStateFolder())
+    if (m_old == -1 || !isRefusal(errno) || !makePrivateFolder(m_calls, stateFolder()))
         return false;
     m_stagedBeside = false;
     m_staged = createIn(stateFolder(), &m_stagedName);
@@ -108,28 +102,6 @@ int SafeFile::createIn(const QByteArray &folder, QByteArray *name)
             return fd;
     }
     return -1;
-}
-
-QByteArray SafeFile::stateFolder()
-{
-    const QByteArray state = qgetenv("XDG_STATE_HOME");
-    return (state.startsWith('/') ? state : qgetenv("HOME") + "/.local/state") + "/marlopad/";
-}
-
-/// What is made is on the disk: a copy in a folder that a power cut takes away would be none.
-bool SafeFile::makeStateFolder()
-{
-    const QByteArray folder = stateFolder();
-    for (qsizetype end = folder.indexOf('/', 1); end != -1; end = folder.indexOf('/', end + 1)) {
-        const QByteArray made = folder.first(end);
-        if (m_calls.mkdir(made.constData(), privateFolder) == 0) {
-            if (!syncFolder(folderOf(made)))
-                return false;
-        } else if (errno != EEXIST) {
-            return false;
-        }
-    }
-    return true;
 }
 
 bool SafeFile::write(QByteArrayView bytes)
@@ -212,20 +184,8 @@ SafeFile::Outcome SafeFile::replace()
         return isRefusal(errno) ? Outcome::NotPossible : Outcome::Failed;
     m_stagedName.clear();
     // The new file has its name by now and there is nothing to take back.
-    syncFolder(m_folder);
+    syncFolder(m_calls, m_folder);
     return Outcome::Done;
-}
-
-/// True also where it is not possible: not every folder may be read, and not every file system has this.
-bool SafeFile::syncFolder(const QByteArray &folder)
-{
-    int fd = retried([&] { return m_calls.open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0); });
-    if (fd == -1)
-        return isRefusal(errno);
-    const bool synced =
-        retried([&] { return m_calls.fsync(fd); }) == 0 || isRefusal(errno) || errno == EINVAL;
-    closeFile(&fd);
-    return synced;
 }
 
 bool SafeFile::overwrite()
@@ -248,10 +208,10 @@ int SafeFile::copyOldContent(QByteArray *name, off_t *size)
 {
     int old =
         retried([&] { return m_calls.open(m_target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW, 0); });
-    int kept = old != -1 && makeStateFolder() ? createIn(stateFolder(), name) : -1;
+    int kept = old != -1 && makePrivateFolder(m_calls, stateFolder()) ? createIn(stateFolder(), name) : -1;
     if (kept != -1
         && (!copyAll(old, kept, size) || retried([&] { return m_calls.fsync(kept); }) != 0
-            || !syncFolder(stateFolder()))) {
+            || !syncFolder(m_calls, stateFolder()))) {
         m_calls.unlink(name->constData());
         closeFile(&kept);
     }

@@ -41,9 +41,6 @@ public:
     /// content could not be put back either, and after a commit() that was to keep it; else empty.
     QByteArray keptCopy() const { return m_keptCopy; }
 
-    /// Where copies are kept while a file is overwritten: $XDG_STATE_HOME/marlopad, ending in "/".
-    static QByteArray stateFolder();
-
 private:
     enum class Outcome { Done, Failed, NotPossible };
 
@@ -51,11 +48,9 @@ private:
     bool examineTarget();
     bool stage();
     int createIn(const QByteArray &folder, QByteArray *name);
-    bool makeStateFolder();
     bool flush();
     Outcome replace();
     bool giveAttributes();
-    bool syncFolder(const QByteArray &folder);
     bool overwrite();
     int copyOldContent(QByteArray *name, off_t *size);
     bool putAside(QByteArray *name);

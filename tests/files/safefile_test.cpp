@@ -412,7 +412,7 @@ void SafeFileTest::oldContentIsOnTheDiskBeforeItIsOverwritten()
 {
     QFETCH(Way, way);
     QFETCH(bool, keeps);
-    const QByteArray state = SafeFile::stateFolder();
+    const QByteArray state = stateFolder();
     const QTemporaryDir beside;
     const QByteArray there = QFile::encodeName(beside.path()) + '/';
     const QByteArray base = there + "made/";
@@ -460,7 +460,7 @@ void SafeFileTest::closedFolderIsWrittenInPlace()
     QCOMPARE(statOf(name).st_ino, inode);
     QCOMPARE(contentOf(name), m_new);
     QCOMPARE(keptFiles(), QStringList());
-    const QByteArray state = SafeFile::stateFolder().chopped(1);
+    const QByteArray state = stateFolder().chopped(1);
     QCOMPARE(statOf(state).st_mode & 07777, mode_t(0700));
 }
 

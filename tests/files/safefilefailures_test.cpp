@@ -177,7 +177,7 @@ void SafeFileFailuresTest::oldContentThatCannotBePutBackIsKept()
     SafeFile file(name, calls);
     QVERIFY(!save(file, m_new));
     QVERIFY(broken);
-    QVERIFY(file.keptCopy().startsWith(SafeFile::stateFolder()));
+    QVERIFY(file.keptCopy().startsWith(stateFolder()));
     QCOMPARE(contentOf(file.keptCopy()), m_old);
     QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
     QCOMPARE(keptFiles().size(), 1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/safefile.h"
+#include "files/statefolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -110,7 +111,7 @@ protected:
     {
         m_dir = std::make_unique<QTemporaryDir>();
         m_folder = QFile::encodeName(m_dir->path()) + '/';
-        QDir(QFile::decodeName(SafeFile::stateFolder())).removeRecursively();
+        QDir(QFile::decodeName(stateFolder())).removeRecursively();
     }
     /// The name of the file to save, which is there already unless it is to be new.
     QByteArray prepare(Way way)
@@ -139,7 +140,7 @@ protected:
     }
     QStringList keptFiles() const
     {
-        return QDir(QFile::decodeName(SafeFile::stateFolder())).entryList(QDir::Files | QDir::Hidden);
+        return QDir(QFile::decodeName(stateFolder())).entryList(QDir::Files | QDir::Hidden);
     }
 
     std::unique_ptr<QTemporaryDir> m_dir;
