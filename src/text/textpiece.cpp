@@ -58,6 +58,16 @@ QString TextPiece::text(qint64 offset, qint64 length) const
     return text;
 }
 
+TextPiece TextPiece::part(qint64 offset, qint64 length) const
+{
+    Q_ASSERT(offset >= 0 && length >= 0 && offset + length <= this->length());
+    if (length == 0)
+        return {};
+    const TextLayout layout = looseLayout(m_sizes);
+    auto [before, rest] = split(tree(), offset, layout);
+    return TextPiece(std::move(split(std::move(rest), length, layout).first.node), m_sizes);
+}
+
 void TextPiece::append(TextPiece &&other)
 {
     if (isEmpty())

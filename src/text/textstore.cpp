@@ -1,6 +1,7 @@
 #include "text/textstore.h"
 
 #include "text/graphemes.h"
+#include "text/leafchunk.h"
 #include "text/openleaf.h"
 #include "text/rowflow.h"
 #include "text/rowlookup.h"
@@ -194,13 +195,6 @@ QString TextStore::text(qint64 offset, qint64 length) const
     return text;
 }
 
-static TextChunk chunkOf(const TextLeaf &leaf, qint64 offset, qint64 start)
-{
-    if (leaf.wide)
-        return { offset, {}, leaf.utf16().sliced(offset - start) };
-    return { offset, leaf.latin1().sliced(offset - start), {} };
-}
-
 TextChunk TextStore::chunkAt(qint64 offset) const
 {
     Q_ASSERT(d->isInside(offset, 1));
@@ -211,25 +205,12 @@ TextChunk TextStore::chunkAt(qint64 offset) const
 
 TextChunk TextStore::spelledChunkAt(qint64 offset) const
 {
-    if (offset == length()) {
-        TextChunk end;
-        end.offset = offset;
-        if (d->endSpelling && (offset > 0 || d->isSpelledWhenEmpty))
-            end.spelling = QByteArrayView(*d->endSpelling);
-        return end;
-    }
+    if (offset == length())
+        return offset > 0 || d->isSpelledWhenEmpty ? endChunk(offset, d->endSpelling) : endChunk(offset, {});
     Q_ASSERT(d->isInside(offset, 1));
     qint64 start = 0;
     const TextLeaf &leaf = d->leafAt(offset, 1, start);
-    TextChunk chunk = chunkOf(leaf, offset, start);
-    const qsizetype next = leaf.spellings ? leaf.spellings->firstFrom(offset - start) : 0;
-    if (!leaf.spellings || next == leaf.spellings->count())
-        return chunk;
-    const qint64 before = leaf.spellings->place(next) - (offset - start);
-    if (before == 0)
-        chunk.spelling = leaf.spellings->bytes(next);
-    chunk.truncate(qMax<qint64>(1, before));
-    return chunk;
+    return spelledChunkOf(leaf, offset, start);
 }
 
 TextChunk TextStore::chunkBefore(qint64 end) const

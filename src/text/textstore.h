@@ -173,9 +173,14 @@ public:
     bool isEmpty() const { return !m_root; }
     /// A part of it; the cost is the part's length.
     QString text(qint64 offset, qint64 length) const;
+    /// The same without copying it: O(log n).
+    TextPiece part(qint64 offset, qint64 length) const;
     /// Puts another piece, of nodes of the same sizes, behind or before this one: O(log n).
     void append(TextPiece &&other);
     void prepend(TextPiece &&other);
+
+    /// For whoever reads the nodes themselves; null for an empty piece.
+    const TextNode *root() const { return m_root.get(); }
 
 private:
     TextPiece(TextNodeRef root, const NodeSizes &sizes);
