@@ -22,6 +22,12 @@ void TextDocument::setCodes(FileCodes codes)
     emit codesChanged();
 }
 
+void TextDocument::chooseCodes(FileCodes codes)
+{
+    m_codes = codes;
+    emit codesChanged();
+}
+
 void TextDocument::setUndoEnabled(bool enabled)
 {
     if (enabled == m_isUndoEnabled)
@@ -118,6 +124,22 @@ void TextDocument::decode(QByteArray &&bytes)
     m_readCode = ReadCode(codec);
     m_isEdited = false;
     emit replaced({ 0, gone, m_store.length() });
+}
+
+void TextDocument::startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec)
+{
+    emit aboutToReplace();
+    const qint64 gone = m_store.length();
+    m_history.clear();
+    m_store = TextStore(m_store.layoutRule());
+    m_path.clear();
+    m_name = name;
+    m_unreadFile.clear();
+    m_codes = codes;
+    m_readCode = ReadCode(byteCodec);
+    m_version = DocumentVersion();
+    m_isEdited = false;
+    emit replaced({ 0, gone, 0 });
 }
 
 SaveResult TextDocument::save(const QString &path, const QString &name, std::optional<CharCode> charCode,

@@ -65,6 +65,8 @@ public:
     void setName(const QString &name) { m_name = name; }
     /// Of a document that was not read from a file, as for the constructor.
     void setCodes(FileCodes codes);
+    /// What it is saved in where nothing else is asked for; what its undecodable bytes are of stays.
+    void chooseCodes(FileCodes codes);
     CharCode charCode() const { return m_codes.charCode; }
     ReturnCode returnCode() const { return m_codes.returnCode; }
     /// The codec of the undecodable bytes and spellings in the text: pieces of texts of the same one may be
@@ -100,6 +102,9 @@ public:
     /// them keeps a copy of what could not be read.
     std::optional<ReadFailure> load(
         const QString &path, const QString &name, std::optional<CharCode> requested, FileCodes codes);
+    /// Makes it a document of that name that was never saved, without text; undecodable bytes and spellings
+    /// that come into it are of `byteCodec`.
+    void startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec);
     /// Writes the text as path + name, in the document's own code and line end where none is given. Written:
     /// path and name are the document's, and it has no history. Else text, name and history stay, but the
     /// codes given are kept.
