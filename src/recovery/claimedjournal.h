@@ -1,0 +1,43 @@
+#pragma once
+
+#include "files/filecalls.h"
+
+#include <QByteArray>
+
+#include <utility>
+
+/// A journal that no program writes any more, locked so that no other one restores or removes it meanwhile.
+/// Destroyed, it stays where it is.
+class ClaimedJournal {
+public:
+    ClaimedJournal() = default; ///< of none
+    ClaimedJournal(ClaimedJournal &&other) noexcept;
+    ClaimedJournal &operator=(ClaimedJournal &&other) noexcept;
+    ~ClaimedJournal();
+
+    /// Of none if it is in use, not there, not the user's own, or no file; nothing is waited for. `calls` is
+    /// not owned.
+    static ClaimedJournal claim(const QByteArray &name, const FileCalls &calls);
+
+    explicit operator bool() const { return m_file != -1; }
+    int file() const { return m_file; } ///< open for reading
+    /// Removes it; false if it is still there.
+    bool discard();
+
+private:
+    ClaimedJournal(QByteArray name, int file, const FileCalls &calls)
+        : m_name(std::move(name))
+        , m_file(file)
+        , m_calls(&calls)
+    {
+    }
+    void close();
+
+    QByteArray m_name;
+    int m_file = -1;
+    const FileCalls *m_calls = nullptr;
+};
+
+/// Opens a file of the user's own for reading, if it is one and nobody locks it; -1 else. `lock` as for
+/// flock(). Nothing is waited for, whatever the name is of.
+int openUnused(const QByteArray &name, int lock, const FileCalls &calls);

@@ -1,0 +1,141 @@
+#include "recovery/documentjournal.h"
+
+#include <QDateTime>
+
+DocumentJournal::DocumentJournal(
+    TextDocument &document, PlaceReader place, JournalThread &thread, const JournalClock &clock)
+    : m_document(document)
+    , m_place(std::move(place))
+    , m_thread(thread)
+    , m_clock(clock)
+    , m_number(thread.newJournal())
+{
+    connect(&document, &TextDocument::changed, this, &DocumentJournal::noteChange);
+    connect(&document, &TextDocument::aboutToReplace, this, [this] { m_text.drop(); });
+    connect(&document, &TextDocument::replaced, this, [this] { beginAnew(!m_document.isEdited()); });
+    connect(&document, &TextDocument::saved, this, [this] { beginAnew(true); });
+    m_text.begin(document, !document.isEdited() && !document.path().isEmpty());
+    if (document.isEdited())
+        setDirty();
+}
+
+DocumentJournal::~DocumentJournal()
+{
+    m_thread.leave(m_number);
+    for (const int old : m_old)
+        m_thread.leave(old);
+}
+
+void DocumentJournal::noteChange(const TextChange &change)
+{
+    m_text.note(change);
+    setDirty();
+}
+
+void DocumentJournal::setDirty()
+{
+    const bool wasDue = due().has_value();
+    m_schedule.noteEdit(m_clock());
+    if (!wasDue && due())
+        emit dirtied();
+}
+
+/// The journal of the text before is needed until it is sure that this one is not.
+void DocumentJournal::beginAnew(bool isFromFile)
+{
+    setAside();
+    m_isKept = false;
+    m_text.begin(m_document, isFromFile && !m_document.path().isEmpty());
+    setDirty();
+}
+
+void DocumentJournal::setAside()
+{
+    if (std::exchange(m_isBegun, false)) {
+        m_thread.rest(m_number);
+        m_old.push_back(std::exchange(m_number, m_thread.newJournal()));
+    }
+    m_isOnItsWay = false;
+}
+
+void DocumentJournal::removeOld()
+{
+    for (const int old : std::exchange(m_old, {}))
+        m_thread.remove(old);
+    m_superseded.discard();
+}
+
+std::optional<qint64> DocumentJournal::due() const
+{
+    return m_isOnItsWay ? std::nullopt : m_schedule.due();
+}
+
+void DocumentJournal::writeNow()
+{
+    if (!due())
+        return;
+    m_schedule.noteBegun();
+    if (!m_document.isEdited() && !m_isKept) {
+        setAside();
+        removeOld();
+        m_text.returnToBase();
+        m_error = 0;
+        return;
+    }
+    m_isOnItsWay = true;
+    m_isBegun = true;
+    m_thread.write(m_number, m_text.next(m_document, state()));
+}
+
+void DocumentJournal::noteResult(const WriteResult &result)
+{
+    if (result.journal != m_number)
+        return;
+    if (result.isOfWrite)
+        m_isOnItsWay = false;
+    m_error = result.error;
+    if (result.error != 0) {
+        m_schedule.noteFailure(m_clock());
+        emit dirtied();
+        return;
+    }
+    m_schedule.noteWritten();
+    removeOld();
+}
+
+void DocumentJournal::retry()
+{
+    m_schedule.forgetFailures();
+}
+
+void DocumentJournal::keep()
+{
+    setAside();
+    m_isKept = true;
+    m_text.begin(m_document, false);
+    setDirty();
+}
+
+void DocumentJournal::endKeeping()
+{
+    if (std::exchange(m_isKept, false))
+        setDirty();
+}
+
+void DocumentJournal::supersede(ClaimedJournal &&old)
+{
+    m_superseded = std::move(old);
+    setDirty();
+}
+
+void DocumentJournal::end()
+{
+    setAside();
+    removeOld();
+}
+
+JournalState DocumentJournal::state() const
+{
+    return { QDateTime::currentMSecsSinceEpoch(), m_document.store().length(), m_document.charCode(),
+        m_document.returnCode(), byteCodecNumber(m_document.byteCodec()), m_place ? m_place() : ViewPlace() };
+}

@@ -1,0 +1,114 @@
+#include "recovery/journalfile.h"
+
+#include "files/statefolder.h"
+#include "recovery/journalfolder.h"
+
+#include <QScopeGuard>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr qsizetype blockSize = 1 << 18;
+constexpr mode_t privateFile = 0600;
+
+} // namespace
+
+JournalFile::JournalFile(const FileCalls &calls)
+    : m_calls(calls)
+{
+}
+
+JournalFile::~JournalFile()
+{
+    if (m_file == -1)
+        return;
+    if (!m_isPublished)
+        m_calls.unlink(m_name.constData());
+    m_calls.close(m_file);
+}
+
+bool JournalFile::fail()
+{
+    m_error = errno;
+    return false;
+}
+
+bool JournalFile::create(const QByteArray &folder)
+{
+    if (!makePrivateFolder(m_calls, folder) || !isPrivateFolder(m_calls, folder))
+        return fail();
+    constexpr int mostAttempts = 16;
+    for (int attempt = 0; attempt < mostAttempts && m_file == -1; ++attempt) {
+        if (!createOnce(folder) && errno != EEXIST && errno != EWOULDBLOCK)
+            return fail();
+    }
+    if (m_file == -1)
+        return fail();
+    m_buffer = journalMagic().toByteArray();
+    return true;
+}
+
+/// Who tidies up may have come between the making and the locking.
+bool JournalFile::createOnce(const QByteArray &folder)
+{
+    const QByteArray name = folder + newUnfinishedName();
+    const int file = retried([&] {
+        return m_calls.open(
+            name.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, privateFile);
+    });
+    if (file == -1)
+        return false;
+    struct stat info = {};
+    const bool isLocked = retried([&] { return m_calls.flock(file, LOCK_EX | LOCK_NB); }) == 0
+        && m_calls.fstat(file, &info) == 0;
+    if (isLocked && info.st_nlink > 0) {
+        m_file = file;
+        m_name = name;
+        return true;
+    }
+    const int error = isLocked ? EEXIST : errno;
+    m_calls.unlink(name.constData());
+    m_calls.close(file);
+    errno = error;
+    return false;
+}
+
+bool JournalFile::append(RecordType type, QByteArrayView content)
+{
+    appendRecord(m_buffer, type, content);
+    return m_buffer.size() < blockSize || flush();
+}
+
+bool JournalFile::flush()
+{
+    QByteArrayView left = m_buffer;
+    while (!left.isEmpty()) {
+        const ssize_t written =
+            retried([&] { return m_calls.pwrite(m_file, left.data(), size_t(left.size()), m_size); });
+        if (written == 0)
+            errno = ENOSPC;
+        if (written <= 0)
+            return fail();
+        left = left.sliced(written);
+        m_size += written;
+    }
+    m_buffer.resize(0);
+    return true;
+}
+
+bool JournalFile::sync()
+{
+    return flush() && (retried([&] { return m_calls.fsync(m_file); }) == 0 || fail());
+}
+
+bool JournalFile::publish(const QByteArray &name)
+{
+    if (m_calls.rename(m_name.constData(), name.constData()) != 0)
+        return fail();
+    m_name = name;
+    m_isPublished = true;
+    return syncFolder(m_calls, folderOf(name)) || fail();
+}

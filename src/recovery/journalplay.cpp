@@ -1,0 +1,275 @@
+#include "recovery/journalplay.h"
+
+#include "recovery/journaledit.h"
+
+#include <utility>
+#include <vector>
+
+namespace {
+
+bool isWithin(qint64 offset, qint64 length, qint64 whole)
+{
+    return offset >= 0 && length >= 0 && offset <= whole && length <= whole - offset;
+}
+
+/// Counts the units of a text that is told in parts, and sees whether there are such parts.
+class PartCheck : public EditReader::Parts {
+public:
+    PartCheck(qint64 committed, qint64 base)
+        : m_committed(committed)
+        , m_base(base)
+    {
+    }
+    void copyCommitted(qint64 offset, qint64 length) override { copy(offset, length, m_committed); }
+    void copyBase(qint64 offset, qint64 length) override { copy(offset, length, m_base); }
+    void text(QByteArrayView latin1) override { add(latin1.size()); }
+    void text(QStringView utf16) override { add(utf16.size()); }
+    void spelling(QByteArrayView bytes) override { Q_UNUSED(bytes) }
+
+    qint64 length() const { return m_length; }
+    bool isSound() const { return m_isSound; }
+
+private:
+    void copy(qint64 offset, qint64 length, qint64 source)
+    {
+        m_isSound = m_isSound && isWithin(offset, length, source);
+        add(length);
+    }
+    /// No text is as long as this, and no sum of two such lengths overflows.
+    void add(qint64 length)
+    {
+        constexpr qint64 longest = qint64{ 1 } << 48;
+        m_isSound = m_isSound && length >= 0 && length <= longest && m_length <= longest;
+        if (m_isSound)
+            m_length += length;
+    }
+
+    qint64 m_committed;
+    qint64 m_base;
+    qint64 m_length = 0;
+    bool m_isSound = true;
+};
+
+/// Follows the lengths of the texts from commit to commit.
+class OutlineReader {
+public:
+    explicit OutlineReader(const JournalBase &base)
+        : m_base(base)
+        , m_next(base.length, base.length)
+    {
+        outline.base = base;
+    }
+
+    /// False where what follows cannot be relied upon.
+    bool take(const JournalRecord &record)
+    {
+        switch (record.type) {
+        case RecordType::Base:
+            return false;
+        case RecordType::BaseText:
+            return EditReader::read(record.content, m_kept) && m_kept.isSound();
+        case RecordType::BaseEnd:
+            return takeEnd(record.content);
+        case RecordType::Edit:
+            return EditReader::read(record.content, m_next) && m_next.isSound();
+        case RecordType::Commit:
+            return takeCommit(record.content);
+        }
+        return false;
+    }
+
+    JournalOutline outline;
+
+private:
+    bool takeEnd(QByteArrayView content)
+    {
+        const auto seen = baseSeenIn(content);
+        if (!seen || (seen->isTextKept && m_kept.length() != m_base.length))
+            return false;
+        outline.seen = seen;
+        return true;
+    }
+
+    bool takeCommit(QByteArrayView content)
+    {
+        const auto state = stateIn(content);
+        if (!state || state->length != m_next.length())
+            return false;
+        outline.state = *state;
+        ++outline.commits;
+        m_next = PartCheck(state->length, m_base.length);
+        return true;
+    }
+
+    JournalBase m_base;
+    PartCheck m_next; ///< the text that the next commit ends
+    PartCheck m_kept{ 0, 0 }; ///< text alone: there is nothing to be copied from
+};
+
+/// Puts text and pieces of others one behind the other.
+class PieceBuilder {
+public:
+    explicit PieceBuilder(const TextStore &store)
+        : m_store(store)
+    {
+    }
+    void text(QByteArrayView latin1) { builder().append(latin1); }
+    void text(QStringView utf16) { builder().append(utf16); }
+    void spelling(QByteArrayView bytes) { builder().spell(bytes); }
+    void append(TextPiece &&piece)
+    {
+        endText();
+        m_piece.append(std::move(piece));
+    }
+    bool isEmpty() const { return !m_builder && m_piece.isEmpty(); }
+    TextPiece finish()
+    {
+        endText();
+        return std::exchange(m_piece, {});
+    }
+
+private:
+    TextStore::Builder &builder()
+    {
+        if (!m_builder)
+            m_builder.emplace(m_store.layoutRule(), m_store.nodeSizes());
+        return *m_builder;
+    }
+    void endText()
+    {
+        if (!m_builder)
+            return;
+        const TextStore built = m_builder->finish();
+        m_builder.reset();
+        m_piece.append(built.piece(0, built.length()));
+    }
+
+    const TextStore &m_store;
+    std::optional<TextStore::Builder> m_builder;
+    TextPiece m_piece;
+};
+
+/// Gathers what the next text consists of, and makes it of the one before: what both begin and end with
+/// stays as it is.
+class EditPlayer : public EditReader::Parts {
+public:
+    explicit EditPlayer(JournalPlayer &player)
+        : m_player(player)
+        , m_base(player.store().piece(0, player.store().length()))
+        , m_middle(player.store())
+    {
+    }
+
+    void copyCommitted(qint64 offset, qint64 length) override
+    {
+        if (m_middle.isEmpty() && !m_held && offset == m_start) {
+            m_start += length;
+            return;
+        }
+        takeHeld();
+        m_held = { 0, offset, length };
+    }
+    void copyBase(qint64 offset, qint64 length) override
+    {
+        takeHeld();
+        m_middle.append(m_base.part(offset, length));
+    }
+    void text(QByteArrayView latin1) override
+    {
+        takeHeld();
+        m_middle.text(latin1);
+    }
+    void text(QStringView utf16) override
+    {
+        takeHeld();
+        m_middle.text(utf16);
+    }
+    void spelling(QByteArrayView bytes) override
+    {
+        takeHeld();
+        m_middle.spelling(bytes);
+    }
+
+    void commit()
+    {
+        qint64 end = m_player.store().length();
+        if (m_held && m_held->offset >= m_start && m_held->offset + m_held->length == end)
+            end = m_held->offset;
+        else
+            takeHeld();
+        m_held.reset();
+        const qint64 start = std::exchange(m_start, 0);
+        m_player.replace(start, end - start, m_middle.finish());
+    }
+
+private:
+    void takeHeld()
+    {
+        if (const auto held = std::exchange(m_held, std::nullopt))
+            m_middle.append(m_player.store().piece(held->offset, held->length));
+    }
+
+    JournalPlayer &m_player;
+    const TextPiece m_base;
+    PieceBuilder m_middle;
+    qint64 m_start = 0; ///< units that stay at the start
+    std::optional<TextPart> m_held; ///< a copy that may be what stays at the end
+};
+
+/// Puts kept text into a store that is being built.
+class BaseBuilder : public EditReader::Parts {
+public:
+    void copyCommitted(qint64, qint64) override { }
+    void copyBase(qint64, qint64) override { }
+    void text(QByteArrayView latin1) override { m_builder.append(latin1); }
+    void text(QStringView utf16) override { m_builder.append(utf16); }
+    void spelling(QByteArrayView bytes) override { m_builder.spell(bytes); }
+    TextStore finish() { return m_builder.finish(); }
+
+private:
+    TextStore::Builder m_builder{ LayoutRule() };
+};
+
+} // namespace
+
+JournalOutline outlineOf(JournalReader &journal)
+{
+    journal.rewind();
+    const auto first = journal.next();
+    const auto base =
+        first && first->type == RecordType::Base ? baseIn(first->content) : std::optional<JournalBase>();
+    if (!base)
+        return {};
+    OutlineReader reader(*base);
+    for (auto record = journal.next(); record && reader.take(*record); record = journal.next()) { }
+    return reader.outline;
+}
+
+TextStore keptBase(JournalReader &journal)
+{
+    BaseBuilder kept;
+    journal.rewind();
+    for (auto record = journal.next(); record && record->type != RecordType::BaseEnd;
+         record = journal.next()) {
+        if (record->type == RecordType::BaseText)
+            EditReader::read(record->content, kept);
+    }
+    return kept.finish();
+}
+
+void playJournal(JournalReader &journal, const JournalOutline &outline, JournalPlayer &player)
+{
+    EditPlayer edits(player);
+    journal.rewind();
+    for (qint64 commits = 0; commits < outline.commits;) {
+        const auto record = journal.next();
+        if (!record) // a read error: the file was whole before
+            return;
+        if (record->type == RecordType::Edit)
+            EditReader::read(record->content, edits);
+        if (record->type != RecordType::Commit)
+            continue;
+        edits.commit();
+        ++commits;
+    }
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "recovery/journalreader.h"
+#include "text/textsnapshot.h"
+
+/// What a journal says as far as it is whole.
+struct JournalOutline {
+    JournalBase base;
+    std::optional<BaseSeen> seen;
+    JournalState state; ///< that of the last commit
+    qint64 commits = 0; ///< 0: there is nothing to be restored
+};
+
+/// Looks through a journal, and checks what playJournal() relies upon. Cost: the file is read once.
+JournalOutline outlineOf(JournalReader &journal);
+
+/// The text of the base as the journal keeps it; asked for only where `seen` says so.
+TextStore keptBase(JournalReader &journal);
+
+/// Makes the text of the base that of the last commit, edit by edit, on whatever has it.
+struct JournalPlayer {
+    virtual ~JournalPlayer() = default;
+    virtual const TextStore &store() const = 0;
+    virtual void replace(qint64 offset, qint64 removed, const TextPiece &inserted) = 0;
+};
+void playJournal(JournalReader &journal, const JournalOutline &outline, JournalPlayer &player);

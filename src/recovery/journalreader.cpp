@@ -1,0 +1,65 @@
+#include "recovery/journalreader.h"
+
+namespace {
+
+constexpr qint64 blockSize = 1 << 18;
+
+} // namespace
+
+JournalReader::JournalReader(int file, const FileCalls &calls)
+    : m_file(file)
+    , m_calls(calls)
+{
+}
+
+void JournalReader::rewind()
+{
+    m_offset = 0;
+    m_block.clear();
+    m_used = 0;
+    m_isStarted = false;
+}
+
+/// Whether so many unused bytes are in the block, when they have been read. A length that is not true costs
+/// no more memory than the file is long.
+bool JournalReader::need(qint64 bytes)
+{
+    if (m_used > 0 && m_block.size() - m_used < bytes) {
+        m_block.remove(0, m_used);
+        m_used = 0;
+    }
+    while (m_block.size() - m_used < bytes) {
+        const qint64 size = m_block.size();
+        m_block.resize(size + blockSize);
+        const ssize_t got =
+            retried([&] { return m_calls.pread(m_file, m_block.data() + size, blockSize, m_offset); });
+        m_block.resize(size + qMax<ssize_t>(got, 0));
+        if (got <= 0)
+            return false;
+        m_offset += got;
+    }
+    return true;
+}
+
+bool JournalReader::readMagic()
+{
+    const QByteArrayView magic = journalMagic();
+    if (!need(magic.size()) || !m_block.startsWith(magic))
+        return false;
+    m_used = magic.size();
+    m_isStarted = true;
+    return true;
+}
+
+std::optional<JournalRecord> JournalReader::next()
+{
+    if ((!m_isStarted && !readMagic()) || !need(JournalRecord::headSize))
+        return std::nullopt;
+    const qint64 size = recordSize(QByteArrayView(m_block).sliced(m_used));
+    if (size > JournalRecord::headSize + JournalRecord::mostBytes || !need(size))
+        return std::nullopt;
+    const auto record = firstRecord(QByteArrayView(m_block).sliced(m_used, size));
+    if (record)
+        m_used += size;
+    return record;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "files/filecalls.h"
+#include "recovery/journalrecord.h"
+
+/// Reads a journal's records from its start, as far as they are whole. Memory: a few blocks, or the longest
+/// record.
+class JournalReader {
+public:
+    /// `file` is open for reading; nothing is owned.
+    JournalReader(int file, const FileCalls &calls);
+
+    /// From the start again.
+    void rewind();
+    /// Nothing behind the last one that is whole.
+    std::optional<JournalRecord> next();
+
+private:
+    bool need(qint64 bytes);
+    bool readMagic();
+
+    int m_file;
+    const FileCalls &m_calls;
+    off_t m_offset = 0; ///< of what is to be read next
+    QByteArray m_block;
+    qint64 m_used = 0; ///< bytes of it
+    bool m_isStarted = false;
+};

@@ -1,0 +1,167 @@
+#include "recovery/journalrecord.h"
+
+#include "codec/codecs.h"
+#include "files/filename.h"
+#include "recovery/checksum.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+quint64 checksumOf(RecordType type, QByteArrayView content)
+{
+    return ::checksumOf(content, quint64(type));
+}
+
+bool isRecordType(quint8 type)
+{
+    return type >= quint8(RecordType::Base) && type <= quint8(RecordType::Commit);
+}
+
+/// In the order of their numbers: a new one comes last.
+using CodecFunction = const TextCodec &();
+constexpr CodecFunction *byteCodecs[] = { utf8Codec, utf16LittleEndianCodec, utf16BigEndianCodec, latin1Codec,
+    shiftJisCodec, eucCodec, jisCodec };
+
+} // namespace
+
+QByteArrayView journalMagic()
+{
+    return { "Marlopad journal 1\n" };
+}
+
+void appendRecord(QByteArray &to, RecordType type, QByteArrayView content)
+{
+    Q_ASSERT(content.size() <= JournalRecord::mostBytes);
+    FieldWriter head;
+    head.number32(quint32(content.size()));
+    head.number64(qint64(checksumOf(type, content)));
+    head.number8(quint8(type));
+    to.append(head.result());
+    to.append(content);
+}
+
+qint64 recordSize(QByteArrayView bytes)
+{
+    return JournalRecord::headSize + FieldReader(bytes).number32();
+}
+
+std::optional<JournalRecord> firstRecord(QByteArrayView bytes)
+{
+    FieldReader head(bytes.first(qMin<qint64>(bytes.size(), JournalRecord::headSize)));
+    const qint64 size = head.number32();
+    const auto sum = quint64(head.number64());
+    const quint8 type = head.number8();
+    if (!head.isWhole() || size > bytes.size() - JournalRecord::headSize)
+        return std::nullopt;
+    const QByteArrayView content = bytes.sliced(JournalRecord::headSize, size);
+    if (!isRecordType(type) || checksumOf(RecordType(type), content) != sum)
+        return std::nullopt;
+    return JournalRecord{ RecordType(type), content.toByteArray() };
+}
+
+QByteArray contentOf(const JournalBase &base)
+{
+    FieldWriter fields;
+    fields.text(base.path);
+    fields.text(base.name);
+    fields.number8(base.isFromFile ? 1 : 0);
+    fields.number64(base.size);
+    fields.number64(base.time);
+    fields.number8(quint8(base.charCode));
+    fields.number8(quint8(base.returnCode));
+    fields.number64(base.length);
+    return fields.result();
+}
+
+std::optional<JournalBase> baseIn(QByteArrayView content)
+{
+    FieldReader fields(content);
+    JournalBase base;
+    base.path = fields.text();
+    base.name = fields.text();
+    base.isFromFile = fields.number8() != 0;
+    base.size = fields.number64();
+    base.time = fields.number64();
+    base.charCode = CharCode(fields.number8());
+    base.returnCode = ReturnCode(fields.number8());
+    base.length = fields.number64();
+    return fields.isWhole() && base.length >= 0 ? std::optional(base) : std::nullopt;
+}
+
+qint64 timeOf(const struct stat &info)
+{
+    return qint64{ info.st_mtim.tv_sec } * 1'000'000'000 + info.st_mtim.tv_nsec;
+}
+
+bool isFileUnchanged(const JournalBase &base, const FileCalls &calls)
+{
+    struct stat info = {};
+    const QByteArray name = FileName::toBytes(base.path + base.name);
+    return base.isFromFile && calls.stat(name.constData(), &info) == 0 && info.st_size == base.size
+        && timeOf(info) == base.time;
+}
+
+QByteArray contentOf(const BaseSeen &seen)
+{
+    FieldWriter fields;
+    fields.number64(qint64(seen.hash));
+    fields.number8(seen.isTextKept ? 1 : 0);
+    return fields.result();
+}
+
+std::optional<BaseSeen> baseSeenIn(QByteArrayView content)
+{
+    FieldReader fields(content);
+    BaseSeen seen;
+    seen.hash = quint64(fields.number64());
+    seen.isTextKept = fields.number8() != 0;
+    return fields.isWhole() ? std::optional(seen) : std::nullopt;
+}
+
+QByteArray contentOf(const JournalState &state)
+{
+    FieldWriter fields;
+    fields.number64(state.time);
+    fields.number64(state.length);
+    fields.number8(quint8(state.charCode));
+    fields.number8(quint8(state.returnCode));
+    fields.number8(state.byteCodec);
+    fields.number64(state.place.cursor.offset);
+    fields.number32(state.place.cursor.atRowEnd ? 1 : 0);
+    fields.number64(state.place.anchor);
+    fields.number64(state.place.top);
+    fields.number64(state.place.left);
+    Q_ASSERT(fields.size() == JournalState::bytes);
+    return fields.result();
+}
+
+std::optional<JournalState> stateIn(QByteArrayView content)
+{
+    FieldReader fields(content);
+    JournalState state;
+    state.time = fields.number64();
+    state.length = fields.number64();
+    state.charCode = CharCode(fields.number8());
+    state.returnCode = ReturnCode(fields.number8());
+    state.byteCodec = fields.number8();
+    state.place.cursor.offset = fields.number64();
+    state.place.cursor.atRowEnd = fields.number32() != 0;
+    state.place.anchor = fields.number64();
+    state.place.top = fields.number64();
+    state.place.left = fields.number64();
+    return fields.isWhole() ? std::optional(state) : std::nullopt;
+}
+
+quint8 byteCodecNumber(const TextCodec &codec)
+{
+    const auto *const found =
+        std::ranges::find_if(byteCodecs, [&codec](CodecFunction *function) { return &function() == &codec; });
+    return found == std::end(byteCodecs) ? quint8(0) : quint8(found - std::begin(byteCodecs));
+}
+
+const TextCodec &byteCodecOf(quint8 number)
+{
+    return byteCodecs[number < std::size(byteCodecs) ? number : 0]();
+}

@@ -1,0 +1,57 @@
+#include "recovery/journaltext.h"
+
+namespace {
+
+bool isNone(const TextChange &change)
+{
+    return change.removed == 0 && change.inserted == 0;
+}
+
+void add(TextChange &sum, const TextChange &change)
+{
+    sum = isNone(sum) ? change : sum.then(change);
+}
+
+} // namespace
+
+void JournalText::begin(const TextDocument &document, bool isFromFile)
+{
+    const TextStore &store = document.store();
+    m_base = { document.path(), document.name(), isFromFile, -1, -1, document.charCode(),
+        document.returnCode(), isFromFile ? store.length() : 0 };
+    m_baseText = std::make_shared<const TextSnapshot>(isFromFile ? TextSnapshot(store) : TextSnapshot());
+    m_changeOfBase = { 0, 0, isFromFile ? 0 : store.length() };
+    returnToBase();
+}
+
+void JournalText::drop()
+{
+    m_baseText.reset();
+    m_written.reset();
+}
+
+void JournalText::returnToBase()
+{
+    m_written = m_baseText;
+    m_change = m_changeOfBase;
+}
+
+void JournalText::note(const TextChange &change)
+{
+    add(m_change, change);
+    add(m_changeOfBase, change);
+}
+
+std::shared_ptr<const JournalWrite> JournalText::next(const TextDocument &document, const JournalState &state)
+{
+    if (!m_base.isFromFile) { // its name may be another one by now
+        m_base.path = document.path();
+        m_base.name = document.name();
+    }
+    auto text = std::make_shared<const TextSnapshot>(document.store());
+    auto write = std::make_shared<const JournalWrite>(
+        JournalWrite{ m_base, m_baseText, m_written, text, m_change, m_changeOfBase, state });
+    m_written = std::move(text);
+    m_change = {};
+    return write;
+}

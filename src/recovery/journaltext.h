@@ -1,0 +1,26 @@
+#pragma once
+
+#include "document/textdocument.h"
+#include "recovery/journalwrite.h"
+
+/// What is known of a document's text for its journal: what it began with, what was written last, and where
+/// it was changed since. An edit costs a few words.
+class JournalText {
+public:
+    /// Begins with the text as it is now, which is that of the document's file, or with none.
+    void begin(const TextDocument &document, bool isFromFile);
+    /// Forgets all texts, for the memory they take; begin() must be next.
+    void drop();
+    void note(const TextChange &change);
+    /// What is to be written, which counts as written from now on.
+    std::shared_ptr<const JournalWrite> next(const TextDocument &document, const JournalState &state);
+    /// Nothing was written, or it is gone.
+    void returnToBase();
+
+private:
+    JournalBase m_base;
+    SharedSnapshot m_baseText;
+    SharedSnapshot m_written;
+    TextChange m_change; ///< since it was written
+    TextChange m_changeOfBase;
+};

@@ -1,0 +1,146 @@
+#include "recovery/recoveryjournals.h"
+
+#include <algorithm>
+
+RecoveryJournals::RecoveryJournals(QByteArray folder, const FileCalls &calls, JournalClock clock)
+    : m_folder(std::move(folder))
+    , m_calls(calls)
+    , m_clock(std::move(clock))
+    , m_thread(m_folder, calls,
+          [this] { QMetaObject::invokeMethod(this, &RecoveryJournals::collect, Qt::QueuedConnection); })
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &RecoveryJournals::writeDue);
+}
+
+RecoveryJournals::~RecoveryJournals() = default;
+
+JournalClock RecoveryJournals::steadyClock()
+{
+    return [] {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        return qint64{ std::chrono::duration_cast<std::chrono::milliseconds>(now).count() };
+    };
+}
+
+DocumentJournal *RecoveryJournals::journalOf(const TextDocument &document) const
+{
+    const auto found = m_journals.find(&document);
+    return found == m_journals.end() ? nullptr : found->second.get();
+}
+
+void RecoveryJournals::attach(TextDocument &document, PlaceReader place)
+{
+    Q_ASSERT(!journalOf(document));
+    auto journal = std::make_unique<DocumentJournal>(document, std::move(place), m_thread, m_clock);
+    connect(journal.get(), &DocumentJournal::dirtied, this, &RecoveryJournals::schedule);
+    connect(&document, &QObject::destroyed, this, [this](QObject *gone) { m_journals.erase(gone); });
+    m_journals[&document] = std::move(journal);
+    schedule();
+}
+
+void RecoveryJournals::end(TextDocument &document)
+{
+    if (DocumentJournal *const journal = journalOf(document)) {
+        journal->end();
+        disconnect(&document, nullptr, this, nullptr);
+        m_journals.erase(&document);
+        noteFailures();
+    }
+}
+
+void RecoveryJournals::keep(TextDocument &document)
+{
+    if (DocumentJournal *const journal = journalOf(document))
+        journal->keep();
+}
+
+void RecoveryJournals::endKeeping(TextDocument &document)
+{
+    if (DocumentJournal *const journal = journalOf(document))
+        journal->endKeeping();
+}
+
+void RecoveryJournals::writeDue()
+{
+    for (const auto &[document, journal] : m_journals) {
+        if (const auto due = journal->due(); due && *due <= m_clock())
+            journal->writeNow();
+    }
+    schedule();
+}
+
+/// The timer is set for the first that is due, and left alone while it comes early enough: an edit that puts
+/// a write off costs nothing.
+void RecoveryJournals::schedule()
+{
+    std::optional<qint64> first;
+    for (const auto &[document, journal] : m_journals) {
+        if (const auto due = journal->due())
+            first = first ? qMin(*first, *due) : *due;
+    }
+    if (!first)
+        return;
+    const qint64 wait = qBound<qint64>(0, *first - m_clock(), WriteSchedule::longestRetry);
+    if (!m_timer.isActive() || m_timer.remainingTime() > wait)
+        m_timer.start(int(wait));
+}
+
+bool RecoveryJournals::flush(std::chrono::milliseconds limit)
+{
+    const auto end = std::chrono::steady_clock::now() + limit;
+    const auto isWritten = [](const auto &entry) { return entry.second->isWritten(); };
+    // What is on its way has to arrive first; only then what was edited since can go.
+    constexpr int mostRounds = 2;
+    for (int round = 0; round < mostRounds && !std::ranges::all_of(m_journals, isWritten); ++round) {
+        for (const auto &[document, journal] : m_journals)
+            journal->writeNow();
+        m_thread.wait(end);
+        collect();
+    }
+    // Also for what only was to be removed.
+    return m_thread.wait(end) && std::ranges::all_of(m_journals, isWritten);
+}
+
+void RecoveryJournals::collect()
+{
+    for (const WriteResult &result : m_thread.collect()) {
+        for (const auto &[document, journal] : m_journals)
+            journal->noteResult(result);
+    }
+    noteFailures();
+    schedule();
+}
+
+void RecoveryJournals::noteFailures()
+{
+    int failure = 0;
+    for (const auto &[document, journal] : m_journals)
+        failure = journal->error() != 0 ? journal->error() : failure;
+    if (std::exchange(m_failure, failure) != failure)
+        emit failureChanged();
+}
+
+void RecoveryJournals::retry()
+{
+    for (const auto &[document, journal] : m_journals)
+        journal->retry();
+    schedule();
+}
+
+Restored RecoveryJournals::restore(const LeftBehind &found, TextDocument &document)
+{
+    Restored restored = ::restore(found.journal, document, m_calls);
+    DocumentJournal *const journal = journalOf(document);
+    const bool isRestored =
+        restored.outcome != Restored::Outcome::NotPossible && restored.outcome != Restored::Outcome::InUse;
+    if (isRestored && journal)
+        journal->supersede(std::move(restored.journal));
+    return restored;
+}
+
+bool RecoveryJournals::discard(const LeftBehind &found)
+{
+    ClaimedJournal journal = ClaimedJournal::claim(found.journal, m_calls);
+    return journal && journal.discard();
+}

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "recovery/documentjournal.h"
+#include "recovery/journalfolder.h"
+#include "recovery/leftbehind.h"
+#include "recovery/restoring.h"
+
+#include <QTimer>
+
+#include <chrono>
+#include <map>
+#include <memory>
+
+/// The recovery journals of a program: every edited document that is attached has one on the disk, half a
+/// second after typing has paused and two seconds after it was begun at the latest.
+///
+///     RecoveryJournals journals;
+///     journals.attach(document, [&] { return placeOf(editor); });   when the document is made
+///     journals.end(document);                                       when its user has closed it
+///     journals.keep(document);                                      behind a save that wrote "?" for a
+///     character journals.endKeeping(document);                                when the user has been told
+///     journals.flush(500ms);                                        before the program ends unasked
+///     journals.restore(found, document);                            into one that is attached and empty
+///
+/// A document that is destroyed without end() leaves its journal behind, and so does a program that just
+/// ends. Nothing here shows anything; a failure is told by failureChanged().
+///
+/// Threads: one writes; all functions are for the thread of the documents, and but for flush(), restore() and
+/// findLeftBehind() none waits for a disk.
+class RecoveryJournals : public QObject {
+    Q_OBJECT
+public:
+    explicit RecoveryJournals(QByteArray folder = journalFolder(),
+        const FileCalls &calls = FileCalls::system(), JournalClock clock = steadyClock());
+    ~RecoveryJournals() override;
+
+    /// Follows a document until end(), or until it is destroyed. `place` is asked at each write.
+    void attach(TextDocument &document, PlaceReader place = {});
+    /// The document is closed: its journal goes.
+    void end(TextDocument &document);
+    /// Right behind a save that did not write all of the text: the text stays in the journal, until
+    /// endKeeping() or a save that writes all of it.
+    void keep(TextDocument &document);
+    void endKeeping(TextDocument &document);
+
+    /// Writes what is due by the clock; the timer calls it.
+    void writeDue();
+    /// Writes all there is, within a time; whether all is on the disk.
+    bool flush(std::chrono::milliseconds limit);
+
+    /// Why there is no recovery, as errno; 0: there is.
+    int failure() const { return m_failure; }
+    /// Tries again at once; it is tried again by and by anyway.
+    void retry();
+
+    /// Journals that other runs left behind. See findLeftBehind(), which may be called in any thread.
+    std::vector<LeftBehind> leftBehind() const { return findLeftBehind(m_folder, m_calls); }
+    /// Restores one into an attached document; see restore(). Its journal goes when the document has one of
+    /// its own or needs none; the result keeps it only where nothing was restored.
+    Restored restore(const LeftBehind &found, TextDocument &document);
+    /// The user does not want it; false if it is still there: in use, or the folder cannot be written.
+    bool discard(const LeftBehind &found);
+
+    static JournalClock steadyClock();
+
+signals:
+    /// failure() is another one.
+    void failureChanged();
+
+private:
+    DocumentJournal *journalOf(const TextDocument &document) const;
+    void collect();
+    void schedule();
+    void noteFailures();
+
+    const QByteArray m_folder;
+    const FileCalls &m_calls;
+    const JournalClock m_clock;
+    JournalThread m_thread;
+    std::map<const QObject *, std::unique_ptr<DocumentJournal>> m_journals;
+    QTimer m_timer;
+    int m_failure = 0;
+};

@@ -1,0 +1,206 @@
+#include "recovery/restoring.h"
+
+#include "recovery/journalplay.h"
+#include "recovery/texthash.h"
+
+#include <algorithm>
+
+namespace {
+
+/// No text has this: it stands for units that are not known.
+constexpr QChar unknownUnit(0xDFFF);
+
+class StorePlayer : public JournalPlayer {
+public:
+    explicit StorePlayer(TextStore &store)
+        : m_store(store)
+    {
+    }
+    const TextStore &store() const override { return m_store; }
+    void replace(qint64 offset, qint64 removed, const TextPiece &inserted) override
+    {
+        m_store.exchange(offset, removed, inserted);
+    }
+
+private:
+    TextStore &m_store;
+};
+
+class DocumentPlayer : public JournalPlayer {
+public:
+    explicit DocumentPlayer(TextDocument &document)
+        : m_document(document)
+    {
+        m_document.beginGroup();
+    }
+    ~DocumentPlayer() override { m_document.endGroup(); }
+    Q_DISABLE_COPY_MOVE(DocumentPlayer)
+
+    const TextStore &store() const override { return m_document.store(); }
+    void replace(qint64 offset, qint64 removed, const TextPiece &inserted) override
+    {
+        m_document.replace(offset, removed, inserted);
+    }
+
+private:
+    TextDocument &m_document;
+};
+
+/// Its nodes are shared, so that it takes no memory to speak of.
+TextPiece unknownText(qint64 length)
+{
+    TextPiece text;
+    TextPiece power(QString(1, unknownUnit)); // of 2^n units
+    for (; length > 0; length /= 2) {
+        if (length % 2 == 1)
+            text.append(TextPiece(power));
+        power.append(TextPiece(power));
+    }
+    return text;
+}
+
+/// The text with a line in place of each part that is not known.
+TextStore withGaps(const TextStore &text)
+{
+    TextStore::Builder known((LayoutRule()));
+    bool isInGap = false;
+    for (qint64 at = 0; at < text.length();) {
+        TextChunk chunk = text.spelledChunkAt(at);
+        const bool isGap = !chunk.isLatin1() && chunk.utf16.startsWith(unknownUnit);
+        if (!chunk.isLatin1()) {
+            const auto differs = [isGap](QChar unit) { return (unit == unknownUnit) != isGap; };
+            chunk.truncate(std::ranges::find_if(chunk.utf16, differs) - chunk.utf16.begin());
+        }
+        at += chunk.size();
+        if (isGap && !isInGap)
+            known.append(QByteArrayView("\n[...]\n"));
+        isInGap = isGap;
+        if (isGap)
+            continue;
+        if (chunk.spelling)
+            known.spell(*chunk.spelling);
+        if (chunk.isLatin1())
+            known.append(chunk.latin1);
+        else
+            known.append(chunk.utf16);
+    }
+    return known.finish();
+}
+
+CursorPlace clamped(CursorPlace place, qint64 length)
+{
+    return { qBound<qint64>(0, place.offset, length), place.atRowEnd };
+}
+
+ViewPlace clamped(const ViewPlace &place, qint64 length)
+{
+    return { clamped(place.cursor, length), qBound<qint64>(-1, place.anchor, length),
+        qBound<qint64>(0, place.top, length), qMax<qint64>(0, place.left) };
+}
+
+/// Restores one document.
+class Restoring {
+public:
+    Restoring(
+        JournalReader &journal, const JournalOutline &outline, TextDocument &document, const FileCalls &calls)
+        : m_journal(journal)
+        , m_outline(outline)
+        , m_document(document)
+        , m_calls(calls)
+    {
+    }
+
+    Restored::Outcome run()
+    {
+        if (m_outline.base.isFromFile && loadBase())
+            return editBase();
+        auto base = knownBase();
+        const bool isKnown = base.has_value();
+        if (!base) {
+            base.emplace();
+            base->insert(0, unknownText(m_outline.base.length));
+        }
+        return writeAnew(std::move(*base), isKnown);
+    }
+
+private:
+    FileCodes codes() const { return { m_outline.state.charCode, m_outline.state.returnCode }; }
+
+    bool loadBase()
+    {
+        const JournalBase &base = m_outline.base;
+        const bool isUnchanged = isFileUnchanged(base, m_calls);
+        m_isLoaded =
+            !m_document.load(base.path, base.name, base.charCode, { base.charCode, base.returnCode });
+        return m_isLoaded && m_document.store().length() == base.length
+            && (m_outline.seen ? beginsWithBase() : isUnchanged);
+    }
+
+    bool beginsWithBase() const
+    {
+        const TextStore &store = m_document.store();
+        return m_outline.seen && store.length() >= m_outline.base.length
+            && textHashOf(store, m_outline.base.length) == m_outline.seen->hash;
+    }
+
+    Restored::Outcome editBase()
+    {
+        {
+            DocumentPlayer player(m_document);
+            playJournal(m_journal, m_outline, player);
+        }
+        m_document.chooseCodes(codes());
+        return Restored::Outcome::Edited;
+    }
+
+    /// Of a file that has only grown, its start.
+    std::optional<TextStore> knownBase()
+    {
+        if (m_outline.base.length == 0)
+            return TextStore();
+        if (m_outline.seen && m_outline.seen->isTextKept)
+            return keptBase(m_journal);
+        if (!m_isLoaded || !beginsWithBase())
+            return std::nullopt;
+        TextStore base;
+        base.insert(0, m_document.store().piece(0, m_outline.base.length));
+        return base;
+    }
+
+    Restored::Outcome writeAnew(TextStore &&text, bool isKnown)
+    {
+        StorePlayer player(text);
+        playJournal(m_journal, m_outline, player);
+        if (!isKnown)
+            text = withGaps(text);
+        m_document.startNew(m_outline.base.name, codes(), byteCodecOf(m_outline.state.byteCodec));
+        m_document.replace(0, 0, text.piece(0, text.length()));
+        return isKnown ? Restored::Outcome::New : Restored::Outcome::Parts;
+    }
+
+    JournalReader &m_journal;
+    const JournalOutline &m_outline;
+    TextDocument &m_document;
+    const FileCalls &m_calls;
+    bool m_isLoaded = false;
+};
+
+} // namespace
+
+Restored restore(const QByteArray &name, TextDocument &document, const FileCalls &calls)
+{
+    Restored restored;
+    restored.journal = ClaimedJournal::claim(name, calls);
+    if (!restored.journal) {
+        restored.outcome = Restored::Outcome::InUse;
+        return restored;
+    }
+    JournalReader journal(restored.journal.file(), calls);
+    const JournalOutline outline = outlineOf(journal);
+    restored.path = outline.base.path;
+    if (outline.commits == 0)
+        return restored;
+    restored.outcome = Restoring(journal, outline, document, calls).run();
+    restored.place = clamped(outline.state.place, document.store().length());
+    return restored;
+}

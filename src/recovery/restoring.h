@@ -1,0 +1,29 @@
+#pragma once
+
+#include "document/textdocument.h"
+#include "recovery/claimedjournal.h"
+#include "recovery/journalrecord.h"
+
+/// What became of the restoring of a document.
+struct Restored {
+    enum class Outcome {
+        Edited, ///< the file was loaded, and all edits were made again: one Undo leads back to it
+        /// The file was never there, or is another one now: a document never saved has the text. One Undo
+        /// leads to none.
+        New,
+        /// The same, but of the file nothing is known any more: only what was written near the edits is
+        /// there, with lines "[...]" between.
+        Parts,
+        NotPossible, ///< nothing in the journal is whole; the document is as it was
+        InUse, ///< another program restores or has restored it, or it is gone; the document is as it was
+    };
+    Outcome outcome = Outcome::NotPossible;
+    ViewPlace place; ///< within the text
+    QString path; ///< of the document's file as it was, whatever has become of it; empty for none
+    ClaimedJournal journal; ///< locked against others, until it is discarded or superseded
+};
+
+/// Restores what a journal (name of the file) left behind into a document, with its text, codes, name and
+/// edited state. Cost: as loading the file, and what was edited.
+Restored restore(
+    const QByteArray &journal, TextDocument &document, const FileCalls &calls = FileCalls::system());

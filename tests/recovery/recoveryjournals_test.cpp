@@ -1,0 +1,333 @@
+#include "tests/recovery/recoveryfolder.h"
+#include "tests/testprogram.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using Outcome = Restored::Outcome;
+
+/// From typing to the text that comes back.
+class RecoveryJournalsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { m_folder = std::make_unique<RecoveryFolder>(); }
+
+    void uneditedDocumentHasNoJournal();
+    void neverSavedTextComesBack();
+    void editsOfAFileComeBackAndUndoLeadsToIt();
+    void writesWhenTypingPauses();
+    void writesWhileTypingGoesOn();
+    void savingEndsTheJournal();
+    void undoingAllEndsTheJournal();
+    void closingEndsTheJournal();
+    void substitutedTextIsKept();
+    void changedFileGivesADocumentNeverSaved();
+    void goneFileGivesADocumentNeverSaved();
+    void restoringSupersedesTheJournal();
+    void discardedJournalIsGone();
+    void journalInUseIsNobodyElses();
+    void foldersAndFilesArePrivate();
+    void anotherLoadBeginsAnew();
+    void textSetAsAWholeComesBack();
+
+private:
+    QString path() const { return m_folder->documents().path(); }
+    void writeFile(const QByteArray &content) const
+    {
+        QVERIFY(m_folder->documents().write(u"file.txt"_s, content));
+    }
+    void load(TextDocument &document, const QByteArray &content) const
+    {
+        writeFile(content);
+        QVERIFY(!document.load(path(), u"file.txt"_s, {}, { CharCode::Utf8, ReturnCode::Lf }));
+    }
+    std::unique_ptr<RecoveryFolder> m_folder;
+};
+
+void RecoveryJournalsTest::uneditedDocumentHasNoJournal()
+{
+    Run run(*m_folder);
+    load(run.document, "text\n");
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files(), QStringList());
+}
+
+void RecoveryJournalsTest::neverSavedTextComesBack()
+{
+    {
+        Run run(*m_folder);
+        run.document.replace(0, 0, u"caf\u00e9 \u2013 \u20ac");
+        run.place = { { 3, true }, 1, 2, 40 };
+        QVERIFY(run.pause());
+    }
+    const auto found = m_folder->leftBehind();
+    QCOMPARE(found.size(), 1U);
+    QCOMPARE(found[0].path, QString());
+    QCOMPARE(found[0].name, u"new"_s);
+    QCOMPARE(found[0].length, 8);
+    QVERIFY(!found[0].isFileUnchanged);
+    Run run(*m_folder);
+    const Restored restored = run.journals.restore(found[0], run.document);
+    QCOMPARE(restored.outcome, Outcome::New);
+    QCOMPARE(restored.place, (ViewPlace{ { 3, true }, 1, 2, 40 }));
+    QCOMPARE(run.text(), u"caf\u00e9 \u2013 \u20ac"_s);
+    QVERIFY(run.document.isEdited());
+    QCOMPARE(run.document.path(), QString());
+    QCOMPARE(run.document.name(), u"new"_s);
+    QCOMPARE(run.document.charCode(), CharCode::Utf8);
+}
+
+void RecoveryJournalsTest::editsOfAFileComeBackAndUndoLeadsToIt()
+{
+    {
+        Run run(*m_folder);
+        load(run.document, "one\r\ntwo\r\nthree\r\n");
+        run.document.replace(4, 3, u"2");
+        QVERIFY(run.pause());
+        run.document.replace(0, 0, u"zero\n");
+        run.document.replace(run.document.store().length(), 0, u"four");
+        QVERIFY(run.pause());
+    }
+    const auto found = m_folder->leftBehind();
+    QCOMPARE(found.size(), 1U);
+    QCOMPARE(found[0].path, path());
+    QCOMPARE(found[0].name, u"file.txt"_s);
+    QVERIFY(found[0].isFileUnchanged);
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(found[0], run.document).outcome, Outcome::Edited);
+    QCOMPARE(run.text(), u"zero\none\n2\nthree\nfour"_s);
+    QCOMPARE(run.document.returnCode(), ReturnCode::CrLf);
+    QVERIFY(run.document.isEdited());
+    run.document.undo();
+    QCOMPARE(run.text(), u"one\ntwo\nthree\n"_s);
+    QVERIFY(!run.document.isEdited());
+}
+
+void RecoveryJournalsTest::writesWhenTypingPauses()
+{
+    Run run(*m_folder);
+    run.document.replace(0, 0, u"a");
+    m_folder->now += WriteSchedule::pause - 1;
+    run.journals.writeDue();
+    QTRY_COMPARE(m_folder->leftBehind().size(), 0U);
+    QCOMPARE(m_folder->files(), QStringList());
+    m_folder->now += 1;
+    run.journals.writeDue();
+    QTRY_COMPARE(m_folder->files().filter(u".journal"_s).size(), 1);
+}
+
+void RecoveryJournalsTest::writesWhileTypingGoesOn()
+{
+    Run run(*m_folder);
+    const qint64 start = m_folder->now;
+    while (m_folder->now < start + WriteSchedule::longestWait) {
+        run.document.replace(0, 0, u"a");
+        run.journals.writeDue();
+        QCOMPARE(m_folder->files(), QStringList());
+        m_folder->now += 100;
+    }
+    run.journals.writeDue();
+    QTRY_COMPARE(m_folder->files().filter(u".journal"_s).size(), 1);
+}
+
+void RecoveryJournalsTest::savingEndsTheJournal()
+{
+    Run run(*m_folder);
+    load(run.document, "text\n");
+    run.document.replace(0, 0, u"a");
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files().size(), 1);
+    QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files(), QStringList());
+    run.document.replace(0, 0, u"b");
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files().size(), 1);
+}
+
+void RecoveryJournalsTest::undoingAllEndsTheJournal()
+{
+    {
+        Run run(*m_folder);
+        load(run.document, "text\n");
+        run.document.replace(0, 0, u"a");
+        QVERIFY(run.pause());
+        run.document.undo();
+        QVERIFY(run.pause());
+        QCOMPARE(m_folder->files(), QStringList());
+        run.document.redo();
+        QVERIFY(run.pause());
+    }
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, Outcome::Edited);
+    QCOMPARE(run.text(), u"atext\n"_s);
+}
+
+void RecoveryJournalsTest::closingEndsTheJournal()
+{
+    Run run(*m_folder);
+    run.document.replace(0, 0, u"a");
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files().size(), 1);
+    run.journals.end(run.document);
+    QVERIFY(run.journals.flush(std::chrono::minutes(1)));
+    QCOMPARE(m_folder->files(), QStringList());
+}
+
+/// A character that the file could not hold stays in the journal until the user has been told.
+void RecoveryJournalsTest::substitutedTextIsKept()
+{
+    {
+        Run run(*m_folder);
+        run.document.setCodes({ CharCode::ShiftJis, ReturnCode::Lf });
+        run.document.replace(0, 0, u"5 \u20ac");
+        QVERIFY(run.pause());
+        QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
+        run.journals.keep(run.document);
+        QCOMPARE(m_folder->files().size(), 1);
+        QVERIFY(run.pause());
+        QCOMPARE(m_folder->files().size(), 1);
+    }
+    QCOMPARE(m_folder->documents().read(u"file.txt"_s), "5 ?");
+    const auto found = m_folder->leftBehind();
+    QCOMPARE(found.at(0).name, u"file.txt"_s);
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(found.at(0), run.document).outcome, Outcome::New);
+    QCOMPARE(run.text(), u"5 \u20ac"_s);
+    QVERIFY(run.pause());
+    QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
+    run.journals.keep(run.document);
+    run.journals.endKeeping(run.document);
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files(), QStringList());
+}
+
+void RecoveryJournalsTest::changedFileGivesADocumentNeverSaved()
+{
+    {
+        Run run(*m_folder);
+        load(run.document, "one\ntwo\n");
+        run.document.replace(3, 0, u"!");
+        QVERIFY(run.pause());
+    }
+    writeFile("another program's\n");
+    const auto found = m_folder->leftBehind();
+    QVERIFY(!found.at(0).isFileUnchanged);
+    Run run(*m_folder);
+    const Restored restored = run.journals.restore(found[0], run.document);
+    QCOMPARE(restored.outcome, Outcome::New);
+    QCOMPARE(restored.path, path());
+    QCOMPARE(run.text(), u"one!\ntwo\n"_s);
+    QCOMPARE(run.document.path(), QString());
+    QCOMPARE(run.document.name(), u"file.txt"_s);
+    QVERIFY(run.document.isEdited());
+    QCOMPARE(m_folder->documents().read(u"file.txt"_s), "another program's\n");
+}
+
+void RecoveryJournalsTest::goneFileGivesADocumentNeverSaved()
+{
+    {
+        Run run(*m_folder);
+        load(run.document, "one\ntwo\n");
+        run.document.replace(0, 3, u"");
+        QVERIFY(run.pause());
+    }
+    QVERIFY(QFile::remove(path() + u"file.txt"_s));
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, Outcome::New);
+    QCOMPARE(run.text(), u"\ntwo\n"_s);
+    QCOMPARE(run.document.path(), QString());
+}
+
+void RecoveryJournalsTest::restoringSupersedesTheJournal()
+{
+    {
+        Run run(*m_folder);
+        run.document.replace(0, 0, u"text");
+        QVERIFY(run.pause());
+    }
+    const QStringList before = m_folder->files();
+    {
+        Run run(*m_folder);
+        const auto found = m_folder->leftBehind();
+        QCOMPARE(run.journals.restore(found.at(0), run.document).outcome, Outcome::New);
+        QCOMPARE(m_folder->files(), before);
+        QVERIFY(run.pause());
+        QCOMPARE(m_folder->files().size(), 1);
+        QVERIFY(m_folder->files() != before);
+    }
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, Outcome::New);
+    QCOMPARE(run.text(), u"text"_s);
+}
+
+void RecoveryJournalsTest::discardedJournalIsGone()
+{
+    {
+        Run run(*m_folder);
+        run.document.replace(0, 0, u"text");
+        QVERIFY(run.pause());
+    }
+    const Run run(*m_folder);
+    QVERIFY(RecoveryJournals(m_folder->journals()).discard(m_folder->leftBehind().at(0)));
+    QCOMPARE(m_folder->files(), QStringList());
+}
+
+void RecoveryJournalsTest::journalInUseIsNobodyElses()
+{
+    Run one(*m_folder);
+    one.document.replace(0, 0, u"text");
+    QVERIFY(one.pause());
+    QCOMPARE(m_folder->leftBehind().size(), 0U);
+    Run other(*m_folder);
+    const LeftBehind named{ m_folder->journals() + QFile::encodeName(m_folder->files().at(0)), {}, {} };
+    QCOMPARE(other.journals.restore(named, other.document).outcome, Outcome::InUse);
+    QVERIFY(!other.journals.discard(named));
+    QCOMPARE(m_folder->files().size(), 1);
+}
+
+void RecoveryJournalsTest::foldersAndFilesArePrivate()
+{
+    const mode_t mask = umask(0);
+    Run run(*m_folder);
+    run.document.replace(0, 0, u"text");
+    QVERIFY(run.pause());
+    umask(mask);
+    struct stat info = {};
+    QCOMPARE(stat(m_folder->journals().constData(), &info), 0);
+    QCOMPARE(info.st_mode & 07777, mode_t{ 0700 });
+    const QByteArray file = m_folder->journals() + QFile::encodeName(m_folder->files().at(0));
+    QCOMPARE(stat(file.constData(), &info), 0);
+    QCOMPARE(info.st_mode & 07777, mode_t{ 0600 });
+}
+
+void RecoveryJournalsTest::anotherLoadBeginsAnew()
+{
+    Run run(*m_folder);
+    load(run.document, "one\n");
+    run.document.replace(0, 0, u"a");
+    QVERIFY(run.pause());
+    load(run.document, "two\n");
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files(), QStringList());
+}
+
+void RecoveryJournalsTest::textSetAsAWholeComesBack()
+{
+    {
+        Run run(*m_folder);
+        load(run.document, "one\n");
+        TextStore text;
+        text.replace(0, 0, u"another text");
+        run.document.setText(std::move(text));
+        QVERIFY(run.pause());
+    }
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, Outcome::New);
+    QCOMPARE(run.text(), u"another text"_s);
+}
+
+REGISTER_TEST(runCoreTest<RecoveryJournalsTest>)
+#include "recoveryjournals_test.moc"
