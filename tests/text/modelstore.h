@@ -5,10 +5,13 @@
 
 #include "tests/text/toolkitgraphemes.h"
 
+#include <QHash>
 #include <QList>
 
-/// The plain reference for TextStore: one string, all rows computed anew for every question. What is one
-/// character it asks the toolkit.
+#include <algorithm>
+
+/// The plain reference for TextStore: one string, whose rows are put together anew from its lines after every
+/// edit. What is one character it asks the toolkit, and each line is laid out by itself, once.
 class ModelStore {
 public:
     explicit ModelStore(const LayoutRule &rule = {})
@@ -31,6 +34,7 @@ public:
     void setLayoutRule(const LayoutRule &rule)
     {
         m_rule = rule;
+        m_lines.clear();
         forget();
     }
     const LayoutRule &layoutRule() const { return m_rule; }
@@ -60,17 +64,15 @@ public:
     }
     qint64 rowAt(qint64 offset) const
     {
-        qint64 row = 0;
-        while (row + 1 < rows().size() && rows().at(row + 1).start <= offset)
-            ++row;
-        return row;
+        const auto behind = std::ranges::upper_bound(rows(), offset, {}, &TextStore::Row::start);
+        return behind - rows().begin() - 1;
     }
     Subpixels xAt(RowCol position) const
     {
         const qint64 start = rows().at(position.row).start;
         Subpixels x = 0;
         for (qint64 i = start; i < start + position.column; ++i)
-            x = after(x, i);
+            x = after(x, m_text.at(i), m_widths.at(i));
         return x;
     }
     qint64 columnAt(qint64 row, Subpixels x) const
@@ -78,8 +80,11 @@ public:
         const TextStore::Row &r = rows().at(row);
         qint64 column = 0;
         Subpixels edge = 0;
-        while (column < r.length && (edge = after(edge, r.start + column)) <= x)
-            ++column;
+        for (; column < r.length; ++column) {
+            edge = after(edge, m_text.at(r.start + column), m_widths.at(r.start + column));
+            if (edge > x)
+                break;
+        }
         return column;
     }
     Subpixels widestRow() const
@@ -91,6 +96,12 @@ public:
     }
 
 private:
+    /// Rows stand where they would if the text began with their line.
+    struct Line {
+        QList<Subpixels> widths;
+        QList<TextStore::Row> rows;
+    };
+
     void forget()
     {
         m_rows.clear();
@@ -116,51 +127,64 @@ private:
         }
         return width;
     }
-    Subpixels widthOf(qint64 i) const
+    QList<Subpixels> widthsOf(const QString &line) const
     {
-        if (m_widths.isEmpty()) {
-            m_widths.resize(m_text.size());
-            const std::vector<qsizetype> places = toolkitGraphemes(m_text);
-            for (std::size_t k = 0; k + 1 < places.size(); ++k) {
-                const QStringView character = QStringView(m_text).first(places[k + 1]).sliced(places[k]);
-                m_widths[places[k]] = characterWidth(character);
-            }
-        }
-        return m_widths[i];
+        QList<Subpixels> widths(line.size());
+        const std::vector<qsizetype> places = toolkitGraphemes(line);
+        for (std::size_t k = 0; k + 1 < places.size(); ++k)
+            widths[places[k]] = characterWidth(QStringView(line).first(places[k + 1]).sliced(places[k]));
+        return widths;
     }
-    Subpixels after(Subpixels x, qint64 i) const
+    Subpixels after(Subpixels x, QChar unit, Subpixels width) const
     {
-        return m_text.at(i) == u'\t' ? (x / m_rule.tabStop + 1) * m_rule.tabStop : x + widthOf(i);
+        return unit == u'\t' ? (x / m_rule.tabStop + 1) * m_rule.tabStop : x + width;
+    }
+    /// `text` ends with its LF if it has one.
+    Line laidOut(const QString &text) const
+    {
+        Line line{ widthsOf(text), {} };
+        const qint64 end = text.endsWith(u'\n') ? text.size() - 1 : text.size();
+        TextStore::Row row;
+        const auto finish = [&](qint64 at, bool endsLine) {
+            row.length = at - row.start;
+            row.endsLine = endsLine;
+            line.rows.append(row);
+            row.start = at;
+        };
+        Subpixels x = 0;
+        for (qint64 i = 0; i < end; ++i) {
+            const Subpixels edge = after(x, text.at(i), line.widths.at(i));
+            const bool wraps = m_rule.limit > 0 && x > 0 && edge > x && edge > m_rule.limit;
+            if (wraps)
+                finish(i, false);
+            x = wraps ? after(0, text.at(i), line.widths.at(i)) : edge;
+        }
+        finish(end, true);
+        return line;
+    }
+    const Line &lineOf(const QString &text) const
+    {
+        auto known = m_lines.constFind(text);
+        if (known == m_lines.constEnd())
+            known = m_lines.insert(text, laidOut(text));
+        return *known;
     }
     void layOut() const
     {
-        TextStore::Row row;
-        Subpixels x = 0;
-        for (qint64 i = 0; i < m_text.size(); ++i) {
-            if (m_text.at(i) == u'\n') {
-                finish(row, i, true, i + 1);
-                x = 0;
-                continue;
+        for (qint64 start = 0, end = 0; end >= 0; start = end + 1) {
+            end = m_text.indexOf(u'\n', start);
+            const Line &line = lineOf(end < 0 ? m_text.sliced(start) : m_text.sliced(start, end + 1 - start));
+            m_widths += line.widths;
+            for (TextStore::Row row : line.rows) {
+                row.start += start;
+                m_rows.append(row);
             }
-            const bool widens = after(x, i) > x;
-            if (m_rule.limit > 0 && x > 0 && widens && after(x, i) > m_rule.limit) {
-                finish(row, i, false, i);
-                x = 0;
-            }
-            x = after(x, i);
         }
-        finish(row, m_text.size(), true, m_text.size());
-    }
-    void finish(TextStore::Row &row, qint64 end, bool endsLine, qint64 next) const
-    {
-        row.length = end - row.start;
-        row.endsLine = endsLine;
-        m_rows.append(row);
-        row.start = next;
     }
 
     QString m_text;
     LayoutRule m_rule;
+    mutable QHash<QString, Line> m_lines; ///< those that were ever laid out by this rule
     mutable QList<TextStore::Row> m_rows;
     mutable QList<Subpixels> m_widths; ///< of units: a character's first one has the width of it all
 };

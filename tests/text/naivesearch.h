@@ -13,24 +13,21 @@ struct RowHit {
     RowCol end;
 };
 
-/// The rules of searching as they are told, row by row, on a list of rows.
+/// The rules of searching as they are told, row by row, on the rows of a model, which must outlive it.
 class NaiveSearch {
 public:
     explicit NaiveSearch(const ModelStore &model)
+        : m_model(model)
     {
-        for (const TextStore::Row &row : model.rows()) {
-            m_texts << model.text().mid(row.start, row.length);
-            m_ends << row.endsLine;
-        }
     }
 
     std::optional<RowHit> forward(const QString &find, Qt::CaseSensitivity cs, RowCol start) const
     {
-        for (qint64 row = start.row, column = start.column; row < m_texts.size(); ++row, column = 0) {
-            QString joined = m_texts.at(row);
+        for (qint64 row = start.row, column = start.column; row < rowCount(); ++row, column = 0) {
+            QString joined = textOf(row);
             const qint64 length = joined.size();
-            for (qint64 i = row; !m_ends.at(i) && i + 1 < m_texts.size();)
-                joined += m_texts.at(++i);
+            for (qint64 i = row; !endsLine(i) && i + 1 < rowCount();)
+                joined += textOf(++i);
             const qint64 hit = column > joined.size() ? -1 : joined.indexOf(find, column, cs);
             if (hit < 0 || hit > length)
                 continue;
@@ -46,12 +43,12 @@ public:
     {
         for (qint64 row = start.row, column = start.column; row >= 0; --row) {
             if (row != start.row)
-                column = m_texts.at(row).size();
-            QString joined = m_texts.at(row);
+                column = textOf(row).size();
+            QString joined = textOf(row);
             const qint64 length = joined.size();
             qint64 first = row;
-            while (first > 0 && !m_ends.at(first - 1))
-                joined.prepend(m_texts.at(--first));
+            while (first > 0 && !endsLine(first - 1))
+                joined.prepend(textOf(--first));
             const qint64 before = joined.size() - length;
             const qint64 from = before + column;
             if (from == 0)
@@ -63,14 +60,22 @@ public:
             if (hit >= before)
                 return RowHit{ { row, hit - before }, end };
             qint64 rest = hit;
-            for (qint64 i = first; m_texts.at(i).size() < rest; ++i)
-                rest -= m_texts.at(i).size();
+            for (qint64 i = first; textOf(i).size() < rest; ++i)
+                rest -= textOf(i).size();
             return RowHit{ { row - 1, rest }, end };
         }
         return std::nullopt;
     }
 
 private:
+    qint64 rowCount() const { return m_model.rows().size(); }
+    bool endsLine(qint64 row) const { return m_model.rows().at(row).endsLine; }
+    QString textOf(qint64 row) const
+    {
+        const TextStore::Row &place = m_model.rows().at(row);
+        return m_model.text().mid(place.start, place.length);
+    }
+
     /// A string's own search backwards folds halves of surrogate pairs; the search forwards is the measure.
     static qint64 lastIndexOf(const QString &text, const QString &find, qint64 from, Qt::CaseSensitivity cs)
     {
@@ -80,8 +85,7 @@ private:
         return last;
     }
 
-    QStringList m_texts;
-    QList<bool> m_ends;
+    const ModelStore &m_model;
 };
 
 /// An editor that searches and replaces by these rules, with its cursor in rows and columns.
