@@ -85,8 +85,8 @@ void press(ctlEditer &editor, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 
 enum BlockStep { Indent, UndoIt, RedoIt, Unindent, UndoThat, BlockSteps };
 
-/// Indenting a marked block of a million lines, undoing and redoing it, unindenting it and undoing that: one
-/// of the steps is measured, unwrapped or wrapped into two rows a line.
+/// Indenting a selected block of a million lines, undoing and redoing it, unindenting it and undoing that:
+/// one of the steps is measured, unwrapped or wrapped into two rows a line.
 void millionLines(benchmark::State &state)
 {
     appSettings().WrapMode = state.range(1) ? 2 : 0;

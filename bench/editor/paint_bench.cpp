@@ -1,4 +1,4 @@
-// Painting of rows as the screen shows them: 1280x800, 40 rows of mixed Japanese, shaped text and marks.
+// Painting of rows as the screen shows them: 1280x800, 40 rows of mixed Japanese, shaped text and signs.
 
 #include "editor/ctlediter.h"
 #include "rows/lcfont.h"

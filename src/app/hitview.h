@@ -3,7 +3,7 @@
 class QWidget;
 class ctlEditer;
 
-/// Scrolls sideways so that the whole marked hit is in view, where it is not wider than the view. The end
+/// Scrolls sideways so that the whole selected hit is in view, where it is not wider than the view. The end
 /// that the cursor is at is in view already.
 void showHit(ctlEditer &editor);
 

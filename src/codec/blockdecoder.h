@@ -12,7 +12,7 @@
 /// in one buffer that stays in the processor's cache. A decoder is a small class, inlined here:
 ///
 ///     bool isAscii() const             bytes that are not special stand for themselves now
-///     static quint64 special(word)     marks the bytes of a word that isAscii() does not speak for
+///     static quint64 special(word)     flags the bytes of a word that isAscii() does not speak for
 ///     static bool isSpecial(byte)
 ///     bool next(in, end, out)          decodes one byte or more, to at most `unitsPerStep` units; true: the
 ///                                      bytes make one unit (at the end of the text perhaps none) and are not
@@ -62,14 +62,14 @@ private:
             *out++ = *in++;
             return true;
         }
-        const quint64 marks = Decoder::special(asciirun::loadWord(in));
-        if (marks == 0) {
+        const quint64 flags = Decoder::special(asciirun::loadWord(in));
+        if (flags == 0) {
             copyRun(in, end, out);
             return true;
         }
         asciirun::copy<asciirun::wordSize>(in, out);
-        in += asciirun::bytesBelow(marks);
-        out += asciirun::bytesBelow(marks);
+        in += asciirun::bytesBelow(flags);
+        out += asciirun::bytesBelow(flags);
         return false;
     }
 

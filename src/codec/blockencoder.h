@@ -11,7 +11,7 @@
 /// writes at most `bytesPerStep` bytes:
 ///
 ///     bool isAscii() const             ASCII that is not special goes out as it is now
-///     static quint64 special(word)     marks the bytes of a word that isAscii() does not speak for
+///     static quint64 special(word)     flags the bytes of a word that isAscii() does not speak for
 ///     void character(c, out)           not a surrogate
 ///     void pair(high, low, out)
 ///     void byte(b, out)                an escaped byte
@@ -20,7 +20,7 @@
 ///     bool admits(c, spelling, out)    writes what must stand before the bytes that `c` was read from; false
 ///                                      if they would not be read as `c`, which is then written as any other
 ///     void finish(out)
-///     static constexpr bool hasMark    U+FEFF has a code
+///     static constexpr bool hasByteOrderMark  U+FEFF has a code
 template <class Encoder> class BlockEncoder {
 public:
     static constexpr int bytesPerStep = 32;
@@ -36,10 +36,11 @@ public:
     bool encode(const TextCodec::TextReader &next)
     {
         TextChunk chunk = next();
-        const bool dropsMark = !Encoder::hasMark && chunk.utf16.startsWith(QChar::ByteOrderMark);
-        if (dropsMark && chunk.size() == 1)
+        const bool dropsByteOrderMark =
+            !Encoder::hasByteOrderMark && chunk.utf16.startsWith(QChar::ByteOrderMark);
+        if (dropsByteOrderMark && chunk.size() == 1)
             chunk = next();
-        else if (dropsMark)
+        else if (dropsByteOrderMark)
             chunk.utf16 = chunk.utf16.sliced(1);
         for (; chunk.size() > 0; chunk = next()) {
             if (!(isSpelled(chunk) ? writeSpelled(chunk) : write(chunk)))

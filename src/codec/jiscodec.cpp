@@ -112,7 +112,7 @@ char16_t nextCharacter(
 /// Writes text, and keeps the state that the bytes written leave a reader in.
 class JisEncoder {
 public:
-    static constexpr bool hasMark = false;
+    static constexpr bool hasByteOrderMark = false;
     static constexpr bool writesPairs = false;
 
     bool hasCode(char16_t c) const { return m_planes->code(c) != 0; }

@@ -8,7 +8,7 @@
 /// What the encoders share whose characters have the same bytes wherever they stand, and that have no code
 /// for what UTF-16 writes as a pair. See BlockEncoder.
 struct StatelessEncoder {
-    static constexpr bool hasMark = false;
+    static constexpr bool hasByteOrderMark = false;
     static bool isAscii() { return true; }
     static quint64 special(quint64 word) { return asciirun::highBytes(word); }
     static void unknown(uchar *&out) { *out++ = '?'; }

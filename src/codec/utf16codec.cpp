@@ -70,7 +70,7 @@ private:
 /// Gathers escapes: three that the decoder made of a lone surrogate become it again, others stay bytes.
 template <Order order> class Utf16Encoder {
 public:
-    static constexpr bool hasMark = true;
+    static constexpr bool hasByteOrderMark = true;
     static constexpr bool writesPairs = true;
     static bool hasCode(char16_t) { return true; }
     static bool isEscape(char16_t c) { return isByteEscape(c); }
@@ -130,14 +130,14 @@ public:
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override
     {
-        const bool hasMark = bytes.startsWith(mark());
-        decodeBlocks<Utf16Decoder<order>>(hasMark ? bytes.sliced(2) : bytes, sink);
+        const bool hasByteOrderMark = bytes.startsWith(byteOrderMark());
+        decodeBlocks<Utf16Decoder<order>>(hasByteOrderMark ? bytes.sliced(2) : bytes, sink);
     }
 
     using TextCodec::encode;
     bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
     {
-        return sink(mark()) && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
+        return sink(byteOrderMark()) && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
     }
 
     qint64 findWithoutCode(const TextChunk &chunk, qint64 from, AsRead asRead) const override
@@ -146,7 +146,7 @@ public:
     }
 
 private:
-    static QByteArrayView mark() { return order == Order::LittleEndian ? "\xFF\xFE" : "\xFE\xFF"; }
+    static QByteArrayView byteOrderMark() { return order == Order::LittleEndian ? "\xFF\xFE" : "\xFE\xFF"; }
 };
 
 } // namespace

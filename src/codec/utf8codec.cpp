@@ -67,7 +67,7 @@ private:
 
 class Utf8Encoder : public StatelessEncoder {
 public:
-    static constexpr bool hasMark = true;
+    static constexpr bool hasByteOrderMark = true;
     static constexpr bool writesPairs = true;
     static bool hasCode(char16_t) { return true; }
     static void character(char16_t c, uchar *&out)

@@ -114,7 +114,7 @@ void ctlEditer::drawUnderText(RowPainter &row) const
     row.painter().fillRect(rule, area.top(), canvas.thickness(1), area.height(), color);
 }
 
-/// The line below the cursor's row.
+/// The underline of the cursor's row.
 void ctlEditer::drawOverCursor(RowPainter &row, const QRectF &cell) const
 {
     if (row.layout().row() != cursorPosition().row || appSettings().ActiveHLine <= 0)

@@ -8,11 +8,12 @@ class QKeyEvent;
 
 /// Knows a key that is held down, from its first press to its release, whatever happens to windows meanwhile.
 ///
-/// An X server repeats a held key as a release and a press of the same moment. The toolkit marks the press as
+/// An X server repeats a held key as a release and a press of the same moment. The toolkit calls the press
 /// a repetition only when it finds both in its queue together, and takes it for a new one otherwise: now and
 /// then when the program or the machine is busy. A release and a press by hand are never of the same
 /// millisecond. Input methods let presses through later, when the key may have been repeated some more times
-/// or have come up, and without the time. Other platforms repeat keys themselves and mark every repetition.
+/// or have come up, and without the time. Other platforms repeat keys themselves and tell of each repetition
+/// that it is one.
 ///
 /// One lives in the application object.
 class HeldKeys : public QAbstractNativeEventFilter {

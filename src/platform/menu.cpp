@@ -17,8 +17,8 @@ namespace {
 /// The text of an item as it is read: without the "&" of its letter, with those that stand for themselves.
 QString plainText(QString text)
 {
-    static const QRegularExpression mark(u"&(.)"_s);
-    return text.replace(mark, u"\\1"_s);
+    static const QRegularExpression mnemonic(u"&(.)"_s);
+    return text.replace(mnemonic, u"\\1"_s);
 }
 
 /// What an item shows of its text; behind a tab stand its keys.

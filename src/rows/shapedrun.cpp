@@ -24,7 +24,7 @@ Cluster clusterAt(const QTextLayout &layout, qsizetype at, qsizetype length, con
         const QList<QPointF> positions = run.positions();
         const QList<QPointF> advances = run.rawFont().advancesForGlyphIndexes(run.glyphIndexes());
         for (qsizetype i = 0; i < positions.size(); ++i) {
-            // Marks stand anywhere around the character they belong to.
+            // Combining marks stand anywhere around the character they belong to.
             if (advances[i].x() <= 0 || (found && positions[i].x() >= cluster.left))
                 continue;
             cluster = { .left = positions[i].x(), .isReversed = run.isRightToLeft() };
@@ -34,8 +34,8 @@ Cluster clusterAt(const QTextLayout &layout, qsizetype at, qsizetype length, con
     return cluster;
 }
 
-/// A letter with its marks as the one character that has them, where there is one: most fonts have it, and
-/// few the marks.
+/// A letter with its combining marks as the one character that has them, where there is one: most fonts have
+/// it, and few the marks.
 QString composed(const QString &character)
 {
     const QString one = character.normalized(QString::NormalizationForm_C);

@@ -23,7 +23,7 @@ constexpr quint64 highBytes(quint64 word)
     return word & 0x8080808080808080ULL;
 }
 
-/// Has a high bit for each byte that equals `byte`; above the lowest such byte others may be marked too.
+/// Has a high bit for each byte that equals `byte`; above the lowest such byte others may be flagged too.
 constexpr quint64 bytesEqual(quint64 word, uchar byte)
 {
     const quint64 difference = word ^ (0x0101010101010101ULL * byte);
@@ -36,10 +36,10 @@ constexpr quint64 bytesLess(quint64 word, uchar limit)
     return ~(word + 0x0101010101010101ULL * (0x80U - limit)) & 0x8080808080808080ULL;
 }
 
-/// How many bytes lie below the lowest marked one; 8 when none is marked.
-inline int bytesBelow(quint64 marks)
+/// How many bytes lie below the lowest flagged one; 8 when none is flagged.
+inline int bytesBelow(quint64 flags)
 {
-    return std::countr_zero(marks) / wordSize;
+    return std::countr_zero(flags) / wordSize;
 }
 
 /// Whether four UTF-16 units are all below 0x80.

@@ -8,7 +8,7 @@ qint64 rowEnd(const TextStore &store, qint64 row)
     return found.start + found.length;
 }
 
-/// Where the marking of a hit that begins there ends.
+/// Where the selection of a hit that begins there ends.
 CursorPlace hitEnd(const TextStore &store, CursorPlace begin, qint64 length)
 {
     const qint64 end = begin.offset + length;
@@ -18,7 +18,7 @@ CursorPlace hitEnd(const TextStore &store, CursorPlace begin, qint64 length)
     return { below < store.rowCount() ? qMin(end, rowEnd(store, below)) : end, true };
 }
 
-/// Where the marking of a hit that really begins at `hit` begins.
+/// Where the selection of a hit that really begins at `hit` begins.
 CursorPlace hitBegin(const TextStore &store, qint64 hit, CursorPlace end)
 {
     if (store.fitsInRow(hit, end.offset - hit))

@@ -15,7 +15,7 @@
 /// How wide text is and where a row ends.
 struct LayoutRule {
     /// Not owned; must outlive every store that uses it. Null: every character is 1 pixel wide, a surrogate
-    /// pair or a letter with its marks as well.
+    /// pair or a letter with its combining marks as well.
     const AdvanceTable *advances = nullptr;
     /// Distance between tab stops, > 0: a TAB reaches to the next multiple of it, counted from the row's
     /// start.

@@ -48,7 +48,7 @@ void TextAnnouncer::announceChange(const TextStore &store, const TextChange &cha
 void TextAnnouncer::announceCursor(qint64 cursor, qint64 anchor)
 {
     const bool moved = m_cursor != cursor;
-    const bool marks = (m_cursor != m_anchor || cursor != anchor) && (moved || m_anchor != anchor);
+    const bool selects = (m_cursor != m_anchor || cursor != anchor) && (moved || m_anchor != anchor);
     m_cursor = cursor;
     m_anchor = anchor;
     if (!QAccessible::isActive())
@@ -57,7 +57,7 @@ void TextAnnouncer::announceCursor(qint64 cursor, qint64 anchor)
         QAccessibleTextCursorEvent event(&m_editor, clampedInt(cursor));
         QAccessible::updateAccessibility(&event);
     }
-    if (marks) {
+    if (selects) {
         QAccessibleTextSelectionEvent event(
             &m_editor, clampedInt(qMin(cursor, anchor)), clampedInt(qMax(cursor, anchor)));
         event.setCursorPosition(clampedInt(cursor));

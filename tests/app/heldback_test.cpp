@@ -199,10 +199,10 @@ void HeldBackTest::addCommands()
     row("replacing",
         [](TestWindow &window) { textOf(window)->editableTextInterface()->replaceText(0, 1, u"re"_s); });
     row("the cursor", [](TestWindow &window) { textOf(window)->textInterface()->setCursorPosition(150); });
-    row("marking", [](TestWindow &window) { textOf(window)->textInterface()->addSelection(150, 160); });
-    row("marking else",
+    row("selecting", [](TestWindow &window) { textOf(window)->textInterface()->addSelection(150, 160); });
+    row("selecting else",
         [](TestWindow &window) { textOf(window)->textInterface()->setSelection(0, 150, 160); });
-    row("unmarking", [](TestWindow &window) { textOf(window)->textInterface()->removeSelection(0); });
+    row("deselecting", [](TestWindow &window) { textOf(window)->textInterface()->removeSelection(0); });
 }
 
 void HeldBackTest::runIsLeftAlone_data()

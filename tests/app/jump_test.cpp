@@ -1,8 +1,8 @@
 #include "search/frmjumpto.h"
-#include "tests/app/drawntext.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
 #include "tests/testprogram.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 
 #include <QLineEdit>
@@ -54,7 +54,7 @@ void JumpTest::jumpsToLines_data()
     QTest::addColumn<qint64>("line");
     QTest::addColumn<QString>("expected");
 
-    const QString unchanged = QStringLiteral("[aaaaaaaa|]\nb\nc");
+    const QString unchanged = QStringLiteral("[aaaaaaaa|\nb\nc");
     QTest::newRow("the first") << qint64(1) << "|aaaaaaaa\nb\nc";
     QTest::newRow("the second, below a wrapped one") << qint64(2) << "aaaaaaaa\n|b\nc";
     QTest::newRow("the last") << qint64(3) << "aaaaaaaa\nb\n|c";
@@ -77,28 +77,28 @@ void JumpTest::jumpsToLines()
     editor().setCursorPosition(0, 0);
     editor().setCursorPosition(end.row, end.column, true);
     editor().jumpToLine(line);
-    QCOMPARE(drawn(editor()), expected);
+    QCOMPARE(DrawnText::draw(editor()), expected);
 }
 
 void JumpTest::jumpsToLastEdit()
 {
     editor().setText(QStringLiteral("one\ntwo"));
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), QStringLiteral("|one\ntwo"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("|one\ntwo"));
     editor().setCursorPosition(1, 3);
     QTest::keyClicks(&editor(), QStringLiteral("xyz"));
     editor().setCursorPosition(0, 1);
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), QStringLiteral("one\ntwo|xyz"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("one\ntwo|xyz"));
     editor().setCursorPosition(0, 0);
     editor().setCursorPosition(0, 2, true);
     editor().insert(QStringLiteral("O"));
     editor().setCursorPosition(1, 0);
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), QStringLiteral("|Oe\ntwoxyz"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("|Oe\ntwoxyz"));
     m_window->slotCmdEditUndo();
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), QStringLiteral("one\ntwo|xyz"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("one\ntwo|xyz"));
 }
 
 void JumpTest::jumpDialog()
@@ -120,22 +120,22 @@ void JumpTest::jumpDialog()
     m_window->slotCmdViewGyoJump();
     QCOMPARE(left, (QStringList{ QStringLiteral("x"), QStringLiteral("open") }));
     QCOMPARE(boxes.texts(), QStringList{ QStringLiteral("Input Error|Input a number.") });
-    QCOMPARE(drawn(editor()), QStringLiteral("a\nb\n|c"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("a\nb\n|c"));
 }
 
 void JumpTest::lineOneOfAnEmptyDocument()
 {
     editor().jumpToLine(1);
-    QCOMPARE(drawn(editor()), u"|"_s);
+    QCOMPARE(DrawnText::draw(editor()), u"|"_s);
     editor().jumpToLine(2);
-    QCOMPARE(drawn(editor()), u"|"_s);
+    QCOMPARE(DrawnText::draw(editor()), u"|"_s);
 }
 
 void JumpTest::emptyLastLine()
 {
     editor().setText(u"a\n"_s);
     editor().jumpToLine(2);
-    QCOMPARE(drawn(editor()), u"a\n|"_s);
+    QCOMPARE(DrawnText::draw(editor()), u"a\n|"_s);
 }
 
 void JumpTest::linesCountLogicallyWhenWrapped()
@@ -170,7 +170,7 @@ void JumpTest::cancelledDialogJumpsNowhere()
         buttonOf(*dialog, u"Cancel"_s)->click();
     });
     m_window->slotCmdViewGyoJump();
-    QCOMPARE(drawn(editor()), u"|a\nb"_s);
+    QCOMPARE(DrawnText::draw(editor()), u"|a\nb"_s);
     QVERIFY(!m_window->findChild<frmJumpTo *>());
 }
 
@@ -196,7 +196,7 @@ void JumpTest::lastEditIsWhereItBegan_data()
         QTest::keyClick(&editor, Qt::Key_Delete);
         QTest::keyClick(&editor, Qt::Key_Delete);
     });
-    row("marked text typed over", 1, [](TestWindow &, ctlEditer &editor) {
+    row("selected text typed over", 1, [](TestWindow &, ctlEditer &editor) {
         editor.setCursorPosition(0, 1);
         editor.setCursorPosition(1, 3, true);
         QTest::keyClicks(&editor, u"x"_s);
@@ -293,9 +293,9 @@ void JumpTest::lastEditWithoutHistory()
     QCOMPARE(editor().history().commandCount(), 0);
     editor().setCursorPosition(1, 0);
     editor().setCursorPosition(1, 2, true);
-    const QString before = drawn(editor());
+    const QString before = DrawnText::draw(editor());
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(drawn(editor()), before);
+    QCOMPARE(DrawnText::draw(editor()), before);
 }
 
 void JumpTest::lastEditOfEachDocument()

@@ -96,7 +96,7 @@ private slots:
     void recordsPlacesOfDocumentsNotShownAgain();
     void wrapsDocumentsNotShownAtTheirWidth();
     void wrapsBesideTheNewRowNumbers();
-    void keepsModifiedMarks();
+    void keepsEditedMarks();
     void keepsUndoHistory();
     void manyDocumentsKeepTheirPlaces();
     void repaintsTheShownDocument();
@@ -393,7 +393,7 @@ void OptionsTest::wrapsBesideTheNewRowNumbers()
     QCOMPARE(editor->xOffset(), 0);
 }
 
-void OptionsTest::keepsModifiedMarks()
+void OptionsTest::keepsEditedMarks()
 {
     TestWindow window;
     QVERIFY(window.open());

@@ -74,11 +74,11 @@ public:
     }
     void moveCursor()
     {
-        for (const bool mark : { false, m_random.chance(2) }) {
+        for (const bool selects : { false, m_random.chance(2) }) {
             const qint64 row = m_random.below(qint64(m_naive->model().rows().size()) + 1);
             const RowCol place{ row, m_random.below(12) };
-            m_editor.setCursorPosition(place.row, place.column, mark);
-            m_naive->setCursor(place, mark);
+            m_editor.setCursorPosition(place.row, place.column, selects);
+            m_naive->setCursor(place, selects);
         }
     }
     void search(bool forwards, int mode, bool cs, const QString &find, const QString &replace)

@@ -1,10 +1,10 @@
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/atprogress.h"
-#include "tests/app/drawntext.h"
 #include "tests/app/testwindow.h"
 #include "tests/search/searchforms.h"
 #include "tests/testprogram.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 
 #include <QCheckBox>
@@ -79,14 +79,14 @@ void SearchTest::searchesOverlapping()
 {
     editor().setText(QStringLiteral("aaaa"));
     ask(0, QStringLiteral("aa"))->slotBtnNext();
-    QCOMPARE(drawn(editor()), QStringLiteral("[aa|]aa"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("[aa|aa"));
     m_window->slotCmdViewSrchNext();
-    QCOMPARE(drawn(editor()), QStringLiteral("a[aa|]a"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("a[aa|a"));
     m_window->slotCmdViewSrchNext();
     m_window->slotCmdViewSrchNext();
-    QCOMPARE(drawn(editor()), QStringLiteral("aa[aa|]"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("aa[aa|"));
     m_window->slotCmdViewSrchBefo();
-    QCOMPARE(drawn(editor()), QStringLiteral("a[|aa]a"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("a|aa]a"));
 }
 
 void SearchTest::searchesAcrossRows()
@@ -108,20 +108,20 @@ void SearchTest::staysWithoutAHit()
     editor().setText(QStringLiteral("one two"));
     ask(0, QStringLiteral("two"))->slotBtnNext();
     m_window->slotCmdViewSrchNext();
-    QCOMPARE(drawn(editor()), QStringLiteral("one [two|]"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("one [two|"));
     ask(0, QStringLiteral("ONE"))->slotBtnBefo();
-    QCOMPARE(drawn(editor()), QStringLiteral("one [two|]"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("one [two|"));
     ask(0, QStringLiteral("ONE"), {}, false)->slotBtnBefo();
-    QCOMPARE(drawn(editor()), QStringLiteral("[|one] two"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("|one] two"));
 }
 
 void SearchTest::replacesWithTheMenu()
 {
     editor().setText(QStringLiteral("x x x"));
     ask(1, QStringLiteral("x"), QStringLiteral("xy"))->slotBtnNext();
-    QCOMPARE(drawn(editor()), QStringLiteral("xy| x x"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("xy| x x"));
     m_window->slotCmdViewSrchNext();
-    QCOMPARE(drawn(editor()), QStringLiteral("xy xy| x"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("xy xy| x"));
 }
 
 void SearchTest::replacesBackwards()
@@ -130,9 +130,9 @@ void SearchTest::replacesBackwards()
     ask(1, QStringLiteral("x"), QStringLiteral("yx"))->slotBtnNext();
     editor().setCursorPosition(0, 6);
     m_window->slotCmdViewSrchBefo();
-    QCOMPARE(drawn(editor()), QStringLiteral("yx x |yx"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("yx x |yx"));
     m_window->slotCmdViewSrchBefo();
-    QCOMPARE(drawn(editor()), QStringLiteral("yx |yx yx"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("yx |yx yx"));
 }
 
 void SearchTest::replacesAll_data()
@@ -263,19 +263,19 @@ void SearchTest::requestOutlivesPanelAndDocument()
 {
     editor().setText(QStringLiteral("a b A b"));
     ask(0, QStringLiteral("A"))->slotBtnNext();
-    QCOMPARE(drawn(editor()), QStringLiteral("a b [A|] b"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("a b [A| b"));
     m_window->findChild<frmSearchDialog *>()->hide();
     m_window->slotCmdFileNew();
     m_window->slotCmdFileNew();
     editor().setText(QStringLiteral("aA"));
     m_window->slotCmdViewSrchNext();
-    QCOMPARE(drawn(editor()), QStringLiteral("a[A|]"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("a[A|"));
     editor().setEdited(false);
     m_window->slotCmdFileCloseTab();
     editor().setText(QStringLiteral("A|a"));
     editor().setCursorPosition(0, 3);
     m_window->slotCmdViewSrchBefo();
-    QCOMPARE(drawn(editor()), QStringLiteral("[|A]|a"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("|A]|a"));
     QVERIFY(!m_window->findChild<frmSearchDialog *>()->isVisible());
 }
 
@@ -286,14 +286,14 @@ void SearchTest::menuDoesNothingBeforeTheFirstRequest()
     ask(0, QStringLiteral("x"));
     m_window->slotCmdViewSrchNext();
     m_window->slotCmdViewSrchBefo();
-    QCOMPARE(drawn(editor()), QStringLiteral("|x x"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("|x x"));
 }
 
 void SearchTest::nothingToDo()
 {
     m_window->slotCmdViewSrchNext();
     m_window->slotCmdViewSrchBefo();
-    QCOMPARE(drawn(editor()), QStringLiteral("|"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("|"));
     frmSearchDialog *const asked = ask(1, QStringLiteral("x"), QStringLiteral("y"));
     m_window->slotCmdFileCloseTab();
     QVERIFY(!m_window->currentEditor());
@@ -336,7 +336,7 @@ void SearchTest::panelKeys()
     QTest::keyClick(fieldsOf(*asked).at(0), Qt::Key_Return);
     QTest::keyClick(buttonOf(*asked, QStringLiteral("Close")), Qt::Key_Enter);
     QCOMPARE(next.count(), 2);
-    QCOMPARE(drawn(editor()), QStringLiteral("a A [a|]"));
+    QCOMPARE(DrawnText::draw(editor()), QStringLiteral("a A [a|"));
     QVERIFY(asked->isVisible());
     QTest::keyClick(fieldsOf(*asked).at(0), Qt::Key_Escape);
     QVERIFY(!asked->isVisible());

@@ -192,7 +192,7 @@ void StrayInputWindowTest::doubleClickMovesNoCursor()
     }
     click(row, delay);
     QTRY_VERIFY(isActive());
-    // What is typed over a marked word, or elsewhere than at the top, is seen in the file.
+    // What is typed over a selected word, or elsewhere than at the top, is seen in the file.
     press({ u"x"_s, u"ctrl+s"_s });
     const auto changed = [this] {
         for (int i = 0; i < fileCount; ++i) {

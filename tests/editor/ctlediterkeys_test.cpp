@@ -3,7 +3,7 @@
 #include "settings/settings.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 
 #include <QKeyEvent>
@@ -97,9 +97,9 @@ void CtlEditerKeysTest::autoIndent()
     QFETCH(int, mode);
     QFETCH(QString, before);
     appSettings().AutoIndent = mode;
-    MarkedText::load(*m_editor, before);
+    DrawnText::load(*m_editor, before);
     QTest::keyClick(m_editor, Qt::Key_Return);
-    QTEST(MarkedText::draw(*m_editor), "after");
+    QTEST(DrawnText::draw(*m_editor), "after");
 }
 
 void CtlEditerKeysTest::autoIndentTakesEveryReturn_data()
@@ -119,16 +119,16 @@ void CtlEditerKeysTest::autoIndentTakesEveryReturn()
     QFETCH(Qt::KeyboardModifiers, modifiers);
     for (const int mode : { 0, 1 }) {
         appSettings().AutoIndent = mode;
-        MarkedText::load(*m_editor, QStringLiteral("  a|"));
+        DrawnText::load(*m_editor, QStringLiteral("  a|"));
         QTest::keyClick(m_editor, Qt::Key(key), modifiers);
         QCOMPARE(
-            MarkedText::draw(*m_editor), mode == 0 ? QStringLiteral("  a\n|") : QStringLiteral("  a\n  |"));
+            DrawnText::draw(*m_editor), mode == 0 ? QStringLiteral("  a\n|") : QStringLiteral("  a\n  |"));
     }
 }
 
 void CtlEditerKeysTest::autoIndentIsOneUndoStep()
 {
-    MarkedText::load(*m_editor, QStringLiteral("\t a|b"));
+    DrawnText::load(*m_editor, QStringLiteral("\t a|b"));
     QTest::keyClick(m_editor, Qt::Key_Return);
     QVERIFY(m_editor->undoAvailable());
     QCOMPARE(m_editor->history().undoSteps(), 1);
@@ -143,14 +143,14 @@ void CtlEditerKeysTest::autoIndentOfAWrappedRow()
     appSettings().WrapLen = 4;
     m_editor->applyWrapMode();
     // The rows are "  ab" and " cde": the second one's own blanks count.
-    MarkedText::load(*m_editor, QStringLiteral("  ab cd|e"));
+    DrawnText::load(*m_editor, QStringLiteral("  ab cd|e"));
     QTest::keyClick(m_editor, Qt::Key_Return);
-    QCOMPARE(MarkedText::draw(*m_editor), QStringLiteral("  ab cd\n |e"));
+    QCOMPARE(DrawnText::draw(*m_editor), QStringLiteral("  ab cd\n |e"));
 }
 
 void CtlEditerKeysTest::returnEndsAComposition()
 {
-    MarkedText::load(*m_editor, QStringLiteral("  a|"));
+    DrawnText::load(*m_editor, QStringLiteral("  a|"));
     QInputMethodEvent composing(QStringLiteral("にほん"), {});
     QApplication::sendEvent(m_editor, &composing);
     QTest::keyClick(m_editor, Qt::Key_Return);
@@ -175,7 +175,7 @@ void CtlEditerKeysTest::blockIndent_data()
     row("Japanese", false, "[日本\n語\n|", "[\t日本\n\t語\n|");
     row("selection inside a line is replaced", false, "a[b|c", "a\t|c");
     row("no selection", false, "a|b", "a\t|b");
-    row("only a line end marked", false, "a[\n|b", "[\ta\n|b");
+    row("only a line end selected", false, "a[\n|b", "[\ta\n|b");
     row("out: one TAB goes", true, "[\t\ta\n\tb\n|\tc", "[\ta\nb\n|\tc");
     row("out: lines without a TAB stay", true, "[a\n\tb\n  c\n \td\n|e", "[a\nb\n  c\n \td\n|e");
     row("out: empty lines stay", true, "[\n\ta\n\n|b", "[\na\n\n|b");
@@ -189,19 +189,19 @@ void CtlEditerKeysTest::blockIndent()
 {
     QFETCH(bool, shift);
     QFETCH(QString, before);
-    MarkedText::load(*m_editor, before);
+    DrawnText::load(*m_editor, before);
     if (shift)
         QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
     else
         QTest::keyClick(m_editor, Qt::Key_Tab);
-    QTEST(MarkedText::draw(*m_editor), "after");
+    QTEST(DrawnText::draw(*m_editor), "after");
     QVERIFY(m_editor->updatesEnabled());
 }
 
 void CtlEditerKeysTest::blockIndentIsOneUndoStep()
 {
     const QString text = QStringLiteral("one\ntwo\nthree\n");
-    MarkedText::load(*m_editor, u'[' + text + u'|');
+    DrawnText::load(*m_editor, u'[' + text + u'|');
     QTest::keyClick(m_editor, Qt::Key_Tab);
     QTest::keyClick(m_editor, Qt::Key_Tab);
     QCOMPARE(m_editor->text(), QStringLiteral("\t\tone\n\t\ttwo\n\t\tthree\n"));
@@ -221,25 +221,25 @@ void CtlEditerKeysTest::blockIndentOfWrappedRows()
     appSettings().WrapLen = 12;
     m_editor->applyWrapMode();
     // Rows of 12 columns: "aaaaaaaaaaaa" "aaa", "bbb", "cccccccccccc" "ccc"; a TAB is 4 columns wide.
-    MarkedText::load(*m_editor, QStringLiteral("[aaaaaaaaaaaaaaa\nbbb\ncccccccccccccc|c"));
+    DrawnText::load(*m_editor, QStringLiteral("[aaaaaaaaaaaaaaa\nbbb\ncccccccccccccc|c"));
     QCOMPARE(m_editor->numLines(), 5);
     QTest::keyClick(m_editor, Qt::Key_Tab);
     // The selection ends in the last line's second row, so its first row is part of the block.
-    QCOMPARE(MarkedText::draw(*m_editor), QStringLiteral("[\taaaaaaaaaaaaaaa\n\tbbb\n\tcccccccccccc|ccc"));
+    QCOMPARE(DrawnText::draw(*m_editor), QStringLiteral("[\taaaaaaaaaaaaaaa\n\tbbb\n\tcccccccccccc|ccc"));
     QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
     QCOMPARE(m_editor->text(), QStringLiteral("aaaaaaaaaaaaaaa\nbbb\nccccccccccccccc"));
     // A selection that begins in a continuation row leaves that line alone.
-    MarkedText::load(*m_editor, QStringLiteral("aaaaaaaaaaaaa[aa\nbbb\n|ccc"));
+    DrawnText::load(*m_editor, QStringLiteral("aaaaaaaaaaaaa[aa\nbbb\n|ccc"));
     QTest::keyClick(m_editor, Qt::Key_Tab);
-    QCOMPARE(MarkedText::draw(*m_editor), QStringLiteral("aaaaaaaaaaaa[aaa\n\tbbb\n|ccc"));
+    QCOMPARE(DrawnText::draw(*m_editor), QStringLiteral("aaaaaaaaaaaa[aaa\n\tbbb\n|ccc"));
 }
 
 void CtlEditerKeysTest::exactlyShiftIgnoresTheKeypad()
 {
-    MarkedText::load(*m_editor, QStringLiteral("[\ta\n|b"));
+    DrawnText::load(*m_editor, QStringLiteral("[\ta\n|b"));
     QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier | Qt::KeypadModifier);
     QCOMPARE(m_editor->text(), QStringLiteral("a\nb"));
-    MarkedText::load(*m_editor, QStringLiteral("[\ta\n|b"));
+    DrawnText::load(*m_editor, QStringLiteral("[\ta\n|b"));
     QTest::keyClick(m_editor, Qt::Key_Tab, Qt::ShiftModifier);
     QCOMPARE(m_editor->text(), QStringLiteral("a\nb"));
 }
@@ -250,7 +250,7 @@ void CtlEditerKeysTest::tabNeverMovesTheFocus()
     other.setFocusPolicy(Qt::StrongFocus);
     other.show();
     m_editor->setFocus();
-    MarkedText::load(*m_editor, QStringLiteral("a|"));
+    DrawnText::load(*m_editor, QStringLiteral("a|"));
     QTest::keyClick(m_editor, Qt::Key_Backtab, Qt::ShiftModifier);
     QCOMPARE(QApplication::focusWidget(), m_editor);
     QTest::keyClick(m_editor, Qt::Key_Tab);
@@ -262,7 +262,7 @@ void CtlEditerKeysTest::controlTabIsLeftToTheWindow()
 {
     for (const auto modifiers :
         { Qt::KeyboardModifiers(Qt::ControlModifier), Qt::ControlModifier | Qt::ShiftModifier }) {
-        MarkedText::load(*m_editor, QStringLiteral("[a\nb|"));
+        DrawnText::load(*m_editor, QStringLiteral("[a\nb|"));
         const int key = modifiers.testFlag(Qt::ShiftModifier) ? Qt::Key_Backtab : Qt::Key_Tab;
         QKeyEvent event(QEvent::KeyPress, key, modifiers);
         event.setAccepted(true);
@@ -304,7 +304,7 @@ void CtlEditerKeysTest::rightOverALineEndRepaintsTheRow()
     Recorder editor(m_window.get());
     editor.show();
     editor.setFocus();
-    MarkedText::load(editor, QStringLiteral("a|b\ncd"));
+    DrawnText::load(editor, QStringLiteral("a|b\ncd"));
     QTRY_VERIFY(editor.rows.contains(1));
     QTest::keyClick(&editor, Qt::Key_Right, Qt::ShiftModifier);
     QTRY_VERIFY(!editor.rows.isEmpty());

@@ -3,7 +3,7 @@
 #include "settings/settings.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -27,7 +27,7 @@ private slots:
 private:
     void pressSomething();
     void pressMove();
-    void pressVertical(Qt::Key key, bool marks);
+    void pressVertical(Qt::Key key, bool selects);
     void pressEdit();
     void pressReturn();
     void pressTab();
@@ -125,43 +125,43 @@ void CtlEditerRandomTest::pressSomething()
 
 void CtlEditerRandomTest::pressMove()
 {
-    const bool marks = below(2) == 0;
-    const Qt::KeyboardModifiers shift = marks ? Qt::ShiftModifier : Qt::NoModifier;
+    const bool selects = below(2) == 0;
+    const Qt::KeyboardModifiers shift = selects ? Qt::ShiftModifier : Qt::NoModifier;
     const QList<Row> rows = rowsOf(*m_editor);
     switch (below(9)) {
     case 0:
         press(Qt::Key_Left, shift);
-        return m_model.step(false, marks);
+        return m_model.step(false, selects);
     case 1:
         press(Qt::Key_Right, shift);
-        return m_model.step(true, marks);
+        return m_model.step(true, selects);
     case 2:
         press(Qt::Key_Left, shift | Qt::ControlModifier);
-        return m_model.stepWord(false, marks);
+        return m_model.stepWord(false, selects);
     case 3:
         press(Qt::Key_Right, shift | Qt::ControlModifier);
-        return m_model.stepWord(true, marks);
+        return m_model.stepWord(true, selects);
     case 4:
         press(Qt::Key_Home, shift);
-        return m_model.toRowEdge(rows, false, marks);
+        return m_model.toRowEdge(rows, false, selects);
     case 5:
         press(Qt::Key_End, shift);
-        return m_model.toRowEdge(rows, true, marks);
+        return m_model.toRowEdge(rows, true, selects);
     case 6:
         if (below(3) == 0) {
             press(Qt::Key_Home, shift | Qt::ControlModifier);
-            return m_model.moveTo(0, marks);
+            return m_model.moveTo(0, selects);
         }
-        return pressVertical(Qt::Key_PageUp, marks);
+        return pressVertical(Qt::Key_PageUp, selects);
     case 7:
-        return pressVertical(Qt::Key_Up, marks);
+        return pressVertical(Qt::Key_Up, selects);
     default:
-        return pressVertical(Qt::Key_Down, marks);
+        return pressVertical(Qt::Key_Down, selects);
     }
 }
 
 /// The row is the model's; where in it the nearest place is depends on the font.
-void CtlEditerRandomTest::pressVertical(Qt::Key key, bool marks)
+void CtlEditerRandomTest::pressVertical(Qt::Key key, bool selects)
 {
     const QList<Row> rows = rowsOf(*m_editor);
     const qsizetype page =
@@ -169,14 +169,14 @@ void CtlEditerRandomTest::pressVertical(Qt::Key key, bool marks)
     const qsizetype by = key == Qt::Key_PageUp ? -page : key == Qt::Key_Up ? -1 : 1;
     const qsizetype row = m_model.rowOfCursor(rows);
     const qsizetype target = qBound<qsizetype>(0, row + by, rows.size() - 1);
-    press(key, marks ? Qt::ShiftModifier : Qt::NoModifier);
+    press(key, selects ? Qt::ShiftModifier : Qt::NoModifier);
     if (target == row)
-        return m_model.moveTo(m_model.cursor, marks, m_model.atRowEnd);
+        return m_model.moveTo(m_model.cursor, selects, m_model.atRowEnd);
     const RowCol now = m_editor->cursorPosition();
     QCOMPARE(now.row, target);
     const Row &to = rows[target];
     QVERIFY(now.column >= 0 && now.column <= to.length);
-    m_model.moveTo(to.start + now.column, marks, now.column == to.length && !to.endsLine);
+    m_model.moveTo(to.start + now.column, selects, now.column == to.length && !to.endsLine);
 }
 
 void CtlEditerRandomTest::pressEdit()
@@ -221,7 +221,7 @@ void CtlEditerRandomTest::pressTab()
 {
     const QList<Row> rows = rowsOf(*m_editor);
     const bool out = below(2) == 0;
-    const bool indents = m_model.marksLines();
+    const bool indents = m_model.selectsLines();
     press(out ? Qt::Key_Backtab : Qt::Key_Tab, out ? Qt::ShiftModifier : Qt::NoModifier);
     if (indents)
         m_model.indent(rows, out);

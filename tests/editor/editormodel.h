@@ -31,7 +31,8 @@ inline QList<Row> rowsOf(const ctlEditer &editor)
 
 enum class Joining { Never, Typing, Erasing };
 
-/// The editor as one would write it on a plain string: what each key does to text, cursor, mark and history.
+/// The editor as one would write it on a plain string: what each key does to text, cursor, selection and
+/// history.
 class Model {
 public:
     QString text;
@@ -42,37 +43,37 @@ public:
     bool overwrites = false;
     QString clip;
 
-    bool hasMarked() const { return cursor != anchor; }
+    bool hasSelection() const { return cursor != anchor; }
     qsizetype from() const { return qMin(cursor, anchor); }
     qsizetype to() const { return qMax(cursor, anchor); }
 
     // Moves.
 
-    void moveTo(qsizetype offset, bool marks, bool toRowEnd = false)
+    void moveTo(qsizetype offset, bool selects, bool toRowEnd = false)
     {
         cursor = offset;
         atRowEnd = toRowEnd;
-        if (!marks) {
+        if (!selects) {
             anchor = offset;
             anchorAtRowEnd = toRowEnd;
         }
         m_joining = Joining::Never;
     }
-    void step(bool forwards, bool marks)
+    void step(bool forwards, bool selects)
     {
-        if (!marks && hasMarked())
+        if (!selects && hasSelection())
             moveTo(forwards ? to() : from(), false);
         else
-            moveTo(forwards ? next(cursor) : previous(cursor), marks);
+            moveTo(forwards ? next(cursor) : previous(cursor), selects);
     }
-    void stepWord(bool forwards, bool marks)
+    void stepWord(bool forwards, bool selects)
     {
-        moveTo(forwards ? nextWord(cursor) : previousWord(cursor), marks);
+        moveTo(forwards ? nextWord(cursor) : previousWord(cursor), selects);
     }
-    void toRowEdge(const QList<Row> &rows, bool end, bool marks)
+    void toRowEdge(const QList<Row> &rows, bool end, bool selects)
     {
         const Row row = rows[rowOfCursor(rows)];
-        moveTo(end ? row.start + row.length : row.start, marks, end && !row.endsLine);
+        moveTo(end ? row.start + row.length : row.start, selects, end && !row.endsLine);
     }
     qsizetype rowOfCursor(const QList<Row> &rows) const { return rowOf(rows, cursor, atRowEnd); }
 
@@ -80,7 +81,7 @@ public:
 
     void type(const QString &typed)
     {
-        if (overwrites && !hasMarked() && cursor < text.size() && text[cursor] != u'\n')
+        if (overwrites && !hasSelection() && cursor < text.size() && text[cursor] != u'\n')
             replace(cursor, next(cursor), typed, Joining::Typing);
         else
             replace(from(), to(), typed, Joining::Typing);
@@ -89,7 +90,7 @@ public:
     void insert(const QString &inserted) { replace(from(), to(), inserted, Joining::Never); }
     void erase(bool forwards)
     {
-        if (hasMarked())
+        if (hasSelection())
             replace(from(), to(), {}, Joining::Never);
         else if (forwards)
             replace(cursor, next(cursor), {}, Joining::Erasing);
@@ -98,7 +99,7 @@ public:
     }
     void eraseWord(bool forwards)
     {
-        if (hasMarked())
+        if (hasSelection())
             replace(from(), to(), {}, Joining::Never);
         else if (forwards)
             replace(cursor, nextWord(cursor), {}, Joining::Never);
@@ -118,19 +119,19 @@ public:
     }
     void copy()
     {
-        if (!hasMarked())
+        if (!hasSelection())
             return;
         clip = text.mid(from(), to() - from());
         moveTo(cursor, false, atRowEnd);
     }
     void cut()
     {
-        if (!hasMarked())
+        if (!hasSelection())
             return;
         clip = text.mid(from(), to() - from());
         insert({});
     }
-    bool marksLines() const { return text.mid(from(), to() - from()).contains(u'\n'); }
+    bool selectsLines() const { return text.mid(from(), to() - from()).contains(u'\n'); }
     void indent(const QList<Row> &rows, bool out)
     {
         const qsizetype cursorRow = rowOfCursor(rows);

@@ -16,7 +16,7 @@ constexpr QRgb activeColor = qRgb(200, 0, 0);
 constexpr QRgb inactiveColor = qRgb(0, 150, 0);
 constexpr QRgb lineColor = qRgb(0, 0, 255); // colour 8
 
-/// A window with an editor in which some blanks are marked, and with a field to go to.
+/// A window with an editor in which some blanks are selected, and with a field to go to.
 struct Window {
     Window()
         : editor(QStringLiteral("      \nsecond row"))
@@ -77,15 +77,15 @@ void InactivePaintingTest::selectionTakesTheColoursOfItsWindow()
     shown.window.activateWindow();
     shown.editor.setFocus();
     QTRY_VERIFY(shown.editor.hasFocus());
-    const std::size_t marked = shown.count(activeColor);
+    const std::size_t selected = shown.count(activeColor);
     const std::size_t line = shown.count(lineColor);
-    QVERIFY(marked > 0 && line > 0);
+    QVERIFY(selected > 0 && line > 0);
     QCOMPARE(shown.count(inactiveColor), 0U);
 
     // The window is the active one still: only the cursor goes.
     shown.field.setFocus();
     QTRY_VERIFY(shown.field.hasFocus());
-    QVERIFY(shown.count(activeColor) >= marked);
+    QVERIFY(shown.count(activeColor) >= selected);
     QCOMPARE(shown.count(inactiveColor), 0U);
     QCOMPARE(shown.count(lineColor), line);
 
@@ -94,12 +94,12 @@ void InactivePaintingTest::selectionTakesTheColoursOfItsWindow()
     other.activateWindow();
     QTRY_VERIFY(!shown.window.isActiveWindow());
     QCOMPARE(shown.count(activeColor), 0U);
-    QVERIFY(shown.count(inactiveColor) >= marked);
+    QVERIFY(shown.count(inactiveColor) >= selected);
     QCOMPARE(shown.count(lineColor), line);
 
     shown.window.activateWindow();
     QTRY_VERIFY(shown.window.isActiveWindow());
-    QTRY_VERIFY(shown.count(activeColor) >= marked);
+    QTRY_VERIFY(shown.count(activeColor) >= selected);
     QCOMPARE(shown.count(inactiveColor), 0U);
 }
 

@@ -57,7 +57,7 @@ private slots:
     void deletedTextLeavesNothing();
     void otherSpellingsEndWithAnotherCode();
     void failedSaveInAnotherCodeKeepsThem();
-    void markIsDroppedWhereThereIsNone();
+    void byteOrderMarkIsDroppedWhereThereIsNone();
     void undoneEdits_data();
     void undoneEdits();
 
@@ -318,7 +318,7 @@ void KeptBytesTest::failedSaveInAnotherCodeKeepsThem()
     QCOMPARE(saved(int(CharCode::ShiftJis)).toHex(' '), QByteArray("\xFA\x54\xFF\n").toHex(' '));
 }
 
-void KeptBytesTest::markIsDroppedWhereThereIsNone()
+void KeptBytesTest::byteOrderMarkIsDroppedWhereThereIsNone()
 {
     const QByteArray bytes = "\xEF\xBB\xBF"
                              "a\n";

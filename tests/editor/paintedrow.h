@@ -15,7 +15,7 @@
 #include <set>
 
 /// Rows of an editor as pictures, and what is expected in them, in device pixels.
-inline constexpr QRgb markGrey = qRgb(160, 160, 160);
+inline constexpr QRgb signGrey = qRgb(160, 160, 160);
 inline constexpr QRgb spaceGrey = qRgb(80, 80, 80);
 inline constexpr QRgb untouched = qRgb(255, 0, 255);
 

@@ -88,28 +88,28 @@ void PaintingTest::selection_data()
     QTest::addColumn<RowCol>("from");
     QTest::addColumn<RowCol>("to");
     QTest::addColumn<int>("row");
-    QTest::addColumn<int>("begin"); // column, -1 where nothing is marked
+    QTest::addColumn<int>("begin"); // column, -1 where nothing is selected
     QTest::addColumn<int>("end");
     QTest::addColumn<bool>("widened");
     const QString text = QStringLiteral("      \n      \n\n      ");
-    const auto addRow = [&](const char *name, int marks, RowCol from, RowCol to, int row, int begin, int end,
+    const auto addRow = [&](const char *name, int signs, RowCol from, RowCol to, int row, int begin, int end,
                             bool widened) {
-        QTest::newRow(name) << text << marks << from << to << row << begin << end << widened;
+        QTest::newRow(name) << text << signs << from << to << row << begin << end << widened;
     };
     addRow("inside a row", 1, { 0, 2 }, { 0, 4 }, 0, 2, 4, false);
     addRow("from the row's start", 1, { 0, 0 }, { 0, 4 }, 0, 0, 4, false);
     addRow("to the row's end", 1, { 0, 2 }, { 0, 6 }, 0, 2, 6, false);
     addRow("row above", 1, { 1, 0 }, { 1, 4 }, 0, -1, -1, false);
     addRow("row below", 1, { 0, 0 }, { 0, 4 }, 1, -1, -1, false);
-    addRow("over the line end, with marks", 1, { 0, 2 }, { 1, 3 }, 0, 2, 6, true);
-    addRow("over the line end, without marks", 0, { 0, 2 }, { 1, 3 }, 0, 2, 6, false);
+    addRow("over the line end, with signs", 1, { 0, 2 }, { 1, 3 }, 0, 2, 6, true);
+    addRow("over the line end, without signs", 0, { 0, 2 }, { 1, 3 }, 0, 2, 6, false);
     addRow("the line end alone", 1, { 0, 6 }, { 1, 3 }, 0, 6, 6, true);
     addRow("last row of a selection", 1, { 0, 2 }, { 1, 3 }, 1, 0, 3, false);
     addRow("last row, nothing of it", 1, { 0, 2 }, { 1, 0 }, 1, -1, -1, false);
     addRow("row in between", 1, { 0, 2 }, { 3, 3 }, 1, 0, 6, true);
-    addRow("empty row in between, with marks", 1, { 0, 2 }, { 3, 3 }, 2, 0, 0, true);
-    addRow("empty row in between, without marks", 0, { 0, 2 }, { 3, 3 }, 2, 0, 0, false);
-    addRow("marked backwards", 1, { 1, 3 }, { 0, 2 }, 0, 2, 6, true);
+    addRow("empty row in between, with signs", 1, { 0, 2 }, { 3, 3 }, 2, 0, 0, true);
+    addRow("empty row in between, without signs", 0, { 0, 2 }, { 3, 3 }, 2, 0, 0, false);
+    addRow("selected backwards", 1, { 1, 3 }, { 0, 2 }, 0, 2, 6, true);
 }
 
 void PaintingTest::selection()
@@ -136,7 +136,7 @@ void PaintingTest::selection()
         expected = rectangle(left, 0, right - left, editor.height());
     }
     Pixels found = pixelsOf(editor.painted(row), highlight(editor));
-    for (const auto &pixel : pixelsOf(editor.painted(row), markGrey)) {
+    for (const auto &pixel : pixelsOf(editor.painted(row), signGrey)) {
         if (expected.contains(pixel))
             found.insert(pixel);
     }
@@ -169,15 +169,15 @@ void PaintingTest::selectedTextIsRedrawn()
     const QImage plain = editor.painted(0);
     editor.setCursorPosition(0, 1);
     editor.setCursorPosition(0, 3, true);
-    const QImage marked = editor.painted(0);
+    const QImage selected = editor.painted(0);
     const QRgb color = editor.palette().color(QPalette::HighlightedText).rgb();
     const int one = int(editor.devicePixelRatioF());
     const int left = editor.columnX(0, 1) - one;
     const int right = editor.columnX(0, 3) - one;
-    for (const auto &[x, y] : differing(plain, marked))
+    for (const auto &[x, y] : differing(plain, selected))
         QVERIFY(x >= left && x < right);
     for (const auto &[x, y] : pixelsOf(plain, qRgb(0, 0, 0)))
-        QCOMPARE(marked.pixel(x, y), x >= left && x < right ? color : qRgb(0, 0, 0));
+        QCOMPARE(selected.pixel(x, y), x >= left && x < right ? color : qRgb(0, 0, 0));
 }
 
 void PaintingTest::pictureNeverShrinks()

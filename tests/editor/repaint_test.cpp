@@ -19,7 +19,7 @@ QString sampleText()
 {
     return QStringLiteral("first line\n\tindented \u3000 line\n\n\u6f22\u5b57\u304b\u306a line\n"
                           "\u0627\u0644\u0633\u0644\u0627\u0645 e\u0301 line\n"
-                          "line \u0627\u0644\u0633\u0644\u0627\u0645\nend of line marks, and much more\n"
+                          "line \u0627\u0644\u0633\u0644\u0627\u0645\nend of line signs, and much more\n"
                           "\u0e17\u0e35\u0e48\u0e19\u0e35\u0e48 \U00020000\u00a0\u200b\u0001\n")
                .repeated(40)
         + QStringLiteral("a line that is wider than the view ").repeated(20);
@@ -171,12 +171,12 @@ void RepaintTest::screenIsAsPaintedAnew_data()
     QTest::addColumn<quint32>("seed");
     QTest::addColumn<int>("wrapMode");
     QTest::addColumn<int>("fontSize");
-    QTest::addColumn<int>("marks");
+    QTest::addColumn<int>("signs");
     const std::tuple<int, int, int> looks[] = { { 0, 13, 0 }, { 0, 12, 1 }, { 1, 18, 1 }, { 2, 9, 0 } };
-    for (const auto &[wrapMode, fontSize, marks] : looks) {
+    for (const auto &[wrapMode, fontSize, signs] : looks) {
         const quint32 seed = seedOr(QRandomGenerator::global()->generate());
-        QTest::addRow("seed %u, wrap mode %d, font size %d, marks %d", seed, wrapMode, fontSize, marks)
-            << seed << wrapMode << fontSize << marks;
+        QTest::addRow("seed %u, wrap mode %d, font size %d, signs %d", seed, wrapMode, fontSize, signs)
+            << seed << wrapMode << fontSize << signs;
     }
 }
 
@@ -185,16 +185,16 @@ void RepaintTest::screenIsAsPaintedAnew()
     QFETCH(quint32, seed);
     QFETCH(int, wrapMode);
     QFETCH(int, fontSize);
-    QFETCH(int, marks);
+    QFETCH(int, signs);
     appSettings() = AppSettings();
     appSettings().WrapMode = wrapMode;
     appSettings().FontSize = fontSize;
     appSettings().RowNo = 2;
     appSettings().ActiveHLine = 8;
-    appSettings().ShowKAI = marks;
-    appSettings().ShowEOF = marks;
-    appSettings().ShowTAB = marks;
-    appSettings().ShowZEN = marks;
+    appSettings().ShowKAI = signs;
+    appSettings().ShowEOF = signs;
+    appSettings().ShowTAB = signs;
+    appSettings().ShowZEN = signs;
     RepaintedEditor editor;
     editor.show();
     editor.activateWindow();
@@ -272,7 +272,7 @@ void RepaintTest::changeTogetherWithAScroll_data()
     row("of the desktop's colours", [](RepaintedEditor &editor) { editor.recolour(Qt::darkGreen); });
     row("of an option", [](RepaintedEditor &editor) { editor.setting(&AppSettings::ForeColor, 7); });
     row("of the text above", [](RepaintedEditor &editor) { insertAt(editor, QStringLiteral("\n"), 0, 0); });
-    row("of the marked text", [](RepaintedEditor &editor) { editor.deselect(); });
+    row("of the selection", [](RepaintedEditor &editor) { editor.deselect(); });
     row("of what only a full repaint shows", [](RepaintedEditor &editor) {
         appSettings().RowNo = 0;
         editor.viewport()->update();

@@ -9,7 +9,7 @@
 using namespace Qt::StringLiterals;
 using namespace OptionsForm;
 
-/// Page "View1" of the options: marks, font, colours, wrapping.
+/// Page "View1" of the options: signs, font, colours, wrapping.
 class View1PageTest : public QObject {
     Q_OBJECT
 
@@ -60,7 +60,7 @@ void View1PageTest::labels()
     QCOMPARE(pageOf(dialog, 0)->findChild<QGroupBox *>()->title(), u"Mark display"_s);
 }
 
-/// The marks two by two in their group, the column count beside the wrap mode, one control below the other.
+/// The signs two by two in their group, the column count beside the wrap mode, one control below the other.
 void View1PageTest::places()
 {
     frmOption dialog(nullptr);

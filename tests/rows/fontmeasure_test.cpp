@@ -31,7 +31,7 @@ private slots:
     void proportionalFontsKeepTheirWidths();
     void classes_data();
     void classes();
-    void whatNoFontShowsIsAMark();
+    void whatNoFontShowsIsAHexBox();
     void boxesHaveTheirPlaces();
     void measuresAreShared();
 };
@@ -157,7 +157,7 @@ void FontMeasureTest::classes()
     QCOMPARE(measure->advances().advanceOf(codePoint) > 0, hasWidth);
 }
 
-void FontMeasureTest::whatNoFontShowsIsAMark()
+void FontMeasureTest::whatNoFontShowsIsAHexBox()
 {
     const auto measure = FontMeasure::forFont(lcFont(18), 1);
     constexpr char32_t unassigned = 0x0378;

@@ -136,15 +136,15 @@ private slots:
     void stopsAreTheTextsOwn();
     void placesDoNotDependOnTheWindow_data() { addTexts(10, 4000); }
     void placesDoNotDependOnTheWindow();
-    void spansCoverWhatIsMarked_data() { addTexts(40, 30); }
-    void spansCoverWhatIsMarked();
+    void spansCoverWhatIsSelected_data() { addTexts(40, 30); }
+    void spansCoverWhatIsSelected();
     void spansOfRightToLeftText();
     void insertedTextIsPartOfTheRow_data() { addTexts(20, 20); }
     void insertedTextIsPartOfTheRow();
     void farColumnsAreDrawnAsNearOnes();
     void escapedBytesShowTheirValue();
-    void marksAreDrawn_data();
-    void marksAreDrawn();
+    void hexBoxesAreDrawn_data();
+    void hexBoxesAreDrawn();
     void emptyRow();
     void longCombinedCharacter();
     void letterWithItsMarkIsDrawnAsOne();
@@ -325,7 +325,7 @@ void RowLayoutTest::placesDoNotDependOnTheWindow()
     }
 }
 
-void RowLayoutTest::spansCoverWhatIsMarked()
+void RowLayoutTest::spansCoverWhatIsSelected()
 {
     QFETCH(QString, text);
     QFETCH(qreal, scale);
@@ -351,12 +351,12 @@ void RowLayoutTest::spansOfRightToLeftText()
     const Text text(QStringLiteral("ab\u05d0\u05d1\u05d2cd"));
     const RowLayout row = text.row();
     // The first two Hebrew letters stand on the right of the third one.
-    const auto marked = row.spans(1, 4);
-    QCOMPARE(marked.size(), 2U);
-    QCOMPARE(marked[0].left, row.x(1));
-    QCOMPARE(marked[0].right, row.x(2));
-    QCOMPARE(marked[1].left, row.x(4));
-    QCOMPARE(marked[1].right, row.x(5));
+    const auto spans = row.spans(1, 4);
+    QCOMPARE(spans.size(), 2U);
+    QCOMPARE(spans[0].left, row.x(1));
+    QCOMPARE(spans[0].right, row.x(2));
+    QCOMPARE(spans[1].left, row.x(4));
+    QCOMPARE(spans[1].right, row.x(5));
     QVERIFY(row.x(3) > row.x(4));
     QVERIFY(row.x(4) > row.x(2));
 }
@@ -397,7 +397,7 @@ void RowLayoutTest::farColumnsAreDrawnAsNearOnes()
 
 void RowLayoutTest::escapedBytesShowTheirValue()
 {
-    const auto mark = [](char32_t c) {
+    const auto boxOf = [](char32_t c) {
         std::vector<QRect> rects;
         addHexBox(c, {}, 18, rects);
         return rects;
@@ -405,11 +405,11 @@ void RowLayoutTest::escapedBytesShowTheirValue()
     // Those of ISO-2022-JP, too, in which bytes below 80 may be undecodable.
     for (const char32_t escape : { 0xdc80U, 0xdcffU, 0xdd21U, 0xdd7eU, 0xde29U, 0xdf60U }) {
         QCOMPARE(hexBoxSize(escape, 18), hexBoxSize(escape & 0xff, 18));
-        QVERIFY(mark(escape) == mark(escape & 0xff));
+        QVERIFY(boxOf(escape) == boxOf(escape & 0xff));
     }
 }
 
-void RowLayoutTest::marksAreDrawn_data()
+void RowLayoutTest::hexBoxesAreDrawn_data()
 {
     QTest::addColumn<QString>("character");
     QTest::addColumn<qreal>("scale");
@@ -420,7 +420,7 @@ void RowLayoutTest::marksAreDrawn_data()
     }
 }
 
-void RowLayoutTest::marksAreDrawn()
+void RowLayoutTest::hexBoxesAreDrawn()
 {
     QFETCH(QString, character);
     QFETCH(qreal, scale);

@@ -49,7 +49,7 @@ private slots:
     void keepsWhatIsTypedWhenMinimised();
     void startsWithTheTextGiven();
     void startsEmptyWithEarlierTextsInItsList();
-    void markedTextIsLeftOutOfTheListOnly();
+    void selectedTextIsLeftOutOfTheListOnly();
     void offersTheLastReplacement();
     void actions_data();
     void actions();
@@ -232,7 +232,7 @@ void FrmSearchDialogTest::startsEmptyWithEarlierTextsInItsList()
     QCOMPARE(itemsOf(findField(panel)), (QStringList{ u"new"_s, u"old"_s }));
 }
 
-void FrmSearchDialogTest::markedTextIsLeftOutOfTheListOnly()
+void FrmSearchDialogTest::selectedTextIsLeftOutOfTheListOnly()
 {
     writeHistoryFile("[history]\nSearch0 = a\nSearch1 = b\nSearch3 = c\n");
     frmSearchDialog panel(nullptr);

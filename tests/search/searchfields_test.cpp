@@ -56,7 +56,7 @@ private slots:
     void takeTheFirstOfSeveralLines_data();
     void takeTheFirstOfSeveralLines();
     void pasteReplacesWhatIsSelected();
-    void takeMarkedTextOfSeveralLines();
+    void takeSelectedTextOfSeveralLines();
     void completeNothing_data();
     void completeNothing();
     void insertNothingIntoTheirLists();
@@ -151,7 +151,7 @@ void SearchFieldsTest::pasteReplacesWhatIsSelected()
     QCOMPARE(field()->text(), u"a new b"_s);
 }
 
-void SearchFieldsTest::takeMarkedTextOfSeveralLines()
+void SearchFieldsTest::takeSelectedTextOfSeveralLines()
 {
     m_panel->findText = u"one\ntwo"_s;
     m_panel->hide();

@@ -100,17 +100,17 @@ public:
     const ModelStore &model() const { return m_model; }
     RowCol cursor() const { return m_cursor; }
     RowCol anchor() const { return m_anchor; }
-    void setCursor(RowCol place, bool mark = false)
+    void setCursor(RowCol place, bool selects = false)
     {
         m_cursor = clamped(place);
-        if (!mark)
+        if (!selects)
             m_anchor = m_cursor;
     }
 
     bool searchForward(int mode, Qt::CaseSensitivity cs, const QString &find, const QString &replace)
     {
         RowCol start = m_cursor;
-        if (isMarked())
+        if (hasSelection())
             start = { first().row, first().column + 1 };
         const auto hit = NaiveSearch(m_model).forward(find, cs, start);
         if (!hit)
@@ -123,7 +123,7 @@ public:
     }
     bool searchBackward(int mode, Qt::CaseSensitivity cs, const QString &find, const QString &replace)
     {
-        const auto hit = NaiveSearch(m_model).backward(find, cs, isMarked() ? first() : m_cursor);
+        const auto hit = NaiveSearch(m_model).backward(find, cs, hasSelection() ? first() : m_cursor);
         if (!hit)
             return false;
         setCursor(hit->end);
@@ -147,7 +147,7 @@ public:
 
 private:
     qint64 offsetOf(RowCol place) const { return m_model.rows().at(place.row).start + place.column; }
-    bool isMarked() const { return offsetOf(m_cursor) != offsetOf(m_anchor); }
+    bool hasSelection() const { return offsetOf(m_cursor) != offsetOf(m_anchor); }
     RowCol first() const { return offsetOf(m_anchor) < offsetOf(m_cursor) ? m_anchor : m_cursor; }
     RowCol clamped(RowCol place) const
     {

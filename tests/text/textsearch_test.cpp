@@ -74,8 +74,8 @@ private slots:
     void emptyAndSeveralLines();
     void followsTheRowRules_data();
     void followsTheRowRules();
-    void marksRows_data();
-    void marksRows();
+    void selectsRows_data();
+    void selectsRows();
 };
 
 void TextSearchTest::foldsAsTheToolkit_data()
@@ -263,7 +263,7 @@ void TextSearchTest::followsTheRowRules()
     }
 }
 
-void TextSearchTest::marksRows_data()
+void TextSearchTest::selectsRows_data()
 {
     QTest::addColumn<bool>("backwards");
     QTest::addColumn<QString>("find");
@@ -290,7 +290,7 @@ void TextSearchTest::marksRows_data()
     QTest::newRow("back from the start") << true << "0" << qint64(0) << qint64(0) << "none";
 }
 
-void TextSearchTest::marksRows()
+void TextSearchTest::selectsRows()
 {
     QFETCH(bool, backwards);
     QFETCH(QString, find);

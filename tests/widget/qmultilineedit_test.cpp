@@ -1,5 +1,5 @@
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 
 #include <QScrollBar>
@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The classic interface: text by rows, cursor and marked text, edits, wrapping.
+/// The classic interface: text by rows, cursor and selection, edits, wrapping.
 class QMultiLineEditTest : public QObject {
     Q_OBJECT
 
@@ -22,9 +22,9 @@ private slots:
     void cursorIsClamped_data();
     void cursorIsClamped();
     void cursorIsToldInIntToo();
-    void markedRegion_data();
-    void markedRegion();
-    void markedRegionEndsWhereTheCursorIsShown();
+    void selectedRegion_data();
+    void selectedRegion();
+    void selectedRegionEndsWhereTheCursorIsShown();
     void insertReplacesTheMarkedText();
     void selectAllKeepsTheView();
     void wrapWidths_data();
@@ -33,14 +33,14 @@ private slots:
     void cursorSurvivesWrapping();
 };
 
-static RowCol markedStart(const QMultiLineEdit &edit)
+static RowCol selectionStart(const QMultiLineEdit &edit)
 {
     RowCol first, last;
     return edit.getMarkedRegion(&first.row, &first.column, &last.row, &last.column) ? first
                                                                                     : RowCol{ -1, -1 };
 }
 
-static RowCol markedEnd(const QMultiLineEdit &edit)
+static RowCol selectionEnd(const QMultiLineEdit &edit)
 {
     RowCol first, last;
     return edit.getMarkedRegion(&first.row, &first.column, &last.row, &last.column) ? last : RowCol{ -1, -1 };
@@ -148,7 +148,7 @@ void QMultiLineEditTest::cursorIsClamped()
     QMultiLineEdit edit;
     edit.setText(u"ab\ncde"_s);
     edit.setCursorPosition(row, column);
-    QTEST(MarkedText::draw(edit), "after");
+    QTEST(DrawnText::draw(edit), "after");
     qint64 seenRow = -1, seenColumn = -1;
     edit.getCursorPosition(&seenRow, &seenColumn);
     QCOMPARE((RowCol{ seenRow, seenColumn }), edit.cursorPosition());
@@ -165,7 +165,7 @@ void QMultiLineEditTest::cursorIsToldInIntToo()
     QCOMPARE(column, 2);
 }
 
-void QMultiLineEditTest::markedRegion_data()
+void QMultiLineEditTest::selectedRegion_data()
 {
     QTest::addColumn<QString>("drawing");
     QTest::addColumn<qint64>("row1");
@@ -180,23 +180,23 @@ void QMultiLineEditTest::markedRegion_data()
     QTest::newRow("nothing") << u"ab|cd"_s << -1LL << -1LL << -1LL << -1LL << u""_s;
 }
 
-void QMultiLineEditTest::markedRegion()
+void QMultiLineEditTest::selectedRegion()
 {
     QFETCH(QString, drawing);
     QMultiLineEdit edit;
-    MarkedText::load(edit, drawing);
-    QCOMPARE(MarkedText::draw(edit), drawing);
-    QTEST(markedStart(edit).row, "row1");
-    QTEST(markedStart(edit).column, "column1");
-    QTEST(markedEnd(edit).row, "row2");
-    QTEST(markedEnd(edit).column, "column2");
+    DrawnText::load(edit, drawing);
+    QCOMPARE(DrawnText::draw(edit), drawing);
+    QTEST(selectionStart(edit).row, "row1");
+    QTEST(selectionStart(edit).column, "column1");
+    QTEST(selectionEnd(edit).row, "row2");
+    QTEST(selectionEnd(edit).column, "column2");
     QTEST(edit.markedText(), "text");
     QCOMPARE(edit.hasMarkedText(), !edit.markedText().isEmpty());
     edit.deselect();
     QVERIFY(!edit.hasMarkedText());
 }
 
-void QMultiLineEditTest::markedRegionEndsWhereTheCursorIsShown()
+void QMultiLineEditTest::selectedRegionEndsWhereTheCursorIsShown()
 {
     QMultiLineEdit edit;
     wrapAt(edit, 4);
@@ -204,24 +204,24 @@ void QMultiLineEditTest::markedRegionEndsWhereTheCursorIsShown()
     edit.setCursorPosition(0, 1);
     edit.setCursorPosition(0, 4, true);
     QCOMPARE(edit.cursorPosition(), (RowCol{ 0, 4 }));
-    QCOMPARE(markedEnd(edit), (RowCol{ 0, 4 }));
+    QCOMPARE(selectionEnd(edit), (RowCol{ 0, 4 }));
     edit.setCursorPosition(1, 0, true);
-    QCOMPARE(markedEnd(edit), (RowCol{ 1, 0 }));
+    QCOMPARE(selectionEnd(edit), (RowCol{ 1, 0 }));
     QCOMPARE(edit.markedText(), u"xxx"_s);
 }
 
 void QMultiLineEditTest::insertReplacesTheMarkedText()
 {
     QMultiLineEdit edit;
-    MarkedText::load(edit, u"a[bc|d"_s);
+    DrawnText::load(edit, u"a[bc|d"_s);
     edit.insert(u"x\ny"_s);
-    QCOMPARE(MarkedText::draw(edit), u"ax\ny|d"_s);
+    QCOMPARE(DrawnText::draw(edit), u"ax\ny|d"_s);
     QCOMPARE(edit.history().undoSteps(), 1);
     edit.undo();
     QCOMPARE(edit.text(), u"abcd"_s);
-    MarkedText::load(edit, u"a[bc|d"_s);
+    DrawnText::load(edit, u"a[bc|d"_s);
     edit.insert(QString());
-    QCOMPARE(MarkedText::draw(edit), u"a|d"_s);
+    QCOMPARE(DrawnText::draw(edit), u"a|d"_s);
 }
 
 void QMultiLineEditTest::selectAllKeepsTheView()
@@ -277,10 +277,10 @@ void QMultiLineEditTest::defaultTabStopIsEverybodys()
 void QMultiLineEditTest::cursorSurvivesWrapping()
 {
     QMultiLineEdit edit;
-    MarkedText::load(edit, u"xxxxxxxxxx[xxx|xxxx\nxxx"_s);
+    DrawnText::load(edit, u"xxxxxxxxxx[xxx|xxxx\nxxx"_s);
     for (const int columns : { 5, 3, 100, 1 }) {
         wrapAt(edit, columns);
-        QCOMPARE(MarkedText::draw(edit), u"xxxxxxxxxx[xxx|xxxx\nxxx"_s);
+        QCOMPARE(DrawnText::draw(edit), u"xxxxxxxxxx[xxx|xxxx\nxxx"_s);
     }
     QCOMPARE(edit.cursorPosition(), (RowCol{ 13, 0 }));
 }

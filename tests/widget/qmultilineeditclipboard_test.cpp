@@ -1,5 +1,5 @@
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -19,7 +19,7 @@ class QMultiLineEditClipboardTest : public QObject {
 private slots:
     void init();
     void copyAndCut();
-    void nothingMarkedKeepsTheClipboard();
+    void nothingSelectedKeepsTheClipboard();
     void pastedTextIsCleaned_data();
     void pastedTextIsCleaned();
     void ownTextIsPastedLetterForLetter();
@@ -89,29 +89,29 @@ QPoint QMultiLineEditClipboardTest::at(qint64 row, qint64 column) const
 
 void QMultiLineEditClipboardTest::copyAndCut()
 {
-    MarkedText::load(*m_edit, u"a[b\nc|d"_s);
+    DrawnText::load(*m_edit, u"a[b\nc|d"_s);
     m_edit->copy();
     QCOMPARE(clip(), u"b\nc"_s);
-    QCOMPARE(MarkedText::draw(*m_edit), u"a[b\nc|d"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"a[b\nc|d"_s);
     QVERIFY(!m_edit->history().canUndo());
     QApplication::clipboard()->clear();
     m_edit->cut();
     QCOMPARE(clip(), u"b\nc"_s);
-    QCOMPARE(MarkedText::draw(*m_edit), u"a|d"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"a|d"_s);
     m_edit->undo();
     QCOMPARE(m_edit->text(), u"ab\ncd"_s);
     QCOMPARE(QApplication::clipboard()->mimeData()->data(u"text/plain"_s), QByteArray("b\nc"));
     QVERIFY(!QApplication::clipboard()->mimeData()->hasFormat(u"text/html"_s));
 }
 
-void QMultiLineEditClipboardTest::nothingMarkedKeepsTheClipboard()
+void QMultiLineEditClipboardTest::nothingSelectedKeepsTheClipboard()
 {
     QApplication::clipboard()->setText(u"kept"_s);
-    MarkedText::load(*m_edit, u"a|b"_s);
+    DrawnText::load(*m_edit, u"a|b"_s);
     m_edit->copy();
     m_edit->cut();
     QCOMPARE(clip(), u"kept"_s);
-    QCOMPARE(MarkedText::draw(*m_edit), u"a|b"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"a|b"_s);
 }
 
 void QMultiLineEditClipboardTest::pastedTextIsCleaned_data()
@@ -133,10 +133,10 @@ void QMultiLineEditClipboardTest::pastedTextIsCleaned_data()
 void QMultiLineEditClipboardTest::pastedTextIsCleaned()
 {
     QFETCH(QString, text);
-    MarkedText::load(*m_edit, u"a|b"_s);
+    DrawnText::load(*m_edit, u"a|b"_s);
     QApplication::clipboard()->setText(text);
     m_edit->paste();
-    QTEST(MarkedText::draw(*m_edit), "after");
+    QTEST(DrawnText::draw(*m_edit), "after");
 }
 
 void QMultiLineEditClipboardTest::ownTextIsPastedLetterForLetter()
@@ -152,7 +152,7 @@ void QMultiLineEditClipboardTest::ownTextIsPastedLetterForLetter()
 
 void QMultiLineEditClipboardTest::copiedTextOutlivesTheEditor()
 {
-    MarkedText::load(*m_edit, u"a[bc|d"_s);
+    DrawnText::load(*m_edit, u"a[bc|d"_s);
     m_edit->copy();
     m_edit->setText(u"other"_s);
     m_edit.reset();
@@ -161,16 +161,16 @@ void QMultiLineEditClipboardTest::copiedTextOutlivesTheEditor()
 
 void QMultiLineEditClipboardTest::pasteIsOneStep()
 {
-    MarkedText::load(*m_edit, u"a[bc|d"_s);
+    DrawnText::load(*m_edit, u"a[bc|d"_s);
     QApplication::clipboard()->setText(u"XY"_s);
     m_edit->paste();
-    QCOMPARE(MarkedText::draw(*m_edit), u"aXY|d"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"aXY|d"_s);
     QCOMPARE(m_edit->history().undoSteps(), 1);
 }
 
 void QMultiLineEditClipboardTest::droppedTextGoesWhereItIsDropped()
 {
-    MarkedText::load(*m_edit, u"a[b|cd"_s);
+    DrawnText::load(*m_edit, u"a[b|cd"_s);
     QMimeData data;
     data.setText(u"X\0\r\nY"_s);
     QDragEnterEvent enter(at(0, 3), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
@@ -179,7 +179,7 @@ void QMultiLineEditClipboardTest::droppedTextGoesWhereItIsDropped()
     QDropEvent drop(at(0, 3), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(m_edit->viewport(), &drop);
     QVERIFY(drop.isAccepted());
-    QCOMPARE(MarkedText::draw(*m_edit), u"abc[X\nY|d"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"abc[X\nY|d"_s);
     QCOMPARE(m_edit->history().undoSteps(), 1);
     m_edit->undo();
     QCOMPARE(m_edit->text(), u"abcd"_s);
@@ -197,7 +197,7 @@ void QMultiLineEditClipboardTest::dropShowsItsPlace()
     QDragLeaveEvent leave;
     QCoreApplication::sendEvent(m_edit->viewport(), &leave);
     QCOMPARE(m_edit->grab().toImage(), before);
-    QCOMPARE(MarkedText::draw(*m_edit), u"|abcd\nefgh"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"|abcd\nefgh"_s);
 }
 
 void QMultiLineEditClipboardTest::dragNearAnEdgeScrolls_data()
@@ -298,7 +298,7 @@ void QMultiLineEditClipboardTest::draggedTextMoves()
     QFETCH(QString, before);
     QFETCH(int, to);
     QFETCH(bool, copies);
-    MarkedText::load(*m_edit, before);
+    DrawnText::load(*m_edit, before);
     const QString text = m_edit->text();
     qint64 row1, column1, row2, column2;
     m_edit->getMarkedRegion(&row1, &column1, &row2, &column2);
@@ -321,7 +321,7 @@ void QMultiLineEditClipboardTest::draggedTextMoves()
     QTest::mouseMove(window, inWindow(from) + QPoint(0, 40));
     QTRY_VERIFY(step > 3);
     steps.stop();
-    QTEST(MarkedText::draw(*m_edit), "after");
+    QTEST(DrawnText::draw(*m_edit), "after");
     QCOMPARE(m_edit->history().undoSteps(), m_edit->text() == text ? 0 : 1);
 }
 
@@ -330,18 +330,18 @@ void QMultiLineEditClipboardTest::primarySelection()
     QClipboard *const clipboard = QApplication::clipboard();
     QVERIFY(clipboard->supportsSelection());
     const auto primary = [clipboard] { return clipboard->text(QClipboard::Selection); };
-    MarkedText::load(*m_edit, u"|abcdef"_s);
-    MarkedText::press(*m_edit, u"Shift+Right*2"_s);
+    DrawnText::load(*m_edit, u"|abcdef"_s);
+    DrawnText::press(*m_edit, u"Shift+Right*2"_s);
     QCOMPARE(primary(), u"ab"_s);
     QTest::mouseDClick(m_edit->viewport(), Qt::LeftButton, {}, at(0, 1));
     QCOMPARE(primary(), u"abcdef"_s);
-    MarkedText::press(*m_edit, u"Ctrl+Home Shift+Right*3 Right"_s);
+    DrawnText::press(*m_edit, u"Ctrl+Home Shift+Right*3 Right"_s);
     QCOMPARE(primary(), u"abc"_s);
     m_edit->setText(u"1234"_s);
     QCOMPARE(primary(), u"abc"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::MiddleButton, {}, at(0, 2));
-    QCOMPARE(MarkedText::draw(*m_edit), u"12abc|34"_s);
-    MarkedText::press(*m_edit, u"Shift+Home 'x'"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"12abc|34"_s);
+    DrawnText::press(*m_edit, u"Shift+Home 'x'"_s);
     QCOMPARE(primary(), u"12abc"_s);
     m_edit->setText(u"x"_s.repeated(5'000'000));
     m_edit->selectAll();
@@ -363,7 +363,7 @@ void QMultiLineEditClipboardTest::menuTellsWhatIsPossible_data()
                          const QString &menu) { QTest::newRow(name) << text << keys << clip << menu; };
     row("empty", u"|"_s, u""_s, u""_s, u"(Undo) (Redo) (Cut) (Copy) (Paste) (Select All)"_s);
     row("text", u"|abc"_s, u""_s, u"x"_s, u"(Undo) (Redo) (Cut) (Copy) Paste Select All"_s);
-    row("marked", u"a[b|c"_s, u""_s, u""_s, u"(Undo) (Redo) Cut Copy (Paste) Select All"_s);
+    row("selected", u"a[b|c"_s, u""_s, u""_s, u"(Undo) (Redo) Cut Copy (Paste) Select All"_s);
     row("typed", u"|"_s, u"'x'"_s, u""_s, u"Undo (Redo) (Cut) (Copy) (Paste) Select All"_s);
     row("undone", u"|"_s, u"'x' Undo"_s, u""_s, u"(Undo) Redo (Cut) (Copy) (Paste) (Select All)"_s);
 }
@@ -374,8 +374,8 @@ void QMultiLineEditClipboardTest::menuTellsWhatIsPossible()
     QFETCH(QString, keys);
     QFETCH(QString, clip);
     MenuEdit edit;
-    MarkedText::load(edit, text);
-    MarkedText::press(edit, keys);
+    DrawnText::load(edit, text);
+    DrawnText::press(edit, keys);
     if (!clip.isEmpty())
         QApplication::clipboard()->setText(clip);
     const std::unique_ptr<QMenu> menu(edit.createContextMenu());
@@ -385,7 +385,7 @@ void QMultiLineEditClipboardTest::menuTellsWhatIsPossible()
 void QMultiLineEditClipboardTest::menuActs()
 {
     MenuEdit edit;
-    MarkedText::load(edit, u"a[b|c"_s);
+    DrawnText::load(edit, u"a[b|c"_s);
     const auto act = [&edit](int index) {
         const std::unique_ptr<QMenu> menu(edit.createContextMenu());
         QList<QAction *> actions = menu->actions();
@@ -393,15 +393,15 @@ void QMultiLineEditClipboardTest::menuActs()
         actions[index]->trigger();
     };
     act(2);
-    QCOMPARE(MarkedText::draw(edit), u"a|c"_s);
+    QCOMPARE(DrawnText::draw(edit), u"a|c"_s);
     act(4);
-    QCOMPARE(MarkedText::draw(edit), u"ab|c"_s);
+    QCOMPARE(DrawnText::draw(edit), u"ab|c"_s);
     act(0);
-    QCOMPARE(MarkedText::draw(edit), u"a|c"_s);
+    QCOMPARE(DrawnText::draw(edit), u"a|c"_s);
     act(1);
-    QCOMPARE(MarkedText::draw(edit), u"ab|c"_s);
+    QCOMPARE(DrawnText::draw(edit), u"ab|c"_s);
     act(5);
-    QCOMPARE(MarkedText::draw(edit), u"[abc|"_s);
+    QCOMPARE(DrawnText::draw(edit), u"[abc|"_s);
     act(3);
     QCOMPARE(clip(), u"abc"_s);
 }
@@ -417,20 +417,20 @@ void QMultiLineEditClipboardTest::menuOpensByKey_data()
 void QMultiLineEditClipboardTest::menuOpensByKey()
 {
     QFETCH(QString, key);
-    MarkedText::load(*m_edit, u"a[b|c"_s);
+    DrawnText::load(*m_edit, u"a[b|c"_s);
     if (key.isNull()) {
         const QPoint point = at(0, 2);
         QContextMenuEvent event(QContextMenuEvent::Mouse, point, m_edit->viewport()->mapToGlobal(point));
         QCoreApplication::sendEvent(m_edit->viewport(), &event);
         QVERIFY(event.isAccepted());
     } else {
-        MarkedText::press(*m_edit, key);
+        DrawnText::press(*m_edit, key);
     }
     QTRY_VERIFY(openMenu());
     const QPointer<QMenu> menu = openMenu();
     menu->close();
     QTRY_VERIFY(!menu);
-    QCOMPARE(MarkedText::draw(*m_edit), u"a[b|c"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"a[b|c"_s);
 }
 
 REGISTER_TEST(runWindowTest<QMultiLineEditClipboardTest>)

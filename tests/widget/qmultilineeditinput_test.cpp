@@ -1,5 +1,5 @@
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "widget/preedit.h"
 
 #include <QInputMethodEvent>
@@ -61,7 +61,7 @@ private slots:
 void QMultiLineEditInputTest::composedTextIsNoPartOfTheDocument()
 {
     ComposedEdit edit;
-    MarkedText::load(edit, u"ab|cd"_s);
+    DrawnText::load(edit, u"ab|cd"_s);
     edit.setEdited(false);
     QSignalSpy changed(&edit, &QMultiLineEdit::textChanged);
     QSignalSpy undo(&edit, &QMultiLineEdit::undoAvailable);
@@ -69,7 +69,7 @@ void QMultiLineEditInputTest::composedTextIsNoPartOfTheDocument()
     edit.compose(u"かん"_s);
     QVERIFY(edit.isComposing());
     QCOMPARE(edit.preedit().text, u"かん"_s);
-    QCOMPARE(MarkedText::draw(edit), u"ab|cd"_s);
+    QCOMPARE(DrawnText::draw(edit), u"ab|cd"_s);
     edit.compose(QString());
     QVERIFY(!edit.isComposing());
     QVERIFY(changed.isEmpty());
@@ -103,7 +103,7 @@ void QMultiLineEditInputTest::cursorStandsInComposedText()
 {
     ComposedEdit edit;
     edit.resize(200, 100);
-    MarkedText::load(edit, u"ab|cd"_s);
+    DrawnText::load(edit, u"ab|cd"_s);
     const QRect before = edit.cursorRect();
     edit.compose(u"xyz"_s, { { QInputMethodEvent::Cursor, 2, 1, {} } });
     QVERIFY(edit.cursorRect().left() > before.left());
@@ -123,14 +123,14 @@ void QMultiLineEditInputTest::cursorStandsInComposedText()
 void QMultiLineEditInputTest::composedTextKeepsTheMarkedText()
 {
     ComposedEdit edit;
-    MarkedText::load(edit, u"a[bc|d"_s);
+    DrawnText::load(edit, u"a[bc|d"_s);
     edit.compose(u"か"_s);
-    QCOMPARE(MarkedText::draw(edit), u"a[bc|d"_s);
+    QCOMPARE(DrawnText::draw(edit), u"a[bc|d"_s);
     edit.compose(QString());
-    QCOMPARE(MarkedText::draw(edit), u"a[bc|d"_s);
+    QCOMPARE(DrawnText::draw(edit), u"a[bc|d"_s);
     edit.compose(u"か"_s);
     edit.commit(u"蚊"_s);
-    QCOMPARE(MarkedText::draw(edit), u"a蚊|d"_s);
+    QCOMPARE(DrawnText::draw(edit), u"a蚊|d"_s);
     edit.undo();
     QCOMPARE(edit.text(), u"abcd"_s);
 }
@@ -143,14 +143,14 @@ void QMultiLineEditInputTest::commits_data()
     QTest::addColumn<int>("length");
     QTest::addColumn<QString>("after");
     QTest::newRow("at the cursor") << u"ab|cd"_s << u"漢字"_s << 0 << 0 << u"ab漢字|cd"_s;
-    QTest::newRow("over marked text") << u"a[bc|d"_s << u"X"_s << 0 << 0 << u"aX|d"_s;
+    QTest::newRow("over selected text") << u"a[bc|d"_s << u"X"_s << 0 << 0 << u"aX|d"_s;
     QTest::newRow("replacing before the cursor") << u"abc|d"_s << u"X"_s << -2 << 2 << u"aX|d"_s;
     QTest::newRow("replacing behind the cursor") << u"a|bcd"_s << u"X"_s << 0 << 2 << u"aX|d"_s;
     QTest::newRow("replacing elsewhere") << u"a|bcd"_s << u"X"_s << 1 << 2 << u"abX|"_s;
     QTest::newRow("deleting surroundings") << u"abc|d"_s << u""_s << -2 << 2 << u"a|d"_s;
     QTest::newRow("replacing before the start") << u"a|bcd"_s << u"X"_s << -9 << 2 << u"X|cd"_s;
     QTest::newRow("replacing beyond the end") << u"abc|d"_s << u"X"_s << 0 << 99 << u"abcX|"_s;
-    QTest::newRow("replacing and marked text") << u"ab[cd|ef"_s << u"X"_s << -1 << 2 << u"aX|f"_s;
+    QTest::newRow("replacing and selected text") << u"ab[cd|ef"_s << u"X"_s << -1 << 2 << u"aX|f"_s;
     QTest::newRow("nothing") << u"a[b|c"_s << u""_s << 0 << 0 << u"a[b|c"_s;
 }
 
@@ -161,11 +161,11 @@ void QMultiLineEditInputTest::commits()
     QFETCH(int, from);
     QFETCH(int, length);
     ComposedEdit edit;
-    MarkedText::load(edit, before);
+    DrawnText::load(edit, before);
     const QString plain = edit.text();
     QSignalSpy changed(&edit, &QMultiLineEdit::textChanged);
     edit.commit(text, from, length);
-    QTEST(MarkedText::draw(edit), "after");
+    QTEST(DrawnText::draw(edit), "after");
     QCOMPARE(changed.size(), plain == edit.text() ? 0 : 1);
     QVERIFY(edit.history().undoSteps() <= 1);
     edit.undo();
@@ -201,38 +201,38 @@ void QMultiLineEditInputTest::committedTextIsCleaned()
     QFETCH(QString, text);
     ComposedEdit edit;
     edit.commit(text);
-    QTEST(MarkedText::draw(edit), "after");
+    QTEST(DrawnText::draw(edit), "after");
 }
 
 void QMultiLineEditInputTest::returnEndsComposing()
 {
     ComposedEdit edit;
-    MarkedText::load(edit, u"a|b"_s);
+    DrawnText::load(edit, u"a|b"_s);
     edit.compose(u"かな"_s);
-    MarkedText::press(edit, u"Return"_s);
-    QCOMPARE(MarkedText::draw(edit), u"aかな|b"_s);
+    DrawnText::press(edit, u"Return"_s);
+    QCOMPARE(DrawnText::draw(edit), u"aかな|b"_s);
     QVERIFY(!edit.isComposing());
-    MarkedText::press(edit, u"Return"_s);
-    QCOMPARE(MarkedText::draw(edit), u"aかな\n|b"_s);
+    DrawnText::press(edit, u"Return"_s);
+    QCOMPARE(DrawnText::draw(edit), u"aかな\n|b"_s);
     edit.compose(u"か"_s);
-    MarkedText::press(edit, u"Enter"_s);
-    QCOMPARE(MarkedText::draw(edit), u"aかな\nか|b"_s);
+    DrawnText::press(edit, u"Enter"_s);
+    QCOMPARE(DrawnText::draw(edit), u"aかな\nか|b"_s);
 }
 
 void QMultiLineEditInputTest::clickEndsComposing()
 {
     ComposedEdit edit;
     edit.resize(200, 100);
-    MarkedText::load(edit, u"ab|"_s);
+    DrawnText::load(edit, u"ab|"_s);
     edit.compose(u"かな"_s);
     QTest::mouseClick(edit.viewport(), Qt::LeftButton, {}, QPoint(1, 5));
-    QCOMPARE(MarkedText::draw(edit), u"|abかな"_s);
+    QCOMPARE(DrawnText::draw(edit), u"|abかな"_s);
 }
 
 void QMultiLineEditInputTest::undoEndsComposing()
 {
     ComposedEdit edit;
-    MarkedText::load(edit, u"ab|"_s);
+    DrawnText::load(edit, u"ab|"_s);
     edit.insert(u"c"_s);
     edit.compose(u"かな"_s);
     edit.undo();
@@ -243,7 +243,7 @@ void QMultiLineEditInputTest::undoEndsComposing()
 void QMultiLineEditInputTest::answersQueries()
 {
     ComposedEdit edit;
-    MarkedText::load(edit, u"first\nsec[on|d\nthird"_s);
+    DrawnText::load(edit, u"first\nsec[on|d\nthird"_s);
     QVERIFY(edit.ask(Qt::ImEnabled).toBool());
     QVERIFY(edit.testAttribute(Qt::WA_InputMethodEnabled));
     QCOMPARE(edit.ask(Qt::ImSurroundingText).toString(), u"second"_s);
@@ -281,7 +281,7 @@ void QMultiLineEditInputTest::answersWithArguments()
 {
     ComposedEdit edit;
     edit.resize(300, 100);
-    MarkedText::load(edit, u"abc|def"_s);
+    DrawnText::load(edit, u"abc|def"_s);
     const auto ask = [&edit](Qt::InputMethodQuery query, const QVariant &argument) {
         QVariant answer;
         QMetaObject::invokeMethod(&edit, "inputMethodQuery", Qt::DirectConnection,
@@ -299,13 +299,13 @@ void QMultiLineEditInputTest::answersWithArguments()
 void QMultiLineEditInputTest::inputMethodSelects()
 {
     ComposedEdit edit;
-    MarkedText::load(edit, u"first\nsec|ond"_s);
+    DrawnText::load(edit, u"first\nsec|ond"_s);
     edit.compose(QString(), { { QInputMethodEvent::Selection, 1, 3, {} } });
-    QCOMPARE(MarkedText::draw(edit), u"first\ns[eco|nd"_s);
+    QCOMPARE(DrawnText::draw(edit), u"first\ns[eco|nd"_s);
     edit.compose(QString(), { { QInputMethodEvent::Selection, 4, -2, {} } });
-    QCOMPARE(MarkedText::draw(edit), u"first\nse|co]nd"_s);
+    QCOMPARE(DrawnText::draw(edit), u"first\nse|co]nd"_s);
     edit.compose(QString(), { { QInputMethodEvent::Selection, 99, 0, {} } });
-    QCOMPARE(MarkedText::draw(edit), u"first\nsecond|"_s);
+    QCOMPARE(DrawnText::draw(edit), u"first\nsecond|"_s);
 }
 
 void QMultiLineEditInputTest::longSelectionIsNotGivenWhole()

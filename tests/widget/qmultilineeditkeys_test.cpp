@@ -1,5 +1,5 @@
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 
 #include <QRegularExpression>
@@ -7,7 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// What each key does, drawn as text with a marked cursor before and after it.
+/// What each key does, drawn as text with its cursor before and after it.
 class QMultiLineEditKeysTest : public QObject {
     Q_OBJECT
 
@@ -152,9 +152,9 @@ void QMultiLineEditKeysTest::keys()
     QFETCH(QString, before);
     QFETCH(QString, keys);
     QMultiLineEdit edit;
-    MarkedText::load(edit, before);
-    MarkedText::press(edit, keys);
-    QTEST(MarkedText::draw(edit), "after");
+    DrawnText::load(edit, before);
+    DrawnText::press(edit, keys);
+    QTEST(DrawnText::draw(edit), "after");
 }
 
 /// Rows of four characters; the cursor's place is told as row:column.
@@ -183,8 +183,8 @@ void QMultiLineEditKeysTest::wrappedRows()
     QMultiLineEdit edit;
     wrapAt(edit, 4);
     // Digits and letters differ in width in a font that is not of fixed pitch; x is the measure.
-    MarkedText::load(edit, QString(before).replace(QRegularExpression(u"[a-w]"_s), u"x"_s));
-    MarkedText::press(edit, keys);
+    DrawnText::load(edit, QString(before).replace(QRegularExpression(u"[a-w]"_s), u"x"_s));
+    DrawnText::press(edit, keys);
     const RowCol at = edit.cursorPosition();
     QTEST(at.row, "row");
     QTEST(at.column, "column");
@@ -205,10 +205,10 @@ void QMultiLineEditKeysTest::keysOfTheWindowReachItOnce()
     const QKeyCombination keys = QKeySequence(key, QKeySequence::PortableText)[0];
     EditorAndNeighbour window;
     window.show();
-    MarkedText::load(window.edit(), u"a[b|c"_s);
+    DrawnText::load(window.edit(), u"a[b|c"_s);
     QTest::keyClick(&window.edit(), keys.key(), keys.keyboardModifiers());
     QCOMPARE(window.keys, QList<QKeyCombination>({ keys }));
-    QCOMPARE(MarkedText::draw(window.edit()), u"a[b|c"_s);
+    QCOMPARE(DrawnText::draw(window.edit()), u"a[b|c"_s);
     QVERIFY(window.edit().hasFocus() || window.focusWidget() == &window.edit());
 }
 
@@ -241,7 +241,7 @@ void QMultiLineEditKeysTest::textKeys()
     QMultiLineEdit edit;
     QKeyEvent event(QEvent::KeyPress, Qt::Key_unknown, Qt::KeyboardModifiers(modifiers), text);
     QCoreApplication::sendEvent(&edit, &event);
-    QTEST(MarkedText::draw(edit), "after");
+    QTEST(DrawnText::draw(edit), "after");
     QCOMPARE(event.isAccepted(), edit.text() == text && !text.isEmpty());
 }
 
@@ -251,12 +251,12 @@ void QMultiLineEditKeysTest::tabAndBacktabKeepTheFocus()
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     window.edit().setFocus();
-    MarkedText::load(window.edit(), u"a|b"_s);
+    DrawnText::load(window.edit(), u"a|b"_s);
     QTest::keyClick(&window.edit(), Qt::Key_Tab);
     QTest::keyClick(&window.edit(), Qt::Key_Backtab, Qt::ShiftModifier);
     QTest::keyClick(&window.edit(), Qt::Key_Tab, Qt::ShiftModifier);
     QVERIFY(window.edit().hasFocus());
-    QCOMPARE(MarkedText::draw(window.edit()), u"a\t|b"_s);
+    QCOMPARE(DrawnText::draw(window.edit()), u"a\t|b"_s);
     QVERIFY(window.keys.isEmpty());
 }
 
@@ -269,47 +269,47 @@ void QMultiLineEditKeysTest::pageMovesTakeTheViewAlong()
     const qint64 page = qint64(edit.viewport()->height() / edit.rowHeight()) - 1;
     edit.setCursorPosition(5, 0);
     edit.setTopRow(3);
-    MarkedText::press(edit, u"PgDown"_s);
+    DrawnText::press(edit, u"PgDown"_s);
     QCOMPARE(edit.cursorPosition(), (RowCol{ 5 + page, 0 }));
     QCOMPARE(edit.topRow(), 3 + page);
-    MarkedText::press(edit, u"Shift+PgUp"_s);
+    DrawnText::press(edit, u"Shift+PgUp"_s);
     QCOMPARE(edit.cursorPosition(), (RowCol{ 5, 0 }));
     QCOMPARE(edit.topRow(), 3);
     QCOMPARE(edit.markedText(), u"x\n"_s.repeated(page));
-    MarkedText::press(edit, u"PgUp PgUp"_s);
+    DrawnText::press(edit, u"PgUp PgUp"_s);
     QCOMPARE(edit.cursorPosition(), (RowCol{ 0, 0 }));
-    MarkedText::press(edit, u"PgDown*100"_s);
+    DrawnText::press(edit, u"PgDown*100"_s);
     QCOMPARE(edit.cursorPosition(), (RowCol{ 500, 0 }));
-    MarkedText::press(edit, u"Ctrl+Home Ctrl+Down*2"_s);
+    DrawnText::press(edit, u"Ctrl+Home Ctrl+Down*2"_s);
     QCOMPARE(edit.topRow(), 2);
     QCOMPARE(edit.cursorPosition(), (RowCol{ 0, 0 }));
-    MarkedText::press(edit, u"Ctrl+Up"_s);
+    DrawnText::press(edit, u"Ctrl+Up"_s);
     QCOMPARE(edit.topRow(), 1);
 }
 
 void QMultiLineEditKeysTest::goalColumnSurvivesShortRows()
 {
     QMultiLineEdit edit;
-    MarkedText::load(edit, u"xxxx|x\nx\n\nxxxxx"_s);
-    MarkedText::press(edit, u"Down"_s);
-    QCOMPARE(MarkedText::draw(edit), u"xxxxx\nx|\n\nxxxxx"_s);
-    MarkedText::press(edit, u"Down*2"_s);
-    QCOMPARE(MarkedText::draw(edit), u"xxxxx\nx\n\nxxxx|x"_s);
-    MarkedText::press(edit, u"Up*2 Left Right Up"_s);
-    QCOMPARE(MarkedText::draw(edit), u"x|xxxx\nx\n\nxxxxx"_s);
+    DrawnText::load(edit, u"xxxx|x\nx\n\nxxxxx"_s);
+    DrawnText::press(edit, u"Down"_s);
+    QCOMPARE(DrawnText::draw(edit), u"xxxxx\nx|\n\nxxxxx"_s);
+    DrawnText::press(edit, u"Down*2"_s);
+    QCOMPARE(DrawnText::draw(edit), u"xxxxx\nx\n\nxxxx|x"_s);
+    DrawnText::press(edit, u"Up*2 Left Right Up"_s);
+    QCOMPARE(DrawnText::draw(edit), u"x|xxxx\nx\n\nxxxxx"_s);
 }
 
 void QMultiLineEditKeysTest::overwriteTakesTheInsertKey()
 {
     QMultiLineEdit edit;
     QVERIFY(!edit.isOverwriteMode());
-    MarkedText::press(edit, u"Ins"_s);
+    DrawnText::press(edit, u"Ins"_s);
     QVERIFY(edit.isOverwriteMode());
-    MarkedText::load(edit, u"|abc"_s);
-    MarkedText::press(edit, u"'x'"_s);
+    DrawnText::load(edit, u"|abc"_s);
+    DrawnText::press(edit, u"'x'"_s);
     edit.undo();
-    QCOMPARE(MarkedText::draw(edit).remove(u'|'), u"abc"_s);
-    MarkedText::press(edit, u"Ins"_s);
+    QCOMPARE(DrawnText::draw(edit).remove(u'|'), u"abc"_s);
+    DrawnText::press(edit, u"Ins"_s);
     QVERIFY(!edit.isOverwriteMode());
 }
 

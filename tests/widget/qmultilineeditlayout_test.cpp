@@ -1,6 +1,6 @@
 #include "rows/fontmeasure.h"
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 
 #include <QAccessible>
@@ -180,15 +180,15 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
     act("insert", [](auto &edit) { edit.insert(u"x\ty\nz"_s); });
     act("replace", [](auto &edit) { edit.replace(900, 1000, u"xyz"_s); });
     act("replace the row that is at a place now", [](auto &edit) { removeRow(edit, 60); });
-    act("mark everything", [](auto &edit) { edit.selectAll(); });
-    act("mark nothing", [](auto &edit) { edit.deselect(); });
+    act("select everything", [](auto &edit) { edit.selectAll(); });
+    act("select nothing", [](auto &edit) { edit.deselect(); });
     act("cut, and undo", [](auto &edit) {
         edit.cut();
         edit.undo();
     });
-    act("move by rows", [](auto &edit) { MarkedText::press(edit, u"Down*3 Up End Shift+Home"_s); });
-    act("move by a page", [](auto &edit) { MarkedText::press(edit, u"PgDown PgDown PgUp"_s); });
-    act("type and erase", [](auto &edit) { MarkedText::press(edit, u"'abc' Backspace Return Del"_s); });
+    act("move by rows", [](auto &edit) { DrawnText::press(edit, u"Down*3 Up End Shift+Home"_s); });
+    act("move by a page", [](auto &edit) { DrawnText::press(edit, u"PgDown PgDown PgUp"_s); });
+    act("type and erase", [](auto &edit) { DrawnText::press(edit, u"'abc' Backspace Return Del"_s); });
     act("press the mouse", [](auto &edit) {
         QTest::mouseClick(edit.viewport(), Qt::LeftButton, {}, { 60, 90 });
     });

@@ -1,6 +1,6 @@
 #include "tests/testprogram.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/keyboardasked.h"
-#include "tests/widget/markedtext.h"
 #include "tests/widget/rows.h"
 
 #include <QApplication>
@@ -18,7 +18,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// Marking, dragging and asking for the menu with a pen, whose events come in where the system's do.
+/// Selecting, dragging and asking for the menu with a pen, whose events come in where the system's do.
 class QMultiLineEditPenTest : public QObject {
     Q_OBJECT
 
@@ -30,11 +30,11 @@ private slots:
     void tapPlacesTheCursor();
     void tapTakesTheFocus();
     void tapAsksForTheKeyboard();
-    void dragMarks();
-    void dragBackwardsMarks();
+    void dragSelects();
+    void dragBackwardsSelects();
     void shiftTapExtends();
-    void tapsAtOnePlaceMarkMore();
-    void doubleTapAndDragMarksWords();
+    void tapsAtOnePlaceSelectMore();
+    void doubleTapAndDragSelectsWords();
     void tapsThatAreNoDoubleTap_data();
     void tapsThatAreNoDoubleTap();
     void tapEndsComposing();
@@ -125,11 +125,11 @@ void QMultiLineEditPenTest::drag(QPoint from, QPoint to)
 
 void QMultiLineEditPenTest::tapPlacesTheCursor()
 {
-    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
+    DrawnText::load(*m_edit, u"h[ello\nwor|ld"_s);
     tap(at(0, 3));
-    QCOMPARE(MarkedText::draw(*m_edit), u"hel|lo\nworld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"hel|lo\nworld"_s);
     tap(at(1, 1));
-    QCOMPARE(MarkedText::draw(*m_edit), u"hello\nw|orld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"hello\nw|orld"_s);
 }
 
 void QMultiLineEditPenTest::tapTakesTheFocus()
@@ -152,51 +152,51 @@ void QMultiLineEditPenTest::tapAsksForTheKeyboard()
     QCOMPARE(keyboard.times, 2);
 }
 
-void QMultiLineEditPenTest::dragMarks()
+void QMultiLineEditPenTest::dragSelects()
 {
     m_edit->setText(u"hello\nworld"_s);
     pen(at(0, 1), Qt::LeftButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h|ello\nworld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h|ello\nworld"_s);
     pen(at(1, 3), Qt::LeftButton);
     pen(at(1, 3), Qt::NoButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
     pen(at(0, 4), Qt::NoButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
 }
 
-void QMultiLineEditPenTest::dragBackwardsMarks()
+void QMultiLineEditPenTest::dragBackwardsSelects()
 {
     m_edit->setText(u"hello\nworld"_s);
     drag(at(1, 3), at(0, 1));
-    QCOMPARE(MarkedText::draw(*m_edit), u"h|ello\nwor]ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h|ello\nwor]ld"_s);
 }
 
 void QMultiLineEditPenTest::shiftTapExtends()
 {
-    MarkedText::load(*m_edit, u"h|ello\nworld"_s);
+    DrawnText::load(*m_edit, u"h|ello\nworld"_s);
     tap(at(1, 3), Qt::ShiftModifier);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
 }
 
 /// As clicks of the mouse do.
-void QMultiLineEditPenTest::tapsAtOnePlaceMarkMore()
+void QMultiLineEditPenTest::tapsAtOnePlaceSelectMore()
 {
-    MarkedText::load(*m_edit, u"one two three\nfour|"_s);
+    DrawnText::load(*m_edit, u"one two three\nfour|"_s);
     const QPoint place = at(0, 5);
     const QString drawings[] = { u"one t|wo three\nfour"_s, u"one [two| three\nfour"_s,
         u"[one two three\n|four"_s, u"one t|wo three\nfour"_s };
     for (const QString &drawing : drawings) {
         tap(place + QPoint(1, 1));
-        QCOMPARE(MarkedText::draw(*m_edit), drawing);
+        QCOMPARE(DrawnText::draw(*m_edit), drawing);
     }
 }
 
-void QMultiLineEditPenTest::doubleTapAndDragMarksWords()
+void QMultiLineEditPenTest::doubleTapAndDragSelectsWords()
 {
-    MarkedText::load(*m_edit, u"one two three four|"_s);
+    DrawnText::load(*m_edit, u"one two three four|"_s);
     tap(at(0, 5));
     drag(at(0, 5), at(0, 10));
-    QCOMPARE(MarkedText::draw(*m_edit), u"one [two three| four"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"one [two three| four"_s);
 }
 
 void QMultiLineEditPenTest::tapsThatAreNoDoubleTap_data()
@@ -226,49 +226,49 @@ void QMultiLineEditPenTest::tapsThatAreNoDoubleTap_data()
 void QMultiLineEditPenTest::tapsThatAreNoDoubleTap()
 {
     QFETCH(const std::function<void(QMultiLineEditPenTest &)>, first);
-    MarkedText::load(*m_edit, u"one two three|"_s);
+    DrawnText::load(*m_edit, u"one two three|"_s);
     first(*this);
     tap(at(0, 5));
-    QCOMPARE(MarkedText::draw(*m_edit), u"one t|wo three"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"one t|wo three"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {},
         m_edit->viewport()->mapFrom(m_window.get(), at(0, 5) + QPoint(1, 1)));
-    QCOMPARE(MarkedText::draw(*m_edit), u"one t|wo three"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"one t|wo three"_s);
 }
 
 void QMultiLineEditPenTest::tapEndsComposing()
 {
-    MarkedText::load(*m_edit, u"ab|"_s);
+    DrawnText::load(*m_edit, u"ab|"_s);
     QInputMethodEvent composing(u"かな"_s, {});
     QCoreApplication::sendEvent(m_edit, &composing);
     tap(at(0, 0));
-    QCOMPARE(MarkedText::draw(*m_edit), u"|abかな"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"|abかな"_s);
 }
 
 void QMultiLineEditPenTest::hoveringChangesNothing()
 {
-    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
+    DrawnText::load(*m_edit, u"h[ello\nwor|ld"_s);
     pen(at(0, 0), Qt::NoButton);
     pen(at(1, 4), Qt::NoButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
 }
 
 void QMultiLineEditPenTest::otherButtonsAreLeftToTheMouse()
 {
-    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
+    DrawnText::load(*m_edit, u"h[ello\nwor|ld"_s);
     pen(at(0, 1), Qt::RightButton);
     pen(at(0, 1), Qt::NoButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
 }
 
 void QMultiLineEditPenTest::heldStillOpensTheMenu()
 {
-    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
+    DrawnText::load(*m_edit, u"h[ello\nwor|ld"_s);
     pen(at(0, 3), Qt::LeftButton);
     pen(at(0, 3) + QPoint(1, 1), Qt::LeftButton);
     QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));
     QApplication::activePopupWidget()->close();
     pen(at(0, 3), Qt::NoButton);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
 }
 
 void QMultiLineEditPenTest::movingOpensNoMenu()
@@ -283,7 +283,7 @@ void QMultiLineEditPenTest::movingOpensNoMenu()
 
 void QMultiLineEditPenTest::tapBesideAMenuClosesIt()
 {
-    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
+    DrawnText::load(*m_edit, u"h[ello\nwor|ld"_s);
     pen(at(0, 1), Qt::LeftButton);
     QTRY_VERIFY(QApplication::activePopupWidget());
     pen(at(0, 1), Qt::NoButton);
@@ -291,14 +291,14 @@ void QMultiLineEditPenTest::tapBesideAMenuClosesIt()
     QVERIFY(!QApplication::activePopupWidget()->geometry().contains(m_window->mapToGlobal(beside)));
     tap(beside);
     QTRY_VERIFY(!QApplication::activePopupWidget());
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
     tap(at(0, 3));
-    QCOMPARE(MarkedText::draw(*m_edit), u"hel|lo\nworld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"hel|lo\nworld"_s);
 }
 
 void QMultiLineEditPenTest::dragsMarkedText()
 {
-    MarkedText::load(*m_edit, u"a[bc|defgh"_s);
+    DrawnText::load(*m_edit, u"a[bc|defgh"_s);
     const QPoint to = at(0, 6);
     // The drag has an event loop of its own, in which the pen goes on.
     QTimer::singleShot(0, m_edit, [this, to] {
@@ -307,10 +307,10 @@ void QMultiLineEditPenTest::dragsMarkedText()
     });
     pen(at(0, 2), Qt::LeftButton);
     pen(at(0, 2) + QPoint(0, 50), Qt::LeftButton);
-    QTRY_COMPARE(MarkedText::draw(*m_edit), u"adef[bc|gh"_s);
+    QTRY_COMPARE(DrawnText::draw(*m_edit), u"adef[bc|gh"_s);
     pen(to, Qt::NoButton);
     tap(at(0, 1));
-    QCOMPARE(MarkedText::draw(*m_edit), u"a|defbcgh"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"a|defbcgh"_s);
 }
 
 REGISTER_TEST(runWindowTest<QMultiLineEditPenTest>)

@@ -1,6 +1,6 @@
 #include "tests/testprogram.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/keyboardasked.h"
-#include "tests/widget/markedtext.h"
 #include "tests/widget/rows.h"
 
 #include <QAbstractEventDispatcher>
@@ -14,7 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// Marking and scrolling with mouse and finger.
+/// Selecting and scrolling with mouse and finger.
 class QMultiLineEditPointerTest : public QObject {
     Q_OBJECT
 
@@ -22,16 +22,16 @@ private slots:
     void init();
     void cleanup();
     void clickPlacesTheCursor();
-    void dragMarks();
+    void dragSelects();
     void shiftClickExtends();
-    void doubleClickMarksAWord_data();
-    void doubleClickMarksAWord();
-    void doubleClickAndDragMarksWords();
-    void tripleClickMarksALine_data();
-    void tripleClickMarksALine();
-    void tripleClickAndDragMarksLines();
+    void doubleClickSelectsAWord_data();
+    void doubleClickSelectsAWord();
+    void doubleClickAndDragSelectsWords();
+    void tripleClickSelectsALine_data();
+    void tripleClickSelectsALine();
+    void tripleClickAndDragSelectsLines();
     void lateThirdClickPlacesTheCursor();
-    void clickInMarkedTextPlacesTheCursor();
+    void clickInSelectedTextPlacesTheCursor();
     void otherButtonsKeepTheMarkedText();
     void draggingBeyondTheEdgeScrolls();
     void clickAtAWrappedRowsEndStaysOnIt();
@@ -91,40 +91,40 @@ void QMultiLineEditPointerTest::clickPlacesTheCursor()
 {
     m_edit->setText(u"hello\nworld\n"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, at(1, 2));
-    QCOMPARE(MarkedText::draw(*m_edit), u"hello\nwo|rld\n"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"hello\nwo|rld\n"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, at(0, 4) - QPoint(1, 0));
-    QCOMPARE(MarkedText::draw(*m_edit), u"hell|o\nworld\n"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"hell|o\nworld\n"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, QPoint(290, at(0, 0).y()));
-    QCOMPARE(MarkedText::draw(*m_edit), u"hello|\nworld\n"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"hello|\nworld\n"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, QPoint(100, 290));
-    QCOMPARE(MarkedText::draw(*m_edit), u"hello\nworld\n|"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"hello\nworld\n|"_s);
     QVERIFY(!hasTimers(*m_edit));
 }
 
-void QMultiLineEditPointerTest::dragMarks()
+void QMultiLineEditPointerTest::dragSelects()
 {
     m_edit->setText(u"hello\nworld"_s);
     drag(at(0, 1), at(1, 3));
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
     m_edit->deselect();
     drag(at(1, 3), at(0, 1));
-    QCOMPARE(MarkedText::draw(*m_edit), u"h|ello\nwor]ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h|ello\nwor]ld"_s);
     QTest::mouseMove(m_edit->viewport(), at(0, 4));
-    QCOMPARE(MarkedText::draw(*m_edit), u"h|ello\nwor]ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h|ello\nwor]ld"_s);
 }
 
 void QMultiLineEditPointerTest::shiftClickExtends()
 {
-    MarkedText::load(*m_edit, u"he|llo world"_s);
+    DrawnText::load(*m_edit, u"he|llo world"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, Qt::ShiftModifier, at(0, 8));
-    QCOMPARE(MarkedText::draw(*m_edit), u"he[llo wo|rld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"he[llo wo|rld"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, Qt::ShiftModifier, at(0, 4));
-    QCOMPARE(MarkedText::draw(*m_edit), u"he[ll|o world"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"he[ll|o world"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, Qt::ShiftModifier, at(0, 0));
-    QCOMPARE(MarkedText::draw(*m_edit), u"|he]llo world"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"|he]llo world"_s);
 }
 
-void QMultiLineEditPointerTest::doubleClickMarksAWord_data()
+void QMultiLineEditPointerTest::doubleClickSelectsAWord_data()
 {
     QTest::addColumn<int>("column");
     QTest::addColumn<QString>("after");
@@ -135,15 +135,15 @@ void QMultiLineEditPointerTest::doubleClickMarksAWord_data()
     QTest::newRow("kanji") << 9 << u"one two, [漢字|とkana"_s;
 }
 
-void QMultiLineEditPointerTest::doubleClickMarksAWord()
+void QMultiLineEditPointerTest::doubleClickSelectsAWord()
 {
     QFETCH(int, column);
     m_edit->setText(u"one two, 漢字とkana"_s);
     QTest::mouseDClick(m_edit->viewport(), Qt::LeftButton, {}, at(0, column));
-    QTEST(MarkedText::draw(*m_edit), "after");
+    QTEST(DrawnText::draw(*m_edit), "after");
 }
 
-void QMultiLineEditPointerTest::doubleClickAndDragMarksWords()
+void QMultiLineEditPointerTest::doubleClickAndDragSelectsWords()
 {
     m_edit->setText(u"one two three four"_s);
     QWidget *const view = m_edit->viewport();
@@ -156,15 +156,15 @@ void QMultiLineEditPointerTest::doubleClickAndDragMarksWords()
         Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(view, &second);
     dragTo(at(0, 10));
-    QCOMPARE(MarkedText::draw(*m_edit), u"one [two three| four"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"one [two three| four"_s);
     dragTo(at(0, 1));
-    QCOMPARE(MarkedText::draw(*m_edit), u"|one two] three four"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"|one two] three four"_s);
     dragTo(at(0, 5));
-    QCOMPARE(MarkedText::draw(*m_edit), u"one [two| three four"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"one [two| three four"_s);
     QTest::mouseRelease(view, Qt::LeftButton, {}, at(0, 5));
 }
 
-void QMultiLineEditPointerTest::tripleClickMarksALine_data()
+void QMultiLineEditPointerTest::tripleClickSelectsALine_data()
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<QString>("after");
@@ -173,21 +173,21 @@ void QMultiLineEditPointerTest::tripleClickMarksALine_data()
     QTest::newRow("last, without one") << 2 << u"one two\nthree\n[four|"_s;
 }
 
-void QMultiLineEditPointerTest::tripleClickMarksALine()
+void QMultiLineEditPointerTest::tripleClickSelectsALine()
 {
     QFETCH(int, row);
     m_edit->setText(u"one two\nthree\nfour"_s);
     QTest::mouseDClick(m_edit->viewport(), Qt::LeftButton, {}, at(row, 2));
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, at(row, 2));
-    QTEST(MarkedText::draw(*m_edit), "after");
+    QTEST(DrawnText::draw(*m_edit), "after");
 }
 
-void QMultiLineEditPointerTest::tripleClickAndDragMarksLines()
+void QMultiLineEditPointerTest::tripleClickAndDragSelectsLines()
 {
     m_edit->setText(u"one\ntwo\nthree\nfour"_s);
     QTest::mouseDClick(m_edit->viewport(), Qt::LeftButton, {}, at(1, 1));
     drag(at(1, 1), at(2, 2));
-    QCOMPARE(MarkedText::draw(*m_edit), u"one\n[two\nthree\n|four"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"one\n[two\nthree\n|four"_s);
 }
 
 void QMultiLineEditPointerTest::lateThirdClickPlacesTheCursor()
@@ -196,28 +196,28 @@ void QMultiLineEditPointerTest::lateThirdClickPlacesTheCursor()
     QTest::mouseDClick(m_edit->viewport(), Qt::LeftButton, {}, at(0, 1));
     QTRY_VERIFY_WITH_TIMEOUT(!hasTimers(*m_edit), 10 * QApplication::doubleClickInterval());
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, at(0, 1));
-    QCOMPARE(MarkedText::draw(*m_edit), u"o|ne two\nthree"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"o|ne two\nthree"_s);
 
     QTest::mouseDClick(m_edit->viewport(), Qt::LeftButton, {}, at(0, 1));
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, at(1, 3));
-    QCOMPARE(MarkedText::draw(*m_edit), u"one two\nthr|ee"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"one two\nthr|ee"_s);
 }
 
-void QMultiLineEditPointerTest::clickInMarkedTextPlacesTheCursor()
+void QMultiLineEditPointerTest::clickInSelectedTextPlacesTheCursor()
 {
-    MarkedText::load(*m_edit, u"on[e two thr|ee"_s);
+    DrawnText::load(*m_edit, u"on[e two thr|ee"_s);
     QTest::mousePress(m_edit->viewport(), Qt::LeftButton, {}, at(0, 5));
-    QCOMPARE(MarkedText::draw(*m_edit), u"on[e two thr|ee"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"on[e two thr|ee"_s);
     QTest::mouseRelease(m_edit->viewport(), Qt::LeftButton, {}, at(0, 5));
-    QCOMPARE(MarkedText::draw(*m_edit), u"one t|wo three"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"one t|wo three"_s);
 }
 
 void QMultiLineEditPointerTest::otherButtonsKeepTheMarkedText()
 {
-    MarkedText::load(*m_edit, u"on[e two thr|ee"_s);
+    DrawnText::load(*m_edit, u"on[e two thr|ee"_s);
     for (const Qt::MouseButton button : { Qt::RightButton, Qt::BackButton })
         QTest::mouseClick(m_edit->viewport(), button, {}, at(0, 1));
-    QCOMPARE(MarkedText::draw(*m_edit), u"on[e two thr|ee"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"on[e two thr|ee"_s);
 }
 
 void QMultiLineEditPointerTest::draggingBeyondTheEdgeScrolls()
@@ -268,11 +268,11 @@ static QPointingDevice *touchScreen()
 
 void QMultiLineEditPointerTest::tapPlacesTheCursor()
 {
-    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
+    DrawnText::load(*m_edit, u"h[ello\nwor|ld"_s);
     QWidget *const view = m_edit->viewport();
     QTest::touchEvent(view, touchScreen()).press(0, at(0, 3), view);
     QTest::touchEvent(view, touchScreen()).release(0, at(0, 3), view);
-    QCOMPARE(MarkedText::draw(*m_edit), u"hel|lo\nworld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"hel|lo\nworld"_s);
     QVERIFY(m_edit->hasFocus());
     QVERIFY(!hasTimers(*m_edit));
 }
@@ -300,13 +300,13 @@ void QMultiLineEditPointerTest::tapAsksForTheKeyboard()
 
 void QMultiLineEditPointerTest::tapEndsComposing()
 {
-    MarkedText::load(*m_edit, u"ab|"_s);
+    DrawnText::load(*m_edit, u"ab|"_s);
     QInputMethodEvent composing(u"かな"_s, {});
     QCoreApplication::sendEvent(m_edit.get(), &composing);
     QWidget *const view = m_edit->viewport();
     QTest::touchEvent(view, touchScreen()).press(0, at(0, 0), view);
     QTest::touchEvent(view, touchScreen()).release(0, at(0, 0), view);
-    QCOMPARE(MarkedText::draw(*m_edit), u"|abかな"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"|abかな"_s);
 }
 
 void QMultiLineEditPointerTest::flickGoesOn()
@@ -381,13 +381,13 @@ void QMultiLineEditPointerTest::fingerScrolls()
 
 void QMultiLineEditPointerTest::fingerHeldStillOpensTheMenu()
 {
-    MarkedText::load(*m_edit, u"h[ello\nwor|ld"_s);
+    DrawnText::load(*m_edit, u"h[ello\nwor|ld"_s);
     QWidget *const view = m_edit->viewport();
     QTest::touchEvent(view, touchScreen()).press(0, at(0, 3), view);
     QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));
     QApplication::activePopupWidget()->close();
     QTest::touchEvent(view, touchScreen()).release(0, at(0, 3), view);
-    QCOMPARE(MarkedText::draw(*m_edit), u"h[ello\nwor|ld"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"h[ello\nwor|ld"_s);
 }
 
 REGISTER_TEST(runWindowTest<QMultiLineEditPointerTest>)

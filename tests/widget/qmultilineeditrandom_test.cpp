@@ -1,6 +1,6 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 
 #include <QRandomGenerator>
@@ -25,43 +25,43 @@ public:
     bool atRowEnd = false;
     qsizetype wrap = 0; ///< characters a row holds; 0: any number
 
-    void move(qsizetype to, bool marks, bool toRowEnd = false)
+    void move(qsizetype to, bool selects, bool toRowEnd = false)
     {
         cursor = to;
         atRowEnd = toRowEnd;
-        if (!marks)
+        if (!selects)
             anchor = to;
         m_goal.reset();
     }
-    void step(int by, bool marks)
+    void step(int by, bool selects)
     {
-        if (!marks && cursor != anchor)
+        if (!selects && cursor != anchor)
             move(by < 0 ? qMin(cursor, anchor) : qMax(cursor, anchor), false);
         else
-            move(qBound<qsizetype>(0, cursor + by, text.size()), marks);
+            move(qBound<qsizetype>(0, cursor + by, text.size()), selects);
     }
-    void stepRows(qsizetype by, bool marks)
+    void stepRows(qsizetype by, bool selects)
     {
         const QList<Row> all = rows();
         const qsizetype row = rowOfCursor();
         const qsizetype goal = m_goal.value_or(cursor - all[row].start);
         const qsizetype target = qBound<qsizetype>(0, row + by, all.size() - 1);
         if (target == row) {
-            if (!marks)
+            if (!selects)
                 anchor = cursor;
         } else {
             const Row &to = all[target];
             const qsizetype column = qMin(goal, to.length);
-            move(to.start + column, marks, column == to.length && !to.endsLine);
+            move(to.start + column, selects, column == to.length && !to.endsLine);
         }
         m_goal = goal;
     }
-    void toRowEdge(bool end, bool marks)
+    void toRowEdge(bool end, bool selects)
     {
         const Row row = rows()[rowOfCursor()];
-        move(end ? row.start + row.length : row.start, marks, end && !row.endsLine);
+        move(end ? row.start + row.length : row.start, selects, end && !row.endsLine);
     }
-    void replaceMarked(const QString &with)
+    void replaceSelection(const QString &with)
     {
         const qsizetype from = qMin(cursor, anchor);
         text.replace(from, qAbs(cursor - anchor), with);
@@ -71,7 +71,7 @@ public:
     {
         if (cursor == anchor)
             anchor = qBound<qsizetype>(0, cursor + by, text.size());
-        replaceMarked(QString());
+        replaceSelection(QString());
     }
     RowCol position() const
     {
@@ -172,8 +172,8 @@ void QMultiLineEditRandomTest::keys()
 
 void QMultiLineEditRandomTest::pressSomething()
 {
-    const bool marks = below(3) == 0;
-    const Qt::KeyboardModifiers modifiers = marks ? Qt::ShiftModifier : Qt::NoModifier;
+    const bool selects = below(3) == 0;
+    const Qt::KeyboardModifiers modifiers = selects ? Qt::ShiftModifier : Qt::NoModifier;
     const auto key = [this](Qt::Key code, Qt::KeyboardModifiers with) {
         QTest::keyClick(m_edit.get(), code, with);
     };
@@ -181,26 +181,26 @@ void QMultiLineEditRandomTest::pressSomething()
     case 0:
     case 1:
         key(Qt::Key_Left, modifiers);
-        return m_model.step(-1, marks);
+        return m_model.step(-1, selects);
     case 2:
     case 3:
         key(Qt::Key_Right, modifiers);
-        return m_model.step(1, marks);
+        return m_model.step(1, selects);
     case 4:
         key(Qt::Key_Up, modifiers);
-        return m_model.stepRows(-1, marks);
+        return m_model.stepRows(-1, selects);
     case 5:
         key(Qt::Key_Down, modifiers);
-        return m_model.stepRows(1, marks);
+        return m_model.stepRows(1, selects);
     case 6:
         key(Qt::Key_Home, modifiers);
-        return m_model.toRowEdge(false, marks);
+        return m_model.toRowEdge(false, selects);
     case 7:
         key(Qt::Key_End, modifiers);
-        return m_model.toRowEdge(true, marks);
+        return m_model.toRowEdge(true, selects);
     case 8:
         key(Qt::Key_Home, modifiers | Qt::ControlModifier);
-        return m_model.move(0, marks);
+        return m_model.move(0, selects);
     case 9:
         key(Qt::Key_Backspace, Qt::NoModifier);
         m_model.erase(-1);
@@ -211,13 +211,13 @@ void QMultiLineEditRandomTest::pressSomething()
         break;
     case 11:
         key(Qt::Key_Return, Qt::NoModifier);
-        m_model.replaceMarked(u"\n"_s);
+        m_model.replaceSelection(u"\n"_s);
         break;
     case 12:
     case 13:
         for (int left = 1 + below(6); left > 0; --left) {
-            MarkedText::press(*m_edit, u"'x'"_s);
-            m_model.replaceMarked(u"x"_s);
+            DrawnText::press(*m_edit, u"'x'"_s);
+            m_model.replaceSelection(u"x"_s);
             m_seen.append(m_model.text);
         }
         return;
@@ -238,13 +238,13 @@ void QMultiLineEditRandomTest::pressSomething()
     }
     case 15: {
         const RowCol at{ below(12) - 1, below(12) - 1 };
-        m_edit->setCursorPosition(at.row, at.column, marks);
+        m_edit->setCursorPosition(at.row, at.column, selects);
         const RowCol now = m_edit->cursorPosition();
         QVERIFY(now.row == qBound<qint64>(0, at.row, m_model.rowCount() - 1));
         QVERIFY(now.column == qBound<qint64>(0, at.column, m_model.row(now.row).size()));
         const bool atEnd =
             now.column == rowText(*m_edit, now.row).size() && !m_edit->store().row(now.row).endsLine;
-        return m_model.move(m_edit->cursorOffset(), marks, atEnd);
+        return m_model.move(m_edit->cursorOffset(), selects, atEnd);
     }
     default:
         return undoOrRedo(below(3) > 0);

@@ -1,5 +1,5 @@
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 
 #include <QSignalSpy>
 
@@ -16,7 +16,7 @@ static void addOperations()
         QTest::newRow(name) << operation << changes;
     };
     row("insert", 1, [](QMultiLineEdit &edit) { edit.insert(u"x\ny"_s); });
-    row("insert nothing over marked text", 1, [](QMultiLineEdit &edit) { edit.insert(QString()); });
+    row("insert nothing over selected text", 1, [](QMultiLineEdit &edit) { edit.insert(QString()); });
     row("replace nothing by text", 1, [](QMultiLineEdit &edit) { edit.replace(0, 0, u"x"_s); });
     row("replace text by nothing", 1, [](QMultiLineEdit &edit) { edit.replace(0, 1, {}); });
     row("cut", 1, [](QMultiLineEdit &edit) { edit.cut(); });
@@ -24,10 +24,10 @@ static void addOperations()
         edit.copy();
         edit.paste();
     });
-    row("a typed character over marked text", 1,
-        [](QMultiLineEdit &edit) { MarkedText::press(edit, u"'x'"_s); });
-    row("Return", 1, [](QMultiLineEdit &edit) { MarkedText::press(edit, u"Return"_s); });
-    row("Backspace", 1, [](QMultiLineEdit &edit) { MarkedText::press(edit, u"Backspace"_s); });
+    row("a typed character over selected text", 1,
+        [](QMultiLineEdit &edit) { DrawnText::press(edit, u"'x'"_s); });
+    row("Return", 1, [](QMultiLineEdit &edit) { DrawnText::press(edit, u"Return"_s); });
+    row("Backspace", 1, [](QMultiLineEdit &edit) { DrawnText::press(edit, u"Backspace"_s); });
     row("undo of a group", 2, [](QMultiLineEdit &edit) {
         edit.insert(u"x"_s);
         edit.undo();
@@ -64,7 +64,7 @@ void QMultiLineEditUndoTest::eachOperationTellsItsChangeOnce_data()
     const auto row = [](const char *name, Operation operation) { QTest::newRow(name) << operation << 0; };
     row("copy", [](QMultiLineEdit &edit) { edit.copy(); });
     row("select all", [](QMultiLineEdit &edit) { edit.selectAll(); });
-    row("a move", [](QMultiLineEdit &edit) { MarkedText::press(edit, u"Right Shift+Left"_s); });
+    row("a move", [](QMultiLineEdit &edit) { DrawnText::press(edit, u"Right Shift+Left"_s); });
     row("undo without steps", [](QMultiLineEdit &edit) { edit.undo(); });
     row("redo without steps", [](QMultiLineEdit &edit) { edit.redo(); });
     row("nothing to cut", [](QMultiLineEdit &edit) {
@@ -72,14 +72,14 @@ void QMultiLineEditUndoTest::eachOperationTellsItsChangeOnce_data()
         edit.cut();
     });
     row("Backspace at the start",
-        [](QMultiLineEdit &edit) { MarkedText::press(edit, u"Ctrl+Home Backspace"_s); });
+        [](QMultiLineEdit &edit) { DrawnText::press(edit, u"Ctrl+Home Backspace"_s); });
 }
 
 void QMultiLineEditUndoTest::eachOperationTellsItsChangeOnce()
 {
     QFETCH(Operation, operation);
     QMultiLineEdit edit;
-    MarkedText::load(edit, u"a[bc|d\nef"_s);
+    DrawnText::load(edit, u"a[bc|d\nef"_s);
     QSignalSpy changed(&edit, &QMultiLineEdit::textChanged);
     operation(edit);
     QTEST(int(changed.size()), "changes");
@@ -125,9 +125,9 @@ void QMultiLineEditUndoTest::availabilityIsToldOnChangeOnly()
     edit.setText(u"abc"_s);
     QCOMPARE(told(undo), Told({ true, false }));
 
-    MarkedText::press(edit, u"Shift+Right*2"_s);
+    DrawnText::press(edit, u"Shift+Right*2"_s);
     QCOMPARE(told(copy), Told({ true }));
-    MarkedText::press(edit, u"Right"_s);
+    DrawnText::press(edit, u"Right"_s);
     QCOMPARE(told(copy), Told({ false }));
     edit.selectAll();
     edit.insert(u"new"_s);
@@ -157,7 +157,7 @@ void QMultiLineEditUndoTest::anyEditSetsEdited()
 {
     QFETCH(Operation, operation);
     QMultiLineEdit edit;
-    MarkedText::load(edit, u"a[bc|d\nef"_s);
+    DrawnText::load(edit, u"a[bc|d\nef"_s);
     edit.setEdited(false);
     QVERIFY(!edit.edited());
     operation(edit);
@@ -170,13 +170,13 @@ void QMultiLineEditUndoTest::anyEditSetsEdited()
 void QMultiLineEditUndoTest::typedCharactersAreOneStep()
 {
     QMultiLineEdit edit;
-    MarkedText::press(edit, u"'hello'"_s);
+    DrawnText::press(edit, u"'hello'"_s);
     QCOMPARE(edit.history().undoSteps(), 1);
     edit.undo();
     QCOMPARE(edit.text(), QString());
     edit.redo();
-    QCOMPARE(MarkedText::draw(edit), u"hello|"_s);
-    MarkedText::press(edit, u"Backspace*3"_s);
+    QCOMPARE(DrawnText::draw(edit), u"hello|"_s);
+    DrawnText::press(edit, u"Backspace*3"_s);
     QCOMPARE(edit.history().undoSteps(), 2);
     edit.undo();
     QCOMPARE(edit.text(), u"hello"_s);
@@ -185,7 +185,7 @@ void QMultiLineEditUndoTest::typedCharactersAreOneStep()
 void QMultiLineEditUndoTest::lineBreakEndsAStep()
 {
     QMultiLineEdit edit;
-    MarkedText::press(edit, u"'one' Return 'two'"_s);
+    DrawnText::press(edit, u"'one' Return 'two'"_s);
     edit.undo();
     QCOMPARE(edit.text(), u"one\n"_s);
     edit.undo();
@@ -200,16 +200,16 @@ void QMultiLineEditUndoTest::typingOverTextIsOneStep_data()
     QTest::addColumn<QString>("keys");
     QTest::addColumn<QString>("after");
     QTest::addColumn<QStringList>("undone"); // step by step
-    QTest::addRow("marked text") << u"a[bcd|e"_s << u"'xyz'"_s << u"axyz|e"_s << QStringList{ u"abcd|e"_s };
-    QTest::addRow("marked backwards over a line end")
+    QTest::addRow("selected text") << u"a[bcd|e"_s << u"'xyz'"_s << u"axyz|e"_s << QStringList{ u"abcd|e"_s };
+    QTest::addRow("selected backwards over a line end")
         << u"a|b\nc]d"_s << u"'xyz'"_s << u"axyz|d"_s << QStringList{ u"ab\nc|d"_s };
     QTest::addRow("overwriting") << u"a|bcde"_s << u"Insert 'xyz'"_s << u"axyz|e"_s
                                  << QStringList{ u"abcd|e"_s };
     QTest::addRow("overwriting beyond the line")
         << u"ab|c\nd"_s << u"Insert 'xyz'"_s << u"abxyz|\nd"_s << QStringList{ u"abc|\nd"_s };
-    QTest::addRow("marked text, then Backspace")
+    QTest::addRow("selected text, then Backspace")
         << u"a[bcd|e"_s << u"'xyz' Backspace"_s << u"axy|e"_s << QStringList{ u"axyz|e"_s, u"abcd|e"_s };
-    QTest::addRow("marked text, then elsewhere")
+    QTest::addRow("selected text, then elsewhere")
         << u"a[bcd|e"_s << u"'xy' Left Right 'z'"_s << u"axyz|e"_s << QStringList{ u"axy|e"_s, u"abcd|e"_s };
     QTest::addRow("overwriting at two places")
         << u"|abcd"_s << u"Insert 'x' Right 'y'"_s << u"xby|d"_s << QStringList{ u"xbc|d"_s, u"a|bcd"_s };
@@ -222,23 +222,23 @@ void QMultiLineEditUndoTest::typingOverTextIsOneStep()
     QFETCH(const QString, after);
     QFETCH(const QStringList, undone);
     QMultiLineEdit edit;
-    MarkedText::load(edit, before);
-    MarkedText::press(edit, keys);
-    QCOMPARE(MarkedText::draw(edit), after);
+    DrawnText::load(edit, before);
+    DrawnText::press(edit, keys);
+    QCOMPARE(DrawnText::draw(edit), after);
     for (const QString &text : undone) {
         edit.undo();
-        QCOMPARE(MarkedText::draw(edit), text);
+        QCOMPARE(DrawnText::draw(edit), text);
     }
     QCOMPARE(edit.history().undoSteps(), 0);
     for (qsizetype i = 0; i < undone.size(); ++i)
         edit.redo();
-    QCOMPARE(MarkedText::draw(edit), after);
+    QCOMPARE(DrawnText::draw(edit), after);
 }
 
 void QMultiLineEditUndoTest::movingTheCursorEndsAStep()
 {
     QMultiLineEdit edit;
-    MarkedText::press(edit, u"'ab' Left Right 'cd'"_s);
+    DrawnText::press(edit, u"'ab' Left Right 'cd'"_s);
     QCOMPARE(edit.history().undoSteps(), 2);
     edit.undo();
     QCOMPARE(edit.text(), u"ab"_s);
@@ -247,13 +247,13 @@ void QMultiLineEditUndoTest::movingTheCursorEndsAStep()
 void QMultiLineEditUndoTest::undoPutsTheCursorBack()
 {
     QMultiLineEdit edit;
-    MarkedText::load(edit, u"ab|cd"_s);
+    DrawnText::load(edit, u"ab|cd"_s);
     edit.insert(u"xy"_s);
-    MarkedText::press(edit, u"Ctrl+End"_s);
+    DrawnText::press(edit, u"Ctrl+End"_s);
     edit.undo();
-    QCOMPARE(MarkedText::draw(edit), u"ab|cd"_s);
+    QCOMPARE(DrawnText::draw(edit), u"ab|cd"_s);
     edit.redo();
-    QCOMPARE(MarkedText::draw(edit), u"abxy|cd"_s);
+    QCOMPARE(DrawnText::draw(edit), u"abxy|cd"_s);
 }
 
 void QMultiLineEditUndoTest::undoGoesBackToTheTextAsSet()
@@ -276,7 +276,7 @@ void QMultiLineEditUndoTest::undoSwitchedOffRecordsNothing()
     edit.insert(u"kept"_s);
     edit.setUndoEnabled(false);
     QVERIFY(!edit.history().canUndo());
-    MarkedText::press(edit, u"'typed' Shift+Home Del 'new'"_s);
+    DrawnText::press(edit, u"'typed' Shift+Home Del 'new'"_s);
     QVERIFY(!edit.history().canUndo());
     edit.undo();
     QCOMPARE(edit.text(), u"new"_s);

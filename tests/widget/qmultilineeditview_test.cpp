@@ -1,6 +1,6 @@
 #include "rows/rowlayout.h"
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 #include "text/cursorstops.h"
 
@@ -277,18 +277,18 @@ void QMultiLineEditViewTest::longRowsAreScrolledToTheCursor()
 {
     m_edit->setText(u"x"_s.repeated(1000));
     const QRect view = m_edit->viewport()->rect();
-    MarkedText::press(*m_edit, u"End"_s);
+    DrawnText::press(*m_edit, u"End"_s);
     QVERIFY(m_edit->xOffset() > 0);
     QVERIFY(view.contains(m_edit->cursorRect()));
-    MarkedText::press(*m_edit, u"Left*100"_s);
+    DrawnText::press(*m_edit, u"Left*100"_s);
     QVERIFY(view.contains(m_edit->cursorRect().center()));
-    MarkedText::press(*m_edit, u"Home"_s);
+    DrawnText::press(*m_edit, u"Home"_s);
     QCOMPARE(m_edit->xOffset(), 0);
 
     // Typing at the edge moves the view now and then, not with every key.
-    MarkedText::press(*m_edit, u"End"_s);
+    DrawnText::press(*m_edit, u"End"_s);
     QSignalSpy scrolled(m_edit->horizontalScrollBar(), &QScrollBar::valueChanged);
-    MarkedText::press(*m_edit, u"'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx'"_s);
+    DrawnText::press(*m_edit, u"'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx'"_s);
     QVERIFY(scrolled.size() < 10);
     QVERIFY(view.contains(m_edit->cursorRect()));
 }
@@ -301,7 +301,7 @@ void QMultiLineEditViewTest::cursorIsDrawnWhereItIsHit()
     for (const int offset : { 0, 40 }) {
         m_edit->setXOffset(offset);
         for (qint64 at = 0; at <= 45; at = nextCursorStop(m_edit->store(), at)) {
-            MarkedText::place(*m_edit, at, false);
+            DrawnText::place(*m_edit, at, false);
             const QRect cursor = m_edit->cursorRect();
             if (m_edit->viewport()->rect().contains(cursor))
                 QCOMPARE(m_edit->offsetAt(cursor.center()), at);
@@ -325,7 +325,7 @@ void QMultiLineEditViewTest::keysRepaintOnlyTheirRows_data()
     QTest::newRow("Up") << u"Up"_s << QList<qint64>{ 4, 5 };
     QTest::newRow("Return") << u"Return"_s << toTheEnd;
     QTest::newRow("Del of a line end") << u"End Del"_s << toTheEnd;
-    QTest::newRow("marking down") << u"Shift+Down*3"_s << QList<qint64>{ 5, 6, 7, 8 };
+    QTest::newRow("selecting down") << u"Shift+Down*3"_s << QList<qint64>{ 5, 6, 7, 8 };
 }
 
 void QMultiLineEditViewTest::keysRepaintOnlyTheirRows()
@@ -335,7 +335,7 @@ void QMultiLineEditViewTest::keysRepaintOnlyTheirRows()
     m_edit->setText(numbered(200).replace(u"\n"_s, u"abc\n"_s));
     m_edit->setCursorPosition(5, 2);
     m_edit->takePainted();
-    MarkedText::press(*m_edit, keys);
+    DrawnText::press(*m_edit, keys);
     const QList<qint64> now = m_edit->takePainted();
     if (painted.isEmpty())
         painted = rows(5, qint64(m_edit->viewport()->height() / m_edit->rowHeight()));
@@ -348,7 +348,7 @@ void QMultiLineEditViewTest::wrappedRowsAreRepaintedToTheLinesEnd()
     m_edit->setText(u"xx\n"_s + u"x"_s.repeated(35) + u"\nxx\n"_s.repeated(50));
     m_edit->setCursorPosition(2, 5);
     m_edit->takePainted();
-    MarkedText::press(*m_edit, u"'x'"_s);
+    DrawnText::press(*m_edit, u"'x'"_s);
     // The row before may have room for more now; the line's last row is the fourth.
     QCOMPARE(m_edit->takePainted(), rows(1, 4));
 }
@@ -377,7 +377,7 @@ void QMultiLineEditViewTest::cursorBlinks()
     QVERIFY(painted.contains(4));
     QCOMPARE(painted.count(4), painted.size());
 
-    MarkedText::press(*m_edit, u"Tab"_s);
+    DrawnText::press(*m_edit, u"Tab"_s);
     QVERIFY(showsCursor(*m_edit));
     m_edit->clearFocus();
     QTRY_VERIFY(!m_edit->hasFocus());
@@ -389,7 +389,7 @@ void QMultiLineEditViewTest::cursorBlinks()
 void QMultiLineEditViewTest::cursorIsSteadyWithoutARate()
 {
     m_edit->setText(numbered(50));
-    MarkedText::press(*m_edit, u"'x' Left"_s);
+    DrawnText::press(*m_edit, u"'x' Left"_s);
     QVERIFY(showsCursor(*m_edit));
     QVERIFY(!hasTimers(*m_edit));
 }

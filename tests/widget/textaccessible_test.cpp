@@ -1,6 +1,6 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 #include "widget/textaccessible.h"
 
@@ -15,7 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What assistive technology was told, drawn as "insert 3 'abc'", "delete 3 'abc'", "cursor 6", "marked 3-6".
+/// What assistive technology was told, drawn as "insert 3 'abc'", "delete 3 'abc'", "cursor 6", "selected
+/// 3-6".
 QStringList told;
 
 /// As if assistive technology came or went.
@@ -41,8 +42,8 @@ void hear(QAccessibleEvent *event)
         told << u"cursor %1"_s.arg(static_cast<QAccessibleTextCursorEvent *>(event)->cursorPosition());
         break;
     case QAccessible::TextSelectionChanged: {
-        const auto *marked = static_cast<QAccessibleTextSelectionEvent *>(event);
-        told << u"marked %1-%2"_s.arg(marked->selectionStart()).arg(marked->selectionEnd());
+        const auto *selected = static_cast<QAccessibleTextSelectionEvent *>(event);
+        told << u"selected %1-%2"_s.arg(selected->selectionStart()).arg(selected->selectionEnd());
         break;
     }
     default:
@@ -52,7 +53,7 @@ void hear(QAccessibleEvent *event)
 
 } // namespace
 
-/// The text area as assistive technology reads, marks and edits it, and what it is told.
+/// The text area as assistive technology reads, selects and edits it, and what it is told.
 class TextAccessibleTest : public QObject {
     Q_OBJECT
 
@@ -74,7 +75,7 @@ private slots:
     void hugeTextIsCut();
     void cursorFollows();
     void cursorEntersNoCharacter();
-    void marks();
+    void selects();
     void characterRects();
     void pointsFindCharacters();
     void scrollsToAPlace();
@@ -285,14 +286,14 @@ void TextAccessibleTest::hugeTextIsCut()
 
 void TextAccessibleTest::cursorFollows()
 {
-    MarkedText::load(*m_edit, u"ab\ncd|"_s);
+    DrawnText::load(*m_edit, u"ab\ncd|"_s);
     QCOMPARE(text()->cursorPosition(), 5);
     text()->setCursorPosition(1);
-    QCOMPARE(MarkedText::draw(*m_edit), u"a|b\ncd"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"a|b\ncd"_s);
     text()->setCursorPosition(99);
-    QCOMPARE(MarkedText::draw(*m_edit), u"ab\ncd|"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"ab\ncd|"_s);
     text()->setCursorPosition(-1);
-    QCOMPARE(MarkedText::draw(*m_edit), u"|ab\ncd"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"|ab\ncd"_s);
 }
 
 void TextAccessibleTest::cursorEntersNoCharacter()
@@ -306,9 +307,9 @@ void TextAccessibleTest::cursorEntersNoCharacter()
     QCOMPARE(m_edit->markedText(), u"\U00020B9F"_s);
 }
 
-void TextAccessibleTest::marks()
+void TextAccessibleTest::selects()
 {
-    MarkedText::load(*m_edit, u"ab[cd|ef"_s);
+    DrawnText::load(*m_edit, u"ab[cd|ef"_s);
     int start = 0;
     int end = 0;
     QCOMPARE(text()->selectionCount(), 1);
@@ -318,13 +319,13 @@ void TextAccessibleTest::marks()
     text()->selection(1, &start, &end);
     QCOMPARE(end, 0);
     text()->setSelection(0, 5, 1);
-    QCOMPARE(MarkedText::draw(*m_edit), u"a|bcde]f"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"a|bcde]f"_s);
     text()->setSelection(1, 0, 1);
-    QCOMPARE(MarkedText::draw(*m_edit), u"a|bcde]f"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"a|bcde]f"_s);
     text()->removeSelection(0);
     QCOMPARE(text()->selectionCount(), 0);
     text()->addSelection(0, 99);
-    QCOMPARE(MarkedText::draw(*m_edit), u"[abcdef|"_s);
+    QCOMPARE(DrawnText::draw(*m_edit), u"[abcdef|"_s);
 }
 
 void TextAccessibleTest::characterRects()
@@ -378,7 +379,7 @@ void TextAccessibleTest::edits_data()
     QTest::newRow("insertion before the cursor") << u"ab|c"_s << 0 << 0 << u"X"_s << u"Xab|c"_s;
     QTest::newRow("insertion at the cursor") << u"ab|c"_s << 2 << 2 << u"XY"_s << u"abXY|c"_s;
     QTest::newRow("insertion behind the cursor") << u"a|bc"_s << 2 << 2 << u"X"_s << u"a|bXc"_s;
-    QTest::newRow("insertion in marked text") << u"a[bc|d"_s << 2 << 2 << u"X"_s << u"a[bXc|d"_s;
+    QTest::newRow("insertion in selected text") << u"a[bc|d"_s << 2 << 2 << u"X"_s << u"a[bXc|d"_s;
     QTest::newRow("deletion before the cursor") << u"abc|d"_s << 0 << 2 << u""_s << u"c|d"_s;
     QTest::newRow("deletion around the cursor") << u"ab|cd"_s << 1 << 3 << u""_s << u"a|d"_s;
     QTest::newRow("reversed deletion") << u"ab|cd"_s << 3 << 1 << u""_s << u"a|d"_s;
@@ -394,10 +395,10 @@ void TextAccessibleTest::edits()
     QFETCH(int, start);
     QFETCH(int, end);
     QFETCH(QString, text);
-    MarkedText::load(*m_edit, before);
+    DrawnText::load(*m_edit, before);
     const QString plain = m_edit->text();
     editable()->replaceText(start, end, text);
-    QTEST(MarkedText::draw(*m_edit), "after");
+    QTEST(DrawnText::draw(*m_edit), "after");
     QVERIFY(m_edit->history().undoSteps() <= 1);
     m_edit->undo();
     QCOMPARE(m_edit->text(), plain);
@@ -428,20 +429,21 @@ void TextAccessibleTest::tellsChanges_data()
     QTest::newRow("backspace") << u"ab|c"_s << u"Backspace"_s
                                << QStringList{ u"delete 1 'b'"_s, u"cursor 1"_s };
     QTest::newRow("delete") << u"a|bc"_s << u"Del"_s << QStringList{ u"delete 1 'b'"_s };
-    QTest::newRow("typing over marked text")
+    QTest::newRow("typing over selected text")
         << u"a[bc|d"_s << u"'x'"_s
-        << QStringList{ u"delete 1 'bc'"_s, u"insert 1 'x'"_s, u"cursor 2"_s, u"marked 2-2"_s };
+        << QStringList{ u"delete 1 'bc'"_s, u"insert 1 'x'"_s, u"cursor 2"_s, u"selected 2-2"_s };
     QTest::newRow("undo") << u"a|b"_s << u"'x' Undo"_s
                           << QStringList{ u"insert 1 'x'"_s, u"cursor 2"_s, u"delete 1 'x'"_s,
                                  u"cursor 1"_s };
     QTest::newRow("moving") << u"a|b"_s << u"Right"_s << QStringList{ u"cursor 2"_s };
     QTest::newRow("moving nowhere") << u"ab|"_s << u"Right"_s << QStringList{};
-    QTest::newRow("marking") << u"a|bc"_s << u"Shift+Right*2"_s
-                             << QStringList{ u"cursor 2"_s, u"marked 1-2"_s, u"cursor 3"_s, u"marked 1-3"_s };
-    QTest::newRow("marking backwards")
-        << u"ab|c"_s << u"Shift+Left"_s << QStringList{ u"cursor 1"_s, u"marked 1-2"_s };
-    QTest::newRow("leaving marked text")
-        << u"a[b|c"_s << u"Left"_s << QStringList{ u"cursor 1"_s, u"marked 1-1"_s };
+    QTest::newRow("selecting") << u"a|bc"_s << u"Shift+Right*2"_s
+                               << QStringList{ u"cursor 2"_s, u"selected 1-2"_s, u"cursor 3"_s,
+                                      u"selected 1-3"_s };
+    QTest::newRow("selecting backwards")
+        << u"ab|c"_s << u"Shift+Left"_s << QStringList{ u"cursor 1"_s, u"selected 1-2"_s };
+    QTest::newRow("leaving selected text")
+        << u"a[b|c"_s << u"Left"_s << QStringList{ u"cursor 1"_s, u"selected 1-1"_s };
     QTest::newRow("line break") << u"a|b"_s << u"Return"_s
                                 << QStringList{ u"insert 1 '\n'"_s, u"cursor 2"_s };
 }
@@ -450,15 +452,15 @@ void TextAccessibleTest::tellsChanges()
 {
     QFETCH(QString, before);
     QFETCH(QString, keys);
-    MarkedText::load(*m_edit, before);
+    DrawnText::load(*m_edit, before);
     told.clear();
-    MarkedText::press(*m_edit, keys);
+    DrawnText::press(*m_edit, keys);
     QTEST(told, "heard");
 }
 
 void TextAccessibleTest::tellsNewText()
 {
-    MarkedText::load(*m_edit, u"old|"_s);
+    DrawnText::load(*m_edit, u"old|"_s);
     told.clear();
     m_edit->setText(u"new text"_s);
     QCOMPARE(told, (QStringList{ u"delete 0 'old'"_s, u"insert 0 'new text'"_s, u"cursor 0"_s }));
@@ -466,13 +468,14 @@ void TextAccessibleTest::tellsNewText()
 
 void TextAccessibleTest::tellsManyChangesAsOne()
 {
-    MarkedText::load(*m_edit, u"ab[cd|ef"_s);
+    DrawnText::load(*m_edit, u"ab[cd|ef"_s);
     QInputMethodEvent event;
     event.setCommitString(u"X"_s, -1, 2);
     told.clear();
     QCoreApplication::sendEvent(m_edit.get(), &event);
     QCOMPARE(m_edit->text(), u"aXf"_s);
-    QCOMPARE(told, (QStringList{ u"delete 1 'bcde'"_s, u"insert 1 'X'"_s, u"cursor 2"_s, u"marked 2-2"_s }));
+    QCOMPARE(
+        told, (QStringList{ u"delete 1 'bcde'"_s, u"insert 1 'X'"_s, u"cursor 2"_s, u"selected 2-2"_s }));
     told.clear();
     m_edit->undo();
     QCOMPARE(told, (QStringList{ u"delete 1 'X'"_s, u"insert 1 'bcde'"_s, u"cursor 4"_s }));
@@ -491,7 +494,7 @@ void TextAccessibleTest::tellsTheBeginningOfMuchText()
 
 void TextAccessibleTest::tellsNothingTwice()
 {
-    MarkedText::load(*m_edit, u"a|b"_s);
+    DrawnText::load(*m_edit, u"a|b"_s);
     told.clear();
     m_edit->setCursorPosition(0, 1);
     m_edit->deselect();
@@ -501,7 +504,7 @@ void TextAccessibleTest::tellsNothingTwice()
 
 void TextAccessibleTest::tellsNothingUnheard()
 {
-    MarkedText::load(*m_edit, u"a|b"_s);
+    DrawnText::load(*m_edit, u"a|b"_s);
     setHeard(false);
     told.clear();
     m_edit->insert(u"x"_s);
@@ -527,7 +530,7 @@ void TextAccessibleTest::replaysToTheSameText()
     QString model = m_edit->text();
     for (int step = 0; step < 400; ++step) {
         told.clear();
-        MarkedText::press(*m_edit, keys[random.bounded(keys.size())]);
+        DrawnText::press(*m_edit, keys[random.bounded(keys.size())]);
         for (const QString &change : std::as_const(told)) {
             const qsizetype at = change.section(u' ', 1, 1).toInt();
             const QString changed = change.section(u'\'', 1, -2);

@@ -1,4 +1,4 @@
-#include "markedtext.h"
+#include "drawntext.h"
 #include "platform/qpeapplication.h"
 #include "tests/testprogram.h"
 
@@ -22,13 +22,13 @@ public:
     {
         auto *const layout = new QVBoxLayout(this);
         layout->addWidget(edit);
-        MarkedText::load(*edit, u"a[bc|defg"_s);
+        DrawnText::load(*edit, u"a[bc|defg"_s);
     }
     QMultiLineEdit *edit;
     QStringList textsThen;
 
 public slots:
-    void setDocument(const QString &) { textsThen << MarkedText::draw(*edit); }
+    void setDocument(const QString &) { textsThen << DrawnText::draw(*edit); }
 };
 
 QPEApplication *application()
@@ -69,7 +69,7 @@ QPoint TextDragTest::at(qint64 column) const
         m_window.get(), QPoint(edit.hMargin() + int(x), int(edit.cellRect(0).center().y())));
 }
 
-/// Drags the marked text behind the "f" and does something before it is dropped, in the loop of the drag.
+/// Drags the selected text behind the "f" and does something before it is dropped, in the loop of the drag.
 void TextDragTest::drag(const std::function<void()> &meanwhile)
 {
     QWindow *const window = m_window->windowHandle();

@@ -1,5 +1,5 @@
 #include "tests/testprogram.h"
-#include "tests/widget/markedtext.h"
+#include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
 
 #include <QAccessible>
@@ -61,15 +61,15 @@ void WideRowsTest::cleanup()
 void WideRowsTest::cursorReachesTheEnd()
 {
     const QRect view = m_edit->viewport()->rect();
-    MarkedText::press(*m_edit, u"End"_s);
+    DrawnText::press(*m_edit, u"End"_s);
     QVERIFY(m_edit->xOffset() > farthest);
     QVERIFY(view.contains(m_edit->cursorRect()));
     QCOMPARE(m_edit->offsetAt(m_edit->cursorRect().center()), tabs + 3);
-    MarkedText::press(*m_edit, u"'x' Left*2"_s);
+    DrawnText::press(*m_edit, u"'x' Left*2"_s);
     QVERIFY(view.contains(m_edit->cursorRect()));
     QCOMPARE(m_edit->offsetAt(m_edit->cursorRect().center()), tabs + 2);
     QCOMPARE(rowText(*m_edit, 0).last(4), u"endx"_s);
-    MarkedText::press(*m_edit, u"Down"_s);
+    DrawnText::press(*m_edit, u"Down"_s);
     QCOMPARE(m_edit->xOffset(), 0);
 }
 
@@ -82,8 +82,8 @@ void WideRowsTest::textAtTheEndIsPainted()
     QVERIFY(pictureOf(*m_edit) != nothing);
     m_edit->setCursorPosition(0, tabs + 3, true);
     const QRgb highlight = m_edit->palette().color(QPalette::Highlight).rgb();
-    const QImage marked = pictureOf(*m_edit);
-    QCOMPARE(marked.pixel(m_edit->cursorRect().left() - 3, 1), highlight);
+    const QImage selected = pictureOf(*m_edit);
+    QCOMPARE(selected.pixel(m_edit->cursorRect().left() - 3, 1), highlight);
 }
 
 void WideRowsTest::anyOffsetIsKept()

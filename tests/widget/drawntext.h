@@ -5,21 +5,21 @@
 #include <QKeySequence>
 #include <QTest>
 
-/// Text drawn with its cursor "|" and, where text is marked, the other end of it "[" or "]": "ab[cd|ef" marks
-/// cd with the cursor behind it, "ab|cd]ef" marks the same with the cursor before it.
-namespace MarkedText {
+/// Text drawn with its cursor "|" and, where text is selected, the other end of it "[" or "]": "ab[cd|ef"
+/// selects cd with the cursor behind it, "ab|cd]ef" selects the same with the cursor before it.
+namespace DrawnText {
 
-inline void place(QMultiLineEdit &edit, qint64 offset, bool mark)
+inline void place(QMultiLineEdit &edit, qint64 offset, bool selects)
 {
     const RowCol at = edit.store().rowColAt(offset);
-    edit.setCursorPosition(at.row, at.column, mark);
+    edit.setCursorPosition(at.row, at.column, selects);
 }
 
 inline void load(QMultiLineEdit &edit, const QString &drawing)
 {
     QString text = drawing;
-    const auto takeOut = [&text](QChar mark) {
-        const qsizetype at = text.indexOf(mark);
+    const auto takeOut = [&text](QChar sign) {
+        const qsizetype at = text.indexOf(sign);
         if (at >= 0)
             text.remove(at, 1);
         return at;
@@ -73,4 +73,4 @@ inline void press(QWidget &widget, const QString &keys)
     }
 }
 
-} // namespace MarkedText
+} // namespace DrawnText

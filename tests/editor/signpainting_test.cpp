@@ -2,16 +2,16 @@
 #include "tests/editor/paintedrow.h"
 #include "tests/testprogram.h"
 
-/// The marks of line ends, tabs, full-width spaces and the end of the file.
-class MarkPaintingTest : public QObject {
+/// The signs of line ends, tabs, full-width spaces and the end of the file.
+class SignPaintingTest : public QObject {
     Q_OBJECT
 
 private slots:
     void initTestCase() { registerLcFont(); }
     void init() { plainSettings(); }
     void hookedArrow();
-    void lineEndMarks_data();
-    void lineEndMarks();
+    void lineEndSigns_data();
+    void lineEndSigns();
     void endOfFile();
     void tabArrow();
     void tabArrowIsOff();
@@ -19,7 +19,7 @@ private slots:
     void fullWidthSpaceBoxAmongRightToLeftText();
 };
 
-void MarkPaintingTest::hookedArrow()
+void SignPaintingTest::hookedArrow()
 {
     appSettings().ShowKAI = 1;
     Editor editor(QStringLiteral("   \n"));
@@ -37,22 +37,22 @@ void MarkPaintingTest::hookedArrow()
     addRect(1, h - 7, half + 2, 2);
     addRect(2, h - 8, 1, 4);
     addRect(3, h - 9, 1, 6);
-    QCOMPARE(pixelsOf(editor.painted(0), markGrey), expected);
+    QCOMPARE(pixelsOf(editor.painted(0), signGrey), expected);
 }
 
-void MarkPaintingTest::lineEndMarks_data()
+void SignPaintingTest::lineEndSigns_data()
 {
     QTest::addColumn<int>("showLineEnds");
     QTest::addColumn<int>("row");
     QTest::addColumn<bool>("expected");
     QTest::newRow("line") << 1 << 0 << true;
-    QTest::newRow("marks off") << 0 << 0 << false;
+    QTest::newRow("signs off") << 0 << 0 << false;
     QTest::newRow("wrapped row") << 1 << 1 << false;
     QTest::newRow("end of a wrapped line") << 1 << 2 << true;
     QTest::newRow("last row") << 1 << 3 << false;
 }
 
-void MarkPaintingTest::lineEndMarks()
+void SignPaintingTest::lineEndSigns()
 {
     QFETCH(int, showLineEnds);
     QFETCH(int, row);
@@ -62,19 +62,19 @@ void MarkPaintingTest::lineEndMarks()
     appSettings().ShowKAI = showLineEnds;
     Editor editor(QStringLiteral("  \n           \n  "));
     QCOMPARE(editor.numLines(), 4);
-    QCOMPARE(!pixelsOf(editor.painted(row), markGrey).empty(), expected);
+    QCOMPARE(!pixelsOf(editor.painted(row), signGrey).empty(), expected);
 }
 
-void MarkPaintingTest::endOfFile()
+void SignPaintingTest::endOfFile()
 {
     appSettings().ShowKAI = 1;
     Editor editor(QStringLiteral("  \n  "));
-    QVERIFY(pixelsOf(editor.painted(1), markGrey).empty());
+    QVERIFY(pixelsOf(editor.painted(1), signGrey).empty());
     const QImage without = editor.painted(1);
     appSettings().ShowEOF = 1;
     const QImage with = editor.painted(1);
     QVERIFY(differing(with, without).size() > 20);
-    QVERIFY(!pixelsOf(editor.painted(0), markGrey).empty());
+    QVERIFY(!pixelsOf(editor.painted(0), signGrey).empty());
 
     // The base line: the lowest pixel of a text without descenders but "[" and "]".
     const int x = editor.columnX(1, 2);
@@ -93,12 +93,12 @@ void MarkPaintingTest::endOfFile()
     QVERIFY(std::abs(lowest + 1 - editor.device(editor.rowHeight() - 2)) <= 1);
 }
 
-void MarkPaintingTest::tabArrow()
+void SignPaintingTest::tabArrow()
 {
     appSettings().ShowTAB = 1;
     Editor editor(QStringLiteral(" \t\n"));
     const QImage image = editor.painted(0);
-    const Pixels found = pixelsOf(image, markGrey);
+    const Pixels found = pixelsOf(image, signGrey);
     const int x = editor.columnX(0, 1);
     const int middle = int(editor.rowHeight() / 2);
     const int stroke = editor.stroke(1);
@@ -115,23 +115,23 @@ void MarkPaintingTest::tabArrow()
             QImage line(image.size(), QImage::Format_RGB32);
             line.fill(Qt::white);
             QPainter painter(&line);
-            painter.setPen(QColor(markGrey));
+            painter.setPen(QColor(signGrey));
             painter.drawLine(x + 1, middle + 2 * side, x + 6, middle);
             painter.end();
-            expected.merge(pixelsOf(line, markGrey));
+            expected.merge(pixelsOf(line, signGrey));
         }
         QCOMPARE(found, expected);
     }
 }
 
-void MarkPaintingTest::tabArrowIsOff()
+void SignPaintingTest::tabArrowIsOff()
 {
     Editor editor(QStringLiteral(" \t\u3000"));
-    QVERIFY(pixelsOf(editor.painted(0), markGrey).empty());
+    QVERIFY(pixelsOf(editor.painted(0), signGrey).empty());
     QVERIFY(pixelsOf(editor.painted(0), spaceGrey).empty());
 }
 
-void MarkPaintingTest::fullWidthSpaceBox()
+void SignPaintingTest::fullWidthSpaceBox()
 {
     appSettings().ShowZEN = 1;
     Editor editor(QStringLiteral(" \u3000 "));
@@ -158,7 +158,7 @@ void MarkPaintingTest::fullWidthSpaceBox()
         QVERIFY(isDot(left, py) && isDot(right - 1, py));
 }
 
-void MarkPaintingTest::fullWidthSpaceBoxAmongRightToLeftText()
+void SignPaintingTest::fullWidthSpaceBoxAmongRightToLeftText()
 {
     appSettings().ShowZEN = 1;
     appSettings().ForeColor = 6; // no pixel of red letters is grey
@@ -174,5 +174,5 @@ void MarkPaintingTest::fullWidthSpaceBoxAmongRightToLeftText()
         QVERIFY(x >= left + editor.device(3) && x < right);
 }
 
-REGISTER_TEST(runPaintingTest<MarkPaintingTest>)
-#include "markpainting_test.moc"
+REGISTER_TEST(runPaintingTest<SignPaintingTest>)
+#include "signpainting_test.moc"
