@@ -155,10 +155,12 @@ void ctlEditer::copy()
 
 void ctlEditer::slotEdUndoAvailable(bool available)
 {
+    announced().undo = available;
     emit undoAvailable2(this, available);
 }
 
 void ctlEditer::slotEdRedoAvailable(bool available)
 {
+    announced().redo = available;
     emit redoAvailable2(this, available);
 }

@@ -4,6 +4,7 @@
 #include "editor/indentation.h"
 #include "editor/rownumberfont.h"
 #include "text/textsearch.h"
+#include "widget/availability.h"
 #include "widget/qmultilineedit.h"
 
 #include <QColor>
@@ -29,8 +30,9 @@ public:
     int returnCode() const { return int(document().returnCode()); }
     QString charCodeName() const;
     QString returnCodeName() const;
-    bool undoAvailable() const { return document().history().canUndo(); }
-    bool redoAvailable() const { return document().history().canRedo(); }
+    /// What the signals of these names have said last.
+    bool undoAvailable() const { return announced().undo; }
+    bool redoAvailable() const { return announced().redo; }
     QColor backColor() const { return m_backColor; }
     QColor foreColor() const { return m_foreColor; }
     QColor rowNoColor() const { return m_rowNoColor; }
@@ -76,6 +78,7 @@ public:
 public slots:
     /// Copies the selection and removes it: nothing stays marked.
     void copy() override;
+    /// Store what a signal says and say it with the editor: undoAvailable2(), redoAvailable2().
     void slotEdUndoAvailable(bool available);
     void slotEdRedoAvailable(bool available);
 

@@ -37,10 +37,10 @@ void CursorFollowers::tellInputMethod() const
 
 void CursorFollowers::tellAvailability()
 {
-    if (const bool can = m_history.canUndo(); std::exchange(m_undoTold, can) != can)
+    if (const bool can = m_history.canUndo(); std::exchange(m_told.undo, can) != can)
         emit undoAvailable(can);
-    if (const bool can = m_history.canRedo(); std::exchange(m_redoTold, can) != can)
+    if (const bool can = m_history.canRedo(); std::exchange(m_told.redo, can) != can)
         emit redoAvailable(can);
-    if (const bool can = m_cursor.hasSelection(); std::exchange(m_copyTold, can) != can)
+    if (const bool can = m_cursor.hasSelection(); std::exchange(m_told.copy, can) != can)
         emit copyAvailable(can);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widget/availability.h"
+
 #include <QObject>
 
 class CursorBlink;
@@ -21,6 +23,8 @@ public:
     void tellInputMethod() const;
     /// Emits what has become available or unavailable since the last time.
     void tellAvailability();
+    /// What the signals have said last.
+    Availability &told() { return m_told; }
 
 signals:
     /// Never twice the same.
@@ -34,7 +38,5 @@ private:
     const UndoHistory &m_history;
     CursorBlink &m_blink;
     TextAnnouncer &m_announcer;
-    bool m_undoTold = false; ///< what each signal said last
-    bool m_redoTold = false;
-    bool m_copyTold = false;
+    Availability m_told;
 };

@@ -195,6 +195,11 @@ void QMultiLineEdit::setUndoDepth(int steps)
     d->followers.tellAvailability();
 }
 
+Availability &QMultiLineEdit::announced() const
+{
+    return d->followers.told();
+}
+
 bool QMultiLineEdit::edited() const
 {
     return d->document.isEdited();

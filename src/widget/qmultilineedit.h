@@ -14,6 +14,7 @@ class QPainter;
 class RowLayout;
 class RowPainter;
 class TextDocument;
+struct Availability;
 class ViewScrollBar;
 struct Preedit;
 
@@ -171,6 +172,8 @@ signals:
     void copyAvailable(bool available);
 
 protected:
+    /// What the last three of these signals have said last, which is theirs to know.
+    Availability &announced() const;
     /// What an input method is composing, shown at the cursor; Return then ends that and breaks no line.
     const Preedit &preedit() const;
     bool isComposing() const;
