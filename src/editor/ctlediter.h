@@ -1,9 +1,9 @@
 #pragma once
 
 #include "document/textdocument.h"
+#include "editor/editorsearch.h"
 #include "editor/indentation.h"
 #include "editor/rownumberfont.h"
-#include "text/textsearch.h"
 #include "widget/availability.h"
 #include "widget/qmultilineedit.h"
 
@@ -52,10 +52,10 @@ public:
     /// Names a document that was never saved in the present language.
     void retranslateName();
 
-    /// Marks the first hit behind the cursor or, where text is marked, behind that text's first character; in
-    /// mode 1 replaces it. False, with cursor and marked text as they were, when there is none.
+    /// Selects the first hit behind the cursor or, where text is selected, behind the first character of
+    /// that; in mode 1 replaces it. False, with cursor and selection as they were, when there is none.
     bool searchForward(int mode, bool caseSensitive, const QString &findText, const QString &replaceText);
-    /// The same for the last hit before the cursor or the marked text, where the cursor then stands.
+    /// The same for the last hit before the cursor or the selection, where the cursor then stands.
     bool searchBackward(int mode, bool caseSensitive, const QString &findText, const QString &replaceText);
     /// Puts the cursor at the start of a logical line, counted from 1; nothing for a line there is not.
     void jumpToLine(qint64 number);
@@ -76,7 +76,7 @@ public:
     static QColor colorOfIndex(int index);
 
 public slots:
-    /// Copies the selection and removes it: nothing stays marked.
+    /// Copies the selection and removes it: nothing stays selected.
     void copy() override;
     /// Store what a signal says and say it with the editor: undoAvailable2(), redoAvailable2().
     void slotEdUndoAvailable(bool available);
@@ -93,7 +93,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     CellLook cellLook(const RowLayout &row) const override;
     CursorLook cursorLook() const override;
-    /// Row numbers, signs, and the line below the cursor's row.
+    /// Row numbers, signs, and the underline of the cursor's row.
     void drawUnderText(RowPainter &row) const override;
     void drawOverText(RowPainter &row) const override;
     void drawOverCursor(RowPainter &row, const QRectF &cell) const override;
@@ -107,17 +107,13 @@ private:
     static FileCodes defaultCodes();
     void tellSaved(const SaveResult &result);
 
-    CursorPlace selectionBegin() const;
-    const TextPattern &patternFor(const QString &text, bool caseSensitive);
-    void replace(const SearchHit &hit, const QString &text);
-
     void breakLine();
     QString indentationBeforeCursor() const;
     bool selectsSeveralLines() const;
     void indentBlock(Indentation direction);
     void pressOtherKey(QKeyEvent *event);
 
-    TextPattern m_pattern; ///< of the last search
+    EditorSearch m_search{ *this };
     QColor m_backColor;
     QColor m_foreColor;
     QColor m_rowNoColor;

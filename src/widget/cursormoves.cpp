@@ -17,11 +17,6 @@ static bool isVertical(Move move)
     return move == Move::RowUp || move == Move::RowDown || isPage(move);
 }
 
-static bool isByCharacter(Move move)
-{
-    return move == Move::CharacterBack || move == Move::CharacterForward;
-}
-
 CursorMoves::CursorMoves(TextDocument &document, TextCursor &cursor, const TextView &view,
     RowUpdates &updates, ViewScroller &scroller, PrimarySelection &primary, CursorFollowers &followers)
     : m_document(document)

@@ -247,10 +247,16 @@ CursorPlace QMultiLineEdit::cursorPlace() const
     return d->cursor.place();
 }
 
-void QMultiLineEdit::setCursorPlace(CursorPlace place, bool mark)
+void QMultiLineEdit::setCursorPlace(CursorPlace place)
 {
     Q_ASSERT(place.offset >= 0 && place.offset <= store().length());
-    laidOut().moves.moveTo(place, selecting(mark));
+    laidOut().moves.moveTo(place, Selecting::Drop);
+}
+
+void QMultiLineEdit::extendSelection(CursorPlace to)
+{
+    Q_ASSERT(to.offset >= 0 && to.offset <= store().length());
+    laidOut().moves.moveTo(to, Selecting::Extend);
 }
 
 qint64 QMultiLineEdit::anchorOffset() const

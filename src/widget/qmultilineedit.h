@@ -69,7 +69,9 @@ public:
     qint64 cursorOffset() const;
     /// The same in places, which need no rows.
     CursorPlace cursorPlace() const;
-    void setCursorPlace(CursorPlace place, bool mark = false);
+    void setCursorPlace(CursorPlace place);
+    /// Puts the cursor there; the text up to its anchor is selected.
+    void extendSelection(CursorPlace to);
 
     /// The end of the selection that the cursor is not at; the cursor's own offset when nothing is selected.
     qint64 anchorOffset() const;
@@ -91,7 +93,7 @@ public:
     bool edited() const;
     void setEdited(bool edited);
     /// Typed characters replace those they are typed before, which a block shows in place of the cursor's
-    /// line.
+    /// bar.
     bool isOverwriteMode() const;
 
     WordWrap wordWrap() const;

@@ -20,6 +20,12 @@ enum class Move {
     TextEnd
 };
 
+/// One character to either side.
+constexpr bool isByCharacter(Move move)
+{
+    return move == Move::CharacterBack || move == Move::CharacterForward;
+}
+
 /// What a move does with the selection.
 enum class Selecting { Drop, Extend };
 
@@ -49,7 +55,7 @@ public:
     std::optional<qreal> goalX() const { return m_goalX; }
     void setGoalX(std::optional<qreal> x) { m_goalX = x; }
 
-    /// Whether typed characters replace those they are typed before, which a block shows in place of a line.
+    /// Whether typed characters replace those they are typed before, which a block shows in place of a bar.
     bool overwrites() const { return m_overwrites; }
     void setOverwrites(bool on) { m_overwrites = on; }
 

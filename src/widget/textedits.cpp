@@ -226,9 +226,8 @@ void TextEdits::erase(Move move)
         return;
     const qint64 from = m_cursor.place().offset;
     const qint64 to = m_cursor.target(move).offset;
-    const bool isByCharacter = move == Move::CharacterBack || move == Move::CharacterForward;
     const Operation operation(*this);
-    replace({ qMin(from, to), qMax(from, to) }, {}, isByCharacter ? Joining::Erasing : Joining::Never);
+    replace({ qMin(from, to), qMax(from, to) }, {}, isByCharacter(move) ? Joining::Erasing : Joining::Never);
     m_cursor.set({ qMin(from, to) });
 }
 

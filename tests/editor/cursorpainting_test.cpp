@@ -236,7 +236,7 @@ void CursorPaintingTest::cursorFarToTheRight()
     QVERIFY(tabs * tabStop >= 1LL << 40);
     editor.setXOffset(qint64(qreal(tabs) * qreal(tabStop) / scale) - 100);
     const QImage without = editor.painted(0);
-    editor.setCursorPlace({ tabs }, false);
+    editor.setCursorPlace({ tabs });
     const QImage with = editor.painted(0);
     const qint64 cursor =
         editor.device(editor.hMargin()) + tabs * tabStop - qRound64(qreal(editor.xOffset()) * scale);

@@ -1,0 +1,114 @@
+#include "editor/editorsearch.h"
+
+#include "tests/testprogram.h"
+#include "tests/widget/drawntext.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Searching and replacing from the cursor of an editor, drawn before and after.
+class EditorSearchTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void hits_data();
+    void hits();
+    void replacementIsOneOperation_data();
+    void replacementIsOneOperation();
+    void patternIsReplaced();
+};
+
+namespace {
+
+enum class Direction { Next, Previous };
+
+} // namespace
+
+Q_DECLARE_METATYPE(Direction)
+
+/// What is looked for is "ab", and replaced by "xyz".
+void EditorSearchTest::hits_data()
+{
+    QTest::addColumn<Direction>("direction");
+    QTest::addColumn<QString>("selected");
+    QTest::addColumn<QString>("replaced");
+    const auto row = [](Direction direction, const char *before, const char *selected, const char *replaced) {
+        QTest::newRow(before) << direction << QString::fromLatin1(selected) << QString::fromLatin1(replaced);
+    };
+    row(Direction::Next, "|ab ab", "[ab| ab", "xyz| ab");
+    row(Direction::Next, "a|b ab", "ab [ab|", "ab xyz|");
+    row(Direction::Next, "[ab| ab", "ab [ab|", "ab xyz|");
+    row(Direction::Next, "ab|a]b", "aba|b]", "aba|b]");
+    row(Direction::Next, "ab [ab|", "ab [ab|", "ab [ab|");
+    row(Direction::Previous, "ab ab|", "ab |ab]", "ab |xyz");
+    row(Direction::Previous, "ab a|b ", "ab |ab] ", "ab |xyz ");
+    row(Direction::Previous, "ab [ab|", "|ab] ab", "|xyz ab");
+    row(Direction::Previous, "|ab] ab", "|ab] ab", "|ab] ab");
+}
+
+void EditorSearchTest::hits()
+{
+    QFETCH(Direction, direction);
+    const QString before = QString::fromLatin1(QTest::currentDataTag());
+    QMultiLineEdit editor;
+    EditorSearch search(editor);
+    search.setPattern(u"ab"_s, Qt::CaseSensitive);
+    const bool isNext = direction == Direction::Next;
+
+    QFETCH(QString, selected);
+    DrawnText::load(editor, before);
+    QCOMPARE(isNext ? search.selectNext() : search.selectPrevious(), selected != before);
+    QCOMPARE(DrawnText::draw(editor), selected);
+
+    QFETCH(QString, replaced);
+    DrawnText::load(editor, before);
+    QCOMPARE(isNext ? search.replaceNext(u"xyz"_s) : search.replacePrevious(u"xyz"_s), replaced != before);
+    QCOMPARE(DrawnText::draw(editor), replaced);
+}
+
+void EditorSearchTest::replacementIsOneOperation_data()
+{
+    QTest::addColumn<Direction>("direction");
+    QTest::newRow("next") << Direction::Next;
+    QTest::newRow("previous") << Direction::Previous;
+}
+
+/// It is said once that the text has changed, and never that the hit is selected.
+void EditorSearchTest::replacementIsOneOperation()
+{
+    QFETCH(Direction, direction);
+    QMultiLineEdit editor;
+    EditorSearch search(editor);
+    search.setPattern(u"ab"_s, Qt::CaseSensitive);
+    DrawnText::load(editor, direction == Direction::Next ? u"|1ab2"_s : u"1ab2|"_s);
+    const QSignalSpy changed(&editor, &QMultiLineEdit::textChanged);
+    const QSignalSpy copyable(&editor, &QMultiLineEdit::copyAvailable);
+    QVERIFY(direction == Direction::Next ? search.replaceNext(u"x"_s) : search.replacePrevious(u"x"_s));
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(copyable.count(), 0);
+    editor.undo();
+    QCOMPARE(editor.text(), u"1ab2"_s);
+    QVERIFY(!editor.history().canUndo());
+}
+
+void EditorSearchTest::patternIsReplaced()
+{
+    QMultiLineEdit editor;
+    EditorSearch search(editor);
+    DrawnText::load(editor, u"|b B a A"_s);
+    QVERIFY(!search.selectNext());
+    search.setPattern(u"A"_s, Qt::CaseSensitive);
+    QVERIFY(search.selectNext());
+    QCOMPARE(DrawnText::draw(editor), u"b B a [A|"_s);
+    search.setPattern(u"A"_s, Qt::CaseInsensitive);
+    QVERIFY(search.selectPrevious());
+    QCOMPARE(DrawnText::draw(editor), u"b B |a] A"_s);
+    search.setPattern(u"B"_s, Qt::CaseInsensitive);
+    QVERIFY(search.selectPrevious());
+    QCOMPARE(DrawnText::draw(editor), u"b |B] a A"_s);
+}
+
+REGISTER_TEST(runWindowTest<EditorSearchTest>)
+#include "editorsearch_test.moc"
