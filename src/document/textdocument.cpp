@@ -84,16 +84,34 @@ qint64 TextDocument::applyStep(qint64 (UndoHistory::*step)(TextStore &, const Un
 
 void TextDocument::setText(TextStore &&text)
 {
-    emit aboutToReplace();
-    const TextChange change{ 0, m_store.length(), text.length() };
-    m_history.clear();
+    const bool isRead = m_dropped.has_value();
+    if (!isRead)
+        dropText();
     m_store = std::move(text);
-    m_isEdited = true;
-    emit replaced(change);
+    m_isEdited = !isRead;
+    emit replaced({ 0, *std::exchange(m_dropped, std::nullopt), m_store.length() });
+}
+
+void TextDocument::dropText()
+{
+    emit aboutToReplace();
+    m_dropped = m_store.length();
+    m_history.clear();
+    m_store = TextStore(m_store.layoutRule());
 }
 
 std::optional<ReadFailure> TextDocument::load(
     const QString &path, const QString &name, std::optional<CharCode> requested, FileCodes codes)
+{
+    TextStore text;
+    if (const auto failure = read(path, name, requested, codes, text))
+        return failure;
+    setText(std::move(text));
+    return std::nullopt;
+}
+
+std::optional<ReadFailure> TextDocument::read(const QString &path, const QString &name,
+    std::optional<CharCode> requested, FileCodes codes, TextStore &text)
 {
     m_path = path;
     m_name = name;
@@ -107,39 +125,29 @@ std::optional<ReadFailure> TextDocument::load(
     m_codes.returnCode =
         m_codes.charCode == CharCode::Binary ? ReturnCode::None : detectReturnCode(bytes, codes.returnCode);
     normalizeLineEnds(bytes, m_codes.returnCode);
-    decode(std::move(bytes));
+    dropText(); // before the other one is there: there may be no room for both
+    text = decode(std::move(bytes));
     return std::nullopt;
 }
 
-/// The text before goes first: there is room for one.
-void TextDocument::decode(QByteArray &&bytes)
+TextStore TextDocument::decode(QByteArray &&bytes)
 {
-    const TextCodec &codec = codecToRead(m_codes.charCode, bytes);
-    emit aboutToReplace();
-    const qint64 gone = m_store.length();
-    m_history.clear();
-    m_store = TextStore(m_store.layoutRule());
-    m_store = codec.decode(bytes, m_store.layoutRule());
-    bytes.clear();
+    const QByteArray read = std::move(bytes);
+    const TextCodec &codec = codecToRead(m_codes.charCode, read);
     m_readCode = ReadCode(codec);
-    m_isEdited = false;
-    emit replaced({ 0, gone, m_store.length() });
+    return codec.decode(read, m_store.layoutRule());
 }
 
 void TextDocument::startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec)
 {
-    emit aboutToReplace();
-    const qint64 gone = m_store.length();
-    m_history.clear();
-    m_store = TextStore(m_store.layoutRule());
+    dropText();
     m_path.clear();
     m_name = name;
     m_unreadFile.clear();
     m_codes = codes;
     m_readCode = ReadCode(byteCodec);
     m_version = DocumentVersion();
-    m_isEdited = false;
-    emit replaced({ 0, gone, 0 });
+    setText(TextStore(m_store.layoutRule()));
 }
 
 SaveResult TextDocument::save(const QString &path, const QString &name, std::optional<CharCode> charCode,

@@ -83,7 +83,7 @@ public:
     void replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);
     /// The same, with its spellings.
     void replace(qint64 offset, qint64 removed, const TextPiece &inserted);
-    /// Makes it another text, edited, without a history.
+    /// Makes it another text without a history: edited, unless it was read just now.
     void setText(TextStore &&text);
 
     /// Edits until endGroup() are undone as one step. Groups nest.
@@ -102,6 +102,10 @@ public:
     /// them keeps a copy of what could not be read.
     std::optional<ReadFailure> load(
         const QString &path, const QString &name, std::optional<CharCode> requested, FileCodes codes);
+    /// All of load() but its last step, for whoever sets texts in a way of its own: the text before is gone,
+    /// and `text` is to be given to setText() next.
+    std::optional<ReadFailure> read(const QString &path, const QString &name,
+        std::optional<CharCode> requested, FileCodes codes, TextStore &text);
     /// Makes it a document of that name that was never saved, without text; undecodable bytes and spellings
     /// that come into it are of `byteCodec`.
     void startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec);
@@ -127,7 +131,8 @@ signals:
 private:
     qint64 applyStep(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
     void noteEdit(const TextChange &change);
-    void decode(QByteArray &&bytes);
+    TextStore decode(QByteArray &&bytes);
+    void dropText();
     SaveResult write(const QString &fileName);
 
     TextStore m_store;
@@ -137,6 +142,7 @@ private:
     QString m_path;
     QString m_name;
     QString m_unreadFile; ///< path + name of the file that could not be read; empty when the text is its own
+    std::optional<qint64> m_dropped; ///< units of the text that is gone already, while another one is made
     FileCodes m_codes;
     ReadCode m_readCode;
     DocumentVersion m_version;

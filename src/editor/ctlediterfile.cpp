@@ -12,10 +12,14 @@ FileCodes ctlEditer::defaultCodes()
 
 bool ctlEditer::loadFile(const QString &path, const QString &name, int requested)
 {
-    const auto failure = document().load(path, name, requestedCharCode(requested), defaultCodes());
-    if (failure)
+    TextStore text;
+    if (const auto failure =
+            document().read(path, name, requestedCharCode(requested), defaultCodes(), text)) {
         tellReadFailure(this, *failure);
-    return !failure;
+        return false;
+    }
+    setText(std::move(text));
+    return true;
 }
 
 bool ctlEditer::reload(const QString &path, const QString &name)

@@ -91,13 +91,12 @@ void TextEdits::prepareForOther()
 {
     m_announcer.keep(m_store);
     m_primary.freeze();
-}
-
-/// Cursor and view are at the start of another text.
-void TextEdits::showOther(const TextChange &change)
-{
     m_cursor.set({});
     m_cursor.setGoalX(std::nullopt);
+}
+
+void TextEdits::showOther(const TextChange &change)
+{
     m_view.setTop(0);
     m_view.setLeft(0);
     m_scroller.updateBars();

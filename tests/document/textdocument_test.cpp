@@ -67,6 +67,7 @@ private slots:
     void anotherTextHasNoHistory();
     void layingOutChangesNothing();
     void opensAnnouncingOnce();
+    void opensByWhoeverSetsTheText();
     void asksForTheCodesOfAFileThatDoesNotTell();
     void readsInTheCodeRequested();
     void binaryFilesAreNotWritten();
@@ -207,6 +208,27 @@ void TextDocumentTest::opensAnnouncingOnce()
     QCOMPARE(document.path(), folder.path());
     QCOMPARE(document.name(), name);
     QCOMPARE(document.charCode(), CharCode::Utf8);
+}
+
+void TextDocumentTest::opensByWhoeverSetsTheText()
+{
+    const DocumentFolder folder;
+    QVERIFY(folder.write(name, "read"));
+    TextDocument document;
+    document.setText(storeOf(u"before"_s));
+    Listener heard(document);
+    TextStore text;
+    QVERIFY(!document.read(folder.path(), name, {}, {}, text));
+    QCOMPARE(document.store().length(), 0);
+    QVERIFY(heard.replacements.isEmpty());
+    text.replace(0, 0, u"as ");
+    document.setText(std::move(text));
+    QCOMPARE(document.store().text(), u"as read"_s);
+    QCOMPARE(heard.replacements, QList<Change>({ { 0, 6, 7 } }));
+    QVERIFY(!document.isEdited());
+    document.setText(storeOf(u"set"_s));
+    QCOMPARE(heard.replacements.last(), Change({ 0, 7, 3 }));
+    QVERIFY(document.isEdited());
 }
 
 void TextDocumentTest::asksForTheCodesOfAFileThatDoesNotTell()
@@ -384,7 +406,7 @@ void TextDocumentTest::samplesAreEditedBack()
     QCOMPARE(replaceAll(u"<#>"_s, character), count);
     QCOMPARE(document.store().text(), text);
     QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
-    // What the mark said of a UTF-16 file is written in UTF-8.
+    // What the byte-order mark said of a UTF-16 file is written in UTF-8.
     const bool isUnicode = document.charCode() == CharCode::Unicode;
     QCOMPARE(folder.read(name), isUnicode ? QString(text).replace(u"\n"_s, u"\r\n"_s).toUtf8() : bytes);
 }

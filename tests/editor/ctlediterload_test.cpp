@@ -19,6 +19,27 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace {
+
+/// Notes the texts that are set.
+class Editor : public ctlEditer {
+public:
+    using ctlEditer::ctlEditer;
+    using ctlEditer::setText;
+
+    void setText(TextStore &&store) override
+    {
+        lengths << store.length();
+        placesThen << cursorPosition();
+        ctlEditer::setText(std::move(store));
+    }
+
+    QList<qint64> lengths;
+    QList<RowCol> placesThen; ///< where the cursor stood
+};
+
+} // namespace
+
 class CtlEditerLoadTest : public QObject {
     Q_OBJECT
 
@@ -33,6 +54,7 @@ private slots:
     void emptyFileHasTheDefaults();
     void fileWithoutALineEndHasTheDefaultOne();
     void loadedDocumentIsUnmodified();
+    void textIsSetByTheVirtualFunction();
     void textIsSetAndAnnouncedOnce();
     void failedLoadChangesNothingButTheName_data();
     void failedLoadChangesNothingButTheName();
@@ -49,7 +71,7 @@ private:
 
     std::unique_ptr<DocumentFolder> m_folder;
     std::unique_ptr<QWidget> m_window;
-    ctlEditer *m_editor = nullptr;
+    Editor *m_editor = nullptr;
 };
 
 void CtlEditerLoadTest::init()
@@ -58,7 +80,7 @@ void CtlEditerLoadTest::init()
     appSettings().FontName = QStringLiteral("monospace");
     m_folder = std::make_unique<DocumentFolder>();
     m_window = std::make_unique<QWidget>();
-    m_editor = new ctlEditer(m_window.get());
+    m_editor = new Editor(m_window.get());
 }
 
 void CtlEditerLoadTest::cleanup()
@@ -190,6 +212,15 @@ void CtlEditerLoadTest::loadedDocumentIsUnmodified()
     QVERIFY(m_editor->undoAvailable());
     m_editor->undo();
     QCOMPARE(m_editor->text(), QStringLiteral("text\n"));
+}
+
+void CtlEditerLoadTest::textIsSetByTheVirtualFunction()
+{
+    m_editor->insert(QStringLiteral("one\ntwo"));
+    QVERIFY(load("text\n"));
+    QCOMPARE(m_editor->lengths, QList<qint64>({ 5 }));
+    QCOMPARE(m_editor->placesThen, QList<RowCol>({ RowCol{ 0, 0 } }));
+    QVERIFY(!m_editor->edited());
 }
 
 void CtlEditerLoadTest::textIsSetAndAnnouncedOnce()
