@@ -132,11 +132,6 @@ bool frmMain::confirmCloseAll(bool saveWithoutAsking)
     return m_parts->closer.closeAll(saveWithoutAsking ? EditsAtClosing::Save : EditsAtClosing::Ask);
 }
 
-bool frmMain::endSession(bool mayAsk)
-{
-    return m_parts->sessionEnd.prepare(mayAsk);
-}
-
 void frmMain::applySettings()
 {
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);

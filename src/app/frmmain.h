@@ -48,9 +48,6 @@ public:
     /// Closes every document, from the last tab backwards; edited ones are asked about, or saved without
     /// asking. False when that was cancelled or a save failed; what was passed by then stays closed.
     bool confirmCloseAll(bool saveWithoutAsking);
-    /// The user's session is about to end: asks about edited documents, which all stay open; see
-    /// SessionEnd::prepare(). False when the session is not to end.
-    bool endSession(bool mayAsk);
 
     /// Gives changed settings to every document and to the menus; no document counts as edited by that.
     void applySettings();

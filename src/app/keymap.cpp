@@ -53,7 +53,7 @@ bool matches(const KeyBinding &binding, const Key &key, bool hasText)
 QList<CommandSlot> commandsFor(const Key &key, bool hasText)
 {
     QList<CommandSlot> commands;
-    for (const KeyBinding &binding : keyMap) {
+    for (const KeyBinding &binding : keyBindings()) {
         if (matches(binding, key, hasText))
             commands.append(binding.slot);
     }

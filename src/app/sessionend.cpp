@@ -12,7 +12,8 @@
 #include <utility>
 
 SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer)
-    : m_documents(documents)
+    : QObject(&documents)
+    , m_documents(documents)
     , m_closer(closer)
 {
     connect(&documents, &DocumentArea::closed, this, &SessionEnd::forget);

@@ -11,7 +11,7 @@ class ctlEditer;
 class SessionEnd : public QObject {
     Q_OBJECT
 public:
-    /// Answers the session manager from then on, while it lives.
+    /// Answers the session manager from then on, while it lives. A child of the documents.
     SessionEnd(DocumentArea &documents, DocumentCloser &closer);
 
     /// Asks about edited documents, from the last tab backwards. False when the session is not to end: that

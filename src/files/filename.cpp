@@ -94,12 +94,6 @@ bool FileName::exists(QStringView name)
     return ::stat(toBytes(name).constData(), &info) == 0;
 }
 
-bool FileName::isFolder(QStringView name)
-{
-    struct stat info;
-    return ::stat(toBytes(name).constData(), &info) == 0 && S_ISDIR(info.st_mode);
-}
-
 QString FileName::forDisplay(const QString &name)
 {
     const auto isHidden = [](QChar unit) {

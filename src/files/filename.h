@@ -25,8 +25,6 @@ QString absolute(QByteArrayView bytes);
 
 /// Whether there is something of that name, a folder too; a symbolic link counts as what it leads to.
 bool exists(QStringView name);
-/// Whether it is a folder, or a link to one.
-bool isFolder(QStringView name);
 
 /// The name as it may be shown in one line: every undecodable byte, every control character, and every one
 /// that gives what follows another direction (U+202A to U+202E, U+2066 to U+2069) is U+FFFD. So none looks

@@ -287,10 +287,6 @@ bool UndoHistory::canRedo() const
 {
     return d->done < d->steps.size();
 }
-qint64 UndoHistory::undoSteps() const
-{
-    return qint64(d->done);
-}
 
 void UndoHistory::clear()
 {

@@ -40,8 +40,6 @@ public:
     void setDepth(int steps);
     bool canUndo() const;
     bool canRedo() const;
-    /// Steps that undo() can take back.
-    qint64 undoSteps() const;
     void clear();
 
     /// Edits the store and records it: a deletion, an insertion, or one and the other as a group. Forgets

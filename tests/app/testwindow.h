@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/frmmain.h"
+#include "app/sessionend.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "settings/settings.h"
@@ -41,6 +42,9 @@ public:
         slotEtcFirstNewDoc();
         return isActive && tabBar()->count() == 1;
     }
+
+    /// What the window answers a session manager that is about to end the session.
+    bool endSession(bool mayAsk) { return findChild<SessionEnd *>()->prepare(mayAsk); }
 
     QStringList tabTexts() const
     {
