@@ -1,0 +1,62 @@
+#include "document/readcode.h"
+
+#include "codec/codecs.h"
+#include "tests/testprogram.h"
+
+#include <QTest>
+
+using AsRead = TextCodec::AsRead;
+
+/// In which code a text's own bytes are written as they were read.
+class ReadCodeTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ownCodeGetsEverythingAsRead();
+    void anotherCodeTakesOverTextWithoutBytes();
+    void bytesStayThoseOfTheirCode_data();
+    void bytesStayThoseOfTheirCode();
+};
+
+void ReadCodeTest::ownCodeGetsEverythingAsRead()
+{
+    const TextStore text = shiftJisCodec().decode("a\xFA\x4A\x81", {});
+    ReadCode code(shiftJisCodec());
+    QCOMPARE(&code.codec(), &shiftJisCodec());
+    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), AsRead::Everything);
+    QCOMPARE(code.writtenAsReadIn(eucCodec()), AsRead::Nothing);
+    code.setWritten(shiftJisCodec(), text);
+    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), AsRead::Everything);
+}
+
+void ReadCodeTest::anotherCodeTakesOverTextWithoutBytes()
+{
+    const TextStore text = shiftJisCodec().decode("a\x8A\xBF", {});
+    ReadCode code(shiftJisCodec());
+    code.setWritten(eucCodec(), text);
+    QCOMPARE(&code.codec(), &eucCodec());
+    QCOMPARE(code.writtenAsReadIn(eucCodec()), AsRead::Everything);
+    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), AsRead::Nothing);
+}
+
+void ReadCodeTest::bytesStayThoseOfTheirCode_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("undecodable byte") << QByteArray("a\x81");
+    QTest::newRow("second spelling") << QByteArray("\xFA\x4A!");
+    QTest::newRow("undecodable byte far behind") << QByteArray(20000, 'a') + '\x81';
+}
+
+void ReadCodeTest::bytesStayThoseOfTheirCode()
+{
+    QFETCH(QByteArray, bytes);
+    const TextStore text = shiftJisCodec().decode(bytes, {});
+    ReadCode code(shiftJisCodec());
+    code.setWritten(utf8Codec(), text);
+    QCOMPARE(&code.codec(), &shiftJisCodec());
+    QCOMPARE(code.writtenAsReadIn(utf8Codec()), AsRead::Nothing);
+    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), AsRead::UndecodableBytes);
+}
+
+REGISTER_TEST(runPlainTest<ReadCodeTest>)
+#include "readcode_test.moc"
