@@ -95,7 +95,7 @@ bool ReplaceRun::runFrame()
 bool ReplaceRun::replaceNext()
 {
     if (!m_editor.searchForward(
-            m_request.searchMode, m_request.caseSensitive != 0, m_request.findText, m_request.replaceText))
+            m_request.searchMode, m_request.caseSensitive, m_request.findText, m_request.replaceText))
         return false;
     ++m_count;
     QCoreApplication::processEvents();

@@ -5,7 +5,7 @@
 /// The last search that was asked for.
 struct SearchRequest {
     int searchMode = 0; ///< 0 search, 1 replace
-    int caseSensitive = 0;
+    bool caseSensitive = false;
     QString findText;
     QString replaceText;
 };

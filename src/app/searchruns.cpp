@@ -102,7 +102,7 @@ void SearchRuns::search(Direction direction)
     if (!editor || m_request.findText.isEmpty())
         return;
     const bool isFound = (editor->*direction)(
-        m_request.searchMode, m_request.caseSensitive != 0, m_request.findText, m_request.replaceText);
+        m_request.searchMode, m_request.caseSensitive, m_request.findText, m_request.replaceText);
     if (!isFound)
         return;
     showHit(*editor);

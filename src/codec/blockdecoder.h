@@ -1,15 +1,15 @@
 #pragma once
 
 #include "codec/textcodec.h"
-#include "text/asciirun.h"
+#include "text/asciiwords.h"
 
 #include <algorithm>
 #include <memory>
 
 /// Drives a codec's decoder over bytes and hands the text on in blocks.
 ///
-/// Long runs of ASCII go to the sink as they lie in the input; everything else, short runs included, gathers
-/// in one buffer that stays in the processor's cache. A decoder is a small class, inlined here:
+/// Long sequences of ASCII go to the sink as they lie in the input; everything else, short ones included,
+/// gathers in one buffer that stays in the processor's cache. A decoder is a small class, inlined here:
 ///
 ///     bool isAscii() const             bytes that are not special stand for themselves now
 ///     static quint64 special(word)     flags the bytes of a word that isAscii() does not speak for
@@ -26,8 +26,8 @@ public:
         : m_sink(sink)
         , m_decoder(decoder)
         , m_blockUnits(blockUnits)
-        , m_longRun(std::max<qsizetype>(16, m_blockUnits / 16))
-        , m_buffer(new char16_t[static_cast<size_t>(m_blockUnits + m_longRun + unitsPerStep)])
+        , m_longSequence(std::max<qsizetype>(16, m_blockUnits / 16))
+        , m_buffer(new char16_t[static_cast<size_t>(m_blockUnits + m_longSequence + unitsPerStep)])
     {
     }
 
@@ -56,57 +56,57 @@ private:
     /// True when the input is at its end or more may follow; false at a special byte.
     bool copyAscii(const uchar *&in, const uchar *end, char16_t *&out)
     {
-        if (end - in < asciirun::wordSize) {
+        if (end - in < asciiwords::wordSize) {
             if (Decoder::isSpecial(*in))
                 return false;
             *out++ = *in++;
             return true;
         }
-        const quint64 flags = Decoder::special(asciirun::loadWord(in));
+        const quint64 flags = Decoder::special(asciiwords::loadWord(in));
         if (flags == 0) {
-            copyRun(in, end, out);
+            copyWords(in, end, out);
             return true;
         }
-        asciirun::copy<asciirun::wordSize>(in, out);
-        in += asciirun::bytesBelow(flags);
-        out += asciirun::bytesBelow(flags);
+        asciiwords::copy<asciiwords::wordSize>(in, out);
+        in += asciiwords::bytesBelow(flags);
+        out += asciiwords::bytesBelow(flags);
         return false;
     }
 
     /// Over the word at `in` and what follows of the same kind.
-    void copyRun(const uchar *&in, const uchar *end, char16_t *&out)
+    void copyWords(const uchar *&in, const uchar *end, char16_t *&out)
     {
-        const uchar *run = in;
+        const uchar *next = in;
         char16_t *to = out;
         do {
-            asciirun::copy<asciirun::wordSize>(run, to);
-            run += asciirun::wordSize;
-            to += asciirun::wordSize;
-        } while (run - in < m_longRun && end - run >= asciirun::wordSize
-            && Decoder::special(asciirun::loadWord(run)) == 0);
-        if (run - in >= m_longRun) {
+            asciiwords::copy<asciiwords::wordSize>(next, to);
+            next += asciiwords::wordSize;
+            to += asciiwords::wordSize;
+        } while (next - in < m_longSequence && end - next >= asciiwords::wordSize
+            && Decoder::special(asciiwords::loadWord(next)) == 0);
+        if (next - in >= m_longSequence) {
             out = flush(out);
             in = passOn(in, end);
         } else {
             out = to;
-            in = run;
+            in = next;
         }
     }
 
-    /// Gives a run of ASCII to the sink in blocks; returns where it ends.
+    /// Gives a sequence of ASCII to the sink in blocks; returns where it ends.
     const uchar *passOn(const uchar *in, const uchar *end)
     {
         for (const uchar *blockEnd = in; blockEnd != end && !Decoder::isSpecial(*blockEnd); in = blockEnd) {
-            blockEnd = runEnd(in, in + std::min<qsizetype>(m_blockUnits, end - in));
+            blockEnd = asciiEnd(in, in + std::min<qsizetype>(m_blockUnits, end - in));
             m_sink.latin1(QByteArrayView(in, blockEnd - in));
         }
         return in;
     }
 
-    static const uchar *runEnd(const uchar *in, const uchar *end)
+    static const uchar *asciiEnd(const uchar *in, const uchar *end)
     {
-        while (end - in >= asciirun::wordSize && Decoder::special(asciirun::loadWord(in)) == 0)
-            in += asciirun::wordSize;
+        while (end - in >= asciiwords::wordSize && Decoder::special(asciiwords::loadWord(in)) == 0)
+            in += asciiwords::wordSize;
         return std::find_if(in, end, Decoder::isSpecial);
     }
 
@@ -129,7 +129,7 @@ private:
     TextCodec::TextSink &m_sink;
     Decoder m_decoder;
     const qsizetype m_blockUnits;
-    const qsizetype m_longRun;
+    const qsizetype m_longSequence;
     std::unique_ptr<char16_t[]> m_buffer;
 };
 

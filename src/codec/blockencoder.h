@@ -2,7 +2,7 @@
 
 #include "codec/textcodec.h"
 #include "files/byteescape.h"
-#include "text/asciirun.h"
+#include "text/asciiwords.h"
 
 #include <memory>
 
@@ -108,19 +108,19 @@ private:
 
     template <class Unit> static bool copyAscii(const Unit *&in, const Unit *end, uchar *&out)
     {
-        if (end - in < asciirun::wordSize || !isAsciiWord(in))
+        if (end - in < asciiwords::wordSize || !isAsciiWord(in))
             return false;
-        asciirun::copy<asciirun::wordSize>(in, out);
-        if (Encoder::special(asciirun::loadWord(out)) != 0)
+        asciiwords::copy<asciiwords::wordSize>(in, out);
+        if (Encoder::special(asciiwords::loadWord(out)) != 0)
             return false;
-        in += asciirun::wordSize;
-        out += asciirun::wordSize;
+        in += asciiwords::wordSize;
+        out += asciiwords::wordSize;
         return true;
     }
-    static bool isAsciiWord(const uchar *in) { return asciirun::highBytes(asciirun::loadWord(in)) == 0; }
+    static bool isAsciiWord(const uchar *in) { return asciiwords::highBytes(asciiwords::loadWord(in)) == 0; }
     static bool isAsciiWord(const char16_t *in)
     {
-        return asciirun::isAscii4(asciirun::loadWord(in) | asciirun::loadWord(in + 4));
+        return asciiwords::isAscii4(asciiwords::loadWord(in) | asciiwords::loadWord(in + 4));
     }
 
     void put(uchar c, uchar *&out)

@@ -121,7 +121,7 @@ public:
     bool isAscii() const { return m_set == Set::Ascii && m_literal.size == 0; }
     static quint64 special(quint64 word)
     {
-        return asciirun::highBytes(word) | asciirun::bytesEqual(word, escapeCharacter);
+        return asciiwords::highBytes(word) | asciiwords::bytesEqual(word, escapeCharacter);
     }
 
     Set set() const { return m_set; }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "files/byteescape.h"
-#include "text/asciirun.h"
+#include "text/asciiwords.h"
 
 #include <QByteArrayView>
 
@@ -10,7 +10,7 @@
 struct StatelessEncoder {
     static constexpr bool hasByteOrderMark = false;
     static bool isAscii() { return true; }
-    static quint64 special(quint64 word) { return asciirun::highBytes(word); }
+    static quint64 special(quint64 word) { return asciiwords::highBytes(word); }
     static void unknown(uchar *&out) { *out++ = '?'; }
     static void pair(char16_t, char16_t, uchar *&out) { unknown(out); }
     static void byte(uchar b, uchar *&out) { *out++ = b; }

@@ -47,9 +47,9 @@ public:
 
     virtual ~TextCodec();
 
-    /// Decodes the whole of `bytes` into blocks of a bounded size: what loading uses. Long runs of ASCII come
-    /// as latin1() blocks that lie in `bytes` itself. UTF-16 loses its byte-order mark, UTF-8 keeps it as
-    /// U+FEFF. Cost: O(n), at memory speed for ASCII.
+    /// Decodes the whole of `bytes` into blocks of a bounded size: what loading uses. Long sequences of ASCII
+    /// come as latin1() blocks that lie in `bytes` itself. UTF-16 loses its byte-order mark, UTF-8 keeps it
+    /// as U+FEFF. Cost: O(n), at memory speed for ASCII.
     virtual void decode(QByteArrayView bytes, TextSink &sink) const = 0;
     /// The same, into a store.
     TextStore decode(QByteArrayView bytes, const LayoutRule &rule) const;

@@ -1,6 +1,6 @@
 #include "document/detection.h"
 
-#include "text/asciirun.h"
+#include "text/asciiwords.h"
 
 #include <algorithm>
 #include <cstring>
@@ -42,13 +42,13 @@ const uchar *passAsciiWords(const uchar *in, const uchar *end, Utf8Pass &pass)
 {
     quint64 escapes = 0;
     quint64 controls = 0;
-    while (end - in >= asciirun::wordSize) {
-        const quint64 word = asciirun::loadWord(in);
-        if ((asciirun::highBytes(word) | asciirun::bytesEqual(word, 0)) != 0)
+    while (end - in >= asciiwords::wordSize) {
+        const quint64 word = asciiwords::loadWord(in);
+        if ((asciiwords::highBytes(word) | asciiwords::bytesEqual(word, 0)) != 0)
             break;
-        escapes |= asciirun::bytesEqual(word, escapeCharacter);
-        controls |= asciirun::bytesLess(word, firstPlain);
-        in += asciirun::wordSize;
+        escapes |= asciiwords::bytesEqual(word, escapeCharacter);
+        controls |= asciiwords::bytesLess(word, firstPlain);
+        in += asciiwords::wordSize;
     }
     pass.hasEscape |= escapes != 0;
     pass.isPlain &= controls == 0;

@@ -62,7 +62,7 @@ public:
     /// Puts the cursor where the newest insertion or deletion that can be undone began; nothing without one.
     void jumpToLastEdit();
 
-    /// All of the following; the cursor stays on its text, the line at the top of the view stays there, and
+    /// All of the following; the cursor stays on its text, the text at the top of the view stays there, and
     /// the document does not count as modified by it.
     void applySettings();
     void applyFont();

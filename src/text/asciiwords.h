@@ -6,7 +6,7 @@
 #include <cstring>
 
 /// Eight bytes or four UTF-16 units at a time: most of any text is ASCII, and this is where it goes fast.
-namespace asciirun {
+namespace asciiwords {
 
 constexpr int wordSize = 8;
 
@@ -56,4 +56,4 @@ template <int count, class From, class To> inline void copy(const From *from, To
         to[i] = static_cast<To>(from[i]);
 }
 
-} // namespace asciirun
+} // namespace asciiwords
