@@ -5,8 +5,6 @@
 
 #include <QTest>
 
-using AsRead = TextCodec::AsRead;
-
 /// In which code a text's own bytes are written as they were read.
 class ReadCodeTest : public QObject {
     Q_OBJECT
@@ -23,10 +21,10 @@ void ReadCodeTest::ownCodeGetsEverythingAsRead()
     const TextStore text = shiftJisCodec().decode("a\xFA\x4A\x81", {});
     ReadCode code(shiftJisCodec());
     QCOMPARE(&code.codec(), &shiftJisCodec());
-    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), AsRead::Everything);
-    QCOMPARE(code.writtenAsReadIn(eucCodec()), AsRead::Nothing);
+    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), TextCodec::AsRead::Everything);
+    QCOMPARE(code.writtenAsReadIn(eucCodec()), TextCodec::AsRead::Nothing);
     code.setWritten(shiftJisCodec(), text);
-    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), AsRead::Everything);
+    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), TextCodec::AsRead::Everything);
 }
 
 void ReadCodeTest::anotherCodeTakesOverTextWithoutBytes()
@@ -35,8 +33,8 @@ void ReadCodeTest::anotherCodeTakesOverTextWithoutBytes()
     ReadCode code(shiftJisCodec());
     code.setWritten(eucCodec(), text);
     QCOMPARE(&code.codec(), &eucCodec());
-    QCOMPARE(code.writtenAsReadIn(eucCodec()), AsRead::Everything);
-    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), AsRead::Nothing);
+    QCOMPARE(code.writtenAsReadIn(eucCodec()), TextCodec::AsRead::Everything);
+    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), TextCodec::AsRead::Nothing);
 }
 
 void ReadCodeTest::bytesStayThoseOfTheirCode_data()
@@ -54,8 +52,8 @@ void ReadCodeTest::bytesStayThoseOfTheirCode()
     ReadCode code(shiftJisCodec());
     code.setWritten(utf8Codec(), text);
     QCOMPARE(&code.codec(), &shiftJisCodec());
-    QCOMPARE(code.writtenAsReadIn(utf8Codec()), AsRead::Nothing);
-    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), AsRead::UndecodableBytes);
+    QCOMPARE(code.writtenAsReadIn(utf8Codec()), TextCodec::AsRead::Nothing);
+    QCOMPARE(code.writtenAsReadIn(shiftJisCodec()), TextCodec::AsRead::UndecodableBytes);
 }
 
 REGISTER_TEST(runPlainTest<ReadCodeTest>)

@@ -22,7 +22,7 @@
 namespace {
 
 /// Notes the texts that are set.
-class Editor : public ctlEditer {
+class TextNotingEditor : public ctlEditer {
 public:
     using ctlEditer::ctlEditer;
     using ctlEditer::setText;
@@ -71,7 +71,7 @@ private:
 
     std::unique_ptr<DocumentFolder> m_folder;
     std::unique_ptr<QWidget> m_window;
-    Editor *m_editor = nullptr;
+    TextNotingEditor *m_editor = nullptr;
 };
 
 void CtlEditerLoadTest::init()
@@ -80,7 +80,7 @@ void CtlEditerLoadTest::init()
     appSettings().FontName = QStringLiteral("monospace");
     m_folder = std::make_unique<DocumentFolder>();
     m_window = std::make_unique<QWidget>();
-    m_editor = new Editor(m_window.get());
+    m_editor = new TextNotingEditor(m_window.get());
 }
 
 void CtlEditerLoadTest::cleanup()

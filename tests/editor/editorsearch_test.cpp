@@ -22,40 +22,41 @@ private slots:
 
 namespace {
 
-enum class Direction { Next, Previous };
+enum class SearchDirection { Next, Previous };
 
 } // namespace
 
-Q_DECLARE_METATYPE(Direction)
+Q_DECLARE_METATYPE(SearchDirection)
 
 /// What is looked for is "ab", and replaced by "xyz".
 void EditorSearchTest::hits_data()
 {
-    QTest::addColumn<Direction>("direction");
+    QTest::addColumn<SearchDirection>("direction");
     QTest::addColumn<QString>("selected");
     QTest::addColumn<QString>("replaced");
-    const auto row = [](Direction direction, const char *before, const char *selected, const char *replaced) {
+    const auto row = [](SearchDirection direction, const char *before, const char *selected,
+                         const char *replaced) {
         QTest::newRow(before) << direction << QString::fromLatin1(selected) << QString::fromLatin1(replaced);
     };
-    row(Direction::Next, "|ab ab", "[ab| ab", "xyz| ab");
-    row(Direction::Next, "a|b ab", "ab [ab|", "ab xyz|");
-    row(Direction::Next, "[ab| ab", "ab [ab|", "ab xyz|");
-    row(Direction::Next, "ab|a]b", "aba|b]", "aba|b]");
-    row(Direction::Next, "ab [ab|", "ab [ab|", "ab [ab|");
-    row(Direction::Previous, "ab ab|", "ab |ab]", "ab |xyz");
-    row(Direction::Previous, "ab a|b ", "ab |ab] ", "ab |xyz ");
-    row(Direction::Previous, "ab [ab|", "|ab] ab", "|xyz ab");
-    row(Direction::Previous, "|ab] ab", "|ab] ab", "|ab] ab");
+    row(SearchDirection::Next, "|ab ab", "[ab| ab", "xyz| ab");
+    row(SearchDirection::Next, "a|b ab", "ab [ab|", "ab xyz|");
+    row(SearchDirection::Next, "[ab| ab", "ab [ab|", "ab xyz|");
+    row(SearchDirection::Next, "ab|a]b", "ab|a]b", "ab|a]b");
+    row(SearchDirection::Next, "ab [ab|", "ab [ab|", "ab [ab|");
+    row(SearchDirection::Previous, "ab ab|", "ab |ab]", "ab |xyz");
+    row(SearchDirection::Previous, "ab a|b ", "ab |ab] ", "ab |xyz ");
+    row(SearchDirection::Previous, "ab [ab|", "|ab] ab", "|xyz ab");
+    row(SearchDirection::Previous, "|ab] ab", "|ab] ab", "|ab] ab");
 }
 
 void EditorSearchTest::hits()
 {
-    QFETCH(Direction, direction);
+    QFETCH(SearchDirection, direction);
     const QString before = QString::fromLatin1(QTest::currentDataTag());
     QMultiLineEdit editor;
     EditorSearch search(editor);
     search.setPattern(u"ab"_s, Qt::CaseSensitive);
-    const bool isNext = direction == Direction::Next;
+    const bool isNext = direction == SearchDirection::Next;
 
     QFETCH(QString, selected);
     DrawnText::load(editor, before);
@@ -70,22 +71,22 @@ void EditorSearchTest::hits()
 
 void EditorSearchTest::replacementIsOneOperation_data()
 {
-    QTest::addColumn<Direction>("direction");
-    QTest::newRow("next") << Direction::Next;
-    QTest::newRow("previous") << Direction::Previous;
+    QTest::addColumn<SearchDirection>("direction");
+    QTest::newRow("next") << SearchDirection::Next;
+    QTest::newRow("previous") << SearchDirection::Previous;
 }
 
 /// It is said once that the text has changed, and never that the hit is selected.
 void EditorSearchTest::replacementIsOneOperation()
 {
-    QFETCH(Direction, direction);
+    QFETCH(SearchDirection, direction);
     QMultiLineEdit editor;
     EditorSearch search(editor);
     search.setPattern(u"ab"_s, Qt::CaseSensitive);
-    DrawnText::load(editor, direction == Direction::Next ? u"|1ab2"_s : u"1ab2|"_s);
+    DrawnText::load(editor, direction == SearchDirection::Next ? u"|1ab2"_s : u"1ab2|"_s);
     const QSignalSpy changed(&editor, &QMultiLineEdit::textChanged);
     const QSignalSpy copyable(&editor, &QMultiLineEdit::copyAvailable);
-    QVERIFY(direction == Direction::Next ? search.replaceNext(u"x"_s) : search.replacePrevious(u"x"_s));
+    QVERIFY(direction == SearchDirection::Next ? search.replaceNext(u"x"_s) : search.replacePrevious(u"x"_s));
     QCOMPARE(changed.count(), 1);
     QCOMPARE(copyable.count(), 0);
     editor.undo();

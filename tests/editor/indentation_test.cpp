@@ -18,14 +18,14 @@ private slots:
 
 namespace {
 
-TextStore storeOf(const QString &text, const NodeSizes &sizes = {})
+TextStore storeOfText(const QString &text, const NodeSizes &sizes = {})
 {
     TextStore::Builder builder({}, sizes);
     builder.append(text);
     return builder.finish();
 }
 
-QString textOf(const TextPiece &piece)
+QString textOfPiece(const TextPiece &piece)
 {
     return piece.text(0, piece.length());
 }
@@ -60,20 +60,20 @@ void IndentationTest::lines()
     QFETCH(QString, drawing);
     const qint64 begin = drawing.indexOf(u'[');
     const qint64 end = drawing.indexOf(u']') - 1;
-    const TextStore store = storeOf(drawing.remove(u'[').remove(u']'));
-    QTEST(textOf(indented(store, begin, end, Indentation::In)), "in");
-    QTEST(textOf(indented(store, begin, end, Indentation::Out)), "out");
+    const TextStore store = storeOfText(drawing.remove(u'[').remove(u']'));
+    QTEST(textOfPiece(indented(store, begin, end, Indentation::In)), "in");
+    QTEST(textOfPiece(indented(store, begin, end, Indentation::Out)), "out");
 }
 
 /// A leaf may end anywhere in a line.
 void IndentationTest::linesOfManyLeaves()
 {
     const QString line = u"one 漢字\n"_s;
-    const TextStore store = storeOf(line.repeated(50), { .leafUnits = 4, .children = 4 });
-    const QString moved = textOf(indented(store, 0, store.length(), Indentation::In));
+    const TextStore store = storeOfText(line.repeated(50), { .leafUnits = 4, .children = 4 });
+    const QString moved = textOfPiece(indented(store, 0, store.length(), Indentation::In));
     QCOMPARE(moved, (u'\t' + line).repeated(50));
-    const TextStore further = storeOf(moved, { .leafUnits = 4, .children = 4 });
-    QCOMPARE(textOf(indented(further, 0, further.length(), Indentation::Out)), line.repeated(50));
+    const TextStore further = storeOfText(moved, { .leafUnits = 4, .children = 4 });
+    QCOMPARE(textOfPiece(indented(further, 0, further.length(), Indentation::Out)), line.repeated(50));
 }
 
 void IndentationTest::spellingsStay()
