@@ -1,7 +1,7 @@
 # The toolkit's headers are read ahead, once for the libraries and once for the tests, which are compiled with other
 # flags; and once for each of the toolkit's modules, so that what needs Qt Core alone cannot come to know more.
-function(marlopad_read_ahead kind)
-    foreach(module Core Gui Widgets)
+function(marlopad_read_ahead kind modules)
+    foreach(module ${modules})
         set(name read_ahead_${module}_for_${kind})
         file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/${name}.cpp CONTENT "")
         add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/${name}.cpp)
@@ -11,9 +11,9 @@ function(marlopad_read_ahead kind)
     endforeach()
 endfunction()
 
-marlopad_read_ahead(libraries marlopad_library_flags)
+marlopad_read_ahead(libraries "Core;Gui;Widgets" marlopad_library_flags)
 if(BUILD_TESTING)
-    marlopad_read_ahead(tests)
+    marlopad_read_ahead(tests "Core;Widgets" marlopad_test_flags)
 endif()
 
 # The largest of the toolkit's modules that TARGET knows through LIBRARIES is what is read ahead for it.
@@ -47,7 +47,7 @@ function(marlopad_test_program)
     cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
     get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} NAME)
     add_executable(${folder}_tests ${CMAKE_SOURCE_DIR}/tests/testprogram.cpp)
-    target_link_libraries(${folder}_tests PRIVATE Qt6::Test ${arg_LINK} marlopad_flags)
+    target_link_libraries(${folder}_tests PRIVATE Qt6::Test ${arg_LINK} marlopad_flags marlopad_test_flags)
     target_include_directories(${folder}_tests PRIVATE ${CMAKE_SOURCE_DIR})
     marlopad_use_read_ahead(${folder}_tests tests "${arg_LINK}")
 endfunction()
