@@ -158,7 +158,7 @@ SaveResult TextDocument::save(const QString &path, const QString &name, std::opt
     m_codes = { charCode.value_or(m_codes.charCode), returnCode.value_or(m_codes.returnCode) };
     if (charCode || returnCode)
         emit codesChanged();
-    const SaveResult result = write(path + name);
+    SaveResult result = write(path + name);
     if (result.outcome == SaveResult::Outcome::NotWritten)
         return result;
     m_path = path;
