@@ -607,6 +607,62 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
         <source>Characters that %1 lacks: %2 (%3)</source>
         <translation>Caractères absents de %1&#xa0;: %2 (%3)</translation>
     </message>
+    <message>
+        <source>Open already, read as %1</source>
+        <translation>Déjà ouvert, lu en %1</translation>
+    </message>
+    <message>
+        <source>Reopen as %1</source>
+        <translation>Rouvrir en %1</translation>
+    </message>
+    <message>
+        <source>Read as %1, but %2 reads it without a fault</source>
+        <translation>Lu en %1, mais lisible sans faute en %2</translation>
+    </message>
+    <message>
+        <source>Bytes that are not %1: %2</source>
+        <translation>Octets qui ne sont pas du %1&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>Reopen as</source>
+        <translation>Rouvrir en</translation>
+    </message>
+    <message>
+        <source>Replaced in part only: %1</source>
+        <translation>Remplacés en partie seulement&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Undo all</source>
+        <translation>Tout annuler</translation>
+    </message>
+    <message>
+        <source>Saving will change: %1</source>
+        <translation>L’enregistrement changera&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>UTF-16 text, to be saved as UTF-8</source>
+        <translation>Texte UTF-16, qui sera enregistré en UTF-8</translation>
+    </message>
+    <message>
+        <source>UTF-16 text, read byte by byte</source>
+        <translation>Texte UTF-16, lu octet par octet</translation>
+    </message>
+    <message>
+        <source>Read it as text</source>
+        <translation>Lire comme texte</translation>
+    </message>
+    <message>
+        <source>Keep UTF-16</source>
+        <translation>Garder UTF-16</translation>
+    </message>
+    <message>
+        <source>Keep a copy</source>
+        <translation>Garder une copie</translation>
+    </message>
+    <message>
+        <source>The file as it was is kept as %1</source>
+        <translation>L’ancien fichier est gardé&#xa0;: %1</translation>
+    </message>
 </context>
 <context>
     <name>frmOption</name>

@@ -589,7 +589,7 @@ Row count  : %2</source>
     </message>
     <message>
         <source>Go to it</source>
-        <translation>その文字へ</translation>
+        <translation>そこへ移動</translation>
     </message>
     <message>
         <source>Save as UTF-8…</source>
@@ -606,6 +606,62 @@ Row count  : %2</source>
     <message>
         <source>Characters that %1 lacks: %2 (%3)</source>
         <translation>%1 にない文字: %2 (%3)</translation>
+    </message>
+    <message>
+        <source>Open already, read as %1</source>
+        <translation>すでに開いています (%1)</translation>
+    </message>
+    <message>
+        <source>Reopen as %1</source>
+        <translation>%1 で開き直す</translation>
+    </message>
+    <message>
+        <source>Read as %1, but %2 reads it without a fault</source>
+        <translation>%1 で読みましたが、%2 なら正しく読めます</translation>
+    </message>
+    <message>
+        <source>Bytes that are not %1: %2</source>
+        <translation>%1 ではないバイト: %2</translation>
+    </message>
+    <message>
+        <source>Reopen as</source>
+        <translation>コードを選ぶ</translation>
+    </message>
+    <message>
+        <source>Replaced in part only: %1</source>
+        <translation>一部だけ置き換えた箇所: %1</translation>
+    </message>
+    <message>
+        <source>Undo all</source>
+        <translation>すべて元に戻す</translation>
+    </message>
+    <message>
+        <source>Saving will change: %1</source>
+        <translation>保存すると変わります: %1</translation>
+    </message>
+    <message>
+        <source>UTF-16 text, to be saved as UTF-8</source>
+        <translation>UTF-16 の文書です。UTF-8 で保存されます</translation>
+    </message>
+    <message>
+        <source>UTF-16 text, read byte by byte</source>
+        <translation>UTF-16 の文書をバイト単位で読みました</translation>
+    </message>
+    <message>
+        <source>Read it as text</source>
+        <translation>文字として読む</translation>
+    </message>
+    <message>
+        <source>Keep UTF-16</source>
+        <translation>UTF-16 のまま</translation>
+    </message>
+    <message>
+        <source>Keep a copy</source>
+        <translation>元のファイルを残す</translation>
+    </message>
+    <message>
+        <source>The file as it was is kept as %1</source>
+        <translation>元のファイルの控え: %1</translation>
     </message>
 </context>
 <context>

@@ -25,6 +25,11 @@ std::optional<CharCode> codeToReload(const ctlEditer &editor)
     return code == CharCode::Ascii || code == CharCode::Binary ? std::nullopt : std::optional(code);
 }
 
+bool isReadWith(const ctlEditer &editor, CharCode code)
+{
+    return &infoOf(CharCode(editor.charCode())).codec() == &infoOf(code).codec();
+}
+
 /// Folder and name of a file, without looking at the disk. A "/" at the end is not part of the name.
 FileChoice fileOf(const QString &path, std::optional<CharCode> charCode)
 {
@@ -52,8 +57,12 @@ void DocumentLoader::open(const QString &path, std::optional<CharCode> charCode)
         m_documents.setCurrent(editor);
         const QString question =
             tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
-        if (editor->edited() && isReloadWanted(tr("Existing File"), question) && loadInto(editor, file))
-            m_places.restore(*editor);
+        if (editor->edited() && isReloadWanted(tr("Existing File"), question)) {
+            if (loadInto(editor, file))
+                m_places.restore(*editor);
+        } else if (charCode && !isReadWith(*editor, *charCode)) {
+            offerCode(editor, *charCode);
+        }
         return;
     }
     ctlEditer *editor = m_documents.add(FileName::forDisplay(file.name));
@@ -85,9 +94,39 @@ void DocumentLoader::askAndReload()
     ctlEditer *editor = m_documents.current();
     if (!editor || !hasFile(*editor) || editor->name().isEmpty())
         return;
-    const QString question = tr("Cancel edit and reload\n'%1'?").arg(FileName::forMessage(editor->name()));
-    if (isReloadWanted(tr("Confirm Reload"), question))
+    if (isReloadWanted(*editor))
         loadInto(editor, { editor->path(), editor->name(), codeToReload(*editor) });
+}
+
+void DocumentLoader::reopen(ctlEditer *editor, CharCode charCode)
+{
+    if (!mayReopen(*editor))
+        return;
+    loadInto(editor, { editor->path(), editor->name(), charCode });
+    editor->setFocus();
+}
+
+void DocumentLoader::reopenUtf16(ctlEditer *editor, Utf16Form form)
+{
+    if (!mayReopen(*editor))
+        return;
+    KeyPause::begin();
+    editor->loadUtf16(editor->path(), editor->name(), form);
+    m_documents.refresh(editor);
+    editor->setFocus();
+}
+
+bool DocumentLoader::mayReopen(const ctlEditer &editor)
+{
+    return hasFile(editor) && (!editor.edited() || isReloadWanted(editor));
+}
+
+void DocumentLoader::offerCode(ctlEditer *editor, CharCode charCode)
+{
+    const auto text = [editor] { return tr("Open already, read as %1").arg(editor->charCodeName()); };
+    const auto offer = [charCode] { return tr("Reopen as %1").arg(infoOf(charCode).label); };
+    m_documents.notices().put(
+        { NoticeKind::OtherCode, editor, text, { { offer, [=, this] { reopen(editor, charCode); } } } });
 }
 
 /// Keys that are pressed meanwhile were not meant for what the document shows then.
@@ -109,6 +148,12 @@ bool DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file)
     const bool isLoaded = load(editor, file);
     m_documents.refresh(editor);
     return isLoaded;
+}
+
+bool DocumentLoader::isReloadWanted(const ctlEditer &editor)
+{
+    const QString question = tr("Cancel edit and reload\n'%1'?").arg(FileName::forMessage(editor.name()));
+    return isReloadWanted(tr("Confirm Reload"), question);
 }
 
 bool DocumentLoader::isReloadWanted(const QString &title, const QString &question)

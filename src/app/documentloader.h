@@ -7,6 +7,7 @@
 class DocumentArea;
 class RecentPlaces;
 class ctlEditer;
+struct Utf16Form;
 
 /// Opens and reloads files, as the user or another program wants it: the one place that reads a file into a
 /// document.
@@ -18,7 +19,8 @@ public:
         QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents, RecentPlaces &places);
 
     /// Opens a file, or switches to its tab when it is open already; asks before edits are thrown away.
-    /// Without a code it is detected. The path may be relative.
+    /// Without a code it is detected; a file that is open already stays as it is, and a notice offers to read
+    /// it with the code. The path may be relative.
     void open(const QString &path, std::optional<CharCode> charCode);
     /// Opens a file the user has chosen: in the document that was current then (or null), when nobody would
     /// miss that.
@@ -27,10 +29,17 @@ public:
     void askAndOpen();
     /// Asks whether to read the current document's file again, and does; nothing for one that has none.
     void askAndReload();
+    /// Reads a document's file again with another code; asks before edits are thrown away.
+    void reopen(ctlEditer *editor, CharCode charCode);
+    /// The same as UTF-16 text.
+    void reopenUtf16(ctlEditer *editor, Utf16Form form);
 
 private:
     bool load(ctlEditer *editor, const FileChoice &file);
     bool loadInto(ctlEditer *editor, const FileChoice &file);
+    bool mayReopen(const ctlEditer &editor);
+    void offerCode(ctlEditer *editor, CharCode charCode);
+    bool isReloadWanted(const ctlEditer &editor);
     bool isReloadWanted(const QString &title, const QString &question);
 
     QWidget &m_window;

@@ -19,6 +19,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , sessionEnd(documents, closer)
     , search(window, documents)
     , writingNotices(documents, saver)
+    , readingNotices(documents, loader)
 {
     window.setCentralWidget(&documents);
 }

@@ -9,6 +9,7 @@
 #include "app/fullscreen.h"
 #include "app/interfacelanguage.h"
 #include "app/mainmenus.h"
+#include "app/readingnotices.h"
 #include "app/recentmenu.h"
 #include "app/recentplaces.h"
 #include "app/searchruns.h"
@@ -39,4 +40,5 @@ struct WindowParts {
     SessionEnd sessionEnd;
     SearchRuns search;
     WritingNotices writingNotices;
+    ReadingNotices readingNotices;
 };

@@ -6,6 +6,9 @@
 const TextCodec &utf8Codec();
 const TextCodec &utf16LittleEndianCodec();
 const TextCodec &utf16BigEndianCodec();
+/// Without a byte-order mark; the two above drop one and write one.
+const TextCodec &unmarkedUtf16LittleEndianCodec();
+const TextCodec &unmarkedUtf16BigEndianCodec();
 const TextCodec &latin1Codec();
 const TextCodec &shiftJisCodec();
 const TextCodec &eucCodec();

@@ -1,5 +1,7 @@
 #include "codec/textcodec.h"
 
+#include "text/lonesurrogates.h"
+
 namespace {
 
 /// Hands decoded blocks on to the store that is being built.
@@ -10,11 +12,17 @@ public:
     {
     }
     void latin1(QByteArrayView characters) override { m_builder.append(characters); }
-    void utf16(QStringView text) override { m_builder.append(text); }
+    void utf16(QStringView text) override
+    {
+        m_undecodable += loneSurrogates(text);
+        m_builder.append(text);
+    }
     void spelling(QByteArrayView bytes) override { m_builder.spell(bytes); }
     TextStore finish() { return m_builder.finish(); }
+    qint64 undecodable() const { return m_undecodable; }
 
 private:
+    qint64 m_undecodable = 0;
     TextStore::Builder m_builder;
 };
 
@@ -27,10 +35,12 @@ void TextCodec::TextSink::spelling(QByteArrayView bytes)
     Q_UNUSED(bytes)
 }
 
-TextStore TextCodec::decode(QByteArrayView bytes, const LayoutRule &rule) const
+TextStore TextCodec::decode(QByteArrayView bytes, const LayoutRule &rule, qint64 *undecodable) const
 {
     StoreSink sink(rule);
     decode(bytes, sink);
+    if (undecodable)
+        *undecodable = sink.undecodable();
     return sink.finish();
 }
 

@@ -51,8 +51,8 @@ public:
     /// come as latin1() blocks that lie in `bytes` itself. UTF-16 loses its byte-order mark, UTF-8 keeps it
     /// as U+FEFF. Cost: O(n), at memory speed for ASCII.
     virtual void decode(QByteArrayView bytes, TextSink &sink) const = 0;
-    /// The same, into a store.
-    TextStore decode(QByteArrayView bytes, const LayoutRule &rule) const;
+    /// The same, into a store; tells, if wanted, how many bytes could not be decoded.
+    TextStore decode(QByteArrayView bytes, const LayoutRule &rule, qint64 *undecodable = nullptr) const;
     /// Encodes the text that `next` gives; false when the sink refused.
     virtual bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const = 0;
     /// Which of the chunk's units, at `from` or behind it, begins the first character that has no code and is

@@ -124,20 +124,23 @@ private:
     int m_count = 0; ///< how many of them are not written yet
 };
 
-/// UTF-16 behind a byte-order mark: decoding drops the mark, encoding writes it.
-template <Order order> class Utf16Codec : public TextCodec {
+enum class Mark { Written, None };
+
+/// UTF-16 behind a byte-order mark, which decoding drops and encoding writes; or without one.
+template <Order order, Mark marked> class Utf16Codec : public TextCodec {
 public:
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override
     {
-        const bool hasByteOrderMark = bytes.startsWith(byteOrderMark());
+        const bool hasByteOrderMark = marked == Mark::Written && bytes.startsWith(byteOrderMark());
         decodeBlocks<Utf16Decoder<order>>(hasByteOrderMark ? bytes.sliced(2) : bytes, sink);
     }
 
     using TextCodec::encode;
     bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
     {
-        return sink(byteOrderMark()) && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
+        return (marked == Mark::None || sink(byteOrderMark()))
+            && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
     }
 
     qint64 findWithoutCode(const TextChunk &chunk, qint64 from, AsRead asRead) const override
@@ -153,12 +156,24 @@ private:
 
 const TextCodec &utf16LittleEndianCodec()
 {
-    static const Utf16Codec<Order::LittleEndian> codec;
+    static const Utf16Codec<Order::LittleEndian, Mark::Written> codec;
     return codec;
 }
 
 const TextCodec &utf16BigEndianCodec()
 {
-    static const Utf16Codec<Order::BigEndian> codec;
+    static const Utf16Codec<Order::BigEndian, Mark::Written> codec;
+    return codec;
+}
+
+const TextCodec &unmarkedUtf16LittleEndianCodec()
+{
+    static const Utf16Codec<Order::LittleEndian, Mark::None> codec;
+    return codec;
+}
+
+const TextCodec &unmarkedUtf16BigEndianCodec()
+{
+    static const Utf16Codec<Order::BigEndian, Mark::None> codec;
     return codec;
 }

@@ -19,6 +19,8 @@ public:
     /// for keptCopy().
     bool write(const TextStore &store, const TextCodec &codec,
         TextCodec::AsRead asRead = TextCodec::AsRead::Everything);
+    /// The same in a code whose characters have more than one byte each, line ends too.
+    bool writeWide(const TextStore &store, const TextCodec &codec, TextCodec::AsRead asRead);
     /// See SafeFile.
     QByteArray keptCopy() const { return m_file.keptCopy(); }
 

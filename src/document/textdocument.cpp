@@ -1,9 +1,11 @@
 #include "document/textdocument.h"
 
-#include "codec/textcodec.h"
+#include "codec/codecs.h"
 #include "document/detection.h"
 #include "document/documentwriter.h"
+#include "document/fittingcode.h"
 #include "document/lineends.h"
+#include "document/utf16text.h"
 #include "files/filename.h"
 
 TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
@@ -85,8 +87,11 @@ qint64 TextDocument::applyStep(qint64 (UndoHistory::*step)(TextStore &, const Un
 void TextDocument::setText(TextStore &&text)
 {
     const bool isRead = m_dropped.has_value();
-    if (!isRead)
+    if (!isRead) {
         dropText();
+        m_findings = {};
+        m_utf16 = {};
+    }
     m_store = std::move(text);
     m_isEdited = !isRead;
     emit replaced({ 0, *std::exchange(m_dropped, std::nullopt), m_store.length() });
@@ -113,29 +118,72 @@ std::optional<ReadFailure> TextDocument::load(
 std::optional<ReadFailure> TextDocument::read(const QString &path, const QString &name,
     std::optional<CharCode> requested, FileCodes codes, TextStore &text)
 {
+    QByteArray bytes;
+    if (const auto failure = readBytes(path, name, bytes))
+        return failure;
+    m_codes.charCode = requested ? *requested : detectCharCode(bytes, codes.charCode);
+    m_codes.returnCode =
+        m_codes.charCode == CharCode::Binary ? ReturnCode::None : detectReturnCode(bytes, codes.returnCode);
+    m_findings = { 0, {}, countRewritten(bytes, m_codes.returnCode), utf16FormOf(bytes) };
+    m_utf16 = {};
+    normalizeLineEnds(bytes, m_codes.returnCode);
+    const TextCodec &codec = codecToRead(m_codes.charCode, bytes);
+    text = decode(std::move(bytes), codec, requested ? CodeWas::Wanted : CodeWas::Detected);
+    return std::nullopt;
+}
+
+std::optional<ReadFailure> TextDocument::readUtf16(
+    const QString &path, const QString &name, Utf16Form form, FileCodes codes, TextStore &text)
+{
+    QByteArray bytes;
+    if (const auto failure = readBytes(path, name, bytes))
+        return failure;
+    bytes = utf8FromUtf16(bytes, form);
+    m_codes = { CharCode::Unicode, detectReturnCode(bytes, codes.returnCode) };
+    m_findings = { 0, {}, countRewritten(bytes, m_codes.returnCode), form };
+    m_utf16 = { form, false };
+    normalizeLineEnds(bytes, m_codes.returnCode);
+    text = decode(std::move(bytes), utf8Codec(), CodeWas::Wanted);
+    return std::nullopt;
+}
+
+void TextDocument::keepUtf16()
+{
+    m_utf16.isKept = true;
+    // Which has the same escapes as UTF-8, but writes them as they were read.
+    m_readCode = ReadCode(codecOf(*m_utf16.form));
+    emit codesChanged();
+}
+
+const TextCodec &TextDocument::codecToWrite() const
+{
+    return m_utf16.isKept ? codecOf(*m_utf16.form) : infoOf(m_codes.charCode).codec();
+}
+
+std::optional<ReadFailure> TextDocument::readBytes(
+    const QString &path, const QString &name, QByteArray &bytes)
+{
     m_path = path;
     m_name = name;
     m_unreadFile = path + name;
-    QByteArray bytes;
     if (const auto failure = readWholeFile(path + name, bytes, m_calls))
         return failure;
     m_unreadFile.clear();
     m_version.setRead();
-    m_codes.charCode = requested ? *requested : detectCharCode(bytes, codes.charCode);
-    m_codes.returnCode =
-        m_codes.charCode == CharCode::Binary ? ReturnCode::None : detectReturnCode(bytes, codes.returnCode);
-    normalizeLineEnds(bytes, m_codes.returnCode);
-    dropText(); // before the other one is there: there may be no room for both
-    text = decode(std::move(bytes));
+    m_keepsFile = false;
     return std::nullopt;
 }
 
-TextStore TextDocument::decode(QByteArray &&bytes)
+/// The text before goes first: there may be no room for both.
+TextStore TextDocument::decode(QByteArray &&bytes, const TextCodec &codec, CodeWas codeWas)
 {
     const QByteArray read = std::move(bytes);
-    const TextCodec &codec = codecToRead(m_codes.charCode, read);
+    dropText();
     m_readCode = ReadCode(codec);
-    return codec.decode(read, m_store.layoutRule());
+    TextStore text = codec.decode(read, m_store.layoutRule(), &m_findings.undecodableBytes);
+    m_findings.fittingCode =
+        otherFittingCode(read, m_codes.charCode, codeWas == CodeWas::Detected, m_findings.undecodableBytes);
+    return text;
 }
 
 void TextDocument::startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec)
@@ -146,6 +194,9 @@ void TextDocument::startNew(const QString &name, FileCodes codes, const TextCode
     m_unreadFile.clear();
     m_codes = codes;
     m_readCode = ReadCode(byteCodec);
+    m_findings = {};
+    m_utf16 = {};
+    m_keepsFile = false;
     m_version = DocumentVersion();
     setText(TextStore(m_store.layoutRule()));
 }
@@ -154,8 +205,9 @@ SaveResult TextDocument::save(const QString &path, const QString &name, std::opt
     std::optional<ReturnCode> returnCode)
 {
     if (m_codes.charCode == CharCode::Binary)
-        return { SaveResult::Outcome::Binary, false, {} };
+        return { SaveResult::Outcome::Binary, false, false, {} };
     m_codes = { charCode.value_or(m_codes.charCode), returnCode.value_or(m_codes.returnCode) };
+    m_utf16.isKept &= !charCode;
     if (charCode || returnCode)
         emit codesChanged();
     SaveResult result = write(path + name);
@@ -175,14 +227,17 @@ SaveResult TextDocument::write(const QString &fileName)
     const QByteArray target = FileName::toBytes(fileName);
     DocumentWriter writer(target, m_codes.returnCode, m_calls);
     const bool isOvertaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
-    if (isOvertaken || fileName == m_unreadFile)
+    const bool wasToBeKept = m_keepsFile && fileName == m_path + m_name;
+    if (isOvertaken || wasToBeKept || fileName == m_unreadFile)
         writer.keepOldContent();
     const TextCodec &codec = codecToWrite();
-    const bool isWritten = writer.write(m_store, codec, writtenAsRead());
+    const bool isWritten = m_utf16.isKept ? writer.writeWide(m_store, codec, writtenAsRead())
+                                          : writer.write(m_store, codec, writtenAsRead());
     if (isWritten) {
         m_version.endWriting(target);
+        m_keepsFile &= !wasToBeKept;
         m_readCode.setWritten(codec, m_store);
     }
     return { isWritten ? SaveResult::Outcome::Written : SaveResult::Outcome::NotWritten, isOvertaken,
-        FileName::fromBytes(writer.keptCopy()) };
+        wasToBeKept, FileName::fromBytes(writer.keptCopy()) };
 }

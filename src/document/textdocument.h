@@ -4,6 +4,7 @@
 #include "codec/returncode.h"
 #include "document/documentversion.h"
 #include "document/readcode.h"
+#include "document/readfindings.h"
 #include "files/readfile.h"
 #include "text/undohistory.h"
 
@@ -26,6 +27,7 @@ struct SaveResult {
     };
     Outcome outcome = Outcome::NotWritten;
     bool isOvertaken = false; ///< another document has written to the file since this one read or wrote it
+    bool wasToBeKept = false; ///< the old content, by keepFile()
     QString keptCopy; ///< name of the file that has the old content; empty for none
 };
 
@@ -73,8 +75,11 @@ public:
     /// exchanged with them.
     const TextCodec &byteCodec() const { return m_readCode.codec(); }
     /// What a save without a code of its own writes the text with, and how much of it as it was read.
-    const TextCodec &codecToWrite() const { return infoOf(m_codes.charCode).codec(); }
+    const TextCodec &codecToWrite() const;
     TextCodec::AsRead writtenAsRead() const { return m_readCode.writtenAsReadIn(codecToWrite()); }
+
+    /// Of the last load(); nothing of a text from elsewhere.
+    const ReadFindings &findings() const { return m_findings; }
 
     /// Lays the text out anew; it stays the same, and nothing is emitted.
     void layOut(const LayoutRule &rule) { m_store.setLayoutRule(rule); }
@@ -114,6 +119,19 @@ public:
     /// codes given are kept.
     SaveResult save(const QString &path, const QString &name, std::optional<CharCode> charCode = {},
         std::optional<ReturnCode> returnCode = {});
+    /// The next save to the document's own file keeps a copy of what the file has now.
+    void keepFile() { m_keepsFile = true; }
+
+    /// As read(), but takes the file for UTF-16 and decodes it before its line ends become LF. The code is
+    /// Unicode, so that a save writes UTF-8.
+    std::optional<ReadFailure> readUtf16(
+        const QString &path, const QString &name, Utf16Form form, FileCodes codes, TextStore &text);
+    /// Whether the text was read so.
+    bool isUtf16() const { return m_utf16.form.has_value(); }
+    /// Such a text is saved as UTF-16 from now on, in the order it had and with a mark if it had one; until
+    /// it is saved in another code or loaded again.
+    void keepUtf16();
+    bool keepsUtf16() const { return m_utf16.isKept; }
 
 signals:
     /// After each edit, undo and redo; what they are made of comes one by one.
@@ -129,9 +147,17 @@ signals:
     void codesChanged();
 
 private:
+    enum class CodeWas { Detected, Wanted };
+    /// Of a text that was decoded before its line ends were looked at.
+    struct Utf16Text {
+        std::optional<Utf16Form> form = {};
+        bool isKept = false;
+    };
+
     qint64 applyStep(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
     void noteEdit(const TextChange &change);
-    TextStore decode(QByteArray &&bytes);
+    std::optional<ReadFailure> readBytes(const QString &path, const QString &name, QByteArray &bytes);
+    TextStore decode(QByteArray &&bytes, const TextCodec &codec, CodeWas codeWas);
     void dropText();
     SaveResult write(const QString &fileName);
 
@@ -145,6 +171,9 @@ private:
     std::optional<qint64> m_dropped; ///< units of the text that is gone already, while another one is made
     FileCodes m_codes;
     ReadCode m_readCode;
+    ReadFindings m_findings;
+    Utf16Text m_utf16;
+    bool m_keepsFile = false;
     DocumentVersion m_version;
     const FileCalls &m_calls;
 };

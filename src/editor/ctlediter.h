@@ -42,6 +42,8 @@ public:
     /// history, cursor and view stay then, but path and name are the new ones, and saving under them keeps a
     /// copy of what could not be read. Memory: the file's bytes and the text.
     bool loadFile(const QString &path, const QString &name, int requested);
+    /// As loadFile, as UTF-16; see TextDocument.
+    bool loadUtf16(const QString &path, const QString &name, Utf16Form form);
     /// As loadFile, always detecting.
     bool reload(const QString &path, const QString &name);
     /// Writes the text as path + name; 0 keeps the document's own code or line end. False after telling the
@@ -86,6 +88,8 @@ signals:
     /// As undoAvailable() and redoAvailable(), with the editor that sends them.
     void undoAvailable2(ctlEditer *editor, bool available);
     void redoAvailable2(ctlEditer *editor, bool available);
+    /// What the file had before a save was kept, as it was wanted.
+    void fileKept(const QString &copy);
     /// Right before a message box about saving this document: who reads it wants to see the document.
     void aboutToTell();
 

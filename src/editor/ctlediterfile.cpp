@@ -22,6 +22,17 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
     return true;
 }
 
+bool ctlEditer::loadUtf16(const QString &path, const QString &name, Utf16Form form)
+{
+    TextStore text;
+    if (const auto failure = document().readUtf16(path, name, form, defaultCodes(), text)) {
+        tellReadFailure(this, *failure);
+        return false;
+    }
+    setText(std::move(text));
+    return true;
+}
+
 bool ctlEditer::reload(const QString &path, const QString &name)
 {
     return loadFile(path, name, 0);
@@ -31,7 +42,10 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode,
 {
     const SaveResult result =
         document().save(path, name, requestedCharCode(charCode), requestedReturnCode(returnCode));
-    if (result.outcome != SaveResult::Outcome::Written || !result.keptCopy.isEmpty())
+    const bool isAsWanted = result.wasToBeKept && !result.isOvertaken;
+    if (result.outcome == SaveResult::Outcome::Written && isAsWanted)
+        emit fileKept(result.keptCopy);
+    else if (result.outcome != SaveResult::Outcome::Written || !result.keptCopy.isEmpty())
         tellSaved(result);
     return result.outcome == SaveResult::Outcome::Written;
 }

@@ -11,7 +11,12 @@ struct KindWeight {
 
 /// With gaps, so that a kind can be put between two others.
 constexpr KindWeight weights[] = {
+    { NoticeKind::OtherCode, 550 },
     { NoticeKind::CannotWrite, 500 },
+    { NoticeKind::Utf16, 420 },
+    { NoticeKind::WrongCode, 400 },
+    { NoticeKind::KeptFile, 350 },
+    { NoticeKind::RewrittenBytes, 300 },
 };
 
 } // namespace

@@ -10,6 +10,11 @@ class QObject;
 /// What notices tell of. About one document, and about the program, there is at most one of each kind.
 enum class NoticeKind {
     CannotWrite, ///< characters that the document's code lacks
+    OtherCode, ///< the file is open, and the user wanted to read it with another code
+    Utf16, ///< UTF-16 text that was read byte by byte, or is saved as UTF-8
+    RewrittenBytes, ///< bytes that a save writes as others
+    KeptFile, ///< where the file is that was to be kept
+    WrongCode, ///< bytes that do not fit the code that the file was read with, or fit another one
 };
 
 /// Of several notices the one of the heaviest kind is shown.

@@ -263,7 +263,7 @@ void WritingNoticeTest::followsTheLanguage()
     QTRY_VERIFY(m_strip->isShown());
     m_window->slotCmdViewLangJa();
     QTRY_COMPARE(m_strip->text(), u"Shift-JIS にない文字: 2 (é –)"_s);
-    QCOMPARE(m_strip->offers(), QStringList({ u"その文字へ"_s, u"UTF-8 で保存…"_s }));
+    QCOMPARE(m_strip->offers(), QStringList({ u"そこへ移動"_s, u"UTF-8 で保存…"_s }));
     m_window->slotCmdViewLangFr();
     QTRY_COMPARE(m_strip->text(), u"Caractères absents de Shift-JIS\u00A0: 2 (é –)"_s);
     QCOMPARE(m_strip->offers(), QStringList({ u"Y aller"_s, u"Enregistrer en UTF-8…"_s }));

@@ -4,15 +4,34 @@
 #include "tests/testprogram.h"
 #include "tests/textfit.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QMenu>
 #include <QSignalSpy>
+
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr NoticeKind kind = NoticeKind::CannotWrite;
+
+/// As if assistive technology came or went.
+void setHeard(bool heard)
+{
+    QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(heard);
+}
+
+QStringList alerts; ///< the names of those that were told
+
+void hear(QAccessibleEvent *event)
+{
+    if (event->type() == QAccessible::Alert)
+        alerts << event->accessibleInterface()->text(QAccessible::Name);
+}
 
 } // namespace
 
@@ -37,6 +56,7 @@ private slots:
     void anotherNoticeTakesNoKeys();
     void isDismissed();
     void textsAreThoseOfNow();
+    void isAnAlertForAssistiveTools();
 
 private:
     Notice notice(const QString &text, const QStringList &offers);
@@ -267,6 +287,20 @@ void NoticeStripTest::textsAreThoseOfNow()
     QApplication::sendEvent(m_strip, &change);
     QCOMPARE(m_strip->accessibleName(), u"other"_s);
     QCOMPARE(shownTexts(), QStringList({ u"other!"_s, u"×"_s }));
+}
+
+void NoticeStripTest::isAnAlertForAssistiveTools()
+{
+    const QAccessible::UpdateHandler before = QAccessible::installUpdateHandler(hear);
+    setHeard(true);
+    QCOMPARE(QAccessible::queryAccessibleInterface(m_strip)->role(), QAccessible::AlertMessage);
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    m_queue->put(notice(u"other text"_s, { u"Go"_s }));
+    m_queue->withdraw(kind);
+    QCOMPARE(alerts, QStringList({ u"text"_s, u"other text"_s }));
+    setHeard(false);
+    QAccessible::installUpdateHandler(before);
 }
 
 REGISTER_TEST(runWindowTest<NoticeStripTest>)

@@ -1,0 +1,149 @@
+#include "app/readingnotices.h"
+
+#include "app/documentarea.h"
+#include "app/documentfile.h"
+#include "app/documentloader.h"
+#include "filedialog/filechoices.h"
+#include "files/filename.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString codeText(const TextDocument &document)
+{
+    const ReadFindings &found = document.findings();
+    const QString code = infoOf(document.charCode()).name;
+    if (found.fittingCode)
+        return ReadingNotices::tr("Read as %1, but %2 reads it without a fault")
+            .arg(code, infoOf(*found.fittingCode).label);
+    return ReadingNotices::tr("Bytes that are not %1: %2").arg(code).arg(found.undecodableBytes);
+}
+
+/// What becomes of what, and how often: "LF → CR+LF (3)".
+QString rewrittenText(const TextDocument &document)
+{
+    const RewrittenBytes &found = document.findings().rewritten;
+    QStringList changes;
+    const auto add = [&](const QString &before, const QString &after, qint64 count) {
+        if (count > 0)
+            changes << u"%1 → %2 (%3)"_s.arg(before, after).arg(count);
+    };
+    add(u"LF"_s, infoOf(document.returnCode()).name, found.lf);
+    add(u"CR"_s, u"–"_s, found.cr);
+    add(u"00"_s, u"FF"_s, found.nul);
+    return ReadingNotices::tr("Saving will change: %1").arg(changes.join(u", "_s));
+}
+
+bool canBeSaved(const TextDocument &document)
+{
+    return document.charCode() != CharCode::Binary;
+}
+
+/// Of a file that was read by the rules that go by bytes.
+bool isUtf16InBytes(const TextDocument &document)
+{
+    return document.findings().utf16 && !document.isUtf16();
+}
+
+} // namespace
+
+ReadingNotices::ReadingNotices(DocumentArea &documents, DocumentLoader &loader)
+    : m_documents(documents)
+    , m_loader(loader)
+{
+    connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
+        connect(&editor->document(), &TextDocument::replaced, this, [=, this] { update(editor); });
+        connect(
+            editor, &ctlEditer::fileKept, this, [=, this](const QString &copy) { tellKept(editor, copy); });
+        connect(&editor->document(), &TextDocument::saved, this,
+            [=, this] { m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor); });
+    });
+}
+
+/// The text is another one: what was told of the one before says nothing any more.
+void ReadingNotices::update(ctlEditer *editor)
+{
+    for (const NoticeKind kind : { NoticeKind::OtherCode, NoticeKind::WrongCode, NoticeKind::Utf16,
+             NoticeKind::RewrittenBytes, NoticeKind::KeptFile })
+        m_documents.notices().withdraw(kind, editor);
+    const TextDocument &document = editor->document();
+    if (document.findings().utf16)
+        tellUtf16(editor);
+    else if (document.findings().fittingCode || document.findings().undecodableBytes > 0)
+        tellCode(editor);
+    const RewrittenBytes &rewritten = document.findings().rewritten;
+    const bool isRewritten = rewritten.lf + rewritten.cr + rewritten.nul > 0;
+    if (isRewritten && canBeSaved(document) && !isUtf16InBytes(document))
+        tellRewritten(editor);
+}
+
+void ReadingNotices::tellCode(ctlEditer *editor)
+{
+    const TextDocument &document = editor->document();
+    Notice notice{ NoticeKind::WrongCode, editor, [&document] { return codeText(document); }, {} };
+    if (const auto code = document.findings().fittingCode)
+        notice.offers.push_back(
+            codeOffer(editor, *code, [=] { return tr("Reopen as %1").arg(infoOf(*code).label); }));
+    notice.offers.push_back(everyCode(editor));
+    m_documents.notices().put(std::move(notice));
+}
+
+void ReadingNotices::tellUtf16(ctlEditer *editor)
+{
+    const TextDocument &document = editor->document();
+    Notice notice{ NoticeKind::Utf16, editor,
+        [&document] {
+            return document.isUtf16() ? tr("UTF-16 text, to be saved as UTF-8")
+                                      : tr("UTF-16 text, read byte by byte");
+        },
+        {} };
+    if (!document.isUtf16())
+        notice.offers.push_back({ [] { return tr("Read it as text"); },
+            [=, this] { m_loader.reopenUtf16(editor, *editor->document().findings().utf16); } });
+    notice.offers.push_back({ [] { return tr("Keep UTF-16"); }, [=, this] { keepUtf16(editor); } });
+    m_documents.notices().put(std::move(notice));
+}
+
+/// What was read byte by byte is read as text first, which may be refused.
+void ReadingNotices::keepUtf16(ctlEditer *editor)
+{
+    TextDocument &document = editor->document();
+    if (!document.isUtf16())
+        m_loader.reopenUtf16(editor, *document.findings().utf16);
+    if (!document.isUtf16())
+        return;
+    document.keepUtf16();
+    m_documents.notices().withdraw(NoticeKind::Utf16, editor);
+}
+
+void ReadingNotices::tellRewritten(ctlEditer *editor)
+{
+    const TextDocument &document = editor->document();
+    Notice notice{ NoticeKind::RewrittenBytes, editor, [&document] { return rewrittenText(document); }, {} };
+    notice.offers.push_back({ [] { return tr("Keep a copy"); },
+        [=, this] {
+            editor->document().keepFile();
+            m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor);
+        } });
+    m_documents.notices().put(std::move(notice));
+}
+
+void ReadingNotices::tellKept(ctlEditer *editor, const QString &copy)
+{
+    m_documents.notices().put({ NoticeKind::KeptFile, editor,
+        [=] { return tr("The file as it was is kept as %1").arg(FileName::forMessage(copy)); }, {} });
+}
+
+NoticeOffer ReadingNotices::codeOffer(ctlEditer *editor, CharCode code, std::function<QString()> text)
+{
+    return { std::move(text), [=, this] { m_loader.reopen(editor, code); } };
+}
+
+NoticeOffer ReadingNotices::everyCode(ctlEditer *editor)
+{
+    NoticeOffer menu{ [] { return tr("Reopen as"); }, {} };
+    for (const CharCode code : charCodeChoices)
+        menu.choices.push_back(codeOffer(editor, code, [=] { return QString(infoOf(code).label); }));
+    return menu;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "codec/charcode.h"
+#include "editor/notice.h"
+
+#include <QCoreApplication>
+#include <QObject>
+
+class DocumentArea;
+class DocumentLoader;
+class ctlEditer;
+
+/// Tells the user what reading a file has found out that puts its text at risk, and offers the remedy:
+///
+/// - its bytes do not fit the code it was read with, or all of them fit another one;
+/// - it is UTF-16, which the rules that go by bytes change;
+/// - a save writes some bytes as others, such as a line end unlike the first one.
+class ReadingNotices : public QObject {
+    Q_DECLARE_TR_FUNCTIONS(frmMain)
+public:
+    ReadingNotices(DocumentArea &documents, DocumentLoader &loader);
+
+private:
+    void update(ctlEditer *editor);
+    void tellCode(ctlEditer *editor);
+    void tellUtf16(ctlEditer *editor);
+    void tellRewritten(ctlEditer *editor);
+    void tellKept(ctlEditer *editor, const QString &copy);
+    NoticeOffer codeOffer(ctlEditer *editor, CharCode code, std::function<QString()> text);
+    NoticeOffer everyCode(ctlEditer *editor);
+    void keepUtf16(ctlEditer *editor);
+
+    DocumentArea &m_documents;
+    DocumentLoader &m_loader;
+};

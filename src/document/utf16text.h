@@ -1,0 +1,15 @@
+#pragma once
+
+#include "codec/textcodec.h"
+#include "document/readfindings.h"
+
+/// UTF-16 as text, beside the rules that go by bytes.
+
+/// Whether a file is text in UTF-16: by its mark, or else by its start, which must be characters in one order
+/// and have ASCII among them. Cost: a look at its start.
+std::optional<Utf16Form> utf16FormOf(QByteArrayView bytes);
+/// What reads and writes such a text; the encoder writes a mark if there was one.
+const TextCodec &codecOf(Utf16Form form);
+/// The same text in UTF-8. A lone surrogate becomes the three bytes that it would have, as it does when it is
+/// decoded (see the codec), and so is not lost.
+QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form);

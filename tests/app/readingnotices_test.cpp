@@ -1,0 +1,295 @@
+#include "tests/app/stripinwindow.h"
+#include "tests/filedialog/formtest.h"
+#include "tests/testprogram.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QByteArray smile = "a \xF0\x9F\x98\x80 \xC3\xA9\n"; // UTF-8, which is detected as Shift-JIS
+const QString smileText = u"a \U0001F600 é\n"_s;
+const QByteArray utf16("\xFF\xFE"
+                       "a\0\x22\x6F\r\0\n\0b\0",
+    12);
+const QByteArray kanji = "\x8A\xBF\x8E\x9A\n"; // Shift-JIS
+
+} // namespace
+
+/// The notice that a file was read in the wrong code, as its user meets it.
+class ReadingNoticesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void saysNothingOfWhatFits_data();
+    void saysNothingOfWhatFits();
+    void offersTheCodeThatFits();
+    void countsWhatDoesNotFit();
+    void offersEveryCode();
+    void asksBeforeEditsAreLost();
+    void staysAwayWhenDismissed();
+    void offersTheCodeOfTheDialog();
+    void offersNoCodeThatItIsReadWith();
+    void readsUtf16AsText();
+    void keepsUtf16();
+    void utf16AsksBeforeEditsAreLost();
+    void saysWhatASaveWillChange_data();
+    void saysWhatASaveWillChange();
+    void keepsACopyOfTheFile();
+    void changesGoUnsaidOnceSaved();
+    void followsTheLanguage();
+
+private:
+    ctlEditer &editor() const { return *m_window->currentEditor(); }
+    QString open(const QByteArray &content)
+    {
+        const QString name = m_files->write(u"a.txt"_s, content);
+        m_window->setDocument(name);
+        return name;
+    }
+    void choose(const QString &code)
+    {
+        for (QAction *const action : m_strip->button(u"Reopen as"_s)->menu()->actions()) {
+            if (action->text() == code)
+                action->trigger();
+        }
+    }
+
+    std::unique_ptr<TestFiles> m_files;
+    std::unique_ptr<TestWindow> m_window;
+    std::optional<StripInWindow> m_strip;
+};
+
+void ReadingNoticesTest::init()
+{
+    resetSettings();
+    qputenv("QPEDIR", BUILT_QPE_DIR);
+    m_files = std::make_unique<TestFiles>();
+    m_window = std::make_unique<TestWindow>();
+    m_strip.emplace(*m_window);
+    QVERIFY(m_window->open());
+}
+
+void ReadingNoticesTest::cleanup()
+{
+    for (ctlEditer *editor : m_window->tabBar()->editors())
+        editor->setEdited(false);
+    m_window.reset();
+}
+
+void ReadingNoticesTest::saysNothingOfWhatFits_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("ASCII") << QByteArray("abc\n");
+    QTest::newRow("UTF-8") << QByteArray("\xC3\xA9\n");
+    QTest::newRow("Shift-JIS") << kanji;
+    QTest::newRow("EUC") << QByteArray("\xB4\xC1\xBB\xFA\n");
+    QTest::newRow("JIS") << QByteArray("\x1B$B4A\x1B(B\n");
+}
+
+void ReadingNoticesTest::saysNothingOfWhatFits()
+{
+    QFETCH(QByteArray, content);
+    open(content);
+    QVERIFY(!m_strip->isShown());
+}
+
+void ReadingNoticesTest::offersTheCodeThatFits()
+{
+    open(smile);
+    QCOMPARE(editor().charCodeName(), u"Shift-JIS"_s); // as it is detected
+    QCOMPARE(m_strip->text(), u"Read as Shift-JIS, but UTF-8 reads it without a fault"_s);
+    QCOMPARE(m_strip->offers(), QStringList({ u"Reopen as UTF-8"_s, u"Reopen as"_s }));
+    QVERIFY(m_strip->click(u"Reopen as UTF-8"_s));
+    QCOMPARE(editor().text(), smileText);
+    QCOMPARE(m_window->windowTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s);
+    QVERIFY(!editor().edited());
+    QVERIFY(!m_strip->isShown());
+    QVERIFY(editor().hasFocus());
+}
+
+void ReadingNoticesTest::countsWhatDoesNotFit()
+{
+    open("\xC3\xA9 \xFF\xFF\n");
+    QCOMPARE(m_strip->text(), u"Bytes that are not EUC: 2"_s);
+    QCOMPARE(m_strip->offers(), QStringList{ u"Reopen as"_s });
+}
+
+void ReadingNoticesTest::offersEveryCode()
+{
+    open(smile);
+    QStringList codes;
+    for (const QAction *const action : m_strip->button(u"Reopen as"_s)->menu()->actions())
+        codes << action->text();
+    QCOMPARE(codes, QStringList({ u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s, u"UTF-8"_s }));
+    choose(u"JIS"_s);
+    QCOMPARE(editor().charCodeName(), u"JIS"_s);
+    QCOMPARE(m_strip->text(), u"Read as JIS, but UTF-8 reads it without a fault"_s);
+    choose(u"UTF-8"_s);
+    QCOMPARE(editor().text(), smileText);
+    QVERIFY(!m_strip->isShown());
+}
+
+void ReadingNoticesTest::asksBeforeEditsAreLost()
+{
+    open(smile);
+    editor().insert(u"x"_s);
+    const QString edited = editor().text();
+    {
+        MessageBoxes boxes({ u"No"_s });
+        QVERIFY(m_strip->click(u"Reopen as UTF-8"_s));
+        QCOMPARE(boxes.texts(), QStringList{ u"Confirm Reload|Cancel edit and reload\n'a.txt'?"_s });
+    }
+    QCOMPARE(editor().text(), edited);
+    QVERIFY(m_strip->isShown());
+    MessageBoxes boxes({ u"Yes"_s });
+    QVERIFY(m_strip->click(u"Reopen as UTF-8"_s));
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(editor().text(), smileText);
+}
+
+void ReadingNoticesTest::staysAwayWhenDismissed()
+{
+    open(smile);
+    QVERIFY(m_strip->click(u"×"_s));
+    QVERIFY(!m_strip->isShown());
+    editor().insert(u"x"_s);
+    QVERIFY(editor().saveFile(editor().path(), editor().name()));
+    QVERIFY(!m_strip->isShown());
+}
+
+void ReadingNoticesTest::offersTheCodeOfTheDialog()
+{
+    const QString name = open(smile);
+    m_window->slotCmdFileNew();
+    m_window->choices = { { m_files->folder(), u"a.txt"_s, CharCode::Utf8, {} } };
+    MessageBoxes boxes;
+    m_window->slotCmdFileOpen();
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(m_window->tabTexts().size(), 3);
+    QCOMPARE(editor().path() + editor().name(), name);
+    QCOMPARE(editor().charCodeName(), u"Shift-JIS"_s);
+    QCOMPARE(m_strip->text(), u"Open already, read as Shift-JIS"_s);
+    QCOMPARE(m_strip->offers(), QStringList{ u"Reopen as UTF-8"_s });
+    QVERIFY(m_strip->click(u"Reopen as UTF-8"_s));
+    QCOMPARE(editor().text(), smileText);
+    QVERIFY(!m_strip->isShown());
+}
+
+void ReadingNoticesTest::offersNoCodeThatItIsReadWith()
+{
+    open("abc");
+    m_window->openDocument(m_files->folder() + u"a.txt"_s, int(CharCode::ShiftJis));
+    QVERIFY(!m_strip->isShown());
+    m_window->openDocument(m_files->folder() + u"a.txt"_s, 0);
+    QVERIFY(!m_strip->isShown());
+    m_window->openDocument(m_files->folder() + u"a.txt"_s, int(CharCode::Euc));
+    QVERIFY(m_strip->isShown());
+}
+
+void ReadingNoticesTest::readsUtf16AsText()
+{
+    open(utf16);
+    QVERIFY(editor().text() != u"a漢\nb"_s); // by the rules that go by bytes
+    QCOMPARE(m_strip->text(), u"UTF-16 text, read byte by byte"_s);
+    QCOMPARE(m_strip->offers(), QStringList({ u"Read it as text"_s, u"Keep UTF-16"_s }));
+    QVERIFY(m_strip->click(u"Read it as text"_s));
+    QCOMPARE(editor().text(), u"a漢\nb"_s);
+    QCOMPARE(m_window->windowTitle(), u"Marlo!Pad QT  [Unicode][CR+LF]"_s);
+    QCOMPARE(m_strip->text(), u"UTF-16 text, to be saved as UTF-8"_s);
+    QCOMPARE(m_strip->offers(), QStringList{ u"Keep UTF-16"_s });
+    m_window->slotCmdFileSave();
+    QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("a\xE6\xBC\xA2\r\nb"));
+}
+
+void ReadingNoticesTest::keepsUtf16()
+{
+    for (const bool byTwoSteps : { false, true }) {
+        open(utf16);
+        if (byTwoSteps)
+            QVERIFY(m_strip->click(u"Read it as text"_s));
+        QVERIFY(m_strip->click(u"Keep UTF-16"_s));
+        QCOMPARE(editor().text(), u"a漢\nb"_s);
+        QVERIFY(!m_strip->isShown());
+        m_window->slotCmdFileSave();
+        QCOMPARE(m_files->read(u"a.txt"_s), utf16);
+        m_window->slotCmdFileCloseTab();
+    }
+}
+
+void ReadingNoticesTest::utf16AsksBeforeEditsAreLost()
+{
+    open(utf16);
+    editor().insert(u"x"_s);
+    const QString edited = editor().text();
+    for (const QString &offer : { u"Read it as text"_s, u"Keep UTF-16"_s }) {
+        MessageBoxes boxes({ u"No"_s });
+        QVERIFY(m_strip->click(offer));
+        QCOMPARE(boxes.titles(), QStringList{ u"Confirm Reload"_s });
+        QCOMPARE(editor().text(), edited);
+        QVERIFY(m_strip->isShown());
+    }
+}
+
+void ReadingNoticesTest::saysWhatASaveWillChange_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("text"); // empty: nothing
+    QTest::newRow("CR+LF") << QByteArray("a\r\nb\r\n") << QString();
+    QTest::newRow("LF") << QByteArray("a\nb\r\n\r") << QString();
+    QTest::newRow("mixed") << QByteArray("a\r\nb\nc\n") << u"Saving will change: LF → CR+LF (2)"_s;
+    QTest::newRow("lone CR") << QByteArray("a\r\nb\rc\n")
+                             << u"Saving will change: LF → CR+LF (1), CR → – (1)"_s;
+    QTest::newRow("NUL") << QByteArray("\x82\xA0\n\0", 4) << u"Saving will change: 00 → FF (1)"_s;
+    QTest::newRow("what cannot be saved") << QByteArray("a\0b\0c", 5) << QString();
+}
+
+void ReadingNoticesTest::saysWhatASaveWillChange()
+{
+    QFETCH(QByteArray, content);
+    open(content);
+    if (m_strip->text().startsWith(u"Bytes that are not"_s)) // NUL is none of Shift-JIS, once it is FF
+        QVERIFY(m_strip->click(u"×"_s));
+    QTEST(m_strip->text(), "text");
+}
+
+void ReadingNoticesTest::keepsACopyOfTheFile()
+{
+    open("a\r\nb\n");
+    QVERIFY(m_strip->click(u"Keep a copy"_s));
+    QVERIFY(!m_strip->isShown());
+    MessageBoxes boxes;
+    m_window->slotCmdFileSave();
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("a\r\nb\r\n"));
+    const QString said = u"The file as it was is kept as "_s;
+    QVERIFY(m_strip->text().startsWith(said));
+    QFile copy(m_strip->text().sliced(said.size()));
+    QVERIFY(copy.open(QIODevice::ReadOnly));
+    QCOMPARE(copy.readAll(), QByteArray("a\r\nb\n"));
+}
+
+void ReadingNoticesTest::changesGoUnsaidOnceSaved()
+{
+    open("a\r\nb\n");
+    QVERIFY(m_strip->isShown());
+    m_window->slotCmdFileSave();
+    QVERIFY(!m_strip->isShown());
+}
+
+void ReadingNoticesTest::followsTheLanguage()
+{
+    open(smile);
+    m_window->slotCmdViewLangJa();
+    QTRY_COMPARE(m_strip->text(), u"Shift-JIS で読みましたが、UTF-8 なら正しく読めます"_s);
+    QCOMPARE(m_strip->offers(), QStringList({ u"UTF-8 で開き直す"_s, u"コードを選ぶ"_s }));
+    m_window->slotCmdViewLangFr();
+    QTRY_COMPARE(m_strip->text(), u"Lu en Shift-JIS, mais lisible sans faute en UTF-8"_s);
+    m_window->slotCmdViewLangEn();
+}
+
+REGISTER_TEST(runFormTest<ReadingNoticesTest>)
+#include "readingnotices_test.moc"

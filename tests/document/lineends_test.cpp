@@ -1,0 +1,91 @@
+#include "document/lineends.h"
+
+#include "document/textdocument.h"
+#include "tests/document/documentfolder.h"
+#include "tests/testprogram.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString name = u"a.txt"_s;
+
+} // namespace
+
+/// What a save changes although nobody has edited it.
+class LineEndsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void countsWhatASaveChanges_data();
+    void countsWhatASaveChanges();
+    void countsAcrossBlocks();
+    void filesAreKeptOnWish();
+};
+
+void LineEndsTest::countsWhatASaveChanges_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QList<qint64>>("counts"); // NUL, LF, CR
+    using Counts = QList<qint64>;
+    QTest::newRow("empty") << QByteArray() << Counts{ 0, 0, 0 };
+    QTest::newRow("CR+LF") << QByteArray("a\r\nb\r\n") << Counts{ 0, 0, 0 };
+    QTest::newRow("LF") << QByteArray("a\nb\n") << Counts{ 0, 0, 0 };
+    QTest::newRow("CR") << QByteArray("a\rb\r") << Counts{ 0, 0, 0 };
+    QTest::newRow("LF in CR+LF") << QByteArray("a\r\nb\nc\n\n") << Counts{ 0, 3, 0 };
+    QTest::newRow("CR in CR+LF") << QByteArray("a\r\nb\rc\r\r\n") << Counts{ 0, 0, 2 };
+    QTest::newRow("CR in LF") << QByteArray("a\nb\rc\r\n") << Counts{ 0, 0, 0 };
+    QTest::newRow("others in CR") << QByteArray("a\rb\nc\r\n") << Counts{ 0, 2, 0 };
+    QTest::newRow("NUL") << QByteArray("\x82\xA0\n\0\0", 5) << Counts{ 2, 0, 0 };
+}
+
+/// By the rules, and by a save of what was read.
+void LineEndsTest::countsWhatASaveChanges()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QList<qint64>, counts);
+    const DocumentFolder folder;
+    QVERIFY(folder.write(name, bytes));
+    TextDocument document;
+    QVERIFY(!document.load(folder.path(), name, CharCode::ShiftJis, {}));
+    const RewrittenBytes found = document.findings().rewritten;
+    QCOMPARE(QList<qint64>({ found.nul, found.lf, found.cr }), counts);
+    document.save(folder.path(), name);
+    QCOMPARE(folder.read(name) == bytes, counts == QList<qint64>({ 0, 0, 0 }));
+}
+
+void LineEndsTest::countsAcrossBlocks()
+{
+    for (qsizetype before = 250; before < 260; ++before) {
+        const QByteArray bytes = QByteArray(before, 'a') + "\r\n" + QByteArray(600, '\n') + "\r\r";
+        const RewrittenBytes found = countRewritten(bytes, ReturnCode::CrLf);
+        QCOMPARE(found.lf, 600);
+        QCOMPARE(found.cr, 2);
+    }
+}
+
+void LineEndsTest::filesAreKeptOnWish()
+{
+    const DocumentFolder folder;
+    const QByteArray bytes = "a\r\nb\n";
+    QVERIFY(folder.write(name, bytes));
+    TextDocument document;
+    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    document.keepFile();
+    document.save(folder.path(), u"other.txt"_s);
+    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    document.keepFile();
+    const SaveResult first = document.save(folder.path(), name);
+    QVERIFY(first.wasToBeKept);
+    QFile copy(first.keptCopy);
+    QVERIFY(copy.open(QIODevice::ReadOnly));
+    QCOMPARE(copy.readAll(), bytes);
+    const SaveResult second = document.save(folder.path(), name);
+    QVERIFY(!second.wasToBeKept);
+    QCOMPARE(second.keptCopy, QString());
+}
+
+REGISTER_TEST(runCoreTest<LineEndsTest>)
+#include "lineends_test.moc"
