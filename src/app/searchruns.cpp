@@ -2,6 +2,7 @@
 
 #include "app/documentarea.h"
 #include "app/hitview.h"
+#include "app/partialreplacements.h"
 #include "app/replacerun.h"
 #include "editor/ctlediter.h"
 #include "platform/messagebox.h"
@@ -101,8 +102,10 @@ void SearchRuns::search(Direction direction)
     ctlEditer *const editor = m_documents.current();
     if (!editor || m_request.findText.isEmpty())
         return;
+    beginReplacing(*editor);
     const bool isFound = (editor->*direction)(
         m_request.searchMode, m_request.caseSensitive, m_request.findText, m_request.replaceText);
+    endReplacing(*editor);
     if (!isFound)
         return;
     showHit(*editor);
@@ -117,7 +120,22 @@ void SearchRuns::replaceAllIn(ctlEditer &editor)
     editor.setCursorPosition(0, 0);
     QCoreApplication::processEvents();
     frmReplaceProgress progress(&m_window);
+    beginReplacing(editor);
     const int count = ReplaceRun(editor, m_request, progress).run();
+    endReplacing(editor);
     guard.reset();
     MessageBox::information(&m_window, tr("Replace All"), tr("%1 items was Replaced.").arg(count));
+}
+
+void SearchRuns::beginReplacing(ctlEditer &editor)
+{
+    if (m_request.searchMode == 1)
+        PartialReplacements::of(editor, m_documents.notices())
+            .begin(m_request.findText.size(), m_request.replaceText.size());
+}
+
+void SearchRuns::endReplacing(ctlEditer &editor)
+{
+    if (m_request.searchMode == 1)
+        PartialReplacements::of(editor, m_documents.notices()).end();
 }

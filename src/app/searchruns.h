@@ -36,6 +36,8 @@ private:
     void takeRequest();
     void search(Direction direction);
     void replaceAllIn(ctlEditer &editor);
+    void beginReplacing(ctlEditer &editor);
+    void endReplacing(ctlEditer &editor);
 
     QWidget &m_window;
     DocumentArea &m_documents;

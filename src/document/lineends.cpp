@@ -1,7 +1,5 @@
 #include "document/lineends.h"
 
-#include <QByteArrayView>
-
 namespace {
 
 void replaceByte(uchar *in, const uchar *end, uchar byte, uchar replacement)
@@ -28,34 +26,17 @@ qsizetype firstOf(char byte, const QByteArray &bytes)
     return found == -1 ? bytes.size() : found;
 }
 
-struct LineEndCounts {
-    qint64 lf = 0;
-    qint64 cr = 0;
-    qint64 crLf = 0;
+/// How often a byte occurs with another one before it, and how often without.
+struct Counts {
+    qint64 behind = 0;
+    qint64 alone = 0;
 };
 
-/// Sums of a block fit into a byte, so that many bytes are counted at once.
-LineEndCounts countLineEnds(QByteArrayView bytes)
+Counts countBehind(const QByteArray &bytes, char before, char byte)
 {
-    constexpr qsizetype blockBytes = 255;
-    LineEndCounts counts;
-    char before = 0;
-    for (qsizetype at = 0; at < bytes.size(); at += blockBytes) {
-        const QByteArrayView block = bytes.sliced(at, qMin(blockBytes, bytes.size() - at));
-        uchar lf = 0;
-        uchar cr = 0;
-        uchar crLf = before == '\r' && block[0] == '\n';
-        for (qsizetype i = 0; i < block.size(); ++i) {
-            lf = static_cast<uchar>(lf + (block[i] == '\n'));
-            cr = static_cast<uchar>(cr + (block[i] == '\r'));
-        }
-        for (qsizetype i = 1; i < block.size(); ++i)
-            crLf = static_cast<uchar>(crLf + ((block[i - 1] == '\r') & (block[i] == '\n')));
-        before = block.back();
-        counts.lf += lf;
-        counts.cr += cr;
-        counts.crLf += crLf;
-    }
+    Counts counts;
+    for (qsizetype at = bytes.indexOf(byte); at != -1; at = bytes.indexOf(byte, at + 1))
+        ++(at > 0 && bytes[at - 1] == before ? counts.behind : counts.alone);
     return counts;
 }
 
@@ -83,8 +64,8 @@ RewrittenBytes countRewritten(const QByteArray &bytes, ReturnCode returnCode)
         counts.lf = bytes.count('\n');
     if (returnCode != ReturnCode::CrLf)
         return counts;
-    const LineEndCounts found = countLineEnds(bytes);
-    counts.lf = found.lf - found.crLf;
-    counts.cr = found.cr - found.crLf;
+    const Counts lineFeeds = countBehind(bytes, '\r', '\n');
+    counts.lf = lineFeeds.alone;
+    counts.cr = bytes.count('\r') - lineFeeds.behind;
     return counts;
 }

@@ -13,6 +13,7 @@ struct KindWeight {
 constexpr KindWeight weights[] = {
     { NoticeKind::OtherCode, 550 },
     { NoticeKind::CannotWrite, 500 },
+    { NoticeKind::ReplacedInPart, 450 },
     { NoticeKind::Utf16, 420 },
     { NoticeKind::WrongCode, 400 },
     { NoticeKind::KeptFile, 350 },

@@ -11,6 +11,7 @@ class QObject;
 enum class NoticeKind {
     CannotWrite, ///< characters that the document's code lacks
     OtherCode, ///< the file is open, and the user wanted to read it with another code
+    ReplacedInPart, ///< hits that were replaced only in part
     Utf16, ///< UTF-16 text that was read byte by byte, or is saved as UTF-8
     RewrittenBytes, ///< bytes that a save writes as others
     KeptFile, ///< where the file is that was to be kept

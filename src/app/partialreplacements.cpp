@@ -1,0 +1,123 @@
+#include "app/partialreplacements.h"
+
+#include "app/hitview.h"
+#include "editor/ctlediter.h"
+#include "editor/noticequeue.h"
+
+PartialReplacements &PartialReplacements::of(ctlEditer &editor, NoticeQueue &notices)
+{
+    for (QObject *const child : editor.children()) {
+        if (auto *const found = dynamic_cast<PartialReplacements *>(child))
+            return *found;
+    }
+    return *new PartialReplacements(editor, notices);
+}
+
+PartialReplacements::PartialReplacements(ctlEditer &editor, NoticeQueue &notices)
+    : QObject(&editor)
+    , m_editor(editor)
+    , m_notices(notices)
+{
+    connect(&editor.document(), &TextDocument::changed, this, &PartialReplacements::follow);
+    connect(&editor.document(), &TextDocument::replaced, this, &PartialReplacements::forget);
+}
+
+void PartialReplacements::begin(qint64 hitLength, qint64 textLength)
+{
+    forget();
+    m_hitLength = hitLength;
+    m_textLength = textLength;
+    const TextStore &store = m_editor.store();
+    m_places = PlacesInText(store.length());
+    m_before = store.piece(0, store.length());
+    m_stepsBefore = m_editor.history().undoSteps();
+    m_replacements = 0;
+    m_isRunning = true;
+}
+
+void PartialReplacements::end()
+{
+    m_isRunning = false;
+    m_canUndoAll = true;
+    if (m_places.count() > 0)
+        tell();
+    else
+        forget();
+}
+
+void PartialReplacements::follow(const TextChange &change)
+{
+    const qint64 before = m_places.count();
+    m_places.follow(change);
+    if (m_isRunning)
+        noteReplacement(change);
+    else if (before > 0)
+        noteEdit(before);
+}
+
+void PartialReplacements::noteReplacement(const TextChange &change)
+{
+    ++m_replacements;
+    if (change.removed < m_hitLength)
+        m_places.add(change.offset);
+}
+
+/// A place goes with the text that was put in there; where that was none, with the step.
+void PartialReplacements::noteEdit(qint64 placesBefore)
+{
+    const bool isUndone = m_textLength == 0 && m_editor.history().undoSteps() <= m_stepsBefore;
+    if (isUndone || m_places.count() == 0) {
+        forget();
+    } else if (std::exchange(m_canUndoAll, false) || m_places.count() != placesBefore) {
+        m_before = {};
+        tell();
+    }
+}
+
+void PartialReplacements::forget()
+{
+    m_places = PlacesInText(m_editor.store().length());
+    m_before = {};
+    m_canUndoAll = false;
+    m_notices.withdraw(NoticeKind::ReplacedInPart, &m_editor);
+}
+
+void PartialReplacements::tell()
+{
+    const auto text = [this] { return tr("Replaced in part only: %1").arg(m_places.count()); };
+    Notice notice{ NoticeKind::ReplacedInPart, &m_editor, text, {} };
+    notice.offers.push_back({ [] { return tr("Go to it"); }, [this] { goToNext(); } });
+    if (m_canUndoAll)
+        notice.offers.push_back({ [] { return tr("Undo all"); }, [this] { undoAll(); } });
+    notice.dismissed = [this] { forget(); };
+    m_notices.put(std::move(notice));
+}
+
+/// The next one behind the selection, round at the end.
+void PartialReplacements::goToNext()
+{
+    const qint64 behind = qMax(m_editor.cursorOffset(), m_editor.anchorOffset());
+    const qint64 index = m_places.indexBehind(behind);
+    const qint64 at = m_places.at(index < m_places.count() ? index : 0);
+    m_editor.select({ at }, { qMin(at + m_textLength, m_editor.store().length()) });
+    showHit(m_editor);
+    m_editor.setFocus();
+}
+
+/// Step by step, unless the steps of the run have become one with edits before it.
+void PartialReplacements::undoAll()
+{
+    const QMultiLineEdit::Batch batch(m_editor);
+    const TextPiece before = m_before;
+    const qint64 stepsBefore = m_stepsBefore;
+    const bool areApart = m_editor.history().undoSteps() == stepsBefore + m_replacements;
+    forget();
+    if (areApart) {
+        while (m_editor.history().undoSteps() > stepsBefore)
+            m_editor.undo();
+    } else {
+        m_editor.document().replace(0, m_editor.store().length(), before);
+        m_editor.setCursorPosition(0, 0);
+    }
+    m_editor.setFocus();
+}
