@@ -30,7 +30,6 @@ void PartialReplacements::begin(qint64 hitLength, qint64 textLength)
     const TextStore &store = m_editor.store();
     m_places = PlacesInText(store.length());
     m_before = store.piece(0, store.length());
-    m_stepsBefore = m_editor.history().undoSteps();
     m_replacements = 0;
     m_isRunning = true;
 }
@@ -48,6 +47,8 @@ void PartialReplacements::end()
 void PartialReplacements::follow(const TextChange &change)
 {
     const qint64 before = m_places.count();
+    if (!m_isRunning && m_textLength == 0)
+        m_places.drop(change.offset, change.offset + 1); // what was there comes back, or other text
     m_places.follow(change);
     if (m_isRunning)
         noteReplacement(change);
@@ -62,11 +63,9 @@ void PartialReplacements::noteReplacement(const TextChange &change)
         m_places.add(change.offset);
 }
 
-/// A place goes with the text that was put in there; where that was none, with the step.
 void PartialReplacements::noteEdit(qint64 placesBefore)
 {
-    const bool isUndone = m_textLength == 0 && m_editor.history().undoSteps() <= m_stepsBefore;
-    if (isUndone || m_places.count() == 0) {
+    if (m_places.count() == 0) {
         forget();
     } else if (std::exchange(m_canUndoAll, false) || m_places.count() != placesBefore) {
         m_before = {};
@@ -104,16 +103,15 @@ void PartialReplacements::goToNext()
     m_editor.setFocus();
 }
 
-/// Step by step, unless the steps of the run have become one with edits before it.
+/// Step by step, unless the steps of the run may have become one with edits before it.
 void PartialReplacements::undoAll()
 {
     const QMultiLineEdit::Batch batch(m_editor);
     const TextPiece before = m_before;
-    const qint64 stepsBefore = m_stepsBefore;
-    const bool areApart = m_editor.history().undoSteps() == stepsBefore + m_replacements;
+    const bool areApart = m_replacements < m_editor.undoDepth();
     forget();
     if (areApart) {
-        while (m_editor.history().undoSteps() > stepsBefore)
+        for (qint64 i = 0; i < m_replacements; ++i)
             m_editor.undo();
     } else {
         m_editor.document().replace(0, m_editor.store().length(), before);

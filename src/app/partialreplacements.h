@@ -38,7 +38,6 @@ private:
     NoticeQueue &m_notices;
     PlacesInText m_places;
     TextPiece m_before; ///< the whole text before the run
-    qint64 m_stepsBefore = 0; ///< that could be undone
     qint64 m_replacements = 0;
     qint64 m_hitLength = 0;
     qint64 m_textLength = 0;

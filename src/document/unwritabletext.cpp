@@ -141,7 +141,7 @@ void UnwritableText::lookAt(qint64 from, qint64 to)
 {
     const TextStore &store = m_document.store();
     from = qMax<qint64>(0, from - 1);
-    if (isPairAt(store, from - 1))
+    if (from < store.length() && QChar::isLowSurrogate(store.at(from)) && isPairAt(store, from - 1))
         --from;
     to = qMin(store.length(), to + 1);
     m_places.drop(from, to);

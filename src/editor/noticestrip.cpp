@@ -177,7 +177,11 @@ void NoticeStrip::fill(QMenu &menu, std::span<const NoticeOffer> offers)
 {
     for (QMenu *const choices : menu.findChildren<QMenu *>(Qt::FindDirectChildrenOnly))
         drop(choices);
-    menu.clear();
+    for (QAction *const action : menu.actions()) {
+        menu.removeAction(action);
+        if (!action->menu())
+            action->deleteLater();
+    }
     for (const NoticeOffer &offer : offers) {
         if (!offer.choices.empty()) {
             auto *choices = new Menu(&menu);

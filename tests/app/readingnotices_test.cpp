@@ -53,7 +53,7 @@ private:
     {
         for (QAction *const action : m_strip->button(u"Reopen as"_s)->menu()->actions()) {
             if (action->text() == code)
-                action->trigger();
+                return action->trigger(); // which may take the actions away
         }
     }
 
