@@ -2,6 +2,29 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr">
 <context>
+    <name>DocumentJournals</name>
+    <message>
+        <source>the disk is full</source>
+        <translation>disque plein</translation>
+    </message>
+    <message>
+        <source>no permission to write</source>
+        <translation>écriture non autorisée</translation>
+    </message>
+    <message>
+        <source>the disk cannot be written</source>
+        <translation>écriture impossible</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>Recovery is off: %1</source>
+        <translation>Récupération désactivée&#xa0;: %1</translation>
+    </message>
+</context>
+<context>
     <name>NoticeStrip</name>
     <message>
         <source>More offers</source>
@@ -45,6 +68,34 @@
     <message>
         <source>Horizontal scroll bar</source>
         <translation>Barre de défilement horizontale</translation>
+    </message>
+</context>
+<context>
+    <name>Recovery</name>
+    <message>
+        <source>1 document was not saved</source>
+        <translation>1 texte à restaurer</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents were not saved</source>
+        <translation>
+            <numerusform>%n texte à restaurer</numerusform>
+            <numerusform>%n textes à restaurer</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Restaurer</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Plus tard</translation>
+    </message>
+    <message>
+        <source>These texts could not be restored:
+%1</source>
+        <translation>Ces textes n’ont pas pu être restaurés&#xa0;:
+%1</translation>
     </message>
 </context>
 <context>
@@ -921,6 +972,57 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
     <message>
         <source>Default c&amp;har code:</source>
         <translation>&amp;Codage initial&#xa0;:</translation>
+    </message>
+</context>
+<context>
+    <name>frmRecovery</name>
+    <message>
+        <source>Texts That Were Not Saved</source>
+        <translation>Textes non enregistrés</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Restaurer</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Plus tard</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Abandonner</translation>
+    </message>
+    <message>
+        <source>never saved</source>
+        <translation>jamais enregistré</translation>
+    </message>
+    <message>
+        <source>The chosen text was not saved anywhere else.
+Delete it for ever?</source>
+        <translation>Le texte choisi n’est enregistré nulle part ailleurs.
+Le supprimer définitivement&#xa0;?</translation>
+    </message>
+    <message numerus="yes">
+        <source>The %n chosen texts were not saved anywhere else.
+Delete them for ever?</source>
+        <translation>
+            <numerusform>Le texte choisi (%n) n’est enregistré nulle part ailleurs.
+Le supprimer définitivement&#xa0;?</numerusform>
+            <numerusform>Les %n textes choisis ne sont enregistrés nulle part ailleurs.
+Les supprimer définitivement&#xa0;?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Supprimer</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Characters: %1</source>
+        <translation>Caractères&#xa0;: %1</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,29 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja">
 <context>
+    <name>DocumentJournals</name>
+    <message>
+        <source>the disk is full</source>
+        <translation>ディスクに空きがありません</translation>
+    </message>
+    <message>
+        <source>no permission to write</source>
+        <translation>書き込み権限がありません</translation>
+    </message>
+    <message>
+        <source>the disk cannot be written</source>
+        <translation>ディスクに書き込めません</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>再試行</translation>
+    </message>
+    <message>
+        <source>Recovery is off: %1</source>
+        <translation>復元用の保存ができません: %1</translation>
+    </message>
+</context>
+<context>
     <name>NoticeStrip</name>
     <message>
         <source>More offers</source>
@@ -45,6 +68,33 @@
     <message>
         <source>Horizontal scroll bar</source>
         <translation>水平スクロールバー</translation>
+    </message>
+</context>
+<context>
+    <name>Recovery</name>
+    <message>
+        <source>1 document was not saved</source>
+        <translation>1 件の文書が保存されていません</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n documents were not saved</source>
+        <translation>
+            <numerusform>%n 件の文書が保存されていません</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>復元</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>後で</translation>
+    </message>
+    <message>
+        <source>These texts could not be restored:
+%1</source>
+        <translation>次のテキストは復元できませんでした:
+%1</translation>
     </message>
 </context>
 <context>
@@ -921,6 +971,55 @@ Row count  : %2</source>
     <message>
         <source>Default c&amp;har code:</source>
         <translation>既定コード(&amp;H):</translation>
+    </message>
+</context>
+<context>
+    <name>frmRecovery</name>
+    <message>
+        <source>Texts That Were Not Saved</source>
+        <translation>保存されていないテキスト</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>復元</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>後で</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>破棄</translation>
+    </message>
+    <message>
+        <source>never saved</source>
+        <translation>未保存</translation>
+    </message>
+    <message>
+        <source>The chosen text was not saved anywhere else.
+Delete it for ever?</source>
+        <translation>選択したテキストは他に保存されていません。
+完全に削除しますか？</translation>
+    </message>
+    <message numerus="yes">
+        <source>The %n chosen texts were not saved anywhere else.
+Delete them for ever?</source>
+        <translation>
+            <numerusform>選択した %n 件のテキストは他に保存されていません。
+完全に削除しますか？</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>削除</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Characters: %1</source>
+        <translation>文字数: %1</translation>
     </message>
 </context>
 <context>

@@ -7,19 +7,6 @@
 #include "files/filename.h"
 #include "platform/endquestion.h"
 #include "platform/messagebox.h"
-#include "platform/qpeapplication.h"
-
-namespace {
-
-/// Who cancels closing a document does not want the whole program to end because of a request that has been
-/// waiting for this answer.
-void withdrawEnd()
-{
-    if (auto *application = qobject_cast<QPEApplication *>(qApp))
-        application->withdrawEnd();
-}
-
-} // namespace
 
 DocumentCloser::DocumentCloser(
     QWidget &window, DocumentArea &documents, DocumentSaver &saver, RecentPlaces &places)
@@ -40,7 +27,6 @@ bool DocumentCloser::saveIfWanted(ctlEditer *editor)
     case Answer::No:
         return true;
     case Answer::Cancel:
-        withdrawEnd();
         return false;
     }
     Q_UNREACHABLE();

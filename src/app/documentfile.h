@@ -13,3 +13,9 @@ inline QString fullName(const ctlEditer &editor)
 {
     return editor.path() + editor.name();
 }
+
+/// A document that nobody would miss: never saved and not edited.
+inline bool isFresh(const ctlEditer &editor)
+{
+    return !hasFile(editor) && !editor.edited();
+}

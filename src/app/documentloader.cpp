@@ -9,14 +9,9 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 namespace {
-
-/// A document that nobody would miss: never saved and not edited.
-bool isFresh(const ctlEditer &editor)
-{
-    return !hasFile(editor) && !editor.edited();
-}
 
 /// Plain ASCII is no choice of the user's and would be wrong as soon as the file holds more: detected again.
 std::optional<CharCode> codeToReload(const ctlEditer &editor)
@@ -135,6 +130,7 @@ bool DocumentLoader::load(ctlEditer *editor, const FileChoice &file)
     KeyPause::begin();
     const bool isAgain = fullName(*editor) == file.fullName();
     const int charCode = file.charCode ? int(*file.charCode) : 0;
+    const QScopedValueRollback<const ctlEditer *> loading(m_loading, editor);
     const bool isLoaded = editor->loadFile(file.folder, file.name, charCode);
     if (isLoaded)
         m_places.restoreCarried(*editor);

@@ -34,6 +34,9 @@ public:
     /// The same as UTF-16 text.
     void reopenUtf16(ctlEditer *editor, Utf16Form form);
 
+    /// The document whose file is being read; null for none.
+    const ctlEditer *loading() const { return m_loading; }
+
 private:
     bool load(ctlEditer *editor, const FileChoice &file);
     bool loadInto(ctlEditer *editor, const FileChoice &file);
@@ -46,4 +49,5 @@ private:
     const WindowDialogs &m_dialogs;
     DocumentArea &m_documents;
     RecentPlaces &m_places;
+    const ctlEditer *m_loading = nullptr;
 };

@@ -23,6 +23,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize normalSize{ 640, 480 };
+/// For what is left of the journals when all documents are closed.
+constexpr std::chrono::milliseconds longestWrite{ 2000 };
 
 QFont applicationFont()
 {
@@ -73,6 +75,11 @@ void frmMain::connectParts()
     connect(&m_parts->documents, &DocumentArea::currentChanged, this, &frmMain::slotTabCurrentChanged);
     connect(&m_parts->documents, &DocumentArea::refreshed, this, &frmMain::updateCaption);
     connect(&m_parts->sessionEnd, &SessionEnd::settingsTakenOver, this, &frmMain::applySettings);
+    // Behind the save, which ends the journal of what was before.
+    connect(&m_parts->writingNotices, &WritingNotices::substituted, this,
+        [this](ctlEditer *editor) { m_parts->journals.keep(editor->document()); });
+    connect(&m_parts->writingNotices, &WritingNotices::settled, this,
+        [this](ctlEditer *editor) { m_parts->journals.endKeeping(editor->document()); });
 }
 
 ctlEditer *frmMain::currentEditor() const
@@ -476,6 +483,7 @@ void frmMain::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     m_parts->fullScreen.keep();
     m_parts->firstDocument.wait();
+    m_parts->recovery.lookWhenShown();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
@@ -484,6 +492,7 @@ void frmMain::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    m_parts->journals.flush(longestWrite);
     writeSettings();
     event->accept();
     QWidget::closeEvent(event);

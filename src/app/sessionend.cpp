@@ -4,6 +4,7 @@
 #include "app/documentcloser.h"
 #include "editor/ctlediter.h"
 #include "platform/qpeapplication.h"
+#include "recovery/recoveryjournals.h"
 #include "settings/settings.h"
 
 #include <QSessionManager>
@@ -11,10 +12,17 @@
 #include <algorithm>
 #include <utility>
 
-SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer)
+namespace {
+
+constexpr std::chrono::milliseconds longestWrite{ 2000 };
+
+} // namespace
+
+SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer, RecoveryJournals &journals)
     : QObject(&documents)
     , m_documents(documents)
     , m_closer(closer)
+    , m_journals(journals)
 {
     connect(&documents, &DocumentArea::closed, this, &SessionEnd::forget);
     connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
@@ -32,7 +40,16 @@ SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer)
 bool SessionEnd::prepare(bool mayAsk)
 {
     m_unwanted.clear();
-    if (hasEdits() && (!mayAsk || QPEApplication::isBusy()))
+    const bool isReady = !hasEdits() || (mayAsk ? askAll() : m_journals.flush(longestWrite));
+    // The session may go on.
+    if (isReady && writeSettings())
+        emit settingsTakenOver();
+    return isReady;
+}
+
+bool SessionEnd::askAll()
+{
+    if (QPEApplication::isBusy())
         return false;
     const QList<ctlEditer *> editors = m_documents.editors();
     for (auto editor = editors.rbegin(); editor != editors.rend(); ++editor) {
@@ -44,9 +61,6 @@ bool SessionEnd::prepare(bool mayAsk)
         if ((*editor)->edited())
             m_unwanted << *editor;
     }
-    // The session may go on.
-    if (writeSettings())
-        emit settingsTakenOver();
     return true;
 }
 

@@ -5,6 +5,7 @@
 
 class DocumentArea;
 class DocumentCloser;
+class RecoveryJournals;
 class ctlEditer;
 
 /// What the end of the user's session asks of the documents.
@@ -12,12 +13,12 @@ class SessionEnd : public QObject {
     Q_OBJECT
 public:
     /// Answers the session manager from then on, while it lives. A child of the documents.
-    SessionEnd(DocumentArea &documents, DocumentCloser &closer);
+    SessionEnd(DocumentArea &documents, DocumentCloser &closer, RecoveryJournals &journals);
 
-    /// Asks about edited documents, from the last tab backwards. False when the session is not to end: that
-    /// was cancelled, a save failed, or there is something to ask while nothing may be asked or a dialog
-    /// waits for its answer. All documents stay open, since the session may go on all the same; those whose
-    /// edits nobody wanted are closed without asking when it really ends.
+    /// Asks about edited documents, from the last tab backwards; where nothing may be asked their text is
+    /// kept for the next start. False when the session is not to end: that was cancelled, a save failed, a
+    /// dialog waits for its answer, or the text cannot be kept. All documents stay open, since the session
+    /// may go on all the same; those whose edits nobody wanted are closed without asking when it really ends.
     bool prepare(bool mayAsk);
 
 signals:
@@ -26,10 +27,12 @@ signals:
 
 private:
     bool hasEdits() const;
+    bool askAll();
     void forget(ctlEditer *editor);
     void closeUnwanted();
 
     DocumentArea &m_documents;
     DocumentCloser &m_closer;
+    RecoveryJournals &m_journals;
     QList<ctlEditer *> m_unwanted; ///< not to be saved at the end of the session, and not edited since
 };

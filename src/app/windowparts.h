@@ -3,19 +3,23 @@
 #include "app/commandbar.h"
 #include "app/documentarea.h"
 #include "app/documentcloser.h"
+#include "app/documentjournals.h"
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
 #include "app/firstdocument.h"
 #include "app/fullscreen.h"
 #include "app/interfacelanguage.h"
+#include "app/lastwrites.h"
 #include "app/mainmenus.h"
 #include "app/readingnotices.h"
 #include "app/recentmenu.h"
 #include "app/recentplaces.h"
+#include "app/recovery.h"
 #include "app/searchruns.h"
 #include "app/sessionend.h"
 #include "app/windowdialogs.h"
 #include "app/writingnotices.h"
+#include "recovery/recoveryjournals.h"
 
 class QMainWindow;
 
@@ -37,7 +41,11 @@ struct WindowParts {
     DocumentLoader loader;
     DocumentSaver saver;
     DocumentCloser closer;
+    RecoveryJournals journals;
+    DocumentJournals documentJournals;
+    Recovery recovery;
     SessionEnd sessionEnd;
+    LastWrites lastWrites;
     SearchRuns search;
     WritingNotices writingNotices;
     ReadingNotices readingNotices;

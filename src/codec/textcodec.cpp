@@ -1,5 +1,6 @@
 #include "codec/textcodec.h"
 
+#include "files/endorder.h"
 #include "text/lonesurrogates.h"
 
 namespace {
@@ -11,9 +12,14 @@ public:
         : m_builder(rule)
     {
     }
-    void latin1(QByteArrayView characters) override { m_builder.append(characters); }
+    void latin1(QByteArrayView characters) override
+    {
+        EndOrder::obeyIfGiven();
+        m_builder.append(characters);
+    }
     void utf16(QStringView text) override
     {
+        EndOrder::obeyIfGiven();
         m_undecodable += loneSurrogates(text);
         m_builder.append(text);
     }

@@ -1,5 +1,7 @@
 #include "document/documentwriter.h"
 
+#include "files/endorder.h"
+
 namespace {
 
 /// Gives the text of a store up to its first U+0000, with a line end in the place of each LF.
@@ -62,12 +64,14 @@ bool DocumentWriter::write(const TextStore &store, const TextCodec &codec, TextC
 
 bool DocumentWriter::writeWide(const TextStore &store, const TextCodec &codec, TextCodec::AsRead asRead)
 {
-    const auto sink = [this](QByteArrayView bytes) { return m_file.write(bytes); };
+    const auto sink = [this](QByteArrayView bytes) { return !EndOrder::isGiven() && m_file.write(bytes); };
     return m_file.open() && codec.encode(LineEndReader(store, m_lineEnd), sink, asRead) && m_file.commit();
 }
 
 bool DocumentWriter::writeBlock(QByteArrayView encoded)
 {
+    if (EndOrder::isGiven())
+        return false;
     // In every code the bytes 00 and 0A stand for U+0000 and U+000A alone.
     const qsizetype end = encoded.indexOf('\0');
     if (end == -1)

@@ -15,8 +15,8 @@ public:
 
     /// See SafeFile.
     void keepOldContent() { m_file.keepOldContent(); }
-    /// Writes the text up to its first U+0000. False when the file could not be written: it is as it was, but
-    /// for keptCopy().
+    /// Writes the text up to its first U+0000. False when the file could not be written, or the process is to
+    /// end (EndOrder): it is as it was, but for keptCopy().
     bool write(const TextStore &store, const TextCodec &codec,
         TextCodec::AsRead asRead = TextCodec::AsRead::Everything);
     /// The same in a code whose characters have more than one byte each, line ends too.

@@ -6,6 +6,7 @@
 #include "document/fittingcode.h"
 #include "document/lineends.h"
 #include "document/utf16text.h"
+#include "files/endorder.h"
 #include "files/filename.h"
 
 TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
@@ -211,8 +212,10 @@ SaveResult TextDocument::save(const QString &path, const QString &name, std::opt
     if (charCode || returnCode)
         emit codesChanged();
     SaveResult result = write(path + name);
-    if (result.outcome == SaveResult::Outcome::NotWritten)
+    if (result.outcome == SaveResult::Outcome::NotWritten) {
+        EndOrder::obeyIfGiven();
         return result;
+    }
     m_path = path;
     m_name = name;
     m_unreadFile.clear();

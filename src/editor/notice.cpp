@@ -11,6 +11,7 @@ struct KindWeight {
 
 /// With gaps, so that a kind can be put between two others.
 constexpr KindWeight weights[] = {
+    { NoticeKind::Unsaved, 900 },
     { NoticeKind::OtherCode, 550 },
     { NoticeKind::CannotWrite, 500 },
     { NoticeKind::ReplacedInPart, 450 },
@@ -18,6 +19,7 @@ constexpr KindWeight weights[] = {
     { NoticeKind::WrongCode, 400 },
     { NoticeKind::KeptFile, 350 },
     { NoticeKind::RewrittenBytes, 300 },
+    { NoticeKind::NoRecovery, 250 },
 };
 
 } // namespace

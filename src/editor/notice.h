@@ -16,6 +16,8 @@ enum class NoticeKind {
     RewrittenBytes, ///< bytes that a save writes as others
     KeptFile, ///< where the file is that was to be kept
     WrongCode, ///< bytes that do not fit the code that the file was read with, or fit another one
+    NoRecovery, ///< text that is not saved cannot be kept for the next start
+    Unsaved, ///< texts that were not saved when the program last ended
 };
 
 /// Of several notices the one of the heaviest kind is shown.

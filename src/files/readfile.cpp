@@ -1,5 +1,6 @@
 #include "files/readfile.h"
 
+#include "files/endorder.h"
 #include "files/filename.h"
 
 #include <QScopeGuard>
@@ -54,6 +55,7 @@ Failure readToEnd(const FileCalls &calls, int file, qint64 expected, QByteArray 
     bytes = uninitialized(expected + 1);
     qint64 reached = 0;
     for (;;) {
+        EndOrder::obeyIfGiven();
         if (reached == bytes.size())
             bytes.resize(reached + std::max(leastRoom, reached / 8));
         const auto size = static_cast<size_t>(std::min(blockSize, bytes.size() - reached));

@@ -1,10 +1,14 @@
 #include "platform/endsignals.h"
 
+#include "files/endorder.h"
+
 #include <QSocketNotifier>
 
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
+#include <ctime>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,12 +20,24 @@ constexpr std::array endSignals{ SIGTERM, SIGHUP, SIGINT };
 /// A pipe to itself is the one way out of a signal handler. [0] is read by the event loop.
 std::array<int, 2> pipeEnds{ -1, -1 };
 
+/// Runs from the first signal on; it sends SIGALRM at its end.
+timer_t lastLimit = {};
+itimerspec limitTime = {};
+
 void handleSignal(int /*number*/)
 {
     const int error = errno;
+    if (!EndOrder::isGiven())
+        ::timer_settime(lastLimit, 0, &limitTime, nullptr);
+    EndOrder::give();
     // A full pipe already says what is to be said.
     [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], "", 1);
     errno = error;
+}
+
+void handleLimit(int /*number*/)
+{
+    ::_exit(EXIT_FAILURE);
 }
 
 void setHandler(int number, void (*handler)(int))
@@ -36,16 +52,32 @@ void setHandler(int number, void (*handler)(int))
     ::sigaction(number, &action, nullptr);
 }
 
+bool makeLimit(std::chrono::milliseconds patience)
+{
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(patience);
+    limitTime.it_value.tv_sec = seconds.count();
+    limitTime.it_value.tv_nsec = std::chrono::nanoseconds(patience - seconds).count();
+    struct sigevent event = {};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = SIGALRM;
+    return ::timer_create(CLOCK_MONOTONIC, &event, &lastLimit) == 0;
+}
+
 } // namespace
 
-EndSignals::EndSignals(QObject *parent)
+EndSignals::EndSignals(QObject *parent, std::chrono::milliseconds patience)
     : QObject(parent)
 {
     Q_ASSERT(pipeEnds[0] == -1);
-    if (::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+    if (!makeLimit(patience))
         return;
+    if (::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+        ::timer_delete(lastLimit);
+        return;
+    }
     m_notifier = new QSocketNotifier(pipeEnds[0], QSocketNotifier::Read, this);
     connect(m_notifier, &QSocketNotifier::activated, this, &EndSignals::receive);
+    setHandler(SIGALRM, handleLimit);
     for (const int number : endSignals)
         setHandler(number, handleSignal);
 }
@@ -56,6 +88,9 @@ EndSignals::~EndSignals()
         return;
     for (const int number : endSignals)
         setHandler(number, SIG_DFL);
+    ::timer_delete(lastLimit);
+    setHandler(SIGALRM, SIG_DFL);
+    EndOrder::withdraw();
     delete m_notifier;
     for (int &end : pipeEnds) {
         ::close(end);

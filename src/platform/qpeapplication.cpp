@@ -1,5 +1,6 @@
 #include "platform/qpeapplication.h"
 
+#include "files/endorder.h"
 #include "files/filename.h"
 #include "platform/composingescape.h"
 #include "platform/endsignals.h"
@@ -13,8 +14,11 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QScopedValueRollback>
+#include <QThread>
 #include <QWidget>
 
+#include <cstdlib>
 #include <utility>
 
 QPEApplication::QPEApplication(int &argc, char **argv)
@@ -34,7 +38,10 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     connect(m_channel, &LauncherChannel::raiseRequested, this, &QPEApplication::raiseWindow);
 }
 
-QPEApplication::~QPEApplication() = default;
+QPEApplication::~QPEApplication()
+{
+    EndOrder::setObedience({});
+}
 
 QString QPEApplication::qpeDir()
 {
@@ -75,7 +82,8 @@ void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
     m_requests->setReceiver(window);
     if (!m_endSignals) {
         m_endSignals = new EndSignals(this);
-        connect(m_endSignals, &EndSignals::endRequested, this, &QPEApplication::requestEnd);
+        connect(m_endSignals, &EndSignals::endRequested, this, &QPEApplication::endAtOnce);
+        EndOrder::setObedience([this] { endAtOnce(); });
     }
     for (const QString &fileName : std::exchange(m_arguments, {}))
         request(fileName);
@@ -115,23 +123,42 @@ void QPEApplication::request(const QString &fileName)
     m_requests->add(fileName);
 }
 
-void QPEApplication::requestEnd()
+void QPEApplication::endAtOnce()
 {
-    raiseWindow();
-    m_requests->addClose();
+    // Also what is written now may ask whether the end was ordered.
+    if (QThread::currentThread() != thread() || m_isEnding)
+        return;
+    const QScopedValueRollback ending(m_isEnding, true);
+    emit endingAtOnce();
+    leave();
 }
 
-void QPEApplication::withdrawEnd()
+// Who only runs the event loop takes leave of the session manager as is usual.
+void QPEApplication::endWithSession()
 {
-    m_requests->removeClose();
+    emit sessionEnded();
+    if (thread()->loopLevel() > 1) {
+        endAtOnce();
+        return;
+    }
+    emit endingAtOnce();
+    exit(EXIT_SUCCESS);
+}
+
+// Not by way of the event loop: every dialog that is open would return to its caller, which would take that
+// for an answer.
+void QPEApplication::leave()
+{
+    std::_Exit(EXIT_SUCCESS);
 }
 
 bool QPEApplication::event(QEvent *event)
 {
     // Only the platform sends one from outside; quitting from within is not spontaneous.
-    if (event->type() == QEvent::Quit && event->spontaneous())
-        emit sessionEnded();
-    return QApplication::event(event);
+    if (event->type() != QEvent::Quit || !event->spontaneous())
+        return QApplication::event(event);
+    endWithSession();
+    return true;
 }
 
 // A dialog that waits for an answer is what the user needs to see.

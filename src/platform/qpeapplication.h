@@ -48,23 +48,27 @@ public:
 
     /// A file to open, absolute.
     void request(const QString &fileName);
-    /// Closes the main window as its user would, who is asked what a close asks, and can cancel it. Dialogs
-    /// that are open are cancelled first; message boxes, and a long operation, are waited for. The signals
-    /// that ask a process to end (EndSignals) do this once the main window is shown.
-    void requestEnd();
-    /// Forgets a requestEnd() that still waits.
-    void withdrawEnd();
+    /// Ends the process from wherever it is, without a question and without closing a window, whatever is
+    /// open or under way. Does nothing in threads other than the application's. The signals that tell a
+    /// process to end (EndSignals) do this once the main window is shown, and so does a session manager.
+    void endAtOnce();
 
 signals:
-    /// The session manager ends the program, after it has let it save (commitDataRequest). The windows are
-    /// closed next; what they ask may never be answered.
+    /// The session manager ends the program, after it has let it save (commitDataRequest); endingAtOnce()
+    /// comes next.
     void sessionEnded();
+    /// The process ends when this signal has been delivered: what is to be kept is written now, and nothing
+    /// asked.
+    void endingAtOnce();
 
 protected:
     bool event(QEvent *event) override;
+    /// The end of the process.
+    virtual void leave();
 
 private:
     void raiseWindow();
+    void endWithSession();
     void settleEnd();
 
     HeldKeys m_heldKeys;
@@ -73,5 +77,6 @@ private:
     LauncherChannel *m_channel;
     int m_endQuestions = 0; ///< that are open
     EndSignals *m_endSignals = nullptr;
+    bool m_isEnding = false;
     QPointer<QWidget> m_window;
 };

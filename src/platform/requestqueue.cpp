@@ -2,8 +2,6 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <QDialog>
-#include <QMessageBox>
 #include <QScopedValueRollback>
 #include <QWidget>
 #include <QWindow>
@@ -33,35 +31,16 @@ void RequestQueue::add(const QString &fileName)
     schedule();
 }
 
-void RequestQueue::addClose()
-{
-    m_closing = true;
-    watch();
-    schedule();
-}
-
-void RequestQueue::removeClose()
-{
-    m_closing = false;
-    stopWatching();
-    schedule();
-}
-
 bool RequestQueue::isBusy() const
 {
     return m_held || QApplication::activeModalWidget();
-}
-
-bool RequestQueue::isFree() const
-{
-    return m_receiver && !isBusy() && !m_delivering && !QApplication::activePopupWidget();
 }
 
 bool RequestQueue::isReady()
 {
     if (!m_wasOnScreen && m_receiver && m_receiver->windowHandle())
         m_wasOnScreen = m_receiver->windowHandle()->isExposed();
-    return m_wasOnScreen && isFree();
+    return m_wasOnScreen && m_receiver && !isBusy() && !m_delivering && !QApplication::activePopupWidget();
 }
 
 // A dialog's end is not enough to go by: it comes before exec() has returned to its caller.
@@ -77,16 +56,13 @@ void RequestQueue::watch()
 
 void RequestQueue::stopWatching()
 {
-    if (!isWaiting())
+    if (m_fileNames.isEmpty())
         QAbstractEventDispatcher::instance(thread())->disconnect(this);
 }
 
 void RequestQueue::schedule()
 {
-    if (m_closing && !m_delivering && cancelDialog())
-        return;
-    const bool mayDeliver = m_closing ? isFree() : isReady();
-    if (m_scheduled || !isWaiting() || !mayDeliver)
+    if (m_scheduled || m_fileNames.isEmpty() || !isReady())
         return;
     m_scheduled = true;
     QMetaObject::invokeMethod(this, &RequestQueue::deliver, Qt::QueuedConnection);
@@ -95,36 +71,11 @@ void RequestQueue::schedule()
 void RequestQueue::deliver()
 {
     m_scheduled = false;
-    if (m_closing && isFree())
-        deliverClose();
-    // The end may be requested while a file's questions are open.
-    while (!m_closing && !m_fileNames.isEmpty() && isReady()) {
+    while (!m_fileNames.isEmpty() && isReady()) {
         const QScopedValueRollback delivering(m_delivering, true);
         [[maybe_unused]] const bool isTaken = QMetaObject::invokeMethod(
             m_receiver, "setDocument", Qt::DirectConnection, Q_ARG(QString, m_fileNames.takeFirst()));
         Q_ASSERT(isTaken);
     }
     stopWatching();
-}
-
-/// False if there was nothing to cancel. What is cancelled ends when its caller goes on, and may uncover
-/// another dialog: the next look at the queue sees to both.
-bool RequestQueue::cancelDialog()
-{
-    QWidget *const popup = QApplication::activePopupWidget();
-    if (popup)
-        popup->close();
-    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-    const bool isCancelled = dialog && !qobject_cast<QMessageBox *>(dialog);
-    if (isCancelled)
-        dialog->reject();
-    return popup || isCancelled;
-}
-
-void RequestQueue::deliverClose()
-{
-    const QScopedValueRollback delivering(m_delivering, true);
-    m_closing = false;
-    if (m_receiver->close())
-        m_fileNames.clear();
 }

@@ -13,10 +13,6 @@ class QWidget;
 /// window has been on the screen: before that it has not the size that text may be laid out for. Each is
 /// delivered once. Whether the time has come is looked at only while something waits, each time the event
 /// loop has been woken or is about to sleep.
-///
-/// Closing the window is requested in the same way and goes before the files, which are given up when it was
-/// closed. It does not wait for dialogs that can be cancelled but cancels them; message boxes are left to be
-/// answered.
 class RequestQueue : public QObject {
     Q_OBJECT
 public:
@@ -28,25 +24,17 @@ public:
     /// Whether a modal dialog is open or requests are held.
     bool isBusy() const;
     void add(const QString &fileName);
-    void addClose();
-    /// Takes back an addClose() that still waits.
-    void removeClose();
 
 private:
-    bool isWaiting() const { return m_closing || !m_fileNames.isEmpty(); }
-    bool isFree() const;
     bool isReady();
     void watch();
     void stopWatching();
     void schedule();
-    bool cancelDialog();
     void deliver();
-    void deliverClose();
 
     QPointer<QWidget> m_receiver;
     QStringList m_fileNames;
     bool m_wasOnScreen = false;
-    bool m_closing = false;
     bool m_held = false;
     bool m_scheduled = false;
     bool m_delivering = false;

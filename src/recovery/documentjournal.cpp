@@ -67,7 +67,7 @@ void DocumentJournal::removeOld()
 
 std::optional<qint64> DocumentJournal::due() const
 {
-    return m_isOnItsWay ? std::nullopt : m_schedule.due();
+    return m_isOnItsWay || m_text.isDropped() ? std::nullopt : m_schedule.due();
 }
 
 void DocumentJournal::writeNow()

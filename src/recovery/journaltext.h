@@ -11,6 +11,7 @@ public:
     void begin(const TextDocument &document, bool isFromFile);
     /// Forgets all texts, for the memory they take; begin() must be next.
     void drop();
+    bool isDropped() const { return !m_written; }
     void note(const TextChange &change);
     /// What is to be written, which counts as written from now on.
     std::shared_ptr<const JournalWrite> next(const TextDocument &document, const JournalState &state);

@@ -1,9 +1,9 @@
-#include "app/qpeapplicationesc.h"
 #include "codec/charcode.h"
 #include "codec/textcodec.h"
 #include "document/lineends.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
+#include "tests/app/stayingapplication.h"
 #include "tests/app/testwindow.h"
 #include "tests/codec/shorttexts.h"
 #include "tests/testprogram.h"
@@ -261,7 +261,7 @@ void AnyOrderTest::closeTab()
 void AnyOrderTest::request()
 {
     if (below(8) == 0)
-        application()->requestEnd();
+        application()->endAtOnce();
     else
         application()->request(m_files->folder() + anyFile());
 }
@@ -371,7 +371,7 @@ namespace {
 
 int runAnyOrderTest(int argc, char **argv)
 {
-    QPEApplicationEsc application(argc, argv);
+    StayingApplication application(argc, argv);
     AnyOrderTest test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/frmrecovery.h"
 #include "filedialog/frmfiledialog.h"
 #include "options/frmoption.h"
 #include "search/frmjumpto.h"
@@ -22,14 +23,15 @@ enum class Form {
     Search,
     Replace,
     Progress,
-    Jump
+    Jump,
+    Recovery
 };
 
 inline constexpr std::pair<Form, const char *> forms[] = { { Form::Main, "main" }, { Form::Open, "open" },
     { Form::SaveAs, "save as" }, { Form::OptionsView1, "options view1" },
     { Form::OptionsView2, "options view2" }, { Form::OptionsDetail, "options detail" },
     { Form::Search, "search" }, { Form::Replace, "replace" }, { Form::Progress, "progress" },
-    { Form::Jump, "jump" } };
+    { Form::Jump, "jump" }, { Form::Recovery, "recovery" } };
 inline constexpr std::pair<int, const char *> languages[] = { { 0, "English" }, { 1, "Japanese" },
     { 2, "French" } };
 
@@ -52,6 +54,14 @@ inline std::unique_ptr<QWidget> progressIn(QWidget *parent)
     auto progress = std::make_unique<frmReplaceProgress>(parent);
     progress->setCount(1234567);
     return progress;
+}
+
+inline std::unique_ptr<QWidget> recoveryIn(QWidget *parent)
+{
+    const QDateTime time(QDate(2026, 12, 31), QTime(23, 59, 59));
+    const QList<UnsavedText> texts{ { QStringLiteral("a.txt"), QStringLiteral("/folder/"), time, 1234567 },
+        { QStringLiteral("b.txt"), QString(), time, -1 } };
+    return std::make_unique<frmRecovery>(parent, texts);
 }
 
 /// The form shown over `parent`; null for the main window, which is the parent itself.
@@ -78,6 +88,8 @@ inline std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
         return progressIn(parent);
     case Form::Jump:
         return std::make_unique<frmJumpTo>(parent);
+    case Form::Recovery:
+        return recoveryIn(parent);
     }
     Q_UNREACHABLE();
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "recovery/journalfolder.h"
+
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
@@ -18,6 +21,7 @@ public:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         m_program = std::make_unique<QProcess>();
+        QDir(QFile::decodeName(journalFolder())).removeRecursively();
         return writeSettings(moreSettings);
     }
     /// Ends the program if it still runs; gives what it has said on standard error.

@@ -3,8 +3,6 @@
 
 #include <QRegularExpression>
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
 
 /// The program itself in a window of a window manager, driven from outside by keys.
@@ -23,8 +21,6 @@ private slots:
     void secondStartHandsItsFileOver();
     void signalOfTheWindowManagerAsks();
     void textInAnyScriptIsNoWarning();
-    void signalToEndAsks();
-    void signalToEndCancelsTheFileDialog();
     void requestWaitsForTheFileDialog();
     void savingOverAnotherFileLeadsBack();
     void placeIsFoundAgainByTheNextStart_data();
@@ -138,30 +134,6 @@ void RealWindowTest::textInAnyScriptIsNoWarning()
     QVERIFY(start({ write(u"a.txt"_s, "हिन्दी தமிழ் ខ្មែរ བོད་ عربي\n") }));
     press({ u"ctrl+End"_s, u"x"_s, u"ctrl+s"_s });
     QTRY_VERIFY(read(u"a.txt"_s).endsWith('x'));
-}
-
-void RealWindowTest::signalToEndAsks()
-{
-    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
-    press({ u"x"_s });
-    program().terminate();
-    QVERIFY(answer(u"Confirm File Save"_s, u"Escape"_s));
-    QTRY_VERIFY(isActive());
-    QCOMPARE(::kill(pid_t(program().processId()), SIGHUP), 0);
-    QVERIFY(answer(u"Confirm File Save"_s, u"Return"_s));
-    QTRY_VERIFY(hasEnded());
-    QCOMPARE(program().exitStatus(), QProcess::NormalExit);
-    QCOMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\n"));
-}
-
-void RealWindowTest::signalToEndCancelsTheFileDialog()
-{
-    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
-    press({ u"ctrl+o"_s });
-    QTRY_COMPARE(activeTitle(), u"Open"_s);
-    program().terminate();
-    QTRY_VERIFY(hasEnded());
-    QCOMPARE(program().exitCode(), 0);
 }
 
 void RealWindowTest::requestWaitsForTheFileDialog()

@@ -13,8 +13,6 @@
 #include <QMimeData>
 #include <QWheelEvent>
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -85,8 +83,6 @@ private slots:
     void otherWindowsGetNothing();
     void requestsWait_data();
     void requestsWait();
-    void endingWaits_data();
-    void endingWaits();
     void sessionDoesNotEnd();
     void paintsOnceAFrame();
     void paintsNothingWhenSpedUp();
@@ -275,27 +271,6 @@ void ReplaceRunTest::requestsWait()
     QCOMPARE(boxes.texts(), QStringList{ u"Replace All|%1 items was Replaced."_s.arg(hits) });
     QTRY_COMPARE(editor().text(), u"requested"_s);
     QCOMPARE(m_window->tabBar()->count(), 3);
-}
-
-void ReplaceRunTest::endingWaits_data()
-{
-    QTest::addColumn<int>("signal");
-    QTest::newRow("SIGTERM") << SIGTERM;
-    QTest::newRow("SIGHUP") << SIGHUP;
-    QTest::newRow("SIGINT") << SIGINT;
-}
-
-void ReplaceRunTest::endingWaits()
-{
-    QFETCH(int, signal);
-    const AtProgress end([signal](frmReplaceProgress &) { std::raise(signal); });
-    MessageBoxes boxes({ u"OK"_s, u"Cancel"_s });
-    replaceAll();
-    QVERIFY(m_window->isVisible());
-    QCOMPARE(editor().text(), QString(u"y\n"_s).repeated(hits));
-    QTRY_COMPARE(boxes.titles(), (QStringList{ u"Replace All"_s, u"Confirm File Save"_s }));
-    QVERIFY(m_window->isVisible());
-    QCOMPARE(m_window->tabBar()->count(), 2);
 }
 
 void ReplaceRunTest::sessionDoesNotEnd()

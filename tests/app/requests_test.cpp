@@ -119,7 +119,7 @@ private:
 
 } // namespace
 
-/// Requests that come while something of the program's own waits for its user: files to open, and the end.
+/// Files to open that come while something of the program's own waits for its user.
 class RequestsTest : public QObject {
     Q_OBJECT
 
@@ -133,11 +133,6 @@ private slots:
     void fileDuringTheQuitQuestion();
     void messageDuringTheQuitQuestion();
     void fileDuringAnotherQuestion();
-    void endIsCancelledWithTheQuestion();
-    void endFollowsTheAnswer_data();
-    void endFollowsTheAnswer();
-    void endCancelsDialogs_data();
-    void endCancelsDialogs();
 
 private:
     /// Opens a.txt with "old" and an "x" typed in front, without any other document.
@@ -219,7 +214,6 @@ void RequestsTest::fileDuringTheQuitQuestion_data()
     };
     rows("Quit", &frmMain::slotCmdFileQuitNoSave);
     rows("the window's close button", [](frmMain &window) { window.close(); });
-    rows("a signal", [](frmMain &) { application()->requestEnd(); });
     QTest::newRow("Quit with Save, no name") << std::function<void(frmMain &)>([](frmMain &window) {
         window.slotCmdFileNew();
         QTest::keyClicks(window.currentEditor(), u"x"_s);
@@ -278,68 +272,6 @@ void RequestsTest::fileDuringAnotherQuestion()
     QVERIFY(other.isAnswered());
     QVERIFY(!other.isRefused());
     QTRY_COMPARE(m_window->currentEditor()->text(), u"given"_s);
-}
-
-/// The question was there before the request: it is not asked twice.
-void RequestsTest::endIsCancelledWithTheQuestion()
-{
-    InDialog question([] { application()->requestEnd(); }, u"Cancel"_s);
-    m_window->slotCmdFileCloseTab();
-    settle();
-    QCOMPARE(question.titles, QStringList{ u"Confirm File Save"_s });
-    QVERIFY(!isClosed());
-    QCOMPARE(m_window->tabBar()->count(), 1);
-
-    application()->requestEnd();
-    QTRY_COMPARE(question.titles.size(), 2);
-    QVERIFY(!isClosed());
-}
-
-void RequestsTest::endFollowsTheAnswer_data()
-{
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("Yes") << u"Yes"_s << QByteArray("xold");
-    QTest::newRow("No") << u"No"_s << QByteArray("old");
-}
-
-void RequestsTest::endFollowsTheAnswer()
-{
-    QFETCH(QString, answer);
-    InDialog question([] { application()->requestEnd(); }, answer);
-    m_window->slotCmdFileCloseTab();
-    QTRY_VERIFY(isClosed());
-    QCOMPARE(question.titles, QStringList{ u"Confirm File Save"_s });
-    QTEST(m_files->read(u"a.txt"_s), "content");
-}
-
-void RequestsTest::endCancelsDialogs_data()
-{
-    QTest::addColumn<std::function<void(frmMain &)>>("act");
-    const auto row = [](const char *name, const std::function<void(frmMain &)> &act) {
-        QTest::newRow(name) << act;
-    };
-    row("open dialog", &frmMain::slotCmdFileOpen);
-    row("options dialog", &frmMain::slotCmdEditOption);
-    row("line jump", &frmMain::slotCmdViewGyoJump);
-}
-
-void RequestsTest::endCancelsDialogs()
-{
-    QFETCH(std::function<void(frmMain &)>, act);
-    bool isCancelled = false;
-    InDialog dialog(
-        [&] {
-            application()->requestEnd();
-            settle();
-            isCancelled = !QApplication::activeModalWidget();
-        },
-        u"Yes"_s);
-    act(*m_window);
-    QVERIFY(isCancelled);
-    QTRY_VERIFY(isClosed());
-    QCOMPARE(dialog.titles.value(1), u"Confirm File Save"_s);
-    QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("xold"));
 }
 
 namespace {

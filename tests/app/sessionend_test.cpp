@@ -1,5 +1,6 @@
 #include "app/qpeapplicationesc.h"
 #include "tests/app/testwindow.h"
+#include "tests/app/unsavedtexts.h"
 #include "tests/testprogram.h"
 
 #include <QDialog>
@@ -28,6 +29,7 @@ private slots:
 
     void asksAndSaves_data();
     void asksAndSaves();
+    void textThatCannotBeKeptKeepsTheSession();
     void asksFromTheLastTab();
     void failedSaveKeepsTheSession();
     void waitsForNoDialog();
@@ -56,7 +58,7 @@ void SessionEndTest::asksAndSaves_data()
     QTest::newRow("No ends") << true << true << QStringList{ u"No"_s } << true << oldText;
     QTest::newRow("Cancel stays") << true << true << QStringList{ u"Cancel"_s } << false << oldText;
     QTest::newRow("Escape stays") << true << true << QStringList{ u"Escape"_s } << false << oldText;
-    QTest::newRow("no asking stays") << true << false << QStringList() << false << oldText;
+    QTest::newRow("no asking keeps the text") << true << false << QStringList() << true << oldText;
 }
 
 /// The session may go on all the same: everything stays open.
@@ -78,6 +80,20 @@ void SessionEndTest::asksAndSaves()
     QTEST(QFile::exists(settingsFile()), "ends");
     QVERIFY(window.isVisible());
     QCOMPARE(window.tabBar()->count(), 1);
+    if (isModified && !mayAsk)
+        QCOMPARE(UnsavedTexts::now(), QStringList{ u"xold"_s });
+}
+
+/// It would be lost.
+void SessionEndTest::textThatCannotBeKeptKeepsTheSession()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s }));
+    QFile inTheWay(UnsavedTexts::folder().chopped(1));
+    QVERIFY(QDir().mkpath(QFileInfo(inTheWay).path()) && inTheWay.open(QIODevice::WriteOnly));
+    QVERIFY(!window.endSession(false));
+    QVERIFY(inTheWay.remove());
 }
 
 void SessionEndTest::asksFromTheLastTab()
@@ -166,7 +182,7 @@ void SessionEndTest::wantedEditsAreAskedAbout_data()
     });
     row("window closed by its user", [](TestWindow &window) { return window.close(); });
     row("a later end that could not ask",
-        [](TestWindow &window) { return !window.endSession(false) && isClosedByItsSession(window); });
+        [](TestWindow &window) { return window.endSession(false) && isClosedByItsSession(window); });
 }
 
 void SessionEndTest::wantedEditsAreAskedAbout()

@@ -4,6 +4,7 @@
 #include "app/sessionend.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
+#include "recovery/journalfolder.h"
 #include "settings/settings.h"
 #include "tests/messageboxes.h"
 
@@ -146,10 +147,11 @@ inline QString settingsFile()
         + QStringLiteral("/marlopad.conf");
 }
 
-/// Settings as a first start has them, English, and no file of them.
+/// Settings as a first start has them, English, and no file of them; and nothing is left that was not saved.
 inline void resetSettings()
 {
     QFile::remove(settingsFile());
+    QDir(QFile::decodeName(journalFolder())).removeRecursively();
     appSettings() = {};
     appSettings().Lang = 0;
     recentFiles() = {};

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// "context|source" and its translation.
+/// "context|source" and its translation; where that depends on a number, all its forms.
 using Entries = QMap<QString, QString>;
 
 Entries entriesOf(const QString &fileName)
@@ -33,7 +33,8 @@ Entries entriesOf(const QString &fileName)
         else if (xml.name() == u"source")
             source = xml.readElementText();
         else if (xml.name() == u"translation")
-            entries.insert(context + u'|' + source, xml.readElementText());
+            entries.insert(context + u'|' + source,
+                xml.readElementText(QXmlStreamReader::IncludeChildElements));
     }
     return xml.hasError() ? Entries() : entries;
 }
@@ -179,6 +180,12 @@ void TranslationsTest::unfinishedEntryFailsTheBuild_data()
     QTest::newRow("unfinished, with comments")
         << comments + "<translation type=\"unfinished\">Oui</translation>" << false;
     QTest::newRow("empty, with comments") << comments + "<translation></translation>" << false;
+    const auto forms = [](const QByteArray &second) {
+        return "<translation>\n<numerusform>un</numerusform>\n<numerusform>" + second
+            + "</numerusform>\n</translation>";
+    };
+    QTest::newRow("forms by number") << forms("deux") << true;
+    QTest::newRow("a form by number is empty") << forms("") << false;
     QTest::newRow("vanished") << QByteArray("<translation type=\"vanished\">Oui</translation>") << false;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/qpeapplication.h"
 
+#include "files/endorder.h"
 #include "platform/endquestion.h"
 #include "platform/qcop.h"
 #include "platform/toolkitstart.h"
@@ -12,6 +13,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFontInfo>
+#include <QMenu>
+#include <QMessageBox>
 #include <QProcess>
 #include <QScreen>
 #include <QSocketNotifier>
@@ -23,6 +26,7 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include <unistd.h>
@@ -146,6 +150,10 @@ private slots:
     void message_opensTheDocument_data();
     void message_opensTheDocument();
     void message_followsLinks();
+
+    void signal_endsAtOnce_data();
+    void signal_endsAtOnce();
+    void signal_endsWhatNeverReturns();
 };
 
 void QPEApplicationTest::scale_data()
@@ -400,6 +408,48 @@ void QPEApplicationTest::message_followsLinks()
     QVERIFY(role.prints("document " + folder.toUtf8() + "/a/x.txt"));
 }
 
+void QPEApplicationTest::signal_endsAtOnce_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<QString>("state");
+    const auto row = [](const char *name, int signal, const QString &state) {
+        QTest::newRow(name) << signal << state;
+    };
+    row("SIGTERM", SIGTERM, u"idle"_s);
+    row("SIGHUP", SIGHUP, u"idle"_s);
+    row("SIGINT", SIGINT, u"idle"_s);
+    row("a message box is open", SIGTERM, u"box"_s);
+    row("a menu is open", SIGTERM, u"menu"_s);
+    row("long work asks now and then", SIGTERM, u"work"_s);
+}
+
+/// What is to be kept is written, once however often it is told, and nobody is asked.
+void QPEApplicationTest::signal_endsAtOnce()
+{
+    QFETCH(int, signal);
+    QFETCH(QString, state);
+    Role role({ u"end"_s, state });
+    QVERIFY(role.startsAndPrints("ready"));
+    ::kill(pid_t(role.processId()), signal);
+    ::kill(pid_t(role.processId()), SIGHUP);
+    QVERIFY(role.prints("kept"));
+    QVERIFY(role.state() == QProcess::NotRunning || role.waitForFinished());
+    QCOMPARE(role.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(role.exitCode(), 0);
+    QVERIFY(!role.prints("goes on"));
+}
+
+void QPEApplicationTest::signal_endsWhatNeverReturns()
+{
+    Role role({ u"end"_s, u"stuck"_s });
+    QVERIFY(role.startsAndPrints("ready"));
+    ::kill(pid_t(role.processId()), SIGTERM);
+    ::kill(pid_t(role.processId()), SIGTERM);
+    QVERIFY(role.waitForFinished());
+    QCOMPARE(role.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(role.exitCode(), EXIT_FAILURE);
+}
+
 static int printScale(QPEApplication &app)
 {
     QFont font = app.font();
@@ -430,6 +480,41 @@ static int runProgram(QPEApplication &app, bool minimized)
     return QPEApplication::exec();
 }
 
+/// Keeps the event loop waiting for ever; asks whether the end was ordered, or does not.
+[[noreturn]] static void work(bool asks)
+{
+    for (;;) {
+        if (asks)
+            EndOrder::obeyIfGiven();
+        else
+            ::pause();
+    }
+}
+
+/// In a state that a signal to end is to find it in.
+static int runUntilEnded(QPEApplication &app, QByteArrayView state)
+{
+    PrintingWindow window;
+    QObject::connect(&app, &QPEApplication::endingAtOnce, [] { PrintingWindow::print("kept"); });
+    app.showMainWidget(&window, true);
+    QMenu menu;
+    menu.addAction(u"a"_s);
+    QTimer::singleShot(0, &window, [&] {
+        const auto tell = [] { PrintingWindow::print("ready"); };
+        if (state == "work" || state == "stuck") {
+            tell();
+            work(state == "work");
+        }
+        QTimer::singleShot(0, &window, tell);
+        if (state == "menu")
+            menu.popup({});
+        if (state == "box")
+            QMessageBox::information(&window, u"Title"_s, u"text"_s);
+        PrintingWindow::print(state == "box" ? "goes on" : "waits");
+    });
+    return QPEApplication::exec();
+}
+
 /// Asks from the start whether to end, until its input says "stay" or "end".
 static int runQuestion(QPEApplication &app)
 {
@@ -445,13 +530,14 @@ static int runQuestion(QPEApplication &app)
     return runProgram(app, true);
 }
 
-// "scale", "qpedir", "run [minimized] [FILE…]" and "ask" are the roles of other processes.
+// "scale", "qpedir", "run [minimized] [FILE…]", "ask" and "end STATE" are the roles of other processes.
 namespace {
 
 int runQPEApplicationTest(int argc, char **argv)
 {
     const QByteArray role = argc > 1 ? argv[1] : "";
-    const bool isRole = role == "scale" || role == "qpedir" || role == "run" || role == "ask";
+    const bool isRole =
+        role == "scale" || role == "qpedir" || role == "run" || role == "ask" || role == "end";
     const bool minimized = isRole && argc > 2 && QByteArrayView(argv[2]) == "minimized";
     if (isRole) {
         const int taken = minimized ? 2 : 1;
@@ -470,6 +556,8 @@ int runQPEApplicationTest(int argc, char **argv)
         return runProgram(app, minimized);
     if (role == "ask")
         return runQuestion(app);
+    if (role == "end")
+        return runUntilEnded(app, argv[1]);
     QPEApplicationTest test;
     return QTest::qExec(&test, argc, argv);
 }

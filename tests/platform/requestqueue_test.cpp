@@ -2,15 +2,11 @@
 #include "platform/toolkitstart.h"
 #include "tests/testprogram.h"
 
-#include <QCloseEvent>
 #include <QDialog>
 #include <QMenu>
-#include <QMessageBox>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
-
-#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -22,20 +18,12 @@ class Window : public QWidget {
 public:
     QStringList log;
     std::function<void()> onDocument = [] {};
-    bool mayClose = true;
 
 public slots:
     void setDocument(const QString &fileName)
     {
         log << fileName;
         onDocument();
-    }
-
-protected:
-    void closeEvent(QCloseEvent *event) override
-    {
-        log << u"close"_s;
-        event->setAccepted(mayClose);
     }
 };
 
@@ -53,7 +41,7 @@ QPEApplication *application()
 
 } // namespace
 
-/// Requests to open a file or to end the program, and what they wait for.
+/// Requests to open a file, and what they wait for.
 class RequestQueueTest : public QObject {
     Q_OBJECT
 
@@ -69,13 +57,6 @@ private slots:
     void request_waitsWhileHeld();
     void request_waitsForTheDialogOfAnother();
     void request_withoutWindowAnyMore_isNoHarm();
-    void end_closesTheWindow_data();
-    void end_closesTheWindow();
-    void end_cancelsDialogs();
-    void end_waitsForMessageBoxes();
-    void end_waitsWhileHeld();
-    void end_thatIsRefusedLeavesTheWindow();
-    void end_comesBeforeTheFilesThatAreLeft();
     void showMainWidget_maximises();
 };
 
@@ -229,103 +210,6 @@ void RequestQueueTest::request_withoutWindowAnyMore_isNoHarm()
     Window window;
     application()->showMainWidget(&window, true);
     QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
-}
-
-void RequestQueueTest::end_closesTheWindow_data()
-{
-    QTest::addColumn<int>("signal");
-    QTest::newRow("SIGTERM") << SIGTERM;
-    QTest::newRow("SIGHUP") << SIGHUP;
-    QTest::newRow("SIGINT") << SIGINT;
-}
-
-void RequestQueueTest::end_closesTheWindow()
-{
-    QFETCH(int, signal);
-    Window window;
-    application()->showMainWidget(&window, true);
-    ::raise(signal);
-    ::raise(signal);
-    QVERIFY(window.isVisible());
-    QTRY_VERIFY(!window.isVisible());
-    QCOMPARE(window.log, QStringList{ u"close"_s });
-}
-
-void RequestQueueTest::end_cancelsDialogs()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    QTimer::singleShot(0, &window, [&window] {
-        QDialog outer(&window);
-        QTimer::singleShot(0, &outer, [&outer, &window] {
-            QDialog inner(&outer);
-            QTimer::singleShot(0, &inner, [] { ::raise(SIGTERM); });
-            window.log << u"inner %1"_s.arg(inner.exec());
-        });
-        window.log << u"outer %1"_s.arg(outer.exec());
-    });
-    QTRY_VERIFY(!window.isVisible());
-    QCOMPARE(window.log, (QStringList{ u"inner 0"_s, u"outer 0"_s, u"close"_s }));
-}
-
-void RequestQueueTest::end_waitsForMessageBoxes()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    QMessageBox box(&window);
-    box.open();
-    application()->requestEnd();
-    application()->request(u"/a"_s);
-    settle();
-    QVERIFY(box.isVisible());
-    QVERIFY(window.isVisible());
-    box.accept();
-    QTRY_VERIFY(!window.isVisible());
-    settle();
-    QCOMPARE(window.log, QStringList{ u"close"_s });
-}
-
-void RequestQueueTest::end_waitsWhileHeld()
-{
-    Window window;
-    application()->showMainWidget(&window, true);
-    application()->holdRequests(true);
-    application()->requestEnd();
-    settle();
-    QVERIFY(window.isVisible());
-    application()->holdRequests(false);
-    QTRY_VERIFY(!window.isVisible());
-}
-
-void RequestQueueTest::end_thatIsRefusedLeavesTheWindow()
-{
-    Window window;
-    window.mayClose = false;
-    application()->showMainWidget(&window, true);
-    application()->request(u"/a"_s);
-    application()->requestEnd();
-    QTRY_COMPARE(window.log, (QStringList{ u"close"_s, u"/a"_s }));
-    QVERIFY(window.isVisible());
-    window.mayClose = true;
-    application()->requestEnd();
-    QTRY_VERIFY(!window.isVisible());
-}
-
-void RequestQueueTest::end_comesBeforeTheFilesThatAreLeft()
-{
-    Window window;
-    window.mayClose = false;
-    window.onDocument = [] { application()->requestEnd(); };
-    application()->showMainWidget(&window, true);
-    application()->request(u"/a"_s);
-    application()->request(u"/b"_s);
-    QTRY_COMPARE(window.log, (QStringList{ u"/a"_s, u"close"_s, u"/b"_s, u"close"_s }));
-    window.mayClose = true;
-    application()->request(u"/c"_s);
-    application()->request(u"/d"_s);
-    QTRY_VERIFY(!window.isVisible());
-    settle();
-    QCOMPARE(window.log.mid(4), (QStringList{ u"/c"_s, u"close"_s }));
 }
 
 void RequestQueueTest::showMainWidget_maximises()

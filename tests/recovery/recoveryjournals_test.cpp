@@ -31,6 +31,7 @@ private slots:
     void foldersAndFilesArePrivate();
     void anotherLoadBeginsAnew();
     void textSetAsAWholeComesBack();
+    void endDuringALoadKeepsWhatWasWritten();
 
 private:
     QString path() const { return m_folder->documents().path(); }
@@ -327,6 +328,27 @@ void RecoveryJournalsTest::textSetAsAWholeComesBack()
     Run run(*m_folder);
     QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, Outcome::New);
     QCOMPARE(run.text(), u"another text"_s);
+}
+
+/// There is no text then that could be written.
+void RecoveryJournalsTest::endDuringALoadKeepsWhatWasWritten()
+{
+    {
+        Run run(*m_folder);
+        load(run.document, "old\n");
+        run.document.replace(0, 0, u"kept ");
+        QVERIFY(run.pause());
+        run.document.replace(0, 0, u"lost ");
+        connect(&run.document, &TextDocument::aboutToReplace, this,
+            [&run] { run.journals.flush(std::chrono::seconds(10)); });
+        load(run.document, "old\n");
+        QCOMPARE(run.text(), u"old\n"_s);
+    }
+    const auto found = m_folder->leftBehind();
+    QCOMPARE(found.size(), 1U);
+    Run run(*m_folder);
+    run.journals.restore(found[0], run.document);
+    QCOMPARE(run.text(), u"kept old\n"_s);
 }
 
 REGISTER_TEST(runCoreTest<RecoveryJournalsTest>)

@@ -1,0 +1,72 @@
+#include "app/documentjournals.h"
+
+#include "app/documentarea.h"
+#include "editor/ctlediter.h"
+#include "editor/noticequeue.h"
+#include "recovery/recoveryjournals.h"
+
+#include <QGuiApplication>
+
+#include <cerrno>
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+ViewPlace placeOf(const ctlEditer &editor)
+{
+    const qint64 top = editor.store().row(editor.topRow()).start;
+    const qint64 anchor = editor.hasMarkedText() ? editor.anchorOffset() : -1;
+    return { editor.cursorPlace(), anchor, top, editor.xOffset() };
+}
+
+QString reasonOf(int error)
+{
+    switch (error) {
+    case ENOSPC:
+    case EDQUOT:
+        return DocumentJournals::tr("the disk is full");
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return DocumentJournals::tr("no permission to write");
+    default:
+        return DocumentJournals::tr("the disk cannot be written");
+    }
+}
+
+} // namespace
+
+DocumentJournals::DocumentJournals(DocumentArea &documents, RecoveryJournals &journals)
+    : m_documents(documents)
+    , m_journals(journals)
+{
+    connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
+        m_journals.attach(editor->document(), [editor] { return placeOf(*editor); });
+    });
+    connect(&documents, &DocumentArea::closed, this,
+        [this](ctlEditer *editor) { m_journals.end(editor->document()); });
+    connect(&journals, &RecoveryJournals::failureChanged, this, &DocumentJournals::tellFailure);
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, &DocumentJournals::writeSoon);
+}
+
+/// Who turns to something else may not come back.
+void DocumentJournals::writeSoon()
+{
+    if (QGuiApplication::applicationState() != Qt::ApplicationActive)
+        m_journals.flush(0ms);
+}
+
+void DocumentJournals::tellFailure()
+{
+    const int error = m_journals.failure();
+    if (error == 0) {
+        m_documents.notices().withdraw(NoticeKind::NoRecovery);
+        return;
+    }
+    Notice notice{ NoticeKind::NoRecovery, nullptr,
+        [error] { return tr("Recovery is off: %1").arg(reasonOf(error)); }, {} };
+    notice.offers.push_back({ [] { return tr("Try again"); }, [this] { m_journals.retry(); } });
+    m_documents.notices().put(std::move(notice));
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QObject>
+
+class DocumentArea;
+class RecoveryJournals;
+
+/// Gives every document of the window its recovery journal, from when it is made until its user closes it,
+/// and tells the user when there can be none.
+class DocumentJournals : public QObject {
+    Q_OBJECT
+public:
+    DocumentJournals(DocumentArea &documents, RecoveryJournals &journals);
+
+private:
+    void writeSoon();
+    void tellFailure();
+
+    DocumentArea &m_documents;
+    RecoveryJournals &m_journals;
+};

@@ -1,0 +1,42 @@
+#include "app/lastwrites.h"
+
+#include "app/documentarea.h"
+#include "app/documentloader.h"
+#include "app/recentplaces.h"
+#include "editor/ctlediter.h"
+#include "platform/qpeapplication.h"
+#include "recovery/recoveryjournals.h"
+#include "settings/settings.h"
+
+namespace {
+
+/// Leaves room for the settings within the second that an end may take.
+constexpr std::chrono::milliseconds longestWrite{ 600 };
+
+} // namespace
+
+LastWrites::LastWrites(
+    DocumentArea &documents, const DocumentLoader &loader, RecentPlaces &places, RecoveryJournals &journals)
+    : m_documents(documents)
+    , m_loader(loader)
+    , m_places(places)
+    , m_journals(journals)
+{
+    if (auto *application = qobject_cast<QPEApplication *>(qApp))
+        connect(application, &QPEApplication::endingAtOnce, this, &LastWrites::write);
+}
+
+/// The text first: it is what nobody could bring back.
+void LastWrites::write()
+{
+    if (m_documents.current() != m_loader.loading())
+        m_documents.commitComposition();
+    m_journals.flush(longestWrite);
+    const QList<ctlEditer *> editors = m_documents.editors();
+    for (auto editor = editors.rbegin(); editor != editors.rend(); ++editor) {
+        // A document that is half read has no place yet.
+        if (*editor != m_loader.loading())
+            m_places.add(**editor);
+    }
+    writeSettings();
+}

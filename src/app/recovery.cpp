@@ -1,0 +1,171 @@
+#include "app/recovery.h"
+
+#include "app/documentarea.h"
+#include "app/documentfile.h"
+#include "app/frmrecovery.h"
+#include "editor/noticequeue.h"
+#include "files/filename.h"
+#include "platform/keypause.h"
+#include "platform/messagebox.h"
+#include "recovery/recoveryjournals.h"
+
+#include <QWidget>
+#include <QWindow>
+
+#include <utility>
+
+namespace {
+
+UnsavedText shown(const LeftBehind &text)
+{
+    return { text.name, text.path, QDateTime::fromMSecsSinceEpoch(text.time), text.length };
+}
+
+bool isRestored(Restored::Outcome outcome)
+{
+    return outcome != Restored::Outcome::NotPossible && outcome != Restored::Outcome::InUse;
+}
+
+/// Cursor, selection and view, which are within the text.
+void showPlace(ctlEditer &editor, const ViewPlace &place)
+{
+    if (place.anchor >= 0)
+        editor.select({ place.anchor }, place.cursor);
+    else
+        editor.setCursorPlace(place.cursor);
+    editor.setTopRow(editor.store().rowColAt(place.top).row);
+    editor.setXOffset(place.left);
+}
+
+} // namespace
+
+Recovery::Recovery(QWidget &window, DocumentArea &documents, RecoveryJournals &journals)
+    : m_window(window)
+    , m_documents(documents)
+    , m_journals(journals)
+{
+}
+
+void Recovery::lookWhenShown()
+{
+    if (QWindow *const shown = m_window.windowHandle(); shown && !std::exchange(m_hasLooked, true))
+        shown->installEventFilter(this);
+}
+
+bool Recovery::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::Expose && m_window.windowHandle()->isExposed()) {
+        object->removeEventFilter(this);
+        look();
+    }
+    return false;
+}
+
+/// In a thread of its own; nothing waits for it.
+void Recovery::look()
+{
+    m_looking.start([this] {
+        QMetaObject::invokeMethod(
+            this, [this, found = m_journals.leftBehind()] { tell(found); }, Qt::QueuedConnection);
+    });
+}
+
+void Recovery::tell(const std::vector<LeftBehind> &found)
+{
+    m_found = found;
+    NoticeQueue &notices = m_documents.notices();
+    if (m_found.empty()) {
+        notices.withdraw(NoticeKind::Unsaved);
+        return;
+    }
+    const int count = int(m_found.size());
+    Notice notice{ NoticeKind::Unsaved, nullptr,
+        [count] {
+            return count == 1 ? tr("1 document was not saved")
+                              : tr("%n documents were not saved", nullptr, count);
+        },
+        {} };
+    notice.offers.push_back({ [] { return tr("Restore"); }, [this] { ask(); } });
+    notice.offers.push_back(
+        { [] { return tr("Later"); }, [this] { m_documents.notices().withdraw(NoticeKind::Unsaved); } });
+    notice.isDismissable = false; // "Later" says it
+    notices.put(std::move(notice));
+}
+
+void Recovery::ask()
+{
+    QList<UnsavedText> texts;
+    for (const LeftBehind &text : m_found)
+        texts << shown(text);
+    frmRecovery form(&m_window, texts);
+    const int result = form.exec();
+    m_window.activateWindow();
+    m_documents.notices().withdraw(NoticeKind::Unsaved);
+    if (result == frmRecovery::Later)
+        return;
+    std::vector<LeftBehind> chosen;
+    for (const int row : form.chosen())
+        chosen.push_back(m_found[size_t(row)]);
+    result == frmRecovery::Restore ? restoreAll(chosen) : discardAll(chosen);
+    look();
+}
+
+/// Each in a document of its own, of which the first is shown.
+void Recovery::restoreAll(const std::vector<LeftBehind> &texts)
+{
+    m_documents.commitComposition();
+    ctlEditer *first = nullptr;
+    QStringList lost;
+    for (const LeftBehind &text : texts) {
+        ctlEditer *const editor = restore(text);
+        first = first ? first : editor;
+        if (!editor)
+            lost << FileName::forMessage(text.name);
+    }
+    if (first)
+        m_documents.present(first);
+    if (!lost.isEmpty())
+        MessageBox::critical(
+            &m_window, tr("Restore"), tr("These texts could not be restored:\n%1").arg(lost.join(u'\n')));
+}
+
+/// The document that has it then; null when it could not be restored.
+ctlEditer *Recovery::restore(const LeftBehind &text)
+{
+    KeyPause::begin();
+    ctlEditer *const there = documentFor(text);
+    ctlEditer *const editor = there ? there : m_documents.add(FileName::forDisplay(text.name));
+    Restored restored;
+    {
+        const QMultiLineEdit::Batch batch(*editor);
+        restored = m_journals.restore(text, editor->document());
+    }
+    if (!isRestored(restored.outcome)) {
+        if (!there)
+            m_documents.close(editor);
+        return nullptr;
+    }
+    if (text.path.isEmpty())
+        editor->retranslateName();
+    showPlace(*editor, restored.place);
+    m_documents.refresh(editor);
+    return editor;
+}
+
+/// One that is open and has nothing to lose: that of the same file, or one that nobody would miss. Null for
+/// none.
+ctlEditer *Recovery::documentFor(const LeftBehind &text) const
+{
+    ctlEditer *const ofFile =
+        text.isFileUnchanged ? m_documents.editorOfFile(text.path + text.name) : nullptr;
+    if (ofFile && !ofFile->edited())
+        return ofFile;
+    ctlEditer *const current = m_documents.current();
+    return current && isFresh(*current) ? current : nullptr;
+}
+
+void Recovery::discardAll(const std::vector<LeftBehind> &texts)
+{
+    for (const LeftBehind &text : texts)
+        m_journals.discard(text);
+}

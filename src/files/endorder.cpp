@@ -1,0 +1,42 @@
+#include "files/endorder.h"
+
+#include <atomic>
+
+namespace {
+
+std::atomic<bool> isOrdered = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may set it");
+
+std::function<void()> &obedience()
+{
+    static std::function<void()> obey;
+    return obey;
+}
+
+} // namespace
+
+void EndOrder::give()
+{
+    isOrdered = true;
+}
+
+void EndOrder::withdraw()
+{
+    isOrdered = false;
+}
+
+bool EndOrder::isGiven()
+{
+    return isOrdered;
+}
+
+void EndOrder::setObedience(std::function<void()> obey)
+{
+    obedience() = std::move(obey);
+}
+
+void EndOrder::obeyIfGiven()
+{
+    if (isGiven() && obedience())
+        obedience()();
+}
