@@ -25,6 +25,92 @@
     </message>
 </context>
 <context>
+    <name>DiskNotices</name>
+    <message>
+        <source>Another program has added to this file.</source>
+        <translation>Un autre programme a ajouté du texte à ce fichier.</translation>
+    </message>
+    <message>
+        <source>Another program has changed this file.</source>
+        <translation>Un autre programme a modifié ce fichier.</translation>
+    </message>
+    <message>
+        <source>Another program has replaced this file.</source>
+        <translation>Un autre programme a remplacé ce fichier.</translation>
+    </message>
+    <message>
+        <source>This file was deleted. Saving makes it again.</source>
+        <translation>Ce fichier a été supprimé. L’enregistrement le recrée.</translation>
+    </message>
+    <message>
+        <source>Follow</source>
+        <translation>Suivre</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Recharger</translation>
+    </message>
+    <message>
+        <source>Keep mine</source>
+        <translation>Garder le mien</translation>
+    </message>
+    <message>
+        <source>Show both</source>
+        <translation>Afficher les deux</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>%1 on disk</source>
+        <translation>%1 (disque)</translation>
+    </message>
+    <message>
+        <source>What is added to this file comes into the text.</source>
+        <translation>Ce qui est ajouté à ce fichier entre dans le texte.</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Arrêter</translation>
+    </message>
+</context>
+<context>
+    <name>InterruptedSaves</name>
+    <message>
+        <source>Open both</source>
+        <translation>Ouvrir les deux</translation>
+    </message>
+    <message>
+        <source>Open it</source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message>
+        <source>Delete the copy</source>
+        <translation>Supprimer la copie</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Plus tard</translation>
+    </message>
+    <message>
+        <source>A save was interrupted. The old text of its file is kept.</source>
+        <translation>Un enregistrement a été interrompu. L’ancien texte du fichier est conservé.</translation>
+    </message>
+    <message>
+        <source>Saving %1 was interrupted. Its old text is kept.</source>
+        <translation>L’enregistrement de %1 a été interrompu. L’ancien texte est conservé.</translation>
+    </message>
+    <message>
+        <source>Old text</source>
+        <translation>Ancien texte</translation>
+    </message>
+    <message>
+        <source>%1 before</source>
+        <translation>%1 (avant)</translation>
+    </message>
+</context>
+<context>
     <name>NoticeStrip</name>
     <message>
         <source>More offers</source>
@@ -33,6 +119,25 @@
     <message>
         <source>Dismiss</source>
         <translation>Masquer</translation>
+    </message>
+</context>
+<context>
+    <name>ObstacleNotices</name>
+    <message>
+        <source>You may not write this file.</source>
+        <translation>Vous n’avez pas le droit d’écrire dans ce fichier.</translation>
+    </message>
+    <message>
+        <source>The disk of this file can only be read.</source>
+        <translation>Le disque de ce fichier est en lecture seule.</translation>
+    </message>
+    <message>
+        <source>The disk of this file is full.</source>
+        <translation>Le disque de ce fichier est plein.</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>Enregistrer sous…</translation>
     </message>
 </context>
 <context>
@@ -171,6 +276,12 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
     <message>
         <source>File Load Error!</source>
         <translation>Erreur de lecture</translation>
+    </message>
+    <message>
+        <source>Another program has changed the file since. Its old content is kept in the file
+%1</source>
+        <translation>Un autre programme a modifié le fichier depuis. Son ancien contenu est conservé dans le fichier
+%1</translation>
     </message>
 </context>
 <context>

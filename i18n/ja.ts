@@ -25,6 +25,92 @@
     </message>
 </context>
 <context>
+    <name>DiskNotices</name>
+    <message>
+        <source>Another program has added to this file.</source>
+        <translation>ほかのプログラムがこのファイルに追記しました。</translation>
+    </message>
+    <message>
+        <source>Another program has changed this file.</source>
+        <translation>ほかのプログラムがこのファイルを変更しました。</translation>
+    </message>
+    <message>
+        <source>Another program has replaced this file.</source>
+        <translation>ほかのプログラムがこのファイルを置き換えました。</translation>
+    </message>
+    <message>
+        <source>This file was deleted. Saving makes it again.</source>
+        <translation>このファイルは削除されました。保存すると作り直します。</translation>
+    </message>
+    <message>
+        <source>Follow</source>
+        <translation>追従</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>再読み込み</translation>
+    </message>
+    <message>
+        <source>Keep mine</source>
+        <translation>このまま</translation>
+    </message>
+    <message>
+        <source>Show both</source>
+        <translation>両方を表示</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>%1 on disk</source>
+        <translation>%1 (ディスク)</translation>
+    </message>
+    <message>
+        <source>What is added to this file comes into the text.</source>
+        <translation>このファイルへの追記をテキストに読み込みます。</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>中止</translation>
+    </message>
+</context>
+<context>
+    <name>InterruptedSaves</name>
+    <message>
+        <source>Open both</source>
+        <translation>両方を開く</translation>
+    </message>
+    <message>
+        <source>Open it</source>
+        <translation>開く</translation>
+    </message>
+    <message>
+        <source>Delete the copy</source>
+        <translation>コピーを削除</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>後で</translation>
+    </message>
+    <message>
+        <source>A save was interrupted. The old text of its file is kept.</source>
+        <translation>保存が中断されました。元のファイルの内容は残っています。</translation>
+    </message>
+    <message>
+        <source>Saving %1 was interrupted. Its old text is kept.</source>
+        <translation>%1 の保存が中断されました。元の内容は残っています。</translation>
+    </message>
+    <message>
+        <source>Old text</source>
+        <translation>元のテキスト</translation>
+    </message>
+    <message>
+        <source>%1 before</source>
+        <translation>%1 (保存前)</translation>
+    </message>
+</context>
+<context>
     <name>NoticeStrip</name>
     <message>
         <source>More offers</source>
@@ -33,6 +119,25 @@
     <message>
         <source>Dismiss</source>
         <translation>閉じる</translation>
+    </message>
+</context>
+<context>
+    <name>ObstacleNotices</name>
+    <message>
+        <source>You may not write this file.</source>
+        <translation>このファイルに書き込む権限がありません。</translation>
+    </message>
+    <message>
+        <source>The disk of this file can only be read.</source>
+        <translation>このファイルのディスクは読み取り専用です。</translation>
+    </message>
+    <message>
+        <source>The disk of this file is full.</source>
+        <translation>このファイルのディスクは一杯です。</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>名前を付けて保存…</translation>
     </message>
 </context>
 <context>
@@ -170,6 +275,12 @@ You do not have the permission or the file may be in use.</source>
     <message>
         <source>File Load Error!</source>
         <translation>読み込みエラー</translation>
+    </message>
+    <message>
+        <source>Another program has changed the file since. Its old content is kept in the file
+%1</source>
+        <translation>その後、ほかのプログラムがこのファイルを変更しました。元の内容は次のファイルに残っています。
+%1</translation>
     </message>
 </context>
 <context>

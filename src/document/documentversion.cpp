@@ -2,13 +2,12 @@
 
 #include <map>
 
-#include <sys/stat.h>
-
 namespace {
 
 struct Write {
     qint64 number = 0; ///< counted over all files
     qint64 document = 0;
+    FileVersion version = {};
 };
 
 /// Which write to each file was the last one, and whose.
@@ -37,37 +36,78 @@ qint64 newDocument()
 
 } // namespace
 
-DocumentVersion::DocumentVersion()
-    : m_document(newDocument())
+DocumentVersion::DocumentVersion(const FileCalls &calls)
+    : m_calls(&calls)
+    , m_document(newDocument())
     , m_begun(writes().count)
     , m_inStep(m_begun)
 {
 }
 
-void DocumentVersion::setRead()
+void DocumentVersion::setRead(const FileVersion &version)
 {
-    *this = DocumentVersion();
+    *this = DocumentVersion(*m_calls);
+    m_version = version;
 }
 
-bool DocumentVersion::beginWriting(const QByteArray &target, const QByteArray &own)
+FileChange DocumentVersion::change(const QByteArray &own)
+{
+    const FileChange change = changeByOthers(own);
+    if (change == FileChange::None)
+        m_acknowledged.reset();
+    return m_acknowledged && *m_acknowledged == stampOf(own) ? FileChange::None : change;
+}
+
+/// What another document has written is what other programs began with. This one has not read it, so it has
+/// not only grown.
+FileChange DocumentVersion::changeByOthers(const QByteArray &own)
+{
+    const FileChange change = m_version.changeOf(own, *m_calls);
+    if (change == FileChange::None || change == FileChange::Deleted)
+        return change;
+    Write last = writes().lastTo(idOf(own));
+    if (last.document == 0 || last.number <= m_inStep)
+        return change;
+    const FileChange sinceLast = last.version.changeOf(own, *m_calls);
+    return sinceLast == FileChange::Grown ? FileChange::Changed : sinceLast;
+}
+
+void DocumentVersion::acknowledge(const QByteArray &own)
+{
+    m_acknowledged = stampOf(own);
+}
+
+Overtaken DocumentVersion::beginWriting(const QByteArray &target, const QByteArray &own)
 {
     m_target = idOf(target);
     const bool isOwn = m_target == idOf(own);
+    const FileChange change = isOwn ? changeByOthers(own) : FileChange::None;
+    if (change != FileChange::None && change != FileChange::Deleted)
+        return Overtaken::ByProgram;
     const Write last = writes().lastTo(m_target);
-    return last.document != m_document && last.number > (isOwn ? m_inStep : m_begun);
+    const bool isNews = last.document != m_document && last.number > (isOwn ? m_inStep : m_begun);
+    return isNews ? Overtaken::ByDocument : Overtaken::No;
 }
 
 /// Another file may have the target's name now: the old one's numbers are free for files of other programs.
-void DocumentVersion::endWriting(const QByteArray &target)
+void DocumentVersion::endWriting(const QByteArray &target, const FileVersion &written)
 {
+    m_version = written;
+    m_acknowledged.reset();
     writes().last.erase(m_target);
     m_inStep = ++writes().count;
-    writes().last[idOf(target)] = { m_inStep, m_document };
+    writes().last[idOf(target)] = { m_inStep, m_document, written };
+}
+
+FileStamp DocumentVersion::stampOf(const QByteArray &name) const
+{
+    struct stat info;
+    return m_calls->stat(name.constData(), &info) == 0 ? FileStamp(info) : FileStamp();
 }
 
 /// Null for a name that no file has.
-DocumentVersion::FileId DocumentVersion::idOf(const QByteArray &name)
+DocumentVersion::FileId DocumentVersion::idOf(const QByteArray &name) const
 {
-    struct stat info;
-    return ::stat(name.constData(), &info) == 0 ? FileId(info.st_dev, info.st_ino) : FileId();
+    const FileStamp stamp = stampOf(name);
+    return { stamp.device, stamp.inode };
 }

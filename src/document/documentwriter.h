@@ -23,6 +23,7 @@ public:
     bool writeWide(const TextStore &store, const TextCodec &codec, TextCodec::AsRead asRead);
     /// See SafeFile.
     QByteArray keptCopy() const { return m_file.keptCopy(); }
+    const FileVersion &version() const { return m_file.version(); }
 
 private:
     bool writeBlock(QByteArrayView encoded);

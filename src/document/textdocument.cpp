@@ -6,12 +6,14 @@
 #include "document/fittingcode.h"
 #include "document/lineends.h"
 #include "document/utf16text.h"
+#include "files/byteescape.h"
 #include "files/endorder.h"
 #include "files/filename.h"
 
 TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
     : m_codes(codes)
     , m_readCode(infoOf(codes.charCode).codec())
+    , m_version(calls)
     , m_calls(calls)
 {
 }
@@ -164,13 +166,16 @@ const TextCodec &TextDocument::codecToWrite() const
 std::optional<ReadFailure> TextDocument::readBytes(
     const QString &path, const QString &name, QByteArray &bytes)
 {
+    if (path + name != m_path + m_name)
+        m_version.setUnread();
     m_path = path;
     m_name = name;
     m_unreadFile = path + name;
-    if (const auto failure = readWholeFile(path + name, bytes, m_calls))
+    FileStamp stamp;
+    if (const auto failure = readFileFrom(path + name, 0, bytes, stamp, m_calls))
         return failure;
     m_unreadFile.clear();
-    m_version.setRead();
+    m_version.setRead(FileVersion(stamp, bytes));
     m_keepsFile = false;
     return std::nullopt;
 }
@@ -198,15 +203,93 @@ void TextDocument::startNew(const QString &name, FileCodes codes, const TextCode
     m_findings = {};
     m_utf16 = {};
     m_keepsFile = false;
-    m_version = DocumentVersion();
+    m_version = DocumentVersion(m_calls);
     setText(TextStore(m_store.layoutRule()));
+}
+
+void TextDocument::detachFromFile(const QString &name)
+{
+    m_path.clear();
+    m_name = name;
+    m_unreadFile.clear();
+    m_version = DocumentVersion(m_calls);
+    m_keepsFile = false;
+    m_isEdited = true;
+}
+
+QByteArray TextDocument::fileName() const
+{
+    return FileName::toBytes(m_path + m_name);
+}
+
+FileChange TextDocument::fileChange()
+{
+    return m_version.change(fileName());
+}
+
+void TextDocument::acknowledgeFile()
+{
+    m_version.acknowledge(fileName());
+}
+
+bool TextDocument::readGrowth()
+{
+    if (m_isEdited || m_codes.charCode == CharCode::Unicode || fileChange() != FileChange::Grown)
+        return false;
+    return m_codes.charCode == CharCode::Jis ? !load(m_path, m_name, CharCode::Jis, m_codes) : appendGrowth();
+}
+
+namespace {
+
+constexpr qint64 longestOpenEnd = 3; ///< bytes of a character whose last one is missing
+
+/// How many units at the end of a text are bytes of the end of a file: a character that is not complete yet,
+/// perhaps.
+qint64 openEnd(const TextStore &store, QByteArrayView fileEnd)
+{
+    qint64 count = 0;
+    const auto isSame = [&](qint64 back) {
+        const char16_t unit = store.at(store.length() - back);
+        return isByteEscape(unit) && escapedByte(unit) == uchar(fileEnd[fileEnd.size() - back]);
+    };
+    const qint64 most = qMin(longestOpenEnd, qMin<qint64>(store.length(), fileEnd.size()));
+    while (count < most && isSame(count + 1))
+        ++count;
+    return count;
+}
+
+} // namespace
+
+/// Reads again some of what it knows, so that the bytes before the new ones are there to compare with.
+bool TextDocument::appendGrowth()
+{
+    constexpr qint64 proof = 65536;
+    const qint64 known = m_version.read().stamp().size;
+    const qint64 from = qMax<qint64>(0, known - proof);
+    QByteArray bytes;
+    FileStamp stamp;
+    if (readFileFrom(m_path + m_name, from, bytes, stamp, m_calls) || stamp.size < known)
+        return false;
+    const qint64 open = openEnd(m_store, QByteArrayView(bytes).first(known - from));
+    QByteArray added = bytes.sliced(known - from - open);
+    normalizeLineEnds(added, m_codes.returnCode);
+    const TextStore text = m_readCode.codec().decode(added, m_store.layoutRule());
+    const qint64 waiting = openEnd(text, bytes);
+    bytes.chop(waiting);
+    stamp.size -= waiting;
+    m_version.setReadOn(FileVersion(stamp, bytes));
+    const qint64 length = text.length() - waiting;
+    m_history.clear();
+    m_store.exchange(m_store.length() - open, open, text.piece(0, length));
+    emit changed({ m_store.length() - length, open, length });
+    return true;
 }
 
 SaveResult TextDocument::save(const QString &path, const QString &name, std::optional<CharCode> charCode,
     std::optional<ReturnCode> returnCode)
 {
     if (m_codes.charCode == CharCode::Binary)
-        return { SaveResult::Outcome::Binary, false, false, {} };
+        return { SaveResult::Outcome::Binary, Overtaken::No, false, {} };
     m_codes = { charCode.value_or(m_codes.charCode), returnCode.value_or(m_codes.returnCode) };
     m_utf16.isKept &= !charCode;
     if (charCode || returnCode)
@@ -229,18 +312,18 @@ SaveResult TextDocument::write(const QString &fileName)
 {
     const QByteArray target = FileName::toBytes(fileName);
     DocumentWriter writer(target, m_codes.returnCode, m_calls);
-    const bool isOvertaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
+    const Overtaken overtaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
     const bool wasToBeKept = m_keepsFile && fileName == m_path + m_name;
-    if (isOvertaken || wasToBeKept || fileName == m_unreadFile)
+    if (overtaken != Overtaken::No || wasToBeKept || fileName == m_unreadFile)
         writer.keepOldContent();
     const TextCodec &codec = codecToWrite();
     const bool isWritten = m_utf16.isKept ? writer.writeWide(m_store, codec, writtenAsRead())
                                           : writer.write(m_store, codec, writtenAsRead());
     if (isWritten) {
-        m_version.endWriting(target);
+        m_version.endWriting(target, writer.version());
         m_keepsFile &= !wasToBeKept;
         m_readCode.setWritten(codec, m_store);
     }
-    return { isWritten ? SaveResult::Outcome::Written : SaveResult::Outcome::NotWritten, isOvertaken,
+    return { isWritten ? SaveResult::Outcome::Written : SaveResult::Outcome::NotWritten, overtaken,
         wasToBeKept, FileName::fromBytes(writer.keptCopy()) };
 }

@@ -26,7 +26,7 @@ struct SaveResult {
         Binary, ///< refused: what was not taken for text cannot be written
     };
     Outcome outcome = Outcome::NotWritten;
-    bool isOvertaken = false; ///< another document has written to the file since this one read or wrote it
+    Overtaken overtaken = Overtaken::No; ///< the file was written since this document read or wrote it
     bool wasToBeKept = false; ///< the old content, by keepFile()
     QString keptCopy; ///< name of the file that has the old content; empty for none
 };
@@ -114,6 +114,18 @@ public:
     /// Makes it a document of that name that was never saved, without text; undecodable bytes and spellings
     /// that come into it are of `byteCodec`.
     void startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec);
+    /// What other programs have done to the document's file since it was read or written, but for what is
+    /// acknowledged. Cost: one call where nothing has happened.
+    FileChange fileChange();
+    /// The user knows what the file is now. A save over it keeps a copy of it all the same.
+    void acknowledgeFile();
+    /// Puts what a file that has only grown has got behind the text, which has no history then; an incomplete
+    /// character at the end waits for its rest. Codes in which a text depends on what stands before it are
+    /// read again as a whole. False where the text is edited or UTF-16, the file has not grown, or cannot be
+    /// read.
+    bool readGrowth();
+    /// Makes it a document of that name that was never saved, edited: its text is that of no file any more.
+    void detachFromFile(const QString &name);
     /// Writes the text as path + name, in the document's own code and line end where none is given. Written:
     /// path and name are the document's, and it has no history. Else text, name and history stay, but the
     /// codes given are kept.
@@ -159,6 +171,8 @@ private:
     std::optional<ReadFailure> readBytes(const QString &path, const QString &name, QByteArray &bytes);
     TextStore decode(QByteArray &&bytes, const TextCodec &codec, CodeWas codeWas);
     void dropText();
+    QByteArray fileName() const;
+    bool appendGrowth();
     SaveResult write(const QString &fileName);
 
     TextStore m_store;

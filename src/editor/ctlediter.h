@@ -51,6 +51,9 @@ public:
     /// file had is kept, and the user told where, when another document of the program has written it since.
     bool saveFile(const QString &path, const QString &name, int charCode = 0, int returnCode = 0);
 
+    /// Shows what a file that has only grown has got, see TextDocument::readGrowth(). A view at the end of
+    /// the text stays at its end, as does a cursor there; else both stay where they are.
+    bool readGrowth();
     /// Names a document that was never saved in the present language.
     void retranslateName();
 
@@ -110,6 +113,8 @@ private:
     /// Of a file that does not tell.
     static FileCodes defaultCodes();
     void tellSaved(const SaveResult &result);
+    /// Why the old content of a file was kept that was written all the same.
+    static QString keptReason(Overtaken overtaken);
 
     void breakLine();
     QString indentationBeforeCursor() const;

@@ -38,16 +38,50 @@ bool ctlEditer::reload(const QString &path, const QString &name)
     return loadFile(path, name, 0);
 }
 
+bool ctlEditer::readGrowth()
+{
+    const qint64 top = topRow();
+    const bool isEndShown = top + viewport()->height() / cellHeight() >= numLines();
+    const CursorPlace cursor = cursorPlace();
+    const CursorPlace anchor = anchorPlace();
+    const bool isCursorAtEnd = cursor.offset == store().length() && !hasMarkedText();
+    {
+        const Batch batch(*this);
+        if (!document().readGrowth())
+            return false;
+        const qint64 length = document().store().length();
+        if (isCursorAtEnd)
+            setCursorPlace({ length });
+        else
+            select({ qMin(anchor.offset, length) }, { qMin(cursor.offset, length) });
+    }
+    setTopRow(isEndShown ? numLines() : top);
+    return true;
+}
+
 bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode, int returnCode)
 {
     const SaveResult result =
         document().save(path, name, requestedCharCode(charCode), requestedReturnCode(returnCode));
-    const bool isAsWanted = result.wasToBeKept && !result.isOvertaken;
+    const bool isAsWanted = result.wasToBeKept && result.overtaken == Overtaken::No;
     if (result.outcome == SaveResult::Outcome::Written && isAsWanted)
         emit fileKept(result.keptCopy);
     else if (result.outcome != SaveResult::Outcome::Written || !result.keptCopy.isEmpty())
         tellSaved(result);
     return result.outcome == SaveResult::Outcome::Written;
+}
+
+QString ctlEditer::keptReason(Overtaken overtaken)
+{
+    switch (overtaken) {
+    case Overtaken::ByDocument:
+        return tr("Another document was saved as this file since. Its old content is kept in the file\n%1");
+    case Overtaken::ByProgram:
+        return tr("Another program has changed the file since. Its old content is kept in the file\n%1");
+    case Overtaken::No:
+        return tr("The file could not be read before. Its old content is kept in the file\n%1");
+    }
+    Q_UNREACHABLE();
 }
 
 void ctlEditer::tellSaved(const SaveResult &result)
@@ -59,10 +93,7 @@ void ctlEditer::tellSaved(const SaveResult &result)
     }
     const QString kept = FileName::forMessage(result.keptCopy);
     if (result.outcome == SaveResult::Outcome::Written) {
-        const QString reason = result.isOvertaken
-            ? tr("Another document was saved as this file since. Its old content is kept in the file\n%1")
-            : tr("The file could not be read before. Its old content is kept in the file\n%1");
-        MessageBox::information(this, tr("Confirm File Save"), reason.arg(kept));
+        MessageBox::information(this, tr("Confirm File Save"), keptReason(result.overtaken).arg(kept));
         return;
     }
     const QString title = tr("File Write Error");

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/xattr.h>
@@ -32,6 +33,9 @@ const FileCalls &FileCalls::system()
         .opendir = ::opendir,
         .readdir = ::readdir,
         .closedir = ::closedir,
+        .access = [](const char *name, int mode,
+                      int flags) { return ::faccessat(AT_FDCWD, name, mode, flags); },
+        .statvfs = [](const char *name, struct statvfs *info) { return ::statvfs(name, info); },
     };
     return calls;
 }

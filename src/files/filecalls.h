@@ -5,10 +5,11 @@
 
 #include <dirent.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/types.h>
 
-/// The system calls that writing a file takes, and keeping a folder of one's own, each with the signature and
-/// the errors of its namesake.
+/// The system calls that reading and writing files takes, each with the signature and the errors of its
+/// namesake.
 ///
 /// Everything the program writes for its users goes through such a table, so that tests can let any single
 /// step fail.
@@ -35,6 +36,9 @@ struct FileCalls {
     std::function<DIR *(const char *name)> opendir;
     std::function<dirent *(DIR *folder)> readdir;
     std::function<int(DIR *folder)> closedir;
+    /// faccessat() from the current folder.
+    std::function<int(const char *name, int mode, int flags)> access;
+    std::function<int(const char *name, struct statvfs *info)> statvfs;
 
     /// The system's own.
     static const FileCalls &system();

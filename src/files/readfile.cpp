@@ -48,7 +48,7 @@ QByteArray uninitialized(qsizetype size)
 }
 
 /// Reads to the end, also of a file that has become shorter or longer than `expected` meanwhile.
-Failure readToEnd(const FileCalls &calls, int file, qint64 expected, QByteArray &bytes)
+Failure readToEnd(const FileCalls &calls, int file, qint64 from, qint64 expected, QByteArray &bytes)
 {
     constexpr qint64 blockSize = qint64{ 1 } << 20;
     constexpr qint64 leastRoom = 65536;
@@ -60,7 +60,7 @@ Failure readToEnd(const FileCalls &calls, int file, qint64 expected, QByteArray 
             bytes.resize(reached + std::max(leastRoom, reached / 8));
         const auto size = static_cast<size_t>(std::min(blockSize, bytes.size() - reached));
         const ssize_t count =
-            retried([&] { return calls.pread(file, bytes.data() + reached, size, reached); });
+            retried([&] { return calls.pread(file, bytes.data() + reached, size, from + reached); });
         if (count < 0)
             return ReadFailure::BrokenOff;
         if (count == 0)
@@ -71,13 +71,15 @@ Failure readToEnd(const FileCalls &calls, int file, qint64 expected, QByteArray 
     return {};
 }
 
-Failure readFile(const FileCalls &calls, const QByteArray &name, QByteArray &bytes)
+Failure readFile(
+    const FileCalls &calls, const QByteArray &name, qint64 from, QByteArray &bytes, FileStamp &stamp)
 {
     struct stat status = {};
     if (calls.stat(name.constData(), &status) != 0)
         return errno == ENOENT || errno == ENOTDIR ? ReadFailure::Missing : ReadFailure::NotOpened;
     if (const Failure failure = refusal(status))
         return failure;
+    stamp = FileStamp(status);
     if (status.st_size == 0)
         return {};
     const int file = retried(
@@ -89,15 +91,25 @@ Failure readFile(const FileCalls &calls, const QByteArray &name, QByteArray &byt
         return ReadFailure::NotOpened;
     if (const Failure failure = refusal(status)) // another file may have taken the name meanwhile
         return failure;
-    return readToEnd(calls, file, status.st_size, bytes);
+    stamp = FileStamp(status);
+    const Failure failure = readToEnd(calls, file, from, std::max<qint64>(0, status.st_size - from), bytes);
+    stamp.size = from + bytes.size();
+    return failure;
 }
 
 } // namespace
 
 std::optional<ReadFailure> readWholeFile(const QString &fileName, QByteArray &bytes, const FileCalls &calls)
 {
+    FileStamp stamp;
+    return readFileFrom(fileName, 0, bytes, stamp, calls);
+}
+
+std::optional<ReadFailure> readFileFrom(
+    const QString &fileName, qint64 from, QByteArray &bytes, FileStamp &stamp, const FileCalls &calls)
+{
     QByteArray read;
-    const Failure failure = readFile(calls, FileName::toBytes(fileName), read);
+    const Failure failure = readFile(calls, FileName::toBytes(fileName), from, read, stamp);
     if (!failure)
         bytes = std::move(read);
     return failure;

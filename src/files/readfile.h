@@ -1,8 +1,7 @@
 #pragma once
 
-#include "files/filecalls.h"
+#include "files/fileversion.h"
 
-#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -23,3 +22,6 @@ enum class ReadFailure {
 /// an error, not an end of file. File names may hold any bytes, see files/filename.h. Cost: memory speed.
 std::optional<ReadFailure> readWholeFile(
     const QString &fileName, QByteArray &bytes, const FileCalls &calls = FileCalls::system());
+/// The same from an offset on; `stamp` is of the file as it was before, with the size that was read.
+std::optional<ReadFailure> readFileFrom(const QString &fileName, qint64 from, QByteArray &bytes,
+    FileStamp &stamp, const FileCalls &calls = FileCalls::system());

@@ -1,19 +1,21 @@
 #pragma once
 
-#include "files/filecalls.h"
+#include "files/fileversion.h"
+#include "files/oldcopy.h"
 
-#include <QByteArray>
 #include <QByteArrayView>
 
 /// Writes a file in such a way that its name holds either the whole old content or the whole new one.
 ///
-/// The new content goes to a temporary file (mode 0600, a name nobody can foresee) in the same folder, which
-/// commit() gives the old file's owner, group, rights, access lists and extended attributes and renames over
-/// it. Symbolic links are followed: the file a link names is replaced, or made where there is none yet. Where
-/// renaming would lose something (further hard links, an owner that cannot be given, a folder that cannot be
-/// written) the old file is overwritten in place, after a copy of it was put into the program's state folder,
-/// on the disk under its name; the copy goes away when all is written, and brings the old content back when
-/// writing fails. What set-user-id and set-group-id bits writing takes away is set again.
+/// The new content goes to a temporary file (mode 0600, a name nobody can foresee, locked) in the same
+/// folder, which commit() gives the old file's owner, group, rights, access lists and extended attributes and
+/// renames over it. Symbolic links are followed: the file a link names is replaced, or made where there is
+/// none yet. Where renaming would lose something (further hard links, an owner that cannot be given, a folder
+/// that cannot be written) the old file is overwritten in place, after a copy of it was put into the
+/// program's state folder, on the disk under its name; the copy goes away when all is written, and brings the
+/// old content back when writing fails. Where the program is stopped meanwhile, a later one finds it
+/// (lostCopies()), and the temporary file too (removeStagedStrays()). What set-user-id and set-group-id bits
+/// writing takes away is set again.
 ///
 /// Errors: open(), write() and commit() return false; the old file is then whole and nothing else is left
 /// behind, with the one exception of keptCopy(). An object that is destroyed without commit() leaves all as
@@ -41,37 +43,40 @@ public:
     /// content could not be put back either, and after a commit() that was to keep it; else empty.
     QByteArray keptCopy() const { return m_keptCopy; }
 
+    /// What the file is after a commit() that went well.
+    const FileVersion &version() const { return m_version; }
+
 private:
     enum class Outcome { Done, Failed, NotPossible };
 
-    bool followLinks();
     bool examineTarget();
     bool stage();
-    int createIn(const QByteArray &folder, QByteArray *name);
     bool flush();
     Outcome replace();
     bool giveAttributes();
     bool overwrite();
-    int copyOldContent(QByteArray *name, off_t *size);
-    bool putAside(QByteArray *name);
-    bool copyAll(int from, int to, off_t *size);
     bool copyOver(int from, off_t size);
     void restoreRights();
-    bool writeAt(int fd, QByteArrayView bytes, off_t offset);
+    void noteVersion(int fd);
     void closeFile(int *fd);
     void discard();
 
     const FileCalls &m_calls;
     QByteArray m_target; ///< links followed
     QByteArray m_folder; ///< the target's, ending in "/"
-    int m_old = -1; ///< the target, open for writing; -1 for a new file
-    mode_t m_oldRights = 0;
-    bool m_hasOtherNames = false;
+    struct Old {
+        int fd = -1; ///< open for writing; -1 for a new file
+        mode_t rights = 0;
+        bool hasOtherNames = false;
+    } m_old;
     bool m_keepsOld = false;
     QByteArray m_stagedName;
     bool m_stagedBeside = true;
     int m_staged = -1;
     off_t m_size = 0; ///< bytes in the staged file
     QByteArray m_buffer;
+    ContentHash m_hash; ///< of what is in the staged file, up to the size that versions compare
+    FileVersion m_version;
+    OldCopy m_copy;
     QByteArray m_keptCopy;
 };

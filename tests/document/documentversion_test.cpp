@@ -39,18 +39,19 @@ void DocumentVersionTest::init()
 
 bool DocumentVersionTest::write(DocumentVersion &version, const QString &name, const QString &own)
 {
-    const bool isNews = version.beginWriting(full(name), own.isEmpty() ? QByteArray() : full(own));
+    const bool isNews =
+        version.beginWriting(full(name), own.isEmpty() ? QByteArray() : full(own)) != Overtaken::No;
     const QString aside = QStringLiteral("aside");
     const bool isWritten =
         m_folder->write(aside, "new") && ::rename(full(aside).constData(), full(name).constData()) == 0;
-    version.endWriting(full(name));
+    version.endWriting(full(name), {});
     return isWritten && !isNews;
 }
 
 void DocumentVersionTest::ownWritesAreNoNews()
 {
     DocumentVersion version;
-    version.setRead();
+    version.setRead({});
     QVERIFY(write(version, m_a, m_a));
     QVERIFY(write(version, m_a, m_a));
     QVERIFY(write(version, m_b, m_a));
@@ -72,7 +73,7 @@ void DocumentVersionTest::readingMakesThemKnown()
     DocumentVersion one;
     DocumentVersion other;
     QVERIFY(write(other, m_a, m_a));
-    one.setRead();
+    one.setRead({});
     QVERIFY(write(one, m_a, m_a));
 }
 
@@ -96,14 +97,14 @@ void DocumentVersionTest::aFileIsKnownByAnyOfItsNames()
     DocumentVersion one;
     DocumentVersion other;
     QVERIFY(write(other, m_a, m_a));
-    QVERIFY(one.beginWriting(full(link), full(link)));
+    QCOMPARE(one.beginWriting(full(link), full(link)), Overtaken::ByDocument);
 }
 
 void DocumentVersionTest::failedWriteCountsForNothing()
 {
     DocumentVersion one;
     DocumentVersion other;
-    QVERIFY(!other.beginWriting(full(m_a), full(m_a)));
+    QCOMPARE(other.beginWriting(full(m_a), full(m_a)), Overtaken::No);
     QVERIFY(write(one, m_a, m_a));
 }
 

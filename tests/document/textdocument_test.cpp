@@ -303,7 +303,7 @@ void TextDocumentTest::keepsTheContentThatCouldNotBeRead()
     document.replace(0, 0, u"new");
     const SaveResult result = document.save(folder.path(), name);
     QCOMPARE(result.outcome, SaveResult::Outcome::Written);
-    QVERIFY(!result.isOvertaken);
+    QCOMPARE(result.overtaken, Overtaken::No);
     QFile kept(result.keptCopy);
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("not to be lost"));
@@ -350,11 +350,11 @@ void TextDocumentTest::knowsThatItWasOvertaken()
     QVERIFY(!one.load(folder.path(), name, {}, {}));
     QVERIFY(!other.load(folder.path(), name, {}, {}));
     one.replace(0, 0, u"1");
-    QVERIFY(!one.save(folder.path(), name).isOvertaken);
+    QCOMPARE(one.save(folder.path(), name).overtaken, Overtaken::No);
     other.replace(0, 0, u"2");
     const SaveResult result = other.save(folder.path(), name);
     QCOMPARE(result.outcome, SaveResult::Outcome::Written);
-    QVERIFY(result.isOvertaken);
+    QCOMPARE(result.overtaken, Overtaken::ByDocument);
     QFile kept(result.keptCopy);
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("1first"));

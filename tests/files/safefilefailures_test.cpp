@@ -180,7 +180,8 @@ void SafeFileFailuresTest::oldContentThatCannotBePutBackIsKept()
     QVERIFY(file.keptCopy().startsWith(stateFolder()));
     QCOMPARE(contentOf(file.keptCopy()), m_old);
     QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
-    QCOMPARE(keptFiles().size(), 1);
+    QCOMPARE(contentOf(file.keptCopy() + ".of"), name);
+    QCOMPARE(keptFiles().size(), 2);
     QCOMPARE(listing().size(), 2);
 }
 
@@ -196,6 +197,7 @@ void SafeFileFailuresTest::keepsTheOldContentWhenAsked()
         QCOMPARE(contentOf(name), m_new);
         QCOMPARE(contentOf(file.keptCopy()), m_old);
         QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
+        QVERIFY(file.keptCopy().endsWith("-file.txt"));
         QCOMPARE(keptFiles().size(), 1);
     }
     init();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/statefolder.h"
 #include "files/safefile.h"
 #include "files/statefolder.h"
 
@@ -46,6 +47,9 @@ inline FileCalls withFaults(FileCalls calls, const Fault &fault)
     guard(calls.rename, "rename", fault);
     guard(calls.unlink, "unlink", fault);
     guard(calls.mkdir, "mkdir", fault);
+    guard(calls.flock, "flock", fault);
+    guard(calls.access, "access", fault);
+    guard(calls.statvfs, "statvfs", fault);
     return calls;
 }
 

@@ -1,0 +1,28 @@
+#include "files/copycontent.h"
+
+bool writeAt(const FileCalls &calls, int fd, QByteArrayView bytes, off_t offset)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t written =
+            retried([&] { return calls.pwrite(fd, bytes.data(), size_t(bytes.size()), offset); });
+        if (written <= 0)
+            return false;
+        bytes = bytes.sliced(written);
+        offset += written;
+    }
+    return true;
+}
+
+bool copyContent(const FileCalls &calls, int from, int to, off_t *size)
+{
+    QByteArray block(copiedBlock, Qt::Uninitialized);
+    for (*size = 0;;) {
+        const ssize_t got =
+            retried([&] { return calls.pread(from, block.data(), size_t(block.size()), *size); });
+        if (got <= 0)
+            return got == 0;
+        if (!writeAt(calls, to, QByteArrayView(block).first(got), *size))
+            return false;
+        *size += got;
+    }
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "files/filecalls.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+inline constexpr qsizetype copiedBlock = 1 << 18; ///< bytes that are moved at once
+
+/// Writes all of `bytes`.
+bool writeAt(const FileCalls &calls, int fd, QByteArrayView bytes, off_t offset);
+/// Copies a file's content from its start; `size` is how much that was.
+bool copyContent(const FileCalls &calls, int from, int to, off_t *size);

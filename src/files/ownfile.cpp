@@ -1,0 +1,105 @@
+#include "files/ownfile.h"
+
+#include <QRandomGenerator>
+
+#include <algorithm>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr mode_t privateFile = 0600;
+constexpr int digitsBase = 36; ///< 64 bits need 13 digits
+
+QByteArray randomDigits()
+{
+    const quint64 random = QRandomGenerator::system()->generate64();
+    return QByteArray::number(random, digitsBase).rightJustified(ownFileDigits, '0');
+}
+
+bool isDigit(char character)
+{
+    return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'z');
+}
+
+/// False when somebody came between the making of the file and its lock, and takes it for a lost one. Without
+/// locks nobody does.
+bool lockNewFile(const FileCalls &calls, int fd)
+{
+    if (retried([&] { return calls.flock(fd, LOCK_EX | LOCK_NB); }) != 0)
+        return errno != EWOULDBLOCK;
+    struct stat info;
+    return calls.fstat(fd, &info) != 0 || info.st_nlink > 0;
+}
+
+} // namespace
+
+int createOwnFile(const FileCalls &calls, const QByteArray &prefix, QByteArray *name)
+{
+    constexpr int mostAttempts = 16;
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        const QByteArray candidate = prefix + randomDigits();
+        const int fd = retried([&] {
+            return calls.open(candidate.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, privateFile);
+        });
+        if (fd == -1 && errno != EEXIST)
+            return -1;
+        if (fd != -1 && lockNewFile(calls, fd)) {
+            *name = candidate;
+            return fd;
+        }
+        if (fd != -1) {
+            calls.close(fd);
+            calls.unlink(candidate.constData());
+        }
+    }
+    return -1;
+}
+
+QByteArrayView ownFilePrefix(QByteArrayView name)
+{
+    const QByteArrayView digits = name.last(qMin(ownFileDigits, name.size()));
+    const bool endsInDigits =
+        digits.size() == ownFileDigits && std::all_of(digits.begin(), digits.end(), isDigit);
+    return endsInDigits ? name.chopped(ownFileDigits) : QByteArrayView();
+}
+
+int openAbandoned(const FileCalls &calls, const QByteArray &name)
+{
+    const int fd = retried([&] {
+        return calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0);
+    });
+    if (fd == -1)
+        return -1;
+    struct stat info;
+    const bool isOurs = calls.fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_nlink == 1
+        && info.st_uid == ::geteuid();
+    if (isOurs && retried([&] { return calls.flock(fd, LOCK_EX | LOCK_NB); }) == 0)
+        return fd;
+    calls.close(fd);
+    return -1;
+}
+
+QByteArrayView shortName(QByteArrayView fileName)
+{
+    constexpr qsizetype longest = 100;
+    const auto continues = [](char byte) { return (uchar(byte) & 0xC0) == 0x80; };
+    qsizetype size = qMin(longest, fileName.size());
+    while (size > 0 && size < fileName.size() && continues(fileName[size]))
+        --size;
+    return fileName.first(size);
+}
+
+void forEachName(const FileCalls &calls, const QByteArray &folder, qsizetype most,
+    const std::function<void(const QByteArray &name)> &found)
+{
+    DIR *const open = calls.opendir(folder.constData());
+    if (!open)
+        return;
+    while (const dirent *entry = most-- > 0 ? calls.readdir(open) : nullptr)
+        found(QByteArray(entry->d_name));
+    calls.closedir(open);
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "files/filecalls.h"
+
+#include <QByteArray>
+
+/// What a save writes, until it takes the file's name, has a name that begins with this: it is in `folder`,
+/// hidden, and begins as that of the file.
+QByteArray stagedPrefix(QByteArrayView folder, QByteArrayView fileName);
+/// Removes from a folder what saves have left there whose programs were stopped. Looks at a bounded part of a
+/// large folder.
+void removeStagedStrays(const QByteArray &folder, const FileCalls &calls = FileCalls::system());
+/// The same, but for folders that this program has looked through already.
+void removeStagedStraysOnce(const QByteArray &folder, const FileCalls &calls = FileCalls::system());

@@ -1,0 +1,338 @@
+#include "document/textdocument.h"
+#include "tests/document/documentfolder.h"
+#include "tests/testprogram.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString name = u"a.txt"_s;
+
+} // namespace
+
+/// A document whose file other programs write.
+class OtherProgramsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void noticesAWrite();
+    void ownSaveIsNoNews();
+    void savesOfAnotherDocumentAreNoNews();
+    void acknowledgedUntilTheNextChange();
+    void acknowledgedDeletion();
+    void saveKeepsTheOtherVersion_data();
+    void saveKeepsTheOtherVersion();
+    void saveMakesADeletedFileAgain();
+    void unreadFileHasNoNews();
+    void detachedDocumentHasNoFile();
+
+    void growth_data();
+    void growth();
+    void halfACharacterWaits_data();
+    void halfACharacterWaits();
+    void halfACharacterThatWasThereIsReadAgain();
+    void growthIsNoEdit();
+    void editedTextDoesNotGrow();
+    void whatIsNoGrowthIsNotRead();
+    void growthThatCannotBeRead();
+    void savedBytesAreThoseOfTheFile();
+
+private:
+    QByteArray bytesName() const { return (m_folder->path() + name).toUtf8(); }
+    bool append(const QByteArray &bytes) const
+    {
+        QFile file(m_folder->path() + name);
+        return file.open(QIODevice::Append) && file.write(bytes) == bytes.size();
+    }
+    /// A document of the file, with these bytes in it.
+    std::unique_ptr<TextDocument> open(const QByteArray &bytes, std::optional<CharCode> code = {})
+    {
+        auto document = std::make_unique<TextDocument>();
+        if (!m_folder->write(name, bytes) || document->load(m_folder->path(), name, code, {}))
+            return nullptr;
+        return document;
+    }
+
+    std::unique_ptr<DocumentFolder> m_folder;
+};
+
+void OtherProgramsTest::init()
+{
+    m_folder = std::make_unique<DocumentFolder>();
+}
+
+void OtherProgramsTest::noticesAWrite()
+{
+    const auto document = open("old\n");
+    QCOMPARE(document->fileChange(), FileChange::None);
+    QVERIFY(m_folder->write(name, "new\n"));
+    QCOMPARE(document->fileChange(), FileChange::Changed);
+    QVERIFY(!document->load(m_folder->path(), name, {}, {}));
+    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->store().text(), u"new\n"_s);
+}
+
+void OtherProgramsTest::ownSaveIsNoNews()
+{
+    const auto document = open("old\n");
+    document->replace(0, 0, u"very ");
+    QCOMPARE(document->save(m_folder->path(), name).overtaken, Overtaken::No);
+    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->save(m_folder->path(), u"b.txt"_s).overtaken, Overtaken::No);
+    QCOMPARE(document->fileChange(), FileChange::None);
+    QVERIFY(m_folder->write(u"b.txt"_s, "other"));
+    QCOMPARE(document->fileChange(), FileChange::Changed);
+}
+
+void OtherProgramsTest::savesOfAnotherDocumentAreNoNews()
+{
+    const auto one = open("old\n");
+    TextDocument two;
+    QVERIFY(!two.load(m_folder->path(), name, {}, {}));
+    two.replace(0, 0, u"two ");
+    two.save(m_folder->path(), name);
+    QCOMPARE(one->fileChange(), FileChange::None);
+    QVERIFY(m_folder->write(name, "of another program"));
+    QCOMPARE(one->fileChange(), FileChange::Changed);
+    QCOMPARE(two.fileChange(), FileChange::Changed);
+    one->replace(0, 0, u"one ");
+    QCOMPARE(one->save(m_folder->path(), name).overtaken, Overtaken::ByProgram);
+    QCOMPARE(two.fileChange(), FileChange::None);
+    two.replace(0, 0, u"again ");
+    QCOMPARE(two.save(m_folder->path(), name).overtaken, Overtaken::ByDocument);
+}
+
+void OtherProgramsTest::acknowledgedUntilTheNextChange()
+{
+    const auto document = open("old\n");
+    QVERIFY(m_folder->write(name, "new\n"));
+    document->acknowledgeFile();
+    QCOMPARE(document->fileChange(), FileChange::None);
+    QVERIFY(m_folder->write(name, "newer\n"));
+    QCOMPARE(document->fileChange(), FileChange::Changed);
+    document->acknowledgeFile();
+    const SaveResult result = document->save(m_folder->path(), name);
+    QCOMPARE(result.overtaken, Overtaken::ByProgram);
+    QVERIFY(!result.keptCopy.isEmpty());
+    QCOMPARE(document->fileChange(), FileChange::None);
+}
+
+void OtherProgramsTest::acknowledgedDeletion()
+{
+    const auto document = open("old\n");
+    QVERIFY(QFile::remove(m_folder->path() + name));
+    QCOMPARE(document->fileChange(), FileChange::Deleted);
+    document->acknowledgeFile();
+    QCOMPARE(document->fileChange(), FileChange::None);
+    QVERIFY(m_folder->write(name, "new\n"));
+    QVERIFY(document->fileChange() != FileChange::None);
+}
+
+void OtherProgramsTest::saveKeepsTheOtherVersion_data()
+{
+    QTest::addColumn<bool>("isReplaced");
+    QTest::newRow("written in place") << false;
+    QTest::newRow("replaced") << true;
+}
+
+void OtherProgramsTest::saveKeepsTheOtherVersion()
+{
+    QFETCH(bool, isReplaced);
+    const auto document = open("old\n");
+    document->replace(0, 0, u"mine ");
+    if (isReplaced) {
+        QVERIFY(m_folder->write(u"other"_s, "theirs\n"));
+        QCOMPARE(::rename((m_folder->path() + u"other"_s).toUtf8().constData(), bytesName().constData()), 0);
+    } else {
+        QVERIFY(m_folder->write(name, "theirs\n"));
+    }
+    const SaveResult result = document->save(m_folder->path(), name);
+    QCOMPARE(result.outcome, SaveResult::Outcome::Written);
+    QCOMPARE(result.overtaken, Overtaken::ByProgram);
+    QCOMPARE(m_folder->read(name), QByteArray("mine old\n"));
+    QFile kept(result.keptCopy);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("theirs\n"));
+    QVERIFY(result.keptCopy.endsWith(u"-a.txt"_s));
+}
+
+void OtherProgramsTest::saveMakesADeletedFileAgain()
+{
+    const auto document = open("old\n");
+    QVERIFY(QFile::remove(m_folder->path() + name));
+    const SaveResult result = document->save(m_folder->path(), name);
+    QCOMPARE(result.overtaken, Overtaken::No);
+    QCOMPARE(result.keptCopy, QString());
+    QCOMPARE(m_folder->read(name), QByteArray("old\n"));
+}
+
+void OtherProgramsTest::unreadFileHasNoNews()
+{
+    const auto document = open("old\n");
+    QVERIFY(document->load(m_folder->path(), u"missing.txt"_s, {}, {}));
+    QCOMPARE(document->fileChange(), FileChange::None);
+    TextDocument empty;
+    QCOMPARE(empty.fileChange(), FileChange::None);
+}
+
+void OtherProgramsTest::detachedDocumentHasNoFile()
+{
+    const auto document = open("old\n");
+    document->detachFromFile(u"a copy"_s);
+    QCOMPARE(document->path(), QString());
+    QCOMPARE(document->name(), u"a copy"_s);
+    QVERIFY(document->isEdited());
+    QVERIFY(m_folder->write(name, "new\n"));
+    QCOMPARE(document->fileChange(), FileChange::None);
+}
+
+void OtherProgramsTest::growth_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("added");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *tag, const QByteArray &before, const QByteArray &added, CharCode code,
+                         const QString &text) { QTest::newRow(tag) << before << added << int(code) << text; };
+    row("ASCII", "a\n", "b\n", CharCode::Ascii, u"a\nb\n"_s);
+    row("CR+LF", "a\r\n", "b\r\nc", CharCode::Utf8, u"a\nb\nc"_s);
+    row("CR|LF", "a\r\nb\r", "\nc", CharCode::Utf8, u"a\nb\nc"_s);
+    row("UTF-8", "あ\n", "い\n", CharCode::Utf8, u"あ\nい\n"_s);
+    row("Shift-JIS", "\x82\xa0\n", "\x82\xa2\n", CharCode::ShiftJis, u"あ\nい\n"_s);
+    row("EUC", "\xa4\xa2\n", "\xa4\xa4\n", CharCode::Euc, u"あ\nい\n"_s);
+    row("JIS", "\x1b$B$\"\x1b(B\n", "\x1b$B$$\x1b(B\n", CharCode::Jis, u"あ\nい\n"_s);
+    row("JIS, within a set", "\x1b$B$\"", "$$\x1b(B\n", CharCode::Jis, u"あい\n"_s);
+    row("a character parted", "\xe3\x81", "\x82\n", CharCode::Utf8, u"あ\n"_s);
+    row("undecodable bytes", "a\xff\n", "b\xff\n", CharCode::Utf8, u"a\xdcff\nb\xdcff\n"_s);
+}
+
+void OtherProgramsTest::growth()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, added);
+    QFETCH(int, code);
+    QFETCH(QString, text);
+    const auto document = open(before, CharCode(code));
+    QVERIFY(append(added));
+    QCOMPARE(document->fileChange(), FileChange::Grown);
+    QVERIFY(document->readGrowth());
+    QCOMPARE(document->store().text(), text);
+    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(int(document->charCode()), code);
+    QVERIFY(!document->isEdited());
+    document->store().checkInvariants();
+}
+
+void OtherProgramsTest::halfACharacterWaits_data()
+{
+    QTest::addColumn<QByteArray>("character");
+    QTest::addColumn<int>("code");
+    QTest::newRow("UTF-8") << QByteArray("あ") << int(CharCode::Utf8);
+    QTest::newRow("UTF-8, four bytes") << QByteArray("😀") << int(CharCode::Utf8);
+    QTest::newRow("Shift-JIS") << QByteArray("\x82\xa0") << int(CharCode::ShiftJis);
+    QTest::newRow("EUC") << QByteArray("\xa4\xa2") << int(CharCode::Euc);
+}
+
+/// However many of its bytes are there.
+void OtherProgramsTest::halfACharacterWaits()
+{
+    QFETCH(QByteArray, character);
+    QFETCH(int, code);
+    const auto document = open("a\n", CharCode(code));
+    const auto whole = std::make_unique<TextDocument>();
+    QVERIFY(append("b"));
+    QVERIFY(document->readGrowth());
+    for (qsizetype size = 1; size < character.size(); ++size) {
+        QVERIFY(append(character.sliced(size - 1, 1)));
+        QVERIFY(document->readGrowth());
+        QCOMPARE(document->store().text(), u"a\nb"_s);
+    }
+    QVERIFY(append(character.last(1) + "\n"));
+    QVERIFY(document->readGrowth());
+    QVERIFY(!whole->load(m_folder->path(), name, CharCode(code), {}));
+    QCOMPARE(document->store().text(), whole->store().text());
+    QCOMPARE(document->store().length(), character.size() == 4 ? 6 : 5);
+    QCOMPARE(document->fileChange(), FileChange::None);
+}
+
+void OtherProgramsTest::halfACharacterThatWasThereIsReadAgain()
+{
+    const auto document = open("a\xe3\x81", CharCode::Utf8);
+    QCOMPARE(document->store().length(), 3);
+    QVERIFY(append("\x82"));
+    QVERIFY(document->readGrowth());
+    QCOMPARE(document->store().text(), u"aあ"_s);
+}
+
+void OtherProgramsTest::growthIsNoEdit()
+{
+    const auto document = open("a\n");
+    document->replace(0, 0, u"x");
+    document->undo();
+    QVERIFY(append("b\n"));
+    const QSignalSpy changed(document.get(), &TextDocument::changed);
+    QVERIFY(document->readGrowth());
+    QCOMPARE(changed.count(), 1);
+    QVERIFY(!document->isEdited());
+    QVERIFY(!document->history().canUndo());
+    QVERIFY(!document->history().canRedo());
+}
+
+void OtherProgramsTest::editedTextDoesNotGrow()
+{
+    const auto document = open("a\n");
+    document->replace(0, 0, u"x");
+    QVERIFY(append("b\n"));
+    QCOMPARE(document->fileChange(), FileChange::Grown);
+    QVERIFY(!document->readGrowth());
+    QCOMPARE(document->store().text(), u"xa\n"_s);
+}
+
+void OtherProgramsTest::whatIsNoGrowthIsNotRead()
+{
+    const auto document = open("a\n");
+    QVERIFY(!document->readGrowth());
+    QVERIFY(m_folder->write(name, "other\n"));
+    QVERIFY(!document->readGrowth());
+    QCOMPARE(document->store().text(), u"a\n"_s);
+}
+
+void OtherProgramsTest::growthThatCannotBeRead()
+{
+    bool isBroken = false;
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&](int fd, void *to, size_t size, off_t offset) -> ssize_t {
+        if (!isBroken)
+            return ::pread(fd, to, size, offset);
+        errno = EIO;
+        return -1;
+    };
+    TextDocument document({}, calls);
+    QVERIFY(m_folder->write(name, "a\n"));
+    QVERIFY(!document.load(m_folder->path(), name, {}, {}));
+    QVERIFY(append("b\n"));
+    isBroken = true;
+    QVERIFY(!document.readGrowth());
+    QCOMPARE(document.store().text(), u"a\n"_s);
+    isBroken = false;
+    QVERIFY(document.readGrowth());
+    QCOMPARE(document.store().text(), u"a\nb\n"_s);
+}
+
+void OtherProgramsTest::savedBytesAreThoseOfTheFile()
+{
+    const QByteArray bytes = "\x81\x41 a\xff\n";
+    const auto document = open(bytes, CharCode::ShiftJis);
+    QVERIFY(append(bytes));
+    QVERIFY(document->readGrowth());
+    QCOMPARE(document->save(m_folder->path(), name).overtaken, Overtaken::No);
+    QCOMPARE(m_folder->read(name), bytes + bytes);
+}
+
+REGISTER_TEST(runCoreTest<OtherProgramsTest>)
+#include "otherprograms_test.moc"

@@ -1,0 +1,304 @@
+#include "files/fileversion.h"
+
+#include "files/readfile.h"
+#include "files/writeobstacle.h"
+#include "tests/files/savedfile.h"
+#include "tests/testprogram.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+/// What has become of a file since it was read or written.
+class FileVersionTest : public QObject, SavedFile {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void changes_data();
+    void changes();
+    void sameBytesAreNoChange_data();
+    void sameBytesAreNoChange();
+    void unchangedFileCostsOneCall();
+    void youngFileIsCompared();
+    void largeFileIsKnownByItsEnd();
+    void noFileHasNoChange();
+    void unansweredIsNoChange_data();
+    void unansweredIsNoChange();
+    void writtenFileIsKnown();
+    void hashDoesNotMindThePieces();
+    void obstacles_data();
+    void obstacles();
+    void everyFailingCallOfObstacles();
+
+private:
+    using Act = std::function<void()>;
+
+    FileVersion read() const
+    {
+        QByteArray bytes;
+        FileStamp stamp;
+        readFileFrom(QFile::decodeName(m_name), 0, bytes, stamp);
+        return FileVersion(stamp, bytes);
+    }
+    /// As if it had been written long ago.
+    void age(const QByteArray &name) const
+    {
+        const timespec times[2] = { { 1000, 0 }, { 1000, 0 } };
+        QCOMPARE(::utimensat(AT_FDCWD, name.constData(), times, 0), 0);
+    }
+    void append(const QByteArray &bytes) const
+    {
+        QFile file(QFile::decodeName(m_name));
+        QVERIFY(file.open(QIODevice::Append));
+        QCOMPARE(file.write(bytes), bytes.size());
+    }
+    void renameOver(const QByteArray &content) const
+    {
+        writeFile(m_folder + "other", content);
+        QCOMPARE(::rename((m_folder + "other").constData(), m_name.constData()), 0);
+    }
+
+    QByteArray m_name;
+};
+
+void FileVersionTest::init()
+{
+    prepareFolder();
+    m_name = prepare(Way::Replace);
+}
+
+void FileVersionTest::changes_data()
+{
+    QTest::addColumn<Act>("act");
+    QTest::addColumn<FileChange>("change");
+    QTest::newRow("nothing") << Act([] {}) << FileChange::None;
+    QTest::newRow("written in place")
+        << Act([this] { writeFile(m_name, "the NEW content\n"); }) << FileChange::Changed;
+    QTest::newRow("written longer") << Act([this] { writeFile(m_name, "the NEW content and more\n"); })
+                                    << FileChange::Changed;
+    QTest::newRow("truncated") << Act([this] { QCOMPARE(::truncate(m_name.constData(), 4), 0); })
+                               << FileChange::Changed;
+    QTest::newRow("emptied") << Act([this] { QCOMPARE(::truncate(m_name.constData(), 0), 0); })
+                             << FileChange::Changed;
+    QTest::newRow("added to") << Act([this] { append("more\n"); }) << FileChange::Grown;
+    QTest::newRow("another file over it") << Act([this] { renameOver("other"); }) << FileChange::Replaced;
+    QTest::newRow("another file that begins so")
+        << Act([this] { renameOver(m_old + "more\n"); }) << FileChange::Replaced;
+    QTest::newRow("deleted") << Act([this] { QCOMPARE(::unlink(m_name.constData()), 0); })
+                             << FileChange::Deleted;
+    QTest::newRow("deleted and made again") << Act([this] {
+        QCOMPARE(::unlink(m_name.constData()), 0);
+        writeFile(m_folder + "in its place", "x");
+        writeFile(m_name, "again");
+    }) << FileChange::Replaced;
+    QTest::newRow("a folder in its place") << Act([this] {
+        QCOMPARE(::unlink(m_name.constData()), 0);
+        QCOMPARE(::mkdir(m_name.constData(), 0700), 0);
+    }) << FileChange::Replaced;
+    QTest::newRow("link to another file") << Act([this] {
+        QCOMPARE(::rename(m_name.constData(), (m_folder + "moved").constData()), 0);
+        writeFile(m_folder + "other", "other");
+        QCOMPARE(::symlink("other", m_name.constData()), 0);
+    }) << FileChange::Replaced;
+}
+
+void FileVersionTest::changes()
+{
+    QFETCH(Act, act);
+    QFETCH(FileChange, change);
+    for (const bool isOld : { true, false }) {
+        init();
+        if (isOld)
+            age(m_name);
+        FileVersion version = read();
+        act();
+        QCOMPARE(version.changeOf(m_name, FileCalls::system()), change);
+        QCOMPARE(version.changeOf(m_name, FileCalls::system()), change);
+    }
+}
+
+void FileVersionTest::sameBytesAreNoChange_data()
+{
+    QTest::addColumn<Act>("act");
+    QTest::newRow("touched") << Act(
+        [this] { QCOMPARE(::utimensat(AT_FDCWD, m_name.constData(), nullptr, 0), 0); });
+    QTest::newRow("other rights") << Act([this] { QCOMPARE(::chmod(m_name.constData(), 0640), 0); });
+    QTest::newRow("written the same") << Act([this] { writeFile(m_name, m_old); });
+    QTest::newRow("replaced by the same") << Act([this] { renameOver(m_old); });
+}
+
+/// Known by its new times then: not read at the next look.
+void FileVersionTest::sameBytesAreNoChange()
+{
+    QFETCH(Act, act);
+    age(m_name);
+    FileVersion version = read();
+    act();
+    age(m_name);
+    QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::None);
+    int count = 0;
+    const FileCalls calls = withFaults(FileCalls::system(), [&](const QByteArray &) {
+        ++count;
+        return 0;
+    });
+    QCOMPARE(version.changeOf(m_name, calls), FileChange::None);
+    QCOMPARE(count, 1);
+}
+
+void FileVersionTest::unchangedFileCostsOneCall()
+{
+    age(m_name);
+    FileVersion version = read();
+    QByteArrayList made;
+    const FileCalls calls = withFaults(FileCalls::system(), [&](const QByteArray &call) {
+        made << call;
+        return 0;
+    });
+    QCOMPARE(version.changeOf(m_name, calls), FileChange::None);
+    QCOMPARE(made, QByteArrayList{ "stat" });
+}
+
+/// Its times may say nothing of a write that comes right behind.
+void FileVersionTest::youngFileIsCompared()
+{
+    FileVersion version = read();
+    const struct stat before = statOf(m_name);
+    writeFile(m_name, "the NEW content\n");
+    FileCalls calls = FileCalls::system();
+    calls.stat = [&](const char *, struct stat *info) {
+        *info = before;
+        return 0;
+    };
+    QCOMPARE(version.changeOf(m_name, calls), FileChange::Changed);
+}
+
+void FileVersionTest::largeFileIsKnownByItsEnd()
+{
+    const QByteArray end(1000, 'e');
+    QCOMPARE(::truncate(m_name.constData(), FileVersion::mostCompared + 5000), 0);
+    append(end);
+    age(m_name);
+    FileVersion version = read();
+    append("more\n");
+    QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::Grown);
+    QCOMPARE(::truncate(m_name.constData(), FileVersion::mostCompared + 6000), 0);
+    QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::Changed);
+    age(m_name);
+    QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::None);
+}
+
+void FileVersionTest::noFileHasNoChange()
+{
+    FileVersion version;
+    QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::None);
+    QCOMPARE(version.changeOf(m_folder + "missing", FileCalls::system()), FileChange::None);
+}
+
+void FileVersionTest::unansweredIsNoChange_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::newRow("EIO") << EIO;
+    QTest::newRow("EACCES") << EACCES;
+    QTest::newRow("ESTALE") << ESTALE;
+}
+
+void FileVersionTest::unansweredIsNoChange()
+{
+    QFETCH(int, error);
+    FileVersion version = read();
+    const FileCalls calls =
+        withFaults(FileCalls::system(), [&](const QByteArray &call) { return call == "stat" ? error : 0; });
+    QCOMPARE(version.changeOf(m_name, calls), FileChange::None);
+}
+
+void FileVersionTest::writtenFileIsKnown()
+{
+    for (const Way way : { Way::NewFile, Way::Replace, Way::ThroughLink, Way::HardLink, Way::ClosedFolder }) {
+        init();
+        ::unlink(m_name.constData());
+        const QByteArray name = prepare(way);
+        const FileCalls calls = callsFor(way);
+        SafeFile file(name, calls);
+        QVERIFY(save(file, m_new));
+        FileVersion version = file.version();
+        QCOMPARE(version.stamp().size, m_new.size());
+        QCOMPARE(version.changeOf(name, calls), FileChange::None);
+        QByteArray other = m_new;
+        other[1] = 'x';
+        writeFile(name, other);
+        QCOMPARE(version.changeOf(name, calls), FileChange::Changed);
+    }
+}
+
+void FileVersionTest::hashDoesNotMindThePieces()
+{
+    QByteArray bytes;
+    for (int i = 0; i < 20000; ++i)
+        bytes.append(char(i * i / 7));
+    ContentHash whole;
+    whole.add(bytes);
+    for (const qsizetype piece : { 1, 7, 4095, 4096, 4097, 9000 }) {
+        ContentHash hash;
+        for (qsizetype at = 0; at < bytes.size(); at += piece)
+            hash.add(QByteArrayView(bytes).sliced(at, qMin(piece, bytes.size() - at)));
+        QCOMPARE(hash.value(), whole.value());
+    }
+    ContentHash other;
+    other.add(bytes.chopped(1));
+    QVERIFY(other.value() != whole.value());
+}
+
+void FileVersionTest::obstacles_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<quint64>("freeBlocks");
+    QTest::addColumn<int>("obstacle"); // -1: none
+    constexpr quint64 much = 1 << 20;
+    QTest::newRow("none") << 0 << much << -1;
+    QTest::newRow("not allowed") << EACCES << much << int(WriteObstacle::NotAllowed);
+    QTest::newRow("immutable") << EPERM << much << int(WriteObstacle::NotAllowed);
+    QTest::newRow("read-only") << EROFS << much << int(WriteObstacle::ReadOnlyDisk);
+    QTest::newRow("gone") << ENOENT << much << -1;
+    QTest::newRow("full") << 0 << quint64{ 0 } << int(WriteObstacle::FullDisk);
+    QTest::newRow("nearly full") << 0 << quint64{ 256 } << int(WriteObstacle::FullDisk);
+    QTest::newRow("room enough") << 0 << quint64{ 257 } << -1;
+}
+
+void FileVersionTest::obstacles()
+{
+    QFETCH(int, error);
+    QFETCH(quint64, freeBlocks);
+    QFETCH(int, obstacle);
+    FileCalls calls = FileCalls::system();
+    calls.access = [error](const char *, int mode, int flags) {
+        errno = error;
+        return error != 0 || mode != W_OK || flags != AT_EACCESS ? -1 : 0;
+    };
+    calls.statvfs = [freeBlocks](const char *, struct statvfs *disk) {
+        *disk = {};
+        disk->f_frsize = 4096;
+        disk->f_blocks = 1 << 21;
+        disk->f_bavail = freeBlocks;
+        return 0;
+    };
+    const auto found = writeObstacle(m_name, calls);
+    QCOMPARE(found ? int(*found) : -1, obstacle);
+}
+
+/// What the disk does not say is no obstacle.
+void FileVersionTest::everyFailingCallOfObstacles()
+{
+    for (const char *failing : { "access", "statvfs", "stat" }) {
+        const FileCalls calls = withFaults(
+            FileCalls::system(), [&](const QByteArray &call) { return call == failing ? EIO : 0; });
+        QVERIFY(!writeObstacle(m_name, calls));
+    }
+}
+
+Q_DECLARE_METATYPE(FileChange)
+
+REGISTER_TEST(runCoreTest<FileVersionTest>)
+#include "fileversion_test.moc"

@@ -1,0 +1,258 @@
+#include "files/oldcopy.h"
+
+#include "files/statefolder.h"
+#include "files/ownfile.h"
+#include "files/stagedfile.h"
+#include "tests/files/savedfile.h"
+#include "tests/testprogram.h"
+
+#include <csignal>
+
+#include <sys/file.h>
+#include <sys/wait.h>
+
+/// What a program that was stopped in the middle of a save leaves behind, and what a later one makes of it.
+class LeftoverTest : public QObject, SavedFile {
+    Q_OBJECT
+
+private slots:
+    void init() { prepareFolder(); }
+
+    void killedAtEveryCall_data();
+    void killedAtEveryCall();
+    void copyIsNamedByItsFile();
+    void copyInUseIsLeftAlone();
+    void unfinishedCopyGoes();
+    void nameWithoutACopyGoes();
+    void copyOfAnEarlierVersionIsFound();
+    void strays_data();
+    void strays();
+    void strayInUseIsLeftAlone();
+    void foldersAreLookedThroughOnce();
+    void lookIsBounded();
+    void newFileThatIsTakenForAStrayIsMadeAgain();
+    void withoutLocksNothingIsTaken();
+    void longNamesAreCutBetweenCharacters();
+
+private:
+    /// Saves in a process that is killed before its step-th call, which is after the one before that; whether
+    /// it came to that.
+    bool saveKilled(const QByteArray &name, Way way, int step);
+    QByteArray copyName() const { return stateFolder() + ".marlopad-copy-0123456789abc"; }
+};
+
+bool LeftoverTest::saveKilled(const QByteArray &name, Way way, int step)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        int count = 0;
+        const FileCalls calls = withFaults(callsFor(way), [&](const QByteArray &) {
+            if (++count == step)
+                ::kill(::getpid(), SIGKILL);
+            return 0;
+        });
+        ::_exit(save(name, m_new, calls) ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+}
+
+void LeftoverTest::killedAtEveryCall_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("new file") << int(Way::NewFile);
+    QTest::newRow("replaced") << int(Way::Replace);
+    QTest::newRow("through a link") << int(Way::ThroughLink);
+    QTest::newRow("hard link") << int(Way::HardLink);
+    QTest::newRow("closed folder") << int(Way::ClosedFolder);
+}
+
+/// The file is the old or the new one, or else there is a copy of the old one that says so; the next start
+/// finds nothing else.
+void LeftoverTest::killedAtEveryCall()
+{
+    QFETCH(int, way);
+    bool killed = true;
+    for (int step = 1; killed; ++step) {
+        init();
+        const QByteArray name = prepare(Way(way));
+        const QStringList before = listing();
+        killed = saveKilled(name, Way(way), step);
+        const QByteArray content = contentOf(name);
+        const bool isNew = Way(way) == Way::NewFile;
+        const QList<LostCopy> copies = lostCopies();
+        for (const LostCopy &copy : copies) {
+            QCOMPARE(contentOf(copy.name), m_old);
+            QCOMPARE(copy.file, m_folder + "file.txt");
+        }
+        QVERIFY(
+            content == m_new || !copies.isEmpty() || (isNew ? content == "(unreadable)" : content == m_old));
+        removeStagedStrays(m_folder);
+        const bool isMade = isNew && content == m_new;
+        QCOMPARE(listing(), isMade ? QStringList(QStringLiteral("file.txt")) : before);
+        QCOMPARE(keptFiles().size(), 2 * copies.size());
+    }
+}
+
+void LeftoverTest::copyIsNamedByItsFile()
+{
+    const QByteArray name = prepare(Way::HardLink);
+    OldCopy copy(FileCalls::system());
+    QVERIFY(copy.make(name));
+    const QByteArray left = copy.leave();
+    const QList<LostCopy> copies = lostCopies();
+    QCOMPARE(copies.size(), 1);
+    QCOMPARE(copies[0].name, left);
+    QCOMPARE(copies[0].file, name);
+    QCOMPARE(copies[0].size, m_old.size());
+    QVERIFY(copies[0].time > 0);
+    removeLostCopy(left);
+    QCOMPARE(keptFiles(), QStringList());
+}
+
+void LeftoverTest::copyInUseIsLeftAlone()
+{
+    OldCopy copy(FileCalls::system());
+    QVERIFY(copy.make(prepare(Way::HardLink)));
+    QVERIFY(lostCopies().isEmpty());
+    QCOMPARE(keptFiles().size(), 2);
+    QCOMPARE(copy.size(), m_old.size());
+}
+
+void LeftoverTest::unfinishedCopyGoes()
+{
+    QVERIFY(makePrivateFolder(FileCalls::system(), stateFolder()));
+    writeFile(copyName(), "half of it");
+    QVERIFY(lostCopies().isEmpty());
+    QCOMPARE(keptFiles(), QStringList());
+}
+
+void LeftoverTest::nameWithoutACopyGoes()
+{
+    QVERIFY(makePrivateFolder(FileCalls::system(), stateFolder()));
+    writeFile(copyName() + ".of", "/home/somebody/file.txt");
+    writeFile(stateFolder() + "other.of", "of something else");
+    QVERIFY(lostCopies().isEmpty());
+    QCOMPARE(keptFiles(), QStringList(QStringLiteral("other.of")));
+}
+
+void LeftoverTest::copyOfAnEarlierVersionIsFound()
+{
+    QVERIFY(makePrivateFolder(FileCalls::system(), stateFolder()));
+    const QByteArray name = stateFolder() + ".marlopad-1y2p0ij32e8e";
+    writeFile(name, m_old);
+    const QList<LostCopy> copies = lostCopies();
+    QCOMPARE(copies.size(), 1);
+    QCOMPARE(copies[0].name, name);
+    QCOMPARE(copies[0].file, QByteArray());
+    QCOMPARE(contentOf(name), m_old);
+}
+
+void LeftoverTest::strays_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<bool>("goes");
+    QTest::newRow("of a save") << QByteArray(".file.txt.marlopad-0123456789abc") << true;
+    QTest::newRow("of a save of any bytes") << QByteArray(".\x83\x65\xff.marlopad-zzzzzzzzzzzzz") << true;
+    QTest::newRow("not hidden") << QByteArray("file.txt.marlopad-0123456789abc") << false;
+    QTest::newRow("digits missing") << QByteArray(".file.txt.marlopad-0123456789ab") << false;
+    QTest::newRow("no digits") << QByteArray(".file.txt.marlopad-0123456789ABC") << false;
+    QTest::newRow("no file's name") << QByteArray(".marlopad-0123456789abc") << false;
+    QTest::newRow("a copy of old content") << QByteArray(".marlopad-copy-0123456789abc") << false;
+    QTest::newRow("another program's") << QByteArray(".file.txt.other-0123456789abc") << false;
+}
+
+void LeftoverTest::strays()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(bool, goes);
+    writeFile(m_folder + name, "half of it");
+    removeStagedStrays(m_folder);
+    QCOMPARE(listing().isEmpty(), goes);
+}
+
+void LeftoverTest::strayInUseIsLeftAlone()
+{
+    QByteArray name;
+    const int fd = createOwnFile(FileCalls::system(), stagedPrefix(m_folder, "file.txt"), &name);
+    QVERIFY(fd != -1);
+    const QByteArray linked = m_folder + ".file.txt.marlopad-0123456789abc";
+    writeFile(linked, "of two names");
+    QCOMPARE(::link(linked.constData(), (m_folder + "other").constData()), 0);
+    const QByteArray link = m_folder + ".file.txt.marlopad-0123456789abd";
+    QCOMPARE(::symlink("other", link.constData()), 0);
+    const QStringList before = listing();
+    removeStagedStrays(m_folder);
+    QCOMPARE(listing(), before);
+    ::close(fd);
+}
+
+void LeftoverTest::foldersAreLookedThroughOnce()
+{
+    removeStagedStraysOnce(m_folder);
+    writeFile(m_folder + ".file.txt.marlopad-0123456789abc", "half of it");
+    removeStagedStraysOnce(m_folder);
+    QCOMPARE(listing().size(), 1);
+}
+
+void LeftoverTest::lookIsBounded()
+{
+    for (int number = 0; number < 20; ++number)
+        writeFile(m_folder + QByteArray::number(number), "");
+    int found = 0;
+    forEachName(FileCalls::system(), m_folder, 7, [&](const QByteArray &) { ++found; });
+    QCOMPARE(found, 7);
+    found = 0;
+    forEachName(FileCalls::system(), m_folder + "missing/", 7, [&](const QByteArray &) { ++found; });
+    QCOMPARE(found, 0);
+}
+
+/// Another program looks through the folder between the making of the file and its lock.
+void LeftoverTest::newFileThatIsTakenForAStrayIsMadeAgain()
+{
+    QByteArray taken;
+    FileCalls calls = FileCalls::system();
+    calls.open = [&](const char *name, int flags, mode_t mode) {
+        const int fd = ::open(name, flags, mode);
+        if ((flags & O_CREAT) && taken.isEmpty()) {
+            taken = name;
+            ::unlink(name);
+        }
+        return fd;
+    };
+    QByteArray name;
+    const int fd = createOwnFile(calls, m_folder + ".marlopad-", &name);
+    QVERIFY(fd != -1);
+    QVERIFY(name != taken);
+    QCOMPARE(listing().size(), 1);
+    ::close(fd);
+}
+
+void LeftoverTest::withoutLocksNothingIsTaken()
+{
+    FileCalls calls = FileCalls::system();
+    calls.flock = [](int, int) {
+        errno = ENOLCK;
+        return -1;
+    };
+    QByteArray name;
+    const int fd = createOwnFile(calls, stagedPrefix(m_folder, "file.txt"), &name);
+    QVERIFY(fd != -1);
+    removeStagedStrays(m_folder, calls);
+    QCOMPARE(listing().size(), 1);
+    ::close(fd);
+}
+
+void LeftoverTest::longNamesAreCutBetweenCharacters()
+{
+    const QByteArray name = QByteArray("x") + QByteArray("\xe3\x81\x82").repeated(84);
+    writeFile(m_folder + name, m_old);
+    QVERIFY(save(m_folder + name, m_new));
+    QCOMPARE(contentOf(m_folder + name), m_new);
+    QCOMPARE(shortName(name), QByteArrayView(name).first(100));
+    QCOMPARE(shortName("x" + name), QByteArrayView("x" + name).first(98).toByteArray());
+}
+
+REGISTER_TEST(runCoreTest<LeftoverTest>)
+#include "leftover_test.moc"
