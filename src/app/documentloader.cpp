@@ -124,6 +124,38 @@ void DocumentLoader::offerCode(ctlEditer *editor, CharCode charCode)
         { NoticeKind::OtherCode, editor, text, { { offer, [=, this] { reopen(editor, charCode); } } } });
 }
 
+bool DocumentLoader::openUnsaved(const QString &path, const QString &name, std::optional<CharCode> charCode)
+{
+    m_documents.commitComposition();
+    ctlEditer *const before = m_documents.current();
+    ctlEditer *const editor = m_documents.add(FileName::forDisplay(name));
+    KeyPause::begin();
+    const FileChoice file = fileOf(path, charCode);
+    if (!editor->loadFile(file.folder, file.name, file.charCode ? int(*file.charCode) : 0)) {
+        m_documents.close(editor);
+        if (before)
+            m_documents.present(before);
+        return false;
+    }
+    editor->document().detachFromFile(name);
+    m_documents.notices().withdrawAllAbout(editor); // they are about the file
+    m_documents.refresh(editor);
+    m_documents.present(editor);
+    return true;
+}
+
+void DocumentLoader::reload(ctlEditer *editor)
+{
+    if (editor->edited() && !isReloadWanted(*editor))
+        return;
+    const RowCol cursor = editor->cursorPosition();
+    const qint64 top = editor->topRow();
+    if (!loadInto(editor, { editor->path(), editor->name(), codeToReload(*editor) }))
+        return;
+    editor->setCursorPosition(cursor.row, cursor.column);
+    editor->setTopRow(top);
+}
+
 /// Keys that are pressed meanwhile were not meant for what the document shows then.
 bool DocumentLoader::load(ctlEditer *editor, const FileChoice &file)
 {

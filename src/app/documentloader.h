@@ -27,6 +27,12 @@ public:
     void openChosen(ctlEditer *editor, const FileChoice &file);
     /// Has the user choose the file.
     void askAndOpen();
+    /// Opens a file's text as that of a document that was never saved, named so. False, after telling the
+    /// user, when it cannot be read; there is no document then.
+    bool openUnsaved(const QString &path, const QString &name, std::optional<CharCode> charCode);
+    /// Reads a document's file again, as other programs have made it; asks before edits are thrown away.
+    /// Cursor and view stay in their rows.
+    void reload(ctlEditer *editor);
     /// Asks whether to read the current document's file again, and does; nothing for one that has none.
     void askAndReload();
     /// Reads a document's file again with another code; asks before edits are thrown away.

@@ -5,6 +5,7 @@
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "files/filename.h"
+#include "files/statefolder.h"
 #include "platform/qcop.h"
 
 #include <QDir>
@@ -29,8 +30,10 @@ void announceSaved(const ctlEditer &editor)
 /// made: it is more likely mistyped.
 void makeDocumentsFolder(const QString &folder)
 {
-    if (folder == QDir::homePath() + u"/Documents/"_s && !FileName::exists(folder))
-        ::mkdir(FileName::toBytes(folder).constData(), S_IRWXU | S_IRWXG | S_IRWXO);
+    if (folder != QDir::homePath() + u"/Documents/"_s || FileName::exists(folder))
+        return;
+    if (::mkdir(FileName::toBytes(folder).constData(), S_IRWXU | S_IRWXG | S_IRWXO) == 0)
+        syncFolder(FileCalls::system(), FileName::toBytes(QDir::homePath() + u'/'));
 }
 
 } // namespace

@@ -52,6 +52,7 @@ frmMain::frmMain(QWidget *parent, WindowDialogs dialogs)
     connectParts();
     retranslate();
     resize(normalSize.boundedTo(screen()->availableSize()));
+    m_parts->interruptedSaves.tell();
 }
 
 frmMain::~frmMain()

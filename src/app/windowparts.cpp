@@ -23,6 +23,9 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , search(window, documents)
     , writingNotices(documents, saver)
     , readingNotices(documents, loader)
+    , diskNotices(window, documents, loader, saver)
+    , obstacleNotices(documents, saver)
+    , interruptedSaves(documents, loader)
 {
     window.setCentralWidget(&documents);
 }

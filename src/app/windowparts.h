@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/commandbar.h"
+#include "app/disknotices.h"
 #include "app/documentarea.h"
 #include "app/documentcloser.h"
 #include "app/documentjournals.h"
@@ -9,8 +10,10 @@
 #include "app/firstdocument.h"
 #include "app/fullscreen.h"
 #include "app/interfacelanguage.h"
+#include "app/interruptedsaves.h"
 #include "app/lastwrites.h"
 #include "app/mainmenus.h"
+#include "app/obstaclenotices.h"
 #include "app/readingnotices.h"
 #include "app/recentmenu.h"
 #include "app/recentplaces.h"
@@ -49,4 +52,7 @@ struct WindowParts {
     SearchRuns search;
     WritingNotices writingNotices;
     ReadingNotices readingNotices;
+    DiskNotices diskNotices;
+    ObstacleNotices obstacleNotices;
+    InterruptedSaves interruptedSaves;
 };

@@ -12,14 +12,18 @@ struct KindWeight {
 /// With gaps, so that a kind can be put between two others.
 constexpr KindWeight weights[] = {
     { NoticeKind::Unsaved, 900 },
+    { NoticeKind::InterruptedSave, 800 },
+    { NoticeKind::ChangedOnDisk, 700 },
     { NoticeKind::OtherCode, 550 },
     { NoticeKind::CannotWrite, 500 },
+    { NoticeKind::NotWritable, 480 },
     { NoticeKind::ReplacedInPart, 450 },
     { NoticeKind::Utf16, 420 },
     { NoticeKind::WrongCode, 400 },
     { NoticeKind::KeptFile, 350 },
     { NoticeKind::RewrittenBytes, 300 },
     { NoticeKind::NoRecovery, 250 },
+    { NoticeKind::Following, 100 },
 };
 
 } // namespace

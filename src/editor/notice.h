@@ -9,6 +9,8 @@ class QObject;
 
 /// What notices tell of. About one document, and about the program, there is at most one of each kind.
 enum class NoticeKind {
+    InterruptedSave, ///< a copy of old bytes that a save left which did not end
+    ChangedOnDisk, ///< another program has written, replaced or deleted the file
     CannotWrite, ///< characters that the document's code lacks
     OtherCode, ///< the file is open, and the user wanted to read it with another code
     ReplacedInPart, ///< hits that were replaced only in part
@@ -18,6 +20,8 @@ enum class NoticeKind {
     WrongCode, ///< bytes that do not fit the code that the file was read with, or fit another one
     NoRecovery, ///< text that is not saved cannot be kept for the next start
     Unsaved, ///< texts that were not saved when the program last ended
+    NotWritable, ///< the file cannot be written, or its disk is full
+    Following, ///< what is written behind the file's end comes into the text
 };
 
 /// Of several notices the one of the heaviest kind is shown.

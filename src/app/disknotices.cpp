@@ -1,0 +1,149 @@
+#include "app/disknotices.h"
+
+#include "app/documentarea.h"
+#include "app/documentfile.h"
+#include "app/documentloader.h"
+#include "app/documentsaver.h"
+#include "platform/qpeapplication.h"
+
+#include <QEvent>
+
+DiskNotices::DiskNotices(
+    QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver)
+    : m_documents(documents)
+    , m_loader(loader)
+    , m_saver(saver)
+{
+    window.installEventFilter(this);
+    connect(&documents, &DocumentArea::added, this, &DiskNotices::listenTo);
+    connect(&documents, &DocumentArea::currentChanged, this, &DiskNotices::showDocument);
+    connect(&documents, &DocumentArea::closed, this, &DiskNotices::stopFollowing);
+    connect(&m_watch, &DiskWatch::happened, this, [this] { showDocument(m_documents.current()); });
+}
+
+bool DiskNotices::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        showDocument(m_documents.current());
+    return QObject::eventFilter(watched, event);
+}
+
+void DiskNotices::listenTo(ctlEditer *editor)
+{
+    const TextDocument &document = editor->document();
+    const auto note = [this, editor] { noteFile(editor); };
+    connect(&document, &TextDocument::replaced, this, note);
+    connect(&document, &TextDocument::saved, this, note);
+    connect(&document, &TextDocument::changed, this, [this, editor] {
+        if (editor->edited())
+            stopFollowing(editor);
+    });
+}
+
+/// Another file may have the name since, which the watch does not know.
+void DiskNotices::showDocument(ctlEditer *editor)
+{
+    m_watch.setFile(editor && hasFile(*editor) ? fullName(*editor) : QString());
+    if (editor)
+        check(editor);
+}
+
+/// It was read or written.
+void DiskNotices::noteFile(ctlEditer *editor)
+{
+    m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
+    if (editor == m_documents.current() && hasFile(*editor))
+        m_watch.setFile(fullName(*editor));
+}
+
+void DiskNotices::check(ctlEditer *editor)
+{
+    if (!hasFile(*editor))
+        return;
+    const FileChange change = editor->document().fileChange();
+    if (change == FileChange::Grown && m_followed.contains(editor))
+        readOn(editor);
+    else if (change != FileChange::None)
+        tell(editor, change);
+    else
+        m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
+}
+
+QString DiskNotices::textOf(FileChange change)
+{
+    switch (change) {
+    case FileChange::Grown:
+        return tr("Another program has added to this file.");
+    case FileChange::Changed:
+        return tr("Another program has changed this file.");
+    case FileChange::Replaced:
+        return tr("Another program has replaced this file.");
+    case FileChange::Deleted:
+        return tr("This file was deleted. Saving makes it again.");
+    case FileChange::None:
+        break;
+    }
+    return {};
+}
+
+void DiskNotices::tell(ctlEditer *editor, FileChange change)
+{
+    Notice notice{ NoticeKind::ChangedOnDisk, editor, [change] { return textOf(change); }, {} };
+    const auto offer = [&notice](auto text, auto act) { notice.offers.push_back({ text, act }); };
+    const bool canFollow = !editor->edited() && editor->document().charCode() != CharCode::Unicode;
+    if (change == FileChange::Grown && canFollow)
+        offer([] { return tr("Follow"); }, [this, editor] { follow(editor); });
+    if (change != FileChange::Deleted) {
+        offer([] { return tr("Reload"); }, [this, editor] { reload(editor); });
+        offer([] { return tr("Keep mine"); }, [this, editor] { keep(editor); });
+        offer([] { return tr("Show both"); }, [this, editor] { showBoth(editor); });
+    } else {
+        offer([] { return tr("Save"); }, [this, editor] { m_saver.save(editor); });
+        offer([] { return tr("Keep mine"); }, [this, editor] { keep(editor); });
+    }
+    notice.dismissed = [this, editor] { keep(editor); };
+    m_documents.notices().put(std::move(notice));
+}
+
+void DiskNotices::reload(ctlEditer *editor)
+{
+    m_loader.reload(editor);
+    check(editor);
+}
+
+void DiskNotices::keep(ctlEditer *editor)
+{
+    editor->document().acknowledgeFile();
+    m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
+}
+
+void DiskNotices::showBoth(ctlEditer *editor)
+{
+    if (m_loader.openUnsaved(fullName(*editor), tr("%1 on disk").arg(editor->name()), {}))
+        keep(editor);
+}
+
+void DiskNotices::follow(ctlEditer *editor)
+{
+    m_followed.insert(editor);
+    m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
+    Notice notice{ NoticeKind::Following, editor,
+        [] { return tr("What is added to this file comes into the text."); }, {} };
+    notice.offers.push_back({ [] { return tr("Stop"); }, [this, editor] { stopFollowing(editor); } });
+    notice.dismissed = [this, editor] { stopFollowing(editor); };
+    m_documents.notices().put(std::move(notice));
+    check(editor);
+}
+
+/// While a dialog is open, or replacements run, the text waits; the next look comes when that has gone.
+void DiskNotices::readOn(ctlEditer *editor)
+{
+    if (!QPEApplication::isBusy())
+        editor->readGrowth();
+}
+
+void DiskNotices::stopFollowing(ctlEditer *editor)
+{
+    if (m_followed.remove(editor))
+        m_documents.notices().withdraw(NoticeKind::Following, editor);
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/diskwatch.h"
+#include "files/fileversion.h"
+
+#include <QCoreApplication>
+#include <QSet>
+
+class DocumentArea;
+class DocumentLoader;
+class DocumentSaver;
+class ctlEditer;
+struct Notice;
+
+/// Tells the user what other programs do to the files of documents, and offers to read it, to keep what the
+/// document has, to see both, or to follow a file that grows.
+///
+/// A document's file is looked at when the system tells of something, when the window or the document's tab
+/// gets to the front, and before it is saved (see DocumentVersion::beginWriting).
+class DiskNotices : public QObject {
+    Q_OBJECT
+public:
+    /// `window` is the one whose coming to the front counts.
+    DiskNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void listenTo(ctlEditer *editor);
+    void showDocument(ctlEditer *editor);
+    void noteFile(ctlEditer *editor);
+    void check(ctlEditer *editor);
+    void tell(ctlEditer *editor, FileChange change);
+    static QString textOf(FileChange change);
+
+    void reload(ctlEditer *editor);
+    void keep(ctlEditer *editor);
+    void showBoth(ctlEditer *editor);
+
+    void follow(ctlEditer *editor);
+    void readOn(ctlEditer *editor);
+    void stopFollowing(ctlEditer *editor);
+
+    DocumentArea &m_documents;
+    DocumentLoader &m_loader;
+    DocumentSaver &m_saver;
+    DiskWatch m_watch; ///< of the current document's file
+    QSet<const ctlEditer *> m_followed;
+};

@@ -1,0 +1,430 @@
+#include "app/disknotices.h"
+
+#include "app/documentarea.h"
+#include "app/documentsaver.h"
+#include "app/obstaclenotices.h"
+#include "app/recentplaces.h"
+#include "files/statefolder.h"
+#include "tests/app/stripinwindow.h"
+#include "tests/filedialog/formtest.h"
+#include "tests/testprogram.h"
+
+#include <QSignalSpy>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString changedText = u"Another program has changed this file."_s;
+const QString replacedText = u"Another program has replaced this file."_s;
+const QString grownText = u"Another program has added to this file."_s;
+const QString deletedText = u"This file was deleted. Saving makes it again."_s;
+const QString followingText = u"What is added to this file comes into the text."_s;
+
+} // namespace
+
+/// What the window tells of other programs, as its user meets it.
+class DiskNoticesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void tellsOfAWrite();
+    void tellsOfAnotherFileUnderTheName();
+    void tellsOfADeletion();
+    void takesItBack();
+    void saysNothingOfOwnSaves();
+    void reloads();
+    void asksBeforeEditsGo();
+    void keepsMine();
+    void showsBoth();
+    void saveOverAChangedFileKeepsIt();
+    void savesADeletedFileAgain();
+    void looksWhenTheTabIsShown();
+    void looksWhenTheWindowIsActive();
+    void watchesTwoFilesOfMany();
+    void follows();
+    void followingStopsWithAnEdit();
+    void followingIsStopped();
+    void viewInTheMiddleStays();
+    void tellsOfAFileThatCannotBeWritten();
+    void tellsOfAnInterruptedSave();
+    void interruptedSavesAreToldOneAfterTheOther();
+    void fitsASmallScreen_data();
+    void fitsASmallScreen();
+
+private:
+    ctlEditer &editor() const { return *m_window->currentEditor(); }
+    bool append(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(m_files->folder() + name);
+        return file.open(QIODevice::Append) && file.write(bytes) == bytes.size();
+    }
+    void remake();
+    QByteArray leaveCopy(const QByteArray &digits, const QByteArray &of, const QByteArray &content) const;
+
+    std::unique_ptr<TestFiles> m_files;
+    std::unique_ptr<TestWindow> m_window;
+    std::optional<StripInWindow> m_strip;
+};
+
+void DiskNoticesTest::init()
+{
+    resetSettings();
+    qputenv("QPEDIR", BUILT_QPE_DIR);
+    QDir(QFile::decodeName(stateFolder())).removeRecursively();
+    m_files = std::make_unique<TestFiles>();
+    remake();
+    m_window->slotCmdFileCloseTab();
+    m_window->setDocument(m_files->write(u"a.txt"_s, "old\n"));
+}
+
+void DiskNoticesTest::cleanup()
+{
+    for (ctlEditer *editor : m_window->tabBar()->editors())
+        editor->setEdited(false);
+    m_window.reset();
+}
+
+void DiskNoticesTest::remake()
+{
+    m_window = std::make_unique<TestWindow>();
+    m_strip.emplace(*m_window);
+    QVERIFY(m_window->open());
+}
+
+QByteArray DiskNoticesTest::leaveCopy(
+    const QByteArray &digits, const QByteArray &of, const QByteArray &content) const
+{
+    makePrivateFolder(FileCalls::system(), stateFolder());
+    const QByteArray name = stateFolder() + ".marlopad-copy-" + digits;
+    for (const auto &[file, bytes] : { std::pair(name, content), std::pair(name + ".of", of) }) {
+        QFile written(QFile::decodeName(file));
+        if (!written.open(QIODevice::WriteOnly) || written.write(bytes) != bytes.size())
+            return {};
+    }
+    return name;
+}
+
+void DiskNoticesTest::tellsOfAWrite()
+{
+    QVERIFY(!m_strip->isShown());
+    m_files->write(u"a.txt"_s, "new\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+    QCOMPARE(m_strip->offers(), QStringList({ u"Reload"_s, u"Keep mine"_s, u"Show both"_s }));
+    QCOMPARE(editor().text(), u"old\n"_s);
+    QVERIFY(!editor().edited());
+}
+
+void DiskNoticesTest::tellsOfAnotherFileUnderTheName()
+{
+    const QString other = m_files->write(u"other"_s, "new\n");
+    QCOMPARE(::rename(other.toUtf8().constData(), (m_files->folder() + u"a.txt"_s).toUtf8().constData()), 0);
+    QTRY_COMPARE(m_strip->text(), replacedText);
+    QVERIFY(m_strip->click(u"Reload"_s));
+    QCOMPARE(editor().text(), u"new\n"_s);
+    m_files->write(u"a.txt"_s, "written into the new one\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+}
+
+void DiskNoticesTest::tellsOfADeletion()
+{
+    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
+    QTRY_COMPARE(m_strip->text(), deletedText);
+    QCOMPARE(m_strip->offers(), QStringList({ u"Save"_s, u"Keep mine"_s }));
+    QVERIFY(m_strip->click(u"Keep mine"_s));
+    QVERIFY(!m_strip->isShown());
+    QCOMPARE(editor().text(), u"old\n"_s);
+}
+
+void DiskNoticesTest::takesItBack()
+{
+    m_files->write(u"a.txt"_s, "new\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+    m_files->write(u"a.txt"_s, "old\n");
+    QTRY_VERIFY(!m_strip->isShown());
+}
+
+void DiskNoticesTest::saysNothingOfOwnSaves()
+{
+    QTest::keyClicks(&editor(), u"x"_s);
+    m_window->slotCmdFileSave();
+    DiskWatch probe;
+    probe.setFile(m_files->folder() + u"a.txt"_s);
+    QSignalSpy happened(&probe, &DiskWatch::happened);
+    QTest::keyClicks(&editor(), u"y"_s);
+    m_window->slotCmdFileSave();
+    QTRY_COMPARE(happened.count(), 1); // the window's own watch came first
+    QVERIFY(!m_strip->isShown());
+    QVERIFY(!editor().edited());
+}
+
+void DiskNoticesTest::reloads()
+{
+    m_files->write(u"a.txt"_s, "1\n2\n3\n4\n");
+    QTRY_VERIFY(m_strip->isShown());
+    QVERIFY(m_strip->click(u"Reload"_s));
+    editor().setCursorPosition(2, 1);
+    m_files->write(u"a.txt"_s, "1\n2\nthree\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+    QVERIFY(m_strip->click(u"Reload"_s));
+    QCOMPARE(editor().text(), u"1\n2\nthree\n"_s);
+    QCOMPARE(editor().cursorPosition(), (RowCol{ 2, 1 }));
+    QVERIFY(!m_strip->isShown());
+}
+
+void DiskNoticesTest::asksBeforeEditsGo()
+{
+    QTest::keyClicks(&editor(), u"mine "_s);
+    m_files->write(u"a.txt"_s, "new\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+    {
+        const MessageBoxes boxes({ u"No"_s });
+        QVERIFY(m_strip->click(u"Reload"_s));
+        QCOMPARE(boxes.titles(), QStringList{ u"Confirm Reload"_s });
+    }
+    QCOMPARE(editor().text(), u"mine old\n"_s);
+    QCOMPARE(m_strip->text(), changedText);
+}
+
+void DiskNoticesTest::keepsMine()
+{
+    m_files->write(u"a.txt"_s, "new\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+    QVERIFY(m_strip->click(u"Keep mine"_s));
+    QVERIFY(!m_strip->isShown());
+    m_window->slotCmdFileNew();
+    m_window->slotCmdViewWinPrev();
+    QVERIFY(!m_strip->isShown());
+    m_files->write(u"a.txt"_s, "newer\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+}
+
+void DiskNoticesTest::showsBoth()
+{
+    m_files->write(u"a.txt"_s, "\xe3\x81\x82\r\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+    QVERIFY(m_strip->click(u"Show both"_s));
+    QCOMPARE(m_window->tabTexts(), QStringList({ u"a.txt"_s, u"* a.txt on disk"_s }));
+    QCOMPARE(editor().text(), u"あ\n"_s);
+    QCOMPARE(editor().path(), QString());
+    QCOMPARE(editor().charCodeName(), u"UTF8"_s);
+    QCOMPARE(editor().returnCodeName(), u"CR+LF"_s);
+    QVERIFY(!m_strip->isShown());
+    m_window->slotCmdViewWinPrev();
+    QCOMPARE(editor().text(), u"old\n"_s);
+    QVERIFY(!m_strip->isShown());
+}
+
+void DiskNoticesTest::saveOverAChangedFileKeepsIt()
+{
+    QTest::keyClicks(&editor(), u"mine "_s);
+    m_files->write(u"a.txt"_s, "theirs\n");
+    const MessageBoxes boxes;
+    m_window->slotCmdFileSave();
+    QCOMPARE(boxes.count(), 1);
+    const QString told = boxes.texts().constFirst();
+    QVERIFY(
+        told.contains(u"Another program has changed the file since. Its old content is kept in the file"));
+    QFile kept(told.section(u'\n', -1));
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("theirs\n"));
+    QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("mine old\n"));
+    QVERIFY(!m_strip->isShown());
+}
+
+void DiskNoticesTest::savesADeletedFileAgain()
+{
+    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
+    QTRY_COMPARE(m_strip->text(), deletedText);
+    QVERIFY(m_strip->click(u"Save"_s));
+    QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("old\n"));
+    QVERIFY(!m_strip->isShown());
+}
+
+void DiskNoticesTest::looksWhenTheTabIsShown()
+{
+    m_window->setDocument(m_files->write(u"b.txt"_s, "b\n"));
+    m_files->write(u"a.txt"_s, "new\n");
+    m_window->slotCmdViewWinPrev();
+    QCOMPARE(m_strip->text(), changedText);
+    m_window->slotCmdViewWinNext();
+    QVERIFY(!m_strip->isShown());
+}
+
+/// Where the disk tells nothing.
+void DiskNoticesTest::looksWhenTheWindowIsActive()
+{
+    m_files->write(u"a.txt"_s, "new\n");
+    QEvent activation(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(m_window.get(), &activation);
+    QCOMPARE(m_strip->text(), changedText);
+}
+
+void DiskNoticesTest::watchesTwoFilesOfMany()
+{
+    for (int number = 0; number < 300; ++number)
+        m_window->setDocument(m_files->write(u"%1.txt"_s.arg(number), "old\n"));
+    QCOMPARE(m_window->tabBar()->count(), 301);
+    qsizetype watched = 0;
+    for (const QString &fd : QDir(u"/proc/self/fdinfo"_s).entryList(QDir::Files)) {
+        QFile info(u"/proc/self/fdinfo/"_s + fd);
+        if (info.open(QIODevice::ReadOnly))
+            watched += info.readAll().count("inotify wd:");
+    }
+    QVERIFY2(watched > 0 && watched < 20, QByteArray::number(watched).constData());
+    m_files->write(u"299.txt"_s, "new\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+}
+
+void DiskNoticesTest::follows()
+{
+    QVERIFY(append(u"a.txt"_s, "1\n"));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QCOMPARE(m_strip->offers().constFirst(), u"Follow"_s);
+    QVERIFY(m_strip->click(u"Follow"_s));
+    QCOMPARE(editor().text(), u"old\n1\n"_s);
+    QCOMPARE(m_strip->text(), followingText);
+    editor().setCursorPlace({ editor().store().length() });
+    for (int line = 2; line < 100; ++line)
+        QVERIFY(append(u"a.txt"_s, QByteArray::number(line) + "\n"));
+    QTRY_VERIFY(editor().text().endsWith(u"\n99\n"));
+    QVERIFY(!editor().edited());
+    QCOMPARE(editor().cursorOffset(), editor().store().length());
+    QVERIFY(editor().topRow() > 50);
+}
+
+void DiskNoticesTest::followingStopsWithAnEdit()
+{
+    QVERIFY(append(u"a.txt"_s, "1\n"));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QVERIFY(m_strip->click(u"Follow"_s));
+    QTest::keyClicks(&editor(), u"x"_s);
+    QVERIFY(!m_strip->isShown());
+    QVERIFY(append(u"a.txt"_s, "2\n"));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QVERIFY(!m_strip->offers().contains(u"Follow"_s));
+    QCOMPARE(editor().text(), u"xold\n1\n"_s);
+}
+
+void DiskNoticesTest::followingIsStopped()
+{
+    QVERIFY(append(u"a.txt"_s, "1\n"));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QVERIFY(m_strip->click(u"Follow"_s));
+    QVERIFY(m_strip->click(u"Stop"_s));
+    QVERIFY(append(u"a.txt"_s, "2\n"));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QCOMPARE(editor().text(), u"old\n1\n"_s);
+}
+
+void DiskNoticesTest::viewInTheMiddleStays()
+{
+    QVERIFY(append(u"a.txt"_s, QByteArray("line\n").repeated(200)));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QVERIFY(m_strip->click(u"Follow"_s));
+    editor().setCursorPosition(0, 2);
+    editor().setTopRow(50);
+    QVERIFY(append(u"a.txt"_s, "last\n"));
+    QTRY_VERIFY(editor().text().endsWith(u"last\n"));
+    QCOMPARE(editor().topRow(), 50);
+    QCOMPARE(editor().cursorPosition(), (RowCol{ 0, 2 }));
+}
+
+void DiskNoticesTest::tellsOfAFileThatCannotBeWritten()
+{
+    QWidget window;
+    DocumentArea documents(&window);
+    RecentPlaces places;
+    const WindowDialogs dialogs;
+    DocumentSaver saver(window, dialogs, documents, places);
+    int error = EACCES;
+    FileCalls calls = FileCalls::system();
+    calls.access = [&error](const char *, int, int) {
+        errno = error;
+        return error == 0 ? 0 : -1;
+    };
+    const ObstacleNotices notices(documents, saver, calls);
+    ctlEditer *const shown = documents.add();
+    QVERIFY(shown->loadFile(m_files->folder(), u"a.txt"_s, 0));
+    const Notice *notice = documents.notices().heaviest(shown);
+    QVERIFY(notice);
+    QCOMPARE(notice->text(), u"You may not write this file."_s);
+    QCOMPARE(notice->offers.at(0).text(), u"Save As…"_s);
+    error = EROFS;
+    QVERIFY(shown->reload(m_files->folder(), u"a.txt"_s));
+    QCOMPARE(documents.notices().heaviest(shown)->text(), u"The disk of this file can only be read."_s);
+    error = 0;
+    QVERIFY(shown->saveFile(m_files->folder(), u"b.txt"_s));
+    QVERIFY(!documents.notices().heaviest(shown));
+}
+
+void DiskNoticesTest::tellsOfAnInterruptedSave()
+{
+    const QByteArray file = (m_files->folder() + u"a.txt"_s).toUtf8();
+    const QByteArray copy = leaveCopy("0123456789abc", file, "before\n");
+    remake();
+    QCOMPARE(m_strip->text(), u"Saving a.txt was interrupted. Its old text is kept."_s);
+    QVERIFY(m_strip->click(u"Open both"_s));
+    QCOMPARE(m_window->tabTexts().mid(1), QStringList({ u"a.txt"_s, u"* a.txt before"_s }));
+    QCOMPARE(m_window->editorAt(1)->text(), u"old\n"_s);
+    QCOMPARE(m_window->editorAt(2)->text(), u"before\n"_s);
+    QCOMPARE(m_window->editorAt(2)->path(), QString());
+    QVERIFY(QFile::exists(QFile::decodeName(copy)));
+    QVERIFY(m_strip->click(u"Delete the copy"_s));
+    QVERIFY(!QFile::exists(QFile::decodeName(copy)));
+    QVERIFY(!m_strip->isShown());
+}
+
+void DiskNoticesTest::interruptedSavesAreToldOneAfterTheOther()
+{
+    leaveCopy("0123456789abc", "/gone/one.txt", "one");
+    const QByteArray later = leaveCopy("0123456789abd", "/gone/two.txt", "two");
+    const timespec times[2] = { { 1000, 0 }, { 1000, 0 } };
+    QCOMPARE(::utimensat(AT_FDCWD, later.constData(), times, 0), 0);
+    remake();
+    QCOMPARE(m_strip->text(), u"Saving one.txt was interrupted. Its old text is kept."_s);
+    QVERIFY(m_strip->click(u"Later"_s));
+    QCOMPARE(m_strip->text(), u"Saving two.txt was interrupted. Its old text is kept."_s);
+    QVERIFY(m_strip->click(u"Later"_s));
+    QVERIFY(!m_strip->isShown());
+    remake();
+    QVERIFY(m_strip->isShown());
+}
+
+void DiskNoticesTest::fitsASmallScreen_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QString>("reload");
+    QTest::newRow("English") << 0 << u"Reload"_s;
+    QTest::newRow("Japanese") << 1 << u"再読み込み"_s;
+    QTest::newRow("French") << 2 << u"Recharger"_s;
+}
+
+/// The first offer has its room, the others are in the menu.
+void DiskNoticesTest::fitsASmallScreen()
+{
+    QFETCH(int, language);
+    QFETCH(QString, reload);
+    if (language == 1)
+        m_window->slotCmdViewLangJa();
+    else if (language == 2)
+        m_window->slotCmdViewLangFr();
+    m_window->showNormal();
+    m_window->resize(240, 320);
+    m_files->write(u"a.txt"_s, "new\n");
+    QTRY_VERIFY(m_strip->isShown());
+    const QToolButton *const button = m_strip->button(reload);
+    QVERIFY(button);
+    QVERIFY(button->width() >= button->sizeHint().width());
+    QVERIFY(m_strip->widget().rect().contains(button->geometry()));
+}
+
+REGISTER_TEST(runWindowTest<DiskNoticesTest>)
+#include "disknotices_test.moc"
