@@ -1,6 +1,14 @@
 #pragma once
 
+#include "text/units.h"
+
 #include <QTest>
+
+/// A comparison that fails tells places by their numbers.
+template <typename Unit> char *toString(Position<Unit> place)
+{
+    return QTest::toString(place.value());
+}
 
 /// The tests of a folder are one program, which runs the one that its first argument names:
 ///

@@ -78,7 +78,7 @@ void searchBackInVain(benchmark::State &state, Lines lines, Wrapping wrapping, Q
 {
     const TextStore store = storeOf(English, lines, 100 * mebi, 0, ruleOf(wrapping));
     const TextPattern pattern(wordOf(English), cs);
-    const CursorPlace end{ store.length() };
+    const CursorPlace end{ store.end() };
     for (auto _ : state)
         benchmark::DoNotOptimize(searchBackward(store, pattern, end));
     state.SetBytesProcessed(state.iterations() * store.length());
@@ -88,13 +88,13 @@ void searchBackInVain(benchmark::State &state, Lines lines, Wrapping wrapping, Q
 void searchFar(benchmark::State &state, Lines lines, Wrapping wrapping)
 {
     TextStore store = storeOf(English, lines, 100 * mebi, 0, ruleOf(wrapping));
-    store.replace(store.length(), 0, wordOf(English));
+    store.replace(store.end(), 0, wordOf(English));
     const TextPattern pattern(wordOf(English), Qt::CaseSensitive);
     for (auto _ : state) {
         const auto hit = searchForward(store, pattern, {});
         benchmark::DoNotOptimize(hit);
         benchmark::DoNotOptimize(store.rowColAt(hit->begin));
-        if (hit->end.offset != store.length())
+        if (hit->end.offset != store.end())
             state.SkipWithError("that is another hit");
     }
     state.SetBytesProcessed(state.iterations() * store.length());

@@ -42,7 +42,7 @@ const QString &mixedText()
 QByteArray encoded(const TextCodec &(*codec)())
 {
     TextStore store;
-    store.replace(0, 0, mixedText());
+    store.replace(Offset(0), 0, mixedText());
     QByteArray bytes;
     const auto collect = [&bytes](QByteArrayView block) {
         bytes += block;

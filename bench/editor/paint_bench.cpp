@@ -26,7 +26,7 @@ public:
     void paintRows(qint64 count)
     {
         QPainter painter(&m_image);
-        for (qint64 row = topRow(); row < topRow() + count; ++row) {
+        for (RowIndex row = topRow(); row < topRow() + count; ++row) {
             const QRectF cell = cellRect(row);
             paintCell(painter, row, cell, cell.toAlignedRect() & m_image.rect());
         }

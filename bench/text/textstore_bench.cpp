@@ -174,7 +174,7 @@ BENCHMARK_CAPTURE(setRule, unwrap, wrapped(), unwrapped())->Unit(benchmark::kMil
 /// A key and what a widget asks after it, at a place of the line.
 void typeAt(benchmark::State &state, TextStore &&store, double place)
 {
-    qint64 at = qint64(double(store.length()) * place);
+    Offset at(qint64(double(store.length()) * place));
     bool erase = false;
     for (auto _ : state) {
         store.replace(at, erase ? 1 : 0, erase ? QStringView() : QStringView(u"a"));
@@ -184,7 +184,7 @@ void typeAt(benchmark::State &state, TextStore &&store, double place)
         benchmark::DoNotOptimize(store.xAt(position));
         benchmark::DoNotOptimize(store.widestRow());
         if (state.range(0))
-            at = (at + 7919 * 4096) % store.length();
+            at = Offset((at.value() + 7919 * 4096) % store.length());
     }
 }
 
@@ -220,7 +220,7 @@ void lookUp(benchmark::State &state, TextStore &&store)
 {
     std::mt19937_64 random(1);
     for (auto _ : state) {
-        const qint64 offset = qint64(random() % quint64(store.length()));
+        const Offset offset(qint64(random() % quint64(store.length())));
         const RowCol position = store.rowColAt(offset);
         benchmark::DoNotOptimize(store.xAt(position));
         benchmark::DoNotOptimize(store.columnAt(position.row, 3000));
@@ -243,10 +243,10 @@ BENCHMARK_CAPTURE(lookUpLine, wrapped, wrapped());
 /// A million replacements in order, as replacing all does.
 void replaceMany(benchmark::State &state, TextStore &&store)
 {
-    qint64 at = 0;
+    Offset at;
     for (auto _ : state) {
         store.replace(at, 4, u"abcdefg");
-        at = (at + 150) % (store.length() - 4);
+        at = Offset((at.value() + 150) % (store.length() - 4));
     }
 }
 void replaceManyInLog(benchmark::State &state)
@@ -265,8 +265,8 @@ void takeAndInsert(benchmark::State &state)
 {
     TextStore store = logStore(1024 * mebi, unwrapped());
     for (auto _ : state) {
-        const TextPiece half = store.take(1000, 512 * mebi);
-        store.insert(1000, half);
+        const TextPiece half = store.take(Offset(1000), 512 * mebi);
+        store.insert(Offset(1000), half);
     }
 }
 BENCHMARK(takeAndInsert);

@@ -104,7 +104,7 @@ private:
     void follow(const TextChange &change)
     {
         m_followed.replace(
-            change.offset, change.removed, m_document.store().text(change.offset, change.inserted));
+            change.offset.value(), change.removed, m_document.store().text(change.offset, change.inserted));
     }
 
     QString entered()
@@ -171,7 +171,7 @@ private:
     void replace(qint64 offset, qint64 removed, const QString &inserted)
     {
         removed = qMin(removed, text().size() - offset);
-        m_document.replace(offset, removed, inserted);
+        m_document.replace(Offset(offset), removed, inserted);
         if (removed == 0 && inserted.isEmpty())
             return;
         const QString changed = QString(text()).replace(offset, removed, inserted);
@@ -185,14 +185,14 @@ private:
         const QString wanted = text().sliced(from, m_bytes.below(text().size() - from + 1));
         const qint64 start = m_bytes.below(text().size() + 1);
         const TextPattern pattern(wanted, Qt::CaseSensitive);
-        const auto hit = searchForward(m_document.store(), pattern, { start });
+        const auto hit = searchForward(m_document.store(), pattern, { Offset(start) });
         // No line holds a line end.
         const bool isSearchable = !wanted.isEmpty() && !wanted.contains(u'\n');
         const qint64 expected = isSearchable ? text().indexOf(wanted, start) : -1;
         require(hit.has_value() == (expected >= 0));
         if (!hit)
             return;
-        require(hit->begin.offset == expected && hit->end.offset == expected + wanted.size());
+        require(hit->begin.offset == Offset(expected) && hit->end.offset == Offset(expected) + wanted.size());
         replace(expected, wanted.size(), entered());
     }
 

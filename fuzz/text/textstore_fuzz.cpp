@@ -52,16 +52,16 @@ public:
             m_model.setText(m_store.text());
             return;
         }
-        m_history.replace(m_store, offset, removed, inserted);
-        m_model.replace(offset, removed, inserted);
+        m_history.replace(m_store, Offset(offset), removed, inserted);
+        m_model.replace(Offset(offset), removed, inserted);
     }
     void check()
     {
         m_store.checkInvariants();
         require(m_store.text() == m_model.text());
         require(m_store.rowCount() == m_model.rows().size());
-        const qint64 row = m_bytes.below(m_model.rows().size());
-        const TextStore::Row place = m_model.rows().at(row);
+        const RowIndex row(m_bytes.below(m_model.rows().size()));
+        const TextStore::Row place = m_model.row(row);
         require(m_store.row(row).start == place.start && m_store.row(row).length == place.length);
         require(m_store.rowColAt(place.start) == RowCol{ row, 0 });
         const RowCol end{ row, place.length };

@@ -16,8 +16,8 @@ namespace {
 
 ViewPlace placeOf(const ctlEditer &editor)
 {
-    const qint64 top = editor.store().row(editor.topRow()).start;
-    const qint64 anchor = editor.hasMarkedText() ? editor.anchorOffset() : -1;
+    const Offset top = editor.store().row(editor.topRow()).start;
+    const auto anchor = editor.hasMarkedText() ? std::optional(editor.anchorOffset()) : std::nullopt;
     return { editor.cursorPlace(), anchor, top, editor.xOffset() };
 }
 

@@ -149,10 +149,10 @@ void DocumentLoader::reload(ctlEditer *editor)
     if (editor->edited() && !isReloadWanted(*editor))
         return;
     const RowCol cursor = editor->cursorPosition();
-    const qint64 top = editor->topRow();
+    const RowIndex top = editor->topRow();
     if (!loadInto(editor, { editor->path(), editor->name(), codeToReload(*editor) }))
         return;
-    editor->setCursorPosition(cursor.row, cursor.column);
+    editor->setCursorPosition(cursor);
     editor->setTopRow(top);
 }
 

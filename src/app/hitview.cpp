@@ -50,13 +50,13 @@ void scrollHitBetween(ctlEditer &editor, int top, int bottom)
     const QRect hit = hitRect(editor);
     const qreal wanted = (top + bottom - hit.height()) / 2.0;
     const auto rows = qint64((hit.top() - wanted) / editor.rowHeight());
-    editor.setTopRow(qMax<qint64>(0, editor.topRow() + rows));
+    editor.setTopRow(editor.topRow() + rows);
 }
 
 /// False, with the view as it was, when no scrolling helps.
 bool scrollAside(ctlEditer &editor, const QRect &cover)
 {
-    const qint64 before = editor.topRow();
+    const RowIndex before = editor.topRow();
     const int height = editor.viewport()->height();
     std::pair larger(0, cover.top());
     std::pair smaller(cover.bottom() + 1, height);

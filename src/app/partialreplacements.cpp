@@ -29,7 +29,7 @@ void PartialReplacements::begin(qint64 hitLength, qint64 textLength)
     m_textLength = textLength;
     const TextStore &store = m_editor.store();
     m_places = PlacesInText(store.length());
-    m_before = store.piece(0, store.length());
+    m_before = store.piece({}, store.length());
     m_replacements = 0;
     m_isRunning = true;
 }
@@ -95,10 +95,10 @@ void PartialReplacements::tell()
 /// The next one behind the selection, round at the end.
 void PartialReplacements::goToNext()
 {
-    const qint64 behind = qMax(m_editor.cursorOffset(), m_editor.anchorOffset());
+    const Offset behind = qMax(m_editor.cursorOffset(), m_editor.anchorOffset());
     const qint64 index = m_places.indexBehind(behind);
-    const qint64 at = m_places.at(index < m_places.count() ? index : 0);
-    m_editor.select({ at }, { qMin(at + m_textLength, m_editor.store().length()) });
+    const Offset at = m_places.at(index < m_places.count() ? index : 0);
+    m_editor.select({ at }, { qMin(at + m_textLength, m_editor.store().end()) });
     showHit(m_editor);
     m_editor.setFocus();
 }
@@ -114,7 +114,7 @@ void PartialReplacements::undoAll()
         for (qint64 i = 0; i < m_replacements; ++i)
             m_editor.undo();
     } else {
-        m_editor.document().replace(0, m_editor.store().length(), before);
+        m_editor.document().replace({}, m_editor.store().length(), before);
         m_editor.setCursorPosition(0, 0);
     }
     m_editor.setFocus();

@@ -20,8 +20,8 @@ auto isEntryOf(const ctlEditer &editor)
 RecentEntry entryFor(const ctlEditer &editor)
 {
     const RowCol cursor = editor.cursorPosition();
-    return { editor.path(), editor.name(), cursor.row, cursor.column, editor.xOffset(),
-        editor.topRow() * editor.cellHeight() };
+    return { editor.path(), editor.name(), cursor.row.value(), cursor.column, editor.xOffset(),
+        editor.yOffset() };
 }
 
 } // namespace
@@ -48,7 +48,7 @@ void RecentPlaces::restore(ctlEditer &editor) const
     // The cursor first: setting it scrolls to it, and it may have been out of view.
     editor.setCursorPosition(qMax<qint64>(0, entry->cursorRow), qMax<qint64>(0, entry->cursorColumn));
     editor.setXOffset(entry->scrollX);
-    editor.setTopRow(qMax<qint64>(0, entry->scrollY) / qMax(1, editor.cellHeight()));
+    editor.setYOffset(entry->scrollY);
 }
 
 void RecentPlaces::carry(const ctlEditer &editor)

@@ -29,8 +29,8 @@ bool isRestored(Restored::Outcome outcome)
 /// Cursor, selection and view, which are within the text.
 void showPlace(ctlEditer &editor, const ViewPlace &place)
 {
-    if (place.anchor >= 0)
-        editor.select({ place.anchor }, place.cursor);
+    if (place.anchor)
+        editor.select({ *place.anchor }, place.cursor);
     else
         editor.setCursorPlace(place.cursor);
     editor.setTopRow(editor.store().rowColAt(place.top).row);

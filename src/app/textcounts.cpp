@@ -35,7 +35,7 @@ template <typename Units> void count(const Units &units, TextCounts &counts)
 TextCounts countText(const TextStore &text)
 {
     TextCounts counts;
-    for (qint64 offset = 0; offset < text.length();) {
+    for (Offset offset; offset < text.end();) {
         const TextChunk chunk = text.chunkAt(offset);
         if (chunk.isLatin1())
             count(std::span(reinterpret_cast<const uchar *>(chunk.latin1.data()), size_t(chunk.size())),

@@ -121,10 +121,11 @@ QString WritingNotice::listed() const
 /// The next one behind the cursor is selected, round at the end.
 void WritingNotice::goToNext()
 {
-    const qint64 at = m_unwritable.next(qMax(m_editor.cursorOffset(), m_editor.anchorOffset()));
-    if (at < 0)
+    const std::optional<Offset> at =
+        m_unwritable.next(qMax(m_editor.cursorOffset(), m_editor.anchorOffset()));
+    if (!at)
         return;
-    m_editor.select({ at }, { at + m_unwritable.lengthAt(at) });
+    m_editor.select({ *at }, { *at + m_unwritable.lengthAt(*at) });
     showHit(m_editor);
     m_editor.setFocus();
 }

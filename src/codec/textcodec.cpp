@@ -52,7 +52,7 @@ TextStore TextCodec::decode(QByteArrayView bytes, const LayoutRule &rule, qint64
 
 bool TextCodec::encode(const TextStore &store, const ByteSink &sink, AsRead asRead) const
 {
-    qint64 offset = 0;
+    Offset offset;
     const auto next = [&store, &offset] {
         const TextChunk chunk = store.spelledChunkAt(offset);
         offset += chunk.size();

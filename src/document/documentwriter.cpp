@@ -2,6 +2,8 @@
 
 #include "files/endorder.h"
 
+#include <utility>
+
 namespace {
 
 /// Gives the text of a store up to its first U+0000, with a line end in the place of each LF.
@@ -10,7 +12,7 @@ public:
     LineEndReader(const TextStore &store, QByteArrayView lineEnd)
         : m_store(store)
         , m_lineEnd(lineEnd)
-        , m_end(store.length())
+        , m_end(store.end())
     {
     }
 
@@ -28,7 +30,7 @@ public:
             return chunk;
         }
         if (unitAt(chunk, 0) == u'\n')
-            return { m_at++, m_lineEnd, {} };
+            return { std::exchange(m_at, m_at + 1), m_lineEnd, {} };
         m_end = m_at;
         return {};
     }
@@ -41,8 +43,8 @@ private:
 
     const TextStore &m_store;
     const QByteArrayView m_lineEnd;
-    qint64 m_at = 0;
-    qint64 m_end;
+    Offset m_at;
+    Offset m_end;
 };
 
 } // namespace

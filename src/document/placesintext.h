@@ -12,27 +12,27 @@
 class PlacesInText {
 public:
     explicit PlacesInText(qint64 textLength = 0)
-        : m_textLength(textLength)
+        : m_textEnd(textLength)
     {
     }
 
     /// The text was changed. Places in what was removed are dropped.
     void follow(const TextChange &change);
     /// Drops those at `from` or behind it, but before `to`.
-    void drop(qint64 from, qint64 to);
+    void drop(Offset from, Offset to);
     /// Adds a place that is not there yet.
-    void add(qint64 offset);
+    void add(Offset offset);
 
     qint64 count() const { return qint64(m_before.size() + m_behind.size()); }
     /// 0 <= index < count().
-    qint64 at(qint64 index) const;
+    Offset at(qint64 index) const;
     /// Index of the first place at `offset` or behind it; count() when there is none.
-    qint64 indexBehind(qint64 offset) const;
+    qint64 indexBehind(Offset offset) const;
 
 private:
-    void partAt(qint64 offset);
+    void partAt(Offset offset);
 
-    qint64 m_textLength;
-    std::vector<qint64> m_before; ///< distances from the start
+    Offset m_textEnd;
+    std::vector<Offset> m_before;
     std::vector<qint64> m_behind; ///< distances from the end; the first place is the last one here
 };

@@ -7,14 +7,14 @@ namespace {
 /// Whether a text has undecodable bytes or spellings.
 bool hasBytes(const TextStore &store)
 {
-    for (qint64 at = 0; at < store.length();) {
+    for (Offset at; at < store.end();) {
         const TextChunk chunk = store.spelledChunkAt(at);
         const QString text = chunk.utf16.toString();
         if (chunk.spelling || cleanInput(text) != text)
             return true;
         at += chunk.size();
     }
-    return store.spelledChunkAt(store.length()).spelling.has_value();
+    return store.spelledChunkAt(store.end()).spelling.has_value();
 }
 
 } // namespace

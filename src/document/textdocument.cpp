@@ -41,7 +41,7 @@ void TextDocument::setUndoEnabled(bool enabled)
     m_history.clear();
 }
 
-void TextDocument::replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining)
+void TextDocument::replace(Offset offset, qint64 removed, QStringView inserted, Joining joining)
 {
     if (removed == 0 && inserted.isEmpty())
         return;
@@ -52,7 +52,7 @@ void TextDocument::replace(qint64 offset, qint64 removed, QStringView inserted, 
     noteEdit({ offset, removed, inserted.size() });
 }
 
-void TextDocument::replace(qint64 offset, qint64 removed, const TextPiece &inserted)
+void TextDocument::replace(Offset offset, qint64 removed, const TextPiece &inserted)
 {
     if (removed == 0 && inserted.isEmpty())
         return;
@@ -69,17 +69,17 @@ void TextDocument::noteEdit(const TextChange &change)
     emit changed(change);
 }
 
-qint64 TextDocument::undo()
+Offset TextDocument::undo()
 {
     return applyStep(&UndoHistory::undo);
 }
 
-qint64 TextDocument::redo()
+Offset TextDocument::redo()
 {
     return applyStep(&UndoHistory::redo);
 }
 
-qint64 TextDocument::applyStep(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &))
+Offset TextDocument::applyStep(Offset (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &))
 {
     return (m_history.*step)(m_store, [this](const TextChange &change) {
         m_isEdited = m_history.canUndo();
@@ -97,7 +97,7 @@ void TextDocument::setText(TextStore &&text)
     }
     m_store = std::move(text);
     m_isEdited = !isRead;
-    emit replaced({ 0, *std::exchange(m_dropped, std::nullopt), m_store.length() });
+    emit replaced({ {}, *std::exchange(m_dropped, std::nullopt), m_store.length() });
 }
 
 void TextDocument::dropText()
@@ -249,7 +249,7 @@ qint64 openEnd(const TextStore &store, QByteArrayView fileEnd)
 {
     qint64 count = 0;
     const auto isSame = [&](qint64 back) {
-        const char16_t unit = store.at(store.length() - back);
+        const char16_t unit = store.at(store.end() - back);
         return isByteEscape(unit) && escapedByte(unit) == uchar(fileEnd[fileEnd.size() - back]);
     };
     const qint64 most = qMin(longestOpenEnd, qMin<qint64>(store.length(), fileEnd.size()));
@@ -280,8 +280,8 @@ bool TextDocument::appendGrowth()
     m_version.setReadOn(FileVersion(stamp, bytes));
     const qint64 length = text.length() - waiting;
     m_history.clear();
-    m_store.exchange(m_store.length() - open, open, text.piece(0, length));
-    emit changed({ m_store.length() - length, open, length });
+    m_store.exchange(m_store.end() - open, open, text.piece({}, length));
+    emit changed({ m_store.end() - length, open, length });
     return true;
 }
 

@@ -36,7 +36,7 @@ struct SaveResult {
 /// Nothing here is shown to the user; load() and save() return what happened. Whoever shows the document
 /// listens to the signals, which come when all is as they say.
 ///
-/// Units: offsets are UTF-16 units from the start of the text. Cost: an edit costs what it costs in the
+/// Cost: an edit costs what it costs in the
 /// store; nothing but loading, saving and laying out anew depends on the length of the text.
 class TextDocument : public QObject {
     Q_OBJECT
@@ -85,9 +85,9 @@ public:
     void layOut(const LayoutRule &rule) { m_store.setLayoutRule(rule); }
 
     /// Puts `inserted` in place of `removed` units at `offset`; nothing when both are empty.
-    void replace(qint64 offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);
+    void replace(Offset offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);
     /// The same, with its spellings.
-    void replace(qint64 offset, qint64 removed, const TextPiece &inserted);
+    void replace(Offset offset, qint64 removed, const TextPiece &inserted);
     /// Makes it another text without a history: edited, unless it was read just now.
     void setText(TextStore &&text);
 
@@ -98,8 +98,8 @@ public:
     void breakJoining() { m_history.breakJoining(); }
     /// Takes a step back, or makes it once more; returns the offset where the cursor belongs then. Asserts
     /// that history() has one.
-    qint64 undo();
-    qint64 redo();
+    Offset undo();
+    Offset redo();
 
     /// Reads the file path + name, in the code requested or else in the one detected; `codes` are those of a
     /// file that does not tell. Laid out by the rule of the text before. Memory: the file's bytes and the
@@ -166,7 +166,7 @@ private:
         bool isKept = false;
     };
 
-    qint64 applyStep(qint64 (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
+    Offset applyStep(Offset (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
     void noteEdit(const TextChange &change);
     std::optional<ReadFailure> readBytes(const QString &path, const QString &name, QByteArray &bytes);
     TextStore decode(QByteArray &&bytes, const TextCodec &codec, CodeWas codeWas);

@@ -7,7 +7,7 @@ namespace {
 constexpr qint64 mostPlacesShown = 100;
 
 /// Where an offset is after a change; one in what was removed comes to the change's start.
-qint64 followed(qint64 offset, const TextChange &change)
+Offset followed(Offset offset, const TextChange &change)
 {
     if (offset <= change.offset)
         return offset;
@@ -15,9 +15,9 @@ qint64 followed(qint64 offset, const TextChange &change)
         + (offset >= change.offset + change.removed ? change.inserted : 0);
 }
 
-bool isPairAt(const TextStore &store, qint64 offset)
+bool isPairAt(const TextStore &store, Offset offset)
 {
-    return offset >= 0 && offset + 1 < store.length() && QChar::isHighSurrogate(store.at(offset))
+    return offset >= Offset() && offset + 1 < store.end() && QChar::isHighSurrogate(store.at(offset))
         && QChar::isLowSurrogate(store.at(offset + 1));
 }
 
@@ -50,20 +50,20 @@ QList<char32_t> UnwritableText::first(int number) const
     return characters;
 }
 
-qint64 UnwritableText::next(qint64 offset) const
+std::optional<Offset> UnwritableText::next(Offset offset) const
 {
     if (count() == 0)
-        return -1;
+        return std::nullopt;
     const qint64 index = m_places.indexBehind(offset);
     return m_places.at(index < count() ? index : 0);
 }
 
-int UnwritableText::lengthAt(qint64 offset) const
+int UnwritableText::lengthAt(Offset offset) const
 {
     return isPairAt(m_document.store(), offset) ? 2 : 1;
 }
 
-char32_t UnwritableText::characterAt(qint64 offset) const
+char32_t UnwritableText::characterAt(Offset offset) const
 {
     const TextStore &store = m_document.store();
     return isPairAt(store, offset) ? QChar::surrogateToUcs4(store.at(offset), store.at(offset + 1))
@@ -75,10 +75,9 @@ void UnwritableText::startOver()
 {
     m_codec = &m_document.codecToWrite();
     m_asRead = m_document.writtenAsRead();
-    const qint64 length = m_document.store().length();
-    m_places = PlacesInText(length);
-    m_from = 0;
-    m_to = m_document.isEdited() || m_codec != &m_document.byteCodec() ? length : 0;
+    const TextStore &store = m_document.store();
+    m_places = PlacesInText(store.length());
+    m_left = { {}, m_document.isEdited() || m_codec != &m_document.byteCodec() ? store.end() : Offset() };
     lookOn();
     emit changed();
 }
@@ -90,8 +89,7 @@ void UnwritableText::startOverInOtherCode()
     m_codec = &m_document.codecToWrite();
     m_asRead = m_document.writtenAsRead();
     m_places = PlacesInText(m_document.store().length());
-    m_from = 0;
-    m_to = m_document.store().length();
+    m_left = { {}, m_document.store().end() };
     lookOn();
     emit changed();
 }
@@ -100,26 +98,22 @@ void UnwritableText::follow(const TextChange &change)
 {
     const qint64 before = count();
     m_places.follow(change);
-    if (mayBeMore()) {
-        m_from = followed(m_from, change);
-        m_to = followed(m_to, change);
-    }
-    const qint64 end = change.offset + change.inserted;
+    if (mayBeMore())
+        m_left = { followed(m_left.start, change), followed(m_left.end, change) };
+    const TextRange inserted = { change.offset, change.offset + change.inserted };
     if (change.inserted > sliceUnits || isFull())
-        postpone(change.offset, end);
+        postpone(inserted);
     else
-        lookAt(change.offset, end);
+        lookAt(inserted);
     if (mayBeMore() && !isFull())
         m_later.start();
     if (before > 0 || count() > 0)
         emit changed();
 }
 
-void UnwritableText::postpone(qint64 from, qint64 to)
+void UnwritableText::postpone(TextRange range)
 {
-    const bool isFirst = !mayBeMore();
-    m_from = isFirst ? from : qMin(m_from, from);
-    m_to = isFirst ? to : qMax(m_to, to);
+    m_left = mayBeMore() ? TextRange{ qMin(m_left.start, range.start), qMax(m_left.end, range.end) } : range;
 }
 
 void UnwritableText::lookOn()
@@ -127,9 +121,9 @@ void UnwritableText::lookOn()
     if (!mayBeMore() || isFull())
         return;
     const qint64 before = count();
-    const qint64 end = qMin(m_from + sliceUnits, m_to);
-    lookAt(m_from, end);
-    m_from = end;
+    const Offset end = qMin(m_left.start + sliceUnits, m_left.end);
+    lookAt({ m_left.start, end });
+    m_left.start = end;
     if (mayBeMore() && !isFull())
         m_later.start();
     if (count() != before || !mayBeMore())
@@ -137,13 +131,13 @@ void UnwritableText::lookOn()
 }
 
 /// One unit more on each side: an edit may have made a surrogate pair, or parted one.
-void UnwritableText::lookAt(qint64 from, qint64 to)
+void UnwritableText::lookAt(TextRange range)
 {
     const TextStore &store = m_document.store();
-    from = qMax<qint64>(0, from - 1);
-    if (from < store.length() && QChar::isLowSurrogate(store.at(from)) && isPairAt(store, from - 1))
+    Offset from = qMax(Offset(), range.start - 1);
+    if (from < store.end() && QChar::isLowSurrogate(store.at(from)) && isPairAt(store, from - 1))
         --from;
-    to = qMin(store.length(), to + 1);
+    const Offset to = qMin(store.end(), range.end + 1);
     m_places.drop(from, to);
     while (from < to) {
         TextChunk chunk = store.chunkAt(from);
@@ -153,12 +147,12 @@ void UnwritableText::lookAt(qint64 from, qint64 to)
     }
 }
 
-void UnwritableText::list(const TextChunk &chunk, qint64 to)
+void UnwritableText::list(const TextChunk &chunk, Offset to)
 {
     qint64 at = m_codec->findWithoutCode(chunk, 0, m_asRead);
     while (at >= 0 && chunk.offset + at < to) {
-        const qint64 offset = chunk.offset + at;
-        const bool isMark = offset == 0 && m_document.store().at(0) == QChar::ByteOrderMark;
+        const Offset offset = chunk.offset + at;
+        const bool isMark = offset == Offset() && m_document.store().at(offset) == QChar::ByteOrderMark;
         if (!isMark) // which is left out
             m_places.add(offset);
         at = m_codec->findWithoutCode(chunk, at + lengthAt(offset), m_asRead);

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <optional>
+
 class TextDocument;
 
 /// Knows the characters of a document that its code lacks, so that a save writes others in their place; also
@@ -27,15 +29,14 @@ public:
     /// Of those that are known.
     qint64 count() const { return m_places.count(); }
     /// Whether there is text that was not looked at yet.
-    bool mayBeMore() const { return m_from < m_to; }
+    bool mayBeMore() const { return !m_left.isEmpty(); }
     /// The first different ones, in the order of the text; looks at no more than a hundred places. The escape
     /// of a byte is itself.
     QList<char32_t> first(int number) const;
-    /// Where the next one begins, at an offset or behind it, else the first one of all; -1 when there is
-    /// none.
-    qint64 next(qint64 offset) const;
+    /// Where the next one begins, at an offset or behind it, else the first one of all, if there is any.
+    std::optional<Offset> next(Offset offset) const;
     /// Units of the character that begins at the offset of one.
-    int lengthAt(qint64 offset) const;
+    int lengthAt(Offset offset) const;
 
     /// Looks at the slice that is next.
     void lookOn();
@@ -48,18 +49,17 @@ private:
     void startOver();
     void startOverInOtherCode();
     void follow(const TextChange &change);
-    void postpone(qint64 from, qint64 to);
-    void lookAt(qint64 from, qint64 to);
-    void list(const TextChunk &chunk, qint64 to);
+    void postpone(TextRange range);
+    void lookAt(TextRange range);
+    void list(const TextChunk &chunk, Offset to);
     bool isFull() const { return count() >= m_most; }
-    char32_t characterAt(qint64 offset) const;
+    char32_t characterAt(Offset offset) const;
 
     const TextDocument &m_document;
     const qint64 m_most;
     const TextCodec *m_codec;
     TextCodec::AsRead m_asRead;
     PlacesInText m_places;
-    qint64 m_from = 0; ///< where the text begins that is still to be looked at
-    qint64 m_to = 0;
+    TextRange m_left; ///< is still to be looked at
     QTimer m_later;
 };

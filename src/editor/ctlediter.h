@@ -106,7 +106,7 @@ protected:
     void drawOverCursor(RowPainter &row, const QRectF &cell) const override;
 
 private:
-    QString rowNumber(qint64 row) const;
+    QString rowNumber(RowIndex row) const;
     QColor cursorColor() const;
 
     int fixedWrapWidth() const;

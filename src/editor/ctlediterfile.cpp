@@ -40,22 +40,22 @@ bool ctlEditer::reload(const QString &path, const QString &name)
 
 bool ctlEditer::readGrowth()
 {
-    const qint64 top = topRow();
-    const bool isEndShown = top + viewport()->height() / cellHeight() >= numLines();
+    const RowIndex top = topRow();
+    const bool isEndShown = top + viewport()->height() / cellHeight() > store().lastRow();
     const CursorPlace cursor = cursorPlace();
     const CursorPlace anchor = anchorPlace();
-    const bool isCursorAtEnd = cursor.offset == store().length() && !hasMarkedText();
+    const bool isCursorAtEnd = cursor.offset == store().end() && !hasMarkedText();
     {
         const Batch batch(*this);
         if (!document().readGrowth())
             return false;
-        const qint64 length = document().store().length();
+        const Offset end = document().store().end();
         if (isCursorAtEnd)
-            setCursorPlace({ length });
+            setCursorPlace({ end });
         else
-            select({ qMin(anchor.offset, length) }, { qMin(cursor.offset, length) });
+            select({ qMin(anchor.offset, end) }, { qMin(cursor.offset, end) });
     }
-    setTopRow(isEndShown ? numLines() : top);
+    setTopRow(isEndShown ? store().lastRow() : top);
     return true;
 }
 

@@ -49,35 +49,33 @@ void ctlEditer::breakLine()
 
 QString ctlEditer::indentationBeforeCursor() const
 {
-    const qint64 cursor = cursorOffset();
-    const qint64 rowStart = cursor - cursorPosition().column;
-    qint64 end = rowStart;
+    const Offset cursor = cursorOffset();
+    const Offset rowStart = cursor - cursorPosition().column;
+    Offset end = rowStart;
     while (end < cursor && isIndentation(store().at(end), appSettings().AutoIndent))
         ++end;
-    return store().text(rowStart, end - rowStart);
+    return store().text({ rowStart, end });
 }
 
 bool ctlEditer::selectsSeveralLines() const
 {
-    qint64 row1, column1, row2, column2;
-    return getMarkedRegion(&row1, &column1, &row2, &column2)
-        && store().lineOfRow(row1) != store().lineOfRow(row2);
+    return store().lineAt(selectionBegin().offset) != store().lineAt(selectionEnd().offset);
 }
 
 void ctlEditer::indentBlock(Indentation direction)
 {
     const UpdatesOff quiet(*this);
-    qint64 row1, column1, row2, column2;
-    getMarkedRegion(&row1, &column1, &row2, &column2);
-    const qint64 begin = store().row(row1).start;
-    const TextPiece block = indented(store(), begin, store().row(row2).start, direction);
-    setCursorPosition(row1, 0);
-    setCursorPosition(row2, 0, true);
+    const RowCol first = { store().rowColAt(selectionBegin()).row, 0 };
+    const RowCol last = { store().rowColAt(selectionEnd()).row, 0 };
+    const TextRange lines = { store().row(first.row).start, store().row(last.row).start };
+    const TextPiece block = indented(store(), lines, direction);
+    setCursorPosition(first);
+    setCursorPosition(last, true);
     insert(block);
     // Longer lines may have wrapped into more rows, so the block's end is looked up anew.
-    const RowCol end = store().rowColAt(begin + block.length());
-    setCursorPosition(row1, 0);
-    setCursorPosition(end.row, end.column, true);
+    const RowCol end = store().rowColAt(lines.start + block.length());
+    setCursorPosition(first);
+    setCursorPosition(end, true);
 }
 
 void ctlEditer::pressOtherKey(QKeyEvent *event)

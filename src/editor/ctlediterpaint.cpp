@@ -22,12 +22,12 @@ int rowNumberFontSize()
     return forScreen(6, 16);
 }
 
-LineEndSign lineEndSign(const RowLayout &layout, qint64 rowCount)
+LineEndSign lineEndSign(const RowLayout &layout, RowIndex lastRow)
 {
     const AppSettings &settings = appSettings();
     if (!layout.endsLine())
         return LineEndSign::None;
-    if (layout.row() + 1 == rowCount)
+    if (layout.row() == lastRow)
         return settings.ShowEOF == 1 ? LineEndSign::EndOfFile : LineEndSign::None;
     return settings.ShowKAI == 1 ? LineEndSign::Arrow : LineEndSign::None;
 }
@@ -65,7 +65,7 @@ void ctlEditer::drawOverText(RowPainter &row) const
 {
     const AppSettings &settings = appSettings();
     const auto measure = fontMeasure();
-    drawLineEndSign(row, *measure, lineEndSign(row.layout(), numLines()));
+    drawLineEndSign(row, *measure, lineEndSign(row.layout(), store().lastRow()));
     if (settings.ShowTAB == 1)
         drawTabSigns(row);
     if (settings.ShowZEN == 1)
@@ -83,13 +83,13 @@ QColor ctlEditer::cursorColor() const
 }
 
 /// Numbers count logical lines, and stand on their first rows; only the last digits have room.
-QString ctlEditer::rowNumber(qint64 row) const
+QString ctlEditer::rowNumber(RowIndex row) const
 {
-    const qint64 start = store().row(row).start;
-    if (start > 0 && store().at(start - 1) != u'\n')
+    const Offset start = store().row(row).start;
+    if (start > Offset() && store().at(start - 1) != u'\n')
         return {};
-    const qint64 number = appSettings().WrapMode == 0 ? row : store().lineOfRow(row).value();
-    return QString::number(number + 1).rightJustified(rowNumberDigits).right(rowNumberDigits);
+    const qint64 number = store().lineOfRow(row).value() + 1;
+    return QString::number(number).rightJustified(rowNumberDigits).right(rowNumberDigits);
 }
 
 /// The number of the row, and the rule between numbers and text.

@@ -28,7 +28,7 @@ bool ctlEditer::searchBackward(
 void ctlEditer::jumpToLine(qint64 number)
 {
     if (number >= 1 && number <= store().lineCount())
-        setCursorPosition(store().rowOfLine(LineIndex(number - 1)), 0);
+        setCursorPosition({ store().rowOfLine(LineIndex(number - 1)), 0 });
 }
 
 void ctlEditer::jumpToLastEdit()
@@ -37,8 +37,7 @@ void ctlEditer::jumpToLastEdit()
         const UndoCommand &command = history().command(i);
         if (command.isStepBoundary())
             continue;
-        const RowCol place = store().rowColAt(command.offset);
-        setCursorPosition(place.row, place.column);
+        setCursorPosition(store().rowColAt(command.offset));
         return;
     }
 }

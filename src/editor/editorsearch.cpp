@@ -9,25 +9,17 @@ void EditorSearch::setPattern(const QString &text, Qt::CaseSensitivity caseSensi
         m_pattern = TextPattern(text, caseSensitivity);
 }
 
-/// The earlier end of the selection, or the cursor.
-CursorPlace EditorSearch::selectionBegin() const
-{
-    const CursorPlace anchor = m_editor.anchorPlace();
-    const CursorPlace cursor = m_editor.cursorPlace();
-    return anchor.offset < cursor.offset ? anchor : cursor;
-}
-
 std::optional<SearchHit> EditorSearch::next() const
 {
     const TextStore &store = m_editor.store();
     const CursorPlace start =
-        m_editor.hasMarkedText() ? nextColumn(store, selectionBegin()) : m_editor.cursorPlace();
+        m_editor.hasMarkedText() ? nextColumn(store, m_editor.selectionBegin()) : m_editor.cursorPlace();
     return searchForward(store, m_pattern, start);
 }
 
 std::optional<SearchHit> EditorSearch::previous() const
 {
-    return searchBackward(m_editor.store(), m_pattern, selectionBegin());
+    return searchBackward(m_editor.store(), m_pattern, m_editor.selectionBegin());
 }
 
 bool EditorSearch::selectNext()
@@ -69,7 +61,7 @@ bool EditorSearch::replacePrevious(const QString &text)
     const QMultiLineEdit::Batch batch(m_editor);
     const RowCol begin = m_editor.store().rowColAt(hit->begin);
     replace(*hit, text);
-    m_editor.setCursorPosition(begin.row, begin.column);
+    m_editor.setCursorPosition(begin);
     return true;
 }
 

@@ -32,7 +32,6 @@ public:
 private:
     std::optional<SearchHit> next() const;
     std::optional<SearchHit> previous() const;
-    CursorPlace selectionBegin() const;
     void replace(const SearchHit &hit, const QString &text);
 
     QMultiLineEdit &m_editor;

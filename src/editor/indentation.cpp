@@ -23,7 +23,7 @@ public:
     TextPiece finish()
     {
         const TextStore text = m_text.finish();
-        return text.piece(0, text.length());
+        return text.piece({}, text.length());
     }
 
 private:
@@ -62,12 +62,12 @@ private:
 
 } // namespace
 
-TextPiece indented(const TextStore &store, qint64 begin, qint64 end, Indentation direction)
+TextPiece indented(const TextStore &store, TextRange range, Indentation direction)
 {
-    IndentedText text(direction, begin == 0 || store.at(begin - 1) == u'\n');
-    for (qint64 at = begin; at < end;) {
+    IndentedText text(direction, range.start == Offset() || store.at(range.start - 1) == u'\n');
+    for (Offset at = range.start; at < range.end;) {
         TextChunk chunk = store.spelledChunkAt(at);
-        chunk.truncate(qMin(chunk.size(), end - at));
+        chunk.truncate(qMin(chunk.size(), range.end - at));
         text.append(chunk);
         at += chunk.size();
     }

@@ -9,9 +9,9 @@ constexpr qint64 unitsOfStep = 1 << 18;
 bool BaseReading::step(const TextSnapshot &text, JournalFile &file)
 {
     const bool keeps = isKept(text);
-    const qint64 end = qMin(text.length(), m_offset + unitsOfStep);
+    const Offset end = qMin(text.end(), m_offset + unitsOfStep);
     EditWriter kept;
-    while (m_offset < end || (m_offset == text.length() && !m_isDone)) {
+    while (m_offset < end || (m_offset == text.end() && !m_isDone)) {
         const TextChunk chunk = text.spelledChunkAt(m_offset);
         if (keeps)
             kept.append(chunk);

@@ -27,7 +27,7 @@ public:
 private:
     bool writeEnd(bool isTextKept, JournalFile &file) const;
 
-    qint64 m_offset = 0;
+    Offset m_offset;
     TextHash m_hash;
     bool m_isDone = false;
 };

@@ -20,12 +20,12 @@ qint64 EditWriter::append(const TextChunk &chunk)
     return taken.size();
 }
 
-void EditWriter::copy(EditItem source, qint64 offset, qint64 length)
+void EditWriter::copy(EditItem source, Offset offset, qint64 length)
 {
     if (length == 0)
         return;
     m_fields.number8(quint8(source));
-    m_fields.number64(offset);
+    m_fields.number64(offset.value());
     m_fields.number64(length);
 }
 
@@ -35,7 +35,7 @@ bool EditReader::read(QByteArrayView content, Parts &parts)
     while (!fields.atEnd()) {
         const auto item = EditItem(fields.number8());
         if (item == EditItem::Committed || item == EditItem::Base) {
-            const qint64 offset = fields.number64();
+            const Offset offset(fields.number64());
             const qint64 length = fields.number64();
             if (!fields.isWhole())
                 return false;

@@ -15,8 +15,8 @@ public:
     /// Of this many bytes or a few more a record is made, so that the next one is not long in coming.
     static constexpr qsizetype wantedBytes = 65536;
 
-    void copyCommitted(qint64 offset, qint64 length) { copy(EditItem::Committed, offset, length); }
-    void copyBase(qint64 offset, qint64 length) { copy(EditItem::Base, offset, length); }
+    void copyCommitted(Offset offset, qint64 length) { copy(EditItem::Committed, offset, length); }
+    void copyBase(Offset offset, qint64 length) { copy(EditItem::Base, offset, length); }
     /// A chunk as TextSnapshot::spelledChunkAt() gives it; takes as many of its units as there is room for,
     /// one at least, and returns how many.
     qint64 append(const TextChunk &chunk);
@@ -27,7 +27,7 @@ public:
     void clear() { m_fields.clear(); }
 
 private:
-    void copy(EditItem source, qint64 offset, qint64 length);
+    void copy(EditItem source, Offset offset, qint64 length);
 
     FieldWriter m_fields;
 };
@@ -38,8 +38,8 @@ public:
     /// Hears of each part in order.
     struct Parts {
         virtual ~Parts() = default;
-        virtual void copyCommitted(qint64 offset, qint64 length) = 0;
-        virtual void copyBase(qint64 offset, qint64 length) = 0;
+        virtual void copyCommitted(Offset offset, qint64 length) = 0;
+        virtual void copyBase(Offset offset, qint64 length) = 0;
         virtual void text(QByteArrayView latin1) = 0;
         virtual void text(QStringView utf16) = 0;
         /// Of the unit that comes next; or of the end.

@@ -7,9 +7,9 @@
 
 namespace {
 
-bool isWithin(qint64 offset, qint64 length, qint64 whole)
+bool isWithin(Offset offset, qint64 length, Offset end)
 {
-    return offset >= 0 && length >= 0 && offset <= whole && length <= whole - offset;
+    return offset >= Offset() && length >= 0 && offset <= end && length <= end - offset;
 }
 
 /// Counts the units of a text that is told in parts, and sees whether there are such parts.
@@ -20,8 +20,8 @@ public:
         , m_base(base)
     {
     }
-    void copyCommitted(qint64 offset, qint64 length) override { copy(offset, length, m_committed); }
-    void copyBase(qint64 offset, qint64 length) override { copy(offset, length, m_base); }
+    void copyCommitted(Offset offset, qint64 length) override { copy(offset, length, m_committed); }
+    void copyBase(Offset offset, qint64 length) override { copy(offset, length, m_base); }
     void text(QByteArrayView latin1) override { add(latin1.size()); }
     void text(QStringView utf16) override { add(utf16.size()); }
     void spelling(QByteArrayView bytes) override { Q_UNUSED(bytes) }
@@ -30,9 +30,9 @@ public:
     bool isSound() const { return m_isSound; }
 
 private:
-    void copy(qint64 offset, qint64 length, qint64 source)
+    void copy(Offset offset, qint64 length, qint64 source)
     {
-        m_isSound = m_isSound && isWithin(offset, length, source);
+        m_isSound = m_isSound && isWithin(offset, length, Offset(source));
         add(length);
     }
     /// No text is as long as this, and no sum of two such lengths overflows.
@@ -141,7 +141,7 @@ private:
             return;
         const TextStore built = m_builder->finish();
         m_builder.reset();
-        m_piece.append(built.piece(0, built.length()));
+        m_piece.append(built.piece({}, built.length()));
     }
 
     const TextStore &m_store;
@@ -155,12 +155,12 @@ class EditPlayer : public EditReader::Parts {
 public:
     explicit EditPlayer(JournalPlayer &player)
         : m_player(player)
-        , m_base(player.store().piece(0, player.store().length()))
+        , m_base(player.store().piece({}, player.store().length()))
         , m_middle(player.store())
     {
     }
 
-    void copyCommitted(qint64 offset, qint64 length) override
+    void copyCommitted(Offset offset, qint64 length) override
     {
         if (m_middle.isEmpty() && !m_held && offset == m_start) {
             m_start += length;
@@ -169,7 +169,7 @@ public:
         takeHeld();
         m_held = { 0, offset, length };
     }
-    void copyBase(qint64 offset, qint64 length) override
+    void copyBase(Offset offset, qint64 length) override
     {
         takeHeld();
         m_middle.append(m_base.part(offset, length));
@@ -192,13 +192,13 @@ public:
 
     void commit()
     {
-        qint64 end = m_player.store().length();
+        Offset end = m_player.store().end();
         if (m_held && m_held->offset >= m_start && m_held->offset + m_held->length == end)
             end = m_held->offset;
         else
             takeHeld();
         m_held.reset();
-        const qint64 start = std::exchange(m_start, 0);
+        const Offset start = std::exchange(m_start, {});
         m_player.replace(start, end - start, m_middle.finish());
     }
 
@@ -212,15 +212,15 @@ private:
     JournalPlayer &m_player;
     const TextPiece m_base;
     PieceBuilder m_middle;
-    qint64 m_start = 0; ///< units that stay at the start
+    Offset m_start; ///< behind what stays at the start
     std::optional<TextPart> m_held; ///< a copy that may be what stays at the end
 };
 
 /// Puts kept text into a store that is being built.
 class BaseBuilder : public EditReader::Parts {
 public:
-    void copyCommitted(qint64, qint64) override { }
-    void copyBase(qint64, qint64) override { }
+    void copyCommitted(Offset, qint64) override { }
+    void copyBase(Offset, qint64) override { }
     void text(QByteArrayView latin1) override { m_builder.append(latin1); }
     void text(QStringView utf16) override { m_builder.append(utf16); }
     void spelling(QByteArrayView bytes) override { m_builder.spell(bytes); }

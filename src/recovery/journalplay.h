@@ -21,6 +21,6 @@ TextStore keptBase(JournalReader &journal);
 struct JournalPlayer {
     virtual ~JournalPlayer() = default;
     virtual const TextStore &store() const = 0;
-    virtual void replace(qint64 offset, qint64 removed, const TextPiece &inserted) = 0;
+    virtual void replace(Offset offset, qint64 removed, const TextPiece &inserted) = 0;
 };
 void playJournal(JournalReader &journal, const JournalOutline &outline, JournalPlayer &player);

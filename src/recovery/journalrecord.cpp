@@ -19,6 +19,9 @@ bool isRecordType(quint8 type)
     return type >= quint8(RecordType::Base) && type <= quint8(RecordType::Commit);
 }
 
+/// Stands in a journal where there is no other end of a selection.
+constexpr Offset noAnchor(-1);
+
 /// In the order of their numbers: a new one comes last.
 using CodecFunction = const TextCodec &();
 constexpr CodecFunction *byteCodecs[] = { utf8Codec, utf16LittleEndianCodec, utf16BigEndianCodec, latin1Codec,
@@ -128,10 +131,10 @@ QByteArray contentOf(const JournalState &state)
     fields.number8(quint8(state.charCode));
     fields.number8(quint8(state.returnCode));
     fields.number8(state.byteCodec);
-    fields.number64(state.place.cursor.offset);
+    fields.number64(state.place.cursor.offset.value());
     fields.number32(state.place.cursor.atRowEnd ? 1 : 0);
-    fields.number64(state.place.anchor);
-    fields.number64(state.place.top);
+    fields.number64(state.place.anchor.value_or(noAnchor).value());
+    fields.number64(state.place.top.value());
     fields.number64(state.place.left);
     Q_ASSERT(fields.size() == JournalState::bytes);
     return fields.result();
@@ -146,10 +149,11 @@ std::optional<JournalState> stateIn(QByteArrayView content)
     state.charCode = CharCode(fields.number8());
     state.returnCode = ReturnCode(fields.number8());
     state.byteCodec = fields.number8();
-    state.place.cursor.offset = fields.number64();
+    state.place.cursor.offset = Offset(fields.number64());
     state.place.cursor.atRowEnd = fields.number32() != 0;
-    state.place.anchor = fields.number64();
-    state.place.top = fields.number64();
+    if (const Offset anchor(fields.number64()); anchor >= Offset())
+        state.place.anchor = anchor;
+    state.place.top = Offset(fields.number64());
     state.place.left = fields.number64();
     return fields.isWhole() ? std::optional(state) : std::nullopt;
 }

@@ -67,8 +67,8 @@ std::optional<BaseSeen> baseSeenIn(QByteArrayView content);
 /// Where a document is looked at.
 struct ViewPlace {
     CursorPlace cursor;
-    qint64 anchor = -1; ///< the other end of the selection; -1: none
-    qint64 top = 0; ///< offset of the first unit that is shown
+    std::optional<Offset> anchor; ///< the other end of the selection, if there is one
+    Offset top; ///< of the first unit that is shown
     qint64 left = 0; ///< pixels that are scrolled off to the left
     friend bool operator==(const ViewPlace &, const ViewPlace &) = default;
 };

@@ -20,7 +20,7 @@ void JournalText::begin(const TextDocument &document, bool isFromFile)
     m_base = { document.path(), document.name(), isFromFile, -1, -1, document.charCode(),
         document.returnCode(), isFromFile ? store.length() : 0 };
     m_baseText = std::make_shared<const TextSnapshot>(isFromFile ? TextSnapshot(store) : TextSnapshot());
-    m_changeOfBase = { 0, 0, isFromFile ? 0 : store.length() };
+    m_changeOfBase = { {}, 0, isFromFile ? 0 : store.length() };
     returnToBase();
 }
 

@@ -51,15 +51,15 @@ void JournalWriter::plan()
 
 void JournalWriter::planParts(const TextChange &change, const TextSnapshot &before, bool fromBase)
 {
-    const TextExtract extract{ *m_write->text, change.offset, change.offset + change.inserted };
-    const TextExtract gone{ before, change.offset, change.offset + change.removed };
-    const TextExtract base{ *m_write->baseText, 0, fromBase ? m_write->baseText->length() : 0 };
-    const qint64 behind = change.offset + change.removed;
+    const Offset behind = change.offset + change.removed;
+    const TextExtract extract{ *m_write->text, { change.offset, change.offset + change.inserted } };
+    const TextExtract gone{ before, { change.offset, behind } };
+    const TextExtract base{ *m_write->baseText, { {}, fromBase ? m_write->baseText->end() : Offset() } };
     m_parts.clear();
-    addPart({ int(Source::Committed), 0, change.offset });
+    addPart({ int(Source::Committed), {}, change.offset - Offset() });
     for (const TextPart &part : partsOf(extract, { gone, base }))
         addPart(part);
-    addPart({ int(Source::Committed), behind, before.length() - behind });
+    addPart({ int(Source::Committed), behind, before.end() - behind });
     std::ranges::reverse(m_parts);
 }
 

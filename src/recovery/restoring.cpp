@@ -17,7 +17,7 @@ public:
     {
     }
     const TextStore &store() const override { return m_store; }
-    void replace(qint64 offset, qint64 removed, const TextPiece &inserted) override
+    void replace(Offset offset, qint64 removed, const TextPiece &inserted) override
     {
         m_store.exchange(offset, removed, inserted);
     }
@@ -37,7 +37,7 @@ public:
     Q_DISABLE_COPY_MOVE(DocumentPlayer)
 
     const TextStore &store() const override { return m_document.store(); }
-    void replace(qint64 offset, qint64 removed, const TextPiece &inserted) override
+    void replace(Offset offset, qint64 removed, const TextPiece &inserted) override
     {
         m_document.replace(offset, removed, inserted);
     }
@@ -64,7 +64,7 @@ TextStore withGaps(const TextStore &text)
 {
     TextStore::Builder known((LayoutRule()));
     bool isInGap = false;
-    for (qint64 at = 0; at < text.length();) {
+    for (Offset at; at < text.end();) {
         TextChunk chunk = text.spelledChunkAt(at);
         const bool isGap = !chunk.isLatin1() && chunk.utf16.startsWith(unknownUnit);
         if (!chunk.isLatin1()) {
@@ -87,15 +87,18 @@ TextStore withGaps(const TextStore &text)
     return known.finish();
 }
 
-CursorPlace clamped(CursorPlace place, qint64 length)
+CursorPlace clamped(CursorPlace place, Offset end)
 {
-    return { qBound<qint64>(0, place.offset, length), place.atRowEnd };
+    return { qBound(Offset(), place.offset, end), place.atRowEnd };
 }
 
-ViewPlace clamped(const ViewPlace &place, qint64 length)
+ViewPlace clamped(const ViewPlace &place, Offset end)
 {
-    return { clamped(place.cursor, length), qBound<qint64>(-1, place.anchor, length),
-        qBound<qint64>(0, place.top, length), qMax<qint64>(0, place.left) };
+    ViewPlace inside = { clamped(place.cursor, end), place.anchor, qBound(Offset(), place.top, end),
+        qMax<qint64>(0, place.left) };
+    if (inside.anchor)
+        inside.anchor = qBound(Offset(), *inside.anchor, end);
+    return inside;
 }
 
 /// Restores one document.
@@ -118,7 +121,7 @@ public:
         const bool isKnown = base.has_value();
         if (!base) {
             base.emplace();
-            base->insert(0, unknownText(m_outline.base.length));
+            base->insert({}, unknownText(m_outline.base.length));
         }
         return writeAnew(std::move(*base), isKnown);
     }
@@ -163,7 +166,7 @@ private:
         if (!m_isLoaded || !beginsWithBase())
             return std::nullopt;
         TextStore base;
-        base.insert(0, m_document.store().piece(0, m_outline.base.length));
+        base.insert({}, m_document.store().piece({}, m_outline.base.length));
         return base;
     }
 
@@ -174,7 +177,7 @@ private:
         if (!isKnown)
             text = withGaps(text);
         m_document.startNew(m_outline.base.name, codes(), byteCodecOf(m_outline.state.byteCodec));
-        m_document.replace(0, 0, text.piece(0, text.length()));
+        m_document.replace({}, 0, text.piece({}, text.length()));
         return isKnown ? Restored::Outcome::New : Restored::Outcome::Parts;
     }
 
@@ -201,6 +204,6 @@ Restored restore(const QByteArray &name, TextDocument &document, const FileCalls
     if (outline.commits == 0)
         return restored;
     restored.outcome = Restoring(journal, outline, document, calls).run();
-    restored.place = clamped(outline.state.place, document.store().length());
+    restored.place = clamped(outline.state.place, document.store().end());
     return restored;
 }

@@ -7,7 +7,7 @@
 void TextHash::add(const TextChunk &chunk)
 {
     if (chunk.spelling)
-        m_spellings = checksumOf(*chunk.spelling, m_spellings ^ quint64(chunk.offset));
+        m_spellings = checksumOf(*chunk.spelling, m_spellings ^ quint64(chunk.offset.value()));
     for (const char unit : chunk.latin1)
         add(char16_t(uchar(unit)));
     for (const QChar unit : chunk.utf16)
@@ -33,9 +33,10 @@ quint64 TextHash::result() const
 quint64 textHashOf(const TextStore &store, qint64 length)
 {
     TextHash hash;
-    for (qint64 offset = 0; offset < length;) {
+    const Offset end(length);
+    for (Offset offset; offset < end;) {
         TextChunk chunk = store.spelledChunkAt(offset);
-        chunk.truncate(qMin(chunk.size(), length - offset));
+        chunk.truncate(qMin(chunk.size(), end - offset));
         hash.add(chunk);
         offset += chunk.size();
     }

@@ -23,7 +23,7 @@ bool standsAlone(QChar unit, const FontMeasure &measure)
 } // namespace
 
 DisplayedRow::DisplayedRow(
-    const TextStore &store, qint64 row, const FontMeasure &measure, const InsertedText &inserted)
+    const TextStore &store, RowIndex row, const FontMeasure &measure, const InsertedText &inserted)
     : m_store(store)
     , m_row(row)
     , m_place(store.row(row))

@@ -8,9 +8,9 @@
 class DisplayedRow {
 public:
     DisplayedRow(
-        const TextStore &store, qint64 row, const FontMeasure &measure, const InsertedText &inserted);
+        const TextStore &store, RowIndex row, const FontMeasure &measure, const InsertedText &inserted);
 
-    qint64 row() const { return m_row; }
+    RowIndex row() const { return m_row; }
     qint64 length() const { return m_place.length + m_inserted.text.size(); }
     bool endsLine() const { return m_place.endsLine; }
     QString text(qint64 column, qint64 count) const;
@@ -37,7 +37,7 @@ public:
 
 private:
     const TextStore &m_store;
-    qint64 m_row;
+    RowIndex m_row;
     TextStore::Row m_place;
     const FontMeasure &m_measure;
     InsertedText m_inserted;

@@ -214,8 +214,8 @@ void RowLayout::Private::end()
     columns.push_back({ .left = x, .right = x, .cursor = x, .isStop = true });
 }
 
-RowLayout::RowLayout(const TextStore &store, qint64 row, const FontMeasure &measure, qreal left, qreal right,
-    const InsertedText &inserted)
+RowLayout::RowLayout(const TextStore &store, RowIndex row, const FontMeasure &measure, qreal left,
+    qreal right, const InsertedText &inserted)
     : d(std::make_unique<Private>(DisplayedRow(store, row, measure, inserted)))
 {
     d->layOutBetween(qint64(std::floor(left * d->scale())), qint64(std::ceil(right * d->scale())));
@@ -224,7 +224,7 @@ RowLayout::RowLayout(const TextStore &store, qint64 row, const FontMeasure &meas
 RowLayout::~RowLayout() = default;
 RowLayout::RowLayout(RowLayout &&) noexcept = default;
 
-qint64 RowLayout::row() const
+RowIndex RowLayout::row() const
 {
     return d->row.row();
 }

@@ -30,12 +30,12 @@ struct InsertedText {
 /// is looked at. Columns count the inserted text too. Valid until the next change of the store.
 class RowLayout {
 public:
-    RowLayout(const TextStore &store, qint64 row, const FontMeasure &measure, qreal left, qreal right,
+    RowLayout(const TextStore &store, RowIndex row, const FontMeasure &measure, qreal left, qreal right,
         const InsertedText &inserted = {});
     ~RowLayout();
     RowLayout(RowLayout &&) noexcept;
 
-    qint64 row() const;
+    RowIndex row() const;
     qint64 length() const;
     bool endsLine() const;
     /// The columns that are looked at: characters outside are not drawn.

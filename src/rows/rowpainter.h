@@ -8,7 +8,7 @@
 /// A row to paint, and where.
 struct RowPlace {
     const TextStore &store;
-    qint64 row = 0;
+    RowIndex row;
     QRectF cell; ///< the row with its margin, in the target's coordinates
     QRect update; ///< the part to paint, in the target's coordinates
     qreal margin = 0; ///< from the cell's left edge to the text

@@ -38,7 +38,7 @@ void RowPictures::setView(int slotCount, const QSize &row)
     picture(QSize(row.width(), row.height() * qMax(1, slotCount)));
 }
 
-int RowPictures::take(qint64 row)
+int RowPictures::take(RowIndex row)
 {
     hold();
     if (!m_places.empty())
@@ -46,23 +46,23 @@ int RowPictures::take(qint64 row)
     return top(row);
 }
 
-int RowPictures::top(qint64 row) const
+int RowPictures::top(RowIndex row) const
 {
     return m_places.empty() ? 0 : int(indexOf(row)) * m_rowSize.height();
 }
 
-void RowPictures::keep(qint64 row, int inkEnd)
+void RowPictures::keep(RowIndex row, int inkEnd)
 {
     if (!m_places.empty())
         m_places[indexOf(row)] = { .row = row, .inkEnd = inkEnd };
 }
 
-bool RowPictures::has(qint64 row) const
+bool RowPictures::has(RowIndex row) const
 {
     return s_holder == this && !m_places.empty() && placeOf(row).row == row;
 }
 
-void RowPictures::forget(qint64 first, qint64 last)
+void RowPictures::forget(RowIndex first, RowIndex last)
 {
     for (Place &place : m_places) {
         if (first <= place.row && place.row <= last)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/units.h"
+
 #include <QPixmap>
 
 #include <vector>
@@ -22,14 +24,14 @@ public:
     void setView(int slotCount, const QSize &row);
     bool keepsRows() const { return !m_places.empty(); }
     /// Device pixels from the picture's top to where a row is to be drawn; what was there is lost.
-    int take(qint64 row);
-    int top(qint64 row) const;
+    int take(RowIndex row);
+    int top(RowIndex row) const;
     /// The row has been drawn there over its whole width; behind `inkEnd` it shows nothing.
-    void keep(qint64 row, int inkEnd);
-    bool has(qint64 row) const;
-    int inkEnd(qint64 row) const { return placeOf(row).inkEnd; }
+    void keep(RowIndex row, int inkEnd);
+    bool has(RowIndex row) const;
+    int inkEnd(RowIndex row) const { return placeOf(row).inkEnd; }
     /// The rows first..last, or all, look different now.
-    void forget(qint64 first, qint64 last);
+    void forget(RowIndex first, RowIndex last);
     void forget();
 
     /// The picture, of at least that size; what it held is lost when it is made larger.
@@ -40,14 +42,14 @@ private:
     /// What another one has there is lost.
     void hold();
 
-    static constexpr qint64 none = -1;
+    static constexpr RowIndex none{ -1 };
     struct Place {
-        qint64 row = none; ///< whose picture it holds
+        RowIndex row = none; ///< whose picture it holds
         int inkEnd = 0;
     };
 
-    std::size_t indexOf(qint64 row) const { return std::size_t(row % qint64(m_places.size())); }
-    const Place &placeOf(qint64 row) const { return m_places[indexOf(row)]; }
+    std::size_t indexOf(RowIndex row) const { return std::size_t(row.value() % qint64(m_places.size())); }
+    const Place &placeOf(RowIndex row) const { return m_places[indexOf(row)]; }
 
     std::vector<Place> m_places;
     QSize m_rowSize;

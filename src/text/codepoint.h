@@ -2,6 +2,8 @@
 
 #include <QStringView>
 
+#include <type_traits>
+
 /// The character at a unit: both halves of a surrogate pair as one, a lone surrogate as itself.
 inline char32_t codePointAt(QStringView text, qsizetype at)
 {
@@ -23,20 +25,21 @@ inline int unitsOf(char32_t codePoint)
     return QChar::requiresSurrogates(codePoint) ? 2 : 1;
 }
 
-/// The code point that begins with unit `i` of `size`, or that ends before unit `end`, where `unit(i)` tells
-/// the units.
-template <typename Unit> char32_t codePointFrom(qint64 i, qint64 size, Unit unit)
+/// The code point that begins with unit `i` of a text up to `end`, or that ends before unit `end`, where
+/// `unit(i)` tells the units. Places are offsets or plain numbers.
+template <typename Place, typename Unit>
+char32_t codePointFrom(std::type_identity_t<Place> i, Place end, Unit unit)
 {
     const QChar first(unit(i));
-    if (!first.isHighSurrogate() || i + 1 == size)
+    if (!first.isHighSurrogate() || i + 1 == end)
         return first.unicode();
     const QChar second(unit(i + 1));
     return second.isLowSurrogate() ? QChar::surrogateToUcs4(first, second) : char32_t(first.unicode());
 }
 
-template <typename Unit> char32_t codePointUpTo(qint64 end, Unit unit)
+template <typename Place, typename Unit> char32_t codePointUpTo(Place end, Unit unit)
 {
     const QChar last(unit(end - 1));
-    const bool isHalf = last.isLowSurrogate() && end > 1 && QChar(unit(end - 2)).isHighSurrogate();
+    const bool isHalf = last.isLowSurrogate() && end > Place{ 1 } && QChar(unit(end - 2)).isHighSurrogate();
     return isHalf ? QChar::surrogateToUcs4(QChar(unit(end - 2)), last) : char32_t(last.unicode());
 }

@@ -7,37 +7,37 @@ namespace {
 /// Units looked at behind a place; more only where a combined character is longer.
 constexpr qint64 neighbourhood = 64;
 
-qint64 startOf(const TextStore &store, qint64 offset)
+Offset startOf(const TextStore &store, Offset offset)
 {
     return characterStart(
-        offset, store.length(), [&store](qint64 from, qint64 count) { return store.text(from, count); });
+        offset, store.end(), [&store](Offset from, qint64 count) { return store.text(from, count); });
 }
 
-bool areApart(const TextStore &store, qint64 offset)
+bool areApart(const TextStore &store, Offset offset)
 {
     return standsAlone(store.at(offset - 1)) && standsAlone(store.at(offset));
 }
 
 } // namespace
 
-qint64 nextCursorStop(const TextStore &store, qint64 offset)
+Offset nextCursorStop(const TextStore &store, Offset offset)
 {
-    const qint64 length = store.length();
-    if (offset + 1 >= length || areApart(store, offset + 1))
-        return qMin(offset + 1, length);
-    const qint64 start = startOf(store, offset);
+    const Offset textEnd = store.end();
+    if (offset + 1 >= textEnd || areApart(store, offset + 1))
+        return qMin(offset + 1, textEnd);
+    const Offset start = startOf(store, offset);
     for (qint64 ahead = neighbourhood;; ahead *= 2) {
-        const qint64 end = qMin(length, offset + ahead);
-        const qint64 next = start + graphemeEnd(store.text(start, end - start), 0);
+        const Offset end = qMin(textEnd, offset + ahead);
+        const Offset next = start + graphemeEnd(store.text({ start, end }), 0);
         // The part may end within a surrogate pair.
-        if (next + 1 < end || end == length)
+        if (next + 1 < end || end == textEnd)
             return next;
     }
 }
 
-qint64 previousCursorStop(const TextStore &store, qint64 offset)
+Offset previousCursorStop(const TextStore &store, Offset offset)
 {
-    if (offset <= 1 || areApart(store, offset - 1))
-        return qMax<qint64>(0, offset - 1);
+    if (offset <= Offset(1) || areApart(store, offset - 1))
+        return qMax(Offset(), offset - 1);
     return startOf(store, offset - 1);
 }

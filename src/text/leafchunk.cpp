@@ -1,13 +1,13 @@
 #include "text/leafchunk.h"
 
-TextChunk chunkOf(const TextLeaf &leaf, qint64 offset, qint64 start)
+TextChunk chunkOf(const TextLeaf &leaf, Offset offset, Offset start)
 {
     if (leaf.wide)
         return { offset, {}, leaf.utf16().sliced(offset - start) };
     return { offset, leaf.latin1().sliced(offset - start), {} };
 }
 
-TextChunk spelledChunkOf(const TextLeaf &leaf, qint64 offset, qint64 start)
+TextChunk spelledChunkOf(const TextLeaf &leaf, Offset offset, Offset start)
 {
     TextChunk chunk = chunkOf(leaf, offset, start);
     const qsizetype next = leaf.spellings ? leaf.spellings->firstFrom(offset - start) : 0;
@@ -20,7 +20,7 @@ TextChunk spelledChunkOf(const TextLeaf &leaf, qint64 offset, qint64 start)
     return chunk;
 }
 
-TextChunk endChunk(qint64 offset, const std::optional<QByteArray> &spelling)
+TextChunk endChunk(Offset offset, const std::optional<QByteArray> &spelling)
 {
     TextChunk end;
     end.offset = offset;

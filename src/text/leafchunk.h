@@ -3,8 +3,8 @@
 #include "text/textnode.h"
 
 /// The chunk of a leaf, which begins at `start` in the whole text, from `offset` on.
-TextChunk chunkOf(const TextLeaf &leaf, qint64 offset, qint64 start);
+TextChunk chunkOf(const TextLeaf &leaf, Offset offset, Offset start);
 /// As far as it is free of spellings; or one unit with its spelling.
-TextChunk spelledChunkOf(const TextLeaf &leaf, qint64 offset, qint64 start);
+TextChunk spelledChunkOf(const TextLeaf &leaf, Offset offset, Offset start);
 /// At the end of a text: what stood behind it.
-TextChunk endChunk(qint64 offset, const std::optional<QByteArray> &spelling);
+TextChunk endChunk(Offset offset, const std::optional<QByteArray> &spelling);

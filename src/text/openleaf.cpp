@@ -120,7 +120,7 @@ void editLeaf(TextTree &tree, qint64 offset, qint64 removed, QStringView inserte
 }
 
 /// Measures the leaf at `offset` and sums up all above it.
-void sumUpPath(TextTree &tree, qint64 offset, const TextLayout &layout)
+void sumUpPath(TextTree &tree, Offset offset, const TextLayout &layout)
 {
     if (tree.isLeaf()) {
         tree.summary = summaryOf(leafOf(tree), layout);
@@ -134,25 +134,25 @@ void sumUpPath(TextTree &tree, qint64 offset, const TextLayout &layout)
 } // namespace
 
 /// Looks for the leaf that holds `offset` and changes nothing.
-void OpenLeaf::find(TextTree &tree, qint64 offset)
+void OpenLeaf::find(TextTree &tree, Offset offset)
 {
-    qint64 inLeaf = offset;
+    Offset inLeaf = offset;
     m_leaf = &tree;
     m_parent = nullptr;
     while (!m_leaf->isLeaf()) {
         m_parent = &innerOf(*m_leaf);
         m_leaf = &childAt(*m_leaf, inLeaf);
     }
-    m_start = offset - inLeaf;
-    const qint64 end = m_start + leaf().size;
-    m_before = m_start > 0 ? codePointBefore(tree, m_start) : U'\n';
-    m_behind = end < tree.units() ? codePointAt(tree, end) : U'\n';
+    m_start = offset - inLeaf.value();
+    const Offset end = m_start + leaf().size;
+    m_before = m_start > Offset() ? codePointBefore(tree, m_start) : U'\n';
+    m_behind = end < tree.end() ? codePointAt(tree, end) : U'\n';
 }
 
 /// Makes the path to the leaf the tree's own: what is known of it is about to be wrong.
 void OpenLeaf::own(TextTree &tree)
 {
-    qint64 inLeaf = m_start;
+    Offset inLeaf = m_start;
     m_leaf = &tree;
     while (!m_leaf->isLeaf()) {
         detach(*m_leaf);
@@ -164,7 +164,7 @@ void OpenLeaf::own(TextTree &tree)
 }
 
 bool OpenLeaf::replace(
-    TextTree &tree, qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
+    TextTree &tree, Offset offset, qint64 removed, QStringView inserted, const TextLayout &layout)
 {
     if (!holds(offset, offset + removed)) {
         close(tree, layout);
@@ -186,29 +186,29 @@ bool OpenLeaf::replace(
 }
 
 /// No if the leaf would become too small, or too large and its parent has no room for another.
-bool OpenLeaf::canEdit(qint64 offset, qint64 removed, QStringView inserted, const NodeSizes &sizes) const
+bool OpenLeaf::canEdit(qint64 place, qint64 removed, QStringView inserted, const NodeSizes &sizes) const
 {
     const qint64 size = leaf().size - removed + inserted.size();
     if (!m_parent)
         return size >= 1 && size <= sizes.leafUnits;
     const bool canDivide = m_parent->count < sizes.children && size <= 2 * sizes.leafUnits - 2;
     return size >= sizes.fewestUnits() && (size <= sizes.leafUnits || canDivide)
-        && EditedLeaf(leaf(), offset, removed, inserted).isWhole(m_before, m_behind);
+        && EditedLeaf(leaf(), place, removed, inserted).isWhole(m_before, m_behind);
 }
 
-bool OpenLeaf::edit(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
+bool OpenLeaf::edit(qint64 place, qint64 removed, QStringView inserted, const TextLayout &layout)
 {
     if (leaf().size - removed + inserted.size() > layout.sizes().leafUnits)
-        return divide(offset, removed, inserted, layout);
-    editLeaf(*m_leaf, offset, removed, inserted, layout.sizes());
+        return divide(place, removed, inserted, layout);
+    editLeaf(*m_leaf, place, removed, inserted, layout.sizes());
     return true;
 }
 
 /// Makes two leaves of the open one. The first of them is open then. False where no character ends near the
 /// middle.
-bool OpenLeaf::divide(qint64 offset, qint64 removed, QStringView inserted, const TextLayout &layout)
+bool OpenLeaf::divide(qint64 place, qint64 removed, QStringView inserted, const TextLayout &layout)
 {
-    const LeafText text = editedText(leaf(), offset, removed, inserted);
+    const LeafText text = editedText(leaf(), place, removed, inserted);
     const QStringView view = text.view();
     const qint64 middle = cutPlace(view, view.size() / 2, layout.sizes());
     if (view.size() - middle > layout.sizes().leafUnits)

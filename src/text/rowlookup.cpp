@@ -16,26 +16,27 @@ RowFlow rowsIn(const TextTree &tree, const TextLayout &layout, Subpixels fill)
     return { wrapped.breaks + tree.summary.lineEnds, wrapped.exit };
 }
 
-qint64 leafRowsBefore(const TextTree &leaf, const TextLayout &layout, Subpixels fill, qint64 offset)
+qint64 rowsBefore(const TextTree &leaf, const TextLayout &layout, Subpixels fill, qint64 unit)
 {
     return scanRows(leaf, layout, 0, fill, [&](auto &scan) {
         using Event = typename std::remove_reference_t<decltype(scan)>::Event;
         qint64 rows = 0;
-        while (scan.next() != Event::None && scan.position() <= offset)
+        while (scan.next() != Event::None && scan.position() <= unit)
             ++rows;
         return rows;
     });
 }
 
-RowEnd leafRowEnd(const TextTree &leaf, const TextLayout &layout, Subpixels fill, qint64 row)
+/// The end of the row behind the first `rowsBefore` that end in a leaf.
+RowEnd endBehind(const TextTree &leaf, const TextLayout &layout, Subpixels fill, qint64 rowsBefore)
 {
     return scanRows(leaf, layout, 0, fill, [&](auto &scan) {
         using Event = typename std::remove_reference_t<decltype(scan)>::Event;
         Event event = scan.next();
-        for (; row > 0; --row)
+        for (; rowsBefore > 0; --rowsBefore)
             event = scan.next();
         Q_ASSERT(event != Event::None);
-        return RowEnd{ scan.position(), event == Event::LineEnd };
+        return RowEnd{ Offset(scan.position()), event == Event::LineEnd };
     });
 }
 
@@ -47,15 +48,15 @@ std::optional<RowEnd> endOfRowFrom(const TextTree &leaf, const TextLayout &layou
         const Event event = scan.next();
         if (event == Event::None)
             return std::nullopt;
-        return RowEnd{ scan.position(), event == Event::LineEnd };
+        return RowEnd{ Offset(scan.position()), event == Event::LineEnd };
     });
 }
 
 /// Looks for the last place at which x is not beyond `target`, from the left; `x` moves along.
-qint64 placeAcross(
-    const TextTree &tree, const TextLayout &layout, qint64 from, qint64 to, Subpixels &x, Subpixels target)
+Offset placeAcross(
+    const TextTree &tree, const TextLayout &layout, Offset from, Offset to, Subpixels &x, Subpixels target)
 {
-    if (from == 0 && to == tree.units()) {
+    if (from == Offset() && to == tree.end()) {
         const Subpixels exit = tree.summary.head.from(x, layout.tabStop());
         if (exit <= target) {
             x = exit;
@@ -63,18 +64,18 @@ qint64 placeAcross(
         }
     }
     if (tree.isLeaf())
-        return unitAcross(tree, layout, from, to, x, target);
-    qint64 start = 0;
+        return Offset(unitAcross(tree, layout, from.value(), to.value(), x, target));
+    qint64 before = 0;
     for (const TextTree &child : std::as_const(innerOf(tree))) {
-        const qint64 first = qMax<qint64>(0, from - start);
-        const qint64 last = qMin(child.units(), to - start);
+        const Offset first = qMax(Offset(), from - before);
+        const Offset last = qMin(child.end(), to - before);
         if (first < last) {
-            const qint64 place = placeAcross(child, layout, first, last, x, target);
+            const Offset place = placeAcross(child, layout, first, last, x, target);
             if (place < last)
-                return start + place;
+                return place + before;
         }
-        start += child.units();
-        if (start >= to)
+        before += child.units();
+        if (to <= Offset(before))
             break;
     }
     return to;
@@ -82,80 +83,82 @@ qint64 placeAcross(
 
 } // namespace
 
-qint64 rowsBefore(const TextTree &tree, const TextLayout &layout, qint64 offset)
+RowIndex rowAt(const TextTree &tree, const TextLayout &layout, Offset offset)
 {
-    qint64 rows = 0;
+    RowIndex row;
     Subpixels fill = 0;
     const TextTree &leaf = descend(tree, [&](const TextTree &child) {
         if (!passUnits(child, offset))
             return false;
         const RowFlow passed = rowsIn(child, layout, fill);
-        rows += passed.breaks;
+        row += passed.breaks;
         fill = passed.exit;
         return true;
     });
-    return rows + leafRowsBefore(leaf, layout, fill, offset);
+    return row + rowsBefore(leaf, layout, fill, offset.value());
 }
 
-RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, qint64 row)
+RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, RowIndex row)
 {
-    qint64 start = 0;
+    qint64 rowsBefore = row.value();
+    qint64 unitsBefore = 0;
     Subpixels fill = 0;
     const TextTree &leaf = descend(tree, [&](const TextTree &child) {
         const RowFlow rows = rowsIn(child, layout, fill);
-        if (row < rows.breaks)
+        if (rowsBefore < rows.breaks)
             return false;
-        row -= rows.breaks;
+        rowsBefore -= rows.breaks;
         fill = rows.exit;
-        start += child.units();
+        unitsBefore += child.units();
         return true;
     });
-    RowEnd end = leafRowEnd(leaf, layout, fill, row);
-    end.next += start;
+    RowEnd end = endBehind(leaf, layout, fill, rowsBefore);
+    end.next += unitsBefore;
     return end;
 }
 
-RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, qint64 row, qint64 start)
+RowEnd rowEnd(const TextTree &tree, const TextLayout &layout, RowIndex row, Offset start)
 {
-    qint64 unit = start;
+    Offset unit = start;
     const TextTree &leaf = descend(tree, [&unit](const TextTree &child) { return passUnits(child, unit); });
-    const std::optional<RowEnd> end = endOfRowFrom(leaf, layout, unit);
-    return end ? RowEnd{ start - unit + end->next, end->isLineEnd } : rowEnd(tree, layout, row);
+    const std::optional<RowEnd> end = endOfRowFrom(leaf, layout, unit.value());
+    return end ? RowEnd{ start + (end->next - unit), end->isLineEnd } : rowEnd(tree, layout, row);
 }
 
-qint64 linesBefore(const TextTree &tree, qint64 offset)
+LineIndex lineAt(const TextTree &tree, Offset offset)
 {
-    qint64 lines = 0;
+    LineIndex line;
     const TextTree &leaf = descend(tree, [&](const TextTree &child) {
         const bool isBefore = passUnits(child, offset);
-        lines += isBefore ? child.summary.lineEnds : 0;
+        line += isBefore ? child.summary.lineEnds : 0;
         return isBefore;
     });
-    return lines + lineEndsBefore(leafOf(leaf), offset);
+    return line + lineEndsBefore(leafOf(leaf), offset.value());
 }
 
-qint64 behindLine(const TextTree &tree, qint64 count)
+Offset lineStart(const TextTree &tree, LineIndex line)
 {
-    if (count == 0)
-        return 0;
-    qint64 start = 0;
+    qint64 linesBefore = line.value();
+    if (linesBefore == 0)
+        return {};
+    Offset start;
     const TextTree &leaf = descend(tree, [&](const TextTree &child) {
-        if (count <= child.summary.lineEnds)
+        if (linesBefore <= child.summary.lineEnds)
             return false;
-        count -= child.summary.lineEnds;
+        linesBefore -= child.summary.lineEnds;
         start += child.units();
         return true;
     });
-    return start + behindLineEnd(leafOf(leaf), count);
+    return start + behindLineEnd(leafOf(leaf), linesBefore);
 }
 
-Subpixels xAcross(const TextTree &tree, const TextLayout &layout, qint64 from, qint64 to, Subpixels x)
+Subpixels xAcross(const TextTree &tree, const TextLayout &layout, Offset from, Offset to, Subpixels x)
 {
     placeAcross(tree, layout, from, to, x, std::numeric_limits<Subpixels>::max());
     return x;
 }
 
-qint64 offsetAcross(const TextTree &tree, const TextLayout &layout, qint64 from, qint64 to, Subpixels target)
+Offset offsetAcross(const TextTree &tree, const TextLayout &layout, Offset from, Offset to, Subpixels target)
 {
     Subpixels x = 0;
     return placeAcross(tree, layout, from, to, x, target);

@@ -69,6 +69,8 @@ struct TextTree {
     TextSummary summary;
 
     qint64 units() const { return summary.units; }
+    /// The offset behind its last unit.
+    Offset end() const { return Offset(summary.units); }
     bool isEmpty() const { return !node; }
     int height() const { return node.get()->height; }
     bool isLeaf() const { return height() == 0; }

@@ -140,8 +140,8 @@ public:
     {
     }
 
-    qint64 forwards(qint64 from);
-    qint64 backwards(qint64 from);
+    std::optional<Offset> forwards(Offset from);
+    std::optional<Offset> backwards(Offset from);
 
 private:
     template <typename Unit> using Probes = TextPattern::Probes<Unit>;
@@ -156,11 +156,11 @@ private:
     bool settlesAt(const TextChunk &chunk, qint64 index);
     bool matches(const TextChunk &chunk, qint64 index);
     qint64 equalUnits(const TextChunk &chunk, qint64 index, qint64 done, char16_t before) const;
-    bool beginsInsidePair(qint64 offset) const;
-    char16_t unitBefore(qint64 offset) const { return offset > 0 ? m_store.at(offset - 1) : u'\0'; }
+    bool beginsInsidePair(Offset offset) const;
+    char16_t unitBefore(Offset offset) const { return offset > Offset() ? m_store.at(offset - 1) : u'\0'; }
 
-    qint64 forwardsByUnits(qint64 from) const;
-    qint64 backwardsByUnits(qint64 from) const;
+    std::optional<Offset> forwardsByUnits(Offset from) const;
+    std::optional<Offset> backwardsByUnits(Offset from) const;
     char16_t folded(char16_t unit, char16_t before) const
     {
         return m_pattern.m_folds ? foldedUnit(unit, before) : unit;
@@ -169,10 +169,10 @@ private:
     const TextPattern &m_pattern;
     const TextStore &m_store;
     const qint64 m_length;
-    qint64 m_from = 0;
+    Offset m_from;
     qint64 m_compared = 0; ///< units that equalled the pattern's at places that were no hits
-    qint64 m_hit = -1;
-    qint64 m_givenUpAt = -1; ///< the place from which on the search is to go on unit by unit
+    std::optional<Offset> m_hit;
+    std::optional<Offset> m_givenUpAt; ///< the place from which on the search is to go on unit by unit
 };
 
 template <typename Unit> bool PatternSearch::isCandidate(const Unit *units) const
@@ -220,7 +220,7 @@ qint64 PatternSearch::equalUnits(const TextChunk &chunk, qint64 index, qint64 do
 
 /// When case does not count a pair is one character, and a pattern that begins with a low surrogate does not
 /// begin inside it.
-bool PatternSearch::beginsInsidePair(qint64 offset) const
+bool PatternSearch::beginsInsidePair(Offset offset) const
 {
     return m_pattern.m_folds && m_pattern.m_folded.front().isLowSurrogate()
         && QChar::isHighSurrogate(unitBefore(offset));
@@ -231,8 +231,8 @@ bool PatternSearch::matches(const TextChunk &chunk, qint64 index)
 {
     TextChunk part = chunk;
     qint64 done = equalUnits(part, index, 0, 0);
-    qint64 end = part.offset + index + done;
-    while (done < m_length && end == part.offset + part.size() && end < m_store.length()) {
+    Offset end = part.offset + index + done;
+    while (done < m_length && end == part.offset + part.size() && end < m_store.end()) {
         const char16_t before = unitOf(part, part.size() - 1);
         part = m_store.chunkAt(end);
         const qint64 equal = equalUnits(part, 0, done, before);
@@ -246,12 +246,12 @@ bool PatternSearch::matches(const TextChunk &chunk, qint64 index)
 /// Whether the search is over here: there is a hit, or too much was compared in vain.
 bool PatternSearch::settlesAt(const TextChunk &chunk, qint64 index)
 {
-    const qint64 offset = chunk.offset + index;
+    const Offset offset = chunk.offset + index;
     if (matches(chunk, index))
         m_hit = offset;
     else if (m_compared > freeComparisons + 8 * qAbs(offset - m_from))
         m_givenUpAt = offset;
-    return m_hit >= 0 || m_givenUpAt >= 0;
+    return m_hit || m_givenUpAt;
 }
 
 template <typename Unit>
@@ -307,37 +307,37 @@ template <typename Unit> bool PatternSearch::settlesBackwards(const TextChunk &c
     return false;
 }
 
-qint64 PatternSearch::forwards(qint64 from)
+std::optional<Offset> PatternSearch::forwards(Offset from)
 {
     m_from = from;
-    const qint64 last = m_store.length() - m_length;
-    for (qint64 at = from; at <= last;) {
+    const Offset last = m_store.end() - m_length;
+    for (Offset at = from; at <= last;) {
         const TextChunk chunk = m_store.chunkAt(at);
         const qint64 count = qMin(chunk.size(), last - at + 1);
         if (visit(chunk, [&](const auto *units) { return settlesForwards(chunk, units, count); }))
-            return m_givenUpAt >= 0 ? forwardsByUnits(m_givenUpAt) : m_hit;
+            return m_givenUpAt ? forwardsByUnits(*m_givenUpAt) : m_hit;
         at += chunk.size();
     }
-    return -1;
+    return std::nullopt;
 }
 
-qint64 PatternSearch::backwards(qint64 from)
+std::optional<Offset> PatternSearch::backwards(Offset from)
 {
-    m_from = qMin(from, m_store.length() - m_length);
-    for (qint64 end = m_from + 1; end > 0;) {
+    m_from = qMin(from, m_store.end() - m_length);
+    for (Offset end = m_from + 1; end > Offset();) {
         const TextChunk chunk = m_store.chunkBefore(end);
         if (visit(chunk, [&](const auto *units) { return settlesBackwards(chunk, units); }))
-            return m_givenUpAt >= 0 ? backwardsByUnits(m_givenUpAt) : m_hit;
+            return m_givenUpAt ? backwardsByUnits(*m_givenUpAt) : m_hit;
         end = chunk.offset;
     }
-    return -1;
+    return std::nullopt;
 }
 
-qint64 PatternSearch::forwardsByUnits(qint64 from) const
+std::optional<Offset> PatternSearch::forwardsByUnits(Offset from) const
 {
     UnitMatcher matcher(m_pattern.m_folded);
     char16_t before = unitBefore(from);
-    for (qint64 at = from; at < m_store.length();) {
+    for (Offset at = from; at < m_store.end();) {
         const TextChunk chunk = m_store.chunkAt(at);
         for (qint64 i = 0; i < chunk.size(); ++i, ++at) {
             const char16_t unit = unitOf(chunk, i);
@@ -346,15 +346,15 @@ qint64 PatternSearch::forwardsByUnits(qint64 from) const
             before = unit;
         }
     }
-    return -1;
+    return std::nullopt;
 }
 
-qint64 PatternSearch::backwardsByUnits(qint64 from) const
+std::optional<Offset> PatternSearch::backwardsByUnits(Offset from) const
 {
     QString reversed = m_pattern.m_folded;
     std::reverse(reversed.begin(), reversed.end());
     UnitMatcher matcher(reversed);
-    for (qint64 end = from + m_length; end > 0;) {
+    for (Offset end = from + m_length; end > Offset();) {
         const TextChunk chunk = m_store.chunkBefore(end);
         const char16_t beforeChunk = unitBefore(chunk.offset);
         for (qint64 i = chunk.size(); i-- > 0;) {
@@ -364,15 +364,15 @@ qint64 PatternSearch::backwardsByUnits(qint64 from) const
         }
         end = chunk.offset;
     }
-    return -1;
+    return std::nullopt;
 }
 
-qint64 TextPattern::indexIn(const TextStore &store, qint64 from) const
+std::optional<Offset> TextPattern::indexIn(const TextStore &store, Offset from) const
 {
-    return m_folded.isEmpty() ? -1 : PatternSearch(*this, store).forwards(from);
+    return m_folded.isEmpty() ? std::nullopt : PatternSearch(*this, store).forwards(from);
 }
 
-qint64 TextPattern::lastIndexIn(const TextStore &store, qint64 from) const
+std::optional<Offset> TextPattern::lastIndexIn(const TextStore &store, Offset from) const
 {
-    return m_folded.isEmpty() ? -1 : PatternSearch(*this, store).backwards(from);
+    return m_folded.isEmpty() ? std::nullopt : PatternSearch(*this, store).backwards(from);
 }

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <array>
+#include <optional>
 
 /// A text to look for in a store, made ready once.
 ///
@@ -27,10 +28,10 @@ public:
     }
     qint64 length() const { return m_folded.size(); }
 
-    /// Offset of the first hit that begins at or behind `from`, 0 <= from <= length of the text; -1: none.
-    qint64 indexIn(const TextStore &store, qint64 from) const;
-    /// Offset of the last hit that begins at or before `from`, which may lie outside the text; -1: none.
-    qint64 lastIndexIn(const TextStore &store, qint64 from) const;
+    /// Offset of the first hit that begins at or behind `from`, which lies in the text.
+    std::optional<Offset> indexIn(const TextStore &store, Offset from) const;
+    /// Offset of the last hit that begins at or before `from`, which may lie outside the text.
+    std::optional<Offset> lastIndexIn(const TextStore &store, Offset from) const;
 
 private:
     friend class PatternSearch;

@@ -49,23 +49,23 @@ qint64 TextPiece::length() const
     return length;
 }
 
-QString TextPiece::text(qint64 offset, qint64 length) const
+QString TextPiece::text(Offset offset, qint64 length) const
 {
-    Q_ASSERT(offset >= 0 && length >= 0 && offset + length <= this->length());
+    Q_ASSERT(offset >= Offset() && length >= 0 && offset + length <= Offset(this->length()));
     QString text(length, Qt::Uninitialized);
     if (length > 0)
         copyUnits(tree(), offset, length, reinterpret_cast<char16_t *>(text.data()));
     return text;
 }
 
-TextPiece TextPiece::part(qint64 offset, qint64 length) const
+TextPiece TextPiece::part(Offset offset, qint64 length) const
 {
-    Q_ASSERT(offset >= 0 && length >= 0 && offset + length <= this->length());
+    Q_ASSERT(offset >= Offset() && length >= 0 && offset + length <= Offset(this->length()));
     if (length == 0)
         return {};
     const TextLayout layout = looseLayout(m_sizes);
     auto [before, rest] = split(tree(), offset, layout);
-    return TextPiece(std::move(split(std::move(rest), length, layout).first.node), m_sizes);
+    return TextPiece(std::move(split(std::move(rest), Offset(length), layout).first.node), m_sizes);
 }
 
 void TextPiece::append(TextPiece &&other)

@@ -2,28 +2,22 @@
 
 namespace {
 
-qint64 rowEnd(const TextStore &store, qint64 row)
-{
-    const TextStore::Row found = store.row(row);
-    return found.start + found.length;
-}
-
 /// Where the selection of a hit that begins there ends.
 CursorPlace hitEnd(const TextStore &store, CursorPlace begin, qint64 length)
 {
-    const qint64 end = begin.offset + length;
+    const Offset end = begin.offset + length;
     if (store.fitsInRow(begin.offset, length))
         return { end, true };
-    const qint64 below = store.rowColAt(begin).row + 1;
-    return { below < store.rowCount() ? qMin(end, rowEnd(store, below)) : end, true };
+    const RowIndex below = store.rowColAt(begin).row + 1;
+    return { below <= store.lastRow() ? qMin(end, store.row(below).end()) : end, true };
 }
 
 /// Where the selection of a hit that really begins at `hit` begins.
-CursorPlace hitBegin(const TextStore &store, qint64 hit, CursorPlace end)
+CursorPlace hitBegin(const TextStore &store, Offset hit, CursorPlace end)
 {
     if (store.fitsInRow(hit, end.offset - hit))
         return { hit };
-    const qint64 lastRow = store.rowColAt(end).row;
+    const RowIndex lastRow = store.rowColAt(end).row;
     if (store.rowColAt(hit).row == lastRow)
         return { hit };
     const qint64 column = store.rowColAt(CursorPlace{ hit, true }).column;
@@ -40,19 +34,19 @@ CursorPlace nextColumn(const TextStore &store, CursorPlace place)
 
 std::optional<SearchHit> searchForward(const TextStore &store, const TextPattern &pattern, CursorPlace start)
 {
-    const qint64 hit = pattern.indexIn(store, start.offset);
-    if (hit < 0)
+    const std::optional<Offset> hit = pattern.indexIn(store, start.offset);
+    if (!hit)
         return std::nullopt;
-    const CursorPlace begin{ hit, hit > start.offset || start.atRowEnd };
+    const CursorPlace begin{ *hit, *hit > start.offset || start.atRowEnd };
     return SearchHit{ begin, hitEnd(store, begin, pattern.length()) };
 }
 
 std::optional<SearchHit> searchBackward(const TextStore &store, const TextPattern &pattern, CursorPlace start)
 {
-    const qint64 end = rowEnd(store, store.rowColAt(start).row);
-    const qint64 hit = pattern.lastIndexIn(store, qMin(start.offset - 1, end - pattern.length()));
-    if (hit < 0)
+    const Offset end = store.row(store.rowColAt(start).row).end();
+    const auto hit = pattern.lastIndexIn(store, qMin(start.offset - 1, end - pattern.length()));
+    if (!hit)
         return std::nullopt;
-    const CursorPlace hitEnd{ hit + pattern.length(), true };
-    return SearchHit{ hitBegin(store, hit, hitEnd), hitEnd };
+    const CursorPlace hitEnd{ *hit + pattern.length(), true };
+    return SearchHit{ hitBegin(store, *hit, hitEnd), hitEnd };
 }

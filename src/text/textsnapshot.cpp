@@ -9,26 +9,23 @@ namespace {
 /// A node in its text. Nodes are named by plain pointers here: the snapshot holds them.
 struct PlacedNode {
     const TextNode *node = nullptr;
-    qint64 start = 0;
+    Offset start;
     qint64 units = 0;
 
-    qint64 end() const { return start + units; }
+    Offset end() const { return start + units; }
     bool isLeaf() const { return node->height == 0; }
-    bool isInside(const TextExtract &extract) const { return start >= extract.begin && end() <= extract.end; }
-    bool isOutside(const TextExtract &extract) const
-    {
-        return end() <= extract.begin || start >= extract.end;
-    }
+    bool isInside(TextRange range) const { return start >= range.start && end() <= range.end; }
+    bool isOutside(TextRange range) const { return end() <= range.start || start >= range.end; }
 };
 
 PlacedNode rootOf(const TextSnapshot &text)
 {
-    return { text.root(), 0, text.length() };
+    return { text.root(), {}, text.length() };
 }
 
 template <typename Visit> void forEachChild(const PlacedNode &inner, Visit &&visit)
 {
-    qint64 start = inner.start;
+    Offset start = inner.start;
     for (const TextTree &child : static_cast<const TextInner &>(*inner.node)) {
         visit(PlacedNode{ child.node.get(), start, child.units() });
         start += child.units();
@@ -59,14 +56,14 @@ public:
 private:
     struct Place {
         int source;
-        qint64 offset;
+        Offset offset;
     };
 
     void add(const TextExtract &source, int number, const PlacedNode &node)
     {
-        if (node.isOutside(source))
+        if (node.isOutside(source.range))
             return;
-        if (node.isInside(source))
+        if (node.isInside(source.range))
             m_places.try_emplace(node.node, Place{ number, node.start });
         if (!node.isLeaf())
             forEachChild(node, [&](const PlacedNode &child) { add(source, number, child); });
@@ -77,22 +74,22 @@ private:
 
 class PartList {
 public:
-    PartList(const TextExtract &extract, const SharedNodes &shared)
-        : m_extract(extract)
+    PartList(TextRange range, const SharedNodes &shared)
+        : m_range(range)
         , m_shared(shared)
     {
     }
 
     void add(const PlacedNode &node)
     {
-        if (node.isOutside(m_extract))
+        if (node.isOutside(m_range))
             return;
-        if (const auto shared = node.isInside(m_extract) ? m_shared.find(node) : std::nullopt)
+        if (const auto shared = node.isInside(m_range) ? m_shared.find(node) : std::nullopt)
             return append(*shared);
         if (!node.isLeaf())
             return forEachChild(node, [this](const PlacedNode &child) { add(child); });
-        const qint64 begin = qMax(node.start, m_extract.begin);
-        append({ TextPart::ownText, begin, qMin(node.end(), m_extract.end) - begin });
+        const Offset start = qMax(node.start, m_range.start);
+        append({ TextPart::ownText, start, qMin(node.end(), m_range.end) - start });
     }
 
     std::vector<TextPart> parts;
@@ -107,24 +104,24 @@ private:
             parts.push_back(part);
     }
 
-    const TextExtract &m_extract;
+    const TextRange m_range;
     const SharedNodes &m_shared;
 };
 
 } // namespace
 
 TextSnapshot::TextSnapshot(const TextStore &store)
-    : m_text(store.piece(0, store.length()))
+    : m_text(store.piece({}, store.length()))
     , m_length(store.length())
 {
-    if (const auto spelling = store.spelledChunkAt(m_length).spelling)
+    if (const auto spelling = store.spelledChunkAt(store.end()).spelling)
         m_endSpelling = spelling->toByteArray();
 }
 
-TextChunk TextSnapshot::spelledChunkAt(qint64 offset) const
+TextChunk TextSnapshot::spelledChunkAt(Offset offset) const
 {
-    Q_ASSERT(offset >= 0 && offset <= m_length);
-    if (offset == m_length)
+    Q_ASSERT(offset >= Offset() && offset <= end());
+    if (offset == end())
         return endChunk(offset, m_endSpelling);
     PlacedNode at = rootOf(*this);
     while (!at.isLeaf()) {
@@ -141,7 +138,7 @@ TextChunk TextSnapshot::spelledChunkAt(qint64 offset) const
 std::vector<TextPart> partsOf(const TextExtract &extract, std::initializer_list<TextExtract> sources)
 {
     const SharedNodes shared(sources);
-    PartList list(extract, shared);
+    PartList list(extract.range, shared);
     if (extract.text.root())
         list.add(rootOf(extract.text));
     return std::move(list.parts);

@@ -18,8 +18,9 @@ public:
     explicit TextSnapshot(const TextStore &store);
 
     qint64 length() const { return m_length; }
+    Offset end() const { return Offset(m_length); }
     /// As TextStore::spelledChunkAt().
-    TextChunk spelledChunkAt(qint64 offset) const;
+    TextChunk spelledChunkAt(Offset offset) const;
     const TextNode *root() const { return m_text.root(); }
 
 private:
@@ -33,16 +34,15 @@ struct TextPart {
     static constexpr int ownText = -1;
 
     int source = ownText; ///< which of other texts has it
-    qint64 offset = 0; ///< in that text, or in its own
+    Offset offset; ///< in that text, or in its own
     qint64 length = 0;
     friend bool operator==(const TextPart &, const TextPart &) = default;
 };
 
-/// The units `begin`..`end` of a text.
+/// A part of a text.
 struct TextExtract {
     const TextSnapshot &text;
-    qint64 begin = 0;
-    qint64 end = 0;
+    TextRange range;
 };
 
 /// What an extract consists of, in order: nodes that it shares with one of the sources are had there, the

@@ -16,12 +16,13 @@ public:
 
     /// What can be asked without closing the leaf that is being edited.
     qint64 length() const { return m_tree.units() + m_open.growth(); }
-    bool isInside(qint64 offset, qint64 length = 0) const
+    Offset end() const { return Offset(length()); }
+    bool isInside(Offset offset, qint64 length = 0) const
     {
-        return offset >= 0 && length >= 0 && length <= this->length() - offset;
+        return offset >= Offset() && length >= 0 && length <= end() - offset;
     }
-    const TextLeaf &leafAt(qint64 offset, qint64 length, qint64 &start) const;
-    void copyTo(char16_t *to, qint64 offset, qint64 length) const;
+    const TextLeaf &leafAt(Offset offset, qint64 length, Offset &start) const;
+    void copyTo(char16_t *to, Offset offset, qint64 length) const;
 
     const TextTree &tree() const
     {
@@ -30,19 +31,19 @@ public:
     }
     void setTree(TextTree &&tree) { m_tree = std::move(tree); }
     void setLayout(const LayoutRule &rule);
-    void replace(qint64 offset, qint64 removed, QStringView inserted);
-    void put(qint64 offset, qint64 removed, TextTree &&inserted);
+    void replace(Offset offset, qint64 removed, QStringView inserted);
+    void put(Offset offset, qint64 removed, TextTree &&inserted);
 
-    qint64 rowStart(qint64 row) const;
-    Row rowAt(qint64 row, qint64 rowCount) const;
-    RowCol rowColAt(qint64 offset) const;
+    Offset rowStart(RowIndex row) const;
+    Row rowAt(RowIndex row, qint64 rowCount) const;
+    RowCol rowColAt(Offset offset) const;
 
     /// The last answers. Whoever paints asks for the same row again and again, and then for the next one;
     /// whoever edits, for the cursor's place.
     struct Answers {
-        qint64 row = -1;
+        std::optional<RowIndex> row;
         Row rowPlace;
-        qint64 offset = -1;
+        std::optional<Offset> offset;
         RowCol offsetPlace;
     };
     mutable Answers last; ///< reset by every change of layout or tree
@@ -55,35 +56,35 @@ private:
     mutable OpenLeaf m_open;
 };
 
-/// Offset at which a row begins.
-qint64 TextStore::Private::rowStart(qint64 row) const
+Offset TextStore::Private::rowStart(RowIndex row) const
 {
-    if (row == 0)
-        return 0;
+    if (row == RowIndex())
+        return {};
     if (row == last.row)
         return last.rowPlace.start;
     if (row - 1 == last.row)
-        return last.rowPlace.start + last.rowPlace.length + (last.rowPlace.endsLine ? 1 : 0);
+        return last.rowPlace.end() + (last.rowPlace.endsLine ? 1 : 0);
     return rowEnd(tree(), layout, row - 1).next;
 }
 
-TextStore::Row TextStore::Private::rowAt(qint64 row, qint64 rowCount) const
+TextStore::Row TextStore::Private::rowAt(RowIndex row, qint64 rowCount) const
 {
-    const qint64 start = rowStart(row);
-    if (row == rowCount - 1)
-        return { start, length() - start, true };
-    const RowEnd end = rowEnd(tree(), layout, row, start);
-    return { start, end.next - start - (end.isLineEnd ? 1 : 0), end.isLineEnd };
+    const Offset start = rowStart(row);
+    if (row == RowIndex(rowCount - 1))
+        return { start, end() - start, true };
+    const RowEnd found = rowEnd(tree(), layout, row, start);
+    return { start, found.next - start - (found.isLineEnd ? 1 : 0), found.isLineEnd };
 }
 
-RowCol TextStore::Private::rowColAt(qint64 offset) const
+RowCol TextStore::Private::rowColAt(Offset offset) const
 {
-    const qint64 row = layout.wraps() ? rowsBefore(tree(), layout, offset) : linesBefore(tree(), offset);
+    const RowIndex row =
+        layout.wraps() ? ::rowAt(tree(), layout, offset) : RowIndex(::lineAt(tree(), offset).value());
     return { row, offset - rowStart(row) };
 }
 
 /// The leaf that holds unit `offset` and, if it is the one being edited, the `length` units from there.
-const TextLeaf &TextStore::Private::leafAt(qint64 offset, qint64 length, qint64 &start) const
+const TextLeaf &TextStore::Private::leafAt(Offset offset, qint64 length, Offset &start) const
 {
     if (!m_open.holds(offset, offset + length))
         return ::leafAt(tree(), offset, start);
@@ -91,7 +92,7 @@ const TextLeaf &TextStore::Private::leafAt(qint64 offset, qint64 length, qint64 
     return m_open.leaf();
 }
 
-void TextStore::Private::copyTo(char16_t *to, qint64 offset, qint64 length) const
+void TextStore::Private::copyTo(char16_t *to, Offset offset, qint64 length) const
 {
     if (m_open.holds(offset, offset + length))
         m_open.leaf().copyTo(to, offset - m_open.start(), length);
@@ -107,7 +108,7 @@ void TextStore::Private::setLayout(const LayoutRule &rule)
     layOut(m_tree, layout);
 }
 
-void TextStore::Private::replace(qint64 offset, qint64 removed, QStringView inserted)
+void TextStore::Private::replace(Offset offset, qint64 removed, QStringView inserted)
 {
     last = {};
     if (!m_open.replace(m_tree, offset, removed, inserted, layout))
@@ -115,12 +116,12 @@ void TextStore::Private::replace(qint64 offset, qint64 removed, QStringView inse
 }
 
 /// Replaces any range by any tree.
-void TextStore::Private::put(qint64 offset, qint64 removed, TextTree &&inserted)
+void TextStore::Private::put(Offset offset, qint64 removed, TextTree &&inserted)
 {
     m_open.close(m_tree, layout);
     last = {};
     auto [before, rest] = split(std::move(m_tree), offset, layout);
-    TextTree behind = split(std::move(rest), removed, layout).second;
+    TextTree behind = split(std::move(rest), Offset(removed), layout).second;
     TextTree start = concatenate(std::move(before), std::move(inserted), layout);
     m_tree = concatenate(std::move(start), std::move(behind), layout);
 }
@@ -179,15 +180,15 @@ void TextStore::setLayoutRule(const LayoutRule &rule)
     d->setLayout(rule);
 }
 
-char16_t TextStore::at(qint64 offset) const
+char16_t TextStore::at(Offset offset) const
 {
     Q_ASSERT(d->isInside(offset, 1));
-    qint64 start = 0;
+    Offset start;
     const TextLeaf &leaf = d->leafAt(offset, 1, start);
     return leaf.at(offset - start);
 }
 
-QString TextStore::text(qint64 offset, qint64 length) const
+QString TextStore::text(Offset offset, qint64 length) const
 {
     Q_ASSERT(d->isInside(offset, length));
     QString text(length, Qt::Uninitialized);
@@ -195,35 +196,36 @@ QString TextStore::text(qint64 offset, qint64 length) const
     return text;
 }
 
-TextChunk TextStore::chunkAt(qint64 offset) const
+TextChunk TextStore::chunkAt(Offset offset) const
 {
     Q_ASSERT(d->isInside(offset, 1));
-    qint64 start = 0;
+    Offset start;
     const TextLeaf &leaf = d->leafAt(offset, 1, start);
     return chunkOf(leaf, offset, start);
 }
 
-TextChunk TextStore::spelledChunkAt(qint64 offset) const
+TextChunk TextStore::spelledChunkAt(Offset offset) const
 {
-    if (offset == length())
-        return offset > 0 || d->isSpelledWhenEmpty ? endChunk(offset, d->endSpelling) : endChunk(offset, {});
+    if (offset == end())
+        return length() > 0 || d->isSpelledWhenEmpty ? endChunk(offset, d->endSpelling)
+                                                     : endChunk(offset, {});
     Q_ASSERT(d->isInside(offset, 1));
-    qint64 start = 0;
+    Offset start;
     const TextLeaf &leaf = d->leafAt(offset, 1, start);
     return spelledChunkOf(leaf, offset, start);
 }
 
-TextChunk TextStore::chunkBefore(qint64 end) const
+TextChunk TextStore::chunkBefore(Offset end) const
 {
-    Q_ASSERT(end > 0 && end <= length());
-    qint64 start = 0;
+    Q_ASSERT(end > Offset() && end <= this->end());
+    Offset start;
     const TextLeaf &leaf = d->leafAt(end - 1, 1, start);
     if (leaf.wide)
         return { start, {}, leaf.utf16().first(end - start) };
     return { start, leaf.latin1().first(end - start), {} };
 }
 
-void TextStore::replace(qint64 offset, qint64 removed, QStringView inserted)
+void TextStore::replace(Offset offset, qint64 removed, QStringView inserted)
 {
     Q_ASSERT(d->isInside(offset, removed));
     if (removed == 0 && inserted.isEmpty())
@@ -231,19 +233,19 @@ void TextStore::replace(qint64 offset, qint64 removed, QStringView inserted)
     d->replace(offset, removed, inserted);
 }
 
-TextPiece TextStore::take(qint64 offset, qint64 length)
+TextPiece TextStore::take(Offset offset, qint64 length)
 {
     return exchange(offset, length, QStringView());
 }
 
-TextPiece TextStore::exchange(qint64 offset, qint64 removed, QStringView inserted)
+TextPiece TextStore::exchange(Offset offset, qint64 removed, QStringView inserted)
 {
     TextPiece taken = piece(offset, removed);
     replace(offset, removed, inserted);
     return taken;
 }
 
-TextPiece TextStore::exchange(qint64 offset, qint64 removed, const TextPiece &inserted)
+TextPiece TextStore::exchange(Offset offset, qint64 removed, const TextPiece &inserted)
 {
     if (inserted.isPlainText())
         return exchange(offset, removed, inserted.text());
@@ -252,20 +254,20 @@ TextPiece TextStore::exchange(qint64 offset, qint64 removed, const TextPiece &in
     return taken;
 }
 
-TextPiece TextStore::piece(qint64 offset, qint64 length) const
+TextPiece TextStore::piece(Offset offset, qint64 length) const
 {
     Q_ASSERT(d->isInside(offset, length));
     if (length == 0)
         return {};
-    qint64 start = 0;
+    Offset start;
     if (const TextLeaf &leaf = d->leafAt(offset, length, start); offset + length <= start + leaf.size)
         return TextPiece(leaf.part(offset - start, length), nodeSizes());
     TextTree shared = d->tree();
     auto [before, rest] = split(std::move(shared), offset, d->layout);
-    return TextPiece(std::move(split(std::move(rest), length, d->layout).first.node), nodeSizes());
+    return TextPiece(std::move(split(std::move(rest), Offset(length), d->layout).first.node), nodeSizes());
 }
 
-void TextStore::insert(qint64 offset, const TextPiece &piece)
+void TextStore::insert(Offset offset, const TextPiece &piece)
 {
     Q_ASSERT(d->isInside(offset));
     if (piece.isPlainText())
@@ -274,9 +276,9 @@ void TextStore::insert(qint64 offset, const TextPiece &piece)
     d->put(offset, 0, treeUnder(piece.m_root, d->layout));
 }
 
-TextStore::Row TextStore::row(qint64 row) const
+TextStore::Row TextStore::row(RowIndex row) const
 {
-    Q_ASSERT(row >= 0 && row < rowCount());
+    Q_ASSERT(row >= RowIndex() && row <= lastRow());
     if (row != d->last.row) {
         d->last.rowPlace = d->rowAt(row, rowCount());
         d->last.row = row;
@@ -284,7 +286,7 @@ TextStore::Row TextStore::row(qint64 row) const
     return d->last.rowPlace;
 }
 
-RowCol TextStore::rowColAt(qint64 offset) const
+RowCol TextStore::rowColAt(Offset offset) const
 {
     Q_ASSERT(d->isInside(offset));
     if (d->tree().isEmpty())
@@ -299,7 +301,7 @@ RowCol TextStore::rowColAt(qint64 offset) const
 RowCol TextStore::rowColAt(CursorPlace place) const
 {
     const RowCol position = rowColAt(place.offset);
-    if (!place.atRowEnd || position.column > 0 || position.row == 0)
+    if (!place.atRowEnd || position.column > 0 || position.row == RowIndex())
         return position;
     const Row above = row(position.row - 1);
     return above.endsLine ? position : RowCol{ position.row - 1, above.length };
@@ -312,56 +314,56 @@ CursorPlace TextStore::placeAt(RowCol position) const
     return { found.start + position.column, position.column == found.length && !found.endsLine };
 }
 
-bool TextStore::fitsInRow(qint64 offset, qint64 length) const
+bool TextStore::fitsInRow(Offset offset, qint64 length) const
 {
     if (!d->layout.wraps())
         return true;
-    const qint64 end = offset + length;
+    const Offset behind = offset + length;
     const bool isWhole =
-        length == 0 || end == this->length() || (standsAlone(at(end - 1)) && standsAlone(at(end)));
+        length == 0 || behind == end() || (standsAlone(at(behind - 1)) && standsAlone(at(behind)));
     return isWhole && d->layout.isWithinLimit(text(offset, length));
 }
 
-LineIndex TextStore::lineAt(qint64 offset) const
+LineIndex TextStore::lineAt(Offset offset) const
 {
     Q_ASSERT(d->isInside(offset));
-    return LineIndex(d->tree().isEmpty() ? 0 : linesBefore(d->tree(), offset));
+    return d->tree().isEmpty() ? LineIndex() : ::lineAt(d->tree(), offset);
 }
 
-qint64 TextStore::lineStart(LineIndex line) const
+Offset TextStore::lineStart(LineIndex line) const
 {
     Q_ASSERT(line >= LineIndex() && line <= lastLine());
-    return behindLine(d->tree(), line.value());
+    return ::lineStart(d->tree(), line);
 }
 
-qint64 TextStore::lineEnd(LineIndex line) const
+Offset TextStore::lineEnd(LineIndex line) const
 {
-    return line < lastLine() ? lineStart(line + 1) - 1 : length();
+    return line < lastLine() ? lineStart(line + 1) - 1 : end();
 }
 
-qint64 TextStore::rowOfLine(LineIndex line) const
+RowIndex TextStore::rowOfLine(LineIndex line) const
 {
-    return d->layout.wraps() ? rowColAt(lineStart(line)).row : line.value();
+    return d->layout.wraps() ? rowColAt(lineStart(line)).row : RowIndex(line.value());
 }
 
-LineIndex TextStore::lineOfRow(qint64 row) const
+LineIndex TextStore::lineOfRow(RowIndex row) const
 {
-    Q_ASSERT(row >= 0 && row < rowCount());
-    return d->layout.wraps() ? lineAt(d->rowStart(row)) : LineIndex(row);
+    Q_ASSERT(row >= RowIndex() && row <= lastRow());
+    return d->layout.wraps() ? lineAt(d->rowStart(row)) : LineIndex(row.value());
 }
 
 Subpixels TextStore::xAt(RowCol position) const
 {
-    const qint64 end = placeAt(position).offset;
-    return d->tree().isEmpty() ? 0 : xAcross(d->tree(), d->layout, end - position.column, end, 0);
+    const Offset to = placeAt(position).offset;
+    return d->tree().isEmpty() ? 0 : xAcross(d->tree(), d->layout, to - position.column, to, 0);
 }
 
-qint64 TextStore::columnAt(qint64 row, Subpixels x) const
+qint64 TextStore::columnAt(RowIndex row, Subpixels x) const
 {
     const Row place = this->row(row);
     if (d->tree().isEmpty() || x < 0)
         return 0;
-    return offsetAcross(d->tree(), d->layout, place.start, place.start + place.length, x) - place.start;
+    return offsetAcross(d->tree(), d->layout, place.start, place.end(), x) - place.start;
 }
 
 void TextStore::checkInvariants() const

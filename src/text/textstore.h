@@ -32,7 +32,7 @@ struct LayoutRule {
 /// Neighbouring units of a leaf as they lie in memory: one of the two views is set. Valid until the next
 /// change of the store.
 struct TextChunk {
-    qint64 offset = 0; ///< of the first unit in the whole text
+    Offset offset; ///< of the first unit in the whole text
     QByteArrayView latin1; ///< set where the store keeps one byte a unit (U+0000..U+00FF)
     QStringView utf16; ///< set elsewhere
     /// The bytes that the chunk, one unit then, was read from, where its code would write others. Without a
@@ -65,13 +65,14 @@ class TextPiece;
 /// Errors: a position outside the text is the caller's bug and asserted; nothing here talks to the user.
 class TextStore {
 public:
-    /// One display row. `start + length` is the offset of its LF when `endsLine`, else of the next row's
+    /// One display row. `end()` is the offset of its LF when `endsLine`, else of the next row's
     /// first unit.
     struct Row {
-        qint64 start = 0;
+        Offset start;
         qint64 length = 0; ///< units of the row, its LF not counted
         bool endsLine =
             false; ///< the row is the last one of its logical line (true for the last row of the text)
+        Offset end() const { return start + length; }
     };
     /// Builds a store's content from blocks in order, for loading: no second copy, no edit cost.
     class Builder;
@@ -84,6 +85,8 @@ public:
 
     /// Units in the text.
     qint64 length() const;
+    /// The offset behind the last one.
+    Offset end() const { return Offset(length()); }
     /// Logical lines: LFs + 1.
     qint64 lineCount() const;
     /// Display rows, at least 1; equals lineCount() when rows are not wrapped.
@@ -98,59 +101,62 @@ public:
     /// O(n), the one operation that is.
     void setLayoutRule(const LayoutRule &rule);
 
-    char16_t at(qint64 offset) const;
-    QString text(qint64 offset, qint64 length) const;
+    char16_t at(Offset offset) const;
+    QString text(Offset offset, qint64 length) const;
+    QString text(TextRange range) const { return text(range.start, range.length()); }
     /// The whole text; a second copy, for small texts and tests.
-    QString text() const { return text(0, length()); }
+    QString text() const { return text({}, length()); }
     /// The chunk that holds `offset` (< length()), beginning exactly at `offset` and at most one leaf
     /// long.
-    TextChunk chunkAt(qint64 offset) const;
+    TextChunk chunkAt(Offset offset) const;
     /// As chunkAt(), but in parts that are free of spellings or one unit with its spelling; at length() that
     /// of the end.
-    TextChunk spelledChunkAt(qint64 offset) const;
-    /// The chunk that ends exactly at `end` (> 0), at most one leaf long: for walking backwards.
-    TextChunk chunkBefore(qint64 end) const;
+    TextChunk spelledChunkAt(Offset offset) const;
+    /// The chunk that ends exactly at `end`, not at the text's start, at most one leaf long: for walking
+    /// backwards.
+    TextChunk chunkBefore(Offset end) const;
 
     /// Puts `inserted` in place of `removed` units at `offset`; positions behind it that were taken before
     /// are stale.
-    void replace(qint64 offset, qint64 removed, QStringView inserted);
+    void replace(Offset offset, qint64 removed, QStringView inserted);
     /// Cuts `length` units at `offset` out of the text and hands them over: O(log n).
-    TextPiece take(qint64 offset, qint64 length);
+    TextPiece take(Offset offset, qint64 length);
     /// The same, and puts `inserted` in their place.
-    TextPiece exchange(qint64 offset, qint64 removed, QStringView inserted);
-    TextPiece exchange(qint64 offset, qint64 removed, const TextPiece &inserted);
+    TextPiece exchange(Offset offset, qint64 removed, QStringView inserted);
+    TextPiece exchange(Offset offset, qint64 removed, const TextPiece &inserted);
     /// The same text without cutting it out: O(log n) as well, the leaves are shared until one side changes.
-    TextPiece piece(qint64 offset, qint64 length) const;
+    TextPiece piece(Offset offset, qint64 length) const;
     /// Puts a piece in, of nodes of this store's sizes: O(log n) if it comes from this store and the layout
     /// rule has not been set since, else its text is measured. The piece is not used up, nor is more than a
     /// leaf of its text copied.
-    void insert(qint64 offset, const TextPiece &piece);
+    void insert(Offset offset, const TextPiece &piece);
 
-    Row row(qint64 row) const;
+    Row row(RowIndex row) const;
+    RowIndex lastRow() const { return RowIndex(rowCount() - 1); }
     /// Row that holds `offset`; the offset at which a row begins belongs to that row, not to the end of the
     /// one above.
-    RowCol rowColAt(qint64 offset) const;
+    RowCol rowColAt(Offset offset) const;
     RowCol rowColAt(CursorPlace place) const;
     /// `position.column` may be 0..length of the row, which end means the row's own.
     CursorPlace placeAt(RowCol position) const;
     /// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it.
     /// O(length).
-    bool fitsInRow(qint64 offset, qint64 length) const;
-    LineIndex lineAt(qint64 offset) const;
+    bool fitsInRow(Offset offset, qint64 length) const;
+    LineIndex lineAt(Offset offset) const;
     LineIndex lastLine() const { return LineIndex(lineCount() - 1); }
-    qint64 lineStart(LineIndex line) const;
+    Offset lineStart(LineIndex line) const;
     /// Behind the line's last unit, its LF not counted.
-    qint64 lineEnd(LineIndex line) const;
+    Offset lineEnd(LineIndex line) const;
     /// Row on which a logical line begins.
-    qint64 rowOfLine(LineIndex line) const;
+    RowIndex rowOfLine(LineIndex line) const;
     /// Logical line that a row is part of: the count of rows above it that end a line.
-    LineIndex lineOfRow(qint64 row) const;
+    LineIndex lineOfRow(RowIndex row) const;
 
     /// Distance from the row's start to `position`, tabs expanded; O(log n) also in a row of 100 million
     /// units.
     Subpixels xAt(RowCol position) const;
     /// The column whose character covers `x` (its left edge is at or before x): 0..length of the row.
-    qint64 columnAt(qint64 row, Subpixels x) const;
+    qint64 columnAt(RowIndex row, Subpixels x) const;
 
     /// Asserts every invariant of the tree; for tests.
     void checkInvariants() const;
@@ -169,12 +175,12 @@ public:
     /// From a string, e.g. typed text; `sizes` are those of the store that it goes to.
     explicit TextPiece(QStringView text, const NodeSizes &sizes = {});
     qint64 length() const;
-    QString text() const { return text(0, length()); }
+    QString text() const { return text({}, length()); }
     bool isEmpty() const { return !m_root; }
     /// A part of it; the cost is the part's length.
-    QString text(qint64 offset, qint64 length) const;
+    QString text(Offset offset, qint64 length) const;
     /// The same without copying it: O(log n).
-    TextPiece part(qint64 offset, qint64 length) const;
+    TextPiece part(Offset offset, qint64 length) const;
     /// Puts another piece, of nodes of the same sizes, behind or before this one: O(log n).
     void append(TextPiece &&other);
     void prepend(TextPiece &&other);

@@ -133,9 +133,9 @@ TextTree join(TextTree &&left, TextTree &&right, const TextLayout &layout)
     return joinLower(std::move(right), std::move(left), true, layout);
 }
 
-qint64 leafStartAt(const TextTree &tree, qint64 offset)
+Offset leafStartAt(const TextTree &tree, Offset offset)
 {
-    qint64 start = 0;
+    Offset start;
     leafAt(tree, offset, start);
     return start;
 }
@@ -143,20 +143,19 @@ qint64 leafStartAt(const TextTree &tree, qint64 offset)
 /// The two leaves beside a cut character become one text, which is then cut elsewhere.
 TextTree joinAtCharacter(TextTree &&left, TextTree &&right, const TextLayout &layout)
 {
-    const qint64 lastLeaf = leafStartAt(left, left.units() - 1);
-    qint64 start = 0;
-    const qint64 firstLeaf = leafAt(right, 0, start).size;
+    const Offset lastLeaf = leafStartAt(left, left.end() - 1);
+    Offset start;
+    const Offset firstLeaf(leafAt(right, {}, start).size);
     auto [before, last] = split(std::move(left), lastLeaf, layout);
     auto [first, behind] = split(std::move(right), firstLeaf, layout);
     TextTree middle = mergeLeaves(last, first, layout);
     return join(join(std::move(before), std::move(middle), layout), std::move(behind), layout);
 }
 
-std::pair<TextTree, TextTree> splitLeaf(const TextTree &tree, qint64 offset, const TextLayout &layout)
+std::pair<TextTree, TextTree> splitLeaf(const TextTree &tree, qint64 place, const TextLayout &layout)
 {
     const TextLeaf &leaf = leafOf(tree);
-    return { leafTree(leaf.part(0, offset), layout),
-        leafTree(leaf.part(offset, leaf.size - offset), layout) };
+    return { leafTree(leaf.part(0, place), layout), leafTree(leaf.part(place, leaf.size - place), layout) };
 }
 
 } // namespace
@@ -172,7 +171,7 @@ void detach(TextTree &tree)
     tree.node = TextNodeRef(copy);
 }
 
-TextTree &childAt(const TextTree &tree, qint64 &offset)
+TextTree &childAt(const TextTree &tree, Offset &offset)
 {
     return firstNotPassed(
         innerOf(tree), [&offset](const TextTree &child) { return passUnits(child, offset); });
@@ -238,14 +237,14 @@ TextTree concatenate(TextTree &&left, TextTree &&right, const TextLayout &layout
                  : join(std::move(left), std::move(right), layout);
 }
 
-std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLayout &layout)
+std::pair<TextTree, TextTree> split(TextTree &&tree, Offset offset, const TextLayout &layout)
 {
-    if (offset == 0)
+    if (offset == Offset())
         return { TextTree{}, std::move(tree) };
-    if (offset == tree.units())
+    if (offset == tree.end())
         return { std::move(tree), TextTree{} };
     if (tree.isLeaf())
-        return splitLeaf(tree, offset, layout);
+        return splitLeaf(tree, offset.value(), layout);
     const qint32 at = qint32(&childAt(tree, offset) - innerOf(tree).begin());
     const qint32 count = innerOf(tree).count;
     TextTrees before;
@@ -282,10 +281,10 @@ void layOut(TextTree &tree, const TextLayout &layout)
     prepareTable(tree, layout);
 }
 
-void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to)
+void copyUnits(const TextTree &tree, Offset from, qint64 count, char16_t *to)
 {
     for (qint64 done = 0; done < count;) {
-        qint64 start = 0;
+        Offset start;
         const TextLeaf &leaf = leafAt(tree, from + done, start);
         const qint64 first = from + done - start;
         const qint64 part = qMin(count - done, leaf.size - first);
@@ -294,23 +293,23 @@ void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to)
     }
 }
 
-const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart)
+const TextLeaf &leafAt(const TextTree &tree, Offset offset, Offset &leafStart)
 {
-    const qint64 wanted = offset;
+    const Offset wanted = offset;
     const TextTree &leaf =
         descend(tree, [&offset](const TextTree &child) { return passUnits(child, offset); });
-    leafStart = wanted - offset;
+    leafStart = wanted - offset.value();
     return leafOf(leaf);
 }
 
-char32_t codePointAt(const TextTree &tree, qint64 offset)
+char32_t codePointAt(const TextTree &tree, Offset offset)
 {
-    return codePointFrom(offset, tree.units(), [&](qint64 i) { return unitAt(tree, i); });
+    return codePointFrom(offset, tree.end(), [&](Offset i) { return unitAt(tree, i); });
 }
 
-char32_t codePointBefore(const TextTree &tree, qint64 offset)
+char32_t codePointBefore(const TextTree &tree, Offset offset)
 {
-    return codePointUpTo(offset, [&](qint64 i) { return unitAt(tree, i); });
+    return codePointUpTo(offset, [&](Offset i) { return unitAt(tree, i); });
 }
 
 qint64 cutPlace(QStringView text, qint64 wanted, const NodeSizes &sizes)
@@ -323,16 +322,16 @@ qint64 cutPlace(QStringView text, qint64 wanted, const NodeSizes &sizes)
 
 bool joinsAcross(const TextTree &left, const TextTree &right)
 {
-    const char16_t last = unitAt(left, left.units() - 1);
-    const char16_t first = unitAt(right, 0);
+    const char16_t last = unitAt(left, left.end() - 1);
+    const char16_t first = unitAt(right, {});
     if (standsAlone(last) && standsAlone(first))
         return false;
-    return isPair(last, first) || mayJoin(codePointBefore(left, left.units()), codePointAt(right, 0));
+    return isPair(last, first) || mayJoin(codePointBefore(left, left.end()), codePointAt(right, {}));
 }
 
-char16_t unitAt(const TextTree &tree, qint64 offset)
+char16_t unitAt(const TextTree &tree, Offset offset)
 {
-    qint64 start = 0;
+    Offset start;
     const TextLeaf &leaf = leafAt(tree, offset, start);
     return leaf.at(offset - start);
 }

@@ -25,7 +25,7 @@ TextTree parentOf(TextTrees &&children, const TextLayout &layout);
 /// Both texts in a row. O(log n).
 TextTree concatenate(TextTree &&left, TextTree &&right, const TextLayout &layout);
 /// The text before and from `offset` on. O(log n).
-std::pair<TextTree, TextTree> split(TextTree &&tree, qint64 offset, const TextLayout &layout);
+std::pair<TextTree, TextTree> split(TextTree &&tree, Offset offset, const TextLayout &layout);
 /// Sums an inner node's children up anew.
 void summarise(TextTree &tree, const TextLayout &layout);
 /// The tree under a node that is not to be shown but to be joined with others: stays measured as it is.
@@ -53,25 +53,25 @@ template <typename Passes> const TextTree &descend(const TextTree &tree, Passes 
     return *at;
 }
 /// For descents to an offset: passes what lies before it; `offset` becomes that behind what was passed.
-inline bool passUnits(const TextTree &child, qint64 &offset)
+inline bool passUnits(const TextTree &child, Offset &offset)
 {
-    if (offset < child.units())
+    if (offset < child.end())
         return false;
     offset -= child.units();
     return true;
 }
 
 /// The child that holds unit `offset`, or the last one; `offset` becomes that in the child.
-TextTree &childAt(const TextTree &tree, qint64 &offset);
+TextTree &childAt(const TextTree &tree, Offset &offset);
 /// Copies units `from`..`from + count` to `to`.
-void copyUnits(const TextTree &tree, qint64 from, qint64 count, char16_t *to);
+void copyUnits(const TextTree &tree, Offset from, qint64 count, char16_t *to);
 /// The leaf that holds unit `offset` (the last one for the end of the text), and where it begins.
-const TextLeaf &leafAt(const TextTree &tree, qint64 offset, qint64 &leafStart);
+const TextLeaf &leafAt(const TextTree &tree, Offset offset, Offset &leafStart);
 
-char16_t unitAt(const TextTree &tree, qint64 offset);
+char16_t unitAt(const TextTree &tree, Offset offset);
 /// The code point that begins at `offset`, or that ends there.
-char32_t codePointAt(const TextTree &tree, qint64 offset);
-char32_t codePointBefore(const TextTree &tree, qint64 offset);
+char32_t codePointAt(const TextTree &tree, Offset offset);
+char32_t codePointBefore(const TextTree &tree, Offset offset);
 /// Whether cutting between two units would cut a surrogate pair.
 inline bool isPair(char16_t before, char16_t behind)
 {

@@ -48,7 +48,7 @@ void checkNode(const TextTree &tree, bool isRoot, const TextLayout &layout)
         checkNode(child, false, layout);
     }
     for (const TextTree *child = node.begin() + 1; child != node.end(); ++child)
-        Q_ASSERT(!isPair(unitAt(child[-1], child[-1].units() - 1), unitAt(*child, 0)));
+        Q_ASSERT(!isPair(unitAt(child[-1], child[-1].end() - 1), unitAt(*child, {})));
 }
 
 } // namespace

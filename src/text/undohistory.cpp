@@ -16,13 +16,13 @@ TextChange changeOf(const UndoCommand &command)
 }
 
 /// Where the cursor belongs after a change.
-qint64 cursorBehind(const TextChange &change)
+Offset cursorBehind(const TextChange &change)
 {
     return change.offset + change.inserted;
 }
 
 /// Puts a command into effect, or its inverse; returns where the cursor belongs afterwards.
-qint64 apply(const UndoCommand &command, bool inverse, TextStore &store, const UndoHistory::Changed &changed)
+Offset apply(const UndoCommand &command, bool inverse, TextStore &store, const UndoHistory::Changed &changed)
 {
     const TextChange change = inverse ? changeOf(command).inverse() : changeOf(command);
     if (change.inserted > 0)
@@ -38,8 +38,8 @@ qint64 apply(const UndoCommand &command, bool inverse, TextStore &store, const U
 struct JoinedSteps {
     TextPiece otherText; ///< the text on the other side of them: before them or, undone, behind them
     std::optional<TextChange> change; ///< what they do to the text
-    qint64 cursorBefore = 0; ///< where the cursor belongs when they are undone
-    qint64 cursorBehind = 0;
+    Offset cursorBefore; ///< where the cursor belongs when they are undone
+    Offset cursorBehind;
 
     void add(const UndoCommand &command);
     void exchangeText(TextStore &store);
@@ -56,8 +56,8 @@ void JoinedSteps::add(const UndoCommand &command)
 
 void JoinedSteps::exchangeText(TextStore &store)
 {
-    TextPiece text = store.take(0, store.length());
-    store.insert(0, otherText);
+    TextPiece text = store.take({}, store.length());
+    store.insert({}, otherText);
     otherText = std::move(text);
 }
 
@@ -70,8 +70,8 @@ struct Step {
     bool takesMore = false; ///< grouped only because text was typed over other text: more of it may follow
 
     void add(UndoCommand &&command);
-    qint64 undo(TextStore &store, const UndoHistory::Changed &changed);
-    qint64 redo(TextStore &store, const UndoHistory::Changed &changed);
+    Offset undo(TextStore &store, const UndoHistory::Changed &changed);
+    Offset redo(TextStore &store, const UndoHistory::Changed &changed);
     qint64 commandCount() const { return edits.size() + (grouped ? (open ? 1 : 2) : 0); }
     const UndoCommand &command(qint64 index) const;
 };
@@ -85,7 +85,7 @@ void Step::add(UndoCommand &&command)
     edits.push_back(std::move(command));
 }
 
-qint64 Step::undo(TextStore &store, const UndoHistory::Changed &changed)
+Offset Step::undo(TextStore &store, const UndoHistory::Changed &changed)
 {
     if (joined) {
         joined->exchangeText(store);
@@ -93,13 +93,13 @@ qint64 Step::undo(TextStore &store, const UndoHistory::Changed &changed)
             changed(joined->change->inverse());
         return joined->cursorBefore;
     }
-    qint64 cursor = 0;
+    Offset cursor;
     for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
         cursor = apply(*edit, true, store, changed);
     return cursor;
 }
 
-qint64 Step::redo(TextStore &store, const UndoHistory::Changed &changed)
+Offset Step::redo(TextStore &store, const UndoHistory::Changed &changed)
 {
     if (joined) {
         joined->exchangeText(store);
@@ -107,7 +107,7 @@ qint64 Step::redo(TextStore &store, const UndoHistory::Changed &changed)
             changed(*joined->change);
         return joined->cursorBehind;
     }
-    qint64 cursor = 0;
+    Offset cursor;
     for (const UndoCommand &edit : std::as_const(edits))
         cursor = apply(edit, false, store, changed);
     return cursor;
@@ -115,8 +115,8 @@ qint64 Step::redo(TextStore &store, const UndoHistory::Changed &changed)
 
 const UndoCommand &Step::command(qint64 index) const
 {
-    static const UndoCommand begin{ Kind::BeginStep, 0, {} };
-    static const UndoCommand end{ Kind::EndStep, 0, {} };
+    static const UndoCommand begin{ Kind::BeginStep, {}, {} };
+    static const UndoCommand end{ Kind::EndStep, {}, {} };
     if (!grouped)
         return edits[index];
     if (index == 0)
@@ -135,7 +135,7 @@ struct UndoHistory::State {
     Joining lastJoining = Joining::Never; ///< how the newest command was recorded
 
     void startEdit(const TextStore &store);
-    void recordEdit(qint64 offset, TextPiece &&gone, TextPiece &&inserted, Joining joining);
+    void recordEdit(Offset offset, TextPiece &&gone, TextPiece &&inserted, Joining joining);
     void record(UndoCommand &&command, Joining joining);
     bool join(UndoCommand &command, Joining joining);
     bool joinOvertyping(UndoCommand &gone, UndoCommand &typed, Joining joining);
@@ -205,11 +205,11 @@ void UndoHistory::State::recordBoth(UndoCommand &&gone, UndoCommand &&typed, Joi
 void UndoHistory::State::startEdit(const TextStore &store)
 {
     if (done == 0)
-        origin = store.piece(0, store.length());
+        origin = store.piece({}, store.length());
     steps.resize(done);
 }
 
-void UndoHistory::State::recordEdit(qint64 offset, TextPiece &&gone, TextPiece &&inserted, Joining joining)
+void UndoHistory::State::recordEdit(Offset offset, TextPiece &&gone, TextPiece &&inserted, Joining joining)
 {
     UndoCommand deletion{ Kind::Delete, offset, std::move(gone) };
     UndoCommand insertion{ Kind::Insert, offset, std::move(inserted) };
@@ -249,7 +249,7 @@ void UndoHistory::State::joinOldestSteps()
     --done;
     Step &step = steps[0];
     if (!oldest.joined) {
-        oldest.joined = std::make_unique<JoinedSteps>(JoinedSteps{ origin, {} });
+        oldest.joined = std::make_unique<JoinedSteps>(JoinedSteps{ origin, {}, {}, {} });
         for (const UndoCommand &edit : std::as_const(oldest.edits))
             oldest.joined->add(edit);
     }
@@ -297,7 +297,7 @@ void UndoHistory::clear()
 }
 
 void UndoHistory::replace(
-    TextStore &store, qint64 offset, qint64 removed, QStringView inserted, Joining joining)
+    TextStore &store, Offset offset, qint64 removed, QStringView inserted, Joining joining)
 {
     if (removed == 0 && inserted.isEmpty())
         return;
@@ -307,7 +307,7 @@ void UndoHistory::replace(
 }
 
 void UndoHistory::replace(
-    TextStore &store, qint64 offset, qint64 removed, const TextPiece &inserted, Joining joining)
+    TextStore &store, Offset offset, qint64 removed, const TextPiece &inserted, Joining joining)
 {
     if (removed == 0 && inserted.isEmpty())
         return;
@@ -337,14 +337,14 @@ void UndoHistory::breakJoining()
     d->lastJoining = Joining::Never;
 }
 
-qint64 UndoHistory::undo(TextStore &store, const Changed &changed)
+Offset UndoHistory::undo(TextStore &store, const Changed &changed)
 {
     Q_ASSERT(canUndo() && d->groupDepth == 0);
     breakJoining();
     return d->steps[--d->done].undo(store, changed);
 }
 
-qint64 UndoHistory::redo(TextStore &store, const Changed &changed)
+Offset UndoHistory::redo(TextStore &store, const Changed &changed)
 {
     Q_ASSERT(canRedo() && d->groupDepth == 0);
     breakJoining();

@@ -11,7 +11,7 @@
 struct UndoCommand {
     enum class Kind { Insert, Delete, BeginStep, EndStep };
     Kind kind = Kind::Insert;
-    qint64 offset = 0; ///< where it took place, in units of the whole text; 0 for step boundaries
+    Offset offset; ///< where it took place; 0 for step boundaries
     TextPiece text; ///< what was inserted or deleted; empty for step boundaries
     bool isStepBoundary() const { return kind == Kind::BeginStep || kind == Kind::EndStep; }
 };
@@ -44,9 +44,9 @@ public:
 
     /// Edits the store and records it: a deletion, an insertion, or one and the other as a group. Forgets
     /// everything that could be redone. Always the same store, changed by nobody else until clear().
-    void replace(TextStore &store, qint64 offset, qint64 removed, QStringView inserted,
+    void replace(TextStore &store, Offset offset, qint64 removed, QStringView inserted,
         Joining joining = Joining::Never);
-    void replace(TextStore &store, qint64 offset, qint64 removed, const TextPiece &inserted,
+    void replace(TextStore &store, Offset offset, qint64 removed, const TextPiece &inserted,
         Joining joining = Joining::Never);
     /// Groups nest; only the outermost pair makes step boundaries. An empty group leaves no trace.
     void beginGroup();
@@ -57,8 +57,8 @@ public:
     /// One change that undo() or redo() made to the text, in the order it was made.
     using Changed = std::function<void(const TextChange &change)>;
     /// Takes the newest step back in `store`; returns where the cursor belongs afterwards. Asserts canUndo().
-    qint64 undo(TextStore &store, const Changed &changed = {});
-    qint64 redo(TextStore &store, const Changed &changed = {});
+    Offset undo(TextStore &store, const Changed &changed = {});
+    Offset redo(TextStore &store, const Changed &changed = {});
 
     /// Commands that are kept and can be undone, oldest first: for the jump to the last edited place.
     /// O(depth()).

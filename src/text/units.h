@@ -15,6 +15,19 @@ public:
     }
     constexpr qint64 value() const { return m_value; }
 
+    constexpr Position &operator+=(qint64 count)
+    {
+        m_value += count;
+        return *this;
+    }
+    constexpr Position &operator-=(qint64 count)
+    {
+        m_value -= count;
+        return *this;
+    }
+    constexpr Position &operator++() { return *this += 1; }
+    constexpr Position &operator--() { return *this -= 1; }
+
     friend constexpr auto operator<=>(Position, Position) = default;
     friend constexpr Position operator+(Position place, qint64 count)
     {
@@ -33,13 +46,19 @@ private:
     qint64 m_value = 0;
 };
 
+/// UTF-16 units from the start of a text: that of a document, a piece or a part of the tree that keeps it.
+/// What is counted within a leaf or a chunk, in a row or a line, are plain numbers.
+using Offset = Position<struct OffsetUnit>;
+
 /// A logical line: ended by LF, whatever wrapping makes of it.
 using LineIndex = Position<struct LineUnit>;
 
-/// A place in the text as the screen shows it. `row` counts display rows (wrapping makes several rows of one
-/// logical line), `column` counts UTF-16 units from the row's start; both from 0.
+/// A display row: wrapping makes several of one logical line.
+using RowIndex = Position<struct RowUnit>;
+
+/// A place in the text as the screen shows it. `column` counts UTF-16 units from the row's start.
 struct RowCol {
-    qint64 row = 0;
+    RowIndex row;
     qint64 column = 0;
     friend auto operator<=>(const RowCol &, const RowCol &) = default;
 };
@@ -47,9 +66,17 @@ struct RowCol {
 /// Where a cursor stands. Between two rows of a wrapped line one offset is two places: the end of the upper
 /// row and the start of the lower one. Anywhere else `atRowEnd` says nothing.
 struct CursorPlace {
-    qint64 offset = 0;
+    Offset offset;
     bool atRowEnd = false; ///< the end of the upper row is meant
     friend bool operator==(const CursorPlace &, const CursorPlace &) = default;
+};
+
+/// The text between two offsets.
+struct TextRange {
+    Offset start;
+    Offset end; ///< of the first unit behind it
+    constexpr qint64 length() const { return end - start; }
+    constexpr bool isEmpty() const { return start == end; }
 };
 
 /// A horizontal distance in 1/64 device pixel: characters stand on whole device pixels at every scale, so

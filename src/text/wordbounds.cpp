@@ -38,31 +38,31 @@ WordClass classOf(char32_t c)
                                                                          : WordClass::Punctuation;
 }
 
-WordClass classAt(const TextStore &store, qint64 offset)
+WordClass classAt(const TextStore &store, Offset offset)
 {
     char32_t c = 0;
     for (int i = 0; i < longestCluster; ++i, --offset) {
-        if (offset > 0 && QChar::isLowSurrogate(store.at(offset))
+        if (offset > Offset() && QChar::isLowSurrogate(store.at(offset))
             && QChar::isHighSurrogate(store.at(offset - 1)))
             --offset;
-        c = codePointFrom(offset, store.length(), [&store](qint64 place) { return store.at(place); });
-        if (!belongsToPrevious(c) || offset == 0 || store.at(offset - 1) == u'\n')
+        c = codePointFrom(offset, store.end(), [&store](Offset place) { return store.at(place); });
+        if (!belongsToPrevious(c) || offset == Offset() || store.at(offset - 1) == u'\n')
             break;
     }
     return classOf(c);
 }
 
-qint64 endOfClass(const TextStore &store, qint64 offset, WordClass kind)
+Offset endOfClass(const TextStore &store, Offset offset, WordClass kind)
 {
-    const qint64 limit = qMin(store.length(), offset + farthestLook);
+    const Offset limit = qMin(store.end(), offset + farthestLook);
     while (offset < limit && classAt(store, offset) == kind)
         ++offset;
     return offset;
 }
 
-qint64 startOfClass(const TextStore &store, qint64 offset, WordClass kind)
+Offset startOfClass(const TextStore &store, Offset offset, WordClass kind)
 {
-    const qint64 limit = qMax<qint64>(0, offset - farthestLook);
+    const Offset limit = qMax(Offset(), offset - farthestLook);
     while (offset > limit && classAt(store, offset - 1) == kind)
         --offset;
     return offset;
@@ -70,10 +70,10 @@ qint64 startOfClass(const TextStore &store, qint64 offset, WordClass kind)
 
 } // namespace
 
-qint64 nextWordStart(const TextStore &store, qint64 offset)
+Offset nextWordStart(const TextStore &store, Offset offset)
 {
-    if (offset >= store.length())
-        return store.length();
+    if (offset >= store.end())
+        return store.end();
     const WordClass here = classAt(store, offset);
     if (here == WordClass::LineEnd)
         return offset + 1;
@@ -82,21 +82,21 @@ qint64 nextWordStart(const TextStore &store, qint64 offset)
     return endOfClass(store, offset, WordClass::Blank);
 }
 
-qint64 previousWordStart(const TextStore &store, qint64 offset)
+Offset previousWordStart(const TextStore &store, Offset offset)
 {
-    if (offset > 0 && store.at(offset - 1) == u'\n')
+    if (offset > Offset() && store.at(offset - 1) == u'\n')
         return offset - 1;
     offset = startOfClass(store, offset, WordClass::Blank);
-    if (offset == 0)
-        return 0;
+    if (offset == Offset())
+        return offset;
     const WordClass before = classAt(store, offset - 1);
     return before == WordClass::LineEnd ? offset : startOfClass(store, offset, before);
 }
 
-TextRange wordAt(const TextStore &store, qint64 offset)
+TextRange wordAt(const TextStore &store, Offset offset)
 {
-    const bool atLineEnd = offset == store.length() || store.at(offset) == u'\n';
-    if (atLineEnd && (offset == 0 || store.at(offset - 1) == u'\n'))
+    const bool atLineEnd = offset == store.end() || store.at(offset) == u'\n';
+    if (atLineEnd && (offset == Offset() || store.at(offset - 1) == u'\n'))
         return { offset, offset };
     const WordClass kind = classAt(store, atLineEnd ? offset - 1 : offset);
     return { startOfClass(store, offset, kind), endOfClass(store, offset, kind) };

@@ -10,13 +10,9 @@
 /// passed, at most 16 Ki units, so that a key stays quick in a line without any blank.
 
 /// Start of the next word behind `offset`; at a line's end, the start of the next line.
-qint64 nextWordStart(const TextStore &store, qint64 offset);
+Offset nextWordStart(const TextStore &store, Offset offset);
 /// Start of the word before `offset`; at a line's start, the end of the line above.
-qint64 previousWordStart(const TextStore &store, qint64 offset);
+Offset previousWordStart(const TextStore &store, Offset offset);
 
-struct TextRange {
-    qint64 start = 0;
-    qint64 end = 0; ///< first unit behind it
-};
 /// The range of one class around `offset`: a word, punctuation or blanks; empty in an empty line.
-TextRange wordAt(const TextStore &store, qint64 offset);
+TextRange wordAt(const TextStore &store, Offset offset);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include "text/units.h"
 
 #include <limits>
 
@@ -9,4 +9,8 @@
 inline int clampedInt(qint64 value)
 {
     return int(qMin<qint64>(value, std::numeric_limits<int>::max()));
+}
+template <typename Unit> int clampedInt(Position<Unit> place)
+{
+    return clampedInt(place.value());
 }

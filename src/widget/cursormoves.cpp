@@ -35,7 +35,7 @@ CursorPlace CursorMoves::targetOfRows(qint64 rows)
     const RowCol from = m_cursor.position();
     if (!m_cursor.goalX())
         m_cursor.setGoalX(m_view.xOf(from));
-    const qint64 row = qBound<qint64>(0, from.row + rows, m_store.rowCount() - 1);
+    const RowIndex row = qBound(RowIndex(), from.row + rows, m_store.lastRow());
     return row == from.row ? m_cursor.place() : m_view.placeAtX(row, *m_cursor.goalX());
 }
 
@@ -90,7 +90,7 @@ void CursorMoves::select(CursorPlace from, CursorPlace to)
 
 void CursorMoves::selectAll()
 {
-    set({ m_store.length() }, {});
+    set({ m_store.end() }, {});
     m_primary.offer();
 }
 
@@ -105,11 +105,11 @@ void CursorMoves::set(CursorPlace place, CursorPlace anchor)
     const bool sameAnchor = anchor.offset == m_cursor.anchor().offset;
     if (m_cursor.hasSelection() && (place.offset == anchor.offset || !sameAnchor))
         m_primary.freeze();
-    const qint64 oldRow = m_cursor.row();
+    const RowIndex oldRow = m_cursor.row();
     if (!sameAnchor)
         m_updates.updateSelection();
     m_cursor.set(place, anchor);
-    const qint64 newRow = m_cursor.row();
+    const RowIndex newRow = m_cursor.row();
     if (sameAnchor)
         m_updates.updateRows(qMin(oldRow, newRow), qMax(oldRow, newRow));
     else

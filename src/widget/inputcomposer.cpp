@@ -113,7 +113,7 @@ void InputComposer::select(const QInputMethodEvent::Attribute &attribute)
 {
     const TextRange shown = surroundings();
     const auto inside = [&shown](qint64 place) {
-        return CursorPlace{ shown.start + qBound<qint64>(0, place, shown.end - shown.start) };
+        return CursorPlace{ shown.start + qBound<qint64>(0, place, shown.length()) };
     };
     m_moves.select(inside(attribute.start), inside(qint64(attribute.start) + attribute.length));
 }
@@ -121,13 +121,13 @@ void InputComposer::select(const QInputMethodEvent::Attribute &attribute)
 /// The text around the cursor that is shown to input methods: a part of its line.
 TextRange InputComposer::surroundings() const
 {
-    const qint64 cursor = m_cursor.place().offset;
+    const Offset cursor = m_cursor.place().offset;
     const LineIndex line = m_store.lineAt(cursor);
     TextRange range = { qMax(m_store.lineStart(line), cursor - shownUnits),
         qMin(m_store.lineEnd(line), cursor + shownUnits) };
-    if (range.start < range.end && QChar::isLowSurrogate(m_store.at(range.start)))
+    if (!range.isEmpty() && QChar::isLowSurrogate(m_store.at(range.start)))
         ++range.start;
-    if (range.start < range.end && QChar::isHighSurrogate(m_store.at(range.end - 1)))
+    if (!range.isEmpty() && QChar::isHighSurrogate(m_store.at(range.end - 1)))
         --range.end;
     return range;
 }
@@ -152,10 +152,10 @@ QVariant InputComposer::answer(Qt::InputMethodQuery query, const QVariant &argum
     case Qt::ImFont:
         return m_editor.font();
     case Qt::ImAbsolutePosition:
-        return m_cursor.place().offset;
+        return m_cursor.place().offset.value();
     case Qt::ImCurrentSelection: {
         const TextRange selected = m_cursor.selection();
-        return m_store.text(selected.start, qMin(selected.end - selected.start, shownSelection));
+        return m_store.text(selected.start, qMin(selected.length(), shownSelection));
     }
     default:
         return answerAround(query, argument);
@@ -166,8 +166,8 @@ QVariant InputComposer::answer(Qt::InputMethodQuery query, const QVariant &argum
 QVariant InputComposer::answerAround(Qt::InputMethodQuery query, const QVariant &argument) const
 {
     const TextRange shown = surroundings();
-    const qint64 cursor = m_cursor.place().offset;
-    const auto inShown = [&shown](qint64 offset) {
+    const Offset cursor = m_cursor.place().offset;
+    const auto inShown = [&shown](Offset offset) {
         return int(qBound(shown.start, offset, shown.end) - shown.start);
     };
     const auto upTo = [&argument](qint64 most) {
@@ -179,7 +179,7 @@ QVariant InputComposer::answerAround(Qt::InputMethodQuery query, const QVariant 
     case Qt::ImAnchorPosition:
         return inShown(m_cursor.anchor().offset);
     case Qt::ImSurroundingText:
-        return m_store.text(shown.start, shown.end - shown.start);
+        return m_store.text(shown);
     case Qt::ImTextBeforeCursor: {
         const qint64 length = upTo(cursor - shown.start);
         return m_store.text(cursor - length, length);

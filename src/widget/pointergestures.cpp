@@ -70,7 +70,7 @@ void PointerGestures::press(QPointF at, Qt::KeyboardModifiers modifiers, Unit un
         return;
     }
     m_pointer.setGesture(Gesture::Select);
-    const qint64 anchor = m_cursor.anchor().offset;
+    const Offset anchor = m_cursor.anchor().offset;
     m_origin = extends ? TextRange{ anchor, anchor } : unitAt(place.offset);
     if (unit == Unit::Character)
         m_moves.moveTo(place, extends ? Selecting::Extend : Selecting::Drop);
@@ -78,7 +78,7 @@ void PointerGestures::press(QPointF at, Qt::KeyboardModifiers modifiers, Unit un
         m_moves.select({ m_origin.start }, { m_origin.end });
 }
 
-TextRange PointerGestures::unitAt(qint64 offset) const
+TextRange PointerGestures::unitAt(Offset offset) const
 {
     switch (m_unit) {
     case Unit::Character:

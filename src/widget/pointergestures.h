@@ -43,7 +43,7 @@ private:
     bool pressPen(const QTabletEvent &event);
     Unit unitOfNextClick(QPointF at) const;
     void awaitNextClick();
-    TextRange unitAt(qint64 offset) const;
+    TextRange unitAt(Offset offset) const;
     void selectTo(QPointF at);
     void autoScroll();
 

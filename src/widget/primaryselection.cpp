@@ -38,7 +38,7 @@ void PrimarySelection::freeze()
         return;
     TextMimeData *const data = std::exchange(m_offered, nullptr);
     const TextRange range = m_cursor.selection();
-    if (range.end - range.start <= mostKept) {
+    if (range.length() <= mostKept) {
         data->setSource([piece = m_exchange.selectedPiece()] { return piece; });
         return;
     }

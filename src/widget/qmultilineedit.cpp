@@ -139,9 +139,9 @@ void QMultiLineEdit::insert(const TextPiece &text)
     laidOut().edits.insert(text);
 }
 
-void QMultiLineEdit::replace(qint64 from, qint64 to, const QString &text)
+void QMultiLineEdit::replace(TextRange range, const QString &text)
 {
-    laidOut().edits.replaceRange({ from, to }, text);
+    laidOut().edits.replaceRange(range, text);
 }
 
 void QMultiLineEdit::cut()
@@ -215,7 +215,7 @@ void QMultiLineEdit::setEdited(bool edited)
 void QMultiLineEdit::getCursorPosition(qint64 *row, qint64 *column) const
 {
     const RowCol position = cursorPosition();
-    *row = position.row;
+    *row = position.row.value();
     *column = position.column;
 }
 
@@ -228,8 +228,7 @@ void QMultiLineEdit::getCursorPosition(int *row, int *column) const
 
 void QMultiLineEdit::setCursorPosition(qint64 row, qint64 column, bool mark)
 {
-    Parts &parts = laidOut();
-    parts.moves.moveTo(parts.cursor.nearest({ row, column }), selecting(mark));
+    setCursorPosition({ RowIndex(row), column }, mark);
 }
 
 RowCol QMultiLineEdit::cursorPosition() const
@@ -237,7 +236,13 @@ RowCol QMultiLineEdit::cursorPosition() const
     return laidOut().cursor.position();
 }
 
-qint64 QMultiLineEdit::cursorOffset() const
+void QMultiLineEdit::setCursorPosition(RowCol position, bool mark)
+{
+    Parts &parts = laidOut();
+    parts.moves.moveTo(parts.cursor.nearest(position), selecting(mark));
+}
+
+Offset QMultiLineEdit::cursorOffset() const
 {
     return d->cursor.place().offset;
 }
@@ -249,17 +254,17 @@ CursorPlace QMultiLineEdit::cursorPlace() const
 
 void QMultiLineEdit::setCursorPlace(CursorPlace place)
 {
-    Q_ASSERT(place.offset >= 0 && place.offset <= store().length());
+    Q_ASSERT(place.offset >= Offset() && place.offset <= store().end());
     laidOut().moves.moveTo(place, Selecting::Drop);
 }
 
 void QMultiLineEdit::extendSelection(CursorPlace to)
 {
-    Q_ASSERT(to.offset >= 0 && to.offset <= store().length());
+    Q_ASSERT(to.offset >= Offset() && to.offset <= store().end());
     laidOut().moves.moveTo(to, Selecting::Extend);
 }
 
-qint64 QMultiLineEdit::anchorOffset() const
+Offset QMultiLineEdit::anchorOffset() const
 {
     return d->cursor.anchor().offset;
 }
@@ -269,6 +274,16 @@ CursorPlace QMultiLineEdit::anchorPlace() const
     return d->cursor.anchor();
 }
 
+CursorPlace QMultiLineEdit::selectionBegin() const
+{
+    return d->cursor.selectionBegin();
+}
+
+CursorPlace QMultiLineEdit::selectionEnd() const
+{
+    return d->cursor.selectionEnd();
+}
+
 bool QMultiLineEdit::hasMarkedText() const
 {
     return d->cursor.hasSelection();
@@ -276,19 +291,18 @@ bool QMultiLineEdit::hasMarkedText() const
 
 QString QMultiLineEdit::markedText() const
 {
-    const TextRange range = d->cursor.selection();
-    return d->document.store().text(range.start, range.end - range.start);
+    return d->document.store().text(d->cursor.selection());
 }
 
 bool QMultiLineEdit::getMarkedRegion(qint64 *row1, qint64 *column1, qint64 *row2, qint64 *column2) const
 {
     if (!hasMarkedText())
         return false;
-    const RowCol first = store().rowColAt(d->cursor.selectionBegin());
-    const RowCol last = store().rowColAt(d->cursor.selectionEnd());
-    *row1 = first.row;
+    const RowCol first = store().rowColAt(selectionBegin());
+    const RowCol last = store().rowColAt(selectionEnd());
+    *row1 = first.row.value();
     *column1 = first.column;
-    *row2 = last.row;
+    *row2 = last.row.value();
     *column2 = last.column;
     return true;
 }
@@ -398,7 +412,7 @@ qint64 QMultiLineEdit::xOffset() const
 
 qint64 QMultiLineEdit::yOffset() const
 {
-    return topRow() * cellHeight();
+    return topRow().value() * cellHeight();
 }
 
 void QMultiLineEdit::setXOffset(qint64 pixels)
@@ -408,15 +422,15 @@ void QMultiLineEdit::setXOffset(qint64 pixels)
 
 void QMultiLineEdit::setYOffset(qint64 pixels)
 {
-    setTopRow(pixels / cellHeight());
+    setTopRow(RowIndex(pixels / cellHeight()));
 }
 
-qint64 QMultiLineEdit::topRow() const
+RowIndex QMultiLineEdit::topRow() const
 {
     return laidOut().view.top();
 }
 
-void QMultiLineEdit::setTopRow(qint64 row)
+void QMultiLineEdit::setTopRow(RowIndex row)
 {
     laidOut().scroller.setTop(row);
 }
@@ -441,7 +455,7 @@ qint64 QMultiLineEdit::cellWidth() const
     return laidOut().view.cellWidth();
 }
 
-QRectF QMultiLineEdit::cellRect(qint64 row) const
+QRectF QMultiLineEdit::cellRect(RowIndex row) const
 {
     return laidOut().view.cellRect(row);
 }
@@ -451,17 +465,17 @@ QRect QMultiLineEdit::cursorRect() const
     return laidOut().view.cursorBox().toAlignedRect();
 }
 
-QRect QMultiLineEdit::characterRect(qint64 offset) const
+QRect QMultiLineEdit::characterRect(Offset offset) const
 {
     return laidOut().view.characterBox(offset).toAlignedRect();
 }
 
-qint64 QMultiLineEdit::offsetAt(const QPoint &point) const
+Offset QMultiLineEdit::offsetAt(const QPoint &point) const
 {
     return laidOut().view.placeAt(point).offset;
 }
 
-void QMultiLineEdit::updateRow(qint64 row)
+void QMultiLineEdit::updateRow(RowIndex row)
 {
     laidOut().updates.updateRow(row);
 }

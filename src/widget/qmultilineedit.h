@@ -66,7 +66,8 @@ public:
     /// Puts the cursor there and scrolls to it; `mark` extends the selection, otherwise it is dropped.
     virtual void setCursorPosition(qint64 row, qint64 column, bool mark = false);
     RowCol cursorPosition() const;
-    qint64 cursorOffset() const;
+    void setCursorPosition(RowCol position, bool mark = false);
+    Offset cursorOffset() const;
     /// The same in places, which need no rows.
     CursorPlace cursorPlace() const;
     void setCursorPlace(CursorPlace place);
@@ -74,8 +75,11 @@ public:
     void extendSelection(CursorPlace to);
 
     /// The end of the selection that the cursor is not at; the cursor's own offset when nothing is selected.
-    qint64 anchorOffset() const;
+    Offset anchorOffset() const;
     CursorPlace anchorPlace() const;
+    /// Both ends of the selection, the earlier one first; the cursor's place when nothing is selected.
+    CursorPlace selectionBegin() const;
+    CursorPlace selectionEnd() const;
     bool hasMarkedText() const;
     QString markedText() const;
     /// First and last place of the selection, first <= last; false when nothing is selected.
@@ -116,8 +120,8 @@ public:
     void setXOffset(qint64 pixels);
     void setYOffset(qint64 pixels);
     /// The vertical one in rows.
-    qint64 topRow() const;
-    void setTopRow(qint64 row);
+    RowIndex topRow() const;
+    void setTopRow(RowIndex row);
     /// Scrolls until a place is visible.
     void showPlace(CursorPlace place);
     /// Height of a row in logical pixels: whole device pixels, so a fraction at most scales.
@@ -127,13 +131,13 @@ public:
     /// Width of the widest row and margins, at least the viewport's.
     qint64 cellWidth() const;
     /// A row with its margin in viewport coordinates, moved by the view's offsets; any row, visible or not.
-    QRectF cellRect(qint64 row) const;
+    QRectF cellRect(RowIndex row) const;
     /// The cursor's place in viewport coordinates; where that is far outside, a place outside on the same
     /// side. Likewise that of the character behind an offset.
     QRect cursorRect() const;
-    QRect characterRect(qint64 offset) const;
+    QRect characterRect(Offset offset) const;
     /// Offset of the cursor place nearest to a point of the viewport.
-    qint64 offsetAt(const QPoint &point) const;
+    Offset offsetAt(const QPoint &point) const;
     /// Replaces the whole content by a store that was built with layoutRule().
     virtual void setText(TextStore &&store);
     /// The rule new stores for this editor are to be built with.
@@ -154,8 +158,8 @@ public slots:
     virtual void insert(const QString &text);
     /// The same, with its spellings.
     void insert(const TextPiece &text);
-    /// Puts text in place of the units from..to - 1, wherever the cursor is, which keeps its text.
-    void replace(qint64 from, qint64 to, const QString &text);
+    /// Puts text in place of a range, wherever the cursor is, which keeps its text.
+    void replace(TextRange range, const QString &text);
     void selectAll();
     void deselect();
     virtual void cut();
@@ -182,7 +186,7 @@ protected:
 
     /// Paints the part `update` of one row; both rectangles are in viewport coordinates, `cell` is
     /// cellRect(row). Does nothing for a row that does not exist.
-    virtual void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update);
+    virtual void paintCell(QPainter &target, RowIndex row, const QRectF &cell, const QRect &update);
     /// How paintCell() draws what every editor shows; the rest comes from the palette.
     struct CellLook {
         QColor text;
@@ -202,7 +206,7 @@ protected:
     std::shared_ptr<const FontMeasure> fontMeasure() const;
     /// Asks for a repaint of one row, or of all, at most once a frame. Whatever changes how rows look has to
     /// ask by these: what it is not told of may be shown as it was.
-    void updateRow(qint64 row);
+    void updateRow(RowIndex row);
     void updateView();
     /// Undo, Redo, Cut, Copy, Paste, Select All, each enabled when it can do something; owned by the caller.
     QMenu *createContextMenu();

@@ -225,14 +225,16 @@ void QMultiLineEdit::paintEvent(QPaintEvent *event)
     Parts &parts = laidOut();
     QPainter painter(viewport());
     parts.updates.paint(painter, event->region(), palette().brush(QPalette::Base),
-        [&](qint64 row, const QRectF &cell, const QRect &update) { paintCell(painter, row, cell, update); });
+        [&](RowIndex row, const QRectF &cell, const QRect &update) {
+            paintCell(painter, row, cell, update);
+        });
     const QColor base = palette().color(QPalette::Base);
     parts.drag.paintDropPlace(painter, base.lightness() < 128 ? Qt::white : Qt::black);
 }
 
-void QMultiLineEdit::paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update)
+void QMultiLineEdit::paintCell(QPainter &target, RowIndex row, const QRectF &cell, const QRect &update)
 {
-    if (row < 0 || row >= numLines())
+    if (row < RowIndex() || row > store().lastRow())
         return;
     Parts &parts = laidOut();
     const QPalette &colors = palette();

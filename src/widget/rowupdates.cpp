@@ -26,20 +26,20 @@ RowUpdates::RowUpdates(QWidget &viewport, const TextStore &store, const RowForma
 }
 
 /// The first row behind the view's end, or the one that is cut there.
-qint64 RowUpdates::lastShownRow() const
+RowIndex RowUpdates::lastShownRow() const
 {
     return m_view.rowAt(m_view.height());
 }
 
-void RowUpdates::updateRows(qint64 first, qint64 last)
+void RowUpdates::updateRows(RowIndex first, RowIndex last)
 {
     m_pictures.forget(first, last);
-    const qint64 top = m_view.top();
+    const RowIndex top = m_view.top();
     first = qMax(first, top);
     last = qMin(last, lastShownRow());
     if (first > last)
         return;
-    for (qint64 row = first; row <= last; ++row)
+    for (RowIndex row = first; row <= last; ++row)
         m_ink.setEnd(row - top, SlotInk::everywhere);
     m_viewport.update(slotsRect(first - top, last - first + 1, m_viewport.width()));
 }
@@ -127,20 +127,20 @@ void RowUpdates::paint(
 {
     const QRect bounds = area.boundingRect();
     preparePictures(bounds);
-    const qint64 last = qMin(m_view.rowAt(bounds.bottom() + 1), m_store.rowCount() - 1);
+    const RowIndex last = qMin(m_view.rowAt(bounds.bottom() + 1), m_store.lastRow());
     // First what is below the text: the last row may reach a part of a pixel into it.
     const int end = qFloor(m_view.cellRect(last).bottom());
     if (end <= bounds.bottom())
         painter.fillRect(
             QRect(QPoint(bounds.left(), qMax(end, bounds.top())), bounds.bottomRight()), background);
-    for (qint64 row = m_view.rowAt(bounds.top()); row <= last; ++row)
+    for (RowIndex row = m_view.rowAt(bounds.top()); row <= last; ++row)
         paintRow(painter, row, area, paintCell);
-    const qint64 lastPainted = m_view.rowAt(bounds.bottom());
-    for (qint64 row = qMax(last + 1, m_view.rowAt(bounds.top())); row <= lastPainted; ++row)
+    const RowIndex lastPainted = m_view.rowAt(bounds.bottom());
+    for (RowIndex row = qMax(last + 1, m_view.rowAt(bounds.top())); row <= lastPainted; ++row)
         m_ink.setEnd(row - m_view.top(), 0);
 }
 
-void RowUpdates::paintRow(QPainter &painter, qint64 row, const QRegion &area, const PaintCell &paintCell)
+void RowUpdates::paintRow(QPainter &painter, RowIndex row, const QRegion &area, const PaintCell &paintCell)
 {
     const QRectF cell = m_view.cellRect(row);
     const QRect whole = QRectF(0, cell.y(), m_viewport.width(), cell.height()).toAlignedRect();

@@ -25,8 +25,8 @@ public:
         const TextView &view);
 
     /// These look different now: a row, the rows first..last, those of the selection, all.
-    void updateRow(qint64 row) { updateRows(row, row); }
-    void updateRows(qint64 first, qint64 last);
+    void updateRow(RowIndex row) { updateRows(row, row); }
+    void updateRows(RowIndex first, RowIndex last);
     void updateCursorRow();
     void updateSelection();
     void updateAll();
@@ -34,12 +34,12 @@ public:
     void viewMoved(qint64 rowsDown);
 
     /// Paints the part `update` of one row at `cell`, both in the viewport's coordinates.
-    using PaintCell = std::function<void(qint64 row, const QRectF &cell, const QRect &update)>;
+    using PaintCell = std::function<void(RowIndex row, const QRectF &cell, const QRect &update)>;
     /// Paints an area of the view: rows whose pictures are good are copied, for the others `paintCell` is
     /// called, and what is below the text is filled with `background`.
     void paint(QPainter &painter, const QRegion &area, const QBrush &background, const PaintCell &paintCell);
     /// Device pixels of the shared picture that a row is to be drawn in; what was there is lost.
-    int takePicture(qint64 row) { return m_pictures.take(row); }
+    int takePicture(RowIndex row) { return m_pictures.take(row); }
     /// A row is painted as it is laid out. Behind its text that are a line end's signs; only the cursor's row
     /// may show more.
     void rowPainted(const RowLayout &layout);
@@ -47,9 +47,9 @@ public:
 private:
     QRect slotsRect(qint64 slot, qint64 count, int width) const;
     QRegion inkRegion() const;
-    qint64 lastShownRow() const;
+    RowIndex lastShownRow() const;
     void preparePictures(const QRect &area);
-    void paintRow(QPainter &painter, qint64 row, const QRegion &area, const PaintCell &paintCell);
+    void paintRow(QPainter &painter, RowIndex row, const QRegion &area, const PaintCell &paintCell);
 
     QWidget &m_viewport;
     const TextStore &m_store;

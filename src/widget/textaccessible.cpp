@@ -65,7 +65,7 @@ void *TextAccessible::interface_cast(QAccessible::InterfaceType type)
 
 int TextAccessible::characterCount() const
 {
-    return clampedInt(store().length());
+    return clampedInt(store().end());
 }
 
 int TextAccessible::cursorPosition() const
@@ -85,8 +85,8 @@ int TextAccessible::selectionCount() const
 
 void TextAccessible::selection(int index, int *start, int *end) const
 {
-    const qint64 cursor = index == 0 ? edit()->cursorOffset() : 0;
-    const qint64 anchor = index == 0 ? edit()->anchorOffset() : 0;
+    const Offset cursor = index == 0 ? edit()->cursorOffset() : Offset();
+    const Offset anchor = index == 0 ? edit()->anchorOffset() : Offset();
     *start = clampedInt(qMin(cursor, anchor));
     *end = clampedInt(qMax(cursor, anchor));
 }
@@ -108,64 +108,59 @@ void TextAccessible::setSelection(int index, int start, int end)
         edit()->select({ place(start) }, { place(end) });
 }
 
-qint64 TextAccessible::place(int offset) const
+Offset TextAccessible::place(int offset) const
 {
-    const qint64 inside = qBound(qint64(0), qint64(offset), store().length());
-    return inside < store().length() ? previousCursorStop(store(), inside + 1) : inside;
+    const Offset inside = qBound(Offset(), Offset(offset), store().end());
+    return inside < store().end() ? previousCursorStop(store(), inside + 1) : inside;
 }
 
 QString TextAccessible::text(int start, int end) const
 {
-    const qint64 from = qBound(qint64(0), qint64(qMin(start, end)), store().length());
-    const qint64 to = qBound(from, qint64(qMax(start, end)), store().length());
+    const Offset from = qBound(Offset(), Offset(qMin(start, end)), store().end());
+    const Offset to = qBound(from, Offset(qMax(start, end)), store().end());
     return store().text(from, qMin(to - from, longestText));
 }
 
-TextAccessible::Unit TextAccessible::wholeUnit(qint64 offset, QAccessible::TextBoundaryType boundary) const
+TextRange TextAccessible::wholeUnit(Offset offset, QAccessible::TextBoundaryType boundary) const
 {
     const TextStore &text = store();
     switch (boundary) {
     case QAccessible::CharBoundary:
-        return offset < text.length()
-            ? Unit{ previousCursorStop(text, offset + 1), nextCursorStop(text, offset) }
-            : Unit{ offset, offset };
-    case QAccessible::WordBoundary: {
-        if (offset < text.length() && text.at(offset) == u'\n')
+        return offset < text.end()
+            ? TextRange{ previousCursorStop(text, offset + 1), nextCursorStop(text, offset) }
+            : TextRange{ offset, offset };
+    case QAccessible::WordBoundary:
+        if (offset < text.end() && text.at(offset) == u'\n')
             return { offset, offset + 1 };
-        const TextRange word = wordAt(text, offset);
-        return { word.start, word.end };
-    }
+        return wordAt(text, offset);
     case QAccessible::SentenceBoundary:
         return sentence(offset);
     case QAccessible::LineBoundary: {
-        const qint64 row = text.rowColAt(offset).row;
+        const RowIndex row = text.rowColAt(offset).row;
         const TextStore::Row found = text.row(row);
-        return { found.start, row + 1 < text.rowCount() ? text.row(row + 1).start : text.length() };
+        return { found.start, row < text.lastRow() ? text.row(row + 1).start : text.end() };
     }
-    case QAccessible::ParagraphBoundary: {
-        const TextRange line = wholeLineAt(text, offset);
-        return { line.start, line.end };
-    }
+    case QAccessible::ParagraphBoundary:
+        return wholeLineAt(text, offset);
     case QAccessible::NoBoundary:
         break;
     }
-    return { 0, text.length() };
+    return { {}, text.end() };
 }
 
-TextAccessible::Unit TextAccessible::unit(qint64 offset, QAccessible::TextBoundaryType boundary) const
+TextRange TextAccessible::unit(Offset offset, QAccessible::TextBoundaryType boundary) const
 {
-    const Unit whole = wholeUnit(offset, boundary);
-    if (boundary == QAccessible::NoBoundary || whole.end - whole.start <= longestUnit)
+    const TextRange whole = wholeUnit(offset, boundary);
+    if (boundary == QAccessible::NoBoundary || whole.length() <= longestUnit)
         return whole;
-    const qint64 start = qMax(whole.start, offset - longestUnit / 2);
+    const Offset start = qMax(whole.start, offset - longestUnit / 2);
     return { start, qMin(whole.end, start + longestUnit) };
 }
 
-TextAccessible::Unit TextAccessible::sentence(qint64 offset) const
+TextRange TextAccessible::sentence(Offset offset) const
 {
-    const Unit line = unit(offset, QAccessible::ParagraphBoundary);
-    QTextBoundaryFinder finder(
-        QTextBoundaryFinder::Sentence, store().text(line.start, line.end - line.start));
+    const TextRange line = unit(offset, QAccessible::ParagraphBoundary);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Sentence, store().text(line));
     finder.setPosition(offset - line.start);
     const qsizetype start = finder.isAtBoundary() ? finder.position() : finder.toPreviousBoundary();
     finder.setPosition(offset - line.start);
@@ -173,33 +168,36 @@ TextAccessible::Unit TextAccessible::sentence(qint64 offset) const
     return { line.start + qMax<qsizetype>(0, start), end < 0 ? line.end : line.start + end };
 }
 
-QString TextAccessible::give(Unit unit, int *start, int *end) const
+QString TextAccessible::give(std::optional<TextRange> unit, int *start, int *end) const
 {
-    *start = clampedInt(unit.start);
-    *end = clampedInt(unit.end);
-    return unit.start < 0 ? QString() : text(*start, *end);
+    *start = unit ? clampedInt(unit->start) : -1;
+    *end = unit ? clampedInt(unit->end) : -1;
+    return unit ? text(*start, *end) : QString();
 }
 
 QString TextAccessible::textAtOffset(
     int offset, QAccessible::TextBoundaryType boundary, int *start, int *end) const
 {
-    const qint64 at = offset == -1 ? store().length() : offset == -2 ? edit()->cursorOffset() : offset;
-    return give(at < 0 || at > store().length() ? Unit{} : unit(at, boundary), start, end);
+    const Offset at = offset == -1 ? store().end() : offset == -2 ? edit()->cursorOffset() : Offset(offset);
+    const bool isInside = at >= Offset() && at <= store().end();
+    return give(isInside ? std::optional(unit(at, boundary)) : std::nullopt, start, end);
 }
 
 QString TextAccessible::textBeforeOffset(
     int offset, QAccessible::TextBoundaryType boundary, int *start, int *end) const
 {
     textAtOffset(offset, boundary, start, end);
-    return give(*start > 0 ? unit(*start - 1, boundary) : Unit{}, start, end);
+    const Offset last(*start - 1);
+    return give(*start > 0 ? std::optional(unit(last, boundary)) : std::nullopt, start, end);
 }
 
 QString TextAccessible::textAfterOffset(
     int offset, QAccessible::TextBoundaryType boundary, int *start, int *end) const
 {
     textAtOffset(offset, boundary, start, end);
-    const bool more = *end >= 0 && *end < store().length();
-    return give(more ? unit(*end, boundary) : Unit{}, start, end);
+    const Offset next(*end);
+    const bool more = next >= Offset() && next < store().end();
+    return give(more ? std::optional(unit(next, boundary)) : std::nullopt, start, end);
 }
 
 QString TextAccessible::attributes(int, int *start, int *end) const
@@ -212,7 +210,7 @@ QString TextAccessible::attributes(int, int *start, int *end) const
 
 QRect TextAccessible::characterRect(int offset) const
 {
-    if (offset < 0 || offset > store().length())
+    if (offset < 0 || Offset(offset) > store().end())
         return {};
     const QRect rect = edit()->characterRect(place(offset));
     return { edit()->viewport()->mapToGlobal(rect.topLeft()), rect.size() };
@@ -223,9 +221,10 @@ int TextAccessible::offsetAtPoint(const QPoint &point) const
     const QPoint inView = edit()->viewport()->mapFromGlobal(point);
     if (!edit()->viewport()->rect().contains(inView))
         return -1;
-    const qint64 nearest = edit()->offsetAt(inView);
+    const Offset nearest = edit()->offsetAt(inView);
     const int left = characterRect(clampedInt(nearest)).left();
-    return clampedInt(nearest > 0 && point.x() < left ? previousCursorStop(store(), nearest) : nearest);
+    return clampedInt(
+        nearest > Offset() && point.x() < left ? previousCursorStop(store(), nearest) : nearest);
 }
 
 void TextAccessible::scrollToSubstring(int start, int end)
@@ -249,7 +248,7 @@ void TextAccessible::replaceText(int start, int end, const QString &text)
     if (QPEApplication::isBusy())
         return;
     edit()->commitPreedit();
-    const qint64 from = place(qMin(start, end));
-    const qint64 to = place(qMax(start, end));
-    edit()->replace(from, to, typedText(text));
+    const Offset from = place(qMin(start, end));
+    const Offset to = place(qMax(start, end));
+    edit()->replace({ from, to }, typedText(text));
 }

@@ -5,6 +5,8 @@
 
 #include <QAccessibleWidget>
 
+#include <optional>
+
 class QMultiLineEdit;
 
 /// A QMultiLineEdit as assistive technology sees it: one text that can be read, selected and edited by
@@ -63,17 +65,12 @@ public:
     void replaceText(int start, int end, const QString &text) override;
 
 private:
-    struct Unit {
-        qint64 start = -1;
-        qint64 end = -1;
-    };
-
     QMultiLineEdit *edit() const;
     const TextStore &store() const;
     /// A place of the text for an offset from outside.
-    qint64 place(int offset) const;
-    Unit wholeUnit(qint64 offset, QAccessible::TextBoundaryType boundary) const;
-    Unit unit(qint64 offset, QAccessible::TextBoundaryType boundary) const;
-    Unit sentence(qint64 offset) const;
-    QString give(Unit unit, int *start, int *end) const;
+    Offset place(int offset) const;
+    TextRange wholeUnit(Offset offset, QAccessible::TextBoundaryType boundary) const;
+    TextRange unit(Offset offset, QAccessible::TextBoundaryType boundary) const;
+    TextRange sentence(Offset offset) const;
+    QString give(std::optional<TextRange> unit, int *start, int *end) const;
 };

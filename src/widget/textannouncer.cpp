@@ -6,7 +6,7 @@
 namespace {
 
 /// The beginning of a text, as long as one announcement may be; no surrogate pair is cut.
-template <typename Text> QString beginning(const Text &text, qint64 offset, qint64 length)
+template <typename Text> QString beginning(const Text &text, Offset offset, qint64 length)
 {
     QString shown = text.text(offset, qMin(length, TextAccessible::longestUnit));
     if (shown.size() < length && shown.back().isHighSurrogate())
@@ -25,7 +25,7 @@ void TextAnnouncer::keep(const TextStore &store)
 {
     m_keeps = QAccessible::isActive();
     if (m_keeps)
-        m_before = store.piece(0, store.length());
+        m_before = store.piece({}, store.length());
 }
 
 void TextAnnouncer::announceChange(const TextStore &store, const TextChange &change)
@@ -45,7 +45,7 @@ void TextAnnouncer::announceChange(const TextStore &store, const TextChange &cha
     m_keeps = false;
 }
 
-void TextAnnouncer::announceCursor(qint64 cursor, qint64 anchor)
+void TextAnnouncer::announceCursor(Offset cursor, Offset anchor)
 {
     const bool moved = m_cursor != cursor;
     const bool selects = (m_cursor != m_anchor || cursor != anchor) && (moved || m_anchor != anchor);

@@ -16,12 +16,12 @@ public:
     /// TextAccessible::longestUnit units are told.
     void announceChange(const TextStore &store, const TextChange &change);
     /// Tells where the cursor and the other end of the selection are, if that is news.
-    void announceCursor(qint64 cursor, qint64 anchor);
+    void announceCursor(Offset cursor, Offset anchor);
 
 private:
     QObject &m_editor;
     TextPiece m_before;
     bool m_keeps = false;
-    qint64 m_cursor = 0;
-    qint64 m_anchor = 0;
+    Offset m_cursor;
+    Offset m_anchor;
 };

@@ -51,7 +51,7 @@ CursorPlace TextCursor::target(Move move) const
     case Move::TextStart:
         return {};
     case Move::TextEnd:
-        return { m_store.length() };
+        return { m_store.end() };
     case Move::RowUp:
     case Move::RowDown:
     case Move::PageUp:
@@ -63,13 +63,13 @@ CursorPlace TextCursor::target(Move move) const
 
 CursorPlace TextCursor::nearest(RowCol position) const
 {
-    const qint64 row = qBound<qint64>(0, position.row, m_store.rowCount() - 1);
+    const RowIndex row = qBound(RowIndex(), position.row, m_store.lastRow());
     return m_store.placeAt({ row, qBound<qint64>(0, position.column, m_store.row(row).length) });
 }
 
-TextRange wholeLineAt(const TextStore &store, qint64 offset)
+TextRange wholeLineAt(const TextStore &store, Offset offset)
 {
     const LineIndex line = store.lineAt(offset);
     const bool isLast = line == store.lastLine();
-    return { store.lineStart(line), isLast ? store.length() : store.lineStart(line + 1) };
+    return { store.lineStart(line), isLast ? store.end() : store.lineStart(line + 1) };
 }

@@ -40,7 +40,7 @@ public:
     CursorPlace place() const { return m_place; }
     CursorPlace anchor() const { return m_anchor; }
     RowCol position() const;
-    qint64 row() const { return position().row; }
+    RowIndex row() const { return position().row; }
     bool hasSelection() const { return m_place.offset != m_anchor.offset; }
     TextRange selection() const;
     /// The ends of the selection, the earlier one first.
@@ -73,4 +73,4 @@ private:
 };
 
 /// The line that holds `offset`, with its LF.
-TextRange wholeLineAt(const TextStore &store, qint64 offset);
+TextRange wholeLineAt(const TextStore &store, Offset offset);

@@ -85,13 +85,13 @@ Qt::DropAction TextDrag::actionOf(const QDropEvent &event) const
     return copies ? Qt::CopyAction : Qt::MoveAction;
 }
 
-void TextDrag::setDropOffset(qint64 offset)
+void TextDrag::setDropOffset(std::optional<Offset> offset)
 {
     if (offset == m_dropOffset)
         return;
-    for (const qint64 place : { m_dropOffset, offset }) {
-        if (place >= 0)
-            m_updates.updateRow(m_store.rowColAt(place).row);
+    for (const std::optional<Offset> place : { m_dropOffset, offset }) {
+        if (place)
+            m_updates.updateRow(m_store.rowColAt(*place).row);
     }
     m_dropOffset = offset;
 }
@@ -109,14 +109,14 @@ void TextDrag::moveOver(QPointF point)
 void TextDrag::leave()
 {
     m_scrolling.stop();
-    setDropOffset(-1);
+    setDropOffset(std::nullopt);
 }
 
 /// One row, or the width of a character, towards the edge that the text is held near.
 void TextDrag::scroll()
 {
     const QPoint direction = edgeNear(m_dropPoint, m_viewport.size());
-    const qint64 oldTop = m_view.top();
+    const RowIndex oldTop = m_view.top();
     const qint64 oldLeft = m_view.left();
     m_scroller.setTop(oldTop + direction.y());
     m_scroller.setLeft(oldLeft + direction.x() * qCeil(m_format.measure().xWidth()));
@@ -128,7 +128,7 @@ void TextDrag::scroll()
 void TextDrag::drop(const QDropEvent &event)
 {
     const TextPiece text = m_exchange.pieceOf(*event.mimeData());
-    const qint64 to = m_view.placeAt(event.position()).offset;
+    const Offset to = m_view.placeAt(event.position()).offset;
     const bool moves = m_drag && event.dropAction() == Qt::MoveAction;
     const TextRange selected = m_cursor.selection();
     if (!moves || to < selected.start || to > selected.end)
@@ -137,8 +137,8 @@ void TextDrag::drop(const QDropEvent &event)
 
 void TextDrag::paintDropPlace(QPainter &painter, const QColor &color) const
 {
-    if (m_dropOffset < 0)
+    if (!m_dropOffset)
         return;
-    const RowCol place = m_store.rowColAt(m_dropOffset);
+    const RowCol place = m_store.rowColAt(*m_dropOffset);
     painter.fillRect(m_view.cursorBoxAt(place.row, m_view.xOf(place)), color);
 }

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "text/units.h"
+
 #include <QPointF>
 #include <QTimer>
+
+#include <optional>
 
 class QDrag;
 class QDropEvent;
@@ -40,7 +44,7 @@ public:
     void paintDropPlace(QPainter &painter, const QColor &color) const;
 
 private:
-    void setDropOffset(qint64 offset);
+    void setDropOffset(std::optional<Offset> offset);
     void scroll();
 
     QWidget &m_editor;
@@ -54,7 +58,7 @@ private:
     const TextExchange &m_exchange;
     TextEdits &m_edits;
     QDrag *m_drag = nullptr; ///< while text is dragged from here
-    qint64 m_dropOffset = -1; ///< where text would go; -1: none is held over the view
+    std::optional<Offset> m_dropOffset; ///< where text would go, if any is held over the view
     QPointF m_dropPoint; ///< where it is held now
     QTimer m_scrolling; ///< runs only while it is held near the view's edge and the view can go on
 };

@@ -97,7 +97,7 @@ void TextEdits::prepareForOther()
 
 void TextEdits::showOther(const TextChange &change)
 {
-    m_view.setTop(0);
+    m_view.setTop({});
     m_view.setLeft(0);
     m_scroller.updateBars();
     m_updates.updateAll();
@@ -120,13 +120,13 @@ void TextEdits::showDamage()
 void TextEdits::updateDamage()
 {
     const TextChange change = *m_damage.change;
-    qint64 first = m_store.rowColAt(change.offset).row;
-    if (first > 0 && !m_store.row(first - 1).endsLine)
+    RowIndex first = m_store.rowColAt(change.offset).row;
+    if (first > RowIndex() && !m_store.row(first - 1).endsLine)
         --first;
-    qint64 last = m_store.rowCount() + m_view.visibleRows();
+    RowIndex last = m_store.lastRow() + 1 + m_view.visibleRows();
     if (m_store.rowCount() == m_damage.rowsBefore && m_store.lineCount() == m_damage.linesBefore) {
         const LineIndex line = m_store.lineAt(change.offset + change.inserted);
-        last = line < m_store.lastLine() ? m_store.rowOfLine(line + 1) - 1 : m_store.rowCount() - 1;
+        last = line < m_store.lastLine() ? m_store.rowOfLine(line + 1) - 1 : m_store.lastRow();
     }
     m_updates.updateRows(first, last);
 }
@@ -134,7 +134,7 @@ void TextEdits::updateDamage()
 void TextEdits::replace(TextRange range, QStringView text, Joining joining)
 {
     Q_ASSERT(m_operations > 0);
-    m_document.replace(range.start, range.end - range.start, text, joining);
+    m_document.replace(range.start, range.length(), text, joining);
 }
 
 void TextEdits::insert(QStringView text, Joining joining)
@@ -149,14 +149,14 @@ void TextEdits::insert(const TextPiece &text)
 {
     const Operation operation(*this);
     const TextRange old = m_cursor.selection();
-    m_document.replace(old.start, old.end - old.start, text);
+    m_document.replace(old.start, old.length(), text);
     m_cursor.set({ old.start + text.length() });
 }
 
 /// End of the characters that `count` typed ones replace: no line end among them.
-static qint64 overwrittenEnd(const TextStore &store, qint64 offset, qint64 count)
+static Offset overwrittenEnd(const TextStore &store, Offset offset, qint64 count)
 {
-    while (count-- > 0 && offset < store.length() && store.at(offset) != u'\n')
+    while (count-- > 0 && offset < store.end() && store.at(offset) != u'\n')
         offset = nextCursorStop(store, offset);
     return offset;
 }
@@ -168,7 +168,7 @@ void TextEdits::type(const QString &text)
         return;
     }
     const Operation operation(*this);
-    const qint64 from = m_cursor.place().offset;
+    const Offset from = m_cursor.place().offset;
     replace({ from, overwrittenEnd(m_store, from, text.toUcs4().size()) }, text, Joining::Typing);
     m_cursor.set({ from + text.size() });
 }
@@ -178,7 +178,7 @@ void TextEdits::replaceRange(TextRange range, QStringView text)
     const auto kept = [&](CursorPlace place) {
         if (place.offset < range.start)
             return place;
-        const qint64 shift = text.size() - (range.end - range.start);
+        const qint64 shift = text.size() - range.length();
         return place.offset < range.end ? CursorPlace{ range.start } : CursorPlace{ place.offset + shift };
     };
     const Operation operation(*this);
@@ -192,12 +192,12 @@ void TextEdits::replaceAround(qint64 start, qint64 replaced, QStringView text)
     const UndoGroup oneStep(m_document);
     const TextRange old = m_cursor.selection();
     replace(old, {});
-    const qint64 from = qBound<qint64>(0, old.start + start, m_store.length());
-    replace({ from, qMin(from + replaced, m_store.length()) }, text);
+    const Offset from = qBound(Offset(), old.start + start, m_store.end());
+    replace({ from, qMin(from + replaced, m_store.end()) }, text);
     m_cursor.set({ from + text.size() });
 }
 
-void TextEdits::drop(const TextPiece &text, qint64 to, bool movesSelection)
+void TextEdits::drop(const TextPiece &text, Offset to, bool movesSelection)
 {
     const Operation operation(*this);
     const UndoGroup oneStep(m_document);
@@ -205,7 +205,7 @@ void TextEdits::drop(const TextPiece &text, qint64 to, bool movesSelection)
         const TextRange from = m_cursor.selection();
         replace(from, {});
         if (to > from.start)
-            to -= from.end - from.start;
+            to -= from.length();
     }
     m_document.replace(to, 0, text);
     m_cursor.set({ to + text.length() }, { to });
@@ -223,8 +223,8 @@ void TextEdits::erase(Move move)
 {
     if (eraseSelection())
         return;
-    const qint64 from = m_cursor.place().offset;
-    const qint64 to = m_cursor.target(move).offset;
+    const Offset from = m_cursor.place().offset;
+    const Offset to = m_cursor.target(move).offset;
     const Operation operation(*this);
     replace({ qMin(from, to), qMax(from, to) }, {}, isByCharacter(move) ? Joining::Erasing : Joining::Never);
     m_cursor.set({ qMin(from, to) });

@@ -60,7 +60,7 @@ public:
     void replaceAround(qint64 start, qint64 replaced, QStringView text);
     /// Puts text in at `to`, and takes the selected text out when that is what moves there. One step; the
     /// text is selected then.
-    void drop(const TextPiece &text, qint64 to, bool movesSelection);
+    void drop(const TextPiece &text, Offset to, bool movesSelection);
 
     /// False where nothing is selected.
     bool eraseSelection();

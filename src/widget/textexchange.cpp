@@ -12,12 +12,13 @@ static TextPiece withLineFeeds(const TextPiece &piece)
     if (!text.contains(u'\r'))
         return piece;
     TextStore store;
-    store.insert(0, piece);
+    store.insert({}, piece);
     for (qsizetype at = text.size(); --at >= 0;) {
         if (text[at] == u'\r')
-            store.replace(at, 1, QStringView(text).sliced(at + 1).startsWith(u'\n') ? QStringView() : u"\n");
+            store.replace(
+                Offset(at), 1, QStringView(text).sliced(at + 1).startsWith(u'\n') ? QStringView() : u"\n");
     }
-    return store.piece(0, store.length());
+    return store.piece({}, store.length());
 }
 
 TextExchange::TextExchange(const QObject &editor, const TextDocument &document, const TextCursor &cursor)
@@ -30,7 +31,7 @@ TextExchange::TextExchange(const QObject &editor, const TextDocument &document, 
 TextPiece TextExchange::selectedPiece() const
 {
     const TextRange range = m_cursor.selection();
-    return m_document.store().piece(range.start, range.end - range.start);
+    return m_document.store().piece(range.start, range.length());
 }
 
 TextMimeData *TextExchange::selectionData() const

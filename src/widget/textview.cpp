@@ -21,7 +21,7 @@ TextView::TextView(const QWidget &viewport, const TextStore &store, const RowFor
 
 void TextView::updateLast()
 {
-    m_lastTop = qMax<qint64>(0, m_store.rowCount() - visibleRows());
+    m_lastTop = qMax(RowIndex(), m_store.lastRow() + 1 - visibleRows());
     m_lastLeft = farthestLeft();
 }
 
@@ -43,16 +43,16 @@ qint64 TextView::visibleRows(int height) const
 
 bool TextView::isCursorRowVisible(int height) const
 {
-    const qint64 row = m_cursor.row();
+    const RowIndex row = m_cursor.row();
     return m_top <= row && row < m_top + visibleRows(height);
 }
 
-qint64 TextView::rowAt(qreal y) const
+RowIndex TextView::rowAt(qreal y) const
 {
     return m_top + qint64(std::floor(y / rowHeight()));
 }
 
-QRectF TextView::cellRect(qint64 row) const
+QRectF TextView::cellRect(RowIndex row) const
 {
     const qreal left = rowLeft(row);
     return { -left, qreal(row - m_top) * rowHeight(), qreal(cellWidth()) + left - qreal(m_left),
@@ -64,14 +64,14 @@ bool TextView::isComposing() const
     return !m_preedit.text.isEmpty();
 }
 
-InsertedText TextView::composedInRow(qint64 row) const
+InsertedText TextView::composedInRow(RowIndex row) const
 {
     const RowCol cursor = m_cursor.position();
     return row == cursor.row ? InsertedText{ .column = cursor.column, .text = m_preedit.text }
                              : InsertedText{};
 }
 
-std::optional<TextView::Columns> TextView::selectedInRow(qint64 row) const
+std::optional<TextView::Columns> TextView::selectedInRow(RowIndex row) const
 {
     if (!m_cursor.hasSelection())
         return std::nullopt;
@@ -122,7 +122,7 @@ qint64 TextView::farthestLeft() const
 /// How far a row is moved to the left beyond the others. What is composed is not wrapped before it is done.
 /// In a view that does not move to the side its row moves alone, so that its end is seen, or its cursor where
 /// it is wider than the view.
-qint64 TextView::composedShift(qint64 row) const
+qint64 TextView::composedShift(RowIndex row) const
 {
     if (!isComposing() || !rowsFit())
         return 0;
@@ -140,7 +140,7 @@ qint64 TextView::composedShift(qint64 row) const
 }
 
 /// Layout of the part of a row that is in the view or, when `x` is outside it, around `x`.
-RowLayout TextView::layoutOf(qint64 row, qreal x) const
+RowLayout TextView::layoutOf(RowIndex row, qreal x) const
 {
     const qreal viewStart = rowLeft(row) - m_format.margin();
     const qreal start = x >= viewStart && x <= viewStart + width() ? viewStart : x - width() / 2.0;
@@ -162,7 +162,7 @@ qreal TextView::cursorX() const
     return layoutOf(at.row, near).x(at.column + m_preedit.cursor);
 }
 
-CursorPlace TextView::placeAtX(qint64 row, qreal x) const
+CursorPlace TextView::placeAtX(RowIndex row, qreal x) const
 {
     const InsertedText composed = composedInRow(row);
     const RowLayout layout = layoutOf(row, x);
@@ -175,19 +175,19 @@ CursorPlace TextView::placeAtX(qint64 row, qreal x) const
 
 CursorPlace TextView::placeAt(QPointF point) const
 {
-    const qint64 row = qBound<qint64>(0, rowAt(point.y()), m_store.rowCount() - 1);
+    const RowIndex row = qBound(RowIndex(), rowAt(point.y()), m_store.lastRow());
     return placeAtX(row, point.x() + rowLeft(row) - m_format.margin());
 }
 
 /// Others take it in whole numbers, where the ends of a very long row have no place.
-QRectF TextView::boxAt(qint64 row, qreal x) const
+QRectF TextView::boxAt(RowIndex row, qreal x) const
 {
     const QRectF cell = cellRect(row);
     const qreal boxLeft = qBound(-farOutside, cell.x() + m_format.margin() + x - 1, farOutside);
     return { boxLeft, cell.y(), cursorWidth, cell.height() };
 }
 
-QRectF TextView::cursorBoxAt(qint64 row, qreal x) const
+QRectF TextView::cursorBoxAt(RowIndex row, qreal x) const
 {
     return boxAt(row, shownCursorX(x));
 }
@@ -197,10 +197,10 @@ QRectF TextView::cursorBox() const
     return cursorBoxAt(m_cursor.row(), cursorX());
 }
 
-QRectF TextView::characterBox(qint64 offset) const
+QRectF TextView::characterBox(Offset offset) const
 {
     const RowCol at = m_store.rowColAt(offset);
-    const qint64 behind = at.column + nextCursorStop(m_store, offset) - offset;
+    const qint64 behind = at.column + (nextCursorStop(m_store, offset) - offset);
     QRectF box = boxAt(at.row, xOf(at));
     box.translate(1, 0);
     if (behind <= m_store.row(at.row).length)

@@ -28,13 +28,13 @@ public:
         const TextCursor &cursor, const Preedit &preedit);
 
     /// The row in the first slot, and the logical pixels that the view has gone to the right.
-    qint64 top() const { return m_top; }
+    RowIndex top() const { return m_top; }
     qint64 left() const { return m_left; }
     /// How far both may go.
-    qint64 lastTop() const { return m_lastTop; }
+    RowIndex lastTop() const { return m_lastTop; }
     qint64 lastLeft() const { return m_lastLeft; }
     /// Go there, or as far as the view may. Nothing is repainted.
-    void setTop(qint64 row) { m_top = qBound<qint64>(0, row, m_lastTop); }
+    void setTop(RowIndex row) { m_top = qBound(RowIndex(), row, m_lastTop); }
     void setLeft(qint64 pixels) { m_left = qBound<qint64>(0, pixels, m_lastLeft); }
     /// The text has grown or shrunk, or the viewport has: looks anew how far the view may go.
     void updateLast();
@@ -49,51 +49,51 @@ public:
     qint64 visibleRows(int height) const;
     bool isCursorRowVisible(int height) const;
     /// The row at a height, which need not exist.
-    qint64 rowAt(qreal y) const;
+    RowIndex rowAt(qreal y) const;
     /// A row with its margin, any row, visible or not.
-    QRectF cellRect(qint64 row) const;
+    QRectF cellRect(RowIndex row) const;
     /// Width of the widest row and the margin, at least the view's.
     qint64 cellWidth() const { return m_lastLeft + width(); }
 
     /// What is composed in a row, and the columns of it, with what is composed, that are selected: one behind
     /// its length where the line end is.
-    InsertedText composedInRow(qint64 row) const;
+    InsertedText composedInRow(RowIndex row) const;
     struct Columns {
         qint64 begin = 0;
         qint64 end = 0;
     };
-    std::optional<Columns> selectedInRow(qint64 row) const;
+    std::optional<Columns> selectedInRow(RowIndex row) const;
 
     qreal xOf(RowCol position) const;
     /// The cursor's own place is inside the text that is composed.
     qreal cursorX() const;
-    CursorPlace placeAtX(qint64 row, qreal x) const;
+    CursorPlace placeAtX(RowIndex row, qreal x) const;
     /// The place that is nearest to a point.
     CursorPlace placeAt(QPointF point) const;
     /// A place in a row, as wide as a cursor; where that is far outside, a place outside on the same side.
-    QRectF boxAt(qint64 row, qreal x) const;
-    QRectF cursorBoxAt(qint64 row, qreal x) const;
+    QRectF boxAt(RowIndex row, qreal x) const;
+    QRectF cursorBoxAt(RowIndex row, qreal x) const;
     QRectF cursorBox() const;
     /// The character behind an offset; as wide as a cursor at a row's end.
-    QRectF characterBox(qint64 offset) const;
+    QRectF characterBox(Offset offset) const;
 
 private:
     bool isComposing() const;
     qreal textEnd() const;
     bool rowsFit() const;
     qint64 farthestLeft() const;
-    qint64 composedShift(qint64 row) const;
-    qreal rowLeft(qint64 row) const { return qreal(m_left + composedShift(row)); }
-    RowLayout layoutOf(qint64 row, qreal x) const;
+    qint64 composedShift(RowIndex row) const;
+    qreal rowLeft(RowIndex row) const { return qreal(m_left + composedShift(row)); }
+    RowLayout layoutOf(RowIndex row, qreal x) const;
 
     const QWidget &m_viewport;
     const TextStore &m_store;
     const RowFormat &m_format;
     const TextCursor &m_cursor;
     const Preedit &m_preedit;
-    qint64 m_top = 0;
+    RowIndex m_top;
+    RowIndex m_lastTop;
     qint64 m_left = 0;
-    qint64 m_lastTop = 0;
     qint64 m_lastLeft = 0;
 };
 

@@ -50,7 +50,7 @@ void ViewLayout::update()
 void ViewLayout::layOut(const LayoutRule &rule)
 {
     const TextStore &store = m_document.store();
-    const qint64 topOffset = store.row(qMin(m_view.top(), store.rowCount() - 1)).start;
+    const Offset topOffset = store.row(qMin(m_view.top(), store.lastRow())).start;
     m_document.layOut(rule);
     m_cursor.setGoalX(std::nullopt);
     m_view.updateLast();

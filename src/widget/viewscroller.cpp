@@ -29,7 +29,7 @@ ViewScroller::ViewScroller(ViewScrollBar &verticalBar, ViewScrollBar &horizontal
 void ViewScroller::updateBars()
 {
     m_view.updateLast();
-    m_rows = ScrollRange(m_view.lastTop());
+    m_rows = ScrollRange(m_view.lastTop().value());
     m_columns = ScrollRange(m_view.lastLeft());
     {
         const QScopedValueRollback telling(m_isTellingBars, true);
@@ -49,11 +49,11 @@ void ViewScroller::showOnBar(ViewScrollBar &bar, int value)
     bar.setValue(value);
 }
 
-void ViewScroller::setTop(qint64 row)
+void ViewScroller::setTop(RowIndex row)
 {
-    const qint64 before = m_view.top();
+    const RowIndex before = m_view.top();
     m_view.setTop(row);
-    showOnBar(m_verticalBar, m_rows.toBar(m_view.top()));
+    showOnBar(m_verticalBar, m_rows.toBar(m_view.top().value()));
     if (m_view.top() != before)
         m_updates.viewMoved(m_view.top() - before);
 }
@@ -110,7 +110,7 @@ void ViewScroller::stepSideways(int action)
 void ViewScroller::followVerticalBar()
 {
     if (!m_isTellingBars)
-        setTop(m_rows.toPlace(m_verticalBar.value()));
+        setTop(RowIndex(m_rows.toPlace(m_verticalBar.value())));
 }
 
 void ViewScroller::followHorizontalBar()
@@ -125,11 +125,11 @@ void ViewScroller::showCursor()
     showX(m_view.cursorX(), m_cursor.overwrites() ? m_format.measure().xWidth() : cursorWidth);
 }
 
-void ViewScroller::showRow(qint64 row)
+void ViewScroller::showRow(RowIndex row)
 {
-    const qint64 top = m_view.top();
+    const RowIndex top = m_view.top();
     const qint64 page = m_view.visibleRows();
-    const qint64 last = top + page - 1;
+    const RowIndex last = top + page - 1;
     if (row >= top && row <= last)
         return;
     const bool far = row < top - page || row > last + page;
@@ -176,13 +176,13 @@ void ViewScroller::prepare(QScrollPrepareEvent &event) const
 {
     const qreal height = m_view.rowHeight();
     event.setViewportSize(QSizeF(m_view.width(), m_view.height()));
-    event.setContentPosRange({ 0, 0, qreal(m_view.lastLeft()), qreal(m_view.lastTop()) * height });
-    event.setContentPos({ qreal(m_view.left()), qreal(m_view.top()) * height });
+    event.setContentPosRange({ 0, 0, qreal(m_view.lastLeft()), qreal(m_view.lastTop().value()) * height });
+    event.setContentPos({ qreal(m_view.left()), qreal(m_view.top().value()) * height });
 }
 
 void ViewScroller::scrollTo(const QScrollEvent &event)
 {
     const QPointF position = event.contentPos();
-    setTop(qRound64(position.y() / m_view.rowHeight()));
+    setTop(RowIndex(qRound64(position.y() / m_view.rowHeight())));
     setLeft(qRound64(position.x()));
 }

@@ -20,7 +20,7 @@ public:
     ViewScroller(ViewScrollBar &verticalBar, ViewScrollBar &horizontalBar, const RowFormat &format,
         const TextCursor &cursor, TextView &view, RowUpdates &updates);
 
-    void setTop(qint64 row);
+    void setTop(RowIndex row);
     void setLeft(qint64 pixels);
     /// Down, or up below 0.
     void scrollRows(qint64 rows);
@@ -32,7 +32,7 @@ public:
 
     void showCursor();
     /// Scrolls as little as needed; a row further away than a page comes to the middle.
-    void showRow(qint64 row);
+    void showRow(RowIndex row);
     /// Scrolls by a quarter of the view at a time, so that typing at its edge does not repaint it with every
     /// key. `x` counts from the row's start, as for TextView.
     void showX(qreal x, qreal width);

@@ -103,7 +103,7 @@ void CarriedPlaceTest::placeComesBackWithTheFile()
     window.setDocument(files.folder() + u"gone.txt"_s);
     files.write(u"gone.txt"_s, "first\nsecond\nthird");
     window.slotCmdFileReload();
-    QCOMPARE(window.currentEditor()->cursorPosition(), (RowCol{ 2, 3 }));
+    QCOMPARE(window.currentEditor()->cursorPosition(), (RowCol{ RowIndex(2), 3 }));
     window.currentEditor()->setCursorPosition(1, 1);
     window.slotCmdFileCloseTab();
     QCOMPARE(recentFiles().entries[0].cursorRow, 1);

@@ -175,7 +175,7 @@ void DiskNoticesTest::reloads()
     QTRY_COMPARE(m_strip->text(), changedText);
     QVERIFY(m_strip->click(u"Reload"_s));
     QCOMPARE(editor().text(), u"1\n2\nthree\n"_s);
-    QCOMPARE(editor().cursorPosition(), (RowCol{ 2, 1 }));
+    QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(2), 1 }));
     QVERIFY(!m_strip->isShown());
 }
 
@@ -291,13 +291,13 @@ void DiskNoticesTest::follows()
     QVERIFY(m_strip->click(u"Follow"_s));
     QCOMPARE(editor().text(), u"old\n1\n"_s);
     QCOMPARE(m_strip->text(), followingText);
-    editor().setCursorPlace({ editor().store().length() });
+    editor().setCursorPlace({ editor().store().end() });
     for (int line = 2; line < 100; ++line)
         QVERIFY(append(u"a.txt"_s, QByteArray::number(line) + "\n"));
     QTRY_VERIFY(editor().text().endsWith(u"\n99\n"));
     QVERIFY(!editor().edited());
-    QCOMPARE(editor().cursorOffset(), editor().store().length());
-    QVERIFY(editor().topRow() > 50);
+    QCOMPARE(editor().cursorOffset(), editor().store().end());
+    QVERIFY(editor().topRow() > RowIndex(50));
 }
 
 void DiskNoticesTest::followingStopsWithAnEdit()
@@ -330,11 +330,11 @@ void DiskNoticesTest::viewInTheMiddleStays()
     QTRY_COMPARE(m_strip->text(), grownText);
     QVERIFY(m_strip->click(u"Follow"_s));
     editor().setCursorPosition(0, 2);
-    editor().setTopRow(50);
+    editor().setTopRow(RowIndex(50));
     QVERIFY(append(u"a.txt"_s, "last\n"));
     QTRY_VERIFY(editor().text().endsWith(u"last\n"));
-    QCOMPARE(editor().topRow(), 50);
-    QCOMPARE(editor().cursorPosition(), (RowCol{ 0, 2 }));
+    QCOMPARE(editor().topRow(), RowIndex(50));
+    QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(0), 2 }));
 }
 
 void DiskNoticesTest::tellsOfAFileThatCannotBeWritten()

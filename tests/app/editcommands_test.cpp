@@ -91,7 +91,7 @@ void EditCommandsTest::dateAndTime()
     QVERIFY(editor->text() == before || editor->text() == after);
     QVERIFY(
         QRegularExpression(u"^\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d\\n$"_s).match(editor->text()).hasMatch());
-    QCOMPARE(editor->cursorPosition().row, 1);
+    QCOMPARE(editor->cursorPosition().row, RowIndex(1));
     QCOMPARE(editor->cursorPosition().column, 0);
 }
 
@@ -118,7 +118,7 @@ void EditCommandsTest::dateAndTimeReplacesTheMarkedText()
     window.slotCmdEditDateTime();
     QVERIFY(
         QRegularExpression(u"^a\\d{4}/\\d\\d/\\d\\d \\d\\d:\\d\\d\\n$"_s).match(editor->text()).hasMatch());
-    QCOMPARE(editor->cursorPosition(), (RowCol{ 1, 0 }));
+    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(1), 0 }));
     window.slotCmdEditUndo();
     QCOMPARE(editor->text(), u"ab"_s);
     editor->setEdited(false);

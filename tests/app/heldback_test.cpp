@@ -159,8 +159,8 @@ QString HeldBackTest::state()
 {
     if (!m_window->currentEditor())
         return u"no document"_s;
-    const QStringList numbers{ QString::number(editor().cursorOffset()),
-        QString::number(editor().anchorOffset()), QString::number(appSettings().Lang),
+    const QStringList numbers{ QString::number(editor().cursorOffset().value()),
+        QString::number(editor().anchorOffset().value()), QString::number(appSettings().Lang),
         QString::number(m_window->isCoveringScreen()), QString::number(m_window->requests.size()),
         QString::number(panel()->isVisible()) };
     return QStringList{ editor().name(), numbers.join(u' '), m_window->tabTexts().join(u' '),
@@ -339,7 +339,7 @@ void HeldBackTest::everythingWorksAgain()
     press(itemIn(m_window->menu(MenuId::Edit), m_window->item(EditCommand::Undo)));
     QCOMPARE(editor().text(), replaced);
     textOf(*m_window)->textInterface()->setCursorPosition(3);
-    QCOMPARE(editor().cursorOffset(), 3);
+    QCOMPARE(editor().cursorOffset(), Offset(3));
     press(QAccessible::queryAccessibleInterface(m_window->tabBar())->child(0));
     QCOMPARE(m_window->currentEditor(), m_window->editorAt(0));
 }

@@ -163,7 +163,7 @@ void HitViewTest::everyHitOfALongDocument()
     ask(u"with"_s, mode);
     for (int i = 0; i < 200; ++i) {
         panel().slotBtnNext();
-        QCOMPARE(editor().cursorPosition().row, i);
+        QCOMPARE(editor().cursorPosition().row, RowIndex(i));
         QCOMPARE(fault(), QString());
     }
 }
@@ -189,7 +189,7 @@ void HitViewTest::everyHitOfAShortDocument()
         QCOMPARE(fault(), QString());
         moves += before == panel().pos() ? 0 : 1;
     }
-    QCOMPARE(editor().topRow(), 0);
+    QCOMPARE(editor().topRow(), RowIndex(0));
     QCOMPARE(moves, 1);
 }
 
@@ -204,9 +204,9 @@ void HitViewTest::panelStaysWhereNothingIsCovered()
 void HitViewTest::viewStaysWhereNothingIsCovered()
 {
     editor().setText(numberedLines(1000));
-    editor().setTopRow(100);
+    editor().setTopRow(RowIndex(100));
     editor().setCursorPosition(100 + editor().viewport()->height() / editor().cellHeight() - 2, 0);
-    const qint64 top = editor().topRow();
+    const RowIndex top = editor().topRow();
     ask(u"line"_s);
     panel().slotBtnNext();
     QCOMPARE(editor().topRow(), top);
@@ -215,7 +215,7 @@ void HitViewTest::viewStaysWhereNothingIsCovered()
 void HitViewTest::viewStaysWhenTheHitIsBesideThePanel()
 {
     editor().setText(numberedLines(1000) + u'\n' + QString(60, u'.') + u"hit\n"_s + numberedLines(1000));
-    editor().setTopRow(1000);
+    editor().setTopRow(RowIndex(1000));
     editor().setCursorPosition(1000, 0);
     ask(u"hit"_s);
     panel().move(0, 0);
@@ -224,19 +224,19 @@ void HitViewTest::viewStaysWhenTheHitIsBesideThePanel()
     panel().slotBtnNext();
     QCOMPARE(fault(), QString());
     QVERIFY(panel().frameGeometry().bottom() > hitOnScreen().top());
-    QCOMPARE(editor().topRow(), 1000);
+    QCOMPARE(editor().topRow(), RowIndex(1000));
 }
 
 void HitViewTest::panelIsNotMovedWhereScrollingHelps()
 {
     editor().setText(numberedLines(1000));
-    editor().setTopRow(500);
+    editor().setTopRow(RowIndex(500));
     editor().setCursorPosition(500, 0);
     ask(u"with"_s);
     panel().slotBtnNext();
     QCOMPARE(fault(), QString());
     QCOMPARE(panel().pos(), QPoint(20, 40));
-    QVERIFY(editor().topRow() < 500);
+    QVERIFY(editor().topRow() < RowIndex(500));
 }
 
 void HitViewTest::hitAcrossRows()
@@ -299,10 +299,10 @@ void HitViewTest::hiddenPanelCoversNothing()
     panel().slotBtnNext();
     panel().hide();
     panel().move(20, 40);
-    editor().setTopRow(500);
+    editor().setTopRow(RowIndex(500));
     editor().setCursorPosition(500, 0);
     m_window->slotCmdViewSrchNext();
-    QCOMPARE(editor().topRow(), 500);
+    QCOMPARE(editor().topRow(), RowIndex(500));
     QCOMPARE(panel().pos(), QPoint(20, 40));
 }
 

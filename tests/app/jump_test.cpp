@@ -73,9 +73,9 @@ void JumpTest::jumpsToLines()
     editor().setText(QStringLiteral("aaaaaaaa\nb\nc"));
     wrapAt(editor(), 3);
     QVERIFY(editor().numLines() > 3);
-    const RowCol end = editor().store().rowColAt(8);
+    const RowCol end = editor().store().rowColAt(Offset(8));
     editor().setCursorPosition(0, 0);
-    editor().setCursorPosition(end.row, end.column, true);
+    editor().setCursorPosition(end, true);
     editor().jumpToLine(line);
     QCOMPARE(DrawnText::draw(editor()), expected);
 }
@@ -145,7 +145,7 @@ void JumpTest::linesCountLogicallyWhenWrapped()
         wrapAt(editor(), columns);
         for (const int line : { 1, 2, 17, 50, 51 }) {
             editor().jumpToLine(line);
-            QCOMPARE(editor().cursorOffset(), qint64(line - 1) * 11);
+            QCOMPARE(editor().cursorOffset(), Offset(qint64(line - 1) * 11));
             QCOMPARE(editor().cursorPosition().column, 0);
         }
     }
@@ -156,7 +156,7 @@ void JumpTest::jumpScrolls()
     editor().setText(QString(u"line\n"_s).repeated(100000));
     for (const qint64 line : { 50000, 3, 100001, 1 }) {
         editor().jumpToLine(line);
-        QCOMPARE(editor().cursorPosition(), (RowCol{ line - 1, 0 }));
+        QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(line - 1), 0 }));
         QVERIFY(editor().viewport()->rect().adjusted(-1, 0, 1, 0).contains(editor().cursorRect()));
     }
 }
@@ -239,7 +239,7 @@ void JumpTest::lastEditIsWhereItBegan()
         editor().setCursorPosition(fromTheEnd ? editor().numLines() : 0, fromTheEnd ? 1000 : 0);
         editor().setCursorPosition(1, 1, true);
         m_window->slotCmdViewLastEdit();
-        QCOMPARE(editor().cursorOffset(), place);
+        QCOMPARE(editor().cursorOffset(), Offset(place));
         QVERIFY(!editor().hasMarkedText());
     }
 }
@@ -254,18 +254,18 @@ void JumpTest::lastEditFollowsUndoAndRedo()
     };
     insertAt(editor(), u"1"_s, 0, 1);
     insertAt(editor(), u"2"_s, 0, 3);
-    QCOMPARE(jump(), 3);
+    QCOMPARE(jump(), Offset(3));
     editor().undo();
-    QCOMPARE(jump(), 1);
+    QCOMPARE(jump(), Offset(1));
     editor().undo();
-    QCOMPARE(jump(), 6); // nothing to go to: the cursor stays
+    QCOMPARE(jump(), Offset(6)); // nothing to go to: the cursor stays
     editor().redo();
-    QCOMPARE(jump(), 1);
+    QCOMPARE(jump(), Offset(1));
     editor().redo();
-    QCOMPARE(jump(), 3);
+    QCOMPARE(jump(), Offset(3));
     editor().undo();
     insertAt(editor(), u"3"_s, 0, 5);
-    QCOMPARE(jump(), 5);
+    QCOMPARE(jump(), Offset(5));
 }
 
 void JumpTest::lastEditWithoutHistory_data()
@@ -306,14 +306,14 @@ void JumpTest::lastEditOfEachDocument()
     m_window->slotCmdFileNew();
     editor().setText(u"ghijkl"_s);
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(editor().cursorOffset(), 0);
+    QCOMPARE(editor().cursorOffset(), Offset(0));
     insertAt(editor(), u"x"_s, 0, 4);
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(editor().cursorOffset(), 4);
+    QCOMPARE(editor().cursorOffset(), Offset(4));
     m_window->tabBar()->setCurrentTab(first);
     QCOMPARE(&editor(), first);
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(editor().cursorOffset(), 2);
+    QCOMPARE(editor().cursorOffset(), Offset(2));
 }
 
 void JumpTest::lastEditAmongWrappedRows()
@@ -324,7 +324,7 @@ void JumpTest::lastEditAmongWrappedRows()
         wrapAt(editor(), columns);
         editor().setCursorPosition(0, 0);
         m_window->slotCmdViewLastEdit();
-        QCOMPARE(editor().cursorOffset(), 777);
+        QCOMPARE(editor().cursorOffset(), Offset(777));
     }
 }
 
@@ -334,7 +334,7 @@ void JumpTest::lastEditScrolls()
     insertAt(editor(), u"x"_s, 500, 2);
     editor().setCursorPosition(0, 0);
     m_window->slotCmdViewLastEdit();
-    QCOMPARE(editor().cursorPosition(), (RowCol{ 500, 2 }));
+    QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(500), 2 }));
     QVERIFY(editor().viewport()->rect().contains(editor().cursorRect()));
 }
 

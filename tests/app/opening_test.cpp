@@ -127,13 +127,13 @@ void OpeningTest::failedReloadLeavesTheDocument()
     window.slotCmdFileCloseTab();
     window.setDocument(name);
     ctlEditer *const editor = window.currentEditor();
-    QCOMPARE(editor->cursorPosition().row, 20);
+    QCOMPARE(editor->cursorPosition().row, RowIndex(20));
     QTest::keyClicks(editor, u"x"_s);
     editor->setCursorPosition(300, 1);
-    editor->setTopRow(298);
+    editor->setTopRow(RowIndex(298));
     const QString text = editor->text();
     const RowCol cursor = editor->cursorPosition();
-    const qint64 topRow = editor->topRow();
+    const RowIndex topRow = editor->topRow();
 
     QVERIFY(QFile::remove(name));
     MessageBoxes boxes({ u"Yes"_s });

@@ -213,17 +213,17 @@ void OptionsTest::keepsPlaces()
     for (ctlEditer *editor : { window.editorAt(0), window.editorAt(1) }) {
         window.tabBar()->setCurrentTab(editor);
         editor->setCursorPosition(500, 7);
-        editor->setTopRow(500 - editor->viewport()->height() / editor->cellHeight() + 1);
+        editor->setTopRow(RowIndex(500 - editor->viewport()->height() / editor->cellHeight() + 1));
     }
     QList<qint64> before;
     for (const ctlEditer *editor : window.tabBar()->editors())
-        before << editor->cursorOffset() << topLine(editor);
+        before << editor->cursorOffset().value() << topLine(editor);
     window.slotCmdEditOption();
     for (ctlEditer *editor : window.tabBar()->editors())
         window.tabBar()->setCurrentTab(editor);
     QList<qint64> after;
     for (const ctlEditer *editor : window.tabBar()->editors())
-        after << editor->cursorOffset() << topLine(editor);
+        after << editor->cursorOffset().value() << topLine(editor);
     QCOMPARE(after, before);
 }
 
@@ -252,17 +252,17 @@ void OptionsTest::keepsTheTextAtTheTopWhenTabsChange()
         appSettings().TabLen = to;
         return true;
     };
-    QList<qint64> tops;
+    QList<Offset> tops;
     for (ctlEditer *editor : window.tabBar()->editors()) {
-        editor->setCursorPosition(editor->store().rowOfLine(LineIndex(100)) + 1, 2);
+        editor->setCursorPosition({ editor->store().rowOfLine(LineIndex(100)) + 1, 2 });
         editor->setTopRow(editor->store().rowOfLine(LineIndex(100)) + 2);
         tops << editor->store().row(editor->topRow()).start;
     }
     window.slotCmdEditOption();
     for (ctlEditer *editor : window.tabBar()->editors()) {
         window.tabBar()->setCurrentTab(editor);
-        const qint64 top = tops.takeFirst();
-        QVERIFY(editor->store().rowOfLine(LineIndex(100)) > 100 * 2);
+        const Offset top = tops.takeFirst();
+        QVERIFY(editor->store().rowOfLine(LineIndex(100)) > RowIndex(100 * 2));
         QCOMPARE(editor->topRow(), editor->store().rowColAt(top).row);
         QCOMPARE(topLine(editor), 100);
     }
@@ -278,7 +278,7 @@ void OptionsTest::laysOutWhatIsShownOnce()
     QVERIFY(window.open());
     window.setDocument(files.write(u"shown.txt"_s, tabbedLines(300)));
     ctlEditer *shown = window.currentEditor();
-    shown->setTopRow(200);
+    shown->setTopRow(RowIndex(200));
     QCoreApplication::processEvents();
     window.options = [] {
         changeEveryLayout();
@@ -289,7 +289,7 @@ void OptionsTest::laysOutWhatIsShownOnce()
     QTRY_COMPARE(moves.count(), 1);
     const int top = moves.at(0).at(0).toInt();
     QVERIFY(top != 200);
-    QCOMPARE(shown->topRow(), top);
+    QCOMPARE(shown->topRow(), RowIndex(top));
     QCoreApplication::processEvents();
     QCOMPARE(moves.count(), 1);
 }
@@ -301,7 +301,7 @@ void OptionsTest::laysOutTheOthersWhenTheyAreShown()
     QVERIFY(window.open());
     openFiles(window, files, { u"other.txt"_s, u"shown.txt"_s }, tabbedLines(300));
     ctlEditer *other = window.editorAt(0);
-    other->setTopRow(100);
+    other->setTopRow(RowIndex(100));
     QCoreApplication::processEvents();
     window.options = [] {
         appSettings().WrapMode = 2;
@@ -329,7 +329,7 @@ void OptionsTest::recordsPlacesOfDocumentsNotShownAgain()
     for (ctlEditer *editor : window.tabBar()->editors()) {
         window.tabBar()->setCurrentTab(editor);
         editor->setCursorPosition(150, 7);
-        editor->setTopRow(140);
+        editor->setTopRow(RowIndex(140));
     }
     window.options = [] {
         changeEveryLayout();
@@ -442,7 +442,7 @@ void OptionsTest::manyDocumentsKeepTheirPlaces()
     window.editorAt(0)->loadFile(files.folder(), u"1.txt"_s, 0);
     for (int i = 0; i < documents; ++i) {
         window.editorAt(i)->setCursorPosition(i, 3);
-        window.editorAt(i)->setTopRow(i);
+        window.editorAt(i)->setTopRow(RowIndex(i));
         if (i % 3 == 0)
             window.editorAt(i)->insert(u"x"_s);
     }
@@ -456,13 +456,13 @@ void OptionsTest::manyDocumentsKeepTheirPlaces()
     };
     QList<qint64> before;
     for (const ctlEditer *editor : window.tabBar()->editors())
-        before << editor->cursorOffset() << topLine(editor);
+        before << editor->cursorOffset().value() << topLine(editor);
     window.slotCmdEditOption();
     QCOMPARE(window.tabTexts(), texts);
     QList<qint64> after;
     for (ctlEditer *editor : window.tabBar()->editors()) {
         window.tabBar()->setCurrentTab(editor);
-        after << editor->cursorOffset() << topLine(editor);
+        after << editor->cursorOffset().value() << topLine(editor);
         QVERIFY(editor->numLines() > 600);
         editor->setEdited(false);
     }

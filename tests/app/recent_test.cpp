@@ -238,7 +238,7 @@ void RecentTest::recordsPosition()
     ctlEditer *editor = window.currentEditor();
     editor->setCursorPosition(200, 3);
     editor->setXOffset(40);
-    editor->setTopRow(190);
+    editor->setTopRow(RowIndex(190));
     const qint64 x = editor->xOffset();
     const qint64 y = editor->yOffset();
     QVERIFY(y > 0);
@@ -269,7 +269,7 @@ void RecentTest::restoresPosition()
     QVERIFY(window.open());
     window.setDocument(name);
     window.currentEditor()->setCursorPosition(200, 3);
-    window.currentEditor()->setTopRow(190);
+    window.currentEditor()->setTopRow(RowIndex(190));
     const qint64 y = window.currentEditor()->yOffset();
     window.slotCmdFileCloseTab();
 
@@ -287,11 +287,11 @@ void RecentTest::restoresPosition()
             open();
             const ctlEditer *editor = window.currentEditor();
             QCOMPARE(editor->name(), u"a.txt"_s);
-            QCOMPARE(editor->cursorPosition().row, restore == 1 ? 200 : 0);
+            QCOMPARE(editor->cursorPosition().row, RowIndex(restore == 1 ? 200 : 0));
             QCOMPARE(editor->cursorPosition().column, restore == 1 ? 3 : 0);
             QCOMPARE(editor->yOffset(), restore == 1 ? y : 0);
             window.currentEditor()->setCursorPosition(200, 3);
-            window.currentEditor()->setTopRow(190);
+            window.currentEditor()->setTopRow(RowIndex(190));
             window.slotCmdFileCloseTab();
         }
     }
@@ -367,7 +367,7 @@ void RecentTest::reopenedViewIsTheSame()
     window.setDocument(name);
     ctlEditer *editor = window.currentEditor();
     editor->setCursorPosition(cursorRow, 1);
-    editor->setTopRow(topRow);
+    editor->setTopRow(RowIndex(topRow));
     editor->setXOffset(xOffset);
     QCoreApplication::processEvents();
     const QImage before = editor->viewport()->grab().toImage();
@@ -416,7 +416,7 @@ void RecentTest::undecodableNameIsReopened()
     window.recentMenu()->actions().at(0)->trigger();
     QCOMPARE(window.tabBar()->count(), 1);
     QCOMPARE(window.currentEditor()->text(), u"xone\ntwo\n"_s);
-    QVERIFY((window.currentEditor()->cursorPosition() == RowCol{ 1, 1 }));
+    QVERIFY((window.currentEditor()->cursorPosition() == RowCol{ RowIndex(1), 1 }));
     QTest::keyClicks(window.currentEditor(), u"y"_s);
     QVERIFY(window.slotCmdFileSave(window.currentEditor()));
     QCOMPARE(content(), QByteArray("xone\r\ntywo\r\n"));
@@ -447,7 +447,7 @@ void RecentTest::positionBeyondTheText()
     QVERIFY(window.open());
     window.setDocument(name);
     const RowCol cursor = window.currentEditor()->cursorPosition();
-    QVERIFY(cursor == (row < 0 ? RowCol{ 0, 0 } : RowCol{ 1, 3 }));
+    QVERIFY(cursor == (row < 0 ? RowCol{ RowIndex(0), 0 } : RowCol{ RowIndex(1), 3 }));
     QVERIFY(!window.grab().isNull());
 }
 
@@ -484,10 +484,10 @@ void RecentTest::otherFontOrWrappingKeepsThePlaceWithin()
     QVERIFY(window.open());
     window.setDocument(name);
     ctlEditer *editor = window.currentEditor();
-    const qint64 topRow = editor->topRow();
+    const RowIndex topRow = editor->topRow();
     const qint64 xOffset = editor->xOffset();
-    QVERIFY(editor->cursorPosition().row < editor->numLines());
-    editor->setTopRow(std::numeric_limits<int>::max());
+    QVERIFY(editor->cursorPosition().row <= editor->store().lastRow());
+    editor->setTopRow(RowIndex(std::numeric_limits<int>::max()));
     editor->setXOffset(std::numeric_limits<int>::max());
     QVERIFY(topRow <= editor->topRow());
     QVERIFY(xOffset <= editor->xOffset());

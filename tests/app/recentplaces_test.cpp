@@ -83,8 +83,8 @@ void RecentPlacesTest::aPlaceComesBack_data()
 {
     QTest::addColumn<int>("wanted");
     QTest::addColumn<RowCol>("cursor");
-    QTest::newRow("wanted") << 1 << RowCol{ 1, 2 };
-    QTest::newRow("not wanted") << 0 << RowCol{ 0, 0 };
+    QTest::newRow("wanted") << 1 << RowCol{ RowIndex(1), 2 };
+    QTest::newRow("not wanted") << 0 << RowCol{ RowIndex(0), 0 };
 }
 
 void RecentPlacesTest::aPlaceComesBack()
@@ -128,10 +128,10 @@ void RecentPlacesTest::aReadFileHasItsCarriedPlace()
     write(u"a.txt"_s);
     QVERIFY(editor.loadFile(folder(), u"a.txt"_s, 0));
     places.restoreCarried(editor);
-    QCOMPARE(editor.cursorPosition(), RowCol({ 1, 2 }));
+    QCOMPARE(editor.cursorPosition(), RowCol({ RowIndex(1), 2 }));
     editor.setCursorPosition(0, 0);
     places.restoreCarried(editor);
-    QCOMPARE(editor.cursorPosition(), RowCol({ 0, 0 }));
+    QCOMPARE(editor.cursorPosition(), RowCol({ RowIndex(0), 0 }));
 }
 
 void RecentPlacesTest::aSavedFileHasAPlaceOfItsOwn()

@@ -56,12 +56,12 @@ public:
     {
         m_documents.push_back(std::make_unique<TextDocument>());
         TextDocument &document = *m_documents.back();
-        m_journals.attach(document, [text] { return ViewPlace{ { text.size() } }; });
+        m_journals.attach(document, [text] { return ViewPlace{ { Offset(text.size()) }, {}, {}, 0 }; });
         if (name.isEmpty())
             document.setName(u"(new document)"_s);
         else
             document.load(folder, name, {}, {});
-        document.replace(0, 0, text);
+        document.replace(Offset(0), 0, text);
     }
     bool isWritten() { return m_journals.flush(10s); }
 
@@ -196,7 +196,7 @@ void RecoveryTest::restores()
     QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
     ctlEditer &editor = *window.currentEditor();
     QCOMPARE(editor.text(), u"xold\n"_s);
-    QCOMPARE(editor.cursorOffset(), 1);
+    QCOMPARE(editor.cursorOffset(), Offset(1));
     QCOMPARE(editor.returnCodeName(), u"CR+LF"_s);
     QVERIFY(window.isItemEnabled(EditCommand::Undo));
     QVERIFY(window.windowTitle().contains(u"CR+LF"_s));

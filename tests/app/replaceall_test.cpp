@@ -77,8 +77,8 @@ public:
     {
         for (const bool selects : { false, m_random.chance(2) }) {
             const qint64 row = m_random.below(qint64(m_naive->model().rows().size()) + 1);
-            const RowCol place{ row, m_random.below(12) };
-            m_editor.setCursorPosition(place.row, place.column, selects);
+            const RowCol place{ RowIndex(row), m_random.below(12) };
+            m_editor.setCursorPosition(place, selects);
             m_naive->setCursor(place, selects);
         }
     }
@@ -255,7 +255,7 @@ void ReplaceAllTest::undoes()
             QCOMPARE(editor.text(), texts.at(hits - step));
         }
         QVERIFY(!editor.redoAvailable());
-        QCOMPARE(editor.cursorOffset(), editor.text().size() - 2);
+        QCOMPARE(editor.cursorOffset(), Offset(editor.text().size() - 2));
         editor.store().checkInvariants();
     }
 }

@@ -223,7 +223,7 @@ void ReplaceRunTest::nothingGetsIn()
     QCOMPARE(boxes.texts(), QStringList{ u"Replace All|%1 items was Replaced."_s.arg(hits) });
     QCOMPARE(m_window->currentEditor(), before);
     QCOMPARE(editor().text(), QString(u"y\n"_s).repeated(hits));
-    QCOMPARE(editor().cursorOffset(), 2 * hits - 1);
+    QCOMPARE(editor().cursorOffset(), Offset(2 * hits - 1));
     QCOMPARE(m_window->tabBar()->count(), 2);
     QVERIFY(m_window->isVisible());
     QVERIFY(m_window->requests.isEmpty());
@@ -352,7 +352,7 @@ void ReplaceRunTest::tellsOfNoHit()
     replaceAll();
     QCOMPARE(boxes.texts(), QStringList{ u"Replace All|0 items was Replaced."_s });
     QCOMPARE(boxes.shown().at(0).icon, QMessageBox::Information);
-    QCOMPARE(editor().cursorOffset(), 0);
+    QCOMPARE(editor().cursorOffset(), Offset(0));
     QVERIFY(!editor().edited());
 }
 

@@ -94,7 +94,7 @@ void SearchTest::searchesAcrossRows()
     editor().setText(QStringLiteral("0123456789abcdef"));
     wrapAt(editor(), 4);
     QVERIFY(editor().numLines() > 2);
-    const qint64 rowEnd = editor().store().row(0).length;
+    const qint64 rowEnd = editor().store().row(RowIndex(0)).length;
     const QString find = editor().text().mid(rowEnd - 1, 2);
     ask(0, find)->slotBtnNext();
     QCOMPARE(editor().markedText(), find);

@@ -165,7 +165,7 @@ void SearchWindowTest::hitsAreNotCovered()
     const QWidget &view = *editor().viewport();
     for (int i = 0; i < 8; ++i) {
         QTest::keyClick(findField(panel()), Qt::Key_Return);
-        QCOMPARE(editor().cursorPosition(), (RowCol{ i, 3 }));
+        QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(i), 3 }));
         const QRect row(view.mapToGlobal(editor().cursorRect().topLeft()), editor().cursorRect().size());
         QTRY_VERIFY(!panel().frameGeometry().intersects(row.adjusted(-30, 0, 0, 0)));
     }

@@ -14,7 +14,7 @@ namespace {
 TextStore storeOf(const QString &text)
 {
     TextStore store;
-    store.replace(0, 0, text);
+    store.replace(Offset(0), 0, text);
     return store;
 }
 

@@ -20,7 +20,7 @@ namespace {
 QByteArray partOf(const TextCodec &codec, const TextStore &store, qint64 from, qint64 units)
 {
     TextStore part({}, store.nodeSizes());
-    part.insert(0, store.piece(from, units));
+    part.insert(Offset(0), store.piece(Offset(from), units));
     return storedBytes(codec, part);
 }
 
@@ -109,8 +109,8 @@ QByteArrayList codesOf(const std::vector<JisUnit> &units, size_t from)
 
 bool cutsPair(const TextStore &store, qint64 offset)
 {
-    return offset > 0 && offset < store.length() && QChar::isHighSurrogate(store.at(offset - 1))
-        && QChar::isLowSurrogate(store.at(offset));
+    return offset > 0 && offset < store.length() && QChar::isHighSurrogate(store.at(Offset(offset - 1)))
+        && QChar::isLowSurrogate(store.at(Offset(offset)));
 }
 
 QString typedText(QRandomGenerator &random)
@@ -156,12 +156,12 @@ void SpellingsTest::plainTextHasNone()
     const TextStore store = storeOf(codec, bytes);
     qint64 chunks = 0;
     for (qint64 at = 0; at < store.length(); ++chunks) {
-        const TextChunk chunk = store.spelledChunkAt(at);
+        const TextChunk chunk = store.spelledChunkAt(Offset(at));
         QVERIFY(!chunk.spelling);
         at += chunk.size();
     }
     QCOMPARE(chunks, 1);
-    QVERIFY(!store.spelledChunkAt(store.length()).spelling);
+    QVERIFY(!store.spelledChunkAt(store.end()).spelling);
 }
 
 void SpellingsTest::surviveEditsBeside_data()
@@ -214,7 +214,7 @@ void SpellingsTest::surviveEditsBeside()
     const TextCodec &c = codecNamed(codec);
     TextStore store = storeOf(c, bytes, tiny);
     QCOMPARE(storedBytes(c, store).toPercentEncoding(), bytes.toPercentEncoding());
-    store.replace(offset, removed, inserted);
+    store.replace(Offset(offset), removed, inserted);
     QCOMPARE(storedBytes(c, store).toPercentEncoding(), result.toPercentEncoding());
 }
 
@@ -243,7 +243,7 @@ void SpellingsTest::singleEdits()
         const QByteArray behind = partOf(c, store, offset + removed, store.length() - offset - removed);
         QVERIFY2(bytes.startsWith(before) && bytes.endsWith(behind), bytes.toHex(' '));
         QVERIFY(before.size() + behind.size() + (removed == 0 ? 0 : 1) <= bytes.size());
-        store.replace(offset, removed, inserted);
+        store.replace(Offset(offset), removed, inserted);
         store.checkInvariants();
         QCOMPARE(storedBytes(c, store).toHex(' '), (before + encoded(c, inserted) + behind).toHex(' '));
     }
@@ -263,7 +263,7 @@ void SpellingsTest::singleEditsInJis()
         QVERIFY(qint64(units.size()) == store.length() || units.back().code.isEmpty());
         const qint64 offset = random.bounded(int(store.length()) + 1);
         const qint64 removed = random.bounded(qMin(5, int(store.length() - offset) + 1));
-        store.replace(offset, removed, typedText(random));
+        store.replace(Offset(offset), removed, typedText(random));
         const QByteArray result = storedBytes(c, store);
         // JIS reads the yen sign as a backslash.
         QCOMPARE(decoded(c, result), store.text().replace(u'¥', u'\\'));
@@ -301,7 +301,7 @@ void SpellingsTest::undoAndRedo()
         for (int step = 0; step < 8; ++step) {
             const qint64 offset = random.bounded(int(store.length()) + 1);
             const qint64 removed = random.bounded(qMin(20, int(store.length() - offset) + 1));
-            history.replace(store, offset, removed, typedText(random));
+            history.replace(store, Offset(offset), removed, typedText(random));
             store.checkInvariants();
             if (written.last() != storedBytes(c, store))
                 written << storedBytes(c, store);
@@ -334,9 +334,9 @@ void SpellingsTest::cutAndPaste()
         TextStore store = storeOf(c, bytes, tiny);
         const qint64 offset = random.bounded(int(store.length()) + 1);
         const qint64 length = random.bounded(int(store.length() - offset) + 1);
-        const TextPiece piece = store.take(offset, length);
+        const TextPiece piece = store.take(Offset(offset), length);
         store.checkInvariants();
-        store.insert(offset, piece);
+        store.insert(Offset(offset), piece);
         store.checkInvariants();
         QCOMPARE(storedBytes(c, store).toHex(' '), bytes.toHex(' '));
     }

@@ -47,7 +47,7 @@ public:
     TextChunk operator()()
     {
         TextChunk chunk;
-        chunk.offset = m_at;
+        chunk.offset = Offset(m_at);
         const QStringView run = QStringView(m_text).sliced(m_at, std::min(m_length, m_text.size() - m_at));
         m_at += run.size();
         const bool isLatin1 =
@@ -511,7 +511,7 @@ void TextCodecTest::encodesStore()
     TextStore store;
     const QString text =
         u"plain\n"_s.repeated(2000) + u"漢字\U0001F480\n"_s.repeated(2000) + u"é\n"_s.repeated(2000);
-    store.replace(0, 0, text);
+    store.replace(Offset(0), 0, text);
     for (const char *name : codecNames) {
         const TextCodec *codec = &codecNamed(name);
         QByteArray bytes;
@@ -526,7 +526,7 @@ void TextCodecTest::encodesStore()
 void TextCodecTest::refusedBytesStopEncoding()
 {
     TextStore store;
-    store.replace(0, 0, u"漢字"_s.repeated(100000));
+    store.replace(Offset(0), 0, u"漢字"_s.repeated(100000));
     for (const char *name : codecNames) {
         int calls = 0;
         QVERIFY(!codecNamed(name).encode(store, [&calls](QByteArrayView) {

@@ -108,7 +108,7 @@ void EndOrderTest::saveIsGivenUp()
     QVERIFY(m_folder->write(name, oldContent));
     const FileCalls calls = orderingCalls(call);
     TextDocument document({}, calls);
-    document.replace(0, 0, QString::fromLatin1(longContent()));
+    document.replace(Offset(0), 0, QString::fromLatin1(longContent()));
     const SaveResult result = document.save(m_folder->path(), name, CharCode::Utf8, lineEnd);
     QCOMPARE(int(result.outcome), int(SaveResult::Outcome::NotWritten));
     QCOMPARE(m_folder->read(name), oldContent);
@@ -123,7 +123,7 @@ void EndOrderTest::saveThatIsWrittenIsNot()
 {
     const FileCalls calls = orderingCalls(1);
     TextDocument document({}, calls);
-    document.replace(0, 0, u"short"_s);
+    document.replace(Offset(0), 0, u"short"_s);
     const SaveResult result = document.save(m_folder->path(), name, CharCode::Utf8);
     QCOMPARE(int(result.outcome), int(SaveResult::Outcome::Written));
     QCOMPARE(m_folder->read(name), QByteArray("short"));
@@ -135,7 +135,7 @@ void EndOrderTest::readingIsLeft()
     QVERIFY(m_folder->write(name, longContent()));
     const FileCalls calls = orderingCalls(1);
     TextDocument document({}, calls);
-    document.replace(0, 0, u"before"_s);
+    document.replace(Offset(0), 0, u"before"_s);
     QString textThen;
     EndOrder::setObedience([&] {
         if (textThen.isEmpty())

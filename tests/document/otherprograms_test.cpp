@@ -94,7 +94,7 @@ void OtherProgramsTest::savesOfAnotherDocumentAreNoNews()
     const auto one = open("old\n");
     TextDocument two;
     QVERIFY(!two.load(m_folder->path(), name, {}, {}));
-    two.replace(0, 0, u"two ");
+    two.replace(Offset(0), 0, u"two ");
     two.save(m_folder->path(), name);
     QCOMPARE(one->fileChange(), FileChange::None);
     QVERIFY(m_folder->write(name, "of another program"));
@@ -103,7 +103,7 @@ void OtherProgramsTest::savesOfAnotherDocumentAreNoNews()
     one->replace(0, 0, u"one ");
     QCOMPARE(one->save(m_folder->path(), name).overtaken, Overtaken::ByProgram);
     QCOMPARE(two.fileChange(), FileChange::None);
-    two.replace(0, 0, u"again ");
+    two.replace(Offset(0), 0, u"again ");
     QCOMPARE(two.save(m_folder->path(), name).overtaken, Overtaken::ByDocument);
 }
 

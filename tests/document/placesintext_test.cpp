@@ -13,7 +13,7 @@ QList<qint64> listOf(const PlacesInText &places)
 {
     QList<qint64> list;
     for (qint64 i = 0; i < places.count(); ++i)
-        list << places.at(i);
+        list << places.at(i).value();
     return list;
 }
 
@@ -34,12 +34,12 @@ void PlacesInTextTest::followEdits_data()
     QTest::addColumn<TextChange>("change");
     QTest::addColumn<QList<qint64>>("places"); // of 2, 5 and 6 in a text of 8
     using List = QList<qint64>;
-    QTest::newRow("..x|..xx.") << TextChange{ 3, 0, 4 } << List{ 2, 9, 10 };
-    QTest::newRow("..|x..xx.") << TextChange{ 2, 0, 1 } << List{ 3, 6, 7 };
-    QTest::newRow("..[x..]xx.") << TextChange{ 2, 3, 0 } << List{ 2, 3 };
-    QTest::newRow("..[x..x]x.") << TextChange{ 2, 4, 1 } << List{ 3 };
-    QTest::newRow("[..x..xx.]") << TextChange{ 0, 8, 0 } << List{};
-    QTest::newRow("..x..xx.|") << TextChange{ 8, 0, 9 } << List{ 2, 5, 6 };
+    QTest::newRow("..x|..xx.") << TextChange{ Offset(3), 0, 4 } << List{ 2, 9, 10 };
+    QTest::newRow("..|x..xx.") << TextChange{ Offset(2), 0, 1 } << List{ 3, 6, 7 };
+    QTest::newRow("..[x..]xx.") << TextChange{ Offset(2), 3, 0 } << List{ 2, 3 };
+    QTest::newRow("..[x..x]x.") << TextChange{ Offset(2), 4, 1 } << List{ 3 };
+    QTest::newRow("[..x..xx.]") << TextChange{ Offset(0), 8, 0 } << List{};
+    QTest::newRow("..x..xx.|") << TextChange{ Offset(8), 0, 9 } << List{ 2, 5, 6 };
 }
 
 void PlacesInTextTest::followEdits()
@@ -47,7 +47,7 @@ void PlacesInTextTest::followEdits()
     QFETCH(TextChange, change);
     PlacesInText places(8);
     for (const qint64 offset : { 6, 2, 5 })
-        places.add(offset);
+        places.add(Offset(offset));
     QCOMPARE(listOf(places), QList<qint64>({ 2, 5, 6 }));
     places.follow(change);
     QTEST(listOf(places), "places");
@@ -65,18 +65,18 @@ void PlacesInTextTest::areAMovingList()
     for (int step = 0; step < 2000; ++step) {
         const qint64 offset = below(length + 1);
         if (below(3) > 0) {
-            const TextChange change{ offset, below(qMin<qint64>(5, length - offset) + 1), below(6) };
+            const TextChange change{ Offset(offset), below(qMin<qint64>(5, length - offset) + 1), below(6) };
             places.follow(change);
             model.removeIf([&](qint64 at) { return at >= offset && at < offset + change.removed; });
             for (qint64 &at : model)
                 at += at >= offset ? change.inserted - change.removed : 0;
             length += change.inserted - change.removed;
         } else if (!model.contains(offset)) {
-            places.add(offset);
+            places.add(Offset(offset));
             model.insert(std::ranges::lower_bound(model, offset), offset);
         }
         const qint64 asked = below(length + 2);
-        QCOMPARE(places.indexBehind(asked), std::ranges::lower_bound(model, asked) - model.begin());
+        QCOMPARE(places.indexBehind(Offset(asked)), std::ranges::lower_bound(model, asked) - model.begin());
         QCOMPARE(listOf(places), model);
     }
 }

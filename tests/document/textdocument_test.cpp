@@ -19,7 +19,7 @@ const QString name = u"a.txt"_s;
 TextStore storeOf(const QString &text)
 {
     TextStore store;
-    store.replace(0, 0, text);
+    store.replace(Offset(0), 0, text);
     return store;
 }
 
@@ -28,7 +28,7 @@ using Change = QList<qint64>;
 
 Change numbers(const TextChange &change)
 {
-    return { change.offset, change.removed, change.inserted };
+    return { change.offset.value(), change.removed, change.inserted };
 }
 
 /// What a document has told of.
@@ -96,9 +96,9 @@ void TextDocumentTest::tellsOfEveryEdit()
 {
     TextDocument document;
     Listener heard(document);
-    document.replace(0, 0, u"abcdef");
-    document.replace(1, 2, u"x");
-    document.replace(0, 1, document.store().piece(2, 2));
+    document.replace(Offset(0), 0, u"abcdef");
+    document.replace(Offset(1), 2, u"x");
+    document.replace(Offset(0), 1, document.store().piece(Offset(2), 2));
     QCOMPARE(document.store().text(), u"dexdef"_s);
     QCOMPARE(heard.changes, QList<Change>({ { 0, 0, 6 }, { 1, 2, 1 }, { 0, 1, 2 } }));
     QVERIFY(heard.replacements.isEmpty());
@@ -108,8 +108,8 @@ void TextDocumentTest::tellsOfNothingWhenNothingChanges()
 {
     TextDocument document;
     Listener heard(document);
-    document.replace(0, 0, u"");
-    document.replace(0, 0, TextPiece());
+    document.replace(Offset(0), 0, u"");
+    document.replace(Offset(0), 0, TextPiece());
     QVERIFY(heard.changes.isEmpty());
     QVERIFY(!document.isEdited());
     QVERIFY(!document.history().canUndo());
@@ -118,13 +118,13 @@ void TextDocumentTest::tellsOfNothingWhenNothingChanges()
 void TextDocumentTest::tellsOfEachChangeOfAStep()
 {
     TextDocument document;
-    document.replace(0, 0, u"abc");
-    document.replace(0, 2, u"x");
+    document.replace(Offset(0), 0, u"abc");
+    document.replace(Offset(0), 2, u"x");
     Listener heard(document);
-    QCOMPARE(document.undo(), 2);
+    QCOMPARE(document.undo(), Offset(2));
     QCOMPARE(document.store().text(), u"abc"_s);
     QCOMPARE(heard.changes, QList<Change>({ { 0, 1, 0 }, { 0, 0, 2 } }));
-    QCOMPARE(document.redo(), 1);
+    QCOMPARE(document.redo(), Offset(1));
     QCOMPARE(document.store().text(), u"xc"_s);
     QCOMPARE(heard.changes.size(), 4);
 }
@@ -134,8 +134,8 @@ void TextDocumentTest::isEditedUntilAllIsUndone()
     TextDocument document;
     bool editedWhenTold = false;
     connect(&document, &TextDocument::changed, this, [&] { editedWhenTold = document.isEdited(); });
-    document.replace(0, 0, u"a");
-    document.replace(0, 0, u"b");
+    document.replace(Offset(0), 0, u"a");
+    document.replace(Offset(0), 0, u"b");
     QVERIFY(editedWhenTold);
     document.undo();
     QVERIFY(document.isEdited() && editedWhenTold);
@@ -148,11 +148,11 @@ void TextDocumentTest::isEditedUntilAllIsUndone()
 void TextDocumentTest::recordsNothingWithoutUndo()
 {
     TextDocument document;
-    document.replace(0, 0, u"a");
+    document.replace(Offset(0), 0, u"a");
     document.setUndoEnabled(false);
     QVERIFY(!document.history().canUndo());
-    document.replace(1, 0, u"b");
-    document.replace(1, 0, document.store().piece(0, 1));
+    document.replace(Offset(1), 0, u"b");
+    document.replace(Offset(1), 0, document.store().piece(Offset(0), 1));
     QCOMPARE(document.store().text(), u"aab"_s);
     QVERIFY(!document.history().canUndo());
     QVERIFY(document.isEdited());
@@ -161,7 +161,7 @@ void TextDocumentTest::recordsNothingWithoutUndo()
 void TextDocumentTest::anotherTextHasNoHistory()
 {
     TextDocument document;
-    document.replace(0, 0, u"abc");
+    document.replace(Offset(0), 0, u"abc");
     document.setEdited(false);
     Listener heard(document);
     document.setText(storeOf(u"another"_s));
@@ -221,7 +221,7 @@ void TextDocumentTest::opensByWhoeverSetsTheText()
     QVERIFY(!document.read(folder.path(), name, {}, {}, text));
     QCOMPARE(document.store().length(), 0);
     QVERIFY(heard.replacements.isEmpty());
-    text.replace(0, 0, u"as ");
+    text.replace(Offset(0), 0, u"as ");
     document.setText(std::move(text));
     QCOMPARE(document.store().text(), u"as read"_s);
     QCOMPARE(heard.replacements, QList<Change>({ { 0, 6, 7 } }));
@@ -266,7 +266,7 @@ void TextDocumentTest::binaryFilesAreNotWritten()
     QVERIFY(!document.load(folder.path(), name, {}, {}));
     QCOMPARE(document.charCode(), CharCode::Binary);
     QCOMPARE(document.returnCode(), ReturnCode::None);
-    document.replace(0, 0, u"x");
+    document.replace(Offset(0), 0, u"x");
     QCOMPARE(document.save(folder.path(), name, CharCode::Utf8).outcome, SaveResult::Outcome::Binary);
     QCOMPARE(folder.read(name), bytes);
     QCOMPARE(document.charCode(), CharCode::Binary);
@@ -277,7 +277,7 @@ void TextDocumentTest::keepsAllButTheNameWhenReadingFails()
 {
     const DocumentFolder folder;
     TextDocument document({ CharCode::Euc, ReturnCode::Lf });
-    document.replace(0, 0, u"abc");
+    document.replace(Offset(0), 0, u"abc");
     Listener heard(document);
     const auto failure = document.load(folder.path(), u"missing"_s, CharCode::Utf8, {});
     QCOMPARE(failure, std::optional(ReadFailure::Missing));
@@ -300,7 +300,7 @@ void TextDocumentTest::keepsTheContentThatCouldNotBeRead()
     TextDocument document({}, calls);
     QCOMPARE(document.load(folder.path(), name, {}, {}), std::optional(ReadFailure::BrokenOff));
     calls.pread = FileCalls::system().pread;
-    document.replace(0, 0, u"new");
+    document.replace(Offset(0), 0, u"new");
     const SaveResult result = document.save(folder.path(), name);
     QCOMPARE(result.outcome, SaveResult::Outcome::Written);
     QCOMPARE(result.overtaken, Overtaken::No);
@@ -314,7 +314,7 @@ void TextDocumentTest::keepsTextAndHistoryWhenWritingFails()
 {
     const DocumentFolder folder;
     TextDocument document;
-    document.replace(0, 0, u"abc");
+    document.replace(Offset(0), 0, u"abc");
     Listener heard(document);
     const SaveResult result =
         document.save(folder.path() + u"missing/"_s, name, CharCode::Jis, ReturnCode::Cr);
@@ -331,7 +331,7 @@ void TextDocumentTest::savingEndsTheHistory()
 {
     const DocumentFolder folder;
     TextDocument document({ CharCode::Utf8, ReturnCode::Lf });
-    document.replace(0, 0, u"abc\n");
+    document.replace(Offset(0), 0, u"abc\n");
     Listener heard(document);
     QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
     QCOMPARE(heard.saves, 1);
@@ -349,9 +349,9 @@ void TextDocumentTest::knowsThatItWasOvertaken()
     TextDocument other;
     QVERIFY(!one.load(folder.path(), name, {}, {}));
     QVERIFY(!other.load(folder.path(), name, {}, {}));
-    one.replace(0, 0, u"1");
+    one.replace(Offset(0), 0, u"1");
     QCOMPARE(one.save(folder.path(), name).overtaken, Overtaken::No);
-    other.replace(0, 0, u"2");
+    other.replace(Offset(0), 0, u"2");
     const SaveResult result = other.save(folder.path(), name);
     QCOMPARE(result.outcome, SaveResult::Outcome::Written);
     QCOMPARE(result.overtaken, Overtaken::ByDocument);

@@ -24,10 +24,10 @@ bool isPairAt(const QString &text, qsizetype at)
 QStringList listOf(const UnwritableText &text, const TextDocument &document)
 {
     QStringList list;
-    qint64 at = text.next(0);
+    auto at = text.next(Offset(0));
     for (qint64 i = 0; i < text.count(); ++i) {
-        list << QString::number(at) + u':' + document.store().text(at, text.lengthAt(at));
-        at = text.next(at + 1);
+        list << QString::number(at->value()) + u':' + document.store().text(*at, text.lengthAt(*at));
+        at = text.next(*at + 1);
     }
     return list;
 }
@@ -36,7 +36,7 @@ QStringList listOf(const UnwritableText &text, const TextDocument &document)
 bool isLost(const TextDocument &document, const QString &character)
 {
     TextStore store;
-    store.replace(0, 0, u'a' + character);
+    store.replace(Offset(0), 0, u'a' + character);
     QByteArray bytes;
     document.codecToWrite().encode(
         store,
@@ -126,9 +126,9 @@ void UnwritableTextTest::editsAreLookedAt()
     QFETCH(QString, inserted);
     TextDocument document(shiftJis);
     const UnwritableText text(document);
-    document.replace(0, 0, u"ab–c");
+    document.replace(Offset(0), 0, u"ab–c");
     QCOMPARE(listOf(text, document), QStringList{ u"2:–"_s });
-    document.replace(offset, removed, inserted);
+    document.replace(Offset(offset), removed, inserted);
     QTEST(listOf(text, document), "listed");
     document.undo();
     QCOMPARE(listOf(text, document), QStringList{ u"2:–"_s });
@@ -175,7 +175,7 @@ void UnwritableTextTest::randomEdits()
                 document.redo();
             break;
         default:
-            document.replace(offset, qMin(below(length > 100 ? 60 : 4), length - offset), inserted);
+            document.replace(Offset(offset), qMin(below(length > 100 ? 60 : 4), length - offset), inserted);
         }
         QCOMPARE(listOf(text, document), recount(document));
     }
@@ -186,7 +186,7 @@ void UnwritableTextTest::anotherCode()
     const DocumentFolder folder;
     TextDocument document({ CharCode::Utf8, ReturnCode::Lf });
     const UnwritableText text(document);
-    document.replace(0, 0, u"a\U0001F600");
+    document.replace(Offset(0), 0, u"a\U0001F600");
     QCOMPARE(text.count(), 0);
     document.save(folder.path(), name, CharCode::ShiftJis);
     QCOMPARE(listOf(text, document), QStringList{ u"1:\U0001F600"_s });
@@ -214,11 +214,11 @@ void UnwritableTextTest::markAtTheStart()
     TextDocument document(shiftJis);
     const UnwritableText text(document);
     const QString mark(QChar::ByteOrderMark);
-    document.replace(0, 0, mark);
+    document.replace(Offset(0), 0, mark);
     QCOMPARE(text.count(), 0);
-    document.replace(0, 0, u"a");
+    document.replace(Offset(0), 0, u"a");
     QCOMPARE(listOf(text, document), QStringList{ u"1:"_s + mark });
-    document.replace(0, 1, u"");
+    document.replace(Offset(0), 1, u"");
     QCOMPARE(text.count(), 0);
 }
 
@@ -228,10 +228,10 @@ void UnwritableTextTest::longTextIsLookedAtInSlices()
     UnwritableText text(document);
     const QSignalSpy changed(&text, &UnwritableText::changed);
     const qint64 length = 3 * UnwritableText::sliceUnits;
-    document.replace(0, 0, QString(length - 1, u'a') + u'–');
+    document.replace(Offset(0), 0, QString(length - 1, u'a') + u'–');
     QCOMPARE(text.count(), 0);
     QVERIFY(text.mayBeMore());
-    document.replace(length, 0, u"––");
+    document.replace(Offset(length), 0, u"––");
     QTRY_VERIFY(!text.mayBeMore());
     QCOMPARE(text.count(), 3);
     QVERIFY(changed.count() > 0);
@@ -242,11 +242,11 @@ void UnwritableTextTest::noMoreAreListed()
 {
     TextDocument document(shiftJis);
     UnwritableText text(document, 3);
-    document.replace(0, 0, u"–––");
-    document.replace(3, 0, u"ab–c");
+    document.replace(Offset(0), 0, u"–––");
+    document.replace(Offset(3), 0, u"ab–c");
     QCOMPARE(text.count(), 3);
     QVERIFY(text.mayBeMore());
-    document.replace(0, 2, u"");
+    document.replace(Offset(0), 2, u"");
     QTRY_VERIFY(!text.mayBeMore());
     QCOMPARE(listOf(text, document), recount(document));
 }
@@ -255,11 +255,11 @@ void UnwritableTextTest::showsTheFirst()
 {
     TextDocument document(shiftJis);
     const UnwritableText text(document);
-    document.replace(0, 0, u"éaé–\U0001F600é");
+    document.replace(Offset(0), 0, u"éaé–\U0001F600é");
     QCOMPARE(text.first(2), QList<char32_t>({ U'é', U'–' }));
     QCOMPARE(text.first(9), QList<char32_t>({ U'é', U'–', U'\U0001F600' }));
-    QCOMPARE(text.next(1), 2);
-    QCOMPARE(text.next(7), 0);
+    QCOMPARE(text.next(Offset(1)), Offset(2));
+    QCOMPARE(text.next(Offset(7)), Offset(0));
 }
 
 Q_DECLARE_METATYPE(CharCode)

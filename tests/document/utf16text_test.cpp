@@ -187,10 +187,10 @@ void Utf16TextTest::editsAreWrittenToo()
     TextDocument document;
     QVERIFY(readAsText(document, folder, form));
     document.keepUtf16();
-    document.replace(1, 0, u"é\n\U0001F600");
+    document.replace(Offset(1), 0, u"é\n\U0001F600");
     document.save(folder.path(), name);
     QCOMPARE(folder.read(name), utf16Of(u"aé\r\n\U0001F600\r\nb"_s, form));
-    document.replace(0, 1, u"");
+    document.replace(Offset(0), 1, u"");
     document.save(folder.path(), name);
     QCOMPARE(folder.read(name), utf16Of(u"é\r\n\U0001F600\r\nb"_s, form));
 }

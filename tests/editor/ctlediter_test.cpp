@@ -353,7 +353,7 @@ void CtlEditerTest::wrapModeColumn()
     editor->insert(QString(columns + 1, u'x'));
     QCOMPARE(editor->numLines(), 2);
     QCOMPARE(rowText(*editor, 1), QStringLiteral("x"));
-    QVERIFY(!editor->store().row(0).endsLine);
+    QVERIFY(!editor->store().row(RowIndex(0)).endsLine);
     QCOMPARE(settings().WrapLen, length);
 }
 

@@ -284,7 +284,7 @@ void CtlEditerKeysTest::homeScrollsBack()
     QTest::keyClick(m_editor, Qt::Key_End);
     QVERIFY(m_editor->xOffset() > 0);
     QTest::keyClick(m_editor, Qt::Key_Right);
-    QCOMPARE(m_editor->cursorPosition().row, 1);
+    QCOMPARE(m_editor->cursorPosition().row, RowIndex(1));
     QCOMPARE(m_editor->xOffset(), 0);
 }
 
@@ -293,10 +293,10 @@ void CtlEditerKeysTest::rightOverALineEndRepaintsTheRow()
     class Recorder : public ctlEditer {
     public:
         using ctlEditer::ctlEditer;
-        QList<qint64> rows;
+        QList<RowIndex> rows;
 
     protected:
-        void paintCell(QPainter &painter, qint64 row, const QRectF &cell, const QRect &update) override
+        void paintCell(QPainter &painter, RowIndex row, const QRectF &cell, const QRect &update) override
         {
             rows.append(row);
             ctlEditer::paintCell(painter, row, cell, update);
@@ -306,14 +306,14 @@ void CtlEditerKeysTest::rightOverALineEndRepaintsTheRow()
     editor.show();
     editor.setFocus();
     DrawnText::load(editor, QStringLiteral("a|b\ncd"));
-    QTRY_VERIFY(editor.rows.contains(1));
+    QTRY_VERIFY(editor.rows.contains(RowIndex(1)));
     QTest::keyClick(&editor, Qt::Key_Right, Qt::ShiftModifier);
     QTRY_VERIFY(!editor.rows.isEmpty());
     QCoreApplication::processEvents();
     editor.rows.clear();
     QTest::keyClick(&editor, Qt::Key_Right, Qt::ShiftModifier);
     QVERIFY(editor.hasMarkedText());
-    QTRY_VERIFY(editor.rows.contains(0) && editor.rows.contains(1));
+    QTRY_VERIFY(editor.rows.contains(RowIndex(0)) && editor.rows.contains(RowIndex(1)));
 }
 
 void CtlEditerKeysTest::randomBlocks_data()
@@ -335,22 +335,24 @@ void CtlEditerKeysTest::randomBlocks()
         for (int i = random.bounded(60); i >= 0; --i)
             text += alphabet[random.bounded(int(alphabet.size()))];
         m_editor->setText(text);
-        const qint64 from = random.bounded(int(text.size() + 1)), to = random.bounded(int(text.size() + 1));
-        const RowCol anchor = m_editor->store().rowColAt(from), cursor = m_editor->store().rowColAt(to);
-        m_editor->setCursorPosition(anchor.row, anchor.column);
-        m_editor->setCursorPosition(cursor.row, cursor.column, true);
+        const auto place = [&] {
+            return m_editor->store().rowColAt(Offset(random.bounded(int(text.size() + 1))));
+        };
+        const RowCol anchor = place(), cursor = place();
+        m_editor->setCursorPosition(anchor);
+        m_editor->setCursorPosition(cursor, true);
         if (!m_editor->markedText().contains(u'\n'))
             continue;
         const bool out = random.bounded(2) == 1;
-        const qint64 row1 = qMin(anchor, cursor).row, row2 = qMax(anchor, cursor).row;
+        const RowIndex row1 = qMin(anchor, cursor).row, row2 = qMax(anchor, cursor).row;
         QString expected;
-        for (qint64 row = 0; row < m_editor->numLines(); ++row) {
-            QString line = rowText(*m_editor, row);
-            const bool begins = row == 0 || m_editor->store().row(row - 1).endsLine;
+        for (RowIndex row; row <= m_editor->store().lastRow(); ++row) {
+            QString line = rowText(*m_editor, row.value());
+            const bool begins = row == RowIndex() || m_editor->store().row(row - 1).endsLine;
             const bool inBlock = row >= row1 && row < row2;
             if (inBlock && begins && !line.isEmpty())
                 line = !out ? u'\t' + line : line.startsWith(u'\t') ? line.sliced(1) : line;
-            const bool last = row == m_editor->numLines() - 1;
+            const bool last = row == m_editor->store().lastRow();
             expected +=
                 line + (m_editor->store().row(row).endsLine && !last ? QStringLiteral("\n") : QString());
         }

@@ -207,7 +207,7 @@ void CtlEditerLoadTest::loadedDocumentIsUnmodified()
     QVERIFY(!m_editor->history().canUndo());
     QCOMPARE(undo.count(), 1);
     QCOMPARE(undo[0][1].toBool(), false);
-    QCOMPARE(m_editor->cursorOffset(), 0);
+    QCOMPARE(m_editor->cursorOffset(), Offset(0));
     m_editor->insert(QStringLiteral("x"));
     QVERIFY(m_editor->undoAvailable());
     m_editor->undo();
@@ -219,7 +219,7 @@ void CtlEditerLoadTest::textIsSetByTheVirtualFunction()
     m_editor->insert(QStringLiteral("one\ntwo"));
     QVERIFY(load("text\n"));
     QCOMPARE(m_editor->lengths, QList<qint64>({ 5 }));
-    QCOMPARE(m_editor->placesThen, QList<RowCol>({ RowCol{ 0, 0 } }));
+    QCOMPARE(m_editor->placesThen, QList<RowCol>({ RowCol{ RowIndex(0), 0 } }));
     QVERIFY(!m_editor->edited());
 }
 

@@ -174,7 +174,7 @@ void CtlEditerRandomTest::pressVertical(Qt::Key key, bool selects)
     if (target == row)
         return m_model.moveTo(m_model.cursor, selects, m_model.atRowEnd);
     const RowCol now = m_editor->cursorPosition();
-    QCOMPARE(now.row, target);
+    QCOMPARE(now.row, RowIndex(target));
     const Row &to = rows[target];
     QVERIFY(now.column >= 0 && now.column <= to.length);
     m_model.moveTo(to.start + now.column, selects, now.column == to.length && !to.endsLine);
@@ -277,10 +277,10 @@ void CtlEditerRandomTest::changeSettings()
 void CtlEditerRandomTest::compare()
 {
     QCOMPARE(m_editor->text(), m_model.text);
-    QCOMPARE(m_editor->cursorOffset(), m_model.cursor);
-    QCOMPARE(m_editor->anchorOffset(), m_model.anchor);
+    QCOMPARE(m_editor->cursorOffset(), Offset(m_model.cursor));
+    QCOMPARE(m_editor->anchorOffset(), Offset(m_model.anchor));
     const QList<Row> rows = rowsOf(*m_editor);
-    QCOMPARE(m_editor->cursorPosition().row, m_model.rowOfCursor(rows));
+    QCOMPARE(m_editor->cursorPosition().row, RowIndex(m_model.rowOfCursor(rows)));
     QCOMPARE(undoSteps(m_editor->history()), m_model.undoSteps());
     QCOMPARE(m_editor->history().canRedo(), m_model.canRedo());
     QCOMPARE(m_editor->undoAvailable(), m_model.canUndo());

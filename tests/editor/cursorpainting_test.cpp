@@ -157,7 +157,7 @@ void CursorPaintingTest::overwriteCursor()
     const QRect line = editor.cursorRect();
     editor.setOverwriteMode(true);
     QCOMPARE(editor.cursorRect(), line);
-    const RowLayout layout(editor.store(), 0, *editor.fontMeasure(), 0, 640);
+    const RowLayout layout(editor.store(), RowIndex(0), *editor.fontMeasure(), 0, 640);
     const auto deviceX = [&](qreal x) { return editor.device(editor.hMargin()) + editor.device(x); };
     const qreal x = layout.x(column);
     const int left = deviceX(x) - (end < 0 ? editor.stroke(2) : 0);
@@ -236,7 +236,7 @@ void CursorPaintingTest::cursorFarToTheRight()
     QVERIFY(tabs * tabStop >= 1LL << 40);
     editor.setXOffset(qint64(qreal(tabs) * qreal(tabStop) / scale) - 100);
     const QImage without = editor.painted(0);
-    editor.setCursorPlace({ tabs });
+    editor.setCursorPlace({ Offset(tabs) });
     const QImage with = editor.painted(0);
     const qint64 cursor =
         editor.device(editor.hMargin()) + tabs * tabStop - qRound64(qreal(editor.xOffset()) * scale);

@@ -22,7 +22,7 @@ inline QList<Row> rowsOf(const ctlEditer &editor)
     QList<Row> rows;
     qsizetype start = 0;
     for (qint64 row = 0; row < editor.numLines(); ++row) {
-        const TextStore::Row found = editor.store().row(row);
+        const TextStore::Row found = editor.store().row(RowIndex(row));
         rows.append({ start, qsizetype(found.length), found.endsLine });
         start += qsizetype(found.length) + (found.endsLine ? 1 : 0);
     }

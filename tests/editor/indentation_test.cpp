@@ -27,7 +27,7 @@ TextStore storeOfText(const QString &text, const NodeSizes &sizes = {})
 
 QString textOfPiece(const TextPiece &piece)
 {
-    return piece.text(0, piece.length());
+    return piece.text();
 }
 
 } // namespace
@@ -58,11 +58,10 @@ void IndentationTest::lines_data()
 void IndentationTest::lines()
 {
     QFETCH(QString, drawing);
-    const qint64 begin = drawing.indexOf(u'[');
-    const qint64 end = drawing.indexOf(u']') - 1;
+    const TextRange block = { Offset(drawing.indexOf(u'[')), Offset(drawing.indexOf(u']') - 1) };
     const TextStore store = storeOfText(drawing.remove(u'[').remove(u']'));
-    QTEST(textOfPiece(indented(store, begin, end, Indentation::In)), "in");
-    QTEST(textOfPiece(indented(store, begin, end, Indentation::Out)), "out");
+    QTEST(textOfPiece(indented(store, block, Indentation::In)), "in");
+    QTEST(textOfPiece(indented(store, block, Indentation::Out)), "out");
 }
 
 /// A leaf may end anywhere in a line.
@@ -70,10 +69,10 @@ void IndentationTest::linesOfManyLeaves()
 {
     const QString line = u"one 漢字\n"_s;
     const TextStore store = storeOfText(line.repeated(50), { .leafUnits = 4, .children = 4 });
-    const QString moved = textOfPiece(indented(store, 0, store.length(), Indentation::In));
+    const QString moved = textOfPiece(indented(store, { {}, store.end() }, Indentation::In));
     QCOMPARE(moved, (u'\t' + line).repeated(50));
     const TextStore further = storeOfText(moved, { .leafUnits = 4, .children = 4 });
-    QCOMPARE(textOfPiece(indented(further, 0, further.length(), Indentation::Out)), line.repeated(50));
+    QCOMPARE(textOfPiece(indented(further, { {}, further.end() }, Indentation::Out)), line.repeated(50));
 }
 
 void IndentationTest::spellingsStay()
@@ -84,10 +83,10 @@ void IndentationTest::spellingsStay()
     builder.append(u"Ⅰ");
     const TextStore store = builder.finish();
     TextStore moved;
-    moved.insert(0, indented(store, 0, store.length(), Indentation::In));
+    moved.insert(Offset(0), indented(store, { {}, store.end() }, Indentation::In));
     QCOMPARE(moved.text(), u"\ta\n\tⅠ"_s);
-    QVERIFY(!moved.spelledChunkAt(0).spelling);
-    QCOMPARE(moved.spelledChunkAt(4).spelling, QByteArrayView("\xFA\x4A"));
+    QVERIFY(!moved.spelledChunkAt(Offset(0)).spelling);
+    QCOMPARE(moved.spelledChunkAt(Offset(4)).spelling, QByteArrayView("\xFA\x4A"));
 }
 
 REGISTER_TEST(runPlainTest<IndentationTest>)

@@ -71,7 +71,7 @@ public:
     {
         QPainter painter(&image);
         const QRectF cell(qreal(-xOffset()), 0, qreal(cellWidth()), rowHeight());
-        paintCell(painter, row, cell, QRect(from, 0, to - from, qCeil(rowHeight())));
+        paintCell(painter, RowIndex(row), cell, QRect(from, 0, to - from, qCeil(rowHeight())));
     }
     void showFocused()
     {

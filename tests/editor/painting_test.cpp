@@ -92,24 +92,25 @@ void PaintingTest::selection_data()
     QTest::addColumn<int>("end");
     QTest::addColumn<bool>("widened");
     const QString text = QStringLiteral("      \n      \n\n      ");
+    const auto rowCol = [](int row, int column) { return RowCol{ RowIndex(row), column }; };
     const auto addRow = [&](const char *name, int signs, RowCol from, RowCol to, int row, int begin, int end,
                             bool widened) {
         QTest::newRow(name) << text << signs << from << to << row << begin << end << widened;
     };
-    addRow("inside a row", 1, { 0, 2 }, { 0, 4 }, 0, 2, 4, false);
-    addRow("from the row's start", 1, { 0, 0 }, { 0, 4 }, 0, 0, 4, false);
-    addRow("to the row's end", 1, { 0, 2 }, { 0, 6 }, 0, 2, 6, false);
-    addRow("row above", 1, { 1, 0 }, { 1, 4 }, 0, -1, -1, false);
-    addRow("row below", 1, { 0, 0 }, { 0, 4 }, 1, -1, -1, false);
-    addRow("over the line end, with signs", 1, { 0, 2 }, { 1, 3 }, 0, 2, 6, true);
-    addRow("over the line end, without signs", 0, { 0, 2 }, { 1, 3 }, 0, 2, 6, false);
-    addRow("the line end alone", 1, { 0, 6 }, { 1, 3 }, 0, 6, 6, true);
-    addRow("last row of a selection", 1, { 0, 2 }, { 1, 3 }, 1, 0, 3, false);
-    addRow("last row, nothing of it", 1, { 0, 2 }, { 1, 0 }, 1, -1, -1, false);
-    addRow("row in between", 1, { 0, 2 }, { 3, 3 }, 1, 0, 6, true);
-    addRow("empty row in between, with signs", 1, { 0, 2 }, { 3, 3 }, 2, 0, 0, true);
-    addRow("empty row in between, without signs", 0, { 0, 2 }, { 3, 3 }, 2, 0, 0, false);
-    addRow("selected backwards", 1, { 1, 3 }, { 0, 2 }, 0, 2, 6, true);
+    addRow("inside a row", 1, rowCol(0, 2), rowCol(0, 4), 0, 2, 4, false);
+    addRow("from the row's start", 1, rowCol(0, 0), rowCol(0, 4), 0, 0, 4, false);
+    addRow("to the row's end", 1, rowCol(0, 2), rowCol(0, 6), 0, 2, 6, false);
+    addRow("row above", 1, rowCol(1, 0), rowCol(1, 4), 0, -1, -1, false);
+    addRow("row below", 1, rowCol(0, 0), rowCol(0, 4), 1, -1, -1, false);
+    addRow("over the line end, with signs", 1, rowCol(0, 2), rowCol(1, 3), 0, 2, 6, true);
+    addRow("over the line end, without signs", 0, rowCol(0, 2), rowCol(1, 3), 0, 2, 6, false);
+    addRow("the line end alone", 1, rowCol(0, 6), rowCol(1, 3), 0, 6, 6, true);
+    addRow("last row of a selection", 1, rowCol(0, 2), rowCol(1, 3), 1, 0, 3, false);
+    addRow("last row, nothing of it", 1, rowCol(0, 2), rowCol(1, 0), 1, -1, -1, false);
+    addRow("row in between", 1, rowCol(0, 2), rowCol(3, 3), 1, 0, 6, true);
+    addRow("empty row in between, with signs", 1, rowCol(0, 2), rowCol(3, 3), 2, 0, 0, true);
+    addRow("empty row in between, without signs", 0, rowCol(0, 2), rowCol(3, 3), 2, 0, 0, false);
+    addRow("selected backwards", 1, rowCol(1, 3), rowCol(0, 2), 0, 2, 6, true);
 }
 
 void PaintingTest::selection()
@@ -124,8 +125,8 @@ void PaintingTest::selection()
     QFETCH(bool, widened);
     appSettings().ShowKAI = showLineEnds;
     Editor editor(text);
-    editor.setCursorPosition(from.row, from.column);
-    editor.setCursorPosition(to.row, to.column, true);
+    editor.setCursorPosition(from);
+    editor.setCursorPosition(to, true);
     Pixels expected;
     if (begin >= 0) {
         const qreal scale = editor.devicePixelRatioF();

@@ -135,7 +135,9 @@ const Action actions[] = {
         insertAt(editor, QStringLiteral("above\n"), random.bounded(editor.numLines()), 0);
     },
     [](RepaintedEditor &editor, Random &random) { removeRow(editor, random.bounded(editor.numLines())); },
-    [](RepaintedEditor &editor, Random &random) { editor.setTopRow(random.bounded(editor.numLines())); },
+    [](RepaintedEditor &editor, Random &random) {
+        editor.setTopRow(RowIndex(random.bounded(editor.numLines())));
+    },
     [](RepaintedEditor &editor, Random &) { editor.clearFocus(); },
     [](RepaintedEditor &editor, Random &) { editor.setFocus(); },
     [](RepaintedEditor &editor, Random &) { editor.setting(&AppSettings::ShowKAI, 1); },
@@ -283,7 +285,7 @@ void RepaintTest::changeTogetherWithAScroll_data()
         const auto paintRow = [](RepaintedEditor &painted) {
             QPixmap target(300, 300);
             QPainter painter(&target);
-            painted.paintCell(painter, 9, painted.cellRect(9), target.rect());
+            painted.paintCell(painter, RowIndex(9), painted.cellRect(RowIndex(9)), target.rect());
         };
         RepaintedEditor other;
         paintRow(other);
@@ -301,7 +303,7 @@ void RepaintTest::changeTogetherWithAScroll()
     editor.show();
     QVERIFY(QTest::qWaitForWindowExposed(&editor));
     editor.selectAll();
-    editor.setTopRow(4);
+    editor.setTopRow(RowIndex(4));
     editor.shown();
     change(editor);
     editor.setTopRow(editor.topRow() + 1);

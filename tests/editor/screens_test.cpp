@@ -49,7 +49,7 @@ QImage shownOn(ctlEditer &editor, QScreen *screen)
     // size.
     QCoreApplication::processEvents();
     editor.resize(logicalSize);
-    editor.setTopRow(0);
+    editor.setTopRow(RowIndex(0));
     editor.setXOffset(0);
     return editor.viewport()->grab(QRect(QPoint(), comparedSize)).toImage();
 }

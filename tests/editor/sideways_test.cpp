@@ -134,11 +134,11 @@ void SidewaysTest::composedTextIsSeenWithoutMoving()
     editor.showFocused();
     QTest::keyClick(&editor, Qt::Key_End);
     editor.shown();
-    const qint64 before = editor.cursorOffset();
+    const Offset before = editor.cursorOffset();
     editor.compose(QString(length, QChar(0x304b)), cursor);
     QCOMPARE(editor.xOffset(), 0);
-    QCOMPARE(editor.cellRect(1).left(), 0);
-    QVERIFY(editor.cellRect(0).left() < 0);
+    QCOMPARE(editor.cellRect(RowIndex(1)).left(), 0);
+    QVERIFY(editor.cellRect(RowIndex(0)).left() < 0);
     const QRect view = editor.viewport()->rect();
     QVERIFY(view.contains(editor.cursorRect()));
     const QRectF told = editor.inputMethodQuery(Qt::ImCursorRectangle).toRectF();
@@ -150,7 +150,7 @@ void SidewaysTest::composedTextIsSeenWithoutMoving()
 
     editor.compose({}, 0);
     QVERIFY(editor.isShownAsPaintedAnew());
-    QCOMPARE(editor.cellRect(0).left(), 0);
+    QCOMPARE(editor.cellRect(RowIndex(0)).left(), 0);
     QCOMPARE(editor.cursorOffset(), before);
 }
 

@@ -163,7 +163,7 @@ void SignPaintingTest::fullWidthSpaceBoxAmongRightToLeftText()
     appSettings().ShowZEN = 1;
     appSettings().ForeColor = 6; // no pixel of red letters is grey
     Editor editor(QStringLiteral("x\u05d0\u3000\u05d1\u05d2x"));
-    const RowLayout layout(editor.store(), 0, *editor.fontMeasure(), 0, 640);
+    const RowLayout layout(editor.store(), RowIndex(0), *editor.fontMeasure(), 0, 640);
     const RowLayout::Span space = layout.spans(2, 3).front();
     QVERIFY(space.left < layout.x(2)); // where the cursor stands before it: to its right
     const int left = editor.device(editor.hMargin()) + editor.device(space.left);

@@ -59,8 +59,8 @@ void RecoveryJournalsTest::neverSavedTextComesBack()
 {
     {
         Run run(*m_folder);
-        run.document.replace(0, 0, u"caf\u00e9 \u2013 \u20ac");
-        run.place = { { 3, true }, 1, 2, 40 };
+        run.document.replace(Offset(0), 0, u"caf\u00e9 \u2013 \u20ac");
+        run.place = { { Offset(3), true }, Offset(1), Offset(2), 40 };
         QVERIFY(run.pause());
     }
     const auto found = m_folder->leftBehind();
@@ -72,7 +72,7 @@ void RecoveryJournalsTest::neverSavedTextComesBack()
     Run run(*m_folder);
     const Restored restored = run.journals.restore(found[0], run.document);
     QCOMPARE(restored.outcome, Outcome::New);
-    QCOMPARE(restored.place, (ViewPlace{ { 3, true }, 1, 2, 40 }));
+    QCOMPARE(restored.place, (ViewPlace{ { Offset(3), true }, Offset(1), Offset(2), 40 }));
     QCOMPARE(run.text(), u"caf\u00e9 \u2013 \u20ac"_s);
     QVERIFY(run.document.isEdited());
     QCOMPARE(run.document.path(), QString());
@@ -85,10 +85,10 @@ void RecoveryJournalsTest::editsOfAFileComeBackAndUndoLeadsToIt()
     {
         Run run(*m_folder);
         load(run.document, "one\r\ntwo\r\nthree\r\n");
-        run.document.replace(4, 3, u"2");
+        run.document.replace(Offset(4), 3, u"2");
         QVERIFY(run.pause());
-        run.document.replace(0, 0, u"zero\n");
-        run.document.replace(run.document.store().length(), 0, u"four");
+        run.document.replace(Offset(0), 0, u"zero\n");
+        run.document.replace(run.document.store().end(), 0, u"four");
         QVERIFY(run.pause());
     }
     const auto found = m_folder->leftBehind();
@@ -109,7 +109,7 @@ void RecoveryJournalsTest::editsOfAFileComeBackAndUndoLeadsToIt()
 void RecoveryJournalsTest::writesWhenTypingPauses()
 {
     Run run(*m_folder);
-    run.document.replace(0, 0, u"a");
+    run.document.replace(Offset(0), 0, u"a");
     m_folder->now += WriteSchedule::pause - 1;
     run.journals.writeDue();
     QTRY_COMPARE(m_folder->leftBehind().size(), 0U);
@@ -124,7 +124,7 @@ void RecoveryJournalsTest::writesWhileTypingGoesOn()
     Run run(*m_folder);
     const qint64 start = m_folder->now;
     while (m_folder->now < start + WriteSchedule::longestWait) {
-        run.document.replace(0, 0, u"a");
+        run.document.replace(Offset(0), 0, u"a");
         run.journals.writeDue();
         QCOMPARE(m_folder->files(), QStringList());
         m_folder->now += 100;
@@ -137,13 +137,13 @@ void RecoveryJournalsTest::savingEndsTheJournal()
 {
     Run run(*m_folder);
     load(run.document, "text\n");
-    run.document.replace(0, 0, u"a");
+    run.document.replace(Offset(0), 0, u"a");
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files().size(), 1);
     QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files(), QStringList());
-    run.document.replace(0, 0, u"b");
+    run.document.replace(Offset(0), 0, u"b");
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files().size(), 1);
 }
@@ -153,7 +153,7 @@ void RecoveryJournalsTest::undoingAllEndsTheJournal()
     {
         Run run(*m_folder);
         load(run.document, "text\n");
-        run.document.replace(0, 0, u"a");
+        run.document.replace(Offset(0), 0, u"a");
         QVERIFY(run.pause());
         run.document.undo();
         QVERIFY(run.pause());
@@ -169,7 +169,7 @@ void RecoveryJournalsTest::undoingAllEndsTheJournal()
 void RecoveryJournalsTest::closingEndsTheJournal()
 {
     Run run(*m_folder);
-    run.document.replace(0, 0, u"a");
+    run.document.replace(Offset(0), 0, u"a");
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files().size(), 1);
     run.journals.end(run.document);
@@ -183,7 +183,7 @@ void RecoveryJournalsTest::substitutedTextIsKept()
     {
         Run run(*m_folder);
         run.document.setCodes({ CharCode::ShiftJis, ReturnCode::Lf });
-        run.document.replace(0, 0, u"5 \u20ac");
+        run.document.replace(Offset(0), 0, u"5 \u20ac");
         QVERIFY(run.pause());
         QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
         run.journals.keep(run.document);
@@ -210,7 +210,7 @@ void RecoveryJournalsTest::changedFileGivesADocumentNeverSaved()
     {
         Run run(*m_folder);
         load(run.document, "one\ntwo\n");
-        run.document.replace(3, 0, u"!");
+        run.document.replace(Offset(3), 0, u"!");
         QVERIFY(run.pause());
     }
     writeFile("another program's\n");
@@ -232,7 +232,7 @@ void RecoveryJournalsTest::goneFileGivesADocumentNeverSaved()
     {
         Run run(*m_folder);
         load(run.document, "one\ntwo\n");
-        run.document.replace(0, 3, u"");
+        run.document.replace(Offset(0), 3, u"");
         QVERIFY(run.pause());
     }
     QVERIFY(QFile::remove(path() + u"file.txt"_s));
@@ -246,7 +246,7 @@ void RecoveryJournalsTest::restoringSupersedesTheJournal()
 {
     {
         Run run(*m_folder);
-        run.document.replace(0, 0, u"text");
+        run.document.replace(Offset(0), 0, u"text");
         QVERIFY(run.pause());
     }
     const QStringList before = m_folder->files();
@@ -268,7 +268,7 @@ void RecoveryJournalsTest::discardedJournalIsGone()
 {
     {
         Run run(*m_folder);
-        run.document.replace(0, 0, u"text");
+        run.document.replace(Offset(0), 0, u"text");
         QVERIFY(run.pause());
     }
     const Run run(*m_folder);
@@ -279,7 +279,7 @@ void RecoveryJournalsTest::discardedJournalIsGone()
 void RecoveryJournalsTest::journalInUseIsNobodyElses()
 {
     Run one(*m_folder);
-    one.document.replace(0, 0, u"text");
+    one.document.replace(Offset(0), 0, u"text");
     QVERIFY(one.pause());
     QCOMPARE(m_folder->leftBehind().size(), 0U);
     Run other(*m_folder);
@@ -293,7 +293,7 @@ void RecoveryJournalsTest::foldersAndFilesArePrivate()
 {
     const mode_t mask = umask(0);
     Run run(*m_folder);
-    run.document.replace(0, 0, u"text");
+    run.document.replace(Offset(0), 0, u"text");
     QVERIFY(run.pause());
     umask(mask);
     struct stat info = {};
@@ -308,7 +308,7 @@ void RecoveryJournalsTest::anotherLoadBeginsAnew()
 {
     Run run(*m_folder);
     load(run.document, "one\n");
-    run.document.replace(0, 0, u"a");
+    run.document.replace(Offset(0), 0, u"a");
     QVERIFY(run.pause());
     load(run.document, "two\n");
     QVERIFY(run.pause());
@@ -321,7 +321,7 @@ void RecoveryJournalsTest::textSetAsAWholeComesBack()
         Run run(*m_folder);
         load(run.document, "one\n");
         TextStore text;
-        text.replace(0, 0, u"another text");
+        text.replace(Offset(0), 0, u"another text");
         run.document.setText(std::move(text));
         QVERIFY(run.pause());
     }
@@ -336,9 +336,9 @@ void RecoveryJournalsTest::endDuringALoadKeepsWhatWasWritten()
     {
         Run run(*m_folder);
         load(run.document, "old\n");
-        run.document.replace(0, 0, u"kept ");
+        run.document.replace(Offset(0), 0, u"kept ");
         QVERIFY(run.pause());
-        run.document.replace(0, 0, u"lost ");
+        run.document.replace(Offset(0), 0, u"lost ");
         connect(&run.document, &TextDocument::aboutToReplace, this,
             [&run] { run.journals.flush(std::chrono::seconds(10)); });
         load(run.document, "old\n");

@@ -56,8 +56,8 @@ void CursorStopsTest::longTexts()
     LayoutRule rule;
     rule.advances = &measure->advances();
     TextStore store(rule);
-    store.replace(0, 0, text);
-    const RowLayout row(store, 0, *measure, 0, 1e7);
+    store.replace(Offset(0), 0, text);
+    const RowLayout row(store, RowIndex(0), *measure, 0, 1e7);
     qsizetype last = 0;
     std::size_t next = 0;
     for (qsizetype column = 0; column <= text.size(); ++column) {
@@ -65,8 +65,8 @@ void CursorStopsTest::longTexts()
         QCOMPARE(row.isCursorStop(column), isStop);
         if (!isStop)
             continue;
-        QCOMPARE(previousCursorStop(store, column), last);
-        QCOMPARE(nextCursorStop(store, last), column ? column : expected[1]);
+        QCOMPARE(previousCursorStop(store, Offset(column)), Offset(last));
+        QCOMPARE(nextCursorStop(store, Offset(last)), Offset(column ? column : expected[1]));
         last = column;
         next += next + 1 < expected.size();
     }

@@ -26,11 +26,11 @@ public:
               .tabStop = measure->toSubpixels(tabCharacters * measure->xWidth()),
               .limit = 0 })
     {
-        store.replace(0, 0, text);
+        store.replace(Offset(0), 0, text);
     }
     RowLayout row(qint64 index = 0, qreal left = 0, qreal right = everything) const
     {
-        return { store, index, *measure, left, right };
+        return { store, RowIndex(index), *measure, left, right };
     }
     QImage drawn(const RowLayout &layout, qreal x, int width = 300) const
     {
@@ -46,6 +46,12 @@ public:
     std::shared_ptr<const FontMeasure> measure;
     TextStore store;
 };
+
+/// The cursor stop behind a column of a text that is one row.
+qint64 stopBehind(const TextStore &store, qint64 column)
+{
+    return nextCursorStop(store, Offset(column)).value();
+}
 
 /// First and last column with ink; -1 where there is none.
 std::pair<int, int> ink(const QImage &image)
@@ -157,7 +163,8 @@ void RowLayoutTest::charactersFollowTheirAdvances()
         const RowLayout row = text.row();
         const qreal bearing = text.measure->leftBearing(U'M');
         for (qint64 column = 0; column <= row.length(); ++column) {
-            const qreal stored = text.measure->toPixels(text.store.xAt({ .row = 0, .column = column }));
+            const qreal stored =
+                text.measure->toPixels(text.store.xAt({ .row = RowIndex(0), .column = column }));
             if (row.isCursorStop(column))
                 QCOMPARE(row.x(column), stored - bearing);
             const qreal device = row.x(column) * scale;
@@ -294,15 +301,15 @@ void RowLayoutTest::stopsAreTheTextsOwn()
     const Text laidOut(text);
     const RowLayout row = laidOut.row();
     qint64 last = 0;
-    for (qint64 column = 0; column < row.length(); column = nextCursorStop(laidOut.store, column)) {
+    for (qint64 column = 0; column < row.length(); column = stopBehind(laidOut.store, column)) {
         QVERIFY(row.isCursorStop(column));
-        QVERIFY(column == 0 || previousCursorStop(laidOut.store, column) == last);
+        QVERIFY(column == 0 || previousCursorStop(laidOut.store, Offset(column)) == Offset(last));
         for (qint64 between = last + 1; between < column; ++between)
             QVERIFY(!row.isCursorStop(between));
         last = column;
     }
-    QCOMPARE(nextCursorStop(laidOut.store, row.length()), row.length());
-    QCOMPARE(previousCursorStop(laidOut.store, 0), 0);
+    QCOMPARE(stopBehind(laidOut.store, row.length()), row.length());
+    QCOMPARE(previousCursorStop(laidOut.store, Offset(0)), Offset(0));
 }
 
 void RowLayoutTest::placesDoNotDependOnTheWindow()
@@ -332,8 +339,8 @@ void RowLayoutTest::spansCoverWhatIsSelected()
     const Text laidOut(text, scale);
     const RowLayout row = laidOut.row();
     qreal all = 0;
-    for (qint64 column = 0; column < row.length(); column = nextCursorStop(laidOut.store, column)) {
-        const auto spans = row.spans(column, nextCursorStop(laidOut.store, column));
+    for (qint64 column = 0; column < row.length(); column = stopBehind(laidOut.store, column)) {
+        const auto spans = row.spans(column, stopBehind(laidOut.store, column));
         QCOMPARE(spans.size(), 1U);
         QVERIFY(spans[0].left < spans[0].right);
         all += spans[0].right - spans[0].left;
@@ -370,7 +377,7 @@ void RowLayoutTest::insertedTextIsPartOfTheRow()
     const Text without(QStringLiteral("ab") + text, scale);
     const RowLayout expected = with.row();
     const RowLayout found(
-        without.store, 0, *without.measure, 0, everything, { .column = 2, .text = inserted });
+        without.store, RowIndex(0), *without.measure, 0, everything, { .column = 2, .text = inserted });
     QCOMPARE(found.length(), expected.length());
     for (qint64 column = 0; column <= expected.length(); ++column) {
         QCOMPARE(found.x(column), expected.x(column));
@@ -454,8 +461,8 @@ void RowLayoutTest::longCombinedCharacter()
 {
     const QString text = QStringLiteral("a") + QString(1000, QChar(0x301)) + QStringLiteral("b");
     const Text laidOut(text);
-    QCOMPARE(nextCursorStop(laidOut.store, 0), 1001);
-    QCOMPARE(previousCursorStop(laidOut.store, 1001), 0);
+    QCOMPARE(stopBehind(laidOut.store, 0), 1001);
+    QCOMPARE(previousCursorStop(laidOut.store, Offset(1001)), Offset(0));
     QVERIFY(!laidOut.row().isCursorStop(500));
     QVERIFY(laidOut.row().isCursorStop(1001));
 }

@@ -21,14 +21,15 @@ public:
 
     const QString &text() const { return m_text; }
     qint64 length() const { return m_text.size(); }
+    Offset end() const { return Offset(m_text.size()); }
     void setText(const QString &text)
     {
         m_text = text;
         forget();
     }
-    void replace(qint64 offset, qint64 removed, QStringView inserted)
+    void replace(Offset offset, qint64 removed, QStringView inserted)
     {
-        m_text.replace(offset, removed, inserted.toString());
+        m_text.replace(offset.value(), removed, inserted.toString());
         forget();
     }
     void setLayoutRule(const LayoutRule &rule)
@@ -40,21 +41,21 @@ public:
     const LayoutRule &layoutRule() const { return m_rule; }
 
     qint64 lineCount() const { return m_text.count(u'\n') + 1; }
-    LineIndex lineAt(qint64 offset) const
+    LineIndex lineAt(Offset offset) const
     {
-        return LineIndex(QStringView(m_text).first(offset).count(u'\n'));
+        return LineIndex(QStringView(m_text).first(offset.value()).count(u'\n'));
     }
-    qint64 lineEnd(LineIndex line) const
+    Offset lineEnd(LineIndex line) const
     {
-        const qint64 end = m_text.indexOf(u'\n', lineStart(line));
-        return end < 0 ? m_text.size() : end;
+        const qint64 end = m_text.indexOf(u'\n', lineStart(line).value());
+        return end < 0 ? this->end() : Offset(end);
     }
-    qint64 lineStart(LineIndex line) const
+    Offset lineStart(LineIndex line) const
     {
         qint64 start = 0;
         for (; line > LineIndex(); line = line - 1)
             start = m_text.indexOf(u'\n', start) + 1;
-        return start;
+        return Offset(start);
     }
     const QList<TextStore::Row> &rows() const
     {
@@ -62,26 +63,29 @@ public:
             layOut();
         return m_rows;
     }
-    qint64 rowAt(qint64 offset) const
+    const TextStore::Row &row(RowIndex row) const { return rows().at(row.value()); }
+    RowIndex lastRow() const { return RowIndex(rows().size() - 1); }
+    RowIndex rowAt(Offset offset) const
     {
         const auto behind = std::ranges::upper_bound(rows(), offset, {}, &TextStore::Row::start);
-        return behind - rows().begin() - 1;
+        return RowIndex(behind - rows().begin() - 1);
     }
     Subpixels xAt(RowCol position) const
     {
-        const qint64 start = rows().at(position.row).start;
+        const qint64 start = row(position.row).start.value();
         Subpixels x = 0;
         for (qint64 i = start; i < start + position.column; ++i)
             x = after(x, m_text.at(i), m_widths.at(i));
         return x;
     }
-    qint64 columnAt(qint64 row, Subpixels x) const
+    qint64 columnAt(RowIndex row, Subpixels x) const
     {
-        const TextStore::Row &r = rows().at(row);
+        const TextStore::Row &r = this->row(row);
+        const qint64 start = r.start.value();
         qint64 column = 0;
         Subpixels edge = 0;
         for (; column < r.length; ++column) {
-            edge = after(edge, m_text.at(r.start + column), m_widths.at(r.start + column));
+            edge = after(edge, m_text.at(start + column), m_widths.at(start + column));
             if (edge > x)
                 break;
         }
@@ -90,8 +94,8 @@ public:
     Subpixels widestRow() const
     {
         Subpixels widest = 0;
-        for (qint64 row = 0; row < rows().size(); ++row)
-            widest = qMax(widest, xAt({ row, rows().at(row).length }));
+        for (RowIndex row; row <= lastRow(); ++row)
+            widest = qMax(widest, xAt({ row, this->row(row).length }));
         return widest;
     }
 
@@ -146,10 +150,10 @@ private:
         const qint64 end = text.endsWith(u'\n') ? text.size() - 1 : text.size();
         TextStore::Row row;
         const auto finish = [&](qint64 at, bool endsLine) {
-            row.length = at - row.start;
+            row.length = at - row.start.value();
             row.endsLine = endsLine;
             line.rows.append(row);
-            row.start = at;
+            row.start = Offset(at);
         };
         Subpixels x = 0;
         for (qint64 i = 0; i < end; ++i) {

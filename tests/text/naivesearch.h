@@ -23,10 +23,11 @@ public:
 
     std::optional<RowHit> forward(const QString &find, Qt::CaseSensitivity cs, RowCol start) const
     {
-        for (qint64 row = start.row, column = start.column; row < rowCount(); ++row, column = 0) {
+        qint64 column = start.column;
+        for (RowIndex row = start.row; row <= m_model.lastRow(); ++row, column = 0) {
             QString joined = textOf(row);
             const qint64 length = joined.size();
-            for (qint64 i = row; !endsLine(i) && i + 1 < rowCount();)
+            for (RowIndex i = row; !m_model.row(i).endsLine && i < m_model.lastRow();)
                 joined += textOf(++i);
             const qint64 hit = column > joined.size() ? -1 : joined.indexOf(find, column, cs);
             if (hit < 0 || hit > length)
@@ -41,13 +42,14 @@ public:
 
     std::optional<RowHit> backward(const QString &find, Qt::CaseSensitivity cs, RowCol start) const
     {
-        for (qint64 row = start.row, column = start.column; row >= 0; --row) {
+        qint64 column = start.column;
+        for (RowIndex row = start.row; row >= RowIndex(); --row) {
             if (row != start.row)
                 column = textOf(row).size();
             QString joined = textOf(row);
             const qint64 length = joined.size();
-            qint64 first = row;
-            while (first > 0 && !endsLine(first - 1))
+            RowIndex first = row;
+            while (first > RowIndex() && !m_model.row(first - 1).endsLine)
                 joined.prepend(textOf(--first));
             const qint64 before = joined.size() - length;
             const qint64 from = before + column;
@@ -60,7 +62,7 @@ public:
             if (hit >= before)
                 return RowHit{ { row, hit - before }, end };
             qint64 rest = hit;
-            for (qint64 i = first; textOf(i).size() < rest; ++i)
+            for (RowIndex i = first; textOf(i).size() < rest; ++i)
                 rest -= textOf(i).size();
             return RowHit{ { row - 1, rest }, end };
         }
@@ -68,12 +70,10 @@ public:
     }
 
 private:
-    qint64 rowCount() const { return m_model.rows().size(); }
-    bool endsLine(qint64 row) const { return m_model.rows().at(row).endsLine; }
-    QString textOf(qint64 row) const
+    QString textOf(RowIndex row) const
     {
-        const TextStore::Row &place = m_model.rows().at(row);
-        return m_model.text().mid(place.start, place.length);
+        const TextStore::Row &place = m_model.row(row);
+        return m_model.text().mid(place.start.value(), place.length);
     }
 
     /// A string's own search backwards folds halves of surrogate pairs; the search forwards is the measure.
@@ -146,21 +146,21 @@ public:
     }
 
 private:
-    qint64 offsetOf(RowCol place) const { return m_model.rows().at(place.row).start + place.column; }
+    Offset offsetOf(RowCol place) const { return m_model.row(place.row).start + place.column; }
     bool hasSelection() const { return offsetOf(m_cursor) != offsetOf(m_anchor); }
     RowCol first() const { return offsetOf(m_anchor) < offsetOf(m_cursor) ? m_anchor : m_cursor; }
     RowCol clamped(RowCol place) const
     {
-        const qint64 row = qBound<qint64>(0, place.row, m_model.rows().size() - 1);
-        return { row, qBound<qint64>(0, place.column, m_model.rows().at(row).length) };
+        const RowIndex row = qBound(RowIndex(), place.row, m_model.lastRow());
+        return { row, qBound<qint64>(0, place.column, m_model.row(row).length) };
     }
     void insert(const QString &text)
     {
-        const qint64 begin = qMin(offsetOf(m_cursor), offsetOf(m_anchor));
-        const qint64 end = qMax(offsetOf(m_cursor), offsetOf(m_anchor));
+        const Offset begin = qMin(offsetOf(m_cursor), offsetOf(m_anchor));
+        const Offset end = qMax(offsetOf(m_cursor), offsetOf(m_anchor));
         m_model.replace(begin, end - begin, text);
-        const qint64 row = m_model.rowAt(begin + text.size());
-        m_cursor = m_anchor = { row, begin + text.size() - m_model.rows().at(row).start };
+        const RowIndex row = m_model.rowAt(begin + text.size());
+        m_cursor = m_anchor = { row, begin + text.size() - m_model.row(row).start };
     }
 
     ModelStore m_model;

@@ -25,13 +25,13 @@ public:
         , m_random(seed, alphabet)
     {
         const QString text = m_random.text(200);
-        m_store.replace(0, 0, text);
+        m_store.replace(Offset(0), 0, text);
         m_model.setText(text);
     }
 
     void run()
     {
-        m_at = m_random.below(m_model.length() + 1);
+        m_at = Offset(m_random.below(m_model.length() + 1));
         for (qint64 edits = m_random.below(30); edits > 0 && !QTest::currentTestFailed(); --edits) {
             edit();
             compareText();
@@ -45,8 +45,8 @@ public:
         QCOMPARE(m_store.text(), m_model.text());
         QCOMPARE(m_store.lineCount(), m_model.lineCount());
         QCOMPARE(m_store.rowCount(), qint64(m_model.rows().size()));
-        for (qint64 row = 0; row < m_store.rowCount(); ++row) {
-            const TextStore::Row &expected = m_model.rows().at(row);
+        for (RowIndex row; row <= m_store.lastRow(); ++row) {
+            const TextStore::Row &expected = m_model.row(row);
             QCOMPARE(m_store.row(row).start, expected.start);
             QCOMPARE(m_store.row(row).length, expected.length);
             QCOMPARE(m_store.row(row).endsLine, expected.endsLine);
@@ -57,33 +57,33 @@ public:
 private:
     void edit()
     {
-        const qint64 removed = qMin(m_random.below(4), m_model.length() - m_at);
+        const qint64 removed = qMin(m_random.below(4), m_model.end() - m_at);
         const QString inserted = m_random.text(m_random.below(m_model.length() > 600 ? 2 : 5));
-        const QString gone = m_model.text().mid(m_at, removed);
+        const QString gone = m_model.text().mid(m_at.value(), removed);
         if (m_random.chance(2))
             QCOMPARE(m_store.exchange(m_at, removed, inserted).text(), gone);
         else
             m_store.replace(m_at, removed, inserted);
         m_model.replace(m_at, removed, inserted);
-        m_at = qBound<qint64>(0, m_at + inserted.size() + m_random.below(5) - 2, m_model.length());
+        m_at = qBound(Offset(), m_at + inserted.size() + m_random.below(5) - 2, m_model.end());
     }
     void compareText()
     {
         QCOMPARE(m_store.length(), m_model.length());
-        if (m_at < m_model.length()) {
-            QCOMPARE(m_store.at(m_at), m_model.text().at(m_at).unicode());
+        if (m_at < m_model.end()) {
+            QCOMPARE(m_store.at(m_at), m_model.text().at(m_at.value()).unicode());
             const QString behind = textOf(m_store.chunkAt(m_at));
             QVERIFY(!behind.isEmpty());
-            QCOMPARE(behind, m_model.text().mid(m_at, behind.size()));
+            QCOMPARE(behind, m_model.text().mid(m_at.value(), behind.size()));
         }
-        if (m_at > 0) {
+        if (m_at > Offset()) {
             const QString before = textOf(m_store.chunkBefore(m_at));
             QVERIFY(!before.isEmpty());
-            QCOMPARE(before, m_model.text().mid(m_at - before.size(), before.size()));
+            QCOMPARE(before, m_model.text().mid(m_at.value() - before.size(), before.size()));
         }
-        const qint64 count = qMin(m_random.below(9), m_model.length() - m_at);
-        QCOMPARE(m_store.text(m_at, count), m_model.text().mid(m_at, count));
-        QCOMPARE(m_store.piece(m_at, count).text(), m_model.text().mid(m_at, count));
+        const qint64 count = qMin(m_random.below(9), m_model.end() - m_at);
+        QCOMPARE(m_store.text(m_at, count), m_model.text().mid(m_at.value(), count));
+        QCOMPARE(m_store.piece(m_at, count).text(), m_model.text().mid(m_at.value(), count));
     }
     /// What happens to the store with the last edit still fresh.
     void between()
@@ -97,14 +97,14 @@ private:
             return;
         }
         case 2: {
-            m_kept = m_store.piece(0, m_store.length());
+            m_kept = m_store.piece(Offset(0), m_store.length());
             m_keptText = m_model.text();
             return;
         }
         case 3: {
             QCOMPARE(m_kept.text(), m_keptText);
-            m_store.replace(0, m_store.length(), {});
-            m_store.insert(0, m_kept);
+            m_store.replace(Offset(0), m_store.length(), {});
+            m_store.insert(Offset(0), m_kept);
             m_model.setText(m_keptText);
             return;
         }
@@ -120,7 +120,7 @@ private:
     RandomText m_random;
     TextPiece m_kept;
     QString m_keptText;
-    qint64 m_at = 0;
+    Offset m_at;
 };
 
 } // namespace
@@ -198,7 +198,7 @@ void NearEditsTest::leavesDivide()
     QString text;
     qint64 at = 0;
     for (int i = 0; i < 300; ++i) {
-        store.replace(at, 0, inserted);
+        store.replace(Offset(at), 0, inserted);
         text.insert(at, inserted);
         QCOMPARE(store.length(), text.size());
         at = qBound<qint64>(0, at + step * inserted.size(), text.size());
@@ -212,17 +212,17 @@ void NearEditsTest::leavesDivide()
 void NearEditsTest::narrowsAndWidens()
 {
     TextStore store;
-    store.replace(0, 0, QStringLiteral("abcdef"));
-    QVERIFY(store.chunkAt(0).isLatin1());
-    store.replace(2, 1, QStringLiteral("\u3042"));
-    QVERIFY(!store.chunkAt(0).isLatin1());
-    store.replace(2, 1, QStringLiteral("\u3044x"));
-    QVERIFY(!store.chunkAt(0).isLatin1());
-    store.replace(4, 1, QStringLiteral("\u3046"));
-    store.replace(2, 1, QStringLiteral("c"));
-    QVERIFY(!store.chunkAt(0).isLatin1());
-    store.replace(4, 1, QStringLiteral("e"));
-    QVERIFY(store.chunkAt(0).isLatin1());
+    store.replace(Offset(0), 0, QStringLiteral("abcdef"));
+    QVERIFY(store.chunkAt(Offset(0)).isLatin1());
+    store.replace(Offset(2), 1, QStringLiteral("\u3042"));
+    QVERIFY(!store.chunkAt(Offset(0)).isLatin1());
+    store.replace(Offset(2), 1, QStringLiteral("\u3044x"));
+    QVERIFY(!store.chunkAt(Offset(0)).isLatin1());
+    store.replace(Offset(4), 1, QStringLiteral("\u3046"));
+    store.replace(Offset(2), 1, QStringLiteral("c"));
+    QVERIFY(!store.chunkAt(Offset(0)).isLatin1());
+    store.replace(Offset(4), 1, QStringLiteral("e"));
+    QVERIFY(store.chunkAt(Offset(0)).isLatin1());
     QCOMPARE(store.text(), QStringLiteral("abcxeef"));
     store.checkInvariants();
 }

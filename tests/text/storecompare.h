@@ -32,10 +32,10 @@ inline TextStore storeOf(const QString &text, const LayoutRule &rule = {}, const
 inline QString drawRows(const TextStore &store)
 {
     QString drawn;
-    for (qint64 row = 0; row < store.rowCount(); ++row) {
+    for (RowIndex row; row <= store.lastRow(); ++row) {
         const TextStore::Row place = store.row(row);
         drawn += store.text(place.start, place.length);
-        if (row + 1 < store.rowCount())
+        if (row < store.lastRow())
             drawn += place.endsLine ? u'|' : u'/';
     }
     return drawn;
@@ -48,10 +48,10 @@ inline void compareRow(const TextStore::Row &actual, const TextStore::Row &expec
     QCOMPARE(actual.endsLine, expected.endsLine);
 }
 
-inline void compareOffset(const TextStore &store, const ModelStore &model, qint64 offset)
+inline void compareOffset(const TextStore &store, const ModelStore &model, Offset offset)
 {
-    const qint64 row = model.rowAt(offset);
-    const RowCol place{ row, offset - model.rows().at(row).start };
+    const RowIndex row = model.rowAt(offset);
+    const RowCol place{ row, offset - model.row(row).start };
     QCOMPARE(store.rowColAt(offset).row, place.row);
     QCOMPARE(store.rowColAt(offset).column, place.column);
     const LineIndex line = model.lineAt(offset);
@@ -61,13 +61,13 @@ inline void compareOffset(const TextStore &store, const ModelStore &model, qint6
     QCOMPARE(store.rowOfLine(line), model.rowAt(model.lineStart(line)));
     QCOMPARE(store.placeAt(place).offset, offset);
     QCOMPARE(store.xAt(place), model.xAt(place));
-    if (offset < model.length())
-        QCOMPARE(store.at(offset), model.text().at(offset).unicode());
+    if (offset < model.end())
+        QCOMPARE(store.at(offset), model.text().at(offset.value()).unicode());
 }
 
-inline void compareRowAt(const TextStore &store, const ModelStore &model, qint64 row, Subpixels x)
+inline void compareRowAt(const TextStore &store, const ModelStore &model, RowIndex row, Subpixels x)
 {
-    const TextStore::Row expected = model.rows().at(row);
+    const TextStore::Row expected = model.row(row);
     compareRow(store.row(row), expected);
     QCOMPARE(store.lineOfRow(row), model.lineAt(expected.start));
     QCOMPARE(store.columnAt(row, x), model.columnAt(row, x));
@@ -97,19 +97,19 @@ inline void compareSome(const TextStore &store, const ModelStore &model, RandomT
 {
     compareTotals(store, model);
     for (int probe = 0; probe < probes && !QTest::currentTestFailed(); ++probe) {
-        compareOffset(store, model, random.below(model.length() + 1));
-        const qint64 row = random.below(model.rows().size());
+        compareOffset(store, model, Offset(random.below(model.length() + 1)));
+        const RowIndex row(random.below(model.rows().size()));
         compareRowAt(store, model, row, random.below(Subpixels{ 20 } * subpixelsPerPixel) - 10);
     }
-    compareOffset(store, model, model.length());
+    compareOffset(store, model, model.end());
 }
 
 inline void compareAll(const TextStore &store, const ModelStore &model)
 {
     compareTotals(store, model);
-    for (qint64 offset = 0; offset <= model.length(); ++offset)
+    for (Offset offset; offset <= model.end(); ++offset)
         compareOffset(store, model, offset);
-    for (qint64 row = 0; row < model.rows().size(); ++row) {
+    for (RowIndex row; row <= model.lastRow(); ++row) {
         for (Subpixels x = -64; x < 768; x += 32)
             compareRowAt(store, model, row, x);
     }

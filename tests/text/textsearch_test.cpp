@@ -37,13 +37,28 @@ QStringList latinLetters()
 TextStore storeInSmallLeaves(const QString &text, const LayoutRule &rule = {})
 {
     TextStore store(rule, nodesOf(100));
-    store.replace(0, 0, text);
+    store.replace(Offset(0), 0, text);
     return store;
+}
+
+/// As QString::indexOf() has it: -1 where there is none.
+qint64 firstHit(const TextPattern &pattern, const TextStore &store, qint64 from)
+{
+    return pattern.indexIn(store, Offset(from)).value_or(Offset(-1)).value();
+}
+
+qint64 lastHit(const TextPattern &pattern, const TextStore &store, qint64 from)
+{
+    return pattern.lastIndexIn(store, Offset(from)).value_or(Offset(-1)).value();
 }
 
 QString drawn(RowCol begin, RowCol end)
 {
-    return QStringLiteral("%1,%2-%3,%4").arg(begin.row).arg(begin.column).arg(end.row).arg(end.column);
+    return QStringLiteral("%1,%2-%3,%4")
+        .arg(begin.row.value())
+        .arg(begin.column)
+        .arg(end.row.value())
+        .arg(end.column);
 }
 
 QString drawn(const TextStore &store, const std::optional<SearchHit> &hit)
@@ -55,7 +70,7 @@ QString drawn(const TextStore &store, const std::optional<SearchHit> &hit)
 QString drawn(const ModelStore &model, const std::optional<RowHit> &hit)
 {
     const auto inside = [&](RowCol place) {
-        return RowCol{ place.row, qMin(place.column, model.rows().at(place.row).length) };
+        return RowCol{ place.row, qMin(place.column, model.row(place.row).length) };
     };
     return hit ? drawn(inside(hit->begin), inside(hit->end)) : QStringLiteral("none");
 }
@@ -111,8 +126,8 @@ void TextSearchTest::foldsAsTheToolkit()
     QFETCH(QString, find);
     QFETCH(qint64, at);
 
-    QCOMPARE(TextPattern(find, Qt::CaseInsensitive).indexIn(storeInSmallLeaves(text), 0), at);
-    QCOMPARE(TextPattern(find, Qt::CaseInsensitive).lastIndexIn(storeInSmallLeaves(text), text.size()), at);
+    QCOMPARE(firstHit(TextPattern(find, Qt::CaseInsensitive), storeInSmallLeaves(text), 0), at);
+    QCOMPARE(lastHit(TextPattern(find, Qt::CaseInsensitive), storeInSmallLeaves(text), text.size()), at);
     QCOMPARE(text.indexOf(find, 0, Qt::CaseInsensitive), at);
 }
 
@@ -158,12 +173,12 @@ void TextSearchTest::findsWhatStringsFind()
             continue;
         const TextPattern pattern(find, cs);
         for (qint64 from = 0; from <= text.size(); from += 1 + random.below(80)) {
-            QCOMPARE(pattern.indexIn(store, from), text.indexOf(find, from, cs));
+            QCOMPARE(firstHit(pattern, store, from), text.indexOf(find, from, cs));
             // The string's own search backwards folds halves of pairs; the last hit forwards is the measure.
             qint64 last = -1;
             for (qint64 at = -1; (at = text.indexOf(find, at + 1, cs)) >= 0 && at <= from;)
                 last = at;
-            QCOMPARE(pattern.lastIndexIn(store, from), last);
+            QCOMPARE(lastHit(pattern, store, from), last);
         }
     }
 }
@@ -196,23 +211,23 @@ void TextSearchTest::findsLongPatterns()
     const TextStore store = storeInSmallLeaves(text);
     for (const auto cs : { Qt::CaseSensitive, Qt::CaseInsensitive }) {
         const TextPattern pattern(cs == Qt::CaseSensitive ? find : find.toUpper(), cs);
-        QCOMPARE(pattern.indexIn(store, 0), text.indexOf(find));
-        QCOMPARE(pattern.lastIndexIn(store, text.size()), text.lastIndexOf(find));
+        QCOMPARE(firstHit(pattern, store, 0), text.indexOf(find));
+        QCOMPARE(lastHit(pattern, store, text.size()), text.lastIndexOf(find));
     }
 }
 
 void TextSearchTest::emptyAndSeveralLines()
 {
     const TextStore store = storeInSmallLeaves(QStringLiteral("a\nb"));
-    QCOMPARE(TextPattern().indexIn(store, 0), -1);
+    QCOMPARE(firstHit(TextPattern(), store, 0), -1);
     for (const QString &find : { QString(), QStringLiteral("a\nb"), QStringLiteral("\n") }) {
         const TextPattern pattern(find, Qt::CaseSensitive);
-        QCOMPARE(pattern.indexIn(store, 0), -1);
-        QCOMPARE(pattern.lastIndexIn(store, 3), -1);
+        QCOMPARE(firstHit(pattern, store, 0), -1);
+        QCOMPARE(lastHit(pattern, store, 3), -1);
     }
     const TextStore empty;
-    QCOMPARE(TextPattern(QStringLiteral("a"), Qt::CaseSensitive).indexIn(empty, 0), -1);
-    QCOMPARE(TextPattern(QStringLiteral("a"), Qt::CaseSensitive).lastIndexIn(empty, 0), -1);
+    QCOMPARE(firstHit(TextPattern(QStringLiteral("a"), Qt::CaseSensitive), empty, 0), -1);
+    QCOMPARE(lastHit(TextPattern(QStringLiteral("a"), Qt::CaseSensitive), empty, 0), -1);
 }
 
 void TextSearchTest::followsTheRowRules_data()
@@ -247,7 +262,7 @@ void TextSearchTest::followsTheRowRules()
             continue;
         const auto cs = random.chance(2) ? Qt::CaseSensitive : Qt::CaseInsensitive;
         const TextPattern pattern(find, cs);
-        for (qint64 row = 0; row < store.rowCount(); ++row) {
+        for (RowIndex row; row <= store.lastRow(); ++row) {
             for (qint64 column = 0; column <= store.row(row).length; ++column) {
                 const RowCol at{ row, column };
                 const CursorPlace place = store.placeAt(at);
@@ -255,7 +270,7 @@ void TextSearchTest::followsTheRowRules()
                     drawn(model, naive.forward(find, cs, at)));
                 QCOMPARE(drawn(store, searchBackward(store, pattern, place)),
                     drawn(model, naive.backward(find, cs, at)));
-                if (place.offset < store.length())
+                if (place.offset < store.end())
                     QCOMPARE(drawn(store, searchForward(store, pattern, nextColumn(store, place))),
                         drawn(model, naive.forward(find, cs, { row, column + 1 })));
             }
@@ -302,8 +317,8 @@ void TextSearchTest::selectsRows()
         QStringLiteral("0123456789abc"), { nullptr, 8 * subpixelsPerPixel, 4 * subpixelsPerPixel });
     QCOMPARE(store.rowCount(), 4);
     const TextPattern pattern(find, Qt::CaseSensitive);
-    const bool isBehind = column > store.row(row).length;
-    const CursorPlace last = store.placeAt({ row, isBehind ? column - 1 : column });
+    const bool isBehind = column > store.row(RowIndex(row)).length;
+    const CursorPlace last = store.placeAt({ RowIndex(row), isBehind ? column - 1 : column });
     const CursorPlace start = isBehind ? nextColumn(store, last) : last;
     const auto hit = backwards ? searchBackward(store, pattern, start) : searchForward(store, pattern, start);
     QCOMPARE(drawn(store, hit), expected);

@@ -30,7 +30,7 @@ void TextStoreTest::emptyStore()
     const TextStore store(ruleOf(Widths::Hurting, 3));
     compareAll(store, ModelStore(ruleOf(Widths::Hurting, 3)));
     QCOMPARE(store.rowCount(), 1);
-    QVERIFY(store.row(0).endsLine);
+    QVERIFY(store.row(RowIndex(0)).endsLine);
     QCOMPARE(store.text(), QString());
 }
 
@@ -109,7 +109,7 @@ void TextStoreTest::columnAt()
     QFETCH(const QString, text);
     QFETCH(const Subpixels, x);
     QFETCH(const qint64, column);
-    QCOMPARE(storeOf(text, ruleOf(Widths::Hurting, 0)).columnAt(0, x), column);
+    QCOMPARE(storeOf(text, ruleOf(Widths::Hurting, 0)).columnAt(RowIndex(0), x), column);
 }
 
 void TextStoreTest::builderCuts()
@@ -126,7 +126,7 @@ void TextStoreTest::builderCuts()
             builder.append(QStringView(text).sliced(second));
             const TextStore store = builder.finish();
             compareTotals(store, model);
-            compareOffset(store, model, second);
+            compareOffset(store, model, Offset(second));
         }
     }
 }
@@ -149,14 +149,14 @@ void TextStoreTest::builderStartsAnew()
 void TextStoreTest::narrowLeaves()
 {
     TextStore store({}, nodesOf(8));
-    store.replace(0, 0, QString(20, u'a'));
-    QVERIFY(store.chunkAt(0).isLatin1());
-    store.replace(3, 0, u"\u3042");
-    QVERIFY(!store.chunkAt(3).isLatin1());
-    store.replace(3, 1, u"\u00ff");
+    store.replace(Offset(0), 0, QString(20, u'a'));
+    QVERIFY(store.chunkAt(Offset(0)).isLatin1());
+    store.replace(Offset(3), 0, u"\u3042");
+    QVERIFY(!store.chunkAt(Offset(3)).isLatin1());
+    store.replace(Offset(3), 1, u"\u00ff");
     store.checkInvariants();
     for (qint64 offset = 0; offset < store.length(); ++offset)
-        QVERIFY(store.chunkAt(offset).isLatin1());
+        QVERIFY(store.chunkAt(Offset(offset)).isLatin1());
 }
 
 void TextStoreTest::chunks()
@@ -168,7 +168,7 @@ void TextStoreTest::chunks()
         return chunk.isLatin1() ? QString(QLatin1StringView(chunk.latin1)) : chunk.utf16.toString();
     };
     QString forwards;
-    for (qint64 offset = 0; offset < store.length();) {
+    for (Offset offset; offset < store.end();) {
         const TextChunk chunk = store.chunkAt(offset);
         QCOMPARE(chunk.offset, offset);
         QVERIFY(chunk.size() > 0);
@@ -177,14 +177,14 @@ void TextStoreTest::chunks()
     }
     QCOMPARE(forwards, text);
     QString backwards;
-    for (qint64 end = store.length(); end > 0;) {
+    for (Offset end = store.end(); end > Offset();) {
         const TextChunk chunk = store.chunkBefore(end);
         QCOMPARE(chunk.offset + chunk.size(), end);
         backwards.prepend(textOf(chunk));
         end = chunk.offset;
     }
     QCOMPARE(backwards, text);
-    QCOMPARE(textOf(store.chunkAt(1)).at(0), text.at(1));
+    QCOMPARE(textOf(store.chunkAt(Offset(1))).at(0), text.at(1));
 }
 
 void TextStoreTest::pairsStayWhole_data()
@@ -217,8 +217,8 @@ void TextStoreTest::pairsStayWhole()
         TextStore store = storeOf(text, rule, nodesOf(4));
         ModelStore model(rule);
         model.setText(text);
-        store.replace(offset, removed, inserted);
-        model.replace(offset, removed, inserted);
+        store.replace(Offset(offset), removed, inserted);
+        model.replace(Offset(offset), removed, inserted);
         compareAll(store, model);
     }
 }
@@ -228,13 +228,13 @@ void TextStoreTest::sharedPiecesKeepTheirText()
     RandomText random(3);
     const QString text = random.text(200);
     TextStore store = storeOf(text, ruleOf(Widths::Hurting, 7), nodesOf(4));
-    const TextPiece all = store.piece(0, store.length());
+    const TextPiece all = store.piece(Offset(0), store.length());
     for (int step = 0; step < 100; ++step)
-        store.replace(random.below(store.length()), 1, random.text(1));
+        store.replace(Offset(random.below(store.length())), 1, random.text(1));
     QVERIFY(store.text() != text);
     QCOMPARE(all.text(), text);
     store = TextStore(ruleOf(Widths::Hurting, 7), nodesOf(4));
-    store.insert(0, all);
+    store.insert(Offset(0), all);
     QCOMPARE(store.text(), text);
     store.checkInvariants();
 }
@@ -256,7 +256,7 @@ void TextStoreTest::manyPiecesJoined()
     }
     QCOMPARE(piece.text(), text);
     TextStore store(ruleOf(Widths::Hurting, 3), nodesOf(4));
-    store.insert(0, piece);
+    store.insert(Offset(0), piece);
     ModelStore model(ruleOf(Widths::Hurting, 3));
     model.setText(text);
     compareAll(store, model);
@@ -270,7 +270,7 @@ constexpr qint64 billions = qint64(1) << 31;
 void multiply(TextStore &store)
 {
     for (qint64 copies = 1; copies < billions; copies *= 2)
-        store.insert(store.length(), store.piece(0, store.length()));
+        store.insert(store.end(), store.piece(Offset(0), store.length()));
 }
 
 } // namespace
@@ -283,14 +283,14 @@ void TextStoreTest::billionsOfRows()
     QCOMPARE(store.lineCount(), billions + 1);
     QCOMPARE(store.rowCount(), 2 * billions + 1);
     const qint64 line = billions - 2;
-    QCOMPARE(store.lineStart(LineIndex(line)), 7 * line);
-    QCOMPARE(store.rowOfLine(LineIndex(line)), 2 * line);
-    QCOMPARE(store.lineOfRow(2 * line + 1), LineIndex(line));
-    QCOMPARE(store.row(2 * line + 1).start, 7 * line + 3);
-    QCOMPARE(store.placeAt({ 2 * line + 1, 2 }).offset, 7 * line + 5);
-    store.replace(7 * line + 1, 0, u"\n");
+    QCOMPARE(store.lineStart(LineIndex(line)), Offset(7 * line));
+    QCOMPARE(store.rowOfLine(LineIndex(line)), RowIndex(2 * line));
+    QCOMPARE(store.lineOfRow(RowIndex(2 * line + 1)), LineIndex(line));
+    QCOMPARE(store.row(RowIndex(2 * line + 1)).start, Offset(7 * line + 3));
+    QCOMPARE(store.placeAt({ RowIndex(2 * line + 1), 2 }).offset, Offset(7 * line + 5));
+    store.replace(Offset(7 * line + 1), 0, u"\n");
     QCOMPARE(store.rowCount(), 2 * billions + 2);
-    QCOMPARE(store.text(7 * line, 8), u"a\naaaaa\n"_s);
+    QCOMPARE(store.text(Offset(7 * line), 8), u"a\naaaaa\n"_s);
 }
 
 void TextStoreTest::billionsOfColumns()
@@ -298,12 +298,12 @@ void TextStoreTest::billionsOfColumns()
     TextStore store = storeOf(u"aaa"_s, ruleOf(Widths::Hurting, 0));
     multiply(store);
     const qint64 column = 3 * billions - 2;
-    QCOMPARE(store.rowColAt(column).column, column);
-    QCOMPARE(store.xAt({ 0, column }), subpixelsPerPixel * column);
-    QCOMPARE(store.columnAt(0, subpixelsPerPixel * column), column);
-    store.replace(column, 1, u"W");
+    QCOMPARE(store.rowColAt(Offset(column)).column, column);
+    QCOMPARE(store.xAt({ RowIndex(0), column }), subpixelsPerPixel * column);
+    QCOMPARE(store.columnAt(RowIndex(0), subpixelsPerPixel * column), column);
+    store.replace(Offset(column), 1, u"W");
     QCOMPARE(store.widestRow(), subpixelsPerPixel * (3 * billions + 1));
-    QCOMPARE(store.text(column - 1, 3), u"aWa"_s);
+    QCOMPARE(store.text(Offset(column - 1), 3), u"aWa"_s);
 }
 
 void TextStoreTest::movedStore()
@@ -312,7 +312,7 @@ void TextStoreTest::movedStore()
     TextStore other = std::move(store);
     QCOMPARE(other.text(), QStringLiteral("one\ntwo"));
     store = TextStore();
-    store.replace(0, 0, u"three");
+    store.replace(Offset(0), 0, u"three");
     std::swap(store, other);
     QCOMPARE(store.lineCount(), 2);
     QCOMPARE(other.text(), QStringLiteral("three"));

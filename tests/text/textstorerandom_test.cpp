@@ -42,8 +42,8 @@ private:
         const qint64 offset = random.below(model.length() + 1);
         const qint64 count = qMin(removed, model.length() - offset);
         const QString text = random.text(inserted);
-        store.replace(offset, count, text);
-        model.replace(offset, count, text);
+        store.replace(Offset(offset), count, text);
+        model.replace(Offset(offset), count, text);
     }
     void lengthen()
     {
@@ -56,8 +56,8 @@ private:
         const qint64 offset = random.below(model.length() + 1);
         const qint64 count = random.below(model.length() - offset + 1);
         const QString text = model.text().mid(offset, count);
-        const TextPiece piece = store.take(offset, count);
-        model.replace(offset, count, {});
+        const TextPiece piece = store.take(Offset(offset), count);
+        model.replace(Offset(offset), count, {});
         QCOMPARE(piece.text(), text);
         QCOMPARE(piece.length(), count);
         insert(piece);
@@ -65,7 +65,8 @@ private:
     void copy()
     {
         const qint64 offset = random.below(model.length() + 1);
-        TextPiece piece = store.piece(offset, random.below(qMin<qint64>(100, model.length() - offset + 1)));
+        TextPiece piece =
+            store.piece(Offset(offset), random.below(qMin<qint64>(100, model.length() - offset + 1)));
         const QString text = random.text(random.below(6));
         if (random.chance(2))
             piece.append(TextPiece(text, store.nodeSizes()));
@@ -77,8 +78,8 @@ private:
     void insert(const TextPiece &piece)
     {
         const qint64 at = random.below(model.length() + 1);
-        store.insert(at, piece);
-        model.replace(at, 0, piece.text());
+        store.insert(Offset(at), piece);
+        model.replace(Offset(at), 0, piece.text());
     }
     void rebuild()
     {
@@ -196,8 +197,8 @@ void TextStoreRandomTest::longLines()
         const qint64 offset = random.chance(2) ? random.below(10) : random.below(model.length() - 3);
         const qint64 removed = random.below(3);
         const QString inserted = random.text(random.below(3));
-        store.replace(offset, removed, inserted);
-        model.replace(offset, removed, inserted);
+        store.replace(Offset(offset), removed, inserted);
+        model.replace(Offset(offset), removed, inserted);
         compareSome(store, model, random, 3);
     }
 }
@@ -210,19 +211,19 @@ void TextStoreRandomTest::ruleChangesWhilePiecesLive()
     TextStore store = storeOf(text, ruleOf(Widths::Hurting, 3), nodesOf(4));
     ModelStore model;
     model.setText(text);
-    const TextPiece copied = store.piece(20, 150);
-    TextPiece cut = store.take(100, 90);
-    model.replace(100, 90, {});
+    const TextPiece copied = store.piece(Offset(20), 150);
+    TextPiece cut = store.take(Offset(100), 90);
+    model.replace(Offset(100), 90, {});
     for (const Subpixels limit : { 5, 0, 3, 7 }) {
         const LayoutRule rule = ruleOf(Widths::FixedPitch, limit, 4);
         store.setLayoutRule(rule);
         model.setLayoutRule(rule);
         QCOMPARE(store.layoutRule(), rule);
         cut.append(TextPiece(u"ab\nW", nodesOf(4)));
-        store.insert(33, cut);
-        model.replace(33, 0, cut.text());
-        store.insert(7, copied);
-        model.replace(7, 0, copied.text());
+        store.insert(Offset(33), cut);
+        model.replace(Offset(33), 0, cut.text());
+        store.insert(Offset(7), copied);
+        model.replace(Offset(7), 0, copied.text());
         compareSome(store, model, random, 40);
     }
 }

@@ -23,12 +23,12 @@ void compare(const TextStore &store, const ModelStore &model)
     store.checkInvariants();
     QCOMPARE(store.text(), model.text());
     QCOMPARE(store.rowCount(), qint64(model.rows().size()));
-    for (qint64 row = 0; row < store.rowCount(); ++row) {
+    for (RowIndex row; row <= store.lastRow(); ++row) {
         const TextStore::Row place = store.row(row);
-        QCOMPARE(place.start, model.rows().at(row).start);
-        QCOMPARE(place.length, model.rows().at(row).length);
+        QCOMPARE(place.start, model.row(row).start);
+        QCOMPARE(place.length, model.row(row).length);
         QCOMPARE(store.rowColAt(place.start).row, row);
-        const qint64 step = row % 8 == 0 ? 1 : qMax<qint64>(1, place.length);
+        const qint64 step = row.value() % 8 == 0 ? 1 : qMax<qint64>(1, place.length);
         for (qint64 column = 0; column <= place.length; column += step)
             QCOMPARE(store.xAt({ row, column }), model.xAt({ row, column }));
     }
@@ -46,8 +46,8 @@ struct Pair {
     }
     void replace(qint64 offset, qint64 removed, const QString &inserted)
     {
-        store.replace(offset, removed, inserted);
-        model.replace(offset, removed, inserted);
+        store.replace(Offset(offset), removed, inserted);
+        model.replace(Offset(offset), removed, inserted);
     }
     /// Cuts what is longer than a leaf must keep whole: characters, and flags in a row.
     void shorten(qint64 longest)
@@ -249,25 +249,25 @@ void TextWrappingTest::endlessCharacters()
     const QString text = QStringLiteral("a") + unit.repeated(count) + QStringLiteral("b\nc");
     TextStore store = storeOf(text, ruleOf(10));
     for (int i = 0; i < 200; ++i) {
-        store.replace(1 + i * unit.size(), 0, unit);
-        store.replace(store.length() / 2, 0, u"x");
-        store.replace(store.length() / 2, 1, {});
+        store.replace(Offset(1 + i * unit.size()), 0, unit);
+        store.replace(Offset(store.length() / 2), 0, u"x");
+        store.replace(Offset(store.length() / 2), 1, {});
     }
     store.checkInvariants();
     QCOMPARE(store.length(), text.size() + 200 * unit.size());
-    QCOMPARE(store.text(1, 200 * unit.size()), unit.repeated(200));
-    for (qint64 offset = 0; offset < store.length();) {
+    QCOMPARE(store.text(Offset(1), 200 * unit.size()), unit.repeated(200));
+    for (Offset offset; offset < store.end();) {
         const TextChunk chunk = store.chunkAt(offset);
         QVERIFY(chunk.size() <= 4096);
         QVERIFY(chunk.isLatin1() || !chunk.utf16.front().isLowSurrogate());
         offset += chunk.size();
     }
-    qint64 next = 0;
-    for (qint64 row = 0; row < store.rowCount(); ++row) {
+    Offset next;
+    for (RowIndex row; row <= store.lastRow(); ++row) {
         QCOMPARE(store.row(row).start, next);
         next += store.row(row).length + (store.row(row).endsLine ? 1 : 0);
     }
-    QCOMPARE(next - 1, store.length());
+    QCOMPARE(next - 1, store.end());
 }
 
 REGISTER_TEST(runCoreTest<TextWrappingTest>)

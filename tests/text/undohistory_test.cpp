@@ -24,15 +24,15 @@ struct Document {
         : store({}, sizes)
         , history(depth)
     {
-        store.replace(0, 0, text);
+        store.replace(Offset(0), 0, text);
     }
     void insert(qint64 offset, const QString &text, Joining joining = Joining::Never)
     {
-        history.replace(store, offset, 0, text, joining);
+        history.replace(store, Offset(offset), 0, text, joining);
     }
     void erase(qint64 offset, qint64 length, Joining joining = Joining::Never)
     {
-        history.replace(store, offset, length, QStringView(), joining);
+        history.replace(store, Offset(offset), length, QStringView(), joining);
     }
     void type(qint64 offset, const QString &text)
     {
@@ -54,7 +54,7 @@ private:
         if (command.isStepBoundary())
             return command.kind == Kind::BeginStep ? QStringLiteral("(") : QStringLiteral(")");
         const QChar sign = command.kind == Kind::Insert ? u'+' : u'-';
-        return sign + QString::number(command.offset) + u':' + command.text.text();
+        return sign + QString::number(command.offset.value()) + u':' + command.text.text();
     }
 };
 
@@ -133,9 +133,9 @@ private:
     static UndoHistory::Changed follower(QString &text)
     {
         return [&text](const TextChange &change) {
-            QVERIFY(change.offset >= 0 && change.removed >= 0);
-            QVERIFY(change.offset + change.removed <= text.size());
-            text.replace(change.offset, change.removed, QString(change.inserted, u'?'));
+            QVERIFY(change.offset >= Offset() && change.removed >= 0);
+            QVERIFY(change.offset + change.removed <= Offset(text.size()));
+            text.replace(change.offset.value(), change.removed, QString(change.inserted, u'?'));
         };
     }
     void edit()
@@ -229,11 +229,11 @@ void UndoHistoryTest::cursorGoesWhereTheEditWas()
     document.insert(2, QStringLiteral("XY"));
     document.erase(5, 2);
     QCOMPARE(document.store.text(), QStringLiteral("abXYcf"));
-    QCOMPARE(document.history.undo(document.store), 7);
-    QCOMPARE(document.history.undo(document.store), 2);
+    QCOMPARE(document.history.undo(document.store), Offset(7));
+    QCOMPARE(document.history.undo(document.store), Offset(2));
     QCOMPARE(document.store.text(), QStringLiteral("abcdef"));
-    QCOMPARE(document.history.redo(document.store), 4);
-    QCOMPARE(document.history.redo(document.store), 5);
+    QCOMPARE(document.history.redo(document.store), Offset(4));
+    QCOMPARE(document.history.redo(document.store), Offset(5));
     QCOMPARE(document.store.text(), QStringLiteral("abXYcf"));
 }
 
@@ -433,7 +433,8 @@ void UndoHistoryTest::changesAreTold()
     document.history.endGroup();
     QStringList told;
     const auto tell = [&told](const TextChange &change) {
-        told += QStringLiteral("%1-%2+%3").arg(change.offset).arg(change.removed).arg(change.inserted);
+        told +=
+            QStringLiteral("%1-%2+%3").arg(change.offset.value()).arg(change.removed).arg(change.inserted);
     };
     document.history.undo(document.store, tell);
     QCOMPARE(told.join(u' '), QStringLiteral("1-3+0 0-0+2"));
@@ -454,8 +455,8 @@ void UndoHistoryTest::hugeGroupsJoinQuickly()
     }
     QCOMPARE(document.history.commandCount(), 3 + 20 + 2);
     QCOMPARE(document.history.command(0).kind, Kind::BeginStep);
-    QCOMPARE(document.history.command(1).offset, 1999 * 20 - 1);
-    QCOMPARE(document.history.command(document.history.commandCount() - 2).offset, 2000 * 20 - 1);
+    QCOMPARE(document.history.command(1).offset, Offset(1999 * 20 - 1));
+    QCOMPARE(document.history.command(document.history.commandCount() - 2).offset, Offset(2000 * 20 - 1));
     document.history.undo(document.store);
     document.history.undo(document.store);
     QCOMPARE(document.store.length(), 0);
@@ -467,17 +468,17 @@ void UndoHistoryTest::bigDeletionComesBack()
     Document document(text);
     document.erase(5, document.store.length() - 10);
     TextStore kept;
-    kept.insert(0, document.history.command(0).text);
+    kept.insert(Offset(0), document.history.command(0).text);
     qint64 leaves = 0;
     for (qint64 offset = 0; offset < kept.length(); ++leaves) {
-        const TextChunk leaf = kept.chunkAt(offset);
+        const TextChunk leaf = kept.chunkAt(Offset(offset));
         QVERIFY2(leaf.isLatin1(), "one byte a unit, as in the store");
         offset += leaf.size();
     }
     QVERIFY(leaves < text.size() / 2048);
     document.history.undo(document.store);
     QCOMPARE(document.store.text(), text);
-    QVERIFY(document.store.chunkAt(1000).isLatin1());
+    QVERIFY(document.store.chunkAt(Offset(1000)).isLatin1());
 }
 
 /// Of steps that became one the history holds the leaves that they changed, however many they were.
@@ -499,7 +500,7 @@ void UndoHistoryTest::joinedStepsShareTheText()
         while (document.history.canRedo())
             document.history.redo(document.store);
         document.store.checkInvariants();
-        QCOMPARE(document.store.text(70000, 4), QStringLiteral("LINE"));
+        QCOMPARE(document.store.text(Offset(70000), 4), QStringLiteral("LINE"));
         QCOMPARE(document.store.length(), text.size());
     }
 }
@@ -513,11 +514,12 @@ void UndoHistoryTest::joinedStepsTellOneChange()
     QCOMPARE(document.store.text(), QStringLiteral("01abXc234569"));
     QStringList told;
     const auto tell = [&told](const TextChange &change) {
-        told += QStringLiteral("%1-%2+%3").arg(change.offset).arg(change.removed).arg(change.inserted);
+        told +=
+            QStringLiteral("%1-%2+%3").arg(change.offset.value()).arg(change.removed).arg(change.inserted);
     };
-    QCOMPARE(document.history.undo(document.store, tell), 9);
+    QCOMPARE(document.history.undo(document.store, tell), Offset(9));
     QCOMPARE(document.store.text(), QStringLiteral("0123456789"));
-    QCOMPARE(document.history.redo(document.store, tell), 5);
+    QCOMPARE(document.history.redo(document.store, tell), Offset(5));
     QCOMPARE(document.store.text(), QStringLiteral("01abXc234569"));
     QCOMPARE(told.join(u' '), QStringLiteral("2-9+7 2-7+9"));
 }

@@ -62,20 +62,20 @@ void WordBoundsTest::words()
         return drawn;
     };
     QList<qint64> cuts;
-    for (qint64 at = nextWordStart(store, 0); at < store.length(); at = nextWordStart(store, at))
-        cuts.append(at);
+    for (Offset at = nextWordStart(store, {}); at < store.end(); at = nextWordStart(store, at))
+        cuts.append(at.value());
     if (text.startsWith(u'\n'))
         cuts.append(0);
     QCOMPARE(draw(cuts), forwards);
-    QCOMPARE(nextWordStart(store, store.length()), store.length());
+    QCOMPARE(nextWordStart(store, store.end()), store.end());
 
     cuts.clear();
-    for (qint64 at = previousWordStart(store, store.length()); at > 0; at = previousWordStart(store, at))
-        cuts.append(at);
+    for (Offset at = previousWordStart(store, store.end()); at > Offset(); at = previousWordStart(store, at))
+        cuts.append(at.value());
     if (text.startsWith(u'\n'))
         cuts.append(0);
     QCOMPARE(draw(cuts), backwards);
-    QCOMPARE(previousWordStart(store, 0), 0);
+    QCOMPARE(previousWordStart(store, Offset(0)), Offset(0));
 }
 
 void WordBoundsTest::wordAround_data()
@@ -99,18 +99,18 @@ void WordBoundsTest::wordAround()
 {
     QFETCH(QString, text);
     QFETCH(qint64, offset);
-    const TextRange range = wordAt(storeOf(text), offset);
-    QTEST(text.mid(range.start, range.end - range.start), "word");
+    const TextRange range = wordAt(storeOf(text), Offset(offset));
+    QTEST(text.mid(range.start.value(), range.length()), "word");
 }
 
 void WordBoundsTest::aWordWithoutEndIsCut()
 {
     const TextStore store = storeOf(u"x"_s.repeated(100'000));
-    const qint64 end = nextWordStart(store, 0);
-    QVERIFY(end > 1000 && end < 50'000);
-    QCOMPARE(previousWordStart(store, store.length()), store.length() - end);
-    const TextRange range = wordAt(store, 50'000);
-    QVERIFY(range.start < 50'000 && range.end > 50'000);
+    const Offset end = nextWordStart(store, Offset(0));
+    QVERIFY(end > Offset(1000) && end < Offset(50'000));
+    QCOMPARE(store.end() - previousWordStart(store, store.end()), end - Offset());
+    const TextRange range = wordAt(store, Offset(50'000));
+    QVERIFY(range.start < Offset(50'000) && range.end > Offset(50'000));
 }
 
 REGISTER_TEST(runCoreTest<WordBoundsTest>)

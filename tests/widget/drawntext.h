@@ -11,8 +11,7 @@ namespace DrawnText {
 
 inline void place(QMultiLineEdit &edit, qint64 offset, bool selects)
 {
-    const RowCol at = edit.store().rowColAt(offset);
-    edit.setCursorPosition(at.row, at.column, selects);
+    edit.setCursorPosition(edit.store().rowColAt(Offset(offset)), selects);
 }
 
 inline void load(QMultiLineEdit &edit, const QString &drawing)
@@ -36,8 +35,8 @@ inline void load(QMultiLineEdit &edit, const QString &drawing)
 inline QString draw(const QMultiLineEdit &edit)
 {
     QString text = edit.text();
-    const qint64 cursor = edit.cursorOffset();
-    const qint64 anchor = edit.anchorOffset();
+    const qint64 cursor = edit.cursorOffset().value();
+    const qint64 anchor = edit.anchorOffset().value();
     if (anchor > cursor)
         text.insert(anchor, u']');
     text.insert(cursor, u'|');

@@ -121,7 +121,7 @@ void InputMethodTest::composesConvertsAndCommits()
     press(u"Return"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_edit->text(), u"日本語abc\nsecond"_s, patience);
     QVERIFY(!m_edit->isComposing());
-    QCOMPARE(m_edit->cursorOffset(), 3);
+    QCOMPARE(m_edit->cursorOffset(), Offset(3));
     QCOMPARE(undoSteps(m_edit->history()), 1);
     press(u"Return"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_edit->text(), u"日本語\nabc\nsecond"_s, patience);
@@ -154,10 +154,11 @@ void InputMethodTest::clickEndsComposing()
 {
     press(u"k a"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_edit->preedit().text, u"か"_s, patience);
-    QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, m_edit->cellRect(1).toRect().center());
+    QTest::mouseClick(
+        m_edit->viewport(), Qt::LeftButton, {}, m_edit->cellRect(RowIndex(1)).toRect().center());
     QTRY_COMPARE_WITH_TIMEOUT(m_edit->text(), u"かabc\nsecond"_s, patience);
     QVERIFY(!m_edit->isComposing());
-    QCOMPARE(m_edit->cursorPosition().row, 1);
+    QCOMPARE(m_edit->cursorPosition().row, RowIndex(1));
     press(u"k i Return"_s);
     QTRY_COMPARE_WITH_TIMEOUT(m_edit->text(), u"かabc\nsecondき"_s, patience);
 }

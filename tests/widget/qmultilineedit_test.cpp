@@ -34,17 +34,21 @@ private slots:
     void cursorSurvivesWrapping();
 };
 
+static std::pair<RowCol, RowCol> markedRegion(const QMultiLineEdit &edit)
+{
+    qint64 row1 = -1, column1 = -1, row2 = -1, column2 = -1;
+    edit.getMarkedRegion(&row1, &column1, &row2, &column2);
+    return { { RowIndex(row1), column1 }, { RowIndex(row2), column2 } };
+}
+
 static RowCol selectionStart(const QMultiLineEdit &edit)
 {
-    RowCol first, last;
-    return edit.getMarkedRegion(&first.row, &first.column, &last.row, &last.column) ? first
-                                                                                    : RowCol{ -1, -1 };
+    return markedRegion(edit).first;
 }
 
 static RowCol selectionEnd(const QMultiLineEdit &edit)
 {
-    RowCol first, last;
-    return edit.getMarkedRegion(&first.row, &first.column, &last.row, &last.column) ? last : RowCol{ -1, -1 };
+    return markedRegion(edit).second;
 }
 
 void QMultiLineEditTest::startsEmpty()
@@ -71,8 +75,8 @@ void QMultiLineEditTest::givesRows()
     QCOMPARE(rowText(edit, 0), u"one"_s);
     QCOMPARE(rowText(edit, 1), u""_s);
     QCOMPARE(rowText(edit, 2), u"three"_s);
-    QVERIFY(edit.store().row(0).endsLine);
-    QVERIFY(edit.store().row(2).endsLine);
+    QVERIFY(edit.store().row(RowIndex(0)).endsLine);
+    QVERIFY(edit.store().row(RowIndex(2)).endsLine);
 }
 
 void QMultiLineEditTest::givesWrappedRows()
@@ -83,9 +87,9 @@ void QMultiLineEditTest::givesWrappedRows()
     QCOMPARE(edit.numLines(), 3);
     QCOMPARE(rowText(edit, 0), u"xxxx"_s);
     QCOMPARE(rowText(edit, 1), u"xx"_s);
-    QVERIFY(!edit.store().row(0).endsLine);
-    QVERIFY(edit.store().row(1).endsLine);
-    QVERIFY(edit.store().row(2).endsLine);
+    QVERIFY(!edit.store().row(RowIndex(0)).endsLine);
+    QVERIFY(edit.store().row(RowIndex(1)).endsLine);
+    QVERIFY(edit.store().row(RowIndex(2)).endsLine);
 }
 
 void QMultiLineEditTest::setTextStartsAnew()
@@ -96,13 +100,13 @@ void QMultiLineEditTest::setTextStartsAnew()
     edit.insert(u"typed"_s);
     edit.setCursorPosition(90, 3);
     edit.setCursorPosition(95, 1, true);
-    QVERIFY(edit.topRow() > 0);
+    QVERIFY(edit.topRow() > RowIndex(0));
     edit.setText(u"other\rtext\r\n\0x"_s + QChar(u'\0'));
     QCOMPARE(edit.text(), u"other\rtext\r\n\0x"_s + QChar(u'\0'));
     QCOMPARE(edit.cursorPosition(), RowCol());
     QVERIFY(!edit.hasMarkedText());
     QVERIFY(!edit.history().canUndo());
-    QCOMPARE(edit.topRow(), 0);
+    QCOMPARE(edit.topRow(), RowIndex(0));
     QCOMPARE(edit.xOffset(), 0);
     edit.clear();
     QCOMPARE(edit.text(), QString());
@@ -122,7 +126,7 @@ void QMultiLineEditTest::takesAStoreOver()
     QCOMPARE(changed.size(), 1);
 
     TextStore foreign;
-    foreign.replace(0, 0, u"xxxxxx");
+    foreign.replace(Offset(0), 0, u"xxxxxx");
     edit.setText(std::move(foreign));
     QCOMPARE(edit.numLines(), 2);
 }
@@ -152,7 +156,7 @@ void QMultiLineEditTest::cursorIsClamped()
     QTEST(DrawnText::draw(edit), "after");
     qint64 seenRow = -1, seenColumn = -1;
     edit.getCursorPosition(&seenRow, &seenColumn);
-    QCOMPARE((RowCol{ seenRow, seenColumn }), edit.cursorPosition());
+    QCOMPARE((RowCol{ RowIndex(seenRow), seenColumn }), edit.cursorPosition());
 }
 
 void QMultiLineEditTest::cursorIsToldInIntToo()
@@ -187,9 +191,9 @@ void QMultiLineEditTest::selectedRegion()
     QMultiLineEdit edit;
     DrawnText::load(edit, drawing);
     QCOMPARE(DrawnText::draw(edit), drawing);
-    QTEST(selectionStart(edit).row, "row1");
+    QTEST(selectionStart(edit).row.value(), "row1");
     QTEST(selectionStart(edit).column, "column1");
-    QTEST(selectionEnd(edit).row, "row2");
+    QTEST(selectionEnd(edit).row.value(), "row2");
     QTEST(selectionEnd(edit).column, "column2");
     QTEST(edit.markedText(), "text");
     QCOMPARE(edit.hasMarkedText(), !edit.markedText().isEmpty());
@@ -204,10 +208,10 @@ void QMultiLineEditTest::selectedRegionEndsWhereTheCursorIsShown()
     edit.setText(u"xxxxxxxx"_s);
     edit.setCursorPosition(0, 1);
     edit.setCursorPosition(0, 4, true);
-    QCOMPARE(edit.cursorPosition(), (RowCol{ 0, 4 }));
-    QCOMPARE(selectionEnd(edit), (RowCol{ 0, 4 }));
+    QCOMPARE(edit.cursorPosition(), (RowCol{ RowIndex(0), 4 }));
+    QCOMPARE(selectionEnd(edit), (RowCol{ RowIndex(0), 4 }));
     edit.setCursorPosition(1, 0, true);
-    QCOMPARE(selectionEnd(edit), (RowCol{ 1, 0 }));
+    QCOMPARE(selectionEnd(edit), (RowCol{ RowIndex(1), 0 }));
     QCOMPARE(edit.markedText(), u"xxx"_s);
 }
 
@@ -230,11 +234,11 @@ void QMultiLineEditTest::selectAllKeepsTheView()
     QMultiLineEdit edit;
     edit.resize(100, 100);
     edit.setText(u"line\n"_s.repeated(100));
-    edit.setTopRow(10);
+    edit.setTopRow(RowIndex(10));
     edit.selectAll();
-    QCOMPARE(edit.topRow(), 10);
+    QCOMPARE(edit.topRow(), RowIndex(10));
     QCOMPARE(edit.markedText(), edit.text());
-    QCOMPARE(edit.cursorOffset(), edit.store().length());
+    QCOMPARE(edit.cursorOffset(), edit.store().end());
 }
 
 void QMultiLineEditTest::wrapWidths_data()
@@ -266,9 +270,9 @@ void QMultiLineEditTest::defaultTabStopIsEverybodys()
     QMultiLineEdit one, other;
     one.setText(u"\tx"_s);
     const int before = QMultiLineEdit::defaultTabStop();
-    const Subpixels x = one.store().xAt({ 0, 1 });
+    const Subpixels x = one.store().xAt({ RowIndex(0), 1 });
     QMultiLineEdit::setDefaultTabStop(before * 2);
-    QCOMPARE(one.store().xAt({ 0, 1 }), x * 2);
+    QCOMPARE(one.store().xAt({ RowIndex(0), 1 }), x * 2);
     QCOMPARE(other.layoutRule().tabStop, x * 2);
     QMultiLineEdit::setDefaultTabStop(0);
     QCOMPARE(QMultiLineEdit::defaultTabStop(), 1);
@@ -283,7 +287,7 @@ void QMultiLineEditTest::cursorSurvivesWrapping()
         wrapAt(edit, columns);
         QCOMPARE(DrawnText::draw(edit), u"xxxxxxxxxx[xxx|xxxx\nxxx"_s);
     }
-    QCOMPARE(edit.cursorPosition(), (RowCol{ 13, 0 }));
+    QCOMPARE(edit.cursorPosition(), (RowCol{ RowIndex(13), 0 }));
 }
 
 REGISTER_TEST(runWindowTest<QMultiLineEditTest>)

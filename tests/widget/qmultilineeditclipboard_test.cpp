@@ -83,8 +83,8 @@ void QMultiLineEditClipboardTest::init()
 
 QPoint QMultiLineEditClipboardTest::at(qint64 row, qint64 column) const
 {
-    const QRectF cell = m_edit->cellRect(row);
-    const auto x = m_edit->store().xAt({ row, column }) / subpixelsPerPixel;
+    const QRectF cell = m_edit->cellRect(RowIndex(row));
+    const auto x = m_edit->store().xAt({ RowIndex(row), column }) / subpixelsPerPixel;
     return { int(cell.x()) + m_edit->hMargin() + int(x), int(cell.center().y()) };
 }
 
@@ -218,11 +218,11 @@ void QMultiLineEditClipboardTest::dragNearAnEdgeScrolls()
     QFETCH(const QPoint, edge);
     QFETCH(const QPoint, scrolls);
     m_edit->setText((u"0123456789"_s.repeated(20) + u'\n').repeated(200));
-    m_edit->setTopRow(100);
+    m_edit->setTopRow(RowIndex(100));
     m_edit->setXOffset(500);
     const auto moved = [this] {
         const auto sign = [](qint64 value) { return int(value > 0) - int(value < 0); };
-        return QPoint(sign(m_edit->xOffset() - 500), sign(m_edit->topRow() - 100));
+        return QPoint(sign(m_edit->xOffset() - 500), sign(m_edit->topRow() - RowIndex(100)));
     };
     const QSize view = m_edit->viewport()->size();
     const QPoint place((view.width() - 1) * edge.x() / 2, (view.height() - 1) * edge.y() / 2);
@@ -251,7 +251,7 @@ void QMultiLineEditClipboardTest::dragNearAnEdgeScrolls()
     QCOMPARE(m_edit->markedText(), u"XYZ"_s);
     qint64 row1, column1, row2, column2;
     m_edit->getMarkedRegion(&row1, &column1, &row2, &column2);
-    QCOMPARE(row1, m_edit->topRow() + qint64(view.height() / 2 / m_edit->cellHeight()));
+    QCOMPARE(RowIndex(row1), m_edit->topRow() + view.height() / 2 / m_edit->cellHeight());
 }
 
 void QMultiLineEditClipboardTest::dropsThatAreRefused_data()

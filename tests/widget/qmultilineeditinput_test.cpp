@@ -111,7 +111,7 @@ void QMultiLineEditInputTest::cursorStandsInComposedText()
     const QRect inside = edit.cursorRect();
     edit.compose(u"xyz"_s);
     QVERIFY(edit.cursorRect().left() > inside.left());
-    QCOMPARE(edit.offsetAt(edit.cursorRect().center()), 2);
+    QCOMPARE(edit.offsetAt(edit.cursorRect().center()), Offset(2));
     QVERIFY(edit.ask(Qt::ImCursorRectangle)
                 .toRect()
                 .contains(edit.viewport()->mapTo(&edit, edit.cursorRect().center())));

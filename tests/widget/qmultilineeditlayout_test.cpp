@@ -53,8 +53,9 @@ QVariantList stateOf(const QMultiLineEdit &edit)
 {
     const RowCol cursor = edit.cursorPosition();
     const QScrollBar *bars[] = { edit.verticalScrollBar(), edit.horizontalScrollBar() };
-    QVariantList state{ edit.text(), edit.numLines(), cursor.row, cursor.column, edit.cursorOffset(),
-        edit.anchorOffset(), edit.topRow(), edit.xOffset(), edit.cellWidth(), edit.rowHeight() };
+    QVariantList state{ edit.text(), edit.numLines(), cursor.row.value(), cursor.column,
+        edit.cursorOffset().value(), edit.anchorOffset().value(), edit.topRow().value(), edit.xOffset(),
+        edit.cellWidth(), edit.rowHeight() };
     for (const QScrollBar *bar : bars)
         state << bar->value() << bar->maximum() << bar->pageStep();
     for (qint64 row = 0; row < edit.numLines(); ++row)
@@ -90,7 +91,7 @@ void prepare(LaidOutEdit &edit)
     edit.setText(longText());
     edit.setCursorPosition(70, 5);
     edit.setCursorPosition(72, 9, true);
-    edit.setTopRow(66);
+    edit.setTopRow(RowIndex(66));
 }
 
 } // namespace
@@ -145,23 +146,23 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
     };
     row("count of rows", [](auto &edit) { return edit.numLines(); });
     row("text of a row", [](auto &edit) { return rowText(edit, 40); });
-    row("end of a paragraph", [](auto &edit) { return edit.store().row(39).endsLine; });
-    row("rows of the store", [](auto &edit) { return edit.store().row(30).start; });
-    row("cursor row", [](auto &edit) { return edit.cursorPosition().row; });
+    row("end of a paragraph", [](auto &edit) { return edit.store().row(RowIndex(39)).endsLine; });
+    row("rows of the store", [](auto &edit) { return edit.store().row(RowIndex(30)).start.value(); });
+    row("cursor row", [](auto &edit) { return edit.cursorPosition().row.value(); });
     row("marked region", [](auto &edit) {
         qint64 rows[2], columns[2];
         edit.getMarkedRegion(&rows[0], &columns[0], &rows[1], &columns[1]);
         return QVariantList{ rows[0], columns[0], rows[1], columns[1] };
     });
-    row("top row", [](auto &edit) { return edit.topRow(); });
+    row("top row", [](auto &edit) { return edit.topRow().value(); });
     row("vertical offset", [](auto &edit) { return edit.yOffset(); });
     row("horizontal offset", [](auto &edit) { return edit.xOffset(); });
     row("width of the content", [](auto &edit) { return edit.cellWidth(); });
     row("height of a row", [](auto &edit) { return edit.rowHeight(); });
     row("height of a cell", [](auto &edit) { return edit.cellHeight(); });
-    row("place of a row", [](auto &edit) { return edit.cellRect(50); });
+    row("place of a row", [](auto &edit) { return edit.cellRect(RowIndex(50)); });
     row("place of the cursor", [](auto &edit) { return edit.cursorRect(); });
-    row("offset at a point", [](auto &edit) { return edit.offsetAt({ 80, 60 }); });
+    row("offset at a point", [](auto &edit) { return edit.offsetAt({ 80, 60 }).value(); });
     row("rule for a new text",
         [](auto &edit) { return edit.layoutRule().limit + edit.layoutRule().tabStop; });
     row("measure", [](auto &edit) { return static_cast<LaidOutEdit &>(edit).fontMeasure()->xWidth(); });
@@ -172,13 +173,13 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce_data()
     });
     act("set the cursor", [](auto &edit) { edit.setCursorPosition(lastRow(edit) / 2, 4); });
     act("set the cursor to a given row", [](auto &edit) { edit.setCursorPosition(90, 4); });
-    act("set the top row", [](auto &edit) { edit.setTopRow(150); });
+    act("set the top row", [](auto &edit) { edit.setTopRow(RowIndex(150)); });
     act("set the vertical offset", [](auto &edit) { edit.setYOffset(1500); });
     act("set the horizontal offset", [](auto &edit) { edit.setXOffset(70); });
     act("scroll to the cursor", [](auto &edit) { edit.showPlace(edit.cursorPlace()); });
-    act("scroll to a place", [](auto &edit) { edit.showPlace({ 2000 }); });
+    act("scroll to a place", [](auto &edit) { edit.showPlace({ Offset(2000) }); });
     act("insert", [](auto &edit) { edit.insert(u"x\ty\nz"_s); });
-    act("replace", [](auto &edit) { edit.replace(900, 1000, u"xyz"_s); });
+    act("replace", [](auto &edit) { edit.replace({ Offset(900), Offset(1000) }, u"xyz"_s); });
     act("replace the row that is at a place now", [](auto &edit) { removeRow(edit, 60); });
     act("select everything", [](auto &edit) { edit.selectAll(); });
     act("select nothing", [](auto &edit) { edit.deselect(); });
@@ -268,11 +269,11 @@ void QMultiLineEditLayoutTest::topTextStays()
     wrapAt(edit, 20);
     edit.setText(longText());
     edit.setVisible(isVisible);
-    edit.setCursorPosition(edit.store().rowOfLine(LineIndex(70)) + 2, 1);
+    edit.setCursorPosition({ edit.store().rowOfLine(LineIndex(70)) + 2, 1 });
     edit.setTopRow(edit.store().rowOfLine(LineIndex(70)) + 1);
     const TextStore::Row before = edit.store().row(edit.topRow());
-    const qint64 rowBefore = edit.topRow();
-    const qint64 cursor = edit.cursorOffset();
+    const RowIndex rowBefore = edit.topRow();
+    const Offset cursor = edit.cursorOffset();
     QMultiLineEdit::setDefaultTabStop(tabTo);
     const TextStore::Row after = edit.store().row(edit.topRow());
     QVERIFY(after.start <= before.start && before.start < after.start + after.length);
@@ -287,7 +288,7 @@ void QMultiLineEditLayoutTest::showingAgainScrollsNothing()
     prepare(edit);
     edit.show();
     edit.setCursorPosition(70, 0);
-    for (const qint64 topRow : { 69, 10 }) {
+    for (const RowIndex topRow : { RowIndex(69), RowIndex(10) }) {
         edit.setTopRow(topRow);
         edit.setXOffset(150);
         edit.hide();
@@ -310,7 +311,7 @@ void QMultiLineEditLayoutTest::outlivesManyFonts()
     }
     edit.setFont(font);
     edit.setCursorPosition(50, 2);
-    QCOMPARE(edit.cursorPosition().row, 50);
+    QCOMPARE(edit.cursorPosition().row, RowIndex(50));
     edit.store().checkInvariants();
 }
 

@@ -93,8 +93,8 @@ void QMultiLineEditPenTest::cleanup()
 /// A point of the window: the left edge of a character.
 QPoint QMultiLineEditPenTest::at(qint64 row, qint64 column) const
 {
-    const QRectF cell = m_edit->cellRect(row);
-    const auto x = m_edit->store().xAt({ row, column }) / subpixelsPerPixel;
+    const QRectF cell = m_edit->cellRect(RowIndex(row));
+    const auto x = m_edit->store().xAt({ RowIndex(row), column }) / subpixelsPerPixel;
     const QPoint inView(int(cell.x()) + m_edit->hMargin() + int(x), int(cell.center().y()));
     return m_edit->viewport()->mapTo(m_window.get(), inView);
 }

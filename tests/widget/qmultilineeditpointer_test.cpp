@@ -72,8 +72,8 @@ void QMultiLineEditPointerTest::cleanup()
 /// A point on the left edge of a character.
 QPoint QMultiLineEditPointerTest::at(qint64 row, qint64 column) const
 {
-    const QRectF cell = m_edit->cellRect(row);
-    const auto x = m_edit->store().xAt({ row, column }) / subpixelsPerPixel;
+    const QRectF cell = m_edit->cellRect(RowIndex(row));
+    const auto x = m_edit->store().xAt({ RowIndex(row), column }) / subpixelsPerPixel;
     return { int(cell.x()) + m_edit->hMargin() + int(x), int(cell.center().y()) };
 }
 
@@ -233,11 +233,11 @@ void QMultiLineEditPointerTest::draggingBeyondTheEdgeScrolls()
     };
     QVERIFY(!hasTimers(*m_edit));
     dragTo({ 50, 320 });
-    QTRY_VERIFY(m_edit->topRow() > 10);
-    QVERIFY(m_edit->cursorPosition().row > 12);
+    QTRY_VERIFY(m_edit->topRow() > RowIndex(10));
+    QVERIFY(m_edit->cursorPosition().row > RowIndex(12));
     dragTo({ 400, 100 });
     QTRY_VERIFY(m_edit->xOffset() > 100);
-    const qint64 top = m_edit->topRow();
+    const RowIndex top = m_edit->topRow();
     dragTo({ -30, -30 });
     QTRY_VERIFY(m_edit->topRow() < top);
     QTRY_COMPARE(m_edit->xOffset(), 0);
@@ -247,7 +247,7 @@ void QMultiLineEditPointerTest::draggingBeyondTheEdgeScrolls()
     QVERIFY(hasTimers(*m_edit));
     QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(50, 320));
     QVERIFY(!hasTimers(*m_edit));
-    QCOMPARE(m_edit->anchorOffset(), m_edit->store().placeAt({ 2, 2 }).offset);
+    QCOMPARE(m_edit->anchorOffset(), m_edit->store().placeAt({ RowIndex(2), 2 }).offset);
 }
 
 void QMultiLineEditPointerTest::clickAtAWrappedRowsEndStaysOnIt()
@@ -255,9 +255,9 @@ void QMultiLineEditPointerTest::clickAtAWrappedRowsEndStaysOnIt()
     wrapAt(*m_edit, 4);
     m_edit->setText(u"xxxxxxxx"_s);
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, QPoint(250, at(0, 0).y()));
-    QCOMPARE(m_edit->cursorPosition(), (RowCol{ 0, 4 }));
+    QCOMPARE(m_edit->cursorPosition(), (RowCol{ RowIndex(0), 4 }));
     QTest::mouseClick(m_edit->viewport(), Qt::LeftButton, {}, at(1, 0));
-    QCOMPARE(m_edit->cursorPosition(), (RowCol{ 1, 0 }));
+    QCOMPARE(m_edit->cursorPosition(), (RowCol{ RowIndex(1), 0 }));
 }
 
 static QPointingDevice *touchScreen()
@@ -322,7 +322,7 @@ void QMultiLineEditPointerTest::flickGoesOn()
         QTest::touchEvent(view, touchScreen()).move(0, finger, view);
     }
     QTest::touchEvent(view, touchScreen()).release(0, finger, view);
-    const qint64 released = m_edit->topRow();
+    const RowIndex released = m_edit->topRow();
     QTRY_VERIFY(m_edit->topRow() > released + 3);
     QScroller::scroller(view)->stop();
 }
@@ -340,16 +340,16 @@ void QMultiLineEditPointerTest::twoFingersScroll()
         right.ry() -= 10;
         QTest::touchEvent(view, touchScreen()).move(0, left, view).move(1, right, view);
     }
-    QTRY_VERIFY(m_edit->topRow() > 3);
+    QTRY_VERIFY(m_edit->topRow() > RowIndex(3));
     QTest::touchEvent(view, touchScreen()).release(0, left, view).move(1, right, view);
     QTRY_VERIFY(QScroller::scroller(view)->state() != QScroller::Dragging);
     QScroller::scroller(view)->stop();
-    const qint64 top = m_edit->topRow();
+    const RowIndex top = m_edit->topRow();
     right.ry() -= 100;
     QTest::touchEvent(view, touchScreen()).move(1, right, view);
     QTest::touchEvent(view, touchScreen()).release(1, right, view);
     QCOMPARE(m_edit->topRow(), top);
-    QCOMPARE(m_edit->cursorOffset(), 0);
+    QCOMPARE(m_edit->cursorOffset(), Offset(0));
     QVERIFY(!hasTimers(*m_edit));
 }
 
@@ -359,7 +359,7 @@ void QMultiLineEditPointerTest::twoFingersDoNotTap()
     QWidget *const view = m_edit->viewport();
     QTest::touchEvent(view, touchScreen()).press(0, at(0, 3), view).press(1, at(0, 5), view);
     QTest::touchEvent(view, touchScreen()).release(0, at(0, 3), view).release(1, at(0, 5), view);
-    QCOMPARE(m_edit->cursorOffset(), 0);
+    QCOMPARE(m_edit->cursorOffset(), Offset(0));
     QVERIFY(!hasTimers(*m_edit));
 }
 
@@ -373,9 +373,9 @@ void QMultiLineEditPointerTest::fingerScrolls()
         finger.ry() -= 10;
         QTest::touchEvent(view, touchScreen()).move(0, finger, view);
     }
-    QTRY_VERIFY(m_edit->topRow() > 3);
+    QTRY_VERIFY(m_edit->topRow() > RowIndex(3));
     QTest::touchEvent(view, touchScreen()).release(0, finger, view);
-    QCOMPARE(m_edit->cursorOffset(), 0);
+    QCOMPARE(m_edit->cursorOffset(), Offset(0));
     QVERIFY(!m_edit->hasMarkedText());
 }
 

@@ -76,9 +76,10 @@ public:
     RowCol position() const
     {
         const qsizetype row = rowOfCursor();
-        return { row, cursor - rows()[row].start };
+        return { RowIndex(row), cursor - rows()[row].start };
     }
     qsizetype rowCount() const { return rows().size(); }
+    RowIndex lastRow() const { return RowIndex(rowCount() - 1); }
     QString row(qsizetype index) const { return text.mid(rows()[index].start, rows()[index].length); }
 
 private:
@@ -223,7 +224,7 @@ void QMultiLineEditRandomTest::pressSomething()
         return;
     case 14: {
         const qsizetype before = std::exchange(m_model.wrap, below(2) * (1 + below(9)));
-        const qint64 topOffset = m_edit->store().row(m_edit->topRow()).start;
+        const Offset topOffset = m_edit->store().row(m_edit->topRow()).start;
         if (m_model.wrap)
             wrapAt(*m_edit, m_model.wrap);
         else
@@ -237,14 +238,14 @@ void QMultiLineEditRandomTest::pressSomething()
         return;
     }
     case 15: {
-        const RowCol at{ below(12) - 1, below(12) - 1 };
-        m_edit->setCursorPosition(at.row, at.column, selects);
+        const RowCol at{ RowIndex(below(12) - 1), below(12) - 1 };
+        m_edit->setCursorPosition(at.row.value(), at.column, selects);
         const RowCol now = m_edit->cursorPosition();
-        QVERIFY(now.row == qBound<qint64>(0, at.row, m_model.rowCount() - 1));
-        QVERIFY(now.column == qBound<qint64>(0, at.column, m_model.row(now.row).size()));
+        QVERIFY(now.row == qBound(RowIndex(), at.row, m_model.lastRow()));
+        QVERIFY(now.column == qBound<qint64>(0, at.column, m_model.row(now.row.value()).size()));
         const bool atEnd =
-            now.column == rowText(*m_edit, now.row).size() && !m_edit->store().row(now.row).endsLine;
-        return m_model.move(m_edit->cursorOffset(), selects, atEnd);
+            now.column == rowText(*m_edit, now.row.value()).size() && !m_edit->store().row(now.row).endsLine;
+        return m_model.move(m_edit->cursorOffset().value(), selects, atEnd);
     }
     default:
         return undoOrRedo(below(3) > 0);
@@ -265,14 +266,14 @@ void QMultiLineEditRandomTest::undoOrRedo(bool back)
     const QString text = m_edit->text();
     QVERIFY2(m_seen.contains(text), qPrintable(text));
     m_model.text = text;
-    m_model.move(m_edit->cursorOffset(), false);
+    m_model.move(m_edit->cursorOffset().value(), false);
 }
 
 void QMultiLineEditRandomTest::compare()
 {
     QCOMPARE(m_edit->text(), m_model.text);
-    QCOMPARE(m_edit->cursorOffset(), m_model.cursor);
-    QCOMPARE(m_edit->anchorOffset(), m_model.anchor);
+    QCOMPARE(m_edit->cursorOffset(), Offset(m_model.cursor));
+    QCOMPARE(m_edit->anchorOffset(), Offset(m_model.anchor));
     QCOMPARE(m_edit->numLines(), m_model.rowCount());
     QCOMPARE(m_edit->cursorPosition(), m_model.position());
     const qsizetype row = below(int(m_model.rowCount()));

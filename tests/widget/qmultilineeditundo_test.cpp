@@ -18,8 +18,8 @@ static void addOperations()
     };
     row("insert", 1, [](QMultiLineEdit &edit) { edit.insert(u"x\ny"_s); });
     row("insert nothing over selected text", 1, [](QMultiLineEdit &edit) { edit.insert(QString()); });
-    row("replace nothing by text", 1, [](QMultiLineEdit &edit) { edit.replace(0, 0, u"x"_s); });
-    row("replace text by nothing", 1, [](QMultiLineEdit &edit) { edit.replace(0, 1, {}); });
+    row("replace nothing by text", 1, [](QMultiLineEdit &edit) { edit.replace({}, u"x"_s); });
+    row("replace text by nothing", 1, [](QMultiLineEdit &edit) { edit.replace({ {}, Offset(1) }, {}); });
     row("cut", 1, [](QMultiLineEdit &edit) { edit.cut(); });
     row("paste", 1, [](QMultiLineEdit &edit) {
         edit.copy();

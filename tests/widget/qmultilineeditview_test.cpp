@@ -30,9 +30,9 @@ public:
     }
 
 protected:
-    void paintCell(QPainter &target, qint64 row, const QRectF &cell, const QRect &update) override
+    void paintCell(QPainter &target, RowIndex row, const QRectF &cell, const QRect &update) override
     {
-        painted.append(row);
+        painted.append(row.value());
         QMultiLineEdit::paintCell(target, row, cell, update);
     }
 };
@@ -135,15 +135,15 @@ static qint64 wholeRows(const QMultiLineEdit &edit)
 void QMultiLineEditViewTest::topRowIsClamped()
 {
     m_edit->setText(numbered(100));
-    m_edit->setTopRow(50);
-    QCOMPARE(m_edit->topRow(), 50);
-    m_edit->setTopRow(1000);
-    QCOMPARE(m_edit->topRow(), 101 - wholeRows(*m_edit));
-    m_edit->setTopRow(-3);
-    QCOMPARE(m_edit->topRow(), 0);
+    m_edit->setTopRow(RowIndex(50));
+    QCOMPARE(m_edit->topRow(), RowIndex(50));
+    m_edit->setTopRow(RowIndex(1000));
+    QCOMPARE(m_edit->topRow(), RowIndex(101 - wholeRows(*m_edit)));
+    m_edit->setTopRow(RowIndex(-3));
+    QCOMPARE(m_edit->topRow(), RowIndex(0));
     m_edit->setText(u"short"_s);
-    m_edit->setTopRow(5);
-    QCOMPARE(m_edit->topRow(), 0);
+    m_edit->setTopRow(RowIndex(5));
+    QCOMPARE(m_edit->topRow(), RowIndex(0));
     QVERIFY(!m_edit->verticalScrollBar()->isVisible());
 }
 
@@ -151,14 +151,14 @@ void QMultiLineEditViewTest::offsetsInPixels()
 {
     m_edit->setText(numbered(100) + u"x"_s.repeated(500));
     m_edit->setYOffset(7 * m_edit->cellHeight());
-    QCOMPARE(m_edit->topRow(), 7);
+    QCOMPARE(m_edit->topRow(), RowIndex(7));
     QCOMPARE(m_edit->yOffset(), 7 * m_edit->cellHeight());
     m_edit->setYOffset(7 * m_edit->cellHeight() + 1);
-    QCOMPARE(m_edit->topRow(), 7);
+    QCOMPARE(m_edit->topRow(), RowIndex(7));
     m_edit->setYOffset(-100);
     QCOMPARE(m_edit->yOffset(), 0);
     m_edit->setYOffset(std::numeric_limits<int>::max());
-    QCOMPARE(m_edit->topRow(), 101 - wholeRows(*m_edit));
+    QCOMPARE(m_edit->topRow(), RowIndex(101 - wholeRows(*m_edit)));
 
     m_edit->setXOffset(33);
     QCOMPARE(m_edit->xOffset(), 33);
@@ -197,12 +197,12 @@ void QMultiLineEditViewTest::scrollBarScrolls()
     QCOMPARE(bar->maximum(), int(101 - wholeRows(*m_edit)));
     QCOMPARE(bar->pageStep(), int(wholeRows(*m_edit)));
     bar->setValue(13);
-    QCOMPARE(m_edit->topRow(), 13);
+    QCOMPARE(m_edit->topRow(), RowIndex(13));
     bar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
-    QCOMPARE(m_edit->topRow(), 14);
+    QCOMPARE(m_edit->topRow(), RowIndex(14));
     bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
-    QCOMPARE(m_edit->topRow(), 14 + wholeRows(*m_edit));
-    m_edit->setTopRow(3);
+    QCOMPARE(m_edit->topRow(), RowIndex(14 + wholeRows(*m_edit)));
+    m_edit->setTopRow(RowIndex(3));
     QCOMPARE(bar->value(), 3);
 }
 
@@ -211,13 +211,13 @@ void QMultiLineEditViewTest::wheelTurnsRows()
     m_edit->setText(numbered(100));
     const int lines = QGuiApplication::styleHints()->wheelScrollLines();
     turnWheel(*m_edit, { 0, -120 });
-    QCOMPARE(m_edit->topRow(), lines);
+    QCOMPARE(m_edit->topRow(), RowIndex(lines));
     turnWheel(*m_edit, { 0, -240 });
-    QCOMPARE(m_edit->topRow(), 3 * lines);
+    QCOMPARE(m_edit->topRow(), RowIndex(3 * lines));
     turnWheel(*m_edit, { 0, 120 });
-    QCOMPARE(m_edit->topRow(), 2 * lines);
+    QCOMPARE(m_edit->topRow(), RowIndex(2 * lines));
     turnWheel(*m_edit, { 0, 12000 });
-    QCOMPARE(m_edit->topRow(), 0);
+    QCOMPARE(m_edit->topRow(), RowIndex(0));
 }
 
 void QMultiLineEditViewTest::partsOfANotchAddUp()
@@ -226,18 +226,18 @@ void QMultiLineEditViewTest::partsOfANotchAddUp()
     const int lines = QGuiApplication::styleHints()->wheelScrollLines();
     for (int turned = 0; turned < 120; turned += 8)
         turnWheel(*m_edit, { 0, -8 });
-    QCOMPARE(m_edit->topRow(), lines);
+    QCOMPARE(m_edit->topRow(), RowIndex(lines));
     turnWheel(*m_edit, { 0, -1 });
-    QCOMPARE(m_edit->topRow(), lines);
+    QCOMPARE(m_edit->topRow(), RowIndex(lines));
     turnWheel(*m_edit, { 0, 120 });
-    QCOMPARE(m_edit->topRow(), 0);
+    QCOMPARE(m_edit->topRow(), RowIndex(0));
 }
 
 void QMultiLineEditViewTest::wheelWithShiftGoesToTheSide()
 {
     m_edit->setText(numbered(100) + u"x"_s.repeated(500));
     turnWheel(*m_edit, { 0, -120 }, Qt::ShiftModifier);
-    QCOMPARE(m_edit->topRow(), 0);
+    QCOMPARE(m_edit->topRow(), RowIndex(0));
     const qint64 shifted = m_edit->xOffset();
     QVERIFY(shifted > 0);
     turnWheel(*m_edit, { -120, 0 });
@@ -264,13 +264,13 @@ void QMultiLineEditViewTest::cursorIsMadeVisible()
     QFETCH(int, from);
     QFETCH(int, to);
     m_edit->setText(numbered(1000));
-    m_edit->setTopRow(from);
+    m_edit->setTopRow(RowIndex(from));
     m_edit->setCursorPosition(to < 0 ? from + to : from + wholeRows(*m_edit) - 1 + to, 0);
-    QTEST(int(m_edit->topRow()) - from, "moved");
+    QTEST(int(m_edit->topRow() - RowIndex(from)), "moved");
 
     // A place far away comes to the middle, with what is around it.
     m_edit->setCursorPosition(700, 0);
-    QCOMPARE(m_edit->topRow(), 700 - wholeRows(*m_edit) / 2);
+    QCOMPARE(m_edit->topRow(), RowIndex(700 - wholeRows(*m_edit) / 2));
 }
 
 void QMultiLineEditViewTest::longRowsAreScrolledToTheCursor()
@@ -300,8 +300,8 @@ void QMultiLineEditViewTest::cursorIsDrawnWhereItIsHit()
         + u"mmm"_s.repeated(100));
     for (const int offset : { 0, 40 }) {
         m_edit->setXOffset(offset);
-        for (qint64 at = 0; at <= 45; at = nextCursorStop(m_edit->store(), at)) {
-            DrawnText::place(*m_edit, at, false);
+        for (Offset at; at <= Offset(45); at = nextCursorStop(m_edit->store(), at)) {
+            m_edit->setCursorPlace({ at });
             const QRect cursor = m_edit->cursorRect();
             if (m_edit->viewport()->rect().contains(cursor))
                 QCOMPARE(m_edit->offsetAt(cursor.center()), at);
@@ -309,8 +309,8 @@ void QMultiLineEditViewTest::cursorIsDrawnWhereItIsHit()
     }
     QCOMPARE(m_edit->offsetAt({ 0, 10'000 }), m_edit->store().lineStart(LineIndex(3)));
     m_edit->setXOffset(0);
-    QCOMPARE(m_edit->offsetAt({ -50, -50 }), 0);
-    QCOMPARE(m_edit->offsetAt({ 290, 2 }), 10);
+    QCOMPARE(m_edit->offsetAt({ -50, -50 }), Offset(0));
+    QCOMPARE(m_edit->offsetAt({ 290, 2 }), Offset(10));
 }
 
 void QMultiLineEditViewTest::keysRepaintOnlyTheirRows_data()
@@ -357,10 +357,10 @@ void QMultiLineEditViewTest::scrollingKeepsWhatIsPainted()
 {
     m_edit->setText(numbered(200));
     m_edit->takePainted();
-    m_edit->setTopRow(3);
+    m_edit->setTopRow(RowIndex(3));
     const QList<qint64> painted = m_edit->takePainted();
     QVERIFY2(!painted.contains(5), "rows in the middle were painted anew");
-    QVERIFY(painted.contains(m_edit->topRow() + wholeRows(*m_edit)));
+    QVERIFY(painted.contains(m_edit->topRow().value() + wholeRows(*m_edit)));
     QVERIFY(painted.size() <= 6);
 }
 
@@ -399,10 +399,10 @@ void QMultiLineEditViewTest::fontChangeKeepsTheTopLine()
     m_edit->setWordWrap(QMultiLineEdit::FixedPixelWidth);
     m_edit->setWrapColumnOrWidth(m_edit->viewport()->width());
     m_edit->setText(u"x"_s.repeated(20'000) + u'\n' + numbered(200));
-    const qint64 row = m_edit->store().rowOfLine(LineIndex(50));
+    const RowIndex row = m_edit->store().rowOfLine(LineIndex(50));
     m_edit->setTopRow(row);
-    m_edit->setCursorPosition(row + 2, 1);
-    const qint64 cursor = m_edit->cursorOffset();
+    m_edit->setCursorPosition({ row + 2, 1 });
+    const Offset cursor = m_edit->cursorOffset();
     QFont font = m_edit->font();
     font.setPointSizeF(font.pointSizeF() * 2);
     const qreal height = m_edit->rowHeight();

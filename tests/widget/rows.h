@@ -11,7 +11,7 @@
 /// Text of one row without its line end.
 inline QString rowText(const QMultiLineEdit &edit, qint64 row)
 {
-    const TextStore::Row found = edit.store().row(row);
+    const TextStore::Row found = edit.store().row(RowIndex(row));
     return edit.store().text(found.start, found.length);
 }
 
@@ -26,16 +26,16 @@ inline void wrapAt(QMultiLineEdit &edit, qint64 columns)
 /// Puts text in wherever the cursor is.
 inline void insertAt(QMultiLineEdit &edit, const QString &text, qint64 row, qint64 column)
 {
-    const qint64 offset = edit.store().placeAt({ row, column }).offset;
-    edit.replace(offset, offset, text);
+    const Offset offset = edit.store().placeAt({ RowIndex(row), column }).offset;
+    edit.replace({ offset, offset }, text);
 }
 
 /// Takes a row out, with its line end where it has one.
 inline void removeRow(QMultiLineEdit &edit, qint64 row)
 {
-    const TextStore::Row gone = edit.store().row(row);
+    const TextStore::Row gone = edit.store().row(RowIndex(row));
     const bool hasLineEnd = gone.endsLine && row + 1 < edit.numLines();
-    edit.replace(gone.start, gone.start + gone.length + (hasLineEnd ? 1 : 0), {});
+    edit.replace({ gone.start, gone.end() + (hasLineEnd ? 1 : 0) }, {});
 }
 
 /// Whether anything runs that wakes the editor up later.

@@ -32,7 +32,7 @@ void TextCursorTest::startsAtTheStart()
 {
     const TextStore store = storeOf(u"text"_s);
     const TextCursor cursor(store);
-    QCOMPARE(cursor.place().offset, 0);
+    QCOMPARE(cursor.place().offset, Offset(0));
     QCOMPARE(cursor.position(), RowCol());
     QVERIFY(!cursor.hasSelection());
     QVERIFY(!cursor.goalX());
@@ -56,15 +56,15 @@ void TextCursorTest::selectionIsInTheOrderOfTheText()
     QFETCH(qint64, anchor);
     const TextStore store = storeOf(u"abc"_s);
     TextCursor cursor(store);
-    cursor.set({ place }, { anchor });
-    QTEST(cursor.selection().start, "start");
-    QTEST(cursor.selection().end, "end");
-    QTEST(cursor.selectionBegin().offset, "start");
-    QTEST(cursor.selectionEnd().offset, "end");
+    cursor.set({ Offset(place) }, { Offset(anchor) });
+    QTEST(cursor.selection().start.value(), "start");
+    QTEST(cursor.selection().end.value(), "end");
+    QTEST(cursor.selectionBegin().offset.value(), "start");
+    QTEST(cursor.selectionEnd().offset.value(), "end");
     QCOMPARE(cursor.hasSelection(), place != anchor);
-    cursor.set({ place });
+    cursor.set({ Offset(place) });
     QVERIFY(!cursor.hasSelection());
-    QCOMPARE(cursor.place().offset, place);
+    QCOMPARE(cursor.place().offset, Offset(place));
 }
 
 void TextCursorTest::moves_data()
@@ -92,9 +92,9 @@ void TextCursorTest::moves()
     QFETCH(Move, move);
     const TextStore store = storeOf(QString(before).remove(u'|'));
     TextCursor cursor(store);
-    cursor.set({ before.indexOf(u'|') });
-    QTEST(store.text().insert(cursor.target(move).offset, u'|'), "after");
-    QCOMPARE(cursor.place().offset, before.indexOf(u'|'));
+    cursor.set({ Offset(before.indexOf(u'|')) });
+    QTEST(store.text().insert(cursor.target(move).offset.value(), u'|'), "after");
+    QCOMPARE(cursor.place().offset, Offset(before.indexOf(u'|')));
 }
 
 /// Both are the same offset.
@@ -102,30 +102,30 @@ void TextCursorTest::rowEndIsNotTheNextRowsStart()
 {
     const TextStore store = storeOf(u"abcdef"_s, 3);
     TextCursor cursor(store);
-    cursor.set({ 1 });
+    cursor.set({ Offset(1) });
     cursor.set(cursor.target(Move::RowEnd));
-    QCOMPARE(cursor.position(), (RowCol{ 0, 3 }));
-    QCOMPARE(cursor.target(Move::RowStart).offset, 0);
-    cursor.set({ 3 });
-    QCOMPARE(cursor.position(), (RowCol{ 1, 0 }));
+    QCOMPARE(cursor.position(), (RowCol{ RowIndex(0), 3 }));
+    QCOMPARE(cursor.target(Move::RowStart).offset, Offset(0));
+    cursor.set({ Offset(3) });
+    QCOMPARE(cursor.position(), (RowCol{ RowIndex(1), 0 }));
 }
 
 void TextCursorTest::nearestIsInTheText_data()
 {
     QTest::addColumn<RowCol>("position");
     QTest::addColumn<qint64>("offset");
-    QTest::newRow("inside") << RowCol{ 1, 1 } << 4LL;
-    QTest::newRow("behind a row's end") << RowCol{ 0, 99 } << 2LL;
-    QTest::newRow("before a row's start") << RowCol{ 1, -5 } << 3LL;
-    QTest::newRow("below the last row") << RowCol{ 9, 1 } << 4LL;
-    QTest::newRow("above the first row") << RowCol{ -1, 1 } << 1LL;
+    QTest::newRow("inside") << RowCol{ RowIndex(1), 1 } << 4LL;
+    QTest::newRow("behind a row's end") << RowCol{ RowIndex(0), 99 } << 2LL;
+    QTest::newRow("before a row's start") << RowCol{ RowIndex(1), -5 } << 3LL;
+    QTest::newRow("below the last row") << RowCol{ RowIndex(9), 1 } << 4LL;
+    QTest::newRow("above the first row") << RowCol{ RowIndex(-1), 1 } << 1LL;
 }
 
 void TextCursorTest::nearestIsInTheText()
 {
     QFETCH(RowCol, position);
     const TextStore store = storeOf(u"ab\ncd"_s);
-    QTEST(TextCursor(store).nearest(position).offset, "offset");
+    QTEST(TextCursor(store).nearest(position).offset.value(), "offset");
 }
 
 void TextCursorTest::wholeLines_data()
@@ -143,7 +143,7 @@ void TextCursorTest::wholeLines()
 {
     QFETCH(qint64, offset);
     const TextStore store = storeOf(u"ab\n\ncd"_s);
-    const TextRange line = wholeLineAt(store, offset);
+    const TextRange line = wholeLineAt(store, Offset(offset));
     QTEST(store.text(line.start, line.end - line.start), "line");
 }
 

@@ -64,9 +64,9 @@ void TextDragTest::init()
 QPoint TextDragTest::at(qint64 column) const
 {
     const QMultiLineEdit &edit = *m_window->edit;
-    const auto x = edit.store().xAt({ 0, column }) / subpixelsPerPixel;
+    const auto x = edit.store().xAt({ RowIndex(0), column }) / subpixelsPerPixel;
     return edit.viewport()->mapTo(
-        m_window.get(), QPoint(edit.hMargin() + int(x), int(edit.cellRect(0).center().y())));
+        m_window.get(), QPoint(edit.hMargin() + int(x), int(edit.cellRect(RowIndex(0)).center().y())));
 }
 
 /// Drags the selected text behind the "f" and does something before it is dropped, in the loop of the drag.

@@ -47,17 +47,17 @@ void TextViewTest::goesAsFarAsThereIsText()
 {
     Shown shown(u"x\n"_s.repeated(99));
     TextView &view = shown.view;
-    QCOMPARE(view.lastTop(), 100 - view.visibleRows());
+    QCOMPARE(view.lastTop(), RowIndex(100 - view.visibleRows()));
     QCOMPARE(view.lastLeft(), 0);
-    view.setTop(1000);
+    view.setTop(RowIndex(1000));
     QCOMPARE(view.top(), view.lastTop());
-    view.setTop(-1);
-    QCOMPARE(view.top(), 0);
+    view.setTop(RowIndex(-1));
+    QCOMPARE(view.top(), RowIndex(0));
     view.setLeft(5);
     QCOMPARE(view.left(), 0);
 
     Shown wide(u"x"_s.repeated(1000));
-    QCOMPARE(wide.view.lastTop(), 0);
+    QCOMPARE(wide.view.lastTop(), RowIndex(0));
     QVERIFY(qreal(wide.view.lastLeft()) > 1000 * wide.format.measure().xWidth() - 300);
     QCOMPARE(wide.view.cellWidth(), wide.view.lastLeft() + 300);
 }
@@ -65,28 +65,28 @@ void TextViewTest::goesAsFarAsThereIsText()
 void TextViewTest::rowsStandBelowOneAnother()
 {
     Shown shown(u"x\n"_s.repeated(99));
-    shown.view.setTop(10);
-    for (const qint64 row : { 3, 10, 11, 40 }) {
+    shown.view.setTop(RowIndex(10));
+    for (const RowIndex row : { RowIndex(3), RowIndex(10), RowIndex(11), RowIndex(40) }) {
         const QRectF cell = shown.view.cellRect(row);
-        QCOMPARE(cell.top(), qreal(row - 10) * shown.view.rowHeight());
+        QCOMPARE(cell.top(), qreal(row - RowIndex(10)) * shown.view.rowHeight());
         QCOMPARE(shown.view.rowAt(cell.center().y()), row);
     }
-    shown.cursor.set({ 20 });
+    shown.cursor.set({ Offset(20) });
     QVERIFY(shown.view.isCursorRowVisible(200));
-    shown.cursor.set({ 18 });
+    shown.cursor.set({ Offset(18) });
     QVERIFY(!shown.view.isCursorRowVisible(200));
 }
 
 void TextViewTest::placesAreFoundWhereTheyStand()
 {
     Shown shown(u"one\ttwo\nth\u304bee"_s);
-    for (qint64 offset = 0; offset <= shown.store.length(); ++offset) {
+    for (Offset offset; offset <= shown.store.end(); ++offset) {
         shown.cursor.set({ offset });
         QCOMPARE(shown.view.placeAt(shown.view.cursorBox().center()).offset, offset);
         QCOMPARE(shown.view.cursorX(), shown.view.xOf(shown.cursor.position()));
     }
-    QCOMPARE(shown.view.placeAt({ -50, -50 }).offset, 0);
-    QCOMPARE(shown.view.placeAt({ 290, 190 }).offset, shown.store.length());
+    QCOMPARE(shown.view.placeAt({ -50, -50 }).offset, Offset(0));
+    QCOMPARE(shown.view.placeAt({ 290, 190 }).offset, shown.store.end());
 }
 
 void TextViewTest::selectedColumns_data()
@@ -110,11 +110,11 @@ void TextViewTest::selectedColumns()
     QFETCH(qint64, cursor);
     QFETCH(QString, composed);
     Shown shown(u"abc\ndef"_s);
-    shown.cursor.set({ cursor }, { anchor });
+    shown.cursor.set({ Offset(cursor) }, { Offset(anchor) });
     shown.preedit.text = composed;
     QStringList found;
     for (const qint64 row : { 0, 1 }) {
-        const auto columns = shown.view.selectedInRow(row);
+        const auto columns = shown.view.selectedInRow(RowIndex(row));
         found << (columns ? u"%1-%2"_s.arg(columns->begin).arg(columns->end) : u"-"_s);
     }
     QTEST(found.join(u' '), "columns");
@@ -123,17 +123,17 @@ void TextViewTest::selectedColumns()
 void TextViewTest::composedTextMovesWhatIsBehind()
 {
     Shown shown(u"abc"_s);
-    shown.cursor.set({ 1 });
-    const qreal before = shown.view.xOf({ 0, 1 });
-    const qreal behind = shown.view.xOf({ 0, 2 });
+    shown.cursor.set({ Offset(1) });
+    const qreal before = shown.view.xOf({ RowIndex(0), 1 });
+    const qreal behind = shown.view.xOf({ RowIndex(0), 2 });
     shown.preedit.text = u"xx"_s;
     shown.preedit.cursor = 1;
     const qreal x = shown.format.measure().xWidth();
-    QCOMPARE(shown.view.xOf({ 0, 1 }), before);
-    QCOMPARE(shown.view.xOf({ 0, 2 }), behind + 2 * x);
+    QCOMPARE(shown.view.xOf({ RowIndex(0), 1 }), before);
+    QCOMPARE(shown.view.xOf({ RowIndex(0), 2 }), behind + 2 * x);
     QCOMPARE(shown.view.cursorX(), before + x);
-    QCOMPARE(shown.view.composedInRow(0).column, 1);
-    QCOMPARE(shown.view.placeAtX(0, before + x).offset, 1);
+    QCOMPARE(shown.view.composedInRow(RowIndex(0)).column, 1);
+    QCOMPARE(shown.view.placeAtX(RowIndex(0), before + x).offset, Offset(1));
 }
 
 REGISTER_TEST(runWindowTest<TextViewTest>)

@@ -64,10 +64,10 @@ void WideRowsTest::cursorReachesTheEnd()
     DrawnText::press(*m_edit, u"End"_s);
     QVERIFY(m_edit->xOffset() > farthest);
     QVERIFY(view.contains(m_edit->cursorRect()));
-    QCOMPARE(m_edit->offsetAt(m_edit->cursorRect().center()), tabs + 3);
+    QCOMPARE(m_edit->offsetAt(m_edit->cursorRect().center()), Offset(tabs + 3));
     DrawnText::press(*m_edit, u"'x' Left*2"_s);
     QVERIFY(view.contains(m_edit->cursorRect()));
-    QCOMPARE(m_edit->offsetAt(m_edit->cursorRect().center()), tabs + 2);
+    QCOMPARE(m_edit->offsetAt(m_edit->cursorRect().center()), Offset(tabs + 2));
     QCOMPARE(rowText(*m_edit, 0).last(4), u"endx"_s);
     DrawnText::press(*m_edit, u"Down"_s);
     QCOMPARE(m_edit->xOffset(), 0);
@@ -91,7 +91,7 @@ void WideRowsTest::anyOffsetIsKept()
     for (const qint64 offset : { 0x7fffffffLL, 0x80000001LL, farthest - 12345, farthest }) {
         m_edit->setXOffset(offset);
         QCOMPARE(m_edit->xOffset(), offset);
-        QCOMPARE(m_edit->cellRect(0).left(), -qreal(offset));
+        QCOMPARE(m_edit->cellRect(RowIndex(0)).left(), -qreal(offset));
     }
     m_edit->setXOffset(std::numeric_limits<qint64>::max());
     QCOMPARE(m_edit->xOffset(), m_edit->cellWidth() - m_edit->viewport()->width());
