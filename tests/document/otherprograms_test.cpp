@@ -80,7 +80,7 @@ void OtherProgramsTest::noticesAWrite()
 void OtherProgramsTest::ownSaveIsNoNews()
 {
     const auto document = open("old\n");
-    document->replace(0, 0, u"very ");
+    document->replace(Offset(0), 0, u"very ");
     QCOMPARE(document->save(m_folder->path(), name).overtaken, Overtaken::No);
     QCOMPARE(document->fileChange(), FileChange::None);
     QCOMPARE(document->save(m_folder->path(), u"b.txt"_s).overtaken, Overtaken::No);
@@ -100,7 +100,7 @@ void OtherProgramsTest::savesOfAnotherDocumentAreNoNews()
     QVERIFY(m_folder->write(name, "of another program"));
     QCOMPARE(one->fileChange(), FileChange::Changed);
     QCOMPARE(two.fileChange(), FileChange::Changed);
-    one->replace(0, 0, u"one ");
+    one->replace(Offset(0), 0, u"one ");
     QCOMPARE(one->save(m_folder->path(), name).overtaken, Overtaken::ByProgram);
     QCOMPARE(two.fileChange(), FileChange::None);
     two.replace(Offset(0), 0, u"again ");
@@ -144,7 +144,7 @@ void OtherProgramsTest::saveKeepsTheOtherVersion()
 {
     QFETCH(bool, isReplaced);
     const auto document = open("old\n");
-    document->replace(0, 0, u"mine ");
+    document->replace(Offset(0), 0, u"mine ");
     if (isReplaced) {
         QVERIFY(m_folder->write(u"other"_s, "theirs\n"));
         QCOMPARE(::rename((m_folder->path() + u"other"_s).toUtf8().constData(), bytesName().constData()), 0);
@@ -272,7 +272,7 @@ void OtherProgramsTest::halfACharacterThatWasThereIsReadAgain()
 void OtherProgramsTest::growthIsNoEdit()
 {
     const auto document = open("a\n");
-    document->replace(0, 0, u"x");
+    document->replace(Offset(0), 0, u"x");
     document->undo();
     QVERIFY(append("b\n"));
     const QSignalSpy changed(document.get(), &TextDocument::changed);
@@ -286,7 +286,7 @@ void OtherProgramsTest::growthIsNoEdit()
 void OtherProgramsTest::editedTextDoesNotGrow()
 {
     const auto document = open("a\n");
-    document->replace(0, 0, u"x");
+    document->replace(Offset(0), 0, u"x");
     QVERIFY(append("b\n"));
     QCOMPARE(document->fileChange(), FileChange::Grown);
     QVERIFY(!document->readGrowth());
