@@ -9,7 +9,7 @@
 class BaseReading {
 public:
     /// Texts up to this many units are kept, for when their file is changed or gone.
-    static constexpr qint64 mostKept = qint64{ 16 } << 20;
+    static constexpr qint64 mostKept = qint64{ 8 } << 20;
 
     static bool isKept(const TextSnapshot &text) { return text.length() <= mostKept; }
 

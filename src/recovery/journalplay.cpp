@@ -257,14 +257,14 @@ TextStore keptBase(JournalReader &journal)
     return kept.finish();
 }
 
-void playJournal(JournalReader &journal, const JournalOutline &outline, JournalPlayer &player)
+bool playJournal(JournalReader &journal, const JournalOutline &outline, JournalPlayer &player)
 {
     EditPlayer edits(player);
     journal.rewind();
     for (qint64 commits = 0; commits < outline.commits;) {
         const auto record = journal.next();
-        if (!record) // a read error: the file was whole before
-            return;
+        if (!record)
+            return false;
         if (record->type == RecordType::Edit)
             EditReader::read(record->content, edits);
         if (record->type != RecordType::Commit)
@@ -272,4 +272,5 @@ void playJournal(JournalReader &journal, const JournalOutline &outline, JournalP
         edits.commit();
         ++commits;
     }
+    return true;
 }

@@ -17,10 +17,12 @@ JournalOutline outlineOf(JournalReader &journal);
 /// The text of the base as the journal keeps it; asked for only where `seen` says so.
 TextStore keptBase(JournalReader &journal);
 
-/// Makes the text of the base that of the last commit, edit by edit, on whatever has it.
+/// Makes a text that of the last commit, edit by edit.
 struct JournalPlayer {
     virtual ~JournalPlayer() = default;
     virtual const TextStore &store() const = 0;
     virtual void replace(Offset offset, qint64 removed, const TextPiece &inserted) = 0;
 };
-void playJournal(JournalReader &journal, const JournalOutline &outline, JournalPlayer &player);
+/// Whoever plays has the text of the base. False: the file, which could be read before, cannot be read now,
+/// and the text is an earlier one.
+bool playJournal(JournalReader &journal, const JournalOutline &outline, JournalPlayer &player);

@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr qint64 blockSize = 1 << 18;
+constexpr qint64 blockSize = 1 << 16;
 
 } // namespace
 
@@ -34,6 +34,7 @@ bool JournalReader::need(qint64 bytes)
         const ssize_t got =
             retried([&] { return m_calls.pread(m_file, m_block.data() + size, blockSize, m_offset); });
         m_block.resize(size + qMax<ssize_t>(got, 0));
+        m_hasFailed = m_hasFailed || got < 0;
         if (got <= 0)
             return false;
         m_offset += got;

@@ -14,6 +14,8 @@ public:
     void rewind();
     /// Nothing behind the last one that is whole.
     std::optional<JournalRecord> next();
+    /// The file could not be read, and there may be more.
+    bool hasFailed() const { return m_hasFailed; }
 
 private:
     bool need(qint64 bytes);
@@ -25,4 +27,5 @@ private:
     QByteArray m_block;
     qint64 m_used = 0; ///< bytes of it
     bool m_isStarted = false;
+    bool m_hasFailed = false;
 };

@@ -19,9 +19,10 @@ void JournalText::begin(const TextDocument &document, bool isFromFile)
     const TextStore &store = document.store();
     m_base = { document.path(), document.name(), isFromFile, -1, -1, document.charCode(),
         document.returnCode(), isFromFile ? store.length() : 0 };
-    m_baseText = std::make_shared<const TextSnapshot>(isFromFile ? TextSnapshot(store) : TextSnapshot());
-    m_changeOfBase = { {}, 0, isFromFile ? 0 : store.length() };
-    returnToBase();
+    m_baseEnd = endSpellingOf(store);
+    m_changeOfBase = {};
+    m_change = {};
+    drop();
 }
 
 void JournalText::drop()
@@ -36,6 +37,21 @@ void JournalText::returnToBase()
     m_change = m_changeOfBase;
 }
 
+/// Where the history does not have it, the journal begins with nothing.
+void JournalText::takeBase(const TextDocument &document)
+{
+    const TextPiece &origin = document.history().origin();
+    if (m_base.isFromFile && document.isUndoEnabled() && origin.length() == m_base.length) {
+        m_baseText = std::make_shared<const TextSnapshot>(origin, m_baseEnd);
+    } else {
+        m_base.isFromFile = false;
+        m_base.length = 0;
+        m_baseText = std::make_shared<const TextSnapshot>();
+        m_changeOfBase = { {}, 0, document.store().length() };
+    }
+    returnToBase();
+}
+
 void JournalText::note(const TextChange &change)
 {
     add(m_change, change);
@@ -44,6 +60,8 @@ void JournalText::note(const TextChange &change)
 
 std::shared_ptr<const JournalWrite> JournalText::next(const TextDocument &document, const JournalState &state)
 {
+    if (!m_baseText)
+        takeBase(document);
     if (!m_base.isFromFile) { // its name may be another one by now
         m_base.path = document.path();
         m_base.name = document.name();

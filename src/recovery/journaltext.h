@@ -7,7 +7,8 @@
 /// it was changed since. An edit costs a few words.
 class JournalText {
 public:
-    /// Begins with the text as it is now, which is that of the document's file, or with none.
+    /// Begins with the text as it is now, which is that of the document's file, or with none. No text is held
+    /// before there is something to be written: what it began with the history has.
     void begin(const TextDocument &document, bool isFromFile);
     /// Forgets all texts, for the memory they take; begin() must be next.
     void drop();
@@ -19,7 +20,10 @@ public:
     void returnToBase();
 
 private:
+    void takeBase(const TextDocument &document);
+
     JournalBase m_base;
+    std::optional<QByteArray> m_baseEnd; ///< what stood behind its text
     SharedSnapshot m_baseText;
     SharedSnapshot m_written;
     TextChange m_change; ///< since it was written

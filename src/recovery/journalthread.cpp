@@ -74,10 +74,12 @@ std::vector<WriteResult> JournalThread::collect()
     return std::exchange(m_results, {});
 }
 
-bool JournalThread::wait(std::chrono::steady_clock::time_point end)
+bool JournalThread::wait(Until until, std::chrono::steady_clock::time_point end)
 {
     std::unique_lock lock(m_mutex);
-    return m_isIdle.wait_until(lock, end, [this] { return m_orders.empty() && !m_isWorking; });
+    return m_isIdle.wait_until(lock, end, [this, until] {
+        return m_orders.empty() && !m_isWorking && (until == Until::AllWritten || !m_isAtLeisure);
+    });
 }
 
 void JournalThread::run()
@@ -101,9 +103,10 @@ bool JournalThread::takeOrders(std::deque<Order> &orders)
 {
     std::unique_lock lock(m_mutex);
     m_isWorking = isBusy();
+    m_isAtLeisure = turnAtLeisure() != nullptr;
     if (!m_isWorking && m_orders.empty())
         m_isIdle.notify_all();
-    if (!m_isWorking && !turnAtLeisure())
+    if (!m_isWorking && !m_isAtLeisure)
         m_hasOrders.wait(lock, [this] { return m_isEnding || !m_orders.empty(); });
     orders.swap(m_orders);
     m_isWorking = m_isWorking || !orders.empty();

@@ -48,8 +48,10 @@ public:
 
     /// What has come of the writes since the last call.
     std::vector<WriteResult> collect();
-    /// Until all orders are carried out or `end` has come; whether they are.
-    bool wait(std::chrono::steady_clock::time_point end);
+    enum class Until { AllWritten, NothingLeft };
+    /// Until all orders are carried out, or also what is done at leisure; or `end` has come. Whether it is
+    /// so.
+    bool wait(Until until, std::chrono::steady_clock::time_point end);
 
 private:
     struct Order {
@@ -86,6 +88,7 @@ private:
     std::vector<std::shared_ptr<const JournalWrite>> m_returned;
     std::vector<WriteResult> m_results;
     bool m_isWorking = false; ///< on orders that were taken
+    bool m_isAtLeisure = false; ///< there is something that can wait
     bool m_isEnding = false;
 
     std::thread m_thread;

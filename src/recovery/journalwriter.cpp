@@ -98,11 +98,10 @@ JournalWriter::Progress JournalWriter::step()
     return isWell ? Progress::More : failed(target().error());
 }
 
-/// The first file is there sooner without the base. One that was kept already is not given up for a moment.
+/// A base that is kept comes before the edits, so that no moment has the one without the other.
 bool JournalWriter::startNewFile()
 {
-    const bool isFirst = m_name.isEmpty();
-    if (isFirst) {
+    if (m_name.isEmpty()) {
         m_name = m_folder + newJournalName();
         findBaseFile();
     }
@@ -114,7 +113,7 @@ bool JournalWriter::startNewFile()
         m_baseReading.skip();
     } else if (BaseReading::isKept(*m_write->baseText)) {
         m_baseReading.restart();
-        m_stage = isFirst ? Stage::Parts : Stage::KeepBase;
+        m_stage = Stage::KeepBase;
     } else if (isSeen) {
         return m_baseReading.repeat(*m_next);
     }

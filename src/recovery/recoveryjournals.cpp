@@ -89,17 +89,18 @@ void RecoveryJournals::schedule()
 bool RecoveryJournals::flush(std::chrono::milliseconds limit)
 {
     const auto end = std::chrono::steady_clock::now() + limit;
+    using Until = JournalThread::Until;
     const auto isWritten = [](const auto &entry) { return entry.second->isWritten(); };
     // What is on its way has to arrive first; only then what was edited since can go.
     constexpr int mostRounds = 2;
     for (int round = 0; round < mostRounds && !std::ranges::all_of(m_journals, isWritten); ++round) {
         for (const auto &[document, journal] : m_journals)
             journal->writeNow();
-        m_thread.wait(end);
+        m_thread.wait(Until::AllWritten, end);
         collect();
     }
-    // Also for what only was to be removed.
-    return m_thread.wait(end) && std::ranges::all_of(m_journals, isWritten);
+    m_thread.wait(Until::NothingLeft, end);
+    return std::ranges::all_of(m_journals, isWritten);
 }
 
 void RecoveryJournals::collect()
@@ -134,7 +135,7 @@ Restored RecoveryJournals::restore(const LeftBehind &found, TextDocument &docume
     DocumentJournal *const journal = journalOf(document);
     const bool isRestored =
         restored.outcome != Restored::Outcome::NotPossible && restored.outcome != Restored::Outcome::InUse;
-    if (isRestored && journal)
+    if (isRestored && !restored.hasReadError && journal)
         journal->supersede(std::move(restored.journal));
     return restored;
 }

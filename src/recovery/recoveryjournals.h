@@ -45,7 +45,8 @@ public:
 
     /// Writes what is due by the clock; the timer calls it.
     void writeDue();
-    /// Writes all there is, within a time; whether all is on the disk.
+    /// Writes all there is, within a time; whether all is on the disk. Time that is left goes into keeping
+    /// the texts of files, for when those are changed.
     bool flush(std::chrono::milliseconds limit);
 
     /// Why there is no recovery, as errno; 0: there is.
@@ -56,7 +57,7 @@ public:
     /// Journals that other runs left behind. See findLeftBehind(), which may be called in any thread.
     std::vector<LeftBehind> leftBehind() const { return findLeftBehind(m_folder, m_calls); }
     /// Restores one into an attached document; see restore(). Its journal goes when the document has one of
-    /// its own or needs none; the result keeps it only where nothing was restored.
+    /// its own or needs none; the result has it where not all of it could be restored.
     Restored restore(const LeftBehind &found, TextDocument &document);
     /// The user does not want it; false if it is still there: in use, or the folder cannot be written.
     bool discard(const LeftBehind &found);

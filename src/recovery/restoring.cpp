@@ -7,8 +7,8 @@
 
 namespace {
 
-/// No text has this: it stands for units that are not known.
-constexpr QChar unknownUnit(0xDFFF);
+/// No file's text has this: it stands for units that are not known. A leaf of it takes one byte a unit.
+constexpr QChar unknownUnit(u'\0');
 
 class StorePlayer : public JournalPlayer {
 public:
@@ -59,6 +59,21 @@ TextPiece unknownText(qint64 length)
     return text;
 }
 
+qint64 unknownUnitsAtStart(const TextChunk &chunk)
+{
+    if (!chunk.isLatin1())
+        return std::ranges::find_if(chunk.utf16, [](QChar unit) { return unit != unknownUnit; })
+            - chunk.utf16.begin();
+    const auto isKnown = [](char unit) { return unit != '\0'; };
+    return std::ranges::find_if(chunk.latin1, isKnown) - chunk.latin1.begin();
+}
+
+qint64 knownUnitsAtStart(const TextChunk &chunk)
+{
+    const qint64 end = chunk.isLatin1() ? chunk.latin1.indexOf('\0') : chunk.utf16.indexOf(unknownUnit);
+    return end == -1 ? chunk.size() : end;
+}
+
 /// The text with a line in place of each part that is not known.
 TextStore withGaps(const TextStore &text)
 {
@@ -66,11 +81,8 @@ TextStore withGaps(const TextStore &text)
     bool isInGap = false;
     for (Offset at; at < text.end();) {
         TextChunk chunk = text.spelledChunkAt(at);
-        const bool isGap = !chunk.isLatin1() && chunk.utf16.startsWith(unknownUnit);
-        if (!chunk.isLatin1()) {
-            const auto differs = [isGap](QChar unit) { return (unit == unknownUnit) != isGap; };
-            chunk.truncate(std::ranges::find_if(chunk.utf16, differs) - chunk.utf16.begin());
-        }
+        const bool isGap = text.at(at) == unknownUnit;
+        chunk.truncate(isGap ? unknownUnitsAtStart(chunk) : knownUnitsAtStart(chunk));
         at += chunk.size();
         if (isGap && !isInGap)
             known.append(QByteArrayView("\n[...]\n"));
@@ -146,11 +158,17 @@ private:
             && textHashOf(store, m_outline.base.length) == m_outline.seen->hash;
     }
 
+    bool playOnDocument()
+    {
+        DocumentPlayer player(m_document);
+        return playJournal(m_journal, m_outline, player);
+    }
+
     Restored::Outcome editBase()
     {
-        {
-            DocumentPlayer player(m_document);
-            playJournal(m_journal, m_outline, player);
+        if (!playOnDocument()) {
+            m_document.startNew(m_outline.base.name, codes(), byteCodecOf(m_outline.state.byteCodec));
+            return Restored::Outcome::NotPossible;
         }
         m_document.chooseCodes(codes());
         return Restored::Outcome::Edited;
@@ -173,10 +191,13 @@ private:
     Restored::Outcome writeAnew(TextStore &&text, bool isKnown)
     {
         StorePlayer player(text);
-        playJournal(m_journal, m_outline, player);
+        const bool isPlayed =
+            text.length() == m_outline.base.length && playJournal(m_journal, m_outline, player);
         if (!isKnown)
             text = withGaps(text);
         m_document.startNew(m_outline.base.name, codes(), byteCodecOf(m_outline.state.byteCodec));
+        if (!isPlayed)
+            return Restored::Outcome::NotPossible;
         m_document.replace({}, 0, text.piece({}, text.length()));
         return isKnown ? Restored::Outcome::New : Restored::Outcome::Parts;
     }
@@ -201,9 +222,9 @@ Restored restore(const QByteArray &name, TextDocument &document, const FileCalls
     JournalReader journal(restored.journal.file(), calls);
     const JournalOutline outline = outlineOf(journal);
     restored.path = outline.base.path;
-    if (outline.commits == 0)
-        return restored;
-    restored.outcome = Restoring(journal, outline, document, calls).run();
+    if (outline.commits > 0)
+        restored.outcome = Restoring(journal, outline, document, calls).run();
+    restored.hasReadError = journal.hasFailed();
     restored.place = clamped(outline.state.place, document.store().end());
     return restored;
 }

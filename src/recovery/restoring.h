@@ -14,12 +14,15 @@ struct Restored {
         /// The same, but of the file nothing is known any more: only what was written near the edits is
         /// there, with lines "[...]" between.
         Parts,
-        NotPossible, ///< nothing in the journal is whole; the document is as it was
+        /// Nothing in the journal is whole, and the document is as it was; or it cannot be read just now, and
+        /// the document may be a new one without text.
+        NotPossible,
         InUse, ///< another program restores or has restored it, or it is gone; the document is as it was
     };
     Outcome outcome = Outcome::NotPossible;
     ViewPlace place; ///< within the text
     QString path; ///< of the document's file as it was, whatever has become of it; empty for none
+    bool hasReadError = false; ///< there may be more in the journal than could be read now
     ClaimedJournal journal; ///< locked against others, until it is discarded or superseded
 };
 

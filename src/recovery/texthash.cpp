@@ -8,20 +8,28 @@ void TextHash::add(const TextChunk &chunk)
 {
     if (chunk.spelling)
         m_spellings = checksumOf(*chunk.spelling, m_spellings ^ quint64(chunk.offset.value()));
-    for (const char unit : chunk.latin1)
-        add(char16_t(uchar(unit)));
-    for (const QChar unit : chunk.utf16)
-        add(unit.unicode());
+    if (chunk.isLatin1())
+        add(reinterpret_cast<const uchar *>(chunk.latin1.data()), chunk.size());
+    else
+        add(chunk.utf16.utf16(), chunk.size());
 }
 
-void TextHash::add(char16_t unit)
+template <typename Unit> void TextHash::add(const Unit *units, qint64 count)
 {
-    m_block[size_t(m_pending++)] = qToLittleEndian(quint16(unit));
-    if (m_pending < blockUnits)
-        return;
-    m_units =
-        checksumOf(QByteArrayView(reinterpret_cast<const char *>(m_block.data()), sizeof m_block), m_units);
-    m_pending = 0;
+    while (count > 0) {
+        const qint64 taken = qMin(count, blockUnits - m_pending);
+        quint16 *const block = m_block.data() + m_pending;
+        for (qint64 i = 0; i < taken; ++i)
+            block[i] = qToLittleEndian(quint16(units[i]));
+        m_pending += taken;
+        units += taken;
+        count -= taken;
+        if (m_pending < blockUnits)
+            return;
+        m_units = checksumOf(
+            QByteArrayView(reinterpret_cast<const char *>(m_block.data()), sizeof m_block), m_units);
+        m_pending = 0;
+    }
 }
 
 quint64 TextHash::result() const

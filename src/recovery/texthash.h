@@ -11,10 +11,10 @@ public:
     quint64 result() const;
 
 private:
-    void add(char16_t unit);
+    template <typename Unit> void add(const Unit *units, qint64 count);
 
     static constexpr qsizetype blockUnits = 2048;
-    std::array<quint16, blockUnits> m_block; ///< little-endian
+    std::array<quint16, blockUnits> m_block{}; ///< little-endian
     qsizetype m_pending = 0;
     quint64 m_units = 0;
     quint64 m_spellings = 0;

@@ -111,11 +111,21 @@ private:
 } // namespace
 
 TextSnapshot::TextSnapshot(const TextStore &store)
-    : m_text(store.piece({}, store.length()))
-    , m_length(store.length())
+    : TextSnapshot(store.piece({}, store.length()), endSpellingOf(store))
 {
-    if (const auto spelling = store.spelledChunkAt(store.end()).spelling)
-        m_endSpelling = spelling->toByteArray();
+}
+
+TextSnapshot::TextSnapshot(TextPiece text, std::optional<QByteArray> endSpelling)
+    : m_text(std::move(text))
+    , m_length(m_text.length())
+    , m_endSpelling(std::move(endSpelling))
+{
+}
+
+std::optional<QByteArray> endSpellingOf(const TextStore &store)
+{
+    const auto spelling = store.spelledChunkAt(store.end()).spelling;
+    return spelling ? std::optional(spelling->toByteArray()) : std::nullopt;
 }
 
 TextChunk TextSnapshot::spelledChunkAt(Offset offset) const

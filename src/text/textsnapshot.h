@@ -16,6 +16,8 @@ class TextSnapshot {
 public:
     TextSnapshot() = default;
     explicit TextSnapshot(const TextStore &store);
+    /// Of a text that there was; with what stood behind it.
+    TextSnapshot(TextPiece text, std::optional<QByteArray> endSpelling);
 
     qint64 length() const { return m_length; }
     Offset end() const { return Offset(m_length); }
@@ -28,6 +30,9 @@ private:
     qint64 m_length = 0;
     std::optional<QByteArray> m_endSpelling;
 };
+
+/// What stood behind a text in its file, as TextSnapshot has it.
+std::optional<QByteArray> endSpellingOf(const TextStore &store);
 
 /// Where a part of a text is to be had.
 struct TextPart {

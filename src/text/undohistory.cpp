@@ -288,6 +288,11 @@ bool UndoHistory::canRedo() const
     return d->done < d->steps.size();
 }
 
+const TextPiece &UndoHistory::origin() const
+{
+    return d->origin;
+}
+
 void UndoHistory::clear()
 {
     d->steps.clear();

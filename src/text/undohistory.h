@@ -40,6 +40,8 @@ public:
     void setDepth(int steps);
     bool canUndo() const;
     bool canRedo() const;
+    /// The text before the oldest step that can be undone; while there is one.
+    const TextPiece &origin() const;
     void clear();
 
     /// Edits the store and records it: a deletion, an insertion, or one and the other as a group. Forgets

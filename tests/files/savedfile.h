@@ -15,13 +15,22 @@
 /// A fault table's decision: 0 lets the call through, else it fails with that error.
 using Fault = std::function<int(const QByteArray &call)>;
 
+/// What a call returns that fails.
+template <typename Result> Result failure()
+{
+    if constexpr (std::is_pointer_v<Result>)
+        return nullptr;
+    else
+        return -1;
+}
+
 template <typename Result, typename... Args>
 void guard(std::function<Result(Args...)> &call, const char *name, const Fault &fault)
 {
     call = [inner = call, name, fault](Args... args) -> Result {
         if (const int error = fault(name)) {
             errno = error;
-            return -1;
+            return failure<Result>();
         }
         return inner(args...);
     };
@@ -50,6 +59,9 @@ inline FileCalls withFaults(FileCalls calls, const Fault &fault)
     guard(calls.flock, "flock", fault);
     guard(calls.access, "access", fault);
     guard(calls.statvfs, "statvfs", fault);
+    guard(calls.opendir, "opendir", fault);
+    guard(calls.readdir, "readdir", fault);
+    guard(calls.closedir, "closedir", fault);
     return calls;
 }
 

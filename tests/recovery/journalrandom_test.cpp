@@ -1,0 +1,235 @@
+#include "recovery/texthash.h"
+#include "tests/recovery/journalbytes.h"
+#include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "tests/text/textalphabet.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using Outcome = Restored::Outcome;
+
+namespace {
+
+/// A text with its spellings.
+struct KnownText {
+    QString text;
+    quint64 hash = 0;
+    FileCodes codes;
+};
+
+KnownText textOf(const TextDocument &document)
+{
+    const TextStore &store = document.store();
+    return { store.text(), textHashOf(store, store.length()),
+        { document.charCode(), document.returnCode() } };
+}
+
+QByteArray randomBytes(RandomText &random, CharCode code)
+{
+    static const QList<QByteArray> jis{ "\x1b$B", "\x1b(B", "\x1b(J", "\x1b$@", "$\"", "$$", "a", "\n",
+        "\x1b" };
+    static const QList<QByteArray> others{ "a", "b", "\n", "\r\n", "\x82\xa0", "\x81\x45", "\x87\x90",
+        "\x81\xe0", "\xfa\x54", "\x80", "\xff", "\xe3\x81\x82", "\xe3\x81", "\xa4\xa2" };
+    const QList<QByteArray> &parts = code == CharCode::Jis ? jis : others;
+    QByteArray bytes;
+    for (qint64 count = random.below(60); count > 0; --count)
+        bytes += parts.at(random.below(parts.size()));
+    return bytes;
+}
+
+} // namespace
+
+/// Random documents, edited, saved and killed, and journals cut and damaged anywhere.
+class JournalRandomTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void lastWholeCommitComesBack_data();
+    void lastWholeCommitComesBack();
+    void everyByteMayBeTheLast();
+    void grownJournalIsMadeAnew();
+
+private:
+    void edit(TextDocument &document, RandomText &random) const;
+    void noteWrite(const Run &run);
+    void checkCut(qsizetype size, const QByteArray &bytes);
+    void checkDamaged(const QByteArray &bytes, RandomText &random);
+    QList<KnownText> m_texts; ///< by the commits in the journal
+    std::unique_ptr<RecoveryFolder> m_folder;
+};
+
+void JournalRandomTest::lastWholeCommitComesBack_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<quint32>("seed");
+    const std::pair<const char *, CharCode> codes[] = { { "UTF-8", CharCode::Utf8 },
+        { "Shift-JIS", CharCode::ShiftJis }, { "EUC", CharCode::Euc }, { "JIS", CharCode::Jis } };
+    for (const auto &[name, code] : codes) {
+        for (quint32 seed = seedOr(1); seed < seedOr(1) + 3; ++seed)
+            QTest::addRow("%s, seed %u", name, seed) << int(code) << seed;
+    }
+}
+
+void JournalRandomTest::edit(TextDocument &document, RandomText &random) const
+{
+    const TextStore &store = document.store();
+    const qint64 at = random.below(store.length() + 1);
+    const qint64 removed = random.below(qMin<qint64>(9, store.length() - at) + 1);
+    switch (random.below(8)) {
+    case 0:
+        if (document.history().canUndo())
+            document.undo();
+        break;
+    case 1:
+        if (document.history().canRedo())
+            document.redo();
+        break;
+    case 2:
+    case 3: {
+        const qint64 from = random.below(store.length() + 1);
+        const TextPiece piece = store.piece(from, random.below(store.length() - from + 1));
+        if (store.length() < 2000)
+            document.replace(at, removed, piece);
+        break;
+    }
+    default:
+        document.replace(at, removed, random.text(random.below(6)), TextDocument::Joining::Never);
+    }
+}
+
+void JournalRandomTest::noteWrite(const Run &run)
+{
+    const qsizetype commits = JournalBytes::commitsIn(JournalBytes::only(*m_folder));
+    if (commits == 0)
+        m_texts.clear();
+    else if (commits > m_texts.size() || commits == 1) {
+        m_texts.resize(commits - 1);
+        m_texts.append(textOf(run.document));
+    }
+}
+
+void JournalRandomTest::lastWholeCommitComesBack()
+{
+    QFETCH(int, code);
+    QFETCH(quint32, seed);
+    RandomText random(seed);
+    for (int life = 0; life < 2; ++life) {
+        m_folder = std::make_unique<RecoveryFolder>();
+        m_texts.clear();
+        QByteArray bytes;
+        {
+            Run run(*m_folder);
+            const QString path = m_folder->documents().path();
+            QVERIFY(m_folder->documents().write(u"file"_s, randomBytes(random, CharCode(code))));
+            if (!random.chance(4))
+                QVERIFY(
+                    !run.document.load(path, u"file"_s, CharCode(code), { CharCode(code), ReturnCode::Lf }));
+            for (int step = 0; step < 60; ++step) {
+                edit(run.document, random);
+                if (random.chance(20)) {
+                    run.document.save(path, u"file"_s, CharCode(code));
+                    run.document.replace(0, 0, u"x");
+                }
+                if (random.chance(4)) {
+                    QVERIFY(run.pause());
+                    noteWrite(run);
+                }
+            }
+            bytes = JournalBytes::only(*m_folder);
+        }
+        if (m_texts.isEmpty())
+            continue;
+        for (int cut = 0; cut < 6; ++cut)
+            checkCut(random.below(bytes.size() + 1), bytes);
+        checkCut(bytes.size(), bytes);
+        for (int damage = 0; damage < 6; ++damage)
+            checkDamaged(bytes, random);
+    }
+}
+
+void JournalRandomTest::everyByteMayBeTheLast()
+{
+    m_folder = std::make_unique<RecoveryFolder>();
+    m_texts.clear();
+    {
+        Run run(*m_folder);
+        QVERIFY(m_folder->documents().write(u"file"_s, "\x82\xa0 \x81\x45\n"));
+        QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, CharCode::ShiftJis, {}));
+        for (const QString &text : { u"a"_s, u"\u3042"_s }) {
+            run.document.replace(1, 0, text);
+            QVERIFY(run.pause());
+            noteWrite(run);
+        }
+    }
+    const QByteArray bytes = JournalBytes::only(*m_folder);
+    QCOMPARE(m_texts.size(), 2);
+    for (qsizetype cut = 0; cut <= bytes.size(); ++cut)
+        checkCut(cut, bytes);
+}
+
+void JournalRandomTest::checkCut(qsizetype size, const QByteArray &bytes)
+{
+    RecoveryFolder other;
+    const LeftBehind left = JournalBytes::put(other, bytes.first(size));
+    findLeftBehind(other.journals());
+    const qsizetype commits = JournalBytes::commitsIn(bytes.first(size));
+    TextDocument document;
+    const Restored restored = restore(left.journal, document);
+    if (commits == 0) {
+        QCOMPARE(restored.outcome, Outcome::NotPossible);
+        return;
+    }
+    QVERIFY(restored.outcome == Outcome::Edited || restored.outcome == Outcome::New);
+    const KnownText expected = m_texts.at(commits - 1);
+    const KnownText found = textOf(document);
+    QCOMPARE(found.text, expected.text);
+    QCOMPARE(found.hash, expected.hash);
+    QCOMPARE(found.codes.charCode, expected.codes.charCode);
+    QCOMPARE(found.codes.returnCode, expected.codes.returnCode);
+}
+
+/// Bytes that another program wrote, or a bad disk: what is before them comes back.
+void JournalRandomTest::checkDamaged(const QByteArray &bytes, RandomText &random)
+{
+    QByteArray damaged = bytes;
+    const qint64 at = random.below(bytes.size());
+    damaged[at] = char(damaged[at] ^ (1 + random.below(255)));
+    RecoveryFolder other;
+    const LeftBehind left = JournalBytes::put(other, damaged);
+    TextDocument document;
+    const Restored restored = restore(left.journal, document);
+    const qsizetype commits = JournalBytes::commitsIn(damaged);
+    if (commits == 0) {
+        QCOMPARE(restored.outcome, Outcome::NotPossible);
+        return;
+    }
+    if (restored.outcome == Outcome::Parts) // the base cannot be known
+        return;
+    QCOMPARE(document.store().text(), m_texts.at(commits - 1).text);
+}
+
+void JournalRandomTest::grownJournalIsMadeAnew()
+{
+    m_folder = std::make_unique<RecoveryFolder>();
+    QString expected;
+    {
+        Run run(*m_folder);
+        QVERIFY(m_folder->documents().write(u"file"_s, QByteArray(100000, 'a')));
+        QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, {}, {}));
+        for (char16_t letter = u'b'; letter < u'm'; ++letter) {
+            run.document.replace(0, run.document.store().length() - 500, QString(1 << 20, letter));
+            QVERIFY(run.pause());
+            QVERIFY(JournalBytes::only(*m_folder).size() < qsizetype{ 12 } << 20);
+        }
+        QVERIFY(JournalBytes::commitsIn(JournalBytes::only(*m_folder)) < 11);
+        expected = run.text();
+    }
+    QVERIFY(m_folder->documents().write(u"file"_s, "another"));
+    TextDocument document;
+    QCOMPARE(restore(m_folder->leftBehind().at(0).journal, document).outcome, Outcome::New);
+    QCOMPARE(document.store().text(), expected);
+}
+
+REGISTER_TEST(runCoreTest<JournalRandomTest>)
+#include "journalrandom_test.moc"

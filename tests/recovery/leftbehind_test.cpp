@@ -1,0 +1,249 @@
+#include "recovery/claimedjournal.h"
+#include "recovery/texthash.h"
+#include "tests/recovery/journalbytes.h"
+#include "tests/testprogram.h"
+
+#include <QTest>
+
+#include <csignal>
+
+#include <sys/file.h>
+#include <sys/wait.h>
+
+using namespace Qt::StringLiterals;
+using Outcome = Restored::Outcome;
+
+/// What is found at a start, whatever there is.
+class LeftBehindTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { m_folder = std::make_unique<RecoveryFolder>(); }
+
+    void noFolderIsNothing();
+    void newestComesFirst();
+    void whateverIsInTheFolder();
+    void unfinishedFilesAreCleared();
+    void aThousandJournals();
+    void killedProgramLeavesItsJournal();
+    void linksAreNotFollowed();
+    void textIsKnownByItsUnitsNotItsLeaves();
+    void largeBase_data();
+    void largeBase();
+    void longSpellingComesBack();
+
+private:
+    void makeFile(const QByteArray &name, const QByteArray &content = {}) const
+    {
+        QFile file(QFile::decodeName(m_folder->journals() + name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), content.size());
+    }
+    void makeFolder() const { QVERIFY(QDir().mkpath(QFile::decodeName(m_folder->journals()))); }
+    void leave(const QString &text)
+    {
+        Run run(*m_folder);
+        run.document.replace(0, 0, text);
+        QVERIFY(run.pause());
+    }
+    std::unique_ptr<RecoveryFolder> m_folder;
+};
+
+void LeftBehindTest::noFolderIsNothing()
+{
+    QVERIFY(m_folder->leftBehind().empty());
+}
+
+void LeftBehindTest::newestComesFirst()
+{
+    leave(u"one"_s);
+    leave(u"three"_s);
+    const auto found = m_folder->leftBehind();
+    QCOMPARE(found.size(), 2U);
+    QVERIFY(found[0].time >= found[1].time);
+}
+
+void LeftBehindTest::whateverIsInTheFolder()
+{
+    leave(u"text"_s);
+    makeFile("empty.journal");
+    makeFile("magic.journal", journalMagic().toByteArray());
+    makeFile("foreign.journal", QByteArray(100000, '\xff'));
+    makeFile("other.txt", "text");
+    makeFile("huge.journal");
+    QCOMPARE(truncate((m_folder->journals() + "huge.journal").constData(), off_t{ 1 } << 40), 0);
+    QCOMPARE(mkfifo((m_folder->journals() + "fifo.journal").constData(), 0600), 0);
+    QCOMPARE(mkdir((m_folder->journals() + "folder.journal").constData(), 0700), 0);
+    QCOMPARE(symlink("nowhere", (m_folder->journals() + "link.journal").constData()), 0);
+    const QStringList before = m_folder->files();
+    QCOMPARE(m_folder->leftBehind().size(), 1U);
+    for (const QString &name : before) {
+        TextDocument document;
+        const QByteArray journal = m_folder->journals() + QFile::encodeName(name);
+        const Outcome outcome = restore(journal, document).outcome;
+        const bool isNone = outcome == Outcome::NotPossible || outcome == Outcome::InUse;
+        QCOMPARE(isNone, journal != m_folder->leftBehind().at(0).journal);
+    }
+    QCOMPARE(m_folder->files(), before);
+}
+
+void LeftBehindTest::unfinishedFilesAreCleared()
+{
+    makeFolder();
+    makeFile(".unfinished-a", "Marlo");
+    makeFile(".unfinished-b", "Marlo");
+    const int locked = open((m_folder->journals() + ".unfinished-b").constData(), O_RDWR | O_CLOEXEC);
+    QCOMPARE(flock(locked, LOCK_EX | LOCK_NB), 0);
+    QVERIFY(m_folder->leftBehind().empty());
+    QCOMPARE(m_folder->files(), QStringList(u".unfinished-b"_s));
+    close(locked);
+    QVERIFY(m_folder->leftBehind().empty());
+    QCOMPARE(m_folder->files(), QStringList());
+}
+
+void LeftBehindTest::aThousandJournals()
+{
+    leave(u"text"_s);
+    const QByteArray bytes = JournalBytes::only(*m_folder);
+    constexpr int many = 1000;
+    for (int i = 1; i < many; ++i)
+        makeFile(QByteArray::number(i) + ".journal", i % 2 == 0 ? bytes : bytes.first(i % bytes.size()));
+    const auto found = m_folder->leftBehind();
+    QVERIFY(found.size() >= many / 2);
+    QVERIFY(std::ranges::all_of(found, [](const LeftBehind &one) { return one.name == u"new"; }));
+}
+
+/// Another process holds its journal until it is killed; its number says nothing.
+void LeftBehindTest::killedProgramLeavesItsJournal()
+{
+    int pipes[2];
+    QCOMPARE(pipe(pipes), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        Run run(*m_folder);
+        run.document.replace(0, 0, u"its text");
+        const char written = run.pause() ? 'y' : 'n';
+        if (write(pipes[1], &written, 1) == 1)
+            pause();
+        _exit(1);
+    }
+    char written = 'n';
+    QCOMPARE(read(pipes[0], &written, 1), ssize_t{ 1 });
+    QCOMPARE(written, 'y');
+    QCOMPARE(m_folder->files().size(), 1);
+    QVERIFY(m_folder->leftBehind().empty());
+    const QByteArray journal = m_folder->journals() + QFile::encodeName(m_folder->files().at(0));
+    TextDocument document;
+    QCOMPARE(restore(journal, document).outcome, Outcome::InUse);
+    kill(child, SIGKILL);
+    QCOMPARE(waitpid(child, nullptr, 0), child);
+    close(pipes[0]);
+    close(pipes[1]);
+    QCOMPARE(m_folder->leftBehind().size(), 1U);
+    QCOMPARE(restore(journal, document).outcome, Outcome::New);
+    QCOMPARE(document.store().text(), u"its text"_s);
+}
+
+/// A link that somebody put there leads nowhere.
+void LeftBehindTest::linksAreNotFollowed()
+{
+    leave(u"text"_s);
+    const QByteArray journal = m_folder->leftBehind().at(0).journal;
+    const QByteArray moved = QFile::encodeName(m_folder->documents().path()) + "moved";
+    QCOMPARE(rename(journal.constData(), moved.constData()), 0);
+    QCOMPARE(symlink(moved.constData(), journal.constData()), 0);
+    QVERIFY(m_folder->leftBehind().empty());
+    QVERIFY(!ClaimedJournal::claim(journal, FileCalls::system()));
+}
+
+void LeftBehindTest::textIsKnownByItsUnitsNotItsLeaves()
+{
+    TextStore one;
+    TextStore other;
+    const QString text = QString(9000, u'a') + u"\u3042"_s + QString(3000, u'b');
+    one.replace(0, 0, text);
+    for (qsizetype i = text.size() - 1; i >= 0; --i)
+        other.replace(0, 0, QStringView(text).sliced(i, 1));
+    QCOMPARE(textHashOf(one, text.size()), textHashOf(other, text.size()));
+    QCOMPARE(textHashOf(one, 5000), textHashOf(other, 5000));
+    other.replace(11000, 1, u"c");
+    QVERIFY(textHashOf(one, text.size()) != textHashOf(other, text.size()));
+    QCOMPARE(textHashOf(one, 11000), textHashOf(other, 11000));
+}
+
+void LeftBehindTest::largeBase_data()
+{
+    QTest::addColumn<int>("lines"); // of 100 bytes
+    QTest::addColumn<int>("change");
+    QTest::addColumn<int>("outcome");
+    QTest::newRow("100 MB, unchanged") << 1000000 << 0 << int(Outcome::Edited);
+    QTest::newRow("touched") << 100000 << 1 << int(Outcome::Edited);
+    QTest::newRow("grown") << 100000 << 2 << int(Outcome::New);
+    QTest::newRow("another") << 100000 << 3 << int(Outcome::Parts);
+    QTest::newRow("gone") << 100000 << 4 << int(Outcome::Parts);
+}
+
+/// Of a file this long the journal keeps no copy.
+void LeftBehindTest::largeBase()
+{
+    QFETCH(int, lines);
+    QFETCH(int, change);
+    QFETCH(int, outcome);
+    const QByteArray line = QByteArray(99, 'a') + '\n';
+    const QByteArray content = line.repeated(lines);
+    const QString name = m_folder->documents().path() + u"file"_s;
+    QVERIFY(m_folder->documents().write(u"file"_s, content));
+    qint64 length = 0;
+    {
+        Run run(*m_folder);
+        QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, {}, {}));
+        run.document.replace(5000000, 3, u"edited");
+        run.document.replace(5, 0, u"also edited");
+        QVERIFY(run.pause());
+        length = run.document.store().length();
+    }
+    QVERIFY(JournalBytes::only(*m_folder).size() < 65536);
+    if (change == 1)
+        QVERIFY(QFile(name).open(QIODevice::Append));
+    else if (change == 2)
+        QVERIFY(m_folder->documents().write(u"file"_s, content + "more\n"));
+    else if (change == 3)
+        QVERIFY(m_folder->documents().write(u"file"_s, "b" + content));
+    else if (change == 4)
+        QVERIFY(QFile::remove(name));
+    TextDocument document;
+    QCOMPARE(int(restore(m_folder->leftBehind().at(0).journal, document).outcome), outcome);
+    const TextStore &store = document.store();
+    if (outcome == int(Outcome::Parts)) {
+        QVERIFY(store.text().startsWith(u"\n[...]\n"));
+        QVERIFY(store.text().contains(u"also edited"));
+        QVERIFY(store.text().contains(u"aedited"_s) || store.text().contains(u"\nedited"_s));
+        return;
+    }
+    QCOMPARE(store.length(), length);
+    QCOMPARE(store.text(0, 20), u"aaaaaalso editedaaaa"_s);
+    QCOMPARE(store.text(5000000, 20), u"aaaaaaaaaa\neditedaaa"_s);
+}
+
+/// Designations that say nothing, one after the other, are one spelling of any length.
+void LeftBehindTest::longSpellingComesBack()
+{
+    const QByteArray content = "a" + QByteArray("\x1b$B\x1b(B").repeated(60000) + "b\n";
+    QVERIFY(m_folder->documents().write(u"file"_s, content));
+    {
+        Run run(*m_folder);
+        QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, CharCode::Jis, {}));
+        QCOMPARE(run.text(), u"ab\n"_s);
+        run.document.replace(0, 0, u"x");
+        QVERIFY(run.pause());
+    }
+    QVERIFY(m_folder->documents().write(u"file"_s, "another"));
+    TextDocument document;
+    QCOMPARE(restore(m_folder->leftBehind().at(0).journal, document).outcome, Outcome::New);
+    QCOMPARE(
+        document.save(m_folder->documents().path(), u"restored"_s).outcome, SaveResult::Outcome::Written);
+    QCOMPARE(m_folder->documents().read(u"restored"_s), "x" + content);
+}
+
+REGISTER_TEST(runCoreTest<LeftBehindTest>)
+#include "leftbehind_test.moc"
