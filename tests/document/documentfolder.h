@@ -4,6 +4,9 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+/// Of the one file of a test that needs no more.
+inline const QString fileName = QStringLiteral("a.txt");
+
 /// Files of one test, in a folder that goes away with it.
 class DocumentFolder {
 public:

@@ -12,7 +12,6 @@ Q_DECLARE_METATYPE(ReturnCode)
 
 namespace {
 
-const QString name = u"a.txt"_s;
 const QByteArray oldContent = "the old content\n";
 const qint64 blockCount = 8; ///< of the texts here, at least
 
@@ -105,14 +104,14 @@ void EndOrderTest::saveIsGivenUp()
 {
     QFETCH(ReturnCode, lineEnd);
     QFETCH(int, call);
-    QVERIFY(m_folder->write(name, oldContent));
+    QVERIFY(m_folder->write(fileName, oldContent));
     const FileCalls calls = orderingCalls(call);
     TextDocument document({}, calls);
     document.replace(Offset(0), 0, QString::fromLatin1(longContent()));
-    const SaveResult result = document.save(m_folder->path(), name, CharCode::Utf8, lineEnd);
+    const SaveResult result = document.save(m_folder->path(), fileName, CharCode::Utf8, lineEnd);
     QCOMPARE(int(result.outcome), int(SaveResult::Outcome::NotWritten));
-    QCOMPARE(m_folder->read(name), oldContent);
-    QCOMPARE(m_obeyed, QList<QStringList>{ { name } });
+    QCOMPARE(m_folder->read(fileName), oldContent);
+    QCOMPARE(m_obeyed, QList<QStringList>{ { fileName } });
     QVERIFY(document.isEdited());
     QVERIFY(document.history().canUndo());
     QCOMPARE(document.name(), QString());
@@ -124,15 +123,15 @@ void EndOrderTest::saveThatIsWrittenIsNot()
     const FileCalls calls = orderingCalls(1);
     TextDocument document({}, calls);
     document.replace(Offset(0), 0, u"short"_s);
-    const SaveResult result = document.save(m_folder->path(), name, CharCode::Utf8);
+    const SaveResult result = document.save(m_folder->path(), fileName, CharCode::Utf8);
     QCOMPARE(int(result.outcome), int(SaveResult::Outcome::Written));
-    QCOMPARE(m_folder->read(name), QByteArray("short"));
+    QCOMPARE(m_folder->read(fileName), QByteArray("short"));
     QVERIFY(m_obeyed.isEmpty());
 }
 
 void EndOrderTest::readingIsLeft()
 {
-    QVERIFY(m_folder->write(name, longContent()));
+    QVERIFY(m_folder->write(fileName, longContent()));
     const FileCalls calls = orderingCalls(1);
     TextDocument document({}, calls);
     document.replace(Offset(0), 0, u"before"_s);
@@ -141,16 +140,16 @@ void EndOrderTest::readingIsLeft()
         if (textThen.isEmpty())
             textThen = document.store().text();
     });
-    document.load(m_folder->path(), name, CharCode::Utf8, {});
+    document.load(m_folder->path(), fileName, CharCode::Utf8, {});
     QCOMPARE(textThen, u"before"_s);
 }
 
 void EndOrderTest::decodingIsLeft()
 {
-    QVERIFY(m_folder->write(name, longContent()));
+    QVERIFY(m_folder->write(fileName, longContent()));
     TextDocument document;
     connect(&document, &TextDocument::aboutToReplace, this, &EndOrder::give);
-    document.load(m_folder->path(), name, CharCode::Utf8, {});
+    document.load(m_folder->path(), fileName, CharCode::Utf8, {});
     QVERIFY(m_obeyed.size() >= blockCount);
 }
 

@@ -8,12 +8,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString name = u"a.txt"_s;
-
-} // namespace
-
 /// What a save changes although nobody has edited it.
 class LineEndsTest : public QObject {
     Q_OBJECT
@@ -47,13 +41,13 @@ void LineEndsTest::countsWhatASaveChanges()
     QFETCH(QByteArray, bytes);
     QFETCH(QList<qint64>, counts);
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, bytes));
+    QVERIFY(folder.write(fileName, bytes));
     TextDocument document;
-    QVERIFY(!document.load(folder.path(), name, CharCode::ShiftJis, {}));
+    QVERIFY(!document.load(folder.path(), fileName, CharCode::ShiftJis, {}));
     const RewrittenBytes found = document.findings().rewritten;
     QCOMPARE(QList<qint64>({ found.nul, found.lf, found.cr }), counts);
-    document.save(folder.path(), name);
-    QCOMPARE(folder.read(name) == bytes, counts == QList<qint64>({ 0, 0, 0 }));
+    document.save(folder.path(), fileName);
+    QCOMPARE(folder.read(fileName) == bytes, counts == QList<qint64>({ 0, 0, 0 }));
 }
 
 void LineEndsTest::countsAcrossBlocks()
@@ -70,19 +64,19 @@ void LineEndsTest::filesAreKeptOnWish()
 {
     const DocumentFolder folder;
     const QByteArray bytes = "a\r\nb\n";
-    QVERIFY(folder.write(name, bytes));
+    QVERIFY(folder.write(fileName, bytes));
     TextDocument document;
-    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QVERIFY(!document.load(folder.path(), fileName, {}, {}));
     document.keepFile();
     document.save(folder.path(), u"other.txt"_s);
-    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QVERIFY(!document.load(folder.path(), fileName, {}, {}));
     document.keepFile();
-    const SaveResult first = document.save(folder.path(), name);
+    const SaveResult first = document.save(folder.path(), fileName);
     QVERIFY(first.wasToBeKept);
     QFile copy(first.keptCopy);
     QVERIFY(copy.open(QIODevice::ReadOnly));
     QCOMPARE(copy.readAll(), bytes);
-    const SaveResult second = document.save(folder.path(), name);
+    const SaveResult second = document.save(folder.path(), fileName);
     QVERIFY(!second.wasToBeKept);
     QCOMPARE(second.keptCopy, QString());
 }

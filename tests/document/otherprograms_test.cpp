@@ -9,8 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString name = u"a.txt"_s;
-
 } // namespace
 
 /// A document whose file other programs write.
@@ -43,17 +41,17 @@ private slots:
     void savedBytesAreThoseOfTheFile();
 
 private:
-    QByteArray bytesName() const { return (m_folder->path() + name).toUtf8(); }
+    QByteArray bytesName() const { return (m_folder->path() + fileName).toUtf8(); }
     bool append(const QByteArray &bytes) const
     {
-        QFile file(m_folder->path() + name);
+        QFile file(m_folder->path() + fileName);
         return file.open(QIODevice::Append) && file.write(bytes) == bytes.size();
     }
     /// A document of the file, with these bytes in it.
     std::unique_ptr<TextDocument> open(const QByteArray &bytes, std::optional<CharCode> code = {})
     {
         auto document = std::make_unique<TextDocument>();
-        if (!m_folder->write(name, bytes) || document->load(m_folder->path(), name, code, {}))
+        if (!m_folder->write(fileName, bytes) || document->load(m_folder->path(), fileName, code, {}))
             return nullptr;
         return document;
     }
@@ -70,9 +68,9 @@ void OtherProgramsTest::noticesAWrite()
 {
     const auto document = open("old\n");
     QCOMPARE(document->fileChange(), FileChange::None);
-    QVERIFY(m_folder->write(name, "new\n"));
+    QVERIFY(m_folder->write(fileName, "new\n"));
     QCOMPARE(document->fileChange(), FileChange::Changed);
-    QVERIFY(!document->load(m_folder->path(), name, {}, {}));
+    QVERIFY(!document->load(m_folder->path(), fileName, {}, {}));
     QCOMPARE(document->fileChange(), FileChange::None);
     QCOMPARE(document->store().text(), u"new\n"_s);
 }
@@ -81,7 +79,7 @@ void OtherProgramsTest::ownSaveIsNoNews()
 {
     const auto document = open("old\n");
     document->replace(Offset(0), 0, u"very ");
-    QCOMPARE(document->save(m_folder->path(), name).overtaken, Overtaken::No);
+    QCOMPARE(document->save(m_folder->path(), fileName).overtaken, Overtaken::No);
     QCOMPARE(document->fileChange(), FileChange::None);
     QCOMPARE(document->save(m_folder->path(), u"b.txt"_s).overtaken, Overtaken::No);
     QCOMPARE(document->fileChange(), FileChange::None);
@@ -93,30 +91,30 @@ void OtherProgramsTest::savesOfAnotherDocumentAreNoNews()
 {
     const auto one = open("old\n");
     TextDocument two;
-    QVERIFY(!two.load(m_folder->path(), name, {}, {}));
+    QVERIFY(!two.load(m_folder->path(), fileName, {}, {}));
     two.replace(Offset(0), 0, u"two ");
-    two.save(m_folder->path(), name);
+    two.save(m_folder->path(), fileName);
     QCOMPARE(one->fileChange(), FileChange::None);
-    QVERIFY(m_folder->write(name, "of another program"));
+    QVERIFY(m_folder->write(fileName, "of another program"));
     QCOMPARE(one->fileChange(), FileChange::Changed);
     QCOMPARE(two.fileChange(), FileChange::Changed);
     one->replace(Offset(0), 0, u"one ");
-    QCOMPARE(one->save(m_folder->path(), name).overtaken, Overtaken::ByProgram);
+    QCOMPARE(one->save(m_folder->path(), fileName).overtaken, Overtaken::ByProgram);
     QCOMPARE(two.fileChange(), FileChange::None);
     two.replace(Offset(0), 0, u"again ");
-    QCOMPARE(two.save(m_folder->path(), name).overtaken, Overtaken::ByDocument);
+    QCOMPARE(two.save(m_folder->path(), fileName).overtaken, Overtaken::ByDocument);
 }
 
 void OtherProgramsTest::acknowledgedUntilTheNextChange()
 {
     const auto document = open("old\n");
-    QVERIFY(m_folder->write(name, "new\n"));
+    QVERIFY(m_folder->write(fileName, "new\n"));
     document->acknowledgeFile();
     QCOMPARE(document->fileChange(), FileChange::None);
-    QVERIFY(m_folder->write(name, "newer\n"));
+    QVERIFY(m_folder->write(fileName, "newer\n"));
     QCOMPARE(document->fileChange(), FileChange::Changed);
     document->acknowledgeFile();
-    const SaveResult result = document->save(m_folder->path(), name);
+    const SaveResult result = document->save(m_folder->path(), fileName);
     QCOMPARE(result.overtaken, Overtaken::ByProgram);
     QVERIFY(!result.keptCopy.isEmpty());
     QCOMPARE(document->fileChange(), FileChange::None);
@@ -125,11 +123,11 @@ void OtherProgramsTest::acknowledgedUntilTheNextChange()
 void OtherProgramsTest::acknowledgedDeletion()
 {
     const auto document = open("old\n");
-    QVERIFY(QFile::remove(m_folder->path() + name));
+    QVERIFY(QFile::remove(m_folder->path() + fileName));
     QCOMPARE(document->fileChange(), FileChange::Deleted);
     document->acknowledgeFile();
     QCOMPARE(document->fileChange(), FileChange::None);
-    QVERIFY(m_folder->write(name, "new\n"));
+    QVERIFY(m_folder->write(fileName, "new\n"));
     QVERIFY(document->fileChange() != FileChange::None);
 }
 
@@ -149,12 +147,12 @@ void OtherProgramsTest::saveKeepsTheOtherVersion()
         QVERIFY(m_folder->write(u"other"_s, "theirs\n"));
         QCOMPARE(::rename((m_folder->path() + u"other"_s).toUtf8().constData(), bytesName().constData()), 0);
     } else {
-        QVERIFY(m_folder->write(name, "theirs\n"));
+        QVERIFY(m_folder->write(fileName, "theirs\n"));
     }
-    const SaveResult result = document->save(m_folder->path(), name);
+    const SaveResult result = document->save(m_folder->path(), fileName);
     QCOMPARE(result.outcome, SaveResult::Outcome::Written);
     QCOMPARE(result.overtaken, Overtaken::ByProgram);
-    QCOMPARE(m_folder->read(name), QByteArray("mine old\n"));
+    QCOMPARE(m_folder->read(fileName), QByteArray("mine old\n"));
     QFile kept(result.keptCopy);
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("theirs\n"));
@@ -164,11 +162,11 @@ void OtherProgramsTest::saveKeepsTheOtherVersion()
 void OtherProgramsTest::saveMakesADeletedFileAgain()
 {
     const auto document = open("old\n");
-    QVERIFY(QFile::remove(m_folder->path() + name));
-    const SaveResult result = document->save(m_folder->path(), name);
+    QVERIFY(QFile::remove(m_folder->path() + fileName));
+    const SaveResult result = document->save(m_folder->path(), fileName);
     QCOMPARE(result.overtaken, Overtaken::No);
     QCOMPARE(result.keptCopy, QString());
-    QCOMPARE(m_folder->read(name), QByteArray("old\n"));
+    QCOMPARE(m_folder->read(fileName), QByteArray("old\n"));
 }
 
 void OtherProgramsTest::unreadFileHasNoNews()
@@ -187,7 +185,7 @@ void OtherProgramsTest::detachedDocumentHasNoFile()
     QCOMPARE(document->path(), QString());
     QCOMPARE(document->name(), u"a copy"_s);
     QVERIFY(document->isEdited());
-    QVERIFY(m_folder->write(name, "new\n"));
+    QVERIFY(m_folder->write(fileName, "new\n"));
     QCOMPARE(document->fileChange(), FileChange::None);
 }
 
@@ -254,7 +252,7 @@ void OtherProgramsTest::halfACharacterWaits()
     }
     QVERIFY(append(character.last(1) + "\n"));
     QVERIFY(document->readGrowth());
-    QVERIFY(!whole->load(m_folder->path(), name, CharCode(code), {}));
+    QVERIFY(!whole->load(m_folder->path(), fileName, CharCode(code), {}));
     QCOMPARE(document->store().text(), whole->store().text());
     QCOMPARE(document->store().length(), character.size() == 4 ? 6 : 5);
     QCOMPARE(document->fileChange(), FileChange::None);
@@ -297,7 +295,7 @@ void OtherProgramsTest::whatIsNoGrowthIsNotRead()
 {
     const auto document = open("a\n");
     QVERIFY(!document->readGrowth());
-    QVERIFY(m_folder->write(name, "other\n"));
+    QVERIFY(m_folder->write(fileName, "other\n"));
     QVERIFY(!document->readGrowth());
     QCOMPARE(document->store().text(), u"a\n"_s);
 }
@@ -313,8 +311,8 @@ void OtherProgramsTest::growthThatCannotBeRead()
         return -1;
     };
     TextDocument document({}, calls);
-    QVERIFY(m_folder->write(name, "a\n"));
-    QVERIFY(!document.load(m_folder->path(), name, {}, {}));
+    QVERIFY(m_folder->write(fileName, "a\n"));
+    QVERIFY(!document.load(m_folder->path(), fileName, {}, {}));
     QVERIFY(append("b\n"));
     isBroken = true;
     QVERIFY(!document.readGrowth());
@@ -330,8 +328,8 @@ void OtherProgramsTest::savedBytesAreThoseOfTheFile()
     const auto document = open(bytes, CharCode::ShiftJis);
     QVERIFY(append(bytes));
     QVERIFY(document->readGrowth());
-    QCOMPARE(document->save(m_folder->path(), name).overtaken, Overtaken::No);
-    QCOMPARE(m_folder->read(name), bytes + bytes);
+    QCOMPARE(document->save(m_folder->path(), fileName).overtaken, Overtaken::No);
+    QCOMPARE(m_folder->read(fileName), bytes + bytes);
 }
 
 REGISTER_TEST(runCoreTest<OtherProgramsTest>)

@@ -14,8 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString name = u"a.txt"_s;
-
 TextStore storeOf(const QString &text)
 {
     TextStore store;
@@ -189,7 +187,7 @@ void TextDocumentTest::layingOutChangesNothing()
 void TextDocumentTest::opensAnnouncingOnce()
 {
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, "\xE6\xBC\xA2\r\nb"));
+    QVERIFY(folder.write(fileName, "\xE6\xBC\xA2\r\nb"));
     TextDocument document;
     document.setText(storeOf(u"before"_s));
     document.layOut({ .limit = subpixelsPerPixel });
@@ -199,26 +197,26 @@ void TextDocumentTest::opensAnnouncingOnce()
         wasWhole = document.store().length() == 3 && document.returnCode() == ReturnCode::CrLf
             && &document.byteCodec() == &utf8Codec() && !document.isEdited();
     });
-    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QVERIFY(!document.load(folder.path(), fileName, {}, {}));
     QCOMPARE(heard.replacements, QList<Change>({ { 0, 6, 3 } }));
     QVERIFY(heard.changes.isEmpty());
     QVERIFY(wasWhole);
     QCOMPARE(document.store().text(), u"漢\nb"_s);
     QCOMPARE(document.store().layoutRule().limit, subpixelsPerPixel);
     QCOMPARE(document.path(), folder.path());
-    QCOMPARE(document.name(), name);
+    QCOMPARE(document.name(), fileName);
     QCOMPARE(document.charCode(), CharCode::Utf8);
 }
 
 void TextDocumentTest::opensByWhoeverSetsTheText()
 {
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, "read"));
+    QVERIFY(folder.write(fileName, "read"));
     TextDocument document;
     document.setText(storeOf(u"before"_s));
     Listener heard(document);
     TextStore text;
-    QVERIFY(!document.read(folder.path(), name, {}, {}, text));
+    QVERIFY(!document.read(folder.path(), fileName, {}, {}, text));
     QCOMPARE(document.store().length(), 0);
     QVERIFY(heard.replacements.isEmpty());
     text.replace(Offset(0), 0, u"as ");
@@ -234,9 +232,9 @@ void TextDocumentTest::opensByWhoeverSetsTheText()
 void TextDocumentTest::asksForTheCodesOfAFileThatDoesNotTell()
 {
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, ""));
+    QVERIFY(folder.write(fileName, ""));
     TextDocument document;
-    QVERIFY(!document.load(folder.path(), name, {}, { CharCode::Jis, ReturnCode::Cr }));
+    QVERIFY(!document.load(folder.path(), fileName, {}, { CharCode::Jis, ReturnCode::Cr }));
     QCOMPARE(document.charCode(), CharCode::Jis);
     QCOMPARE(document.returnCode(), ReturnCode::Cr);
 }
@@ -244,12 +242,12 @@ void TextDocumentTest::asksForTheCodesOfAFileThatDoesNotTell()
 void TextDocumentTest::readsInTheCodeRequested()
 {
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, "\x82\xA0\xFA\x54\n"));
+    QVERIFY(folder.write(fileName, "\x82\xA0\xFA\x54\n"));
     TextDocument document;
-    QVERIFY(!document.load(folder.path(), name, CharCode::ShiftJis, {}));
+    QVERIFY(!document.load(folder.path(), fileName, CharCode::ShiftJis, {}));
     QCOMPARE(document.store().text(), u"あ￢\n"_s);
     QCOMPARE(document.save(folder.path(), u"b.txt"_s).outcome, SaveResult::Outcome::Written);
-    QCOMPARE(folder.read(u"b.txt"_s), folder.read(name));
+    QCOMPARE(folder.read(u"b.txt"_s), folder.read(fileName));
     QCOMPARE(document.save(folder.path(), u"b.txt"_s, CharCode::Utf8, ReturnCode::CrLf).outcome,
         SaveResult::Outcome::Written);
     QCOMPARE(folder.read(u"b.txt"_s), u"あ￢\r\n"_s.toUtf8());
@@ -261,14 +259,14 @@ void TextDocumentTest::binaryFilesAreNotWritten()
 {
     const DocumentFolder folder;
     const QByteArray bytes("a\0b\n", 4);
-    QVERIFY(folder.write(name, bytes));
+    QVERIFY(folder.write(fileName, bytes));
     TextDocument document;
-    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QVERIFY(!document.load(folder.path(), fileName, {}, {}));
     QCOMPARE(document.charCode(), CharCode::Binary);
     QCOMPARE(document.returnCode(), ReturnCode::None);
     document.replace(Offset(0), 0, u"x");
-    QCOMPARE(document.save(folder.path(), name, CharCode::Utf8).outcome, SaveResult::Outcome::Binary);
-    QCOMPARE(folder.read(name), bytes);
+    QCOMPARE(document.save(folder.path(), fileName, CharCode::Utf8).outcome, SaveResult::Outcome::Binary);
+    QCOMPARE(folder.read(fileName), bytes);
     QCOMPARE(document.charCode(), CharCode::Binary);
     QVERIFY(document.isEdited());
 }
@@ -291,23 +289,23 @@ void TextDocumentTest::keepsAllButTheNameWhenReadingFails()
 void TextDocumentTest::keepsTheContentThatCouldNotBeRead()
 {
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, "not to be lost"));
+    QVERIFY(folder.write(fileName, "not to be lost"));
     FileCalls calls = FileCalls::system();
     calls.pread = [](int, void *, size_t, off_t) -> ssize_t {
         errno = EIO;
         return -1;
     };
     TextDocument document({}, calls);
-    QCOMPARE(document.load(folder.path(), name, {}, {}), std::optional(ReadFailure::BrokenOff));
+    QCOMPARE(document.load(folder.path(), fileName, {}, {}), std::optional(ReadFailure::BrokenOff));
     calls.pread = FileCalls::system().pread;
     document.replace(Offset(0), 0, u"new");
-    const SaveResult result = document.save(folder.path(), name);
+    const SaveResult result = document.save(folder.path(), fileName);
     QCOMPARE(result.outcome, SaveResult::Outcome::Written);
     QCOMPARE(result.overtaken, Overtaken::No);
     QFile kept(result.keptCopy);
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("not to be lost"));
-    QCOMPARE(document.save(folder.path(), name).keptCopy, QString());
+    QCOMPARE(document.save(folder.path(), fileName).keptCopy, QString());
 }
 
 void TextDocumentTest::keepsTextAndHistoryWhenWritingFails()
@@ -317,7 +315,7 @@ void TextDocumentTest::keepsTextAndHistoryWhenWritingFails()
     document.replace(Offset(0), 0, u"abc");
     Listener heard(document);
     const SaveResult result =
-        document.save(folder.path() + u"missing/"_s, name, CharCode::Jis, ReturnCode::Cr);
+        document.save(folder.path() + u"missing/"_s, fileName, CharCode::Jis, ReturnCode::Cr);
     QCOMPARE(result.outcome, SaveResult::Outcome::NotWritten);
     QCOMPARE(result.keptCopy, QString());
     QCOMPARE(heard.saves, 0);
@@ -333,26 +331,26 @@ void TextDocumentTest::savingEndsTheHistory()
     TextDocument document({ CharCode::Utf8, ReturnCode::Lf });
     document.replace(Offset(0), 0, u"abc\n");
     Listener heard(document);
-    QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
+    QCOMPARE(document.save(folder.path(), fileName).outcome, SaveResult::Outcome::Written);
     QCOMPARE(heard.saves, 1);
     QVERIFY(heard.changes.isEmpty() && heard.replacements.isEmpty());
-    QCOMPARE(folder.read(name), QByteArray("abc\n"));
-    QCOMPARE(document.path() + document.name(), folder.path() + name);
+    QCOMPARE(folder.read(fileName), QByteArray("abc\n"));
+    QCOMPARE(document.path() + document.name(), folder.path() + fileName);
     QVERIFY(!document.isEdited() && !document.history().canUndo());
 }
 
 void TextDocumentTest::knowsThatItWasOvertaken()
 {
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, "first"));
+    QVERIFY(folder.write(fileName, "first"));
     TextDocument one;
     TextDocument other;
-    QVERIFY(!one.load(folder.path(), name, {}, {}));
-    QVERIFY(!other.load(folder.path(), name, {}, {}));
+    QVERIFY(!one.load(folder.path(), fileName, {}, {}));
+    QVERIFY(!other.load(folder.path(), fileName, {}, {}));
     one.replace(Offset(0), 0, u"1");
-    QCOMPARE(one.save(folder.path(), name).overtaken, Overtaken::No);
+    QCOMPARE(one.save(folder.path(), fileName).overtaken, Overtaken::No);
     other.replace(Offset(0), 0, u"2");
-    const SaveResult result = other.save(folder.path(), name);
+    const SaveResult result = other.save(folder.path(), fileName);
     QCOMPARE(result.outcome, SaveResult::Outcome::Written);
     QCOMPARE(result.overtaken, Overtaken::ByDocument);
     QFile kept(result.keptCopy);
@@ -376,9 +374,9 @@ void TextDocumentTest::samplesAreEditedBack()
     QFile file(QStringLiteral(SAMPLES_DIR "/") + sample);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
-    QVERIFY(folder.write(name, bytes));
+    QVERIFY(folder.write(fileName, bytes));
     TextDocument document;
-    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QVERIFY(!document.load(folder.path(), fileName, {}, {}));
     const QString text = document.store().text();
     const auto replaceAll = [&document](const QString &from, const QString &to) {
         const TextPattern pattern(from, Qt::CaseSensitive);
@@ -401,14 +399,14 @@ void TextDocumentTest::samplesAreEditedBack()
     QVERIFY(!document.isEdited());
     while (document.history().canRedo())
         document.redo();
-    QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
-    QVERIFY(folder.read(name) != bytes);
+    QCOMPARE(document.save(folder.path(), fileName).outcome, SaveResult::Outcome::Written);
+    QVERIFY(folder.read(fileName) != bytes);
     QCOMPARE(replaceAll(u"<#>"_s, character), count);
     QCOMPARE(document.store().text(), text);
-    QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
+    QCOMPARE(document.save(folder.path(), fileName).outcome, SaveResult::Outcome::Written);
     // What the byte-order mark said of a UTF-16 file is written in UTF-8.
     const bool isUnicode = document.charCode() == CharCode::Unicode;
-    QCOMPARE(folder.read(name), isUnicode ? QString(text).replace(u"\n"_s, u"\r\n"_s).toUtf8() : bytes);
+    QCOMPARE(folder.read(fileName), isUnicode ? QString(text).replace(u"\n"_s, u"\r\n"_s).toUtf8() : bytes);
 }
 
 REGISTER_TEST(runCoreTest<TextDocumentTest>)

@@ -12,7 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString name = u"a.txt"_s;
 constexpr FileCodes shiftJis{ CharCode::ShiftJis, ReturnCode::Lf };
 
 bool isPairAt(const QString &text, qsizetype at)
@@ -89,10 +88,10 @@ private slots:
 void UnwritableTextTest::whatWasReadCanBeWritten()
 {
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, "\x83\x41\x82\x20\xFF"));
+    QVERIFY(folder.write(fileName, "\x83\x41\x82\x20\xFF"));
     TextDocument document;
     const UnwritableText text(document);
-    QCOMPARE(document.load(folder.path(), name, CharCode::ShiftJis, {}), std::nullopt);
+    QCOMPARE(document.load(folder.path(), fileName, CharCode::ShiftJis, {}), std::nullopt);
     QCOMPARE(text.count(), 0);
     QVERIFY(!text.mayBeMore());
 }
@@ -188,24 +187,24 @@ void UnwritableTextTest::anotherCode()
     const UnwritableText text(document);
     document.replace(Offset(0), 0, u"a\U0001F600");
     QCOMPARE(text.count(), 0);
-    document.save(folder.path(), name, CharCode::ShiftJis);
+    document.save(folder.path(), fileName, CharCode::ShiftJis);
     QCOMPARE(listOf(text, document), QStringList{ u"1:\U0001F600"_s });
-    document.save(folder.path(), name);
+    document.save(folder.path(), fileName);
     QCOMPARE(text.count(), 1);
-    document.save(folder.path(), name, CharCode::Utf8);
+    document.save(folder.path(), fileName, CharCode::Utf8);
     QCOMPARE(text.count(), 0);
 }
 
 void UnwritableTextTest::bytesOfAnotherCode()
 {
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, "a\xFF"));
+    QVERIFY(folder.write(fileName, "a\xFF"));
     TextDocument document;
     const UnwritableText text(document);
-    QCOMPARE(document.load(folder.path(), name, CharCode::ShiftJis, {}), std::nullopt);
-    document.save(folder.path(), name, CharCode::Euc);
+    QCOMPARE(document.load(folder.path(), fileName, CharCode::ShiftJis, {}), std::nullopt);
+    document.save(folder.path(), fileName, CharCode::Euc);
     QCOMPARE(text.first(5), QList<char32_t>{ 0xDCFF });
-    document.save(folder.path(), name, CharCode::ShiftJis);
+    document.save(folder.path(), fileName, CharCode::ShiftJis);
     QCOMPARE(text.count(), 0);
 }
 

@@ -13,8 +13,6 @@ Q_DECLARE_METATYPE(Utf16Form)
 
 namespace {
 
-const QString name = u"a.txt"_s;
-
 QByteArray utf16Of(const QString &text, Utf16Form form)
 {
     QByteArray bytes;
@@ -31,7 +29,7 @@ QByteArray utf16Of(const QString &text, Utf16Form form)
 bool readAsText(TextDocument &document, const DocumentFolder &folder, Utf16Form form)
 {
     TextStore text;
-    if (document.readUtf16(folder.path(), name, form, {}, text))
+    if (document.readUtf16(folder.path(), fileName, form, {}, text))
         return false;
     document.setText(std::move(text));
     return true;
@@ -104,9 +102,9 @@ void Utf16TextTest::isReadAsText()
 {
     QFETCH(Utf16Form, form);
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, utf16Of(u"a漢\r\n\U0001F600\r\n\u0D0Ab"_s, form)));
+    QVERIFY(folder.write(fileName, utf16Of(u"a漢\r\n\U0001F600\r\n\u0D0Ab"_s, form)));
     TextDocument document;
-    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QVERIFY(!document.load(folder.path(), fileName, {}, {}));
     QCOMPARE(document.findings().utf16, std::optional(form));
     QVERIFY(!document.isUtf16());
     QVERIFY(readAsText(document, folder, form));
@@ -121,11 +119,11 @@ void Utf16TextTest::isSavedAsUtf8()
 {
     QFETCH(Utf16Form, form);
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, utf16Of(u"a漢\r\n\U0001F600"_s, form)));
+    QVERIFY(folder.write(fileName, utf16Of(u"a漢\r\n\U0001F600"_s, form)));
     TextDocument document;
     QVERIFY(readAsText(document, folder, form));
-    document.save(folder.path(), name);
-    QCOMPARE(folder.read(name), QByteArray("a\xE6\xBC\xA2\r\n\xF0\x9F\x98\x80"));
+    document.save(folder.path(), fileName);
+    QCOMPARE(folder.read(fileName), QByteArray("a\xE6\xBC\xA2\r\n\xF0\x9F\x98\x80"));
 }
 
 void Utf16TextTest::isKept()
@@ -134,12 +132,12 @@ void Utf16TextTest::isKept()
     const DocumentFolder folder;
     for (const QString &text : { u"a漢\r\n\U0001F600\r\n"_s, u"a漢\n\U0001F600"_s, u"a漢\r\U0001F600\r"_s }) {
         const QByteArray bytes = utf16Of(text, form);
-        QVERIFY(folder.write(name, bytes));
+        QVERIFY(folder.write(fileName, bytes));
         TextDocument document;
         QVERIFY(readAsText(document, folder, form));
         document.keepUtf16();
-        QCOMPARE(document.save(folder.path(), name).outcome, SaveResult::Outcome::Written);
-        QCOMPARE(folder.read(name), bytes);
+        QCOMPARE(document.save(folder.path(), fileName).outcome, SaveResult::Outcome::Written);
+        QCOMPARE(folder.read(fileName), bytes);
         QCOMPARE(document.charCode(), CharCode::Unicode);
     }
 }
@@ -155,26 +153,26 @@ void Utf16TextTest::everyUnitIsKept()
     }
     text.replace(u"\n"_s, u"\r\n"_s).replace(u"\r\r"_s, u"\r"_s);
     const QByteArray bytes = utf16Of(text, form);
-    QVERIFY(folder.write(name, bytes));
+    QVERIFY(folder.write(fileName, bytes));
     TextDocument document;
     QVERIFY(readAsText(document, folder, form));
     document.keepUtf16();
-    document.save(folder.path(), name);
-    QVERIFY(folder.read(name) == bytes);
+    document.save(folder.path(), fileName);
+    QVERIFY(folder.read(fileName) == bytes);
 }
 
 void Utf16TextTest::anotherCodeEndsKeeping()
 {
     const Utf16Form form{ true, false };
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, utf16Of(u"é\n"_s, form)));
+    QVERIFY(folder.write(fileName, utf16Of(u"é\n"_s, form)));
     TextDocument document;
     QVERIFY(readAsText(document, folder, form));
     document.keepUtf16();
-    document.save(folder.path(), name, CharCode::Utf8);
+    document.save(folder.path(), fileName, CharCode::Utf8);
     QVERIFY(!document.keepsUtf16());
-    QCOMPARE(folder.read(name), QByteArray("\xC3\xA9\n"));
-    QVERIFY(!document.load(folder.path(), name, {}, {}));
+    QCOMPARE(folder.read(fileName), QByteArray("\xC3\xA9\n"));
+    QVERIFY(!document.load(folder.path(), fileName, {}, {}));
     QVERIFY(!document.isUtf16());
     QCOMPARE(document.charCode(), CharCode::Utf8);
 }
@@ -183,16 +181,16 @@ void Utf16TextTest::editsAreWrittenToo()
 {
     const Utf16Form form{ false, true };
     const DocumentFolder folder;
-    QVERIFY(folder.write(name, utf16Of(u"a\r\nb"_s, form)));
+    QVERIFY(folder.write(fileName, utf16Of(u"a\r\nb"_s, form)));
     TextDocument document;
     QVERIFY(readAsText(document, folder, form));
     document.keepUtf16();
     document.replace(Offset(1), 0, u"é\n\U0001F600");
-    document.save(folder.path(), name);
-    QCOMPARE(folder.read(name), utf16Of(u"aé\r\n\U0001F600\r\nb"_s, form));
+    document.save(folder.path(), fileName);
+    QCOMPARE(folder.read(fileName), utf16Of(u"aé\r\n\U0001F600\r\nb"_s, form));
     document.replace(Offset(0), 1, u"");
-    document.save(folder.path(), name);
-    QCOMPARE(folder.read(name), utf16Of(u"é\r\n\U0001F600\r\nb"_s, form));
+    document.save(folder.path(), fileName);
+    QCOMPARE(folder.read(fileName), utf16Of(u"é\r\n\U0001F600\r\nb"_s, form));
 }
 
 REGISTER_TEST(runPlainTest<Utf16TextTest>)
