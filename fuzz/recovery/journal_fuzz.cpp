@@ -48,15 +48,15 @@ QByteArray randomEdit(Bytes &bytes)
     for (int parts = bytes.next() % 6; parts > 0; --parts) {
         switch (bytes.next() % 4) {
         case 0:
-            edit.copyCommitted(bytes.next() % 16, bytes.next() % 16);
+            edit.copyCommitted(Offset(bytes.next() % 16), bytes.next() % 16);
             break;
         case 1:
-            edit.copyBase(bytes.next() % 16, bytes.next() % 16);
+            edit.copyBase(Offset(bytes.next() % 16), bytes.next() % 16);
             break;
         default:
             const QByteArray text = bytes.take(bytes.next() % 16);
             const QByteArray spelling = bytes.take(bytes.next() % 3);
-            TextChunk chunk{ 0, text, {}, {} };
+            TextChunk chunk{ {}, text, {}, {} };
             if (!spelling.isEmpty() && text.size() == 1)
                 chunk.spelling = spelling;
             edit.append(chunk);
@@ -84,7 +84,7 @@ QByteArray recordContent(Bytes &bytes, RecordType type)
     case RecordType::Commit: {
         JournalState state;
         state.length = bytes.next() % 64;
-        state.place.cursor.offset = qint64{ bytes.next() } - 100;
+        state.place.cursor.offset = Offset(bytes.next()) - 100;
         return contentOf(state);
     }
     }
@@ -128,7 +128,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     TextDocument document;
     const Restored restored = restore(folder + "a.journal", document);
     document.store().checkInvariants();
-    require(restored.place.cursor.offset >= 0 && restored.place.cursor.offset <= document.store().length());
+    require(
+        restored.place.cursor.offset >= Offset() && restored.place.cursor.offset <= document.store().end());
     require(document.isEdited() || document.store().length() == 0);
     require(restored.outcome != Restored::Outcome::InUse && QFile::exists(file.fileName()));
     return 0;

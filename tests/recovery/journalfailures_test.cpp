@@ -112,7 +112,7 @@ void JournalFailuresTest::everyFailingCallOfWrites()
             Run run(folder, calls);
             QVERIFY(!run.document.load(folder.documents().path(), u"file"_s, {}, {}));
             for (const QString &letter : { u"a"_s, u"b"_s, u"c"_s }) {
-                run.document.replace(0, 0, letter);
+                run.document.replace({}, 0, letter);
                 const bool isWritten = run.pause();
                 const QString now = killedNow(folder);
                 QVERIFY2(now == run.text() || (!isWritten && now == last), qPrintable(now));
@@ -138,7 +138,7 @@ void JournalFailuresTest::writeOne(const RecoveryFolder &folder)
     TextDocument document({ CharCode::Utf8, ReturnCode::Lf });
     QVERIFY(!document.load(folder.documents().path(), u"file"_s, {}, {}));
     journals.attach(document);
-    document.replace(0, 0, u"a");
+    document.replace({}, 0, u"a");
     QVERIFY(journals.flush(std::chrono::minutes(1)));
 }
 
@@ -192,7 +192,7 @@ void JournalFailuresTest::shortWritesAreContinued()
     RecoveryFolder folder;
     {
         Run run(folder, calls);
-        run.document.replace(0, 0, u"a long text, at least longer than seven bytes");
+        run.document.replace({}, 0, u"a long text, at least longer than seven bytes");
         QVERIFY(run.pause());
     }
     TextDocument document;
@@ -209,7 +209,7 @@ void JournalFailuresTest::fullDiskIsToldAndTriedAgain()
     RecoveryFolder folder;
     Run run(folder, calls);
     const QSignalSpy told(&run.journals, &RecoveryJournals::failureChanged);
-    run.document.replace(0, 0, u"text");
+    run.document.replace({}, 0, u"text");
     QVERIFY(!run.pause());
     QCOMPARE(run.journals.failure(), ENOSPC);
     QCOMPARE(told.size(), 1);
@@ -232,7 +232,7 @@ void JournalFailuresTest::folderOfAnotherUserIsNotUsed()
     };
     RecoveryFolder folder;
     Run run(folder, calls);
-    run.document.replace(0, 0, u"text");
+    run.document.replace({}, 0, u"text");
     QVERIFY(!run.pause());
     QCOMPARE(run.journals.failure(), EPERM);
     QCOMPARE(folder.files(), QStringList());
@@ -251,7 +251,7 @@ void JournalFailuresTest::flushDoesNotWaitForADiskThatHangs()
     };
     RecoveryFolder folder;
     Run run(folder, calls);
-    run.document.replace(0, 0, u"text");
+    run.document.replace({}, 0, u"text");
     QVERIFY(!run.journals.flush(std::chrono::milliseconds(1)));
     {
         const std::lock_guard lock(mutex);

@@ -88,13 +88,13 @@ void JournalRandomTest::edit(TextDocument &document, RandomText &random) const
     case 2:
     case 3: {
         const qint64 from = random.below(store.length() + 1);
-        const TextPiece piece = store.piece(from, random.below(store.length() - from + 1));
+        const TextPiece piece = store.piece(Offset(from), random.below(store.length() - from + 1));
         if (store.length() < 2000)
-            document.replace(at, removed, piece);
+            document.replace(Offset(at), removed, piece);
         break;
     }
     default:
-        document.replace(at, removed, random.text(random.below(6)), TextDocument::Joining::Never);
+        document.replace(Offset(at), removed, random.text(random.below(6)), TextDocument::Joining::Never);
     }
 }
 
@@ -129,7 +129,7 @@ void JournalRandomTest::lastWholeCommitComesBack()
                 edit(run.document, random);
                 if (random.chance(20)) {
                     run.document.save(path, u"file"_s, CharCode(code));
-                    run.document.replace(0, 0, u"x");
+                    run.document.replace({}, 0, u"x");
                 }
                 if (random.chance(4)) {
                     QVERIFY(run.pause());
@@ -157,7 +157,7 @@ void JournalRandomTest::everyByteMayBeTheLast()
         QVERIFY(m_folder->documents().write(u"file"_s, "\x82\xa0 \x81\x45\n"));
         QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, CharCode::ShiftJis, {}));
         for (const QString &text : { u"a"_s, u"\u3042"_s }) {
-            run.document.replace(1, 0, text);
+            run.document.replace(Offset(1), 0, text);
             QVERIFY(run.pause());
             noteWrite(run);
         }
@@ -218,7 +218,7 @@ void JournalRandomTest::grownJournalIsMadeAnew()
         QVERIFY(m_folder->documents().write(u"file"_s, QByteArray(100000, 'a')));
         QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, {}, {}));
         for (char16_t letter = u'b'; letter < u'm'; ++letter) {
-            run.document.replace(0, run.document.store().length() - 500, QString(1 << 20, letter));
+            run.document.replace({}, run.document.store().length() - 500, QString(1 << 20, letter));
             QVERIFY(run.pause());
             QVERIFY(JournalBytes::only(*m_folder).size() < qsizetype{ 12 } << 20);
         }

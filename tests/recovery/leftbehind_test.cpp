@@ -43,7 +43,7 @@ private:
     void leave(const QString &text)
     {
         Run run(*m_folder);
-        run.document.replace(0, 0, text);
+        run.document.replace({}, 0, text);
         QVERIFY(run.pause());
     }
     std::unique_ptr<RecoveryFolder> m_folder;
@@ -121,7 +121,7 @@ void LeftBehindTest::killedProgramLeavesItsJournal()
     const pid_t child = fork();
     if (child == 0) {
         Run run(*m_folder);
-        run.document.replace(0, 0, u"its text");
+        run.document.replace({}, 0, u"its text");
         const char written = run.pause() ? 'y' : 'n';
         if (write(pipes[1], &written, 1) == 1)
             pause();
@@ -161,12 +161,12 @@ void LeftBehindTest::textIsKnownByItsUnitsNotItsLeaves()
     TextStore one;
     TextStore other;
     const QString text = QString(9000, u'a') + u"\u3042"_s + QString(3000, u'b');
-    one.replace(0, 0, text);
+    one.replace({}, 0, text);
     for (qsizetype i = text.size() - 1; i >= 0; --i)
-        other.replace(0, 0, QStringView(text).sliced(i, 1));
+        other.replace({}, 0, QStringView(text).sliced(i, 1));
     QCOMPARE(textHashOf(one, text.size()), textHashOf(other, text.size()));
     QCOMPARE(textHashOf(one, 5000), textHashOf(other, 5000));
-    other.replace(11000, 1, u"c");
+    other.replace(Offset(11000), 1, u"c");
     QVERIFY(textHashOf(one, text.size()) != textHashOf(other, text.size()));
     QCOMPARE(textHashOf(one, 11000), textHashOf(other, 11000));
 }
@@ -197,8 +197,8 @@ void LeftBehindTest::largeBase()
     {
         Run run(*m_folder);
         QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, {}, {}));
-        run.document.replace(5000000, 3, u"edited");
-        run.document.replace(5, 0, u"also edited");
+        run.document.replace(Offset(5000000), 3, u"edited");
+        run.document.replace(Offset(5), 0, u"also edited");
         QVERIFY(run.pause());
         length = run.document.store().length();
     }
@@ -221,8 +221,8 @@ void LeftBehindTest::largeBase()
         return;
     }
     QCOMPARE(store.length(), length);
-    QCOMPARE(store.text(0, 20), u"aaaaaalso editedaaaa"_s);
-    QCOMPARE(store.text(5000000, 20), u"aaaaaaaaaa\neditedaaa"_s);
+    QCOMPARE(store.text({}, 20), u"aaaaaalso editedaaaa"_s);
+    QCOMPARE(store.text(Offset(5000000), 20), u"aaaaaaaaaa\neditedaaa"_s);
 }
 
 /// Designations that say nothing, one after the other, are one spelling of any length.
@@ -234,7 +234,7 @@ void LeftBehindTest::longSpellingComesBack()
         Run run(*m_folder);
         QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, CharCode::Jis, {}));
         QCOMPARE(run.text(), u"ab\n"_s);
-        run.document.replace(0, 0, u"x");
+        run.document.replace({}, 0, u"x");
         QVERIFY(run.pause());
     }
     QVERIFY(m_folder->documents().write(u"file"_s, "another"));

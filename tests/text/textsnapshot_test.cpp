@@ -15,8 +15,8 @@ namespace {
 QString textOf(const TextSnapshot &snapshot)
 {
     QString text;
-    for (TextChunk chunk = snapshot.spelledChunkAt(0); chunk.size() > 0;
-         chunk = snapshot.spelledChunkAt(text.size())) {
+    for (TextChunk chunk = snapshot.spelledChunkAt(Offset()); chunk.size() > 0;
+         chunk = snapshot.spelledChunkAt(Offset(text.size()))) {
         if (chunk.isLatin1())
             text += QLatin1StringView(chunk.latin1);
         else
@@ -30,7 +30,7 @@ QString joined(const std::vector<TextPart> &parts, const QString &text, const QS
 {
     QString all;
     for (const TextPart &part : parts)
-        all += (part.source == TextPart::ownText ? text : source).sliced(part.offset, part.length);
+        all += (part.source == TextPart::ownText ? text : source).sliced(part.offset.value(), part.length);
     return all;
 }
 
@@ -53,7 +53,7 @@ void TextSnapshotTest::staysAsItWas()
     QFETCH(quint32, seed);
     RandomText random(seed);
     TextStore store(LayoutRule(), nodesOf(8));
-    store.replace(0, 0, random.text(200));
+    store.replace({}, 0, random.text(200));
     QString text = store.text();
     for (int round = 0; round < 100; ++round) {
         const TextSnapshot before(store);
@@ -63,19 +63,19 @@ void TextSnapshotTest::staysAsItWas()
             const qint64 at = random.below(text.size() + 1);
             const qint64 removed = random.below(qMin<qint64>(6, text.size() - at) + 1);
             const QString inserted = random.text(random.below(6) + 1);
-            store.replace(at, removed, inserted);
+            store.replace(Offset(at), removed, inserted);
             text.replace(at, removed, inserted);
-            const TextChange change{ at, removed, inserted.size() };
+            const TextChange change{ Offset(at), removed, inserted.size() };
             sum = i == 0 ? change : sum.then(change);
         }
         const TextSnapshot after(store);
         QCOMPARE(textOf(before), textBefore);
         QCOMPARE(textOf(after), text);
-        const qint64 end = sum.offset + sum.inserted;
+        const Offset end = sum.offset + sum.inserted;
         const auto parts =
-            partsOf({ after, sum.offset, end }, { { before, sum.offset, sum.offset + sum.removed } });
-        QCOMPARE(joined(parts, text, textBefore), text.sliced(sum.offset, sum.inserted));
-        const auto all = partsOf({ after, 0, text.size() }, { { before, 0, textBefore.size() } });
+            partsOf({ after, { sum.offset, end } }, { { before, { sum.offset, sum.offset + sum.removed } } });
+        QCOMPARE(joined(parts, text, textBefore), text.sliced(sum.offset.value(), sum.inserted));
+        const auto all = partsOf({ after, { {}, after.end() } }, { { before, { {}, before.end() } } });
         QCOMPARE(joined(all, text, textBefore), text);
     }
 }
@@ -83,16 +83,17 @@ void TextSnapshotTest::staysAsItWas()
 void TextSnapshotTest::editIsAllThatIsNotShared()
 {
     TextStore store;
-    store.replace(0, 0, QString(1000000, u'a'));
+    store.replace({}, 0, QString(1000000, u'a'));
     const TextSnapshot before(store);
-    store.replace(500000, 0, u"b");
+    const Offset typedAt(500000);
+    store.replace(typedAt, 0, u"b");
     const TextSnapshot after(store);
     qint64 own = 0;
-    for (const TextPart &part : partsOf({ after, 0, after.length() }, { { before, 0, before.length() } }))
+    for (const TextPart &part : partsOf({ after, { {}, after.end() } }, { { before, { {}, before.end() } } }))
         own += part.source == TextPart::ownText ? part.length : 0;
     QVERIFY(own > 0 && own <= qint64{ 8 } * NodeSizes().leafUnits);
-    const auto typed = partsOf({ after, 500000, 500001 }, { { before, 500000, 500000 } });
-    QCOMPARE(typed, (std::vector<TextPart>{ { TextPart::ownText, 500000, 1 } }));
+    const auto typed = partsOf({ after, { typedAt, typedAt + 1 } }, { { before, { typedAt, typedAt } } });
+    QCOMPARE(typed, (std::vector<TextPart>{ { TextPart::ownText, typedAt, 1 } }));
 }
 
 void TextSnapshotTest::keepsSpellings()
@@ -104,7 +105,7 @@ void TextSnapshotTest::keepsSpellings()
     builder.spell("behind");
     const TextStore store = builder.finish();
     const TextSnapshot snapshot(store);
-    for (qint64 offset = 0; offset <= 3; ++offset) {
+    for (Offset offset; offset <= store.end(); ++offset) {
         const TextChunk expected = store.spelledChunkAt(offset);
         const TextChunk found = snapshot.spelledChunkAt(offset);
         QCOMPARE(found.size(), expected.size());
@@ -118,7 +119,7 @@ void TextSnapshotTest::isReadWhileTheTextIsEdited()
 {
     RandomText random(seedOr(1));
     TextStore store(LayoutRule(), nodesOf(8));
-    store.replace(0, 0, random.text(500));
+    store.replace({}, 0, random.text(500));
     const QString text = store.text();
     const TextSnapshot snapshot(store);
     std::atomic<bool> isEnding = false;
@@ -132,10 +133,10 @@ void TextSnapshotTest::isReadWhileTheTextIsEdited()
     });
     for (int i = 0; i < 2000; ++i) {
         const qint64 at = random.below(store.length() + 1);
-        const TextPiece piece = store.piece(0, at);
-        store.exchange(at, random.below(store.length() - at + 1), random.text(5));
+        const TextPiece piece = store.piece({}, at);
+        store.exchange(Offset(at), random.below(store.length() - at + 1), random.text(5));
         if (store.length() < 2000)
-            store.insert(0, piece);
+            store.insert({}, piece);
     }
     isEnding = true;
     reader.join();

@@ -38,8 +38,8 @@ void compare(const TextStore &store, const ModelStore &model)
 }
 
 /// A store and its model, changed alike.
-struct Pair {
-    Pair(const LayoutRule &rule, const NodeSizes &sizes)
+struct WrappedPair {
+    WrappedPair(const LayoutRule &rule, const NodeSizes &sizes)
         : store(rule, sizes)
         , model(rule)
     {
@@ -147,7 +147,7 @@ void TextWrappingTest::randomEdits()
     QFETCH(const Subpixels, limit);
 
     RandomText random(seed, joiningCharacters() + hurtingCharacters() + hurtingCharacters());
-    Pair pair(ruleOf(limit), nodesOf(capacity));
+    WrappedPair pair(ruleOf(limit), nodesOf(capacity));
     for (int step = 0; step < 60 && !QTest::currentTestFailed(); ++step) {
         const bool isLarge = random.chance(6);
         const qint64 offset = random.below(pair.model.length() + 1);
@@ -218,7 +218,7 @@ void TextWrappingTest::seams()
     for (int before = 8; before < 40; ++before) {
         const QString text = QString(before, u'a') + left + QStringLiteral("--") + right + QString(30, u'b');
         const qint64 at = before + left.size();
-        Pair pair(ruleOf(3), nodesOf(16));
+        WrappedPair pair(ruleOf(3), nodesOf(16));
         pair.replace(0, 0, text);
         pair.replace(at, 2, inserted);
         compare(pair.store, pair.model);
