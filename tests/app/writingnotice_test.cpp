@@ -281,14 +281,14 @@ void WritingNoticeTest::isReachableOnASmallScreen_data()
 void WritingNoticeTest::isReachableOnASmallScreen()
 {
     QFETCH(int, language);
-    void (frmMain::*const commands[])() = { &frmMain::slotCmdViewLangEn, &frmMain::slotCmdViewLangJa,
+    const QList<void (frmMain::*)()> commands{ &frmMain::slotCmdViewLangEn, &frmMain::slotCmdViewLangJa,
         &frmMain::slotCmdViewLangFr };
     m_window->showNormal();
     m_window->resize(240, 320);
     QTRY_COMPARE(m_window->width(), 240);
     editor().insert(u"éàâç–€ÈÀ"_s);
     QTRY_VERIFY(m_strip->isShown());
-    (m_window.get()->*commands[language])();
+    (m_window.get()->*commands.at(language))();
     QTRY_COMPARE(TextFit(m_strip->widget()).faults().join(u"; "), QString());
     QVERIFY(!m_strip->widget().findChild<QLabel *>()->text().isEmpty());
     // Each offer is a button, or in the menu of one.
