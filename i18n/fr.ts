@@ -113,6 +113,10 @@
 <context>
     <name>NoticeStrip</name>
     <message>
+        <source>Notices</source>
+        <translation>Avis</translation>
+    </message>
+    <message>
         <source>More offers</source>
         <translation>Autres actions</translation>
     </message>
@@ -276,12 +280,6 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
     <message>
         <source>File Load Error!</source>
         <translation>Erreur de lecture</translation>
-    </message>
-    <message>
-        <source>Another program has changed the file since. Its old content is kept in the file
-%1</source>
-        <translation>Un autre programme a modifié le fichier depuis. Son ancien contenu est conservé dans le fichier
-%1</translation>
     </message>
 </context>
 <context>

@@ -113,6 +113,10 @@
 <context>
     <name>NoticeStrip</name>
     <message>
+        <source>Notices</source>
+        <translation>お知らせ</translation>
+    </message>
+    <message>
         <source>More offers</source>
         <translation>その他の操作</translation>
     </message>
@@ -275,12 +279,6 @@ You do not have the permission or the file may be in use.</source>
     <message>
         <source>File Load Error!</source>
         <translation>読み込みエラー</translation>
-    </message>
-    <message>
-        <source>Another program has changed the file since. Its old content is kept in the file
-%1</source>
-        <translation>その後、ほかのプログラムがこのファイルを変更しました。元の内容は次のファイルに残っています。
-%1</translation>
     </message>
 </context>
 <context>

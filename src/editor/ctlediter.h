@@ -91,7 +91,7 @@ signals:
     /// As undoAvailable() and redoAvailable(), with the editor that sends them.
     void undoAvailable2(ctlEditer *editor, bool available);
     void redoAvailable2(ctlEditer *editor, bool available);
-    /// What the file had before a save was kept, as it was wanted.
+    /// What the file had before a save was kept: it was wanted so, or another program had written it since.
     void fileKept(const QString &copy);
     /// Right before a message box about saving this document: who reads it wants to see the document.
     void aboutToTell();
@@ -114,7 +114,6 @@ private:
     static FileCodes defaultCodes();
     void tellSaved(const SaveResult &result);
     /// Why the old content of a file was kept that was written all the same.
-    static QString keptReason(Overtaken overtaken);
 
     void breakLine();
     QString indentationBeforeCursor() const;

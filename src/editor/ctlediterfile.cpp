@@ -63,25 +63,13 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode,
 {
     const SaveResult result =
         document().save(path, name, requestedCharCode(charCode), requestedReturnCode(returnCode));
+    const bool isWritten = result.outcome == SaveResult::Outcome::Written;
     const bool isAsWanted = result.wasToBeKept && result.overtaken == Overtaken::No;
-    if (result.outcome == SaveResult::Outcome::Written && isAsWanted)
+    if (isWritten && (isAsWanted || result.overtaken == Overtaken::ByProgram))
         emit fileKept(result.keptCopy);
-    else if (result.outcome != SaveResult::Outcome::Written || !result.keptCopy.isEmpty())
+    else if (!isWritten || !result.keptCopy.isEmpty())
         tellSaved(result);
-    return result.outcome == SaveResult::Outcome::Written;
-}
-
-QString ctlEditer::keptReason(Overtaken overtaken)
-{
-    switch (overtaken) {
-    case Overtaken::ByDocument:
-        return tr("Another document was saved as this file since. Its old content is kept in the file\n%1");
-    case Overtaken::ByProgram:
-        return tr("Another program has changed the file since. Its old content is kept in the file\n%1");
-    case Overtaken::No:
-        return tr("The file could not be read before. Its old content is kept in the file\n%1");
-    }
-    Q_UNREACHABLE();
+    return isWritten;
 }
 
 void ctlEditer::tellSaved(const SaveResult &result)
@@ -93,7 +81,10 @@ void ctlEditer::tellSaved(const SaveResult &result)
     }
     const QString kept = FileName::forMessage(result.keptCopy);
     if (result.outcome == SaveResult::Outcome::Written) {
-        MessageBox::information(this, tr("Confirm File Save"), keptReason(result.overtaken).arg(kept));
+        const QString reason = result.overtaken == Overtaken::ByDocument
+            ? tr("Another document was saved as this file since. Its old content is kept in the file\n%1")
+            : tr("The file could not be read before. Its old content is kept in the file\n%1");
+        MessageBox::information(this, tr("Confirm File Save"), reason.arg(kept));
         return;
     }
     const QString title = tr("File Write Error");

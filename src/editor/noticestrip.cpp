@@ -89,6 +89,15 @@ void NoticeStrip::nameControls()
     m_more->menu()->setAccessibleName(m_more->toolTip());
     m_dismiss->setToolTip(tr("Dismiss"));
     m_dismiss->setAccessibleName(m_dismiss->toolTip());
+    nameText();
+}
+
+/// Assistive tools come to it also while it says nothing.
+void NoticeStrip::nameText()
+{
+    const QString name = m_text.isEmpty() ? tr("Notices") : m_text;
+    m_label->setAccessibleName(name);
+    setAccessibleName(name);
 }
 
 void NoticeStrip::setDocument(const QObject *document)
@@ -132,6 +141,7 @@ void NoticeStrip::refresh()
     m_shown = toShow();
     const QString before = m_text;
     m_text = notice ? notice->text() : QString();
+    nameText();
     if (notice)
         showNotice(*notice);
     if (isHidden() != !notice) {
@@ -155,8 +165,6 @@ void NoticeStrip::showNotice(const Notice &notice)
     m_dismiss->setVisible(notice.isDismissable);
     m_label->setToolTip(u"<qt>"_s + m_text.toHtmlEscaped() + u"</qt>"_s);
     setToolTip(m_label->toolTip());
-    m_label->setAccessibleName(m_text);
-    setAccessibleName(m_text);
 }
 
 void NoticeStrip::showOffer(QToolButton &button, const NoticeOffer &offer)

@@ -58,6 +58,7 @@ private:
 
     QToolButton *createButton();
     void nameControls();
+    void nameText();
     std::optional<Shown> toShow() const;
     void refresh();
     void showNotice(const Notice &notice);

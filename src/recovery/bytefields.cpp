@@ -25,6 +25,8 @@ void FieldWriter::bytes(QByteArrayView value)
 void FieldWriter::text(QStringView value)
 {
     number32(quint32(value.size()));
+    if (value.isEmpty())
+        return;
     const qsizetype start = m_bytes.size();
     m_bytes.resize(start + value.size() * 2);
     qToLittleEndian<quint16>(value.utf16(), value.size(), m_bytes.data() + start);
@@ -69,6 +71,7 @@ QString FieldReader::text()
 {
     const QByteArrayView taken = take(qint64{ 2 } * number32());
     QString text(taken.size() / 2, Qt::Uninitialized);
-    qFromLittleEndian<quint16>(taken.data(), text.size(), text.data());
+    if (!text.isEmpty())
+        qFromLittleEndian<quint16>(taken.data(), text.size(), text.data());
     return text;
 }

@@ -23,10 +23,12 @@ void JournalText::begin(const TextDocument &document, bool isFromFile)
     m_changeOfBase = {};
     m_change = {};
     drop();
+    m_isDropped = false;
 }
 
 void JournalText::drop()
 {
+    m_isDropped = true;
     m_baseText.reset();
     m_written.reset();
 }

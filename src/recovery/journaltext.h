@@ -12,7 +12,7 @@ public:
     void begin(const TextDocument &document, bool isFromFile);
     /// Forgets all texts, for the memory they take; begin() must be next.
     void drop();
-    bool isDropped() const { return !m_written; }
+    bool isDropped() const { return m_isDropped; }
     void note(const TextChange &change);
     /// What is to be written, which counts as written from now on.
     std::shared_ptr<const JournalWrite> next(const TextDocument &document, const JournalState &state);
@@ -22,6 +22,7 @@ public:
 private:
     void takeBase(const TextDocument &document);
 
+    bool m_isDropped = true;
     JournalBase m_base;
     std::optional<QByteArray> m_baseEnd; ///< what stood behind its text
     SharedSnapshot m_baseText;
