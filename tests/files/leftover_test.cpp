@@ -1,8 +1,8 @@
 #include "files/oldcopy.h"
 
-#include "files/statefolder.h"
 #include "files/ownfile.h"
 #include "files/stagedfile.h"
+#include "files/statefolder.h"
 #include "tests/files/savedfile.h"
 #include "tests/testprogram.h"
 

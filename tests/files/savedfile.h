@@ -1,6 +1,5 @@
 #pragma once
 
-#include "files/statefolder.h"
 #include "files/safefile.h"
 #include "files/statefolder.h"
 

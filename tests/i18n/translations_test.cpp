@@ -33,8 +33,8 @@ Entries entriesOf(const QString &fileName)
         else if (xml.name() == u"source")
             source = xml.readElementText();
         else if (xml.name() == u"translation")
-            entries.insert(context + u'|' + source,
-                xml.readElementText(QXmlStreamReader::IncludeChildElements));
+            entries.insert(
+                context + u'|' + source, xml.readElementText(QXmlStreamReader::IncludeChildElements));
     }
     return xml.hasError() ? Entries() : entries;
 }

@@ -42,8 +42,9 @@ void WindowSystemTest::answersOfAnXServer()
     char *argv[] = { name, nullptr };
     const QApplication application(argc, argv);
     xcb_connection_t *const server = WindowSystem::xServer();
+    QCOMPARE(server != nullptr, qgetenv("QT_QPA_PLATFORM") == "xcb");
     if (!server)
-        QSKIP("There is no X server.");
+        return;
     const auto focus = xReply(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
     QVERIFY(focus);
     const auto none = xReply(
