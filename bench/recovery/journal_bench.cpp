@@ -40,7 +40,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-void type(TextDocument &document, qint64 &at)
+void type(TextDocument &document, Offset &at)
 {
     document.replace(at, 0, u"x", TextDocument::Joining::Typing);
     ++at;
@@ -49,7 +49,7 @@ void type(TextDocument &document, qint64 &at)
 void keysWithoutJournal(benchmark::State &state)
 {
     Typed typed(state.range(0));
-    qint64 at = state.range(0) / 2;
+    Offset at(state.range(0) / 2);
     for (auto _ : state)
         type(typed.document, at);
 }
@@ -63,7 +63,7 @@ void keysWithJournal(benchmark::State &state)
     qint64 now = 0;
     RecoveryJournals journals(typed.journals(), FileCalls::system(), [&now] { return now; });
     journals.attach(typed.document);
-    qint64 at = state.range(0) / 2;
+    Offset at(state.range(0) / 2);
     int keys = 0;
     for (auto _ : state) {
         type(typed.document, at);
@@ -89,7 +89,7 @@ void pasteOfManyMegabytes(benchmark::State &state)
     journals.attach(typed.document);
     const TextPiece piece(QString(state.range(0), u'a'));
     for (auto _ : state)
-        typed.document.replace(0, 0, piece);
+        typed.document.replace({}, 0, piece);
     journals.end(typed.document);
 }
 BENCHMARK(pasteOfManyMegabytes)->Range(1000000, 100000000)->Iterations(5);
