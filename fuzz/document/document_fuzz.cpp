@@ -2,14 +2,11 @@
 
 #include "document/lineends.h"
 #include "document/textdocument.h"
+#include "fuzz/bytes.h"
 #include "tests/codec/shorttexts.h"
 #include "tests/document/documentfolder.h"
 #include "tests/text/textalphabet.h"
 #include "text/textsearch.h"
-
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -17,33 +14,6 @@ namespace {
 
 const QString name = u"document"_s;
 constexpr FileCodes defaults{ CharCode::Utf8, ReturnCode::Lf };
-
-void require(bool condition)
-{
-    if (!condition)
-        abort();
-}
-
-class Bytes {
-public:
-    Bytes(const std::uint8_t *data, std::size_t size)
-        : m_next(data)
-        , m_end(data + size)
-    {
-    }
-    bool atEnd() const { return m_next == m_end; }
-    qint64 below(qint64 bound) { return atEnd() ? 0 : *m_next++ % bound; }
-    QByteArray take(qint64 size)
-    {
-        const QByteArray taken(reinterpret_cast<const char *>(m_next), qMin<qint64>(size, m_end - m_next));
-        m_next += taken.size();
-        return taken;
-    }
-
-private:
-    const std::uint8_t *m_next;
-    const std::uint8_t *m_end;
-};
 
 /// As the system's, but nothing waits for the disk.
 FileCalls quickCalls()

@@ -1,6 +1,7 @@
 // Journals of any bytes: some as they are, some as records whose checksums are right. What is whole comes
 // back, and the document is sound.
 
+#include "fuzz/bytes.h"
 #include "recovery/journaledit.h"
 #include "recovery/journalplay.h"
 #include "recovery/leftbehind.h"
@@ -9,38 +10,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        abort();
-}
-
-class Bytes {
-public:
-    Bytes(const std::uint8_t *data, std::size_t size)
-        : m_next(data)
-        , m_end(data + size)
-    {
-    }
-    bool atEnd() const { return m_next == m_end; }
-    quint8 next() { return atEnd() ? quint8(0) : *m_next++; }
-    QByteArray take(qint64 size)
-    {
-        const QByteArray taken(reinterpret_cast<const char *>(m_next), qMin<qint64>(size, m_end - m_next));
-        m_next += taken.size();
-        return taken;
-    }
-
-private:
-    const std::uint8_t *m_next;
-    const std::uint8_t *m_end;
-};
 
 QByteArray randomEdit(Bytes &bytes)
 {

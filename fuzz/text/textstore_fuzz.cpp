@@ -1,36 +1,12 @@
 // Edits told by bytes, on a store of tiny leaves and on the plain reference.
 
+#include "fuzz/bytes.h"
 #include "tests/text/modelstore.h"
 #include "tests/text/textalphabet.h"
 #include "tests/text/tinynodes.h"
 #include "text/undohistory.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        abort();
-}
-
-class Bytes {
-public:
-    Bytes(const std::uint8_t *data, std::size_t size)
-        : m_next(data)
-        , m_end(data + size)
-    {
-    }
-    bool atEnd() const { return m_next == m_end; }
-    qint64 below(qint64 bound) { return atEnd() ? 0 : *m_next++ % bound; }
-
-private:
-    const std::uint8_t *m_next;
-    const std::uint8_t *m_end;
-};
 
 /// A store with its history, and the model, edited alike.
 class Session {
