@@ -40,7 +40,7 @@ bool NoWindowManagerTest::open(const QStringList &files)
 {
     program().start(QStringLiteral(MARLOPAD_PROGRAM), files);
     return program().waitForStarted()
-        && QTest::qWaitFor([this] { return title().startsWith(u"Marlo!Pad QT  ["); });
+        && QTest::qWaitFor([this] { return title().startsWith(u"Marlo!Pad QT  ["); }) && takesKeys();
 }
 
 void NoWindowManagerTest::windowIsActive()

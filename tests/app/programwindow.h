@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/qcop.h"
 #include "recovery/journalfolder.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -61,13 +64,27 @@ public:
         return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
     }
 
-    /// Starts the program and waits until its window is active and shows a document.
+    /// Starts the program and waits until its window is active, shows a document and takes keys.
     bool start(const QStringList &files = {})
     {
         m_program->start(QStringLiteral(MARLOPAD_PROGRAM), files);
         const auto showsDocument = [this] { return title().startsWith(QLatin1String("Marlo!Pad QT  [")); };
         return m_program->waitForStarted() && QTest::qWaitFor(showsDocument)
-            && QTest::qWaitFor([this] { return isActive(); });
+            && QTest::qWaitFor([this] { return isActive(); }) && takesKeys();
+    }
+    /// Waits until keys go to the document that was just loaded: some turns of the event loop after its title
+    /// is there. The program answers to each call in a turn of its own.
+    static bool takesKeys()
+    {
+        constexpr int turns = 10;
+        const QDBusConnection bus = QDBusConnection::sessionBus();
+        const QDBusMessage ping =
+            QCopChannel::call(QStringLiteral("QPE/Application/marlopad"), QStringLiteral("ping"));
+        for (int turn = 0; turn < turns; ++turn) {
+            if (bus.call(ping).type() != QDBusMessage::ReplyMessage)
+                return false;
+        }
+        return true;
     }
     bool hasEnded()
     {

@@ -148,6 +148,7 @@ void RealWindowTest::requestWaitsForTheFileDialog()
     QCOMPARE(activeTitle(), u"Open"_s);
     press({ u"Escape"_s });
     QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR]"_s);
+    QVERIFY(takesKeys());
     press({ u"ctrl+shift+Tab"_s, u"ctrl+s"_s });
     QTRY_COMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\r\n"));
 }

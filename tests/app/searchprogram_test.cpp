@@ -88,6 +88,7 @@ void SearchProgramTest::start()
     m_program->start(QStringLiteral(MARLOPAD_PROGRAM), { file.fileName() });
     QVERIFY(m_program->waitForStarted());
     QTRY_COMPARE_WITH_TIMEOUT(activeTitle(), u"Marlo!Pad QT  [UTF8][LF]"_s, 20000);
+    QVERIFY(ProgramWindow::takesKeys());
 }
 
 bool SearchProgramTest::hasEnded()
