@@ -28,4 +28,5 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , interruptedSaves(documents, loader)
 {
     window.setCentralWidget(&documents);
+    journals.setParent(&documents);
 }
