@@ -84,6 +84,7 @@ private slots:
     void nothingIsToldOfNothing();
     void brokenJournalsAreNoHindrance();
     void restores();
+    void restoresThePlace();
     void restoresNewDocuments();
     void changedFileIsKeptToo();
     void documentOfTheFileIsTaken();
@@ -97,6 +98,8 @@ private slots:
     void closingEndsTheJournal();
     void savingEndsTheJournal();
     void everyEditIsKept();
+    void substitutedTextIsKeptUntilItIsSeen_data();
+    void substitutedTextIsKeptUntilItIsSeen();
     void unwritableFolderIsTold();
 
 private:
@@ -208,6 +211,34 @@ void RecoveryTest::restores()
     window.slotCmdFileSave();
     QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("xold\r\n"));
     QTRY_COMPARE(UnsavedTexts::now(), QStringList());
+}
+
+/// Cursor, selection and what was in view.
+void RecoveryTest::restoresThePlace()
+{
+    const QString name = m_files->write(u"a.txt"_s, QByteArray("0123456789\n").repeated(1000));
+    const auto placeIn = [](const ctlEditer &editor) {
+        return std::tuple(
+            editor.cursorOffset(), editor.anchorOffset(), editor.hasMarkedText(), editor.topRow());
+    };
+    decltype(placeIn(std::declval<ctlEditer &>())) place;
+    {
+        TestWindow window;
+        QVERIFY(window.open());
+        window.setDocument(name);
+        ctlEditer &editor = *window.currentEditor();
+        editor.setCursorPlace({ Offset(6000) });
+        editor.insert(u"x"_s);
+        editor.select({ Offset(6001) }, { Offset(6004) });
+        place = placeIn(editor);
+        QVERIFY(editor.topRow() > RowIndex(100));
+        QTRY_COMPARE(UnsavedTexts::now().size(), 1);
+    }
+    TestWindow window;
+    QVERIFY(window.open());
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restore(window));
+    QVERIFY(placeIn(*window.currentEditor()) == place);
 }
 
 void RecoveryTest::restoresNewDocuments()
@@ -387,6 +418,45 @@ void RecoveryTest::everyEditIsKept()
     QTRY_COMPARE(UnsavedTexts::now(), (QStringList{ u"new"_s, u"xold"_s }));
     static_cast<QPEApplication *>(qApp)->endAtOnce();
     QCOMPARE(UnsavedTexts::now(), (QStringList{ u"new"_s, u"xold"_s }));
+}
+
+void RecoveryTest::substitutedTextIsKeptUntilItIsSeen_data()
+{
+    QTest::addColumn<bool>("isDismissed");
+    QTest::newRow("not seen") << false;
+    QTest::newRow("dismissed") << true;
+}
+
+/// What is in the file then is not what was in the window.
+void RecoveryTest::substitutedTextIsKeptUntilItIsSeen()
+{
+    QFETCH(bool, isDismissed);
+    const QString name = m_files->write(u"a.txt"_s, "\x93\xFA\x96\x7B\x8C\xEA\r\n");
+    {
+        TestWindow window;
+        QVERIFY(window.open());
+        window.setDocument(name);
+        window.currentEditor()->insert(u"5 €, "_s);
+        window.slotCmdFileSave();
+        QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("5 ?, \x93\xFA\x96\x7B\x8C\xEA\r\n"));
+        const StripInWindow strip(window);
+        QTRY_COMPARE(strip.text(), u"Characters saved as \"?\": 1 (€)"_s);
+        QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"5 €, 日本語\n"_s });
+        if (isDismissed) {
+            QVERIFY(strip.click(u"×"_s));
+            QTRY_COMPARE(UnsavedTexts::now(), QStringList());
+        }
+    }
+    QCOMPARE(UnsavedTexts::leftBehind().isEmpty(), isDismissed);
+    if (isDismissed)
+        return;
+    TestWindow window;
+    QVERIFY(window.open());
+    QTRY_COMPARE(StripInWindow(window).text(), u"1 document was not saved"_s);
+    QVERIFY(restore(window));
+    QCOMPARE(window.currentEditor()->text(), u"5 €, 日本語\n"_s);
+    QVERIFY(window.currentEditor()->path().isEmpty());
+    QVERIFY(window.currentEditor()->edited());
 }
 
 void RecoveryTest::unwritableFolderIsTold()

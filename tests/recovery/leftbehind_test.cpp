@@ -27,6 +27,7 @@ private slots:
     void aThousandJournals();
     void killedProgramLeavesItsJournal();
     void linksAreNotFollowed();
+    void filesOfOthersAreLeftAlone();
     void textIsKnownByItsUnitsNotItsLeaves();
     void largeBase_data();
     void largeBase();
@@ -154,6 +155,28 @@ void LeftBehindTest::linksAreNotFollowed()
     QCOMPARE(symlink(moved.constData(), journal.constData()), 0);
     QVERIFY(m_folder->leftBehind().empty());
     QVERIFY(!ClaimedJournal::claim(journal, FileCalls::system()));
+}
+
+/// As the other user of a folder that two share sees it.
+void LeftBehindTest::filesOfOthersAreLeftAlone()
+{
+    leave(u"text"_s);
+    makeFile(".unfinished-a", "Marlo");
+    const QStringList files = m_folder->files();
+    const LeftBehind found = m_folder->leftBehind().at(0);
+    makeFile(".unfinished-a", "Marlo"); // which that has cleared
+    FileCalls calls = FileCalls::system();
+    calls.fstat = [](int file, struct stat *info) {
+        const int result = ::fstat(file, info);
+        info->st_uid += 1;
+        return result;
+    };
+    RecoveryJournals others(m_folder->journals(), calls);
+    QVERIFY(others.leftBehind().empty());
+    TextDocument document;
+    QCOMPARE(restore(found.journal, document, calls).outcome, Outcome::InUse);
+    QVERIFY(!others.discard(found));
+    QCOMPARE(m_folder->files(), files);
 }
 
 void LeftBehindTest::textIsKnownByItsUnitsNotItsLeaves()
