@@ -12,6 +12,10 @@
         <translation>écriture non autorisée</translation>
     </message>
     <message>
+        <source>files cannot be locked there</source>
+        <translation>verrouillage impossible</translation>
+    </message>
+    <message>
         <source>the disk cannot be written</source>
         <translation>écriture impossible</translation>
     </message>

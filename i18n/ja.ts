@@ -12,6 +12,10 @@
         <translation>書き込み権限がありません</translation>
     </message>
     <message>
+        <source>files cannot be locked there</source>
+        <translation>ファイルをロックできません</translation>
+    </message>
+    <message>
         <source>the disk cannot be written</source>
         <translation>ディスクに書き込めません</translation>
     </message>

@@ -3,6 +3,7 @@
 #include "app/documentarea.h"
 #include "editor/ctlediter.h"
 #include "editor/noticequeue.h"
+#include "files/ownfile.h"
 #include "recovery/recoveryjournals.h"
 
 #include <QGuiApplication>
@@ -23,6 +24,8 @@ ViewPlace placeOf(const ctlEditer &editor)
 
 QString reasonOf(int error)
 {
+    if (hasNoLocks(error))
+        return DocumentJournals::tr("files cannot be locked there");
     switch (error) {
     case ENOSPC:
     case EDQUOT:

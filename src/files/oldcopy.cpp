@@ -146,7 +146,7 @@ QList<LostCopy> lostCopies(const FileCalls &calls)
         if (!isCopy && !isEarlierCopy(name))
             return;
         const QByteArray copy = stateFolder() + name;
-        const int fd = openAbandoned(calls, copy);
+        const int fd = openAbandoned(calls, copy, Unlockable::LostWhenOld);
         struct stat info;
         if (fd == -1)
             return;

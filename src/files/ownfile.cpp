@@ -3,6 +3,8 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <cerrno>
+#include <ctime>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -33,6 +35,13 @@ bool lockNewFile(const FileCalls &calls, int fd)
         return errno != EWOULDBLOCK;
     struct stat info;
     return calls.fstat(fd, &info) != 0 || info.st_nlink > 0;
+}
+
+/// No save takes as long.
+bool isOld(const struct stat &info)
+{
+    constexpr time_t longEnough = 600;
+    return time(nullptr) - info.st_mtim.tv_sec > longEnough;
 }
 
 } // namespace
@@ -67,7 +76,12 @@ QByteArrayView ownFilePrefix(QByteArrayView name)
     return endsInDigits ? name.chopped(ownFileDigits) : QByteArrayView();
 }
 
-int openAbandoned(const FileCalls &calls, const QByteArray &name)
+bool hasNoLocks(int error)
+{
+    return error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS;
+}
+
+int openAbandoned(const FileCalls &calls, const QByteArray &name, Unlockable unlockable)
 {
     const int fd = retried([&] {
         return calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0);
@@ -77,7 +91,8 @@ int openAbandoned(const FileCalls &calls, const QByteArray &name)
     struct stat info;
     const bool isOurs = calls.fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_nlink == 1
         && info.st_uid == ::geteuid();
-    if (isOurs && retried([&] { return calls.flock(fd, LOCK_EX | LOCK_NB); }) == 0)
+    const bool isLocked = isOurs && retried([&] { return calls.flock(fd, LOCK_EX | LOCK_NB); }) == 0;
+    if (isLocked || (isOurs && unlockable == Unlockable::LostWhenOld && hasNoLocks(errno) && isOld(info)))
         return fd;
     calls.close(fd);
     return -1;

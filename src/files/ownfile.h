@@ -18,9 +18,16 @@ inline constexpr qsizetype ownFileDigits = 13;
 /// What is left of such a file's name, without its folder, before the digits; null when it does not end in
 /// them.
 QByteArrayView ownFilePrefix(QByteArrayView name);
+/// What counts as lost where the file system has no locks.
+enum class Unlockable {
+    InUse, ///< nothing
+    LostWhenOld, ///< what nobody has written to for ten minutes: for what is put before the user only
+};
 /// Opens a file that lost its program, and locks it. -1 for one that is in use, that is another user's, and
-/// for what is no ordinary file of one name; also where the file system has no locks.
-int openAbandoned(const FileCalls &calls, const QByteArray &name);
+/// for what is no ordinary file of one name.
+int openAbandoned(const FileCalls &calls, const QByteArray &name, Unlockable unlockable = Unlockable::InUse);
+/// The error says that the file system has no locks.
+bool hasNoLocks(int error);
 
 /// The beginning of a file's name, for names that are made of it and are to suit any file system: no
 /// character of UTF-8 is cut, which some refuse.

@@ -7,9 +7,24 @@
 #include "tests/testprogram.h"
 
 #include <csignal>
+#include <ctime>
 
 #include <sys/file.h>
 #include <sys/wait.h>
+
+namespace {
+
+FileCalls callsWithoutLocks()
+{
+    FileCalls calls = FileCalls::system();
+    calls.flock = [](int, int) {
+        errno = ENOLCK;
+        return -1;
+    };
+    return calls;
+}
+
+} // namespace
 
 /// What a program that was stopped in the middle of a save leaves behind, and what a later one makes of it.
 class LeftoverTest : public QObject, SavedFile {
@@ -32,6 +47,7 @@ private slots:
     void lookIsBounded();
     void newFileThatIsTakenForAStrayIsMadeAgain();
     void withoutLocksNothingIsTaken();
+    void withoutLocksAnOldCopyIsFound();
     void longNamesAreCutBetweenCharacters();
 
 private:
@@ -231,17 +247,29 @@ void LeftoverTest::newFileThatIsTakenForAStrayIsMadeAgain()
 
 void LeftoverTest::withoutLocksNothingIsTaken()
 {
-    FileCalls calls = FileCalls::system();
-    calls.flock = [](int, int) {
-        errno = ENOLCK;
-        return -1;
-    };
+    const FileCalls calls = callsWithoutLocks();
     QByteArray name;
     const int fd = createOwnFile(calls, stagedPrefix(m_folder, "file.txt"), &name);
     QVERIFY(fd != -1);
     removeStagedStrays(m_folder, calls);
     QCOMPARE(listing().size(), 1);
     ::close(fd);
+}
+
+/// A save that is under way would have ended long since.
+void LeftoverTest::withoutLocksAnOldCopyIsFound()
+{
+    const FileCalls calls = callsWithoutLocks();
+    const QByteArray name = prepare(Way::HardLink);
+    OldCopy copy(calls);
+    QVERIFY(copy.make(name));
+    QVERIFY(lostCopies(calls).isEmpty());
+    const timespec anHourAgo{ ::time(nullptr) - 3600, 0 };
+    const timespec times[] = { anHourAgo, anHourAgo };
+    QCOMPARE(::futimens(copy.fd(), times), 0);
+    QCOMPARE(lostCopies(calls).size(), 1);
+    QCOMPARE(lostCopies(calls)[0].file, name);
+    QCOMPARE(keptFiles().size(), 2);
 }
 
 void LeftoverTest::longNamesAreCutBetweenCharacters()

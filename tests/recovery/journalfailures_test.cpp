@@ -73,6 +73,7 @@ private slots:
     void shortWritesAreContinued();
     void fullDiskIsToldAndTriedAgain();
     void folderOfAnotherUserIsNotUsed();
+    void folderWithoutLocksIsNotUsed();
     void flushDoesNotWaitForADiskThatHangs();
 
 private:
@@ -235,6 +236,22 @@ void JournalFailuresTest::folderOfAnotherUserIsNotUsed()
     run.document.replace({}, 0, u"text");
     QVERIFY(!run.pause());
     QCOMPARE(run.journals.failure(), EPERM);
+    QCOMPARE(folder.files(), QStringList());
+}
+
+/// Another program could not know whose its journals are.
+void JournalFailuresTest::folderWithoutLocksIsNotUsed()
+{
+    FileCalls calls = quickCalls();
+    calls.flock = [](int, int) {
+        errno = ENOLCK;
+        return -1;
+    };
+    RecoveryFolder folder;
+    Run run(folder, calls);
+    run.document.replace({}, 0, u"text");
+    QVERIFY(!run.pause());
+    QCOMPARE(run.journals.failure(), ENOLCK);
     QCOMPARE(folder.files(), QStringList());
 }
 
