@@ -6,6 +6,7 @@
 #include "files/filename.h"
 #include "files/stagedfile.h"
 #include "files/statefolder.h"
+#include "settings/config.h"
 
 namespace {
 
@@ -39,6 +40,7 @@ InterruptedSaves::InterruptedSaves(DocumentArea &documents, DocumentLoader &load
 void InterruptedSaves::tell()
 {
     m_copies = lostCopies();
+    removeStagedStraysOnce(Config::folder());
     tellNext();
 }
 

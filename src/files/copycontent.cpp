@@ -13,6 +13,19 @@ bool writeAt(const FileCalls &calls, int fd, QByteArrayView bytes, off_t offset)
     return true;
 }
 
+bool readAll(const FileCalls &calls, int fd, qint64 most, QByteArray *bytes)
+{
+    QByteArray block(copiedBlock, Qt::Uninitialized);
+    for (bytes->clear(); bytes->size() <= most;) {
+        const ssize_t got =
+            retried([&] { return calls.pread(fd, block.data(), size_t(block.size()), bytes->size()); });
+        if (got <= 0)
+            return got == 0;
+        bytes->append(block.constData(), got);
+    }
+    return false;
+}
+
 bool copyContent(const FileCalls &calls, int from, int to, off_t *size)
 {
     QByteArray block(copiedBlock, Qt::Uninitialized);

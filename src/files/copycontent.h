@@ -9,5 +9,7 @@ inline constexpr qsizetype copiedBlock = 1 << 18; ///< bytes that are moved at o
 
 /// Writes all of `bytes`.
 bool writeAt(const FileCalls &calls, int fd, QByteArrayView bytes, off_t offset);
+/// Reads all of a file, which is at most that long. False: it is longer, or cannot be read.
+bool readAll(const FileCalls &calls, int fd, qint64 most, QByteArray *bytes);
 /// Copies a file's content from its start; `size` is how much that was.
 bool copyContent(const FileCalls &calls, int from, int to, off_t *size);

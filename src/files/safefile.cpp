@@ -113,6 +113,8 @@ bool SafeFile::giveAttributes()
 {
     if (m_old.fd != -1)
         return copyAttributes(m_calls, m_old.fd, m_staged);
+    if (m_isPrivate) // as the staged file is
+        return true;
     int folder = m_calls.open(m_folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     const mode_t mode = modeOfNewFile(m_calls, folder);
     closeFile(&folder);

@@ -36,6 +36,8 @@ public:
     /// commit() is to leave a copy of the old content in the state folder, and to write nothing when there
     /// can be none: for a file whose content nobody has seen.
     void keepOldContent() { m_keepsOld = true; }
+    /// A file that is not there yet is to be for its user alone.
+    void makePrivate() { m_isPrivate = true; }
     /// Puts the new content in place, on the disk, not only in memory.
     bool commit();
 
@@ -70,6 +72,7 @@ private:
         bool hasOtherNames = false;
     } m_old;
     bool m_keepsOld = false;
+    bool m_isPrivate = false;
     QByteArray m_stagedName;
     bool m_stagedBeside = true;
     int m_staged = -1;

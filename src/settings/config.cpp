@@ -1,34 +1,30 @@
 #include "settings/config.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QLockFile>
-#include <QSaveFile>
+#include "files/copycontent.h"
+#include "files/filename.h"
+#include "files/safefile.h"
+#include "files/statefolder.h"
+
 #include <QStandardPaths>
+
+#include <fcntl.h>
 
 namespace {
 
 constexpr qint64 largestFile = qint64{ 16 } << 20;
-constexpr int lockTimeout = 2000; // ms
-
-QString userFile(const QString &name)
-{
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return folder + u'/' + name + QLatin1String(".conf");
-}
-
-void makeFolder(const QString &folder)
-{
-    const QDir parent(QFileInfo(folder).path());
-    parent.mkpath(QStringLiteral("."));
-    parent.mkdir(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
+constexpr std::chrono::seconds lockTimeout{ 2 };
 
 } // namespace
 
-Config::Config(const QString &name, Domain, Access access)
-    : m_fileName(userFile(name))
+QByteArray Config::folder()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return FileName::toBytes(folder) + '/';
+}
+
+Config::Config(const QString &name, Domain, Access access, const FileCalls &calls)
+    : m_calls(calls)
+    , m_fileName(folder() + FileName::toBytes(name) + ".conf")
 {
     Q_ASSERT(!name.isEmpty() && !name.contains(u'/'));
     if (access == Change)
@@ -43,24 +39,41 @@ Config::~Config()
 
 void Config::lock()
 {
-    makeFolder(QFileInfo(m_fileName).path());
-    m_lock = std::make_unique<QLockFile>(m_fileName + QLatin1String(".lock"));
-    m_lock->tryLock(lockTimeout);
+    makeFolder();
+    m_lock = std::make_unique<FileLock>(m_fileName + ".lock", m_calls);
+    m_lock->lock(lockTimeout);
+}
+
+/// One that is there is not put on the disk anew, which would take time at every write.
+void Config::makeFolder()
+{
+    struct stat info = {};
+    if (m_calls.stat(folder().constData(), &info) != 0)
+        makePrivateFolder(m_calls, folder());
 }
 
 void Config::read()
 {
-    const QFileInfo info(m_fileName);
-    if (!info.exists())
-        return;
-    QFile file(m_fileName);
-    m_readable = info.isFile() && info.size() <= largestFile && file.open(QIODevice::ReadOnly);
-    if (!m_readable)
-        return;
-    const QByteArray contents = file.readAll();
-    m_readable = file.error() == QFile::NoError;
-    if (m_readable)
+    struct stat info = {};
+    if (m_calls.stat(m_fileName.constData(), &info) != 0)
+        m_readable = errno == ENOENT || errno == ENOTDIR;
+    else
+        m_readable = S_ISREG(info.st_mode) && info.st_size <= largestFile && readContents();
+}
+
+bool Config::readContents()
+{
+    const int fd = retried([&] {
+        return m_calls.open(m_fileName.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0);
+    });
+    if (fd == -1)
+        return false;
+    QByteArray contents;
+    const bool isRead = readAll(m_calls, fd, largestFile, &contents);
+    m_calls.close(fd);
+    if (isRead)
         m_keys = KeyFile(contents);
+    return isRead;
 }
 
 void Config::setGroup(const QString &group)
@@ -107,15 +120,9 @@ bool Config::write()
         return true;
     if (!m_readable)
         return false;
-    makeFolder(QFileInfo(m_fileName).path());
-    QSaveFile file(m_fileName);
-    const bool isNew = !QFileInfo::exists(m_fileName);
-    // commit() does not look whether the rest of a buffer could be written.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return false;
-    if (isNew)
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    const QByteArray &contents = m_keys.contents();
-    m_changed = file.write(contents) != contents.size() || !file.commit();
+    makeFolder();
+    SafeFile file(m_fileName, m_calls);
+    file.makePrivate();
+    m_changed = !file.open() || !file.write(m_keys.contents()) || !file.commit();
     return !m_changed;
 }

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "files/filelock.h"
 #include "settings/keyfile.h"
 
 #include <QString>
 
 #include <memory>
-
-class QLockFile;
 
 /// The settings of a program: a key file in the user's configuration folder.
 ///
@@ -17,17 +16,17 @@ class QLockFile;
 /// reads or writes the file then, for as long as the object lives. Who waits for that in vain, two seconds,
 /// goes on without.
 ///
-/// A write is aside and renamed; mode 0600 for a new file, its own mode for one that exists; through symbolic
-/// links. The folder is made, with mode 0700, when something is to be written. Errors: a missing file is
-/// empty; so is one that cannot be read or is larger than 16 MiB, which is then never written either; a write
-/// that fails leaves the file as it was.
+/// A write is that of a SafeFile; mode 0600 for a new file. The folder is made, with mode 0700, when
+/// something is to be written. Errors: a missing file is empty; so is one that cannot be read or is larger
+/// than 16 MiB, which is then never written either; a write that fails leaves the file as it was.
 class Config {
 public:
     enum Domain { User };
     enum Access { Read, Change };
 
-    /// NAME.conf in the per-user configuration folder.
-    explicit Config(const QString &name, Domain domain = User, Access access = Read);
+    /// NAME.conf in the per-user configuration folder. `calls` is not owned.
+    explicit Config(const QString &name, Domain domain = User, Access access = Read,
+        const FileCalls &calls = FileCalls::system());
     ~Config();
     Config(const Config &) = delete;
     Config &operator=(const Config &) = delete;
@@ -45,12 +44,18 @@ public:
     /// True when the file holds what was written. Does nothing when nothing changed.
     bool write();
 
+    /// The per-user configuration folder, in the file system's own bytes; ends in "/".
+    static QByteArray folder();
+
 private:
     void lock();
+    void makeFolder();
     void read();
+    bool readContents();
 
-    std::unique_ptr<QLockFile> m_lock; ///< null for reading
-    QString m_fileName;
+    const FileCalls &m_calls;
+    const QByteArray m_fileName;
+    std::unique_ptr<FileLock> m_lock; ///< null for reading
     QString m_group;
     KeyFile m_keys;
     bool m_readable = true;

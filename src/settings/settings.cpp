@@ -209,7 +209,12 @@ void readSettings()
 
 bool writeSettings()
 {
-    Config config(fileName, Config::User, Config::Change);
+    return writeSettings(FileCalls::system());
+}
+
+bool writeSettings(const FileCalls &calls)
+{
+    Config config(fileName, Config::User, Config::Change, calls);
     const Groups values = valuesOf(config);
     const bool isTakenOver = takeOver(recordsOf(values, known()));
     const Records defaults;

@@ -7,6 +7,8 @@
 
 #include <array>
 
+struct FileCalls;
+
 /// All settings of the program: one record for the process, read at start and written at the end, when what
 /// other processes have written in between is taken over. Field names are the keys of group "main"; numbers
 /// are stored as they are and checked where they are used.
@@ -68,3 +70,4 @@ void readSettings();
 /// that either side has cleared stay cleared. True when something was taken over. A file that cannot be
 /// written is not reported.
 bool writeSettings();
+bool writeSettings(const FileCalls &calls);
