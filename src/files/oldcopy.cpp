@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <optional>
 
 #include <fcntl.h>
 
@@ -41,20 +42,22 @@ bool isMissing(const FileCalls &calls, const QByteArray &name)
     return calls.stat(name.constData(), &info) != 0 && errno == ENOENT;
 }
 
-/// Nothing where no whole name is.
-QByteArray fileOfCopy(const FileCalls &calls, const QByteArray &copy)
+/// What is written of the name of a copy's file, empty for none; nothing where that cannot be read just now.
+std::optional<QByteArray> writtenName(const FileCalls &calls, const QByteArray &copy)
 {
     const int fd = retried([&] {
         return calls.open(ofName(copy).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0);
     });
     if (fd == -1)
-        return {};
-    QByteArray file(PATH_MAX, Qt::Uninitialized);
-    const ssize_t size = retried([&] { return calls.pread(fd, file.data(), size_t(file.size()), 0); });
+        return errno == ENOENT ? std::optional(QByteArray()) : std::nullopt;
+    QByteArray written;
+    const bool isRead = readAll(calls, fd, PATH_MAX, &written);
     calls.close(fd);
-    file.truncate(qMax<ssize_t>(size, 0));
-    return file;
+    return isRead ? std::optional(written) : std::nullopt;
 }
+
+/// Which no name has, so that a name which ends in it is whole.
+constexpr char nameEnd = '\0';
 
 qint64 millisecondsOf(const timespec &time)
 {
@@ -101,7 +104,8 @@ bool OldCopy::nameFile(const QByteArray &file)
     });
     if (fd == -1)
         return false;
-    const bool isNamed = writeAt(m_calls, fd, file, 0) && retried([&] { return m_calls.fsync(fd); }) == 0;
+    const bool isNamed =
+        writeAt(m_calls, fd, file + nameEnd, 0) && retried([&] { return m_calls.fsync(fd); }) == 0;
     m_calls.close(fd);
     return isNamed;
 }
@@ -120,8 +124,9 @@ QByteArray OldCopy::keep()
     const QByteArray kept = stateFolder() + "kept-" + digits.toByteArray() + '-' + fileName;
     if (m_calls.rename(m_name.constData(), kept.constData()) != 0)
         return leave();
-    m_calls.unlink(ofName(m_name).constData());
+    // Without its second file a copy would count as not finished if it had its old name yet.
     syncFolder(m_calls, stateFolder());
+    m_calls.unlink(ofName(m_name).constData());
     forget();
     return kept;
 }
@@ -150,8 +155,9 @@ QList<LostCopy> lostCopies(const FileCalls &calls)
         struct stat info;
         if (fd == -1)
             return;
-        const QByteArray file = isCopy ? fileOfCopy(calls, copy) : QByteArray();
-        if (isCopy && file.isEmpty())
+        const auto written = isCopy ? writtenName(calls, copy) : std::nullopt;
+        const QByteArray file = written && written->endsWith(nameEnd) ? written->chopped(1) : QByteArray();
+        if (written && written->isEmpty())
             removeLostCopy(copy, calls);
         else if (calls.fstat(fd, &info) == 0)
             copies.append({ copy, file, info.st_size, millisecondsOf(info.st_mtim) });

@@ -8,8 +8,8 @@
 /// A copy of a file's old content, in the state folder while the file is written over in place.
 ///
 /// Two files: `.marlopad-copy-DIGITS` has the content. A second one, the same name and ".of", comes when all
-/// of that is on the disk, and has the name of the file that it is of. So a copy without a name was not
-/// finished, and the file is whole.
+/// of that is on the disk, and has the name of the file that it is of, with a NUL behind it. So a copy
+/// without a name was not finished, and the file is whole.
 class OldCopy {
 public:
     /// `calls` is not owned.

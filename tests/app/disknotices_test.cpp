@@ -104,7 +104,7 @@ QByteArray DiskNoticesTest::leaveCopy(
 {
     makePrivateFolder(FileCalls::system(), stateFolder());
     const QByteArray name = stateFolder() + ".marlopad-copy-" + digits;
-    for (const auto &[file, bytes] : { std::pair(name, content), std::pair(name + ".of", of) }) {
+    for (const auto &[file, bytes] : { std::pair(name, content), std::pair(name + ".of", of + '\0') }) {
         QFile written(QFile::decodeName(file));
         if (!written.open(QIODevice::WriteOnly) || written.write(bytes) != bytes.size())
             return {};

@@ -180,7 +180,7 @@ void SafeFileFailuresTest::oldContentThatCannotBePutBackIsKept()
     QVERIFY(file.keptCopy().startsWith(stateFolder()));
     QCOMPARE(contentOf(file.keptCopy()), m_old);
     QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
-    QCOMPARE(contentOf(file.keptCopy() + ".of"), name);
+    QCOMPARE(contentOf(file.keptCopy() + ".of"), name + '\0');
     QCOMPARE(keptFiles().size(), 2);
     QCOMPARE(listing().size(), 2);
 }
