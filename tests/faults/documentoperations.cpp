@@ -1,0 +1,174 @@
+#include "files/filename.h"
+#include "files/stagedfile.h"
+#include "recovery/recoveryjournals.h"
+#include "tests/faults/operations.h"
+#include "tests/files/savedfile.h"
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr FileCodes plainCodes{ CharCode::Utf8, ReturnCode::Lf };
+const QByteArray oldBytes = "the old text\n";
+const QByteArray newBytes = "new, and the old text\n";
+
+/// Which file a document is of, before it is loaded or saved.
+enum class Target { New, Plain, Link, TwoNames, ClosedFolder, Empty };
+
+class FileOperation : public Operation {
+public:
+    FileOperation(const Sandbox &sandbox, Target target)
+        : Operation(sandbox)
+        , m_target(target)
+    {
+    }
+
+    void prepare() override
+    {
+        if (m_target == Target::New)
+            return;
+        writeFile(fileName(), before());
+        if (m_target == Target::Link)
+            ::symlink("file.txt", (m_sandbox.documents() + "link").constData());
+        if (m_target == Target::TwoNames)
+            ::link(fileName().constData(), (m_sandbox.documents() + "other.txt").constData());
+    }
+
+protected:
+    QByteArray fileName() const { return m_sandbox.documents() + "file.txt"; }
+    QByteArray before() const { return m_target == Target::Empty ? QByteArray() : oldBytes; }
+    QString path() const { return FileName::fromBytes(m_sandbox.documents()); }
+    QString nameToUse() const { return m_target == Target::Link ? u"link"_s : u"file.txt"_s; }
+    FileCalls on(const FileCalls &calls) const
+    {
+        return m_target == Target::ClosedFolder ? withClosedFolder(calls, m_sandbox.documents()) : calls;
+    }
+
+    const Target m_target;
+};
+
+/// A failure leaves the text that was there.
+class Load : public FileOperation {
+public:
+    using FileOperation::FileOperation;
+
+    bool run(const FileCalls &calls, const Begin &begin) override
+    {
+        TextDocument document(plainCodes, calls);
+        document.replace({}, 0, u"before");
+        begin();
+        const bool isLoaded = !document.load(path(), nameToUse(), {}, plainCodes);
+        m_isWell = document.store().text() == (isLoaded ? QString::fromUtf8(before()) : u"before"_s);
+        return isLoaded;
+    }
+    QString lostInWindow() const override { return m_isWell ? QString() : u"another text"_s; }
+    QString lostOnDisk(const NextStart &, bool) const override
+    {
+        return contentOf(fileName()) == before() ? QString() : u"the file"_s;
+    }
+
+private:
+    bool m_isWell = true;
+};
+
+class Save : public FileOperation {
+public:
+    enum class With { NothingElse, KeptCopy, Journal };
+
+    Save(const Sandbox &sandbox, Target target, With with)
+        : FileOperation(sandbox, target)
+        , m_with(with)
+    {
+    }
+
+    bool run(const FileCalls &system, const Begin &begin) override
+    {
+        const FileCalls calls = on(system);
+        RecoveryJournals journals(journalFolder(), calls, [this] { return m_now; });
+        TextDocument document(plainCodes, calls);
+        if (m_with == With::Journal)
+            journals.attach(document);
+        if (m_target != Target::New && document.load(path(), nameToUse(), {}, plainCodes))
+            return false;
+        document.replace({}, 0, m_target == Target::New ? QString::fromUtf8(newBytes) : u"new, and "_s);
+        pause(journals);
+        if (m_with == With::KeptCopy)
+            document.keepFile();
+        begin();
+        const SaveResult result = document.save(path(), nameToUse());
+        pause(journals);
+        const bool isSaved = result.outcome == SaveResult::Outcome::Written;
+        m_isWell = document.store().text() == QString::fromUtf8(newBytes) && document.isEdited() == !isSaved;
+        return isSaved;
+    }
+    QString lostInWindow() const override { return m_isWell ? QString() : u"text or mark"_s; }
+    QString lostOnDisk(const NextStart &start, bool isDone) const override
+    {
+        const QByteArray now = contentOf(fileName());
+        const bool isOld =
+            m_target == Target::New ? !QFile::exists(QFile::decodeName(fileName())) : now == oldBytes;
+        const bool hasOldCopy = start.hasCopy(fileName(), oldBytes);
+        if (now != newBytes && (isDone || (!isOld && !hasOldCopy)))
+            return u"the file is "_s + QString::fromUtf8(now);
+        if (m_with == With::KeptCopy && !isOld && !hasOldCopy && !isCopyKept())
+            return u"the old text"_s;
+        if (m_with == With::Journal && now != newBytes
+            && !start.restoredTexts().contains(QString::fromUtf8(newBytes)))
+            return u"the new text"_s;
+        return {};
+    }
+
+private:
+    /// For long enough that what is due is written.
+    void pause(RecoveryJournals &journals)
+    {
+        if (m_with != With::Journal)
+            return;
+        m_now += WriteSchedule::longestRetry;
+        journals.writeDue();
+        journals.flush(std::chrono::minutes(1));
+    }
+    static bool isCopyKept()
+    {
+        const QDir folder(QFile::decodeName(stateFolder()));
+        const QStringList kept = folder.entryList({ u"kept-*-file.txt"_s }, QDir::Files);
+        return kept.size() == 1 && contentOf(QFile::encodeName(folder.filePath(kept[0]))) == oldBytes;
+    }
+
+    const With m_with;
+    qint64 m_now = 0;
+    bool m_isWell = true;
+};
+
+NamedOperation load(const char *name, Target target)
+{
+    return { name, [=](const Sandbox &sandbox) { return std::make_unique<Load>(sandbox, target); } };
+}
+
+NamedOperation save(const char *name, Target target, Save::With with = Save::With::NothingElse)
+{
+    return { name, [=](const Sandbox &sandbox) { return std::make_unique<Save>(sandbox, target, with); } };
+}
+
+} // namespace
+
+std::vector<NamedOperation> documentOperations()
+{
+    using With = Save::With;
+    return {
+        load("load", Target::Plain),
+        load("load through a link", Target::Link),
+        load("load of an empty file", Target::Empty),
+        save("save of a new file", Target::New),
+        save("save", Target::Plain),
+        save("save through a link", Target::Link),
+        save("save in place", Target::TwoNames),
+        save("save in a closed folder", Target::ClosedFolder),
+        save("save that keeps a copy", Target::Plain, With::KeptCopy),
+        save("save in place that keeps a copy", Target::TwoNames, With::KeptCopy),
+        save("save of a document with a journal", Target::Plain, With::Journal),
+        save("save in place of a document with a journal", Target::TwoNames, With::Journal),
+    };
+}

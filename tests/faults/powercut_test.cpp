@@ -1,0 +1,119 @@
+#include "tests/faults/diskmodel.h"
+#include "tests/faults/onefault.h"
+#include "tests/faults/operations.h"
+#include "tests/figures.h"
+#include "tests/seeds.h"
+#include "tests/testprogram.h"
+
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+/// The power goes while the program writes: whatever of what was not synced is on the disk then, the next
+/// start finds the old text or the new one, and the new one for sure where the user was told so.
+class PowerCutTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void modelLosesWhatWasNotSynced();
+    void everyStateOfTheDisk_data();
+    void everyStateOfTheDisk();
+    void cleanupTestCase() { reportFigure("states of a disk after a power cut", m_states); }
+
+private:
+    QString lostIn(const DiskState &state, const Operation &operation, bool isDone) const;
+
+    const Sandbox m_sandbox;
+    int m_states = 0;
+};
+
+/// A file that is replaced as programs often do, without a sync, may be empty, torn, the old or the new one.
+void PowerCutTest::modelLosesWhatWasNotSynced()
+{
+    m_sandbox.empty();
+    const QByteArray name = m_sandbox.documents() + "file.txt";
+    DiskModel disk(m_sandbox.root());
+    const FileCalls calls = disk.noting(quickCalls());
+    std::mt19937 random;
+    const auto contents = [&] {
+        QSet<QByteArray> found;
+        for (const DiskState &state : disk.statesAfter(disk.steps(), random, 1024)) {
+            const auto &names = state.folders.at(m_sandbox.documents());
+            const auto file = names.find("file.txt");
+            found << (file == names.end() ? QByteArray("none") : state.contents.at(file->second));
+        }
+        return found;
+    };
+    int fd = calls.open(name.constData(), O_RDWR | O_CREAT, 0600);
+    calls.pwrite(fd, "old", 3, 0);
+    QCOMPARE(contents(), (QSet<QByteArray>{ "none", "", "o", QByteArray("\0ld", 3), "old" }));
+    calls.fsync(fd);
+    QCOMPARE(contents(), (QSet<QByteArray>{ "none", "old" }));
+    calls.close(fd);
+    fd = calls.open(m_sandbox.documents().constData(), O_RDONLY | O_DIRECTORY, 0);
+    calls.fsync(fd);
+    calls.close(fd);
+    QCOMPARE(contents(), QSet<QByteArray>{ "old" });
+    const QByteArray other = m_sandbox.documents() + "other.txt";
+    fd = calls.open(other.constData(), O_RDWR | O_CREAT, 0600);
+    calls.pwrite(fd, "new", 3, 0);
+    calls.close(fd);
+    calls.rename(other.constData(), name.constData());
+    QCOMPARE(contents(), (QSet<QByteArray>{ "old", "", "n", QByteArray("\0ew", 3), "new" }));
+    calls.unlink(name.constData());
+    QVERIFY(contents().contains("none"));
+}
+
+void PowerCutTest::everyStateOfTheDisk_data()
+{
+    QTest::addColumn<NamedOperation>("named");
+    for (const NamedOperation &named : operations()) {
+        if (!QByteArrayView(named.name).startsWith("load"))
+            QTest::newRow(named.name) << named;
+    }
+}
+
+QString PowerCutTest::lostIn(const DiskState &state, const Operation &operation, bool isDone) const
+{
+    m_sandbox.empty();
+    state.put(m_sandbox.root());
+    const NextStart start = m_sandbox.startAgain();
+    const QString stray = m_sandbox.unexplained(start);
+    const QString lost = operation.lostOnDisk(start, isDone);
+    return lost.isEmpty() && !stray.isEmpty() ? u"left behind: "_s + stray : lost;
+}
+
+void PowerCutTest::everyStateOfTheDisk()
+{
+    QFETCH(NamedOperation, named);
+    constexpr std::size_t most = 256;
+    const quint32 seed = seedOr(1);
+    std::mt19937 random(seed);
+    const auto operation = named.make(m_sandbox);
+    m_sandbox.empty();
+    operation->prepare();
+    DiskModel disk(m_sandbox.root());
+    QVERIFY(operation->run(disk.noting(quickCalls()), [&disk] { disk.begin(); })
+        || named.name == QByteArrayView("start"));
+    operation->noteResult();
+    QSet<QByteArray> seen;
+    for (std::size_t steps = 0; steps <= disk.steps(); ++steps) {
+        const bool isDone = steps == disk.steps();
+        if (isDone)
+            seen.clear();
+        for (const DiskState &state : disk.statesAfter(steps, random, most)) {
+            const QByteArray key = state.key(m_sandbox.root());
+            if (seen.contains(key))
+                continue;
+            seen.insert(key);
+            ++m_states;
+            const QString lost = lostIn(state, *operation, isDone);
+            QVERIFY2(lost.isEmpty(),
+                qPrintable(
+                    u"seed %1, behind step %2 of %3: %4"_s.arg(seed).arg(steps).arg(disk.steps()).arg(lost)));
+        }
+    }
+}
+
+REGISTER_TEST(runCoreTest<PowerCutTest>)
+#include "powercut_test.moc"
