@@ -63,8 +63,11 @@ protected:
     bool pauseUntilWritten(Program &program)
     {
         const bool isWritten = program.pause();
-        const bool isWrittenLater = isWritten || program.pause() || program.pause();
-        m_lost = isWrittenLater && program.journals.failure() == 0 ? QString() : u"what comes next"_s;
+        const bool isToldWrong = isWritten != (program.journals.failure() == 0);
+        const bool isWrittenAtLast = isWritten || program.pause() || program.pause();
+        m_lost = isWrittenAtLast && program.journals.failure() == 0 ? QString() : u"what comes next"_s;
+        if (isToldWrong)
+            m_lost = u"the word that it failed"_s;
         return isWritten;
     }
 
@@ -139,7 +142,8 @@ public:
         const Restored restored = program.journals.restore(found, program.document);
         const bool isRestored =
             restored.outcome == Restored::Outcome::Edited || restored.outcome == Restored::Outcome::New;
-        m_isWell = !isRestored || program.document.store().text() == u"atext\n"_s;
+        m_isWell = isRestored ? program.document.store().text() == u"atext\n"_s
+                              : restored.hasReadError || !restored.journal;
         return pauseUntilWritten(program) && isRestored;
     }
     QString lostInWindow() const override

@@ -1,3 +1,4 @@
+#include "tests/faults/faultkinds.h"
 #include "tests/testprogram.h"
 
 #include <QDir>
@@ -35,12 +36,19 @@ class RobustnessTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void everyFaultHasItsRow();
     void everyTestNamedExists();
     void figuresHaveTheirPlace();
 
 private:
     const QString m_page = sourceOf(u"docs/robustness.md"_s);
 };
+
+void RobustnessTest::everyFaultHasItsRow()
+{
+    for (const FaultKind &kind : faultKinds)
+        QVERIFY2(m_page.contains(u"\n| "_s + QLatin1StringView(kind.name) + u" |"_s), kind.name);
+}
 
 void RobustnessTest::everyTestNamedExists()
 {
