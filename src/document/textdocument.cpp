@@ -18,8 +18,6 @@ TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
 {
 }
 
-TextDocument::~TextDocument() = default;
-
 void TextDocument::setCodes(FileCodes codes)
 {
     m_codes = codes;
@@ -33,22 +31,11 @@ void TextDocument::chooseCodes(FileCodes codes)
     emit codesChanged();
 }
 
-void TextDocument::setUndoEnabled(bool enabled)
-{
-    if (enabled == m_isUndoEnabled)
-        return;
-    m_isUndoEnabled = enabled;
-    m_history.clear();
-}
-
 void TextDocument::replace(Offset offset, qint64 removed, QStringView inserted, Joining joining)
 {
     if (removed == 0 && inserted.isEmpty())
         return;
-    if (m_isUndoEnabled)
-        m_history.replace(m_store, offset, removed, inserted, joining);
-    else
-        m_store.replace(offset, removed, inserted);
+    m_history.replace(m_store, offset, removed, inserted, joining);
     noteEdit({ offset, removed, inserted.size() });
 }
 
@@ -56,10 +43,7 @@ void TextDocument::replace(Offset offset, qint64 removed, const TextPiece &inser
 {
     if (removed == 0 && inserted.isEmpty())
         return;
-    if (m_isUndoEnabled)
-        m_history.replace(m_store, offset, removed, inserted);
-    else
-        m_store.exchange(offset, removed, inserted);
+    m_history.replace(m_store, offset, removed, inserted);
     noteEdit({ offset, removed, inserted.length() });
 }
 

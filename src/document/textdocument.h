@@ -36,8 +36,8 @@ struct SaveResult {
 /// Nothing here is shown to the user; load() and save() return what happened. Whoever shows the document
 /// listens to the signals, which come when all is as they say.
 ///
-/// Cost: an edit costs what it costs in the
-/// store; nothing but loading, saving and laying out anew depends on the length of the text.
+/// Cost: an edit costs what it costs in the store; nothing but loading, saving and laying out anew depends on
+/// the length of the text.
 class TextDocument : public QObject {
     Q_OBJECT
 public:
@@ -45,20 +45,16 @@ public:
 
     /// Empty, as if a file of these codes without a byte had been read. `calls` is not owned.
     explicit TextDocument(FileCodes codes = {}, const FileCalls &calls = FileCalls::system());
-    ~TextDocument() override;
 
     const TextStore &store() const { return m_store; }
     /// What can be undone and redone.
     const UndoHistory &history() const { return m_history; }
+    /// The same for whoever says how edits become steps, and how many are kept. Only the document plays them.
+    UndoHistory &history() { return m_history; }
     /// The text differs from what was loaded or saved, or from what was there when the document was last
     /// called unedited: after an edit, until it is undone with all before it.
     bool isEdited() const { return m_isEdited; }
     void setEdited(bool edited) { m_isEdited = edited; }
-    bool isUndoEnabled() const { return m_isUndoEnabled; }
-    /// Off: edits are not recorded; switching either way empties the history.
-    void setUndoEnabled(bool enabled);
-    /// Steps kept apart; below 1 counts as 1.
-    void setUndoDepth(int steps) { m_history.setDepth(steps); }
 
     /// Folder, ending in "/"; empty for a document never saved.
     QString path() const { return m_path; }
@@ -91,11 +87,6 @@ public:
     /// Makes it another text without a history: edited, unless it was read just now.
     void setText(TextStore &&text);
 
-    /// Edits until endGroup() are undone as one step. Groups nest.
-    void beginGroup() { m_history.beginGroup(); }
-    void endGroup() { m_history.endGroup(); }
-    /// The next edit joins none before it: the cursor was moved, say.
-    void breakJoining() { m_history.breakJoining(); }
     /// Takes a step back, or makes it once more; returns the offset where the cursor belongs then. Asserts
     /// that history() has one.
     Offset undo();
@@ -143,7 +134,6 @@ public:
     /// Such a text is saved as UTF-16 from now on, in the order it had and with a mark if it had one; until
     /// it is saved in another code or loaded again.
     void keepUtf16();
-    bool keepsUtf16() const { return m_utf16.isKept; }
 
 signals:
     /// After each edit, undo and redo; what they are made of comes one by one.
@@ -177,7 +167,6 @@ private:
 
     TextStore m_store;
     UndoHistory m_history;
-    bool m_isUndoEnabled = true;
     bool m_isEdited = false;
     QString m_path;
     QString m_name;

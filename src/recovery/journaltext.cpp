@@ -42,8 +42,9 @@ void JournalText::returnToBase()
 /// Where the history does not have it, the journal begins with nothing.
 void JournalText::takeBase(const TextDocument &document)
 {
-    const TextPiece &origin = document.history().origin();
-    if (m_base.isFromFile && document.isUndoEnabled() && origin.length() == m_base.length) {
+    const UndoHistory &history = document.history();
+    const TextPiece &origin = history.origin();
+    if (m_base.isFromFile && history.isEnabled() && origin.length() == m_base.length) {
         m_baseText = std::make_shared<const TextSnapshot>(origin, m_baseEnd);
     } else {
         m_base.isFromFile = false;

@@ -31,9 +31,9 @@ public:
     explicit DocumentPlayer(TextDocument &document)
         : m_document(document)
     {
-        m_document.beginGroup();
+        m_document.history().beginGroup();
     }
-    ~DocumentPlayer() override { m_document.endGroup(); }
+    ~DocumentPlayer() override { m_document.history().endGroup(); }
     Q_DISABLE_COPY_MOVE(DocumentPlayer)
 
     const TextStore &store() const override { return m_document.store(); }

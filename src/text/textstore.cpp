@@ -233,11 +233,6 @@ void TextStore::replace(Offset offset, qint64 removed, QStringView inserted)
     d->replace(offset, removed, inserted);
 }
 
-TextPiece TextStore::take(Offset offset, qint64 length)
-{
-    return exchange(offset, length, QStringView());
-}
-
 TextPiece TextStore::exchange(Offset offset, qint64 removed, QStringView inserted)
 {
     TextPiece taken = piece(offset, removed);
@@ -249,7 +244,7 @@ TextPiece TextStore::exchange(Offset offset, qint64 removed, const TextPiece &in
 {
     if (inserted.isPlainText())
         return exchange(offset, removed, inserted.text());
-    TextPiece taken = take(offset, removed);
+    TextPiece taken = exchange(offset, removed, QStringView());
     insert(offset, inserted);
     return taken;
 }

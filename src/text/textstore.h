@@ -65,13 +65,12 @@ class TextPiece;
 /// Errors: a position outside the text is the caller's bug and asserted; nothing here talks to the user.
 class TextStore {
 public:
-    /// One display row. `end()` is the offset of its LF when `endsLine`, else of the next row's
-    /// first unit.
+    /// One display row. `end()` is the offset of its LF when `endsLine`, else of the next row's first unit.
     struct Row {
         Offset start;
         qint64 length = 0; ///< units of the row, its LF not counted
-        bool endsLine =
-            false; ///< the row is the last one of its logical line (true for the last row of the text)
+        /// The row is the last one of its logical line (true for the last row of the text).
+        bool endsLine = false;
         Offset end() const { return start + length; }
     };
     /// Builds a store's content from blocks in order, for loading: no second copy, no edit cost.
@@ -106,8 +105,7 @@ public:
     QString text(TextRange range) const { return text(range.start, range.length()); }
     /// The whole text; a second copy, for small texts and tests.
     QString text() const { return text({}, length()); }
-    /// The chunk that holds `offset` (< length()), beginning exactly at `offset` and at most one leaf
-    /// long.
+    /// The chunk that holds `offset` (< length()), beginning exactly at `offset` and at most one leaf long.
     TextChunk chunkAt(Offset offset) const;
     /// As chunkAt(), but in parts that are free of spellings or one unit with its spelling; at length() that
     /// of the end.
@@ -119,9 +117,7 @@ public:
     /// Puts `inserted` in place of `removed` units at `offset`; positions behind it that were taken before
     /// are stale.
     void replace(Offset offset, qint64 removed, QStringView inserted);
-    /// Cuts `length` units at `offset` out of the text and hands them over: O(log n).
-    TextPiece take(Offset offset, qint64 length);
-    /// The same, and puts `inserted` in their place.
+    /// The same, and hands over the units that were there: O(log n).
     TextPiece exchange(Offset offset, qint64 removed, QStringView inserted);
     TextPiece exchange(Offset offset, qint64 removed, const TextPiece &inserted);
     /// The same text without cutting it out: O(log n) as well, the leaves are shared until one side changes.
@@ -139,8 +135,7 @@ public:
     RowCol rowColAt(CursorPlace place) const;
     /// `position.column` may be 0..length of the row, which end means the row's own.
     CursorPlace placeAt(RowCol position) const;
-    /// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it.
-    /// O(length).
+    /// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it: O(length).
     bool fitsInRow(Offset offset, qint64 length) const;
     LineIndex lineAt(Offset offset) const;
     LineIndex lastLine() const { return LineIndex(lineCount() - 1); }
@@ -167,8 +162,8 @@ private:
     friend class Builder;
 };
 
-/// Text cut out of a store or shared with it, with its spellings, as compact as the store keeps
-/// it. Like stores, pieces of one text all belong to one thread.
+/// Text cut out of a store or shared with it, with its spellings, as compact as the store keeps it. Like
+/// stores, pieces of one text all belong to one thread.
 class TextPiece {
 public:
     TextPiece() = default;

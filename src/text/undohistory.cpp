@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -56,9 +57,7 @@ void JoinedSteps::add(const UndoCommand &command)
 
 void JoinedSteps::exchangeText(TextStore &store)
 {
-    TextPiece text = store.take({}, store.length());
-    store.insert({}, otherText);
-    otherText = std::move(text);
+    otherText = store.exchange({}, store.length(), otherText);
 }
 
 /// What undo() takes back at once.
@@ -127,6 +126,7 @@ const UndoCommand &Step::command(qint64 index) const
 } // namespace
 
 struct UndoHistory::State {
+    bool isEnabled = true;
     std::deque<Step> steps; ///< oldest first; from `done` on they can be redone
     size_t done = 0;
     size_t depth = 256;
@@ -268,6 +268,17 @@ UndoHistory::UndoHistory(int depth)
 
 UndoHistory::~UndoHistory() = default;
 
+bool UndoHistory::isEnabled() const
+{
+    return d->isEnabled;
+}
+
+void UndoHistory::setEnabled(bool enabled)
+{
+    if (std::exchange(d->isEnabled, enabled) != enabled)
+        clear();
+}
+
 int UndoHistory::depth() const
 {
     return int(d->depth);
@@ -306,6 +317,10 @@ void UndoHistory::replace(
 {
     if (removed == 0 && inserted.isEmpty())
         return;
+    if (!d->isEnabled) {
+        store.replace(offset, removed, inserted);
+        return;
+    }
     d->startEdit(store);
     TextPiece gone = store.exchange(offset, removed, inserted);
     d->recordEdit(offset, std::move(gone), TextPiece(inserted, store.nodeSizes()), joining);
@@ -316,6 +331,10 @@ void UndoHistory::replace(
 {
     if (removed == 0 && inserted.isEmpty())
         return;
+    if (!d->isEnabled) {
+        store.exchange(offset, removed, inserted);
+        return;
+    }
     d->startEdit(store);
     TextPiece gone = store.exchange(offset, removed, inserted);
     d->recordEdit(offset, std::move(gone), TextPiece(inserted), joining);

@@ -36,6 +36,10 @@ public:
     explicit UndoHistory(int depth = 256);
     ~UndoHistory();
 
+    bool isEnabled() const;
+    /// Off: edits are not recorded; switching either way forgets all that was.
+    void setEnabled(bool enabled);
+    /// Steps kept apart; below 1 counts as 1.
     int depth() const;
     void setDepth(int steps);
     bool canUndo() const;

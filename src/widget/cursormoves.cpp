@@ -96,7 +96,7 @@ void CursorMoves::selectAll()
 
 void CursorMoves::set(CursorPlace place, CursorPlace anchor)
 {
-    m_document.breakJoining();
+    m_document.history().breakJoining();
     m_cursor.setGoalX(std::nullopt);
     if (m_isQuiet) {
         m_cursor.set(place, anchor);

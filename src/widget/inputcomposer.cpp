@@ -77,7 +77,7 @@ void InputComposer::commit()
 void InputComposer::commit(const QInputMethodEvent &event)
 {
     if (isComposing())
-        m_document.breakJoining();
+        m_document.history().breakJoining();
     m_preedit = {};
     const QString text = typedText(event.commitString());
     if (event.replacementLength() > 0)

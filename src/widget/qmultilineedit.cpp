@@ -175,12 +175,12 @@ void QMultiLineEdit::redo()
 
 bool QMultiLineEdit::isUndoEnabled() const
 {
-    return d->document.isUndoEnabled();
+    return history().isEnabled();
 }
 
 void QMultiLineEdit::setUndoEnabled(bool enabled)
 {
-    d->document.setUndoEnabled(enabled);
+    d->document.history().setEnabled(enabled);
     d->followers.tellAvailability();
 }
 
@@ -191,7 +191,7 @@ int QMultiLineEdit::undoDepth() const
 
 void QMultiLineEdit::setUndoDepth(int steps)
 {
-    d->document.setUndoDepth(qMax(1, steps));
+    d->document.history().setDepth(steps);
     d->followers.tellAvailability();
 }
 

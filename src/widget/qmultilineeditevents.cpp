@@ -106,7 +106,7 @@ void QMultiLineEdit::focusInEvent(QFocusEvent *event)
 void QMultiLineEdit::focusOutEvent(QFocusEvent *event)
 {
     QAbstractScrollArea::focusOutEvent(event);
-    d->document.breakJoining();
+    d->document.history().breakJoining();
     laidOut().blink.stop();
     updateView();
 }

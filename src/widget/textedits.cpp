@@ -16,16 +16,16 @@ namespace {
 /// What is edited while it lives is undone as one step.
 class UndoGroup {
 public:
-    explicit UndoGroup(TextDocument &document)
-        : m_document(document)
+    explicit UndoGroup(UndoHistory &history)
+        : m_history(history)
     {
-        m_document.beginGroup();
+        m_history.beginGroup();
     }
-    ~UndoGroup() { m_document.endGroup(); }
+    ~UndoGroup() { m_history.endGroup(); }
     Q_DISABLE_COPY_MOVE(UndoGroup)
 
 private:
-    TextDocument &m_document;
+    UndoHistory &m_history;
 };
 
 } // namespace
@@ -189,7 +189,7 @@ void TextEdits::replaceRange(TextRange range, QStringView text)
 void TextEdits::replaceAround(qint64 start, qint64 replaced, QStringView text)
 {
     const Operation operation(*this);
-    const UndoGroup oneStep(m_document);
+    const UndoGroup oneStep(m_document.history());
     const TextRange old = m_cursor.selection();
     replace(old, {});
     const Offset from = qBound(Offset(), old.start + start, m_store.end());
@@ -200,7 +200,7 @@ void TextEdits::replaceAround(qint64 start, qint64 replaced, QStringView text)
 void TextEdits::drop(const TextPiece &text, Offset to, bool movesSelection)
 {
     const Operation operation(*this);
-    const UndoGroup oneStep(m_document);
+    const UndoGroup oneStep(m_document.history());
     if (movesSelection) {
         const TextRange from = m_cursor.selection();
         replace(from, {});

@@ -334,7 +334,7 @@ void SpellingsTest::cutAndPaste()
         TextStore store = storeOf(c, bytes, tiny);
         const qint64 offset = random.bounded(int(store.length()) + 1);
         const qint64 length = random.bounded(int(store.length() - offset) + 1);
-        const TextPiece piece = store.take(Offset(offset), length);
+        const TextPiece piece = store.exchange(Offset(offset), length, QStringView());
         store.checkInvariants();
         store.insert(Offset(offset), piece);
         store.checkInvariants();

@@ -147,7 +147,7 @@ void TextDocumentTest::recordsNothingWithoutUndo()
 {
     TextDocument document;
     document.replace(Offset(0), 0, u"a");
-    document.setUndoEnabled(false);
+    document.history().setEnabled(false);
     QVERIFY(!document.history().canUndo());
     document.replace(Offset(1), 0, u"b");
     document.replace(Offset(1), 0, document.store().piece(Offset(0), 1));

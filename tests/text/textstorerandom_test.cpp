@@ -56,7 +56,7 @@ private:
         const qint64 offset = random.below(model.length() + 1);
         const qint64 count = random.below(model.length() - offset + 1);
         const QString text = model.text().mid(offset, count);
-        const TextPiece piece = store.take(Offset(offset), count);
+        const TextPiece piece = store.exchange(Offset(offset), count, QStringView());
         model.replace(Offset(offset), count, {});
         QCOMPARE(piece.text(), text);
         QCOMPARE(piece.length(), count);
@@ -212,7 +212,7 @@ void TextStoreRandomTest::ruleChangesWhilePiecesLive()
     ModelStore model;
     model.setText(text);
     const TextPiece copied = store.piece(Offset(20), 150);
-    TextPiece cut = store.take(Offset(100), 90);
+    TextPiece cut = store.exchange(Offset(100), 90, QStringView());
     model.replace(Offset(100), 90, {});
     for (const Subpixels limit : { 5, 0, 3, 7 }) {
         const LayoutRule rule = ruleOf(Widths::FixedPitch, limit, 4);
