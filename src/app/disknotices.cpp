@@ -31,7 +31,7 @@ bool DiskNotices::eventFilter(QObject *watched, QEvent *event)
 
 void DiskNotices::listenTo(ctlEditer *editor)
 {
-    const TextDocument &document = std::as_const(*editor).document();
+    const TextDocument &document = editor->document();
     const auto note = [this, editor] { noteFile(editor); };
     connect(&document, &TextDocument::replaced, this, note);
     connect(&document, &TextDocument::saved, this, note);
@@ -91,8 +91,7 @@ void DiskNotices::tell(ctlEditer *editor, FileChange change)
 {
     Notice notice{ NoticeKind::ChangedOnDisk, editor, [change] { return textOf(change); }, {} };
     const auto offer = [&notice](auto text, auto act) { notice.offers.push_back({ text, act }); };
-    const bool canFollow =
-        !editor->edited() && std::as_const(*editor).document().charCode() != CharCode::Unicode;
+    const bool canFollow = !editor->edited() && editor->document().charCode() != CharCode::Unicode;
     if (change == FileChange::Grown && canFollow)
         offer([] { return tr("Follow"); }, [this, editor] { follow(editor); });
     if (change != FileChange::Deleted) {

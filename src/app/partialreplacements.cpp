@@ -27,7 +27,7 @@ void PartialReplacements::begin(qint64 hitLength, qint64 textLength)
     forget();
     m_hitLength = hitLength;
     m_textLength = textLength;
-    const TextStore &store = m_editor.store();
+    const TextStore &store = m_editor.document().store();
     m_places = PlacesInText(store.length());
     m_before = store.piece({}, store.length());
     m_replacements = 0;
@@ -75,7 +75,7 @@ void PartialReplacements::noteEdit(qint64 placesBefore)
 
 void PartialReplacements::forget()
 {
-    m_places = PlacesInText(m_editor.store().length());
+    m_places = PlacesInText(m_editor.document().store().length());
     m_before = {};
     m_canUndoAll = false;
     m_notices.withdraw(NoticeKind::ReplacedInPart, &m_editor);

@@ -69,7 +69,7 @@ void ReadingNotices::update(ctlEditer *editor)
     for (const NoticeKind kind : { NoticeKind::OtherCode, NoticeKind::WrongCode, NoticeKind::Utf16,
              NoticeKind::RewrittenBytes, NoticeKind::KeptFile })
         m_documents.notices().withdraw(kind, editor);
-    const TextDocument &document = std::as_const(*editor).document();
+    const TextDocument &document = editor->document();
     if (document.findings().utf16)
         tellUtf16(editor);
     else if (document.findings().fittingCode || document.findings().undecodableBytes > 0)
@@ -82,7 +82,7 @@ void ReadingNotices::update(ctlEditer *editor)
 
 void ReadingNotices::tellCode(ctlEditer *editor)
 {
-    const TextDocument &document = std::as_const(*editor).document();
+    const TextDocument &document = editor->document();
     Notice notice{ NoticeKind::WrongCode, editor, [&document] { return codeText(document); }, {} };
     if (const auto code = document.findings().fittingCode)
         notice.offers.push_back(
@@ -93,7 +93,7 @@ void ReadingNotices::tellCode(ctlEditer *editor)
 
 void ReadingNotices::tellUtf16(ctlEditer *editor)
 {
-    const TextDocument &document = std::as_const(*editor).document();
+    const TextDocument &document = editor->document();
     Notice notice{ NoticeKind::Utf16, editor,
         [&document] {
             return document.isUtf16() ? tr("UTF-16 text, to be saved as UTF-8")
@@ -121,7 +121,7 @@ void ReadingNotices::keepUtf16(ctlEditer *editor)
 
 void ReadingNotices::tellRewritten(ctlEditer *editor)
 {
-    const TextDocument &document = std::as_const(*editor).document();
+    const TextDocument &document = editor->document();
     Notice notice{ NoticeKind::RewrittenBytes, editor, [&document] { return rewrittenText(document); }, {} };
     notice.offers.push_back({ [] { return tr("Keep a copy"); },
         [=, this] {

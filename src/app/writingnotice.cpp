@@ -61,7 +61,7 @@ void WritingNotice::noteSaved()
 
 void WritingNotice::update()
 {
-    const bool isBinary = std::as_const(m_editor).document().charCode() == CharCode::Binary;
+    const bool isBinary = m_editor.document().charCode() == CharCode::Binary;
     if (m_unwritable.count() > 0 && !isBinary)
         tell();
     else if (!m_unwritable.mayBeMore())
@@ -75,7 +75,7 @@ void WritingNotice::tell()
     Notice notice{ NoticeKind::CannotWrite, &m_editor, [this] { return text(); }, {} };
     notice.offers.push_back(
         { [] { return translated(QT_TRANSLATE_NOOP("frmMain", "Go to it")); }, [this] { goToNext(); } });
-    if (&std::as_const(m_editor).document().codecToWrite() != &utf8Codec())
+    if (&m_editor.document().codecToWrite() != &utf8Codec())
         notice.offers.push_back({ [] { return translated(QT_TRANSLATE_NOOP("frmMain", "Save as UTF-8…")); },
             [this] { saveAsUtf8(); } });
     notice.dismissed = [this] {
@@ -100,7 +100,7 @@ void WritingNotice::settle()
 
 QString WritingNotice::text() const
 {
-    const TextDocument &document = std::as_const(m_editor).document();
+    const TextDocument &document = m_editor.document();
     QString number = QString::number(m_unwritable.count());
     if (m_unwritable.mayBeMore())
         number = translated(QT_TRANSLATE_NOOP("frmMain", "%1 or more")).arg(number);

@@ -14,7 +14,7 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
 {
     TextStore text;
     if (const auto failure =
-            document().read(path, name, requestedCharCode(requested), defaultCodes(), text)) {
+            laidOutDocument().read(path, name, requestedCharCode(requested), defaultCodes(), text)) {
         tellReadFailure(this, *failure);
         return false;
     }
@@ -25,7 +25,7 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
 bool ctlEditer::loadUtf16(const QString &path, const QString &name, Utf16Form form)
 {
     TextStore text;
-    if (const auto failure = document().readUtf16(path, name, form, defaultCodes(), text)) {
+    if (const auto failure = laidOutDocument().readUtf16(path, name, form, defaultCodes(), text)) {
         tellReadFailure(this, *failure);
         return false;
     }

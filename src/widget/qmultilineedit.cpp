@@ -92,7 +92,7 @@ qint64 QMultiLineEdit::numLines() const
 
 TextDocument &QMultiLineEdit::document()
 {
-    return laidOut().document;
+    return d->document;
 }
 
 const TextDocument &QMultiLineEdit::document() const
@@ -103,6 +103,11 @@ const TextDocument &QMultiLineEdit::document() const
 const TextStore &QMultiLineEdit::store() const
 {
     return laidOut().document.store();
+}
+
+TextDocument &QMultiLineEdit::laidOutDocument()
+{
+    return laidOut().document;
 }
 
 const UndoHistory &QMultiLineEdit::history() const

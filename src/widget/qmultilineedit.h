@@ -53,10 +53,10 @@ public:
     QString text() const;
     /// Display rows.
     qint64 numLines() const;
-    /// The document that is shown, owned by this; its store is laid out as the view shows it.
+    /// The document that is shown, owned by this. Its rows may still be those of an earlier font or wrap.
     TextDocument &document();
-    /// The same for questions that have nothing to do with rows.
     const TextDocument &document() const;
+    /// Its text for questions about rows: laid out first, where that is still to be done.
     const TextStore &store() const;
     const UndoHistory &history() const;
 
@@ -178,6 +178,8 @@ signals:
     void copyAvailable(bool available);
 
 protected:
+    /// The document with its text laid out, and so by the rule of what is read into it.
+    TextDocument &laidOutDocument();
     /// What the last three of these signals have said last, which is theirs to know.
     Availability &announced() const;
     /// What an input method is composing, shown at the cursor; Return then ends that and breaks no line.

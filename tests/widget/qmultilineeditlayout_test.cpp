@@ -1,3 +1,4 @@
+#include "document/textdocument.h"
 #include "rows/fontmeasure.h"
 #include "tests/testprogram.h"
 #include "tests/widget/drawntext.h"
@@ -107,6 +108,7 @@ private slots:
     void hiddenEditorWaitsUntilItIsShown();
     void hiddenEditorIsAsIfLaidOutAtOnce_data();
     void hiddenEditorIsAsIfLaidOutAtOnce();
+    void theDocumentIsAskedWithoutLayingOut();
     void visibleEditorIsLaidOutOnceBeforeItIsPainted();
     void topTextStays_data();
     void topTextStays();
@@ -296,6 +298,18 @@ void QMultiLineEditLayoutTest::showingAgainScrollsNothing()
         QCOMPARE(edit.topRow(), topRow);
         QCOMPARE(edit.xOffset(), 150);
     }
+}
+
+void QMultiLineEditLayoutTest::theDocumentIsAskedWithoutLayingOut()
+{
+    LaidOutEdit edit;
+    prepare(edit);
+    edit.numLines();
+    const LayoutRule before = edit.document().store().layoutRule();
+    setFontSize(edit, 17);
+    QCOMPARE(edit.document().store().layoutRule(), before);
+    QVERIFY(edit.store().layoutRule() != before);
+    QVERIFY(edit.document().store().layoutRule() != before);
 }
 
 /// Nobody but the editor keeps the widths its text is laid out by, once other fonts have been measured.
