@@ -16,13 +16,13 @@ namespace {
 /// Plain ASCII is no choice of the user's and would be wrong as soon as the file holds more: detected again.
 std::optional<CharCode> codeToReload(const ctlEditer &editor)
 {
-    const CharCode code = CharCode(editor.charCode());
+    const CharCode code = editor.document().charCode();
     return code == CharCode::Ascii || code == CharCode::Binary ? std::nullopt : std::optional(code);
 }
 
 bool isReadWith(const ctlEditer &editor, CharCode code)
 {
-    return &infoOf(CharCode(editor.charCode())).codec() == &infoOf(code).codec();
+    return &infoOf(editor.document().charCode()).codec() == &infoOf(code).codec();
 }
 
 /// Folder and name of a file, without looking at the disk. A "/" at the end is not part of the name.
@@ -131,7 +131,7 @@ bool DocumentLoader::openUnsaved(const QString &path, const QString &name, std::
     ctlEditer *const editor = m_documents.add(FileName::forDisplay(name));
     KeyPause::begin();
     const FileChoice file = fileOf(path, charCode);
-    if (!editor->loadFile(file.folder, file.name, file.charCode ? int(*file.charCode) : 0)) {
+    if (!editor->loadFile(file.folder, file.name, file.charCode)) {
         m_documents.close(editor);
         if (before)
             m_documents.present(before);
@@ -161,9 +161,8 @@ bool DocumentLoader::load(ctlEditer *editor, const FileChoice &file)
 {
     KeyPause::begin();
     const bool isAgain = fullName(*editor) == file.fullName();
-    const int charCode = file.charCode ? int(*file.charCode) : 0;
     const QScopedValueRollback<const ctlEditer *> loading(m_loading, editor);
-    const bool isLoaded = editor->loadFile(file.folder, file.name, charCode);
+    const bool isLoaded = editor->loadFile(file.folder, file.name, file.charCode);
     if (isLoaded)
         m_places.restoreCarried(*editor);
     else if (!isAgain)

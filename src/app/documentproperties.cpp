@@ -9,8 +9,8 @@
 
 QString propertiesOf(const ctlEditer &editor)
 {
-    const TextCounts counts = countText(editor.store());
-    const qint64 bytes = fileSize(counts, CharCode(editor.charCode()), ReturnCode(editor.returnCode()));
+    const TextCounts counts = countText(editor.document().store());
+    const qint64 bytes = fileSize(counts, editor.document().charCode(), editor.document().returnCode());
     const qint64 kilobytes = (bytes + 1023) / 1024;
     const qint64 chars = counts.singleByteChars + counts.doubleByteChars;
     return QCoreApplication::translate(

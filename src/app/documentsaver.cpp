@@ -56,9 +56,7 @@ bool DocumentSaver::saveTo(ctlEditer *editor, const FileChoice &file)
 {
     if (file.folder.isEmpty())
         return saveAs(editor);
-    const int charCode = file.charCode ? int(*file.charCode) : 0;
-    const int returnCode = file.returnCode ? int(*file.returnCode) : 0;
-    const bool isSaved = editor->saveFile(file.folder, file.name, charCode, returnCode);
+    const bool isSaved = editor->saveFile(file.folder, file.name, file.charCode, file.returnCode);
     // Codes that were chosen are the document's also when it could not be written.
     m_documents.refresh(editor);
     if (!isSaved)
@@ -78,7 +76,7 @@ bool DocumentSaver::saveAs(ctlEditer *editor, std::optional<CharCode> charCode)
         if (saveTo(editor, *file))
             return true;
         // Binary text cannot be saved anywhere.
-        if (CharCode(editor->charCode()) == CharCode::Binary)
+        if (editor->document().charCode() == CharCode::Binary)
             return false;
         start = *file; // what was chosen is not lost, and can be mended
     }

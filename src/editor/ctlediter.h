@@ -42,6 +42,7 @@ public:
     /// history, cursor and view stay then, but path and name are the new ones, and saving under them keeps a
     /// copy of what could not be read. Memory: the file's bytes and the text.
     bool loadFile(const QString &path, const QString &name, int requested);
+    bool loadFile(const QString &path, const QString &name, std::optional<CharCode> requested);
     /// As loadFile, as UTF-16; see TextDocument.
     bool loadUtf16(const QString &path, const QString &name, Utf16Form form);
     /// As loadFile, always detecting.
@@ -50,6 +51,8 @@ public:
     /// user: the file is as it was then, text, name and history too, but the codes given are kept. What the
     /// file had is kept, and the user told where, when another document of the program has written it since.
     bool saveFile(const QString &path, const QString &name, int charCode = 0, int returnCode = 0);
+    bool saveFile(const QString &path, const QString &name, std::optional<CharCode> charCode,
+        std::optional<ReturnCode> returnCode);
 
     /// Shows what a file that has only grown has got, see TextDocument::readGrowth(). A view at the end of
     /// the text stays at its end, as does a cursor there; else both stay where they are.
@@ -68,7 +71,7 @@ public:
     void jumpToLastEdit();
 
     /// All of the following; the cursor stays on its text, the text at the top of the view stays there, and
-    /// the document does not count as modified by it.
+    /// the document does not count as edited by it.
     void applySettings();
     void applyFont();
     /// Mode 1 wraps at the width the editor has now and goes on doing so whatever its width becomes.
@@ -113,7 +116,6 @@ private:
     /// Of a file that does not tell.
     static FileCodes defaultCodes();
     void tellSaved(const SaveResult &result);
-    /// Why the old content of a file was kept that was written all the same.
 
     void breakLine();
     QString indentationBeforeCursor() const;

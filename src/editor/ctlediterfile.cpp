@@ -12,9 +12,13 @@ FileCodes ctlEditer::defaultCodes()
 
 bool ctlEditer::loadFile(const QString &path, const QString &name, int requested)
 {
+    return loadFile(path, name, requestedCharCode(requested));
+}
+
+bool ctlEditer::loadFile(const QString &path, const QString &name, std::optional<CharCode> requested)
+{
     TextStore text;
-    if (const auto failure =
-            laidOutDocument().read(path, name, requestedCharCode(requested), defaultCodes(), text)) {
+    if (const auto failure = laidOutDocument().read(path, name, requested, defaultCodes(), text)) {
         tellReadFailure(this, *failure);
         return false;
     }
@@ -35,7 +39,7 @@ bool ctlEditer::loadUtf16(const QString &path, const QString &name, Utf16Form fo
 
 bool ctlEditer::reload(const QString &path, const QString &name)
 {
-    return loadFile(path, name, 0);
+    return loadFile(path, name, std::nullopt);
 }
 
 bool ctlEditer::readGrowth()
@@ -61,8 +65,13 @@ bool ctlEditer::readGrowth()
 
 bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode, int returnCode)
 {
-    const SaveResult result =
-        document().save(path, name, requestedCharCode(charCode), requestedReturnCode(returnCode));
+    return saveFile(path, name, requestedCharCode(charCode), requestedReturnCode(returnCode));
+}
+
+bool ctlEditer::saveFile(const QString &path, const QString &name, std::optional<CharCode> charCode,
+    std::optional<ReturnCode> returnCode)
+{
+    const SaveResult result = document().save(path, name, charCode, returnCode);
     const bool isWritten = result.outcome == SaveResult::Outcome::Written;
     const bool isAsWanted = result.wasToBeKept && result.overtaken == Overtaken::No;
     if (isWritten && (isAsWanted || result.overtaken == Overtaken::ByProgram))
