@@ -21,11 +21,6 @@ UnsavedText shown(const LeftBehind &text)
     return { text.name, text.path, QDateTime::fromMSecsSinceEpoch(text.time), text.length };
 }
 
-bool isRestored(Restored::Outcome outcome)
-{
-    return outcome != Restored::Outcome::NotPossible && outcome != Restored::Outcome::InUse;
-}
-
 /// Cursor, selection and view, which are within the text.
 void showPlace(ctlEditer &editor, const ViewPlace &place)
 {
@@ -140,7 +135,7 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
         const QMultiLineEdit::Batch batch(*editor);
         restored = m_journals.restore(text, editor->document());
     }
-    if (!isRestored(restored.outcome)) {
+    if (!restored.isRestored()) {
         if (!there)
             m_documents.close(editor);
         return nullptr;

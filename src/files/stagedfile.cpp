@@ -6,20 +6,20 @@
 
 namespace {
 
-constexpr QByteArrayView mark = ".marlopad-";
+constexpr QByteArrayView infix = ".marlopad-";
 
 /// ".NAME.marlopad-DIGITS"
 bool isStaged(QByteArrayView name)
 {
     const QByteArrayView prefix = ownFilePrefix(name);
-    return prefix.startsWith('.') && prefix.endsWith(mark) && prefix.size() > mark.size() + 1;
+    return prefix.startsWith('.') && prefix.endsWith(infix) && prefix.size() > infix.size() + 1;
 }
 
 } // namespace
 
 QByteArray stagedPrefix(QByteArrayView folder, QByteArrayView fileName)
 {
-    return folder.toByteArray() + '.' + shortName(fileName).toByteArray() + mark.toByteArray();
+    return folder.toByteArray() + '.' + shortName(fileName).toByteArray() + infix.toByteArray();
 }
 
 void removeStagedStrays(const QByteArray &folder, const FileCalls &calls)

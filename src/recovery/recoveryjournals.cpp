@@ -133,9 +133,7 @@ Restored RecoveryJournals::restore(const LeftBehind &found, TextDocument &docume
 {
     Restored restored = ::restore(found.journal, document, m_calls);
     DocumentJournal *const journal = journalOf(document);
-    const bool isRestored =
-        restored.outcome != Restored::Outcome::NotPossible && restored.outcome != Restored::Outcome::InUse;
-    if (isRestored && !restored.hasReadError && journal)
+    if (restored.isRestored() && !restored.hasReadError && journal)
         journal->supersede(std::move(restored.journal));
     return restored;
 }

@@ -17,8 +17,8 @@
 ///     RecoveryJournals journals;
 ///     journals.attach(document, [&] { return placeOf(editor); });   when the document is made
 ///     journals.end(document);                                       when its user has closed it
-///     journals.keep(document);                                      behind a save that wrote "?" for a
-///     character journals.endKeeping(document);                                when the user has been told
+///     journals.keep(document);                                      behind a save that wrote "?"
+///     journals.endKeeping(document);                                when the user has been told
 ///     journals.flush(500ms);                                        before the program ends unasked
 ///     journals.restore(found, document);                            into one that is attached and empty
 ///

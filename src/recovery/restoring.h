@@ -20,6 +20,8 @@ struct Restored {
         InUse, ///< another program restores or has restored it, or it is gone; the document is as it was
     };
     Outcome outcome = Outcome::NotPossible;
+    /// The document has what there was.
+    bool isRestored() const { return outcome != Outcome::NotPossible && outcome != Outcome::InUse; }
     ViewPlace place; ///< within the text
     QString path; ///< of the document's file as it was, whatever has become of it; empty for none
     bool hasReadError = false; ///< there may be more in the journal than could be read now
