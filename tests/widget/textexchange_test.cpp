@@ -1,0 +1,107 @@
+#include "codec/codecs.h"
+#include "document/textdocument.h"
+#include "tests/testprogram.h"
+#include "widget/textcursor.h"
+#include "widget/textexchange.h"
+#include "widget/textmimedata.h"
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A document whose whole text is selected.
+struct Exchanging {
+    explicit Exchanging(const QString &text, CharCode code = CharCode::Utf8)
+        : document({ code, ReturnCode::Lf })
+    {
+        document.replace({}, 0, text);
+        cursor.set({ document.store().end() }, {});
+    }
+    std::unique_ptr<TextMimeData> data() const
+    {
+        return std::unique_ptr<TextMimeData>(exchange.selectionData());
+    }
+
+    QObject editor;
+    TextDocument document;
+    TextCursor cursor{ document.store() };
+    TextExchange exchange{ editor, document, cursor };
+};
+
+constexpr char16_t undecodable = 0xdcff; // of a byte that is no text
+
+} // namespace
+
+/// Text on its way from one document to another.
+class TextExchangeTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void escapesStayInOneCode();
+    void carriageReturnsComeBackAlone();
+    void textOfOtherProgramsIsCleaned();
+    void dataKeepTheTextOrFollowIt();
+    void isMadeAStringOnDemand();
+};
+
+void TextExchangeTest::escapesStayInOneCode()
+{
+    const QString text = u"a"_s + QChar(undecodable);
+    const Exchanging from(text);
+    const auto data = from.data();
+    QCOMPARE(Exchanging({}).exchange.pieceOf(*data).text(), text);
+    QVERIFY(!Exchanging({}, CharCode::Euc).exchange.pieceOf(*data).text().contains(QChar(undecodable)));
+}
+
+/// In another document they would be line ends that show as something else.
+void TextExchangeTest::carriageReturnsComeBackAlone()
+{
+    const Exchanging from(u"a\r\nb\rc"_s);
+    const auto data = from.data();
+    QCOMPARE(from.exchange.pieceOf(*data).text(), u"a\r\nb\rc"_s);
+    QCOMPARE(Exchanging({}).exchange.pieceOf(*data).text(), u"a\nb\nc"_s);
+}
+
+void TextExchangeTest::textOfOtherProgramsIsCleaned()
+{
+    QMimeData data;
+    data.setText(u"a\r\nb"_s + QChar(undecodable));
+    const QString text = Exchanging({}).exchange.pieceOf(data).text();
+    QVERIFY(text.startsWith(u"a\nb"_s));
+    QVERIFY(!text.contains(QChar(undecodable)));
+}
+
+void TextExchangeTest::dataKeepTheTextOrFollowIt()
+{
+    Exchanging from(u"abc"_s);
+    const std::unique_ptr<TextMimeData> kept = from.data();
+    const std::unique_ptr<TextMimeData> following(from.exchange.followingSelectionData());
+    from.document.replace({}, 1, u"X");
+    from.cursor.set({ Offset(2) }, {});
+    QCOMPARE(kept->text(), u"abc"_s);
+    QCOMPARE(following->text(), u"Xb"_s);
+    QCOMPARE(from.exchange.selectedPiece().text(), u"Xb"_s);
+}
+
+void TextExchangeTest::isMadeAStringOnDemand()
+{
+    int asked = 0;
+    const QObject editor;
+    TextMimeData data(
+        [&asked] {
+            ++asked;
+            return TextPiece(u"text");
+        },
+        utf8Codec(), &editor);
+    QVERIFY(data.hasText() && data.isFrom(&editor) && !data.isFrom(this));
+    QCOMPARE(asked, 0);
+    QCOMPARE(data.text(), u"text"_s);
+    QVERIFY(asked > 0);
+    data.setSource([] { return TextPiece(u"other"); });
+    QCOMPARE(data.text(), u"other"_s);
+}
+
+REGISTER_TEST(runWindowTest<TextExchangeTest>)
+#include "textexchange_test.moc"
