@@ -265,7 +265,7 @@ void takeAndInsert(benchmark::State &state)
 {
     TextStore store = logStore(1024 * mebi, unwrapped());
     for (auto _ : state) {
-        const TextPiece half = store.take(Offset(1000), 512 * mebi);
+        const TextPiece half = store.exchange(Offset(1000), 512 * mebi, QStringView());
         store.insert(Offset(1000), half);
     }
 }

@@ -34,7 +34,7 @@ QByteArray fieldsOfEachKind()
 }
 
 /// Whether all of them were there.
-bool readAll(QByteArrayView bytes)
+bool readEachKind(QByteArrayView bytes)
 {
     FieldReader fields(bytes);
     fields.number8();
@@ -78,9 +78,9 @@ void ByteFieldsTest::isLittleEndian()
 void ByteFieldsTest::cutAnywhereIsNotWhole()
 {
     const QByteArray bytes = fieldsOfEachKind();
-    QVERIFY(readAll(bytes));
+    QVERIFY(readEachKind(bytes));
     for (qsizetype size = 0; size < bytes.size(); ++size)
-        QVERIFY2(!readAll(QByteArrayView(bytes).first(size)), qPrintable(QString::number(size)));
+        QVERIFY2(!readEachKind(QByteArrayView(bytes).first(size)), qPrintable(QString::number(size)));
 }
 
 void ByteFieldsTest::aCountBeyondTheEndReadsNothing()
