@@ -5,6 +5,8 @@ bool writeAt(const FileCalls &calls, int fd, QByteArrayView bytes, off_t offset)
     while (!bytes.isEmpty()) {
         const ssize_t written =
             retried([&] { return calls.pwrite(fd, bytes.data(), size_t(bytes.size()), offset); });
+        if (written == 0)
+            errno = ENOSPC;
         if (written <= 0)
             return false;
         bytes = bytes.sliced(written);

@@ -1,9 +1,8 @@
 #include "recovery/journalfile.h"
 
+#include "files/copycontent.h"
 #include "files/statefolder.h"
 #include "recovery/journalfolder.h"
-
-#include <QScopeGuard>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -84,17 +83,9 @@ bool JournalFile::append(RecordType type, QByteArrayView content)
 
 bool JournalFile::flush()
 {
-    QByteArrayView left = m_buffer;
-    while (!left.isEmpty()) {
-        const ssize_t written =
-            retried([&] { return m_calls.pwrite(m_file, left.data(), size_t(left.size()), m_size); });
-        if (written == 0)
-            errno = ENOSPC;
-        if (written <= 0)
-            return fail();
-        left = left.sliced(written);
-        m_size += written;
-    }
+    if (!writeAt(m_calls, m_file, m_buffer, m_size))
+        return fail();
+    m_size += m_buffer.size();
     m_buffer.resize(0);
     return true;
 }

@@ -88,7 +88,9 @@ void CopyContentTest::whatFailsIsTold()
     QVERIFY(writeAt(calls, from.handle(), "abc", 0));
     off_t copied = 0;
     calls.pwrite = [](int, const void *, size_t, off_t) -> ssize_t { return 0; };
+    errno = 0;
     QVERIFY(!copyContent(calls, from.handle(), to.handle(), &copied));
+    QCOMPARE(errno, ENOSPC);
     calls = FileCalls::system();
     calls.pread = [](int, void *, size_t, off_t) -> ssize_t {
         errno = EIO;
