@@ -10,6 +10,16 @@
 #include "files/endorder.h"
 #include "files/filename.h"
 
+namespace {
+
+/// Bytes that fit the code they were read with are text of that code, unless any bytes fit it.
+bool isUtf16Likely(const ReadFindings &found, CharCode readAs)
+{
+    return found.utf16 && (found.utf16->hasMark || found.undecodableBytes > 0 || readAs == CharCode::Binary);
+}
+
+} // namespace
+
 TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
     : m_codes(codes)
     , m_readCode(infoOf(codes.charCode).codec())
@@ -116,6 +126,8 @@ std::optional<ReadFailure> TextDocument::read(const QString &path, const QString
     normalizeLineEnds(bytes, m_codes.returnCode);
     const TextCodec &codec = codecToRead(m_codes.charCode, bytes);
     text = decode(std::move(bytes), codec, requested ? CodeWas::Wanted : CodeWas::Detected);
+    if (!isUtf16Likely(m_findings, m_codes.charCode))
+        m_findings.utf16.reset();
     return std::nullopt;
 }
 

@@ -16,7 +16,7 @@ char16_t unitAt(QByteArrayView bytes, qsizetype at, bool isBigEndian)
                        : qFromLittleEndian<char16_t>(bytes.data() + at);
 }
 
-/// Blocks that text is made of, but for rare characters. Bytes of other codes, taken by twos, fall outside.
+/// Blocks that text is made of, but for rare characters; half of all other numbers fall outside.
 bool isTextUnit(char16_t unit)
 {
     static constexpr struct {
@@ -29,9 +29,17 @@ bool isTextUnit(char16_t unit)
     return isInBlock && QChar::category(unit) != QChar::Other_NotAssigned;
 }
 
-bool isAsciiByte(char byte)
+bool isAsciiByte(uchar byte)
 {
-    return uchar(byte) < 0x80;
+    return byte < 0x80;
+}
+
+/// A byte that text in no other code has: a control character but for those of lines, of terminals and of
+/// old files' ends.
+bool isForeignByte(uchar byte)
+{
+    constexpr QByteArrayView ofTexts = "\t\n\f\r\x1A\x1B";
+    return byte == 0xFF || (byte < 0x20 && !ofTexts.contains(char(byte)));
 }
 
 bool isKana(char16_t unit)
@@ -39,21 +47,35 @@ bool isKana(char16_t unit)
     return unit >= 0x3040 && unit <= 0x30FF;
 }
 
-/// The ASCII characters in a sample of text; 0 where it is no text in this order. What has no byte above 7F
-/// is some other text, with a NUL here and there, unless half of it is ASCII or kana in this order.
-qsizetype asciiIn(QByteArrayView sample, bool isBigEndian)
+/// A unit whose bytes are hardly neighbours in other codes. All kana begin with the byte of the digit 0, and
+/// the letters come behind that digit in numbers, as the first half of them.
+bool isProof(char16_t unit)
 {
-    qsizetype ascii = 0;
-    qsizetype kana = 0;
+    return isForeignByte(uchar(unit >> 8)) || isForeignByte(uchar(unit))
+        || (isKana(unit) && !isAsciiByte(uchar(unit)));
+}
+
+/// How much in a sample of text speaks for this order; 0 where it is no text in it. Rare characters do not
+/// speak against it. What has no byte above 7F is some other text, with a NUL here and there, unless half of
+/// it is ASCII or kana in this order.
+qsizetype proofIn(QByteArrayView sample, bool isBigEndian)
+{
+    constexpr qsizetype leastOfText = 50; ///< one in so many units may be of no such block
+    constexpr qsizetype leastOfProof = 16; ///< one in so many must be
+    constexpr qsizetype leastProof = 2; ///< one may be a NUL in some other text
+    const qsizetype units = sample.size() / 2;
+    qsizetype rare = 0;
+    qsizetype proof = 0;
+    qsizetype plain = 0;
     for (qsizetype at = 0; at + 1 < sample.size(); at += 2) {
         const char16_t unit = unitAt(sample, at, isBigEndian);
-        if (!isTextUnit(unit))
-            return 0;
-        ascii += unit < 0x80;
-        kana += isKana(unit);
+        rare += !isTextUnit(unit);
+        proof += isProof(unit);
+        plain += unit < 0x80 || isKana(unit);
     }
     const bool isSevenBit = std::ranges::all_of(sample, isAsciiByte);
-    return isSevenBit && (ascii + kana) * 4 < sample.size() ? 0 : ascii;
+    const bool isText = rare * leastOfText <= units && (!isSevenBit || plain * 2 >= units);
+    return isText && proof >= leastProof && proof * leastOfProof >= units ? proof : 0;
 }
 
 } // namespace
@@ -67,8 +89,8 @@ std::optional<Utf16Form> utf16FormOf(QByteArrayView bytes)
     if (bytes.size() % 2 != 0)
         return std::nullopt;
     const QByteArrayView sample = bytes.first(qMin(bytes.size(), sampleBytes));
-    const qsizetype little = asciiIn(sample, false);
-    const qsizetype big = asciiIn(sample, true);
+    const qsizetype little = proofIn(sample, false);
+    const qsizetype big = proofIn(sample, true);
     if (little == big)
         return std::nullopt;
     return Utf16Form{ big > little, false };

@@ -5,8 +5,9 @@
 
 /// UTF-16 as text, beside the rules that go by bytes.
 
-/// Whether a file is text in UTF-16: by its mark, or else by its start, which must be characters in one order
-/// and have ASCII among them. Cost: a look at its start.
+/// Whether a file is text in UTF-16: by its mark, or else by its start, where nearly all units must be common
+/// characters in one order, and some of such bytes as no text in another code has. A few characters without
+/// ASCII may not be recognised. Cost: a look at its start.
 std::optional<Utf16Form> utf16FormOf(QByteArrayView bytes);
 /// What reads and writes such a text; the encoder writes a mark if there was one.
 const TextCodec &codecOf(Utf16Form form);

@@ -5,6 +5,8 @@
 #include "tests/document/documentfolder.h"
 #include "tests/testprogram.h"
 
+#include <QDir>
+#include <QRandomGenerator>
 #include <QTest>
 #include <QtEndian>
 
@@ -54,8 +56,14 @@ class Utf16TextTest : public QObject {
 private slots:
     void isRecognised_data() { addForms(); }
     void isRecognised();
+    void isRecognisedWithoutAscii_data();
+    void isRecognisedWithoutAscii();
     void otherFilesAreNone_data();
     void otherFilesAreNone();
+    void noSampleIsTakenForIt_data();
+    void noSampleIsTakenForIt();
+    void otherCodesAreNeverTakenForIt_data();
+    void otherCodesAreNeverTakenForIt();
     void isReadAsText_data() { addForms(); }
     void isReadAsText();
     void isSavedAsUtf8_data() { addForms(); }
@@ -77,6 +85,34 @@ void Utf16TextTest::isRecognised()
     QCOMPARE(utf16FormOf(utf16Of(text, form)), std::optional(form));
 }
 
+void Utf16TextTest::isRecognisedWithoutAscii_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("sentence") << u"吾輩は猫である。名前はまだ無い。"_s;
+    QTest::newRow("hiragana") << u"いろはにほへとちりぬるを"_s;
+    QTest::newRow("katakana") << u"カタカナノミノヒョウジ"_s;
+    QTest::newRow("full-width forms") << u"全角　ＡＢＣ　１２３"_s;
+    QTest::newRow("rare characters") << (u"このへやのひろさは㎡ではかる"_s
+        + u"ありふれたもじ"_s.repeated(10));
+    QTest::newRow("Chinese") << u"天地玄黄，宇宙洪荒。日月盈昃，辰宿列张。"_s;
+    QTest::newRow("a long line") << u"春は曙。やうやう白くなりゆく山際、少し明かりて、"_s.repeated(200);
+}
+
+void Utf16TextTest::isRecognisedWithoutAscii()
+{
+    QFETCH(QString, text);
+    for (const bool isBigEndian : { false, true }) {
+        const DocumentFolder folder;
+        const Utf16Form form{ isBigEndian, false };
+        QVERIFY(folder.write(fileName, utf16Of(text, form)));
+        TextDocument document;
+        QVERIFY(!document.load(folder.path(), fileName, {}, {}));
+        QCOMPARE(document.findings().utf16, std::optional(form));
+        QVERIFY(readAsText(document, folder, form));
+        QCOMPARE(document.store().text(), text);
+    }
+}
+
 void Utf16TextTest::otherFilesAreNone_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -90,6 +126,13 @@ void Utf16TextTest::otherFilesAreNone_data()
     QTest::newRow("a program") << QByteArray("\x7F"
                                              "ELF\x02\x01\x01\0\0\0\0\0\0\0\0\0\x03\0\x3E\0\x01\0\0\0",
         24);
+    QTest::newRow("numbers") << QByteArray("0,0,0,0,0,0,0,0,");
+    QTest::newRow("hexadecimal numbers") << QByteArray("0A0B0C0D0E0F0G0H");
+    QTest::newRow("Shift-JIS, its units Chinese")
+        << QByteArray("\x82\xA0\x82\xA2\x93\xFA\x96\x7B\r\n\x90\x6C");
+    QTest::newRow("Shift-JIS, numbers") << QByteArray("\x92\x6C"
+                                                      "0,0,0,0,0,\r\n");
+    QTest::newRow("Shift-JIS, end of file") << QByteArray("\x8A\xBF\x8E\x9A\n\x1A");
     QTest::newRow("text with a zero") << QByteArray("text with a\0zero", 16);
 }
 
@@ -97,6 +140,66 @@ void Utf16TextTest::otherFilesAreNone()
 {
     QFETCH(QByteArray, bytes);
     QCOMPARE(utf16FormOf(bytes), std::nullopt);
+}
+
+void Utf16TextTest::noSampleIsTakenForIt_data()
+{
+    QTest::addColumn<QString>("file");
+    const QDir samples(QStringLiteral(SAMPLES_DIR));
+    for (const QString &file : samples.entryList({ u"*.txt"_s }, QDir::Files)) {
+        if (file != u"utf-16.txt"_s)
+            QTest::newRow(qPrintable(file)) << samples.filePath(file);
+    }
+}
+
+/// Nor a part of one that begins anywhere.
+void Utf16TextTest::noSampleIsTakenForIt()
+{
+    QFETCH(QString, file);
+    QFile sample(file);
+    QVERIFY(sample.open(QIODevice::ReadOnly));
+    const QByteArray bytes = sample.readAll();
+    constexpr qsizetype partSize = 64;
+    for (qsizetype at = 0; at < bytes.size(); ++at)
+        QCOMPARE(utf16FormOf(bytes.sliced(at, qMin(partSize, bytes.size() - at))), std::nullopt);
+}
+
+void Utf16TextTest::otherCodesAreNeverTakenForIt_data()
+{
+    QTest::addColumn<CharCode>("code");
+    QTest::addColumn<uint>("seed");
+    const uint seed = qEnvironmentVariableIntValue("SEED");
+    for (const CharCode code : { CharCode::ShiftJis, CharCode::Euc, CharCode::Jis, CharCode::Utf8 })
+        QTest::addRow("%s, seed %u", infoOf(code).name.data(), seed) << code << seed;
+}
+
+/// Random lines of what gives them units that look like text.
+void Utf16TextTest::otherCodesAreNeverTakenForIt()
+{
+    QFETCH(CharCode, code);
+    QFETCH(uint, seed);
+    const QString alphabet = u"0123 .,-:\t\nあいうるをアイウン漢字値円東京ｱｲｳ０１ＡXxAa"_s;
+    QRandomGenerator random(seed);
+    const DocumentFolder folder;
+    for (int round = 0; round < 5000; ++round) {
+        QString text;
+        for (int length = random.bounded(2, 40); length > 0; --length)
+            text += alphabet[random.bounded(alphabet.size())];
+        QByteArray bytes;
+        const auto collect = [&bytes](QByteArrayView block) {
+            bytes += block;
+            return true;
+        };
+        TextStore store;
+        store.replace({}, 0, text);
+        infoOf(code).codec().encode(store, collect);
+        if (!utf16FormOf(bytes))
+            continue;
+        QVERIFY(folder.write(fileName, bytes));
+        TextDocument document;
+        QVERIFY(!document.load(folder.path(), fileName, code, {}));
+        QVERIFY2(!document.findings().utf16, bytes.toHex(' ').constData());
+    }
 }
 
 void Utf16TextTest::isReadAsText()
