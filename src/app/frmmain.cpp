@@ -311,10 +311,8 @@ void frmMain::changeLanguage(int language, const QString &missingFileText)
     appSettings().Lang = language;
     retranslate();
     showToolBarLabels();
-    for (ctlEditer *editor : m_parts->documents.editors()) {
-        editor->retranslateName();
+    for (ctlEditer *editor : m_parts->documents.editors())
         m_parts->documents.refresh(editor);
-    }
 }
 
 void frmMain::retranslate()

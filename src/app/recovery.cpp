@@ -16,9 +16,14 @@
 
 namespace {
 
+QString nameOf(const LeftBehind &text)
+{
+    return text.name.isEmpty() ? ctlEditer::nameOfUnnamed() : text.name;
+}
+
 UnsavedText shown(const LeftBehind &text)
 {
-    return { text.name, text.path, QDateTime::fromMSecsSinceEpoch(text.time), text.length };
+    return { nameOf(text), text.path, QDateTime::fromMSecsSinceEpoch(text.time), text.length };
 }
 
 /// Cursor, selection and view, which are within the text.
@@ -115,7 +120,7 @@ void Recovery::restoreAll(const std::vector<LeftBehind> &texts)
         ctlEditer *const editor = restore(text);
         first = first ? first : editor;
         if (!editor)
-            lost << FileName::forMessage(text.name);
+            lost << FileName::forMessage(nameOf(text));
     }
     if (first)
         m_documents.present(first);
@@ -140,8 +145,6 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
             m_documents.close(editor);
         return nullptr;
     }
-    if (text.path.isEmpty())
-        editor->retranslateName();
     showPlace(*editor, restored.place);
     m_documents.refresh(editor);
     return editor;

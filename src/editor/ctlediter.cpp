@@ -32,16 +32,20 @@ ctlEditer::ctlEditer(QWidget *parent)
     applyRowNoMargin();
     applyWrapMode();
     applyColors();
-    retranslateName();
     document().setCodes(defaultCodes());
     connect(this, &QMultiLineEdit::undoAvailable, this, &ctlEditer::slotEdUndoAvailable);
     connect(this, &QMultiLineEdit::redoAvailable, this, &ctlEditer::slotEdRedoAvailable);
 }
 
-void ctlEditer::retranslateName()
+QString ctlEditer::name() const
 {
-    if (path().isEmpty())
-        document().setName(tr("(new document)"));
+    const bool isUnnamed = path().isEmpty() && document().name().isEmpty();
+    return isUnnamed ? nameOfUnnamed() : document().name();
+}
+
+QString ctlEditer::nameOfUnnamed()
+{
+    return tr("(new document)");
 }
 
 QString ctlEditer::charCodeName() const

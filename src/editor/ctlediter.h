@@ -25,7 +25,9 @@ public:
 
     /// Folder, ending in "/"; empty for a document never saved.
     QString path() const { return document().path(); }
-    QString name() const { return document().name(); }
+    /// That of its file or, where it was never saved and has none, a name in the present language.
+    QString name() const;
+    static QString nameOfUnnamed();
     int charCode() const { return int(document().charCode()); }
     int returnCode() const { return int(document().returnCode()); }
     QString charCodeName() const;
@@ -57,8 +59,6 @@ public:
     /// Shows what a file that has only grown has got, see TextDocument::readGrowth(). A view at the end of
     /// the text stays at its end, as does a cursor there; else both stay where they are.
     bool readGrowth();
-    /// Names a document that was never saved in the present language.
-    void retranslateName();
 
     /// Selects the first hit behind the cursor or, where text is selected, behind the first character of
     /// that; in mode 1 replaces it. False, with cursor and selection as they were, when there is none.

@@ -219,6 +219,9 @@ void DiskNoticesTest::showsBoth()
     QVERIFY(!m_strip->isShown());
     m_window->slotCmdViewWinPrev();
     QCOMPARE(editor().text(), u"old\n"_s);
+    m_window->slotCmdViewLangJa();
+    QCOMPARE(m_window->tabTexts(), QStringList({ u"a.txt"_s, u"* a.txt on disk"_s }));
+    m_window->slotCmdViewLangEn();
     QVERIFY(!m_strip->isShown());
 }
 

@@ -57,9 +57,7 @@ public:
         m_documents.push_back(std::make_unique<TextDocument>());
         TextDocument &document = *m_documents.back();
         m_journals.attach(document, [text] { return ViewPlace{ { Offset(text.size()) }, {}, {}, 0 }; });
-        if (name.isEmpty())
-            document.setName(u"(new document)"_s);
-        else
+        if (!name.isEmpty())
             document.load(folder, name, {}, {});
         document.replace(Offset(0), 0, text);
     }
