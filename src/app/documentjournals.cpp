@@ -1,8 +1,9 @@
 #include "app/documentjournals.h"
 
 #include "app/documentarea.h"
-#include "editor/ctlediter.h"
+#include "app/documentfile.h"
 #include "editor/noticequeue.h"
+#include "files/filename.h"
 #include "files/ownfile.h"
 #include "recovery/recoveryjournals.h"
 
@@ -20,6 +21,13 @@ ViewPlace placeOf(const ctlEditer &editor)
     const Offset top = editor.store().row(editor.topRow()).start;
     const auto anchor = editor.hasMarkedText() ? std::optional(editor.anchorOffset()) : std::nullopt;
     return { editor.cursorPlace(), anchor, top, editor.xOffset() };
+}
+
+/// Whether closing would lose a text that its user takes for saved. An edited one was asked about.
+bool isTextNowhereElse(const ctlEditer &editor)
+{
+    return hasFile(editor) && !editor.edited() && editor.store().length() > 0
+        && !FileName::exists(fullName(editor));
 }
 
 QString reasonOf(int error)
@@ -48,10 +56,17 @@ DocumentJournals::DocumentJournals(DocumentArea &documents, RecoveryJournals &jo
     connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
         m_journals.attach(editor->document(), [editor] { return placeOf(*editor); });
     });
-    connect(&documents, &DocumentArea::closed, this,
-        [this](ctlEditer *editor) { m_journals.end(editor->document()); });
+    connect(&documents, &DocumentArea::closed, this, &DocumentJournals::closeJournal);
     connect(&journals, &RecoveryJournals::failureChanged, this, &DocumentJournals::tellFailure);
     connect(qApp, &QGuiApplication::applicationStateChanged, this, &DocumentJournals::writeSoon);
+}
+
+void DocumentJournals::closeJournal(ctlEditer *editor)
+{
+    if (isTextNowhereElse(*editor))
+        m_journals.leave(editor->document());
+    else
+        m_journals.end(editor->document());
 }
 
 /// Who turns to something else may not come back.

@@ -44,6 +44,7 @@ Recovery::Recovery(QWidget &window, DocumentArea &documents, RecoveryJournals &j
     , m_documents(documents)
     , m_journals(journals)
 {
+    connect(&journals, &RecoveryJournals::leftBehindChanged, this, &Recovery::look);
 }
 
 void Recovery::lookWhenShown()

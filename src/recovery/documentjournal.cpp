@@ -89,9 +89,9 @@ void DocumentJournal::writeNow()
 
 void DocumentJournal::noteResult(const WriteResult &result)
 {
-    if (result.journal != m_number)
+    if (result.journal != m_number || result.of == WriteResult::Of::Leaving)
         return;
-    if (result.isOfWrite)
+    if (result.of == WriteResult::Of::Write)
         m_isOnItsWay = false;
     m_error = result.error;
     if (result.error != 0) {
@@ -132,6 +132,14 @@ void DocumentJournal::end()
 {
     setAside();
     removeOld();
+}
+
+int DocumentJournal::leave()
+{
+    disconnect(&m_document, nullptr, this, nullptr);
+    keep();
+    writeNow();
+    return m_number;
 }
 
 JournalState DocumentJournal::state() const

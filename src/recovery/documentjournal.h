@@ -49,6 +49,9 @@ public:
     void supersede(ClaimedJournal &&old);
     /// The document is closed.
     void end();
+    /// The document is closed, but its text is to be found by others: sends all of it on its way. To be
+    /// destroyed, whatever becomes of the document, when the write of the journal of this number is done.
+    int leave();
 
 signals:
     /// due() has come to be.

@@ -128,6 +128,8 @@ void JournalThread::accept(Order &&order)
         turn.writer.remove();
     if (order.kind != Order::Kind::Rest)
         m_turns.erase(found);
+    if (order.kind == Order::Kind::Leave)
+        tell({ order.journal, 0, WriteResult::Of::Leaving });
 }
 
 void JournalThread::begin(Order &&order)
@@ -168,7 +170,7 @@ void JournalThread::workAtLeisure()
 {
     Turn *const turn = turnAtLeisure();
     if (turn && turn->writer.stepAtLeisure() == JournalWriter::Progress::Failed)
-        tell({ turn->journal, turn->writer.error(), false });
+        tell({ turn->journal, turn->writer.error(), WriteResult::Of::Leisure });
 }
 
 void JournalThread::tell(const WriteResult &result)

@@ -19,7 +19,12 @@ class JournalWriter;
 struct WriteResult {
     int journal = 0;
     int error = 0; ///< of errno; 0: it is on the disk
-    bool isOfWrite = true; ///< else of what is done beside writes, which tells failures alone
+    enum class Of {
+        Write,
+        Leisure, ///< what is done beside writes, which tells failures alone
+        Leaving, ///< others may find the journal now
+    };
+    Of of = Of::Write;
 };
 
 /// The one thread that writes all journals. It takes turns, so that a long write keeps no other waiting, and

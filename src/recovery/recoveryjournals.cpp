@@ -49,6 +49,34 @@ void RecoveryJournals::end(TextDocument &document)
     }
 }
 
+void RecoveryJournals::leave(TextDocument &document)
+{
+    const auto found = m_journals.find(&document);
+    if (found == m_journals.end())
+        return;
+    disconnect(&document, nullptr, this, nullptr);
+    std::unique_ptr<DocumentJournal> journal = std::move(found->second);
+    m_journals.erase(found);
+    const int number = journal->leave();
+    m_leaving[number] = std::move(journal);
+    noteFailures();
+}
+
+/// A text that could not be written is given up: what would tell of it is closed.
+void RecoveryJournals::noteLeaving(const WriteResult &result)
+{
+    const auto found = m_leaving.find(result.journal);
+    if (found == m_leaving.end())
+        return;
+    if (result.of == WriteResult::Of::Write) {
+        found->second->noteResult(result);
+        found->second.reset();
+    } else if (result.of == WriteResult::Of::Leaving) {
+        m_leaving.erase(found);
+        emit leftBehindChanged();
+    }
+}
+
 void RecoveryJournals::keep(TextDocument &document)
 {
     if (DocumentJournal *const journal = journalOf(document))
@@ -108,6 +136,7 @@ void RecoveryJournals::collect()
     for (const WriteResult &result : m_thread.collect()) {
         for (const auto &[document, journal] : m_journals)
             journal->noteResult(result);
+        noteLeaving(result);
     }
     noteFailures();
     schedule();

@@ -38,6 +38,9 @@ public:
     void attach(TextDocument &document, PlaceReader place = {});
     /// The document is closed: its journal goes.
     void end(TextDocument &document);
+    /// The document is closed, but its text is nowhere else: it is left behind, and leftBehindChanged() says
+    /// when it can be found.
+    void leave(TextDocument &document);
     /// Right behind a save that did not write all of the text: the text stays in the journal, until
     /// endKeeping() or a save that writes all of it.
     void keep(TextDocument &document);
@@ -67,18 +70,22 @@ public:
 signals:
     /// failure() is another one.
     void failureChanged();
+    /// leftBehind() has what it had not.
+    void leftBehindChanged();
 
 private:
     DocumentJournal *journalOf(const TextDocument &document) const;
     void collect();
     void schedule();
     void noteFailures();
+    void noteLeaving(const WriteResult &result);
 
     const QByteArray m_folder;
     const FileCalls &m_calls;
     const JournalClock m_clock;
     JournalThread m_thread;
     std::map<const QObject *, std::unique_ptr<DocumentJournal>> m_journals;
+    std::map<int, std::unique_ptr<DocumentJournal>> m_leaving; ///< by number; null: on its last way
     QTimer m_timer;
     int m_failure = 0;
 };

@@ -98,6 +98,8 @@ private slots:
     void everyEditIsKept();
     void substitutedTextIsKeptUntilItIsSeen_data();
     void substitutedTextIsKeptUntilItIsSeen();
+    void textOfADeletedFileIsKept();
+    void textThatIsElsewhereIsNotKept();
     void unwritableFolderIsTold();
 
 private:
@@ -455,6 +457,47 @@ void RecoveryTest::substitutedTextIsKeptUntilItIsSeen()
     QCOMPARE(window.currentEditor()->text(), u"5 €, 日本語\n"_s);
     QVERIFY(window.currentEditor()->path().isEmpty());
     QVERIFY(window.currentEditor()->edited());
+}
+
+void RecoveryTest::textOfADeletedFileIsKept()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(m_files->write(u"a.txt"_s, "old\r\n"));
+    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
+    {
+        const MessageBoxes boxes;
+        window.slotCmdFileCloseTab();
+        QCOMPARE(boxes.count(), 0);
+    }
+    QTRY_COMPARE(StripInWindow(window).text(), u"1 document was not saved"_s);
+    QCOMPARE(UnsavedTexts::leftBehind(), QStringList{ u"old\n"_s });
+    QVERIFY(restore(window));
+    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+    QCOMPARE(window.currentEditor()->text(), u"old\n"_s);
+    QCOMPARE(window.currentEditor()->path(), QString());
+    window.slotCmdViewLangFr();
+    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+    window.slotCmdViewLangEn();
+    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
+}
+
+void RecoveryTest::textThatIsElsewhereIsNotKept()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(m_files->write(u"a.txt"_s, "old"));
+    window.slotCmdFileCloseTab();
+    window.setDocument(m_files->write(u"empty.txt"_s, ""));
+    QVERIFY(QFile::remove(m_files->folder() + u"empty.txt"_s));
+    window.slotCmdFileCloseTab();
+    window.setDocument(m_files->write(u"b.txt"_s, "old"));
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    QVERIFY(QFile::remove(m_files->folder() + u"b.txt"_s));
+    const MessageBoxes boxes({ u"No"_s });
+    window.slotCmdFileCloseTab();
+    window.close();
+    QCOMPARE(UnsavedTexts::now(), QStringList());
 }
 
 void RecoveryTest::unwritableFolderIsTold()
