@@ -824,6 +824,10 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
         <translation>Garder une copie</translation>
     </message>
     <message>
+        <source>Open it</source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message>
         <source>The file as it was is kept as %1</source>
         <translation>L’ancien fichier est gardé&#xa0;: %1</translation>
     </message>

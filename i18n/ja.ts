@@ -823,6 +823,10 @@ Row count  : %2</source>
         <translation>元のファイルを残す</translation>
     </message>
     <message>
+        <source>Open it</source>
+        <translation>開く</translation>
+    </message>
+    <message>
         <source>The file as it was is kept as %1</source>
         <translation>元のファイルの控え: %1</translation>
     </message>

@@ -53,6 +53,7 @@ frmMain::frmMain(QWidget *parent, WindowDialogs dialogs)
     retranslate();
     resize(normalSize.boundedTo(screen()->availableSize()));
     m_parts->interruptedSaves.tell();
+    m_parts->keptFiles.tell();
 }
 
 frmMain::~frmMain()

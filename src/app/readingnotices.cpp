@@ -4,7 +4,6 @@
 #include "app/documentfile.h"
 #include "app/documentloader.h"
 #include "filedialog/filechoices.h"
-#include "files/filename.h"
 
 #include <utility>
 
@@ -56,8 +55,6 @@ ReadingNotices::ReadingNotices(DocumentArea &documents, DocumentLoader &loader)
 {
     connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
         connect(&editor->document(), &TextDocument::replaced, this, [=, this] { update(editor); });
-        connect(
-            editor, &ctlEditer::fileKept, this, [=, this](const QString &copy) { tellKept(editor, copy); });
         connect(&editor->document(), &TextDocument::saved, this,
             [=, this] { m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor); });
     });
@@ -67,7 +64,7 @@ ReadingNotices::ReadingNotices(DocumentArea &documents, DocumentLoader &loader)
 void ReadingNotices::update(ctlEditer *editor)
 {
     for (const NoticeKind kind : { NoticeKind::OtherCode, NoticeKind::WrongCode, NoticeKind::Utf16,
-             NoticeKind::RewrittenBytes, NoticeKind::KeptFile })
+             NoticeKind::RewrittenBytes })
         m_documents.notices().withdraw(kind, editor);
     const TextDocument &document = editor->document();
     if (document.findings().utf16)
@@ -129,12 +126,6 @@ void ReadingNotices::tellRewritten(ctlEditer *editor)
             m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor);
         } });
     m_documents.notices().put(std::move(notice));
-}
-
-void ReadingNotices::tellKept(ctlEditer *editor, const QString &copy)
-{
-    m_documents.notices().put({ NoticeKind::KeptFile, editor,
-        [=] { return tr("The file as it was is kept as %1").arg(FileName::forMessage(copy)); }, {} });
 }
 
 NoticeOffer ReadingNotices::codeOffer(ctlEditer *editor, CharCode code, std::function<QString()> text)

@@ -25,7 +25,6 @@ private:
     void tellCode(ctlEditer *editor);
     void tellUtf16(ctlEditer *editor);
     void tellRewritten(ctlEditer *editor);
-    void tellKept(ctlEditer *editor, const QString &copy);
     NoticeOffer codeOffer(ctlEditer *editor, CharCode code, std::function<QString()> text);
     NoticeOffer everyCode(ctlEditer *editor);
     void keepUtf16(ctlEditer *editor);

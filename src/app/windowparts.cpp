@@ -26,6 +26,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , diskNotices(window, documents, loader, saver)
     , obstacleNotices(documents, saver)
     , interruptedSaves(documents, loader)
+    , keptFiles(documents, loader)
 {
     window.setCentralWidget(&documents);
     journals.setParent(&documents);

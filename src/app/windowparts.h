@@ -11,6 +11,7 @@
 #include "app/fullscreen.h"
 #include "app/interfacelanguage.h"
 #include "app/interruptedsaves.h"
+#include "app/keptfiles.h"
 #include "app/lastwrites.h"
 #include "app/mainmenus.h"
 #include "app/obstaclenotices.h"
@@ -55,4 +56,5 @@ struct WindowParts {
     DiskNotices diskNotices;
     ObstacleNotices obstacleNotices;
     InterruptedSaves interruptedSaves;
+    KeptFiles keptFiles;
 };

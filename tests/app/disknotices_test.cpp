@@ -45,6 +45,8 @@ private slots:
     void keepsMine();
     void showsBoth();
     void saveOverAChangedFileKeepsIt();
+    void savingByClosingTellsOfTheKeptFile_data();
+    void savingByClosingTellsOfTheKeptFile();
     void savesADeletedFileAgain();
     void looksWhenTheTabIsShown();
     void looksWhenTheWindowIsActive();
@@ -54,6 +56,7 @@ private slots:
     void followingIsStopped();
     void viewInTheMiddleStays();
     void tellsOfAFileThatCannotBeWritten();
+    void tellsOfAFullDisk();
     void tellsOfAnInterruptedSave();
     void interruptedSavesAreToldOneAfterTheOther();
     void fitsASmallScreen_data();
@@ -78,7 +81,6 @@ void DiskNoticesTest::init()
 {
     resetSettings();
     qputenv("QPEDIR", BUILT_QPE_DIR);
-    QDir(QFile::decodeName(stateFolder())).removeRecursively();
     m_files = std::make_unique<TestFiles>();
     remake();
     m_window->slotCmdFileCloseTab();
@@ -217,11 +219,11 @@ void DiskNoticesTest::showsBoth()
     QCOMPARE(editor().charCodeName(), u"UTF8"_s);
     QCOMPARE(editor().returnCodeName(), u"CR+LF"_s);
     QVERIFY(!m_strip->isShown());
-    m_window->slotCmdViewWinPrev();
-    QCOMPARE(editor().text(), u"old\n"_s);
     m_window->slotCmdViewLangJa();
     QCOMPARE(m_window->tabTexts(), QStringList({ u"a.txt"_s, u"* a.txt on disk"_s }));
     m_window->slotCmdViewLangEn();
+    m_window->slotCmdViewWinPrev();
+    QCOMPARE(editor().text(), u"old\n"_s);
     QVERIFY(!m_strip->isShown());
 }
 
@@ -238,6 +240,49 @@ void DiskNoticesTest::saveOverAChangedFileKeepsIt()
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("theirs\n"));
     QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("mine old\n"));
+    QVERIFY(m_strip->click(u"Open it"_s));
+    QCOMPARE(editor().text(), u"theirs\n"_s);
+    QVERIFY(editor().path().isEmpty());
+    QVERIFY(!m_strip->isShown());
+}
+
+void DiskNoticesTest::savingByClosingTellsOfTheKeptFile_data()
+{
+    QTest::addColumn<bool>("isEnd");
+    QTest::newRow("a tab is closed") << false;
+    QTest::newRow("the program ends") << true;
+}
+
+/// Which the user finds in the strip of what is shown then.
+void DiskNoticesTest::savingByClosingTellsOfTheKeptFile()
+{
+    QFETCH(bool, isEnd);
+    for (const QString &name : { u"a.txt"_s, u"b.txt"_s }) {
+        m_window->setDocument(m_files->write(name, "old\n"));
+        QTest::keyClicks(&editor(), u"mine "_s);
+        m_files->write(name, "theirs\n");
+    }
+    const MessageBoxes boxes({ u"Yes"_s, u"Yes"_s });
+    if (isEnd) {
+        m_window->close();
+        remake();
+    } else {
+        m_window->slotCmdFileCloseTab();
+        m_window->slotCmdFileCloseTab();
+    }
+    QCOMPARE(boxes.count(), 2);
+    const QString intro = u"The file as it was is kept as "_s;
+    QStringList ends;
+    for (int kept = 0; kept < 2; ++kept) {
+        QVERIFY(m_strip->text().startsWith(intro));
+        ends << m_strip->text().last(5);
+        QVERIFY(m_strip->click(u"×"_s));
+    }
+    ends.sort();
+    QCOMPARE(ends, QStringList({ u"a.txt"_s, u"b.txt"_s }));
+    QVERIFY(!m_strip->isShown());
+    remake();
+    QVERIFY(!m_strip->isShown());
 }
 
 void DiskNoticesTest::savesADeletedFileAgain()
@@ -364,6 +409,35 @@ void DiskNoticesTest::tellsOfAFileThatCannotBeWritten()
     error = 0;
     QVERIFY(shown->saveFile(m_files->folder(), u"b.txt"_s));
     QVERIFY(!documents.notices().heaviest(shown));
+}
+
+void DiskNoticesTest::tellsOfAFullDisk()
+{
+    DocumentArea documents(nullptr);
+    documents.resize(640, 480);
+    documents.show();
+    RecentPlaces places;
+    const WindowDialogs dialogs;
+    DocumentSaver saver(documents, dialogs, documents, places);
+    FileCalls calls = FileCalls::system();
+    bool isFull = true;
+    calls.statvfs = [&isFull](const char *, struct statvfs *info) {
+        *info = {};
+        info->f_blocks = 1000000;
+        info->f_frsize = 4096;
+        info->f_bavail = isFull ? 0 : 1000;
+        return 0;
+    };
+    const ObstacleNotices notices(documents, saver, calls);
+    ctlEditer *const shown = documents.add();
+    documents.present(shown);
+    const StripInWindow strip(documents);
+    QVERIFY(shown->loadFile(m_files->folder(), u"a.txt"_s, 0));
+    QCOMPARE(strip.text(), u"The disk of this file is full."_s);
+    QCOMPARE(strip.offers(), QStringList{ u"Save As…"_s });
+    isFull = false;
+    QVERIFY(shown->reload(m_files->folder(), u"a.txt"_s));
+    QVERIFY(!strip.isShown());
 }
 
 void DiskNoticesTest::tellsOfAnInterruptedSave()

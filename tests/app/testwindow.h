@@ -4,7 +4,7 @@
 #include "app/sessionend.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
-#include "recovery/journalfolder.h"
+#include "files/statefolder.h"
 #include "settings/settings.h"
 #include "tests/messageboxes.h"
 
@@ -147,11 +147,11 @@ inline QString settingsFile()
         + QStringLiteral("/marlopad.conf");
 }
 
-/// Settings as a first start has them, English, and no file of them; and nothing is left that was not saved.
+/// Settings as a first start has them, English, and no file of them; and nothing is left of earlier runs.
 inline void resetSettings()
 {
     QFile::remove(settingsFile());
-    QDir(QFile::decodeName(journalFolder())).removeRecursively();
+    QDir(QFile::decodeName(stateFolder())).removeRecursively();
     appSettings() = {};
     appSettings().Lang = 0;
     recentFiles() = {};
