@@ -824,6 +824,10 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
         <translation>Garder une copie</translation>
     </message>
     <message>
+        <source>Taken for binary, which cannot be saved</source>
+        <translation>Pris pour du binaire, ne peut pas être enregistré</translation>
+    </message>
+    <message>
         <source>Open it</source>
         <translation>Ouvrir</translation>
     </message>

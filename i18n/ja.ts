@@ -823,6 +823,10 @@ Row count  : %2</source>
         <translation>元のファイルを残す</translation>
     </message>
     <message>
+        <source>Taken for binary, which cannot be saved</source>
+        <translation>バイナリと見なされたので保存できません</translation>
+    </message>
+    <message>
         <source>Open it</source>
         <translation>開く</translation>
     </message>

@@ -63,12 +63,14 @@ ReadingNotices::ReadingNotices(DocumentArea &documents, DocumentLoader &loader)
 /// The text is another one: what was told of the one before says nothing any more.
 void ReadingNotices::update(ctlEditer *editor)
 {
-    for (const NoticeKind kind : { NoticeKind::OtherCode, NoticeKind::WrongCode, NoticeKind::Utf16,
-             NoticeKind::RewrittenBytes })
+    for (const NoticeKind kind :
+        { NoticeKind::OtherCode, NoticeKind::WrongCode, NoticeKind::Utf16, NoticeKind::RewrittenBytes })
         m_documents.notices().withdraw(kind, editor);
     const TextDocument &document = editor->document();
     if (document.findings().utf16)
         tellUtf16(editor);
+    else if (document.charCode() == CharCode::Binary)
+        tellBinary(editor);
     else if (document.findings().fittingCode || document.findings().undecodableBytes > 0)
         tellCode(editor);
     const RewrittenBytes &rewritten = document.findings().rewritten;
@@ -88,6 +90,13 @@ void ReadingNotices::tellCode(ctlEditer *editor)
     m_documents.notices().put(std::move(notice));
 }
 
+/// A single NUL makes a text binary.
+void ReadingNotices::tellBinary(ctlEditer *editor)
+{
+    m_documents.notices().put({ NoticeKind::WrongCode, editor,
+        [] { return tr("Taken for binary, which cannot be saved"); }, { everyCode(editor) } });
+}
+
 void ReadingNotices::tellUtf16(ctlEditer *editor)
 {
     const TextDocument &document = editor->document();
@@ -101,6 +110,7 @@ void ReadingNotices::tellUtf16(ctlEditer *editor)
         notice.offers.push_back({ [] { return tr("Read it as text"); },
             [=, this] { m_loader.reopenUtf16(editor, *editor->document().findings().utf16); } });
     notice.offers.push_back({ [] { return tr("Keep UTF-16"); }, [=, this] { keepUtf16(editor); } });
+    notice.offers.push_back(everyCode(editor));
     m_documents.notices().put(std::move(notice));
 }
 
@@ -133,10 +143,22 @@ NoticeOffer ReadingNotices::codeOffer(ctlEditer *editor, CharCode code, std::fun
     return { std::move(text), [=, this] { m_loader.reopen(editor, code); } };
 }
 
+/// With its mark, where the file has one of that order.
+NoticeOffer ReadingNotices::utf16Offer(ctlEditer *editor, bool isBigEndian)
+{
+    const Utf16Form unmarked{ isBigEndian, false };
+    const Utf16Form found = std::as_const(*editor).document().findings().utf16.value_or(unmarked);
+    const Utf16Form form = found.isBigEndian == isBigEndian ? found : unmarked;
+    return { [=] { return isBigEndian ? u"UTF-16BE"_s : u"UTF-16LE"_s; },
+        [=, this] { m_loader.reopenUtf16(editor, form); } };
+}
+
 NoticeOffer ReadingNotices::everyCode(ctlEditer *editor)
 {
     NoticeOffer menu{ [] { return tr("Reopen as"); }, {} };
     for (const CharCode code : charCodeChoices)
         menu.choices.push_back(codeOffer(editor, code, [=] { return QString(infoOf(code).label); }));
+    for (const bool isBigEndian : { false, true })
+        menu.choices.push_back(utf16Offer(editor, isBigEndian));
     return menu;
 }

@@ -14,6 +14,7 @@ class ctlEditer;
 ///
 /// - its bytes do not fit the code it was read with, or all of them fit another one;
 /// - it is UTF-16, which the rules that go by bytes change;
+/// - it was taken for binary, which cannot be saved;
 /// - a save writes some bytes as others, such as a line end unlike the first one.
 class ReadingNotices : public QObject {
     Q_DECLARE_TR_FUNCTIONS(frmMain)
@@ -23,9 +24,11 @@ public:
 private:
     void update(ctlEditer *editor);
     void tellCode(ctlEditer *editor);
+    void tellBinary(ctlEditer *editor);
     void tellUtf16(ctlEditer *editor);
     void tellRewritten(ctlEditer *editor);
     NoticeOffer codeOffer(ctlEditer *editor, CharCode code, std::function<QString()> text);
+    NoticeOffer utf16Offer(ctlEditer *editor, bool isBigEndian);
     NoticeOffer everyCode(ctlEditer *editor);
     void keepUtf16(ctlEditer *editor);
 

@@ -28,6 +28,10 @@ private slots:
     void offersTheCodeThatFits();
     void countsWhatDoesNotFit();
     void offersEveryCode();
+    void offersBothOrdersOfUtf16_data();
+    void offersBothOrdersOfUtf16();
+    void tellsOfJapaneseUtf16WithoutAMark();
+    void tellsOfBinary();
     void asksBeforeEditsAreLost();
     void staysAwayWhenDismissed();
     void offersTheCodeOfTheDialog();
@@ -124,13 +128,72 @@ void ReadingNoticesTest::offersEveryCode()
     QStringList codes;
     for (const QAction *const action : m_strip->button(u"Reopen as"_s)->menu()->actions())
         codes << action->text();
-    QCOMPARE(codes, QStringList({ u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s, u"UTF-8"_s }));
+    const QStringList all{ u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s, u"UTF-8"_s, u"UTF-16LE"_s, u"UTF-16BE"_s };
+    QCOMPARE(codes, all);
     choose(u"JIS"_s);
     QCOMPARE(editor().charCodeName(), u"JIS"_s);
     QCOMPARE(m_strip->text(), u"Read as JIS, but UTF-8 reads it without a fault"_s);
     choose(u"UTF-8"_s);
     QCOMPARE(editor().text(), smileText);
     QVERIFY(!m_strip->isShown());
+}
+
+void ReadingNoticesTest::offersBothOrdersOfUtf16_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("text");
+    const QString text = u"吾輩は猫である。"_s;
+    QByteArray little;
+    QByteArray big;
+    for (const QChar c : text) {
+        little += QByteArray{ 1, char(c.cell()) } + char(c.row());
+        big += QByteArray{ 1, char(c.row()) } + char(c.cell());
+    }
+    QTest::newRow("little endian") << little << u"UTF-16LE"_s << text;
+    QTest::newRow("little endian, mark") << "\xFF\xFE" + little << u"UTF-16LE"_s << text;
+    QTest::newRow("big endian") << big << u"UTF-16BE"_s << text;
+    QTest::newRow("big endian, mark") << "\xFE\xFF" + big << u"UTF-16BE"_s << text;
+    QString turned;
+    for (const QChar c : text)
+        turned += QChar(c.row(), c.cell());
+    QTest::newRow("the wrong order") << big << u"UTF-16LE"_s << turned;
+}
+
+/// Saved with its mark, if it has one.
+void ReadingNoticesTest::offersBothOrdersOfUtf16()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, code);
+    open(content);
+    choose(code);
+    QTEST(editor().text(), "text");
+    QCOMPARE(m_strip->text(), u"UTF-16 text, to be saved as UTF-8"_s);
+    QCOMPARE(m_strip->offers(), QStringList({ u"Keep UTF-16"_s, u"Reopen as"_s }));
+    QVERIFY(m_strip->click(u"Keep UTF-16"_s));
+    m_window->slotCmdFileSave();
+    QCOMPARE(m_files->read(u"a.txt"_s), content);
+}
+
+void ReadingNoticesTest::tellsOfJapaneseUtf16WithoutAMark()
+{
+    const QString text = u"吾輩は猫である。名前はまだ無い。"_s;
+    open(
+        QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2)); // in this machine's order
+    QCOMPARE(m_strip->text(), u"UTF-16 text, read byte by byte"_s);
+    QVERIFY(m_strip->click(u"Read it as text"_s));
+    QCOMPARE(editor().text(), text);
+}
+
+void ReadingNoticesTest::tellsOfBinary()
+{
+    open(QByteArray("text\0\x82\xA0\n", 8));
+    QCOMPARE(editor().charCodeName(), u"Binary"_s);
+    QCOMPARE(m_strip->text(), u"Taken for binary, which cannot be saved"_s);
+    QCOMPARE(m_strip->offers(), QStringList{ u"Reopen as"_s });
+    choose(u"Shift-JIS"_s);
+    QCOMPARE(editor().charCodeName(), u"Shift-JIS"_s);
+    QCOMPARE(editor().text().last(2), u"あ\n"_s);
 }
 
 void ReadingNoticesTest::asksBeforeEditsAreLost()
@@ -195,12 +258,12 @@ void ReadingNoticesTest::readsUtf16AsText()
     open(utf16);
     QVERIFY(editor().text() != u"a漢\nb"_s); // by the rules that go by bytes
     QCOMPARE(m_strip->text(), u"UTF-16 text, read byte by byte"_s);
-    QCOMPARE(m_strip->offers(), QStringList({ u"Read it as text"_s, u"Keep UTF-16"_s }));
+    QCOMPARE(m_strip->offers(), QStringList({ u"Read it as text"_s, u"Keep UTF-16"_s, u"Reopen as"_s }));
     QVERIFY(m_strip->click(u"Read it as text"_s));
     QCOMPARE(editor().text(), u"a漢\nb"_s);
     QCOMPARE(m_window->windowTitle(), u"Marlo!Pad QT  [Unicode][CR+LF]"_s);
     QCOMPARE(m_strip->text(), u"UTF-16 text, to be saved as UTF-8"_s);
-    QCOMPARE(m_strip->offers(), QStringList{ u"Keep UTF-16"_s });
+    QCOMPARE(m_strip->offers(), QStringList({ u"Keep UTF-16"_s, u"Reopen as"_s }));
     m_window->slotCmdFileSave();
     QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("a\xE6\xBC\xA2\r\nb"));
 }
@@ -244,7 +307,8 @@ void ReadingNoticesTest::saysWhatASaveWillChange_data()
     QTest::newRow("lone CR") << QByteArray("a\r\nb\rc\n")
                              << u"Saving will change: LF → CR+LF (1), CR → – (1)"_s;
     QTest::newRow("NUL") << QByteArray("\x82\xA0\n\0", 4) << u"Saving will change: 00 → FF (1)"_s;
-    QTest::newRow("what cannot be saved") << QByteArray("a\0b\0c", 5) << QString();
+    QTest::newRow("what cannot be saved")
+        << QByteArray("a\0b\0c", 5) << u"Taken for binary, which cannot be saved"_s;
 }
 
 void ReadingNoticesTest::saysWhatASaveWillChange()
