@@ -2,9 +2,9 @@
 
 #include "files/copycontent.h"
 
+#include <QCryptographicHash>
 #include <QDirIterator>
 #include <QFile>
-#include <QSet>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -45,17 +45,13 @@ void putFile(const QByteArray &name, const QByteArray &content)
 
 QByteArray DiskState::key(const QByteArray &root) const
 {
-    QByteArray key;
-    const auto names = folders.find(root);
-    if (names == folders.end())
-        return key;
-    for (const auto &[name, file] : names->second) {
-        if (file == folder)
-            key += name + "/{" + this->key(root + name + '/') + '}';
-        else
-            key += name + '=' + QByteArray::number(contents.at(file).size()) + ':' + contents.at(file);
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    for (const auto &[name, file] : folders.at(root)) {
+        hash.addData(name + (file == folder ? "/" : "="));
+        const QByteArray content = file == folder ? key(root + name + '/') : contents.at(file);
+        hash.addData(QByteArray::number(content.size()) + ':' + content);
     }
-    return key;
+    return hash.result();
 }
 
 void DiskState::put(const QByteArray &root) const
@@ -247,7 +243,8 @@ FileCalls DiskModel::noting(const FileCalls &calls)
     return noting;
 }
 
-std::vector<DiskState> DiskModel::statesAfter(std::size_t steps, std::mt19937 &random, std::size_t most) const
+void DiskModel::visitStatesAfter(std::size_t steps, std::mt19937 &random, std::size_t most,
+    const std::function<void(const DiskState &state)> &visit) const
 {
     DiskState synced = m_begun;
     std::vector<const Step *> open;
@@ -261,13 +258,12 @@ std::vector<DiskState> DiskModel::statesAfter(std::size_t steps, std::mt19937 &r
     }
     const bool isAll = open.size() < 63 && (std::size_t(1) << open.size()) <= most;
     const std::size_t count = isAll ? std::size_t(1) << open.size() : most;
-    std::vector<DiskState> states;
     for (std::size_t number = 0; number < count; ++number) {
-        DiskState &state = states.emplace_back(synced);
+        DiskState state = synced;
         for (std::size_t at = 0; at < open.size(); ++at) {
             if (isAll ? (number >> at & 1) == 1 : (random() & 1) == 1)
                 apply(*open[at], state);
         }
+        visit(state);
     }
-    return states;
 }

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -19,7 +20,7 @@ struct DiskState {
     std::map<File, QByteArray> contents; ///< of a link, where it leads
     std::map<File, bool> links;
 
-    /// Equal for states in which the same is found under the same names.
+    /// A hash, equal for states in which the same is found under the same names.
     QByteArray key(const QByteArray &root) const;
     /// Makes the folder `root` so, which is there and empty.
     void put(const QByteArray &root) const;
@@ -42,9 +43,10 @@ public:
 
     /// How much was noted since then.
     std::size_t steps() const { return m_steps.size(); }
-    /// What a power cut right behind the first `steps` may leave: all there is, or where that is too much, so
-    /// many by chance.
-    std::vector<DiskState> statesAfter(std::size_t steps, std::mt19937 &random, std::size_t most) const;
+    /// Calls `visit` with what a power cut right behind the first `steps` may leave: with all there is, or
+    /// where that is too much, with so many by chance.
+    void visitStatesAfter(std::size_t steps, std::mt19937 &random, std::size_t most,
+        const std::function<void(const DiskState &state)> &visit) const;
 
 private:
     struct Step {

@@ -11,17 +11,19 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr FileCodes plainCodes{ CharCode::Utf8, ReturnCode::Lf };
-const QByteArray oldBytes = "the old text\n";
-const QByteArray newBytes = "new, and the old text\n";
+constexpr QByteArrayView oldLine = "the old text\n";
+constexpr QByteArrayView typed = "new, and ";
 
 /// Which file a document is of, before it is loaded or saved.
-enum class Target { New, Plain, Link, TwoNames, ClosedFolder, Empty };
+enum class Target { New, Plain, Link, TwoNames, ClosedFolder };
 
 class FileOperation : public Operation {
 public:
-    FileOperation(const Sandbox &sandbox, Target target)
+    FileOperation(const Sandbox &sandbox, Target target, qsizetype lines)
         : Operation(sandbox)
         , m_target(target)
+        , m_old(oldLine.toByteArray().repeated(lines))
+        , m_new(typed.toByteArray() + m_old)
     {
     }
 
@@ -29,7 +31,7 @@ public:
     {
         if (m_target == Target::New)
             return;
-        writeFile(fileName(), before());
+        writeFile(fileName(), m_old);
         if (m_target == Target::Link)
             ::symlink("file.txt", (m_sandbox.documents() + "link").constData());
         if (m_target == Target::TwoNames)
@@ -38,7 +40,6 @@ public:
 
 protected:
     QByteArray fileName() const { return m_sandbox.documents() + "file.txt"; }
-    QByteArray before() const { return m_target == Target::Empty ? QByteArray() : oldBytes; }
     QString path() const { return FileName::fromBytes(m_sandbox.documents()); }
     QString nameToUse() const { return m_target == Target::Link ? u"link"_s : u"file.txt"_s; }
     FileCalls on(const FileCalls &calls) const
@@ -47,6 +48,8 @@ protected:
     }
 
     const Target m_target;
+    const QByteArray m_old;
+    const QByteArray m_new; ///< when something was typed
 };
 
 /// A failure leaves the text that was there.
@@ -60,13 +63,13 @@ public:
         document.replace({}, 0, u"before");
         begin();
         const bool isLoaded = !document.load(path(), nameToUse(), {}, plainCodes);
-        m_isWell = document.store().text() == (isLoaded ? QString::fromUtf8(before()) : u"before"_s);
+        m_isWell = document.store().text() == (isLoaded ? QString::fromUtf8(m_old) : u"before"_s);
         return isLoaded;
     }
     QString lostInWindow() const override { return m_isWell ? QString() : u"another text"_s; }
     QString lostOnDisk(const NextStart &, bool) const override
     {
-        return contentOf(fileName()) == before() ? QString() : u"the file"_s;
+        return contentOf(fileName()) == m_old ? QString() : u"the file"_s;
     }
 
 private:
@@ -77,8 +80,8 @@ class Save : public FileOperation {
 public:
     enum class With { NothingElse, KeptCopy, Journal };
 
-    Save(const Sandbox &sandbox, Target target, With with)
-        : FileOperation(sandbox, target)
+    Save(const Sandbox &sandbox, Target target, With with, qsizetype lines)
+        : FileOperation(sandbox, target, lines)
         , m_with(with)
     {
     }
@@ -92,7 +95,7 @@ public:
             journals.attach(document);
         if (m_target != Target::New && document.load(path(), nameToUse(), {}, plainCodes))
             return false;
-        document.replace({}, 0, m_target == Target::New ? QString::fromUtf8(newBytes) : u"new, and "_s);
+        document.replace({}, 0, QString::fromUtf8(m_target == Target::New ? m_new : typed.toByteArray()));
         pause(journals);
         if (m_with == With::KeptCopy)
             document.keepFile();
@@ -100,7 +103,7 @@ public:
         const SaveResult result = document.save(path(), nameToUse());
         pause(journals);
         const bool isSaved = result.outcome == SaveResult::Outcome::Written;
-        m_isWell = document.store().text() == QString::fromUtf8(newBytes) && document.isEdited() == !isSaved;
+        m_isWell = document.store().text() == QString::fromUtf8(m_new) && document.isEdited() == !isSaved;
         return isSaved;
     }
     QString lostInWindow() const override { return m_isWell ? QString() : u"text or mark"_s; }
@@ -108,14 +111,14 @@ public:
     {
         const QByteArray now = contentOf(fileName());
         const bool isOld =
-            m_target == Target::New ? !QFile::exists(QFile::decodeName(fileName())) : now == oldBytes;
-        const bool hasOldCopy = start.hasCopy(fileName(), oldBytes);
-        if (now != newBytes && (isDone || (!isOld && !hasOldCopy)))
-            return u"the file is "_s + QString::fromUtf8(now);
+            m_target == Target::New ? !QFile::exists(QFile::decodeName(fileName())) : now == m_old;
+        const bool hasOldCopy = start.hasCopy(fileName(), m_old);
+        if (now != m_new && (isDone || (!isOld && !hasOldCopy)))
+            return u"the file begins with "_s + QString::fromUtf8(now.first(qMin<qsizetype>(now.size(), 40)));
         if (m_with == With::KeptCopy && !isOld && !hasOldCopy && !isCopyKept())
             return u"the old text"_s;
-        if (m_with == With::Journal && now != newBytes
-            && !start.restoredTexts().contains(QString::fromUtf8(newBytes)))
+        if (m_with == With::Journal && now != m_new
+            && !start.restoredTexts().contains(QString::fromUtf8(m_new)))
             return u"the new text"_s;
         return {};
     }
@@ -130,11 +133,11 @@ private:
         journals.writeDue();
         journals.flush(std::chrono::minutes(1));
     }
-    static bool isCopyKept()
+    bool isCopyKept() const
     {
         const QDir folder(QFile::decodeName(stateFolder()));
         const QStringList kept = folder.entryList({ u"kept-*-file.txt"_s }, QDir::Files);
-        return kept.size() == 1 && contentOf(QFile::encodeName(folder.filePath(kept[0]))) == oldBytes;
+        return kept.size() == 1 && contentOf(QFile::encodeName(folder.filePath(kept[0]))) == m_old;
     }
 
     const With m_with;
@@ -142,14 +145,16 @@ private:
     bool m_isWell = true;
 };
 
-NamedOperation load(const char *name, Target target)
+NamedOperation load(const char *name, Target target, qsizetype lines)
 {
-    return { name, [=](const Sandbox &sandbox) { return std::make_unique<Load>(sandbox, target); } };
+    return { name, [=](const Sandbox &sandbox) { return std::make_unique<Load>(sandbox, target, lines); } };
 }
 
-NamedOperation save(const char *name, Target target, Save::With with = Save::With::NothingElse)
+NamedOperation save(
+    const char *name, Target target, Save::With with = Save::With::NothingElse, qsizetype lines = 1)
 {
-    return { name, [=](const Sandbox &sandbox) { return std::make_unique<Save>(sandbox, target, with); } };
+    return { name,
+        [=](const Sandbox &sandbox) { return std::make_unique<Save>(sandbox, target, with, lines); } };
 }
 
 } // namespace
@@ -157,14 +162,16 @@ NamedOperation save(const char *name, Target target, Save::With with = Save::Wit
 std::vector<NamedOperation> documentOperations()
 {
     using With = Save::With;
+    constexpr qsizetype manyLines = 21000; // more than are written at once
     return {
-        load("load", Target::Plain),
-        load("load through a link", Target::Link),
-        load("load of an empty file", Target::Empty),
+        load("load", Target::Plain, 1),
+        load("load through a link", Target::Link, 1),
+        load("load of an empty file", Target::Plain, 0),
         save("save of a new file", Target::New),
         save("save", Target::Plain),
         save("save through a link", Target::Link),
         save("save in place", Target::TwoNames),
+        save("save of a long text in place", Target::TwoNames, With::NothingElse, manyLines),
         save("save in a closed folder", Target::ClosedFolder),
         save("save that keeps a copy", Target::Plain, With::KeptCopy),
         save("save in place that keeps a copy", Target::TwoNames, With::KeptCopy),

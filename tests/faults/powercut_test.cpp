@@ -42,11 +42,11 @@ void PowerCutTest::modelLosesWhatWasNotSynced()
     std::mt19937 random;
     const auto contents = [&] {
         QSet<QByteArray> found;
-        for (const DiskState &state : disk.statesAfter(disk.steps(), random, 1024)) {
+        disk.visitStatesAfter(disk.steps(), random, 1024, [&](const DiskState &state) {
             const auto &names = state.folders.at(m_sandbox.documents());
             const auto file = names.find("file.txt");
             found << (file == names.end() ? QByteArray("none") : state.contents.at(file->second));
-        }
+        });
         return found;
     };
     int fd = calls.open(name.constData(), O_RDWR | O_CREAT, 0600);
@@ -73,7 +73,9 @@ void PowerCutTest::everyStateOfTheDisk_data()
 {
     QTest::addColumn<NamedOperation>("named");
     for (const NamedOperation &named : operations()) {
-        if (!QByteArrayView(named.name).startsWith("load"))
+        // Short texts are torn as long ones are.
+        const QByteArrayView name = named.name;
+        if (!name.startsWith("load") && !name.contains("long text"))
             QTest::newRow(named.name) << named;
     }
 }
@@ -109,16 +111,16 @@ void PowerCutTest::play(const NamedOperation &named, Syncs syncs)
         const bool isDone = steps == disk.steps();
         if (isDone)
             seen.clear();
-        for (const DiskState &state : disk.statesAfter(steps, random, most)) {
+        disk.visitStatesAfter(steps, random, most, [&](const DiskState &state) {
             const QByteArray key = state.key(m_sandbox.root());
             if (!m_loss.isEmpty() || seen.contains(key))
-                continue;
+                return;
             seen.insert(key);
             ++m_states;
             const QString lost = lostIn(state, *operation, isDone);
             if (!lost.isEmpty())
                 m_loss = u"seed %1, step %2 of %3: %4"_s.arg(seed).arg(steps).arg(disk.steps()).arg(lost);
-        }
+        });
     }
 }
 
@@ -133,7 +135,8 @@ void PowerCutTest::withoutSyncsMuchIsLost_data()
 {
     QTest::addColumn<NamedOperation>("named");
     for (const NamedOperation &named : operations()) {
-        if (QByteArrayView(named.name).contains("save") || QByteArrayView(named.name).contains("write"))
+        const QByteArrayView name = named.name;
+        if ((name.contains("save") && !name.contains("long text")) || name.contains("write"))
             QTest::newRow(named.name) << named;
     }
 }

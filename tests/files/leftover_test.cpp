@@ -6,11 +6,9 @@
 #include "tests/files/savedfile.h"
 #include "tests/testprogram.h"
 
-#include <csignal>
 #include <ctime>
 
 #include <sys/file.h>
-#include <sys/wait.h>
 
 namespace {
 
@@ -33,8 +31,6 @@ class LeftoverTest : public QObject, SavedFile {
 private slots:
     void init() { prepareFolder(); }
 
-    void killedAtEveryCall_data();
-    void killedAtEveryCall();
     void copyIsNamedByItsFile();
     void copyInUseIsLeftAlone();
     void unfinishedCopyGoes();
@@ -51,65 +47,8 @@ private slots:
     void longNamesAreCutBetweenCharacters();
 
 private:
-    /// Saves in a process that is killed before its step-th call, which is after the one before that; whether
-    /// it came to that.
-    bool saveKilled(const QByteArray &name, Way way, int step);
     QByteArray copyName() const { return stateFolder() + ".marlopad-copy-0123456789abc"; }
 };
-
-bool LeftoverTest::saveKilled(const QByteArray &name, Way way, int step)
-{
-    const pid_t child = ::fork();
-    if (child == 0) {
-        int count = 0;
-        const FileCalls calls = withFaults(callsFor(way), [&](const QByteArray &) {
-            if (++count == step)
-                ::kill(::getpid(), SIGKILL);
-            return 0;
-        });
-        ::_exit(save(name, m_new, calls) ? 0 : 1);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
-}
-
-void LeftoverTest::killedAtEveryCall_data()
-{
-    QTest::addColumn<int>("way");
-    QTest::newRow("new file") << int(Way::NewFile);
-    QTest::newRow("replaced") << int(Way::Replace);
-    QTest::newRow("through a link") << int(Way::ThroughLink);
-    QTest::newRow("hard link") << int(Way::HardLink);
-    QTest::newRow("closed folder") << int(Way::ClosedFolder);
-}
-
-/// The file is the old or the new one, or else there is a copy of the old one that says so; the next start
-/// finds nothing else.
-void LeftoverTest::killedAtEveryCall()
-{
-    QFETCH(int, way);
-    bool killed = true;
-    for (int step = 1; killed; ++step) {
-        init();
-        const QByteArray name = prepare(Way(way));
-        const QStringList before = listing();
-        killed = saveKilled(name, Way(way), step);
-        const QByteArray content = contentOf(name);
-        const bool isNew = Way(way) == Way::NewFile;
-        const QList<LostCopy> copies = lostCopies();
-        for (const LostCopy &copy : copies) {
-            QCOMPARE(contentOf(copy.name), m_old);
-            QCOMPARE(copy.file, m_folder + "file.txt");
-        }
-        QVERIFY(
-            content == m_new || !copies.isEmpty() || (isNew ? content == "(unreadable)" : content == m_old));
-        removeStagedStrays(m_folder);
-        const bool isMade = isNew && content == m_new;
-        QCOMPARE(listing(), isMade ? QStringList(QStringLiteral("file.txt")) : before);
-        QCOMPARE(keptFiles().size(), 2 * copies.size());
-    }
-}
 
 void LeftoverTest::copyIsNamedByItsFile()
 {

@@ -1,4 +1,4 @@
-#include "tests/files/savedfile.h"
+#include "tests/faults/onefault.h"
 #include "tests/recovery/journalbytes.h"
 #include "tests/testprogram.h"
 
@@ -11,53 +11,6 @@
 using namespace Qt::StringLiterals;
 using Outcome = Restored::Outcome;
 
-namespace {
-
-struct FaultKind {
-    const char *name;
-    int error;
-};
-constexpr FaultKind faultKinds[] = { { "ENOSPC", ENOSPC }, { "EIO", EIO }, { "EACCES", EACCES },
-    { "EINTR", EINTR }, { "EDQUOT", EDQUOT }, { "EROFS", EROFS } };
-
-/// The system's, but nothing waits for the disk.
-FileCalls quickCalls()
-{
-    FileCalls calls = FileCalls::system();
-    calls.fsync = [](int) { return 0; };
-    return calls;
-}
-
-/// Lets one call fail, once.
-class OneFault {
-public:
-    OneFault(int step, int error)
-        : m_step(step)
-        , m_error(error)
-    {
-    }
-    FileCalls calls()
-    {
-        return withFaults(quickCalls(),
-            [this](const QByteArray &call) { return canFail(call) && ++m_count == m_step ? m_error : 0; });
-    }
-    bool isReached() const { return m_count >= m_step; }
-
-private:
-    /// A file that was closed is closed, whatever close() says. A signal interrupts what may wait.
-    bool canFail(const QByteArray &call) const
-    {
-        static const QSet<QByteArray> waiting{ "open", "pread", "pwrite", "fsync", "flock", "fchmod" };
-        return m_error == EINTR ? waiting.contains(call) : call != "close" && call != "closedir";
-    }
-
-    const int m_step;
-    const int m_error;
-    int m_count = 0;
-};
-
-} // namespace
-
 /// What is lost when a call of the system fails: nothing that was written before, and nothing at all once the
 /// calls succeed again.
 class JournalFailuresTest : public QObject {
@@ -66,10 +19,6 @@ class JournalFailuresTest : public QObject {
 private slots:
     void everyFailingCallOfWrites_data() { addFaults(); }
     void everyFailingCallOfWrites();
-    void everyFailingCallOfRestoring_data() { addFaults(); }
-    void everyFailingCallOfRestoring();
-    void everyFailingCallOfTheList_data() { addFaults(); }
-    void everyFailingCallOfTheList();
     void shortWritesAreContinued();
     void fullDiskIsToldAndTriedAgain();
     void folderOfAnotherUserIsNotUsed();
@@ -79,13 +28,14 @@ private slots:
 private:
     static void addFaults()
     {
-        QTest::addColumn<int>("error");
-        for (const FaultKind &kind : faultKinds)
-            QTest::newRow(kind.name) << kind.error;
+        QTest::addColumn<FaultKind>("kind");
+        for (const FaultKind &kind : faultKinds) {
+            if (kind.effect != FaultKind::Effect::Kills)
+                QTest::newRow(kind.name) << kind;
+        }
     }
     /// What would come back if the program were killed now.
     static QString killedNow(const RecoveryFolder &folder);
-    static void writeOne(const RecoveryFolder &folder);
 };
 
 QString JournalFailuresTest::killedNow(const RecoveryFolder &folder)
@@ -101,13 +51,14 @@ QString JournalFailuresTest::killedNow(const RecoveryFolder &folder)
 
 void JournalFailuresTest::everyFailingCallOfWrites()
 {
-    QFETCH(int, error);
+    QFETCH(FaultKind, kind);
     bool isReached = true;
     for (int step = 1; isReached; ++step) {
         RecoveryFolder folder;
         QVERIFY(folder.documents().write(u"file"_s, "text\n"));
-        OneFault fault(step, error);
-        const FileCalls calls = fault.calls();
+        OneFault fault(kind, step);
+        fault.begin();
+        const FileCalls &calls = fault.calls();
         QString last = u"(none)"_s;
         {
             Run run(folder, calls);
@@ -128,57 +79,8 @@ void JournalFailuresTest::everyFailingCallOfWrites()
         const auto found = folder.leftBehind(); // clears away what was not finished
         QCOMPARE(found.size(), 1U);
         QCOMPARE(folder.files().size(), 1);
-        isReached = fault.isReached();
+        isReached = fault.count() >= step;
     }
-}
-
-void JournalFailuresTest::writeOne(const RecoveryFolder &folder)
-{
-    RecoveryFolder clock;
-    RecoveryJournals journals(folder.journals(), FileCalls::system(), clock.clock());
-    TextDocument document({ CharCode::Utf8, ReturnCode::Lf });
-    QVERIFY(!document.load(folder.documents().path(), u"file"_s, {}, {}));
-    journals.attach(document);
-    document.replace({}, 0, u"a");
-    QVERIFY(journals.flush(std::chrono::minutes(1)));
-}
-
-void JournalFailuresTest::everyFailingCallOfRestoring()
-{
-    QFETCH(int, error);
-    RecoveryFolder folder;
-    QVERIFY(folder.documents().write(u"file"_s, "text\n"));
-    writeOne(folder);
-    const LeftBehind found = folder.leftBehind().at(0);
-    bool isReached = true;
-    for (int step = 1; isReached; ++step) {
-        OneFault fault(step, error);
-        TextDocument document;
-        const FileCalls calls = fault.calls();
-        const Restored restored = restore(found.journal, document, calls);
-        const bool isRestored = restored.outcome == Outcome::Edited || restored.outcome == Outcome::New;
-        QCOMPARE(document.store().text(), isRestored ? u"atext\n"_s : QString());
-        QVERIFY(isRestored || error != EINTR);
-        QVERIFY(isRestored || restored.hasReadError || !restored.journal);
-        isReached = fault.isReached();
-        QVERIFY(isReached || restored.outcome == Outcome::Edited);
-    }
-    QCOMPARE(folder.leftBehind().size(), 1U);
-}
-
-void JournalFailuresTest::everyFailingCallOfTheList()
-{
-    QFETCH(int, error);
-    RecoveryFolder folder;
-    QVERIFY(folder.documents().write(u"file"_s, "text\n"));
-    writeOne(folder);
-    bool isReached = true;
-    for (int step = 1; isReached; ++step) {
-        OneFault fault(step, error);
-        findLeftBehind(folder.journals(), fault.calls());
-        isReached = fault.isReached();
-    }
-    QCOMPARE(folder.leftBehind().size(), 1U);
 }
 
 void JournalFailuresTest::shortWritesAreContinued()
