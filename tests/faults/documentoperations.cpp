@@ -10,9 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr FileCodes plainCodes{ CharCode::Utf8, ReturnCode::Lf };
 constexpr QByteArrayView oldLine = "the old text\n";
-constexpr QByteArrayView typed = "new, and ";
+constexpr QByteArrayView typedText = "new, and ";
 
 /// Which file a document is of, before it is loaded or saved.
 enum class Target { New, Plain, Link, TwoNames, ClosedFolder };
@@ -23,7 +22,7 @@ public:
         : Operation(sandbox)
         , m_target(target)
         , m_old(oldLine.toByteArray().repeated(lines))
-        , m_new(typed.toByteArray() + m_old)
+        , m_new(typedText.toByteArray() + m_old)
     {
     }
 
@@ -49,7 +48,7 @@ protected:
 
     const Target m_target;
     const QByteArray m_old;
-    const QByteArray m_new; ///< when something was typed
+    const QByteArray m_new; ///< when something was typedText
 };
 
 /// A failure leaves the text that was there.
@@ -95,7 +94,7 @@ public:
             journals.attach(document);
         if (m_target != Target::New && document.load(path(), nameToUse(), {}, plainCodes))
             return false;
-        document.replace({}, 0, QString::fromUtf8(m_target == Target::New ? m_new : typed.toByteArray()));
+        document.replace({}, 0, QString::fromUtf8(m_target == Target::New ? m_new : typedText.toByteArray()));
         pause(journals);
         if (m_with == With::KeptCopy)
             document.keepFile();

@@ -11,7 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr FileCodes plainCodes{ CharCode::Utf8, ReturnCode::Lf };
 const QString fileText = u"text\n"_s;
 
 /// A document and its journal, in a program that ends without a word when this does.

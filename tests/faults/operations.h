@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/textdocument.h"
 #include "tests/faults/sandbox.h"
 
 #include <QMetaType>
@@ -7,6 +8,9 @@
 
 #include <memory>
 #include <vector>
+
+/// Of every document here.
+inline constexpr FileCodes plainCodes{ CharCode::Utf8, ReturnCode::Lf };
 
 /// Something that the program does with files, to be tried again and again with another fault.
 class Operation {
