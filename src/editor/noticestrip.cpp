@@ -19,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int textMargin = 2; ///< on both sides of the text, in platform pixels
+constexpr int menuArrow = 8; ///< beside the text of an offer with a menu, in platform pixels
 constexpr int leastShareOfText = 3; ///< the text keeps one in so many parts of the strip
 
 /// An alert: tools read it to the user when it appears.
@@ -77,6 +78,7 @@ QToolButton *NoticeStrip::createButton()
     auto *button = new QToolButton(this);
     button->setToolButtonStyle(Qt::ToolButtonTextOnly);
     button->setPopupMode(QToolButton::InstantPopup);
+    button->setIconSize({ menuArrow, menuArrow });
     button->setFocusPolicy(Qt::TabFocus);
     connect(button, &QToolButton::clicked, this, [this, button] { press(button); });
     return button;
@@ -170,7 +172,10 @@ void NoticeStrip::showNotice(const Notice &notice)
 void NoticeStrip::showOffer(QToolButton &button, const NoticeOffer &offer)
 {
     button.setText(offer.text());
-    if (offer.choices.empty()) {
+    const bool hasMenu = !offer.choices.empty();
+    button.setArrowType(hasMenu ? Qt::DownArrow : Qt::NoArrow);
+    button.setToolButtonStyle(hasMenu ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonTextOnly);
+    if (!hasMenu) {
         drop(button.menu());
         button.setMenu(nullptr);
         return;

@@ -162,6 +162,7 @@ void NoticeStripTest::choicesAreAMenu()
     shown.offers[0].choices.push_back({ [] { return u"UTF-8"_s; }, [this] { m_chosen << u"8"_s; } });
     m_queue->put(shown);
     QMenu *const menu = button(u"As"_s)->menu();
+    QCOMPARE(button(u"As"_s)->arrowType(), Qt::DownArrow);
     QVERIFY(menu);
     QCOMPARE(menu->actions().size(), 1);
     QCOMPARE(menu->actions().at(0)->text(), u"UTF-8"_s);
