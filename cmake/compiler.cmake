@@ -30,6 +30,11 @@ if(MARLOPAD_SANITIZE)
     endif()
 endif()
 
+if(MARLOPAD_FUZZ)
+    # What is counted as reached while a fuzzer looks for inputs.
+    target_compile_options(marlopad_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(CMAKE_UNITY_BUILD)
     # Sources that are compiled as one are no headers to each other, and their names do not hide each other.
     target_compile_options(marlopad_flags INTERFACE

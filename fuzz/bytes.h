@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 
 /// The bytes that tell a fuzz target what to do, from first to last; behind their end they are 0. Not owned.
@@ -30,9 +31,13 @@ private:
     const std::uint8_t *m_end;
 };
 
-/// Ends the program, which a fuzzer takes for a finding, where the condition does not hold.
-inline void require(bool condition)
+/// Ends the program, which a fuzzer takes for a finding, where the condition does not hold, and says where it
+/// stands.
+inline void require(
+    bool condition, const char *file = __builtin_FILE(), unsigned line = unsigned(__builtin_LINE()))
 {
-    if (!condition)
-        abort();
+    if (condition)
+        return;
+    std::fprintf(stderr, "%s:%u: required\n", file, line);
+    std::abort();
 }

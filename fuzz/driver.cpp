@@ -1,7 +1,10 @@
-// Stands in for libFuzzer where the compiler has none: runs the target over deterministic random inputs.
+// Stands in for libFuzzer, which not every compiler has: runs the target over inputs that are always the
+// same.
 //
-//     NAME_fuzz [-runs=N]     N inputs; SEED in the environment chooses others
-//     NAME_fuzz FILE…         the bytes of each file, to see a found failure again
+//     NAME_fuzz [-runs=N] [FILE|FOLDER…]
+//
+// The bytes of each file, and of the files in each folder, then N random inputs (0 where files are named and
+// no N); SEED in the environment chooses others.
 //
 // An input that fails is left in the file NAME_fuzz-failure.
 #include <algorithm>
@@ -10,6 +13,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -125,10 +129,23 @@ void run(Bytes input)
     LLVMFuzzerTestOneInput(currentInput.data(), currentInput.size());
 }
 
-void runFile(const char *name)
+void runFile(const std::filesystem::path &name)
 {
     std::ifstream file(name, std::ios::binary);
     run(Bytes(std::istreambuf_iterator<char>(file), {}));
+}
+
+void runFilesOf(const std::filesystem::path &name)
+{
+    if (!std::filesystem::is_directory(name)) {
+        runFile(name);
+        return;
+    }
+    std::vector<std::filesystem::path> files;
+    for (const auto &entry : std::filesystem::directory_iterator(name))
+        files.push_back(entry.path());
+    std::ranges::sort(files);
+    std::ranges::for_each(files, runFile);
 }
 
 } // namespace
@@ -142,19 +159,21 @@ int main(int argc, char **argv)
     std::signal(SIGSEGV, keepFailureOfSignal);
 
     constexpr std::string_view runsOption = "-runs=";
-    long runs = 10000;
+    long runs = -1;
     bool hasFiles = false;
     for (int i = 1; i < argc; ++i) {
         if (std::string_view(argv[i]).starts_with(runsOption)) {
             runs = std::strtol(argv[i] + runsOption.size(), nullptr, 10);
         } else {
-            runFile(argv[i]);
+            runFilesOf(argv[i]);
             hasFiles = true;
         }
     }
+    if (runs < 0)
+        runs = hasFiles ? 0 : 10000;
     const char *seed = std::getenv("SEED");
     InputMaker inputs(seed ? static_cast<unsigned>(std::strtoul(seed, nullptr, 10)) : 1);
-    for (long i = 0; i < runs && !hasFiles; ++i)
+    for (long i = 0; i < runs; ++i)
         run(inputs.next());
     return 0;
 }

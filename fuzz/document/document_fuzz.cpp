@@ -3,6 +3,7 @@
 #include "document/lineends.h"
 #include "document/textdocument.h"
 #include "fuzz/bytes.h"
+#include "fuzz/quickcalls.h"
 #include "tests/codec/shorttexts.h"
 #include "tests/document/documentfolder.h"
 #include "tests/text/textalphabet.h"
@@ -14,14 +15,6 @@ namespace {
 
 const QString name = u"document"_s;
 constexpr FileCodes defaults{ CharCode::Utf8, ReturnCode::Lf };
-
-/// As the system's, but nothing waits for the disk.
-FileCalls quickCalls()
-{
-    FileCalls calls = FileCalls::system();
-    calls.fsync = [](int) { return 0; };
-    return calls;
-}
 
 /// Whether UTF-8 gives the text back as it is.
 bool isPlain(const QString &text)

@@ -1,39 +1,84 @@
+// A key file of any bytes comes out as it came in. Every value that is set is read back, also from what was
+// written, and changes neither another value nor another line.
+
+#include "fuzz/bytes.h"
 #include "settings/keyfile.h"
 
-#include <cstdlib>
+#include <algorithm>
 
 namespace {
 
-void require(bool holds)
+struct Key {
+    QString group;
+    QString name;
+};
+
+/// Of those that files of the corpus have, too.
+const QList<Key> &keys()
 {
-    if (!holds)
-        std::abort();
+    static const QList<Key> keys{ { {}, QStringLiteral("b") }, { QStringLiteral("a"), QStringLiteral("b") },
+        { QStringLiteral("a"), QStringLiteral("bc d") }, { QStringLiteral("Main"), QStringLiteral("b") } };
+    return keys;
+}
+
+QList<std::optional<QString>> valuesOf(const KeyFile &file)
+{
+    QList<std::optional<QString>> values;
+    for (const Key &key : keys())
+        values << file.value(key.group, key.name);
+    return values;
+}
+
+/// Latin-1, or any UTF-16, lone surrogates too.
+QString randomValue(Bytes &bytes)
+{
+    const bool isWide = bytes.below(2) == 0;
+    const QByteArray value = bytes.take(bytes.below(40));
+    if (!isWide)
+        return QString::fromLatin1(value);
+    return QString::fromUtf16(reinterpret_cast<const char16_t *>(value.constData()), value.size() / 2);
+}
+
+/// What one set value may do: put something in the place of a part of one line, or between lines.
+void checkLines(const QByteArray &before, const QByteArray &after)
+{
+    const qsizetype shared = std::min(before.size(), after.size());
+    const auto start =
+        std::mismatch(before.begin(), before.begin() + shared, after.begin()).first - before.begin();
+    const auto end = std::mismatch(before.rbegin(), before.rbegin() + (shared - start), after.rbegin()).first
+        - before.rbegin();
+    require(!before.sliced(start).chopped(end).contains('\n'));
+}
+
+void setValue(KeyFile &file, qsizetype index, const QString &value)
+{
+    const Key &key = keys().at(index);
+    const QByteArray before = file.contents();
+    auto expected = valuesOf(file);
+    const bool isNew = expected.at(index) != value;
+    require(file.setValues(key.group, { { key.name, value } }) == isNew);
+    require(isNew || file.contents() == before);
+    expected[index] = value;
+    require(valuesOf(file) == expected);
+    checkLines(before, file.contents());
 }
 
 } // namespace
 
-/// A key file of any bytes comes out as it came in; every value that is set is read back, also from what was
-/// written, and changes no line of others. The first byte says where the value ends and the file begins.
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    const qsizetype cut = bytes.isEmpty() ? 0 : qMin<qsizetype>(static_cast<uchar>(bytes[0]), bytes.size());
-    QString value = QString::fromLatin1(bytes.first(cut));
-    if (cut > 2 && cut % 2 == 0) // any UTF-16, lone surrogates too
-        value = QString(reinterpret_cast<const QChar *>(bytes.constData()), cut / 2);
-    const QByteArray contents = (size % 2 ? "[a]\nb =" : "") + bytes.sliced(cut);
-
+    Bytes bytes(data, size);
+    QList<std::pair<qsizetype, QString>> values;
+    for (qint64 count = bytes.below(4); count > 0; --count) {
+        const qsizetype index = bytes.below(keys().size());
+        values.emplace_back(index, randomValue(bytes));
+    }
+    const QByteArray contents = bytes.take(qint64(size));
     KeyFile file(contents);
     require(file.contents() == contents);
-    const QString group = QStringLiteral("a");
-    const QString key = QStringLiteral("b");
-    const auto before = file.value(group, key);
-    const bool isChanged = file.setValues(group, { { key, value } });
-    require(isChanged == (before != value));
-    require(isChanged || file.contents() == contents);
-    require(file.value(group, key) == value);
+    for (const auto &[index, value] : values)
+        setValue(file, index, value);
     const KeyFile again(file.contents());
-    require(again.value(group, key) == value);
-    require(again.contents() == file.contents());
+    require(again.contents() == file.contents() && valuesOf(again) == valuesOf(file));
     return 0;
 }

@@ -1,4 +1,4 @@
-// Edits told by bytes, on a store of tiny leaves and on the plain reference.
+// Edits told by bytes, undone and redone, on a store of tiny leaves and on the plain reference.
 
 #include "fuzz/bytes.h"
 #include "tests/text/modelstore.h"
@@ -18,18 +18,18 @@ public:
     {
     }
 
-    void edit()
+    void step()
     {
-        const qint64 offset = m_bytes.below(m_model.length() + 1);
-        const qint64 removed = m_bytes.below(qMin<qint64>(40, m_model.length() - offset + 1));
-        const QString inserted = text();
-        if (m_bytes.below(4) == 0 && m_history.canUndo()) {
-            m_history.undo(m_store);
-            m_model.setText(m_store.text());
-            return;
+        switch (m_bytes.below(8)) {
+        case 0:
+            undo();
+            break;
+        case 1:
+            redo();
+            break;
+        default:
+            edit();
         }
-        m_history.replace(m_store, Offset(offset), removed, inserted);
-        m_model.replace(Offset(offset), removed, inserted);
     }
     void check()
     {
@@ -48,11 +48,45 @@ public:
     void undoEverything()
     {
         while (m_history.canUndo())
-            m_history.undo(m_store);
-        require(m_store.length() == 0);
+            undo();
+        require(m_done == 0 && m_store.length() == 0);
     }
 
 private:
+    void edit()
+    {
+        const qint64 offset = m_bytes.below(m_model.length() + 1);
+        const qint64 removed = m_bytes.below(qMin<qint64>(40, m_model.length() - offset + 1));
+        const QString inserted = text();
+        m_history.replace(m_store, Offset(offset), removed, inserted);
+        m_model.replace(Offset(offset), removed, inserted);
+        if (removed == 0 && inserted.isEmpty())
+            return;
+        m_texts.resize(++m_done);
+        m_texts.append(m_model.text());
+        if (m_done <= depth)
+            return;
+        m_texts.removeAt(1); // the two oldest steps became one
+        --m_done;
+    }
+    void undo()
+    {
+        require(m_history.canUndo() == (m_done > 0));
+        if (m_done == 0)
+            return;
+        m_history.undo(m_store);
+        m_model.setText(m_texts.at(--m_done));
+        require(m_store.text() == m_model.text());
+    }
+    void redo()
+    {
+        require(m_history.canRedo() == (m_done + 1 < m_texts.size()));
+        if (!m_history.canRedo())
+            return;
+        m_history.redo(m_store);
+        m_model.setText(m_texts.at(++m_done));
+        require(m_store.text() == m_model.text());
+    }
     QString text()
     {
         static const QStringList characters = hurtingCharacters();
@@ -62,10 +96,14 @@ private:
         return text;
     }
 
+    static constexpr int depth = 3; ///< few, so that steps become one
+
     Bytes &m_bytes;
     TextStore m_store;
     ModelStore m_model;
-    UndoHistory m_history{ 3 };
+    UndoHistory m_history{ depth };
+    QStringList m_texts{ QString() }; ///< before the oldest step and behind each
+    qsizetype m_done = 0; ///< which of them the store has
 };
 
 } // namespace
@@ -78,7 +116,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const Subpixels limit = bytes.below(10) * subpixelsPerPixel;
     Session session(bytes, { &table, 4 * subpixelsPerPixel, limit }, sizes);
     for (int step = 0; step < 60 && !bytes.atEnd(); ++step) {
-        session.edit();
+        session.step();
         session.check();
     }
     session.undoEverything();

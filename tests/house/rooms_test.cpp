@@ -103,6 +103,7 @@ private slots:
     void everyRoomHasTests();
     void benchmarksStandInRooms_data();
     void benchmarksStandInRooms();
+    void everyFuzzTargetHasInputs();
     void everyFileIsOnTheMap_data() { addRooms(); }
     void everyFileIsOnTheMap();
     void includesGoDown_data() { addRooms(); }
@@ -147,7 +148,21 @@ void RoomsTest::benchmarksStandInRooms()
     QFETCH(QString, folder);
     const QDir mirror(QStringLiteral(SOURCE_FOLDER "/") + folder);
     for (const QString &room : mirror.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-        QVERIFY2(rooms().contains(room), qPrintable(room));
+        QVERIFY2(rooms().contains(room) || room == u"corpus"_s, qPrintable(room));
+}
+
+void RoomsTest::everyFuzzTargetHasInputs()
+{
+    const QString fuzz = QStringLiteral(SOURCE_FOLDER "/fuzz/");
+    QStringList targets;
+    for (const QString &room : rooms().keys()) {
+        for (const QFileInfo &target : QDir(fuzz + room).entryInfoList({ u"*_fuzz.cpp"_s }))
+            targets << target.baseName();
+    }
+    targets.sort();
+    QCOMPARE(QDir(fuzz + u"corpus"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name), targets);
+    for (const QString &target : targets)
+        QVERIFY2(!QDir(fuzz + u"corpus/"_s + target).isEmpty(), qPrintable(target));
 }
 
 void RoomsTest::everyFileIsOnTheMap()

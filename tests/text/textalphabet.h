@@ -24,6 +24,20 @@ inline QStringList joiningCharacters()
         QStringLiteral("\uac01"), QStringLiteral("\u0600") };
 }
 
+/// Letters whose case is a trap: the Kelvin sign, dotted and dotless i, sharp s, long s, final sigma, micro
+/// and mu, full-width letters, letters outside the basic plane, halves of them.
+inline QStringList trickyLetters()
+{
+    return { QStringLiteral("k"), QStringLiteral("K"), QStringLiteral("\u212a"), QStringLiteral("i"),
+        QStringLiteral("I"), QStringLiteral("\u0130"), QStringLiteral("\u0131"), QStringLiteral("s"),
+        QStringLiteral("\u017f"), QStringLiteral("\u00df"), QStringLiteral("\u1e9e"),
+        QStringLiteral("\u03c3"), QStringLiteral("\u03c2"), QStringLiteral("\u03a3"),
+        QStringLiteral("\u00b5"), QStringLiteral("\u03bc"), QStringLiteral("\u00ff"),
+        QStringLiteral("\u0178"), QStringLiteral("\uff21"), QStringLiteral("\uff41"),
+        QStringLiteral("\U00010400"), QStringLiteral("\U00010428"), QString(QChar(0xd801)),
+        QString(QChar(0xdc00)), QString(QChar(0xdc28)), QStringLiteral("\u3042") };
+}
+
 /// W, Hiragana and pairs are two pixels wide, the combining mark is flat, a lone low surrogate three, a lone
 /// high one one.
 inline int hurtingWidth(char32_t codePoint)

@@ -1,6 +1,6 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
-#include "tests/text/naivesearch.h"
+#include "tests/text/drawnhits.h"
 #include "tests/text/textalphabet.h"
 #include "tests/text/tinynodes.h"
 #include "text/textsearch.h"
@@ -8,20 +8,6 @@
 #include <QTest>
 
 namespace {
-
-/// Letters whose case is a trap: the Kelvin sign, dotted and dotless i, sharp s, long s, final sigma, micro
-/// and mu, full-width letters, letters outside the basic plane, halves of them.
-QStringList trickyLetters()
-{
-    return { QStringLiteral("k"), QStringLiteral("K"), QStringLiteral("\u212a"), QStringLiteral("i"),
-        QStringLiteral("I"), QStringLiteral("\u0130"), QStringLiteral("\u0131"), QStringLiteral("s"),
-        QStringLiteral("\u017f"), QStringLiteral("\u00df"), QStringLiteral("\u1e9e"),
-        QStringLiteral("\u03c3"), QStringLiteral("\u03c2"), QStringLiteral("\u03a3"),
-        QStringLiteral("\u00b5"), QStringLiteral("\u03bc"), QStringLiteral("\u00ff"),
-        QStringLiteral("\u0178"), QStringLiteral("\uff21"), QStringLiteral("\uff41"),
-        QStringLiteral("\U00010400"), QStringLiteral("\U00010428"), QString(QChar(0xd801)),
-        QString(QChar(0xdc00)), QString(QChar(0xdc28)), QStringLiteral("\u3042") };
-}
 
 QStringList fewLetters()
 {
@@ -50,29 +36,6 @@ qint64 firstHit(const TextPattern &pattern, const TextStore &store, qint64 from)
 qint64 lastHit(const TextPattern &pattern, const TextStore &store, qint64 from)
 {
     return pattern.lastIndexIn(store, Offset(from)).value_or(Offset(-1)).value();
-}
-
-QString drawn(RowCol begin, RowCol end)
-{
-    return QStringLiteral("%1,%2-%3,%4")
-        .arg(begin.row.value())
-        .arg(begin.column)
-        .arg(end.row.value())
-        .arg(end.column);
-}
-
-QString drawn(const TextStore &store, const std::optional<SearchHit> &hit)
-{
-    return hit ? drawn(store.rowColAt(hit->begin), store.rowColAt(hit->end)) : QStringLiteral("none");
-}
-
-/// A column behind the last one of its row is that one.
-QString drawn(const ModelStore &model, const std::optional<RowHit> &hit)
-{
-    const auto inside = [&](RowCol place) {
-        return RowCol{ place.row, qMin(place.column, model.row(place.row).length) };
-    };
-    return hit ? drawn(inside(hit->begin), inside(hit->end)) : QStringLiteral("none");
 }
 
 } // namespace
