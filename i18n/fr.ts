@@ -186,6 +186,22 @@
 <context>
     <name>Recovery</name>
     <message>
+        <source>Parts are missing; a line with dots stands for each</source>
+        <translation>Des parties manquent ; une ligne de points remplace chacune</translation>
+    </message>
+    <message>
+        <source>The file has changed; this text is in no file yet</source>
+        <translation>Fichier modifié ; ce texte n’est encore enregistré nulle part</translation>
+    </message>
+    <message>
+        <source>The file is gone; this text is in no file yet</source>
+        <translation>Fichier disparu ; ce texte n’est encore enregistré nulle part</translation>
+    </message>
+    <message>
+        <source>Open the file</source>
+        <translation>Ouvrir le fichier</translation>
+    </message>
+    <message>
         <source>1 document was not saved</source>
         <translation>1 texte à restaurer</translation>
     </message>

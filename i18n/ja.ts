@@ -186,6 +186,22 @@
 <context>
     <name>Recovery</name>
     <message>
+        <source>Parts are missing; a line with dots stands for each</source>
+        <translation>一部が失われました。点の行がその箇所です</translation>
+    </message>
+    <message>
+        <source>The file has changed; this text is in no file yet</source>
+        <translation>ファイルが変更されました。この文章は未保存です</translation>
+    </message>
+    <message>
+        <source>The file is gone; this text is in no file yet</source>
+        <translation>ファイルがありません。この文章は未保存です</translation>
+    </message>
+    <message>
+        <source>Open the file</source>
+        <translation>ファイルを開く</translation>
+    </message>
+    <message>
         <source>1 document was not saved</source>
         <translation>1 件の文書が保存されていません</translation>
     </message>

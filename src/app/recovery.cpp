@@ -2,6 +2,7 @@
 
 #include "app/documentarea.h"
 #include "app/documentfile.h"
+#include "app/documentloader.h"
 #include "app/frmrecovery.h"
 #include "editor/noticequeue.h"
 #include "files/filename.h"
@@ -37,11 +38,21 @@ void showPlace(ctlEditer &editor, const ViewPlace &place)
     editor.setXOffset(place.left);
 }
 
+QString whyApart(bool isWhole, bool isFileThere)
+{
+    if (!isWhole)
+        return Recovery::tr("Parts are missing; a line with dots stands for each");
+    return isFileThere ? Recovery::tr("The file has changed; this text is in no file yet")
+                       : Recovery::tr("The file is gone; this text is in no file yet");
+}
+
 } // namespace
 
-Recovery::Recovery(QWidget &window, DocumentArea &documents, RecoveryJournals &journals)
+Recovery::Recovery(
+    QWidget &window, DocumentArea &documents, DocumentLoader &loader, RecoveryJournals &journals)
     : m_window(window)
     , m_documents(documents)
+    , m_loader(loader)
     , m_journals(journals)
 {
     connect(&journals, &RecoveryJournals::leftBehindChanged, this, &Recovery::look);
@@ -148,7 +159,25 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
     }
     showPlace(*editor, restored.place);
     m_documents.refresh(editor);
+    if (restored.outcome != Restored::Outcome::Edited && !text.path.isEmpty())
+        tellApart(*editor, restored, text.path + text.name);
     return editor;
+}
+
+/// Until it is saved.
+void Recovery::tellApart(ctlEditer &editor, const Restored &restored, const QString &file)
+{
+    const bool isWhole = restored.outcome == Restored::Outcome::New;
+    const bool isFileThere = FileName::exists(file);
+    Notice notice{ NoticeKind::RestoredApart, &editor, [=] { return whyApart(isWhole, isFileThere); }, {} };
+    if (isFileThere)
+        notice.offers.push_back(
+            { [] { return tr("Open the file"); }, [this, file] { m_loader.open(file, {}); } });
+    m_documents.notices().put(std::move(notice));
+    connect(
+        &std::as_const(editor).document(), &TextDocument::saved, &editor,
+        [this, &editor] { m_documents.notices().withdraw(NoticeKind::RestoredApart, &editor); },
+        Qt::SingleShotConnection);
 }
 
 /// One that is open and has nothing to lose: that of the same file, or one that nobody would miss. Null for

@@ -8,16 +8,18 @@
 #include <vector>
 
 class DocumentArea;
+class DocumentLoader;
 class QWidget;
 class RecoveryJournals;
 class ctlEditer;
+struct Restored;
 
 /// Tells the user of texts that were not saved when the program last ended, and brings them back.
 class Recovery : public QObject {
     Q_OBJECT
 public:
     /// Asks over `window`.
-    Recovery(QWidget &window, DocumentArea &documents, RecoveryJournals &journals);
+    Recovery(QWidget &window, DocumentArea &documents, DocumentLoader &loader, RecoveryJournals &journals);
 
     /// The window has come: looks for such texts as soon as it is on the screen.
     void lookWhenShown();
@@ -31,11 +33,13 @@ private:
     void ask();
     void restoreAll(const std::vector<LeftBehind> &texts);
     ctlEditer *restore(const LeftBehind &text);
+    void tellApart(ctlEditer &editor, const Restored &restored, const QString &file);
     ctlEditer *documentFor(const LeftBehind &text) const;
     void discardAll(const std::vector<LeftBehind> &texts);
 
     QWidget &m_window;
     DocumentArea &m_documents;
+    DocumentLoader &m_loader;
     RecoveryJournals &m_journals;
     bool m_hasLooked = false;
     std::vector<LeftBehind> m_found;

@@ -14,6 +14,7 @@ constexpr KindWeight weights[] = {
     { NoticeKind::Unsaved, 900 },
     { NoticeKind::InterruptedSave, 800 },
     { NoticeKind::ChangedOnDisk, 700 },
+    { NoticeKind::RestoredApart, 600 },
     { NoticeKind::OtherCode, 550 },
     { NoticeKind::CannotWrite, 500 },
     { NoticeKind::NotWritable, 480 },

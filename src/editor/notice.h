@@ -12,6 +12,7 @@ enum class NoticeKind {
     InterruptedSave, ///< a copy of old bytes that a save left which did not end
     ChangedOnDisk, ///< another program has written, replaced or deleted the file
     CannotWrite, ///< characters that the document's code lacks
+    RestoredApart, ///< a text that was restored is not that of its file any more
     OtherCode, ///< the file is open, and the user wanted to read it with another code
     ReplacedInPart, ///< hits that were replaced only in part
     Utf16, ///< UTF-16 text that was read byte by byte, or is saved as UTF-8

@@ -85,6 +85,8 @@ private slots:
     void restoresThePlace();
     void restoresNewDocuments();
     void changedFileIsKeptToo();
+    void goneFileIsTold();
+    void missingPartsAreTold();
     void documentOfTheFileIsTaken();
     void chosenOnesAreRestored();
     void laterKeepsAll_data();
@@ -267,6 +269,51 @@ void RecoveryTest::changedFileIsKeptToo()
     QVERIFY(window.currentEditor()->path().isEmpty());
     QVERIFY(window.currentEditor()->edited());
     QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("written by others\n"));
+
+    const StripInWindow strip(window);
+    QCOMPARE(strip.text(), u"The file has changed; this text is in no file yet"_s);
+    QVERIFY(strip.click(u"Open the file"_s));
+    QCOMPARE(window.currentEditor()->text(), u"written by others\n"_s);
+    QVERIFY(!strip.isShown());
+    window.slotEtcChangeTab(0);
+    QVERIFY(strip.isShown());
+    window.choices = { { m_files->folder(), u"b.txt"_s, CharCode::Utf8, ReturnCode::Lf } };
+    window.slotCmdFileSave();
+    QCOMPARE(m_files->read(u"b.txt"_s), QByteArray("xold\n"));
+    QVERIFY(!strip.isShown());
+}
+
+void RecoveryTest::goneFileIsTold()
+{
+    leaveBehind({ u"a.txt"_s });
+    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
+    TestWindow window;
+    QVERIFY(window.open());
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restore(window));
+    QCOMPARE(window.currentEditor()->text(), u"xold\n"_s);
+    QCOMPARE(StripInWindow(window).text(), u"The file is gone; this text is in no file yet"_s);
+    QCOMPARE(StripInWindow(window).offers(), QStringList());
+}
+
+/// Of a long file that has changed no more is known than what was written near the edits.
+void RecoveryTest::missingPartsAreTold()
+{
+    const QByteArray content = QByteArray("a long file's line\n").repeated(600'000);
+    const QString name = m_files->write(u"a.txt"_s, content);
+    {
+        KilledProgram program;
+        program.edit(m_files->folder(), u"a.txt"_s, u"x"_s);
+        QVERIFY(program.isWritten());
+    }
+    m_files->write(u"a.txt"_s, "written by others\n");
+    TestWindow window;
+    QVERIFY(window.open());
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restore(window));
+    QVERIFY(window.currentEditor()->text().startsWith(u"x"_s));
+    QVERIFY(window.currentEditor()->text().endsWith(u"\n[...]\n"_s));
+    QCOMPARE(StripInWindow(window).text(), u"Parts are missing; a line with dots stands for each"_s);
 }
 
 void RecoveryTest::documentOfTheFileIsTaken()
