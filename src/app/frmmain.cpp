@@ -23,8 +23,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize normalSize{ 640, 480 };
-/// For what is left of the journals when all documents are closed.
-constexpr std::chrono::milliseconds longestWrite{ 2000 };
 
 QFont applicationFont()
 {
@@ -492,7 +490,7 @@ void frmMain::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    m_parts->journals.flush(longestWrite);
+    m_parts->journals.flush(RecoveryJournals::longestFlush);
     writeSettings();
     event->accept();
     QWidget::closeEvent(event);

@@ -12,12 +12,6 @@
 #include <algorithm>
 #include <utility>
 
-namespace {
-
-constexpr std::chrono::milliseconds longestWrite{ 2000 };
-
-} // namespace
-
 SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer, RecoveryJournals &journals)
     : QObject(&documents)
     , m_documents(documents)
@@ -40,7 +34,7 @@ SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer, Recovery
 bool SessionEnd::prepare(bool mayAsk)
 {
     m_unwanted.clear();
-    const bool isReady = !hasEdits() || (mayAsk ? askAll() : m_journals.flush(longestWrite));
+    const bool isReady = !hasEdits() || (mayAsk ? askAll() : m_journals.flush(RecoveryJournals::longestFlush));
     // The session may go on.
     if (isReady && writeSettings())
         emit settingsTakenOver();

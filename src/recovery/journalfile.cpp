@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qsizetype blockSize = 1 << 18;
+constexpr qsizetype bufferSize = 1 << 18;
 constexpr mode_t privateFile = 0600;
 
 } // namespace
@@ -78,7 +78,7 @@ bool JournalFile::createOnce(const QByteArray &folder)
 bool JournalFile::append(RecordType type, QByteArrayView content)
 {
     appendRecord(m_buffer, type, content);
-    return m_buffer.size() < blockSize || flush();
+    return m_buffer.size() < bufferSize || flush();
 }
 
 bool JournalFile::flush()

@@ -48,6 +48,8 @@ public:
 
     /// Writes what is due by the clock; the timer calls it.
     void writeDue();
+    /// How long a user who ends the program may be kept waiting for journals.
+    static constexpr std::chrono::milliseconds longestFlush{ 2000 };
     /// Writes all there is, within a time; whether all is on the disk. Time that is left goes into keeping
     /// the texts of files, for when those are changed.
     bool flush(std::chrono::milliseconds limit);

@@ -10,6 +10,7 @@
 #include "tests/textfit.h"
 
 #include <QComboBox>
+#include <QLayout>
 #include <QLineEdit>
 #include <QScreen>
 #include <QSet>
@@ -25,10 +26,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char *smallScreen =
+constexpr const char *smallScreenSetup =
     R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 240, "height": 320,
     "logicalDpi": 72, "logicalBaseDpi": 72, "dpr": 1}]})";
-constexpr const char *vgaScreen = R"({"screens": [{"name": "VGA", "x": 0, "y": 0, "width": 480, "height": 640,
+constexpr const char *vgaScreenSetup = R"({"screens": [{"name": "VGA", "x": 0, "y": 0, "width": 480, "height": 640,
     "logicalDpi": 72, "logicalBaseDpi": 72, "dpr": 1}]})";
 
 /// The platform has one screen, of the class that the environment asks for.
@@ -421,7 +422,7 @@ namespace {
 int runBoxFitTest(int argc, char **argv)
 {
     QTemporaryFile config;
-    if (!config.open() || config.write(isVgaRun() ? vgaScreen : smallScreen) < 0 || !config.flush())
+    if (!config.open() || config.write(isVgaRun() ? vgaScreenSetup : smallScreenSetup) < 0 || !config.flush())
         return 1;
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + config.fileName().toUtf8());
     return runFormTest<BoxFitTest>(argc, argv);

@@ -32,7 +32,7 @@ QAccessibleInterface *itemIn(QWidget *menu, QAction *item)
     return QAccessible::queryAccessibleInterface(menu)->child(int(menu->actions().indexOf(item)));
 }
 
-void openMenu(const TestWindow &window, MenuId menu)
+void popUpMenu(const TestWindow &window, MenuId menu)
 {
     QAccessibleInterface *const title =
         itemIn(window.findChild<QMenuBar *>(), window.menu(menu)->menuAction());
@@ -280,21 +280,21 @@ void HeldBackTest::menuDoesNotStayOpen()
     QFETCH(MenuId, menu);
     bool isClosed = false;
     const AtProgress open([&](frmReplaceProgress &) {
-        openMenu(*m_window, menu);
+        popUpMenu(*m_window, menu);
         QTRY_VERIFY(!m_window->menu(menu)->isVisible());
         isClosed = true;
     });
     const MessageBoxes boxes;
     panel()->slotBtnAll();
     QVERIFY(isClosed);
-    openMenu(*m_window, menu);
+    popUpMenu(*m_window, menu);
     QVERIFY(m_window->menu(menu)->isVisible());
     m_window->menu(menu)->close();
 }
 
 void HeldBackTest::openMenuIsClosed()
 {
-    openMenu(*m_window, MenuId::Edit);
+    popUpMenu(*m_window, MenuId::Edit);
     QVERIFY(m_window->menu(MenuId::Edit)->isVisible());
     bool isOpen = true;
     const AtProgress look([&](frmReplaceProgress &) { isOpen = m_window->menu(MenuId::Edit)->isVisible(); });

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray numberedLines(int count)
+QByteArray numberedContent(int count)
 {
     QByteArray text;
     for (int i = 0; i < count; ++i)
@@ -205,7 +205,7 @@ void OptionsTest::keepsPlaces()
     const TestFiles files;
     TestWindow window;
     QVERIFY(window.open());
-    openFiles(window, files, { u"other.txt"_s, u"shown.txt"_s }, numberedLines(1000));
+    openFiles(window, files, { u"other.txt"_s, u"shown.txt"_s }, numberedContent(1000));
     window.options = [&] {
         change();
         return true;
@@ -435,7 +435,7 @@ void OptionsTest::manyDocumentsKeepTheirPlaces()
     const TestFiles files;
     TestWindow window;
     QVERIFY(window.open());
-    const QByteArray text = numberedLines(300);
+    const QByteArray text = numberedContent(300);
     for (int i = 1; i < documents; ++i)
         window.setDocument(files.write(u"%1.txt"_s.arg(i), text));
     QCOMPARE(window.tabBar()->count(), documents);

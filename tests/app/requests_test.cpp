@@ -22,13 +22,6 @@ QPEApplication *application()
     return static_cast<QPEApplication *>(qApp);
 }
 
-// Everything that is already under way has been done after it.
-void settle()
-{
-    for (int i = 0; i < 10; ++i)
-        QCoreApplication::processEvents();
-}
-
 void replaceAll(frmMain &window)
 {
     window.slotCmdViewReplace();

@@ -112,6 +112,13 @@ private:
     QTemporaryDir m_folder;
 };
 
+/// Everything that is already under way has been done after it.
+inline void settle()
+{
+    for (int turn = 0; turn < 10; ++turn)
+        QCoreApplication::processEvents();
+}
+
 /// Whether keys go to the focus again: those that are pressed before what was read is on the screen do not.
 inline bool takesKeys()
 {

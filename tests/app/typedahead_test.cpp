@@ -20,12 +20,6 @@ void callXdotool(const QStringList &arguments)
     QCOMPARE(QProcess::execute(u"xdotool"_s, arguments), 0);
 }
 
-void settle()
-{
-    for (int turn = 0; turn < 10; ++turn)
-        QCoreApplication::processEvents();
-}
-
 } // namespace
 
 /// Keys that are pressed while a document is being read.
