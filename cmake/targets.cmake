@@ -64,6 +64,9 @@ function(marlopad_test_program)
     marlopad_use_read_ahead(${folder}_tests tests "${arg_LINK}")
 endfunction()
 
+# A core is two places for tests: one that works takes both, two that mostly wait share it.
+set(MARLOPAD_BUSY_TEST 2)
+
 # marlopad_test(NAME [OF TEST] [ON x|wayland] [ENVIRONMENT VARIABLE=VALUE…]): one CTest test, labelled with its folder.
 # NAME.cpp joins the folder's program; with OF it is another test's file, run once more. It runs without a screen, on a
 # virtual X display with a window manager, or on a Wayland compositor, where no window is ever active, as there are no
@@ -81,5 +84,6 @@ function(marlopad_test name)
     endif()
     add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/${runner} $<TARGET_FILE:${folder}_tests> ${arg_OF})
     list(PREPEND arg_ENVIRONMENT ${MARLOPAD_TEST_ENVIRONMENT})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS ${folder} ENVIRONMENT "${arg_ENVIRONMENT}")
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600 PROCESSORS ${MARLOPAD_BUSY_TEST} LABELS ${folder}
+        ENVIRONMENT "${arg_ENVIRONMENT}")
 endfunction()
