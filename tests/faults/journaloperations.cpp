@@ -53,7 +53,8 @@ public:
 protected:
     void leaveJournal(const QString &typed) const
     {
-        Program program(quickCalls());
+        const FileCalls calls = quickCalls();
+        Program program(calls);
         program.load(m_sandbox);
         program.type(typed);
         program.pause();
