@@ -17,8 +17,9 @@ const QString fileText = u"text\n"_s;
 class Program {
 public:
     explicit Program(const FileCalls &calls)
-        : journals(journalFolder(), calls, [this] { return m_now; })
-        , document(plainCodes, calls)
+        : m_calls(calls)
+        , journals(journalFolder(), m_calls, [this] { return m_now; })
+        , document(plainCodes, m_calls)
     {
         journals.attach(document);
     }
@@ -36,11 +37,13 @@ public:
         return journals.flush(std::chrono::minutes(1));
     }
 
+private:
+    const FileCalls m_calls;
+    qint64 m_now = 0;
+
+public:
     RecoveryJournals journals;
     TextDocument document;
-
-private:
-    qint64 m_now = 0;
 };
 
 class JournalOperation : public Operation {
@@ -53,8 +56,7 @@ public:
 protected:
     void leaveJournal(const QString &typed) const
     {
-        const FileCalls calls = quickCalls();
-        Program program(calls);
+        Program program(quickCalls());
         program.load(m_sandbox);
         program.type(typed);
         program.pause();
