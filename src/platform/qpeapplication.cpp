@@ -71,7 +71,8 @@ bool QPEApplication::handOver()
 void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
 {
     m_window = window;
-    m_channel->setTaking(LauncherChannel::Taking::AtOnce);
+    if (m_endQuestions == 0)
+        m_channel->setTaking(LauncherChannel::Taking::AtOnce);
     if (noMaximize)
         window->show();
     else
