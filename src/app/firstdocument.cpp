@@ -1,6 +1,7 @@
 #include "app/firstdocument.h"
 
 #include "app/documentarea.h"
+#include "platform/qpeapplication.h"
 
 namespace {
 
@@ -13,7 +14,7 @@ FirstDocument::FirstDocument(const QWidget &window, DocumentArea &documents)
     , m_documents(documents)
 {
     m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, &FirstDocument::make);
+    connect(&m_timer, &QTimer::timeout, this, &FirstDocument::makeIfNothingComes);
 }
 
 void FirstDocument::wait()
@@ -24,6 +25,15 @@ void FirstDocument::wait()
 void FirstDocument::noteActivation()
 {
     if (m_isDue)
+        makeIfNothingComes();
+}
+
+/// On a slow machine the window is active before it is on the screen, which files wait for.
+void FirstDocument::makeIfNothingComes()
+{
+    if (QPEApplication::hasRequests())
+        wait();
+    else
         make();
 }
 

@@ -20,6 +20,8 @@ public:
     void make();
 
 private:
+    void makeIfNothingComes();
+
     const QWidget &m_window;
     DocumentArea &m_documents;
     QTimer m_timer;

@@ -101,6 +101,12 @@ bool QPEApplication::isBusy()
     return application && application->m_requests->isBusy();
 }
 
+bool QPEApplication::hasRequests()
+{
+    const auto *application = qobject_cast<QPEApplication *>(instance());
+    return application && !application->m_requests->isEmpty();
+}
+
 void QPEApplication::setEndOpen(bool open)
 {
     m_endQuestions += open ? 1 : -1;

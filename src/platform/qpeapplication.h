@@ -40,6 +40,8 @@ public:
     /// Whether a modal dialog is open or requests are held: nobody may act on the window behind that. Keys
     /// and mouse do not get there anyway; what assistive technology asks for does, and has to be refused.
     static bool isBusy();
+    /// Whether files wait to be opened.
+    static bool hasRequests();
 
     /// Whether it is open if the program ends, because its user is being asked; each true has its false.
     /// Files that other processes hand over meanwhile wait with their answers: they are opened when the

@@ -24,6 +24,7 @@ public:
     /// Whether a modal dialog is open or requests are held.
     bool isBusy() const;
     void add(const QString &fileName);
+    bool isEmpty() const { return m_fileNames.isEmpty(); }
 
 private:
     bool isReady();

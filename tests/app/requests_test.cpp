@@ -126,6 +126,7 @@ private slots:
     void fileDuringTheQuitQuestion();
     void messageDuringTheQuitQuestion();
     void fileDuringAnotherQuestion();
+    void fileThatWaitsIsTheOnlyDocument();
 
 private:
     /// Opens a.txt with "old" and an "x" typed in front, without any other document.
@@ -279,6 +280,30 @@ int runRequestsTest(int argc, char **argv)
 }
 
 } // namespace
+
+/// However long a window that was shown has to wait for the file.
+void RequestsTest::fileThatWaitsIsTheOnlyDocument()
+{
+    constexpr int longerThanTheFirstDocumentTakes = 500; // ms
+    m_window->currentEditor()->setEdited(false);
+    m_window->slotCmdFileCloseTab();
+    application()->holdRequests(true);
+    application()->request(m_files->write(u"b.txt"_s, "requested"));
+    m_window->hide();
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QTimer timer;
+    timer.setSingleShot(true);
+    timer.start(longerThanTheFirstDocumentTakes);
+    QTRY_VERIFY(!timer.isActive());
+    QCOMPARE(m_window->tabBar()->count(), 0);
+    application()->holdRequests(false);
+    QTRY_COMPARE(m_window->tabBar()->count(), 1);
+    timer.start(longerThanTheFirstDocumentTakes);
+    QTRY_VERIFY(!timer.isActive());
+    QCOMPARE(m_window->tabBar()->count(), 1);
+    QCOMPARE(m_window->currentEditor()->text(), u"requested"_s);
+}
 
 REGISTER_TEST(runRequestsTest)
 
