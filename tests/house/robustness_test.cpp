@@ -58,7 +58,7 @@ void RobustnessTest::everyTestNamedExists()
         const auto test = match.next();
         const QString source = sourceOfTest(test.captured(1));
         QVERIFY2(!source.isNull(), qPrintable(test.captured(1)));
-        const QString function = u"void "_s + test.captured(2);
+        const QString function = test.captured(2) + u"()"_s;
         QVERIFY2(!test.hasCaptured(2) || source.contains(function), qPrintable(test.captured(0)));
     }
     QVERIFY(count > 0);

@@ -53,7 +53,7 @@ void JournalFailuresTest::everyFailingCallOfWrites()
 {
     QFETCH(FaultKind, kind);
     bool isReached = true;
-    for (int step = 1; isReached; ++step) {
+    for (qsizetype step = 1; isReached; ++step) {
         RecoveryFolder folder;
         QVERIFY(folder.documents().write(u"file"_s, "text\n"));
         OneFault fault(kind, step);
@@ -79,7 +79,7 @@ void JournalFailuresTest::everyFailingCallOfWrites()
         const auto found = folder.leftBehind(); // clears away what was not finished
         QCOMPARE(found.size(), 1U);
         QCOMPARE(folder.files().size(), 1);
-        isReached = fault.count() >= step;
+        isReached = fault.seen().size() >= step;
     }
 }
 
