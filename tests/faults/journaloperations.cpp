@@ -61,6 +61,7 @@ protected:
         program.type(typed);
         program.pause();
     }
+    static QString asLost(const QStringList &found) { return u"the journal: "_s + found.join(u"; "_s); }
     /// Once a call has failed the next ones succeed, and then nothing may be missing.
     bool pauseUntilWritten(Program &program)
     {
@@ -117,7 +118,7 @@ public:
         if (m_step == Step::Removed && found.isEmpty())
             return {};
         const bool mayBeOld = !isDone || m_step == Step::Removed;
-        return isNew || (mayBeOld && found == before()) ? QString() : found.join(u"; "_s);
+        return isNew || (mayBeOld && found == before()) ? QString() : asLost(found);
     }
 
 private:
@@ -155,7 +156,7 @@ public:
     QString lostOnDisk(const NextStart &start, bool) const override
     {
         const QStringList found = start.restoredTexts();
-        return found.contains(u"atext\n"_s) ? QString() : u"the journal: "_s + found.join(u"; "_s);
+        return found.contains(u"atext\n"_s) ? QString() : asLost(found);
     }
 
 private:
@@ -183,7 +184,7 @@ public:
     {
         const QStringList found = start.restoredTexts();
         const bool isWhole = found.isEmpty() || found == QStringList(u"atext\n"_s);
-        return isWhole ? QString() : found.join(u"; "_s);
+        return isWhole ? QString() : asLost(found);
     }
 };
 

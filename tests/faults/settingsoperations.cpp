@@ -40,7 +40,8 @@ public:
     {
         const QByteArray now = contentOf(fileName());
         const QByteArray old = m_before == Before::Nothing ? QByteArray("(unreadable)") : m_old;
-        return now == *m_new || (!isDone && now == old) ? QString() : QString::fromUtf8(now);
+        return now == *m_new || (!isDone && now == old) ? QString()
+                                                        : u"the file: "_s + QString::fromUtf8(now);
     }
 
 protected:
