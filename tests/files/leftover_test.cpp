@@ -39,6 +39,7 @@ private slots:
     void strays_data();
     void strays();
     void strayInUseIsLeftAlone();
+    void filesOfOthersAreLeftAlone();
     void foldersAreLookedThroughOnce();
     void lookIsBounded();
     void newFileThatIsTakenForAStrayIsMadeAgain();
@@ -141,6 +142,24 @@ void LeftoverTest::strayInUseIsLeftAlone()
     removeStagedStrays(m_folder);
     QCOMPARE(listing(), before);
     ::close(fd);
+}
+
+/// As another user's program sees them.
+void LeftoverTest::filesOfOthersAreLeftAlone()
+{
+    FileCalls calls = FileCalls::system();
+    calls.fstat = [](int file, struct stat *info) {
+        const int result = ::fstat(file, info);
+        info->st_uid += 1;
+        return result;
+    };
+    writeFile(m_folder + ".file.txt.marlopad-0123456789abc", "staged");
+    QVERIFY(makePrivateFolder(FileCalls::system(), stateFolder()));
+    writeFile(copyName(), "not finished");
+    removeStagedStrays(m_folder, calls);
+    QVERIFY(lostCopies(calls).isEmpty());
+    QCOMPARE(listing().size(), 1);
+    QCOMPARE(keptFiles().size(), 1);
 }
 
 void LeftoverTest::foldersAreLookedThroughOnce()

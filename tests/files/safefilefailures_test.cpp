@@ -31,6 +31,8 @@ private slots:
     void randomFailures();
     void fullDisk_data();
     void fullDisk();
+    void failingSyncIsTold_data() { fullDisk_data(); }
+    void failingSyncIsTold();
 };
 
 void SafeFileFailuresTest::everyFailingStep_data()
@@ -302,6 +304,30 @@ void SafeFileFailuresTest::fullDisk()
     QCOMPARE(keptFiles(), QStringList());
     if (Way(way) != Way::NewFile)
         QCOMPARE(contentOf(name), m_old);
+}
+
+/// What may not be on the disk is not saved, whichever file's sync fails.
+void SafeFileFailuresTest::failingSyncIsTold()
+{
+    QFETCH(int, way);
+    bool isReached = true;
+    for (int step = 1; isReached; ++step) {
+        init();
+        const QByteArray name = prepare(Way(way));
+        int count = 0;
+        FileCalls calls = callsFor(Way(way));
+        calls.fsync = [&count, step](int fd) {
+            struct stat info = {};
+            ::fstat(fd, &info);
+            errno = EIO;
+            return S_ISREG(info.st_mode) && ++count == step ? -1 : 0;
+        };
+        const bool isSaved = save(name, m_new, calls);
+        isReached = count >= step;
+        QCOMPARE(isSaved, !isReached);
+        if (!isSaved && Way(way) != Way::NewFile)
+            QVERIFY(contentOf(name) == m_old);
+    }
 }
 
 REGISTER_TEST(runCoreTest<SafeFileFailuresTest>)

@@ -49,6 +49,8 @@ private slots:
     void hasAJournalsNameWhenItIsOne();
     void goesAwayUnpublished();
     void isLockedWhileItIsOpen();
+    void oneThatIsTakenIsMadeAgain();
+    void failingSyncIsTold();
     void nobodyElseMayRead();
     void readsWhatWasWritten();
     void readsAgainFromTheStart();
@@ -93,6 +95,46 @@ void JournalFileTest::isLockedWhileItIsOpen()
         QVERIFY(!isFree());
     }
     QVERIFY(isFree());
+}
+
+/// Who tidies up may come before the lock.
+void JournalFileTest::oneThatIsTakenIsMadeAgain()
+{
+    const RecoveryFolder folder;
+    QByteArray taken;
+    FileCalls calls = FileCalls::system();
+    calls.open = [&taken](const char *name, int flags, mode_t mode) {
+        const int file = ::open(name, flags, mode);
+        if ((flags & O_CREAT) && taken.isEmpty()) {
+            taken = name;
+            ::unlink(name);
+        }
+        return file;
+    };
+    JournalFile file(calls);
+    QVERIFY(file.create(folder.journals()));
+    QCOMPARE(folder.files().size(), 1);
+}
+
+void JournalFileTest::failingSyncIsTold()
+{
+    const RecoveryFolder folder;
+    bool fails = false;
+    FileCalls calls = FileCalls::system();
+    calls.fsync = [&fails](int) {
+        errno = EIO;
+        return fails ? -1 : 0;
+    };
+    JournalFile file(calls);
+    QVERIFY(file.create(folder.journals()));
+    fails = true;
+    QVERIFY(!file.sync());
+    QCOMPARE(file.error(), EIO);
+    fails = false;
+    QVERIFY(file.sync());
+    fails = true;
+    QVERIFY(!file.publish(folder.journals() + newJournalName()));
+    QVERIFY(file.isPublished());
 }
 
 void JournalFileTest::nobodyElseMayRead()

@@ -27,6 +27,7 @@ private slots:
     void aThousandJournals();
     void killedProgramLeavesItsJournal();
     void linksAreNotFollowed();
+    void journalThatGoesMeanwhileIsNone();
     void filesOfOthersAreLeftAlone();
     void textIsKnownByItsUnitsNotItsLeaves();
     void largeBase_data();
@@ -155,6 +156,19 @@ void LeftBehindTest::linksAreNotFollowed()
     QCOMPARE(symlink(moved.constData(), journal.constData()), 0);
     QVERIFY(m_folder->leftBehind().empty());
     QVERIFY(!ClaimedJournal::claim(journal, FileCalls::system()));
+}
+
+/// Its program may remove it between the opening and the lock.
+void LeftBehindTest::journalThatGoesMeanwhileIsNone()
+{
+    leave(u"text"_s);
+    const QByteArray journal = m_folder->leftBehind().at(0).journal;
+    FileCalls calls = FileCalls::system();
+    calls.flock = [&journal](int file, int operation) {
+        ::unlink(journal.constData());
+        return ::flock(file, operation);
+    };
+    QVERIFY(!ClaimedJournal::claim(journal, calls));
 }
 
 /// As the other user of a folder that two share sees it.

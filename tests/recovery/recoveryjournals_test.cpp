@@ -23,6 +23,7 @@ private slots:
     void undoingAllEndsTheJournal();
     void closingEndsTheJournal();
     void substitutedTextIsKept();
+    void changedFileGivesADocumentNeverSaved_data();
     void changedFileGivesADocumentNeverSaved();
     void goneFileGivesADocumentNeverSaved();
     void restoringSupersedesTheJournal();
@@ -205,15 +206,25 @@ void RecoveryJournalsTest::substitutedTextIsKept()
     QCOMPARE(m_folder->files(), QStringList());
 }
 
+void RecoveryJournalsTest::changedFileGivesADocumentNeverSaved_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("of another length") << QByteArray("another program's\n");
+    QTest::newRow("of the same length") << QByteArray("two\none\n");
+}
+
 void RecoveryJournalsTest::changedFileGivesADocumentNeverSaved()
 {
+    QFETCH(QByteArray, content);
     {
         Run run(*m_folder);
         load(run.document, "one\ntwo\n");
         run.document.replace(Offset(3), 0, u"!");
         QVERIFY(run.pause());
     }
-    writeFile("another program's\n");
+    writeFile(content);
+    const timespec later[] = { { ::time(nullptr) + 1, 0 }, { ::time(nullptr) + 1, 0 } };
+    QCOMPARE(utimensat(AT_FDCWD, QFile::encodeName(path() + u"file.txt"_s).constData(), later, 0), 0);
     const auto found = m_folder->leftBehind();
     QVERIFY(!found.at(0).isFileUnchanged);
     Run run(*m_folder);
@@ -224,7 +235,7 @@ void RecoveryJournalsTest::changedFileGivesADocumentNeverSaved()
     QCOMPARE(run.document.path(), QString());
     QCOMPARE(run.document.name(), u"file.txt"_s);
     QVERIFY(run.document.isEdited());
-    QCOMPARE(m_folder->documents().read(u"file.txt"_s), "another program's\n");
+    QCOMPARE(m_folder->documents().read(u"file.txt"_s), content);
 }
 
 void RecoveryJournalsTest::goneFileGivesADocumentNeverSaved()
