@@ -35,6 +35,7 @@ private slots:
     void copyInUseIsLeftAlone();
     void unfinishedCopyGoes();
     void nameWithoutACopyGoes();
+    void nameThatIsCutOffIsNone();
     void copyOfAnEarlierVersionIsFound();
     void strays_data();
     void strays();
@@ -91,6 +92,16 @@ void LeftoverTest::nameWithoutACopyGoes()
     writeFile(stateFolder() + "other.of", "of something else");
     QVERIFY(lostCopies().isEmpty());
     QCOMPARE(keptFiles(), QStringList(QStringLiteral("other.of")));
+}
+
+/// It would be another file's.
+void LeftoverTest::nameThatIsCutOffIsNone()
+{
+    QVERIFY(makePrivateFolder(FileCalls::system(), stateFolder()));
+    writeFile(copyName(), m_old);
+    writeFile(copyName() + ".of", "/home/somebody/fi");
+    QCOMPARE(lostCopies().size(), 1);
+    QCOMPARE(lostCopies()[0].file, QByteArray());
 }
 
 void LeftoverTest::copyOfAnEarlierVersionIsFound()

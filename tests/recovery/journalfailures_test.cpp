@@ -20,6 +20,7 @@ private slots:
     void everyFailingCallOfWrites_data() { addFaults(); }
     void everyFailingCallOfWrites();
     void shortWritesAreContinued();
+    void journalReadInPartIsKept();
     void fullDiskIsToldAndTriedAgain();
     void folderOfAnotherUserIsNotUsed();
     void folderWithoutLocksIsNotUsed();
@@ -102,6 +103,32 @@ void JournalFailuresTest::shortWritesAreContinued()
     const auto found = findLeftBehind(folder.journals(), calls);
     QCOMPARE(restore(found.at(0).journal, document, calls).outcome, Outcome::New);
     QCOMPARE(document.store().text(), u"a long text, at least longer than seven bytes"_s);
+}
+
+/// What cannot be read now may be read another time.
+void JournalFailuresTest::journalReadInPartIsKept()
+{
+    RecoveryFolder folder;
+    {
+        Run run(folder);
+        run.document.replace({}, 0, u"first");
+        QVERIFY(run.pause());
+        run.document.replace({}, 0, QString(200'000, u'x'));
+        QVERIFY(run.pause());
+    }
+    const LeftBehind found = folder.leftBehind().at(0);
+    FileCalls calls = quickCalls();
+    calls.pread = [](int file, void *to, size_t size, off_t offset) {
+        errno = EIO;
+        return offset >= 65536 ? ssize_t(-1) : ::pread(file, to, size, offset);
+    };
+    {
+        Run run(folder, calls);
+        QVERIFY(run.journals.restore(found, run.document).hasReadError);
+        QCOMPARE(run.text(), u"first"_s);
+        QVERIFY(run.pause());
+    }
+    QVERIFY(QFile::exists(QFile::decodeName(found.journal)));
 }
 
 void JournalFailuresTest::fullDiskIsToldAndTriedAgain()

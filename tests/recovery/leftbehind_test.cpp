@@ -28,6 +28,7 @@ private slots:
     void killedProgramLeavesItsJournal();
     void linksAreNotFollowed();
     void journalThatGoesMeanwhileIsNone();
+    void failingDiscardIsTold();
     void filesOfOthersAreLeftAlone();
     void textIsKnownByItsUnitsNotItsLeaves();
     void largeBase_data();
@@ -169,6 +170,20 @@ void LeftBehindTest::journalThatGoesMeanwhileIsNone()
         return ::flock(file, operation);
     };
     QVERIFY(!ClaimedJournal::claim(journal, calls));
+}
+
+void LeftBehindTest::failingDiscardIsTold()
+{
+    leave(u"text"_s);
+    const LeftBehind found = m_folder->leftBehind().at(0);
+    FileCalls calls = FileCalls::system();
+    calls.unlink = [](const char *) {
+        errno = EACCES;
+        return -1;
+    };
+    RecoveryJournals journals(m_folder->journals(), calls);
+    QVERIFY(!journals.discard(found));
+    QCOMPARE(m_folder->leftBehind().size(), 1U);
 }
 
 /// As the other user of a folder that two share sees it.
