@@ -1,6 +1,8 @@
 #include "editor/noticestrip.h"
 
 #include "editor/noticequeue.h"
+#include "platform/heldkeys.h"
+#include "platform/keypause.h"
 #include "platform/menu.h"
 
 #include <QAccessibleWidget>
@@ -80,6 +82,8 @@ QToolButton *NoticeStrip::createButton()
     button->setPopupMode(QToolButton::InstantPopup);
     button->setIconSize({ menuArrow, menuArrow });
     button->setFocusPolicy(Qt::TabFocus);
+    button->installEventFilter(this);
+    connect(button, &QToolButton::pressed, this, [this] { m_pressed = m_shown; });
     connect(button, &QToolButton::clicked, this, [this, button] { press(button); });
     return button;
 }
@@ -127,20 +131,24 @@ QSize NoticeStrip::sizeHint() const
     return { 0, height };
 }
 
-std::optional<NoticeStrip::Shown> NoticeStrip::toShow() const
+std::optional<NoticeStrip::Shown> NoticeStrip::shownOf(const Notice *notice)
 {
-    const Notice *const notice = m_queue.heaviest(m_document);
-    return notice ? std::optional(Shown{ notice->kind, notice->about }) : std::nullopt;
+    if (!notice)
+        return std::nullopt;
+    QStringList offers;
+    for (const NoticeOffer &offer : notice->offers)
+        offers << offer.text();
+    return Shown{ notice->kind, notice->about, offers };
 }
 
 void NoticeStrip::refresh()
 {
     // Keys meant for what was shown are not for what comes in its place.
-    if (toShow() != m_shown && hasKeys())
+    if (hasKeys() && shownOf(m_queue.heaviest(m_document)) != m_shown)
         emit keysGivenBack();
     const Notice *const notice = m_queue.heaviest(m_document);
-    const bool isOther = toShow() != m_shown;
-    m_shown = toShow();
+    const bool isOther = shownOf(notice) != m_shown;
+    m_shown = shownOf(notice);
     const QString before = m_text;
     m_text = notice ? notice->text() : QString();
     nameText();
@@ -210,6 +218,8 @@ void NoticeStrip::fill(QMenu &menu, std::span<const NoticeOffer> offers)
 
 void NoticeStrip::press(const QToolButton *button)
 {
+    if (m_pressed != m_shown)
+        return;
     if (button == m_dismiss) {
         dismiss();
         return;
@@ -331,18 +341,31 @@ void NoticeStrip::keyPressEvent(QKeyEvent *event)
         return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (button && isAncestorOf(button))
-            button->click();
+        if (button && isAncestorOf(button) && !HeldKeys::isHeld(*event))
+            pressByKey(*button);
         return;
     default:
         QWidget::keyPressEvent(event);
     }
 }
 
+/// Most offers give the keys back to the text, which a key that is still held was not meant for.
+void NoticeStrip::pressByKey(QToolButton &button)
+{
+    if (!button.menu())
+        KeyPause::begin();
+    button.click();
+}
+
 /// A pen has no other way to the whole of a shortened text.
 void NoticeStrip::mousePressEvent(QMouseEvent *event)
 {
     QToolTip::showText(event->globalPosition().toPoint(), toolTip(), this);
+}
+
+bool NoticeStrip::eventFilter(QObject *button, QEvent *event)
+{
+    return event->type() == QEvent::MouseButtonDblClick || QWidget::eventFilter(button, event);
 }
 
 bool NoticeStrip::focusNextPrevChild(bool next)

@@ -17,7 +17,8 @@ class QToolButton;
 ///
 /// It shortens its text before it hides an offer; offers that have no room are in a menu at their end. The
 /// keys come into it by takeKeys() alone, or by pen: Tab and the arrows go round in it, Return and Space
-/// press, Escape leaves it. It acts on nothing itself.
+/// press, Escape leaves it. It acts on nothing itself. A click is for the notice that was shown when it
+/// began, and of a double click the first half counts: the second would meet the notice that comes next.
 class NoticeStrip : public QWidget {
     Q_OBJECT
 public:
@@ -47,24 +48,28 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    bool eventFilter(QObject *button, QEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
+    /// Where what it offers is other than before, it is another notice too.
     struct Shown {
         NoticeKind kind;
         const QObject *about;
+        QStringList offers;
         bool operator==(const Shown &) const = default;
     };
 
     QToolButton *createButton();
     void nameControls();
     void nameText();
-    std::optional<Shown> toShow() const;
+    static std::optional<Shown> shownOf(const Notice *notice);
     void refresh();
     void showNotice(const Notice &notice);
     void showOffer(QToolButton &button, const NoticeOffer &offer);
     void fill(QMenu &menu, std::span<const NoticeOffer> offers);
     void press(const QToolButton *button);
+    void pressByKey(QToolButton &button);
     void dismiss();
     void announce();
 
@@ -76,6 +81,7 @@ private:
     NoticeQueue &m_queue;
     const QObject *m_document = nullptr;
     std::optional<Shown> m_shown;
+    std::optional<Shown> m_pressed; ///< what was shown when a button went down
     QString m_text; ///< of the notice, whole
     std::vector<NoticeOffer> m_offers;
     QLabel *m_label;

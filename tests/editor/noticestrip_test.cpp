@@ -6,6 +6,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QLineEdit>
 #include <QMenu>
 #include <QSignalSpy>
 
@@ -52,8 +53,11 @@ private slots:
     void longTextIsShortened();
     void keysGoRound();
     void returnAndSpacePress();
+    void heldReturnPressesOnce();
     void escapeGivesTheKeysBack();
     void anotherNoticeTakesNoKeys();
+    void clickIsForWhatWasShown();
+    void doubleClickActsOnce();
     void isDismissed();
     void textsAreThoseOfNow();
     void isAnAlertForAssistiveTools();
@@ -240,6 +244,30 @@ void NoticeStripTest::returnAndSpacePress()
     QCOMPARE(m_chosen, QStringList({ u"Go"_s, u"Go"_s, u"Go"_s }));
 }
 
+/// Nor does it reach the text to which the offer has given the keys.
+void NoticeStripTest::heldReturnPressesOnce()
+{
+    const auto hold = [this](bool isRepeated) {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, isRepeated);
+        QApplication::sendEvent(m_window->windowHandle(), &key);
+    };
+    for (int turn = 0; turn < 10; ++turn) // in which keys pressed before are over
+        QCoreApplication::processEvents();
+    QLineEdit text(m_window.get());
+    text.show();
+    const QSignalSpy returns(&text, &QLineEdit::returnPressed);
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    m_strip->takeKeys();
+    hold(true);
+    QCOMPARE(m_chosen, QStringList());
+    hold(false);
+    QCOMPARE(m_chosen, QStringList{ u"Go"_s });
+    text.setFocus();
+    hold(true);
+    QCOMPARE(returns.count(), 0);
+    QTRY_VERIFY((hold(false), returns.count() > 0));
+}
+
 void NoticeStripTest::escapeGivesTheKeysBack()
 {
     const QSignalSpy back(m_strip, &NoticeStrip::keysGivenBack);
@@ -259,8 +287,40 @@ void NoticeStripTest::anotherNoticeTakesNoKeys()
     m_queue->put(notice(u"other text"_s, { u"Go"_s }));
     QCOMPARE(back.count(), 0);
     QVERIFY(m_strip->hasKeys());
-    m_queue->withdraw(kind);
+    m_queue->put(notice(u"other text"_s, { u"Mend"_s, u"Go"_s }));
     QCOMPARE(back.count(), 1);
+    m_strip->takeKeys();
+    m_queue->withdraw(kind);
+    QCOMPARE(back.count(), 2);
+}
+
+void NoticeStripTest::clickIsForWhatWasShown()
+{
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    QTest::mousePress(button(u"Go"_s), Qt::LeftButton);
+    Notice heavier = notice(u"other text"_s, { u"Mend"_s });
+    heavier.kind = NoticeKind::Unsaved;
+    m_queue->put(heavier);
+    QTest::mouseRelease(button(u"Mend"_s), Qt::LeftButton);
+    QCOMPARE(m_chosen, QStringList());
+    QTest::mouseClick(button(u"Mend"_s), Qt::LeftButton);
+    QCOMPARE(m_chosen, QStringList{ u"Mend"_s });
+}
+
+/// Also where the notice goes with the first click: the user has not seen the next one yet.
+void NoticeStripTest::doubleClickActsOnce()
+{
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    Notice heavier = notice(u"other text"_s, { u"Mend"_s });
+    heavier.kind = NoticeKind::Unsaved;
+    heavier.offers[0].act = [this] { m_queue->withdraw(NoticeKind::Unsaved); };
+    m_queue->put(heavier);
+    QTest::mouseClick(button(u"Mend"_s), Qt::LeftButton);
+    QTest::mouseDClick(button(u"Go"_s), Qt::LeftButton); // its second half alone
+    QTest::mouseRelease(button(u"Go"_s), Qt::LeftButton);
+    QCOMPARE(m_chosen, QStringList());
+    QTest::mouseClick(button(u"Go"_s), Qt::LeftButton);
+    QCOMPARE(m_chosen, QStringList{ u"Go"_s });
 }
 
 void NoticeStripTest::isDismissed()
