@@ -211,6 +211,7 @@ void TextDocument::detachFromFile(const QString &name)
     m_version = DocumentVersion(m_calls);
     m_keepsFile = false;
     m_isEdited = true;
+    emit detached();
 }
 
 QByteArray TextDocument::fileName() const

@@ -145,6 +145,8 @@ signals:
     void replaced(const TextChange &change);
     /// The text is what the file has now, and the history is empty.
     void saved();
+    /// The text is that of no file any more, see detachFromFile().
+    void detached();
     /// The text goes to its file in other codes than before, with or without it being written.
     void codesChanged();
 

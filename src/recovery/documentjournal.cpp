@@ -14,6 +14,7 @@ DocumentJournal::DocumentJournal(
     connect(&document, &TextDocument::aboutToReplace, this, [this] { m_text.drop(); });
     connect(&document, &TextDocument::replaced, this, [this] { beginAnew(!m_document.isEdited()); });
     connect(&document, &TextDocument::saved, this, [this] { beginAnew(true); });
+    connect(&document, &TextDocument::detached, this, [this] { beginAnew(false); });
     m_text.begin(document, !document.isEdited() && !document.path().isEmpty());
     if (document.isEdited())
         setDirty();

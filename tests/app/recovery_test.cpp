@@ -101,6 +101,7 @@ private slots:
     void substitutedTextIsKeptUntilItIsSeen_data();
     void substitutedTextIsKeptUntilItIsSeen();
     void textOfADeletedFileIsKept();
+    void detachedTextComesBackAsSuch();
     void textThatIsElsewhereIsNotKept();
     void unwritableFolderIsTold();
 
@@ -527,6 +528,31 @@ void RecoveryTest::textOfADeletedFileIsKept()
     QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
     window.slotCmdViewLangEn();
     QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
+}
+
+/// What "Show both" opens is that of no file, also after the program was killed.
+void RecoveryTest::detachedTextComesBackAsSuch()
+{
+    {
+        TestWindow window;
+        QVERIFY(window.open());
+        window.setDocument(m_files->write(u"a.txt"_s, "old\n"));
+        m_files->write(u"a.txt"_s, "new\n");
+        const StripInWindow strip(window);
+        QTRY_VERIFY(strip.isShown());
+        QVERIFY(strip.click(u"Show both"_s));
+        QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"new\n"_s });
+        QTest::keyClicks(window.currentEditor(), u"x"_s);
+        QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"xnew\n"_s });
+    }
+    TestWindow window;
+    QVERIFY(window.open());
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restore(window));
+    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt on disk"_s });
+    QCOMPARE(window.currentEditor()->path(), QString());
+    QCOMPARE(window.currentEditor()->text(), u"xnew\n"_s);
+    QVERIFY(!StripInWindow(window).isShown());
 }
 
 void RecoveryTest::textThatIsElsewhereIsNotKept()
