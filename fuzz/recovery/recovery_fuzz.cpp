@@ -167,12 +167,12 @@ private:
         startAnew(text());
         m_isKept = m_bytes.below(4) == 0;
         if (m_isKept)
-            journals().keep(document());
+            journals().keep(document(), KeptFor::Substitution);
     }
 
     void endKeeping()
     {
-        journals().endKeeping(document());
+        journals().endKeeping(document(), KeptFor::Substitution);
         m_isKept = false;
     }
 

@@ -68,6 +68,7 @@ void DiskNotices::check(ctlEditer *editor)
         tell(editor, change);
     else
         m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
+    emit looked(editor);
 }
 
 QString DiskNotices::textOf(FileChange change)

@@ -23,6 +23,10 @@ public:
     /// `window` is the one whose coming to the front counts.
     DiskNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver);
 
+signals:
+    /// The document's file was looked at.
+    void looked(ctlEditer *editor);
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -5,6 +5,7 @@
 #include "editor/noticequeue.h"
 #include "files/filename.h"
 #include "files/ownfile.h"
+#include "platform/qpeapplication.h"
 #include "recovery/recoveryjournals.h"
 
 #include <QGuiApplication>
@@ -23,7 +24,7 @@ ViewPlace placeOf(const ctlEditer &editor)
     return { editor.cursorPlace(), anchor, top, editor.xOffset() };
 }
 
-/// Whether closing would lose a text that its user takes for saved. An edited one was asked about.
+/// Whether an end would lose a text that its user takes for saved. An edited one was asked about.
 bool isTextNowhereElse(const ctlEditer &editor)
 {
     return hasFile(editor) && !editor.edited() && editor.store().length() > 0
@@ -59,6 +60,23 @@ DocumentJournals::DocumentJournals(DocumentArea &documents, RecoveryJournals &jo
     connect(&documents, &DocumentArea::closed, this, &DocumentJournals::closeJournal);
     connect(&journals, &RecoveryJournals::failureChanged, this, &DocumentJournals::tellFailure);
     connect(qApp, &QGuiApplication::applicationStateChanged, this, &DocumentJournals::writeSoon);
+    if (auto *application = qobject_cast<QPEApplication *>(qApp))
+        connect(application, &QPEApplication::endingAtOnce, this, &DocumentJournals::lookAtAll);
+}
+
+void DocumentJournals::noteLook(const ctlEditer *editor)
+{
+    if (isTextNowhereElse(*editor))
+        m_journals.keep(editor->document(), KeptFor::Deletion);
+    else if (hasFile(*editor) && FileName::exists(fullName(*editor)))
+        m_journals.endKeeping(editor->document(), KeptFor::Deletion);
+}
+
+/// Before the journals are written for the last time: files of documents that are not shown may be gone too.
+void DocumentJournals::lookAtAll()
+{
+    for (const ctlEditer *const editor : m_documents.editors())
+        noteLook(editor);
 }
 
 void DocumentJournals::closeJournal(ctlEditer *editor)

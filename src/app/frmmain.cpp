@@ -77,9 +77,12 @@ void frmMain::connectParts()
     connect(&m_parts->sessionEnd, &SessionEnd::settingsTakenOver, this, &frmMain::applySettings);
     // Behind the save, which ends the journal of what was before.
     connect(&m_parts->writingNotices, &WritingNotices::substituted, this,
-        [this](ctlEditer *editor) { m_parts->journals.keep(editor->document()); });
-    connect(&m_parts->writingNotices, &WritingNotices::settled, this,
-        [this](ctlEditer *editor) { m_parts->journals.endKeeping(editor->document()); });
+        [this](ctlEditer *editor) { m_parts->journals.keep(editor->document(), KeptFor::Substitution); });
+    connect(&m_parts->writingNotices, &WritingNotices::settled, this, [this](ctlEditer *editor) {
+        m_parts->journals.endKeeping(editor->document(), KeptFor::Substitution);
+    });
+    connect(
+        &m_parts->diskNotices, &DiskNotices::looked, &m_parts->documentJournals, &DocumentJournals::noteLook);
 }
 
 ctlEditer *frmMain::currentEditor() const

@@ -45,7 +45,7 @@ void DocumentJournal::setDirty()
 void DocumentJournal::beginAnew(bool isFromFile)
 {
     setAside();
-    m_isKept = false;
+    m_keptFor = {};
     m_text.begin(m_document, isFromFile && !m_document.path().isEmpty());
     setDirty();
 }
@@ -76,7 +76,7 @@ void DocumentJournal::writeNow()
     if (!due())
         return;
     m_schedule.noteBegun();
-    if (!m_document.isEdited() && !m_isKept) {
+    if (!m_document.isEdited() && !m_keptFor) {
         setAside();
         removeOld();
         m_text.returnToBase();
@@ -109,17 +109,21 @@ void DocumentJournal::retry()
     m_schedule.forgetFailures();
 }
 
-void DocumentJournal::keep()
+void DocumentJournal::keep(KeptFor reason)
 {
+    const bool isKept = std::exchange(m_keptFor, m_keptFor | reason).toInt() != 0;
+    if (isKept)
+        return;
     setAside();
-    m_isKept = true;
     m_text.begin(m_document, false);
     setDirty();
 }
 
-void DocumentJournal::endKeeping()
+void DocumentJournal::endKeeping(KeptFor reason)
 {
-    if (std::exchange(m_isKept, false))
+    const bool isKept = m_keptFor.testFlag(reason);
+    m_keptFor.setFlag(reason, false);
+    if (isKept)
         setDirty();
 }
 
@@ -138,7 +142,8 @@ void DocumentJournal::end()
 int DocumentJournal::leave()
 {
     disconnect(&m_document, nullptr, this, nullptr);
-    keep();
+    keep(KeptFor::Deletion);
+    setDirty();
     writeNow();
     return m_number;
 }

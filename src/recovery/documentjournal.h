@@ -15,6 +15,13 @@ using PlaceReader = std::function<ViewPlace()>;
 /// Tells the time, in ms of any one clock.
 using JournalClock = std::function<qint64()>;
 
+/// Why a text stays in its journal though its document is not edited.
+enum class KeptFor : quint8 {
+    Substitution = 1, ///< its save wrote other characters
+    Deletion = 2, ///< its file is gone
+};
+Q_DECLARE_FLAGS(KeptForAny, KeptFor)
+
 /// Follows one document and has what was edited written to its journal.
 ///
 /// Cost: an edit is noted in a few words; what it was is seen when it is written, from the text then and the
@@ -42,9 +49,10 @@ public:
     /// Tries again at once what failed.
     void retry();
 
-    /// The save that was just made did not write all of the text: it is kept until endKeeping().
-    void keep();
-    void endKeeping();
+    /// What the file has is not all of the text, for a reason: it is kept until there is none any more or the
+    /// file has it, by a save or by being read again.
+    void keep(KeptFor reason);
+    void endKeeping(KeptFor reason);
     /// The journal from which the document was restored goes when there is another one.
     void supersede(ClaimedJournal &&old);
     /// The document is closed.
@@ -74,7 +82,7 @@ private:
     int m_number; ///< of the journal; another base has another one
     bool m_isBegun = false; ///< there is a file, or is about to be
     bool m_isOnItsWay = false;
-    bool m_isKept = false;
+    KeptForAny m_keptFor;
     int m_error = 0;
     std::vector<int> m_old; ///< journals that go when this one is written or not needed
     ClaimedJournal m_superseded; ///< goes with them

@@ -77,16 +77,16 @@ void RecoveryJournals::noteLeaving(const WriteResult &result)
     }
 }
 
-void RecoveryJournals::keep(TextDocument &document)
+void RecoveryJournals::keep(const TextDocument &document, KeptFor reason)
 {
     if (DocumentJournal *const journal = journalOf(document))
-        journal->keep();
+        journal->keep(reason);
 }
 
-void RecoveryJournals::endKeeping(TextDocument &document)
+void RecoveryJournals::endKeeping(const TextDocument &document, KeptFor reason)
 {
     if (DocumentJournal *const journal = journalOf(document))
-        journal->endKeeping();
+        journal->endKeeping(reason);
 }
 
 void RecoveryJournals::writeDue()

@@ -17,8 +17,8 @@
 ///     RecoveryJournals journals;
 ///     journals.attach(document, [&] { return placeOf(editor); });   when the document is made
 ///     journals.end(document);                                       when its user has closed it
-///     journals.keep(document);                                      behind a save that wrote "?"
-///     journals.endKeeping(document);                                when the user has been told
+///     journals.keep(document, KeptFor::Substitution);               behind a save that wrote "?"
+///     journals.endKeeping(document, KeptFor::Substitution);         when the user has been told
 ///     journals.flush(500ms);                                        before the program ends unasked
 ///     journals.restore(found, document);                            into one that is attached and empty
 ///
@@ -41,10 +41,10 @@ public:
     /// The document is closed, but its text is nowhere else: it is left behind, and leftBehindChanged() says
     /// when it can be found.
     void leave(TextDocument &document);
-    /// Right behind a save that did not write all of the text: the text stays in the journal, until
-    /// endKeeping() or a save that writes all of it.
-    void keep(TextDocument &document);
-    void endKeeping(TextDocument &document);
+    /// Right behind a save that did not write all of the text, or when the file is gone: the text stays in
+    /// the journal, until endKeeping() for the same reason or a save that writes all of it.
+    void keep(const TextDocument &document, KeptFor reason);
+    void endKeeping(const TextDocument &document, KeptFor reason);
 
     /// Writes what is due by the clock; the timer calls it.
     void writeDue();

@@ -101,6 +101,8 @@ private slots:
     void substitutedTextIsKeptUntilItIsSeen_data();
     void substitutedTextIsKeptUntilItIsSeen();
     void textOfADeletedFileIsKept();
+    void textOfADeletedFileIsKeptWhileItIsOpen();
+    void textOfADeletedFileIsKeptAtASuddenEnd();
     void detachedTextComesBackAsSuch();
     void textThatIsElsewhereIsNotKept();
     void unwritableFolderIsTold();
@@ -528,6 +530,37 @@ void RecoveryTest::textOfADeletedFileIsKept()
     QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
     window.slotCmdViewLangEn();
     QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
+}
+
+/// The program may be killed before its user closes the document.
+void RecoveryTest::textOfADeletedFileIsKeptWhileItIsOpen()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(m_files->write(u"a.txt"_s, "old\n"));
+    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
+    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
+    const StripInWindow strip(window);
+    QVERIFY(strip.click(u"Keep mine"_s));
+    window.slotCmdFileNew();
+    window.slotCmdViewWinPrev();
+    window.currentEditor()->insert(u"x"_s);
+    window.currentEditor()->undo();
+    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
+    m_files->write(u"a.txt"_s, "old\n");
+    QTRY_COMPARE(UnsavedTexts::now(), QStringList());
+}
+
+/// Nobody has looked at the one that is not shown.
+void RecoveryTest::textOfADeletedFileIsKeptAtASuddenEnd()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    for (const QString &name : { u"a.txt"_s, u"b.txt"_s })
+        window.setDocument(m_files->write(name, "old\n"));
+    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
+    static_cast<QPEApplication *>(qApp)->endAtOnce();
+    QCOMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
 }
 
 /// What "Show both" opens is that of no file, also after the program was killed.

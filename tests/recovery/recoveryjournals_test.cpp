@@ -23,6 +23,7 @@ private slots:
     void undoingAllEndsTheJournal();
     void closingEndsTheJournal();
     void substitutedTextIsKept();
+    void textIsKeptForEveryReason();
     void changedFileGivesADocumentNeverSaved_data();
     void changedFileGivesADocumentNeverSaved();
     void goneFileGivesADocumentNeverSaved();
@@ -187,7 +188,7 @@ void RecoveryJournalsTest::substitutedTextIsKept()
         run.document.replace(Offset(0), 0, u"5 \u20ac");
         QVERIFY(run.pause());
         QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
-        run.journals.keep(run.document);
+        run.journals.keep(run.document, KeptFor::Substitution);
         QCOMPARE(m_folder->files().size(), 1);
         QVERIFY(run.pause());
         QCOMPARE(m_folder->files().size(), 1);
@@ -200,8 +201,24 @@ void RecoveryJournalsTest::substitutedTextIsKept()
     QCOMPARE(run.text(), u"5 \u20ac"_s);
     QVERIFY(run.pause());
     QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
-    run.journals.keep(run.document);
-    run.journals.endKeeping(run.document);
+    run.journals.keep(run.document, KeptFor::Substitution);
+    run.journals.endKeeping(run.document, KeptFor::Substitution);
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files(), QStringList());
+}
+
+void RecoveryJournalsTest::textIsKeptForEveryReason()
+{
+    Run run(*m_folder);
+    load(run.document, "text\n");
+    run.journals.keep(run.document, KeptFor::Substitution);
+    run.journals.keep(run.document, KeptFor::Deletion);
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files().size(), 1);
+    run.journals.endKeeping(run.document, KeptFor::Substitution);
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files().size(), 1);
+    run.journals.endKeeping(run.document, KeptFor::Deletion);
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files(), QStringList());
 }
