@@ -40,7 +40,9 @@ void FirstDocument::makeIfNothingComes()
 void FirstDocument::make()
 {
     m_timer.stop();
-    m_isDue = !m_documents.current() && !m_window.isActiveWindow();
+    // A window that was closed is active for a moment longer.
+    const bool isActive = m_window.isVisible() && m_window.isActiveWindow();
+    m_isDue = !m_documents.current() && !isActive;
     if (m_isDue)
         return;
     if (!m_documents.current())
