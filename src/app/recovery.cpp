@@ -106,8 +106,9 @@ void Recovery::tell(const std::vector<LeftBehind> &found)
 
 void Recovery::ask()
 {
+    const std::vector<LeftBehind> found = m_found; // meanwhile there may be more
     QList<UnsavedText> texts;
-    for (const LeftBehind &text : m_found)
+    for (const LeftBehind &text : found)
         texts << shown(text);
     frmRecovery form(&m_window, texts);
     const int result = form.exec();
@@ -117,7 +118,7 @@ void Recovery::ask()
         return;
     std::vector<LeftBehind> chosen;
     for (const int row : form.chosen())
-        chosen.push_back(m_found[size_t(row)]);
+        chosen.push_back(found[size_t(row)]);
     result == frmRecovery::Restore ? restoreAll(chosen) : discardAll(chosen);
     look();
 }

@@ -89,6 +89,7 @@ private slots:
     void missingPartsAreTold();
     void documentOfTheFileIsTaken();
     void chosenOnesAreRestored();
+    void listStaysWhatItIsWhileItIsShown();
     void laterKeepsAll_data();
     void laterKeepsAll();
     void discardingAsks_data();
@@ -350,6 +351,27 @@ void RecoveryTest::chosenOnesAreRestored()
     QVERIFY(StripInWindow(window).click(u"Restore"_s));
     QCOMPARE(window.tabTexts(), QStringList{ u"* b.txt"_s });
     QTRY_COMPARE(StripInWindow(window).text(), u"2 documents were not saved"_s);
+}
+
+/// Others may be found meanwhile, which come first.
+void RecoveryTest::listStaysWhatItIsWhileItIsShown()
+{
+    leaveBehind({ u"a.txt"_s });
+    TestWindow window;
+    QVERIFY(window.open());
+    const StripInWindow strip(window);
+    QTRY_VERIFY(strip.isShown());
+    bool isFound = false;
+    const InList restoring([&](frmRecovery &form) {
+        leaveBehind({ u"b.txt"_s });
+        emit window.findChild<RecoveryJournals *>()->leftBehindChanged();
+        isFound = QTest::qWaitFor([&strip] { return strip.text() == u"2 documents were not saved"_s; });
+        press(form, u"Restore"_s);
+    });
+    QVERIFY(strip.click(u"Restore"_s));
+    QVERIFY(isFound);
+    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
+    QTRY_COMPARE(strip.text(), u"1 document was not saved"_s);
 }
 
 void RecoveryTest::laterKeepsAll_data()
