@@ -93,6 +93,9 @@ void JournalThread::run()
         else
             workAtLeisure();
     }
+    // Nothing is written any more, but what its user has closed goes.
+    for (Order &order : orders)
+        accept(std::move(order));
     for (auto &[journal, turn] : m_turns)
         giveBack(std::move(turn->write));
     m_turns.clear();

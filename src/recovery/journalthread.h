@@ -37,7 +37,7 @@ public:
     /// `folder` ends in "/"; `calls` is not owned. `notify` is called in the writing thread when there is
     /// something to collect.
     JournalThread(QByteArray folder, const FileCalls &calls, std::function<void()> notify);
-    /// What is not written by then is not written; the journals stay.
+    /// What is not written by then is not written; the journals stay, but for those that are to go.
     ~JournalThread();
     Q_DISABLE_COPY_MOVE(JournalThread)
 

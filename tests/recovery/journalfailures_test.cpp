@@ -25,6 +25,7 @@ private slots:
     void folderOfAnotherUserIsNotUsed();
     void folderWithoutLocksIsNotUsed();
     void flushDoesNotWaitForADiskThatHangs();
+    void closedJournalGoesAlsoWhenTheProgramEnds();
 
 private:
     static void addFaults()
@@ -205,6 +206,44 @@ void JournalFailuresTest::flushDoesNotWaitForADiskThatHangs()
     }
     released.notify_all();
     QVERIFY(run.journals.flush(std::chrono::minutes(1)));
+}
+
+/// The disk is so slow that the journal is still being written when the document is closed and the program
+/// ends.
+void JournalFailuresTest::closedJournalGoesAlsoWhenTheProgramEnds()
+{
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool hangs = false, isHanging = false;
+    FileCalls calls = quickCalls();
+    calls.fsync = [&](int) {
+        std::unique_lock lock(mutex);
+        isHanging = hangs;
+        changed.notify_all();
+        changed.wait(lock, [&hangs] { return !hangs; });
+        return 0;
+    };
+    const auto setHanging = [&](bool wanted) {
+        const std::lock_guard lock(mutex);
+        hangs = wanted;
+        changed.notify_all();
+    };
+    RecoveryFolder folder;
+    {
+        Run run(folder, calls);
+        run.document.replace({}, 0, u"text");
+        QVERIFY(run.pause());
+        QCOMPARE(folder.files().size(), 1);
+        setHanging(true);
+        run.document.replace({}, 0, u"more ");
+        run.journals.flush(std::chrono::milliseconds(0));
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&isHanging] { return isHanging; });
+        lock.unlock();
+        run.journals.end(run.document);
+        setHanging(false);
+    }
+    QCOMPARE(folder.files(), QStringList());
 }
 
 REGISTER_TEST(runCoreTest<JournalFailuresTest>)
