@@ -13,7 +13,7 @@ DocumentJournal::DocumentJournal(
     connect(&document, &TextDocument::changed, this, &DocumentJournal::noteChange);
     connect(&document, &TextDocument::aboutToReplace, this, [this] { m_text.drop(); });
     connect(&document, &TextDocument::replaced, this, [this] { beginAnew(!m_document.isEdited()); });
-    connect(&document, &TextDocument::saved, this, [this] { beginAnew(true); });
+    connect(&document, &TextDocument::saved, this, &DocumentJournal::noteSaved);
     connect(&document, &TextDocument::detached, this, [this] { beginAnew(false); });
     m_text.begin(document, !document.isEdited() && !document.path().isEmpty());
     if (document.isEdited())
@@ -29,8 +29,25 @@ DocumentJournal::~DocumentJournal()
 
 void DocumentJournal::noteChange(const TextChange &change)
 {
+    if (isTextOfFile() && !m_isKept)
+        return beginAnew(true);
     m_text.note(change);
     setDirty();
+}
+
+/// What the file had got was read, and not edited.
+bool DocumentJournal::isTextOfFile() const
+{
+    const UndoHistory &history = m_document.history();
+    return !m_document.isEdited() && !history.canUndo() && !history.canRedo();
+}
+
+/// Soon, because who is killed now has lost nothing; but first it may be said that the text is to be kept.
+void DocumentJournal::noteSaved()
+{
+    beginAnew(true);
+    m_schedule.noteUrgent(m_clock());
+    emit dirtied();
 }
 
 void DocumentJournal::setDirty()

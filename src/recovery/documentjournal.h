@@ -67,7 +67,9 @@ signals:
 
 private:
     void noteChange(const TextChange &change);
+    void noteSaved();
     void beginAnew(bool isFromFile);
+    bool isTextOfFile() const;
     void setDirty();
     void setAside();
     void removeOld();

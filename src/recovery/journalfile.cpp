@@ -75,6 +75,12 @@ bool JournalFile::createOnce(const QByteArray &folder)
     return false;
 }
 
+bool JournalFile::hasName() const
+{
+    struct stat info = {};
+    return m_calls.fstat(m_file, &info) == 0 && info.st_nlink > 0;
+}
+
 bool JournalFile::append(RecordType type, QByteArrayView content)
 {
     appendRecord(m_buffer, type, content);

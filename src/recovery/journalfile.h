@@ -25,6 +25,8 @@ public:
     /// Gives the file, which is on the disk, a name, in place of another of that name.
     bool publish(const QByteArray &name);
     bool isPublished() const { return m_isPublished; }
+    /// It still has a name: nobody has removed it or its folder.
+    bool hasName() const;
 
     qint64 size() const { return m_size + m_buffer.size(); }
     int error() const { return m_error; }

@@ -24,7 +24,8 @@ JournalWriter::JournalWriter(const QByteArray &folder, const FileCalls &calls)
 
 bool JournalWriter::mustBeNew() const
 {
-    return !m_file || m_hasFailed || m_file->size() > mostGrowth * m_compactSize + smallGrowth;
+    return !m_file || m_hasFailed || m_file->size() > mostGrowth * m_compactSize + smallGrowth
+        || !m_file->hasName();
 }
 
 void JournalWriter::begin(const JournalWrite &write)

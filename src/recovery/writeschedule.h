@@ -15,6 +15,8 @@ public:
     static constexpr qint64 longestRetry = 60000;
 
     void noteEdit(qint64 now);
+    /// What is to be written cannot wait.
+    void noteUrgent(qint64 now) { m_firstEdit = now - longestWait; }
     /// All that was edited is on its way.
     void noteBegun() { m_firstEdit.reset(); }
     void noteWritten() { m_failures = 0; }

@@ -20,6 +20,9 @@ private slots:
     void writesWhenTypingPauses();
     void writesWhileTypingGoesOn();
     void savingEndsTheJournal();
+    void savingEndsTheJournalAtOnce();
+    void growthOfTheFileIsNoEdit();
+    void journalThatWasRemovedIsMadeAgain();
     void undoingAllEndsTheJournal();
     void closingEndsTheJournal();
     void substitutedTextIsKept();
@@ -148,6 +151,60 @@ void RecoveryJournalsTest::savingEndsTheJournal()
     run.document.replace(Offset(0), 0, u"b");
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files().size(), 1);
+}
+
+/// Who is killed right behind a save finds nothing that was not saved.
+void RecoveryJournalsTest::savingEndsTheJournalAtOnce()
+{
+    Run run(*m_folder);
+    load(run.document, "text\n");
+    run.document.replace(Offset(0), 0, u"a");
+    QVERIFY(run.pause());
+    QCOMPARE(m_folder->files().size(), 1);
+    run.document.replace(Offset(0), 0, u"b");
+    QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
+    QTRY_COMPARE(m_folder->files(), QStringList());
+}
+
+/// A log that is read on: what is edited then is edited in the file as it is.
+void RecoveryJournalsTest::growthOfTheFileIsNoEdit()
+{
+    {
+        Run run(*m_folder);
+        load(run.document, "one\n");
+        writeFile("one\ntwo\n");
+        QVERIFY(run.document.readGrowth());
+        QVERIFY(run.pause());
+        QCOMPARE(m_folder->files(), QStringList());
+        run.document.replace(Offset(0), 0, u"a");
+        QVERIFY(run.pause());
+    }
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, Outcome::Edited);
+    QCOMPARE(run.text(), u"aone\ntwo\n"_s);
+    run.document.undo();
+    QCOMPARE(run.text(), u"one\ntwo\n"_s);
+    QVERIFY(!run.document.isEdited());
+}
+
+/// As somebody does who cleans up.
+void RecoveryJournalsTest::journalThatWasRemovedIsMadeAgain()
+{
+    {
+        Run run(*m_folder);
+        load(run.document, "text\n");
+        run.document.replace(Offset(0), 0, u"a");
+        QVERIFY(run.pause());
+        QVERIFY(QDir(QFile::decodeName(m_folder->journals())).removeRecursively());
+        run.document.replace(Offset(0), 0, u"b");
+        QVERIFY(run.pause());
+        QCOMPARE(run.journals.failure(), 0);
+    }
+    const auto found = m_folder->leftBehind();
+    QCOMPARE(found.size(), 1U);
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(found[0], run.document).outcome, Outcome::Edited);
+    QCOMPARE(run.text(), u"batext\n"_s);
 }
 
 void RecoveryJournalsTest::undoingAllEndsTheJournal()
