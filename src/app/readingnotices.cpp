@@ -3,6 +3,7 @@
 #include "app/documentarea.h"
 #include "app/documentfile.h"
 #include "app/documentloader.h"
+#include "document/utf16text.h"
 #include "filedialog/filechoices.h"
 
 #include <utility>
@@ -55,6 +56,10 @@ ReadingNotices::ReadingNotices(DocumentArea &documents, DocumentLoader &loader)
 {
     connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
         connect(&editor->document(), &TextDocument::replaced, this, [=, this] { update(editor); });
+        connect(&editor->document(), &TextDocument::codesChanged, this, [=, this] {
+            if (keepsUtf16(std::as_const(*editor).document()))
+                m_documents.notices().withdraw(NoticeKind::Utf16, editor);
+        });
         connect(&editor->document(), &TextDocument::saved, this,
             [=, this] { m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor); });
     });
@@ -123,7 +128,6 @@ void ReadingNotices::keepUtf16(ctlEditer *editor)
     if (!document.isUtf16())
         return;
     document.keepUtf16();
-    m_documents.notices().withdraw(NoticeKind::Utf16, editor);
 }
 
 void ReadingNotices::tellRewritten(ctlEditer *editor)

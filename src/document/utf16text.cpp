@@ -1,6 +1,7 @@
 #include "document/utf16text.h"
 
 #include "codec/codecs.h"
+#include "document/textdocument.h"
 
 #include <QtEndian>
 
@@ -113,4 +114,15 @@ QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form)
     };
     utf8Codec().encode(text, collect, TextCodec::AsRead::UndecodableBytes);
     return utf8;
+}
+
+std::optional<Utf16Form> utf16FormOf(const TextDocument &document)
+{
+    return document.isUtf16() ? document.findings().utf16 : std::nullopt;
+}
+
+bool keepsUtf16(const TextDocument &document)
+{
+    const auto form = utf16FormOf(document);
+    return form && &document.codecToWrite() == &codecOf(*form);
 }

@@ -3,6 +3,8 @@
 #include "codec/textcodec.h"
 #include "document/readfindings.h"
 
+class TextDocument;
+
 /// UTF-16 as text, beside the rules that go by bytes.
 
 /// Whether a file is text in UTF-16: by its mark, or else by its start, where nearly all units must be common
@@ -14,3 +16,7 @@ const TextCodec &codecOf(Utf16Form form);
 /// The same text in UTF-8. A lone surrogate becomes the three bytes that it would have, as it does when it is
 /// decoded (see the codec), and so is not lost.
 QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form);
+/// In which form a document's file was read as such a text; nothing where it was not.
+std::optional<Utf16Form> utf16FormOf(const TextDocument &document);
+/// Whether it is saved in that form.
+bool keepsUtf16(const TextDocument &document);

@@ -1,5 +1,7 @@
 #include "recovery/documentjournal.h"
 
+#include "document/utf16text.h"
+
 #include <QDateTime>
 
 DocumentJournal::DocumentJournal(
@@ -12,10 +14,11 @@ DocumentJournal::DocumentJournal(
 {
     connect(&document, &TextDocument::changed, this, &DocumentJournal::noteChange);
     connect(&document, &TextDocument::aboutToReplace, this, [this] { m_text.drop(); });
-    connect(&document, &TextDocument::replaced, this, [this] { beginAnew(!m_document.isEdited()); });
+    connect(&document, &TextDocument::replaced, this,
+        [this] { beginAnew(m_document.isEdited() ? WholeIn::NoFile : WholeIn::FileRead); });
     connect(&document, &TextDocument::saved, this, &DocumentJournal::noteSaved);
-    connect(&document, &TextDocument::detached, this, [this] { beginAnew(false); });
-    m_text.begin(document, !document.isEdited() && !document.path().isEmpty());
+    connect(&document, &TextDocument::detached, this, [this] { beginAnew(WholeIn::NoFile); });
+    m_text.begin(document, document.isEdited() ? WholeIn::NoFile : WholeIn::FileRead);
     if (document.isEdited())
         setDirty();
 }
@@ -29,8 +32,8 @@ DocumentJournal::~DocumentJournal()
 
 void DocumentJournal::noteChange(const TextChange &change)
 {
-    if (isTextOfFile() && !m_isKept)
-        return beginAnew(true);
+    if (isTextOfFile() && !m_keptFor)
+        return beginAnew(WholeIn::FileRead);
     m_text.note(change);
     setDirty();
 }
@@ -45,7 +48,7 @@ bool DocumentJournal::isTextOfFile() const
 /// Soon, because who is killed now has lost nothing; but first it may be said that the text is to be kept.
 void DocumentJournal::noteSaved()
 {
-    beginAnew(true);
+    beginAnew(WholeIn::FileWritten);
     m_schedule.noteUrgent(m_clock());
     emit dirtied();
 }
@@ -59,11 +62,11 @@ void DocumentJournal::setDirty()
 }
 
 /// The journal of the text before is needed until it is sure that this one is not.
-void DocumentJournal::beginAnew(bool isFromFile)
+void DocumentJournal::beginAnew(WholeIn where)
 {
     setAside();
     m_keptFor = {};
-    m_text.begin(m_document, isFromFile && !m_document.path().isEmpty());
+    m_text.begin(m_document, where);
     setDirty();
 }
 
@@ -132,7 +135,7 @@ void DocumentJournal::keep(KeptFor reason)
     if (isKept)
         return;
     setAside();
-    m_text.begin(m_document, false);
+    m_text.begin(m_document, WholeIn::NoFile);
     setDirty();
 }
 
@@ -168,5 +171,6 @@ int DocumentJournal::leave()
 JournalState DocumentJournal::state() const
 {
     return { QDateTime::currentMSecsSinceEpoch(), m_document.store().length(), m_document.charCode(),
-        m_document.returnCode(), byteCodecNumber(m_document.byteCodec()), m_place ? m_place() : ViewPlace() };
+        m_document.returnCode(), byteCodecNumber(m_document.byteCodec()), m_place ? m_place() : ViewPlace(),
+        keepsUtf16(m_document) };
 }

@@ -68,7 +68,7 @@ signals:
 private:
     void noteChange(const TextChange &change);
     void noteSaved();
-    void beginAnew(bool isFromFile);
+    void beginAnew(WholeIn where);
     bool isTextOfFile() const;
     void setDirty();
     void setAside();

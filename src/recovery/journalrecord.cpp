@@ -22,6 +22,21 @@ bool isRecordType(quint8 type)
 /// Stands in a journal where there is no other end of a selection.
 constexpr Offset noAnchor(-1);
 
+/// Bits of a number in the state.
+constexpr quint32 atRowEnd = 1;
+constexpr quint32 keepsUtf16 = 2;
+
+quint8 utf16Number(const std::optional<Utf16Form> &form)
+{
+    return form ? quint8(1 + (form->isBigEndian ? 1 : 0) + (form->hasMark ? 2 : 0)) : quint8(0);
+}
+
+std::optional<Utf16Form> utf16OfNumber(quint8 number)
+{
+    const int bits = number - 1;
+    return number > 0 ? std::optional(Utf16Form{ (bits & 1) != 0, (bits & 2) != 0 }) : std::nullopt;
+}
+
 /// In the order of their numbers: a new one comes last.
 using CodecFunction = const TextCodec &();
 constexpr CodecFunction *byteCodecs[] = { utf8Codec, utf16LittleEndianCodec, utf16BigEndianCodec, latin1Codec,
@@ -75,6 +90,7 @@ QByteArray contentOf(const JournalBase &base)
     fields.number8(quint8(base.charCode));
     fields.number8(quint8(base.returnCode));
     fields.number64(base.length);
+    fields.number8(utf16Number(base.utf16));
     return fields.result();
 }
 
@@ -90,6 +106,8 @@ std::optional<JournalBase> baseIn(QByteArrayView content)
     base.charCode = CharCode(fields.number8());
     base.returnCode = ReturnCode(fields.number8());
     base.length = fields.number64();
+    if (!fields.atEnd()) // earlier versions wrote none
+        base.utf16 = utf16OfNumber(fields.number8());
     return fields.isWhole() && base.length >= 0 ? std::optional(base) : std::nullopt;
 }
 
@@ -132,7 +150,7 @@ QByteArray contentOf(const JournalState &state)
     fields.number8(quint8(state.returnCode));
     fields.number8(state.byteCodec);
     fields.number64(state.place.cursor.offset.value());
-    fields.number32(state.place.cursor.atRowEnd ? 1 : 0);
+    fields.number32((state.place.cursor.atRowEnd ? atRowEnd : 0) | (state.keepsUtf16 ? keepsUtf16 : 0));
     fields.number64(state.place.anchor.value_or(noAnchor).value());
     fields.number64(state.place.top.value());
     fields.number64(state.place.left);
@@ -150,7 +168,9 @@ std::optional<JournalState> stateIn(QByteArrayView content)
     state.returnCode = ReturnCode(fields.number8());
     state.byteCodec = fields.number8();
     state.place.cursor.offset = Offset(fields.number64());
-    state.place.cursor.atRowEnd = fields.number32() != 0;
+    const quint32 bits = fields.number32();
+    state.place.cursor.atRowEnd = (bits & atRowEnd) != 0;
+    state.keepsUtf16 = (bits & keepsUtf16) != 0;
     if (const Offset anchor(fields.number64()); anchor >= Offset())
         state.place.anchor = anchor;
     state.place.top = Offset(fields.number64());

@@ -2,6 +2,7 @@
 
 #include "codec/charcode.h"
 #include "codec/returncode.h"
+#include "document/readfindings.h"
 #include "files/filecalls.h"
 #include "recovery/bytefields.h"
 #include "text/units.h"
@@ -47,6 +48,7 @@ struct JournalBase {
     CharCode charCode = CharCode::ShiftJis;
     ReturnCode returnCode = ReturnCode::CrLf;
     qint64 length = 0; ///< of the text, in units
+    std::optional<Utf16Form> utf16 = {}; ///< it was read as such a text
 };
 QByteArray contentOf(const JournalBase &base);
 std::optional<JournalBase> baseIn(QByteArrayView content);
@@ -84,6 +86,7 @@ struct JournalState {
     ReturnCode returnCode = ReturnCode::CrLf;
     quint8 byteCodec = 0; ///< which codec its undecodable bytes and spellings are of; see byteCodecNumber()
     ViewPlace place;
+    bool keepsUtf16 = false; ///< it is saved in the form in which the base was read
 };
 QByteArray contentOf(const JournalState &state);
 std::optional<JournalState> stateIn(QByteArrayView content);

@@ -1,5 +1,7 @@
 #include "recovery/journaltext.h"
 
+#include "document/utf16text.h"
+
 namespace {
 
 bool isNone(const TextChange &change)
@@ -12,13 +14,28 @@ void add(TextChange &sum, const TextChange &change)
     sum = isNone(sum) ? change : sum.then(change);
 }
 
+/// A save may have made it UTF-8.
+std::optional<Utf16Form> utf16OfFile(const TextDocument &document, WholeIn where)
+{
+    const bool isSame = where == WholeIn::FileRead || keepsUtf16(document);
+    return isSame ? utf16FormOf(document) : std::nullopt;
+}
+
+/// That reads it: what has its code by the bytes of UTF-16 is written as UTF-8.
+CharCode codeOfFile(const TextDocument &document, WholeIn where)
+{
+    const CharCode code = document.charCode();
+    return code == CharCode::Unicode && where == WholeIn::FileWritten ? CharCode::Utf8 : code;
+}
+
 } // namespace
 
-void JournalText::begin(const TextDocument &document, bool isFromFile)
+void JournalText::begin(const TextDocument &document, WholeIn where)
 {
     const TextStore &store = document.store();
-    m_base = { document.path(), document.name(), isFromFile, -1, -1, document.charCode(),
-        document.returnCode(), isFromFile ? store.length() : 0 };
+    const bool isFromFile = where != WholeIn::NoFile && !document.path().isEmpty();
+    m_base = { document.path(), document.name(), isFromFile, -1, -1, codeOfFile(document, where),
+        document.returnCode(), isFromFile ? store.length() : 0, utf16OfFile(document, where) };
     m_baseEnd = endSpellingOf(store);
     m_changeOfBase = {};
     m_change = {};

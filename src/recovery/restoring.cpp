@@ -145,10 +145,26 @@ private:
     {
         const JournalBase &base = m_outline.base;
         const bool isUnchanged = isFileUnchanged(base, m_calls);
-        m_isLoaded =
-            !m_document.load(base.path, base.name, base.charCode, { base.charCode, base.returnCode });
+        m_isLoaded = !(base.utf16 ? loadUtf16() : loadInCode());
         return m_isLoaded && m_document.store().length() == base.length
             && (m_outline.seen ? beginsWithBase() : isUnchanged);
+    }
+
+    std::optional<ReadFailure> loadInCode()
+    {
+        const JournalBase &base = m_outline.base;
+        return m_document.load(base.path, base.name, base.charCode, { base.charCode, base.returnCode });
+    }
+
+    std::optional<ReadFailure> loadUtf16()
+    {
+        const JournalBase &base = m_outline.base;
+        TextStore text;
+        auto failure =
+            m_document.readUtf16(base.path, base.name, *base.utf16, { base.charCode, base.returnCode }, text);
+        if (!failure)
+            m_document.setText(std::move(text));
+        return failure;
     }
 
     bool beginsWithBase() const
@@ -171,6 +187,8 @@ private:
             return Restored::Outcome::NotPossible;
         }
         m_document.chooseCodes(codes());
+        if (m_document.isUtf16() && m_outline.state.keepsUtf16)
+            m_document.keepUtf16();
         return Restored::Outcome::Edited;
     }
 

@@ -22,6 +22,8 @@ private slots:
     void savingEndsTheJournal();
     void savingEndsTheJournalAtOnce();
     void growthOfTheFileIsNoEdit();
+    void utf16ComesBackAsItIsSaved_data();
+    void utf16ComesBackAsItIsSaved();
     void journalThatWasRemovedIsMadeAgain();
     void undoingAllEndsTheJournal();
     void closingEndsTheJournal();
@@ -185,6 +187,44 @@ void RecoveryJournalsTest::growthOfTheFileIsNoEdit()
     run.document.undo();
     QCOMPARE(run.text(), u"one\ntwo\n"_s);
     QVERIFY(!run.document.isEdited());
+}
+
+void RecoveryJournalsTest::utf16ComesBackAsItIsSaved_data()
+{
+    QTest::addColumn<bool>("isKept");
+    QTest::addColumn<bool>("isSaved");
+    QTest::addColumn<QByteArray>("written");
+    const QByteArray utf16("\xFE\xFF\0b\0a\0\xE9\0\r\0\n\x0A\x0D", 14);
+    QTest::newRow("read only") << false << false << QByteArray("ba\xC3\xA9\r\n\xE0\xA8\x8D");
+    QTest::newRow("kept") << true << false << utf16;
+    QTest::newRow("saved as UTF-8") << false << true << QByteArray("ba\xC3\xA9\r\n\xE0\xA8\x8D");
+    QTest::newRow("saved as UTF-16") << true << true << utf16;
+}
+
+/// The bytes of one of its characters are those of a line end.
+void RecoveryJournalsTest::utf16ComesBackAsItIsSaved()
+{
+    QFETCH(bool, isKept);
+    QFETCH(bool, isSaved);
+    {
+        Run run(*m_folder);
+        writeFile(QByteArray("\xFE\xFF\0a\0\xE9\0\r\0\n\x0A\x0D", 12));
+        TextStore text;
+        QVERIFY(!run.document.readUtf16(path(), u"file.txt"_s, { true, true }, {}, text));
+        run.document.setText(std::move(text));
+        if (isKept)
+            run.document.keepUtf16();
+        if (isSaved)
+            QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
+        run.document.replace(Offset(0), 0, u"b");
+        QVERIFY(run.pause());
+    }
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, Outcome::Edited);
+    QCOMPARE(run.text(), u"ba\u00e9\n\u0a0d"_s);
+    QCOMPARE(run.document.returnCode(), ReturnCode::CrLf);
+    QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
+    QTEST(m_folder->documents().read(u"file.txt"_s), "written");
 }
 
 /// As somebody does who cleans up.
