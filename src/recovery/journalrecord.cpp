@@ -24,7 +24,7 @@ constexpr Offset noAnchor(-1);
 
 /// Bits of a number in the state.
 constexpr quint32 atRowEnd = 1;
-constexpr quint32 keepsUtf16 = 2;
+constexpr quint32 asUtf16 = 2;
 
 quint8 utf16Number(const std::optional<Utf16Form> &form)
 {
@@ -150,7 +150,7 @@ QByteArray contentOf(const JournalState &state)
     fields.number8(quint8(state.returnCode));
     fields.number8(state.byteCodec);
     fields.number64(state.place.cursor.offset.value());
-    fields.number32((state.place.cursor.atRowEnd ? atRowEnd : 0) | (state.keepsUtf16 ? keepsUtf16 : 0));
+    fields.number32((state.place.cursor.atRowEnd ? atRowEnd : 0) | (state.keepsUtf16 ? asUtf16 : 0));
     fields.number64(state.place.anchor.value_or(noAnchor).value());
     fields.number64(state.place.top.value());
     fields.number64(state.place.left);
@@ -170,7 +170,7 @@ std::optional<JournalState> stateIn(QByteArrayView content)
     state.place.cursor.offset = Offset(fields.number64());
     const quint32 bits = fields.number32();
     state.place.cursor.atRowEnd = (bits & atRowEnd) != 0;
-    state.keepsUtf16 = (bits & keepsUtf16) != 0;
+    state.keepsUtf16 = (bits & asUtf16) != 0;
     if (const Offset anchor(fields.number64()); anchor >= Offset())
         state.place.anchor = anchor;
     state.place.top = Offset(fields.number64());
