@@ -34,7 +34,8 @@ SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer, Recovery
 bool SessionEnd::prepare(bool mayAsk)
 {
     m_unwanted.clear();
-    const bool isReady = !hasEdits() || (mayAsk ? askAll() : m_journals.flush(RecoveryJournals::longestFlush));
+    const bool isReady =
+        !hasEdits() || (mayAsk ? askAll() : m_journals.flush(RecoveryJournals::longestFlush));
     // The session may go on.
     if (isReady && writeSettings())
         emit settingsTakenOver();

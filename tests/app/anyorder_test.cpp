@@ -367,17 +367,5 @@ void AnyOrderTest::holdsInAnyOrder()
     m_window.reset();
 }
 
-namespace {
-
-int runAnyOrderTest(int argc, char **argv)
-{
-    StayingApplication application(argc, argv);
-    AnyOrderTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
-} // namespace
-
-REGISTER_TEST(runAnyOrderTest)
-
+REGISTER_TEST(runStayingTest<AnyOrderTest>)
 #include "anyorder_test.moc"

@@ -29,7 +29,8 @@ namespace {
 constexpr const char *smallScreenSetup =
     R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 240, "height": 320,
     "logicalDpi": 72, "logicalBaseDpi": 72, "dpr": 1}]})";
-constexpr const char *vgaScreenSetup = R"({"screens": [{"name": "VGA", "x": 0, "y": 0, "width": 480, "height": 640,
+constexpr const char *vgaScreenSetup =
+    R"({"screens": [{"name": "VGA", "x": 0, "y": 0, "width": 480, "height": 640,
     "logicalDpi": 72, "logicalBaseDpi": 72, "dpr": 1}]})";
 
 /// The platform has one screen, of the class that the environment asks for.

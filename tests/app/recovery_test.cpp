@@ -1,8 +1,6 @@
-#include "app/frmrecovery.h"
 #include "recovery/recoveryjournals.h"
 #include "tests/app/stayingapplication.h"
-#include "tests/app/stripinwindow.h"
-#include "tests/app/testwindow.h"
+#include "tests/app/unsavedlist.h"
 #include "tests/app/unsavedtexts.h"
 #include "tests/testprogram.h"
 
@@ -15,37 +13,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Acts in the list of unsaved texts when it is shown.
-class InList : public QObject {
-public:
-    explicit InList(std::function<void(frmRecovery &)> action)
-        : m_action(std::move(action))
-    {
-        qApp->installEventFilter(this);
-    }
-    bool eventFilter(QObject *object, QEvent *event) override
-    {
-        auto *form = qobject_cast<frmRecovery *>(object);
-        if (form && event->type() == QEvent::Show)
-            QTimer::singleShot(0, form, [this, form] { m_action(*form); });
-        return false;
-    }
-
-private:
-    std::function<void(frmRecovery &)> m_action;
-};
-
 QListWidget &listOf(frmRecovery &form)
 {
     return *form.findChild<QListWidget *>();
-}
-
-void press(frmRecovery &form, const QString &text)
-{
-    for (QPushButton *button : form.findChildren<QPushButton *>()) {
-        if (button->text() == text)
-            button->click();
-    }
 }
 
 /// A program that types into documents and is killed then.
@@ -96,22 +66,11 @@ private slots:
     void discardingAsks();
     void nothingChosenIsNothingToDo();
     void listTells();
-    void closingEndsTheJournal();
-    void savingEndsTheJournal();
-    void everyEditIsKept();
-    void substitutedTextIsKeptUntilItIsSeen_data();
-    void substitutedTextIsKeptUntilItIsSeen();
-    void textOfADeletedFileIsKept();
-    void textOfADeletedFileIsKeptWhileItIsOpen();
-    void textOfADeletedFileIsKeptAtASuddenEnd();
-    void detachedTextComesBackAsSuch();
-    void textThatIsElsewhereIsNotKept();
     void unwritableFolderIsTold();
 
 private:
     /// "x" in front of each.
     void leaveBehind(const QStringList &names);
-    bool restore(TestWindow &window);
 
     std::unique_ptr<TestFiles> m_files;
 };
@@ -132,13 +91,6 @@ void RecoveryTest::leaveBehind(const QStringList &names)
         program.edit(m_files->folder(), name, u"x"_s);
     }
     QVERIFY(program.isWritten());
-}
-
-/// All that there is.
-bool RecoveryTest::restore(TestWindow &window)
-{
-    const InList restoring([](frmRecovery &form) { press(form, u"Restore"_s); });
-    return StripInWindow(window).click(u"Restore"_s);
 }
 
 void RecoveryTest::tellsHowMany_data()
@@ -190,7 +142,7 @@ void RecoveryTest::brokenJournalsAreNoHindrance()
     TestWindow window;
     QVERIFY(window.open());
     QTRY_COMPARE(StripInWindow(window).text(), u"1 document was not saved"_s);
-    QVERIFY(restore(window));
+    QVERIFY(restoreAll(window));
     QCOMPARE(window.currentEditor()->text(), u"xold\n"_s);
 }
 
@@ -200,7 +152,7 @@ void RecoveryTest::restores()
     TestWindow window;
     QVERIFY(window.open());
     QTRY_VERIFY(StripInWindow(window).isShown());
-    QVERIFY(restore(window));
+    QVERIFY(restoreAll(window));
     QVERIFY(!StripInWindow(window).isShown());
     QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
     ctlEditer &editor = *window.currentEditor();
@@ -243,7 +195,7 @@ void RecoveryTest::restoresThePlace()
     TestWindow window;
     QVERIFY(window.open());
     QTRY_VERIFY(StripInWindow(window).isShown());
-    QVERIFY(restore(window));
+    QVERIFY(restoreAll(window));
     QVERIFY(placeIn(*window.currentEditor()) == place);
 }
 
@@ -253,7 +205,7 @@ void RecoveryTest::restoresNewDocuments()
     TestWindow window;
     QVERIFY(window.open());
     QTRY_VERIFY(StripInWindow(window).isShown());
-    QVERIFY(restore(window));
+    QVERIFY(restoreAll(window));
     QCOMPARE(window.tabTexts(), QStringList(2, u"* (new document)"_s));
     for (const ctlEditer *editor : window.tabBar()->editors()) {
         QCOMPARE(editor->text(), u"x"_s);
@@ -268,7 +220,7 @@ void RecoveryTest::changedFileIsKeptToo()
     TestWindow window;
     QVERIFY(window.open());
     QTRY_VERIFY(StripInWindow(window).isShown());
-    QVERIFY(restore(window));
+    QVERIFY(restoreAll(window));
     QCOMPARE(window.currentEditor()->text(), u"xold\n"_s);
     QVERIFY(window.currentEditor()->path().isEmpty());
     QVERIFY(window.currentEditor()->edited());
@@ -294,7 +246,7 @@ void RecoveryTest::goneFileIsTold()
     TestWindow window;
     QVERIFY(window.open());
     QTRY_VERIFY(StripInWindow(window).isShown());
-    QVERIFY(restore(window));
+    QVERIFY(restoreAll(window));
     QCOMPARE(window.currentEditor()->text(), u"xold\n"_s);
     QCOMPARE(StripInWindow(window).text(), u"The file is gone; this text is in no file yet"_s);
     QCOMPARE(StripInWindow(window).offers(), QStringList());
@@ -314,7 +266,7 @@ void RecoveryTest::missingPartsAreTold()
     TestWindow window;
     QVERIFY(window.open());
     QTRY_VERIFY(StripInWindow(window).isShown());
-    QVERIFY(restore(window));
+    QVERIFY(restoreAll(window));
     QVERIFY(window.currentEditor()->text().startsWith(u"x"_s));
     QVERIFY(window.currentEditor()->text().endsWith(u"\n[...]\n"_s));
     QCOMPARE(StripInWindow(window).text(), u"Parts are missing; a line with dots stands for each"_s);
@@ -328,7 +280,7 @@ void RecoveryTest::documentOfTheFileIsTaken()
     window.setDocument(m_files->folder() + u"a.txt"_s);
     window.slotCmdFileNew();
     QTRY_VERIFY(StripInWindow(window).isShown());
-    QVERIFY(restore(window));
+    QVERIFY(restoreAll(window));
     QCOMPARE(window.tabBar()->count(), 3);
     QCOMPARE(window.currentEditor()->text(), u"xold\n"_s);
     QCOMPARE(window.currentEditor()->name(), u"a.txt"_s);
@@ -456,178 +408,6 @@ void RecoveryTest::listTells()
     QCOMPARE(listOf(form).item(1)->text().section(u'\n', 1, 1), u"never saved"_s);
 }
 
-void RecoveryTest::closingEndsTheJournal()
-{
-    TestWindow window;
-    QVERIFY(openModified(window, *m_files, { u"a.txt"_s, u"b.txt"_s }));
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList(2, u"xold"_s));
-    const MessageBoxes boxes({ u"No"_s, u"No"_s });
-    window.slotCmdFileCloseTab();
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"xold"_s });
-    window.close();
-    QCOMPARE(UnsavedTexts::now(), QStringList());
-}
-
-void RecoveryTest::savingEndsTheJournal()
-{
-    TestWindow window;
-    QVERIFY(openModified(window, *m_files, { u"a.txt"_s }));
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"xold"_s });
-    window.slotCmdFileSave();
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList());
-    QTest::keyClicks(window.currentEditor(), u"y"_s);
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"xyold"_s });
-    window.slotCmdEditUndo();
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList());
-}
-
-void RecoveryTest::everyEditIsKept()
-{
-    TestWindow window;
-    QVERIFY(openModified(window, *m_files, { u"a.txt"_s }));
-    window.slotCmdFileNew();
-    QTest::keyClicks(window.currentEditor(), u"new"_s);
-    QTRY_COMPARE(UnsavedTexts::now(), (QStringList{ u"new"_s, u"xold"_s }));
-    static_cast<QPEApplication *>(qApp)->endAtOnce();
-    QCOMPARE(UnsavedTexts::now(), (QStringList{ u"new"_s, u"xold"_s }));
-}
-
-void RecoveryTest::substitutedTextIsKeptUntilItIsSeen_data()
-{
-    QTest::addColumn<bool>("isDismissed");
-    QTest::newRow("not seen") << false;
-    QTest::newRow("dismissed") << true;
-}
-
-/// What is in the file then is not what was in the window.
-void RecoveryTest::substitutedTextIsKeptUntilItIsSeen()
-{
-    QFETCH(bool, isDismissed);
-    const QString name = m_files->write(u"a.txt"_s, "\x93\xFA\x96\x7B\x8C\xEA\r\n");
-    {
-        TestWindow window;
-        QVERIFY(window.open());
-        window.setDocument(name);
-        window.currentEditor()->insert(u"5 €, "_s);
-        window.slotCmdFileSave();
-        QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("5 ?, \x93\xFA\x96\x7B\x8C\xEA\r\n"));
-        const StripInWindow strip(window);
-        QTRY_COMPARE(strip.text(), u"Characters saved as \"?\": 1 (€)"_s);
-        QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"5 €, 日本語\n"_s });
-        if (isDismissed) {
-            QVERIFY(strip.click(u"×"_s));
-            QTRY_COMPARE(UnsavedTexts::now(), QStringList());
-        }
-    }
-    QCOMPARE(UnsavedTexts::leftBehind().isEmpty(), isDismissed);
-    if (isDismissed)
-        return;
-    TestWindow window;
-    QVERIFY(window.open());
-    QTRY_COMPARE(StripInWindow(window).text(), u"1 document was not saved"_s);
-    QVERIFY(restore(window));
-    QCOMPARE(window.currentEditor()->text(), u"5 €, 日本語\n"_s);
-    QVERIFY(window.currentEditor()->path().isEmpty());
-    QVERIFY(window.currentEditor()->edited());
-}
-
-void RecoveryTest::textOfADeletedFileIsKept()
-{
-    TestWindow window;
-    QVERIFY(window.open());
-    window.setDocument(m_files->write(u"a.txt"_s, "old\r\n"));
-    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
-    {
-        const MessageBoxes boxes;
-        window.slotCmdFileCloseTab();
-        QCOMPARE(boxes.count(), 0);
-    }
-    QTRY_COMPARE(StripInWindow(window).text(), u"1 document was not saved"_s);
-    QCOMPARE(UnsavedTexts::leftBehind(), QStringList{ u"old\n"_s });
-    QVERIFY(restore(window));
-    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
-    QCOMPARE(window.currentEditor()->text(), u"old\n"_s);
-    QCOMPARE(window.currentEditor()->path(), QString());
-    window.slotCmdViewLangFr();
-    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt"_s });
-    window.slotCmdViewLangEn();
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
-}
-
-/// The program may be killed before its user closes the document.
-void RecoveryTest::textOfADeletedFileIsKeptWhileItIsOpen()
-{
-    TestWindow window;
-    QVERIFY(window.open());
-    window.setDocument(m_files->write(u"a.txt"_s, "old\n"));
-    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
-    const StripInWindow strip(window);
-    QVERIFY(strip.click(u"Keep mine"_s));
-    window.slotCmdFileNew();
-    window.slotCmdViewWinPrev();
-    window.currentEditor()->insert(u"x"_s);
-    window.currentEditor()->undo();
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
-    m_files->write(u"a.txt"_s, "old\n");
-    QTRY_COMPARE(UnsavedTexts::now(), QStringList());
-}
-
-/// Nobody has looked at the one that is not shown.
-void RecoveryTest::textOfADeletedFileIsKeptAtASuddenEnd()
-{
-    TestWindow window;
-    QVERIFY(window.open());
-    for (const QString &name : { u"a.txt"_s, u"b.txt"_s })
-        window.setDocument(m_files->write(name, "old\n"));
-    QVERIFY(QFile::remove(m_files->folder() + u"a.txt"_s));
-    static_cast<QPEApplication *>(qApp)->endAtOnce();
-    QCOMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
-}
-
-/// What "Show both" opens is that of no file, also after the program was killed.
-void RecoveryTest::detachedTextComesBackAsSuch()
-{
-    {
-        TestWindow window;
-        QVERIFY(window.open());
-        window.setDocument(m_files->write(u"a.txt"_s, "old\n"));
-        m_files->write(u"a.txt"_s, "new\n");
-        const StripInWindow strip(window);
-        QTRY_VERIFY(strip.isShown());
-        QVERIFY(strip.click(u"Show both"_s));
-        QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"new\n"_s });
-        QTest::keyClicks(window.currentEditor(), u"x"_s);
-        QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"xnew\n"_s });
-    }
-    TestWindow window;
-    QVERIFY(window.open());
-    QTRY_VERIFY(StripInWindow(window).isShown());
-    QVERIFY(restore(window));
-    QCOMPARE(window.tabTexts(), QStringList{ u"* a.txt on disk"_s });
-    QCOMPARE(window.currentEditor()->path(), QString());
-    QCOMPARE(window.currentEditor()->text(), u"xnew\n"_s);
-    QVERIFY(!StripInWindow(window).isShown());
-}
-
-void RecoveryTest::textThatIsElsewhereIsNotKept()
-{
-    TestWindow window;
-    QVERIFY(window.open());
-    window.setDocument(m_files->write(u"a.txt"_s, "old"));
-    window.slotCmdFileCloseTab();
-    window.setDocument(m_files->write(u"empty.txt"_s, ""));
-    QVERIFY(QFile::remove(m_files->folder() + u"empty.txt"_s));
-    window.slotCmdFileCloseTab();
-    window.setDocument(m_files->write(u"b.txt"_s, "old"));
-    QTest::keyClicks(window.currentEditor(), u"x"_s);
-    QVERIFY(QFile::remove(m_files->folder() + u"b.txt"_s));
-    const MessageBoxes boxes({ u"No"_s });
-    window.slotCmdFileCloseTab();
-    window.close();
-    QCOMPARE(UnsavedTexts::now(), QStringList());
-}
-
 void RecoveryTest::unwritableFolderIsTold()
 {
     const QString folder = UnsavedTexts::folder().chopped(1);
@@ -645,17 +425,5 @@ void RecoveryTest::unwritableFolderIsTold()
     QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"x"_s });
 }
 
-namespace {
-
-int runRecoveryTest(int argc, char **argv)
-{
-    StayingApplication application(argc, argv);
-    RecoveryTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
-} // namespace
-
-REGISTER_TEST(runRecoveryTest)
-
+REGISTER_TEST(runStayingTest<RecoveryTest>)
 #include "recovery_test.moc"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/qpeapplicationesc.h"
+#include "tests/testprogram.h"
 
 /// Goes on where the program would have ended.
 class StayingApplication : public QPEApplicationEsc {
@@ -10,3 +11,10 @@ public:
 protected:
     void leave() override { }
 };
+
+/// For tests of what is done when the program ends.
+template <class Test> int runStayingTest(int argc, char **argv)
+{
+    const StayingApplication application(argc, argv);
+    return runPlainTest<Test>(argc, argv);
+}

@@ -153,8 +153,8 @@ void TextCodecLawsTest::pairsInEachSetOfJis_data()
         QTest::newRow(name) << QByteArray(designation);
 }
 
-/// Each pair as the end of a text, and 256 at a time with the set ended behind each: that breaks off whatever has
-/// begun.
+/// Each pair as the end of a text, and 256 at a time with the set ended behind each: that breaks off whatever
+/// has begun.
 void TextCodecLawsTest::pairsInEachSetOfJis()
 {
     QFETCH(QByteArray, designation);
