@@ -3,9 +3,9 @@
 #include "document/lineends.h"
 #include "document/textdocument.h"
 #include "fuzz/bytes.h"
-#include "fuzz/quickcalls.h"
 #include "tests/codec/shorttexts.h"
 #include "tests/document/documentfolder.h"
+#include "tests/files/quickcalls.h"
 #include "tests/text/textalphabet.h"
 #include "text/textsearch.h"
 

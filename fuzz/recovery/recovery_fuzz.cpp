@@ -5,9 +5,9 @@
 #include "codec/codecs.h"
 #include "document/lineends.h"
 #include "fuzz/bytes.h"
-#include "fuzz/quickcalls.h"
 #include "recovery/texthash.h"
 #include "tests/codec/shorttexts.h"
+#include "tests/files/quickcalls.h"
 #include "tests/recovery/journalbytes.h"
 #include "tests/text/textalphabet.h"
 

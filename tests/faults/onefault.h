@@ -2,6 +2,7 @@
 
 #include "tests/faults/faultkinds.h"
 #include "tests/files/faults.h"
+#include "tests/files/quickcalls.h"
 
 #include <QByteArrayList>
 
@@ -10,14 +11,6 @@
 #include <mutex>
 
 #include <unistd.h>
-
-/// The system's calls, but nothing waits for the disk.
-inline FileCalls quickCalls()
-{
-    FileCalls calls = FileCalls::system();
-    calls.fsync = [](int) { return 0; };
-    return calls;
-}
 
 /// Whether a call of this name can meet it: only reads and writes come short, and a signal interrupts only
 /// what may wait.

@@ -37,7 +37,7 @@ namespace {
 QString place()
 {
     const QString memory = u"/dev/shm"_s;
-    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + u"/faults-XXXXXX"_s;
+    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + u"/faults"_s;
 }
 
 } // namespace
