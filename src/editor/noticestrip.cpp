@@ -119,8 +119,17 @@ bool NoticeStrip::hasKeys() const
 
 void NoticeStrip::takeKeys()
 {
-    if (m_shown)
-        shownButtons().constFirst()->setFocus(Qt::ShortcutFocusReason);
+    if (!m_shown)
+        return;
+    shownButtons().constFirst()->setFocus(Qt::ShortcutFocusReason);
+    if (m_label->text() != m_text)
+        showWholeText(mapToGlobal(rect().bottomLeft()));
+}
+
+/// A pen and a keyboard have no other way to the whole of a shortened text.
+void NoticeStrip::showWholeText(QPoint globalPlace)
+{
+    QToolTip::showText(globalPlace, toolTip(), this);
 }
 
 QSize NoticeStrip::sizeHint() const
@@ -357,10 +366,9 @@ void NoticeStrip::pressByKey(QToolButton &button)
     button.click();
 }
 
-/// A pen has no other way to the whole of a shortened text.
 void NoticeStrip::mousePressEvent(QMouseEvent *event)
 {
-    QToolTip::showText(event->globalPosition().toPoint(), toolTip(), this);
+    showWholeText(event->globalPosition().toPoint());
 }
 
 bool NoticeStrip::eventFilter(QObject *button, QEvent *event)

@@ -30,7 +30,7 @@ public:
 
     /// Whether the keys go to one of its buttons.
     bool hasKeys() const;
-    /// Gives the keys to the first offer; nothing while hidden.
+    /// Gives the keys to the first offer, and shows all of a shortened text; nothing while hidden.
     void takeKeys();
 
     QSize sizeHint() const override;
@@ -71,6 +71,7 @@ private:
     void press(const QToolButton *button);
     void pressByKey(QToolButton &button);
     void dismiss();
+    void showWholeText(QPoint globalPlace);
     void announce();
 
     void layOut();

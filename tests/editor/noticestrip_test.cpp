@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QSignalSpy>
+#include <QToolTip>
 
 #include <private/qguiapplication_p.h>
 #include <qpa/qplatformaccessibility.h>
@@ -51,6 +52,7 @@ private slots:
     void offersWithoutRoomAreInAMenu();
     void longTextIsShortened_data();
     void longTextIsShortened();
+    void keysShowTheWholeText();
     void keysGoRound();
     void returnAndSpacePress();
     void heldReturnPressesOnce();
@@ -213,6 +215,18 @@ void NoticeStripTest::longTextIsShortened()
         QCOMPARE(label->accessibleName(), text);
         QVERIFY(m_strip->toolTip().contains(text.toHtmlEscaped()));
     }
+}
+
+void NoticeStripTest::keysShowTheWholeText()
+{
+    m_queue->put(notice(u"short"_s, { u"Go"_s }));
+    m_strip->takeKeys();
+    QVERIFY(!QToolTip::isVisible());
+    m_queue->put(notice(u"a text that is much too long for its strip"_s.repeated(3), { u"Go"_s }));
+    m_strip->takeKeys();
+    QCOMPARE(QApplication::focusWidget(), button(u"Go"_s));
+    QVERIFY(QToolTip::isVisible());
+    QCOMPARE(QToolTip::text(), m_strip->toolTip());
 }
 
 void NoticeStripTest::keysGoRound()
