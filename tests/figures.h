@@ -6,7 +6,8 @@
 
 /// Tells how often a test has tried something, for docs/robustness.md: prints it and, where MARLOPAD_FIGURES
 /// names a file, adds a line "COUNT DATE NAME" to that. `name` is the figure's in the document. Figures of
-/// one name that several tests of a run report are added up there.
+/// one name that several tests of a run report are added up there, but of those whose names end in "at most"
+/// the largest counts.
 inline void reportFigure(const char *name, long long count)
 {
     std::printf("%s: %lld\n", name, count);

@@ -9,7 +9,9 @@
 
 #include <QThread>
 
+#include <algorithm>
 #include <csignal>
+#include <functional>
 #include <vector>
 
 #include <sys/wait.h>
@@ -18,8 +20,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int usualKills = 50;
 
 int wantedKills()
 {
@@ -52,6 +52,12 @@ struct History {
 
 using Histories = std::vector<History>;
 
+/// When a program is killed, and how far it had come.
+struct Death {
+    qint64 time = 0;
+    bool isInRestoring = false;
+};
+
 void note(Histories &histories, const Told &told)
 {
     switch (told.kind) {
@@ -64,6 +70,7 @@ void note(Histories &histories, const Told &told)
         history.kept = history.texts.size() - 1;
         break;
     }
+    case Told::Kind::Restoring:
     case Told::Kind::Writing:
         break;
     case Told::Kind::Written:
@@ -75,7 +82,8 @@ void note(Histories &histories, const Told &told)
 
 } // namespace
 
-/// The program is killed while somebody types, at any moment, also while it saves a file or writes a journal.
+/// The program is killed while somebody types, at any moment, also while it saves a file or writes a journal;
+/// and the next one while it brings back what that one left, or later.
 ///
 /// KILLS in the environment says how often, and lets the program's own clock say when journals are written:
 /// the longest time is told then of which nothing came back.
@@ -86,19 +94,23 @@ private slots:
     void init();
     void cleanupTestCase();
 
-    void keepsWhatWasWritten_data() { addSeeds(quint32(isLongRun() ? wantedKills() : usualKills)); }
+    void keepsWhatWasWritten_data();
     void keepsWhatWasWritten();
 
 private:
-    pid_t startTyping(quint32 seed, int pipe) const;
-    static Histories listenAndKill(pid_t program, int pipe, QRandomGenerator &random, qint64 *killed);
-    void compareWithWhatIsLeft(const Histories &histories, qint64 killed);
-    std::vector<QStringList> textsLeft();
-    void addJournals(std::vector<QStringList> &texts);
+    using Life = std::function<void(Typist &typist)>;
+    void liveAndDie(quint32 seed, const Life &life, int mostSteps);
+    static pid_t start(quint32 seed, int pipe, const Life &life);
+    Death listenAndKill(pid_t program, int pipe, quint32 seed, int mostSteps);
+    void compareWithWhatIsLeft(const Death &death);
+    std::vector<QStringList> textsLeft() const;
+    void addJournals(std::vector<QStringList> &texts) const;
     QString textOfFile(const Typist::Document &document) const;
 
     std::unique_ptr<TestFiles> m_files;
+    Histories m_histories;
     int m_kills = 0; ///< after which all was as it is to be
+    int m_killsOfRestoring = 0; ///< of these, before anything was typed into what had come back
     int m_lost = 0; ///< documents whose text told last did not come back
     qint64 m_longestGap = 0; ///< ms from the first change that is lost to the kill
 };
@@ -116,13 +128,22 @@ void KillsTest::init()
 void KillsTest::cleanupTestCase()
 {
     if (!isLongRun()) {
-        reportFigure("kills while the window is typed into", m_kills);
+        reportFigure("kills while the window is typed into", m_kills - m_killsOfRestoring);
+        reportFigure("kills while texts are brought back", m_killsOfRestoring);
         return;
     }
     reportFigure("kills by the program's own clock", m_kills);
+    reportFigure("kills by that clock, while texts are brought back", m_killsOfRestoring);
     reportFigure("documents that lost the last of what was typed by these", m_lost);
     reportFigure("milliseconds that one of these documents lost at most", m_longestGap);
     QVERIFY(m_longestGap <= 2000);
+}
+
+void KillsTest::keepsWhatWasWritten_data()
+{
+    constexpr int usualKills = 50;
+    constexpr int killsOfSeed = 2;
+    addSeeds(quint32((isLongRun() ? wantedKills() : usualKills) / killsOfSeed));
 }
 
 /// Everything up to the last write, nothing else missing, no character in the wrong place: each text is one
@@ -130,82 +151,102 @@ void KillsTest::cleanupTestCase()
 void KillsTest::keepsWhatWasWritten()
 {
     QFETCH(quint32, seed);
-    int pipes[2];
-    QCOMPARE(pipe(pipes), 0);
-    const pid_t program = startTyping(seed, pipes[1]);
-    close(pipes[1]);
-    QVERIFY(program > 0);
-    QRandomGenerator random(seed);
-    qint64 killed = 0;
-    const Histories histories = listenAndKill(program, pipes[0], random, &killed);
-    close(pipes[0]);
-    for (const History &history : histories)
-        QVERIFY(!history.texts.empty());
-    compareWithWhatIsLeft(histories, killed);
+    constexpr int manySteps = 100;
+    constexpr int stepsOfRestoring = 12;
+    m_histories.assign(size_t(Typist::documents().size()), {});
+    liveAndDie(
+        seed, [this](Typist &typist) { typist.type(m_files->folder()); }, manySteps);
+    liveAndDie(
+        seed, [](Typist &typist) { typist.restoreAndType(); }, stepsOfRestoring);
+    for (const LeftBehind &found : findLeftBehind(journalFolder()))
+        QVERIFY(ClaimedJournal::claim(found.journal, FileCalls::system()).discard());
     removeStagedStrays(QFile::encodeName(m_files->folder()));
     QCOMPARE(namesIn(m_files->folder()).size(), Typist::documents().size() - 1);
     QCOMPARE(namesIn(QFile::decodeName(journalFolder())), QStringList());
+}
+
+/// Nothing is removed that it leaves behind.
+void KillsTest::liveAndDie(quint32 seed, const Life &life, int mostSteps)
+{
+    int pipes[2];
+    QCOMPARE(pipe(pipes), 0);
+    const pid_t program = start(seed, pipes[1], life);
+    close(pipes[1]);
+    QVERIFY(program > 0);
+    const Death death = listenAndKill(program, pipes[0], seed, mostSteps);
+    close(pipes[0]);
+    for (const History &history : m_histories)
+        QVERIFY(!history.texts.empty());
+    compareWithWhatIsLeft(death);
     ++m_kills;
+    m_killsOfRestoring += death.isInRestoring ? 1 : 0;
 }
 
 /// A process of its own, which goes on from here: it has the program's window, and no threads by then.
-pid_t KillsTest::startTyping(quint32 seed, int pipe) const
+pid_t KillsTest::start(quint32 seed, int pipe, const Life &life)
 {
     const pid_t program = fork();
     if (program != 0)
         return program;
     TestWindow window;
-    const auto writes = isLongRun() ? Typist::Writes::Unasked : Typist::Writes::AtOnce;
-    Typist(window, writes, seed, pipe).type(m_files->folder());
+    Typist typist(window, isLongRun() ? Typist::Writes::Unasked : Typist::Writes::AtOnce, seed, pipe);
+    life(typist);
+    _exit(1);
 }
 
-/// At a random moment behind the opening of the last document.
-Histories KillsTest::listenAndKill(pid_t program, int pipe, QRandomGenerator &random, qint64 *killed)
+/// At a random moment when every document has a text.
+Death KillsTest::listenAndKill(pid_t program, int pipe, quint32 seed, int mostSteps)
 {
-    constexpr int mostChanges = 100;
     constexpr int longestSession = 8000; // ms
     constexpr int longestWait = 3000; // µs
-    Histories histories(size_t(Typist::documents().size()));
+    QRandomGenerator random(seed);
     Listener listener(pipe);
-    std::optional<Told> told;
+    Death death;
     const auto hear = [&] {
-        told = listener.next();
-        if (told)
-            note(histories, *told);
-        return told.has_value();
+        const std::optional<Told> told = listener.next();
+        if (!told)
+            return false;
+        note(m_histories, *told);
+        if (told->kind == Told::Kind::Restoring || told->kind == Told::Kind::Changed)
+            death.isInRestoring = told->kind == Told::Kind::Restoring;
+        return true;
     };
-    for (size_t opened = 0; opened < histories.size() && hear(); ++opened) { }
-    const int most = isLongRun() ? INT_MAX : random.bounded(mostChanges);
+    const auto hasNoText = [](const History &history) { return history.texts.empty(); };
+    while (std::ranges::any_of(m_histories, hasNoText) && hear()) { }
+    const int most = isLongRun() && random.bounded(2) == 0 ? INT_MAX : random.bounded(mostSteps);
     const qint64 end = isLongRun() ? Told::now() + random.bounded(longestSession) : LLONG_MAX;
     for (int heard = 0; heard < most && Told::now() < end && hear(); ++heard) { }
     QThread::usleep(ulong(random.bounded(longestWait)));
-    *killed = Told::now();
+    death.time = Told::now();
     kill(program, SIGKILL);
     waitpid(program, nullptr, 0);
     while (hear()) { }
-    return histories;
+    return death;
 }
 
-void KillsTest::compareWithWhatIsLeft(const Histories &histories, qint64 killed)
+/// What has not come back is lost for ever, and what has must not be lost by the next kill.
+void KillsTest::compareWithWhatIsLeft(const Death &death)
 {
     const std::vector<QStringList> left = textsLeft();
-    for (size_t number = 0; number < histories.size(); ++number) {
-        const History &history = histories[number];
+    for (size_t number = 0; number < m_histories.size(); ++number) {
+        History &history = m_histories[number];
         int newest = -1;
         for (const QString &text : left[number]) {
             QVERIFY2(history.lastOf(text) >= 0, qPrintable(text));
             newest = qMax(newest, history.lastOf(text));
         }
         QVERIFY2(newest >= int(history.kept), qPrintable(left[number].value(0)));
-        if (size_t(newest) + 1 == history.texts.size())
+        history.kept = size_t(newest);
+        if (history.kept + 1 == history.texts.size())
             continue;
         ++m_lost;
-        m_longestGap = qMax(m_longestGap, killed - history.texts[size_t(newest) + 1].time);
+        m_longestGap = qMax(m_longestGap, death.time - history.texts[history.kept + 1].time);
+        history.texts.resize(history.kept + 1);
     }
 }
 
 /// Of each document the texts that its user finds again: in its file, and in journals.
-std::vector<QStringList> KillsTest::textsLeft()
+std::vector<QStringList> KillsTest::textsLeft() const
 {
     std::vector<QStringList> texts;
     for (const Typist::Document &document : Typist::documents())
@@ -222,14 +263,12 @@ QString KillsTest::textOfFile(const Typist::Document &document) const
                                                                                  : file.store().text();
 }
 
-void KillsTest::addJournals(std::vector<QStringList> &texts)
+void KillsTest::addJournals(std::vector<QStringList> &texts) const
 {
     for (const LeftBehind &found : findLeftBehind(journalFolder())) {
-        size_t number = 0;
-        while (Typist::documents()[qsizetype(number)].name != (found.path.isEmpty() ? QString() : found.name))
-            ++number;
+        const auto number = size_t(Typist::numberOf(found.name));
         TextDocument document;
-        Restored restored = restore(found.journal, document);
+        const Restored restored = restore(found.journal, document);
         const bool isEdited = restored.outcome == Restored::Outcome::Edited;
         QVERIFY(isEdited || restored.outcome == Restored::Outcome::New);
         const Typist::Document &expected = Typist::documents()[qsizetype(number)];
@@ -240,7 +279,6 @@ void KillsTest::addJournals(std::vector<QStringList> &texts)
             document.undo();
         if (isEdited)
             QCOMPARE(document.store().text(), texts[number][0]);
-        QVERIFY(restored.journal.discard());
     }
 }
 

@@ -11,6 +11,7 @@ struct Told {
         Changed, ///< a document has another text
         Saved, ///< the text that a document has is in its file
         Writing, ///< the journals begin to write what there is
+        Restoring, ///< a step of bringing back what was left behind
         Written, ///< all that was told before is in the journals
     };
 

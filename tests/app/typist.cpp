@@ -1,7 +1,10 @@
 #include "tests/app/typist.h"
 
+#include "app/documentarea.h"
 #include "editor/ctlediter.h"
 #include "recovery/recoveryjournals.h"
+#include "tests/app/stripinwindow.h"
+#include "tests/app/unsavedlist.h"
 
 #include <QClipboard>
 #include <QWindow>
@@ -34,10 +37,27 @@ Typist::Typist(frmMain &window, Writes writes, quint32 seed, int pipe)
 
 void Typist::type(const QString &folder)
 {
+    show();
     open(folder);
+    typeOn();
+}
+
+void Typist::restoreAndType()
+{
+    const bool isAnyLeft = !findLeftBehind(journalFolder()).empty();
+    show();
+    if (isAnyLeft)
+        restore();
+    typeOn();
+}
+
+void Typist::typeOn()
+{
+    if (!QTest::qWaitFor([] { return takesKeys(); }))
+        qFatal("no keys");
     while (true) {
         act();
-        noteText(Told::Kind::Changed);
+        noteText(Told::Kind::Changed, *m_window.currentEditor());
         if (m_writes == Writes::AtOnce)
             letJournalsWrite();
         else
@@ -45,32 +65,55 @@ void Typist::type(const QString &folder)
     }
 }
 
-void Typist::open(const QString &folder)
+void Typist::show()
 {
     m_window.showMaximized();
     if (!QTest::qWaitForWindowActive(&m_window))
         qFatal("no window");
     m_window.slotEtcFirstNewDoc();
-    noteText(Told::Kind::Opened);
+}
+
+void Typist::open(const QString &folder)
+{
+    noteText(Told::Kind::Opened, *m_window.currentEditor());
     for (const Document &document : documents()) {
         if (document.name.isEmpty())
             continue;
         m_window.setDocument(folder + document.name);
-        noteText(Told::Kind::Opened);
+        noteText(Told::Kind::Opened, *m_window.currentEditor());
     }
-    if (!QTest::qWaitFor([] { return takesKeys(); }))
-        qFatal("no keys");
+}
+
+/// Tells every step, so that each can be the last one.
+void Typist::restore()
+{
+    const auto tellStep = [this] { tell(m_pipe, Told::of(Told::Kind::Restoring)); };
+    const StripInWindow strip(m_window);
+    if (!QTest::qWaitFor([&strip] { return strip.isShown(); }))
+        qFatal("no strip");
+    tellStep();
+    QObject::connect(m_window.findChild<DocumentArea *>(), &DocumentArea::added, tellStep);
+    const InList restoring([&tellStep](frmRecovery &form) {
+        tellStep();
+        ::press(form, u"Restore"_s);
+    });
+    if (!strip.click(u"Restore"_s))
+        qFatal("nothing to be restored");
+    for (const ctlEditer *const editor : m_window.findChild<DocumentArea *>()->editors())
+        noteText(Told::Kind::Opened, *editor);
+}
+
+int Typist::numberOf(const QString &name)
+{
+    int number = 0;
+    while (!documents()[number].name.isEmpty() && documents()[number].name != name)
+        ++number;
+    return number;
 }
 
 int Typist::current() const
 {
-    const ctlEditer *const editor = m_window.currentEditor();
-    const QString name = editor->path().isEmpty() ? QString() : editor->name();
-    for (int number = 0; number < documents().size(); ++number) {
-        if (documents()[number].name == name)
-            return number;
-    }
-    qFatal("a document that nobody has opened");
+    return numberOf(m_window.currentEditor()->name());
 }
 
 /// One thing of all that a user does.
@@ -133,10 +176,10 @@ void Typist::save()
 }
 
 /// Told before the event loop runs again, and with that before it can be written.
-void Typist::noteText(Told::Kind kind)
+void Typist::noteText(Told::Kind kind, const ctlEditer &editor)
 {
-    const int document = current();
-    const QString text = m_window.currentEditor()->store().text();
+    const int document = numberOf(editor.name());
+    const QString text = editor.store().text();
     if (const auto told = m_texts.find(document); told != m_texts.end() && told->second == text)
         return;
     m_texts[document] = text;

@@ -30,17 +30,26 @@ public:
     };
     static const QList<Document> &documents();
 
-    /// `window` is not shown yet, and the files are in `folder`, which ends in "/".
+    /// The number of a document whose name is known, also when its text has come back without its file.
+    static int numberOf(const QString &name);
+
+    /// `window` is not shown yet.
     Typist(frmMain &window, Writes writes, quint32 seed, int pipe);
+    /// Into the files in `folder`, which ends in "/".
     [[noreturn]] void type(const QString &folder);
+    /// Into what was left behind, when it has been brought back.
+    [[noreturn]] void restoreAndType();
 
 private:
+    void show();
     void open(const QString &folder);
+    void restore();
+    [[noreturn]] void typeOn();
     int current() const;
     void act();
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
     void save();
-    void noteText(Told::Kind kind);
+    void noteText(Told::Kind kind, const ctlEditer &editor);
     void letJournalsWrite();
     void rest();
     int below(int end) { return int(m_random.bounded(end)); }
