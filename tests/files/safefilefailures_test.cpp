@@ -1,3 +1,4 @@
+#include "files/copycontent.h"
 #include "tests/files/savedfile.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -23,6 +24,7 @@ private slots:
     void shortWritesAndReadsAreContinued();
     void writeOfNothingIsAnError();
     void brokenOverwritingPutsTheOldContentBack();
+    void contentThatEndsEarlyIsNotTheNewOne();
     void oldContentThatCannotBePutBackIsKept();
     void keepsTheOldContentWhenAsked();
     void writesNothingWhenTheOldContentCannotBeKept();
@@ -160,6 +162,23 @@ void SafeFileFailuresTest::brokenOverwritingPutsTheOldContentBack()
     QCOMPARE(file.keptCopy(), QByteArray());
     QCOMPARE(keptFiles(), QStringList());
     QCOMPARE(listing().size(), 2);
+}
+
+/// As some disks answer for what they have lost.
+void SafeFileFailuresTest::contentThatEndsEarlyIsNotTheNewOne()
+{
+    const QByteArray name = prepare(Way::HardLink);
+    bool endsEarly = true;
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&](int fd, void *to, size_t size, off_t offset) -> ssize_t {
+        return offset >= copiedBlock && std::exchange(endsEarly, false) ? 0 : ::pread(fd, to, size, offset);
+    };
+    SafeFile file(name, calls);
+    QVERIFY(!save(file, m_new));
+    QVERIFY(!endsEarly);
+    QCOMPARE(contentOf(name), m_old);
+    QCOMPARE(file.keptCopy(), QByteArray());
+    QCOMPARE(keptFiles(), QStringList());
 }
 
 void SafeFileFailuresTest::oldContentThatCannotBePutBackIsKept()

@@ -22,6 +22,9 @@ private slots:
     void shortWritesAreContinued();
     void journalReadInPartIsKept();
     void fullDiskIsToldAndTriedAgain();
+    void oldJournalStaysWhileThereIsNoNewOne_data();
+    void oldJournalStaysWhileThereIsNoNewOne();
+    void folderThatCannotBeMadeIsTold();
     void folderOfAnotherUserIsNotUsed();
     void folderWithoutLocksIsNotUsed();
     void flushDoesNotWaitForADiskThatHangs();
@@ -150,6 +153,66 @@ void JournalFailuresTest::fullDiskIsToldAndTriedAgain()
     run.journals.writeDue();
     QTRY_COMPARE(run.journals.failure(), 0);
     QCOMPARE(told.size(), 2);
+    QCOMPARE(killedNow(folder), u"text"_s);
+}
+
+void JournalFailuresTest::oldJournalStaysWhileThereIsNoNewOne_data()
+{
+    QTest::addColumn<std::function<void(Run & run)>>("act");
+    const auto save = [](Run &run) {
+        run.document.save(run.document.path(), run.document.name());
+        run.journals.keep(run.document, KeptFor::Substitution);
+    };
+    const auto setText = [](Run &run) {
+        TextStore text;
+        text.replace(Offset(0), 0, u"another text");
+        run.document.setText(std::move(text));
+    };
+    using Act = std::function<void(Run & run)>;
+    QTest::newRow("detached from its file") << Act([](Run &run) { run.document.detachFromFile(u"b"_s); });
+    QTest::newRow("saved with substitutes") << Act(save);
+    QTest::newRow("another text") << Act(setText);
+}
+
+/// What begins another journal may not be the end of the one that there is.
+void JournalFailuresTest::oldJournalStaysWhileThereIsNoNewOne()
+{
+    QFETCH(std::function<void(Run & run)>, act);
+    std::atomic<bool> isFull = false;
+    const FileCalls calls = withFaults(
+        quickCalls(), [&isFull](const QByteArray &call) { return isFull && call == "pwrite" ? ENOSPC : 0; });
+    RecoveryFolder folder;
+    QVERIFY(folder.documents().write(u"file"_s, "text\n"));
+    Run run(folder, calls);
+    QVERIFY(!run.document.load(folder.documents().path(), u"file"_s, {}, {}));
+    run.document.replace({}, 0, u"a");
+    QVERIFY(run.pause());
+    isFull = true;
+    act(run);
+    QVERIFY(!run.pause());
+    QCOMPARE(killedNow(folder), u"atext\n"_s);
+    isFull = false;
+    folder.now += WriteSchedule::longestRetry;
+    QVERIFY(run.pause());
+    QCOMPARE(killedNow(folder), run.text());
+    QCOMPARE(folder.files().size(), 1);
+}
+
+/// With its reason, which the user is told.
+void JournalFailuresTest::folderThatCannotBeMadeIsTold()
+{
+    RecoveryFolder folder;
+    std::atomic<bool> isReadOnly = true;
+    const FileCalls calls = withFaults(quickCalls(),
+        [&isReadOnly](const QByteArray &call) { return isReadOnly && call == "mkdir" ? EROFS : 0; });
+    Run run(folder, calls);
+    run.document.replace({}, 0, u"text");
+    QVERIFY(!run.pause());
+    QCOMPARE(run.journals.failure(), EROFS);
+    isReadOnly = false;
+    folder.now += WriteSchedule::longestRetry;
+    QVERIFY(run.pause());
+    QCOMPARE(run.journals.failure(), 0);
     QCOMPARE(killedNow(folder), u"text"_s);
 }
 
