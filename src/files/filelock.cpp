@@ -5,6 +5,15 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
+bool lockNamed(const FileCalls &calls, int file)
+{
+    struct stat info = {};
+    if (retried([&] { return calls.flock(file, LOCK_EX | LOCK_NB); }) != 0 || calls.fstat(file, &info) != 0)
+        return false;
+    errno = EWOULDBLOCK;
+    return info.st_nlink > 0;
+}
+
 FileLock::FileLock(QByteArray name, const FileCalls &calls)
     : m_calls(calls)
     , m_name(std::move(name))
@@ -41,14 +50,11 @@ bool FileLock::tryLock()
     });
     if (file == -1)
         return false;
-    struct stat info = {};
-    const bool isLocked = retried([&] { return m_calls.flock(file, LOCK_EX | LOCK_NB); }) == 0
-        && m_calls.fstat(file, &info) == 0;
-    if (isLocked && info.st_nlink > 0) {
+    if (lockNamed(m_calls, file)) {
         m_file = file;
         return true;
     }
-    const int error = isLocked ? EWOULDBLOCK : errno;
+    const int error = errno;
     if (error != EWOULDBLOCK) // nobody has locks here
         m_calls.unlink(m_name.constData());
     m_calls.close(file);

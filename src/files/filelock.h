@@ -6,6 +6,10 @@
 
 #include <chrono>
 
+/// Locks a file that was just opened. False with errno: EWOULDBLOCK when somebody has the lock, and when
+/// somebody who had it until now has taken the file's name away with it.
+bool lockNamed(const FileCalls &calls, int file);
+
 /// Keeps other processes, and other locks of this one, out for as long as it lives. It is a file beside what
 /// it is about, which goes away with it; one that a stopped program left behind is in nobody's way.
 class FileLock {

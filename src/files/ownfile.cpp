@@ -1,5 +1,7 @@
 #include "files/ownfile.h"
 
+#include "files/filelock.h"
+
 #include <QRandomGenerator>
 
 #include <algorithm>
@@ -31,10 +33,7 @@ bool isDigit(char character)
 /// locks nobody does.
 bool lockNewFile(const FileCalls &calls, int fd)
 {
-    if (retried([&] { return calls.flock(fd, LOCK_EX | LOCK_NB); }) != 0)
-        return errno != EWOULDBLOCK;
-    struct stat info;
-    return calls.fstat(fd, &info) != 0 || info.st_nlink > 0;
+    return lockNamed(calls, fd) || errno != EWOULDBLOCK;
 }
 
 /// No save takes as long.

@@ -1,11 +1,11 @@
 #include "recovery/journalfile.h"
 
 #include "files/copycontent.h"
+#include "files/filelock.h"
 #include "files/statefolder.h"
 #include "recovery/journalfolder.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 namespace {
@@ -60,15 +60,12 @@ bool JournalFile::createOnce(const QByteArray &folder)
     });
     if (file == -1)
         return false;
-    struct stat info = {};
-    const bool isLocked = retried([&] { return m_calls.flock(file, LOCK_EX | LOCK_NB); }) == 0
-        && m_calls.fstat(file, &info) == 0;
-    if (isLocked && info.st_nlink > 0) {
+    if (lockNamed(m_calls, file)) {
         m_file = file;
         m_name = name;
         return true;
     }
-    const int error = isLocked ? EEXIST : errno;
+    const int error = errno;
     m_calls.unlink(name.constData());
     m_calls.close(file);
     errno = error;

@@ -2,6 +2,7 @@
 
 #include "codec/codecs.h"
 #include "files/filename.h"
+#include "files/fileversion.h"
 #include "recovery/checksum.h"
 
 #include <algorithm>
@@ -111,17 +112,12 @@ std::optional<JournalBase> baseIn(QByteArrayView content)
     return fields.isWhole() && base.length >= 0 ? std::optional(base) : std::nullopt;
 }
 
-qint64 timeOf(const struct stat &info)
-{
-    return qint64{ info.st_mtim.tv_sec } * 1'000'000'000 + info.st_mtim.tv_nsec;
-}
-
 bool isFileUnchanged(const JournalBase &base, const FileCalls &calls)
 {
     struct stat info = {};
     const QByteArray name = FileName::toBytes(base.path + base.name);
     return base.isFromFile && calls.stat(name.constData(), &info) == 0 && info.st_size == base.size
-        && timeOf(info) == base.time;
+        && FileStamp(info).modified == base.time;
 }
 
 QByteArray contentOf(const BaseSeen &seen)

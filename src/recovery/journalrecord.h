@@ -53,8 +53,6 @@ struct JournalBase {
 QByteArray contentOf(const JournalBase &base);
 std::optional<JournalBase> baseIn(QByteArrayView content);
 
-/// When a file was changed last, in ns.
-qint64 timeOf(const struct stat &info);
 /// Whether the file of a base is as it was, by its size and time.
 bool isFileUnchanged(const JournalBase &base, const FileCalls &calls);
 

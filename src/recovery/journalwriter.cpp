@@ -1,6 +1,7 @@
 #include "recovery/journalwriter.h"
 
 #include "files/filename.h"
+#include "files/fileversion.h"
 #include "recovery/journalfolder.h"
 
 #include <algorithm>
@@ -129,7 +130,7 @@ void JournalWriter::findBaseFile()
     if (!m_base.isFromFile || m_calls.stat(name.constData(), &info) != 0)
         return;
     m_base.size = info.st_size;
-    m_base.time = timeOf(info);
+    m_base.time = FileStamp(info).modified;
 }
 
 bool JournalWriter::writeSomeParts()

@@ -1,5 +1,6 @@
 #include "recovery/leftbehind.h"
 
+#include "files/fileversion.h"
 #include "recovery/claimedjournal.h"
 #include "recovery/journalfolder.h"
 #include "recovery/journalreader.h"
@@ -51,7 +52,7 @@ std::optional<LeftBehind> describe(const QByteArray &name, int file, const FileC
         first && first->type == RecordType::Base ? baseIn(first->content) : std::optional<JournalBase>();
     if (!base || calls.fstat(file, &info) != 0)
         return std::nullopt;
-    LeftBehind found{ name, base->path, base->name, timeOf(info) / 1'000'000, -1,
+    LeftBehind found{ name, base->path, base->name, FileStamp(info).modified / 1'000'000, -1,
         isFileUnchanged(*base, calls) };
     if (const auto state = lastState(file, info.st_size, calls)) {
         found.time = state->time;
