@@ -50,8 +50,7 @@ frmMain::frmMain(QWidget *parent, WindowDialogs dialogs)
     connectParts();
     retranslate();
     resize(normalSize.boundedTo(screen()->availableSize()));
-    m_parts->interruptedSaves.tell();
-    m_parts->keptFiles.tell();
+    m_parts->notices.tellOfEarlierRuns();
 }
 
 frmMain::~frmMain()
@@ -75,14 +74,6 @@ void frmMain::connectParts()
     connect(&m_parts->documents, &DocumentArea::currentChanged, this, &frmMain::slotTabCurrentChanged);
     connect(&m_parts->documents, &DocumentArea::refreshed, this, &frmMain::updateCaption);
     connect(&m_parts->sessionEnd, &SessionEnd::settingsTakenOver, this, &frmMain::applySettings);
-    // Behind the save, which ends the journal of what was before.
-    connect(&m_parts->writingNotices, &WritingNotices::substituted, this,
-        [this](ctlEditer *editor) { m_parts->journals.keep(editor->document(), KeptFor::Substitution); });
-    connect(&m_parts->writingNotices, &WritingNotices::settled, this, [this](ctlEditer *editor) {
-        m_parts->journals.endKeeping(editor->document(), KeptFor::Substitution);
-    });
-    connect(
-        &m_parts->diskNotices, &DiskNotices::looked, &m_parts->documentJournals, &DocumentJournals::noteLook);
 }
 
 ctlEditer *frmMain::currentEditor() const

@@ -21,12 +21,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , sessionEnd(documents, closer, journals)
     , lastWrites(documents, loader, places, journals)
     , search(window, documents)
-    , writingNotices(documents, saver)
-    , readingNotices(documents, loader)
-    , diskNotices(window, documents, loader, saver)
-    , obstacleNotices(documents, saver)
-    , interruptedSaves(documents, loader)
-    , keptFiles(documents, loader)
+    , notices(window, documents, loader, saver, journals, documentJournals)
 {
     window.setCentralWidget(&documents);
     journals.setParent(&documents);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/commandbar.h"
-#include "app/disknotices.h"
 #include "app/documentarea.h"
 #include "app/documentcloser.h"
 #include "app/documentjournals.h"
@@ -10,19 +9,15 @@
 #include "app/firstdocument.h"
 #include "app/fullscreen.h"
 #include "app/interfacelanguage.h"
-#include "app/interruptedsaves.h"
-#include "app/keptfiles.h"
 #include "app/lastwrites.h"
 #include "app/mainmenus.h"
-#include "app/obstaclenotices.h"
-#include "app/readingnotices.h"
 #include "app/recentmenu.h"
 #include "app/recentplaces.h"
 #include "app/recovery.h"
 #include "app/searchruns.h"
 #include "app/sessionend.h"
 #include "app/windowdialogs.h"
-#include "app/writingnotices.h"
+#include "app/windownotices.h"
 #include "recovery/recoveryjournals.h"
 
 class QMainWindow;
@@ -51,10 +46,5 @@ struct WindowParts {
     SessionEnd sessionEnd;
     LastWrites lastWrites;
     SearchRuns search;
-    WritingNotices writingNotices;
-    ReadingNotices readingNotices;
-    DiskNotices diskNotices;
-    ObstacleNotices obstacleNotices;
-    InterruptedSaves interruptedSaves;
-    KeptFiles keptFiles;
+    WindowNotices notices;
 };
