@@ -7,20 +7,20 @@
 
 namespace {
 
-struct Range {
+struct CharacterBlock {
     char32_t first;
     char32_t last;
 };
 
-template <std::size_t n> bool isIn(const Range (&ranges)[n], char32_t codePoint)
+template <std::size_t n> bool isIn(const CharacterBlock (&blocks)[n], char32_t codePoint)
 {
-    const auto *at = std::upper_bound(std::begin(ranges), std::end(ranges), codePoint,
-        [](char32_t c, const Range &range) { return c < range.first; });
-    return at != std::begin(ranges) && codePoint <= std::prev(at)->last;
+    const auto *at = std::upper_bound(std::begin(blocks), std::end(blocks), codePoint,
+        [](char32_t c, const CharacterBlock &block) { return c < block.first; });
+    return at != std::begin(blocks) && codePoint <= std::prev(at)->last;
 }
 
 // Blocks whose letters change their form or place with their neighbours, in ascending order.
-constexpr Range complexBlocks[] = {
+constexpr CharacterBlock complexBlocks[] = {
     { 0x0900, 0x109f }, // Devanagari … Tibetan, Myanmar
     { 0x1100, 0x115f }, // conjoining initial consonants
     { 0x1700, 0x18af }, // Tagalog … Khmer, Mongolian
@@ -39,7 +39,7 @@ constexpr Range complexBlocks[] = {
 };
 
 // Conjoining vowels and final consonants; skin tones; tags.
-constexpr Range zeroWidthBlocks[] = {
+constexpr CharacterBlock zeroWidthBlocks[] = {
     { 0x1160, 0x11ff },
     { 0x200c, 0x200d },
     { 0xd7b0, 0xd7fb },
@@ -47,7 +47,7 @@ constexpr Range zeroWidthBlocks[] = {
     { 0xe0020, 0xe007f },
 };
 
-constexpr Range ideographBlocks[] = {
+constexpr CharacterBlock ideographBlocks[] = {
     { 0x3400, 0x4dbf },
     { 0x4e00, 0x9fff },
     { 0xac00, 0xd7a3 },

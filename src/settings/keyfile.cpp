@@ -140,7 +140,7 @@ private:
 };
 
 /// A part of the text.
-struct Span {
+struct Part {
     qsizetype start = 0;
     qsizetype length = 0;
 };
@@ -180,14 +180,14 @@ private:
 
 /// Where the entries of a group stand.
 struct Places {
-    std::vector<std::optional<Span>> values; ///< of each key's last line, all that is behind the "="
+    std::vector<std::optional<Part>> values; ///< of each key's last line, all that is behind the "="
     std::optional<qsizetype> end; ///< of the group's last line that is not empty; none for a missing group
 };
 
 Places placesOf(const QByteArray &contents, const QByteArray &group, const QByteArrayList &keys)
 {
     const KeyIndexes indexes(keys);
-    Places places{ std::vector<std::optional<Span>>(std::size_t(keys.size())), {} };
+    Places places{ std::vector<std::optional<Part>>(std::size_t(keys.size())), {} };
     bool wasInside = false;
     for (Lines lines(contents); lines.next();) {
         const bool isInside = lines.group() == group;
@@ -198,7 +198,7 @@ Places placesOf(const QByteArray &contents, const QByteArray &group, const QByte
         if (!index)
             continue;
         const qsizetype start = lines.bytes().indexOf('=') + 1;
-        places.values[*index] = Span{ lines.start() + start, withoutLineEnd(lines.bytes()).size() - start };
+        places.values[*index] = Part{ lines.start() + start, withoutLineEnd(lines.bytes()).size() - start };
     }
     return places;
 }
@@ -217,7 +217,7 @@ QByteArray lineEndOf(const QByteArray &contents)
 
 /// What stands in the place of a part of the text.
 struct Change {
-    Span span;
+    Part part;
     QByteArray text;
 };
 
@@ -229,9 +229,9 @@ QByteArray changed(QByteArrayView contents, const std::vector<Change> &changes)
         [](qsizetype size, const Change &change) { return size + change.text.size(); }));
     qsizetype taken = 0;
     for (const Change &change : changes) {
-        out += contents.sliced(taken, change.span.start - taken);
+        out += contents.sliced(taken, change.part.start - taken);
         out += change.text;
-        taken = change.span.start + change.span.length;
+        taken = change.part.start + change.part.length;
     }
     return out.append(contents.sliced(taken));
 }
@@ -279,8 +279,8 @@ QHash<QString, QString> KeyFile::values(const QString &group, const QStringList 
     const Places places = placesOf(m_contents, group.toUtf8(), namesOf(keys));
     QHash<QString, QString> values;
     for (qsizetype i = 0; i < keys.size(); ++i) {
-        if (const auto &span = places.values[std::size_t(i)])
-            values.insert(keys[i], valueOf(QByteArrayView(m_contents).sliced(span->start, span->length)));
+        if (const auto &part = places.values[std::size_t(i)])
+            values.insert(keys[i], valueOf(QByteArrayView(m_contents).sliced(part->start, part->length)));
     }
     return values;
 }
@@ -306,14 +306,14 @@ bool KeyFile::setValues(const QString &group, const QList<Entry> &entries)
     QByteArray added;
     for (qsizetype i = 0; i < entries.size(); ++i) {
         const QString &value = entries[i].second;
-        const auto &span = places.values[std::size_t(i)];
-        if (!span)
+        const auto &part = places.values[std::size_t(i)];
+        if (!part)
             added += names[i] + " = " + encodeValue(value) + lineEnd;
-        else if (valueOf(QByteArrayView(m_contents).sliced(span->start, span->length)) != value)
-            changes.push_back({ *span, ' ' + encodeValue(value) });
+        else if (valueOf(QByteArrayView(m_contents).sliced(part->start, part->length)) != value)
+            changes.push_back({ *part, ' ' + encodeValue(value) });
     }
     std::sort(changes.begin(), changes.end(),
-        [](const Change &a, const Change &b) { return a.span.start < b.span.start; });
+        [](const Change &a, const Change &b) { return a.part.start < b.part.start; });
     // Behind all entries of the group.
     if (!added.isEmpty())
         changes.push_back(insertion(m_contents, group.toUtf8(), places.end, added));

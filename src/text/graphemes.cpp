@@ -25,14 +25,14 @@ enum class Role : quint8 {
     Trailing,
 };
 
-struct Range {
+struct RoleBlock {
     char32_t first;
     char32_t last;
     Role role;
 };
 
 // In ascending order; what is not here goes by its category.
-constexpr Range ranges[] = {
+constexpr RoleBlock roleBlocks[] = {
     { 0x0600, 0x0605, Role::Prepend }, // Arabic number signs
     { 0x06dd, 0x06dd, Role::Prepend }, // Arabic end of ayah
     { 0x070f, 0x070f, Role::Prepend }, // Syriac abbreviation mark
@@ -94,10 +94,10 @@ Role roleOf(char32_t codePoint)
         return Role::None;
     if (codePoint >= firstSyllable && codePoint <= lastSyllable)
         return (codePoint - firstSyllable) % finals ? Role::ClosedSyllable : Role::OpenSyllable;
-    const auto *range = std::upper_bound(std::begin(ranges), std::end(ranges), codePoint,
-        [](char32_t c, const Range &r) { return c < r.first; });
-    if (range != std::begin(ranges) && codePoint <= std::prev(range)->last)
-        return std::prev(range)->role;
+    const auto *behind = std::upper_bound(std::begin(roleBlocks), std::end(roleBlocks), codePoint,
+        [](char32_t c, const RoleBlock &block) { return c < block.first; });
+    if (behind != std::begin(roleBlocks) && codePoint <= std::prev(behind)->last)
+        return std::prev(behind)->role;
     return roleOfCategory(codePoint);
 }
 

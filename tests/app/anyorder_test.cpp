@@ -328,7 +328,7 @@ bool AnyOrderTest::isFileOfItsOwn(const QString &name) const
     return !m_changedOutside.contains(name) && QFile::exists(m_files->folder() + name);
 }
 
-/// The mark is there exactly while there is something to undo; without it the text is the file's.
+/// The star in the tab is there exactly while there is something to undo; without it the text is the file's.
 void AnyOrderTest::checkEditor(const ctlEditer *editor)
 {
     const int index = int(m_window->tabBar()->editors().indexOf(editor));

@@ -84,7 +84,7 @@ void RepaintsTest::controlAlonePaintsNothing()
 
 void RepaintsTest::letterPaintsItsRow()
 {
-    paintedBy(Qt::Key_A); // which makes Undo available and marks the tab
+    paintedBy(Qt::Key_A); // which makes Undo available and puts the star into the tab
     QCOMPARE(paintedBy(Qt::Key_A), QList<QWidget *>{ m_editor->viewport() });
     QVERIFY(m_paintedHeight < 2 * m_editor->rowHeight());
 }

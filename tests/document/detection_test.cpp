@@ -147,7 +147,7 @@ quint32 seed()
     return seedOr(20020311);
 }
 
-/// Long stretches of the ordinary with few of the bytes that decide, and short ones with nothing else.
+/// Many ordinary bytes with few of those that decide among them, or a few with nothing else.
 QByteArray randomBytes(QRandomGenerator &random)
 {
     constexpr uchar deciding[] = { 0, 9, 10, 13, 27, 27, 28, '$', '(', 'B', '@', 'I', 'J', 0x7F, 0x80, 0x81,

@@ -105,7 +105,7 @@ public:
         m_isWell = document.store().text() == QString::fromUtf8(m_new) && document.isEdited() == !isSaved;
         return isSaved;
     }
-    QString lostInWindow() const override { return m_isWell ? QString() : u"text or mark"_s; }
+    QString lostInWindow() const override { return m_isWell ? QString() : u"text or edited"_s; }
     QString lostOnDisk(const NextStart &start, bool isDone) const override
     {
         const QByteArray now = contentOf(fileName());
