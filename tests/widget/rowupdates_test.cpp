@@ -162,7 +162,10 @@ void RowUpdatesTest::toldRowsAreDrawn_data()
         p.select(9, 4);
         p.updates.updateSelection();
     }) << rowsFrom(2, 4);
-    QTest::newRow("no selection") << Tell([](PaintedView &p) { p.updates.updateSelection(); }) << Rows();
+    QTest::newRow("no selection") << Tell([](PaintedView &p) {
+        p.setCursor(8);
+        p.updates.updateSelection();
+    }) << Rows();
 }
 
 /// At every scale they are asked for; where pictures are kept, theirs are not good any more.
@@ -222,13 +225,16 @@ void RowUpdatesTest::repaintsAreAskedForWhereRowsAre()
     parts.updates.updateRows(RowIndex(0), RowIndex(10));
     QTRY_VERIFY(!painted.isEmpty());
     QVERIFY(painted.take().boundingRect().height() <= height + 3);
+    // However many they are, it costs what the view shows of them.
+    parts.updates.updateRows(RowIndex(10), RowIndex(qint64{ 1 } << 50));
+    QTRY_VERIFY(!painted.isEmpty());
 }
 
 /// What is right of a short row is background before and after.
 void RowUpdatesTest::movedShortRowsAreNotPaintedOverTheWholeWidth()
 {
-    PaintedView parts(u"x\n"_s.repeated(99));
-    parts.setCursor(198); // out of the view: the cursor's row may show more
+    PaintedView parts(u"x\n"_s.repeated(5) + u"x"_s.repeated(99) + u"\nx"_s.repeated(99));
+    parts.setCursor(parts.document.store().length()); // the cursor's row may show more
     QVERIFY(parts.show());
     parts.paintAll();
     PaintedArea painted(parts.viewport);
@@ -236,10 +242,14 @@ void RowUpdatesTest::movedShortRowsAreNotPaintedOverTheWholeWidth()
     parts.updates.viewMoved(1);
     QTRY_VERIFY(!painted.isEmpty());
     const QRegion area = painted.take();
-    const QRect right(parts.viewport.width() - 20, 0, 20, qFloor(parts.view.rowHeight() * 5));
-    QVERIFY(!area.intersects(right));
-    if (!parts.view.isScaleWhole())
-        QVERIFY(area.contains(QPoint(5, 5)));
+    const auto right = [&parts](int slot) {
+        return QPoint(parts.viewport.width() - 5, qFloor(parts.view.rowHeight() * (slot + 0.5)));
+    };
+    QVERIFY(!area.contains(right(0)) && !area.contains(right(3)) && !area.contains(right(6)));
+    if (parts.view.isScaleWhole())
+        return; // there it is moved
+    QVERIFY(area.contains(QPoint(5, 5)));
+    QVERIFY(area.contains(right(4)) && area.contains(right(5)));
 }
 
 REGISTER_TEST(runWindowTest<RowUpdatesTest>)
