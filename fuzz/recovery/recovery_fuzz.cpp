@@ -1,44 +1,39 @@
-// The life of a program told by bytes: its document is loaded, edited, saved and journalled, another program
-// writes to the file, the program is killed, its journal cut off anywhere, and what is left restored; beside
-// the same on strings.
+// The life of a program told by bytes: its documents are opened, edited, saved, journalled and closed,
+// another program writes to their files, the program is killed, journals cut off anywhere, and what is left
+// restored, some now and some later, in any order; beside the same on strings.
 
 #include "codec/codecs.h"
-#include "document/lineends.h"
-#include "fuzz/bytes.h"
-#include "recovery/texthash.h"
-#include "tests/codec/shorttexts.h"
+#include "fuzz/recovery/livingdocument.h"
 #include "tests/files/quickcalls.h"
 #include "tests/recovery/journalbytes.h"
-#include "tests/text/textalphabet.h"
 
 #include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+#include <map>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString documentName = u"document"_s;
-
-/// A document at the moment of a write.
-struct Written {
-    QString text;
-    quint64 hash; ///< of the text with its spellings
-    CharCode charCode;
-    ReturnCode returnCode;
-    QString base; ///< what Undo leads back to
-};
+constexpr qint64 mostDocuments = 3;
 
 /// What is gone when the program is killed.
 struct Program {
     Program(RecoveryFolder &folder, const FileCalls &calls)
         : journals(folder.journals(), calls, folder.clock())
-        , document({ CharCode::Utf8, ReturnCode::Lf }, calls)
     {
-        document.setName(documentName);
-        journals.attach(document);
     }
     RecoveryJournals journals;
-    TextDocument document;
+    std::array<std::unique_ptr<LivingDocument>, mostDocuments> documents;
+};
+
+/// A journal on the disk, and the texts that its commits have.
+struct Journal {
+    QString file;
+    QByteArray bytes;
+    QList<Written> written;
 };
 
 class Life {
@@ -52,18 +47,19 @@ public:
 
     void step()
     {
-        switch (m_bytes.below(16)) {
+        m_place = size_t(m_bytes.below(mostDocuments));
+        switch (m_bytes.below(18)) {
         case 0:
-            load();
+            document().load();
             break;
         case 1:
-            save();
+            document().save();
             break;
         case 2:
-            undo();
+            document().undo();
             break;
         case 3:
-            redo();
+            document().redo();
             break;
         case 4:
             letOthersWrite();
@@ -75,18 +71,24 @@ public:
             cutJournal();
             break;
         case 7:
-            endKeeping();
+            document().endKeeping();
             break;
         case 8:
         case 9:
         case 10:
-            writeJournal();
+            writeJournals();
             break;
         case 11:
-            paste();
+            document().paste();
+            break;
+        case 12:
+            close();
+            break;
+        case 13:
+            restoreOne();
             break;
         default:
-            type();
+            document().type();
         }
         check();
     }
@@ -95,221 +97,168 @@ public:
     {
         m_program.reset();
         start();
-        restore();
+        for (qint64 count = m_bytes.below(mostDocuments + 1); count > 0; --count)
+            restoreOne();
+    }
+    /// Nothing of it is anywhere else.
+    void restoreAll()
+    {
+        while (!m_left.empty())
+            restoreOne();
     }
     void check() const
     {
-        document().store().checkInvariants();
-        require(document().store().text() == text());
-        require(document().isEdited() == (m_done > 0));
-        require(document().history().canUndo() == (m_done > 0));
-        require(document().history().canRedo() == (m_done + 1 < m_texts.size()));
+        for (const auto &document : m_program->documents) {
+            if (document)
+                document->check();
+        }
     }
 
 private:
-    TextDocument &document() const { return m_program->document; }
-    RecoveryJournals &journals() const { return m_program->journals; }
-    const QString &text() const { return m_texts.at(m_done); }
-    QString path() const { return m_folder.documents().path(); }
-    QByteArray onDisk() const { return m_folder.documents().read(documentName); }
+    /// The one that a step is about; opens it where there is none.
+    LivingDocument &document()
+    {
+        const QString name = QString(QChar(u'a' + int(m_place)));
+        if (!m_program->documents[m_place])
+            open(name);
+        return *m_program->documents[m_place];
+    }
+    void open(const QString &name)
+    {
+        m_program->documents[m_place] = std::make_unique<LivingDocument>(
+            ++m_lastId, name, m_bytes, m_folder, m_program->journals, m_calls);
+    }
+    void close()
+    {
+        std::unique_ptr<LivingDocument> &document = m_program->documents[m_place];
+        if (!document)
+            return;
+        document->close();
+        m_live.erase(document->id());
+        m_claimed.erase(document->id());
+        document.reset();
+    }
+    void letOthersWrite()
+    {
+        const QString name = QString(QChar(u'a' + int(m_place)));
+        require(m_folder.documents().write(name, LivingDocument::fileContent(m_bytes)));
+    }
 
     void start()
     {
+        m_left.merge(m_live);
+        m_left.merge(m_claimed);
+        m_live.clear();
+        m_claimed.clear();
         m_program = std::make_unique<Program>(m_folder, m_calls);
-        m_isKept = false;
-        startAnew({});
-    }
-    void startAnew(const QString &text)
-    {
-        m_texts = { text };
-        m_done = 0;
     }
 
-    QByteArray fileContent()
-    {
-        static const QByteArrayList parts{ "a", "b", "\n", "\r\n", "\r", "\x82\xa0", "\x81\x45", "\x87\x90",
-            "\x81\xe0", "\xfa\x54", "\x80", "\xff", "\xe3\x81\x82", "\xe3\x81", "\xa4\xa2", "\x8f\xb0\xa1",
-            "\x1b$B", "\x1b(B", "\x1b(J", "$\"", "\x1b" };
-        QByteArray content;
-        for (qint64 count = m_bytes.below(40); count > 0; --count)
-            content += parts.at(m_bytes.below(parts.size()));
-        return content;
-    }
-    CharCode charCode() { return CharCode(int(CharCode::Utf8) + int(m_bytes.below(4))); }
-
-    void load()
-    {
-        QByteArray bytes = fileContent();
-        require(m_folder.documents().write(documentName, bytes));
-        const CharCode code = charCode();
-        require(!document().load(path(), documentName, code, { code, ReturnCode::Lf }));
-        m_known = bytes;
-        m_isKept = false;
-        normalizeLineEnds(bytes, document().returnCode());
-        startAnew(decoded(codecToRead(code, bytes), bytes));
-    }
-
-    void letOthersWrite() { require(m_folder.documents().write(documentName, fileContent())); }
-
-    /// What another program has written to the document's file is kept.
-    void save()
-    {
-        const QByteArray others = onDisk();
-        const bool isOvertaken = !document().path().isEmpty() && others != m_known;
-        const CharCode code = charCode();
-        const auto returnCode = ReturnCode(int(ReturnCode::Cr) + int(m_bytes.below(3)));
-        const SaveResult result = document().save(path(), documentName, code, returnCode);
-        require(result.outcome == SaveResult::Outcome::Written);
-        require(result.keptCopy.isEmpty() != isOvertaken);
-        QFile kept(result.keptCopy);
-        require(!isOvertaken || (kept.open(QIODevice::ReadOnly) && kept.readAll() == others));
-        m_known = onDisk();
-        startAnew(text());
-        m_isKept = m_bytes.below(4) == 0;
-        if (m_isKept)
-            journals().keep(document(), KeptFor::Substitution);
-    }
-
-    void endKeeping()
-    {
-        journals().endKeeping(document(), KeptFor::Substitution);
-        m_isKept = false;
-    }
-
-    void undo()
-    {
-        if (m_done == 0)
-            return;
-        document().undo();
-        --m_done;
-    }
-    void redo()
-    {
-        if (m_done + 1 == m_texts.size())
-            return;
-        document().redo();
-        ++m_done;
-    }
-
-    void type()
-    {
-        static const QStringList characters = hurtingCharacters();
-        QString entered;
-        for (qint64 count = m_bytes.below(8); count > 0; --count)
-            entered += characters.at(m_bytes.below(characters.size()));
-        replace(entered, entered);
-    }
-    void paste()
-    {
-        const qint64 from = m_bytes.below(text().size() + 1);
-        const qint64 length = m_bytes.below(qMin<qint64>(100, text().size() - from) + 1);
-        replace(text().sliced(from, length), document().store().piece(Offset(from), length));
-    }
-    /// The same as a string and as what it is to be edited with.
-    template <typename Text> void replace(const QString &inserted, const Text &text)
-    {
-        const qint64 offset = m_bytes.below(this->text().size() + 1);
-        const qint64 removed = qMin(m_bytes.below(9), this->text().size() - offset);
-        document().replace(Offset(offset), removed, text);
-        if (removed == 0 && inserted.isEmpty())
-            return;
-        const QString changed = QString(this->text()).replace(offset, removed, inserted);
-        m_texts.resize(++m_done);
-        m_texts.append(changed);
-    }
-
-    void writeJournal()
+    void writeJournals()
     {
         m_folder.now += 10000;
-        journals().writeDue();
-        require(journals().flush(std::chrono::minutes(1)));
-        const QByteArray journal = JournalBytes::only(m_folder);
-        const qsizetype commits = JournalBytes::commitsIn(journal);
-        require((commits > 0) == (document().isEdited() || m_isKept));
-        if (commits == 0)
-            m_written.clear();
-        else if (!m_journal.isEmpty() && journal.startsWith(m_journal))
-            require(commits - m_written.size() <= 1);
-        else
-            m_written.clear();
-        if (commits > m_written.size())
-            m_written.append(now());
-        require(commits == m_written.size());
-        m_journal = journal;
+        m_program->journals.writeDue();
+        require(m_program->journals.flush(std::chrono::minutes(1)));
+        m_claimed.clear();
+        std::map<qint64, Journal> found = journalsOnDisk();
+        for (const auto &[id, journal] : m_left)
+            require(found.erase(id) == 1);
+        for (const auto &document : m_program->documents) {
+            if (!document)
+                continue;
+            const auto journal = found.extract(document->id());
+            require(journal.empty() != document->needsJournal());
+            if (journal.empty())
+                m_live.erase(document->id());
+            else
+                noteWritten(*document, std::move(journal.mapped()));
+        }
+        require(found.empty());
     }
-    Written now() const
+    /// By the documents that they are of, which their commits tell; those that have none are not told.
+    std::map<qint64, Journal> journalsOnDisk() const
     {
-        const TextStore &store = document().store();
-        return { text(), textHashOf(store, store.length()), document().charCode(), document().returnCode(),
-            m_isKept ? QString() : m_texts.first() };
+        std::map<qint64, Journal> found;
+        for (const QString &file : m_folder.files()) {
+            const QByteArray bytes = JournalBytes::named(m_folder, file);
+            const auto left =
+                std::ranges::find(m_left, file, [](const auto &entry) { return entry.second.file; });
+            const std::optional<JournalState> state = JournalBytes::lastState(bytes);
+            require(state || left != m_left.end());
+            const qint64 id = left != m_left.end() ? left->first : state->place.left;
+            require(found.insert({ id, { file, bytes, {} } }).second);
+        }
+        return found;
+    }
+    void noteWritten(const LivingDocument &document, Journal &&journal)
+    {
+        const qsizetype commits = JournalBytes::commitsIn(journal.bytes);
+        Journal &known = m_live[document.id()];
+        if (!known.bytes.isEmpty() && journal.bytes.startsWith(known.bytes))
+            require(commits - known.written.size() <= 1);
+        else
+            known.written.clear();
+        journal.written = std::move(known.written);
+        if (commits > journal.written.size())
+            journal.written.append(document.now());
+        require(commits == journal.written.size());
+        known = std::move(journal);
     }
 
-    /// As a disk may leave it that was being written to.
+    /// One that was left behind, as a disk may leave it that was being written to.
     void cutJournal()
     {
-        if (m_journal.isEmpty())
-            return;
         m_program.reset();
-        const qsizetype size = (m_bytes.next() * 256 + m_bytes.next()) % (m_journal.size() + 1);
-        m_journal.truncate(size);
-        const QString name = m_folder.files().filter(u".journal"_s).value(0);
-        require(QFile::resize(QFile::decodeName(m_folder.journals()) + name, size));
-        m_written.resize(JournalBytes::commitsIn(m_journal));
         start();
-        restore();
+        if (m_left.empty())
+            return;
+        Journal &journal = anyLeft()->second;
+        const qsizetype size = (m_bytes.next() * 256 + m_bytes.next()) % (journal.bytes.size() + 1);
+        journal.bytes.truncate(size);
+        require(QFile::resize(QFile::decodeName(m_folder.journals()) + journal.file, size));
+        journal.written.resize(JournalBytes::commitsIn(journal.bytes));
     }
 
-    void restore()
+    std::map<qint64, Journal>::iterator anyLeft()
     {
-        const std::vector<LeftBehind> found = journals().leftBehind();
-        require(found.size() <= 1 && (m_written.isEmpty() || found.size() == 1));
-        if (found.empty()) {
-            removeBroken();
-            return;
-        }
-        if (m_written.isEmpty()) {
-            discard(found.front());
-            return;
-        }
-        const Written &written = m_written.last();
-        const Restored restored = journals().restore(found.front(), document());
-        const bool isEdited = restored.outcome == Restored::Outcome::Edited;
-        require(isEdited || restored.outcome == Restored::Outcome::New);
-        const TextStore &store = document().store();
-        require(store.text() == written.text && textHashOf(store, store.length()) == written.hash);
-        require(document().charCode() == written.charCode && document().returnCode() == written.returnCode);
-        require(document().path().isEmpty() != isEdited);
-        m_known = onDisk();
-        startAnew(isEdited ? written.base : QString());
-        if (!document().history().canUndo())
-            return;
-        m_texts.append(written.text);
-        m_done = 1;
+        return std::next(m_left.begin(), m_bytes.below(qint64(m_left.size())));
     }
-    /// What has lost its head is no journal to the program, which leaves it alone.
-    void removeBroken()
+    /// In the place of a document, which is closed.
+    void restoreOne()
     {
-        m_journal.clear();
-        for (const QString &name : m_folder.files())
-            require(QFile::remove(QFile::decodeName(m_folder.journals()) + name));
-    }
-    void discard(const LeftBehind &found)
-    {
-        require(journals().restore(found, document()).outcome == Restored::Outcome::NotPossible);
-        require(journals().discard(found) && journals().leftBehind().empty());
-        m_journal.clear();
+        if (m_left.empty())
+            return;
+        m_place = size_t(m_bytes.below(mostDocuments));
+        close();
+        const auto chosen = anyLeft();
+        const QByteArray file = m_folder.journals() + QFile::encodeName(chosen->second.file);
+        const std::vector<LeftBehind> found = m_program->journals.leftBehind();
+        const auto left = std::ranges::find(found, file, &LeftBehind::journal);
+        const bool isEmpty = chosen->second.written.isEmpty();
+        require(left != found.end() || isEmpty);
+        if (left != found.end())
+            open(left->name);
+        if (left != found.end() && isEmpty) {
+            document().restoreNothing(*left);
+            require(m_program->journals.discard(*left));
+        } else if (isEmpty) {
+            QFile::remove(QFile::decodeName(file)); // what has lost its head is nobody's
+        } else {
+            document().restore(*left, chosen->second.written.last());
+            m_claimed[document().id()] = chosen->second;
+        }
+        m_left.erase(chosen);
     }
 
     Bytes &m_bytes;
     RecoveryFolder m_folder;
     const FileCalls m_calls = quickCalls();
     std::unique_ptr<Program> m_program;
-    QByteArray m_known; ///< what the document knows its file to have
-    bool m_isKept = false; ///< the journal stays though all is saved
-    QStringList m_texts; ///< since the text was loaded, saved or restored
-    qsizetype m_done = 0; ///< which of them the document has
-    QByteArray m_journal; ///< as it was written last
-    QList<Written> m_written; ///< by the commits in it
+    size_t m_place = 0; ///< among the documents
+    qint64 m_lastId = 0;
+    /// Journals by the documents that wrote them, or got their texts.
+    std::map<qint64, Journal> m_live; ///< of documents that are open
+    std::map<qint64, Journal> m_claimed; ///< those from which open documents were restored
+    std::map<qint64, Journal> m_left; ///< behind, by programs that were killed
 };
 
 } // namespace
@@ -322,9 +271,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static const QCoreApplication application(count, arguments);
     Bytes bytes(data, size);
     Life life(bytes);
-    for (int step = 0; step < 40 && !bytes.atEnd(); ++step)
+    for (int step = 0; step < 60 && !bytes.atEnd(); ++step)
         life.step();
     life.kill();
+    life.restoreAll();
     life.check();
     return 0;
 }

@@ -10,8 +10,12 @@ public:
     static QByteArray only(const RecoveryFolder &folder)
     {
         const QStringList names = folder.files().filter(QStringLiteral(".journal"));
-        QFile file(QFile::decodeName(folder.journals()) + names.value(0));
-        return names.size() == 1 && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return names.size() == 1 ? named(folder, names.front()) : QByteArray();
+    }
+    static QByteArray named(const RecoveryFolder &folder, const QString &name)
+    {
+        QFile file(QFile::decodeName(folder.journals()) + name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     /// Puts a journal into a folder that has none.
     static LeftBehind put(const RecoveryFolder &folder, const QByteArray &bytes)
@@ -24,18 +28,28 @@ public:
         return { name, {}, {} };
     }
     /// Commits among the records that are whole.
-    static qsizetype commitsIn(QByteArrayView bytes)
+    static qsizetype commitsIn(QByteArrayView bytes) { return states(bytes).size(); }
+    /// Of the last commit; nothing where there is none.
+    static std::optional<JournalState> lastState(QByteArrayView bytes)
     {
-        qsizetype commits = 0;
+        const QList<JournalState> all = states(bytes);
+        return all.isEmpty() ? std::nullopt : std::optional(all.last());
+    }
+
+private:
+    static QList<JournalState> states(QByteArrayView bytes)
+    {
+        QList<JournalState> found;
         if (!bytes.startsWith(journalMagic()))
-            return 0;
+            return found;
         bytes = bytes.sliced(journalMagic().size());
         for (auto record = firstRecord(bytes); record; record = firstRecord(bytes)) {
-            commits += record->type == RecordType::Commit ? 1 : 0;
+            if (record->type == RecordType::Commit)
+                found << stateIn(record->content).value_or(JournalState());
             bytes = bytes.sliced(JournalRecord::headSize + record->content.size());
             if (bytes.size() < JournalRecord::headSize)
                 break;
         }
-        return commits;
+        return found;
     }
 };
