@@ -7,6 +7,8 @@
 #include "tests/recovery/recoveryfolder.h"
 #include "tests/text/textalphabet.h"
 
+#include <map>
+
 /// A document at the moment of a write to its journal.
 struct Written {
     QString text;
@@ -16,16 +18,27 @@ struct Written {
     QString base; ///< what Undo leads back to
 };
 
+/// Which document of a program has saved to a file last.
+struct Saves {
+    struct Save {
+        qint64 number = 0; ///< counted over all files
+        qint64 document = 0;
+    };
+    qint64 count = 0;
+    std::map<QString, Save> last;
+};
+
 /// An open document with its journal, beside the same on strings; bytes tell what becomes of it.
 class LivingDocument {
 public:
     /// Never saved, and without text. By `id` its journal is known. Nothing is owned.
     LivingDocument(qint64 id, const QString &name, Bytes &bytes, const RecoveryFolder &folder,
-        RecoveryJournals &journals, const FileCalls &calls)
+        RecoveryJournals &journals, Saves &saves, const FileCalls &calls)
         : m_id(id)
         , m_bytes(bytes)
         , m_folder(folder)
         , m_journals(journals)
+        , m_saves(saves)
         , m_document({ CharCode::Utf8, ReturnCode::Lf }, calls)
     {
         m_document.startNew(name, { CharCode::Utf8, ReturnCode::Lf }, utf8Codec());
@@ -66,11 +79,12 @@ public:
         startAnew(decoded(codecToRead(code, bytes), bytes));
     }
 
-    /// What another one has written to the document's file is kept.
+    /// What another program or document has written to the file is kept.
     void save()
     {
         const QByteArray others = onDisk();
-        const bool isOvertaken = !m_document.path().isEmpty() && others != m_known;
+        const bool isOvertaken =
+            (!m_document.path().isEmpty() && others != m_known) || hasAnotherSaved(m_saves.last[name()]);
         const CharCode code = charCode();
         const auto returnCode = ReturnCode(int(ReturnCode::Cr) + int(m_bytes.below(3)));
         const SaveResult result = m_document.save(path(), name(), code, returnCode);
@@ -79,6 +93,7 @@ public:
         QFile kept(result.keptCopy);
         require(!isOvertaken || (kept.open(QIODevice::ReadOnly) && kept.readAll() == others));
         m_known = onDisk();
+        m_saves.last[name()] = { ++m_saves.count, m_id };
         startAnew(text());
         m_isKept = m_bytes.below(4) == 0;
         if (m_isKept)
@@ -162,8 +177,13 @@ private:
     QByteArray onDisk() const { return m_folder.documents().read(name()); }
     CharCode charCode() { return CharCode(int(CharCode::Utf8) + int(m_bytes.below(4))); }
 
+    bool hasAnotherSaved(const Saves::Save &last) const
+    {
+        return last.document != m_id && last.number > m_begun;
+    }
     void startAnew(const QString &text)
     {
+        m_begun = m_saves.count;
         m_texts = { text };
         m_done = 0;
     }
@@ -184,7 +204,9 @@ private:
     Bytes &m_bytes;
     const RecoveryFolder &m_folder;
     RecoveryJournals &m_journals;
+    Saves &m_saves;
     TextDocument m_document;
+    qint64 m_begun = m_saves.count; ///< how many saves there were when it was read or written last
     QByteArray m_known; ///< what the document knows its file to have
     bool m_isKept = false; ///< the journal stays though all is saved
     QStringList m_texts{ QString() }; ///< since the text was loaded, saved or restored

@@ -26,6 +26,7 @@ struct Program {
     {
     }
     RecoveryJournals journals;
+    Saves saves;
     std::array<std::unique_ptr<LivingDocument>, mostDocuments> documents;
 };
 
@@ -126,7 +127,7 @@ private:
     void open(const QString &name)
     {
         m_program->documents[m_place] = std::make_unique<LivingDocument>(
-            ++m_lastId, name, m_bytes, m_folder, m_program->journals, m_calls);
+            ++m_lastId, name, m_bytes, m_folder, m_program->journals, m_program->saves, m_calls);
     }
     void close()
     {

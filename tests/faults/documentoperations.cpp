@@ -75,6 +75,33 @@ private:
     bool m_isWell = true;
 };
 
+/// Reads what a log has got since.
+class ReadOn : public FileOperation {
+public:
+    using FileOperation::FileOperation;
+
+    bool run(const FileCalls &calls, const Begin &begin) override
+    {
+        TextDocument document(plainCodes, calls);
+        if (document.load(path(), nameToUse(), {}, plainCodes))
+            return false;
+        writeFile(fileName(), m_old + m_old);
+        begin();
+        const bool isRead = document.readGrowth();
+        m_isWell = document.store().text() == QString::fromUtf8(isRead ? m_old + m_old : m_old)
+            && !document.isEdited();
+        return isRead;
+    }
+    QString lostInWindow() const override { return m_isWell ? QString() : u"another text"_s; }
+    QString lostOnDisk(const NextStart &, bool) const override
+    {
+        return contentOf(fileName()) == m_old + m_old ? QString() : u"the file"_s;
+    }
+
+private:
+    bool m_isWell = true;
+};
+
 class Save : public FileOperation {
 public:
     enum class With { NothingElse, KeptCopy, Journal };
@@ -166,6 +193,8 @@ std::vector<NamedOperation> documentOperations()
         load("load", Target::Plain, 1),
         load("load through a link", Target::Link, 1),
         load("load of an empty file", Target::Plain, 0),
+        { "load of what a file has got since",
+            [](const Sandbox &sandbox) { return std::make_unique<ReadOn>(sandbox, Target::Plain, 1); } },
         save("save of a new file", Target::New),
         save("save", Target::Plain),
         save("save through a link", Target::Link),

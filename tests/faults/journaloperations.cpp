@@ -130,12 +130,20 @@ private:
 
 class Restoring : public JournalOperation {
 public:
-    using JournalOperation::JournalOperation;
+    enum class File { Unchanged, Changed };
+
+    Restoring(const Sandbox &sandbox, File file)
+        : JournalOperation(sandbox)
+        , m_file(file)
+    {
+    }
 
     void prepare() override
     {
         JournalOperation::prepare();
         leaveJournal(u"a"_s);
+        if (m_file == File::Changed)
+            writeFile(m_sandbox.documents() + "file.txt", "of another program\n");
     }
     bool run(const FileCalls &calls, const Begin &begin) override
     {
@@ -160,7 +168,31 @@ public:
     }
 
 private:
+    const File m_file;
     bool m_isWell = true;
+};
+
+/// Of a document whose file is gone; its journal has the text.
+class Closing : public JournalOperation {
+public:
+    using JournalOperation::JournalOperation;
+
+    bool run(const FileCalls &calls, const Begin &begin) override
+    {
+        Program program(calls);
+        program.load(m_sandbox);
+        QFile::remove(QFile::decodeName(m_sandbox.documents() + "file.txt"));
+        program.journals.keep(program.document, KeptFor::Deletion);
+        program.pause();
+        begin();
+        program.journals.leave(program.document);
+        return program.journals.flush(std::chrono::minutes(1));
+    }
+    QString lostOnDisk(const NextStart &start, bool) const override
+    {
+        const QStringList found = start.restoredTexts();
+        return found.contains(fileText) ? QString() : asLost(found);
+    }
 };
 
 class Discarding : public JournalOperation {
@@ -227,6 +259,11 @@ NamedOperation writing(const char *name, JournalWriting::Step step)
     return { name, [=](const Sandbox &sandbox) { return std::make_unique<JournalWriting>(sandbox, step); } };
 }
 
+NamedOperation restoring(const char *name, Restoring::File file)
+{
+    return { name, [=](const Sandbox &sandbox) { return std::make_unique<Restoring>(sandbox, file); } };
+}
+
 template <class Kind> NamedOperation other(const char *name)
 {
     return { name, [](const Sandbox &sandbox) { return std::make_unique<Kind>(sandbox); } };
@@ -242,7 +279,9 @@ std::vector<NamedOperation> journalOperations()
         writing("next write of a journal", Step::Next),
         writing("journal that is written anew", Step::Anew),
         writing("journal that goes", Step::Removed),
-        other<Restoring>("restoring"),
+        other<Closing>("closing of a document without its file"),
+        restoring("restoring", Restoring::File::Unchanged),
+        restoring("restoring where the file has changed", Restoring::File::Changed),
         other<Discarding>("discarding"),
         other<Start>("start"),
     };
