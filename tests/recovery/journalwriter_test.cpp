@@ -13,8 +13,9 @@ namespace {
 /// A document whose journal is written step by step.
 class Written : public QObject {
 public:
-    explicit Written(const FileCalls &calls = FileCalls::system())
-        : writer(m_journals, calls)
+    explicit Written(FileCalls calls = FileCalls::system())
+        : m_calls(std::move(calls))
+        , writer(m_journals, m_calls)
     {
         connect(&document, &TextDocument::changed, this,
             [this](const TextChange &change) { m_text.note(change); });
@@ -67,6 +68,7 @@ public:
     TextDocument document;
 
 private:
+    const FileCalls m_calls;
     JournalText m_text;
     std::shared_ptr<const JournalWrite> m_write;
     const QByteArray m_journals = folder.journals();
