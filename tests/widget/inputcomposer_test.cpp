@@ -3,7 +3,11 @@
 #include "tests/testprogram.h"
 #include "tests/widget/inputparts.h"
 
+#include <QInputMethod>
 #include <QSignalSpy>
+
+#include <private/qinputmethod_p.h>
+#include <qpa/qplatforminputcontext.h>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +27,30 @@ void commit(InputParts &parts, const QString &text, int from = 0, int length = 0
     parts.composer.compose(event);
 }
 
+/// An input method that does not know that it is to commit, and commits when it is told to forget.
+class Stubborn : public QPlatformInputContext {
+public:
+    Stubborn(QWidget &editor, const QString &text)
+        : m_editor(editor)
+        , m_text(text)
+    {
+        QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = this;
+    }
+    ~Stubborn() override { QInputMethodPrivate::get(QGuiApplication::inputMethod())->testContext = nullptr; }
+    Q_DISABLE_COPY_MOVE(Stubborn)
+    bool isValid() const override { return true; }
+    void reset() override
+    {
+        QInputMethodEvent event;
+        event.setCommitString(m_text);
+        QCoreApplication::sendEvent(&m_editor, &event);
+    }
+
+private:
+    QWidget &m_editor;
+    const QString m_text;
+};
+
 } // namespace
 
 /// An input method and a text, without an editor between them.
@@ -37,6 +65,7 @@ private slots:
     void textAroundTheCursorIsReplaced();
     void nothingIsNoEdit();
     void anInputMethodThatDoesNotAnswerLosesNothing();
+    void whatItCommitsAfterwardsIsNotWrittenTwice();
     void selectsInWhatItWasShown();
     void showsAPartOfALongLine_data();
     void showsAPartOfALongLine();
@@ -134,6 +163,19 @@ void InputComposerTest::anInputMethodThatDoesNotAnswerLosesNothing()
     QVERIFY(!parts.composer.isComposing());
     parts.composer.commit();
     QCOMPARE(parts.text(), u"aかなb"_s);
+}
+
+void InputComposerTest::whatItCommitsAfterwardsIsNotWrittenTwice()
+{
+    InputParts parts(u"ab"_s);
+    const Passing passing(parts);
+    const Stubborn inputMethod(parts.editor, u"かな"_s);
+    parts.setCursor(1);
+    parts.composer.compose(composing(u"かな"_s));
+    parts.composer.commit();
+    QCOMPARE(parts.drawn(), u"aかな|b"_s);
+    commit(parts, u"x"_s); // it is heard again
+    QCOMPARE(parts.drawn(), u"aかなx|b"_s);
 }
 
 void InputComposerTest::selectsInWhatItWasShown()
