@@ -93,5 +93,3 @@ inline std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
     }
     Q_UNREACHABLE();
 }
-
-Q_DECLARE_METATYPE(Form)

@@ -85,8 +85,6 @@ public:
 
 } // namespace
 
-Q_DECLARE_METATYPE(Action)
-
 /// What assistive technology does to the window, past what keeps keys and mouse from it: a replace-all that
 /// runs, or a dialog.
 class HeldBackTest : public QObject {

@@ -175,7 +175,6 @@ void JumpTest::cancelledDialogJumpsNowhere()
 }
 
 using Edit = void (*)(TestWindow &, ctlEditer &);
-Q_DECLARE_METATYPE(Edit)
 
 void JumpTest::lastEditIsWhereItBegan_data()
 {

@@ -41,8 +41,6 @@ QList<CommandSlot> commandsFor(int key, Qt::KeyboardModifiers modifiers, const Q
 
 } // namespace
 
-Q_DECLARE_METATYPE(CommandSlot)
-
 /// The window's key map, row by row.
 class KeyMapTest : public QObject {
     Q_OBJECT

@@ -108,8 +108,6 @@ std::unique_ptr<QWidget> openForm(Form form, TestWindow &window)
 
 } // namespace
 
-Q_DECLARE_METATYPE(CommandId)
-
 /// Everything that the menus offer is done without a pointer.
 class MenuKeysTest : public QObject {
     Q_OBJECT

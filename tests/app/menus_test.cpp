@@ -115,8 +115,6 @@ QImage picture(const QString &name)
 
 } // namespace
 
-Q_DECLARE_METATYPE(MenuId)
-
 /// Menus and tool bar: their items, pictures and labels, and what each of them does.
 class MenusTest : public QObject {
     Q_OBJECT

@@ -75,8 +75,6 @@ qint64 topLine(const ctlEditer *editor)
 
 } // namespace
 
-Q_DECLARE_METATYPE(std::function<void()>)
-
 /// Changed settings reach the open documents, and nothing else of them changes.
 class OptionsTest : public QObject {
     Q_OBJECT

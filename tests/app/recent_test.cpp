@@ -99,7 +99,7 @@ void RecentTest::menuShowsUsedRows()
     QFETCH(QStringList, rows);
     QFETCH(int, count);
     recentFiles().RecentViewCnt = count;
-    for (const size_t row : { 0, 2, 5, 19 })
+    for (const size_t row : { 0U, 2U, 5U, 19U })
         recentFiles().entries[row] = { u"/folder/"_s, QString::number(row) };
     recentFiles().entries[1] = { QString(), u"no folder"_s };
     recentFiles().entries[3] = { u"/no name/"_s, QString() };

@@ -67,8 +67,6 @@ constexpr int hits = 4000;
 
 } // namespace
 
-Q_DECLARE_METATYPE(Intrusion)
-
 /// Replace-all in the main window: what it shows, and what does not get in while it runs.
 class ReplaceRunTest : public QObject {
     Q_OBJECT

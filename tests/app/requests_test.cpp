@@ -13,8 +13,6 @@
 
 using namespace Qt::StringLiterals;
 
-Q_DECLARE_METATYPE(std::function<void(frmMain &)>)
-
 namespace {
 
 QPEApplication *application()

@@ -6,7 +6,6 @@
 using namespace Qt::StringLiterals;
 
 using MakeTrouble = std::function<void(TestWindow &, const TestFiles &)>;
-Q_DECLARE_METATYPE(MakeTrouble)
 
 namespace {
 

@@ -7,8 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-Q_DECLARE_METATYPE(std::function<bool(TestWindow &)>)
-
 namespace {
 
 /// The session manager's order to end: the application tells it, then closes the windows.

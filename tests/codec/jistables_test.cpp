@@ -84,8 +84,6 @@ QMap<int, char16_t> standardTable(const QString &name)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Place)
-
 /// The Japanese tables against the system's own and the standard's.
 class JisTablesTest : public QObject {
     Q_OBJECT

@@ -8,8 +8,6 @@
 
 using namespace Qt::StringLiterals;
 
-Q_DECLARE_METATYPE(ReturnCode)
-
 namespace {
 
 const QByteArray oldContent = "the old content\n";

@@ -81,7 +81,5 @@ void PlacesInTextTest::areAMovingList()
     }
 }
 
-Q_DECLARE_METATYPE(TextChange)
-
 REGISTER_TEST(runPlainTest<PlacesInTextTest>)
 #include "placesintext_test.moc"

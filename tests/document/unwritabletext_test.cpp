@@ -261,7 +261,5 @@ void UnwritableTextTest::showsTheFirst()
     QCOMPARE(text.next(Offset(7)), Offset(0));
 }
 
-Q_DECLARE_METATYPE(CharCode)
-
 REGISTER_TEST(runCoreTest<UnwritableTextTest>)
 #include "unwritabletext_test.moc"

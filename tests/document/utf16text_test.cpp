@@ -12,8 +12,6 @@
 
 using namespace Qt::StringLiterals;
 
-Q_DECLARE_METATYPE(Utf16Form)
-
 namespace {
 
 QByteArray utf16Of(const QString &text, Utf16Form form)
@@ -168,7 +166,7 @@ void Utf16TextTest::otherCodesAreNeverTakenForIt_data()
 {
     QTest::addColumn<CharCode>("code");
     QTest::addColumn<uint>("seed");
-    const uint seed = qEnvironmentVariableIntValue("SEED");
+    const auto seed = static_cast<uint>(qEnvironmentVariableIntValue("SEED"));
     for (const CharCode code : { CharCode::ShiftJis, CharCode::Euc, CharCode::Jis, CharCode::Utf8 })
         QTest::addRow("%s, seed %u", infoOf(code).name.data(), seed) << code << seed;
 }

@@ -26,8 +26,6 @@ enum class SearchDirection { Next, Previous };
 
 } // namespace
 
-Q_DECLARE_METATYPE(SearchDirection)
-
 /// What is looked for is "ab", and replaced by "xyz".
 void EditorSearchTest::hits_data()
 {

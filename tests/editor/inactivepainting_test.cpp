@@ -7,8 +7,6 @@
 
 using Setting = int AppSettings::*;
 using Apply = void (ctlEditer::*)();
-Q_DECLARE_METATYPE(Setting)
-Q_DECLARE_METATYPE(Apply)
 
 namespace {
 

@@ -127,13 +127,13 @@ void SameFileTest::ownVersionIsNotKept_data()
 {
     using Steps = std::function<void(ctlEditer & one, ctlEditer & two)>;
     QTest::addColumn<Steps>("steps");
-    QTest::newRow("read again") << Steps([this](ctlEditer &one, ctlEditer &two) {
+    QTest::newRow("read again") << Steps([](ctlEditer &one, ctlEditer &two) {
         QVERIFY(edit(two, u"two "_s));
         one.reload(one.path(), one.name());
     });
     QTest::newRow("another file") << Steps(
-        [this](ctlEditer &, ctlEditer &two) { QVERIFY(edit(two, u"two "_s, u"other.txt"_s)); });
-    QTest::newRow("back to a file it wrote before") << Steps([this](ctlEditer &one, ctlEditer &) {
+        [](ctlEditer &, ctlEditer &two) { QVERIFY(edit(two, u"two "_s, u"other.txt"_s)); });
+    QTest::newRow("back to a file it wrote before") << Steps([](ctlEditer &one, ctlEditer &) {
         QVERIFY(edit(one, u"one "_s));
         QVERIFY(edit(one, u"one "_s, u"new.txt"_s));
         QVERIFY(edit(one, u"one "_s, u"a.txt"_s));

@@ -298,7 +298,5 @@ void FileVersionTest::everyFailingCallOfObstacles()
     }
 }
 
-Q_DECLARE_METATYPE(FileChange)
-
 REGISTER_TEST(runCoreTest<FileVersionTest>)
 #include "fileversion_test.moc"

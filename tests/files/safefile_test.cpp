@@ -443,7 +443,7 @@ void SafeFileTest::oldContentIsOnTheDiskBeforeItIsOverwritten()
     if (keeps)
         file.keepOldContent();
     QVERIFY(save(file, m_new));
-    qputenv("XDG_STATE_HOME", state.chopped(qstrlen("/marlopad/")));
+    qputenv("XDG_STATE_HOME", state.chopped(QByteArrayView("/marlopad/").size()));
     QVERIFY(order.contains("target"));
     order.erase(order.begin() + order.indexOf("target"), order.end());
     const QByteArray folder = base + "on/the way/marlopad/";

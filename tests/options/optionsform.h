@@ -251,5 +251,3 @@ inline void numberIsCheckedAndStored(
 }
 
 } // namespace OptionsForm
-
-Q_DECLARE_METATYPE(OptionsForm::Setting)

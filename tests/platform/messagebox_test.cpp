@@ -83,8 +83,6 @@ void addPresses()
 
 } // namespace
 
-Q_DECLARE_METATYPE(Act)
-
 void MessageBoxTest::showsTextsAsTheyAre_data()
 {
     QTest::addColumn<QString>("text");

@@ -24,8 +24,6 @@ void hideAsMinimised(QWidget &widget)
 
 } // namespace
 
-Q_DECLARE_METATYPE(void (*)(frmReplaceProgress &))
-
 class FrmReplaceProgressTest : public QObject {
     Q_OBJECT
 private slots:

@@ -32,8 +32,6 @@ void showIn(frmSearchDialog &panel, int mode, const QString &findText = {})
 
 } // namespace
 
-Q_DECLARE_METATYPE(void (frmSearchDialog::*)())
-
 /// The panel by itself: controls, modes, histories, keys.
 class FrmSearchDialogTest : public QObject {
     Q_OBJECT

@@ -44,8 +44,6 @@ constexpr std::pair<const char *, Putting> ways[] = { { "paste", paste }, { "dro
 
 } // namespace
 
-Q_DECLARE_METATYPE(Putting)
-
 /// What the panel's two fields take, and what they do not do by themselves.
 class SearchFieldsTest : public QObject {
     Q_OBJECT

@@ -254,7 +254,7 @@ void QMultiLineEditInputTest::answersQueries()
     QCOMPARE(edit.ask(Qt::ImCurrentSelection).toString(), u"on"_s);
     QCOMPARE(edit.ask(Qt::ImTextBeforeCursor).toString(), u"secon"_s);
     QCOMPARE(edit.ask(Qt::ImTextAfterCursor).toString(), u"d"_s);
-    QVERIFY(edit.ask(Qt::ImHints).toInt() & Qt::ImhMultiLine);
+    QVERIFY(edit.ask(Qt::ImHints).toUInt() & Qt::ImhMultiLine);
     QCOMPARE(edit.ask(Qt::ImFont).value<QFont>(), edit.font());
     QVERIFY(!edit.ask(Qt::ImReadOnly).toBool());
     QVERIFY(

@@ -97,8 +97,6 @@ void prepare(LaidOutEdit &edit)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Question)
-
 /// When text is laid out, after what rows depend on has changed.
 class QMultiLineEditLayoutTest : public QObject {
     Q_OBJECT

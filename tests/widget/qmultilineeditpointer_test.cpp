@@ -147,7 +147,7 @@ void QMultiLineEditPointerTest::doubleClickAndDragSelectsWords()
 {
     m_edit->setText(u"one two three four"_s);
     QWidget *const view = m_edit->viewport();
-    const auto dragTo = [this, view](QPoint to) {
+    const auto dragTo = [view](QPoint to) {
         QMouseEvent move(QEvent::MouseMove, QPointF(to), view->mapToGlobal(QPointF(to)), Qt::NoButton,
             Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(view, &move);

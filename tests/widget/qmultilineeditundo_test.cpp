@@ -7,7 +7,6 @@
 using namespace Qt::StringLiterals;
 
 using Operation = void (*)(QMultiLineEdit &);
-Q_DECLARE_METATYPE(Operation)
 
 static void addOperations()
 {

@@ -94,7 +94,7 @@ void TextDragTest::drag(const std::function<void()> &meanwhile)
 
 void TextDragTest::requestWaitsForTheDrop()
 {
-    drag([this] { application()->request(u"/a"_s); });
+    drag([] { application()->request(u"/a"_s); });
     QTRY_COMPARE(m_window->textsThen, QStringList{ u"adef[bc|g"_s });
 }
 

@@ -50,7 +50,6 @@ public:
 };
 
 using Deed = std::function<void()>;
-Q_DECLARE_METATYPE(Deed)
 
 /// The application's font where the desktop's theme has fonts of its own.
 class ThemeFontsTest : public QObject {
