@@ -3,7 +3,8 @@ find_program(CCACHE ccache)
 if(CCACHE)
     # What the cache needs to know that headers read ahead are as good as their text.
     set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
-    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+    add_compile_options(
+        $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess> "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 endif()
 
 add_library(marlopad_flags INTERFACE)
@@ -17,7 +18,7 @@ target_include_directories(marlopad_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 if(MARLOPAD_SANITIZE)
     set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(marlopad_flags INTERFACE ${sanitize} -g1)
-    target_link_options(marlopad_flags INTERFACE ${sanitize})
+    target_link_options(marlopad_flags INTERFACE ${sanitize} -fuse-ld=lld)
 
     # At its end a program looks for leaks, with ptrace(). Where a container forbids that, one without leaks fails too,
     # and the tests go without.

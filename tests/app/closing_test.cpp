@@ -5,13 +5,12 @@
 #include <QDialog>
 #include <QPointer>
 
-#ifdef __SANITIZE_ADDRESS__
 #include <cstddef>
-// The compiler comes without the header that declares it.
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // NOLINT(bugprone-reserved-identifier)
-#else
 #include <malloc.h>
-#endif
+
+// The sanitizers' own; absent without them.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() // NOLINT(bugprone-reserved-identifier)
+    __attribute__((weak));
 
 using namespace Qt::StringLiterals;
 
@@ -20,12 +19,10 @@ namespace {
 /// What the program has asked for and not given back.
 qint64 allocatedBytes()
 {
-#ifdef __SANITIZE_ADDRESS__
-    return qint64(__sanitizer_get_current_allocated_bytes());
-#else
+    if (__sanitizer_get_current_allocated_bytes)
+        return qint64(__sanitizer_get_current_allocated_bytes());
     const struct mallinfo2 info = ::mallinfo2();
     return qint64(info.uordblks + info.hblkhd);
-#endif
 }
 
 } // namespace
