@@ -127,19 +127,24 @@ private:
 enum class Mark { Written, None };
 
 /// UTF-16 behind a byte-order mark, which decoding drops and encoding writes; or without one.
-template <Order order, Mark marked> class Utf16Codec : public TextCodec {
+template <Order order> class Utf16Codec : public TextCodec {
 public:
+    explicit Utf16Codec(Mark mark)
+        : m_mark(mark)
+    {
+    }
+
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override
     {
-        const bool hasByteOrderMark = marked == Mark::Written && bytes.startsWith(byteOrderMark());
+        const bool hasByteOrderMark = m_mark == Mark::Written && bytes.startsWith(byteOrderMark());
         decodeBlocks<Utf16Decoder<order>>(hasByteOrderMark ? bytes.sliced(2) : bytes, sink);
     }
 
     using TextCodec::encode;
     bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
     {
-        return (marked == Mark::None || sink(byteOrderMark()))
+        return (m_mark == Mark::None || sink(byteOrderMark()))
             && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
     }
 
@@ -150,30 +155,32 @@ public:
 
 private:
     static QByteArrayView byteOrderMark() { return order == Order::LittleEndian ? "\xFF\xFE" : "\xFE\xFF"; }
+
+    const Mark m_mark;
 };
 
 } // namespace
 
 const TextCodec &utf16LittleEndianCodec()
 {
-    static const Utf16Codec<Order::LittleEndian, Mark::Written> codec;
+    static const Utf16Codec<Order::LittleEndian> codec(Mark::Written);
     return codec;
 }
 
 const TextCodec &utf16BigEndianCodec()
 {
-    static const Utf16Codec<Order::BigEndian, Mark::Written> codec;
+    static const Utf16Codec<Order::BigEndian> codec(Mark::Written);
     return codec;
 }
 
 const TextCodec &unmarkedUtf16LittleEndianCodec()
 {
-    static const Utf16Codec<Order::LittleEndian, Mark::None> codec;
+    static const Utf16Codec<Order::LittleEndian> codec(Mark::None);
     return codec;
 }
 
 const TextCodec &unmarkedUtf16BigEndianCodec()
 {
-    static const Utf16Codec<Order::BigEndian, Mark::None> codec;
+    static const Utf16Codec<Order::BigEndian> codec(Mark::None);
     return codec;
 }
