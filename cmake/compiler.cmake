@@ -50,3 +50,5 @@ if(MARLOPAD_SANITIZE)
     target_compile_options(marlopad_library_flags INTERFACE -O1)
     target_compile_options(marlopad_test_flags INTERFACE -fno-sanitize=null,alignment,object-size,vptr)
 endif()
+# Where in a line of the cache a function is linked changes the speed of its loops by up to a third. It shall not.
+target_compile_options(marlopad_library_flags INTERFACE $<$<CONFIG:Release>:-falign-functions=64>)
