@@ -9,7 +9,6 @@
 #include "editor/ctlediter.h"
 
 #include <QCoreApplication>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -30,8 +29,9 @@ QString standInOf(const TextCodec &codec)
 
 } // namespace
 
-WritingNotice::WritingNotice(ctlEditer &editor, DocumentArea &documents, DocumentSaver &saver)
-    : QObject(&editor)
+WritingNotice::WritingNotice(
+    ctlEditer &editor, DocumentArea &documents, DocumentSaver &saver, QObject *parent)
+    : QObject(parent)
     , m_editor(editor)
     , m_documents(documents)
     , m_saver(saver)
@@ -46,6 +46,13 @@ WritingNotice::WritingNotice(ctlEditer &editor, DocumentArea &documents, Documen
     });
     connect(&editor.document(), &TextDocument::saved, this, &WritingNotice::noteSaved);
     connect(&editor.document(), &TextDocument::replaced, this, &WritingNotice::settle);
+    setShown(false);
+}
+
+void WritingNotice::setShown(bool isShown)
+{
+    m_isShown = isShown;
+    m_unwritable.setLookingOn(m_isShown || m_isSubstituted);
 }
 
 /// A long text is looked at after this, and the notice withdrawn when it has none.
@@ -54,7 +61,7 @@ void WritingNotice::noteSaved()
     if (m_unwritable.count() == 0 && !m_unwritable.mayBeMore())
         return;
     m_isDismissed = false;
-    m_isSubstituted = true;
+    setSubstituted(true);
     emit substituted();
     update();
 }
@@ -94,8 +101,16 @@ void WritingNotice::withdraw()
 
 void WritingNotice::settle()
 {
-    if (std::exchange(m_isSubstituted, false))
-        emit settled();
+    if (!m_isSubstituted)
+        return;
+    setSubstituted(false);
+    emit settled();
+}
+
+void WritingNotice::setSubstituted(bool isSubstituted)
+{
+    m_isSubstituted = isSubstituted;
+    m_unwritable.setLookingOn(m_isShown || m_isSubstituted);
 }
 
 QString WritingNotice::text() const

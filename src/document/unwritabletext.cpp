@@ -105,8 +105,7 @@ void UnwritableText::follow(const TextChange &change)
         postpone(inserted);
     else
         lookAt(inserted);
-    if (mayBeMore() && !isFull())
-        m_later.start();
+    lookOnLater();
     if (before > 0 || count() > 0)
         emit changed();
 }
@@ -114,6 +113,21 @@ void UnwritableText::follow(const TextChange &change)
 void UnwritableText::postpone(TextRange range)
 {
     m_left = mayBeMore() ? TextRange{ qMin(m_left.start, range.start), qMax(m_left.end, range.end) } : range;
+}
+
+void UnwritableText::setLookingOn(bool isOn)
+{
+    m_isLookingOn = isOn;
+    if (isOn)
+        lookOnLater();
+    else
+        m_later.stop();
+}
+
+void UnwritableText::lookOnLater()
+{
+    if (m_isLookingOn && mayBeMore() && !isFull())
+        m_later.start();
 }
 
 void UnwritableText::lookOn()
@@ -124,8 +138,7 @@ void UnwritableText::lookOn()
     const Offset end = qMin(m_left.start + sliceUnits, m_left.end);
     lookAt({ m_left.start, end });
     m_left.start = end;
-    if (mayBeMore() && !isFull())
-        m_later.start();
+    lookOnLater();
     if (count() != before || !mayBeMore())
         emit changed();
 }

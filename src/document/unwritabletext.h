@@ -15,7 +15,7 @@ class TextDocument;
 ///
 /// What was read can be written in the code that it was read in, so the text of each edit is all that is
 /// looked at, once. Of a long one, or of a whole text that gets another code, a slice is looked at now and
-/// the others whenever the event loop has nothing else to do.
+/// the others whenever the event loop has nothing else to do, unless that can wait.
 class UnwritableText : public QObject {
     Q_OBJECT
 public:
@@ -40,6 +40,8 @@ public:
 
     /// Looks at the slice that is next.
     void lookOn();
+    /// Whether it looks on by itself, as it does at first.
+    void setLookingOn(bool isOn);
 
 signals:
     /// Others than before are known, or at other places.
@@ -50,6 +52,7 @@ private:
     void startOverInOtherCode();
     void follow(const TextChange &change);
     void postpone(TextRange range);
+    void lookOnLater();
     void lookAt(TextRange range);
     void list(const TextChunk &chunk, Offset to);
     bool isFull() const { return count() >= m_most; }
@@ -61,5 +64,6 @@ private:
     TextCodec::AsRead m_asRead;
     PlacesInText m_places;
     TextRange m_left; ///< is still to be looked at
+    bool m_isLookingOn = true;
     QTimer m_later;
 };

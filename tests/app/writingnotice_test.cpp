@@ -26,6 +26,8 @@ private slots:
     void savesAsUtf8();
     void staysWhenTheDialogIsCancelled();
     void saysWhatASaveHasSubstituted();
+    void looksAtALongTextWhenItIsShown();
+    void looksAtALongTextThatWasSaved();
     void staysAwayUntilItIsNews();
     void belongsToItsDocument();
     void worksByKeys();
@@ -159,7 +161,7 @@ void WritingNoticeTest::staysWhenTheDialogIsCancelled()
 
 void WritingNoticeTest::saysWhatASaveHasSubstituted()
 {
-    WritingNotice *const notice = editor().findChild<WritingNotice *>();
+    WritingNotice *const notice = m_window->findChild<WritingNotice *>();
     const QSignalSpy substituted(notice, &WritingNotice::substituted);
     const QSignalSpy settled(notice, &WritingNotice::settled);
     editor().insert(u"café – €"_s);
@@ -173,6 +175,34 @@ void WritingNoticeTest::saysWhatASaveHasSubstituted()
     QTRY_COMPARE(m_strip->text(), u"Characters that Shift-JIS lacks: 3 (é – €)"_s);
     QVERIFY(m_strip->click(u"×"_s));
     QCOMPARE(settled.count(), 1);
+    QVERIFY(!m_strip->isShown());
+}
+
+void WritingNoticeTest::looksAtALongTextWhenItIsShown()
+{
+    const QString text = QString(3 * UnwritableText::sliceUnits, u'a') + u'é';
+    ctlEditer &hidden = editor();
+    m_window->slotCmdFileNew();
+    QVERIFY(&editor() != &hidden);
+    hidden.setText(text);
+    editor().setText(text);
+    QTRY_VERIFY(m_strip->isShown());
+    m_window->tabBar()->setCurrentTab(&hidden);
+    QVERIFY(!m_strip->isShown());
+    QTRY_COMPARE(m_strip->text(), u"Characters that Shift-JIS lacks: 1 (é)"_s);
+}
+
+void WritingNoticeTest::looksAtALongTextThatWasSaved()
+{
+    ctlEditer &hidden = editor();
+    WritingNotice *const notice = m_window->findChild<WritingNotice *>();
+    const QSignalSpy substituted(notice, &WritingNotice::substituted);
+    const QSignalSpy settled(notice, &WritingNotice::settled);
+    m_window->slotCmdFileNew();
+    hidden.setText(QString(3 * UnwritableText::sliceUnits, u'a'));
+    QVERIFY(hidden.saveFile(m_files.folder(), u"a.txt"_s));
+    QCOMPARE(substituted.count(), 1);
+    QTRY_COMPARE(settled.count(), 1);
     QVERIFY(!m_strip->isShown());
 }
 

@@ -81,6 +81,7 @@ private slots:
     void bytesOfAnotherCode();
     void markAtTheStart();
     void longTextIsLookedAtInSlices();
+    void looksOnWhenItShall();
     void noMoreAreListed();
     void showsTheFirst();
 };
@@ -235,6 +236,21 @@ void UnwritableTextTest::longTextIsLookedAtInSlices()
     QCOMPARE(text.count(), 3);
     QVERIFY(changed.count() > 0);
     QCOMPARE(listOf(text, document), recount(document));
+}
+
+void UnwritableTextTest::looksOnWhenItShall()
+{
+    TextDocument document(shiftJis);
+    UnwritableText text(document);
+    UnwritableText other(document);
+    text.setLookingOn(false);
+    document.replace(Offset(0), 0, QString(3 * UnwritableText::sliceUnits, u'a') + u'–');
+    QTRY_COMPARE(other.count(), 1);
+    QCOMPARE(text.count(), 0);
+    QVERIFY(text.mayBeMore());
+    text.setLookingOn(true);
+    QTRY_COMPARE(text.count(), 1);
+    QVERIFY(!text.mayBeMore());
 }
 
 void UnwritableTextTest::noMoreAreListed()
