@@ -140,9 +140,10 @@ void DocumentArea::close(ctlEditer *editor)
     editor->hide();
     connect(editor, &QObject::destroyed, &m_freeing, qOverload<>(&QTimer::start));
     editor->deleteLater();
-    emit currentChanged(current());
-    if (ctlEditer *next = current())
+    if (ctlEditer *next = current()) // which the tab bar has chosen
         next->setFocus();
+    else
+        emit currentChanged(nullptr);
     arrange();
 }
 
