@@ -5,13 +5,13 @@
 
 #include "app/frmmain.h"
 #include "app/textcounts.h"
+#include "bench/app/ownfolders.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "settings/settings.h"
 #include "text/textstore.h"
 
 #include <QApplication>
-#include <QStandardPaths>
 
 #include <benchmark/benchmark.h>
 
@@ -73,6 +73,7 @@ template <typename Then> void applyOptionsAnd(benchmark::State &state, Then then
         QCoreApplication::processEvents();
         then(window);
     }
+    window.confirmCloseAll(true);
 }
 
 /// Until the shown document is painted.
@@ -118,7 +119,7 @@ BENCHMARK_CAPTURE(countProperties, japanese_1GiB_of_UTF8, japaneseLine(), gibi /
 
 int main(int argc, char **argv)
 {
-    QStandardPaths::setTestModeEnabled(true); // nobody's settings
+    const OwnFolders folders;
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

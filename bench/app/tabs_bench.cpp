@@ -4,13 +4,13 @@
 //     QT_QPA_PLATFORM=offscreen build/bench/tabs_bench
 
 #include "app/frmmain.h"
+#include "bench/app/ownfolders.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "settings/settings.h"
 
 #include <QApplication>
 #include <QFile>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
@@ -57,6 +57,8 @@ public:
         m_window.show();
         settle();
     }
+    ~Documents() { close(); }
+    Q_DISABLE_COPY_MOVE(Documents)
     frmMain &window() { return m_window; }
     ctlTabBar &tabs() { return *m_window.tabBar(); }
     void open()
@@ -171,7 +173,7 @@ BENCHMARK(closeOneByOne)->Arg(1 << 10)->Iterations(3)->Unit(benchmark::kMillisec
 
 int main(int argc, char **argv)
 {
-    QStandardPaths::setTestModeEnabled(true);
+    const OwnFolders folders;
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
