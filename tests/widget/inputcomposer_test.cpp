@@ -5,6 +5,7 @@
 
 #include <QInputMethod>
 #include <QSignalSpy>
+#include <QTextCharFormat>
 
 #include <private/qinputmethod_p.h>
 #include <qpa/qplatforminputcontext.h>
