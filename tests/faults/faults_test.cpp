@@ -7,6 +7,13 @@
 
 using namespace Qt::StringLiterals;
 
+/// AddressSanitizer would keep the last 256 MiB that were freed, and every process that is made to be killed
+/// takes longer the more memory this one has.
+extern "C" const char *__asan_default_options() // NOLINT(bugprone-reserved-identifier)
+{
+    return "quarantine_size_mb=16";
+}
+
 namespace {
 
 /// What was interrupted is repeated, and the rest of what was cut short is written or read.
