@@ -59,8 +59,6 @@ public:
     /// Folder, ending in "/"; empty for a document never saved.
     QString path() const { return m_path; }
     QString name() const { return m_name; }
-    /// Of a document that was never saved.
-    void setName(const QString &name) { m_name = name; }
     /// Of a document that was not read from a file, as for the constructor.
     void setCodes(FileCodes codes);
     /// What it is saved in where nothing else is asked for; what its undecodable bytes are of stays.

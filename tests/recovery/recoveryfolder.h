@@ -1,5 +1,6 @@
 #pragma once
 
+#include "codec/codecs.h"
 #include "recovery/recoveryjournals.h"
 #include "tests/document/documentfolder.h"
 
@@ -39,10 +40,9 @@ class Run {
 public:
     explicit Run(RecoveryFolder &folder, const FileCalls &calls = FileCalls::system())
         : journals(folder.journals(), calls, folder.clock())
-        , document({ CharCode::Utf8, ReturnCode::Lf })
         , m_folder(folder)
     {
-        document.setName(QStringLiteral("new"));
+        document.startNew(QStringLiteral("new"), { CharCode::Utf8, ReturnCode::Lf }, utf8Codec());
         journals.attach(document, [this] { return place; });
     }
 
