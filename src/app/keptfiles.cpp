@@ -23,7 +23,6 @@ void KeptFiles::tell()
 
 void KeptFiles::add(const QString &copy)
 {
-    noteUntold(FileName::toBytes(copy));
     m_copies.prepend(copy);
     tellNext();
 }

@@ -2,6 +2,7 @@
 
 #include "editor/readfailurebox.h"
 #include "files/filename.h"
+#include "files/untoldcopy.h"
 #include "platform/messagebox.h"
 #include "settings/settings.h"
 
@@ -94,6 +95,7 @@ void ctlEditer::tellSaved(const SaveResult &result)
             ? tr("Another document was saved as this file since. Its old content is kept in the file\n%1")
             : tr("The file could not be read before. Its old content is kept in the file\n%1");
         MessageBox::information(this, tr("Confirm File Save"), reason.arg(kept));
+        noteTold(FileName::toBytes(result.keptCopy));
         return;
     }
     const QString title = tr("File Write Error");

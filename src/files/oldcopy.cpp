@@ -4,6 +4,7 @@
 #include "files/ownfile.h"
 #include "files/stagedfile.h"
 #include "files/statefolder.h"
+#include "files/untoldcopy.h"
 
 #include <algorithm>
 #include <climits>
@@ -16,6 +17,7 @@ namespace {
 constexpr QByteArrayView copyPrefix = ".marlopad-copy-";
 constexpr QByteArrayView earlierPrefix = ".marlopad-"; ///< of versions that wrote no second file
 constexpr QByteArrayView ofEnding = ".of";
+constexpr QByteArrayView keptPrefix = "kept-";
 
 QByteArray ofName(const QByteArray &copy)
 {
@@ -121,9 +123,12 @@ QByteArray OldCopy::keep()
 {
     const QByteArrayView digits = QByteArrayView(m_name).last(ownFileDigits);
     const QByteArray fileName = shortName(m_file.sliced(m_file.lastIndexOf('/') + 1)).toByteArray();
-    const QByteArray kept = stateFolder() + "kept-" + digits.toByteArray() + '-' + fileName;
-    if (m_calls.rename(m_name.constData(), kept.constData()) != 0)
+    const QByteArray kept = stateFolder() + keptPrefix.toByteArray() + digits.toByteArray() + '-' + fileName;
+    noteUntold(kept, m_calls); // before there is a moment at which nobody looks for it
+    if (m_calls.rename(m_name.constData(), kept.constData()) != 0) {
+        noteTold(kept, m_calls);
         return leave();
+    }
     // Without its second file a copy would count as not finished if it had its old name yet.
     syncFolder(m_calls, stateFolder());
     m_calls.unlink(ofName(m_name).constData());
@@ -137,6 +142,12 @@ void OldCopy::forget()
         m_calls.close(m_fd);
     m_fd = -1;
     m_name.clear();
+}
+
+bool isBeingKept(const QByteArray &kept, const FileCalls &calls)
+{
+    const QByteArray digits = kept.mid(stateFolder().size() + keptPrefix.size(), ownFileDigits);
+    return !isMissing(calls, stateFolder() + copyPrefix.toByteArray() + digits);
 }
 
 QList<LostCopy> lostCopies(const FileCalls &calls)

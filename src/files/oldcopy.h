@@ -27,7 +27,8 @@ public:
     void remove();
     /// Leaves the copy where it is, to be found by the next start; returns its name.
     QByteArray leave();
-    /// The same under a name that tells the user what it is, and that no start asks about.
+    /// The same under a name that tells the user what it is. Whether the user was told of it is noted beside
+    /// it from the first moment on; see files/untoldcopy.h.
     QByteArray keep();
 
 private:
@@ -48,6 +49,9 @@ struct LostCopy {
     qint64 size = 0;
     qint64 time = 0; ///< when it was made, in milliseconds since 1970
 };
+
+/// A copy that is to be kept under this name does not have it yet.
+bool isBeingKept(const QByteArray &kept, const FileCalls &calls = FileCalls::system());
 
 /// Those in the state folder, the newest first. Removes what is there of saves that came to nothing.
 QList<LostCopy> lostCopies(const FileCalls &calls = FileCalls::system());

@@ -1,5 +1,6 @@
 #include "files/untoldcopy.h"
 
+#include "files/oldcopy.h"
 #include "files/ownfile.h"
 #include "files/statefolder.h"
 
@@ -40,7 +41,7 @@ QList<QByteArray> untoldCopies(const FileCalls &calls)
         struct stat info;
         if (calls.stat(copy.constData(), &info) == 0)
             copies << copy;
-        else if (errno == ENOENT)
+        else if (errno == ENOENT && !isBeingKept(copy, calls))
             noteTold(copy, calls);
     });
     return copies;

@@ -6,7 +6,8 @@
 #include <QList>
 
 /// Copies of what files were that saves have kept in the state folder (OldCopy::keep()), and that the user
-/// may not have been told of: who saves by ending the program sees no notice of it any more.
+/// may not have been told of: who saves by ending the program sees no notice of it any more, nor does who was
+/// killed.
 ///
 /// Beside such a copy stands an empty file of its name and ".untold", until its user knows of it.
 

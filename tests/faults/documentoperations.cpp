@@ -1,5 +1,6 @@
 #include "files/filename.h"
 #include "files/stagedfile.h"
+#include "files/untoldcopy.h"
 #include "recovery/recoveryjournals.h"
 #include "tests/faults/operations.h"
 #include "tests/files/savedfile.h"
@@ -141,7 +142,7 @@ public:
         const bool hasOldCopy = start.hasCopy(fileName(), m_old);
         if (now != m_new && (isDone || (!isOld && !hasOldCopy)))
             return u"the file begins with "_s + QString::fromUtf8(now.first(qMin<qsizetype>(now.size(), 40)));
-        if (m_with == With::KeptCopy && !isOld && !hasOldCopy && !isCopyKept())
+        if (m_with == With::KeptCopy && !isOld && !hasOldCopy && !isCopyKept(isDone))
             return u"the old text"_s;
         if (m_with == With::Journal && now != m_new
             && !start.restoredTexts().contains(QString::fromUtf8(m_new)))
@@ -159,11 +160,13 @@ private:
         journals.writeDue();
         journals.flush(std::chrono::minutes(1));
     }
-    bool isCopyKept() const
+    /// And the next start says so. Where the note of that could not be written the program that runs does.
+    bool isCopyKept(bool isDone) const
     {
         const QDir folder(QFile::decodeName(stateFolder()));
         const QStringList kept = folder.entryList({ u"kept-*-file.txt"_s }, QDir::Files);
-        return kept.size() == 1 && contentOf(QFile::encodeName(folder.filePath(kept[0]))) == m_old;
+        return kept.size() == 1 && contentOf(QFile::encodeName(folder.filePath(kept[0]))) == m_old
+            && (isDone || untoldCopies() == QByteArrayList{ QFile::encodeName(folder.filePath(kept[0])) });
     }
 
     const With m_with;

@@ -93,7 +93,7 @@ QString Sandbox::unexplained(const NextStart &start) const
     for (const LeftBehind &journal : start.journals)
         offered << FileName::fromBytes(journal.journal);
     for (const QString &file : files()) {
-        const bool isKept = file.startsWith(u"state/marlopad/kept-"_s); // and the user was told so
+        const bool isKept = file.startsWith(u"state/marlopad/kept-"_s); // and the user is told so
         if (!own.contains(file) && !isKept && !offered.contains(FileName::fromBytes(m_root) + file))
             return file;
     }

@@ -1,4 +1,5 @@
 #include "files/copycontent.h"
+#include "files/untoldcopy.h"
 #include "tests/files/savedfile.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -220,6 +221,7 @@ void SafeFileFailuresTest::keepsTheOldContentWhenAsked()
         QCOMPARE(statOf(file.keptCopy()).st_mode & 07777, mode_t(0600));
         QVERIFY(file.keptCopy().endsWith("-file.txt"));
         QCOMPARE(keptFiles().size(), 1);
+        QCOMPARE(untoldCopies(), QByteArrayList{ file.keptCopy() });
     }
     init();
     SafeFile newFile(prepare(Way::NewFile));

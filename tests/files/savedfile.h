@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -88,9 +89,12 @@ protected:
         return QDir(m_dir->path())
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
+    /// Of copies that were kept on purpose the notes for the next start are left out.
     QStringList keptFiles() const
     {
-        return QDir(QFile::decodeName(stateFolder())).entryList(QDir::Files | QDir::Hidden);
+        return QDir(QFile::decodeName(stateFolder()))
+            .entryList(QDir::Files | QDir::Hidden)
+            .filter(QRegularExpression(QStringLiteral("(?<!\\.untold)$")));
     }
 
     std::unique_ptr<QTemporaryDir> m_dir;

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <cstdio>
+
 using namespace Qt::StringLiterals;
 
 class UntoldCopyTest : public QObject {
@@ -17,6 +19,7 @@ private slots:
 
     void isUntoldUntilItIsTold();
     void goneCopiesAreForgotten();
+    void copyThatIsBeingKeptIsNotForgotten();
     void withoutAFolderThereIsNone();
     void cannotBeNoted();
 
@@ -53,6 +56,17 @@ void UntoldCopyTest::goneCopiesAreForgotten()
     QVERIFY(QFile::remove(QFile::decodeName(copy)));
     QCOMPARE(untoldCopies(), QList<QByteArray>());
     QCOMPARE(folder().entryList(QDir::Files), QStringList());
+}
+
+/// Its program, which notes first, has yet to give it its name.
+void UntoldCopyTest::copyThatIsBeingKeptIsNotForgotten()
+{
+    const QByteArray before = make(".marlopad-copy-0123456789abc");
+    const QByteArray copy = stateFolder() + "kept-0123456789abc-a.txt";
+    QVERIFY(noteUntold(copy));
+    QCOMPARE(untoldCopies(), QList<QByteArray>());
+    QCOMPARE(::rename(before.constData(), copy.constData()), 0);
+    QCOMPARE(untoldCopies(), QList{ copy });
 }
 
 void UntoldCopyTest::withoutAFolderThereIsNone()
