@@ -4,6 +4,7 @@
 #include "app/documentloader.h"
 #include "app/recentplaces.h"
 #include "editor/ctlediter.h"
+#include "files/endorder.h"
 #include "platform/qpeapplication.h"
 #include "recovery/recoveryjournals.h"
 #include "settings/settings.h"
@@ -29,6 +30,7 @@ LastWrites::LastWrites(
 /// The text first: it is what nobody could bring back.
 void LastWrites::write()
 {
+    const EndOrder::Delay delay;
     if (m_documents.current() != m_loader.loading())
         m_documents.commitComposition();
     m_journals.flush(longestWrite);

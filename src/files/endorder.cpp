@@ -5,7 +5,9 @@
 namespace {
 
 std::atomic<bool> isOrdered = false;
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may set it");
+std::atomic<int> delays = 0;
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free,
+    "signal handlers use them");
 
 std::function<void()> &obedience()
 {
@@ -39,4 +41,19 @@ void EndOrder::obeyIfGiven()
 {
     if (isGiven() && obedience())
         obedience()();
+}
+
+EndOrder::Delay::Delay()
+{
+    ++delays;
+}
+
+EndOrder::Delay::~Delay()
+{
+    --delays;
+}
+
+bool EndOrder::isDelayed()
+{
+    return delays > 0;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <functional>
 
 /// The order to end at once, which a signal gives in the middle of anything.
@@ -19,4 +21,14 @@ public:
     /// To be called with nothing left behind that nobody would clear away. Returns where the order was not
     /// given, or nobody obeys.
     static void obeyIfGiven();
+
+    /// Something that should not be broken off half way is under way while one lives, in any thread.
+    class Delay {
+    public:
+        Delay();
+        ~Delay();
+        Q_DISABLE_COPY_MOVE(Delay)
+    };
+    /// May be called by a signal handler.
+    static bool isDelayed();
 };

@@ -23,6 +23,9 @@ std::array<int, 2> pipeEnds{ -1, -1 };
 /// Runs from the first signal on; it sends SIGALRM at its end.
 timer_t lastLimit = {};
 itimerspec limitTime = {};
+/// How often more it is to ask whether something must not be broken off.
+volatile sig_atomic_t delaysLeft = 0;
+constexpr std::chrono::milliseconds delay{ 50 };
 
 void handleSignal(int /*number*/)
 {
@@ -37,7 +40,10 @@ void handleSignal(int /*number*/)
 
 void handleLimit(int /*number*/)
 {
-    ::_exit(EXIT_FAILURE);
+    if (EndOrder::isDelayed() && delaysLeft > 0)
+        delaysLeft = delaysLeft - 1;
+    else
+        ::_exit(EXIT_FAILURE);
 }
 
 void setHandler(int number, void (*handler)(int))
@@ -52,11 +58,16 @@ void setHandler(int number, void (*handler)(int))
     ::sigaction(number, &action, nullptr);
 }
 
-bool makeLimit(std::chrono::milliseconds patience)
+timespec timeOf(std::chrono::milliseconds duration)
 {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(patience);
-    limitTime.it_value.tv_sec = seconds.count();
-    limitTime.it_value.tv_nsec = std::chrono::nanoseconds(patience - seconds).count();
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
+    return { seconds.count(), std::chrono::nanoseconds(duration - seconds).count() };
+}
+
+bool makeLimit(const EndSignals::Patience &patience)
+{
+    limitTime = { timeOf(delay), timeOf(patience.usual) };
+    delaysLeft = sig_atomic_t((patience.most - patience.usual) / delay);
     struct sigevent event = {};
     event.sigev_notify = SIGEV_SIGNAL;
     event.sigev_signo = SIGALRM;
@@ -65,7 +76,7 @@ bool makeLimit(std::chrono::milliseconds patience)
 
 } // namespace
 
-EndSignals::EndSignals(QObject *parent, std::chrono::milliseconds patience)
+EndSignals::EndSignals(QObject *parent, Patience patience)
     : QObject(parent)
 {
     Q_ASSERT(pipeEnds[0] == -1);

@@ -12,9 +12,18 @@ class QSocketNotifier;
 class EndSignals : public QObject {
     Q_OBJECT
 public:
-    /// The process is ended, as it stands, when it still runs `patience` after the first of the signals: some
-    /// call to the system does not return.
-    explicit EndSignals(QObject *parent, std::chrono::milliseconds patience = std::chrono::seconds(3));
+    /// How long the process may run on behind the first of the signals: some call to the system may not
+    /// return, or some work not ask for the order. It is ended as it stands then; but while something is
+    /// under way that should not be broken off (EndOrder::Delay) it has more time.
+    struct Patience {
+        std::chrono::milliseconds usual{ 900 };
+        std::chrono::milliseconds most{ 3000 };
+    };
+    EndSignals(QObject *parent, Patience patience);
+    explicit EndSignals(QObject *parent)
+        : EndSignals(parent, Patience())
+    {
+    }
     ~EndSignals() override;
 
 signals:

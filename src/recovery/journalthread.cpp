@@ -1,5 +1,6 @@
 #include "recovery/journalthread.h"
 
+#include "files/endorder.h"
 #include "recovery/journalwriter.h"
 
 #include <algorithm>
@@ -159,6 +160,7 @@ JournalThread::Turn *JournalThread::turnAtLeisure() const
 
 void JournalThread::work()
 {
+    const EndOrder::Delay delay;
     for (auto &[journal, turn] : m_turns) {
         if (!turn->isBusy)
             continue;
