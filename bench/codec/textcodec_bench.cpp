@@ -186,7 +186,8 @@ void readFile(benchmark::State &state)
     }
     for (auto _ : state) {
         QByteArray bytes;
-        readWholeFile(file.fileName(), bytes);
+        FileVersion version;
+        readWholeFile(file.fileName(), bytes, version);
         benchmark::DoNotOptimize(bytes.constData());
     }
     setBytes(state, size);

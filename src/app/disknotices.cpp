@@ -7,7 +7,19 @@
 #include "platform/qpeapplication.h"
 
 #include <QEvent>
+#include <QFileInfo>
+
 #include <utility>
+
+namespace {
+
+/// Without a "/" at its end.
+QString folderName(const ctlEditer &editor)
+{
+    return QFileInfo(fullName(editor)).path();
+}
+
+} // namespace
 
 DiskNotices::DiskNotices(
     QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver)
@@ -18,8 +30,18 @@ DiskNotices::DiskNotices(
     window.installEventFilter(this);
     connect(&documents, &DocumentArea::added, this, &DiskNotices::listenTo);
     connect(&documents, &DocumentArea::currentChanged, this, &DiskNotices::showDocument);
-    connect(&documents, &DocumentArea::closed, this, &DiskNotices::stopFollowing);
+    connect(&documents, &DocumentArea::closed, this, [this](ctlEditer *editor) {
+        stopFollowing(editor);
+        m_hidden.removeOne(editor);
+        watchFolders();
+    });
     connect(&m_watch, &DiskWatch::happened, this, [this] { showDocument(m_documents.current()); });
+    connect(&m_watch, &DiskWatch::happenedIn, this, &DiskNotices::noteFolders);
+    connect(&m_hiddenTurn, &QTimer::timeout, this, &DiskNotices::checkNextHidden);
+    connect(&m_reader, &ContentReader::seen, this, [this](ctlEditer *editor, const SeenContent &content) {
+        editor->document().noteSeen(content);
+        check(editor);
+    });
 }
 
 bool DiskNotices::eventFilter(QObject *watched, QEvent *event)
@@ -49,12 +71,47 @@ void DiskNotices::showDocument(ctlEditer *editor)
         check(editor);
 }
 
+void DiskNotices::watchFolders()
+{
+    QSet<QString> folders;
+    for (const ctlEditer *const editor : m_documents.editors()) {
+        if (hasFile(*editor))
+            folders << folderName(*editor);
+    }
+    m_watch.setFolders(folders);
+}
+
+/// In a folder there may be much going on that is no matter of a document's.
+void DiskNotices::noteFolders(const QSet<QString> &folders)
+{
+    for (ctlEditer *const editor : m_documents.editors()) {
+        if (editor == m_documents.current() || !hasFile(*editor) || !folders.contains(folderName(*editor)))
+            continue;
+        const TextDocument &document = std::as_const(*editor).document();
+        const bool isInPlace = document.fileNow().isSameFile(document.fileVersion().stamp());
+        if (!isInPlace && !m_hidden.contains(editor))
+            m_hidden << editor;
+    }
+    watchFolders(); // one may have been made again
+    if (!m_hidden.isEmpty())
+        m_hiddenTurn.start(0);
+}
+
+void DiskNotices::checkNextHidden()
+{
+    if (!m_hidden.isEmpty())
+        check(m_hidden.takeFirst());
+    if (m_hidden.isEmpty())
+        m_hiddenTurn.stop();
+}
+
 /// It was read or written.
 void DiskNotices::noteFile(ctlEditer *editor)
 {
     m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
     if (editor == m_documents.current() && hasFile(*editor))
         m_watch.setFile(fullName(*editor));
+    watchFolders();
 }
 
 void DiskNotices::check(ctlEditer *editor)
@@ -64,11 +121,13 @@ void DiskNotices::check(ctlEditer *editor)
     const FileChange change = editor->document().fileChange();
     if (change == FileChange::Grown && m_followed.contains(editor))
         readOn(editor);
+    else if (change == FileChange::Unsure)
+        m_reader.read(editor);
     else if (change != FileChange::None)
         tell(editor, change);
     else
         m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
-    emit looked(editor);
+    emit looked(editor, change);
 }
 
 QString DiskNotices::textOf(FileChange change)
@@ -83,6 +142,7 @@ QString DiskNotices::textOf(FileChange change)
     case FileChange::Deleted:
         return tr("This file was deleted. Saving makes it again.");
     case FileChange::None:
+    case FileChange::Unsure:
         break;
     }
     return {};

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/contentreader.h"
 #include "app/diskwatch.h"
-#include "files/fileversion.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -16,7 +16,8 @@ struct Notice;
 /// document has, to see both, or to follow a file that grows.
 ///
 /// A document's file is looked at when the system tells of something, when the window or the document's tab
-/// gets to the front, and before it is saved (see DocumentVersion::beginWriting).
+/// gets to the front, and before it is saved (see DocumentVersion::beginWriting). Of documents that are not
+/// shown it is only when their files are gone or others have taken their names, one after the other.
 class DiskNotices : public QObject {
     Q_OBJECT
 public:
@@ -24,8 +25,8 @@ public:
     DiskNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver);
 
 signals:
-    /// The document's file was looked at.
-    void looked(ctlEditer *editor);
+    /// The document's file was looked at, and has come to this.
+    void looked(ctlEditer *editor, FileChange change);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -34,6 +35,9 @@ private:
     void listenTo(ctlEditer *editor);
     void showDocument(ctlEditer *editor);
     void noteFile(ctlEditer *editor);
+    void watchFolders();
+    void noteFolders(const QSet<QString> &folders);
+    void checkNextHidden();
     void check(ctlEditer *editor);
     void tell(ctlEditer *editor, FileChange change);
     static QString textOf(FileChange change);
@@ -49,6 +53,9 @@ private:
     DocumentArea &m_documents;
     DocumentLoader &m_loader;
     DocumentSaver &m_saver;
-    DiskWatch m_watch; ///< of the current document's file
+    DiskWatch m_watch;
+    ContentReader m_reader;
     QSet<const ctlEditer *> m_followed;
+    QList<ctlEditer *> m_hidden; ///< to be looked at, without being shown
+    QTimer m_hiddenTurn;
 };

@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -29,6 +30,13 @@ bool isTextNowhereElse(const ctlEditer &editor)
 {
     return hasFile(editor) && !editor.edited() && editor.store().length() > 0
         && !FileName::exists(fullName(editor));
+}
+
+/// Logs are written anew by turns; a text as long as such a one is no text of the user's.
+bool isKeptWhenWrittenOver(const ctlEditer &editor)
+{
+    constexpr qint64 longest = qint64{ 8 } << 20; // units
+    return !editor.edited() && editor.store().length() > 0 && editor.store().length() <= longest;
 }
 
 QString reasonOf(int error)
@@ -64,19 +72,22 @@ DocumentJournals::DocumentJournals(DocumentArea &documents, RecoveryJournals &jo
         connect(application, &QPEApplication::endingAtOnce, this, &DocumentJournals::lookAtAll);
 }
 
-void DocumentJournals::noteLook(const ctlEditer *editor)
+/// A file that is as it was has the text; one that is not may be known to the user, who keeps his own.
+void DocumentJournals::noteLook(ctlEditer *editor, FileChange change)
 {
-    if (isTextNowhereElse(*editor))
-        m_journals.keep(editor->document(), KeptFor::Deletion);
-    else if (hasFile(*editor) && FileName::exists(fullName(*editor)))
-        m_journals.endKeeping(editor->document(), KeptFor::Deletion);
+    const TextDocument &document = std::as_const(*editor).document();
+    const bool isWrittenOver = change == FileChange::Changed || change == FileChange::Replaced;
+    if (isTextNowhereElse(*editor) || (isWrittenOver && isKeptWhenWrittenOver(*editor)))
+        m_journals.keep(document, KeptFor::FileLost);
+    else if (change == FileChange::None && document.fileNow() == document.fileVersion().stamp())
+        m_journals.endKeeping(document, KeptFor::FileLost);
 }
 
-/// Before the journals are written for the last time: files of documents that are not shown may be gone too.
+/// Before the journals are written for the last time: files on other machines may be gone without a word.
 void DocumentJournals::lookAtAll()
 {
-    for (const ctlEditer *const editor : m_documents.editors())
-        noteLook(editor);
+    for (ctlEditer *const editor : m_documents.editors())
+        noteLook(editor, FileChange::Unsure);
 }
 
 void DocumentJournals::closeJournal(ctlEditer *editor)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files/fileversion.h"
+
 #include <QObject>
 
 class DocumentArea;
@@ -7,15 +9,15 @@ class RecoveryJournals;
 class ctlEditer;
 
 /// Gives every document of the window its recovery journal, from when it is made until its user closes it,
-/// and tells the user when there can be none. The text of a file that was deleted meanwhile is kept in it,
-/// and left behind there when the document is closed.
+/// and tells the user when there can be none. The text of a file that was deleted or written over meanwhile
+/// is kept in it while the document is open; that of a deleted one is left behind there when it is closed.
 class DocumentJournals : public QObject {
     Q_OBJECT
 public:
     DocumentJournals(DocumentArea &documents, RecoveryJournals &journals);
 
-    /// The document's file was looked at: it may be gone, or there again.
-    void noteLook(const ctlEditer *editor);
+    /// The document's file was looked at: it may be gone or another one, or there again.
+    void noteLook(ctlEditer *editor, FileChange change);
 
 private:
     void lookAtAll();

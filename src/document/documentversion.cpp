@@ -15,10 +15,11 @@ struct Writes {
     qint64 count = 0;
     std::map<std::pair<dev_t, ino_t>, Write> last;
 
-    Write lastTo(const std::pair<dev_t, ino_t> &file) const
+    /// Null: none.
+    Write *lastTo(const std::pair<dev_t, ino_t> &file)
     {
         const auto found = last.find(file);
-        return found == last.end() ? Write() : found->second;
+        return found == last.end() ? nullptr : &found->second;
     }
 };
 
@@ -52,7 +53,7 @@ void DocumentVersion::setRead(const FileVersion &version)
 
 FileChange DocumentVersion::change(const QByteArray &own)
 {
-    const FileChange change = changeByOthers(own);
+    const FileChange change = changeByOthers(own, FileVersion::Reading::InPassing);
     if (change == FileChange::None)
         m_acknowledged.reset();
     return m_acknowledged && *m_acknowledged == stampOf(own) ? FileChange::None : change;
@@ -60,16 +61,23 @@ FileChange DocumentVersion::change(const QByteArray &own)
 
 /// What another document has written is what other programs began with. This one has not read it, so it has
 /// not only grown.
-FileChange DocumentVersion::changeByOthers(const QByteArray &own)
+FileChange DocumentVersion::changeByOthers(const QByteArray &own, FileVersion::Reading reading)
 {
-    const FileChange change = m_version.changeOf(own, *m_calls);
-    if (change == FileChange::None || change == FileChange::Deleted)
+    const FileChange change = m_version.changeOf(own, *m_calls, reading);
+    if (change == FileChange::None || change == FileChange::Deleted || change == FileChange::Unsure)
         return change;
-    Write last = writes().lastTo(idOf(own));
-    if (last.document == 0 || last.number <= m_inStep)
+    Write *const last = writes().lastTo(idOf(own));
+    if (!last || last->number <= m_inStep)
         return change;
-    const FileChange sinceLast = last.version.changeOf(own, *m_calls);
+    const FileChange sinceLast = last->version.changeOf(own, *m_calls, reading);
     return sinceLast == FileChange::Grown ? FileChange::Changed : sinceLast;
+}
+
+void DocumentVersion::noteSeen(const SeenContent &seen)
+{
+    m_version.noteSeen(seen);
+    if (Write *const last = writes().lastTo({ seen.stamp.device, seen.stamp.inode }))
+        last->version.noteSeen(seen);
 }
 
 void DocumentVersion::acknowledge(const QByteArray &own)
@@ -81,11 +89,11 @@ Overtaken DocumentVersion::beginWriting(const QByteArray &target, const QByteArr
 {
     m_target = idOf(target);
     const bool isOwn = m_target == idOf(own);
-    const FileChange change = isOwn ? changeByOthers(own) : FileChange::None;
+    const FileChange change = isOwn ? changeByOthers(own, FileVersion::Reading::All) : FileChange::None;
     if (change != FileChange::None && change != FileChange::Deleted)
         return Overtaken::ByProgram;
-    const Write last = writes().lastTo(m_target);
-    const bool isNews = last.document != m_document && last.number > (isOwn ? m_inStep : m_begun);
+    const Write *const last = writes().lastTo(m_target);
+    const bool isNews = last && last->document != m_document && last->number > (isOwn ? m_inStep : m_begun);
     return isNews ? Overtaken::ByDocument : Overtaken::No;
 }
 

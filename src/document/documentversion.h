@@ -26,11 +26,13 @@ public:
     void setReadOn(const FileVersion &version) { m_version = version; }
     /// The document was to be read from a file that could not be read.
     void setUnread() { setReadOn({}); }
-    const FileVersion &read() const { return m_version; }
+    const FileVersion &known() const { return m_version; }
 
     /// What another program has done to the file `own` since the document was read or written, by this one or
     /// another of the program's, and that is not acknowledged. Cost: one call where nothing has happened.
     FileChange change(const QByteArray &own);
+    /// Somebody has read through the file, for change() was unsure.
+    void noteSeen(const SeenContent &seen);
     /// The user knows what the file is now, and keeps the document as it is. A save still counts as one over
     /// what another program has written.
     void acknowledge(const QByteArray &own);
@@ -38,7 +40,7 @@ public:
     /// Call before and, if it went well, after the document is written as `target`. `own` is the name it had
     /// until then, empty for none. The result: whether another document has written to the target since this
     /// one read or wrote it or, where it is not this one's own file, since this one began; or whether another
-    /// program has changed its own file.
+    /// program has changed its own file. Cost: where its times say that it may have, the file is read.
     Overtaken beginWriting(const QByteArray &target, const QByteArray &own);
     void endWriting(const QByteArray &target, const FileVersion &written);
 
@@ -46,7 +48,7 @@ private:
     using FileId = std::pair<dev_t, ino_t>;
     FileStamp stampOf(const QByteArray &name) const;
     FileId idOf(const QByteArray &name) const;
-    FileChange changeByOthers(const QByteArray &own);
+    FileChange changeByOthers(const QByteArray &own, FileVersion::Reading reading);
 
     const FileCalls *m_calls;
     qint64 m_document; ///< which it is; read again it is another one

@@ -118,12 +118,16 @@ std::optional<ReadFailure> TextDocument::read(const QString &path, const QString
     QByteArray bytes;
     if (const auto failure = readBytes(path, name, bytes))
         return failure;
+    EndOrder::obeyIfGiven(); // each of these looks goes through all of the bytes
     m_codes.charCode = requested ? *requested : detectCharCode(bytes, codes.charCode);
+    EndOrder::obeyIfGiven();
     m_codes.returnCode =
         m_codes.charCode == CharCode::Binary ? ReturnCode::None : detectReturnCode(bytes, codes.returnCode);
     m_findings = { 0, {}, countRewritten(bytes, m_codes.returnCode), utf16FormOf(bytes) };
     m_utf16 = {};
+    EndOrder::obeyIfGiven();
     normalizeLineEnds(bytes, m_codes.returnCode);
+    EndOrder::obeyIfGiven();
     const TextCodec &codec = codecToRead(m_codes.charCode, bytes);
     text = decode(std::move(bytes), codec, requested ? CodeWas::Wanted : CodeWas::Detected);
     if (!isUtf16Likely(m_findings, m_codes.charCode))
@@ -167,11 +171,11 @@ std::optional<ReadFailure> TextDocument::readBytes(
     m_path = path;
     m_name = name;
     m_unreadFile = path + name;
-    FileStamp stamp;
-    if (const auto failure = readFileFrom(path + name, 0, bytes, stamp, m_calls))
+    FileVersion version;
+    if (const auto failure = readWholeFile(path + name, bytes, version, m_calls))
         return failure;
     m_unreadFile.clear();
-    m_version.setRead(FileVersion(stamp, bytes));
+    m_version.setRead(version);
     m_keepsFile = false;
     return std::nullopt;
 }
@@ -188,16 +192,17 @@ TextStore TextDocument::decode(QByteArray &&bytes, const TextCodec &codec, CodeW
     return text;
 }
 
-void TextDocument::startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec)
+void TextDocument::startNew(
+    const QString &name, FileCodes codes, const TextCodec &byteCodec, std::optional<Utf16Form> keptUtf16)
 {
     dropText();
     m_path.clear();
     m_name = name;
     m_unreadFile.clear();
     m_codes = codes;
-    m_readCode = ReadCode(byteCodec);
-    m_findings = {};
-    m_utf16 = {};
+    m_readCode = ReadCode(keptUtf16 ? codecOf(*keptUtf16) : byteCodec);
+    m_findings = { 0, {}, {}, keptUtf16 };
+    m_utf16 = { keptUtf16, keptUtf16.has_value() };
     m_keepsFile = false;
     m_version = DocumentVersion(m_calls);
     setText(TextStore(m_store.layoutRule()));
@@ -217,6 +222,12 @@ void TextDocument::detachFromFile(const QString &name)
 QByteArray TextDocument::fileName() const
 {
     return FileName::toBytes(m_path + m_name);
+}
+
+FileStamp TextDocument::fileNow() const
+{
+    struct stat info;
+    return m_calls.stat(fileName().constData(), &info) == 0 ? FileStamp(info) : FileStamp();
 }
 
 FileChange TextDocument::fileChange()
@@ -261,7 +272,7 @@ qint64 openEnd(const TextStore &store, QByteArrayView fileEnd)
 bool TextDocument::appendGrowth()
 {
     constexpr qint64 proof = 65536;
-    const qint64 known = m_version.read().stamp().size;
+    const qint64 known = m_version.known().stamp().size;
     const qint64 from = qMax<qint64>(0, known - proof);
     QByteArray bytes;
     FileStamp stamp;
@@ -273,8 +284,11 @@ bool TextDocument::appendGrowth()
     const TextStore text = m_readCode.codec().decode(added, m_store.layoutRule());
     const qint64 waiting = openEnd(text, bytes);
     bytes.chop(waiting);
-    stamp.size -= waiting;
-    m_version.setReadOn(FileVersion(stamp, bytes));
+    if (bytes.size() < known - from) // a character of which some was there is not whole yet
+        return false;
+    ContentHash content = m_version.known().content();
+    content.add(QByteArrayView(bytes).sliced(known - from));
+    m_version.setReadOn(FileVersion(stamp, content));
     const qint64 length = text.length() - waiting;
     m_history.clear();
     m_store.exchange(m_store.end() - open, open, text.piece({}, length));

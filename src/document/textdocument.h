@@ -101,11 +101,18 @@ public:
     std::optional<ReadFailure> read(const QString &path, const QString &name,
         std::optional<CharCode> requested, FileCodes codes, TextStore &text);
     /// Makes it a document of that name that was never saved, without text; undecodable bytes and spellings
-    /// that come into it are of `byteCodec`.
-    void startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec);
+    /// that come into it are of `byteCodec`. It is saved as UTF-16 where that is kept, see keepUtf16().
+    void startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec,
+        std::optional<Utf16Form> keptUtf16 = {});
     /// What other programs have done to the document's file since it was read or written, but for what is
     /// acknowledged. Cost: one call where nothing has happened.
     FileChange fileChange();
+    /// Somebody has read through the file, for fileChange() was unsure. See contentOf().
+    void noteSeen(const SeenContent &seen) { m_version.noteSeen(seen); }
+    /// What the file was when it was read or written last; of no file for a document that never was.
+    const FileVersion &fileVersion() const { return m_version.known(); }
+    /// Which file has its name now; of no file if there is none. One call.
+    FileStamp fileNow() const;
     /// The user knows what the file is now. A save over it keeps a copy of it all the same.
     void acknowledgeFile();
     /// Puts what a file that has only grown has got behind the text, which has no history then; an incomplete
@@ -127,7 +134,7 @@ public:
     /// Unicode, so that a save writes UTF-8.
     std::optional<ReadFailure> readUtf16(
         const QString &path, const QString &name, Utf16Form form, FileCodes codes, TextStore &text);
-    /// Whether the text was read so.
+    /// Whether the text was read so, or comes from one that was.
     bool isUtf16() const { return m_utf16.form.has_value(); }
     /// Such a text is saved as UTF-16 from now on, in the order it had and with a mark if it had one; until
     /// it is saved in another code or loaded again.

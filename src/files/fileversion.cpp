@@ -1,8 +1,8 @@
 #include "files/fileversion.h"
 
 #include "files/copycontent.h"
+#include "files/endorder.h"
 
-#include <QHash>
 #include <QScopeGuard>
 
 #include <cstdlib>
@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr qsizetype hashedBlock = 4096;
 constexpr qint64 nanosecondsPerSecond = 1000000000;
 
 qint64 nanosecondsOf(const timespec &time)
@@ -20,15 +19,22 @@ qint64 nanosecondsOf(const timespec &time)
     return qint64{ time.tv_sec } * nanosecondsPerSecond + time.tv_nsec;
 }
 
+int openForReading(const FileCalls &calls, const QByteArray &name)
+{
+    return retried(
+        [&] { return calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0); });
+}
+
 /// Nothing when they cannot be read, or are fewer.
-std::optional<size_t> hashOf(const FileCalls &calls, int fd, qint64 from, qint64 to)
+std::optional<quint64> hashOf(
+    const FileCalls &calls, int fd, qint64 from, qint64 to, const std::function<bool()> &isStopped)
 {
     ContentHash hash;
     QByteArray block(copiedBlock, Qt::Uninitialized);
     while (from < to) {
         const auto wanted = size_t(qMin<qint64>(block.size(), to - from));
         const ssize_t got = retried([&] { return calls.pread(fd, block.data(), wanted, from); });
-        if (got <= 0)
+        if (got <= 0 || isStopped())
             return std::nullopt;
         hash.add(QByteArrayView(block).first(got));
         from += got;
@@ -54,46 +60,32 @@ bool FileStamp::isYoung() const
     return std::abs(nanosecondsOf(now) - modified) < 2 * nanosecondsPerSecond;
 }
 
-void ContentHash::add(QByteArrayView bytes)
+std::optional<SeenContent> contentOf(
+    const QByteArray &name, const FileCalls &calls, const std::function<bool()> &isStopped)
 {
-    if (!m_rest.isEmpty()) {
-        const QByteArrayView first = bytes.first(qMin(bytes.size(), hashedBlock - m_rest.size()));
-        m_rest.append(first);
-        bytes = bytes.sliced(first.size());
-        if (m_rest.size() < hashedBlock)
-            return;
-        m_value = qHashBits(m_rest.constData(), size_t(hashedBlock), m_value);
-        m_rest.resize(0);
-    }
-    for (; bytes.size() >= hashedBlock; bytes = bytes.sliced(hashedBlock))
-        m_value = qHashBits(bytes.data(), size_t(hashedBlock), m_value);
-    m_rest.append(bytes);
+    const int fd = openForReading(calls, name);
+    if (fd == -1)
+        return std::nullopt;
+    const auto closer = qScopeGuard([&calls, fd] { calls.close(fd); });
+    struct stat before = {};
+    struct stat after = {};
+    if (calls.fstat(fd, &before) != 0 || !S_ISREG(before.st_mode))
+        return std::nullopt;
+    const auto hash = hashOf(calls, fd, 0, before.st_size, isStopped);
+    if (!hash || calls.fstat(fd, &after) != 0 || FileStamp(after) != FileStamp(before))
+        return std::nullopt;
+    return SeenContent{ FileStamp(before), *hash };
 }
 
-size_t ContentHash::value() const
-{
-    return qHashBits(m_rest.constData(), size_t(m_rest.size()), m_value);
-}
-
-FileVersion::FileVersion(const FileStamp &stamp, QByteArrayView known)
+FileVersion::FileVersion(const FileStamp &stamp, const ContentHash &content)
     : m_stamp(stamp)
     , m_isYoung(stamp.isYoung())
+    , m_content(content)
 {
-    const QByteArrayView end = known.last(qMin<qint64>(known.size(), mostCompared));
-    ContentHash hash;
-    hash.add(end);
-    m_hashedFrom = stamp.size - end.size();
-    m_hash = hash.value();
+    m_stamp.size = content.size();
 }
 
-FileVersion::FileVersion(const FileStamp &stamp, std::optional<size_t> hash)
-    : m_stamp(stamp)
-    , m_isYoung(stamp.isYoung())
-    , m_hash(hash)
-{
-}
-
-FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls)
+FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls, Reading reading)
 {
     if (m_stamp.inode == 0)
         return FileChange::None;
@@ -106,7 +98,11 @@ FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls)
     if (!S_ISREG(info.st_mode)) // which may have the number of the file that was
         return FileChange::Replaced;
     const bool isSameFile = now.isSameFile(m_stamp);
-    if (now.size < m_stamp.size || !isStartOf(name, now, calls))
+    const auto isStart =
+        now.size < m_stamp.size ? std::optional(false) : isStartOf(name, now, calls, reading);
+    if (!isStart)
+        return FileChange::Unsure;
+    if (!*isStart)
         return isSameFile ? FileChange::Changed : FileChange::Replaced;
     if (now.size > m_stamp.size)
         return isSameFile ? FileChange::Grown : FileChange::Replaced;
@@ -115,19 +111,43 @@ FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls)
     return FileChange::None;
 }
 
-/// Whether a file that is at least as large has at its start what this version had.
-bool FileVersion::isStartOf(const QByteArray &name, const FileStamp &now, const FileCalls &calls) const
+/// Whether a file that is at least as large has at its start what this version had; nothing where all of it
+/// would have to be read for that.
+std::optional<bool> FileVersion::isStartOf(
+    const QByteArray &name, const FileStamp &now, const FileCalls &calls, Reading reading)
 {
     const bool hasGrown = now.size > m_stamp.size;
     const bool isUntouched = now.isSameFile(m_stamp) && now.modified == m_stamp.modified && !hasGrown;
-    if (!m_hash)
-        return isUntouched;
-    if (m_hashedFrom > 0 && !isUntouched && !hasGrown)
-        return false;
-    const int fd = retried(
-        [&] { return calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0); });
+    if (const auto isSeen = isSeenIn(now))
+        return isSeen;
+    const int fd = openForReading(calls, name);
     if (fd == -1)
         return isUntouched;
     const auto closer = qScopeGuard([&calls, fd] { calls.close(fd); });
-    return hashOf(calls, fd, m_hashedFrom, m_stamp.size) == m_hash;
+    const bool isAllRead = m_content.endStart() == 0 || (reading == Reading::All && !hasGrown);
+    const qint64 from = isAllRead ? 0 : m_content.endStart();
+    const auto hash = hashOf(calls, fd, from, m_stamp.size, EndOrder::isGiven);
+    if (hash && isAllRead && !hasGrown && !now.isYoung())
+        noteSeen({ now, *hash });
+    if (hash != (isAllRead ? m_content.value() : m_content.endValue()))
+        return false;
+    const bool isKnown = isAllRead || hasGrown || now == m_stamp;
+    return isKnown ? std::optional(true) : std::nullopt;
+}
+
+/// What is young may be written once more without a sign of it.
+std::optional<bool> FileVersion::isSeenIn(const FileStamp &now)
+{
+    if (!m_seen || m_seen->stamp != now)
+        return std::nullopt;
+    const bool isSame = m_seen->hash == m_content.value();
+    if (now.isYoung())
+        m_seen.reset();
+    return isSame;
+}
+
+void FileVersion::noteSeen(const SeenContent &seen)
+{
+    if (seen.stamp.size == m_stamp.size)
+        m_seen = seen;
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "files/contenthash.h"
 #include "files/filecalls.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 
+#include <functional>
 #include <optional>
 
 /// What became of a file, compared with what it was.
@@ -14,6 +15,8 @@ enum class FileChange {
     Changed,
     Replaced, ///< another file has its name
     Deleted,
+    /// Its times are others, and it is too large to be compared in passing: see contentOf().
+    Unsure,
 };
 
 /// Which file has a name, and what the system tells of it by one call.
@@ -33,46 +36,49 @@ struct FileStamp {
     qint64 changed = 0;
 };
 
-/// Hashes bytes that come in pieces; the pieces do not matter. Means nothing to another process. Cost: memory
-/// speed.
-class ContentHash {
-public:
-    void add(QByteArrayView bytes);
-    size_t value() const;
-
-private:
-    size_t m_value = 0;
-    QByteArray m_rest;
+/// What a file had in it when it was read through.
+struct SeenContent {
+    FileStamp stamp;
+    quint64 hash = 0; ///< see ContentHash
 };
+/// Reads a file through, in any thread. Nothing where it cannot be read or is written meanwhile, and as soon
+/// as `isStopped` says so.
+std::optional<SeenContent> contentOf(
+    const QByteArray &name, const FileCalls &calls, const std::function<bool()> &isStopped);
 
 /// What a file was when it was read or written, so that it can be told later whether it still is.
 ///
 /// Times alone do not say that: `touch` and attributes change them, and a write within a step of the clock
-/// does not. So a version also knows the hash of its content, or of the last part of a large file: whose
-/// times have changed, or were too young to change, is read and compared, up to a bound that takes a few
-/// milliseconds. A large file whose times have changed counts as changed, because to read a gigabyte at every
-/// return to the window would be worse than a word too much.
+/// does not. So a version also knows the hash of its content. Of a file whose times have changed, or were too
+/// young to change, as much is read and compared as takes a few milliseconds: all of it, or the end of a
+/// large one. That tells whether a large one has only grown, and mostly that it is another; but not that it
+/// is still the same, which only somebody can find out who has the time to read it through.
 class FileVersion {
 public:
-    static constexpr qint64 mostCompared = qint64{ 16 } << 20; ///< bytes
+    static constexpr qint64 mostCompared = 2 * ContentHash::segment; ///< bytes that are read in passing
+    enum class Reading { InPassing, All };
 
     /// Of no file.
     FileVersion() = default;
-    /// Of a file of which `known` is the end, or all.
-    FileVersion(const FileStamp &stamp, QByteArrayView known);
-    /// Of a file whose whole content has this hash, if it was not too large for one.
-    FileVersion(const FileStamp &stamp, std::optional<size_t> hash);
+    /// Of a file that had this in it, whatever has been added by the time of the stamp.
+    FileVersion(const FileStamp &stamp, const ContentHash &content);
 
     const FileStamp &stamp() const { return m_stamp; }
+    const ContentHash &content() const { return m_content; }
     /// Compares it with what has the name now. A file that turns out to be the same is known by its new times
-    /// then. Where the disk does not answer nothing has changed, as far as is known.
-    FileChange changeOf(const QByteArray &name, const FileCalls &calls);
+    /// then. Where the disk does not answer nothing has changed, as far as is known. By reading all of it
+    /// nothing stays unsure; that is given up when the process is to end (EndOrder).
+    FileChange changeOf(const QByteArray &name, const FileCalls &calls, Reading reading = Reading::InPassing);
+    /// Somebody has read through a file of this size: while it is as it was then, changeOf() needs not.
+    void noteSeen(const SeenContent &seen);
 
 private:
-    bool isStartOf(const QByteArray &name, const FileStamp &now, const FileCalls &calls) const;
+    std::optional<bool> isStartOf(
+        const QByteArray &name, const FileStamp &now, const FileCalls &calls, Reading reading);
+    std::optional<bool> isSeenIn(const FileStamp &now);
 
     FileStamp m_stamp;
     bool m_isYoung = false; ///< when it was read or written
-    qint64 m_hashedFrom = 0;
-    std::optional<size_t> m_hash; ///< of the bytes from there to the size
+    ContentHash m_content;
+    std::optional<SeenContent> m_seen; ///< of a file with other times
 };

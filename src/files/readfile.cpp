@@ -47,8 +47,10 @@ QByteArray uninitialized(qsizetype size)
     return bytes;
 }
 
-/// Reads to the end, also of a file that has become shorter or longer than `expected` meanwhile.
-Failure readToEnd(const FileCalls &calls, int file, qint64 from, qint64 expected, QByteArray &bytes)
+/// Reads to the end, also of a file that has become shorter or longer than `expected` meanwhile. What was
+/// read is hashed while the processor has it at hand.
+Failure readToEnd(
+    const FileCalls &calls, int file, qint64 from, qint64 expected, QByteArray &bytes, ContentHash &content)
 {
     constexpr qint64 blockSize = qint64{ 1 } << 20;
     constexpr qint64 leastRoom = 65536;
@@ -65,14 +67,15 @@ Failure readToEnd(const FileCalls &calls, int file, qint64 from, qint64 expected
             return ReadFailure::BrokenOff;
         if (count == 0)
             break;
+        content.add(QByteArrayView(bytes).sliced(reached, count));
         reached += count;
     }
     bytes.truncate(reached);
     return {};
 }
 
-Failure readFile(
-    const FileCalls &calls, const QByteArray &name, qint64 from, QByteArray &bytes, FileStamp &stamp)
+Failure readFile(const FileCalls &calls, const QByteArray &name, qint64 from, QByteArray &bytes,
+    FileStamp &stamp, ContentHash &content)
 {
     struct stat status = {};
     if (calls.stat(name.constData(), &status) != 0)
@@ -92,24 +95,34 @@ Failure readFile(
     if (const Failure failure = refusal(status)) // another file may have taken the name meanwhile
         return failure;
     stamp = FileStamp(status);
-    const Failure failure = readToEnd(calls, file, from, std::max<qint64>(0, status.st_size - from), bytes);
+    const qint64 expected = std::max<qint64>(0, status.st_size - from);
+    const Failure failure = readToEnd(calls, file, from, expected, bytes, content);
     stamp.size = from + bytes.size();
     return failure;
 }
 
 } // namespace
 
-std::optional<ReadFailure> readWholeFile(const QString &fileName, QByteArray &bytes, const FileCalls &calls)
+std::optional<ReadFailure> readWholeFile(
+    const QString &fileName, QByteArray &bytes, FileVersion &version, const FileCalls &calls)
 {
+    QByteArray read;
     FileStamp stamp;
-    return readFileFrom(fileName, 0, bytes, stamp, calls);
+    ContentHash content;
+    const Failure failure = readFile(calls, FileName::toBytes(fileName), 0, read, stamp, content);
+    if (failure)
+        return failure;
+    bytes = std::move(read);
+    version = FileVersion(stamp, content);
+    return std::nullopt;
 }
 
 std::optional<ReadFailure> readFileFrom(
     const QString &fileName, qint64 from, QByteArray &bytes, FileStamp &stamp, const FileCalls &calls)
 {
     QByteArray read;
-    const Failure failure = readFile(calls, FileName::toBytes(fileName), from, read, stamp);
+    ContentHash content;
+    const Failure failure = readFile(calls, FileName::toBytes(fileName), from, read, stamp, content);
     if (!failure)
         bytes = std::move(read);
     return failure;

@@ -1,6 +1,7 @@
 #include "files/safefile.h"
 
 #include "files/copycontent.h"
+#include "files/endorder.h"
 #include "files/fileattributes.h"
 #include "files/ownfile.h"
 #include "files/stagedfile.h"
@@ -82,8 +83,7 @@ bool SafeFile::flush()
 {
     const bool written = writeAt(m_calls, m_staged, m_buffer, m_size);
     m_size += m_buffer.size();
-    if (m_size <= FileVersion::mostCompared)
-        m_hash.add(m_buffer);
+    m_content.add(m_buffer);
     m_buffer.resize(0);
     if (!written)
         discard();
@@ -137,6 +137,7 @@ bool SafeFile::overwrite()
 {
     if (!m_copy.isMade() && !m_copy.make(m_target))
         return false;
+    const EndOrder::Delay delay; // the file is neither the old nor the new one meanwhile
     const bool written = copyOver(m_staged, m_size);
     if (!written && !copyOver(m_copy.fd(), m_copy.size()))
         m_keptCopy = m_copy.leave();
@@ -165,10 +166,8 @@ void SafeFile::restoreRights()
 void SafeFile::noteVersion(int fd)
 {
     struct stat info;
-    if (m_calls.fstat(fd, &info) != 0)
-        return;
-    const bool isHashed = m_size <= FileVersion::mostCompared;
-    m_version = FileVersion(FileStamp(info), isHashed ? std::optional(m_hash.value()) : std::nullopt);
+    if (m_calls.fstat(fd, &info) == 0)
+        m_version = FileVersion(FileStamp(info), m_content);
 }
 
 void SafeFile::closeFile(int *fd)

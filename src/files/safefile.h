@@ -78,7 +78,7 @@ private:
     int m_staged = -1;
     off_t m_size = 0; ///< bytes in the staged file
     QByteArray m_buffer;
-    ContentHash m_hash; ///< of what is in the staged file, up to the size that versions compare
+    ContentHash m_content; ///< of what is in the staged file
     FileVersion m_version;
     OldCopy m_copy;
     QByteArray m_keptCopy;

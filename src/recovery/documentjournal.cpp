@@ -136,7 +136,8 @@ void DocumentJournal::keep(KeptFor reason)
         return;
     setAside();
     m_text.begin(m_document, WholeIn::NoFile);
-    setDirty();
+    m_schedule.noteUrgent(m_clock());
+    emit dirtied();
 }
 
 void DocumentJournal::endKeeping(KeptFor reason)
@@ -162,7 +163,7 @@ void DocumentJournal::end()
 int DocumentJournal::leave()
 {
     disconnect(&m_document, nullptr, this, nullptr);
-    keep(KeptFor::Deletion);
+    keep(KeptFor::FileLost);
     setDirty();
     writeNow();
     return m_number;

@@ -18,7 +18,7 @@ using JournalClock = std::function<qint64()>;
 /// Why a text stays in its journal though its document is not edited.
 enum class KeptFor : quint8 {
     Substitution = 1, ///< its save wrote other characters
-    Deletion = 2, ///< its file is gone
+    FileLost = 2, ///< its file is gone, or has another text
 };
 Q_DECLARE_FLAGS(KeptForAny, KeptFor)
 

@@ -134,7 +134,8 @@ auto unreadableFile(const FileCalls &calls, const char *path)
 {
     return [calls, path](TestWindow &window, const TestFiles &) {
         QByteArray bytes;
-        if (const auto failure = readWholeFile(QString::fromLatin1(path), bytes, calls))
+        FileVersion version;
+        if (const auto failure = readWholeFile(QString::fromLatin1(path), bytes, version, calls))
             tellReadFailure(&window, *failure);
     };
 }

@@ -39,6 +39,7 @@ private slots:
     void tellsOfAnotherFileUnderTheName();
     void tellsOfADeletion();
     void takesItBack();
+    void largeTouchedFileIsReadInTheBackground();
     void saysNothingOfOwnSaves();
     void reloads();
     void asksBeforeEditsGo();
@@ -151,6 +152,28 @@ void DiskNoticesTest::takesItBack()
     QTRY_COMPARE(m_strip->text(), changedText);
     m_files->write(u"a.txt"_s, "old\n");
     QTRY_VERIFY(!m_strip->isShown());
+}
+
+/// Nothing is said of it before another one, which is changed, has been read behind it.
+void DiskNoticesTest::largeTouchedFileIsReadInTheBackground()
+{
+    const QByteArray content = QByteArray("line\n").repeated(FileVersion::mostCompared / 4);
+    const QString touched = m_files->write(u"touched.txt"_s, content);
+    m_window->setDocument(touched);
+    ctlEditer &first = editor();
+    const QString changed = m_files->write(u"changed.txt"_s, content);
+    const timespec times[] = { { 1000, 0 }, { 1000, 0 } };
+    QCOMPARE(::utimensat(AT_FDCWD, changed.toUtf8().constData(), times, 0), 0);
+    QCOMPARE(::utimensat(AT_FDCWD, touched.toUtf8().constData(), times, 0), 0);
+    m_window->slotCmdViewWinNext(); // looks at it
+    m_window->setDocument(changed);
+    QTRY_COMPARE(
+        std::as_const(first).document().fileVersion().stamp().modified, qint64{ 1000 } * 1'000'000'000);
+    QVERIFY(!m_strip->isShown());
+    QFile file(changed);
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.putChar('L'));
+    file.close();
+    QTRY_COMPARE(m_strip->text(), changedText);
 }
 
 void DiskNoticesTest::saysNothingOfOwnSaves()

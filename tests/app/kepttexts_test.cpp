@@ -21,6 +21,10 @@ private slots:
     void textOfADeletedFileIsKept();
     void textOfADeletedFileIsKeptWhileItIsOpen();
     void textOfADeletedFileIsKeptAtASuddenEnd();
+    void textOfAFileThatIsNotShownIsKept_data();
+    void textOfAFileThatIsNotShownIsKept();
+    void textThatTheUserKeepsIsKept();
+    void readAgainItIsKeptNoLonger();
     void detachedTextComesBackAsSuch();
     void textThatIsElsewhereIsNotKept();
 
@@ -152,6 +156,68 @@ void KeptTextsTest::textOfADeletedFileIsKeptWhileItIsOpen()
     QTRY_COMPARE(UnsavedTexts::now(), QStringList());
 }
 
+void KeptTextsTest::textOfAFileThatIsNotShownIsKept_data()
+{
+    QTest::addColumn<QString>("other"); // that takes its name
+    QTest::addColumn<QStringList>("kept");
+    QTest::newRow("deleted") << QString() << QStringList{ u"old\n"_s };
+    QTest::newRow("replaced") << u"new\n"_s << QStringList{ u"old\n"_s };
+    QTest::newRow("replaced by the same") << u"old\n"_s << QStringList();
+}
+
+/// At once, and without a look of its user at the document.
+void KeptTextsTest::textOfAFileThatIsNotShownIsKept()
+{
+    QFETCH(QString, other);
+    QFETCH(QStringList, kept);
+    TestWindow window;
+    QVERIFY(window.open());
+    QVERIFY(QDir(m_files->folder()).mkdir(u"sub"_s));
+    for (const QString &name : { u"a.txt"_s, u"sub/b.txt"_s })
+        window.setDocument(m_files->write(name, name == u"a.txt"_s ? "old\n" : "shown\n"));
+    const QString name = m_files->folder() + u"a.txt"_s;
+    QVERIFY(QFile::rename(name, m_files->folder() + u"moved"_s));
+    if (!other.isEmpty())
+        m_files->write(u"a.txt"_s, other.toUtf8());
+    m_files->write(u"last"_s, "");
+    QTRY_COMPARE(UnsavedTexts::now(), kept);
+    QCOMPARE(window.currentEditor()->text(), u"shown\n"_s);
+    QVERIFY(!StripInWindow(window).isShown());
+    QVERIFY(QFile::remove(m_files->folder() + u"sub/b.txt"_s));
+    QTRY_COMPARE(UnsavedTexts::now(), kept + QStringList{ u"shown\n"_s });
+    window.slotCmdViewWinPrev();
+    QCOMPARE(StripInWindow(window).isShown(), !kept.isEmpty());
+}
+
+/// Though the file has another one.
+void KeptTextsTest::textThatTheUserKeepsIsKept()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(m_files->write(u"a.txt"_s, "old\n"));
+    m_files->write(u"a.txt"_s, "new\n");
+    const StripInWindow strip(window);
+    QTRY_VERIFY(strip.isShown());
+    QVERIFY(strip.click(u"Keep mine"_s));
+    window.slotCmdFileNew();
+    window.slotCmdViewWinPrev();
+    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
+    window.slotCmdFileSave();
+    QTRY_COMPARE(UnsavedTexts::now(), QStringList());
+}
+
+void KeptTextsTest::readAgainItIsKeptNoLonger()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(m_files->write(u"a.txt"_s, "old\n"));
+    m_files->write(u"a.txt"_s, "new\n");
+    QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
+    const StripInWindow strip(window);
+    QVERIFY(strip.click(u"Reload"_s));
+    QTRY_COMPARE(UnsavedTexts::now(), QStringList());
+}
+
 /// Nobody has looked at the one that is not shown.
 void KeptTextsTest::textOfADeletedFileIsKeptAtASuddenEnd()
 {
@@ -175,8 +241,11 @@ void KeptTextsTest::detachedTextComesBackAsSuch()
         const StripInWindow strip(window);
         QTRY_VERIFY(strip.isShown());
         QVERIFY(strip.click(u"Show both"_s));
-        QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"new\n"_s });
+        QTRY_COMPARE(UnsavedTexts::now(), (QStringList{ u"new\n"_s, u"old\n"_s }));
         QTest::keyClicks(window.currentEditor(), u"x"_s);
+        QTRY_COMPARE(UnsavedTexts::now(), (QStringList{ u"old\n"_s, u"xnew\n"_s }));
+        window.slotCmdViewWinPrev();
+        window.slotCmdFileCloseTab();
         QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"xnew\n"_s });
     }
     TestWindow window;

@@ -5,11 +5,10 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
-
-namespace {
-
-} // namespace
 
 /// A document whose file other programs write.
 class OtherProgramsTest : public QObject {
@@ -26,6 +25,8 @@ private slots:
     void saveKeepsTheOtherVersion_data();
     void saveKeepsTheOtherVersion();
     void saveMakesADeletedFileAgain();
+    void largeTouchedFileIsNoNews();
+    void largeFileThatWasSavedMayGrow();
     void unreadFileHasNoNews();
     void detachedDocumentHasNoFile();
 
@@ -167,6 +168,51 @@ void OtherProgramsTest::saveMakesADeletedFileAgain()
     QCOMPARE(result.overtaken, Overtaken::No);
     QCOMPARE(result.keptCopy, QString());
     QCOMPARE(m_folder->read(fileName), QByteArray("old\n"));
+}
+
+/// Nothing is said of it before somebody has read through it, and a save does that itself.
+void OtherProgramsTest::largeTouchedFileIsNoNews()
+{
+    const QByteArray content = QByteArray("line\n").repeated(FileVersion::mostCompared / 4);
+    for (const bool isChanged : { false, true }) {
+        const auto document = open(content);
+        QByteArray now = content;
+        if (isChanged)
+            now[0] = 'L';
+        QVERIFY(m_folder->write(fileName, now));
+        const timespec times[] = { { 1000, 0 }, { 1000, 0 } };
+        QCOMPARE(::utimensat(AT_FDCWD, bytesName().constData(), times, 0), 0);
+        QCOMPARE(document->fileChange(), FileChange::Unsure);
+        const auto seen = contentOf(bytesName(), FileCalls::system(), [] { return false; });
+        QVERIFY(seen);
+        if (!isChanged) {
+            document->noteSeen(*seen);
+            QCOMPARE(document->fileChange(), FileChange::None);
+            QCOMPARE(::chmod(bytesName().constData(), 0640), 0);
+            QCOMPARE(document->fileChange(), FileChange::Unsure);
+        }
+        document->replace(Offset(0), 0, u"x");
+        const SaveResult result = document->save(m_folder->path(), fileName);
+        QCOMPARE(result.outcome, SaveResult::Outcome::Written);
+        QCOMPARE(result.overtaken, isChanged ? Overtaken::ByProgram : Overtaken::No);
+        QCOMPARE(result.keptCopy.isEmpty(), !isChanged);
+    }
+}
+
+void OtherProgramsTest::largeFileThatWasSavedMayGrow()
+{
+    const auto document = open(QByteArray("line\n").repeated(FileVersion::mostCompared / 4));
+    document->replace(Offset(0), 0, u"x");
+    QCOMPARE(document->save(m_folder->path(), fileName).outcome, SaveResult::Outcome::Written);
+    QVERIFY(append("more\n"));
+    QCOMPARE(document->fileChange(), FileChange::Grown);
+    QVERIFY(document->readGrowth());
+    QVERIFY(append("and more\n"));
+    QCOMPARE(document->fileChange(), FileChange::Grown);
+    QVERIFY(document->readGrowth());
+    QCOMPARE(document->fileChange(), FileChange::None);
+    const auto seen = contentOf(bytesName(), FileCalls::system(), [] { return false; });
+    QVERIFY(seen && seen->hash == document->fileVersion().content().value());
 }
 
 void OtherProgramsTest::unreadFileHasNoNews()

@@ -24,11 +24,13 @@ private slots:
     void unchangedFileCostsOneCall();
     void youngFileIsCompared();
     void largeFileIsKnownByItsEnd();
+    void largeFileIsReadThroughByAnother_data();
+    void largeFileIsReadThroughByAnother();
+    void contentIsThatOfOneMoment();
     void noFileHasNoChange();
     void unansweredIsNoChange_data();
     void unansweredIsNoChange();
     void writtenFileIsKnown();
-    void hashDoesNotMindThePieces();
     void obstacles_data();
     void obstacles();
     void everyFailingCallOfObstacles();
@@ -39,9 +41,9 @@ private:
     FileVersion read() const
     {
         QByteArray bytes;
-        FileStamp stamp;
-        readFileFrom(QFile::decodeName(m_name), 0, bytes, stamp);
-        return FileVersion(stamp, bytes);
+        FileVersion version;
+        readWholeFile(QFile::decodeName(m_name), bytes, version);
+        return version;
     }
     /// As if it had been written long ago.
     void age(const QByteArray &name) const
@@ -184,10 +186,80 @@ void FileVersionTest::largeFileIsKnownByItsEnd()
     FileVersion version = read();
     append("more\n");
     QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::Grown);
-    QCOMPARE(::truncate(m_name.constData(), FileVersion::mostCompared + 6000), 0);
+    QCOMPARE(::truncate(m_name.constData(), FileVersion::mostCompared + 5500), 0);
     QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::Changed);
+    append(QByteArray(500, 'f'));
+    QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::Changed);
+}
+
+void FileVersionTest::largeFileIsReadThroughByAnother_data()
+{
+    QTest::addColumn<Act>("act");
+    QTest::addColumn<FileChange>("change");
+    const auto writeX = [this](qint64 offset) {
+        QFile file(QFile::decodeName(m_name));
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(offset));
+        QCOMPARE(file.write("x"), 1);
+    };
+    const auto copyOver = [this] {
+        QVERIFY(QFile::copy(QFile::decodeName(m_name), QFile::decodeName(m_folder + "copy")));
+        QCOMPARE(::rename((m_folder + "copy").constData(), m_name.constData()), 0);
+    };
+    QTest::newRow("touched") << Act([] {}) << FileChange::None;
+    QTest::newRow("a copy in its place") << Act(copyOver) << FileChange::None;
+    QTest::newRow("other rights") << Act([this] { QCOMPARE(::chmod(m_name.constData(), 0640), 0); })
+                                  << FileChange::None;
+    QTest::newRow("changed at its start") << Act([=] { writeX(0); }) << FileChange::Changed;
+    QTest::newRow("changed before its end")
+        << Act([=] { writeX(ContentHash::segment - 1); }) << FileChange::Changed;
+    QTest::newRow("changed in another's place") << Act([=] {
+        copyOver();
+        writeX(100);
+    }) << FileChange::Replaced;
+}
+
+/// No word is said before it is sure, and nothing is read twice. Who cannot wait, as a save, reads it
+/// himself.
+void FileVersionTest::largeFileIsReadThroughByAnother()
+{
+    QFETCH(Act, act);
+    QFETCH(FileChange, change);
+    const FileCalls &calls = FileCalls::system();
+    QCOMPARE(::truncate(m_name.constData(), FileVersion::mostCompared + ContentHash::segment / 2), 0);
     age(m_name);
-    QCOMPARE(version.changeOf(m_name, FileCalls::system()), FileChange::None);
+    const FileVersion version = read();
+    act();
+    const timespec times[2] = { { 2000, 0 }, { 2000, 0 } };
+    QCOMPARE(::utimensat(AT_FDCWD, m_name.constData(), times, 0), 0);
+    FileVersion unsure = version;
+    QCOMPARE(unsure.changeOf(m_name, calls), FileChange::Unsure);
+    QCOMPARE(FileVersion(version).changeOf(m_name, calls, FileVersion::Reading::All), change);
+    const auto seen = contentOf(m_name, calls, [] { return false; });
+    QVERIFY(seen);
+    unsure.noteSeen(*seen);
+    for (int look = 0; look < 2; ++look) {
+        const FileCalls unread =
+            withFaults(calls, [](const QByteArray &call) { return call == "open" ? EIO : 0; });
+        QCOMPARE(unsure.changeOf(m_name, unread), change);
+    }
+    append("x");
+    unsure = version;
+    unsure.noteSeen(*seen);
+    QVERIFY(unsure.changeOf(m_name, calls) != FileChange::None);
+}
+
+void FileVersionTest::contentIsThatOfOneMoment()
+{
+    const FileCalls &calls = FileCalls::system();
+    QVERIFY(contentOf(m_name, calls, [] { return false; }));
+    QVERIFY(!contentOf(m_name, calls, [] { return true; }));
+    QVERIFY(!contentOf(m_folder, calls, [] { return false; }));
+    QVERIFY(!contentOf(m_folder + "missing", calls, [] { return false; }));
+    const auto writing = [this] {
+        append("more\n");
+        return false;
+    };
+    QVERIFY(!contentOf(m_name, calls, writing));
 }
 
 void FileVersionTest::noFileHasNoChange()
@@ -231,24 +303,6 @@ void FileVersionTest::writtenFileIsKnown()
         writeFile(name, other);
         QCOMPARE(version.changeOf(name, calls), FileChange::Changed);
     }
-}
-
-void FileVersionTest::hashDoesNotMindThePieces()
-{
-    QByteArray bytes;
-    for (int i = 0; i < 20000; ++i)
-        bytes.append(char(i * i / 7));
-    ContentHash whole;
-    whole.add(bytes);
-    for (const qsizetype piece : { 1, 7, 4095, 4096, 4097, 9000 }) {
-        ContentHash hash;
-        for (qsizetype at = 0; at < bytes.size(); at += piece)
-            hash.add(QByteArrayView(bytes).sliced(at, qMin(piece, bytes.size() - at)));
-        QCOMPARE(hash.value(), whole.value());
-    }
-    ContentHash other;
-    other.add(bytes.chopped(1));
-    QVERIFY(other.value() != whole.value());
 }
 
 void FileVersionTest::obstacles_data()

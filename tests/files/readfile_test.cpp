@@ -42,6 +42,12 @@ private:
 
 const QByteArray untouched = QByteArrayLiteral("untouched");
 
+Failure readAllOf(const QString &fileName, QByteArray &bytes, const FileCalls &calls = FileCalls::system())
+{
+    FileVersion version;
+    return readWholeFile(fileName, bytes, version, calls);
+}
+
 } // namespace
 
 /// How the bytes of a file are read, and what is refused.
@@ -81,7 +87,7 @@ void ReadFileTest::readsFile()
     const FileFixture file(content);
     QVERIFY(file.isWritten());
     QByteArray bytes = untouched;
-    QVERIFY(!readWholeFile(file.name(), bytes));
+    QVERIFY(!readAllOf(file.name(), bytes));
     QVERIFY(bytes == content);
 }
 
@@ -91,7 +97,7 @@ void ReadFileTest::readsThroughLink()
     const QString link = file.name() + u".link"_s;
     QCOMPARE(symlink("file.txt", FileName::toBytes(link).constData()), 0);
     QByteArray bytes;
-    QVERIFY(!readWholeFile(link, bytes));
+    QVERIFY(!readAllOf(link, bytes));
     QCOMPARE(bytes, QByteArray("content"));
 }
 
@@ -100,7 +106,7 @@ void ReadFileTest::readsNameOfAnyBytes()
     const FileFixture file("content", FileName::fromBytes("\x8A\xBF\x8E\x9A.txt"));
     QVERIFY(file.isWritten());
     QByteArray bytes;
-    QVERIFY(!readWholeFile(file.name(), bytes));
+    QVERIFY(!readAllOf(file.name(), bytes));
     QCOMPARE(bytes, QByteArray("content"));
 }
 
@@ -114,10 +120,10 @@ void ReadFileTest::sizeZeroIsNotOpened()
         return -1;
     };
     QByteArray bytes = untouched;
-    QVERIFY(!readWholeFile(file.name(), bytes, calls));
+    QVERIFY(!readAllOf(file.name(), bytes, calls));
     QCOMPARE(bytes, QByteArray());
     QCOMPARE(opened, 0);
-    QVERIFY(!readWholeFile(u"/proc/self/status"_s, bytes));
+    QVERIFY(!readAllOf(u"/proc/self/status"_s, bytes));
     QCOMPARE(bytes, QByteArray());
 }
 
@@ -151,7 +157,7 @@ void ReadFileTest::refuses()
     QCOMPARE(symlink("circle", path("circle").constData()), 0);
     QCOMPARE(close(creat(path("file").constData(), 0600)), 0);
     QByteArray bytes = untouched;
-    QCOMPARE(readWholeFile(folder.path() + u'/' + name, bytes), failure);
+    QCOMPARE(readAllOf(folder.path() + u'/' + name, bytes), failure);
     QCOMPARE(bytes, untouched);
 }
 
@@ -164,7 +170,7 @@ void ReadFileTest::refusesFileThatMayNotBeRead()
         return -1;
     };
     QByteArray bytes = untouched;
-    QCOMPARE(readWholeFile(file.name(), bytes, calls), Failure(ReadFailure::NotOpened));
+    QCOMPARE(readAllOf(file.name(), bytes, calls), Failure(ReadFailure::NotOpened));
     QCOMPARE(bytes, untouched);
 }
 
@@ -173,7 +179,7 @@ void ReadFileTest::refusesFileLargerThanMemory()
     const FileFixture file("");
     QCOMPARE(truncate(FileName::toBytes(file.name()).constData(), off_t{ 1 } << 43), 0);
     QByteArray bytes = untouched;
-    QCOMPARE(readWholeFile(file.name(), bytes), Failure(ReadFailure::TooLarge));
+    QCOMPARE(readAllOf(file.name(), bytes), Failure(ReadFailure::TooLarge));
     QCOMPARE(bytes, untouched);
 }
 
@@ -193,7 +199,7 @@ void ReadFileTest::readErrorIsNotTheEnd()
         return close(fd);
     };
     QByteArray bytes = untouched;
-    QCOMPARE(readWholeFile(file.name(), bytes, calls), Failure(ReadFailure::BrokenOff));
+    QCOMPARE(readAllOf(file.name(), bytes, calls), Failure(ReadFailure::BrokenOff));
     QCOMPARE(bytes, untouched);
     QCOMPARE(closed, 1);
 }
@@ -210,7 +216,7 @@ void ReadFileTest::interruptedReadGoesOn()
         return -1;
     };
     QByteArray bytes;
-    QVERIFY(!readWholeFile(file.name(), bytes, calls));
+    QVERIFY(!readAllOf(file.name(), bytes, calls));
     QCOMPARE(bytes, QByteArray("content"));
 }
 
@@ -224,7 +230,7 @@ void ReadFileTest::fileThatShrinksIsTakenAsItIs()
         return result;
     };
     QByteArray bytes;
-    QVERIFY(!readWholeFile(file.name(), bytes, calls));
+    QVERIFY(!readAllOf(file.name(), bytes, calls));
     QCOMPARE(bytes, QByteArray("content"));
 }
 
@@ -239,7 +245,7 @@ void ReadFileTest::fileThatGrowsIsTakenAsItIs()
         return result;
     };
     QByteArray bytes;
-    QVERIFY(!readWholeFile(file.name(), bytes, calls));
+    QVERIFY(!readAllOf(file.name(), bytes, calls));
     QVERIFY(bytes == content);
 }
 

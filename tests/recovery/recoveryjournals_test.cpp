@@ -309,13 +309,13 @@ void RecoveryJournalsTest::textIsKeptForEveryReason()
     Run run(*m_folder);
     load(run.document, "text\n");
     run.journals.keep(run.document, KeptFor::Substitution);
-    run.journals.keep(run.document, KeptFor::Deletion);
+    run.journals.keep(run.document, KeptFor::FileLost);
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files().size(), 1);
     run.journals.endKeeping(run.document, KeptFor::Substitution);
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files().size(), 1);
-    run.journals.endKeeping(run.document, KeptFor::Deletion);
+    run.journals.endKeeping(run.document, KeptFor::FileLost);
     QVERIFY(run.pause());
     QCOMPARE(m_folder->files(), QStringList());
 }
