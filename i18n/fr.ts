@@ -198,6 +198,14 @@
         <translation>Fichier disparu ; ce texte n’est encore enregistré nulle part</translation>
     </message>
     <message>
+        <source>%1 (other edits)</source>
+        <translation>%1 (autres modifications)</translation>
+    </message>
+    <message>
+        <source>The file has other edits in its tab; these are in no file yet</source>
+        <translation>Le fichier a d’autres modifications ; celles-ci ne sont enregistrées nulle part</translation>
+    </message>
+    <message>
         <source>Open the file</source>
         <translation>Ouvrir le fichier</translation>
     </message>

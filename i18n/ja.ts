@@ -198,6 +198,14 @@
         <translation>ファイルがありません。この文章は未保存です</translation>
     </message>
     <message>
+        <source>%1 (other edits)</source>
+        <translation>%1 (別の編集)</translation>
+    </message>
+    <message>
+        <source>The file has other edits in its tab; these are in no file yet</source>
+        <translation>タブのファイルには別の編集があります。これは未保存です</translation>
+    </message>
+    <message>
         <source>Open the file</source>
         <translation>ファイルを開く</translation>
     </message>

@@ -88,6 +88,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     constexpr qint64 longest = 1 << 20; // whoever gets the sums right can tell a text without end
     const auto found = findLeftBehind(folder);
     require(found.size() <= 1);
+    if (!file.exists()) // nothing of a text was in it
+        return 0;
     {
         const ClaimedJournal claimed = ClaimedJournal::claim(folder + "a.journal", FileCalls::system());
         JournalReader reader(claimed.file(), FileCalls::system());

@@ -38,12 +38,20 @@ void showPlace(ctlEditer &editor, const ViewPlace &place)
     editor.setXOffset(place.left);
 }
 
-QString whyApart(bool isWhole, bool isFileThere)
+/// Whatever has become of the file's times.
+bool hasRead(const ctlEditer &editor, std::optional<quint64> contentHash)
+{
+    const FileVersion &file = editor.document().fileVersion();
+    return contentHash && file.stamp().inode != 0 && file.content().value() == *contentHash;
+}
+
+std::function<QString()> whyApart(bool isWhole, bool isFileThere)
 {
     if (!isWhole)
-        return Recovery::tr("Parts are missing; a line with dots stands for each");
-    return isFileThere ? Recovery::tr("The file has changed; this text is in no file yet")
-                       : Recovery::tr("The file is gone; this text is in no file yet");
+        return [] { return Recovery::tr("Parts are missing; a line with dots stands for each"); };
+    if (isFileThere)
+        return [] { return Recovery::tr("The file has changed; this text is in no file yet"); };
+    return [] { return Recovery::tr("The file is gone; this text is in no file yet"); };
 }
 
 } // namespace
@@ -146,6 +154,8 @@ void Recovery::restoreAll(const std::vector<LeftBehind> &texts)
 ctlEditer *Recovery::restore(const LeftBehind &text)
 {
     KeyPause::begin();
+    const QString file = text.path + text.name;
+    ctlEditer *const ofFile = m_documents.editorOfFile(file);
     ctlEditer *const there = documentFor(text);
     ctlEditer *const editor = there ? there : m_documents.add(FileName::forDisplay(text.name));
     Restored restored;
@@ -159,21 +169,26 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
         return nullptr;
     }
     showPlace(*editor, restored.place);
+    using Outcome = Restored::Outcome;
+    const bool isOneTooMany = restored.outcome == Outcome::Edited && ofFile && ofFile != editor;
+    if (isOneTooMany)
+        editor->document().detachFromFile(tr("%1 (other edits)").arg(text.name));
     m_documents.refresh(editor);
-    if (restored.outcome != Restored::Outcome::Edited && !text.path.isEmpty())
-        tellApart(*editor, restored, text.path + text.name);
+    if (isOneTooMany)
+        tellApart(
+            *editor, [] { return tr("The file has other edits in its tab; these are in no file yet"); },
+            file);
+    else if (restored.outcome == Outcome::Parts || (restored.outcome == Outcome::New && !text.path.isEmpty()))
+        tellApart(*editor, whyApart(restored.outcome == Outcome::New, FileName::exists(file)), file);
     return editor;
 }
 
 /// Until it is saved.
-void Recovery::tellApart(ctlEditer &editor, const Restored &restored, const QString &file)
+void Recovery::tellApart(ctlEditer &editor, const std::function<QString()> &why, const QString &file)
 {
-    const bool isWhole = restored.outcome == Restored::Outcome::New;
-    const bool isFileThere = FileName::exists(file);
-    Notice notice{ NoticeKind::RestoredApart, &editor, [=] { return whyApart(isWhole, isFileThere); }, {} };
-    if (isFileThere)
-        notice.offers.push_back(
-            { [] { return tr("Open the file"); }, [this, file] { m_loader.open(file, {}); } });
+    Notice notice{ NoticeKind::RestoredApart, &editor, why, {} };
+    if (FileName::exists(file))
+        notice.offers.push_back({ [] { return tr("Open the file"); }, [this, file] { showFile(file); } });
     m_documents.notices().put(std::move(notice));
     connect(
         &std::as_const(editor).document(), &TextDocument::saved, &editor,
@@ -181,13 +196,21 @@ void Recovery::tellApart(ctlEditer &editor, const Restored &restored, const QStr
         Qt::SingleShotConnection);
 }
 
+/// What is edited in its tab stays as it is.
+void Recovery::showFile(const QString &file)
+{
+    if (ctlEditer *const open = m_documents.editorOfFile(file))
+        m_documents.present(open);
+    else
+        m_loader.open(file, {});
+}
+
 /// One that is open and has nothing to lose: that of the same file, or one that nobody would miss. Null for
 /// none.
 ctlEditer *Recovery::documentFor(const LeftBehind &text) const
 {
-    ctlEditer *const ofFile =
-        text.isFileUnchanged ? m_documents.editorOfFile(text.path + text.name) : nullptr;
-    if (ofFile && !ofFile->edited())
+    ctlEditer *const ofFile = m_documents.editorOfFile(text.path + text.name);
+    if (ofFile && !ofFile->edited() && (text.isFileUnchanged || hasRead(*ofFile, text.contentHash)))
         return ofFile;
     ctlEditer *const current = m_documents.current();
     return current && isFresh(*current) ? current : nullptr;

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <functional>
 #include <vector>
 
 class DocumentArea;
@@ -33,7 +34,8 @@ private:
     void ask();
     void restoreAll(const std::vector<LeftBehind> &texts);
     ctlEditer *restore(const LeftBehind &text);
-    void tellApart(ctlEditer &editor, const Restored &restored, const QString &file);
+    void tellApart(ctlEditer &editor, const std::function<QString()> &why, const QString &file);
+    void showFile(const QString &file);
     ctlEditer *documentFor(const LeftBehind &text) const;
     void discardAll(const std::vector<LeftBehind> &texts);
 

@@ -7,6 +7,9 @@
 
 namespace {
 
+/// No text is as long as this, and no sum of two such lengths overflows.
+constexpr qint64 longestText = qint64{ 1 } << 48;
+
 bool isWithin(Offset offset, qint64 length, Offset end)
 {
     return offset >= Offset() && length >= 0 && offset <= end && length <= end - offset;
@@ -27,6 +30,8 @@ public:
     void spelling(QByteArrayView bytes) override { Q_UNUSED(bytes) }
 
     qint64 length() const { return m_length; }
+    /// Of what is copied, that which stands farthest behind.
+    Offset copiedEnd() const { return m_copiedEnd; }
     bool isSound() const { return m_isSound; }
 
 private:
@@ -34,12 +39,12 @@ private:
     {
         m_isSound = m_isSound && isWithin(offset, length, Offset(source));
         add(length);
+        if (m_isSound)
+            m_copiedEnd = qMax(m_copiedEnd, offset + length);
     }
-    /// No text is as long as this, and no sum of two such lengths overflows.
     void add(qint64 length)
     {
-        constexpr qint64 longest = qint64{ 1 } << 48;
-        m_isSound = m_isSound && length >= 0 && length <= longest && m_length <= longest;
+        m_isSound = m_isSound && length >= 0 && length <= longestText && m_length <= longestText;
         if (m_isSound)
             m_length += length;
     }
@@ -47,6 +52,7 @@ private:
     qint64 m_committed;
     qint64 m_base;
     qint64 m_length = 0;
+    Offset m_copiedEnd;
     bool m_isSound = true;
 };
 
@@ -84,9 +90,10 @@ private:
     bool takeEnd(QByteArrayView content)
     {
         const auto seen = baseSeenIn(content);
-        if (!seen || (seen->isTextKept && m_kept.length() != m_base.length))
+        if (!seen || (seen->isTextKept && m_kept.length() > m_base.length))
             return false;
-        outline.seen = seen;
+        if (!seen->isTextKept || m_kept.length() == m_base.length)
+            outline.seen = seen;
         return true;
     }
 
@@ -230,14 +237,53 @@ private:
     TextStore::Builder m_builder{ LayoutRule() };
 };
 
+/// A base that is as long as the texts behind it say. The journal starts behind the first commit where what
+/// that consists of is not all there.
+std::optional<JournalBase> lostBase(JournalReader &journal)
+{
+    PartCheck kept(0, 0);
+    PartCheck first(longestText, longestText);
+    journal.rewind();
+    auto record = journal.next();
+    for (; record && record->type != RecordType::Commit; record = journal.next()) {
+        if (record->type == RecordType::BaseText)
+            EditReader::read(record->content, kept);
+        else if (record->type == RecordType::Edit)
+            EditReader::read(record->content, first);
+    }
+    const auto state = record ? stateIn(record->content) : std::nullopt;
+    if (!state || state->length < 0 || state->length > longestText || !kept.isSound())
+        return std::nullopt;
+    JournalBase base;
+    base.length = qMax(kept.length(), first.copiedEnd() - Offset());
+    if (!first.isSound() || first.length() != state->length) {
+        base.length = state->length;
+        journal.startHere();
+    }
+    return base;
+}
+
+/// What is read next is what follows the base. Nothing: there is no journal.
+std::optional<JournalBase> startWithBase(JournalReader &journal)
+{
+    journal.rewind();
+    auto first = journal.next();
+    if (!first && journal.skipDamage())
+        first = journal.next();
+    if (!first)
+        return std::nullopt;
+    if (first->type == RecordType::Base)
+        return baseIn(first->content);
+    const auto base = lostBase(journal);
+    journal.rewind();
+    return base;
+}
+
 } // namespace
 
 JournalOutline outlineOf(JournalReader &journal)
 {
-    journal.rewind();
-    const auto first = journal.next();
-    const auto base =
-        first && first->type == RecordType::Base ? baseIn(first->content) : std::optional<JournalBase>();
+    const auto base = startWithBase(journal);
     if (!base)
         return {};
     OutlineReader reader(*base);

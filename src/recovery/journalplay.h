@@ -11,10 +11,13 @@ struct JournalOutline {
     qint64 commits = 0; ///< 0: there is nothing to be restored
 };
 
-/// Looks through a journal, and checks what playJournal() relies upon. Cost: the file is read once.
+/// Looks through a journal, and checks what playJournal() relies upon. Of one whose start is lost the base is
+/// one of no file, as long as what follows says; the journal begins with what is whole then. Cost: the file
+/// is read once, or a few times where its start is lost.
 JournalOutline outlineOf(JournalReader &journal);
 
-/// The text of the base as the journal keeps it; asked for only where `seen` says so.
+/// What the journal keeps of the text of the base: all of it where `seen` says so, or its end where the
+/// start is lost, or nothing.
 TextStore keptBase(JournalReader &journal);
 
 /// Makes a text that of the last commit, edit by edit.

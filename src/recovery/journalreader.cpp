@@ -14,10 +14,36 @@ JournalReader::JournalReader(int file, const FileCalls &calls)
 
 void JournalReader::rewind()
 {
-    m_offset = 0;
+    m_offset = m_start;
     m_block.clear();
     m_used = 0;
-    m_isStarted = false;
+    m_isStarted = m_start > 0;
+}
+
+bool JournalReader::skipDamage()
+{
+    constexpr qint64 mostDamage = 1 << 22;
+    m_start = 0;
+    rewind();
+    m_isStarted = true;
+    for (qint64 skipped = 0; skipped < mostDamage && need(JournalRecord::headSize); ++skipped) {
+        if (isAtRecord()) {
+            startHere();
+            return true;
+        }
+        ++m_used;
+    }
+    return false;
+}
+
+/// Looks like one, and so is read, only what is no longer than those that are written.
+bool JournalReader::isAtRecord()
+{
+    constexpr qint64 mostWritten = 1 << 24;
+    const QByteArrayView head = QByteArrayView(m_block).sliced(m_used, JournalRecord::headSize);
+    const qint64 size = recordSize(head);
+    return isRecordHead(head) && size <= mostWritten && need(size)
+        && firstRecord(QByteArrayView(m_block).sliced(m_used, size));
 }
 
 /// Whether so many unused bytes are in the block, when they have been read. A length that is not true costs

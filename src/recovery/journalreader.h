@@ -12,6 +12,11 @@ public:
 
     /// From the start again.
     void rewind();
+    /// What follows is the start from now on.
+    void startHere() { m_start = m_offset - (m_block.size() - m_used); }
+    /// Starts with the first record that is whole, wherever that stands: what begins the file is lost. False:
+    /// there is none within the first megabytes, which are more than a disk loses at once.
+    bool skipDamage();
     /// Nothing behind the last one that is whole.
     std::optional<JournalRecord> next();
     /// The file could not be read, and there may be more.
@@ -21,8 +26,11 @@ private:
     bool need(qint64 bytes);
     bool readMagic();
 
+    bool isAtRecord();
+
     int m_file;
     const FileCalls &m_calls;
+    off_t m_start = 0; ///< behind 0 no magic is expected
     off_t m_offset = 0; ///< of what is to be read next
     QByteArray m_block;
     qint64 m_used = 0; ///< bytes of it

@@ -66,6 +66,11 @@ qint64 recordSize(QByteArrayView bytes)
     return JournalRecord::headSize + FieldReader(bytes).number32();
 }
 
+bool isRecordHead(QByteArrayView bytes)
+{
+    return isRecordType(quint8(bytes[JournalRecord::headSize - 1]));
+}
+
 std::optional<JournalRecord> firstRecord(QByteArrayView bytes)
 {
     FieldReader head(bytes.first(qMin<qint64>(bytes.size(), JournalRecord::headSize)));
@@ -92,6 +97,8 @@ QByteArray contentOf(const JournalBase &base)
     fields.number8(quint8(base.returnCode));
     fields.number64(base.length);
     fields.number8(utf16Number(base.utf16));
+    fields.number8(base.contentHash ? 1 : 0);
+    fields.number64(qint64(base.contentHash.value_or(0)));
     return fields.result();
 }
 
@@ -109,6 +116,8 @@ std::optional<JournalBase> baseIn(QByteArrayView content)
     base.length = fields.number64();
     if (!fields.atEnd()) // earlier versions wrote none
         base.utf16 = utf16OfNumber(fields.number8());
+    if (!fields.atEnd() && fields.number8() != 0)
+        base.contentHash = quint64(fields.number64());
     return fields.isWhole() && base.length >= 0 ? std::optional(base) : std::nullopt;
 }
 

@@ -34,6 +34,8 @@ struct JournalRecord {
 void appendRecord(QByteArray &to, RecordType type, QByteArrayView content);
 /// Of the record that `bytes`, of headSize or more, begin with: its head and its content, if it is one.
 qint64 recordSize(QByteArrayView bytes);
+/// Whether `bytes`, of headSize or more, may begin with a record, as far as its type tells.
+bool isRecordHead(QByteArrayView bytes);
 /// The record that `bytes` begin with; nothing if it is not whole.
 std::optional<JournalRecord> firstRecord(QByteArrayView bytes);
 
@@ -49,6 +51,7 @@ struct JournalBase {
     ReturnCode returnCode = ReturnCode::CrLf;
     qint64 length = 0; ///< of the text, in units
     std::optional<Utf16Form> utf16 = {}; ///< it was read as such a text
+    std::optional<quint64> contentHash = {}; ///< of the file's bytes; see ContentHash
 };
 QByteArray contentOf(const JournalBase &base);
 std::optional<JournalBase> baseIn(QByteArrayView content);

@@ -1,7 +1,5 @@
 #include "recovery/journalwriter.h"
 
-#include "files/filename.h"
-#include "files/fileversion.h"
 #include "recovery/journalfolder.h"
 
 #include <algorithm>
@@ -103,15 +101,13 @@ JournalWriter::Progress JournalWriter::step()
 /// A base that is kept comes before the edits, so that no moment has the one without the other.
 bool JournalWriter::startNewFile()
 {
-    if (m_name.isEmpty()) {
+    if (m_name.isEmpty())
         m_name = m_folder + newJournalName();
-        findBaseFile();
-    }
-    if (!m_next->create(m_folder) || !m_next->append(RecordType::Base, contentOf(m_base)))
+    if (!m_next->create(m_folder) || !m_next->append(RecordType::Base, contentOf(m_write->base)))
         return false;
     m_stage = Stage::Parts;
     const bool isSeen = m_baseReading.isDone();
-    if (!m_base.isFromFile) {
+    if (!m_write->base.isFromFile) {
         m_baseReading.skip();
     } else if (BaseReading::isKept(*m_write->baseText)) {
         m_baseReading.restart();
@@ -120,17 +116,6 @@ bool JournalWriter::startNewFile()
         return m_baseReading.repeat(*m_next);
     }
     return true;
-}
-
-void JournalWriter::findBaseFile()
-{
-    m_base = m_write->base;
-    struct stat info = {};
-    const QByteArray name = FileName::toBytes(m_base.path + m_base.name);
-    if (!m_base.isFromFile || m_calls.stat(name.constData(), &info) != 0)
-        return;
-    m_base.size = info.st_size;
-    m_base.time = FileStamp(info).modified;
 }
 
 bool JournalWriter::writeSomeParts()

@@ -39,7 +39,6 @@ private:
     void planParts(const TextChange &change, const TextSnapshot &before, bool fromBase);
     void addPart(const TextPart &part);
     bool startNewFile();
-    void findBaseFile();
     bool writeSomeParts();
     void writePart(EditWriter &edit);
     bool finish();
@@ -52,7 +51,6 @@ private:
     const QByteArray &m_folder;
     const FileCalls &m_calls;
     QByteArray m_name; ///< of the journal; empty until there is to be one
-    JournalBase m_base;
     std::unique_ptr<JournalFile> m_file;
     std::unique_ptr<JournalFile> m_next; ///< that takes the file's place when it is done
     const JournalWrite *m_write = nullptr;

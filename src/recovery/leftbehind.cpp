@@ -43,32 +43,93 @@ std::optional<JournalState> lastState(int file, qint64 size, const FileCalls &ca
     return std::nullopt;
 }
 
-std::optional<LeftBehind> describe(const QByteArray &name, int file, const FileCalls &calls)
+/// The length of a record that is said to be longer than all there is; no base is as long as some that are
+/// told wrongly.
+bool isCutOff(QByteArrayView bytes)
 {
-    struct stat info = {};
+    constexpr qint64 longestBase = 32768;
+    const qint64 size = recordSize(bytes);
+    return size > bytes.size() && size <= longestBase;
+}
+
+std::optional<JournalBase> baseOf(int file, const FileCalls &calls)
+{
     JournalReader journal(file, calls);
     const auto first = journal.next();
-    const auto base =
-        first && first->type == RecordType::Base ? baseIn(first->content) : std::optional<JournalBase>();
-    if (!base || calls.fstat(file, &info) != 0)
-        return std::nullopt;
-    LeftBehind found{ name, base->path, base->name, FileStamp(info).modified / 1'000'000, -1,
-        isFileUnchanged(*base, calls) };
-    if (const auto state = lastState(file, info.st_size, calls)) {
+    return first && first->type == RecordType::Base ? baseIn(first->content) : std::nullopt;
+}
+
+/// What stands at the start, enough for a base.
+QByteArray startOf(int file, const FileCalls &calls)
+{
+    constexpr qsizetype mostBytes = 65536;
+    QByteArray start(mostBytes, Qt::Uninitialized);
+    const ssize_t got = retried([&] { return calls.pread(file, start.data(), size_t(mostBytes), 0); });
+    start.truncate(qMax<ssize_t>(0, got));
+    return start;
+}
+
+/// Of a file as large, by its start: it was cut off before anything of a text could be in it, or what was in
+/// it never came to the disk.
+bool isWithoutText(QByteArrayView start, qint64 size)
+{
+    const QByteArrayView magic = journalMagic();
+    if (start.size() != size)
+        return false;
+    if (size <= magic.size())
+        return magic.startsWith(start);
+    if (!start.startsWith(magic))
+        return std::ranges::all_of(start, [](char byte) { return byte == '\0'; });
+    const QByteArrayView base = start.sliced(magic.size());
+    return base.size() < JournalRecord::headSize
+        || (base[JournalRecord::headSize - 1] == char(RecordType::Base) && isCutOff(base));
+}
+
+struct Examined {
+    std::optional<LeftBehind> found;
+    bool isWithoutText = false;
+};
+
+/// A journal is known by its base, its end or its magic.
+Examined describe(const QByteArray &name, int file, const FileCalls &calls)
+{
+    struct stat info = {};
+    if (calls.fstat(file, &info) != 0)
+        return {};
+    const auto base = baseOf(file, calls);
+    const auto state = lastState(file, info.st_size, calls);
+    if (!base && !state) {
+        const QByteArray start = startOf(file, calls);
+        if (isWithoutText(start, info.st_size))
+            return { {}, true };
+        if (!start.startsWith(journalMagic()))
+            return {};
+    }
+    LeftBehind found{ name, {}, {}, FileStamp(info).modified / 1'000'000 };
+    if (base) {
+        found.path = base->path;
+        found.name = base->name;
+        found.isFileUnchanged = isFileUnchanged(*base, calls);
+        found.contentHash = base->contentHash;
+    }
+    if (state) {
         found.time = state->time;
         found.length = state->length;
     }
-    return found;
+    return { found, false };
 }
 
+/// Removes what has nothing of a text.
 std::optional<LeftBehind> examine(const QByteArray &name, const FileCalls &calls)
 {
     const int file = openUnused(name, LOCK_SH, calls);
     if (file == -1)
         return std::nullopt;
-    const auto found = describe(name, file, calls);
+    const Examined examined = describe(name, file, calls);
     calls.close(file);
-    return found;
+    if (examined.isWithoutText)
+        ClaimedJournal::claim(name, calls).discard();
+    return examined.found;
 }
 
 } // namespace

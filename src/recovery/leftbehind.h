@@ -14,10 +14,12 @@ struct LeftBehind {
     qint64 length = -1; ///< of the text, in units; -1: not known before it is restored
     /// The document's file is as it was, by its size and time.
     bool isFileUnchanged = false;
+    std::optional<quint64> contentHash = {}; ///< of the file as it was; see ContentHash
 };
 
 /// What there is in a folder of journals (ends in "/"), the newest first, and clears away what was never
-/// finished. Journals in use, by this program or another, are passed over, and so is what is no journal.
+/// finished or has nothing of a text. Journals in use, by this program or another, are passed over, and so is
+/// what is no journal. One whose start is lost is there too, without a name.
 /// Cost: the head and the end of each file, whatever its size; nothing is waited for.
 std::vector<LeftBehind> findLeftBehind(
     const QByteArray &folder, const FileCalls &calls = FileCalls::system());

@@ -129,13 +129,9 @@ public:
     {
         if (m_outline.base.isFromFile && loadBase())
             return editBase();
-        auto base = knownBase();
+        std::optional<TextStore> base = knownBase();
         const bool isKnown = base.has_value();
-        if (!base) {
-            base.emplace();
-            base->insert({}, unknownText(m_outline.base.length));
-        }
-        return writeAnew(std::move(*base), isKnown);
+        return writeAnew(isKnown ? std::move(*base) : partlyKnownBase(), isKnown);
     }
 
 private:
@@ -144,10 +140,14 @@ private:
     bool loadBase()
     {
         const JournalBase &base = m_outline.base;
-        const bool isUnchanged = isFileUnchanged(base, m_calls);
+        const bool hasSameTimes = isFileUnchanged(base, m_calls);
         m_isLoaded = !(base.utf16 ? loadUtf16() : loadInCode());
-        return m_isLoaded && m_document.store().length() == base.length
-            && (m_outline.seen ? beginsWithBase() : isUnchanged);
+        if (!m_isLoaded || m_document.store().length() != base.length)
+            return false;
+        if (m_outline.seen)
+            return beginsWithBase();
+        const quint64 hash = m_document.fileVersion().content().value();
+        return base.contentHash ? hash == *base.contentHash : hasSameTimes;
     }
 
     std::optional<ReadFailure> loadInCode()
@@ -206,6 +206,15 @@ private:
         return base;
     }
 
+    /// Where the start of the journal is lost, the end of the text may have been kept.
+    TextStore partlyKnownBase()
+    {
+        TextStore base = keptBase(m_journal);
+        const qint64 unknown = m_outline.base.length - base.length();
+        base.insert({}, unknownText(qMax<qint64>(0, unknown)));
+        return base;
+    }
+
     Restored::Outcome writeAnew(TextStore &&text, bool isKnown)
     {
         StorePlayer player(text);
@@ -213,7 +222,8 @@ private:
             text.length() == m_outline.base.length && playJournal(m_journal, m_outline, player);
         if (!isKnown)
             text = withGaps(text);
-        m_document.startNew(m_outline.base.name, codes(), byteCodecOf(m_outline.state.byteCodec));
+        m_document.startNew(m_outline.base.name, codes(), byteCodecOf(m_outline.state.byteCodec),
+            m_outline.state.keepsUtf16 ? m_outline.base.utf16 : std::nullopt);
         if (!isPlayed)
             return Restored::Outcome::NotPossible;
         m_document.replace({}, 0, text.piece({}, text.length()));

@@ -17,6 +17,8 @@ private slots:
     void manyWritesAreToldAsOne();
     void onlyTheLastFileIsWatched();
     void aFileThatIsNotThereIsAwaited();
+    void foldersAreToldByTheirNames();
+    void folderThatIsMadeAgainIsWatchedAgain();
 };
 
 void DiskWatchTest::happenings_data()
@@ -94,6 +96,44 @@ void DiskWatchTest::aFileThatIsNotThereIsAwaited()
     QSignalSpy toldThen(&nowhere, &DiskWatch::happened);
     files.write(u"later"_s, "again");
     QTRY_VERIFY(!toldThen.isEmpty());
+}
+
+void DiskWatchTest::foldersAreToldByTheirNames()
+{
+    const TestFiles files;
+    const TestFiles others;
+    const QString folder = QFileInfo(files.write(u"a"_s, "old")).path();
+    const QString other = QFileInfo(others.write(u"a"_s, "old")).path();
+    DiskWatch watch;
+    watch.setFolders({ folder, other });
+    watch.setFile(files.folder() + u"a"_s);
+    QSignalSpy told(&watch, &DiskWatch::happened);
+    QSignalSpy toldIn(&watch, &DiskWatch::happenedIn);
+    QVERIFY(QFile::remove(others.folder() + u"a"_s));
+    QTRY_COMPARE(toldIn.size(), 1);
+    QCOMPARE(toldIn.takeFirst().first().value<QSet<QString>>(), QSet<QString>{ other });
+    QVERIFY(told.isEmpty());
+    watch.setFile({}); // its folder is one of those all the same
+    QVERIFY(QFile::remove(files.folder() + u"a"_s));
+    QTRY_COMPARE(toldIn.size(), 1);
+    QCOMPARE(toldIn.takeFirst().first().value<QSet<QString>>(), QSet<QString>{ folder });
+    QVERIFY(told.isEmpty());
+}
+
+void DiskWatchTest::folderThatIsMadeAgainIsWatchedAgain()
+{
+    const TestFiles files;
+    const QString folder = files.folder() + u"sub"_s;
+    QVERIFY(QDir().mkdir(folder));
+    DiskWatch watch;
+    watch.setFolders({ folder });
+    QSignalSpy toldIn(&watch, &DiskWatch::happenedIn);
+    QVERIFY(QDir().rmdir(folder));
+    QTRY_COMPARE(toldIn.size(), 1);
+    QVERIFY(QDir().mkdir(folder));
+    watch.setFolders({ folder });
+    files.write(u"sub/a"_s, "new");
+    QTRY_COMPARE(toldIn.size(), 2);
 }
 
 REGISTER_TEST(runWindowTest<DiskWatchTest>)

@@ -58,6 +58,8 @@ private slots:
     void goneFileIsTold();
     void missingPartsAreTold();
     void documentOfTheFileIsTaken();
+    void touchedFileIsOpenOnce();
+    void editsOfTwoProgramsAreInOneTabOfTheFile();
     void chosenOnesAreRestored();
     void listStaysWhatItIsWhileItIsShown();
     void laterKeepsAll_data();
@@ -284,6 +286,47 @@ void RecoveryTest::documentOfTheFileIsTaken()
     QCOMPARE(window.tabBar()->count(), 3);
     QCOMPARE(window.currentEditor()->text(), u"xold\n"_s);
     QCOMPARE(window.currentEditor()->name(), u"a.txt"_s);
+}
+
+void RecoveryTest::touchedFileIsOpenOnce()
+{
+    leaveBehind({ u"a.txt"_s });
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(m_files->write(u"a.txt"_s, "old\r\n"));
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restoreAll(window));
+    QCOMPARE(window.tabTexts().filter(u"a.txt"_s), QStringList{ u"* a.txt"_s });
+    QCOMPARE(window.currentEditor()->path(), m_files->folder());
+}
+
+/// The newer ones; the others are a document that was never saved.
+void RecoveryTest::editsOfTwoProgramsAreInOneTabOfTheFile()
+{
+    m_files->write(u"a.txt"_s, "old\r\n");
+    for (const QString &text : { u"x"_s, u"y"_s }) {
+        KilledProgram program;
+        program.edit(m_files->folder(), u"a.txt"_s, text);
+        QVERIFY(program.isWritten());
+    }
+    QCOMPARE(UnsavedTexts::leftBehind(), (QStringList{ u"xold\n"_s, u"yold\n"_s }));
+    TestWindow window;
+    QVERIFY(window.open());
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restoreAll(window));
+    QCOMPARE(window.tabTexts(), (QStringList{ u"* a.txt"_s, u"* a.txt (other edits)"_s }));
+    QCOMPARE(window.currentEditor()->path(), m_files->folder());
+    const QString first = window.currentEditor()->text();
+    window.slotCmdViewWinNext();
+    QCOMPARE(window.currentEditor()->path(), QString());
+    QCOMPARE((QSet<QString>{ first, window.currentEditor()->text() }),
+        (QSet<QString>{ u"xold\n"_s, u"yold\n"_s }));
+    const StripInWindow strip(window);
+    QCOMPARE(strip.text(), u"The file has other edits in its tab; these are in no file yet"_s);
+    QVERIFY(strip.click(u"Open the file"_s));
+    QCOMPARE(window.currentEditor()->text(), first);
+    QCOMPARE(window.tabBar()->count(), 2);
+    QTRY_COMPARE(UnsavedTexts::now(), (QStringList{ u"xold\n"_s, u"yold\n"_s }));
 }
 
 /// The others stay.

@@ -38,6 +38,13 @@ QByteArray randomBytes(RandomText &random, CharCode code)
     return bytes;
 }
 
+/// Where the first record ends.
+qint64 endOfBase(QByteArrayView journal)
+{
+    const qsizetype magic = journalMagic().size();
+    return magic + recordSize(journal.sliced(magic));
+}
+
 } // namespace
 
 /// Random documents, edited, saved and killed, and journals cut and damaged anywhere.
@@ -176,8 +183,10 @@ void JournalRandomTest::checkCut(qsizetype size, const QByteArray &bytes)
     const qsizetype commits = JournalBytes::commitsIn(bytes.first(size));
     TextDocument document;
     const Restored restored = restore(left.journal, document);
-    if (commits == 0) {
-        QCOMPARE(restored.outcome, Outcome::NotPossible);
+    if (commits == 0) { // without its base it is gone
+        const bool hasBase = size >= endOfBase(bytes);
+        QCOMPARE(QFile::exists(QFile::decodeName(left.journal)), hasBase);
+        QCOMPARE(restored.outcome, hasBase ? Outcome::NotPossible : Outcome::InUse);
         return;
     }
     QVERIFY(restored.outcome == Outcome::Edited || restored.outcome == Outcome::New);
@@ -189,7 +198,8 @@ void JournalRandomTest::checkCut(qsizetype size, const QByteArray &bytes)
     QCOMPARE(found.codes.returnCode, expected.codes.returnCode);
 }
 
-/// Bytes that another program wrote, or a bad disk: what is before them comes back.
+/// Bytes that another program wrote, or a bad disk: what is before them comes back, and all of it where only
+/// the record is lost that says what it is of.
 void JournalRandomTest::checkDamaged(const QByteArray &bytes, RandomText &random)
 {
     QByteArray damaged = bytes;
@@ -199,11 +209,13 @@ void JournalRandomTest::checkDamaged(const QByteArray &bytes, RandomText &random
     const LeftBehind left = JournalBytes::put(other, damaged);
     TextDocument document;
     const Restored restored = restore(left.journal, document);
-    const qsizetype commits = JournalBytes::commitsIn(damaged);
+    const bool isStartLost = at < endOfBase(bytes);
+    const qsizetype commits = JournalBytes::commitsIn(isStartLost ? bytes : damaged);
     if (commits == 0) {
         QCOMPARE(restored.outcome, Outcome::NotPossible);
         return;
     }
+    QVERIFY(!isStartLost || restored.outcome == Outcome::Edited || restored.outcome == Outcome::New);
     if (restored.outcome == Outcome::Parts) // the base cannot be known
         return;
     QCOMPARE(document.store().text(), m_texts.at(commits - 1).text);

@@ -9,7 +9,8 @@ namespace {
 
 JournalBase someBase()
 {
-    return { u"/a/"_s, u"b\xdcff"_s, true, 1, 2, CharCode::Euc, ReturnCode::Cr, 3, Utf16Form{ true, false } };
+    return { u"/a/"_s, u"b\xdcff"_s, true, 1, 2, CharCode::Euc, ReturnCode::Cr, 3, Utf16Form{ true, false },
+        4 };
 }
 
 JournalState someState()
@@ -33,7 +34,7 @@ class JournalRecordTest : public QObject {
 
 private slots:
     void basesComeBack();
-    void basesOfEarlierVersionsHaveNoForm();
+    void basesOfEarlierVersionsHaveLess();
     void statesComeBack_data();
     void statesComeBack();
     void cutRecordsAreNone();
@@ -55,15 +56,21 @@ void JournalRecordTest::basesComeBack()
     QCOMPARE(base->returnCode, ReturnCode::Cr);
     QCOMPARE(base->length, 3);
     QVERIFY(base->utf16 && base->utf16->isBigEndian && !base->utf16->hasMark);
+    QVERIFY(base->contentHash == 4U);
     QVERIFY(!baseIn(contentOf(JournalBase()))->utf16);
+    QVERIFY(!baseIn(contentOf(JournalBase()))->contentHash);
 }
 
-void JournalRecordTest::basesOfEarlierVersionsHaveNoForm()
+void JournalRecordTest::basesOfEarlierVersionsHaveLess()
 {
-    const auto base = baseIn(contentOf(someBase()).chopped(1));
-    QVERIFY(base && !base->utf16);
+    constexpr qsizetype hashBytes = 9;
+    const QByteArray earlier = contentOf(someBase()).chopped(hashBytes);
+    QVERIFY(baseIn(earlier) && baseIn(earlier)->utf16 && !baseIn(earlier)->contentHash);
+    const auto base = baseIn(earlier.chopped(1));
+    QVERIFY(base && !base->utf16 && !base->contentHash);
     QCOMPARE(base->length, 3);
-    QVERIFY(!baseIn(contentOf(someBase()).chopped(2)));
+    QVERIFY(!baseIn(earlier.chopped(2)));
+    QVERIFY(!baseIn(contentOf(someBase()).chopped(1)));
     JournalBase odd = someBase();
     odd.length = -1;
     QVERIFY(!baseIn(contentOf(odd)));

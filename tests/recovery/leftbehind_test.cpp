@@ -1,3 +1,4 @@
+#include "recovery/basereading.h"
 #include "recovery/claimedjournal.h"
 #include "recovery/texthash.h"
 #include "tests/recovery/journalbytes.h"
@@ -23,6 +24,10 @@ private slots:
     void noFolderIsNothing();
     void newestComesFirst();
     void whateverIsInTheFolder();
+    void whatHasNothingOfATextIsRemoved();
+    void lostStartIsNoLostText_data();
+    void lostStartIsNoLostText();
+    void partOfTheStartIsLost();
     void unfinishedFilesAreCleared();
     void aThousandJournals();
     void killedProgramLeavesItsJournal();
@@ -33,6 +38,8 @@ private slots:
     void textIsKnownByItsUnitsNotItsLeaves();
     void largeBase_data();
     void largeBase();
+    void largeBaseIsKnownByItsFile_data();
+    void largeBaseIsKnownByItsFile();
     void longSpellingComesBack();
 
 private:
@@ -69,8 +76,6 @@ void LeftBehindTest::newestComesFirst()
 void LeftBehindTest::whateverIsInTheFolder()
 {
     leave(u"text"_s);
-    makeFile("empty.journal");
-    makeFile("magic.journal", journalMagic().toByteArray());
     makeFile("foreign.journal", QByteArray(100000, '\xff'));
     makeFile("other.txt", "text");
     makeFile("huge.journal");
@@ -88,6 +93,101 @@ void LeftBehindTest::whateverIsInTheFolder()
         QCOMPARE(isNone, journal != m_folder->leftBehind().at(0).journal);
     }
     QCOMPARE(m_folder->files(), before);
+}
+
+/// Cut off before there was any, or never come to the disk; what may have some stays.
+void LeftBehindTest::whatHasNothingOfATextIsRemoved()
+{
+    leave(u"text"_s);
+    const QByteArray bytes = JournalBytes::only(*m_folder);
+    const qsizetype magic = journalMagic().size();
+    makeFile("empty.journal");
+    makeFile("zeros.journal", QByteArray(4096, '\0'));
+    makeFile("half a magic.journal", bytes.first(magic / 2));
+    makeFile("magic.journal", bytes.first(magic));
+    makeFile("half a head.journal", bytes.first(magic + 5));
+    makeFile("half a base.journal", bytes.first(magic + JournalRecord::headSize + 3));
+    makeFile("locked.journal");
+    makeFile(
+        "wrong length.journal", bytes.first(magic) + QByteArray("\0\0\0\1", 4) + bytes.sliced(magic + 4, 30));
+    makeFile("other.txt");
+    const int locked = open((m_folder->journals() + "locked.journal").constData(), O_RDWR | O_CLOEXEC);
+    QCOMPARE(flock(locked, LOCK_EX | LOCK_NB), 0);
+    const auto found = m_folder->leftBehind();
+    close(locked);
+    QCOMPARE(found.size(), 2U);
+    QCOMPARE(m_folder->files().size(), 4);
+    for (const QString &name : { u"locked.journal"_s, u"wrong length.journal"_s, u"other.txt"_s })
+        QVERIFY(m_folder->files().contains(name));
+}
+
+void LeftBehindTest::lostStartIsNoLostText_data()
+{
+    QTest::addColumn<bool>("isOfFile");
+    QTest::addColumn<int>("from"); // of the bytes that are lost
+    QTest::addColumn<int>("count"); // 0: all of the first record
+    for (const bool isOfFile : { false, true }) {
+        const QByteArray of = isOfFile ? "of a file: " : "of no file: ";
+        const int magic = int(journalMagic().size());
+        QTest::newRow((of + "magic").constData()) << isOfFile << 3 << 1;
+        QTest::newRow((of + "length").constData()) << isOfFile << magic << 4;
+        QTest::newRow((of + "checksum").constData()) << isOfFile << magic + 5 << 1;
+        QTest::newRow((of + "type").constData()) << isOfFile << magic + 12 << 1;
+        QTest::newRow((of + "all of it").constData()) << isOfFile << 0 << 0;
+    }
+}
+
+void LeftBehindTest::lostStartIsNoLostText()
+{
+    QFETCH(bool, isOfFile);
+    QFETCH(int, from);
+    QFETCH(int, count);
+    QVERIFY(m_folder->documents().write(u"file"_s, "one\ntwo\n"));
+    {
+        Run run(*m_folder);
+        if (isOfFile)
+            QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, {}, {}));
+        for (const QString &text : { u"first "_s, u"second "_s }) {
+            run.document.replace({}, 0, text);
+            QVERIFY(run.pause());
+        }
+    }
+    QByteArray bytes = JournalBytes::only(*m_folder);
+    const qsizetype magic = journalMagic().size();
+    const qint64 lost = count > 0 ? count : magic + recordSize(QByteArrayView(bytes).sliced(magic));
+    bytes.replace(from, lost, QByteArray(lost, '\xff'));
+    const auto before = m_folder->leftBehind();
+    QVERIFY(QFile::remove(QFile::decodeName(before.at(0).journal)));
+    makeFile("damaged.journal", bytes);
+    const auto found = m_folder->leftBehind();
+    QCOMPARE(found.size(), 1U);
+    QCOMPARE(found[0].length, before.at(0).length);
+    QCOMPARE(found[0].time, before.at(0).time);
+    TextDocument document;
+    QVERIFY(restore(found[0].journal, document).isRestored());
+    QCOMPARE(document.store().text(), isOfFile ? u"second first one\ntwo\n"_s : u"second first "_s);
+    QVERIFY(document.isEdited());
+}
+
+/// So much that of the text before only the end is left.
+void LeftBehindTest::partOfTheStartIsLost()
+{
+    const QByteArray content = QByteArray("a line of some length\n").repeated(40000) + "the last line\n";
+    QVERIFY(m_folder->documents().write(u"file"_s, content));
+    {
+        Run run(*m_folder);
+        QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, {}, {}));
+        run.document.replace({}, 0, u"edited ");
+        QVERIFY(run.pause());
+    }
+    QByteArray bytes = JournalBytes::only(*m_folder);
+    bytes.replace(0, 8192, QByteArray(8192, '\0'));
+    QVERIFY(QFile::remove(QFile::decodeName(m_folder->leftBehind().at(0).journal)));
+    makeFile("damaged.journal", bytes);
+    TextDocument document;
+    QCOMPARE(restore(m_folder->leftBehind().at(0).journal, document).outcome, Outcome::Parts);
+    QVERIFY(document.store().text().startsWith(u"edited \n[...]\n"_s));
+    QVERIFY(document.store().text().endsWith(u"a line of some length\nthe last line\n"_s));
 }
 
 void LeftBehindTest::unfinishedFilesAreCleared()
@@ -275,6 +375,48 @@ void LeftBehindTest::largeBase()
     QCOMPARE(store.length(), length);
     QCOMPARE(store.text({}, 20), u"aaaaaalso editedaaaa"_s);
     QCOMPARE(store.text(Offset(5000000), 20), u"aaaaaaaaaa\neditedaaa"_s);
+}
+
+void LeftBehindTest::largeBaseIsKnownByItsFile_data()
+{
+    QTest::addColumn<bool>("isChanged");
+    QTest::addColumn<bool>("hasItsTimes");
+    QTest::addColumn<int>("outcome");
+    QTest::newRow("as it was") << false << true << int(Outcome::Edited);
+    QTest::newRow("touched") << false << false << int(Outcome::Edited);
+    QTest::newRow("another of its length") << true << false << int(Outcome::Parts);
+    QTest::newRow("another of its length and times") << true << true << int(Outcome::Parts);
+}
+
+/// Also where the program was killed before it had read through the text.
+void LeftBehindTest::largeBaseIsKnownByItsFile()
+{
+    QFETCH(bool, isChanged);
+    QFETCH(bool, hasItsTimes);
+    QFETCH(int, outcome);
+    QByteArray content = QByteArray("0123456\n").repeated((BaseReading::mostKept >> 3) + 1);
+    const QByteArray name = QFile::encodeName(m_folder->documents().path()) + "file";
+    QVERIFY(m_folder->documents().write(u"file"_s, content));
+    struct stat info = {};
+    QCOMPARE(::stat(name.constData(), &info), 0);
+    {
+        Run run(*m_folder);
+        QVERIFY(!run.document.load(m_folder->documents().path(), u"file"_s, {}, {}));
+        run.document.replace(Offset(8), 0, u"edited ");
+        QVERIFY(run.pause());
+    }
+    QByteArray bytes = JournalBytes::only(*m_folder);
+    bytes.chop(JournalRecord::headSize + contentOf(BaseSeen()).size());
+    QVERIFY(QFile::resize(QFile::decodeName(m_folder->leftBehind().at(0).journal), bytes.size()));
+    if (isChanged)
+        content.replace("6\n", "x\n");
+    QVERIFY(m_folder->documents().write(u"file"_s, content));
+    const timespec times[] = { info.st_mtim,
+        { info.st_mtim.tv_sec - (hasItsTimes ? 0 : 9), info.st_mtim.tv_nsec } };
+    QCOMPARE(::utimensat(AT_FDCWD, name.constData(), times, 0), 0);
+    TextDocument document;
+    QCOMPARE(int(restore(m_folder->leftBehind().at(0).journal, document).outcome), outcome);
+    QVERIFY(document.store().text({}, qMin<qint64>(100, document.store().length())).contains(u"edited "));
 }
 
 /// Designations that say nothing, one after the other, are one spelling of any length.

@@ -24,6 +24,7 @@ private slots:
     void growthOfTheFileIsNoEdit();
     void utf16ComesBackAsItIsSaved_data();
     void utf16ComesBackAsItIsSaved();
+    void keptUtf16StaysSoWithoutItsFile();
     void journalThatWasRemovedIsMadeAgain();
     void undoingAllEndsTheJournal();
     void closingEndsTheJournal();
@@ -225,6 +226,32 @@ void RecoveryJournalsTest::utf16ComesBackAsItIsSaved()
     QCOMPARE(run.document.returnCode(), ReturnCode::CrLf);
     QCOMPARE(run.document.save(path(), u"file.txt"_s).outcome, SaveResult::Outcome::Written);
     QTEST(m_folder->documents().read(u"file.txt"_s), "written");
+}
+
+/// Again and again, and where Save As is asked for no other code.
+void RecoveryJournalsTest::keptUtf16StaysSoWithoutItsFile()
+{
+    {
+        Run run(*m_folder);
+        writeFile(QByteArray("\xFE\xFF\0a\0\xE9\0\r\0\n", 10));
+        TextStore text;
+        QVERIFY(!run.document.readUtf16(path(), u"file.txt"_s, { true, true }, {}, text));
+        run.document.setText(std::move(text));
+        run.document.keepUtf16();
+        run.document.replace(Offset(0), 0, u"b");
+        QVERIFY(run.pause());
+    }
+    writeFile("of another program\n");
+    for (int start = 0; start < 2; ++start) {
+        Run run(*m_folder);
+        QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, Outcome::New);
+        QVERIFY(run.document.isUtf16());
+        QVERIFY(run.pause());
+        if (start == 0)
+            continue;
+        QCOMPARE(run.document.save(path(), u"other.txt"_s).outcome, SaveResult::Outcome::Written);
+    }
+    QCOMPARE(m_folder->documents().read(u"other.txt"_s), QByteArray("\xFE\xFF\0b\0a\0\xE9\0\r\0\n", 12));
 }
 
 /// As somebody does who cleans up.
