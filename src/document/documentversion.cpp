@@ -66,7 +66,7 @@ FileChange DocumentVersion::changeByOthers(const QByteArray &own, FileVersion::R
     const FileChange change = m_version.changeOf(own, *m_calls, reading);
     if (change == FileChange::None || change == FileChange::Deleted || change == FileChange::Unsure)
         return change;
-    Write *const last = writes().lastTo(idOf(own));
+    Write *const last = writes().lastTo(idOf(own).value_or(FileId()));
     if (!last || last->number <= m_inStep)
         return change;
     const FileChange sinceLast = last->version.changeOf(own, *m_calls, reading);
@@ -87,8 +87,11 @@ void DocumentVersion::acknowledge(const QByteArray &own)
 
 Overtaken DocumentVersion::beginWriting(const QByteArray &target, const QByteArray &own)
 {
-    m_target = idOf(target);
-    const bool isOwn = m_target == idOf(own);
+    const auto file = idOf(target), ownFile = idOf(own);
+    m_target = file.value_or(FileId());
+    if (!file || !ownFile) // it may have anything
+        return Overtaken::ByProgram;
+    const bool isOwn = file == ownFile;
     const FileChange change = isOwn ? changeByOthers(own, FileVersion::Reading::All) : FileChange::None;
     if (change != FileChange::None && change != FileChange::Deleted)
         return Overtaken::ByProgram;
@@ -104,7 +107,7 @@ void DocumentVersion::endWriting(const QByteArray &target, const FileVersion &wr
     m_acknowledged.reset();
     writes().last.erase(m_target);
     m_inStep = ++writes().count;
-    writes().last[idOf(target)] = { m_inStep, m_document, written };
+    writes().last[idOf(target).value_or(FileId())] = { m_inStep, m_document, written };
 }
 
 FileStamp DocumentVersion::stampOf(const QByteArray &name) const
@@ -113,9 +116,11 @@ FileStamp DocumentVersion::stampOf(const QByteArray &name) const
     return m_calls->stat(name.constData(), &info) == 0 ? FileStamp(info) : FileStamp();
 }
 
-/// Null for a name that no file has.
-DocumentVersion::FileId DocumentVersion::idOf(const QByteArray &name) const
+/// Null for a name that no file has; nothing where the disk does not answer.
+std::optional<DocumentVersion::FileId> DocumentVersion::idOf(const QByteArray &name) const
 {
-    const FileStamp stamp = stampOf(name);
-    return { stamp.device, stamp.inode };
+    struct stat info = {};
+    if (m_calls->stat(name.constData(), &info) == 0)
+        return FileId(info.st_dev, info.st_ino);
+    return errno == ENOENT || errno == ENOTDIR ? std::optional(FileId()) : std::nullopt;
 }

@@ -40,14 +40,15 @@ public:
     /// Call before and, if it went well, after the document is written as `target`. `own` is the name it had
     /// until then, empty for none. The result: whether another document has written to the target since this
     /// one read or wrote it or, where it is not this one's own file, since this one began; or whether another
-    /// program has changed its own file. Cost: where its times say that it may have, the file is read.
+    /// program has changed its own file, or may have. Cost: where its times say that it may have, the file is
+    /// read.
     Overtaken beginWriting(const QByteArray &target, const QByteArray &own);
     void endWriting(const QByteArray &target, const FileVersion &written);
 
 private:
     using FileId = std::pair<dev_t, ino_t>;
     FileStamp stampOf(const QByteArray &name) const;
-    FileId idOf(const QByteArray &name) const;
+    std::optional<FileId> idOf(const QByteArray &name) const;
     FileChange changeByOthers(const QByteArray &own, FileVersion::Reading reading);
 
     const FileCalls *m_calls;

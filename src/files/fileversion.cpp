@@ -85,13 +85,28 @@ FileVersion::FileVersion(const FileStamp &stamp, const ContentHash &content)
     m_stamp.size = content.size();
 }
 
+namespace {
+
+bool isGone(int error)
+{
+    return error == ENOENT || error == ENOTDIR;
+}
+
+/// Who is about to write over a file wants to be sure of it.
+FileChange unanswered(FileVersion::Reading reading)
+{
+    return reading == FileVersion::Reading::All ? FileChange::Unsure : FileChange::None;
+}
+
+} // namespace
+
 FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls, Reading reading)
 {
     if (m_stamp.inode == 0)
         return FileChange::None;
     struct stat info;
     if (calls.stat(name.constData(), &info) != 0)
-        return errno == ENOENT || errno == ENOTDIR ? FileChange::Deleted : FileChange::None;
+        return isGone(errno) ? FileChange::Deleted : unanswered(reading);
     const FileStamp now(info);
     if (now == m_stamp && !m_isYoung)
         return FileChange::None;

@@ -66,8 +66,8 @@ public:
     const FileStamp &stamp() const { return m_stamp; }
     const ContentHash &content() const { return m_content; }
     /// Compares it with what has the name now. A file that turns out to be the same is known by its new times
-    /// then. Where the disk does not answer nothing has changed, as far as is known. By reading all of it
-    /// nothing stays unsure; that is given up when the process is to end (EndOrder).
+    /// then. Where the disk does not answer nothing has changed, as far as is known in passing. By reading all
+    /// of it nothing stays unsure but that; it is given up when the process is to end (EndOrder).
     FileChange changeOf(const QByteArray &name, const FileCalls &calls, Reading reading = Reading::InPassing);
     /// Somebody has read through a file of this size: while it is as it was then, changeOf() needs not.
     void noteSeen(const SeenContent &seen);

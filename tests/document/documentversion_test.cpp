@@ -1,5 +1,6 @@
 #include "document/documentversion.h"
 
+#include "files/readfile.h"
 #include "tests/document/documentfolder.h"
 #include "tests/testprogram.h"
 
@@ -20,6 +21,7 @@ private slots:
     void anotherFileIsKnownSinceTheBeginning();
     void aFileIsKnownByAnyOfItsNames();
     void failedWriteCountsForNothing();
+    void whatTheDiskDoesNotTellMayBeNews();
 
 private:
     /// Writes a file anew, as a save does; false when that was news to the document.
@@ -106,6 +108,30 @@ void DocumentVersionTest::failedWriteCountsForNothing()
     DocumentVersion other;
     QCOMPARE(other.beginWriting(full(m_a), full(m_a)), Overtaken::No);
     QVERIFY(write(one, m_a, m_a));
+}
+
+/// A copy too many is better than a text too few.
+void DocumentVersionTest::whatTheDiskDoesNotTellMayBeNews()
+{
+    QByteArray bytes;
+    FileVersion read;
+    QVERIFY(!readWholeFile(m_folder->path() + m_a, bytes, read));
+    int calls = 0, failing = 0;
+    FileCalls system = FileCalls::system();
+    system.stat = [&](const char *name, struct stat *info) {
+        errno = EIO;
+        return ++calls == failing ? -1 : ::stat(name, info);
+    };
+    const auto overtaken = [&] {
+        DocumentVersion version(system);
+        version.setRead(read);
+        calls = 0;
+        return version.beginWriting(full(m_a), full(m_a));
+    };
+    QCOMPARE(overtaken(), Overtaken::No);
+    QVERIFY(calls > 2);
+    for (const int all = calls; ++failing <= all;)
+        QCOMPARE(overtaken(), Overtaken::ByProgram);
 }
 
 REGISTER_TEST(runPlainTest<DocumentVersionTest>)

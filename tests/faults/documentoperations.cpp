@@ -105,7 +105,7 @@ private:
 
 class Save : public FileOperation {
 public:
-    enum class With { NothingElse, KeptCopy, Journal };
+    enum class With { NothingElse, KeptCopy, Journal, Overtaking };
 
     Save(const Sandbox &sandbox, Target target, With with, qsizetype lines)
         : FileOperation(sandbox, target, lines)
@@ -126,6 +126,8 @@ public:
         pause(journals);
         if (m_with == With::KeptCopy)
             document.keepFile();
+        if (m_with == With::Overtaking)
+            writeAsAnother(calls);
         begin();
         const SaveResult result = document.save(path(), nameToUse());
         pause(journals);
@@ -138,11 +140,12 @@ public:
     {
         const QByteArray now = contentOf(fileName());
         const bool isOld =
-            m_target == Target::New ? !QFile::exists(QFile::decodeName(fileName())) : now == m_old;
-        const bool hasOldCopy = start.hasCopy(fileName(), m_old);
+            m_target == Target::New ? !QFile::exists(QFile::decodeName(fileName())) : now == replaced();
+        const bool hasOldCopy = start.hasCopy(fileName(), replaced());
         if (now != m_new && (isDone || (!isOld && !hasOldCopy)))
             return u"the file begins with "_s + QString::fromUtf8(now.first(qMin<qsizetype>(now.size(), 40)));
-        if (m_with == With::KeptCopy && !isOld && !hasOldCopy && !isCopyKept(isDone))
+        const bool isToBeKept = m_with == With::KeptCopy || m_with == With::Overtaking;
+        if (isToBeKept && !isOld && !hasOldCopy && !isCopyKept(isDone))
             return u"the old text"_s;
         if (m_with == With::Journal && now != m_new
             && !start.restoredTexts().contains(QString::fromUtf8(m_new)))
@@ -151,6 +154,19 @@ public:
     }
 
 private:
+    /// What the file has before it is saved.
+    QByteArray replaced() const
+    {
+        return m_with == With::Overtaking ? QByteArray("of another program\n") : m_old;
+    }
+    void writeAsAnother(const FileCalls &calls) const
+    {
+        const QByteArray bytes = replaced();
+        const int file = calls.open(fileName().constData(), O_WRONLY | O_CLOEXEC, 0);
+        calls.ftruncate(file, 0);
+        calls.pwrite(file, bytes.constData(), size_t(bytes.size()), 0);
+        calls.close(file);
+    }
     /// For long enough that what is due is written.
     void pause(RecoveryJournals &journals)
     {
@@ -165,7 +181,7 @@ private:
     {
         const QDir folder(QFile::decodeName(stateFolder()));
         const QStringList kept = folder.entryList({ u"kept-*-file.txt"_s }, QDir::Files);
-        return kept.size() == 1 && contentOf(QFile::encodeName(folder.filePath(kept[0]))) == m_old
+        return kept.size() == 1 && contentOf(QFile::encodeName(folder.filePath(kept[0]))) == replaced()
             && (isDone || untoldCopies() == QByteArrayList{ QFile::encodeName(folder.filePath(kept[0])) });
     }
 
@@ -206,6 +222,7 @@ std::vector<NamedOperation> documentOperations()
         save("save in a closed folder", Target::ClosedFolder),
         save("save that keeps a copy", Target::Plain, With::KeptCopy),
         save("save in place that keeps a copy", Target::TwoNames, With::KeptCopy),
+        save("save over what another program wrote", Target::Plain, With::Overtaking),
         save("save of a document with a journal", Target::Plain, With::Journal),
         save("save in place of a document with a journal", Target::TwoNames, With::Journal),
     };

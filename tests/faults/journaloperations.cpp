@@ -182,7 +182,7 @@ public:
         Program program(calls);
         program.load(m_sandbox);
         QFile::remove(QFile::decodeName(m_sandbox.documents() + "file.txt"));
-        program.journals.keep(program.document, KeptFor::Deletion);
+        program.journals.keep(program.document, KeptFor::FileLost);
         program.pause();
         begin();
         program.journals.leave(program.document);
