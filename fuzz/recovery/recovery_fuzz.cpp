@@ -162,7 +162,7 @@ private:
         m_claimed.clear();
         std::map<qint64, Journal> found = journalsOnDisk();
         for (const auto &[id, journal] : m_left)
-            require(found.erase(id) == 1);
+            require(found.erase(id) == 1 || journal.written.isEmpty());
         for (const auto &document : m_program->documents) {
             if (!document)
                 continue;
@@ -242,7 +242,7 @@ private:
             document().restoreNothing(*left);
             require(m_program->journals.discard(*left));
         } else if (isEmpty) {
-            QFile::remove(QFile::decodeName(file)); // what has lost its head is nobody's
+            QFile::remove(QFile::decodeName(file)); // it may be gone: whoever looks removes what has no text
         } else {
             document().restore(*left, chosen->second.written.last());
             m_claimed[document().id()] = chosen->second;
