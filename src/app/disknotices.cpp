@@ -30,11 +30,7 @@ DiskNotices::DiskNotices(
     window.installEventFilter(this);
     connect(&documents, &DocumentArea::added, this, &DiskNotices::listenTo);
     connect(&documents, &DocumentArea::currentChanged, this, &DiskNotices::showDocument);
-    connect(&documents, &DocumentArea::closed, this, [this](ctlEditer *editor) {
-        stopFollowing(editor);
-        m_hidden.removeOne(editor);
-        watchFolders();
-    });
+    connect(&documents, &DocumentArea::closed, this, &DiskNotices::forget);
     connect(&m_watch, &DiskWatch::happened, this, [this] { showDocument(m_documents.current()); });
     connect(&m_watch, &DiskWatch::happenedIn, this, &DiskNotices::noteFolders);
     connect(&m_hiddenTurn, &QTimer::timeout, this, &DiskNotices::checkNextHidden);
@@ -58,8 +54,11 @@ void DiskNotices::listenTo(ctlEditer *editor)
     connect(&document, &TextDocument::replaced, this, note);
     connect(&document, &TextDocument::saved, this, note);
     connect(&document, &TextDocument::changed, this, [this, editor] {
-        if (editor->edited())
-            stopFollowing(editor);
+        if (!editor->edited())
+            return;
+        stopFollowing(editor);
+        if (m_canFollow.remove(editor))
+            check(editor);
     });
 }
 
@@ -114,6 +113,14 @@ void DiskNotices::noteFile(ctlEditer *editor)
     watchFolders();
 }
 
+void DiskNotices::forget(ctlEditer *editor)
+{
+    stopFollowing(editor);
+    m_canFollow.remove(editor);
+    m_hidden.removeOne(editor);
+    watchFolders();
+}
+
 void DiskNotices::check(ctlEditer *editor)
 {
     if (!hasFile(*editor))
@@ -148,13 +155,21 @@ QString DiskNotices::textOf(FileChange change)
     return {};
 }
 
+/// Only what TextDocument::readGrowth() can read on.
+bool DiskNotices::canFollow(const ctlEditer &editor)
+{
+    return !editor.edited() && editor.document().charCode() != CharCode::Unicode;
+}
+
 void DiskNotices::tell(ctlEditer *editor, FileChange change)
 {
     Notice notice{ NoticeKind::ChangedOnDisk, editor, [change] { return textOf(change); }, {} };
     const auto offer = [&notice](auto text, auto act) { notice.offers.push_back({ text, act }); };
-    const bool canFollow = !editor->edited() && editor->document().charCode() != CharCode::Unicode;
-    if (change == FileChange::Grown && canFollow)
+    m_canFollow.remove(editor);
+    if (change == FileChange::Grown && canFollow(*editor)) {
+        m_canFollow.insert(editor);
         offer([] { return tr("Follow"); }, [this, editor] { follow(editor); });
+    }
     if (change != FileChange::Deleted) {
         offer([] { return tr("Reload"); }, [this, editor] { reload(editor); });
         offer([] { return tr("Keep mine"); }, [this, editor] { keep(editor); });
@@ -181,7 +196,7 @@ void DiskNotices::keep(ctlEditer *editor)
 
 void DiskNotices::showBoth(ctlEditer *editor)
 {
-    if (m_loader.openUnsaved(fullName(*editor), tr("%1 on disk").arg(editor->name()), {}))
+    if (m_loader.openFromDisk(*editor, tr("%1 on disk").arg(editor->name())))
         keep(editor);
 }
 

@@ -35,12 +35,14 @@ private:
     void listenTo(ctlEditer *editor);
     void showDocument(ctlEditer *editor);
     void noteFile(ctlEditer *editor);
+    void forget(ctlEditer *editor);
     void watchFolders();
     void noteFolders(const QSet<QString> &folders);
     void checkNextHidden();
     void check(ctlEditer *editor);
     void tell(ctlEditer *editor, FileChange change);
     static QString textOf(FileChange change);
+    static bool canFollow(const ctlEditer &editor);
 
     void reload(ctlEditer *editor);
     void keep(ctlEditer *editor);
@@ -55,6 +57,7 @@ private:
     DocumentSaver &m_saver;
     DiskWatch m_watch;
     ContentReader m_reader;
+    QSet<const ctlEditer *> m_canFollow; ///< those whose notice offers it
     QSet<const ctlEditer *> m_followed;
     QList<ctlEditer *> m_hidden; ///< to be looked at, without being shown
     QTimer m_hiddenTurn;

@@ -3,6 +3,7 @@
 #include "app/documentarea.h"
 #include "app/documentfile.h"
 #include "app/recentplaces.h"
+#include "document/utf16text.h"
 #include "files/filename.h"
 #include "platform/keypause.h"
 #include "platform/messagebox.h"
@@ -11,13 +12,18 @@
 #include <QFileInfo>
 #include <QScopedValueRollback>
 
+#include <utility>
+
 namespace {
 
 /// Plain ASCII is no choice of the user's and would be wrong as soon as the file holds more: detected again.
+/// So is what was read as UTF-16 text, which may have been saved as UTF-8 since.
 std::optional<CharCode> codeToReload(const ctlEditer &editor)
 {
-    const CharCode code = editor.document().charCode();
-    return code == CharCode::Ascii || code == CharCode::Binary ? std::nullopt : std::optional(code);
+    const TextDocument &document = editor.document();
+    const CharCode code = document.charCode();
+    const bool isDetected = code == CharCode::Ascii || code == CharCode::Binary || document.isUtf16();
+    return isDetected ? std::nullopt : std::optional(code);
 }
 
 bool isReadWith(const ctlEditer &editor, CharCode code)
@@ -31,6 +37,16 @@ FileChoice fileOf(const QString &path, std::optional<CharCode> charCode)
     const QFileInfo info(QDir::cleanPath(path));
     const QString folder = info.absolutePath();
     return { folder.endsWith(u'/') ? folder : folder + u'/', info.fileName(), charCode };
+}
+
+/// A text without a file cannot be read again: it is read at once as notices would offer.
+void loadAsItFits(ctlEditer &editor, const FileChoice &file)
+{
+    const ReadFindings found = editor.document().findings();
+    if (found.utf16)
+        editor.loadUtf16(file.folder, file.name, *found.utf16);
+    else if (found.fittingCode)
+        editor.loadFile(file.folder, file.name, found.fittingCode);
 }
 
 } // namespace
@@ -90,7 +106,7 @@ void DocumentLoader::askAndReload()
     if (!editor || !hasFile(*editor) || editor->name().isEmpty())
         return;
     if (isReloadWanted(*editor))
-        loadInto(editor, { editor->path(), editor->name(), codeToReload(*editor) });
+        loadAgain(editor);
 }
 
 void DocumentLoader::reopen(ctlEditer *editor, CharCode charCode)
@@ -105,10 +121,15 @@ void DocumentLoader::reopenUtf16(ctlEditer *editor, Utf16Form form)
 {
     if (!mayReopen(*editor))
         return;
+    loadAsUtf16(editor, form);
+    editor->setFocus();
+}
+
+void DocumentLoader::loadAsUtf16(ctlEditer *editor, Utf16Form form)
+{
     KeyPause::begin();
     editor->loadUtf16(editor->path(), editor->name(), form);
     m_documents.refresh(editor);
-    editor->setFocus();
 }
 
 bool DocumentLoader::mayReopen(const ctlEditer &editor)
@@ -137,11 +158,17 @@ bool DocumentLoader::openUnsaved(const QString &path, const QString &name, std::
             m_documents.present(before);
         return false;
     }
+    loadAsItFits(*editor, file);
     editor->document().detachFromFile(name);
     m_documents.notices().withdrawAllAbout(editor); // they are about the file
     m_documents.refresh(editor);
     m_documents.present(editor);
     return true;
+}
+
+bool DocumentLoader::openFromDisk(const ctlEditer &editor, const QString &name)
+{
+    return openUnsaved(fullName(editor), name, codeToReload(editor));
 }
 
 void DocumentLoader::reload(ctlEditer *editor)
@@ -150,10 +177,27 @@ void DocumentLoader::reload(ctlEditer *editor)
         return;
     const RowCol cursor = editor->cursorPosition();
     const RowIndex top = editor->topRow();
-    if (!loadInto(editor, { editor->path(), editor->name(), codeToReload(*editor) }))
+    if (!loadAgain(editor))
         return;
     editor->setCursorPosition(cursor);
     editor->setTopRow(top);
+}
+
+/// UTF-16 text as text again, unless a save or another program has made something else of the file.
+bool DocumentLoader::loadAgain(ctlEditer *editor)
+{
+    const TextDocument &document = std::as_const(*editor).document();
+    const std::optional<Utf16Form> form = utf16FormOf(document);
+    const bool isKept = keepsUtf16(document);
+    if (!loadInto(editor, { editor->path(), editor->name(), codeToReload(*editor) }))
+        return false;
+    const ReadFindings found = document.findings();
+    if (!form || (!found.utf16 && found.undecodableBytes == 0))
+        return true;
+    loadAsUtf16(editor, found.utf16.value_or(*form));
+    if (isKept && document.isUtf16())
+        editor->document().keepUtf16();
+    return true;
 }
 
 /// Keys that are pressed meanwhile were not meant for what the document shows then.

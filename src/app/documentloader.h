@@ -28,8 +28,11 @@ public:
     /// Has the user choose the file.
     void askAndOpen();
     /// Opens a file's text as that of a document that was never saved, named so. False, after telling the
-    /// user, when it cannot be read; there is no document then.
+    /// user, when it cannot be read; there is no document then. Another code that all bytes fit is taken
+    /// instead of the one given or detected, and UTF-16 is read as text.
     bool openUnsaved(const QString &path, const QString &name, std::optional<CharCode> charCode);
+    /// The same with a document's file, read as the document was.
+    bool openFromDisk(const ctlEditer &editor, const QString &name);
     /// Reads a document's file again, as other programs have made it; asks before edits are thrown away.
     /// Cursor and view stay in their rows.
     void reload(ctlEditer *editor);
@@ -46,6 +49,8 @@ public:
 private:
     bool load(ctlEditer *editor, const FileChoice &file);
     bool loadInto(ctlEditer *editor, const FileChoice &file);
+    bool loadAgain(ctlEditer *editor);
+    void loadAsUtf16(ctlEditer *editor, Utf16Form form);
     bool mayReopen(const ctlEditer &editor);
     void offerCode(ctlEditer *editor, CharCode charCode);
     bool isReloadWanted(const ctlEditer &editor);

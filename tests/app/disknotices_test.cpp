@@ -45,6 +45,12 @@ private slots:
     void asksBeforeEditsGo();
     void keepsMine();
     void showsBoth();
+    void showsBothAsItIsRead_data();
+    void showsBothAsItIsRead();
+    void showsUtf16AsText();
+    void reloadsUtf16AsText_data();
+    void reloadsUtf16AsText();
+    void reloadsUtf16ThatWasSavedAsUtf8();
     void saveOverAChangedFileKeepsIt();
     void savingByClosingTellsOfTheKeptFile_data();
     void savingByClosingTellsOfTheKeptFile();
@@ -54,6 +60,7 @@ private slots:
     void watchesTwoFilesOfMany();
     void follows();
     void followingStopsWithAnEdit();
+    void editedTextFollowsNothing();
     void followingIsStopped();
     void viewInTheMiddleStays();
     void tellsOfAFileThatCannotBeWritten();
@@ -247,6 +254,89 @@ void DiskNoticesTest::showsBoth()
     QVERIFY(!m_strip->isShown());
 }
 
+void DiskNoticesTest::showsBothAsItIsRead_data()
+{
+    QTest::addColumn<CharCode>("code");
+    QTest::addColumn<QByteArray>("theirs");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("the code that was chosen") << CharCode::Euc << QByteArray("\xB1\xB2\n") << u"渦\n"_s;
+    QTest::newRow("the code that fits")
+        << CharCode::ShiftJis << QByteArray("\xF0\x9F\x98\x80\n") << u"\U0001F600\n"_s;
+}
+
+/// It has no file that it could be read from again.
+void DiskNoticesTest::showsBothAsItIsRead()
+{
+    QFETCH(CharCode, code);
+    QFETCH(QByteArray, theirs);
+    const QString name = m_files->write(u"b.txt"_s, "\xB1\n");
+    m_window->openDocument(name, int(code));
+    m_files->write(u"b.txt"_s, theirs);
+    QTRY_COMPARE(m_strip->text(), changedText);
+    QVERIFY(m_strip->click(u"Show both"_s));
+    QTEST(editor().text(), "text");
+    QVERIFY(!m_strip->isShown());
+}
+
+void DiskNoticesTest::showsUtf16AsText()
+{
+    m_files->write(u"a.txt"_s, QByteArray("\xFF\xFE\x22\x6F\n\0", 6));
+    QTRY_COMPARE(m_strip->text(), changedText);
+    QVERIFY(m_strip->click(u"Show both"_s));
+    QCOMPARE(editor().text(), u"漢\n"_s);
+}
+
+void DiskNoticesTest::reloadsUtf16AsText_data()
+{
+    QTest::addColumn<QString>("offer");
+    QTest::addColumn<QByteArray>("saved");
+    const QByteArray marked("\xFF\xFE"
+                            "b\0\x22\x6F\n\0",
+        8);
+    QTest::newRow("to be saved as UTF-8") << u"Read it as text"_s << QByteArray("b\xE6\xBC\xA2\n");
+    QTest::newRow("to be saved as UTF-16") << u"Keep UTF-16"_s << marked;
+}
+
+void DiskNoticesTest::reloadsUtf16AsText()
+{
+    QFETCH(QString, offer);
+    const QByteArray theirs("\xFF\xFE"
+                            "b\0\x22\x6F\n\0",
+        8);
+    for (const bool isMenus : { false, true }) {
+        m_window->setDocument(m_files->write(u"b.txt"_s,
+            QByteArray("\xFF\xFE"
+                       "a\0\n\0",
+                6)));
+        QVERIFY(m_strip->click(offer));
+        m_files->write(u"b.txt"_s, theirs);
+        QTRY_COMPARE(m_strip->text(), changedText);
+        const MessageBoxes boxes({ u"Yes"_s });
+        if (isMenus)
+            m_window->slotCmdFileReload();
+        else
+            QVERIFY(m_strip->click(u"Reload"_s));
+        QCOMPARE(editor().text(), u"b漢\n"_s);
+        m_window->slotCmdFileSave();
+        QTEST(m_files->read(u"b.txt"_s), "saved");
+        m_window->slotCmdFileCloseTab();
+    }
+}
+
+void DiskNoticesTest::reloadsUtf16ThatWasSavedAsUtf8()
+{
+    m_window->setDocument(m_files->write(u"b.txt"_s,
+        QByteArray("\xFF\xFE"
+                   "a\0\n\0",
+            6)));
+    QVERIFY(m_strip->click(u"Read it as text"_s));
+    m_window->slotCmdFileSave();
+    m_files->write(u"b.txt"_s, "b\xE6\xBC\xA2\n");
+    QTRY_COMPARE(m_strip->text(), changedText);
+    QVERIFY(m_strip->click(u"Reload"_s));
+    QCOMPARE(editor().text(), u"b漢\n"_s);
+}
+
 void DiskNoticesTest::saveOverAChangedFileKeepsIt()
 {
     QTest::keyClicks(&editor(), u"mine "_s);
@@ -377,6 +467,16 @@ void DiskNoticesTest::followingStopsWithAnEdit()
     QTRY_COMPARE(m_strip->text(), grownText);
     QVERIFY(!m_strip->offers().contains(u"Follow"_s));
     QCOMPARE(editor().text(), u"xold\n1\n"_s);
+}
+
+void DiskNoticesTest::editedTextFollowsNothing()
+{
+    QVERIFY(append(u"a.txt"_s, "1\n"));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QVERIFY(m_strip->offers().contains(u"Follow"_s));
+    QTest::keyClicks(&editor(), u"x"_s);
+    QCOMPARE(m_strip->text(), grownText);
+    QVERIFY(!m_strip->offers().contains(u"Follow"_s));
 }
 
 void DiskNoticesTest::followingIsStopped()
