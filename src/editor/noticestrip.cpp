@@ -68,6 +68,7 @@ NoticeStrip::NoticeStrip(NoticeQueue &queue, QWidget *parent)
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_more->setText(u"…"_s);
     m_more->setMenu(new Menu(m_more));
+    m_more->setPopupMode(QToolButton::InstantPopup);
     m_dismiss->setText(u"×"_s);
     m_dismiss->setAutoRaise(true);
     nameControls();
@@ -79,7 +80,6 @@ QToolButton *NoticeStrip::createButton()
 {
     auto *button = new QToolButton(this);
     button->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    button->setPopupMode(QToolButton::InstantPopup);
     button->setIconSize({ menuArrow, menuArrow });
     button->setFocusPolicy(Qt::TabFocus);
     button->installEventFilter(this);
@@ -192,6 +192,8 @@ void NoticeStrip::showOffer(QToolButton &button, const NoticeOffer &offer)
     const bool hasMenu = !offer.choices.empty();
     button.setArrowType(hasMenu ? Qt::DownArrow : Qt::NoArrow);
     button.setToolButtonStyle(hasMenu ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonTextOnly);
+    // Assistive tools press no button that shows a menu at once, not even when it has none.
+    button.setPopupMode(hasMenu ? QToolButton::InstantPopup : QToolButton::DelayedPopup);
     if (!hasMenu) {
         drop(button.menu());
         button.setMenu(nullptr);

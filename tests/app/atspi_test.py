@@ -207,6 +207,23 @@ class AtSpiTest(unittest.TestCase):
         self.act(pyatspi.ROLE_MENU_ITEM, 'New')
         wait_for(lambda: self.find(pyatspi.ROLE_PAGE_TAB, '(new document)'), 'the new document')
 
+    def test_a_notice_is_an_alert_with_its_offers(self):
+        self.start('絵文字 \U0001F600 です\n'.encode('utf-8'))
+        told = 'Read as Shift-JIS, but UTF-8 reads it without a fault'
+        alert = wait_for(lambda: self.find(pyatspi.ROLE_ALERT, told), 'the notice')
+        buttons = [
+            node for node in descendants(alert)
+            if node.getRole() == pyatspi.ROLE_PUSH_BUTTON and node.getState().contains(pyatspi.STATE_SHOWING)
+        ]
+        self.assertEqual({node.name for node in buttons}, {'Reopen as UTF-8', 'Reopen as', 'Dismiss'})
+        self.assertEqual([node.name for node in buttons if node.queryAction().nActions == 0], [])
+        self.act(pyatspi.ROLE_PUSH_BUTTON, 'Reopen as UTF-8')
+        text = self.edit.queryText()
+        wait_for(lambda: text.getText(0, -1) == '絵文字 \U0001F600 です\n', 'the text in the other code')
+        self.assertFalse(alert.getState().contains(pyatspi.STATE_SHOWING))
+        self.press('A')
+        wait_for(lambda: text.getText(0, 1) == 'A', 'a key in the text')
+
     def test_every_control_has_a_name(self):
         self.start(b'text')
         nameless = [
