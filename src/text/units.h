@@ -28,7 +28,8 @@ public:
     constexpr Position &operator++() { return *this += 1; }
     constexpr Position &operator--() { return *this -= 1; }
 
-    friend constexpr auto operator<=>(Position, Position) = default;
+    // What the compiler compares with 0 in it is an ordering, no pointer.
+    friend constexpr auto operator<=>(Position, Position) = default; // NOLINT(modernize-use-nullptr)
     friend constexpr Position operator+(Position place, qint64 count)
     {
         return Position(place.m_value + count);
