@@ -50,6 +50,14 @@ QByteArray markOf(const TextCodec &codec)
     return isMarked ? encoded(codec, QString()) : QByteArray();
 }
 
+/// Shows both as hexadecimals, which are made only when they differ.
+bool comesBack(const TextCodec &codec, const QByteArray &bytes)
+{
+    const QByteArray saved = savedUnedited(codec, bytes);
+    return saved == bytes
+        || QTest::qCompare(saved.toHex(' '), bytes.toHex(' '), "saved", "read", __FILE__, __LINE__);
+}
+
 quint32 lawsSeed()
 {
     return seedOr(20011221);
@@ -119,11 +127,14 @@ void TextCodecLawsTest::shortStrings()
     const TextCodec *c = &codecNamed(codec);
     const QByteArray mark = markOf(*c);
     for (int first = 0; first < 256; ++first) {
-        const QByteArray one = mark + bytesFrom({ first });
-        QCOMPARE(savedUnedited(*c, one).toHex(' '), one.toHex(' '));
+        QByteArray bytes = mark + byteOf(first);
+        if (!comesBack(*c, bytes))
+            return;
+        bytes.append(1, '\0');
         for (int next = 0; next < 256; ++next) {
-            const QByteArray bytes = mark + bytesFrom({ first, next });
-            QVERIFY2(savedUnedited(*c, bytes) == bytes, bytes.toHex());
+            bytes.back() = byteOf(next);
+            if (!comesBack(*c, bytes))
+                return;
         }
     }
 }
@@ -140,7 +151,8 @@ void TextCodecLawsTest::threeByteStringsInEuc()
             bytes[4 * last + 1] = byteOf(high & 0xFF);
             bytes[4 * last + 2] = byteOf(last);
         }
-        QVERIFY2(savedUnedited(*codec, bytes) == bytes, QByteArray::number(high, 16));
+        if (!comesBack(*codec, bytes))
+            return;
     }
 }
 
@@ -162,14 +174,16 @@ void TextCodecLawsTest::pairsInEachSetOfJis()
     for (int first = 0; first < 256; ++first) {
         QByteArray toAscii;
         QByteArray toRoman;
+        QByteArray bytes = designation + bytesFrom({ first, 0 });
         for (int second = 0; second < 256; ++second) {
-            const QByteArray bytes = designation + bytesFrom({ first, second });
-            QVERIFY2(savedUnedited(*codec, bytes) == bytes, bytes.toHex());
-            toAscii += bytes + "\x1B(B";
-            toRoman += bytes + "\x1B(J\n";
+            bytes.back() = byteOf(second);
+            if (!comesBack(*codec, bytes))
+                return;
+            toAscii.append(bytes).append("\x1B(B");
+            toRoman.append(bytes).append("\x1B(J\n");
         }
-        QVERIFY2(savedUnedited(*codec, toAscii) == toAscii, QByteArray::number(first, 16));
-        QVERIFY2(savedUnedited(*codec, toRoman) == toRoman, QByteArray::number(first, 16));
+        if (!comesBack(*codec, toAscii) || !comesBack(*codec, toRoman))
+            return;
     }
 }
 
@@ -205,8 +219,8 @@ void TextCodecLawsTest::randomBuffers()
     const QByteArray mark = markOf(*c);
     QRandomGenerator random(lawsSeed());
     for (int i = 0; i < 20000; ++i) {
-        const QByteArray bytes = mark + nastyBytes(random);
-        QCOMPARE(savedUnedited(*c, bytes).toHex(' '), bytes.toHex(' '));
+        if (!comesBack(*c, mark + nastyBytes(random)))
+            return;
     }
 }
 
