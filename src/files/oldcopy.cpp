@@ -114,7 +114,7 @@ bool OldCopy::nameFile(const QByteArray &file)
 
 QByteArray OldCopy::leave()
 {
-    const QByteArray name = m_name;
+    QByteArray name = m_name;
     forget();
     return name;
 }
@@ -123,7 +123,7 @@ QByteArray OldCopy::keep()
 {
     const QByteArrayView digits = QByteArrayView(m_name).last(ownFileDigits);
     const QByteArray fileName = shortName(m_file.sliced(m_file.lastIndexOf('/') + 1)).toByteArray();
-    const QByteArray kept = stateFolder() + keptPrefix.toByteArray() + digits.toByteArray() + '-' + fileName;
+    QByteArray kept = stateFolder() + keptPrefix.toByteArray() + digits.toByteArray() + '-' + fileName;
     noteUntold(kept, m_calls); // before there is a moment at which nobody looks for it
     if (m_calls.rename(m_name.constData(), kept.constData()) != 0) {
         noteTold(kept, m_calls);

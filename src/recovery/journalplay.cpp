@@ -274,7 +274,7 @@ std::optional<JournalBase> startWithBase(JournalReader &journal)
         return std::nullopt;
     if (first->type == RecordType::Base)
         return baseIn(first->content);
-    const auto base = lostBase(journal);
+    auto base = lostBase(journal);
     journal.rewind();
     return base;
 }

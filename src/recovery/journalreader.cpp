@@ -85,7 +85,7 @@ std::optional<JournalRecord> JournalReader::next()
     const qint64 size = recordSize(QByteArrayView(m_block).sliced(m_used));
     if (size > JournalRecord::headSize + JournalRecord::mostBytes || !need(size))
         return std::nullopt;
-    const auto record = firstRecord(QByteArrayView(m_block).sliced(m_used, size));
+    auto record = firstRecord(QByteArrayView(m_block).sliced(m_used, size));
     if (record)
         m_used += size;
     return record;
