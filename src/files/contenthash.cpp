@@ -1,36 +1,64 @@
 #include "files/contenthash.h"
 
-#include <QtEndian>
+#include <xxhash.h>
 
-#include <cstring>
+#include <new>
 
 namespace {
 
-/// Odd, its bits well mixed; each step can be undone, so no change of one word is ever lost.
-constexpr quint64 factor = 0x9E3779B97F4A7C15;
-
-quint64 step(quint64 sum, quint64 word)
+XXH3_state_t *newState()
 {
-    const quint64 mixed = (sum ^ word) * factor;
-    return mixed ^ (mixed >> 32);
+    XXH3_state_t *const state = XXH3_createState();
+    if (!state)
+        throw std::bad_alloc();
+    return state;
 }
 
 } // namespace
 
+ContentHash::State::State()
+    : m_state(newState())
+{
+    XXH3_64bits_reset(m_state.get());
+}
+
+ContentHash::State::State(const State &other)
+    : m_state(newState())
+{
+    *this = other;
+}
+
+ContentHash::State &ContentHash::State::operator=(const State &other)
+{
+    if (this != &other)
+        XXH3_copyState(m_state.get(), other.m_state.get());
+    return *this;
+}
+
+ContentHash::State::~State() = default;
+
+void ContentHash::State::Freed::operator()(XXH3_state_s *state) const
+{
+    XXH3_freeState(state);
+}
+
+void ContentHash::State::add(QByteArrayView bytes)
+{
+    XXH3_64bits_update(m_state.get(), bytes.data(), size_t(bytes.size()));
+}
+
+quint64 ContentHash::State::hash(quint64 before) const
+{
+    const quint64 own = XXH3_64bits_digest(m_state.get());
+    return XXH3_64bits_withSeed(&own, sizeof own, before);
+}
+
 void ContentHash::add(QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
-        const qsizetype pending = m_size % blockBytes;
         const qint64 room = segment - m_size % segment;
-        const qsizetype whole = pending == 0 ? qMin<qint64>(room, bytes.size()) / blockBytes * blockBytes : 0;
-        const qsizetype taken = whole > 0 ? whole : qMin(blockBytes - pending, bytes.size());
-        if (whole > 0) {
-            addBlocks(bytes.first(whole));
-        } else {
-            memcpy(m_rest.data() + pending, bytes.data(), size_t(taken));
-            if (pending + taken == blockBytes)
-                addBlocks(m_rest);
-        }
+        const qsizetype taken = qMin<qint64>(room, bytes.size());
+        m_current.add(bytes.first(taken));
         m_size += taken;
         bytes = bytes.sliced(taken);
         if (taken == room)
@@ -38,42 +66,14 @@ void ContentHash::add(QByteArrayView bytes)
     }
 }
 
-/// Written out, so that the lanes stay in registers.
-void ContentHash::addBlocks(QByteArrayView blocks)
-{
-    auto [one, two, three, four] = m_lanes;
-    for (const char *at = blocks.begin(); at < blocks.end(); at += blockBytes) {
-        one = step(one, qFromLittleEndian<quint64>(at));
-        two = step(two, qFromLittleEndian<quint64>(at + 8));
-        three = step(three, qFromLittleEndian<quint64>(at + 16));
-        four = step(four, qFromLittleEndian<quint64>(at + 24));
-    }
-    m_lanes = { one, two, three, four };
-}
-
 void ContentHash::endSegment()
 {
-    m_lastSegment = 0;
-    for (const quint64 lane : m_lanes)
-        m_lastSegment = step(m_lastSegment, lane);
-    m_segments = step(m_segments, m_lastSegment);
-    m_lanes = firstLanes;
-}
-
-quint64 ContentHash::ended(quint64 segments) const
-{
-    quint64 sum = segments;
-    for (const quint64 lane : m_lanes)
-        sum = step(sum, lane);
-    const qsizetype pending = m_size % blockBytes;
-    std::array<char, blockBytes> rest{};
-    memcpy(rest.data(), m_rest.data(), size_t(pending));
-    for (size_t i = 0; i < m_lanes.size(); ++i)
-        sum = step(sum, qFromLittleEndian<quint64>(rest.data() + i * sizeof(quint64)));
-    return step(sum, quint64(pending));
+    m_segments = m_current.hash(m_segments);
+    m_lastSegment = m_current.hash(noSegments);
+    m_current = {};
 }
 
 quint64 ContentHash::endValue() const
 {
-    return ended(m_size >= segment ? step(noSegments, m_lastSegment) : noSegments);
+    return m_current.hash(m_lastSegment);
 }

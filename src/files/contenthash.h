@@ -2,7 +2,9 @@
 
 #include <QByteArrayView>
 
-#include <array>
+#include <memory>
+
+struct XXH3_state_s;
 
 /// Hashes bytes that come in pieces; the pieces do not matter. Tells contents that differ apart, and is no
 /// guard against somebody who means to deceive; the same in every process. Cost: memory speed, far above that
@@ -16,25 +18,37 @@ public:
 
     void add(QByteArrayView bytes);
     qint64 size() const { return m_size; }
-    quint64 value() const { return ended(m_segments); }
+    quint64 value() const { return m_current.hash(m_segments); }
 
     qint64 endStart() const { return qMax<qint64>(0, m_size / segment - 1) * segment; }
     /// What value() is of the bytes from endStart() on.
     quint64 endValue() const;
 
 private:
-    static constexpr qsizetype blockBytes = 32;
-    using Lanes = std::array<quint64, blockBytes / sizeof(quint64)>;
-    static constexpr Lanes firstLanes{ 1, 2, 3, 4 };
-    static constexpr quint64 noSegments = 5;
+    /// The library's state of a hash, as a value.
+    class State {
+    public:
+        State();
+        State(const State &other);
+        State &operator=(const State &other);
+        ~State();
 
-    void addBlocks(QByteArrayView blocks);
+        void add(QByteArrayView bytes);
+        /// Of what was added behind what has the hash `before`.
+        quint64 hash(quint64 before) const;
+
+    private:
+        struct Freed {
+            void operator()(XXH3_state_s *state) const;
+        };
+        std::unique_ptr<XXH3_state_s, Freed> m_state;
+    };
+    static constexpr quint64 noSegments = 0;
+
     void endSegment();
-    quint64 ended(quint64 segments) const;
 
     qint64 m_size = 0;
-    Lanes m_lanes = firstLanes; ///< each hashes one word of every block; they run beside one another
-    quint64 m_segments = noSegments; ///< of those that are full
-    quint64 m_lastSegment = 0;
-    std::array<char, blockBytes> m_rest{}; ///< of an unfinished block
+    State m_current; ///< of the bytes behind the full segments
+    quint64 m_segments = noSegments; ///< hash of those that are full
+    quint64 m_lastSegment = noSegments; ///< of the last one of them alone
 };
