@@ -34,10 +34,8 @@ DiskNotices::DiskNotices(
     connect(&m_watch, &DiskWatch::happened, this, [this] { showDocument(m_documents.current()); });
     connect(&m_watch, &DiskWatch::happenedIn, this, &DiskNotices::noteFolders);
     connect(&m_hiddenTurn, &QTimer::timeout, this, &DiskNotices::checkNextHidden);
-    connect(&m_reader, &ContentReader::seen, this, [this](ctlEditer *editor, const SeenContent &content) {
-        editor->document().noteSeen(content);
-        check(editor);
-    });
+    connect(&m_reader, &ContentReader::seen, this,
+        [this](ctlEditer *editor, const SeenContent &content) { check(editor, content); });
 }
 
 bool DiskNotices::eventFilter(QObject *watched, QEvent *event)
@@ -86,8 +84,8 @@ void DiskNotices::noteFolders(const QSet<QString> &folders)
     for (ctlEditer *const editor : m_documents.editors()) {
         if (editor == m_documents.current() || !hasFile(*editor) || !folders.contains(folderName(*editor)))
             continue;
-        const TextDocument &document = std::as_const(*editor).document();
-        const bool isInPlace = document.fileNow().isSameFile(document.fileVersion().stamp());
+        const FileStamp &known = std::as_const(*editor).document().fileVersion().stamp();
+        const bool isInPlace = fileNow(*editor).isSameFile(known);
         if (!isInPlace && !m_hidden.contains(editor))
             m_hidden << editor;
     }
@@ -121,11 +119,11 @@ void DiskNotices::forget(ctlEditer *editor)
     watchFolders();
 }
 
-void DiskNotices::check(ctlEditer *editor)
+void DiskNotices::check(ctlEditer *editor, const std::optional<SeenContent> &seen)
 {
     if (!hasFile(*editor))
         return;
-    const FileChange change = editor->document().fileChange();
+    const FileChange change = editor->document().fileChange(seen);
     if (change == FileChange::Grown && m_followed.contains(editor))
         readOn(editor);
     else if (change == FileChange::Unsure)

@@ -39,7 +39,7 @@ private:
     void watchFolders();
     void noteFolders(const QSet<QString> &folders);
     void checkNextHidden();
-    void check(ctlEditer *editor);
+    void check(ctlEditer *editor, const std::optional<SeenContent> &seen = {});
     void tell(ctlEditer *editor, FileChange change);
     static QString textOf(FileChange change);
     static bool canFollow(const ctlEditer &editor);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/ctlediter.h"
+#include "files/filename.h"
 
 /// Whether a document was ever saved, or opened from a file; others have no folder.
 inline bool hasFile(const ctlEditer &editor)
@@ -12,6 +13,12 @@ inline bool hasFile(const ctlEditer &editor)
 inline QString fullName(const ctlEditer &editor)
 {
     return editor.path() + editor.name();
+}
+
+/// Which file has that name now; of no file if there is none.
+inline FileStamp fileNow(const ctlEditer &editor)
+{
+    return stampOf(FileName::toBytes(fullName(editor)), FileCalls::system());
 }
 
 /// A document that nobody would miss: never saved and not edited.

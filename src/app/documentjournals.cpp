@@ -79,7 +79,7 @@ void DocumentJournals::noteLook(ctlEditer *editor, FileChange change)
     const bool isWrittenOver = change == FileChange::Changed || change == FileChange::Replaced;
     if (isTextNowhereElse(*editor) || (isWrittenOver && isKeptWhenWrittenOver(*editor)))
         m_journals.keep(document, KeptFor::FileLost);
-    else if (change == FileChange::None && document.fileNow() == document.fileVersion().stamp())
+    else if (change == FileChange::None && fileNow(*editor) == document.fileVersion().stamp())
         m_journals.endKeeping(document, KeptFor::FileLost);
 }
 

@@ -82,7 +82,7 @@ void WritingNotice::tell()
     Notice notice{ NoticeKind::CannotWrite, &m_editor, [this] { return text(); }, {} };
     notice.offers.push_back(
         { [] { return translated(QT_TRANSLATE_NOOP("frmMain", "Go to it")); }, [this] { goToNext(); } });
-    if (&m_editor.document().codecToWrite() != &utf8Codec())
+    if (m_editor.document().writingCode().codec != &utf8Codec())
         notice.offers.push_back({ [] { return translated(QT_TRANSLATE_NOOP("frmMain", "Save as UTF-8…")); },
             [this] { saveAsUtf8(); } });
     notice.dismissed = [this] {
@@ -121,7 +121,7 @@ QString WritingNotice::text() const
         number = translated(QT_TRANSLATE_NOOP("frmMain", "%1 or more")).arg(number);
     if (m_isSubstituted && !document.isEdited())
         return translated(QT_TRANSLATE_NOOP("frmMain", "Characters saved as \"%1\": %2 (%3)"))
-            .arg(standInOf(document.codecToWrite()), number, listed());
+            .arg(standInOf(*document.writingCode().codec), number, listed());
     return translated(QT_TRANSLATE_NOOP("frmMain", "Characters that %1 lacks: %2 (%3)"))
         .arg(m_editor.charCodeName(), number, listed());
 }

@@ -56,7 +56,7 @@ FileChange DocumentVersion::change(const QByteArray &own)
     const FileChange change = changeByOthers(own, FileVersion::Reading::InPassing);
     if (change == FileChange::None)
         m_acknowledged.reset();
-    return m_acknowledged && *m_acknowledged == stampOf(own) ? FileChange::None : change;
+    return m_acknowledged && *m_acknowledged == stampOf(own, *m_calls) ? FileChange::None : change;
 }
 
 /// What another document has written is what other programs began with. This one has not read it, so it has
@@ -82,7 +82,7 @@ void DocumentVersion::noteSeen(const SeenContent &seen)
 
 void DocumentVersion::acknowledge(const QByteArray &own)
 {
-    m_acknowledged = stampOf(own);
+    m_acknowledged = stampOf(own, *m_calls);
 }
 
 Overtaken DocumentVersion::beginWriting(const QByteArray &target, const QByteArray &own)
@@ -108,12 +108,6 @@ void DocumentVersion::endWriting(const QByteArray &target, const FileVersion &wr
     writes().last.erase(m_target);
     m_inStep = ++writes().count;
     writes().last[idOf(target).value_or(FileId())] = { m_inStep, m_document, written };
-}
-
-FileStamp DocumentVersion::stampOf(const QByteArray &name) const
-{
-    struct stat info;
-    return m_calls->stat(name.constData(), &info) == 0 ? FileStamp(info) : FileStamp();
 }
 
 /// Null for a name that no file has; nothing where the disk does not answer.

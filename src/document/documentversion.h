@@ -47,7 +47,6 @@ public:
 
 private:
     using FileId = std::pair<dev_t, ino_t>;
-    FileStamp stampOf(const QByteArray &name) const;
     std::optional<FileId> idOf(const QByteArray &name) const;
     FileChange changeByOthers(const QByteArray &own, FileVersion::Reading reading);
 

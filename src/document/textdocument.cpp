@@ -158,9 +158,10 @@ void TextDocument::keepUtf16()
     emit codesChanged();
 }
 
-const TextCodec &TextDocument::codecToWrite() const
+WritingCode TextDocument::writingCode() const
 {
-    return m_utf16.isKept ? codecOf(*m_utf16.form) : infoOf(m_codes.charCode).codec();
+    const TextCodec &codec = m_utf16.isKept ? codecOf(*m_utf16.form) : infoOf(m_codes.charCode).codec();
+    return { &codec, m_readCode.writtenAsReadIn(codec) };
 }
 
 std::optional<ReadFailure> TextDocument::readBytes(
@@ -224,14 +225,10 @@ QByteArray TextDocument::fileName() const
     return FileName::toBytes(m_path + m_name);
 }
 
-FileStamp TextDocument::fileNow() const
+FileChange TextDocument::fileChange(const std::optional<SeenContent> &seen)
 {
-    struct stat info;
-    return m_calls.stat(fileName().constData(), &info) == 0 ? FileStamp(info) : FileStamp();
-}
-
-FileChange TextDocument::fileChange()
-{
+    if (seen)
+        m_version.noteSeen(*seen);
     return m_version.change(fileName());
 }
 
@@ -327,13 +324,13 @@ SaveResult TextDocument::write(const QString &fileName)
     const bool wasToBeKept = m_keepsFile && fileName == m_path + m_name;
     if (overtaken != Overtaken::No || wasToBeKept || fileName == m_unreadFile)
         writer.keepOldContent();
-    const TextCodec &codec = codecToWrite();
-    const bool isWritten = m_utf16.isKept ? writer.writeWide(m_store, codec, writtenAsRead())
-                                          : writer.write(m_store, codec, writtenAsRead());
+    const auto [codec, asRead] = writingCode();
+    const bool isWritten =
+        m_utf16.isKept ? writer.writeWide(m_store, *codec, asRead) : writer.write(m_store, *codec, asRead);
     if (isWritten) {
         m_version.endWriting(target, writer.version());
         m_keepsFile &= !wasToBeKept;
-        m_readCode.setWritten(codec, m_store);
+        m_readCode.setWritten(*codec, m_store);
     }
     return { isWritten ? SaveResult::Outcome::Written : SaveResult::Outcome::NotWritten, overtaken,
         wasToBeKept, FileName::fromBytes(writer.keptCopy()) };

@@ -18,6 +18,14 @@ struct FileCodes {
     ReturnCode returnCode = ReturnCode::CrLf;
 };
 
+/// What a text is written with.
+struct WritingCode {
+    bool operator==(const WritingCode &other) const = default;
+
+    const TextCodec *codec; ///< never null
+    TextCodec::AsRead asRead; ///< how much of the text is written as it was read
+};
+
 /// What became of a save.
 struct SaveResult {
     enum class Outcome {
@@ -68,9 +76,8 @@ public:
     /// The codec of the undecodable bytes and spellings in the text: pieces of texts of the same one may be
     /// exchanged with them.
     const TextCodec &byteCodec() const { return m_readCode.codec(); }
-    /// What a save without a code of its own writes the text with, and how much of it as it was read.
-    const TextCodec &codecToWrite() const;
-    TextCodec::AsRead writtenAsRead() const { return m_readCode.writtenAsReadIn(codecToWrite()); }
+    /// Of a save without a code of its own.
+    WritingCode writingCode() const;
 
     /// Of the last load(); nothing of a text from elsewhere.
     const ReadFindings &findings() const { return m_findings; }
@@ -105,14 +112,11 @@ public:
     void startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec,
         std::optional<Utf16Form> keptUtf16 = {});
     /// What other programs have done to the document's file since it was read or written, but for what is
-    /// acknowledged. Cost: one call where nothing has happened.
-    FileChange fileChange();
-    /// Somebody has read through the file, for fileChange() was unsure. See contentOf().
-    void noteSeen(const SeenContent &seen) { m_version.noteSeen(seen); }
+    /// acknowledged. `seen` is what somebody found who has read through the file because this was unsure, see
+    /// contentOf(). Cost: one call where nothing has happened.
+    FileChange fileChange(const std::optional<SeenContent> &seen = {});
     /// What the file was when it was read or written last; of no file for a document that never was.
     const FileVersion &fileVersion() const { return m_version.known(); }
-    /// Which file has its name now; of no file if there is none. One call.
-    FileStamp fileNow() const;
     /// The user knows what the file is now. A save over it keeps a copy of it all the same.
     void acknowledgeFile();
     /// Puts what a file that has only grown has got behind the text, which has no history then; an incomplete

@@ -1,7 +1,5 @@
 #include "document/unwritabletext.h"
 
-#include "document/textdocument.h"
-
 namespace {
 
 constexpr qint64 mostPlacesShown = 100;
@@ -26,8 +24,7 @@ bool isPairAt(const TextStore &store, Offset offset)
 UnwritableText::UnwritableText(const TextDocument &document, qint64 most)
     : m_document(document)
     , m_most(most)
-    , m_codec(&document.codecToWrite())
-    , m_asRead(document.writtenAsRead())
+    , m_code(document.writingCode())
 {
     connect(&document, &TextDocument::changed, this, &UnwritableText::follow);
     connect(&document, &TextDocument::replaced, this, &UnwritableText::startOver);
@@ -73,21 +70,20 @@ char32_t UnwritableText::characterAt(Offset offset) const
 /// The text is another one. What was just read needs no look in the code that it was read in.
 void UnwritableText::startOver()
 {
-    m_codec = &m_document.codecToWrite();
-    m_asRead = m_document.writtenAsRead();
+    m_code = m_document.writingCode();
     const TextStore &store = m_document.store();
     m_places = PlacesInText(store.length());
-    m_left = { {}, m_document.isEdited() || m_codec != &m_document.byteCodec() ? store.end() : Offset() };
+    m_left = { {},
+        m_document.isEdited() || m_code.codec != &m_document.byteCodec() ? store.end() : Offset() };
     lookOn();
     emit changed();
 }
 
 void UnwritableText::startOverInOtherCode()
 {
-    if (m_codec == &m_document.codecToWrite() && m_asRead == m_document.writtenAsRead())
+    if (m_code == m_document.writingCode())
         return;
-    m_codec = &m_document.codecToWrite();
-    m_asRead = m_document.writtenAsRead();
+    m_code = m_document.writingCode();
     m_places = PlacesInText(m_document.store().length());
     m_left = { {}, m_document.store().end() };
     lookOn();
@@ -162,12 +158,12 @@ void UnwritableText::lookAt(TextRange range)
 
 void UnwritableText::list(const TextChunk &chunk, Offset to)
 {
-    qint64 at = m_codec->findWithoutCode(chunk, 0, m_asRead);
+    qint64 at = m_code.codec->findWithoutCode(chunk, 0, m_code.asRead);
     while (at >= 0 && chunk.offset + at < to) {
         const Offset offset = chunk.offset + at;
         const bool isMark = offset == Offset() && m_document.store().at(offset) == QChar::ByteOrderMark;
         if (!isMark) // which is left out
             m_places.add(offset);
-        at = m_codec->findWithoutCode(chunk, at + lengthAt(offset), m_asRead);
+        at = m_code.codec->findWithoutCode(chunk, at + lengthAt(offset), m_code.asRead);
     }
 }

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "codec/textcodec.h"
 #include "document/placesintext.h"
+#include "document/textdocument.h"
 
 #include <QObject>
 #include <QTimer>
 
 #include <optional>
-
-class TextDocument;
 
 /// Knows the characters of a document that its code lacks, so that a save writes others in their place; also
 /// undecodable bytes of another code than it is saved in.
@@ -60,8 +58,7 @@ private:
 
     const TextDocument &m_document;
     const qint64 m_most;
-    const TextCodec *m_codec;
-    TextCodec::AsRead m_asRead;
+    WritingCode m_code;
     PlacesInText m_places;
     TextRange m_left; ///< is still to be looked at
     bool m_isLookingOn = true;

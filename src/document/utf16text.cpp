@@ -124,5 +124,5 @@ std::optional<Utf16Form> utf16FormOf(const TextDocument &document)
 bool keepsUtf16(const TextDocument &document)
 {
     const auto form = utf16FormOf(document);
-    return form && &document.codecToWrite() == &codecOf(*form);
+    return form && document.writingCode().codec == &codecOf(*form);
 }

@@ -53,6 +53,12 @@ FileStamp::FileStamp(const struct stat &info)
 {
 }
 
+FileStamp stampOf(const QByteArray &name, const FileCalls &calls)
+{
+    struct stat info;
+    return calls.stat(name.constData(), &info) == 0 ? FileStamp(info) : FileStamp();
+}
+
 bool FileStamp::isYoung() const
 {
     timespec now = {};

@@ -36,6 +36,9 @@ struct FileStamp {
     qint64 changed = 0;
 };
 
+/// Which file has the name now; of no file where there is none, or the disk does not answer. One call.
+FileStamp stampOf(const QByteArray &name, const FileCalls &calls);
+
 /// What a file had in it when it was read through.
 struct SeenContent {
     FileStamp stamp;
@@ -66,8 +69,8 @@ public:
     const FileStamp &stamp() const { return m_stamp; }
     const ContentHash &content() const { return m_content; }
     /// Compares it with what has the name now. A file that turns out to be the same is known by its new times
-    /// then. Where the disk does not answer nothing has changed, as far as is known in passing. By reading all
-    /// of it nothing stays unsure but that; it is given up when the process is to end (EndOrder).
+    /// then. Where the disk does not answer nothing has changed, as far as is known in passing. By reading
+    /// all of it nothing stays unsure but that; it is given up when the process is to end (EndOrder).
     FileChange changeOf(const QByteArray &name, const FileCalls &calls, Reading reading = Reading::InPassing);
     /// Somebody has read through a file of this size: while it is as it was then, changeOf() needs not.
     void noteSeen(const SeenContent &seen);

@@ -37,13 +37,13 @@ bool isLost(const TextDocument &document, const QString &character)
     TextStore store;
     store.replace(Offset(0), 0, u'a' + character);
     QByteArray bytes;
-    document.codecToWrite().encode(
+    document.writingCode().codec->encode(
         store,
         [&](QByteArrayView block) {
             bytes += block;
             return true;
         },
-        document.writtenAsRead());
+        document.writingCode().asRead);
     return bytes == "a?" && character != u"?"_s;
 }
 
@@ -55,9 +55,9 @@ QStringList recount(const TextDocument &document)
     const QString text = document.store().text();
     for (qsizetype at = 0; at < text.size();) {
         const QString character = text.mid(at, isPairAt(text, at) ? 2 : 1);
-        auto lost = known.find({ &document.codecToWrite(), character });
+        auto lost = known.find({ document.writingCode().codec, character });
         if (lost == known.end())
-            lost = known.insert({ &document.codecToWrite(), character }, isLost(document, character));
+            lost = known.insert({ document.writingCode().codec, character }, isLost(document, character));
         if (*lost && (at > 0 || character != QString(QChar::ByteOrderMark)))
             list << QString::number(at) + u':' + character;
         at += character.size();

@@ -272,7 +272,7 @@ void Utf16TextTest::anotherCodeEndsKeeping()
     QVERIFY(readAsText(document, folder, form));
     document.keepUtf16();
     document.save(folder.path(), fileName, CharCode::Utf8);
-    QVERIFY(&document.codecToWrite() == &utf8Codec());
+    QVERIFY(document.writingCode().codec == &utf8Codec());
     QCOMPARE(folder.read(fileName), QByteArray("\xC3\xA9\n"));
     QVERIFY(!document.load(folder.path(), fileName, {}, {}));
     QVERIFY(!document.isUtf16());
