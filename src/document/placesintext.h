@@ -23,7 +23,7 @@ public:
     /// Adds a place that is not there yet.
     void add(Offset offset);
 
-    qint64 count() const { return qint64(m_before.size() + m_behind.size()); }
+    qint64 count() const { return qint64(m_before.size()) + qint64(m_behind.size()); }
     /// 0 <= index < count().
     Offset at(qint64 index) const;
     /// Index of the first place at `offset` or behind it; count() when there is none.
