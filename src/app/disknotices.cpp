@@ -34,6 +34,8 @@ DiskNotices::DiskNotices(
     connect(&m_watch, &DiskWatch::happened, this, [this] { showDocument(m_documents.current()); });
     connect(&m_watch, &DiskWatch::happenedIn, this, &DiskNotices::noteFolders);
     connect(&m_hiddenTurn, &QTimer::timeout, this, &DiskNotices::checkNextHidden);
+    m_foldersTurn.setSingleShot(true);
+    connect(&m_foldersTurn, &QTimer::timeout, this, &DiskNotices::watchFolders);
     connect(&m_reader, &ContentReader::seen, this,
         [this](ctlEditer *editor, const SeenContent &content) { check(editor, content); });
 }
@@ -108,7 +110,9 @@ void DiskNotices::noteFile(ctlEditer *editor)
     m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
     if (editor == m_documents.current() && hasFile(*editor))
         m_watch.setFile(fullName(*editor));
-    watchFolders();
+    if (hasFile(*editor))
+        m_watch.addFolder(folderName(*editor));
+    m_foldersTurn.start();
 }
 
 void DiskNotices::forget(ctlEditer *editor)
@@ -116,7 +120,7 @@ void DiskNotices::forget(ctlEditer *editor)
     stopFollowing(editor);
     m_canFollow.remove(editor);
     m_hidden.removeOne(editor);
-    watchFolders();
+    m_foldersTurn.start();
 }
 
 void DiskNotices::check(ctlEditer *editor, const std::optional<SeenContent> &seen)

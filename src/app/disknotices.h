@@ -61,4 +61,5 @@ private:
     QSet<const ctlEditer *> m_followed;
     QList<ctlEditer *> m_hidden; ///< to be looked at, without being shown
     QTimer m_hiddenTurn;
+    QTimer m_foldersTurn; ///< puts off what many documents at once would do again and again
 };

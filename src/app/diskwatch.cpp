@@ -45,6 +45,13 @@ void DiskWatch::setFolders(const QSet<QString> &folders)
     update();
 }
 
+void DiskWatch::addFolder(const QString &folder)
+{
+    m_folders << folder;
+    if (!m_watcher.directories().contains(folder))
+        update();
+}
+
 void DiskWatch::update()
 {
     QSet<QString> wanted = m_folders;

@@ -25,6 +25,8 @@ public:
     void setFile(const QString &fileName);
     /// Those of all files. Folders that are watched already, or are not there, cost next to nothing.
     void setFolders(const QSet<QString> &folders);
+    /// One more of them.
+    void addFolder(const QString &folder);
 
 signals:
     /// To the file that is shown, or in its folder.

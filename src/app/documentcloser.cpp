@@ -43,7 +43,7 @@ bool DocumentCloser::closeAll(EditsAtClosing edits)
 {
     const EndQuestion question;
     m_documents.commitComposition();
-    while (m_documents.current()) {
+    for (closeUneditedFromTheLast(); m_documents.current(); closeUneditedFromTheLast()) {
         ctlEditer *editor = m_documents.editors().constLast();
         if (editor->edited() && edits == EditsAtClosing::Save && !m_saver.save(editor))
             return false;
@@ -55,6 +55,15 @@ bool DocumentCloser::closeAll(EditsAtClosing edits)
         close(editor);
     }
     return true;
+}
+
+/// Each document that is current for a moment would have every widget of all others told that painting waits.
+void DocumentCloser::closeUneditedFromTheLast()
+{
+    m_documents.setUpdatesEnabled(false);
+    while (m_documents.current() && !m_documents.editors().constLast()->edited())
+        close(m_documents.editors().constLast());
+    m_documents.setUpdatesEnabled(true);
 }
 
 void DocumentCloser::close(ctlEditer *editor)

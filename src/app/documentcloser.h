@@ -32,6 +32,7 @@ private:
     enum class Answer { Yes, No, Cancel };
 
     Answer askToSave(const ctlEditer &editor);
+    void closeUneditedFromTheLast();
 
     QWidget &m_window;
     DocumentArea &m_documents;

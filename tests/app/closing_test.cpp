@@ -47,6 +47,7 @@ private slots:
     void quitAsksFromTheLastTab();
     void quitCancelledAtTheSecondQuestion_data();
     void quitCancelledAtTheSecondQuestion();
+    void quitClosesWhatIsNotEdited();
     void quitStopsAtAFailingSave();
     void quitWithSaveNeverAsks();
     void quitWithSaveStopsAtAFailure();
@@ -246,6 +247,24 @@ void ClosingTest::quitCancelledAtTheSecondQuestion()
     QTEST(files.read(u"b.txt"_s), "content");
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("old"));
     QCOMPARE(recentFiles().entries[0].name, u"b.txt"_s);
+}
+
+/// Up to the edited one, which shows and is painted when the user is asked about it.
+void ClosingTest::quitClosesWhatIsNotEdited()
+{
+    const TestFiles files;
+    TestWindow window;
+    QVERIFY(openModified(window, files, { u"a.txt"_s, u"b.txt"_s }));
+    window.editorAt(0)->undo();
+    for (const auto *name : { "c.txt", "d.txt" })
+        window.setDocument(files.write(QLatin1StringView(name), "text"));
+    MessageBoxes boxes({ u"Cancel"_s });
+    window.slotCmdFileQuitNoSave();
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(window.tabTexts(), QStringList({ u"a.txt"_s, u"* b.txt"_s }));
+    QCOMPARE(window.currentEditor(), window.editorAt(1));
+    QVERIFY(window.currentEditor()->updatesEnabled());
+    QVERIFY(window.currentEditor()->isVisible());
 }
 
 void ClosingTest::quitStopsAtAFailingSave()

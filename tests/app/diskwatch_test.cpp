@@ -18,6 +18,7 @@ private slots:
     void onlyTheLastFileIsWatched();
     void aFileThatIsNotThereIsAwaited();
     void foldersAreToldByTheirNames();
+    void addedFolderIsOneMore();
     void folderThatIsMadeAgainIsWatchedAgain();
 };
 
@@ -118,6 +119,24 @@ void DiskWatchTest::foldersAreToldByTheirNames()
     QTRY_COMPARE(toldIn.size(), 1);
     QCOMPARE(toldIn.takeFirst().first().value<QSet<QString>>(), QSet<QString>{ folder });
     QVERIFY(told.isEmpty());
+}
+
+void DiskWatchTest::addedFolderIsOneMore()
+{
+    const TestFiles files;
+    const TestFiles others;
+    const QString folder = QFileInfo(files.write(u"a"_s, "old")).path();
+    const QString other = QFileInfo(others.write(u"a"_s, "old")).path();
+    DiskWatch watch;
+    watch.setFolders({ folder });
+    watch.addFolder(other);
+    QSignalSpy toldIn(&watch, &DiskWatch::happenedIn);
+    for (const TestFiles *changed : { &files, &others }) {
+        QVERIFY(QFile::remove(changed->folder() + u"a"_s));
+        QTRY_COMPARE(toldIn.size(), 1);
+        QCOMPARE(toldIn.takeFirst().first().value<QSet<QString>>(),
+            QSet<QString>{ changed == &files ? folder : other });
+    }
 }
 
 void DiskWatchTest::folderThatIsMadeAgainIsWatchedAgain()
