@@ -95,6 +95,7 @@ void RecoveryJournals::writeDue()
         if (const auto due = journal->due(); due && *due <= m_clock())
             journal->writeNow();
     }
+    noteFailures(); // of what needs no journal any more
     schedule();
 }
 

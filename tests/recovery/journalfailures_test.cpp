@@ -22,6 +22,7 @@ private slots:
     void shortWritesAreContinued();
     void journalReadInPartIsKept();
     void fullDiskIsToldAndTriedAgain();
+    void fullDiskIsForgottenWithTheLastEdit();
     void oldJournalStaysWhileThereIsNoNewOne_data();
     void oldJournalStaysWhileThereIsNoNewOne();
     void folderThatCannotBeMadeIsTold();
@@ -154,6 +155,24 @@ void JournalFailuresTest::fullDiskIsToldAndTriedAgain()
     QTRY_COMPARE(run.journals.failure(), 0);
     QCOMPARE(told.size(), 2);
     QCOMPARE(killedNow(folder), u"text"_s);
+}
+
+void JournalFailuresTest::fullDiskIsForgottenWithTheLastEdit()
+{
+    const FileCalls calls =
+        withFaults(quickCalls(), [](const QByteArray &call) { return call == "pwrite" ? ENOSPC : 0; });
+    RecoveryFolder folder;
+    Run run(folder, calls);
+    run.document.replace({}, 0, u"text");
+    QVERIFY(!run.pause());
+    QCOMPARE(run.journals.failure(), ENOSPC);
+    const QSignalSpy told(&run.journals, &RecoveryJournals::failureChanged);
+    run.document.undo();
+    QVERIFY(!run.document.isEdited());
+    folder.now += WriteSchedule::longestRetry;
+    run.journals.writeDue();
+    QCOMPARE(run.journals.failure(), 0);
+    QCOMPARE(told.size(), 1);
 }
 
 void JournalFailuresTest::oldJournalStaysWhileThereIsNoNewOne_data()
