@@ -48,6 +48,7 @@ private slots:
     void nobodyObeysUnlessItIsGiven();
     void saveIsGivenUp_data();
     void saveIsGivenUp();
+    void saveAsUtf16IsGivenUp();
     void saveThatIsWrittenIsNot();
     void readingIsLeft();
     void decodingIsLeft();
@@ -113,6 +114,30 @@ void EndOrderTest::saveIsGivenUp()
     QVERIFY(document.isEdited());
     QVERIFY(document.history().canUndo());
     QCOMPARE(document.name(), QString());
+}
+
+void EndOrderTest::saveAsUtf16IsGivenUp()
+{
+    constexpr Utf16Form form{ false, true };
+    QVERIFY(m_folder->write(fileName,
+        QByteArray("\xff\xfe"
+                   "a\0\n\0",
+            6)));
+    const FileCalls calls = orderingCalls(5); // two of them read the file
+    TextDocument document({}, calls);
+    TextStore text;
+    QVERIFY(!document.readUtf16(m_folder->path(), fileName, form, {}, text));
+    document.setText(std::move(text));
+    document.keepUtf16();
+    document.replace(Offset(0), 0, QString::fromLatin1(longContent()));
+    const SaveResult result = document.save(m_folder->path(), fileName);
+    QVERIFY(EndOrder::isGiven());
+    QCOMPARE(int(result.outcome), int(SaveResult::Outcome::NotWritten));
+    QCOMPARE(m_folder->read(fileName),
+        QByteArray("\xff\xfe"
+                   "a\0\n\0",
+            6));
+    QVERIFY(document.isEdited());
 }
 
 /// Its last block was written when the order came: there is nothing left to wait for.

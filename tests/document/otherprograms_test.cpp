@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +23,9 @@ private slots:
     void savesOfAnotherDocumentAreNoNews();
     void acknowledgedUntilTheNextChange();
     void acknowledgedDeletion();
+    void acknowledgedOnlyUntilItsOwnFileIsBack();
+    void growthOfWhatAnotherDocumentSavedIsNoGrowth();
+    void keepsTheFileOnceWhenWanted();
     void saveKeepsTheOtherVersion_data();
     void saveKeepsTheOtherVersion();
     void saveMakesADeletedFileAgain();
@@ -39,6 +43,7 @@ private slots:
     void editedTextDoesNotGrow();
     void whatIsNoGrowthIsNotRead();
     void growthThatCannotBeRead();
+    void growthThatGoesMeanwhile();
     void savedBytesAreThoseOfTheFile();
 
 private:
@@ -130,6 +135,54 @@ void OtherProgramsTest::acknowledgedDeletion()
     QCOMPARE(document->fileChange(), FileChange::None);
     QVERIFY(m_folder->write(fileName, "new\n"));
     QVERIFY(document->fileChange() != FileChange::None);
+}
+
+/// A link that leads to one file, to another one and back, as at a change of what is in use.
+void OtherProgramsTest::acknowledgedOnlyUntilItsOwnFileIsBack()
+{
+    QVERIFY(m_folder->write(u"one"_s, "one\n") && m_folder->write(u"other"_s, "other\n"));
+    const auto leadTo = [this](const char *name) {
+        ::unlink(bytesName().constData());
+        return ::symlink(name, bytesName().constData()) == 0;
+    };
+    QVERIFY(leadTo("one"));
+    TextDocument document;
+    QVERIFY(!document.load(m_folder->path(), fileName, {}, {}));
+    QVERIFY(leadTo("other"));
+    document.acknowledgeFile();
+    QCOMPARE(document.fileChange(), FileChange::None);
+    QVERIFY(leadTo("one"));
+    QCOMPARE(document.fileChange(), FileChange::None);
+    QVERIFY(leadTo("other"));
+    QCOMPARE(document.fileChange(), FileChange::Replaced);
+}
+
+/// This document has not read it, so that reading on would leave the other one's text out.
+void OtherProgramsTest::growthOfWhatAnotherDocumentSavedIsNoGrowth()
+{
+    const auto one = open("old\n");
+    TextDocument two;
+    QVERIFY(!two.load(m_folder->path(), fileName, {}, {}));
+    two.replace(Offset(0), 0, u"two ");
+    two.save(m_folder->path(), fileName);
+    QVERIFY(append("more\n"));
+    QCOMPARE(two.fileChange(), FileChange::Grown);
+    QCOMPARE(one->fileChange(), FileChange::Changed);
+    QVERIFY(!one->readGrowth());
+    QCOMPARE(one->store().text(), u"old\n"_s);
+}
+
+void OtherProgramsTest::keepsTheFileOnceWhenWanted()
+{
+    const auto document = open("old\n");
+    document->keepFile();
+    const SaveResult first = document->save(m_folder->path(), fileName);
+    QVERIFY(first.wasToBeKept);
+    QVERIFY(!first.keptCopy.isEmpty());
+    document->replace(Offset(0), 0, u"new ");
+    const SaveResult second = document->save(m_folder->path(), fileName);
+    QVERIFY(!second.wasToBeKept);
+    QCOMPARE(second.keptCopy, QString());
 }
 
 void OtherProgramsTest::saveKeepsTheOtherVersion_data()
@@ -365,6 +418,27 @@ void OtherProgramsTest::growthThatCannotBeRead()
     isBroken = false;
     QVERIFY(document.readGrowth());
     QCOMPARE(document.store().text(), u"a\nb\n"_s);
+}
+
+/// Between the look at the file and the reading of it.
+void OtherProgramsTest::growthThatGoesMeanwhile()
+{
+    bool isToGo = false;
+    FileCalls calls = FileCalls::system();
+    calls.fstat = [&](int fd, struct stat *info) {
+        if (std::exchange(isToGo, false) && ::truncate(bytesName().constData(), 1) != 0)
+            return -1;
+        return ::fstat(fd, info);
+    };
+    TextDocument document({}, calls);
+    QVERIFY(m_folder->write(fileName, "a\n"));
+    QVERIFY(!document.load(m_folder->path(), fileName, {}, {}));
+    QVERIFY(append("b\n"));
+    isToGo = true;
+    QVERIFY(!document.readGrowth());
+    QVERIFY(!isToGo);
+    QCOMPARE(document.store().text(), u"a\n"_s);
+    QCOMPARE(document.fileChange(), FileChange::Changed);
 }
 
 void OtherProgramsTest::savedBytesAreThoseOfTheFile()

@@ -30,6 +30,7 @@ private slots:
     void noFileHasNoChange();
     void unansweredIsNoChange_data();
     void unansweredIsNoChange();
+    void changeOfAFileThatCannotBeRead();
     void writtenFileIsKnown();
     void obstacles_data();
     void obstacles();
@@ -286,6 +287,18 @@ void FileVersionTest::unansweredIsNoChange()
     QCOMPARE(version.changeOf(m_name, calls), FileChange::None);
 }
 
+/// Its times tell, where its content does not.
+void FileVersionTest::changeOfAFileThatCannotBeRead()
+{
+    FileVersion version = read();
+    const FileCalls calls =
+        withFaults(FileCalls::system(), [](const QByteArray &call) { return call == "open" ? EACCES : 0; });
+    QCOMPARE(version.changeOf(m_name, calls), FileChange::None);
+    writeFile(m_name, "the NEW content\n");
+    age(m_name);
+    QCOMPARE(version.changeOf(m_name, calls), FileChange::Changed);
+}
+
 void FileVersionTest::writtenFileIsKnown()
 {
     for (const Way way : { Way::NewFile, Way::Replace, Way::ThroughLink, Way::HardLink, Way::ClosedFolder }) {
@@ -319,6 +332,7 @@ void FileVersionTest::obstacles_data()
     QTest::newRow("full") << 0 << quint64{ 0 } << int(WriteObstacle::FullDisk);
     QTest::newRow("nearly full") << 0 << quint64{ 256 } << int(WriteObstacle::FullDisk);
     QTest::newRow("room enough") << 0 << quint64{ 257 } << -1;
+    QTest::newRow("no disk") << 0 << quint64{ 0 } << -1;
 }
 
 void FileVersionTest::obstacles()
@@ -326,15 +340,16 @@ void FileVersionTest::obstacles()
     QFETCH(int, error);
     QFETCH(quint64, freeBlocks);
     QFETCH(int, obstacle);
+    const bool hasDisk = QByteArrayView(QTest::currentDataTag()) != "no disk";
     FileCalls calls = FileCalls::system();
     calls.access = [error](const char *, int mode, int flags) {
         errno = error;
         return error != 0 || mode != W_OK || flags != AT_EACCESS ? -1 : 0;
     };
-    calls.statvfs = [freeBlocks](const char *, struct statvfs *disk) {
+    calls.statvfs = [freeBlocks, hasDisk](const char *, struct statvfs *disk) {
         *disk = {};
         disk->f_frsize = 4096;
-        disk->f_blocks = 1 << 21;
+        disk->f_blocks = hasDisk ? 1 << 21 : 0;
         disk->f_bavail = freeBlocks;
         return 0;
     };

@@ -88,6 +88,8 @@ private slots:
     void linksStay();
     void linkInACircleIsRefused();
     void hardLinksStay();
+    void versionIsThatOfTheFile_data();
+    void versionIsThatOfTheFile();
     void ownerThatCannotBeGivenIsKeptInPlace();
     void setIdBitsStay_data();
     void setIdBitsStay();
@@ -305,6 +307,25 @@ void SafeFileTest::hardLinksStay()
     QCOMPARE(contentOf(m_folder + "other.txt"), m_new);
     QCOMPARE(listing().size(), 2);
     QCOMPARE(keptFiles(), QStringList());
+}
+
+void SafeFileTest::versionIsThatOfTheFile_data()
+{
+    QTest::addColumn<Way>("way");
+    QTest::newRow("new") << Way::NewFile;
+    QTest::newRow("replaced") << Way::Replace;
+    QTest::newRow("in place") << Way::HardLink;
+    QTest::newRow("in place, written in the state folder first") << Way::ClosedFolder;
+}
+
+void SafeFileTest::versionIsThatOfTheFile()
+{
+    QFETCH(Way, way);
+    const QByteArray name = prepare(way);
+    const FileCalls calls = callsFor(way);
+    SafeFile file(name, calls);
+    QVERIFY(save(file, m_new));
+    QVERIFY(file.version().stamp().isSameFile(FileStamp(statOf(name))));
 }
 
 void SafeFileTest::ownerThatCannotBeGivenIsKeptInPlace()

@@ -23,6 +23,7 @@ private slots:
 
     void noFolderIsNothing();
     void newestComesFirst();
+    void placesOutsideOfTheTextComeInside();
     void whateverIsInTheFolder();
     void whatHasNothingOfATextIsRemoved();
     void lostStartIsNoLostText_data();
@@ -50,6 +51,14 @@ private:
         QCOMPARE(file.write(content), content.size());
     }
     void makeFolder() const { QVERIFY(QDir().mkpath(QFile::decodeName(m_folder->journals()))); }
+    /// Of a document that was never saved and has no text.
+    static QByteArray journalOf(const JournalState &state)
+    {
+        QByteArray journal = journalMagic().toByteArray();
+        appendRecord(journal, RecordType::Base, contentOf(JournalBase()));
+        appendRecord(journal, RecordType::Commit, contentOf(state));
+        return journal;
+    }
     void leave(const QString &text)
     {
         Run run(*m_folder);
@@ -64,13 +73,31 @@ void LeftBehindTest::noFolderIsNothing()
     QVERIFY(m_folder->leftBehind().empty());
 }
 
+/// By the time of the last commit: the file may have been copied since.
 void LeftBehindTest::newestComesFirst()
 {
-    leave(u"one"_s);
-    leave(u"three"_s);
-    const auto found = m_folder->leftBehind();
-    QCOMPARE(found.size(), 2U);
-    QVERIFY(found[0].time >= found[1].time);
+    makeFolder();
+    for (const qint64 time : { 4, 7, 1, 6, 3, 2, 5 }) {
+        JournalState state;
+        state.time = time;
+        makeFile(QByteArray::number(time) + ".journal", journalOf(state));
+    }
+    QList<qint64> times;
+    for (const LeftBehind &found : m_folder->leftBehind())
+        times << found.time;
+    QCOMPARE(times, QList<qint64>({ 7, 6, 5, 4, 3, 2, 1 }));
+}
+
+void LeftBehindTest::placesOutsideOfTheTextComeInside()
+{
+    JournalState state;
+    state.place = { { Offset(5), true }, Offset(7), Offset(3), -1 };
+    Run run(*m_folder);
+    const Restored restored =
+        run.journals.restore(JournalBytes::put(*m_folder, journalOf(state)), run.document);
+    QCOMPARE(restored.outcome, Outcome::New);
+    const ViewPlace inside = { { Offset(), true }, Offset(), Offset(), 0 };
+    QVERIFY(restored.place == inside);
 }
 
 void LeftBehindTest::whateverIsInTheFolder()
@@ -330,6 +357,7 @@ void LeftBehindTest::largeBase_data()
     QTest::addColumn<int>("outcome");
     QTest::newRow("100 MB, unchanged") << 1000000 << 0 << int(Outcome::Edited);
     QTest::newRow("touched") << 100000 << 1 << int(Outcome::Edited);
+    QTest::newRow("touched, with a journal that was made anew") << 100000 << 5 << int(Outcome::Edited);
     QTest::newRow("grown") << 100000 << 2 << int(Outcome::New);
     QTest::newRow("another") << 100000 << 3 << int(Outcome::Parts);
     QTest::newRow("gone") << 100000 << 4 << int(Outcome::Parts);
@@ -352,11 +380,19 @@ void LeftBehindTest::largeBase()
         run.document.replace(Offset(5000000), 3, u"edited");
         run.document.replace(Offset(5), 0, u"also edited");
         QVERIFY(run.pause());
+        if (change == 5) {
+            const QString journals = QFile::decodeName(m_folder->journals());
+            QVERIFY(QFile::remove(journals + m_folder->files().filter(u".journal"_s).at(0)));
+            run.document.replace({}, 0, u"x");
+            run.document.replace({}, 1, u"");
+            QVERIFY(run.pause());
+        }
         length = run.document.store().length();
     }
     QVERIFY(JournalBytes::only(*m_folder).size() < 65536);
-    if (change == 1)
-        QVERIFY(QFile(name).open(QIODevice::Append));
+    constexpr timespec longAgo[] = { { 1000, 0 }, { 1000, 0 } };
+    if (change == 1 || change == 5)
+        QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(name).constData(), longAgo, 0), 0);
     else if (change == 2)
         QVERIFY(m_folder->documents().write(u"file"_s, content + "more\n"));
     else if (change == 3)

@@ -32,6 +32,8 @@ private slots:
     void textIsKeptForEveryReason();
     void changedFileGivesADocumentNeverSaved_data();
     void changedFileGivesADocumentNeverSaved();
+    void fileIsKnownByItsTextNotItsTimes_data();
+    void fileIsKnownByItsTextNotItsTimes();
     void goneFileGivesADocumentNeverSaved();
     void restoringSupersedesTheJournal();
     void discardedJournalIsGone();
@@ -377,6 +379,39 @@ void RecoveryJournalsTest::changedFileGivesADocumentNeverSaved()
     QCOMPARE(run.document.name(), u"file.txt"_s);
     QVERIFY(run.document.isEdited());
     QCOMPARE(m_folder->documents().read(u"file.txt"_s), content);
+}
+
+void RecoveryJournalsTest::fileIsKnownByItsTextNotItsTimes_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<qint64>("later");
+    QTest::addColumn<Outcome>("outcome");
+    QTest::newRow("touched") << QByteArray("one\ntwo\n") << qint64{ 1 } << Outcome::Edited;
+    QTest::newRow("other text of the same size and time")
+        << QByteArray("two\none\n") << qint64{ 0 } << Outcome::New;
+}
+
+void RecoveryJournalsTest::fileIsKnownByItsTextNotItsTimes()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(qint64, later);
+    QFETCH(Outcome, outcome);
+    const QByteArray name = QFile::encodeName(path() + u"file.txt"_s);
+    struct stat before = {};
+    {
+        Run run(*m_folder);
+        load(run.document, "one\ntwo\n");
+        QCOMPARE(::stat(name.constData(), &before), 0);
+        run.document.replace(Offset(3), 0, u"!");
+        QVERIFY(run.pause());
+    }
+    writeFile(content);
+    before.st_mtim.tv_sec += later;
+    const timespec times[] = { before.st_mtim, before.st_mtim };
+    QCOMPARE(utimensat(AT_FDCWD, name.constData(), times, 0), 0);
+    Run run(*m_folder);
+    QCOMPARE(run.journals.restore(m_folder->leftBehind().at(0), run.document).outcome, outcome);
+    QCOMPARE(run.text(), u"one!\ntwo\n"_s);
 }
 
 void RecoveryJournalsTest::goneFileGivesADocumentNeverSaved()
