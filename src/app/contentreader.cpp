@@ -6,7 +6,8 @@
 
 #include <QPointer>
 
-ContentReader::ContentReader()
+ContentReader::ContentReader(const FileCalls &calls)
+    : m_calls(calls)
 {
     m_thread.setMaxThreadCount(1);
 }
@@ -19,17 +20,26 @@ ContentReader::~ContentReader()
 
 void ContentReader::read(ctlEditer *editor)
 {
-    if (m_asked.contains(editor))
-        return;
-    m_asked << editor;
+    const bool isRead = m_asked.contains(editor);
+    m_asked[editor] = isRead ? Asked::Again : Asked::Once;
+    if (!isRead)
+        start(editor);
+}
+
+void ContentReader::start(ctlEditer *editor)
+{
     const QString file = fullName(*editor);
     m_thread.start([this, asked = static_cast<QObject *>(editor), pointer = QPointer(editor), file] {
-        const auto content = contentOf(FileName::toBytes(file), FileCalls::system(),
-            [this] { return m_isEnding || EndOrder::isGiven(); });
+        const auto content =
+            contentOf(FileName::toBytes(file), m_calls, [this] { return m_isEnding || EndOrder::isGiven(); });
         const auto tell = [this, asked, pointer, file, content] {
-            m_asked.remove(asked);
-            if (pointer && content && fullName(*pointer) == file)
+            const Asked times = m_asked.take(asked);
+            if (!pointer)
+                return;
+            if (content && fullName(*pointer) == file)
                 emit seen(pointer, *content);
+            else if (times == Asked::Again && !EndOrder::isGiven())
+                read(pointer);
         };
         QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
     });

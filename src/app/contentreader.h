@@ -2,8 +2,8 @@
 
 #include "files/fileversion.h"
 
+#include <QHash>
 #include <QObject>
-#include <QSet>
 #include <QThreadPool>
 
 #include <atomic>
@@ -15,11 +15,13 @@ class ctlEditer;
 class ContentReader : public QObject {
     Q_OBJECT
 public:
-    ContentReader();
+    /// `calls` is not owned, and is used by the thread.
+    explicit ContentReader(const FileCalls &calls = FileCalls::system());
     /// What is read by then is given up.
     ~ContentReader() override;
 
-    /// Nothing where its file is read already. What cannot be read, or is written meanwhile, is not told of.
+    /// A file that is read already is read once more if this reading comes to nothing: it may have been
+    /// written meanwhile. What cannot be read is not told of.
     void read(ctlEditer *editor);
 
 signals:
@@ -27,7 +29,11 @@ signals:
     void seen(ctlEditer *editor, const SeenContent &content);
 
 private:
-    QSet<QObject *> m_asked; ///< documents whose files are read, or wait for it
+    enum class Asked { Once, Again };
+    void start(ctlEditer *editor);
+
+    const FileCalls &m_calls;
+    QHash<QObject *, Asked> m_asked; ///< documents whose files are read, or wait for it
     std::atomic<bool> m_isEnding = false;
     QThreadPool m_thread;
 };

@@ -1,0 +1,76 @@
+#include "app/contentreader.h"
+
+#include "app/documentfile.h"
+#include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <memory>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+/// Reading through a file that others write meanwhile.
+class ContentReaderTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void fileThatIsWrittenMeanwhileIsReadOnceMore();
+    void tellsOnceHoweverOftenItIsAsked();
+
+private:
+    std::unique_ptr<TestFiles> m_files;
+    std::unique_ptr<ctlEditer> m_editor;
+};
+
+void ContentReaderTest::init()
+{
+    m_files = std::make_unique<TestFiles>();
+    m_files->write(u"a"_s, "text");
+    m_editor = std::make_unique<ctlEditer>(nullptr);
+    QVERIFY(m_editor->loadFile(m_files->folder(), u"a"_s, 0));
+}
+
+/// It is written while it is read for the first time.
+void ContentReaderTest::fileThatIsWrittenMeanwhileIsReadOnceMore()
+{
+    const QByteArray name = fullName(*m_editor).toUtf8();
+    std::atomic<int> reads = 0;
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&](int file, void *bytes, size_t count, off_t offset) {
+        const timespec times[] = { { 1000, 0 }, { 1000, 0 } };
+        if (++reads == 1)
+            ::utimensat(AT_FDCWD, name.constData(), times, 0);
+        return ::pread(file, bytes, count, offset);
+    };
+    ContentReader reader(calls);
+    QList<SeenContent> seen;
+    connect(&reader, &ContentReader::seen, this,
+        [&](const ctlEditer *, const SeenContent &content) { seen << content; });
+    reader.read(m_editor.get());
+    reader.read(m_editor.get()); // as the system tells of the writing
+    QTRY_COMPARE(seen.size(), 1);
+    QCOMPARE(seen.first().stamp.modified, qint64{ 1000 } * 1'000'000'000);
+    QCOMPARE(seen.first().hash, std::as_const(*m_editor).document().fileVersion().content().value());
+}
+
+void ContentReaderTest::tellsOnceHoweverOftenItIsAsked()
+{
+    m_files->write(u"b"_s, "other");
+    ctlEditer other(nullptr);
+    QVERIFY(other.loadFile(m_files->folder(), u"b"_s, 0));
+    ContentReader reader;
+    QList<const ctlEditer *> seen;
+    connect(&reader, &ContentReader::seen, this, [&](const ctlEditer *editor) { seen << editor; });
+    for (ctlEditer *const editor : { m_editor.get(), m_editor.get(), m_editor.get(), &other })
+        reader.read(editor);
+    QTRY_VERIFY(seen.contains(&other));
+    QCOMPARE(seen, QList<const ctlEditer *>({ m_editor.get(), &other }));
+}
+
+REGISTER_TEST(runWindowTest<ContentReaderTest>)
+#include "contentreader_test.moc"
