@@ -6,6 +6,7 @@
 #include "files/filename.h"
 #include "files/ownfile.h"
 #include "platform/qpeapplication.h"
+#include "recovery/basereading.h"
 #include "recovery/recoveryjournals.h"
 
 #include <QGuiApplication>
@@ -37,6 +38,13 @@ bool isKeptWhenWrittenOver(const ctlEditer &editor)
 {
     constexpr qint64 longest = qint64{ 8 } << 20; // units
     return !editor.edited() && editor.store().length() > 0 && editor.store().length() <= longest;
+}
+
+/// The journal of a long text has its edits alone, which bring nothing back without the file.
+bool isLostWithItsFile(const ctlEditer &editor)
+{
+    const UndoHistory &history = std::as_const(editor).document().history();
+    return hasFile(editor) && editor.edited() && history.origin().length() > BaseReading::mostKept;
 }
 
 QString reasonOf(int error)
@@ -77,7 +85,9 @@ void DocumentJournals::noteLook(ctlEditer *editor, FileChange change)
 {
     const TextDocument &document = std::as_const(*editor).document();
     const bool isWrittenOver = change == FileChange::Changed || change == FileChange::Replaced;
-    if (isTextNowhereElse(*editor) || (isWrittenOver && isKeptWhenWrittenOver(*editor)))
+    const bool isOther = isWrittenOver || change == FileChange::Grown || !FileName::exists(fullName(*editor));
+    if (isTextNowhereElse(*editor) || (isWrittenOver && isKeptWhenWrittenOver(*editor))
+        || (isOther && isLostWithItsFile(*editor)))
         m_journals.keep(document, KeptFor::FileLost);
     else if (change == FileChange::None && fileNow(*editor) == document.fileVersion().stamp())
         m_journals.endKeeping(document, KeptFor::FileLost);

@@ -1,3 +1,4 @@
+#include "recovery/basereading.h"
 #include "recovery/recoveryjournals.h"
 #include "tests/app/stayingapplication.h"
 #include "tests/app/unsavedlist.h"
@@ -21,6 +22,8 @@ private slots:
     void textOfADeletedFileIsKept();
     void textOfADeletedFileIsKeptWhileItIsOpen();
     void textOfADeletedFileIsKeptAtASuddenEnd();
+    void longEditedTextIsKeptWithoutItsFile_data();
+    void longEditedTextIsKeptWithoutItsFile();
     void textOfAFileThatIsNotShownIsKept_data();
     void textOfAFileThatIsNotShownIsKept();
     void textThatTheUserKeepsIsKept();
@@ -154,6 +157,37 @@ void KeptTextsTest::textOfADeletedFileIsKeptWhileItIsOpen()
     QTRY_COMPARE(UnsavedTexts::now(), QStringList{ u"old\n"_s });
     m_files->write(u"a.txt"_s, "old\n");
     QTRY_COMPARE(UnsavedTexts::now(), QStringList());
+}
+
+void KeptTextsTest::longEditedTextIsKeptWithoutItsFile_data()
+{
+    using Happen = std::function<void(const QString &name)>;
+    QTest::addColumn<Happen>("happen");
+    QTest::newRow("deleted") << Happen([](const QString &name) { QVERIFY(QFile::remove(name)); });
+    QTest::newRow("written over") << Happen([](const QString &name) {
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("new\n") == 4);
+    });
+    QTest::newRow("grown") << Happen([](const QString &name) {
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::Append) && file.write("new\n") == 4);
+    });
+}
+
+/// Its journal had the edits alone.
+void KeptTextsTest::longEditedTextIsKeptWithoutItsFile()
+{
+    QFETCH(std::function<void(const QString &)>, happen);
+    const QByteArray text = QByteArray("0123456\n").repeated((BaseReading::mostKept >> 3) + 1);
+    const QString name = m_files->write(u"a.txt"_s, text);
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(name);
+    window.currentEditor()->insert(u"x"_s);
+    const QStringList kept{ u'x' + QString::fromLatin1(text) };
+    QTRY_VERIFY(UnsavedTexts::now() == kept); // a failure would write all of it
+    happen(name);
+    QTRY_VERIFY(UnsavedTexts::now() == kept);
 }
 
 void KeptTextsTest::textOfAFileThatIsNotShownIsKept_data()
