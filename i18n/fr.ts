@@ -203,7 +203,7 @@
     </message>
     <message>
         <source>The file has other edits in its tab; these are in no file yet</source>
-        <translation>Le fichier a d’autres modifications ; celles-ci ne sont enregistrées nulle part</translation>
+        <translation>Le fichier a d’autres modifications ; celles-ci ne sont enregistrées nulle part</translation>
     </message>
     <message>
         <source>Open the file</source>
