@@ -1,9 +1,6 @@
 #include "app/disknotices.h"
 
 #include "app/documentarea.h"
-#include "app/documentsaver.h"
-#include "app/obstaclenotices.h"
-#include "app/recentplaces.h"
 #include "files/statefolder.h"
 #include "tests/app/stripinwindow.h"
 #include "tests/filedialog/formtest.h"
@@ -63,8 +60,6 @@ private slots:
     void editedTextFollowsNothing();
     void followingIsStopped();
     void viewInTheMiddleStays();
-    void tellsOfAFileThatCannotBeWritten();
-    void tellsOfAFullDisk();
     void tellsOfAnInterruptedSave();
     void interruptedSavesAreToldOneAfterTheOther();
     void fitsASmallScreen_data();
@@ -501,63 +496,6 @@ void DiskNoticesTest::viewInTheMiddleStays()
     QTRY_VERIFY(editor().text().endsWith(u"last\n"));
     QCOMPARE(editor().topRow(), RowIndex(50));
     QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(0), 2 }));
-}
-
-void DiskNoticesTest::tellsOfAFileThatCannotBeWritten()
-{
-    QWidget window;
-    DocumentArea documents(&window);
-    RecentPlaces places;
-    const WindowDialogs dialogs;
-    DocumentSaver saver(window, dialogs, documents, places);
-    int error = EACCES;
-    FileCalls calls = FileCalls::system();
-    calls.access = [&error](const char *, int, int) {
-        errno = error;
-        return error == 0 ? 0 : -1;
-    };
-    const ObstacleNotices notices(documents, saver, calls);
-    ctlEditer *const shown = documents.add();
-    QVERIFY(shown->loadFile(m_files->folder(), u"a.txt"_s, 0));
-    const Notice *notice = documents.notices().heaviest(shown);
-    QVERIFY(notice);
-    QCOMPARE(notice->text(), u"You may not write this file."_s);
-    QCOMPARE(notice->offers.at(0).text(), u"Save As…"_s);
-    error = EROFS;
-    QVERIFY(shown->reload(m_files->folder(), u"a.txt"_s));
-    QCOMPARE(documents.notices().heaviest(shown)->text(), u"The disk of this file can only be read."_s);
-    error = 0;
-    QVERIFY(shown->saveFile(m_files->folder(), u"b.txt"_s));
-    QVERIFY(!documents.notices().heaviest(shown));
-}
-
-void DiskNoticesTest::tellsOfAFullDisk()
-{
-    DocumentArea documents(nullptr);
-    documents.resize(640, 480);
-    documents.show();
-    RecentPlaces places;
-    const WindowDialogs dialogs;
-    DocumentSaver saver(documents, dialogs, documents, places);
-    FileCalls calls = FileCalls::system();
-    bool isFull = true;
-    calls.statvfs = [&isFull](const char *, struct statvfs *info) {
-        *info = {};
-        info->f_blocks = 1000000;
-        info->f_frsize = 4096;
-        info->f_bavail = isFull ? 0 : 1000;
-        return 0;
-    };
-    const ObstacleNotices notices(documents, saver, calls);
-    ctlEditer *const shown = documents.add();
-    documents.present(shown);
-    const StripInWindow strip(documents);
-    QVERIFY(shown->loadFile(m_files->folder(), u"a.txt"_s, 0));
-    QCOMPARE(strip.text(), u"The disk of this file is full."_s);
-    QCOMPARE(strip.offers(), QStringList{ u"Save As…"_s });
-    isFull = false;
-    QVERIFY(shown->reload(m_files->folder(), u"a.txt"_s));
-    QVERIFY(!strip.isShown());
 }
 
 void DiskNoticesTest::tellsOfAnInterruptedSave()
