@@ -236,6 +236,41 @@
     </message>
 </context>
 <context>
+    <name>WorkNotice</name>
+    <message>
+        <source>Stop</source>
+        <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>Loading has ended</source>
+        <translation>Chargement terminé</translation>
+    </message>
+    <message>
+        <source>Saving has ended</source>
+        <translation>Enregistrement terminé</translation>
+    </message>
+    <message>
+        <source>Not while it is loading</source>
+        <translation>Impossible pendant le chargement</translation>
+    </message>
+    <message>
+        <source>Not while it is being saved</source>
+        <translation>Impossible pendant l&apos;enregistrement</translation>
+    </message>
+    <message>
+        <source>Loading</source>
+        <translation>Chargement</translation>
+    </message>
+    <message>
+        <source>Saving</source>
+        <translation>Enregistrement</translation>
+    </message>
+    <message>
+        <source>%1: %2%</source>
+        <translation>%1 : %2 %</translation>
+    </message>
+</context>
+<context>
     <name>ctlEditer</name>
     <message>
         <source>(new document)</source>

@@ -235,6 +235,41 @@
     </message>
 </context>
 <context>
+    <name>WorkNotice</name>
+    <message>
+        <source>Stop</source>
+        <translation>中止</translation>
+    </message>
+    <message>
+        <source>Loading has ended</source>
+        <translation>読み込みが終わりました</translation>
+    </message>
+    <message>
+        <source>Saving has ended</source>
+        <translation>保存が終わりました</translation>
+    </message>
+    <message>
+        <source>Not while it is loading</source>
+        <translation>読み込み中はできません</translation>
+    </message>
+    <message>
+        <source>Not while it is being saved</source>
+        <translation>保存中はできません</translation>
+    </message>
+    <message>
+        <source>Loading</source>
+        <translation>読み込み中</translation>
+    </message>
+    <message>
+        <source>Saving</source>
+        <translation>保存中</translation>
+    </message>
+    <message>
+        <source>%1: %2%</source>
+        <translation>%1: %2%</translation>
+    </message>
+</context>
+<context>
     <name>ctlEditer</name>
     <message>
         <source>(new document)</source>

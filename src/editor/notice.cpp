@@ -11,6 +11,7 @@ struct KindWeight {
 
 /// With gaps, so that a kind can be put between two others.
 constexpr KindWeight weights[] = {
+    { NoticeKind::Work, 1000 },
     { NoticeKind::Unsaved, 900 },
     { NoticeKind::InterruptedSave, 800 },
     { NoticeKind::ChangedOnDisk, 700 },

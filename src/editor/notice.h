@@ -23,6 +23,7 @@ enum class NoticeKind {
     Unsaved, ///< texts that were not saved when the program last ended
     NotWritable, ///< the file cannot be written, or its disk is full
     Following, ///< what is written behind the file's end comes into the text
+    Work, ///< the document is being loaded or saved behind the window
 };
 
 /// Of several notices the one of the heaviest kind is shown.
@@ -46,4 +47,7 @@ struct Notice {
         offers; ///< the most useful first: where there is little room, others are in a menu
     std::function<void()> dismissed = {}; ///< after the user has put the notice away; may be unset
     bool isDismissable = true;
+    /// What assistive tools are told, and told again when it becomes another one; unset: the text.
+    std::function<QString()> spoken = {};
+    std::function<void()> escaped = {}; ///< what Escape in the strip does besides leaving it; may be unset
 };

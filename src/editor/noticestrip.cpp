@@ -101,7 +101,7 @@ void NoticeStrip::nameControls()
 /// Assistive tools come to it also while it says nothing.
 void NoticeStrip::nameText()
 {
-    const QString name = m_text.isEmpty() ? tr("Notices") : m_text;
+    const QString name = m_spoken.isEmpty() ? tr("Notices") : m_spoken;
     m_label->setAccessibleName(name);
     setAccessibleName(name);
 }
@@ -158,8 +158,10 @@ void NoticeStrip::refresh()
     const Notice *const notice = m_queue.heaviest(m_document);
     const bool isOther = shownOf(notice) != m_shown;
     m_shown = shownOf(notice);
-    const QString before = m_text;
+    const QString before = m_spoken;
     m_text = notice ? notice->text() : QString();
+    m_spoken = notice && notice->spoken ? notice->spoken() : m_text;
+    m_escaped = notice ? notice->escaped : nullptr;
     nameText();
     if (notice)
         showNotice(*notice);
@@ -168,7 +170,7 @@ void NoticeStrip::refresh()
         emit toggled();
     }
     layOut();
-    if (notice && (isOther || m_text != before))
+    if (notice && (isOther || m_spoken != before))
         announce();
 }
 
@@ -348,7 +350,7 @@ void NoticeStrip::keyPressEvent(QKeyEvent *event)
     auto *const button = qobject_cast<QToolButton *>(QApplication::focusWidget());
     switch (event->key()) {
     case Qt::Key_Escape:
-        emit keysGivenBack();
+        escape();
         return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -358,6 +360,16 @@ void NoticeStrip::keyPressEvent(QKeyEvent *event)
     default:
         QWidget::keyPressEvent(event);
     }
+}
+
+/// What the notice has for it may put another document in the place of this one.
+void NoticeStrip::escape()
+{
+    if (m_escaped) {
+        KeyPause::begin();
+        emit chosen(std::function(m_escaped));
+    }
+    emit keysGivenBack();
 }
 
 /// Most offers give the keys back to the text, which a key that is still held was not meant for.

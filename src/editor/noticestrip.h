@@ -17,8 +17,9 @@ class QToolButton;
 ///
 /// It shortens its text before it hides an offer; offers that have no room are in a menu at their end. The
 /// keys come into it by takeKeys() alone, or by pen: Tab and the arrows go round in it, Return and Space
-/// press, Escape leaves it. It acts on nothing itself. A click is for the notice that was shown when it
-/// began, and of a double click the first half counts: the second would meet the notice that comes next.
+/// press, Escape leaves it and does what the notice has for it. It acts on nothing itself. A click is for the
+/// notice that was shown when it began, and of a double click the first half counts: the second would meet
+/// the notice that comes next.
 class NoticeStrip : public QWidget {
     Q_OBJECT
 public:
@@ -71,6 +72,7 @@ private:
     void press(const QToolButton *button);
     void pressByKey(QToolButton &button);
     void dismiss();
+    void escape();
     void showWholeText(QPoint globalPlace);
     void announce();
 
@@ -84,6 +86,8 @@ private:
     std::optional<Shown> m_shown;
     std::optional<Shown> m_pressed; ///< what was shown when a button went down
     QString m_text; ///< of the notice, whole
+    QString m_spoken; ///< what assistive tools were told last
+    std::function<void()> m_escaped;
     std::vector<NoticeOffer> m_offers;
     QLabel *m_label;
     QList<QToolButton *> m_buttons; ///< one for each offer

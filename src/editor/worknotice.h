@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QCoreApplication>
+
+#include <functional>
+#include <optional>
+
+class NoticeQueue;
+struct Notice;
+
+/// Tells in the strip what is done to a document behind the window and how far it is, and offers to stop it.
+/// Goes with the work. Assistive tools hear of its beginning, of each quarter and of its end.
+class WorkNotice {
+    Q_DECLARE_TR_FUNCTIONS(WorkNotice)
+public:
+    enum class Work { Loading, Saving };
+
+    /// `notices` and `document` are not owned and live longer; `stop` is what "Stop" and Escape in the strip
+    /// do, which may destroy this.
+    WorkNotice(NoticeQueue &notices, const QObject &document, Work work, std::function<void()> stop);
+    ~WorkNotice();
+    Q_DISABLE_COPY_MOVE(WorkNotice)
+
+    /// 0 to 100; nothing: nobody knows.
+    void setProgress(std::optional<int> percent);
+    /// Something was asked for that has to wait for the end: the strip says so from now on.
+    void refuse();
+
+private:
+    enum class Step { Begun, Refused, Ended };
+
+    void show();
+    static QString textOf(Work work, Step step, std::optional<int> percent);
+
+    NoticeQueue &m_notices;
+    const QObject &m_document;
+    const Work m_work;
+    const std::function<void()> m_stop;
+    std::optional<int> m_percent;
+    Step m_step = Step::Begun;
+};

@@ -1,0 +1,173 @@
+#include "editor/worknotice.h"
+
+#include "editor/noticequeue.h"
+#include "editor/noticestrip.h"
+#include "tests/testprogram.h"
+
+#include <QAccessible>
+#include <QLabel>
+#include <QToolButton>
+
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList toldOfWork; ///< what assistive tools were told
+
+void hearOfWork(QAccessibleEvent *event)
+{
+    if (event->type() == QAccessible::Alert)
+        toldOfWork << event->accessibleInterface()->text(QAccessible::Name);
+}
+
+void setTold(bool told)
+{
+    QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(told);
+}
+
+} // namespace
+
+/// How far work for a document is, in the strip.
+class WorkNoticeTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void saysHowFarItIs();
+    void isOnlyAboutItsDocument();
+    void isHeavierThanOthers();
+    void saysWhatHasToWait();
+    void buttonStops();
+    void escapeStops();
+    void tellsQuartersAlone();
+
+private:
+    void begin(WorkNotice::Work work = WorkNotice::Work::Loading);
+    QString text() const { return m_strip->findChild<QLabel *>()->text(); }
+
+    std::unique_ptr<NoticeQueue> m_queue;
+    std::unique_ptr<QWidget> m_window;
+    NoticeStrip *m_strip = nullptr;
+    QObject m_document;
+    std::unique_ptr<WorkNotice> m_notice;
+    int m_stops = 0;
+};
+
+void WorkNoticeTest::init()
+{
+    m_stops = 0;
+    m_queue = std::make_unique<NoticeQueue>();
+    m_window = std::make_unique<QWidget>();
+    m_strip = new NoticeStrip(*m_queue, m_window.get());
+    m_strip->setDocument(&m_document);
+    connect(m_strip, &NoticeStrip::chosen, this, [](const std::function<void()> &act) { act(); });
+    m_window->resize(640, 100);
+    m_strip->resize(640, m_strip->sizeHint().height());
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+void WorkNoticeTest::cleanup()
+{
+    m_notice.reset();
+    m_window.reset();
+    m_queue.reset();
+}
+
+void WorkNoticeTest::begin(WorkNotice::Work work)
+{
+    m_notice = std::make_unique<WorkNotice>(*m_queue, m_document, work, [this] {
+        ++m_stops;
+        m_notice.reset();
+    });
+}
+
+void WorkNoticeTest::saysHowFarItIs()
+{
+    begin();
+    QVERIFY(m_strip->isVisible());
+    QCOMPARE(text(), u"Loading…"_s);
+    m_notice->setProgress(43);
+    QCOMPARE(text(), u"Loading: 43%"_s);
+    m_notice->setProgress({});
+    QCOMPARE(text(), u"Loading…"_s);
+    m_notice.reset();
+    QVERIFY(m_strip->isHidden());
+    begin(WorkNotice::Work::Saving);
+    m_notice->setProgress(7);
+    QCOMPARE(text(), u"Saving: 7%"_s);
+}
+
+void WorkNoticeTest::isOnlyAboutItsDocument()
+{
+    const QObject other;
+    begin();
+    m_strip->setDocument(&other);
+    QVERIFY(m_strip->isHidden());
+}
+
+void WorkNoticeTest::isHeavierThanOthers()
+{
+    m_queue->put({ NoticeKind::Unsaved, nullptr, [] { return u"text"_s; }, {} });
+    begin();
+    QCOMPARE(text(), u"Loading…"_s);
+    m_notice.reset();
+    QCOMPARE(text(), u"text"_s);
+}
+
+void WorkNoticeTest::saysWhatHasToWait()
+{
+    begin();
+    m_notice->setProgress(10);
+    m_notice->refuse();
+    QCOMPARE(text(), u"Not while it is loading: 10%"_s);
+    m_notice->setProgress(11);
+    QCOMPARE(text(), u"Not while it is loading: 11%"_s);
+}
+
+void WorkNoticeTest::buttonStops()
+{
+    begin();
+    const QList<QToolButton *> buttons = m_strip->findChildren<QToolButton *>();
+    const auto stop = std::ranges::find(buttons, u"Stop"_s, &QToolButton::text);
+    QVERIFY(stop != buttons.end());
+    QTest::mouseClick(*stop, Qt::LeftButton);
+    QCOMPARE(m_stops, 1);
+    QVERIFY(m_strip->isHidden());
+}
+
+void WorkNoticeTest::escapeStops()
+{
+    const QSignalSpy givenBack(m_strip, &NoticeStrip::keysGivenBack);
+    begin();
+    m_strip->takeKeys();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QCOMPARE(m_stops, 1);
+    QVERIFY(givenBack.count() >= 1);
+    QVERIFY(m_strip->isHidden());
+}
+
+void WorkNoticeTest::tellsQuartersAlone()
+{
+    toldOfWork.clear();
+    const QAccessible::UpdateHandler before = QAccessible::installUpdateHandler(hearOfWork);
+    setTold(true);
+    begin();
+    for (int percent = 0; percent <= 100; ++percent)
+        m_notice->setProgress(percent);
+    m_notice.reset();
+    setTold(false);
+    QAccessible::installUpdateHandler(before);
+    QCOMPARE(toldOfWork,
+        QStringList({ u"Loading…"_s, u"Loading: 0%"_s, u"Loading: 25%"_s, u"Loading: 50%"_s,
+            u"Loading: 75%"_s, u"Loading: 100%"_s, u"Loading has ended"_s }));
+}
+
+REGISTER_TEST(runWindowTest<WorkNoticeTest>)
+#include "worknotice_test.moc"
