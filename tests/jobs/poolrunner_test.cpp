@@ -1,0 +1,226 @@
+#include "jobs/poolrunner.h"
+
+#include "jobs/job.h"
+#include "tests/jobs/countingwork.h"
+#include "tests/testprogram.h"
+
+#include <QSignalSpy>
+
+#include <array>
+#include <latch>
+#include <numeric>
+#include <thread>
+
+namespace {
+
+/// Adds up numbers, in parts that several threads make.
+class AddingWork : public JobWork {
+public:
+    static constexpr int parts = 7;
+    static constexpr int rounds = 50;
+
+    Step step(JobTurn &turn) override
+    {
+        std::array<qint64, parts> sums{};
+        turn.spread(parts, [&](int part) {
+            for (int i = 0; i < 1000; ++i)
+                sums[size_t(part)] += part;
+        });
+        sum = std::accumulate(sums.begin(), sums.end(), sum);
+        turn.tellProgress({ ++m_round, rounds });
+        return m_round == rounds ? Step::Done : Step::More;
+    }
+
+    qint64 sum = 0;
+
+private:
+    int m_round = 0;
+};
+
+} // namespace
+
+/// Jobs in threads.
+class PoolRunnerTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void worksElsewhereAndTellsHere();
+    void handsOverInOrder();
+    void oneThatWaitsKeepsNoOtherWaiting();
+    void manyAtOnce();
+    void partsAreSpread();
+    void stops();
+    void waits();
+    void waitsNoLongerThanItMay();
+    void endsWithJobsInFlight();
+    void jobsAreGivenUpInFlight();
+};
+
+void PoolRunnerTest::worksElsewhereAndTellsHere()
+{
+    struct Whose : JobWork {
+        std::thread::id worker;
+        Step step(JobTurn &turn) override
+        {
+            worker = std::this_thread::get_id();
+            turn.tellPart();
+            return Step::Done;
+        }
+    };
+    PoolRunner runner;
+    auto work = std::make_unique<Whose>();
+    const Whose &whose = *work;
+    Job job(std::move(work), runner);
+    QSignalSpy part(&job, &Job::partReady), finished(&job, &Job::finished);
+    connect(&job, &Job::partReady, this, [this] { QCOMPARE(QThread::currentThread(), thread()); });
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(part.size(), 1);
+    QVERIFY(whose.worker != std::thread::id());
+    QVERIFY(whose.worker != std::this_thread::get_id());
+}
+
+void PoolRunnerTest::handsOverInOrder()
+{
+    constexpr int count = 2000;
+    PoolRunner runner;
+    auto work = std::make_unique<CountingWork>(count);
+    CountingWork &counting = *work;
+    Job job(std::move(work), runner);
+    std::vector<int> numbers;
+    connect(&job, &Job::partReady, this, [&] {
+        for (const int number : counting.numbers.take())
+            numbers.push_back(number);
+    });
+    QTRY_VERIFY(job.isFinished());
+    std::vector<int> expected(count);
+    std::iota(expected.begin(), expected.end(), 1);
+    QCOMPARE(numbers, expected);
+    QCOMPARE(job.progress(), (JobProgress{ count, count }));
+}
+
+void PoolRunnerTest::oneThatWaitsKeepsNoOtherWaiting()
+{
+    struct Waiting : JobWork {
+        std::latch *end;
+        Step step(JobTurn &) override
+        {
+            end->wait();
+            return Step::Done;
+        }
+    };
+    std::latch end(1);
+    PoolRunner runner;
+    auto work = std::make_unique<Waiting>();
+    work->end = &end;
+    const Job waiting(std::move(work), runner);
+    const Job other(std::make_unique<CountingWork>(10), runner);
+    QTRY_VERIFY(other.isFinished());
+    QVERIFY(!waiting.isFinished());
+    end.count_down();
+    QTRY_VERIFY(waiting.isFinished());
+}
+
+void PoolRunnerTest::manyAtOnce()
+{
+    PoolRunner runner;
+    std::vector<std::unique_ptr<Job>> jobs;
+    for (int i = 1; i <= 50; ++i)
+        jobs.push_back(std::make_unique<Job>(std::make_unique<CountingWork>(i), runner));
+    for (const auto &job : jobs)
+        QTRY_VERIFY(job->isFinished());
+    for (int i = 1; i <= 50; ++i)
+        QCOMPARE(jobs[size_t(i) - 1]->progress().done, i);
+}
+
+void PoolRunnerTest::partsAreSpread()
+{
+    PoolRunner runner;
+    auto work = std::make_unique<AddingWork>();
+    const AddingWork &adding = *work;
+    const Job job(std::move(work), runner);
+    const Job other(std::make_unique<AddingWork>(), runner);
+    QTRY_VERIFY(job.isFinished() && other.isFinished());
+    QCOMPARE(adding.sum, AddingWork::rounds * 1000 * AddingWork::parts * (AddingWork::parts - 1) / 2);
+}
+
+void PoolRunnerTest::stops()
+{
+    struct Endless : JobWork {
+        Step step(JobTurn &turn) override
+        {
+            turn.tellPart();
+            while (!turn.isStopped())
+                std::this_thread::yield();
+            return Step::More;
+        }
+    };
+    PoolRunner runner;
+    Job job(std::make_unique<Endless>(), runner);
+    QSignalSpy begun(&job, &Job::partReady), finished(&job, &Job::finished);
+    QTRY_COMPARE(begun.size(), 1);
+    job.stop();
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(finished[0][0].value<JobOutcome>(), JobOutcome::Stopped);
+}
+
+void PoolRunnerTest::waits()
+{
+    PoolRunner runner;
+    Job job(std::make_unique<CountingWork>(100), runner);
+    QSignalSpy finished(&job, &Job::finished);
+    QVERIFY(job.wait(QDeadlineTimer::Forever));
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(job.progress().done, 100);
+    QCoreApplication::processEvents();
+    QCOMPARE(finished.size(), 1);
+}
+
+void PoolRunnerTest::waitsNoLongerThanItMay()
+{
+    struct Waiting : JobWork {
+        std::latch *end;
+        Step step(JobTurn &) override
+        {
+            end->wait();
+            return Step::Done;
+        }
+    };
+    std::latch end(1);
+    PoolRunner runner;
+    auto work = std::make_unique<Waiting>();
+    work->end = &end;
+    Job job(std::move(work), runner);
+    QVERIFY(!job.wait(QDeadlineTimer(1)));
+    end.count_down();
+    QVERIFY(job.wait(QDeadlineTimer::Forever));
+}
+
+void PoolRunnerTest::endsWithJobsInFlight()
+{
+    CountingLife life;
+    std::unique_ptr<Job> job;
+    {
+        PoolRunner runner;
+        job = std::make_unique<Job>(std::make_unique<CountingWork>(1'000'000'000, &life), runner);
+        QSignalSpy begun(job.get(), &Job::partReady);
+        QTRY_VERIFY(!begun.isEmpty());
+    }
+    QVERIFY(life.isGivenUp);
+    QVERIFY(life.isDestroyed);
+}
+
+void PoolRunnerTest::jobsAreGivenUpInFlight()
+{
+    CountingLife life;
+    PoolRunner runner;
+    {
+        Job job(std::make_unique<CountingWork>(1'000'000'000, &life), runner);
+        QSignalSpy begun(&job, &Job::partReady);
+        QTRY_VERIFY(!begun.isEmpty());
+    }
+    QTRY_VERIFY(life.isDestroyed);
+    QVERIFY(life.isGivenUp);
+}
+
+REGISTER_TEST(runCoreTest<PoolRunnerTest>)
+#include "poolrunner_test.moc"
