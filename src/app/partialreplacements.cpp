@@ -106,6 +106,8 @@ void PartialReplacements::goToNext()
 /// Step by step, unless the steps of the run may have become one with edits before it.
 void PartialReplacements::undoAll()
 {
+    if (!m_editor.document().requestChange())
+        return;
     const QMultiLineEdit::Batch batch(m_editor);
     const TextPiece before = m_before;
     const bool areApart = m_replacements < m_editor.undoDepth();

@@ -82,7 +82,7 @@ void SearchRuns::replaceAll()
     takeRequest();
     panel()->hide();
     ctlEditer *const editor = m_documents.current();
-    if (!editor || m_request.findText.isEmpty())
+    if (!editor || m_request.findText.isEmpty() || !editor->document().requestChange())
         return;
     replaceAllIn(*editor);
     // The panel goes at once with the box in front of it: window managers then activate some other window.

@@ -57,8 +57,16 @@ void TextDocument::replace(Offset offset, qint64 removed, const TextPiece &inser
     noteEdit({ offset, removed, inserted.length() });
 }
 
+bool TextDocument::requestChange()
+{
+    if (m_isHeld)
+        emit refused();
+    return !m_isHeld;
+}
+
 void TextDocument::noteEdit(const TextChange &change)
 {
+    Q_ASSERT(!m_isHeld);
     m_isEdited = true;
     emit changed(change);
 }
@@ -164,14 +172,19 @@ WritingCode TextDocument::writingCode() const
     return { &codec, m_readCode.writtenAsReadIn(codec) };
 }
 
-std::optional<ReadFailure> TextDocument::readBytes(
-    const QString &path, const QString &name, QByteArray &bytes)
+void TextDocument::noteUnread(const QString &path, const QString &name)
 {
     if (path + name != m_path + m_name)
         m_version.setUnread();
     m_path = path;
     m_name = name;
     m_unreadFile = path + name;
+}
+
+std::optional<ReadFailure> TextDocument::readBytes(
+    const QString &path, const QString &name, QByteArray &bytes)
+{
+    noteUnread(path, name);
     FileVersion version;
     if (const auto failure = readWholeFile(path + name, bytes, version, m_calls))
         return failure;
@@ -193,6 +206,52 @@ TextStore TextDocument::decode(QByteArray &&bytes, const TextCodec &codec, CodeW
     return text;
 }
 
+void TextDocument::beginArrival(const QString &path, const QString &name, FileCodes codes)
+{
+    dropText();
+    m_isHeld = true;
+    m_isEdited = false;
+    noteUnread(path, name);
+    m_codes = codes;
+    m_readCode = ReadCode(infoOf(codes.charCode).codec());
+    m_findings = {};
+    m_utf16 = {};
+    emit codesChanged();
+}
+
+void TextDocument::takePart(TextStore &&part)
+{
+    Q_ASSERT(m_isHeld);
+    const Offset before = m_store.end();
+    m_store.append(std::move(part));
+    emit grew({ before, 0, m_store.end() - before });
+}
+
+void TextDocument::endArrival(const ReadResult &result)
+{
+    m_codes = result.codes;
+    m_readCode = ReadCode(*result.codec);
+    m_findings = result.findings;
+    m_version.setRead(result.version);
+    m_unreadFile.clear();
+    m_keepsFile = false;
+    m_isHeld = false;
+    emit replaced({ {}, *std::exchange(m_dropped, std::nullopt), m_store.length() });
+}
+
+void TextDocument::failArrival(const QString &path, const QString &name, FileCodes codes)
+{
+    noteUnread(path, name);
+    m_isHeld = false;
+    if (!m_dropped)
+        return;
+    m_codes = codes;
+    m_readCode = ReadCode(infoOf(codes.charCode).codec());
+    dropText();
+    setText(TextStore(m_store.layoutRule()));
+    emit codesChanged();
+}
+
 void TextDocument::startNew(
     const QString &name, FileCodes codes, const TextCodec &byteCodec, std::optional<Utf16Form> keptUtf16)
 {
@@ -203,6 +262,7 @@ void TextDocument::startNew(
     m_codes = codes;
     m_readCode = ReadCode(keptUtf16 ? codecOf(*keptUtf16) : byteCodec);
     m_findings = { 0, {}, {}, keptUtf16 };
+    m_isHeld = false;
     m_utf16 = { keptUtf16, keptUtf16.has_value() };
     m_keepsFile = false;
     m_version = DocumentVersion(m_calls);
@@ -239,7 +299,7 @@ void TextDocument::acknowledgeFile()
 
 bool TextDocument::readGrowth()
 {
-    if (m_isEdited || m_codes.charCode == CharCode::Unicode || fileChange() != FileChange::Grown)
+    if (m_isHeld || m_isEdited || m_codes.charCode == CharCode::Unicode || fileChange() != FileChange::Grown)
         return false;
     return m_codes.charCode == CharCode::Jis ? !load(m_path, m_name, CharCode::Jis, m_codes) : appendGrowth();
 }

@@ -39,6 +39,14 @@ struct SaveResult {
     QString keptCopy; ///< name of the file that has the old content; empty for none
 };
 
+/// What is known of a file's text when all of it was read.
+struct ReadResult {
+    FileCodes codes;
+    const TextCodec *codec; ///< the one that it was decoded by
+    ReadFindings findings;
+    FileVersion version;
+};
+
 /// A document without a window: a text with its history, and the file it is from and goes to.
 ///
 /// Nothing here is shown to the user; load() and save() return what happened. Whoever shows the document
@@ -89,6 +97,12 @@ public:
     void replace(Offset offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);
     /// The same, with its spellings.
     void replace(Offset offset, qint64 removed, const TextPiece &inserted);
+    /// While it is held, something is done to all of the text behind the window: nobody may change it, read
+    /// it again or save it. To be asked by whoever is about to, on behalf of a user: false where it may not
+    /// be, which refused() tells.
+    bool requestChange();
+    bool isHeld() const { return m_isHeld; }
+    void setHeld(bool held) { m_isHeld = held; }
     /// Makes it another text without a history: edited, unless it was read just now.
     void setText(TextStore &&text);
 
@@ -107,6 +121,16 @@ public:
     /// and `text` is to be given to setText() next.
     std::optional<ReadFailure> read(const QString &path, const QString &name,
         std::optional<CharCode> requested, FileCodes codes, TextStore &text);
+    /// The text of the file path + name comes part by part: the text before is gone, and the document is
+    /// held. `codes` may turn out to be others; called again, what has come is gone.
+    void beginArrival(const QString &path, const QString &name, FileCodes codes);
+    /// The next part, see TextStore::append(). Only grew() is told.
+    void takePart(TextStore &&part);
+    /// All of it has come, and is as after read(): replaced() is told.
+    void endArrival(const ReadResult &result);
+    /// It cannot be read, and all is as after a load() that failed: the text that was there stays, but where
+    /// a part has come already there is none, and the codes are these.
+    void failArrival(const QString &path, const QString &name, FileCodes codes);
     /// Makes it a document of that name that was never saved, without text; undecodable bytes and spellings
     /// that come into it are of `byteCodec`. It is saved as UTF-16 where that is kept, see keepUtf16().
     void startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec,
@@ -152,6 +176,10 @@ signals:
     /// The text is another one, or was read again: places in the one before say nothing any more. `change` is
     /// from the whole of one to the whole of the other.
     void replaced(const TextChange &change);
+    /// A part of a text that is still to be whole has come, behind what was there.
+    void grew(const TextChange &change);
+    /// A change was asked for that has to wait, see requestChange().
+    void refused();
     /// The text is what the file has now, and the history is empty.
     void saved();
     /// The text is that of no file any more, see detachFromFile().
@@ -169,6 +197,7 @@ private:
 
     Offset applyStep(Offset (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
     void noteEdit(const TextChange &change);
+    void noteUnread(const QString &path, const QString &name);
     std::optional<ReadFailure> readBytes(const QString &path, const QString &name, QByteArray &bytes);
     TextStore decode(QByteArray &&bytes, const TextCodec &codec, CodeWas codeWas);
     void dropText();
@@ -179,6 +208,7 @@ private:
     TextStore m_store;
     UndoHistory m_history;
     bool m_isEdited = false;
+    bool m_isHeld = false;
     QString m_path;
     QString m_name;
     QString m_unreadFile; ///< path + name of the file that could not be read; empty when the text is its own

@@ -18,6 +18,8 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, int requested
 
 bool ctlEditer::loadFile(const QString &path, const QString &name, std::optional<CharCode> requested)
 {
+    if (!document().requestChange())
+        return false;
     TextStore text;
     if (const auto failure = laidOutDocument().read(path, name, requested, defaultCodes(), text)) {
         tellReadFailure(this, *failure);
@@ -29,6 +31,8 @@ bool ctlEditer::loadFile(const QString &path, const QString &name, std::optional
 
 bool ctlEditer::loadUtf16(const QString &path, const QString &name, Utf16Form form)
 {
+    if (!document().requestChange())
+        return false;
     TextStore text;
     if (const auto failure = laidOutDocument().readUtf16(path, name, form, defaultCodes(), text)) {
         tellReadFailure(this, *failure);
@@ -72,6 +76,8 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode,
 bool ctlEditer::saveFile(const QString &path, const QString &name, std::optional<CharCode> charCode,
     std::optional<ReturnCode> returnCode)
 {
+    if (!document().requestChange())
+        return false;
     const SaveResult result = document().save(path, name, charCode, returnCode);
     const bool isWritten = result.outcome == SaveResult::Outcome::Written;
     const bool isAsWanted = result.wasToBeKept && result.overtaken == Overtaken::No;

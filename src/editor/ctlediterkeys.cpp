@@ -64,6 +64,8 @@ bool ctlEditer::selectsSeveralLines() const
 
 void ctlEditer::indentBlock(Indentation direction)
 {
+    if (!document().requestChange())
+        return;
     const UpdatesOff quiet(*this);
     const RowCol first = { store().rowColAt(selectionBegin()).row, 0 };
     const RowCol last = { store().rowColAt(selectionEnd()).row, 0 };

@@ -14,6 +14,8 @@ Qt::CaseSensitivity caseSensitivity(bool isSensitive)
 bool ctlEditer::searchForward(
     int mode, bool caseSensitive, const QString &findText, const QString &replaceText)
 {
+    if (mode == replaceMode && !document().requestChange())
+        return false;
     m_search.setPattern(findText, caseSensitivity(caseSensitive));
     return mode == replaceMode ? m_search.replaceNext(replaceText) : m_search.selectNext();
 }
@@ -21,6 +23,8 @@ bool ctlEditer::searchForward(
 bool ctlEditer::searchBackward(
     int mode, bool caseSensitive, const QString &findText, const QString &replaceText)
 {
+    if (mode == replaceMode && !document().requestChange())
+        return false;
     m_search.setPattern(findText, caseSensitivity(caseSensitive));
     return mode == replaceMode ? m_search.replacePrevious(replaceText) : m_search.selectPrevious();
 }

@@ -271,6 +271,17 @@ void TextStore::insert(Offset offset, const TextPiece &piece)
     d->put(offset, 0, treeUnder(piece.m_root, d->layout));
 }
 
+void TextStore::append(TextStore &&other)
+{
+    Q_ASSERT(other.nodeSizes() == nodeSizes());
+    TextTree behind = other.d->tree();
+    other.d->setTree({});
+    d->endSpelling = std::exchange(other.d->endSpelling, {});
+    if (!behind.isEmpty())
+        d->put(end(), 0, treeUnder(std::move(behind.node), d->layout));
+    d->isSpelledWhenEmpty = length() == 0;
+}
+
 TextStore::Row TextStore::row(RowIndex row) const
 {
     Q_ASSERT(row >= RowIndex() && row <= lastRow());

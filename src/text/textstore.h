@@ -126,6 +126,9 @@ public:
     /// rule has not been set since, else its text is measured. The piece is not used up, nor is more than a
     /// leaf of its text copied.
     void insert(Offset offset, const TextPiece &piece);
+    /// Puts another store, of nodes of the same sizes, behind this one, with what stood behind its text: what
+    /// comes of a text that is built in parts, wherever it was cut. Its text is measured anew.
+    void append(TextStore &&other);
 
     Row row(RowIndex row) const;
     RowIndex lastRow() const { return RowIndex(rowCount() - 1); }

@@ -124,6 +124,8 @@ void QMultiLineEdit::setText(TextStore &&store)
 
 void QMultiLineEdit::setText(const QString &text)
 {
+    if (!document().requestChange())
+        return;
     TextStore::Builder builder(layoutRule());
     builder.append(text);
     setText(builder.finish());
@@ -151,7 +153,8 @@ void QMultiLineEdit::replace(TextRange range, const QString &text)
 
 void QMultiLineEdit::cut()
 {
-    laidOut().clipboard.cut();
+    if (document().requestChange())
+        laidOut().clipboard.cut();
 }
 
 void QMultiLineEdit::copy()

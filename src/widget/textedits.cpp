@@ -47,6 +47,7 @@ TextEdits::TextEdits(TextDocument &document, TextCursor &cursor, TextView &view,
 {
     connect(&document, &TextDocument::changed, this, &TextEdits::noteChange);
     connect(&document, &TextDocument::aboutToReplace, this, &TextEdits::prepareForOther);
+    connect(&document, &TextDocument::grew, this, &TextEdits::showPart);
     connect(&document, &TextDocument::replaced, this, &TextEdits::showOther);
 }
 
@@ -93,14 +94,34 @@ void TextEdits::prepareForOther()
     m_primary.freeze();
     m_cursor.set({});
     m_cursor.setGoalX(std::nullopt);
+    m_showsParts = false;
 }
 
-void TextEdits::showOther(const TextChange &change)
+/// The first one is shown from its start, the others are below it.
+void TextEdits::showPart(const TextChange &part)
+{
+    if (!std::exchange(m_showsParts, true)) {
+        showStart();
+        m_followers.tell();
+        return;
+    }
+    m_scroller.updateBars();
+    m_updates.updateRows(m_store.rowColAt(part.offset).row, m_store.lastRow());
+}
+
+void TextEdits::showStart()
 {
     m_view.setTop({});
     m_view.setLeft(0);
     m_scroller.updateBars();
     m_updates.updateAll();
+}
+
+/// A text that has come in parts is shown already; its user may have moved in it.
+void TextEdits::showOther(const TextChange &change)
+{
+    if (!std::exchange(m_showsParts, false))
+        showStart();
     m_announcer.announceChange(m_store, change);
     m_followers.tell();
     emit textChanged();
@@ -139,6 +160,8 @@ void TextEdits::replace(TextRange range, QStringView text, Joining joining)
 
 void TextEdits::insert(QStringView text, Joining joining)
 {
+    if (!m_document.requestChange())
+        return;
     const Operation operation(*this);
     const TextRange old = m_cursor.selection();
     replace(old, text, joining);
@@ -147,6 +170,8 @@ void TextEdits::insert(QStringView text, Joining joining)
 
 void TextEdits::insert(const TextPiece &text)
 {
+    if (!m_document.requestChange())
+        return;
     const Operation operation(*this);
     const TextRange old = m_cursor.selection();
     m_document.replace(old.start, old.length(), text);
@@ -163,6 +188,8 @@ static Offset overwrittenEnd(const TextStore &store, Offset offset, qint64 count
 
 void TextEdits::type(const QString &text)
 {
+    if (!m_document.requestChange())
+        return;
     if (!m_cursor.overwrites() || m_cursor.hasSelection()) {
         insert(text, Joining::Typing);
         return;
@@ -175,6 +202,8 @@ void TextEdits::type(const QString &text)
 
 void TextEdits::replaceRange(TextRange range, QStringView text)
 {
+    if (!m_document.requestChange())
+        return;
     const auto kept = [&](CursorPlace place) {
         if (place.offset < range.start)
             return place;
@@ -188,6 +217,8 @@ void TextEdits::replaceRange(TextRange range, QStringView text)
 
 void TextEdits::replaceAround(qint64 start, qint64 replaced, QStringView text)
 {
+    if (!m_document.requestChange())
+        return;
     const Operation operation(*this);
     const UndoGroup oneStep(m_document.history());
     const TextRange old = m_cursor.selection();
@@ -199,6 +230,8 @@ void TextEdits::replaceAround(qint64 start, qint64 replaced, QStringView text)
 
 void TextEdits::drop(const TextPiece &text, Offset to, bool movesSelection)
 {
+    if (!m_document.requestChange())
+        return;
     const Operation operation(*this);
     const UndoGroup oneStep(m_document.history());
     if (movesSelection) {
@@ -221,6 +254,8 @@ bool TextEdits::eraseSelection()
 
 void TextEdits::erase(Move move)
 {
+    if (!m_document.requestChange())
+        return;
     if (eraseSelection())
         return;
     const Offset from = m_cursor.place().offset;
@@ -232,12 +267,16 @@ void TextEdits::erase(Move move)
 
 void TextEdits::undo()
 {
+    if (!m_document.requestChange())
+        return;
     const Operation operation(*this);
     m_cursor.set({ m_document.undo() });
 }
 
 void TextEdits::redo()
 {
+    if (!m_document.requestChange())
+        return;
     const Operation operation(*this);
     m_cursor.set({ m_document.redo() });
 }

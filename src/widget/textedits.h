@@ -21,6 +21,8 @@ class ViewScroller;
 
 /// Edits a document at the cursor, as keys and commands ask for it, and shows what an edit has changed.
 ///
+/// A document that is held refuses all of it: nothing is edited then, nor is the cursor moved.
+///
 /// All from the first to the last change of one operation is one: what is shown follows once, at its end,
 /// with one signal. Cost: of an edit what it costs in the store; of an operation's end what a view shows.
 class TextEdits : public QObject {
@@ -85,6 +87,8 @@ private:
     void replace(TextRange range, QStringView text, Joining joining = Joining::Never);
     void noteChange(const TextChange &change);
     void prepareForOther();
+    void showPart(const TextChange &part);
+    void showStart();
     void showOther(const TextChange &change);
     void showDamage();
     void updateDamage();
@@ -102,4 +106,5 @@ private:
     CursorMoves &m_moves;
     int m_operations = 0; ///< that are nested at the moment
     Damage m_damage;
+    bool m_showsParts = false; ///< of a text that is still to be whole
 };
