@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/documentarea.h"
+#include "app/documentcloser.h"
+#include "app/documentloader.h"
+#include "app/documentsaver.h"
+#include "app/recentplaces.h"
+#include "tests/app/testwindow.h"
+
+/// The documents of a window and what opens, saves and closes them, without a main window. Settings and state
+/// are those of a first start.
+struct DocumentParts {
+    DocumentParts()
+    {
+        resetSettings();
+        window.resize(640, 480);
+        documents.resize(window.size());
+        window.show();
+    }
+
+    ctlEditer *open(const QString &file)
+    {
+        loader.open(file, {});
+        return documents.current();
+    }
+    QString text() const { return documents.current()->text(); }
+    QStringList tabTexts() const
+    {
+        QStringList texts;
+        for (int i = 0; i < documents.tabBar()->count(); ++i)
+            texts << documents.tabBar()->tabText(i);
+        return texts;
+    }
+
+    QList<FileChoice> choices; ///< what the file dialog is left with, in turn; cancelled when there is none
+    QList<FileChoice> starts; ///< what it was opened with
+
+    TestFiles files;
+    QWidget window;
+    DocumentArea &documents = *new DocumentArea(&window);
+    RecentPlaces places;
+    const WindowDialogs dialogs{
+        [this](QWidget *, frmFileDialog::Mode, const FileChoice &start) -> std::optional<FileChoice> {
+            starts << start;
+            return choices.isEmpty() ? std::nullopt : std::optional(choices.takeFirst());
+        },
+        {}
+    };
+    DocumentLoader loader{ window, dialogs, documents, places };
+    DocumentSaver saver{ window, dialogs, documents, places };
+    DocumentCloser closer{ window, documents, saver, places };
+};
