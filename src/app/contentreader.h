@@ -1,24 +1,19 @@
 #pragma once
 
 #include "files/fileversion.h"
+#include "jobs/job.h"
 
-#include <QHash>
-#include <QObject>
-#include <QThreadPool>
-
-#include <atomic>
+#include <map>
 
 class ctlEditer;
 
-/// Reads through files of documents that are too large to be read in passing, one after the other, in a
-/// thread of its own: whether they are still what they were.
+/// Reads through files of documents that are too large to be read in passing, behind the window: whether they
+/// are still what they were.
 class ContentReader : public QObject {
     Q_OBJECT
 public:
-    /// `calls` is not owned, and is used by the thread.
-    explicit ContentReader(const FileCalls &calls = FileCalls::system());
-    /// What is read by then is given up.
-    ~ContentReader() override;
+    /// `jobs` and `calls` are not owned.
+    explicit ContentReader(JobRunner &jobs, const FileCalls &calls = FileCalls::system());
 
     /// A file that is read already is read once more if this reading comes to nothing: it may have been
     /// written meanwhile. What cannot be read is not told of.
@@ -29,11 +24,15 @@ signals:
     void seen(ctlEditer *editor, const SeenContent &content);
 
 private:
-    enum class Asked { Once, Again };
+    struct Reading {
+        std::unique_ptr<Job> job;
+        bool isAskedAgain = false;
+    };
     void start(ctlEditer *editor);
+    void forget(const QObject *document);
+    void finish(ctlEditer *editor, const QString &file, const std::optional<SeenContent> &content);
 
+    JobRunner &m_jobs;
     const FileCalls &m_calls;
-    QHash<QObject *, Asked> m_asked; ///< documents whose files are read, or wait for it
-    std::atomic<bool> m_isEnding = false;
-    QThreadPool m_thread;
+    std::map<const QObject *, Reading> m_readings; ///< by their documents
 };

@@ -22,10 +22,11 @@ QString folderName(const ctlEditer &editor)
 } // namespace
 
 DiskNotices::DiskNotices(
-    QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver)
+    QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver, JobRunner &jobs)
     : m_documents(documents)
     , m_loader(loader)
     , m_saver(saver)
+    , m_reader(jobs)
 {
     window.installEventFilter(this);
     connect(&documents, &DocumentArea::added, this, &DiskNotices::listenTo);

@@ -22,7 +22,8 @@ class DiskNotices : public QObject {
     Q_OBJECT
 public:
     /// `window` is the one whose coming to the front counts.
-    DiskNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver);
+    DiskNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver,
+        JobRunner &jobs);
 
 signals:
     /// The document's file was looked at, and has come to this.

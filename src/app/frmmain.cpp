@@ -33,7 +33,7 @@ QFont applicationFont()
 
 } // namespace
 
-frmMain::frmMain(QWidget *parent, WindowDialogs dialogs)
+frmMain::frmMain(QWidget *parent, WindowDialogs dialogs, WindowJobs jobs)
     : QMainWindow(parent)
 {
     setObjectName(u"frmMain"_s);
@@ -46,7 +46,7 @@ frmMain::frmMain(QWidget *parent, WindowDialogs dialogs)
     setWindowIcon(Resource::loadIcon(u"marlopad"_s));
     // The tool bars hold the menus: no menu may offer to hide them.
     setContextMenuPolicy(Qt::NoContextMenu);
-    m_parts = std::make_unique<WindowParts>(*this, std::move(dialogs));
+    m_parts = std::make_unique<WindowParts>(*this, std::move(dialogs), std::move(jobs));
     connectParts();
     retranslate();
     resize(normalSize.boundedTo(screen()->availableSize()));

@@ -2,6 +2,7 @@
 
 #include "app/command.h"
 #include "app/windowdialogs.h"
+#include "app/windowjobs.h"
 
 #include <QMainWindow>
 
@@ -20,7 +21,7 @@ class frmMain : public QMainWindow {
     Q_OBJECT
 public:
     /// Reads the settings, sets the application's font and installs the translator.
-    explicit frmMain(QWidget *parent = nullptr, WindowDialogs dialogs = {});
+    explicit frmMain(QWidget *parent = nullptr, WindowDialogs dialogs = {}, WindowJobs jobs = {});
     /// Writes the settings.
     ~frmMain() override;
 

@@ -5,10 +5,10 @@
 #include "recovery/recoveryjournals.h"
 
 WindowNotices::WindowNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
-    DocumentSaver &saver, RecoveryJournals &journals, DocumentJournals &documentJournals)
+    DocumentSaver &saver, JobRunner &jobs, RecoveryJournals &journals, DocumentJournals &documentJournals)
     : m_writing(documents, saver)
     , m_reading(documents, loader)
-    , m_disk(window, documents, loader, saver)
+    , m_disk(window, documents, loader, saver, jobs)
     , m_obstacles(documents, saver)
     , m_interruptedSaves(documents, loader)
     , m_keptFiles(documents, loader)

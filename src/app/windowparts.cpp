@@ -1,11 +1,24 @@
 #include "app/windowparts.h"
 
+#include "jobs/poolrunner.h"
 #include "settings/settings.h"
 
 #include <QMainWindow>
 
-WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
+namespace {
+
+WindowJobs withRunner(WindowJobs jobs)
+{
+    if (!jobs.runner)
+        jobs.runner = std::make_unique<PoolRunner>();
+    return jobs;
+}
+
+} // namespace
+
+WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, WindowJobs windowJobs)
     : dialogs(std::move(windowDialogs))
+    , jobs(withRunner(std::move(windowJobs)))
     , language(appSettings().Lang)
     , fullScreen(*new FullScreen(&window))
     , recentMenu(*new RecentMenu(&window))
@@ -21,7 +34,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs)
     , sessionEnd(documents, closer, journals)
     , lastWrites(documents, loader, places, journals)
     , search(window, documents)
-    , notices(window, documents, loader, saver, journals, documentJournals)
+    , notices(window, documents, loader, saver, *jobs.runner, journals, documentJournals)
 {
     window.setCentralWidget(&documents);
     journals.setParent(&documents);

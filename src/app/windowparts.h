@@ -17,6 +17,7 @@
 #include "app/searchruns.h"
 #include "app/sessionend.h"
 #include "app/windowdialogs.h"
+#include "app/windowjobs.h"
 #include "app/windownotices.h"
 #include "recovery/recoveryjournals.h"
 
@@ -26,9 +27,10 @@ class QMainWindow;
 /// as more than the widget that dialogs stand over.
 struct WindowParts {
     /// Puts the widgets into the window, which owns them. The settings are read by then.
-    WindowParts(QMainWindow &window, WindowDialogs windowDialogs);
+    WindowParts(QMainWindow &window, WindowDialogs windowDialogs, WindowJobs windowJobs);
 
     const WindowDialogs dialogs;
+    const WindowJobs jobs;
     InterfaceLanguage language;
     FullScreen &fullScreen;
     RecentMenu &recentMenu;

@@ -137,7 +137,7 @@ public:
         std::optional<Utf16Form> keptUtf16 = {});
     /// What other programs have done to the document's file since it was read or written, but for what is
     /// acknowledged. `seen` is what somebody found who has read through the file because this was unsure, see
-    /// contentOf(). Cost: one call where nothing has happened.
+    /// ContentReading. Cost: one call where nothing has happened.
     FileChange fileChange(const std::optional<SeenContent> &seen = {});
     /// What the file was when it was read or written last; of no file for a document that never was.
     const FileVersion &fileVersion() const { return m_version.known(); }

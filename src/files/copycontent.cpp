@@ -1,5 +1,13 @@
 #include "files/copycontent.h"
 
+#include <fcntl.h>
+
+int openForReading(const FileCalls &calls, const QByteArray &name)
+{
+    return retried(
+        [&] { return calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0); });
+}
+
 bool writeAt(const FileCalls &calls, int fd, QByteArrayView bytes, off_t offset)
 {
     while (!bytes.isEmpty()) {

@@ -7,6 +7,8 @@
 
 inline constexpr qsizetype copiedBlock = 1 << 18; ///< bytes that are moved at once
 
+/// A file's descriptor, or -1; nothing waits for the other end of a pipe.
+int openForReading(const FileCalls &calls, const QByteArray &name);
 /// Writes all of `bytes`.
 bool writeAt(const FileCalls &calls, int fd, QByteArrayView bytes, off_t offset);
 /// Reads all of a file, which is at most that long. False: it is longer, or cannot be read.

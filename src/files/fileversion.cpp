@@ -8,8 +8,6 @@
 #include <cstdlib>
 #include <ctime>
 
-#include <fcntl.h>
-
 namespace {
 
 constexpr qint64 nanosecondsPerSecond = 1000000000;
@@ -19,22 +17,15 @@ qint64 nanosecondsOf(const timespec &time)
     return qint64{ time.tv_sec } * nanosecondsPerSecond + time.tv_nsec;
 }
 
-int openForReading(const FileCalls &calls, const QByteArray &name)
-{
-    return retried(
-        [&] { return calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0); });
-}
-
 /// Nothing when they cannot be read, or are fewer.
-std::optional<quint64> hashOf(
-    const FileCalls &calls, int fd, qint64 from, qint64 to, const std::function<bool()> &isStopped)
+std::optional<quint64> hashOf(const FileCalls &calls, int fd, qint64 from, qint64 to)
 {
     ContentHash hash;
     QByteArray block(copiedBlock, Qt::Uninitialized);
     while (from < to) {
         const auto wanted = size_t(qMin<qint64>(block.size(), to - from));
         const ssize_t got = retried([&] { return calls.pread(fd, block.data(), wanted, from); });
-        if (got <= 0 || isStopped())
+        if (got <= 0 || EndOrder::isGiven())
             return std::nullopt;
         hash.add(QByteArrayView(block).first(got));
         from += got;
@@ -64,23 +55,6 @@ bool FileStamp::isYoung() const
     timespec now = {};
     ::clock_gettime(CLOCK_REALTIME, &now);
     return std::abs(nanosecondsOf(now) - modified) < 2 * nanosecondsPerSecond;
-}
-
-std::optional<SeenContent> contentOf(
-    const QByteArray &name, const FileCalls &calls, const std::function<bool()> &isStopped)
-{
-    const int fd = openForReading(calls, name);
-    if (fd == -1)
-        return std::nullopt;
-    const auto closer = qScopeGuard([&calls, fd] { calls.close(fd); });
-    struct stat before = {};
-    struct stat after = {};
-    if (calls.fstat(fd, &before) != 0 || !S_ISREG(before.st_mode))
-        return std::nullopt;
-    const auto hash = hashOf(calls, fd, 0, before.st_size, isStopped);
-    if (!hash || calls.fstat(fd, &after) != 0 || FileStamp(after) != FileStamp(before))
-        return std::nullopt;
-    return SeenContent{ FileStamp(before), *hash };
 }
 
 FileVersion::FileVersion(const FileStamp &stamp, const ContentHash &content)
@@ -147,7 +121,7 @@ std::optional<bool> FileVersion::isStartOf(
     const auto closer = qScopeGuard([&calls, fd] { calls.close(fd); });
     const bool isAllRead = m_content.endStart() == 0 || (reading == Reading::All && !hasGrown);
     const qint64 from = isAllRead ? 0 : m_content.endStart();
-    const auto hash = hashOf(calls, fd, from, m_stamp.size, EndOrder::isGiven);
+    const auto hash = hashOf(calls, fd, from, m_stamp.size);
     if (hash && isAllRead && !hasGrown && !now.isYoung())
         noteSeen({ now, *hash });
     if (hash != (isAllRead ? m_content.value() : m_content.endValue()))

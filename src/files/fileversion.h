@@ -5,7 +5,6 @@
 
 #include <QByteArray>
 
-#include <functional>
 #include <optional>
 
 /// What became of a file, compared with what it was.
@@ -15,7 +14,7 @@ enum class FileChange {
     Changed,
     Replaced, ///< another file has its name
     Deleted,
-    /// Its times are others, and it is too large to be compared in passing: see contentOf().
+    /// Its times are others, and it is too large to be compared in passing: see ContentReading.
     Unsure,
 };
 
@@ -39,15 +38,11 @@ struct FileStamp {
 /// Which file has the name now; of no file where there is none, or the disk does not answer. One call.
 FileStamp stampOf(const QByteArray &name, const FileCalls &calls);
 
-/// What a file had in it when it was read through.
+/// What a file had in it when it was read through, see ContentReading.
 struct SeenContent {
     FileStamp stamp;
     quint64 hash = 0; ///< see ContentHash
 };
-/// Reads a file through, in any thread. Nothing where it cannot be read or is written meanwhile, and as soon
-/// as `isStopped` says so.
-std::optional<SeenContent> contentOf(
-    const QByteArray &name, const FileCalls &calls, const std::function<bool()> &isStopped);
 
 /// What a file was when it was read or written, so that it can be told later whether it still is.
 ///

@@ -2,12 +2,12 @@
 
 #include "app/documentfile.h"
 #include "tests/app/testwindow.h"
+#include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <atomic>
 #include <memory>
 #include <utility>
 
@@ -21,6 +21,8 @@ private slots:
     void init();
     void fileThatIsWrittenMeanwhileIsReadOnceMore();
     void tellsOnceHoweverOftenItIsAsked();
+    void tellsNothingOfWhatIsClosedMeanwhile();
+    void tellsNothingOfAnotherFile();
 
 private:
     std::unique_ptr<TestFiles> m_files;
@@ -39,7 +41,7 @@ void ContentReaderTest::init()
 void ContentReaderTest::fileThatIsWrittenMeanwhileIsReadOnceMore()
 {
     const QByteArray name = fullName(*m_editor).toUtf8();
-    std::atomic<int> reads = 0;
+    int reads = 0;
     FileCalls calls = FileCalls::system();
     calls.pread = [&](int file, void *bytes, size_t count, off_t offset) {
         const timespec times[] = { { 1000, 0 }, { 1000, 0 } };
@@ -47,13 +49,15 @@ void ContentReaderTest::fileThatIsWrittenMeanwhileIsReadOnceMore()
             ::utimensat(AT_FDCWD, name.constData(), times, 0);
         return ::pread(file, bytes, count, offset);
     };
-    ContentReader reader(calls);
+    SteppedRunner jobs;
+    ContentReader reader(jobs, calls);
     QList<SeenContent> seen;
     connect(&reader, &ContentReader::seen, this,
         [&](const ctlEditer *, const SeenContent &content) { seen << content; });
     reader.read(m_editor.get());
     reader.read(m_editor.get()); // as the system tells of the writing
-    QTRY_COMPARE(seen.size(), 1);
+    QCOMPARE(jobs.runAll(), 2);
+    QCOMPARE(seen.size(), 1);
     QCOMPARE(seen.first().stamp.modified, qint64{ 1000 } * 1'000'000'000);
     QCOMPARE(seen.first().hash, std::as_const(*m_editor).document().fileVersion().content().value());
 }
@@ -63,13 +67,35 @@ void ContentReaderTest::tellsOnceHoweverOftenItIsAsked()
     m_files->write(u"b"_s, "other");
     ctlEditer other(nullptr);
     QVERIFY(other.loadFile(m_files->folder(), u"b"_s, 0));
-    ContentReader reader;
+    SteppedRunner jobs;
+    ContentReader reader(jobs);
     QList<const ctlEditer *> seen;
     connect(&reader, &ContentReader::seen, this, [&](const ctlEditer *editor) { seen << editor; });
     for (ctlEditer *const editor : { m_editor.get(), m_editor.get(), m_editor.get(), &other })
         reader.read(editor);
-    QTRY_VERIFY(seen.contains(&other));
+    jobs.runAll();
     QCOMPARE(seen, QList<const ctlEditer *>({ m_editor.get(), &other }));
+}
+
+void ContentReaderTest::tellsNothingOfWhatIsClosedMeanwhile()
+{
+    SteppedRunner jobs;
+    ContentReader reader(jobs);
+    connect(&reader, &ContentReader::seen, this, [] { QFAIL("told of a document that is closed"); });
+    reader.read(m_editor.get());
+    m_editor.reset();
+    QCOMPARE(jobs.runAll(), 1);
+}
+
+void ContentReaderTest::tellsNothingOfAnotherFile()
+{
+    SteppedRunner jobs;
+    ContentReader reader(jobs);
+    connect(&reader, &ContentReader::seen, this, [] { QFAIL("told of another file"); });
+    reader.read(m_editor.get());
+    m_files->write(u"b"_s, "other");
+    QVERIFY(m_editor->loadFile(m_files->folder(), u"b"_s, 0));
+    jobs.runAll();
 }
 
 REGISTER_TEST(runWindowTest<ContentReaderTest>)

@@ -21,12 +21,13 @@
 /// The main window with answers in the place of its dialogs.
 class TestWindow : public frmMain {
 public:
-    TestWindow()
+    explicit TestWindow(WindowJobs jobs = {})
         : frmMain(nullptr,
             { [this](QWidget *, frmFileDialog::Mode mode, const FileChoice &start) {
                  return answer(mode, start);
              },
-                [this](QWidget *) { return options(); } })
+                [this](QWidget *) { return options(); } },
+            std::move(jobs))
     {
     }
 

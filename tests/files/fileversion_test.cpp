@@ -1,5 +1,6 @@
 #include "files/fileversion.h"
 
+#include "files/contentreading.h"
 #include "files/readfile.h"
 #include "files/writeobstacle.h"
 #include "tests/files/savedfile.h"
@@ -26,7 +27,6 @@ private slots:
     void largeFileIsKnownByItsEnd();
     void largeFileIsReadThroughByAnother_data();
     void largeFileIsReadThroughByAnother();
-    void contentIsThatOfOneMoment();
     void noFileHasNoChange();
     void unansweredIsNoChange_data();
     void unansweredIsNoChange();
@@ -45,6 +45,12 @@ private:
         FileVersion version;
         readWholeFile(QFile::decodeName(m_name), bytes, version);
         return version;
+    }
+    static std::optional<SeenContent> readThrough(const QByteArray &name)
+    {
+        ContentReading reading(name, FileCalls::system());
+        while (reading.step()) { }
+        return reading.seen();
     }
     /// As if it had been written long ago.
     void age(const QByteArray &name) const
@@ -235,7 +241,7 @@ void FileVersionTest::largeFileIsReadThroughByAnother()
     FileVersion unsure = version;
     QCOMPARE(unsure.changeOf(m_name, calls), FileChange::Unsure);
     QCOMPARE(FileVersion(version).changeOf(m_name, calls, FileVersion::Reading::All), change);
-    const auto seen = contentOf(m_name, calls, [] { return false; });
+    const auto seen = readThrough(m_name);
     QVERIFY(seen);
     unsure.noteSeen(*seen);
     for (int look = 0; look < 2; ++look) {
@@ -247,20 +253,6 @@ void FileVersionTest::largeFileIsReadThroughByAnother()
     unsure = version;
     unsure.noteSeen(*seen);
     QVERIFY(unsure.changeOf(m_name, calls) != FileChange::None);
-}
-
-void FileVersionTest::contentIsThatOfOneMoment()
-{
-    const FileCalls &calls = FileCalls::system();
-    QVERIFY(contentOf(m_name, calls, [] { return false; }));
-    QVERIFY(!contentOf(m_name, calls, [] { return true; }));
-    QVERIFY(!contentOf(m_folder, calls, [] { return false; }));
-    QVERIFY(!contentOf(m_folder + "missing", calls, [] { return false; }));
-    const auto writing = [this] {
-        append("more\n");
-        return false;
-    };
-    QVERIFY(!contentOf(m_name, calls, writing));
 }
 
 void FileVersionTest::noFileHasNoChange()

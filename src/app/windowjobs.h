@@ -1,0 +1,14 @@
+#pragma once
+
+#include "jobs/jobrunner.h"
+
+#include <memory>
+
+/// How a window has done what takes long.
+struct WindowJobs {
+    /// Null: in threads.
+    std::unique_ptr<JobRunner> runner = {};
+    /// Files and texts of fewer bytes or units are read and written in one go: what that takes nobody
+    /// notices, and a sign of it would only flicker.
+    qint64 fewest = qint64{ 8 } << 20;
+};
