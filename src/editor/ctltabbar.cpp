@@ -59,9 +59,10 @@ int ctlTabBar::addTab(ctlEditer *editor, const QString &caption)
 {
     const QScopedValueRollback quiet(m_choosing, false);
     const int id = freeId();
-    const int index = QTabBar::addTab(QString());
+    const QString text = FileName::forDisplay(caption);
+    const int index = QTabBar::addTab(labelOf(text)); // with its text at once: each text lays all tabs out
     setTabData(index, QVariant::fromValue(TabEntry{ id, editor }));
-    setTabCaption(editor, caption);
+    setAccessibleTabName(index, text);
     return id;
 }
 
@@ -82,8 +83,13 @@ void ctlTabBar::setTabCaption(ctlEditer *editor, const QString &caption)
     if (index == -1)
         return;
     const QString text = FileName::forDisplay(caption);
-    setTabText(index, withoutMnemonic(shortened(text)));
+    setTabText(index, labelOf(text));
     setAccessibleTabName(index, text);
+}
+
+QString ctlTabBar::labelOf(const QString &text) const
+{
+    return withoutMnemonic(shortened(text));
 }
 
 QString ctlTabBar::shortened(const QString &caption) const

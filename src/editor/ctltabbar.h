@@ -39,6 +39,7 @@ public:
     /// The caption a tab shows for a text: the shortest beginning of whole characters that is wider than 160
     /// pixels, followed by "..."; the whole text where only the whole text is wider.
     QString shortened(const QString &caption) const;
+    QString labelOf(const QString &text) const;
 
 public slots:
     /// Emits currentChanged() with the editor of this id; nothing for an id that has no tab.
