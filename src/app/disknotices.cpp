@@ -30,7 +30,9 @@ DiskNotices::DiskNotices(
 {
     window.installEventFilter(this);
     connect(&documents, &DocumentArea::added, this, &DiskNotices::listenTo);
-    connect(&documents, &DocumentArea::currentChanged, this, &DiskNotices::showDocument);
+    m_shownTurn.setSingleShot(true);
+    connect(&documents, &DocumentArea::currentChanged, &m_shownTurn, qOverload<>(&QTimer::start));
+    connect(&m_shownTurn, &QTimer::timeout, this, [this] { showDocument(m_documents.current()); });
     connect(&documents, &DocumentArea::closed, this, &DiskNotices::forget);
     connect(&m_watch, &DiskWatch::happened, this, [this] { showDocument(m_documents.current()); });
     connect(&m_watch, &DiskWatch::happenedIn, this, &DiskNotices::noteFolders);

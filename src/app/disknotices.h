@@ -63,4 +63,5 @@ private:
     QList<ctlEditer *> m_hidden; ///< to be looked at, without being shown
     QTimer m_hiddenTurn;
     QTimer m_foldersTurn; ///< puts off what many documents at once would do again and again
+    QTimer m_shownTurn; ///< likewise
 };

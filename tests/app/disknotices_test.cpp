@@ -404,7 +404,7 @@ void DiskNoticesTest::looksWhenTheTabIsShown()
     m_window->setDocument(m_files->write(u"b.txt"_s, "b\n"));
     m_files->write(u"a.txt"_s, "new\n");
     m_window->slotCmdViewWinPrev();
-    QCOMPARE(m_strip->text(), changedText);
+    QTRY_COMPARE(m_strip->text(), changedText);
     m_window->slotCmdViewWinNext();
     QVERIFY(!m_strip->isShown());
 }
