@@ -1,5 +1,6 @@
 #include "document/textdocument.h"
 #include "tests/document/documentfolder.h"
+#include "tests/files/readthrough.h"
 #include "tests/testprogram.h"
 
 #include <QSignalSpy>
@@ -236,7 +237,7 @@ void OtherProgramsTest::largeTouchedFileIsNoNews()
         const timespec times[] = { { 1000, 0 }, { 1000, 0 } };
         QCOMPARE(::utimensat(AT_FDCWD, bytesName().constData(), times, 0), 0);
         QCOMPARE(document->fileChange(), FileChange::Unsure);
-        const auto seen = contentOf(bytesName(), FileCalls::system(), [] { return false; });
+        const auto seen = readThrough(bytesName());
         QVERIFY(seen);
         if (!isChanged) {
             QCOMPARE(document->fileChange(seen), FileChange::None);
@@ -263,7 +264,7 @@ void OtherProgramsTest::largeFileThatWasSavedMayGrow()
     QCOMPARE(document->fileChange(), FileChange::Grown);
     QVERIFY(document->readGrowth());
     QCOMPARE(document->fileChange(), FileChange::None);
-    const auto seen = contentOf(bytesName(), FileCalls::system(), [] { return false; });
+    const auto seen = readThrough(bytesName());
     QVERIFY(seen && seen->hash == document->fileVersion().content().value());
 }
 

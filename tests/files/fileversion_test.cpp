@@ -1,8 +1,8 @@
 #include "files/fileversion.h"
 
-#include "files/contentreading.h"
 #include "files/readfile.h"
 #include "files/writeobstacle.h"
+#include "tests/files/readthrough.h"
 #include "tests/files/savedfile.h"
 #include "tests/testprogram.h"
 
@@ -45,12 +45,6 @@ private:
         FileVersion version;
         readWholeFile(QFile::decodeName(m_name), bytes, version);
         return version;
-    }
-    static std::optional<SeenContent> readThrough(const QByteArray &name)
-    {
-        ContentReading reading(name, FileCalls::system());
-        while (reading.step()) { }
-        return reading.seen();
     }
     /// As if it had been written long ago.
     void age(const QByteArray &name) const
