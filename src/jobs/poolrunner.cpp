@@ -1,52 +1,8 @@
 #include "jobs/poolrunner.h"
 
+#include "jobs/spread.h"
+
 #include <QThread>
-
-#include <algorithm>
-
-namespace {
-
-/// The parts of a step. Who helps may come when all parts are made, and the step is over.
-class Parts {
-public:
-    Parts(int count, const std::function<void(int)> &part)
-        : m_count(count)
-        , m_part(part)
-    {
-    }
-
-    /// Makes parts until none is left.
-    void make()
-    {
-        std::unique_lock lock(m_mutex);
-        while (m_next < m_count) {
-            const int number = m_next++;
-            ++m_beingMade;
-            lock.unlock();
-            m_part(number);
-            lock.lock();
-            --m_beingMade;
-        }
-        if (m_beingMade == 0)
-            m_areMade.notify_all();
-    }
-
-    void wait()
-    {
-        std::unique_lock lock(m_mutex);
-        m_areMade.wait(lock, [this] { return m_beingMade == 0; });
-    }
-
-private:
-    const int m_count;
-    const std::function<void(int)> &m_part; ///< lives while there are parts to be made
-    std::mutex m_mutex; ///< for what follows
-    std::condition_variable m_areMade;
-    int m_next = 0;
-    int m_beingMade = 0;
-};
-
-} // namespace
 
 PoolRunner::Turn::Turn(PoolRunner &runner)
     : m_runner(runner)
@@ -79,11 +35,8 @@ int PoolRunner::threads() const
 
 void PoolRunner::spread(int count, const std::function<void(int)> &part)
 {
-    const auto parts = std::make_shared<Parts>(count, part);
-    for (int helpers = std::min(count, threads()) - 1; helpers > 0; --helpers)
-        post([parts] { parts->make(); });
-    parts->make();
-    parts->wait();
+    spreadOver(
+        threads() - 1, [this](Task task) { post(std::move(task)); }, count, part);
 }
 
 void PoolRunner::start(JobRun &run)

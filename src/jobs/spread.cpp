@@ -1,0 +1,75 @@
+#include "jobs/spread.h"
+
+#include <QThread>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+
+namespace {
+
+/// The parts of a step. Who helps may come when all parts are made, and the step is over.
+class Parts {
+public:
+    Parts(int count, const std::function<void(int)> &part)
+        : m_count(count)
+        , m_part(part)
+    {
+    }
+
+    /// Makes parts until none is left.
+    void make()
+    {
+        std::unique_lock lock(m_mutex);
+        while (m_next < m_count) {
+            const int number = m_next++;
+            ++m_beingMade;
+            lock.unlock();
+            m_part(number);
+            lock.lock();
+            --m_beingMade;
+        }
+        if (m_beingMade == 0)
+            m_areMade.notify_all();
+    }
+
+    void wait()
+    {
+        std::unique_lock lock(m_mutex);
+        m_areMade.wait(lock, [this] { return m_beingMade == 0; });
+    }
+
+private:
+    const int m_count;
+    const std::function<void(int)> &m_part; ///< lives while there are parts to be made
+    std::mutex m_mutex; ///< for what follows
+    std::condition_variable m_areMade;
+    int m_next = 0;
+    int m_beingMade = 0;
+};
+
+} // namespace
+
+void spreadOver(int helpers, const std::function<void(std::function<void()>)> &post, int count,
+    const std::function<void(int)> &part)
+{
+    const auto parts = std::make_shared<Parts>(count, part);
+    for (int left = std::min(helpers, count - 1); left > 0; --left)
+        post([parts] { parts->make(); });
+    parts->make();
+    parts->wait();
+}
+
+void makeOneByOne(int count, const std::function<void(int)> &part)
+{
+    for (int i = 0; i < count; ++i)
+        part(i);
+}
+
+void spreadOverThreads(int count, const std::function<void(int)> &part)
+{
+    const auto post = [](const std::function<void()> &task) { QThreadPool::globalInstance()->start(task); };
+    spreadOver(QThread::idealThreadCount() - 1, post, count, part);
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <functional>
+
+/// Calls a function with 0 to `count` - 1, in several threads at once, and returns when all have returned.
+using Spread = std::function<void(int count, const std::function<void(int)> &part)>;
+
+/// Such a one: by this thread and up to `helpers` others, which `post` gives what they are to do. Parts that
+/// nobody has begun when this thread comes to them are its own, so that it never waits for a busy helper.
+void spreadOver(int helpers, const std::function<void(std::function<void()>)> &post, int count,
+    const std::function<void(int)> &part);
+/// By this thread alone.
+void makeOneByOne(int count, const std::function<void(int)> &part);
+/// By this thread and the toolkit's own pool, as many as there are processors.
+void spreadOverThreads(int count, const std::function<void(int)> &part);
