@@ -17,6 +17,15 @@ std::unique_ptr<quint16[]> unknownWidths()
     return widths;
 }
 
+std::unique_ptr<quint16[]> copyOf(const std::unique_ptr<quint16[]> &widths)
+{
+    if (!widths)
+        return {};
+    auto copy = std::make_unique_for_overwrite<quint16[]>(unitCount);
+    std::copy_n(widths.get(), unitCount, copy.get());
+    return copy;
+}
+
 } // namespace
 
 AdvanceTable::AdvanceTable(Measure measure)
@@ -27,6 +36,15 @@ AdvanceTable::AdvanceTable(Measure measure)
         if (unit != '\t' && unit != '\n')
             m_latin1[unit] = quint16(advance(char16_t(unit)));
     }
+}
+
+AdvanceTable::AdvanceTable(const AdvanceTable &known, Measure measure)
+    : m_measure(std::move(measure))
+    , m_latin1(known.m_latin1)
+    , m_units(copyOf(known.m_units))
+    , m_others(copyOf(known.m_others))
+    , m_supplementary(known.m_supplementary)
+{
 }
 
 int AdvanceTable::advanceOf(char32_t codePoint) const

@@ -18,6 +18,8 @@ public:
     using Measure = std::function<int(char32_t codePoint)>;
     static constexpr quint16 unknown = 0xffff;
     explicit AdvanceTable(Measure measure);
+    /// Knows what `known` knows, and measures the rest in another way.
+    AdvanceTable(const AdvanceTable &known, Measure measure);
 
     /// Width of any unit but the two halves of a surrogate pair.
     int advance(char16_t unit) const

@@ -220,12 +220,33 @@ TextSummary sumText(const char16_t *text, qint64 size, const TextLayout &layout)
     return sumAny(text, size, layout);
 }
 
+/// The same for text of one width without TABs: distances do.
+template <typename Unit>
+void addEvenBreaks(
+    TextSummary &summary, const Unit *text, qint64 size, const TextLayout &layout, qint64 begin)
+{
+    const qint64 unitsOfRow = qMax<qint64>(1, layout.limit() / summary.even);
+    NextUnit<Unit> lineEnd(text, size, '\n');
+    for (qint64 end; begin <= size; begin = end + 1) {
+        end = lineEnd.at(begin);
+        const qint64 breaks = end - begin > unitsOfRow ? (end - begin - 1) / unitsOfRow : 0;
+        summary.breaks += breaks;
+        summary.tailFill = (end - begin - breaks * unitsOfRow) * summary.even;
+    }
+}
+
 /// Breaks behind the first LF, and the x at the end.
 template <typename Unit>
 void addBreaks(TextSummary &summary, const Unit *text, qint64 size, const TextLayout &layout)
 {
+    if (qMax(summary.widest, summary.tail) <= layout.limit()) {
+        summary.tailFill = summary.tail;
+        return;
+    }
     using Scan = RowScan<Unit>;
     const qint64 begin = NextUnit<Unit>(text, size, '\n').at(0) + 1;
+    if (summary.even > 0 && NextUnit<Unit>(text, size, '\t').at(begin) == size)
+        return addEvenBreaks(summary, text, size, layout, begin);
     Scan scan(text, size, layout, summary.even, begin, 0);
     for (auto event = scan.next(); event != Scan::Event::None; event = scan.next())
         summary.breaks += event == Scan::Event::Break;

@@ -39,6 +39,12 @@ TextLayout::TextLayout(const LayoutRule &rule, const NodeSizes &sizes)
         m_asciiWidth = *first;
 }
 
+TextLayout::TextLayout(const TextLayout &other, const AdvanceTable &advances)
+    : TextLayout(other)
+{
+    m_rule.advances = m_advances = &advances;
+}
+
 bool TextLayout::isWithinLimit(QStringView text) const
 {
     Subpixels x = 0;

@@ -59,8 +59,11 @@ struct TextSummary {
 class TextLayout {
 public:
     TextLayout(const LayoutRule &rule, const NodeSizes &sizes);
+    /// The same layout with the same widths in another table: what was measured by one was measured by both.
+    TextLayout(const TextLayout &other, const AdvanceTable &advances);
 
     const LayoutRule &rule() const { return m_rule; }
+    const AdvanceTable &advances() const { return *m_advances; }
     const NodeSizes &sizes() const { return m_sizes; }
     bool wraps() const { return m_rule.limit > 0; }
     Subpixels limit() const { return m_rule.limit; }

@@ -1,6 +1,7 @@
 #include "text/textstore.h"
 
 #include "text/graphemes.h"
+#include "text/layoutcopy.h"
 #include "text/leafchunk.h"
 #include "text/openleaf.h"
 #include "text/rowflow.h"
@@ -9,8 +10,8 @@
 
 class TextStore::Private {
 public:
-    Private(const LayoutRule &rule, const NodeSizes &sizes)
-        : layout(rule, sizes)
+    explicit Private(const TextLayout &ownLayout)
+        : layout(ownLayout)
     {
     }
 
@@ -132,7 +133,12 @@ TextStore::TextStore()
 }
 
 TextStore::TextStore(const LayoutRule &rule, const NodeSizes &sizes)
-    : d(std::make_unique<Private>(rule, sizes))
+    : TextStore(TextLayout(rule, sizes))
+{
+}
+
+TextStore::TextStore(const TextLayout &layout)
+    : d(std::make_unique<Private>(layout))
 {
 }
 
@@ -173,6 +179,11 @@ const NodeSizes &TextStore::nodeSizes() const
 const LayoutRule &TextStore::layoutRule() const
 {
     return d->layout.rule();
+}
+
+const TextLayout &TextStore::layout() const
+{
+    return d->layout;
 }
 
 void TextStore::setLayoutRule(const LayoutRule &rule)
@@ -282,6 +293,14 @@ void TextStore::append(TextStore &&other)
     d->isSpelledWhenEmpty = length() == 0;
 }
 
+void TextStore::forgetLayout()
+{
+    TextTree tree = d->tree();
+    d->setTree({});
+    ::forgetLayout(tree);
+    d->setTree(std::move(tree));
+}
+
 TextStore::Row TextStore::row(RowIndex row) const
 {
     Q_ASSERT(row >= RowIndex() && row <= lastRow());
@@ -381,8 +400,8 @@ void TextStore::checkInvariants() const
 
 class TextStore::Builder::Private {
 public:
-    Private(const LayoutRule &rule, const NodeSizes &sizes)
-        : store(rule, sizes)
+    explicit Private(const TextLayout &layout)
+        : store(layout)
         , tree(store.d->layout)
     {
     }
@@ -392,7 +411,12 @@ public:
 };
 
 TextStore::Builder::Builder(const LayoutRule &rule, const NodeSizes &sizes)
-    : d(std::make_unique<Private>(rule, sizes))
+    : d(std::make_unique<Private>(TextLayout(rule, sizes)))
+{
+}
+
+TextStore::Builder::Builder(const LayoutCopy &layout)
+    : d(std::make_unique<Private>(layout.layout()))
 {
 }
 
@@ -414,12 +438,10 @@ void TextStore::Builder::spell(QByteArrayView bytes)
 
 TextStore TextStore::Builder::finish()
 {
-    const LayoutRule rule = d->store.layoutRule();
-    const NodeSizes sizes = d->store.nodeSizes();
     d->store.d->setTree(d->tree.finish());
     d->store.d->endSpelling = d->tree.lastSpelling();
     d->store.d->isSpelledWhenEmpty = d->store.length() == 0;
     TextStore finished = std::move(d->store);
-    d = std::make_unique<Private>(rule, sizes);
+    d = std::make_unique<Private>(finished.layout());
     return finished;
 }

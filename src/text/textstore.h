@@ -50,6 +50,8 @@ struct TextChunk {
 };
 
 struct TextTree;
+class LayoutCopy;
+class TextLayout;
 class TextPiece;
 
 /// Text of one document, cut into lines by LF and into display rows by a layout rule.
@@ -96,6 +98,8 @@ public:
 
     const NodeSizes &nodeSizes() const;
     const LayoutRule &layoutRule() const;
+    /// For whoever builds trees that are to be laid out like this one.
+    const TextLayout &layout() const;
     /// Lays the whole text out anew, also for a rule equal to the one before (its advances may have changed):
     /// O(n), the one operation that is.
     void setLayoutRule(const LayoutRule &rule);
@@ -127,8 +131,11 @@ public:
     /// leaf of its text copied.
     void insert(Offset offset, const TextPiece &piece);
     /// Puts another store, of nodes of the same sizes, behind this one, with what stood behind its text: what
-    /// comes of a text that is built in parts, wherever it was cut. Its text is measured anew.
+    /// comes of a text that is built in parts, wherever it was cut. O(log n) if it was built by a copy of
+    /// this one's layout, else its text is measured.
     void append(TextStore &&other);
+    /// The store is only to be appended to another one, where it is measured anew.
+    void forgetLayout();
 
     Row row(RowIndex row) const;
     RowIndex lastRow() const { return RowIndex(rowCount() - 1); }
@@ -160,6 +167,8 @@ public:
     void checkInvariants() const;
 
 private:
+    explicit TextStore(const TextLayout &layout);
+
     class Private;
     std::unique_ptr<Private> d;
     friend class Builder;
@@ -203,6 +212,9 @@ public:
     explicit Builder(const LayoutRule &rule, const NodeSizes &sizes = {});
     Builder(Builder &&) noexcept;
     ~Builder();
+    /// For a text that is appended to the store of which the layout is, built in any thread. The finished
+    /// store must be gone or appended before `layout` is.
+    explicit Builder(const LayoutCopy &layout);
     /// Each byte one character U+0000..U+00FF.
     void append(QByteArrayView latin1);
     void append(QStringView text);

@@ -261,6 +261,16 @@ std::pair<TextTree, TextTree> split(TextTree &&tree, Offset offset, const TextLa
         join(std::move(right), std::move(last), layout) };
 }
 
+void forgetLayout(TextTree &tree)
+{
+    if (tree.isEmpty() || tree.isLeaf())
+        return;
+    TextInner &node = innerOf(tree);
+    node.stamp = 0;
+    for (TextTree &child : node)
+        forgetLayout(child);
+}
+
 void layOut(TextTree &tree, const TextLayout &layout)
 {
     if (tree.isEmpty())

@@ -30,6 +30,8 @@ std::pair<TextTree, TextTree> split(TextTree &&tree, Offset offset, const TextLa
 void summarise(TextTree &tree, const TextLayout &layout);
 /// The tree under a node that is not to be shown but to be joined with others: stays measured as it is.
 TextTree looseTreeUnder(TextNodeRef node, const TextLayout &layout);
+/// Has a tree that nobody else holds measured anew by the next layOut().
+void forgetLayout(TextTree &tree);
 /// Measures the nodes that were not measured by `layout`.
 void layOut(TextTree &tree, const TextLayout &layout);
 
