@@ -8,18 +8,13 @@ namespace {
 /// Hands decoded blocks on to the store that is being built.
 class StoreSink : public TextCodec::TextSink {
 public:
-    explicit StoreSink(const LayoutRule &rule)
-        : m_builder(rule)
+    explicit StoreSink(TextStore::Builder &&builder)
+        : m_builder(std::move(builder))
     {
     }
-    void latin1(QByteArrayView characters) override
-    {
-        EndOrder::obeyIfGiven();
-        m_builder.append(characters);
-    }
+    void latin1(QByteArrayView characters) override { m_builder.append(characters); }
     void utf16(QStringView text) override
     {
-        EndOrder::obeyIfGiven();
         m_undecodable += loneSurrogates(text);
         m_builder.append(text);
     }
@@ -30,6 +25,22 @@ public:
 private:
     qint64 m_undecodable = 0;
     TextStore::Builder m_builder;
+};
+
+/// The same, where the process waits for it.
+class AwaitedSink : public StoreSink {
+public:
+    using StoreSink::StoreSink;
+    void latin1(QByteArrayView characters) override
+    {
+        EndOrder::obeyIfGiven();
+        StoreSink::latin1(characters);
+    }
+    void utf16(QStringView text) override
+    {
+        EndOrder::obeyIfGiven();
+        StoreSink::utf16(text);
+    }
 };
 
 } // namespace
@@ -43,10 +54,18 @@ void TextCodec::TextSink::spelling(QByteArrayView bytes)
 
 TextStore TextCodec::decode(QByteArrayView bytes, const LayoutRule &rule, qint64 *undecodable) const
 {
-    StoreSink sink(rule);
+    AwaitedSink sink{ TextStore::Builder(rule) };
     decode(bytes, sink);
     if (undecodable)
         *undecodable = sink.undecodable();
+    return sink.finish();
+}
+
+TextStore TextCodec::decode(QByteArrayView bytes, const LayoutCopy &layout, qint64 &undecodable) const
+{
+    StoreSink sink{ TextStore::Builder(layout) };
+    decode(bytes, sink);
+    undecodable = sink.undecodable();
     return sink.finish();
 }
 

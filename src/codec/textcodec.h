@@ -1,5 +1,6 @@
 #pragma once
 
+#include "text/layoutcopy.h"
 #include "text/textstore.h"
 
 #include <QByteArray>
@@ -53,6 +54,8 @@ public:
     virtual void decode(QByteArrayView bytes, TextSink &sink) const = 0;
     /// The same, into a store; tells, if wanted, how many bytes could not be decoded.
     TextStore decode(QByteArrayView bytes, const LayoutRule &rule, qint64 *undecodable = nullptr) const;
+    /// The same, into a part of a store: in any thread, see TextStore::Builder.
+    TextStore decode(QByteArrayView bytes, const LayoutCopy &layout, qint64 &undecodable) const;
     /// Encodes the text that `next` gives; false when the sink refused.
     virtual bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const = 0;
     /// Which of the chunk's units, at `from` or behind it, begins the first character that has no code and is

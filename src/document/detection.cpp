@@ -12,12 +12,12 @@ constexpr char lf = 10;
 constexpr uchar escapeCharacter = 27;
 constexpr uchar firstPlain = 28;
 
-const uchar *beginOf(const QByteArray &bytes)
+const uchar *beginOf(QByteArrayView bytes)
 {
-    return reinterpret_cast<const uchar *>(bytes.constData());
+    return reinterpret_cast<const uchar *>(bytes.data());
 }
 
-const uchar *endOf(const QByteArray &bytes)
+const uchar *endOf(QByteArrayView bytes)
 {
     return beginOf(bytes) + bytes.size();
 }
@@ -29,35 +29,39 @@ const uchar *find(const uchar *from, const uchar *end, int byte)
     return found ? static_cast<const uchar *>(found) : end;
 }
 
-/// What the first look at a file finds out: one walk over it as UTF-8.
-struct Utf8Pass {
-    bool isBinary = false; ///< met a NUL; the rest is then not known
-    bool isUtf8 = false; ///< reached the end
-    bool hasEscape = false; ///< met the escape character as a character
-    bool isPlain = true; ///< nothing but bytes 28..127
+/// What a loop over bytes sees that the compiler turns into vector instructions.
+struct Glance {
+    uchar all = 0; ///< the bits of all bytes
+    uchar least = 0xFF;
+    bool hasEscape = false;
 };
 
-/// Over ASCII without NUL, eight bytes at a time; fewer than eight may remain before anything else.
-const uchar *passAsciiWords(const uchar *in, const uchar *end, Utf8Pass &pass)
+Glance glanceAt(const uchar *in, const uchar *end)
 {
-    quint64 escapes = 0;
-    quint64 controls = 0;
-    while (end - in >= asciiwords::wordSize) {
-        const quint64 word = asciiwords::loadWord(in);
-        if ((asciiwords::highBytes(word) | asciiwords::bytesEqual(word, 0)) != 0)
-            break;
-        escapes |= asciiwords::bytesEqual(word, escapeCharacter);
-        controls |= asciiwords::bytesLess(word, firstPlain);
-        in += asciiwords::wordSize;
+    Glance glance;
+    uchar escapes = 0;
+    for (; in != end; ++in) {
+        glance.all |= *in;
+        glance.least = std::min(glance.least, *in);
+        escapes |= *in == escapeCharacter ? uchar{ 1 } : uchar{ 0 };
     }
-    pass.hasEscape |= escapes != 0;
-    pass.isPlain &= controls == 0;
-    return in;
+    glance.hasEscape = escapes != 0;
+    return glance;
+}
+
+constexpr bool isHighByte(uchar byte)
+{
+    return byte >= 0x80;
+}
+
+constexpr bool isContinuation(uchar byte)
+{
+    return (byte & 0xC0) == 0x80;
 }
 
 const uchar *passThreeByteCharacters(const uchar *in, const uchar *end)
 {
-    while (end - in >= 3 && (in[0] & 0xF0) == 0xE0 && (in[1] & 0xC0) == 0x80 && (in[2] & 0xC0) == 0x80)
+    while (end - in >= 3 && (in[0] & 0xF0) == 0xE0 && isContinuation(in[1]) && isContinuation(in[2]))
         in += 3;
     return in;
 }
@@ -67,63 +71,6 @@ int continuationBytes(uchar lead)
     if (lead >= 0xC0 && lead <= 0xDF)
         return 1;
     return lead >= 0xE0 && lead <= 0xEF ? 2 : 0;
-}
-
-/// Over one character that is not ASCII; null when the pass ends there, which `pass` then tells about.
-const uchar *passLongCharacter(const uchar *in, const uchar *end, Utf8Pass &pass)
-{
-    pass.isPlain = false;
-    int owed = continuationBytes(*in++);
-    if (owed == 0)
-        return nullptr;
-    for (; owed > 0 && in != end; --owed, ++in) {
-        pass.isBinary = *in == 0;
-        if ((*in & 0xC0) != 0x80)
-            return nullptr;
-    }
-    return in;
-}
-
-Utf8Pass utf8Pass(const uchar *in, const uchar *end)
-{
-    Utf8Pass pass;
-    while (in != end) {
-        if (*in >= 0x80) {
-            in = passLongCharacter(in, end, pass);
-            if (!in)
-                return pass;
-            in = passThreeByteCharacters(in, end);
-            continue;
-        }
-        in = passAsciiWords(in, end, pass);
-        for (; in != end && *in < 0x80; ++in) {
-            if (*in == 0) {
-                pass.isBinary = true;
-                return pass;
-            }
-            pass.hasEscape |= *in == escapeCharacter;
-            pass.isPlain &= *in >= firstPlain;
-        }
-    }
-    pass.isUtf8 = true;
-    return pass;
-}
-
-/// Whether ESC $ B, ESC $ @, ESC ( I, ESC ( B or ESC ( J occurs. A byte that breaks off a sequence is not
-/// looked at again: ESC ESC $ B is none.
-bool hasJisEscape(const uchar *in, const uchar *end)
-{
-    while ((in = find(in, end, escapeCharacter)) != end) {
-        const qsizetype left = end - in;
-        const uchar kind = left >= 2 ? in[1] : uchar{ 0 };
-        const uchar last = left >= 3 ? in[2] : uchar{ 0 };
-        if (kind == '$' && (last == 'B' || last == '@'))
-            return true;
-        if (kind == '(' && (last == 'I' || last == 'B' || last == 'J'))
-            return true;
-        in += std::min<qsizetype>(left, kind == '$' || kind == '(' ? 3 : 2);
-    }
-    return false;
 }
 
 /// Whether a byte occurs that only Shift-JIS has: 81..9E, but not 8E, which EUC has too.
@@ -143,34 +90,164 @@ bool hasShiftJisByte(const uchar *in, const uchar *end)
 
 } // namespace
 
-CharCode detectCharCode(const QByteArray &bytes, CharCode defaultCode)
+void CodeDetection::add(QByteArrayView bytes)
 {
-    if (bytes.isEmpty())
-        return defaultCode;
-    if (bytes.startsWith("\xFF\xFE"))
-        return CharCode::Unicode;
-    const uchar *const begin = beginOf(bytes);
-    const uchar *const end = endOf(bytes);
-    const Utf8Pass pass = utf8Pass(begin, end);
-    if (pass.isBinary)
-        return CharCode::Binary;
-    if (pass.isUtf8 && !pass.hasEscape)
-        return pass.isPlain ? CharCode::Ascii : CharCode::Utf8;
-    if (hasJisEscape(begin, end))
-        return CharCode::Jis;
-    return hasShiftJisByte(begin, end) ? CharCode::ShiftJis : CharCode::Euc;
+    constexpr qsizetype block = 16384; // is at hand for all that look at it
+    for (; !bytes.isEmpty(); bytes = bytes.sliced(std::min(block, bytes.size()))) {
+        const uchar *const in = beginOf(bytes);
+        const uchar *const end = in + std::min(block, bytes.size());
+        for (const uchar *at = in; m_started < 2 && at != end; ++at)
+            m_start[m_started++] = *at;
+        const Glance glance = glanceAt(in, end);
+        m_hasHigh |= isHighByte(glance.all);
+        if (m_pass == Pass::GoesOn && m_owed == 0 && !isHighByte(glance.all) && glance.least > 0) {
+            m_hasEscape |= glance.hasEscape;
+            m_isPlain &= glance.least >= firstPlain;
+        } else if (m_pass == Pass::GoesOn) {
+            pass(in, end);
+        }
+        if (glance.hasEscape || m_jis != JisState::Start)
+            lookForJis(in, end);
+        if (isHighByte(glance.all) && !m_hasShiftJisByte)
+            m_hasShiftJisByte = hasShiftJisByte(in, end);
+    }
 }
 
-ReturnCode detectReturnCode(const QByteArray &bytes, ReturnCode defaultCode)
+/// Goes on with the walk as far as it goes.
+void CodeDetection::pass(const uchar *in, const uchar *end)
 {
-    const uchar *const begin = beginOf(bytes);
-    const uchar *const end = endOf(bytes);
-    const uchar *const firstLf = find(begin, end, lf);
-    const uchar *const firstCr = find(begin, firstLf, cr);
-    if (firstCr == firstLf)
-        return firstLf == end ? defaultCode : ReturnCode::Lf;
-    const uchar *const behind = std::find_if(firstCr, end, [](uchar byte) { return byte != cr; });
-    if (behind == end)
+    in = passOwed(in, end);
+    while (in != end && m_pass == Pass::GoesOn) {
+        if (!isHighByte(*in)) {
+            in = passAscii(in, end);
+        } else {
+            in = passCharacter(in, end);
+            if (m_pass == Pass::GoesOn && m_owed == 0)
+                in = passThreeByteCharacters(in, end);
+        }
+    }
+}
+
+/// Over the rest of a character.
+const uchar *CodeDetection::passOwed(const uchar *in, const uchar *end)
+{
+    for (; m_owed > 0 && in != end; --m_owed, ++in) {
+        if (!isContinuation(*in)) {
+            m_pass = *in == 0 ? Pass::Binary : Pass::Ended;
+            return in;
+        }
+    }
+    return in;
+}
+
+/// Over ASCII, most of it eight bytes at a time.
+const uchar *CodeDetection::passAscii(const uchar *in, const uchar *end)
+{
+    quint64 escapes = 0;
+    quint64 controls = 0;
+    while (end - in >= asciiwords::wordSize) {
+        const quint64 word = asciiwords::loadWord(in);
+        if ((asciiwords::highBytes(word) | asciiwords::bytesEqual(word, 0)) != 0)
+            break;
+        escapes |= asciiwords::bytesEqual(word, escapeCharacter);
+        controls |= asciiwords::bytesLess(word, firstPlain);
+        in += asciiwords::wordSize;
+    }
+    m_hasEscape |= escapes != 0;
+    m_isPlain &= controls == 0;
+    for (; in != end && !isHighByte(*in); ++in) {
+        if (*in == 0) {
+            m_pass = Pass::Binary;
+            return in;
+        }
+        m_hasEscape |= *in == escapeCharacter;
+        m_isPlain &= *in >= firstPlain;
+    }
+    return in;
+}
+
+/// Over one character that is not ASCII.
+const uchar *CodeDetection::passCharacter(const uchar *in, const uchar *end)
+{
+    m_isPlain = false;
+    m_owed = continuationBytes(*in++);
+    if (m_owed == 0)
+        m_pass = Pass::Ended;
+    return passOwed(in, end);
+}
+
+/// Whether ESC $ B, ESC $ @, ESC ( I, ESC ( B or ESC ( J occurs. A byte that breaks off a sequence is not
+/// looked at again: ESC ESC $ B is none.
+void CodeDetection::lookForJis(const uchar *in, const uchar *end)
+{
+    for (; in != end && m_jis != JisState::Found; ++in) {
+        switch (m_jis) {
+        case JisState::Start:
+            in = find(in, end, escapeCharacter);
+            if (in == end)
+                return;
+            m_jis = JisState::Escape;
+            break;
+        case JisState::Escape:
+            m_jis = *in == '$' ? JisState::Dollar : *in == '(' ? JisState::Parenthesis : JisState::Start;
+            break;
+        case JisState::Dollar:
+            m_jis = *in == 'B' || *in == '@' ? JisState::Found : JisState::Start;
+            break;
+        case JisState::Parenthesis:
+            m_jis = *in == 'I' || *in == 'B' || *in == 'J' ? JisState::Found : JisState::Start;
+            break;
+        case JisState::Found:
+            break;
+        }
+    }
+}
+
+CharCode CodeDetection::code(CharCode defaultCode) const
+{
+    if (m_started == 0)
         return defaultCode;
-    return *behind == lf ? ReturnCode::CrLf : ReturnCode::Cr;
+    if (m_start[0] == 0xFF && m_start[1] == 0xFE)
+        return CharCode::Unicode;
+    if (m_pass == Pass::Binary)
+        return CharCode::Binary;
+    if (m_pass == Pass::GoesOn && !m_hasEscape)
+        return m_isPlain ? CharCode::Ascii : CharCode::Utf8;
+    if (m_jis == JisState::Found)
+        return CharCode::Jis;
+    return m_hasShiftJisByte ? CharCode::ShiftJis : CharCode::Euc;
+}
+
+void LineEndDetection::add(QByteArrayView bytes)
+{
+    if (m_found)
+        return;
+    const uchar *in = beginOf(bytes);
+    const uchar *const end = endOf(bytes);
+    if (!m_sawCr) {
+        const uchar *const firstLf = find(in, end, lf);
+        in = find(in, firstLf, cr);
+        m_sawCr = in != firstLf;
+        if (!m_sawCr && firstLf != end)
+            m_found = ReturnCode::Lf;
+    }
+    if (!m_sawCr)
+        return;
+    in = std::find_if(in, end, [](uchar byte) { return byte != cr; });
+    if (in != end)
+        m_found = *in == lf ? ReturnCode::CrLf : ReturnCode::Cr;
+}
+
+CharCode detectCharCode(QByteArrayView bytes, CharCode defaultCode)
+{
+    CodeDetection detection;
+    detection.add(bytes);
+    return detection.code(defaultCode);
+}
+
+ReturnCode detectReturnCode(QByteArrayView bytes, ReturnCode defaultCode)
+{
+    LineEndDetection detection;
+    detection.add(bytes);
+    return detection.found().value_or(defaultCode);
 }

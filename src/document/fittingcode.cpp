@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr qsizetype sliceBytes = 65536;
-
 /// Takes text, and notes whether it has the escape of a byte.
 class FaultFinder : public TextCodec::TextSink {
 public:
@@ -27,28 +25,23 @@ bool hasNoState(CharCode code)
     return code == CharCode::Utf8 || code == CharCode::ShiftJis || code == CharCode::Euc;
 }
 
-/// The end of the last line that ends in a slice or, where none does, of the first behind it.
-qsizetype endOfSlice(QByteArrayView bytes)
+bool fitsAtOnce(QByteArrayView bytes, CharCode code)
 {
-    if (bytes.size() <= sliceBytes)
-        return bytes.size();
-    const qsizetype last = bytes.first(sliceBytes).lastIndexOf('\n');
-    const qsizetype end = last == -1 ? bytes.indexOf('\n', sliceBytes) : last;
-    return end == -1 ? bytes.size() : end + 1;
+    FaultFinder finder;
+    infoOf(code).codec().decode(bytes, finder);
+    return !finder.hasFault();
 }
 
-bool fits(QByteArrayView bytes, CharCode code)
+bool fits(const ByteBlocks &blocks, CharCode code)
 {
-    const TextCodec &codec = infoOf(code).codec();
-    while (!bytes.isEmpty()) {
-        const qsizetype end = hasNoState(code) ? endOfSlice(bytes) : bytes.size();
-        FaultFinder finder;
-        codec.decode(bytes.first(end), finder);
-        if (finder.hasFault())
-            return false;
-        bytes = bytes.sliced(end);
+    bool isFitting = true;
+    if (hasNoState(code)) {
+        blocks([&](QByteArrayView bytes) { return isFitting = fitsAtOnce(bytes, code); });
+        return isFitting;
     }
-    return true;
+    QByteArray all;
+    blocks([&all](QByteArrayView bytes) { return all += bytes, true; });
+    return fitsAtOnce(all, code);
 }
 
 bool isHigh(char byte)
@@ -56,14 +49,25 @@ bool isHigh(char byte)
     return uchar(byte) >= 0x80;
 }
 
-bool hasHighByte(QByteArrayView bytes)
+bool hasHighByte(const ByteBlocks &blocks)
 {
-    return std::ranges::any_of(bytes, isHigh);
+    bool has = false;
+    blocks([&has](QByteArrayView bytes) { return !(has = std::ranges::any_of(bytes, isHigh)); });
+    return has;
 }
 
-qint64 highBytes(QByteArrayView bytes)
+qint64 highBytes(const ByteBlocks &blocks)
 {
-    return std::ranges::count_if(bytes, isHigh);
+    qint64 count = 0;
+    blocks([&count](QByteArrayView bytes) { return count += std::ranges::count_if(bytes, isHigh), true; });
+    return count;
+}
+
+CharCode detectedIn(const ByteBlocks &blocks, CharCode codeOfEmpty)
+{
+    CodeDetection detection;
+    blocks([&detection](QByteArrayView bytes) { return detection.add(bytes), true; });
+    return detection.code(codeOfEmpty);
 }
 
 bool isSameCodec(CharCode one, CharCode other)
@@ -79,19 +83,19 @@ bool isCodeOfText(CharCode code)
 } // namespace
 
 std::optional<CharCode> otherFittingCode(
-    const QByteArray &bytes, CharCode readAs, bool wasDetected, qint64 undecodableBytes)
+    const ByteBlocks &blocks, CharCode readAs, bool wasDetected, qint64 undecodableBytes)
 {
     const bool isRight = undecodableBytes == 0 && (!wasDetected || readAs == CharCode::Utf8);
-    if (isRight || !isCodeOfText(readAs) || !hasHighByte(bytes))
+    if (isRight || !isCodeOfText(readAs) || !hasHighByte(blocks))
         return std::nullopt;
-    const bool isMostlyBroken = undecodableBytes > 0 && undecodableBytes * 2 >= highBytes(bytes);
-    const CharCode detected = wasDetected ? readAs : detectCharCode(bytes, readAs);
+    const bool isMostlyBroken = undecodableBytes > 0 && undecodableBytes * 2 >= highBytes(blocks);
+    const CharCode detected = wasDetected ? readAs : detectedIn(blocks, readAs);
     for (const CharCode code : { detected, CharCode::Utf8, CharCode::Euc, CharCode::ShiftJis }) {
         const bool isSure =
             code == CharCode::Utf8 || (code == CharCode::Euc && isSameCodec(readAs, CharCode::ShiftJis));
         if (!isCodeOfText(code) || isSameCodec(code, readAs) || !(isSure || isMostlyBroken))
             continue;
-        if (fits(bytes, code))
+        if (fits(blocks, code))
             return code;
     }
     return std::nullopt;

@@ -2,6 +2,12 @@
 
 #include "codec/charcode.h"
 
+#include <functional>
+
+/// Gives bytes from the start, in blocks cut where no character of a code without a state goes on, until the
+/// function returns false.
+using ByteBlocks = std::function<void(const std::function<bool(QByteArrayView)> &take)>;
+
 /// Another code than the one that a file was read with, which all of its bytes fit; nothing when there is
 /// none.
 ///
@@ -13,4 +19,4 @@
 /// Cost: most often a look at the start, as it ends at the first slice of the bytes that do not fit; at worst
 /// what decoding the bytes costs, for each code.
 std::optional<CharCode> otherFittingCode(
-    const QByteArray &bytes, CharCode readAs, bool wasDetected, qint64 undecodableBytes);
+    const ByteBlocks &blocks, CharCode readAs, bool wasDetected, qint64 undecodableBytes);

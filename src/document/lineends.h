@@ -6,8 +6,25 @@
 #include <QByteArray>
 
 /// Turns the file's line ends into LF in place, before decoding: NUL becomes FF; with CR each CR becomes LF;
-/// with CR+LF each CR goes; else nothing. Cost: memory speed; the array is not reallocated.
+/// with CR+LF each CR goes; else nothing. Returns how many bytes it is then. Cost: memory speed.
+qsizetype normalizeLineEnds(char *bytes, qsizetype size, ReturnCode returnCode);
+/// The same; the array is not reallocated.
 void normalizeLineEnds(QByteArray &bytes, ReturnCode returnCode);
-/// What a save changes in a file that is read so, line ends and NULs being what they are in it. Cost: memory
-/// speed.
-RewrittenBytes countRewritten(const QByteArray &bytes, ReturnCode returnCode);
+
+/// Counts what a save changes in a file, whose bytes come in order, cut anywhere. Cost: memory speed.
+class RewrittenCount {
+public:
+    void add(QByteArrayView bytes);
+    /// If the file is read with these line ends.
+    RewrittenBytes with(ReturnCode returnCode) const;
+
+private:
+    qint64 m_nuls = 0;
+    qint64 m_lineFeeds = 0;
+    qint64 m_returns = 0;
+    qint64 m_both = 0; ///< LFs behind a CR
+    char m_last = 0;
+};
+
+/// The same for bytes that are there at once.
+RewrittenBytes countRewritten(QByteArrayView bytes, ReturnCode returnCode);

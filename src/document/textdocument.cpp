@@ -3,22 +3,11 @@
 #include "codec/codecs.h"
 #include "document/detection.h"
 #include "document/documentwriter.h"
-#include "document/fittingcode.h"
 #include "document/lineends.h"
 #include "document/utf16text.h"
 #include "files/byteescape.h"
 #include "files/endorder.h"
 #include "files/filename.h"
-
-namespace {
-
-/// Bytes that fit the code they were read with are text of that code, unless any bytes fit it.
-bool isUtf16Likely(const ReadFindings &found, CharCode readAs)
-{
-    return found.utf16 && (found.utf16->hasMark || found.undecodableBytes > 0 || readAs == CharCode::Binary);
-}
-
-} // namespace
 
 TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
     : m_codes(codes)
@@ -123,38 +112,71 @@ std::optional<ReadFailure> TextDocument::load(
 std::optional<ReadFailure> TextDocument::read(const QString &path, const QString &name,
     std::optional<CharCode> requested, FileCodes codes, TextStore &text)
 {
-    QByteArray bytes;
-    if (const auto failure = readBytes(path, name, bytes))
-        return failure;
-    EndOrder::obeyIfGiven(); // each of these looks goes through all of the bytes
-    m_codes.charCode = requested ? *requested : detectCharCode(bytes, codes.charCode);
-    EndOrder::obeyIfGiven();
-    m_codes.returnCode =
-        m_codes.charCode == CharCode::Binary ? ReturnCode::None : detectReturnCode(bytes, codes.returnCode);
-    m_findings = { 0, {}, countRewritten(bytes, m_codes.returnCode), utf16FormOf(bytes) };
-    m_utf16 = {};
-    EndOrder::obeyIfGiven();
-    normalizeLineEnds(bytes, m_codes.returnCode);
-    EndOrder::obeyIfGiven();
-    const TextCodec &codec = codecToRead(m_codes.charCode, bytes);
-    text = decode(std::move(bytes), codec, requested ? CodeWas::Wanted : CodeWas::Detected);
-    if (!isUtf16Likely(m_findings, m_codes.charCode))
-        m_findings.utf16.reset();
+    beginReading(path, name);
+    TextStore fresh(m_store.layoutRule(), m_store.nodeSizes());
+    FileReading reading({ path + name, requested, codes }, LayoutCopy(fresh), m_calls);
+    for (auto step = FileReading::Step::More; step == FileReading::Step::More;) {
+        EndOrder::obeyIfGiven();
+        step = reading.step(spreadOverThreads);
+        if (step == FileReading::Step::Failed)
+            return reading.failure();
+        auto part = reading.takePart();
+        if (part && part->startsOver)
+            fresh = TextStore(m_store.layoutRule(), m_store.nodeSizes());
+        if (part)
+            fresh.append(std::move(part->text));
+        if (part && (part->startsOver || !part->isMeasured))
+            reading.setLayout(LayoutCopy(fresh));
+    }
+    dropText();
+    endReading(reading.result());
+    text = std::move(fresh);
     return std::nullopt;
+}
+
+/// The document has the name from here on, whatever comes of it.
+void TextDocument::beginReading(const QString &path, const QString &name)
+{
+    if (path + name != m_path + m_name)
+        m_version.setUnread();
+    m_path = path;
+    m_name = name;
+    m_unreadFile = path + name;
+}
+
+void TextDocument::endReading(const ReadResult &result)
+{
+    m_codes = result.codes;
+    m_readCode = ReadCode(*result.codec);
+    m_findings = result.findings;
+    m_utf16 = {};
+    setRead(result.version);
+}
+
+void TextDocument::setRead(const FileVersion &version)
+{
+    m_unreadFile.clear();
+    m_version.setRead(version);
+    m_keepsFile = false;
 }
 
 std::optional<ReadFailure> TextDocument::readUtf16(
     const QString &path, const QString &name, Utf16Form form, FileCodes codes, TextStore &text)
 {
     QByteArray bytes;
-    if (const auto failure = readBytes(path, name, bytes))
+    FileVersion version;
+    beginReading(path, name);
+    if (const auto failure = readWholeFile(path + name, bytes, version, m_calls))
         return failure;
+    setRead(version);
     bytes = utf8FromUtf16(bytes, form);
     m_codes = { CharCode::Unicode, detectReturnCode(bytes, codes.returnCode) };
     m_findings = { 0, {}, countRewritten(bytes, m_codes.returnCode), form };
     m_utf16 = { form, false };
     normalizeLineEnds(bytes, m_codes.returnCode);
-    text = decode(std::move(bytes), utf8Codec(), CodeWas::Wanted);
+    dropText(); // there may be no room for both
+    m_readCode = ReadCode(utf8Codec());
+    text = utf8Codec().decode(bytes, m_store.layoutRule(), &m_findings.undecodableBytes);
     return std::nullopt;
 }
 
@@ -172,46 +194,12 @@ WritingCode TextDocument::writingCode() const
     return { &codec, m_readCode.writtenAsReadIn(codec) };
 }
 
-void TextDocument::noteUnread(const QString &path, const QString &name)
-{
-    if (path + name != m_path + m_name)
-        m_version.setUnread();
-    m_path = path;
-    m_name = name;
-    m_unreadFile = path + name;
-}
-
-std::optional<ReadFailure> TextDocument::readBytes(
-    const QString &path, const QString &name, QByteArray &bytes)
-{
-    noteUnread(path, name);
-    FileVersion version;
-    if (const auto failure = readWholeFile(path + name, bytes, version, m_calls))
-        return failure;
-    m_unreadFile.clear();
-    m_version.setRead(version);
-    m_keepsFile = false;
-    return std::nullopt;
-}
-
-/// The text before goes first: there may be no room for both.
-TextStore TextDocument::decode(QByteArray &&bytes, const TextCodec &codec, CodeWas codeWas)
-{
-    const QByteArray read = std::move(bytes);
-    dropText();
-    m_readCode = ReadCode(codec);
-    TextStore text = codec.decode(read, m_store.layoutRule(), &m_findings.undecodableBytes);
-    m_findings.fittingCode =
-        otherFittingCode(read, m_codes.charCode, codeWas == CodeWas::Detected, m_findings.undecodableBytes);
-    return text;
-}
-
 void TextDocument::beginArrival(const QString &path, const QString &name, FileCodes codes)
 {
     dropText();
     m_isHeld = true;
     m_isEdited = false;
-    noteUnread(path, name);
+    beginReading(path, name);
     m_codes = codes;
     m_readCode = ReadCode(infoOf(codes.charCode).codec());
     m_findings = {};
@@ -229,19 +217,14 @@ void TextDocument::takePart(TextStore &&part)
 
 void TextDocument::endArrival(const ReadResult &result)
 {
-    m_codes = result.codes;
-    m_readCode = ReadCode(*result.codec);
-    m_findings = result.findings;
-    m_version.setRead(result.version);
-    m_unreadFile.clear();
-    m_keepsFile = false;
+    endReading(result);
     m_isHeld = false;
     emit replaced({ {}, *std::exchange(m_dropped, std::nullopt), m_store.length() });
 }
 
 void TextDocument::failArrival(const QString &path, const QString &name, FileCodes codes)
 {
-    noteUnread(path, name);
+    beginReading(path, name);
     m_isHeld = false;
     if (!m_dropped)
         return;

@@ -1,22 +1,14 @@
 #pragma once
 
-#include "codec/charcode.h"
-#include "codec/returncode.h"
 #include "document/documentversion.h"
+#include "document/filereading.h"
 #include "document/readcode.h"
 #include "document/readfindings.h"
-#include "files/readfile.h"
 #include "text/undohistory.h"
 
 #include <QObject>
 
 #include <optional>
-
-/// In what code and with which line ends a text is in its file.
-struct FileCodes {
-    CharCode charCode = CharCode::ShiftJis;
-    ReturnCode returnCode = ReturnCode::CrLf;
-};
 
 /// What a text is written with.
 struct WritingCode {
@@ -37,14 +29,6 @@ struct SaveResult {
     Overtaken overtaken = Overtaken::No; ///< the file was written since this document read or wrote it
     bool wasToBeKept = false; ///< the old content, by keepFile()
     QString keptCopy; ///< name of the file that has the old content; empty for none
-};
-
-/// What is known of a file's text when all of it was read.
-struct ReadResult {
-    FileCodes codes;
-    const TextCodec *codec; ///< the one that it was decoded by
-    ReadFindings findings;
-    FileVersion version;
 };
 
 /// A document without a window: a text with its history, and the file it is from and goes to.
@@ -112,8 +96,8 @@ public:
     Offset redo();
 
     /// Reads the file path + name, in the code requested or else in the one detected; `codes` are those of a
-    /// file that does not tell. Laid out by the rule of the text before. Memory: the file's bytes and the
-    /// text. A failure: text, codes and history stay, but path and name are the new ones, and saving under
+    /// file that does not tell. Laid out by the rule of the text before, which is there until all was read.
+    /// A failure: text, codes and history stay, but path and name are the new ones, and saving under
     /// them keeps a copy of what could not be read.
     std::optional<ReadFailure> load(
         const QString &path, const QString &name, std::optional<CharCode> requested, FileCodes codes);
@@ -188,7 +172,6 @@ signals:
     void codesChanged();
 
 private:
-    enum class CodeWas { Detected, Wanted };
     /// Of a text that was decoded before its line ends were looked at.
     struct Utf16Text {
         std::optional<Utf16Form> form = {};
@@ -197,9 +180,9 @@ private:
 
     Offset applyStep(Offset (UndoHistory::*step)(TextStore &, const UndoHistory::Changed &));
     void noteEdit(const TextChange &change);
-    void noteUnread(const QString &path, const QString &name);
-    std::optional<ReadFailure> readBytes(const QString &path, const QString &name, QByteArray &bytes);
-    TextStore decode(QByteArray &&bytes, const TextCodec &codec, CodeWas codeWas);
+    void beginReading(const QString &path, const QString &name);
+    void endReading(const ReadResult &result);
+    void setRead(const FileVersion &version);
     void dropText();
     QByteArray fileName() const;
     bool appendGrowth();

@@ -83,13 +83,18 @@ qsizetype proofIn(QByteArrayView sample, bool isBigEndian)
 
 std::optional<Utf16Form> utf16FormOf(QByteArrayView bytes)
 {
-    if (bytes.startsWith("\xFF\xFE"))
+    return utf16FormOf(bytes, bytes.size());
+}
+
+std::optional<Utf16Form> utf16FormOf(QByteArrayView start, qint64 size)
+{
+    if (start.startsWith("\xFF\xFE"))
         return Utf16Form{ false, true };
-    if (bytes.startsWith("\xFE\xFF"))
+    if (start.startsWith("\xFE\xFF"))
         return Utf16Form{ true, true };
-    if (bytes.size() % 2 != 0)
+    if (size % 2 != 0)
         return std::nullopt;
-    const QByteArrayView sample = bytes.first(qMin(bytes.size(), sampleBytes));
+    const QByteArrayView sample = start.first(qMin(start.size(), sampleBytes));
     const qsizetype little = proofIn(sample, false);
     const qsizetype big = proofIn(sample, true);
     if (little == big)

@@ -11,6 +11,8 @@ class TextDocument;
 /// characters in one order, and some of such bytes as no text in another code has. A few characters without
 /// ASCII may not be recognised. Cost: a look at its start.
 std::optional<Utf16Form> utf16FormOf(QByteArrayView bytes);
+/// The same by the first 4096 bytes, or all, of a file of `size` bytes.
+std::optional<Utf16Form> utf16FormOf(QByteArrayView start, qint64 size);
 /// What reads and writes such a text; the encoder writes a mark if there was one.
 const TextCodec &codecOf(Utf16Form form);
 /// The same text in UTF-8. A lone surrogate becomes the three bytes that it would have, as it does when it is

@@ -3,13 +3,10 @@
 #include "files/endorder.h"
 #include "files/filename.h"
 
-#include <QScopeGuard>
-
 #include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,75 +30,84 @@ Failure refusal(const struct stat &status)
     return status.st_size > physicalMemory() ? ReadFailure::TooLarge : Failure();
 }
 
-/// An array whose bytes are not set; null bytes are neither needed nor cheap in a file of a gibibyte.
-QByteArray uninitialized(qsizetype size)
-{
-    constexpr size_t hugePage = size_t{ 1 } << 21;
-    QByteArray bytes(size, Qt::Uninitialized);
-    const auto begin = reinterpret_cast<size_t>(bytes.data());
-    const size_t alignedBegin = (begin + hugePage - 1) & ~(hugePage - 1);
-    const size_t alignedEnd = (begin + static_cast<size_t>(size)) & ~(hugePage - 1);
-    if (alignedEnd
-        > alignedBegin) // only a hint: the first touch of many small pages costs more than the reading
-        madvise(bytes.data() + (alignedBegin - begin), alignedEnd - alignedBegin, MADV_HUGEPAGE);
-    return bytes;
-}
-
-/// Reads to the end, also of a file that has become shorter or longer than `expected` meanwhile. What was
-/// read is hashed while the processor has it at hand.
-Failure readToEnd(
-    const FileCalls &calls, int file, qint64 from, qint64 expected, QByteArray &bytes, ContentHash &content)
+/// Reads from an offset to the end, also of a file that has become shorter or longer meanwhile.
+Failure readToEnd(const FileReader &file, qint64 from, QByteArray &bytes, ContentHash &content)
 {
     constexpr qint64 blockSize = qint64{ 1 } << 20;
     constexpr qint64 leastRoom = 65536;
-    bytes = uninitialized(expected + 1);
+    bytes.resize(std::max<qint64>(0, file.stamp().size - from) + 1);
     qint64 reached = 0;
     for (;;) {
         EndOrder::obeyIfGiven();
         if (reached == bytes.size())
             bytes.resize(reached + std::max(leastRoom, reached / 8));
-        const auto size = static_cast<size_t>(std::min(blockSize, bytes.size() - reached));
-        const ssize_t count =
-            retried([&] { return calls.pread(file, bytes.data() + reached, size, from + reached); });
-        if (count < 0)
+        const qint64 size = std::min(blockSize, bytes.size() - reached);
+        const auto count = file.read(bytes.data() + reached, size, from + reached);
+        if (!count)
             return ReadFailure::BrokenOff;
-        if (count == 0)
+        if (*count == 0)
             break;
-        content.add(QByteArrayView(bytes).sliced(reached, count));
-        reached += count;
+        content.add(QByteArrayView(bytes).sliced(reached, *count));
+        reached += *count;
     }
     bytes.truncate(reached);
     return {};
 }
 
-Failure readFile(const FileCalls &calls, const QByteArray &name, qint64 from, QByteArray &bytes,
+Failure readFile(const FileCalls &calls, const QString &name, qint64 from, QByteArray &bytes,
     FileStamp &stamp, ContentHash &content)
 {
-    struct stat status = {};
-    if (calls.stat(name.constData(), &status) != 0)
-        return errno == ENOENT || errno == ENOTDIR ? ReadFailure::Missing : ReadFailure::NotOpened;
-    if (const Failure failure = refusal(status))
+    FileReader file(calls);
+    if (const Failure failure = file.open(name))
         return failure;
-    stamp = FileStamp(status);
-    if (status.st_size == 0)
-        return {};
-    const int file = retried(
-        [&] { return calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0); });
-    if (file < 0)
-        return ReadFailure::NotOpened;
-    const auto closer = qScopeGuard([&calls, file] { calls.close(file); });
-    if (calls.fstat(file, &status) != 0)
-        return ReadFailure::NotOpened;
-    if (const Failure failure = refusal(status)) // another file may have taken the name meanwhile
-        return failure;
-    stamp = FileStamp(status);
-    const qint64 expected = std::max<qint64>(0, status.st_size - from);
-    const Failure failure = readToEnd(calls, file, from, expected, bytes, content);
+    const Failure failure = readToEnd(file, from, bytes, content);
+    stamp = file.stamp();
     stamp.size = from + bytes.size();
     return failure;
 }
 
 } // namespace
+
+FileReader::FileReader(const FileCalls &calls)
+    : m_calls(calls)
+{
+}
+
+FileReader::~FileReader()
+{
+    if (m_file != noFile)
+        m_calls.close(m_file);
+}
+
+Failure FileReader::open(const QString &fileName)
+{
+    const QByteArray name = FileName::toBytes(fileName);
+    struct stat status = {};
+    if (m_calls.stat(name.constData(), &status) != 0)
+        return errno == ENOENT || errno == ENOTDIR ? ReadFailure::Missing : ReadFailure::NotOpened;
+    const Failure failure = take(status);
+    if (failure || status.st_size == 0)
+        return failure;
+    m_file = retried(
+        [&] { return m_calls.open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0); });
+    if (m_file < 0 || m_calls.fstat(m_file, &status) != 0)
+        return ReadFailure::NotOpened;
+    return take(status); // another file may have taken the name meanwhile
+}
+
+Failure FileReader::take(const struct stat &status)
+{
+    m_stamp = FileStamp(status);
+    return refusal(status);
+}
+
+std::optional<qint64> FileReader::read(char *to, qint64 size, qint64 offset) const
+{
+    if (m_file == noFile)
+        return 0;
+    const ssize_t count = retried([&] { return m_calls.pread(m_file, to, size_t(size), offset); });
+    return count < 0 ? std::nullopt : std::optional<qint64>(count);
+}
 
 std::optional<ReadFailure> readWholeFile(
     const QString &fileName, QByteArray &bytes, FileVersion &version, const FileCalls &calls)
@@ -109,7 +115,7 @@ std::optional<ReadFailure> readWholeFile(
     QByteArray read;
     FileStamp stamp;
     ContentHash content;
-    const Failure failure = readFile(calls, FileName::toBytes(fileName), 0, read, stamp, content);
+    const Failure failure = readFile(calls, fileName, 0, read, stamp, content);
     if (failure)
         return failure;
     bytes = std::move(read);
@@ -122,7 +128,7 @@ std::optional<ReadFailure> readFileFrom(
 {
     QByteArray read;
     ContentHash content;
-    const Failure failure = readFile(calls, FileName::toBytes(fileName), from, read, stamp, content);
+    const Failure failure = readFile(calls, fileName, from, read, stamp, content);
     if (!failure)
         bytes = std::move(read);
     return failure;

@@ -52,6 +52,7 @@ private slots:
     void saveThatIsWrittenIsNot();
     void readingIsLeft();
     void decodingIsLeft();
+    void decodingOfUtf16IsLeft();
 
 private:
     /// What has been obeyed, and the files that were there then.
@@ -167,12 +168,26 @@ void EndOrderTest::readingIsLeft()
     QCOMPARE(textThen, u"before"_s);
 }
 
+/// The text before is there until all has been decoded.
 void EndOrderTest::decodingIsLeft()
+{
+    QVERIFY(m_folder->write(fileName, longContent()));
+    const FileCalls calls = orderingCalls(1);
+    TextDocument document({}, calls);
+    int texts = 0;
+    connect(
+        &document, &TextDocument::aboutToReplace, this, [this, &texts] { texts += int(m_obeyed.size()); });
+    document.load(m_folder->path(), fileName, CharCode::Utf8, {});
+    QCOMPARE(texts, 1);
+}
+
+void EndOrderTest::decodingOfUtf16IsLeft()
 {
     QVERIFY(m_folder->write(fileName, longContent()));
     TextDocument document;
     connect(&document, &TextDocument::aboutToReplace, this, &EndOrder::give);
-    document.load(m_folder->path(), fileName, CharCode::Utf8, {});
+    TextStore text;
+    QVERIFY(!document.readUtf16(m_folder->path(), fileName, { false, false }, {}, text));
     QVERIFY(m_obeyed.size() >= blockCount);
 }
 

@@ -1,0 +1,153 @@
+#include "document/fileblocks.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr qint64 readAtOnce = qint64{ 1 } << 20;
+
+constexpr bool isUtf8Rest(char byte)
+{
+    return (uchar(byte) & 0xC0) == 0x80;
+}
+
+/// A CR may go, and what stands before it then be followed by what stands behind.
+constexpr bool isCr(char byte)
+{
+    return byte == '\r';
+}
+
+/// Whether every character ends behind this byte, however it begins. A NUL becomes FF.
+bool endsCharacter(char byte, CharCode code)
+{
+    const auto b = uchar(byte);
+    const bool isKatakana = code == CharCode::ShiftJis && b >= 0xA1 && b <= 0xDF; // or a second byte
+    return (b > 0 && b < 0x80 && !isCr(byte)) || isKatakana;
+}
+
+bool beginsCharacter(char byte, CharCode code)
+{
+    return code == CharCode::Utf8 && !isUtf8Rest(byte) && !isCr(byte);
+}
+
+} // namespace
+
+void FileFacts::add(QByteArrayView bytes)
+{
+    constexpr qsizetype startSize = 4096;
+    if (m_start.size() < startSize)
+        m_start += bytes.first(std::min(bytes.size(), startSize - m_start.size()));
+    m_code.add(bytes);
+    m_lineEnd.add(bytes);
+    m_rewritten.add(bytes);
+    m_content.add(bytes);
+}
+
+FileBlocks::FileBlocks(QString fileName, std::optional<CharCode> code, const FileCalls &calls)
+    : m_fileName(std::move(fileName))
+    , m_code(code)
+    , m_file(calls)
+{
+}
+
+bool FileBlocks::open()
+{
+    m_failure = m_file.open(m_fileName);
+    return !m_failure;
+}
+
+void FileBlocks::startOver(CharCode code)
+{
+    m_settledCode = code;
+    m_settledSize = std::exchange(m_facts, {}).size();
+}
+
+CharCode FileBlocks::code(CharCode codeOfEmpty) const
+{
+    if (m_code)
+        return *m_code;
+    return m_facts.size() <= m_settledSize ? m_settledCode : m_facts.code().code(codeOfEmpty);
+}
+
+bool FileBlocks::read(FileBlock &block, const FileBlock &before, qsizetype size)
+{
+    const QByteArrayView carried = QByteArrayView(before.bytes).first(before.size).sliced(before.end);
+    const qint64 left = std::max<qint64>(0, expectedSize() - m_facts.size());
+    block.bytes.resize(carried.size() + std::min<qint64>(size, left + 1)); // one more tells the end
+    std::copy(carried.begin(), carried.end(), block.bytes.begin());
+    block.size = carried.size();
+    block.end = 0;
+    block.isLast = false;
+    while (fill(block) && !block.isLast) {
+        block.end = cutOf(QByteArrayView(block.bytes), code(CharCode::Utf8));
+        if (block.end > 0)
+            break;
+        block.bytes.resize(block.bytes.size() * 2 + readAtOnce);
+    }
+    return !m_failure;
+}
+
+/// Reads until there is no more room, or no more to read.
+bool FileBlocks::fill(FileBlock &block)
+{
+    while (block.size < block.bytes.size()) {
+        char *const to = block.bytes.data() + block.size;
+        const qint64 room = std::min<qint64>(readAtOnce, block.bytes.size() - block.size);
+        const auto count = m_file.read(to, room, m_facts.size());
+        if (!count) {
+            m_failure = ReadFailure::BrokenOff;
+            return false;
+        }
+        if (*count == 0) {
+            block.isLast = true;
+            block.end = block.size;
+            return true;
+        }
+        m_facts.add({ to, *count });
+        block.size += *count;
+    }
+    return true;
+}
+
+FileVersion FileBlocks::version() const
+{
+    FileStamp stamp = m_file.stamp();
+    stamp.size = m_facts.size();
+    return { stamp, m_facts.content() };
+}
+
+void FileBlocks::readAgain(ReturnCode returnCode, const std::function<bool(QByteArrayView)> &take) const
+{
+    constexpr qsizetype leastSize = 65536;
+    QByteArray bytes;
+    qint64 offset = 0;
+    for (bool isLast = false; !isLast;) {
+        const qsizetype before = bytes.size();
+        const qsizetype size = std::max(leastSize, before); // few looks at what cannot be cut
+        bytes.resize(before + size);
+        const auto count = m_file.read(bytes.data() + before, size, offset);
+        if (!count)
+            return;
+        offset += *count;
+        bytes.truncate(before + *count);
+        isLast = *count == 0;
+        const qsizetype end = isLast ? bytes.size() : cutOf(bytes, CharCode::Euc);
+        QByteArray part = bytes.first(end);
+        bytes.remove(0, end);
+        normalizeLineEnds(part, returnCode);
+        if (!part.isEmpty() && !take(part))
+            return;
+    }
+}
+
+qsizetype cutOf(QByteArrayView bytes, CharCode code)
+{
+    for (qsizetype place = bytes.size(); place > 0; --place) {
+        if (endsCharacter(bytes[place - 1], code))
+            return place;
+        if (place < bytes.size() && !isCr(bytes[place - 1]) && beginsCharacter(bytes[place], code))
+            return place;
+    }
+    return 0;
+}

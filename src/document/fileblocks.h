@@ -1,0 +1,78 @@
+#pragma once
+
+#include "document/detection.h"
+#include "document/lineends.h"
+#include "files/readfile.h"
+
+/// What the bytes of a file tell before they are decoded. They come in order, cut anywhere.
+class FileFacts {
+public:
+    void add(QByteArrayView bytes);
+
+    const CodeDetection &code() const { return m_code; }
+    const LineEndDetection &lineEnd() const { return m_lineEnd; }
+    const RewrittenCount &rewritten() const { return m_rewritten; }
+    const ContentHash &content() const { return m_content; }
+    qint64 size() const { return m_content.size(); }
+    /// The first few thousand.
+    QByteArrayView start() const { return m_start; }
+
+private:
+    CodeDetection m_code;
+    LineEndDetection m_lineEnd;
+    RewrittenCount m_rewritten;
+    ContentHash m_content;
+    QByteArray m_start;
+};
+
+/// Bytes of a file.
+struct FileBlock {
+    QByteArray bytes; ///< with room behind those that were read
+    qsizetype size = 0;
+    qsizetype end =
+        0; ///< those before it are decoded by themselves, see cutOf(); the rest belongs to the next
+    bool isLast = false;
+};
+
+/// Reads a file in blocks that are decoded by themselves, and finds out what its bytes tell while the
+/// processor has them at hand.
+class FileBlocks {
+public:
+    /// Where bytes are cut depends on the code. `calls` is not owned.
+    FileBlocks(QString fileName, std::optional<CharCode> code, const FileCalls &calls);
+
+    /// False: see failure(). So is read().
+    bool open();
+    /// Makes `block` what follows `before`: about `size` bytes, or more where they cannot be cut sooner.
+    bool read(FileBlock &block, const FileBlock &before, qsizetype size);
+    /// Forgets what was read, but for the code that it has led to: that is the code until more was read.
+    void startOver(CharCode code);
+
+    const std::optional<ReadFailure> &failure() const { return m_failure; }
+    /// Of all bytes that were read.
+    const FileFacts &facts() const { return m_facts; }
+    /// The one that was asked for, or else detected in them.
+    CharCode code(CharCode codeOfEmpty) const;
+    qint64 expectedSize() const { return m_file.stamp().size; }
+    /// Of all of the file, when the last block was read.
+    FileVersion version() const;
+    /// Gives the bytes from the start once more, with the line ends of texts, in blocks that may be cut in
+    /// any code without a state, until `take` returns false or they cannot be read.
+    void readAgain(ReturnCode returnCode, const std::function<bool(QByteArrayView)> &take) const;
+
+private:
+    bool fill(FileBlock &block);
+
+    const QString m_fileName;
+    const std::optional<CharCode> m_code;
+    FileReader m_file;
+    FileFacts m_facts;
+    CharCode m_settledCode = CharCode::Binary; ///< see startOver()
+    qint64 m_settledSize = -1; ///< of what has led to it
+    std::optional<ReadFailure> m_failure;
+};
+
+/// The last place where bytes in a code may be cut so that both parts, decoded by themselves, give the text
+/// of the whole, with whatever line ends; 0 for none. Not for codes with a state. Cost: a look at the end,
+/// unless the bytes are no text.
+qsizetype cutOf(QByteArrayView bytes, CharCode code);

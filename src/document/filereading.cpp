@@ -1,0 +1,228 @@
+#include "document/filereading.h"
+
+#include "document/fittingcode.h"
+#include "document/utf16text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// Codes in which ASCII gives the same text.
+bool isAsciiAlike(CharCode code)
+{
+    return code == CharCode::Utf8 || code == CharCode::ShiftJis || code == CharCode::Euc
+        || code == CharCode::Ascii;
+}
+
+/// Bytes that fit the code they were read with are text of that code, unless any bytes fit it.
+bool isUtf16Likely(const ReadFindings &found, CharCode readAs)
+{
+    return found.utf16 && (found.utf16->hasMark || found.undecodableBytes > 0 || readAs == CharCode::Binary);
+}
+
+/// The length of the first part of a block that is decoded by itself.
+qsizetype partOf(QByteArrayView block, qsizetype wanted, CharCode code)
+{
+    for (qsizetype size = wanted; size < block.size(); size *= 2) {
+        if (const qsizetype end = cutOf(block.first(size), code); end > 0)
+            return end;
+    }
+    return block.size();
+}
+
+} // namespace
+
+FileReading::FileReading(Request request, LayoutCopy layout, const FileCalls &calls)
+    : FileReading(std::move(request), std::move(layout), calls, Sizes())
+{
+}
+
+FileReading::FileReading(Request request, LayoutCopy layout, const FileCalls &calls, Sizes sizes)
+    : m_request(std::move(request))
+    , m_sizes(sizes)
+    , m_blocks(m_request.fileName, m_request.code, calls)
+    , m_codes(m_request.codesOfSilent)
+    , m_layout(std::move(layout))
+{
+}
+
+FileReading::~FileReading() = default;
+
+FileReading::Step FileReading::step(const Spread &spread)
+{
+    m_part.reset();
+    takeLayout();
+    if (!m_isOpen && !(m_blocks.open() && readFirst()))
+        return Step::Failed;
+    m_isOpen = true;
+    if (!settleCode() && !startOver())
+        return Step::Failed;
+    FileBlock next;
+    std::swap(next.bytes, m_spare);
+    isHeldWhole() ? hold(next) : decode(next, spread);
+    if (m_blocks.failure())
+        return Step::Failed;
+    if (!m_block.isLast) {
+        std::swap(m_spare, m_block.bytes);
+        m_block = std::move(next);
+        return Step::More;
+    }
+    finish();
+    return Step::Done;
+}
+
+bool FileReading::readFirst()
+{
+    m_block = {};
+    return m_blocks.read(m_block, {}, m_sizes.firstBlock);
+}
+
+/// Decides by all bytes that were read. False: what was decoded was read in another code.
+bool FileReading::settleCode()
+{
+    const CharCode before = m_codes.charCode;
+    const auto lineEnd = m_blocks.facts().lineEnd().found();
+    m_codes.charCode = m_blocks.code(m_request.codesOfSilent.charCode);
+    m_codes.returnCode = m_codes.charCode == CharCode::Binary
+        ? ReturnCode::None
+        : lineEnd.value_or(m_request.codesOfSilent.returnCode);
+    return m_codes.charCode == before || m_bytesDone == 0
+        || (m_isDecodedAscii && isAsciiAlike(before) && isAsciiAlike(m_codes.charCode));
+}
+
+bool FileReading::startOver()
+{
+    m_blocks.startOver(m_codes.charCode);
+    m_startsOver = true;
+    m_bytesDone = 0;
+    m_result = {};
+    m_held.clear();
+    m_isDecodedAscii = true;
+    return readFirst() && settleCode();
+}
+
+void FileReading::setLayout(LayoutCopy layout)
+{
+    const std::lock_guard lock(m_mutex);
+    m_newLayout = std::move(layout);
+}
+
+void FileReading::takeLayout()
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_newLayout)
+        return;
+    m_layout = *std::exchange(m_newLayout, std::nullopt);
+    m_workers.clear();
+}
+
+/// Escape sequences and the order of bytes say what those behind them are.
+bool FileReading::isHeldWhole() const
+{
+    return m_codes.charCode == CharCode::Jis || m_codes.charCode == CharCode::Unicode;
+}
+
+const TextCodec &FileReading::codecOf(QByteArrayView text) const
+{
+    return codecToRead(m_codes.charCode, text);
+}
+
+/// Decodes the block while the one behind it is read.
+void FileReading::decode(FileBlock &next, const Spread &spread)
+{
+    char *const bytes = m_block.bytes.data();
+    std::vector<qsizetype> ends;
+    do {
+        const qsizetype from = ends.empty() ? 0 : ends.back();
+        ends.push_back(from + partOf({ bytes + from, m_block.end - from }, m_sizes.part, m_codes.charCode));
+    } while (ends.back() < m_block.end);
+    addWorkers(ends.size());
+    const bool isAscii = m_blocks.facts().code().isAscii();
+    spread(int(ends.size()) + 1, [&](int task) {
+        if (task == 0)
+            return readBehind(next);
+        const auto part = size_t(task) - 1;
+        const qsizetype from = part == 0 ? 0 : ends[part - 1];
+        decodePart(m_workers[part], bytes + from, ends[part] - from);
+    });
+    m_isDecodedAscii = isAscii;
+    m_bytesDone += m_block.end;
+    join(ends.size());
+}
+
+/// The same in a code of which all is held until the end.
+void FileReading::hold(FileBlock &next)
+{
+    readBehind(next);
+    m_bytesDone += m_block.end;
+    m_isDecodedAscii = false;
+    char *const bytes = m_block.bytes.data();
+    m_held.append(bytes, normalizeLineEnds(bytes, m_block.end, m_codes.returnCode));
+    if (!m_block.isLast)
+        return;
+    addWorkers(1);
+    m_result.codec = &codecOf(m_held);
+    decodePart(m_workers.front(), m_held.data(), m_held.size());
+    m_held = {};
+    join(1);
+}
+
+void FileReading::addWorkers(size_t wanted)
+{
+    while (m_workers.size() < wanted)
+        m_workers.push_back({ m_layout });
+}
+
+void FileReading::readBehind(FileBlock &next)
+{
+    if (!m_block.isLast)
+        m_blocks.read(next, m_block, m_sizes.laterBlocks);
+}
+
+/// In any thread.
+void FileReading::decodePart(Worker &worker, char *bytes, qsizetype size) const
+{
+    const QByteArrayView text(bytes, normalizeLineEnds(bytes, size, m_codes.returnCode));
+    worker.text = codecOf(text).decode(text, worker.layout, worker.undecodable);
+}
+
+/// Makes one part of what the first workers have.
+void FileReading::join(size_t count)
+{
+    bool isMeasured = true;
+    for (size_t i = 0; i < count; ++i) {
+        Worker &worker = m_workers[i];
+        TextStore text = std::move(*std::exchange(worker.text, std::nullopt));
+        m_result.findings.undecodableBytes += worker.undecodable;
+        if (m_part)
+            m_part->text.append(std::move(text));
+        else
+            m_part = Part{ std::move(text), std::exchange(m_startsOver, false) };
+    }
+    for (size_t i = 0; i < count; ++i)
+        isMeasured &= m_workers[i].layout.isComplete();
+    m_part->isMeasured = isMeasured;
+    if (!isMeasured)
+        m_part->text.forgetLayout();
+}
+
+/// Nothing is read behind the last block, so all facts are those of the whole file.
+void FileReading::finish()
+{
+    const FileFacts &facts = m_blocks.facts();
+    ReadFindings &findings = m_result.findings;
+    if (!m_result.codec)
+        m_result.codec = &codecOf({});
+    m_result.codes = m_codes;
+    m_result.version = m_blocks.version();
+    findings.rewritten = facts.rewritten().with(m_codes.returnCode);
+    findings.utf16 = utf16FormOf(facts.start(), facts.size());
+    if (!isUtf16Likely(findings, m_codes.charCode))
+        findings.utf16.reset();
+    if (facts.code().isAscii())
+        return;
+    const auto blocks = [this](const auto &take) { m_blocks.readAgain(m_codes.returnCode, take); };
+    findings.fittingCode =
+        otherFittingCode(blocks, m_codes.charCode, !m_request.code, findings.undecodableBytes);
+}

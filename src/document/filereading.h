@@ -1,0 +1,115 @@
+#pragma once
+
+#include "document/fileblocks.h"
+#include "document/filecodes.h"
+#include "document/readfindings.h"
+#include "files/readfile.h"
+#include "jobs/spread.h"
+#include "text/layoutcopy.h"
+#include "text/textstore.h"
+
+#include <mutex>
+#include <vector>
+
+/// What is known of a file's text when all of it was read.
+struct ReadResult {
+    FileCodes codes;
+    const TextCodec *codec = nullptr; ///< the one that it was decoded by
+    ReadFindings findings;
+    FileVersion version;
+};
+
+/// Reads a file as text, in steps of some milliseconds: the file is never held whole, nor is its text.
+///
+/// Its code is that of the bytes which were read so far. Where those that follow say otherwise, reading
+/// starts over. A code that has a state (JIS, UTF-16) is held whole, as its bytes cannot be cut.
+///
+/// Threads: the steps may be made in any thread, one after the other. It is made and destroyed, and the parts
+/// are taken over, where nobody else does anything with it at that time.
+class FileReading {
+public:
+    struct Request {
+        QString fileName; ///< with its folder; may hold any bytes, see files/filename.h
+        std::optional<CharCode> code; ///< nothing: the one that is detected
+        FileCodes codesOfSilent; ///< of a file that does not tell
+    };
+    /// How many bytes are read at a time; tests take few.
+    struct Sizes {
+        qsizetype firstBlock = qsizetype{ 256 } << 10;
+        qsizetype laterBlocks = qsizetype{ 8 } << 20;
+        /// What is decoded in one go. Fits, with what it becomes, the fast memory of one processor.
+        qsizetype part = qsizetype{ 512 } << 10;
+    };
+    /// Neighbouring text, behind all that came before.
+    struct Part {
+        TextStore text;
+        bool startsOver = false; ///< it is the first one: what came before was read in a wrong code
+        /// False: it has characters whose widths the copy of the layout did not know, and will be measured
+        /// where it is appended. A new copy knows them, see setLayout().
+        bool isMeasured = true;
+    };
+    enum class Step { More, Done, Failed };
+    /// `layout` is that of the store which the parts are appended to; `calls` is not owned.
+    FileReading(Request request, LayoutCopy layout, const FileCalls &calls = FileCalls::system());
+    FileReading(Request request, LayoutCopy layout, const FileCalls &calls, Sizes sizes);
+    ~FileReading();
+
+    /// Reads and decodes the next bytes; the first step only some hundred KiB, which are soon there to be
+    /// shown. After Done or Failed there is none.
+    Step step(const Spread &spread = makeOneByOne);
+    /// What the last step has decoded; nothing where it was no text.
+    std::optional<Part> takePart() { return std::exchange(m_part, std::nullopt); }
+    /// Of the text that came so far.
+    FileCodes codes() const { return m_codes; }
+    /// Bytes that were decoded, and that the file had when it was opened.
+    qint64 bytesDone() const { return m_bytesDone; }
+    qint64 bytesInAll() const { return m_blocks.expectedSize(); }
+    /// After Failed.
+    ReadFailure failure() const { return *m_blocks.failure(); }
+    /// After Done.
+    const ReadResult &result() const { return m_result; }
+
+    /// For the steps that follow. In any thread.
+    void setLayout(LayoutCopy layout);
+
+private:
+    /// What decodes one part of a block.
+    struct Worker {
+        LayoutCopy layout;
+        std::optional<TextStore> text = {};
+        qint64 undecodable = 0;
+    };
+
+    bool readFirst();
+    bool settleCode();
+    bool startOver();
+    bool isHeldWhole() const;
+    void takeLayout();
+    const TextCodec &codecOf(QByteArrayView text) const;
+    void decode(FileBlock &next, const Spread &spread);
+    void hold(FileBlock &next);
+    void addWorkers(size_t wanted);
+    void readBehind(FileBlock &next);
+    void decodePart(Worker &worker, char *bytes, qsizetype size) const;
+    void join(size_t count);
+    void finish();
+
+    const Request m_request;
+    const Sizes m_sizes;
+    FileBlocks m_blocks;
+    FileBlock m_block; ///< the one that is decoded next
+    QByteArray m_spare; ///< has room for another one
+    FileCodes m_codes;
+    bool m_isOpen = false;
+    bool m_isDecodedAscii = true; ///< all that was decoded
+    qint64 m_bytesDone = 0;
+    QByteArray m_held; ///< of a code that is decoded whole
+    bool m_startsOver = false;
+    std::vector<Worker> m_workers;
+    std::optional<Part> m_part;
+    ReadResult m_result;
+
+    LayoutCopy m_layout;
+    std::mutex m_mutex; ///< for the next one
+    std::optional<LayoutCopy> m_newLayout;
+};

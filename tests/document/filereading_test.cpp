@@ -1,0 +1,365 @@
+#include "document/filereading.h"
+
+#include "document/fittingcode.h"
+#include "document/textdocument.h"
+#include "document/utf16text.h"
+#include "tests/codec/nastybytes.h"
+#include "tests/codec/storedbytes.h"
+#include "tests/document/documentfolder.h"
+#include "tests/seeds.h"
+#include "tests/testprogram.h"
+#include "tests/text/textalphabet.h"
+#include "tests/text/tinynodes.h"
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr FileCodes codesOfSilent{ CharCode::ShiftJis, ReturnCode::CrLf };
+
+/// Text in several codes, line ends of all kinds, and what is none.
+QByteArray mixedBytes(QRandomGenerator &random)
+{
+    static const QByteArrayList parts{ "a"_ba, "word "_ba, "\n"_ba, "\r\n"_ba, "\r"_ba, "\r\r"_ba,
+        QByteArray(1, '\0'), "かな漢字"_ba, "é"_ba, "😀"_ba, "\xE3\x81"_ba, "\x82\xA0\x83\x5C"_ba,
+        "\xB1\xB2"_ba, "\xA4\xA2\x8F\xA2\xB7"_ba, "\x1B$B$\"\x1B(B"_ba, "\x1B"_ba, "e\u0301"_ba, "\t"_ba };
+    const int kinds = 2 + random.bounded(int(parts.size()) - 1);
+    QByteArray bytes;
+    for (int left = random.bounded(60); left > 0; --left)
+        bytes += random.bounded(12) == 0 ? nastyBytes(random, 4) : parts.at(random.bounded(kinds));
+    return bytes;
+}
+
+/// Cut in this way, if it may be.
+ByteBlocks wholeOf(const QByteArray &bytes)
+{
+    return [bytes](const auto &take) {
+        if (!bytes.isEmpty())
+            take(bytes);
+    };
+}
+
+/// In another order than the usual one, or by threads.
+void backwards(int count, const std::function<void(int)> &part)
+{
+    while (count > 0)
+        part(--count);
+}
+
+void inThreads(int count, const std::function<void(int)> &part)
+{
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i)
+        threads.emplace_back(part, i);
+    for (std::thread &thread : threads)
+        thread.join();
+}
+
+/// A text as its parts come.
+class Taker {
+public:
+    explicit Taker(const LayoutRule &rule)
+        : store(rule, nodesOf(6))
+    {
+    }
+
+    std::optional<ReadFailure> take(FileReading &reading, const Spread &spread)
+    {
+        FileReading::Step step;
+        do {
+            step = reading.step(spread);
+            if (step == FileReading::Step::Failed)
+                return reading.failure();
+            if (auto part = reading.takePart())
+                take(*part, reading);
+        } while (step == FileReading::Step::More);
+        return std::nullopt;
+    }
+
+    TextStore store;
+    int starts = 1;
+
+private:
+    void take(FileReading::Part &part, FileReading &reading)
+    {
+        if (part.startsOver) {
+            ++starts;
+            store = TextStore(store.layoutRule(), store.nodeSizes());
+        }
+        store.append(std::move(part.text));
+        if (!part.isMeasured || part.startsOver)
+            reading.setLayout(LayoutCopy(store));
+    }
+};
+
+FileReading::Sizes randomSizes(QRandomGenerator &random)
+{
+    return { 1 + random.bounded(30), 1 + random.bounded(40), 1 + random.bounded(12) };
+}
+
+} // namespace
+
+/// A file that is read in steps gives what it gives at once, whatever its bytes and however they are cut.
+class FileReadingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void isAsAtOnce_data() { addSeeds(300); }
+    void isAsAtOnce();
+    void cutsAreWhereBothSidesStandAlone_data();
+    void cutsAreWhereBothSidesStandAlone();
+    void factsDoNotDependOnCuts_data() { addSeeds(200); }
+    void factsDoNotDependOnCuts();
+    void startsOverWhereTheCodeIsAnother_data();
+    void startsOverWhereTheCodeIsAnother();
+    void unknownWidthsAreMeasuredAtTheEnd();
+    void everyReadMayFail();
+    void everyReadMayBeShort();
+    void takesWhatAFileHasGot();
+    void longFileIsNeverHeldWhole();
+
+private:
+    DocumentFolder m_folder;
+};
+
+void FileReadingTest::isAsAtOnce()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    const QByteArray bytes = mixedBytes(random);
+    QVERIFY(m_folder.write(fileName, bytes));
+    const auto requested = random.bounded(3) > 0 ? std::nullopt : std::optional(CharCode(random.bounded(7)));
+    const CharCode code = requested.value_or(detectCharCode(bytes, codesOfSilent.charCode));
+    const ReturnCode returnCode =
+        code == CharCode::Binary ? ReturnCode::None : detectReturnCode(bytes, codesOfSilent.returnCode);
+    QByteArray normalized = bytes;
+    normalizeLineEnds(normalized, returnCode);
+    const AdvanceTable widths(hurtingWidth);
+    const LayoutRule rule{ &widths, 8 * subpixelsPerPixel, random.bounded(3) * 5 * subpixelsPerPixel };
+    const TextCodec &codec = codecToRead(code, normalized);
+    qint64 undecodable = 0;
+    const TextStore expected = codec.decode(normalized, rule, &undecodable);
+
+    Taker taker(rule);
+    FileReading reading({ m_folder.path() + fileName, requested, codesOfSilent }, LayoutCopy(taker.store),
+        FileCalls::system(), randomSizes(random));
+    const std::array<Spread, 3> spreads{ makeOneByOne, backwards, inThreads };
+    QCOMPARE(taker.take(reading, spreads[size_t(random.bounded(3))]), std::nullopt);
+    taker.store.checkInvariants();
+    QCOMPARE(taker.store.text(), expected.text());
+    QCOMPARE(storedBytes(codec, taker.store), normalized);
+    QCOMPARE(taker.store.rowCount(), expected.rowCount());
+    for (RowIndex row; row <= expected.lastRow(); ++row)
+        QCOMPARE(taker.store.row(row).start, expected.row(row).start);
+    const ReadResult &result = reading.result();
+    QCOMPARE(result.codec, &codec);
+    QCOMPARE(result.codes.charCode, code);
+    QCOMPARE(result.codes.returnCode, returnCode);
+    QCOMPARE(result.findings.undecodableBytes, undecodable);
+    const RewrittenBytes rewritten = countRewritten(bytes, returnCode);
+    QCOMPARE(result.findings.rewritten.nul, rewritten.nul);
+    QCOMPARE(result.findings.rewritten.lf, rewritten.lf);
+    QCOMPARE(result.findings.rewritten.cr, rewritten.cr);
+    QCOMPARE(
+        result.findings.fittingCode, otherFittingCode(wholeOf(normalized), code, !requested, undecodable));
+    ContentHash content;
+    content.add(bytes);
+    QCOMPARE(result.version.content().value(), content.value());
+    QCOMPARE(result.version.stamp().size, bytes.size());
+    QVERIFY(result.version.stamp()
+        == stampOf(QFile::encodeName(m_folder.path() + fileName), FileCalls::system()));
+}
+
+void FileReadingTest::cutsAreWhereBothSidesStandAlone_data()
+{
+    QTest::addColumn<CharCode>("code");
+    QTest::newRow("binary") << CharCode::Binary;
+    QTest::newRow("UTF-8") << CharCode::Utf8;
+    QTest::newRow("Shift-JIS") << CharCode::ShiftJis;
+    QTest::newRow("EUC") << CharCode::Euc;
+    QTest::newRow("ASCII") << CharCode::Ascii;
+}
+
+void FileReadingTest::cutsAreWhereBothSidesStandAlone()
+{
+    QFETCH(CharCode, code);
+    QRandomGenerator random(seedOr(1));
+    const TextCodec &codec = infoOf(code).codec();
+    for (int i = 0; i < 1500; ++i) {
+        const QByteArray bytes = random.bounded(2) == 0 ? mixedBytes(random) : nastyBytes(random);
+        for (const ReturnCode returnCode : { ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf }) {
+            const auto decoded = [&](QByteArray part) {
+                normalizeLineEnds(part, returnCode);
+                return codec.decode(part, LayoutRule()).text();
+            };
+            const qsizetype size = random.bounded(int(bytes.size()) + 1);
+            const qsizetype cut = cutOf(QByteArrayView(bytes).first(size), code);
+            QVERIFY(cut <= size);
+            if (decoded(bytes.first(cut)) + decoded(bytes.sliced(cut)) != decoded(bytes))
+                QFAIL(bytes.first(cut).toHex(' ') + " | " + bytes.sliced(cut).toHex(' '));
+        }
+    }
+}
+
+void FileReadingTest::factsDoNotDependOnCuts()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    const QByteArray bytes = mixedBytes(random);
+    FileFacts facts;
+    for (qsizetype from = 0; from < bytes.size();) {
+        const qsizetype size = qMin<qsizetype>(bytes.size() - from, random.bounded(9));
+        facts.add(QByteArrayView(bytes).sliced(from, size));
+        from += size;
+    }
+    QCOMPARE(facts.code().code(CharCode::Jis), detectCharCode(bytes, CharCode::Jis));
+    QCOMPARE(facts.lineEnd().found().value_or(ReturnCode::None), detectReturnCode(bytes, ReturnCode::None));
+    for (const ReturnCode returnCode : { ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf }) {
+        const RewrittenBytes found = facts.rewritten().with(returnCode);
+        const RewrittenBytes expected = countRewritten(bytes, returnCode);
+        QCOMPARE(found.nul, expected.nul);
+        QCOMPARE(found.lf, expected.lf);
+        QCOMPARE(found.cr, expected.cr);
+    }
+    QCOMPARE(facts.start(), QByteArrayView(bytes));
+    const bool isAscii = std::ranges::all_of(bytes, [](char byte) { return byte > 0; });
+    QVERIFY(facts.code().isAscii() == isAscii);
+}
+
+void FileReadingTest::startsOverWhereTheCodeIsAnother_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<CharCode>("code");
+    QTest::addColumn<int>("starts");
+    const QByteArray ascii("ascii ascii ascii ascii\n");
+    const QByteArray kana = "かなかなかなかな\n"_ba;
+    QTest::newRow("UTF-8") << kana + ascii << CharCode::Utf8 << 1;
+    QTest::newRow("ASCII, then UTF-8") << ascii + kana << CharCode::Utf8 << 1;
+    QTest::newRow("ASCII, then Shift-JIS") << ascii + "\x82\xA0" << CharCode::ShiftJis << 1;
+    QTest::newRow("ASCII, then EUC") << ascii + "\xA4\xA2" << CharCode::Euc << 1;
+    QTest::newRow("ASCII, then JIS") << ascii + "\x1B$B$\"\x1B(B" << CharCode::Jis << 2;
+    QTest::newRow("ASCII, then NUL") << ascii + QByteArray(1, '\0') << CharCode::Binary << 2;
+    QTest::newRow("UTF-8, then Shift-JIS") << kana + ascii + "\x82\xA0" << CharCode::ShiftJis << 2;
+    QTest::newRow("EUC, then Shift-JIS, then JIS")
+        << ascii + "\xA4\xA2" + ascii + "\x82\xA0" + ascii + "\x1B$B$\"\x1B(B" << CharCode::Jis << 3;
+}
+
+void FileReadingTest::startsOverWhereTheCodeIsAnother()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(CharCode, code);
+    QVERIFY(m_folder.write(fileName, bytes));
+    Taker taker{ LayoutRule() };
+    FileReading reading({ m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(taker.store),
+        FileCalls::system(), { 16, 16, 4 });
+    QCOMPARE(taker.take(reading, makeOneByOne), std::nullopt);
+    QCOMPARE(reading.result().codes.charCode, code);
+    QTEST(taker.starts, "starts");
+    QVERIFY(storedBytes(*reading.result().codec, taker.store) == bytes.replace('\0', '\xFF'));
+}
+
+/// A table of the font that has seen nothing is asked in the end, and by nobody before.
+void FileReadingTest::unknownWidthsAreMeasuredAtTheEnd()
+{
+    QVERIFY(m_folder.write(fileName, "あいう\nか"_ba));
+    QSet<char32_t> asked;
+    const AdvanceTable widths([&asked](char32_t c) { return asked << c, c < 0x100 ? 64 : 128; });
+    TextStore store({ &widths });
+    FileReading reading({ m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(store));
+    QCOMPARE(reading.step(), FileReading::Step::Done);
+    auto part = reading.takePart();
+    QVERIFY(part && !part->isMeasured);
+    QVERIFY(!asked.contains(U'あ'));
+    store.append(std::move(part->text));
+    QCOMPARE(store.widestRow(), 3 * 128);
+    QVERIFY(asked.contains(U'か'));
+    FileReading again({ m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(store));
+    QCOMPARE(again.step(), FileReading::Step::Done);
+    QVERIFY(again.takePart()->isMeasured);
+}
+
+void FileReadingTest::everyReadMayFail()
+{
+    QVERIFY(m_folder.write(fileName, QByteArray(100, 'a') + '\n'));
+    int reads = 0;
+    int failing = 0;
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&](int fd, void *to, size_t size, off_t offset) -> ssize_t {
+        if (++reads != failing)
+            return FileCalls::system().pread(fd, to, size, offset);
+        errno = EIO;
+        return -1;
+    };
+    const auto failure = [&] {
+        reads = 0;
+        Taker taker{ LayoutRule() };
+        FileReading reading(
+            { m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(taker.store), calls, { 16, 16, 4 });
+        return taker.take(reading, makeOneByOne);
+    };
+    QCOMPARE(failure(), std::nullopt);
+    const int most = reads;
+    QVERIFY(most > 5);
+    for (failing = 1; failing <= most; ++failing)
+        QCOMPARE(failure(), std::optional(ReadFailure::BrokenOff));
+}
+
+void FileReadingTest::everyReadMayBeShort()
+{
+    const QByteArray bytes = "かなかなかなかな\r\nかなかなかなかな\r\n"_ba;
+    QVERIFY(m_folder.write(fileName, bytes));
+    FileCalls calls = FileCalls::system();
+    calls.pread = [](int fd, void *to, size_t size, off_t offset) {
+        return FileCalls::system().pread(fd, to, qMin<size_t>(size, 5), offset);
+    };
+    Taker taker{ LayoutRule() };
+    FileReading reading(
+        { m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(taker.store), calls, { 16, 16, 4 });
+    QCOMPARE(taker.take(reading, makeOneByOne), std::nullopt);
+    QCOMPARE(taker.store.text(), QString::fromUtf8(bytes).remove(u'\r'));
+}
+
+/// It is read as far as it goes, and its version says how far that was.
+void FileReadingTest::takesWhatAFileHasGot()
+{
+    QVERIFY(m_folder.write(fileName, "one two three four\n"));
+    FileCalls calls = FileCalls::system();
+    QByteArray content = "one two three four\n";
+    int left = 20;
+    calls.pread = [&](int fd, void *to, size_t size, off_t offset) {
+        content += left-- > 0 ? QByteArray("more and more\n") : QByteArray();
+        if (!m_folder.write(fileName, content))
+            return ssize_t{ -1 };
+        return FileCalls::system().pread(fd, to, size, offset);
+    };
+    Taker taker{ LayoutRule() };
+    FileReading reading(
+        { m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(taker.store), calls, { 16, 16, 4 });
+    QCOMPARE(taker.take(reading, makeOneByOne), std::nullopt);
+    QCOMPARE(taker.store.text().toUtf8(), content);
+    QCOMPARE(reading.result().version.stamp().size, content.size());
+}
+
+/// The first part comes soon, and no block is longer than it has to be.
+void FileReadingTest::longFileIsNeverHeldWhole()
+{
+    const QByteArray line = QByteArray(99, 'a') + '\n';
+    QVERIFY(m_folder.write(fileName, line.repeated(400)));
+    Taker taker{ LayoutRule() };
+    FileReading reading({ m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(taker.store),
+        FileCalls::system(), { 256, 1024, 512 });
+    int steps = 1;
+    QCOMPARE(reading.step(), FileReading::Step::More);
+    QCOMPARE(reading.takePart()->text.length(), 256);
+    QCOMPARE(reading.bytesDone(), 256);
+    QCOMPARE(reading.bytesInAll(), 40000);
+    for (; reading.step() == FileReading::Step::More; ++steps)
+        QVERIFY(reading.takePart()->text.length() <= 1024);
+    QCOMPARE(steps, 39);
+    QCOMPARE(reading.bytesDone(), 40000);
+}
+
+REGISTER_TEST(runPlainTest<FileReadingTest>)
+#include "filereading_test.moc"
