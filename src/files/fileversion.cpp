@@ -50,16 +50,27 @@ FileStamp stampOf(const QByteArray &name, const FileCalls &calls)
     return calls.stat(name.constData(), &info) == 0 ? FileStamp(info) : FileStamp();
 }
 
-bool FileStamp::isYoung() const
+bool FileStamp::isYoungAt(qint64 now) const
+{
+    constexpr qint64 twoSteps = nanosecondsPerSecond / 50;
+    const bool isInWholeSeconds = modified % nanosecondsPerSecond == 0;
+    return std::abs(now - modified) < (isInWholeSeconds ? 2 * nanosecondsPerSecond : twoSteps);
+}
+
+namespace {
+
+bool isYoung(const FileStamp &stamp)
 {
     timespec now = {};
     ::clock_gettime(CLOCK_REALTIME, &now);
-    return std::abs(nanosecondsOf(now) - modified) < 2 * nanosecondsPerSecond;
+    return stamp.isYoungAt(nanosecondsOf(now));
 }
+
+} // namespace
 
 FileVersion::FileVersion(const FileStamp &stamp, const ContentHash &content)
     : m_stamp(stamp)
-    , m_isYoung(stamp.isYoung())
+    , m_isYoung(isYoung(stamp))
     , m_content(content)
 {
     m_stamp.size = content.size();
@@ -102,7 +113,7 @@ FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls,
     if (now.size > m_stamp.size)
         return isSameFile ? FileChange::Grown : FileChange::Replaced;
     m_stamp = now;
-    m_isYoung = now.isYoung();
+    m_isYoung = isYoung(now);
     return FileChange::None;
 }
 
@@ -122,7 +133,7 @@ std::optional<bool> FileVersion::isStartOf(
     const bool isAllRead = m_content.endStart() == 0 || (reading == Reading::All && !hasGrown);
     const qint64 from = isAllRead ? 0 : m_content.endStart();
     const auto hash = hashOf(calls, fd, from, m_stamp.size);
-    if (hash && isAllRead && !hasGrown && !now.isYoung())
+    if (hash && isAllRead && !hasGrown && !isYoung(now))
         noteSeen({ now, *hash });
     if (hash != (isAllRead ? m_content.value() : m_content.endValue()))
         return false;
@@ -136,7 +147,7 @@ std::optional<bool> FileVersion::isSeenIn(const FileStamp &now)
     if (!m_seen || m_seen->stamp != now)
         return std::nullopt;
     const bool isSame = m_seen->hash == m_content.value();
-    if (now.isYoung())
+    if (isYoung(now))
         m_seen.reset();
     return isSame;
 }

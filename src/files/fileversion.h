@@ -24,9 +24,10 @@ struct FileStamp {
     bool operator==(const FileStamp &other) const = default;
 
     bool isSameFile(const FileStamp &other) const { return device == other.device && inode == other.inode; }
-    /// Whether it may have been written since without a sign of it: a clock's step goes by before times
-    /// differ, which on some disks is two seconds.
-    bool isYoung() const;
+    /// Whether it may have been written once more up to `now`, in nanoseconds since 1970, without a sign of
+    /// it: times differ when a step of the clock that the system stamps files by has gone by, of 10 ms at
+    /// most; or two seconds on disks that keep whole seconds.
+    bool isYoungAt(qint64 now) const;
 
     dev_t device = 0;
     ino_t inode = 0; ///< 0: no file

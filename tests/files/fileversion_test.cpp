@@ -23,6 +23,8 @@ private slots:
     void sameBytesAreNoChange_data();
     void sameBytesAreNoChange();
     void unchangedFileCostsOneCall();
+    void youngStamps_data();
+    void youngStamps();
     void youngFileIsCompared();
     void largeFileIsKnownByItsEnd();
     void largeFileIsReadThroughByAnother_data();
@@ -164,9 +166,39 @@ void FileVersionTest::unchangedFileCostsOneCall()
     QCOMPARE(made, QByteArrayList{ "stat" });
 }
 
+void FileVersionTest::youngStamps_data()
+{
+    constexpr qint64 ms = 1000000;
+    QTest::addColumn<qint64>("modified");
+    QTest::addColumn<qint64>("later");
+    QTest::addColumn<bool>("isYoung");
+    QTest::newRow("at once") << 1500 * ms << 0 * ms << true;
+    QTest::newRow("a step of the clock later") << 1500 * ms << 10 * ms << true;
+    QTest::newRow("two steps later") << 1500 * ms << 20 * ms << false;
+    QTest::newRow("whole seconds, one later") << 2000 * ms << 1000 * ms << true;
+    QTest::newRow("whole seconds, nearly two later") << 2000 * ms << 1999 * ms << true;
+    QTest::newRow("whole seconds, two later") << 2000 * ms << 2000 * ms << false;
+    QTest::newRow("another machine's clock, ahead") << 1500 * ms << -10 * ms << true;
+    QTest::newRow("far ahead") << 1500 * ms << -1000 * ms << false;
+}
+
+void FileVersionTest::youngStamps()
+{
+    QFETCH(qint64, modified);
+    QFETCH(qint64, later);
+    FileStamp stamp;
+    stamp.modified = modified;
+    QTEST(stamp.isYoungAt(modified + later), "isYoung");
+}
+
 /// Its times may say nothing of a write that comes right behind.
 void FileVersionTest::youngFileIsCompared()
 {
+    timespec second = {};
+    ::clock_gettime(CLOCK_REALTIME, &second);
+    second.tv_nsec = 0;
+    const timespec times[2] = { second, second };
+    QCOMPARE(::utimensat(AT_FDCWD, m_name.constData(), times, 0), 0);
     FileVersion version = read();
     const struct stat before = statOf(m_name);
     writeFile(m_name, "the NEW content\n");
