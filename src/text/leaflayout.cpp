@@ -106,6 +106,7 @@ public:
     {
         return unit != '\n' && unit != '\t' ? m_layout.width(unit) : AdvanceTable::unknown;
     }
+    const quint16 *known() const { return m_known; }
     int of(char16_t unit) const
     {
         const quint16 width = m_known[unit];
@@ -167,6 +168,16 @@ private:
         Subpixels sum = 0;
         int narrowest = m_narrowest;
         int widest = m_widest;
+        if constexpr (sizeof(Unit) == 2) {
+            for (; i + PlainBlock::size <= size; i += PlainBlock::size) {
+                const PlainBlock block(text + i, plain.known());
+                if (!block.isPlain())
+                    break;
+                sum += block.width;
+                narrowest = qMin(narrowest, block.narrowest);
+                widest = qMax(widest, block.widest);
+            }
+        }
         for (int width; i < size && (width = plain.of(text[i])) != AdvanceTable::unknown; ++i) {
             sum += width;
             narrowest = qMin(narrowest, width);

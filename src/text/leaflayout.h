@@ -39,6 +39,32 @@ private:
     qint64 m_next = -1;
 };
 
+/// Some units of a text taken at once: their widths come from a table, in a loop without branches.
+struct PlainBlock {
+    static constexpr qint64 size = 8;
+
+    /// Of the units from `text` on, by AdvanceTable::units().
+    PlainBlock(const char16_t *text, const quint16 *known)
+    {
+        for (qint64 i = 0; i < size; ++i) {
+            const int unit = known[text[i]];
+            m_carries |= unit + 1;
+            width += unit;
+            narrowest = qMin(narrowest, unit);
+            widest = qMax(widest, unit);
+        }
+    }
+    /// They are plain characters all.
+    bool isPlain() const { return m_carries <= AdvanceTable::unknown; }
+
+    int width = 0;
+    int narrowest = AdvanceTable::unknown;
+    int widest = 0;
+
+private:
+    int m_carries = 0; ///< above the largest width where one was unknown
+};
+
 /// Widths of a leaf's units in order: a character's width is that of its first unit, its others have none.
 template <typename Unit> class UnitWidths {
 public:
@@ -60,7 +86,8 @@ public:
                 return i == m_begin ? m_width : 0;
             const quint16 width = m_known[m_text[i]];
             const bool isPlain = width != AdvanceTable::unknown
-                && (i + 1 == m_size || m_known[m_text[i + 1]] != AdvanceTable::unknown);
+                && (i + 1 == m_size || m_known[m_text[i + 1]] != AdvanceTable::unknown
+                    || m_text[i + 1] == u'\n' || m_text[i + 1] == u'\t');
             return isPlain ? width : readCharacter(i);
         }
     }
@@ -147,6 +174,13 @@ private:
         const qint64 last = m_size - 1;
         qint64 position = m_position;
         Subpixels x = m_x;
+        for (; position + PlainBlock::size < last; position += PlainBlock::size) {
+            const PlainBlock block(m_text + position, known);
+            const bool isLastPlain = known[m_text[position + PlainBlock::size]] != AdvanceTable::unknown;
+            if (!block.isPlain() || !isLastPlain || x + block.width > limit)
+                break;
+            x += block.width;
+        }
         for (int width = known[m_text[position]]; position < last && width != AdvanceTable::unknown;
              ++position) {
             const int next = known[m_text[position + 1]];
