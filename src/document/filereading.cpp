@@ -43,8 +43,8 @@ FileReading::FileReading(Request request, LayoutCopy layout, const FileCalls &ca
     , m_sizes(sizes)
     , m_blocks(m_request.fileName, m_request.code, calls)
     , m_codes(m_request.codesOfSilent)
-    , m_layout(std::move(layout))
 {
+    m_workers.push_back({ std::move(layout) });
 }
 
 FileReading::~FileReading() = default;
@@ -113,8 +113,8 @@ void FileReading::takeLayout()
     const std::lock_guard lock(m_mutex);
     if (!m_newLayout)
         return;
-    m_layout = *std::exchange(m_newLayout, std::nullopt);
     m_workers.clear();
+    m_workers.push_back({ *std::exchange(m_newLayout, std::nullopt) });
 }
 
 /// Escape sequences and the order of bytes say what those behind them are.
@@ -139,10 +139,11 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
     } while (ends.back() < m_block.end);
     addWorkers(ends.size());
     const bool isAscii = m_blocks.facts().code().isAscii();
-    spread(int(ends.size()) + 1, [&](int task) {
-        if (task == 0)
+    const int readers = m_block.isLast ? 0 : 1;
+    spread(readers + int(ends.size()), [&](int task) {
+        if (task < readers)
             return readBehind(next);
-        const auto part = size_t(task) - 1;
+        const auto part = size_t(task - readers);
         const qsizetype from = part == 0 ? 0 : ends[part - 1];
         decodePart(m_workers[part], bytes + from, ends[part] - from);
     });
@@ -154,14 +155,15 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
 /// The same in a code of which all is held until the end.
 void FileReading::hold(FileBlock &next)
 {
-    readBehind(next);
+    if (!m_block.isLast)
+        readBehind(next);
     m_bytesDone += m_block.end;
     m_isDecodedAscii = false;
+    m_held.reserve(bytesInAll());
     char *const bytes = m_block.bytes.data();
     m_held.append(bytes, normalizeLineEnds(bytes, m_block.end, m_codes.returnCode));
     if (!m_block.isLast)
         return;
-    addWorkers(1);
     m_result.codec = &codecOf(m_held);
     decodePart(m_workers.front(), m_held.data(), m_held.size());
     m_held = {};
@@ -171,13 +173,12 @@ void FileReading::hold(FileBlock &next)
 void FileReading::addWorkers(size_t wanted)
 {
     while (m_workers.size() < wanted)
-        m_workers.push_back({ m_layout });
+        m_workers.push_back({ m_workers.front().layout });
 }
 
 void FileReading::readBehind(FileBlock &next)
 {
-    if (!m_block.isLast)
-        m_blocks.read(next, m_block, m_sizes.laterBlocks);
+    m_blocks.read(next, m_block, m_sizes.laterBlocks);
 }
 
 /// In any thread.

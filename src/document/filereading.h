@@ -105,11 +105,10 @@ private:
     qint64 m_bytesDone = 0;
     QByteArray m_held; ///< of a code that is decoded whole
     bool m_startsOver = false;
-    std::vector<Worker> m_workers;
+    std::vector<Worker> m_workers; ///< one at least
     std::optional<Part> m_part;
     ReadResult m_result;
 
-    LayoutCopy m_layout;
     std::mutex m_mutex; ///< for the next one
     std::optional<LayoutCopy> m_newLayout;
 };
