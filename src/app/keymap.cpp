@@ -70,7 +70,7 @@ std::span<const KeyBinding> keyBindings()
 QList<CommandSlot> commandsForKey(const QKeyEvent &press)
 {
     const Key key = keyOf(press);
-    const QList<CommandSlot> commands = commandsFor(key, !press.text().isEmpty());
+    QList<CommandSlot> commands = commandsFor(key, !press.text().isEmpty());
     if (!commands.isEmpty() || key.modifiers != control)
         return commands;
     const std::optional<int> digit = digitBehindShift(press);

@@ -119,7 +119,7 @@ void TextDrag::scroll()
     const RowIndex oldTop = m_view.top();
     const qint64 oldLeft = m_view.left();
     m_scroller.setTop(oldTop + direction.y());
-    m_scroller.setLeft(oldLeft + direction.x() * qCeil(m_format.measure().xWidth()));
+    m_scroller.setLeft(oldLeft + qint64{ direction.x() } * qCeil(m_format.measure().xWidth()));
     if (m_view.top() == oldTop && m_view.left() == oldLeft)
         m_scrolling.stop();
     setDropOffset(m_view.placeAt(m_dropPoint).offset);
