@@ -1,5 +1,7 @@
 #include "editor/ctlediter.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr int replaceMode = 1;
@@ -37,11 +39,9 @@ void ctlEditer::jumpToLine(qint64 number)
 
 void ctlEditer::jumpToLastEdit()
 {
-    for (qint64 i = history().commandCount(); i-- > 0;) {
-        const UndoCommand &command = history().command(i);
-        if (command.isStepBoundary())
-            continue;
-        setCursorPosition(store().rowColAt(command.offset));
-        return;
-    }
+    const std::vector<const UndoCommand *> commands = history().commands();
+    const auto last = std::find_if(commands.rbegin(), commands.rend(),
+        [](const UndoCommand *command) { return !command->isStepBoundary(); });
+    if (last != commands.rend())
+        setCursorPosition(store().rowColAt((*last)->offset));
 }

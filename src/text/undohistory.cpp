@@ -71,8 +71,7 @@ struct Step {
     void add(UndoCommand &&command);
     Offset undo(TextStore &store, const UndoHistory::Changed &changed);
     Offset redo(TextStore &store, const UndoHistory::Changed &changed);
-    qint64 commandCount() const { return edits.size() + (grouped ? (open ? 1 : 2) : 0); }
-    const UndoCommand &command(qint64 index) const;
+    void addCommands(std::vector<const UndoCommand *> &commands) const;
 };
 
 void Step::add(UndoCommand &&command)
@@ -112,15 +111,16 @@ Offset Step::redo(TextStore &store, const UndoHistory::Changed &changed)
     return cursor;
 }
 
-const UndoCommand &Step::command(qint64 index) const
+void Step::addCommands(std::vector<const UndoCommand *> &commands) const
 {
     static const UndoCommand begin{ Kind::BeginStep, {}, {} };
     static const UndoCommand end{ Kind::EndStep, {}, {} };
-    if (!grouped)
-        return edits[index];
-    if (index == 0)
-        return begin;
-    return index <= edits.size() ? edits[index - 1] : end;
+    if (grouped)
+        commands.push_back(&begin);
+    for (const UndoCommand &edit : edits)
+        commands.push_back(&edit);
+    if (grouped && !open)
+        commands.push_back(&end);
 }
 
 } // namespace
@@ -375,19 +375,10 @@ Offset UndoHistory::redo(TextStore &store, const Changed &changed)
     return d->steps[d->done++].redo(store, changed);
 }
 
-qint64 UndoHistory::commandCount() const
+std::vector<const UndoCommand *> UndoHistory::commands() const
 {
-    qint64 count = 0;
+    std::vector<const UndoCommand *> commands;
     for (size_t step = 0; step < d->done; ++step)
-        count += d->steps[step].commandCount();
-    return count;
-}
-
-const UndoCommand &UndoHistory::command(qint64 index) const
-{
-    Q_ASSERT(index >= 0 && index < commandCount());
-    size_t step = 0;
-    for (; index >= d->steps[step].commandCount(); ++step)
-        index -= d->steps[step].commandCount();
-    return d->steps[step].command(index);
+        d->steps[step].addCommands(commands);
+    return commands;
 }

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 /// One entry of the undo history: an insertion or a deletion with its place and text, or a step boundary:
 /// the beginning or the end of a group, which is undone as one step.
@@ -66,10 +67,9 @@ public:
     Offset undo(TextStore &store, const Changed &changed = {});
     Offset redo(TextStore &store, const Changed &changed = {});
 
-    /// Commands that are kept and can be undone, oldest first: for the jump to the last edited place.
-    /// O(depth()).
-    qint64 commandCount() const;
-    const UndoCommand &command(qint64 index) const;
+    /// Commands that are kept and can be undone, oldest first: for the jump to the last edited place. Valid
+    /// until the history changes. O(depth()).
+    std::vector<const UndoCommand *> commands() const;
 
 private:
     struct State;

@@ -42,10 +42,10 @@ struct Document {
     /// The commands, oldest first: "+offset:text", "-offset:text", "(" and ")".
     QString drawn() const
     {
-        QStringList commands;
-        for (qint64 i = 0; i < history.commandCount(); ++i)
-            commands += drawn(history.command(i));
-        return commands.join(u' ');
+        QStringList drawnOnes;
+        for (const UndoCommand *const command : history.commands())
+            drawnOnes += drawn(*command);
+        return drawnOnes.join(u' ');
     }
 
 private:
@@ -220,7 +220,7 @@ void UndoHistoryTest::nothingAtFirst()
     QVERIFY(!history.canUndo());
     QVERIFY(!history.canRedo());
     QCOMPARE(undoSteps(history), 0);
-    QCOMPARE(history.commandCount(), 0);
+    QVERIFY(history.commands().empty());
 }
 
 void UndoHistoryTest::cursorGoesWhereTheEditWas()
@@ -342,7 +342,7 @@ void UndoHistoryTest::emptyGroupLeavesNoTrace()
     document.history.endGroup();
     QVERIFY(!document.history.canUndo());
     QVERIFY(document.history.canRedo());
-    QCOMPARE(document.history.commandCount(), 0);
+    QVERIFY(document.history.commands().empty());
 }
 
 void UndoHistoryTest::typingJoinsInsideAGroup()
@@ -419,7 +419,7 @@ void UndoHistoryTest::clearForgets()
     document.history.clear();
     QVERIFY(!document.history.canUndo());
     QVERIFY(!document.history.canRedo());
-    QCOMPARE(document.history.commandCount(), 0);
+    QVERIFY(document.history.commands().empty());
     document.type(2, QStringLiteral("d"));
     QCOMPARE(document.drawn(), QStringLiteral("+2:d"));
 }
@@ -453,10 +453,11 @@ void UndoHistoryTest::hugeGroupsJoinQuickly()
             document.insert(document.store.length(), QStringLiteral("x"));
         document.history.endGroup();
     }
-    QCOMPARE(document.history.commandCount(), 3 + 20 + 2);
-    QCOMPARE(document.history.command(0).kind, Kind::BeginStep);
-    QCOMPARE(document.history.command(1).offset, Offset(1999 * 20 - 1));
-    QCOMPARE(document.history.command(document.history.commandCount() - 2).offset, Offset(2000 * 20 - 1));
+    const std::vector<const UndoCommand *> commands = document.history.commands();
+    QCOMPARE(commands.size(), size_t{ 3 + 20 + 2 });
+    QCOMPARE(commands.at(0)->kind, Kind::BeginStep);
+    QCOMPARE(commands.at(1)->offset, Offset(1999 * 20 - 1));
+    QCOMPARE(commands.at(commands.size() - 2)->offset, Offset(2000 * 20 - 1));
     document.history.undo(document.store);
     document.history.undo(document.store);
     QCOMPARE(document.store.length(), 0);
@@ -468,7 +469,7 @@ void UndoHistoryTest::bigDeletionComesBack()
     Document document(text);
     document.erase(5, document.store.length() - 10);
     TextStore kept;
-    kept.insert(Offset(0), document.history.command(0).text);
+    kept.insert(Offset(0), document.history.commands().at(0)->text);
     qint64 leaves = 0;
     for (qint64 offset = 0; offset < kept.length(); ++leaves) {
         const TextChunk leaf = kept.chunkAt(Offset(offset));

@@ -7,12 +7,11 @@ inline qint64 undoSteps(const UndoHistory &history)
 {
     qint64 steps = 0;
     bool isInGroup = false;
-    for (qint64 i = 0; i < history.commandCount(); ++i) {
-        const UndoCommand &command = history.command(i);
+    for (const UndoCommand *const command : history.commands()) {
         if (!isInGroup)
             ++steps;
-        if (command.isStepBoundary())
-            isInGroup = command.kind == UndoCommand::Kind::BeginStep;
+        if (command->isStepBoundary())
+            isInGroup = command->kind == UndoCommand::Kind::BeginStep;
     }
     return steps;
 }
