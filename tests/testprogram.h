@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/waiting.h"
 #include "text/units.h"
 
 #include <QTest>

@@ -79,7 +79,7 @@ bool ComposingTest::open(TestWindow &window, const TestFiles &files)
     QTest::keyClicks(window.currentEditor(), u"first"_s);
     window.setDocument(files.write(u"a.txt"_s, "old"));
     // Nothing is taken from an input method before the document is on the screen.
-    if (!QTest::qWaitFor(takesKeys))
+    if (!waitUntil(takesKeys))
         return false;
     compose(window.currentEditor(), u"か"_s);
     return window.currentEditor()->text() == u"old"_s && window.tabTexts().at(1) == u"a.txt"_s;

@@ -20,7 +20,7 @@ bool hideAndShow(QWidget &window)
     if (!QTest::qWaitForWindowActive(&other))
         return false;
     window.show();
-    return QTest::qWaitFor([&window] { return window.isActiveWindow(); });
+    return waitUntil([&window] { return window.isActiveWindow(); });
 }
 
 /// The environment variable QWS_DISPLAY while it lives.

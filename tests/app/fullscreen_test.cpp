@@ -92,10 +92,10 @@ bool FullScreenTest::open()
 {
     const bool isOpen = start({ write(u"cr.txt"_s, "\r\x82\xA0"), write(u"crlf.txt"_s, "\x82\xA0\r\n"),
                             write(u"lf.txt"_s, "\x82\xA0\n") })
-        && QTest::qWaitFor([this] { return lineEnd() == u"LF"_s && states().contains(maximised); });
+        && waitUntil([this] { return lineEnd() == u"LF"_s && states().contains(maximised); });
     m_states =
         std::make_unique<Watch>(u"xprop"_s, QStringList{ u"-spy"_s, u"-id"_s, window(), u"_NET_WM_STATE"_s });
-    return isOpen && QTest::qWaitFor([this] { return m_states->lines().size() == 1; });
+    return isOpen && waitUntil([this] { return m_states->lines().size() == 1; });
 }
 
 void FullScreenTest::ask(const QStringList &change)
@@ -109,13 +109,13 @@ void FullScreenTest::ask(const QStringList &change)
 bool FullScreenTest::hasDoneAll(const QString &typed)
 {
     press({ typed, u"ctrl+s"_s });
-    return QTest::qWaitFor([this, &typed] { return read(u"lf.txt"_s).contains(typed.toLatin1()); });
+    return waitUntil([this, &typed] { return read(u"lf.txt"_s).contains(typed.toLatin1()); });
 }
 
 bool FullScreenTest::quit()
 {
     press({ u"ctrl+q"_s });
-    return QTest::qWaitFor([this] { return hasEnded() && m_states->hasEnded(); });
+    return waitUntil([this] { return hasEnded() && m_states->hasEnded(); });
 }
 
 /// The states of the window, one after the other, as far as they are known.

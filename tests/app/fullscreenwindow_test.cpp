@@ -32,7 +32,7 @@ bool open(TestWindow &window)
     if (!QTest::qWaitForWindowExposed(&window))
         return false;
     window.slotCmdFileNew();
-    return QTest::qWaitFor([&window] { return window.isMaximized() && isCovering(window, false); });
+    return waitUntil([&window] { return window.isMaximized() && isCovering(window, false); });
 }
 
 } // namespace

@@ -34,10 +34,10 @@ void KeyboardsTest::cleanup()
 bool KeyboardsTest::searchForX()
 {
     press({ u"ctrl+n"_s });
-    if (!QTest::qWaitFor([] { return activeTitle() == u"Search"; }))
+    if (!waitUntil([] { return activeTitle() == u"Search"; }))
         return false;
     press({ u"x"_s, u"Return"_s, u"Escape"_s });
-    return QTest::qWaitFor([this] { return isActive(); });
+    return waitUntil([this] { return isActive(); });
 }
 
 void KeyboardsTest::digitKeysNeedNoShift_data()

@@ -28,7 +28,7 @@ private:
     bool startAndLogOut();
     bool isAsked() const
     {
-        return QTest::qWaitFor([] { return activeTitle() == u"Confirm File Save"; });
+        return waitUntil([] { return activeTitle() == u"Confirm File Save"; });
     }
 
     std::unique_ptr<SessionManager> m_session;
@@ -55,8 +55,8 @@ bool LogoutTest::startInSession()
     variables.insert(u"SESSION_MANAGER"_s, m_session->address());
     program().setProcessEnvironment(variables);
     return start({ write(u"other.txt"_s, "\rtext"), write(u"a.txt"_s, "old\n") })
-        && QTest::qWaitFor([this] { return lineEnd() == u"LF"; })
-        && QTest::qWaitFor([this] { return m_session->hasClient(); });
+        && waitUntil([this] { return lineEnd() == u"LF"; })
+        && waitUntil([this] { return m_session->hasClient(); });
 }
 
 bool LogoutTest::startAndLogOut()

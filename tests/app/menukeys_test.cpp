@@ -103,7 +103,7 @@ std::unique_ptr<QWidget> openForm(Form form, TestWindow &window)
     dialog->show();
     dialog->activateWindow();
     const auto isActive = [&] { return QApplication::activeWindow() == dialog.get(); };
-    return QTest::qWaitFor(isActive) ? std::move(dialog) : nullptr;
+    return waitUntil(isActive) ? std::move(dialog) : nullptr;
 }
 
 } // namespace

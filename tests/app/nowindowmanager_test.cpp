@@ -39,8 +39,8 @@ void NoWindowManagerTest::cleanup()
 bool NoWindowManagerTest::open(const QStringList &files)
 {
     program().start(QStringLiteral(MARLOPAD_PROGRAM), files);
-    return program().waitForStarted()
-        && QTest::qWaitFor([this] { return title().startsWith(u"Marlo!Pad QT  ["); }) && takesKeys();
+    return program().waitForStarted() && waitUntil([this] { return title().startsWith(u"Marlo!Pad QT  ["); })
+        && takesKeys();
 }
 
 void NoWindowManagerTest::windowIsActive()

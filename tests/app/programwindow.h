@@ -2,6 +2,7 @@
 
 #include "platform/qcop.h"
 #include "recovery/journalfolder.h"
+#include "tests/waiting.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -69,8 +70,8 @@ public:
     {
         m_program->start(QStringLiteral(MARLOPAD_PROGRAM), files);
         const auto showsDocument = [this] { return title().startsWith(QLatin1String("Marlo!Pad QT  [")); };
-        return m_program->waitForStarted() && QTest::qWaitFor(showsDocument)
-            && QTest::qWaitFor([this] { return isActive(); }) && takesKeys();
+        return m_program->waitForStarted() && waitUntil(showsDocument)
+            && waitUntil([this] { return isActive(); }) && takesKeys();
     }
     /// Waits until keys go to the document that was just loaded: some turns of the event loop after its title
     /// is there. The program answers to each call in a turn of its own.
@@ -113,23 +114,25 @@ public:
     }
     static void press(const QStringList &keys) { xdotool(QStringList{ QStringLiteral("key") } + keys); }
 
-    /// Waits for the message box of that title and presses the key in it until it is gone: at first it
-    /// answers to none. What is pressed too often is for its window alone, and lost with that.
+    /// Waits for the message box of that title and presses the key in it until it is gone.
     static bool answer(const QString &title, const QString &key)
     {
-        if (!QTest::qWaitFor([&title] { return activeTitle() == title; }))
-            return false;
-        const QString box = xdotool({ QStringLiteral("getactivewindow") });
-        const auto isGone = [&box] { return xdotool({ QStringLiteral("getactivewindow") }) != box; };
-        // One press after the other: those that wait together look like a repeated key. The box may be gone
-        // before the release, which then has to be made up for.
-        return QTest::qWaitFor(
-            [&] {
-                xdotool({ QStringLiteral("key"), QStringLiteral("--window"), box, key });
-                xdotool({ QStringLiteral("keyup"), key });
-                return QTest::qWaitFor(isGone, doubleClickTime / 2);
-            },
-            10000);
+        return waitUntil([&title] { return activeTitle() == title; })
+            && leave(QStringLiteral("getactivewindow"), key);
+    }
+    /// Presses a key in the window in front, which `inFront` asks for, until it is gone: at first it may
+    /// answer to none. What is pressed too often is for that window alone, and lost with it.
+    static bool leave(const QString &inFront, const QString &key)
+    {
+        const QString window = xdotool({ inFront });
+        const auto isGone = [&] { return xdotool({ inFront }) != window; };
+        // One press after the other: those that wait together look like a repeated key. The window may be
+        // gone before the release, which then has to be made up for.
+        return waitUntil([&] {
+            xdotool({ QStringLiteral("key"), QStringLiteral("--window"), window, key });
+            xdotool({ QStringLiteral("keyup"), key });
+            return QTest::qWaitFor(isGone, doubleClickTime / 2);
+        });
     }
     /// Gives the message box that is active the time after which it answers. Nothing tells that it has
     /// passed.

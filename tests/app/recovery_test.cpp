@@ -360,7 +360,7 @@ void RecoveryTest::listStaysWhatItIsWhileItIsShown()
     const InList restoring([&](frmRecovery &form) {
         leaveBehind({ u"b.txt"_s });
         emit window.findChild<RecoveryJournals *>()->leftBehindChanged();
-        isFound = QTest::qWaitFor([&strip] { return strip.text() == u"2 documents were not saved"_s; });
+        isFound = waitUntil([&strip] { return strip.text() == u"2 documents were not saved"_s; });
         press(form, u"Restore"_s);
     });
     QVERIFY(strip.click(u"Restore"_s));

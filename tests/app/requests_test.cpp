@@ -89,7 +89,7 @@ public:
     void ping()
     {
         const QDBusPendingCall arrival = m_bus.asyncCall(callOf(u"ping"_s, {}));
-        QVERIFY(QTest::qWaitFor([&] { return arrival.isFinished(); }));
+        QVERIFY(waitUntil([&] { return arrival.isFinished(); }));
         QVERIFY(!arrival.isError());
     }
     bool isAnswered() const { return m_answer && m_answer->isFinished(); }
@@ -153,7 +153,7 @@ void RequestsTest::cleanup()
 bool RequestsTest::openModifiedFile()
 {
     application()->request(m_files->write(u"a.txt"_s, "old"));
-    const bool isThere = QTest::qWaitFor([this] { return m_window->tabBar()->count() == 1; });
+    const bool isThere = waitUntil([this] { return m_window->tabBar()->count() == 1; });
     QTest::keyClicks(m_window->currentEditor(), u"x"_s);
     return isThere && m_window->currentEditor()->text() == u"xold";
 }

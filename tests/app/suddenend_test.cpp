@@ -51,8 +51,8 @@ private:
     void sendSignal(int number = SIGTERM) { ::kill(pid_t(program().processId()), number); }
     bool hasEndedByItself()
     {
-        return QTest::qWaitFor([this] { return hasEnded(); }, 20000)
-            && program().exitStatus() == QProcess::NormalExit && program().exitCode() == 0;
+        return waitUntil([this] { return hasEnded(); }) && program().exitStatus() == QProcess::NormalExit
+            && program().exitCode() == 0;
     }
     QStringList names() const
     {

@@ -5,6 +5,7 @@
 #include "recovery/recoveryjournals.h"
 #include "tests/app/stripinwindow.h"
 #include "tests/app/unsavedlist.h"
+#include "tests/waiting.h"
 
 #include <QClipboard>
 #include <QWindow>
@@ -53,7 +54,7 @@ void Typist::restoreAndType()
 
 void Typist::typeOn()
 {
-    if (!QTest::qWaitFor([] { return takesKeys(); }))
+    if (!waitUntil([] { return takesKeys(); }))
         qFatal("no keys");
     while (true) {
         act();
@@ -89,7 +90,7 @@ void Typist::restore()
 {
     const auto tellStep = [this] { tell(m_pipe, Told::of(Told::Kind::Restoring)); };
     const StripInWindow strip(m_window);
-    if (!QTest::qWaitFor([&strip] { return strip.isShown(); }))
+    if (!waitUntil([&strip] { return strip.isShown(); }))
         qFatal("no strip");
     tellStep();
     QObject::connect(m_window.findChild<DocumentArea *>(), &DocumentArea::added, tellStep);

@@ -5,6 +5,7 @@
 #include "rows/lcfont.h"
 #include "settings/settings.h"
 #include "tests/screenclass.h"
+#include "tests/waiting.h"
 #include "tests/widget/rows.h"
 
 #include <QApplication>

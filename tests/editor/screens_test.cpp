@@ -43,7 +43,7 @@ QImage shownOn(ctlEditer &editor, QScreen *screen)
     editor.show();
     editor.activateWindow();
     editor.setFocus();
-    if (!QTest::qWaitForWindowActive(&editor) || !QTest::qWaitFor([&] { return editor.hasFocus(); }))
+    if (!QTest::qWaitForWindowActive(&editor) || !waitUntil([&] { return editor.hasFocus(); }))
         return {};
     // The window keeps its device pixels on its way; what is compared is one part of the text at one logical
     // size.
