@@ -71,7 +71,8 @@ function(marlopad_test_program)
     marlopad_use_read_ahead(${folder}_tests tests "${arg_LINK}")
 endfunction()
 
-# A core is two places for tests: one that works takes both, two that mostly wait share it.
+# ./test has three places for tests on each core: one that works takes two, one that mostly waits takes one. So three
+# that work share two cores, as each of them waits now and then.
 set(MARLOPAD_BUSY_TEST 2)
 
 # marlopad_test(NAME [OF TEST] [ON x|wayland] [ENVIRONMENT VARIABLE=VALUE…]): one CTest test, labelled with its folder.
