@@ -2,6 +2,85 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr">
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>&apos;%1&apos; needs a file behind it</source>
+        <translation>«&#xa0;%1&#xa0;» doit être suivi d’un fichier</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; needs a file</source>
+        <translation>«&#xa0;%1&#xa0;» demande un fichier</translation>
+    </message>
+    <message>
+        <source>there is no option &apos;%1&apos;</source>
+        <translation>l’option «&#xa0;%1&#xa0;» n’existe pas</translation>
+    </message>
+    <message>
+        <source>there is no character code &apos;%1&apos;</source>
+        <translation>le codage «&#xa0;%1&#xa0;» n’existe pas</translation>
+    </message>
+    <message>
+        <source>there is no line &apos;%1&apos;</source>
+        <translation>la ligne «&#xa0;%1&#xa0;» n’existe pas</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; can be named only once</source>
+        <translation>«&#xa0;%1&#xa0;» ne peut être donné qu’une fois</translation>
+    </message>
+    <message>
+        <source>a file has a name</source>
+        <translation>un fichier a un nom</translation>
+    </message>
+    <message>
+        <source>marlopad: %1 (see marlopad --help)</source>
+        <translation>marlopad&#xa0;: %1 (voir marlopad --help)</translation>
+    </message>
+    <message>
+        <source>Usage: marlopad [OPTION]... [FILE]...</source>
+        <translation>Utilisation&#xa0;: marlopad [OPTION]... [FILE]...</translation>
+    </message>
+    <message>
+        <source>open the file, or begin a new one of that name</source>
+        <translation>ouvrir le fichier, ou en commencer un de ce nom</translation>
+    </message>
+    <message>
+        <source>open it with the cursor there</source>
+        <translation>l’ouvrir avec le curseur à cet endroit</translation>
+    </message>
+    <message>
+        <source>the same, unless there is a file named so</source>
+        <translation>de même, sauf si un fichier porte ce nom</translation>
+    </message>
+    <message>
+        <source>a new document with what standard input brings</source>
+        <translation>un nouveau document avec l’entrée standard</translation>
+    </message>
+    <message>
+        <source>all that follow are names of files</source>
+        <translation>tout ce qui suit est un nom de fichier</translation>
+    </message>
+    <message>
+        <source>read them as UTF-8, Shift_JIS, EUC-JP or ISO-2022-JP</source>
+        <translation>les lire en UTF-8, Shift_JIS, EUC-JP ou ISO-2022-JP</translation>
+    </message>
+    <message>
+        <source>return when the documents have been closed</source>
+        <translation>ne rendre la main qu’une fois les documents fermés</translation>
+    </message>
+    <message>
+        <source>show this text</source>
+        <translation>afficher ce texte</translation>
+    </message>
+    <message>
+        <source>show the version</source>
+        <translation>afficher la version</translation>
+    </message>
+    <message>
+        <source>A window that is there already takes the files.</source>
+        <translation>Une fenêtre déjà ouverte prend les fichiers.</translation>
+    </message>
+</context>
+<context>
     <name>DocumentJournals</name>
     <message>
         <source>the disk is full</source>
@@ -511,6 +590,10 @@ Le remplacer&#xa0;?</translation>
     <message>
         <source>No</source>
         <translation>Non</translation>
+    </message>
+    <message>
+        <source>This folder is not there yet. It is made when you save.</source>
+        <translation>Ce dossier n’existe pas encore. Il sera créé à l’enregistrement.</translation>
     </message>
 </context>
 <context>

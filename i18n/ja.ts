@@ -2,6 +2,85 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja">
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>&apos;%1&apos; needs a file behind it</source>
+        <translation>&apos;%1&apos;の後にファイルが必要です</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; needs a file</source>
+        <translation>&apos;%1&apos;にはファイルが必要です</translation>
+    </message>
+    <message>
+        <source>there is no option &apos;%1&apos;</source>
+        <translation>オプション&apos;%1&apos;はありません</translation>
+    </message>
+    <message>
+        <source>there is no character code &apos;%1&apos;</source>
+        <translation>文字コード&apos;%1&apos;はありません</translation>
+    </message>
+    <message>
+        <source>there is no line &apos;%1&apos;</source>
+        <translation>行&apos;%1&apos;はありません</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; can be named only once</source>
+        <translation>&apos;%1&apos;は1回だけ指定できます</translation>
+    </message>
+    <message>
+        <source>a file has a name</source>
+        <translation>ファイル名が空です</translation>
+    </message>
+    <message>
+        <source>marlopad: %1 (see marlopad --help)</source>
+        <translation>marlopad: %1（marlopad --helpを参照）</translation>
+    </message>
+    <message>
+        <source>Usage: marlopad [OPTION]... [FILE]...</source>
+        <translation>使い方: marlopad [OPTION]... [FILE]...</translation>
+    </message>
+    <message>
+        <source>open the file, or begin a new one of that name</source>
+        <translation>ファイルを開く。なければその名前で新規作成</translation>
+    </message>
+    <message>
+        <source>open it with the cursor there</source>
+        <translation>カーソルをその位置に置いて開く</translation>
+    </message>
+    <message>
+        <source>the same, unless there is a file named so</source>
+        <translation>同じ。その名前のファイルがあればそれを開く</translation>
+    </message>
+    <message>
+        <source>a new document with what standard input brings</source>
+        <translation>標準入力の内容で新しい文書を作る</translation>
+    </message>
+    <message>
+        <source>all that follow are names of files</source>
+        <translation>以降はすべてファイル名</translation>
+    </message>
+    <message>
+        <source>read them as UTF-8, Shift_JIS, EUC-JP or ISO-2022-JP</source>
+        <translation>読み込む文字コード: UTF-8 Shift_JIS EUC-JP ISO-2022-JP</translation>
+    </message>
+    <message>
+        <source>return when the documents have been closed</source>
+        <translation>文書が閉じられるまで終了しない</translation>
+    </message>
+    <message>
+        <source>show this text</source>
+        <translation>この説明を表示</translation>
+    </message>
+    <message>
+        <source>show the version</source>
+        <translation>バージョンを表示</translation>
+    </message>
+    <message>
+        <source>A window that is there already takes the files.</source>
+        <translation>すでに開いているウィンドウがあれば、そこで開きます。</translation>
+    </message>
+</context>
+<context>
     <name>DocumentJournals</name>
     <message>
         <source>the disk is full</source>
@@ -510,6 +589,10 @@ Replace existing file?</source>
     <message>
         <source>No</source>
         <translation>いいえ</translation>
+    </message>
+    <message>
+        <source>This folder is not there yet. It is made when you save.</source>
+        <translation>このフォルダはまだありません。保存するときに作成します。</translation>
     </message>
 </context>
 <context>

@@ -14,6 +14,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Plain ASCII is no choice of the user's and would be wrong as soon as the file holds more: detected again.
@@ -95,9 +97,34 @@ void DocumentLoader::openChosen(ctlEditer *editor, const FileChoice &file)
 
 void DocumentLoader::askAndOpen()
 {
+    askAndOpen(startFor(m_documents.current()));
+}
+
+void DocumentLoader::askAndOpenIn(const QString &folder)
+{
+    askAndOpen({ folder, u".txt"_s });
+}
+
+void DocumentLoader::askAndOpen(const FileChoice &start)
+{
     ctlEditer *editor = m_documents.current();
-    if (const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::Open, startFor(editor)))
+    if (const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::Open, start))
         openChosen(editor, *file);
+}
+
+void DocumentLoader::openNew(const QString &path, std::optional<CharCode> charCode)
+{
+    const FileChoice file = fileOf(path, charCode);
+    if (m_documents.editorOfFile(file.fullName())) {
+        open(path, charCode);
+        return;
+    }
+    m_documents.commitComposition();
+    KeyPause::begin();
+    ctlEditer *const editor = m_documents.add(FileName::forDisplay(file.name));
+    editor->startFile(file.folder, file.name, file.charCode);
+    m_documents.refresh(editor);
+    m_documents.present(editor);
 }
 
 void DocumentLoader::askAndReload()

@@ -27,6 +27,10 @@ public:
     void openChosen(ctlEditer *editor, const FileChoice &file);
     /// Has the user choose the file.
     void askAndOpen();
+    /// The same among the text files of a folder, which ends in "/".
+    void askAndOpenIn(const QString &folder);
+    /// Makes a document of a file that is not there yet, or switches to its tab.
+    void openNew(const QString &path, std::optional<CharCode> charCode);
     /// Opens a file's text as that of a document that was never saved, named so. False, after telling the
     /// user, when it cannot be read; there is no document then. Another code that all bytes fit is taken
     /// instead of the one given or detected, and UTF-16 is read as text.
@@ -47,6 +51,7 @@ public:
     const ctlEditer *loading() const { return m_loading; }
 
 private:
+    void askAndOpen(const FileChoice &start);
     bool load(ctlEditer *editor, const FileChoice &file);
     bool loadInto(ctlEditer *editor, const FileChoice &file);
     bool loadAgain(ctlEditer *editor);

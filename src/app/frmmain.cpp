@@ -168,6 +168,11 @@ void frmMain::setDocument(const QString &path)
     openDocument(path, 0);
 }
 
+void frmMain::openRequested(const FileRequest &request)
+{
+    m_parts->requested.open(request);
+}
+
 void frmMain::slotCmdFileNew()
 {
     m_parts->documents.present(m_parts->documents.add());

@@ -3,6 +3,7 @@
 #include "app/command.h"
 #include "app/windowdialogs.h"
 #include "app/windowjobs.h"
+#include "platform/filerequest.h"
 
 #include <QMainWindow>
 
@@ -65,6 +66,8 @@ public:
 public slots:
     /// A request of the launcher.
     void setDocument(const QString &path);
+    /// What the launcher does not ask for in that way.
+    void openRequested(const FileRequest &request);
 
     void slotCmdFileNew();
     void slotCmdFileOpen();

@@ -1,19 +1,70 @@
+#include "app/commandline.h"
 #include "app/frmmain.h"
 #include "app/largestdialog.h"
 #include "app/qpeapplicationesc.h"
+#include "app/standardinput.h"
+#include "app/terminal.h"
+#include "files/filename.h"
 #include "platform/toolkitstart.h"
+#include "platform/waitingstart.h"
 
-int main(int argc, char *argv[])
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+bool isThere(const QByteArray &name)
+{
+    return FileName::exists(FileName::fromBytes(name));
+}
+
+bool reads(const CommandLine &line, FileRequests &requests)
+{
+    const SharedFd input = line.readsInput() ? readStandardInput() : SharedFd();
+    for (FileRequest &request : requests)
+        request.input = request.fileName.isEmpty() ? input : SharedFd();
+    return input || !line.readsInput();
+}
+
+bool waits(const CommandLine &line, FileRequests &requests)
+{
+    const SharedFd waiting = line.waits() ? WaitingStart::begin(requests.size()) : SharedFd();
+    for (FileRequest &request : requests)
+        request.waiting = waiting;
+    return waiting || !line.waits();
+}
+
+int runWindow(QList<QByteArray> words, const FileRequests &requests)
 {
     prepareScale(largestDialog());
     prepareEventLoop();
-    QPEApplicationEsc application(argc, argv);
+    std::vector<char *> arguments;
+    for (QByteArray &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    int count = int(words.size());
+    QPEApplicationEsc application(count, arguments.data());
     QApplication::setApplicationName(QStringLiteral("marlopad"));
-    QApplication::setApplicationVersion(QStringLiteral(MARLOPAD_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("marlopad"));
-    if (application.handOver())
-        return 0;
+    if (application.handOver(requests))
+        return EXIT_SUCCESS;
     frmMain window;
     application.showMainWidget(&window, false);
     return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral(MARLOPAD_VERSION));
+    const CommandLine line(QList<QByteArray>(argv + qMin(argc, 1), argv + argc), isThere);
+    if (line.action() != CommandLine::Action::Open)
+        return answerOnTerminal(line, argc, argv);
+    FileRequests requests = line.requests();
+    if (!reads(line, requests) || !waits(line, requests)) {
+        std::perror("marlopad");
+        return EXIT_FAILURE;
+    }
+    return runWindow(QList<QByteArray>{ argv[0] } + line.toolkitWords(), requests);
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "app/awaiteddocuments.h"
 #include "app/commandbar.h"
 #include "app/documentarea.h"
 #include "app/documentcloser.h"
 #include "app/documentjournals.h"
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
+#include "app/filedrops.h"
 #include "app/firstdocument.h"
 #include "app/fullscreen.h"
 #include "app/interfacelanguage.h"
@@ -14,6 +16,7 @@
 #include "app/recentmenu.h"
 #include "app/recentplaces.h"
 #include "app/recovery.h"
+#include "app/requestedfiles.h"
 #include "app/searchruns.h"
 #include "app/sessionend.h"
 #include "app/windowdialogs.h"
@@ -40,6 +43,9 @@ struct WindowParts {
     FirstDocument firstDocument;
     RecentPlaces places;
     DocumentLoader loader;
+    AwaitedDocuments awaited;
+    RequestedFiles requested;
+    FileDrops drops;
     DocumentSaver saver;
     DocumentCloser closer;
     RecoveryJournals journals;

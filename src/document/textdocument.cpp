@@ -239,26 +239,45 @@ void TextDocument::startNew(
     const QString &name, FileCodes codes, const TextCodec &byteCodec, std::optional<Utf16Form> keptUtf16)
 {
     dropText();
-    m_path.clear();
-    m_name = name;
-    m_unreadFile.clear();
+    setNewFile({}, name);
     m_codes = codes;
     m_readCode = ReadCode(keptUtf16 ? codecOf(*keptUtf16) : byteCodec);
     m_findings = { 0, {}, {}, keptUtf16 };
     m_isHeld = false;
     m_utf16 = { keptUtf16, keptUtf16.has_value() };
+    setText(TextStore(m_store.layoutRule()));
+}
+
+void TextDocument::startFile(const QString &path, const QString &name, FileCodes codes)
+{
+    dropText();
+    setNewFile(path, name);
+    m_keepsFile = true;
+    m_codes = codes;
+    m_readCode = ReadCode(infoOf(codes.charCode).codec());
+    m_findings = {};
+    m_utf16 = {};
+    setText(TextStore(m_store.layoutRule()));
+}
+
+/// A name that nothing was read from or written to.
+void TextDocument::setNewFile(const QString &path, const QString &name)
+{
+    m_path = path;
+    m_name = name;
+    m_unreadFile.clear();
     m_keepsFile = false;
     m_version = DocumentVersion(m_calls);
-    setText(TextStore(m_store.layoutRule()));
+}
+
+bool TextDocument::isOfNewFile() const
+{
+    return !m_path.isEmpty() && m_unreadFile.isEmpty() && m_version.known().stamp().inode == 0;
 }
 
 void TextDocument::detachFromFile(const QString &name)
 {
-    m_path.clear();
-    m_name = name;
-    m_unreadFile.clear();
-    m_version = DocumentVersion(m_calls);
-    m_keepsFile = false;
+    setNewFile({}, name);
     m_isEdited = true;
     emit detached();
 }

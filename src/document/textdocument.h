@@ -119,6 +119,11 @@ public:
     /// that come into it are of `byteCodec`. It is saved as UTF-16 where that is kept, see keepUtf16().
     void startNew(const QString &name, FileCodes codes, const TextCodec &byteCodec,
         std::optional<Utf16Form> keptUtf16 = {});
+    /// Makes it a document of a file that is not there yet, without text: its first save makes the file, and
+    /// keeps what another program may have put there by then.
+    void startFile(const QString &path, const QString &name, FileCodes codes);
+    /// Whether it is such a document, and was not saved yet.
+    bool isOfNewFile() const;
     /// What other programs have done to the document's file since it was read or written, but for what is
     /// acknowledged. `seen` is what somebody found who has read through the file because this was unsure, see
     /// ContentReading. Cost: one call where nothing has happened.
@@ -184,6 +189,7 @@ private:
     void endReading(const ReadResult &result);
     void setRead(const FileVersion &version);
     void dropText();
+    void setNewFile(const QString &path, const QString &name);
     QByteArray fileName() const;
     bool appendGrowth();
     SaveResult write(const QString &fileName);

@@ -47,6 +47,8 @@ public:
     bool loadFile(const QString &path, const QString &name, std::optional<CharCode> requested);
     /// As loadFile, as UTF-16; see TextDocument.
     bool loadUtf16(const QString &path, const QString &name, Utf16Form form);
+    /// Shows an empty document of a file that is not there yet; without a code it has that of new documents.
+    void startFile(const QString &path, const QString &name, std::optional<CharCode> charCode);
     /// As loadFile, always detecting.
     bool reload(const QString &path, const QString &name);
     /// Writes the text as path + name; 0 keeps the document's own code or line end. False after telling the
@@ -67,6 +69,9 @@ public:
     bool searchBackward(int mode, bool caseSensitive, const QString &findText, const QString &replaceText);
     /// Puts the cursor at the start of a logical line, counted from 1; nothing for a line there is not.
     void jumpToLine(qint64 number);
+    /// Puts the cursor before a character of a logical line, both counted from 1 and at most the last there
+    /// is.
+    void jumpTo(qint64 line, qint64 column);
     /// Puts the cursor where the newest insertion or deletion that can be undone began; nothing without one.
     void jumpToLastEdit();
 

@@ -42,6 +42,12 @@ bool ctlEditer::loadUtf16(const QString &path, const QString &name, Utf16Form fo
     return true;
 }
 
+void ctlEditer::startFile(const QString &path, const QString &name, std::optional<CharCode> charCode)
+{
+    const FileCodes codes = defaultCodes();
+    laidOutDocument().startFile(path, name, { charCode.value_or(codes.charCode), codes.returnCode });
+}
+
 bool ctlEditer::reload(const QString &path, const QString &name)
 {
     return loadFile(path, name, std::nullopt);
@@ -81,9 +87,10 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, std::optional
     const SaveResult result = document().save(path, name, charCode, returnCode);
     const bool isWritten = result.outcome == SaveResult::Outcome::Written;
     const bool isAsWanted = result.wasToBeKept && result.overtaken == Overtaken::No;
-    if (isWritten && (isAsWanted || result.overtaken == Overtaken::ByProgram))
+    const bool isKept = isWritten && !result.keptCopy.isEmpty();
+    if (isKept && (isAsWanted || result.overtaken == Overtaken::ByProgram))
         emit fileKept(result.keptCopy);
-    else if (!isWritten || !result.keptCopy.isEmpty())
+    else if (!isWritten || isKept)
         tellSaved(result);
     return isWritten;
 }

@@ -37,6 +37,14 @@ void ctlEditer::jumpToLine(qint64 number)
         setCursorPosition({ store().rowOfLine(LineIndex(number - 1)), 0 });
 }
 
+void ctlEditer::jumpTo(qint64 line, qint64 column)
+{
+    const LineIndex there = qMin(LineIndex(line - 1), store().lastLine());
+    const Offset start = store().lineStart(there);
+    const qint64 length = store().lineEnd(there) - start;
+    setCursorPosition(store().rowColAt(start + qMin(column - 1, length)));
+}
+
 void ctlEditer::jumpToLastEdit()
 {
     const std::vector<const UndoCommand *> commands = history().commands();

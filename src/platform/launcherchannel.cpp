@@ -1,15 +1,19 @@
 #include "platform/launcherchannel.h"
 
+#include "files/fileaddress.h"
 #include "files/filename.h"
 #include "platform/qcop.h"
 #include "platform/sessionbus.h"
 
 #include <QDBusPendingCallWatcher>
+#include <QDBusUnixFileDescriptor>
 #include <QEventLoop>
 #include <QTimer>
 
 #include <limits>
 #include <utility>
+
+#include <fcntl.h>
 
 namespace {
 
@@ -18,7 +22,6 @@ constexpr int noTimeout = std::numeric_limits<int>::max();
 constexpr uint queued = 0;
 constexpr uint doNotQueue = 4;
 constexpr uint primaryOwner = 1;
-constexpr QLatin1String addressPrefix("file://");
 
 QString ownChannel()
 {
@@ -43,10 +46,67 @@ bool isAnswered(const QDBusConnection &bus, const QDBusMessage &call)
     return bus.call(call, QDBus::Block, instanceTimeout).type() == QDBusMessage::ReplyMessage;
 }
 
-// The answer may have to wait for a question to the user of the instance, as long as that takes.
-bool giveDocument(const QDBusConnection &bus, const QString &address)
+QString nameOnBus(const QString &fileName)
 {
-    const QDBusMessage call = callOfInstance(QStringLiteral("setDocument"), { address });
+    const bool isUnicode = QString::fromUtf8(fileName.toUtf8()) == fileName;
+    return isUnicode ? fileName : FileAddress::of(fileName);
+}
+
+QString nameFromBus(const QString &text)
+{
+    return FileAddress::fileName(text.toUtf8()).value_or(text);
+}
+
+const QString lineOption = QStringLiteral("line");
+const QString columnOption = QStringLiteral("column");
+const QString charCodeOption = QStringLiteral("charCode");
+const QString inputOption = QStringLiteral("input");
+const QString waitingOption = QStringLiteral("waiting");
+
+QVariantMap optionsOf(const FileRequest &request)
+{
+    QVariantMap options;
+    if (request.place) {
+        options[lineOption] = request.place->line;
+        options[columnOption] = request.place->column;
+    }
+    if (request.charCode)
+        options[charCodeOption] = int(*request.charCode);
+    const auto addFile = [&options](const QString &name, const SharedFd &file) {
+        if (file)
+            options[name] = QVariant::fromValue(QDBusUnixFileDescriptor(file->number()));
+    };
+    addFile(inputOption, request.input);
+    addFile(waitingOption, request.waiting);
+    return options;
+}
+
+/// The number that came is closed with the message.
+SharedFd fileIn(const QVariantMap &options, const QString &name)
+{
+    const auto file = options.value(name).value<QDBusUnixFileDescriptor>();
+    const int own = file.isValid() ? ::fcntl(file.fileDescriptor(), F_DUPFD_CLOEXEC, 0) : -1;
+    return own == -1 ? SharedFd() : std::make_shared<OpenFd>(own);
+}
+
+FileRequest shellRequest(const QVariantMap &options)
+{
+    FileRequest request;
+    request.from = FileRequest::From::Shell;
+    if (options.contains(lineOption))
+        request.place = { options.value(lineOption).toLongLong(),
+            options.value(columnOption, 1).toLongLong() };
+    request.charCode = requestedCharCode(options.value(charCodeOption).toInt());
+    request.input = fileIn(options, inputOption);
+    request.waiting = fileIn(options, waitingOption);
+    return request;
+}
+
+// The answer may have to wait for a question to the user of the instance, as long as that takes.
+bool giveDocument(const QDBusConnection &bus, const FileRequest &request)
+{
+    const QDBusMessage call =
+        callOfInstance(QStringLiteral("openFromShell"), { nameOnBus(request.fileName), optionsOf(request) });
     QDBusPendingCallWatcher answer(bus.asyncCall(call, noTimeout));
     QEventLoop waiting;
     QTimer look;
@@ -59,21 +119,6 @@ bool giveDocument(const QDBusConnection &bus, const QString &address)
     if (!answer.isFinished())
         waiting.exec();
     return answer.isFinished() && !answer.isError();
-}
-
-QString toAddress(const QString &fileName)
-{
-    const bool isUnicode = QString::fromUtf8(fileName.toUtf8()) == fileName;
-    if (isUnicode)
-        return fileName;
-    return addressPrefix + QString::fromLatin1(FileName::toBytes(fileName).toPercentEncoding("/"));
-}
-
-QString fromAddress(const QString &text)
-{
-    if (!text.startsWith(addressPrefix))
-        return text;
-    return FileName::fromBytes(QByteArray::fromPercentEncoding(text.sliced(addressPrefix.size()).toUtf8()));
 }
 
 } // namespace
@@ -98,7 +143,7 @@ void LauncherChannel::openLater()
         requestName(*bus, queued);
 }
 
-bool LauncherChannel::handOver(QStringList &fileNames)
+bool LauncherChannel::handOver(FileRequests &requests)
 {
     const auto bus = sessionBus();
     if (!bus || !QCopChannel::isRegistered(ownChannel()))
@@ -106,9 +151,9 @@ bool LauncherChannel::handOver(QStringList &fileNames)
     const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
     if (!isAnswered(*bus, callOfInstance(QStringLiteral("raise"), { token })))
         return false;
-    while (!fileNames.isEmpty() && giveDocument(*bus, toAddress(fileNames.front())))
-        fileNames.removeFirst();
-    return fileNames.isEmpty();
+    while (!requests.isEmpty() && giveDocument(*bus, requests.front()))
+        requests.removeFirst();
+    return requests.isEmpty();
 }
 
 void LauncherChannel::setTaking(Taking taking)
@@ -120,18 +165,49 @@ void LauncherChannel::setTaking(Taking taking)
         settle(document);
 }
 
+namespace {
+
+/// Nothing for a name that is not absolute.
+std::optional<QString> absoluteNameFromBus(const QString &text)
+{
+    const QString name = nameFromBus(text);
+    return name.startsWith(u'/') ? std::optional(FileName::absolute(FileName::toBytes(name))) : std::nullopt;
+}
+
+} // namespace
+
 void LauncherChannel::setDocument(const QString &fileName)
 {
-    const QString name = fromAddress(fileName);
-    if (!name.startsWith(u'/')) {
-        if (calledFromDBus())
-            sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Give the absolute name of a file."));
+    if (const auto name = absoluteNameFromBus(fileName))
+        take({ *name });
+    else
+        refuse();
+}
+
+void LauncherChannel::openFromShell(const QString &fileName, const QVariantMap &options)
+{
+    FileRequest request = shellRequest(options);
+    const auto name = request.input ? std::optional(QString()) : absoluteNameFromBus(fileName);
+    if (!name) {
+        refuse();
         return;
     }
+    request.fileName = *name;
+    take(request);
+}
+
+void LauncherChannel::refuse()
+{
+    if (calledFromDBus())
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Give the absolute name of a file."));
+}
+
+/// Now or later, as it is with others.
+void LauncherChannel::take(const FileRequest &request)
+{
     if (calledFromDBus())
         setDelayedReply(true);
-    const QString absolute = FileName::absolute(FileName::toBytes(name));
-    const Document document{ absolute, calledFromDBus() ? message() : QDBusMessage() };
+    const Document document{ request, calledFromDBus() ? message() : QDBusMessage() };
     if (m_taking != Taking::Later) {
         settle(document);
         return;
@@ -146,7 +222,7 @@ void LauncherChannel::settle(const Document &document)
 {
     const bool isTaken = m_taking == Taking::AtOnce;
     if (isTaken)
-        emit documentRequested(document.fileName);
+        emit documentRequested(document.request);
     const auto bus = sessionBus();
     if (!bus || !document.message.isReplyRequired())
         return;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/filerequest.h"
+
 #include <QDBusContext>
 #include <QDBusMessage>
 #include <QList>
 #include <QObject>
-#include <QStringList>
+#include <QVariantMap>
 
 /// Our own channel, "QPE/Application/marlopad": how the launcher, other programs and a second start of this
 /// one reach the running instance.
@@ -29,16 +31,19 @@ public:
     /// AtOnce at first. What waits is taken or refused now, unless it goes on waiting.
     void setTaking(Taking taking);
 
-    /// Gives the process that has the channel these files (absolute names), taking from the list each that it
-    /// has confirmed; without any it is asked to show its window. True when it confirmed everything; false as
-    /// soon as it refuses one or is not there to answer within two seconds. As long as it takes files later,
-    /// it is waited for.
-    static bool handOver(QStringList &fileNames);
+    /// Gives the process that has the channel these files, taking from the list each that it has confirmed;
+    /// without any it is asked to show its window. True when it confirmed everything; false as soon as it
+    /// refuses one or is not there to answer within two seconds. As long as it takes files later, it is
+    /// waited for.
+    static bool handOver(FileRequests &requests);
 
 public slots:
     /// An absolute name, or a "file://" address: so travels a name that is no Unicode text. Anything else is
     /// answered with an error.
     Q_SCRIPTABLE void setDocument(const QString &fileName);
+    /// The same from a command line, with what stands there beside the name. Without a name the document is
+    /// what can be read from "input".
+    Q_SCRIPTABLE void openFromShell(const QString &fileName, const QVariantMap &options);
     Q_SCRIPTABLE void raise();
     /// With what the launcher gave a second start as its right to come to the front.
     Q_SCRIPTABLE void raise(const QString &activationToken);
@@ -46,15 +51,17 @@ public slots:
     Q_SCRIPTABLE void ping() { }
 
 signals:
-    void documentRequested(const QString &fileName);
+    void documentRequested(const FileRequest &request);
     void raiseRequested();
 
 private:
     struct Document {
-        QString fileName;
+        FileRequest request;
         QDBusMessage message; ///< to be answered
     };
 
+    void take(const FileRequest &request);
+    void refuse();
     void settle(const Document &document);
 
     Taking m_taking = Taking::AtOnce;

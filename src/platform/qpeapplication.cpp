@@ -1,7 +1,6 @@
 #include "platform/qpeapplication.h"
 
 #include "files/endorder.h"
-#include "files/filename.h"
 #include "platform/composingescape.h"
 #include "platform/endsignals.h"
 #include "platform/launcherchannel.h"
@@ -31,9 +30,8 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     StrayInput::instance();
     new ComposingEscape(this);
     new ReturnedFocus(this);
-    for (int i = 1; i < argc; ++i)
-        m_arguments << FileName::absolute(argv[i]);
-    connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::request);
+    connect(m_channel, &LauncherChannel::documentRequested, this,
+        qOverload<const FileRequest &>(&QPEApplication::request));
     connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::raiseWindow);
     connect(m_channel, &LauncherChannel::raiseRequested, this, &QPEApplication::raiseWindow);
 }
@@ -58,11 +56,12 @@ QString QPEApplication::qpeDir()
     return own;
 }
 
-bool QPEApplication::handOver()
+bool QPEApplication::handOver(const FileRequests &requests)
 {
+    m_given = requests;
     if (m_channel->open())
         return false;
-    const bool isHandedOver = LauncherChannel::handOver(m_arguments);
+    const bool isHandedOver = LauncherChannel::handOver(m_given);
     if (!isHandedOver)
         m_channel->openLater();
     return isHandedOver;
@@ -86,8 +85,8 @@ void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
         connect(m_endSignals, &EndSignals::endRequested, this, &QPEApplication::endAtOnce);
         EndOrder::setObedience([this] { endAtOnce(); });
     }
-    for (const QString &fileName : std::exchange(m_arguments, {}))
-        request(fileName);
+    for (const FileRequest &given : std::exchange(m_given, {}))
+        request(given);
 }
 
 void QPEApplication::holdRequests(bool hold)
@@ -125,9 +124,9 @@ void QPEApplication::settleEnd()
         m_channel->setTaking(hasWindow ? Taking::AtOnce : Taking::Never);
 }
 
-void QPEApplication::request(const QString &fileName)
+void QPEApplication::request(const FileRequest &request)
 {
-    m_requests->add(fileName);
+    m_requests->add(request);
 }
 
 void QPEApplication::endAtOnce()

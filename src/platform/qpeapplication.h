@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/filerequest.h"
 #include "platform/heldkeys.h"
 
 #include <QApplication>
 #include <QPointer>
-#include <QStringList>
 
 class EndSignals;
 class LauncherChannel;
@@ -15,7 +15,7 @@ class RequestQueue;
 class QPEApplication : public QApplication {
     Q_OBJECT
 public:
-    /// What is left of the command line after the toolkit's own options is names of files.
+    /// The arguments are for the toolkit.
     QPEApplication(int &argc, char **argv);
     ~QPEApplication() override;
 
@@ -25,12 +25,13 @@ public:
 
     /// Offers the files of the command line to a running instance, which also shows its window: true when it
     /// took them (the caller then exits with 0). Else this process becomes the instance that others hand
-    /// their files to, at once or when the other one is gone. Without a session bus, when the other does not
-    /// answer within two seconds, or when its user ends it: false. Waits as long as that user is asked.
-    bool handOver();
+    /// their files to, at once or when the other one is gone, and opens in its window what the other one has
+    /// not taken. Without a session bus, when the other does not answer within two seconds, or when its user
+    /// ends it: false. Waits as long as that user is asked.
+    bool handOver(const FileRequests &requests = {});
 
-    /// Shows the window (maximised) as the one that receives launcher requests through its
-    /// `setDocument(QString)` slot: first the files of the command line, then each that arrives. A request
+    /// Shows the window (maximised) as the one that receives requests through its slots, see RequestQueue:
+    /// first the files of the command line, then each that arrives. A request
     /// waits while a modal dialog or a menu is open or `holdRequests(true)` is in force, and is then
     /// delivered once, from the event loop. The window is not owned.
     void showMainWidget(QWidget *window, bool noMaximize = false);
@@ -49,7 +50,8 @@ public:
     void setEndOpen(bool open);
 
     /// A file to open, absolute.
-    void request(const QString &fileName);
+    void request(const QString &fileName) { request(FileRequest{ fileName }); }
+    void request(const FileRequest &request);
     /// Ends the process from wherever it is, without a question and without closing a window, whatever is
     /// open or under way. Does nothing in threads other than the application's. The signals that tell a
     /// process to end (EndSignals) do this once the main window is shown, and so does a session manager.
@@ -74,7 +76,7 @@ private:
     void settleEnd();
 
     HeldKeys m_heldKeys;
-    QStringList m_arguments;
+    FileRequests m_given; ///< until there is a window
     RequestQueue *m_requests;
     LauncherChannel *m_channel;
     int m_endQuestions = 0; ///< that are open

@@ -24,9 +24,9 @@ void RequestQueue::setHeld(bool held)
     schedule();
 }
 
-void RequestQueue::add(const QString &fileName)
+void RequestQueue::add(const FileRequest &request)
 {
-    m_fileNames << fileName;
+    m_requests << request;
     watch();
     schedule();
 }
@@ -56,13 +56,13 @@ void RequestQueue::watch()
 
 void RequestQueue::stopWatching()
 {
-    if (m_fileNames.isEmpty())
+    if (m_requests.isEmpty())
         QAbstractEventDispatcher::instance(thread())->disconnect(this);
 }
 
 void RequestQueue::schedule()
 {
-    if (m_scheduled || m_fileNames.isEmpty() || !isReady())
+    if (m_scheduled || m_requests.isEmpty() || !isReady())
         return;
     m_scheduled = true;
     QMetaObject::invokeMethod(this, &RequestQueue::deliver, Qt::QueuedConnection);
@@ -71,11 +71,19 @@ void RequestQueue::schedule()
 void RequestQueue::deliver()
 {
     m_scheduled = false;
-    while (!m_fileNames.isEmpty() && isReady()) {
+    while (!m_requests.isEmpty() && isReady()) {
         const QScopedValueRollback delivering(m_delivering, true);
-        [[maybe_unused]] const bool isTaken = QMetaObject::invokeMethod(
-            m_receiver, "setDocument", Qt::DirectConnection, Q_ARG(QString, m_fileNames.takeFirst()));
-        Q_ASSERT(isTaken);
+        give(m_requests.takeFirst());
     }
     stopWatching();
+}
+
+void RequestQueue::give(const FileRequest &request)
+{
+    const bool isPlain = request.from == FileRequest::From::Launcher;
+    [[maybe_unused]] const bool isTaken = isPlain ? QMetaObject::invokeMethod(m_receiver, "setDocument",
+                                              Qt::DirectConnection, Q_ARG(QString, request.fileName))
+                                                  : QMetaObject::invokeMethod(m_receiver, "openRequested",
+                                                      Qt::DirectConnection, Q_ARG(FileRequest, request));
+    Q_ASSERT(isTaken);
 }

@@ -1,18 +1,20 @@
 #pragma once
 
+#include "platform/filerequest.h"
+
 #include <QObject>
 #include <QPointer>
-#include <QStringList>
 
 class QWidget;
 
 /// Files to open, in the order of their arrival, until the main window can take them.
 ///
-/// The window takes one in its slot `setDocument(QString)`, called from the event loop, never from inside
-/// another call of the program: not while a modal dialog or a menu is open, not while held, not before the
-/// window has been on the screen: before that it has not the size that text may be laid out for. Each is
-/// delivered once. Whether the time has come is looked at only while something waits, each time the event
-/// loop has been woken or is about to sleep.
+/// The window takes the launcher's in its slot `setDocument(QString)` and all others in
+/// `openRequested(FileRequest)`, called from the event loop, never from inside another call of the program:
+/// not while a modal dialog or a menu is open, not while held, not before the window has been on the screen:
+/// before that it has not the size that text may be laid out for. Each is delivered once. Whether the time
+/// has come is looked at only while something waits, each time the event loop has been woken or is about to
+/// sleep.
 class RequestQueue : public QObject {
     Q_OBJECT
 public:
@@ -23,8 +25,8 @@ public:
     void setHeld(bool held);
     /// Whether a modal dialog is open or requests are held.
     bool isBusy() const;
-    void add(const QString &fileName);
-    bool isEmpty() const { return m_fileNames.isEmpty(); }
+    void add(const FileRequest &request);
+    bool isEmpty() const { return m_requests.isEmpty(); }
 
 private:
     bool isReady();
@@ -32,9 +34,10 @@ private:
     void stopWatching();
     void schedule();
     void deliver();
+    void give(const FileRequest &request);
 
     QPointer<QWidget> m_receiver;
-    QStringList m_fileNames;
+    FileRequests m_requests;
     bool m_wasOnScreen = false;
     bool m_held = false;
     bool m_scheduled = false;

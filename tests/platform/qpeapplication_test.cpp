@@ -1,6 +1,7 @@
 #include "platform/qpeapplication.h"
 
 #include "files/endorder.h"
+#include "files/filename.h"
 #include "platform/endquestion.h"
 #include "platform/qcop.h"
 #include "platform/toolkitstart.h"
@@ -19,6 +20,7 @@
 #include <QScreen>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
@@ -42,6 +44,22 @@ class PrintingWindow : public QWidget {
     Q_OBJECT
 public slots:
     void setDocument(const QString &fileName) { print("document", escaped(fileName)); }
+    /// With what came beside the name.
+    void openRequested(const FileRequest &request)
+    {
+        const LineColumn place = request.place.value_or(LineColumn{ 0, 0 });
+        const int code = request.charCode ? int(*request.charCode) : 0;
+        std::array<char, 16> content{};
+        if (request.input && ::pread(request.input->number(), content.data(), content.size() - 1, 0) < 0)
+            print("unreadable");
+        print("document", escaped(request.fileName));
+        if (request.place || request.charCode || request.input)
+            print("with",
+                QByteArray::number(place.line) + ' ' + QByteArray::number(place.column) + ' '
+                    + QByteArray::number(code) + ' ' + content.data());
+        if (request.waiting && ::write(request.waiting->number(), ".", 1) < 0)
+            print("nobody waits");
+    }
 
 public:
     static void print(const char *what, const QByteArray &text = {})
@@ -139,6 +157,7 @@ private slots:
     void secondStart_handsOver_data();
     void secondStart_handsOver();
     void secondStart_withUndecodableName_handsOver();
+    void secondStart_handsOverWhatComesBesideTheName();
     void secondStart_withoutFile_showsTheWindow();
     void secondStart_duringTheQuestion_waits_data();
     void secondStart_duringTheQuestion_waits();
@@ -269,6 +288,19 @@ void QPEApplicationTest::secondStart_withUndecodableName_handsOver()
     QCOMPARE(second.run(), 0);
     QVERIFY(first.prints("document /caf\\ue9.txt"));
     QVERIFY(first.prints("document /%\\udc83e\\udcc0\\udc8a"));
+}
+
+/// A file to be read and somebody who waits go over the bus as what they are.
+void QPEApplicationTest::secondStart_handsOverWhatComesBesideTheName()
+{
+    Role first({ u"run"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    Role second({ u"rich"_s });
+    QCOMPARE(second.run(), 0);
+    QCOMPARE(second.readAllStandardOutput(), QByteArray("handed over\ntold\n"));
+    QVERIFY(first.prints("document /a"));
+    QVERIFY(first.prints("with 7 3 2 "));
+    QVERIFY(first.prints("with 1 1 0 input"));
 }
 
 void QPEApplicationTest::secondStart_withoutFile_showsTheWindow()
@@ -460,9 +492,9 @@ static int printScale(QPEApplication &app)
     return 0;
 }
 
-static int runProgram(QPEApplication &app, bool minimized)
+static int runProgram(QPEApplication &app, bool minimized, const FileRequests &requests)
 {
-    if (app.handOver()) {
+    if (app.handOver(requests)) {
         PrintingWindow::print("handed over");
         return 0;
     }
@@ -516,7 +548,7 @@ static int runUntilEnded(QPEApplication &app, QByteArrayView state)
 }
 
 /// Asks from the start whether to end, until its input says "stay" or "end".
-static int runQuestion(QPEApplication &app)
+static int runQuestion(QPEApplication &app, const FileRequests &requests)
 {
     auto question = std::make_unique<EndQuestion>();
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
@@ -527,17 +559,49 @@ static int runQuestion(QPEApplication &app)
             app.topLevelWidgets().first()->close();
         question.reset();
     });
-    return runProgram(app, true);
+    return runProgram(app, true, requests);
 }
 
-// "scale", "qpedir", "run [minimized] [FILE…]", "ask" and "end STATE" are the roles of other processes.
+/// Hands over all that can come beside a name.
+static int runRich(QPEApplication &app)
+{
+    std::array<int, 2> ends{};
+    std::array<int, 2> input{};
+    if (::pipe(ends.data()) != 0)
+        return 1;
+    QTemporaryFile file;
+    if (!file.open() || file.write("input") != 5 || !file.flush())
+        return 1;
+    const SharedFd waiting = std::make_shared<OpenFd>(ends[1]);
+    using From = FileRequest::From;
+    const FileRequests requests{ { u"/a"_s, From::Shell, LineColumn{ 7, 3 }, CharCode::Utf8, {}, waiting },
+        { {}, From::Shell, LineColumn{ 1, 1 }, {}, std::make_shared<OpenFd>(::dup(file.handle())), {} } };
+    if (!app.handOver(requests))
+        return 1;
+    PrintingWindow::print("handed over");
+    if (::read(ends[0], input.data(), 1) == 1)
+        PrintingWindow::print("told");
+    return 0;
+}
+
+/// Files as a command line names them.
+static FileRequests requestsFor(int argc, char **argv)
+{
+    FileRequests requests;
+    for (int i = 1; i < argc; ++i)
+        requests << FileRequest{ FileName::absolute(argv[i]), FileRequest::From::Shell };
+    return requests;
+}
+
+// "scale", "qpedir", "run [minimized] [FILE…]", "rich", "ask [FILE…]" and "end STATE" are the roles of other
+// processes.
 namespace {
 
 int runQPEApplicationTest(int argc, char **argv)
 {
     const QByteArray role = argc > 1 ? argv[1] : "";
-    const bool isRole =
-        role == "scale" || role == "qpedir" || role == "run" || role == "ask" || role == "end";
+    const bool isRole = role == "scale" || role == "qpedir" || role == "run" || role == "rich"
+        || role == "ask" || role == "end";
     const bool minimized = isRole && argc > 2 && QByteArrayView(argv[2]) == "minimized";
     if (isRole) {
         const int taken = minimized ? 2 : 1;
@@ -553,9 +617,11 @@ int runQPEApplicationTest(int argc, char **argv)
     if (role == "qpedir")
         return std::puts(QFile::encodeName(QPEApplication::qpeDir()).constData()) < 0;
     if (role == "run")
-        return runProgram(app, minimized);
+        return runProgram(app, minimized, requestsFor(argc, argv));
+    if (role == "rich")
+        return runRich(app);
     if (role == "ask")
-        return runQuestion(app);
+        return runQuestion(app, requestsFor(argc, argv));
     if (role == "end")
         return runUntilEnded(app, argv[1]);
     QPEApplicationTest test;

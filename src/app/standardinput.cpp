@@ -1,0 +1,52 @@
+#include "app/standardinput.h"
+
+#include "files/filecalls.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+
+#include <array>
+#include <cstdlib>
+
+#include <fcntl.h>
+
+namespace {
+
+/// Null: there can be none.
+SharedFd namelessFile()
+{
+    QByteArray name = QFile::encodeName(QDir::tempPath()) + "/marlopad-XXXXXX";
+    const int number = ::mkostemp(name.data(), O_CLOEXEC);
+    if (number == -1)
+        return {};
+    ::unlink(name.constData());
+    return std::make_shared<OpenFd>(number);
+}
+
+bool writeAll(int to, const char *bytes, ssize_t count)
+{
+    while (count > 0) {
+        const ssize_t written = retried([&] { return ::write(to, bytes, size_t(count)); });
+        if (written == -1)
+            return false;
+        bytes += written;
+        count -= written;
+    }
+    return true;
+}
+
+} // namespace
+
+SharedFd readStandardInput()
+{
+    SharedFd file = namelessFile();
+    std::array<char, 65536> block{};
+    ssize_t count = file ? 1 : 0;
+    while (count > 0) {
+        count = retried([&] { return ::read(STDIN_FILENO, block.data(), block.size()); });
+        if (count == -1 || !writeAll(file->number(), block.data(), count))
+            return {};
+    }
+    return file;
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "files/sharedfd.h"
+
+/// Reads standard input to its end, into a file without a name in the folder for temporary files, and gives
+/// that file, to be read from its start. Null, with errno, where the input cannot be read or has no room.
+/// Waits as long as it takes.
+SharedFd readStandardInput();

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "codec/charcode.h"
+#include "files/sharedfd.h"
+
+#include <QList>
+#include <QMetaType>
+#include <QString>
+
+#include <optional>
+
+/// A line of a text and a character in it, both counted from 1.
+struct LineColumn {
+    qint64 line = 1;
+    qint64 column = 1;
+    bool operator==(const LineColumn &) const = default;
+};
+
+/// A document that somebody outside of the window wants to have opened.
+struct FileRequest {
+    enum class From {
+        Launcher, ///< or another program
+        Shell, ///< a command line: a file that is not there is a new one
+        Drop, ///< on the window: a folder stands for its files
+    };
+
+    QString fileName; ///< absolute; empty: a new document with what can be read from `input`
+    From from = From::Launcher;
+    std::optional<LineColumn> place = {}; ///< where the cursor goes
+    std::optional<CharCode> charCode = {}; ///< nothing: detect
+    SharedFd input = {}; ///< a file that can be read from its start
+    SharedFd waiting = {}; ///< of a start that waits for the document's end, see WaitingStart
+};
+using FileRequests = QList<FileRequest>;
+Q_DECLARE_METATYPE(FileRequest)

@@ -1,0 +1,375 @@
+#include "app/filedrops.h"
+#include "app/qpeapplicationesc.h"
+#include "app/requestedfiles.h"
+#include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+
+#include <array>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using From = FileRequest::From;
+
+SharedFd fileWith(const QByteArray &content)
+{
+    QByteArray name = "/tmp/requestedfiles-XXXXXX";
+    const int number = ::mkostemp(name.data(), O_CLOEXEC);
+    ::unlink(name.constData());
+    if (::write(number, content.constData(), size_t(content.size())) != content.size())
+        qFatal("cannot write");
+    return std::make_shared<OpenFd>(number);
+}
+
+std::array<int, 2> connectedFds()
+{
+    std::array<int, 2> ends{};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends.data()) != 0)
+        qFatal("no sockets");
+    return ends;
+}
+
+/// Holds data over a widget, which takes them or not, and drops what it takes.
+bool drop(QWidget &on, const QMimeData &data)
+{
+    const QPoint place(1, 1);
+    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&on, &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDropEvent event(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&on, &event);
+    return event.isAccepted() && event.dropAction() == Qt::CopyAction;
+}
+
+bool dropAddresses(QWidget &on, const QByteArray &addresses)
+{
+    QMimeData data;
+    data.setData(u"text/uri-list"_s, addresses);
+    return drop(on, data);
+}
+
+QPEApplication &application()
+{
+    return *static_cast<QPEApplication *>(qApp);
+}
+
+} // namespace
+
+/// What comes from a shell and what is dropped on the window.
+class RequestedFilesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void goesToThePlace_data();
+    void goesToThePlace();
+    void goesToThePlaceInAnOpenFile();
+    void readsInTheCharset();
+    void missingFileIsNew();
+    void newFileIsMadeByItsFirstSave();
+    void newFileHasTheCharset();
+    void newFileOfAFolderThatIsMissing();
+    void newFileThatSomebodyMadeMeanwhileIsKept();
+    void newFileIsNoRecentOne();
+    void missingFileOfTheLauncherIsTold();
+    void inputIsANewDocument();
+    void emptyInputIsAnEmptyDocument();
+    void closedDocumentIsTold();
+    void killedProgramTellsNothing();
+
+    void filesAreDropped_data();
+    void filesAreDropped();
+    void namesOfAnyBytesAreDropped();
+    void folderOffersItsFiles();
+    void otherThingsAreNotDropped();
+    void nothingIsDroppedBehindADialog();
+    void textIsStillDropped();
+
+private:
+    ctlEditer &editor() const { return *m_window->currentEditor(); }
+    QString openFiles() const { return m_window->tabTexts().join(u' '); }
+
+    std::unique_ptr<TestFiles> m_files;
+    std::unique_ptr<TestWindow> m_window;
+};
+
+void RequestedFilesTest::init()
+{
+    resetSettings();
+    m_files = std::make_unique<TestFiles>();
+    m_window = std::make_unique<TestWindow>();
+    application().showMainWidget(m_window.get());
+    QVERIFY(m_window->open());
+}
+
+void RequestedFilesTest::cleanup()
+{
+    m_window.reset();
+}
+
+void RequestedFilesTest::goesToThePlace_data()
+{
+    QTest::addColumn<LineColumn>("place");
+    QTest::addColumn<QString>("text"); // "|" is where the cursor is
+    const auto row = [](const char *name, LineColumn place, const QString &text) {
+        QTest::newRow(name) << place << text;
+    };
+    row("the start", { 1, 1 }, u"|ab\nあい\n\nd"_s);
+    row("a line", { 2, 1 }, u"ab\n|あい\n\nd"_s);
+    row("a column", { 2, 2 }, u"ab\nあ|い\n\nd"_s);
+    row("behind a line's end", { 2, 9 }, u"ab\nあい|\n\nd"_s);
+    row("an empty line", { 3, 2 }, u"ab\nあい\n|\nd"_s);
+    row("behind the last line", { 9, 1 }, u"ab\nあい\n\n|d"_s);
+    constexpr qint64 most = std::numeric_limits<qint64>::max();
+    row("far behind", { most, most }, u"ab\nあい\n\nd|"_s);
+}
+
+void RequestedFilesTest::goesToThePlace()
+{
+    QFETCH(LineColumn, place);
+    QFETCH(QString, text);
+    const QString file = m_files->write(u"a.txt"_s, "ab\n\343\201\202\343\201\204\n\nd");
+    m_window->openRequested({ file, From::Shell, place });
+    QString drawn = editor().text();
+    drawn.insert(editor().cursorPlace().offset.value(), u'|');
+    QCOMPARE(drawn, text);
+}
+
+void RequestedFilesTest::goesToThePlaceInAnOpenFile()
+{
+    const QString file = m_files->write(u"a.txt"_s, "a\nb\nc\n");
+    m_window->openRequested({ file, From::Shell });
+    m_window->slotCmdFileNew();
+    m_window->openRequested({ file, From::Shell, LineColumn{ 3, 1 } });
+    QCOMPARE(editor().name(), u"a.txt"_s);
+    QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(2), 0 }));
+    QCOMPARE(m_window->tabBar()->count(), 3);
+}
+
+void RequestedFilesTest::readsInTheCharset()
+{
+    const QString file = m_files->write(u"a.txt"_s, "\244\242");
+    m_window->openRequested({ file, From::Shell, {}, CharCode::ShiftJis });
+    QCOMPARE(editor().text(), u"､｢"_s);
+}
+
+void RequestedFilesTest::missingFileIsNew()
+{
+    MessageBoxes boxes;
+    m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell, LineColumn{ 7, 1 } });
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(openFiles(), u"(new document) new.txt"_s);
+    QCOMPARE(editor().path(), m_files->folder());
+    QVERIFY(!editor().edited());
+    m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell });
+    QCOMPARE(openFiles(), u"(new document) new.txt"_s);
+}
+
+void RequestedFilesTest::newFileIsMadeByItsFirstSave()
+{
+    m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell });
+    QTest::keyClicks(&editor(), u"x"_s);
+    QCOMPARE(openFiles(), u"(new document) * new.txt"_s);
+    QVERIFY(!QFile::exists(m_files->folder() + u"new.txt"_s));
+    m_window->slotCmdFileSave();
+    QVERIFY(m_window->requests.isEmpty());
+    QCOMPARE(m_files->read(u"new.txt"_s), QByteArray("x"));
+    QCOMPARE(openFiles(), u"(new document) new.txt"_s);
+    m_window->slotCmdFileCloseTab();
+    QCOMPARE(recentFiles().entries.front().name, u"new.txt"_s);
+}
+
+void RequestedFilesTest::newFileHasTheCharset()
+{
+    m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell, {}, CharCode::Euc });
+    QCOMPARE(editor().charCodeName(), u"EUC"_s);
+    QCOMPARE(editor().returnCodeName(), u"CR+LF"_s);
+    editor().insert(u"あ"_s);
+    m_window->slotCmdFileSave();
+    QCOMPARE(m_files->read(u"new.txt"_s), QByteArray("\244\242"));
+}
+
+void RequestedFilesTest::newFileOfAFolderThatIsMissing()
+{
+    m_window->openRequested({ m_files->folder() + u"gone/new.txt"_s, From::Shell });
+    QTest::keyClicks(&editor(), u"x"_s);
+    const NoTimeToRead noTime;
+    MessageBoxes boxes;
+    m_window->slotCmdFileSave();
+    QCOMPARE(boxes.titles(), QStringList{ u"File Write Error"_s });
+    QVERIFY(editor().edited());
+}
+
+void RequestedFilesTest::newFileThatSomebodyMadeMeanwhileIsKept()
+{
+    m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell });
+    QTest::keyClicks(&editor(), u"x"_s);
+    m_files->write(u"new.txt"_s, "theirs");
+    QSignalSpy kept(&editor(), &ctlEditer::fileKept);
+    m_window->slotCmdFileSave();
+    QCOMPARE(m_files->read(u"new.txt"_s), QByteArray("x"));
+    QCOMPARE(kept.size(), 1);
+    QFile copy(kept[0][0].toString());
+    QVERIFY(copy.open(QIODevice::ReadOnly));
+    QCOMPARE(copy.readAll(), QByteArray("theirs"));
+}
+
+void RequestedFilesTest::newFileIsNoRecentOne()
+{
+    m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell });
+    m_window->slotCmdFileCloseTab();
+    QVERIFY(!recentFiles().entries.front().isUsed());
+}
+
+void RequestedFilesTest::missingFileOfTheLauncherIsTold()
+{
+    const NoTimeToRead noTime;
+    MessageBoxes boxes;
+    m_window->setDocument(m_files->folder() + u"missing.txt"_s);
+    QCOMPARE(boxes.count(), 1);
+}
+
+void RequestedFilesTest::inputIsANewDocument()
+{
+    m_window->openRequested(
+        { {}, From::Shell, LineColumn{ 2, 1 }, {}, fileWith("\343\201\202\na\200\n\343\201\204\n") });
+    QCOMPARE(editor().text().left(3), u"あ\na"_s);
+    QCOMPARE(openFiles(), u"(new document) * (new document)"_s);
+    QVERIFY(editor().path().isEmpty());
+    QVERIFY(editor().edited());
+    QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(1), 0 }));
+}
+
+void RequestedFilesTest::emptyInputIsAnEmptyDocument()
+{
+    m_window->openRequested({ {}, From::Shell, {}, {}, fileWith({}) });
+    QCOMPARE(openFiles(), u"(new document) (new document)"_s);
+    QVERIFY(!editor().edited());
+}
+
+void RequestedFilesTest::closedDocumentIsTold()
+{
+    const std::array<int, 2> ends = connectedFds();
+    const QString file = m_files->write(u"a.txt"_s, "a");
+    m_window->openRequested({ file, From::Shell, {}, {}, {}, std::make_shared<OpenFd>(ends[0]) });
+    char told[8];
+    QCOMPARE(::read(ends[1], told, sizeof told), -1);
+    m_window->slotCmdFileNew();
+    m_window->slotCmdFileCloseTab();
+    QCOMPARE(::read(ends[1], told, sizeof told), -1);
+    m_window->setDocument(file);
+    m_window->slotCmdFileCloseTab();
+    QCOMPARE(::read(ends[1], told, sizeof told), 1);
+    QCOMPARE(::read(ends[1], told, sizeof told), 0);
+    ::close(ends[1]);
+}
+
+void RequestedFilesTest::killedProgramTellsNothing()
+{
+    const std::array<int, 2> ends = connectedFds();
+    const QString file = m_files->write(u"a.txt"_s, "a");
+    m_window->openRequested({ file, From::Shell, {}, {}, {}, std::make_shared<OpenFd>(ends[0]) });
+    m_window.reset();
+    char told[8];
+    QCOMPARE(::read(ends[1], told, sizeof told), 0);
+    ::close(ends[1]);
+}
+
+void RequestedFilesTest::filesAreDropped_data()
+{
+    QTest::addColumn<std::function<QWidget *(TestWindow &)>>("on");
+    const auto row = [](const char *name, const std::function<QWidget *(TestWindow &)> &on) {
+        QTest::newRow(name) << on;
+    };
+    row("text", [](TestWindow &window) { return window.currentEditor()->viewport(); });
+    row("tab bar", [](TestWindow &window) { return window.tabBar(); });
+    row("tool bar", [](TestWindow &window) { return window.toolBar(); });
+    row("window", [](TestWindow &window) { return &window; });
+}
+
+void RequestedFilesTest::filesAreDropped()
+{
+    QFETCH(std::function<QWidget *(TestWindow &)>, on);
+    m_files->write(u"a b.txt"_s, "first");
+    m_files->write(u"c.txt"_s, "second");
+    const QByteArray folder = m_files->folder().toUtf8();
+    QVERIFY(dropAddresses(*on(*m_window),
+        "# comment\r\nfile://" + folder + "a%20b.txt\r\nfile://" + folder
+            + "c.txt\r\nhttps://x.example/\r\n"));
+    QCOMPARE(m_window->tabBar()->count(), 1);
+    QTRY_COMPARE(openFiles(), u"(new document) a b.txt c.txt"_s);
+    QCOMPARE(editor().text(), u"second"_s);
+}
+
+void RequestedFilesTest::namesOfAnyBytesAreDropped()
+{
+    const QByteArray name = QFile::encodeName(m_files->folder()) + "\203e.txt";
+    const int file = ::open(name.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    QCOMPARE(::write(file, "x", 1), 1);
+    ::close(file);
+    QVERIFY(dropAddresses(*editor().viewport(), "file://" + name.toPercentEncoding("/") + "\r\n"));
+    QTRY_COMPARE(m_window->tabBar()->count(), 2);
+    QCOMPARE(editor().text(), u"x"_s);
+    QCOMPARE(editor().name(), QChar(0xDC83) + u"e.txt"_s);
+}
+
+void RequestedFilesTest::folderOffersItsFiles()
+{
+    const QString file = m_files->write(u"a.txt"_s, "chosen");
+    m_window->choices << FileChoice{ m_files->folder(), u"a.txt"_s };
+    QVERIFY(dropAddresses(*editor().viewport(), "file://" + m_files->folder().chopped(1).toUtf8()));
+    QTRY_COMPARE(m_window->requests.size(), 1);
+    QCOMPARE(m_window->requests[0].mode, frmFileDialog::Open);
+    QCOMPARE(m_window->requests[0].fullName(), m_files->folder() + u".txt"_s);
+    QTRY_COMPARE(editor().text(), u"chosen"_s);
+}
+
+void RequestedFilesTest::otherThingsAreNotDropped()
+{
+    QVERIFY(!dropAddresses(*m_window, "https://x.example/a.txt\r\n"));
+    QVERIFY(!dropAddresses(*m_window, "file://elsewhere.example/a.txt\r\n"));
+    QMimeData nothing;
+    QVERIFY(!drop(*m_window, nothing));
+}
+
+void RequestedFilesTest::nothingIsDroppedBehindADialog()
+{
+    const QByteArray address = "file://" + m_files->write(u"a.txt"_s, "a").toUtf8();
+    application().holdRequests(true);
+    QVERIFY(!dropAddresses(*m_window, address));
+    application().holdRequests(false);
+    QVERIFY(dropAddresses(*m_window, address));
+}
+
+void RequestedFilesTest::textIsStillDropped()
+{
+    QMimeData text;
+    text.setText(u"dropped"_s);
+    QVERIFY(drop(*editor().viewport(), text));
+    QCOMPARE(editor().text(), u"dropped"_s);
+}
+
+namespace {
+
+int runRequestedFilesTest(int argc, char **argv)
+{
+    QPEApplicationEsc app(argc, argv);
+    RequestedFilesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+} // namespace
+
+REGISTER_TEST(runRequestedFilesTest)
+#include "requestedfiles_test.moc"

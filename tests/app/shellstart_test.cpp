@@ -1,0 +1,231 @@
+#include "tests/app/programwindow.h"
+#include "tests/testprogram.h"
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Answer {
+    int status = -1;
+    QByteArray output;
+    QByteArray errors;
+};
+
+/// Runs the program to its end, without a display.
+Answer answerTo(const QStringList &arguments, const QString &locale = u"C"_s)
+{
+    QProcess program;
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    for (const QString &name : { u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s })
+        variables.remove(name);
+    variables.insert(u"LC_ALL"_s, locale);
+    program.setProcessEnvironment(variables);
+    program.start(QStringLiteral(MARLOPAD_PROGRAM), arguments);
+    if (!program.waitForFinished() || program.exitStatus() != QProcess::NormalExit)
+        return {};
+    return { program.exitCode(), program.readAllStandardOutput(), program.readAllStandardError() };
+}
+
+/// The process that has the window, which a waiting start is not.
+pid_t instance()
+{
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
+        u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetConnectionUnixProcessID"_s);
+    question.setArguments({ u"QPE.Application.marlopad"_s });
+    return pid_t(bus.call(question).arguments().value(0).toUInt());
+}
+
+} // namespace
+
+/// The program as a shell starts it.
+class ShellStartTest : public QObject, private ProgramWindow {
+    Q_OBJECT
+
+private slots:
+    void init() { QVERIFY(reset()); }
+    void cleanup();
+
+    void tellsOnTheTerminal_data();
+    void tellsOnTheTerminal();
+    void wrongOptionsAreRefused_data();
+    void wrongOptionsAreRefused();
+    void goesToTheLine();
+    void secondStartGoesToTheLine();
+    void newFileIsMadeByItsFirstSave();
+    void secondStartBringsItsInput();
+    void waitsForTheDocument();
+    void secondStartWaitsForItsDocuments();
+    void waitingEndsWithTheProgram();
+
+private:
+    std::unique_ptr<QProcess> startSecond(const QStringList &arguments) const;
+};
+
+void ShellStartTest::cleanup()
+{
+    if (const pid_t process = instance(); process > 0)
+        ::kill(process, SIGKILL);
+    QTRY_COMPARE(instance(), 0);
+    QCOMPARE(end(), QByteArray());
+}
+
+std::unique_ptr<QProcess> ShellStartTest::startSecond(const QStringList &arguments) const
+{
+    auto second = std::make_unique<QProcess>();
+    second->setWorkingDirectory(folder());
+    second->start(QStringLiteral(MARLOPAD_PROGRAM), arguments);
+    return second;
+}
+
+void ShellStartTest::tellsOnTheTerminal_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QByteArray>("told");
+    const auto row = [](const char *option, const char *locale, const char *told) {
+        QTest::addRow("%s %s", option, locale)
+            << QString::fromLatin1(option) << QString::fromLatin1(locale) << QByteArray(told);
+    };
+    row("--version", "C", "Marlo!Pad QT 1.76\n");
+    row("--version", "ja_JP.UTF-8", "Marlo!Pad QT 1.76\n");
+    row("--help", "C", "Usage: marlopad ");
+    row("--help", "en_GB.UTF-8", "Usage: marlopad ");
+    row("--help", "de_DE.UTF-8", "Usage: marlopad ");
+    row("--help", "fr_FR.UTF-8", "Utilisation : marlopad ");
+    row("--help", "ja_JP.UTF-8", "使い方: marlopad ");
+}
+
+void ShellStartTest::tellsOnTheTerminal()
+{
+    QFETCH(QString, option);
+    QFETCH(QString, locale);
+    QFETCH(QByteArray, told);
+    const Answer answer = answerTo({ option }, locale);
+    QCOMPARE(answer.status, 0);
+    QVERIFY2(QString::fromUtf8(answer.output).replace(QChar::Nbsp, u' ').startsWith(QString::fromUtf8(told)),
+        answer.output.constData());
+    QCOMPARE(answer.errors, QByteArray());
+}
+
+void ShellStartTest::wrongOptionsAreRefused_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("C") << u"C"_s
+                       << QByteArray("marlopad: there is no option '--nonsense' (see marlopad --help)\n");
+    QTest::newRow("fr_FR.UTF-8")
+        << u"fr_FR.UTF-8"_s
+        << QByteArray("marlopad : l’option « --nonsense » n’existe pas (voir marlopad --help)\n");
+    QTest::newRow("ja_JP.UTF-8")
+        << u"ja_JP.UTF-8"_s
+        << QByteArray("marlopad: オプション'--nonsense'はありません（marlopad --helpを参照）\n");
+}
+
+void ShellStartTest::wrongOptionsAreRefused()
+{
+    QFETCH(QString, locale);
+    QFETCH(QByteArray, error);
+    const Answer answer = answerTo({ u"a.txt"_s, u"--nonsense"_s }, locale);
+    QCOMPARE(answer.status, 2);
+    QCOMPARE(answer.output, QByteArray());
+    QCOMPARE(QString::fromUtf8(answer.errors).replace(QChar::Nbsp, u' ').replace(QChar(0x202F), u' '),
+        QString::fromUtf8(error));
+}
+
+void ShellStartTest::goesToTheLine()
+{
+    QVERIFY(start({ u"+2:2"_s, write(u"a.txt"_s, "ab\ncd\n") }));
+    press({ u"x"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("ab\ncxd\n"));
+}
+
+void ShellStartTest::secondStartGoesToTheLine()
+{
+    write(u"a.txt"_s, "ab\ncd\n");
+    write(u"a.txt:1"_s, "other\n");
+    QVERIFY(start());
+    const auto second = startSecond({ u"a.txt:2"_s });
+    QVERIFY(second->waitForFinished());
+    QCOMPARE(second->exitCode(), 0);
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    QVERIFY(takesKeys());
+    press({ u"x"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("ab\nxcd\n"));
+    QVERIFY(startSecond({ u"a.txt:1"_s })->waitForFinished());
+    QVERIFY(takesKeys());
+    press({ u"y"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt:1"_s), QByteArray("yother\n"));
+}
+
+void ShellStartTest::newFileIsMadeByItsFirstSave()
+{
+    QVERIFY(start({ folder() + u"/new.txt"_s, u"--charset=UTF-8"_s }));
+    QCOMPARE(title(), u"Marlo!Pad QT  [UTF8][CR+LF]"_s);
+    press({ u"x"_s });
+    QCOMPARE(read(u"new.txt"_s), QByteArray());
+    press({ u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"new.txt"_s), QByteArray("x"));
+}
+
+void ShellStartTest::secondStartBringsItsInput()
+{
+    QVERIFY(start());
+    const auto second = startSecond({ u"-"_s });
+    second->write("from a pipe\n");
+    second->closeWriteChannel();
+    QVERIFY(second->waitForFinished());
+    QCOMPARE(second->exitCode(), 0);
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    QVERIFY(takesKeys());
+    press({ u"ctrl+s"_s });
+    QTRY_COMPARE(activeTitle(), u"Save as"_s);
+    xdotool({ u"key"_s, u"alt+n"_s });
+    xdotool({ u"key"_s, u"Escape"_s });
+    QTRY_VERIFY(isActive());
+}
+
+void ShellStartTest::waitsForTheDocument()
+{
+    QVERIFY(start({ u"--wait"_s, write(u"a.txt"_s, "a\n") }));
+    QVERIFY(!hasEnded());
+    QVERIFY(instance() != program().processId());
+    press({ u"x"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("xa\n"));
+    QVERIFY(!hasEnded());
+    press({ u"Escape"_s });
+    QTRY_VERIFY(hasEnded());
+    QCOMPARE(program().exitCode(), 0);
+    QVERIFY(instance() > 0);
+}
+
+void ShellStartTest::secondStartWaitsForItsDocuments()
+{
+    QVERIFY(start({ write(u"a.txt"_s, "a\r\n") }));
+    write(u"b.txt"_s, "b\n");
+    write(u"c.txt"_s, "c\r");
+    const auto second = startSecond({ u"--wait"_s, u"b.txt"_s, u"c.txt"_s });
+    QTRY_COMPARE(lineEnd(), u"CR"_s);
+    QVERIFY(takesKeys());
+    press({ u"Escape"_s });
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    QCOMPARE(second->state(), QProcess::Running);
+    press({ u"Escape"_s });
+    QTRY_COMPARE(lineEnd(), u"CR+LF"_s);
+    QVERIFY(second->waitForFinished());
+    QCOMPARE(second->exitCode(), 0);
+}
+
+/// A commit message that was not finished is none.
+void ShellStartTest::waitingEndsWithTheProgram()
+{
+    QVERIFY(start({ u"--wait"_s, write(u"a.txt"_s, "a\n") }));
+    ::kill(instance(), SIGKILL);
+    QTRY_VERIFY(hasEnded());
+    QCOMPARE(program().exitCode(), 1);
+}
+
+REGISTER_TEST(runCoreTest<ShellStartTest>)
+#include "shellstart_test.moc"
