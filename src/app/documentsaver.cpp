@@ -4,13 +4,8 @@
 #include "app/recentplaces.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
-#include "files/filename.h"
-#include "files/statefolder.h"
+#include "filedialog/documentsfolder.h"
 #include "platform/qcop.h"
-
-#include <QDir>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,16 +19,6 @@ void announceSaved(const ctlEditer &editor)
         return;
     QCopEnvelope message(channel, u"refreshListItem(QString,QString)"_s);
     message << editor.path() << editor.name();
-}
-
-/// The folder that is offered for new documents may not be there yet. One that was named otherwise is not
-/// made: it is more likely mistyped.
-void makeDocumentsFolder(const QString &folder)
-{
-    if (folder != QDir::homePath() + u"/Documents/"_s || FileName::exists(folder))
-        return;
-    if (::mkdir(FileName::toBytes(folder).constData(), S_IRWXU | S_IRWXG | S_IRWXO) == 0)
-        syncFolder(FileCalls::system(), FileName::toBytes(QDir::homePath() + u'/'));
 }
 
 } // namespace
@@ -72,7 +57,7 @@ bool DocumentSaver::saveAs(ctlEditer *editor, std::optional<CharCode> charCode)
     FileChoice start = startFor(editor);
     start.charCode = charCode;
     while (const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::SaveAs, start)) {
-        makeDocumentsFolder(file->folder);
+        DocumentsFolder::makeForSaving(file->folder);
         if (saveTo(editor, *file))
             return true;
         // Binary text cannot be saved anywhere.

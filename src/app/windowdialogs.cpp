@@ -1,9 +1,8 @@
 #include "app/windowdialogs.h"
 
 #include "app/documentfile.h"
+#include "filedialog/documentsfolder.h"
 #include "options/frmoption.h"
-
-#include <QDir>
 
 using namespace Qt::StringLiterals;
 
@@ -11,7 +10,7 @@ FileChoice startFor(const ctlEditer *editor)
 {
     if (editor && hasFile(*editor))
         return { editor->path(), editor->name() };
-    return { QDir::homePath() + u"/Documents/"_s, u".txt"_s };
+    return { DocumentsFolder::path(), u".txt"_s };
 }
 
 std::optional<FileChoice> WindowDialogs::runFileDialog(

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr std::array smallWidths{ 140, 50, 88 };
 constexpr std::array vgaWidths{ 245, 90, 140 };
+constexpr int emptyMargin = 6;
 
 /// The folder that holds `path`; "/" holds itself.
 QString folderAbove(const QString &path)
@@ -218,8 +220,36 @@ void ctlFileListView::slotMouseClicked(QTreeWidgetItem *item)
     slotExecItem(item);
 }
 
+void ctlFileListView::widenNames(int by)
+{
+    const int width = header()->sectionSize(ctlFileListViewItem::NameColumn);
+    header()->resizeSection(ctlFileListViewItem::NameColumn, width + by);
+}
+
+void ctlFileListView::paintEvent(QPaintEvent *event)
+{
+    QTreeWidget::paintEvent(event);
+    if (topLevelItemCount() > 0 || emptyText.isEmpty())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(emptyMargin, emptyMargin, -emptyMargin, -emptyMargin),
+        int(Qt::AlignHCenter | Qt::AlignTop) | Qt::TextWordWrap, emptyText);
+}
+
+/// A blank selects a row, and commands are for others.
+static bool isPartOfName(const QKeyEvent &event)
+{
+    const bool isCommand = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    return !isCommand && !event.text().isEmpty() && event.text().front().isPrint() && event.text() != u" ";
+}
+
 void ctlFileListView::keyPressEvent(QKeyEvent *event)
 {
+    if (isTypingName && isPartOfName(*event)) {
+        emit typed(event->text());
+        return;
+    }
     const int column = event->key() - Qt::Key_1;
     if (event->modifiers() == Qt::ControlModifier && column >= 0 && column < ctlFileListViewItem::ColumnCount)
         return sortByColumn(column);

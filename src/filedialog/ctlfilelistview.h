@@ -23,6 +23,11 @@ public:
     QString currentPath;
     /// Which files are shown, patterns separated by ";"; takes effect with the next showFolder().
     QString nameFilter;
+    /// What stands in the list where a folder has nothing to show; nothing when empty.
+    QString emptyText;
+    /// Letters that are typed are the name of a file to be, and told by typed(). Otherwise they lead to the
+    /// row that begins so.
+    bool isTypingName = false;
     /// As they were when the list was made: folders of programs and other places have pictures of their own.
     const Surroundings surroundings;
 
@@ -36,6 +41,8 @@ public:
     void showFolder(const QString &path);
     /// Shows the folder above; nothing above the root.
     void goUpFolder();
+    /// Gives the names so many pixels more, or less.
+    void widenNames(int by);
 
 public slots:
     void slotSelectionChanged(ctlFileListViewItem *item);
@@ -47,10 +54,13 @@ signals:
     void fileSelected(const QString &name);
     /// A folder was shown, also one that is empty or cannot be read.
     void listRefreshed(const QString &path);
+    /// Text was typed, see isTypingName.
+    void typed(const QString &text);
     /// A file was opened.
     void execItem(QTreeWidgetItem *item);
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;

@@ -1,6 +1,7 @@
 #include "filedialog/frmfiledialog.h"
 
 #include "filedialog/ctlfilelistview.h"
+#include "filedialog/documentsfolder.h"
 #include "filedialog/filechoices.h"
 #include "files/filename.h"
 #include "platform/formparts.h"
@@ -30,6 +31,11 @@ namespace {
 constexpr int formMargin = 7;
 constexpr int formSpacing = 5;
 constexpr int startDelay = 100; // ms
+
+QSize listSize()
+{
+    return forScreen(QSize(210, 130), QSize(380, 210));
+}
 
 /// Shows the folder; what is typed there has no effect, so Return does not press "OK" either.
 class FolderCombo : public QComboBox {
@@ -121,7 +127,9 @@ QToolButton *frmFileDialog::createToolButton(const char *icon, const QString &te
 
 void frmFileDialog::createList()
 {
-    m_list->setFixedSize(forScreen(QSize(210, 130), QSize(380, 210)));
+    m_list->setFixedSize(listSize());
+    m_list->isTypingName = m_mode == SaveAs;
+    connect(m_list, &ctlFileListView::typed, this, &frmFileDialog::typeName);
     m_list->setAccessibleName(tr("Files"));
     connect(m_list, &ctlFileListView::fileSelected, this, &frmFileDialog::slotLvFileSelected);
     connect(m_list, &ctlFileListView::listRefreshed, this, &frmFileDialog::slotLvListRefreshed);
@@ -184,6 +192,7 @@ void frmFileDialog::layOut()
     setSpaces(grid, formMargin, formSpacing);
     grid->addWidget(createTopRow(), 0, 0, 1, 2);
     grid->addWidget(m_list, 1, 0, 1, 2);
+    grid->setRowStretch(1, 1);
     const auto addLabelled = [grid](int row, const QString &text, QWidget *control, QWidget *cell) {
         grid->addWidget(createLabel(text, control), row, 0);
         grid->addWidget(cell, row, 1);
@@ -225,6 +234,38 @@ void frmFileDialog::slotLvFileSelected(const QString &name)
     m_name->setText(name);
 }
 
+/// What is typed takes the place of the name before its ending, as if the field had had the keys.
+void frmFileDialog::typeName(const QString &text)
+{
+    const qsizetype ending = m_name->text().lastIndexOf(u'.');
+    m_name->setFocus();
+    m_name->setCursorPosition(0);
+    m_name->cursorForward(true, int(ending < 0 ? m_name->text().size() : ending));
+    m_name->insert(text);
+}
+
+void frmFileDialog::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    m_openedSize = size();
+}
+
+void frmFileDialog::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    growList();
+}
+
+/// By as much as the dialog has grown since it was opened.
+void frmFileDialog::growList()
+{
+    if (!m_openedSize.isValid())
+        return;
+    const QSize most = listSize() + (size() - m_openedSize).expandedTo(QSize(0, 0));
+    m_list->widenNames(most.width() - m_list->maximumWidth());
+    m_list->setMaximumSize(most);
+}
+
 /// Takes the name of the file that was opened, also when another one was typed since it was selected.
 void frmFileDialog::slotLvExecItem(QTreeWidgetItem *item)
 {
@@ -234,6 +275,9 @@ void frmFileDialog::slotLvExecItem(QTreeWidgetItem *item)
 
 void frmFileDialog::slotLvListRefreshed(const QString &path)
 {
+    const bool isMade = m_mode == SaveAs && DocumentsFolder::isMadeBySaving(path);
+    m_list->emptyText = isMade ? tr("This folder is not there yet. It is made when you save.") : QString();
+    m_list->setAccessibleDescription(m_list->emptyText);
     const bool isRoot = path == u"/";
     m_folder->setEditText(FileName::forDisplay(isRoot || !path.endsWith(u'/') ? path : path.chopped(1)));
 }

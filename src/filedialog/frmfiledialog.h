@@ -58,6 +58,10 @@ public slots:
     /// Checks the input; closes the dialog, or says what is wrong and stays.
     void accept() override;
 
+protected:
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     QWidget *createTopRow();
     QToolButton *createToolButton(const char *icon, const QString &text);
@@ -68,6 +72,8 @@ private:
     QWidget *createButtonRow();
     void layOut();
     void chooseStartType();
+    void typeName(const QString &text);
+    void growList();
     bool isNameUsable();
     bool isFileUsable();
 
@@ -79,4 +85,5 @@ private:
     QComboBox *m_type;
     QComboBox *m_charCode;
     QComboBox *m_returnCode;
+    QSize m_openedSize; ///< invalid before it is shown
 };

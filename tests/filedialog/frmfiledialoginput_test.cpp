@@ -21,6 +21,13 @@ private slots:
     void returnInTheListOpensOnly();
     void returnInTheFolderComboDoesNothing();
     void returnInTheNamePressesOk();
+    void typingInTheListNamesTheFile_data();
+    void typingInTheListNamesTheFile();
+    void typingInTheListFindsTheFileToOpen();
+    void commandsInTheListAreNoName();
+    void listGrowsWithTheDialog_data();
+    void listGrowsWithTheDialog();
+    void folderThatASaveMakesIsTold();
     void escapeRejects();
     void noCompletion();
     void showsTheFolder();
@@ -105,6 +112,109 @@ void FileDialogInputTest::returnInTheListOpensOnly()
     QCOMPARE(shown.list->currentPath, folder.path("sub/"));
     QVERIFY(shown.dialog.isVisible());
     QCOMPARE(answer.count, 0);
+}
+
+void FileDialogInputTest::typingInTheListNamesTheFile_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QString>("typed");
+    const auto row = [](const char *name, const char *start, const char *typed) {
+        QTest::newRow(name) << latin1(start) << latin1(typed);
+    };
+    row("a new document", ".txt", "memo.txt");
+    row("another name", "mine.txt", "memo.txt");
+    row("two endings", "a.tar.gz", "memo.gz");
+    row("no ending", "mine", "memo");
+    row("no name", "", "memo");
+}
+
+/// A row that begins so would be overwritten by the next two Returns.
+void FileDialogInputTest::typingInTheListNamesTheFile()
+{
+    QFETCH(QString, start);
+    QFETCH(QString, typed);
+    const TestFolder folder;
+    folder.file("mine.txt");
+    const ShownDialog shown(frmFileDialog::SaveAs, folder.path(), start);
+    QCOMPARE(shown.dialog.focusWidget(), shown.list);
+    QTest::keyClick(shown.list, 'm');
+    QCOMPARE(shown.dialog.focusWidget(), shown.name());
+    QTest::keyClicks(shown.name(), latin1("emo"));
+    QCOMPARE(shown.name()->text(), typed);
+    QVERIFY(!shown.list->selectedItem());
+    QTest::keyClick(shown.name(), Qt::Key_Return);
+    QVERIFY(shown.isAccepted());
+    QCOMPARE(shown.dialog.fileName, typed);
+}
+
+void FileDialogInputTest::typingInTheListFindsTheFileToOpen()
+{
+    const TestFolder folder;
+    folder.file("a.txt");
+    folder.file("mine.txt");
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"));
+    QTest::keyClick(shown.list, 'm');
+    QCOMPARE(shown.dialog.focusWidget(), shown.list);
+    QCOMPARE(shown.name()->text(), latin1("mine.txt"));
+}
+
+void FileDialogInputTest::commandsInTheListAreNoName()
+{
+    const TestFolder folder;
+    folder.file("a.txt");
+    const ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("x.txt"));
+    QTest::keyClick(shown.list, Qt::Key_2, Qt::ControlModifier);
+    QTest::keyClick(shown.list, Qt::Key_Down);
+    QTest::keyClick(shown.list, Qt::Key_Space);
+    QTest::keyClick(shown.list, Qt::Key_Backspace);
+    QCOMPARE(shown.dialog.focusWidget(), shown.list);
+    QCOMPARE(shown.name()->text(), latin1("a.txt"));
+}
+
+void FileDialogInputTest::listGrowsWithTheDialog_data()
+{
+    QTest::addColumn<bool>("vga");
+    QTest::newRow("small") << false;
+    QTest::newRow("VGA") << true;
+}
+
+void FileDialogInputTest::listGrowsWithTheDialog()
+{
+    QFETCH(bool, vga);
+    setScreenClass(vga);
+    const TestFolder folder;
+    ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("x.txt"));
+    const QSize opened = shown.dialog.size();
+    const QSize list = shown.list->size();
+    QCOMPARE(list, vga ? QSize(380, 210) : QSize(210, 130));
+    const int names = shown.list->columnWidth(0);
+    const QSize more(120, 90);
+    shown.dialog.resize(opened + more);
+    QTRY_COMPARE(shown.list->size(), list + more);
+    QCOMPARE(shown.list->columnWidth(0), names + more.width());
+    shown.dialog.resize(opened);
+    QTRY_COMPARE(shown.list->size(), list);
+    QCOMPARE(shown.list->columnWidth(0), names);
+}
+
+/// As long as it is not there; in no other folder, and not where files are opened.
+void FileDialogInputTest::folderThatASaveMakesIsTold()
+{
+    const TestFolder home;
+    const QByteArray homeBefore = qgetenv("HOME");
+    qputenv("HOME", QFile::encodeName(home.path().chopped(1)));
+    const QString documents = home.path("Documents/");
+    const auto told = [](frmFileDialog::Mode mode, const QString &folder) {
+        const ShownDialog shown(mode, folder, latin1(".txt"));
+        return shown.list->emptyText;
+    };
+    QCOMPARE(told(frmFileDialog::SaveAs, documents),
+        latin1("This folder is not there yet. It is made when you save."));
+    QCOMPARE(told(frmFileDialog::Open, documents), QString());
+    QCOMPARE(told(frmFileDialog::SaveAs, home.path("Elsewhere/")), QString());
+    home.folder("Documents");
+    QCOMPARE(told(frmFileDialog::SaveAs, documents), QString());
+    qputenv("HOME", homeBefore);
 }
 
 void FileDialogInputTest::returnInTheFolderComboDoesNothing()

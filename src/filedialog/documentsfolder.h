@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+/// The folder that is offered for documents that were never saved. A bare account has none yet, and one whose
+/// desktop speaks another language may have one of another name.
+namespace DocumentsFolder {
+
+/// Ends in "/".
+QString path();
+/// Whether a save there makes the folder first: it is the one, and is not there. Other folders are not made:
+/// their names are more likely mistyped.
+bool isMadeBySaving(const QString &folder);
+/// Makes the folder if a save there is to.
+void makeForSaving(const QString &folder);
+
+} // namespace DocumentsFolder
