@@ -114,11 +114,6 @@ CommandLine::CommandLine(const QList<QByteArray> &words, Exists exists)
     finish();
 }
 
-bool CommandLine::readsInput() const
-{
-    return std::ranges::any_of(m_requests, &QString::isEmpty, &FileRequest::fileName);
-}
-
 /// What only the end of the line tells.
 void CommandLine::finish()
 {
@@ -139,6 +134,10 @@ void CommandLine::takeOption(QByteArray word)
         decide(Action::ShowHelp);
     else if (word == "--version")
         decide(Action::ShowVersion);
+    else if (word == "--new-document")
+        m_requests << FileRequest{ {}, FileRequest::From::Shell };
+    else if (word == "--recent-files")
+        addRecent();
     else if (word == "--wait")
         m_waits = true;
     else if (word.startsWith(charset))
@@ -191,9 +190,17 @@ void CommandLine::takePlace(const QByteArray &word)
 
 void CommandLine::addInput()
 {
-    if (readsInput())
+    if (m_inputAt)
         refuse(QT_TR_NOOP("'%1' can be named only once"), "-");
+    m_inputAt = m_requests.size();
     m_requests << FileRequest{ {}, FileRequest::From::Shell, std::exchange(m_place, {}) };
+}
+
+void CommandLine::addRecent()
+{
+    FileRequest request{ {}, FileRequest::From::Shell };
+    request.isRecent = true;
+    m_requests << request;
 }
 
 void CommandLine::addFile(const QByteArray &name, std::optional<LineColumn> place)
@@ -236,6 +243,8 @@ QString CommandLine::helpText()
         + line("-", tr("a new document with what standard input brings"))
         + line("--", tr("all that follow are names of files")) + u'\n'
         + line("--charset=NAME", tr("read them as UTF-8, Shift_JIS, EUC-JP or ISO-2022-JP"))
+        + line("--new-document", tr("begin a new document"))
+        + line("--recent-files", tr("show the files that were closed last"))
         + line("--wait", tr("return when the documents have been closed"))
         + line("--help", tr("show this text")) + line("--version", tr("show the version")) + u'\n'
         + tr("A window that is there already takes the files.") + u'\n';

@@ -20,10 +20,10 @@ public:
     CommandLine(const QList<QByteArray> &words, Exists exists);
 
     Action action() const { return m_action; }
-    /// In the order they were named. One without a name is what comes by standard input, of which there is
-    /// one at most.
+    /// In the order they were named.
     const FileRequests &requests() const { return m_requests; }
-    bool readsInput() const;
+    /// Which of them is what can be read from standard input; nothing for none.
+    std::optional<qsizetype> inputAt() const { return m_inputAt; }
     /// Whether the start is to last until all of these documents are closed.
     bool waits() const { return m_waits; }
     /// Words for the toolkit.
@@ -41,6 +41,7 @@ private:
     void takeCharset(const QByteArray &name);
     bool takeToolkitOption(const QByteArray &word);
     void addInput();
+    void addRecent();
     void addFile(const QByteArray &name, std::optional<LineColumn> place);
     void finish();
     void decide(Action action);
@@ -49,6 +50,7 @@ private:
     Exists m_exists;
     Action m_action = Action::Open;
     FileRequests m_requests;
+    std::optional<qsizetype> m_inputAt;
     bool m_waits = false;
     std::optional<CharCode> m_charCode;
     QByteArray m_placeWord; ///< "+LINE" that no file has followed yet; empty for none

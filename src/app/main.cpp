@@ -5,6 +5,7 @@
 #include "app/standardinput.h"
 #include "app/terminal.h"
 #include "files/filename.h"
+#include "platform/desktopchannel.h"
 #include "platform/toolkitstart.h"
 #include "platform/waitingstart.h"
 
@@ -20,10 +21,10 @@ bool isThere(const QByteArray &name)
 
 bool reads(const CommandLine &line, FileRequests &requests)
 {
-    const SharedFd input = line.readsInput() ? readStandardInput() : SharedFd();
-    for (FileRequest &request : requests)
-        request.input = request.fileName.isEmpty() ? input : SharedFd();
-    return input || !line.readsInput();
+    const auto at = line.inputAt();
+    if (at)
+        requests[*at].input = readStandardInput();
+    return !at || requests[*at].input;
 }
 
 bool waits(const CommandLine &line, FileRequests &requests)
@@ -45,7 +46,7 @@ int runWindow(QList<QByteArray> words, const FileRequests &requests)
     int count = int(words.size());
     QPEApplicationEsc application(count, arguments.data());
     QApplication::setApplicationName(QStringLiteral("marlopad"));
-    QApplication::setDesktopFileName(QStringLiteral("marlopad"));
+    QApplication::setDesktopFileName(DesktopChannel::id());
     if (application.handOver(requests))
         return EXIT_SUCCESS;
     frmMain window;

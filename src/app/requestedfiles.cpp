@@ -3,6 +3,7 @@
 #include "app/awaiteddocuments.h"
 #include "app/documentarea.h"
 #include "app/documentloader.h"
+#include "app/recentmenu.h"
 #include "editor/ctlediter.h"
 #include "files/filename.h"
 
@@ -33,9 +34,11 @@ bool isEmpty(const OpenFd &file)
 
 } // namespace
 
-RequestedFiles::RequestedFiles(DocumentArea &documents, DocumentLoader &loader, AwaitedDocuments &awaited)
+RequestedFiles::RequestedFiles(
+    DocumentArea &documents, DocumentLoader &loader, RecentMenu &recentMenu, AwaitedDocuments &awaited)
     : m_documents(documents)
     , m_loader(loader)
+    , m_recentMenu(recentMenu)
     , m_awaited(awaited)
 {
 }
@@ -57,8 +60,12 @@ void RequestedFiles::open(const FileRequest &request)
 
 void RequestedFiles::openFromShell(const FileRequest &request)
 {
-    if (request.input)
-        openInput(request);
+    if (request.isRecent) {
+        offerRecent();
+        return;
+    }
+    if (request.fileName.isEmpty())
+        openWithoutName(request);
     else if (isMissing(request.fileName))
         m_loader.openNew(request.fileName, request.charCode);
     else
@@ -70,11 +77,28 @@ void RequestedFiles::openFromShell(const FileRequest &request)
         m_awaited.add(editor, request.waiting);
 }
 
-void RequestedFiles::openInput(const FileRequest &request)
+/// Input of which there is nothing is no text of the user's.
+void RequestedFiles::openWithoutName(const FileRequest &request)
+{
+    const bool hasText = request.input && !isEmpty(*request.input);
+    if (!hasText || !openInput(request))
+        m_documents.present(m_documents.add());
+}
+
+bool RequestedFiles::openInput(const FileRequest &request)
 {
     const QString file = u"/proc/self/fd/%1"_s.arg(request.input->number());
-    if (isEmpty(*request.input) || !m_loader.openUnsaved(file, {}, request.charCode))
+    return m_loader.openUnsaved(file, {}, request.charCode);
+}
+
+/// Behind this call, which a menu would keep from its end. Whoever chooses needs a document to be current.
+void RequestedFiles::offerRecent()
+{
+    if (!m_documents.current())
         m_documents.present(m_documents.add());
+    QMetaObject::invokeMethod(
+        &m_recentMenu, [this] { m_recentMenu.popup(m_documents.mapToGlobal(QPoint())); },
+        Qt::QueuedConnection);
 }
 
 void RequestedFiles::openDropped(const QString &fileName)

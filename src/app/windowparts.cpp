@@ -28,7 +28,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , firstDocument(window, documents)
     , loader(window, dialogs, documents, places)
     , awaited(documents)
-    , requested(documents, loader, awaited)
+    , requested(documents, loader, recentMenu, awaited)
     , drops(window)
     , saver(window, dialogs, documents, places)
     , closer(window, documents, saver, places)

@@ -24,10 +24,11 @@ struct FileRequest {
         Drop, ///< on the window: a folder stands for its files
     };
 
-    QString fileName; ///< absolute; empty: a new document with what can be read from `input`
+    QString fileName; ///< absolute; empty: a new document, with what can be read from `input` if that is set
     From from = From::Launcher;
     std::optional<LineColumn> place = {}; ///< where the cursor goes
     std::optional<CharCode> charCode = {}; ///< nothing: detect
+    bool isRecent = false; ///< the user chooses one of those that were closed last; nothing else counts
     SharedFd input = {}; ///< a file that can be read from its start
     SharedFd waiting = {}; ///< of a start that waits for the document's end, see WaitingStart
 };

@@ -19,21 +19,15 @@ namespace {
 
 constexpr int instanceTimeout = 2000; // ms
 constexpr int noTimeout = std::numeric_limits<int>::max();
-constexpr uint queued = 0;
-constexpr uint doNotQueue = 4;
-constexpr uint primaryOwner = 1;
 
 QString ownChannel()
 {
     return QStringLiteral("QPE/Application/marlopad");
 }
 
-// The toolkit's own registration waits without an end.
-bool requestName(const QDBusConnection &bus, uint flags)
+bool takeName(const QDBusConnection &bus, WhenTaken whenTaken)
 {
-    const QVariantList answer =
-        askBus(bus, QStringLiteral("RequestName"), { QCopChannel::service(ownChannel()), flags });
-    return answer.value(0) == primaryOwner;
+    return ownBusName(bus, QCopChannel::service(ownChannel()), whenTaken);
 }
 
 QDBusMessage callOfInstance(const QString &method, const QVariantList &arguments = {})
@@ -57,6 +51,7 @@ QString nameFromBus(const QString &text)
     return FileAddress::fileName(text.toUtf8()).value_or(text);
 }
 
+const QString recentOption = QStringLiteral("recent");
 const QString lineOption = QStringLiteral("line");
 const QString columnOption = QStringLiteral("column");
 const QString charCodeOption = QStringLiteral("charCode");
@@ -72,6 +67,8 @@ QVariantMap optionsOf(const FileRequest &request)
     }
     if (request.charCode)
         options[charCodeOption] = int(*request.charCode);
+    if (request.isRecent)
+        options[recentOption] = true;
     const auto addFile = [&options](const QString &name, const SharedFd &file) {
         if (file)
             options[name] = QVariant::fromValue(QDBusUnixFileDescriptor(file->number()));
@@ -94,8 +91,9 @@ FileRequest shellRequest(const QVariantMap &options)
     FileRequest request;
     request.from = FileRequest::From::Shell;
     if (options.contains(lineOption))
-        request.place = { options.value(lineOption).toLongLong(),
-            options.value(columnOption, 1).toLongLong() };
+        request.place = { qMax(1LL, options.value(lineOption).toLongLong()),
+            qMax(1LL, options.value(columnOption, 1).toLongLong()) };
+    request.isRecent = options.value(recentOption).toBool();
     request.charCode = requestedCharCode(options.value(charCodeOption).toInt());
     request.input = fileIn(options, inputOption);
     request.waiting = fileIn(options, waitingOption);
@@ -134,13 +132,13 @@ bool LauncherChannel::open()
     // The object comes first: a message may follow the name at once.
     return bus
         && bus->registerObject(QCopChannel::path(ownChannel()), this, QDBusConnection::ExportScriptableSlots)
-        && requestName(*bus, doNotQueue);
+        && takeName(*bus, WhenTaken::GiveUp);
 }
 
 void LauncherChannel::openLater()
 {
     if (const auto bus = sessionBus())
-        requestName(*bus, queued);
+        takeName(*bus, WhenTaken::Wait);
 }
 
 bool LauncherChannel::handOver(FileRequests &requests)
@@ -161,8 +159,8 @@ void LauncherChannel::setTaking(Taking taking)
     m_taking = taking;
     if (taking == Taking::Later)
         return;
-    for (const Document &document : std::exchange(m_waiting, {}))
-        settle(document);
+    for (const Call &call : std::exchange(m_waiting, {}))
+        settle(call);
 }
 
 namespace {
@@ -179,56 +177,69 @@ std::optional<QString> absoluteNameFromBus(const QString &text)
 void LauncherChannel::setDocument(const QString &fileName)
 {
     if (const auto name = absoluteNameFromBus(fileName))
-        take({ *name });
+        take({ FileRequest{ *name } }, ownMessage());
     else
-        refuse();
+        refuse(ownMessage(), QStringLiteral("Give the absolute name of a file."));
 }
 
 void LauncherChannel::openFromShell(const QString &fileName, const QVariantMap &options)
 {
     FileRequest request = shellRequest(options);
-    const auto name = request.input ? std::optional(QString()) : absoluteNameFromBus(fileName);
-    if (!name) {
-        refuse();
-        return;
-    }
-    request.fileName = *name;
-    take(request);
+    const auto name = fileName.isEmpty() ? std::optional(QString()) : absoluteNameFromBus(fileName);
+    request.fileName = name.value_or(QString());
+    if (name)
+        take({ request }, ownMessage());
+    else
+        refuse(ownMessage(), QStringLiteral("Give the absolute name of a file."));
 }
 
-void LauncherChannel::refuse()
+/// Of no type where the call is the program's own.
+QDBusMessage LauncherChannel::ownMessage() const
 {
-    if (calledFromDBus())
-        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("Give the absolute name of a file."));
+    return calledFromDBus() ? message() : QDBusMessage();
 }
 
-/// Now or later, as it is with others.
-void LauncherChannel::take(const FileRequest &request)
+namespace {
+
+void answer(const QDBusMessage &call, const QDBusMessage &reply)
 {
-    if (calledFromDBus())
-        setDelayedReply(true);
-    const Document document{ request, calledFromDBus() ? message() : QDBusMessage() };
+    const auto bus = sessionBus();
+    if (bus && call.isReplyRequired())
+        bus->send(reply);
+}
+
+} // namespace
+
+void LauncherChannel::refuse(const QDBusMessage &message, const QString &reason)
+{
+    message.setDelayedReply(true);
+    answer(message, message.createErrorReply(QDBusError::InvalidArgs, reason));
+}
+
+void LauncherChannel::take(const FileRequests &requests, const QDBusMessage &message)
+{
+    message.setDelayedReply(true);
+    const Call call{ requests, message };
     if (m_taking != Taking::Later) {
-        settle(document);
+        settle(call);
         return;
     }
-    m_waiting << document;
+    m_waiting << call;
     // The user is to see what it waits for.
     emit raiseRequested();
 }
 
-/// Takes or refuses a file, and answers who gave it.
-void LauncherChannel::settle(const Document &document)
+/// Takes or refuses files, and answers who gave them.
+void LauncherChannel::settle(const Call &call)
 {
-    const bool isTaken = m_taking == Taking::AtOnce;
-    if (isTaken)
-        emit documentRequested(document.request);
-    const auto bus = sessionBus();
-    if (!bus || !document.message.isReplyRequired())
+    if (m_taking == Taking::Never) {
+        answer(call.message,
+            call.message.createErrorReply(QDBusError::Failed, QStringLiteral("The program has ended.")));
         return;
-    bus->send(isTaken ? document.message.createReply()
-                      : document.message.createErrorReply(
-                          QDBusError::Failed, QStringLiteral("The program has ended.")));
+    }
+    for (const FileRequest &request : call.requests)
+        emit documentRequested(request);
+    answer(call.message, call.message.createReply());
 }
 
 void LauncherChannel::raise()

@@ -37,12 +37,17 @@ public:
     /// waited for.
     static bool handOver(FileRequests &requests);
 
+    /// Files that a call of the bus brings, which is answered when they are taken or refused.
+    void take(const FileRequests &requests, const QDBusMessage &message);
+    /// Answers a call that makes no sense.
+    static void refuse(const QDBusMessage &message, const QString &reason);
+
 public slots:
     /// An absolute name, or a "file://" address: so travels a name that is no Unicode text. Anything else is
     /// answered with an error.
     Q_SCRIPTABLE void setDocument(const QString &fileName);
-    /// The same from a command line, with what stands there beside the name. Without a name the document is
-    /// what can be read from "input".
+    /// The same from a command line, with what stands there beside the name, which may be none, see
+    /// FileRequest.
     Q_SCRIPTABLE void openFromShell(const QString &fileName, const QVariantMap &options);
     Q_SCRIPTABLE void raise();
     /// With what the launcher gave a second start as its right to come to the front.
@@ -55,15 +60,14 @@ signals:
     void raiseRequested();
 
 private:
-    struct Document {
-        FileRequest request;
+    struct Call {
+        FileRequests requests;
         QDBusMessage message; ///< to be answered
     };
 
-    void take(const FileRequest &request);
-    void refuse();
-    void settle(const Document &document);
+    QDBusMessage ownMessage() const;
+    void settle(const Call &call);
 
     Taking m_taking = Taking::AtOnce;
-    QList<Document> m_waiting;
+    QList<Call> m_waiting;
 };

@@ -2,6 +2,7 @@
 
 #include "files/endorder.h"
 #include "platform/composingescape.h"
+#include "platform/desktopchannel.h"
 #include "platform/endsignals.h"
 #include "platform/launcherchannel.h"
 #include "platform/requestqueue.h"
@@ -24,6 +25,7 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     : QApplication(argc, argv)
     , m_requests(new RequestQueue(this))
     , m_channel(new LauncherChannel(this))
+    , m_desktop(new DesktopChannel(*m_channel))
 {
     hideFontMessages();
     registerLcFont();
@@ -59,12 +61,13 @@ QString QPEApplication::qpeDir()
 bool QPEApplication::handOver(const FileRequests &requests)
 {
     m_given = requests;
-    if (m_channel->open())
-        return false;
-    const bool isHandedOver = LauncherChannel::handOver(m_given);
-    if (!isHandedOver)
+    const bool isFirst = m_channel->open();
+    if (!isFirst && LauncherChannel::handOver(m_given))
+        return true;
+    if (!isFirst)
         m_channel->openLater();
-    return isHandedOver;
+    m_desktop->open();
+    return false;
 }
 
 void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)

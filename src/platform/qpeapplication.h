@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QPointer>
 
+class DesktopChannel;
 class EndSignals;
 class LauncherChannel;
 class QWidget;
@@ -79,6 +80,7 @@ private:
     FileRequests m_given; ///< until there is a window
     RequestQueue *m_requests;
     LauncherChannel *m_channel;
+    DesktopChannel *m_desktop;
     int m_endQuestions = 0; ///< that are open
     EndSignals *m_endSignals = nullptr;
     bool m_isEnding = false;

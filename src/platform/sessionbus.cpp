@@ -6,6 +6,9 @@
 namespace {
 
 constexpr int busTimeout = 500; // ms
+constexpr uint queued = 0;
+constexpr uint doNotQueue = 4;
+constexpr uint primaryOwner = 1;
 
 bool hasAddress()
 {
@@ -33,4 +36,10 @@ QVariantList askBus(const QDBusConnection &bus, const QString &method, const QVa
     question.setArguments(arguments);
     const QDBusMessage answer = bus.call(question, QDBus::Block, busTimeout);
     return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments() : QVariantList();
+}
+
+bool ownBusName(const QDBusConnection &bus, const QString &name, WhenTaken whenTaken)
+{
+    const uint flags = whenTaken == WhenTaken::Wait ? queued : doNotQueue;
+    return askBus(bus, QStringLiteral("RequestName"), { name, flags }).value(0) == primaryOwner;
 }

@@ -12,16 +12,16 @@ namespace {
 
 constexpr char closed = '.';
 
-/// Until nobody holds the other end any more.
+/// Until all have been closed, or nobody holds the other end any more.
 [[noreturn]] void waitFor(qsizetype documents, int end)
 {
     std::array<char, 64> told{};
-    for (;;) {
-        const ssize_t count = retried([&] { return ::read(end, told.data(), told.size()); });
-        if (count <= 0)
-            std::_Exit(documents == 0 ? EXIT_SUCCESS : EXIT_FAILURE);
+    ssize_t count = 1;
+    while (documents > 0 && count > 0) {
+        count = retried([&] { return ::read(end, told.data(), told.size()); });
         documents -= count;
     }
+    std::_Exit(count > 0 ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
 /// The shell's keys and its end are the waiting process's, and so is what is read from its output.

@@ -85,6 +85,8 @@ private slots:
     void missingFileOfTheLauncherIsTold();
     void inputIsANewDocument();
     void emptyInputIsAnEmptyDocument();
+    void newDocumentIsBegun();
+    void recentFilesAreOffered();
     void closedDocumentIsTold();
     void killedProgramTellsNothing();
 
@@ -243,7 +245,7 @@ void RequestedFilesTest::missingFileOfTheLauncherIsTold()
 void RequestedFilesTest::inputIsANewDocument()
 {
     m_window->openRequested(
-        { {}, From::Shell, LineColumn{ 2, 1 }, {}, fileWith("\343\201\202\na\200\n\343\201\204\n") });
+        { {}, From::Shell, LineColumn{ 2, 1 }, {}, false, fileWith("\343\201\202\na\n\343\201\204\n") });
     QCOMPARE(editor().text().left(3), u"あ\na"_s);
     QCOMPARE(openFiles(), u"(new document) * (new document)"_s);
     QVERIFY(editor().path().isEmpty());
@@ -253,16 +255,40 @@ void RequestedFilesTest::inputIsANewDocument()
 
 void RequestedFilesTest::emptyInputIsAnEmptyDocument()
 {
-    m_window->openRequested({ {}, From::Shell, {}, {}, fileWith({}) });
+    m_window->openRequested({ {}, From::Shell, {}, {}, false, fileWith({}) });
     QCOMPARE(openFiles(), u"(new document) (new document)"_s);
     QVERIFY(!editor().edited());
+}
+
+void RequestedFilesTest::newDocumentIsBegun()
+{
+    m_window->openRequested({ {}, From::Shell });
+    QCOMPARE(openFiles(), u"(new document) (new document)"_s);
+}
+
+void RequestedFilesTest::recentFilesAreOffered()
+{
+    const QString file = m_files->write(u"a.txt"_s, "recent");
+    m_window->setDocument(file);
+    m_window->slotCmdFileCloseTab();
+    m_window->slotCmdFileCloseTab();
+    FileRequest request{ {}, From::Shell };
+    request.isRecent = true;
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    m_window->openRequested(request);
+    QTRY_VERIFY(m_window->recentMenu()->isVisible());
+    QTest::keyClick(m_window->recentMenu(), Qt::Key_Down);
+    QTest::keyClick(m_window->recentMenu(), Qt::Key_Return);
+    QTRY_COMPARE(editor().text(), u"recent"_s);
+    QCOMPARE(openFiles(), u"a.txt"_s);
 }
 
 void RequestedFilesTest::closedDocumentIsTold()
 {
     const std::array<int, 2> ends = connectedFds();
     const QString file = m_files->write(u"a.txt"_s, "a");
-    m_window->openRequested({ file, From::Shell, {}, {}, {}, std::make_shared<OpenFd>(ends[0]) });
+    m_window->openRequested({ file, From::Shell, {}, {}, false, {}, std::make_shared<OpenFd>(ends[0]) });
     char told[8];
     QCOMPARE(::read(ends[1], told, sizeof told), -1);
     m_window->slotCmdFileNew();
@@ -279,7 +305,7 @@ void RequestedFilesTest::killedProgramTellsNothing()
 {
     const std::array<int, 2> ends = connectedFds();
     const QString file = m_files->write(u"a.txt"_s, "a");
-    m_window->openRequested({ file, From::Shell, {}, {}, {}, std::make_shared<OpenFd>(ends[0]) });
+    m_window->openRequested({ file, From::Shell, {}, {}, false, {}, std::make_shared<OpenFd>(ends[0]) });
     m_window.reset();
     char told[8];
     QCOMPARE(::read(ends[1], told, sizeof told), 0);

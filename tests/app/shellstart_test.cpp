@@ -205,7 +205,7 @@ void ShellStartTest::secondStartWaitsForItsDocuments()
 {
     QVERIFY(start({ write(u"a.txt"_s, "a\r\n") }));
     write(u"b.txt"_s, "b\n");
-    write(u"c.txt"_s, "c\r");
+    write(u"c.txt"_s, "\rc");
     const auto second = startSecond({ u"--wait"_s, u"b.txt"_s, u"c.txt"_s });
     QTRY_COMPARE(lineEnd(), u"CR"_s);
     QVERIFY(takesKeys());

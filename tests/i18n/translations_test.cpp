@@ -211,11 +211,11 @@ void TranslationsTest::unfinishedEntryFailsTheBuild()
 void TranslationsTest::desktopFilesAreTranslated()
 {
     QFETCH(QString, language);
-    const QString entry = contentOf(u"marlopad.desktop"_s);
+    const QString entry = contentOf(u"example.marlopad.marlopad.desktop"_s);
     for (const QString &key : { u"GenericName"_s, u"Comment"_s, u"Keywords"_s })
         QVERIFY2(entry.contains(u"\n%1[%2]="_s.arg(key, language)), qPrintable(key));
 
-    const QString metainfo = contentOf(u"marlopad.metainfo.xml"_s);
+    const QString metainfo = contentOf(u"example.marlopad.marlopad.metainfo.xml"_s);
     for (const QString &tag : { u"summary"_s, u"developer_name"_s, u"p"_s, u"li"_s }) {
         const qsizetype texts = metainfo.count(u"<%1>"_s.arg(tag));
         QVERIFY2(texts > 0, qPrintable(tag));

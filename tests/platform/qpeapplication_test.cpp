@@ -10,6 +10,7 @@
 #include <QAbstractEventDispatcher>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -52,7 +53,7 @@ public slots:
         std::array<char, 16> content{};
         if (request.input && ::pread(request.input->number(), content.data(), content.size() - 1, 0) < 0)
             print("unreadable");
-        print("document", escaped(request.fileName));
+        print(request.isRecent ? "recent" : "document", escaped(request.fileName));
         if (request.place || request.charCode || request.input)
             print("with",
                 QByteArray::number(place.line) + ' ' + QByteArray::number(place.column) + ' '
@@ -135,6 +136,21 @@ private:
     QByteArray m_output = "\n";
 };
 
+/// As a desktop calls the program, with an empty account of itself.
+QDBusMessage desktopCall(const QString &method, QVariantList arguments)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(u"example.marlopad.marlopad"_s,
+        u"/example/marlopad/marlopad"_s, u"org.freedesktop.Application"_s, method);
+    call.setArguments(arguments << QVariantMap());
+    return call;
+}
+
+bool callFromDesktop(const QString &method, const QVariantList &arguments = {})
+{
+    const QDBusMessage call = desktopCall(method, arguments);
+    return QDBusConnection::sessionBus().call(call).type() == QDBusMessage::ReplyMessage;
+}
+
 bool callOwnChannel(const QString &method, const QVariantList &arguments)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -169,6 +185,11 @@ private slots:
     void message_opensTheDocument_data();
     void message_opensTheDocument();
     void message_followsLinks();
+    void desktop_opensFiles();
+    void desktop_showsTheWindow();
+    void desktop_hasActions_data();
+    void desktop_hasActions();
+    void desktop_duringTheQuestion_waits();
 
     void signal_endsAtOnce_data();
     void signal_endsAtOnce();
@@ -440,6 +461,59 @@ void QPEApplicationTest::message_followsLinks()
     QVERIFY(role.prints("document " + folder.toUtf8() + "/a/x.txt"));
 }
 
+void QPEApplicationTest::desktop_opensFiles()
+{
+    Role role({ u"run"_s });
+    QVERIFY(role.startsAndPrints("ready"));
+    const QStringList addresses{ u"file:///a%20b.txt"_s, u"https://x.example/"_s, u"file:///%83e"_s };
+    QVERIFY(callFromDesktop(u"Open"_s, { addresses }));
+    QVERIFY(role.prints("document /a b.txt"));
+    QVERIFY(role.prints("document /\\udc83e"));
+}
+
+void QPEApplicationTest::desktop_showsTheWindow()
+{
+    Role role({ u"run"_s, u"minimized"_s });
+    QVERIFY(role.startsAndPrints("ready"));
+    QVERIFY(callFromDesktop(u"Activate"_s));
+    QVERIFY(role.prints("shown"));
+}
+
+void QPEApplicationTest::desktop_hasActions_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<QByteArray>("printed"); // empty: there is no such action
+    QTest::newRow("new document") << u"new-document"_s << QByteArray("document");
+    QTest::newRow("recent files") << u"recent-files"_s << QByteArray("recent");
+    QTest::newRow("another") << u"other"_s << QByteArray();
+}
+
+void QPEApplicationTest::desktop_hasActions()
+{
+    QFETCH(QString, action);
+    QFETCH(QByteArray, printed);
+    Role role({ u"run"_s });
+    QVERIFY(role.startsAndPrints("ready"));
+    QCOMPARE(callFromDesktop(u"ActivateAction"_s, { action, QVariantList() }), !printed.isEmpty());
+    QVERIFY(printed.isEmpty() || role.prints(printed));
+}
+
+/// The desktop hears what became of its files, as every giver does.
+void QPEApplicationTest::desktop_duringTheQuestion_waits()
+{
+    Role role({ u"ask"_s });
+    QVERIFY(role.startsAndPrints("ready"));
+    const QDBusPendingCall answer = QDBusConnection::sessionBus().asyncCall(
+        desktopCall(u"Open"_s, { QStringList{ u"file:///a"_s, u"file:///b"_s } }));
+    QVERIFY(role.prints("shown"));
+    QVERIFY(!answer.isFinished());
+    QVERIFY(role.tells("stay\n"));
+    QVERIFY(role.prints("document /a"));
+    QVERIFY(role.prints("document /b"));
+    QTRY_VERIFY(answer.isFinished());
+    QVERIFY(!answer.isError());
+}
+
 void QPEApplicationTest::signal_endsAtOnce_data()
 {
     QTest::addColumn<int>("signal");
@@ -574,8 +648,10 @@ static int runRich(QPEApplication &app)
         return 1;
     const SharedFd waiting = std::make_shared<OpenFd>(ends[1]);
     using From = FileRequest::From;
-    const FileRequests requests{ { u"/a"_s, From::Shell, LineColumn{ 7, 3 }, CharCode::Utf8, {}, waiting },
-        { {}, From::Shell, LineColumn{ 1, 1 }, {}, std::make_shared<OpenFd>(::dup(file.handle())), {} } };
+    const FileRequests requests{
+        { u"/a"_s, From::Shell, LineColumn{ 7, 3 }, CharCode::Utf8, false, {}, waiting },
+        { {}, From::Shell, LineColumn{ 1, 1 }, {}, false, std::make_shared<OpenFd>(::dup(file.handle())), {} }
+    };
     if (!app.handOver(requests))
         return 1;
     PrintingWindow::print("handed over");

@@ -25,6 +25,10 @@ public slots:
         log << fileName;
         onDocument();
     }
+    void openRequested(const FileRequest &request)
+    {
+        log << u"%1 %2"_s.arg(request.fileName).arg(request.place->line);
+    }
 };
 
 // Everything that is already under way has been done after it.
@@ -49,6 +53,7 @@ private slots:
     void request_beforeTheWindow_waits();
     void request_waitsForTheWindowOnTheScreen();
     void requests_keepTheirOrder();
+    void request_thatSaysMore_hasAnotherSlot();
     void request_isDeliveredFromTheEventLoop();
     void request_waitsForModalDialog_data();
     void request_waitsForModalDialog();
@@ -95,6 +100,16 @@ void RequestQueueTest::requests_keepTheirOrder()
     }
     application()->request(u"/0"_s);
     QTRY_COMPARE(window.log, names + QStringList{ u"/0"_s });
+}
+
+void RequestQueueTest::request_thatSaysMore_hasAnotherSlot()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    application()->request(u"/a"_s);
+    application()->request({ u"/b"_s, FileRequest::From::Shell, LineColumn{ 7, 1 } });
+    application()->request(u"/c"_s);
+    QTRY_COMPARE(window.log, (QStringList{ u"/a"_s, u"/b 7"_s, u"/c"_s }));
 }
 
 void RequestQueueTest::request_isDeliveredFromTheEventLoop()

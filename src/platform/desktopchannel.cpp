@@ -1,0 +1,78 @@
+#include "platform/desktopchannel.h"
+
+#include "files/fileaddress.h"
+#include "platform/filerequest.h"
+#include "platform/launcherchannel.h"
+#include "platform/sessionbus.h"
+
+#include <QDBusError>
+
+namespace {
+
+/// What the desktop gives as the right to come to the front.
+QString activationToken(const QVariantMap &platformData)
+{
+    const QString token = platformData.value(QStringLiteral("activation-token")).toString();
+    return token.isEmpty() ? platformData.value(QStringLiteral("desktop-startup-id")).toString() : token;
+}
+
+QString pathOfId()
+{
+    return u'/' + DesktopChannel::id().replace(u'.', u'/');
+}
+
+std::optional<FileRequest> actionNamed(const QString &name)
+{
+    FileRequest request;
+    request.from = FileRequest::From::Shell;
+    request.isRecent = name == u"recent-files";
+    return request.isRecent || name == u"new-document" ? std::optional(request) : std::nullopt;
+}
+
+} // namespace
+
+QString DesktopChannel::id()
+{
+    return QStringLiteral("example.marlopad.marlopad");
+}
+
+DesktopChannel::DesktopChannel(LauncherChannel &launcher)
+    : QDBusAbstractAdaptor(new QObject(&launcher))
+    , m_launcher(launcher)
+{
+}
+
+void DesktopChannel::open()
+{
+    auto bus = sessionBus();
+    // The object comes first: a call may follow the name at once.
+    if (bus && bus->registerObject(pathOfId(), parent(), QDBusConnection::ExportAdaptors))
+        ownBusName(*bus, id(), WhenTaken::Wait);
+}
+
+void DesktopChannel::Activate(const QVariantMap &platformData)
+{
+    m_launcher.raise(activationToken(platformData));
+}
+
+void DesktopChannel::Open(
+    const QStringList &addresses, const QVariantMap &platformData, const QDBusMessage &message)
+{
+    FileRequests requests;
+    for (const QString &address : addresses) {
+        if (const auto fileName = FileAddress::fileName(address.toUtf8()))
+            requests << FileRequest{ *fileName };
+    }
+    m_launcher.raise(activationToken(platformData));
+    m_launcher.take(requests, message);
+}
+
+void DesktopChannel::ActivateAction(
+    const QString &name, const QVariantList &, const QVariantMap &platformData, const QDBusMessage &message)
+{
+    m_launcher.raise(activationToken(platformData));
+    if (const auto request = actionNamed(name))
+        m_launcher.take({ *request }, message);
+    else
+        m_launcher.refuse(message, QStringLiteral("There is no such action."));
+}
