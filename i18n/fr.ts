@@ -79,6 +79,14 @@
         <source>A window that is there already takes the files.</source>
         <translation>Une fenêtre déjà ouverte prend les fichiers.</translation>
     </message>
+    <message>
+        <source>begin a new document</source>
+        <translation>commencer un nouveau document</translation>
+    </message>
+    <message>
+        <source>show the files that were closed last</source>
+        <translation>afficher les derniers fichiers fermés</translation>
+    </message>
 </context>
 <context>
     <name>DocumentJournals</name>
@@ -976,6 +984,42 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
     <message>
         <source>The file as it was is kept as %1</source>
         <translation>L’ancien fichier est gardé&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Touches</translation>
+    </message>
+    <message>
+        <source>To the notice above the text, and back</source>
+        <translation>Aller à l’avis et en revenir</translation>
+    </message>
+    <message>
+        <source>Larger text</source>
+        <translation>Texte plus grand</translation>
+    </message>
+    <message>
+        <source>Smaller text</source>
+        <translation>Texte plus petit</translation>
+    </message>
+    <message>
+        <source>Text as usual</source>
+        <translation>Taille de texte habituelle</translation>
+    </message>
+    <message>
+        <source>Close, or leave full screen</source>
+        <translation>Fermer, ou quitter le plein écran</translation>
+    </message>
+    <message>
+        <source>Indent the selected lines</source>
+        <translation>Décaler les lignes sélectionnées</translation>
+    </message>
+    <message>
+        <source>Unindent the selected lines</source>
+        <translation>Ramener les lignes sélectionnées</translation>
+    </message>
+    <message>
+        <source>Overwrite, or insert</source>
+        <translation>Remplacer, ou insérer</translation>
     </message>
 </context>
 <context>

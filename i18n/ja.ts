@@ -79,6 +79,14 @@
         <source>A window that is there already takes the files.</source>
         <translation>すでに開いているウィンドウがあれば、そこで開きます。</translation>
     </message>
+    <message>
+        <source>begin a new document</source>
+        <translation>新しい文書を作る</translation>
+    </message>
+    <message>
+        <source>show the files that were closed last</source>
+        <translation>最近使ったファイルを表示</translation>
+    </message>
 </context>
 <context>
     <name>DocumentJournals</name>
@@ -975,6 +983,42 @@ Row count  : %2</source>
     <message>
         <source>The file as it was is kept as %1</source>
         <translation>元のファイルの控え: %1</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>キー一覧</translation>
+    </message>
+    <message>
+        <source>To the notice above the text, and back</source>
+        <translation>お知らせへ移動、戻る</translation>
+    </message>
+    <message>
+        <source>Larger text</source>
+        <translation>文字を大きく</translation>
+    </message>
+    <message>
+        <source>Smaller text</source>
+        <translation>文字を小さく</translation>
+    </message>
+    <message>
+        <source>Text as usual</source>
+        <translation>文字を標準の大きさに</translation>
+    </message>
+    <message>
+        <source>Close, or leave full screen</source>
+        <translation>閉じる、全画面表示を終了</translation>
+    </message>
+    <message>
+        <source>Indent the selected lines</source>
+        <translation>選択した行を字下げ</translation>
+    </message>
+    <message>
+        <source>Unindent the selected lines</source>
+        <translation>選択した行の字下げを戻す</translation>
+    </message>
+    <message>
+        <source>Overwrite, or insert</source>
+        <translation>上書き、挿入の切り替え</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "app/documentproperties.h"
 #include "app/keymap.h"
+#include "app/keystext.h"
 #include "app/windowparts.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
@@ -416,6 +417,37 @@ void frmMain::slotEtcChangeTab(int forward)
 void frmMain::slotEtcNotice()
 {
     m_parts->documents.toggleNoticeKeys();
+}
+
+void frmMain::slotEtcTextLarger()
+{
+    setTextSize(appSettings().FontSize + 1);
+}
+
+void frmMain::slotEtcTextSmaller()
+{
+    setTextSize(appSettings().FontSize - 1);
+}
+
+void frmMain::slotEtcTextAsUsual()
+{
+    setTextSize(AppSettings().FontSize);
+}
+
+void frmMain::setTextSize(int points)
+{
+    appSettings().FontSize = qBound(AppSettings::smallestFontSize, points, AppSettings::largestFontSize);
+    applySettings();
+}
+
+void frmMain::slotEtcMenus()
+{
+    m_parts->menus.openFirst();
+}
+
+void frmMain::slotEtcKeys()
+{
+    MessageBox::about(this, tr("Keys"), keysText());
 }
 
 void frmMain::slotEdUndoAvailable(ctlEditer *editor, bool available)

@@ -119,6 +119,15 @@ public slots:
     void slotEtcChangeTab(int forward);
     /// The keys go from the text to the notice above it, or back.
     void slotEtcNotice();
+    /// The text of all documents by a point larger or smaller, within what the options allow, or of the size
+    /// that a first start has.
+    void slotEtcTextLarger();
+    void slotEtcTextSmaller();
+    void slotEtcTextAsUsual();
+    /// The first menu opens.
+    void slotEtcMenus();
+    /// Shows what keys there are.
+    void slotEtcKeys();
     void slotEdUndoAvailable(ctlEditer *editor, bool available);
     void slotEdRedoAvailable(ctlEditer *editor, bool available);
     void slotEdCopyAvailable(bool available);
@@ -134,6 +143,7 @@ private:
     void connectParts();
     /// Runs a command, unless a dialog or a run of replacements is in its way.
     void run(CommandSlot command);
+    void setTextSize(int points);
     void changeLanguage(int language, const QString &missingFileText);
     void retranslate();
     void showToolBarLabels();

@@ -10,6 +10,7 @@ namespace {
 constexpr Qt::KeyboardModifiers control = Qt::ControlModifier;
 constexpr Qt::KeyboardModifiers controlShift = Qt::ControlModifier | Qt::ShiftModifier;
 constexpr Qt::KeyboardModifiers all = Qt::KeyboardModifierMask;
+constexpr Qt::KeyboardModifiers allButShift = all & ~Qt::KeyboardModifiers(Qt::ShiftModifier);
 
 constexpr KeyBinding keyMap[] = {
     { Qt::Key_N, control, all, 0x2019, &frmMain::slotCmdViewSearch },
@@ -28,6 +29,26 @@ constexpr KeyBinding keyMap[] = {
     { Qt::Key_V, control, all, 0, &frmMain::slotCmdEditPast },
     { Qt::Key_A, control, all, 0x2017, &frmMain::slotCmdEditSelAll },
     { Qt::Key_F6, Qt::NoModifier, all, 0, &frmMain::slotEtcNotice },
+
+    // What fingers know from other programs, beside the handheld's keys.
+    { Qt::Key_T, control, all, 0, &frmMain::slotCmdFileNew },
+    { Qt::Key_S, controlShift, all, 0, qOverload<>(&frmMain::slotCmdFileSaveAs) },
+    { Qt::Key_W, control, all, 0, &frmMain::slotCmdFileCloseTab },
+    { Qt::Key_F, control, all, 0, &frmMain::slotCmdViewSearch },
+    { Qt::Key_H, control, all, 0, &frmMain::slotCmdViewReplace },
+    { Qt::Key_F3, Qt::ShiftModifier, all, 0, &frmMain::slotCmdViewSrchBefo },
+    { Qt::Key_F3, Qt::NoModifier, all, 0, &frmMain::slotCmdViewSrchNext },
+    { Qt::Key_G, control, all, 0, &frmMain::slotCmdViewGyoJump },
+    { Qt::Key_PageUp, control, all, 0, &frmMain::slotCmdViewWinPrev },
+    { Qt::Key_PageDown, control, all, 0, &frmMain::slotCmdViewWinNext },
+    // "+" is behind Shift on many keyboards, with "=" before it.
+    { Qt::Key_Plus, control, allButShift, 0, &frmMain::slotEtcTextLarger },
+    { Qt::Key_Equal, control, all, 0, &frmMain::slotEtcTextLarger },
+    { Qt::Key_Minus, control, all, 0, &frmMain::slotEtcTextSmaller },
+    { Qt::Key_0, control, all, 0, &frmMain::slotEtcTextAsUsual },
+    { Qt::Key_F11, Qt::NoModifier, all, 0, &frmMain::slotCmdViewFull },
+    { Qt::Key_F10, Qt::NoModifier, all, 0, &frmMain::slotEtcMenus },
+    { Qt::Key_F1, Qt::NoModifier, all, 0, &frmMain::slotEtcKeys },
 };
 
 struct Key {

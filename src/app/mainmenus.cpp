@@ -91,6 +91,11 @@ int MainMenus::barWidth() const
     return m_bar->sizeHint().width();
 }
 
+void MainMenus::openFirst()
+{
+    m_bar->setActiveAction(m_bar->actions().constFirst());
+}
+
 void MainMenus::retranslate()
 {
     m_bar->clear();

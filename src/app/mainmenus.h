@@ -25,6 +25,8 @@ public:
     /// Of the menu bar with all its titles.
     int barWidth() const;
 
+    /// Opens the first menu of the bar, from which the arrow keys lead to the others.
+    void openFirst();
     /// Fills the menus anew, in the present language.
     void retranslate();
 

@@ -11,7 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int smallestFontSize = 10;
 constexpr auto fileName = "marlopad"_L1;
 constexpr auto mainGroup = "main"_L1;
 constexpr auto recentGroup = "recent"_L1;
@@ -137,7 +136,7 @@ Records recordsOf(const Groups &groups, const Records &preset)
     Records records = preset;
     forEachMainSetting(reader(groups.main), records.main);
     const int fontSize = records.main.FontSize;
-    if (fontSize < smallestFontSize && fontSize != preset.main.FontSize)
+    if (fontSize < AppSettings::smallestFontSize && fontSize != preset.main.FontSize)
         records.main.FontSize = AppSettings().FontSize;
     forEachRecentSetting(reader(groups.recent), records.recent);
     return records;

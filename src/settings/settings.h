@@ -18,7 +18,9 @@ struct AppSettings {
     int ShowTAB = 1; ///< signs of tabs
     int ShowZEN = 1; ///< signs of full-width spaces
     int ShowEOF = 1; ///< sign of the end of the file
-    int FontSize = 18; ///< points; 9 or less is read as 18
+    static constexpr int smallestFontSize = 10; ///< points; a smaller one is read as the usual one
+    static constexpr int largestFontSize = 100; ///< that the options take
+    int FontSize = 18; ///< points
     QString FontName = QStringLiteral("lcfont");
     int AutoIndent = 2; ///< 0 none, 1 tab and space, 2 tab, space and full-width space
     int WrapMode = 0; ///< 0 none, 1 at the editor's width, 2 at WrapLen columns
