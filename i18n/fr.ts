@@ -37,7 +37,7 @@
     </message>
     <message>
         <source>Usage: marlopad [OPTION]... [FILE]...</source>
-        <translation>Utilisation&#xa0;: marlopad [OPTION]... [FILE]...</translation>
+        <translation>Utilisation&#xa0;: marlopad [OPTION]… [FILE]…</translation>
     </message>
     <message>
         <source>open the file, or begin a new one of that name</source>

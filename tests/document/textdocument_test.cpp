@@ -68,6 +68,7 @@ private slots:
     void opensByWhoeverSetsTheText();
     void asksForTheCodesOfAFileThatDoesNotTell();
     void readsInTheCodeRequested();
+    void newFileIsMadeByItsFirstSave();
     void binaryFilesAreNotWritten();
     void keepsAllButTheNameWhenReadingFails();
     void keepsTheContentThatCouldNotBeRead();
@@ -88,6 +89,26 @@ void TextDocumentTest::isEmptyAtFirst()
     QCOMPARE(document.returnCode(), ReturnCode::Lf);
     QCOMPARE(&document.byteCodec(), &eucCodec());
     QCOMPARE(document.path() + document.name(), QString());
+}
+
+void TextDocumentTest::newFileIsMadeByItsFirstSave()
+{
+    const DocumentFolder folder;
+    TextDocument document;
+    document.startFile(folder.path(), fileName, { CharCode::Euc, ReturnCode::Lf });
+    QVERIFY(document.isOfNewFile());
+    QVERIFY(!document.isEdited());
+    QCOMPARE(document.path() + document.name(), folder.path() + fileName);
+    QCOMPARE(document.fileChange(), FileChange::None);
+    document.replace({}, 0, u"あ\n");
+    QCOMPARE(folder.names(), QStringList());
+    const SaveResult result = document.save(folder.path(), fileName);
+    QCOMPARE(result.outcome, SaveResult::Outcome::Written);
+    QCOMPARE(result.keptCopy, QString());
+    QVERIFY(!document.isOfNewFile());
+    QCOMPARE(folder.read(fileName), QByteArray("\244\242\n"));
+    document.startNew({}, {}, utf8Codec());
+    QVERIFY(!document.isOfNewFile());
 }
 
 void TextDocumentTest::tellsOfEveryEdit()
