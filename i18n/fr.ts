@@ -342,7 +342,7 @@
     </message>
     <message>
         <source>Not while it is being saved</source>
-        <translation>Impossible pendant l&apos;enregistrement</translation>
+        <translation>Impossible pendant l’enregistrement</translation>
     </message>
     <message>
         <source>Loading</source>
