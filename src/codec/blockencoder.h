@@ -28,7 +28,7 @@ public:
     BlockEncoder(const TextCodec::ByteSink &sink, TextCodec::AsRead asRead)
         : m_sink(sink)
         , m_asRead(asRead)
-        , m_buffer(new uchar[blockBytes + bytesPerStep])
+        , m_buffer(new uchar[blockBytes + qMax(bytesPerStep, asciiAtOnce)])
         , m_out(m_buffer.get())
     {
     }
@@ -55,6 +55,7 @@ public:
 
 private:
     static constexpr qsizetype blockBytes = 65536;
+    static constexpr int asciiAtOnce = 64;
 
     bool isSpelled(const TextChunk &chunk) const
     {
@@ -98,8 +99,10 @@ private:
                     return false;
                 out = m_buffer.get();
             }
-            if (m_high == 0 && m_encoder.isAscii() && copyAscii(in, end, out))
+            if (m_high == 0 && m_encoder.isAscii() && copyAscii(in, end, out)) {
+                copyMoreAscii(in, end, out);
                 continue;
+            }
             put(*in++, out);
         }
         m_out = out;
@@ -117,6 +120,23 @@ private:
         out += asciiwords::wordSize;
         return true;
     }
+
+    /// What follows ASCII is mostly more of it.
+    void copyMoreAscii(const uchar *&in, const uchar *end, uchar *&out) const
+    {
+        const uchar *const full = m_buffer.get() + blockBytes;
+        for (; end - in >= asciiAtOnce && out < full; in += asciiAtOnce, out += asciiAtOnce) {
+            quint64 special = 0;
+            for (int i = 0; i < asciiAtOnce; i += asciiwords::wordSize)
+                special |= Encoder::special(asciiwords::loadWord(in + i))
+                    | asciiwords::highBytes(asciiwords::loadWord(in + i));
+            if (special != 0)
+                return;
+            asciiwords::copy<asciiAtOnce>(in, out);
+        }
+    }
+    void copyMoreAscii(const char16_t *, const char16_t *, uchar *) const { }
+
     static bool isAsciiWord(const uchar *in) { return asciiwords::highBytes(asciiwords::loadWord(in)) == 0; }
     static bool isAsciiWord(const char16_t *in)
     {

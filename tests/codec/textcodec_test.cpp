@@ -117,6 +117,7 @@ private slots:
     void anyBlockSizeGivesTheSameText();
     void anyRunLengthGivesTheSameBytes_data();
     void anyRunLengthGivesTheSameBytes();
+    void asciiIsWrittenAsItIs();
     void longTextsSurviveFullBuffers_data();
     void longTextsSurviveFullBuffers();
     void asciiComesAsOneByteBlocks();
@@ -444,6 +445,30 @@ void TextCodecTest::anyRunLengthGivesTheSameBytes()
     const QByteArray bytes = encoded(*c, text);
     for (qsizetype length = 1; length < 300; ++length)
         QCOMPARE(encodeInRuns(*c, text, length), bytes);
+}
+
+/// From chunks of one byte a unit, wherever another character interrupts it, and where a block is full.
+void TextCodecTest::asciiIsWrittenAsItIs()
+{
+    for (const char *name : { "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1" }) {
+        const TextCodec &codec = codecNamed(name);
+        for (const qsizetype before : { 0, 3, 65400 }) {
+            for (qsizetype at = 0; at < 160; ++at) {
+                QByteArray text(before + 200, 'a');
+                text[before + at] = '\xA7';
+                bool isDone = false;
+                const auto next = [&] {
+                    TextChunk chunk;
+                    chunk.latin1 = std::exchange(isDone, true) ? QByteArrayView("", 0) : text;
+                    return chunk;
+                };
+                QByteArray bytes;
+                const auto collect = [&bytes](QByteArrayView block) { return bytes += block, true; };
+                QVERIFY(codec.encode(next, collect, TextCodec::AsRead::Everything));
+                QCOMPARE(decoded(codec, bytes), QString::fromLatin1(text));
+            }
+        }
+    }
 }
 
 void TextCodecTest::longTextsSurviveFullBuffers_data()
