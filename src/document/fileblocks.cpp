@@ -38,7 +38,8 @@ void FileFacts::add(QByteArrayView bytes)
     constexpr qsizetype startSize = 4096;
     if (m_start.size() < startSize)
         m_start += bytes.first(std::min(bytes.size(), startSize - m_start.size()));
-    m_code.add(bytes);
+    if (m_codeIs == Code::Wanted)
+        m_code.add(bytes);
     m_lineEnd.add(bytes);
     m_rewritten.add(bytes);
     m_content.add(bytes);
@@ -48,6 +49,7 @@ FileBlocks::FileBlocks(QString fileName, std::optional<CharCode> code, const Fil
     : m_fileName(std::move(fileName))
     , m_code(code)
     , m_file(calls)
+    , m_facts(code ? FileFacts::Code::Known : FileFacts::Code::Wanted)
 {
 }
 
@@ -60,7 +62,7 @@ bool FileBlocks::open()
 void FileBlocks::startOver(CharCode code)
 {
     m_settledCode = code;
-    m_settledSize = std::exchange(m_facts, {}).size();
+    m_settledSize = std::exchange(m_facts, FileFacts()).size();
 }
 
 CharCode FileBlocks::code(CharCode codeOfEmpty) const

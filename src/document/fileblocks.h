@@ -7,6 +7,14 @@
 /// What the bytes of a file tell before they are decoded. They come in order, cut anywhere.
 class FileFacts {
 public:
+    enum class Code { Wanted, Known };
+
+    /// Where the code is known nobody asks for code().
+    explicit FileFacts(Code code = Code::Wanted)
+        : m_codeIs(code)
+    {
+    }
+
     void add(QByteArrayView bytes);
 
     const CodeDetection &code() const { return m_code; }
@@ -18,6 +26,7 @@ public:
     QByteArrayView start() const { return m_start; }
 
 private:
+    Code m_codeIs;
     CodeDetection m_code;
     LineEndDetection m_lineEnd;
     RewrittenCount m_rewritten;

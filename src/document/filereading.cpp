@@ -221,7 +221,7 @@ void FileReading::finish()
     findings.utf16 = utf16FormOf(facts.start(), facts.size());
     if (!isUtf16Likely(findings, m_codes.charCode))
         findings.utf16.reset();
-    if (facts.code().isAscii())
+    if (!m_request.code && facts.code().isAscii())
         return;
     const auto blocks = [this](const auto &take) { m_blocks.readAgain(m_codes.returnCode, take); };
     findings.fittingCode =

@@ -11,22 +11,24 @@ void replaceByte(uchar *in, const uchar *end, uchar byte, uchar replacement)
         *in = *in == byte ? replacement : *in;
 }
 
-/// Returns where the bytes end without the ones taken out.
-uchar *removeByte(uchar *in, const uchar *end, uchar byte)
-{
-    uchar *out = in;
-    for (; in != end; ++in) {
-        *out = *in;
-        out += *in != byte;
-    }
-    return out;
-}
-
 /// The end where it has none.
 template <typename Byte> Byte *firstOf(char byte, Byte *begin, Byte *end)
 {
     auto *const found = begin == end ? nullptr : std::memchr(begin, byte, size_t(end - begin));
     return found ? static_cast<Byte *>(found) : end;
+}
+
+/// Returns where the bytes end without the ones taken out. What is between two of them moves as a whole.
+uchar *removeByte(uchar *in, uchar *end, char byte)
+{
+    uchar *out = in;
+    while (in != end) {
+        uchar *const next = firstOf(byte, in, end);
+        std::memmove(out, in, size_t(next - in));
+        out += next - in;
+        in = std::find_if(next, end, [byte](uchar other) { return other != uchar(byte); });
+    }
+    return out;
 }
 
 /// Calls `isCounted(i)` for each place and counts how often it is so, in blocks whose counts fit a byte,
