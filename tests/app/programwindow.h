@@ -100,8 +100,8 @@ public:
             .section(u'\n', 0, 0);
     }
     QString title() const { return xdotool({ QStringLiteral("getwindowname"), window() }); }
-    /// As the title shows it: CR+LF, CR or LF.
-    QString lineEnd() const { return title().section(u'[', 2).chopped(1); }
+    /// As the title shows it: CR+LF, CR or LF; empty while there is none.
+    QString lineEnd() const { return title().section(u'[', 2).section(u']', 0, 0); }
     QString states() const
     {
         return outputOf(
