@@ -180,7 +180,7 @@ void DiskNotices::tell(ctlEditer *editor, FileChange change)
         offer([] { return tr("Keep mine"); }, [this, editor] { keep(editor); });
         offer([] { return tr("Show both"); }, [this, editor] { showBoth(editor); });
     } else {
-        offer([] { return tr("Save"); }, [this, editor] { m_saver.save(editor); });
+        offer([] { return tr("Save"); }, [this, editor] { m_saver.beginSave(editor); });
         offer([] { return tr("Keep mine"); }, [this, editor] { keep(editor); });
     }
     notice.dismissed = [this, editor] { keep(editor); };

@@ -19,24 +19,40 @@ DocumentCloser::DocumentCloser(
 
 bool DocumentCloser::saveIfWanted(ctlEditer *editor)
 {
+    return DocumentSaver::wait([this, editor](const auto &then) { saveIfWanted(editor, then); });
+}
+
+void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bool)> &then)
+{
+    if (m_saver.isSaving(editor))
+        return m_saver.whenSaved(editor, then);
     if (!editor->edited())
-        return true;
+        return then(true);
     switch (askToSave(*editor)) {
     case Answer::Yes:
-        return m_saver.save(editor);
+        return m_saver.beginSave(editor, then);
     case Answer::No:
-        return true;
+        return then(true);
     case Answer::Cancel:
-        return false;
+        return then(false);
     }
     Q_UNREACHABLE();
 }
 
+void DocumentCloser::waitForSaves()
+{
+    m_saver.waitForAll();
+}
+
 void DocumentCloser::askAndClose()
 {
-    ctlEditer *editor = m_documents.current();
-    if (editor && saveIfWanted(editor))
-        close(editor);
+    ctlEditer *const editor = m_documents.current();
+    if (!editor)
+        return;
+    saveIfWanted(editor, [this, editor](bool mayClose) {
+        if (mayClose)
+            close(editor);
+    });
 }
 
 bool DocumentCloser::closeAll(EditsAtClosing edits)
@@ -44,24 +60,39 @@ bool DocumentCloser::closeAll(EditsAtClosing edits)
     const EndQuestion question;
     m_documents.commitComposition();
     for (closeUneditedFromTheLast(); m_documents.current(); closeUneditedFromTheLast()) {
-        ctlEditer *editor = m_documents.editors().constLast();
-        if (editor->edited() && edits == EditsAtClosing::Save && !m_saver.save(editor))
+        ctlEditer *const editor = m_documents.editors().constLast();
+        const bool mayClose = mayCloseLast(editor, edits);
+        // Its user may have closed it while it was saved.
+        const bool isOpen = m_documents.editors().contains(editor);
+        if (isOpen && !mayClose)
             return false;
-        if (editor->edited()) {
-            m_documents.setCurrent(editor);
-            if (!saveIfWanted(editor))
-                return false;
-        }
-        close(editor);
+        if (isOpen)
+            close(editor);
     }
     return true;
+}
+
+bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
+{
+    if (edits == EditsAtClosing::Save && !m_saver.isSaving(editor) && !m_saver.save(editor))
+        return false;
+    if (!m_documents.editors().contains(editor))
+        return false;
+    if (editor->edited() && !m_saver.isSaving(editor))
+        m_documents.setCurrent(editor);
+    return saveIfWanted(editor);
+}
+
+bool DocumentCloser::mayGo(const ctlEditer &editor) const
+{
+    return !editor.edited() && !m_saver.isSaving(&editor);
 }
 
 /// Each document that is current for a moment would have every widget of all others told that painting waits.
 void DocumentCloser::closeUneditedFromTheLast()
 {
     m_documents.setUpdatesEnabled(false);
-    while (m_documents.current() && !m_documents.editors().constLast()->edited())
+    while (m_documents.current() && mayGo(*m_documents.editors().constLast()))
         close(m_documents.editors().constLast());
     m_documents.setUpdatesEnabled(true);
 }

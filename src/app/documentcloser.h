@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include <functional>
+
 class DocumentArea;
 class DocumentSaver;
 class QWidget;
@@ -18,9 +20,12 @@ public:
     /// Asks over `window`.
     DocumentCloser(QWidget &window, DocumentArea &documents, DocumentSaver &saver, RecentPlaces &places);
 
-    /// Asks about an edited document and saves it on "Yes". False when it is not to be closed.
+    /// Asks about an edited document and saves it on "Yes", or waits for a save that is under way; the window
+    /// goes on meanwhile. False when it is not to be closed, or is closed by then.
     bool saveIfWanted(ctlEditer *editor);
-    /// Closes the current document, unless the user wants to keep it.
+    /// Until no save is under way, the same way.
+    void waitForSaves();
+    /// Closes the current document, unless the user wants to keep it; behind a save, when that is over.
     void askAndClose();
     /// Closes every document, from the last tab backwards. False when that was cancelled or a save failed;
     /// what was passed by then stays closed.
@@ -32,6 +37,9 @@ private:
     enum class Answer { Yes, No, Cancel };
 
     Answer askToSave(const ctlEditer &editor);
+    void saveIfWanted(ctlEditer *editor, const std::function<void(bool mayClose)> &then);
+    bool mayCloseLast(ctlEditer *editor, EditsAtClosing edits);
+    bool mayGo(const ctlEditer &editor) const;
     void closeUneditedFromTheLast();
 
     QWidget &m_window;

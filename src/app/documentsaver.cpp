@@ -1,11 +1,15 @@
 #include "app/documentsaver.h"
 
 #include "app/documentarea.h"
+#include "app/documentfile.h"
 #include "app/recentplaces.h"
+#include "app/windowjobs.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "filedialog/documentsfolder.h"
 #include "platform/qcop.h"
+
+#include <QEventLoop>
 
 using namespace Qt::StringLiterals;
 
@@ -23,62 +27,188 @@ void announceSaved(const ctlEditer &editor)
 
 } // namespace
 
-DocumentSaver::DocumentSaver(
-    QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents, RecentPlaces &places)
+DocumentSaver::DocumentSaver(QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents,
+    RecentPlaces &places, const WindowJobs &jobs)
     : m_window(window)
     , m_dialogs(dialogs)
     , m_documents(documents)
     , m_places(places)
+    , m_jobs(jobs)
 {
+    connect(&documents, &DocumentArea::closed, this, [this](const ctlEditer *editor) {
+        const auto closed = m_saving.extract(editor);
+        for (const Then &then : closed ? closed.mapped().then : std::vector<Then>())
+            then(false);
+    });
+}
+
+DocumentSaver::~DocumentSaver() = default;
+
+void DocumentSaver::beginSave(ctlEditer *editor, const Then &then)
+{
+    beginSaveTo(editor, { editor->path(), editor->name() }, then);
+}
+
+void DocumentSaver::beginSaveTo(ctlEditer *editor, const FileChoice &file, const Then &then)
+{
+    if (file.folder.isEmpty())
+        beginSaveAs(editor, {}, then);
+    else if (isLarge(*editor))
+        saveBehind(editor, file, then);
+    else
+        finish(editor, editor->saveFile(file.folder, file.name, file.charCode, file.returnCode), then);
+}
+
+bool DocumentSaver::isLarge(const ctlEditer &editor) const
+{
+    return editor.document().store().length() >= m_jobs.fewest;
+}
+
+void DocumentSaver::saveBehind(ctlEditer *editor, const FileChoice &file, const Then &then)
+{
+    TextDocument &document = editor->document();
+    if (!document.requestChange())
+        return then ? then(false) : void();
+    auto save = document.beginSave(file.folder, file.name, file.charCode, file.returnCode);
+    if (!save) {
+        editor->noteSaved({ SaveResult::Outcome::Binary, Overtaken::No, false, {} });
+        return finish(editor, false, then);
+    }
+    m_documents.refresh(editor);
+    UnderWay &begun = m_saving[editor];
+    begun.file =
+        std::make_unique<SavingFile>(*editor, std::move(save), m_documents.notices(), *m_jobs.runner);
+    if (then)
+        begun.then.push_back(then);
+    connect(begun.file.get(), &SavingFile::ended, this,
+        [this, editor](const SaveResult &result, JobOutcome outcome) { endBehind(editor, result, outcome); });
+}
+
+/// Who has stopped it needs no box.
+void DocumentSaver::endBehind(ctlEditer *editor, const SaveResult &result, JobOutcome outcome)
+{
+    const UnderWay over = std::move(m_saving.extract(editor).mapped());
+    const QPointer<ctlEditer> document = editor;
+    if (outcome != JobOutcome::Stopped)
+        editor->noteSaved(result);
+    const bool isSaved = document && result.outcome == SaveResult::Outcome::Written;
+    if (document)
+        finish(editor, isSaved, {});
+    for (const Then &then : over.then)
+        then(isSaved);
+}
+
+/// Codes that were chosen are the document's also when it could not be written.
+void DocumentSaver::finish(ctlEditer *editor, bool isSaved, const Then &then)
+{
+    m_documents.refresh(editor);
+    if (isSaved) {
+        m_places.dropCarried(*editor);
+        announceSaved(*editor);
+    }
+    if (then)
+        then(isSaved);
+}
+
+void DocumentSaver::beginSaveAs(ctlEditer *editor, std::optional<CharCode> charCode, const Then &then)
+{
+    if (!editor->document().requestChange())
+        return then ? then(false) : void();
+    FileChoice start = startFor(editor);
+    start.charCode = charCode;
+    askAgain(editor, start, then);
+}
+
+/// What was chosen is not lost when it cannot be written, and can be mended. Binary text cannot be saved
+/// anywhere.
+void DocumentSaver::askAgain(ctlEditer *editor, const FileChoice &start, const Then &then)
+{
+    m_documents.setCurrent(editor);
+    const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::SaveAs, start);
+    if (!file)
+        return then ? then(false) : void();
+    DocumentsFolder::makeForSaving(file->folder);
+    beginSaveTo(editor, *file, [this, then, file = *file, document = QPointer(editor)](bool isSaved) {
+        if (!isSaved && document && document->document().charCode() != CharCode::Binary)
+            askAgain(document, file, then);
+        else if (then)
+            then(isSaved);
+    });
 }
 
 bool DocumentSaver::save(ctlEditer *editor)
 {
-    return saveTo(editor, { editor->path(), editor->name() });
+    return wait([&](const Then &then) { beginSave(editor, then); });
 }
 
 bool DocumentSaver::saveTo(ctlEditer *editor, const FileChoice &file)
 {
-    if (file.folder.isEmpty())
-        return saveAs(editor);
-    const bool isSaved = editor->saveFile(file.folder, file.name, file.charCode, file.returnCode);
-    // Codes that were chosen are the document's also when it could not be written.
-    m_documents.refresh(editor);
-    if (!isSaved)
-        return false;
-    m_places.dropCarried(*editor);
-    announceSaved(*editor);
-    return true;
+    return wait([&](const Then &then) { beginSaveTo(editor, file, then); });
 }
 
 bool DocumentSaver::saveAs(ctlEditer *editor, std::optional<CharCode> charCode)
 {
-    m_documents.setCurrent(editor);
-    FileChoice start = startFor(editor);
-    start.charCode = charCode;
-    while (const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::SaveAs, start)) {
-        DocumentsFolder::makeForSaving(file->folder);
-        if (saveTo(editor, *file))
-            return true;
-        // Binary text cannot be saved anywhere.
-        if (editor->document().charCode() == CharCode::Binary)
-            return false;
-        start = *file; // what was chosen is not lost, and can be mended
-    }
-    return false;
+    return wait([&](const Then &then) { beginSaveAs(editor, charCode, then); });
 }
 
 void DocumentSaver::saveAll()
 {
-    ctlEditer *const before = m_documents.current();
-    if (!before)
+    if (ctlEditer *const before = m_documents.current())
+        saveRest(m_documents.tabBar()->ids(), before);
+}
+
+/// A document that asks something is shown for that; where saving stops, it stays so. Who has gone elsewhere
+/// while a long text was written stays there.
+void DocumentSaver::saveRest(QList<int> ids, const QPointer<ctlEditer> &before)
+{
+    while (!ids.isEmpty()) {
+        ctlEditer *const editor = m_documents.tabBar()->editorOf(ids.takeFirst());
+        if (!editor || !editor->edited())
+            continue;
+        beginSave(
+            editor, [this, ids, back = isLarge(*editor) ? QPointer<ctlEditer>() : before](bool isSaved) {
+                if (isSaved)
+                    saveRest(ids, back);
+            });
         return;
-    const ctlTabBar &tabs = *m_documents.tabBar();
-    for (const int id : tabs.ids()) {
-        ctlEditer *editor = tabs.editorOf(id);
-        if (editor && editor->edited() && !save(editor))
-            return;
     }
-    // A document that asked something was shown for that; where saving stops, it stays so.
-    m_documents.setCurrent(before);
+    if (before)
+        m_documents.setCurrent(before);
+}
+
+void DocumentSaver::whenSaved(const ctlEditer *editor, const Then &then)
+{
+    m_saving.at(editor).then.push_back(then);
+}
+
+bool DocumentSaver::wait(const std::function<void(const Then &)> &begin)
+{
+    struct Waiting {
+        QEventLoop loop;
+        bool isOver = false;
+        bool isSaved = false;
+    };
+    const auto waiting = std::make_shared<Waiting>();
+    begin([waiting](bool isSaved) {
+        waiting->isOver = true;
+        waiting->isSaved = isSaved;
+        waiting->loop.quit();
+    });
+    if (!waiting->isOver)
+        waiting->loop.exec();
+    return waiting->isSaved;
+}
+
+void DocumentSaver::waitForAll()
+{
+    while (!m_saving.empty()) {
+        const ctlEditer *const editor = m_saving.begin()->first;
+        wait([this, editor](const Then &then) { whenSaved(editor, then); });
+    }
+}
+
+void DocumentSaver::giveUp(QDeadlineTimer end)
+{
+    for (auto &[editor, underWay] : m_saving)
+        underWay.file->giveUp(end);
 }

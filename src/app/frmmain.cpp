@@ -198,13 +198,13 @@ void frmMain::slotCmdFileProp()
 void frmMain::slotCmdFileSave()
 {
     if (ctlEditer *editor = currentEditor())
-        slotCmdFileSave(editor);
+        m_parts->saver.beginSave(editor);
 }
 
 void frmMain::slotCmdFileSaveAs()
 {
     if (ctlEditer *editor = currentEditor())
-        slotCmdFileSaveAs(editor);
+        m_parts->saver.beginSaveAs(editor);
 }
 
 void frmMain::slotCmdFileCloseTab()

@@ -2,6 +2,7 @@
 
 #include "app/documentarea.h"
 #include "app/documentloader.h"
+#include "app/documentsaver.h"
 #include "app/recentplaces.h"
 #include "editor/ctlediter.h"
 #include "files/endorder.h"
@@ -14,12 +15,16 @@ namespace {
 /// Leaves room for the settings within the second that an end may take.
 constexpr std::chrono::milliseconds longestWrite{ 600 };
 
+/// What a save that is put in place has for that. What it leaves behind otherwise is found by later starts.
+constexpr std::chrono::milliseconds longestGivingUp{ 1000 };
+
 } // namespace
 
-LastWrites::LastWrites(
-    DocumentArea &documents, const DocumentLoader &loader, RecentPlaces &places, RecoveryJournals &journals)
+LastWrites::LastWrites(DocumentArea &documents, const DocumentLoader &loader, DocumentSaver &saver,
+    RecentPlaces &places, RecoveryJournals &journals)
     : m_documents(documents)
     , m_loader(loader)
+    , m_saver(saver)
     , m_places(places)
     , m_journals(journals)
 {
@@ -41,4 +46,5 @@ void LastWrites::write()
             m_places.add(**editor);
     }
     writeSettings();
+    m_saver.giveUp(QDeadlineTimer(longestGivingUp));
 }

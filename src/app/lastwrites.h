@@ -4,6 +4,7 @@
 
 class DocumentArea;
 class DocumentLoader;
+class DocumentSaver;
 class RecentPlaces;
 class RecoveryJournals;
 
@@ -11,14 +12,15 @@ class RecoveryJournals;
 class LastWrites : public QObject {
 public:
     /// Writes when the application says that it ends at once.
-    LastWrites(DocumentArea &documents, const DocumentLoader &loader, RecentPlaces &places,
-        RecoveryJournals &journals);
+    LastWrites(DocumentArea &documents, const DocumentLoader &loader, DocumentSaver &saver,
+        RecentPlaces &places, RecoveryJournals &journals);
 
 private:
     void write();
 
     DocumentArea &m_documents;
     const DocumentLoader &m_loader;
+    DocumentSaver &m_saver;
     RecentPlaces &m_places;
     RecoveryJournals &m_journals;
 };

@@ -34,6 +34,7 @@ SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer, Recovery
 bool SessionEnd::prepare(bool mayAsk)
 {
     m_unwanted.clear();
+    m_closer.waitForSaves();
     const bool isReady =
         !hasEdits() || (mayAsk ? askAll() : m_journals.flush(RecoveryJournals::longestFlush));
     // The session may go on.
@@ -48,12 +49,13 @@ bool SessionEnd::askAll()
         return false;
     const QList<ctlEditer *> editors = m_documents.editors();
     for (auto editor = editors.rbegin(); editor != editors.rend(); ++editor) {
-        if (!(*editor)->edited())
+        // Its user may have closed it while another one was saved.
+        if (!m_documents.editors().contains(*editor) || !(*editor)->edited())
             continue;
         m_documents.setCurrent(*editor);
         if (!m_closer.saveIfWanted(*editor))
             return false;
-        if ((*editor)->edited())
+        if (m_documents.editors().contains(*editor) && (*editor)->edited())
             m_unwanted << *editor;
     }
     return true;

@@ -148,5 +148,5 @@ void WritingNotice::goToNext()
 
 void WritingNotice::saveAsUtf8()
 {
-    m_saver.saveAs(&m_editor, CharCode::Utf8);
+    m_saver.beginSaveAs(&m_editor, CharCode::Utf8);
 }

@@ -12,10 +12,9 @@ public:
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override { decodeBlocks<Decoder>(bytes, sink); }
 
-    using TextCodec::encode;
-    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
+    std::unique_ptr<Encoding> encoding(ByteSink sink, AsRead asRead) const override
     {
-        return encodeBlocks<Encoder>(next, sink, asRead);
+        return std::make_unique<BlockEncoder<Encoder>>(std::move(sink), asRead);
     }
 
     qint64 findWithoutCode(const TextChunk &chunk, qint64 from, AsRead asRead) const override

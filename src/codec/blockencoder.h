@@ -21,34 +21,34 @@
 ///                                      if they would not be read as `c`, which is then written as any other
 ///     void finish(out)
 ///     static constexpr bool hasByteOrderMark  U+FEFF has a code
-template <class Encoder> class BlockEncoder {
+template <class Encoder> class BlockEncoder : public TextCodec::Encoding {
 public:
     static constexpr int bytesPerStep = 32;
 
-    BlockEncoder(const TextCodec::ByteSink &sink, TextCodec::AsRead asRead)
-        : m_sink(sink)
+    /// The few bytes `before` come before the text.
+    BlockEncoder(TextCodec::ByteSink sink, TextCodec::AsRead asRead, QByteArrayView before = {})
+        : m_sink(std::move(sink))
         , m_asRead(asRead)
         , m_buffer(new uchar[blockBytes + qMax(bytesPerStep, asciiAtOnce)])
-        , m_out(m_buffer.get())
+        , m_out(std::copy(before.begin(), before.end(), m_buffer.get()))
     {
     }
 
-    bool encode(const TextCodec::TextReader &next)
+    bool add(const TextChunk &chunk) override
     {
-        TextChunk chunk = next();
-        const bool dropsByteOrderMark =
-            !Encoder::hasByteOrderMark && chunk.utf16.startsWith(QChar::ByteOrderMark);
-        if (dropsByteOrderMark && chunk.size() == 1)
-            chunk = next();
-        else if (dropsByteOrderMark)
-            chunk.utf16 = chunk.utf16.sliced(1);
-        for (; chunk.size() > 0; chunk = next()) {
-            if (!(isSpelled(chunk) ? writeSpelled(chunk) : write(chunk)))
-                return false;
+        if (std::exchange(m_isStart, false) && dropsByteOrderMark(chunk)) {
+            TextChunk rest = chunk;
+            rest.utf16 = rest.utf16.sliced(1);
+            return rest.utf16.isEmpty() || write(rest);
         }
+        return isSpelled(chunk) ? writeSpelled(chunk) : write(chunk);
+    }
+
+    bool finish(const TextChunk &end) override
+    {
         dropHigh(m_out);
-        if (isSpelled(chunk))
-            return writeBytes(*chunk.spelling) && flushRest();
+        if (isSpelled(end))
+            return writeBytes(*end.spelling) && flushRest();
         m_encoder.finish(m_out);
         return flushRest();
     }
@@ -56,6 +56,11 @@ public:
 private:
     static constexpr qsizetype blockBytes = 65536;
     static constexpr int asciiAtOnce = 64;
+
+    static bool dropsByteOrderMark(const TextChunk &chunk)
+    {
+        return !Encoder::hasByteOrderMark && chunk.utf16.startsWith(QChar::ByteOrderMark);
+    }
 
     bool isSpelled(const TextChunk &chunk) const
     {
@@ -191,17 +196,11 @@ private:
 
     bool flush(const uchar *out) { return m_sink(QByteArrayView(m_buffer.get(), out - m_buffer.get())); }
 
-    const TextCodec::ByteSink &m_sink;
+    const TextCodec::ByteSink m_sink;
     const TextCodec::AsRead m_asRead;
     Encoder m_encoder;
     std::unique_ptr<uchar[]> m_buffer;
     uchar *m_out;
+    bool m_isStart = true; ///< nothing has come yet
     char16_t m_high = 0; ///< a high surrogate whose other half is still to come
 };
-
-template <class Encoder>
-bool encodeBlocks(
-    const TextCodec::TextReader &next, const TextCodec::ByteSink &sink, TextCodec::AsRead asRead)
-{
-    return BlockEncoder<Encoder>(sink, asRead).encode(next);
-}

@@ -21,10 +21,9 @@ public:
             sink.latin1(bytes.sliced(at, std::min(sink.blockUnits, bytes.size() - at)));
     }
 
-    using TextCodec::encode;
-    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
+    std::unique_ptr<Encoding> encoding(ByteSink sink, AsRead asRead) const override
     {
-        return encodeBlocks<Latin1Encoder>(next, sink, asRead);
+        return std::make_unique<BlockEncoder<Latin1Encoder>>(std::move(sink), asRead);
     }
 
     qint64 findWithoutCode(const TextChunk &chunk, qint64 from, AsRead asRead) const override

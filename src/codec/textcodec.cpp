@@ -47,6 +47,8 @@ public:
 
 TextCodec::~TextCodec() = default;
 
+TextCodec::Encoding::~Encoding() = default;
+
 void TextCodec::TextSink::spelling(QByteArrayView bytes)
 {
     Q_UNUSED(bytes)
@@ -67,6 +69,17 @@ TextStore TextCodec::decode(QByteArrayView bytes, const LayoutCopy &layout, qint
     decode(bytes, sink);
     undecodable = sink.undecodable();
     return sink.finish();
+}
+
+bool TextCodec::encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const
+{
+    const std::unique_ptr<Encoding> encoding = this->encoding(sink, asRead);
+    TextChunk chunk = next();
+    for (; chunk.size() > 0; chunk = next()) {
+        if (!encoding->add(chunk))
+            return false;
+    }
+    return encoding->finish(chunk);
 }
 
 bool TextCodec::encode(const TextStore &store, const ByteSink &sink, AsRead asRead) const

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 
 /// Converts between bytes and text without losing a byte: encode(decode(b)) = b for any bytes b, by way of a
 /// store (UTF-16 wants its byte-order mark). An edit between the two changes the bytes of what was edited
@@ -56,8 +57,17 @@ public:
     TextStore decode(QByteArrayView bytes, const LayoutRule &rule, qint64 *undecodable = nullptr) const;
     /// The same, into a part of a store: in any thread, see TextStore::Builder.
     TextStore decode(QByteArrayView bytes, const LayoutCopy &layout, qint64 &undecodable) const;
+    /// Encodes a text chunk by chunk, in any thread. False where the sink refused: nothing more may come.
+    class Encoding {
+    public:
+        virtual ~Encoding();
+        virtual bool add(const TextChunk &chunk) = 0;
+        /// `end` is what a TextReader gives at the end of the text.
+        virtual bool finish(const TextChunk &end) = 0;
+    };
+    virtual std::unique_ptr<Encoding> encoding(ByteSink sink, AsRead asRead) const = 0;
     /// Encodes the text that `next` gives; false when the sink refused.
-    virtual bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const = 0;
+    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const;
     /// Which of the chunk's units, at `from` or behind it, begins the first character that has no code and is
     /// written as another one; -1 for none. Whatever stands before and behind the chunk, and its spelling, do
     /// not matter: half a surrogate pair counts as one alone, a byte-order mark as any other character.

@@ -141,11 +141,10 @@ public:
         decodeBlocks<Utf16Decoder<order>>(hasByteOrderMark ? bytes.sliced(2) : bytes, sink);
     }
 
-    using TextCodec::encode;
-    bool encode(const TextReader &next, const ByteSink &sink, AsRead asRead) const override
+    std::unique_ptr<Encoding> encoding(ByteSink sink, AsRead asRead) const override
     {
-        return (m_mark == Mark::None || sink(byteOrderMark()))
-            && encodeBlocks<Utf16Encoder<order>>(next, sink, asRead);
+        const QByteArrayView before = m_mark == Mark::None ? QByteArrayView() : byteOrderMark();
+        return std::make_unique<BlockEncoder<Utf16Encoder<order>>>(std::move(sink), asRead, before);
     }
 
     qint64 findWithoutCode(const TextChunk &chunk, qint64 from, AsRead asRead) const override

@@ -6,79 +6,94 @@
 
 namespace {
 
-/// Gives the text of a store up to its first U+0000, with a line end in the place of each LF.
-class LineEndReader {
-public:
-    LineEndReader(const TextStore &store, QByteArrayView lineEnd)
-        : m_store(store)
-        , m_lineEnd(lineEnd)
-        , m_end(store.end())
-    {
-    }
+constexpr qint64 unitsPerStep = qint64{ 1 } << 20;
 
-    TextChunk operator()()
-    {
-        if (m_at == m_end)
-            return {};
-        TextChunk chunk = m_store.chunkAt(m_at);
-        qint64 plain = 0;
-        while (plain < chunk.size() && unitAt(chunk, plain) != u'\n' && unitAt(chunk, plain) != u'\0')
-            ++plain;
-        if (plain > 0) {
-            chunk.truncate(plain);
-            m_at += plain;
-            return chunk;
-        }
-        if (unitAt(chunk, 0) == u'\n')
-            return { std::exchange(m_at, m_at + 1), m_lineEnd, {} };
-        m_end = m_at;
-        return {};
-    }
-
-private:
-    static char16_t unitAt(const TextChunk &chunk, qint64 at)
-    {
-        return chunk.isLatin1() ? char16_t(uchar(chunk.latin1[at])) : chunk.utf16[at].unicode();
-    }
-
-    const TextStore &m_store;
-    const QByteArrayView m_lineEnd;
-    Offset m_at;
-    Offset m_end;
-};
+char16_t unitAt(const TextChunk &chunk, qint64 at)
+{
+    return chunk.isLatin1() ? char16_t(uchar(chunk.latin1[at])) : chunk.utf16[at].unicode();
+}
 
 } // namespace
 
-DocumentWriter::DocumentWriter(const QByteArray &name, ReturnCode returnCode, const FileCalls &calls)
-    : m_file(name, calls)
-    , m_lineEnd(infoOf(returnCode).bytes)
+DocumentWriter::DocumentWriter(const QByteArray &name, WrittenText text, const FileCalls &calls)
+    : m_text(std::move(text))
+    , m_lineEnd(infoOf(m_text.returnCode).bytes)
+    , m_file(name, calls)
 {
 }
 
-bool DocumentWriter::write(const TextStore &store, const TextCodec &codec, TextCodec::AsRead asRead)
+DocumentWriter::Step DocumentWriter::step()
 {
-    if (!m_file.open())
-        return false;
-    const auto sink = [this](QByteArrayView bytes) { return writeBlock(bytes); };
-    const bool encoded = codec.encode(store, sink, asRead);
-    return (encoded || m_ended) && m_file.commit();
+    if (m_isEncoded)
+        return m_file.commit() ? Step::Written : Step::Failed;
+    if ((m_encoding || begin()) && encodeSome())
+        return Step::More;
+    giveUp();
+    return Step::Failed;
 }
 
-bool DocumentWriter::writeWide(const TextStore &store, const TextCodec &codec, TextCodec::AsRead asRead)
+bool DocumentWriter::begin()
 {
-    const auto sink = [this](QByteArrayView bytes) { return !EndOrder::isGiven() && m_file.write(bytes); };
-    return m_file.open() && codec.encode(LineEndReader(store, m_lineEnd), sink, asRead) && m_file.commit();
+    const auto sink = [this](QByteArrayView bytes) { return !EndOrder::isGiven() && writeBlock(bytes); };
+    m_encoding = m_text.code.codec->encoding(sink, m_text.code.asRead);
+    return m_file.open();
+}
+
+bool DocumentWriter::encodeSome()
+{
+    const Offset end = qMin(m_at + unitsPerStep, m_text.text.end());
+    while (m_at < end && !m_hasEnded) {
+        if (!m_encoding->add(isWide() ? nextWideChunk() : nextChunk())) {
+            m_isEncoded = m_hasEnded;
+            return m_isEncoded;
+        }
+    }
+    if (m_at < m_text.text.end() && !m_hasEnded)
+        return true;
+    m_isEncoded = m_encoding->finish(isWide() ? TextChunk() : nextChunk()) || m_hasEnded;
+    return m_isEncoded;
+}
+
+bool DocumentWriter::isWide() const
+{
+    return m_text.units == WrittenText::Units::Wide;
+}
+
+TextChunk DocumentWriter::nextChunk()
+{
+    const TextChunk chunk = m_text.text.spelledChunkAt(m_at);
+    m_at += chunk.size();
+    return chunk;
+}
+
+/// With a line end in the place of each LF; empty at a U+0000.
+TextChunk DocumentWriter::nextWideChunk()
+{
+    TextChunk chunk = m_text.text.spelledChunkAt(m_at);
+    chunk.spelling.reset();
+    qint64 plain = 0;
+    while (plain < chunk.size() && unitAt(chunk, plain) != u'\n' && unitAt(chunk, plain) != u'\0')
+        ++plain;
+    if (plain > 0) {
+        chunk.truncate(plain);
+        m_at += plain;
+        return chunk;
+    }
+    if (unitAt(chunk, 0) == u'\n')
+        return { std::exchange(m_at, m_at + 1), m_lineEnd, {} };
+    m_hasEnded = true;
+    return {};
 }
 
 bool DocumentWriter::writeBlock(QByteArrayView encoded)
 {
-    if (EndOrder::isGiven())
-        return false;
-    // In every code the bytes 00 and 0A stand for U+0000 and U+000A alone.
+    if (isWide())
+        return m_file.write(encoded);
+    // In every other code the bytes 00 and 0A stand for U+0000 and U+000A alone.
     const qsizetype end = encoded.indexOf('\0');
     if (end == -1)
         return writeLines(encoded);
-    m_ended = writeLines(encoded.first(end));
+    m_hasEnded = writeLines(encoded.first(end));
     return false;
 }
 

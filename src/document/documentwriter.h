@@ -3,33 +3,72 @@
 #include "codec/returncode.h"
 #include "codec/textcodec.h"
 #include "files/safefile.h"
+#include "text/textsnapshot.h"
 
-/// Writes a text to a file: encodes it, gives it the document's line ends, and puts it in place safely.
+/// What a text is written with.
+struct WritingCode {
+    bool operator==(const WritingCode &other) const = default;
+
+    const TextCodec *codec; ///< never null
+    TextCodec::AsRead asRead; ///< how much of the text is written as it was read
+};
+
+/// A text and how it is to be in its file.
+struct WrittenText {
+    enum class Units {
+        Bytes,
+        Wide, ///< each character has more than one byte, line ends too
+    };
+    TextSnapshot text;
+    WritingCode code;
+    ReturnCode returnCode = ReturnCode::Lf;
+    Units units = Units::Bytes;
+};
+
+/// Writes a text to a file, step by step: encodes it, gives it the document's line ends, and puts it in place
+/// safely.
 ///
-/// Memory: blocks of a bounded size, whatever the length of the text.
+/// Memory: blocks of a bounded size, whatever the length of the text. Threads: steps may be made in any, one
+/// after the other.
 class DocumentWriter {
 public:
     /// See SafeFile for `name` and `calls`.
-    DocumentWriter(
-        const QByteArray &name, ReturnCode returnCode, const FileCalls &calls = FileCalls::system());
+    DocumentWriter(const QByteArray &name, WrittenText text, const FileCalls &calls = FileCalls::system());
+    Q_DISABLE_COPY_MOVE(DocumentWriter)
 
     /// See SafeFile.
     void keepOldContent() { m_file.keepOldContent(); }
-    /// Writes the text up to its first U+0000. False when the file could not be written, or the process is to
-    /// end (EndOrder): it is as it was, but for keptCopy().
-    bool write(const TextStore &store, const TextCodec &codec,
-        TextCodec::AsRead asRead = TextCodec::AsRead::Everything);
-    /// The same in a code whose characters have more than one byte each, line ends too.
-    bool writeWide(const TextStore &store, const TextCodec &codec, TextCodec::AsRead asRead);
+    enum class Step {
+        More,
+        Written,
+        Failed, ///< the file is as it was, but for keptCopy(); also when the process is to end (EndOrder)
+    };
+    /// Writes on, up to the text's first U+0000; the last step puts the file in place. None after Written or
+    /// Failed.
+    Step step();
+    /// Leaves the file as it was.
+    void giveUp() { m_file.giveUp(); }
+    /// How much of the text was written, in units.
+    qint64 unitsDone() const { return m_at.value(); }
+    qint64 unitsInAll() const { return m_text.text.length(); }
     /// See SafeFile.
     QByteArray keptCopy() const { return m_file.keptCopy(); }
     const FileVersion &version() const { return m_file.version(); }
 
 private:
+    bool begin();
+    bool encodeSome();
+    bool isWide() const;
+    TextChunk nextChunk();
+    TextChunk nextWideChunk();
     bool writeBlock(QByteArrayView encoded);
     bool writeLines(QByteArrayView encoded);
 
-    SafeFile m_file;
+    const WrittenText m_text;
     const QByteArrayView m_lineEnd;
-    bool m_ended = false; ///< by a U+0000
+    SafeFile m_file;
+    std::unique_ptr<TextCodec::Encoding> m_encoding; ///< null: nothing was begun
+    Offset m_at;
+    bool m_isEncoded = false;
+    bool m_hasEnded = false; ///< by a U+0000
 };

@@ -2,22 +2,17 @@
 
 #include "text/enteredtext.h"
 
-namespace {
-
-/// Whether a text has undecodable bytes or spellings.
-bool hasBytes(const TextStore &store)
+bool hasBytes(const TextSnapshot &text, TextRange range)
 {
-    for (Offset at; at < store.end();) {
-        const TextChunk chunk = store.spelledChunkAt(at);
-        const QString text = chunk.utf16.toString();
-        if (chunk.spelling || cleanInput(text) != text)
+    for (Offset at = range.start; at < range.end;) {
+        const TextChunk chunk = text.spelledChunkAt(at);
+        const QString units = chunk.utf16.toString();
+        if (chunk.spelling || cleanInput(units) != units)
             return true;
         at += chunk.size();
     }
-    return store.spelledChunkAt(store.end()).spelling.has_value();
+    return range.end == text.end() && text.spelledChunkAt(text.end()).spelling.has_value();
 }
-
-} // namespace
 
 ReadCode::ReadCode(const TextCodec &codec)
     : m_codec(&codec)
@@ -31,11 +26,11 @@ TextCodec::AsRead ReadCode::writtenAsReadIn(const TextCodec &codec) const
     return m_keepsSpellings ? TextCodec::AsRead::Everything : TextCodec::AsRead::UndecodableBytes;
 }
 
-void ReadCode::setWritten(const TextCodec &codec, const TextStore &store)
+void ReadCode::setWritten(const TextCodec &codec, bool hasBytes)
 {
     if (&codec == m_codec)
         return;
     m_keepsSpellings = false;
-    if (!hasBytes(store))
+    if (!hasBytes)
         *this = ReadCode(codec);
 }

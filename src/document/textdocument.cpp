@@ -2,7 +2,6 @@
 
 #include "codec/codecs.h"
 #include "document/detection.h"
-#include "document/documentwriter.h"
 #include "document/lineends.h"
 #include "document/utf16text.h"
 #include "files/byteescape.h"
@@ -358,42 +357,57 @@ bool TextDocument::appendGrowth()
 SaveResult TextDocument::save(const QString &path, const QString &name, std::optional<CharCode> charCode,
     std::optional<ReturnCode> returnCode)
 {
-    if (m_codes.charCode == CharCode::Binary)
+    const std::unique_ptr<DocumentSave> save = beginSave(path, name, charCode, returnCode);
+    if (!save)
         return { SaveResult::Outcome::Binary, Overtaken::No, false, {} };
+    while (save->makeStep()) { }
+    const SaveResult result = endSave(*save);
+    if (result.outcome == SaveResult::Outcome::NotWritten)
+        EndOrder::obeyIfGiven();
+    return result;
+}
+
+std::unique_ptr<DocumentSave> TextDocument::beginSave(const QString &path, const QString &name,
+    std::optional<CharCode> charCode, std::optional<ReturnCode> returnCode)
+{
+    if (m_codes.charCode == CharCode::Binary)
+        return nullptr;
     m_codes = { charCode.value_or(m_codes.charCode), returnCode.value_or(m_codes.returnCode) };
     m_utf16.isKept &= !charCode;
     if (charCode || returnCode)
         emit codesChanged();
-    SaveResult result = write(path + name);
-    if (result.outcome == SaveResult::Outcome::NotWritten) {
-        EndOrder::obeyIfGiven();
+    SaveTarget target{ path, name };
+    const QString own = m_path + m_name;
+    target.overtaken = m_version.beginWriting(FileName::toBytes(path + name), FileName::toBytes(own));
+    target.wasToBeKept = m_keepsFile && path + name == own;
+    target.keepsOldContent =
+        target.overtaken != Overtaken::No || target.wasToBeKept || path + name == m_unreadFile;
+    const WritingCode code = writingCode();
+    const auto units = m_utf16.isKept ? WrittenText::Units::Wide : WrittenText::Units::Bytes;
+    const auto lookFor =
+        code.codec == &byteCodec() ? DocumentSave::LookFor::Nothing : DocumentSave::LookFor::Bytes;
+    m_isHeld = true;
+    return std::make_unique<DocumentSave>(
+        target, WrittenText{ TextSnapshot(m_store), code, m_codes.returnCode, units }, lookFor, m_calls);
+}
+
+SaveResult TextDocument::endSave(const DocumentSave &save)
+{
+    m_isHeld = false;
+    const SaveTarget &target = save.target();
+    SaveResult result{ SaveResult::Outcome::NotWritten, target.overtaken, target.wasToBeKept,
+        FileName::fromBytes(save.keptCopy()) };
+    if (!save.isWritten())
         return result;
-    }
-    m_path = path;
-    m_name = name;
+    result.outcome = SaveResult::Outcome::Written;
+    m_version.endWriting(FileName::toBytes(target.path + target.name), save.version());
+    m_readCode.setWritten(save.codec(), save.hasBytes());
+    m_keepsFile &= !target.wasToBeKept;
+    m_path = target.path;
+    m_name = target.name;
     m_unreadFile.clear();
     m_history.clear();
     m_isEdited = false;
     emit saved();
     return result;
-}
-
-SaveResult TextDocument::write(const QString &fileName)
-{
-    const QByteArray target = FileName::toBytes(fileName);
-    DocumentWriter writer(target, m_codes.returnCode, m_calls);
-    const Overtaken overtaken = m_version.beginWriting(target, FileName::toBytes(m_path + m_name));
-    const bool wasToBeKept = m_keepsFile && fileName == m_path + m_name;
-    if (overtaken != Overtaken::No || wasToBeKept || fileName == m_unreadFile)
-        writer.keepOldContent();
-    const auto [codec, asRead] = writingCode();
-    const bool isWritten =
-        m_utf16.isKept ? writer.writeWide(m_store, *codec, asRead) : writer.write(m_store, *codec, asRead);
-    if (isWritten) {
-        m_version.endWriting(target, writer.version());
-        m_keepsFile &= !wasToBeKept;
-        m_readCode.setWritten(*codec, m_store);
-    }
-    return { isWritten ? SaveResult::Outcome::Written : SaveResult::Outcome::NotWritten, overtaken,
-        wasToBeKept, FileName::fromBytes(writer.keptCopy()) };
 }

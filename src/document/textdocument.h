@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/documentversion.h"
+#include "document/documentsave.h"
 #include "document/filereading.h"
 #include "document/readcode.h"
 #include "document/readfindings.h"
@@ -9,14 +9,6 @@
 #include <QObject>
 
 #include <optional>
-
-/// What a text is written with.
-struct WritingCode {
-    bool operator==(const WritingCode &other) const = default;
-
-    const TextCodec *codec; ///< never null
-    TextCodec::AsRead asRead; ///< how much of the text is written as it was read
-};
 
 /// What became of a save.
 struct SaveResult {
@@ -144,6 +136,13 @@ public:
     /// codes given are kept.
     SaveResult save(const QString &path, const QString &name, std::optional<CharCode> charCode = {},
         std::optional<ReturnCode> returnCode = {});
+    /// save() in three parts, for whoever makes the steps of it behind the window: the document is held from
+    /// the first to the last. Null where it is refused as binary. Cost of the first: see
+    /// DocumentVersion::beginWriting(); of the last: none that grows with the text.
+    std::unique_ptr<DocumentSave> beginSave(const QString &path, const QString &name,
+        std::optional<CharCode> charCode = {}, std::optional<ReturnCode> returnCode = {});
+    /// A save that is not over by then comes to nothing, and has been given up.
+    SaveResult endSave(const DocumentSave &save);
     /// The next save to the document's own file keeps a copy of what the file has now.
     void keepFile() { m_keepsFile = true; }
 
@@ -192,7 +191,6 @@ private:
     void setNewFile(const QString &path, const QString &name);
     QByteArray fileName() const;
     bool appendGrowth();
-    SaveResult write(const QString &fileName);
 
     TextStore m_store;
     UndoHistory m_history;

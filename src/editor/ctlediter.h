@@ -58,6 +58,8 @@ public:
     bool saveFile(const QString &path, const QString &name, std::optional<CharCode> charCode,
         std::optional<ReturnCode> returnCode);
 
+    /// Tells what saveFile() would, of a save that was made behind the window.
+    void noteSaved(const SaveResult &result);
     /// Shows what a file that has only grown has got, see TextDocument::readGrowth(). A view at the end of
     /// the text stays at its end, as does a cursor there; else both stay where they are.
     bool readGrowth();

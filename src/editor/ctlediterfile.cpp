@@ -85,6 +85,12 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, std::optional
     if (!document().requestChange())
         return false;
     const SaveResult result = document().save(path, name, charCode, returnCode);
+    noteSaved(result);
+    return result.outcome == SaveResult::Outcome::Written;
+}
+
+void ctlEditer::noteSaved(const SaveResult &result)
+{
     const bool isWritten = result.outcome == SaveResult::Outcome::Written;
     const bool isAsWanted = result.wasToBeKept && result.overtaken == Overtaken::No;
     const bool isKept = isWritten && !result.keptCopy.isEmpty();
@@ -92,7 +98,6 @@ bool ctlEditer::saveFile(const QString &path, const QString &name, std::optional
         emit fileKept(result.keptCopy);
     else if (!isWritten || isKept)
         tellSaved(result);
-    return isWritten;
 }
 
 void ctlEditer::tellSaved(const SaveResult &result)

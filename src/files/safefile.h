@@ -40,6 +40,8 @@ public:
     void makePrivate() { m_isPrivate = true; }
     /// Puts the new content in place, on the disk, not only in memory.
     bool commit();
+    /// Leaves all as it was.
+    void giveUp() { discard(); }
 
     /// The name of the file that still has the old content: when overwriting in place failed and the old
     /// content could not be put back either, and after a commit() that was to keep it; else empty.

@@ -3,6 +3,7 @@
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
 #include "app/recentplaces.h"
+#include "app/windowjobs.h"
 #include "editor/ctlediter.h"
 #include "tests/messageboxes.h"
 #include "tests/testprogram.h"
@@ -42,7 +43,8 @@ private:
                               },
             [](QWidget *) { return false; } };
         DocumentLoader loader{ window, dialogs, documents, places };
-        DocumentSaver saver{ window, dialogs, documents, places };
+        const WindowJobs jobs;
+        DocumentSaver saver{ window, dialogs, documents, places, jobs };
         DocumentCloser closer{ window, documents, saver, places };
     };
 

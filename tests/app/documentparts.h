@@ -6,6 +6,7 @@
 #include "app/documentsaver.h"
 #include "app/recentplaces.h"
 #include "tests/app/testwindow.h"
+#include "tests/jobs/steppedrunner.h"
 
 /// The documents of a window and what opens, saves and closes them, without a main window. Settings and state
 /// are those of a first start.
@@ -47,6 +48,8 @@ struct DocumentParts {
         {}
     };
     DocumentLoader loader{ window, dialogs, documents, places };
-    DocumentSaver saver{ window, dialogs, documents, places };
+    SteppedRunner &steps = *new SteppedRunner;
+    WindowJobs jobs{ std::unique_ptr<JobRunner>(&steps) };
+    DocumentSaver saver{ window, dialogs, documents, places, jobs };
     DocumentCloser closer{ window, documents, saver, places };
 };

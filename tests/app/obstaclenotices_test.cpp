@@ -28,7 +28,8 @@ void ObstacleNoticesTest::tellsOfAFileThatCannotBeWritten()
     DocumentArea documents(&window);
     RecentPlaces places;
     const WindowDialogs dialogs;
-    DocumentSaver saver(window, dialogs, documents, places);
+    const WindowJobs jobs;
+    DocumentSaver saver(window, dialogs, documents, places, jobs);
     int error = EACCES;
     FileCalls calls = FileCalls::system();
     calls.access = [&error](const char *, int, int) {
@@ -57,7 +58,8 @@ void ObstacleNoticesTest::tellsOfAFullDisk()
     documents.show();
     RecentPlaces places;
     const WindowDialogs dialogs;
-    DocumentSaver saver(documents, dialogs, documents, places);
+    const WindowJobs jobs;
+    DocumentSaver saver(documents, dialogs, documents, places, jobs);
     FileCalls calls = FileCalls::system();
     bool isFull = true;
     calls.statvfs = [&isFull](const char *, struct statvfs *info) {

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "document/documentversion.h"
+#include "document/documentwriter.h"
+#include "jobs/jobwork.h"
+
+/// Where a document is saved, and what was known of the file before.
+struct SaveTarget {
+    QString path; ///< ends in "/"
+    QString name;
+    Overtaken overtaken = Overtaken::No; ///< the file was written since the document read or wrote it
+    bool wasToBeKept = false; ///< the old content, as its user wanted
+    bool keepsOldContent = false; ///< for one of these reasons or another one
+};
+
+/// One save of a document under way: writes the text that it had when the save began, in any thread, and as a
+/// job if wanted.
+class DocumentSave : public JobWork {
+public:
+    /// What is to be known of the text besides that it was written.
+    enum class LookFor {
+        Nothing,
+        Bytes, ///< whether it has undecodable bytes or spellings
+    };
+    DocumentSave(
+        SaveTarget target, WrittenText text, LookFor lookFor, const FileCalls &calls = FileCalls::system());
+
+    /// Some milliseconds, and what the disk takes; false: it is over.
+    bool makeStep();
+    /// The same, as a job's. Failed: nothing was written, see DocumentWriter.
+    Step step(JobTurn &turn) override;
+    void giveUp() override { m_writer.giveUp(); }
+
+    const SaveTarget &target() const { return m_target; }
+    const TextCodec &codec() const { return *m_text.code.codec; }
+    /// When it is over.
+    bool isWritten() const { return m_step == DocumentWriter::Step::Written; }
+    /// In the file system's own bytes; empty for none.
+    QByteArray keptCopy() const { return m_writer.keptCopy(); }
+    const FileVersion &version() const { return m_writer.version(); }
+    /// Of a text that was written and looked at.
+    bool hasBytes() const { return m_hasBytes; }
+
+private:
+    void look();
+
+    const SaveTarget m_target;
+    const WrittenText m_text;
+    DocumentWriter m_writer;
+    DocumentWriter::Step m_step = DocumentWriter::Step::More;
+    bool m_isLooking;
+    Offset m_looked; ///< so much of the text
+    bool m_hasBytes = false;
+};

@@ -1,0 +1,281 @@
+#include "document/documentsave.h"
+
+#include "document/textdocument.h"
+#include "files/endorder.h"
+#include "jobs/job.h"
+#include "tests/document/documentfolder.h"
+#include "tests/jobs/steppedrunner.h"
+#include "tests/testprogram.h"
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QByteArray oldText = "the old text\n";
+constexpr int lineCount = 170'000; ///< of the text here, which takes several steps
+
+/// What is written, and how many steps that takes.
+constexpr int allSteps = 4;
+
+QByteArray newText()
+{
+    return QByteArray("another line\n").repeated(lineCount);
+}
+
+} // namespace
+
+/// A save that is made step by step while others go on.
+class DocumentSaveTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void isAsOneInOneGo_data();
+    void isAsOneInOneGo();
+    void documentIsHeldMeanwhile();
+    void progressGoesToTheEnd();
+    void writesWhatThereWasWhenItBegan();
+    void stoppedAfterAnyStep_data() { addSteps(); }
+    void stoppedAfterAnyStep();
+    void failsInAnyStep_data() { addSteps(); }
+    void failsInAnyStep();
+    void documentIsClosedAfterAnyStep_data() { addSteps(); }
+    void documentIsClosedAfterAnyStep();
+    void folderVanishes();
+    void signalGivesItUp();
+    void anotherCodeIsLookedAt_data();
+    void anotherCodeIsLookedAt();
+
+private:
+    static void addSteps();
+    /// Nothing beside the file, which has this.
+    bool isOnly(const QByteArray &content) const
+    {
+        return m_folder->names() == QStringList{ fileName } && m_folder->read(fileName) == content;
+    }
+
+    std::unique_ptr<DocumentFolder> m_folder;
+};
+
+void DocumentSaveTest::addSteps()
+{
+    QTest::addColumn<int>("steps");
+    for (int steps = 0; steps < allSteps; ++steps)
+        QTest::addRow("after %d", steps) << steps;
+}
+
+void DocumentSaveTest::init()
+{
+    EndOrder::withdraw();
+    m_folder = std::make_unique<DocumentFolder>();
+    QVERIFY(m_folder->write(fileName, oldText));
+}
+
+namespace {
+
+struct Edited : TextDocument {
+    explicit Edited(const DocumentFolder &folder, const FileCalls &calls = FileCalls::system())
+        : TextDocument({}, calls)
+    {
+        load(folder.path(), ::fileName, CharCode::Utf8, { CharCode::Utf8, ReturnCode::Lf });
+        replace(Offset(), store().length(), QString::fromLatin1(newText()));
+    }
+    std::unique_ptr<DocumentSave> begin() { return beginSave(path(), name()); }
+};
+
+} // namespace
+
+void DocumentSaveTest::isAsOneInOneGo_data()
+{
+    QTest::addColumn<CharCode>("charCode");
+    QTest::addColumn<ReturnCode>("lineEnd");
+    QTest::newRow("UTF-8, LF") << CharCode::Utf8 << ReturnCode::Lf;
+    QTest::newRow("UTF-8, CR+LF") << CharCode::Utf8 << ReturnCode::CrLf;
+    QTest::newRow("JIS, CR") << CharCode::Jis << ReturnCode::Cr;
+    QTest::newRow("EUC, LF") << CharCode::Euc << ReturnCode::Lf;
+}
+
+void DocumentSaveTest::isAsOneInOneGo()
+{
+    QFETCH(CharCode, charCode);
+    QFETCH(ReturnCode, lineEnd);
+    TextDocument document;
+    document.replace({}, 0, u"text \u6F22\u5B57\n"_s.repeated(lineCount));
+    document.replace(document.store().end(), 0, u"behind\u0000the end"_s);
+    QCOMPARE(document.save(m_folder->path(), u"one go"_s, charCode, lineEnd).outcome,
+        SaveResult::Outcome::Written);
+    document.replace({}, 0, u"x"_s);
+    document.undo();
+    const QSignalSpy saved(&document, &TextDocument::saved), codes(&document, &TextDocument::codesChanged);
+    const auto save = document.beginSave(m_folder->path(), fileName, charCode, lineEnd);
+    QCOMPARE(codes.size(), 1);
+    while (save->makeStep())
+        QCOMPARE(m_folder->read(fileName), oldText);
+    QCOMPARE(saved.size(), 0);
+    QCOMPARE(document.endSave(*save).outcome, SaveResult::Outcome::Written);
+    QCOMPARE(saved.size(), 1);
+    QCOMPARE(m_folder->read(fileName), m_folder->read(u"one go"_s));
+    QCOMPARE(document.name(), fileName);
+    QCOMPARE(document.fileChange(), FileChange::None);
+}
+
+void DocumentSaveTest::documentIsHeldMeanwhile()
+{
+    Edited document(*m_folder);
+    const QSignalSpy refused(&document, &TextDocument::refused);
+    const auto save = document.begin();
+    QVERIFY(!document.requestChange());
+    QCOMPARE(refused.size(), 1);
+    while (save->makeStep()) { }
+    QVERIFY(document.isHeld());
+    document.endSave(*save);
+    QVERIFY(document.requestChange());
+    QVERIFY(!document.isEdited());
+}
+
+void DocumentSaveTest::progressGoesToTheEnd()
+{
+    Edited document(*m_folder);
+    SteppedRunner runner;
+    Job job(document.begin(), runner);
+    QList<qint64> done;
+    connect(&job, &Job::progressed, this, [&](const JobProgress &progress) {
+        QCOMPARE(progress.total, document.store().length());
+        done << progress.done;
+    });
+    QCOMPARE(runner.runAll(), allSteps);
+    QVERIFY(std::is_sorted(done.begin(), done.end()));
+    QVERIFY(done.size() >= 3);
+    QCOMPARE(done.last(), document.store().length());
+}
+
+void DocumentSaveTest::writesWhatThereWasWhenItBegan()
+{
+    Edited document(*m_folder);
+    const auto save = document.begin();
+    QVERIFY(save->makeStep());
+    document.setHeld(false);
+    document.replace({}, 0, u"later "_s);
+    while (save->makeStep()) { }
+    QVERIFY(isOnly(newText()));
+}
+
+void DocumentSaveTest::stoppedAfterAnyStep()
+{
+    QFETCH(int, steps);
+    Edited document(*m_folder);
+    auto begun = document.begin();
+    const DocumentSave &save = *begun;
+    SteppedRunner runner;
+    Job job(std::move(begun), runner);
+    QSignalSpy finished(&job, &Job::finished);
+    while (steps-- > 0)
+        runner.step();
+    job.stop();
+    runner.runAll();
+    QCOMPARE(finished.takeFirst().first().value<JobOutcome>(), JobOutcome::Stopped);
+    QVERIFY(isOnly(oldText));
+    QCOMPARE(document.endSave(save).outcome, SaveResult::Outcome::NotWritten);
+    QVERIFY(document.isEdited());
+    QVERIFY(document.history().canUndo());
+    QVERIFY(document.requestChange());
+    QCOMPARE(document.save(document.path(), fileName).outcome, SaveResult::Outcome::Written);
+    QVERIFY(isOnly(newText()));
+}
+
+void DocumentSaveTest::failsInAnyStep()
+{
+    QFETCH(int, steps);
+    bool isBroken = false;
+    FileCalls calls = FileCalls::system();
+    const auto breaking = [&isBroken](auto call, auto failure) {
+        return [call, failure, &isBroken](auto... arguments) -> decltype(failure) {
+            if (!isBroken)
+                return call(arguments...);
+            errno = ENOSPC;
+            return failure;
+        };
+    };
+    calls.open = breaking(calls.open, -1);
+    calls.pwrite = breaking(calls.pwrite, ssize_t(-1));
+    calls.fsync = breaking(calls.fsync, -1);
+    Edited document(*m_folder, calls);
+    const auto save = document.begin();
+    while (steps-- > 0)
+        QVERIFY(save->makeStep());
+    isBroken = true;
+    while (save->makeStep()) { }
+    QVERIFY(isOnly(oldText));
+    QCOMPARE(document.endSave(*save).outcome, SaveResult::Outcome::NotWritten);
+    QVERIFY(document.isEdited());
+    isBroken = false;
+    QCOMPARE(document.save(document.path(), fileName).outcome, SaveResult::Outcome::Written);
+}
+
+void DocumentSaveTest::documentIsClosedAfterAnyStep()
+{
+    QFETCH(int, steps);
+    SteppedRunner runner;
+    {
+        Edited document(*m_folder);
+        const Job job(document.begin(), runner);
+        while (steps-- > 0)
+            runner.step();
+    }
+    QVERIFY(!runner.isIdle());
+    runner.runAll();
+    QVERIFY(isOnly(oldText));
+}
+
+void DocumentSaveTest::folderVanishes()
+{
+    Edited document(*m_folder);
+    const auto save = document.begin();
+    QVERIFY(save->makeStep());
+    QVERIFY(QDir(m_folder->path()).removeRecursively());
+    while (save->makeStep()) { }
+    QCOMPARE(document.endSave(*save).outcome, SaveResult::Outcome::NotWritten);
+    QVERIFY(document.isEdited());
+    QCOMPARE(document.store().length(), newText().size());
+}
+
+void DocumentSaveTest::signalGivesItUp()
+{
+    Edited document(*m_folder);
+    const auto save = document.begin();
+    QVERIFY(save->makeStep());
+    EndOrder::give();
+    while (save->makeStep()) { }
+    EndOrder::withdraw();
+    QVERIFY(!save->isWritten());
+    QVERIFY(isOnly(oldText));
+}
+
+void DocumentSaveTest::anotherCodeIsLookedAt_data()
+{
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<bool>("hasBytes");
+    QTest::newRow("plain") << QByteArray("plain") << false;
+    QTest::newRow("an undecodable byte") << QByteArray("\xff") << true;
+}
+
+/// Text that was read in a code keeps its bytes for that code.
+void DocumentSaveTest::anotherCodeIsLookedAt()
+{
+    QFETCH(QByteArray, end);
+    QFETCH(bool, hasBytes);
+    QVERIFY(m_folder->write(fileName, newText() + end));
+    TextDocument document;
+    document.load(m_folder->path(), fileName, CharCode::Euc, {});
+    const TextCodec &before = document.byteCodec();
+    const auto save = document.beginSave(m_folder->path(), fileName, CharCode::ShiftJis);
+    while (save->makeStep()) { }
+    document.endSave(*save);
+    QCOMPARE(&document.byteCodec() == &before, hasBytes);
+}
+
+REGISTER_TEST(runCoreTest<DocumentSaveTest>)
+#include "documentsave_test.moc"
