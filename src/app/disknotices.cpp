@@ -116,10 +116,15 @@ void DiskNotices::noteFile(ctlEditer *editor)
     if (hasFile(*editor))
         m_watch.addFolder(folderName(*editor));
     m_foldersTurn.start();
+    if (!m_unlooked.remove(editor) || m_hidden.contains(editor))
+        return;
+    m_hidden << editor;
+    m_hiddenTurn.start(0);
 }
 
 void DiskNotices::forget(ctlEditer *editor)
 {
+    m_unlooked.remove(editor);
     stopFollowing(editor);
     m_canFollow.remove(editor);
     m_hidden.removeOne(editor);
@@ -128,6 +133,10 @@ void DiskNotices::forget(ctlEditer *editor)
 
 void DiskNotices::check(ctlEditer *editor, const std::optional<SeenContent> &seen)
 {
+    if (editor->document().isHeld()) {
+        m_unlooked.insert(editor);
+        return;
+    }
     if (!hasFile(*editor))
         return;
     const FileChange change = editor->document().fileChange(seen);

@@ -60,6 +60,7 @@ private:
     ContentReader m_reader;
     QSet<const ctlEditer *> m_canFollow; ///< those whose notice offers it
     QSet<const ctlEditer *> m_followed;
+    QSet<const ctlEditer *> m_unlooked; ///< to be looked at when they are held no more
     QList<ctlEditer *> m_hidden; ///< to be looked at, without being shown
     QTimer m_hiddenTurn;
     QTimer m_foldersTurn; ///< puts off what many documents at once would do again and again

@@ -1,6 +1,7 @@
 #include "app/documentcloser.h"
 
 #include "app/documentarea.h"
+#include "app/documentloader.h"
 #include "app/documentsaver.h"
 #include "app/recentplaces.h"
 #include "editor/ctlediter.h"
@@ -8,10 +9,11 @@
 #include "platform/endquestion.h"
 #include "platform/messagebox.h"
 
-DocumentCloser::DocumentCloser(
-    QWidget &window, DocumentArea &documents, DocumentSaver &saver, RecentPlaces &places)
+DocumentCloser::DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
+    DocumentSaver &saver, RecentPlaces &places)
     : m_window(window)
     , m_documents(documents)
+    , m_loader(loader)
     , m_saver(saver)
     , m_places(places)
 {
@@ -30,6 +32,7 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
         return then(true);
     switch (askToSave(*editor)) {
     case Answer::Yes:
+        m_loader.stopReplacing(editor);
         return m_saver.beginSave(editor, then);
     case Answer::No:
         return then(true);
@@ -74,6 +77,7 @@ bool DocumentCloser::closeAll(EditsAtClosing edits)
 
 bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
 {
+    m_loader.stopReplacing(editor); // what was to come in the place of the text is not wanted any more
     if (edits == EditsAtClosing::Save && !m_saver.isSaving(editor) && !m_saver.save(editor))
         return false;
     if (!m_documents.editors().contains(editor))

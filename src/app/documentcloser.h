@@ -5,6 +5,7 @@
 #include <functional>
 
 class DocumentArea;
+class DocumentLoader;
 class DocumentSaver;
 class QWidget;
 class RecentPlaces;
@@ -18,7 +19,8 @@ class DocumentCloser {
     Q_DECLARE_TR_FUNCTIONS(frmMain)
 public:
     /// Asks over `window`.
-    DocumentCloser(QWidget &window, DocumentArea &documents, DocumentSaver &saver, RecentPlaces &places);
+    DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver,
+        RecentPlaces &places);
 
     /// Asks about an edited document and saves it on "Yes", or waits for a save that is under way; the window
     /// goes on meanwhile. False when it is not to be closed, or is closed by then.
@@ -44,6 +46,7 @@ private:
 
     QWidget &m_window;
     DocumentArea &m_documents;
+    DocumentLoader &m_loader;
     DocumentSaver &m_saver;
     RecentPlaces &m_places;
 };

@@ -84,6 +84,8 @@ DocumentJournals::DocumentJournals(DocumentArea &documents, RecoveryJournals &jo
 void DocumentJournals::noteLook(ctlEditer *editor, FileChange change)
 {
     const TextDocument &document = std::as_const(*editor).document();
+    if (document.isHeld()) // it has no text yet, or is about to be another one
+        return;
     const bool isWrittenOver = change == FileChange::Changed || change == FileChange::Replaced;
     const bool isOther = isWrittenOver || change == FileChange::Grown || !FileName::exists(fullName(*editor));
     if (isTextNowhereElse(*editor) || (isWrittenOver && isKeptWhenWrittenOver(*editor))
@@ -102,7 +104,7 @@ void DocumentJournals::lookAtAll()
 
 void DocumentJournals::closeJournal(ctlEditer *editor)
 {
-    if (isTextNowhereElse(*editor))
+    if (!editor->document().isHeld() && isTextNowhereElse(*editor))
         m_journals.leave(editor->document());
     else
         m_journals.end(editor->document());

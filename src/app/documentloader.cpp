@@ -3,7 +3,9 @@
 #include "app/documentarea.h"
 #include "app/documentfile.h"
 #include "app/recentplaces.h"
+#include "app/windowjobs.h"
 #include "document/utf16text.h"
+#include "editor/readfailurebox.h"
 #include "files/filename.h"
 #include "platform/keypause.h"
 #include "platform/messagebox.h"
@@ -53,14 +55,18 @@ void loadAsItFits(ctlEditer &editor, const FileChoice &file)
 
 } // namespace
 
-DocumentLoader::DocumentLoader(
-    QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents, RecentPlaces &places)
+DocumentLoader::DocumentLoader(QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents,
+    RecentPlaces &places, const WindowJobs &jobs)
     : m_window(window)
     , m_dialogs(dialogs)
     , m_documents(documents)
     , m_places(places)
+    , m_jobs(jobs)
 {
+    connect(&documents, &DocumentArea::closed, this, [this](ctlEditer *editor) { m_arriving.erase(editor); });
 }
+
+DocumentLoader::~DocumentLoader() = default;
 
 void DocumentLoader::open(const QString &path, std::optional<CharCode> charCode)
 {
@@ -71,11 +77,14 @@ void DocumentLoader::open(const QString &path, std::optional<CharCode> charCode)
         const QString question =
             tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
         if (editor->edited() && isReloadWanted(tr("Existing File"), question)) {
-            if (loadInto(editor, file))
-                m_places.restore(*editor);
+            loadInto(editor, file, [this, editor] { m_places.restore(*editor); });
         } else if (charCode && !isReadWith(*editor, *charCode)) {
             offerCode(editor, *charCode);
         }
+        return;
+    }
+    if (isLarge(file)) {
+        openBehind(file);
         return;
     }
     ctlEditer *editor = m_documents.add(FileName::forDisplay(file.name));
@@ -84,15 +93,40 @@ void DocumentLoader::open(const QString &path, std::optional<CharCode> charCode)
     m_places.restore(*editor);
 }
 
+bool DocumentLoader::isLarge(const FileChoice &file) const
+{
+    return stampOf(FileName::toBytes(file.fullName()), FileCalls::system()).size >= m_jobs.fewest;
+}
+
+void DocumentLoader::openBehind(const FileChoice &file)
+{
+    ctlEditer *const editor = m_documents.add(FileName::forDisplay(file.name));
+    fillBehind(editor, file, [this, editor] { m_documents.close(editor); });
+    m_documents.present(editor);
+}
+
 void DocumentLoader::openChosen(ctlEditer *editor, const FileChoice &file)
 {
     if (!editor || !isFresh(*editor) || m_documents.editorOfFile(file.fullName())) {
         open(file.fullName(), file.charCode);
         return;
     }
-    if (loadInto(editor, file))
-        m_places.restore(*editor);
+    if (isLarge(file))
+        fillFreshBehind(editor, file);
+    else
+        loadInto(editor, file, [this, editor] { m_places.restore(*editor); });
     editor->setFocus();
+}
+
+void DocumentLoader::fillFreshBehind(ctlEditer *editor, const FileChoice &file)
+{
+    const TextDocument &document = editor->document();
+    const auto makeFresh = [this, editor, name = document.name(), codec = &document.byteCodec(),
+                               codes = FileCodes{ document.charCode(), document.returnCode() }] {
+        editor->document().startNew(name, codes, *codec);
+        m_documents.refresh(editor);
+    };
+    fillBehind(editor, file, makeFresh);
 }
 
 void DocumentLoader::askAndOpen()
@@ -130,7 +164,7 @@ void DocumentLoader::openNew(const QString &path, std::optional<CharCode> charCo
 void DocumentLoader::askAndReload()
 {
     ctlEditer *editor = m_documents.current();
-    if (!editor || !hasFile(*editor) || editor->name().isEmpty())
+    if (!editor || !hasFile(*editor) || editor->name().isEmpty() || !editor->document().requestChange())
         return;
     if (isReloadWanted(*editor))
         loadAgain(editor);
@@ -159,9 +193,17 @@ void DocumentLoader::loadAsUtf16(ctlEditer *editor, Utf16Form form)
     m_documents.refresh(editor);
 }
 
-bool DocumentLoader::mayReopen(const ctlEditer &editor)
+void DocumentLoader::stopReplacing(const ctlEditer *editor)
 {
-    return hasFile(editor) && (!editor.edited() || isReloadWanted(editor));
+    const auto arriving = m_arriving.find(editor);
+    if (arriving != m_arriving.end() && !arriving->second->isShownInParts())
+        arriving->second->stop();
+}
+
+bool DocumentLoader::mayReopen(ctlEditer &editor)
+{
+    return hasFile(editor) && editor.document().requestChange()
+        && (!editor.edited() || isReloadWanted(editor));
 }
 
 void DocumentLoader::offerCode(ctlEditer *editor, CharCode charCode)
@@ -200,31 +242,39 @@ bool DocumentLoader::openFromDisk(const ctlEditer &editor, const QString &name)
 
 void DocumentLoader::reload(ctlEditer *editor)
 {
-    if (editor->edited() && !isReloadWanted(*editor))
+    if (!editor->document().requestChange() || (editor->edited() && !isReloadWanted(*editor)))
         return;
     const RowCol cursor = editor->cursorPosition();
     const RowIndex top = editor->topRow();
-    if (!loadAgain(editor))
-        return;
-    editor->setCursorPosition(cursor);
-    editor->setTopRow(top);
+    loadAgain(editor, [editor, cursor, top] {
+        editor->setCursorPosition(cursor);
+        editor->setTopRow(top);
+    });
 }
 
 /// UTF-16 text as text again, unless a save or another program has made something else of the file.
-bool DocumentLoader::loadAgain(ctlEditer *editor)
+void DocumentLoader::loadAgain(ctlEditer *editor, const Then &loaded)
 {
     const TextDocument &document = std::as_const(*editor).document();
     const std::optional<Utf16Form> form = utf16FormOf(document);
     const bool isKept = keepsUtf16(document);
-    if (!loadInto(editor, { editor->path(), editor->name(), codeToReload(*editor) }))
-        return false;
+    const FileChoice file{ editor->path(), editor->name(), codeToReload(*editor) };
+    if (!form) {
+        loadInto(editor, file, loaded);
+        return;
+    }
+    const bool isLoaded = load(editor, file);
+    m_documents.refresh(editor);
+    if (!isLoaded)
+        return;
     const ReadFindings found = document.findings();
-    if (!form || (!found.utf16 && found.undecodableBytes == 0))
-        return true;
-    loadAsUtf16(editor, found.utf16.value_or(*form));
-    if (isKept && document.isUtf16())
-        editor->document().keepUtf16();
-    return true;
+    if (found.utf16 || found.undecodableBytes > 0) {
+        loadAsUtf16(editor, found.utf16.value_or(*form));
+        if (isKept && document.isUtf16())
+            editor->document().keepUtf16();
+    }
+    if (loaded)
+        loaded();
 }
 
 /// Keys that are pressed meanwhile were not meant for what the document shows then.
@@ -241,11 +291,68 @@ bool DocumentLoader::load(ctlEditer *editor, const FileChoice &file)
     return isLoaded;
 }
 
-bool DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file)
+void DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file, const Then &loaded)
 {
+    if (isLarge(file)) {
+        replaceBehind(editor, file, loaded);
+        return;
+    }
     const bool isLoaded = load(editor, file);
     m_documents.refresh(editor);
-    return isLoaded;
+    if (isLoaded && loaded)
+        loaded();
+}
+
+void DocumentLoader::fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped)
+{
+    const ArrivingFile &arriving = begin(editor, file, ArrivingFile::Shown::PartByPart);
+    m_places.carry(*editor);
+    m_documents.refresh(editor);
+    connect(&editor->document(), &TextDocument::codesChanged, &arriving,
+        [=, this] { m_documents.refresh(editor); });
+    connect(&arriving, &ArrivingFile::came, this, [=, this] { m_places.restoreCarriedIfThere(*editor); });
+    connect(&arriving, &ArrivingFile::ended, this, [=, this](ArrivingFile::End end) {
+        if (end != ArrivingFile::End::Stopped)
+            return;
+        KeyPause::begin();
+        stopped();
+    });
+}
+
+void DocumentLoader::replaceBehind(ctlEditer *editor, const FileChoice &file, const Then &loaded)
+{
+    const ArrivingFile &arriving = begin(editor, file, ArrivingFile::Shown::WhenWhole);
+    connect(&arriving, &ArrivingFile::ended, this, [=](ArrivingFile::End end) {
+        if (end == ArrivingFile::End::Whole && loaded)
+            loaded();
+    });
+}
+
+/// The first to hear of its end is the loader itself.
+ArrivingFile &DocumentLoader::begin(ctlEditer *editor, const FileChoice &file, ArrivingFile::Shown shown)
+{
+    KeyPause::begin();
+    auto &arriving = m_arriving[editor];
+    arriving = std::make_unique<ArrivingFile>(*editor, file, shown, m_documents.notices(), *m_jobs.runner);
+    connect(arriving.get(), &ArrivingFile::ended, this,
+        [this, editor](ArrivingFile::End end) { noteEnd(editor, end); });
+    return *arriving;
+}
+
+/// Where another text comes into view, keys that were pressed before are not for it.
+void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end)
+{
+    ArrivingFile *const arriving = m_arriving.extract(editor).mapped().release();
+    arriving->deleteLater();
+    if (end == ArrivingFile::End::Stopped)
+        return;
+    if (end == ArrivingFile::End::Failed || !arriving->isShownInParts())
+        KeyPause::begin();
+    m_documents.refresh(editor);
+    if (end == ArrivingFile::End::Whole)
+        m_places.settleCarried(*editor);
+    else
+        tellReadFailure(editor, arriving->failure());
 }
 
 bool DocumentLoader::isReloadWanted(const ctlEditer &editor)

@@ -1,22 +1,31 @@
 #pragma once
 
-#include "app/windowdialogs.h"
+#include "app/arrivingfile.h"
 
 #include <QCoreApplication>
 
+#include <functional>
+#include <map>
+#include <memory>
+
 class DocumentArea;
 class RecentPlaces;
+struct WindowJobs;
 class ctlEditer;
 struct Utf16Form;
 
 /// Opens and reloads files, as the user or another program wants it: the one place that reads a file into a
 /// document.
-class DocumentLoader {
+///
+/// A large file is read behind the window (ArrivingFile). If that is stopped, a tab that was made for it
+/// goes, and a document that there was is as it was.
+class DocumentLoader : public QObject {
     Q_DECLARE_TR_FUNCTIONS(frmMain)
 public:
     /// Asks over `window`.
-    DocumentLoader(
-        QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents, RecentPlaces &places);
+    DocumentLoader(QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents,
+        RecentPlaces &places, const WindowJobs &jobs);
+    ~DocumentLoader() override;
 
     /// Opens a file, or switches to its tab when it is open already; asks before edits are thrown away.
     /// Without a code it is detected; a file that is open already stays as it is, and a notice offers to read
@@ -47,16 +56,29 @@ public:
     /// The same as UTF-16 text.
     void reopenUtf16(ctlEditer *editor, Utf16Form form);
 
-    /// The document whose file is being read; null for none.
+    /// Stops the reading of a file whose text is to take the place of the document's; nothing else is
+    /// stopped.
+    void stopReplacing(const ctlEditer *editor);
+
+    /// The document whose file is being read at once; null for none.
     const ctlEditer *loading() const { return m_loading; }
 
 private:
+    using Then = std::function<void()>;
+
     void askAndOpen(const FileChoice &start);
     bool load(ctlEditer *editor, const FileChoice &file);
-    bool loadInto(ctlEditer *editor, const FileChoice &file);
-    bool loadAgain(ctlEditer *editor);
+    void loadInto(ctlEditer *editor, const FileChoice &file, const Then &loaded = {});
+    void loadAgain(ctlEditer *editor, const Then &loaded = {});
+    bool isLarge(const FileChoice &file) const;
+    void openBehind(const FileChoice &file);
+    void fillFreshBehind(ctlEditer *editor, const FileChoice &file);
+    void fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped);
+    void replaceBehind(ctlEditer *editor, const FileChoice &file, const Then &loaded);
+    ArrivingFile &begin(ctlEditer *editor, const FileChoice &file, ArrivingFile::Shown shown);
+    void noteEnd(ctlEditer *editor, ArrivingFile::End end);
     void loadAsUtf16(ctlEditer *editor, Utf16Form form);
-    bool mayReopen(const ctlEditer &editor);
+    bool mayReopen(ctlEditer &editor);
     void offerCode(ctlEditer *editor, CharCode charCode);
     bool isReloadWanted(const ctlEditer &editor);
     bool isReloadWanted(const QString &title, const QString &question);
@@ -65,5 +87,7 @@ private:
     const WindowDialogs &m_dialogs;
     DocumentArea &m_documents;
     RecentPlaces &m_places;
+    const WindowJobs &m_jobs;
     const ctlEditer *m_loading = nullptr;
+    std::map<const ctlEditer *, std::unique_ptr<ArrivingFile>> m_arriving;
 };

@@ -24,6 +24,11 @@ RecentEntry entryFor(const ctlEditer &editor)
         editor.yOffset() };
 }
 
+bool hasMoved(const ctlEditer &editor)
+{
+    return editor.cursorOffset() != Offset() || editor.topRow() != RowIndex() || editor.xOffset() != 0;
+}
+
 } // namespace
 
 void RecentPlaces::add(const ctlEditer &editor)
@@ -63,6 +68,25 @@ void RecentPlaces::restoreCarried(ctlEditer &editor)
         return;
     restore(editor);
     m_carried.remove(&editor);
+}
+
+void RecentPlaces::restoreCarriedIfThere(ctlEditer &editor)
+{
+    const auto carried = m_carried.constFind(&editor);
+    if (carried == m_carried.cend() || hasMoved(editor))
+        return;
+    const qint64 shown = editor.viewport()->height() / editor.cellHeight() + 1;
+    const qint64 lastShown = carried->scrollY / editor.cellHeight() + shown;
+    if (editor.numLines() > qMax<qint64>(carried->cursorRow, lastShown) + 1)
+        restoreCarried(editor);
+}
+
+void RecentPlaces::settleCarried(ctlEditer &editor)
+{
+    if (hasMoved(editor))
+        dropCarried(editor);
+    else
+        restoreCarried(editor);
 }
 
 void RecentPlaces::dropCarried(const ctlEditer &editor)

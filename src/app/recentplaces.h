@@ -26,6 +26,11 @@ public:
     void carry(const ctlEditer &editor);
     /// The document's file was read: restores a place that it has carried.
     void restoreCarried(ctlEditer &editor);
+    /// The same while its text is still coming, as soon as that place has come; not for a user who has moved
+    /// meanwhile.
+    void restoreCarriedIfThere(ctlEditer &editor);
+    /// All of it has come.
+    void settleCarried(ctlEditer &editor);
     /// The document was saved: what it has carried is no longer true.
     void dropCarried(const ctlEditer &editor);
 

@@ -32,6 +32,17 @@ bool isEmpty(const OpenFd &file)
     return ::fstat(file.number(), &info) == 0 && info.st_size == 0;
 }
 
+/// In a text that is still coming, when all of it is there.
+void jumpTo(ctlEditer &editor, const LineColumn &place)
+{
+    const auto jump = [&editor, place] { editor.jumpTo(place.line, place.column); };
+    if (editor.document().isHeld())
+        QObject::connect(&editor.document(), &TextDocument::replaced, &editor, jump,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    else
+        jump();
+}
+
 } // namespace
 
 RequestedFiles::RequestedFiles(
@@ -72,7 +83,7 @@ void RequestedFiles::openFromShell(const FileRequest &request)
         m_loader.open(request.fileName, request.charCode);
     ctlEditer *const editor = m_documents.current();
     if (request.place)
-        editor->jumpTo(request.place->line, request.place->column);
+        jumpTo(*editor, *request.place);
     if (request.waiting)
         m_awaited.add(editor, request.waiting);
 }

@@ -193,7 +193,8 @@ WritingCode TextDocument::writingCode() const
     return { &codec, m_readCode.writtenAsReadIn(codec) };
 }
 
-void TextDocument::beginArrival(const QString &path, const QString &name, FileCodes codes)
+void TextDocument::beginArrival(
+    const QString &path, const QString &name, FileCodes codes, TextStore &&start)
 {
     dropText();
     m_isHeld = true;
@@ -203,6 +204,9 @@ void TextDocument::beginArrival(const QString &path, const QString &name, FileCo
     m_readCode = ReadCode(infoOf(codes.charCode).codec());
     m_findings = {};
     m_utf16 = {};
+    m_store = std::move(start);
+    if (m_store.length() > 0)
+        emit grew({ {}, 0, m_store.length() });
     emit codesChanged();
 }
 

@@ -98,8 +98,9 @@ public:
     std::optional<ReadFailure> read(const QString &path, const QString &name,
         std::optional<CharCode> requested, FileCodes codes, TextStore &text);
     /// The text of the file path + name comes part by part: the text before is gone, and the document is
-    /// held. `codes` may turn out to be others; called again, what has come is gone.
-    void beginArrival(const QString &path, const QString &name, FileCodes codes);
+    /// held. `start` is what has come already, and says how parts are laid out. `codes` may turn out to be
+    /// others; called again, what has come is gone.
+    void beginArrival(const QString &path, const QString &name, FileCodes codes, TextStore &&start);
     /// The next part, see TextStore::append(). Only grew() is told.
     void takePart(TextStore &&part);
     /// All of it has come, and is as after read(): replaced() is told.

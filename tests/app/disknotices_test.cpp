@@ -162,6 +162,7 @@ void DiskNoticesTest::largeTouchedFileIsReadInTheBackground()
     const QString name =
         m_files->write(u"b.txt"_s, QByteArray("line\n").repeated(FileVersion::mostCompared / 4));
     m_window->setDocument(name);
+    QTRY_VERIFY(!editor().document().isHeld());
     const timespec times[] = { { 1000, 0 }, { 1000, 0 } };
     QCOMPARE(::utimensat(AT_FDCWD, name.toUtf8().constData(), times, 0), 0);
     const auto knownTime = [this] {

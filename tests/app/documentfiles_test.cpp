@@ -5,6 +5,7 @@
 #include "app/recentplaces.h"
 #include "app/windowjobs.h"
 #include "editor/ctlediter.h"
+#include "tests/jobs/steppedrunner.h"
 #include "tests/messageboxes.h"
 #include "tests/testprogram.h"
 
@@ -42,10 +43,10 @@ private:
                                   return std::exchange(choice, std::nullopt);
                               },
             [](QWidget *) { return false; } };
-        DocumentLoader loader{ window, dialogs, documents, places };
-        const WindowJobs jobs;
+        const WindowJobs jobs{ std::make_unique<SteppedRunner>() };
+        DocumentLoader loader{ window, dialogs, documents, places, jobs };
         DocumentSaver saver{ window, dialogs, documents, places, jobs };
-        DocumentCloser closer{ window, documents, saver, places };
+        DocumentCloser closer{ window, documents, loader, saver, places };
     };
 
     QString folder() const { return m_folder->path() + u'/'; }

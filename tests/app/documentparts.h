@@ -5,6 +5,7 @@
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
 #include "app/recentplaces.h"
+#include "app/windowjobs.h"
 #include "tests/app/testwindow.h"
 #include "tests/jobs/steppedrunner.h"
 
@@ -47,9 +48,9 @@ struct DocumentParts {
         },
         {}
     };
-    DocumentLoader loader{ window, dialogs, documents, places };
     SteppedRunner &steps = *new SteppedRunner;
     WindowJobs jobs{ std::unique_ptr<JobRunner>(&steps) };
+    DocumentLoader loader{ window, dialogs, documents, places, jobs };
     DocumentSaver saver{ window, dialogs, documents, places, jobs };
-    DocumentCloser closer{ window, documents, saver, places };
+    DocumentCloser closer{ window, documents, loader, saver, places };
 };

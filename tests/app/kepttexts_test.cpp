@@ -183,6 +183,7 @@ void KeptTextsTest::longEditedTextIsKeptWithoutItsFile()
     TestWindow window;
     QVERIFY(window.open());
     window.setDocument(name);
+    QTRY_VERIFY(!window.currentEditor()->document().isHeld());
     window.currentEditor()->insert(u"x"_s);
     const QStringList kept{ u'x' + QString::fromLatin1(text) };
     QTRY_VERIFY(UnsavedTexts::now() == kept); // a failure would write all of it

@@ -58,6 +58,7 @@ private:
     ctlEditer *edited(const QString &name)
     {
         ctlEditer *const editor = m_parts->open(m_parts->files.write(name, longContent()));
+        m_parts->steps.runAll(); // it is read behind the window too
         editor->insert(u"new "_s);
         m_parts->documents.refresh(editor);
         return editor;

@@ -59,7 +59,7 @@ void ArrivingTextTest::tellsOfPartsAloneUntilItIsWhole()
     TextDocument document;
     const QSignalSpy grew(&document, &TextDocument::grew), replaced(&document, &TextDocument::replaced),
         changed(&document, &TextDocument::changed), about(&document, &TextDocument::aboutToReplace);
-    document.beginArrival(u"/f/"_s, u"n"_s, utf8Lf);
+    document.beginArrival(u"/f/"_s, u"n"_s, utf8Lf, TextStore());
     QVERIFY(document.isHeld());
     document.takePart(partOfText(u"ab\n"_s));
     document.takePart(partOfText(u"c"_s));
@@ -80,7 +80,7 @@ void ArrivingTextTest::isAsAfterAReading()
 {
     TextDocument document;
     document.replace(Offset(), 0, u"before");
-    document.beginArrival(u"/f/"_s, u"n"_s, { CharCode::Utf8, ReturnCode::Lf });
+    document.beginArrival(u"/f/"_s, u"n"_s, { CharCode::Utf8, ReturnCode::Lf }, TextStore());
     QCOMPARE(document.path() + document.name(), u"/f/n"_s);
     QCOMPARE(document.findings().undecodableBytes, 0);
     document.takePart(partOfText(u"ab"_s));
@@ -97,9 +97,9 @@ void ArrivingTextTest::isAsAfterAReading()
 void ArrivingTextTest::beginsAnew()
 {
     TextDocument document;
-    document.beginArrival(u"/f/"_s, u"n"_s, utf8Lf);
+    document.beginArrival(u"/f/"_s, u"n"_s, utf8Lf, TextStore());
     document.takePart(partOfText(u"wrong"_s));
-    document.beginArrival(u"/f/"_s, u"n"_s, { CharCode::ShiftJis, ReturnCode::Lf });
+    document.beginArrival(u"/f/"_s, u"n"_s, { CharCode::ShiftJis, ReturnCode::Lf }, TextStore());
     QCOMPARE(document.store().length(), 0);
     QCOMPARE(document.charCode(), CharCode::ShiftJis);
     document.takePart(partOfText(u"right"_s));
@@ -110,7 +110,7 @@ void ArrivingTextTest::beginsAnew()
 void ArrivingTextTest::canBeGivenUp()
 {
     TextDocument document(utf8Lf);
-    document.beginArrival(u"/f/"_s, u"n"_s, { CharCode::Euc, ReturnCode::Lf });
+    document.beginArrival(u"/f/"_s, u"n"_s, { CharCode::Euc, ReturnCode::Lf }, TextStore());
     document.takePart(partOfText(u"half"_s));
     document.startNew({}, utf8Lf, utf8Codec());
     QVERIFY(!document.isHeld());
@@ -124,7 +124,7 @@ void ArrivingTextTest::canBeGivenUp()
 void ArrivingTextTest::failureLeavesNoHalfText()
 {
     TextDocument document(utf8Lf);
-    document.beginArrival(u"/f/"_s, u"n"_s, { CharCode::Euc, ReturnCode::Lf });
+    document.beginArrival(u"/f/"_s, u"n"_s, { CharCode::Euc, ReturnCode::Lf }, TextStore());
     document.takePart(partOfText(u"half"_s));
     document.failArrival(u"/f/"_s, u"n"_s, utf8Lf);
     QVERIFY(!document.isHeld());

@@ -1,0 +1,141 @@
+// A file that is opened in a window: until its first text is there, until all of it is, and how long the
+// event loop was kept meanwhile.
+//
+//     cmake --preset bench && cmake --build --preset bench --target loading_bench
+//     QT_QPA_PLATFORM=offscreen FILE=/var/tmp/marlopad-data/log-1g.txt build/bench/loading_bench
+
+#include "app/frmmain.h"
+#include "bench/app/ownfolders.h"
+#include "editor/ctlediter.h"
+#include "settings/settings.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryFile>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace {
+
+/// The file to be opened: the one in the environment, or a log of 100 MB.
+QString fileToOpen()
+{
+    static QTemporaryFile made;
+    const QString wanted = qEnvironmentVariable("FILE");
+    if (!wanted.isEmpty())
+        return wanted;
+    if (made.isOpen() || !made.open())
+        return made.fileName();
+    const QByteArray block =
+        QByteArray("2026-11-22 10:00:00 a line of a log, with some words\n").repeated(20000);
+    for (int i = 0; i < 100; ++i)
+        made.write(block);
+    made.flush();
+    return made.fileName();
+}
+
+/// Milliseconds.
+struct Times {
+    double first = 0;
+    double whole = 0;
+    double longestTurn = 0;
+    double medianTurn = 0;
+};
+
+const TextDocument &documentOf(const frmMain &window)
+{
+    return std::as_const(*window.currentEditor()).document();
+}
+
+double msOf(const QElapsedTimer &clock)
+{
+    return double(clock.nsecsElapsed()) / 1e6;
+}
+
+/// How long the event loop works between two times of waiting.
+class Turns {
+public:
+    Turns()
+    {
+        const QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
+        QObject::connect(
+            dispatcher, &QAbstractEventDispatcher::awake, &m_context, [this] { m_clock.start(); });
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] { note(); });
+        m_clock.start();
+    }
+    void note()
+    {
+        if (m_clock.isValid())
+            m_turns.push_back(msOf(m_clock));
+        m_clock.invalidate();
+    }
+    double longest() const { return *std::ranges::max_element(m_turns); }
+    double median()
+    {
+        const auto middle = m_turns.begin() + std::ptrdiff_t(m_turns.size() / 2);
+        std::ranges::nth_element(m_turns, middle);
+        return *middle;
+    }
+
+private:
+    QObject m_context;
+    QElapsedTimer m_clock;
+    std::vector<double> m_turns;
+};
+
+Times load(frmMain &window, const QString &file)
+{
+    Times times;
+    Turns turns;
+    QElapsedTimer clock;
+    clock.start();
+    window.setDocument(file);
+    do {
+        if (times.first == 0 && documentOf(window).store().length() > 0)
+            times.first = msOf(clock);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    } while (documentOf(window).isHeld());
+    turns.note();
+    times.whole = msOf(clock);
+    if (times.first == 0)
+        times.first = times.whole;
+    times.longestTurn = turns.longest();
+    times.medianTurn = turns.median();
+    return times;
+}
+
+void openLarge(benchmark::State &state)
+{
+    static int argumentCount = 1;
+    static char name[] = "loading_bench";
+    static char *arguments[] = { name, nullptr };
+    static const OwnFolders folders;
+    static const QApplication application(argumentCount, arguments);
+    const QString file = fileToOpen();
+    Times sum;
+    for (auto _ : state) {
+        frmMain window;
+        window.resize(1280, 800);
+        window.show();
+        QCoreApplication::processEvents();
+        const Times times = load(window, file);
+        state.SetIterationTime(times.whole / 1000);
+        sum.first += times.first;
+        sum.medianTurn += times.medianTurn;
+        sum.longestTurn = std::max(sum.longestTurn, times.longestTurn);
+        window.confirmCloseAll(false);
+    }
+    const auto iterations = double(state.iterations());
+    state.counters["firstText_ms"] = sum.first / iterations;
+    state.counters["medianTurn_ms"] = sum.medianTurn / iterations;
+    state.counters["longestTurn_ms"] = sum.longestTurn;
+}
+BENCHMARK(openLarge)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+
+} // namespace

@@ -1,0 +1,190 @@
+#include "app/arrivingfile.h"
+
+#include "editor/ctlediter.h"
+#include "editor/noticequeue.h"
+#include "settings/settings.h"
+
+#include <QDeadlineTimer>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// What ends sooner is not told of.
+constexpr auto untold = 100ms;
+/// The event loop is not kept for longer while there is more to take.
+constexpr auto longestTurn = 8ms;
+
+FileReading::Request requestFor(const FileChoice &file)
+{
+    return { file.fullName(), file.charCode,
+        { appSettings().defaultCharCode(), appSettings().defaultReturnCode() } };
+}
+
+} // namespace
+
+ArrivingFile::ArrivingFile(
+    ctlEditer &editor, const FileChoice &file, Shown shown, NoticeQueue &notices, JobRunner &runner)
+    : m_editor(editor)
+    , m_document(editor.document())
+    , m_file(file)
+    , m_shown(shown)
+    , m_codesBefore{ m_document.charCode(), m_document.returnCode() }
+    , m_notices(notices)
+{
+    m_telling.setSingleShot(true);
+    m_telling.callOnTimeout(this, &ArrivingFile::tell);
+    m_telling.start(untold);
+    m_taking.callOnTimeout(this, &ArrivingFile::takeSome);
+    connect(&m_document, &TextDocument::refused, this, [this] {
+        tell();
+        m_notice->refuse();
+    });
+    m_document.setHeld(true);
+    beginText(m_codesBefore);
+    auto work = std::make_unique<ReadWork>(requestFor(file), LayoutCopy(text()));
+    m_work = work.get();
+    m_job.emplace(std::move(work), runner);
+    connect(&*m_job, &Job::progressed, this, &ArrivingFile::note);
+    connect(&*m_job, &Job::partReady, this, &ArrivingFile::collect);
+    connect(&*m_job, &Job::finished, this, &ArrivingFile::endReading);
+}
+
+ArrivingFile::~ArrivingFile() = default;
+
+void ArrivingFile::tell()
+{
+    m_telling.stop();
+    if (m_notice)
+        return;
+    m_notice.emplace(m_notices, m_editor, WorkNotice::Work::Loading, [this] { stop(); });
+    m_notice->setProgress(m_percent);
+}
+
+void ArrivingFile::note(const JobProgress &progress)
+{
+    if (progress.total > 0)
+        m_percent = int(qMin<qint64>(100, progress.done * 100 / progress.total));
+    if (m_notice)
+        m_notice->setProgress(m_percent);
+}
+
+void ArrivingFile::collect()
+{
+    for (ReadWork::Part &part : m_work->take())
+        m_waiting.push_back(std::move(part));
+    takeSome();
+}
+
+void ArrivingFile::takeSome()
+{
+    const QDeadlineTimer end(longestTurn);
+    while (!m_waiting.empty() && !end.hasExpired()) {
+        takePart(std::move(m_waiting.front()));
+        m_waiting.pop_front();
+    }
+    if (!m_waiting.empty()) {
+        m_taking.start(0ms);
+        return;
+    }
+    m_taking.stop();
+    if (m_isRead)
+        showWhole();
+    else
+        emit came();
+}
+
+/// Where what has come goes.
+const TextStore &ArrivingFile::text() const
+{
+    return m_shown == Shown::WhenWhole ? m_aside : std::as_const(m_document).store();
+}
+
+void ArrivingFile::beginText(FileCodes codes)
+{
+    TextStore empty(m_editor.layoutRule());
+    if (m_shown == Shown::WhenWhole)
+        m_aside = std::move(empty);
+    else
+        m_document.beginArrival(m_file.folder, m_file.name, codes, std::move(empty));
+}
+
+/// The font may be another one by now.
+void ArrivingFile::updateLayout()
+{
+    const LayoutRule rule = m_editor.layoutRule();
+    if (m_shown == Shown::WhenWhole && m_aside.layoutRule() != rule)
+        m_aside.setLayoutRule(rule);
+}
+
+void ArrivingFile::takePart(ReadWork::Part &&part)
+{
+    updateLayout();
+    const bool isNews = part.startsOver || !part.isMeasured;
+    if (part.startsOver)
+        beginText(part.codes);
+    if (m_shown == Shown::WhenWhole) {
+        m_aside.append(std::move(part.text));
+    } else {
+        noteCodes(part.codes);
+        m_document.takePart(std::move(part.text));
+    }
+    if (isNews)
+        m_work->setLayout(LayoutCopy(text()));
+}
+
+/// As far as is known by now.
+void ArrivingFile::noteCodes(FileCodes codes)
+{
+    if (m_document.charCode() != codes.charCode || m_document.returnCode() != codes.returnCode)
+        m_document.setCodes(codes);
+}
+
+void ArrivingFile::endReading(JobOutcome outcome)
+{
+    if (outcome != JobOutcome::Done) {
+        end(outcome == JobOutcome::Failed ? End::Failed : End::Stopped);
+        return;
+    }
+    m_isRead = true;
+    takeSome();
+}
+
+void ArrivingFile::showWhole()
+{
+    const ReadResult result = m_work->result();
+    if (m_shown == Shown::WhenWhole) {
+        updateLayout();
+        m_document.beginArrival(m_file.folder, m_file.name, result.codes, std::move(m_aside));
+    }
+    m_document.endArrival(result);
+    end(End::Whole);
+}
+
+void ArrivingFile::stop()
+{
+    m_job->stop();
+    end(End::Stopped);
+}
+
+ReadFailure ArrivingFile::failure() const
+{
+    return m_work->failure();
+}
+
+/// Whoever is told may destroy this.
+void ArrivingFile::end(End how)
+{
+    m_job->disconnect(this);
+    m_document.disconnect(this);
+    m_taking.stop();
+    m_waiting.clear();
+    m_notice.reset();
+    m_telling.stop();
+    m_document.setHeld(false);
+    if (how == End::Failed)
+        m_document.failArrival(m_file.folder, m_file.name, m_codesBefore);
+    emit ended(how);
+}

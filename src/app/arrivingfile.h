@@ -1,0 +1,77 @@
+#pragma once
+
+#include "app/windowdialogs.h"
+#include "document/readwork.h"
+#include "editor/worknotice.h"
+#include "jobs/job.h"
+
+#include <QTimer>
+
+#include <deque>
+#include <optional>
+
+class JobRunner;
+class NoticeQueue;
+class TextDocument;
+class ctlEditer;
+
+/// One file on its way into a document, read behind the window.
+///
+/// Where the document has no text, what has come is shown, part by part. Where it has, it keeps that until
+/// the other one is whole. The strip tells how far it is. The document is held until then; whoever stops it
+/// says what becomes of the document.
+class ArrivingFile : public QObject {
+    Q_OBJECT
+public:
+    enum class Shown { PartByPart, WhenWhole };
+    enum class End { Whole, Stopped, Failed };
+
+    /// Begins at once. Nothing is owned; the document may be closed before this goes.
+    ArrivingFile(
+        ctlEditer &editor, const FileChoice &file, Shown shown, NoticeQueue &notices, JobRunner &runner);
+    /// What has not come by then never does.
+    ~ArrivingFile() override;
+
+    bool isShownInParts() const { return m_shown == Shown::PartByPart; }
+    /// ended() comes at once.
+    void stop();
+    /// Where it has failed.
+    ReadFailure failure() const;
+
+signals:
+    /// Another part is shown.
+    void came();
+    /// The last signal. The document is held no more, and has all of the text; or it is as after a load that
+    /// failed; or it was stopped, and may have a part of the text that is to be taken away.
+    void ended(ArrivingFile::End end);
+
+private:
+    void tell();
+    void collect();
+    void takeSome();
+    const TextStore &text() const;
+    void beginText(FileCodes codes);
+    void updateLayout();
+    void takePart(ReadWork::Part &&part);
+    void noteCodes(FileCodes codes);
+    void note(const JobProgress &progress);
+    void endReading(JobOutcome outcome);
+    void showWhole();
+    void end(End how);
+
+    ctlEditer &m_editor;
+    TextDocument &m_document;
+    const FileChoice m_file;
+    const Shown m_shown;
+    const FileCodes m_codesBefore;
+    NoticeQueue &m_notices;
+    QTimer m_telling;
+    std::optional<WorkNotice> m_notice; ///< from when it has taken long
+    std::optional<int> m_percent;
+    std::deque<ReadWork::Part> m_waiting; ///< parts to be taken into the text
+    QTimer m_taking;
+    TextStore m_aside; ///< what has come and is not shown
+    bool m_isRead = false; ///< what waits is the rest
+    ReadWork *m_work; ///< owned by the job
+    std::optional<Job> m_job;
+};

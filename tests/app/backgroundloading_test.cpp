@@ -1,0 +1,487 @@
+#include "tests/app/documentparts.h"
+#include "tests/jobs/steppedrunner.h"
+#include "tests/testprogram.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QScrollBar>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 atOnceAlways = qint64{ 1 } << 40;
+constexpr int lineCount = 30000; ///< in several blocks
+
+QByteArray longLog(const QByteArray &line = "a line of a long log")
+{
+    QByteArray text;
+    for (int i = 0; i < lineCount; ++i)
+        text += line + ' ' + QByteArray::number(i) + '\n';
+    return text;
+}
+
+} // namespace
+
+/// Files that are read behind the window, step by step: what is shown of them, and what becomes of them when
+/// something comes between.
+class BackgroundLoadingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void firstTextComesWithTheFirstSteps();
+    void isAsReadAtOnce_data();
+    void isAsReadAtOnce();
+    void codeThatIsSeenLateIsRight();
+    void nothingIsSavedReloadedOrEditedMeanwhile();
+    void whatHasComeIsSearchedAndCopied();
+    void otherDocumentsAreEdited();
+    void secondOpeningShowsIt();
+    void stoppedTabGoes_data();
+    void stoppedTabGoes();
+    void stoppedFreshDocumentIsFreshAgain();
+    void stoppedReloadKeepsItsText();
+    void closingSavesWhatIsStillThere();
+    void reloadKeepsTheCursor();
+    void closedTabEndsTheReading();
+    void placeIsGoneToWhenItHasCome();
+    void placeIsLeftWhereItsUserHasMoved();
+    void placeStaysRememberedWhenClosedEarly();
+    void shrunkFileIsTakenAsFarAsItGoes();
+    void changedFileIsToldOfWhenItIsRead();
+    void unreadableFileIsTold();
+    void fileThatIsGoneMeanwhileIsRead();
+
+private:
+    ctlEditer *open(const QString &name = u"a.txt"_s);
+    QString write(const QByteArray &content) { return m_parts->files.write(u"a.txt"_s, content); }
+    DocumentArea &documents() { return m_parts->documents; }
+    /// Until the first text is there.
+    bool begin(const ctlEditer &editor);
+    void stop(const ctlEditer *editor);
+    QString told(const ctlEditer *editor);
+
+    SteppedRunner *m_runner = nullptr;
+    std::unique_ptr<DocumentParts> m_parts;
+};
+
+void BackgroundLoadingTest::init()
+{
+    m_parts = std::make_unique<DocumentParts>();
+    m_parts->jobs.fewest = 1;
+    m_runner = &m_parts->steps;
+}
+
+void BackgroundLoadingTest::cleanup()
+{
+    m_parts.reset();
+}
+
+ctlEditer *BackgroundLoadingTest::open(const QString &name)
+{
+    return m_parts->open(m_parts->files.folder() + name);
+}
+
+bool BackgroundLoadingTest::begin(const ctlEditer &editor)
+{
+    while (std::as_const(editor).document().store().length() == 0 && m_runner->step()) { }
+    return editor.document().isHeld() && editor.document().store().length() > 0;
+}
+
+/// By the strip's "Stop".
+void BackgroundLoadingTest::stop(const ctlEditer *editor)
+{
+    QTRY_VERIFY(documents().notices().has(NoticeKind::Work, editor));
+    const auto act = documents().notices().heaviest(editor)->offers.front().act;
+    act();
+}
+
+QString BackgroundLoadingTest::told(const ctlEditer *editor)
+{
+    const Notice *const notice = documents().notices().heaviest(editor);
+    return notice ? notice->text() : QString();
+}
+
+void BackgroundLoadingTest::firstTextComesWithTheFirstSteps()
+{
+    const QByteArray text = longLog();
+    write(text);
+    ctlEditer *const editor = open();
+    QVERIFY(editor->document().isHeld());
+    QVERIFY(begin(*editor));
+    QVERIFY(editor->document().store().length() < text.size() / 2);
+    QVERIFY(QString::fromUtf8(text).startsWith(editor->text()));
+    QCOMPARE(editor->document().charCode(), CharCode::Utf8);
+    QCOMPARE(editor->document().returnCode(), ReturnCode::Lf);
+    const int last = editor->verticalScrollBar()->maximum();
+    QVERIFY(last > 0);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QVERIFY(editor->verticalScrollBar()->maximum() > last);
+    QCOMPARE(editor->text(), QString::fromUtf8(text));
+}
+
+void BackgroundLoadingTest::isAsReadAtOnce_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    const QDir samples(QStringLiteral(SAMPLES_DIR));
+    for (const QString &name : samples.entryList(QDir::Files)) {
+        QFile file(samples.filePath(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QTest::addRow("%s", qPrintable(name)) << file.readAll();
+    }
+    QTest::newRow("log") << longLog();
+    QTest::newRow("CR+LF, once CR") << longLog("line\r").replace(400'000, 1, "\r");
+    QTest::newRow("Shift-JIS") << longLog("\x82\xa0\x83\x5c");
+    QTest::newRow("EUC") << longLog("\xa4\xa2");
+    QTest::newRow("JIS") << longLog("\x1b$B$\"\x1b(B");
+    QTest::newRow("UTF-8") << longLog("\xe3\x81\x82 e\xcc\x81");
+    QTest::newRow("undecodable") << longLog("\xe3\x81") + "\x1b(B\xff";
+    QTest::newRow("binary") << longLog().replace(1000, 1, QByteArray(1, '\0'));
+    QTest::newRow("one line") << QByteArray("word ").repeated(200'000);
+    QTest::newRow("a line end late") << QByteArray(500'000, 'x') + "\r\nab\rcd\n";
+}
+
+void BackgroundLoadingTest::isAsReadAtOnce()
+{
+    QFETCH(QByteArray, content);
+    const QString name = write(content);
+    TextDocument atOnce;
+    const FileCodes codes{ appSettings().defaultCharCode(), appSettings().defaultReturnCode() };
+    QVERIFY(!atOnce.load(m_parts->files.folder(), u"a.txt"_s, {}, codes));
+    ctlEditer *const editor = m_parts->open(name);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    const TextDocument &document = std::as_const(*editor).document();
+    QVERIFY(document.store().text() == atOnce.store().text());
+    QCOMPARE(document.charCode(), atOnce.charCode());
+    QCOMPARE(document.returnCode(), atOnce.returnCode());
+    QCOMPARE(&document.byteCodec(), &atOnce.byteCodec());
+    const ReadFindings &found = document.findings(), &expected = atOnce.findings();
+    QCOMPARE(found.undecodableBytes, expected.undecodableBytes);
+    QCOMPARE(found.fittingCode, expected.fittingCode);
+    QCOMPARE(found.rewritten.lf, expected.rewritten.lf);
+    QCOMPARE(found.rewritten.cr, expected.rewritten.cr);
+    QCOMPARE(found.rewritten.nul, expected.rewritten.nul);
+    QCOMPARE(found.utf16.has_value(), expected.utf16.has_value());
+    QCOMPARE(document.fileVersion().stamp(), atOnce.fileVersion().stamp());
+    QCOMPARE(document.fileVersion().content().value(), atOnce.fileVersion().content().value());
+    QVERIFY(!document.isEdited());
+    document.store().checkInvariants();
+    if (document.charCode() != CharCode::Binary && !found.utf16) {
+        m_parts->jobs.fewest = atOnceAlways;
+        QVERIFY(m_parts->saver.saveTo(editor, { m_parts->files.folder(), u"b.txt"_s }));
+        const bool isRewritten = found.rewritten.lf + found.rewritten.cr + found.rewritten.nul > 0;
+        QVERIFY(isRewritten || m_parts->files.read(u"b.txt"_s) == content);
+    }
+}
+
+/// What was shown by then was decoded wrongly.
+void BackgroundLoadingTest::codeThatIsSeenLateIsRight()
+{
+    const QByteArray text = longLog("\xe3\x81\x82") + "\x82\xa0\n";
+    write(text);
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->document().charCode(), CharCode::ShiftJis);
+    QVERIFY(editor->text().startsWith(u"縺"_s));
+    QVERIFY(editor->text().endsWith(u"あ\n"_s));
+    QCOMPARE(editor->numLines(), qint64(lineCount) + 2);
+}
+
+void BackgroundLoadingTest::nothingIsSavedReloadedOrEditedMeanwhile()
+{
+    const QByteArray text = longLog();
+    write(text);
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    const QString shown = editor->text();
+    const MessageBoxes boxes;
+    QTest::keyClicks(editor, u"x"_s);
+    QCOMPARE(told(editor).section(u':', 0, 0), u"Not while it is loading"_s);
+    QVERIFY(!m_parts->saver.save(editor));
+    QVERIFY(!m_parts->saver.saveAs(editor));
+    m_parts->loader.askAndReload();
+    m_parts->loader.reload(editor);
+    m_parts->loader.reopen(editor, CharCode::Euc);
+    m_parts->loader.reopenUtf16(editor, {});
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(m_parts->starts.size(), 0);
+    QCOMPARE(editor->text(), shown);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QCOMPARE(told(editor), QString());
+    QCOMPARE(m_parts->files.read(u"a.txt"_s), text);
+    QTest::keyClicks(editor, u"x"_s);
+    QVERIFY(editor->edited());
+}
+
+void BackgroundLoadingTest::whatHasComeIsSearchedAndCopied()
+{
+    write(longLog());
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    QVERIFY(editor->searchForward(0, true, u"log 17"_s, {}));
+    editor->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"log 17"_s);
+    QVERIFY(!editor->searchForward(1, true, u"line"_s, u"x"_s));
+    const CursorPlace cursor = editor->cursorPlace();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->cursorPlace(), cursor);
+}
+
+void BackgroundLoadingTest::otherDocumentsAreEdited()
+{
+    ctlEditer *const other = documents().add();
+    write(longLog());
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    documents().present(other);
+    QTest::keyClicks(other, u"typed"_s);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QCOMPARE(other->text(), u"typed"_s);
+    QCOMPARE(documents().current(), other);
+}
+
+void BackgroundLoadingTest::secondOpeningShowsIt()
+{
+    write(longLog());
+    ctlEditer *const editor = open();
+    documents().present(documents().add());
+    QCOMPARE(open(), editor);
+    QCOMPARE(documents().editors().size(), 2);
+}
+
+void BackgroundLoadingTest::stoppedTabGoes_data()
+{
+    QTest::addColumn<int>("steps");
+    for (const int steps : { 0, 1 })
+        QTest::addRow("after %d", steps) << steps;
+}
+
+void BackgroundLoadingTest::stoppedTabGoes()
+{
+    QFETCH(int, steps);
+    ctlEditer *const other = documents().add();
+    other->insert(u"text"_s);
+    write(longLog());
+    const ctlEditer *const editor = open();
+    for (int i = 0; i < steps; ++i)
+        QVERIFY(m_runner->step());
+    stop(editor);
+    QCOMPARE(documents().editors(), QList<ctlEditer *>{ other });
+    QCOMPARE(documents().current(), other);
+    m_runner->runAll();
+    QCOMPARE(documents().editors().size(), 1);
+    QCOMPARE(recentFiles().entries.front().isUsed(), false);
+}
+
+void BackgroundLoadingTest::stoppedFreshDocumentIsFreshAgain()
+{
+    ctlEditer *const editor = documents().add();
+    documents().present(editor);
+    const QString title = editor->name();
+    const int code = editor->charCode(), returnCode = editor->returnCode();
+    write(longLog());
+    m_parts->loader.openChosen(editor, { m_parts->files.folder(), u"a.txt"_s });
+    QVERIFY(begin(*editor));
+    QCOMPARE(m_parts->tabTexts(), QStringList{ u"a.txt"_s });
+    stop(editor);
+    QVERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->text(), QString());
+    QCOMPARE(editor->path(), QString());
+    QCOMPARE(m_parts->tabTexts(), QStringList{ title });
+    QCOMPARE(editor->charCode(), code);
+    QCOMPARE(editor->returnCode(), returnCode);
+    QVERIFY(!editor->edited());
+    editor->insert(u"typed"_s);
+    QVERIFY(editor->edited());
+}
+
+void BackgroundLoadingTest::stoppedReloadKeepsItsText()
+{
+    write("old\n");
+    ctlEditer *const editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    write(longLog());
+    m_parts->loader.reload(editor);
+    QVERIFY(m_runner->step());
+    QCOMPARE(editor->text(), u"old\n"_s);
+    QTest::keyClicks(editor, u"x"_s);
+    QCOMPARE(editor->text(), u"old\n"_s);
+    stop(editor);
+    QVERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->text(), u"old\n"_s);
+    editor->insert(u"x"_s);
+    editor->undo();
+    m_parts->loader.reload(editor);
+    m_runner->runAll();
+    QTRY_COMPARE(editor->numLines(), qint64(lineCount) + 1);
+}
+
+/// The edits were to go, but have not gone yet.
+void BackgroundLoadingTest::closingSavesWhatIsStillThere()
+{
+    write("old\n");
+    ctlEditer *const editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    editor->insert(u"edited "_s);
+    write(longLog());
+    const MessageBoxes boxes({ u"Yes"_s, u"Yes"_s });
+    m_parts->loader.reload(editor);
+    QVERIFY(m_runner->step());
+    m_parts->jobs.fewest = atOnceAlways;
+    QVERIFY(m_parts->closer.saveIfWanted(editor));
+    QCOMPARE(boxes.titles(), QStringList({ u"Confirm Reload"_s, u"Confirm File Save"_s }));
+    QCOMPARE(m_parts->files.read(u"a.txt"_s), QByteArray("edited old\n"));
+    QVERIFY(!editor->document().isHeld());
+    m_runner->runAll();
+    QCOMPARE(editor->text(), u"edited old\n"_s);
+}
+
+void BackgroundLoadingTest::reloadKeepsTheCursor()
+{
+    write(longLog());
+    ctlEditer *const editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    editor->setCursorPosition(25000, 5);
+    const RowIndex top = editor->topRow();
+    write(longLog("another"));
+    m_parts->loader.reload(editor);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QVERIFY(editor->text().startsWith(u"another 0\n"_s));
+    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(25000), 5 }));
+    QCOMPARE(editor->topRow(), top);
+}
+
+void BackgroundLoadingTest::closedTabEndsTheReading()
+{
+    write(longLog());
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    QTRY_VERIFY(documents().notices().has(NoticeKind::Work, editor));
+    QVERIFY(m_parts->closer.closeAll(EditsAtClosing::Ask));
+    QCOMPARE(documents().editors().size(), 0);
+    m_runner->runAll();
+    QCOMPARE(documents().notices().heaviest(nullptr), nullptr);
+}
+
+void BackgroundLoadingTest::placeIsGoneToWhenItHasCome()
+{
+    write(longLog());
+    ctlEditer *editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    editor->setCursorPosition(20000, 4);
+    editor->setTopRow(RowIndex(19990));
+    m_parts->closer.close(editor);
+    editor = open();
+    QVERIFY(begin(*editor));
+    QCOMPARE(editor->cursorOffset(), Offset());
+    while (editor->cursorOffset() == Offset() && m_runner->step()) { }
+    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(20000), 4 }));
+    QCOMPARE(editor->topRow(), RowIndex(19990));
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(20000), 4 }));
+    QCOMPARE(editor->topRow(), RowIndex(19990));
+}
+
+void BackgroundLoadingTest::placeIsLeftWhereItsUserHasMoved()
+{
+    write(longLog());
+    ctlEditer *editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    editor->setCursorPosition(20000, 4);
+    m_parts->closer.close(editor);
+    editor = open();
+    QVERIFY(begin(*editor));
+    editor->setCursorPosition(3, 2);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(3), 2 }));
+}
+
+void BackgroundLoadingTest::placeStaysRememberedWhenClosedEarly()
+{
+    write(longLog());
+    ctlEditer *editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    editor->setCursorPosition(20000, 4);
+    m_parts->closer.close(editor);
+    editor = open();
+    QVERIFY(begin(*editor));
+    m_parts->closer.close(editor);
+    QCOMPARE(recentFiles().entries.front().cursorRow, 20000);
+}
+
+void BackgroundLoadingTest::shrunkFileIsTakenAsFarAsItGoes()
+{
+    const QByteArray text = longLog();
+    const QString name = write(text);
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    QVERIFY(QFile::resize(name, text.size() / 2));
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QVERIFY(QString::fromUtf8(text).startsWith(editor->text()));
+    QVERIFY(editor->document().fileChange() != FileChange::None);
+}
+
+/// By the notice that tells of every change.
+void BackgroundLoadingTest::changedFileIsToldOfWhenItIsRead()
+{
+    const QString name = write(longLog());
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::Append) && file.write("more\n") == 5 && file.flush());
+    QCOMPARE(editor->document().fileChange(), FileChange::Grown);
+}
+
+void BackgroundLoadingTest::unreadableFileIsTold()
+{
+    const QString name = write(longLog());
+    ctlEditer *const editor = open();
+    QVERIFY(QFile::remove(name));
+    QVERIFY(QDir().mkpath(name));
+    const MessageBoxes boxes;
+    m_runner->runAll();
+    QCOMPARE(boxes.titles(), QStringList{ u"File Load Error!"_s });
+    QVERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->text(), QString());
+    QCOMPARE(editor->path() + editor->name(), name);
+    QCOMPARE(documents().editors().size(), 1);
+}
+
+/// It is open by then.
+void BackgroundLoadingTest::fileThatIsGoneMeanwhileIsRead()
+{
+    const QByteArray text = longLog();
+    const QString name = write(text);
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    QVERIFY(QFile::remove(name));
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QVERIFY(editor->text() == QString::fromUtf8(text));
+    QCOMPARE(editor->document().fileChange(), FileChange::Deleted);
+}
+
+REGISTER_TEST(runWindowTest<BackgroundLoadingTest>)
+#include "backgroundloading_test.moc"
