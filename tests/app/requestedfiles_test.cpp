@@ -57,7 +57,7 @@ bool dropAddresses(QWidget &on, const QByteArray &addresses)
     return drop(on, data);
 }
 
-QPEApplication &application()
+QPEApplication &theApplication()
 {
     return *static_cast<QPEApplication *>(qApp);
 }
@@ -111,7 +111,7 @@ void RequestedFilesTest::init()
     resetSettings();
     m_files = std::make_unique<TestFiles>();
     m_window = std::make_unique<TestWindow>();
-    application().showMainWidget(m_window.get());
+    theApplication().showMainWidget(m_window.get());
     QVERIFY(m_window->open());
 }
 
@@ -372,9 +372,9 @@ void RequestedFilesTest::otherThingsAreNotDropped()
 void RequestedFilesTest::nothingIsDroppedBehindADialog()
 {
     const QByteArray address = "file://" + m_files->write(u"a.txt"_s, "a").toUtf8();
-    application().holdRequests(true);
+    theApplication().holdRequests(true);
     QVERIFY(!dropAddresses(*m_window, address));
-    application().holdRequests(false);
+    theApplication().holdRequests(false);
     QVERIFY(dropAddresses(*m_window, address));
 }
 
