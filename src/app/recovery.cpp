@@ -170,7 +170,8 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
     }
     showPlace(*editor, restored.place);
     using Outcome = Restored::Outcome;
-    const bool isOneTooMany = restored.outcome == Outcome::Edited && ofFile && ofFile != editor;
+    const bool isOfFile = !editor->path().isEmpty();
+    const bool isOneTooMany = isOfFile && ofFile && ofFile != editor;
     if (isOneTooMany)
         editor->document().detachFromFile(tr("%1 (other edits)").arg(text.name));
     m_documents.refresh(editor);
@@ -178,7 +179,7 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
         tellApart(
             *editor, [] { return tr("The file has other edits in its tab; these are in no file yet"); },
             file);
-    else if (restored.outcome == Outcome::Parts || (restored.outcome == Outcome::New && !text.path.isEmpty()))
+    else if (restored.outcome != Outcome::Edited && !isOfFile && !text.path.isEmpty())
         tellApart(*editor, whyApart(restored.outcome == Outcome::New, FileName::exists(file)), file);
     return editor;
 }
@@ -211,6 +212,8 @@ ctlEditer *Recovery::documentFor(const LeftBehind &text) const
 {
     ctlEditer *const ofFile = m_documents.editorOfFile(text.path + text.name);
     if (ofFile && !ofFile->edited() && (text.isFileUnchanged || hasRead(*ofFile, text.contentHash)))
+        return ofFile;
+    if (ofFile && !ofFile->edited() && std::as_const(*ofFile).document().isOfNewFile())
         return ofFile;
     ctlEditer *const current = m_documents.current();
     return current && isFresh(*current) ? current : nullptr;

@@ -6,6 +6,7 @@
 #include "recovery/checksum.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <iterator>
 
 namespace {
@@ -127,6 +128,14 @@ bool isFileUnchanged(const JournalBase &base, const FileCalls &calls)
     const QByteArray name = FileName::toBytes(base.path + base.name);
     return base.isFromFile && calls.stat(name.constData(), &info) == 0 && info.st_size == base.size
         && FileStamp(info).modified == base.time;
+}
+
+bool isOfNewFile(const JournalBase &base, const FileCalls &calls)
+{
+    struct stat info = {};
+    const QByteArray name = FileName::toBytes(base.path + base.name);
+    return base.isFromFile && base.size == -1 && base.length == 0 && calls.stat(name.constData(), &info) == -1
+        && errno == ENOENT;
 }
 
 QByteArray contentOf(const BaseSeen &seen)

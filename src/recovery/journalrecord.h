@@ -58,6 +58,8 @@ std::optional<JournalBase> baseIn(QByteArrayView content);
 
 /// Whether the file of a base is as it was, by its size and time.
 bool isFileUnchanged(const JournalBase &base, const FileCalls &calls);
+/// Whether the document was of a file that was never there, and still is not.
+bool isOfNewFile(const JournalBase &base, const FileCalls &calls);
 
 /// What was found when all of the base had been read.
 struct BaseSeen {

@@ -222,12 +222,21 @@ private:
             text.length() == m_outline.base.length && playJournal(m_journal, m_outline, player);
         if (!isKnown)
             text = withGaps(text);
-        m_document.startNew(m_outline.base.name, codes(), byteCodecOf(m_outline.state.byteCodec),
-            m_outline.state.keepsUtf16 ? m_outline.base.utf16 : std::nullopt);
+        start();
         if (!isPlayed)
             return Restored::Outcome::NotPossible;
         m_document.replace({}, 0, text.piece({}, text.length()));
         return isKnown ? Restored::Outcome::New : Restored::Outcome::Parts;
+    }
+
+    void start()
+    {
+        const JournalBase &base = m_outline.base;
+        if (isOfNewFile(base, m_calls))
+            m_document.startFile(base.path, base.name, codes());
+        else
+            m_document.startNew(base.name, codes(), byteCodecOf(m_outline.state.byteCodec),
+                m_outline.state.keepsUtf16 ? base.utf16 : std::nullopt);
     }
 
     JournalReader &m_journal;

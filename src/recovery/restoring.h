@@ -8,8 +8,8 @@
 struct Restored {
     enum class Outcome {
         Edited, ///< the file was loaded, and all edits were made again: one Undo leads back to it
-        /// The file was never there, or is another one now: a document never saved has the text. One Undo
-        /// leads to none.
+        /// The file was never there, or is another one now: a document never saved has the text, of the same
+        /// file if that was new and still is. One Undo leads to none.
         New,
         /// The same, but of the file nothing is known any more: only what was written near the edits is
         /// there, with lines "[...]" between.

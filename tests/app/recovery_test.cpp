@@ -28,12 +28,20 @@ public:
         TextDocument &document = *m_documents.back();
         m_journals.attach(document, [text] { return ViewPlace{ { Offset(text.size()) }, {}, {}, 0 }; });
         if (!name.isEmpty())
-            document.load(folder, name, {}, {});
+            open(document, folder, name);
         document.replace(Offset(0), 0, text);
     }
     bool isWritten() { return m_journals.flush(10s); }
 
 private:
+    static void open(TextDocument &document, const QString &folder, const QString &name)
+    {
+        if (QFile::exists(folder + name))
+            document.load(folder, name, {}, {});
+        else
+            document.startFile(folder, name, { CharCode::Euc, ReturnCode::Lf });
+    }
+
     std::vector<std::unique_ptr<TextDocument>> m_documents;
     RecoveryJournals m_journals;
 };
@@ -56,6 +64,9 @@ private slots:
     void restoresNewDocuments();
     void changedFileIsKeptToo();
     void goneFileIsTold();
+    void fileThatWasNeverThereIsMadeByASave_data();
+    void fileThatWasNeverThereIsMadeByASave();
+    void fileThatIsThereByNowIsKept();
     void missingPartsAreTold();
     void documentOfTheFileIsTaken();
     void touchedFileIsOpenOnce();
@@ -73,6 +84,7 @@ private slots:
 private:
     /// "x" in front of each.
     void leaveBehind(const QStringList &names);
+    void leaveBehindNewFile(const QString &name);
 
     std::unique_ptr<TestFiles> m_files;
 };
@@ -92,6 +104,13 @@ void RecoveryTest::leaveBehind(const QStringList &names)
             m_files->write(name, "old\r\n");
         program.edit(m_files->folder(), name, u"x"_s);
     }
+    QVERIFY(program.isWritten());
+}
+
+void RecoveryTest::leaveBehindNewFile(const QString &name)
+{
+    KilledProgram program;
+    program.edit(m_files->folder(), name, u"x"_s);
     QVERIFY(program.isWritten());
 }
 
@@ -252,6 +271,43 @@ void RecoveryTest::goneFileIsTold()
     QCOMPARE(window.currentEditor()->text(), u"xold\n"_s);
     QCOMPARE(StripInWindow(window).text(), u"The file is gone; this text is in no file yet"_s);
     QCOMPARE(StripInWindow(window).offers(), QStringList());
+}
+
+void RecoveryTest::fileThatWasNeverThereIsMadeByASave_data()
+{
+    QTest::addColumn<bool>("isOpen");
+    QTest::newRow("not open") << false;
+    QTest::newRow("begun again") << true;
+}
+
+void RecoveryTest::fileThatWasNeverThereIsMadeByASave()
+{
+    QFETCH(bool, isOpen);
+    leaveBehindNewFile(u"new.txt"_s);
+    TestWindow window;
+    QVERIFY(window.open());
+    if (isOpen)
+        window.openRequested({ m_files->folder() + u"new.txt"_s, FileRequest::From::Shell });
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restoreAll(window));
+    QCOMPARE(window.tabTexts().filter(u"new.txt"_s), QStringList{ u"* new.txt"_s });
+    QVERIFY(!StripInWindow(window).isShown());
+    QCOMPARE(window.currentEditor()->text(), u"x"_s);
+    window.slotCmdFileSave();
+    QCOMPARE(m_files->read(u"new.txt"_s), QByteArray("x"));
+}
+
+void RecoveryTest::fileThatIsThereByNowIsKept()
+{
+    leaveBehindNewFile(u"new.txt"_s);
+    m_files->write(u"new.txt"_s, "written by others\n");
+    TestWindow window;
+    QVERIFY(window.open());
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restoreAll(window));
+    QVERIFY(window.currentEditor()->path().isEmpty());
+    QCOMPARE(window.currentEditor()->text(), u"x"_s);
+    QCOMPARE(StripInWindow(window).text(), u"The file has changed; this text is in no file yet"_s);
 }
 
 /// Of a long file that has changed no more is known than what was written near the edits.
