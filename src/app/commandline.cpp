@@ -121,10 +121,16 @@ void CommandLine::finish()
         return;
     if (m_place)
         refuse(QT_TR_NOOP("'%1' needs a file behind it"), m_placeWord);
-    else if (m_waits && m_requests.isEmpty())
+    else if (m_waits && awaited() == 0)
         refuse(QT_TR_NOOP("'%1' needs a file"), "--wait");
     for (FileRequest &request : m_requests)
         request.charCode = m_charCode;
+}
+
+/// What the user will choose of the recent files is nothing to wait for.
+qsizetype CommandLine::awaited() const
+{
+    return std::ranges::count(m_requests, false, &FileRequest::isRecent);
 }
 
 void CommandLine::takeOption(QByteArray word)

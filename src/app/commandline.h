@@ -26,6 +26,8 @@ public:
     std::optional<qsizetype> inputAt() const { return m_inputAt; }
     /// Whether the start is to last until all of these documents are closed.
     bool waits() const { return m_waits; }
+    /// How many they are.
+    qsizetype awaited() const;
     /// Words for the toolkit.
     const QList<QByteArray> &toolkitWords() const { return m_toolkitWords; }
     /// What is wrong, in a line of the installed language; empty if nothing is.

@@ -29,7 +29,7 @@ bool reads(const CommandLine &line, FileRequests &requests)
 
 bool waits(const CommandLine &line, FileRequests &requests)
 {
-    const SharedFd waiting = line.waits() ? WaitingStart::begin(requests.size()) : SharedFd();
+    const SharedFd waiting = line.waits() ? WaitingStart::begin(line.awaited()) : SharedFd();
     for (FileRequest &request : requests)
         request.waiting = waiting;
     return waiting || !line.waits();
@@ -58,6 +58,7 @@ int runWindow(QList<QByteArray> words, const FileRequests &requests)
 
 int main(int argc, char *argv[])
 {
+    occupyStandardFiles();
     QCoreApplication::setApplicationVersion(QStringLiteral(MARLOPAD_VERSION));
     const CommandLine line(QList<QByteArray>(argv + qMin(argc, 1), argv + argc), isThere);
     if (line.action() != CommandLine::Action::Open)

@@ -38,6 +38,17 @@ bool writeAll(int to, const char *bytes, ssize_t count)
 
 } // namespace
 
+void occupyStandardFiles()
+{
+    // In order, as each call gives the lowest number that is free.
+    int number = STDIN_FILENO;
+    while (number != -1 && number <= STDERR_FILENO) {
+        const bool isFree = ::fcntl(number, F_GETFD) == -1;
+        const int of = number == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+        number = isFree && ::open("/dev/null", of) == -1 ? -1 : number + 1;
+    }
+}
+
 SharedFd readStandardInput()
 {
     SharedFd file = namelessFile();

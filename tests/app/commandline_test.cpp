@@ -61,6 +61,7 @@ private slots:
     void wordsOfTheToolkit_data();
     void wordsOfTheToolkit();
     void everyFileIsWantedFromTheShell();
+    void recentFilesAreNotAwaited();
     void helpFitsATerminal();
 };
 
@@ -126,6 +127,7 @@ void CommandLineTest::asks_data()
     row("--charset= a", "there is no character code ''");
     row("--charset=EBCDIC a", "there is no character code 'EBCDIC'");
     row("--wait", "'--wait' needs a file");
+    row("--wait --recent-files", "'--wait' needs a file");
     row("+7", "'+7' needs a file behind it");
     row("+7 --", "'+7' needs a file behind it");
     row("+0 a", "there is no line '0'");
@@ -184,6 +186,14 @@ void CommandLineTest::everyFileIsWantedFromTheShell()
     QCOMPARE(line.requests().size(), 4);
     for (const FileRequest &request : line.requests())
         QCOMPARE(request.from, FileRequest::From::Shell);
+}
+
+void CommandLineTest::recentFilesAreNotAwaited()
+{
+    const CommandLine line(
+        { "--wait", "--recent-files", "a", "-", "--new-document" }, [](const QByteArray &) { return false; });
+    QCOMPARE(line.requests().size(), 4);
+    QCOMPARE(line.awaited(), 3);
 }
 
 void CommandLineTest::helpFitsATerminal()

@@ -58,6 +58,7 @@ private slots:
     void secondStartBringsItsInput();
     void waitsForTheDocument();
     void secondStartWaitsForItsDocuments();
+    void waitsWithoutStandardFiles();
     void waitingEndsWithTheProgram();
 
 private:
@@ -216,6 +217,22 @@ void ShellStartTest::secondStartWaitsForItsDocuments()
     QTRY_COMPARE(lineEnd(), u"CR+LF"_s);
     QVERIFY(second->waitForFinished());
     QCOMPARE(second->exitCode(), 0);
+}
+
+/// No file that is opened passes for a standard one.
+void ShellStartTest::waitsWithoutStandardFiles()
+{
+    QVERIFY(start({ write(u"a.txt"_s, "a\r\n") }));
+    QProcess second;
+    second.start(u"/bin/sh"_s,
+        { u"-c"_s, u"exec \"$@\" <&- >&- 2>&-"_s, u"sh"_s, QStringLiteral(MARLOPAD_PROGRAM), u"--wait"_s,
+            write(u"b.txt"_s, "b\n") });
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    QVERIFY(takesKeys());
+    QCOMPARE(second.state(), QProcess::Running);
+    press({ u"Escape"_s });
+    QVERIFY(second.waitForFinished());
+    QCOMPARE(second.exitCode(), 0);
 }
 
 /// A commit message that was not finished is none.
