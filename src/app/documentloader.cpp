@@ -311,7 +311,7 @@ void DocumentLoader::fillBehind(ctlEditer *editor, const FileChoice &file, const
     connect(&editor->document(), &TextDocument::codesChanged, &arriving,
         [=, this] { m_documents.refresh(editor); });
     connect(&arriving, &ArrivingFile::came, this, [=, this] { m_places.restoreCarriedIfThere(*editor); });
-    connect(&arriving, &ArrivingFile::ended, this, [=, this](ArrivingFile::End end) {
+    connect(&arriving, &ArrivingFile::ended, this, [=](ArrivingFile::End end) {
         if (end != ArrivingFile::End::Stopped)
             return;
         KeyPause::begin();
