@@ -59,9 +59,11 @@ void DocumentSaver::beginSaveTo(ctlEditer *editor, const FileChoice &file, const
         finish(editor, editor->saveFile(file.folder, file.name, file.charCode, file.returnCode), then);
 }
 
+/// Its file may have to be read through before.
 bool DocumentSaver::isLarge(const ctlEditer &editor) const
 {
-    return editor.document().store().length() >= m_jobs.fewest;
+    return editor.document().store().length() >= m_jobs.fewest
+        || (hasFile(editor) && fileNow(editor).size >= m_jobs.fewest);
 }
 
 void DocumentSaver::saveBehind(ctlEditer *editor, const FileChoice &file, const Then &then)

@@ -1,20 +1,31 @@
 #include "document/documentsave.h"
 
 #include "document/readcode.h"
+#include "files/endorder.h"
 #include "files/filename.h"
 
 DocumentSave::DocumentSave(SaveTarget target, WrittenText text, LookFor lookFor, const FileCalls &calls)
     : m_target(std::move(target))
     , m_text(text)
+    , m_overtaken(m_target.before.overtaken)
     , m_writer(FileName::toBytes(m_target.path + m_target.name), std::move(text), calls)
     , m_isLooking(lookFor == LookFor::Bytes)
 {
+    m_writer.keepUnlessOf(m_target.before.stamp);
+    if (m_target.before.doubt)
+        m_reading.emplace(FileName::toBytes(m_target.path + m_target.name), calls);
+    else if (m_overtaken != Overtaken::No)
+        m_writer.keepOldContent();
     if (m_target.keepsOldContent)
         m_writer.keepOldContent();
 }
 
 bool DocumentSave::makeStep()
 {
+    if (m_reading) {
+        readOld();
+        return true;
+    }
     if (m_isLooking) {
         look();
         return true;
@@ -30,6 +41,28 @@ JobWork::Step DocumentSave::step(JobTurn &turn)
     if (hasMore)
         return Step::More;
     return isWritten() ? Step::Done : Step::Failed;
+}
+
+/// The end of the process does not wait for it.
+void DocumentSave::readOld()
+{
+    if (!EndOrder::isGiven() && m_reading->step())
+        return;
+    const std::optional<SeenContent> seen = m_reading->seen();
+    m_reading.reset();
+    const BeforeWriting::Doubt &doubt = *m_target.before.doubt;
+    if (seen && doubt.hashes.contains(seen->hash)) {
+        m_overtaken = doubt.overtaken;
+        m_writer.keepUnlessOf(seen->stamp);
+    }
+    if (m_overtaken != Overtaken::No)
+        m_writer.keepOldContent();
+}
+
+Overtaken DocumentSave::overtaken() const
+{
+    const bool isKeptAnyway = m_overtaken != Overtaken::No || m_target.keepsOldContent;
+    return isWritten() && !isKeptAnyway && !keptCopy().isEmpty() ? Overtaken::ByProgram : m_overtaken;
 }
 
 void DocumentSave::look()

@@ -2,15 +2,16 @@
 
 #include "document/documentversion.h"
 #include "document/documentwriter.h"
+#include "files/contentreading.h"
 #include "jobs/jobwork.h"
 
 /// Where a document is saved, and what was known of the file before.
 struct SaveTarget {
     QString path; ///< ends in "/"
     QString name;
-    Overtaken overtaken = Overtaken::No; ///< the file was written since the document read or wrote it
+    BeforeWriting before = {};
     bool wasToBeKept = false; ///< the old content, as its user wanted
-    bool keepsOldContent = false; ///< for one of these reasons or another one
+    bool keepsOldContent = false; ///< for this reason or one of its own
 };
 
 /// One save of a document under way: writes the text that it had when the save began, in any thread, and as a
@@ -33,7 +34,8 @@ public:
 
     const SaveTarget &target() const { return m_target; }
     const TextCodec &codec() const { return *m_text.code.codec; }
-    /// When it is over.
+    /// When it is over: what others have written to the file before it got the text.
+    Overtaken overtaken() const;
     bool isWritten() const { return m_step == DocumentWriter::Step::Written; }
     /// In the file system's own bytes; empty for none.
     QByteArray keptCopy() const { return m_writer.keptCopy(); }
@@ -42,10 +44,13 @@ public:
     bool hasBytes() const { return m_hasBytes; }
 
 private:
+    void readOld();
     void look();
 
     const SaveTarget m_target;
     const WrittenText m_text;
+    std::optional<ContentReading> m_reading; ///< of the old file, until that is done
+    Overtaken m_overtaken;
     DocumentWriter m_writer;
     DocumentWriter::Step m_step = DocumentWriter::Step::More;
     bool m_isLooking;

@@ -29,6 +29,11 @@ Writes &writes()
     return theirs;
 }
 
+std::pair<dev_t, ino_t> idOf(const FileStamp &stamp)
+{
+    return { stamp.device, stamp.inode };
+}
+
 qint64 newDocument()
 {
     static qint64 documents = 0;
@@ -53,7 +58,7 @@ void DocumentVersion::setRead(const FileVersion &version)
 
 FileChange DocumentVersion::change(const QByteArray &own)
 {
-    const FileChange change = changeByOthers(own, FileVersion::Reading::InPassing);
+    const FileChange change = changeByOthers(own, FileChange::None);
     if (change == FileChange::None)
         m_acknowledged.reset();
     return m_acknowledged && *m_acknowledged == stampOf(own, *m_calls) ? FileChange::None : change;
@@ -61,15 +66,15 @@ FileChange DocumentVersion::change(const QByteArray &own)
 
 /// What another document has written is what other programs began with. This one has not read it, so it has
 /// not only grown.
-FileChange DocumentVersion::changeByOthers(const QByteArray &own, FileVersion::Reading reading)
+FileChange DocumentVersion::changeByOthers(const QByteArray &own, FileChange unanswered)
 {
-    const FileChange change = m_version.changeOf(own, *m_calls, reading);
+    const FileChange change = m_version.changeOf(own, *m_calls, unanswered);
     if (change == FileChange::None || change == FileChange::Deleted || change == FileChange::Unsure)
         return change;
-    Write *const last = writes().lastTo(idOf(own).value_or(FileId()));
+    Write *const last = writes().lastTo(idOf(stampOf(own, *m_calls)));
     if (!last || last->number <= m_inStep)
         return change;
-    const FileChange sinceLast = last->version.changeOf(own, *m_calls, reading);
+    const FileChange sinceLast = last->version.changeOf(own, *m_calls, unanswered);
     return sinceLast == FileChange::Grown ? FileChange::Changed : sinceLast;
 }
 
@@ -85,19 +90,25 @@ void DocumentVersion::acknowledge(const QByteArray &own)
     m_acknowledged = stampOf(own, *m_calls);
 }
 
-Overtaken DocumentVersion::beginWriting(const QByteArray &target, const QByteArray &own)
+BeforeWriting DocumentVersion::beginWriting(const QByteArray &target, const QByteArray &own)
 {
-    const auto file = idOf(target), ownFile = idOf(own);
-    m_target = file.value_or(FileId());
+    const auto file = stampAt(target), ownFile = stampAt(own);
+    m_target = idOf(file.value_or(FileStamp()));
     if (!file || !ownFile) // it may have anything
-        return Overtaken::ByProgram;
-    const bool isOwn = file == ownFile;
-    const FileChange change = isOwn ? changeByOthers(own, FileVersion::Reading::All) : FileChange::None;
-    if (change != FileChange::None && change != FileChange::Deleted)
-        return Overtaken::ByProgram;
+        return { FileStamp(), Overtaken::ByProgram };
+    const bool isOwn = file->isSameFile(*ownFile);
+    const FileChange change = isOwn ? changeByOthers(own, FileChange::Unsure) : FileChange::None;
     const Write *const last = writes().lastTo(m_target);
-    const bool isNews = last && last->document != m_document && last->number > (isOwn ? m_inStep : m_begun);
-    return isNews ? Overtaken::ByDocument : Overtaken::No;
+    const bool isNews = last && last->number > (isOwn ? m_inStep : m_begun);
+    const Overtaken byUs = isNews && last->document != m_document ? Overtaken::ByDocument : Overtaken::No;
+    if (change == FileChange::None || change == FileChange::Deleted)
+        return { *file, byUs };
+    if (change != FileChange::Unsure)
+        return { *file, Overtaken::ByProgram };
+    BeforeWriting::Doubt doubt{ { m_version.content().value() }, byUs };
+    if (isNews)
+        doubt.hashes << last->version.content().value();
+    return { *file, Overtaken::ByProgram, doubt };
 }
 
 /// Another file may have the target's name now: the old one's numbers are free for files of other programs.
@@ -107,14 +118,14 @@ void DocumentVersion::endWriting(const QByteArray &target, const FileVersion &wr
     m_acknowledged.reset();
     writes().last.erase(m_target);
     m_inStep = ++writes().count;
-    writes().last[idOf(target).value_or(FileId())] = { m_inStep, m_document, written };
+    writes().last[idOf(stampOf(target, *m_calls))] = { m_inStep, m_document, written };
 }
 
-/// Null for a name that no file has; nothing where the disk does not answer.
-std::optional<DocumentVersion::FileId> DocumentVersion::idOf(const QByteArray &name) const
+/// Of no file for a name that none has; nothing where the disk does not answer.
+std::optional<FileStamp> DocumentVersion::stampAt(const QByteArray &name) const
 {
     struct stat info = {};
     if (m_calls->stat(name.constData(), &info) == 0)
-        return FileId(info.st_dev, info.st_ino);
-    return errno == ENOENT || errno == ENOTDIR ? std::optional(FileId()) : std::nullopt;
+        return FileStamp(info);
+    return errno == ENOENT || errno == ENOTDIR ? std::optional(FileStamp()) : std::nullopt;
 }

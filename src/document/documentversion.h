@@ -3,12 +3,27 @@
 #include "files/fileversion.h"
 
 #include <QByteArray>
+#include <QList>
 
 #include <optional>
 #include <utility>
 
 /// Who has written to a document's file since the document has read or written it.
 enum class Overtaken { No, ByDocument, ByProgram };
+
+/// A file that a document is about to be written over.
+struct BeforeWriting {
+    FileStamp stamp = FileStamp(); ///< that it has; of no file where there is none
+    /// Another document, since this one read or wrote the file or, where it is not this one's own, since this
+    /// one began; or another program its own file, or it may have.
+    Overtaken overtaken = Overtaken::No;
+    /// Who reads the file through (ContentReading) knows more.
+    struct Doubt {
+        QList<quint64> hashes;
+        Overtaken overtaken = Overtaken::No; ///< where it has content of one of these hashes
+    };
+    std::optional<Doubt> doubt = {};
+};
 
 /// Knows whether what a document would write over is news to it: several documents of the program may write
 /// to one file, and so may other programs. A file is its device and inode, whatever its name; names are in
@@ -38,17 +53,15 @@ public:
     void acknowledge(const QByteArray &own);
 
     /// Call before and, if it went well, after the document is written as `target`. `own` is the name it had
-    /// until then, empty for none. The result: whether another document has written to the target since this
-    /// one read or wrote it or, where it is not this one's own file, since this one began; or whether another
-    /// program has changed its own file, or may have. Cost: where its times say that it may have, the file is
-    /// read.
-    Overtaken beginWriting(const QByteArray &target, const QByteArray &own);
+    /// until then, empty for none. Cost: a few calls and, where its times say that it may have been changed,
+    /// what can be read of the file in passing.
+    BeforeWriting beginWriting(const QByteArray &target, const QByteArray &own);
     void endWriting(const QByteArray &target, const FileVersion &written);
 
 private:
     using FileId = std::pair<dev_t, ino_t>;
-    std::optional<FileId> idOf(const QByteArray &name) const;
-    FileChange changeByOthers(const QByteArray &own, FileVersion::Reading reading);
+    std::optional<FileStamp> stampAt(const QByteArray &name) const;
+    FileChange changeByOthers(const QByteArray &own, FileChange unanswered);
 
     const FileCalls *m_calls;
     qint64 m_document; ///< which it is; read again it is another one

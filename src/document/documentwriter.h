@@ -38,6 +38,7 @@ public:
 
     /// See SafeFile.
     void keepOldContent() { m_file.keepOldContent(); }
+    void keepUnlessOf(const FileStamp &expected) { m_file.keepUnlessOf(expected); }
     enum class Step {
         More,
         Written,

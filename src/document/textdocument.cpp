@@ -382,10 +382,9 @@ std::unique_ptr<DocumentSave> TextDocument::beginSave(const QString &path, const
         emit codesChanged();
     SaveTarget target{ path, name };
     const QString own = m_path + m_name;
-    target.overtaken = m_version.beginWriting(FileName::toBytes(path + name), FileName::toBytes(own));
+    target.before = m_version.beginWriting(FileName::toBytes(path + name), FileName::toBytes(own));
     target.wasToBeKept = m_keepsFile && path + name == own;
-    target.keepsOldContent =
-        target.overtaken != Overtaken::No || target.wasToBeKept || path + name == m_unreadFile;
+    target.keepsOldContent = target.wasToBeKept || path + name == m_unreadFile;
     const WritingCode code = writingCode();
     const auto units = m_utf16.isKept ? WrittenText::Units::Wide : WrittenText::Units::Bytes;
     const auto lookFor =
@@ -399,7 +398,7 @@ SaveResult TextDocument::endSave(const DocumentSave &save)
 {
     m_isHeld = false;
     const SaveTarget &target = save.target();
-    SaveResult result{ SaveResult::Outcome::NotWritten, target.overtaken, target.wasToBeKept,
+    SaveResult result{ SaveResult::Outcome::NotWritten, save.overtaken(), target.wasToBeKept,
         FileName::fromBytes(save.keptCopy()) };
     if (!save.isWritten())
         return result;

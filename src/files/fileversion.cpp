@@ -83,29 +83,22 @@ bool isGone(int error)
     return error == ENOENT || error == ENOTDIR;
 }
 
-/// Who is about to write over a file wants to be sure of it.
-FileChange unanswered(FileVersion::Reading reading)
-{
-    return reading == FileVersion::Reading::All ? FileChange::Unsure : FileChange::None;
-}
-
 } // namespace
 
-FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls, Reading reading)
+FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls, FileChange unanswered)
 {
     if (m_stamp.inode == 0)
         return FileChange::None;
     struct stat info;
     if (calls.stat(name.constData(), &info) != 0)
-        return isGone(errno) ? FileChange::Deleted : unanswered(reading);
+        return isGone(errno) ? FileChange::Deleted : unanswered;
     const FileStamp now(info);
     if (now == m_stamp && !m_isYoung)
         return FileChange::None;
     if (!S_ISREG(info.st_mode)) // which may have the number of the file that was
         return FileChange::Replaced;
     const bool isSameFile = now.isSameFile(m_stamp);
-    const auto isStart =
-        now.size < m_stamp.size ? std::optional(false) : isStartOf(name, now, calls, reading);
+    const auto isStart = now.size < m_stamp.size ? std::optional(false) : isStartOf(name, now, calls);
     if (!isStart)
         return FileChange::Unsure;
     if (!*isStart)
@@ -120,7 +113,7 @@ FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls,
 /// Whether a file that is at least as large has at its start what this version had; nothing where all of it
 /// would have to be read for that.
 std::optional<bool> FileVersion::isStartOf(
-    const QByteArray &name, const FileStamp &now, const FileCalls &calls, Reading reading)
+    const QByteArray &name, const FileStamp &now, const FileCalls &calls)
 {
     const bool hasGrown = now.size > m_stamp.size;
     const bool isUntouched = now.isSameFile(m_stamp) && now.modified == m_stamp.modified && !hasGrown;
@@ -130,7 +123,7 @@ std::optional<bool> FileVersion::isStartOf(
     if (fd == -1)
         return isUntouched;
     const auto closer = qScopeGuard([&calls, fd] { calls.close(fd); });
-    const bool isAllRead = m_content.endStart() == 0 || (reading == Reading::All && !hasGrown);
+    const bool isAllRead = m_content.endStart() == 0;
     const qint64 from = isAllRead ? 0 : m_content.endStart();
     const auto hash = hashOf(calls, fd, from, m_stamp.size);
     if (hash && isAllRead && !hasGrown && !isYoung(now))

@@ -55,7 +55,6 @@ struct SeenContent {
 class FileVersion {
 public:
     static constexpr qint64 mostCompared = 2 * ContentHash::segment; ///< bytes that are read in passing
-    enum class Reading { InPassing, All };
 
     /// Of no file.
     FileVersion() = default;
@@ -65,15 +64,14 @@ public:
     const FileStamp &stamp() const { return m_stamp; }
     const ContentHash &content() const { return m_content; }
     /// Compares it with what has the name now. A file that turns out to be the same is known by its new times
-    /// then. Where the disk does not answer nothing has changed, as far as is known in passing. By reading
-    /// all of it nothing stays unsure but that; it is given up when the process is to end (EndOrder).
-    FileChange changeOf(const QByteArray &name, const FileCalls &calls, Reading reading = Reading::InPassing);
+    /// then. `unanswered`: where the disk does not tell. Cost: see the class.
+    FileChange changeOf(
+        const QByteArray &name, const FileCalls &calls, FileChange unanswered = FileChange::None);
     /// Somebody has read through a file of this size: while it is as it was then, changeOf() needs not.
     void noteSeen(const SeenContent &seen);
 
 private:
-    std::optional<bool> isStartOf(
-        const QByteArray &name, const FileStamp &now, const FileCalls &calls, Reading reading);
+    std::optional<bool> isStartOf(const QByteArray &name, const FileStamp &now, const FileCalls &calls);
     std::optional<bool> isSeenIn(const FileStamp &now);
 
     FileStamp m_stamp;

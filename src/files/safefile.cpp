@@ -55,7 +55,23 @@ bool SafeFile::examineTarget()
         return false;
     m_old.hasOtherNames = info.st_nlink > 1;
     m_old.rights = info.st_mode & permissionBits;
+    m_old.stamp = FileStamp(info);
     return S_ISREG(info.st_mode);
+}
+
+/// Other programs had all the time that writing took.
+bool SafeFile::examineAgain()
+{
+    if (stampOf(m_target, m_calls) == m_old.stamp)
+        return true;
+    closeFile(&m_old.fd);
+    m_old = {};
+    return examineTarget();
+}
+
+bool SafeFile::isCopyWanted() const
+{
+    return m_old.fd != -1 && (m_keepsOld || (m_expected && m_old.stamp != *m_expected));
 }
 
 bool SafeFile::stage()
@@ -92,8 +108,9 @@ bool SafeFile::flush()
 
 bool SafeFile::commit()
 {
-    const bool isCopyWanted = m_keepsOld && m_old.fd != -1;
-    if (m_staged == -1 || !flush() || (isCopyWanted && !m_copy.make(m_target))) {
+    const bool isReady = m_staged != -1 && flush() && examineAgain();
+    const bool keepsCopy = isCopyWanted();
+    if (!isReady || (keepsCopy && !m_copy.make(m_target))) {
         discard();
         return false;
     }
@@ -103,7 +120,7 @@ bool SafeFile::commit()
         outcome == Outcome::Done || (outcome == Outcome::NotPossible && m_old.fd != -1 && overwrite());
     if (done)
         noteVersion(outcome == Outcome::Done ? m_staged : m_old.fd);
-    if (done && isCopyWanted)
+    if (done && keepsCopy)
         m_keptCopy = m_copy.keep();
     discard();
     return done;

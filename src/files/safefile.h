@@ -36,6 +36,9 @@ public:
     /// commit() is to leave a copy of the old content in the state folder, and to write nothing when there
     /// can be none: for a file whose content nobody has seen.
     void keepOldContent() { m_keepsOld = true; }
+    /// The same, where the file is another one by then or was written: for a file that was looked at when it
+    /// had this stamp, of none where there was none.
+    void keepUnlessOf(const FileStamp &expected) { m_expected = expected; }
     /// A file that is not there yet is to be for its user alone.
     void makePrivate() { m_isPrivate = true; }
     /// Puts the new content in place, on the disk, not only in memory.
@@ -54,6 +57,8 @@ private:
     enum class Outcome { Done, Failed, NotPossible };
 
     bool examineTarget();
+    bool examineAgain();
+    bool isCopyWanted() const;
     bool stage();
     bool flush();
     Outcome replace();
@@ -72,8 +77,10 @@ private:
         int fd = -1; ///< open for writing; -1 for a new file
         mode_t rights = 0;
         bool hasOtherNames = false;
+        FileStamp stamp = FileStamp();
     } m_old;
     bool m_keepsOld = false;
+    std::optional<FileStamp> m_expected;
     bool m_isPrivate = false;
     QByteArray m_stagedName;
     bool m_stagedBeside = true;

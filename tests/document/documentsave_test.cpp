@@ -9,6 +9,11 @@
 
 #include <QSignalSpy>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -46,6 +51,10 @@ private slots:
     void documentIsClosedAfterAnyStep();
     void folderVanishes();
     void signalGivesItUp();
+    void othersWriteAfterAnyStep_data() { addSteps(); }
+    void othersWriteAfterAnyStep();
+    void largeFileIsReadBehind_data();
+    void largeFileIsReadBehind();
     void anotherCodeIsLookedAt_data();
     void anotherCodeIsLookedAt();
 
@@ -252,6 +261,79 @@ void DocumentSaveTest::signalGivesItUp()
     EndOrder::withdraw();
     QVERIFY(!save->isWritten());
     QVERIFY(isOnly(oldText));
+}
+
+void DocumentSaveTest::othersWriteAfterAnyStep()
+{
+    QFETCH(int, steps);
+    Edited document(*m_folder);
+    const auto save = document.begin();
+    while (steps-- > 0)
+        QVERIFY(save->makeStep());
+    QVERIFY(m_folder->write(fileName, "of others"));
+    while (save->makeStep()) { }
+    const SaveResult result = document.endSave(*save);
+    QCOMPARE(result.outcome, SaveResult::Outcome::Written);
+    QCOMPARE(result.overtaken, Overtaken::ByProgram);
+    QVERIFY(isOnly(newText()));
+    QFile kept(result.keptCopy);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), QByteArray("of others"));
+}
+
+namespace {
+
+void setTime(const QString &name, time_t time)
+{
+    const timespec times[] = { { time, 0 }, { time, 0 } };
+    QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(name).constData(), times, 0), 0);
+}
+
+} // namespace
+
+void DocumentSaveTest::largeFileIsReadBehind_data()
+{
+    QTest::addColumn<bool>("isChanged");
+    QTest::addColumn<bool>("isWrittenMeanwhile");
+    QTest::newRow("touched") << false << false;
+    QTest::newRow("changed") << true << false;
+    QTest::newRow("written meanwhile") << false << true;
+}
+
+/// Its times have changed, and a save wants to know why.
+void DocumentSaveTest::largeFileIsReadBehind()
+{
+    QFETCH(bool, isChanged);
+    QFETCH(bool, isWrittenMeanwhile);
+    QByteArray content = QByteArray(QByteArray(4095, 'l') + '\n').repeated(FileVersion::mostCompared / 3000);
+    QVERIFY(m_folder->write(fileName, content));
+    setTime(m_folder->path() + fileName, 1000);
+    qint64 read = 0;
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&read, inner = calls.pread](int fd, void *to, size_t size, off_t offset) {
+        read += qint64(size);
+        return inner(fd, to, size, offset);
+    };
+    Edited document(*m_folder, calls);
+    content[0] = isChanged ? 'L' : 'l';
+    QVERIFY(m_folder->write(fileName, content));
+    setTime(m_folder->path() + fileName, 2000);
+    read = 0;
+    const auto save = document.begin();
+    QVERIFY(read <= FileVersion::mostCompared);
+    qint64 most = 0;
+    for (int step = 0; std::exchange(read, 0), save->makeStep(); ++step) {
+        most = qMax(most, read);
+        if (step == 1 && isWrittenMeanwhile)
+            setTime(m_folder->path() + fileName, 3000);
+    }
+    QVERIFY(most > 0 && most <= FileVersion::mostCompared / 2);
+    const SaveResult result = document.endSave(*save);
+    QCOMPARE(result.outcome, SaveResult::Outcome::Written);
+    const bool isKept = isChanged || isWrittenMeanwhile;
+    QCOMPARE(result.overtaken, isKept ? Overtaken::ByProgram : Overtaken::No);
+    QCOMPARE(!result.keptCopy.isEmpty(), isKept);
+    QVERIFY(isOnly(newText()));
 }
 
 void DocumentSaveTest::anotherCodeIsLookedAt_data()

@@ -42,7 +42,7 @@ void DocumentVersionTest::init()
 bool DocumentVersionTest::write(DocumentVersion &version, const QString &name, const QString &own)
 {
     const bool isNews =
-        version.beginWriting(full(name), own.isEmpty() ? QByteArray() : full(own)) != Overtaken::No;
+        version.beginWriting(full(name), own.isEmpty() ? QByteArray() : full(own)).overtaken != Overtaken::No;
     const QString aside = QStringLiteral("aside");
     const bool isWritten =
         m_folder->write(aside, "new") && ::rename(full(aside).constData(), full(name).constData()) == 0;
@@ -99,14 +99,14 @@ void DocumentVersionTest::aFileIsKnownByAnyOfItsNames()
     DocumentVersion one;
     DocumentVersion other;
     QVERIFY(write(other, m_a, m_a));
-    QCOMPARE(one.beginWriting(full(link), full(link)), Overtaken::ByDocument);
+    QCOMPARE(one.beginWriting(full(link), full(link)).overtaken, Overtaken::ByDocument);
 }
 
 void DocumentVersionTest::failedWriteCountsForNothing()
 {
     DocumentVersion one;
     DocumentVersion other;
-    QCOMPARE(other.beginWriting(full(m_a), full(m_a)), Overtaken::No);
+    QCOMPARE(other.beginWriting(full(m_a), full(m_a)).overtaken, Overtaken::No);
     QVERIFY(write(one, m_a, m_a));
 }
 
@@ -126,7 +126,7 @@ void DocumentVersionTest::whatTheDiskDoesNotTellMayBeNews()
         DocumentVersion version(system);
         version.setRead(read);
         calls = 0;
-        return version.beginWriting(full(m_a), full(m_a));
+        return version.beginWriting(full(m_a), full(m_a)).overtaken;
     };
     QCOMPARE(overtaken(), Overtaken::No);
     QVERIFY(calls > 2);
