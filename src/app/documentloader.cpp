@@ -76,6 +76,8 @@ void DocumentLoader::open(const QString &path, std::optional<CharCode> charCode)
         m_documents.setCurrent(editor);
         const QString question =
             tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
+        if (editor->edited() && !editor->document().requestChange())
+            return;
         if (editor->edited() && isReloadWanted(tr("Existing File"), question)) {
             loadInto(editor, file, [this, editor] { m_places.restore(*editor); });
         } else if (charCode && !isReadWith(*editor, *charCode)) {
@@ -291,8 +293,11 @@ bool DocumentLoader::load(ctlEditer *editor, const FileChoice &file)
     return isLoaded;
 }
 
+/// While its user was asked a save may have begun, of all documents in turn.
 void DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file, const Then &loaded)
 {
+    if (!editor->document().requestChange())
+        return;
     if (isLarge(file)) {
         replaceBehind(editor, file, loaded);
         return;

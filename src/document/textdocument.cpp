@@ -193,8 +193,7 @@ WritingCode TextDocument::writingCode() const
     return { &codec, m_readCode.writtenAsReadIn(codec) };
 }
 
-void TextDocument::beginArrival(
-    const QString &path, const QString &name, FileCodes codes, TextStore &&start)
+void TextDocument::beginArrival(const QString &path, const QString &name, FileCodes codes, TextStore &&start)
 {
     dropText();
     m_isHeld = true;

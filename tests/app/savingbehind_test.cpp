@@ -51,6 +51,8 @@ private slots:
     void signalGivesItUp_data() { addSteps(); }
     void signalGivesItUp();
     void fileChangedBefore();
+    void openedAgainMeanwhile();
+    void reloadThatIsAskedFor();
     void twoAtOnce();
 
 private:
@@ -400,6 +402,36 @@ void SavingBehindTest::fileChangedBefore()
     QFile copy(kept.first().first().toString());
     QVERIFY(copy.open(QIODevice::ReadOnly));
     QCOMPARE(copy.readAll(), "others"_ba);
+}
+
+/// What is being written is not replaced by what was there before.
+void SavingBehindTest::openedAgainMeanwhile()
+{
+    ctlEditer *const editor = edited(u"a.txt"_s);
+    const MessageBoxes boxes({ u"Yes"_s });
+    m_parts->saver.beginSave(editor);
+    makeSteps(1);
+    m_parts->loader.open(editor->path() + editor->name(), {});
+    QCOMPARE(boxes.count(), 0);
+    QVERIFY(isStrip(editor));
+    m_parts->steps.runAll();
+    QCOMPARE(read(u"a.txt"_s), m_new);
+    QCOMPARE(editor->text(), QString::fromLatin1(m_new));
+    QVERIFY(!editor->edited());
+}
+
+/// The question is on the screen when the document's turn comes to be saved with all others.
+void SavingBehindTest::reloadThatIsAskedFor()
+{
+    ctlEditer *const editor = edited(u"a.txt"_s);
+    QTimer::singleShot(0, this, [this, editor] { m_parts->saver.beginSave(editor); });
+    const MessageBoxes boxes({ u"Yes"_s });
+    m_parts->loader.open(editor->path() + editor->name(), {});
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY(m_parts->saver.isSaving(editor));
+    m_parts->steps.runAll();
+    QCOMPARE(read(u"a.txt"_s), m_new);
+    QCOMPARE(editor->text(), QString::fromLatin1(m_new));
 }
 
 void SavingBehindTest::twoAtOnce()
