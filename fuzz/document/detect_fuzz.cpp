@@ -15,7 +15,7 @@ namespace {
 void checkCharCode(const QByteArray &bytes)
 {
     const CharCode code = detectCharCode(bytes, CharCode::ShiftJis);
-    require(code >= CharCode::Binary && code <= CharCode::Ascii);
+    require(infoOf(code).code == code);
     for (const CharCode readAs : { code, CharCode::Utf8, CharCode::ShiftJis, CharCode::Euc, CharCode::Jis }) {
         const qint64 undecodable = loneSurrogates(decoded(infoOf(readAs).codec(), bytes));
         const auto whole = [&bytes](const auto &take) { take(bytes); };

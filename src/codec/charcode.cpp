@@ -9,15 +9,15 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr CharCodeInfo charCodes[] = {
-    { CharCode::Binary, "Binary"_L1, {}, latin1Codec, 1, 2 },
-    { CharCode::Unicode, "Unicode"_L1, {}, utf8Codec, 2, 2 },
-    { CharCode::Utf8, "UTF8"_L1, "UTF-8"_L1, utf8Codec, 1, 3 },
-    { CharCode::ShiftJis, "Shift-JIS"_L1, "Shift-JIS"_L1, shiftJisCodec, 1, 2 },
-    { CharCode::Euc, "EUC"_L1, "EUC"_L1, eucCodec, 1, 2 },
-    { CharCode::Jis, "JIS"_L1, "JIS"_L1, jisCodec, 1, 2 },
-    { CharCode::Ascii, "Shift-JIS"_L1, {}, shiftJisCodec, 1, 2 },
+    { CharCode::Binary, "Binary"_L1, {}, latin1Codec, 1, 2, false },
+    { CharCode::Unicode, "Unicode"_L1, {}, utf8Codec, 2, 2, true },
+    { CharCode::Utf8, "UTF8"_L1, "UTF-8"_L1, utf8Codec, 1, 3, false },
+    { CharCode::ShiftJis, "Shift-JIS"_L1, "Shift-JIS"_L1, shiftJisCodec, 1, 2, false },
+    { CharCode::Euc, "EUC"_L1, "EUC"_L1, eucCodec, 1, 2, false },
+    { CharCode::Jis, "JIS"_L1, "JIS"_L1, jisCodec, 1, 2, true },
+    { CharCode::Ascii, "Shift-JIS"_L1, {}, shiftJisCodec, 1, 2, false },
 };
-constexpr CharCodeInfo unknownCode{ CharCode::ShiftJis, "????"_L1, {}, shiftJisCodec, 1, 2 };
+constexpr CharCodeInfo unknownCode{ CharCode::ShiftJis, "????"_L1, {}, shiftJisCodec, 1, 2, false };
 
 } // namespace
 
@@ -25,6 +25,11 @@ const CharCodeInfo &infoOf(CharCode code)
 {
     const auto *const found = std::ranges::find(charCodes, code, &CharCodeInfo::code);
     return found == std::end(charCodes) ? unknownCode : *found;
+}
+
+bool isCodeOfText(CharCode code)
+{
+    return code != CharCode::Binary && code != CharCode::Unicode;
 }
 
 const TextCodec &codecToRead(CharCode code, QByteArrayView bytes)

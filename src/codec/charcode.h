@@ -27,10 +27,16 @@ struct CharCodeInfo {
     /// What the properties count for a character: ASCII, line ends and half-width katakana; all others.
     int bytesOfNarrow;
     int bytesOfWide;
+    /// What a byte means depends on those before its character, so a text can only be decoded as a whole. In
+    /// all other codes the bytes of ASCII are ASCII.
+    bool hasState;
 };
 
 /// A value outside the enumeration is named "????" and handled as Shift-JIS.
 const CharCodeInfo &infoOf(CharCode code);
+
+/// Not the bytes or UTF-16 units that a file is read as when it is in no code of text.
+bool isCodeOfText(CharCode code);
 
 /// What a file with these bytes is read with: the code's codec, but for Unicode what the byte-order mark
 /// says.

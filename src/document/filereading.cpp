@@ -8,11 +8,10 @@
 
 namespace {
 
-/// Codes in which ASCII gives the same text.
+/// Codes in which ASCII gives the same text; what is in no code of text has other line ends.
 bool isAsciiAlike(CharCode code)
 {
-    return code == CharCode::Utf8 || code == CharCode::ShiftJis || code == CharCode::Euc
-        || code == CharCode::Ascii;
+    return isCodeOfText(code) && !infoOf(code).hasState;
 }
 
 /// Bytes that fit the code they were read with are text of that code, unless any bytes fit it.
@@ -117,10 +116,9 @@ void FileReading::takeLayout()
     m_workers.push_back({ *std::exchange(m_newLayout, std::nullopt) });
 }
 
-/// Escape sequences and the order of bytes say what those behind them are.
 bool FileReading::isHeldWhole() const
 {
-    return m_codes.charCode == CharCode::Jis || m_codes.charCode == CharCode::Unicode;
+    return infoOf(m_codes.charCode).hasState;
 }
 
 const TextCodec &FileReading::codecOf(QByteArrayView text) const

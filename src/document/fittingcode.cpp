@@ -19,12 +19,6 @@ private:
     qint64 m_undecodable = 0;
 };
 
-/// In these codes a line end is what it is wherever it stands, so that lines may be decoded apart.
-bool hasNoState(CharCode code)
-{
-    return code == CharCode::Utf8 || code == CharCode::ShiftJis || code == CharCode::Euc;
-}
-
 bool fitsAtOnce(QByteArrayView bytes, CharCode code)
 {
     FaultFinder finder;
@@ -35,7 +29,7 @@ bool fitsAtOnce(QByteArrayView bytes, CharCode code)
 bool fits(const ByteBlocks &blocks, CharCode code)
 {
     bool isFitting = true;
-    if (hasNoState(code)) {
+    if (!infoOf(code).hasState) {
         blocks([&](QByteArrayView bytes) { return isFitting = fitsAtOnce(bytes, code); });
         return isFitting;
     }
@@ -73,11 +67,6 @@ CharCode detectedIn(const ByteBlocks &blocks, CharCode codeOfEmpty)
 bool isSameCodec(CharCode one, CharCode other)
 {
     return &infoOf(one).codec() == &infoOf(other).codec();
-}
-
-bool isCodeOfText(CharCode code)
-{
-    return hasNoState(code) || code == CharCode::Jis || code == CharCode::Ascii;
 }
 
 } // namespace

@@ -305,7 +305,8 @@ bool TextDocument::readGrowth()
 {
     if (m_isHeld || m_isEdited || m_codes.charCode == CharCode::Unicode || fileChange() != FileChange::Grown)
         return false;
-    return m_codes.charCode == CharCode::Jis ? !load(m_path, m_name, CharCode::Jis, m_codes) : appendGrowth();
+    return infoOf(m_codes.charCode).hasState ? !load(m_path, m_name, m_codes.charCode, m_codes)
+                                             : appendGrowth();
 }
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include "codec/codecs.h"
 #include "codec/returncode.h"
+#include "tests/codec/everycharcode.h"
 #include "tests/testprogram.h"
 
 #include <QTest>
@@ -17,6 +18,7 @@ private slots:
     void namesCodes();
     void namesLineEnds();
     void labelsWhatDialogsOffer();
+    void readsAsAWholeWhatHasAState();
     void unknownCodesAreShiftJis();
     void unicodeIsReadByItsMark();
     void noRequestIsNoCode();
@@ -24,8 +26,9 @@ private slots:
 
 void CharCodeTest::valuesAreTheStoredOnes()
 {
-    for (int code = 0; code <= 6; ++code)
-        QCOMPARE(int(infoOf(CharCode(code)).code), code);
+    QCOMPARE(everyCharCode(),
+        QList({ CharCode::Binary, CharCode::Unicode, CharCode::Utf8, CharCode::ShiftJis, CharCode::Euc,
+            CharCode::Jis, CharCode::Ascii }));
     for (int code = 0; code <= 3; ++code)
         QCOMPARE(int(infoOf(ReturnCode(code)).code), code);
 }
@@ -52,11 +55,15 @@ void CharCodeTest::namesLineEnds()
 void CharCodeTest::labelsWhatDialogsOffer()
 {
     QStringList labels;
-    for (const CharCode code : { CharCode::Utf8, CharCode::ShiftJis, CharCode::Euc, CharCode::Jis })
+    for (const CharCode code : everyCharCode())
         labels << infoOf(code).label;
-    QCOMPARE(labels, QStringList({ u"UTF-8"_s, u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s }));
-    for (const CharCode code : { CharCode::Binary, CharCode::Unicode, CharCode::Ascii })
-        QVERIFY(infoOf(code).label.isNull());
+    QCOMPARE(labels, QStringList({ {}, {}, u"UTF-8"_s, u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s, {} }));
+}
+
+void CharCodeTest::readsAsAWholeWhatHasAState()
+{
+    for (const CharCode code : everyCharCode())
+        QCOMPARE(infoOf(code).hasState, code == CharCode::Unicode || code == CharCode::Jis);
 }
 
 void CharCodeTest::unknownCodesAreShiftJis()

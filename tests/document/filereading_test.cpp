@@ -3,6 +3,7 @@
 #include "document/fittingcode.h"
 #include "document/textdocument.h"
 #include "document/utf16text.h"
+#include "tests/codec/everycharcode.h"
 #include "tests/codec/nastybytes.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/document/documentfolder.h"
@@ -175,11 +176,10 @@ void FileReadingTest::isAsAtOnce()
 void FileReadingTest::cutsAreWhereBothSidesStandAlone_data()
 {
     QTest::addColumn<CharCode>("code");
-    QTest::newRow("binary") << CharCode::Binary;
-    QTest::newRow("UTF-8") << CharCode::Utf8;
-    QTest::newRow("Shift-JIS") << CharCode::ShiftJis;
-    QTest::newRow("EUC") << CharCode::Euc;
-    QTest::newRow("ASCII") << CharCode::Ascii;
+    for (const CharCode code : everyCharCode()) {
+        if (!infoOf(code).hasState)
+            QTest::addRow("%d, %s", int(code), infoOf(code).name.data()) << code;
+    }
 }
 
 void FileReadingTest::cutsAreWhereBothSidesStandAlone()

@@ -1,6 +1,7 @@
 #include "recovery/journalrecord.h"
 
 #include "codec/codecs.h"
+#include "tests/codec/everycharcode.h"
 #include "tests/testprogram.h"
 
 using namespace Qt::StringLiterals;
@@ -141,9 +142,9 @@ void JournalRecordTest::changedRecordsAreNone()
 /// Undecodable bytes and spellings would be taken for those of UTF-8 otherwise.
 void JournalRecordTest::everyCodeHasItsNumber()
 {
-    for (int code = 0; int(infoOf(CharCode(code)).code) == code; ++code) {
-        const TextCodec &codec = infoOf(CharCode(code)).codec();
-        QVERIFY2(&byteCodecOf(byteCodecNumber(codec)) == &codec, QByteArray::number(code));
+    for (const CharCode code : everyCharCode()) {
+        const TextCodec &codec = infoOf(code).codec();
+        QVERIFY2(&byteCodecOf(byteCodecNumber(codec)) == &codec, QByteArray::number(int(code)));
     }
     for (const TextCodec *codec : { &utf16LittleEndianCodec(), &utf16BigEndianCodec() })
         QCOMPARE(&byteCodecOf(byteCodecNumber(*codec)), codec);
