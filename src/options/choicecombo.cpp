@@ -1,8 +1,7 @@
 #include "options/choicecombo.h"
 
-ChoiceCombo::ChoiceCombo(int firstValue, QWidget *parent)
+ChoiceCombo::ChoiceCombo(QWidget *parent)
     : QComboBox(parent)
-    , m_firstValue(firstValue)
 {
     // A stored number that is no item is a value like any other, not a hint.
     QPalette colors = palette();
@@ -11,16 +10,20 @@ ChoiceCombo::ChoiceCombo(int firstValue, QWidget *parent)
     setPalette(colors);
 }
 
+void ChoiceCombo::addChoice(int value, const QString &text)
+{
+    addItem(text, value);
+}
+
 void ChoiceCombo::setValue(int value)
 {
-    const qint64 index = qint64(value) - m_firstValue;
     m_foreignValue = value;
-    setCurrentIndex(index >= 0 && index < count() ? int(index) : -1);
+    setCurrentIndex(findData(value));
     if (currentIndex() < 0)
         setPlaceholderText(QString::number(value));
 }
 
 int ChoiceCombo::value() const
 {
-    return currentIndex() < 0 ? m_foreignValue : currentIndex() + m_firstValue;
+    return currentIndex() < 0 ? m_foreignValue : currentData().toInt();
 }

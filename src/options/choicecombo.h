@@ -2,18 +2,19 @@
 
 #include <QComboBox>
 
-/// A list for a setting that is stored as the number of the chosen item, counted from `firstValue`. A stored
-/// number that is no item is shown as it is, and stays until an item is chosen.
+/// A list for a setting that is stored as the number of the chosen item. A stored number that is no item's is
+/// shown as it is, and stays until an item is chosen.
 class ChoiceCombo : public QComboBox {
     Q_OBJECT
 public:
-    explicit ChoiceCombo(int firstValue, QWidget *parent = nullptr);
+    explicit ChoiceCombo(QWidget *parent = nullptr);
 
-    /// The items are to be there by now.
+    void addChoice(int value, const QString &text);
+
+    /// The choices are to be there by now.
     void setValue(int value);
     int value() const;
 
 private:
-    int m_firstValue;
     int m_foreignValue = 0; ///< what is stored while no item is chosen
 };

@@ -22,7 +22,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int firstColor = 1; // what is stored for "Black"
-// Their values follow one another.
 constexpr std::array charCodeChoices{ CharCode::Utf8, CharCode::ShiftJis, CharCode::Euc, CharCode::Jis };
 constexpr std::array returnCodeChoices{ ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf };
 constexpr int digitsOfNumber = 6; // that a field for a number has room for
@@ -252,20 +251,18 @@ QWidget *frmOption::createDetailPage()
 
 ChoiceCombo *frmOption::createCharCode()
 {
-    QStringList labels;
+    QList<SettingControls::Item> items;
     for (const CharCode code : charCodeChoices)
-        labels << infoOf(code).label;
-    return m_controls.createChoice(
-        u"DefCodec"_s, &AppSettings::DefCodec, int(charCodeChoices.front()), labels);
+        items.append({ int(code), infoOf(code).label });
+    return m_controls.createChoice(u"DefCodec"_s, &AppSettings::DefCodec, items);
 }
 
 ChoiceCombo *frmOption::createReturnCode()
 {
-    QStringList names;
+    QList<SettingControls::Item> items;
     for (const ReturnCode code : returnCodeChoices)
-        names << infoOf(code).name;
-    ChoiceCombo *returnCode =
-        m_controls.createChoice(u"DefCRLF"_s, &AppSettings::DefCRLF, int(returnCodeChoices.front()), names);
+        items.append({ int(code), infoOf(code).name });
+    ChoiceCombo *returnCode = m_controls.createChoice(u"DefCRLF"_s, &AppSettings::DefCRLF, items);
     returnCode->setAccessibleName(tr("Line end"));
     return returnCode;
 }

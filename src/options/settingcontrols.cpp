@@ -19,14 +19,24 @@ QCheckBox *SettingControls::createCheck(const QString &key, int AppSettings::*se
 }
 
 ChoiceCombo *SettingControls::createChoice(
-    const QString &key, int AppSettings::*setting, int firstValue, const QStringList &items)
+    const QString &key, int AppSettings::*setting, const QList<Item> &items)
 {
-    auto *combo = new ChoiceCombo(firstValue);
+    auto *combo = new ChoiceCombo;
     combo->setObjectName(key);
-    combo->addItems(items);
+    for (const Item &item : items)
+        combo->addChoice(item.value, item.text);
     combo->setValue(m_settings.*setting);
     m_choices.append({ combo, setting });
     return combo;
+}
+
+ChoiceCombo *SettingControls::createChoice(
+    const QString &key, int AppSettings::*setting, int firstValue, const QStringList &items)
+{
+    QList<Item> numbered;
+    for (const QString &text : items)
+        numbered.append({ firstValue + int(numbered.size()), text });
+    return createChoice(key, setting, numbered);
 }
 
 void SettingControls::store() const

@@ -16,7 +16,13 @@ public:
 
     /// Checked for 1 alone; stored as 1 or 0.
     QCheckBox *createCheck(const QString &key, int AppSettings::*setting, const QString &text);
-    /// Stored as the number of the chosen item, counted from `firstValue`.
+    struct Item {
+        int value;
+        QString text;
+    };
+    /// Stored as the value of the chosen item.
+    ChoiceCombo *createChoice(const QString &key, int AppSettings::*setting, const QList<Item> &items);
+    /// The same of items whose values follow one another.
     ChoiceCombo *createChoice(
         const QString &key, int AppSettings::*setting, int firstValue, const QStringList &items);
 

@@ -77,21 +77,22 @@ void DetailPageTest::cursorRestoring()
 void DetailPageTest::choices_data()
 {
     QTest::addColumn<Setting>("setting");
-    QTest::addColumn<int>("first");
+    QTest::addColumn<QList<int>>("values");
     QTest::addColumn<QStringList>("items");
-    QTest::newRow("AutoIndent") << &AppSettings::AutoIndent << 0
+    QTest::newRow("AutoIndent") << &AppSettings::AutoIndent << QList{ 0, 1, 2 }
                                 << QStringList{ u"None"_s, u"Tab & space"_s, u"Tab & space & MultiSpace"_s };
-    QTest::newRow("DefCodec") << &AppSettings::DefCodec << 2
+    QTest::newRow("DefCodec") << &AppSettings::DefCodec << QList{ 2, 3, 4, 5 }
                               << QStringList{ u"UTF-8"_s, u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s };
-    QTest::newRow("DefCRLF") << &AppSettings::DefCRLF << 1 << QStringList{ u"CR"_s, u"CR+LF"_s, u"LF"_s };
+    QTest::newRow("DefCRLF") << &AppSettings::DefCRLF << QList{ 1, 2, 3 }
+                             << QStringList{ u"CR"_s, u"CR+LF"_s, u"LF"_s };
 }
 
 void DetailPageTest::choices()
 {
     QFETCH(Setting, setting);
-    QFETCH(int, first);
+    QFETCH(QList<int>, values);
     QFETCH(QStringList, items);
-    choiceShowsAndStores(QString::fromLatin1(QTest::currentDataTag()), setting, first, items);
+    choiceShowsAndStores(QString::fromLatin1(QTest::currentDataTag()), setting, values, items);
 }
 
 void DetailPageTest::foreignValues_data()

@@ -13,6 +13,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include <numeric>
+
 /// What the tests of the options dialog share: settings, and what a control is to do whichever page it is on.
 namespace OptionsForm {
 
@@ -145,21 +147,30 @@ inline void checkBoxShowsAndStores(const QString &name, Setting setting)
     }
 }
 
-/// Every item is chosen for its number, and stored as it; the first item is `first`.
-inline void choiceShowsAndStores(const QString &name, Setting setting, int first, const QStringList &items)
+/// Every item is chosen for its number, and stored as it.
+inline void choiceShowsAndStores(
+    const QString &name, Setting setting, const QList<int> &values, const QStringList &items)
 {
     QCOMPARE(itemsOf(control<QComboBox>(frmOption(nullptr), name)), items);
     const int count = int(items.size());
     for (int index = 0; index < count; ++index) {
-        appSettings().*setting = first + index;
+        appSettings().*setting = values.at(index);
         frmOption dialog(nullptr);
         auto *combo = control<QComboBox>(dialog, name);
         QCOMPARE(combo->currentIndex(), index);
         QVERIFY(!combo->isEditable());
         choose(combo, (index + 1) % count);
         dialog.accept();
-        QCOMPARE(appSettings().*setting, first + (index + 1) % count);
+        QCOMPARE(appSettings().*setting, values.at((index + 1) % count));
     }
+}
+
+/// The same of values that follow one another.
+inline void choiceShowsAndStores(const QString &name, Setting setting, int first, const QStringList &items)
+{
+    QList<int> values(items.size());
+    std::iota(values.begin(), values.end(), first);
+    choiceShowsAndStores(name, setting, values, items);
 }
 
 /// A number that is no item is shown as it is, and stays until an item is chosen.

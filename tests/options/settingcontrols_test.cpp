@@ -14,6 +14,7 @@ class SettingControlsTest : public QObject {
 private slots:
     void showTheSettings();
     void storeWhatWasChosen();
+    void valuesMayHaveGaps();
     void foreignNumbersStay();
     void nothingIsStoredBefore();
 };
@@ -47,6 +48,19 @@ void SettingControlsTest::storeWhatWasChosen()
     controls.store();
     QCOMPARE(settings.ShowTAB, 1);
     QCOMPARE(settings.ForeColor, 2);
+}
+
+void SettingControlsTest::valuesMayHaveGaps()
+{
+    AppSettings settings;
+    settings.DefCodec = 7;
+    SettingControls controls(settings);
+    const std::unique_ptr<ChoiceCombo> combo(controls.createChoice(
+        u"DefCodec"_s, &AppSettings::DefCodec, { { 5, u"a"_s }, { 7, u"b"_s }, { 3, u"c"_s } }));
+    QCOMPARE(combo->currentText(), u"b"_s);
+    combo->setCurrentIndex(2);
+    controls.store();
+    QCOMPARE(settings.DefCodec, 3);
 }
 
 void SettingControlsTest::foreignNumbersStay()
