@@ -1,8 +1,8 @@
 // Any bytes through every codec, in blocks and leaves of any size: they are saved as they were, and what is
 // edited beside them does not change them.
 
-#include "codec/codecs.h"
 #include "fuzz/bytes.h"
+#include "tests/codec/codecnamed.h"
 #include "tests/codec/shorttexts.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/text/tinynodes.h"
@@ -99,16 +99,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Bytes bytes(data, size);
     const Plan plan(bytes);
     const QByteArray content = bytes.take(qint64(size));
-    for (const TextCodec *codec : { &shiftJisCodec(), &eucCodec(), &jisCodec(), &utf8Codec(), &latin1Codec(),
-             &utf16LittleEndianCodec(), &utf16BigEndianCodec() }) {
-        const QByteArray file = isUtf16(*codec) ? encoded(*codec, {}) + content : content;
-        const QString text = decoded(*codec, file);
-        TextStore store = storeOf(*codec, file, plan.cuts);
+    for (const NamedCodec &named : namedCodecs) {
+        const TextCodec &codec = named.codec();
+        const QByteArray file = isUtf16(codec) ? encoded(codec, {}) + content : content;
+        const QString text = decoded(codec, file);
+        TextStore store = storeOf(codec, file, plan.cuts);
         store.checkInvariants();
         require(store.text() == text);
-        require(storedBytes(*codec, store) == file);
-        checkUnits(*codec, file, text);
-        checkEdit(*codec, file, store, plan);
+        require(storedBytes(codec, store) == file);
+        checkUnits(codec, file, text);
+        checkEdit(codec, file, store, plan);
     }
     return 0;
 }

@@ -89,13 +89,11 @@ QByteArray mixedBytes(const TextCodec &codec)
     return bytes + bytes;
 }
 
-const char *const codecNames[] = { "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1", "UTF-16LE", "UTF-16BE" };
-
 void addCodecRows()
 {
     QTest::addColumn<QByteArray>("codec");
-    for (const char *name : codecNames)
-        QTest::newRow(name) << QByteArray(name);
+    for (const NamedCodec &codec : namedCodecs)
+        QTest::newRow(codec.name) << QByteArray(codec.name);
 }
 
 } // namespace
@@ -537,14 +535,14 @@ void TextCodecTest::encodesStore()
     const QString text =
         u"plain\n"_s.repeated(2000) + u"漢字\U0001F480\n"_s.repeated(2000) + u"é\n"_s.repeated(2000);
     store.replace(Offset(0), 0, text);
-    for (const char *name : codecNames) {
-        const TextCodec *codec = &codecNamed(name);
+    for (const auto &[name, codecOfName] : namedCodecs) {
+        const TextCodec &codec = codecOfName();
         QByteArray bytes;
-        QVERIFY(codec->encode(store, [&bytes](QByteArrayView block) {
+        QVERIFY(codec.encode(store, [&bytes](QByteArrayView block) {
             bytes += block;
             return true;
         }));
-        QVERIFY2(bytes == encoded(*codec, text), name);
+        QVERIFY2(bytes == encoded(codec, text), name);
     }
 }
 
@@ -552,9 +550,9 @@ void TextCodecTest::refusedBytesStopEncoding()
 {
     TextStore store;
     store.replace(Offset(0), 0, u"漢字"_s.repeated(100000));
-    for (const char *name : codecNames) {
+    for (const NamedCodec &named : namedCodecs) {
         int calls = 0;
-        QVERIFY(!codecNamed(name).encode(store, [&calls](QByteArrayView) {
+        QVERIFY(!named.codec().encode(store, [&calls](QByteArrayView) {
             ++calls;
             return calls < 2;
         }));
