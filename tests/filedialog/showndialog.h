@@ -28,17 +28,17 @@ struct ShownDialog {
         dialog.initTimer();
     }
 
-    QComboBox *combo(const char *lastRow) const
+    QComboBox *comboWith(const char *row) const
     {
         for (QComboBox *box : combos) {
-            if (box->count() > 0 && box->itemText(box->count() - 1) == latin1(lastRow))
+            if (box->findText(latin1(row)) >= 0)
                 return box;
         }
         return nullptr;
     }
-    QComboBox *types() const { return combo("all files (*.*)"); }
-    QComboBox *charCodes() const { return combo("UTF-8"); }
-    QComboBox *returnCodes() const { return combo("CR"); }
+    QComboBox *types() const { return comboWith("all files (*.*)"); }
+    QComboBox *charCodes() const { return comboWith("UTF-8"); }
+    QComboBox *returnCodes() const { return comboWith("CR"); }
     QComboBox *folders() const
     {
         for (QComboBox *box : combos) {
