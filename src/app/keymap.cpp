@@ -91,8 +91,9 @@ std::span<const KeyBinding> keyBindings()
 QList<CommandSlot> commandsForKey(const QKeyEvent &press)
 {
     const Key key = keyOf(press);
-    QList<CommandSlot> commands = commandsFor(key, !press.text().isEmpty());
-    if (!commands.isEmpty() || key.modifiers != control)
+    const QList<CommandSlot> commands = commandsFor(key, !press.text().isEmpty());
+    // "+" is before the 1 of a Czech keyboard.
+    if ((!commands.isEmpty() && key.code != Qt::Key_Plus) || key.modifiers != control)
         return commands;
     const std::optional<int> digit = digitBehindShift(press);
     return digit ? commandsFor({ Qt::Key_0 + *digit, control }, true) : commands;
