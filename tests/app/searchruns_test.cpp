@@ -50,7 +50,7 @@ private:
     /// From where to where, wherever the cursor is.
     QList<qint64> selection() const
     {
-        const auto [from, to] = std::minmax(editor().anchorOffset(), editor().cursorOffset());
+        const auto [from, to] = std::minmax({ editor().anchorOffset(), editor().cursorOffset() });
         return { from.value(), to.value() };
     }
 

@@ -51,8 +51,8 @@ private slots:
 
 void JobTest::nothingIsDoneBeforeItsTurn()
 {
-    SteppedRunner runner;
     CountingLife life;
+    SteppedRunner runner;
     const Job job(std::make_unique<CountingWork>(1, &life), runner);
     QCoreApplication::processEvents();
     QCOMPARE(life.steps, 0);
@@ -102,8 +102,8 @@ void JobTest::newsAreJoined()
 
 void JobTest::jobsTakeTurns()
 {
-    SteppedRunner runner;
     CountingLife first, second;
+    SteppedRunner runner;
     const Job a(std::make_unique<CountingWork>(3, &first), runner);
     const Job b(std::make_unique<CountingWork>(3, &second), runner);
     runner.step();
@@ -122,8 +122,8 @@ void JobTest::stopsAfterAnyStep_data()
 void JobTest::stopsAfterAnyStep()
 {
     QFETCH(int, steps);
-    SteppedRunner runner;
     CountingLife life;
+    SteppedRunner runner;
     Job job(std::make_unique<CountingWork>(3, &life), runner);
     for (int i = 0; i < steps; ++i)
         runner.step();
@@ -167,8 +167,8 @@ void JobTest::whatIsDoneIsDone()
 
 void JobTest::failsInTheMiddle()
 {
-    SteppedRunner runner;
     CountingLife life;
+    SteppedRunner runner;
     auto work = std::make_unique<CountingWork>(3, &life);
     work->failAt(2);
     Job job(std::move(work), runner);
@@ -181,8 +181,8 @@ void JobTest::failsInTheMiddle()
 
 void JobTest::theWorkLivesAsLongAsTheJob()
 {
-    SteppedRunner runner;
     CountingLife life;
+    SteppedRunner runner;
     {
         const Job job(std::make_unique<CountingWork>(1, &life), runner);
         runner.runAll();
@@ -199,8 +199,8 @@ void JobTest::givenUpAfterAnyStep_data()
 void JobTest::givenUpAfterAnyStep()
 {
     QFETCH(int, steps);
-    SteppedRunner runner;
     CountingLife life;
+    SteppedRunner runner;
     {
         const Job job(std::make_unique<CountingWork>(3, &life), runner);
         for (int i = 0; i < steps; ++i)
@@ -215,8 +215,8 @@ void JobTest::givenUpAfterAnyStep()
 
 void JobTest::mayBeDestroyedByWhoIsTold()
 {
-    SteppedRunner runner;
     CountingLife life;
+    SteppedRunner runner;
     auto *const job = new Job(std::make_unique<CountingWork>(3, &life), runner);
     connect(job, &Job::progressed, this, [job] { delete job; });
     connect(job, &Job::partReady, this, [] { QFAIL("told of a job that is gone"); });
