@@ -43,6 +43,7 @@ QString ObstacleNotices::textOf(WriteObstacle obstacle)
 void ObstacleNotices::tell(ctlEditer *editor, WriteObstacle obstacle)
 {
     Notice notice{ NoticeKind::NotWritable, editor, [obstacle] { return textOf(obstacle); }, {} };
-    notice.offers.push_back({ [] { return tr("Save As…"); }, [this, editor] { m_saver.beginSaveAs(editor); } });
+    notice.offers.push_back(
+        { [] { return tr("Save As…"); }, [this, editor] { m_saver.beginSaveAs(editor); } });
     m_documents.notices().put(std::move(notice));
 }

@@ -16,7 +16,7 @@ namespace {
 /// Null: there can be none.
 SharedFd namelessFile()
 {
-    QByteArray name = QFile::encodeName(QDir::tempPath()) + "/marlopad-XXXXXX";
+    QByteArray name = QFile::encodeName(QDir::tempPath()) + "/marlopad-" + QByteArray(6, 'X');
     const int number = ::mkostemp(name.data(), O_CLOEXEC);
     if (number == -1)
         return {};

@@ -95,8 +95,8 @@ QList<frmOption::Number> frmOption::numbers() const
             tr("The Wrap columns must be numeric."), tr("The Wrap columns must be more than 10 numbers.") },
         { m_tabLen, &settings.TabLen, 1, 12, tr("The Tab size must be numeric."),
             tr("The Tab size must be between 1 and 12.") },
-        { m_fontSize->lineEdit(), &settings.FontSize, 1, AppSettings::largestFontSize, tr("The Font size must be numeric."),
-            tr("The Font size must be between 1 and 99.") },
+        { m_fontSize->lineEdit(), &settings.FontSize, 1, AppSettings::largestFontSize,
+            tr("The Font size must be numeric."), tr("The Font size must be between 1 and 99.") },
         { m_recentViewCnt, &recentFiles().RecentViewCnt, 0, 15, tr("The Recent Files count must be numeric."),
             tr("The Recent Files count must be between 0 and 15.") },
     };

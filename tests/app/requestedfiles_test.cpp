@@ -8,9 +8,8 @@
 #include <QMimeData>
 
 #include <array>
-#include <cstdlib>
 
-#include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
@@ -21,9 +20,7 @@ using From = FileRequest::From;
 
 SharedFd fileWith(const QByteArray &content)
 {
-    QByteArray name = "/tmp/requestedfiles-XXXXXX";
-    const int number = ::mkostemp(name.data(), O_CLOEXEC);
-    ::unlink(name.constData());
+    const int number = ::memfd_create("content", MFD_CLOEXEC);
     if (::write(number, content.constData(), size_t(content.size())) != content.size())
         qFatal("cannot write");
     return std::make_shared<OpenFd>(number);

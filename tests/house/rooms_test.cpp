@@ -52,7 +52,8 @@ const QMap<QString, Room> &rooms()
 }
 
 /// Rooms that know of the toolkit its Core alone.
-const QStringList coreRooms{ u"text"_s, u"files"_s, u"jobs"_s, u"codec"_s, u"document"_s, u"recovery"_s, u"settings"_s };
+const QStringList coreRooms{ u"text"_s, u"files"_s, u"jobs"_s, u"codec"_s, u"document"_s, u"recovery"_s,
+    u"settings"_s };
 
 QString productFolder()
 {

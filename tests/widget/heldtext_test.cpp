@@ -48,7 +48,11 @@ private:
     {
         QTest::keyClick(m_edit.get(), key, modifiers);
     }
-    void begin() { m_edit->document().beginArrival(u"/f/"_s, u"n"_s, { CharCode::Utf8, ReturnCode::Lf }, TextStore(m_edit->layoutRule())); }
+    void begin()
+    {
+        m_edit->document().beginArrival(
+            u"/f/"_s, u"n"_s, { CharCode::Utf8, ReturnCode::Lf }, TextStore(m_edit->layoutRule()));
+    }
 
     std::unique_ptr<QMultiLineEdit> m_edit;
 };
