@@ -9,6 +9,7 @@
 
 #include <array>
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 
