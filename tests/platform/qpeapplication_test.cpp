@@ -5,19 +5,18 @@
 #include "platform/endquestion.h"
 #include "platform/qcop.h"
 #include "platform/toolkitstart.h"
+#include "tests/platform/programrole.h"
 #include "tests/testprogram.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCall>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QFontInfo>
 #include <QMenu>
 #include <QMessageBox>
-#include <QProcess>
 #include <QScreen>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
@@ -80,77 +79,6 @@ private:
     }
 };
 
-/// This program in another role, see run().
-class Role : public QProcess {
-public:
-    explicit Role(const QStringList &arguments, const QString &folder = QDir::currentPath())
-    {
-        setProgram(QCoreApplication::applicationFilePath());
-        setArguments(QStringList{ u"qpeapplication_test"_s } + arguments);
-        setWorkingDirectory(folder);
-        setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    }
-    ~Role() override
-    {
-        kill();
-        waitForFinished();
-    }
-    Role(const Role &) = delete;
-    Role &operator=(const Role &) = delete;
-
-    bool prints(const QByteArray &line)
-    {
-        while (!m_output.contains('\n' + line + '\n') && state() != NotRunning && waitForReadyRead(20000))
-            m_output += readAllStandardOutput();
-        m_output += readAllStandardOutput();
-        return m_output.contains('\n' + line + '\n');
-    }
-    bool startsAndPrints(const QByteArray &line)
-    {
-        start();
-        return prints(line);
-    }
-    bool tells(const QByteArray &line) { return write(line) == line.size() && waitForBytesWritten(); }
-    QByteArray output()
-    {
-        if (state() == NotRunning)
-            start();
-        waitForFinished();
-        return readAllStandardOutput().trimmed();
-    }
-    int run()
-    {
-        start();
-        return waitForFinished(20000) ? exitCode() : -1;
-    }
-    void setVariable(const QString &name, const QString &value)
-    {
-        QProcessEnvironment variables = processEnvironment();
-        if (variables.isEmpty())
-            variables = QProcessEnvironment::systemEnvironment();
-        variables.insert(name, value);
-        setProcessEnvironment(variables);
-    }
-
-private:
-    QByteArray m_output = "\n";
-};
-
-/// As a desktop calls the program, with an empty account of itself.
-QDBusMessage desktopCall(const QString &method, QVariantList arguments)
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(u"example.marlopad.marlopad"_s,
-        u"/example/marlopad/marlopad"_s, u"org.freedesktop.Application"_s, method);
-    call.setArguments(arguments << QVariantMap());
-    return call;
-}
-
-bool callFromDesktop(const QString &method, const QVariantList &arguments = {})
-{
-    const QDBusMessage call = desktopCall(method, arguments);
-    return QDBusConnection::sessionBus().call(call).type() == QDBusMessage::ReplyMessage;
-}
-
 bool callOwnChannel(const QString &method, const QVariantList &arguments)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -185,11 +113,6 @@ private slots:
     void message_opensTheDocument_data();
     void message_opensTheDocument();
     void message_followsLinks();
-    void desktop_opensFiles();
-    void desktop_showsTheWindow();
-    void desktop_hasActions_data();
-    void desktop_hasActions();
-    void desktop_duringTheQuestion_waits();
 
     void signal_endsAtOnce_data();
     void signal_endsAtOnce();
@@ -459,59 +382,6 @@ void QPEApplicationTest::message_followsLinks()
     QVERIFY(role.startsAndPrints("ready"));
     QVERIFY(callOwnChannel(u"setDocument"_s, { folder + u"/link/../x.txt"_s }));
     QVERIFY(role.prints("document " + folder.toUtf8() + "/a/x.txt"));
-}
-
-void QPEApplicationTest::desktop_opensFiles()
-{
-    Role role({ u"run"_s });
-    QVERIFY(role.startsAndPrints("ready"));
-    const QStringList addresses{ u"file:///a%20b.txt"_s, u"https://x.example/"_s, u"file:///%83e"_s };
-    QVERIFY(callFromDesktop(u"Open"_s, { addresses }));
-    QVERIFY(role.prints("document /a b.txt"));
-    QVERIFY(role.prints("document /\\udc83e"));
-}
-
-void QPEApplicationTest::desktop_showsTheWindow()
-{
-    Role role({ u"run"_s, u"minimized"_s });
-    QVERIFY(role.startsAndPrints("ready"));
-    QVERIFY(callFromDesktop(u"Activate"_s));
-    QVERIFY(role.prints("shown"));
-}
-
-void QPEApplicationTest::desktop_hasActions_data()
-{
-    QTest::addColumn<QString>("action");
-    QTest::addColumn<QByteArray>("printed"); // empty: there is no such action
-    QTest::newRow("new document") << u"new-document"_s << QByteArray("document");
-    QTest::newRow("recent files") << u"recent-files"_s << QByteArray("recent");
-    QTest::newRow("another") << u"other"_s << QByteArray();
-}
-
-void QPEApplicationTest::desktop_hasActions()
-{
-    QFETCH(QString, action);
-    QFETCH(QByteArray, printed);
-    Role role({ u"run"_s });
-    QVERIFY(role.startsAndPrints("ready"));
-    QCOMPARE(callFromDesktop(u"ActivateAction"_s, { action, QVariantList() }), !printed.isEmpty());
-    QVERIFY(printed.isEmpty() || role.prints(printed));
-}
-
-/// The desktop hears what became of its files, as every giver does.
-void QPEApplicationTest::desktop_duringTheQuestion_waits()
-{
-    Role role({ u"ask"_s });
-    QVERIFY(role.startsAndPrints("ready"));
-    const QDBusPendingCall answer = QDBusConnection::sessionBus().asyncCall(
-        desktopCall(u"Open"_s, { QStringList{ u"file:///a"_s, u"file:///b"_s } }));
-    QVERIFY(role.prints("shown"));
-    QVERIFY(!answer.isFinished());
-    QVERIFY(role.tells("stay\n"));
-    QVERIFY(role.prints("document /a"));
-    QVERIFY(role.prints("document /b"));
-    QTRY_VERIFY(answer.isFinished());
-    QVERIFY(!answer.isError());
 }
 
 void QPEApplicationTest::signal_endsAtOnce_data()
