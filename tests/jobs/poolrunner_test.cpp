@@ -37,6 +37,23 @@ private:
     int m_round = 0;
 };
 
+/// Takes one step, which ends when somebody else says so.
+class WaitingWork : public JobWork {
+public:
+    explicit WaitingWork(std::latch &end)
+        : m_end(end)
+    {
+    }
+    Step step(JobTurn &) override
+    {
+        m_end.wait();
+        return Step::Done;
+    }
+
+private:
+    std::latch &m_end;
+};
+
 } // namespace
 
 /// Jobs in threads.
@@ -100,19 +117,9 @@ void PoolRunnerTest::handsOverInOrder()
 
 void PoolRunnerTest::oneThatWaitsKeepsNoOtherWaiting()
 {
-    struct Waiting : JobWork {
-        std::latch *end;
-        Step step(JobTurn &) override
-        {
-            end->wait();
-            return Step::Done;
-        }
-    };
     std::latch end(1);
     PoolRunner runner;
-    auto work = std::make_unique<Waiting>();
-    work->end = &end;
-    const Job waiting(std::move(work), runner);
+    const Job waiting(std::make_unique<WaitingWork>(end), runner);
     const Job other(std::make_unique<CountingWork>(10), runner);
     QTRY_VERIFY(other.isFinished());
     QVERIFY(!waiting.isFinished());
@@ -177,19 +184,9 @@ void PoolRunnerTest::waits()
 
 void PoolRunnerTest::waitsNoLongerThanItMay()
 {
-    struct Waiting : JobWork {
-        std::latch *end;
-        Step step(JobTurn &) override
-        {
-            end->wait();
-            return Step::Done;
-        }
-    };
     std::latch end(1);
     PoolRunner runner;
-    auto work = std::make_unique<Waiting>();
-    work->end = &end;
-    Job job(std::move(work), runner);
+    Job job(std::make_unique<WaitingWork>(end), runner);
     QVERIFY(!job.wait(QDeadlineTimer(1)));
     end.count_down();
     QVERIFY(job.wait(QDeadlineTimer::Forever));
