@@ -77,7 +77,7 @@ void IndentationTest::linesOfManyLeaves()
 
 void IndentationTest::spellingsStay()
 {
-    TextStore::Builder builder({});
+    TextStore::Builder builder(LayoutRule{});
     builder.append(u"a\n");
     builder.spell("\xFA\x4A");
     builder.append(u"Ⅰ");
