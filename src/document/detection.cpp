@@ -59,6 +59,19 @@ constexpr bool isContinuation(uchar byte)
     return (byte & 0xC0) == 0x80;
 }
 
+/// Over ASCII, eight bytes at a time.
+const uchar *passAscii(const uchar *in, const uchar *end)
+{
+    for (; end - in >= asciiwords::wordSize; in += asciiwords::wordSize) {
+        const quint64 high = asciiwords::highBytes(asciiwords::loadWord(in));
+        if (high != 0)
+            return in + asciiwords::bytesBelow(high);
+    }
+    while (in != end && !isHighByte(*in))
+        ++in;
+    return in;
+}
+
 const uchar *passThreeByteCharacters(const uchar *in, const uchar *end)
 {
     while (end - in >= 3 && (in[0] & 0xF0) == 0xE0 && isContinuation(in[1]) && isContinuation(in[2]))
@@ -71,6 +84,25 @@ int continuationBytes(uchar lead)
     if (lead >= 0xC0 && lead <= 0xDF)
         return 1;
     return lead >= 0xE0 && lead <= 0xEF ? 2 : 0;
+}
+
+/// Goes over bytes as UTF-8, of which a character in front still wants `owed`. How many the last character
+/// still wants; nothing: they are not UTF-8.
+std::optional<int> passUtf8(const uchar *in, const uchar *end, int owed)
+{
+    while (in != end) {
+        for (; owed > 0 && in != end; --owed) {
+            if (!isContinuation(*in++))
+                return std::nullopt;
+        }
+        in = passThreeByteCharacters(passAscii(in, end), end);
+        if (in != end && isHighByte(*in)) {
+            owed = continuationBytes(*in++);
+            if (owed == 0)
+                return std::nullopt;
+        }
+    }
+    return owed;
 }
 
 /// Whether a byte occurs that only Shift-JIS has: 81..9E, but not 8E, which EUC has too.
@@ -98,17 +130,12 @@ void CodeDetection::add(QByteArrayView bytes)
         const uchar *const end = in + std::min(block, bytes.size());
         for (const uchar *at = in; m_started < 2 && at != end; ++at)
             m_start[m_started++] = *at;
-        const Glance glance = glanceAt(in, end);
-        m_hasHigh |= isHighByte(glance.all);
-        if (m_pass == Pass::GoesOn && m_owed == 0 && !isHighByte(glance.all) && glance.least > 0) {
-            m_hasEscape |= glance.hasEscape;
-            m_isPlain &= glance.least >= firstPlain;
-        } else if (m_pass == Pass::GoesOn) {
+        if (m_pass == Pass::GoesOn)
             pass(in, end);
-        }
-        if (glance.hasEscape || m_jis != JisState::Start)
-            lookForJis(in, end);
-        if (isHighByte(glance.all) && !m_hasShiftJisByte)
+        if (m_pass == Pass::Binary)
+            return;
+        lookForJis(in, end);
+        if (m_hasHigh && !m_hasShiftJisByte)
             m_hasShiftJisByte = hasShiftJisByte(in, end);
     }
 }
@@ -116,64 +143,20 @@ void CodeDetection::add(QByteArrayView bytes)
 /// Goes on with the walk as far as it goes.
 void CodeDetection::pass(const uchar *in, const uchar *end)
 {
-    in = passOwed(in, end);
-    while (in != end && m_pass == Pass::GoesOn) {
-        if (!isHighByte(*in)) {
-            in = passAscii(in, end);
-        } else {
-            in = passCharacter(in, end);
-            if (m_pass == Pass::GoesOn && m_owed == 0)
-                in = passThreeByteCharacters(in, end);
-        }
+    const Glance glance = glanceAt(in, end);
+    const bool hasHigh = isHighByte(glance.all);
+    m_hasHigh |= hasHigh;
+    m_hasEscape |= glance.hasEscape;
+    m_isPlain &= !hasHigh && glance.least >= firstPlain;
+    const uchar *const nul = glance.least == 0 ? find(in, end, 0) : end;
+    if (hasHigh || m_owed > 0) {
+        const std::optional<int> owed = passUtf8(in, nul, m_owed);
+        m_owed = owed.value_or(0);
+        if (!owed)
+            m_pass = Pass::Ended;
     }
-}
-
-/// Over the rest of a character.
-const uchar *CodeDetection::passOwed(const uchar *in, const uchar *end)
-{
-    for (; m_owed > 0 && in != end; --m_owed, ++in) {
-        if (!isContinuation(*in)) {
-            m_pass = *in == 0 ? Pass::Binary : Pass::Ended;
-            return in;
-        }
-    }
-    return in;
-}
-
-/// Over ASCII, most of it eight bytes at a time.
-const uchar *CodeDetection::passAscii(const uchar *in, const uchar *end)
-{
-    quint64 escapes = 0;
-    quint64 controls = 0;
-    while (end - in >= asciiwords::wordSize) {
-        const quint64 word = asciiwords::loadWord(in);
-        if ((asciiwords::highBytes(word) | asciiwords::bytesEqual(word, 0)) != 0)
-            break;
-        escapes |= asciiwords::bytesEqual(word, escapeCharacter);
-        controls |= asciiwords::bytesLess(word, firstPlain);
-        in += asciiwords::wordSize;
-    }
-    m_hasEscape |= escapes != 0;
-    m_isPlain &= controls == 0;
-    for (; in != end && !isHighByte(*in); ++in) {
-        if (*in == 0) {
-            m_pass = Pass::Binary;
-            return in;
-        }
-        m_hasEscape |= *in == escapeCharacter;
-        m_isPlain &= *in >= firstPlain;
-    }
-    return in;
-}
-
-/// Over one character that is not ASCII.
-const uchar *CodeDetection::passCharacter(const uchar *in, const uchar *end)
-{
-    m_isPlain = false;
-    m_owed = continuationBytes(*in++);
-    if (m_owed == 0)
-        m_pass = Pass::Ended;
-    return passOwed(in, end);
+    if (m_pass == Pass::GoesOn && nul != end)
+        m_pass = Pass::Binary;
 }
 
 /// Whether ESC $ B, ESC $ @, ESC ( I, ESC ( B or ESC ( J occurs. A byte that breaks off a sequence is not

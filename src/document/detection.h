@@ -27,9 +27,6 @@ private:
     enum class JisState { Start, Escape, Dollar, Parenthesis, Found };
 
     void pass(const uchar *in, const uchar *end);
-    const uchar *passOwed(const uchar *in, const uchar *end);
-    const uchar *passAscii(const uchar *in, const uchar *end);
-    const uchar *passCharacter(const uchar *in, const uchar *end);
     void lookForJis(const uchar *in, const uchar *end);
 
     uchar m_start[2] = {}; ///< the first bytes
@@ -37,7 +34,8 @@ private:
     bool m_hasHigh = false;
     Pass m_pass = Pass::GoesOn;
     int m_owed = 0; ///< bytes that the last character still wants
-    bool m_hasEscape = false; ///< met the escape character as a character
+    bool m_hasEscape =
+        false; ///< has the escape character; this and the next are right while the walk goes on
     bool m_isPlain = true; ///< nothing but bytes 28..127
     JisState m_jis = JisState::Start;
     bool m_hasShiftJisByte = false;
