@@ -133,16 +133,10 @@ public:
     void character(char16_t c, uchar *&out)
     {
         const quint16 code = m_planes->code(c);
-        if (code >= 0x100)
-            write(code & JisPlanes::supplementFlag ? Set::Supplement : Set::Kanji, code, 2, out);
-        else if (code >= 0x80)
-            write(Set::Katakana, code, 1, out);
-        else if (code != 0 && c >= 0x80)
-            yenOrOverline(code, out);
-        else if (code != 0 || c == 0)
-            write(setForAscii(code), code, 1, out);
-        else
-            unknown(out);
+        if (code < 0x100 || m_set != setOfPair(code) || !isPlain())
+            return otherCharacter(c, code, out);
+        *out++ = (code >> 8) & 0x7F;
+        *out++ = code & 0x7F;
     }
 
     void unknown(uchar *&out) { write(Set::Ascii, '?', 1, out); }
@@ -210,6 +204,26 @@ private:
         uchar bytes[longestDesignation] = {};
         qsizetype size = 0;
     };
+
+    static Set setOfPair(quint16 code)
+    {
+        return code & JisPlanes::supplementFlag ? Set::Supplement : Set::Kanji;
+    }
+
+    /// Any but a pair of the set that is designated.
+    void otherCharacter(char16_t c, quint16 code, uchar *&out)
+    {
+        if (code >= 0x100)
+            write(setOfPair(code), code, 2, out);
+        else if (code >= 0x80)
+            write(Set::Katakana, code, 1, out);
+        else if (code != 0 && c >= 0x80)
+            yenOrOverline(code, out);
+        else if (code != 0 || c == 0)
+            write(setForAscii(code), code, 1, out);
+        else
+            unknown(out);
+    }
 
     Set setForAscii(quint16 code) const
     {
