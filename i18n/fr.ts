@@ -89,33 +89,6 @@
     </message>
 </context>
 <context>
-    <name>DocumentJournals</name>
-    <message>
-        <source>the disk is full</source>
-        <translation>disque plein</translation>
-    </message>
-    <message>
-        <source>no permission to write</source>
-        <translation>écriture non autorisée</translation>
-    </message>
-    <message>
-        <source>files cannot be locked there</source>
-        <translation>verrouillage impossible</translation>
-    </message>
-    <message>
-        <source>the disk cannot be written</source>
-        <translation>écriture impossible</translation>
-    </message>
-    <message>
-        <source>Try again</source>
-        <translation>Réessayer</translation>
-    </message>
-    <message>
-        <source>Recovery is off: %1</source>
-        <translation>Récupération désactivée&#xa0;: %1</translation>
-    </message>
-</context>
-<context>
     <name>DiskNotices</name>
     <message>
         <source>Another program has added to this file.</source>
@@ -164,6 +137,44 @@
     <message>
         <source>Stop</source>
         <translation>Arrêter</translation>
+    </message>
+</context>
+<context>
+    <name>DocumentJournals</name>
+    <message>
+        <source>the disk is full</source>
+        <translation>disque plein</translation>
+    </message>
+    <message>
+        <source>no permission to write</source>
+        <translation>écriture non autorisée</translation>
+    </message>
+    <message>
+        <source>files cannot be locked there</source>
+        <translation>verrouillage impossible</translation>
+    </message>
+    <message>
+        <source>the disk cannot be written</source>
+        <translation>écriture impossible</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>Recovery is off: %1</source>
+        <translation>Récupération désactivée&#xa0;: %1</translation>
+    </message>
+</context>
+<context>
+    <name>FirstOffers</name>
+    <message>
+        <source>New documents are in %1 with %2</source>
+        <translation>Nouveaux documents en %1 avec %2</translation>
+    </message>
+    <message>
+        <source>UTF-8 with LF</source>
+        <translation>UTF-8 avec LF</translation>
     </message>
 </context>
 <context>
@@ -274,15 +285,15 @@
     <name>Recovery</name>
     <message>
         <source>Parts are missing; a line with dots stands for each</source>
-        <translation>Des parties manquent ; une ligne de points remplace chacune</translation>
+        <translation>Des parties manquent&#xa0;; une ligne de points remplace chacune</translation>
     </message>
     <message>
         <source>The file has changed; this text is in no file yet</source>
-        <translation>Fichier modifié ; ce texte n’est encore enregistré nulle part</translation>
+        <translation>Fichier modifié&#xa0;; ce texte n’est encore enregistré nulle part</translation>
     </message>
     <message>
         <source>The file is gone; this text is in no file yet</source>
-        <translation>Fichier disparu ; ce texte n’est encore enregistré nulle part</translation>
+        <translation>Fichier disparu&#xa0;; ce texte n’est encore enregistré nulle part</translation>
     </message>
     <message>
         <source>%1 (other edits)</source>
@@ -290,7 +301,7 @@
     </message>
     <message>
         <source>The file has other edits in its tab; these are in no file yet</source>
-        <translation>Le fichier a d’autres modifications ; celles-ci ne sont enregistrées nulle part</translation>
+        <translation>Le fichier a d’autres modifications&#xa0;; celles-ci ne sont enregistrées nulle part</translation>
     </message>
     <message>
         <source>Open the file</source>
@@ -354,7 +365,7 @@
     </message>
     <message>
         <source>%1: %2%</source>
-        <translation>%1 : %2 %</translation>
+        <translation>%1&#xa0;: %2&#xa0;%</translation>
     </message>
 </context>
 <context>

@@ -89,33 +89,6 @@
     </message>
 </context>
 <context>
-    <name>DocumentJournals</name>
-    <message>
-        <source>the disk is full</source>
-        <translation>ディスクに空きがありません</translation>
-    </message>
-    <message>
-        <source>no permission to write</source>
-        <translation>書き込み権限がありません</translation>
-    </message>
-    <message>
-        <source>files cannot be locked there</source>
-        <translation>ファイルをロックできません</translation>
-    </message>
-    <message>
-        <source>the disk cannot be written</source>
-        <translation>ディスクに書き込めません</translation>
-    </message>
-    <message>
-        <source>Try again</source>
-        <translation>再試行</translation>
-    </message>
-    <message>
-        <source>Recovery is off: %1</source>
-        <translation>復元用の保存ができません: %1</translation>
-    </message>
-</context>
-<context>
     <name>DiskNotices</name>
     <message>
         <source>Another program has added to this file.</source>
@@ -164,6 +137,44 @@
     <message>
         <source>Stop</source>
         <translation>中止</translation>
+    </message>
+</context>
+<context>
+    <name>DocumentJournals</name>
+    <message>
+        <source>the disk is full</source>
+        <translation>ディスクに空きがありません</translation>
+    </message>
+    <message>
+        <source>no permission to write</source>
+        <translation>書き込み権限がありません</translation>
+    </message>
+    <message>
+        <source>files cannot be locked there</source>
+        <translation>ファイルをロックできません</translation>
+    </message>
+    <message>
+        <source>the disk cannot be written</source>
+        <translation>ディスクに書き込めません</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>再試行</translation>
+    </message>
+    <message>
+        <source>Recovery is off: %1</source>
+        <translation>復元用の保存ができません: %1</translation>
+    </message>
+</context>
+<context>
+    <name>FirstOffers</name>
+    <message>
+        <source>New documents are in %1 with %2</source>
+        <translation>新規文書は %1、改行 %2</translation>
+    </message>
+    <message>
+        <source>UTF-8 with LF</source>
+        <translation>UTF-8・LF にする</translation>
     </message>
 </context>
 <context>

@@ -25,6 +25,10 @@ namespace {
 
 constexpr QSize normalSize{ 640, 480 };
 
+/// By the values of Language.
+constexpr CommandSlot languageSlots[] = { &frmMain::slotCmdViewLangEn, &frmMain::slotCmdViewLangJa,
+    &frmMain::slotCmdViewLangFr };
+
 QFont applicationFont()
 {
     QFont font = QApplication::font();
@@ -52,6 +56,7 @@ frmMain::frmMain(QWidget *parent, WindowDialogs dialogs, WindowJobs jobs)
     retranslate();
     resize(normalSize.boundedTo(screen()->availableSize()));
     m_parts->notices.tellOfEarlierRuns();
+    m_parts->firstOffers.make();
 }
 
 frmMain::~frmMain()
@@ -74,6 +79,8 @@ void frmMain::connectParts()
     });
     connect(&m_parts->documents, &DocumentArea::currentChanged, this, &frmMain::slotTabCurrentChanged);
     connect(&m_parts->documents, &DocumentArea::refreshed, this, &frmMain::updateCaption);
+    connect(&m_parts->firstOffers, &FirstOffers::languageChosen, this,
+        [this](int language) { (this->*languageSlots[language])(); });
     connect(&m_parts->sessionEnd, &SessionEnd::settingsTakenOver, this, &frmMain::applySettings);
 }
 

@@ -13,21 +13,6 @@ namespace {
 
 constexpr int wrongUse = 2;
 
-/// The first of the user's languages that there is; English where there is none.
-Language languageOfTerminal()
-{
-    for (const QString &name : QLocale::system().uiLanguages()) {
-        const QStringView code = QStringView(name).left(2);
-        if (code == u"ja")
-            return Japanese;
-        if (code == u"fr")
-            return French;
-        if (code == u"en")
-            break;
-    }
-    return English;
-}
-
 /// False where it could not be written.
 bool write(const QString &text, std::FILE *to)
 {
@@ -39,7 +24,7 @@ bool write(const QString &text, std::FILE *to)
 int answerOnTerminal(const CommandLine &line, int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const Language language = languageOfTerminal();
+    const Language language = languageAmong(QLocale::system().uiLanguages()).value_or(English);
     const auto translation = Translation::isNeeded(language) ? Translation::load(language) : nullptr;
     if (translation)
         translation->install();

@@ -11,20 +11,31 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr std::pair<Language, QLatin1StringView> languageCodes[] = { { English, "en"_L1 },
+    { Japanese, "ja"_L1 }, { French, "fr"_L1 } };
+
 /// Null for English, the language of the texts themselves, and for a number that is no language.
 QString languageCode(int language)
 {
-    switch (language) {
-    case Japanese:
-        return u"ja"_s;
-    case French:
-        return u"fr"_s;
-    default:
-        return {};
+    for (const auto &[known, code] : languageCodes) {
+        if (known == language && known != English)
+            return code;
     }
+    return {};
 }
 
 } // namespace
+
+std::optional<Language> languageAmong(const QStringList &names)
+{
+    for (const QString &name : names) {
+        for (const auto &[language, code] : languageCodes) {
+            if (name.section(u'-', 0, 0) == code)
+                return language;
+        }
+    }
+    return std::nullopt;
+}
 
 bool Translation::isNeeded(int language)
 {

@@ -3,9 +3,13 @@
 #include <QTranslator>
 
 #include <memory>
+#include <optional>
 
 /// Languages of the interface as they are stored.
 enum Language : int { English = 0, Japanese = 1, French = 2 };
+
+/// The first of these, named as in "fr-CH", that there is.
+std::optional<Language> languageAmong(const QStringList &names);
 
 /// The texts of one language, installed in the application for as long as this lives: the program's own, and
 /// the toolkit's (buttons of message boxes, menus of text fields) where it comes with them.

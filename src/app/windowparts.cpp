@@ -38,6 +38,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , lastWrites(documents, loader, saver, places, journals)
     , search(window, documents)
     , notices(window, documents, loader, saver, *jobs.runner, journals, documentJournals)
+    , firstOffers(documents, desktopLocale())
 {
     window.setCentralWidget(&documents);
     journals.setParent(&documents);

@@ -9,6 +9,7 @@
 #include "app/documentsaver.h"
 #include "app/filedrops.h"
 #include "app/firstdocument.h"
+#include "app/firstoffers.h"
 #include "app/fullscreen.h"
 #include "app/interfacelanguage.h"
 #include "app/lastwrites.h"
@@ -55,4 +56,5 @@ struct WindowParts {
     LastWrites lastWrites;
     SearchRuns search;
     WindowNotices notices;
+    FirstOffers firstOffers;
 };

@@ -26,6 +26,8 @@ constexpr KindWeight weights[] = {
     { NoticeKind::RewrittenBytes, 300 },
     { NoticeKind::NoRecovery, 250 },
     { NoticeKind::Following, 100 },
+    { NoticeKind::Languages, 60 },
+    { NoticeKind::CodesOfNew, 50 },
 };
 
 } // namespace

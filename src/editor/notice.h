@@ -22,6 +22,8 @@ enum class NoticeKind {
     NoRecovery, ///< text that is not saved cannot be kept for the next start
     Unsaved, ///< texts that were not saved when the program last ended
     NotWritable, ///< the file cannot be written, or its disk is full
+    Languages, ///< what the desktop speaks is not the language of the interface
+    CodesOfNew, ///< what the desktop writes is not the code of new documents
     Following, ///< what is written behind the file's end comes into the text
     Work, ///< the document is being loaded or saved behind the window
 };

@@ -39,6 +39,8 @@ void forEachMainSetting(const Visitor &visit, Records &...settings)
     visit(u"BackColor"_s, settings.BackColor...);
     visit(u"ForeColor"_s, settings.ForeColor...);
     visit(u"RowNoColor"_s, settings.RowNoColor...);
+    visit(u"LangOffered"_s, settings.LangOffered...);
+    visit(u"CodecOffered"_s, settings.CodecOffered...);
 }
 
 /// Calls `visit(key, field…)` for each key of group "recent", in the file's order.
@@ -198,10 +200,21 @@ RecentFiles &recentFiles()
     return recent;
 }
 
+/// Whoever has a file from before there were offers knows the program.
+Records presetOf(const Groups &groups)
+{
+    Records preset;
+    const int isKnown = groups.main.contains(u"Lang"_s);
+    preset.main.LangOffered = isKnown;
+    preset.main.CodecOffered = isKnown;
+    return preset;
+}
+
 void readSettings()
 {
     Config config(fileName, Config::User);
-    known() = recordsOf(valuesOf(config), {});
+    const Groups groups = valuesOf(config);
+    known() = recordsOf(groups, presetOf(groups));
     appSettings() = known().main;
     recentFiles() = known().recent;
 }

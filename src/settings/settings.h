@@ -34,6 +34,8 @@ struct AppSettings {
     int BackColor = 2; ///< colour index
     int ForeColor = 1; ///< colour index
     int RowNoColor = 0; ///< colour index; 0 the text's colour
+    int LangOffered = 0; ///< the languages were offered to the user of another one
+    int CodecOffered = 0; ///< the desktop's code and line end were offered for new documents
 
     /// Whatever the file held: both tables say what a number stands for that is no code.
     CharCode defaultCharCode() const { return CharCode(DefCodec); }

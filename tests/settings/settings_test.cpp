@@ -88,6 +88,7 @@ private slots:
     void defaultsWithoutFile();
     void readsEachNumber_data();
     void readsEachNumber();
+    void filesFromBeforeOffersNeedNone();
     void repairsFontSize_data();
     void repairsFontSize();
     void keepsOddFontNames_data();
@@ -145,6 +146,8 @@ void SettingsTest::defaultsWithoutFile()
     QCOMPARE(s.BackColor, 2);
     QCOMPARE(s.ForeColor, 1);
     QCOMPARE(s.RowNoColor, 0);
+    QCOMPARE(s.LangOffered, 0);
+    QCOMPARE(s.CodecOffered, 0);
     QCOMPARE(recentFiles().RecentViewCnt, 10);
     for (const RecentEntry &entry : recentFiles().entries) {
         QVERIFY(!entry.isUsed());
@@ -174,6 +177,8 @@ void SettingsTest::readsEachNumber_data()
     ROW(BackColor);
     ROW(ForeColor);
     ROW(RowNoColor);
+    ROW(LangOffered);
+    ROW(CodecOffered);
 #undef ROW
 }
 
@@ -191,6 +196,18 @@ void SettingsTest::readsEachNumber()
     readSettings();
     QCOMPARE(appSettings().*field, 58);
     QVERIFY(linesOfFile().contains(QString::fromLatin1(key) + u" = 58"_s));
+}
+
+void SettingsTest::filesFromBeforeOffersNeedNone()
+{
+    writeFile("[main]\nLang = 1\n");
+    readSettings();
+    QCOMPARE(appSettings().LangOffered, 1);
+    QCOMPARE(appSettings().CodecOffered, 1);
+    writeFile("[main]\nLang = 1\nLangOffered = 1\nCodecOffered = 0\n");
+    readSettings();
+    QCOMPARE(appSettings().LangOffered, 1);
+    QCOMPARE(appSettings().CodecOffered, 0);
 }
 
 void SettingsTest::repairsFontSize_data()
@@ -238,7 +255,7 @@ void SettingsTest::writesKeysInOrder()
     const QStringList main{ u"Lang"_s, u"ShowKAI"_s, u"ShowTAB"_s, u"ShowZEN"_s, u"ShowEOF"_s, u"FontSize"_s,
         u"FontName"_s, u"AutoIndent"_s, u"WrapMode"_s, u"WrapLen"_s, u"TabLen"_s, u"RestoreScroll"_s,
         u"RowNo"_s, u"ActiveHLine"_s, u"DefCodec"_s, u"DefCRLF"_s, u"BackColor"_s, u"ForeColor"_s,
-        u"RowNoColor"_s };
+        u"RowNoColor"_s, u"LangOffered"_s, u"CodecOffered"_s };
     QCOMPARE(keysOf(u"main"_s), main);
     QStringList recent{ u"RecentViewCnt"_s };
     for (int i = 0; i < 20; ++i) {
