@@ -37,16 +37,25 @@ bool DocumentSave::makeStep()
 JobWork::Step DocumentSave::step(JobTurn &turn)
 {
     const bool hasMore = makeStep();
-    turn.tellProgress({ m_writer.unitsDone(), m_writer.unitsInAll() });
+    turn.tellProgress(progress());
     if (hasMore)
         return Step::More;
     return isWritten() ? Step::Done : Step::Failed;
 }
 
+/// A byte that is read counts as much as a unit that is written.
+JobProgress DocumentSave::progress() const
+{
+    return { m_oldDone + m_writer.unitsDone(), m_oldInAll + m_writer.unitsInAll() };
+}
+
 /// The end of the process does not wait for it.
 void DocumentSave::readOld()
 {
-    if (!EndOrder::isGiven() && m_reading->step())
+    const bool hasMore = !EndOrder::isGiven() && m_reading->step();
+    m_oldDone = m_reading->bytesDone();
+    m_oldInAll = m_reading->bytesInAll();
+    if (hasMore)
         return;
     const std::optional<SeenContent> seen = m_reading->seen();
     m_reading.reset();
@@ -59,10 +68,11 @@ void DocumentSave::readOld()
         m_writer.keepOldContent();
 }
 
-Overtaken DocumentSave::overtaken() const
+std::optional<FileStamp> DocumentSave::unexpected() const
 {
     const bool isKeptAnyway = m_overtaken != Overtaken::No || m_target.keepsOldContent;
-    return isWritten() && !isKeptAnyway && !keptCopy().isEmpty() ? Overtaken::ByProgram : m_overtaken;
+    return isWritten() && !isKeptAnyway && !keptCopy().isEmpty() ? std::optional(m_writer.oldStamp())
+                                                                 : std::nullopt;
 }
 
 void DocumentSave::look()

@@ -34,8 +34,11 @@ public:
 
     const SaveTarget &target() const { return m_target; }
     const TextCodec &codec() const { return *m_text.code.codec; }
-    /// When it is over: what others have written to the file before it got the text.
-    Overtaken overtaken() const;
+    /// When it is over: who was known to have written to the file when its text was taken.
+    Overtaken overtaken() const { return m_overtaken; }
+    /// The file of which a copy is kept because it was not the expected one when the text took its place;
+    /// nothing where it was.
+    std::optional<FileStamp> unexpected() const;
     bool isWritten() const { return m_step == DocumentWriter::Step::Written; }
     /// In the file system's own bytes; empty for none.
     QByteArray keptCopy() const { return m_writer.keptCopy(); }
@@ -44,12 +47,15 @@ public:
     bool hasBytes() const { return m_hasBytes; }
 
 private:
+    JobProgress progress() const;
     void readOld();
     void look();
 
     const SaveTarget m_target;
     const WrittenText m_text;
     std::optional<ContentReading> m_reading; ///< of the old file, until that is done
+    qint64 m_oldDone = 0; ///< bytes of the old file
+    qint64 m_oldInAll = 0;
     Overtaken m_overtaken;
     DocumentWriter m_writer;
     DocumentWriter::Step m_step = DocumentWriter::Step::More;

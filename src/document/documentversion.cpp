@@ -111,6 +111,13 @@ BeforeWriting DocumentVersion::beginWriting(const QByteArray &target, const QByt
     return { *file, Overtaken::ByProgram, doubt };
 }
 
+Overtaken DocumentVersion::writerOf(const FileStamp &file) const
+{
+    const Write *const last = writes().lastTo(idOf(file));
+    const bool isOurs = last && last->document != m_document && last->version.stamp() == file;
+    return isOurs ? Overtaken::ByDocument : Overtaken::ByProgram;
+}
+
 /// Another file may have the target's name now: the old one's numbers are free for files of other programs.
 void DocumentVersion::endWriting(const QByteArray &target, const FileVersion &written)
 {

@@ -57,6 +57,8 @@ public:
     /// what can be read of the file in passing.
     BeforeWriting beginWriting(const QByteArray &target, const QByteArray &own);
     void endWriting(const QByteArray &target, const FileVersion &written);
+    /// Who made such a file out of the one that there was when beginWriting() was called.
+    Overtaken writerOf(const FileStamp &file) const;
 
 private:
     using FileId = std::pair<dev_t, ino_t>;

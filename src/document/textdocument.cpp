@@ -398,7 +398,9 @@ SaveResult TextDocument::endSave(const DocumentSave &save)
 {
     m_isHeld = false;
     const SaveTarget &target = save.target();
-    SaveResult result{ SaveResult::Outcome::NotWritten, save.overtaken(), target.wasToBeKept,
+    const std::optional<FileStamp> unexpected = save.unexpected();
+    SaveResult result{ SaveResult::Outcome::NotWritten,
+        unexpected ? m_version.writerOf(*unexpected) : save.overtaken(), target.wasToBeKept,
         FileName::fromBytes(save.keptCopy()) };
     if (!save.isWritten())
         return result;

@@ -12,6 +12,9 @@ public:
 
     /// Reads on, a few milliseconds at memory speed; false: there is nothing more to read.
     bool step();
+    qint64 bytesDone() const { return m_read; }
+    /// 0 before the first step.
+    qint64 bytesInAll() const { return m_stamp.size; }
     /// When all is read. Nothing where the file could not be read or was written meanwhile.
     const std::optional<SeenContent> &seen() const { return m_seen; }
 

@@ -62,16 +62,27 @@ bool SafeFile::examineTarget()
 /// Other programs had all the time that writing took.
 bool SafeFile::examineAgain()
 {
-    if (stampOf(m_target, m_calls) == m_old.stamp)
+    struct stat info;
+    const bool isThere = m_calls.stat(m_target.constData(), &info) == 0;
+    if (isThere && FileStamp(info) == m_old.stamp)
         return true;
+    if (!isThere && m_old.fd != -1) {
+        m_old.isGone = errno == ENOENT;
+        return m_old.isGone;
+    }
     closeFile(&m_old.fd);
     m_old = {};
     return examineTarget();
 }
 
+bool SafeFile::hasOld() const
+{
+    return m_old.fd != -1 && !m_old.isGone;
+}
+
 bool SafeFile::isCopyWanted() const
 {
-    return m_old.fd != -1 && (m_keepsOld || (m_expected && m_old.stamp != *m_expected));
+    return hasOld() && (m_keepsOld || (m_expected && m_old.stamp != *m_expected));
 }
 
 bool SafeFile::stage()
@@ -114,10 +125,10 @@ bool SafeFile::commit()
         discard();
         return false;
     }
-    const bool mayReplace = m_old.fd == -1 || (m_stagedBeside && !m_old.hasOtherNames);
+    const bool mayReplace = !hasOld() || (m_stagedBeside && !m_old.hasOtherNames);
     const Outcome outcome = mayReplace && giveAttributes() ? replace() : Outcome::NotPossible;
     const bool done =
-        outcome == Outcome::Done || (outcome == Outcome::NotPossible && m_old.fd != -1 && overwrite());
+        outcome == Outcome::Done || (outcome == Outcome::NotPossible && hasOld() && overwrite());
     if (done)
         noteVersion(outcome == Outcome::Done ? m_staged : m_old.fd);
     if (done && keepsCopy)
@@ -128,8 +139,10 @@ bool SafeFile::commit()
 
 bool SafeFile::giveAttributes()
 {
-    if (m_old.fd != -1)
-        return copyAttributes(m_calls, m_old.fd, m_staged);
+    if (m_old.fd != -1 && copyAttributes(m_calls, m_old.fd, m_staged))
+        return true;
+    if (hasOld())
+        return false;
     if (m_isPrivate) // as the staged file is
         return true;
     int folder = m_calls.open(m_folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);

@@ -9,13 +9,13 @@
 ///
 /// The new content goes to a temporary file (mode 0600, a name nobody can foresee, locked) in the same
 /// folder, which commit() gives the old file's owner, group, rights, access lists and extended attributes and
-/// renames over it. Symbolic links are followed: the file a link names is replaced, or made where there is
-/// none yet. Where renaming would lose something (further hard links, an owner that cannot be given, a folder
-/// that cannot be written) the old file is overwritten in place, after a copy of it was put into the
-/// program's state folder, on the disk under its name; the copy goes away when all is written, and brings the
-/// old content back when writing fails. Where the program is stopped meanwhile, a later one finds it
-/// (lostCopies()), and the temporary file too (removeStagedStrays()). What set-user-id and set-group-id bits
-/// writing takes away is set again.
+/// renames over it, or puts in its place where somebody has removed it meanwhile. Symbolic links are
+/// followed: the file a link names is replaced, or made where there is none yet. Where renaming would lose
+/// something (further hard links, an owner that cannot be given, a folder that cannot be written) the old
+/// file is overwritten in place, after a copy of it was put into the program's state folder, on the disk
+/// under its name; the copy goes away when all is written, and brings the old content back when writing
+/// fails. Where the program is stopped meanwhile, a later one finds it (lostCopies()), and the temporary file
+/// too (removeStagedStrays()). What set-user-id and set-group-id bits writing takes away is set again.
 ///
 /// Errors: open(), write() and commit() return false; the old file is then whole and nothing else is left
 /// behind, with the one exception of keptCopy(). An object that is destroyed without commit() leaves all as
@@ -50,6 +50,9 @@ public:
     /// content could not be put back either, and after a commit() that was to keep it; else empty.
     QByteArray keptCopy() const { return m_keptCopy; }
 
+    /// Of the file that was there before; of none where there was none. Right from commit() on, which other
+    /// programs may have been faster than.
+    const FileStamp &oldStamp() const { return m_old.stamp; }
     /// What the file is after a commit() that went well.
     const FileVersion &version() const { return m_version; }
 
@@ -58,6 +61,7 @@ private:
 
     bool examineTarget();
     bool examineAgain();
+    bool hasOld() const;
     bool isCopyWanted() const;
     bool stage();
     bool flush();
@@ -77,6 +81,7 @@ private:
         int fd = -1; ///< open for writing; -1 for a new file
         mode_t rights = 0;
         bool hasOtherNames = false;
+        bool isGone = false; ///< somebody has removed it since it was opened
         FileStamp stamp = FileStamp();
     } m_old;
     bool m_keepsOld = false;

@@ -70,10 +70,13 @@ void JobRunner::tell(JobRun &run, const News &news)
         const std::lock_guard lock(m_mutex);
         isFirst = m_news.empty();
         const auto known = std::ranges::find(m_news, &run, &RunNews::first);
-        if (known != m_news.end())
-            join(known->second, news);
-        else
+        if (known == m_news.end()) {
             m_news.push_back({ &run, news });
+        } else {
+            join(known->second, news);
+            if (news.outcome) // ends are told in the order in which they came
+                std::rotate(known, known + 1, m_news.end());
+        }
         m_hasNews.notify_all();
     }
     // A run that has told its end may be gone by now.

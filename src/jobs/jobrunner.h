@@ -60,5 +60,5 @@ private:
 
     std::mutex m_mutex; ///< for what follows
     std::condition_variable m_hasNews;
-    std::vector<RunNews> m_news; ///< the oldest first, one entry a run
+    std::vector<RunNews> m_news; ///< one entry a run; the oldest first, an end as old as it is
 };

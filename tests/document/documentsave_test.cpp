@@ -55,6 +55,9 @@ private slots:
     void othersWriteAfterAnyStep();
     void largeFileIsReadBehind_data();
     void largeFileIsReadBehind();
+    void progressCountsTheOldFile();
+    void anotherDocumentWritesMeanwhile_data() { addSteps(); }
+    void anotherDocumentWritesMeanwhile();
     void anotherCodeIsLookedAt_data();
     void anotherCodeIsLookedAt();
 
@@ -333,6 +336,53 @@ void DocumentSaveTest::largeFileIsReadBehind()
     const bool isKept = isChanged || isWrittenMeanwhile;
     QCOMPARE(result.overtaken, isKept ? Overtaken::ByProgram : Overtaken::No);
     QCOMPARE(!result.keptCopy.isEmpty(), isKept);
+    QVERIFY(isOnly(newText()));
+}
+
+/// It is read through before.
+void DocumentSaveTest::progressCountsTheOldFile()
+{
+    const QByteArray content =
+        QByteArray(QByteArray(4095, 'l') + '\n').repeated(FileVersion::mostCompared / 3000);
+    QVERIFY(m_folder->write(fileName, content));
+    setTime(m_folder->path() + fileName, 1000);
+    Edited document(*m_folder);
+    setTime(m_folder->path() + fileName, 2000);
+    SteppedRunner runner;
+    Job job(document.begin(), runner);
+    QVERIFY(runner.step());
+    QVERIFY(job.progress().done > 0);
+    const qint64 all = content.size() + newText().size();
+    QCOMPARE(job.progress().total, all);
+    qint64 before = 0;
+    while (job.progress().done < content.size() && runner.step()) {
+        QVERIFY(job.progress().done > before);
+        before = job.progress().done;
+    }
+    runner.runAll();
+    QCOMPARE(job.progress().done, all);
+    QCOMPARE(job.progress().total, all);
+}
+
+/// The later one says who has written, and keeps that.
+void DocumentSaveTest::anotherDocumentWritesMeanwhile()
+{
+    QFETCH(int, steps);
+    Edited document(*m_folder);
+    TextDocument other;
+    QVERIFY(!other.load(m_folder->path(), fileName, CharCode::Utf8, {}));
+    other.replace({}, 0, u"other "_s);
+    const auto save = document.begin();
+    while (steps-- > 0)
+        QVERIFY(save->makeStep());
+    QCOMPARE(other.save(m_folder->path(), fileName).outcome, SaveResult::Outcome::Written);
+    while (save->makeStep()) { }
+    const SaveResult result = document.endSave(*save);
+    QCOMPARE(result.outcome, SaveResult::Outcome::Written);
+    QCOMPARE(result.overtaken, Overtaken::ByDocument);
+    QFile kept(result.keptCopy);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QCOMPARE(kept.readAll(), "other " + oldText);
     QVERIFY(isOnly(newText()));
 }
 

@@ -12,6 +12,7 @@ private slots:
 
     void othersWrite_data();
     void othersWrite();
+    void removedFileKeepsItsRights();
     void othersPutAFolderThere();
     void unexpectedContentIsKept();
 
@@ -59,6 +60,22 @@ void SafeFileMeanwhileTest::othersWrite()
     QCOMPARE(file.keptCopy().isEmpty() ? QByteArray() : contentOf(file.keptCopy()), kept);
     QVERIFY(file.version().stamp().isSameFile(stampOf(name, FileCalls::system())));
     QCOMPARE(keptFiles().size(), kept.isEmpty() ? 0 : 1);
+}
+
+void SafeFileMeanwhileTest::removedFileKeepsItsRights()
+{
+    constexpr mode_t rights = 0614;
+    const QByteArray name = prepare(Way::Replace);
+    QCOMPARE(::chmod(name.constData(), rights), 0);
+    SafeFile file(name);
+    QVERIFY(file.open());
+    QVERIFY(file.write(m_new));
+    QCOMPARE(::unlink(name.constData()), 0);
+    QVERIFY(file.commit());
+    struct stat info;
+    QCOMPARE(::stat(name.constData(), &info), 0);
+    QCOMPARE(info.st_mode & 07777, rights);
+    QCOMPARE(contentOf(name), m_new);
 }
 
 void SafeFileMeanwhileTest::othersPutAFolderThere()

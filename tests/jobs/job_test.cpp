@@ -34,6 +34,7 @@ private slots:
     void nothingIsDoneBeforeItsTurn();
     void everyStepIsTold();
     void newsAreJoined();
+    void endsAreToldInOrder();
     void jobsTakeTurns();
     void stopsAfterAnyStep_data();
     void stopsAfterAnyStep();
@@ -98,6 +99,26 @@ void JobTest::newsAreJoined()
     record(told, job);
     runner.runAll();
     QCOMPARE(told, QStringList({ u"3/3"_s, u"part"_s, u"done"_s }));
+}
+
+void JobTest::endsAreToldInOrder()
+{
+    struct Untold : JobRunner {
+        QList<JobRun *> runs;
+        void start(JobRun &run) override { runs << &run; }
+        int threads() const override { return 1; }
+        void spread(int, const std::function<void(int)> &) override { }
+    } runner;
+    Job a(std::make_unique<CountingWork>(2), runner);
+    Job b(std::make_unique<CountingWork>(1), runner);
+    QStringList ended;
+    connect(&a, &Job::finished, this, [&ended] { ended << u"a"_s; });
+    connect(&b, &Job::finished, this, [&ended] { ended << u"b"_s; });
+    JobRun *const first = runner.runs.first();
+    QVERIFY(first->step());
+    QVERIFY(!runner.runs.last()->step());
+    QVERIFY(!first->step());
+    QTRY_COMPARE(ended, QStringList({ u"b"_s, u"a"_s }));
 }
 
 void JobTest::jobsTakeTurns()
