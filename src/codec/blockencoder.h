@@ -104,7 +104,7 @@ private:
                     return false;
                 out = m_buffer.get();
             }
-            if (m_high == 0 && m_encoder.isAscii() && copyAscii(in, end, out)) {
+            if (*in < 0x80 && m_high == 0 && m_encoder.isAscii() && copyAscii(in, end, out)) {
                 copyMoreAscii(in, end, out);
                 continue;
             }
