@@ -89,7 +89,7 @@ void DiskNotices::noteFolders(const QSet<QString> &folders)
     for (ctlEditer *const editor : m_documents.editors()) {
         if (editor == m_documents.current() || !hasFile(*editor) || !folders.contains(folderName(*editor)))
             continue;
-        const FileStamp &known = std::as_const(*editor).document().fileVersion().stamp();
+        const FileStamp &known = std::as_const(*editor).document().file().version().stamp();
         const bool isInPlace = fileNow(*editor).isSameFile(known);
         if (!isInPlace && !m_hidden.contains(editor))
             m_hidden << editor;
@@ -139,7 +139,7 @@ void DiskNotices::check(ctlEditer *editor, const std::optional<SeenContent> &see
     }
     if (!hasFile(*editor))
         return;
-    const FileChange change = editor->document().fileChange(seen);
+    const FileChange change = editor->document().file().change(seen);
     if (change == FileChange::Grown && m_followed.contains(editor))
         readOn(editor);
     else if (change == FileChange::Unsure)
@@ -204,7 +204,7 @@ void DiskNotices::reload(ctlEditer *editor)
 
 void DiskNotices::keep(ctlEditer *editor)
 {
-    editor->document().acknowledgeFile();
+    editor->document().file().acknowledge();
     m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
 }
 

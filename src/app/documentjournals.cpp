@@ -91,7 +91,7 @@ void DocumentJournals::noteLook(ctlEditer *editor, FileChange change)
     if (isTextNowhereElse(*editor) || (isWrittenOver && isKeptWhenWrittenOver(*editor))
         || (isOther && isLostWithItsFile(*editor)))
         m_journals.keep(document, KeptFor::FileLost);
-    else if (change == FileChange::None && fileNow(*editor) == document.fileVersion().stamp())
+    else if (change == FileChange::None && fileNow(*editor) == document.file().version().stamp())
         m_journals.endKeeping(document, KeptFor::FileLost);
 }
 

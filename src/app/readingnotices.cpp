@@ -136,7 +136,7 @@ void ReadingNotices::tellRewritten(ctlEditer *editor)
     Notice notice{ NoticeKind::RewrittenBytes, editor, [&document] { return rewrittenText(document); }, {} };
     notice.offers.push_back({ [] { return tr("Keep a copy"); },
         [=, this] {
-            editor->document().keepFile();
+            editor->document().file().keep();
             m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor);
         } });
     m_documents.notices().put(std::move(notice));

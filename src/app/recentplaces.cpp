@@ -8,7 +8,7 @@ namespace {
 
 bool isRecorded(const ctlEditer &editor)
 {
-    return hasFile(editor) && !editor.name().isEmpty() && !editor.document().isOfNewFile();
+    return hasFile(editor) && !editor.name().isEmpty() && !editor.document().file().isNew();
 }
 
 auto isEntryOf(const ctlEditer &editor)

@@ -41,7 +41,7 @@ void showPlace(ctlEditer &editor, const ViewPlace &place)
 /// Whatever has become of the file's times.
 bool hasRead(const ctlEditer &editor, std::optional<quint64> contentHash)
 {
-    const FileVersion &file = editor.document().fileVersion();
+    const FileVersion &file = editor.document().file().version();
     return contentHash && file.stamp().inode != 0 && file.content().value() == *contentHash;
 }
 
@@ -213,7 +213,7 @@ ctlEditer *Recovery::documentFor(const LeftBehind &text) const
     ctlEditer *const ofFile = m_documents.editorOfFile(text.path + text.name);
     if (ofFile && !ofFile->edited() && (text.isFileUnchanged || hasRead(*ofFile, text.contentHash)))
         return ofFile;
-    if (ofFile && !ofFile->edited() && std::as_const(*ofFile).document().isOfNewFile())
+    if (ofFile && !ofFile->edited() && std::as_const(*ofFile).document().file().isNew())
         return ofFile;
     ctlEditer *const current = m_documents.current();
     return current && isFresh(*current) ? current : nullptr;

@@ -1,18 +1,9 @@
 #pragma once
 
-#include "document/documentversion.h"
 #include "document/documentwriter.h"
+#include "document/knownfile.h"
 #include "files/contentreading.h"
 #include "jobs/jobwork.h"
-
-/// Where a document is saved, and what was known of the file before.
-struct SaveTarget {
-    QString path; ///< ends in "/"
-    QString name;
-    BeforeWriting before = {};
-    bool wasToBeKept = false; ///< the old content, as its user wanted
-    bool keepsOldContent = false; ///< for this reason or one of its own
-};
 
 /// One save of a document under way: writes the text that it had when the save began, in any thread, and as a
 /// job if wanted.

@@ -36,7 +36,7 @@ void JournalText::begin(const TextDocument &document, WholeIn where)
     const bool isFromFile = where != WholeIn::NoFile && !document.path().isEmpty();
     m_base = { document.path(), document.name(), isFromFile, -1, -1, codeOfFile(document, where),
         document.returnCode(), isFromFile ? store.length() : 0, utf16OfFile(document, where), {} };
-    if (const FileVersion &file = document.fileVersion(); isFromFile && file.stamp().inode != 0) {
+    if (const FileVersion &file = document.file().version(); isFromFile && file.stamp().inode != 0) {
         m_base.size = file.stamp().size;
         m_base.time = file.stamp().modified;
         m_base.contentHash = file.content().value();

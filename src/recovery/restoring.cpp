@@ -146,7 +146,7 @@ private:
             return false;
         if (m_outline.seen)
             return beginsWithBase();
-        const quint64 hash = m_document.fileVersion().content().value();
+        const quint64 hash = m_document.file().version().content().value();
         return base.contentHash ? hash == *base.contentHash : hasSameTimes;
     }
 

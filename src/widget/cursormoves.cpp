@@ -1,6 +1,6 @@
 #include "widget/cursormoves.h"
 
-#include "document/textdocument.h"
+#include "document/editabletext.h"
 #include "widget/cursorfollowers.h"
 #include "widget/primaryselection.h"
 #include "widget/rowupdates.h"
@@ -17,7 +17,7 @@ static bool isVertical(Move move)
     return move == Move::RowUp || move == Move::RowDown || isPage(move);
 }
 
-CursorMoves::CursorMoves(TextDocument &document, TextCursor &cursor, const TextView &view,
+CursorMoves::CursorMoves(EditableText &document, TextCursor &cursor, const TextView &view,
     RowUpdates &updates, ViewScroller &scroller, PrimarySelection &primary, CursorFollowers &followers)
     : m_document(document)
     , m_store(document.store())

@@ -5,7 +5,7 @@
 class CursorFollowers;
 class PrimarySelection;
 class RowUpdates;
-class TextDocument;
+class EditableText;
 class TextStore;
 class TextView;
 class ViewScroller;
@@ -14,7 +14,7 @@ class ViewScroller;
 /// painted, the view goes along, and everybody who follows the cursor is told.
 class CursorMoves {
 public:
-    CursorMoves(TextDocument &document, TextCursor &cursor, const TextView &view, RowUpdates &updates,
+    CursorMoves(EditableText &document, TextCursor &cursor, const TextView &view, RowUpdates &updates,
         ViewScroller &scroller, PrimarySelection &primary, CursorFollowers &followers);
 
     /// One step of the cursor; what is then selected by Extend is offered as the primary selection.
@@ -34,7 +34,7 @@ private:
     CursorPlace targetOfRows(qint64 rows);
     void set(CursorPlace place, CursorPlace anchor);
 
-    TextDocument &m_document;
+    EditableText &m_document;
     const TextStore &m_store;
     TextCursor &m_cursor;
     const TextView &m_view;

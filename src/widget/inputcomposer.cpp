@@ -1,6 +1,6 @@
 #include "widget/inputcomposer.h"
 
-#include "document/textdocument.h"
+#include "document/editabletext.h"
 #include "text/enteredtext.h"
 #include "widget/cursorfollowers.h"
 #include "widget/cursormoves.h"
@@ -20,7 +20,7 @@
 static constexpr qint64 shownUnits = 1024;
 static constexpr qint64 shownSelection = qint64(64) << 10;
 
-InputComposer::InputComposer(QWidget &editor, TextDocument &document, TextCursor &cursor, Preedit &preedit,
+InputComposer::InputComposer(QWidget &editor, EditableText &document, TextCursor &cursor, Preedit &preedit,
     const TextView &view, RowUpdates &updates, ViewScroller &scroller, CursorFollowers &followers,
     CursorMoves &moves, TextEdits &edits)
     : m_editor(editor)

@@ -10,7 +10,7 @@ class CursorMoves;
 class QWidget;
 class RowUpdates;
 class TextCursor;
-class TextDocument;
+class EditableText;
 class TextEdits;
 class TextStore;
 class TextView;
@@ -21,7 +21,7 @@ struct Preedit;
 /// document, and the input method asks for what is around the cursor.
 class InputComposer {
 public:
-    InputComposer(QWidget &editor, TextDocument &document, TextCursor &cursor, Preedit &preedit,
+    InputComposer(QWidget &editor, EditableText &document, TextCursor &cursor, Preedit &preedit,
         const TextView &view, RowUpdates &updates, ViewScroller &scroller, CursorFollowers &followers,
         CursorMoves &moves, TextEdits &edits);
 
@@ -44,7 +44,7 @@ private:
     QVariant answerAround(Qt::InputMethodQuery query, const QVariant &argument) const;
 
     QWidget &m_editor;
-    TextDocument &m_document;
+    EditableText &m_document;
     const TextStore &m_store;
     TextCursor &m_cursor;
     Preedit &m_preedit;

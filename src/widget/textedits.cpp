@@ -1,6 +1,6 @@
 #include "widget/textedits.h"
 
-#include "document/textdocument.h"
+#include "document/editabletext.h"
 #include "text/cursorstops.h"
 #include "widget/cursorfollowers.h"
 #include "widget/cursormoves.h"
@@ -30,7 +30,7 @@ private:
 
 } // namespace
 
-TextEdits::TextEdits(TextDocument &document, TextCursor &cursor, TextView &view, RowUpdates &updates,
+TextEdits::TextEdits(EditableText &document, TextCursor &cursor, TextView &view, RowUpdates &updates,
     ViewScroller &scroller, ViewScrollBar &verticalBar, PrimarySelection &primary, TextAnnouncer &announcer,
     CursorFollowers &followers, CursorMoves &moves)
     : m_document(document)
@@ -45,10 +45,10 @@ TextEdits::TextEdits(TextDocument &document, TextCursor &cursor, TextView &view,
     , m_followers(followers)
     , m_moves(moves)
 {
-    connect(&document, &TextDocument::changed, this, &TextEdits::noteChange);
-    connect(&document, &TextDocument::aboutToReplace, this, &TextEdits::prepareForOther);
-    connect(&document, &TextDocument::grew, this, &TextEdits::showPart);
-    connect(&document, &TextDocument::replaced, this, &TextEdits::showOther);
+    connect(&document, &EditableText::changed, this, &TextEdits::noteChange);
+    connect(&document, &EditableText::aboutToReplace, this, &TextEdits::prepareForOther);
+    connect(&document, &EditableText::grew, this, &TextEdits::showPart);
+    connect(&document, &EditableText::replaced, this, &TextEdits::showOther);
 }
 
 void TextEdits::beginOperation()

@@ -14,7 +14,7 @@ class PrimarySelection;
 class RowUpdates;
 class TextAnnouncer;
 class TextCursor;
-class TextDocument;
+class EditableText;
 class TextView;
 class ViewScrollBar;
 class ViewScroller;
@@ -30,7 +30,7 @@ class TextEdits : public QObject {
 public:
     using Joining = UndoHistory::Joining;
 
-    TextEdits(TextDocument &document, TextCursor &cursor, TextView &view, RowUpdates &updates,
+    TextEdits(EditableText &document, TextCursor &cursor, TextView &view, RowUpdates &updates,
         ViewScroller &scroller, ViewScrollBar &verticalBar, PrimarySelection &primary,
         TextAnnouncer &announcer, CursorFollowers &followers, CursorMoves &moves);
 
@@ -93,7 +93,7 @@ private:
     void showDamage();
     void updateDamage();
 
-    TextDocument &m_document;
+    EditableText &m_document;
     const TextStore &m_store;
     TextCursor &m_cursor;
     TextView &m_view;

@@ -1,6 +1,6 @@
 #include "widget/viewlayout.h"
 
-#include "document/textdocument.h"
+#include "document/editabletext.h"
 #include "widget/cursorfollowers.h"
 #include "widget/rowformat.h"
 #include "widget/rowupdates.h"
@@ -14,7 +14,7 @@
 
 #include <utility>
 
-ViewLayout::ViewLayout(QWidget &editor, TextDocument &document, RowFormat &format, TextCursor &cursor,
+ViewLayout::ViewLayout(QWidget &editor, EditableText &document, RowFormat &format, TextCursor &cursor,
     TextView &view, RowUpdates &updates, ViewScroller &scroller, CursorFollowers &followers)
     : m_editor(editor)
     , m_document(document)

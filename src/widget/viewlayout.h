@@ -5,7 +5,7 @@ class QWidget;
 class RowFormat;
 class RowUpdates;
 class TextCursor;
-class TextDocument;
+class EditableText;
 class TextView;
 class ViewScroller;
 struct LayoutRule;
@@ -16,7 +16,7 @@ struct LayoutRule;
 /// next asks about rows, or, while the editor is visible, before the next paint.
 class ViewLayout {
 public:
-    ViewLayout(QWidget &editor, TextDocument &document, RowFormat &format, TextCursor &cursor, TextView &view,
+    ViewLayout(QWidget &editor, EditableText &document, RowFormat &format, TextCursor &cursor, TextView &view,
         RowUpdates &updates, ViewScroller &scroller, CursorFollowers &followers);
 
     /// One of those has changed. A visible editor is sent a LayoutRequest.
@@ -29,7 +29,7 @@ private:
     void layOut(const LayoutRule &rule);
 
     QWidget &m_editor;
-    TextDocument &m_document;
+    EditableText &m_document;
     RowFormat &m_format;
     TextCursor &m_cursor;
     TextView &m_view;

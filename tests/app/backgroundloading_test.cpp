@@ -12,6 +12,8 @@ namespace {
 
 constexpr qint64 atOnceAlways = qint64{ 1 } << 40;
 constexpr int lineCount = 30000; ///< in several blocks
+constexpr RowCol farPlace{ RowIndex(20000), 4 }; ///< that comes with none of the first steps
+constexpr RowIndex farTop(19990);
 
 QByteArray longLog(const QByteArray &line = "a line of a long log")
 {
@@ -59,6 +61,8 @@ private:
     ctlEditer *open(const QString &name = u"a.txt"_s);
     QString write(const QByteArray &content) { return m_parts->files.write(u"a.txt"_s, content); }
     DocumentArea &documents() { return m_parts->documents; }
+    /// Has the long log read, and closed with its cursor at the far place.
+    void leaveAtFarPlace();
     /// Until the first text is there.
     bool begin(const ctlEditer &editor);
     void stop(const ctlEditer *editor);
@@ -83,6 +87,17 @@ void BackgroundLoadingTest::cleanup()
 ctlEditer *BackgroundLoadingTest::open(const QString &name)
 {
     return m_parts->open(m_parts->files.folder() + name);
+}
+
+void BackgroundLoadingTest::leaveAtFarPlace()
+{
+    write(longLog());
+    ctlEditer *const editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    editor->setCursorPosition(farPlace.row.value(), farPlace.column);
+    editor->setTopRow(farTop);
+    m_parts->closer.close(editor);
 }
 
 bool BackgroundLoadingTest::begin(const ctlEditer &editor)
@@ -167,8 +182,8 @@ void BackgroundLoadingTest::isAsReadAtOnce()
     QCOMPARE(found.rewritten.cr, expected.rewritten.cr);
     QCOMPARE(found.rewritten.nul, expected.rewritten.nul);
     QCOMPARE(found.utf16.has_value(), expected.utf16.has_value());
-    QCOMPARE(document.fileVersion().stamp(), atOnce.fileVersion().stamp());
-    QCOMPARE(document.fileVersion().content().value(), atOnce.fileVersion().content().value());
+    QCOMPARE(document.file().version().stamp(), atOnce.file().version().stamp());
+    QCOMPARE(document.file().version().content().value(), atOnce.file().version().content().value());
     QVERIFY(!document.isEdited());
     document.store().checkInvariants();
     if (document.charCode() != CharCode::Binary && !found.utf16) {
@@ -379,34 +394,23 @@ void BackgroundLoadingTest::closedTabEndsTheReading()
 
 void BackgroundLoadingTest::placeIsGoneToWhenItHasCome()
 {
-    write(longLog());
-    ctlEditer *editor = open();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    editor->setCursorPosition(20000, 4);
-    editor->setTopRow(RowIndex(19990));
-    m_parts->closer.close(editor);
-    editor = open();
+    leaveAtFarPlace();
+    ctlEditer *const editor = open();
     QVERIFY(begin(*editor));
     QCOMPARE(editor->cursorOffset(), Offset());
     while (editor->cursorOffset() == Offset() && m_runner->step()) { }
-    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(20000), 4 }));
-    QCOMPARE(editor->topRow(), RowIndex(19990));
+    QCOMPARE(editor->cursorPosition(), farPlace);
+    QCOMPARE(editor->topRow(), farTop);
     m_runner->runAll();
     QTRY_VERIFY(!editor->document().isHeld());
-    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(20000), 4 }));
-    QCOMPARE(editor->topRow(), RowIndex(19990));
+    QCOMPARE(editor->cursorPosition(), farPlace);
+    QCOMPARE(editor->topRow(), farTop);
 }
 
 void BackgroundLoadingTest::placeIsLeftWhereItsUserHasMoved()
 {
-    write(longLog());
-    ctlEditer *editor = open();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    editor->setCursorPosition(20000, 4);
-    m_parts->closer.close(editor);
-    editor = open();
+    leaveAtFarPlace();
+    ctlEditer *const editor = open();
     QVERIFY(begin(*editor));
     editor->setCursorPosition(3, 2);
     m_runner->runAll();
@@ -416,16 +420,11 @@ void BackgroundLoadingTest::placeIsLeftWhereItsUserHasMoved()
 
 void BackgroundLoadingTest::placeStaysRememberedWhenClosedEarly()
 {
-    write(longLog());
-    ctlEditer *editor = open();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    editor->setCursorPosition(20000, 4);
-    m_parts->closer.close(editor);
-    editor = open();
+    leaveAtFarPlace();
+    ctlEditer *const editor = open();
     QVERIFY(begin(*editor));
     m_parts->closer.close(editor);
-    QCOMPARE(recentFiles().entries.front().cursorRow, 20000);
+    QCOMPARE(recentFiles().entries.front().cursorRow, farPlace.row.value());
 }
 
 void BackgroundLoadingTest::shrunkFileIsTakenAsFarAsItGoes()
@@ -438,7 +437,7 @@ void BackgroundLoadingTest::shrunkFileIsTakenAsFarAsItGoes()
     m_runner->runAll();
     QTRY_VERIFY(!editor->document().isHeld());
     QVERIFY(QString::fromUtf8(text).startsWith(editor->text()));
-    QVERIFY(editor->document().fileChange() != FileChange::None);
+    QVERIFY(editor->document().file().change() != FileChange::None);
 }
 
 /// By the notice that tells of every change.
@@ -451,7 +450,7 @@ void BackgroundLoadingTest::changedFileIsToldOfWhenItIsRead()
     QTRY_VERIFY(!editor->document().isHeld());
     QFile file(name);
     QVERIFY(file.open(QIODevice::Append) && file.write("more\n") == 5 && file.flush());
-    QCOMPARE(editor->document().fileChange(), FileChange::Grown);
+    QCOMPARE(editor->document().file().change(), FileChange::Grown);
 }
 
 void BackgroundLoadingTest::unreadableFileIsTold()
@@ -480,7 +479,7 @@ void BackgroundLoadingTest::fileThatIsGoneMeanwhileIsRead()
     m_runner->runAll();
     QTRY_VERIFY(!editor->document().isHeld());
     QVERIFY(editor->text() == QString::fromUtf8(text));
-    QCOMPARE(editor->document().fileChange(), FileChange::Deleted);
+    QCOMPARE(editor->document().file().change(), FileChange::Deleted);
 }
 
 REGISTER_TEST(runWindowTest<BackgroundLoadingTest>)

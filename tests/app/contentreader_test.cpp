@@ -59,7 +59,7 @@ void ContentReaderTest::fileThatIsWrittenMeanwhileIsReadOnceMore()
     QCOMPARE(jobs.runAll(), 2);
     QCOMPARE(seen.size(), 1);
     QCOMPARE(seen.first().stamp.modified, qint64{ 1000 } * 1'000'000'000);
-    QCOMPARE(seen.first().hash, std::as_const(*m_editor).document().fileVersion().content().value());
+    QCOMPARE(seen.first().hash, std::as_const(*m_editor).document().file().version().content().value());
 }
 
 void ContentReaderTest::tellsOnceHoweverOftenItIsAsked()

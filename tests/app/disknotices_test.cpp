@@ -166,7 +166,7 @@ void DiskNoticesTest::largeTouchedFileIsReadInTheBackground()
     const timespec times[] = { { 1000, 0 }, { 1000, 0 } };
     QCOMPARE(::utimensat(AT_FDCWD, name.toUtf8().constData(), times, 0), 0);
     const auto knownTime = [this] {
-        return std::as_const(editor()).document().fileVersion().stamp().modified;
+        return std::as_const(editor()).document().file().version().stamp().modified;
     };
     QTRY_COMPARE(knownTime(), qint64{ 1000 } * 1'000'000'000);
     QVERIFY(!m_strip->isShown());

@@ -26,12 +26,11 @@ ReadResult resultOf(FileCodes codes)
 
 } // namespace
 
-/// A document whose text comes part by part, and one that is held.
+/// A document whose text comes part by part.
 class ArrivingTextTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void heldDocumentRefuses();
     void tellsOfPartsAloneUntilItIsWhole();
     void isAsAfterAReading();
     void beginsAnew();
@@ -39,20 +38,6 @@ private slots:
     void failureLeavesNoHalfText();
     void failureBeforeAnythingCameLeavesTheText();
 };
-
-void ArrivingTextTest::heldDocumentRefuses()
-{
-    TextDocument document;
-    const QSignalSpy refused(&document, &TextDocument::refused);
-    QVERIFY(document.requestChange());
-    document.setHeld(true);
-    QVERIFY(document.isHeld());
-    QVERIFY(!document.requestChange());
-    QCOMPARE(refused.count(), 1);
-    document.setHeld(false);
-    QVERIFY(document.requestChange());
-    QCOMPARE(refused.count(), 1);
-}
 
 void ArrivingTextTest::tellsOfPartsAloneUntilItIsWhole()
 {

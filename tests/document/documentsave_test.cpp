@@ -131,7 +131,7 @@ void DocumentSaveTest::isAsOneInOneGo()
     QCOMPARE(saved.size(), 1);
     QCOMPARE(m_folder->read(fileName), m_folder->read(u"one go"_s));
     QCOMPARE(document.name(), fileName);
-    QCOMPARE(document.fileChange(), FileChange::None);
+    QCOMPARE(document.file().change(), FileChange::None);
 }
 
 void DocumentSaveTest::documentIsHeldMeanwhile()

@@ -67,10 +67,10 @@ void LineEndsTest::filesAreKeptOnWish()
     QVERIFY(folder.write(fileName, bytes));
     TextDocument document;
     QVERIFY(!document.load(folder.path(), fileName, {}, {}));
-    document.keepFile();
+    document.file().keep();
     document.save(folder.path(), u"other.txt"_s);
     QVERIFY(!document.load(folder.path(), fileName, {}, {}));
-    document.keepFile();
+    document.file().keep();
     const SaveResult first = document.save(folder.path(), fileName);
     QVERIFY(first.wasToBeKept);
     QFile copy(first.keptCopy);

@@ -74,11 +74,11 @@ void OtherProgramsTest::init()
 void OtherProgramsTest::noticesAWrite()
 {
     const auto document = open("old\n");
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
     QVERIFY(m_folder->write(fileName, "new\n"));
-    QCOMPARE(document->fileChange(), FileChange::Changed);
+    QCOMPARE(document->file().change(), FileChange::Changed);
     QVERIFY(!document->load(m_folder->path(), fileName, {}, {}));
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
     QCOMPARE(document->store().text(), u"new\n"_s);
 }
 
@@ -87,11 +87,11 @@ void OtherProgramsTest::ownSaveIsNoNews()
     const auto document = open("old\n");
     document->replace(Offset(0), 0, u"very ");
     QCOMPARE(document->save(m_folder->path(), fileName).overtaken, Overtaken::No);
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
     QCOMPARE(document->save(m_folder->path(), u"b.txt"_s).overtaken, Overtaken::No);
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
     QVERIFY(m_folder->write(u"b.txt"_s, "other"));
-    QCOMPARE(document->fileChange(), FileChange::Changed);
+    QCOMPARE(document->file().change(), FileChange::Changed);
 }
 
 void OtherProgramsTest::savesOfAnotherDocumentAreNoNews()
@@ -101,13 +101,13 @@ void OtherProgramsTest::savesOfAnotherDocumentAreNoNews()
     QVERIFY(!two.load(m_folder->path(), fileName, {}, {}));
     two.replace(Offset(0), 0, u"two ");
     two.save(m_folder->path(), fileName);
-    QCOMPARE(one->fileChange(), FileChange::None);
+    QCOMPARE(one->file().change(), FileChange::None);
     QVERIFY(m_folder->write(fileName, "of another program"));
-    QCOMPARE(one->fileChange(), FileChange::Changed);
-    QCOMPARE(two.fileChange(), FileChange::Changed);
+    QCOMPARE(one->file().change(), FileChange::Changed);
+    QCOMPARE(two.file().change(), FileChange::Changed);
     one->replace(Offset(0), 0, u"one ");
     QCOMPARE(one->save(m_folder->path(), fileName).overtaken, Overtaken::ByProgram);
-    QCOMPARE(two.fileChange(), FileChange::None);
+    QCOMPARE(two.file().change(), FileChange::None);
     two.replace(Offset(0), 0, u"again ");
     QCOMPARE(two.save(m_folder->path(), fileName).overtaken, Overtaken::ByDocument);
 }
@@ -116,26 +116,26 @@ void OtherProgramsTest::acknowledgedUntilTheNextChange()
 {
     const auto document = open("old\n");
     QVERIFY(m_folder->write(fileName, "new\n"));
-    document->acknowledgeFile();
-    QCOMPARE(document->fileChange(), FileChange::None);
+    document->file().acknowledge();
+    QCOMPARE(document->file().change(), FileChange::None);
     QVERIFY(m_folder->write(fileName, "newer\n"));
-    QCOMPARE(document->fileChange(), FileChange::Changed);
-    document->acknowledgeFile();
+    QCOMPARE(document->file().change(), FileChange::Changed);
+    document->file().acknowledge();
     const SaveResult result = document->save(m_folder->path(), fileName);
     QCOMPARE(result.overtaken, Overtaken::ByProgram);
     QVERIFY(!result.keptCopy.isEmpty());
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
 }
 
 void OtherProgramsTest::acknowledgedDeletion()
 {
     const auto document = open("old\n");
     QVERIFY(QFile::remove(m_folder->path() + fileName));
-    QCOMPARE(document->fileChange(), FileChange::Deleted);
-    document->acknowledgeFile();
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::Deleted);
+    document->file().acknowledge();
+    QCOMPARE(document->file().change(), FileChange::None);
     QVERIFY(m_folder->write(fileName, "new\n"));
-    QVERIFY(document->fileChange() != FileChange::None);
+    QVERIFY(document->file().change() != FileChange::None);
 }
 
 /// A link that leads to one file, to another one and back, as at a change of what is in use.
@@ -150,12 +150,12 @@ void OtherProgramsTest::acknowledgedOnlyUntilItsOwnFileIsBack()
     TextDocument document;
     QVERIFY(!document.load(m_folder->path(), fileName, {}, {}));
     QVERIFY(leadTo("other"));
-    document.acknowledgeFile();
-    QCOMPARE(document.fileChange(), FileChange::None);
+    document.file().acknowledge();
+    QCOMPARE(document.file().change(), FileChange::None);
     QVERIFY(leadTo("one"));
-    QCOMPARE(document.fileChange(), FileChange::None);
+    QCOMPARE(document.file().change(), FileChange::None);
     QVERIFY(leadTo("other"));
-    QCOMPARE(document.fileChange(), FileChange::Replaced);
+    QCOMPARE(document.file().change(), FileChange::Replaced);
 }
 
 /// This document has not read it, so that reading on would leave the other one's text out.
@@ -167,8 +167,8 @@ void OtherProgramsTest::growthOfWhatAnotherDocumentSavedIsNoGrowth()
     two.replace(Offset(0), 0, u"two ");
     two.save(m_folder->path(), fileName);
     QVERIFY(append("more\n"));
-    QCOMPARE(two.fileChange(), FileChange::Grown);
-    QCOMPARE(one->fileChange(), FileChange::Changed);
+    QCOMPARE(two.file().change(), FileChange::Grown);
+    QCOMPARE(one->file().change(), FileChange::Changed);
     QVERIFY(!one->readGrowth());
     QCOMPARE(one->store().text(), u"old\n"_s);
 }
@@ -176,7 +176,7 @@ void OtherProgramsTest::growthOfWhatAnotherDocumentSavedIsNoGrowth()
 void OtherProgramsTest::keepsTheFileOnceWhenWanted()
 {
     const auto document = open("old\n");
-    document->keepFile();
+    document->file().keep();
     const SaveResult first = document->save(m_folder->path(), fileName);
     QVERIFY(first.wasToBeKept);
     QVERIFY(!first.keptCopy.isEmpty());
@@ -236,13 +236,13 @@ void OtherProgramsTest::largeTouchedFileIsNoNews()
         QVERIFY(m_folder->write(fileName, now));
         const timespec times[] = { { 1000, 0 }, { 1000, 0 } };
         QCOMPARE(::utimensat(AT_FDCWD, bytesName().constData(), times, 0), 0);
-        QCOMPARE(document->fileChange(), FileChange::Unsure);
+        QCOMPARE(document->file().change(), FileChange::Unsure);
         const auto seen = readThrough(bytesName());
         QVERIFY(seen);
         if (!isChanged) {
-            QCOMPARE(document->fileChange(seen), FileChange::None);
+            QCOMPARE(document->file().change(seen), FileChange::None);
             QCOMPARE(::chmod(bytesName().constData(), 0640), 0);
-            QCOMPARE(document->fileChange(), FileChange::Unsure);
+            QCOMPARE(document->file().change(), FileChange::Unsure);
         }
         document->replace(Offset(0), 0, u"x");
         const SaveResult result = document->save(m_folder->path(), fileName);
@@ -258,23 +258,23 @@ void OtherProgramsTest::largeFileThatWasSavedMayGrow()
     document->replace(Offset(0), 0, u"x");
     QCOMPARE(document->save(m_folder->path(), fileName).outcome, SaveResult::Outcome::Written);
     QVERIFY(append("more\n"));
-    QCOMPARE(document->fileChange(), FileChange::Grown);
+    QCOMPARE(document->file().change(), FileChange::Grown);
     QVERIFY(document->readGrowth());
     QVERIFY(append("and more\n"));
-    QCOMPARE(document->fileChange(), FileChange::Grown);
+    QCOMPARE(document->file().change(), FileChange::Grown);
     QVERIFY(document->readGrowth());
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
     const auto seen = readThrough(bytesName());
-    QVERIFY(seen && seen->hash == document->fileVersion().content().value());
+    QVERIFY(seen && seen->hash == document->file().version().content().value());
 }
 
 void OtherProgramsTest::unreadFileHasNoNews()
 {
     const auto document = open("old\n");
     QVERIFY(document->load(m_folder->path(), u"missing.txt"_s, {}, {}));
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
     TextDocument empty;
-    QCOMPARE(empty.fileChange(), FileChange::None);
+    QCOMPARE(empty.file().change(), FileChange::None);
 }
 
 void OtherProgramsTest::detachedDocumentHasNoFile()
@@ -285,7 +285,7 @@ void OtherProgramsTest::detachedDocumentHasNoFile()
     QCOMPARE(document->name(), u"a copy"_s);
     QVERIFY(document->isEdited());
     QVERIFY(m_folder->write(fileName, "new\n"));
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
 }
 
 void OtherProgramsTest::growth_data()
@@ -316,10 +316,10 @@ void OtherProgramsTest::growth()
     QFETCH(QString, text);
     const auto document = open(before, CharCode(code));
     QVERIFY(append(added));
-    QCOMPARE(document->fileChange(), FileChange::Grown);
+    QCOMPARE(document->file().change(), FileChange::Grown);
     QVERIFY(document->readGrowth());
     QCOMPARE(document->store().text(), text);
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
     QCOMPARE(int(document->charCode()), code);
     QVERIFY(!document->isEdited());
     document->store().checkInvariants();
@@ -354,7 +354,7 @@ void OtherProgramsTest::halfACharacterWaits()
     QVERIFY(!whole->load(m_folder->path(), fileName, CharCode(code), {}));
     QCOMPARE(document->store().text(), whole->store().text());
     QCOMPARE(document->store().length(), character.size() == 4 ? 6 : 5);
-    QCOMPARE(document->fileChange(), FileChange::None);
+    QCOMPARE(document->file().change(), FileChange::None);
 }
 
 void OtherProgramsTest::halfACharacterThatWasThereIsReadAgain()
@@ -385,7 +385,7 @@ void OtherProgramsTest::editedTextDoesNotGrow()
     const auto document = open("a\n");
     document->replace(Offset(0), 0, u"x");
     QVERIFY(append("b\n"));
-    QCOMPARE(document->fileChange(), FileChange::Grown);
+    QCOMPARE(document->file().change(), FileChange::Grown);
     QVERIFY(!document->readGrowth());
     QCOMPARE(document->store().text(), u"xa\n"_s);
 }
@@ -439,7 +439,7 @@ void OtherProgramsTest::growthThatGoesMeanwhile()
     QVERIFY(!document.readGrowth());
     QVERIFY(!isToGo);
     QCOMPARE(document.store().text(), u"a\n"_s);
-    QCOMPARE(document.fileChange(), FileChange::Changed);
+    QCOMPARE(document.file().change(), FileChange::Changed);
 }
 
 void OtherProgramsTest::savedBytesAreThoseOfTheFile()

@@ -2,6 +2,7 @@
 
 #include "codec/codecs.h"
 #include "tests/document/documentfolder.h"
+#include "tests/document/textlistener.h"
 #include "tests/testprogram.h"
 #include "text/textsearch.h"
 
@@ -21,34 +22,6 @@ TextStore storeOf(const QString &text)
     return store;
 }
 
-/// Offset, units removed and units inserted.
-using Change = QList<qint64>;
-
-Change numbers(const TextChange &change)
-{
-    return { change.offset.value(), change.removed, change.inserted };
-}
-
-/// What a document has told of.
-class Listener {
-public:
-    explicit Listener(const TextDocument &document)
-    {
-        QObject::connect(&document, &TextDocument::changed, &m_context,
-            [this](const TextChange &change) { changes << numbers(change); });
-        QObject::connect(&document, &TextDocument::replaced, &m_context,
-            [this](const TextChange &change) { replacements << numbers(change); });
-        QObject::connect(&document, &TextDocument::saved, &m_context, [this] { ++saves; });
-    }
-
-    QList<Change> changes;
-    QList<Change> replacements;
-    int saves = 0;
-
-private:
-    QObject m_context;
-};
-
 } // namespace
 
 /// A document without a window.
@@ -57,13 +30,7 @@ class TextDocumentTest : public QObject {
 
 private slots:
     void isEmptyAtFirst();
-    void tellsOfEveryEdit();
-    void tellsOfNothingWhenNothingChanges();
-    void tellsOfEachChangeOfAStep();
-    void isEditedUntilAllIsUndone();
-    void recordsNothingWithoutUndo();
     void anotherTextHasNoHistory();
-    void layingOutChangesNothing();
     void opensAnnouncingOnce();
     void opensByWhoeverSetsTheText();
     void asksForTheCodesOfAFileThatDoesNotTell();
@@ -96,85 +63,19 @@ void TextDocumentTest::newFileIsMadeByItsFirstSave()
     const DocumentFolder folder;
     TextDocument document;
     document.startFile(folder.path(), fileName, { CharCode::Euc, ReturnCode::Lf });
-    QVERIFY(document.isOfNewFile());
+    QVERIFY(document.file().isNew());
     QVERIFY(!document.isEdited());
     QCOMPARE(document.path() + document.name(), folder.path() + fileName);
-    QCOMPARE(document.fileChange(), FileChange::None);
+    QCOMPARE(document.file().change(), FileChange::None);
     document.replace({}, 0, u"あ\n");
     QCOMPARE(folder.names(), QStringList());
     const SaveResult result = document.save(folder.path(), fileName);
     QCOMPARE(result.outcome, SaveResult::Outcome::Written);
     QCOMPARE(result.keptCopy, QString());
-    QVERIFY(!document.isOfNewFile());
+    QVERIFY(!document.file().isNew());
     QCOMPARE(folder.read(fileName), QByteArray("\244\242\n"));
     document.startNew({}, {}, utf8Codec());
-    QVERIFY(!document.isOfNewFile());
-}
-
-void TextDocumentTest::tellsOfEveryEdit()
-{
-    TextDocument document;
-    Listener heard(document);
-    document.replace(Offset(0), 0, u"abcdef");
-    document.replace(Offset(1), 2, u"x");
-    document.replace(Offset(0), 1, document.store().piece(Offset(2), 2));
-    QCOMPARE(document.store().text(), u"dexdef"_s);
-    QCOMPARE(heard.changes, QList<Change>({ { 0, 0, 6 }, { 1, 2, 1 }, { 0, 1, 2 } }));
-    QVERIFY(heard.replacements.isEmpty());
-}
-
-void TextDocumentTest::tellsOfNothingWhenNothingChanges()
-{
-    TextDocument document;
-    Listener heard(document);
-    document.replace(Offset(0), 0, u"");
-    document.replace(Offset(0), 0, TextPiece());
-    QVERIFY(heard.changes.isEmpty());
-    QVERIFY(!document.isEdited());
-    QVERIFY(!document.history().canUndo());
-}
-
-void TextDocumentTest::tellsOfEachChangeOfAStep()
-{
-    TextDocument document;
-    document.replace(Offset(0), 0, u"abc");
-    document.replace(Offset(0), 2, u"x");
-    Listener heard(document);
-    QCOMPARE(document.undo(), Offset(2));
-    QCOMPARE(document.store().text(), u"abc"_s);
-    QCOMPARE(heard.changes, QList<Change>({ { 0, 1, 0 }, { 0, 0, 2 } }));
-    QCOMPARE(document.redo(), Offset(1));
-    QCOMPARE(document.store().text(), u"xc"_s);
-    QCOMPARE(heard.changes.size(), 4);
-}
-
-void TextDocumentTest::isEditedUntilAllIsUndone()
-{
-    TextDocument document;
-    bool editedWhenTold = false;
-    connect(&document, &TextDocument::changed, this, [&] { editedWhenTold = document.isEdited(); });
-    document.replace(Offset(0), 0, u"a");
-    document.replace(Offset(0), 0, u"b");
-    QVERIFY(editedWhenTold);
-    document.undo();
-    QVERIFY(document.isEdited() && editedWhenTold);
-    document.undo();
-    QVERIFY(!document.isEdited() && !editedWhenTold);
-    document.redo();
-    QVERIFY(document.isEdited() && editedWhenTold);
-}
-
-void TextDocumentTest::recordsNothingWithoutUndo()
-{
-    TextDocument document;
-    document.replace(Offset(0), 0, u"a");
-    document.history().setEnabled(false);
-    QVERIFY(!document.history().canUndo());
-    document.replace(Offset(1), 0, u"b");
-    document.replace(Offset(1), 0, document.store().piece(Offset(0), 1));
-    QCOMPARE(document.store().text(), u"aab"_s);
-    QVERIFY(!document.history().canUndo());
-    QVERIFY(document.isEdited());
+    QVERIFY(!document.file().isNew());
 }
 
 void TextDocumentTest::anotherTextHasNoHistory()
@@ -182,27 +83,13 @@ void TextDocumentTest::anotherTextHasNoHistory()
     TextDocument document;
     document.replace(Offset(0), 0, u"abc");
     document.setEdited(false);
-    Listener heard(document);
+    TextListener heard(document);
     document.setText(storeOf(u"another"_s));
     QCOMPARE(document.store().text(), u"another"_s);
     QCOMPARE(heard.replacements, QList<Change>({ { 0, 3, 7 } }));
     QVERIFY(heard.changes.isEmpty());
     QVERIFY(!document.history().canUndo());
     QVERIFY(document.isEdited());
-}
-
-void TextDocumentTest::layingOutChangesNothing()
-{
-    TextDocument document;
-    document.setText(storeOf(u"abcdef"_s));
-    document.setEdited(false);
-    Listener heard(document);
-    document.layOut({ .limit = 2 * subpixelsPerPixel });
-    QCOMPARE(document.store().rowCount(), 3);
-    document.layOut({});
-    QCOMPARE(document.store().rowCount(), 1);
-    QVERIFY(heard.changes.isEmpty() && heard.replacements.isEmpty());
-    QVERIFY(!document.isEdited());
 }
 
 void TextDocumentTest::opensAnnouncingOnce()
@@ -212,7 +99,7 @@ void TextDocumentTest::opensAnnouncingOnce()
     TextDocument document;
     document.setText(storeOf(u"before"_s));
     document.layOut({ .limit = subpixelsPerPixel });
-    Listener heard(document);
+    TextListener heard(document);
     bool wasWhole = false;
     connect(&document, &TextDocument::replaced, this, [&] {
         wasWhole = document.store().length() == 3 && document.returnCode() == ReturnCode::CrLf
@@ -235,7 +122,7 @@ void TextDocumentTest::opensByWhoeverSetsTheText()
     QVERIFY(folder.write(fileName, "read"));
     TextDocument document;
     document.setText(storeOf(u"before"_s));
-    Listener heard(document);
+    TextListener heard(document);
     TextStore text;
     QVERIFY(!document.read(folder.path(), fileName, {}, {}, text));
     QCOMPARE(document.store().length(), 0);
@@ -297,7 +184,7 @@ void TextDocumentTest::keepsAllButTheNameWhenReadingFails()
     const DocumentFolder folder;
     TextDocument document({ CharCode::Euc, ReturnCode::Lf });
     document.replace(Offset(0), 0, u"abc");
-    Listener heard(document);
+    TextListener heard(document);
     const auto failure = document.load(folder.path(), u"missing"_s, CharCode::Utf8, {});
     QCOMPARE(failure, std::optional(ReadFailure::Missing));
     QVERIFY(heard.replacements.isEmpty());
@@ -334,12 +221,12 @@ void TextDocumentTest::keepsTextAndHistoryWhenWritingFails()
     const DocumentFolder folder;
     TextDocument document;
     document.replace(Offset(0), 0, u"abc");
-    Listener heard(document);
+    const QSignalSpy saved(&document, &TextDocument::saved);
     const SaveResult result =
         document.save(folder.path() + u"missing/"_s, fileName, CharCode::Jis, ReturnCode::Cr);
     QCOMPARE(result.outcome, SaveResult::Outcome::NotWritten);
     QCOMPARE(result.keptCopy, QString());
-    QCOMPARE(heard.saves, 0);
+    QCOMPARE(saved.count(), 0);
     QCOMPARE(document.name(), QString());
     QVERIFY(document.isEdited() && document.history().canUndo());
     QCOMPARE(document.charCode(), CharCode::Jis);
@@ -351,9 +238,10 @@ void TextDocumentTest::savingEndsTheHistory()
     const DocumentFolder folder;
     TextDocument document({ CharCode::Utf8, ReturnCode::Lf });
     document.replace(Offset(0), 0, u"abc\n");
-    Listener heard(document);
+    TextListener heard(document);
+    const QSignalSpy saved(&document, &TextDocument::saved);
     QCOMPARE(document.save(folder.path(), fileName).outcome, SaveResult::Outcome::Written);
-    QCOMPARE(heard.saves, 1);
+    QCOMPARE(saved.count(), 1);
     QVERIFY(heard.changes.isEmpty() && heard.replacements.isEmpty());
     QCOMPARE(folder.read(fileName), QByteArray("abc\n"));
     QCOMPARE(document.path() + document.name(), folder.path() + fileName);

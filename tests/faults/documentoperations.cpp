@@ -125,7 +125,7 @@ public:
         document.replace({}, 0, QString::fromUtf8(m_target == Target::New ? m_new : typedText.toByteArray()));
         pause(journals);
         if (m_with == With::KeptCopy)
-            document.keepFile();
+            document.file().keep();
         if (m_with == With::Overtaking)
             writeAsAnother(calls);
         begin();
