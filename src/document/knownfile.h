@@ -46,6 +46,8 @@ public:
     void setReadOn(const FileVersion &version) { m_version.setReadOn(version); }
     /// The document is about to be written as path + name. Cost: see DocumentVersion::beginWriting().
     SaveTarget beginWriting(const QString &path, const QString &name);
+    /// See DocumentVersion::writerOf().
+    Overtaken writerOf(const FileStamp &file) const { return m_version.writerOf(file); }
     /// It was.
     void endWriting(const SaveTarget &target, const FileVersion &version);
 

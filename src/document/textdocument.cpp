@@ -274,7 +274,7 @@ SaveResult TextDocument::endSave(const DocumentSave &save)
     const SaveTarget &target = save.target();
     const std::optional<FileStamp> unexpected = save.unexpected();
     SaveResult result{ SaveResult::Outcome::NotWritten,
-        unexpected ? m_version.writerOf(*unexpected) : save.overtaken(), target.wasToBeKept,
+        unexpected ? m_file.writerOf(*unexpected) : save.overtaken(), target.wasToBeKept,
         FileName::fromBytes(save.keptCopy()) };
     if (!save.isWritten())
         return result;
