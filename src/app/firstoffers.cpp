@@ -70,8 +70,8 @@ void FirstOffers::offerLanguages()
     appSettings().LangOffered = 1;
     Notice notice{ NoticeKind::Languages, nullptr, [] { return u"Language / Langue / 言語"_s; }, {} };
     for (const auto &[language, name] : languageNames)
-        notice.offers.push_back(
-            { [name] { return name.toString(); }, [this, language] { useLanguage(language); } });
+        notice.offers.push_back({ [name = name] { return name.toString(); },
+            [this, language = language] { useLanguage(language); } });
     notice.dismissed = [this] { make(); };
     m_documents.notices().put(std::move(notice));
 }
