@@ -1,0 +1,250 @@
+#include "codec/charcode.h"
+#include "codec/codecs.h"
+#include "document/documentsave.h"
+#include "document/readwork.h"
+#include "jobs/job.h"
+#include "jobs/poolrunner.h"
+#include "tests/codec/storedbytes.h"
+#include "tests/document/documentfolder.h"
+#include "tests/testprogram.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <array>
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// More than reading or writing takes in one step, and decodes in one part.
+constexpr int manyLines = 50'000;
+
+QString longText()
+{
+    QString text;
+    text.reserve(qsizetype{ manyLines } * 40);
+    for (int i = 0; i < manyLines; ++i)
+        text +=
+            (i % 5 == 0 ? u"かな漢字 %1 ホゲ\n"_s : u"a line of a log, number %1, nothing else\n"_s).arg(i);
+    return text;
+}
+
+TextStore storeOf(const QString &text)
+{
+    TextStore store;
+    store.replace({}, 0, text);
+    return store;
+}
+
+/// Edits that are made while a job works: they copy, join and free the nodes that it reads.
+void editAllOver(TextStore &store, int round)
+{
+    const qint64 length = store.length();
+    const TextPiece piece = store.piece(Offset(length / 3), 5000);
+    store.insert(Offset(length / 2 + round * 7919 % (length / 2)), piece);
+    store.replace(Offset(round * 104'729 % length), 3, u"edited");
+    store.replace(Offset(length / 4), 6000, u"");
+}
+
+/// Walks through a text by several threads at once, again and again.
+class SummingWork : public JobWork {
+public:
+    static constexpr int parts = 4;
+    explicit SummingWork(TextSnapshot text)
+        : m_text(std::move(text))
+    {
+    }
+
+    Step step(JobTurn &turn) override
+    {
+        std::array<quint64, parts> sums{};
+        turn.spread(parts, [&](int part) { sums[size_t(part)] = sumOf(part); });
+        const quint64 sum = std::accumulate(sums.begin(), sums.end(), quint64());
+        isAlwaysTheSame = isAlwaysTheSame && (m_round == 0 || sum == m_sum);
+        m_sum = sum;
+        return ++m_round == 5 ? Step::Done : Step::More;
+    }
+    bool isAlwaysTheSame = true;
+
+private:
+    quint64 sumOf(int part) const
+    {
+        const Offset end(m_text.length() * (part + 1) / parts);
+        quint64 sum = 0;
+        for (Offset at(m_text.length() * part / parts); at < end;) {
+            const TextChunk chunk = m_text.spelledChunkAt(at);
+            for (const char unit : chunk.latin1)
+                sum = sum * 31 + uchar(unit);
+            for (const QChar unit : chunk.utf16)
+                sum = sum * 31 + unit.unicode();
+            at += chunk.size();
+        }
+        return sum;
+    }
+
+    const TextSnapshot m_text;
+    quint64 m_sum = 0;
+    int m_round = 0;
+};
+
+} // namespace
+
+/// Loading, saving and reading a text by jobs in threads, while this one edits.
+class JobsInThreadsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void reads_data() { addCodes(); }
+    void reads();
+    void readingIsStopped_data();
+    void readingIsStopped();
+    void savesWhileTheTextIsEdited_data() { addCodes(); }
+    void savesWhileTheTextIsEdited();
+    void savingIsStopped();
+    void severalReadWhileTheTextIsEdited();
+
+private:
+    static void addCodes();
+
+    QString m_text;
+    DocumentFolder m_folder;
+};
+
+void JobsInThreadsTest::initTestCase()
+{
+    m_text = longText();
+}
+
+void JobsInThreadsTest::addCodes()
+{
+    QTest::addColumn<CharCode>("code");
+    for (const CharCode code : { CharCode::Utf8, CharCode::ShiftJis, CharCode::Jis })
+        QTest::addRow("%s", infoOf(code).name.data()) << code;
+}
+
+void JobsInThreadsTest::reads()
+{
+    QFETCH(CharCode, code);
+    const QByteArray bytes = storedBytes(infoOf(code).codec(), storeOf(m_text));
+    QVERIFY(m_folder.write(fileName, bytes));
+    const TextStore expected = codecToRead(code, bytes).decode(bytes, LayoutRule());
+
+    PoolRunner runner;
+    TextStore store;
+    auto owned = std::make_unique<ReadWork>(
+        FileReading::Request{ m_folder.path() + fileName, code, {} }, LayoutCopy(store));
+    ReadWork &work = *owned;
+    Job job(std::move(owned), runner);
+    connect(&job, &Job::partReady, this, [&] {
+        for (ReadWork::Part &part : work.take()) {
+            if (part.startsOver)
+                store = TextStore();
+            store.append(std::move(part.text));
+            work.setLayout(LayoutCopy(store));
+        }
+    });
+    QSignalSpy finished(&job, &Job::finished);
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(finished[0][0].value<JobOutcome>(), JobOutcome::Done);
+    QVERIFY(store.text() == expected.text());
+    store.checkInvariants();
+}
+
+void JobsInThreadsTest::readingIsStopped_data()
+{
+    QTest::addColumn<bool>("isGivenUp");
+    QTest::newRow("and told") << false;
+    QTest::newRow("by its end") << true;
+}
+
+void JobsInThreadsTest::readingIsStopped()
+{
+    QFETCH(bool, isGivenUp);
+    QVERIFY(m_folder.write(fileName, m_text.toUtf8()));
+    PoolRunner runner;
+    for (int round = 0; round < 5; ++round) {
+        TextStore store;
+        auto owned = std::make_unique<ReadWork>(
+            FileReading::Request{ m_folder.path() + fileName, {}, {} }, LayoutCopy(store));
+        ReadWork &work = *owned;
+        auto job = std::make_unique<Job>(std::move(owned), runner);
+        QSignalSpy begun(job.get(), &Job::partReady);
+        if (round > 0)
+            QTRY_VERIFY(!begun.isEmpty());
+        for (ReadWork::Part &part : work.take())
+            store.append(std::move(part.text));
+        job->stop();
+        if (isGivenUp)
+            job.reset();
+        else
+            QVERIFY(job->wait(QDeadlineTimer::Forever));
+        QVERIFY(m_text.startsWith(store.text()));
+    }
+}
+
+void JobsInThreadsTest::savesWhileTheTextIsEdited()
+{
+    QFETCH(CharCode, code);
+    TextStore store = storeOf(m_text);
+    const TextCodec &codec = infoOf(code).codec();
+    const QByteArray expected = storedBytes(codec, store);
+    PoolRunner runner;
+    Job job(std::make_unique<DocumentSave>(SaveTarget{ m_folder.path(), fileName },
+                WrittenText{ TextSnapshot(store), { &codec, TextCodec::AsRead::Nothing } },
+                DocumentSave::LookFor::Bytes),
+        runner);
+    QSignalSpy finished(&job, &Job::finished);
+    for (int round = 0; finished.isEmpty(); ++round) {
+        editAllOver(store, round);
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(finished[0][0].value<JobOutcome>(), JobOutcome::Done);
+    QVERIFY(m_folder.read(fileName) == expected);
+}
+
+void JobsInThreadsTest::savingIsStopped()
+{
+    QVERIFY(m_folder.write(fileName, "the old text"));
+    TextStore store = storeOf(m_text);
+    PoolRunner runner;
+    for (int round = 0; round < 5; ++round) {
+        Job job(std::make_unique<DocumentSave>(SaveTarget{ m_folder.path(), fileName },
+                    WrittenText{ TextSnapshot(store), { &utf8Codec(), TextCodec::AsRead::Nothing } },
+                    DocumentSave::LookFor::Nothing),
+            runner);
+        QSignalSpy begun(&job, &Job::progressed);
+        if (round > 0)
+            QTRY_VERIFY(!begun.isEmpty());
+        job.stop();
+        editAllOver(store, round);
+        QVERIFY(job.wait(QDeadlineTimer::Forever));
+        QCOMPARE(m_folder.read(fileName), "the old text");
+        QCOMPARE(m_folder.names(), QStringList{ fileName });
+    }
+}
+
+void JobsInThreadsTest::severalReadWhileTheTextIsEdited()
+{
+    TextStore store = storeOf(m_text);
+    PoolRunner runner;
+    std::vector<std::unique_ptr<Job>> jobs;
+    std::vector<const SummingWork *> works;
+    for (int i = 0; i < 3; ++i) {
+        auto work = std::make_unique<SummingWork>(TextSnapshot(store));
+        works.push_back(work.get());
+        jobs.push_back(std::make_unique<Job>(std::move(work), runner));
+        editAllOver(store, i);
+    }
+    for (int round = 0; !std::ranges::all_of(jobs, &Job::isFinished); ++round) {
+        editAllOver(store, round);
+        QCoreApplication::processEvents();
+    }
+    QVERIFY(std::ranges::all_of(works, &SummingWork::isAlwaysTheSame));
+    store.checkInvariants();
+}
+
+REGISTER_TEST(runCoreTest<JobsInThreadsTest>)
+#include "jobsinthreads_test.moc"
