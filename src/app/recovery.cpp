@@ -63,7 +63,8 @@ Recovery::Recovery(
     , m_loader(loader)
     , m_journals(journals)
 {
-    connect(&journals, &RecoveryJournals::leftBehindChanged, this, &Recovery::look);
+    connect(&journals, &RecoveryJournals::leftBehindChanged, &journals, &RecoveryJournals::lookForLeftBehind);
+    connect(&journals, &RecoveryJournals::foundLeftBehind, this, &Recovery::tell);
 }
 
 void Recovery::lookWhenShown()
@@ -76,18 +77,9 @@ bool Recovery::eventFilter(QObject *object, QEvent *event)
 {
     if (event->type() == QEvent::Expose && m_window.windowHandle()->isExposed()) {
         object->removeEventFilter(this);
-        look();
+        m_journals.lookForLeftBehind();
     }
     return false;
-}
-
-/// In a thread of its own; nothing waits for it.
-void Recovery::look()
-{
-    m_looking.start([this] {
-        QMetaObject::invokeMethod(
-            this, [this, found = m_journals.leftBehind()] { tell(found); }, Qt::QueuedConnection);
-    });
 }
 
 void Recovery::tell(const std::vector<LeftBehind> &found)
@@ -128,7 +120,7 @@ void Recovery::ask()
     for (const int row : form.chosen())
         chosen.push_back(found[size_t(row)]);
     result == frmRecovery::Restore ? restoreAll(chosen) : discardAll(chosen);
-    look();
+    m_journals.lookForLeftBehind();
 }
 
 /// Each in a document of its own, of which the first is shown.

@@ -3,7 +3,6 @@
 #include "recovery/leftbehind.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 #include <vector>
@@ -29,7 +28,6 @@ protected:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    void look();
     void tell(const std::vector<LeftBehind> &found);
     void ask();
     void restoreAll(const std::vector<LeftBehind> &texts);
@@ -45,5 +43,4 @@ private:
     RecoveryJournals &m_journals;
     bool m_hasLooked = false;
     std::vector<LeftBehind> m_found;
-    QThreadPool m_looking; ///< waits at its end until nobody looks any more
 };

@@ -5,12 +5,12 @@
 #include <QDateTime>
 
 DocumentJournal::DocumentJournal(
-    TextDocument &document, PlaceReader place, JournalThread &thread, const JournalClock &clock)
+    TextDocument &document, PlaceReader place, JournalJobs &jobs, const JournalClock &clock)
     : m_document(document)
     , m_place(std::move(place))
-    , m_thread(thread)
+    , m_jobs(jobs)
     , m_clock(clock)
-    , m_number(thread.newJournal())
+    , m_number(jobs.newJournal())
 {
     connect(&document, &TextDocument::changed, this, &DocumentJournal::noteChange);
     connect(&document, &TextDocument::aboutToReplace, this, [this] { m_text.drop(); });
@@ -25,9 +25,9 @@ DocumentJournal::DocumentJournal(
 
 DocumentJournal::~DocumentJournal()
 {
-    m_thread.leave(m_number);
+    m_jobs.leave(m_number);
     for (const int old : m_old)
-        m_thread.leave(old);
+        m_jobs.leave(old);
 }
 
 void DocumentJournal::noteChange(const TextChange &change)
@@ -73,8 +73,8 @@ void DocumentJournal::beginAnew(WholeIn where)
 void DocumentJournal::setAside()
 {
     if (std::exchange(m_isBegun, false)) {
-        m_thread.rest(m_number);
-        m_old.push_back(std::exchange(m_number, m_thread.newJournal()));
+        m_jobs.rest(m_number);
+        m_old.push_back(std::exchange(m_number, m_jobs.newJournal()));
     }
     m_isOnItsWay = false;
 }
@@ -82,7 +82,7 @@ void DocumentJournal::setAside()
 void DocumentJournal::removeOld()
 {
     for (const int old : std::exchange(m_old, {}))
-        m_thread.remove(old);
+        m_jobs.remove(old);
     m_superseded.discard();
 }
 
@@ -105,7 +105,7 @@ void DocumentJournal::writeNow()
     }
     m_isOnItsWay = true;
     m_isBegun = true;
-    m_thread.write(m_number, m_text.next(m_document, state()));
+    m_jobs.write(m_number, m_text.next(m_document, state()));
 }
 
 void DocumentJournal::noteResult(const WriteResult &result)

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "recovery/claimedjournal.h"
+#include "recovery/journaljobs.h"
 #include "recovery/journaltext.h"
-#include "recovery/journalthread.h"
 #include "recovery/writeschedule.h"
 
 #include <QObject>
@@ -30,8 +30,7 @@ class DocumentJournal : public QObject {
     Q_OBJECT
 public:
     /// Nothing is owned; all must outlive it. Of a document that is edited already the whole text is written.
-    DocumentJournal(
-        TextDocument &document, PlaceReader place, JournalThread &thread, const JournalClock &clock);
+    DocumentJournal(TextDocument &document, PlaceReader place, JournalJobs &jobs, const JournalClock &clock);
     /// What there is of files stays, for others to find, unless end() was called.
     ~DocumentJournal() override;
 
@@ -77,7 +76,7 @@ private:
 
     TextDocument &m_document;
     const PlaceReader m_place;
-    JournalThread &m_thread;
+    JournalJobs &m_jobs;
     const JournalClock &m_clock;
     WriteSchedule m_schedule;
     JournalText m_text;

@@ -184,10 +184,15 @@ void JournalWriter::rest()
     m_write = nullptr;
 }
 
+void JournalWriter::leave()
+{
+    rest();
+    m_file.reset();
+}
+
 void JournalWriter::remove()
 {
-    m_next.reset();
-    m_file.reset();
+    leave();
     if (!m_name.isEmpty())
         m_calls.unlink(m_name.constData());
 }

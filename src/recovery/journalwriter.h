@@ -29,7 +29,8 @@ public:
 
     /// Gives the write up, and no other is to come.
     void rest();
-
+    /// The same, and others may find the journal.
+    void leave();
     /// The document needs its journal no longer.
     void remove();
 

@@ -2,13 +2,37 @@
 
 #include <algorithm>
 
+namespace {
+
+class LookingWork : public JobWork {
+public:
+    LookingWork(QByteArray folder, const FileCalls &calls)
+        : m_folder(std::move(folder))
+        , m_calls(calls)
+    {
+    }
+    Step step(JobTurn &) override
+    {
+        m_found = findLeftBehind(m_folder, m_calls);
+        return Step::Done;
+    }
+    const std::vector<LeftBehind> &found() const { return m_found; }
+
+private:
+    const QByteArray m_folder;
+    const FileCalls &m_calls;
+    std::vector<LeftBehind> m_found;
+};
+
+} // namespace
+
 RecoveryJournals::RecoveryJournals(QByteArray folder, const FileCalls &calls, JournalClock clock)
     : m_folder(std::move(folder))
     , m_calls(calls)
     , m_clock(std::move(clock))
-    , m_thread(m_folder, calls,
-          [this] { QMetaObject::invokeMethod(this, &RecoveryJournals::collect, Qt::QueuedConnection); })
+    , m_jobs(m_folder, calls)
 {
+    connect(&m_jobs, &JournalJobs::told, this, &RecoveryJournals::noteResult);
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &RecoveryJournals::writeDue);
 }
@@ -32,7 +56,7 @@ DocumentJournal *RecoveryJournals::journalOf(const TextDocument &document) const
 void RecoveryJournals::attach(TextDocument &document, PlaceReader place)
 {
     Q_ASSERT(!journalOf(document));
-    auto journal = std::make_unique<DocumentJournal>(document, std::move(place), m_thread, m_clock);
+    auto journal = std::make_unique<DocumentJournal>(document, std::move(place), m_jobs, m_clock);
     connect(journal.get(), &DocumentJournal::dirtied, this, &RecoveryJournals::schedule);
     connect(&document, &QObject::destroyed, this, [this](QObject *gone) { m_journals.erase(gone); });
     m_journals[&document] = std::move(journal);
@@ -117,28 +141,25 @@ void RecoveryJournals::schedule()
 
 bool RecoveryJournals::flush(std::chrono::milliseconds limit)
 {
-    const auto end = std::chrono::steady_clock::now() + limit;
-    using Until = JournalThread::Until;
+    const QDeadlineTimer end(limit);
+    using Until = JournalJobs::Until;
     const auto isWritten = [](const auto &entry) { return entry.second->isWritten(); };
     // What is on its way has to arrive first; only then what was edited since can go.
     constexpr int mostRounds = 2;
     for (int round = 0; round < mostRounds && !std::ranges::all_of(m_journals, isWritten); ++round) {
         for (const auto &[document, journal] : m_journals)
             journal->writeNow();
-        m_thread.wait(Until::AllWritten, end);
-        collect();
+        m_jobs.wait(Until::AllWritten, end);
     }
-    m_thread.wait(Until::NothingLeft, end);
+    m_jobs.wait(Until::NothingLeft, end);
     return std::ranges::all_of(m_journals, isWritten);
 }
 
-void RecoveryJournals::collect()
+void RecoveryJournals::noteResult(const WriteResult &result)
 {
-    for (const WriteResult &result : m_thread.collect()) {
-        for (const auto &[document, journal] : m_journals)
-            journal->noteResult(result);
-        noteLeaving(result);
-    }
+    for (const auto &[document, journal] : m_journals)
+        journal->noteResult(result);
+    noteLeaving(result);
     noteFailures();
     schedule();
 }
@@ -157,6 +178,15 @@ void RecoveryJournals::retry()
     for (const auto &[document, journal] : m_journals)
         journal->retry();
     schedule();
+}
+
+void RecoveryJournals::lookForLeftBehind()
+{
+    auto work = std::make_unique<LookingWork>(m_folder, m_calls);
+    const LookingWork &looking = *work;
+    m_looking = std::make_unique<Job>(std::move(work), m_jobs.runner());
+    connect(
+        m_looking.get(), &Job::finished, this, [this, &looking] { emit foundLeftBehind(looking.found()); });
 }
 
 Restored RecoveryJournals::restore(const LeftBehind &found, TextDocument &document)

@@ -25,8 +25,8 @@
 /// A document that is destroyed without end() leaves its journal behind, and so does a program that just
 /// ends. Nothing here shows anything; a failure is told by failureChanged().
 ///
-/// Threads: one writes; all functions are for the thread of the documents, and but for flush(), restore() and
-/// findLeftBehind() none waits for a disk.
+/// Threads: jobs write; all functions are for the thread of the documents, and but for flush(), restore() and
+/// discard() none waits for a disk.
 class RecoveryJournals : public QObject {
     Q_OBJECT
 public:
@@ -59,8 +59,9 @@ public:
     /// Tries again at once; it is tried again by and by anyway.
     void retry();
 
-    /// Journals that other runs left behind. See findLeftBehind(), which may be called in any thread.
-    std::vector<LeftBehind> leftBehind() const { return findLeftBehind(m_folder, m_calls); }
+    /// Looks for journals that other runs left behind, as a job; foundLeftBehind() tells what was found when
+    /// this was asked for last. See findLeftBehind().
+    void lookForLeftBehind();
     /// Restores one into an attached document; see restore(). Its journal goes when the document has one of
     /// its own or needs none; the result has it where not all of it could be restored.
     Restored restore(const LeftBehind &found, TextDocument &document);
@@ -72,12 +73,13 @@ public:
 signals:
     /// failure() is another one.
     void failureChanged();
-    /// leftBehind() has what it had not.
+    /// There is another one to be found.
     void leftBehindChanged();
+    void foundLeftBehind(const std::vector<LeftBehind> &found);
 
 private:
     DocumentJournal *journalOf(const TextDocument &document) const;
-    void collect();
+    void noteResult(const WriteResult &result);
     void schedule();
     void noteFailures();
     void noteLeaving(const WriteResult &result);
@@ -85,9 +87,10 @@ private:
     const QByteArray m_folder;
     const FileCalls &m_calls;
     const JournalClock m_clock;
-    JournalThread m_thread;
+    JournalJobs m_jobs;
     std::map<const QObject *, std::unique_ptr<DocumentJournal>> m_journals;
     std::map<int, std::unique_ptr<DocumentJournal>> m_leaving; ///< by number; null: on its last way
+    std::unique_ptr<Job> m_looking;
     QTimer m_timer;
     int m_failure = 0;
 };
