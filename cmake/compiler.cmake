@@ -16,9 +16,12 @@ target_compile_definitions(marlopad_flags INTERFACE
 target_include_directories(marlopad_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
 
 if(MARLOPAD_SANITIZE)
-    set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    set(sanitize -fsanitize=${MARLOPAD_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(marlopad_flags INTERFACE ${sanitize} -g1)
     target_link_options(marlopad_flags INTERFACE ${sanitize} -fuse-ld=lld)
+endif()
+
+if(MARLOPAD_SANITIZE MATCHES address)
 
     # So much freed memory waits before any is used again. The usual 256 MiB are more than a processor's cache holds, so
     # that nearly every allocation of a busy test comes to cold memory, or to a page that was never touched.
@@ -33,6 +36,10 @@ if(MARLOPAD_SANITIZE)
     if(NOT MARLOPAD_CAN_FIND_LEAKS)
         string(APPEND MARLOPAD_TEST_ENVIRONMENT :detect_leaks=0)
     endif()
+endif()
+
+if(MARLOPAD_SANITIZE STREQUAL "thread")
+    set(MARLOPAD_TEST_ENVIRONMENT TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/threads/races.supp)
 endif()
 
 if(MARLOPAD_FUZZ)
@@ -52,6 +59,8 @@ add_library(marlopad_library_flags INTERFACE)
 add_library(marlopad_test_flags INTERFACE)
 if(MARLOPAD_SANITIZE)
     target_compile_options(marlopad_library_flags INTERFACE -O1)
+endif()
+if(MARLOPAD_SANITIZE MATCHES undefined)
     target_compile_options(marlopad_test_flags INTERFACE -fno-sanitize=null,alignment,object-size,vptr)
 endif()
 # Where in a line of the cache a function is linked changes the speed of its loops by up to a third. It shall not.

@@ -76,11 +76,13 @@ endfunction()
 set(MARLOPAD_BUSY_TEST 2)
 
 # marlopad_test(NAME [OF TEST] [ON x|wayland] [ENVIRONMENT VARIABLE=VALUE…]): one CTest test, labelled with its folder.
-# NAME.cpp joins the folder's program; with OF it is another test's file, run once more. It runs without a screen, on a
+# NAME.cpp, which may stand in another folder, joins the program of this one; with OF it is another test's file, run once
+# more. It runs without a screen, on a
 # virtual X display with a window manager, or on a Wayland compositor, where no window is ever active, as there are no
 # keys and no pointer.
-function(marlopad_test name)
+function(marlopad_test file)
     cmake_parse_arguments(arg "" "OF;ON" "ENVIRONMENT" ${ARGN})
+    get_filename_component(name ${file} NAME)
     get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} NAME)
     set(runner isolated)
     if(arg_ON)
@@ -88,7 +90,7 @@ function(marlopad_test name)
     endif()
     if(NOT arg_OF)
         set(arg_OF ${name})
-        target_sources(${folder}_tests PRIVATE ${name}.cpp)
+        target_sources(${folder}_tests PRIVATE ${file}.cpp)
     endif()
     add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/${runner} $<TARGET_FILE:${folder}_tests> ${arg_OF})
     list(PREPEND arg_ENVIRONMENT ${MARLOPAD_TEST_ENVIRONMENT})
