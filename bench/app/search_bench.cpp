@@ -65,9 +65,9 @@ void searchInVain(benchmark::State &state, Script script, Lines lines, Wrapping 
     const TextStore store = storeOf(script, lines, units, 0, ruleOf(wrapping));
     const TextPattern pattern(wordOf(script), cs);
     for (auto _ : state) {
-        benchmark::DoNotOptimize(searchForward(store, pattern, {}));
+        benchmark::DoNotOptimize(findHit(store, pattern, SearchDirection::Forward, {}));
         state.PauseTiming();
-        if (searchForward(store, pattern, {}))
+        if (findHit(store, pattern, SearchDirection::Forward, {}))
             state.SkipWithError("there is a hit");
         state.ResumeTiming();
     }
@@ -80,7 +80,7 @@ void searchBackInVain(benchmark::State &state, Lines lines, Wrapping wrapping, Q
     const TextPattern pattern(wordOf(English), cs);
     const CursorPlace end{ store.end() };
     for (auto _ : state)
-        benchmark::DoNotOptimize(searchBackward(store, pattern, end));
+        benchmark::DoNotOptimize(findHit(store, pattern, SearchDirection::Backward, end));
     state.SetBytesProcessed(state.iterations() * store.length());
 }
 
@@ -91,7 +91,7 @@ void searchFar(benchmark::State &state, Lines lines, Wrapping wrapping)
     store.replace(store.end(), 0, wordOf(English));
     const TextPattern pattern(wordOf(English), Qt::CaseSensitive);
     for (auto _ : state) {
-        const auto hit = searchForward(store, pattern, {});
+        const auto hit = findHit(store, pattern, SearchDirection::Forward, {});
         benchmark::DoNotOptimize(hit);
         benchmark::DoNotOptimize(store.rowColAt(hit->begin));
         if (hit->end.offset != store.end())
@@ -106,7 +106,7 @@ void searchAlike(benchmark::State &state, const char *text, Qt::CaseSensitivity 
     const TextStore store = storeOf(English, OneLine, 100 * mebi, 0, ruleOf(Wrapped));
     const TextPattern pattern(QString::fromLatin1(text), cs);
     for (auto _ : state)
-        benchmark::DoNotOptimize(searchForward(store, pattern, {}));
+        benchmark::DoNotOptimize(findHit(store, pattern, SearchDirection::Forward, {}));
     state.SetBytesProcessed(state.iterations() * store.length());
 }
 

@@ -44,7 +44,7 @@ bool save(TextDocument &document, const char *file)
 bool find(const TextDocument &document, const char *text)
 {
     const TextPattern pattern(QString::fromUtf8(text), Qt::CaseSensitive);
-    return searchForward(document.store(), pattern, {}).has_value();
+    return findHit(document.store(), pattern, SearchDirection::Forward, {}).has_value();
 }
 
 void tell(const QElapsedTimer &timer)

@@ -148,7 +148,7 @@ private:
         const QString wanted = text().sliced(from, m_bytes.below(text().size() - from + 1));
         const qint64 start = m_bytes.below(text().size() + 1);
         const TextPattern pattern(wanted, Qt::CaseSensitive);
-        const auto hit = searchForward(m_document.store(), pattern, { Offset(start) });
+        const auto hit = findHit(m_document.store(), pattern, SearchDirection::Forward, { Offset(start) });
         // No line holds a line end.
         const bool isSearchable = !wanted.isEmpty() && !wanted.contains(u'\n');
         const qint64 expected = isSearchable ? text().indexOf(wanted, start) : -1;

@@ -76,11 +76,11 @@ void compareWithString(Bytes &bytes)
     const TextPattern pattern(wanted, cs);
     for (qint64 from : { qint64(0), bytes.below(text.size() + 1), text.size() }) {
         const qint64 first = wanted.isEmpty() ? -1 : text.indexOf(wanted, from, cs);
-        require(pattern.indexIn(store, Offset(from)).value_or(Offset(-1)) == Offset(first));
+        require(pattern.indexIn(store, { Offset(from), store.end() }).value_or(Offset(-1)) == Offset(first));
         qint64 last = -1;
         for (qint64 at = -1; !wanted.isEmpty() && (at = text.indexOf(wanted, at + 1, cs)) >= 0 && at <= from;)
             last = at;
-        require(pattern.lastIndexIn(store, Offset(from)).value_or(Offset(-1)) == Offset(last));
+        require(pattern.lastIndexIn(store, { {}, Offset(from) + 1 }).value_or(Offset(-1)) == Offset(last));
     }
 }
 
@@ -102,12 +102,12 @@ void compareWithRows(Bytes &bytes)
     const RowIndex row(bytes.below(store.rowCount()));
     for (qint64 column = 0; column <= store.row(row).length; ++column) {
         const CursorPlace place = store.placeAt({ row, column });
-        require(drawn(store, searchForward(store, pattern, place))
+        require(drawn(store, findHit(store, pattern, SearchDirection::Forward, place))
             == drawn(model, naive.forward(wanted, cs, { row, column })));
-        require(drawn(store, searchBackward(store, pattern, place))
+        require(drawn(store, findHit(store, pattern, SearchDirection::Backward, place))
             == drawn(model, naive.backward(wanted, cs, { row, column })));
         if (place.offset < store.end())
-            require(drawn(store, searchForward(store, pattern, nextColumn(store, place)))
+            require(drawn(store, findHit(store, pattern, SearchDirection::Forward, nextColumn(store, place)))
                 == drawn(model, naive.forward(wanted, cs, { row, column + 1 })));
     }
 }

@@ -1,5 +1,6 @@
 #include "text/textpattern.h"
 
+#include "text/textsnapshot.h"
 #include "text/unitfold.h"
 
 #include <QList>
@@ -130,18 +131,20 @@ private:
     qsizetype m_matched = 0;
 };
 
-/// One search of one store.
-class PatternSearch {
+/// One search of a store or a snapshot, for a hit that begins in a range of it.
+template <class Text> class PatternSearch {
 public:
-    PatternSearch(const TextPattern &pattern, const TextStore &store)
+    PatternSearch(const TextPattern &pattern, const Text &text, TextRange begins)
         : m_pattern(pattern)
-        , m_store(store)
+        , m_text(text)
         , m_length(pattern.length())
+        , m_first(begins.start)
+        , m_last(qMin(begins.end - 1, text.end() - pattern.length()))
     {
     }
 
-    std::optional<Offset> forwards(Offset from);
-    std::optional<Offset> backwards(Offset from);
+    std::optional<Offset> forwards();
+    std::optional<Offset> backwards();
 
 private:
     template <typename Unit> using Probes = TextPattern::Probes<Unit>;
@@ -151,13 +154,13 @@ private:
     template <typename Unit> bool isCandidate(const Unit *units) const;
     template <typename Unit> bool hasCandidate(const Unit *units) const;
     template <typename Unit> bool settlesForwards(const TextChunk &chunk, const Unit *units, qint64 count);
-    template <typename Unit> bool settlesBackwards(const TextChunk &chunk, const Unit *units);
+    template <typename Unit> bool settlesBackwards(const TextChunk &chunk, const Unit *units, qint64 first);
     template <typename Unit> bool settlesAcross(const TextChunk &chunk, const Unit *units, qint64 index);
     bool settlesAt(const TextChunk &chunk, qint64 index);
     bool matches(const TextChunk &chunk, qint64 index);
     qint64 equalUnits(const TextChunk &chunk, qint64 index, qint64 done, char16_t before) const;
     bool beginsInsidePair(Offset offset) const;
-    char16_t unitBefore(Offset offset) const { return offset > Offset() ? m_store.at(offset - 1) : u'\0'; }
+    char16_t unitBefore(Offset offset) const { return offset > Offset() ? m_text.at(offset - 1) : u'\0'; }
 
     std::optional<Offset> forwardsByUnits(Offset from) const;
     std::optional<Offset> backwardsByUnits(Offset from) const;
@@ -167,22 +170,24 @@ private:
     }
 
     const TextPattern &m_pattern;
-    const TextStore &m_store;
+    const Text &m_text;
     const qint64 m_length;
-    Offset m_from;
+    const Offset m_first; ///< of the places where a hit may begin
+    const Offset m_last;
+    Offset m_from; ///< the one of them that is tried first
     qint64 m_compared = 0; ///< units that equalled the pattern's at places that were no hits
     std::optional<Offset> m_hit;
     std::optional<Offset> m_givenUpAt; ///< the place from which on the search is to go on unit by unit
 };
 
-template <typename Unit> bool PatternSearch::isCandidate(const Unit *units) const
+template <class Text> template <typename Unit> bool PatternSearch<Text>::isCandidate(const Unit *units) const
 {
     const Probes<Unit> &probes = probesFor(units);
     return probes.first.has(units[0]) && probes.second.has(units[m_pattern.m_distance]);
 }
 
 /// Whether one of `blockSize` places is a candidate; without a branch, for the compiler to make vectors of.
-template <typename Unit> bool PatternSearch::hasCandidate(const Unit *units) const
+template <class Text> template <typename Unit> bool PatternSearch<Text>::hasCandidate(const Unit *units) const
 {
     const Probes<Unit> probes = probesFor(units);
     const Unit *const second = units + m_pattern.m_distance;
@@ -200,7 +205,9 @@ template <typename Unit> bool PatternSearch::hasCandidate(const Unit *units) con
 }
 
 /// How many units of the chunk from `index` on equal the pattern's from `done` on.
-qint64 PatternSearch::equalUnits(const TextChunk &chunk, qint64 index, qint64 done, char16_t before) const
+template <class Text>
+qint64 PatternSearch<Text>::equalUnits(
+    const TextChunk &chunk, qint64 index, qint64 done, char16_t before) const
 {
     const qint64 count = qMin(chunk.size() - index, m_length - done);
     const char16_t *const wanted = QStringView(m_pattern.m_folded).utf16() + done;
@@ -220,21 +227,21 @@ qint64 PatternSearch::equalUnits(const TextChunk &chunk, qint64 index, qint64 do
 
 /// When case does not count a pair is one character, and a pattern that begins with a low surrogate does not
 /// begin inside it.
-bool PatternSearch::beginsInsidePair(Offset offset) const
+template <class Text> bool PatternSearch<Text>::beginsInsidePair(Offset offset) const
 {
     return m_pattern.m_folds && m_pattern.m_folded.front().isLowSurrogate()
         && QChar::isHighSurrogate(unitBefore(offset));
 }
 
 /// Whether there is a hit at an index of the chunk; it may end in another one.
-bool PatternSearch::matches(const TextChunk &chunk, qint64 index)
+template <class Text> bool PatternSearch<Text>::matches(const TextChunk &chunk, qint64 index)
 {
     TextChunk part = chunk;
     qint64 done = equalUnits(part, index, 0, 0);
     Offset end = part.offset + index + done;
-    while (done < m_length && end == part.offset + part.size() && end < m_store.end()) {
+    while (done < m_length && end == part.offset + part.size() && end < m_text.end()) {
         const char16_t before = unitOf(part, part.size() - 1);
-        part = m_store.chunkAt(end);
+        part = m_text.chunkAt(end);
         const qint64 equal = equalUnits(part, 0, done, before);
         done += equal;
         end += equal;
@@ -244,7 +251,7 @@ bool PatternSearch::matches(const TextChunk &chunk, qint64 index)
 }
 
 /// Whether the search is over here: there is a hit, or too much was compared in vain.
-bool PatternSearch::settlesAt(const TextChunk &chunk, qint64 index)
+template <class Text> bool PatternSearch<Text>::settlesAt(const TextChunk &chunk, qint64 index)
 {
     const Offset offset = chunk.offset + index;
     if (matches(chunk, index))
@@ -254,15 +261,17 @@ bool PatternSearch::settlesAt(const TextChunk &chunk, qint64 index)
     return m_hit || m_givenUpAt;
 }
 
+template <class Text>
 template <typename Unit>
-bool PatternSearch::settlesAcross(const TextChunk &chunk, const Unit *units, qint64 index)
+bool PatternSearch<Text>::settlesAcross(const TextChunk &chunk, const Unit *units, qint64 index)
 {
     return probesFor(units).first.has(units[index]) && settlesAt(chunk, index);
 }
 
 /// Tries the chunk's first `count` places.
+template <class Text>
 template <typename Unit>
-bool PatternSearch::settlesForwards(const TextChunk &chunk, const Unit *units, qint64 count)
+bool PatternSearch<Text>::settlesForwards(const TextChunk &chunk, const Unit *units, qint64 count)
 {
     if (!probesFor(units).first.isPossible)
         return false;
@@ -284,19 +293,21 @@ bool PatternSearch::settlesForwards(const TextChunk &chunk, const Unit *units, q
     return false;
 }
 
-/// Tries all places of the chunk, the last one first.
-template <typename Unit> bool PatternSearch::settlesBackwards(const TextChunk &chunk, const Unit *units)
+/// Tries the chunk's places from `first` on, the last one first.
+template <class Text>
+template <typename Unit>
+bool PatternSearch<Text>::settlesBackwards(const TextChunk &chunk, const Unit *units, qint64 first)
 {
     if (!probesFor(units).first.isPossible)
         return false;
-    const qint64 across = qMax<qint64>(0, chunk.size() - m_pattern.m_distance);
+    const qint64 across = qMax(first, chunk.size() - m_pattern.m_distance);
     for (qint64 index = chunk.size(); index-- > across;) {
         if (settlesAcross(chunk, units, index))
             return true;
     }
-    const qint64 inside = probesFor(units).second.isPossible ? across : 0;
-    for (qint64 end = inside; end > 0; end -= blockSize) {
-        const qint64 begin = qMax<qint64>(0, end - blockSize);
+    const qint64 inside = probesFor(units).second.isPossible ? across : first;
+    for (qint64 end = inside; end > first; end -= blockSize) {
+        const qint64 begin = qMax(first, end - blockSize);
         if (end - begin == blockSize && !hasCandidate(units + begin))
             continue;
         for (qint64 index = end; index-- > begin;) {
@@ -307,13 +318,12 @@ template <typename Unit> bool PatternSearch::settlesBackwards(const TextChunk &c
     return false;
 }
 
-std::optional<Offset> PatternSearch::forwards(Offset from)
+template <class Text> std::optional<Offset> PatternSearch<Text>::forwards()
 {
-    m_from = from;
-    const Offset last = m_store.end() - m_length;
-    for (Offset at = from; at <= last;) {
-        const TextChunk chunk = m_store.chunkAt(at);
-        const qint64 count = qMin(chunk.size(), last - at + 1);
+    m_from = m_first;
+    for (Offset at = m_first; at <= m_last;) {
+        const TextChunk chunk = m_text.chunkAt(at);
+        const qint64 count = qMin(chunk.size(), m_last - at + 1);
         if (visit(chunk, [&](const auto *units) { return settlesForwards(chunk, units, count); }))
             return m_givenUpAt ? forwardsByUnits(*m_givenUpAt) : m_hit;
         at += chunk.size();
@@ -321,24 +331,26 @@ std::optional<Offset> PatternSearch::forwards(Offset from)
     return std::nullopt;
 }
 
-std::optional<Offset> PatternSearch::backwards(Offset from)
+template <class Text> std::optional<Offset> PatternSearch<Text>::backwards()
 {
-    m_from = qMin(from, m_store.end() - m_length);
-    for (Offset end = m_from + 1; end > Offset();) {
-        const TextChunk chunk = m_store.chunkBefore(end);
-        if (visit(chunk, [&](const auto *units) { return settlesBackwards(chunk, units); }))
+    m_from = m_last;
+    for (Offset end = m_last + 1; end > m_first;) {
+        const TextChunk chunk = m_text.chunkBefore(end);
+        const qint64 first = qMax<qint64>(0, m_first - chunk.offset);
+        if (visit(chunk, [&](const auto *units) { return settlesBackwards(chunk, units, first); }))
             return m_givenUpAt ? backwardsByUnits(*m_givenUpAt) : m_hit;
         end = chunk.offset;
     }
     return std::nullopt;
 }
 
-std::optional<Offset> PatternSearch::forwardsByUnits(Offset from) const
+template <class Text> std::optional<Offset> PatternSearch<Text>::forwardsByUnits(Offset from) const
 {
     UnitMatcher matcher(m_pattern.m_folded);
     char16_t before = unitBefore(from);
-    for (Offset at = from; at < m_store.end();) {
-        const TextChunk chunk = m_store.chunkAt(at);
+    for (Offset at = from; at < m_last + m_length;) {
+        TextChunk chunk = m_text.chunkAt(at);
+        chunk.truncate(qMin(chunk.size(), m_last + m_length - at));
         for (qint64 i = 0; i < chunk.size(); ++i, ++at) {
             const char16_t unit = unitOf(chunk, i);
             if (matcher.take(folded(unit, before)) && !beginsInsidePair(at + 1 - m_length))
@@ -349,15 +361,16 @@ std::optional<Offset> PatternSearch::forwardsByUnits(Offset from) const
     return std::nullopt;
 }
 
-std::optional<Offset> PatternSearch::backwardsByUnits(Offset from) const
+template <class Text> std::optional<Offset> PatternSearch<Text>::backwardsByUnits(Offset from) const
 {
     QString reversed = m_pattern.m_folded;
     std::reverse(reversed.begin(), reversed.end());
     UnitMatcher matcher(reversed);
-    for (Offset end = from + m_length; end > Offset();) {
-        const TextChunk chunk = m_store.chunkBefore(end);
+    for (Offset end = from + m_length; end > m_first;) {
+        const TextChunk chunk = m_text.chunkBefore(end);
         const char16_t beforeChunk = unitBefore(chunk.offset);
-        for (qint64 i = chunk.size(); i-- > 0;) {
+        const qint64 first = qMax<qint64>(0, m_first - chunk.offset);
+        for (qint64 i = chunk.size(); i-- > first;) {
             const char16_t before = i > 0 ? unitOf(chunk, i - 1) : beforeChunk;
             if (matcher.take(folded(unitOf(chunk, i), before)) && !beginsInsidePair(chunk.offset + i))
                 return chunk.offset + i;
@@ -367,12 +380,17 @@ std::optional<Offset> PatternSearch::backwardsByUnits(Offset from) const
     return std::nullopt;
 }
 
-std::optional<Offset> TextPattern::indexIn(const TextStore &store, Offset from) const
+template <class Text> std::optional<Offset> TextPattern::indexIn(const Text &text, TextRange begins) const
 {
-    return m_folded.isEmpty() ? std::nullopt : PatternSearch(*this, store).forwards(from);
+    return m_folded.isEmpty() ? std::nullopt : PatternSearch(*this, text, begins).forwards();
 }
 
-std::optional<Offset> TextPattern::lastIndexIn(const TextStore &store, Offset from) const
+template <class Text> std::optional<Offset> TextPattern::lastIndexIn(const Text &text, TextRange begins) const
 {
-    return m_folded.isEmpty() ? std::nullopt : PatternSearch(*this, store).backwards(from);
+    return m_folded.isEmpty() ? std::nullopt : PatternSearch(*this, text, begins).backwards();
 }
+
+template std::optional<Offset> TextPattern::indexIn(const TextStore &text, TextRange begins) const;
+template std::optional<Offset> TextPattern::indexIn(const TextSnapshot &text, TextRange begins) const;
+template std::optional<Offset> TextPattern::lastIndexIn(const TextStore &text, TextRange begins) const;
+template std::optional<Offset> TextPattern::lastIndexIn(const TextSnapshot &text, TextRange begins) const;

@@ -8,7 +8,7 @@
 #include <array>
 #include <optional>
 
-/// A text to look for in a store, made ready once.
+/// A text to look for in others, made ready once. Several threads may search by it.
 ///
 /// Texts are compared unit by unit. Without case two units are equal when the toolkit's simple case folding
 /// makes the same of them, or of the characters they belong to where two surrogates make one: no character
@@ -28,13 +28,14 @@ public:
     }
     qint64 length() const { return m_folded.size(); }
 
-    /// Offset of the first hit that begins at or behind `from`, which lies in the text.
-    std::optional<Offset> indexIn(const TextStore &store, Offset from) const;
-    /// Offset of the last hit that begins at or before `from`, which may lie outside the text.
-    std::optional<Offset> lastIndexIn(const TextStore &store, Offset from) const;
+    /// Offset of the first hit that begins in a range of a store or a snapshot; it may end behind that. The
+    /// range may end anywhere.
+    template <class Text> std::optional<Offset> indexIn(const Text &text, TextRange begins) const;
+    /// The same for the last one.
+    template <class Text> std::optional<Offset> lastIndexIn(const Text &text, TextRange begins) const;
 
 private:
-    friend class PatternSearch;
+    template <class Text> friend class PatternSearch;
 
     /// The units that equal one of the pattern's, the first repeated until the array is full.
     template <typename Unit> struct Probe {

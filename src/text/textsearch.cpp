@@ -32,21 +32,40 @@ CursorPlace nextColumn(const TextStore &store, CursorPlace place)
     return isRowEnd ? CursorPlace{ place.offset } : CursorPlace{ place.offset + 1, true };
 }
 
-std::optional<SearchHit> searchForward(const TextStore &store, const TextPattern &pattern, CursorPlace start)
+TextRange searchedRange(
+    const TextStore &store, const TextPattern &pattern, SearchDirection direction, CursorPlace start)
 {
-    const std::optional<Offset> hit = pattern.indexIn(store, start.offset);
-    if (!hit)
-        return std::nullopt;
-    const CursorPlace begin{ *hit, *hit > start.offset || start.atRowEnd };
-    return SearchHit{ begin, hitEnd(store, begin, pattern.length()) };
+    if (direction == SearchDirection::Forward)
+        return { start.offset, store.end() };
+    const Offset rowEnd = store.row(store.rowColAt(start).row).end();
+    return { {}, qMax(Offset(), qMin(start.offset, rowEnd - pattern.length() + 1)) };
 }
 
-std::optional<SearchHit> searchBackward(const TextStore &store, const TextPattern &pattern, CursorPlace start)
+TextRange takeFirst(TextRange &range, SearchDirection direction, qint64 units)
 {
-    const Offset end = store.row(store.rowColAt(start).row).end();
-    const auto hit = pattern.lastIndexIn(store, qMin(start.offset - 1, end - pattern.length()));
-    if (!hit)
-        return std::nullopt;
-    const CursorPlace hitEnd{ *hit + pattern.length(), true };
-    return SearchHit{ hitBegin(store, *hit, hitEnd), hitEnd };
+    TextRange first = range;
+    if (direction == SearchDirection::Forward)
+        range.start = first.end = qMin(range.end, range.start + units);
+    else
+        range.end = first.start = qMax(range.start, range.end - units);
+    return first;
+}
+
+SearchHit hitAt(const TextStore &store, const TextPattern &pattern, SearchDirection direction,
+    CursorPlace start, Offset begin)
+{
+    if (direction == SearchDirection::Forward) {
+        const CursorPlace first{ begin, begin > start.offset || start.atRowEnd };
+        return { first, hitEnd(store, first, pattern.length()) };
+    }
+    const CursorPlace last{ begin + pattern.length(), true };
+    return { hitBegin(store, begin, last), last };
+}
+
+std::optional<SearchHit> findHit(
+    const TextStore &store, const TextPattern &pattern, SearchDirection direction, CursorPlace start)
+{
+    const TextRange range = searchedRange(store, pattern, direction, start);
+    const auto begin = beginOfHit(store, pattern, direction, range);
+    return begin ? std::optional(hitAt(store, pattern, direction, start, *begin)) : std::nullopt;
 }

@@ -4,6 +4,8 @@
 
 #include <optional>
 
+enum class SearchDirection { Forward, Backward };
+
 /// A hit as it is to be selected.
 struct SearchHit {
     CursorPlace begin;
@@ -19,12 +21,29 @@ struct SearchHit {
 /// last column of a row that is the start of the next row.
 CursorPlace nextColumn(const TextStore &store, CursorPlace place);
 
-/// The first hit at or behind a place. A hit where a wrapped row ends belongs to the end of that row, unless
-/// the search began at the start of the next one. A hit over several row ends is selected to the row below
-/// the one it begins in.
-std::optional<SearchHit> searchForward(const TextStore &store, const TextPattern &pattern, CursorPlace start);
+/// The hit of a search from a place. Forward it is the first one at or behind that; where it begins at the
+/// end of a wrapped row it belongs to the end of that row, unless the search began at the start of the next
+/// one, and over several row ends it is selected to the row below the one it begins in. Backward it is the
+/// last one that begins before the place and ends in its row or above; over several row ends it is selected
+/// from the row above the one it ends in, at the column that it has in the row it really begins in.
+std::optional<SearchHit> findHit(
+    const TextStore &store, const TextPattern &pattern, SearchDirection direction, CursorPlace start);
 
-/// The last hit that begins before a place and ends in its row or above. A hit over several row ends is
-/// selected from the row above the one it ends in, at the column that it has in the row it really begins in.
-std::optional<SearchHit> searchBackward(
-    const TextStore &store, const TextPattern &pattern, CursorPlace start);
+// The same in parts, for whoever searches a snapshot of the store elsewhere.
+
+/// Where that hit may begin.
+TextRange searchedRange(
+    const TextStore &store, const TextPattern &pattern, SearchDirection direction, CursorPlace start);
+/// Takes at most so many units off a range, those that are searched first.
+TextRange takeFirst(TextRange &range, SearchDirection direction, qint64 units);
+/// Where it begins, if that is in a range of the text.
+template <class Text>
+std::optional<Offset> beginOfHit(
+    const Text &text, const TextPattern &pattern, SearchDirection direction, TextRange range)
+{
+    return direction == SearchDirection::Forward ? pattern.indexIn(text, range)
+                                                 : pattern.lastIndexIn(text, range);
+}
+/// The hit that begins there.
+SearchHit hitAt(const TextStore &store, const TextPattern &pattern, SearchDirection direction,
+    CursorPlace start, Offset begin);

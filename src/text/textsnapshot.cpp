@@ -108,6 +108,25 @@ private:
     const SharedNodes &m_shared;
 };
 
+struct PlacedLeaf {
+    const TextLeaf &leaf;
+    Offset start;
+};
+
+PlacedLeaf leafAt(const TextSnapshot &text, Offset offset)
+{
+    PlacedNode at = rootOf(text);
+    while (!at.isLeaf()) {
+        PlacedNode next;
+        forEachChild(at, [&](const PlacedNode &child) {
+            if (offset >= child.start && offset < child.end())
+                next = child;
+        });
+        at = next;
+    }
+    return { static_cast<const TextLeaf &>(*at.node), at.start };
+}
+
 } // namespace
 
 TextSnapshot::TextSnapshot(const TextStore &store)
@@ -128,21 +147,33 @@ std::optional<QByteArray> endSpellingOf(const TextStore &store)
     return spelling ? std::optional(spelling->toByteArray()) : std::nullopt;
 }
 
+char16_t TextSnapshot::at(Offset offset) const
+{
+    const PlacedLeaf place = leafAt(*this, offset);
+    return place.leaf.at(offset - place.start);
+}
+
+TextChunk TextSnapshot::chunkAt(Offset offset) const
+{
+    const PlacedLeaf place = leafAt(*this, offset);
+    return chunkOf(place.leaf, offset, place.start);
+}
+
+TextChunk TextSnapshot::chunkBefore(Offset end) const
+{
+    const PlacedLeaf place = leafAt(*this, end - 1);
+    TextChunk chunk = chunkOf(place.leaf, place.start, place.start);
+    chunk.truncate(end - place.start);
+    return chunk;
+}
+
 TextChunk TextSnapshot::spelledChunkAt(Offset offset) const
 {
     Q_ASSERT(offset >= Offset() && offset <= end());
     if (offset == end())
         return endChunk(offset, m_endSpelling);
-    PlacedNode at = rootOf(*this);
-    while (!at.isLeaf()) {
-        PlacedNode next;
-        forEachChild(at, [&](const PlacedNode &child) {
-            if (offset >= child.start && offset < child.end())
-                next = child;
-        });
-        at = next;
-    }
-    return spelledChunkOf(static_cast<const TextLeaf &>(*at.node), offset, at.start);
+    const PlacedLeaf place = leafAt(*this, offset);
+    return spelledChunkOf(place.leaf, offset, place.start);
 }
 
 std::vector<TextPart> partsOf(const TextExtract &extract, std::initializer_list<TextExtract> sources)

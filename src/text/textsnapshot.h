@@ -21,7 +21,10 @@ public:
 
     qint64 length() const { return m_length; }
     Offset end() const { return Offset(m_length); }
-    /// As TextStore::spelledChunkAt().
+    /// As those of TextStore; likewise the next.
+    char16_t at(Offset offset) const;
+    TextChunk chunkAt(Offset offset) const;
+    TextChunk chunkBefore(Offset end) const;
     TextChunk spelledChunkAt(Offset offset) const;
     const TextNode *root() const { return m_text.root(); }
 

@@ -291,7 +291,7 @@ void TextDocumentTest::samplesAreEditedBack()
         const TextPattern pattern(from, Qt::CaseSensitive);
         CursorPlace place;
         int count = 0;
-        while (const auto hit = searchForward(document.store(), pattern, place)) {
+        while (const auto hit = findHit(document.store(), pattern, SearchDirection::Forward, place)) {
             document.replace(hit->begin.offset, from.size(), to);
             place = { hit->begin.offset + to.size() };
             ++count;

@@ -4,6 +4,7 @@
 #include "tests/text/textalphabet.h"
 #include "tests/text/tinynodes.h"
 #include "text/textsearch.h"
+#include "text/textsnapshot.h"
 
 #include <QTest>
 
@@ -30,12 +31,12 @@ TextStore storeInSmallLeaves(const QString &text, const LayoutRule &rule = {})
 /// As QString::indexOf() has it: -1 where there is none.
 qint64 firstHit(const TextPattern &pattern, const TextStore &store, qint64 from)
 {
-    return pattern.indexIn(store, Offset(from)).value_or(Offset(-1)).value();
+    return pattern.indexIn(store, { Offset(from), store.end() }).value_or(Offset(-1)).value();
 }
 
 qint64 lastHit(const TextPattern &pattern, const TextStore &store, qint64 from)
 {
-    return pattern.lastIndexIn(store, Offset(from)).value_or(Offset(-1)).value();
+    return pattern.lastIndexIn(store, { {}, Offset(from) + 1 }).value_or(Offset(-1)).value();
 }
 
 } // namespace
@@ -54,6 +55,8 @@ private slots:
     void followsTheRowRules();
     void selectsRows_data();
     void selectsRows();
+    void partsFindWhatTheWholeFinds_data();
+    void partsFindWhatTheWholeFinds();
 };
 
 void TextSearchTest::foldsAsTheToolkit_data()
@@ -229,12 +232,13 @@ void TextSearchTest::followsTheRowRules()
             for (qint64 column = 0; column <= store.row(row).length; ++column) {
                 const RowCol at{ row, column };
                 const CursorPlace place = store.placeAt(at);
-                QCOMPARE(drawn(store, searchForward(store, pattern, place)),
+                QCOMPARE(drawn(store, findHit(store, pattern, SearchDirection::Forward, place)),
                     drawn(model, naive.forward(find, cs, at)));
-                QCOMPARE(drawn(store, searchBackward(store, pattern, place)),
+                QCOMPARE(drawn(store, findHit(store, pattern, SearchDirection::Backward, place)),
                     drawn(model, naive.backward(find, cs, at)));
                 if (place.offset < store.end())
-                    QCOMPARE(drawn(store, searchForward(store, pattern, nextColumn(store, place))),
+                    QCOMPARE(drawn(store,
+                                 findHit(store, pattern, SearchDirection::Forward, nextColumn(store, place))),
                         drawn(model, naive.forward(find, cs, { row, column + 1 })));
             }
         }
@@ -283,8 +287,53 @@ void TextSearchTest::selectsRows()
     const bool isBehind = column > store.row(RowIndex(row)).length;
     const CursorPlace last = store.placeAt({ RowIndex(row), isBehind ? column - 1 : column });
     const CursorPlace start = isBehind ? nextColumn(store, last) : last;
-    const auto hit = backwards ? searchBackward(store, pattern, start) : searchForward(store, pattern, start);
+    const auto direction = backwards ? SearchDirection::Backward : SearchDirection::Forward;
+    const auto hit = findHit(store, pattern, direction, start);
     QCOMPARE(drawn(store, hit), expected);
+}
+
+void TextSearchTest::partsFindWhatTheWholeFinds_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<QStringList>("letters");
+    QTest::addColumn<SearchDirection>("direction");
+    for (const quint32 seed : { seedOr(1), seedOr(2) }) {
+        for (const auto direction : { SearchDirection::Forward, SearchDirection::Backward }) {
+            const char *const way = direction == SearchDirection::Forward ? "forward" : "backward";
+            QTest::addRow("few letters %s, seed %u", way, seed) << seed << fewLetters() << direction;
+            QTest::addRow("tricky letters %s, seed %u", way, seed) << seed << trickyLetters() << direction;
+        }
+    }
+}
+
+/// However the text is cut, and whether it is the store or a snapshot of it that is searched.
+void TextSearchTest::partsFindWhatTheWholeFinds()
+{
+    QFETCH(quint32, seed);
+    QFETCH(QStringList, letters);
+    QFETCH(SearchDirection, direction);
+    RandomText random(seed, letters);
+    for (int round = 0; round < 300; ++round) {
+        // Long ones of few letters have so many alike places that they are searched unit by unit.
+        const QString text = random.text(random.below(random.chance(4) ? 9000 : 300));
+        const TextStore store = storeInSmallLeaves(text);
+        const TextSnapshot snapshot(store);
+        const QString find = random.text(1 + random.below(random.chance(3) ? 60 : 4)).remove(u'\n');
+        const auto cs = random.chance(2) ? Qt::CaseSensitive : Qt::CaseInsensitive;
+        const TextPattern pattern(find, cs);
+        const CursorPlace start{ Offset(random.below(text.size() + 1)) };
+        const auto whole = findHit(store, pattern, direction, start);
+        TextRange rest = searchedRange(store, pattern, direction, start);
+        std::optional<Offset> begin;
+        while (!begin && !rest.isEmpty()) {
+            const TextRange part = takeFirst(rest, direction, 1 + random.below(150));
+            begin = random.chance(2) ? beginOfHit(store, pattern, direction, part)
+                                     : beginOfHit(snapshot, pattern, direction, part);
+        }
+        QCOMPARE(begin.has_value(), whole.has_value());
+        if (begin)
+            QCOMPARE(drawn(store, hitAt(store, pattern, direction, start, *begin)), drawn(store, whole));
+    }
 }
 
 REGISTER_TEST(runPlainTest<TextSearchTest>)

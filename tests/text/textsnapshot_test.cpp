@@ -25,6 +25,11 @@ QString textOf(const TextSnapshot &snapshot)
     return text;
 }
 
+QString textOf(const TextChunk &chunk)
+{
+    return chunk.isLatin1() ? QString::fromLatin1(chunk.latin1) : chunk.utf16.toString();
+}
+
 /// The text that parts of a text and of a source tell.
 QString joined(const std::vector<TextPart> &parts, const QString &text, const QString &source)
 {
@@ -44,6 +49,7 @@ private slots:
     void staysAsItWas_data() { addSeeds(10); }
     void staysAsItWas();
     void editIsAllThatIsNotShared();
+    void isWalkedBothWays();
     void keepsSpellings();
     void isReadWhileTheTextIsEdited();
 };
@@ -94,6 +100,23 @@ void TextSnapshotTest::editIsAllThatIsNotShared()
     QVERIFY(own > 0 && own <= qint64{ 8 } * NodeSizes().leafUnits);
     const auto typed = partsOf({ after, { typedAt, typedAt + 1 } }, { { before, { typedAt, typedAt } } });
     QCOMPARE(typed, (std::vector<TextPart>{ { TextPart::ownText, typedAt, 1 } }));
+}
+
+/// From every place, in chunks that a leaf or less of the store has.
+void TextSnapshotTest::isWalkedBothWays()
+{
+    TextStore store(LayoutRule(), nodesOf(8));
+    store.replace({}, 0, QStringLiteral("a text of ASCII, and \u304b\u306a in it").repeated(5));
+    const TextSnapshot snapshot(store);
+    const QString text = store.text();
+    for (Offset at; at < store.end(); ++at) {
+        QCOMPARE(snapshot.at(at), store.at(at));
+        const QString behind = textOf(snapshot.chunkAt(at));
+        QVERIFY(!behind.isEmpty() && text.sliced(at.value()).startsWith(behind));
+        const TextChunk before = snapshot.chunkBefore(at + 1);
+        QCOMPARE(before.offset + before.size(), at + 1);
+        QVERIFY(before.size() > 0 && text.first(at.value() + 1).endsWith(textOf(before)));
+    }
 }
 
 void TextSnapshotTest::keepsSpellings()
