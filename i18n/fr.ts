@@ -364,6 +364,30 @@
         <translation>Enregistrement</translation>
     </message>
     <message>
+        <source>Searching</source>
+        <translation>Recherche</translation>
+    </message>
+    <message>
+        <source>Not while it is being searched</source>
+        <translation>Impossible pendant la recherche</translation>
+    </message>
+    <message>
+        <source>Searching has ended</source>
+        <translation>Recherche terminée</translation>
+    </message>
+    <message>
+        <source>Counting</source>
+        <translation>Comptage</translation>
+    </message>
+    <message>
+        <source>Not while it is being counted</source>
+        <translation>Impossible pendant le comptage</translation>
+    </message>
+    <message>
+        <source>Counting has ended</source>
+        <translation>Comptage terminé</translation>
+    </message>
+    <message>
         <source>%1: %2%</source>
         <translation>%1&#xa0;: %2&#xa0;%</translation>
     </message>

@@ -363,6 +363,30 @@
         <translation>保存中</translation>
     </message>
     <message>
+        <source>Searching</source>
+        <translation>検索中</translation>
+    </message>
+    <message>
+        <source>Not while it is being searched</source>
+        <translation>検索中はできません</translation>
+    </message>
+    <message>
+        <source>Searching has ended</source>
+        <translation>検索が終わりました</translation>
+    </message>
+    <message>
+        <source>Counting</source>
+        <translation>集計中</translation>
+    </message>
+    <message>
+        <source>Not while it is being counted</source>
+        <translation>集計中はできません</translation>
+    </message>
+    <message>
+        <source>Counting has ended</source>
+        <translation>集計が終わりました</translation>
+    </message>
+    <message>
         <source>%1: %2%</source>
         <translation>%1: %2%</translation>
     </message>

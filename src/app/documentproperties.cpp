@@ -7,9 +7,8 @@
 
 #include <QCoreApplication>
 
-QString propertiesOf(const ctlEditer &editor)
+QString propertiesOf(const ctlEditer &editor, const TextCounts &counts)
 {
-    const TextCounts counts = countText(editor.document().store());
     const qint64 bytes = fileSize(counts, editor.document().charCode(), editor.document().returnCode());
     const qint64 kilobytes = (bytes + 1023) / 1024;
     const qint64 chars = counts.singleByteChars + counts.doubleByteChars;

@@ -1,6 +1,5 @@
 #include "app/frmmain.h"
 
-#include "app/documentproperties.h"
 #include "app/keymap.h"
 #include "app/keystext.h"
 #include "app/windowparts.h"
@@ -198,8 +197,7 @@ void frmMain::slotCmdFileReload()
 
 void frmMain::slotCmdFileProp()
 {
-    if (const ctlEditer *editor = currentEditor())
-        MessageBox::information(this, tr("Document properties"), propertiesOf(*editor));
+    m_parts->properties.show();
 }
 
 void frmMain::slotCmdFileSave()

@@ -2,8 +2,10 @@
 
 #include "app/documentarea.h"
 #include "app/hitview.h"
+#include "app/longsearch.h"
 #include "app/partialreplacements.h"
 #include "app/replacerun.h"
+#include "app/windowjobs.h"
 #include "editor/ctlediter.h"
 #include "platform/messagebox.h"
 #include "search/frmreplaceprogress.h"
@@ -23,11 +25,14 @@ QString textToOffer(const ctlEditer &editor)
 
 } // namespace
 
-SearchRuns::SearchRuns(QWidget &window, DocumentArea &documents)
+SearchRuns::SearchRuns(QWidget &window, DocumentArea &documents, const WindowJobs &jobs)
     : m_window(window)
     , m_documents(documents)
+    , m_jobs(jobs)
 {
 }
+
+SearchRuns::~SearchRuns() = default;
 
 frmSearchDialog *SearchRuns::panel()
 {
@@ -57,12 +62,12 @@ void SearchRuns::showPanel(int mode)
 
 void SearchRuns::repeatForward()
 {
-    search(&ctlEditer::searchForward);
+    search(SearchDirection::Forward);
 }
 
 void SearchRuns::repeatBackward()
 {
-    search(&ctlEditer::searchBackward);
+    search(SearchDirection::Backward);
 }
 
 void SearchRuns::searchForward()
@@ -97,20 +102,69 @@ void SearchRuns::takeRequest()
     m_request.replaceText = pastedText(panel()->replaceText);
 }
 
-void SearchRuns::search(Direction direction)
+void SearchRuns::search(SearchDirection direction)
 {
     ctlEditer *const editor = m_documents.current();
     if (!editor || m_request.findText.isEmpty())
         return;
-    beginReplacing(*editor);
-    const bool isFound = (editor->*direction)(
+    if (const auto underWay = m_long.find(editor); underWay != m_long.end())
+        underWay->second->refuse();
+    else if (editor->store().length() < m_jobs.fewest)
+        searchShort(*editor, direction);
+    else
+        searchLong(*editor, direction);
+}
+
+void SearchRuns::searchShort(ctlEditer &editor, SearchDirection direction)
+{
+    const auto search =
+        direction == SearchDirection::Forward ? &ctlEditer::searchForward : &ctlEditer::searchBackward;
+    beginReplacing(editor, m_request);
+    const bool isFound = (editor.*search)(
         m_request.searchMode, m_request.caseSensitive, m_request.findText, m_request.replaceText);
-    endReplacing(*editor);
-    if (!isFound)
+    endReplacing(editor, m_request);
+    if (isFound)
+        show(editor);
+}
+
+void SearchRuns::searchLong(ctlEditer &editor, SearchDirection direction)
+{
+    if (m_request.searchMode == 1 && !editor.document().requestChange())
         return;
-    showHit(*editor);
-    if (m_panel && m_panel->isVisible())
-        uncoverHit(*editor, *m_panel);
+    auto search = std::make_unique<LongSearch>(editor, m_request, direction);
+    if (search->searchNear(m_jobs.fewest)) {
+        takeHit(editor, *search);
+        return;
+    }
+    connect(search.get(), &LongSearch::ended, this, [this, &editor] { endLong(editor); });
+    search->searchRest(m_documents, *m_jobs.runner);
+    m_long.emplace(&editor, std::move(search));
+}
+
+/// It is still telling of its end.
+void SearchRuns::endLong(ctlEditer &editor)
+{
+    LongSearch *const search = m_long.extract(&editor).mapped().release();
+    search->deleteLater();
+    takeHit(editor, *search);
+}
+
+void SearchRuns::takeHit(ctlEditer &editor, LongSearch &search)
+{
+    if (!search.isFound())
+        return;
+    beginReplacing(editor, search.request());
+    const bool isFound = search.takeHit();
+    endReplacing(editor, search.request());
+    if (isFound)
+        show(editor);
+}
+
+void SearchRuns::show(ctlEditer &editor)
+{
+    showHit(editor);
+    if (m_panel && m_panel->isVisible() && m_documents.current() == &editor)
+        uncoverHit(editor, *m_panel);
 }
 
 /// Runs until the result was read.
@@ -120,22 +174,22 @@ void SearchRuns::replaceAllIn(ctlEditer &editor)
     editor.setCursorPosition(0, 0);
     QCoreApplication::processEvents();
     frmReplaceProgress progress(&m_window);
-    beginReplacing(editor);
+    beginReplacing(editor, m_request);
     const int count = ReplaceRun(editor, m_request, progress).run();
-    endReplacing(editor);
+    endReplacing(editor, m_request);
     guard.reset();
     MessageBox::information(&m_window, tr("Replace All"), tr("%1 items was Replaced.").arg(count));
 }
 
-void SearchRuns::beginReplacing(ctlEditer &editor)
+void SearchRuns::beginReplacing(ctlEditer &editor, const SearchRequest &request)
 {
-    if (m_request.searchMode == 1)
+    if (request.searchMode == 1)
         PartialReplacements::of(editor, m_documents.notices())
-            .begin(m_request.findText.size(), m_request.replaceText.size());
+            .begin(request.findText.size(), request.replaceText.size());
 }
 
-void SearchRuns::endReplacing(ctlEditer &editor)
+void SearchRuns::endReplacing(ctlEditer &editor, const SearchRequest &request)
 {
-    if (m_request.searchMode == 1)
+    if (request.searchMode == 1)
         PartialReplacements::of(editor, m_documents.notices()).end();
 }

@@ -1,6 +1,6 @@
 #include "app/textcounts.h"
 
-#include "text/textstore.h"
+#include "text/textsnapshot.h"
 
 #include <span>
 
@@ -32,11 +32,20 @@ template <typename Units> void count(const Units &units, TextCounts &counts)
 
 } // namespace
 
-TextCounts countText(const TextStore &text)
+TextCounts &TextCounts::operator+=(const TextCounts &more)
+{
+    lineFeeds += more.lineFeeds;
+    singleByteChars += more.singleByteChars;
+    doubleByteChars += more.doubleByteChars;
+    return *this;
+}
+
+template <class Text> TextCounts countText(const Text &text, TextRange range)
 {
     TextCounts counts;
-    for (Offset offset; offset < text.end();) {
-        const TextChunk chunk = text.chunkAt(offset);
+    for (Offset offset = range.start; offset < range.end;) {
+        TextChunk chunk = text.chunkAt(offset);
+        chunk.truncate(qMin(chunk.size(), range.end - offset));
         if (chunk.isLatin1())
             count(std::span(reinterpret_cast<const uchar *>(chunk.latin1.data()), size_t(chunk.size())),
                 counts);
@@ -45,6 +54,14 @@ TextCounts countText(const TextStore &text)
         offset += chunk.size();
     }
     return counts;
+}
+
+template TextCounts countText(const TextStore &text, TextRange range);
+template TextCounts countText(const TextSnapshot &text, TextRange range);
+
+TextCounts countText(const TextStore &text)
+{
+    return countText(text, { {}, text.end() });
 }
 
 qint64 fileSize(const TextCounts &counts, CharCode charCode, ReturnCode returnCode)

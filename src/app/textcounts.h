@@ -5,7 +5,9 @@
 
 #include <QtGlobal>
 
+class TextSnapshot;
 class TextStore;
+struct TextRange;
 
 /// What the properties box says about a text, counted in UTF-16 units by the Shift-JIS classes of characters:
 /// ASCII and half-width katakana (U+FF61 to U+FF9E) take one byte, all others two.
@@ -13,9 +15,13 @@ struct TextCounts {
     qint64 lineFeeds = 0;
     qint64 singleByteChars = 0;
     qint64 doubleByteChars = 0;
+
+    TextCounts &operator+=(const TextCounts &more);
 };
 
-/// Walks the whole text once, without a copy of it.
+/// Of a range of a store or a snapshot; without a copy of it.
+template <class Text> TextCounts countText(const Text &text, TextRange range);
+/// Of the whole text.
 TextCounts countText(const TextStore &text);
 
 /// Bytes of the text as a file with that code and line end, by the classes alone: in UTF-8 a half-width

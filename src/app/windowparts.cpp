@@ -36,7 +36,8 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , recovery(window, documents, loader, journals)
     , sessionEnd(documents, closer, journals)
     , lastWrites(documents, loader, saver, places, journals)
-    , search(window, documents)
+    , search(window, documents, jobs)
+    , properties(window, documents, jobs)
     , notices(window, documents, loader, saver, *jobs.runner, journals, documentJournals)
     , firstOffers(documents, desktopLocale())
 {

@@ -14,6 +14,7 @@
 #include "app/interfacelanguage.h"
 #include "app/lastwrites.h"
 #include "app/mainmenus.h"
+#include "app/propertiesbox.h"
 #include "app/recentmenu.h"
 #include "app/recentplaces.h"
 #include "app/recovery.h"
@@ -55,6 +56,7 @@ struct WindowParts {
     SessionEnd sessionEnd;
     LastWrites lastWrites;
     SearchRuns search;
+    PropertiesBox properties;
     WindowNotices notices;
     FirstOffers firstOffers;
 };

@@ -124,6 +124,8 @@ private:
     static FileCodes defaultCodes();
     void tellSaved(const SaveResult &result);
 
+    bool search(SearchDirection direction, int mode, bool caseSensitive, const QString &findText,
+        const QString &replaceText);
     void breakLine();
     QString indentationBeforeCursor() const;
     bool selectsSeveralLines() const;

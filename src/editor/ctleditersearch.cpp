@@ -16,19 +16,22 @@ Qt::CaseSensitivity caseSensitivity(bool isSensitive)
 bool ctlEditer::searchForward(
     int mode, bool caseSensitive, const QString &findText, const QString &replaceText)
 {
-    if (mode == replaceMode && !document().requestChange())
-        return false;
-    m_search.setPattern(findText, caseSensitivity(caseSensitive));
-    return mode == replaceMode ? m_search.replaceNext(replaceText) : m_search.selectNext();
+    return search(SearchDirection::Forward, mode, caseSensitive, findText, replaceText);
 }
 
 bool ctlEditer::searchBackward(
     int mode, bool caseSensitive, const QString &findText, const QString &replaceText)
 {
+    return search(SearchDirection::Backward, mode, caseSensitive, findText, replaceText);
+}
+
+bool ctlEditer::search(SearchDirection direction, int mode, bool caseSensitive, const QString &findText,
+    const QString &replaceText)
+{
     if (mode == replaceMode && !document().requestChange())
         return false;
     m_search.setPattern(findText, caseSensitivity(caseSensitive));
-    return mode == replaceMode ? m_search.replacePrevious(replaceText) : m_search.selectPrevious();
+    return mode == replaceMode ? m_search.replaceHit(direction, replaceText) : m_search.selectHit(direction);
 }
 
 void ctlEditer::jumpToLine(qint64 number)

@@ -9,63 +9,50 @@ void EditorSearch::setPattern(const QString &text, Qt::CaseSensitivity caseSensi
         m_pattern = TextPattern(text, caseSensitivity);
 }
 
-std::optional<SearchHit> EditorSearch::next() const
+CursorPlace EditorSearch::start(SearchDirection direction) const
 {
-    const TextStore &store = m_editor.store();
-    const CursorPlace start =
-        m_editor.hasMarkedText() ? nextColumn(store, m_editor.selectionBegin()) : m_editor.cursorPlace();
-    return searchForward(store, m_pattern, start);
+    if (direction == SearchDirection::Backward)
+        return m_editor.selectionBegin();
+    return m_editor.hasMarkedText() ? nextColumn(m_editor.store(), m_editor.selectionBegin())
+                                    : m_editor.cursorPlace();
 }
 
-std::optional<SearchHit> EditorSearch::previous() const
+std::optional<SearchHit> EditorSearch::find(SearchDirection direction) const
 {
-    return searchBackward(m_editor.store(), m_pattern, m_editor.selectionBegin());
+    return findHit(m_editor.store(), m_pattern, direction, start(direction));
 }
 
-bool EditorSearch::selectNext()
+bool EditorSearch::selectHit(SearchDirection direction)
 {
-    const auto hit = next();
-    if (!hit)
-        return false;
-    m_editor.setCursorPlace(hit->begin);
-    m_editor.extendSelection(hit->end);
-    return true;
+    const auto hit = find(direction);
+    if (hit)
+        select(direction, *hit);
+    return hit.has_value();
 }
 
-bool EditorSearch::selectPrevious()
+bool EditorSearch::replaceHit(SearchDirection direction, const QString &text)
 {
-    const auto hit = previous();
-    if (!hit)
-        return false;
-    m_editor.setCursorPlace(hit->end);
-    m_editor.extendSelection(hit->begin);
-    return true;
+    const auto hit = find(direction);
+    if (hit)
+        replace(direction, *hit, text);
+    return hit.has_value();
 }
 
-bool EditorSearch::replaceNext(const QString &text)
+void EditorSearch::select(SearchDirection direction, const SearchHit &hit)
 {
-    const auto hit = next();
-    if (!hit)
-        return false;
+    const bool isForward = direction == SearchDirection::Forward;
+    m_editor.setCursorPlace(isForward ? hit.begin : hit.end);
+    m_editor.extendSelection(isForward ? hit.end : hit.begin);
+}
+
+void EditorSearch::replace(SearchDirection direction, const SearchHit &hit, const QString &text)
+{
     const QMultiLineEdit::Batch batch(m_editor);
-    replace(*hit, text);
-    m_editor.setCursorPlace({ hit->begin.offset + text.size() });
-    return true;
-}
-
-bool EditorSearch::replacePrevious(const QString &text)
-{
-    const auto hit = previous();
-    if (!hit)
-        return false;
-    const QMultiLineEdit::Batch batch(m_editor);
-    const RowCol begin = m_editor.store().rowColAt(hit->begin);
-    replace(*hit, text);
-    m_editor.setCursorPosition(begin);
-    return true;
-}
-
-void EditorSearch::replace(const SearchHit &hit, const QString &text)
-{
+    const RowCol begin =
+        direction == SearchDirection::Backward ? m_editor.store().rowColAt(hit.begin) : RowCol();
     m_editor.document().replace(hit.begin.offset, hit.end.offset - hit.begin.offset, text);
+    if (direction == SearchDirection::Forward)
+        m_editor.setCursorPlace({ hit.begin.offset + text.size() });
+    else
+        m_editor.setCursorPosition(begin);
 }

@@ -12,6 +12,8 @@ struct KindWeight {
 /// With gaps, so that a kind can be put between two others.
 constexpr KindWeight weights[] = {
     { NoticeKind::Work, 1000 },
+    { NoticeKind::Searching, 980 },
+    { NoticeKind::Counting, 960 },
     { NoticeKind::Unsaved, 900 },
     { NoticeKind::InterruptedSave, 800 },
     { NoticeKind::ChangedOnDisk, 700 },

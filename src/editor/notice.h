@@ -26,6 +26,8 @@ enum class NoticeKind {
     CodesOfNew, ///< what the desktop writes is not the code of new documents
     Following, ///< what is written behind the file's end comes into the text
     Work, ///< the document is being loaded or saved behind the window
+    Searching, ///< its text is being searched behind the window
+    Counting, ///< its text is being counted behind the window
 };
 
 /// Of several notices the one of the heaviest kind is shown.

@@ -4,6 +4,38 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+struct WorkTexts {
+    NoticeKind kind; ///< a text that is loaded or saved can be searched meanwhile
+    const char *begun;
+    const char *refused;
+    const char *ended;
+};
+
+/// In the order of WorkNotice::Work.
+constexpr WorkTexts workTexts[] = {
+    { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Loading"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Not while it is loading"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Loading has ended") },
+    { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Saving"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being saved"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Saving has ended") },
+    { NoticeKind::Searching, QT_TRANSLATE_NOOP("WorkNotice", "Searching"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being searched"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Searching has ended") },
+    { NoticeKind::Counting, QT_TRANSLATE_NOOP("WorkNotice", "Counting"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being counted"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Counting has ended") },
+};
+
+const WorkTexts &textsOf(WorkNotice::Work work)
+{
+    return workTexts[std::size_t(work)];
+}
+
+} // namespace
+
 WorkNotice::WorkNotice(NoticeQueue &notices, const QObject &document, Work work, std::function<void()> stop)
     : m_notices(notices)
     , m_document(document)
@@ -16,11 +48,11 @@ WorkNotice::WorkNotice(NoticeQueue &notices, const QObject &document, Work work,
 /// Its end is said by the strip, which then goes.
 WorkNotice::~WorkNotice()
 {
-    if (!m_notices.has(NoticeKind::Work, &m_document))
+    if (!m_notices.has(textsOf(m_work).kind, &m_document))
         return;
     m_step = Step::Ended;
     show();
-    m_notices.withdraw(NoticeKind::Work, &m_document);
+    m_notices.withdraw(textsOf(m_work).kind, &m_document);
 }
 
 void WorkNotice::setProgress(std::optional<int> percent)
@@ -48,7 +80,7 @@ void WorkNotice::show()
     const auto spoken = [work = m_work, step = m_step, percent = m_percent] {
         return textOf(work, step, percent ? std::optional(*percent / quarter * quarter) : std::nullopt);
     };
-    Notice notice{ NoticeKind::Work, &m_document, text, {} };
+    Notice notice{ textsOf(m_work).kind, &m_document, text, {} };
     notice.offers.push_back({ [] { return tr("Stop"); }, m_stop });
     notice.isDismissable = false;
     notice.spoken = spoken;
@@ -58,17 +90,9 @@ void WorkNotice::show()
 
 QString WorkNotice::textOf(Work work, Step step, std::optional<int> percent)
 {
-    const bool isLoading = work == Work::Loading;
-    QString text;
-    switch (step) {
-    case Step::Ended:
-        return isLoading ? tr("Loading has ended") : tr("Saving has ended");
-    case Step::Refused:
-        text = isLoading ? tr("Not while it is loading") : tr("Not while it is being saved");
-        break;
-    case Step::Begun:
-        text = isLoading ? tr("Loading") : tr("Saving");
-        break;
-    }
+    const WorkTexts &texts = textsOf(work);
+    if (step == Step::Ended)
+        return tr(texts.ended);
+    const QString text = tr(step == Step::Refused ? texts.refused : texts.begun);
     return percent ? tr("%1: %2%").arg(text).arg(*percent) : text + u"…"_s;
 }

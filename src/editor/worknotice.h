@@ -13,7 +13,7 @@ struct Notice;
 class WorkNotice {
     Q_DECLARE_TR_FUNCTIONS(WorkNotice)
 public:
-    enum class Work { Loading, Saving };
+    enum class Work { Loading, Saving, Searching, Counting };
 
     /// `notices` and `document` are not owned and live longer; `stop` is what "Stop" and Escape in the strip
     /// do, which may destroy this.

@@ -1,4 +1,5 @@
-#include "tests/app/testwindow.h"
+#include "tests/app/stripinwindow.h"
+#include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
 #include <QAction>
@@ -19,7 +20,23 @@ private slots:
     void wrappedRowsAreOne();
     void belongsToTheWindow();
     void nothingWithoutDocument();
+    void longTextIsCountedBehindTheWindow();
+    void countingEnds_data();
+    void countingEnds();
 };
+
+namespace {
+
+constexpr int allCountSteps = 2; ///< of counting the long text
+
+QString textToCount()
+{
+    return u"a line of a long text\n"_s.repeated(150'000);
+}
+
+enum class Leaving { Stop, Edit, NewText, OtherTab, Close };
+
+} // namespace
 
 void PropertiesTest::init()
 {
@@ -132,6 +149,80 @@ void PropertiesTest::nothingWithoutDocument()
     window.slotCmdFileCloseTab();
     MessageBoxes boxes;
     window.slotCmdFileProp();
+    QCOMPARE(boxes.count(), 0);
+}
+
+void PropertiesTest::longTextIsCountedBehindTheWindow()
+{
+    auto steps = std::make_unique<SteppedRunner>();
+    SteppedRunner &runner = *steps;
+    TestWindow window({ std::move(steps), 1'000'000 });
+    QVERIFY(window.open());
+    window.currentEditor()->setText(textToCount());
+    MessageBoxes boxes;
+    window.slotCmdFileProp();
+    QCOMPARE(boxes.count(), 0);
+    window.slotCmdFileProp(); // is told to wait
+    runner.step();
+    QCOMPARE(boxes.count(), 0);
+    runner.runAll();
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY(boxes.shown().at(0).text.endsWith(u"Char count : 3,150,000\nRow count  : 150,001"_s));
+    window.slotCmdFileProp();
+    QCOMPARE(runner.runAll(), allCountSteps);
+    QCOMPARE(boxes.count(), 2);
+    window.currentEditor()->setEdited(false);
+}
+
+void PropertiesTest::countingEnds_data()
+{
+    QTest::addColumn<Leaving>("how");
+    QTest::addColumn<int>("steps");
+    const auto rows = [](const char *name, Leaving how) {
+        for (int steps = 0; steps < allCountSteps; ++steps)
+            QTest::addRow("%s after %d", name, steps) << how << steps;
+    };
+    rows("stopped", Leaving::Stop);
+    rows("edited", Leaving::Edit);
+    rows("another text", Leaving::NewText);
+    rows("another tab", Leaving::OtherTab);
+    rows("closed", Leaving::Close);
+}
+
+void PropertiesTest::countingEnds()
+{
+    QFETCH(Leaving, how);
+    QFETCH(int, steps);
+    auto owned = std::make_unique<SteppedRunner>();
+    SteppedRunner &runner = *owned;
+    TestWindow window({ std::move(owned), 1'000'000 });
+    QVERIFY(window.open());
+    ctlEditer *const editor = window.currentEditor();
+    editor->setText(textToCount());
+    MessageBoxes boxes;
+    window.slotCmdFileProp();
+    for (int step = 0; step < steps; ++step)
+        runner.step();
+    editor->setEdited(false);
+    switch (how) {
+    case Leaving::Stop:
+        QTRY_VERIFY(StripInWindow(window).click(u"Stop"_s));
+        break;
+    case Leaving::Edit:
+        editor->insert(u"x"_s);
+        break;
+    case Leaving::NewText:
+        editor->setText(textToCount());
+        break;
+    case Leaving::OtherTab:
+        window.slotCmdFileNew();
+        break;
+    case Leaving::Close:
+        window.slotCmdFileCloseTab();
+        break;
+    }
+    runner.runAll();
+    settle();
     QCOMPARE(boxes.count(), 0);
 }
 

@@ -1,6 +1,7 @@
 #include "app/searchruns.h"
 
 #include "app/documentarea.h"
+#include "app/windowjobs.h"
 #include "editor/ctlediter.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/testwindow.h"
@@ -35,7 +36,8 @@ private slots:
 private:
     struct Window : QWidget {
         DocumentArea *documents = new DocumentArea(this);
-        SearchRuns search{ *this, *documents };
+        WindowJobs jobs;
+        SearchRuns search{ *this, *documents, jobs };
     };
 
     ctlEditer &editor() const { return *m_window->documents->current(); }

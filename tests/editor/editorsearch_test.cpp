@@ -20,12 +20,6 @@ private slots:
     void patternIsReplaced();
 };
 
-namespace {
-
-enum class SearchDirection { Next, Previous };
-
-} // namespace
-
 /// What is looked for is "ab", and replaced by "xyz".
 void EditorSearchTest::hits_data()
 {
@@ -36,15 +30,15 @@ void EditorSearchTest::hits_data()
                          const char *replaced) {
         QTest::newRow(before) << direction << QString::fromLatin1(selected) << QString::fromLatin1(replaced);
     };
-    row(SearchDirection::Next, "|ab ab", "[ab| ab", "xyz| ab");
-    row(SearchDirection::Next, "a|b ab", "ab [ab|", "ab xyz|");
-    row(SearchDirection::Next, "[ab| ab", "ab [ab|", "ab xyz|");
-    row(SearchDirection::Next, "ab|a]b", "ab|a]b", "ab|a]b");
-    row(SearchDirection::Next, "ab [ab|", "ab [ab|", "ab [ab|");
-    row(SearchDirection::Previous, "ab ab|", "ab |ab]", "ab |xyz");
-    row(SearchDirection::Previous, "ab a|b ", "ab |ab] ", "ab |xyz ");
-    row(SearchDirection::Previous, "ab [ab|", "|ab] ab", "|xyz ab");
-    row(SearchDirection::Previous, "|ab] ab", "|ab] ab", "|ab] ab");
+    row(SearchDirection::Forward, "|ab ab", "[ab| ab", "xyz| ab");
+    row(SearchDirection::Forward, "a|b ab", "ab [ab|", "ab xyz|");
+    row(SearchDirection::Forward, "[ab| ab", "ab [ab|", "ab xyz|");
+    row(SearchDirection::Forward, "ab|a]b", "ab|a]b", "ab|a]b");
+    row(SearchDirection::Forward, "ab [ab|", "ab [ab|", "ab [ab|");
+    row(SearchDirection::Backward, "ab ab|", "ab |ab]", "ab |xyz");
+    row(SearchDirection::Backward, "ab a|b ", "ab |ab] ", "ab |xyz ");
+    row(SearchDirection::Backward, "ab [ab|", "|ab] ab", "|xyz ab");
+    row(SearchDirection::Backward, "|ab] ab", "|ab] ab", "|ab] ab");
 }
 
 void EditorSearchTest::hits()
@@ -54,24 +48,23 @@ void EditorSearchTest::hits()
     QMultiLineEdit editor;
     EditorSearch search(editor);
     search.setPattern(u"ab"_s, Qt::CaseSensitive);
-    const bool isNext = direction == SearchDirection::Next;
 
     QFETCH(QString, selected);
     DrawnText::load(editor, before);
-    QCOMPARE(isNext ? search.selectNext() : search.selectPrevious(), selected != before);
+    QCOMPARE(search.selectHit(direction), selected != before);
     QCOMPARE(DrawnText::draw(editor), selected);
 
     QFETCH(QString, replaced);
     DrawnText::load(editor, before);
-    QCOMPARE(isNext ? search.replaceNext(u"xyz"_s) : search.replacePrevious(u"xyz"_s), replaced != before);
+    QCOMPARE(search.replaceHit(direction, u"xyz"_s), replaced != before);
     QCOMPARE(DrawnText::draw(editor), replaced);
 }
 
 void EditorSearchTest::replacementIsOneOperation_data()
 {
     QTest::addColumn<SearchDirection>("direction");
-    QTest::newRow("next") << SearchDirection::Next;
-    QTest::newRow("previous") << SearchDirection::Previous;
+    QTest::newRow("next") << SearchDirection::Forward;
+    QTest::newRow("previous") << SearchDirection::Backward;
 }
 
 /// It is said once that the text has changed, and never that the hit is selected.
@@ -81,10 +74,10 @@ void EditorSearchTest::replacementIsOneOperation()
     QMultiLineEdit editor;
     EditorSearch search(editor);
     search.setPattern(u"ab"_s, Qt::CaseSensitive);
-    DrawnText::load(editor, direction == SearchDirection::Next ? u"|1ab2"_s : u"1ab2|"_s);
+    DrawnText::load(editor, direction == SearchDirection::Forward ? u"|1ab2"_s : u"1ab2|"_s);
     const QSignalSpy changed(&editor, &QMultiLineEdit::textChanged);
     const QSignalSpy copyable(&editor, &QMultiLineEdit::copyAvailable);
-    QVERIFY(direction == SearchDirection::Next ? search.replaceNext(u"x"_s) : search.replacePrevious(u"x"_s));
+    QVERIFY(search.replaceHit(direction, u"x"_s));
     QCOMPARE(changed.count(), 1);
     QCOMPARE(copyable.count(), 0);
     editor.undo();
@@ -97,15 +90,15 @@ void EditorSearchTest::patternIsReplaced()
     QMultiLineEdit editor;
     EditorSearch search(editor);
     DrawnText::load(editor, u"|b B a A"_s);
-    QVERIFY(!search.selectNext());
+    QVERIFY(!search.selectHit(SearchDirection::Forward));
     search.setPattern(u"A"_s, Qt::CaseSensitive);
-    QVERIFY(search.selectNext());
+    QVERIFY(search.selectHit(SearchDirection::Forward));
     QCOMPARE(DrawnText::draw(editor), u"b B a [A|"_s);
     search.setPattern(u"A"_s, Qt::CaseInsensitive);
-    QVERIFY(search.selectPrevious());
+    QVERIFY(search.selectHit(SearchDirection::Backward));
     QCOMPARE(DrawnText::draw(editor), u"b B |a] A"_s);
     search.setPattern(u"B"_s, Qt::CaseInsensitive);
-    QVERIFY(search.selectPrevious());
+    QVERIFY(search.selectHit(SearchDirection::Backward));
     QCOMPARE(DrawnText::draw(editor), u"b |B] a A"_s);
 }
 
