@@ -11,6 +11,9 @@ namespace {
 
 constexpr std::chrono::milliseconds frameTime{ 16 };
 
+/// What is searched in a few milliseconds.
+constexpr qint64 unitsBetweenEvents = qint64{ 4 } << 20;
+
 bool isInput(QEvent::Type type)
 {
     switch (type) {
@@ -66,7 +69,9 @@ ReplaceRun::ReplaceRun(ctlEditer &editor, const SearchRequest &request, frmRepla
     : m_editor(editor)
     , m_request(request)
     , m_progress(progress)
+    , m_search(editor)
 {
+    m_search.setPattern(request.findText, request.caseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive);
 }
 
 int ReplaceRun::run()
@@ -94,12 +99,36 @@ bool ReplaceRun::runFrame()
 
 bool ReplaceRun::replaceNext()
 {
-    if (!m_editor.searchForward(
-            m_request.searchMode, m_request.caseSensitive, m_request.findText, m_request.replaceText))
+    const bool replaces = m_request.searchMode == 1;
+    const auto hit = findNext();
+    if (!hit || (replaces && !m_editor.document().requestChange()))
         return false;
+    if (replaces)
+        m_search.replace(SearchDirection::Forward, *hit, m_request.replaceText);
+    else
+        m_search.select(SearchDirection::Forward, *hit);
     ++m_count;
     QCoreApplication::processEvents();
     return !m_progress.stopRequested;
+}
+
+std::optional<SearchHit> ReplaceRun::findNext() const
+{
+    constexpr auto forward = SearchDirection::Forward;
+    const TextStore &text = m_editor.store();
+    const TextPattern &pattern = m_search.pattern();
+    const CursorPlace start = m_search.start(forward);
+    TextRange rest = searchedRange(text, pattern, forward, start);
+    while (true) {
+        const TextRange next = takeFirst(rest, forward, unitsBetweenEvents);
+        if (const auto begin = beginOfHit(text, pattern, forward, next))
+            return hitAt(text, pattern, forward, start, *begin);
+        if (rest.isEmpty())
+            return std::nullopt;
+        QCoreApplication::processEvents();
+        if (m_progress.stopRequested)
+            return std::nullopt;
+    }
 }
 
 /// Not before a frame has ended: its signals tell that there is something to undo.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/editorsearch.h"
 #include "platform/requesthold.h"
 
 #include <QDeadlineTimer>
@@ -24,8 +25,9 @@ private:
 
 /// Replaces all hits from the cursor on.
 ///
-/// Events are processed after every replacement; what it changes is shown once a frame, or at the end when
-/// the panel was told to speed up. Each replacement is one step of the undo history.
+/// Events are processed after every replacement, and now and then where the next hit is far; what it changes
+/// is shown once a frame, or at the end when the panel was told to speed up. Each replacement is one step of
+/// the undo history.
 class ReplaceRun {
 public:
     ReplaceRun(ctlEditer &editor, const SearchRequest &request, frmReplaceProgress &progress);
@@ -35,12 +37,14 @@ public:
 private:
     bool runFrame();
     bool replaceNext();
+    std::optional<SearchHit> findNext() const;
     void hurry();
     void showResult();
 
     ctlEditer &m_editor;
     const SearchRequest &m_request;
     frmReplaceProgress &m_progress;
+    EditorSearch m_search;
     int m_count = 0;
     QDeadlineTimer m_frameEnd{ 0 }; ///< the first replacement is shown at once
 };

@@ -76,6 +76,7 @@ private slots:
     void countsFromTheFirstReplacement();
     void stopKeepsWhatIsDone_data();
     void stopKeepsWhatIsDone();
+    void stopsBeforeAFarHit();
     void nothingGetsIn_data();
     void nothingGetsIn();
     void otherWindowsGetNothing();
@@ -168,6 +169,18 @@ void ReplaceRunTest::stopKeepsWhatIsDone()
     QVERIFY(editor().updatesEnabled());
     QVERIFY(!editor().signalsBlocked());
     QVERIFY(!m_window->findChild<frmReplaceProgress *>());
+}
+
+/// The buttons act also while the next hit is looked for.
+void ReplaceRunTest::stopsBeforeAFarHit()
+{
+    const QString text = QString(9 << 20, u'.') + u'x';
+    editor().setText(text);
+    const AtProgress stop([](frmReplaceProgress &progress) { buttonOf(progress, u"Stop"_s)->click(); });
+    const MessageBoxes boxes;
+    replaceAll();
+    QVERIFY(editor().text() == text);
+    QCOMPARE(boxes.texts(), QStringList{ u"Replace All|0 items was Replaced."_s });
 }
 
 void ReplaceRunTest::nothingGetsIn_data()
