@@ -6,10 +6,10 @@
 
 #include "app/frmmain.h"
 #include "bench/app/ownfolders.h"
+#include "bench/app/turns.h"
 #include "editor/ctlediter.h"
 #include "settings/settings.h"
 
-#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTemporaryFile>
@@ -17,9 +17,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -52,42 +50,6 @@ const TextDocument &documentOf(const frmMain &window)
 {
     return std::as_const(*window.currentEditor()).document();
 }
-
-double msOf(const QElapsedTimer &clock)
-{
-    return double(clock.nsecsElapsed()) / 1e6;
-}
-
-/// How long the event loop works between two times of waiting.
-class Turns {
-public:
-    Turns()
-    {
-        const QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
-        QObject::connect(
-            dispatcher, &QAbstractEventDispatcher::awake, &m_context, [this] { m_clock.start(); });
-        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] { note(); });
-        m_clock.start();
-    }
-    void note()
-    {
-        if (m_clock.isValid())
-            m_turns.push_back(msOf(m_clock));
-        m_clock.invalidate();
-    }
-    double longest() const { return *std::ranges::max_element(m_turns); }
-    double median()
-    {
-        const auto middle = m_turns.begin() + std::ptrdiff_t(m_turns.size() / 2);
-        std::ranges::nth_element(m_turns, middle);
-        return *middle;
-    }
-
-private:
-    QObject m_context;
-    QElapsedTimer m_clock;
-    std::vector<double> m_turns;
-};
 
 Times load(frmMain &window, const QString &file)
 {

@@ -1,0 +1,177 @@
+// What takes long over the text of a window: until it is done, and how long the event loop was kept
+// meanwhile.
+//
+//     cmake --preset bench && cmake --build --preset bench --target stalls_bench
+//     QT_QPA_PLATFORM=offscreen FILE=/var/tmp/marlopad-data/log-1g.txt build/bench/stalls_bench
+
+#include "app/frmmain.h"
+#include "app/replacerun.h"
+#include "app/searchrequest.h"
+#include "bench/app/ownfolders.h"
+#include "bench/app/turns.h"
+#include "editor/ctlediter.h"
+#include "search/frmreplaceprogress.h"
+#include "search/frmsearchdialog.h"
+#include "settings/settings.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QTimer>
+
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+constexpr qint64 millionLines = 1000000;
+
+class Window : public frmMain {
+public:
+    explicit Window(const QString &file)
+    {
+        resize(1280, 800);
+        show();
+        openDocument(file, 0);
+        while (editor().document().isHeld())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        // Whatever looks through the text when there is nothing else to do.
+        while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) { }
+    }
+
+    ctlEditer &editor() const { return *currentEditor(); }
+    const TextStore &text() const { return editor().store(); }
+
+    /// Makes it from the event loop, until it is done.
+    void measure(const char *name, const std::function<void()> &work, const std::function<bool()> &isDone)
+    {
+        Turns turns;
+        QElapsedTimer clock;
+        clock.start();
+        bool isBegun = false;
+        QTimer::singleShot(0, this, [&] {
+            work();
+            isBegun = true;
+        });
+        while (!isBegun || !isDone())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        const double whole = msOf(clock);
+        // What it leaves to be painted and written belongs to it.
+        QTimer::singleShot(0, this, [] {});
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        turns.note();
+        std::printf("| %s | %.1f | %.0f |\n", name, turns.longest(), whole);
+        std::fflush(stdout);
+    }
+    void measure(const char *name, const std::function<void()> &work)
+    {
+        measure(name, work, [] { return true; });
+    }
+
+    void search(const QString &wanted)
+    {
+        slotCmdViewSearch();
+        auto *const panel = findChild<frmSearchDialog *>();
+        panel->findText = wanted;
+        panel->caseSensitive = true;
+        panel->hide();
+        slotEtcSearchNext();
+    }
+
+    void selectLines(qint64 lines)
+    {
+        editor().setCursorPosition(0, 0);
+        editor().extendSelection({ text().lineStart(LineIndex(qMin(lines, text().lineCount() - 1))) });
+    }
+
+    void indent(Qt::KeyboardModifiers modifiers)
+    {
+        QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, modifiers);
+        QCoreApplication::sendEvent(&editor(), &tab);
+    }
+
+    void replaceAll(const QString &wanted, bool speedsUp)
+    {
+        const ReplaceGuard guard;
+        editor().setCursorPosition(0, 0);
+        frmReplaceProgress progress(this);
+        if (speedsUp)
+            progress.slotClickHiSpeed();
+        const SearchRequest request{ 1, true, wanted, QStringLiteral("tortoise") };
+        ReplaceRun(editor(), request, progress).run();
+    }
+};
+
+void closeBoxes()
+{
+    if (QWidget *const box = QApplication::activeModalWidget())
+        box->close();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const OwnFolders folders;
+    QApplication application(argc, argv);
+    const QString file = qEnvironmentVariable("FILE");
+    const QString wanted = qEnvironmentVariable("WORD", QStringLiteral("worker-01"));
+    if (!QFileInfo(file).isReadable()) {
+        std::fprintf(stderr, "FILE=… with many lines that hold WORD=…\n");
+        return 1;
+    }
+    Window window(file);
+    ctlEditer &editor = window.editor();
+    std::printf(
+        "| %lld MB | longest turn, ms | whole, ms |\n|---|---|---|\n", QFileInfo(file).size() / 1000000);
+    editor.setCursorPlace({ window.text().end() });
+    editor.insert(QStringLiteral("nightingale"));
+    editor.setCursorPosition(0, 0);
+    window.measure(
+        "find the last word", [&] { window.search(QStringLiteral("nightingale")); },
+        [&] { return editor.hasMarkedText(); });
+    window.measure(
+        "find the first line from the end",
+        [&] {
+            const QString first = window.text().text({}, 40).section(QLatin1Char('\n'), 0, 0);
+            window.search(first);
+            editor.setCursorPlace({ window.text().end() });
+            window.slotEtcSearchBefo();
+        },
+        [&] { return editor.hasMarkedText(); });
+    QTimer closing;
+    closing.callOnTimeout(&closeBoxes);
+    bool isShown = false;
+    closing.callOnTimeout([&] { isShown = isShown || QApplication::activeModalWidget(); });
+    closing.start(10);
+    window.measure(
+        "properties", [&] { window.slotCmdFileProp(); }, [&] { return isShown; });
+    closing.stop();
+    window.measure("select all", [&] { editor.selectAll(); });
+    window.measure("copy", [&] { editor.QMultiLineEdit::copy(); });
+    window.selectLines(millionLines);
+    window.measure("indent a million lines", [&] { window.indent(Qt::NoModifier); });
+    window.measure("undo that", [&] { editor.undo(); });
+    window.measure("redo that", [&] { editor.redo(); });
+    window.selectLines(millionLines);
+    window.measure("take the indent back", [&] { window.indent(Qt::ShiftModifier); });
+    window.measure("replace all", [&] { window.replaceAll(wanted, false); });
+    window.measure("undo the last of it", [&] { editor.undo(); });
+    window.measure("undo all of it", [&] {
+        while (editor.undoAvailable())
+            editor.undo();
+    });
+    window.measure("replace all, sped up", [&] { window.replaceAll(wanted, true); });
+    window.measure("undo all of it again", [&] {
+        while (editor.history().canUndo())
+            editor.undo();
+    });
+    window.measure("a font that is larger", [&] {
+        ++appSettings().FontSize;
+        window.applySettings();
+        window.repaint();
+    });
+    editor.setEdited(false);
+    window.measure("close", [&] { window.confirmCloseAll(false); });
+    return 0;
+}
