@@ -8,6 +8,9 @@
 #include "tests/filedialog/formtest.h"
 #include "tests/testprogram.h"
 
+#include <QSignalSpy>
+#include <QTest>
+
 using namespace Qt::StringLiterals;
 
 namespace {

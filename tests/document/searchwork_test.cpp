@@ -4,6 +4,8 @@
 #include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
+#include <QTest>
+
 using namespace Qt::StringLiterals;
 
 /// Searching a snapshot step by step.

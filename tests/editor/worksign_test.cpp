@@ -3,6 +3,9 @@
 #include "editor/noticequeue.h"
 #include "tests/testprogram.h"
 
+#include <QSignalSpy>
+#include <QTest>
+
 using namespace Qt::StringLiterals;
 
 /// The sign of a work that takes long.
