@@ -18,7 +18,8 @@ QMultiLineEdit::Parts::Parts(QMultiLineEdit &edit, ViewScrollBar &verticalBar, V
     , drag(edit, *edit.viewport(), document.store(), format, cursor, view, updates, scroller, exchange, edits)
     , pressed(*edit.viewport())
     , pointer(edit, document.store(), cursor, view, scroller, primary, moves, composer, drag, pressed)
-    , touch(edit, *edit.viewport(), view, moves, composer, pressed)
+    , handles(edit, *edit.viewport(), document.store(), cursor, view, moves, [this] { layout.update(); })
+    , touch(edit, *edit.viewport(), pressed, pointer, handles)
     , keys(edit, scroller, moves, edits)
 {
 }

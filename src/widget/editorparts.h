@@ -13,6 +13,7 @@
 #include "widget/qmultilineedit.h"
 #include "widget/rowformat.h"
 #include "widget/rowupdates.h"
+#include "widget/selectionhandles.h"
 #include "widget/textannouncer.h"
 #include "widget/textclipboard.h"
 #include "widget/textcursor.h"
@@ -39,7 +40,7 @@ class ViewScrollBar;
 ///     layout  moves                          rows are brought up to date; the cursor moves
 ///     edits                                  the text changes
 ///     composer  clipboard  drag              what input methods, clipboards and drags do with it
-///     pressed  pointer  touch  keys          what people do
+///     pressed  pointer  handles  touch  keys what people do
 struct QMultiLineEdit::Parts {
     Parts(QMultiLineEdit &edit, ViewScrollBar &verticalBar, ViewScrollBar &horizontalBar);
 
@@ -63,6 +64,7 @@ struct QMultiLineEdit::Parts {
     TextDrag drag;
     PressedPointer pressed;
     PointerGestures pointer;
+    SelectionHandles handles;
     TouchGestures touch;
     KeyBindings keys;
 };

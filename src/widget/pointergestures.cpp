@@ -62,10 +62,8 @@ void PointerGestures::press(QPointF at, Qt::KeyboardModifiers modifiers, Unit un
     m_unit = unit;
     m_pointer.press(at);
     const CursorPlace place = m_view.placeAt(at);
-    const TextRange selected = m_cursor.selection();
-    const bool inSelection = selected.start <= place.offset && place.offset < selected.end;
     const bool extends = unit == Unit::Character && modifiers.testFlag(Qt::ShiftModifier);
-    if (unit == Unit::Character && inSelection && !extends) {
+    if (unit == Unit::Character && isSelected(place.offset) && !extends) {
         m_pointer.setGesture(Gesture::MaybeDrag);
         return;
     }
@@ -76,6 +74,26 @@ void PointerGestures::press(QPointF at, Qt::KeyboardModifiers modifiers, Unit un
         m_moves.moveTo(place, extends ? Selecting::Extend : Selecting::Drop);
     else
         m_moves.select({ m_origin.start }, { m_origin.end });
+}
+
+void PointerGestures::select(QPointF at, Unit unit)
+{
+    press(at, Qt::NoModifier, unit);
+}
+
+void PointerGestures::hold(QPointF at)
+{
+    m_composer.commit();
+    if (isSelected(m_view.placeAt(at).offset))
+        m_pointer.setGesture(Gesture::Done);
+    else
+        select(at, Unit::Word);
+}
+
+bool PointerGestures::isSelected(Offset offset) const
+{
+    const TextRange selected = m_cursor.selection();
+    return selected.start <= offset && offset < selected.end;
 }
 
 TextRange PointerGestures::unitAt(Offset offset) const

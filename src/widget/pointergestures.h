@@ -24,6 +24,8 @@ void showKeyboard();
 /// Selecting and dragging by mouse and pen.
 class PointerGestures {
 public:
+    enum class Unit { Character, Word, Line };
+
     PointerGestures(QWidget &editor, const TextStore &store, const TextCursor &cursor, const TextView &view,
         ViewScroller &scroller, PrimarySelection &primary, CursorMoves &moves, InputComposer &composer,
         TextDrag &textDrag, PressedPointer &pointer);
@@ -31,16 +33,19 @@ public:
     /// The left button. A second press soon after one selects a word, a third a line.
     void press(const QMouseEvent &event);
     void doubleClick(const QMouseEvent &event);
+    /// What is at a point; move() goes on by such units, release() ends it.
+    void select(QPointF at, Unit unit);
+    /// A finger is held still: selects the word there, with which move() goes on, or nothing in a selection.
+    void hold(QPointF at);
     void move(QPointF at);
     void release(QPointF at);
     /// False for what is the toolkit's to make a mouse's event of.
     bool tablet(const QTabletEvent &event);
 
 private:
-    enum class Unit { Character, Word, Line };
-
     void press(QPointF at, Qt::KeyboardModifiers modifiers, Unit unit);
     bool pressPen(const QTabletEvent &event);
+    bool isSelected(Offset offset) const;
     Unit unitOfNextClick(QPointF at) const;
     void awaitNextClick();
     TextRange unitAt(Offset offset) const;

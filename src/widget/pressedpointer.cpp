@@ -13,7 +13,7 @@ PressedPointer::PressedPointer(QWidget &viewport)
 {
     m_longPress.setSingleShot(true);
     m_nextPress.setSingleShot(true);
-    QObject::connect(&m_longPress, &QTimer::timeout, &m_longPress, [this] { askForMenu(); });
+    QObject::connect(&m_longPress, &QTimer::timeout, &m_longPress, [this] { m_held(); });
 }
 
 void PressedPointer::press(QPointF at)
@@ -28,6 +28,16 @@ bool PressedPointer::isFar(QPointF at) const
 
 void PressedPointer::awaitLongPress()
 {
+    awaitLongPress([this] {
+        m_nextPress.stop();
+        m_gesture = Gesture::Done;
+        askForMenu();
+    });
+}
+
+void PressedPointer::awaitLongPress(std::function<void()> held)
+{
+    m_held = std::move(held);
     m_longPress.start(QGuiApplication::styleHints()->mousePressAndHoldInterval());
 }
 
@@ -38,8 +48,6 @@ void PressedPointer::awaitNextPress()
 
 void PressedPointer::askForMenu()
 {
-    m_nextPress.stop();
-    m_gesture = Gesture::Done;
     const QPoint at = m_lastAt.toPoint();
     QContextMenuEvent event(QContextMenuEvent::Mouse, at, m_viewport.mapToGlobal(at));
     QCoreApplication::sendEvent(&m_viewport, &event);

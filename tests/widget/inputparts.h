@@ -4,6 +4,7 @@
 #include "widget/inputcomposer.h"
 #include "widget/pointergestures.h"
 #include "widget/pressedpointer.h"
+#include "widget/selectionhandles.h"
 #include "widget/textdrag.h"
 #include "widget/touchgestures.h"
 
@@ -36,7 +37,8 @@ struct InputParts : ViewParts {
     PressedPointer pressed{ viewport };
     PointerGestures pointer{ editor, document.store(), cursor, view, scroller, primary, moves, composer, drag,
         pressed };
-    TouchGestures touch{ editor, viewport, view, moves, composer, pressed };
+    SelectionHandles handles{ editor, viewport, document.store(), cursor, view, moves, [] {} };
+    TouchGestures touch{ editor, viewport, pressed, pointer, handles };
 };
 
 /// An editor that passes on what an input method sends it.

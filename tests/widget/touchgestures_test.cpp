@@ -29,9 +29,12 @@ public:
     {
     }
 
-    void send(QEvent::Type type, const QList<QEventPoint> &points) const
+    /// `time` in ms.
+    void send(QEvent::Type type, const QList<QEventPoint> &points, int time = 0) const
     {
-        m_parts.touch.touch(QTouchEvent(type, &m_screen, {}, points));
+        QTouchEvent event(type, &m_screen, {}, points);
+        event.setTimestamp(quint64(time));
+        m_parts.touch.touch(event);
     }
     void press(QPointF at) const { send(QEvent::TouchBegin, { finger(1, QEventPoint::Pressed, at) }); }
     void move(QPointF at) const { send(QEvent::TouchUpdate, { finger(1, QEventPoint::Updated, at) }); }
@@ -71,7 +74,14 @@ private slots:
     void anotherFingerThatStaysScrollsNothing();
     void aCancelledTouchIsNoTap();
     void whatIsHeldAsksForTheMenu();
-    void whatIsHeldLongIsNoTap();
+    void whatIsHeldSelectsTheWord();
+    void whatIsHeldSelectsMoreAsItMoves();
+    void tremblingSelectsNoMore();
+    void whatIsHeldInASelectionKeepsIt();
+    void whatIsHeldAndCancelledAsksForNothing();
+    void tapsAtOnePlaceSelectMore();
+    void tapsThatAreNoDoubleTap_data();
+    void tapsThatAreNoDoubleTap();
     void nearIsNotFar_data();
     void nearIsNotFar();
 };
@@ -158,17 +168,110 @@ void TouchGesturesTest::whatIsHeldAsksForTheMenu()
     QVERIFY(!parts.pressed.isAwaitingLongPress());
 }
 
-void TouchGesturesTest::whatIsHeldLongIsNoTap()
+/// It asks for the menu as it goes, and scrolls nothing.
+void TouchGesturesTest::whatIsHeldSelectsTheWord()
 {
-    InputParts parts(u"one two"_s);
+    InputParts parts(u"one two three"_s);
     const Fingers fingers(parts);
-    MenuAsked asked(parts.viewport);
-    fingers.press(parts.at(4));
-    QTRY_COMPARE(asked.at.size(), 1);
-    fingers.move(parts.at(4) + QPointF(0, 60));
-    QCOMPARE(parts.pressed.gesture(), Gesture::Done);
-    fingers.release(parts.at(4));
-    QCOMPARE(parts.drawn(), u"|one two"_s);
+    const MenuAsked asked(parts.viewport);
+    fingers.press(parts.at(5));
+    QTRY_COMPARE(parts.drawn(), u"one [two| three"_s);
+    QCOMPARE(asked.at.size(), 0);
+    fingers.release(parts.at(5));
+    QCOMPARE(asked.at.size(), 1);
+    QCOMPARE(parts.drawn(), u"one [two| three"_s);
+    QCOMPARE(parts.pressed.gesture(), Gesture::None);
+}
+
+void TouchGesturesTest::whatIsHeldSelectsMoreAsItMoves()
+{
+    InputParts parts(u"one two three four"_s);
+    const Fingers fingers(parts);
+    const MenuAsked asked(parts.viewport);
+    fingers.press(parts.at(5));
+    QTRY_COMPARE(parts.drawn(), u"one [two| three four"_s);
+    fingers.move(parts.at(10));
+    QCOMPARE(parts.drawn(), u"one [two three| four"_s);
+    fingers.move(parts.at(1));
+    QCOMPARE(parts.drawn(), u"|one two] three four"_s);
+    fingers.release(parts.at(1));
+    QCOMPARE(parts.drawn(), u"|one two] three four"_s);
+    QCOMPARE(asked.at.size(), 0);
+}
+
+void TouchGesturesTest::tremblingSelectsNoMore()
+{
+    InputParts parts(u"one two three"_s);
+    const Fingers fingers(parts);
+    const MenuAsked asked(parts.viewport);
+    fingers.press(parts.at(6));
+    QTRY_COMPARE(parts.drawn(), u"one [two| three"_s);
+    fingers.move(parts.at(6) + QPointF(QGuiApplication::styleHints()->startDragDistance() - 1, 0));
+    QCOMPARE(parts.drawn(), u"one [two| three"_s);
+    fingers.release(parts.at(6));
+    QCOMPARE(asked.at.size(), 1);
+}
+
+void TouchGesturesTest::whatIsHeldInASelectionKeepsIt()
+{
+    InputParts parts(u"one two three"_s);
+    const Fingers fingers(parts);
+    const MenuAsked asked(parts.viewport);
+    parts.select(1, 10);
+    fingers.press(parts.at(5));
+    QTRY_VERIFY(!parts.pressed.isAwaitingLongPress());
+    fingers.release(parts.at(5));
+    QCOMPARE(parts.drawn(), u"o[ne two th|ree"_s);
+    QCOMPARE(asked.at.size(), 1);
+}
+
+void TouchGesturesTest::whatIsHeldAndCancelledAsksForNothing()
+{
+    InputParts parts(u"one two three"_s);
+    const Fingers fingers(parts);
+    const MenuAsked asked(parts.viewport);
+    fingers.press(parts.at(5));
+    QTRY_COMPARE(parts.drawn(), u"one [two| three"_s);
+    fingers.send(QEvent::TouchCancel, { finger(1, QEventPoint::Released, parts.at(5)) });
+    QCOMPARE(parts.pressed.gesture(), Gesture::None);
+    fingers.press(parts.at(0)); // nothing is held still
+    fingers.release(parts.at(0));
+    QCOMPARE(asked.at.size(), 0);
+    QCOMPARE(parts.drawn(), u"|one two three"_s);
+}
+
+void TouchGesturesTest::tapsAtOnePlaceSelectMore()
+{
+    InputParts parts(u"one two three\nfour"_s);
+    const Fingers fingers(parts);
+    for (const QString &drawing : { u"one t|wo three\nfour"_s, u"one [two| three\nfour"_s,
+             u"[one two three\n|four"_s, u"one t|wo three\nfour"_s }) {
+        fingers.press(parts.at(5) + QPointF(1, 1));
+        fingers.release(parts.at(5) + QPointF(1, 1));
+        QCOMPARE(parts.drawn(), drawing);
+    }
+}
+
+void TouchGesturesTest::tapsThatAreNoDoubleTap_data()
+{
+    QTest::addColumn<int>("before");
+    QTest::addColumn<int>("time");
+    const int interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    QTest::newRow("one elsewhere before") << 9 << 0;
+    QTest::newRow("one long before") << 5 << interval;
+}
+
+void TouchGesturesTest::tapsThatAreNoDoubleTap()
+{
+    QFETCH(int, before);
+    QFETCH(int, time);
+    InputParts parts(u"one two three"_s);
+    const Fingers fingers(parts);
+    fingers.press(parts.at(before));
+    fingers.release(parts.at(before));
+    fingers.press(parts.at(5));
+    fingers.send(QEvent::TouchEnd, { finger(1, QEventPoint::Released, parts.at(5)) }, time);
+    QCOMPARE(parts.drawn(), u"one t|wo three"_s);
 }
 
 void TouchGesturesTest::nearIsNotFar_data()
