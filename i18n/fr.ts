@@ -226,6 +226,10 @@
         <source>Dismiss</source>
         <translation>Masquer</translation>
     </message>
+    <message>
+        <source>&amp;More options</source>
+        <translation>&amp;Plus d’options</translation>
+    </message>
 </context>
 <context>
     <name>ObstacleNotices</name>
@@ -331,6 +335,100 @@
 %1</source>
         <translation>Ces textes n’ont pas pu être restaurés&#xa0;:
 %1</translation>
+    </message>
+</context>
+<context>
+    <name>StatusLine</name>
+    <message>
+        <source>Character code</source>
+        <translation>Codage</translation>
+    </message>
+    <message>
+        <source>Line end</source>
+        <translation>Fin de ligne</translation>
+    </message>
+    <message>
+        <source>OVR</source>
+        <translation>RFP</translation>
+    </message>
+    <message>
+        <source>INS</source>
+        <translation>INS</translation>
+    </message>
+    <message>
+        <source>Overwrite, or insert</source>
+        <translation>Refrapper ou insérer</translation>
+    </message>
+    <message>
+        <source>RO</source>
+        <translation>LS</translation>
+    </message>
+    <message>
+        <source>Read only</source>
+        <translation>Lecture seule</translation>
+    </message>
+    <message>
+        <source>Line %1, column %2</source>
+        <translation>Ligne %1, colonne %2</translation>
+    </message>
+    <message>
+        <source>Selected: %1</source>
+        <translation>Sélection : %1</translation>
+    </message>
+    <message>
+        <source>Selected lines: %1</source>
+        <translation>Lignes sélectionnées : %1</translation>
+    </message>
+    <message>
+        <source>Status line</source>
+        <translation>Ligne d’état</translation>
+    </message>
+    <message>
+        <source>Line and column</source>
+        <translation>Ligne et colonne</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>Reopen as %1</source>
+        <translation>Rouvrir en %1</translation>
+    </message>
+    <message>
+        <source>Save as %1</source>
+        <translation>Enregistrer en %1</translation>
+    </message>
+</context>
+<context>
+    <name>TabMenu</name>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Fermer</translation>
+    </message>
+    <message>
+        <source>Close &amp;others</source>
+        <translation>Fermer les &amp;autres</translation>
+    </message>
+    <message>
+        <source>Copy &amp;path</source>
+        <translation>&amp;Copier le chemin</translation>
+    </message>
+    <message>
+        <source>Open &amp;folder</source>
+        <translation>&amp;Ouvrir le dossier</translation>
+    </message>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>&amp;Recharger</translation>
+    </message>
+    <message>
+        <source>Reopen &amp;as</source>
+        <translation>Rouvrir &amp;en</translation>
+    </message>
+    <message>
+        <source>&amp;More options</source>
+        <translation>&amp;Plus d’options</translation>
     </message>
 </context>
 <context>
@@ -1055,6 +1153,101 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
     <message>
         <source>Overwrite, or insert</source>
         <translation>Remplacer, ou insérer</translation>
+    </message>
+</context>
+<context>
+    <name>frmMoreOptions</name>
+    <message>
+        <source>On at first.</source>
+        <translation>Activé au départ.</translation>
+    </message>
+    <message>
+        <source>Off at first.</source>
+        <translation>Désactivé au départ.</translation>
+    </message>
+    <message>
+        <source>More options</source>
+        <translation>Plus d’options</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>&amp;Status line</source>
+        <translation>Ligne d’&amp;état</translation>
+    </message>
+    <message>
+        <source>Line and column, selection, code, line end and file name below the tabs.</source>
+        <translation>Ligne et colonne, sélection, codage, fin de ligne et nom du fichier sous les onglets.</translation>
+    </message>
+    <message>
+        <source>&amp;Open what was open</source>
+        <translation>R&amp;ouvrir les fichiers</translation>
+    </message>
+    <message>
+        <source>The files that were open at the end are open at the next start.</source>
+        <translation>Les fichiers ouverts à la fin le sont de nouveau au prochain démarrage.</translation>
+    </message>
+    <message>
+        <source>&amp;Keys of other programs</source>
+        <translation>&amp;Touches usuelles</translation>
+    </message>
+    <message>
+        <source>Ctrl+F, Ctrl+W, F3 and the like. F1 shows them.</source>
+        <translation>Ctrl+F, Ctrl+W, F3 et d’autres. F1 les montre.</translation>
+    </message>
+    <message>
+        <source>&amp;Tabs by mouse</source>
+        <translation>Onglets à la &amp;souris</translation>
+    </message>
+    <message>
+        <source>The middle button closes a tab, dragging moves it, the wheel scrolls them.</source>
+        <translation>Le bouton du milieu ferme un onglet, glisser le déplace, la molette les fait défiler.</translation>
+    </message>
+    <message>
+        <source>Text size by &amp;wheel</source>
+        <translation>Taille à la &amp;molette</translation>
+    </message>
+    <message>
+        <source>Ctrl and the wheel change the size of the text of all documents.</source>
+        <translation>Ctrl et la molette changent la taille du texte de tous les documents.</translation>
+    </message>
+    <message>
+        <source>Notices of co&amp;des</source>
+        <translation>Avis sur les co&amp;dages</translation>
+    </message>
+    <message>
+        <source>Characters that cannot be saved, bytes that do not fit the code.</source>
+        <translation>Caractères impossibles à enregistrer, octets étrangers au codage.</translation>
+    </message>
+    <message>
+        <source>Notices of &amp;files</source>
+        <translation>Avis sur les &amp;fichiers</translation>
+    </message>
+    <message>
+        <source>Another program has changed the file, or it cannot be written.</source>
+        <translation>Un autre programme a changé le fichier, ou il ne peut être écrit.</translation>
+    </message>
+    <message>
+        <source>&amp;Recovery</source>
+        <translation>&amp;Récupération</translation>
+    </message>
+    <message>
+        <source>What is not saved comes back after a crash. Counts for documents opened from then on.</source>
+        <translation>Ce qui n’est pas enregistré revient après un arrêt brutal. Vaut pour les documents ouverts ensuite.</translation>
+    </message>
+    <message>
+        <source>Size of the w&amp;indow</source>
+        <translation>Taille de la fe&amp;nêtre</translation>
+    </message>
+    <message>
+        <source>The window has its last size again when it is no longer maximised.</source>
+        <translation>Hors plein écran, la fenêtre retrouve sa dernière taille.</translation>
     </message>
 </context>
 <context>

@@ -226,6 +226,10 @@
         <source>Dismiss</source>
         <translation>閉じる</translation>
     </message>
+    <message>
+        <source>&amp;More options</source>
+        <translation>詳細設定(&amp;M)</translation>
+    </message>
 </context>
 <context>
     <name>ObstacleNotices</name>
@@ -330,6 +334,100 @@
 %1</source>
         <translation>次のテキストは復元できませんでした:
 %1</translation>
+    </message>
+</context>
+<context>
+    <name>StatusLine</name>
+    <message>
+        <source>Character code</source>
+        <translation>文字コード</translation>
+    </message>
+    <message>
+        <source>Line end</source>
+        <translation>改行コード</translation>
+    </message>
+    <message>
+        <source>OVR</source>
+        <translation>上書</translation>
+    </message>
+    <message>
+        <source>INS</source>
+        <translation>挿入</translation>
+    </message>
+    <message>
+        <source>Overwrite, or insert</source>
+        <translation>上書き／挿入</translation>
+    </message>
+    <message>
+        <source>RO</source>
+        <translation>読専</translation>
+    </message>
+    <message>
+        <source>Read only</source>
+        <translation>読み取り専用</translation>
+    </message>
+    <message>
+        <source>Line %1, column %2</source>
+        <translation>%1 行 %2 桁</translation>
+    </message>
+    <message>
+        <source>Selected: %1</source>
+        <translation>選択: %1</translation>
+    </message>
+    <message>
+        <source>Selected lines: %1</source>
+        <translation>選択行: %1</translation>
+    </message>
+    <message>
+        <source>Status line</source>
+        <translation>ステータス行</translation>
+    </message>
+    <message>
+        <source>Line and column</source>
+        <translation>行と桁</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>ファイル</translation>
+    </message>
+    <message>
+        <source>Reopen as %1</source>
+        <translation>%1 で開き直す</translation>
+    </message>
+    <message>
+        <source>Save as %1</source>
+        <translation>%1 で保存</translation>
+    </message>
+</context>
+<context>
+    <name>TabMenu</name>
+    <message>
+        <source>&amp;Close</source>
+        <translation>閉じる(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Close &amp;others</source>
+        <translation>他を閉じる(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Copy &amp;path</source>
+        <translation>パスをコピー(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Open &amp;folder</source>
+        <translation>フォルダを開く(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>再読み込み(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Reopen &amp;as</source>
+        <translation>開き直す(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;More options</source>
+        <translation>詳細設定(&amp;M)</translation>
     </message>
 </context>
 <context>
@@ -1054,6 +1152,101 @@ Row count  : %2</source>
     <message>
         <source>Overwrite, or insert</source>
         <translation>上書き、挿入の切り替え</translation>
+    </message>
+</context>
+<context>
+    <name>frmMoreOptions</name>
+    <message>
+        <source>On at first.</source>
+        <translation>初期値: オン</translation>
+    </message>
+    <message>
+        <source>Off at first.</source>
+        <translation>初期値: オフ</translation>
+    </message>
+    <message>
+        <source>More options</source>
+        <translation>詳細設定</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>&amp;Status line</source>
+        <translation>ステータス行(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Line and column, selection, code, line end and file name below the tabs.</source>
+        <translation>タブの下に行と桁、選択、文字コード、改行コード、ファイル名を表示します。</translation>
+    </message>
+    <message>
+        <source>&amp;Open what was open</source>
+        <translation>前回のファイルを開く(&amp;O)</translation>
+    </message>
+    <message>
+        <source>The files that were open at the end are open at the next start.</source>
+        <translation>終了時に開いていたファイルを次の起動時に開きます。</translation>
+    </message>
+    <message>
+        <source>&amp;Keys of other programs</source>
+        <translation>一般的なキー(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Ctrl+F, Ctrl+W, F3 and the like. F1 shows them.</source>
+        <translation>Ctrl+F、Ctrl+W、F3 など。F1 で一覧を表示します。</translation>
+    </message>
+    <message>
+        <source>&amp;Tabs by mouse</source>
+        <translation>マウスでタブを操作(&amp;T)</translation>
+    </message>
+    <message>
+        <source>The middle button closes a tab, dragging moves it, the wheel scrolls them.</source>
+        <translation>中ボタンで閉じ、ドラッグで移動し、ホイールでスクロールします。</translation>
+    </message>
+    <message>
+        <source>Text size by &amp;wheel</source>
+        <translation>ホイールで文字サイズ(&amp;W)</translation>
+    </message>
+    <message>
+        <source>Ctrl and the wheel change the size of the text of all documents.</source>
+        <translation>Ctrl とホイールですべての文書の文字サイズを変えます。</translation>
+    </message>
+    <message>
+        <source>Notices of co&amp;des</source>
+        <translation>文字コードの通知(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Characters that cannot be saved, bytes that do not fit the code.</source>
+        <translation>保存できない文字、文字コードに合わないバイト。</translation>
+    </message>
+    <message>
+        <source>Notices of &amp;files</source>
+        <translation>ファイルの通知(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Another program has changed the file, or it cannot be written.</source>
+        <translation>他のプログラムによる変更、書き込めないファイル。</translation>
+    </message>
+    <message>
+        <source>&amp;Recovery</source>
+        <translation>復元(&amp;R)</translation>
+    </message>
+    <message>
+        <source>What is not saved comes back after a crash. Counts for documents opened from then on.</source>
+        <translation>保存していない内容を異常終了後に復元します。以後に開く文書に有効です。</translation>
+    </message>
+    <message>
+        <source>Size of the w&amp;indow</source>
+        <translation>ウィンドウの大きさ(&amp;I)</translation>
+    </message>
+    <message>
+        <source>The window has its last size again when it is no longer maximised.</source>
+        <translation>最大化を解くと前回の大きさに戻ります。</translation>
     </message>
 </context>
 <context>

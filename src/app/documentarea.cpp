@@ -57,6 +57,10 @@ void DocumentArea::connectStrip()
         if (beginCommand())
             act();
     });
+    connect(m_strip, &NoticeStrip::moreOptionsWanted, this, [this] {
+        if (beginCommand())
+            emit moreOptionsWanted();
+    });
     connect(m_strip, &NoticeStrip::keysGivenBack, this, [this] {
         if (ctlEditer *editor = current())
             editor->setFocus();

@@ -70,6 +70,8 @@ signals:
     void refreshed(ctlEditer *editor);
     /// A document was taken away.
     void closed(ctlEditer *editor);
+    /// The notice strip was asked for what can be switched on and off.
+    void moreOptionsWanted();
 
 protected:
     bool event(QEvent *event) override;

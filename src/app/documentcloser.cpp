@@ -9,6 +9,8 @@
 #include "platform/endquestion.h"
 #include "platform/messagebox.h"
 
+#include <QPointer>
+
 DocumentCloser::DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
     DocumentSaver &saver, RecentPlaces &places)
     : m_window(window)
@@ -49,13 +51,48 @@ void DocumentCloser::waitForSaves()
 
 void DocumentCloser::askAndClose()
 {
-    ctlEditer *const editor = m_documents.current();
-    if (!editor)
-        return;
-    saveIfWanted(editor, [this, editor](bool mayClose) {
-        if (mayClose)
-            close(editor);
+    if (ctlEditer *const editor = m_documents.current())
+        askAndClose(editor);
+}
+
+/// What is asked about is shown. Who has gone elsewhere while a long text was written stays there.
+void DocumentCloser::askAndClose(ctlEditer *editor)
+{
+    const QPointer<ctlEditer> before = m_documents.current();
+    if (!mayGo(*editor))
+        m_documents.setCurrent(editor);
+    saveIfWanted(editor, [this, editor, before](bool mayClose) {
+        if (!mayClose)
+            return;
+        const QPointer<ctlEditer> next =
+            m_documents.current() == editor ? before.data() : m_documents.current();
+        close(editor);
+        if (next && next != editor && next != m_documents.current())
+            m_documents.present(next);
     });
+}
+
+void DocumentCloser::closeOthers(ctlEditer *kept)
+{
+    const QPointer<ctlEditer> stays = kept;
+    const QList<ctlEditer *> all = m_documents.editors();
+    for (auto editor = all.rbegin(); editor != all.rend(); ++editor) {
+        // Its user may have closed it while another one was saved.
+        if (*editor == kept || !m_documents.editors().contains(*editor))
+            continue;
+        if (!mayGo(**editor) && !mayCloseShown(*editor))
+            return;
+        if (m_documents.editors().contains(*editor))
+            close(*editor);
+    }
+    if (stays)
+        m_documents.present(stays);
+}
+
+bool DocumentCloser::mayCloseShown(ctlEditer *editor)
+{
+    m_documents.setCurrent(editor);
+    return saveIfWanted(editor);
 }
 
 bool DocumentCloser::closeAll(EditsAtClosing edits)

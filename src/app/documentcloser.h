@@ -29,6 +29,10 @@ public:
     void waitForSaves();
     /// Closes the current document, unless the user wants to keep it; behind a save, when that is over.
     void askAndClose();
+    /// The same with any document; the one that was current before stays so.
+    void askAndClose(ctlEditer *editor);
+    /// Closes all but one document, from the last tab backwards, until that is cancelled or a save fails.
+    void closeOthers(ctlEditer *kept);
     /// Closes every document, from the last tab backwards. False when that was cancelled or a save failed;
     /// what was passed by then stays closed.
     bool closeAll(EditsAtClosing edits);
@@ -42,6 +46,7 @@ private:
     void saveIfWanted(ctlEditer *editor, const std::function<void(bool mayClose)> &then);
     bool mayCloseLast(ctlEditer *editor, EditsAtClosing edits);
     bool mayGo(const ctlEditer &editor) const;
+    bool mayCloseShown(ctlEditer *editor);
     void closeUneditedFromTheLast();
 
     QWidget &m_window;

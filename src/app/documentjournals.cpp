@@ -8,6 +8,7 @@
 #include "platform/qpeapplication.h"
 #include "recovery/basereading.h"
 #include "recovery/recoveryjournals.h"
+#include "settings/moresettings.h"
 
 #include <QGuiApplication>
 
@@ -71,7 +72,8 @@ DocumentJournals::DocumentJournals(DocumentArea &documents, RecoveryJournals &jo
     , m_journals(journals)
 {
     connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
-        m_journals.attach(editor->document(), [editor] { return placeOf(*editor); });
+        if (moreSettings().KeepTexts != 0)
+            m_journals.attach(editor->document(), [editor] { return placeOf(*editor); });
     });
     connect(&documents, &DocumentArea::closed, this, &DocumentJournals::closeJournal);
     connect(&journals, &RecoveryJournals::failureChanged, this, &DocumentJournals::tellFailure);

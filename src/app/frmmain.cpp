@@ -16,13 +16,10 @@
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QKeyEvent>
-#include <QScreen>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr QSize normalSize{ 640, 480 };
 
 /// By the values of Language.
 constexpr CommandSlot languageSlots[] = { &frmMain::slotCmdViewLangEn, &frmMain::slotCmdViewLangJa,
@@ -53,7 +50,7 @@ frmMain::frmMain(QWidget *parent, WindowDialogs dialogs, WindowJobs jobs)
     m_parts = std::make_unique<WindowParts>(*this, std::move(dialogs), std::move(jobs));
     connectParts();
     retranslate();
-    resize(normalSize.boundedTo(screen()->availableSize()));
+    m_parts->windowSize.restore();
     m_parts->notices.tellOfEarlierRuns();
     m_parts->firstOffers.make();
 }
@@ -80,6 +77,10 @@ void frmMain::connectParts()
     connect(&m_parts->documents, &DocumentArea::refreshed, this, &frmMain::updateCaption);
     connect(&m_parts->firstOffers, &FirstOffers::languageChosen, this,
         [this](int language) { (this->*languageSlots[language])(); });
+    connect(&m_parts->textSizeWheel, &TextSizeWheel::turned, this,
+        [this](int notches) { setTextSize(appSettings().FontSize + notches); });
+    connect(&m_parts->documents, &DocumentArea::moreOptionsWanted, this, &frmMain::slotEtcMoreOptions);
+    connect(&m_parts->tabMenu, &TabMenu::moreOptionsWanted, this, &frmMain::slotEtcMoreOptions);
     connect(&m_parts->sessionEnd, &SessionEnd::settingsTakenOver, this, &frmMain::applySettings);
 }
 
@@ -143,6 +144,8 @@ bool frmMain::confirmCloseAll(bool saveWithoutAsking)
 void frmMain::applySettings()
 {
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
+    tabBar()->applySettings();
+    m_parts->documents.notices().applySettings();
     for (ctlEditer *editor : m_parts->documents.editors())
         editor->applySettings();
     if (ctlEditer *editor = currentEditor())
@@ -288,6 +291,12 @@ void frmMain::slotCmdEditDateTime()
 void frmMain::slotCmdEditOption()
 {
     if (m_parts->dialogs.editOptions(this))
+        applySettings();
+}
+
+void frmMain::slotEtcMoreOptions()
+{
+    if (m_parts->dialogs.editMoreOptions(this))
         applySettings();
 }
 

@@ -128,6 +128,8 @@ public slots:
     void slotEtcMenus();
     /// Shows what keys there are.
     void slotEtcKeys();
+    /// Has the user switch on and off what was added to the handheld's program.
+    void slotEtcMoreOptions();
     void slotEdUndoAvailable(ctlEditer *editor, bool available);
     void slotEdRedoAvailable(ctlEditer *editor, bool available);
     void slotEdCopyAvailable(bool available);

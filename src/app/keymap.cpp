@@ -2,8 +2,11 @@
 
 #include "app/frmmain.h"
 #include "platform/digitkey.h"
+#include "settings/moresettings.h"
 
 #include <QKeyEvent>
+
+#include <algorithm>
 
 namespace {
 
@@ -11,6 +14,9 @@ constexpr Qt::KeyboardModifiers control = Qt::ControlModifier;
 constexpr Qt::KeyboardModifiers controlShift = Qt::ControlModifier | Qt::ShiftModifier;
 constexpr Qt::KeyboardModifiers all = Qt::KeyboardModifierMask;
 constexpr Qt::KeyboardModifiers allButShift = all & ~Qt::KeyboardModifiers(Qt::ShiftModifier);
+
+/// The rows of what fingers know from other programs come behind the handheld's.
+constexpr Qt::Key firstKnown = Qt::Key_T;
 
 constexpr KeyBinding keyMap[] = {
     { Qt::Key_N, control, all, 0x2019, &frmMain::slotCmdViewSearch },
@@ -30,7 +36,7 @@ constexpr KeyBinding keyMap[] = {
     { Qt::Key_A, control, all, 0x2017, &frmMain::slotCmdEditSelAll },
     { Qt::Key_F6, Qt::NoModifier, all, 0, &frmMain::slotEtcNotice },
 
-    // What fingers know from other programs, beside the handheld's keys.
+    // From here on what can be switched off.
     { Qt::Key_T, control, all, 0, &frmMain::slotCmdFileNew },
     { Qt::Key_S, controlShift, all, 0, qOverload<>(&frmMain::slotCmdFileSaveAs) },
     { Qt::Key_W, control, all, 0, &frmMain::slotCmdFileCloseTab },
@@ -85,7 +91,9 @@ QList<CommandSlot> commandsFor(const Key &key, bool hasText)
 
 std::span<const KeyBinding> keyBindings()
 {
-    return keyMap;
+    const std::span<const KeyBinding> rows = keyMap;
+    const auto known = std::ranges::find(rows, firstKnown, &KeyBinding::key);
+    return moreSettings().KnownKeys != 0 ? rows : std::span(rows.begin(), known);
 }
 
 QList<CommandSlot> commandsForKey(const QKeyEvent &press)

@@ -15,7 +15,8 @@ struct KeyBinding {
     CommandSlot slot;
 };
 
-/// Escape is no row of it: what that key does depends on the window.
+/// Without the keys of other programs where they are switched off. Escape is no row of it: what that key does
+/// depends on the window.
 std::span<const KeyBinding> keyBindings();
 
 /// The commands of every row that a key press matches, in the rows' order. The keypad's keys count as the

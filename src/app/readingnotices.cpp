@@ -3,8 +3,8 @@
 #include "app/documentarea.h"
 #include "app/documentfile.h"
 #include "app/documentloader.h"
+#include "app/reopenchoices.h"
 #include "document/utf16text.h"
-#include "filedialog/filechoices.h"
 
 #include <utility>
 
@@ -147,22 +147,7 @@ NoticeOffer ReadingNotices::codeOffer(ctlEditer *editor, CharCode code, std::fun
     return { std::move(text), [=, this] { m_loader.reopen(editor, code); } };
 }
 
-/// With its mark, where the file has one of that order.
-NoticeOffer ReadingNotices::utf16Offer(ctlEditer *editor, bool isBigEndian)
-{
-    const Utf16Form unmarked{ isBigEndian, false };
-    const Utf16Form found = std::as_const(*editor).document().findings().utf16.value_or(unmarked);
-    const Utf16Form form = found.isBigEndian == isBigEndian ? found : unmarked;
-    return { [=] { return isBigEndian ? u"UTF-16BE"_s : u"UTF-16LE"_s; },
-        [=, this] { m_loader.reopenUtf16(editor, form); } };
-}
-
 NoticeOffer ReadingNotices::everyCode(ctlEditer *editor)
 {
-    NoticeOffer menu{ [] { return tr("Reopen as"); }, {} };
-    for (const CharCode code : charCodeChoices)
-        menu.choices.push_back(codeOffer(editor, code, [=] { return QString(infoOf(code).label); }));
-    for (const bool isBigEndian : { false, true })
-        menu.choices.push_back(utf16Offer(editor, isBigEndian));
-    return menu;
+    return { [] { return tr("Reopen as"); }, {}, reopenChoices(m_loader, editor) };
 }

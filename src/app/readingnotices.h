@@ -28,7 +28,6 @@ private:
     void tellUtf16(ctlEditer *editor);
     void tellRewritten(ctlEditer *editor);
     NoticeOffer codeOffer(ctlEditer *editor, CharCode code, std::function<QString()> text);
-    NoticeOffer utf16Offer(ctlEditer *editor, bool isBigEndian);
     NoticeOffer everyCode(ctlEditer *editor);
     void keepUtf16(ctlEditer *editor);
 

@@ -2,6 +2,7 @@
 
 #include "app/documentfile.h"
 #include "filedialog/documentsfolder.h"
+#include "options/frmmoreoptions.h"
 #include "options/frmoption.h"
 
 using namespace Qt::StringLiterals;
@@ -29,4 +30,9 @@ std::optional<FileChoice> WindowDialogs::runFileDialog(
 bool WindowDialogs::runOptions(QWidget *window)
 {
     return frmOption(window).exec() == QDialog::Accepted;
+}
+
+bool WindowDialogs::runMoreOptions(QWidget *window)
+{
+    return frmMoreOptions(window).exec() == QDialog::Accepted;
 }

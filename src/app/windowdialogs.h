@@ -32,9 +32,11 @@ struct WindowDialogs {
 
     static ChooseFile runFileDialog;
     static EditOptions runOptions;
+    static EditOptions runMoreOptions;
 
     /// Nothing when the dialog was not accepted.
     std::function<ChooseFile> chooseFile = runFileDialog;
     /// Lets the user change the settings; whether that was accepted.
     std::function<EditOptions> editOptions = runOptions;
+    std::function<EditOptions> editMoreOptions = runMoreOptions;
 };

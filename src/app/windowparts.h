@@ -21,9 +21,12 @@
 #include "app/requestedfiles.h"
 #include "app/searchruns.h"
 #include "app/sessionend.h"
+#include "app/tabmenu.h"
+#include "app/textsizewheel.h"
 #include "app/windowdialogs.h"
 #include "app/windowjobs.h"
 #include "app/windownotices.h"
+#include "app/windowsize.h"
 #include "recovery/recoveryjournals.h"
 
 class QMainWindow;
@@ -38,10 +41,12 @@ struct WindowParts {
     const WindowJobs jobs;
     InterfaceLanguage language;
     FullScreen &fullScreen;
+    WindowSize &windowSize;
     RecentMenu &recentMenu;
     MainMenus &menus;
     CommandBar &commandBar;
     DocumentArea &documents;
+    TextSizeWheel &textSizeWheel;
     FirstDocument firstDocument;
     RecentPlaces places;
     DocumentLoader loader;
@@ -50,6 +55,7 @@ struct WindowParts {
     FileDrops drops;
     DocumentSaver saver;
     DocumentCloser closer;
+    TabMenu &tabMenu;
     RecoveryJournals journals;
     DocumentJournals documentJournals;
     Recovery recovery;

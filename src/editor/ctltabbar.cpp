@@ -2,6 +2,7 @@
 
 #include "editor/ctlediter.h"
 #include "files/filename.h"
+#include "settings/moresettings.h"
 #include "text/graphemes.h"
 
 #include <QHelpEvent>
@@ -12,11 +13,14 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr int captionWidth = 160;
 constexpr int highestId = 999;
+constexpr auto leftButton = "ScrollLeftButton"; // the toolkit's names
+constexpr auto rightButton = "ScrollRightButton";
 
 /// What a tab carries besides its label.
 struct TabEntry {
@@ -48,6 +52,7 @@ ctlTabBar::ctlTabBar(QWidget *parent)
     setUsesScrollButtons(true);
     // The keys belong to the editor; the main window has keys for going from tab to tab.
     setFocusPolicy(Qt::NoFocus);
+    applySettings();
     nameControls();
     connect(this, &QTabBar::currentChanged, this, [this](int index) {
         if (m_choosing)
@@ -212,7 +217,7 @@ void ctlTabBar::nameControls()
 {
     setAccessibleName(tr("Documents"));
     for (QToolButton *const button : findChildren<QToolButton *>(Qt::FindDirectChildrenOnly)) {
-        const bool isLeft = button->objectName() == QLatin1String("ScrollLeftButton");
+        const bool isLeft = button->objectName() == QLatin1String(leftButton);
         button->setAccessibleName(isLeft ? tr("Scroll Left") : tr("Scroll Right"));
     }
 }
@@ -236,17 +241,62 @@ void ctlTabBar::showToolTip(const QHelpEvent &event)
     QToolTip::showText(event.globalPos(), shown, this, tabRect(index));
 }
 
+void ctlTabBar::applySettings()
+{
+    setMovable(moreSettings().TabsByMouse != 0);
+}
+
 void ctlTabBar::mousePressEvent(QMouseEvent *event)
 {
     const int before = currentIndex();
+    const int pressed = tabAt(event->position().toPoint());
     QTabBar::mousePressEvent(event);
-    const bool again = event->button() == Qt::LeftButton && tabAt(event->position().toPoint()) == before;
-    if (again && before != -1)
+    if (event->button() == Qt::LeftButton && pressed == before && before != -1)
         slotTabSelected(idAt(before));
+    m_pressed = event->button() == Qt::MiddleButton ? editorAt(pressed) : nullptr;
 }
 
+/// A tab that is moved stays the current one, which is no news.
+void ctlTabBar::mouseMoveEvent(QMouseEvent *event)
+{
+    const QScopedValueRollback quiet(m_choosing, false);
+    QTabBar::mouseMoveEvent(event);
+}
+
+void ctlTabBar::mouseReleaseEvent(QMouseEvent *event)
+{
+    QTabBar::mouseReleaseEvent(event);
+    if (event->button() != Qt::MiddleButton || moreSettings().TabsByMouse == 0)
+        return;
+    ctlEditer *const editor = editorAt(tabAt(event->position().toPoint()));
+    if (editor && editor == std::exchange(m_pressed, nullptr))
+        emit closeWanted(editor);
+}
+
+void ctlTabBar::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (ctlEditer *const editor = editorAt(tabAt(event->pos())))
+        emit menuWanted(editor, event->globalPos());
+}
+
+/// It does not choose: that would go through documents that nobody asked for.
 void ctlTabBar::wheelEvent(QWheelEvent *event)
 {
-    // A turn of the wheel above the tabs would go through documents that nobody asked for.
-    event->ignore();
+    constexpr int notch = 120; // eighths of a degree
+    event->accept();
+    if (moreSettings().TabsByMouse == 0)
+        return;
+    const QPoint angle = event->angleDelta();
+    const int turned = qAbs(angle.x()) > qAbs(angle.y()) ? angle.x() : angle.y();
+    m_turned = event->phase() == Qt::ScrollBegin || turned * m_turned < 0 ? turned : m_turned + turned;
+    scroll(-m_turned / notch);
+    m_turned %= notch;
+}
+
+/// Tabs that have no room are reached by the toolkit's buttons alone; negative ones to the left.
+void ctlTabBar::scroll(int tabs)
+{
+    auto *const button = findChild<QToolButton *>(QLatin1String(tabs < 0 ? leftButton : rightButton));
+    for (int i = qAbs(tabs); i > 0 && button->isVisible() && button->isEnabled(); --i)
+        button->click();
 }

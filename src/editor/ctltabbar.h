@@ -7,6 +7,9 @@ class ctlEditer;
 
 /// The row of document tabs: one tab per editor, each with an id that stays while other tabs come and go.
 ///
+/// A tab is moved by dragging it, and the wheel scrolls tabs that have no room, where the settings allow
+/// that.
+///
 /// Editors are not owned; a tab is removed before its editor is destroyed. Lookups walk the tabs from the
 /// first one.
 class ctlTabBar : public QTabBar {
@@ -41,6 +44,9 @@ public:
     QString shortened(const QString &caption) const;
     QString labelOf(const QString &text) const;
 
+    /// Whether tabs can be dragged.
+    void applySettings();
+
 public slots:
     /// Emits currentChanged() with the editor of this id; nothing for an id that has no tab.
     void slotTabSelected(int id);
@@ -50,11 +56,18 @@ signals:
     /// removed one. Never null.
     void currentChanged(ctlEditer *editor);
     void popupMenu();
+    /// The middle button was pressed and released on a tab.
+    void closeWanted(ctlEditer *editor);
+    /// The menu of a tab was asked for, at a place of the screen.
+    void menuWanted(ctlEditer *editor, QPoint place);
 
 protected:
     bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
 private:
@@ -66,6 +79,10 @@ private:
     void select(int index);
     void nameControls();
     void showToolTip(const QHelpEvent &event);
+    void scroll(int tabs);
 
-    bool m_choosing = true; ///< off while tabs come and go: the base then changes its current tab by itself
+    const ctlEditer *m_pressed = nullptr; ///< its tab had the middle button pressed on it; not followed
+    int m_turned = 0; ///< of the wheel, not enough for a tab yet
+    bool m_choosing =
+        true; ///< off while tabs come, go and are moved: the base then changes its current tab by itself
 };

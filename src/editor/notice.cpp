@@ -1,40 +1,57 @@
 #include "editor/notice.h"
 
+#include "settings/moresettings.h"
+
 #include <algorithm>
 
 namespace {
 
-struct KindWeight {
+struct KindInfo {
     NoticeKind kind;
     int weight;
+    int MoreSettings::*setting = nullptr; ///< that switches it off; null: none
 };
 
+constexpr auto ofText = &MoreSettings::NoticesOfText;
+constexpr auto ofDisk = &MoreSettings::NoticesOfDisk;
+
 /// With gaps, so that a kind can be put between two others.
-constexpr KindWeight weights[] = {
+constexpr KindInfo kinds[] = {
     { NoticeKind::Work, 1000 },
     { NoticeKind::Searching, 980 },
     { NoticeKind::Counting, 960 },
     { NoticeKind::Unsaved, 900 },
     { NoticeKind::InterruptedSave, 800 },
-    { NoticeKind::ChangedOnDisk, 700 },
+    { NoticeKind::ChangedOnDisk, 700, ofDisk },
     { NoticeKind::RestoredApart, 600 },
     { NoticeKind::OtherCode, 550 },
-    { NoticeKind::CannotWrite, 500 },
-    { NoticeKind::NotWritable, 480 },
+    { NoticeKind::CannotWrite, 500, ofText },
+    { NoticeKind::NotWritable, 480, ofDisk },
     { NoticeKind::ReplacedInPart, 450 },
-    { NoticeKind::Utf16, 420 },
-    { NoticeKind::WrongCode, 400 },
+    { NoticeKind::Utf16, 420, ofText },
+    { NoticeKind::WrongCode, 400, ofText },
     { NoticeKind::KeptFile, 350 },
-    { NoticeKind::RewrittenBytes, 300 },
+    { NoticeKind::RewrittenBytes, 300, ofText },
     { NoticeKind::NoRecovery, 250 },
     { NoticeKind::Following, 100 },
     { NoticeKind::Languages, 60 },
     { NoticeKind::CodesOfNew, 50 },
 };
 
+const KindInfo &infoOf(NoticeKind kind)
+{
+    return *std::ranges::find(kinds, kind, &KindInfo::kind);
+}
+
 } // namespace
 
 int weightOf(NoticeKind kind)
 {
-    return std::ranges::find(weights, kind, &KindWeight::kind)->weight;
+    return infoOf(kind).weight;
+}
+
+bool isWanted(NoticeKind kind)
+{
+    const auto setting = infoOf(kind).setting;
+    return !setting || moreSettings().*setting != 0;
 }

@@ -32,6 +32,8 @@ enum class NoticeKind {
 
 /// Of several notices the one of the heaviest kind is shown.
 int weightOf(NoticeKind kind);
+/// Whether the user wants to see it, by the settings.
+bool isWanted(NoticeKind kind);
 
 /// One of the things that a notice offers to do. Texts are asked for whenever they are shown, so that they
 /// are in the present language.

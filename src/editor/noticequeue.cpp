@@ -53,12 +53,17 @@ bool NoticeQueue::has(NoticeKind kind, const QObject *about) const
         m_notices, [=](const Notice &notice) { return notice.kind == kind && notice.about == about; });
 }
 
+void NoticeQueue::applySettings()
+{
+    emit changed();
+}
+
 const Notice *NoticeQueue::heaviest(const QObject *document) const
 {
     const Notice *found = nullptr;
     for (const Notice &notice : m_notices) {
         const bool concerns = !notice.about || notice.about == document;
-        if (concerns && (!found || weightOf(notice.kind) > weightOf(found->kind)))
+        if (concerns && isWanted(notice.kind) && (!found || weightOf(notice.kind) > weightOf(found->kind)))
             found = &notice;
     }
     return found;

@@ -18,10 +18,12 @@ public:
     void withdrawAllAbout(const QObject *document);
     /// The user puts it away.
     void dismiss(NoticeKind kind, const QObject *about);
+    /// Other kinds may be wanted now.
+    void applySettings();
 
     bool has(NoticeKind kind, const QObject *about = nullptr) const;
     /// The heaviest one about a document, which may be null, or about the program; of equal ones the oldest.
-    /// Null when there is none. Valid until the next change.
+    /// One that is not wanted does not count. Null when there is none. Valid until the next change.
     const Notice *heaviest(const QObject *document) const;
 
 signals:

@@ -380,6 +380,16 @@ void NoticeStrip::pressByKey(QToolButton &button)
     button.click();
 }
 
+void NoticeStrip::contextMenuEvent(QContextMenuEvent *event)
+{
+    auto *const menu = new Menu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(tr("&More options"), this, &NoticeStrip::moreOptionsWanted);
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    menu->popup(isByKey ? mapToGlobal(rect().bottomLeft()) : event->globalPos());
+    event->accept();
+}
+
 void NoticeStrip::mousePressEvent(QMouseEvent *event)
 {
     showWholeText(event->globalPosition().toPoint());

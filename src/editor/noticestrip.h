@@ -43,12 +43,15 @@ signals:
     void keysGivenBack();
     /// It has appeared or gone.
     void toggled();
+    /// Chosen in the menu that the strip has besides its offers.
+    void moreOptionsWanted();
 
 protected:
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     bool eventFilter(QObject *button, QEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 

@@ -29,6 +29,13 @@ QSize sizeWithBars(const QScrollArea &area, QSize content, QSize room)
     return (content + bars).boundedTo(room);
 }
 
+void showControl(QScrollArea &area, const QWidget &control)
+{
+    const QRect place(control.mapTo(area.widget(), QPoint()), control.size());
+    area.ensureVisible(place.right() + 1, place.bottom() + 1, 0, 0);
+    area.ensureVisible(place.left(), place.top(), 0, 0);
+}
+
 /// Takes a form's place for its layout and everything in it.
 class FormArea : public QScrollArea {
 public:
@@ -44,10 +51,7 @@ public:
         auto *const around = new QVBoxLayout(form);
         around->setContentsMargins(0, 0, 0, 0);
         around->addWidget(this);
-        connect(qApp, &QApplication::focusChanged, this, [this](const QWidget *, QWidget *now) {
-            if (now && isAncestorOf(now))
-                showControl(*now);
-        });
+        showFocusIn(this);
     }
 
     QSize sizeHint() const override
@@ -55,15 +59,6 @@ public:
         return sizeWithBars(*this, widget()->minimumSizeHint(), roomFor(window()));
     }
     QSize minimumSizeHint() const override { return QSize(1, 1); }
-
-private:
-    /// All of a control, or the beginning of one that has no room.
-    void showControl(const QWidget &control)
-    {
-        const QRect place(control.mapTo(widget(), QPoint()), control.size());
-        ensureVisible(place.right() + 1, place.bottom() + 1, 0, 0);
-        ensureVisible(place.left(), place.top(), 0, 0);
-    }
 };
 
 class FormWatcher : public QObject {
@@ -126,4 +121,12 @@ private:
 void scrollWhereTooLarge(QWidget *form)
 {
     new FormWatcher(form);
+}
+
+void showFocusIn(QScrollArea *area)
+{
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](const QWidget *, QWidget *now) {
+        if (now && area->isAncestorOf(now))
+            showControl(*area, *now);
+    });
 }

@@ -1,6 +1,7 @@
 #include "settings/settings.h"
 
 #include "settings/config.h"
+#include "settings/moresettings.h"
 #include "settings/recency.h"
 
 #include <algorithm>
@@ -14,6 +15,7 @@ namespace {
 constexpr auto fileName = "marlopad"_L1;
 constexpr auto mainGroup = "main"_L1;
 constexpr auto recentGroup = "recent"_L1;
+constexpr auto moreGroup = "more"_L1;
 
 /// Calls `visit(key, field…)` for each key of group "main", in the file's order, with that field of each
 /// record, be there any.
@@ -57,6 +59,16 @@ void forEachRecentSetting(const Visitor &visit, Records &...recent)
         visit(u"ScrX"_s + row, recent.entries[i].scrollX...);
         visit(u"ScrY"_s + row, recent.entries[i].scrollY...);
     }
+}
+
+/// Calls `visit(key, field…)` for each key of group "more", in the file's order.
+template <typename Visitor, typename... Records>
+void forEachMoreSetting(const Visitor &visit, Records &...more)
+{
+    for (const MoreSwitch &each : moreSwitches())
+        visit(QString::fromLatin1(each.key), more.*each.setting...);
+    visit(u"WindowWidth"_s, more.WindowWidth...);
+    visit(u"WindowHeight"_s, more.WindowHeight...);
 }
 
 /// What a group of the file holds: the values of its keys, as text.
@@ -104,6 +116,7 @@ auto writer(const Values &values, QList<KeyFile::Entry> &entries)
 struct Records {
     AppSettings main;
     RecentFiles recent;
+    MoreSettings more;
 };
 
 /// As this process has last read or written them.
@@ -113,22 +126,26 @@ Records &known()
     return records;
 }
 
-/// Both groups of the file.
+/// The groups of the file.
 struct Groups {
     Values main;
     Values recent;
+    Values more;
 };
 
 Groups valuesOf(Config &config)
 {
-    QStringList mainKeys, recentKeys;
+    QStringList mainKeys, recentKeys, moreKeys;
     forEachMainSetting([&](const QString &key) { mainKeys << key; });
     forEachRecentSetting([&](const QString &key) { recentKeys << key; });
+    forEachMoreSetting([&](const QString &key) { moreKeys << key; });
     Groups groups;
     config.setGroup(mainGroup);
     groups.main = config.readEntries(mainKeys);
     config.setGroup(recentGroup);
     groups.recent = config.readEntries(recentKeys);
+    config.setGroup(moreGroup);
+    groups.more = config.readEntries(moreKeys);
     return groups;
 }
 
@@ -141,6 +158,7 @@ Records recordsOf(const Groups &groups, const Records &preset)
     if (fontSize < AppSettings::smallestFontSize && fontSize != preset.main.FontSize)
         records.main.FontSize = AppSettings().FontSize;
     forEachRecentSetting(reader(groups.recent), records.recent);
+    forEachMoreSetting(reader(groups.more), records.more);
     return records;
 }
 
@@ -182,6 +200,7 @@ bool takeOver(const Records &theirs)
     };
     forEachMainSetting(take, appSettings(), std::as_const(known().main), theirs.main);
     take({}, recentFiles().RecentViewCnt, known().recent.RecentViewCnt, theirs.recent.RecentViewCnt);
+    forEachMoreSetting(take, moreSettings(), std::as_const(known().more), theirs.more);
     known() = theirs;
     return isTakenOver;
 }
@@ -217,6 +236,7 @@ void readSettings()
     known() = recordsOf(groups, presetOf(groups));
     appSettings() = known().main;
     recentFiles() = known().recent;
+    moreSettings() = known().more;
 }
 
 bool writeSettings()
@@ -230,14 +250,17 @@ bool writeSettings(const FileCalls &calls)
     const Groups values = valuesOf(config);
     const bool isTakenOver = takeOver(recordsOf(values, known()));
     const Records defaults;
-    QList<KeyFile::Entry> main, recent;
+    QList<KeyFile::Entry> main, recent, more;
     forEachMainSetting(writer(values.main, main), std::as_const(appSettings()), defaults.main);
     forEachRecentSetting(writer(values.recent, recent), std::as_const(recentFiles()), defaults.recent);
+    forEachMoreSetting(writer(values.more, more), std::as_const(moreSettings()), defaults.more);
     config.setGroup(mainGroup);
     config.writeEntries(main);
     config.setGroup(recentGroup);
     config.writeEntries(recent);
+    config.setGroup(moreGroup);
+    config.writeEntries(more);
     if (config.write())
-        known() = { appSettings(), recentFiles() };
+        known() = { appSettings(), recentFiles(), moreSettings() };
     return isTakenOver;
 }

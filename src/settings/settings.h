@@ -67,9 +67,9 @@ struct RecentFiles {
 AppSettings &appSettings();
 RecentFiles &recentFiles();
 
-/// Fills both records from the file "marlopad"; a missing file or key gives the default.
+/// Fills the records, moreSettings() too, from the file "marlopad"; a missing file or key gives the default.
 void readSettings();
-/// Writes both records as they stand, after taking over what other processes have written to the file since
+/// Writes the records as they stand, after taking over what other processes have written to the file since
 /// this one last read or wrote it: settings that were not changed here, and the files they closed; entries
 /// that either side has cleared stay cleared. True when something was taken over. A file that cannot be
 /// written is not reported.

@@ -376,7 +376,8 @@ void BoxFitTest::everyFormFits()
     QTRY_COMPARE(TextFit(shown).faults().join(u"; "), QString());
     const QRect place = shown.geometry();
     QVERIFY2(isWithin(place.size(), shown.screen()->size()), qPrintable(textOf(place)));
-    const bool isScrolled = dialog && qobject_cast<QScrollArea *>(dialog->layout()->itemAt(0)->widget());
+    const bool isScrolled = dialog && dialog->layout()->count() == 1
+        && qobject_cast<QScrollArea *>(dialog->layout()->itemAt(0)->widget());
     if (shown.devicePixelRatioF() == 1) {
         QVERIFY2(!dialog || isWithin(place.size(), largestDialog()), qPrintable(textOf(place)));
         QVERIFY(!isScrolled);

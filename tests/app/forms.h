@@ -2,6 +2,7 @@
 
 #include "app/frmrecovery.h"
 #include "filedialog/frmfiledialog.h"
+#include "options/frmmoreoptions.h"
 #include "options/frmoption.h"
 #include "search/frmjumpto.h"
 #include "search/frmreplaceprogress.h"
@@ -20,6 +21,7 @@ enum class Form {
     OptionsView1,
     OptionsView2,
     OptionsDetail,
+    MoreOptions,
     Search,
     Replace,
     Progress,
@@ -30,8 +32,8 @@ enum class Form {
 inline constexpr std::pair<Form, const char *> forms[] = { { Form::Main, "main" }, { Form::Open, "open" },
     { Form::SaveAs, "save as" }, { Form::OptionsView1, "options view1" },
     { Form::OptionsView2, "options view2" }, { Form::OptionsDetail, "options detail" },
-    { Form::Search, "search" }, { Form::Replace, "replace" }, { Form::Progress, "progress" },
-    { Form::Jump, "jump" }, { Form::Recovery, "recovery" } };
+    { Form::MoreOptions, "more options" }, { Form::Search, "search" }, { Form::Replace, "replace" },
+    { Form::Progress, "progress" }, { Form::Jump, "jump" }, { Form::Recovery, "recovery" } };
 inline constexpr std::pair<int, const char *> languages[] = { { 0, "English" }, { 1, "Japanese" },
     { 2, "French" } };
 
@@ -81,6 +83,8 @@ inline std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
         return optionsAt(parent, 1);
     case Form::OptionsDetail:
         return optionsAt(parent, 2);
+    case Form::MoreOptions:
+        return std::make_unique<frmMoreOptions>(parent);
     case Form::Search:
     case Form::Replace:
         return searchIn(parent, form == Form::Replace ? 1 : 0);

@@ -1,6 +1,8 @@
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
 
+#include <QWheelEvent>
+
 using namespace Qt::StringLiterals;
 
 /// Keys that other programs have, where they do more than a menu's item.
@@ -14,6 +16,8 @@ private slots:
     void textSize_data();
     void textSize();
     void textSizeEditsNothing();
+    void textSizeByWheel();
+    void wheelAloneScrolls();
     void tabsByPageKeys();
     void saveAsByKeys();
     void menusOpen();
@@ -25,6 +29,8 @@ private:
     {
         QTest::keyClick(m_window->currentEditor(), Qt::Key(key), modifiers);
     }
+
+    void turnWheel(int angle, Qt::KeyboardModifiers modifiers) const;
 
     std::unique_ptr<TestWindow> m_window;
 };
@@ -67,6 +73,46 @@ void KnownKeysTest::textSizeEditsNothing()
     press(Qt::Key_Plus, Qt::ControlModifier);
     QCOMPARE(m_window->tabTexts(), QStringList{ u"(new document)"_s });
     QCOMPARE(m_window->currentEditor()->text(), QString());
+}
+
+void KnownKeysTest::turnWheel(int angle, Qt::KeyboardModifiers modifiers) const
+{
+    QWidget *const view = m_window->currentEditor()->viewport();
+    const QPointF place = view->rect().center();
+    QWheelEvent event(place, view->mapToGlobal(place), {}, QPoint(0, angle), Qt::NoButton, modifiers,
+        Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view, &event);
+}
+
+void KnownKeysTest::textSizeByWheel()
+{
+    m_window->slotCmdFileNew();
+    turnWheel(240, Qt::ControlModifier);
+    QCOMPARE(appSettings().FontSize, 20);
+    for (const int index : { 0, 1 })
+        QCOMPARE(m_window->editorAt(index)->font().pointSize(), 20);
+    turnWheel(-60, Qt::ControlModifier);
+    QCOMPARE(appSettings().FontSize, 20); // half a notch
+    turnWheel(-60, Qt::ControlModifier);
+    QCOMPARE(appSettings().FontSize, 19);
+    turnWheel(-120 * 100, Qt::ControlModifier);
+    QCOMPARE(appSettings().FontSize, AppSettings::smallestFontSize);
+    moreSettings().WheelTextSize = 0;
+    turnWheel(240, Qt::ControlModifier);
+    QCOMPARE(appSettings().FontSize, AppSettings::smallestFontSize);
+    QVERIFY(!m_window->currentEditor()->edited());
+}
+
+void KnownKeysTest::wheelAloneScrolls()
+{
+    m_window->currentEditor()->setText(QString(200, u'\n'));
+    turnWheel(-120, {});
+    QVERIFY(m_window->currentEditor()->topRow() > RowIndex());
+    QCOMPARE(appSettings().FontSize, 18);
+    const RowIndex top = m_window->currentEditor()->topRow();
+    turnWheel(-120, Qt::ControlModifier);
+    QCOMPARE(m_window->currentEditor()->topRow(), top);
+    m_window->currentEditor()->setEdited(false);
 }
 
 void KnownKeysTest::tabsByPageKeys()

@@ -5,6 +5,7 @@
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "files/statefolder.h"
+#include "settings/moresettings.h"
 #include "settings/settings.h"
 #include "tests/messageboxes.h"
 
@@ -26,7 +27,7 @@ public:
             { [this](QWidget *, frmFileDialog::Mode mode, const FileChoice &start) {
                  return answer(mode, start);
              },
-                [this](QWidget *) { return options(); } },
+                [this](QWidget *) { return options(); }, [this](QWidget *) { return moreOptions(); } },
             std::move(jobs))
     {
     }
@@ -78,6 +79,7 @@ public:
     QList<Request> requests;
     std::function<void()> whileChoosing = [] {};
     std::function<bool()> options = [] { return false; };
+    std::function<bool()> moreOptions = [] { return false; };
 
 private:
     std::optional<FileChoice> answer(frmFileDialog::Mode mode, const FileChoice &start)
@@ -163,5 +165,6 @@ inline void resetSettings()
     appSettings() = {};
     appSettings().Lang = 0;
     recentFiles() = {};
+    moreSettings() = {};
     writeSettings();
 }

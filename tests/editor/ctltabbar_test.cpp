@@ -1,6 +1,7 @@
 #include "editor/ctltabbar.h"
 
 #include "editor/ctlediter.h"
+#include "settings/moresettings.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -50,6 +51,11 @@ private slots:
     void toolTipIsTheFullName_data();
     void toolTipIsTheFullName();
     void wheelChangesNothing();
+    void wheelScrollsTabsWithoutRoom();
+    void draggingMovesATab();
+    void middleButtonAsksToClose();
+    void rightButtonAsksForTheMenu();
+    void mouseDoesNothingMoreWhereItIsOff();
     void focusStaysWithTheEditor();
     void randomTabs_data();
     void randomTabs();
@@ -58,6 +64,8 @@ private:
     ctlEditer *addTab(const QString &caption = QStringLiteral("text"));
     QString shownCaption(int index) const;
     QPoint middleOf(int index) const { return m_bar->tabRect(index).center(); }
+    void turnWheel(int angle) const;
+    void drag(int from, int to) const;
 
     std::unique_ptr<QWidget> m_window;
     ctlTabBar *m_bar = nullptr;
@@ -67,6 +75,7 @@ void CtlTabBarTest::init()
 {
     m_window = std::make_unique<QWidget>();
     m_window->resize(900, 300);
+    moreSettings() = {};
     m_bar = new ctlTabBar(m_window.get());
     m_bar->resize(900, 30);
     m_window->show();
@@ -99,7 +108,7 @@ void CtlTabBarTest::looksLikeTabsBelow()
 {
     QCOMPARE(m_bar->shape(), QTabBar::TriangularSouth);
     QCOMPARE(m_bar->elideMode(), Qt::ElideNone);
-    QVERIFY(!m_bar->isMovable());
+    QVERIFY(m_bar->isMovable());
     QVERIFY(!m_bar->accessibleName().isEmpty());
 }
 
@@ -383,12 +392,110 @@ void CtlTabBarTest::wheelChangesNothing()
     ctlEditer *editor = addTab();
     addTab();
     QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
-    const QPointF place = middleOf(0);
-    QWheelEvent event(
-        place, m_bar->mapToGlobal(place), {}, QPoint(0, -240), Qt::NoButton, {}, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(m_bar, &event);
+    turnWheel(-240);
     QCOMPARE(spy.count(), 0);
     QCOMPARE(m_bar->editorOf(m_bar->currentTab()), editor);
+}
+
+void CtlTabBarTest::turnWheel(int angle) const
+{
+    const QPointF place = middleOf(0);
+    QWheelEvent event(
+        place, m_bar->mapToGlobal(place), {}, QPoint(0, angle), Qt::NoButton, {}, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(m_bar, &event);
+}
+
+void CtlTabBarTest::wheelScrollsTabsWithoutRoom()
+{
+    m_bar->resize(200, 30);
+    ctlEditer *const first = addTab();
+    for (int i = 0; i < 9; ++i)
+        addTab();
+    QCOMPARE(m_bar->tabAt(QPoint(5, 10)), 0);
+    turnWheel(-60);
+    QCOMPARE(m_bar->tabAt(QPoint(5, 10)), 0); // half a notch
+    turnWheel(-60);
+    const int scrolled = m_bar->tabRect(0).left();
+    QVERIFY(scrolled < 0);
+    turnWheel(-240);
+    QVERIFY(m_bar->tabRect(0).left() < scrolled);
+    turnWheel(120 * 20); // to the start and no further
+    QVERIFY(m_bar->tabRect(0).left() >= 0);
+    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), first);
+}
+
+void CtlTabBarTest::drag(int from, int to) const
+{
+    const QPoint start = middleOf(from);
+    const QPoint end = middleOf(to);
+    QTest::mousePress(m_bar, Qt::LeftButton, {}, start);
+    for (int step = 1; step <= 10; ++step) {
+        const QPoint at = start + (end - start) * step / 10;
+        QMouseEvent move(QEvent::MouseMove, at, m_bar->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(m_bar, &move);
+    }
+    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, end);
+}
+
+void CtlTabBarTest::draggingMovesATab()
+{
+    const Editors editors{ addTab(), addTab(), addTab() };
+    const QList<int> ids{ m_bar->idOf(editors[0]), m_bar->idOf(editors[1]), m_bar->idOf(editors[2]) };
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    drag(0, 2);
+    QCOMPARE(m_bar->editors(), Editors({ editors[1], editors[2], editors[0] }));
+    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), editors[0]);
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(m_bar->idOf(editors[i]), ids[i]);
+    QCOMPARE(spy.count(), 1); // of the press
+}
+
+void CtlTabBarTest::middleButtonAsksToClose()
+{
+    const Editors editors{ addTab(), addTab() };
+    QSignalSpy spy(m_bar, &ctlTabBar::closeWanted);
+    QTest::mouseClick(m_bar, Qt::MiddleButton, {}, middleOf(1));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[1]);
+    QTest::mousePress(m_bar, Qt::MiddleButton, {}, middleOf(0));
+    QTest::mouseRelease(m_bar, Qt::MiddleButton, {}, middleOf(1));
+    QTest::mouseClick(m_bar, Qt::MiddleButton, {}, QPoint(m_bar->width() - 2, 5));
+    QTest::mouseClick(m_bar, Qt::LeftButton, {}, middleOf(0));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(m_bar->count(), 2); // who closes it is asked first
+}
+
+void CtlTabBarTest::rightButtonAsksForTheMenu()
+{
+    const Editors editors{ addTab(), addTab() };
+    QSignalSpy spy(m_bar, &ctlTabBar::menuWanted);
+    const auto ask = [this](QPoint place) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, m_bar->mapToGlobal(place));
+        QApplication::sendEvent(m_bar, &event);
+    };
+    ask(middleOf(1));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[1]);
+    QCOMPARE(spy[0][1].toPoint(), m_bar->mapToGlobal(middleOf(1)));
+    ask(QPoint(m_bar->width() - 2, 5));
+    QCOMPARE(spy.count(), 1);
+}
+
+void CtlTabBarTest::mouseDoesNothingMoreWhereItIsOff()
+{
+    m_bar->resize(200, 30);
+    const Editors editors{ addTab(), addTab(), addTab(), addTab(), addTab() };
+    moreSettings().TabsByMouse = 0;
+    m_bar->applySettings();
+    QSignalSpy spy(m_bar, &ctlTabBar::closeWanted);
+    QTest::mouseClick(m_bar, Qt::MiddleButton, {}, middleOf(0));
+    QCOMPARE(spy.count(), 0);
+    drag(0, 1);
+    QCOMPARE(m_bar->editors(), editors);
+    const int left = m_bar->tabRect(0).left();
+    turnWheel(-240);
+    QCOMPARE(m_bar->tabRect(0).left(), left);
+    moreSettings() = {};
 }
 
 void CtlTabBarTest::focusStaysWithTheEditor()

@@ -1,5 +1,6 @@
 #include "editor/noticequeue.h"
 
+#include "settings/moresettings.h"
 #include "tests/testprogram.h"
 
 #include <QSignalSpy>
@@ -30,6 +31,7 @@ private slots:
     void keepsOneOfAKindForEachDocument();
     void showsThoseOfTheDocumentAndTheProgram();
     void equalOnesStayInTheirOrder();
+    void unwantedOnesAreNotShown();
     void withdrawnAndDismissedOnesGo();
     void thoseOfADestroyedDocumentGo();
 };
@@ -80,6 +82,24 @@ void NoticeQueueTest::equalOnesStayInTheirOrder()
     queue.put(notice(heavy, nullptr, u"program"_s));
     queue.put(notice(heavy, &document, u"document"_s));
     QCOMPARE(textOf(queue.heaviest(&document)), u"program"_s);
+}
+
+void NoticeQueueTest::unwantedOnesAreNotShown()
+{
+    NoticeQueue queue;
+    const QSignalSpy changed(&queue, &NoticeQueue::changed);
+    queue.put(notice(NoticeKind::ChangedOnDisk, nullptr, u"disk"_s));
+    queue.put(notice(NoticeKind::CannotWrite, nullptr, u"text"_s));
+    queue.put(notice(NoticeKind::NoRecovery, nullptr, u"recovery"_s));
+    moreSettings().NoticesOfDisk = 0;
+    queue.applySettings();
+    QCOMPARE(changed.count(), 4);
+    QCOMPARE(textOf(queue.heaviest(nullptr)), u"text"_s);
+    moreSettings().NoticesOfText = 0;
+    QCOMPARE(textOf(queue.heaviest(nullptr)), u"recovery"_s);
+    QVERIFY(queue.has(NoticeKind::ChangedOnDisk)); // for when it is wanted again
+    moreSettings() = {};
+    QCOMPARE(textOf(queue.heaviest(nullptr)), u"disk"_s);
 }
 
 void NoticeQueueTest::withdrawnAndDismissedOnesGo()

@@ -1,4 +1,6 @@
 #include "settings/settings.h"
+
+#include "settings/moresettings.h"
 #include "tests/testprogram.h"
 
 #include <QDir>
@@ -96,6 +98,8 @@ private slots:
     void writesKeysInOrder();
     void writesFontSizeUnrepaired();
     void keepsValuesOutOfRange();
+    void switchesAreKept();
+    void everySwitchSaysWhatItDoes();
     void keepsEntriesThatAreNoNumbers();
     void keepsAllRecentRows();
     void cursorRowIsUnderCurX();
@@ -120,6 +124,7 @@ void SettingsTest::init()
     QFile::remove(settingsFile());
     appSettings() = {};
     recentFiles() = {};
+    moreSettings() = {};
 }
 
 void SettingsTest::defaultsWithoutFile()
@@ -270,6 +275,39 @@ void SettingsTest::writesFontSizeUnrepaired()
     appSettings().FontSize = 9;
     writeSettings();
     QVERIFY(linesOfFile().contains(u"FontSize = 9"_s));
+}
+
+/// One after the other is turned, in the order of the file.
+void SettingsTest::switchesAreKept()
+{
+    QStringList keys;
+    for (const MoreSwitch &each : moreSwitches()) {
+        keys << QString::fromLatin1(each.key);
+        moreSettings() = {};
+        const int turned = 1 - moreSettings().*each.setting;
+        moreSettings().*each.setting = turned;
+        writeSettings();
+        moreSettings() = {};
+        readSettings();
+        QVERIFY2(moreSettings().*each.setting == turned, each.key);
+        for (const MoreSwitch &other : moreSwitches())
+            QVERIFY2(other.setting == each.setting
+                    || moreSettings().*other.setting == MoreSettings().*other.setting,
+                other.key);
+    }
+    QCOMPARE(keysOf(u"more"_s), keys + QStringList({ u"WindowWidth"_s, u"WindowHeight"_s }));
+}
+
+void SettingsTest::everySwitchSaysWhatItDoes()
+{
+    QStringList letters;
+    for (const MoreSwitch &each : moreSwitches()) {
+        const QString label = QString::fromLatin1(each.label);
+        QVERIFY2(label.contains(u'&'), each.key);
+        letters << label.section(u'&', 1).first(1).toLower();
+        QVERIFY2(QString::fromLatin1(each.sentence).endsWith(u'.'), each.key);
+    }
+    QCOMPARE(letters.removeDuplicates(), 0);
 }
 
 void SettingsTest::keepsValuesOutOfRange()
