@@ -233,7 +233,7 @@ private:
         close();
         const auto chosen = anyLeft();
         const QByteArray file = m_folder.journals() + QFile::encodeName(chosen->second.file);
-        const std::vector<LeftBehind> found = m_program->journals.leftBehind();
+        const std::vector<LeftBehind> found = m_folder.leftBehind();
         const auto left = std::ranges::find(found, file, &LeftBehind::journal);
         const bool isEmpty = chosen->second.written.isEmpty();
         require(left != found.end() || isEmpty);
