@@ -13,6 +13,7 @@ namespace {
 
 constexpr double pointsPerInch = 72;
 constexpr double usualDensity = 96;
+constexpr double leastScale = 1; ///< below it the toolkit leaves parts of windows unpainted
 constexpr int titleBar = 24; ///< of a usual window manager, in device pixels
 
 struct Screen {
@@ -86,5 +87,5 @@ double platformPixelScale(const QSize &largestWindow)
         return 1;
     // Wayland multiplies by the screen's own scale; the frame buffer has nobody to ask.
     const Screen screen = platform == "xcb" ? xScreen() : Screen();
-    return scaleThatFits(screen.density / pointsPerInch, screen.size, largestWindow);
+    return std::max(leastScale, scaleThatFits(screen.density / pointsPerInch, screen.size, largestWindow));
 }

@@ -15,6 +15,7 @@ double scaleThatFits(double scale, const QSize &screen, const QSize &window);
 
 /// What one platform pixel, 1/72 inch, is to be multiplied by on the screen that the environment leads to, on
 /// top of what the windowing system itself scales by: so that it is 1/72 inch, or less where a window of
-/// `largestWindow` platform pixels would not fit the screen. 1 for the platforms that have no screen.
+/// `largestWindow` platform pixels would not fit the screen. Never below 1, which is also that of the
+/// platforms that have no screen.
 /// Cost: a connection to the X server and one question to it, or nothing.
 double platformPixelScale(const QSize &largestWindow = {});

@@ -32,6 +32,12 @@ private slots:
         QTEST(scaleThatFits(wanted, screen, window), "scale");
     }
 
+    void staysPaintable()
+    {
+        QVERIFY(platformPixelScale(QSize(10000, 10000)) >= 1);
+        QVERIFY(platformPixelScale(QSize(240, 270)) >= 1);
+    }
+
     void density_data()
     {
         QTest::addColumn<QByteArray>("resources");
