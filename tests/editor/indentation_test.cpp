@@ -13,6 +13,7 @@ private slots:
     void lines_data();
     void lines();
     void linesOfManyLeaves();
+    void linesOfSeveralParts();
     void spellingsStay();
 };
 
@@ -73,6 +74,19 @@ void IndentationTest::linesOfManyLeaves()
     QCOMPARE(moved, (u'\t' + line).repeated(50));
     const TextStore further = storeOfText(moved, { .leafUnits = 4, .children = 4 });
     QCOMPARE(textOfPiece(indented(further, { {}, further.end() }, Indentation::Out)), line.repeated(50));
+}
+
+/// They are made by several threads; where they begin says nothing of lines.
+void IndentationTest::linesOfSeveralParts()
+{
+    const QString line = u"one 漢字\n"_s;
+    constexpr qsizetype lines = 160'000;
+    TextStore store = storeOfText(line.repeated(lines));
+    store.exchange({}, store.length(), indented(store, { {}, store.end() }, Indentation::In));
+    store.checkInvariants();
+    QVERIFY(store.text() == (u'\t' + line).repeated(lines));
+    store.exchange({}, store.length(), indented(store, { {}, store.end() }, Indentation::Out));
+    QVERIFY(store.text() == line.repeated(lines));
 }
 
 void IndentationTest::spellingsStay()
