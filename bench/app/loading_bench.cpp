@@ -8,6 +8,7 @@
 #include "bench/app/ownfolders.h"
 #include "bench/app/turns.h"
 #include "editor/ctlediter.h"
+#include "platform/toolkitstart.h"
 #include "settings/settings.h"
 
 #include <QApplication>
@@ -78,6 +79,7 @@ void openLarge(benchmark::State &state)
     static char name[] = "loading_bench";
     static char *arguments[] = { name, nullptr };
     static const OwnFolders folders;
+    prepareEventLoop(); // as the program; another one says nothing of its turns
     static const QApplication application(argumentCount, arguments);
     const QString file = fileToOpen();
     Times sum;

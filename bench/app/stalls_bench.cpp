@@ -10,6 +10,7 @@
 #include "bench/app/ownfolders.h"
 #include "bench/app/turns.h"
 #include "editor/ctlediter.h"
+#include "platform/toolkitstart.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
 #include "settings/settings.h"
@@ -102,10 +103,11 @@ public:
     }
 };
 
-void closeBoxes()
+/// Whether there was one.
+bool closeBox()
 {
-    if (QWidget *const box = QApplication::activeModalWidget())
-        box->close();
+    QWidget *const box = QApplication::activeModalWidget();
+    return box && box->close();
 }
 
 } // namespace
@@ -113,6 +115,7 @@ void closeBoxes()
 int main(int argc, char **argv)
 {
     const OwnFolders folders;
+    prepareEventLoop(); // as the program; another one says nothing of its turns
     QApplication application(argc, argv);
     const QString file = qEnvironmentVariable("FILE");
     const QString wanted = qEnvironmentVariable("WORD", QStringLiteral("worker-01"));
@@ -140,9 +143,8 @@ int main(int argc, char **argv)
         },
         [&] { return editor.hasMarkedText(); });
     QTimer closing;
-    closing.callOnTimeout(&closeBoxes);
     bool isShown = false;
-    closing.callOnTimeout([&] { isShown = isShown || QApplication::activeModalWidget(); });
+    closing.callOnTimeout([&] { isShown = closeBox() || isShown; });
     closing.start(10);
     window.measure(
         "properties", [&] { window.slotCmdFileProp(); }, [&] { return isShown; });

@@ -13,14 +13,16 @@ inline double msOf(const QElapsedTimer &clock)
     return double(clock.nsecsElapsed()) / 1e6;
 }
 
-/// How long the event loop works between two times of waiting.
+/// How long the event loop works between two times at which it looks for events.
 class Turns {
 public:
     Turns()
     {
         const QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
-        QObject::connect(
-            dispatcher, &QAbstractEventDispatcher::awake, &m_context, [this] { m_clock.start(); });
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, &m_context, [this] {
+            note();
+            m_clock.start();
+        });
         QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] { note(); });
         m_clock.start();
     }
