@@ -2,6 +2,7 @@
 
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
+#include "tests/text/chunktext.h"
 #include "tests/text/modelstore.h"
 #include "tests/text/textalphabet.h"
 #include "tests/text/tinynodes.h"
@@ -9,11 +10,6 @@
 #include <QTest>
 
 namespace {
-
-QString textOf(const TextChunk &chunk)
-{
-    return chunk.isLatin1() ? QString::fromLatin1(chunk.latin1) : chunk.utf16.toString();
-}
 
 /// A store that is edited here and there in runs of edits near one another, as replacing and typing do, and
 /// asked for nothing but text in between; and its model.

@@ -1,5 +1,6 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
+#include "tests/text/chunktext.h"
 #include "tests/text/textalphabet.h"
 #include "tests/text/tinynodes.h"
 #include "text/textchange.h"
@@ -23,11 +24,6 @@ QString textOf(const TextSnapshot &snapshot)
             text += chunk.utf16;
     }
     return text;
-}
-
-QString textOf(const TextChunk &chunk)
-{
-    return chunk.isLatin1() ? QString::fromLatin1(chunk.latin1) : chunk.utf16.toString();
 }
 
 /// The text that parts of a text and of a source tell.

@@ -1,4 +1,5 @@
 #include "tests/testprogram.h"
+#include "tests/text/chunktext.h"
 #include "tests/text/storecompare.h"
 
 using namespace Qt::StringLiterals;
@@ -164,9 +165,6 @@ void TextStoreTest::chunks()
     RandomText random(11);
     const QString text = random.text(100);
     const TextStore store = storeOf(text, {}, nodesOf(4));
-    const auto textOf = [](const TextChunk &chunk) {
-        return chunk.isLatin1() ? QString(QLatin1StringView(chunk.latin1)) : chunk.utf16.toString();
-    };
     QString forwards;
     for (Offset offset; offset < store.end();) {
         const TextChunk chunk = store.chunkAt(offset);
