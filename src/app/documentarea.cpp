@@ -182,14 +182,23 @@ void DocumentArea::toggleNoticeKeys()
         editor->setFocus();
 }
 
+void DocumentArea::setFooter(QWidget *footer)
+{
+    m_footer = footer;
+    arrange();
+}
+
 void DocumentArea::arrange()
 {
     const QSize hint = m_tabBar->sizeHint();
-    const int bottom = height() - 1;
+    const int footer = m_footer && !m_footer->isHidden() ? m_footer->sizeHint().height() : 0;
+    if (m_footer)
+        m_footer->setGeometry(0, height() - footer, width(), footer);
+    const int bottom = height() - footer - 1;
     m_tabBar->setGeometry(0, bottom - hint.height(), qMin(hint.width(), width()), hint.height());
     const int top = m_strip->isHidden() ? 0 : m_strip->sizeHint().height();
     m_strip->setGeometry(0, 0, width(), top);
-    m_stack->setGeometry(0, top, width(), height() - hint.height() - top);
+    m_stack->setGeometry(0, top, width(), height() - footer - hint.height() - top);
     // A document that is not shown may be asked to wrap its text at its width.
     for (int page = 0; page < m_stack->count(); ++page)
         m_stack->widget(page)->resize(m_stack->size());

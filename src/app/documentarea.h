@@ -56,6 +56,8 @@ public:
     /// The keys go from the text to the notice, or back; nothing without one.
     void toggleNoticeKeys();
 
+    /// A line below the tabs, a child of this; it has room there while it is not hidden.
+    void setFooter(QWidget *footer);
     /// Gives the tab bar the width and height it asks for, at most the area's width, at the lower left edge,
     /// one pixel up so that the tabs touch the document; the strip its line above the
     /// stack, which gets the rest.
@@ -84,6 +86,7 @@ private:
     NoticeQueue m_notices;
     NoticeStrip *m_strip;
     QStackedWidget *m_stack;
+    QWidget *m_footer = nullptr;
     ctlTabBar *m_tabBar;
     QTimer m_freeing; ///< runs out once when closed documents are gone
 };

@@ -121,6 +121,17 @@ void DocumentSaver::beginSaveAs(ctlEditer *editor, std::optional<CharCode> charC
     askAgain(editor, start, then);
 }
 
+void DocumentSaver::beginSaveAsIn(
+    ctlEditer *editor, std::optional<CharCode> charCode, std::optional<ReturnCode> returnCode)
+{
+    if (!editor->document().requestChange())
+        return;
+    FileChoice start = startFor(editor);
+    start.charCode = charCode;
+    start.returnCode = returnCode;
+    askAgain(editor, start, {});
+}
+
 /// What was chosen is not lost when it cannot be written, and can be mended. Binary text cannot be saved
 /// anywhere.
 void DocumentSaver::askAgain(ctlEditer *editor, const FileChoice &start, const Then &then)

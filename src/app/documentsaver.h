@@ -33,6 +33,9 @@ public:
     /// Asks for a name until the document is written under one; the dialog comes with a code chosen, if one
     /// is given. Not saved: the user gave up.
     void beginSaveAs(ctlEditer *editor, std::optional<CharCode> charCode = {}, const Then &then = {});
+    /// The same with a code or a line end chosen.
+    void beginSaveAsIn(
+        ctlEditer *editor, std::optional<CharCode> charCode, std::optional<ReturnCode> returnCode);
     /// The same; the end is waited for in an event loop, where the window goes on. Whether it was written.
     bool save(ctlEditer *editor);
     bool saveTo(ctlEditer *editor, const FileChoice &file);

@@ -77,6 +77,8 @@ void frmMain::connectParts()
     connect(&m_parts->documents, &DocumentArea::refreshed, this, &frmMain::updateCaption);
     connect(&m_parts->firstOffers, &FirstOffers::languageChosen, this,
         [this](int language) { (this->*languageSlots[language])(); });
+    connect(
+        &m_parts->statusLine, &StatusLine::jumpWanted, this, [this] { run(&frmMain::slotCmdViewGyoJump); });
     connect(&m_parts->textSizeWheel, &TextSizeWheel::turned, this,
         [this](int notches) { setTextSize(appSettings().FontSize + notches); });
     connect(&m_parts->documents, &DocumentArea::moreOptionsWanted, this, &frmMain::slotEtcMoreOptions);
@@ -138,13 +140,20 @@ bool frmMain::slotCmdFileSaveAs(ctlEditer *editor)
 
 bool frmMain::confirmCloseAll(bool saveWithoutAsking)
 {
-    return m_parts->closer.closeAll(saveWithoutAsking ? EditsAtClosing::Save : EditsAtClosing::Ask);
+    m_parts->lastSession.beginEnd();
+    const bool isClosed =
+        m_parts->closer.closeAll(saveWithoutAsking ? EditsAtClosing::Save : EditsAtClosing::Ask);
+    if (!isClosed)
+        m_parts->lastSession.cancelEnd();
+    return isClosed;
 }
 
 void frmMain::applySettings()
 {
     QMultiLineEdit::setDefaultTabStop(appSettings().TabLen);
     tabBar()->applySettings();
+    m_parts->statusLine.applySettings();
+    m_parts->lastSession.applySettings();
     m_parts->documents.notices().applySettings();
     for (ctlEditer *editor : m_parts->documents.editors())
         editor->applySettings();
@@ -527,6 +536,7 @@ void frmMain::showEvent(QShowEvent *event)
     m_parts->fullScreen.keep();
     m_parts->firstDocument.wait();
     m_parts->recovery.lookWhenShown();
+    QMetaObject::invokeMethod(&m_parts->lastSession, &LastSession::open, Qt::QueuedConnection);
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
@@ -536,6 +546,7 @@ void frmMain::closeEvent(QCloseEvent *event)
         return;
     }
     m_parts->journals.flush(RecoveryJournals::longestFlush);
+    m_parts->lastSession.write();
     writeSettings();
     event->accept();
     QWidget::closeEvent(event);

@@ -17,13 +17,6 @@ auto isEntryOf(const ctlEditer &editor)
                const RecentEntry &entry) { return entry.path == path && entry.name == name; };
 }
 
-RecentEntry entryFor(const ctlEditer &editor)
-{
-    const RowCol cursor = editor.cursorPosition();
-    return { editor.path(), editor.name(), cursor.row.value(), cursor.column, editor.xOffset(),
-        editor.yOffset() };
-}
-
 bool hasMoved(const ctlEditer &editor)
 {
     return editor.cursorOffset() != Offset() || editor.topRow() != RowIndex() || editor.xOffset() != 0;
@@ -48,12 +41,23 @@ void RecentPlaces::restore(ctlEditer &editor) const
     if (appSettings().RestoreScroll != 1 || !isRecorded(editor))
         return;
     const std::optional<RecentEntry> entry = placeOf(editor);
-    if (!entry)
-        return;
+    if (entry)
+        show(editor, *entry);
+}
+
+RecentEntry RecentPlaces::entryFor(const ctlEditer &editor)
+{
+    const RowCol cursor = editor.cursorPosition();
+    return { editor.path(), editor.name(), cursor.row.value(), cursor.column, editor.xOffset(),
+        editor.yOffset() };
+}
+
+void RecentPlaces::show(ctlEditer &editor, const RecentEntry &entry)
+{
     // The cursor first: setting it scrolls to it, and it may have been out of view.
-    editor.setCursorPosition(qMax<qint64>(0, entry->cursorRow), qMax<qint64>(0, entry->cursorColumn));
-    editor.setXOffset(entry->scrollX);
-    editor.setYOffset(entry->scrollY);
+    editor.setCursorPosition(qMax<qint64>(0, entry.cursorRow), qMax<qint64>(0, entry.cursorColumn));
+    editor.setXOffset(entry.scrollX);
+    editor.setYOffset(entry.scrollY);
 }
 
 void RecentPlaces::carry(const ctlEditer &editor)

@@ -21,6 +21,11 @@ public:
     /// user does not want that.
     void restore(ctlEditer &editor) const;
 
+    /// Where cursor and view of a document are now.
+    static RecentEntry entryFor(const ctlEditer &editor);
+    /// Puts them where an entry has them.
+    static void show(ctlEditer &editor, const RecentEntry &entry);
+
     /// The document's file could not be read: the place that is remembered of it stays with the document
     /// until it can.
     void carry(const ctlEditer &editor);

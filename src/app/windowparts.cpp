@@ -35,8 +35,10 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , saver(window, dialogs, documents, places, jobs)
     , closer(window, documents, loader, saver, places)
     , tabMenu(*new TabMenu(documents, loader, closer))
+    , statusLine(*new StatusLine(documents, loader, saver))
     , documentJournals(documents, journals)
     , recovery(window, documents, loader, journals)
+    , lastSession(*new LastSession(documents, loader))
     , sessionEnd(documents, closer, journals)
     , lastWrites(documents, loader, saver, places, journals)
     , search(window, documents, jobs)
@@ -45,5 +47,6 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , firstOffers(documents, desktopLocale())
 {
     window.setCentralWidget(&documents);
+    documents.setFooter(&statusLine);
     journals.setParent(&documents);
 }

@@ -12,6 +12,7 @@
 #include "app/firstoffers.h"
 #include "app/fullscreen.h"
 #include "app/interfacelanguage.h"
+#include "app/lastsession.h"
 #include "app/lastwrites.h"
 #include "app/mainmenus.h"
 #include "app/propertiesbox.h"
@@ -21,6 +22,7 @@
 #include "app/requestedfiles.h"
 #include "app/searchruns.h"
 #include "app/sessionend.h"
+#include "app/statusline.h"
 #include "app/tabmenu.h"
 #include "app/textsizewheel.h"
 #include "app/windowdialogs.h"
@@ -56,9 +58,11 @@ struct WindowParts {
     DocumentSaver saver;
     DocumentCloser closer;
     TabMenu &tabMenu;
+    StatusLine &statusLine;
     RecoveryJournals journals;
     DocumentJournals documentJournals;
     Recovery recovery;
+    LastSession &lastSession; // hears of the end before who closes documents then
     SessionEnd sessionEnd;
     LastWrites lastWrites;
     SearchRuns search;

@@ -5,6 +5,12 @@
 namespace {
 
 constexpr MoreSwitch switches[] = {
+    { "StatusLine", &MoreSettings::StatusLine, QT_TRANSLATE_NOOP("frmMoreOptions", "&Status line"),
+        QT_TRANSLATE_NOOP(
+            "frmMoreOptions", "Line and column, selection, code, line end and file name below the tabs.") },
+    { "OpenSession", &MoreSettings::OpenSession, QT_TRANSLATE_NOOP("frmMoreOptions", "&Open what was open"),
+        QT_TRANSLATE_NOOP(
+            "frmMoreOptions", "The files that were open at the end are open at the next start.") },
     { "KnownKeys", &MoreSettings::KnownKeys, QT_TRANSLATE_NOOP("frmMoreOptions", "&Keys of other programs"),
         QT_TRANSLATE_NOOP("frmMoreOptions", "Ctrl+F, Ctrl+W, F3 and the like. F1 shows them.") },
     { "TabsByMouse", &MoreSettings::TabsByMouse, QT_TRANSLATE_NOOP("frmMoreOptions", "&Tabs by mouse"),

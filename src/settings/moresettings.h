@@ -5,6 +5,8 @@
 /// Settings of what was added to the handheld's program: group "more" of the same file, read and written with
 /// the others. Field names are the keys; numbers are stored as they are and checked where they are used.
 struct MoreSettings {
+    int StatusLine = 0; ///< the line below the tabs
+    int OpenSession = 0; ///< a start opens what was open at the end before
     int KnownKeys = 1; ///< the keys of other programs
     int TabsByMouse = 1; ///< middle click, dragging, wheel
     int WheelTextSize = 1; ///< Ctrl with the wheel changes the size of the text

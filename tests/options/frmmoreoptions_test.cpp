@@ -76,7 +76,7 @@ void FrmMoreOptionsTest::cancelChangesNothing()
     frmMoreOptions dialog(nullptr);
     box(dialog, moreSwitches().front())->toggle();
     dialog.reject();
-    QCOMPARE(moreSettings().*moreSwitches().front().setting, 1);
+    QCOMPARE(moreSettings().*moreSwitches().front().setting, 0);
 }
 
 void FrmMoreOptionsTest::fitsASmallScreen()

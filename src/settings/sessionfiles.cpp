@@ -1,0 +1,87 @@
+#include "settings/sessionfiles.h"
+
+#include "settings/config.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto sessionFile = "marlopad_session"_L1;
+constexpr auto sessionGroup = "session"_L1;
+
+/// Calls `visit(key, field)` for each field of an entry.
+template <typename Visitor, typename Entry> void forEachField(int index, Entry &entry, const Visitor &visit)
+{
+    const QString number = QString::number(index);
+    visit(u"Path"_s + number, entry.path);
+    visit(u"Name"_s + number, entry.name);
+    visit(u"CurX"_s + number, entry.cursorRow);
+    visit(u"CurY"_s + number, entry.cursorColumn);
+    visit(u"ScrX"_s + number, entry.scrollX);
+    visit(u"ScrY"_s + number, entry.scrollY);
+}
+
+void assign(const QString &value, QString &field)
+{
+    field = value;
+}
+
+/// What is no number gives 0.
+void assign(const QString &value, qint64 &field)
+{
+    field = value.toLongLong();
+}
+
+QString writtenAs(const QString &field)
+{
+    return field;
+}
+
+QString writtenAs(qint64 field)
+{
+    return QString::number(field);
+}
+
+bool namesFile(const RecentEntry &entry)
+{
+    return entry.isUsed() && entry.path.startsWith(u'/') && entry.path.endsWith(u'/');
+}
+
+} // namespace
+
+SessionFiles readSessionFiles()
+{
+    Config config(sessionFile, Config::User);
+    config.setGroup(sessionGroup);
+    const int count = qBound(0, config.readNumEntry(u"Count"_s), SessionFiles::most);
+    const int current = config.readNumEntry(u"Current"_s, -1);
+    QStringList keys;
+    RecentEntry any;
+    for (int i = 0; i < count; ++i)
+        forEachField(i, any, [&](const QString &key, const auto &) { keys << key; });
+    const QHash<QString, QString> values = config.readEntries(keys);
+    SessionFiles session;
+    for (int i = 0; i < count; ++i) {
+        RecentEntry entry;
+        forEachField(i, entry, [&](const QString &key, auto &field) { assign(values.value(key), field); });
+        if (i == current)
+            session.current = int(session.files.size());
+        if (namesFile(entry))
+            session.files << entry;
+    }
+    return session;
+}
+
+void writeSessionFiles(const SessionFiles &session)
+{
+    const int count = int(qMin<qsizetype>(session.files.size(), SessionFiles::most));
+    QList<KeyFile::Entry> entries{ { u"Count"_s, QString::number(count) },
+        { u"Current"_s, QString::number(session.current) } };
+    for (int i = 0; i < count; ++i)
+        forEachField(i, session.files[i], [&](const QString &key, const auto &field) {
+            entries.append({ key, writtenAs(field) });
+        });
+    Config config(sessionFile, Config::User, Config::Change);
+    config.setGroup(sessionGroup);
+    config.writeEntries(entries);
+}
