@@ -68,10 +68,15 @@ void frmMain::connectParts()
             slotCmdMnuRecent(row);
     });
     connect(&m_parts->places, &RecentPlaces::changed, this, &frmMain::rebuildRecentMenu);
+    // Documents that are not shown tell of themselves too, when they have been read or saved behind the
+    // window.
     connect(&m_parts->documents, &DocumentArea::added, this, [this](const ctlEditer *editor) {
         connect(editor, &ctlEditer::undoAvailable2, this, &frmMain::slotEdUndoAvailable);
         connect(editor, &ctlEditer::redoAvailable2, this, &frmMain::slotEdRedoAvailable);
-        connect(editor, &ctlEditer::copyAvailable, this, &frmMain::slotEdCopyAvailable);
+        connect(editor, &ctlEditer::copyAvailable, this, [this, editor](bool available) {
+            if (editor == currentEditor())
+                slotEdCopyAvailable(available);
+        });
     });
     connect(&m_parts->documents, &DocumentArea::currentChanged, this, &frmMain::slotTabCurrentChanged);
     connect(&m_parts->documents, &DocumentArea::refreshed, this, &frmMain::updateCaption);
@@ -475,13 +480,15 @@ void frmMain::slotEtcKeys()
 
 void frmMain::slotEdUndoAvailable(ctlEditer *editor, bool available)
 {
-    item(EditCommand::Undo)->setEnabled(available);
+    if (editor == currentEditor())
+        item(EditCommand::Undo)->setEnabled(available);
     m_parts->documents.refresh(editor);
 }
 
-void frmMain::slotEdRedoAvailable(ctlEditer *, bool available)
+void frmMain::slotEdRedoAvailable(ctlEditer *editor, bool available)
 {
-    item(EditCommand::Redo)->setEnabled(available);
+    if (editor == currentEditor())
+        item(EditCommand::Redo)->setEnabled(available);
 }
 
 void frmMain::slotEdCopyAvailable(bool available)

@@ -38,6 +38,7 @@ private slots:
     void logoutStopsIt();
     void endAtOnceRemembersTheFile();
     void fontMayChangeMeanwhile();
+    void undoIsOfTheDocumentThatIsShown();
 
 private:
     bool step(int steps);
@@ -276,6 +277,23 @@ void LoadingWindowTest::fontMayChangeMeanwhile()
     QTRY_VERIFY(!editor().document().isHeld());
     editor().store().checkInvariants();
     QVERIFY(editor().text() == QString::fromUtf8(largeLog()));
+}
+
+/// Another one that is saved meanwhile has nothing to undo any more.
+void LoadingWindowTest::undoIsOfTheDocumentThatIsShown()
+{
+    m_runner->runAll();
+    QTRY_VERIFY(!editor().document().isHeld());
+    QTRY_VERIFY(takesKeys());
+    press(Qt::Key_X);
+    m_window->slotCmdFileSave();
+    m_window->slotCmdViewWinPrev();
+    QVERIFY(m_window->isItemEnabled(EditCommand::Undo));
+    m_runner->runAll();
+    QTRY_VERIFY(!m_window->editorAt(1)->edited());
+    QVERIFY(m_window->isItemEnabled(EditCommand::Undo));
+    m_window->slotCmdViewWinNext();
+    QVERIFY(!m_window->isItemEnabled(EditCommand::Undo));
 }
 
 namespace {
