@@ -7,6 +7,7 @@
 #include <QDeadlineTimer>
 
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -17,22 +18,23 @@ constexpr auto untold = 100ms;
 /// The event loop is not kept for longer while there is more to take.
 constexpr auto longestTurn = 8ms;
 
-FileReading::Request requestFor(const FileChoice &file)
+FileReading::Request requestFor(const FileChoice &file, const ArrivingFile::As &as)
 {
-    return { file.fullName(), file.charCode,
-        { appSettings().defaultCharCode(), appSettings().defaultReturnCode() } };
+    return { file.fullName(), as.code, { appSettings().defaultCharCode(), appSettings().defaultReturnCode() },
+        as.utf16 };
 }
 
 } // namespace
 
 ArrivingFile::ArrivingFile(
-    ctlEditer &editor, const FileChoice &file, Shown shown, NoticeQueue &notices, JobRunner &runner)
+    ctlEditer &editor, const Source &source, Shown shown, NoticeQueue &notices, JobRunner &runner)
     : m_editor(editor)
     , m_document(editor.document())
-    , m_file(file)
+    , m_source(source)
     , m_shown(shown)
     , m_codesBefore{ m_document.charCode(), m_document.returnCode() }
     , m_notices(notices)
+    , m_runner(runner)
 {
     m_telling.setSingleShot(true);
     m_telling.callOnTimeout(this, &ArrivingFile::tell);
@@ -43,16 +45,33 @@ ArrivingFile::ArrivingFile(
         m_notice->refuse();
     });
     m_document.setHeld(true);
+    begin({ source.file.charCode, source.utf16 });
+}
+
+ArrivingFile::~ArrivingFile() = default;
+
+void ArrivingFile::begin(const As &as)
+{
+    m_isRead = false;
     beginText(m_codesBefore);
-    auto work = std::make_unique<ReadWork>(requestFor(file), LayoutCopy(text()));
+    auto work = std::make_unique<ReadWork>(requestFor(m_source.file, as), LayoutCopy(text()));
     m_work = work.get();
-    m_job.emplace(std::move(work), runner);
+    m_job.emplace(std::move(work), m_runner);
     connect(&*m_job, &Job::progressed, this, &ArrivingFile::note);
     connect(&*m_job, &Job::partReady, this, &ArrivingFile::collect);
     connect(&*m_job, &Job::finished, this, &ArrivingFile::endReading);
 }
 
-ArrivingFile::~ArrivingFile() = default;
+/// Of the document, while its text comes.
+QString ArrivingFile::folder() const
+{
+    return m_source.nameApart ? QString() : m_source.file.folder;
+}
+
+QString ArrivingFile::name() const
+{
+    return m_source.nameApart.value_or(m_source.file.name);
+}
 
 void ArrivingFile::tell()
 {
@@ -108,7 +127,7 @@ void ArrivingFile::beginText(FileCodes codes)
     if (m_shown == Shown::WhenWhole)
         m_aside = std::move(empty);
     else
-        m_document.beginArrival(m_file.folder, m_file.name, codes, std::move(empty));
+        m_document.beginArrival(folder(), name(), codes, std::move(empty));
 }
 
 /// The font may be another one by now.
@@ -155,11 +174,18 @@ void ArrivingFile::endReading(JobOutcome outcome)
 void ArrivingFile::showWhole()
 {
     const ReadResult result = m_work->result();
+    const auto again = std::exchange(m_source.again, {});
+    if (const std::optional<As> other = again ? again(result.findings) : std::nullopt) {
+        begin(*other);
+        return;
+    }
     if (m_shown == Shown::WhenWhole) {
         updateLayout();
-        m_document.beginArrival(m_file.folder, m_file.name, result.codes, std::move(m_aside));
+        m_document.beginArrival(folder(), name(), result.codes, std::move(m_aside));
     }
     m_document.endArrival(result);
+    if (m_source.nameApart)
+        m_document.detachFromFile(*m_source.nameApart);
     end(End::Whole);
 }
 
@@ -185,6 +211,6 @@ void ArrivingFile::end(End how)
     m_telling.stop();
     m_document.setHeld(false);
     if (how == End::Failed)
-        m_document.failArrival(m_file.folder, m_file.name, m_codesBefore);
+        m_document.failArrival(folder(), name(), m_codesBefore);
     emit ended(how);
 }

@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <deque>
+#include <functional>
 #include <optional>
 
 class JobRunner;
@@ -26,9 +27,22 @@ public:
     enum class Shown { PartByPart, WhenWhole };
     enum class End { Whole, Stopped, Failed };
 
+    /// How bytes become text.
+    struct As {
+        std::optional<CharCode> code = {}; ///< nothing: the one that is detected
+        std::optional<Utf16Form> utf16 = {}; ///< instead of any code
+    };
+    struct Source {
+        FileChoice file;
+        std::optional<Utf16Form> utf16 = {}; ///< instead of the file's code
+        /// The text is to be that of no file, and has this name.
+        std::optional<QString> nameApart = {};
+        /// Asked once, when all is read: as what it is read once more then; nothing: it was right.
+        std::function<std::optional<As>(const ReadFindings &found)> again = {};
+    };
     /// Begins at once. Nothing is owned; the document may be closed before this goes.
     ArrivingFile(
-        ctlEditer &editor, const FileChoice &file, Shown shown, NoticeQueue &notices, JobRunner &runner);
+        ctlEditer &editor, const Source &source, Shown shown, NoticeQueue &notices, JobRunner &runner);
     /// What has not come by then never does.
     ~ArrivingFile() override;
 
@@ -46,6 +60,9 @@ signals:
     void ended(ArrivingFile::End end);
 
 private:
+    void begin(const As &as);
+    QString folder() const;
+    QString name() const;
     void tell();
     void collect();
     void takeSome();
@@ -61,10 +78,11 @@ private:
 
     ctlEditer &m_editor;
     TextDocument &m_document;
-    const FileChoice m_file;
+    Source m_source;
     const Shown m_shown;
     const FileCodes m_codesBefore;
     NoticeQueue &m_notices;
+    JobRunner &m_runner;
     QTimer m_telling;
     std::optional<WorkNotice> m_notice; ///< from when it has taken long
     std::optional<int> m_percent;
@@ -72,6 +90,6 @@ private:
     QTimer m_taking;
     TextStore m_aside; ///< what has come and is not shown
     bool m_isRead = false; ///< what waits is the rest
-    ReadWork *m_work; ///< owned by the job
+    ReadWork *m_work = nullptr; ///< owned by the job
     std::optional<Job> m_job;
 };

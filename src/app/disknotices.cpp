@@ -8,6 +8,7 @@
 
 #include <QEvent>
 #include <QFileInfo>
+#include <QPointer>
 
 #include <utility>
 
@@ -210,8 +211,11 @@ void DiskNotices::keep(ctlEditer *editor)
 
 void DiskNotices::showBoth(ctlEditer *editor)
 {
-    if (m_loader.openFromDisk(*editor, tr("%1 on disk").arg(editor->name())))
-        keep(editor);
+    m_loader.openFromDisk(
+        *editor, tr("%1 on disk").arg(editor->name()), [this, shown = QPointer(editor)](bool isOpen) {
+            if (isOpen && shown)
+                keep(shown);
+        });
 }
 
 void DiskNotices::follow(ctlEditer *editor)

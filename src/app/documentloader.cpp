@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 #include <QScopedValueRollback>
 
 #include <utility>
@@ -44,13 +45,20 @@ FileChoice fileOf(const QString &path, std::optional<CharCode> charCode)
 }
 
 /// A text without a file cannot be read again: it is read at once as notices would offer.
-void loadAsItFits(ctlEditer &editor, const FileChoice &file)
+std::optional<ArrivingFile::As> asItFits(const ReadFindings &found)
 {
-    const ReadFindings found = editor.document().findings();
     if (found.utf16)
-        editor.loadUtf16(file.folder, file.name, *found.utf16);
-    else if (found.fittingCode)
-        editor.loadFile(file.folder, file.name, found.fittingCode);
+        return ArrivingFile::As{ {}, found.utf16 };
+    if (found.fittingCode)
+        return ArrivingFile::As{ found.fittingCode };
+    return std::nullopt;
+}
+
+/// As which UTF-16 text a file is read that was one; nothing where it is none any more.
+std::optional<Utf16Form> asUtf16Still(const ReadFindings &found, Utf16Form form)
+{
+    return found.utf16 || found.undecodableBytes > 0 ? std::optional(found.utf16.value_or(form))
+                                                     : std::nullopt;
 }
 
 } // namespace
@@ -190,6 +198,13 @@ void DocumentLoader::reopenUtf16(ctlEditer *editor, Utf16Form form)
 
 void DocumentLoader::loadAsUtf16(ctlEditer *editor, Utf16Form form)
 {
+    const FileChoice file{ editor->path(), editor->name() };
+    if (!editor->document().requestChange())
+        return;
+    if (isLarge(file)) {
+        replaceBehind(editor, { file, form }, {});
+        return;
+    }
     KeyPause::begin();
     editor->loadUtf16(editor->path(), editor->name(), form);
     m_documents.refresh(editor);
@@ -216,30 +231,70 @@ void DocumentLoader::offerCode(ctlEditer *editor, CharCode charCode)
         { NoticeKind::OtherCode, editor, text, { { offer, [=, this] { reopen(editor, charCode); } } } });
 }
 
-bool DocumentLoader::openUnsaved(const QString &path, const QString &name, std::optional<CharCode> charCode)
+void DocumentLoader::openUnsaved(
+    const QString &path, const QString &name, std::optional<CharCode> charCode, const Opened &opened)
 {
     m_documents.commitComposition();
-    ctlEditer *const before = m_documents.current();
+    const QPointer<ctlEditer> before = m_documents.current();
     ctlEditer *const editor = m_documents.add(FileName::forDisplay(name));
-    KeyPause::begin();
     const FileChoice file = fileOf(path, charCode);
-    if (!editor->loadFile(file.folder, file.name, file.charCode)) {
-        m_documents.close(editor);
-        if (before)
+    const auto end = [this, before, opened, document = QPointer(editor)](bool isOpen) {
+        if (document && !endUnsaved(document, isOpen) && before)
             m_documents.present(before);
-        return false;
+        if (document && opened)
+            opened(isOpen);
+    };
+    if (isLarge(file)) {
+        loadUnsavedBehind(editor, file, name, end);
+        m_documents.present(editor);
+        return;
     }
-    loadAsItFits(*editor, file);
+    const bool isLoaded = loadUnsaved(editor, file, name);
+    if (isLoaded)
+        m_documents.present(editor);
+    end(isLoaded);
+}
+
+/// False: the document was shown, and has gone.
+bool DocumentLoader::endUnsaved(ctlEditer *editor, bool isOpen)
+{
+    if (isOpen) {
+        m_documents.notices().withdrawAllAbout(editor); // they are about the file
+        m_documents.refresh(editor);
+        return true;
+    }
+    const bool isShown = m_documents.current() == editor;
+    KeyPause::begin();
+    m_documents.close(editor);
+    return !isShown;
+}
+
+bool DocumentLoader::loadUnsaved(ctlEditer *editor, const FileChoice &file, const QString &name)
+{
+    KeyPause::begin();
+    if (!editor->loadFile(file.folder, file.name, file.charCode))
+        return false;
+    if (const auto other = asItFits(editor->document().findings())) {
+        if (other->utf16)
+            editor->loadUtf16(file.folder, file.name, *other->utf16);
+        else
+            editor->loadFile(file.folder, file.name, other->code);
+    }
     editor->document().detachFromFile(name);
-    m_documents.notices().withdrawAllAbout(editor); // they are about the file
-    m_documents.refresh(editor);
-    m_documents.present(editor);
     return true;
 }
 
-bool DocumentLoader::openFromDisk(const ctlEditer &editor, const QString &name)
+void DocumentLoader::loadUnsavedBehind(
+    ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended)
 {
-    return openUnsaved(fullName(editor), name, codeToReload(editor));
+    begin(editor, { file, {}, name, asItFits }, ArrivingFile::Shown::PartByPart,
+        [ended](ArrivingFile::End end) { ended(end == ArrivingFile::End::Whole); });
+    m_documents.refresh(editor);
+}
+
+void DocumentLoader::openFromDisk(const ctlEditer &editor, const QString &name, const Opened &opened)
+{
+    openUnsaved(fullName(editor), name, codeToReload(editor), opened);
 }
 
 void DocumentLoader::reload(ctlEditer *editor)
@@ -259,24 +314,38 @@ void DocumentLoader::loadAgain(ctlEditer *editor, const Then &loaded)
 {
     const TextDocument &document = std::as_const(*editor).document();
     const std::optional<Utf16Form> form = utf16FormOf(document);
-    const bool isKept = keepsUtf16(document);
     const FileChoice file{ editor->path(), editor->name(), codeToReload(*editor) };
     if (!form) {
         loadInto(editor, file, loaded);
         return;
     }
+    if (!editor->document().requestChange())
+        return;
+    const auto again = [form = *form](const ReadFindings &found) {
+        const auto still = asUtf16Still(found, form);
+        return still ? std::optional(ArrivingFile::As{ {}, still }) : std::nullopt;
+    };
+    const auto keepAsBefore = [editor, isKept = keepsUtf16(document), loaded] {
+        if (isKept && editor->document().isUtf16())
+            editor->document().keepUtf16();
+        if (loaded)
+            loaded();
+    };
+    if (isLarge(file))
+        replaceBehind(editor, { file, {}, {}, again }, keepAsBefore);
+    else if (loadAgainAsUtf16(editor, file, *form))
+        keepAsBefore();
+}
+
+bool DocumentLoader::loadAgainAsUtf16(ctlEditer *editor, const FileChoice &file, Utf16Form form)
+{
     const bool isLoaded = load(editor, file);
     m_documents.refresh(editor);
     if (!isLoaded)
-        return;
-    const ReadFindings found = document.findings();
-    if (found.utf16 || found.undecodableBytes > 0) {
-        loadAsUtf16(editor, found.utf16.value_or(*form));
-        if (isKept && document.isUtf16())
-            editor->document().keepUtf16();
-    }
-    if (loaded)
-        loaded();
+        return false;
+    if (const auto still = asUtf16Still(editor->document().findings(), form))
+        loadAsUtf16(editor, *still);
+    return true;
 }
 
 /// Keys that are pressed meanwhile were not meant for what the document shows then.
@@ -299,7 +368,7 @@ void DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file, const T
     if (!editor->document().requestChange())
         return;
     if (isLarge(file)) {
-        replaceBehind(editor, file, loaded);
+        replaceBehind(editor, { file }, loaded);
         return;
     }
     const bool isLoaded = load(editor, file);
@@ -310,37 +379,39 @@ void DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file, const T
 
 void DocumentLoader::fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped)
 {
-    const ArrivingFile &arriving = begin(editor, file, ArrivingFile::Shown::PartByPart);
+    const auto ended = [stopped](ArrivingFile::End end) {
+        if (end != ArrivingFile::End::Stopped)
+            return;
+        KeyPause::begin();
+        stopped();
+    };
+    const ArrivingFile &arriving = begin(editor, { file }, ArrivingFile::Shown::PartByPart, ended);
     m_places.carry(*editor);
     m_documents.refresh(editor);
     connect(&editor->document(), &TextDocument::codesChanged, &arriving,
         [=, this] { m_documents.refresh(editor); });
     connect(&arriving, &ArrivingFile::came, this, [=, this] { m_places.restoreCarriedIfThere(*editor); });
-    connect(&arriving, &ArrivingFile::ended, this, [=](ArrivingFile::End end) {
-        if (end != ArrivingFile::End::Stopped)
-            return;
-        KeyPause::begin();
-        stopped();
-    });
 }
 
-void DocumentLoader::replaceBehind(ctlEditer *editor, const FileChoice &file, const Then &loaded)
+void DocumentLoader::replaceBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Then &loaded)
 {
-    const ArrivingFile &arriving = begin(editor, file, ArrivingFile::Shown::WhenWhole);
-    connect(&arriving, &ArrivingFile::ended, this, [=](ArrivingFile::End end) {
+    begin(editor, source, ArrivingFile::Shown::WhenWhole, [loaded](ArrivingFile::End end) {
         if (end == ArrivingFile::End::Whole && loaded)
             loaded();
     });
 }
 
-/// The first to hear of its end is the loader itself.
-ArrivingFile &DocumentLoader::begin(ctlEditer *editor, const FileChoice &file, ArrivingFile::Shown shown)
+/// The first to hear of its end is the loader itself, whose box may outlive the file's object.
+ArrivingFile &DocumentLoader::begin(
+    ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown, const Ended &ended)
 {
     KeyPause::begin();
     auto &arriving = m_arriving[editor];
-    arriving = std::make_unique<ArrivingFile>(*editor, file, shown, m_documents.notices(), *m_jobs.runner);
-    connect(arriving.get(), &ArrivingFile::ended, this,
-        [this, editor](ArrivingFile::End end) { noteEnd(editor, end); });
+    arriving = std::make_unique<ArrivingFile>(*editor, source, shown, m_documents.notices(), *m_jobs.runner);
+    connect(arriving.get(), &ArrivingFile::ended, this, [this, editor, ended](ArrivingFile::End end) {
+        noteEnd(editor, end);
+        ended(end);
+    });
     return *arriving;
 }
 

@@ -40,12 +40,16 @@ public:
     void askAndOpenIn(const QString &folder);
     /// Makes a document of a file that is not there yet, or switches to its tab.
     void openNew(const QString &path, std::optional<CharCode> charCode);
-    /// Opens a file's text as that of a document that was never saved, named so. False, after telling the
-    /// user, when it cannot be read; there is no document then. Another code that all bytes fit is taken
-    /// instead of the one given or detected, and UTF-16 is read as text.
-    bool openUnsaved(const QString &path, const QString &name, std::optional<CharCode> charCode);
+    /// Whether there is a document with the text.
+    using Opened = std::function<void(bool isOpen)>;
+    /// Opens a file's text as that of a document that was never saved, named so. There is no document when it
+    /// cannot be read, which the user is told, or is stopped. Another code that all bytes fit is taken
+    /// instead of the one given or detected, and UTF-16 is read as text. `opened` is called at the end, which
+    /// may be at once; not at all where the document was closed before.
+    void openUnsaved(const QString &path, const QString &name, std::optional<CharCode> charCode,
+        const Opened &opened = {});
     /// The same with a document's file, read as the document was.
-    bool openFromDisk(const ctlEditer &editor, const QString &name);
+    void openFromDisk(const ctlEditer &editor, const QString &name, const Opened &opened = {});
     /// Reads a document's file again, as other programs have made it; asks before edits are thrown away.
     /// Cursor and view stay in their rows.
     void reload(ctlEditer *editor);
@@ -74,10 +78,17 @@ private:
     void openBehind(const FileChoice &file);
     void fillFreshBehind(ctlEditer *editor, const FileChoice &file);
     void fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped);
-    void replaceBehind(ctlEditer *editor, const FileChoice &file, const Then &loaded);
-    ArrivingFile &begin(ctlEditer *editor, const FileChoice &file, ArrivingFile::Shown shown);
+    void replaceBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Then &loaded);
+    bool endUnsaved(ctlEditer *editor, bool isOpen);
+    bool loadUnsaved(ctlEditer *editor, const FileChoice &file, const QString &name);
+    void loadUnsavedBehind(
+        ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended);
+    using Ended = std::function<void(ArrivingFile::End end)>;
+    ArrivingFile &begin(
+        ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown, const Ended &ended);
     void noteEnd(ctlEditer *editor, ArrivingFile::End end);
     void loadAsUtf16(ctlEditer *editor, Utf16Form form);
+    bool loadAgainAsUtf16(ctlEditer *editor, const FileChoice &file, Utf16Form form);
     bool mayReopen(ctlEditer &editor);
     void offerCode(ctlEditer *editor, CharCode charCode);
     bool isReloadWanted(const ctlEditer &editor);

@@ -44,8 +44,10 @@ void KeptFiles::tellNext()
 void KeptFiles::open()
 {
     const QString copy = m_copies.first();
-    if (m_loader.openUnsaved(copy, copy.sliced(copy.lastIndexOf(u'/') + 1), {}))
-        goOn();
+    m_loader.openUnsaved(copy, copy.sliced(copy.lastIndexOf(u'/') + 1), {}, [this, copy](bool isOpen) {
+        if (isOpen && !m_copies.isEmpty() && m_copies.first() == copy)
+            goOn();
+    });
 }
 
 void KeptFiles::goOn()

@@ -91,15 +91,20 @@ void RequestedFiles::openFromShell(const FileRequest &request)
 /// Input of which there is nothing is no text of the user's.
 void RequestedFiles::openWithoutName(const FileRequest &request)
 {
-    const bool hasText = request.input && !isEmpty(*request.input);
-    if (!hasText || !openInput(request))
+    if (request.input && !isEmpty(*request.input))
+        openInput(request);
+    else
         m_documents.present(m_documents.add());
 }
 
-bool RequestedFiles::openInput(const FileRequest &request)
+/// Which is open until it is read.
+void RequestedFiles::openInput(const FileRequest &request)
 {
     const QString file = u"/proc/self/fd/%1"_s.arg(request.input->number());
-    return m_loader.openUnsaved(file, {}, request.charCode);
+    m_loader.openUnsaved(file, {}, request.charCode, [this, input = request.input](bool isOpen) {
+        if (!isOpen)
+            m_documents.present(m_documents.add());
+    });
 }
 
 /// Behind this call, which a menu would keep from its end. Whoever chooses needs a document to be current.

@@ -19,7 +19,7 @@ private:
     void openFromShell(const FileRequest &request);
     void openDropped(const QString &fileName);
     void openWithoutName(const FileRequest &request);
-    bool openInput(const FileRequest &request);
+    void openInput(const FileRequest &request);
     void offerRecent();
 
     DocumentArea &m_documents;

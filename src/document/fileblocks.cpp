@@ -35,13 +35,18 @@ bool beginsCharacter(char byte, CharCode code)
 
 void FileFacts::add(QByteArrayView bytes)
 {
+    if (m_codeIs == Code::Wanted)
+        m_code.add(bytes);
+    add(bytes, bytes);
+}
+
+void FileFacts::add(QByteArrayView bytes, QByteArrayView text)
+{
     constexpr qsizetype startSize = 4096;
     if (m_start.size() < startSize)
         m_start += bytes.first(std::min(bytes.size(), startSize - m_start.size()));
-    if (m_codeIs == Code::Wanted)
-        m_code.add(bytes);
-    m_lineEnd.add(bytes);
-    m_rewritten.add(bytes);
+    m_lineEnd.add(text);
+    m_rewritten.add(text);
     m_content.add(bytes);
 }
 
@@ -51,6 +56,12 @@ FileBlocks::FileBlocks(QString fileName, std::optional<CharCode> code, const Fil
     , m_file(calls)
     , m_facts(code ? FileFacts::Code::Known : FileFacts::Code::Wanted)
 {
+}
+
+FileBlocks::FileBlocks(QString fileName, Utf16Form form, const FileCalls &calls)
+    : FileBlocks(std::move(fileName), CharCode::Utf8, calls)
+{
+    m_utf16.emplace(form);
 }
 
 bool FileBlocks::open()
@@ -87,29 +98,60 @@ bool FileBlocks::read(FileBlock &block, const FileBlock &before, qsizetype size)
             break;
         block.bytes.resize(block.bytes.size() * 2 + readAtOnce);
     }
+    block.fileEnd = m_facts.size() - (m_utf16 ? 0 : block.size - block.end);
     return !m_failure;
 }
 
 /// Reads until there is no more room, or no more to read.
 bool FileBlocks::fill(FileBlock &block)
 {
-    while (block.size < block.bytes.size()) {
-        char *const to = block.bytes.data() + block.size;
-        const qint64 room = std::min<qint64>(readAtOnce, block.bytes.size() - block.size);
-        const auto count = m_file.read(to, room, m_facts.size());
-        if (!count) {
-            m_failure = ReadFailure::BrokenOff;
+    while (block.size < block.bytes.size() && !block.isLast) {
+        if (!(m_utf16 ? addUtf16(block) : addBytes(block)))
             return false;
-        }
-        if (*count == 0) {
-            block.isLast = true;
-            block.end = block.size;
-            return true;
-        }
-        m_facts.add({ to, *count });
-        block.size += *count;
     }
+    if (block.isLast)
+        block.end = block.size;
     return true;
+}
+
+bool FileBlocks::addBytes(FileBlock &block)
+{
+    char *const to = block.bytes.data() + block.size;
+    const auto count = readSome(to, std::min<qint64>(readAtOnce, block.bytes.size() - block.size));
+    if (!count)
+        return false;
+    block.isLast = *count == 0;
+    if (!block.isLast)
+        m_facts.add({ to, *count });
+    block.size += *count;
+    return true;
+}
+
+/// Makes room where it becomes more.
+bool FileBlocks::addUtf16(FileBlock &block)
+{
+    m_utf16Bytes.resize(std::min<qint64>(readAtOnce, block.bytes.size() - block.size));
+    const auto count = readSome(m_utf16Bytes.data(), m_utf16Bytes.size());
+    if (!count)
+        return false;
+    block.isLast = *count == 0;
+    const QByteArrayView bytes = QByteArrayView(m_utf16Bytes).first(*count);
+    const QByteArray text = block.isLast ? m_utf16->finish() : m_utf16->add(bytes);
+    m_facts.add(bytes, text);
+    if (block.bytes.size() - block.size < text.size())
+        block.bytes.resize(block.size + text.size());
+    std::copy(text.begin(), text.end(), block.bytes.begin() + block.size);
+    block.size += text.size();
+    return true;
+}
+
+/// From where it was read to last.
+std::optional<qint64> FileBlocks::readSome(char *to, qint64 size)
+{
+    const auto count = m_file.read(to, size, m_facts.size());
+    if (!count)
+        m_failure = ReadFailure::BrokenOff;
+    return count;
 }
 
 FileVersion FileBlocks::version() const

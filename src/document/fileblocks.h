@@ -2,6 +2,7 @@
 
 #include "document/detection.h"
 #include "document/lineends.h"
+#include "document/utf16text.h"
 #include "files/readfile.h"
 
 /// What the bytes of a file tell before they are decoded. They come in order, cut anywhere.
@@ -16,6 +17,8 @@ public:
     }
 
     void add(QByteArrayView bytes);
+    /// The same of a file whose line ends are known in another code only: `text` is what its bytes stand for.
+    void add(QByteArrayView bytes, QByteArrayView text);
 
     const CodeDetection &code() const { return m_code; }
     const LineEndDetection &lineEnd() const { return m_lineEnd; }
@@ -40,15 +43,19 @@ struct FileBlock {
     qsizetype size = 0;
     qsizetype end =
         0; ///< those before it are decoded by themselves, see cutOf(); the rest belongs to the next
+    qint64 fileEnd = 0; ///< of the file's bytes, where this ends; nearly so where they are UTF-16
     bool isLast = false;
 };
 
 /// Reads a file in blocks that are decoded by themselves, and finds out what its bytes tell while the
-/// processor has them at hand.
+/// processor has them at hand. One that is read as UTF-16 becomes UTF-8 before, whose line ends can be found
+/// by bytes.
 class FileBlocks {
 public:
     /// Where bytes are cut depends on the code. `calls` is not owned.
     FileBlocks(QString fileName, std::optional<CharCode> code, const FileCalls &calls);
+    /// Text in UTF-16.
+    FileBlocks(QString fileName, Utf16Form form, const FileCalls &calls);
 
     /// False: see failure(). So is read().
     bool open();
@@ -71,9 +78,14 @@ public:
 
 private:
     bool fill(FileBlock &block);
+    bool addBytes(FileBlock &block);
+    bool addUtf16(FileBlock &block);
+    std::optional<qint64> readSome(char *to, qint64 size);
 
     const QString m_fileName;
     const std::optional<CharCode> m_code;
+    std::optional<Utf8FromUtf16> m_utf16; ///< of a file that is read so
+    QByteArray m_utf16Bytes;
     FileReader m_file;
     FileFacts m_facts;
     CharCode m_settledCode = CharCode::Binary; ///< see startOver()

@@ -20,6 +20,12 @@ bool isUtf16Likely(const ReadFindings &found, CharCode readAs)
     return found.utf16 && (found.utf16->hasMark || found.undecodableBytes > 0 || readAs == CharCode::Binary);
 }
 
+FileBlocks blocksOf(const FileReading::Request &request, const FileCalls &calls)
+{
+    return request.utf16 ? FileBlocks(request.fileName, *request.utf16, calls)
+                         : FileBlocks(request.fileName, request.code, calls);
+}
+
 /// The length of the first part of a block that is decoded by itself.
 qsizetype partOf(QByteArrayView block, qsizetype wanted, CharCode code)
 {
@@ -40,7 +46,7 @@ FileReading::FileReading(Request request, LayoutCopy layout, const FileCalls &ca
 FileReading::FileReading(Request request, LayoutCopy layout, const FileCalls &calls, Sizes sizes)
     : m_request(std::move(request))
     , m_sizes(sizes)
-    , m_blocks(m_request.fileName, m_request.code, calls)
+    , m_blocks(blocksOf(m_request, calls))
     , m_codes(m_request.codesOfSilent)
 {
     m_workers.push_back({ std::move(layout) });
@@ -88,6 +94,11 @@ bool FileReading::settleCode()
         : lineEnd.value_or(m_request.codesOfSilent.returnCode);
     return m_codes.charCode == before || m_bytesDone == 0
         || (m_isDecodedAscii && isAsciiAlike(before) && isAsciiAlike(m_codes.charCode));
+}
+
+FileCodes FileReading::codes() const
+{
+    return { m_request.utf16 ? CharCode::Unicode : m_codes.charCode, m_codes.returnCode };
 }
 
 bool FileReading::startOver()
@@ -146,7 +157,7 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
         decodePart(m_workers[part], bytes + from, ends[part] - from);
     });
     m_isDecodedAscii = isAscii;
-    m_bytesDone += m_block.end;
+    m_bytesDone = m_block.fileEnd;
     join(ends.size());
 }
 
@@ -155,7 +166,7 @@ void FileReading::hold(FileBlock &next)
 {
     if (!m_block.isLast)
         readBehind(next);
-    m_bytesDone += m_block.end;
+    m_bytesDone = m_block.fileEnd;
     m_isDecodedAscii = false;
     m_held.reserve(bytesInAll());
     char *const bytes = m_block.bytes.data();
@@ -213,9 +224,14 @@ void FileReading::finish()
     ReadFindings &findings = m_result.findings;
     if (!m_result.codec)
         m_result.codec = &codecOf({});
-    m_result.codes = m_codes;
+    m_result.codes = codes();
     m_result.version = m_blocks.version();
     findings.rewritten = facts.rewritten().with(m_codes.returnCode);
+    if (m_request.utf16) {
+        m_result.isUtf16 = true;
+        findings.utf16 = m_request.utf16;
+        return;
+    }
     findings.utf16 = utf16FormOf(facts.start(), facts.size());
     if (!isUtf16Likely(findings, m_codes.charCode))
         findings.utf16.reset();

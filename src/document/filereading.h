@@ -17,12 +17,13 @@ struct ReadResult {
     const TextCodec *codec = nullptr; ///< the one that it was decoded by
     ReadFindings findings;
     FileVersion version;
+    bool isUtf16 = false; ///< it was read as such a text, in the form that the findings name
 };
 
 /// Reads a file as text, in steps of some milliseconds: the file is never held whole, nor is its text.
 ///
 /// Its code is that of the bytes which were read so far. Where those that follow say otherwise, reading
-/// starts over. A code that has a state (JIS, UTF-16) is held whole, as its bytes cannot be cut.
+/// starts over. A code that has a state (JIS) is held whole, as its bytes cannot be cut.
 ///
 /// Threads: the steps may be made in any thread, one after the other. It is made and destroyed, and the parts
 /// are taken over, where nobody else does anything with it at that time.
@@ -32,6 +33,9 @@ public:
         QString fileName; ///< with its folder; may hold any bytes, see files/filename.h
         std::optional<CharCode> code; ///< nothing: the one that is detected
         FileCodes codesOfSilent; ///< of a file that does not tell
+        /// It is such a text, whose line ends are looked at when it is decoded. Its code is Unicode, so that
+        /// a save writes UTF-8.
+        std::optional<Utf16Form> utf16 = {};
     };
     /// How many bytes are read at a time; tests take few.
     struct Sizes {
@@ -60,8 +64,8 @@ public:
     /// What the last step has decoded; nothing where it was no text.
     std::optional<Part> takePart() { return std::exchange(m_part, std::nullopt); }
     /// Of the text that came so far.
-    FileCodes codes() const { return m_codes; }
-    /// Bytes that were decoded, and that the file had when it was opened.
+    FileCodes codes() const;
+    /// Bytes that were decoded (nearly, of UTF-16), and that the file had when it was opened.
     qint64 bytesDone() const { return m_bytesDone; }
     qint64 bytesInAll() const { return m_blocks.expectedSize(); }
     /// After Failed.

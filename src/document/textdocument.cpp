@@ -63,8 +63,20 @@ std::optional<ReadFailure> TextDocument::read(const QString &path, const QString
     std::optional<CharCode> requested, FileCodes codes, TextStore &text)
 {
     m_file.beginReading(path, name);
+    return read(FileReading::Request{ path + name, requested, codes }, text);
+}
+
+std::optional<ReadFailure> TextDocument::readUtf16(
+    const QString &path, const QString &name, Utf16Form form, FileCodes codes, TextStore &text)
+{
+    m_file.beginReading(path, name);
+    return read(FileReading::Request{ path + name, {}, codes, form }, text);
+}
+
+std::optional<ReadFailure> TextDocument::read(const FileReading::Request &request, TextStore &text)
+{
     TextStore fresh(store().layoutRule(), store().nodeSizes());
-    FileReading reading({ path + name, requested, codes }, LayoutCopy(fresh), m_calls);
+    FileReading reading(request, LayoutCopy(fresh), m_calls);
     for (auto step = FileReading::Step::More; step == FileReading::Step::More;) {
         EndOrder::obeyIfGiven();
         step = reading.step(spreadOverThreads);
@@ -89,28 +101,8 @@ void TextDocument::endReading(const ReadResult &result)
     m_codes = result.codes;
     m_readCode = ReadCode(*result.codec);
     m_findings = result.findings;
-    m_utf16 = {};
+    m_utf16 = { result.isUtf16 ? m_findings.utf16 : std::nullopt, false };
     m_file.endReading(result.version);
-}
-
-std::optional<ReadFailure> TextDocument::readUtf16(
-    const QString &path, const QString &name, Utf16Form form, FileCodes codes, TextStore &text)
-{
-    QByteArray bytes;
-    FileVersion version;
-    m_file.beginReading(path, name);
-    if (const auto failure = readWholeFile(path + name, bytes, version, m_calls))
-        return failure;
-    m_file.endReading(version);
-    bytes = utf8FromUtf16(bytes, form);
-    m_codes = { CharCode::Unicode, detectReturnCode(bytes, codes.returnCode) };
-    m_findings = { 0, {}, countRewritten(bytes, m_codes.returnCode), form };
-    m_utf16 = { form, false };
-    normalizeLineEnds(bytes, m_codes.returnCode);
-    dropText(); // there may be no room for both
-    m_readCode = ReadCode(utf8Codec());
-    text = utf8Codec().decode(bytes, store().layoutRule(), &m_findings.undecodableBytes);
-    return std::nullopt;
 }
 
 void TextDocument::keepUtf16()

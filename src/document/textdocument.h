@@ -127,6 +127,7 @@ private:
         bool isKept = false;
     };
 
+    std::optional<ReadFailure> read(const FileReading::Request &request, TextStore &text);
     void forgetReading(FileCodes codes);
     void endReading(const ReadResult &result);
     bool appendGrowth();

@@ -121,6 +121,35 @@ QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form)
     return utf8;
 }
 
+Utf8FromUtf16::Utf8FromUtf16(Utf16Form form)
+    : m_form(form)
+{
+}
+
+QByteArray Utf8FromUtf16::add(QByteArrayView bytes)
+{
+    m_waiting += bytes;
+    qsizetype end = m_waiting.size() / 2 * 2;
+    if (end > 0 && QChar::isHighSurrogate(unitAt(m_waiting, end - 2, m_form.isBigEndian)))
+        end -= 2;
+    return convert(end);
+}
+
+QByteArray Utf8FromUtf16::finish()
+{
+    return convert(m_waiting.size());
+}
+
+QByteArray Utf8FromUtf16::convert(qsizetype size)
+{
+    if (size == 0)
+        return {};
+    const QByteArray utf8 = utf8FromUtf16(QByteArrayView(m_waiting).first(size), m_form);
+    m_waiting.remove(0, size);
+    m_form.hasMark = false;
+    return utf8;
+}
+
 std::optional<Utf16Form> utf16FormOf(const TextDocument &document)
 {
     return document.isUtf16() ? document.findings().utf16 : std::nullopt;

@@ -3,6 +3,8 @@
 #include "codec/textcodec.h"
 #include "document/readfindings.h"
 
+#include <QByteArray>
+
 class TextDocument;
 
 /// UTF-16 as text, beside the rules that go by bytes.
@@ -18,6 +20,21 @@ const TextCodec &codecOf(Utf16Form form);
 /// The same text in UTF-8. A lone surrogate becomes the three bytes that it would have, as it does when it is
 /// decoded (see the codec), and so is not lost.
 QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form);
+/// The same for a text that comes in blocks, cut anywhere.
+class Utf8FromUtf16 {
+public:
+    explicit Utf8FromUtf16(Utf16Form form);
+    /// What is known by now: half a character waits for its other half.
+    QByteArray add(QByteArrayView bytes);
+    /// What waits, when nothing follows.
+    QByteArray finish();
+
+private:
+    QByteArray convert(qsizetype size);
+
+    Utf16Form m_form; ///< of what comes next: only a start has a mark
+    QByteArray m_waiting;
+};
 /// In which form a document's file was read as such a text; nothing where it was not.
 std::optional<Utf16Form> utf16FormOf(const TextDocument &document);
 /// Whether it is saved in that form.

@@ -135,9 +135,11 @@ void DocumentLoaderTest::cancelledDialogOpensNothing()
 
 void DocumentLoaderTest::opensTheTextOfACopy()
 {
-    QVERIFY(loader().openUnsaved(write("\xff\xfe"
-                                       "a\0b\0"_ba),
-        u"old text"_s, {}));
+    bool isOpen = false;
+    loader().openUnsaved(write("\xff\xfe"
+                               "a\0b\0"_ba),
+        u"old text"_s, {}, [&isOpen](bool open) { isOpen = open; });
+    QVERIFY(isOpen);
     QCOMPARE(m_parts->text(), u"ab"_s);
     QCOMPARE(documents().current()->path(), QString());
     QCOMPARE(documents().current()->name(), u"old text"_s);
@@ -149,7 +151,10 @@ void DocumentLoaderTest::opensNoTextThatCannotBeRead()
 {
     ctlEditer *const before = m_parts->open(write("text\n"));
     const MessageBoxes boxes;
-    QVERIFY(!loader().openUnsaved(m_parts->files.folder() + u"none"_s, u"old text"_s, {}));
+    bool isOpen = true;
+    loader().openUnsaved(
+        m_parts->files.folder() + u"none"_s, u"old text"_s, {}, [&isOpen](bool open) { isOpen = open; });
+    QVERIFY(!isOpen);
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(documents().editors(), QList<ctlEditer *>{ before });
     QCOMPARE(documents().current(), before);
@@ -161,7 +166,7 @@ void DocumentLoaderTest::readsFromDiskAsTheDocumentWas()
     QCOMPARE(m_parts->open(m_parts->files.write(u"b.txt"_s, bytes))->text(), u"あい\n"_s);
     loader().open(write(bytes), CharCode::ShiftJis); // which is not detected
     ctlEditer *const editor = documents().current();
-    QVERIFY(loader().openFromDisk(*editor, u"on disk"_s));
+    loader().openFromDisk(*editor, u"on disk"_s);
     QCOMPARE(editor->text(), u"､｢､､\n"_s);
     QCOMPARE(m_parts->text(), editor->text());
 }

@@ -1,5 +1,6 @@
 #include "document/filereading.h"
 
+#include "codec/codecs.h"
 #include "document/fittingcode.h"
 #include "document/textdocument.h"
 #include "document/utf16text.h"
@@ -109,6 +110,8 @@ class FileReadingTest : public QObject {
 private slots:
     void isAsAtOnce_data() { addSeeds(300); }
     void isAsAtOnce();
+    void isAsAtOnceInUtf16_data() { addSeeds(200); }
+    void isAsAtOnceInUtf16();
     void cutsAreWhereBothSidesStandAlone_data();
     void cutsAreWhereBothSidesStandAlone();
     void factsDoNotDependOnCuts_data() { addSeeds(200); }
@@ -171,6 +174,64 @@ void FileReadingTest::isAsAtOnce()
     QCOMPARE(result.version.stamp().size, bytes.size());
     QVERIFY(result.version.stamp()
         == stampOf(QFile::encodeName(m_folder.path() + fileName), FileCalls::system()));
+}
+
+namespace {
+
+/// Units in little endian: characters of all lengths in UTF-8, line ends, halves of pairs.
+QByteArray unitsOfMany(QRandomGenerator &random)
+{
+    static const QStringList parts{ u"a"_s, u"\n"_s, u"\r\n"_s, u"\r"_s, u"é"_s, u"漢字"_s, u"😀"_s,
+        QString(QChar(0xD83D)), QString(QChar(0xDE00)), QString(QChar(0)), u"\uFEFF"_s };
+    QByteArray bytes;
+    for (int left = random.bounded(60); left > 0; --left) {
+        for (const QChar unit : parts.at(random.bounded(int(parts.size())))) {
+            bytes += char(unit.cell());
+            bytes += char(unit.row());
+        }
+    }
+    return random.bounded(4) == 0 ? bytes + "x" : bytes;
+}
+
+} // namespace
+
+void FileReadingTest::isAsAtOnceInUtf16()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    const Utf16Form form{ random.bounded(4) == 0, random.bounded(2) == 0 };
+    const QByteArray bytes = (form.hasMark ? "\xFF\xFE"_ba : QByteArray()) + unitsOfMany(random);
+    QVERIFY(m_folder.write(fileName, bytes));
+    QByteArray utf8 = utf8FromUtf16(bytes, form);
+    const ReturnCode returnCode = detectReturnCode(utf8, codesOfSilent.returnCode);
+    const RewrittenBytes rewritten = countRewritten(utf8, returnCode);
+    normalizeLineEnds(utf8, returnCode);
+    qint64 undecodable = 0;
+    const TextStore expected = utf8Codec().decode(utf8, LayoutRule(), &undecodable);
+
+    Taker taker{ LayoutRule() };
+    FileReading reading({ m_folder.path() + fileName, {}, codesOfSilent, form }, LayoutCopy(taker.store),
+        FileCalls::system(), randomSizes(random));
+    QCOMPARE(taker.take(reading, backwards), std::nullopt);
+    taker.store.checkInvariants();
+    QCOMPARE(taker.store.text(), expected.text());
+    QCOMPARE(taker.starts, 1);
+    QCOMPARE(reading.bytesDone(), bytes.size());
+    const ReadResult &result = reading.result();
+    QVERIFY(result.isUtf16);
+    QCOMPARE(result.codec, &utf8Codec());
+    QCOMPARE(result.codes.charCode, CharCode::Unicode);
+    QCOMPARE(result.codes.returnCode, returnCode);
+    QCOMPARE(result.findings.utf16, std::optional(form));
+    QCOMPARE(result.findings.fittingCode, std::nullopt);
+    QCOMPARE(result.findings.undecodableBytes, undecodable);
+    QCOMPARE(result.findings.rewritten.nul, rewritten.nul);
+    QCOMPARE(result.findings.rewritten.lf, rewritten.lf);
+    QCOMPARE(result.findings.rewritten.cr, rewritten.cr);
+    ContentHash content;
+    content.add(bytes);
+    QCOMPARE(result.version.content().value(), content.value());
+    QCOMPARE(result.version.stamp().size, bytes.size());
 }
 
 void FileReadingTest::cutsAreWhereBothSidesStandAlone_data()
