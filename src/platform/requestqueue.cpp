@@ -2,13 +2,18 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QScopedValueRollback>
 #include <QWidget>
 #include <QWindow>
 
+#include <chrono>
+
 RequestQueue::RequestQueue(QObject *parent)
     : QObject(parent)
 {
+    m_nextTurn.setSingleShot(true);
+    m_nextTurn.callOnTimeout(this, &RequestQueue::schedule);
 }
 
 void RequestQueue::setReceiver(QWidget *window)
@@ -68,13 +73,20 @@ void RequestQueue::schedule()
     QMetaObject::invokeMethod(this, &RequestQueue::deliver, Qt::QueuedConnection);
 }
 
+/// Those that come by the hundred let others have their turn in between.
 void RequestQueue::deliver()
 {
+    constexpr std::chrono::milliseconds longestTurn{ 8 };
+    const QDeadlineTimer end(longestTurn);
     m_scheduled = false;
     while (!m_requests.isEmpty() && isReady()) {
         const QScopedValueRollback delivering(m_delivering, true);
         give(m_requests.takeFirst());
+        if (end.hasExpired())
+            break;
     }
+    if (!m_requests.isEmpty())
+        m_nextTurn.start();
     stopWatching();
 }
 

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 class QWidget;
 
@@ -12,7 +13,8 @@ class QWidget;
 /// The window takes the launcher's in its slot `setDocument(QString)` and all others in
 /// `openRequested(FileRequest)`, called from the event loop, never from inside another call of the program:
 /// not while a modal dialog or a menu is open, not while held, not before the window has been on the screen:
-/// before that it has not the size that text may be laid out for. Each is delivered once. Whether the time
+/// before that it has not the size that text may be laid out for. Each is delivered once. After some
+/// milliseconds of them the event loop has a turn, and goes on with them then. Whether the time
 /// has come is looked at only while something waits, each time the event loop has been woken or is about to
 /// sleep.
 class RequestQueue : public QObject {
@@ -38,6 +40,7 @@ private:
 
     QPointer<QWidget> m_receiver;
     FileRequests m_requests;
+    QTimer m_nextTurn;
     bool m_wasOnScreen = false;
     bool m_held = false;
     bool m_scheduled = false;

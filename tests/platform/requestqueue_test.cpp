@@ -2,11 +2,13 @@
 #include "platform/toolkitstart.h"
 #include "tests/testprogram.h"
 
+#include <QDeadlineTimer>
 #include <QDialog>
 #include <QMenu>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -53,6 +55,7 @@ private slots:
     void request_beforeTheWindow_waits();
     void request_waitsForTheWindowOnTheScreen();
     void requests_keepTheirOrder();
+    void requests_thatTakeLong_letOthersHaveTheirTurn();
     void request_thatSaysMore_hasAnotherSlot();
     void request_isDeliveredFromTheEventLoop();
     void request_waitsForModalDialog_data();
@@ -100,6 +103,30 @@ void RequestQueueTest::requests_keepTheirOrder()
     }
     application()->request(u"/0"_s);
     QTRY_COMPARE(window.log, names + QStringList{ u"/0"_s });
+}
+
+/// What else is to be done waits for some of them at most.
+void RequestQueueTest::requests_thatTakeLong_letOthersHaveTheirTurn()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTRY_VERIFY(window.windowHandle()->isExposed());
+    constexpr int count = 20;
+    int turns = 0;
+    QTimer others;
+    others.callOnTimeout([&turns] { ++turns; });
+    QList<int> seen;
+    window.onDocument = [&] {
+        seen << turns;
+        const QDeadlineTimer end(10); // of work, longer than a turn of the queue
+        while (!end.hasExpired()) { }
+    };
+    for (int i = 0; i < count; ++i)
+        application()->request(QString::number(i));
+    others.start(0);
+    QTRY_COMPARE(window.log.size(), count);
+    for (int i = 1; i < count; ++i)
+        QVERIFY(seen.at(i) > seen.at(i - 1));
 }
 
 void RequestQueueTest::request_thatSaysMore_hasAnotherSlot()
