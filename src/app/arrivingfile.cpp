@@ -207,6 +207,7 @@ void ArrivingFile::end(End how)
     m_document.disconnect(this);
     m_taking.stop();
     m_waiting.clear();
+    m_aside = TextStore();
     m_notice.reset();
     m_telling.stop();
     m_document.setHeld(false);

@@ -4,6 +4,7 @@
 #include "document/utf16text.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace {
@@ -55,6 +56,32 @@ FileReading::FileReading(Request request, LayoutCopy layout, const FileCalls &ca
 FileReading::~FileReading() = default;
 
 FileReading::Step FileReading::step(const Spread &spread)
+{
+    try {
+        return makeStep(spread);
+    } catch (const std::bad_alloc &) {
+        giveBack();
+        return Step::Failed;
+    }
+}
+
+ReadFailure FileReading::failure() const
+{
+    return m_isTooLarge ? ReadFailure::TooLarge : *m_blocks.failure();
+}
+
+/// Whoever is told of it needs memory too.
+void FileReading::giveBack()
+{
+    m_isTooLarge = true;
+    m_part.reset();
+    m_block = {};
+    m_spare = {};
+    m_held = {};
+    m_workers.clear();
+}
+
+FileReading::Step FileReading::makeStep(const Spread &spread)
 {
     m_part.reset();
     takeLayout();

@@ -69,7 +69,7 @@ public:
     qint64 bytesDone() const { return m_bytesDone; }
     qint64 bytesInAll() const { return m_blocks.expectedSize(); }
     /// After Failed.
-    ReadFailure failure() const { return *m_blocks.failure(); }
+    ReadFailure failure() const;
     /// After Done.
     const ReadResult &result() const { return m_result; }
 
@@ -84,6 +84,8 @@ private:
         qint64 undecodable = 0;
     };
 
+    Step makeStep(const Spread &spread);
+    void giveBack();
     bool readFirst();
     bool settleCode();
     bool startOver();
@@ -105,6 +107,7 @@ private:
     QByteArray m_spare; ///< has room for another one
     FileCodes m_codes;
     bool m_isOpen = false;
+    bool m_isTooLarge = false; ///< the memory has not sufficed
     bool m_isDecodedAscii = true; ///< all that was decoded
     qint64 m_bytesDone = 0;
     QByteArray m_held; ///< of a code that is decoded whole

@@ -2,6 +2,8 @@
 
 #include "jobs/jobrunner.h"
 
+#include <new>
+
 JobWork::~JobWork() = default;
 
 void JobWork::giveUp() { }
@@ -30,7 +32,7 @@ std::optional<JobOutcome> JobRun::makeStep()
         m_work->giveUp();
         return JobOutcome::Stopped;
     }
-    switch (m_work->step(*this)) {
+    switch (tryStep()) {
     case JobWork::Step::More:
         return std::nullopt;
     case JobWork::Step::Done:
@@ -39,6 +41,17 @@ std::optional<JobOutcome> JobRun::makeStep()
         return JobOutcome::Failed;
     }
     Q_UNREACHABLE();
+}
+
+/// Too little memory is a failure of this job alone.
+JobWork::Step JobRun::tryStep()
+{
+    try {
+        return m_work->step(*this);
+    } catch (const std::bad_alloc &) {
+        m_work->giveUp();
+        return JobWork::Step::Failed;
+    }
 }
 
 void JobRun::tellProgress(JobProgress progress)

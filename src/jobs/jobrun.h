@@ -46,6 +46,7 @@ private:
     int threads() const override;
     void spread(int count, const std::function<void(int)> &part) override;
     std::optional<JobOutcome> makeStep();
+    JobWork::Step tryStep();
 
     JobRunner &m_runner;
     Listener *m_listener; ///< of the window's thread alone

@@ -46,9 +46,10 @@ public:
     enum class Step { More, Done, Failed };
 
     virtual ~JobWork();
-    /// Where it is stopped in the middle of a step it returns More, soon.
+    /// Where it is stopped in the middle of a step it returns More, soon. One that throws for want of memory
+    /// is given up, and the job has failed.
     virtual Step step(JobTurn &turn) = 0;
-    /// It was stopped: called instead of further steps, for what should not wait for the destructor because
-    /// it takes long.
+    /// It was stopped or has thrown: called instead of further steps, for what should not wait for the
+    /// destructor because it takes long.
     virtual void giveUp();
 };

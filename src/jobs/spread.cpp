@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <exception>
 #include <memory>
 #include <mutex>
 
@@ -27,9 +28,13 @@ public:
             const int number = m_next++;
             ++m_beingMade;
             lock.unlock();
-            m_part(number);
+            const std::exception_ptr failure = tried(number);
             lock.lock();
             --m_beingMade;
+            if (failure) {
+                m_failure = failure;
+                m_next = m_count; // the others would be in vain
+            }
         }
         if (m_beingMade == 0)
             m_areMade.notify_all();
@@ -39,15 +44,29 @@ public:
     {
         std::unique_lock lock(m_mutex);
         m_areMade.wait(lock, [this] { return m_beingMade == 0; });
+        if (m_failure)
+            std::rethrow_exception(m_failure);
     }
 
 private:
+    /// What it has thrown.
+    std::exception_ptr tried(int number) const
+    {
+        try {
+            m_part(number);
+        } catch (...) {
+            return std::current_exception();
+        }
+        return {};
+    }
+
     const int m_count;
     const std::function<void(int)> &m_part; ///< lives while there are parts to be made
     std::mutex m_mutex; ///< for what follows
     std::condition_variable m_areMade;
     int m_next = 0;
     int m_beingMade = 0;
+    std::exception_ptr m_failure;
 };
 
 } // namespace

@@ -7,6 +7,7 @@ using Spread = std::function<void(int count, const std::function<void(int)> &par
 
 /// Such a one: by this thread and up to `helpers` others, which `post` gives what they are to do. Parts that
 /// nobody has begun when this thread comes to them are its own, so that it never waits for a busy helper.
+/// What a part throws is thrown here when the others have returned; parts that were not begun are left.
 void spreadOver(int helpers, const std::function<void(std::function<void()>)> &post, int count,
     const std::function<void(int)> &part);
 /// By this thread alone.

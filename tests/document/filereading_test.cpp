@@ -120,6 +120,8 @@ private slots:
     void startsOverWhereTheCodeIsAnother();
     void unknownWidthsAreMeasuredAtTheEnd();
     void everyReadMayFail();
+    void memoryMayNotSuffice_data();
+    void memoryMayNotSuffice();
     void everyReadMayBeShort();
     void takesWhatAFileHasGot();
     void longFileIsNeverHeldWhole();
@@ -339,6 +341,31 @@ void FileReadingTest::unknownWidthsAreMeasuredAtTheEnd()
     FileReading again({ m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(store));
     QCOMPARE(again.step(), FileReading::Step::Done);
     QVERIFY(again.takePart()->isMeasured);
+}
+
+void FileReadingTest::memoryMayNotSuffice_data()
+{
+    QTest::addColumn<int>("step");
+    for (const int step : { 1, 2, 5 })
+        QTest::addRow("step %d", step) << step;
+}
+
+/// In some thread, in the middle of a step.
+void FileReadingTest::memoryMayNotSuffice()
+{
+    QFETCH(int, step);
+    QVERIFY(m_folder.write(fileName, QByteArray("a line\n").repeated(1000)));
+    Taker taker{ LayoutRule() };
+    FileReading reading({ m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(taker.store),
+        FileCalls::system(), { 100, 100, 20 });
+    const Spread failing = [&step](int count, const std::function<void(int)> &part) {
+        const bool isLast = --step == 0;
+        makeOneByOne(isLast ? count - 1 : count, part);
+        if (isLast)
+            throw std::bad_alloc();
+    };
+    QCOMPARE(taker.take(reading, failing), std::optional(ReadFailure::TooLarge));
+    QVERIFY(!reading.takePart());
 }
 
 void FileReadingTest::everyReadMayFail()

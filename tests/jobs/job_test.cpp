@@ -6,6 +6,8 @@
 
 #include <QSignalSpy>
 
+#include <new>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -40,6 +42,7 @@ private slots:
     void stopsAfterAnyStep();
     void whatIsDoneIsDone();
     void failsInTheMiddle();
+    void failsForWantOfMemory();
     void theWorkLivesAsLongAsTheJob();
     void givenUpAfterAnyStep_data();
     void givenUpAfterAnyStep();
@@ -198,6 +201,23 @@ void JobTest::failsInTheMiddle()
     QCOMPARE(runner.runAll(), 2);
     QCOMPARE(told.last(), u"failed"_s);
     QVERIFY(!life.isGivenUp);
+}
+
+void JobTest::failsForWantOfMemory()
+{
+    struct Hungry : JobWork {
+        Step step(JobTurn &) override { throw std::bad_alloc(); }
+        void giveUp() override { isGivenUp = true; }
+        bool isGivenUp = false;
+    };
+    SteppedRunner runner;
+    auto work = std::make_unique<Hungry>();
+    const Hungry &hungry = *work;
+    Job job(std::move(work), runner);
+    QSignalSpy finished(&job, &Job::finished);
+    QCOMPARE(runner.runAll(), 1);
+    QCOMPARE(finished.takeFirst().first().value<JobOutcome>(), JobOutcome::Failed);
+    QVERIFY(hungry.isGivenUp);
 }
 
 void JobTest::theWorkLivesAsLongAsTheJob()
