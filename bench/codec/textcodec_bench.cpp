@@ -3,11 +3,8 @@
 #include "codec/codecs.h"
 #include "document/detection.h"
 #include "document/lineends.h"
-#include "files/readfile.h"
 
 #include <benchmark/benchmark.h>
-
-#include <QTemporaryFile>
 
 #include <iconv.h>
 
@@ -176,23 +173,6 @@ void normalize(benchmark::State &state, ReturnCode returnCode)
     setBytes(state, bytes.size());
 }
 
-void readFile(benchmark::State &state)
-{
-    constexpr qsizetype size = qsizetype{ 1 } << 30;
-    QTemporaryFile file;
-    if (!file.open() || file.write(QByteArray(size, 'a')) != size || !file.flush()) {
-        state.SkipWithError("no room for the file");
-        return;
-    }
-    for (auto _ : state) {
-        QByteArray bytes;
-        FileVersion version;
-        readWholeFile(file.fileName(), bytes, version);
-        benchmark::DoNotOptimize(bytes.constData());
-    }
-    setBytes(state, size);
-}
-
 using Body = void (*)(benchmark::State &, Code);
 
 void addForEachCode(const char *name, Body body)
@@ -220,6 +200,5 @@ BENCHMARK(detectLineEnd)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(normalize, CrLf, ReturnCode::CrLf)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(normalize, Cr, ReturnCode::Cr)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(normalize, Lf, ReturnCode::Lf)->Unit(benchmark::kMillisecond);
-BENCHMARK(readFile)->Unit(benchmark::kMillisecond);
 
 } // namespace

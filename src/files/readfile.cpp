@@ -31,7 +31,7 @@ Failure refusal(const struct stat &status)
 }
 
 /// Reads from an offset to the end, also of a file that has become shorter or longer meanwhile.
-Failure readToEnd(const FileReader &file, qint64 from, QByteArray &bytes, ContentHash &content)
+Failure readToEnd(const FileReader &file, qint64 from, QByteArray &bytes)
 {
     constexpr qint64 blockSize = qint64{ 1 } << 20;
     constexpr qint64 leastRoom = 65536;
@@ -47,23 +47,10 @@ Failure readToEnd(const FileReader &file, qint64 from, QByteArray &bytes, Conten
             return ReadFailure::BrokenOff;
         if (*count == 0)
             break;
-        content.add(QByteArrayView(bytes).sliced(reached, *count));
         reached += *count;
     }
     bytes.truncate(reached);
     return {};
-}
-
-Failure readFile(const FileCalls &calls, const QString &name, qint64 from, QByteArray &bytes,
-    FileStamp &stamp, ContentHash &content)
-{
-    FileReader file(calls);
-    if (const Failure failure = file.open(name))
-        return failure;
-    const Failure failure = readToEnd(file, from, bytes, content);
-    stamp = file.stamp();
-    stamp.size = from + bytes.size();
-    return failure;
 }
 
 } // namespace
@@ -109,27 +96,17 @@ std::optional<qint64> FileReader::read(char *to, qint64 size, qint64 offset) con
     return count < 0 ? std::nullopt : std::optional<qint64>(count);
 }
 
-std::optional<ReadFailure> readWholeFile(
-    const QString &fileName, QByteArray &bytes, FileVersion &version, const FileCalls &calls)
-{
-    QByteArray read;
-    FileStamp stamp;
-    ContentHash content;
-    const Failure failure = readFile(calls, fileName, 0, read, stamp, content);
-    if (failure)
-        return failure;
-    bytes = std::move(read);
-    version = FileVersion(stamp, content);
-    return std::nullopt;
-}
-
 std::optional<ReadFailure> readFileFrom(
     const QString &fileName, qint64 from, QByteArray &bytes, FileStamp &stamp, const FileCalls &calls)
 {
+    FileReader file(calls);
+    if (const Failure failure = file.open(fileName))
+        return failure;
     QByteArray read;
-    ContentHash content;
-    const Failure failure = readFile(calls, fileName, from, read, stamp, content);
-    if (!failure)
-        bytes = std::move(read);
-    return failure;
+    if (const Failure failure = readToEnd(file, from, read))
+        return failure;
+    stamp = file.stamp();
+    stamp.size = from + read.size();
+    bytes = std::move(read);
+    return std::nullopt;
 }

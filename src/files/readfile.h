@@ -46,13 +46,10 @@ private:
     FileStamp m_stamp;
 };
 
-/// Reads a whole file, and says what it was then; nothing when all is well, else why not, with `bytes` as
-/// they were. A folder, a pipe or a device is refused without being opened; a file of size 0 gives an empty
-/// array without being opened either; a file that becomes shorter or longer while it is read is taken as far
-/// as it goes; a read error is an error, not an end of file. File names may hold any bytes, see
-/// files/filename.h. Cost: memory speed.
-std::optional<ReadFailure> readWholeFile(const QString &fileName, QByteArray &bytes, FileVersion &version,
-    const FileCalls &calls = FileCalls::system());
-/// The same from an offset on; `stamp` is of the file as it was before, with the size that was read.
+/// Reads a file from an offset on; nothing when all is well, else why not, with `bytes` as they were. `stamp`
+/// is of the file as it was before, with the size that was read. A folder, a pipe or a device is refused
+/// without being opened; a file of size 0 gives an empty array without being opened either; a file that
+/// becomes shorter or longer while it is read is taken as far as it goes; a read error is an error, not an
+/// end of file. File names may hold any bytes, see files/filename.h. Cost: memory speed.
 std::optional<ReadFailure> readFileFrom(const QString &fileName, qint64 from, QByteArray &bytes,
     FileStamp &stamp, const FileCalls &calls = FileCalls::system());

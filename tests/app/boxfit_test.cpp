@@ -134,8 +134,8 @@ auto unreadableFile(const FileCalls &calls, const char *path)
 {
     return [calls, path](TestWindow &window, const TestFiles &) {
         QByteArray bytes;
-        FileVersion version;
-        if (const auto failure = readWholeFile(QString::fromLatin1(path), bytes, version, calls))
+        FileStamp stamp;
+        if (const auto failure = readFileFrom(QString::fromLatin1(path), 0, bytes, stamp, calls))
             tellReadFailure(&window, *failure);
     };
 }

@@ -44,9 +44,11 @@ private:
     FileVersion read() const
     {
         QByteArray bytes;
-        FileVersion version;
-        readWholeFile(QFile::decodeName(m_name), bytes, version);
-        return version;
+        FileStamp stamp;
+        readFileFrom(QFile::decodeName(m_name), 0, bytes, stamp);
+        ContentHash content;
+        content.add(bytes);
+        return { stamp, content };
     }
     /// As if it had been written long ago.
     void age(const QByteArray &name) const

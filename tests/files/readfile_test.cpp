@@ -44,8 +44,8 @@ const QByteArray untouched = QByteArrayLiteral("untouched");
 
 Failure readAllOf(const QString &fileName, QByteArray &bytes, const FileCalls &calls = FileCalls::system())
 {
-    FileVersion version;
-    return readWholeFile(fileName, bytes, version, calls);
+    FileStamp stamp;
+    return readFileFrom(fileName, 0, bytes, stamp, calls);
 }
 
 } // namespace
