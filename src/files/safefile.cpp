@@ -88,19 +88,19 @@ bool SafeFile::isCopyWanted() const
 bool SafeFile::stage()
 {
     const QByteArrayView fileName = QByteArrayView(m_target).sliced(m_target.lastIndexOf('/') + 1);
-    m_staged = createOwnFile(m_calls, stagedPrefix(m_folder, fileName), &m_stagedName);
-    if (m_staged != -1)
+    m_staged.fd = createOwnFile(m_calls, stagedPrefix(m_folder, fileName), &m_staged.name);
+    if (m_staged.fd != -1)
         return true;
     if (m_old.fd == -1 || !isRefusal(errno) || !makePrivateFolder(m_calls, stateFolder()))
         return false;
-    m_stagedBeside = false;
-    m_staged = createOwnFile(m_calls, stagedPrefix(stateFolder(), fileName), &m_stagedName);
-    return m_staged != -1;
+    m_staged.isBeside = false;
+    m_staged.fd = createOwnFile(m_calls, stagedPrefix(stateFolder(), fileName), &m_staged.name);
+    return m_staged.fd != -1;
 }
 
 bool SafeFile::write(QByteArrayView bytes)
 {
-    if (m_staged == -1)
+    if (m_staged.fd == -1)
         return false;
     m_buffer.append(bytes);
     return m_buffer.size() < copiedBlock || flush();
@@ -108,8 +108,8 @@ bool SafeFile::write(QByteArrayView bytes)
 
 bool SafeFile::flush()
 {
-    const bool written = writeAt(m_calls, m_staged, m_buffer, m_size);
-    m_size += m_buffer.size();
+    const bool written = writeAt(m_calls, m_staged.fd, m_buffer, m_staged.size);
+    m_staged.size += m_buffer.size();
     m_content.add(m_buffer);
     m_buffer.resize(0);
     if (!written)
@@ -119,18 +119,18 @@ bool SafeFile::flush()
 
 bool SafeFile::commit()
 {
-    const bool isReady = m_staged != -1 && flush() && examineAgain();
+    const bool isReady = m_staged.fd != -1 && flush() && examineAgain();
     const bool keepsCopy = isCopyWanted();
     if (!isReady || (keepsCopy && !m_copy.make(m_target))) {
         discard();
         return false;
     }
-    const bool mayReplace = !hasOld() || (m_stagedBeside && !m_old.hasOtherNames);
+    const bool mayReplace = !hasOld() || (m_staged.isBeside && !m_old.hasOtherNames);
     const Outcome outcome = mayReplace && giveAttributes() ? replace() : Outcome::NotPossible;
     const bool done =
         outcome == Outcome::Done || (outcome == Outcome::NotPossible && hasOld() && overwrite());
     if (done)
-        noteVersion(outcome == Outcome::Done ? m_staged : m_old.fd);
+        noteVersion(outcome == Outcome::Done ? m_staged.fd : m_old.fd);
     if (done && keepsCopy)
         m_keptCopy = m_copy.keep();
     discard();
@@ -139,7 +139,7 @@ bool SafeFile::commit()
 
 bool SafeFile::giveAttributes()
 {
-    if (m_old.fd != -1 && copyAttributes(m_calls, m_old.fd, m_staged))
+    if (m_old.fd != -1 && copyAttributes(m_calls, m_old.fd, m_staged.fd))
         return true;
     if (hasOld())
         return false;
@@ -148,16 +148,16 @@ bool SafeFile::giveAttributes()
     int folder = m_calls.open(m_folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     const mode_t mode = modeOfNewFile(m_calls, folder);
     closeFile(&folder);
-    return retried([&] { return m_calls.fchmod(m_staged, mode); }) == 0;
+    return retried([&] { return m_calls.fchmod(m_staged.fd, mode); }) == 0;
 }
 
 SafeFile::Outcome SafeFile::replace()
 {
-    if (retried([&] { return m_calls.fsync(m_staged); }) != 0)
+    if (retried([&] { return m_calls.fsync(m_staged.fd); }) != 0)
         return Outcome::Failed;
-    if (m_calls.rename(m_stagedName.constData(), m_target.constData()) != 0)
+    if (m_calls.rename(m_staged.name.constData(), m_target.constData()) != 0)
         return isRefusal(errno) ? Outcome::NotPossible : Outcome::Failed;
-    m_stagedName.clear();
+    m_staged.name.clear();
     // The new file has its name by now and there is nothing to take back.
     syncFolder(m_calls, m_folder);
     return Outcome::Done;
@@ -168,7 +168,7 @@ bool SafeFile::overwrite()
     if (!m_copy.isMade() && !m_copy.make(m_target))
         return false;
     const EndOrder::Delay delay; // the file is neither the old nor the new one meanwhile
-    const bool written = copyOver(m_staged, m_size);
+    const bool written = copyOver(m_staged.fd, m_staged.size);
     if (!written && !copyOver(m_copy.fd(), m_copy.size()))
         m_keptCopy = m_copy.leave();
     return written;
@@ -209,10 +209,10 @@ void SafeFile::closeFile(int *fd)
 
 void SafeFile::discard()
 {
-    closeFile(&m_staged);
+    closeFile(&m_staged.fd);
     closeFile(&m_old.fd);
-    if (!m_stagedName.isEmpty())
-        m_calls.unlink(m_stagedName.constData());
-    m_stagedName.clear();
+    if (!m_staged.name.isEmpty())
+        m_calls.unlink(m_staged.name.constData());
+    m_staged.name.clear();
     m_copy.remove();
 }

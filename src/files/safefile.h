@@ -87,10 +87,12 @@ private:
     bool m_keepsOld = false;
     std::optional<FileStamp> m_expected;
     bool m_isPrivate = false;
-    QByteArray m_stagedName;
-    bool m_stagedBeside = true;
-    int m_staged = -1;
-    off_t m_size = 0; ///< bytes in the staged file
+    struct Staged {
+        QByteArray name;
+        bool isBeside = true;
+        int fd = -1;
+        off_t size = 0; ///< bytes in it
+    } m_staged;
     QByteArray m_buffer;
     ContentHash m_content; ///< of what is in the staged file
     FileVersion m_version;
