@@ -133,7 +133,7 @@ qsizetype CommandLine::awaited() const
     return std::ranges::count(m_requests, false, &FileRequest::isRecent);
 }
 
-void CommandLine::takeOption(QByteArray word)
+void CommandLine::takeOption(const QByteArray &word)
 {
     constexpr QByteArrayView charset("--charset=");
     if (word == "--help")

@@ -37,7 +37,7 @@ public:
     static QString helpText();
 
 private:
-    void takeOption(QByteArray word);
+    void takeOption(const QByteArray &word);
     void takeOperand(const QByteArray &word);
     void takePlace(const QByteArray &word);
     void takeCharset(const QByteArray &name);
