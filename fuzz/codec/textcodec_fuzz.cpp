@@ -6,6 +6,7 @@
 #include "tests/codec/shorttexts.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/text/tinynodes.h"
+#include "text/textlayout.h"
 #include "text/undohistory.h"
 
 using namespace Qt::StringLiterals;
@@ -44,7 +45,7 @@ bool cutsPair(const TextStore &store, qint64 offset)
 /// What a part of the text was read from, in codes whose characters have the same bytes everywhere.
 QByteArray partOf(const TextCodec &codec, const TextStore &store, qint64 from, qint64 units)
 {
-    TextStore part({}, store.nodeSizes());
+    TextStore part({}, store.layout().sizes());
     part.insert({}, store.piece(Offset(from), units));
     return storedBytes(codec, part);
 }

@@ -7,6 +7,7 @@
 #include "files/byteescape.h"
 #include "files/endorder.h"
 #include "files/filename.h"
+#include "text/textlayout.h"
 
 TextDocument::TextDocument(FileCodes codes, const FileCalls &calls)
     : m_file(calls)
@@ -75,7 +76,7 @@ std::optional<ReadFailure> TextDocument::readUtf16(
 
 std::optional<ReadFailure> TextDocument::read(const FileReading::Request &request, TextStore &text)
 {
-    TextStore fresh(store().layoutRule(), store().nodeSizes());
+    TextStore fresh(store().layoutRule(), store().layout().sizes());
     FileReading reading(request, LayoutCopy(fresh), m_calls);
     for (auto step = FileReading::Step::More; step == FileReading::Step::More;) {
         EndOrder::obeyIfGiven();
@@ -84,7 +85,7 @@ std::optional<ReadFailure> TextDocument::read(const FileReading::Request &reques
             return reading.failure();
         auto part = reading.takePart();
         if (part && part->startsOver)
-            fresh = TextStore(store().layoutRule(), store().nodeSizes());
+            fresh = TextStore(store().layoutRule(), store().layout().sizes());
         if (part)
             fresh.append(std::move(part->text));
         if (part && (part->startsOver || !part->isMeasured))

@@ -88,7 +88,7 @@ QString ctlEditer::rowNumber(RowIndex row) const
     const Offset start = store().row(row).start;
     if (start > Offset() && store().at(start - 1) != u'\n')
         return {};
-    const qint64 number = store().lineOfRow(row).value() + 1;
+    const qint64 number = lineOfRow(store(), row).value() + 1;
     return QString::number(number).rightJustified(rowNumberDigits).right(rowNumberDigits);
 }
 

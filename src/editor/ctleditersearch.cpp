@@ -37,7 +37,7 @@ bool ctlEditer::search(SearchDirection direction, int mode, bool caseSensitive, 
 void ctlEditer::jumpToLine(qint64 number)
 {
     if (number >= 1 && number <= store().lineCount())
-        setCursorPosition({ store().rowOfLine(LineIndex(number - 1)), 0 });
+        setCursorPosition({ rowOfLine(store(), LineIndex(number - 1)), 0 });
 }
 
 void ctlEditer::jumpTo(qint64 line, qint64 column)

@@ -1,6 +1,7 @@
 #include "recovery/journalplay.h"
 
 #include "recovery/journaledit.h"
+#include "text/textlayout.h"
 
 #include <utility>
 #include <vector>
@@ -139,7 +140,7 @@ private:
     TextStore::Builder &builder()
     {
         if (!m_builder)
-            m_builder.emplace(m_store.layoutRule(), m_store.nodeSizes());
+            m_builder.emplace(m_store.layoutRule(), m_store.layout().sizes());
         return *m_builder;
     }
     void endText()

@@ -1,12 +1,26 @@
 #include "text/textsearch.h"
 
+#include "text/graphemes.h"
+#include "text/textlayout.h"
+
 namespace {
+
+/// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it: O(length).
+bool fitsInRow(const TextStore &store, Offset offset, qint64 length)
+{
+    if (!store.layout().wraps())
+        return true;
+    const Offset behind = offset + length;
+    const bool isWhole = length == 0 || behind == store.end()
+        || (standsAlone(store.at(behind - 1)) && standsAlone(store.at(behind)));
+    return isWhole && store.layout().isWithinLimit(store.text(offset, length));
+}
 
 /// Where the selection of a hit that begins there ends.
 CursorPlace hitEnd(const TextStore &store, CursorPlace begin, qint64 length)
 {
     const Offset end = begin.offset + length;
-    if (store.fitsInRow(begin.offset, length))
+    if (fitsInRow(store, begin.offset, length))
         return { end, true };
     const RowIndex below = store.rowColAt(begin).row + 1;
     return { below <= store.lastRow() ? qMin(end, store.row(below).end()) : end, true };
@@ -15,7 +29,7 @@ CursorPlace hitEnd(const TextStore &store, CursorPlace begin, qint64 length)
 /// Where the selection of a hit that really begins at `hit` begins.
 CursorPlace hitBegin(const TextStore &store, Offset hit, CursorPlace end)
 {
-    if (store.fitsInRow(hit, end.offset - hit))
+    if (fitsInRow(store, hit, end.offset - hit))
         return { hit };
     const RowIndex lastRow = store.rowColAt(end).row;
     if (store.rowColAt(hit).row == lastRow)

@@ -1,6 +1,7 @@
 #include "text/textstore.h"
 
 #include "text/graphemes.h"
+#include "text/layoutchange.h"
 #include "text/layoutcopy.h"
 #include "text/leafchunk.h"
 #include "text/openleaf.h"
@@ -171,11 +172,6 @@ Subpixels TextStore::widestRow() const
     return d->layout.wraps() ? qMin(widest, qMax<Subpixels>(d->layout.limit(), summary.widestUnit)) : widest;
 }
 
-const NodeSizes &TextStore::nodeSizes() const
-{
-    return d->layout.sizes();
-}
-
 const LayoutRule &TextStore::layoutRule() const
 {
     return d->layout.rule();
@@ -189,6 +185,17 @@ const TextLayout &TextStore::layout() const
 void TextStore::setLayoutRule(const LayoutRule &rule)
 {
     d->setLayout(rule);
+}
+
+bool TextStore::setLayout(LayoutChange &change, QDeadlineTimer end)
+{
+    Q_ASSERT(change.layout().sizes() == d->layout.sizes());
+    if (!change.measure(d->tree(), end))
+        return false;
+    d->setTree(change.twinOf(d->tree()));
+    d->layout = change.layout();
+    d->last = {};
+    return true;
 }
 
 char16_t TextStore::at(Offset offset) const
@@ -267,10 +274,11 @@ TextPiece TextStore::piece(Offset offset, qint64 length) const
         return {};
     Offset start;
     if (const TextLeaf &leaf = d->leafAt(offset, length, start); offset + length <= start + leaf.size)
-        return TextPiece(leaf.part(offset - start, length), nodeSizes());
+        return TextPiece(leaf.part(offset - start, length), d->layout.sizes());
     TextTree shared = d->tree();
     auto [before, rest] = split(std::move(shared), offset, d->layout);
-    return TextPiece(std::move(split(std::move(rest), Offset(length), d->layout).first.node), nodeSizes());
+    return TextPiece(
+        std::move(split(std::move(rest), Offset(length), d->layout).first.node), d->layout.sizes());
 }
 
 void TextStore::insert(Offset offset, const TextPiece &piece)
@@ -278,13 +286,13 @@ void TextStore::insert(Offset offset, const TextPiece &piece)
     Q_ASSERT(d->isInside(offset));
     if (piece.isPlainText())
         return replace(offset, 0, piece.text());
-    Q_ASSERT(piece.m_sizes == nodeSizes());
+    Q_ASSERT(piece.m_sizes == d->layout.sizes());
     d->put(offset, 0, treeUnder(piece.m_root, d->layout));
 }
 
 void TextStore::append(TextStore &&other)
 {
-    Q_ASSERT(other.nodeSizes() == nodeSizes());
+    Q_ASSERT(other.d->layout.sizes() == d->layout.sizes());
     TextTree behind = other.d->tree();
     other.d->setTree({});
     d->endSpelling = std::exchange(other.d->endSpelling, {});
@@ -339,16 +347,6 @@ CursorPlace TextStore::placeAt(RowCol position) const
     return { found.start + position.column, position.column == found.length && !found.endsLine };
 }
 
-bool TextStore::fitsInRow(Offset offset, qint64 length) const
-{
-    if (!d->layout.wraps())
-        return true;
-    const Offset behind = offset + length;
-    const bool isWhole =
-        length == 0 || behind == end() || (standsAlone(at(behind - 1)) && standsAlone(at(behind)));
-    return isWhole && d->layout.isWithinLimit(text(offset, length));
-}
-
 LineIndex TextStore::lineAt(Offset offset) const
 {
     Q_ASSERT(d->isInside(offset));
@@ -364,17 +362,6 @@ Offset TextStore::lineStart(LineIndex line) const
 Offset TextStore::lineEnd(LineIndex line) const
 {
     return line < lastLine() ? lineStart(line + 1) - 1 : end();
-}
-
-RowIndex TextStore::rowOfLine(LineIndex line) const
-{
-    return d->layout.wraps() ? rowColAt(lineStart(line)).row : RowIndex(line.value());
-}
-
-LineIndex TextStore::lineOfRow(RowIndex row) const
-{
-    Q_ASSERT(row >= RowIndex() && row <= lastRow());
-    return d->layout.wraps() ? lineAt(d->rowStart(row)) : LineIndex(row.value());
 }
 
 Subpixels TextStore::xAt(RowCol position) const
@@ -396,6 +383,17 @@ void TextStore::checkInvariants() const
     [[maybe_unused]] const qint64 before = length();
     checkTree(d->tree(), d->layout);
     Q_ASSERT(length() == before);
+}
+
+RowIndex rowOfLine(const TextStore &store, LineIndex line)
+{
+    return store.layout().wraps() ? store.rowColAt(store.lineStart(line)).row : RowIndex(line.value());
+}
+
+LineIndex lineOfRow(const TextStore &store, RowIndex row)
+{
+    Q_ASSERT(row >= RowIndex() && row <= store.lastRow());
+    return store.layout().wraps() ? store.lineAt(store.row(row).start) : LineIndex(row.value());
 }
 
 class TextStore::Builder::Private {

@@ -6,6 +6,7 @@
 #include "text/units.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QString>
 #include <QStringView>
 
@@ -50,6 +51,7 @@ struct TextChunk {
 };
 
 struct TextTree;
+class LayoutChange;
 class LayoutCopy;
 class TextLayout;
 class TextPiece;
@@ -96,13 +98,15 @@ public:
     /// character if that is wider.
     Subpixels widestRow() const;
 
-    const NodeSizes &nodeSizes() const;
     const LayoutRule &layoutRule() const;
     /// For whoever builds trees that are to be laid out like this one.
     const TextLayout &layout() const;
     /// Lays the whole text out anew, also for a rule equal to the one before (its advances may have changed):
     /// O(n), the one operation that is.
     void setLayoutRule(const LayoutRule &rule);
+    /// Goes on measuring for so long. True: all is measured, and the text is laid out anew; `change`, of
+    /// nodes of this store's sizes, is not needed any more.
+    bool setLayout(LayoutChange &change, QDeadlineTimer end);
 
     char16_t at(Offset offset) const;
     QString text(Offset offset, qint64 length) const;
@@ -145,17 +149,11 @@ public:
     RowCol rowColAt(CursorPlace place) const;
     /// `position.column` may be 0..length of the row, which end means the row's own.
     CursorPlace placeAt(RowCol position) const;
-    /// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it: O(length).
-    bool fitsInRow(Offset offset, qint64 length) const;
     LineIndex lineAt(Offset offset) const;
     LineIndex lastLine() const { return LineIndex(lineCount() - 1); }
     Offset lineStart(LineIndex line) const;
     /// Behind the line's last unit, its LF not counted.
     Offset lineEnd(LineIndex line) const;
-    /// Row on which a logical line begins.
-    RowIndex rowOfLine(LineIndex line) const;
-    /// Logical line that a row is part of: the count of rows above it that end a line.
-    LineIndex lineOfRow(RowIndex row) const;
 
     /// Distance from the row's start to `position`, tabs expanded; O(log n) also in a row of 100 million
     /// units.
@@ -173,6 +171,11 @@ private:
     std::unique_ptr<Private> d;
     friend class Builder;
 };
+
+/// Row on which a logical line begins.
+RowIndex rowOfLine(const TextStore &store, LineIndex line);
+/// Logical line that a row is part of: the count of rows above it that end a line.
+LineIndex lineOfRow(const TextStore &store, RowIndex row);
 
 /// Text cut out of a store or shared with it, with its spellings, as compact as the store keeps it. Like
 /// stores, pieces of one text all belong to one thread.

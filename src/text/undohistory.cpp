@@ -1,4 +1,5 @@
 #include "text/undohistory.h"
+#include "text/textlayout.h"
 
 #include <QVarLengthArray>
 
@@ -323,7 +324,7 @@ void UndoHistory::replace(
     }
     d->startEdit(store);
     TextPiece gone = store.exchange(offset, removed, inserted);
-    d->recordEdit(offset, std::move(gone), TextPiece(inserted, store.nodeSizes()), joining);
+    d->recordEdit(offset, std::move(gone), TextPiece(inserted, store.layout().sizes()), joining);
 }
 
 void UndoHistory::replace(

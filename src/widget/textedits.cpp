@@ -147,7 +147,7 @@ void TextEdits::updateDamage()
     RowIndex last = m_store.lastRow() + 1 + m_view.visibleRows();
     if (m_store.rowCount() == m_damage.rowsBefore && m_store.lineCount() == m_damage.linesBefore) {
         const LineIndex line = m_store.lineAt(change.offset + change.inserted);
-        last = line < m_store.lastLine() ? m_store.rowOfLine(line + 1) - 1 : m_store.lastRow();
+        last = line < m_store.lastLine() ? rowOfLine(m_store, line + 1) - 1 : m_store.lastRow();
     }
     m_updates.updateRows(first, last);
 }

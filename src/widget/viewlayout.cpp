@@ -2,17 +2,27 @@
 
 #include "document/editabletext.h"
 #include "widget/cursorfollowers.h"
-#include "widget/rowformat.h"
 #include "widget/rowupdates.h"
 #include "widget/textcursor.h"
 #include "widget/textview.h"
 #include "widget/viewscroller.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QEvent>
 #include <QWidget>
 
+#include <chrono>
 #include <utility>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// The event loop is not kept for longer while there is more to measure.
+constexpr auto longestTurn = 8ms;
+
+} // namespace
 
 ViewLayout::ViewLayout(QWidget &editor, EditableText &document, RowFormat &format, TextCursor &cursor,
     TextView &view, RowUpdates &updates, ViewScroller &scroller, CursorFollowers &followers)
@@ -25,6 +35,7 @@ ViewLayout::ViewLayout(QWidget &editor, EditableText &document, RowFormat &forma
     , m_scroller(scroller)
     , m_followers(followers)
 {
+    m_turns.callOnTimeout([this] { goOn(); });
 }
 
 void ViewLayout::setStale()
@@ -37,24 +48,81 @@ void ViewLayout::update()
 {
     if (!std::exchange(m_isStale, false))
         return;
-    // The old measure holds the widths that the text is laid out by until the new rule is set.
-    const auto old = m_format.setFont(m_editor.font(), m_editor.devicePixelRatioF());
-    if (const LayoutRule rule = m_format.layoutRule(); rule != m_document.store().layoutRule())
-        layOut(rule);
-    else
-        m_scroller.updateBars();
+    RowFormat format = m_format;
+    const auto old = format.setFont(m_editor.font(), m_editor.devicePixelRatioF());
+    const bool isLaidOut = format.layoutRule() == m_document.store().layoutRule();
+    if (!isLaidOut && canWaitFor(format)) {
+        beginChange(format);
+    } else {
+        m_wanted.reset();
+        layOut(format);
+    }
     m_updates.updateAll();
     m_followers.tellInputMethod();
 }
 
-void ViewLayout::layOut(const LayoutRule &rule)
+/// The rows of before can go on being shown where they were shown, and in the same device pixels.
+bool ViewLayout::canWaitFor(const RowFormat &format) const
+{
+    return m_document.store().length() >= longText && m_format.sharedMeasure()
+        && m_format.measure().devicePixelRatio() == format.measure().devicePixelRatio();
+}
+
+void ViewLayout::layOut(const RowFormat &format)
+{
+    // The old measure holds the widths that the text is laid out by until the new rule is set.
+    const RowFormat old = std::exchange(m_format, format);
+    const LayoutRule rule = format.layoutRule();
+    if (rule == m_document.store().layoutRule()) {
+        m_scroller.updateBars();
+        return;
+    }
+    const Offset top = topOffset();
+    m_document.layOut(rule);
+    show(top);
+}
+
+void ViewLayout::beginChange(const RowFormat &format)
+{
+    m_scroller.updateBars();
+    if (m_wanted && m_wanted->change.layout().rule() == format.layoutRule())
+        m_wanted->format = format;
+    else
+        m_wanted.emplace(Wanted{ format, LayoutChange(format.layoutRule(), m_document.store().layout().sizes()) });
+    m_turns.start(0);
+}
+
+/// One turn.
+void ViewLayout::goOn()
+{
+    update();
+    if (!m_wanted) {
+        m_turns.stop();
+        return;
+    }
+    const Offset top = topOffset();
+    if (!m_document.layOut(m_wanted->change, QDeadlineTimer(longestTurn)))
+        return;
+    m_turns.stop();
+    m_format = m_wanted->format;
+    m_wanted.reset();
+    show(top);
+    m_updates.updateAll();
+    m_followers.tellInputMethod();
+}
+
+Offset ViewLayout::topOffset() const
 {
     const TextStore &store = m_document.store();
-    const Offset topOffset = store.row(qMin(m_view.top(), store.lastRow())).start;
-    m_document.layOut(rule);
+    return store.row(qMin(m_view.top(), store.lastRow())).start;
+}
+
+/// After a change of layout.
+void ViewLayout::show(Offset topOffset)
+{
     m_cursor.setGoalX(std::nullopt);
     m_view.updateLast();
-    m_view.setTop(store.rowColAt(topOffset).row);
+    m_view.setTop(m_document.store().rowColAt(topOffset).row);
     m_scroller.updateBars();
     if (m_view.isCursorRowVisible(m_view.height()))
         m_scroller.showCursor(); // which may be beside the view now

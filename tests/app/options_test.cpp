@@ -70,7 +70,7 @@ public:
 /// Logical line at the top of the view.
 qint64 topLine(const ctlEditer *editor)
 {
-    return editor->store().lineOfRow(editor->topRow()).value();
+    return lineOfRow(editor->store(), editor->topRow()).value();
 }
 
 } // namespace
@@ -252,15 +252,15 @@ void OptionsTest::keepsTheTextAtTheTopWhenTabsChange()
     };
     QList<Offset> tops;
     for (ctlEditer *editor : window.tabBar()->editors()) {
-        editor->setCursorPosition({ editor->store().rowOfLine(LineIndex(100)) + 1, 2 });
-        editor->setTopRow(editor->store().rowOfLine(LineIndex(100)) + 2);
+        editor->setCursorPosition({ rowOfLine(editor->store(), LineIndex(100)) + 1, 2 });
+        editor->setTopRow(rowOfLine(editor->store(), LineIndex(100)) + 2);
         tops << editor->store().row(editor->topRow()).start;
     }
     window.slotCmdEditOption();
     for (ctlEditer *editor : window.tabBar()->editors()) {
         window.tabBar()->setCurrentTab(editor);
         const Offset top = tops.takeFirst();
-        QVERIFY(editor->store().rowOfLine(LineIndex(100)) > RowIndex(100 * 2));
+        QVERIFY(rowOfLine(editor->store(), LineIndex(100)) > RowIndex(100 * 2));
         QCOMPARE(editor->topRow(), editor->store().rowColAt(top).row);
         QCOMPARE(topLine(editor), 100);
     }

@@ -7,6 +7,7 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "tests/text/tinynodes.h"
+#include "text/textlayout.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -19,7 +20,7 @@ namespace {
 /// characters have the same bytes everywhere.
 QByteArray partOf(const TextCodec &codec, const TextStore &store, qint64 from, qint64 units)
 {
-    TextStore part({}, store.nodeSizes());
+    TextStore part({}, store.layout().sizes());
     part.insert(Offset(0), store.piece(Offset(from), units));
     return storedBytes(codec, part);
 }

@@ -12,6 +12,7 @@
 #include "tests/testprogram.h"
 #include "tests/text/textalphabet.h"
 #include "tests/text/tinynodes.h"
+#include "text/textlayout.h"
 
 #include <thread>
 
@@ -88,7 +89,7 @@ private:
     {
         if (part.startsOver) {
             ++starts;
-            store = TextStore(store.layoutRule(), store.nodeSizes());
+            store = TextStore(store.layoutRule(), store.layout().sizes());
         }
         store.append(std::move(part.text));
         if (!part.isMeasured || part.startsOver)

@@ -282,8 +282,8 @@ void TextStoreTest::billionsOfRows()
     QCOMPARE(store.rowCount(), 2 * billions + 1);
     const qint64 line = billions - 2;
     QCOMPARE(store.lineStart(LineIndex(line)), Offset(7 * line));
-    QCOMPARE(store.rowOfLine(LineIndex(line)), RowIndex(2 * line));
-    QCOMPARE(store.lineOfRow(RowIndex(2 * line + 1)), LineIndex(line));
+    QCOMPARE(rowOfLine(store, LineIndex(line)), RowIndex(2 * line));
+    QCOMPARE(lineOfRow(store, RowIndex(2 * line + 1)), LineIndex(line));
     QCOMPARE(store.row(RowIndex(2 * line + 1)).start, Offset(7 * line + 3));
     QCOMPARE(store.placeAt({ RowIndex(2 * line + 1), 2 }).offset, Offset(7 * line + 5));
     store.replace(Offset(7 * line + 1), 0, u"\n");

@@ -1,6 +1,7 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "tests/text/storecompare.h"
+#include "text/textlayout.h"
 
 namespace {
 
@@ -69,9 +70,9 @@ private:
             store.piece(Offset(offset), random.below(qMin<qint64>(100, model.length() - offset + 1)));
         const QString text = random.text(random.below(6));
         if (random.chance(2))
-            piece.append(TextPiece(text, store.nodeSizes()));
+            piece.append(TextPiece(text, store.layout().sizes()));
         else
-            piece.prepend(TextPiece(text, store.nodeSizes()));
+            piece.prepend(TextPiece(text, store.layout().sizes()));
         insert(piece);
         insert(piece);
     }
@@ -85,7 +86,7 @@ private:
     {
         if (!random.chance(3))
             return store.setLayoutRule(model.layoutRule());
-        store = storeOf(model.text(), model.layoutRule(), store.nodeSizes());
+        store = storeOf(model.text(), model.layoutRule(), store.layout().sizes());
     }
 };
 

@@ -3,6 +3,7 @@
 #include "tests/testprogram.h"
 #include "tests/widget/drawntext.h"
 #include "tests/widget/rows.h"
+#include "widget/viewlayout.h"
 
 #include <QAccessible>
 #include <QScrollBar>
@@ -85,6 +86,16 @@ protected:
     }
 };
 
+/// Of which measuring takes several turns of the event loop.
+void prepareLong(LaidOutEdit &edit)
+{
+    edit.resize(250, 200);
+    wrapAt(edit, 20);
+    edit.setText(longText().repeated(ViewLayout::longText / longText().size() + 1));
+    edit.setCursorPosition(70, 5);
+    edit.setTopRow(RowIndex(66));
+}
+
 void prepare(LaidOutEdit &edit)
 {
     QMultiLineEdit::setDefaultTabStop(8);
@@ -112,6 +123,9 @@ private slots:
     void topTextStays();
     void showingAgainScrollsNothing();
     void outlivesManyFonts();
+    void longTextKeepsItsRowsUntilOthersAreMeasured();
+    void longTextGetsTheLastLayoutThatWasWanted();
+    void longTextKeepsItsRowsWhereNothingElseIsWanted();
 };
 
 void QMultiLineEditLayoutTest::init()
@@ -269,8 +283,8 @@ void QMultiLineEditLayoutTest::topTextStays()
     wrapAt(edit, 20);
     edit.setText(longText());
     edit.setVisible(isVisible);
-    edit.setCursorPosition({ edit.store().rowOfLine(LineIndex(70)) + 2, 1 });
-    edit.setTopRow(edit.store().rowOfLine(LineIndex(70)) + 1);
+    edit.setCursorPosition({ rowOfLine(edit.store(), LineIndex(70)) + 2, 1 });
+    edit.setTopRow(rowOfLine(edit.store(), LineIndex(70)) + 1);
     const TextStore::Row before = edit.store().row(edit.topRow());
     const RowIndex rowBefore = edit.topRow();
     const Offset cursor = edit.cursorOffset();
@@ -325,6 +339,60 @@ void QMultiLineEditLayoutTest::outlivesManyFonts()
     edit.setCursorPosition(50, 2);
     QCOMPARE(edit.cursorPosition().row, RowIndex(50));
     edit.store().checkInvariants();
+}
+
+/// It is moved in and edited meanwhile.
+void QMultiLineEditLayoutTest::longTextKeepsItsRowsUntilOthersAreMeasured()
+{
+    LaidOutEdit edit;
+    prepareLong(edit);
+    const qint64 rows = edit.numLines();
+    const qreal height = edit.rowHeight();
+    const Offset top = edit.store().row(edit.topRow()).start;
+    setFontSize(edit, 17);
+    QCOMPARE(edit.numLines(), rows);
+    QCOMPARE(edit.rowHeight(), height);
+    edit.insert(u"typed\n"_s);
+    QCOMPARE(edit.cursorPosition(), (RowCol{ RowIndex(71), 0 }));
+    QCOMPARE(edit.rowHeight(), height);
+    QTRY_VERIFY(edit.rowHeight() > height);
+    QVERIFY(edit.numLines() > rows + 1);
+    const TextStore::Row shown = edit.store().row(edit.topRow());
+    QVERIFY(shown.start <= top && top < shown.start + shown.length);
+    TextStore::Builder builder(edit.layoutRule());
+    builder.append(QStringView(edit.text()));
+    QCOMPARE(edit.numLines(), builder.finish().rowCount());
+}
+
+void QMultiLineEditLayoutTest::longTextGetsTheLastLayoutThatWasWanted()
+{
+    LaidOutEdit edit, shortOne;
+    prepareLong(edit);
+    wrapAt(shortOne, 20);
+    for (const int size : { 17, 11, 14 }) {
+        setFontSize(edit, size);
+        edit.numLines();
+        QCoreApplication::processEvents();
+    }
+    setFontSize(shortOne, 14);
+    QTRY_COMPARE(edit.layoutRule(), shortOne.layoutRule());
+}
+
+void QMultiLineEditLayoutTest::longTextKeepsItsRowsWhereNothingElseIsWanted()
+{
+    LaidOutEdit edit;
+    prepareLong(edit);
+    const LayoutRule before = edit.layoutRule();
+    const QFont font = edit.font();
+    setFontSize(edit, 17);
+    edit.numLines();
+    edit.setFont(font);
+    QCOMPARE(edit.layoutRule(), before);
+    QCoreApplication::processEvents();
+    QCOMPARE(edit.layoutRule(), before);
+    setFontSize(edit, 17);
+    edit.setWordWrap(QMultiLineEdit::NoWrap);
+    QTRY_COMPARE(edit.numLines(), edit.store().lineCount());
 }
 
 REGISTER_TEST(runWindowTest<QMultiLineEditLayoutTest>)

@@ -399,7 +399,7 @@ void QMultiLineEditViewTest::fontChangeKeepsTheTopLine()
     m_edit->setWordWrap(QMultiLineEdit::FixedPixelWidth);
     m_edit->setWrapColumnOrWidth(m_edit->viewport()->width());
     m_edit->setText(u"x"_s.repeated(20'000) + u'\n' + numbered(200));
-    const RowIndex row = m_edit->store().rowOfLine(LineIndex(50));
+    const RowIndex row = rowOfLine(m_edit->store(), LineIndex(50));
     m_edit->setTopRow(row);
     m_edit->setCursorPosition({ row + 2, 1 });
     const Offset cursor = m_edit->cursorOffset();
@@ -408,7 +408,7 @@ void QMultiLineEditViewTest::fontChangeKeepsTheTopLine()
     const qreal height = m_edit->rowHeight();
     m_edit->setFont(font);
     QVERIFY(m_edit->rowHeight() > height);
-    QCOMPARE(m_edit->store().lineOfRow(m_edit->topRow()), LineIndex(50));
+    QCOMPARE(lineOfRow(m_edit->store(), m_edit->topRow()), LineIndex(50));
     QCOMPARE(m_edit->cursorOffset(), cursor);
 }
 

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "text/textnode.h"
+
+#include <QDeadlineTimer>
+
+#include <unordered_map>
+
+/// Measures a text by another layout rule, some of it at a time. Until all of it is measured, the store is
+/// asked and edited as it is laid out now; then it takes the new layout at once, see TextStore::setLayout().
+///
+/// Each inner node gets a twin of the same text with the new measures. An edit makes new nodes above the text
+/// that it changes, and these alone have no twin then.
+///
+/// Memory: the inner nodes once more, a few bytes for a hundred units. Threads: the store's.
+class LayoutChange {
+public:
+    /// For a store with nodes of these sizes.
+    explicit LayoutChange(const LayoutRule &rule, const NodeSizes &sizes = {});
+
+    const TextLayout &layout() const { return m_layout; }
+    /// Goes on until all of the text is measured and time is left: true; or the time is over. A call gets on
+    /// by a node at least.
+    bool measure(const TextTree &tree, QDeadlineTimer end);
+    /// A tree of the same text. Measures what is not measured yet.
+    TextTree twinOf(const TextTree &tree) const;
+
+private:
+    struct Twin {
+        TextNodeRef node; ///< whose twin it is: held, so that no other node comes to its address
+        TextTree tree;
+    };
+
+    TextLayout m_layout;
+    std::unordered_map<const TextNode *, Twin> m_twins;
+};
