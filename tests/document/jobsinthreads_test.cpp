@@ -31,7 +31,7 @@ QString longText()
     return text;
 }
 
-TextStore storeOf(const QString &text)
+TextStore storeWith(const QString &text)
 {
     TextStore store;
     store.replace({}, 0, text);
@@ -129,7 +129,7 @@ void JobsInThreadsTest::addCodes()
 void JobsInThreadsTest::reads()
 {
     QFETCH(CharCode, code);
-    const QByteArray bytes = storedBytes(infoOf(code).codec(), storeOf(m_text));
+    const QByteArray bytes = storedBytes(infoOf(code).codec(), storeWith(m_text));
     QVERIFY(m_folder.write(fileName, bytes));
     const TextStore expected = codecToRead(code, bytes).decode(bytes, LayoutRule());
 
@@ -189,7 +189,7 @@ void JobsInThreadsTest::readingIsStopped()
 void JobsInThreadsTest::savesWhileTheTextIsEdited()
 {
     QFETCH(CharCode, code);
-    TextStore store = storeOf(m_text);
+    TextStore store = storeWith(m_text);
     const TextCodec &codec = infoOf(code).codec();
     const QByteArray expected = storedBytes(codec, store);
     PoolRunner runner;
@@ -209,7 +209,7 @@ void JobsInThreadsTest::savesWhileTheTextIsEdited()
 /// It may be over before.
 void JobsInThreadsTest::savingIsStopped()
 {
-    TextStore store = storeOf(m_text);
+    TextStore store = storeWith(m_text);
     PoolRunner runner;
     for (int round = 0; round < 5; ++round) {
         QVERIFY(m_folder.write(fileName, "the old text"));
@@ -232,7 +232,7 @@ void JobsInThreadsTest::savingIsStopped()
 
 void JobsInThreadsTest::severalReadWhileTheTextIsEdited()
 {
-    TextStore store = storeOf(m_text);
+    TextStore store = storeWith(m_text);
     PoolRunner runner;
     std::vector<std::unique_ptr<Job>> jobs;
     std::vector<const SummingWork *> works;

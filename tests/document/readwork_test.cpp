@@ -15,7 +15,7 @@ namespace {
 
 constexpr FileCodes silentCodes{ CharCode::ShiftJis, ReturnCode::CrLf };
 
-QByteArray manyLines()
+QByteArray textOfManyLines()
 {
     QByteArray text;
     for (int i = 0; text.size() < 2'000'000; ++i)
@@ -71,7 +71,7 @@ private slots:
 void ReadWorkTest::handsTheTextOver()
 {
     const DocumentFolder folder;
-    const QByteArray text = manyLines();
+    const QByteArray text = textOfManyLines();
     QVERIFY(folder.write(fileName, text));
     Reader reader(folder.path() + fileName);
     reader.runner.runAll();
@@ -87,7 +87,7 @@ void ReadWorkTest::handsTheTextOver()
 void ReadWorkTest::tellsHowFarItIs()
 {
     const DocumentFolder folder;
-    const QByteArray text = manyLines();
+    const QByteArray text = textOfManyLines();
     QVERIFY(folder.write(fileName, text));
     Reader reader(folder.path() + fileName);
     qint64 done = 0;
@@ -110,7 +110,7 @@ void ReadWorkTest::isStopped()
 {
     QFETCH(int, steps);
     const DocumentFolder folder;
-    QVERIFY(folder.write(fileName, manyLines()));
+    QVERIFY(folder.write(fileName, textOfManyLines()));
     Reader reader(folder.path() + fileName);
     for (int i = 0; i < steps; ++i)
         QVERIFY(reader.runner.step());
@@ -130,7 +130,7 @@ void ReadWorkTest::errorInTheMiddleFails()
 {
     QFETCH(qint64, from);
     const DocumentFolder folder;
-    QVERIFY(folder.write(fileName, manyLines()));
+    QVERIFY(folder.write(fileName, textOfManyLines()));
     FileCalls calls = FileCalls::system();
     calls.pread = [from](int fd, void *to, size_t size, off_t offset) -> ssize_t {
         if (offset + qint64(size) > from) {
