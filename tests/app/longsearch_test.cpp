@@ -19,7 +19,7 @@ constexpr qint64 nearUnits = qint64{ 1 } << 19;
 constexpr int allSearchSteps = 3; ///< of searching what is not near
 
 /// "needle" near both ends, and another one in the middle.
-QString longText()
+QString textToSearch()
 {
     const QString filling =
         u"a line of a text that is too long to be searched in one go\n"_s.repeated(30'000);
@@ -100,7 +100,7 @@ private:
     }
     void interrupt(Interruption how);
 
-    const QString m_text = longText();
+    const QString m_text = textToSearch();
     std::unique_ptr<Parts> m_parts;
 };
 
