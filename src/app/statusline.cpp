@@ -7,6 +7,7 @@
 #include "filedialog/filechoices.h"
 #include "files/writeobstacle.h"
 #include "platform/menu.h"
+#include "platform/tooltiptext.h"
 #include "settings/moresettings.h"
 #include "text/graphemes.h"
 
@@ -163,9 +164,10 @@ void StatusLine::showPlace(const ctlEditer &editor)
 void StatusLine::setField(QWidget &field, const QString &text, const QString &tip)
 {
     field.setProperty("text", text);
-    if (field.toolTip() == tip)
+    const QString shown = toolTipText(tip);
+    if (field.toolTip() == shown)
         return;
-    field.setToolTip(tip);
+    field.setToolTip(shown);
     field.setAccessibleName(QString(tip).replace(u'\n', u' '));
 }
 

@@ -2,12 +2,12 @@
 
 #include "editor/ctlediter.h"
 #include "files/filename.h"
+#include "platform/tooltiptext.h"
 #include "settings/moresettings.h"
 #include "text/graphemes.h"
 
 #include <QHelpEvent>
 #include <QScopedValueRollback>
-#include <QTextDocument>
 #include <QToolButton>
 #include <QToolTip>
 #include <QWheelEvent>
@@ -234,11 +234,7 @@ void ctlTabBar::showToolTip(const QHelpEvent &event)
     const int index = tabAt(event.pos());
     const ctlEditer *editor = editorAt(index);
     const QString text = editor ? FileName::forDisplay(editor->path() + editor->name()) : QString();
-    // What looks like mark-up is shown as text by real mark-up, which would be broken into lines.
-    const QString shown = Qt::mightBeRichText(text)
-        ? QStringLiteral("<div style=\"white-space:pre\">") + text.toHtmlEscaped() + QStringLiteral("</div>")
-        : text;
-    QToolTip::showText(event.globalPos(), shown, this, tabRect(index));
+    QToolTip::showText(event.globalPos(), toolTipText(text), this, tabRect(index));
 }
 
 void ctlTabBar::applySettings()

@@ -27,6 +27,7 @@ private slots:
     void saysWhoseFileMayNotBeWritten();
     void switchesOverwriting();
     void hasTheFile();
+    void tipShowsMarkUpAsItIs();
     void asksForALine();
     void reopensWithACode();
     void savesWithACode();
@@ -219,6 +220,18 @@ void StatusLineTest::hasTheFile()
     QCOMPARE(fields().last(), m_parts->files.folder() + u"a.txt"_s);
     m_parts->documents.present(m_parts->documents.add());
     QTRY_COMPARE(fields().last(), ctlEditer::nameOfUnnamed());
+}
+
+void StatusLineTest::tipShowsMarkUpAsItIs()
+{
+    turnOn();
+    m_parts->open(m_parts->files.write(u"<img src=a>.txt"_s, "text"));
+    const QList<QLabel *> labels = m_line->findChildren<QLabel *>();
+    const auto isOfFile = [](const QLabel *label) {
+        return label->toolTip().contains(u"&lt;img src=a&gt;.txt"_s)
+            && label->accessibleName().endsWith(u"/<img src=a>.txt"_s);
+    };
+    QTRY_COMPARE(std::count_if(labels.begin(), labels.end(), isOfFile), 1);
 }
 
 void StatusLineTest::asksForALine()
