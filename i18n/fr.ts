@@ -1127,6 +1127,18 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
         <translation>Aller à l’avis et en revenir</translation>
     </message>
     <message>
+        <source>Menu of the tab</source>
+        <translation>Menu de l’onglet</translation>
+    </message>
+    <message>
+        <source>Ctrl+Wheel</source>
+        <translation>Ctrl+Molette</translation>
+    </message>
+    <message>
+        <source>Size of the text</source>
+        <translation>Taille du texte</translation>
+    </message>
+    <message>
         <source>Larger text</source>
         <translation>Texte plus grand</translation>
     </message>

@@ -1126,6 +1126,18 @@ Row count  : %2</source>
         <translation>お知らせへ移動、戻る</translation>
     </message>
     <message>
+        <source>Menu of the tab</source>
+        <translation>タブのメニュー</translation>
+    </message>
+    <message>
+        <source>Ctrl+Wheel</source>
+        <translation>Ctrl+ホイール</translation>
+    </message>
+    <message>
+        <source>Size of the text</source>
+        <translation>文字の大きさ</translation>
+    </message>
+    <message>
         <source>Larger text</source>
         <translation>文字を大きく</translation>
     </message>

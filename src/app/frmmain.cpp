@@ -473,6 +473,11 @@ void frmMain::slotEtcMenus()
     m_parts->menus.openFirst();
 }
 
+void frmMain::slotEtcTabMenu()
+{
+    m_parts->tabMenu.showCurrent();
+}
+
 void frmMain::slotEtcKeys()
 {
     MessageBox::about(this, tr("Keys"), keysText());

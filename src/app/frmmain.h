@@ -126,6 +126,7 @@ public slots:
     void slotEtcTextAsUsual();
     /// The first menu opens.
     void slotEtcMenus();
+    void slotEtcTabMenu();
     /// Shows what keys there are.
     void slotEtcKeys();
     /// Has the user switch on and off what was added to the handheld's program.

@@ -35,6 +35,7 @@ constexpr KeyBinding keyMap[] = {
     { Qt::Key_V, control, all, 0, &frmMain::slotCmdEditPast },
     { Qt::Key_A, control, all, 0x2017, &frmMain::slotCmdEditSelAll },
     { Qt::Key_F6, Qt::NoModifier, all, 0, &frmMain::slotEtcNotice },
+    { Qt::Key_F10, control, all, 0, &frmMain::slotEtcTabMenu },
 
     // From here on what can be switched off.
     { Qt::Key_T, control, all, 0, &frmMain::slotCmdFileNew },

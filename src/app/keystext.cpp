@@ -2,6 +2,7 @@
 
 #include "app/frmmain.h"
 #include "app/keymap.h"
+#include "settings/moresettings.h"
 
 #include <QCoreApplication>
 #include <QKeySequence>
@@ -18,6 +19,7 @@ struct NamedSlot {
 };
 constexpr NamedSlot slotsWithoutItem[] = {
     { &frmMain::slotEtcNotice, QT_TRANSLATE_NOOP("frmMain", "To the notice above the text, and back") },
+    { &frmMain::slotEtcTabMenu, QT_TRANSLATE_NOOP("frmMain", "Menu of the tab") },
     { &frmMain::slotEtcTextLarger, QT_TRANSLATE_NOOP("frmMain", "Larger text") },
     { &frmMain::slotEtcTextSmaller, QT_TRANSLATE_NOOP("frmMain", "Smaller text") },
     { &frmMain::slotEtcTextAsUsual, QT_TRANSLATE_NOOP("frmMain", "Text as usual") },
@@ -102,5 +104,7 @@ QString keysText()
     }
     for (const NamedKeys &named : keysOfText)
         text += lineOf(keyName(named.keys), plainLabel(named.name));
+    if (moreSettings().WheelTextSize != 0)
+        text += lineOf(frmMain::tr("Ctrl+Wheel"), frmMain::tr("Size of the text"));
     return text.chopped(1);
 }

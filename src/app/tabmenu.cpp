@@ -40,6 +40,13 @@ void TabMenu::show(ctlEditer *editor, QPoint place)
     menu->popup(place);
 }
 
+void TabMenu::showCurrent()
+{
+    const ctlTabBar &tabs = *m_documents.tabBar();
+    if (ctlEditer *const editor = m_documents.current())
+        show(editor, tabs.mapToGlobal(tabs.tabRect(tabs.currentIndex()).topLeft()));
+}
+
 void TabMenu::fill(QMenu &menu, ctlEditer *editor)
 {
     const bool isOfFile = hasFile(*editor) && !std::as_const(*editor).document().file().isNew();

@@ -19,6 +19,8 @@ public:
 
     /// Opens the menu at a place of the screen; nothing while a dialog is in the way.
     void show(ctlEditer *editor, QPoint place);
+    /// That of the current document, at its tab.
+    void showCurrent();
 
 signals:
     void moreOptionsWanted();

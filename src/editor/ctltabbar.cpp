@@ -45,6 +45,7 @@ Q_DECLARE_METATYPE(TabEntry)
 
 ctlTabBar::ctlTabBar(QWidget *parent)
     : QTabBar(parent)
+    , m_pointer(*this)
 {
     setShape(QTabBar::TriangularSouth);
     setElideMode(Qt::ElideNone);
@@ -249,18 +250,35 @@ void ctlTabBar::mousePressEvent(QMouseEvent *event)
     QTabBar::mousePressEvent(event);
     if (event->button() == Qt::LeftButton && pressed == before && before != -1)
         slotTabSelected(idAt(before));
+    m_pointer.endLongPress();
+    if (event->button() == Qt::LeftButton) {
+        m_pointer.press(event->position());
+        m_pointer.awaitLongPress([this] { askForMenuHeld(); });
+    }
     m_pressed = event->button() == Qt::MiddleButton ? editorAt(pressed) : nullptr;
 }
 
 /// A tab that is moved stays the current one, which is no news.
 void ctlTabBar::mouseMoveEvent(QMouseEvent *event)
 {
+    if (m_pointer.isFar(event->position()))
+        m_pointer.endLongPress();
     const QScopedValueRollback quiet(m_choosing, false);
     QTabBar::mouseMoveEvent(event);
 }
 
+/// The menu takes the release: the base hears of one before.
+void ctlTabBar::askForMenuHeld()
+{
+    const QPointF at = m_pointer.lastAt();
+    QMouseEvent release(QEvent::MouseButtonRelease, at, mapToGlobal(at), Qt::LeftButton, {}, {});
+    QTabBar::mouseReleaseEvent(&release);
+    m_pointer.askForMenu();
+}
+
 void ctlTabBar::mouseReleaseEvent(QMouseEvent *event)
 {
+    m_pointer.endLongPress();
     QTabBar::mouseReleaseEvent(event);
     if (event->button() != Qt::MiddleButton || moreSettings().TabsByMouse == 0)
         return;

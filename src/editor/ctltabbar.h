@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widget/pressedpointer.h"
+
 #include <QTabBar>
 
 class QHelpEvent;
@@ -8,7 +10,7 @@ class ctlEditer;
 /// The row of document tabs: one tab per editor, each with an id that stays while other tabs come and go.
 ///
 /// A tab is moved by dragging it, and the wheel scrolls tabs that have no room, where the settings allow
-/// that.
+/// that. A tab that is pressed and held still asks for its menu, for who has a pen or a finger alone.
 ///
 /// Editors are not owned; a tab is removed before its editor is destroyed. Lookups walk the tabs from the
 /// first one.
@@ -79,8 +81,10 @@ private:
     void select(int index);
     void nameControls();
     void showToolTip(const QHelpEvent &event);
+    void askForMenuHeld();
     void scroll(int tabs);
 
+    PressedPointer m_pointer; ///< the left button, a pen or a finger
     const ctlEditer *m_pressed = nullptr; ///< its tab had the middle button pressed on it; not followed
     int m_turned = 0; ///< of the wheel, not enough for a tab yet
     bool m_choosing =

@@ -2,6 +2,7 @@
 
 #include "app/frmmain.h"
 #include "app/keystext.h"
+#include "settings/moresettings.h"
 #include "tests/testprogram.h"
 
 #include <QKeyEvent>
@@ -18,7 +19,7 @@ struct Row {
     CommandSlot slot;
 };
 
-// In the order of the map, without its rows for Tab and F6.
+// In the order of the map, without its rows for Tab, F6 and F10.
 const Row rows[] = {
     { "Ctrl+N search", Qt::Key_N, 0x2019, &frmMain::slotCmdViewSearch },
     { "Ctrl+M replace", Qt::Key_M, 0x201A, &frmMain::slotCmdViewReplace },
@@ -55,10 +56,12 @@ private slots:
     void tabs_data();
     void tabs();
     void f6();
+    void menuOfTheTab();
     void knownKeys_data();
     void knownKeys();
     void keysAreUsedOnce();
     void everyKeyIsTold();
+    void wheelIsToldWhereItSizesTheText();
     void digitsThatNeedShift_data();
     void digitsThatNeedShift();
     void otherKeysDoNothing_data();
@@ -72,6 +75,7 @@ void KeyMapTest::hasTheseRowsInOrder()
     QCOMPARE(std::find_if(bindings.begin(), bindings.end(), isTab) - bindings.begin(), 5);
     QCOMPARE(bindings.removeIf(isTab), 2);
     QCOMPARE(bindings.takeAt(std::size(rows)).key, int(Qt::Key_F6));
+    QCOMPARE(bindings.takeAt(std::size(rows)).key, int(Qt::Key_F10));
     QVERIFY(size_t(bindings.size()) > std::size(rows));
     for (qsizetype i = 0; i < qsizetype(std::size(rows)); ++i) {
         QCOMPARE(bindings.at(i).key, rows[i].key);
@@ -160,6 +164,17 @@ void KeyMapTest::f6()
         QVERIFY(commandsFor(Qt::Key_F6, modifier).isEmpty());
 }
 
+/// "More options", which has all switches, is in it: so it does not go with the keys of other programs.
+void KeyMapTest::menuOfTheTab()
+{
+    const QList<CommandSlot> menu{ &frmMain::slotEtcTabMenu };
+    QCOMPARE(commandsFor(Qt::Key_F10, Qt::ControlModifier), menu);
+    moreSettings().KnownKeys = 0;
+    QCOMPARE(commandsFor(Qt::Key_F10, Qt::ControlModifier), menu);
+    QVERIFY(commandsFor(Qt::Key_F10, {}).isEmpty());
+    moreSettings() = {};
+}
+
 void KeyMapTest::knownKeys_data()
 {
     QTest::addColumn<int>("key");
@@ -226,6 +241,15 @@ void KeyMapTest::everyKeyIsTold()
     for (const QString &line : lines)
         labels << line.section(u'\u2003', 1);
     QCOMPARE(labels.size(), lines.size());
+}
+
+void KeyMapTest::wheelIsToldWhereItSizesTheText()
+{
+    const QString line = u"Ctrl+Wheel\u2003Size of the text"_s;
+    QVERIFY(keysText().split(u'\n').contains(line));
+    moreSettings().WheelTextSize = 0;
+    QVERIFY(!keysText().contains(line));
+    moreSettings() = {};
 }
 
 void KeyMapTest::digitsThatNeedShift_data()

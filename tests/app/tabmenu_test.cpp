@@ -36,6 +36,7 @@ private slots:
     void heldDocumentsStay();
     void forgetsAClosedDocument();
     void asksForMoreOptions();
+    void opensAtTheCurrentTab();
 
 private:
     ctlEditer *open(const QString &name, const QByteArray &text = "text")
@@ -274,6 +275,20 @@ void TabMenuTest::asksForMoreOptions()
     const QSignalSpy wanted(m_menu, &TabMenu::moreOptionsWanted);
     QVERIFY(choose(m_parts->documents.add(), u"More options"_s));
     QCOMPARE(wanted.count(), 1);
+}
+
+void TabMenuTest::opensAtTheCurrentTab()
+{
+    m_menu->showCurrent();
+    QVERIFY(!QApplication::activePopupWidget()); // there is no document
+    open(u"a.txt"_s);
+    ctlEditer *const current = open(u"b.txt"_s);
+    m_menu->showCurrent();
+    auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menu);
+    menu->close();
+    menu->actions().constFirst()->trigger();
+    QVERIFY(!m_parts->documents.editors().contains(current));
 }
 
 REGISTER_TEST(runWindowTest<TabMenuTest>)

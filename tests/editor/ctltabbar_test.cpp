@@ -11,6 +11,7 @@
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -55,6 +56,8 @@ private slots:
     void draggingMovesATab();
     void middleButtonAsksToClose();
     void rightButtonAsksForTheMenu();
+    void heldTabAsksForTheMenu();
+    void movedTabAsksForNoMenu();
     void mouseDoesNothingMoreWhereItIsOff();
     void focusStaysWithTheEditor();
     void randomTabs_data();
@@ -479,6 +482,45 @@ void CtlTabBarTest::rightButtonAsksForTheMenu()
     QCOMPARE(spy[0][1].toPoint(), m_bar->mapToGlobal(middleOf(1)));
     ask(QPoint(m_bar->width() - 2, 5));
     QCOMPARE(spy.count(), 1);
+}
+
+void CtlTabBarTest::heldTabAsksForTheMenu()
+{
+    const Editors editors{ addTab(), addTab(), addTab() };
+    QSignalSpy spy(m_bar, &ctlTabBar::menuWanted);
+    QTest::mousePress(m_bar, Qt::LeftButton, {}, middleOf(1));
+    QCOMPARE(spy.count(), 0);
+    QTRY_COMPARE(spy.count(), 1);
+    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[1]);
+    QCOMPARE(spy[0][1].toPoint(), m_bar->mapToGlobal(middleOf(1)));
+    // The menu has the release; a pointer that moves on drags nothing.
+    QMouseEvent move(
+        QEvent::MouseMove, middleOf(2), m_bar->mapToGlobal(middleOf(2)), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(m_bar, &move);
+    QCOMPARE(m_bar->editors(), editors);
+}
+
+void CtlTabBarTest::movedTabAsksForNoMenu()
+{
+    addTab();
+    addTab();
+    const auto isAwaited = [this] {
+        const QList<QTimer *> timers = m_bar->findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
+        return std::any_of(timers.begin(), timers.end(), [](const QTimer *each) { return each->isActive(); });
+    };
+    QTest::mousePress(m_bar, Qt::LeftButton, {}, middleOf(0));
+    QVERIFY(isAwaited());
+    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, middleOf(0));
+    QVERIFY(!isAwaited());
+    QTest::mousePress(m_bar, Qt::LeftButton, {}, middleOf(0));
+    QMouseEvent move(
+        QEvent::MouseMove, middleOf(1), m_bar->mapToGlobal(middleOf(1)), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(m_bar, &move);
+    QVERIFY(!isAwaited());
+    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, middleOf(1));
+    QTest::mousePress(m_bar, Qt::RightButton, {}, middleOf(0));
+    QVERIFY(!isAwaited());
+    QTest::mouseRelease(m_bar, Qt::RightButton, {}, middleOf(0));
 }
 
 void CtlTabBarTest::mouseDoesNothingMoreWhereItIsOff()
