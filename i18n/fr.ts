@@ -1191,7 +1191,7 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
     </message>
     <message>
         <source>&amp;Status line</source>
-        <translation>Ligne d’&amp;état</translation>
+        <translation>&amp;Ligne d’état</translation>
     </message>
     <message>
         <source>Line and column, selection, code, line end and file name below the tabs.</source>
