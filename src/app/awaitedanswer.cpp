@@ -4,8 +4,6 @@
 #include "document/textdocument.h"
 #include "editor/ctlediter.h"
 
-#include <QAbstractEventDispatcher>
-
 AwaitedAnswer::AwaitedAnswer(ctlEditer &editor, DocumentArea &documents, std::unique_ptr<JobWork> work,
     WorkNotice::Work kind, JobRunner &runner, IsWanted isWanted)
     : m_documents(documents)
@@ -35,8 +33,7 @@ void AwaitedAnswer::note(const JobProgress &progress)
 void AwaitedAnswer::answer()
 {
     if (!m_documents.beginCommand()) {
-        connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
-            &AwaitedAnswer::answer, Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+        m_answer.await();
         return;
     }
     if (m_sign)
@@ -48,7 +45,7 @@ void AwaitedAnswer::end(bool isAnswered)
     if (!m_sign)
         return;
     m_job.disconnect(this);
-    QAbstractEventDispatcher::instance()->disconnect(this);
+    m_answer.cancel();
     m_job.stop();
     m_sign.reset();
     emit ended(isAnswered);

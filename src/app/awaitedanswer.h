@@ -2,6 +2,7 @@
 
 #include "editor/worksign.h"
 #include "jobs/job.h"
+#include "platform/freeturn.h"
 
 class DocumentArea;
 class JobRunner;
@@ -41,5 +42,6 @@ private:
     DocumentArea &m_documents;
     const IsWanted m_isWanted;
     std::optional<WorkSign> m_sign; ///< until the end
+    FreeTurn m_answer{ [this] { answer(); } };
     Job m_job;
 };

@@ -3,8 +3,6 @@
 #include "editor/ctlediter.h"
 #include "platform/qpeapplication.h"
 
-#include <QAbstractEventDispatcher>
-
 namespace {
 
 /// What is over by then needs no sign, which would only flicker.
@@ -57,13 +55,10 @@ void SavingFile::note(const JobProgress &progress)
 /// A box about the end could not be answered during a run of replacements.
 void SavingFile::end()
 {
-    const auto *const dispatcher = QAbstractEventDispatcher::instance();
     if (QPEApplication::isBusy()) {
-        connect(dispatcher, &QAbstractEventDispatcher::awake, this, &SavingFile::end,
-            Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+        m_end.await();
         return;
     }
-    disconnect(dispatcher, nullptr, this, nullptr);
     m_telling.stop();
     m_notice.reset();
     const SaveResult result = m_document.endSave(*m_save);

@@ -3,6 +3,7 @@
 #include "document/textdocument.h"
 #include "editor/worknotice.h"
 #include "jobs/job.h"
+#include "platform/freeturn.h"
 
 #include <QTimer>
 
@@ -46,5 +47,6 @@ private:
     std::optional<int> m_percent;
     const DocumentSave *m_save; ///< owned by the job
     JobOutcome m_outcome = JobOutcome::Stopped;
+    FreeTurn m_end{ [this] { end(); } };
     Job m_job;
 };
