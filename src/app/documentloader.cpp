@@ -7,8 +7,10 @@
 #include "document/utf16text.h"
 #include "editor/readfailurebox.h"
 #include "files/filename.h"
+#include "platform/freeturn.h"
 #include "platform/keypause.h"
 #include "platform/messagebox.h"
+#include "platform/qpeapplication.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -428,7 +430,16 @@ void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end)
     if (end == ArrivingFile::End::Whole)
         m_places.settleCarried(*editor);
     else
-        tellReadFailure(editor, arriving->failure());
+        tellFailure(editor, arriving->failure());
+}
+
+/// A box could not be answered during a run of replacements, which would not go on beneath it.
+void DocumentLoader::tellFailure(ctlEditer *editor, ReadFailure failure)
+{
+    if (QPEApplication::isBusy())
+        FreeTurn::once(editor, [=] { tellReadFailure(editor, failure); });
+    else
+        tellReadFailure(editor, failure);
 }
 
 bool DocumentLoader::isReloadWanted(const ctlEditer &editor)

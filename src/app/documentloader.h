@@ -87,6 +87,7 @@ private:
     ArrivingFile &begin(
         ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown, const Ended &ended);
     void noteEnd(ctlEditer *editor, ArrivingFile::End end);
+    static void tellFailure(ctlEditer *editor, ReadFailure failure);
     void loadAsUtf16(ctlEditer *editor, Utf16Form form);
     bool loadAgainAsUtf16(ctlEditer *editor, const FileChoice &file, Utf16Form form);
     bool mayReopen(ctlEditer &editor);

@@ -1,4 +1,6 @@
+#include "platform/requesthold.h"
 #include "tests/app/documentparts.h"
+#include "tests/filedialog/formtest.h"
 #include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
@@ -55,6 +57,7 @@ private slots:
     void shrunkFileIsTakenAsFarAsItGoes();
     void changedFileIsToldOfWhenItIsRead();
     void unreadableFileIsTold();
+    void failureWaitsForARunOfReplacements();
     void fileThatIsGoneMeanwhileIsRead();
 
 private:
@@ -468,6 +471,24 @@ void BackgroundLoadingTest::unreadableFileIsTold()
     QCOMPARE(documents().editors().size(), 1);
 }
 
+/// The box could not be answered, and the run could not go on.
+void BackgroundLoadingTest::failureWaitsForARunOfReplacements()
+{
+    const QString name = write(longLog());
+    const ctlEditer *const editor = open();
+    QVERIFY(QFile::remove(name));
+    QVERIFY(QDir().mkpath(name));
+    const MessageBoxes boxes;
+    {
+        const RequestHold replacing;
+        m_runner->runAll();
+        settle();
+        QCOMPARE(boxes.count(), 0);
+        QVERIFY(!editor->document().isHeld());
+    }
+    QTRY_COMPARE(boxes.titles(), QStringList{ u"File Load Error!"_s });
+}
+
 /// It is open by then.
 void BackgroundLoadingTest::fileThatIsGoneMeanwhileIsRead()
 {
@@ -482,5 +503,5 @@ void BackgroundLoadingTest::fileThatIsGoneMeanwhileIsRead()
     QCOMPARE(editor->document().file().change(), FileChange::Deleted);
 }
 
-REGISTER_TEST(runWindowTest<BackgroundLoadingTest>)
+REGISTER_TEST(runFormTest<BackgroundLoadingTest>)
 #include "backgroundloading_test.moc"
