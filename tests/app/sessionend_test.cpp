@@ -1,9 +1,15 @@
 #include "app/qpeapplicationesc.h"
+#include "platform/requesthold.h"
 #include "tests/app/testwindow.h"
 #include "tests/app/unsavedtexts.h"
+#include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
 #include <QDialog>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +37,8 @@ private slots:
     void asksFromTheLastTab();
     void failedSaveKeepsTheSession();
     void waitsForNoDialog();
+    void waitsForNoSaveDuringAReplaceAll_data();
+    void waitsForNoSaveDuringAReplaceAll();
     void showsWhatOthersHaveWritten();
     void unwantedEditsAreGivenUp();
     void wantedEditsAreAskedAbout_data();
@@ -131,6 +139,40 @@ void SessionEndTest::waitsForNoDialog()
     window.currentEditor()->undo();
     QVERIFY(window.endSession(true));
     QVERIFY(dialog.isVisible());
+}
+
+void SessionEndTest::waitsForNoSaveDuringAReplaceAll_data()
+{
+    QTest::addColumn<bool>("mayAsk");
+    QTest::newRow("that may ask stays") << true;
+    QTest::newRow("no asking keeps the text") << false;
+}
+
+/// The run could not go on before the save has ended, nor the other way round.
+void SessionEndTest::waitsForNoSaveDuringAReplaceAll()
+{
+    QFETCH(bool, mayAsk);
+    const TestFiles files;
+    auto runner = std::make_unique<SteppedRunner>();
+    SteppedRunner &steps = *runner;
+    TestWindow window({ std::move(runner), 1 });
+    QVERIFY(window.open());
+    window.setDocument(files.write(u"a.txt"_s, "old"));
+    steps.runAll();
+    window.currentEditor()->insert(u"x"_s);
+    window.slotCmdFileSave();
+    std::optional<RequestHold> replacing(std::in_place);
+    steps.runAll();
+    QTimer endOfTheRun; // if the event loop comes round
+    endOfTheRun.callOnTimeout([&replacing] { replacing.reset(); });
+    endOfTheRun.start(0);
+    QCOMPARE(window.endSession(mayAsk), !mayAsk);
+    QVERIFY(replacing);
+    QCOMPARE(UnsavedTexts::now(), mayAsk ? QStringList() : QStringList{ u"xold"_s });
+    replacing.reset();
+    settle();
+    QCOMPARE(files.read(u"a.txt"_s), QByteArray("xold"));
+    QVERIFY(!window.currentEditor()->edited());
 }
 
 /// The session may go on, and the record then has other programs' settings.
