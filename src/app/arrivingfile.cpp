@@ -13,8 +13,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// What ends sooner is not told of.
-constexpr auto untold = 100ms;
 /// The event loop is not kept for longer while there is more to take.
 constexpr auto longestTurn = 8ms;
 
@@ -33,17 +31,11 @@ ArrivingFile::ArrivingFile(
     , m_source(source)
     , m_shown(shown)
     , m_codesBefore{ m_document.charCode(), m_document.returnCode() }
-    , m_notices(notices)
     , m_runner(runner)
 {
-    m_telling.setSingleShot(true);
-    m_telling.callOnTimeout(this, &ArrivingFile::tell);
-    m_telling.start(untold);
+    m_sign.emplace(notices, m_editor, WorkNotice::Work::Loading, [this] { stop(); });
     m_taking.callOnTimeout(this, &ArrivingFile::takeSome);
-    connect(&m_document, &TextDocument::refused, this, [this] {
-        tell();
-        m_notice->refuse();
-    });
+    connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
     m_document.setHeld(true);
     begin({ source.file.charCode, source.utf16 });
 }
@@ -73,21 +65,10 @@ QString ArrivingFile::name() const
     return m_source.nameApart.value_or(m_source.file.name);
 }
 
-void ArrivingFile::tell()
-{
-    m_telling.stop();
-    if (m_notice)
-        return;
-    m_notice.emplace(m_notices, m_editor, WorkNotice::Work::Loading, [this] { stop(); });
-    m_notice->setProgress(m_percent);
-}
-
 void ArrivingFile::note(const JobProgress &progress)
 {
     if (progress.total > 0)
-        m_percent = int(qMin<qint64>(100, progress.done * 100 / progress.total));
-    if (m_notice)
-        m_notice->setProgress(m_percent);
+        m_sign->setProgress(int(qMin<qint64>(100, progress.done * 100 / progress.total)));
 }
 
 void ArrivingFile::collect()
@@ -208,8 +189,7 @@ void ArrivingFile::end(End how)
     m_taking.stop();
     m_waiting.clear();
     m_aside = TextStore();
-    m_notice.reset();
-    m_telling.stop();
+    m_sign.reset();
     m_document.setHeld(false);
     if (how == End::Failed)
         m_document.failArrival(folder(), name(), m_codesBefore);

@@ -2,7 +2,7 @@
 
 #include "app/windowdialogs.h"
 #include "document/readwork.h"
-#include "editor/worknotice.h"
+#include "editor/worksign.h"
 #include "jobs/job.h"
 
 #include <QTimer>
@@ -63,7 +63,6 @@ private:
     void begin(const As &as);
     QString folder() const;
     QString name() const;
-    void tell();
     void collect();
     void takeSome();
     const TextStore &text() const;
@@ -81,11 +80,8 @@ private:
     Source m_source;
     const Shown m_shown;
     const FileCodes m_codesBefore;
-    NoticeQueue &m_notices;
     JobRunner &m_runner;
-    QTimer m_telling;
-    std::optional<WorkNotice> m_notice; ///< from when it has taken long
-    std::optional<int> m_percent;
+    std::optional<WorkSign> m_sign; ///< until the end
     std::deque<ReadWork::Part> m_waiting; ///< parts to be taken into the text
     QTimer m_taking;
     TextStore m_aside; ///< what has come and is not shown

@@ -100,7 +100,7 @@ std::span<const KeyBinding> keyBindings()
 QList<CommandSlot> commandsForKey(const QKeyEvent &press)
 {
     const Key key = keyOf(press);
-    const QList<CommandSlot> commands = commandsFor(key, !press.text().isEmpty());
+    QList<CommandSlot> commands = commandsFor(key, !press.text().isEmpty());
     // "+" is before the 1 of a Czech keyboard.
     if ((!commands.isEmpty() && key.code != Qt::Key_Plus) || key.modifiers != control)
         return commands;

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "document/textdocument.h"
-#include "editor/worknotice.h"
+#include "editor/worksign.h"
 #include "jobs/job.h"
 #include "platform/freeturn.h"
-
-#include <QTimer>
 
 #include <optional>
 
@@ -35,16 +33,12 @@ signals:
     void ended(const SaveResult &result, JobOutcome outcome);
 
 private:
-    void tell();
     void note(const JobProgress &progress);
     void end();
 
     ctlEditer &m_editor;
     TextDocument &m_document;
-    NoticeQueue &m_notices;
-    QTimer m_telling;
-    std::optional<WorkNotice> m_notice; ///< from when it has taken long
-    std::optional<int> m_percent;
+    std::optional<WorkSign> m_sign; ///< until the end
     const DocumentSave *m_save; ///< owned by the job
     JobOutcome m_outcome = JobOutcome::Stopped;
     FreeTurn m_end{ [this] { end(); } };

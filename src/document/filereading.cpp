@@ -119,8 +119,8 @@ bool FileReading::settleCode()
     m_codes.returnCode = m_codes.charCode == CharCode::Binary
         ? ReturnCode::None
         : lineEnd.value_or(m_request.codesOfSilent.returnCode);
-    return m_codes.charCode == before || m_bytesDone == 0
-        || (m_isDecodedAscii && isAsciiAlike(before) && isAsciiAlike(m_codes.charCode));
+    return m_codes.charCode == before || m_decoded.bytes == 0
+        || (m_decoded.isAscii && isAsciiAlike(before) && isAsciiAlike(m_codes.charCode));
 }
 
 FileCodes FileReading::codes() const
@@ -132,26 +132,24 @@ bool FileReading::startOver()
 {
     m_blocks.startOver(m_codes.charCode);
     m_startsOver = true;
-    m_bytesDone = 0;
+    m_decoded = {};
     m_result = {};
     m_held.clear();
-    m_isDecodedAscii = true;
     return readFirst() && settleCode();
 }
 
 void FileReading::setLayout(LayoutCopy layout)
 {
-    const std::lock_guard lock(m_mutex);
-    m_newLayout = std::move(layout);
+    m_newLayouts.put(std::move(layout));
 }
 
 void FileReading::takeLayout()
 {
-    const std::lock_guard lock(m_mutex);
-    if (!m_newLayout)
+    std::vector<LayoutCopy> layouts = m_newLayouts.take();
+    if (layouts.empty())
         return;
     m_workers.clear();
-    m_workers.push_back({ *std::exchange(m_newLayout, std::nullopt) });
+    m_workers.push_back({ std::move(layouts.back()) });
 }
 
 bool FileReading::isHeldWhole() const
@@ -183,8 +181,8 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
         const qsizetype from = part == 0 ? 0 : ends[part - 1];
         decodePart(m_workers[part], bytes + from, ends[part] - from);
     });
-    m_isDecodedAscii = isAscii;
-    m_bytesDone = m_block.fileEnd;
+    m_decoded.isAscii = isAscii;
+    m_decoded.bytes = m_block.fileEnd;
     join(ends.size());
 }
 
@@ -193,8 +191,8 @@ void FileReading::hold(FileBlock &next)
 {
     if (!m_block.isLast)
         readBehind(next);
-    m_bytesDone = m_block.fileEnd;
-    m_isDecodedAscii = false;
+    m_decoded.bytes = m_block.fileEnd;
+    m_decoded.isAscii = false;
     m_held.reserve(bytesInAll());
     char *const bytes = m_block.bytes.data();
     m_held.append(bytes, normalizeLineEnds(bytes, m_block.end, m_codes.returnCode));

@@ -4,11 +4,11 @@
 #include "document/filecodes.h"
 #include "document/readfindings.h"
 #include "files/readfile.h"
+#include "jobs/handover.h"
 #include "jobs/spread.h"
 #include "text/layoutcopy.h"
 #include "text/textstore.h"
 
-#include <mutex>
 #include <vector>
 
 /// What is known of a file's text when all of it was read.
@@ -66,7 +66,7 @@ public:
     /// Of the text that came so far.
     FileCodes codes() const;
     /// Bytes that were decoded (nearly, of UTF-16), and that the file had when it was opened.
-    qint64 bytesDone() const { return m_bytesDone; }
+    qint64 bytesDone() const { return m_decoded.bytes; }
     qint64 bytesInAll() const { return m_blocks.expectedSize(); }
     /// After Failed.
     ReadFailure failure() const;
@@ -82,6 +82,12 @@ private:
         LayoutCopy layout;
         std::optional<TextStore> text = {};
         qint64 undecodable = 0;
+    };
+
+    /// What has been.
+    struct Decoded {
+        qint64 bytes = 0;
+        bool isAscii = true;
     };
 
     Step makeStep(const Spread &spread);
@@ -106,16 +112,13 @@ private:
     FileBlock m_block; ///< the one that is decoded next
     QByteArray m_spare; ///< has room for another one
     FileCodes m_codes;
+    Decoded m_decoded;
     bool m_isOpen = false;
     bool m_isTooLarge = false; ///< the memory has not sufficed
-    bool m_isDecodedAscii = true; ///< all that was decoded
-    qint64 m_bytesDone = 0;
     QByteArray m_held; ///< of a code that is decoded whole
     bool m_startsOver = false;
     std::vector<Worker> m_workers; ///< one at least
     std::optional<Part> m_part;
     ReadResult m_result;
-
-    std::mutex m_mutex; ///< for the next one
-    std::optional<LayoutCopy> m_newLayout;
+    HandOver<LayoutCopy> m_newLayouts;
 };
