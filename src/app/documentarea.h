@@ -70,6 +70,9 @@ signals:
     void currentChanged(ctlEditer *editor);
     /// A document may have another name, codes, or other edits than before.
     void refreshed(ctlEditer *editor);
+    /// A document was read or saved behind the window, and has told the state of its commands, though it may
+    /// not be the one that is shown.
+    void workEnded();
     /// A document was taken away.
     void closed(ctlEditer *editor);
     /// The notice strip was asked for what can be switched on and off.

@@ -422,6 +422,7 @@ void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end)
 {
     ArrivingFile *const arriving = m_arriving.extract(editor).mapped().release();
     arriving->deleteLater();
+    emit m_documents.workEnded();
     if (end == ArrivingFile::End::Stopped)
         return;
     if (end == ArrivingFile::End::Failed || !arriving->isShownInParts())

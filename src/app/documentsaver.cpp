@@ -93,6 +93,7 @@ void DocumentSaver::endBehind(ctlEditer *editor, const SaveResult &result, JobOu
     const QPointer<ctlEditer> document = editor;
     if (outcome != JobOutcome::Stopped)
         editor->noteSaved(result);
+    emit m_documents.workEnded();
     const bool isSaved = document && result.outcome == SaveResult::Outcome::Written;
     if (document)
         finish(editor, isSaved, {});

@@ -68,17 +68,14 @@ void frmMain::connectParts()
             slotCmdMnuRecent(row);
     });
     connect(&m_parts->places, &RecentPlaces::changed, this, &frmMain::rebuildRecentMenu);
-    // Documents that are not shown tell of themselves too, when they have been read or saved behind the
-    // window.
     connect(&m_parts->documents, &DocumentArea::added, this, [this](const ctlEditer *editor) {
         connect(editor, &ctlEditer::undoAvailable2, this, &frmMain::slotEdUndoAvailable);
         connect(editor, &ctlEditer::redoAvailable2, this, &frmMain::slotEdRedoAvailable);
-        connect(editor, &ctlEditer::copyAvailable, this, [this, editor](bool available) {
-            if (editor == currentEditor())
-                slotEdCopyAvailable(available);
-        });
+        connect(editor, &ctlEditer::copyAvailable, this, &frmMain::slotEdCopyAvailable);
     });
     connect(&m_parts->documents, &DocumentArea::currentChanged, this, &frmMain::slotTabCurrentChanged);
+    connect(&m_parts->documents, &DocumentArea::workEnded, this,
+        [this] { slotTabCurrentChanged(currentEditor()); });
     connect(&m_parts->documents, &DocumentArea::refreshed, this, &frmMain::updateCaption);
     connect(&m_parts->firstOffers, &FirstOffers::languageChosen, this,
         [this](int language) { (this->*languageSlots[language])(); });
@@ -485,15 +482,13 @@ void frmMain::slotEtcKeys()
 
 void frmMain::slotEdUndoAvailable(ctlEditer *editor, bool available)
 {
-    if (editor == currentEditor())
-        item(EditCommand::Undo)->setEnabled(available);
+    item(EditCommand::Undo)->setEnabled(available);
     m_parts->documents.refresh(editor);
 }
 
-void frmMain::slotEdRedoAvailable(ctlEditer *editor, bool available)
+void frmMain::slotEdRedoAvailable(ctlEditer *, bool available)
 {
-    if (editor == currentEditor())
-        item(EditCommand::Redo)->setEnabled(available);
+    item(EditCommand::Redo)->setEnabled(available);
 }
 
 void frmMain::slotEdCopyAvailable(bool available)
