@@ -7,6 +7,7 @@
 #include "settings/settings.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -34,6 +35,8 @@ public:
         setWidgetResizable(true);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setFocusPolicy(Qt::NoFocus);
+        verticalScrollBar()->setAccessibleName(
+            QCoreApplication::translate("QMultiLineEdit", "Vertical scroll bar"));
         setWidget(switches);
         showFocusIn(this);
     }
