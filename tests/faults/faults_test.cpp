@@ -3,6 +3,7 @@
 #include "tests/figures.h"
 #include "tests/testprogram.h"
 
+#include <QThreadPool>
 #include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
@@ -104,6 +105,8 @@ void FaultsTest::everyFaultOfEveryCall()
 
 bool FaultsTest::runKilled(Operation &operation, qsizetype step)
 {
+    // What another thread has locked would stay locked in the child, which has this one alone.
+    QThreadPool::globalInstance()->waitForDone();
     const pid_t child = ::fork();
     if (child == 0) {
         OneFault fault(faultKinds[std::size(faultKinds) - 1], step);
