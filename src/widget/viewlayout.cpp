@@ -88,7 +88,8 @@ void ViewLayout::beginChange(const RowFormat &format)
     if (m_wanted && m_wanted->change.layout().rule() == format.layoutRule())
         m_wanted->format = format;
     else
-        m_wanted.emplace(Wanted{ format, LayoutChange(format.layoutRule(), m_document.store().layout().sizes()) });
+        m_wanted.emplace(
+            Wanted{ format, LayoutChange(format.layoutRule(), m_document.store().layout().sizes()) });
     m_turns.start(0);
 }
 
