@@ -2,14 +2,13 @@
 #include "tests/widget/drawntext.h"
 #include "tests/widget/keyboardasked.h"
 #include "tests/widget/rows.h"
+#include "tests/widget/twofields.h"
 
 #include <QApplication>
-#include <QLineEdit>
 #include <QMenu>
 #include <QPointingDevice>
 #include <QStyleHints>
 #include <QTimer>
-#include <QVBoxLayout>
 
 #include <functional>
 
@@ -51,9 +50,8 @@ private:
     void tap(QPoint point, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void drag(QPoint from, QPoint to);
 
-    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<TwoFields> m_window;
     QMultiLineEdit *m_edit = nullptr;
-    QLineEdit *m_other = nullptr;
     int m_flashTime = 0;
 };
 
@@ -73,16 +71,9 @@ void QMultiLineEditPenTest::cleanupTestCase()
 
 void QMultiLineEditPenTest::init()
 {
-    m_window = std::make_unique<QWidget>();
-    m_edit = new QMultiLineEdit;
-    m_other = new QLineEdit;
-    auto *const layout = new QVBoxLayout(m_window.get());
-    layout->addWidget(m_edit);
-    layout->addWidget(m_other);
-    m_window->resize(300, 300);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    m_edit->setFocus();
+    m_window = std::make_unique<TwoFields>();
+    m_edit = m_window->edit;
+    QVERIFY(m_window->open());
 }
 
 void QMultiLineEditPenTest::cleanup()
@@ -135,7 +126,7 @@ void QMultiLineEditPenTest::tapPlacesTheCursor()
 void QMultiLineEditPenTest::tapTakesTheFocus()
 {
     m_edit->setText(u"hello"_s);
-    m_other->setFocus();
+    m_window->other->setFocus();
     tap(at(0, 3));
     QVERIFY(m_edit->hasFocus());
 }

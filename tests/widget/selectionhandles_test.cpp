@@ -2,13 +2,12 @@
 #include "tests/widget/drawntext.h"
 #include "tests/widget/keyboardasked.h"
 #include "tests/widget/rows.h"
+#include "tests/widget/twofields.h"
 
 #include <QApplication>
-#include <QLineEdit>
 #include <QMenu>
 #include <QPointingDevice>
 #include <QStyleHints>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -69,24 +68,16 @@ private:
         QTest::touchEvent(window, screen()).release(0, to, window);
     }
 
-    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<TwoFields> m_window;
     QMultiLineEdit *m_edit = nullptr;
-    QLineEdit *m_other = nullptr;
 };
 
 void SelectionHandlesTest::init()
 {
     QApplication::styleHints()->setMousePressAndHoldInterval(60);
-    m_window = std::make_unique<QWidget>();
-    m_edit = new QMultiLineEdit;
-    m_other = new QLineEdit;
-    auto *const layout = new QVBoxLayout(m_window.get());
-    layout->addWidget(m_edit);
-    layout->addWidget(m_other);
-    m_window->resize(300, 300);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    m_edit->setFocus();
+    m_window = std::make_unique<TwoFields>();
+    m_edit = m_window->edit;
+    QVERIFY(m_window->open());
     DrawnText::load(*m_edit, u"|one two three\nfour five six"_s);
 }
 
@@ -187,7 +178,7 @@ void SelectionHandlesTest::theKeyboardGoesWithTheFocus()
     tap(at(0, 1));
     QCOMPARE(keyboard.times, 1);
     QCOMPARE(keyboard.timesGone, 0);
-    m_other->setFocus();
+    m_window->other->setFocus();
     QCOMPARE(keyboard.timesGone, 1);
 }
 
