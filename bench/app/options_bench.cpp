@@ -4,8 +4,8 @@
 //     QT_QPA_PLATFORM=offscreen build/bench/options_bench
 
 #include "app/frmmain.h"
-#include "app/textcounts.h"
 #include "bench/app/ownfolders.h"
+#include "document/textcounts.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "settings/settings.h"

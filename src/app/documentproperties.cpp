@@ -1,6 +1,6 @@
 #include "app/documentproperties.h"
 
-#include "app/textcounts.h"
+#include "document/textcounts.h"
 #include "editor/ctlediter.h"
 #include "files/filename.h"
 #include "platform/digitgrouping.h"

@@ -1,10 +1,10 @@
 #include "app/propertiesbox.h"
 
 #include "app/awaitedanswer.h"
-#include "app/countwork.h"
 #include "app/documentarea.h"
 #include "app/documentproperties.h"
 #include "app/windowjobs.h"
+#include "document/countwork.h"
 #include "editor/ctlediter.h"
 #include "platform/messagebox.h"
 

@@ -1,12 +1,15 @@
 #include "codec/charcode.h"
 #include "codec/codecs.h"
+#include "document/countwork.h"
 #include "document/documentsave.h"
 #include "document/readwork.h"
+#include "document/searchwork.h"
 #include "jobs/job.h"
 #include "jobs/poolrunner.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/document/documentfolder.h"
 #include "tests/testprogram.h"
+#include "text/layoutchange.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -106,6 +109,11 @@ private slots:
     void savesWhileTheTextIsEdited();
     void savingIsStopped();
     void severalReadWhileTheTextIsEdited();
+    void searchesWhileTheTextIsEdited_data();
+    void searchesWhileTheTextIsEdited();
+    void searchingIsGivenUp();
+    void countsWhileTheTextIsEdited();
+    void readsWhileTheTextIsLaidOut();
 
 private:
     static void addCodes();
@@ -247,6 +255,90 @@ void JobsInThreadsTest::severalReadWhileTheTextIsEdited()
         QCoreApplication::processEvents();
     }
     QVERIFY(std::ranges::all_of(works, &SummingWork::isAlwaysTheSame));
+    store.checkInvariants();
+}
+
+void JobsInThreadsTest::searchesWhileTheTextIsEdited_data()
+{
+    QTest::addColumn<SearchDirection>("direction");
+    QTest::addColumn<QString>("wanted");
+    QTest::newRow("next") << SearchDirection::Forward << u"number 49999,"_s;
+    QTest::newRow("previous") << SearchDirection::Backward << u"number 1,"_s;
+    QTest::newRow("in vain") << SearchDirection::Forward << u"number 50000,"_s;
+}
+
+void JobsInThreadsTest::searchesWhileTheTextIsEdited()
+{
+    QFETCH(SearchDirection, direction);
+    QFETCH(QString, wanted);
+    TextStore store = storeWith(m_text);
+    PoolRunner runner;
+    auto owned = std::make_unique<SearchWork>(
+        TextSnapshot(store), TextPattern(wanted, Qt::CaseSensitive), direction, TextRange{ {}, store.end() });
+    const SearchWork &work = *owned;
+    const Job job(std::move(owned), runner);
+    for (int round = 0; !job.isFinished(); ++round) {
+        editAllOver(store, round);
+        QCoreApplication::processEvents();
+    }
+    const qsizetype expected = m_text.indexOf(wanted);
+    QCOMPARE(work.begin(), expected < 0 ? std::nullopt : std::optional(Offset(expected)));
+    store.checkInvariants();
+}
+
+void JobsInThreadsTest::searchingIsGivenUp()
+{
+    TextStore store = storeWith(m_text);
+    PoolRunner runner;
+    for (int round = 0; round < 5; ++round) {
+        const TextPattern wanted(u"not there"_s, Qt::CaseInsensitive);
+        const Job job(std::make_unique<SearchWork>(TextSnapshot(store), wanted, SearchDirection::Forward,
+                          TextRange{ {}, store.end() }),
+            runner);
+        const QSignalSpy begun(&job, &Job::progressed);
+        if (round > 0)
+            QTRY_VERIFY(!begun.isEmpty());
+        editAllOver(store, round);
+    }
+    store.checkInvariants();
+}
+
+void JobsInThreadsTest::countsWhileTheTextIsEdited()
+{
+    TextStore store = storeWith(m_text);
+    const TextCounts expected = countText(store);
+    PoolRunner runner;
+    auto owned = std::make_unique<CountWork>(TextSnapshot(store));
+    const CountWork &work = *owned;
+    const Job job(std::move(owned), runner);
+    for (int round = 0; !job.isFinished(); ++round) {
+        editAllOver(store, round);
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(work.counts().lineFeeds, expected.lineFeeds);
+    QCOMPARE(work.counts().singleByteChars, expected.singleByteChars);
+    QCOMPARE(work.counts().doubleByteChars, expected.doubleByteChars);
+}
+
+/// Its nodes have twins in the other layout, over the leaves that both have.
+void JobsInThreadsTest::readsWhileTheTextIsLaidOut()
+{
+    TextStore store = storeWith(m_text);
+    PoolRunner runner;
+    auto owned = std::make_unique<SummingWork>(TextSnapshot(store));
+    const SummingWork &work = *owned;
+    const Job job(std::move(owned), runner);
+    for (int round = 0; !job.isFinished(); ++round) {
+        LayoutRule rule = store.layoutRule();
+        rule.limit = (20 + round % 3) * subpixelsPerPixel;
+        LayoutChange change(rule);
+        for (int turn = 0; !store.setLayout(change, QDeadlineTimer(0)); ++turn) {
+            if (turn % 64 == 0)
+                editAllOver(store, round);
+        }
+        QCoreApplication::processEvents();
+    }
+    QVERIFY(work.isAlwaysTheSame);
     store.checkInvariants();
 }
 

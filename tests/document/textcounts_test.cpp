@@ -1,4 +1,4 @@
-#include "app/textcounts.h"
+#include "document/textcounts.h"
 
 #include "codec/charcode.h"
 #include "codec/returncode.h"

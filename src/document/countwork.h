@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/textcounts.h"
+#include "document/textcounts.h"
 #include "jobs/jobwork.h"
 #include "text/textsnapshot.h"
 

@@ -1,4 +1,4 @@
-#include "app/countwork.h"
+#include "document/countwork.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "app/textcounts.h"
+#include "document/textcounts.h"
 
 #include "text/textsnapshot.h"
 
