@@ -4,6 +4,8 @@
 #include "recovery/journalwriter.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <new>
 #include <utility>
 
 namespace {
@@ -40,6 +42,16 @@ JobWork::Step stepOf(JournalWriter::Progress progress)
     Q_UNREACHABLE();
 }
 
+/// Too little memory is a failure like that of a disk, told and tried again as that is.
+template <class Act> JobWork::Step tried(JournalWriter &writer, const Act &act)
+{
+    try {
+        return stepOf(act());
+    } catch (const std::bad_alloc &) {
+        return stepOf(writer.failed(ENOMEM));
+    }
+}
+
 class WritingWork : public WorkOfJournal {
 public:
     WritingWork(std::shared_ptr<JournalWriter> writer, std::shared_ptr<const JournalWrite> begun,
@@ -52,9 +64,11 @@ public:
     Step step(JobTurn &) override
     {
         const EndOrder::Delay delay;
-        if (!std::exchange(m_hasBegun, true))
-            writer().begin(*m_next);
-        return stepOf(writer().step());
+        return tried(writer(), [this] {
+            if (!std::exchange(m_hasBegun, true))
+                writer().begin(*m_next);
+            return writer().step();
+        });
     }
 
 private:
@@ -65,7 +79,10 @@ private:
 class LeisureWork : public WorkOfJournal {
 public:
     using WorkOfJournal::WorkOfJournal;
-    Step step(JobTurn &) override { return stepOf(writer().stepAtLeisure()); }
+    Step step(JobTurn &) override
+    {
+        return tried(writer(), [this] { return writer().stepAtLeisure(); });
+    }
 };
 
 /// What a writer does last is done also when nobody waits for it any more.

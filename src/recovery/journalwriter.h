@@ -22,6 +22,8 @@ public:
     /// A step of it, of bounded length. Done: it is on the disk. Failed: see error().
     Progress step();
     int error() const { return m_error; }
+    /// For a step that was broken off otherwise: some of a record may wait to be written.
+    Progress failed(int error);
 
     /// There is something to do that can wait: to read through the base.
     bool hasLeisureWork() const { return m_write && m_file && !m_hasFailed && !m_baseReading.isDone(); }
@@ -44,7 +46,6 @@ private:
     void writePart(EditWriter &edit);
     bool finish();
     JournalFile &target() { return m_next ? *m_next : *m_file; }
-    Progress failed(int error);
 
     enum class Source { Committed = 0, Base = 1 };
     enum class Stage { Start, KeepBase, Parts };

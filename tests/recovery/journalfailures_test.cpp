@@ -7,6 +7,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <new>
 
 using namespace Qt::StringLiterals;
 using Outcome = Restored::Outcome;
@@ -22,6 +23,7 @@ private slots:
     void shortWritesAreContinued();
     void journalReadInPartIsKept();
     void fullDiskIsToldAndTriedAgain();
+    void tooLittleMemoryIsToldAndTriedAgain();
     void fullDiskIsForgottenWithTheLastEdit();
     void oldJournalStaysWhileThereIsNoNewOne_data();
     void oldJournalStaysWhileThereIsNoNewOne();
@@ -155,6 +157,31 @@ void JournalFailuresTest::fullDiskIsToldAndTriedAgain()
     QTRY_COMPARE(run.journals.failure(), 0);
     QCOMPARE(told.size(), 2);
     QCOMPARE(killedNow(folder), u"text"_s);
+}
+
+/// What had been written before is still there meanwhile.
+void JournalFailuresTest::tooLittleMemoryIsToldAndTriedAgain()
+{
+    std::atomic<bool> hasMemory = true;
+    FileCalls calls = quickCalls();
+    calls.pwrite = [&hasMemory](int file, const void *from, size_t size, off_t offset) {
+        if (!hasMemory)
+            throw std::bad_alloc();
+        return ::pwrite(file, from, size, offset);
+    };
+    RecoveryFolder folder;
+    Run run(folder, calls);
+    run.document.replace({}, 0, u"text");
+    QVERIFY(run.pause());
+    hasMemory = false;
+    run.document.replace({}, 0, u"more ");
+    QVERIFY(!run.pause());
+    QCOMPARE(run.journals.failure(), ENOMEM);
+    QCOMPARE(killedNow(folder), u"text"_s);
+    hasMemory = true;
+    QVERIFY(run.pause());
+    QCOMPARE(run.journals.failure(), 0);
+    QCOMPARE(killedNow(folder), u"more text"_s);
 }
 
 void JournalFailuresTest::fullDiskIsForgottenWithTheLastEdit()
