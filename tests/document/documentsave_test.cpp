@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <new>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -47,6 +48,8 @@ private slots:
     void stoppedAfterAnyStep();
     void failsInAnyStep_data() { addSteps(); }
     void failsInAnyStep();
+    void memoryRunsOutInAnyStep_data() { addSteps(); }
+    void memoryRunsOutInAnyStep();
     void documentIsClosedAfterAnyStep_data() { addSteps(); }
     void documentIsClosedAfterAnyStep();
     void folderVanishes();
@@ -224,6 +227,41 @@ void DocumentSaveTest::failsInAnyStep()
     QCOMPARE(document.endSave(*save).outcome, SaveResult::Outcome::NotWritten);
     QVERIFY(document.isEdited());
     isBroken = false;
+    QCOMPARE(document.save(document.path(), fileName).outcome, SaveResult::Outcome::Written);
+}
+
+void DocumentSaveTest::memoryRunsOutInAnyStep()
+{
+    QFETCH(int, steps);
+    bool hasMemory = true;
+    const auto needing = [&hasMemory](auto call) {
+        return [call, &hasMemory](auto... arguments) {
+            if (!hasMemory)
+                throw std::bad_alloc();
+            return call(arguments...);
+        };
+    };
+    FileCalls calls = FileCalls::system();
+    calls.pwrite = needing(calls.pwrite);
+    calls.fsync = needing(calls.fsync);
+    Edited document(*m_folder, calls);
+    {
+        SteppedRunner runner;
+        auto owned = document.begin();
+        const DocumentSave &save = *owned;
+        Job job(std::move(owned), runner);
+        const QSignalSpy finished(&job, &Job::finished);
+        while (steps-- > 0)
+            QVERIFY(runner.step());
+        hasMemory = false;
+        runner.runAll();
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(finished[0][0].value<JobOutcome>(), JobOutcome::Failed);
+        QCOMPARE(document.endSave(save).outcome, SaveResult::Outcome::NotWritten);
+    }
+    QVERIFY(isOnly(oldText));
+    QVERIFY(document.isEdited());
+    hasMemory = true;
     QCOMPARE(document.save(document.path(), fileName).outcome, SaveResult::Outcome::Written);
 }
 
