@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr">
 <context>
+    <name>AwaitedAnswer</name>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for this!</source>
+        <translation>Mémoire insuffisante.</translation>
+    </message>
+</context>
+<context>
     <name>CommandLine</name>
     <message>
         <source>&apos;%1&apos; needs a file behind it</source>

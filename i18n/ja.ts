@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja">
 <context>
+    <name>AwaitedAnswer</name>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for this!</source>
+        <translation>メモリが足りません。</translation>
+    </message>
+</context>
+<context>
     <name>CommandLine</name>
     <message>
         <source>&apos;%1&apos; needs a file behind it</source>

@@ -3,6 +3,7 @@
 #include "app/documentarea.h"
 #include "document/textdocument.h"
 #include "editor/ctlediter.h"
+#include "platform/messagebox.h"
 
 AwaitedAnswer::AwaitedAnswer(ctlEditer &editor, DocumentArea &documents, std::unique_ptr<JobWork> work,
     WorkNotice::Work kind, JobRunner &runner, IsWanted isWanted)
@@ -18,7 +19,7 @@ AwaitedAnswer::AwaitedAnswer(ctlEditer &editor, DocumentArea &documents, std::un
             giveUp();
     });
     connect(&m_job, &Job::progressed, this, &AwaitedAnswer::note);
-    connect(&m_job, &Job::finished, this, &AwaitedAnswer::answer);
+    connect(&m_job, &Job::finished, this, &AwaitedAnswer::noteEnd);
 }
 
 void AwaitedAnswer::note(const JobProgress &progress)
@@ -29,6 +30,12 @@ void AwaitedAnswer::note(const JobProgress &progress)
         m_sign->setProgress(int(progress.done * 100 / progress.total));
 }
 
+void AwaitedAnswer::noteEnd(JobOutcome outcome)
+{
+    m_hasFailed = outcome == JobOutcome::Failed;
+    answer();
+}
+
 /// What is being composed belongs to the text, which is another one then.
 void AwaitedAnswer::answer()
 {
@@ -36,8 +43,14 @@ void AwaitedAnswer::answer()
         m_answer.await();
         return;
     }
-    if (m_sign)
-        end(m_isWanted());
+    if (!m_sign)
+        return;
+    const bool isWanted = m_isWanted();
+    const bool isFailureToTell = isWanted && m_hasFailed;
+    DocumentArea &documents = m_documents;
+    end(isWanted && !m_hasFailed); // who is told may destroy this
+    if (isFailureToTell)
+        MessageBox::critical(&documents, tr("Error"), tr("There is not enough memory for this!"));
 }
 
 void AwaitedAnswer::end(bool isAnswered)

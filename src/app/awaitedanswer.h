@@ -31,11 +31,12 @@ public:
 
 signals:
     /// The last signal, when no dialog and no run of replacements is in the way. It may come while the
-    /// document is being closed.
+    /// document is being closed. Where there was too little memory for an answer, a box says so then.
     void ended(bool isAnswered);
 
 private:
     void note(const JobProgress &progress);
+    void noteEnd(JobOutcome outcome);
     void answer();
     void end(bool isAnswered);
 
@@ -43,5 +44,6 @@ private:
     const IsWanted m_isWanted;
     std::optional<WorkSign> m_sign; ///< until the end
     FreeTurn m_answer{ [this] { answer(); } };
+    bool m_hasFailed = false;
     Job m_job;
 };
