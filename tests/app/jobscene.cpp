@@ -1,0 +1,212 @@
+#include "tests/app/jobscene.h"
+
+#include "app/qpeapplicationesc.h"
+#include "codec/charcode.h"
+#include "codec/textcodec.h"
+#include "search/frmsearchdialog.h"
+#include "tests/app/stripinwindow.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 fewestUnits = qint64{ 1 } << 20; ///< of what is done behind the window
+
+} // namespace
+
+const std::vector<JobScene::Job> &JobScene::jobs()
+{
+    static const std::vector<Job> all{
+        { "load", Kind::Load, &JobScene::load, 2, Content::Text, Content::NoDocument, Content::Empty },
+        { "load into a fresh document", Kind::Load, &JobScene::loadIntoFreshDocument, 2, Content::Text,
+            Content::Empty, Content::Empty },
+        { "reload", Kind::Reload, &JobScene::reload, 2, Content::Text, Content::Small, Content::Small, 1 },
+        { "reopen in another code", Kind::Reload, &JobScene::reopen, 2, Content::TextAsShiftJis,
+            Content::Text, Content::Text },
+        { "save", Kind::Save, &JobScene::save, 4, Content::Edited, Content::Edited, Content::Edited },
+        { "save as", Kind::Save, &JobScene::saveAs, 4, Content::Edited, Content::Edited, Content::Edited, 0,
+            0, "b.txt" },
+        { "search forward", Kind::Search, &JobScene::searchForward, 2, Content::Text, Content::Text,
+            Content::Text },
+        { "search backward", Kind::Search, &JobScene::searchBackward, 2, Content::Text, Content::Text,
+            Content::Text },
+        { "replace the next one", Kind::Search, &JobScene::replaceNext, 2, Content::Replaced, Content::Text,
+            Content::Text },
+        { "properties", Kind::Count, &JobScene::count, 2, Content::Text, Content::Text, Content::Text, 0, 1 },
+        { "new layout", Kind::Layout, &JobScene::layOut, 0, Content::Long, Content::Long, Content::Long },
+    };
+    return all;
+}
+
+JobScene::JobScene()
+    : window(WindowJobs{ std::unique_ptr<JobRunner>(&runner), fewestUnits })
+{
+    static_cast<QPEApplication *>(qApp)->showMainWidget(&window);
+    QVERIFY(window.open());
+    window.slotCmdFileCloseTab();
+    window.setDocument(files.write(u"other.txt"_s, "other"));
+    other = window.currentEditor();
+    QTest::keyClicks(other, u"typed "_s);
+}
+
+const QByteArray &JobScene::text()
+{
+    static const QByteArray text =
+        "\xe3\x81\x82 first\n" + QByteArray("a line of a large text\n").repeated(95'000) + "last\n";
+    return text;
+}
+
+QString JobScene::textOf(Content content)
+{
+    const QString whole = QString::fromUtf8(text());
+    switch (content) {
+    case Content::NoDocument:
+    case Content::Empty:
+        return {};
+    case Content::Small:
+        return QString::fromLatin1(smallText);
+    case Content::Text:
+        return whole;
+    case Content::TextAsShiftJis:
+        return infoOf(CharCode::ShiftJis).codec().decode(text(), LayoutRule()).text();
+    case Content::Edited:
+        return u'x' + whole;
+    case Content::Replaced:
+        return whole.chopped(5) + u"x\n"_s;
+    case Content::Long:
+        return whole.repeated(2);
+    }
+    Q_UNREACHABLE();
+}
+
+void JobScene::press(Qt::Key key)
+{
+    QTRY_VERIFY(takesKeys());
+    QTest::keyClick(QApplication::focusWidget(), key);
+}
+
+void JobScene::prepareSearch(const QString &text, bool replaces)
+{
+    if (replaces)
+        window.slotCmdViewReplace();
+    else
+        window.slotCmdViewSearch();
+    auto *const panel = window.findChild<frmSearchDialog *>();
+    panel->findText = text;
+    panel->replaceText = u"x"_s;
+    panel->caseSensitive = true;
+    panel->hide();
+    window.activateWindow();
+}
+
+void JobScene::openWhole(const QByteArray &text)
+{
+    window.setDocument(files.write(u"a.txt"_s, text));
+    makeAllSteps();
+    QTRY_VERIFY(takesKeys());
+}
+
+void JobScene::makeAllSteps()
+{
+    do {
+        runner.runAll();
+        settle();
+    } while (!runner.isIdle());
+}
+
+bool JobScene::isUnderWay(const Job &job, const ctlEditer &editor) const
+{
+    switch (job.kind) {
+    case Kind::Load:
+    case Kind::Reload:
+    case Kind::Save:
+        return editor.document().isHeld();
+    case Kind::Search:
+    case Kind::Count:
+        return !runner.isIdle();
+    case Kind::Layout:
+        return editor.rowHeight() == rowHeight;
+    }
+    Q_UNREACHABLE();
+}
+
+void JobScene::load()
+{
+    window.setDocument(files.write(u"a.txt"_s, text()));
+}
+
+void JobScene::loadIntoFreshDocument()
+{
+    files.write(u"a.txt"_s, text());
+    window.slotCmdFileNew();
+    window.choices << FileChoice{ files.folder(), u"a.txt"_s };
+    window.slotCmdFileOpen();
+}
+
+void JobScene::reload()
+{
+    openWhole(smallText);
+    files.write(u"a.txt"_s, text());
+    window.slotCmdFileReload();
+}
+
+void JobScene::reopen()
+{
+    openWhole(text());
+    window.openDocument(fullName(u"a.txt"_s), int(CharCode::ShiftJis));
+    QVERIFY(StripInWindow(window).click(u"Reopen as Shift-JIS"_s));
+}
+
+void JobScene::save()
+{
+    openWhole(text());
+    press(Qt::Key_X);
+    window.slotCmdFileSave();
+}
+
+void JobScene::saveAs()
+{
+    openWhole(text());
+    press(Qt::Key_X);
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s };
+    window.slotCmdFileSaveAs();
+}
+
+void JobScene::searchForward()
+{
+    openWhole(text());
+    window.currentEditor()->setCursorPlace({ Offset(3) });
+    prepareSearch(u"last"_s);
+    window.slotEtcSearchNext();
+}
+
+void JobScene::searchBackward()
+{
+    openWhole(text());
+    window.currentEditor()->setCursorPlace({ window.currentEditor()->store().end() - 1 });
+    prepareSearch(u"first"_s);
+    window.slotEtcSearchBefo();
+}
+
+void JobScene::replaceNext()
+{
+    openWhole(text());
+    window.currentEditor()->setCursorPlace({ Offset(3) });
+    prepareSearch(u"last"_s, true);
+    window.slotEtcSearchNext();
+}
+
+void JobScene::count()
+{
+    openWhole(text());
+    window.slotCmdFileProp();
+}
+
+void JobScene::layOut()
+{
+    openWhole(text().repeated(2));
+    rowHeight = window.currentEditor()->rowHeight();
+    appSettings().FontSize += 5;
+    window.applySettings();
+    window.currentEditor()->numLines(); // asked about, it begins
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "tests/app/testwindow.h"
+#include "tests/jobs/steppedrunner.h"
+
+#include <QPointer>
+
+#include <vector>
+
+/// A window in which a job can be begun, beside a document that is edited.
+class JobScene {
+public:
+    /// What a job is to the document it is about.
+    enum class Kind { Load, Reload, Save, Search, Count, Layout };
+
+    /// What a document has.
+    enum class Content {
+        NoDocument,
+        Empty,
+        Small,
+        Text,
+        TextAsShiftJis,
+        Edited, ///< the text with an "x" in front
+        Replaced,
+        Long,
+    };
+
+    struct Job {
+        const char *name;
+        Kind kind;
+        void (JobScene::*begin)(); ///< its document is the current one then
+        int steps;
+        Content done, stopped, failed; ///< what its document has then
+        int boxesOfBegin = 0;
+        int boxesOfEnd = 0; ///< when it is done
+        const char *file = "a.txt"; ///< that it reads or writes
+    };
+    /// All that can be done behind the window.
+    static const std::vector<Job> &jobs();
+
+    JobScene();
+
+    QString fullName(const QString &name) const { return files.folder() + name; }
+    /// Into the focus, as soon as it takes keys.
+    void press(Qt::Key key);
+    /// Opens the search panel with the text, in the document that is shown, to which its keys come back.
+    void prepareSearch(const QString &text, bool replaces = false);
+    /// Opens a.txt and waits for all of it.
+    void openWhole(const QByteArray &text);
+    /// Also of what is begun when the end of another one is told.
+    void makeAllSteps();
+    /// Whether the job goes on in the document.
+    bool isUnderWay(const Job &job, const ctlEditer &editor) const;
+
+    /// Of several steps of each job; "first" is far before its end, and "last" far behind its start.
+    static const QByteArray &text();
+    static inline const QByteArray smallText = "old\n";
+    static QString textOf(Content content);
+
+    TestFiles files;
+    SteppedRunner &runner = *new SteppedRunner;
+    TestWindow window;
+    QPointer<ctlEditer> other; ///< other.txt, "typed other"; saved in one go
+    qreal rowHeight = 0; ///< of the old layout
+
+private:
+    void load();
+    void loadIntoFreshDocument();
+    void reload();
+    void reopen();
+    void save();
+    void saveAs();
+    void searchForward();
+    void searchBackward();
+    void replaceNext();
+    void count();
+    void layOut();
+};
