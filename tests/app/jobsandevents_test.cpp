@@ -32,10 +32,7 @@ enum class Fate {
 
 enum class Moment { Start, Middle, End };
 
-using Kind = JobScene::Kind;
-using Content = JobScene::Content;
-
-Content contentAfter(const JobScene::Job &job, Fate fate)
+JobScene::Content contentAfter(const JobScene::Job &job, Fate fate)
 {
     switch (fate) {
     case Fate::Done:
@@ -47,14 +44,14 @@ Content contentAfter(const JobScene::Job &job, Fate fate)
     case Fate::NotTried:
     case Fate::Gone:
     case Fate::DoneAndGone:
-        return Content::NoDocument;
+        return JobScene::Content::NoDocument;
     }
     Q_UNREACHABLE();
 }
 
-QPEApplication *application()
+QPEApplication &theApplication()
 {
-    return static_cast<QPEApplication *>(qApp);
+    return *static_cast<QPEApplication *>(qApp);
 }
 
 /// No file can be made longer than this while it lives.
@@ -255,14 +252,14 @@ void JobsAndEventsTest::quit()
 void JobsAndEventsTest::endByOrder()
 {
     EndOrder::give();
-    application()->endAtOnce();
+    theApplication().endAtOnce();
 }
 
 void JobsAndEventsTest::logOut()
 {
     makeStepsInTheLoop();
     const bool isReady = m_scene->window.endSession(true);
-    emit application()->sessionEnded();
+    emit theApplication().sessionEnded();
     const bool isEnded = m_scene->window.close();
     m_stepping.stop();
     QVERIFY(isReady && isEnded);
@@ -273,14 +270,14 @@ void JobsAndEventsTest::requestItsFile()
 {
     m_scene->window.slotCmdViewWinPrev();
     QCOMPARE(m_scene->window.currentEditor(), m_scene->other);
-    application()->request(m_scene->fullName(u"a.txt"_s));
+    theApplication().request(m_scene->fullName(u"a.txt"_s));
     settle();
     QCOMPARE(m_scene->window.currentEditor(), m_editor);
 }
 
 void JobsAndEventsTest::requestAnotherFile()
 {
-    application()->request(m_scene->files.write(u"third.txt"_s, "third"));
+    theApplication().request(m_scene->files.write(u"third.txt"_s, "third"));
     settle();
     QCOMPARE(m_scene->window.currentEditor()->text(), u"third"_s);
 }
@@ -315,7 +312,7 @@ void JobsAndEventsTest::useUpMemory()
 void JobsAndEventsTest::changeLanguage()
 {
     m_scene->window.slotCmdViewLangFr();
-    if (m_job->kind == Kind::Layout)
+    if (m_job->kind == JobScene::Kind::Layout)
         return;
     const StripInWindow strip(m_scene->window);
     QTRY_VERIFY(strip.button(u"Arrêter"_s));
@@ -359,7 +356,7 @@ void JobsAndEventsTest::begin(const JobScene::Job &job)
 /// While the window waits for a save.
 void JobsAndEventsTest::makeStepsInTheLoop()
 {
-    if (m_job->kind == Kind::Save)
+    if (m_job->kind == JobScene::Kind::Save)
         m_stepping.start(0);
 }
 
@@ -372,9 +369,9 @@ void JobsAndEventsTest::makeStepsBefore(Moment moment)
 
 void JobsAndEventsTest::checkDocument(Fate fate)
 {
-    const Content content = contentAfter(*m_job, fate);
+    const JobScene::Content content = contentAfter(*m_job, fate);
     const bool isThere = m_scene->window.tabBar()->editors().contains(m_editor);
-    QCOMPARE(isThere, content != Content::NoDocument);
+    QCOMPARE(isThere, content != JobScene::Content::NoDocument);
     if (!isThere)
         return;
     QVERIFY(!m_editor->document().isHeld());
@@ -382,11 +379,11 @@ void JobsAndEventsTest::checkDocument(Fate fate)
     expected.insert(m_cursor - Offset(), m_typed);
     QVERIFY(m_editor->text() == expected);
     m_editor->store().checkInvariants();
-    const bool isUnsaved = m_job->kind == Kind::Save && fate != Fate::Done;
-    QCOMPARE(m_editor->edited(), isUnsaved || content == Content::Replaced || !m_typed.isEmpty());
-    if (m_job->kind == Kind::Search)
-        QCOMPARE(m_editor->hasMarkedText(), fate == Fate::Done && content == Content::Text);
-    if (m_job->kind == Kind::Layout)
+    const bool isUnsaved = m_job->kind == JobScene::Kind::Save && fate != Fate::Done;
+    QCOMPARE(m_editor->edited(), isUnsaved || content == JobScene::Content::Replaced || !m_typed.isEmpty());
+    if (m_job->kind == JobScene::Kind::Search)
+        QCOMPARE(m_editor->hasMarkedText(), fate == Fate::Done && content == JobScene::Content::Text);
+    if (m_job->kind == JobScene::Kind::Layout)
         QTRY_VERIFY(m_editor->rowHeight() > m_scene->rowHeight);
 }
 
@@ -409,7 +406,8 @@ void JobsAndEventsTest::checkFiles(Fate fate)
 {
     const TestFiles &files = m_scene->files;
     const QString name = QString::fromLatin1(m_job->file);
-    const bool isWritten = m_job->kind == Kind::Save && (fate == Fate::Done || fate == Fate::DoneAndGone);
+    const bool isWritten =
+        m_job->kind == JobScene::Kind::Save && (fate == Fate::Done || fate == Fate::DoneAndGone);
     QStringList others =
         QDir(files.folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     for (const QString &known : { u"other.txt"_s, u"third.txt"_s, u"a.txt"_s, u"b.txt"_s })
@@ -495,7 +493,7 @@ void JobsAndEventsTest::readErrorInTheMiddle_data()
 {
     QTest::addColumn<const JobScene::Job *>("job");
     for (const JobScene::Job &job : JobScene::jobs()) {
-        if (job.kind == Kind::Load)
+        if (job.kind == JobScene::Kind::Load)
             QTest::addRow("%s", job.name) << &job;
     }
 }

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 fewestUnits = qint64{ 1 } << 20; ///< of what is done behind the window
+constexpr qint64 fewestInScene = qint64{ 1 } << 20; ///< of what is done behind the window
 
 } // namespace
 
@@ -39,7 +39,7 @@ const std::vector<JobScene::Job> &JobScene::jobs()
 }
 
 JobScene::JobScene()
-    : window(WindowJobs{ std::unique_ptr<JobRunner>(&runner), fewestUnits })
+    : window(WindowJobs{ std::unique_ptr<JobRunner>(&runner), fewestInScene })
 {
     static_cast<QPEApplication *>(qApp)->showMainWidget(&window);
     QVERIFY(window.open());

@@ -16,9 +16,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 fewestUnits = qint64{ 1 } << 18;
+constexpr qint64 fewestWhileStuck = qint64{ 1 } << 18;
 
-QByteArray largeText()
+QByteArray textWhileStuck()
 {
     return QByteArray("a line of a large text\n").repeated(30'000);
 }
@@ -102,7 +102,7 @@ private:
 void StuckJournalsTest::init()
 {
     m_parts = std::make_unique<Parts>();
-    m_parts->jobs = { std::make_unique<PoolRunner>(), fewestUnits };
+    m_parts->jobs = { std::make_unique<PoolRunner>(), fewestWhileStuck };
     for (int i = 0; i < QThread::idealThreadCount() + 2; ++i)
         QTest::keyClicks(m_parts->open(m_parts->files.write(u"%1.txt"_s.arg(i), "text\n")), u"typed "_s);
     write();
@@ -125,22 +125,22 @@ void StuckJournalsTest::write()
 
 void StuckJournalsTest::largeFileIsRead()
 {
-    const ctlEditer *const editor = m_parts->open(m_parts->files.write(u"large.txt"_s, largeText()));
+    const ctlEditer *const editor = m_parts->open(m_parts->files.write(u"large.txt"_s, textWhileStuck()));
     QVERIFY(editor->document().isHeld());
     QTRY_VERIFY(!editor->document().isHeld());
-    QVERIFY(editor->text() == QString::fromLatin1(largeText()));
+    QVERIFY(editor->text() == QString::fromLatin1(textWhileStuck()));
     QVERIFY(m_parts->journalNames().isEmpty());
 }
 
 void StuckJournalsTest::longTextIsSaved()
 {
     ctlEditer *const editor = current();
-    editor->insert(QString::fromLatin1(largeText()));
+    editor->insert(QString::fromLatin1(textWhileStuck()));
     m_parts->saver.beginSave(editor);
     QVERIFY(m_parts->saver.isSaving(editor));
     QTRY_VERIFY(!m_parts->saver.isSaving(editor));
     QVERIFY(!editor->edited());
-    QVERIFY(m_parts->files.read(editor->name()) == "typed " + largeText() + "text\n");
+    QVERIFY(m_parts->files.read(editor->name()) == "typed " + textWhileStuck() + "text\n");
 }
 
 void StuckJournalsTest::textIsTypedOn()
