@@ -590,6 +590,10 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
         <source>Date Modified</source>
         <translation>Modifié le</translation>
     </message>
+    <message>
+        <source>Reading the folder…</source>
+        <translation>Lecture du dossier…</translation>
+    </message>
 </context>
 <context>
     <name>ctlFileListViewItem</name>

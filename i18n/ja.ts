@@ -589,6 +589,10 @@ You do not have the permission or the file may be in use.</source>
         <source>Date Modified</source>
         <translation>更新日時</translation>
     </message>
+    <message>
+        <source>Reading the folder…</source>
+        <translation>フォルダを読み込んでいます…</translation>
+    </message>
 </context>
 <context>
     <name>ctlFileListViewItem</name>

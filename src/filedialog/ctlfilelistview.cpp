@@ -13,6 +13,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -40,23 +41,13 @@ QString lastComponent(const QString &path)
     return clean.sliced(clean.lastIndexOf(u'/') + 1);
 }
 
-/// Rows with equal keys keep their order.
-void sortByKey(QList<QTreeWidgetItem *> &items, int column, Qt::SortOrder order)
-{
-    const bool ascending = order == Qt::AscendingOrder;
-    for (QTreeWidgetItem *item : items)
-        static_cast<ctlFileListViewItem *>(item)->setSortColumn(column, ascending);
-    std::stable_sort(
-        items.begin(), items.end(), [ascending](const QTreeWidgetItem *a, const QTreeWidgetItem *b) {
-            return ascending ? *a < *b : *b < *a;
-        });
-}
-
 } // namespace
 
-ctlFileListView::ctlFileListView(QWidget *parent, const Surroundings &usedSurroundings)
+ctlFileListView::ctlFileListView(
+    QWidget *parent, const Surroundings &usedSurroundings, const FolderJobs &jobs)
     : QTreeWidget(parent)
     , surroundings(usedSurroundings)
+    , m_rows(usedSurroundings, jobs)
 {
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -68,6 +59,8 @@ ctlFileListView::ctlFileListView(QWidget *parent, const Surroundings &usedSurrou
     connect(this, &QTreeWidget::itemSelectionChanged, this, [this] { slotSelectionChanged(selectedItem()); });
     connect(this, &QTreeWidget::itemDoubleClicked, this, &ctlFileListView::slotExecItem);
     connect(this, &QTreeWidget::itemClicked, this, &ctlFileListView::slotMouseClicked);
+    connect(&m_rows, &FileRows::came, this, &ctlFileListView::arrangeWhenReleased);
+    connect(&m_rows, &FileRows::ended, this, &ctlFileListView::showBusy);
 }
 
 void ctlFileListView::setUpColumns()
@@ -105,50 +98,108 @@ const ctlFileListViewItem *ctlFileListView::itemAtIndex(const QModelIndex &index
 
 void ctlFileListView::showFolder(const QString &path)
 {
-    const BusyPointer busy; // a folder may hold a hundred thousand files
+    const BusyPointer busy;
     const QString folder = folderName(path);
-    clear();
+    const bool isAbove = !currentPath.isEmpty() && folderAbove(currentPath) == QDir::cleanPath(folder);
+    m_folderLeft = isAbove ? lastComponent(currentPath) : QString();
+    m_rows.read(folder, NameFilter(nameFilter), order(), takeRows());
     horizontalScrollBar()->setValue(0);
-    setUpdatesEnabled(false);
-    fill(folder);
-    if (topLevelItemCount() > 0 && !selectFolderLeft(folder))
+    verticalScrollBar()->setValue(0);
+    arrange();
+    if (topLevelItemCount() > 0 && !selectedItem())
         scrollToItem(topLevelItem(0));
-    setUpdatesEnabled(true);
     currentPath = folder;
     emit listRefreshed(currentPath);
 }
 
-void ctlFileListView::fill(const QString &path)
+FileOrder ctlFileListView::order() const
 {
-    std::vector<FileEntry> entries = readFolder(path, NameFilter(nameFilter));
-    std::sort(entries.begin(), entries.end(),
-        [](const FileEntry &a, const FileEntry &b) { return a.name < b.name; });
-    QList<QTreeWidgetItem *> items;
-    items.reserve(qsizetype(entries.size()));
-    for (FileEntry &entry : entries)
-        items.append(new ctlFileListViewItem(std::move(entry), surroundings));
-    // By name first: that order stays between rows whose keys are equal.
-    sortByKey(items, ctlFileListViewItem::NameColumn, Qt::AscendingOrder);
-    sortByKey(items, header()->sortIndicatorSection(), header()->sortIndicatorOrder());
-    addTopLevelItems(items);
+    return { header()->sortIndicatorSection(), header()->sortIndicatorOrder() };
 }
 
-/// When the list comes from a folder in this one: selects that folder. False otherwise.
-bool ctlFileListView::selectFolderLeft(const QString &path)
+/// Leaves the list as a new one.
+FolderWork::OldRows ctlFileListView::takeRows()
 {
-    if (currentPath.isEmpty() || folderAbove(currentPath) != QDir::cleanPath(path))
-        return false;
-    const QString name = lastComponent(currentPath);
+    const QSignalBlocker quiet(this);
+    FolderWork::OldRows rows;
+    for (QTreeWidgetItem *row : invisibleRootItem()->takeChildren())
+        rows.emplace_back(row);
+    clear();
+    return rows;
+}
+
+/// A row that changes its place between press and release would not be clicked.
+void ctlFileListView::arrangeWhenReleased()
+{
+    m_isArrangementDue = true;
+    if (!m_isPressed)
+        arrange();
+}
+
+void ctlFileListView::arrange()
+{
+    m_isArrangementDue = false;
+    const QList<QTreeWidgetItem *> rows = m_rows.take();
+    setUpdatesEnabled(false);
+    replaceRows(rows);
+    selectFolderLeft();
+    setUpdatesEnabled(true);
+    showBusy();
+}
+
+/// What is selected and has the focus stays so. Where more has come the rows in view stay there, otherwise
+/// the place in the list.
+void ctlFileListView::replaceRows(const QList<QTreeWidgetItem *> &rows)
+{
+    const QSignalBlocker quiet(this);
+    QTreeWidgetItem *const selected = selectedItem();
+    QTreeWidgetItem *const current = currentItem();
+    const int value = verticalScrollBar()->value();
+    QTreeWidgetItem *const top = value > 0 && rows.size() > topLevelItemCount() ? itemAt(0, 0) : nullptr;
+    (void)invisibleRootItem()->takeChildren();
+    addTopLevelItems(rows);
+    executeDelayedItemsLayout();
+    if (current)
+        setCurrentItem(current, 0, QItemSelectionModel::NoUpdate);
+    if (selected)
+        selected->setSelected(true);
+    verticalScrollBar()->setValue(value);
+    if (top)
+        scrollToItem(top, PositionAtTop);
+}
+
+/// Unless its user has gone on to something else in this one.
+void ctlFileListView::selectFolderLeft()
+{
+    if (m_folderLeft.isEmpty() || selectedItem() || verticalScrollBar()->value() > 0)
+        return;
     for (int row = 0; row < topLevelItemCount(); ++row) {
-        QTreeWidgetItem *item = topLevelItem(row);
-        if (item->text(ctlFileListViewItem::NameColumn) != name)
+        QTreeWidgetItem *const item = topLevelItem(row);
+        if (static_cast<const ctlFileListViewItem *>(item)->fileInfo().name != m_folderLeft)
             continue;
+        m_folderLeft.clear();
         setCurrentItem(item);
         scrollToItem(item);
         m_pressedEntry = item;
-        return true;
+        return;
     }
-    return false;
+}
+
+void ctlFileListView::sortRows()
+{
+    const BusyPointer busy;
+    m_rows.sort(order());
+    showBusy();
+}
+
+/// Where it stays so for longer; it can be used all the same.
+void ctlFileListView::showBusy()
+{
+    if (isFilling() || isSorting())
+        viewport()->setCursor(Qt::BusyCursor);
+    else
+        viewport()->unsetCursor();
+    viewport()->update();
 }
 
 void ctlFileListView::goUpFolder()
@@ -157,16 +208,6 @@ void ctlFileListView::goUpFolder()
         return;
     const QString above = folderAbove(currentPath);
     showFolder(above == u"/" ? above : above + u'/');
-}
-
-void ctlFileListView::sortRows(int column, Qt::SortOrder order)
-{
-    const BusyPointer busy;
-    for (int row = 0; row < topLevelItemCount(); ++row) {
-        auto *item = static_cast<ctlFileListViewItem *>(topLevelItem(row));
-        item->setSortColumn(column, order == Qt::AscendingOrder);
-    }
-    QTreeWidget::sortItems(column, order);
 }
 
 void ctlFileListView::sortByColumn(int column)
@@ -229,12 +270,13 @@ void ctlFileListView::widenNames(int by)
 void ctlFileListView::paintEvent(QPaintEvent *event)
 {
     QTreeWidget::paintEvent(event);
-    if (topLevelItemCount() > 0 || emptyText.isEmpty())
+    const QString text = isFilling() ? tr("Reading the folder…") : emptyText;
+    if (topLevelItemCount() > 0 || text.isEmpty())
         return;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect().adjusted(emptyMargin, emptyMargin, -emptyMargin, -emptyMargin),
-        int(Qt::AlignHCenter | Qt::AlignTop) | Qt::TextWordWrap, emptyText);
+        int(Qt::AlignHCenter | Qt::AlignTop) | Qt::TextWordWrap, text);
 }
 
 /// A blank selects a row, and commands are for others.
@@ -298,6 +340,7 @@ bool ctlFileListView::selectRowOfFocus()
 
 void ctlFileListView::mousePressEvent(QMouseEvent *event)
 {
+    m_isPressed = true;
     m_openedByClick = false;
     m_ignoresRelease = false;
     m_pressedEntry = selectedItem();
@@ -309,6 +352,9 @@ void ctlFileListView::mouseReleaseEvent(QMouseEvent *event)
     if (!m_ignoresRelease)
         QTreeWidget::mouseReleaseEvent(event);
     m_ignoresRelease = false;
+    m_isPressed = false;
+    if (m_isArrangementDue)
+        arrange();
 }
 
 void ctlFileListView::mouseDoubleClickEvent(QMouseEvent *event)

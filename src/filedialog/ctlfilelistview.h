@@ -1,13 +1,13 @@
 #pragma once
 
-#include "filedialog/ctlfilelistviewitem.h"
+#include "filedialog/filerows.h"
 
 #include <QTreeWidget>
 
-#include <memory>
-#include <vector>
-
 /// Shows the contents of one folder, folders first, and walks the tree of folders by itself.
+///
+/// A folder of many entries, or one on a slow disk, fills behind the window: what has come is shown in its
+/// order, and can be selected and opened.
 ///
 /// Backspace and Left go up; Return, a double click, or a tap on the row that was already selected opens a
 /// row; Ctrl+1 to Ctrl+3 sort by a column as a click on its title does; Ctrl+Right and Ctrl+Left scroll to
@@ -16,8 +16,8 @@
 class ctlFileListView : public QTreeWidget {
     Q_OBJECT
 public:
-    explicit ctlFileListView(
-        QWidget *parent = nullptr, const Surroundings &surroundings = userSurroundings());
+    explicit ctlFileListView(QWidget *parent = nullptr, const Surroundings &surroundings = userSurroundings(),
+        const FolderJobs &jobs = {});
 
     /// The folder that is shown, ending in "/"; empty before the first one.
     QString currentPath;
@@ -36,9 +36,12 @@ public:
     const ctlFileListViewItem *itemAtIndex(const QModelIndex &index) const;
 
     /// Shows a folder, `path` with "/" at its end, from the top, under its absolute name; coming from one of
-    /// its own folders, that one is selected and in view. A folder that cannot be read is shown empty. Cost:
-    /// one reading of the folder; O(n log n) for n rows.
+    /// its own folders, that one is selected and in view. A folder that cannot be read is shown empty. What
+    /// cannot be read at once comes later; what comes of another folder does not, whatever its disk does.
     void showFolder(const QString &path);
+    bool isFilling() const { return m_rows.isReading(); }
+    /// The rows will come into another order.
+    bool isSorting() const { return m_rows.isSorting(); }
     /// Shows the folder above; nothing above the root.
     void goUpFolder();
     /// Gives the names so many pixels more, or less.
@@ -52,7 +55,7 @@ public slots:
 signals:
     /// A file was selected, by its name without folder.
     void fileSelected(const QString &name);
-    /// A folder was shown, also one that is empty or cannot be read.
+    /// A folder is shown, also one that is empty or cannot be read.
     void listRefreshed(const QString &path);
     /// Text was typed, see isTypingName.
     void typed(const QString &text);
@@ -70,12 +73,21 @@ private:
     void setUpColumns();
     enum class Step { Before, Next };
     void showColumn(Step step);
-    void sortRows(int column, Qt::SortOrder order);
     void sortByColumn(int column);
     bool selectRowOfFocus();
-    void fill(const QString &path);
-    bool selectFolderLeft(const QString &path);
+    FileOrder order() const;
+    FolderWork::OldRows takeRows();
+    void arrangeWhenReleased();
+    void arrange();
+    void replaceRows(const QList<QTreeWidgetItem *> &rows);
+    void selectFolderLeft();
+    void sortRows();
+    void showBusy();
 
+    FileRows m_rows;
+    QString m_folderLeft; ///< is selected when its row comes; empty: none is
+    bool m_isPressed = false; ///< by the mouse
+    bool m_isArrangementDue = false; ///< when it is not any more
     /// Rows of before a refresh stay in these: they are compared, never followed.
     const QTreeWidgetItem *m_selectedEntry = nullptr;
     const QTreeWidgetItem *m_pressedEntry = nullptr;

@@ -1,19 +1,16 @@
 #include "filedialog/ctlfilelistviewitem.h"
 
+#include "filedialog/fileorder.h"
 #include "platform/digitgrouping.h"
 
 #include <QLatin1StringView>
 
 #include <algorithm>
 #include <array>
-#include <ctime>
-#include <optional>
 
 #include <sys/stat.h>
 
 namespace {
-
-constexpr qint64 kilobyte = 1024;
 
 /// Files below these have no emblem of executables.
 constexpr std::array cardFolders{
@@ -37,38 +34,20 @@ FileIcon iconOf(const FileEntry &entry, const Surroundings &surroundings)
                           : fileIconByName(entry.name);
 }
 
-std::optional<std::tm> localTime(qint64 seconds)
-{
-    const std::time_t time = seconds;
-    std::tm local{};
-    if (seconds == FileEntry::unknownTime || !::localtime_r(&time, &local))
-        return {};
-    return local;
-}
-
 QString sizeText(qint64 bytes)
 {
+    constexpr qint64 kilobyte = 1024;
     const qint64 kilobytes = bytes / kilobyte + (bytes % kilobyte != 0 ? 1 : 0);
     return ctlFileListViewItem::tr("%1 KB").arg(groupDigits(kilobytes));
 }
 
-QString dateText(qint64 modified)
+QString dateText(const FileEntry &entry)
 {
-    const std::optional<std::tm> t = localTime(modified);
+    const std::optional<std::tm> t = entry.localTime();
     if (!t)
         return {};
     return QString::asprintf(
         "%02d/%02d/%02d %02d:%02d", t->tm_year % 100, t->tm_mon + 1, t->tm_mday, t->tm_hour, t->tm_min);
-}
-
-QString dateKey(qint64 modified)
-{
-    constexpr int firstYear = 1900;
-    const std::optional<std::tm> t = localTime(modified);
-    if (!t)
-        return {};
-    return QString::asprintf(
-        "%d%02d%02d%02d%02d", t->tm_year + firstYear, t->tm_mon + 1, t->tm_mday, t->tm_hour, t->tm_min);
 }
 
 QVariant alignment(int column)
@@ -84,41 +63,27 @@ QVariant alignment(int column)
 } // namespace
 
 ctlFileListViewItem::ctlFileListViewItem(FileEntry entry, const Surroundings &surroundings)
-    : m_fileInfo(std::move(entry))
-    , m_icon(iconOf(m_fileInfo, surroundings))
+    : m_fileInfo(std::make_shared<const FileEntry>(std::move(entry)))
+    , m_icon(iconOf(*m_fileInfo, surroundings))
 {
-    setSortColumn(NameColumn, true);
 }
 
 bool ctlFileListViewItem::isLocked() const
 {
-    return !isFolder() && (m_fileInfo.permissions & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+    return !isFolder() && (m_fileInfo->permissions & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
 }
 
 bool ctlFileListViewItem::isExec() const
 {
     constexpr unsigned byOthers = S_IXGRP | S_IXOTH;
-    const unsigned permissions = m_fileInfo.permissions;
+    const unsigned permissions = m_fileInfo->permissions;
     const bool mayRun = (permissions & S_IXUSR) != 0 || (permissions & byOthers) == byOthers;
-    return mayRun && !isFolder() && !isOnCard(m_fileInfo.filePath());
+    return mayRun && !isFolder() && !isOnCard(m_fileInfo->filePath());
 }
 
 QString ctlFileListViewItem::key(int column, bool /*ascending*/) const
 {
-    const QChar kind = isFolder() ? u'0' : u'1';
-    switch (column) {
-    case SizeColumn:
-        return kind + QString::number(m_fileInfo.size / kilobyte).rightJustified(9, u'0');
-    case DateColumn:
-        return kind + dateKey(m_fileInfo.modified);
-    default:
-        return kind + m_fileInfo.name.toUpper();
-    }
-}
-
-void ctlFileListViewItem::setSortColumn(int column, bool ascending)
-{
-    m_sortKey = key(column, ascending);
+    return sortKey(*m_fileInfo, column);
 }
 
 QVariant ctlFileListViewItem::data(int column, int role) const
@@ -135,19 +100,14 @@ QVariant ctlFileListViewItem::data(int column, int role) const
     }
 }
 
-bool ctlFileListViewItem::operator<(const QTreeWidgetItem &other) const
-{
-    return m_sortKey < static_cast<const ctlFileListViewItem &>(other).m_sortKey;
-}
-
 QString ctlFileListViewItem::columnText(int column) const
 {
     switch (column) {
     case SizeColumn:
-        return isFolder() ? tr("Folder") : sizeText(m_fileInfo.size);
+        return isFolder() ? tr("Folder") : sizeText(m_fileInfo->size);
     case DateColumn:
-        return dateText(m_fileInfo.modified);
+        return dateText(*m_fileInfo);
     default:
-        return m_fileInfo.name;
+        return m_fileInfo->name;
     }
 }

@@ -6,8 +6,6 @@
 
 #include <cerrno>
 #include <climits>
-#include <memory>
-#include <optional>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -17,10 +15,6 @@
 namespace {
 
 constexpr unsigned permissionBits = S_IRWXU | S_IRWXG | S_IRWXO;
-
-struct FolderCloser {
-    void operator()(DIR *folder) const { ::closedir(folder); }
-};
 
 QString readLinkAt(int folder, const char *name)
 {
@@ -80,19 +74,51 @@ std::optional<FileEntry> readEntry(int folder, const dirent &entry, const NameFi
 
 } // namespace
 
-std::vector<FileEntry> readFolder(const QString &folder, const NameFilter &filter)
+std::optional<std::tm> FileEntry::localTime() const
 {
-    std::vector<FileEntry> entries;
-    const std::unique_ptr<DIR, FolderCloser> open(::opendir(FileName::toBytes(folder).constData()));
-    if (!open)
-        return entries;
-    while (const dirent *entry = ::readdir(open.get())) {
-        if (std::optional<FileEntry> found = readEntry(::dirfd(open.get()), *entry, filter)) {
-            found->folder = folder;
-            entries.push_back(std::move(*found));
+    const std::time_t time = modified;
+    std::tm local{};
+    if (modified == unknownTime || !::localtime_r(&time, &local))
+        return {};
+    return local;
+}
+
+struct FolderReader::Stream {
+    explicit Stream(const QString &folder)
+        : open(::opendir(FileName::toBytes(folder).constData()))
+    {
+    }
+    ~Stream()
+    {
+        if (open)
+            ::closedir(open);
+    }
+    Q_DISABLE_COPY_MOVE(Stream)
+
+    DIR *const open; ///< null: it cannot be read
+};
+
+FolderReader::FolderReader(const QString &folder, const NameFilter &filter)
+    : m_folder(folder)
+    , m_filter(filter)
+{
+}
+
+FolderReader::~FolderReader() = default;
+
+std::optional<FileEntry> FolderReader::next()
+{
+    if (!m_stream)
+        m_stream = std::make_unique<Stream>(m_folder);
+    if (!m_stream->open)
+        return std::nullopt;
+    while (const dirent *entry = ::readdir(m_stream->open)) {
+        if (std::optional<FileEntry> found = readEntry(::dirfd(m_stream->open), *entry, m_filter)) {
+            found->folder = m_folder;
+            return found;
         }
     }
-    return entries;
+    return std::nullopt;
 }
 
 QString readLink(const QString &fileName)

@@ -66,14 +66,15 @@ void nameControl(QWidget *control, const QString &name)
 
 } // namespace
 
-frmFileDialog::frmFileDialog(QWidget *parent, Mode mode, const QString &folder, const QString &name)
+frmFileDialog::frmFileDialog(
+    QWidget *parent, Mode mode, const QString &folder, const QString &name, const FolderJobs &jobs)
     : QDialog(parent)
     , dirPath(folder)
     , fileName(name)
     , m_mode(mode)
     , m_folder(new FolderCombo)
     , m_favorites(new Menu(this))
-    , m_list(new ctlFileListView)
+    , m_list(new ctlFileListView(nullptr, userSurroundings(), jobs))
     , m_name(new QLineEdit(name))
     , m_type(createChoice(forScreen(18, 31)))
     , m_charCode(createChoice(forScreen(18, 31)))

@@ -3,6 +3,7 @@
 #include "codec/charcode.h"
 #include "codec/returncode.h"
 #include "filedialog/favourites.h"
+#include "filedialog/folderjobs.h"
 
 #include <QDialog>
 #include <QString>
@@ -29,7 +30,8 @@ public:
     enum Mode : int { Open = 0, SaveAs = 1 };
 
     /// `folder` ends in "/"; one that does not exist is shown empty. `name` may be empty.
-    frmFileDialog(QWidget *parent, Mode mode, const QString &folder, const QString &name);
+    frmFileDialog(
+        QWidget *parent, Mode mode, const QString &folder, const QString &name, const FolderJobs &jobs = {});
 
     /// Chooses the rows of a code and a line end; one that the list does not have changes nothing.
     void showCodes(std::optional<CharCode> code, std::optional<ReturnCode> lineEnd);

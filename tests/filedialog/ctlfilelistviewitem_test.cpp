@@ -65,7 +65,6 @@ private slots:
     void emblems();
     void cardFolders_data();
     void cardFolders();
-    void comparesByTheKeyThatWasSet();
 };
 
 void ItemTest::sizes_data()
@@ -234,16 +233,6 @@ void ItemTest::cardFolders()
     entry.permissions = 0555;
     QTEST(itemOf(entry).isExec(), "exec");
     QVERIFY(itemOf(entry).isLocked());
-}
-
-void ItemTest::comparesByTheKeyThatWasSet()
-{
-    Item small = itemOf(fileOf("b", 1024));
-    Item large = itemOf(fileOf("A", 4096));
-    QVERIFY(large < small);
-    for (Item *item : { &small, &large })
-        item->setSortColumn(Item::SizeColumn, true);
-    QVERIFY(small < large);
 }
 
 REGISTER_TEST(runCoreTest<ItemTest>)

@@ -10,8 +10,9 @@ namespace {
 QMap<QString, FileEntry> entriesOf(const QString &folder, const char *patterns = "*")
 {
     QMap<QString, FileEntry> entries;
-    for (const FileEntry &entry : readFolder(folder, NameFilter(QString::fromLatin1(patterns))))
-        entries.insert(entry.name, entry);
+    FolderReader reader(folder, NameFilter(QString::fromLatin1(patterns)));
+    while (const std::optional<FileEntry> entry = reader.next())
+        entries.insert(entry->name, *entry);
     return entries;
 }
 

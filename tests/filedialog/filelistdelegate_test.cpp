@@ -117,7 +117,7 @@ void DelegateTest::paintsEmblems()
     files.file("file", 0, (isLocked ? 0444 : 0644) | (isExec ? 0100 : 0));
     if (isLink)
         shown.link(files.path("file").toUtf8(), "file");
-    ctlFileListView list;
+    ctlFileListView list(nullptr, userSurroundings(), inOneGo());
     list.resize(400, 200);
     list.show();
     list.showFolder(isLink ? shown.path() : files.path());
@@ -194,7 +194,7 @@ void DelegateTest::narrowsNumbersThatDoNotFit()
     loadFileIcons();
     const TestFolder files;
     files.file("file", kilobytes * 1024);
-    ctlFileListView list;
+    ctlFileListView list(nullptr, userSurroundings(), inOneGo());
     list.resize(600, 200);
     list.show();
     list.showFolder(files.path());

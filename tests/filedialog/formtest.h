@@ -1,5 +1,6 @@
 #pragma once
 
+#include "filedialog/folderjobs.h"
 #include "platform/qpeapplication.h"
 #include "platform/toolkitstart.h"
 #include "tests/screenclass.h"
@@ -15,6 +16,12 @@ inline void setScreenClass(bool vga)
     QFont font = QApplication::font();
     font.setPointSize(vga ? 18 : 10);
     QApplication::setFont(font);
+}
+
+/// Folders are shown in one go, however busy the machine is.
+inline FolderJobs inOneGo()
+{
+    return { nullptr, std::chrono::minutes(1) };
 }
 
 /// Every warning is a failure, but for the one of the platform without a screen.

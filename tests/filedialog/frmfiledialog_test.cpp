@@ -191,7 +191,7 @@ void FileDialogTest::fillsAfterAMoment()
 {
     const TestFolder folder;
     folder.file("a.txt");
-    frmFileDialog dialog(nullptr, frmFileDialog::Open, folder.path(), latin1("x.txt"));
+    frmFileDialog dialog(nullptr, frmFileDialog::Open, folder.path(), latin1("x.txt"), inOneGo());
     auto *list = dialog.findChild<ctlFileListView *>();
     dialog.show();
     QCOMPARE(list->topLevelItemCount(), 0);

@@ -129,7 +129,7 @@ void FitTest::fits()
         QVERIFY(QCoreApplication::installTranslator(&translator));
     const TestFolder folder;
     folder.folder("sub");
-    frmFileDialog dialog(nullptr, mode, folder.path(), QStringLiteral("a.txt"));
+    frmFileDialog dialog(nullptr, mode, folder.path(), QStringLiteral("a.txt"), inOneGo());
     dialog.show();
     dialog.initTimer();
     checkLabels(dialog);

@@ -18,8 +18,9 @@ inline QString latin1(const char *text)
 
 /// A dialog that is shown and filled, and its controls.
 struct ShownDialog {
-    ShownDialog(frmFileDialog::Mode mode, const QString &folder, const QString &name)
-        : dialog(nullptr, mode, folder, name)
+    ShownDialog(frmFileDialog::Mode mode, const QString &folder, const QString &name,
+        const FolderJobs &jobs = inOneGo())
+        : dialog(nullptr, mode, folder, name, jobs)
         , list(dialog.findChild<ctlFileListView *>())
         , combos(dialog.findChildren<QComboBox *>())
     {

@@ -9,8 +9,9 @@
 struct ShownList {
     using Item = ctlFileListViewItem;
 
-    explicit ShownList(const QString &path, const Surroundings &surroundings = userSurroundings())
-        : list(nullptr, surroundings)
+    explicit ShownList(const QString &path, const Surroundings &surroundings = userSurroundings(),
+        const FolderJobs &jobs = inOneGo())
+        : list(nullptr, surroundings, jobs)
     {
         list.resize(210, 130);
         list.nameFilter = QStringLiteral("*");

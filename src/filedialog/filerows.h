@@ -1,0 +1,56 @@
+#pragma once
+
+#include "filedialog/folderjobs.h"
+#include "filedialog/folderwork.h"
+#include "jobs/job.h"
+
+#include <QTimer>
+
+#include <optional>
+
+class SortWork;
+
+/// The rows of a list of files: read and sorted behind the window, where that takes long. What is not wanted
+/// any more is given up at once, whatever the disk does.
+class FileRows : public QObject {
+    Q_OBJECT
+public:
+    FileRows(const Surroundings &surroundings, const FolderJobs &jobs);
+    ~FileRows() override;
+
+    /// Begins with the rows of another folder, of which take() has those that could be had without waiting.
+    /// `oldRows` are destroyed behind the window.
+    void read(const QString &folder, const NameFilter &filter, FileOrder order, FolderWork::OldRows oldRows);
+    /// The rows that there are, and those that come.
+    void sort(FileOrder order);
+    bool isReading() const { return m_reading && !m_reading->isFinished(); }
+    bool isSorting() const { return m_sorting && !m_sorting->isFinished(); }
+
+    /// All that have come, in their order. Whoever takes them owns them.
+    QList<QTreeWidgetItem *> take();
+
+signals:
+    /// There is something to take; in the event loop, or in sort().
+    void came();
+    /// All of the folder has come.
+    void ended();
+
+private:
+    void begin(std::optional<Job> &job, std::unique_ptr<JobWork> work);
+    void takePart(FolderWork::Part &&part);
+    void takeSorted();
+    void endReading();
+    void settleOrder();
+
+    const Surroundings m_surroundings;
+    const FolderJobs m_jobs;
+    FileOrder m_wanted;
+    FileOrder m_taken; ///< of what has been taken
+    QList<QTreeWidgetItem *> m_arrived; ///< as they were read
+    QList<QTreeWidgetItem *> m_shown; ///< as they were taken last
+    QTimer m_pause; ///< before the next part is asked for
+    FolderWork *m_folder = nullptr; ///< owned by its job
+    SortWork *m_sort = nullptr; ///< owned by its job
+    std::optional<Job> m_reading;
+    std::optional<Job> m_sorting;
+};

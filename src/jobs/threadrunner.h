@@ -1,0 +1,31 @@
+#pragma once
+
+#include "jobs/jobrunner.h"
+
+#include <chrono>
+
+/// Makes the steps of each job in a thread of the job's own: for what a disk that does not answer may keep
+/// for ever. No job waits for another one's step.
+class ThreadRunner : public JobRunner {
+public:
+    ThreadRunner() = default;
+    /// Waits for the steps that are being made.
+    ~ThreadRunner() override;
+
+    /// Gives all jobs up. False: the time was over before the steps that are being made, and this is to stay
+    /// for them.
+    bool endWithin(std::chrono::milliseconds time);
+
+    int threads() const override { return 1; }
+    void spread(int count, const std::function<void(int)> &part) override;
+
+protected:
+    void start(JobRun &run) override;
+
+private:
+    void makeSteps(JobRun &run);
+
+    std::mutex m_mutex; ///< for what follows
+    std::condition_variable m_hasEnded;
+    int m_open = 0; ///< threads
+};

@@ -1,0 +1,312 @@
+#include "tests/filedialog/showndialog.h"
+#include "tests/filedialog/shownlist.h"
+#include "tests/filedialog/testfolder.h"
+#include "tests/jobs/steppedrunner.h"
+#include "tests/testprogram.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int manyFiles = 600; // a step reads 256
+
+QByteArray numbered(int number)
+{
+    return "file" + QByteArray::number(1000 + number);
+}
+
+void fillWithFiles(const TestFolder &folder)
+{
+    for (int number = 0; number < manyFiles; ++number)
+        folder.file(numbered(number).constData());
+}
+
+QStringList allNames()
+{
+    QStringList names;
+    for (int number = 0; number < manyFiles; ++number)
+        names << QString::fromLatin1(numbered(number));
+    return names;
+}
+
+/// A list that shows only what the steps of its runner have read.
+struct FillingList : ShownList {
+    explicit FillingList(const QString &path, SteppedRunner &steps)
+        : ShownList(path, userSurroundings(), { &steps, 0ms })
+    {
+    }
+
+    bool isSorted() const { return std::ranges::is_sorted(names()); }
+    int rows() const { return list.topLevelItemCount(); }
+};
+
+} // namespace
+
+/// A folder that is not read in one go.
+class ListViewFillingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void fillsStepByStep();
+    void keepsWhatWasSelectedMeanwhile();
+    void keepsTheRowsInView();
+    void keysGoOn();
+    void anotherFolderEndsIt();
+    void closingEndsIt();
+    void dialogOverADiskThatHangs();
+    void sortsWhileItFills();
+    void sortsLater();
+    void sortedAnewBeforeItIsSorted();
+    void selectsTheFolderLeftWhenItComes();
+    void selectsNoFolderLeftBehindItsUser();
+    void pressedRowStaysWhereItIs();
+    void tellsThatItReads();
+};
+
+void ListViewFillingTest::init()
+{
+    resetLists();
+}
+
+void ListViewFillingTest::fillsStepByStep()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    QCOMPARE(shown.rows(), 0);
+    QCOMPARE(shown.refreshed.size(), 1);
+    QCOMPARE(shown.list.currentPath, folder.path());
+    QVERIFY(shown.list.isFilling());
+    steps.step();
+    QVERIFY(shown.rows() > 0 && shown.rows() < manyFiles);
+    QVERIFY(shown.isSorted());
+    QVERIFY(shown.list.updatesEnabled());
+    steps.runAll();
+    QCOMPARE(shown.names(), allNames());
+    QVERIFY(!shown.list.isFilling());
+    QCOMPARE(shown.refreshed.size(), 1);
+    QCOMPARE(shown.selected(), QString());
+}
+
+void ListViewFillingTest::keepsWhatWasSelectedMeanwhile()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    steps.step();
+    shown.list.setCurrentItem(shown.list.topLevelItem(100));
+    const QString selected = shown.selected();
+    QVERIFY(!selected.isEmpty());
+    steps.runAll();
+    QCOMPARE(shown.rows(), manyFiles);
+    QCOMPARE(shown.selected(), selected);
+    QCOMPARE(shown.list.currentItem(), shown.list.selectedItem());
+    QCOMPARE(shown.selectedFiles.size(), 1);
+}
+
+void ListViewFillingTest::keepsTheRowsInView()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    steps.step();
+    shown.list.verticalScrollBar()->setValue(50);
+    const QString top = shown.list.itemAt(5, 2)->text(0);
+    steps.runAll();
+    QCOMPARE(shown.list.itemAt(5, 2)->text(0), top);
+}
+
+void ListViewFillingTest::keysGoOn()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    steps.step();
+    shown.key(Qt::Key_End);
+    const QString last = shown.names().last();
+    QCOMPARE(shown.selected(), last);
+    steps.runAll();
+    QCOMPARE(shown.selected(), last);
+    shown.key(Qt::Key_Return);
+    QCOMPARE(shown.opened.size(), 1);
+}
+
+void ListViewFillingTest::anotherFolderEndsIt()
+{
+    const TestFolder folder;
+    const TestFolder other;
+    fillWithFiles(folder);
+    other.file("other");
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    steps.step();
+    shown.list.showFolder(other.path());
+    QCOMPARE(shown.rows(), 0);
+    steps.runAll();
+    QCOMPARE(shown.names(), strings({ "other" }));
+    QCOMPARE(shown.refreshed.size(), 2);
+}
+
+void ListViewFillingTest::closingEndsIt()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    {
+        const FillingList shown(folder.path(), steps);
+        steps.step();
+    }
+    QCOMPARE(steps.runAll(), 1); // in which it is cleared away
+}
+
+/// No step is made before the dialog is gone.
+void ListViewFillingTest::dialogOverADiskThatHangs()
+{
+    const TestFolder folder;
+    folder.file("a.txt");
+    SteppedRunner steps;
+    {
+        const ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("b.txt"), { &steps, 0ms });
+        QVERIFY(shown.list->isFilling());
+        QTest::keyClicks(shown.name(), latin1("typed"));
+        shown.tool("Up")->click();
+        QTest::keyClick(shown.list, Qt::Key_Escape);
+        QVERIFY(!shown.dialog.isVisible());
+        QVERIFY(shown.name()->text().contains(latin1("typed")));
+    }
+    steps.runAll();
+    QVERIFY(steps.isIdle());
+}
+
+void ListViewFillingTest::sortsWhileItFills()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    steps.step();
+    shown.list.header()->setSortIndicator(0, Qt::DescendingOrder);
+    steps.step();
+    QVERIFY(shown.rows() < manyFiles);
+    QCOMPARE(shown.names().first(), std::ranges::max(shown.names()));
+    steps.runAll();
+    QStringList expected = allNames();
+    std::ranges::reverse(expected);
+    QCOMPARE(shown.names(), expected);
+}
+
+void ListViewFillingTest::sortsLater()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    steps.runAll();
+    shown.list.setCurrentItem(shown.list.topLevelItem(3));
+    const QString selected = shown.selected();
+    shown.list.header()->setSortIndicator(0, Qt::DescendingOrder);
+    shown.list.header()->setSortIndicator(1, Qt::DescendingOrder);
+    shown.list.header()->setSortIndicator(0, Qt::DescendingOrder);
+    QCOMPARE(shown.names(), allNames());
+    steps.runAll();
+    QStringList expected = allNames();
+    std::ranges::reverse(expected);
+    QCOMPARE(shown.names(), expected);
+    QCOMPARE(shown.selected(), selected);
+    QCOMPARE(shown.selectedFiles.size(), 1);
+}
+
+/// When all rows are read and the last ones are not yet told of.
+void ListViewFillingTest::sortedAnewBeforeItIsSorted()
+{
+    const TestFolder folder;
+    folder.file("a");
+    folder.file("b");
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    QTest::mousePress(shown.list.viewport(), Qt::LeftButton, {}, { 5, 5 });
+    steps.runAll();
+    QCOMPARE(shown.rows(), 0);
+    shown.list.header()->setSortIndicator(0, Qt::DescendingOrder);
+    QTest::mouseRelease(shown.list.viewport(), Qt::LeftButton, {}, { 5, 5 });
+    steps.runAll();
+    QCOMPARE(shown.names(), strings({ "b", "a" }));
+}
+
+void ListViewFillingTest::selectsTheFolderLeftWhenItComes()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    folder.folder("sub");
+    SteppedRunner steps;
+    FillingList shown(folder.path("sub/"), steps);
+    steps.runAll();
+    shown.list.goUpFolder();
+    QCOMPARE(shown.selected(), QString());
+    steps.runAll();
+    QCOMPARE(shown.rows(), manyFiles + 1);
+    QCOMPARE(shown.selected(), QStringLiteral("sub"));
+    QVERIFY(shown.selectedFiles.isEmpty());
+}
+
+void ListViewFillingTest::selectsNoFolderLeftBehindItsUser()
+{
+    const TestFolder folder;
+    folder.folder("sub");
+    folder.file("a");
+    SteppedRunner steps;
+    FillingList shown(folder.path("sub/"), steps);
+    steps.runAll();
+    fillWithFiles(folder);
+    shown.list.goUpFolder();
+    steps.step();
+    QTreeWidgetItem *const other = shown.list.topLevelItem(shown.rows() - 1);
+    shown.list.setCurrentItem(other);
+    steps.runAll();
+    QCOMPARE(shown.list.selectedItem(), other);
+}
+
+void ListViewFillingTest::pressedRowStaysWhereItIs()
+{
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    steps.step();
+    const int rows = shown.rows();
+    const QString name = shown.list.topLevelItem(2)->text(0);
+    const QPoint place = shown.list.visualItemRect(shown.list.topLevelItem(2)).center();
+    shown.click(place);
+    QTest::mousePress(shown.list.viewport(), Qt::LeftButton, {}, place);
+    steps.runAll();
+    QCOMPARE(shown.rows(), rows);
+    QTest::mouseRelease(shown.list.viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(shown.opened.size(), 1);
+    QCOMPARE(shown.selected(), name);
+    QCOMPARE(shown.names(), allNames());
+}
+
+void ListViewFillingTest::tellsThatItReads()
+{
+    const TestFolder folder;
+    SteppedRunner steps;
+    FillingList shown(folder.path(), steps);
+    const QImage reading = shown.list.viewport()->grab().toImage();
+    QCOMPARE(shown.list.viewport()->cursor().shape(), Qt::BusyCursor);
+    steps.runAll();
+    QVERIFY(shown.list.viewport()->grab().toImage() != reading);
+    QVERIFY(!shown.list.viewport()->testAttribute(Qt::WA_SetCursor));
+}
+
+REGISTER_TEST(runFormTest<ListViewFillingTest>)
+#include "ctlfilelistviewfilling_test.moc"

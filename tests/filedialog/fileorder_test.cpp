@@ -1,0 +1,76 @@
+#include "filedialog/fileorder.h"
+
+#include "filedialog/ctlfilelistviewitem.h"
+#include "tests/testprogram.h"
+
+using Item = ctlFileListViewItem;
+
+namespace {
+
+FileEntries entriesNamed(const QStringList &names)
+{
+    FileEntries entries;
+    for (const QString &name : names) {
+        FileEntry entry;
+        entry.name = name.section(u':', 0, 0);
+        entry.size = name.section(u':', 1).toLongLong() * 1024;
+        entry.isFolder = name.endsWith(u'/');
+        entries.push_back(std::make_shared<const FileEntry>(entry));
+    }
+    return entries;
+}
+
+QString namesOf(const FileEntries &entries, const std::vector<int> &rows)
+{
+    QStringList names;
+    for (const int row : rows)
+        names << entries.at(size_t(row))->name;
+    return names.join(u' ');
+}
+
+} // namespace
+
+/// In which order the rows of a folder stand.
+class FileOrderTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void orders_data();
+    void orders();
+};
+
+void FileOrderTest::orders_data()
+{
+    QTest::addColumn<QString>("entries");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<bool>("ascending");
+    QTest::addColumn<QString>("sorted");
+    QTest::addColumn<QString>("resorted");
+    const auto row = [](const char *name, int column, bool ascending, const char *entries, const char *sorted,
+                         const char *resorted) {
+        QTest::newRow(name) << QString::fromLatin1(entries) << column << ascending
+                            << QString::fromLatin1(sorted) << QString::fromLatin1(resorted);
+    };
+    row("nothing", Item::NameColumn, true, "", "", "");
+    row("names", Item::NameColumn, true, "c:1 b:1 z/ A:1", "z/ A b c", "z/ A b c");
+    row("names down", Item::NameColumn, false, "c:1 b:1 z/ A:1", "c b A z/", "c b A z/");
+    row("names that differ by case", Item::NameColumn, true, "b:1 a:1 B:1", "a B b", "a b B");
+    row("names that differ by case, down", Item::NameColumn, false, "b:1 a:1 B:1", "B b a", "b B a");
+    row("sizes, large before small", Item::SizeColumn, true, "a:9 b:2 c:10", "b a c", "b a c");
+    row("equal sizes", Item::SizeColumn, true, "c:1 b:1 d:0 a:1", "d a b c", "d c b a");
+    row("equal sizes, down", Item::SizeColumn, false, "c:1 b:1 d:0 a:1", "a b c d", "c b a d");
+}
+
+void FileOrderTest::orders()
+{
+    QFETCH(QString, entries);
+    QFETCH(int, column);
+    QFETCH(bool, ascending);
+    const FileEntries rows = entriesNamed(entries.split(u' ', Qt::SkipEmptyParts));
+    const FileOrder order{ column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder };
+    QTEST(namesOf(rows, sortedRows(rows, order)), "sorted");
+    QTEST(namesOf(rows, resortedRows(rows, order)), "resorted");
+}
+
+REGISTER_TEST(runPlainTest<FileOrderTest>)
+#include "fileorder_test.moc"
