@@ -1,5 +1,6 @@
 #include "platform/screenscale.h"
 
+#include "platform/framebuffer.h"
 #include "platform/windowsystem.h"
 
 #include <QList>
@@ -46,14 +47,23 @@ Screen xScreen()
 }
 
 // The toolkit's own choice: what is asked for, else Wayland in a Wayland session except GNOME's, else X.
-QByteArray platformName()
+QByteArray chosenPlatform()
 {
     const QByteArray asked = qgetenv("QT_QPA_PLATFORM");
     if (!asked.isEmpty())
-        return asked.split(';').front().split(':').front();
+        return asked.split(';').front();
     const QByteArray desktop = (qgetenv("XDG_CURRENT_DESKTOP") + qgetenv("XDG_SESSION_DESKTOP")).toLower();
     const bool isWayland = qgetenv("XDG_SESSION_TYPE") == "wayland" && !desktop.contains("gnome");
     return isWayland ? "wayland" : "xcb";
+}
+
+// Wayland multiplies by the screen's own scale.
+Screen screenOf(const QByteArray &platform)
+{
+    const QByteArray name = platform.split(':').front();
+    if (name == "xcb")
+        return xScreen();
+    return { usualDensity, name == "linuxfb" ? frameBufferSize(platform) : QSize() };
 }
 
 } // namespace
@@ -82,10 +92,9 @@ double scaleThatFits(double scale, const QSize &screen, const QSize &window)
 
 double platformPixelScale(const QSize &largestWindow)
 {
-    const QByteArray platform = platformName();
+    const QByteArray platform = chosenPlatform();
     if (platform.startsWith("offscreen") || platform.startsWith("minimal"))
         return 1;
-    // Wayland multiplies by the screen's own scale; the frame buffer has nobody to ask.
-    const Screen screen = platform == "xcb" ? xScreen() : Screen();
+    const Screen screen = screenOf(platform);
     return std::max(leastScale, scaleThatFits(screen.density / pointsPerInch, screen.size, largestWindow));
 }

@@ -63,6 +63,25 @@ private slots:
         QCOMPARE(densityFromResources(resources).value_or(0), density);
     }
 
+    void fitsTheFrameBuffer_data()
+    {
+        QTest::addColumn<QByteArray>("platform");
+        QTest::addColumn<double>("scale");
+        QTest::newRow("of the handheld") << QByteArray("linuxfb:size=240x320") << 1.0;
+        QTest::newRow("a little larger") << QByteArray("linuxfb:fb=/dev/null:size=300x400") << 1.25;
+        QTest::newRow("with room for all") << QByteArray("linuxfb:size=480x640") << 4.0 / 3;
+        QTest::newRow("of a size that nobody knows") << QByteArray("linuxfb:fb=/dev/null") << 4.0 / 3;
+    }
+
+    void fitsTheFrameBuffer()
+    {
+        QFETCH(QByteArray, platform);
+        const QByteArray own = qgetenv("QT_QPA_PLATFORM");
+        qputenv("QT_QPA_PLATFORM", platform);
+        QTEST(platformPixelScale(QSize(240, 270)), "scale");
+        qputenv("QT_QPA_PLATFORM", own);
+    }
+
     void scale_data()
     {
         QTest::addColumn<QByteArray>("platform");
