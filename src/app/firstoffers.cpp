@@ -43,6 +43,7 @@ FirstOffers::FirstOffers(DocumentArea &documents, DesktopLocale desktop)
     : m_documents(documents)
     , m_desktop(std::move(desktop))
 {
+    connect(&documents.notices(), &NoticeQueue::changed, this, &FirstOffers::countShown);
 }
 
 void FirstOffers::make()
@@ -64,15 +65,27 @@ bool FirstOffers::isUtf8Wanted() const
     return m_desktop.isUtf8 && !areNewDocumentsAsOnDesktop() && !appSettings().CodecOffered;
 }
 
+/// What nobody sees was not offered.
+void FirstOffers::countShown()
+{
+    const NoticeQueue &notices = m_documents.notices();
+    const Notice *const shown = notices.heaviest(nullptr);
+    const auto isShown = [shown](NoticeKind kind) { return shown && shown->kind == kind; };
+    if (notices.has(NoticeKind::Languages))
+        appSettings().LangOffered = isShown(NoticeKind::Languages);
+    if (notices.has(NoticeKind::CodesOfNew))
+        appSettings().CodecOffered = isShown(NoticeKind::CodesOfNew);
+}
+
 /// Its words are those of all languages: its reader may not speak the present one.
 void FirstOffers::offerLanguages()
 {
-    appSettings().LangOffered = 1;
     Notice notice{ NoticeKind::Languages, nullptr, [] { return u"Language / Langue / 言語"_s; }, {} };
     for (const auto &[language, name] : languageNames)
         notice.offers.push_back({ [name = name] { return name.toString(); },
             [this, language = language] { useLanguage(language); } });
     notice.dismissed = [this] { make(); };
+    appSettings().LangOffered = 1;
     m_documents.notices().put(std::move(notice));
 }
 
@@ -85,9 +98,9 @@ void FirstOffers::useLanguage(int language)
 
 void FirstOffers::offerUtf8()
 {
-    appSettings().CodecOffered = 1;
     Notice notice{ NoticeKind::CodesOfNew, nullptr, newDocumentsText, {} };
     notice.offers.push_back({ [] { return tr("UTF-8 with LF"); }, [this] { useUtf8(); } });
+    appSettings().CodecOffered = 1;
     m_documents.notices().put(std::move(notice));
 }
 

@@ -35,6 +35,7 @@ private slots:
     void aLanguageIsChosen();
     void puttingItAwayBringsTheNext();
     void eachIsOfferedOnce();
+    void oneThatNobodyHasSeenIsNoOffer();
     void newDocumentsAreAsOnTheDesktop();
     void whoSaysNothingKeepsAll();
 
@@ -157,6 +158,27 @@ void FirstOffersTest::eachIsOfferedOnce()
         writeSettings();
         readSettings();
     }
+}
+
+void FirstOffersTest::oneThatNobodyHasSeenIsNoOffer()
+{
+    const Notice unsaved{ NoticeKind::Unsaved, nullptr, [] { return u"unsaved"_s; }, {} };
+    NoticeQueue &notices = m_parts->documents.notices();
+    FirstOffers offers(m_parts->documents, french);
+    offers.make();
+    notices.put(unsaved);
+    QCOMPARE(shown(), u"unsaved"_s);
+    QCOMPARE(appSettings().LangOffered, 0);
+    notices.withdraw(NoticeKind::Unsaved);
+    QCOMPARE(shown(), languages.toString());
+    QCOMPARE(appSettings().LangOffered, 1);
+    notices.put(unsaved);
+    putAway(NoticeKind::Unsaved);
+    putAway(NoticeKind::Languages);
+    QCOMPARE(shown(), codes.toString());
+    QCOMPARE(appSettings().LangOffered, 1);
+    notices.put(unsaved);
+    QCOMPARE(appSettings().CodecOffered, 0);
 }
 
 void FirstOffersTest::newDocumentsAreAsOnTheDesktop()
