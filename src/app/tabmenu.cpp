@@ -32,19 +32,30 @@ TabMenu::TabMenu(DocumentArea &documents, DocumentLoader &loader, DocumentCloser
 
 void TabMenu::show(ctlEditer *editor, QPoint place)
 {
-    if (!m_documents.beginCommand())
-        return;
-    auto *const menu = new Menu(&m_documents);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    fill(*menu, editor);
-    menu->popup(place);
+    if (QMenu *const menu = menuFor(editor))
+        menu->popup(place);
 }
 
 void TabMenu::showCurrent()
 {
     const ctlTabBar &tabs = *m_documents.tabBar();
-    if (ctlEditer *const editor = m_documents.current())
-        show(editor, tabs.mapToGlobal(tabs.tabRect(tabs.currentIndex()).topLeft()));
+    ctlEditer *const editor = m_documents.current();
+    QMenu *const menu = editor ? menuFor(editor) : nullptr;
+    if (!menu)
+        return;
+    const QPoint tab = tabs.mapToGlobal(tabs.tabRect(tabs.currentIndex()).topLeft());
+    menu->popup(tab - QPoint(0, menu->sizeHint().height()));
+}
+
+/// Null while a dialog is in the way.
+QMenu *TabMenu::menuFor(ctlEditer *editor)
+{
+    if (!m_documents.beginCommand())
+        return nullptr;
+    auto *const menu = new Menu(&m_documents);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    fill(*menu, editor);
+    return menu;
 }
 
 void TabMenu::fill(QMenu &menu, ctlEditer *editor)

@@ -19,7 +19,7 @@ public:
 
     /// Opens the menu at a place of the screen; nothing while a dialog is in the way.
     void show(ctlEditer *editor, QPoint place);
-    /// That of the current document, at its tab.
+    /// That of the current document, above its tab.
     void showCurrent();
 
 signals:
@@ -28,6 +28,7 @@ signals:
 private:
     using Act = std::function<void(ctlEditer *editor)>;
 
+    QMenu *menuFor(ctlEditer *editor);
     void fill(QMenu &menu, ctlEditer *editor);
     void add(QMenu &menu, const QString &text, bool isEnabled, ctlEditer *editor, const Act &act);
     void addCodes(QMenu &menu, ctlEditer *editor);

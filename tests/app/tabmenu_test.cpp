@@ -286,6 +286,10 @@ void TabMenuTest::opensAtTheCurrentTab()
     m_menu->showCurrent();
     auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
     QVERIFY(menu);
+    const ctlTabBar &tabs = *m_parts->documents.tabBar();
+    const QRect tab = tabs.tabRect(tabs.currentIndex()).translated(tabs.mapToGlobal(QPoint()));
+    QVERIFY(!menu->geometry().intersects(tab));
+    QCOMPARE(menu->geometry().left(), tab.left());
     menu->close();
     menu->actions().constFirst()->trigger();
     QVERIFY(!m_parts->documents.editors().contains(current));
