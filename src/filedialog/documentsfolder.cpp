@@ -14,7 +14,9 @@ QString DocumentsFolder::path()
 
 bool DocumentsFolder::isMadeBySaving(const QString &folder)
 {
-    return folder == path() && !FileName::exists(folder);
+    struct stat info;
+    const QByteArray name = FileName::toBytes(folder.chopped(folder.endsWith(u'/') ? 1 : 0));
+    return folder == path() && ::lstat(name.constData(), &info) != 0;
 }
 
 void DocumentsFolder::makeForSaving(const QString &folder)

@@ -63,6 +63,7 @@ private slots:
     void failedSaveAsComesAgain();
     void binaryTextIsAskedForItsNameOnce();
     void missingDocumentsFolderIsMade();
+    void documentsFolderBehindADeadLinkIsNotMade();
     void unreadFileIsKeptBeforeItIsWritten();
 
     void saveAllWritesModifiedOnes();
@@ -238,6 +239,26 @@ void SavingTest::missingDocumentsFolderIsMade()
     window.slotCmdFileSave();
     QVERIFY(QFile::exists(documents + u"/n.txt"_s));
     QCOMPARE(window.tabTexts(), QStringList{ u"n.txt"_s });
+}
+
+/// What a link leads to may be a disk that is not there now.
+void SavingTest::documentsFolderBehindADeadLinkIsNotMade()
+{
+    const QString documents = QDir::homePath() + u"/Documents"_s;
+    const QString elsewhere = QDir::homePath() + u"/not there"_s;
+    QVERIFY(QDir(documents).removeRecursively());
+    QVERIFY(QFile::link(elsewhere, documents));
+    TestWindow window;
+    QVERIFY(window.open());
+    QTest::keyClicks(window.currentEditor(), u"x"_s);
+    window.choices << FileChoice{ documents + u'/', u"n.txt"_s };
+    const MessageBoxes boxes;
+    window.slotCmdFileSave();
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY(!QFile::exists(elsewhere));
+    QCOMPARE(window.currentEditor()->text(), u"x"_s);
+    QVERIFY(window.currentEditor()->edited());
+    QVERIFY(QFile::remove(documents));
 }
 
 /// The tab of a file that could not be read has its name; what it writes there replaces what nobody has seen.
