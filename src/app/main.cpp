@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <unistd.h>
+
 namespace {
 
 bool isThere(const QByteArray &name)
@@ -19,12 +21,21 @@ bool isThere(const QByteArray &name)
     return FileName::exists(FileName::fromBytes(name));
 }
 
+/// Standard input and other files that are open in this process alone, which may not be the one that has the
+/// window.
 bool reads(const CommandLine &line, FileRequests &requests)
 {
-    const auto at = line.inputAt();
-    if (at)
-        requests[*at].input = readStandardInput();
-    return !at || requests[*at].input;
+    for (qsizetype i = 0; i < requests.size(); ++i) {
+        const auto number =
+            line.inputAt() == i ? std::optional(STDIN_FILENO) : ownFileNamed(requests[i].fileName);
+        if (!number)
+            continue;
+        requests[i].fileName.clear();
+        requests[i].input = readInput(*number);
+        if (!requests[i].input)
+            return false;
+    }
+    return true;
 }
 
 bool waits(const CommandLine &line, FileRequests &requests)

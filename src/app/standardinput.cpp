@@ -11,6 +11,8 @@
 
 #include <fcntl.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Null: there can be none.
@@ -49,15 +51,26 @@ void occupyStandardFiles()
     }
 }
 
-SharedFd readStandardInput()
+SharedFd readInput(int number)
 {
     SharedFd file = namelessFile();
     std::array<char, 65536> block{};
     ssize_t count = file ? 1 : 0;
     while (count > 0) {
-        count = retried([&] { return ::read(STDIN_FILENO, block.data(), block.size()); });
+        count = retried([&] { return ::read(number, block.data(), block.size()); });
         if (count == -1 || !writeAll(file->number(), block.data(), count))
             return {};
     }
     return file;
+}
+
+std::optional<int> ownFileNamed(const QString &name)
+{
+    for (const QLatin1StringView folder : { "/dev/fd/"_L1, "/proc/self/fd/"_L1 }) {
+        bool isNumber = false;
+        const int number = name.startsWith(folder) ? name.sliced(folder.size()).toInt(&isNumber) : -1;
+        if (isNumber && ::fcntl(number, F_GETFD) != -1)
+            return number;
+    }
+    return std::nullopt;
 }

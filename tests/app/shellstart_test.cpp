@@ -56,6 +56,7 @@ private slots:
     void secondStartGoesToTheLine();
     void newFileIsMadeByItsFirstSave();
     void secondStartBringsItsInput();
+    void commandsOfTheShellAreRead();
     void waitsForTheDocument();
     void secondStartWaitsForItsDocuments();
     void waitsWithoutStandardFiles();
@@ -186,6 +187,19 @@ void ShellStartTest::secondStartBringsItsInput()
     xdotool({ u"key"_s, u"alt+n"_s });
     xdotool({ u"key"_s, u"Escape"_s });
     QTRY_VERIFY(isActive());
+}
+
+/// Whose names are good in the process of the start alone.
+void ShellStartTest::commandsOfTheShellAreRead()
+{
+    QVERIFY(start());
+    QProcess shell;
+    shell.start(u"bash"_s,
+        { u"-c"_s, u"exec \"$0\" <(printf 'one\\ntwo\\n') <(printf 'three\\n')"_s,
+            QStringLiteral(MARLOPAD_PROGRAM) });
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.exitCode(), 0);
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
 }
 
 void ShellStartTest::waitsForTheDocument()
