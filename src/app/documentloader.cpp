@@ -190,26 +190,28 @@ void DocumentLoader::reopen(ctlEditer *editor, CharCode charCode)
     editor->setFocus();
 }
 
-void DocumentLoader::reopenUtf16(ctlEditer *editor, Utf16Form form)
+void DocumentLoader::reopenUtf16(ctlEditer *editor, Utf16Form form, const Then &read)
 {
     if (!mayReopen(*editor))
         return;
-    loadAsUtf16(editor, form);
+    loadAsUtf16(editor, form, read);
     editor->setFocus();
 }
 
-void DocumentLoader::loadAsUtf16(ctlEditer *editor, Utf16Form form)
+void DocumentLoader::loadAsUtf16(ctlEditer *editor, Utf16Form form, const Then &loaded)
 {
     const FileChoice file{ editor->path(), editor->name() };
     if (!editor->document().requestChange())
         return;
     if (isLarge(file)) {
-        replaceBehind(editor, { file, form }, {});
+        replaceBehind(editor, { file, form }, loaded);
         return;
     }
     KeyPause::begin();
-    editor->loadUtf16(editor->path(), editor->name(), form);
+    const bool isLoaded = editor->loadUtf16(editor->path(), editor->name(), form);
     m_documents.refresh(editor);
+    if (isLoaded && loaded)
+        loaded();
 }
 
 void DocumentLoader::stopReplacing(const ctlEditer *editor)

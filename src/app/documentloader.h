@@ -57,8 +57,10 @@ public:
     void askAndReload();
     /// Reads a document's file again with another code; asks before edits are thrown away.
     void reopen(ctlEditer *editor, CharCode charCode);
-    /// The same as UTF-16 text.
-    void reopenUtf16(ctlEditer *editor, Utf16Form form);
+    /// The same as UTF-16 text. `read` is called when all of it was read, which may be at once; not at all
+    /// where that is refused, stopped or fails.
+    using Then = std::function<void()>;
+    void reopenUtf16(ctlEditer *editor, Utf16Form form, const Then &read = {});
 
     /// Stops the reading of a file whose text is to take the place of the document's; nothing else is
     /// stopped.
@@ -68,8 +70,6 @@ public:
     const ctlEditer *loading() const { return m_loading; }
 
 private:
-    using Then = std::function<void()>;
-
     void askAndOpen(const FileChoice &start);
     bool load(ctlEditer *editor, const FileChoice &file);
     void loadInto(ctlEditer *editor, const FileChoice &file, const Then &loaded = {});
@@ -88,7 +88,7 @@ private:
         ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown, const Ended &ended);
     void noteEnd(ctlEditer *editor, ArrivingFile::End end);
     static void tellFailure(ctlEditer *editor, ReadFailure failure);
-    void loadAsUtf16(ctlEditer *editor, Utf16Form form);
+    void loadAsUtf16(ctlEditer *editor, Utf16Form form, const Then &loaded = {});
     bool loadAgainAsUtf16(ctlEditer *editor, const FileChoice &file, Utf16Form form);
     bool mayReopen(ctlEditer &editor);
     void offerCode(ctlEditer *editor, CharCode charCode);

@@ -4,6 +4,7 @@
 #include "app/documentfile.h"
 #include "app/documentloader.h"
 #include "app/recentplaces.h"
+#include "document/utf16text.h"
 #include "editor/ctltabbar.h"
 #include "platform/qpeapplication.h"
 #include "settings/moresettings.h"
@@ -11,6 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <functional>
 #include <utility>
 
 namespace {
@@ -29,6 +31,46 @@ bool canBeRead(const RecentEntry &entry)
 bool isWanted()
 {
     return moreSettings().OpenSession != 0;
+}
+
+/// At once, or when all of the text has come.
+void whenWhole(ctlEditer *editor, const std::function<void()> &act)
+{
+    if (!std::as_const(*editor).document().isHeld())
+        act();
+    else
+        QObject::connect(&std::as_const(*editor).document(), &TextDocument::replaced, editor, act,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+/// As which UTF-16 text a file is to be read that was one; nothing where it is none any more.
+std::optional<Utf16Form> formToRead(const ReadFindings &found, SessionFile::Utf16 before)
+{
+    const bool mayBe = found.utf16 || found.undecodableBytes > 0;
+    if (before == SessionFile::Utf16::No || !mayBe)
+        return std::nullopt;
+    return found.utf16.value_or(Utf16Form{ before == SessionFile::Utf16::BigEndian, false });
+}
+
+SessionFile::Utf16 orderOf(const TextDocument &document)
+{
+    const auto form = utf16FormOf(document);
+    if (!form)
+        return SessionFile::Utf16::No;
+    return form->isBigEndian ? SessionFile::Utf16::BigEndian : SessionFile::Utf16::LittleEndian;
+}
+
+/// The code that the user has chosen, unless the file is saved in another one.
+std::optional<CharCode> chosenCode(const TextDocument &document)
+{
+    const auto given = document.findings().givenCode;
+    return given == document.charCode() ? given : std::nullopt;
+}
+
+SessionFile fileOf(const ctlEditer &editor)
+{
+    const TextDocument &document = editor.document();
+    return { RecentPlaces::entryFor(editor), chosenCode(document), orderOf(document), keepsUtf16(document) };
 }
 
 } // namespace
@@ -57,13 +99,14 @@ void LastSession::open()
     const SessionFiles session = readSessionFiles();
     ctlEditer *current = nullptr;
     for (int i = 0; i < session.files.size(); ++i) {
-        const RecentEntry &entry = session.files[i];
-        if (!canBeRead(entry))
+        const SessionFile &file = session.files[i];
+        if (!canBeRead(file.place))
             continue;
-        m_loader.open(entry.path + entry.name, {});
-        ctlEditer *const editor = m_documents.editorOfFile(entry.path + entry.name);
+        const QString name = file.place.path + file.place.name;
+        m_loader.open(name, file.charCode);
+        ctlEditer *const editor = m_documents.editorOfFile(name);
         if (editor)
-            show(editor, entry);
+            restore(editor, file);
         if (i == session.current)
             current = editor;
     }
@@ -71,20 +114,24 @@ void LastSession::open()
         m_documents.present(current);
 }
 
-/// In a text that is still coming, when all of it is there.
-void LastSession::show(ctlEditer *editor, const RecentEntry &place)
+void LastSession::restore(ctlEditer *editor, const SessionFile &file)
 {
-    if (!std::as_const(*editor).document().isHeld()) {
-        RecentPlaces::show(*editor, place);
-        return;
-    }
-    connect(
-        &std::as_const(*editor).document(), &TextDocument::replaced, editor,
-        [editor, place] {
-            if (editor->cursorOffset() == Offset()) // else its user has gone elsewhere
-                RecentPlaces::show(*editor, place);
-        },
-        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    const bool isLater = std::as_const(*editor).document().isHeld();
+    const auto showPlace = [=] {
+        if (!isLater || editor->cursorOffset() == Offset()) // else its user has gone elsewhere
+            RecentPlaces::show(*editor, file.place);
+    };
+    whenWhole(editor, [=, this] {
+        const auto form = formToRead(std::as_const(*editor).document().findings(), file.utf16);
+        if (form && !editor->edited())
+            m_loader.reopenUtf16(editor, *form, [=] {
+                if (file.keepsUtf16)
+                    editor->document().keepUtf16();
+                showPlace();
+            });
+        else
+            showPlace();
+    });
 }
 
 SessionFiles LastSession::openFiles() const
@@ -95,7 +142,7 @@ SessionFiles LastSession::openFiles() const
             continue;
         if (editor == m_documents.current())
             session.current = int(session.files.size());
-        session.files << RecentPlaces::entryFor(*editor);
+        session.files << fileOf(*editor);
     }
     return session;
 }

@@ -10,7 +10,7 @@ class DocumentLoader;
 class ctlEditer;
 
 /// Has the files open again that were open when the program last ended, where the settings want that: in
-/// their order, each where its cursor and view were.
+/// their order, each where its cursor and view were, and in the code that its user has chosen.
 ///
 /// Which are open is written soon after that changes, for a program that is killed, and at the end.
 class LastSession : public QObject {
@@ -35,7 +35,7 @@ public:
 private:
     SessionFiles openFiles() const;
     void noteChange();
-    void show(ctlEditer *editor, const RecentEntry &place);
+    void restore(ctlEditer *editor, const SessionFile &file);
 
     DocumentArea &m_documents;
     DocumentLoader &m_loader;

@@ -123,11 +123,11 @@ void ReadingNotices::tellUtf16(ctlEditer *editor)
 void ReadingNotices::keepUtf16(ctlEditer *editor)
 {
     TextDocument &document = editor->document();
-    if (!document.isUtf16())
-        m_loader.reopenUtf16(editor, *document.findings().utf16);
-    if (!document.isUtf16())
-        return;
-    document.keepUtf16();
+    const auto keep = [&document] { document.keepUtf16(); };
+    if (document.isUtf16())
+        keep();
+    else
+        m_loader.reopenUtf16(editor, *document.findings().utf16, keep);
 }
 
 void ReadingNotices::tellRewritten(ctlEditer *editor)

@@ -251,6 +251,7 @@ void FileReading::finish()
         m_result.codec = &codecOf({});
     m_result.codes = codes();
     m_result.version = m_blocks.version();
+    findings.givenCode = m_request.code;
     findings.rewritten = facts.rewritten().with(m_codes.returnCode);
     if (m_request.utf16) {
         m_result.isUtf16 = true;

@@ -22,4 +22,5 @@ struct ReadFindings {
     std::optional<CharCode> fittingCode = {}; ///< another code, which all bytes fit
     RewrittenBytes rewritten = {};
     std::optional<Utf16Form> utf16 = {}; ///< it seems to be such a text, whatever it was read as
+    std::optional<CharCode> givenCode = {}; ///< it was not detected
 };

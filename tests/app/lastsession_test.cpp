@@ -1,6 +1,9 @@
+#include "document/utf16text.h"
 #include "settings/sessionfiles.h"
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
+
+#include <QToolButton>
 
 #include <sys/stat.h>
 
@@ -22,6 +25,11 @@ private slots:
     void whatCannotBeReadIsPassedOver();
     void neverSavedOnesAreLeftOut();
     void largeFilesComeBackBehindTheWindow();
+    void chosenCodesComeBack_data();
+    void chosenCodesComeBack();
+    void utf16ComesBackAsText_data();
+    void utf16ComesBackAsText();
+    void filesThatHaveChangedAreDetected();
     void withAFileOfTheCommandLine();
     void switchedOnWhileItRuns();
 
@@ -39,6 +47,21 @@ private:
         return QTest::qWaitFor([&] { return m_window->tabTexts() == names; });
     }
     QString currentName() const { return m_window->currentEditor()->name(); }
+    /// Presses what the strip offers.
+    bool accept(const QString &offer) const
+    {
+        for (QToolButton *const button : m_window->findChildren<QToolButton *>()) {
+            if (button->isVisible() && button->text() == offer) {
+                button->click();
+                return true;
+            }
+        }
+        return false;
+    }
+    const TextDocument &currentDocument() const
+    {
+        return std::as_const(*m_window->currentEditor()).document();
+    }
     void open(const QString &name, const QByteArray &text = "one\ntwo\nthree\n") const
     {
         m_window->setDocument(m_files.write(name, text));
@@ -135,8 +158,8 @@ void LastSessionTest::whatCannotBeReadIsPassedOver()
     SessionFiles session;
     for (const QString &name :
         { u"gone"_s, u"folder"_s, u"a.txt"_s, u"pipe"_s, QString(1 << 16, u'n'), u"a.txt"_s, u"b.txt"_s })
-        session.files << RecentEntry{ m_files.folder(), name, 1LL << 60, -5, -1, 1LL << 62 };
-    session.files << RecentEntry{ u"/dev/"_s, u"zero"_s };
+        session.files << SessionFile{ { m_files.folder(), name, 1LL << 60, -5, -1, 1LL << 62 } };
+    session.files << SessionFile{ { u"/dev/"_s, u"zero"_s } };
     session.current = 2;
     writeSessionFiles(session);
     const MessageBoxes boxes;
@@ -167,6 +190,82 @@ void LastSessionTest::largeFilesComeBackBehindTheWindow()
     start();
     QVERIFY(shows({ u"a.txt"_s }));
     QTRY_COMPARE(m_window->currentEditor()->cursorPosition(), (RowCol{ RowIndex(70000), 3 }));
+}
+
+void LastSessionTest::chosenCodesComeBack_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("short") << "\xa4\xa2\n"_ba;
+    QTest::newRow("read behind the window") << "\xa4\xa2\n"_ba.repeated(50000);
+}
+
+/// Detected, it would be another one.
+void LastSessionTest::chosenCodesComeBack()
+{
+    QFETCH(QByteArray, text);
+    m_window->openDocument(m_files.write(u"a.txt"_s, text), int(CharCode::ShiftJis));
+    open(u"b.txt"_s);
+    QTRY_VERIFY(!std::as_const(*m_window->editorAt(0)).document().isHeld());
+    QVERIFY(m_window->close());
+    start();
+    QVERIFY(shows({ u"a.txt"_s, u"b.txt"_s }));
+    const TextDocument &document = std::as_const(*m_window->editorAt(0)).document();
+    QTRY_VERIFY(!document.isHeld());
+    QCOMPARE(document.charCode(), CharCode::ShiftJis);
+    QCOMPARE(document.findings().givenCode, CharCode::ShiftJis);
+    QVERIFY(!std::as_const(*m_window->editorAt(1)).document().findings().givenCode);
+}
+
+void LastSessionTest::utf16ComesBackAsText_data()
+{
+    QTest::addColumn<QString>("offer");
+    QTest::addColumn<int>("times");
+    QTest::addColumn<bool>("isKept");
+    QTest::newRow("as text") << u"Read it as text"_s << 1 << false;
+    QTest::newRow("kept") << u"Keep UTF-16"_s << 1 << true;
+    QTest::newRow("as text, behind the window") << u"Read it as text"_s << 20000 << false;
+    QTest::newRow("kept, behind the window") << u"Keep UTF-16"_s << 20000 << true;
+}
+
+void LastSessionTest::utf16ComesBackAsText()
+{
+    QFETCH(QString, offer);
+    QFETCH(int, times);
+    QFETCH(bool, isKept);
+    open(u"a.txt"_s, "\xff\xfe"_ba + QByteArray("a\0b\0\n\0", 6).repeated(times));
+    QTRY_VERIFY(!currentDocument().isHeld());
+    QVERIFY(accept(offer));
+    QTRY_VERIFY(!currentDocument().isHeld() && currentDocument().isUtf16());
+    QTRY_COMPARE(keepsUtf16(currentDocument()), isKept);
+    QVERIFY(m_window->close());
+    start();
+    QVERIFY(shows({ u"a.txt"_s }));
+    QTRY_VERIFY(!currentDocument().isHeld() && currentDocument().isUtf16());
+    QTRY_COMPARE(keepsUtf16(currentDocument()), isKept);
+    QCOMPARE(currentDocument().store().length(), 3 * times);
+    QVERIFY(!currentDocument().isEdited());
+}
+
+/// What they were has been saved in another code since, or another program has written them.
+void LastSessionTest::filesThatHaveChangedAreDetected()
+{
+    m_window->openDocument(m_files.write(u"a.txt"_s, "\xa4\xa2\n"), int(CharCode::ShiftJis));
+    ctlEditer *const editor = m_window->currentEditor();
+    QVERIFY(m_window->slotCmdFileSave(editor, m_files.folder(), u"a.txt"_s, int(CharCode::Utf8), 0));
+    open(u"b.txt"_s,
+        QByteArray("\xff\xfe"
+                   "a\0\n\0",
+            6));
+    QVERIFY(accept(u"Read it as text"_s));
+    QVERIFY(currentDocument().isUtf16());
+    QVERIFY(m_window->close());
+    m_files.write(u"b.txt"_s, "\xe3\x81\x82\n");
+    start();
+    QVERIFY(shows({ u"a.txt"_s, u"b.txt"_s }));
+    for (const int tab : { 0, 1 }) {
+        QCOMPARE(std::as_const(*m_window->editorAt(tab)).document().charCode(), CharCode::Utf8);
+        QVERIFY(!std::as_const(*m_window->editorAt(tab)).document().isUtf16());
+    }
 }
 
 void LastSessionTest::withAFileOfTheCommandLine()

@@ -20,6 +20,9 @@ private slots:
     void comeBackAsTheyWere();
     void fewerThanBefore();
     void namesOfAnyBytes();
+    void codesComeBack();
+    void brokenCodes_data();
+    void brokenCodes();
     void brokenFiles_data();
     void brokenFiles();
     void noMoreThanTheMost();
@@ -40,8 +43,8 @@ private:
     static QString drawn(const SessionFiles &session)
     {
         QStringList names;
-        for (const RecentEntry &entry : session.files)
-            names << entry.path + entry.name;
+        for (const SessionFile &file : session.files)
+            names << file.place.path + file.place.name;
         return names.join(u' ') + u" @%1"_s.arg(session.current);
     }
 };
@@ -53,17 +56,17 @@ void SessionFilesTest::emptyWithoutFile()
 
 void SessionFilesTest::comeBackAsTheyWere()
 {
-    const SessionFiles session{
-        { { u"/a/"_s, u"b.txt"_s, 1, 2, 3, 4 }, { u"/"_s, u" c = d "_s, 1LL << 40, 5, 0, 1LL << 50 } }, 1
-    };
+    const SessionFiles session{ { { { u"/a/"_s, u"b.txt"_s, 1, 2, 3, 4 } },
+                                    { { u"/"_s, u" c = d "_s, 1LL << 40, 5, 0, 1LL << 50 } } },
+        1 };
     writeSessionFiles(session);
     QCOMPARE(readSessionFiles(), session);
 }
 
 void SessionFilesTest::fewerThanBefore()
 {
-    writeSessionFiles({ { { u"/"_s, u"a"_s }, { u"/"_s, u"b"_s } }, 1 });
-    writeSessionFiles({ { { u"/"_s, u"c"_s } }, 0 });
+    writeSessionFiles({ { { { u"/"_s, u"a"_s } }, { { u"/"_s, u"b"_s } } }, 1 });
+    writeSessionFiles({ { { { u"/"_s, u"c"_s } } }, 0 });
     QCOMPARE(drawn(readSessionFiles()), u"/c @0"_s);
     writeSessionFiles({});
     QCOMPARE(drawn(readSessionFiles()), u" @-1"_s);
@@ -71,9 +74,42 @@ void SessionFilesTest::fewerThanBefore()
 
 void SessionFilesTest::namesOfAnyBytes()
 {
-    const SessionFiles session{ { { u"/"_s, u"\u65E5\n#;[x]\""_s + QChar(0xDC80) } }, 0 };
+    const SessionFiles session{ { { { u"/"_s, u"\u65E5\n#;[x]\""_s + QChar(0xDC80) } } }, 0 };
     writeSessionFiles(session);
     QCOMPARE(readSessionFiles(), session);
+}
+
+void SessionFilesTest::codesComeBack()
+{
+    using Utf16 = SessionFile::Utf16;
+    const SessionFiles session{ { { { u"/"_s, u"a"_s }, CharCode::Euc },
+                                    { { u"/"_s, u"b"_s }, {}, Utf16::LittleEndian, true },
+                                    { { u"/"_s, u"c"_s }, {}, Utf16::BigEndian } },
+        0 };
+    writeSessionFiles(session);
+    QCOMPARE(readSessionFiles(), session);
+}
+
+void SessionFilesTest::brokenCodes_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::newRow("a number that is none") << "Code0 = EUC\n"_ba;
+    QTest::newRow("negative") << "Code0 = -4\n"_ba;
+    QTest::newRow("of what is no text") << "Code0 = 1\n"_ba;
+    QTest::newRow("of what is only detected") << "Code0 = 6\n"_ba;
+    QTest::newRow("unknown") << "Code0 = 7\n"_ba;
+    QTest::newRow("huge") << "Code0 = 99999999999999999999\n"_ba;
+    QTest::newRow("another order") << "Utf160 = ME\n"_ba;
+    QTest::newRow("no yes or no") << "KeepUtf160 = 2\n"_ba;
+}
+
+/// The file is read as if nothing had been said.
+void SessionFilesTest::brokenCodes()
+{
+    QFETCH(QByteArray, lines);
+    write("[session]\nCount = 1\nPath0 = /\nName0 = a\n"_ba + lines);
+    const SessionFiles plain{ { { { u"/"_s, u"a"_s } } }, -1 };
+    QCOMPARE(readSessionFiles(), plain);
 }
 
 void SessionFilesTest::brokenFiles_data()
@@ -111,7 +147,7 @@ void SessionFilesTest::noMoreThanTheMost()
 {
     SessionFiles session;
     for (int i = 0; i < SessionFiles::most + 50; ++i)
-        session.files.append({ u"/"_s, QString::number(i) });
+        session.files << SessionFile{ { u"/"_s, QString::number(i) } };
     writeSessionFiles(session);
     QCOMPARE(readSessionFiles().files, session.files.first(SessionFiles::most));
 }
