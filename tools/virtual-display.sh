@@ -1,10 +1,12 @@
 # Sourced: a virtual X display with a window manager, for trying and testing the program where there is no screen.
 
-# start_display GEOMETRY [WINDOW-MANAGER]: sets DISPLAY; the display lives until stop_display. The window manager is
-# openbox, or xfwm4, or none.
+# start_display GEOMETRY [WINDOW-MANAGER [OPTION…]]: sets DISPLAY; the display lives until stop_display. The window manager
+# is openbox, or xfwm4, or none; the options are those of the X server.
 start_display() {
+    display_geometry=$1 display_manager=${2:-openbox}
+    if [ $# -ge 2 ]; then shift 2; else shift; fi
     display_file=$(mktemp)
-    Xvfb -displayfd 3 -screen 0 "$1" -noreset -nolisten tcp 3>"$display_file" 2>/dev/null &
+    Xvfb -displayfd 3 -screen 0 "$display_geometry" -noreset -nolisten tcp "$@" 3>"$display_file" 2>/dev/null &
     xvfb_pid=$!
     until [ -s "$display_file" ]; do
         kill -0 "$xvfb_pid" 2>/dev/null || { echo "The virtual display did not start." >&2; return 1; }
@@ -14,7 +16,7 @@ start_display() {
     export DISPLAY
     unset WAYLAND_DISPLAY
     rm -f "$display_file"
-    start_window_manager "${2:-openbox}" || { stop_display; return 1; }
+    start_window_manager "$display_manager" || { stop_display; return 1; }
 }
 
 start_window_manager() {
