@@ -72,11 +72,14 @@ void QMultiLineEdit::showEvent(QShowEvent *event)
     d->layout.update();
 }
 
+/// Who is told of an edit may make or take room for something else in the middle of it, when the cursor may
+/// stand behind the text. The end of an edit shows the cursor.
 void QMultiLineEdit::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
     Parts &parts = laidOut();
-    const bool wasVisible = parts.view.isCursorRowVisible(event->oldSize().height());
+    const bool wasVisible =
+        !parts.edits.isUnderWay() && parts.view.isCursorRowVisible(event->oldSize().height());
     parts.scroller.updateBars();
     if (wasVisible)
         parts.scroller.showCursor();

@@ -37,6 +37,7 @@ public:
     /// Operations nest; the outermost one counts.
     void beginOperation();
     void endOperation();
+    bool isUnderWay() const { return m_operations > 0; }
     class Operation {
     public:
         explicit Operation(TextEdits &edits)

@@ -1,3 +1,4 @@
+#include "document/textdocument.h"
 #include "rows/rowlayout.h"
 #include "tests/testprogram.h"
 #include "tests/widget/drawntext.h"
@@ -103,6 +104,7 @@ private slots:
     void cursorIsSteadyWithoutARate();
     void fontChangeKeepsTheTopLine();
     void selectionChangeRepaintsItsDifference();
+    void resizedInTheMiddleOfAnEdit();
 
 private:
     std::unique_ptr<PaintedEdit> m_edit;
@@ -422,6 +424,24 @@ void QMultiLineEditViewTest::selectionChangeRepaintsItsDifference()
     QCOMPARE(m_edit->takePainted(), rows(6, 8));
     m_edit->deselect();
     QCOMPARE(m_edit->takePainted(), rows(2, 8));
+}
+
+/// Whoever hears of a change may take room for something else; the cursor stands behind the text then.
+void QMultiLineEditViewTest::resizedInTheMiddleOfAnEdit()
+{
+    QWidget window;
+    window.resize(400, 400);
+    QMultiLineEdit edit(&window);
+    edit.resize(300, 300);
+    edit.setText(u"line\n"_s.repeated(100));
+    window.show();
+    edit.selectAll();
+    connect(&edit.document(), &TextDocument::changed, &edit, [&edit] { edit.resize(300, 200); });
+    edit.insert(u"short\n"_s.repeated(50));
+    QCOMPARE(edit.height(), 200);
+    QCOMPARE(edit.cursorOffset(), edit.store().end());
+    QVERIFY(edit.viewport()->rect().contains(edit.cursorRect()));
+    QCOMPARE(edit.verticalScrollBar()->maximum(), 51 - wholeRows(edit));
 }
 
 REGISTER_TEST(runWindowTest<QMultiLineEditViewTest>)
