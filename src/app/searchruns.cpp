@@ -147,6 +147,7 @@ void SearchRuns::endLong(ctlEditer &editor)
     LongSearch *const search = m_long.extract(&editor).mapped().release();
     search->deleteLater();
     takeHit(editor, *search);
+    emit m_documents.workEnded();
 }
 
 void SearchRuns::takeHit(ctlEditer &editor, LongSearch &search)

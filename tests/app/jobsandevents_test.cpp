@@ -436,11 +436,12 @@ void JobsAndEventsTest::checkStrip()
     }
 }
 
-/// It comes to the document that is shown, and to no other one.
+/// It comes to the document that is shown, of which the Edit menu is, and to no other one.
 void JobsAndEventsTest::checkNextKey()
 {
     QCOMPARE(m_scene->other->text(), m_otherText);
     ctlEditer *const shown = m_scene->window.currentEditor();
+    QCOMPARE(m_scene->window.isItemEnabled(EditCommand::Undo), shown->history().canUndo());
     std::map<const ctlEditer *, qint64> lengths;
     for (const ctlEditer *const editor : m_scene->window.tabBar()->editors())
         lengths[editor] = editor->store().length();
