@@ -10,8 +10,8 @@
 /// Entries that several threads may read.
 using FileEntries = std::vector<std::shared_ptr<const FileEntry>>;
 
-/// By which column a list is sorted.
-struct FileOrder {
+/// By which column a list is sorted. Aligned so that threads hand it over without a lock.
+struct alignas(2 * sizeof(int)) FileOrder {
     int column = 0; ///< of ctlFileListViewItem
     Qt::SortOrder direction = Qt::AscendingOrder;
 

@@ -3,22 +3,11 @@
 #include "codec/charcode.h"
 #include "codec/returncode.h"
 #include "tests/testprogram.h"
-#include "text/textstore.h"
+#include "tests/text/storecompare.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-TextStore storeOf(const QString &text)
-{
-    TextStore store;
-    store.replace(Offset(0), 0, text);
-    return store;
-}
-
-} // namespace
 
 /// Counts and sizes of the properties box.
 class TextCountsTest : public QObject {

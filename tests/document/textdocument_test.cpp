@@ -4,6 +4,7 @@
 #include "tests/document/documentfolder.h"
 #include "tests/document/textlistener.h"
 #include "tests/testprogram.h"
+#include "tests/text/storecompare.h"
 #include "text/textsearch.h"
 
 #include <QSignalSpy>
@@ -12,17 +13,6 @@
 #include <cerrno>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-TextStore storeOf(const QString &text)
-{
-    TextStore store;
-    store.replace(Offset(0), 0, text);
-    return store;
-}
-
-} // namespace
 
 /// A document without a window.
 class TextDocumentTest : public QObject {
