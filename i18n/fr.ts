@@ -753,6 +753,21 @@ Le remplacer&#xa0;?</translation>
     </message>
 </context>
 <context>
+    <name>frmGuide</name>
+    <message>
+        <source>Guide</source>
+        <translation>Guide</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Retour</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+</context>
+<context>
     <name>frmJumpTo</name>
     <message>
         <source>Jump to</source>
@@ -1134,8 +1149,16 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
         <translation>L’ancien fichier est gardé&#xa0;: %1</translation>
     </message>
     <message>
-        <source>Keys</source>
-        <translation>Touches</translation>
+        <source>Key</source>
+        <translation>Touche</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>Effet</translation>
+    </message>
+    <message>
+        <source>Guide</source>
+        <translation>Guide</translation>
     </message>
     <message>
         <source>To the notice above the text, and back</source>

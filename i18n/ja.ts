@@ -752,6 +752,21 @@ Replace existing file?</source>
     </message>
 </context>
 <context>
+    <name>frmGuide</name>
+    <message>
+        <source>Guide</source>
+        <translation>使い方</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>戻る</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+</context>
+<context>
     <name>frmJumpTo</name>
     <message>
         <source>Jump to</source>
@@ -1133,8 +1148,16 @@ Row count  : %2</source>
         <translation>元のファイルの控え: %1</translation>
     </message>
     <message>
-        <source>Keys</source>
-        <translation>キー一覧</translation>
+        <source>Key</source>
+        <translation>キー</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>働き</translation>
+    </message>
+    <message>
+        <source>Guide</source>
+        <translation>使い方</translation>
     </message>
     <message>
         <source>To the notice above the text, and back</source>

@@ -1,7 +1,7 @@
 #include "app/frmmain.h"
 
+#include "app/frmguide.h"
 #include "app/keymap.h"
-#include "app/keystext.h"
 #include "app/windowparts.h"
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
@@ -477,7 +477,9 @@ void frmMain::slotEtcTabMenu()
 
 void frmMain::slotEtcKeys()
 {
-    MessageBox::about(this, tr("Keys"), keysText());
+    frmGuide guide(this);
+    guide.enlarge();
+    guide.exec();
 }
 
 void frmMain::slotEdUndoAvailable(ctlEditer *editor, bool available)

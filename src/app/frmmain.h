@@ -127,7 +127,7 @@ public slots:
     /// The first menu opens.
     void slotEtcMenus();
     void slotEtcTabMenu();
-    /// Shows what keys there are.
+    /// Shows the guide at its table of keys.
     void slotEtcKeys();
     /// Has the user switch on and off what was added to the handheld's program.
     void slotEtcMoreOptions();

@@ -24,7 +24,7 @@ constexpr NamedSlot slotsWithoutItem[] = {
     { &frmMain::slotEtcTextSmaller, QT_TRANSLATE_NOOP("frmMain", "Smaller text") },
     { &frmMain::slotEtcTextAsUsual, QT_TRANSLATE_NOOP("frmMain", "Text as usual") },
     { &frmMain::slotEtcMenus, QT_TRANSLATE_NOOP("frmMain", "Menus") },
-    { &frmMain::slotEtcKeys, QT_TRANSLATE_NOOP("frmMain", "Keys") },
+    { &frmMain::slotEtcKeys, QT_TRANSLATE_NOOP("frmMain", "Guide") },
 };
 
 /// Keys that the text has for itself.
@@ -85,26 +85,26 @@ QString keysOf(CommandSlot slot)
     return names.join(u", "_s);
 }
 
-QString lineOf(const QString &keys, const QString &label)
+QString rowOf(const QString &keys, const QString &label)
 {
-    return u"%1\u2003%2\n"_s.arg(keys, label);
+    return u"| %1 | %2 |\n"_s.arg(keys, label);
 }
 
 } // namespace
 
-QString keysText()
+QString keysTable()
 {
-    QString text;
+    QString text = rowOf(frmMain::tr("Key"), frmMain::tr("What it does")) + u"| --- | --- |\n"_s;
     QList<CommandSlot> told;
     for (const KeyBinding &binding : keyBindings()) {
         if (told.contains(binding.slot))
             continue;
         told << binding.slot;
-        text += lineOf(keysOf(binding.slot), labelOf(binding.slot));
+        text += rowOf(keysOf(binding.slot), labelOf(binding.slot));
     }
     for (const NamedKeys &named : keysOfText)
-        text += lineOf(keyName(named.keys), plainLabel(named.name));
+        text += rowOf(keyName(named.keys), plainLabel(named.name));
     if (moreSettings().WheelTextSize != 0)
-        text += lineOf(frmMain::tr("Ctrl+Wheel"), frmMain::tr("Size of the text"));
-    return text.chopped(1);
+        text += rowOf(frmMain::tr("Ctrl+Wheel"), frmMain::tr("Size of the text"));
+    return text;
 }

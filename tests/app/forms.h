@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/frmguide.h"
 #include "app/frmrecovery.h"
 #include "filedialog/frmfiledialog.h"
 #include "options/frmmoreoptions.h"
@@ -26,14 +27,16 @@ enum class Form {
     Replace,
     Progress,
     Jump,
-    Recovery
+    Recovery,
+    Guide
 };
 
 inline constexpr std::pair<Form, const char *> forms[] = { { Form::Main, "main" }, { Form::Open, "open" },
     { Form::SaveAs, "save as" }, { Form::OptionsView1, "options view1" },
     { Form::OptionsView2, "options view2" }, { Form::OptionsDetail, "options detail" },
     { Form::MoreOptions, "more options" }, { Form::Search, "search" }, { Form::Replace, "replace" },
-    { Form::Progress, "progress" }, { Form::Jump, "jump" }, { Form::Recovery, "recovery" } };
+    { Form::Progress, "progress" }, { Form::Jump, "jump" }, { Form::Recovery, "recovery" },
+    { Form::Guide, "guide" } };
 inline constexpr std::pair<int, const char *> languages[] = { { 0, "English" }, { 1, "Japanese" },
     { 2, "French" } };
 
@@ -94,6 +97,8 @@ inline std::unique_ptr<QWidget> dialogOf(Form form, QWidget *parent)
         return std::make_unique<frmJumpTo>(parent);
     case Form::Recovery:
         return recoveryIn(parent);
+    case Form::Guide:
+        return std::make_unique<frmGuide>(parent);
     }
     Q_UNREACHABLE();
 }

@@ -20,6 +20,7 @@ CMAKE = sys.argv.pop(1)
 BUILD = os.path.abspath(sys.argv.pop(1))
 PATIENCE = 60
 ID = 'example.marlopad.marlopad'
+DOCS = pathlib.Path(__file__).parents[2] / 'docs'
 
 EXPECTED = [
     'bin/marlopad',
@@ -37,6 +38,8 @@ EXPECTED = [
     'share/man/ja/man1/marlopad.1',
     'share/marlopad/i18n/fr/marlopad2.qm',
     'share/marlopad/i18n/ja/marlopad2.qm',
+    *(f'share/doc/marlopad/{path.relative_to(DOCS)}' for path in DOCS.rglob('*')
+      if path.is_file() and path.name != 'CMakeLists.txt' and path.parent.name != '__pycache__'),
 ]
 
 

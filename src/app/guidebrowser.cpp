@@ -1,0 +1,110 @@
+#include "app/guidebrowser.h"
+
+#include "app/keystext.h"
+#include "app/translation.h"
+#include "platform/qpeapplication.h"
+#include "settings/settings.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QScrollBar>
+#include <QTextTable>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Between them stands the table of keys, as a first start has it.
+constexpr QLatin1StringView keysBegin("<!-- keys -->");
+constexpr QLatin1StringView keysEnd("<!-- end of keys -->");
+
+constexpr int linesAboveKeys = 3; ///< their title
+
+QString guideFile()
+{
+    const auto code = appSettings().Lang == Japanese ? "ja"_L1 : "en"_L1;
+    return QDir::cleanPath(QPEApplication::qpeDir() + u"/../doc/marlopad/guide."_s + code + u".md"_s);
+}
+
+QString withPresentKeys(const QString &page)
+{
+    const qsizetype begin = page.indexOf(keysBegin);
+    const qsizetype end = page.indexOf(keysEnd, begin);
+    if (begin < 0 || end < 0)
+        return page;
+    return page.first(begin) + keysTable() + page.sliced(end + keysEnd.size());
+}
+
+} // namespace
+
+GuideBrowser::GuideBrowser(QWidget *parent)
+    : QTextBrowser(parent)
+{
+    // What the toolkit's own menu offers is for links of other kinds.
+    setContextMenuPolicy(Qt::NoContextMenu);
+    verticalScrollBar()->setAccessibleName(
+        QCoreApplication::translate("QMultiLineEdit", "Vertical scroll bar"));
+    horizontalScrollBar()->setAccessibleName(
+        QCoreApplication::translate("QMultiLineEdit", "Horizontal scroll bar"));
+}
+
+void GuideBrowser::showGuide()
+{
+    const QString file = guideFile();
+    if (QFileInfo::exists(file))
+        setSource(QUrl::fromLocalFile(file));
+    else
+        setMarkdown(keysTable());
+}
+
+void GuideBrowser::showKeys()
+{
+    QTextTable *const table = keys();
+    if (!table)
+        return;
+    const int top = int(document()->documentLayout()->frameBoundingRect(table).top());
+    verticalScrollBar()->setValue(top - linesAboveKeys * fontMetrics().lineSpacing());
+}
+
+/// Known by its first cell.
+QTextTable *GuideBrowser::keys() const
+{
+    const QString head = keysTable().section(u" | "_s, 0, 0).mid(2);
+    for (QTextFrame *const frame : document()->rootFrame()->childFrames()) {
+        auto *const table = qobject_cast<QTextTable *>(frame);
+        if (table && table->cellAt(0, 0).firstCursorPosition().block().text() == head)
+            return table;
+    }
+    return nullptr;
+}
+
+void GuideBrowser::doSetSource(const QUrl &name, QTextDocument::ResourceType type)
+{
+    const QString file = source().resolved(name).toLocalFile();
+    if (file.endsWith(u".md") && QFileInfo::exists(file))
+        QTextBrowser::doSetSource(name, type);
+}
+
+QVariant GuideBrowser::loadResource(int type, const QUrl &name)
+{
+    const QVariant loaded = QTextBrowser::loadResource(type, name);
+    if (type == QTextDocument::MarkdownResource)
+        return withPresentKeys(QString::fromUtf8(loaded.toByteArray()));
+    if (type == QTextDocument::ImageResource)
+        return fitted(QImage::fromData(loaded.toByteArray()));
+    return loaded;
+}
+
+/// Pixel by pixel where there is room.
+QImage GuideBrowser::fitted(QImage picture) const
+{
+    const int beside = verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
+    const qreal room = (width() - beside - 2 * document()->documentMargin()) * devicePixelRatioF();
+    if (picture.width() > room)
+        picture = picture.scaledToWidth(int(room), Qt::SmoothTransformation);
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    return picture;
+}

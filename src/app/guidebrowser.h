@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QTextBrowser>
+
+class QTextTable;
+
+/// Shows pages of the guide, which are files in Markdown. Where a page has the table of keys, it is shown as
+/// it is now, in the present language and with what is switched on. Pictures are as wide as the browser at
+/// most.
+class GuideBrowser : public QTextBrowser {
+    Q_OBJECT
+public:
+    explicit GuideBrowser(QWidget *parent = nullptr);
+
+    /// The guide in the present language, or in English where there is none; the table of keys alone where
+    /// the guide is not installed.
+    void showGuide();
+    /// Scrolls to the table of keys. Only where the browser is laid out on the screen.
+    void showKeys();
+
+protected:
+    /// Follows links to pages that are there; the tree of the sources has others.
+    void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override;
+    QVariant loadResource(int type, const QUrl &name) override;
+
+private:
+    QTextTable *keys() const;
+    QImage fitted(QImage picture) const;
+};

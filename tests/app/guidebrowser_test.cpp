@@ -1,0 +1,170 @@
+#include "app/guidebrowser.h"
+
+#include "app/keystext.h"
+#include "app/translation.h"
+#include "settings/moresettings.h"
+#include "settings/settings.h"
+#include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
+
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextTable>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString pageOf(const QString &name)
+{
+    QFile file(QStringLiteral(BUILT_QPE_DIR "/../doc/marlopad/") + name);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// The cells of a row, as it is shown.
+QStringList shownRow(const QTextTable &table, int row)
+{
+    QStringList cells;
+    for (int column = 0; column < table.columns(); ++column)
+        cells << table.cellAt(row, column).firstCursorPosition().block().text();
+    return cells;
+}
+
+} // namespace
+
+/// The guide as the window shows it, and as it lies in its files.
+class GuideBrowserTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { qputenv("QPEDIR", BUILT_QPE_DIR); }
+    void init() { resetSettings(); }
+
+    void keysStandInTheGuide_data();
+    void keysStandInTheGuide();
+    void keysThatAreOffAreNotShown();
+    void keysAreScrolledTo();
+    void keysAreShownWithoutAGuide();
+    void linksLeadToPages_data();
+    void linksLeadToPages();
+    void linksOutOfTheGuideAreNotFollowed();
+    void picturesFit();
+
+private:
+    static QTextTable *keysIn(const GuideBrowser &browser)
+    {
+        for (QTextFrame *const frame : browser.document()->rootFrame()->childFrames()) {
+            auto *const table = qobject_cast<QTextTable *>(frame);
+            if (table && shownRow(*table, 0).contains(u"What it does"_s))
+                return table;
+        }
+        return nullptr;
+    }
+};
+
+void GuideBrowserTest::keysStandInTheGuide_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("English") << int(English) << u"guide.en.md"_s;
+    QTest::newRow("Japanese") << int(Japanese) << u"guide.ja.md"_s;
+}
+
+/// As a first start has them: what the window shows is made from the same table.
+void GuideBrowserTest::keysStandInTheGuide()
+{
+    QFETCH(int, language);
+    QFETCH(QString, file);
+    const auto translation = Translation::load(language);
+    if (translation)
+        translation->install();
+    const QString page = pageOf(file);
+    const QString written = page.section(u"<!-- keys -->\n"_s, 1).section(u"<!-- end of keys -->"_s, 0, 0);
+    QCOMPARE(written, keysTable());
+}
+
+void GuideBrowserTest::keysThatAreOffAreNotShown()
+{
+    GuideBrowser all;
+    all.showGuide();
+    QVERIFY(keysIn(all));
+    moreSettings().KnownKeys = 0;
+    GuideBrowser few;
+    few.showGuide();
+    QVERIFY(keysIn(few));
+    QVERIFY(keysIn(few)->rows() < keysIn(all)->rows());
+}
+
+void GuideBrowserTest::keysAreScrolledTo()
+{
+    GuideBrowser browser;
+    browser.resize(400, 300);
+    browser.showGuide();
+    browser.show();
+    browser.showKeys();
+    QVERIFY(browser.verticalScrollBar()->value() > 0);
+    const int top = browser.cursorRect(keysIn(browser)->firstCursorPosition()).top();
+    QVERIFY2(top > 0 && top < browser.viewport()->height(), qPrintable(QString::number(top)));
+}
+
+void GuideBrowserTest::keysAreShownWithoutAGuide()
+{
+    qputenv("QPEDIR", "/nowhere/share/marlopad");
+    GuideBrowser browser;
+    browser.showGuide();
+    qputenv("QPEDIR", BUILT_QPE_DIR);
+    QVERIFY(keysIn(browser));
+    QVERIFY(keysIn(browser)->rows() > 10);
+}
+
+void GuideBrowserTest::linksLeadToPages_data()
+{
+    keysStandInTheGuide_data();
+}
+
+/// As a click on each would.
+void GuideBrowserTest::linksLeadToPages()
+{
+    QTest::failOnWarning(QRegularExpression(u"No document for"_s));
+    QFETCH(int, language);
+    QFETCH(QString, file);
+    appSettings().Lang = language;
+    GuideBrowser browser;
+    browser.showGuide();
+    const QUrl guide = browser.source();
+    QCOMPARE(guide.fileName(), file);
+    static const QRegularExpression link(u"[^!]\\[[^\\]]*\\]\\(([^)]+)\\)"_s);
+    int count = 0;
+    for (auto match = link.globalMatch(pageOf(file)); match.hasNext(); ++count) {
+        browser.setSource(guide.resolved(QUrl(match.next().captured(1))));
+        QVERIFY(!browser.toPlainText().isEmpty());
+        browser.setSource(guide);
+    }
+    QVERIFY(count > 0);
+}
+
+void GuideBrowserTest::linksOutOfTheGuideAreNotFollowed()
+{
+    QTest::failOnWarning(QRegularExpression(u"No document for"_s));
+    GuideBrowser browser;
+    browser.showGuide();
+    const QUrl guide = browser.source();
+    for (const QString &target : { u"no-such-page.md"_s, u"tasks/find.py"_s }) {
+        browser.setSource(QUrl(target));
+        QCOMPARE(browser.source(), guide);
+    }
+}
+
+void GuideBrowserTest::picturesFit()
+{
+    for (const int width : { 230, 900 }) {
+        GuideBrowser browser;
+        browser.resize(width, 300);
+        browser.showGuide();
+        browser.show();
+        QCOMPARE(browser.horizontalScrollBar()->maximum(), 0);
+    }
+}
+
+REGISTER_TEST(runWindowTest<GuideBrowserTest>)
+#include "guidebrowser_test.moc"
