@@ -213,7 +213,7 @@ class Desk:
     def answer(self, pattern, key):
         """Message boxes answer when there was time to read them: the key is pressed until the box is gone."""
         self.wait_for_window(pattern)
-        box = run('xdotool', 'getactivewindow')
+        box = wait_for(lambda: run('xdotool', 'getactivewindow', check=False), 'a window')
         def is_gone():
             if run('xdotool', 'getactivewindow', check=False) != box:
                 return True
@@ -312,7 +312,7 @@ def carry_out(scripts, program, pictures, languages=tuple(LANGUAGES)):
             try:
                 script(desk)
                 result = 'ok'
-            except AssertionError as failure:
+            except (AssertionError, subprocess.SubprocessError) as failure:
                 result = failure
                 failures += 1
                 if desk.pictures:

@@ -14,6 +14,8 @@ def task(desk):
     desk.picture('replace-panel')
     desk.key('Tab', 'Tab', 'Tab', 'space')
     desk.wait_for_window(desk.in_words('^Replace All$', '^すべて置換$'))
+    # How far it is has the same title as the box that comes at the end.
+    desk.still()
     desk.picture('replace-count')
     desk.answer(desk.in_words('^Replace All$', '^すべて置換$'), 'Return')
     desk.wait_for_text_window()
