@@ -70,8 +70,8 @@ signals:
     void currentChanged(ctlEditer *editor);
     /// A document may have another name, codes, or other edits than before.
     void refreshed(ctlEditer *editor);
-    /// A document was read, saved or searched behind the window, and has told the state of its commands, though
-    /// it may not be the one that is shown.
+    /// A document was read, saved or searched behind the window, and has told the state of its commands; it
+    /// may not be the one that is shown.
     void workEnded();
     /// A document was taken away.
     void closed(ctlEditer *editor);
