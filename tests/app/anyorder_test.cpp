@@ -389,7 +389,8 @@ void AnyOrderTest::check()
     QCOMPARE(m_window->findChild<QStackedWidget *>()->count(), editors.size());
     QCOMPARE(current(),
         editors.isEmpty() ? nullptr : m_window->tabBar()->editorOf(m_window->tabBar()->currentTab()));
-    QCOMPARE(m_window->isItemEnabled(EditCommand::Undo), current() && current()->history().canUndo());
+    if (!current() || !current()->document().isHeld()) // what is held refuses Undo
+        QCOMPARE(m_window->isItemEnabled(EditCommand::Undo), current() && current()->history().canUndo());
     for (const ctlEditer *editor : editors) {
         checkEditor(editor);
         if (QTest::currentTestFailed())
