@@ -6,6 +6,7 @@ Run by tests/isolated; usage: install_test.py CMAKE BUILD-FOLDER
 
 import os
 import pathlib
+import re
 import shutil
 import signal
 import subprocess
@@ -18,6 +19,7 @@ from gi.repository import Gio, GLib
 
 CMAKE = sys.argv.pop(1)
 BUILD = os.path.abspath(sys.argv.pop(1))
+TREE = pathlib.Path(__file__).resolve().parents[2]
 PATIENCE = 60
 ID = 'example.marlopad.marlopad'
 DOCS = pathlib.Path(__file__).parents[2] / 'docs'
@@ -73,6 +75,15 @@ class InstallTest(unittest.TestCase):
         for size in (16, 256):
             png = (self.prefix / f'share/icons/hicolor/{size}x{size}/apps/marlopad.png').read_bytes()
             self.assertEqual((png[:4], int.from_bytes(png[16:20], 'big')), (b'\x89PNG', size))
+
+    def test_1_its_screenshots_are_in_the_tree(self):
+        """Under the address of the project's home, by their names."""
+        metainfo = (self.prefix / f'share/metainfo/{ID}.metainfo.xml').read_text()
+        home = re.search(r'<url type="homepage">(.*)</url>', metainfo).group(1)
+        images = re.findall(r'<image>(.*)</image>', metainfo)
+        for image in images:
+            self.assertTrue(image.startswith(home), image)
+            self.assertTrue((TREE / image[len(home):]).is_file(), image)
 
     def test_2_the_bus_starts_it_and_it_opens_files(self):
         services = pathlib.Path(os.environ['XDG_DATA_HOME']) / 'dbus-1/services'
