@@ -497,6 +497,18 @@
         <translation>Comptage terminé</translation>
     </message>
     <message>
+        <source>Opening files</source>
+        <translation>Ouverture des fichiers</translation>
+    </message>
+    <message>
+        <source>Not while files are being opened</source>
+        <translation>Impossible pendant l’ouverture des fichiers</translation>
+    </message>
+    <message>
+        <source>Opening files has ended</source>
+        <translation>Ouverture des fichiers terminée</translation>
+    </message>
+    <message>
         <source>%1: %2%</source>
         <translation>%1&#xa0;: %2&#xa0;%</translation>
     </message>

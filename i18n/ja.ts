@@ -496,6 +496,18 @@
         <translation>集計が終わりました</translation>
     </message>
     <message>
+        <source>Opening files</source>
+        <translation>ファイルを開いています</translation>
+    </message>
+    <message>
+        <source>Not while files are being opened</source>
+        <translation>ファイルを開いている間はできません</translation>
+    </message>
+    <message>
+        <source>Opening files has ended</source>
+        <translation>ファイルを開き終わりました</translation>
+    </message>
+    <message>
         <source>%1: %2%</source>
         <translation>%1: %2%</translation>
     </message>

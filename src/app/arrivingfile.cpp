@@ -33,7 +33,7 @@ ArrivingFile::ArrivingFile(
     , m_codesBefore{ m_document.charCode(), m_document.returnCode() }
     , m_runner(runner)
 {
-    m_sign.emplace(notices, m_editor, WorkNotice::Work::Loading, [this] { stop(); });
+    m_sign.emplace(notices, &m_editor, WorkNotice::Work::Loading, [this] { stop(); });
     m_taking.callOnTimeout(this, &ArrivingFile::takeSome);
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
     m_document.setHeld(true);

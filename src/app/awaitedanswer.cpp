@@ -9,7 +9,7 @@ AwaitedAnswer::AwaitedAnswer(ctlEditer &editor, DocumentArea &documents, std::un
     WorkNotice::Work kind, JobRunner &runner, IsWanted isWanted)
     : m_documents(documents)
     , m_isWanted(std::move(isWanted))
-    , m_sign(std::in_place, documents.notices(), editor, kind, [this] { giveUp(); })
+    , m_sign(std::in_place, documents.notices(), &editor, kind, [this] { giveUp(); })
     , m_job(std::move(work), runner)
 {
     connect(&editor.document(), &TextDocument::changed, this, &AwaitedAnswer::giveUp);

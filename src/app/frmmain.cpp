@@ -557,6 +557,7 @@ void frmMain::closeEvent(QCloseEvent *event)
     m_parts->journals.flush(RecoveryJournals::longestFlush);
     m_parts->lastSession.write();
     writeSettings();
+    m_parts->openingFiles.end();
     event->accept();
     QWidget::closeEvent(event);
 }

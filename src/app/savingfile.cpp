@@ -10,7 +10,7 @@ SavingFile::SavingFile(
     , m_save(save.get())
     , m_job(std::move(save), runner)
 {
-    m_sign.emplace(notices, m_editor, WorkNotice::Work::Saving, [this] { m_job.stop(); });
+    m_sign.emplace(notices, &m_editor, WorkNotice::Work::Saving, [this] { m_job.stop(); });
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
     connect(&m_job, &Job::progressed, this, &SavingFile::note);
     connect(&m_job, &Job::finished, this, [this](JobOutcome outcome) {

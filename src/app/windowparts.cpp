@@ -32,6 +32,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , awaited(documents)
     , requested(documents, loader, recentMenu, awaited)
     , drops(window)
+    , openingFiles(documents.notices())
     , saver(window, dialogs, documents, places, jobs)
     , closer(window, documents, loader, saver, places)
     , tabMenu(*new TabMenu(documents, loader, closer))

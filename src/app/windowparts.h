@@ -15,6 +15,7 @@
 #include "app/lastsession.h"
 #include "app/lastwrites.h"
 #include "app/mainmenus.h"
+#include "app/openingfiles.h"
 #include "app/propertiesbox.h"
 #include "app/recentmenu.h"
 #include "app/recentplaces.h"
@@ -55,6 +56,7 @@ struct WindowParts {
     AwaitedDocuments awaited;
     RequestedFiles requested;
     FileDrops drops;
+    OpeningFiles openingFiles;
     DocumentSaver saver;
     DocumentCloser closer;
     TabMenu &tabMenu;

@@ -18,6 +18,7 @@ constexpr auto ofDisk = &MoreSettings::NoticesOfDisk;
 /// With gaps, so that a kind can be put between two others.
 constexpr KindInfo kinds[] = {
     { NoticeKind::Work, 1000 },
+    { NoticeKind::Opening, 990 },
     { NoticeKind::Searching, 980 },
     { NoticeKind::Counting, 960 },
     { NoticeKind::Unsaved, 900 },

@@ -28,6 +28,7 @@ enum class NoticeKind {
     Work, ///< the document is being loaded or saved behind the window
     Searching, ///< its text is being searched behind the window
     Counting, ///< its text is being counted behind the window
+    Opening, ///< many files are being opened, one after the other
 };
 
 /// Of several notices the one of the heaviest kind is shown.

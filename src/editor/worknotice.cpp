@@ -27,6 +27,9 @@ constexpr WorkTexts workTexts[] = {
     { NoticeKind::Counting, QT_TRANSLATE_NOOP("WorkNotice", "Counting"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being counted"),
         QT_TRANSLATE_NOOP("WorkNotice", "Counting has ended") },
+    { NoticeKind::Opening, QT_TRANSLATE_NOOP("WorkNotice", "Opening files"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Not while files are being opened"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Opening files has ended") },
 };
 
 const WorkTexts &textsOf(WorkNotice::Work work)
@@ -36,7 +39,7 @@ const WorkTexts &textsOf(WorkNotice::Work work)
 
 } // namespace
 
-WorkNotice::WorkNotice(NoticeQueue &notices, const QObject &document, Work work, std::function<void()> stop)
+WorkNotice::WorkNotice(NoticeQueue &notices, const QObject *document, Work work, std::function<void()> stop)
     : m_notices(notices)
     , m_document(document)
     , m_work(work)
@@ -48,11 +51,11 @@ WorkNotice::WorkNotice(NoticeQueue &notices, const QObject &document, Work work,
 /// Its end is said by the strip, which then goes.
 WorkNotice::~WorkNotice()
 {
-    if (!m_notices.has(textsOf(m_work).kind, &m_document))
+    if (!m_notices.has(textsOf(m_work).kind, m_document))
         return;
     m_step = Step::Ended;
     show();
-    m_notices.withdraw(textsOf(m_work).kind, &m_document);
+    m_notices.withdraw(textsOf(m_work).kind, m_document);
 }
 
 void WorkNotice::setProgress(std::optional<int> percent)
@@ -80,7 +83,7 @@ void WorkNotice::show()
     const auto spoken = [work = m_work, step = m_step, percent = m_percent] {
         return textOf(work, step, percent ? std::optional(*percent / quarter * quarter) : std::nullopt);
     };
-    Notice notice{ textsOf(m_work).kind, &m_document, text, {} };
+    Notice notice{ textsOf(m_work).kind, m_document, text, {} };
     notice.offers.push_back({ [] { return tr("Stop"); }, m_stop });
     notice.isDismissable = false;
     notice.spoken = spoken;

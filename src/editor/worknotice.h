@@ -8,16 +8,17 @@
 class NoticeQueue;
 struct Notice;
 
-/// Tells in the strip what is done to a document behind the window and how far it is, and offers to stop it.
-/// Goes with the work. Assistive tools hear of its beginning, of each quarter and of its end.
+/// Tells in the strip what is done behind the window, to a document or by the program, and how far it is, and
+/// offers to stop it. Goes with the work. Assistive tools hear of its beginning, of each quarter and of its
+/// end.
 class WorkNotice {
     Q_DECLARE_TR_FUNCTIONS(WorkNotice)
 public:
-    enum class Work { Loading, Saving, Searching, Counting };
+    enum class Work { Loading, Saving, Searching, Counting, Opening };
 
-    /// `notices` and `document` are not owned and live longer; `stop` is what "Stop" and Escape in the strip
-    /// do, which may destroy this.
-    WorkNotice(NoticeQueue &notices, const QObject &document, Work work, std::function<void()> stop);
+    /// `notices` and `document` are not owned and live longer; without a document it is a work of the
+    /// program. `stop` is what "Stop" and Escape in the strip do, which may destroy this.
+    WorkNotice(NoticeQueue &notices, const QObject *document, Work work, std::function<void()> stop);
     ~WorkNotice();
     Q_DISABLE_COPY_MOVE(WorkNotice)
 
@@ -33,7 +34,7 @@ private:
     static QString textOf(Work work, Step step, std::optional<int> percent);
 
     NoticeQueue &m_notices;
-    const QObject &m_document;
+    const QObject *const m_document;
     const Work m_work;
     const std::function<void()> m_stop;
     std::optional<int> m_percent;

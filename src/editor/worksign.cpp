@@ -3,7 +3,7 @@
 using namespace std::chrono_literals;
 
 WorkSign::WorkSign(
-    NoticeQueue &notices, const QObject &document, WorkNotice::Work work, std::function<void()> stop)
+    NoticeQueue &notices, const QObject *document, WorkNotice::Work work, std::function<void()> stop)
     : m_notices(notices)
     , m_document(document)
     , m_work(work)

@@ -10,7 +10,7 @@ class WorkSign {
 public:
     /// As for WorkNotice.
     WorkSign(
-        NoticeQueue &notices, const QObject &document, WorkNotice::Work work, std::function<void()> stop);
+        NoticeQueue &notices, const QObject *document, WorkNotice::Work work, std::function<void()> stop);
     Q_DISABLE_COPY_MOVE(WorkSign)
 
     void setProgress(std::optional<int> percent);
@@ -21,7 +21,7 @@ private:
     void show();
 
     NoticeQueue &m_notices;
-    const QObject &m_document;
+    const QObject *const m_document;
     const WorkNotice::Work m_work;
     const std::function<void()> m_stop;
     QTimer m_waiting;

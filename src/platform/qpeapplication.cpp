@@ -35,6 +35,7 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     connect(m_channel, &LauncherChannel::documentRequested, this,
         qOverload<const FileRequest &>(&QPEApplication::request));
     connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::raiseWindow);
+    connect(m_requests, &RequestQueue::delivered, this, &QPEApplication::requestDelivered);
     connect(m_channel, &LauncherChannel::raiseRequested, this, &QPEApplication::raiseWindow);
 }
 
@@ -95,6 +96,11 @@ void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
 void QPEApplication::holdRequests(bool hold)
 {
     m_requests->setHeld(hold);
+}
+
+void QPEApplication::dropRequests()
+{
+    m_requests->drop();
 }
 
 bool QPEApplication::isBusy()

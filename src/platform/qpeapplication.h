@@ -53,12 +53,16 @@ public:
     /// A file to open, absolute.
     void request(const QString &fileName) { request(FileRequest{ fileName }); }
     void request(const FileRequest &request);
+    /// None of the requests that wait is delivered.
+    void dropRequests();
     /// Ends the process from wherever it is, without a question and without closing a window, whatever is
     /// open or under way. Does nothing in threads other than the application's. The signals that tell a
     /// process to end (EndSignals) do this once the main window is shown, and so does a session manager.
     void endAtOnce();
 
 signals:
+    /// A request was delivered; so many wait.
+    void requestDelivered(qsizetype waiting);
     /// The session manager ends the program, after it has let it save (commitDataRequest); endingAtOnce()
     /// comes next.
     void sessionEnded();

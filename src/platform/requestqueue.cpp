@@ -29,6 +29,12 @@ void RequestQueue::setHeld(bool held)
     schedule();
 }
 
+void RequestQueue::drop()
+{
+    m_requests.clear();
+    stopWatching();
+}
+
 void RequestQueue::add(const FileRequest &request)
 {
     m_requests << request;
@@ -82,6 +88,7 @@ void RequestQueue::deliver()
     while (!m_requests.isEmpty() && isReady()) {
         const QScopedValueRollback delivering(m_delivering, true);
         give(m_requests.takeFirst());
+        emit delivered(m_requests.size());
         if (end.hasExpired())
             break;
     }

@@ -29,6 +29,12 @@ public:
     bool isBusy() const;
     void add(const FileRequest &request);
     bool isEmpty() const { return m_requests.isEmpty(); }
+    /// None of those that wait is delivered.
+    void drop();
+
+signals:
+    /// One was; so many wait.
+    void delivered(qsizetype waiting);
 
 private:
     bool isReady();

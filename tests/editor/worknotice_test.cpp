@@ -82,7 +82,7 @@ void WorkNoticeTest::cleanup()
 
 void WorkNoticeTest::begin(WorkNotice::Work work)
 {
-    m_notice = std::make_unique<WorkNotice>(*m_queue, m_document, work, [this] {
+    m_notice = std::make_unique<WorkNotice>(*m_queue, &m_document, work, [this] {
         ++m_stops;
         m_notice.reset();
     });

@@ -15,7 +15,7 @@ class WorkSignTest : public QObject {
 private slots:
     void init()
     {
-        m_sign.emplace(m_queue, m_document, WorkNotice::Work::Searching, [] {});
+        m_sign.emplace(m_queue, &m_document, WorkNotice::Work::Searching, [] {});
     }
     void cleanup() { m_sign.reset(); }
 
@@ -64,13 +64,13 @@ void WorkSignTest::neverComesForWhatIsShort()
 /// The heaviest is shown: what is done to the file itself.
 void WorkSignTest::searchesAndCountsHaveTheirOwn()
 {
-    WorkSign counting(m_queue, m_document, WorkNotice::Work::Counting, [] {});
+    WorkSign counting(m_queue, &m_document, WorkNotice::Work::Counting, [] {});
     counting.refuse();
     QCOMPARE(text(), u"Not while it is being counted…"_s);
     m_sign->refuse();
     QCOMPARE(text(), u"Not while it is being searched…"_s);
     {
-        WorkSign loading(m_queue, m_document, WorkNotice::Work::Loading, [] {});
+        WorkSign loading(m_queue, &m_document, WorkNotice::Work::Loading, [] {});
         loading.refuse();
         QCOMPARE(text(), u"Not while it is loading…"_s);
     }

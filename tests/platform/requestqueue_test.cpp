@@ -65,6 +65,8 @@ private slots:
     void request_waitsWhileHeld();
     void request_waitsForTheDialogOfAnother();
     void request_withoutWindowAnyMore_isNoHarm();
+    void requests_thatAreDropped_areNotDelivered();
+    void requests_areCountedWhileTheyAreDelivered();
     void showMainWidget_maximises();
 };
 
@@ -260,6 +262,35 @@ void RequestQueueTest::showMainWidget_maximises()
     application()->showMainWidget(&window);
     QVERIFY(window.isVisible());
     QVERIFY(window.isMaximized());
+}
+
+void RequestQueueTest::requests_thatAreDropped_areNotDelivered()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTRY_VERIFY(window.windowHandle()->isExposed());
+    window.onDocument = [] { application()->dropRequests(); };
+    for (const QString &name : { u"/a"_s, u"/b"_s, u"/c"_s })
+        application()->request(name);
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
+    QVERIFY(!QPEApplication::hasRequests());
+    settle();
+    QCOMPARE(window.log, QStringList{ u"/a"_s });
+    application()->request(u"/d"_s);
+    QTRY_COMPARE(window.log, QStringList({ u"/a"_s, u"/d"_s }));
+}
+
+void RequestQueueTest::requests_areCountedWhileTheyAreDelivered()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    QTRY_VERIFY(window.windowHandle()->isExposed());
+    QList<qsizetype> waiting;
+    connect(application(), &QPEApplication::requestDelivered, &window,
+        [&waiting](qsizetype count) { waiting << count; });
+    for (const QString &name : { u"/a"_s, u"/b"_s, u"/c"_s })
+        application()->request(name);
+    QTRY_COMPARE(waiting, QList<qsizetype>({ 2, 1, 0 }));
 }
 
 namespace {

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "editor/worksign.h"
+
+#include <QObject>
+
+#include <optional>
+
+class NoticeQueue;
+
+/// The sign of many files that were asked for at once: how many are open, and "Stop", which keeps those and
+/// opens no more.
+class OpeningFiles : public QObject {
+    Q_OBJECT
+public:
+    /// Not owned, and lives longer.
+    explicit OpeningFiles(NoticeQueue &notices);
+
+    /// Those that wait are not opened.
+    void end();
+
+private:
+    void note(qsizetype waiting);
+
+    NoticeQueue &m_notices;
+    qsizetype m_open = 0; ///< of those that were asked for
+    std::optional<WorkSign> m_sign; ///< while some wait
+};
