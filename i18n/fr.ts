@@ -224,6 +224,13 @@
     </message>
 </context>
 <context>
+    <name>LongIndent</name>
+    <message>
+        <source>There is not enough memory to move these lines!</source>
+        <translation>Mémoire insuffisante pour décaler ces lignes.</translation>
+    </message>
+</context>
+<context>
     <name>NoticeStrip</name>
     <message>
         <source>Notices</source>
@@ -507,6 +514,18 @@
     <message>
         <source>Opening files has ended</source>
         <translation>Ouverture des fichiers terminée</translation>
+    </message>
+    <message>
+        <source>Indenting</source>
+        <translation>Indentation</translation>
+    </message>
+    <message>
+        <source>Not while it is being indented</source>
+        <translation>Impossible pendant l’indentation</translation>
+    </message>
+    <message>
+        <source>Indenting has ended</source>
+        <translation>Indentation terminée</translation>
     </message>
     <message>
         <source>%1: %2%</source>

@@ -224,6 +224,13 @@
     </message>
 </context>
 <context>
+    <name>LongIndent</name>
+    <message>
+        <source>There is not enough memory to move these lines!</source>
+        <translation>これらの行を字下げするにはメモリが足りません。</translation>
+    </message>
+</context>
+<context>
     <name>NoticeStrip</name>
     <message>
         <source>Notices</source>
@@ -506,6 +513,18 @@
     <message>
         <source>Opening files has ended</source>
         <translation>ファイルを開き終わりました</translation>
+    </message>
+    <message>
+        <source>Indenting</source>
+        <translation>字下げ中</translation>
+    </message>
+    <message>
+        <source>Not while it is being indented</source>
+        <translation>字下げ中はできません</translation>
+    </message>
+    <message>
+        <source>Indenting has ended</source>
+        <translation>字下げが終わりました</translation>
     </message>
     <message>
         <source>%1: %2%</source>

@@ -57,6 +57,7 @@ void DiskNotices::listenTo(ctlEditer *editor)
     const auto note = [this, editor] { noteFile(editor); };
     connect(&document, &TextDocument::replaced, this, note);
     connect(&document, &TextDocument::saved, this, note);
+    connect(&document, &TextDocument::released, this, [this, editor] { noteRelease(editor); });
     connect(&document, &TextDocument::changed, this, [this, editor] {
         if (!editor->edited())
             return;
@@ -117,6 +118,10 @@ void DiskNotices::noteFile(ctlEditer *editor)
     if (hasFile(*editor))
         m_watch.addFolder(folderName(*editor));
     m_foldersTurn.start();
+}
+
+void DiskNotices::noteRelease(ctlEditer *editor)
+{
     if (!m_unlooked.remove(editor) || m_hidden.contains(editor))
         return;
     m_hidden << editor;

@@ -36,6 +36,7 @@ private:
     void listenTo(ctlEditer *editor);
     void showDocument(ctlEditer *editor);
     void noteFile(ctlEditer *editor);
+    void noteRelease(ctlEditer *editor);
     void forget(ctlEditer *editor);
     void watchFolders();
     void noteFolders(const QSet<QString> &folders);

@@ -3,6 +3,7 @@
 #include "app/documentarea.h"
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
+#include "app/indentruns.h"
 #include "app/recentplaces.h"
 #include "editor/ctlediter.h"
 #include "files/filename.h"
@@ -12,11 +13,12 @@
 #include <QPointer>
 
 DocumentCloser::DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
-    DocumentSaver &saver, RecentPlaces &places)
+    DocumentSaver &saver, IndentRuns &indents, RecentPlaces &places)
     : m_window(window)
     , m_documents(documents)
     , m_loader(loader)
     , m_saver(saver)
+    , m_indents(indents)
     , m_places(places)
 {
 }
@@ -34,7 +36,7 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
         return then(true);
     switch (askToSave(*editor)) {
     case Answer::Yes:
-        m_loader.stopReplacing(editor);
+        stopChanges(editor);
         return m_saver.beginSave(editor, then);
     case Answer::No:
         return then(true);
@@ -114,7 +116,7 @@ bool DocumentCloser::closeAll(EditsAtClosing edits)
 
 bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
 {
-    m_loader.stopReplacing(editor); // what was to come in the place of the text is not wanted any more
+    stopChanges(editor);
     if (edits == EditsAtClosing::Save && !m_saver.isSaving(editor) && !m_saver.save(editor))
         return false;
     if (!m_documents.editors().contains(editor))
@@ -122,6 +124,13 @@ bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
     if (editor->edited() && !m_saver.isSaving(editor))
         m_documents.setCurrent(editor);
     return saveIfWanted(editor);
+}
+
+/// What was to come into the text, or in its place, is not wanted any more.
+void DocumentCloser::stopChanges(const ctlEditer *editor)
+{
+    m_loader.stopReplacing(editor);
+    m_indents.stop(editor);
 }
 
 bool DocumentCloser::mayGo(const ctlEditer &editor) const
@@ -140,6 +149,7 @@ void DocumentCloser::closeUneditedFromTheLast()
 
 void DocumentCloser::close(ctlEditer *editor)
 {
+    m_indents.stop(editor);
     m_places.add(*editor);
     m_documents.close(editor);
 }

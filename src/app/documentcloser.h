@@ -7,6 +7,7 @@
 class DocumentArea;
 class DocumentLoader;
 class DocumentSaver;
+class IndentRuns;
 class QWidget;
 class RecentPlaces;
 class ctlEditer;
@@ -20,7 +21,7 @@ class DocumentCloser {
 public:
     /// Asks over `window`.
     DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver,
-        RecentPlaces &places);
+        IndentRuns &indents, RecentPlaces &places);
 
     /// Asks about an edited document and saves it on "Yes", or waits for a save that is under way; the window
     /// goes on meanwhile. False when it is not to be closed, or is closed by then.
@@ -45,6 +46,7 @@ private:
     Answer askToSave(const ctlEditer &editor);
     void saveIfWanted(ctlEditer *editor, const std::function<void(bool mayClose)> &then);
     bool mayCloseLast(ctlEditer *editor, EditsAtClosing edits);
+    void stopChanges(const ctlEditer *editor);
     bool mayGo(const ctlEditer &editor) const;
     bool mayCloseShown(ctlEditer *editor);
     void closeUneditedFromTheLast();
@@ -53,5 +55,6 @@ private:
     DocumentArea &m_documents;
     DocumentLoader &m_loader;
     DocumentSaver &m_saver;
+    IndentRuns &m_indents;
     RecentPlaces &m_places;
 };

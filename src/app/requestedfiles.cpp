@@ -32,12 +32,12 @@ bool isEmpty(const OpenFd &file)
     return ::fstat(file.number(), &info) == 0 && info.st_size == 0;
 }
 
-/// In a text that is still coming, when all of it is there.
+/// In a text that is held, when it is not any more: all of it is there then.
 void jumpTo(ctlEditer &editor, const LineColumn &place)
 {
     const auto jump = [&editor, place] { editor.jumpTo(place.line, place.column); };
     if (editor.document().isHeld())
-        QObject::connect(&editor.document(), &TextDocument::replaced, &editor, jump,
+        QObject::connect(&editor.document(), &TextDocument::released, &editor, jump,
             Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     else
         jump();

@@ -11,6 +11,7 @@
 #include "app/firstdocument.h"
 #include "app/firstoffers.h"
 #include "app/fullscreen.h"
+#include "app/indentruns.h"
 #include "app/interfacelanguage.h"
 #include "app/lastsession.h"
 #include "app/lastwrites.h"
@@ -58,6 +59,7 @@ struct WindowParts {
     FileDrops drops;
     OpeningFiles openingFiles;
     DocumentSaver saver;
+    IndentRuns indents;
     DocumentCloser closer;
     TabMenu &tabMenu;
     StatusLine &statusLine;

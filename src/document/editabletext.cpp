@@ -1,5 +1,7 @@
 #include "document/editabletext.h"
 
+#include <utility>
+
 void EditableText::replace(Offset offset, qint64 removed, QStringView inserted, Joining joining)
 {
     if (removed == 0 && inserted.isEmpty())
@@ -48,6 +50,12 @@ bool EditableText::requestChange()
     return !m_isHeld;
 }
 
+void EditableText::setHeld(bool held)
+{
+    if (std::exchange(m_isHeld, held) && !held)
+        emit released();
+}
+
 void EditableText::dropText()
 {
     emit aboutToReplace();
@@ -84,6 +92,7 @@ void EditableText::endParts()
 {
     m_isHeld = false;
     tellReplaced();
+    emit released();
 }
 
 void EditableText::tellReplaced()

@@ -45,7 +45,7 @@ public:
     /// be, which refused() tells.
     bool requestChange();
     bool isHeld() const { return m_isHeld; }
-    void setHeld(bool held) { m_isHeld = held; }
+    void setHeld(bool held);
 
     /// The next part of a text that comes part by part, see TextStore::append(). Only grew() is told.
     void takePart(TextStore &&part);
@@ -62,6 +62,8 @@ signals:
     void grew(const TextChange &change);
     /// A change was asked for that has to wait, see requestChange().
     void refused();
+    /// The text was held, and is no more.
+    void released();
 
 protected:
     /// The text goes, with its history, and another one is on its way: there may be no room for both.

@@ -9,6 +9,7 @@
 
 #include <QColor>
 
+#include <functional>
 #include <memory>
 
 /// The editing control of one open document: shows it, with the signs and colours of the settings, and asks
@@ -87,6 +88,13 @@ public:
     void applyActiveLineColor();
     void applyColors();
 
+    /// Moves a block of whole rows in the place of the editor, or says that the editor shall: see
+    /// takeBlock().
+    using BlockIndenter = std::function<bool(TextRange lines, Indentation direction)>;
+    void setBlockIndenter(BlockIndenter indenter) { m_indentBlock = std::move(indenter); }
+    /// Puts what has become of a block in its place and selects it, so that it can be moved further.
+    void takeBlock(TextRange lines, const TextPiece &block);
+
     /// The colour of an index 1..17; white for any other.
     static QColor colorOfIndex(int index);
 
@@ -133,6 +141,7 @@ private:
     void pressOtherKey(QKeyEvent *event);
 
     EditorSearch m_search{ *this };
+    BlockIndenter m_indentBlock = [](TextRange, Indentation) { return false; };
     QColor m_backColor;
     QColor m_foreColor;
     QColor m_rowNoColor;

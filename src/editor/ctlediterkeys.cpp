@@ -66,18 +66,22 @@ void ctlEditer::indentBlock(Indentation direction)
 {
     if (!document().requestChange())
         return;
+    const TextRange lines = { store().row(store().rowColAt(selectionBegin()).row).start,
+        store().row(store().rowColAt(selectionEnd()).row).start };
+    if (!m_indentBlock(lines, direction))
+        takeBlock(lines, indented(store(), lines, direction));
+}
+
+void ctlEditer::takeBlock(TextRange lines, const TextPiece &block)
+{
     const UpdatesOff quiet(*this);
-    const RowCol first = { store().rowColAt(selectionBegin()).row, 0 };
-    const RowCol last = { store().rowColAt(selectionEnd()).row, 0 };
-    const TextRange lines = { store().row(first.row).start, store().row(last.row).start };
-    const TextPiece block = indented(store(), lines, direction);
-    setCursorPosition(first);
-    setCursorPosition(last, true);
+    const auto selectRows = [this](Offset from, Offset to) {
+        setCursorPlace({ from });
+        extendSelection({ to });
+    };
+    selectRows(lines.start, lines.end);
     insert(block);
-    // Longer lines may have wrapped into more rows, so the block's end is looked up anew.
-    const RowCol end = store().rowColAt(lines.start + block.length());
-    setCursorPosition(first);
-    setCursorPosition(end, true);
+    selectRows(lines.start, lines.start + block.length());
 }
 
 void ctlEditer::pressOtherKey(QKeyEvent *event)

@@ -8,7 +8,7 @@
 namespace {
 
 /// Of one part, which is made in a few milliseconds.
-constexpr qint64 partUnits = qint64{ 1 } << 20;
+constexpr qint64 partUnits = qint64{ 1 } << 18;
 
 /// Builds lines of a block anew; each that is not empty gets a TAB, or loses the one it begins with.
 class IndentedText {
@@ -118,6 +118,11 @@ void IndentedBlock::makeNext(int parts, const Spread &spread)
     });
     for (std::optional<TextStore> &part : made)
         m_block.append(std::move(*part));
+}
+
+bool IndentedBlock::isLaidOutAs(const TextStore &store) const
+{
+    return m_layouts.front().layout().stamp() == store.layout().stamp();
 }
 
 TextPiece IndentedBlock::take()

@@ -14,10 +14,16 @@ public:
     IndentedBlock(const TextStore &store, TextRange range, Indentation direction);
 
     bool isWhole() const { return m_rest.isEmpty(); }
+    /// Units of the old block that are still to be made.
+    qint64 left() const { return m_rest.length(); }
     /// Makes the next parts, at most so many, of a few milliseconds each.
     void makeNext(int parts, const Spread &spread);
     /// The whole block; O(log n) where it goes into the store.
     TextPiece take();
+    /// Else the store would measure the block anew.
+    bool isLaidOutAs(const TextStore &store) const;
+    /// What was made is not wanted; in whatever thread.
+    void drop() { m_block = TextStore(); }
 
 private:
     TextRange takeRange();

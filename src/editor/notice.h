@@ -25,7 +25,7 @@ enum class NoticeKind {
     Languages, ///< what the desktop speaks is not the language of the interface
     CodesOfNew, ///< what the desktop writes is not the code of new documents
     Following, ///< what is written behind the file's end comes into the text
-    Work, ///< the document is being loaded or saved behind the window
+    Work, ///< the document is being loaded, saved or changed behind the window
     Searching, ///< its text is being searched behind the window
     Counting, ///< its text is being counted behind the window
     Opening, ///< many files are being opened, one after the other

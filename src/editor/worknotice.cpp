@@ -30,6 +30,9 @@ constexpr WorkTexts workTexts[] = {
     { NoticeKind::Opening, QT_TRANSLATE_NOOP("WorkNotice", "Opening files"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while files are being opened"),
         QT_TRANSLATE_NOOP("WorkNotice", "Opening files has ended") },
+    { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Indenting"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being indented"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Indenting has ended") },
 };
 
 const WorkTexts &textsOf(WorkNotice::Work work)
