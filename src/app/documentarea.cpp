@@ -5,7 +5,6 @@
 #include "editor/ctltabbar.h"
 #include "editor/noticestrip.h"
 #include "files/filename.h"
-#include "platform/freememory.h"
 #include "platform/qpeapplication.h"
 
 #include <QEvent>
@@ -44,8 +43,6 @@ DocumentArea::DocumentArea(QWidget *parent)
     , m_tabBar(new ctlTabBar(this))
 {
     connect(m_tabBar, &ctlTabBar::currentChanged, this, &DocumentArea::showChosen);
-    m_freeing.setSingleShot(true);
-    connect(&m_freeing, &QTimer::timeout, this, giveBackFreeMemory);
     connectStrip();
 }
 
@@ -142,7 +139,7 @@ void DocumentArea::close(ctlEditer *editor)
     emit closed(editor);
     editor->blockSignals(true);
     editor->hide();
-    connect(editor, &QObject::destroyed, &m_freeing, qOverload<>(&QTimer::start));
+    connect(editor, &QObject::destroyed, &m_freeing, &TextFreeing::giveBackSoon);
     editor->deleteLater();
     if (ctlEditer *next = current()) // which the tab bar has chosen
         next->setFocus();

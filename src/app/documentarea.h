@@ -1,8 +1,8 @@
 #pragma once
 
+#include "app/textfreeing.h"
 #include "editor/noticequeue.h"
 
-#include <QTimer>
 #include <QWidget>
 
 class ctlEditer;
@@ -91,5 +91,5 @@ private:
     QStackedWidget *m_stack;
     QWidget *m_footer = nullptr;
     ctlTabBar *m_tabBar;
-    QTimer m_freeing; ///< runs out once when closed documents are gone
+    TextFreeing m_freeing;
 };

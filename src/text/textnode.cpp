@@ -1,5 +1,6 @@
 #include "text/textnode.h"
 
+#include "text/nodebin.h"
 #include "text/rowflow.h"
 
 #include <algorithm>
@@ -23,7 +24,7 @@ void TextNodeRef::destroy(TextNode *node)
     if (node->height == 0)
         TextLeaf::destroy(static_cast<TextLeaf *>(node));
     else
-        delete static_cast<TextInner *>(node);
+        NodeBin::take(static_cast<TextInner *>(node));
 }
 
 TextLeaf *TextLeaf::create(bool wide, qint64 capacity)
