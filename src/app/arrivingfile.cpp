@@ -48,6 +48,7 @@ void ArrivingFile::begin(const As &as)
     beginText(m_codesBefore);
     auto work = std::make_unique<ReadWork>(requestFor(m_source.file, as), LayoutCopy(text()));
     m_work = work.get();
+    m_layoutGiven = text().layout().stamp();
     m_job.emplace(std::move(work), m_runner);
     connect(&*m_job, &Job::progressed, this, &ArrivingFile::note);
     connect(&*m_job, &Job::partReady, this, &ArrivingFile::collect);
@@ -81,11 +82,13 @@ void ArrivingFile::collect()
 void ArrivingFile::takeSome()
 {
     const QDeadlineTimer end(longestTurn);
-    while (!m_waiting.empty() && !end.hasExpired()) {
+    bool isLaidOut = updateLayout(end);
+    while (isLaidOut && !m_waiting.empty() && !end.hasExpired()) {
         takePart(std::move(m_waiting.front()));
         m_waiting.pop_front();
+        isLaidOut = updateLayout(end);
     }
-    if (!m_waiting.empty()) {
+    if (!isLaidOut || !m_waiting.empty()) {
         m_taking.start(0ms);
         return;
     }
@@ -104,6 +107,7 @@ const TextStore &ArrivingFile::text() const
 
 void ArrivingFile::beginText(FileCodes codes)
 {
+    m_layoutChange.reset();
     TextStore empty(m_editor.layoutRule());
     if (m_shown == Shown::WhenWhole)
         m_aside = std::move(empty);
@@ -111,18 +115,29 @@ void ArrivingFile::beginText(FileCodes codes)
         m_document.beginArrival(folder(), name(), codes, std::move(empty));
 }
 
-/// The font may be another one by now.
-void ArrivingFile::updateLayout()
+/// The font may be another one by now. False: what has come is still to be measured by it.
+bool ArrivingFile::updateLayout(QDeadlineTimer end)
 {
     const LayoutRule rule = m_editor.layoutRule();
-    if (m_shown == Shown::WhenWhole && m_aside.layoutRule() != rule)
-        m_aside.setLayoutRule(rule);
+    if (m_shown != Shown::WhenWhole || m_aside.layoutRule() == rule)
+        return true;
+    if (!m_layoutChange || m_layoutChange->layout().rule() != rule)
+        m_layoutChange.emplace(rule);
+    if (!m_aside.setLayout(*m_layoutChange, end))
+        return false;
+    m_layoutChange.reset();
+    giveLayout();
+    return true;
+}
+
+void ArrivingFile::giveLayout()
+{
+    m_work->setLayout(LayoutCopy(text()));
+    m_layoutGiven = text().layout().stamp();
 }
 
 void ArrivingFile::takePart(ReadWork::Part &&part)
 {
-    updateLayout();
-    const bool isNews = part.startsOver || !part.isMeasured;
     if (part.startsOver)
         beginText(part.codes);
     if (m_shown == Shown::WhenWhole) {
@@ -131,8 +146,8 @@ void ArrivingFile::takePart(ReadWork::Part &&part)
         noteCodes(part.codes);
         m_document.takePart(std::move(part.text));
     }
-    if (isNews)
-        m_work->setLayout(LayoutCopy(text()));
+    if (!part.isMeasured || text().layout().stamp() != m_layoutGiven)
+        giveLayout();
 }
 
 /// As far as is known by now.
@@ -161,7 +176,6 @@ void ArrivingFile::showWhole()
         return;
     }
     if (m_shown == Shown::WhenWhole) {
-        updateLayout();
         m_document.beginArrival(folder(), name(), result.codes, std::move(m_aside));
     }
     m_document.endArrival(result);
@@ -189,6 +203,7 @@ void ArrivingFile::end(End how)
     m_taking.stop();
     m_waiting.clear();
     m_aside = TextStore();
+    m_layoutChange.reset();
     m_sign.reset();
     m_document.setHeld(false);
     if (how == End::Failed)

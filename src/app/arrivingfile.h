@@ -4,6 +4,7 @@
 #include "document/readwork.h"
 #include "editor/worksign.h"
 #include "jobs/job.h"
+#include "text/layoutchange.h"
 
 #include <QTimer>
 
@@ -67,7 +68,8 @@ private:
     void takeSome();
     const TextStore &text() const;
     void beginText(FileCodes codes);
-    void updateLayout();
+    bool updateLayout(QDeadlineTimer end);
+    void giveLayout();
     void takePart(ReadWork::Part &&part);
     void noteCodes(FileCodes codes);
     void note(const JobProgress &progress);
@@ -85,6 +87,8 @@ private:
     std::deque<ReadWork::Part> m_waiting; ///< parts to be taken into the text
     QTimer m_taking;
     TextStore m_aside; ///< what has come and is not shown
+    std::optional<LayoutChange> m_layoutChange; ///< of that
+    quint64 m_layoutGiven = 0; ///< what is still to be read is measured by
     bool m_isRead = false; ///< what waits is the rest
     ReadWork *m_work = nullptr; ///< owned by the job
     std::optional<Job> m_job;

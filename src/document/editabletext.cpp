@@ -43,6 +43,14 @@ Offset EditableText::applyStep(Offset (UndoHistory::*step)(TextStore &, const Un
     });
 }
 
+bool EditableText::layOut(LayoutChange &change, QDeadlineTimer end)
+{
+    if (!m_history.measure(change, end) || !m_store.setLayout(change, end))
+        return false;
+    m_history.setLayout(change);
+    return true;
+}
+
 bool EditableText::requestChange()
 {
     if (m_isHeld)

@@ -28,8 +28,10 @@ public:
 
     /// Lays the text out anew; it stays the same, and nothing is emitted.
     void layOut(const LayoutRule &rule) { m_store.setLayoutRule(rule); }
-    /// The same, some of it at a time, see TextStore::setLayout().
-    bool layOut(LayoutChange &change, QDeadlineTimer end) { return m_store.setLayout(change, end); }
+    /// The same, some of it at a time, see TextStore::setLayout(), with what is kept for undoing.
+    bool layOut(LayoutChange &change, QDeadlineTimer end);
+    /// Units of the longest text that would be laid out.
+    qint64 longestText() const { return qMax(m_store.length(), m_history.longestText()); }
 
     /// Puts `inserted` in place of `removed` units at `offset`; nothing when both are empty.
     void replace(Offset offset, qint64 removed, QStringView inserted, Joining joining = Joining::Never);

@@ -9,6 +9,9 @@
 /// Measures a text by another layout rule, some of it at a time. Until all of it is measured, the store is
 /// asked and edited as it is laid out now; then it takes the new layout at once, see TextStore::setLayout().
 ///
+/// Pieces of the text that are kept for undoing it are measured by the same one: what they share with the
+/// text, and with one another, they share afterwards.
+///
 /// Each inner node gets a twin of the same text with the new measures. An edit makes new nodes above the text
 /// that it changes, and these alone have no twin then.
 ///

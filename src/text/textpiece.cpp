@@ -1,3 +1,4 @@
+#include "text/layoutchange.h"
 #include "text/textstore.h"
 #include "text/treebuilder.h"
 
@@ -83,4 +84,15 @@ void TextPiece::prepend(TextPiece &&other)
 {
     other.append(std::move(*this));
     *this = std::move(other);
+}
+
+bool TextPiece::measure(LayoutChange &change, QDeadlineTimer end) const
+{
+    return change.measure({ m_root, {} }, end);
+}
+
+void TextPiece::setLayout(const LayoutChange &change)
+{
+    if (m_root && m_root.get()->height > 0)
+        m_root = change.twinOf({ m_root, {} }).node;
 }

@@ -195,6 +195,12 @@ public:
     void append(TextPiece &&other);
     void prepend(TextPiece &&other);
 
+    /// Goes on measuring it for so long by the layout that its store is on the way to; whether all is
+    /// measured. See LayoutChange.
+    bool measure(LayoutChange &change, QDeadlineTimer end) const;
+    /// The store has that layout now.
+    void setLayout(const LayoutChange &change);
+
     /// For whoever reads the nodes themselves; null for an empty piece.
     const TextNode *root() const { return m_root.get(); }
 

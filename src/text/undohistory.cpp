@@ -73,6 +73,14 @@ struct Step {
     Offset undo(TextStore &store, const UndoHistory::Changed &changed);
     Offset redo(TextStore &store, const UndoHistory::Changed &changed);
     void addCommands(std::vector<const UndoCommand *> &commands) const;
+    /// Calls `visit` with each text that is kept.
+    template <typename Self, typename Visit> static void forEachText(Self &step, Visit &&visit)
+    {
+        for (auto &edit : step.edits)
+            visit(edit.text);
+        if (step.joined)
+            visit(step.joined->otherText);
+    }
 };
 
 void Step::add(UndoCommand &&command)
@@ -144,6 +152,12 @@ struct UndoHistory::State {
     UndoCommand *newestEdit();
     void limitDepth();
     void joinOldestSteps();
+    template <typename Self, typename Visit> static void forEachText(Self &state, Visit &&visit)
+    {
+        visit(state.origin);
+        for (auto &step : state.steps)
+            Step::forEachText(step, visit);
+    }
 };
 
 /// The command a new one may join, null when there is none.
@@ -374,6 +388,27 @@ Offset UndoHistory::redo(TextStore &store, const Changed &changed)
     Q_ASSERT(canRedo() && d->groupDepth == 0);
     breakJoining();
     return d->steps[d->done++].redo(store, changed);
+}
+
+bool UndoHistory::measure(LayoutChange &change, QDeadlineTimer end) const
+{
+    bool isMeasured = true;
+    State::forEachText(std::as_const(*d),
+        [&](const TextPiece &text) { isMeasured = isMeasured && text.measure(change, end); });
+    return isMeasured;
+}
+
+void UndoHistory::setLayout(const LayoutChange &change)
+{
+    State::forEachText(*d, [&change](TextPiece &text) { text.setLayout(change); });
+}
+
+qint64 UndoHistory::longestText() const
+{
+    qint64 longest = 0;
+    State::forEachText(
+        std::as_const(*d), [&longest](const TextPiece &text) { longest = qMax(longest, text.length()); });
+    return longest;
 }
 
 std::vector<const UndoCommand *> UndoHistory::commands() const

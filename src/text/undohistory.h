@@ -67,6 +67,14 @@ public:
     Offset undo(TextStore &store, const Changed &changed = {});
     Offset redo(TextStore &store, const Changed &changed = {});
 
+    /// Goes on measuring for so long what is kept, by the layout that the store is on the way to; whether all
+    /// is measured. See LayoutChange: undoing a long step would measure it in one go.
+    bool measure(LayoutChange &change, QDeadlineTimer end) const;
+    /// The store has that layout now.
+    void setLayout(const LayoutChange &change);
+    /// Units of the longest text that is kept.
+    qint64 longestText() const;
+
     /// Commands that are kept and can be undone, oldest first: for the jump to the last edited place. Valid
     /// until the history changes. O(depth()).
     std::vector<const UndoCommand *> commands() const;

@@ -64,7 +64,7 @@ void ViewLayout::update()
 /// The rows of before can go on being shown where they were shown, and in the same device pixels.
 bool ViewLayout::canWaitFor(const RowFormat &format) const
 {
-    return m_document.store().length() >= longText && m_format.sharedMeasure()
+    return m_document.longestText() >= longText && m_format.sharedMeasure()
         && m_format.measure().devicePixelRatio() == format.measure().devicePixelRatio();
 }
 

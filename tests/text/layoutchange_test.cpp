@@ -3,6 +3,8 @@
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "tests/text/storecompare.h"
+#include "text/textsnapshot.h"
+#include "text/undohistory.h"
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +33,9 @@ private slots:
     void whatWasEditedIsMeasuredAgain();
     void shortTextTakesNoTime();
     void keptTextStaysAsItWas();
+    void whatUndoingPutsBackIsMeasured_data() { addSeeds(100); }
+    void whatUndoingPutsBackIsMeasured();
+    void whatIsKeptGoesOnBeingShared();
 };
 
 void LayoutChangeTest::isAsLaidOutAtOnce()
@@ -146,6 +151,74 @@ void LayoutChangeTest::keptTextStaysAsItWas()
     QCOMPARE(store.text(), u"abcdef"_s.repeated(100));
     store.checkInvariants();
     QCOMPARE(store.rowCount(), 15);
+}
+
+/// Edited, undone and redone before, between and behind the turns of a change.
+void LayoutChangeTest::whatUndoingPutsBackIsMeasured()
+{
+    QFETCH(quint32, seed);
+    RandomText random(seed, hurtingCharacters());
+    const NodeSizes sizes = tinyNodes(random);
+    const LayoutRule rules[] = { ruleOf(Widths::Hurting, 3 + random.below(9)),
+        ruleOf(Widths::None, 3 + random.below(9), 4), ruleOf(Widths::Hurting, 0) };
+    TextStore store = storeOf(random.text(300), rules[0], sizes);
+    UndoHistory history(4); // further steps become one
+    const auto act = [&] {
+        if (random.chance(3) && history.canUndo()) {
+            history.undo(store);
+        } else if (random.chance(3) && history.canRedo()) {
+            history.redo(store);
+        } else {
+            const Offset at(random.below(store.length() + 1));
+            const qint64 removed = random.below(qMin<qint64>(200, store.end() - at) + 1);
+            history.replace(store, at, removed, random.text(random.below(40)));
+        }
+    };
+    const auto showsItsRows = [&] {
+        store.checkInvariants();
+        ModelStore model(store.layoutRule());
+        model.setText(store.text());
+        compareSome(store, model, random, 5);
+    };
+    for (int round = 1; round < 4; ++round) {
+        for (int i = 0; i < 12; ++i)
+            act();
+        LayoutChange change(rules[round % 3], sizes);
+        while (!history.measure(change, oneNode) || !store.setLayout(change, oneNode)) {
+            if (random.chance(4))
+                act();
+        }
+        history.setLayout(change);
+        showsItsRows();
+        while (history.canUndo() && !random.chance(5))
+            history.undo(store);
+        showsItsRows();
+    }
+}
+
+/// Or a step that changed little would hold a text of its own.
+void LayoutChangeTest::whatIsKeptGoesOnBeingShared()
+{
+    const NodeSizes sizes = nodesOf(4);
+    TextStore store = storeOf(u"abcdef"_s.repeated(300), ruleOf(Widths::None, 6), sizes);
+    UndoHistory history;
+    history.replace(store, Offset(900), 3, u"new");
+    QCOMPARE(history.longestText(), 1800);
+    LayoutChange change(ruleOf(Widths::None, 40), sizes);
+    QVERIFY(history.measure(change, all));
+    QVERIFY(store.setLayout(change, all));
+    history.setLayout(change);
+    const TextSnapshot origin(history.origin(), {});
+    const TextSnapshot now(store);
+    const std::vector<TextPart> parts =
+        partsOf({ now, { {}, now.end() } }, { { origin, { {}, origin.end() } } });
+    qint64 own = 0;
+    for (const TextPart &part : parts)
+        own += part.source == TextPart::ownText ? part.length : 0;
+    QVERIFY(own < 50);
+    history.undo(store);
+    store.checkInvariants();
+    QCOMPARE(store.rowCount(), 45);
 }
 
 REGISTER_TEST(runPlainTest<LayoutChangeTest>)
