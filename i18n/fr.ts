@@ -224,10 +224,10 @@
     </message>
 </context>
 <context>
-    <name>LongIndent</name>
+    <name>LongEdit</name>
     <message>
-        <source>There is not enough memory to move these lines!</source>
-        <translation>Mémoire insuffisante pour décaler ces lignes.</translation>
+        <source>There is not enough memory for this edit!</source>
+        <translation>Mémoire insuffisante pour cette modification.</translation>
     </message>
 </context>
 <context>
@@ -526,6 +526,18 @@
     <message>
         <source>Indenting has ended</source>
         <translation>Indentation terminée</translation>
+    </message>
+    <message>
+        <source>Pasting</source>
+        <translation>Collage</translation>
+    </message>
+    <message>
+        <source>Not while text is being pasted</source>
+        <translation>Impossible pendant le collage</translation>
+    </message>
+    <message>
+        <source>Pasting has ended</source>
+        <translation>Collage terminé</translation>
     </message>
     <message>
         <source>%1: %2%</source>

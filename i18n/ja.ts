@@ -224,10 +224,10 @@
     </message>
 </context>
 <context>
-    <name>LongIndent</name>
+    <name>LongEdit</name>
     <message>
-        <source>There is not enough memory to move these lines!</source>
-        <translation>これらの行を字下げするにはメモリが足りません。</translation>
+        <source>There is not enough memory for this edit!</source>
+        <translation>この編集にはメモリが足りません。</translation>
     </message>
 </context>
 <context>
@@ -525,6 +525,18 @@
     <message>
         <source>Indenting has ended</source>
         <translation>字下げが終わりました</translation>
+    </message>
+    <message>
+        <source>Pasting</source>
+        <translation>貼り付け中</translation>
+    </message>
+    <message>
+        <source>Not while text is being pasted</source>
+        <translation>貼り付け中はできません</translation>
+    </message>
+    <message>
+        <source>Pasting has ended</source>
+        <translation>貼り付けが終わりました</translation>
     </message>
     <message>
         <source>%1: %2%</source>

@@ -16,8 +16,10 @@
 #include "settings/settings.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QTimer>
 
 #include <cstdio>
@@ -103,6 +105,15 @@ public:
     }
 };
 
+/// What a command leaves to later turns is done by then.
+std::function<bool()> aSecondLater()
+{
+    QElapsedTimer clock;
+    clock.start();
+    QTimer::singleShot(1200, [] {}); // wakes the event loop
+    return [clock] { return clock.hasExpired(1000); };
+}
+
 /// Whether there was one.
 bool closeBox()
 {
@@ -151,12 +162,40 @@ int main(int argc, char **argv)
     closing.stop();
     window.measure("select all", [&] { editor.selectAll(); });
     window.measure("copy", [&] { editor.QMultiLineEdit::copy(); });
+    const auto isFree = [&] { return !std::as_const(editor).document().isHeld(); };
+    window.measure(
+        "paste it at the end",
+        [&] {
+            editor.setCursorPlace({ window.text().end() });
+            editor.paste();
+        },
+        isFree);
+    window.measure("undo that", [&] { editor.undo(); });
+    window.measure("type, so that it cannot be redone", [&] { editor.insert(QStringLiteral("x")); });
+    window.measure(
+        "paste it into another tab",
+        [&] {
+            window.slotCmdFileNew();
+            window.currentEditor()->paste();
+        },
+        [&] { return !std::as_const(*window.currentEditor()).document().isHeld(); });
+    window.measure(
+        "close that",
+        [&] {
+            window.currentEditor()->setEdited(false);
+            window.slotCmdFileCloseTab();
+        },
+        aSecondLater());
+    window.measure("its bytes for another program",
+        [] { QApplication::clipboard()->mimeData()->data(QStringLiteral("text/plain")); });
     window.selectLines(millionLines);
-    window.measure("indent a million lines", [&] { window.indent(Qt::NoModifier); });
+    window.measure(
+        "indent a million lines", [&] { window.indent(Qt::NoModifier); }, isFree);
     window.measure("undo that", [&] { editor.undo(); });
     window.measure("redo that", [&] { editor.redo(); });
     window.selectLines(millionLines);
-    window.measure("take the indent back", [&] { window.indent(Qt::ShiftModifier); });
+    window.measure(
+        "take the indent back", [&] { window.indent(Qt::ShiftModifier); }, isFree);
     window.measure("replace all", [&] { window.replaceAll(wanted, false); });
     window.measure("undo the last of it", [&] { editor.undo(); });
     window.measure("undo all of it", [&] {
@@ -173,7 +212,10 @@ int main(int argc, char **argv)
         window.applySettings();
         window.repaint();
     });
+    window.measure(
+        "the new layout", [] {}, [&] { return editor.store().layoutRule() == editor.layoutRule(); });
     editor.setEdited(false);
-    window.measure("close", [&] { window.confirmCloseAll(false); });
+    window.measure(
+        "close", [&] { window.confirmCloseAll(false); }, aSecondLater());
     return 0;
 }

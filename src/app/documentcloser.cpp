@@ -3,7 +3,7 @@
 #include "app/documentarea.h"
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
-#include "app/indentruns.h"
+#include "app/editruns.h"
 #include "app/recentplaces.h"
 #include "editor/ctlediter.h"
 #include "files/filename.h"
@@ -13,12 +13,12 @@
 #include <QPointer>
 
 DocumentCloser::DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
-    DocumentSaver &saver, IndentRuns &indents, RecentPlaces &places)
+    DocumentSaver &saver, EditRuns &edits, RecentPlaces &places)
     : m_window(window)
     , m_documents(documents)
     , m_loader(loader)
     , m_saver(saver)
-    , m_indents(indents)
+    , m_edits(edits)
     , m_places(places)
 {
 }
@@ -130,7 +130,7 @@ bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
 void DocumentCloser::stopChanges(const ctlEditer *editor)
 {
     m_loader.stopReplacing(editor);
-    m_indents.stop(editor);
+    m_edits.stop(editor);
 }
 
 bool DocumentCloser::mayGo(const ctlEditer &editor) const
@@ -149,7 +149,7 @@ void DocumentCloser::closeUneditedFromTheLast()
 
 void DocumentCloser::close(ctlEditer *editor)
 {
-    m_indents.stop(editor);
+    m_edits.stop(editor);
     m_places.add(*editor);
     m_documents.close(editor);
 }

@@ -7,7 +7,7 @@
 class DocumentArea;
 class DocumentLoader;
 class DocumentSaver;
-class IndentRuns;
+class EditRuns;
 class QWidget;
 class RecentPlaces;
 class ctlEditer;
@@ -21,7 +21,7 @@ class DocumentCloser {
 public:
     /// Asks over `window`.
     DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver,
-        IndentRuns &indents, RecentPlaces &places);
+        EditRuns &edits, RecentPlaces &places);
 
     /// Asks about an edited document and saves it on "Yes", or waits for a save that is under way; the window
     /// goes on meanwhile. False when it is not to be closed, or is closed by then.
@@ -55,6 +55,6 @@ private:
     DocumentArea &m_documents;
     DocumentLoader &m_loader;
     DocumentSaver &m_saver;
-    IndentRuns &m_indents;
+    EditRuns &m_edits;
     RecentPlaces &m_places;
 };

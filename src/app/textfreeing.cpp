@@ -9,7 +9,7 @@ using namespace std::chrono_literals;
 namespace {
 
 /// The event loop is not kept for longer while there is more to free.
-constexpr auto longestTurn = 8ms;
+constexpr auto longestFreeing = 8ms;
 
 } // namespace
 
@@ -23,7 +23,7 @@ TextFreeing::TextFreeing()
 /// One turn.
 void TextFreeing::goOn()
 {
-    if (!m_bin.empty(QDeadlineTimer(longestTurn)))
+    if (!m_bin.empty(QDeadlineTimer(longestFreeing)))
         return;
     m_turns.stop();
     giveBackSoon();

@@ -11,7 +11,7 @@
 #include "app/firstdocument.h"
 #include "app/firstoffers.h"
 #include "app/fullscreen.h"
-#include "app/indentruns.h"
+#include "app/editruns.h"
 #include "app/interfacelanguage.h"
 #include "app/lastsession.h"
 #include "app/lastwrites.h"
@@ -59,7 +59,7 @@ struct WindowParts {
     FileDrops drops;
     OpeningFiles openingFiles;
     DocumentSaver saver;
-    IndentRuns indents;
+    EditRuns edits;
     DocumentCloser closer;
     TabMenu &tabMenu;
     StatusLine &statusLine;

@@ -141,10 +141,10 @@ private:
     void pressOtherKey(QKeyEvent *event);
 
     EditorSearch m_search{ *this };
-    BlockIndenter m_indentBlock = [](TextRange, Indentation) { return false; };
     QColor m_backColor;
     QColor m_foreColor;
     QColor m_rowNoColor;
     mutable RowNumberFont m_rowNumberFont; ///< kept: to look a font up takes longer than to draw a number
     QColor m_activeLineColor;
+    BlockIndenter m_indentBlock = [](TextRange, Indentation) { return false; };
 };

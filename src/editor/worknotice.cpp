@@ -33,6 +33,9 @@ constexpr WorkTexts workTexts[] = {
     { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Indenting"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being indented"),
         QT_TRANSLATE_NOOP("WorkNotice", "Indenting has ended") },
+    { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Pasting"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Not while text is being pasted"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Pasting has ended") },
 };
 
 const WorkTexts &textsOf(WorkNotice::Work work)

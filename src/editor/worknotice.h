@@ -14,7 +14,7 @@ struct Notice;
 class WorkNotice {
     Q_DECLARE_TR_FUNCTIONS(WorkNotice)
 public:
-    enum class Work { Loading, Saving, Searching, Counting, Opening, Indenting };
+    enum class Work { Loading, Saving, Searching, Counting, Opening, Indenting, Pasting };
 
     /// `notices` and `document` are not owned and live longer; without a document it is a work of the
     /// program. `stop` is what "Stop" and Escape in the strip do, which may destroy this.

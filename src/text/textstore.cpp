@@ -290,6 +290,13 @@ void TextStore::insert(Offset offset, const TextPiece &piece)
     d->put(offset, 0, treeUnder(piece.m_root, d->layout));
 }
 
+bool TextStore::hasMeasured(const TextPiece &piece) const
+{
+    return piece.isPlainText()
+        || (piece.m_root.get()->height > 0
+            && static_cast<const TextInner &>(*piece.m_root.get()).stamp == d->layout.stamp());
+}
+
 void TextStore::append(TextStore &&other)
 {
     Q_ASSERT(other.d->layout.sizes() == d->layout.sizes());

@@ -134,6 +134,8 @@ public:
     /// rule has not been set since, else its text is measured. The piece is not used up, nor is more than a
     /// leaf of its text copied.
     void insert(Offset offset, const TextPiece &piece);
+    /// Putting the piece in measures nothing.
+    bool hasMeasured(const TextPiece &piece) const;
     /// Puts another store, of nodes of the same sizes, behind this one, with what stood behind its text: what
     /// comes of a text that is built in parts, wherever it was cut. O(log n) if it was built by a copy of
     /// this one's layout, else its text is measured.

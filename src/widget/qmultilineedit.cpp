@@ -146,6 +146,11 @@ void QMultiLineEdit::insert(const TextPiece &text)
     laidOut().edits.insert(text);
 }
 
+void QMultiLineEdit::setLongInserter(std::function<bool(const BroughtText &brought)> inserter)
+{
+    d->clipboard.setLongInserter(std::move(inserter));
+}
+
 void QMultiLineEdit::replace(TextRange range, const QString &text)
 {
     laidOut().edits.replaceRange(range, text);

@@ -6,8 +6,10 @@
 #include <QAbstractScrollArea>
 #include <QColor>
 
+#include <functional>
 #include <memory>
 
+struct BroughtText;
 class FontMeasure;
 class QMenu;
 class QPainter;
@@ -158,6 +160,8 @@ public slots:
     virtual void insert(const QString &text);
     /// The same, with its spellings.
     void insert(const TextPiece &text);
+    /// See TextClipboard.
+    void setLongInserter(std::function<bool(const BroughtText &brought)> inserter);
     /// Puts text in place of a range, wherever the cursor is, which keeps its text.
     void replace(TextRange range, const QString &text);
     void selectAll();

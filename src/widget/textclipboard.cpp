@@ -40,12 +40,14 @@ bool TextClipboard::canPaste()
 void TextClipboard::paste()
 {
     if (const QMimeData *const data = QGuiApplication::clipboard()->mimeData())
-        insert(*data);
+        insert(m_exchange.textOf(*data));
 }
 
-void TextClipboard::insert(const QMimeData &data)
+void TextClipboard::insert(const BroughtText &brought)
 {
-    const TextPiece text = m_exchange.pieceOf(data);
+    if (brought.length() == 0 || m_insertLong(brought))
+        return;
+    const TextPiece text = TextExchange::pieceOf(brought);
     if (!text.isEmpty())
         m_edits.insert(text);
 }
@@ -59,8 +61,7 @@ void TextClipboard::pasteSelection(QPointF at)
     if (!data)
         return;
     // What is selected here is taken before the cursor drops it.
-    const TextPiece text = m_exchange.pieceOf(*data);
+    const BroughtText brought = m_exchange.textOf(*data);
     m_moves.moveTo(m_view.placeAt(at), Selecting::Drop);
-    if (!text.isEmpty())
-        m_edits.insert(text);
+    insert(brought);
 }

@@ -2,18 +2,26 @@
 
 #include <QPointF>
 
+#include <functional>
+
 class CursorMoves;
 class QMimeData;
 class TextCursor;
 class TextEdits;
 class TextExchange;
 class TextView;
+struct BroughtText;
 
 /// Copies selected text to the clipboard and pastes what is there, or what is selected elsewhere.
 class TextClipboard {
 public:
     TextClipboard(const TextCursor &cursor, const TextView &view, const TextExchange &exchange,
         CursorMoves &moves, TextEdits &edits);
+
+    /// Inserts what is brought in place of the selection where that takes long; false: it is to be inserted
+    /// at once.
+    using LongInserter = std::function<bool(const BroughtText &brought)>;
+    void setLongInserter(LongInserter inserter) { m_insertLong = std::move(inserter); }
 
     /// Nothing where nothing is selected.
     void copy();
@@ -25,11 +33,12 @@ public:
     void pasteSelection(QPointF at);
 
 private:
-    void insert(const QMimeData &data);
+    void insert(const BroughtText &brought);
 
     const TextCursor &m_cursor;
     const TextView &m_view;
     const TextExchange &m_exchange;
     CursorMoves &m_moves;
     TextEdits &m_edits;
+    LongInserter m_insertLong = [](const BroughtText &) { return false; };
 };

@@ -44,10 +44,31 @@ TextMimeData *TextExchange::followingSelectionData() const
     return new TextMimeData([this] { return selectedPiece(); }, m_document.byteCodec(), &m_editor);
 }
 
+BroughtText TextExchange::textOf(const QMimeData &data) const
+{
+    using From = BroughtText::From;
+    const auto *const own = qobject_cast<const TextMimeData *>(&data);
+    if (!own)
+        return { From::Elsewhere, {}, data.text() };
+    if (&own->byteCodec() != &m_document.byteCodec())
+        return { From::Elsewhere, own->piece() };
+    return { own->isFrom(&m_editor) ? From::Document : From::SameCode, own->piece() };
+}
+
 TextPiece TextExchange::pieceOf(const QMimeData &data) const
 {
-    const auto *const own = qobject_cast<const TextMimeData *>(&data);
-    if (!own || &own->byteCodec() != &m_document.byteCodec())
-        return TextPiece(pastedText(data.text()));
-    return own->isFrom(&m_editor) ? own->piece() : withLineFeeds(own->piece());
+    return pieceOf(textOf(data));
+}
+
+TextPiece TextExchange::pieceOf(const BroughtText &brought)
+{
+    switch (brought.from) {
+    case BroughtText::From::Document:
+        return brought.piece;
+    case BroughtText::From::SameCode:
+        return withLineFeeds(brought.piece);
+    case BroughtText::From::Elsewhere:
+        return TextPiece(pastedText(brought.piece.isEmpty() ? brought.string : brought.piece.text()));
+    }
+    Q_UNREACHABLE();
 }

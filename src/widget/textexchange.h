@@ -8,6 +8,20 @@ class TextCursor;
 class TextDocument;
 class TextMimeData;
 
+/// What clipboards and drags bring, as it comes: it is still to be made fit for the document.
+struct BroughtText {
+    enum class From {
+        Document, ///< itself: letter for letter with its spellings
+        SameCode, ///< another one, of whose bytes the same holds; its line ends may be others
+        Elsewhere,
+    };
+    From from = From::Elsewhere;
+    TextPiece piece = {}; ///< from this program
+    QString string = {}; ///< from others
+
+    qint64 length() const { return piece.length() + string.size(); }
+};
+
 /// Text of one editor as clipboards and drags carry it, and what they bring as text for it.
 class TextExchange {
 public:
@@ -18,8 +32,11 @@ public:
     /// The selected text as it is now, or as it is whenever somebody asks; owned by the caller.
     TextMimeData *selectionData() const;
     TextMimeData *followingSelectionData() const;
-    /// The text that data bring; from this program as it is, where its bytes mean the same here.
+    /// The text that data bring. Other programs may take long to give it.
+    BroughtText textOf(const QMimeData &data) const;
+    /// The same, fit for the document; without a look at it where it is its own.
     TextPiece pieceOf(const QMimeData &data) const;
+    static TextPiece pieceOf(const BroughtText &brought);
 
 private:
     const QObject &m_editor;

@@ -2,7 +2,7 @@
 #include "app/documentcloser.h"
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
-#include "app/indentruns.h"
+#include "app/editruns.h"
 #include "app/recentplaces.h"
 #include "app/windowjobs.h"
 #include "editor/ctlediter.h"
@@ -47,8 +47,8 @@ private:
         const WindowJobs jobs{ std::make_unique<SteppedRunner>() };
         DocumentLoader loader{ window, dialogs, documents, places, jobs };
         DocumentSaver saver{ window, dialogs, documents, places, jobs };
-        IndentRuns indents{ documents, jobs };
-        DocumentCloser closer{ window, documents, loader, saver, indents, places };
+        EditRuns edits{ documents, jobs };
+        DocumentCloser closer{ window, documents, loader, saver, edits, places };
     };
 
     QString folder() const { return m_folder->path() + u'/'; }

@@ -4,7 +4,7 @@
 #include "app/documentcloser.h"
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
-#include "app/indentruns.h"
+#include "app/editruns.h"
 #include "app/recentplaces.h"
 #include "app/windowjobs.h"
 #include "tests/app/testwindow.h"
@@ -53,6 +53,6 @@ struct DocumentParts {
     WindowJobs jobs{ std::unique_ptr<JobRunner>(&steps) };
     DocumentLoader loader{ window, dialogs, documents, places, jobs };
     DocumentSaver saver{ window, dialogs, documents, places, jobs };
-    IndentRuns indents{ documents, jobs };
-    DocumentCloser closer{ window, documents, loader, saver, indents, places };
+    EditRuns edits{ documents, jobs };
+    DocumentCloser closer{ window, documents, loader, saver, edits, places };
 };

@@ -44,6 +44,7 @@ private slots:
     void textOfOtherProgramsIsCleaned();
     void dataKeepTheTextOrFollowIt();
     void isMadeAStringOnDemand();
+    void othersGetTheBytesOfTheString();
 };
 
 void TextExchangeTest::escapesStayInOneCode()
@@ -101,6 +102,18 @@ void TextExchangeTest::isMadeAStringOnDemand()
     QVERIFY(asked > 0);
     data.setSource([] { return TextPiece(u"other"); });
     QCOMPARE(data.text(), u"other"_s);
+}
+
+/// Of a text of several leaves, narrow and wide ones.
+void TextExchangeTest::othersGetTheBytesOfTheString()
+{
+    const QString text = u"plain \xE9 "_s.repeated(1000) + u"\u6F22\U0001F600"_s.repeated(3000)
+        + QChar(undecodable) + u"plain"_s.repeated(2000) + QChar(undecodable);
+    const Exchanging from(text);
+    const auto data = from.data();
+    QCOMPARE(data->data(u"text/plain"_s), text.toUtf8());
+    QCOMPARE(data->text(), text);
+    QVERIFY(data->data(u"text/html"_s).isEmpty());
 }
 
 REGISTER_TEST(runWindowTest<TextExchangeTest>)

@@ -1,4 +1,4 @@
-#include "app/longindent.h"
+#include "app/longedit.h"
 
 #include "app/searchruns.h"
 #include "files/endorder.h"
@@ -7,6 +7,7 @@
 #include "tests/filedialog/formtest.h"
 #include "tests/testprogram.h"
 
+#include <QClipboard>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -26,7 +27,8 @@ QString textToIndent()
     return (indentedLine + u"one without\n\n"_s).repeated(18'000) + u"end"_s;
 }
 
-enum class IndentEnd { Stop, Escape, Close, CloseSaved, CloseUnsaved, Quit, QuitSaved };
+enum class PasteSource { Program, Document, OtherCode };
+enum class EditEnd { Stop, Escape, Close, CloseSaved, CloseUnsaved, Quit, QuitSaved };
 
 /// There is no memory for what its threads should make.
 class PoorRunner : public SteppedRunner {
@@ -36,8 +38,8 @@ public:
 
 } // namespace
 
-/// Long blocks whose lines are moved while the window goes on.
-class LongIndentTest : public QObject {
+/// Long blocks whose lines are moved, and long texts that are pasted, while the window goes on.
+class LongEditTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -65,6 +67,15 @@ private slots:
     void fileChangedMeanwhile();
     void openedAgainMeanwhile();
     void tooLittleMemoryIsTold();
+    void pastesFromOthers_data();
+    void pastesFromOthers();
+    void pastesItsOwnTextAtOnce();
+    void pastesItsOwnTextInAnotherFont();
+    void pasteTakesThePlaceOfTheSelection();
+    void stoppedPasteLeavesTheText_data() { addSteps(); }
+    void stoppedPasteLeavesTheText();
+    void cursorThatWasMovedStaysBesideAPaste_data();
+    void cursorThatWasMovedStaysBesideAPaste();
 
 private:
     static void addSteps();
@@ -92,34 +103,34 @@ private:
         while (steps-- > 0)
             QVERIFY(m_parts->steps.step());
     }
-    void end(IndentEnd how);
+    void end(EditEnd how);
     bool isAsBefore() const { return editor().text() == m_text && !editor().document().isHeld(); }
 
     const QString m_text = textToIndent();
     std::unique_ptr<DocumentParts> m_parts;
 };
 
-void LongIndentTest::addSteps()
+void LongEditTest::addSteps()
 {
     QTest::addColumn<int>("steps");
     for (int steps = 0; steps < allIndentSteps; ++steps)
         QTest::addRow("after %d", steps) << steps;
 }
 
-void LongIndentTest::init()
+void LongEditTest::init()
 {
     m_parts = std::make_unique<DocumentParts>();
     m_parts->open(m_parts->files.write(u"a.txt"_s, m_text.toLatin1()));
     m_parts->jobs.fewest = qint64{ 1 } << 19;
 }
 
-void LongIndentTest::cleanup()
+void LongEditTest::cleanup()
 {
     EndOrder::withdraw();
     m_parts.reset();
 }
 
-void LongIndentTest::doesAsInOneGo_data()
+void LongEditTest::doesAsInOneGo_data()
 {
     QTest::addColumn<Indentation>("direction");
     QTest::addColumn<bool>("isWrapped");
@@ -129,7 +140,7 @@ void LongIndentTest::doesAsInOneGo_data()
     QTest::newRow("out, wrapped") << Indentation::Out << true;
 }
 
-void LongIndentTest::doesAsInOneGo()
+void LongEditTest::doesAsInOneGo()
 {
     QFETCH(Indentation, direction);
     QFETCH(bool, isWrapped);
@@ -162,7 +173,7 @@ void LongIndentTest::doesAsInOneGo()
     QVERIFY(editor().text() == other.text());
 }
 
-void LongIndentTest::shortBlocksAreMovedAtOnce()
+void LongEditTest::shortBlocksAreMovedAtOnce()
 {
     editor().setCursorPlace({});
     editor().extendSelection({ editor().store().lineStart(LineIndex(2)) });
@@ -171,7 +182,7 @@ void LongIndentTest::shortBlocksAreMovedAtOnce()
     QVERIFY(editor().store().text({}, 70).startsWith(indentedLine.sliced(1) + u"one without\n"_s));
 }
 
-void LongIndentTest::keysAreRefusedWithAWord()
+void LongEditTest::keysAreRefusedWithAWord()
 {
     begin();
     makeSteps(1);
@@ -192,7 +203,7 @@ void LongIndentTest::keysAreRefusedWithAWord()
     QVERIFY(editor().text().startsWith(u'\t' + indentedLine + u"\tone without\n\n"_s));
 }
 
-void LongIndentTest::tellsHowFarItIs()
+void LongEditTest::tellsHowFarItIs()
 {
     begin();
     QVERIFY(!isStrip()); // what is over soon needs no sign
@@ -204,61 +215,61 @@ void LongIndentTest::tellsHowFarItIs()
     QVERIFY(!isStrip());
 }
 
-void LongIndentTest::stopped_data()
+void LongEditTest::stopped_data()
 {
-    QTest::addColumn<IndentEnd>("how");
+    QTest::addColumn<EditEnd>("how");
     QTest::addColumn<int>("steps");
     QTest::addColumn<bool>("isEdited");
-    const auto rows = [](IndentEnd how, bool isEdited, const char *name) {
+    const auto rows = [](EditEnd how, bool isEdited, const char *name) {
         for (int steps = 0; steps < allIndentSteps; ++steps)
             QTest::addRow("%s after %d", name, steps) << how << steps << isEdited;
     };
-    rows(IndentEnd::Stop, false, "stopped");
-    rows(IndentEnd::Escape, true, "Escape in the strip");
-    rows(IndentEnd::Close, false, "closed");
-    rows(IndentEnd::CloseSaved, true, "closed and saved");
-    rows(IndentEnd::CloseUnsaved, true, "closed without being saved");
-    rows(IndentEnd::Quit, false, "quit");
-    rows(IndentEnd::QuitSaved, true, "quit and saved");
+    rows(EditEnd::Stop, false, "stopped");
+    rows(EditEnd::Escape, true, "Escape in the strip");
+    rows(EditEnd::Close, false, "closed");
+    rows(EditEnd::CloseSaved, true, "closed and saved");
+    rows(EditEnd::CloseUnsaved, true, "closed without being saved");
+    rows(EditEnd::Quit, false, "quit");
+    rows(EditEnd::QuitSaved, true, "quit and saved");
 }
 
-void LongIndentTest::end(IndentEnd how)
+void LongEditTest::end(EditEnd how)
 {
     switch (how) {
-    case IndentEnd::Stop:
-    case IndentEnd::Escape: {
+    case EditEnd::Stop:
+    case EditEnd::Escape: {
         QTRY_VERIFY(isStrip());
         const Notice &notice = *m_parts->documents.notices().heaviest(&editor());
-        const auto act = how == IndentEnd::Stop ? notice.offers.front().act : notice.escaped;
+        const auto act = how == EditEnd::Stop ? notice.offers.front().act : notice.escaped;
         act();
         break;
     }
-    case IndentEnd::Close:
+    case EditEnd::Close:
         m_parts->closer.askAndClose();
         break;
-    case IndentEnd::CloseSaved: {
+    case EditEnd::CloseSaved: {
         const MessageBoxes boxes({ u"Yes"_s });
         m_parts->closer.askAndClose();
         break;
     }
-    case IndentEnd::CloseUnsaved: {
+    case EditEnd::CloseUnsaved: {
         const MessageBoxes boxes({ u"No"_s });
         m_parts->closer.askAndClose();
         break;
     }
-    case IndentEnd::Quit:
+    case EditEnd::Quit:
         QVERIFY(m_parts->closer.closeAll(EditsAtClosing::Ask));
         break;
-    case IndentEnd::QuitSaved:
+    case EditEnd::QuitSaved:
         QVERIFY(m_parts->closer.closeAll(EditsAtClosing::Save));
         break;
     }
 }
 
 /// Nothing comes later, and what is saved is the text as it was.
-void LongIndentTest::stopped()
+void LongEditTest::stopped()
 {
-    QFETCH(IndentEnd, how);
+    QFETCH(EditEnd, how);
     QFETCH(int, steps);
     QFETCH(bool, isEdited);
     if (isEdited)
@@ -270,9 +281,9 @@ void LongIndentTest::stopped()
     end(how);
     m_parts->steps.runAll();
     settle();
-    const bool isSaved = how == IndentEnd::CloseSaved || how == IndentEnd::QuitSaved;
+    const bool isSaved = how == EditEnd::CloseSaved || how == EditEnd::QuitSaved;
     QCOMPARE(m_parts->files.read(u"a.txt"_s), (isSaved ? before : m_text).toLatin1());
-    const bool stays = how == IndentEnd::Stop || how == IndentEnd::Escape;
+    const bool stays = how == EditEnd::Stop || how == EditEnd::Escape;
     QCOMPARE(m_parts->documents.editors().isEmpty(), !stays);
     if (!stays)
         return;
@@ -285,7 +296,7 @@ void LongIndentTest::stopped()
 }
 
 /// What is asked meanwhile is about the text as it is; the block is moved when it was answered.
-void LongIndentTest::staysWhereClosingIsCancelled()
+void LongEditTest::staysWhereClosingIsCancelled()
 {
     editor().insert(u"new "_s);
     begin();
@@ -296,7 +307,7 @@ void LongIndentTest::staysWhereClosingIsCancelled()
     QTRY_VERIFY(editor().text().startsWith(u"\tnew "_s));
 }
 
-void LongIndentTest::cursorThatWasMovedStays_data()
+void LongEditTest::cursorThatWasMovedStays_data()
 {
     QTest::addColumn<Indentation>("direction");
     QTest::addColumn<qint64>("line");
@@ -311,7 +322,7 @@ void LongIndentTest::cursorThatWasMovedStays_data()
 }
 
 /// Whoever has turned to other text goes on there, and the next key replaces no block.
-void LongIndentTest::cursorThatWasMovedStays()
+void LongEditTest::cursorThatWasMovedStays()
 {
     QFETCH(Indentation, direction);
     QFETCH(qint64, line);
@@ -327,7 +338,7 @@ void LongIndentTest::cursorThatWasMovedStays()
     QCOMPARE(editor().topRow(), top);
 }
 
-void LongIndentTest::endsInADocumentThatIsNotShown()
+void LongEditTest::endsInADocumentThatIsNotShown()
 {
     ctlEditer &first = editor();
     const QSignalSpy ended(&m_parts->documents, &DocumentArea::workEnded);
@@ -340,7 +351,7 @@ void LongIndentTest::endsInADocumentThatIsNotShown()
     QCOMPARE(ended.count(), 1); // commands are those of the document that is shown
 }
 
-void LongIndentTest::waitsForWhatIsInTheWay()
+void LongEditTest::waitsForWhatIsInTheWay()
 {
     begin();
     {
@@ -354,7 +365,7 @@ void LongIndentTest::waitsForWhatIsInTheWay()
 }
 
 /// The lines are measured by the threads that make them, and made again where that was in vain.
-void LongIndentTest::measuresAnewInAnotherFont()
+void LongEditTest::measuresAnewInAnotherFont()
 {
     begin();
     makeSteps(1);
@@ -367,7 +378,7 @@ void LongIndentTest::measuresAnewInAnotherFont()
     editor().store().checkInvariants();
 }
 
-void LongIndentTest::searchesMeanwhile()
+void LongEditTest::searchesMeanwhile()
 {
     SearchRuns search(m_parts->window, m_parts->documents, m_parts->jobs);
     begin();
@@ -378,7 +389,7 @@ void LongIndentTest::searchesMeanwhile()
     QVERIFY(editor().text().startsWith(u'\t' + indentedLine));
 }
 
-void LongIndentTest::endOrderWaitsForNothing()
+void LongEditTest::endOrderWaitsForNothing()
 {
     QFETCH(int, steps);
     begin();
@@ -390,7 +401,7 @@ void LongIndentTest::endOrderWaitsForNothing()
 }
 
 /// It is the text of the window that is moved; a save finds out about the file.
-void LongIndentTest::fileChangedMeanwhile()
+void LongEditTest::fileChangedMeanwhile()
 {
     QFETCH(int, steps);
     begin(Indentation::Out);
@@ -404,7 +415,7 @@ void LongIndentTest::fileChangedMeanwhile()
 }
 
 /// As a second start does.
-void LongIndentTest::openedAgainMeanwhile()
+void LongEditTest::openedAgainMeanwhile()
 {
     ctlEditer &first = editor();
     begin();
@@ -417,19 +428,140 @@ void LongIndentTest::openedAgainMeanwhile()
     QVERIFY(editor().text().startsWith(u'\t' + indentedLine));
 }
 
-void LongIndentTest::tooLittleMemoryIsTold()
+void LongEditTest::tooLittleMemoryIsTold()
 {
     PoorRunner runner;
     selectBlock(editor());
-    LongIndent indent(
-        editor(), { {}, editor().store().end() - 3 }, Indentation::In, m_parts->documents, runner);
-    const QSignalSpy ended(&indent, &LongIndent::ended);
+    const auto text = [this] {
+        return indenting(editor().store(), { {}, editor().store().end() - 3 }, Indentation::In);
+    };
+    const auto put = [](const TextPiece &) { QFAIL("there is nothing to be put"); };
+    LongEdit edit(editor(), { WorkNotice::Work::Indenting, text, put }, m_parts->documents, runner);
+    const QSignalSpy ended(&edit, &LongEdit::ended);
     const MessageBoxes boxes;
     runner.runAll();
-    QCOMPARE(boxes.texts(), QStringList{ u"Error|There is not enough memory to move these lines!"_s });
+    QCOMPARE(boxes.texts(), QStringList{ u"Error|There is not enough memory for this edit!"_s });
     QCOMPARE(ended.count(), 1);
     QVERIFY(isAsBefore());
 }
 
-REGISTER_TEST(runFormTest<LongIndentTest>)
-#include "longindent_test.moc"
+void LongEditTest::pastesFromOthers_data()
+{
+    QTest::addColumn<PasteSource>("source");
+    QTest::newRow("another program") << PasteSource::Program;
+    QTest::newRow("a document of the code") << PasteSource::Document;
+    QTest::newRow("a document of another code") << PasteSource::OtherCode;
+}
+
+/// CR+LF, CR and lone surrogates stand at every distance from where the parts of a step begin.
+void LongEditTest::pastesFromOthers()
+{
+    QFETCH(PasteSource, source);
+    QString text = u"\xE9\r\n\u6F22\r\U0001F600\r\r\n-"_s.repeated(130'000);
+    ctlEditer *const other = m_parts->documents.add();
+    other->setText(text);
+    other->document().setCodes({ CharCode::Utf8, ReturnCode::Lf });
+    QGuiApplication::clipboard()->setText(text);
+    if (source != PasteSource::Program) {
+        other->selectAll();
+        other->QMultiLineEdit::copy();
+    }
+    ctlEditer *const into = m_parts->documents.add();
+    m_parts->documents.present(into);
+    if (source == PasteSource::Document)
+        into->document().setCodes({ CharCode::Utf8, ReturnCode::Lf });
+    into->setText(u"ab"_s);
+    into->setCursorPlace({ Offset(1) });
+    into->paste();
+    QVERIFY(into->document().isHeld());
+    QCOMPARE(into->text(), u"ab"_s);
+    QVERIFY(m_parts->steps.runAll() > 2);
+    text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+    QVERIFY(into->text() == u'a' + text + u'b');
+    QCOMPARE(into->cursorOffset(), Offset(1 + text.size()));
+    into->store().checkInvariants();
+    into->undo();
+    QCOMPARE(into->text(), u"ab"_s);
+}
+
+/// It shares the leaves of the text.
+void LongEditTest::pastesItsOwnTextAtOnce()
+{
+    editor().selectAll();
+    editor().QMultiLineEdit::copy();
+    editor().paste();
+    editor().paste();
+    QVERIFY(m_parts->steps.isIdle());
+    QVERIFY(editor().text() == m_text + m_text);
+}
+
+void LongEditTest::pastesItsOwnTextInAnotherFont()
+{
+    editor().selectAll();
+    editor().QMultiLineEdit::copy();
+    ++appSettings().FontSize;
+    editor().applySettings();
+    editor().deselect();
+    editor().paste();
+    QVERIFY(editor().text() == m_text);
+    QVERIFY(m_parts->steps.runAll() > 0);
+    QVERIFY(editor().text() == m_text + m_text);
+    editor().store().checkInvariants();
+}
+
+void LongEditTest::pasteTakesThePlaceOfTheSelection()
+{
+    QGuiApplication::clipboard()->setText(m_text);
+    editor().setCursorPlace({ Offset(9) });
+    editor().extendSelection({ Offset(2) });
+    const QSignalSpy changed(&editor(), &QMultiLineEdit::textChanged);
+    editor().paste();
+    QTest::keyClicks(&editor(), u"y"_s);
+    QVERIFY(stripText().startsWith(u"Not while text is being pasted"_s));
+    m_parts->steps.runAll();
+    QVERIFY(editor().text() == m_text.first(2) + m_text + m_text.sliced(9));
+    QCOMPARE(changed.count(), 1);
+    QVERIFY(!editor().hasMarkedText());
+    QCOMPARE(editor().cursorOffset(), Offset(2 + m_text.size()));
+}
+
+void LongEditTest::stoppedPasteLeavesTheText()
+{
+    QFETCH(int, steps);
+    QGuiApplication::clipboard()->setText(m_text);
+    editor().selectAll();
+    editor().paste();
+    makeSteps(steps);
+    end(EditEnd::Stop);
+    m_parts->steps.runAll();
+    QVERIFY(isAsBefore());
+    QCOMPARE(editor().selectionEnd().offset, editor().store().end());
+    QVERIFY(!editor().edited());
+}
+
+void LongEditTest::cursorThatWasMovedStaysBesideAPaste_data()
+{
+    QTest::addColumn<qint64>("offset");
+    QTest::addColumn<qint64>("shift");
+    const qint64 pasted = m_text.size() - 200;
+    QTest::newRow("before it") << 50LL << 0LL;
+    QTest::newRow("in what it replaces") << 150LL << pasted + 150;
+    QTest::newRow("behind it") << 1000LL << pasted;
+}
+
+void LongEditTest::cursorThatWasMovedStaysBesideAPaste()
+{
+    QFETCH(qint64, offset);
+    QFETCH(qint64, shift);
+    QGuiApplication::clipboard()->setText(m_text);
+    editor().select({ Offset(100) }, { Offset(300) });
+    editor().paste();
+    editor().setCursorPlace({ Offset(offset) });
+    m_parts->steps.runAll();
+    QCOMPARE(editor().store().length(), 2 * m_text.size() - 200);
+    QVERIFY(!editor().hasMarkedText());
+    QCOMPARE(editor().cursorOffset(), Offset(offset + shift));
+}
+
+REGISTER_TEST(runFormTest<LongEditTest>)
+#include "longedit_test.moc"

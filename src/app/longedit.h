@@ -1,32 +1,40 @@
 #pragma once
 
-#include "editor/indentation.h"
+#include "editor/partwisetext.h"
 #include "editor/worksign.h"
 #include "jobs/job.h"
 #include "platform/freeturn.h"
 
 #include <QObject>
 
+#include <functional>
 #include <optional>
 
 class DocumentArea;
-class IndentWork;
 class JobRunner;
+class PartwiseWork;
 class TextDocument;
 class ctlEditer;
 
-/// One block that is too long to be moved in one go, on its way: its lines are made anew behind the window,
-/// and take the place of the old ones as one edit.
+/// One edit of a document that takes too long to be made in one go. The text that it brings is made behind
+/// the window, and put into the document at once.
 ///
 /// The document is held until then, and the strip tells how far it is. Where a dialog or a run of
 /// replacements is in the way of the edit, that waits for them.
-class LongIndent : public QObject {
+class LongEdit : public QObject {
     Q_OBJECT
 public:
+    struct Task {
+        WorkNotice::Work work;
+        /// The text that is to be made, for the document as it is laid out now. Asked again where that is
+        /// another one at the end.
+        std::function<PartwiseText()> text;
+        /// Edits the document, which is held no more.
+        std::function<void(const TextPiece &made)> put;
+    };
     /// Begins at once. Nothing is owned; the document may be closed before this goes.
-    LongIndent(ctlEditer &editor, TextRange lines, Indentation direction, DocumentArea &documents,
-        JobRunner &runner);
-    ~LongIndent() override;
+    LongEdit(ctlEditer &editor, Task task, DocumentArea &documents, JobRunner &runner);
+    ~LongEdit() override;
 
     /// The text stays as it was; ended() comes at once.
     void stop();
@@ -40,21 +48,17 @@ private:
     void note(const JobProgress &progress);
     void finish(JobOutcome outcome);
     void takeOver();
-    void put();
     void fail();
     void end();
 
     ctlEditer &m_editor;
     TextDocument &m_document;
-    const TextRange m_lines;
-    const Indentation m_direction;
+    const Task m_task;
     DocumentArea &m_documents;
     JobRunner &m_runner;
-    const CursorPlace m_anchor; ///< at the beginning
-    const CursorPlace m_cursor;
     std::optional<WorkSign> m_sign; ///< until the end
     JobOutcome m_outcome = JobOutcome::Stopped;
     FreeTurn m_end{ [this] { takeOver(); } };
-    IndentWork *m_work = nullptr; ///< owned by the job
+    PartwiseWork *m_work = nullptr; ///< owned by the job
     std::optional<Job> m_job;
 };

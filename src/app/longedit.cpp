@@ -1,0 +1,86 @@
+#include "app/longedit.h"
+
+#include "app/documentarea.h"
+#include "editor/ctlediter.h"
+#include "editor/partwisework.h"
+#include "platform/messagebox.h"
+#include "platform/qpeapplication.h"
+
+#include <utility>
+
+LongEdit::LongEdit(ctlEditer &editor, Task task, DocumentArea &documents, JobRunner &runner)
+    : m_editor(editor)
+    , m_document(editor.document())
+    , m_task(std::move(task))
+    , m_documents(documents)
+    , m_runner(runner)
+{
+    m_sign.emplace(documents.notices(), &m_editor, m_task.work, [this] { stop(); });
+    connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
+    m_document.setHeld(true);
+    begin();
+}
+
+LongEdit::~LongEdit() = default;
+
+void LongEdit::begin()
+{
+    auto work = std::make_unique<PartwiseWork>(m_task.text());
+    m_work = work.get();
+    m_job.emplace(std::move(work), m_runner);
+    connect(&*m_job, &Job::progressed, this, &LongEdit::note);
+    connect(&*m_job, &Job::finished, this, &LongEdit::finish);
+}
+
+void LongEdit::note(const JobProgress &progress)
+{
+    m_sign->setProgress(int(progress.done * 100 / progress.total));
+}
+
+void LongEdit::finish(JobOutcome outcome)
+{
+    m_outcome = outcome;
+    takeOver();
+}
+
+/// The rows may have become others meanwhile, by another font for instance: then the text is made once more,
+/// because measuring it is for other threads too.
+void LongEdit::takeOver()
+{
+    if (QPEApplication::isBusy()) {
+        m_end.await();
+    } else if (m_outcome != JobOutcome::Done) {
+        fail();
+    } else if (!m_work->text().isLaidOutAs(std::as_const(m_document).store())) {
+        begin();
+    } else {
+        m_document.setHeld(false);
+        m_task.put(m_work->text().take());
+        end();
+    }
+}
+
+void LongEdit::stop()
+{
+    m_job->stop();
+    end();
+}
+
+/// Whoever is told of the end may destroy this.
+void LongEdit::fail()
+{
+    ctlEditer &editor = m_editor;
+    m_documents.setCurrent(&editor);
+    end();
+    MessageBox::critical(&editor, ctlEditer::tr("Error"), tr("There is not enough memory for this edit!"));
+}
+
+void LongEdit::end()
+{
+    m_job->disconnect(this);
+    m_document.disconnect(this);
+    m_end.cancel();
+    m_sign.reset();
+    m_document.setHeld(false);
+    emit ended();
+}
