@@ -49,11 +49,6 @@ JobScene::Content contentAfter(const JobScene::Job &job, Fate fate)
     Q_UNREACHABLE();
 }
 
-QPEApplication &theApplication()
-{
-    return *static_cast<QPEApplication *>(qApp);
-}
-
 /// No file can be made longer than this while it lives.
 class FullDisk {
 public:

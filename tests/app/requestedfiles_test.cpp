@@ -55,11 +55,6 @@ bool dropAddresses(QWidget &on, const QByteArray &addresses)
     return drop(on, data);
 }
 
-QPEApplication &theApplication()
-{
-    return *static_cast<QPEApplication *>(qApp);
-}
-
 } // namespace
 
 /// What comes from a shell and what is dropped on the window.

@@ -5,6 +5,7 @@
 #include "editor/ctlediter.h"
 #include "editor/ctltabbar.h"
 #include "files/statefolder.h"
+#include "platform/qpeapplication.h"
 #include "settings/moresettings.h"
 #include "settings/settings.h"
 #include "tests/messageboxes.h"
@@ -18,6 +19,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
+
+/// For the tests whose program is one.
+inline QPEApplication &theApplication()
+{
+    return *static_cast<QPEApplication *>(qApp);
+}
 
 /// The main window with answers in the place of its dialogs.
 class TestWindow : public frmMain {
