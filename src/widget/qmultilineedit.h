@@ -144,6 +144,8 @@ public:
     virtual void setText(TextStore &&store);
     /// The rule new stores for this editor are to be built with.
     LayoutRule layoutRule() const;
+    /// See TextClipboard.
+    void setLongInserter(std::function<bool(const BroughtText &brought)> inserter);
 
     /// What an input method is composing becomes text, as if Return had been given to the input method; also
     /// where that does not answer. For whoever is about to read the text.
@@ -160,8 +162,6 @@ public slots:
     virtual void insert(const QString &text);
     /// The same, with its spellings.
     void insert(const TextPiece &text);
-    /// See TextClipboard.
-    void setLongInserter(std::function<bool(const BroughtText &brought)> inserter);
     /// Puts text in place of a range, wherever the cursor is, which keeps its text.
     void replace(TextRange range, const QString &text);
     void selectAll();
