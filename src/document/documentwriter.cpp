@@ -24,12 +24,22 @@ DocumentWriter::DocumentWriter(const QByteArray &name, WrittenText text, const F
 
 DocumentWriter::Step DocumentWriter::step()
 {
+    if (isSyncDue()) {
+        m_isSynced = m_file.sync();
+        return m_isSynced ? Step::More : Step::Failed;
+    }
     if (m_isEncoded)
         return m_file.commit() ? Step::Written : Step::Failed;
     if ((m_encoding || begin()) && encodeSome())
         return Step::More;
     giveUp();
     return Step::Failed;
+}
+
+/// Long enough for somebody to stop it: that can be heard before the file is put in place.
+bool DocumentWriter::isSyncDue() const
+{
+    return m_isEncoded && !m_isSynced && m_at > Offset(unitsPerStep);
 }
 
 bool DocumentWriter::begin()

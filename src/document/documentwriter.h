@@ -44,8 +44,8 @@ public:
         Written,
         Failed, ///< the file is as it was, but for keptCopy(); also when the process is to end (EndOrder)
     };
-    /// Writes on, up to the text's first U+0000; the last step puts the file in place. None after Written or
-    /// Failed.
+    /// Writes on, up to the text's first U+0000; the last step puts the file in place, and of a long text the
+    /// one before waits for the disk. None after Written or Failed.
     Step step();
     /// Leaves the file as it was.
     void giveUp() { m_file.giveUp(); }
@@ -60,6 +60,7 @@ public:
 private:
     bool begin();
     bool encodeSome();
+    bool isSyncDue() const;
     bool isWide() const;
     TextChunk nextChunk();
     TextChunk nextWideChunk();
@@ -72,5 +73,6 @@ private:
     std::unique_ptr<TextCodec::Encoding> m_encoding; ///< null: nothing was begun
     Offset m_at;
     bool m_isEncoded = false;
+    bool m_isSynced = false;
     bool m_hasEnded = false; ///< by a U+0000
 };

@@ -60,7 +60,7 @@ FileReading::Step FileReading::step(const Spread &spread)
     try {
         return makeStep(spread);
     } catch (const std::bad_alloc &) {
-        giveBack();
+        giveUp();
         return Step::Failed;
     }
 }
@@ -71,7 +71,7 @@ ReadFailure FileReading::failure() const
 }
 
 /// Whoever is told of it needs memory too.
-void FileReading::giveBack()
+void FileReading::giveUp()
 {
     m_isTooLarge = true;
     m_part.reset();

@@ -68,7 +68,9 @@ public:
     /// Bytes that were decoded (nearly, of UTF-16), and that the file had when it was opened.
     qint64 bytesDone() const { return m_decoded.bytes; }
     qint64 bytesInAll() const { return m_blocks.expectedSize(); }
-    /// After Failed.
+    /// For want of memory, outside of a step too: gives back what it has.
+    void giveUp();
+    /// After Failed or giveUp().
     ReadFailure failure() const;
     /// After Done.
     const ReadResult &result() const { return m_result; }
@@ -91,7 +93,6 @@ private:
     };
 
     Step makeStep(const Spread &spread);
-    void giveBack();
     bool readFirst();
     bool settleCode();
     bool startOver();

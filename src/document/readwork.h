@@ -23,6 +23,7 @@ public:
     ReadFailure failure() const { return m_reading.failure(); }
 
     Step step(JobTurn &turn) override;
+    void giveUp() override { m_reading.giveUp(); }
 
 private:
     FileReading m_reading;

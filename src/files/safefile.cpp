@@ -117,6 +117,16 @@ bool SafeFile::flush()
     return written;
 }
 
+bool SafeFile::sync()
+{
+    if (m_staged.fd == -1 || !flush())
+        return false;
+    if (retried([&] { return m_calls.fsync(m_staged.fd); }) == 0)
+        return true;
+    discard();
+    return false;
+}
+
 bool SafeFile::commit()
 {
     const bool isReady = m_staged.fd != -1 && flush() && examineAgain();

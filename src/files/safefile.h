@@ -17,9 +17,9 @@
 /// fails. Where the program is stopped meanwhile, a later one finds it (lostCopies()), and the temporary file
 /// too (removeStagedStrays()). What set-user-id and set-group-id bits writing takes away is set again.
 ///
-/// Errors: open(), write() and commit() return false; the old file is then whole and nothing else is left
-/// behind, with the one exception of keptCopy(). An object that is destroyed without commit() leaves all as
-/// it was. Cost: the bytes once to the temporary file, twice more when overwriting in place; no copy in
+/// Errors: open(), write(), sync() and commit() return false; the old file is then whole and nothing else is
+/// left behind, with the one exception of keptCopy(). An object that is destroyed without commit() leaves all
+/// as it was. Cost: the bytes once to the temporary file, twice more when overwriting in place; no copy in
 /// memory.
 class SafeFile {
 public:
@@ -41,6 +41,8 @@ public:
     void keepUnlessOf(const FileStamp &expected) { m_expected = expected; }
     /// A file that is not there yet is to be for its user alone.
     void makePrivate() { m_isPrivate = true; }
+    /// Brings what was added to the disk: commit() is quick then, however much that is.
+    bool sync();
     /// Puts the new content in place, on the disk, not only in memory.
     bool commit();
     /// Leaves all as it was.

@@ -9,6 +9,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <new>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -66,6 +68,7 @@ private slots:
     void errorInTheMiddleFails_data();
     void errorInTheMiddleFails();
     void missingFileFails();
+    void noMemoryToHandPartsOver();
 };
 
 void ReadWorkTest::handsTheTextOver()
@@ -152,6 +155,34 @@ void ReadWorkTest::missingFileFails()
     reader.runner.runAll();
     QCOMPARE(reader.outcome, JobOutcome::Failed);
     QCOMPARE(reader.work->failure(), ReadFailure::Missing);
+}
+
+namespace {
+
+struct NoMemory : JobTurn {
+    bool isStopped() const override { return false; }
+    void tellProgress(JobProgress) override { }
+    void tellPart() override { throw std::bad_alloc(); }
+    int threads() const override { return 1; }
+    void spread(int count, const std::function<void(int)> &part) override
+    {
+        for (int i = 0; i < count; ++i)
+            part(i);
+    }
+};
+
+} // namespace
+
+void ReadWorkTest::noMemoryToHandPartsOver()
+{
+    const DocumentFolder folder;
+    QVERIFY(folder.write(fileName, textOfManyLines()));
+    const TextStore store;
+    ReadWork work({ folder.path() + fileName, {}, silentCodes }, LayoutCopy(store));
+    NoMemory turn;
+    QVERIFY_THROWS_EXCEPTION(std::bad_alloc, work.step(turn));
+    work.giveUp();
+    QCOMPARE(work.failure(), ReadFailure::TooLarge);
 }
 
 REGISTER_TEST(runCoreTest<ReadWorkTest>)
