@@ -7,11 +7,32 @@
 #include "files/stagedfile.h"
 #include "files/statefolder.h"
 
+#include <climits>
+
 #include <fcntl.h>
 
 namespace {
 
 constexpr mode_t setIdBits = S_ISUID | S_ISGID;
+
+/// The name of an open file as it is by now; empty where nobody knows.
+QByteArray nameNow(const FileCalls &calls, int fd)
+{
+    const QByteArray link = "/proc/self/fd/" + QByteArray::number(fd);
+    QByteArray name(PATH_MAX, Qt::Uninitialized);
+    const ssize_t size = calls.readlink(link.constData(), name.data(), size_t(name.size()));
+    return size > 0 ? name.first(size) : QByteArray();
+}
+
+/// Removes an open file of our own, whose folder somebody may have renamed since it was made.
+void removeOwn(const FileCalls &calls, const QByteArray &name, int fd)
+{
+    if (calls.unlink(name.constData()) == 0 || errno != ENOENT || fd == -1)
+        return;
+    const QByteArray now = nameNow(calls, fd);
+    if (!ownFilePrefix(now).isNull()) // else it has no name any more
+        calls.unlink(now.constData());
+}
 
 } // namespace
 
@@ -219,10 +240,10 @@ void SafeFile::closeFile(int *fd)
 
 void SafeFile::discard()
 {
+    if (!m_staged.name.isEmpty())
+        removeOwn(m_calls, m_staged.name, m_staged.fd);
+    m_staged.name.clear();
     closeFile(&m_staged.fd);
     closeFile(&m_old.fd);
-    if (!m_staged.name.isEmpty())
-        m_calls.unlink(m_staged.name.constData());
-    m_staged.name.clear();
     m_copy.remove();
 }

@@ -15,6 +15,8 @@ private slots:
     void removedFileKeepsItsRights();
     void othersPutAFolderThere();
     void unexpectedContentIsKept();
+    void othersRenameTheFolder_data();
+    void othersRenameTheFolder();
 
 private:
     using Act = std::function<void(const QByteArray &name)>;
@@ -100,6 +102,37 @@ void SafeFileMeanwhileTest::unexpectedContentIsKept()
     QVERIFY(save(file, m_new));
     QCOMPARE(contentOf(name), m_new);
     QCOMPARE(contentOf(file.keptCopy()), QByteArray("of others\n"));
+}
+
+void SafeFileMeanwhileTest::othersRenameTheFolder_data()
+{
+    QTest::addColumn<Way>("way");
+    QTest::addColumn<bool>("isCommitted");
+    QTest::newRow("committed") << Way::Replace << true;
+    QTest::newRow("a new file, committed") << Way::NewFile << true;
+    QTest::newRow("given up") << Way::Replace << false;
+}
+
+/// Nothing is left in it.
+void SafeFileMeanwhileTest::othersRenameTheFolder()
+{
+    QFETCH(Way, way);
+    QFETCH(bool, isCommitted);
+    const QByteArray name = prepare(way);
+    const QStringList before = listing();
+    SafeFile file(name);
+    QVERIFY(file.open());
+    QVERIFY(file.write(m_new));
+    const QByteArray here = m_folder.chopped(1);
+    const QByteArray away = here + "-away";
+    QCOMPARE(::rename(here.constData(), away.constData()), 0);
+    if (isCommitted)
+        QVERIFY(!file.commit());
+    else
+        file.giveUp();
+    QCOMPARE(::rename(away.constData(), here.constData()), 0);
+    QCOMPARE(listing(), before);
+    QCOMPARE(way == Way::Replace ? contentOf(name) : m_old, m_old);
 }
 
 REGISTER_TEST(runCoreTest<SafeFileMeanwhileTest>)
