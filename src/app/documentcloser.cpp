@@ -32,11 +32,20 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
 {
     if (m_saver.isSaving(editor))
         return m_saver.whenSaved(editor, then);
+    if (m_edits.isUnderWay(editor)) {
+        return m_edits.whenEnded(editor, [this, editor, then](bool isMade) {
+            // Whoever was told before may have closed it.
+            if (!isMade || !m_documents.editors().contains(editor))
+                return then(false);
+            m_documents.setCurrent(editor);
+            saveIfWanted(editor, then);
+        });
+    }
     if (!editor->edited())
         return then(true);
     switch (askToSave(*editor)) {
     case Answer::Yes:
-        stopChanges(editor);
+        m_loader.stopReplacing(editor);
         return m_saver.beginSave(editor, then);
     case Answer::No:
         return then(true);
@@ -46,8 +55,10 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
     Q_UNREACHABLE();
 }
 
-void DocumentCloser::waitForSaves()
+void DocumentCloser::waitForWork()
 {
+    for (ctlEditer *const editor : m_documents.editors())
+        waitForEdit(editor);
     m_saver.waitForAll();
 }
 
@@ -116,7 +127,11 @@ bool DocumentCloser::closeAll(EditsAtClosing edits)
 
 bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
 {
-    stopChanges(editor);
+    m_loader.stopReplacing(editor);
+    if (m_edits.isUnderWay(editor))
+        m_documents.setCurrent(editor);
+    if (!waitForEdit(editor))
+        return false;
     if (edits == EditsAtClosing::Save && !m_saver.isSaving(editor) && !m_saver.save(editor))
         return false;
     if (!m_documents.editors().contains(editor))
@@ -126,16 +141,16 @@ bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
     return saveIfWanted(editor);
 }
 
-/// What was to come into the text, or in its place, is not wanted any more.
-void DocumentCloser::stopChanges(const ctlEditer *editor)
+/// False where it is not made: its user has stopped it, and looks at the document.
+bool DocumentCloser::waitForEdit(ctlEditer *editor)
 {
-    m_loader.stopReplacing(editor);
-    m_edits.stop(editor);
+    return !m_edits.isUnderWay(editor)
+        || DocumentSaver::wait([this, editor](const auto &then) { m_edits.whenEnded(editor, then); });
 }
 
 bool DocumentCloser::mayGo(const ctlEditer &editor) const
 {
-    return !editor.edited() && !m_saver.isSaving(&editor);
+    return !editor.edited() && !m_saver.isSaving(&editor) && !m_edits.isUnderWay(&editor);
 }
 
 /// Each document that is current for a moment would have every widget of all others told that painting waits.

@@ -23,12 +23,13 @@ public:
     DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver,
         EditRuns &edits, RecentPlaces &places);
 
-    /// Asks about an edited document and saves it on "Yes", or waits for a save that is under way; the window
-    /// goes on meanwhile. False when it is not to be closed, or is closed by then.
+    /// Asks about an edited document and saves it on "Yes". Waits for a long edit before and for a save that
+    /// is under way; the window goes on meanwhile. False when it is not to be closed, or is closed by then.
     bool saveIfWanted(ctlEditer *editor);
-    /// Until no save is under way, the same way.
-    void waitForSaves();
-    /// Closes the current document, unless the user wants to keep it; behind a save, when that is over.
+    /// Until no long edit and no save is under way, the same way.
+    void waitForWork();
+    /// Closes the current document, unless the user wants to keep it; behind a save or a long edit, when that
+    /// is over.
     void askAndClose();
     /// The same with any document; the one that was current before stays so.
     void askAndClose(ctlEditer *editor);
@@ -46,7 +47,7 @@ private:
     Answer askToSave(const ctlEditer &editor);
     void saveIfWanted(ctlEditer *editor, const std::function<void(bool mayClose)> &then);
     bool mayCloseLast(ctlEditer *editor, EditsAtClosing edits);
-    void stopChanges(const ctlEditer *editor);
+    bool waitForEdit(ctlEditer *editor);
     bool mayGo(const ctlEditer &editor) const;
     bool mayCloseShown(ctlEditer *editor);
     void closeUneditedFromTheLast();

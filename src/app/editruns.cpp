@@ -78,8 +78,11 @@ EditRuns::EditRuns(DocumentArea &documents, const WindowJobs &jobs)
         editor->setLongInserter(
             [this, editor](const BroughtText &brought) { return paste(*editor, brought); });
     });
-    connect(&documents, &DocumentArea::closed, this,
-        [this](const ctlEditer *editor) { m_underWay.erase(editor); });
+    connect(&documents, &DocumentArea::closed, this, [this](const ctlEditer *editor) {
+        const auto closed = m_underWay.extract(editor);
+        for (const Then &then : closed ? closed.mapped().then : std::vector<Then>())
+            then(false);
+    });
 }
 
 EditRuns::~EditRuns() = default;
@@ -129,19 +132,27 @@ bool EditRuns::paste(ctlEditer &editor, const BroughtText &brought)
 
 void EditRuns::begin(ctlEditer &editor, std::unique_ptr<LongEdit> edit)
 {
-    connect(edit.get(), &LongEdit::ended, this, [this, &editor] { end(editor); });
-    m_underWay.emplace(&editor, std::move(edit));
+    connect(edit.get(), &LongEdit::ended, this, [this, &editor](bool isMade) { end(editor, isMade); });
+    m_underWay[&editor].edit = std::move(edit);
 }
 
 /// It is still telling of its end. What can be undone may be told of a document that is not shown.
-void EditRuns::end(ctlEditer &editor)
+void EditRuns::end(ctlEditer &editor, bool isMade)
 {
-    m_underWay.extract(&editor).mapped().release()->deleteLater();
+    UnderWay over = std::move(m_underWay.extract(&editor).mapped());
+    over.edit.release()->deleteLater();
     emit m_documents.workEnded();
+    for (const Then &then : over.then)
+        then(isMade);
+}
+
+void EditRuns::whenEnded(const ctlEditer *editor, const Then &then)
+{
+    m_underWay.at(editor).then.push_back(then);
 }
 
 void EditRuns::stop(const ctlEditer *editor)
 {
     if (const auto found = m_underWay.find(editor); found != m_underWay.end())
-        found->second->stop();
+        found->second.edit->stop();
 }

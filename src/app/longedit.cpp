@@ -56,14 +56,14 @@ void LongEdit::takeOver()
     } else {
         m_document.setHeld(false);
         m_task.put(m_work->text().take());
-        end();
+        end(true);
     }
 }
 
 void LongEdit::stop()
 {
     m_job->stop();
-    end();
+    end(false);
 }
 
 /// Whoever is told of the end may destroy this.
@@ -71,16 +71,16 @@ void LongEdit::fail()
 {
     ctlEditer &editor = m_editor;
     m_documents.setCurrent(&editor);
-    end();
+    end(false);
     MessageBox::critical(&editor, ctlEditer::tr("Error"), tr("There is not enough memory for this edit!"));
 }
 
-void LongEdit::end()
+void LongEdit::end(bool isMade)
 {
     m_job->disconnect(this);
     m_document.disconnect(this);
     m_end.cancel();
     m_sign.reset();
     m_document.setHeld(false);
-    emit ended();
+    emit ended(isMade);
 }

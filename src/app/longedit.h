@@ -40,8 +40,9 @@ public:
     void stop();
 
 signals:
-    /// The last signal; this may be destroyed by whoever is told. The document is held no more.
-    void ended();
+    /// The last signal; this may be destroyed by whoever is told. The document is held no more. Not made: its
+    /// text is as it was.
+    void ended(bool isMade);
 
 private:
     void begin();
@@ -49,7 +50,7 @@ private:
     void finish(JobOutcome outcome);
     void takeOver();
     void fail();
-    void end();
+    void end(bool isMade);
 
     ctlEditer &m_editor;
     TextDocument &m_document;

@@ -34,9 +34,9 @@ SessionEnd::SessionEnd(DocumentArea &documents, DocumentCloser &closer, Recovery
 bool SessionEnd::prepare(bool mayAsk)
 {
     m_unwanted.clear();
-    // What is busy may be beneath this, and no save ends before it does.
+    // What is busy may be beneath this, and no save or edit ends before it does.
     if (!QPEApplication::isBusy())
-        m_closer.waitForSaves();
+        m_closer.waitForWork();
     const bool isReady =
         !hasEdits() || (mayAsk ? askAll() : m_journals.flush(RecoveryJournals::longestFlush));
     // The session may go on.

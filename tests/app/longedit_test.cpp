@@ -28,7 +28,7 @@ QString textToIndent()
 }
 
 enum class PasteSource { Program, Document, OtherCode };
-enum class EditEnd { Stop, Escape, Close, CloseSaved, CloseUnsaved, Quit, QuitSaved };
+enum class StopBy { Button, Escape };
 
 /// There is no memory for what its threads should make.
 class PoorRunner : public SteppedRunner {
@@ -54,7 +54,6 @@ private slots:
     void tellsHowFarItIs();
     void stopped_data();
     void stopped();
-    void staysWhereClosingIsCancelled();
     void cursorThatWasMovedStays_data();
     void cursorThatWasMovedStays();
     void endsInADocumentThatIsNotShown();
@@ -103,7 +102,7 @@ private:
         while (steps-- > 0)
             QVERIFY(m_parts->steps.step());
     }
-    void end(EditEnd how);
+    void pressStop(StopBy how);
     bool isAsBefore() const { return editor().text() == m_text && !editor().document().isHeld(); }
 
     const QString m_text = textToIndent();
@@ -217,59 +216,27 @@ void LongEditTest::tellsHowFarItIs()
 
 void LongEditTest::stopped_data()
 {
-    QTest::addColumn<EditEnd>("how");
+    QTest::addColumn<StopBy>("how");
     QTest::addColumn<int>("steps");
     QTest::addColumn<bool>("isEdited");
-    const auto rows = [](EditEnd how, bool isEdited, const char *name) {
-        for (int steps = 0; steps < allIndentSteps; ++steps)
-            QTest::addRow("%s after %d", name, steps) << how << steps << isEdited;
-    };
-    rows(EditEnd::Stop, false, "stopped");
-    rows(EditEnd::Escape, true, "Escape in the strip");
-    rows(EditEnd::Close, false, "closed");
-    rows(EditEnd::CloseSaved, true, "closed and saved");
-    rows(EditEnd::CloseUnsaved, true, "closed without being saved");
-    rows(EditEnd::Quit, false, "quit");
-    rows(EditEnd::QuitSaved, true, "quit and saved");
+    for (int steps = 0; steps < allIndentSteps; ++steps) {
+        QTest::addRow("stopped after %d", steps) << StopBy::Button << steps << false;
+        QTest::addRow("Escape in the strip after %d", steps) << StopBy::Escape << steps << true;
+    }
 }
 
-void LongEditTest::end(EditEnd how)
+void LongEditTest::pressStop(StopBy how)
 {
-    switch (how) {
-    case EditEnd::Stop:
-    case EditEnd::Escape: {
-        QTRY_VERIFY(isStrip());
-        const Notice &notice = *m_parts->documents.notices().heaviest(&editor());
-        const auto act = how == EditEnd::Stop ? notice.offers.front().act : notice.escaped;
-        act();
-        break;
-    }
-    case EditEnd::Close:
-        m_parts->closer.askAndClose();
-        break;
-    case EditEnd::CloseSaved: {
-        const MessageBoxes boxes({ u"Yes"_s });
-        m_parts->closer.askAndClose();
-        break;
-    }
-    case EditEnd::CloseUnsaved: {
-        const MessageBoxes boxes({ u"No"_s });
-        m_parts->closer.askAndClose();
-        break;
-    }
-    case EditEnd::Quit:
-        QVERIFY(m_parts->closer.closeAll(EditsAtClosing::Ask));
-        break;
-    case EditEnd::QuitSaved:
-        QVERIFY(m_parts->closer.closeAll(EditsAtClosing::Save));
-        break;
-    }
+    QTRY_VERIFY(isStrip());
+    const Notice &notice = *m_parts->documents.notices().heaviest(&editor());
+    const auto act = how == StopBy::Button ? notice.offers.front().act : notice.escaped;
+    act();
 }
 
-/// Nothing comes later, and what is saved is the text as it was.
+/// Nothing comes later.
 void LongEditTest::stopped()
 {
-    QFETCH(EditEnd, how);
+    QFETCH(StopBy, how);
     QFETCH(int, steps);
     QFETCH(bool, isEdited);
     if (isEdited)
@@ -277,34 +244,16 @@ void LongEditTest::stopped()
     const QString before = editor().text();
     begin();
     makeSteps(steps);
-    m_parts->jobs.fewest = qint64{ 1 } << 40; // a save is made in one go
-    end(how);
+    pressStop(how);
     m_parts->steps.runAll();
     settle();
-    const bool isSaved = how == EditEnd::CloseSaved || how == EditEnd::QuitSaved;
-    QCOMPARE(m_parts->files.read(u"a.txt"_s), (isSaved ? before : m_text).toLatin1());
-    const bool stays = how == EditEnd::Stop || how == EditEnd::Escape;
-    QCOMPARE(m_parts->documents.editors().isEmpty(), !stays);
-    if (!stays)
-        return;
     QVERIFY(editor().text() == before);
     QVERIFY(!editor().document().isHeld());
     QVERIFY(!isStrip());
     QCOMPARE(editor().edited(), isEdited);
+    m_parts->jobs.fewest = qint64{ 1 } << 40;
     press(Indentation::In); // the block is still selected
     QVERIFY(editor().text() != before);
-}
-
-/// What is asked meanwhile is about the text as it is; the block is moved when it was answered.
-void LongEditTest::staysWhereClosingIsCancelled()
-{
-    editor().insert(u"new "_s);
-    begin();
-    const MessageBoxes boxes({ u"Cancel"_s });
-    m_parts->closer.askAndClose();
-    QCOMPARE(boxes.count(), 1);
-    m_parts->steps.runAll();
-    QTRY_VERIFY(editor().text().startsWith(u"\tnew "_s));
 }
 
 void LongEditTest::cursorThatWasMovedStays_data()
@@ -532,7 +481,7 @@ void LongEditTest::stoppedPasteLeavesTheText()
     editor().selectAll();
     editor().paste();
     makeSteps(steps);
-    end(EditEnd::Stop);
+    pressStop(StopBy::Button);
     m_parts->steps.runAll();
     QVERIFY(isAsBefore());
     QCOMPARE(editor().selectionEnd().offset, editor().store().end());

@@ -1,0 +1,187 @@
+#include "tests/app/documentparts.h"
+#include "tests/filedialog/formtest.h"
+#include "tests/testprogram.h"
+
+#include <QTest>
+#include <QTimer>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int stepsBeforeClosing = 3; ///< of moving the block
+
+enum class Closing { Saved, Unsaved, Quit, QuitSaved };
+
+} // namespace
+
+/// Documents that are closed while a long edit of them is made.
+class LongEditClosingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { qRegisterMetaType<ctlEditer *>(); }
+    void init();
+    void cleanup();
+
+    void closingWaits_data();
+    void closingWaits();
+    void closingStaysAfterAStop();
+    void closedTwiceIsAskedAboutOnce();
+    void closedOtherwiseIsGivenUp();
+    void sessionEndWaits();
+    void staysWhereClosingIsCancelled();
+
+private:
+    ctlEditer &editor() const { return *m_parts->documents.current(); }
+    void begin()
+    {
+        editor().selectAll();
+        QTest::keyClick(&editor(), Qt::Key_Tab, Qt::ShiftModifier);
+        QVERIFY(editor().document().isHeld());
+    }
+    void makeSteps(int steps)
+    {
+        while (steps-- > 0)
+            QVERIFY(m_parts->steps.step());
+    }
+    void makeStepsInTheLoop()
+    {
+        m_stepping.callOnTimeout(this, [this] { m_parts->steps.step(); });
+        m_stepping.start(0);
+    }
+    bool isStrip() const { return m_parts->documents.notices().has(NoticeKind::Work, &editor()); }
+    void pressStop()
+    {
+        const auto act = m_parts->documents.notices().heaviest(&editor())->offers.front().act;
+        act();
+    }
+    void close(Closing how);
+    bool isAsBefore() const { return editor().text() == m_text && !editor().document().isHeld(); }
+
+    QTimer m_stepping;
+    const QString m_moved = u"a line of a block that is too long to be moved in one go\n"_s.repeated(24'000);
+    const QString m_text = QString(m_moved).replace(u"a line"_s, u"\ta line"_s);
+    std::unique_ptr<DocumentParts> m_parts;
+};
+
+void LongEditClosingTest::init()
+{
+    m_parts = std::make_unique<DocumentParts>();
+    m_parts->open(m_parts->files.write(u"a.txt"_s, m_text.toLatin1()));
+    m_parts->jobs.fewest = qint64{ 1 } << 19;
+}
+
+void LongEditClosingTest::cleanup()
+{
+    m_stepping.stop();
+    m_stepping.disconnect();
+    m_parts.reset();
+}
+
+void LongEditClosingTest::closingWaits_data()
+{
+    QTest::addColumn<Closing>("how");
+    QTest::addColumn<int>("steps");
+    const auto rows = [](Closing how, const char *name) {
+        for (int steps = 0; steps < stepsBeforeClosing; ++steps)
+            QTest::addRow("%s after %d", name, steps) << how << steps;
+    };
+    rows(Closing::Saved, "closed and saved");
+    rows(Closing::Unsaved, "closed without being saved");
+    rows(Closing::Quit, "quit");
+    rows(Closing::QuitSaved, "quit and saved");
+}
+
+void LongEditClosingTest::close(Closing how)
+{
+    makeStepsInTheLoop();
+    if (how == Closing::Quit || how == Closing::QuitSaved)
+        QVERIFY(m_parts->closer.closeAll(how == Closing::Quit ? EditsAtClosing::Ask : EditsAtClosing::Save));
+    else
+        m_parts->closer.askAndClose();
+    QTRY_VERIFY(m_parts->documents.editors().isEmpty());
+}
+
+/// What was asked for is part of what is asked about and saved, also where nothing was edited before.
+void LongEditClosingTest::closingWaits()
+{
+    QFETCH(Closing, how);
+    QFETCH(int, steps);
+    begin();
+    makeSteps(steps);
+    m_parts->jobs.fewest = qint64{ 1 } << 40; // a save is made in one go
+    const MessageBoxes boxes({ how == Closing::Unsaved ? u"No"_s : u"Yes"_s });
+    close(how);
+    QCOMPARE(boxes.count(), how == Closing::QuitSaved ? 0 : 1);
+    const QString written = how == Closing::Unsaved ? m_text : m_moved;
+    QVERIFY(m_parts->files.read(u"a.txt"_s) == written.toLatin1());
+}
+
+void LongEditClosingTest::closingStaysAfterAStop()
+{
+    const MessageBoxes boxes;
+    begin();
+    m_parts->closer.askAndClose();
+    QTRY_VERIFY(isStrip());
+    pressStop();
+    m_parts->steps.runAll();
+    settle();
+    QVERIFY(isAsBefore());
+    begin();
+    QTRY_VERIFY(isStrip());
+    QMetaObject::invokeMethod(
+        this, [this] { pressStop(); }, Qt::QueuedConnection);
+    QVERIFY(!m_parts->closer.closeAll(EditsAtClosing::Ask));
+    QVERIFY(isAsBefore());
+    QCOMPARE(boxes.count(), 0);
+}
+
+void LongEditClosingTest::closedTwiceIsAskedAboutOnce()
+{
+    begin();
+    const MessageBoxes boxes({ u"No"_s });
+    m_parts->closer.askAndClose();
+    m_parts->closer.askAndClose();
+    m_parts->steps.runAll();
+    QVERIFY(m_parts->documents.editors().isEmpty());
+    QCOMPARE(boxes.count(), 1);
+}
+
+void LongEditClosingTest::closedOtherwiseIsGivenUp()
+{
+    begin();
+    std::optional<bool> isMade;
+    m_parts->edits.whenEnded(&editor(), [&](bool made) { isMade = made; });
+    makeSteps(1);
+    m_parts->documents.close(&editor());
+    QCOMPARE(isMade, false);
+    m_parts->steps.runAll();
+    settle();
+    QVERIFY(m_parts->documents.editors().isEmpty());
+}
+
+void LongEditClosingTest::sessionEndWaits()
+{
+    begin();
+    makeStepsInTheLoop();
+    m_parts->closer.waitForWork();
+    QVERIFY(editor().text() == m_moved);
+    QVERIFY(editor().edited());
+}
+
+void LongEditClosingTest::staysWhereClosingIsCancelled()
+{
+    begin();
+    const MessageBoxes boxes({ u"Cancel"_s });
+    m_parts->closer.askAndClose();
+    QCOMPARE(boxes.count(), 0);
+    m_parts->steps.runAll();
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY(editor().text() == m_moved);
+}
+
+REGISTER_TEST(runFormTest<LongEditClosingTest>)
+#include "longeditclosing_test.moc"
