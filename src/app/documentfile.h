@@ -21,8 +21,8 @@ inline FileStamp fileNow(const ctlEditer &editor)
     return stampOf(FileName::toBytes(fullName(editor)), FileCalls::system());
 }
 
-/// A document that nobody would miss: never saved and not edited.
+/// A document that nobody would miss: never saved, not edited, and no text is on its way into it.
 inline bool isFresh(const ctlEditer &editor)
 {
-    return !hasFile(editor) && !editor.edited();
+    return !hasFile(editor) && !editor.edited() && !editor.document().isHeld();
 }

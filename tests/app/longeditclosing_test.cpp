@@ -2,6 +2,7 @@
 #include "tests/filedialog/formtest.h"
 #include "tests/testprogram.h"
 
+#include <QClipboard>
 #include <QTest>
 #include <QTimer>
 
@@ -33,6 +34,7 @@ private slots:
     void closedOtherwiseIsGivenUp();
     void sessionEndWaits();
     void staysWhereClosingIsCancelled();
+    void freshDocumentIsNotReplaced();
 
 private:
     ctlEditer &editor() const { return *m_parts->documents.current(); }
@@ -181,6 +183,23 @@ void LongEditClosingTest::staysWhereClosingIsCancelled()
     m_parts->steps.runAll();
     QCOMPARE(boxes.count(), 1);
     QVERIFY(editor().text() == m_moved);
+}
+
+/// A file that is opened comes into another tab.
+void LongEditClosingTest::freshDocumentIsNotReplaced()
+{
+    QGuiApplication::clipboard()->setText(m_text);
+    ctlEditer *const fresh = m_parts->documents.add();
+    m_parts->documents.present(fresh);
+    fresh->paste();
+    makeSteps(1);
+    m_parts->files.write(u"b.txt"_s, m_text.toLatin1());
+    m_parts->loader.openChosen(fresh, { m_parts->files.folder(), u"b.txt"_s });
+    QVERIFY(&editor() != fresh);
+    m_parts->steps.runAll();
+    QVERIFY(fresh->text() == m_text);
+    QVERIFY(editor().text() == m_text);
+    QCOMPARE(editor().name(), u"b.txt"_s);
 }
 
 REGISTER_TEST(runFormTest<LongEditClosingTest>)
