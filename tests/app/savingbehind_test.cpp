@@ -16,7 +16,7 @@ QByteArray longContent()
     return QByteArray("a line of a long text\n").repeated(120'000);
 }
 
-constexpr int allSteps = 4; ///< of writing it
+constexpr int allSteps = 5; ///< of writing it
 
 } // namespace
 
