@@ -130,7 +130,7 @@ bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
     m_loader.stopReplacing(editor);
     if (m_edits.isUnderWay(editor))
         m_documents.setCurrent(editor);
-    if (!waitForEdit(editor))
+    if (!waitForEdit(editor) || !m_documents.editors().contains(editor))
         return false;
     if (edits == EditsAtClosing::Save && !m_saver.isSaving(editor) && !m_saver.save(editor))
         return false;

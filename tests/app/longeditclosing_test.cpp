@@ -31,6 +31,7 @@ private slots:
     void closingWaits();
     void closingStaysAfterAStop();
     void closedTwiceIsAskedAboutOnce();
+    void quitTwice();
     void closedOtherwiseIsGivenUp();
     void sessionEndWaits();
     void staysWhereClosingIsCancelled();
@@ -150,6 +151,24 @@ void LongEditClosingTest::closedTwiceIsAskedAboutOnce()
     m_parts->steps.runAll();
     QVERIFY(m_parts->documents.editors().isEmpty());
     QCOMPARE(boxes.count(), 1);
+}
+
+/// The second order closes the document that the first one waits for.
+void LongEditClosingTest::quitTwice()
+{
+    begin();
+    m_parts->jobs.fewest = qint64{ 1 } << 40; // a save is made in one go
+    bool isClosed = false;
+    QMetaObject::invokeMethod(
+        this,
+        [&] {
+            makeStepsInTheLoop();
+            isClosed = m_parts->closer.closeAll(EditsAtClosing::Save);
+        },
+        Qt::QueuedConnection);
+    QVERIFY(m_parts->closer.closeAll(EditsAtClosing::Save));
+    QVERIFY(isClosed);
+    QVERIFY(m_parts->files.read(u"a.txt"_s) == m_moved.toLatin1());
 }
 
 void LongEditClosingTest::closedOtherwiseIsGivenUp()
