@@ -1,13 +1,14 @@
 #pragma once
 
-#include "settings/sessionfiles.h"
+#include "app/sessionopening.h"
 
 #include <QObject>
 #include <QTimer>
 
+#include <optional>
+
 class DocumentArea;
 class DocumentLoader;
-class ctlEditer;
 
 /// Has the files open again that were open when the program last ended, where the settings want that: in
 /// their order, each where its cursor and view were, and in the code that its user has chosen.
@@ -16,11 +17,11 @@ class ctlEditer;
 class LastSession : public QObject {
     Q_OBJECT
 public:
-    /// A child of the documents.
+    /// Not owned, and live longer.
     LastSession(DocumentArea &documents, DocumentLoader &loader);
 
-    /// Opens them, the first time it is called. Files that are not there any more, or cannot be read, are
-    /// passed over.
+    /// Begins to open them, the first time it is called; requests come behind them. Files that are not there
+    /// any more, or cannot be read, are passed over.
     void open();
     /// The documents are about to be closed because the program ends: what is open now counts, until a
     /// document is made.
@@ -35,11 +36,11 @@ public:
 private:
     SessionFiles openFiles() const;
     void noteChange();
-    void restore(ctlEditer *editor, const SessionFile &file);
 
     DocumentArea &m_documents;
     DocumentLoader &m_loader;
     QTimer m_soon; ///< runs while something has changed that is not written
     bool m_hasOpened = false;
+    std::optional<SessionOpening> m_opening; ///< while they are opened
     std::optional<SessionFiles> m_atEnd; ///< set while the documents are being closed
 };

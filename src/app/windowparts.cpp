@@ -40,7 +40,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , statusLine(*new StatusLine(documents, loader, saver))
     , documentJournals(documents, journals)
     , recovery(window, documents, loader, journals)
-    , lastSession(*new LastSession(documents, loader))
+    , lastSession(documents, loader)
     , sessionEnd(documents, closer, journals)
     , lastWrites(documents, loader, saver, places, journals)
     , search(window, documents, jobs)

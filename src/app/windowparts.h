@@ -66,7 +66,7 @@ struct WindowParts {
     RecoveryJournals journals;
     DocumentJournals documentJournals;
     Recovery recovery;
-    LastSession &lastSession; // hears of the end before who closes documents then
+    LastSession lastSession; // hears of the end before who closes documents then
     SessionEnd sessionEnd;
     LastWrites lastWrites;
     SearchRuns search;

@@ -98,6 +98,11 @@ void QPEApplication::holdRequests(bool hold)
     m_requests->setHeld(hold);
 }
 
+void QPEApplication::postponeRequests(bool postpone)
+{
+    m_requests->setPostponed(postpone);
+}
+
 void QPEApplication::dropRequests()
 {
     m_requests->drop();
@@ -112,7 +117,7 @@ bool QPEApplication::isBusy()
 bool QPEApplication::hasRequests()
 {
     const auto *application = qobject_cast<QPEApplication *>(instance());
-    return application && !application->m_requests->isEmpty();
+    return application && application->m_requests->isAwaitingFiles();
 }
 
 void QPEApplication::setEndOpen(bool open)

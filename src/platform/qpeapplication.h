@@ -42,7 +42,7 @@ public:
     /// Whether a modal dialog is open or requests are held: nobody may act on the window behind that. Keys
     /// and mouse do not get there anyway; what assistive technology asks for does, and has to be refused.
     static bool isBusy();
-    /// Whether files wait to be opened.
+    /// Whether files wait to be opened, requests or others that stand before them.
     static bool hasRequests();
 
     /// Whether it is open if the program ends, because its user is being asked; each true has its false.
@@ -53,6 +53,8 @@ public:
     /// A file to open, absolute.
     void request(const QString &fileName) { request(FileRequest{ fileName }); }
     void request(const FileRequest &request);
+    /// Requests wait until others have been opened, which stand before them.
+    void postponeRequests(bool postpone);
     /// None of the requests that wait is delivered.
     void dropRequests();
     /// Ends the process from wherever it is, without a question and without closing a window, whatever is

@@ -29,6 +29,12 @@ void RequestQueue::setHeld(bool held)
     schedule();
 }
 
+void RequestQueue::setPostponed(bool postponed)
+{
+    m_postponed = postponed;
+    schedule();
+}
+
 void RequestQueue::drop()
 {
     m_requests.clear();
@@ -51,7 +57,8 @@ bool RequestQueue::isReady()
 {
     if (!m_wasOnScreen && m_receiver && m_receiver->windowHandle())
         m_wasOnScreen = m_receiver->windowHandle()->isExposed();
-    return m_wasOnScreen && m_receiver && !isBusy() && !m_delivering && !QApplication::activePopupWidget();
+    return m_wasOnScreen && m_receiver && !m_postponed && !isBusy() && !m_delivering
+        && !QApplication::activePopupWidget();
 }
 
 // A dialog's end is not enough to go by: it comes before exec() has returned to its caller.

@@ -25,10 +25,12 @@ public:
     /// Not owned; may be destroyed while requests wait.
     void setReceiver(QWidget *window);
     void setHeld(bool held);
+    /// They wait for others to be opened first; unlike when they are held nothing is in anybody's way.
+    void setPostponed(bool postponed);
     /// Whether a modal dialog is open or requests are held.
     bool isBusy() const;
     void add(const FileRequest &request);
-    bool isEmpty() const { return m_requests.isEmpty(); }
+    bool isAwaitingFiles() const { return m_postponed || !m_requests.isEmpty(); }
     /// None of those that wait is delivered.
     void drop();
 
@@ -49,6 +51,7 @@ private:
     QTimer m_nextTurn;
     bool m_wasOnScreen = false;
     bool m_held = false;
+    bool m_postponed = false;
     bool m_scheduled = false;
     bool m_delivering = false;
 };

@@ -65,6 +65,7 @@ private slots:
     void request_waitsWhileHeld();
     void request_waitsForTheDialogOfAnother();
     void request_withoutWindowAnyMore_isNoHarm();
+    void requests_waitForOthersThatStandBefore();
     void requests_thatAreDropped_areNotDelivered();
     void requests_areCountedWhileTheyAreDelivered();
     void showMainWidget_maximises();
@@ -262,6 +263,21 @@ void RequestQueueTest::showMainWidget_maximises()
     application()->showMainWidget(&window);
     QVERIFY(window.isVisible());
     QVERIFY(window.isMaximized());
+}
+
+/// Nothing is in the way of commands meanwhile.
+void RequestQueueTest::requests_waitForOthersThatStandBefore()
+{
+    Window window;
+    application()->showMainWidget(&window, true);
+    application()->postponeRequests(true);
+    QVERIFY(QPEApplication::hasRequests());
+    application()->request(u"/a"_s);
+    settle();
+    QVERIFY(window.log.isEmpty());
+    QVERIFY(!QPEApplication::isBusy());
+    application()->postponeRequests(false);
+    QTRY_COMPARE(window.log, QStringList{ u"/a"_s });
 }
 
 void RequestQueueTest::requests_thatAreDropped_areNotDelivered()
