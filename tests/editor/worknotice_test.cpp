@@ -102,6 +102,7 @@ void WorkNoticeTest::saysHowFarItIs()
     begin(WorkNotice::Work::Saving);
     m_notice->setProgress(7);
     QCOMPARE(text(), u"Saving: 7%"_s);
+    m_notice.reset();
     begin(WorkNotice::Work::Indenting);
     QCOMPARE(text(), u"Indenting…"_s);
 }
