@@ -103,10 +103,3 @@ RewrittenBytes RewrittenCount::with(ReturnCode returnCode) const
         return { m_nuls, m_lineFeeds - m_both, m_returns - m_both };
     return { m_nuls, returnCode == ReturnCode::Cr ? m_lineFeeds : 0, 0 };
 }
-
-RewrittenBytes countRewritten(QByteArrayView bytes, ReturnCode returnCode)
-{
-    RewrittenCount count;
-    count.add(bytes);
-    return count.with(returnCode);
-}

@@ -25,6 +25,3 @@ private:
     qint64 m_both = 0; ///< LFs behind a CR
     char m_last = 0;
 };
-
-/// The same for bytes that are there at once.
-RewrittenBytes countRewritten(QByteArrayView bytes, ReturnCode returnCode);

@@ -8,6 +8,7 @@
 #include "tests/codec/nastybytes.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/document/documentfolder.h"
+#include "tests/document/rewrittenbytes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
 #include "tests/text/textalphabet.h"

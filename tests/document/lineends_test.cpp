@@ -2,6 +2,7 @@
 
 #include "document/textdocument.h"
 #include "tests/document/documentfolder.h"
+#include "tests/document/rewrittenbytes.h"
 #include "tests/testprogram.h"
 
 #include <QTest>
