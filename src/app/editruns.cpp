@@ -108,7 +108,8 @@ bool EditRuns::indent(ctlEditer &editor, TextRange lines, Indentation direction)
 bool EditRuns::paste(ctlEditer &editor, const BroughtText &brought)
 {
     const TextStore &store = std::as_const(editor).document().store();
-    const bool isThere = brought.from == BroughtText::From::Document && store.hasMeasured(brought.piece);
+    const bool isThere =
+        brought.from == BroughtText::From::Document && brought.piece.isMeasuredBy(store.layout());
     if (brought.length() < m_jobs.fewest || isThere)
         return false;
     if (!editor.document().requestChange())

@@ -38,6 +38,13 @@ bool TextPiece::isPlainText() const
     return !m_root || (m_root.get()->height == 0 && !static_cast<const TextLeaf &>(*m_root.get()).spellings);
 }
 
+bool TextPiece::isMeasuredBy(const TextLayout &layout) const
+{
+    return isPlainText()
+        || (m_root.get()->height > 0
+            && static_cast<const TextInner &>(*m_root.get()).stamp == layout.stamp());
+}
+
 qint64 TextPiece::length() const
 {
     if (!m_root)

@@ -1,6 +1,5 @@
 #include "text/textstore.h"
 
-#include "text/graphemes.h"
 #include "text/layoutchange.h"
 #include "text/layoutcopy.h"
 #include "text/leafchunk.h"
@@ -288,13 +287,6 @@ void TextStore::insert(Offset offset, const TextPiece &piece)
         return replace(offset, 0, piece.text());
     Q_ASSERT(piece.m_sizes == d->layout.sizes());
     d->put(offset, 0, treeUnder(piece.m_root, d->layout));
-}
-
-bool TextStore::hasMeasured(const TextPiece &piece) const
-{
-    return piece.isPlainText()
-        || (piece.m_root.get()->height > 0
-            && static_cast<const TextInner &>(*piece.m_root.get()).stamp == d->layout.stamp());
 }
 
 void TextStore::append(TextStore &&other)

@@ -134,8 +134,6 @@ public:
     /// rule has not been set since, else its text is measured. The piece is not used up, nor is more than a
     /// leaf of its text copied.
     void insert(Offset offset, const TextPiece &piece);
-    /// Putting the piece in measures nothing.
-    bool hasMeasured(const TextPiece &piece) const;
     /// Puts another store, of nodes of the same sizes, behind this one, with what stood behind its text: what
     /// comes of a text that is built in parts, wherever it was cut. O(log n) if it was built by a copy of
     /// this one's layout, else its text is measured.
@@ -202,6 +200,9 @@ public:
     bool measure(LayoutChange &change, QDeadlineTimer end) const;
     /// The store has that layout now.
     void setLayout(const LayoutChange &change);
+
+    /// A store of that layout measures nothing when the piece is put in.
+    bool isMeasuredBy(const TextLayout &layout) const;
 
     /// For whoever reads the nodes themselves; null for an empty piece.
     const TextNode *root() const { return m_root.get(); }
