@@ -2,6 +2,7 @@
 
 #include "editor/ctlediter.h"
 #include "editor/noticequeue.h"
+#include "platform/turnlength.h"
 #include "settings/settings.h"
 
 #include <QDeadlineTimer>
@@ -12,9 +13,6 @@
 using namespace std::chrono_literals;
 
 namespace {
-
-/// The event loop is not kept for longer while there is more to take.
-constexpr auto longestTurn = 8ms;
 
 FileReading::Request requestFor(const FileChoice &file, const ArrivingFile::As &as)
 {

@@ -1,17 +1,11 @@
 #include "app/textfreeing.h"
 
 #include "platform/freememory.h"
+#include "platform/turnlength.h"
 
 #include <chrono>
 
 using namespace std::chrono_literals;
-
-namespace {
-
-/// The event loop is not kept for longer while there is more to free.
-constexpr auto longestFreeing = 8ms;
-
-} // namespace
 
 TextFreeing::TextFreeing()
 {
@@ -23,7 +17,7 @@ TextFreeing::TextFreeing()
 /// One turn.
 void TextFreeing::goOn()
 {
-    if (!m_bin.empty(QDeadlineTimer(longestFreeing)))
+    if (!m_bin.empty(QDeadlineTimer(longestTurn)))
         return;
     m_turns.stop();
     giveBackSoon();

@@ -1,13 +1,13 @@
 #include "platform/requestqueue.h"
 
+#include "platform/turnlength.h"
+
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QScopedValueRollback>
 #include <QWidget>
 #include <QWindow>
-
-#include <chrono>
 
 RequestQueue::RequestQueue(QObject *parent)
     : QObject(parent)
@@ -89,7 +89,6 @@ void RequestQueue::schedule()
 /// Those that come by the hundred let others have their turn in between.
 void RequestQueue::deliver()
 {
-    constexpr std::chrono::milliseconds longestTurn{ 8 };
     const QDeadlineTimer end(longestTurn);
     m_scheduled = false;
     while (!m_requests.isEmpty() && isReady()) {

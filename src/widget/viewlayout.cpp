@@ -1,6 +1,7 @@
 #include "widget/viewlayout.h"
 
 #include "document/editabletext.h"
+#include "platform/turnlength.h"
 #include "widget/cursorfollowers.h"
 #include "widget/rowupdates.h"
 #include "widget/textcursor.h"
@@ -12,17 +13,7 @@
 #include <QEvent>
 #include <QWidget>
 
-#include <chrono>
 #include <utility>
-
-using namespace std::chrono_literals;
-
-namespace {
-
-/// The event loop is not kept for longer while there is more to measure.
-constexpr auto longestTurn = 8ms;
-
-} // namespace
 
 ViewLayout::ViewLayout(QWidget &editor, EditableText &document, RowFormat &format, TextCursor &cursor,
     TextView &view, RowUpdates &updates, ViewScroller &scroller, CursorFollowers &followers)
