@@ -74,7 +74,7 @@ void screenOfShapedText(benchmark::State &state)
     paintScreen(state, shapedText(1000));
 }
 
-void screenOfMarks(benchmark::State &state)
+void screenOfHexBoxes(benchmark::State &state)
 {
     paintScreen(state, (QString(70, QChar(0xdc80)) + u'\n').repeated(1000));
 }
@@ -98,7 +98,7 @@ void oneRowOfOneLongLine(benchmark::State &state)
 
 BENCHMARK(screenOfMixedText)->Unit(benchmark::kMillisecond);
 BENCHMARK(screenOfShapedText)->Unit(benchmark::kMillisecond);
-BENCHMARK(screenOfMarks)->Unit(benchmark::kMillisecond);
+BENCHMARK(screenOfHexBoxes)->Unit(benchmark::kMillisecond);
 BENCHMARK(oneRow)->Unit(benchmark::kMicrosecond);
 BENCHMARK(oneRowOfOneLongLine)->Unit(benchmark::kMicrosecond);
 

@@ -6,9 +6,9 @@
 
 struct XXH3_state_s;
 
-/// Hashes bytes that come in pieces; the pieces do not matter. Tells contents that differ apart, and is no
-/// guard against somebody who means to deceive; the same in every process. Cost: memory speed, far above that
-/// of disks.
+/// Hashes bytes that come in parts; how they were cut does not matter. Tells contents that differ apart, and
+/// is no guard against somebody who means to deceive; the same in every process. Cost: memory speed, far
+/// above that of disks.
 ///
 /// The end of what came can be asked for alone, so that of a large file which has grown only the end of what
 /// was there is to be read again.

@@ -116,7 +116,7 @@ class AtSpiTest(unittest.TestCase):
     def press(self, *keys):
         run('xdotool', 'key', *keys)
 
-    def test_text_cursor_and_marks(self):
+    def test_text_cursor_and_selection(self):
         self.start('こんにちは\nsecond line\nthird'.encode('utf-8'))
         text = self.edit.queryText()
         self.assertEqual(text.getText(0, -1), 'こんにちは\nsecond line\nthird')
@@ -130,13 +130,13 @@ class AtSpiTest(unittest.TestCase):
         wait_for(lambda: text.caretOffset == 7, 'the cursor in the second line')
         wait_for(lambda: self.listener.has('caret-moved', 7), 'the cursor to be told')
         self.press('shift+Right', 'shift+Right')
-        wait_for(lambda: text.getNSelections() == 1 and tuple(text.getSelection(0)) == (7, 9), 'the marked text')
-        wait_for(lambda: self.listener.has('selection-changed'), 'the marked text to be told')
+        wait_for(lambda: text.getNSelections() == 1 and tuple(text.getSelection(0)) == (7, 9), 'the selection')
+        wait_for(lambda: self.listener.has('selection-changed'), 'the selection to be told')
 
         text.setCaretOffset(2)
         wait_for(lambda: text.caretOffset == 2 and text.getNSelections() == 0, 'the cursor to be put')
         text.addSelection(0, 5)
-        wait_for(lambda: text.getNSelections() == 1 and tuple(text.getSelection(0)) == (0, 5), 'the text to be marked')
+        wait_for(lambda: text.getNSelections() == 1 and tuple(text.getSelection(0)) == (0, 5), 'the text to be selected')
         first, second = (text.getCharacterExtents(at, pyatspi.DESKTOP_COORDS) for at in (6, 7))
         self.assertAlmostEqual(first[0] + first[2], second[0], delta=2)
         self.assertEqual(text.getOffsetAtPoint(first[0] + 2, first[1] + 2, pyatspi.DESKTOP_COORDS), 6)

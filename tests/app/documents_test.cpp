@@ -30,7 +30,7 @@ private slots:
 
     void editStatesFollowTheDocument();
     void otherEditorsChangeTheStatesToo();
-    void undoingAllRemovesTheMark();
+    void undoingAllLeavesItUnedited();
 };
 
 void DocumentsTest::init()
@@ -293,7 +293,7 @@ void DocumentsTest::otherEditorsChangeTheStatesToo()
     QCOMPARE(window.editStates(), u"----"_s);
 }
 
-void DocumentsTest::undoingAllRemovesTheMark()
+void DocumentsTest::undoingAllLeavesItUnedited()
 {
     const TestFiles files;
     TestWindow window;

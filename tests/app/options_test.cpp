@@ -94,7 +94,7 @@ private slots:
     void recordsPlacesOfDocumentsNotShownAgain();
     void wrapsDocumentsNotShownAtTheirWidth();
     void wrapsBesideTheNewRowNumbers();
-    void keepsEditedMarks();
+    void editedDocumentsStaySo();
     void keepsUndoHistory();
     void manyDocumentsKeepTheirPlaces();
     void repaintsTheShownDocument();
@@ -391,7 +391,7 @@ void OptionsTest::wrapsBesideTheNewRowNumbers()
     QCOMPARE(editor->xOffset(), 0);
 }
 
-void OptionsTest::keepsEditedMarks()
+void OptionsTest::editedDocumentsStaySo()
 {
     TestWindow window;
     QVERIFY(window.open());

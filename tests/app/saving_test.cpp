@@ -57,7 +57,7 @@ private slots:
     void saveOfANewDocumentAsksForAName();
     void saveAsCancelledWritesNothing();
     void saveAsTakesNameAndCodes();
-    void failedSaveKeepsTheMark();
+    void failedSaveLeavesItEdited();
     void failedSaveAsShowsTheCodesTaken();
     void failedSaveAsComesAgain_data();
     void failedSaveAsComesAgain();
@@ -143,7 +143,7 @@ void SavingTest::saveAsTakesNameAndCodes()
     QCOMPARE(window.windowTitle(), u"Marlo!Pad QT  [EUC][CR]"_s);
 }
 
-void SavingTest::failedSaveKeepsTheMark()
+void SavingTest::failedSaveLeavesItEdited()
 {
     const TestFiles files;
     TestWindow window;

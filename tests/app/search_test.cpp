@@ -37,7 +37,7 @@ private slots:
     void replacementHoldsNoEscapedByte();
     void undoesOneReplacement();
     void stopsAndSpeedsUp();
-    void speedingUpLeavesTheMark();
+    void speedingUpLeavesItEdited();
     void lettingNothingIn();
     void nothingToDo();
     void requestOutlivesPanelAndDocument();
@@ -230,7 +230,7 @@ void SearchTest::stopsAndSpeedsUp()
 }
 
 /// Also when it is told at the first replacement, whose signals are the last.
-void SearchTest::speedingUpLeavesTheMark()
+void SearchTest::speedingUpLeavesItEdited()
 {
     editor().setText(QStringLiteral("x").repeated(1000));
     editor().setEdited(false);

@@ -45,10 +45,10 @@ void ContentHashTest::doesNotMindThePieces()
         const ContentHash start = contentHashOf(QByteArray(before, 's'));
         ContentHash whole = start;
         whole.add(bytes);
-        for (const qsizetype piece : { 1, 7, 31, 32, 33, 4096, 9000 }) {
+        for (const qsizetype part : { 1, 7, 31, 32, 33, 4096, 9000 }) {
             ContentHash hash = start;
-            for (qsizetype at = 0; at < bytes.size(); at += piece)
-                hash.add(QByteArrayView(bytes).sliced(at, qMin(piece, bytes.size() - at)));
+            for (qsizetype at = 0; at < bytes.size(); at += part)
+                hash.add(QByteArrayView(bytes).sliced(at, qMin(part, bytes.size() - at)));
             QCOMPARE(hash.value(), whole.value());
             QCOMPARE(hash.endValue(), whole.endValue());
             QCOMPARE(hash.size(), before + bytes.size());

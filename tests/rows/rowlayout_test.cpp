@@ -102,23 +102,23 @@ const QStringList &alphabet()
     return all;
 }
 
-QString randomText(quint32 seed, int pieces)
+QString randomText(quint32 seed, int parts)
 {
     QRandomGenerator random(seed);
     QString text;
-    for (int i = 0; i < pieces; ++i)
+    for (int i = 0; i < parts; ++i)
         text += alphabet().at(random.bounded(int(alphabet().size())));
     return text;
 }
 
-void addTexts(int count, int pieces)
+void addTexts(int count, int parts)
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<qreal>("scale");
     const quint32 first = seedOr(1);
     for (quint32 seed = first; seed < first + quint32(count); ++seed) {
         const qreal scale = scales[seed % std::size(scales)];
-        QTest::addRow("seed %u at scale %g", seed, scale) << randomText(seed, pieces) << scale;
+        QTest::addRow("seed %u at scale %g", seed, scale) << randomText(seed, parts) << scale;
     }
 }
 

@@ -395,13 +395,13 @@ private slots:
         QFETCH(quint32, seed);
         QRandomGenerator random(seed);
         const auto below = [&](qsizetype bound) { return random.bounded(static_cast<int>(bound)); };
-        static const QByteArrayList pieces = { "[", "]", "=", "\n", "\r\n", "a", "bb", "[g]\n", "[h]\r\n",
+        static const QByteArrayList parts = { "[", "]", "=", "\n", "\r\n", "a", "bb", "[g]\n", "[h]\r\n",
             "\na = ", "\nbb=", "\t", " ", "\n[]\n", "\xFF", "\xEF\xBB\xBF" };
         static const QStringList keys = { u"a"_s, u"bb"_s, u"a b"_s, u"あ"_s };
         for (int step = 0; step < 200; ++step) {
             QByteArray contents = below(8) ? "" : "\xEF\xBB\xBF";
             for (int i = below(16); i > 0; --i)
-                contents += pieces[below(pieces.size())];
+                contents += parts[below(parts.size())];
             const QString group = QStringList{ u""_s, u"g"_s, u"h"_s, u"new"_s }[below(4)];
             KeyFile atOnce(contents), oneByOne(contents);
             QList<KeyFile::Entry> entries;
@@ -495,12 +495,12 @@ private slots:
         QRandomGenerator random(seed);
         const auto below = [&](int bound) { return static_cast<int>(random.bounded(bound)); };
         const auto randomText = [&] {
-            static const QStringList pieces = { u"a"_s, u" "_s, u"="_s, u"["_s, u"]"_s, u"\n"_s, u"\r"_s,
+            static const QStringList parts = { u"a"_s, u" "_s, u"="_s, u"["_s, u"]"_s, u"\n"_s, u"\r"_s,
                 u"\\"_s, u"\""_s, u"あ"_s, u"🐟"_s, u"\t"_s, QChar(u'\xDC83'), QChar(u'\xDCC0'),
                 QChar(u'\xDC8A'), QChar(u'\xD800'), QChar(u'\0'), u"#"_s };
             QString text;
             for (int i = below(6); i > 0; --i)
-                text += pieces[below(static_cast<int>(pieces.size()))];
+                text += parts[below(static_cast<int>(parts.size()))];
             return text;
         };
         const QByteArray foreign = "junk \xFF\n[other]\nk1 = \x83\n";
