@@ -77,9 +77,8 @@ set(MARLOPAD_BUSY_TEST 2)
 
 # marlopad_test(NAME [OF TEST] [ON x|wayland] [ENVIRONMENT VARIABLE=VALUE…]): one CTest test, labelled with its folder.
 # NAME.cpp, which may stand in another folder, joins the program of this one; with OF it is another test's file, run once
-# more. It runs without a screen, on a
-# virtual X display with a window manager, or on a Wayland compositor, where no window is ever active, as there are no
-# keys and no pointer.
+# more. It runs without a screen, on a virtual X display with a window manager, or on a Wayland compositor, where no
+# window is ever active, as there are no keys and no pointer.
 function(marlopad_test file)
     cmake_parse_arguments(arg "" "OF;ON" "ENVIRONMENT" ${ARGN})
     get_filename_component(name ${file} NAME)

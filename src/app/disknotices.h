@@ -10,7 +10,6 @@ class DocumentArea;
 class DocumentLoader;
 class DocumentSaver;
 class ctlEditer;
-struct Notice;
 
 /// Tells the user what other programs do to the files of documents, and offers to read it, to keep what the
 /// document has, to see both, or to follow a file that grows.

@@ -6,7 +6,6 @@
 #include <optional>
 
 class NoticeQueue;
-struct Notice;
 
 /// Tells in the strip what is done behind the window, to a document or by the program, and how far it is, and
 /// offers to stop it. Goes with the work. Assistive tools hear of its beginning, of each quarter and of its

@@ -11,8 +11,6 @@
 #include <optional>
 
 class QComboBox;
-class QGridLayout;
-class QLabel;
 class QLineEdit;
 class QMenu;
 class QToolButton;

@@ -5,7 +5,6 @@
 #include <functional>
 
 class CursorMoves;
-class QMimeData;
 class TextCursor;
 class TextEdits;
 class TextExchange;
