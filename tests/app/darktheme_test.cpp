@@ -54,7 +54,7 @@ double luminanceOf(QRgb color)
 /// As the rules for readable pages count it, from 1 to 21.
 double contrast(QRgb one, QRgb other)
 {
-    const auto [low, high] = std::minmax(luminanceOf(one), luminanceOf(other));
+    const auto [low, high] = std::minmax({ luminanceOf(one), luminanceOf(other) });
     return (high + 0.05) / (low + 0.05);
 }
 
