@@ -2,6 +2,6 @@
 
 #include <chrono>
 
-/// For work in the window's thread that goes on in turns: the event loop is not kept for longer by one of them.
-/// Half a frame of a screen of 60 Hz.
+/// For work in the window's thread that goes on in turns: the event loop is not kept for longer by one of
+/// them. Half a frame of a screen of 60 Hz.
 constexpr std::chrono::milliseconds longestTurn{ 8 };
