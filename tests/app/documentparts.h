@@ -10,6 +10,8 @@
 #include "tests/app/testwindow.h"
 #include "tests/jobs/steppedrunner.h"
 
+#include <QTimer>
+
 /// The documents of a window and what opens, saves and closes them, without a main window. Settings and state
 /// are those of a first start.
 struct DocumentParts {
@@ -35,6 +37,26 @@ struct DocumentParts {
         return texts;
     }
 
+    void makeSteps(int count)
+    {
+        while (count-- > 0)
+            QVERIFY(steps.step());
+    }
+    /// While a command waits, whenever the event loop comes round.
+    void makeStepsInTheLoop()
+    {
+        m_stepping.callOnTimeout(&m_stepping, [this] { steps.step(); });
+        m_stepping.start(0);
+    }
+    bool isStrip(const ctlEditer *editor) const { return documents.notices().has(NoticeKind::Work, editor); }
+    void pressStop(const ctlEditer *editor) const
+    {
+        const Notice *const notice = documents.notices().heaviest(editor);
+        QVERIFY(notice);
+        const auto act = notice->offers.front().act;
+        act();
+    }
+
     QList<FileChoice> choices; ///< what the file dialog is left with, in turn; cancelled when there is none
     QList<FileChoice> starts; ///< what it was opened with
 
@@ -55,4 +77,7 @@ struct DocumentParts {
     DocumentSaver saver{ window, dialogs, documents, places, jobs };
     EditRuns edits{ documents, jobs };
     DocumentCloser closer{ window, documents, loader, saver, edits, places };
+
+private:
+    QTimer m_stepping;
 };

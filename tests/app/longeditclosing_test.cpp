@@ -4,7 +4,6 @@
 
 #include <QClipboard>
 #include <QTest>
-#include <QTimer>
 
 #include <optional>
 
@@ -45,26 +44,9 @@ private:
         QTest::keyClick(&editor(), Qt::Key_Tab, Qt::ShiftModifier);
         QVERIFY(editor().document().isHeld());
     }
-    void makeSteps(int steps)
-    {
-        while (steps-- > 0)
-            QVERIFY(m_parts->steps.step());
-    }
-    void makeStepsInTheLoop()
-    {
-        m_stepping.callOnTimeout(this, [this] { m_parts->steps.step(); });
-        m_stepping.start(0);
-    }
-    bool isStrip() const { return m_parts->documents.notices().has(NoticeKind::Work, &editor()); }
-    void pressStop()
-    {
-        const auto act = m_parts->documents.notices().heaviest(&editor())->offers.front().act;
-        act();
-    }
     void close(Closing how);
     bool isAsBefore() const { return editor().text() == m_text && !editor().document().isHeld(); }
 
-    QTimer m_stepping;
     const QString m_moved = u"a line of a block that is too long to be moved in one go\n"_s.repeated(24'000);
     const QString m_text = QString(m_moved).replace(u"a line"_s, u"\ta line"_s);
     std::unique_ptr<DocumentParts> m_parts;
@@ -79,8 +61,6 @@ void LongEditClosingTest::init()
 
 void LongEditClosingTest::cleanup()
 {
-    m_stepping.stop();
-    m_stepping.disconnect();
     m_parts.reset();
 }
 
@@ -100,7 +80,7 @@ void LongEditClosingTest::closingWaits_data()
 
 void LongEditClosingTest::close(Closing how)
 {
-    makeStepsInTheLoop();
+    m_parts->makeStepsInTheLoop();
     if (how == Closing::Quit || how == Closing::QuitSaved)
         QVERIFY(m_parts->closer.closeAll(how == Closing::Quit ? EditsAtClosing::Ask : EditsAtClosing::Save));
     else
@@ -114,7 +94,7 @@ void LongEditClosingTest::closingWaits()
     QFETCH(Closing, how);
     QFETCH(int, steps);
     begin();
-    makeSteps(steps);
+    m_parts->makeSteps(steps);
     m_parts->jobs.fewest = qint64{ 1 } << 40; // a save is made in one go
     const MessageBoxes boxes({ how == Closing::Unsaved ? u"No"_s : u"Yes"_s });
     close(how);
@@ -128,15 +108,15 @@ void LongEditClosingTest::closingStaysAfterAStop()
     const MessageBoxes boxes;
     begin();
     m_parts->closer.askAndClose();
-    QTRY_VERIFY(isStrip());
-    pressStop();
+    QTRY_VERIFY(m_parts->isStrip(&editor()));
+    m_parts->pressStop(&editor());
     m_parts->steps.runAll();
     settle();
     QVERIFY(isAsBefore());
     begin();
-    QTRY_VERIFY(isStrip());
+    QTRY_VERIFY(m_parts->isStrip(&editor()));
     QMetaObject::invokeMethod(
-        this, [this] { pressStop(); }, Qt::QueuedConnection);
+        this, [this] { m_parts->pressStop(&editor()); }, Qt::QueuedConnection);
     QVERIFY(!m_parts->closer.closeAll(EditsAtClosing::Ask));
     QVERIFY(isAsBefore());
     QCOMPARE(boxes.count(), 0);
@@ -162,7 +142,7 @@ void LongEditClosingTest::quitTwice()
     QMetaObject::invokeMethod(
         this,
         [&] {
-            makeStepsInTheLoop();
+            m_parts->makeStepsInTheLoop();
             isClosed = m_parts->closer.closeAll(EditsAtClosing::Save);
         },
         Qt::QueuedConnection);
@@ -176,7 +156,7 @@ void LongEditClosingTest::closedOtherwiseIsGivenUp()
     begin();
     std::optional<bool> isMade;
     m_parts->edits.whenEnded(&editor(), [&](bool made) { isMade = made; });
-    makeSteps(1);
+    m_parts->makeSteps(1);
     m_parts->documents.close(&editor());
     QCOMPARE(isMade, false);
     m_parts->steps.runAll();
@@ -187,7 +167,7 @@ void LongEditClosingTest::closedOtherwiseIsGivenUp()
 void LongEditClosingTest::sessionEndWaits()
 {
     begin();
-    makeStepsInTheLoop();
+    m_parts->makeStepsInTheLoop();
     m_parts->closer.waitForWork();
     QVERIFY(editor().text() == m_moved);
     QVERIFY(editor().edited());
@@ -211,7 +191,7 @@ void LongEditClosingTest::freshDocumentIsNotReplaced()
     ctlEditer *const fresh = m_parts->documents.add();
     m_parts->documents.present(fresh);
     fresh->paste();
-    makeSteps(1);
+    m_parts->makeSteps(1);
     m_parts->files.write(u"b.txt"_s, m_text.toLatin1());
     m_parts->loader.openChosen(fresh, { m_parts->files.folder(), u"b.txt"_s });
     QVERIFY(&editor() != fresh);

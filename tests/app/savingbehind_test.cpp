@@ -66,30 +66,7 @@ private:
         return editor;
     }
     QByteArray read(const QString &name) const { return m_parts->files.read(name); }
-    bool isStrip(const ctlEditer *editor) const
-    {
-        return m_parts->documents.notices().has(NoticeKind::Work, editor);
-    }
-    void press(const ctlEditer *editor)
-    {
-        const Notice *const notice = m_parts->documents.notices().heaviest(editor);
-        QVERIFY(notice);
-        const auto act = notice->offers.front().act;
-        act();
-    }
-    void makeSteps(int steps)
-    {
-        while (steps-- > 0)
-            QVERIFY(m_parts->steps.step());
-    }
-    /// While a command waits, whenever the event loop comes round.
-    void makeStepsInTheLoop()
-    {
-        m_stepping.callOnTimeout(this, [this] { m_parts->steps.step(); });
-        m_stepping.start(0);
-    }
 
-    QTimer m_stepping;
     const QByteArray m_old = longContent();
     const QByteArray m_new = "new " + longContent();
     std::unique_ptr<DocumentParts> m_parts;
@@ -111,8 +88,6 @@ void SavingBehindTest::init()
 void SavingBehindTest::cleanup()
 {
     EndOrder::withdraw();
-    m_stepping.stop();
-    m_stepping.disconnect();
     m_parts.reset();
 }
 
@@ -155,16 +130,16 @@ void SavingBehindTest::editsAreRefusedWithAWord()
 {
     ctlEditer *const editor = edited(u"a.txt"_s);
     m_parts->saver.beginSave(editor);
-    QVERIFY(!isStrip(editor)); // what is over soon needs no sign
+    QVERIFY(!m_parts->isStrip(editor)); // what is over soon needs no sign
     m_parts->steps.step();
     QTest::keyClicks(editor, u"x"_s);
     editor->undo();
     editor->cut();
-    QVERIFY(isStrip(editor));
+    QVERIFY(m_parts->isStrip(editor));
     QCOMPARE(m_parts->documents.notices().heaviest(editor)->text().section(u':', 0, 0),
         u"Not while it is being saved"_s);
     m_parts->steps.runAll();
-    QVERIFY(!isStrip(editor));
+    QVERIFY(!m_parts->isStrip(editor));
     QCOMPARE(read(u"a.txt"_s), m_new);
     QVERIFY(!editor->edited());
 }
@@ -190,16 +165,16 @@ void SavingBehindTest::stopped()
     const MessageBoxes boxes;
     bool isSaved = true;
     m_parts->saver.beginSave(editor, [&](bool saved) { isSaved = saved; });
-    makeSteps(steps);
-    QTRY_VERIFY(isStrip(editor));
-    press(editor);
+    m_parts->makeSteps(steps);
+    QTRY_VERIFY(m_parts->isStrip(editor));
+    m_parts->pressStop(editor);
     m_parts->steps.runAll();
     QVERIFY(!isSaved);
     QCOMPARE(boxes.count(), 0);
     QCOMPARE(read(u"a.txt"_s), m_old);
     QCOMPARE(QDir(m_parts->files.folder()).entryList(QDir::Files | QDir::Hidden), QStringList{ u"a.txt"_s });
     QVERIFY(editor->edited());
-    QVERIFY(!isStrip(editor));
+    QVERIFY(!m_parts->isStrip(editor));
     editor->undo();
     QCOMPARE(editor->text().size(), m_old.size());
 }
@@ -256,7 +231,7 @@ void SavingBehindTest::closingWaits()
     const MessageBoxes boxes;
     ctlEditer *const editor = edited(u"a.txt"_s);
     m_parts->saver.beginSave(editor);
-    makeSteps(steps);
+    m_parts->makeSteps(steps);
     m_parts->closer.askAndClose();
     QCOMPARE(m_parts->documents.current(), editor);
     m_parts->steps.runAll();
@@ -270,8 +245,8 @@ void SavingBehindTest::closingStaysAfterAStop()
     ctlEditer *const editor = edited(u"a.txt"_s);
     m_parts->saver.beginSave(editor);
     m_parts->closer.askAndClose();
-    QTRY_VERIFY(isStrip(editor));
-    press(editor);
+    QTRY_VERIFY(m_parts->isStrip(editor));
+    m_parts->pressStop(editor);
     m_parts->steps.runAll();
     QCOMPARE(m_parts->documents.current(), editor);
     QVERIFY(editor->edited());
@@ -309,7 +284,7 @@ void SavingBehindTest::quittingWaits()
     if (isBegun)
         m_parts->saver.beginSave(editor);
     m_parts->documents.editors().first()->undo();
-    makeStepsInTheLoop();
+    m_parts->makeStepsInTheLoop();
     QVERIFY(m_parts->closer.closeAll(edits));
     QVERIFY(m_parts->documents.editors().isEmpty());
     QCOMPARE(boxes.count(), edits == EditsAtClosing::Ask && !isBegun ? 1 : 0);
@@ -320,10 +295,10 @@ void SavingBehindTest::quittingEndsWhereItIsStopped()
 {
     ctlEditer *const editor = edited(u"a.txt"_s);
     m_parts->saver.beginSave(editor);
-    QTRY_VERIFY(isStrip(editor));
+    QTRY_VERIFY(m_parts->isStrip(editor));
     QMetaObject::invokeMethod(
-        this, [&] { press(editor); }, Qt::QueuedConnection);
-    makeStepsInTheLoop();
+        this, [&] { m_parts->pressStop(editor); }, Qt::QueuedConnection);
+    m_parts->makeStepsInTheLoop();
     QVERIFY(!m_parts->closer.closeAll(EditsAtClosing::Ask));
     QCOMPARE(m_parts->documents.current(), editor);
     QCOMPARE(read(u"a.txt"_s), m_old);
@@ -352,7 +327,7 @@ void SavingBehindTest::savesAllInTheirOrder()
     ctlEditer *const small = m_parts->open(m_parts->files.write(u"c.txt"_s, "c"));
     small->insert(u"new "_s);
     m_parts->saver.saveAll();
-    makeSteps(allSteps);
+    m_parts->makeSteps(allSteps);
     QCOMPARE(saved, QStringList{ u"a.txt"_s });
     QVERIFY(small->edited());
     m_parts->documents.setCurrent(m_parts->documents.editors().first());
@@ -368,8 +343,8 @@ void SavingBehindTest::savingAllEndsWhereItIsStopped()
     ctlEditer *const small = m_parts->open(m_parts->files.write(u"c.txt"_s, "c"));
     small->insert(u"new "_s);
     m_parts->saver.saveAll();
-    QTRY_VERIFY(isStrip(editor));
-    press(editor);
+    QTRY_VERIFY(m_parts->isStrip(editor));
+    m_parts->pressStop(editor);
     m_parts->steps.runAll();
     QVERIFY(editor->edited());
     QVERIFY(small->edited());
@@ -381,7 +356,7 @@ void SavingBehindTest::signalGivesItUp()
     ctlEditer *const editor = edited(u"a.txt"_s);
     const MessageBoxes boxes;
     m_parts->saver.beginSave(editor, [](bool) { QFAIL("told although the program ends"); });
-    makeSteps(steps);
+    m_parts->makeSteps(steps);
     EndOrder::give();
     m_parts->saver.giveUp(QDeadlineTimer(QDeadlineTimer::Forever));
     QCOMPARE(boxes.count(), 0);
@@ -410,10 +385,10 @@ void SavingBehindTest::openedAgainMeanwhile()
     ctlEditer *const editor = edited(u"a.txt"_s);
     const MessageBoxes boxes({ u"Yes"_s });
     m_parts->saver.beginSave(editor);
-    makeSteps(1);
+    m_parts->makeSteps(1);
     m_parts->loader.open(editor->path() + editor->name(), {});
     QCOMPARE(boxes.count(), 0);
-    QVERIFY(isStrip(editor));
+    QVERIFY(m_parts->isStrip(editor));
     m_parts->steps.runAll();
     QCOMPARE(read(u"a.txt"_s), m_new);
     QCOMPARE(editor->text(), QString::fromLatin1(m_new));
@@ -440,9 +415,9 @@ void SavingBehindTest::twoAtOnce()
     ctlEditer *const b = edited(u"b.txt"_s);
     m_parts->saver.beginSave(a);
     m_parts->saver.beginSave(b);
-    makeSteps(2);
-    QTRY_VERIFY(isStrip(a) && isStrip(b));
-    press(a);
+    m_parts->makeSteps(2);
+    QTRY_VERIFY(m_parts->isStrip(a) && m_parts->isStrip(b));
+    m_parts->pressStop(a);
     m_parts->steps.runAll();
     QCOMPARE(read(u"a.txt"_s), m_old);
     QCOMPARE(read(u"b.txt"_s), m_new);
