@@ -78,31 +78,50 @@ DocumentLoader::DocumentLoader(QWidget &window, const WindowDialogs &dialogs, Do
 
 DocumentLoader::~DocumentLoader() = default;
 
-void DocumentLoader::open(const QString &path, std::optional<CharCode> charCode)
+ctlEditer *DocumentLoader::open(const QString &path, std::optional<CharCode> charCode, OpenedIn where)
 {
-    m_documents.commitComposition();
+    if (where == OpenedIn::View)
+        m_documents.commitComposition();
     const FileChoice file = fileOf(path, charCode);
-    if (ctlEditer *editor = m_documents.editorOfFile(file.fullName())) {
-        m_documents.setCurrent(editor);
-        const QString question =
-            tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
-        if (editor->edited() && !editor->document().requestChange())
-            return;
-        if (editor->edited() && isReloadWanted(tr("Existing File"), question)) {
-            loadInto(editor, file, [this, editor] { m_places.restore(*editor); });
-        } else if (charCode && !isReadWith(*editor, *charCode)) {
-            offerCode(editor, *charCode);
-        }
-        return;
+    if (ctlEditer *const there = m_documents.editorOfFile(file.fullName())) {
+        openAgain(there, file, path, where);
+        return there;
     }
+    if (where == OpenedIn::View)
+        KeyPause::begin();
+    ctlEditer *const editor = m_documents.add(FileName::forDisplay(file.name));
     if (isLarge(file)) {
-        openBehind(file);
-        return;
+        openBehind(editor, file);
+        show(editor, where);
+        return editor;
     }
-    ctlEditer *editor = m_documents.add(FileName::forDisplay(file.name));
     load(editor, file);
-    m_documents.present(editor);
+    show(editor, where);
     m_places.restore(*editor);
+    return editor;
+}
+
+/// A document is in view when its user is asked about it.
+void DocumentLoader::openAgain(ctlEditer *editor, const FileChoice &file, const QString &path, OpenedIn where)
+{
+    if (where == OpenedIn::View || editor->edited())
+        m_documents.setCurrent(editor);
+    const QString question =
+        tr("File named '%1' already opens.\nCancel edit and reload?").arg(FileName::forMessage(path));
+    if (editor->edited() && !editor->document().requestChange())
+        return;
+    if (editor->edited() && isReloadWanted(tr("Existing File"), question))
+        loadInto(editor, file, [this, editor] { m_places.restore(*editor); });
+    else if (file.charCode && !isReadWith(*editor, *file.charCode))
+        offerCode(editor, *file.charCode);
+}
+
+void DocumentLoader::show(ctlEditer *editor, OpenedIn where)
+{
+    if (where == OpenedIn::View)
+        m_documents.present(editor);
+    else
+        m_documents.arrange();
 }
 
 bool DocumentLoader::isLarge(const FileChoice &file) const
@@ -110,11 +129,9 @@ bool DocumentLoader::isLarge(const FileChoice &file) const
     return stampOf(FileName::toBytes(file.fullName()), FileCalls::system()).size >= m_jobs.fewest;
 }
 
-void DocumentLoader::openBehind(const FileChoice &file)
+void DocumentLoader::openBehind(ctlEditer *editor, const FileChoice &file)
 {
-    ctlEditer *const editor = m_documents.add(FileName::forDisplay(file.name));
     fillBehind(editor, file, [this, editor] { m_documents.close(editor); });
-    m_documents.present(editor);
 }
 
 void DocumentLoader::openChosen(ctlEditer *editor, const FileChoice &file)
@@ -138,6 +155,7 @@ void DocumentLoader::fillFreshBehind(ctlEditer *editor, const FileChoice &file)
         editor->document().startNew(name, codes, *codec);
         m_documents.refresh(editor);
     };
+    KeyPause::begin();
     fillBehind(editor, file, makeFresh);
 }
 
@@ -158,19 +176,20 @@ void DocumentLoader::askAndOpen(const FileChoice &start)
         openChosen(editor, *file);
 }
 
-void DocumentLoader::openNew(const QString &path, std::optional<CharCode> charCode)
+ctlEditer *DocumentLoader::openNew(const QString &path, std::optional<CharCode> charCode, OpenedIn where)
 {
     const FileChoice file = fileOf(path, charCode);
-    if (m_documents.editorOfFile(file.fullName())) {
-        open(path, charCode);
-        return;
+    if (m_documents.editorOfFile(file.fullName()))
+        return open(path, charCode, where);
+    if (where == OpenedIn::View) {
+        m_documents.commitComposition();
+        KeyPause::begin();
     }
-    m_documents.commitComposition();
-    KeyPause::begin();
     ctlEditer *const editor = m_documents.add(FileName::forDisplay(file.name));
     editor->startFile(file.folder, file.name, file.charCode);
     m_documents.refresh(editor);
-    m_documents.present(editor);
+    show(editor, where);
+    return editor;
 }
 
 void DocumentLoader::askAndReload()
@@ -291,6 +310,7 @@ bool DocumentLoader::loadUnsaved(ctlEditer *editor, const FileChoice &file, cons
 void DocumentLoader::loadUnsavedBehind(
     ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended)
 {
+    KeyPause::begin();
     begin(editor, { file, {}, name, asItFits }, ArrivingFile::Shown::PartByPart,
         [ended](ArrivingFile::End end) { ended(end == ArrivingFile::End::Whole); });
     m_documents.refresh(editor);
@@ -343,6 +363,7 @@ void DocumentLoader::loadAgain(ctlEditer *editor, const Then &loaded)
 
 bool DocumentLoader::loadAgainAsUtf16(ctlEditer *editor, const FileChoice &file, Utf16Form form)
 {
+    KeyPause::begin();
     const bool isLoaded = load(editor, file);
     m_documents.refresh(editor);
     if (!isLoaded)
@@ -352,10 +373,8 @@ bool DocumentLoader::loadAgainAsUtf16(ctlEditer *editor, const FileChoice &file,
     return true;
 }
 
-/// Keys that are pressed meanwhile were not meant for what the document shows then.
 bool DocumentLoader::load(ctlEditer *editor, const FileChoice &file)
 {
-    KeyPause::begin();
     const bool isAgain = fullName(*editor) == file.fullName();
     const QScopedValueRollback<const ctlEditer *> loading(m_loading, editor);
     const bool isLoaded = editor->loadFile(file.folder, file.name, file.charCode);
@@ -375,6 +394,7 @@ void DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file, const T
         replaceBehind(editor, { file }, loaded);
         return;
     }
+    KeyPause::begin();
     const bool isLoaded = load(editor, file);
     m_documents.refresh(editor);
     if (isLoaded && loaded)
@@ -399,6 +419,7 @@ void DocumentLoader::fillBehind(ctlEditer *editor, const FileChoice &file, const
 
 void DocumentLoader::replaceBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Then &loaded)
 {
+    KeyPause::begin();
     begin(editor, source, ArrivingFile::Shown::WhenWhole, [loaded](ArrivingFile::End end) {
         if (end == ArrivingFile::End::Whole && loaded)
             loaded();
@@ -409,7 +430,6 @@ void DocumentLoader::replaceBehind(ctlEditer *editor, const ArrivingFile::Source
 ArrivingFile &DocumentLoader::begin(
     ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown, const Ended &ended)
 {
-    KeyPause::begin();
     auto &arriving = m_arriving[editor];
     arriving = std::make_unique<ArrivingFile>(*editor, source, shown, m_documents.notices(), *m_jobs.runner);
     connect(arriving.get(), &ArrivingFile::ended, this, [this, editor, ended](ArrivingFile::End end) {

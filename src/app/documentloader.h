@@ -14,6 +14,12 @@ struct WindowJobs;
 class ctlEditer;
 struct Utf16Form;
 
+/// Where what is opened comes.
+enum class OpenedIn {
+    View, ///< it is current then, and has the keys
+    Background, ///< its user is at other text, and stays there undisturbed
+};
+
 /// Opens and reloads files, as the user or another program wants it: the one place that reads a file into a
 /// document.
 ///
@@ -29,8 +35,8 @@ public:
 
     /// Opens a file, or switches to its tab when it is open already; asks before edits are thrown away.
     /// Without a code it is detected; a file that is open already stays as it is, and a notice offers to read
-    /// it with the code. The path may be relative.
-    void open(const QString &path, std::optional<CharCode> charCode);
+    /// it with the code. The path may be relative. The document that has the file, or will have it.
+    ctlEditer *open(const QString &path, std::optional<CharCode> charCode, OpenedIn where = OpenedIn::View);
     /// Opens a file the user has chosen: in the document that was current then (or null), when nobody would
     /// miss that.
     void openChosen(ctlEditer *editor, const FileChoice &file);
@@ -38,8 +44,9 @@ public:
     void askAndOpen();
     /// The same among the text files of a folder, which ends in "/".
     void askAndOpenIn(const QString &folder);
-    /// Makes a document of a file that is not there yet, or switches to its tab.
-    void openNew(const QString &path, std::optional<CharCode> charCode);
+    /// Makes a document of a file that is not there yet, or switches to its tab. The document.
+    ctlEditer *openNew(
+        const QString &path, std::optional<CharCode> charCode, OpenedIn where = OpenedIn::View);
     /// Whether there is a document with the text.
     using Opened = std::function<void(bool isOpen)>;
     /// Opens a file's text as that of a document that was never saved, named so. There is no document when it
@@ -71,11 +78,13 @@ public:
 
 private:
     void askAndOpen(const FileChoice &start);
+    void openAgain(ctlEditer *editor, const FileChoice &file, const QString &path, OpenedIn where);
     bool load(ctlEditer *editor, const FileChoice &file);
     void loadInto(ctlEditer *editor, const FileChoice &file, const Then &loaded = {});
     void loadAgain(ctlEditer *editor, const Then &loaded = {});
     bool isLarge(const FileChoice &file) const;
-    void openBehind(const FileChoice &file);
+    void openBehind(ctlEditer *editor, const FileChoice &file);
+    void show(ctlEditer *editor, OpenedIn where);
     void fillFreshBehind(ctlEditer *editor, const FileChoice &file);
     void fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped);
     void replaceBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Then &loaded);

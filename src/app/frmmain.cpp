@@ -186,7 +186,7 @@ void frmMain::restorePosition(ctlEditer *editor)
 
 void frmMain::setDocument(const QString &path)
 {
-    openDocument(path, 0);
+    m_parts->requested.open({ path });
 }
 
 void frmMain::openRequested(const FileRequest &request)

@@ -16,6 +16,8 @@ public:
     /// Not owned, and lives longer.
     explicit OpeningFiles(NoticeQueue &notices);
 
+    /// One of them at least is open, and others wait.
+    bool isUnderWay() const { return m_sign.has_value(); }
     /// Those that wait are not opened.
     void end();
 

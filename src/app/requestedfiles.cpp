@@ -2,7 +2,7 @@
 
 #include "app/awaiteddocuments.h"
 #include "app/documentarea.h"
-#include "app/documentloader.h"
+#include "app/openingfiles.h"
 #include "app/recentmenu.h"
 #include "editor/ctlediter.h"
 #include "files/filename.h"
@@ -45,56 +45,73 @@ void jumpTo(ctlEditer &editor, const LineColumn &place)
 
 } // namespace
 
-RequestedFiles::RequestedFiles(
-    DocumentArea &documents, DocumentLoader &loader, RecentMenu &recentMenu, AwaitedDocuments &awaited)
+RequestedFiles::RequestedFiles(DocumentArea &documents, DocumentLoader &loader, RecentMenu &recentMenu,
+    AwaitedDocuments &awaited, const OpeningFiles &opening)
     : m_documents(documents)
     , m_loader(loader)
     , m_recentMenu(recentMenu)
     , m_awaited(awaited)
+    , m_opening(opening)
 {
 }
 
 void RequestedFiles::open(const FileRequest &request)
 {
+    const OpenedIn chosen = where();
+    open(request, chosen);
+    if (chosen == OpenedIn::View)
+        m_shown = m_documents.current();
+}
+
+OpenedIn RequestedFiles::where() const
+{
+    const bool isElsewhere = m_opening.isUnderWay() && m_documents.current() != m_shown;
+    return isElsewhere ? OpenedIn::Background : OpenedIn::View;
+}
+
+void RequestedFiles::open(const FileRequest &request, OpenedIn where)
+{
     switch (request.from) {
     case FileRequest::From::Launcher:
-        m_loader.open(request.fileName, request.charCode);
+        m_loader.open(request.fileName, request.charCode, where);
         break;
     case FileRequest::From::Shell:
-        openFromShell(request);
+        openFromShell(request, where);
         break;
     case FileRequest::From::Drop:
-        openDropped(request.fileName);
+        openDropped(request.fileName, where);
         break;
     }
 }
 
-void RequestedFiles::openFromShell(const FileRequest &request)
+void RequestedFiles::openFromShell(const FileRequest &request, OpenedIn where)
 {
     if (request.isRecent) {
         offerRecent();
         return;
     }
-    if (request.fileName.isEmpty())
-        openWithoutName(request);
-    else if (isMissing(request.fileName))
-        m_loader.openNew(request.fileName, request.charCode);
-    else
-        m_loader.open(request.fileName, request.charCode);
-    ctlEditer *const editor = m_documents.current();
+    ctlEditer *const editor =
+        request.fileName.isEmpty() ? openWithoutName(request) : openNamed(request, where);
     if (request.place)
         jumpTo(*editor, *request.place);
     if (request.waiting)
         m_awaited.add(editor, request.waiting);
 }
 
+ctlEditer *RequestedFiles::openNamed(const FileRequest &request, OpenedIn where)
+{
+    return isMissing(request.fileName) ? m_loader.openNew(request.fileName, request.charCode, where)
+                                       : m_loader.open(request.fileName, request.charCode, where);
+}
+
 /// Input of which there is nothing is no text of the user's.
-void RequestedFiles::openWithoutName(const FileRequest &request)
+ctlEditer *RequestedFiles::openWithoutName(const FileRequest &request)
 {
     if (request.input && !isEmpty(*request.input))
         openInput(request);
     else
         m_documents.present(m_documents.add());
+    return m_documents.current();
 }
 
 /// Which is open until it is read.
@@ -117,10 +134,10 @@ void RequestedFiles::offerRecent()
         Qt::QueuedConnection);
 }
 
-void RequestedFiles::openDropped(const QString &fileName)
+void RequestedFiles::openDropped(const QString &fileName, OpenedIn where)
 {
     if (isFolder(fileName))
         m_loader.askAndOpenIn(fileName.endsWith(u'/') ? fileName : fileName + u'/');
     else
-        m_loader.open(fileName, {});
+        m_loader.open(fileName, {}, where);
 }

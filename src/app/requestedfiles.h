@@ -1,24 +1,33 @@
 #pragma once
 
+#include "app/documentloader.h"
 #include "platform/filerequest.h"
+
+#include <QPointer>
 
 class AwaitedDocuments;
 class DocumentArea;
-class DocumentLoader;
+class OpeningFiles;
 class RecentMenu;
 
 /// Opens what is wanted from outside of the window, each in the way of where it comes from.
+///
+/// What came last is in view. While many are opened, its user may have gone elsewhere by then: they come in
+/// the background from there on.
 class RequestedFiles {
 public:
-    RequestedFiles(
-        DocumentArea &documents, DocumentLoader &loader, RecentMenu &recentMenu, AwaitedDocuments &awaited);
+    RequestedFiles(DocumentArea &documents, DocumentLoader &loader, RecentMenu &recentMenu,
+        AwaitedDocuments &awaited, const OpeningFiles &opening);
 
     void open(const FileRequest &request);
 
 private:
-    void openFromShell(const FileRequest &request);
-    void openDropped(const QString &fileName);
-    void openWithoutName(const FileRequest &request);
+    OpenedIn where() const;
+    void open(const FileRequest &request, OpenedIn where);
+    void openFromShell(const FileRequest &request, OpenedIn where);
+    ctlEditer *openNamed(const FileRequest &request, OpenedIn where);
+    void openDropped(const QString &fileName, OpenedIn where);
+    ctlEditer *openWithoutName(const FileRequest &request);
     void openInput(const FileRequest &request);
     void offerRecent();
 
@@ -26,4 +35,6 @@ private:
     DocumentLoader &m_loader;
     RecentMenu &m_recentMenu;
     AwaitedDocuments &m_awaited;
+    const OpeningFiles &m_opening;
+    QPointer<ctlEditer> m_shown; ///< by the last request that has brought something into view
 };

@@ -122,12 +122,14 @@ void SessionOpening::open(const SessionFile &file)
     if (!canBeRead(file.place))
         return;
     const QString name = file.place.path + file.place.name;
-    m_loader.open(name, file.charCode);
+    const OpenedIn where = isInTheLast() ? OpenedIn::View : OpenedIn::Background;
+    m_loader.open(name, file.charCode, where);
+    if (where == OpenedIn::View)
+        m_last = m_documents.current();
     ctlEditer *const editor = m_documents.editorOfFile(name);
     if (!editor)
         return;
     restore(m_loader, editor, file);
-    m_last = editor;
     if (m_next - 1 == m_session.current)
         m_current = editor;
 }

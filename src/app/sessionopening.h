@@ -13,7 +13,8 @@ class ctlEditer;
 
 /// Opens the files of a session in their order, each where its cursor and view were, and in the code that its
 /// user has chosen. Where they are many the event loop has its turns in between, and the strip says how far
-/// it is and offers to stop. Requests wait as long as this lives, because they come behind.
+/// it is and offers to stop; who goes to another document meanwhile stays there. Requests wait as long as
+/// this lives, because they come behind.
 class SessionOpening {
 public:
     /// `ended` is called when all are open, which may be at once, or it was stopped; it may destroy this.
@@ -41,7 +42,7 @@ private:
     DocumentLoader &m_loader;
     const std::function<void()> m_ended;
     qsizetype m_next = 0; ///< the file that is opened next
-    QPointer<ctlEditer> m_last; ///< that was opened
+    QPointer<ctlEditer> m_last; ///< that was brought into view
     QPointer<ctlEditer> m_current; ///< that was in view
     WorkSign m_sign;
     QTimer m_turns;

@@ -55,9 +55,9 @@ struct WindowParts {
     RecentPlaces places;
     DocumentLoader loader;
     AwaitedDocuments awaited;
+    OpeningFiles openingFiles;
     RequestedFiles requested;
     FileDrops drops;
-    OpeningFiles openingFiles;
     DocumentSaver saver;
     EditRuns edits;
     DocumentCloser closer;

@@ -1,3 +1,4 @@
+#include "app/documentarea.h"
 #include "app/filedrops.h"
 #include "app/qpeapplicationesc.h"
 #include "app/requestedfiles.h"
@@ -91,9 +92,24 @@ private slots:
     void nothingIsDroppedBehindADialog();
     void textIsStillDropped();
 
+    void manyComeInTheirOrder();
+    void whoeverGoesElsewhereStays();
+    void keysElsewhereAreTaken();
+    void whoeverComesBackIsTakenAlong();
+    void nextFilesAreShownAgain();
+
 private:
     ctlEditer &editor() const { return *m_window->currentEditor(); }
     QString openFiles() const { return m_window->tabTexts().join(u' '); }
+    void requestMany();
+    void makeTurns(int fewestOpen);
+    bool areManyOpen() const
+    {
+        return QTest::qWaitFor([this] { return m_window->tabBar()->count() == 1 + many; }, 60'000);
+    }
+    static QString numbered(int number) { return u"%1.txt"_s.arg(number); }
+
+    static constexpr int many = 100; ///< too many for one turn
 
     std::unique_ptr<TestFiles> m_files;
     std::unique_ptr<TestWindow> m_window;
@@ -369,6 +385,7 @@ void RequestedFilesTest::nothingIsDroppedBehindADialog()
     QVERIFY(!dropAddresses(*m_window, address));
     theApplication().holdRequests(false);
     QVERIFY(dropAddresses(*m_window, address));
+    QTRY_COMPARE(openFiles(), u"(new document) a.txt"_s); // before the next test's files
 }
 
 void RequestedFilesTest::textIsStillDropped()
@@ -377,6 +394,87 @@ void RequestedFilesTest::textIsStillDropped()
     text.setText(u"dropped"_s);
     QVERIFY(drop(*editor().viewport(), text));
     QCOMPARE(editor().text(), u"dropped"_s);
+}
+
+/// As a second start does.
+void RequestedFilesTest::requestMany()
+{
+    for (int number = 1; number <= many; ++number)
+        theApplication().request({ m_files->write(numbered(number), "text\n"), From::Shell });
+}
+
+/// Until so many of them are open, and not all.
+void RequestedFilesTest::makeTurns(int fewestOpen)
+{
+    while (m_window->tabBar()->count() - 1 < fewestOpen)
+        QCoreApplication::processEvents();
+    QVERIFY(m_window->tabBar()->count() - 1 < many);
+}
+
+void RequestedFilesTest::manyComeInTheirOrder()
+{
+    QStringList expected{ u"(new document)"_s };
+    for (int number = 1; number <= many; ++number)
+        expected << numbered(number);
+    requestMany();
+    makeTurns(1);
+    QVERIFY(areManyOpen());
+    QCOMPARE(m_window->tabTexts(), expected);
+    QCOMPARE(editor().name(), numbered(many));
+    QVERIFY(editor().hasFocus());
+}
+
+void RequestedFilesTest::whoeverGoesElsewhereStays()
+{
+    requestMany();
+    makeTurns(1);
+    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
+    int changes = 0;
+    const QObject here;
+    connect(m_window->findChild<DocumentArea *>(), &DocumentArea::currentChanged, &here,
+        [&changes] { ++changes; });
+    QVERIFY(areManyOpen());
+    QCOMPARE(changes, 0);
+    QCOMPARE(m_window->currentEditor(), m_window->editorAt(0));
+    QCOMPARE(m_window->editorAt(many)->text(), u"text\n"_s);
+}
+
+/// A key waits for nothing that is opened in the background.
+void RequestedFilesTest::keysElsewhereAreTaken()
+{
+    requestMany();
+    makeTurns(1);
+    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
+    editor().setFocus();
+    while (!takesKeys())
+        QCoreApplication::processEvents();
+    QVERIFY(m_window->tabBar()->count() < many);
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_X);
+    QCOMPARE(m_window->editorAt(0)->text(), u"x"_s);
+    QVERIFY(areManyOpen());
+    QCOMPARE(m_window->editorAt(0)->text(), u"x"_s);
+}
+
+void RequestedFilesTest::whoeverComesBackIsTakenAlong()
+{
+    requestMany();
+    makeTurns(1);
+    ctlEditer *const last = m_window->currentEditor();
+    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
+    makeTurns(m_window->tabBar()->count());
+    m_window->tabBar()->setCurrentTab(last);
+    QVERIFY(areManyOpen());
+    QCOMPARE(editor().name(), numbered(many));
+}
+
+void RequestedFilesTest::nextFilesAreShownAgain()
+{
+    requestMany();
+    makeTurns(1);
+    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
+    QVERIFY(areManyOpen());
+    theApplication().request({ m_files->folder() + numbered(7), From::Shell });
+    QTRY_COMPARE(editor().name(), numbered(7));
 }
 
 namespace {

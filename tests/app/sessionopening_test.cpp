@@ -6,6 +6,8 @@
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
 
+#include <QSet>
+
 using namespace Qt::StringLiterals;
 
 /// A session of many files, which are opened in turns.
@@ -19,6 +21,7 @@ private slots:
     void manyComeInTurns();
     void closedBeforeAllAreOpenComesBackWhole();
     void killedBeforeAllAreOpenComesBackWhole();
+    void whoeverGoesElsewhereStays();
     void stoppedBeforeAllAreOpen();
     void requestsComeBehindIt();
 
@@ -112,6 +115,23 @@ void SessionOpeningTest::killedBeforeAllAreOpenComesBackWhole()
     QCOMPARE(written.files.size(), before.files.size());
     QCOMPARE(written.files.last().place.name, before.files.last().place.name);
     QCOMPARE(written.current, before.current);
+}
+
+void SessionOpeningTest::whoeverGoesElsewhereStays()
+{
+    const QStringList names = writeManyFiles();
+    startWithMany();
+    while (m_window->tabBar()->count() < 2)
+        QCoreApplication::processEvents();
+    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
+    QSet<const ctlEditer *> inView;
+    const QObject here;
+    connect(m_window->findChild<DocumentArea *>(), &DocumentArea::currentChanged, &here,
+        [&inView](const ctlEditer *editor) { inView << editor; });
+    QVERIFY(shows(names));
+    settle();
+    QCOMPARE(currentName(), names.at(0));
+    QCOMPARE(inView, QSet<const ctlEditer *>{ m_window->editorAt(0) });
 }
 
 void SessionOpeningTest::stoppedBeforeAllAreOpen()
