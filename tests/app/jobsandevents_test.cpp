@@ -105,12 +105,17 @@ private:
         const char *name;
         Moment moment;
         void (JobsAndEventsTest::*act)();
-        Fate fates[6]; ///< of a load, a reload, a save, a search, a count and a layout
+        Fate fates[7]; ///< of a load, a reload, a save, a search, a count, a layout and an edit
         int boxes = 0;
         QString answer = {}; ///< of its box; the default one where there is none
         bool endsWindow = false;
     };
     static const std::vector<Event> &events();
+    /// Its end makes a document edited, about which is asked.
+    bool isAskedAbout(Fate fate) const
+    {
+        return m_job->kind == JobScene::Kind::Edit && fate == Fate::DoneAndGone;
+    }
     static Fate fateOf(const JobScene::Job &job, const Event &event) { return event.fates[size_t(job.kind)]; }
 
     void nothing() { }
@@ -161,42 +166,46 @@ const std::vector<JobsAndEventsTest::Event> &JobsAndEventsTest::events()
     using enum Fate;
     constexpr Moment start = Moment::Start, middle = Moment::Middle, end = Moment::End;
     static const std::vector<Event> all{
-        { "nothing", start, &Test::nothing, { Done, Done, Done, Done, Done, Done } },
+        { "nothing", start, &Test::nothing, { Done, Done, Done, Done, Done, Done, Done } },
         { "stopped at its start", start, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped } },
         { "stopped in the middle", middle, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried } },
-        { "stopped at its end", end, &Test::stop, { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried } },
-        { "tab closed", middle, &Test::closeTab, { Gone, Gone, DoneAndGone, Gone, Gone, Gone } },
-        { "quit, Yes", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone }, 1, u"Yes"_s,
-            true },
-        { "quit, No", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone }, 1, u"No"_s, true },
-        { "quit, Cancel", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone }, 1,
+            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped } },
+        { "stopped at its end", end, &Test::stop,
+            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped } },
+        { "tab closed", middle, &Test::closeTab, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone } },
+        { "quit, Yes", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone }, 1,
+            u"Yes"_s, true },
+        { "quit, No", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone }, 1,
+            u"No"_s, true },
+        { "quit, Cancel", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, Done }, 1,
             u"Cancel"_s },
-        { "ended by an order", middle, &Test::endByOrder, { Gone, Gone, Gone, Gone, Gone, Gone }, 0, {},
+        { "ended by an order", middle, &Test::endByOrder, { Gone, Gone, Gone, Gone, Gone, Gone, Gone }, 0, {},
             true },
-        { "logout", middle, &Test::logOut, { Gone, Gone, DoneAndGone, Gone, Gone, Gone }, 1, u"Yes"_s, true },
+        { "logout", middle, &Test::logOut, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone }, 1,
+            u"Yes"_s, true },
         { "second start with its file", middle, &Test::requestItsFile,
-            { Done, Done, Done, Done, Stopped, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done } },
         { "second start with another file", middle, &Test::requestAnotherFile,
-            { Done, Done, Done, Done, Stopped, Done } },
-        { "file grown meanwhile", middle, &Test::makeFileLonger, { Done, Done, Done, Done, Done, Done } },
-        { "file deleted meanwhile", middle, &Test::deleteFile, { Done, Done, Done, Done, Done, Done } },
-        { "file deleted before", start, &Test::deleteFile, { Failed, Failed, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done } },
+        { "file grown meanwhile", middle, &Test::makeFileLonger,
+            { Done, Done, Done, Done, Done, Done, Done } },
+        { "file deleted meanwhile", middle, &Test::deleteFile, { Done, Done, Done, Done, Done, Done, Done } },
+        { "file deleted before", start, &Test::deleteFile, { Failed, Failed, Done, Done, Done, Done, Done } },
         { "folder in the file's place meanwhile", middle, &Test::replaceFileByFolder,
-            { Done, Done, Failed, Done, Done, Done } },
+            { Done, Done, Failed, Done, Done, Done, Done } },
         { "folder in the file's place before", start, &Test::replaceFileByFolder,
-            { Failed, Failed, Failed, Done, Done, Done } },
+            { Failed, Failed, Failed, Done, Done, Done, Done } },
         { "pipe in the file's place before", start, &Test::replaceFileByPipe,
-            { Failed, Failed, NotTried, Done, Done, Done } },
-        { "full disk", middle, &Test::fillDisk, { Done, Done, Failed, Done, Done, Done } },
+            { Failed, Failed, NotTried, Done, Done, Done, Done } },
+        { "full disk", middle, &Test::fillDisk, { Done, Done, Failed, Done, Done, Done, Done } },
         { "too little memory", middle, &Test::useUpMemory,
-            { Failed, Failed, NotTried, Failed, Failed, NotTried } },
-        { "language switched", middle, &Test::changeLanguage, { Done, Done, Done, Done, Done, Done } },
-        { "font changed", middle, &Test::changeFont, { Done, Done, Done, Done, Done, Done } },
-        { "typed into", middle, &Test::typeIntoIt, { Done, Done, Done, Stopped, Stopped, Done } },
+            { Failed, Failed, NotTried, Failed, Failed, NotTried, Failed } },
+        { "language switched", middle, &Test::changeLanguage, { Done, Done, Done, Done, Done, Done, Done } },
+        { "font changed", middle, &Test::changeFont, { Done, Done, Done, Done, Done, Done, Done } },
+        { "typed into", middle, &Test::typeIntoIt, { Done, Done, Done, Stopped, Stopped, Done, Done } },
         { "another tab typed into and searched", middle, &Test::typeIntoAnotherTab,
-            { Done, Done, Done, Done, Stopped, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done } },
     };
     return all;
 }
@@ -324,7 +333,7 @@ void JobsAndEventsTest::typeIntoIt()
     const bool isHeld = m_editor->document().isHeld();
     m_scene->press(Qt::Key_K);
     if (isHeld)
-        QVERIFY(StripInWindow(m_scene->window).text().startsWith(u"Not while it is"_s));
+        QVERIFY(StripInWindow(m_scene->window).text().startsWith(u"Not while"_s));
     else
         m_typed = u"k"_s;
 }
@@ -348,10 +357,10 @@ void JobsAndEventsTest::begin(const JobScene::Job &job)
     QVERIFY(m_editor != m_scene->other);
 }
 
-/// While the window waits for a save.
+/// While the window waits for a save or an edit.
 void JobsAndEventsTest::makeStepsInTheLoop()
 {
-    if (m_job->kind == JobScene::Kind::Save)
+    if (m_job->kind == JobScene::Kind::Save || m_job->kind == JobScene::Kind::Edit)
         m_stepping.start(0);
 }
 
@@ -375,7 +384,9 @@ void JobsAndEventsTest::checkDocument(Fate fate)
     QVERIFY(m_editor->text() == expected);
     m_editor->store().checkInvariants();
     const bool isUnsaved = m_job->kind == JobScene::Kind::Save && fate != Fate::Done;
-    QCOMPARE(m_editor->edited(), isUnsaved || content == JobScene::Content::Replaced || !m_typed.isEmpty());
+    const bool isEditMade = m_job->kind == JobScene::Kind::Edit && fate == Fate::Done;
+    QCOMPARE(m_editor->edited(),
+        isUnsaved || isEditMade || content == JobScene::Content::Replaced || !m_typed.isEmpty());
     if (m_job->kind == JobScene::Kind::Search)
         QCOMPARE(m_editor->hasMarkedText(), fate == Fate::Done && content == JobScene::Content::Text);
     if (m_job->kind == JobScene::Kind::Layout)
@@ -401,15 +412,16 @@ void JobsAndEventsTest::checkFiles(Fate fate)
 {
     const TestFiles &files = m_scene->files;
     const QString name = QString::fromLatin1(m_job->file);
-    const bool isWritten =
+    const bool isSaved =
         m_job->kind == JobScene::Kind::Save && (fate == Fate::Done || fate == Fate::DoneAndGone);
+    const bool isWritten = isSaved || (isAskedAbout(fate) && m_event->answer != u"No");
     QStringList others =
         QDir(files.folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     for (const QString &known : { u"other.txt"_s, u"third.txt"_s, u"a.txt"_s, u"b.txt"_s })
         others.removeOne(known);
     QVERIFY(files.read(u"other.txt"_s) == m_otherFile);
     if (isWritten)
-        QVERIFY(files.read(name) == 'x' + JobScene::text());
+        QVERIFY(files.read(name) == JobScene::textOf(m_job->done).toUtf8());
     else if (!m_foreign.isEmpty())
         QVERIFY(files.read(name) == m_foreign);
     else if (m_event->act == &JobsAndEventsTest::nothing || m_event->act == &JobsAndEventsTest::stop)
@@ -464,7 +476,9 @@ void JobsAndEventsTest::endsAsItShould()
     QFETCH(const Event *, event);
     m_event = event;
     const Fate fate = fateOf(*job, *event);
-    const MessageBoxes boxes(QStringList(job->boxesOfBegin, u"Yes"_s) + QStringList(event->answer));
+    m_job = job;
+    const MessageBoxes boxes(
+        QStringList(job->boxesOfBegin, u"Yes"_s) + QStringList(isAskedAbout(fate) ? 2 : 1, event->answer));
     begin(*job);
     makeStepsBefore(event->moment);
     QVERIFY(m_scene->isUnderWay(*job, *m_editor));
@@ -474,7 +488,9 @@ void JobsAndEventsTest::endsAsItShould()
         return;
     if (!event->endsWindow)
         m_scene->makeAllSteps();
-    const int boxesOfEnd = fate == Fate::Failed ? 1 : fate == Fate::Done ? job->boxesOfEnd : 0;
+    const int boxesOfEnd = fate == Fate::Failed || isAskedAbout(fate) ? 1
+        : fate == Fate::Done                                          ? job->boxesOfEnd
+                                                                      : 0;
     QVERIFY2(boxes.count() == job->boxesOfBegin + event->boxes + boxesOfEnd,
         qPrintable(boxes.texts().join(u'\n')));
     checkFiles(fate);

@@ -6,6 +6,8 @@
 #include "search/frmsearchdialog.h"
 #include "tests/app/stripinwindow.h"
 
+#include <QClipboard>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -34,6 +36,9 @@ const std::vector<JobScene::Job> &JobScene::jobs()
             Content::Text },
         { "properties", Kind::Count, &JobScene::count, 2, Content::Text, Content::Text, Content::Text, 0, 1 },
         { "new layout", Kind::Layout, &JobScene::layOut, 0, Content::Long, Content::Long, Content::Long },
+        { "move a block", Kind::Edit, &JobScene::indentBlock, 5, Content::Indented, Content::Text,
+            Content::Text },
+        { "paste", Kind::Edit, &JobScene::paste, 5, Content::Pasted, Content::Small, Content::Small },
     };
     return all;
 }
@@ -73,6 +78,10 @@ QString JobScene::textOf(Content content)
         return u'x' + whole;
     case Content::Replaced:
         return whole.chopped(5) + u"x\n"_s;
+    case Content::Indented:
+        return u'\t' + whole.chopped(1).replace(u'\n', u"\n\t"_s) + u'\n';
+    case Content::Pasted:
+        return whole + QString::fromLatin1(smallText);
     case Content::Long:
         return whole.repeated(2);
     }
@@ -120,6 +129,7 @@ bool JobScene::isUnderWay(const Job &job, const ctlEditer &editor) const
     case Kind::Load:
     case Kind::Reload:
     case Kind::Save:
+    case Kind::Edit:
         return editor.document().isHeld();
     case Kind::Search:
     case Kind::Count:
@@ -209,4 +219,18 @@ void JobScene::layOut()
     appSettings().FontSize += 5;
     window.applySettings();
     window.currentEditor()->numLines(); // asked about, it begins
+}
+
+void JobScene::indentBlock()
+{
+    openWhole(text());
+    window.slotCmdEditSelAll();
+    press(Qt::Key_Tab);
+}
+
+void JobScene::paste()
+{
+    openWhole(smallText);
+    QGuiApplication::clipboard()->setText(QString::fromUtf8(text()));
+    window.slotCmdEditPast();
 }

@@ -11,7 +11,7 @@
 class JobScene {
 public:
     /// What a job is to the document it is about.
-    enum class Kind { Load, Reload, Save, Search, Count, Layout };
+    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit };
 
     /// What a document has.
     enum class Content {
@@ -22,6 +22,8 @@ public:
         TextAsShiftJis,
         Edited, ///< the text with an "x" in front
         Replaced,
+        Indented,
+        Pasted, ///< the text before the small one
         Long,
     };
 
@@ -75,4 +77,6 @@ private:
     void replaceNext();
     void count();
     void layOut();
+    void indentBlock();
+    void paste();
 };
