@@ -4,10 +4,15 @@
 #include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
+#include <QDir>
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QSet>
 
 #include <algorithm>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -41,9 +46,35 @@ struct FillingList : ShownList {
     {
     }
 
+    /// Each once, and none that never was in the folder.
+    bool isPartOf(const QStringList &all) const
+    {
+        const QStringList shown = names();
+        const QSet<QString> different(shown.begin(), shown.end());
+        return different.size() == shown.size() && QSet<QString>(all.begin(), all.end()).contains(different);
+    }
     bool isSorted() const { return std::ranges::is_sorted(names()); }
     int rows() const { return list.topLevelItemCount(); }
 };
+
+/// What is open of a folder gives no more.
+bool breakReadingOf(const QString &folder)
+{
+    const QFileInfoList all =
+        QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::AllEntries | QDir::System);
+    for (const QFileInfo &open : all) {
+        if (open.symLinkTarget() + u'/' != folder)
+            continue;
+        const int noFolder = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+        const bool isBroken = noFolder != -1 && ::dup3(noFolder, open.fileName().toInt(), O_CLOEXEC) != -1;
+        ::close(noFolder);
+        return isBroken;
+    }
+    return false;
+}
+
+/// What may happen to a folder while it is read.
+enum class FolderFate { Same, Grown, Emptied, Gone, Unreadable };
 
 } // namespace
 
@@ -67,6 +98,8 @@ private slots:
     void selectsNoFolderLeftBehindItsUser();
     void pressedRowStaysWhereItIs();
     void tellsThatItReads();
+    void folderChangesMeanwhile_data();
+    void folderChangesMeanwhile();
 };
 
 void ListViewFillingTest::init()
@@ -306,6 +339,62 @@ void ListViewFillingTest::tellsThatItReads()
     steps.runAll();
     QVERIFY(shown.list.viewport()->grab().toImage() != reading);
     QVERIFY(!shown.list.viewport()->testAttribute(Qt::WA_SetCursor));
+}
+
+void ListViewFillingTest::folderChangesMeanwhile_data()
+{
+    QTest::addColumn<FolderFate>("fate");
+    QTest::addColumn<int>("steps");
+    const std::pair<const char *, FolderFate> fates[] = { { "stays", FolderFate::Same },
+        { "grows", FolderFate::Grown }, { "is emptied", FolderFate::Emptied }, { "goes", FolderFate::Gone },
+        { "cannot be read on", FolderFate::Unreadable } };
+    for (const auto &[name, fate] : fates) {
+        for (int steps = fate == FolderFate::Unreadable ? 1 : 0; steps < 3; ++steps)
+            QTest::addRow("%s after %d steps", name, steps) << fate << steps;
+    }
+}
+
+/// Whatever was read is shown, each row once, and the list can be used.
+void ListViewFillingTest::folderChangesMeanwhile()
+{
+    QFETCH(FolderFate, fate);
+    QFETCH(int, steps);
+    const TestFolder folder;
+    fillWithFiles(folder);
+    QStringList all = allNames();
+    if (fate == FolderFate::Unreadable) { // more than the system gives at a time
+        for (int number = manyFiles; number < 4 * manyFiles; ++number) {
+            folder.file(numbered(number).constData());
+            all << QString::fromLatin1(numbered(number));
+        }
+    }
+    SteppedRunner runner;
+    FillingList shown(folder.path(), runner);
+    for (int step = 0; step < steps; ++step)
+        runner.step();
+    if (fate == FolderFate::Grown)
+        folder.file("another");
+    else if (fate == FolderFate::Unreadable)
+        QVERIFY(breakReadingOf(folder.path()));
+    else if (fate == FolderFate::Gone)
+        QVERIFY(QDir(folder.path()).removeRecursively());
+    for (int number = 0; fate == FolderFate::Emptied && number < manyFiles; ++number)
+        QFile::remove(folder.path() + QString::fromLatin1(numbered(number)));
+    runner.runAll();
+    QVERIFY(!shown.list.isFilling());
+    QVERIFY(shown.isSorted());
+    QVERIFY(shown.isPartOf(all + strings({ "another" })));
+    if (fate == FolderFate::Same)
+        QCOMPARE(shown.rows(), int(manyFiles));
+    if (fate == FolderFate::Grown)
+        QVERIFY(shown.rows() >= manyFiles);
+    if (fate == FolderFate::Unreadable)
+        QVERIFY(shown.rows() > 0 && shown.rows() < all.size());
+    const TestFolder other;
+    other.file("other");
+    shown.list.showFolder(other.path());
+    runner.runAll();
+    QCOMPARE(shown.names(), strings({ "other" }));
 }
 
 REGISTER_TEST(runFormTest<ListViewFillingTest>)
