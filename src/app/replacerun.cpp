@@ -78,7 +78,7 @@ int ReplaceRun::run()
 {
     while (runFrame()) {
         m_progress.setCount(m_count);
-        m_frameEnd.setRemainingTime(frameTime);
+        m_frameEnd = PendingEvents::Clock::now() + frameTime;
         if (m_progress.speedUp)
             hurry();
     }
@@ -93,7 +93,7 @@ bool ReplaceRun::runFrame()
     do {
         if (!replaceNext())
             return false;
-    } while (!m_frameEnd.hasExpired());
+    } while (m_now < m_frameEnd);
     return true;
 }
 
@@ -108,11 +108,11 @@ bool ReplaceRun::replaceNext()
     else
         m_search.select(SearchDirection::Forward, *hit);
     ++m_count;
-    QCoreApplication::processEvents();
+    processEvents();
     return !m_progress.stopRequested;
 }
 
-std::optional<SearchHit> ReplaceRun::findNext() const
+std::optional<SearchHit> ReplaceRun::findNext()
 {
     constexpr auto forward = SearchDirection::Forward;
     const TextStore &text = m_editor.store();
@@ -125,7 +125,7 @@ std::optional<SearchHit> ReplaceRun::findNext() const
             return hitAt(text, pattern, forward, start, *begin);
         if (rest.isEmpty())
             return std::nullopt;
-        QCoreApplication::processEvents();
+        processEvents();
         if (m_progress.stopRequested)
             return std::nullopt;
     }

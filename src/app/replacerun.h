@@ -1,9 +1,9 @@
 #pragma once
 
 #include "editor/editorsearch.h"
+#include "platform/pendingevents.h"
 #include "platform/requesthold.h"
 
-#include <QDeadlineTimer>
 #include <QObject>
 
 class ctlEditer;
@@ -37,7 +37,8 @@ public:
 private:
     bool runFrame();
     bool replaceNext();
-    std::optional<SearchHit> findNext() const;
+    std::optional<SearchHit> findNext();
+    void processEvents() { m_now = m_events.process(); }
     void hurry();
     void showResult();
 
@@ -45,6 +46,8 @@ private:
     const SearchRequest &m_request;
     frmReplaceProgress &m_progress;
     EditorSearch m_search;
+    PendingEvents m_events;
     int m_count = 0;
-    QDeadlineTimer m_frameEnd{ 0 }; ///< the first replacement is shown at once
+    PendingEvents::Clock::time_point m_now; ///< as of when events were processed
+    PendingEvents::Clock::time_point m_frameEnd; ///< long ago: the first replacement is shown at once
 };
