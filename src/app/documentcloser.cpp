@@ -12,6 +12,8 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 DocumentCloser::DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
     DocumentSaver &saver, EditRuns &edits, RecentPlaces &places)
     : m_window(window)
@@ -53,6 +55,12 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
         return then(false);
     }
     Q_UNREACHABLE();
+}
+
+bool DocumentCloser::isEditUnderWay() const
+{
+    return std::ranges::any_of(
+        m_documents.editors(), [this](const ctlEditer *editor) { return m_edits.isUnderWay(editor); });
 }
 
 void DocumentCloser::waitForWork()

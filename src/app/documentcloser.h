@@ -26,6 +26,8 @@ public:
     /// Asks about an edited document and saves it on "Yes". Waits for a long edit before and for a save that
     /// is under way; the window goes on meanwhile. False when it is not to be closed, or is closed by then.
     bool saveIfWanted(ctlEditer *editor);
+    /// A long edit of one of them.
+    bool isEditUnderWay() const;
     /// Until no long edit and no save is under way, the same way.
     void waitForWork();
     /// Closes the current document, unless the user wants to keep it; behind a save or a long edit, when that

@@ -2,6 +2,7 @@
 
 #include "app/documentarea.h"
 #include "app/documentfile.h"
+#include "app/editruns.h"
 #include "app/recentplaces.h"
 #include "app/windowjobs.h"
 #include "editor/ctlediter.h"
@@ -28,11 +29,12 @@ void announceSaved(const ctlEditer &editor)
 } // namespace
 
 DocumentSaver::DocumentSaver(QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents,
-    RecentPlaces &places, const WindowJobs &jobs)
+    RecentPlaces &places, EditRuns &edits, const WindowJobs &jobs)
     : m_window(window)
     , m_dialogs(dialogs)
     , m_documents(documents)
     , m_places(places)
+    , m_edits(edits)
     , m_jobs(jobs)
 {
     connect(&documents, &DocumentArea::closed, this, [this](const ctlEditer *editor) {
@@ -176,7 +178,15 @@ void DocumentSaver::saveAll()
 void DocumentSaver::saveRest(QList<int> ids, const QPointer<ctlEditer> &before)
 {
     while (!ids.isEmpty()) {
-        ctlEditer *const editor = m_documents.tabBar()->editorOf(ids.takeFirst());
+        ctlEditer *const editor = m_documents.tabBar()->editorOf(ids.constFirst());
+        if (editor && m_edits.isUnderWay(editor)) {
+            m_edits.whenEnded(editor, [this, ids](bool isMade) {
+                if (isMade)
+                    saveRest(ids, {});
+            });
+            return;
+        }
+        ids.removeFirst();
         if (!editor || !editor->edited())
             continue;
         beginSave(

@@ -9,6 +9,7 @@
 #include <vector>
 
 class DocumentArea;
+class EditRuns;
 class RecentPlaces;
 struct WindowJobs;
 
@@ -22,7 +23,7 @@ public:
 
     /// Asks over `window`. `jobs` is not owned.
     DocumentSaver(QWidget &window, const WindowDialogs &dialogs, DocumentArea &documents,
-        RecentPlaces &places, const WindowJobs &jobs);
+        RecentPlaces &places, EditRuns &edits, const WindowJobs &jobs);
     ~DocumentSaver() override;
 
     /// Saves under the document's own name and codes; asks for a name when it has none. `then` is called at
@@ -40,7 +41,8 @@ public:
     bool save(ctlEditer *editor);
     bool saveTo(ctlEditer *editor, const FileChoice &file);
     bool saveAs(ctlEditer *editor, std::optional<CharCode> charCode = {});
-    /// Saves the edited documents in the order of their ids, until one cannot be saved.
+    /// Saves the edited documents in the order of their ids, until one cannot be saved. A long edit of one is
+    /// waited for, behind this call; where that is stopped, so is this.
     void saveAll();
 
     /// A save of it is under way.
@@ -71,6 +73,7 @@ private:
     const WindowDialogs &m_dialogs;
     DocumentArea &m_documents;
     RecentPlaces &m_places;
+    EditRuns &m_edits;
     const WindowJobs &m_jobs;
     std::map<const ctlEditer *, UnderWay> m_saving;
 };

@@ -37,6 +37,8 @@ bool SessionEnd::prepare(bool mayAsk)
     // What is busy may be beneath this, and no save or edit ends before it does.
     if (!QPEApplication::isBusy())
         m_closer.waitForWork();
+    else if (m_closer.isEditUnderWay())
+        return false;
     const bool isReady =
         !hasEdits() || (mayAsk ? askAll() : m_journals.flush(RecoveryJournals::longestFlush));
     // The session may go on.
@@ -66,8 +68,9 @@ bool SessionEnd::askAll()
 bool SessionEnd::hasEdits() const
 {
     const QList<ctlEditer *> editors = m_documents.editors();
-    return std::any_of(
-        editors.begin(), editors.end(), [](const ctlEditer *editor) { return editor->edited(); });
+    return m_closer.isEditUnderWay()
+        || std::any_of(
+            editors.begin(), editors.end(), [](const ctlEditer *editor) { return editor->edited(); });
 }
 
 void SessionEnd::forget(ctlEditer *editor)

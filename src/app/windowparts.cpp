@@ -37,6 +37,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , edits(documents, jobs)
     , closer(window, documents, loader, saver, edits, places)
     , tabMenu(*new TabMenu(documents, loader, closer))
+    , saver(window, dialogs, documents, places, edits, jobs)
     , statusLine(*new StatusLine(documents, loader, saver))
     , documentJournals(documents, journals)
     , recovery(window, documents, loader, journals)

@@ -58,8 +58,8 @@ struct WindowParts {
     OpeningFiles openingFiles;
     RequestedFiles requested;
     FileDrops drops;
-    DocumentSaver saver;
     EditRuns edits;
+    DocumentSaver saver;
     DocumentCloser closer;
     TabMenu &tabMenu;
     StatusLine &statusLine;

@@ -46,8 +46,8 @@ private:
             [](QWidget *) { return false; } };
         const WindowJobs jobs{ std::make_unique<SteppedRunner>() };
         DocumentLoader loader{ window, dialogs, documents, places, jobs };
-        DocumentSaver saver{ window, dialogs, documents, places, jobs };
         EditRuns edits{ documents, jobs };
+        DocumentSaver saver{ window, dialogs, documents, places, edits, jobs };
         DocumentCloser closer{ window, documents, loader, saver, edits, places };
     };
 

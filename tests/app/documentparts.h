@@ -74,8 +74,8 @@ struct DocumentParts {
     SteppedRunner &steps = *new SteppedRunner;
     WindowJobs jobs{ std::unique_ptr<JobRunner>(&steps) };
     DocumentLoader loader{ window, dialogs, documents, places, jobs };
-    DocumentSaver saver{ window, dialogs, documents, places, jobs };
     EditRuns edits{ documents, jobs };
+    DocumentSaver saver{ window, dialogs, documents, places, edits, jobs };
     DocumentCloser closer{ window, documents, loader, saver, edits, places };
 
 private:

@@ -1,3 +1,6 @@
+#include "app/sessionend.h"
+#include "platform/requesthold.h"
+#include "recovery/recoveryjournals.h"
 #include "tests/app/documentparts.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/testprogram.h"
@@ -35,6 +38,9 @@ private slots:
     void sessionEndWaits();
     void staysWhereClosingIsCancelled();
     void freshDocumentIsNotReplaced();
+    void saveAllWaits();
+    void stoppedEditEndsSaveAll();
+    void sessionEndBehindADialogIsRefused();
 
 private:
     ctlEditer &editor() const { return *m_parts->documents.current(); }
@@ -199,6 +205,61 @@ void LongEditClosingTest::freshDocumentIsNotReplaced()
     QVERIFY(fresh->text() == m_text);
     QVERIFY(editor().text() == m_text);
     QCOMPARE(editor().name(), u"b.txt"_s);
+}
+
+/// Of the document that is edited so first, and saves the others behind it.
+void LongEditClosingTest::saveAllWaits()
+{
+    ctlEditer *const other = m_parts->open(m_parts->files.write(u"b.txt"_s, "old"));
+    QTest::keyClick(other, Qt::Key_X);
+    m_parts->documents.present(m_parts->documents.editors().constFirst());
+    begin();
+    m_parts->saver.saveAll();
+    m_parts->makeSteps(1);
+    QCOMPARE(m_parts->files.read(u"b.txt"_s), "old"_ba);
+    m_parts->steps.runAll();
+    settle();
+    m_parts->steps.runAll();
+    QVERIFY(m_parts->files.read(u"a.txt"_s) == m_moved.toLatin1());
+    QCOMPARE(m_parts->files.read(u"b.txt"_s), "xold"_ba);
+    QVERIFY(!editor().edited() && !other->edited());
+}
+
+void LongEditClosingTest::stoppedEditEndsSaveAll()
+{
+    ctlEditer *const other = m_parts->open(m_parts->files.write(u"b.txt"_s, "old"));
+    QTest::keyClick(other, Qt::Key_X);
+    m_parts->documents.present(m_parts->documents.editors().constFirst());
+    begin();
+    m_parts->saver.saveAll();
+    QTRY_VERIFY(m_parts->isStrip(&editor()));
+    m_parts->pressStop(&editor());
+    m_parts->steps.runAll();
+    settle();
+    QVERIFY(isAsBefore());
+    QCOMPARE(m_parts->files.read(u"b.txt"_s), "old"_ba);
+    QVERIFY(other->edited());
+}
+
+/// Which the edit waits for; what it brings would be in no file and no journal.
+void LongEditClosingTest::sessionEndBehindADialogIsRefused()
+{
+    RecoveryJournals journals;
+    SessionEnd end(m_parts->documents, m_parts->closer, journals);
+    begin();
+    {
+        const RequestHold hold;
+        QVERIFY(!end.prepare(true));
+        QVERIFY(!end.prepare(false));
+        m_parts->steps.runAll();
+        QVERIFY(editor().document().isHeld());
+        QVERIFY(!end.prepare(false));
+    }
+    settle();
+    QVERIFY(editor().text() == m_moved);
+    const MessageBoxes boxes({ u"No"_s });
+    QVERIFY(end.prepare(true));
+    QCOMPARE(boxes.count(), 1);
 }
 
 REGISTER_TEST(runFormTest<LongEditClosingTest>)

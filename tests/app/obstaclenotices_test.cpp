@@ -2,6 +2,7 @@
 
 #include "app/documentarea.h"
 #include "app/documentsaver.h"
+#include "app/editruns.h"
 #include "app/recentplaces.h"
 #include "tests/app/stripinwindow.h"
 #include "tests/testprogram.h"
@@ -29,7 +30,8 @@ void ObstacleNoticesTest::tellsOfAFileThatCannotBeWritten()
     RecentPlaces places;
     const WindowDialogs dialogs;
     const WindowJobs jobs;
-    DocumentSaver saver(window, dialogs, documents, places, jobs);
+    EditRuns edits(documents, jobs);
+    DocumentSaver saver(window, dialogs, documents, places, edits, jobs);
     int error = EACCES;
     FileCalls calls = FileCalls::system();
     calls.access = [&error](const char *, int, int) {
@@ -59,7 +61,8 @@ void ObstacleNoticesTest::tellsOfAFullDisk()
     RecentPlaces places;
     const WindowDialogs dialogs;
     const WindowJobs jobs;
-    DocumentSaver saver(documents, dialogs, documents, places, jobs);
+    EditRuns edits(documents, jobs);
+    DocumentSaver saver(documents, dialogs, documents, places, edits, jobs);
     FileCalls calls = FileCalls::system();
     bool isFull = true;
     calls.statvfs = [&isFull](const char *, struct statvfs *info) {
