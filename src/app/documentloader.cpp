@@ -1,5 +1,6 @@
 #include "app/documentloader.h"
 
+#include "app/arrivinginput.h"
 #include "app/documentarea.h"
 #include "app/documentfile.h"
 #include "app/recentplaces.h"
@@ -73,7 +74,10 @@ DocumentLoader::DocumentLoader(QWidget &window, const WindowDialogs &dialogs, Do
     , m_places(places)
     , m_jobs(jobs)
 {
-    connect(&documents, &DocumentArea::closed, this, [this](ctlEditer *editor) { m_arriving.erase(editor); });
+    connect(&documents, &DocumentArea::closed, this, [this](ctlEditer *editor) {
+        m_arriving.erase(editor);
+        m_inputs.erase(editor);
+    });
 }
 
 DocumentLoader::~DocumentLoader() = default;
@@ -267,15 +271,58 @@ void DocumentLoader::openUnsaved(
         if (document && opened)
             opened(isOpen);
     };
+    readUnsaved(editor, file, name, OpenedIn::View, end);
+}
+
+/// The document is held no more where it was.
+void DocumentLoader::readUnsaved(
+    ctlEditer *editor, const FileChoice &file, const QString &name, OpenedIn where, const Opened &ended)
+{
     if (isLarge(file)) {
-        loadUnsavedBehind(editor, file, name, end);
-        m_documents.present(editor);
+        loadUnsavedBehind(editor, file, name, ended);
+        show(editor, where);
         return;
     }
+    editor->document().setHeld(false);
     const bool isLoaded = loadUnsaved(editor, file, name);
     if (isLoaded)
-        m_documents.present(editor);
-    end(isLoaded);
+        show(editor, where);
+    ended(isLoaded);
+}
+
+void DocumentLoader::openInput(const SharedFd &input, std::optional<CharCode> charCode)
+{
+    m_documents.commitComposition();
+    KeyPause::begin();
+    ctlEditer *const editor = m_documents.add();
+    auto &arriving = m_inputs[editor];
+    arriving = std::make_unique<ArrivingInput>(*editor, input, m_documents.notices(), *m_jobs.inputRunner);
+    connect(arriving.get(), &ArrivingInput::ended, this,
+        [this, editor, charCode](const SharedFd &kept, qint64 size, bool isWhole) {
+            const QPointer<ctlEditer> document = editor;
+            endInput(editor, charCode, kept, size);
+            if (!isWhole && document)
+                tellFailure(document, ReadFailure::BrokenOff);
+        });
+    m_documents.present(editor);
+}
+
+/// Input of which there is nothing is no text of the user's. The file is there until it is read.
+void DocumentLoader::endInput(
+    ctlEditer *editor, std::optional<CharCode> charCode, const SharedFd &kept, qint64 size)
+{
+    m_inputs.extract(editor).mapped().release()->deleteLater();
+    emit m_documents.workEnded();
+    if (size == 0) {
+        editor->document().setHeld(false);
+        return;
+    }
+    const FileChoice file = fileOf(u"/proc/self/fd/%1"_s.arg(kept->number()), charCode);
+    readUnsaved(
+        editor, file, {}, OpenedIn::Background, [this, kept, document = QPointer(editor)](bool isOpen) {
+            if (document)
+                endUnsaved(document, isOpen);
+        });
 }
 
 /// False: the document was shown, and has gone.

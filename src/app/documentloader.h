@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/arrivingfile.h"
+#include "files/sharedfd.h"
 
 #include <QCoreApplication>
 
@@ -8,6 +9,7 @@
 #include <map>
 #include <memory>
 
+class ArrivingInput;
 class DocumentArea;
 class RecentPlaces;
 struct WindowJobs;
@@ -55,7 +57,10 @@ public:
     /// may be at once; not at all where the document was closed before.
     void openUnsaved(const QString &path, const QString &name, std::optional<CharCode> charCode,
         const Opened &opened = {});
-    /// The same with a document's file, read as the document was.
+    /// The same with what comes from a pipe or the like, by and by: the document is there at once. What has
+    /// come when it ends, is stopped or cannot be read further is the text; of nothing it is a new document.
+    void openInput(const SharedFd &input, std::optional<CharCode> charCode);
+    /// The same as openUnsaved() with a document's file, read as the document was.
     void openFromDisk(const ctlEditer &editor, const QString &name, const Opened &opened = {});
     /// Reads a document's file again, as other programs have made it; asks before edits are thrown away.
     /// Cursor and view stay in their rows.
@@ -88,7 +93,10 @@ private:
     void fillFreshBehind(ctlEditer *editor, const FileChoice &file);
     void fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped);
     void replaceBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Then &loaded);
+    void endInput(ctlEditer *editor, std::optional<CharCode> charCode, const SharedFd &kept, qint64 size);
     bool endUnsaved(ctlEditer *editor, bool isOpen);
+    void readUnsaved(
+        ctlEditer *editor, const FileChoice &file, const QString &name, OpenedIn where, const Opened &ended);
     bool loadUnsaved(ctlEditer *editor, const FileChoice &file, const QString &name);
     void loadUnsavedBehind(
         ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended);
@@ -111,4 +119,5 @@ private:
     const WindowJobs &m_jobs;
     const ctlEditer *m_loading = nullptr;
     std::map<const ctlEditer *, std::unique_ptr<ArrivingFile>> m_arriving;
+    std::map<const ctlEditer *, std::unique_ptr<ArrivingInput>> m_inputs;
 };

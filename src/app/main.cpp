@@ -31,7 +31,7 @@ bool reads(const CommandLine &line, FileRequests &requests)
         if (!number)
             continue;
         requests[i].fileName.clear();
-        requests[i].input = readInput(*number);
+        requests[i].input = inputFrom(*number);
         if (!requests[i].input)
             return false;
     }

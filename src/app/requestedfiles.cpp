@@ -26,12 +26,6 @@ bool isFolder(const QString &fileName)
     return ::stat(FileName::toBytes(fileName).constData(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
-bool isEmpty(const OpenFd &file)
-{
-    struct stat info;
-    return ::fstat(file.number(), &info) == 0 && info.st_size == 0;
-}
-
 /// In a text that is held, when it is not any more: all of it is there then.
 void jumpTo(ctlEditer &editor, const LineColumn &place)
 {
@@ -104,24 +98,13 @@ ctlEditer *RequestedFiles::openNamed(const FileRequest &request, OpenedIn where)
                                        : m_loader.open(request.fileName, request.charCode, where);
 }
 
-/// Input of which there is nothing is no text of the user's.
 ctlEditer *RequestedFiles::openWithoutName(const FileRequest &request)
 {
-    if (request.input && !isEmpty(*request.input))
-        openInput(request);
+    if (request.input)
+        m_loader.openInput(request.input, request.charCode);
     else
         m_documents.present(m_documents.add());
     return m_documents.current();
-}
-
-/// Which is open until it is read.
-void RequestedFiles::openInput(const FileRequest &request)
-{
-    const QString file = u"/proc/self/fd/%1"_s.arg(request.input->number());
-    m_loader.openUnsaved(file, {}, request.charCode, [this, input = request.input](bool isOpen) {
-        if (!isOpen)
-            m_documents.present(m_documents.add());
-    });
 }
 
 /// Behind this call, which a menu would keep from its end. Whoever chooses needs a document to be current.

@@ -28,7 +28,6 @@ private:
     ctlEditer *openNamed(const FileRequest &request, OpenedIn where);
     void openDropped(const QString &fileName, OpenedIn where);
     ctlEditer *openWithoutName(const FileRequest &request);
-    void openInput(const FileRequest &request);
     void offerRecent();
 
     DocumentArea &m_documents;

@@ -1,41 +1,35 @@
 #include "app/standardinput.h"
 
-#include "files/filecalls.h"
+#include "files/inputreading.h"
 
-#include <QByteArray>
-#include <QDir>
-#include <QFile>
-
-#include <array>
-#include <cstdlib>
+#include <cerrno>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Null: there can be none.
-SharedFd namelessFile()
+/// Else errno says why.
+bool canBeRead(int number)
 {
-    QByteArray name = QFile::encodeName(QDir::tempPath()) + "/marlopad-" + QByteArray(6, 'X');
-    const int number = ::mkostemp(name.data(), O_CLOEXEC);
-    if (number == -1)
-        return {};
-    ::unlink(name.constData());
-    return std::make_shared<OpenFd>(number);
+    struct stat info;
+    const int flags = ::fcntl(number, F_GETFL);
+    if (flags == -1 || ::fstat(number, &info) != 0)
+        return false;
+    errno = S_ISDIR(info.st_mode) ? EISDIR : EBADF;
+    return !S_ISDIR(info.st_mode) && (flags & O_ACCMODE) != O_WRONLY;
 }
 
-bool writeAll(int to, const char *bytes, ssize_t count)
+/// Null, with errno, where it cannot be read.
+SharedFd readToItsEnd(const SharedFd &input)
 {
-    while (count > 0) {
-        const ssize_t written = retried([&] { return ::write(to, bytes, size_t(count)); });
-        if (written == -1)
-            return false;
-        bytes += written;
-        count -= written;
-    }
-    return true;
+    InputReading reading(input);
+    auto step = InputReading::Step::More;
+    while (step == InputReading::Step::More)
+        step = reading.step();
+    return step == InputReading::Step::Done ? reading.kept() : SharedFd();
 }
 
 } // namespace
@@ -51,17 +45,13 @@ void occupyStandardFiles()
     }
 }
 
-SharedFd readInput(int number)
+SharedFd inputFrom(int number)
 {
-    SharedFd file = namelessFile();
-    std::array<char, 65536> block{};
-    ssize_t count = file ? 1 : 0;
-    while (count > 0) {
-        count = retried([&] { return ::read(number, block.data(), block.size()); });
-        if (count == -1 || !writeAll(file->number(), block.data(), count))
-            return {};
-    }
-    return file;
+    const int copy = canBeRead(number) ? ::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1) : -1;
+    if (copy == -1)
+        return {};
+    const auto input = std::make_shared<OpenFd>(copy);
+    return ::isatty(number) ? readToItsEnd(input) : input;
 }
 
 std::optional<int> ownFileNamed(const QString &name)

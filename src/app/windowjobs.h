@@ -11,4 +11,6 @@ struct WindowJobs {
     /// Files and texts of fewer bytes or units are read and written in one go: what that takes nobody
     /// notices, and a sign of it would only flicker.
     qint64 fewest = qint64{ 8 } << 20;
+    /// For what other programs may keep waiting for ever. Null: in threads of their own.
+    std::unique_ptr<JobRunner> inputRunner = {};
 };

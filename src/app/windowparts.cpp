@@ -1,16 +1,19 @@
 #include "app/windowparts.h"
 
 #include "jobs/poolrunner.h"
+#include "jobs/threadrunner.h"
 #include "settings/settings.h"
 
 #include <QMainWindow>
 
 namespace {
 
-WindowJobs withRunner(WindowJobs jobs)
+WindowJobs withRunners(WindowJobs jobs)
 {
     if (!jobs.runner)
         jobs.runner = std::make_unique<PoolRunner>();
+    if (!jobs.inputRunner)
+        jobs.inputRunner = std::make_unique<ThreadRunner>();
     return jobs;
 }
 
@@ -18,7 +21,7 @@ WindowJobs withRunner(WindowJobs jobs)
 
 WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, WindowJobs windowJobs)
     : dialogs(std::move(windowDialogs))
-    , jobs(withRunner(std::move(windowJobs)))
+    , jobs(withRunners(std::move(windowJobs)))
     , language(appSettings().Lang)
     , fullScreen(*new FullScreen(&window))
     , windowSize(*new WindowSize(&window))
@@ -33,11 +36,10 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , openingFiles(documents.notices())
     , requested(documents, loader, recentMenu, awaited, openingFiles)
     , drops(window)
-    , saver(window, dialogs, documents, places, jobs)
     , edits(documents, jobs)
+    , saver(window, dialogs, documents, places, edits, jobs)
     , closer(window, documents, loader, saver, edits, places)
     , tabMenu(*new TabMenu(documents, loader, closer))
-    , saver(window, dialogs, documents, places, edits, jobs)
     , statusLine(*new StatusLine(documents, loader, saver))
     , documentJournals(documents, journals)
     , recovery(window, documents, loader, journals)

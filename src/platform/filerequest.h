@@ -29,7 +29,7 @@ struct FileRequest {
     std::optional<LineColumn> place = {}; ///< where the cursor goes
     std::optional<CharCode> charCode = {}; ///< nothing: detect
     bool isRecent = false; ///< the user chooses one of those that were closed last; nothing else counts
-    SharedFd input = {}; ///< a file that can be read from its start
+    SharedFd input = {}; ///< a pipe or a file, read from where it is
     SharedFd waiting = {}; ///< of a start that waits for the document's end, see WaitingStart
 };
 using FileRequests = QList<FileRequest>;

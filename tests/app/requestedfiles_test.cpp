@@ -25,6 +25,7 @@ SharedFd fileWith(const QByteArray &content)
     const int number = ::memfd_create("content", MFD_CLOEXEC);
     if (::write(number, content.constData(), size_t(content.size())) != content.size())
         qFatal("cannot write");
+    ::lseek(number, 0, SEEK_SET);
     return std::make_shared<OpenFd>(number);
 }
 
@@ -255,16 +256,17 @@ void RequestedFilesTest::inputIsANewDocument()
 {
     m_window->openRequested(
         { {}, From::Shell, LineColumn{ 2, 1 }, {}, false, fileWith("\343\201\202\na\n\343\201\204\n") });
-    QCOMPARE(editor().text().left(3), u"あ\na"_s);
+    QTRY_COMPARE(editor().text().left(3), u"あ\na"_s);
     QCOMPARE(openFiles(), u"(new document) * (new document)"_s);
     QVERIFY(editor().path().isEmpty());
     QVERIFY(editor().edited());
-    QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(1), 0 }));
+    QTRY_COMPARE(editor().cursorPosition(), (RowCol{ RowIndex(1), 0 }));
 }
 
 void RequestedFilesTest::emptyInputIsAnEmptyDocument()
 {
     m_window->openRequested({ {}, From::Shell, {}, {}, false, fileWith({}) });
+    QTRY_VERIFY(!editor().document().isHeld());
     QCOMPARE(openFiles(), u"(new document) (new document)"_s);
     QVERIFY(!editor().edited());
 }

@@ -16,32 +16,40 @@ class StandardInputTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void readsAPipeToItsEnd();
+    void givesAPipeAsItIs();
     void tellsWhatCannotBeRead();
     void knowsOwnFiles_data();
     void knowsOwnFiles();
 };
 
-void StandardInputTest::readsAPipeToItsEnd()
+/// Whoever has it may close it.
+void StandardInputTest::givesAPipeAsItIs()
 {
     std::array<int, 2> ends{};
     QCOMPARE(::pipe(ends.data()), 0);
-    QCOMPARE(::write(ends[1], "one\ntwo\n", 8), 8);
-    ::close(ends[1]);
-    const SharedFd file = readInput(ends[0]);
+    const SharedFd input = inputFrom(ends[0]);
     ::close(ends[0]);
-    QVERIFY(file);
-    std::array<char, 16> read{};
-    QCOMPARE(::pread(file->number(), read.data(), read.size(), 0), 8);
-    QCOMPARE(QByteArray(read.data(), 8), "one\ntwo\n"_ba);
+    QVERIFY(input);
+    QCOMPARE(::write(ends[1], "one", 3), 3);
+    std::array<char, 4> read{};
+    QCOMPARE(::read(input->number(), read.data(), read.size()), 3);
+    ::close(ends[1]);
 }
 
 void StandardInputTest::tellsWhatCannotBeRead()
 {
     const int folder = ::open("/", O_RDONLY | O_CLOEXEC);
     QVERIFY(folder != -1);
-    QVERIFY(!readInput(folder));
+    QVERIFY(!inputFrom(folder));
+    QCOMPARE(errno, EISDIR);
     ::close(folder);
+    const int forWriting = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    QVERIFY(forWriting != -1);
+    QVERIFY(!inputFrom(forWriting));
+    QCOMPARE(errno, EBADF);
+    ::close(forWriting);
+    QVERIFY(!inputFrom(forWriting));
+    QCOMPARE(errno, EBADF);
 }
 
 void StandardInputTest::knowsOwnFiles_data()
