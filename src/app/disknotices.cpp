@@ -4,6 +4,7 @@
 #include "app/documentfile.h"
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
+#include "app/windowjobs.h"
 #include "platform/qpeapplication.h"
 
 #include <QEvent>
@@ -22,12 +23,13 @@ QString folderName(const ctlEditer &editor)
 
 } // namespace
 
-DiskNotices::DiskNotices(
-    QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver, JobRunner &jobs)
+DiskNotices::DiskNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
+    DocumentSaver &saver, const WindowJobs &jobs)
     : m_documents(documents)
     , m_loader(loader)
     , m_saver(saver)
-    , m_reader(jobs)
+    , m_jobs(jobs)
+    , m_reader(*jobs.runner)
 {
     window.installEventFilter(this);
     connect(&documents, &DocumentArea::added, this, &DiskNotices::listenTo);
@@ -112,6 +114,7 @@ void DiskNotices::checkNextHidden()
 /// It was read or written.
 void DiskNotices::noteFile(ctlEditer *editor)
 {
+    m_behind.remove(editor);
     m_documents.notices().withdraw(NoticeKind::ChangedOnDisk, editor);
     if (editor == m_documents.current() && hasFile(*editor))
         m_watch.setFile(fullName(*editor));
@@ -238,12 +241,47 @@ void DiskNotices::follow(ctlEditer *editor)
 /// While a dialog is open, or replacements run, the text waits; the next look comes when that has gone.
 void DiskNotices::readOn(ctlEditer *editor)
 {
-    if (!QPEApplication::isBusy())
+    if (QPEApplication::isBusy())
+        return;
+    if (isGrowthLong(*editor))
+        readOnBehind(editor);
+    else
         editor->readGrowth();
+}
+
+/// Codes in which a text depends on what stands before it are read as a whole.
+bool DiskNotices::isGrowthLong(const ctlEditer &editor) const
+{
+    const TextDocument &document = editor.document();
+    const bool isReadWhole = infoOf(document.charCode()).hasState;
+    const qint64 known = isReadWhole ? 0 : document.file().version().stamp().size;
+    return fileNow(editor).size - known >= m_jobs.fewest;
+}
+
+/// What was to be read so before and was not read was stopped, or cannot be read.
+void DiskNotices::readOnBehind(ctlEditer *editor)
+{
+    if (m_behind.contains(editor)) {
+        stopFollowing(editor);
+        tell(editor, FileChange::Grown);
+        return;
+    }
+    m_behind.insert(editor);
+    const bool isCursorAtEnd = !editor->hasMarkedText() && editor->cursorOffset() == editor->store().end();
+    m_loader.reload(editor);
+    const auto goOn = [this, editor, isCursorAtEnd] {
+        if (isCursorAtEnd)
+            editor->setCursorPlace({ editor->store().end() });
+        check(editor);
+    };
+    if (editor->document().isHeld())
+        connect(&editor->document(), &TextDocument::released, editor, goOn,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 void DiskNotices::stopFollowing(ctlEditer *editor)
 {
+    m_behind.remove(editor);
     if (m_followed.remove(editor))
         m_documents.notices().withdraw(NoticeKind::Following, editor);
 }

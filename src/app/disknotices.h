@@ -9,6 +9,7 @@
 class DocumentArea;
 class DocumentLoader;
 class DocumentSaver;
+struct WindowJobs;
 class ctlEditer;
 
 /// Tells the user what other programs do to the files of documents, and offers to read it, to keep what the
@@ -22,7 +23,7 @@ class DiskNotices : public QObject {
 public:
     /// `window` is the one whose coming to the front counts.
     DiskNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver,
-        JobRunner &jobs);
+        const WindowJobs &jobs);
 
 signals:
     /// The document's file was looked at, and has come to this.
@@ -51,15 +52,19 @@ private:
 
     void follow(ctlEditer *editor);
     void readOn(ctlEditer *editor);
+    bool isGrowthLong(const ctlEditer &editor) const;
+    void readOnBehind(ctlEditer *editor);
     void stopFollowing(ctlEditer *editor);
 
     DocumentArea &m_documents;
     DocumentLoader &m_loader;
     DocumentSaver &m_saver;
+    const WindowJobs &m_jobs;
     DiskWatch m_watch;
     ContentReader m_reader;
     QSet<const ctlEditer *> m_canFollow; ///< those whose notice offers it
     QSet<const ctlEditer *> m_followed;
+    QSet<const ctlEditer *> m_behind; ///< those of them that are read behind the window, or were to be
     QSet<const ctlEditer *> m_unlooked; ///< to be looked at when they are held no more
     QList<ctlEditer *> m_hidden; ///< to be looked at, without being shown
     QTimer m_hiddenTurn;

@@ -5,7 +5,8 @@
 #include "recovery/recoveryjournals.h"
 
 WindowNotices::WindowNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
-    DocumentSaver &saver, JobRunner &jobs, RecoveryJournals &journals, DocumentJournals &documentJournals)
+    DocumentSaver &saver, const WindowJobs &jobs, RecoveryJournals &journals,
+    DocumentJournals &documentJournals)
     : m_writing(documents, saver)
     , m_reading(documents, loader)
     , m_disk(window, documents, loader, saver, jobs)

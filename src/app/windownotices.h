@@ -8,8 +8,8 @@
 #include "app/writingnotices.h"
 
 class DocumentJournals;
-class JobRunner;
 class RecoveryJournals;
+struct WindowJobs;
 
 /// Those that look out for what puts the text of a window's documents at risk. Each listens to the documents
 /// by itself, and puts what it finds into their notices.
@@ -17,7 +17,7 @@ class WindowNotices {
 public:
     /// `window` is the one whose coming to the front counts.
     WindowNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader, DocumentSaver &saver,
-        JobRunner &jobs, RecoveryJournals &journals, DocumentJournals &documentJournals);
+        const WindowJobs &jobs, RecoveryJournals &journals, DocumentJournals &documentJournals);
 
     /// Tells of what earlier runs of the program have left.
     void tellOfEarlierRuns();

@@ -48,7 +48,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , lastWrites(documents, loader, saver, places, journals)
     , search(window, documents, jobs)
     , properties(window, documents, jobs)
-    , notices(window, documents, loader, saver, *jobs.runner, journals, documentJournals)
+    , notices(window, documents, loader, saver, jobs, journals, documentJournals)
     , firstOffers(documents, desktopLocale())
 {
     window.setCentralWidget(&documents);
