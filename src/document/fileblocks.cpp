@@ -86,8 +86,9 @@ CharCode FileBlocks::code(CharCode codeOfEmpty) const
 bool FileBlocks::read(FileBlock &block, const FileBlock &before, qsizetype size)
 {
     const QByteArrayView carried = QByteArrayView(before.bytes).first(before.size).sliced(before.end);
-    const qint64 left = std::max<qint64>(0, expectedSize() - m_facts.size());
-    block.bytes.resize(carried.size() + std::min<qint64>(size, left + 1)); // one more tells the end
+    const qint64 left = expectedSize() - m_facts.size();
+    const qint64 room = left > 0 ? left + 1 : readAtOnce; // one more tells the end, unless the file grows
+    block.bytes.resize(carried.size() + std::min<qint64>(size, room));
     std::copy(carried.begin(), carried.end(), block.bytes.begin());
     block.size = carried.size();
     block.end = 0;

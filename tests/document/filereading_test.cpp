@@ -126,6 +126,7 @@ private slots:
     void memoryMayNotSuffice();
     void everyReadMayBeShort();
     void takesWhatAFileHasGot();
+    void whatAFileHasGotTakesNoMoreSteps();
     void longFileIsNeverHeldWhole();
 
 private:
@@ -430,6 +431,32 @@ void FileReadingTest::takesWhatAFileHasGot()
     QCOMPARE(taker.take(reading, makeOneByOne), std::nullopt);
     QCOMPARE(taker.store.text().toUtf8(), content);
     QCOMPARE(reading.result().version.stamp().size, content.size());
+}
+
+/// Since it was opened.
+void FileReadingTest::whatAFileHasGotTakesNoMoreSteps()
+{
+    const QByteArray start = "the start\n", added = QByteArray("added\n").repeated(4000);
+    QVERIFY(m_folder.write(fileName, start));
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&](int fd, void *to, size_t size, off_t offset) {
+        if (offset == 0 && !m_folder.write(fileName, start + added))
+            return ssize_t{ -1 };
+        return FileCalls::system().pread(fd, to, size, offset);
+    };
+    TextStore text;
+    FileReading reading(
+        { m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(text), calls, { 256, 1024, 512 });
+    int steps = 0;
+    auto step = FileReading::Step::More;
+    for (; step == FileReading::Step::More; ++steps) {
+        step = reading.step();
+        if (auto part = reading.takePart())
+            text.append(std::move(part->text));
+    }
+    QCOMPARE(step, FileReading::Step::Done);
+    QCOMPARE(text.text().toUtf8(), start + added);
+    QVERIFY2(steps < 40, qPrintable(QString::number(steps)));
 }
 
 /// The first part comes soon, and no block is longer than it has to be.
