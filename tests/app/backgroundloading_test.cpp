@@ -50,6 +50,8 @@ private slots:
     void stoppedReloadKeepsItsText();
     void closingSavesWhatIsStillThere();
     void reloadKeepsTheCursor();
+    void reloadIsMeasuredAnewInTurns();
+    void reloadIsStoppedWhileItIsMeasured();
     void closedTabEndsTheReading();
     void placeIsGoneToWhenItHasCome();
     void placeIsLeftWhereItsUserHasMoved();
@@ -66,6 +68,8 @@ private:
     DocumentArea &documents() { return m_parts->documents; }
     /// Has the long log read, and closed with its cursor at the far place.
     void leaveAtFarPlace();
+    /// A reload that is read, and is still to be measured in a width that came last.
+    ctlEditer *reloadToMeasure();
     /// Until the first text is there.
     bool begin(const ctlEditer &editor);
     void stop(const ctlEditer *editor);
@@ -381,6 +385,52 @@ void BackgroundLoadingTest::reloadKeepsTheCursor()
     QVERIFY(editor->text().startsWith(u"another 0\n"_s));
     QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(25000), 5 }));
     QCOMPARE(editor->topRow(), top);
+}
+
+ctlEditer *BackgroundLoadingTest::reloadToMeasure()
+{
+    write("old\n");
+    ctlEditer *const editor = open();
+    m_runner->runAll();
+    editor->setWordWrap(QMultiLineEdit::FixedPixelWidth);
+    editor->setWrapColumnOrWidth(200);
+    write(longLog("a line that is wrapped, and again, and again").repeated(10)); // of many turns
+    m_parts->loader.reload(editor);
+    m_runner->step();
+    m_runner->step();
+    editor->setWrapColumnOrWidth(150);
+    m_runner->runAll();
+    return editor;
+}
+
+/// The text of before can be looked at until then.
+void BackgroundLoadingTest::reloadIsMeasuredAnewInTurns()
+{
+    ctlEditer *const editor = reloadToMeasure();
+    QVERIFY(m_runner->isIdle());
+    QVERIFY(editor->document().isHeld());
+    QCoreApplication::processEvents();
+    QVERIFY(editor->document().isHeld());
+    QCOMPARE(editor->text(), u"old\n"_s);
+    QTRY_VERIFY(!editor->document().isHeld());
+    editor->store().checkInvariants();
+    QCOMPARE(editor->store().layoutRule(), editor->layoutRule());
+    ctlEditer other(nullptr);
+    other.setWordWrap(QMultiLineEdit::FixedPixelWidth);
+    other.setWrapColumnOrWidth(150);
+    other.setText(editor->text());
+    QCOMPARE(editor->numLines(), other.numLines());
+}
+
+void BackgroundLoadingTest::reloadIsStoppedWhileItIsMeasured()
+{
+    ctlEditer *const editor = reloadToMeasure();
+    QCoreApplication::processEvents();
+    QVERIFY(editor->document().isHeld());
+    stop(editor);
+    settle();
+    QVERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->text(), u"old\n"_s);
 }
 
 void BackgroundLoadingTest::closedTabEndsTheReading()
