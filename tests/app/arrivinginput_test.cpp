@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 fewestBehind = 100'000; ///< of what is read in several steps, when all has come
+constexpr qint64 fewestOfInput = 100'000; ///< of what is read in several steps, when all has come
 
 /// What another program writes.
 class Pipe {
@@ -120,7 +120,7 @@ void ArrivingInputTest::init()
     m_steps = new SteppedRunner;
     m_inputs = new SteppedRunner;
     m_window = std::make_unique<TestWindow>(WindowJobs{
-        std::unique_ptr<JobRunner>(m_steps), fewestBehind, std::unique_ptr<JobRunner>(m_inputs) });
+        std::unique_ptr<JobRunner>(m_steps), fewestOfInput, std::unique_ptr<JobRunner>(m_inputs) });
     theApplication().showMainWidget(m_window.get());
     QVERIFY(m_window->open());
 }

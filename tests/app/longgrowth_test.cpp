@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 fewestBehind = 100'000;
+constexpr qint64 fewestOfGrowth = 100'000;
 
 } // namespace
 
@@ -61,7 +61,8 @@ void LongGrowthTest::init()
     resetSettings();
     m_files = std::make_unique<TestFiles>();
     m_runner = new SteppedRunner;
-    m_window = std::make_unique<TestWindow>(WindowJobs{ std::unique_ptr<JobRunner>(m_runner), fewestBehind });
+    m_window =
+        std::make_unique<TestWindow>(WindowJobs{ std::unique_ptr<JobRunner>(m_runner), fewestOfGrowth });
     QVERIFY(m_window->open());
     m_window->slotCmdFileCloseTab();
 }
