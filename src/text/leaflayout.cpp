@@ -1,6 +1,7 @@
 #include "text/leaflayout.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -93,6 +94,36 @@ TextSummary sumAscii(const uchar *text, qint64 size, const TextLayout &layout, c
     return sum.finish(anyText ? width : INT_MAX, anyText ? width : 0);
 }
 
+/// The leaf has one byte a unit: each is a character, and the text is summed up by what occurs in it.
+TextSummary sumBytes(const uchar *text, qint64 size, const TextLayout &layout)
+{
+    std::array<bool, 256> occurs{};
+    Summing sum(layout.tabStop());
+    NextUnit<uchar> lineEnd(text, size, '\n');
+    NextUnit<uchar> tab(text, size, '\t');
+    for (qint64 i = 0; i < size; ++i) {
+        const qint64 tabAt = tab.at(i);
+        const qint64 end = qMin(lineEnd.at(i), tabAt);
+        Subpixels width = 0;
+        for (; i < end; ++i) {
+            width += layout.width(text[i]);
+            occurs[text[i]] = true;
+        }
+        sum.add(width);
+        if (i < size)
+            i == tabAt ? sum.addTab() : sum.addLineEnd();
+    }
+    int narrowest = INT_MAX;
+    int widest = 0;
+    for (size_t byte = 0; byte < occurs.size(); ++byte) {
+        if (!occurs[byte])
+            continue;
+        narrowest = qMin(narrowest, layout.width(uchar(byte)));
+        widest = qMax(widest, layout.width(uchar(byte)));
+    }
+    return sum.finish(narrowest, widest);
+}
+
 /// Width of a unit that joins no plain one and is neither LF nor TAB, else AdvanceTable::unknown.
 class PlainWidths {
 public:
@@ -102,10 +133,6 @@ public:
     {
     }
 
-    int of(uchar unit) const
-    {
-        return unit != '\n' && unit != '\t' ? m_layout.width(unit) : AdvanceTable::unknown;
-    }
     const quint16 *known() const { return m_known; }
     int of(char16_t unit) const
     {
@@ -126,9 +153,9 @@ private:
 };
 
 /// Adds up any text between TABs and LFs.
-template <typename Unit> class AnySum {
+class AnySum {
 public:
-    AnySum(const Unit *text, qint64 size, const TextLayout &layout)
+    AnySum(const char16_t *text, qint64 size, const TextLayout &layout)
         : m_text(text)
         , m_size(size)
         , m_layout(layout)
@@ -163,20 +190,18 @@ private:
     qint64 addPlain(qint64 i)
     {
         const PlainWidths plain = m_plain;
-        const Unit *text = m_text;
+        const char16_t *text = m_text;
         const qint64 size = m_size;
         Subpixels sum = 0;
         int narrowest = m_narrowest;
         int widest = m_widest;
-        if constexpr (sizeof(Unit) == 2) {
-            for (; i + PlainBlock::size <= size; i += PlainBlock::size) {
-                const PlainBlock block(text + i, plain.known());
-                if (!block.isPlain())
-                    break;
-                sum += block.width;
-                narrowest = qMin(narrowest, block.narrowest);
-                widest = qMax(widest, block.widest);
-            }
+        for (; i + PlainBlock::size <= size; i += PlainBlock::size) {
+            const PlainBlock block(text + i, plain.known());
+            if (!block.isPlain())
+                break;
+            sum += block.width;
+            narrowest = qMin(narrowest, block.narrowest);
+            widest = qMax(widest, block.widest);
         }
         for (int width; i < size && (width = plain.of(text[i])) != AdvanceTable::unknown; ++i) {
             sum += width;
@@ -191,18 +216,14 @@ private:
     /// already, if that is not before `from`. Returns the place behind it, `from` at the least.
     qint64 addJoined(qint64 from, qint64 at)
     {
-        if constexpr (sizeof(Unit) == 1) {
-            Q_UNREACHABLE();
-        } else {
-            const qint64 start = qMax(from, at - 1);
-            const TextLayout::Character found = m_layout.character(m_text, m_size, start);
-            m_sum.add(found.width - (start < at ? m_plain.of(m_text[start]) : 0));
-            note(found.end > start + 1 ? 0 : found.width, found.width);
-            return found.end;
-        }
+        const qint64 start = qMax(from, at - 1);
+        const TextLayout::Character found = m_layout.character(m_text, m_size, start);
+        m_sum.add(found.width - (start < at ? m_plain.of(m_text[start]) : 0));
+        note(found.end > start + 1 ? 0 : found.width, found.width);
+        return found.end;
     }
 
-    const Unit *m_text;
+    const char16_t *m_text;
     qint64 m_size;
     const TextLayout &m_layout;
     PlainWidths m_plain;
@@ -211,11 +232,6 @@ private:
     int m_widest = 0;
 };
 
-template <typename Unit> TextSummary sumAny(const Unit *text, qint64 size, const TextLayout &layout)
-{
-    return AnySum<Unit>(text, size, layout).make();
-}
-
 TextSummary sumText(const uchar *text, qint64 size, const TextLayout &layout)
 {
     if (layout.asciiWidth() > 0) {
@@ -223,12 +239,12 @@ TextSummary sumText(const uchar *text, qint64 size, const TextLayout &layout)
         if (counts.others == 0)
             return sumAscii(text, size, layout, counts);
     }
-    return sumAny(text, size, layout);
+    return sumBytes(text, size, layout);
 }
 
 TextSummary sumText(const char16_t *text, qint64 size, const TextLayout &layout)
 {
-    return sumAny(text, size, layout);
+    return AnySum(text, size, layout).make();
 }
 
 /// The same for text of one width without TABs: distances do.
