@@ -148,6 +148,7 @@ struct UndoHistory::State {
     void record(UndoCommand &&command, Joining joining);
     bool join(UndoCommand &command, Joining joining);
     bool joinOvertyping(UndoCommand &gone, UndoCommand &typed, Joining joining);
+    Step &beginStep();
     void recordBoth(UndoCommand &&gone, UndoCommand &&typed, Joining joining);
     UndoCommand *newestEdit();
     void limitDepth();
@@ -172,8 +173,10 @@ UndoCommand *UndoHistory::State::newestEdit()
 
 bool UndoHistory::State::join(UndoCommand &command, Joining joining)
 {
+    if (joining == Joining::Never || joining != lastJoining)
+        return false;
     UndoCommand *last = newestEdit();
-    if (joining == Joining::Never || joining != lastJoining || !last || last->kind != command.kind)
+    if (!last || last->kind != command.kind)
         return false;
     const bool insert = command.kind == Kind::Insert;
     if (command.offset == last->offset + (insert ? last->text.length() : 0)) {
@@ -205,16 +208,18 @@ void UndoHistory::State::recordBoth(UndoCommand &&gone, UndoCommand &&typed, Joi
 {
     if (joinOvertyping(gone, typed, joining))
         return;
-    const bool isGrouped = groupDepth++ > 0;
-    if (!isGrouped)
-        lastJoining = Joining::Never;
-    record(std::move(gone), joining);
-    record(std::move(typed), joining);
-    --groupDepth;
-    if (isGrouped)
+    if (groupDepth > 0) {
+        record(std::move(gone), joining);
+        record(std::move(typed), joining);
         return;
-    steps[done - 1].open = false;
-    steps[done - 1].takesMore = joining != Joining::Never;
+    }
+    lastJoining = joining;
+    Step &step = beginStep();
+    step.grouped = true;
+    step.takesMore = joining != Joining::Never;
+    step.add(std::move(gone));
+    step.add(std::move(typed));
+    limitDepth();
 }
 
 void UndoHistory::State::startEdit(const TextStore &store)
@@ -236,6 +241,12 @@ void UndoHistory::State::recordEdit(Offset offset, TextPiece &&gone, TextPiece &
         record(std::move(insertion), joining);
 }
 
+Step &UndoHistory::State::beginStep()
+{
+    ++done;
+    return steps.emplace_back();
+}
+
 void UndoHistory::State::record(UndoCommand &&command, Joining joining)
 {
     const bool joined = join(command, joining);
@@ -243,9 +254,8 @@ void UndoHistory::State::record(UndoCommand &&command, Joining joining)
     if (joined)
         return;
     if (groupDepth == 0 || done == 0 || !steps.back().open) {
-        Step &step = steps.emplace_back();
+        Step &step = beginStep();
         step.grouped = step.open = groupDepth > 0;
-        ++done;
     }
     steps.back().add(std::move(command));
     limitDepth();
@@ -259,16 +269,17 @@ void UndoHistory::State::limitDepth()
 
 void UndoHistory::State::joinOldestSteps()
 {
-    Step oldest = std::move(steps[0]);
+    Step &oldest = steps[0];
+    std::unique_ptr<JoinedSteps> joined = std::move(oldest.joined);
+    if (!joined) {
+        joined = std::make_unique<JoinedSteps>(JoinedSteps{ origin, {}, {}, {} });
+        for (const UndoCommand &edit : std::as_const(oldest.edits))
+            joined->add(edit);
+    }
     steps.pop_front();
     --done;
     Step &step = steps[0];
-    if (!oldest.joined) {
-        oldest.joined = std::make_unique<JoinedSteps>(JoinedSteps{ origin, {}, {}, {} });
-        for (const UndoCommand &edit : std::as_const(oldest.edits))
-            oldest.joined->add(edit);
-    }
-    step.joined = std::move(oldest.joined);
+    step.joined = std::move(joined);
     for (const UndoCommand &edit : std::as_const(step.edits))
         step.joined->add(edit);
     step.edits.erase(step.edits.begin(), step.edits.end() - 1);
