@@ -90,7 +90,7 @@ Role roleOf(char32_t codePoint)
     constexpr char32_t firstSyllable = 0xac00;
     constexpr char32_t lastSyllable = 0xd7a3;
     constexpr char32_t finals = 28;
-    if (codePoint >= 0x3400 && codePoint <= 0x9fff)
+    if ((codePoint >= 0x20 && codePoint <= 0x7e) || (codePoint >= 0x3400 && codePoint <= 0x9fff))
         return Role::None;
     if (codePoint >= firstSyllable && codePoint <= lastSyllable)
         return (codePoint - firstSyllable) % finals ? Role::ClosedSyllable : Role::OpenSyllable;

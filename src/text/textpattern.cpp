@@ -14,8 +14,9 @@ namespace {
 /// look beyond its end.
 constexpr qsizetype maxDistance = 63;
 
-/// Places that are tried at once.
+/// Places that are tried at once, and then, where one of them may be a hit.
 constexpr qint64 blockSize = 64;
+constexpr qint64 smallBlockSize = 32;
 
 /// Units that may be compared in vain before a search goes on unit by unit.
 constexpr qint64 freeComparisons = 4096;
@@ -152,7 +153,9 @@ private:
     const Probes<char16_t> &probesFor(const char16_t *) const { return m_pattern.m_utf16; }
 
     template <typename Unit> bool isCandidate(const Unit *units) const;
-    template <typename Unit> bool hasCandidate(const Unit *units) const;
+    template <qint64 count, typename Unit> bool hasCandidate(const Unit *units) const;
+    template <typename Unit>
+    bool settlesBlock(const TextChunk &chunk, const Unit *units, qint64 begin, qint64 end);
     template <typename Unit> bool settlesForwards(const TextChunk &chunk, const Unit *units, qint64 count);
     template <typename Unit> bool settlesBackwards(const TextChunk &chunk, const Unit *units, qint64 first);
     template <typename Unit> bool settlesAcross(const TextChunk &chunk, const Unit *units, qint64 index);
@@ -186,13 +189,15 @@ template <class Text> template <typename Unit> bool PatternSearch<Text>::isCandi
     return probes.first.has(units[0]) && probes.second.has(units[m_pattern.m_distance]);
 }
 
-/// Whether one of `blockSize` places is a candidate; without a branch, for the compiler to make vectors of.
-template <class Text> template <typename Unit> bool PatternSearch<Text>::hasCandidate(const Unit *units) const
+/// Whether one of `count` places is a candidate; without a branch, for the compiler to make vectors of.
+template <class Text>
+template <qint64 count, typename Unit>
+bool PatternSearch<Text>::hasCandidate(const Unit *units) const
 {
     const Probes<Unit> probes = probesFor(units);
     const Unit *const second = units + m_pattern.m_distance;
     Unit any = 0;
-    for (qint64 i = 0; i < blockSize; ++i) {
+    for (qint64 i = 0; i < count; ++i) {
         Unit isFirst = 0;
         Unit isSecond = 0;
         for (std::size_t k = 0; k < probes.first.most; ++k) {
@@ -268,6 +273,23 @@ bool PatternSearch<Text>::settlesAcross(const TextChunk &chunk, const Unit *unit
     return probesFor(units).first.has(units[index]) && settlesAt(chunk, index);
 }
 
+/// Tries places of which one may be a hit.
+template <class Text>
+template <typename Unit>
+bool PatternSearch<Text>::settlesBlock(const TextChunk &chunk, const Unit *units, qint64 begin, qint64 end)
+{
+    for (qint64 small = begin; small < end; small += smallBlockSize) {
+        const qint64 smallEnd = qMin(end, small + smallBlockSize);
+        if (smallEnd - small == smallBlockSize && !hasCandidate<smallBlockSize>(units + small))
+            continue;
+        for (qint64 index = small; index < smallEnd; ++index) {
+            if (isCandidate(units + index) && settlesAt(chunk, index))
+                return true;
+        }
+    }
+    return false;
+}
+
 /// Tries the chunk's first `count` places.
 template <class Text>
 template <typename Unit>
@@ -279,12 +301,10 @@ bool PatternSearch<Text>::settlesForwards(const TextChunk &chunk, const Unit *un
     const qint64 inside = probesFor(units).second.isPossible ? across : 0;
     for (qint64 begin = 0; begin < inside; begin += blockSize) {
         const qint64 end = qMin(inside, begin + blockSize);
-        if (end - begin == blockSize && !hasCandidate(units + begin))
+        if (end - begin == blockSize && !hasCandidate<blockSize>(units + begin))
             continue;
-        for (qint64 index = begin; index < end; ++index) {
-            if (isCandidate(units + index) && settlesAt(chunk, index))
-                return true;
-        }
+        if (settlesBlock(chunk, units, begin, end))
+            return true;
     }
     for (qint64 index = across; index < count; ++index) {
         if (settlesAcross(chunk, units, index))
@@ -308,7 +328,7 @@ bool PatternSearch<Text>::settlesBackwards(const TextChunk &chunk, const Unit *u
     const qint64 inside = probesFor(units).second.isPossible ? across : first;
     for (qint64 end = inside; end > first; end -= blockSize) {
         const qint64 begin = qMax(first, end - blockSize);
-        if (end - begin == blockSize && !hasCandidate(units + begin))
+        if (end - begin == blockSize && !hasCandidate<blockSize>(units + begin))
             continue;
         for (qint64 index = end; index-- > begin;) {
             if (isCandidate(units + index) && settlesAt(chunk, index))
