@@ -33,6 +33,7 @@ public:
     void setTree(TextTree &&tree) { m_tree = std::move(tree); }
     void setLayout(const LayoutRule &rule);
     void replace(Offset offset, qint64 removed, QStringView inserted);
+    qint64 unitsOfLeaf(Offset offset, qint64 length) const;
     void put(Offset offset, qint64 removed, TextTree &&inserted);
 
     Offset rowStart(RowIndex row) const;
@@ -109,11 +110,28 @@ void TextStore::Private::setLayout(const LayoutRule &rule)
     layOut(m_tree, layout);
 }
 
+/// What is removed across the end of a leaf is removed from one and from the other, where it is little.
 void TextStore::Private::replace(Offset offset, qint64 removed, QStringView inserted)
 {
     last = {};
-    if (!m_open.replace(m_tree, offset, removed, inserted, layout))
-        put(offset, removed, treeOf(inserted, layout));
+    if (m_open.replace(m_tree, offset, removed, inserted, layout))
+        return;
+    const qint64 removedHere =
+        removed <= layout.sizes().fewestUnits() ? unitsOfLeaf(offset, removed) : removed;
+    if (removedHere == removed)
+        return put(offset, removed, treeOf(inserted, layout));
+    replace(offset, removedHere, inserted);
+    replace(offset + inserted.size(), removed - removedHere, {});
+}
+
+/// How many of the units `offset`..`offset + length` lie in the leaf of the first one.
+qint64 TextStore::Private::unitsOfLeaf(Offset offset, qint64 length) const
+{
+    if (length == 0)
+        return 0;
+    Offset start;
+    const TextLeaf &leaf = ::leafAt(tree(), offset, start);
+    return qMin(length, start + leaf.size - offset);
 }
 
 /// Replaces any range by any tree.
@@ -274,6 +292,8 @@ TextPiece TextStore::piece(Offset offset, qint64 length) const
     Offset start;
     if (const TextLeaf &leaf = d->leafAt(offset, length, start); offset + length <= start + leaf.size)
         return TextPiece(leaf.part(offset - start, length), d->layout.sizes());
+    if (length <= d->layout.sizes().leafUnits) // to share it would take nodes above it
+        return TextPiece(copyOf(d->tree(), offset, length), d->layout.sizes());
     TextTree shared = d->tree();
     auto [before, rest] = split(std::move(shared), offset, d->layout);
     return TextPiece(

@@ -291,16 +291,37 @@ void layOut(TextTree &tree, const TextLayout &layout)
     prepareTable(tree, layout);
 }
 
-void copyUnits(const TextTree &tree, Offset from, qint64 count, char16_t *to)
+/// Calls `visit(leaf, first, count, done)` with the units of each leaf that are among `from`..`from + count`,
+/// `done` of which lie before it.
+template <typename Visit>
+static void visitLeaves(const TextTree &tree, Offset from, qint64 count, const Visit &visit)
 {
     for (qint64 done = 0; done < count;) {
         Offset start;
         const TextLeaf &leaf = leafAt(tree, from + done, start);
         const qint64 first = from + done - start;
         const qint64 part = qMin(count - done, leaf.size - first);
-        leaf.copyTo(to + done, first, part);
+        visit(leaf, first, part, done);
         done += part;
     }
+}
+
+void copyUnits(const TextTree &tree, Offset from, qint64 count, char16_t *to)
+{
+    visitLeaves(tree, from, count, [to](const TextLeaf &leaf, qint64 first, qint64 part, qint64 done) {
+        leaf.copyTo(to + done, first, part);
+    });
+}
+
+TextNodeRef copyOf(const TextTree &tree, Offset from, qint64 count)
+{
+    LeafText text(count);
+    visitLeaves(tree, from, count, [&text](const TextLeaf &leaf, qint64 first, qint64 part, qint64 done) {
+        leaf.copyTo(text.units.data() + done, first, part);
+        if (leaf.spellings)
+            text.spellings.append(*leaf.spellings, first, first + part, done - first);
+    });
+    return TextLeaf::fromText(text, 0, count, count);
 }
 
 const TextLeaf &leafAt(const TextTree &tree, Offset offset, Offset &leafStart)

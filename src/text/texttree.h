@@ -67,6 +67,8 @@ inline bool passUnits(const TextTree &child, Offset &offset)
 TextTree &childAt(const TextTree &tree, Offset &offset);
 /// Copies units `from`..`from + count` to `to`.
 void copyUnits(const TextTree &tree, Offset from, qint64 count, char16_t *to);
+/// Makes a leaf of them, with their spellings; at most as many as a leaf may have.
+TextNodeRef copyOf(const TextTree &tree, Offset from, qint64 count);
 /// The leaf that holds unit `offset` (the last one for the end of the text), and where it begins.
 const TextLeaf &leafAt(const TextTree &tree, Offset offset, Offset &leafStart);
 

@@ -58,6 +58,8 @@ class TextStorePartsTest : public QObject {
 private slots:
     void isTheWhole_data() { addSeeds(150); }
     void isTheWhole();
+    void isTheWholeAfterAnExchange_data() { addSeeds(150); }
+    void isTheWholeAfterAnExchange();
     void emptyPartsAreNothing();
     void partIsEmptyAfterwards();
 };
@@ -83,6 +85,40 @@ void TextStorePartsTest::isTheWhole()
     store.checkInvariants();
     QCOMPARE(spelledTextOf(store).text, whole.text);
     QCOMPARE(spelledTextOf(store).spellings, spelledTextOf(atOnce).spellings);
+    ModelStore model(rule);
+    model.setText(whole.text);
+    compareAll(store, model);
+}
+
+/// Whatever leaves it was taken out of.
+void TextStorePartsTest::isTheWholeAfterAnExchange()
+{
+    QFETCH(quint32, seed);
+    RandomText random(seed, hurtingCharacters());
+    const NodeSizes sizes = nodesOf(4 + int(random.below(16)));
+    const LayoutRule rule = ruleOf(Widths::Hurting, random.chance(2) ? 0 : 3 + random.below(9));
+    SpelledText whole = randomSpelledText(random);
+    whole.text += u'z';
+    whole.spellings << QByteArray();
+    TextStore store = partOf(whole, 0, whole.text.size(), rule, sizes);
+
+    const qint64 offset = random.below(whole.text.size());
+    const qint64 removed = random.below(qMin<qint64>(20, whole.text.size() - offset) + 1);
+    const QString inserted = u'a' + random.text(random.below(9));
+    SpelledText changed = whole;
+    changed.text.replace(offset, removed, inserted);
+    changed.spellings.remove(offset, removed);
+    changed.spellings.insert(offset, inserted.size(), {});
+    const TextPiece taken = store.exchange(Offset(offset), removed, TextPiece(inserted, sizes));
+    QCOMPARE(taken.text(), whole.text.sliced(offset, removed));
+    store.checkInvariants();
+    QCOMPARE(spelledTextOf(store).text, changed.text);
+    QCOMPARE(spelledTextOf(store).spellings, changed.spellings);
+
+    QCOMPARE(store.exchange(Offset(offset), inserted.size(), taken).text(), inserted);
+    store.checkInvariants();
+    QCOMPARE(spelledTextOf(store).text, whole.text);
+    QCOMPARE(spelledTextOf(store).spellings, whole.spellings);
     ModelStore model(rule);
     model.setText(whole.text);
     compareAll(store, model);
