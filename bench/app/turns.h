@@ -7,10 +7,20 @@
 #include <algorithm>
 #include <vector>
 
+#include <ctime>
+
 /// In milliseconds.
 inline double msOf(const QElapsedTimer &clock)
 {
     return double(clock.nsecsElapsed()) / 1e6;
+}
+
+/// Processor time of this thread, in milliseconds.
+inline double processorMs()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
 /// How long the event loop works between two times at which it looks for events.
@@ -21,18 +31,23 @@ public:
         const QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
         QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, &m_context, [this] {
             note();
-            m_clock.start();
+            start();
         });
         QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] { note(); });
-        m_clock.start();
+        start();
     }
     void note()
     {
-        if (m_clock.isValid())
+        if (m_clock.isValid()) {
             m_turns.push_back(msOf(m_clock));
+            m_longestWork = std::max(m_longestWork, processorMs() - m_processorStart);
+        }
         m_clock.invalidate();
     }
     double longest() const { return *std::ranges::max_element(m_turns); }
+    /// Processor time of the turn that took most of it: other programs do not add to it, nor does waiting for
+    /// a disk.
+    double longestWork() const { return m_longestWork; }
     double median()
     {
         const auto middle = m_turns.begin() + std::ptrdiff_t(m_turns.size() / 2);
@@ -41,7 +56,15 @@ public:
     }
 
 private:
+    void start()
+    {
+        m_clock.start();
+        m_processorStart = processorMs();
+    }
+
     QObject m_context;
     QElapsedTimer m_clock;
+    double m_processorStart = 0;
+    double m_longestWork = 0;
     std::vector<double> m_turns;
 };

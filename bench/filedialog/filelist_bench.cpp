@@ -1,5 +1,6 @@
 #include "bench/app/turns.h"
 #include "filedialog/ctlfilelistview.h"
+#include "platform/toolkitstart.h"
 
 #include <QApplication>
 #include <QByteArray>
@@ -8,7 +9,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <memory>
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,6 +27,7 @@ class Fixture {
 public:
     Fixture()
     {
+        loadFileIcons();
         const QByteArray base = m_folder.path().toUtf8() + "/Report ";
         for (int n = 0; n < fileCount; ++n) {
             const QByteArray name = base + QByteArray::number(n * 7919LL % 1'000'003) + " of the year.txt";
@@ -37,6 +42,8 @@ public:
     QString path() const { return m_folder.path() + u'/'; }
 
 private:
+    const bool m_isPrepared =
+        (prepareEventLoop(), true); // as the program; another one says nothing of its turns
     int m_argc = 1;
     char m_name[6] = "bench";
     char *m_argv[2] = { m_name, nullptr };
@@ -70,37 +77,59 @@ void finish(const ctlFileListView &list)
     QApplication::processEvents();
 }
 
-/// How long the event loop was kept, at most.
-class LongestTurn {
+/// A list in a window, to which things are done from the event loop.
+class Shown {
 public:
-    void note(benchmark::State &state) { state.counters["longest_turn_ms"] = m_turns.longest(); }
+    Shown()
+    {
+        m_list->resize(210, 130);
+        m_list->show();
+        QApplication::processEvents();
+        m_turns.emplace();
+    }
+
+    /// Until the list has all rows, in their order and on the screen.
+    template <class Work> void make(const Work &work)
+    {
+        QMetaObject::invokeMethod(qApp, work, Qt::QueuedConnection);
+        QApplication::processEvents();
+        while (m_list && (m_list->isFilling() || m_list->isSorting()))
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QApplication::processEvents();
+    }
+    void showFolder()
+    {
+        make([this] { m_list->showFolder(fixture().path()); });
+    }
+    void forgetTurns() { m_turns.emplace(); }
+    /// How long the event loop was kept, at most.
+    void noteTurns(benchmark::State &state)
+    {
+        m_turns->note();
+        const auto raise = [&state](const char *counter, double to) {
+            state.counters[counter] = std::max(to, double(state.counters[counter]));
+        };
+        raise("longest_turn_ms", m_turns->longest());
+        raise("longest_work_ms", m_turns->longestWork());
+    }
+
+    ctlFileListView &list() { return *m_list; }
+    void close() { m_list.reset(); }
 
 private:
-    Turns m_turns;
+    std::unique_ptr<ctlFileListView> m_list = std::make_unique<ctlFileListView>();
+    std::optional<Turns> m_turns;
 };
-
-void show(ctlFileListView &list)
-{
-    list.resize(210, 130);
-    list.show();
-    QApplication::processEvents();
-}
 
 void showFolder(benchmark::State &state)
 {
-    const QString path = fixture().path();
-    ctlFileListView list;
-    show(list);
+    fixture();
+    Shown shown;
     const double before = residentKilobytes();
-    LongestTurn longest;
-    for (auto _ : state) {
-        QMetaObject::invokeMethod(
-            &list, [&] { list.showFolder(path); }, Qt::QueuedConnection);
-        QApplication::processEvents();
-        finish(list);
-    }
-    longest.note(state);
-    state.counters["rows"] = list.topLevelItemCount();
+    for (auto _ : state)
+        shown.showFolder();
+    shown.noteTurns(state);
+    state.counters["rows"] = shown.list().rows().rowCount();
     state.counters["list_MB"] = (residentKilobytes() - before) / 1024;
     state.counters["process_MB"] = residentKilobytes() / 1024;
 }
@@ -108,22 +137,61 @@ BENCHMARK(showFolder)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void sortByColumn(benchmark::State &state)
 {
-    const QString path = fixture().path();
-    ctlFileListView list;
-    show(list);
-    list.showFolder(path);
-    finish(list);
+    fixture();
+    Shown shown;
+    shown.showFolder();
+    shown.forgetTurns();
     Qt::SortOrder order = Qt::DescendingOrder;
-    LongestTurn longest;
     for (auto _ : state) {
-        const auto sort = [&] { list.header()->setSortIndicator(int(state.range(0)), order); };
-        QMetaObject::invokeMethod(&list, sort, Qt::QueuedConnection);
-        QApplication::processEvents();
-        finish(list);
+        shown.make([&] { shown.list().header()->setSortIndicator(int(state.range(0)), order); });
         order = order == Qt::AscendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder;
     }
-    longest.note(state);
+    shown.noteTurns(state);
 }
 BENCHMARK(sortByColumn)->DenseRange(0, 2)->Unit(benchmark::kMillisecond)->Iterations(6);
+
+/// No row begins with all of what is typed.
+void typeAhead(benchmark::State &state)
+{
+    fixture();
+    Shown shown;
+    shown.showFolder();
+    shown.forgetTurns();
+    for (auto _ : state)
+        shown.make([&] { shown.list().keyboardSearch(QStringLiteral("report x")); });
+    shown.noteTurns(state);
+}
+BENCHMARK(typeAhead)->Unit(benchmark::kMillisecond)->Iterations(6);
+
+void leaveFolder(benchmark::State &state)
+{
+    fixture();
+    const QTemporaryDir other;
+    Shown shown;
+    for (auto _ : state) {
+        state.PauseTiming();
+        shown.showFolder();
+        shown.forgetTurns();
+        state.ResumeTiming();
+        shown.make([&] { shown.list().showFolder(other.path()); });
+        shown.noteTurns(state);
+    }
+}
+BENCHMARK(leaveFolder)->Unit(benchmark::kMillisecond)->Iterations(6);
+
+void closeList(benchmark::State &state)
+{
+    fixture();
+    for (auto _ : state) {
+        state.PauseTiming();
+        Shown shown;
+        shown.showFolder();
+        shown.forgetTurns();
+        state.ResumeTiming();
+        shown.make([&] { shown.close(); });
+        shown.noteTurns(state);
+    }
+}
+BENCHMARK(closeList)->Unit(benchmark::kMillisecond)->Iterations(6);
 
 } // namespace

@@ -45,10 +45,12 @@ QString lastComponent(const QString &path)
 
 ctlFileListView::ctlFileListView(
     QWidget *parent, const Surroundings &usedSurroundings, const FolderJobs &jobs)
-    : QTreeWidget(parent)
+    : QTreeView(parent)
     , surroundings(usedSurroundings)
-    , m_rows(usedSurroundings, jobs)
+    , m_reading(usedSurroundings, jobs)
+    , m_model(new FileListModel(this))
 {
+    setModel(m_model);
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);
@@ -56,16 +58,24 @@ ctlFileListView::ctlFileListView(
     setHorizontalScrollMode(ScrollPerPixel);
     setItemDelegate(new FileListDelegate(this));
     setUpColumns();
-    connect(this, &QTreeWidget::itemSelectionChanged, this, [this] { slotSelectionChanged(selectedItem()); });
-    connect(this, &QTreeWidget::itemDoubleClicked, this, &ctlFileListView::slotExecItem);
-    connect(this, &QTreeWidget::itemClicked, this, &ctlFileListView::slotMouseClicked);
-    connect(&m_rows, &FileRows::came, this, &ctlFileListView::arrangeWhenReleased);
-    connect(&m_rows, &FileRows::ended, this, &ctlFileListView::showBusy);
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+        [this] { slotSelectionChanged(selectedItem()); });
+    connect(this, &QTreeView::doubleClicked, this,
+        [this](const QModelIndex &index) { slotExecItem(m_model->itemAt(index)); });
+    connect(this, &QTreeView::clicked, this,
+        [this](const QModelIndex &index) { slotMouseClicked(m_model->itemAt(index)); });
+    connect(&m_reading, &FileRows::came, this, &ctlFileListView::arrangeWhenReleased);
+    connect(&m_reading, &FileRows::ended, this, &ctlFileListView::showBusy);
+}
+
+/// So m_reading has the rows alone.
+ctlFileListView::~ctlFileListView()
+{
+    m_model->clear();
 }
 
 void ctlFileListView::setUpColumns()
 {
-    setHeaderLabels({ tr("Name"), tr("Size"), tr("Date Modified") });
     QFont font = QApplication::font();
     font.setPointSize(forScreen(6, 14));
     header()->setFont(font);
@@ -74,26 +84,20 @@ void ctlFileListView::setUpColumns()
     const auto &widths = forScreen(smallWidths, vgaWidths);
     for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column)
         header()->resizeSection(column, widths.at(size_t(column)));
-    for (int column = 0; column < ctlFileListViewItem::ColumnCount; ++column) {
-        const QKeySequence keys(int(Qt::CTRL) | (int(Qt::Key_1) + column));
-        headerItem()->setToolTip(column, keys.toString(QKeySequence::NativeText));
-    }
-    headerItem()->setTextAlignment(ctlFileListViewItem::SizeColumn, Qt::AlignRight | Qt::AlignVCenter);
-    headerItem()->setTextAlignment(ctlFileListViewItem::DateColumn, Qt::AlignCenter);
     header()->setSectionsClickable(true);
     header()->setSortIndicatorShown(true);
     header()->setSortIndicator(ctlFileListViewItem::NameColumn, Qt::AscendingOrder);
     connect(header(), &QHeaderView::sortIndicatorChanged, this, &ctlFileListView::sortRows);
 }
 
-ctlFileListViewItem *ctlFileListView::selectedItem() const
+QModelIndex ctlFileListView::selectedIndex() const
 {
-    return static_cast<ctlFileListViewItem *>(selectedItems().value(0));
+    return selectionModel()->selectedRows().value(0);
 }
 
-const ctlFileListViewItem *ctlFileListView::itemAtIndex(const QModelIndex &index) const
+void ctlFileListView::selectRow(const QModelIndex &index)
 {
-    return static_cast<const ctlFileListViewItem *>(itemFromIndex(index));
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void ctlFileListView::showFolder(const QString &path)
@@ -102,12 +106,13 @@ void ctlFileListView::showFolder(const QString &path)
     const QString folder = folderName(path);
     const bool isAbove = !currentPath.isEmpty() && folderAbove(currentPath) == QDir::cleanPath(folder);
     m_folderLeft = isAbove ? lastComponent(currentPath) : QString();
-    m_rows.read(folder, NameFilter(nameFilter), order(), takeRows());
+    m_model->clear();
+    m_reading.read(folder, NameFilter(nameFilter), order());
     horizontalScrollBar()->setValue(0);
     verticalScrollBar()->setValue(0);
     arrange();
-    if (topLevelItemCount() > 0 && !selectedItem())
-        scrollToItem(topLevelItem(0));
+    if (!selectedItem())
+        scrollTo(m_model->index(0, 0));
     currentPath = folder;
     emit listRefreshed(currentPath);
 }
@@ -115,17 +120,6 @@ void ctlFileListView::showFolder(const QString &path)
 FileOrder ctlFileListView::order() const
 {
     return { header()->sortIndicatorSection(), header()->sortIndicatorOrder() };
-}
-
-/// Leaves the list as a new one.
-FolderWork::OldRows ctlFileListView::takeRows()
-{
-    const QSignalBlocker quiet(this);
-    FolderWork::OldRows rows;
-    for (QTreeWidgetItem *row : invisibleRootItem()->takeChildren())
-        rows.emplace_back(row);
-    clear();
-    return rows;
 }
 
 /// A row that changes its place between press and release would not be clicked.
@@ -139,9 +133,8 @@ void ctlFileListView::arrangeWhenReleased()
 void ctlFileListView::arrange()
 {
     m_isArrangementDue = false;
-    const QList<QTreeWidgetItem *> rows = m_rows.take();
     setUpdatesEnabled(false);
-    replaceRows(rows);
+    replaceRows(m_reading.take());
     selectFolderLeft();
     setUpdatesEnabled(true);
     showBusy();
@@ -149,23 +142,15 @@ void ctlFileListView::arrange()
 
 /// What is selected and has the focus stays so. Where more has come the rows in view stay there, otherwise
 /// the place in the list.
-void ctlFileListView::replaceRows(const QList<QTreeWidgetItem *> &rows)
+void ctlFileListView::replaceRows(const FileRowList &rows)
 {
-    const QSignalBlocker quiet(this);
-    QTreeWidgetItem *const selected = selectedItem();
-    QTreeWidgetItem *const current = currentItem();
     const int value = verticalScrollBar()->value();
-    QTreeWidgetItem *const top = value > 0 && rows.size() > topLevelItemCount() ? itemAt(0, 0) : nullptr;
-    (void)invisibleRootItem()->takeChildren();
-    addTopLevelItems(rows);
+    const bool staysInView = value > 0 && rows.size() > m_model->rowCount();
+    const QPersistentModelIndex top = staysInView ? indexAt({}) : QModelIndex();
+    m_model->setRows(rows);
     executeDelayedItemsLayout();
-    if (current)
-        setCurrentItem(current, 0, QItemSelectionModel::NoUpdate);
-    if (selected)
-        selected->setSelected(true);
     verticalScrollBar()->setValue(value);
-    if (top)
-        scrollToItem(top, PositionAtTop);
+    scrollTo(top, PositionAtTop);
 }
 
 /// Unless its user has gone on to something else in this one.
@@ -173,22 +158,19 @@ void ctlFileListView::selectFolderLeft()
 {
     if (m_folderLeft.isEmpty() || selectedItem() || verticalScrollBar()->value() > 0)
         return;
-    for (int row = 0; row < topLevelItemCount(); ++row) {
-        QTreeWidgetItem *const item = topLevelItem(row);
-        if (static_cast<const ctlFileListViewItem *>(item)->fileInfo().name != m_folderLeft)
-            continue;
-        m_folderLeft.clear();
-        setCurrentItem(item);
-        scrollToItem(item);
-        m_pressedEntry = item;
+    const QModelIndex folder = m_model->indexOf(m_folderLeft);
+    if (!folder.isValid())
         return;
-    }
+    m_folderLeft.clear();
+    selectRow(folder);
+    scrollTo(folder);
+    m_pressedEntry = selectedItem();
 }
 
 void ctlFileListView::sortRows()
 {
     const BusyPointer busy;
-    m_rows.sort(order());
+    m_reading.sort(order());
     showBusy();
 }
 
@@ -233,7 +215,7 @@ void ctlFileListView::showColumn(Step step)
     horizontalScrollBar()->setValue(to);
 }
 
-void ctlFileListView::slotSelectionChanged(ctlFileListViewItem *item)
+void ctlFileListView::slotSelectionChanged(const ctlFileListViewItem *item)
 {
     if (!item)
         return;
@@ -242,18 +224,17 @@ void ctlFileListView::slotSelectionChanged(ctlFileListViewItem *item)
         emit fileSelected(item->fileInfo().name);
 }
 
-void ctlFileListView::slotExecItem(QTreeWidgetItem *item)
+void ctlFileListView::slotExecItem(const ctlFileListViewItem *item)
 {
     if (!item)
         return;
-    const auto *row = static_cast<const ctlFileListViewItem *>(item);
-    if (row->isFolder())
-        showFolder(currentPath + row->fileInfo().name + u'/');
+    if (item->isFolder())
+        showFolder(currentPath + item->fileInfo().name + u'/');
     else
         emit execItem(item);
 }
 
-void ctlFileListView::slotMouseClicked(QTreeWidgetItem *item)
+void ctlFileListView::slotMouseClicked(const ctlFileListViewItem *item)
 {
     if (m_pressedEntry != m_selectedEntry || m_selectedEntry != item)
         return;
@@ -269,9 +250,9 @@ void ctlFileListView::widenNames(int by)
 
 void ctlFileListView::paintEvent(QPaintEvent *event)
 {
-    QTreeWidget::paintEvent(event);
+    QTreeView::paintEvent(event);
     const QString text = isFilling() ? tr("Reading the folder…") : emptyText;
-    if (topLevelItemCount() > 0 || text.isEmpty())
+    if (m_model->rowCount() > 0 || text.isEmpty())
         return;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
@@ -314,7 +295,7 @@ void ctlFileListView::keyPressEvent(QKeyEvent *event)
         break;
     case Qt::Key_End:
         // Where no row has the focus, the toolkit takes every key for one to the first row.
-        setCurrentItem(topLevelItem(topLevelItemCount() - 1));
+        selectRow(m_model->index(m_model->rowCount() - 1, 0));
         break;
     case Qt::Key_Up:
     case Qt::Key_Down:
@@ -323,7 +304,7 @@ void ctlFileListView::keyPressEvent(QKeyEvent *event)
             break;
         [[fallthrough]];
     default:
-        QTreeWidget::keyPressEvent(event);
+        QTreeView::keyPressEvent(event);
     }
 }
 
@@ -331,10 +312,10 @@ void ctlFileListView::keyPressEvent(QKeyEvent *event)
 /// focus.
 bool ctlFileListView::selectRowOfFocus()
 {
-    if (selectedItem() || !currentItem())
+    if (selectedItem() || !currentIndex().isValid())
         return false;
-    currentItem()->setSelected(true);
-    scrollToItem(currentItem());
+    selectRow(currentIndex());
+    scrollTo(currentIndex());
     return true;
 }
 
@@ -344,13 +325,13 @@ void ctlFileListView::mousePressEvent(QMouseEvent *event)
     m_openedByClick = false;
     m_ignoresRelease = false;
     m_pressedEntry = selectedItem();
-    QTreeWidget::mousePressEvent(event);
+    QTreeView::mousePressEvent(event);
 }
 
 void ctlFileListView::mouseReleaseEvent(QMouseEvent *event)
 {
     if (!m_ignoresRelease)
-        QTreeWidget::mouseReleaseEvent(event);
+        QTreeView::mouseReleaseEvent(event);
     m_ignoresRelease = false;
     m_isPressed = false;
     if (m_isArrangementDue)
@@ -362,5 +343,5 @@ void ctlFileListView::mouseDoubleClickEvent(QMouseEvent *event)
     m_ignoresRelease = m_openedByClick || event->button() != Qt::LeftButton;
     m_openedByClick = false;
     if (!m_ignoresRelease)
-        QTreeWidget::mouseDoubleClickEvent(event);
+        QTreeView::mouseDoubleClickEvent(event);
 }

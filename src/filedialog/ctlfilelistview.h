@@ -1,8 +1,9 @@
 #pragma once
 
+#include "filedialog/filelistmodel.h"
 #include "filedialog/filerows.h"
 
-#include <QTreeWidget>
+#include <QTreeView>
 
 /// Shows the contents of one folder, folders first, and walks the tree of folders by itself.
 ///
@@ -13,11 +14,12 @@
 /// row; Ctrl+1 to Ctrl+3 sort by a column as a click on its title does; Ctrl+Right and Ctrl+Left scroll to
 /// the next and the previous column. A row that is opened is a folder that is entered, or a file that
 /// execItem() reports.
-class ctlFileListView : public QTreeWidget {
+class ctlFileListView : public QTreeView {
     Q_OBJECT
 public:
     explicit ctlFileListView(QWidget *parent = nullptr, const Surroundings &surroundings = userSurroundings(),
         const FolderJobs &jobs = {});
+    ~ctlFileListView() override;
 
     /// The folder that is shown, ending in "/"; empty before the first one.
     QString currentPath;
@@ -31,26 +33,28 @@ public:
     /// As they were when the list was made: folders of programs and other places have pictures of their own.
     const Surroundings surroundings;
 
+    const FileListModel &rows() const { return *m_model; }
     /// The selected row; null without one.
-    ctlFileListViewItem *selectedItem() const;
-    const ctlFileListViewItem *itemAtIndex(const QModelIndex &index) const;
+    const ctlFileListViewItem *selectedItem() const { return m_model->itemAt(selectedIndex()); }
+    /// Selects it and gives it the focus.
+    void selectRow(const QModelIndex &index);
 
     /// Shows a folder, `path` with "/" at its end, from the top, under its absolute name; coming from one of
     /// its own folders, that one is selected and in view. A folder that cannot be read is shown empty. What
     /// cannot be read at once comes later; what comes of another folder does not, whatever its disk does.
     void showFolder(const QString &path);
-    bool isFilling() const { return m_rows.isReading(); }
+    bool isFilling() const { return m_reading.isReading(); }
     /// The rows will come into another order.
-    bool isSorting() const { return m_rows.isSorting(); }
+    bool isSorting() const { return m_reading.isSorting(); }
     /// Shows the folder above; nothing above the root.
     void goUpFolder();
     /// Gives the names so many pixels more, or less.
     void widenNames(int by);
 
 public slots:
-    void slotSelectionChanged(ctlFileListViewItem *item);
-    void slotExecItem(QTreeWidgetItem *item);
-    void slotMouseClicked(QTreeWidgetItem *item);
+    void slotSelectionChanged(const ctlFileListViewItem *item);
+    void slotExecItem(const ctlFileListViewItem *item);
+    void slotMouseClicked(const ctlFileListViewItem *item);
 
 signals:
     /// A file was selected, by its name without folder.
@@ -60,7 +64,7 @@ signals:
     /// Text was typed, see isTypingName.
     void typed(const QString &text);
     /// A file was opened.
-    void execItem(QTreeWidgetItem *item);
+    void execItem(const ctlFileListViewItem *item);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -71,26 +75,27 @@ protected:
 
 private:
     void setUpColumns();
+    QModelIndex selectedIndex() const;
     enum class Step { Before, Next };
     void showColumn(Step step);
     void sortByColumn(int column);
     bool selectRowOfFocus();
     FileOrder order() const;
-    FolderWork::OldRows takeRows();
     void arrangeWhenReleased();
     void arrange();
-    void replaceRows(const QList<QTreeWidgetItem *> &rows);
+    void replaceRows(const FileRowList &rows);
     void selectFolderLeft();
     void sortRows();
     void showBusy();
 
-    FileRows m_rows;
+    FileRows m_reading;
+    FileListModel *const m_model;
     QString m_folderLeft; ///< is selected when its row comes; empty: none is
     bool m_isPressed = false; ///< by the mouse
     bool m_isArrangementDue = false; ///< when it is not any more
     /// Rows of before a refresh stay in these: they are compared, never followed.
-    const QTreeWidgetItem *m_selectedEntry = nullptr;
-    const QTreeWidgetItem *m_pressedEntry = nullptr;
+    const ctlFileListViewItem *m_selectedEntry = nullptr;
+    const ctlFileListViewItem *m_pressedEntry = nullptr;
     /// The first click of a double click has opened its row: the second is not for what stands there now.
     bool m_openedByClick = false;
     bool m_ignoresRelease = false;

@@ -50,64 +50,64 @@ QString dateText(const FileEntry &entry)
         "%02d/%02d/%02d %02d:%02d", t->tm_year % 100, t->tm_mon + 1, t->tm_mday, t->tm_hour, t->tm_min);
 }
 
-QVariant alignment(int column)
-{
-    constexpr std::array<Qt::Alignment, ctlFileListViewItem::ColumnCount> alignments{
-        Qt::AlignLeft | Qt::AlignVCenter,
-        Qt::AlignRight | Qt::AlignVCenter,
-        Qt::AlignCenter,
-    };
-    return QVariant::fromValue(alignments.at(size_t(column)));
-}
-
 } // namespace
 
 ctlFileListViewItem::ctlFileListViewItem(FileEntry entry, const Surroundings &surroundings)
-    : m_fileInfo(std::make_shared<const FileEntry>(std::move(entry)))
-    , m_icon(iconOf(*m_fileInfo, surroundings))
+    : m_fileInfo(std::move(entry))
+    , m_icon(iconOf(m_fileInfo, surroundings))
 {
 }
 
 bool ctlFileListViewItem::isLocked() const
 {
-    return !isFolder() && (m_fileInfo->permissions & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+    return !isFolder() && (m_fileInfo.permissions & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
 }
 
 bool ctlFileListViewItem::isExec() const
 {
     constexpr unsigned byOthers = S_IXGRP | S_IXOTH;
-    const unsigned permissions = m_fileInfo->permissions;
+    const unsigned permissions = m_fileInfo.permissions;
     const bool mayRun = (permissions & S_IXUSR) != 0 || (permissions & byOthers) == byOthers;
-    return mayRun && !isFolder() && !isOnCard(m_fileInfo->filePath());
+    return mayRun && !isFolder() && !isOnCard(m_fileInfo.filePath());
 }
 
 QString ctlFileListViewItem::key(int column, bool /*ascending*/) const
 {
-    return sortKey(*m_fileInfo, column);
+    return sortKey(m_fileInfo, column);
 }
 
 QVariant ctlFileListViewItem::data(int column, int role) const
 {
     switch (role) {
     case Qt::DisplayRole:
-        return columnText(column);
+        return text(column);
     case Qt::DecorationRole:
         return column == NameColumn ? filePicture(m_icon).icon : QVariant();
     case Qt::TextAlignmentRole:
-        return alignment(column);
+        return QVariant::fromValue(alignment(column));
     default:
         return {};
     }
 }
 
-QString ctlFileListViewItem::columnText(int column) const
+Qt::Alignment ctlFileListViewItem::alignment(int column)
+{
+    constexpr std::array<Qt::Alignment, ColumnCount> alignments{
+        Qt::AlignLeft | Qt::AlignVCenter,
+        Qt::AlignRight | Qt::AlignVCenter,
+        Qt::AlignCenter,
+    };
+    return alignments.at(size_t(column));
+}
+
+QString ctlFileListViewItem::text(int column) const
 {
     switch (column) {
     case SizeColumn:
-        return isFolder() ? tr("Folder") : sizeText(m_fileInfo->size);
+        return isFolder() ? tr("Folder") : sizeText(m_fileInfo.size);
     case DateColumn:
-        return dateText(*m_fileInfo);
+        return dateText(m_fileInfo);
     default:
-        return m_fileInfo->name;
+        return m_fileInfo.name;
     }
 }

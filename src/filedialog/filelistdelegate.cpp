@@ -16,7 +16,7 @@ constexpr int emblemMargin = 1;
 const ctlFileListViewItem *namedItem(const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     const auto *list = qobject_cast<const ctlFileListView *>(option.widget);
-    return list && index.column() == ctlFileListViewItem::NameColumn ? list->itemAtIndex(index) : nullptr;
+    return list && index.column() == ctlFileListViewItem::NameColumn ? list->rows().itemAt(index) : nullptr;
 }
 
 QRect pictureRect(const QStyleOptionViewItem &option)

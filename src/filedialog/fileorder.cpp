@@ -1,9 +1,6 @@
 #include "filedialog/fileorder.h"
 
-#include "filedialog/ctlfilelistviewitem.h"
-
 #include <algorithm>
-#include <numeric>
 
 namespace {
 
@@ -15,26 +12,6 @@ QString dateKey(const FileEntry &entry)
         return {};
     return QString::asprintf(
         "%d%02d%02d%02d%02d", t->tm_year + firstYear, t->tm_mon + 1, t->tm_mday, t->tm_hour, t->tm_min);
-}
-
-/// Rows of equal keys keep their order.
-void sortByKey(std::vector<int> &rows, const FileEntries &entries, FileOrder order)
-{
-    std::vector<QString> keys;
-    keys.reserve(entries.size());
-    for (const auto &entry : entries)
-        keys.push_back(sortKey(*entry, order.column));
-    const bool ascending = order.direction == Qt::AscendingOrder;
-    std::ranges::stable_sort(rows, [&keys, ascending](int a, int b) {
-        return ascending ? keys[size_t(a)] < keys[size_t(b)] : keys[size_t(b)] < keys[size_t(a)];
-    });
-}
-
-std::vector<int> rowsAsTheyAre(const FileEntries &entries)
-{
-    std::vector<int> rows(entries.size());
-    std::iota(rows.begin(), rows.end(), 0);
-    return rows;
 }
 
 } // namespace
@@ -53,21 +30,52 @@ QString sortKey(const FileEntry &entry, int column)
     }
 }
 
-std::vector<int> sortedRows(const FileEntries &entries, FileOrder order)
+void SortedRows::add(const FileRowList::value_type &row)
 {
-    std::vector<int> rows = rowsAsTheyAre(entries);
-    std::ranges::sort(
-        rows, [&entries](int a, int b) { return entries[size_t(a)]->name < entries[size_t(b)]->name; });
-    constexpr FileOrder byName;
-    sortByKey(rows, entries, byName);
-    if (order != byName)
-        sortByKey(rows, entries, order);
+    m_rows.push_back({ {}, sortKey(row->fileInfo(), ctlFileListViewItem::NameColumn), row });
+}
+
+FileRowList SortedRows::inOrder(FileOrder order)
+{
+    if (order != m_order)
+        m_sorted = 0;
+    m_order = order;
+    const auto isBefore = [this](const KeyedRow &a, const KeyedRow &b) { return comesBefore(a, b); };
+    const auto added = m_rows.begin() + std::ptrdiff_t(m_sorted);
+    for (auto row = added; row != m_rows.end(); ++row)
+        row->key = sortKey(row->row->fileInfo(), order.column);
+    std::sort(added, m_rows.end(), isBefore);
+    std::inplace_merge(m_rows.begin(), added, m_rows.end(), isBefore);
+    m_sorted = m_rows.size();
+    FileRowList rows;
+    rows.reserve(qsizetype(m_rows.size()));
+    for (const KeyedRow &row : m_rows)
+        rows.append(row.row);
     return rows;
 }
 
-std::vector<int> resortedRows(const FileEntries &entries, FileOrder order)
+bool SortedRows::comesBefore(const KeyedRow &a, const KeyedRow &b) const
 {
-    std::vector<int> rows = rowsAsTheyAre(entries);
-    sortByKey(rows, entries, order);
-    return rows;
+    if (const int byKey = a.key.compare(b.key); byKey != 0)
+        return (byKey < 0) == (m_order.direction == Qt::AscendingOrder);
+    if (const int byName = a.name.compare(b.name); byName != 0)
+        return byName < 0;
+    return a.row->fileInfo().name < b.row->fileInfo().name;
+}
+
+void resortRows(FileRowList &rows, FileOrder order)
+{
+    struct KeyedRow {
+        QString key;
+        FileRowList::value_type row;
+    };
+    std::vector<KeyedRow> keyed;
+    keyed.reserve(size_t(rows.size()));
+    for (auto &row : rows)
+        keyed.push_back({ sortKey(row->fileInfo(), order.column), std::move(row) });
+    const bool ascending = order.direction == Qt::AscendingOrder;
+    std::ranges::stable_sort(keyed, [ascending](const KeyedRow &a, const KeyedRow &b) {
+        return ascending ? a.key < b.key : b.key < a.key;
+    });
+    std::ranges::transform(keyed, rows.begin(), [](KeyedRow &keyedRow) { return std::move(keyedRow.row); });
 }

@@ -1,14 +1,10 @@
 #pragma once
 
-#include "filedialog/fileentry.h"
+#include "filedialog/ctlfilelistviewitem.h"
 
 #include <QtGlobal>
 
-#include <memory>
 #include <vector>
-
-/// Entries that several threads may read.
-using FileEntries = std::vector<std::shared_ptr<const FileEntry>>;
 
 /// By which column a list is sorted. Aligned so that threads hand it over without a lock.
 struct alignas(2 * sizeof(int)) FileOrder {
@@ -21,7 +17,27 @@ struct alignas(2 * sizeof(int)) FileOrder {
 /// Sorts an entry in a column. Folders come first: their keys begin with "0", those of files with "1".
 QString sortKey(const FileEntry &entry, int column);
 
-/// Where in `entries` each row's stands, in their order; those of equal keys are in that of their names.
-std::vector<int> sortedRows(const FileEntries &entries, FileOrder order);
-/// The same, where those of equal keys stay as they are.
-std::vector<int> resortedRows(const FileEntries &entries, FileOrder order);
+/// Rows that come in no order, in an order; those of equal keys are in that of their names.
+class SortedRows {
+public:
+    void add(const FileRowList::value_type &row);
+    /// All that were added. Cost: sorts those that were added since the last call, and looks at the others
+    /// once where they are in this order already.
+    FileRowList inOrder(FileOrder order);
+    void clear() { m_rows.clear(); }
+
+private:
+    struct KeyedRow {
+        QString key;
+        QString name; ///< in upper case
+        FileRowList::value_type row;
+    };
+    bool comesBefore(const KeyedRow &a, const KeyedRow &b) const;
+
+    std::vector<KeyedRow> m_rows;
+    size_t m_sorted = 0; ///< of the rows, in m_order; those behind them have come since
+    FileOrder m_order;
+};
+
+/// Those of equal keys stay as they are.
+void resortRows(FileRowList &rows, FileOrder order);

@@ -2,27 +2,30 @@
 
 #include "filedialog/sortwork.h"
 
+#include <utility>
+
 using namespace std::chrono_literals;
 
 namespace {
 
-QList<QTreeWidgetItem *> picked(const QList<QTreeWidgetItem *> &rows, const std::vector<int> &places)
-{
-    QList<QTreeWidgetItem *> result;
-    result.reserve(qsizetype(places.size()));
-    for (const int place : places)
-        result.append(rows.at(place));
-    return result;
-}
+/// Takes the time that it takes to destroy many rows.
+class DiscardWork : public JobWork {
+public:
+    explicit DiscardWork(FileRowList &&rows)
+        : m_rows(std::move(rows))
+    {
+    }
 
-FileEntries entriesOf(const QList<QTreeWidgetItem *> &rows)
-{
-    FileEntries entries;
-    entries.reserve(size_t(rows.size()));
-    for (const QTreeWidgetItem *row : rows)
-        entries.push_back(static_cast<const ctlFileListViewItem *>(row)->sharedInfo());
-    return entries;
-}
+    Step step(JobTurn & /*turn*/) override
+    {
+        m_rows.clear();
+        return Step::Done;
+    }
+    void giveUp() override { m_rows.clear(); }
+
+private:
+    FileRowList m_rows;
+};
 
 } // namespace
 
@@ -30,24 +33,28 @@ FileRows::FileRows(const Surroundings &surroundings, const FolderJobs &jobs)
     : m_surroundings(surroundings)
     , m_jobs(jobs)
 {
-    constexpr auto pause = 200ms; // showing a hundred thousand rows takes a fifth of this
+    constexpr auto pause = 200ms; // showing a hundred thousand rows takes a tenth of this
     m_pause.setSingleShot(true);
     m_pause.setInterval(pause);
     m_pause.callOnTimeout(this, [this] { m_folder->askForPart(); });
 }
 
-FileRows::~FileRows() = default;
+FileRows::~FileRows()
+{
+    m_reading.reset();
+    m_sorting.reset();
+    if (!m_shown.isEmpty())
+        Job(std::make_unique<DiscardWork>(std::exchange(m_shown, {})), m_jobs.threads());
+}
 
-void FileRows::read(
-    const QString &folder, const NameFilter &filter, FileOrder order, FolderWork::OldRows oldRows)
+void FileRows::read(const QString &folder, const NameFilter &filter, FileOrder order)
 {
     m_pause.stop();
     m_sorting.reset();
-    m_arrived.clear();
-    m_shown.clear();
     m_wanted = order;
     m_taken = order;
-    auto work = std::make_unique<FolderWork>(folder, filter, m_surroundings, order, std::move(oldRows));
+    auto work =
+        std::make_unique<FolderWork>(folder, filter, m_surroundings, order, std::exchange(m_shown, {}));
     m_folder = work.get();
     begin(m_reading, std::move(work));
     connect(&*m_reading, &Job::partReady, this, &FileRows::came);
@@ -72,7 +79,7 @@ void FileRows::sort(FileOrder order)
     m_taken = order;
     if (m_shown.isEmpty())
         return;
-    auto work = std::make_unique<SortWork>(entriesOf(m_shown), order);
+    auto work = std::make_unique<SortWork>(m_shown, order);
     m_sort = work.get();
     begin(m_sorting, std::move(work));
     if (m_sorting->isFinished())
@@ -81,14 +88,14 @@ void FileRows::sort(FileOrder order)
         connect(&*m_sorting, &Job::finished, this, &FileRows::came);
 }
 
-QList<QTreeWidgetItem *> FileRows::take()
+FileRowList FileRows::take()
 {
     if (m_folder) {
         for (FolderWork::Part &part : m_folder->parts.take())
             takePart(std::move(part));
     }
     if (m_sorting && m_sorting->isFinished())
-        takeSorted();
+        m_shown = m_sort->rows;
     if (isReading())
         m_pause.start();
     else
@@ -100,17 +107,8 @@ QList<QTreeWidgetItem *> FileRows::take()
 void FileRows::takePart(FolderWork::Part &&part)
 {
     m_sorting.reset();
-    for (auto &row : part.fresh)
-        m_arrived.append(row.release());
-    m_shown = picked(m_arrived, part.rows);
+    m_shown = std::move(part.rows);
     m_taken = part.order;
-}
-
-void FileRows::takeSorted()
-{
-    const std::vector<int> rows = std::exchange(m_sort->rows, {});
-    if (!rows.empty())
-        m_shown = picked(m_shown, rows);
 }
 
 void FileRows::endReading()

@@ -19,15 +19,15 @@ public:
     ~FileRows() override;
 
     /// Begins with the rows of another folder, of which take() has those that could be had without waiting.
-    /// `oldRows` are destroyed behind the window.
-    void read(const QString &folder, const NameFilter &filter, FileOrder order, FolderWork::OldRows oldRows);
+    /// The rows of before are destroyed behind the window, unless somebody else has them.
+    void read(const QString &folder, const NameFilter &filter, FileOrder order);
     /// The rows that there are, and those that come.
     void sort(FileOrder order);
     bool isReading() const { return m_reading && !m_reading->isFinished(); }
     bool isSorting() const { return m_sorting && !m_sorting->isFinished(); }
 
-    /// All that have come, in their order. Whoever takes them owns them.
-    QList<QTreeWidgetItem *> take();
+    /// All that have come, in their order.
+    FileRowList take();
 
 signals:
     /// There is something to take; in the event loop, or in sort().
@@ -38,7 +38,6 @@ signals:
 private:
     void begin(std::optional<Job> &job, std::unique_ptr<JobWork> work);
     void takePart(FolderWork::Part &&part);
-    void takeSorted();
     void endReading();
     void settleOrder();
 
@@ -46,8 +45,7 @@ private:
     const FolderJobs m_jobs;
     FileOrder m_wanted;
     FileOrder m_taken; ///< of what has been taken
-    QList<QTreeWidgetItem *> m_arrived; ///< as they were read
-    QList<QTreeWidgetItem *> m_shown; ///< as they were taken last
+    FileRowList m_shown; ///< as they were taken last
     QTimer m_pause; ///< before the next part is asked for
     FolderWork *m_folder = nullptr; ///< owned by its job
     SortWork *m_sort = nullptr; ///< owned by its job

@@ -6,7 +6,7 @@
 #include <utility>
 
 FolderWork::FolderWork(const QString &folder, const NameFilter &filter, const Surroundings &surroundings,
-    FileOrder order, OldRows oldRows)
+    FileOrder order, FileRowList oldRows)
     : m_reader(folder, filter)
     , m_surroundings(surroundings)
     , m_oldRows(std::move(oldRows))
@@ -24,32 +24,26 @@ JobWork::Step FolderWork::step(JobTurn &turn)
         std::optional<FileEntry> entry = m_reader.next();
         if (!entry) {
             handOver(turn);
-            m_entries.clear();
+            m_rows.clear();
             return Step::Done;
         }
-        read(std::move(*entry));
+        m_rows.add(std::make_shared<const ctlFileListViewItem>(std::move(*entry), m_surroundings));
     }
     if (!turn.isStopped() && m_isPartWanted.exchange(false))
         handOver(turn);
     return Step::More;
 }
 
-void FolderWork::read(FileEntry &&entry)
-{
-    m_fresh.push_back(std::make_unique<ctlFileListViewItem>(std::move(entry), m_surroundings));
-    m_entries.push_back(m_fresh.back()->sharedInfo());
-}
-
 void FolderWork::handOver(JobTurn &turn)
 {
     const FileOrder order = m_order;
-    parts.put({ std::exchange(m_fresh, {}), sortedRows(m_entries, order), order });
+    parts.put({ m_rows.inOrder(order), order });
     turn.tellPart();
 }
 
 void FolderWork::giveUp()
 {
     parts.take();
-    m_fresh.clear();
+    m_rows.clear();
     m_oldRows.clear();
 }

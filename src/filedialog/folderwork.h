@@ -1,11 +1,8 @@
 #pragma once
 
-#include "filedialog/ctlfilelistviewitem.h"
 #include "filedialog/fileorder.h"
 #include "jobs/handover.h"
 #include "jobs/jobwork.h"
-
-#include <QTreeWidgetItem>
 
 #include <atomic>
 
@@ -13,15 +10,13 @@
 class FolderWork : public JobWork {
 public:
     struct Part {
-        std::vector<std::unique_ptr<ctlFileListViewItem>> fresh; ///< rows that have come since the last part
-        std::vector<int> rows; ///< all of them in their order, counted as they have come
+        FileRowList rows; ///< all that have come, in their order
         FileOrder order;
     };
-    using OldRows = std::vector<std::unique_ptr<QTreeWidgetItem>>;
 
     /// `oldRows` go first, which takes long where there are many.
     FolderWork(const QString &folder, const NameFilter &filter, const Surroundings &surroundings,
-        FileOrder order, OldRows oldRows);
+        FileOrder order, FileRowList oldRows);
 
     Step step(JobTurn &turn) override;
     void giveUp() override;
@@ -34,14 +29,12 @@ public:
     HandOver<Part> parts;
 
 private:
-    void read(FileEntry &&entry);
     void handOver(JobTurn &turn);
 
     FolderReader m_reader;
     const Surroundings m_surroundings;
-    OldRows m_oldRows;
-    std::vector<std::unique_ptr<ctlFileListViewItem>> m_fresh;
-    FileEntries m_entries;
+    FileRowList m_oldRows;
+    SortedRows m_rows;
     std::atomic<bool> m_isPartWanted = true;
     std::atomic<FileOrder> m_order;
 };

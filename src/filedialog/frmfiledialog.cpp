@@ -268,9 +268,9 @@ void frmFileDialog::growList()
 }
 
 /// Takes the name of the file that was opened, also when another one was typed since it was selected.
-void frmFileDialog::slotLvExecItem(QTreeWidgetItem *item)
+void frmFileDialog::slotLvExecItem(const ctlFileListViewItem *item)
 {
-    slotLvFileSelected(item->text(ctlFileListViewItem::NameColumn));
+    slotLvFileSelected(item->fileInfo().name);
     accept();
 }
 

@@ -14,8 +14,8 @@ class QComboBox;
 class QLineEdit;
 class QMenu;
 class QToolButton;
-class QTreeWidgetItem;
 class ctlFileListView;
+class ctlFileListViewItem;
 
 /// Asks for a file to open, or for a folder and name to save under, with the code and line end to use.
 ///
@@ -49,7 +49,7 @@ public slots:
     void initTimer();
     void refreshFileList();
     void slotLvFileSelected(const QString &name);
-    void slotLvExecItem(QTreeWidgetItem *item);
+    void slotLvExecItem(const ctlFileListViewItem *item);
     void slotLvListRefreshed(const QString &path);
     void slotCmbFilActivated(int row);
     void slotCmdEtcUpperDir();

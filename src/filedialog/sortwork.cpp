@@ -1,14 +1,13 @@
 #include "filedialog/sortwork.h"
 
-SortWork::SortWork(FileEntries entries, FileOrder order)
-    : m_entries(std::move(entries))
+SortWork::SortWork(FileRowList unsorted, FileOrder order)
+    : rows(std::move(unsorted))
     , m_order(order)
 {
 }
 
 JobWork::Step SortWork::step(JobTurn & /*turn*/)
 {
-    rows = resortedRows(m_entries, m_order);
-    m_entries.clear();
+    resortRows(rows, m_order);
     return Step::Done;
 }

@@ -3,15 +3,15 @@
 #include "filedialog/fileorder.h"
 #include "jobs/jobwork.h"
 
-/// Sorts entries that are in an order into another one.
+/// Sorts rows that are in an order into another one.
 class SortWork : public JobWork {
 public:
-    SortWork(FileEntries entries, FileOrder order);
+    SortWork(FileRowList unsorted, FileOrder order);
 
     Step step(JobTurn &turn) override;
 
-    std::vector<int> rows; ///< at the end: where each row's entry stood
+    FileRowList rows; ///< sorted at the end
+
 private:
-    FileEntries m_entries;
     const FileOrder m_order;
 };

@@ -9,7 +9,7 @@
 #include <QLabel>
 #include <QToolBar>
 #include <QToolButton>
-#include <QTreeWidget>
+#include <QTreeView>
 
 using namespace Qt::StringLiterals;
 
@@ -55,9 +55,10 @@ QStringList textsOf(const QWidget &widget)
     else if (const auto *tabs = qobject_cast<const QTabBar *>(&widget))
         for (int i = 0; i < tabs->count(); ++i)
             texts << tabs->tabText(i);
-    else if (const auto *tree = qobject_cast<const QTreeWidget *>(&widget))
-        for (int i = 0; i < tree->columnCount(); ++i)
-            texts << tree->headerItem()->text(i) << tree->headerItem()->toolTip(i);
+    else if (const auto *tree = qobject_cast<const QTreeView *>(&widget))
+        for (int i = 0; i < tree->model()->columnCount(); ++i)
+            for (const int role : { Qt::DisplayRole, Qt::ToolTipRole })
+                texts << tree->model()->headerData(i, Qt::Horizontal, role).toString();
     return texts;
 }
 

@@ -61,14 +61,18 @@ void ListViewTest::columns()
     list.resize(800, 200);
     list.show();
     const QStringList titles = strings({ "Name", "Size", "Date Modified" });
-    QCOMPARE(list.columnCount(), 3);
+    const FileListModel &rows = list.rows();
+    QCOMPARE(rows.columnCount(), 3);
     for (int column = 0; column < 3; ++column) {
-        QCOMPARE(list.headerItem()->text(column), titles.at(column));
+        QCOMPARE(rows.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(), titles.at(column));
         QCOMPARE(list.columnWidth(column), widths.at(column));
     }
     QCOMPARE(list.header()->font().pointSize(), headerFont);
-    QCOMPARE(list.headerItem()->textAlignment(1), int(Qt::AlignRight | Qt::AlignVCenter));
-    QCOMPARE(list.headerItem()->textAlignment(2), int(Qt::AlignCenter));
+    const auto alignment = [&rows](int column) {
+        return rows.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).value<Qt::Alignment>();
+    };
+    QCOMPARE(alignment(1), Qt::AlignRight | Qt::AlignVCenter);
+    QCOMPARE(alignment(2), Qt::AlignCenter);
     QVERIFY(list.header()->isSortIndicatorShown());
     QVERIFY(list.allColumnsShowFocus());
     QVERIFY(list.currentPath.isEmpty());
@@ -196,8 +200,8 @@ void ListViewTest::goingUpSelectsTheFolderLeft()
     shown.list.goUpFolder();
     QCOMPARE(shown.list.currentPath, folder.path());
     QCOMPARE(shown.selected(), QStringLiteral("sub130"));
-    QCOMPARE(shown.list.currentItem(), shown.item("sub130"));
-    const QRect row = shown.list.visualItemRect(shown.item("sub130"));
+    QCOMPARE(shown.list.currentIndex(), shown.index("sub130"));
+    const QRect row = shown.rect(shown.index("sub130"));
     QVERIFY(shown.list.viewport()->rect().contains(row.center()));
     QVERIFY(shown.selectedFiles.isEmpty());
 }
@@ -345,9 +349,9 @@ void ListViewTest::paintsUndecodableNames()
     folder.file("\x83\x83");
     ShownList shown(folder.path());
     const auto *delegate = qobject_cast<QStyledItemDelegate *>(shown.list.itemDelegate());
-    const QString name = shown.list.topLevelItem(0)->text(ctlFileListViewItem::NameColumn);
+    const QString name = shown.itemAt(0)->text(ctlFileListViewItem::NameColumn);
     QCOMPARE(delegate->displayText(name, QLocale::c()), QStringLiteral(u"\uFFFD\uFFFD"));
-    shown.list.setCurrentItem(shown.list.topLevelItem(0));
+    shown.list.selectRow(shown.index(0));
     QCOMPARE(shown.selectedFiles.at(0).at(0).toString(), QStringLiteral(u"\xDC83\xDC83"));
 }
 

@@ -69,7 +69,7 @@ void ListViewInputTest::keys()
     base.folder("top/sub");
     base.file("top/file");
     ShownList shown(base.path("top/"));
-    shown.list.setCurrentItem(shown.item(selected.constData()));
+    shown.list.selectRow(shown.index(selected.constData()));
     shown.key(key);
     QCOMPARE(shown.list.currentPath, base.path(folder.constData()));
     QCOMPARE(shown.opened.size(), opened);
@@ -126,7 +126,7 @@ void ListViewInputTest::endGoesToTheLastRow()
         folder.file(QByteArray("file" + QByteArray::number(i)).constData());
     ShownList shown(folder.path());
     if (!current.isEmpty())
-        shown.list.setCurrentItem(shown.item(current.constData()));
+        shown.list.selectRow(shown.index(current.constData()));
     shown.key(Qt::Key_End);
     QCOMPARE(shown.selected(), QStringLiteral("file49"));
     QVERIFY(shown.list.viewport()->rect().contains(shown.place("file49")));
@@ -250,7 +250,7 @@ void ListViewInputTest::tapOnTheSelectedRowOpens()
     shown.click("file");
     shown.click("file");
     QCOMPARE(shown.opened.size(), 1);
-    QCOMPARE(shown.opened.at(0).at(0).value<QTreeWidgetItem *>(), shown.item("file"));
+    QCOMPARE(shown.opened.at(0).at(0).value<const ctlFileListViewItem *>(), shown.item("file"));
     shown.click("sub");
     shown.click("sub");
     QCOMPARE(shown.list.currentPath, folder.path("sub/"));
@@ -304,7 +304,7 @@ void ListViewInputTest::doubleClickOpensOnce()
     ShownList shown(folder.path());
     const char *name = isFolder ? "sub" : "file";
     if (isSelected)
-        shown.list.setCurrentItem(shown.item(name));
+        shown.list.selectRow(shown.index(name));
     shown.doubleClick(shown.place(name));
     QCOMPARE(shown.opened.size(), isFolder ? 0 : 1);
     QCOMPARE(shown.refreshed.size(), isFolder ? 2 : 1);

@@ -171,10 +171,9 @@ void ItemTest::nameKeys()
 
 void ItemTest::alignments()
 {
-    const Item item = itemOf(fileOf("a"));
-    QCOMPARE(item.textAlignment(Item::NameColumn), int(Qt::AlignLeft | Qt::AlignVCenter));
-    QCOMPARE(item.textAlignment(Item::SizeColumn), int(Qt::AlignRight | Qt::AlignVCenter));
-    QCOMPARE(item.textAlignment(Item::DateColumn), int(Qt::AlignCenter));
+    QCOMPARE(Item::alignment(Item::NameColumn), Qt::AlignLeft | Qt::AlignVCenter);
+    QCOMPARE(Item::alignment(Item::SizeColumn), Qt::AlignRight | Qt::AlignVCenter);
+    QCOMPARE(Item::alignment(Item::DateColumn), Qt::AlignCenter);
 }
 
 void ItemTest::emblems_data()

@@ -73,7 +73,7 @@ void ListViewSortTest::headerSorts()
     folder.file("b", 2000);
     folder.folder("f");
     ShownList shown(folder.path());
-    shown.list.setCurrentItem(shown.item("b"));
+    shown.list.selectRow(shown.index("b"));
     const auto clickHeader = [&shown](int column) {
         const QPoint at(shown.list.header()->sectionViewportPosition(column) + 10, 4);
         QTest::mouseClick(shown.list.header()->viewport(), Qt::LeftButton, {}, at);

@@ -122,7 +122,7 @@ void DelegateTest::paintsEmblems()
     list.show();
     list.showFolder(isLink ? shown.path() : files.path());
 
-    const QRect row = list.visualItemRect(list.topLevelItem(0));
+    const QRect row = list.visualRect(list.rows().index(0, 0));
     const QImage image = list.viewport()->grab().toImage();
     const auto painted = [&](Qt::GlobalColor color) {
         QRect found;

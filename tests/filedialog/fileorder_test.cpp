@@ -1,30 +1,29 @@
 #include "filedialog/fileorder.h"
 
-#include "filedialog/ctlfilelistviewitem.h"
 #include "tests/testprogram.h"
 
 using Item = ctlFileListViewItem;
 
 namespace {
 
-FileEntries entriesNamed(const QStringList &names)
+FileRowList rowsNamed(const QStringList &names)
 {
-    FileEntries entries;
+    FileRowList rows;
     for (const QString &name : names) {
         FileEntry entry;
         entry.name = name.section(u':', 0, 0);
         entry.size = name.section(u':', 1).toLongLong() * 1024;
         entry.isFolder = name.endsWith(u'/');
-        entries.push_back(std::make_shared<const FileEntry>(entry));
+        rows.append(std::make_shared<const Item>(entry, Surroundings()));
     }
-    return entries;
+    return rows;
 }
 
-QString namesOf(const FileEntries &entries, const std::vector<int> &rows)
+QString namesOf(const FileRowList &rows)
 {
     QStringList names;
-    for (const int row : rows)
-        names << entries.at(size_t(row))->name;
+    for (const auto &row : rows)
+        names << row->fileInfo().name;
     return names.join(u' ');
 }
 
@@ -37,6 +36,8 @@ class FileOrderTest : public QObject {
 private slots:
     void orders_data();
     void orders();
+    void ordersWhatComesLater_data();
+    void ordersWhatComesLater();
 };
 
 void FileOrderTest::orders_data()
@@ -66,10 +67,40 @@ void FileOrderTest::orders()
     QFETCH(QString, entries);
     QFETCH(int, column);
     QFETCH(bool, ascending);
-    const FileEntries rows = entriesNamed(entries.split(u' ', Qt::SkipEmptyParts));
+    FileRowList rows = rowsNamed(entries.split(u' ', Qt::SkipEmptyParts));
     const FileOrder order{ column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder };
-    QTEST(namesOf(rows, sortedRows(rows, order)), "sorted");
-    QTEST(namesOf(rows, resortedRows(rows, order)), "resorted");
+    SortedRows sorted;
+    for (const auto &row : std::as_const(rows))
+        sorted.add(row);
+    QTEST(namesOf(sorted.inOrder(order)), "sorted");
+    resortRows(rows, order);
+    QTEST(namesOf(rows), "resorted");
+}
+
+void FileOrderTest::ordersWhatComesLater_data()
+{
+    orders_data();
+}
+
+/// However the rows come, and in whatever orders they stood before.
+void FileOrderTest::ordersWhatComesLater()
+{
+    QFETCH(QString, entries);
+    QFETCH(int, column);
+    QFETCH(bool, ascending);
+    const FileOrder order{ column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder };
+    const FileRowList rows = rowsNamed(entries.split(u' ', Qt::SkipEmptyParts));
+    SortedRows sorted;
+    SortedRows reordered;
+    for (const auto &row : rows) {
+        sorted.add(row);
+        sorted.inOrder(order);
+        reordered.add(row);
+        reordered.inOrder({ Item::DateColumn, Qt::DescendingOrder });
+        reordered.inOrder({});
+    }
+    QTEST(namesOf(sorted.inOrder(order)), "sorted");
+    QTEST(namesOf(reordered.inOrder(order)), "sorted");
 }
 
 REGISTER_TEST(runPlainTest<FileOrderTest>)

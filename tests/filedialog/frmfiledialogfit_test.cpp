@@ -183,11 +183,11 @@ void FitTest::checkList(const frmFileDialog &dialog)
 {
     const auto *list = dialog.findChild<ctlFileListView *>();
     constexpr int margins = 6;
-    for (int column = 0; column < list->columnCount(); ++column) {
-        const QString title = list->headerItem()->text(column);
+    for (int column = 0; column < list->rows().columnCount(); ++column) {
+        const QString title = list->rows().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         QVERIFY2(textWidth(list->header(), title) + margins <= list->columnWidth(column), qPrintable(title));
     }
-    const QTreeWidgetItem *folder = list->topLevelItem(0);
+    const ctlFileListViewItem *folder = list->rows().itemAt(list->rows().index(0, 0));
     QVERIFY(textWidth(list, folder->text(1)) + margins <= list->columnWidth(1));
     QVERIFY(textWidth(list, QStringLiteral("24/03/07 09:05")) <= list->columnWidth(2));
     QVERIFY(textWidth(list, QStringLiteral("999 KB")) + margins <= list->columnWidth(1));

@@ -60,7 +60,7 @@ void FileDialogInputTest::tapOnTheSelectedFileAccepts()
     const TestFolder folder;
     folder.file("a.txt");
     const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"));
-    const QPoint row = shown.list->visualItemRect(shown.list->topLevelItem(0)).center();
+    const QPoint row = shown.list->visualRect(shown.list->rows().index(0, 0)).center();
     QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, row);
     QVERIFY(shown.dialog.isVisible());
     QTest::mouseClick(shown.list->viewport(), Qt::LeftButton, {}, row);

@@ -75,14 +75,11 @@ struct ShownDialog {
     QStringList names() const
     {
         QStringList result;
-        for (int row = 0; row < list->topLevelItemCount(); ++row)
-            result += list->topLevelItem(row)->text(ctlFileListViewItem::NameColumn);
+        for (int row = 0; row < list->rows().rowCount(); ++row)
+            result += list->rows().index(row, ctlFileListViewItem::NameColumn).data().toString();
         return result;
     }
-    void select(const QString &file) const
-    {
-        list->setCurrentItem(list->findItems(file, Qt::MatchExactly).value(0));
-    }
+    void select(const QString &file) const { list->selectRow(list->rows().indexOf(file)); }
     void pick(QComboBox *box, int row) const
     {
         box->setCurrentIndex(row);

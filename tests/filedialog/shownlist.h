@@ -24,23 +24,29 @@ struct ShownList {
     QStringList names() const
     {
         QStringList result;
-        for (int row = 0; row < list.topLevelItemCount(); ++row)
-            result += list.topLevelItem(row)->text(Item::NameColumn);
+        for (int row = 0; row < list.rows().rowCount(); ++row)
+            result += itemAt(row)->text(Item::NameColumn);
         return result;
     }
-    Item *item(const char *name) const
+    QModelIndex index(int row) const { return list.rows().index(row, Item::NameColumn); }
+    QModelIndex index(const char *name) const { return list.rows().indexOf(QString::fromUtf8(name)); }
+    const Item *itemAt(int row) const { return list.rows().itemAt(index(row)); }
+    const Item *item(const char *name) const { return list.rows().itemAt(index(name)); }
+    /// The name of the row that is shown there.
+    QString nameAt(QPoint place) const
     {
-        for (int row = 0; row < list.topLevelItemCount(); ++row) {
-            if (list.topLevelItem(row)->text(Item::NameColumn) == QString::fromUtf8(name))
-                return static_cast<Item *>(list.topLevelItem(row));
-        }
-        return nullptr;
+        return list.rows().itemAt(list.indexAt(place))->text(Item::NameColumn);
+    }
+    /// Where all columns of a row stand in the view.
+    QRect rect(const QModelIndex &row) const
+    {
+        return list.visualRect(row).united(list.visualRect(row.siblingAtColumn(Item::DateColumn)));
     }
     QString selected() const
     {
         return list.selectedItem() ? list.selectedItem()->text(Item::NameColumn) : QString();
     }
-    QPoint place(const char *name) const { return list.visualItemRect(item(name)).center(); }
+    QPoint place(const char *name) const { return rect(index(name)).center(); }
     void click(QPoint at) { QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, at); }
     void click(const char *name) { click(place(name)); }
     /// The four events of a double click.
