@@ -5,6 +5,7 @@
 #include "editor/partwisework.h"
 #include "platform/messagebox.h"
 #include "platform/qpeapplication.h"
+#include "platform/turnlength.h"
 
 #include <utility>
 
@@ -17,6 +18,7 @@ LongEdit::LongEdit(ctlEditer &editor, Task task, DocumentArea &documents, JobRun
 {
     m_sign.emplace(documents.notices(), &m_editor, m_task.work, [this] { stop(); });
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
+    m_asking.callOnTimeout(this, &LongEdit::makeAnew);
     m_document.setHeld(true);
     begin();
 }
@@ -43,8 +45,8 @@ void LongEdit::finish(JobOutcome outcome)
     takeOver();
 }
 
-/// The rows may have become others meanwhile, by another font for instance: then the text is made once more,
-/// because measuring it is for other threads too.
+/// The rows may have become others meanwhile, by another font for instance, or the text has characters that
+/// were never met: then it is made once more, because measuring it is for other threads too.
 void LongEdit::takeOver()
 {
     if (QPEApplication::isBusy()) {
@@ -52,11 +54,23 @@ void LongEdit::takeOver()
     } else if (m_outcome != JobOutcome::Done) {
         fail();
     } else if (!m_work->text().isLaidOutAs(std::as_const(m_document).store())) {
-        begin();
+        makeAnew();
     } else {
         m_document.setHeld(false);
         m_task.put(m_work->text().take());
         end(true);
+    }
+}
+
+/// A font takes a twentieth of a second for some thousand widths.
+void LongEdit::makeAnew()
+{
+    const TextStore &store = std::as_const(m_document).store();
+    if (m_work->text().askForWidths(store, QDeadlineTimer(longestTurn))) {
+        m_asking.stop();
+        begin();
+    } else {
+        m_asking.start();
     }
 }
 
@@ -80,6 +94,7 @@ void LongEdit::end(bool isMade)
     m_job->disconnect(this);
     m_document.disconnect(this);
     m_end.cancel();
+    m_asking.stop();
     m_sign.reset();
     m_document.setHeld(false);
     emit ended(isMade);

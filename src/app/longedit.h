@@ -6,6 +6,7 @@
 #include "platform/freeturn.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 #include <optional>
@@ -49,6 +50,7 @@ private:
     void note(const JobProgress &progress);
     void finish(JobOutcome outcome);
     void takeOver();
+    void makeAnew();
     void fail();
     void end(bool isMade);
 
@@ -59,6 +61,7 @@ private:
     JobRunner &m_runner;
     std::optional<WorkSign> m_sign; ///< until the end
     JobOutcome m_outcome = JobOutcome::Stopped;
+    QTimer m_asking; ///< while the font is asked for widths, in turns
     FreeTurn m_end{ [this] { takeOver(); } };
     PartwiseWork *m_work = nullptr; ///< owned by the job
     std::optional<Job> m_job;

@@ -44,12 +44,22 @@ void PartwiseText::makeNext(int parts, const Spread &spread)
 
 bool PartwiseText::isLaidOutAs(const TextStore &store) const
 {
-    return m_layouts.front().layout().stamp() == store.layout().stamp();
+    return isMeasured() && m_layouts.front().layout().stamp() == store.layout().stamp();
+}
+
+bool PartwiseText::isMeasured() const
+{
+    return std::ranges::all_of(m_layouts, &LayoutCopy::isComplete);
+}
+
+bool PartwiseText::askForWidths(const TextStore &store, QDeadlineTimer end)
+{
+    return std::ranges::all_of(m_layouts, [&](LayoutCopy &layout) { return layout.askFor(store, end); });
 }
 
 TextPiece PartwiseText::take()
 {
-    if (!std::ranges::all_of(m_layouts, &LayoutCopy::isComplete))
+    if (!isMeasured())
         m_made.forgetLayout();
     return m_made.piece({}, m_made.length());
 }

@@ -25,11 +25,15 @@ public:
     TextPiece take();
     /// Else the store would measure all of it anew.
     bool isLaidOutAs(const TextStore &store) const;
+    /// Where it is not for want of widths, a text that is made anew has them then. In the store's thread.
+    /// Where the time is over before they are known, false, the next call goes on.
+    bool askForWidths(const TextStore &store, QDeadlineTimer end);
     /// What was made is not wanted; in whatever thread.
     void drop() { m_made = TextStore(); }
 
 private:
     TextRange takeRange();
+    bool isMeasured() const;
 
     MakePart m_makePart;
     TextRange m_rest;

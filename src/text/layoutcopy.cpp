@@ -1,15 +1,23 @@
 #include "text/layoutcopy.h"
 
 #include <utility>
+#include <vector>
 
 struct LayoutCopy::Data {
     explicit Data(const TextLayout &of)
-        : advances(of.advances(), [this](char32_t) { return isComplete = false, int(subpixelsPerPixel); })
+        : advances(of.advances(), [this](char32_t codePoint) { return noteUnknown(codePoint); })
         , layout(of, advances)
     {
     }
 
-    bool isComplete = true;
+    int noteUnknown(char32_t codePoint)
+    {
+        unknown.push_back(codePoint);
+        return int(subpixelsPerPixel);
+    }
+
+    std::vector<char32_t> unknown; ///< that were asked for
+    size_t asked = 0; ///< of these, the font
     AdvanceTable advances;
     TextLayout layout;
 };
@@ -22,7 +30,7 @@ LayoutCopy::LayoutCopy(const TextStore &store)
 LayoutCopy::LayoutCopy(const LayoutCopy &other)
     : d(std::make_unique<Data>(other.layout()))
 {
-    d->isComplete = other.isComplete();
+    d->unknown = other.d->unknown;
 }
 
 LayoutCopy::LayoutCopy(LayoutCopy &&) noexcept = default;
@@ -42,5 +50,12 @@ const TextLayout &LayoutCopy::layout() const
 
 bool LayoutCopy::isComplete() const
 {
-    return d->isComplete;
+    return d->unknown.empty();
+}
+
+bool LayoutCopy::askFor(const TextStore &store, QDeadlineTimer end)
+{
+    while (d->asked < d->unknown.size() && !end.hasExpired())
+        (void)store.layout().advances().advanceOf(d->unknown[d->asked++]);
+    return d->asked == d->unknown.size();
 }

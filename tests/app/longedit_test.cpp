@@ -70,6 +70,8 @@ private slots:
     void pastesFromOthers();
     void pastesItsOwnTextAtOnce();
     void pastesItsOwnTextInAnotherFont();
+    void measuresNewCharactersBehindTheWindow_data();
+    void measuresNewCharactersBehindTheWindow();
     void pasteTakesThePlaceOfTheSelection();
     void stoppedPasteLeavesTheText_data() { addSteps(); }
     void stoppedPasteLeavesTheText();
@@ -455,6 +457,41 @@ void LongEditTest::pastesItsOwnTextInAnotherFont()
     QVERIFY(editor().text() == m_text);
     QVERIFY(m_parts->steps.runAll() > 0);
     QVERIFY(editor().text() == m_text + m_text);
+    editor().store().checkInvariants();
+}
+
+void LongEditTest::measuresNewCharactersBehindTheWindow_data()
+{
+    QTest::addColumn<char16_t>("first");
+    QTest::addColumn<int>("characters");
+    QTest::newRow("some") << u'\x9F00' << 4;
+    QTest::newRow("so many that the font is asked in turns") << u'\x8000' << 4000;
+}
+
+/// The font is asked for their widths once, and all is measured by them.
+void LongEditTest::measuresNewCharactersBehindTheWindow()
+{
+    QFETCH(char16_t, first);
+    QFETCH(int, characters);
+    QString text;
+    for (int i = 0; text.size() < 600'000; ++i)
+        text += QChar(char16_t(first + i % characters));
+    QGuiApplication::clipboard()->setText(text);
+    const auto paste = [this] {
+        editor().setCursorPlace({});
+        editor().paste();
+        int steps = 0;
+        do {
+            steps += m_parts->steps.runAll();
+            QCoreApplication::processEvents();
+        } while (editor().document().isHeld());
+        return steps;
+    };
+    const int firstSteps = paste();
+    QVERIFY(editor().text() == text + m_text);
+    editor().undo();
+    QCOMPARE(firstSteps, 2 * paste());
+    QVERIFY(editor().text() == text + m_text);
     editor().store().checkInvariants();
 }
 
