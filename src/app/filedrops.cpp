@@ -5,6 +5,7 @@
 
 #include <QDropEvent>
 #include <QMimeData>
+#include <QWidget>
 
 using namespace Qt::StringLiterals;
 

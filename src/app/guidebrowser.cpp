@@ -90,7 +90,7 @@ void GuideBrowser::doSetSource(const QUrl &name, QTextDocument::ResourceType typ
 
 QVariant GuideBrowser::loadResource(int type, const QUrl &name)
 {
-    const QVariant loaded = QTextBrowser::loadResource(type, name);
+    QVariant loaded = QTextBrowser::loadResource(type, name);
     if (type == QTextDocument::MarkdownResource)
         return withPresentKeys(QString::fromUtf8(loaded.toByteArray()));
     if (type == QTextDocument::ImageResource)

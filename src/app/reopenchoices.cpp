@@ -26,6 +26,7 @@ NoticeOffer utf16Choice(DocumentLoader &loader, ctlEditer *editor, bool isBigEnd
 std::vector<NoticeOffer> reopenChoices(DocumentLoader &loader, ctlEditer *editor)
 {
     std::vector<NoticeOffer> choices;
+    choices.reserve(charCodeChoices.size() + 2);
     for (const CharCode code : charCodeChoices)
         choices.push_back(
             { [=] { return QString(infoOf(code).label); }, [=, &loader] { loader.reopen(editor, code); } });

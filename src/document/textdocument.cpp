@@ -236,7 +236,7 @@ SaveResult TextDocument::save(const QString &path, const QString &name, std::opt
     if (!save)
         return { SaveResult::Outcome::Binary, Overtaken::No, false, {} };
     while (save->makeStep()) { }
-    const SaveResult result = endSave(*save);
+    SaveResult result = endSave(*save);
     if (result.outcome == SaveResult::Outcome::NotWritten)
         EndOrder::obeyIfGiven();
     return result;

@@ -144,7 +144,7 @@ QByteArray Utf8FromUtf16::convert(qsizetype size)
 {
     if (size == 0)
         return {};
-    const QByteArray utf8 = utf8FromUtf16(QByteArrayView(m_waiting).first(size), m_form);
+    QByteArray utf8 = utf8FromUtf16(QByteArrayView(m_waiting).first(size), m_form);
     m_waiting.remove(0, size);
     m_form.hasMark = false;
     return utf8;
