@@ -4,13 +4,15 @@
 #include "text/graphemes.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace {
 
+/// In any thread: a job that is given up empties its text in its own.
 quint64 newStamp()
 {
-    static quint64 last = 0;
+    static std::atomic<quint64> last = 0;
     return ++last;
 }
 
