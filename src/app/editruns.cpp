@@ -117,11 +117,16 @@ bool EditRuns::paste(ctlEditer &editor, const BroughtText &brought)
     const auto text = [&editor, brought] {
         return pasting(std::as_const(editor).document().store(), brought);
     };
-    const TextRange replaced = { editor.selectionBegin().offset, editor.selectionEnd().offset };
-    const auto put = [&editor, replaced, before = TurnedTo(editor)](const TextPiece &made) {
+    const bool isDropped = brought.droppedAt.has_value();
+    const TextRange replaced = isDropped
+        ? TextRange{ *brought.droppedAt, *brought.droppedAt }
+        : TextRange{ editor.selectionBegin().offset, editor.selectionEnd().offset };
+    const auto put = [&editor, replaced, isDropped, before = TurnedTo(editor)](const TextPiece &made) {
         const auto insert = [&] {
             editor.select({ replaced.start }, { replaced.end });
             editor.insert(made);
+            if (isDropped)
+                editor.select({ replaced.start }, editor.cursorPlace());
         };
         before.edit(editor, insert, followReplaced(replaced, made.length()));
     };

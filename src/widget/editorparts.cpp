@@ -15,7 +15,8 @@ QMultiLineEdit::Parts::Parts(QMultiLineEdit &edit, ViewScrollBar &verticalBar, V
     , edits(document, cursor, view, updates, scroller, verticalBar, primary, announcer, followers, moves)
     , composer(edit, document, cursor, preedit, view, updates, scroller, followers, moves, edits)
     , clipboard(cursor, view, exchange, moves, edits)
-    , drag(edit, *edit.viewport(), document.store(), format, cursor, view, updates, scroller, exchange, edits)
+    , drag(edit, *edit.viewport(), document.store(), format, cursor, view, updates, scroller, exchange,
+          clipboard, edits)
     , pressed(*edit.viewport())
     , pointer(edit, document.store(), cursor, view, scroller, primary, moves, composer, drag, pressed)
     , handles(edit, *edit.viewport(), document.store(), cursor, view, moves, [this] { layout.update(); })

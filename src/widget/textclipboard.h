@@ -17,10 +17,10 @@ public:
     TextClipboard(const TextCursor &cursor, const TextView &view, const TextExchange &exchange,
         CursorMoves &moves, TextEdits &edits);
 
-    /// Inserts what is brought in place of the selection where that takes long; false: it is to be inserted
-    /// at once.
+    /// Inserts what is brought where that takes long; false: it is to be inserted at once.
     using LongInserter = std::function<bool(const BroughtText &brought)>;
     void setLongInserter(LongInserter inserter) { m_insertLong = std::move(inserter); }
+    bool insertLong(const BroughtText &brought) const { return m_insertLong(brought); }
 
     /// Nothing where nothing is selected.
     void copy();

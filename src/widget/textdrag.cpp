@@ -3,6 +3,7 @@
 #include "platform/requesthold.h"
 #include "widget/rowformat.h"
 #include "widget/rowupdates.h"
+#include "widget/textclipboard.h"
 #include "widget/textcursor.h"
 #include "widget/textedits.h"
 #include "widget/textexchange.h"
@@ -40,7 +41,7 @@ QPoint edgeNear(QPointF point, QSize view)
 
 TextDrag::TextDrag(QWidget &editor, QWidget &viewport, const TextStore &store, const RowFormat &format,
     const TextCursor &cursor, const TextView &view, RowUpdates &updates, ViewScroller &scroller,
-    const TextExchange &exchange, TextEdits &edits)
+    const TextExchange &exchange, const TextClipboard &clipboard, TextEdits &edits)
     : m_editor(editor)
     , m_viewport(viewport)
     , m_store(store)
@@ -50,6 +51,7 @@ TextDrag::TextDrag(QWidget &editor, QWidget &viewport, const TextStore &store, c
     , m_updates(updates)
     , m_scroller(scroller)
     , m_exchange(exchange)
+    , m_clipboard(clipboard)
     , m_edits(edits)
     , m_scrolling(&editor)
 {
@@ -127,12 +129,15 @@ void TextDrag::scroll()
 
 void TextDrag::drop(const QDropEvent &event)
 {
-    const TextPiece text = m_exchange.pieceOf(*event.mimeData());
+    BroughtText brought = m_exchange.textOf(*event.mimeData());
     const Offset to = m_view.placeAt(event.position()).offset;
     const bool moves = m_drag && event.dropAction() == Qt::MoveAction;
     const TextRange selected = m_cursor.selection();
-    if (!moves || to < selected.start || to > selected.end)
-        m_edits.drop(text, to, moves);
+    if (moves && to >= selected.start && to <= selected.end)
+        return;
+    brought.droppedAt = to;
+    if (moves || !m_clipboard.insertLong(brought))
+        m_edits.drop(TextExchange::pieceOf(brought), to, moves);
 }
 
 void TextDrag::paintDropPlace(QPainter &painter, const QColor &color) const

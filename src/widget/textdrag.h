@@ -13,6 +13,7 @@ class QPainter;
 class QWidget;
 class RowFormat;
 class RowUpdates;
+class TextClipboard;
 class TextCursor;
 class TextEdits;
 class TextExchange;
@@ -25,7 +26,7 @@ class TextDrag {
 public:
     TextDrag(QWidget &editor, QWidget &viewport, const TextStore &store, const RowFormat &format,
         const TextCursor &cursor, const TextView &view, RowUpdates &updates, ViewScroller &scroller,
-        const TextExchange &exchange, TextEdits &edits);
+        const TextExchange &exchange, const TextClipboard &clipboard, TextEdits &edits);
 
     /// Drags the selected text; returns when it has been dropped. Other events go on meanwhile, which may
     /// close the editor: false then, and this is gone.
@@ -56,6 +57,7 @@ private:
     RowUpdates &m_updates;
     ViewScroller &m_scroller;
     const TextExchange &m_exchange;
+    const TextClipboard &m_clipboard;
     TextEdits &m_edits;
     QDrag *m_drag = nullptr; ///< while text is dragged from here
     std::optional<Offset> m_dropOffset; ///< where text would go, if any is held over the view

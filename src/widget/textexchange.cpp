@@ -55,11 +55,6 @@ BroughtText TextExchange::textOf(const QMimeData &data) const
     return { own->isFrom(&m_editor) ? From::Document : From::SameCode, own->piece() };
 }
 
-TextPiece TextExchange::pieceOf(const QMimeData &data) const
-{
-    return pieceOf(textOf(data));
-}
-
 TextPiece TextExchange::pieceOf(const BroughtText &brought)
 {
     switch (brought.from) {

@@ -2,6 +2,8 @@
 
 #include "text/textstore.h"
 
+#include <optional>
+
 class QMimeData;
 class QObject;
 class TextCursor;
@@ -18,6 +20,8 @@ struct BroughtText {
     From from = From::Elsewhere;
     TextPiece piece = {}; ///< from this program
     QString string = {}; ///< from others
+    /// Where it is dropped, and is selected then; else it takes the place of the selection.
+    std::optional<Offset> droppedAt = {};
 
     qint64 length() const { return piece.length() + string.size(); }
 };
@@ -35,7 +39,6 @@ public:
     /// The text that data bring. Other programs may take long to give it.
     BroughtText textOf(const QMimeData &data) const;
     /// The same, fit for the document; without a look at it where it is its own.
-    TextPiece pieceOf(const QMimeData &data) const;
     static TextPiece pieceOf(const BroughtText &brought);
 
 private:

@@ -8,6 +8,8 @@
 #include "tests/testprogram.h"
 
 #include <QClipboard>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -73,6 +75,7 @@ private slots:
     void measuresNewCharactersBehindTheWindow_data();
     void measuresNewCharactersBehindTheWindow();
     void pasteTakesThePlaceOfTheSelection();
+    void longTextIsDropped();
     void stoppedPasteLeavesTheText_data() { addSteps(); }
     void stoppedPasteLeavesTheText();
     void cursorThatWasMovedStaysBesideAPaste_data();
@@ -509,6 +512,26 @@ void LongEditTest::pasteTakesThePlaceOfTheSelection()
     QCOMPARE(changed.count(), 1);
     QVERIFY(!editor().hasMarkedText());
     QCOMPARE(editor().cursorOffset(), Offset(2 + m_text.size()));
+}
+
+/// It goes where it was dropped, and is selected.
+void LongEditTest::longTextIsDropped()
+{
+    QMimeData data;
+    data.setText(m_text);
+    editor().setCursorPlace({ Offset(9) });
+    const QPoint place = editor().characterRect(Offset(3)).topLeft() + QPoint(1, 1);
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(editor().viewport(), &enter);
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(editor().viewport(), &drop);
+    QVERIFY(editor().document().isHeld());
+    QVERIFY(m_parts->steps.runAll() > 0);
+    QVERIFY(editor().text() == m_text.first(3) + m_text + m_text.sliced(3));
+    QCOMPARE(editor().anchorPlace().offset, Offset(3));
+    QCOMPARE(editor().cursorOffset(), Offset(3 + m_text.size()));
+    editor().undo();
+    QVERIFY(isAsBefore());
 }
 
 void LongEditTest::stoppedPasteLeavesTheText()

@@ -5,6 +5,7 @@
 #include "widget/pointergestures.h"
 #include "widget/pressedpointer.h"
 #include "widget/selectionhandles.h"
+#include "widget/textclipboard.h"
 #include "widget/textdrag.h"
 #include "widget/touchgestures.h"
 
@@ -32,8 +33,9 @@ struct InputParts : ViewParts {
 
     InputComposer composer{ editor, document, cursor, preedit, view, updates, scroller, followers, moves,
         edits };
+    TextClipboard clipboard{ cursor, view, exchange, moves, edits };
     TextDrag drag{ editor, viewport, document.store(), format, cursor, view, updates, scroller, exchange,
-        edits };
+        clipboard, edits };
     PressedPointer pressed{ viewport };
     PointerGestures pointer{ editor, document.store(), cursor, view, scroller, primary, moves, composer, drag,
         pressed };

@@ -23,6 +23,7 @@ struct Exchanging {
     {
         return std::unique_ptr<TextMimeData>(exchange.selectionData());
     }
+    TextPiece brought(const QMimeData &data) const { return TextExchange::pieceOf(exchange.textOf(data)); }
 
     QObject editor;
     TextDocument document;
@@ -52,8 +53,8 @@ void TextExchangeTest::escapesStayInOneCode()
     const QString text = u"a"_s + QChar(undecodable);
     const Exchanging from(text);
     const auto data = from.data();
-    QCOMPARE(Exchanging({}).exchange.pieceOf(*data).text(), text);
-    QVERIFY(!Exchanging({}, CharCode::Euc).exchange.pieceOf(*data).text().contains(QChar(undecodable)));
+    QCOMPARE(Exchanging({}).brought(*data).text(), text);
+    QVERIFY(!Exchanging({}, CharCode::Euc).brought(*data).text().contains(QChar(undecodable)));
 }
 
 /// In another document they would be line ends that show as something else.
@@ -61,15 +62,15 @@ void TextExchangeTest::carriageReturnsComeBackAlone()
 {
     const Exchanging from(u"a\r\nb\rc"_s);
     const auto data = from.data();
-    QCOMPARE(from.exchange.pieceOf(*data).text(), u"a\r\nb\rc"_s);
-    QCOMPARE(Exchanging({}).exchange.pieceOf(*data).text(), u"a\nb\nc"_s);
+    QCOMPARE(from.brought(*data).text(), u"a\r\nb\rc"_s);
+    QCOMPARE(Exchanging({}).brought(*data).text(), u"a\nb\nc"_s);
 }
 
 void TextExchangeTest::textOfOtherProgramsIsCleaned()
 {
     QMimeData data;
     data.setText(u"a\r\nb"_s + QChar(undecodable));
-    const QString text = Exchanging({}).exchange.pieceOf(data).text();
+    const QString text = Exchanging({}).brought(data).text();
     QVERIFY(text.startsWith(u"a\nb"_s));
     QVERIFY(!text.contains(QChar(undecodable)));
 }
