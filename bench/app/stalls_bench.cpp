@@ -17,9 +17,12 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDropEvent>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
@@ -63,7 +66,7 @@ public:
         QTimer::singleShot(0, this, [] {});
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         turns.note();
-        std::printf("| %s | %.1f | %.0f |\n", name, turns.longest(), whole);
+        std::printf("| %s | %.1f | %.1f | %.0f |\n", name, turns.longest(), turns.longestWork(), whole);
         std::fflush(stdout);
     }
     void measure(const char *name, const std::function<void()> &work)
@@ -93,6 +96,18 @@ public:
         QCoreApplication::sendEvent(&editor(), &tab);
     }
 
+    /// As another program would.
+    void drop(const QString &text)
+    {
+        QMimeData dropped;
+        dropped.setText(text);
+        const QPoint place(20, 20);
+        QDragEnterEvent enter(place, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(currentEditor()->viewport(), &enter);
+        QDropEvent drop(place, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(currentEditor()->viewport(), &drop);
+    }
+
     void replaceAll(const QString &wanted, bool speedsUp)
     {
         const ReplaceGuard guard;
@@ -105,6 +120,16 @@ public:
     }
 };
 
+/// 60 MB of some thousand different characters.
+QString textNeverMet()
+{
+    QString line;
+    for (char16_t unit = 0x4E00; unit < 0x6000; ++unit)
+        line += QChar(unit);
+    line += u'\n';
+    return line.repeated(6500);
+}
+
 /// What a command leaves to later turns is done by then.
 std::function<bool()> aSecondLater()
 {
@@ -112,6 +137,13 @@ std::function<bool()> aSecondLater()
     clock.start();
     QTimer::singleShot(1200, [] {}); // wakes the event loop
     return [clock] { return clock.hasExpired(1000); };
+}
+
+/// To what a box asks, if there is one.
+void agree()
+{
+    if (const QWidget *const box = QApplication::activeModalWidget())
+        box->findChildren<QPushButton *>().first()->click();
 }
 
 /// Whether there was one.
@@ -136,8 +168,8 @@ int main(int argc, char **argv)
     }
     Window window(file);
     ctlEditer &editor = window.editor();
-    std::printf(
-        "| %lld MB | longest turn, ms | whole, ms |\n|---|---|---|\n", QFileInfo(file).size() / 1000000);
+    std::printf("| %lld MB | longest turn, ms | processor, ms | whole, ms |\n|---|---|---|---|\n",
+        QFileInfo(file).size() / 1000000);
     editor.setCursorPlace({ window.text().end() });
     editor.insert(QStringLiteral("nightingale"));
     editor.setCursorPosition(0, 0);
@@ -186,6 +218,27 @@ int main(int argc, char **argv)
             window.slotCmdFileCloseTab();
         },
         aSecondLater());
+    const auto isCurrentFree = [&] { return !std::as_const(*window.currentEditor()).document().isHeld(); };
+    const QString neverMet = textNeverMet();
+    window.measure(
+        "paste characters that were never met",
+        [&] {
+            QApplication::clipboard()->setText(neverMet);
+            window.slotCmdFileNew();
+            window.currentEditor()->paste();
+        },
+        isCurrentFree);
+    window.measure(
+        "drop them", [&] { window.drop(neverMet); }, isCurrentFree);
+    window.currentEditor()->setEdited(false);
+    window.slotCmdFileCloseTab();
+    window.measure("select all, and delete", [&] {
+        editor.selectAll();
+        editor.insert(QString());
+    });
+    window.measure("undo that", [&] { editor.undo(); });
+    editor.selectAll();
+    editor.QMultiLineEdit::copy();
     window.measure("its bytes for another program",
         [] { QApplication::clipboard()->mimeData()->data(QStringLiteral("text/plain")); });
     window.selectLines(millionLines);
@@ -198,18 +251,52 @@ int main(int argc, char **argv)
         "take the indent back", [&] { window.indent(Qt::ShiftModifier); }, isFree);
     window.measure("replace all", [&] { window.replaceAll(wanted, false); });
     window.measure("undo the last of it", [&] { editor.undo(); });
-    window.measure("undo all of it", [&] {
-        while (editor.undoAvailable())
-            editor.undo();
-    });
+    const auto undoMore = [&] {
+        if (!editor.history().canUndo())
+            return true;
+        QTimer::singleShot(0, &editor, [&editor] { editor.undo(); });
+        return false;
+    };
+    window.measure(
+        "undo all of it, a step a turn", [] {}, undoMore);
     window.measure("replace all, sped up", [&] { window.replaceAll(wanted, true); });
-    window.measure("undo all of it again", [&] {
-        while (editor.history().canUndo())
-            editor.undo();
-    });
+    window.measure(
+        "undo all of it again", [] {}, undoMore);
     window.measure("a font that is larger", [&] {
         ++appSettings().FontSize;
         window.applySettings();
+        window.repaint();
+    });
+    window.measure(
+        "the new layout", [] {}, [&] { return editor.store().layoutRule() == editor.layoutRule(); });
+    const QTemporaryDir saved(QFileInfo(file).path() + QStringLiteral("/XXXXXX"));
+    window.measure(
+        "save as",
+        [&] { window.slotCmdFileSave(&editor, saved.path() + u'/', QStringLiteral("copy"), 0, 0); }, isFree);
+    QTimer agreeing;
+    agreeing.callOnTimeout(agree);
+    agreeing.start(10);
+    window.measure(
+        "reload", [&] { window.slotCmdFileReload(); }, isFree);
+    agreeing.stop();
+    editor.setCursorPlace({ window.text().end() });
+    editor.insert(QStringLiteral("nightingale"));
+    window.measure(
+        "a smaller font, and a search meanwhile",
+        [&] {
+            --appSettings().FontSize;
+            window.applySettings();
+            window.repaint();
+            editor.setCursorPosition(0, 0);
+            window.search(QStringLiteral("nightingale"));
+        },
+        [&] { return editor.hasMarkedText(); });
+    window.measure(
+        "the new layout", [] {}, [&] { return editor.store().layoutRule() == editor.layoutRule(); });
+    window.measure("resize it, wrapped", [&] {
+        appSettings().WrapMode = 1;
+        window.applySettings();
+        window.resize(900, 700);
         window.repaint();
     });
     window.measure(
