@@ -6,6 +6,7 @@
 #include "platform/sessionbus.h"
 
 #include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
 #include <QDBusUnixFileDescriptor>
 #include <QEventLoop>
 #include <QTimer>
@@ -18,6 +19,7 @@
 namespace {
 
 constexpr int instanceTimeout = 2000; // ms
+constexpr int endTimeout = 5000; // ms
 constexpr int noTimeout = std::numeric_limits<int>::max();
 
 QString ownChannel()
@@ -100,8 +102,10 @@ FileRequest shellRequest(const QVariantMap &options)
     return request;
 }
 
+enum class Answer { Taken, Refused, None };
+
 // The answer may have to wait for a question to the user of the instance, as long as that takes.
-bool giveDocument(const QDBusConnection &bus, const FileRequest &request)
+Answer giveDocument(const QDBusConnection &bus, const FileRequest &request)
 {
     const QDBusMessage call =
         callOfInstance(QStringLiteral("openFromShell"), { nameOnBus(request.fileName), optionsOf(request) });
@@ -116,8 +120,48 @@ bool giveDocument(const QDBusConnection &bus, const FileRequest &request)
     look.start(instanceTimeout);
     if (!answer.isFinished())
         waiting.exec();
-    return answer.isFinished() && !answer.isError();
+    if (!answer.isFinished())
+        return Answer::None;
+    return answer.isError() ? Answer::Refused : Answer::Taken;
 }
+
+/// Gives them until one is not taken.
+Answer giveDocuments(const QDBusConnection &bus, FileRequests &requests)
+{
+    while (!requests.isEmpty()) {
+        const Answer answer = giveDocument(bus, requests.front());
+        if (answer != Answer::Taken)
+            return answer;
+        requests.removeFirst();
+    }
+    return Answer::Taken;
+}
+
+/// The end of the process that has the channel, from now on.
+class OwnersEnd {
+public:
+    explicit OwnersEnd(const QDBusConnection &bus)
+        : m_watcher(QCopChannel::service(ownChannel()), bus, QDBusServiceWatcher::WatchForOwnerChange)
+    {
+        QObject::connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, &m_waiting, [this] {
+            m_hasCome = true;
+            m_waiting.quit();
+        });
+    }
+    /// False if it does not come in time.
+    bool await()
+    {
+        QTimer::singleShot(endTimeout, &m_waiting, &QEventLoop::quit);
+        if (!m_hasCome)
+            m_waiting.exec();
+        return m_hasCome;
+    }
+
+private:
+    QEventLoop m_waiting;
+    QDBusServiceWatcher m_watcher;
+    bool m_hasCome = false;
+};
 
 } // namespace
 
@@ -129,10 +173,13 @@ LauncherChannel::LauncherChannel(QObject *parent)
 bool LauncherChannel::open()
 {
     auto bus = sessionBus();
+    if (!bus)
+        return false;
+    const QString path = QCopChannel::path(ownChannel());
     // The object comes first: a message may follow the name at once.
-    return bus
-        && bus->registerObject(QCopChannel::path(ownChannel()), this, QDBusConnection::ExportScriptableSlots)
-        && takeName(*bus, WhenTaken::GiveUp);
+    const bool isThere = bus->objectRegisteredAt(path) == this
+        || bus->registerObject(path, this, QDBusConnection::ExportScriptableSlots);
+    return isThere && takeName(*bus, WhenTaken::GiveUp);
 }
 
 void LauncherChannel::openLater()
@@ -141,17 +188,25 @@ void LauncherChannel::openLater()
         takeName(*bus, WhenTaken::Wait);
 }
 
-bool LauncherChannel::handOver(FileRequests &requests)
+LauncherChannel::HandOver LauncherChannel::handOver(FileRequests &requests)
 {
     const auto bus = sessionBus();
-    if (!bus || !QCopChannel::isRegistered(ownChannel()))
-        return false;
+    if (!bus)
+        return HandOver::Failed;
+    OwnersEnd end(*bus);
     const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    if (!isAnswered(*bus, callOfInstance(QStringLiteral("raise"), { token })))
-        return false;
-    while (!requests.isEmpty() && giveDocument(*bus, requests.front()))
-        requests.removeFirst();
-    return requests.isEmpty();
+    if (!QCopChannel::isRegistered(ownChannel())
+        || !isAnswered(*bus, callOfInstance(QStringLiteral("raise"), { token })))
+        return HandOver::Failed;
+    switch (giveDocuments(*bus, requests)) {
+    case Answer::Taken:
+        return HandOver::Done;
+    case Answer::Refused:
+        return end.await() ? HandOver::Ended : HandOver::Failed;
+    case Answer::None:
+        break;
+    }
+    return HandOver::Failed;
 }
 
 void LauncherChannel::setTaking(Taking taking)

@@ -23,7 +23,7 @@ public:
 
     explicit LauncherChannel(QObject *parent);
 
-    /// Takes the channel. False without a session bus, and when another process has it.
+    /// Takes the channel; may be tried again. False without a session bus, and when another process has it.
     bool open();
     /// Takes it as soon as the process that has it is gone.
     void openLater();
@@ -31,11 +31,15 @@ public:
     /// AtOnce at first. What waits is taken or refused now, unless it goes on waiting.
     void setTaking(Taking taking);
 
+    /// What came of files that were handed over.
+    enum class HandOver {
+        Done, ///< all were taken
+        Ended, ///< one was refused, by a process that has ended since: somebody else may have the channel
+        Failed, ///< nobody answers within two seconds, or who has refused one does not end within five
+    };
     /// Gives the process that has the channel these files, taking from the list each that it has confirmed;
-    /// without any it is asked to show its window. True when it confirmed everything; false as soon as it
-    /// refuses one or is not there to answer within two seconds. As long as it takes files later, it is
-    /// waited for.
-    static bool handOver(FileRequests &requests);
+    /// without any it is asked to show its window. As long as it takes files later, it is waited for.
+    static HandOver handOver(FileRequests &requests);
 
     /// Files that a call of the bus brings, which is answered when they are taken or refused.
     void take(const FileRequests &requests, const QDBusMessage &message);

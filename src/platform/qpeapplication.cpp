@@ -62,12 +62,24 @@ QString QPEApplication::qpeDir()
 bool QPEApplication::handOver(const FileRequests &requests)
 {
     m_given = requests;
-    const bool isFirst = m_channel->open();
-    if (!isFirst && LauncherChannel::handOver(m_given))
+    if (handGivenOver())
         return true;
-    if (!isFirst)
-        m_channel->openLater();
     m_desktop->open();
+    return false;
+}
+
+/// Where one process has ended, several that it has refused may want to take its place: one of them does.
+bool QPEApplication::handGivenOver()
+{
+    using HandOver = LauncherChannel::HandOver;
+    while (!m_channel->open()) {
+        const HandOver result = LauncherChannel::handOver(m_given);
+        if (result == HandOver::Ended)
+            continue;
+        if (result == HandOver::Failed)
+            m_channel->openLater();
+        return result == HandOver::Done;
+    }
     return false;
 }
 

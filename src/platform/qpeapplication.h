@@ -28,7 +28,7 @@ public:
     /// took them (the caller then exits with 0). Else this process becomes the instance that others hand
     /// their files to, at once or when the other one is gone, and opens in its window what the other one has
     /// not taken. Without a session bus, when the other does not answer within two seconds, or when its user
-    /// ends it: false. Waits as long as that user is asked.
+    /// ends it and no other start has taken its place: false. Waits as long as that user is asked.
     bool handOver(const FileRequests &requests = {});
 
     /// Shows the window (maximised) as the one that receives requests through its slots, see RequestQueue:
@@ -78,6 +78,7 @@ protected:
     virtual void leave();
 
 private:
+    bool handGivenOver();
     void raiseWindow();
     void endWithSession();
     void settleEnd();

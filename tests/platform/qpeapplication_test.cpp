@@ -3,6 +3,7 @@
 #include "files/endorder.h"
 #include "files/filename.h"
 #include "platform/endquestion.h"
+#include "platform/launcherchannel.h"
 #include "platform/qcop.h"
 #include "platform/toolkitstart.h"
 #include "tests/platform/programrole.h"
@@ -106,6 +107,7 @@ private slots:
     void secondStart_duringTheQuestion_waits_data();
     void secondStart_duringTheQuestion_waits();
     void secondStart_refused_takesTheChannel();
+    void secondStarts_refused_areOneProgram();
     void start_opensItsOwnFiles();
     void start_withoutBus_runs();
     void start_besideHungInstance_runs();
@@ -309,6 +311,25 @@ void QPEApplicationTest::secondStart_refused_takesTheChannel()
     QVERIFY(second.prints("document /c"));
 }
 
+/// Whichever is the first takes the others' files.
+void QPEApplicationTest::secondStarts_refused_areOneProgram()
+{
+    Role first({ u"ask"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    Role second({ u"run"_s, u"/a"_s });
+    Role third({ u"run"_s, u"/b"_s });
+    for (Role *const role : { &second, &third })
+        role->start();
+    QVERIFY(first.prints("shown"));
+    QVERIFY(first.prints("asked twice"));
+    QVERIFY(first.tells("end\n"));
+    QTRY_VERIFY(second.state() == QProcess::NotRunning || third.state() == QProcess::NotRunning);
+    Role &opening = second.state() == QProcess::NotRunning ? third : second;
+    QVERIFY(opening.prints("document /a"));
+    QVERIFY(opening.prints("document /b"));
+    QCOMPARE(opening.state(), QProcess::Running);
+}
+
 void QPEApplicationTest::start_opensItsOwnFiles()
 {
     Role role({ u"run"_s, u"/a"_s, u"/b"_s });
@@ -495,6 +516,12 @@ static int runUntilEnded(QPEApplication &app, QByteArrayView state)
 static int runQuestion(QPEApplication &app, const FileRequests &requests)
 {
     auto question = std::make_unique<EndQuestion>();
+    // Each other start asks for the window, and once more for its file, which waits.
+    QObject::connect(
+        app.findChild<LauncherChannel *>(), &LauncherChannel::raiseRequested, &app, [asked = 0]() mutable {
+            if (++asked == 4)
+                PrintingWindow::print("asked twice");
+        });
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &app, [&] {
         std::array<char, 16> answer{};
