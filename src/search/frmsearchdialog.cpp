@@ -9,6 +9,7 @@
 #include "platform/scrolledform.h"
 #include "rows/narrowfont.h"
 #include "settings/config.h"
+#include "settings/moresettings.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -298,6 +299,21 @@ void frmSearchDialog::keyPressEvent(QKeyEvent *event)
         slotBtnNext();
         break;
     default:
-        QWidget::keyPressEvent(event);
+        if (!searchesByKnownKey(*event))
+            QWidget::keyPressEvent(event);
     }
+}
+
+/// As in the text, which has not the focus here.
+bool frmSearchDialog::searchesByKnownKey(const QKeyEvent &press)
+{
+    const bool isBackward = press.modifiers() == Qt::ShiftModifier;
+    if (moreSettings().KnownKeys == 0 || press.key() != Qt::Key_F3
+        || (press.modifiers() != Qt::NoModifier && !isBackward))
+        return false;
+    if (isBackward)
+        slotBtnBefo();
+    else
+        slotBtnNext();
+    return true;
 }

@@ -58,6 +58,7 @@ private:
     void setTexts();
     void fitButtonTexts();
     void act(void (frmSearchDialog::*signal)());
+    bool searchesByKnownKey(const QKeyEvent &press);
     void updateHistory();
     void writeHistory();
 

@@ -1,4 +1,5 @@
 #include "search/frmsearchdialog.h"
+#include "settings/moresettings.h"
 #include "tests/messageboxes.h"
 #include "tests/search/searchforms.h"
 #include "tests/testprogram.h"
@@ -7,6 +8,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -57,6 +59,8 @@ private slots:
     void emptyReplacementIsNotRecorded();
     void keys_data();
     void keys();
+    void knownKeys_data();
+    void knownKeys();
     void closeHidesAndKeeps();
     void historyFileIsWrittenAtTheEnd();
     void historyFileIsWrittenWhenItChanges();
@@ -394,6 +398,39 @@ void FrmSearchDialogTest::keys()
     QVERIFY(!panel.isVisible());
     QVERIFY(window.isVisible());
     QCOMPARE(next.count(), 2);
+}
+
+void FrmSearchDialogTest::knownKeys_data()
+{
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::addColumn<int>("isOn");
+    QTest::addColumn<int>("next");
+    QTest::addColumn<int>("before");
+    const auto row = [](const char *name, Qt::KeyboardModifiers modifiers, int isOn, int next, int before) {
+        QTest::newRow(name) << modifiers << isOn << next << before;
+    };
+    row("F3", Qt::NoModifier, 1, 1, 0);
+    row("Shift+F3", Qt::ShiftModifier, 1, 0, 1);
+    row("Ctrl+F3", Qt::ControlModifier, 1, 0, 0);
+    row("F3, switched off", Qt::NoModifier, 0, 0, 0);
+    row("Shift+F3, switched off", Qt::ShiftModifier, 0, 0, 0);
+}
+
+void FrmSearchDialogTest::knownKeys()
+{
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    QFETCH(int, isOn);
+    const QScopedValueRollback setting(moreSettings().KnownKeys, isOn);
+    for (const int mode : { 0, 1 }) {
+        frmSearchDialog panel(nullptr);
+        showIn(panel, mode, u"x"_s);
+        const QSignalSpy next(&panel, &frmSearchDialog::nextClicked);
+        const QSignalSpy before(&panel, &frmSearchDialog::befoClicked);
+        QTest::keyClick(findField(panel)->lineEdit(), Qt::Key_F3, modifiers);
+        QTEST(int(next.count()), "next");
+        QTEST(int(before.count()), "before");
+        QVERIFY(panel.isVisible());
+    }
 }
 
 void FrmSearchDialogTest::closeHidesAndKeeps()
