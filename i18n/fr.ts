@@ -27,6 +27,10 @@
         <translation>l’option «&#xa0;%1&#xa0;» n’existe pas</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; needs a name, as in &apos;--charset=UTF-8&apos;</source>
+        <translation>«&#xa0;%1&#xa0;» demande un nom, comme dans «&#xa0;--charset=UTF-8&#xa0;»</translation>
+    </message>
+    <message>
         <source>there is no character code &apos;%1&apos;</source>
         <translation>le codage «&#xa0;%1&#xa0;» n’existe pas</translation>
     </message>

@@ -27,6 +27,10 @@
         <translation>オプション&apos;%1&apos;はありません</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; needs a name, as in &apos;--charset=UTF-8&apos;</source>
+        <translation>&apos;%1&apos;には名前が必要です（例: &apos;--charset=UTF-8&apos;）</translation>
+    </message>
+    <message>
         <source>there is no character code &apos;%1&apos;</source>
         <translation>文字コード&apos;%1&apos;はありません</translation>
     </message>

@@ -148,6 +148,8 @@ void CommandLine::takeOption(const QByteArray &word)
         m_waits = true;
     else if (word.startsWith(charset))
         takeCharset(word.sliced(charset.size()));
+    else if (word == charset.chopped(1))
+        refuse(QT_TR_NOOP("'%1' needs a name, as in '--charset=UTF-8'"), word);
     else if (!takeToolkitOption(word))
         refuse(QT_TR_NOOP("there is no option '%1'"), word);
 }

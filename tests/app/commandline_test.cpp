@@ -123,7 +123,8 @@ void CommandLineTest::asks_data()
     row("--nonsense --help", "there is no option '--nonsense'");
     row("-x", "there is no option '-x'");
     row("--wait=1 a", "there is no option '--wait=1'");
-    row("--charset", "there is no option '--charset'");
+    row("--charset", "'--charset' needs a name, as in '--charset=UTF-8'");
+    row("--charset UTF-8 a", "'--charset' needs a name, as in '--charset=UTF-8'");
     row("--charset= a", "there is no character code ''");
     row("--charset=EBCDIC a", "there is no character code 'EBCDIC'");
     row("--wait", "'--wait' needs a file");
