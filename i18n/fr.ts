@@ -193,6 +193,13 @@
     </message>
 </context>
 <context>
+    <name>GuideBrowser</name>
+    <message>
+        <source>The guide is in English.</source>
+        <translation>Le guide est en anglais.</translation>
+    </message>
+</context>
+<context>
     <name>InterruptedSaves</name>
     <message>
         <source>Open both</source>

@@ -193,6 +193,13 @@
     </message>
 </context>
 <context>
+    <name>GuideBrowser</name>
+    <message>
+        <source>The guide is in English.</source>
+        <translation>使い方は英語です。</translation>
+    </message>
+</context>
+<context>
     <name>InterruptedSaves</name>
     <message>
         <source>Open both</source>

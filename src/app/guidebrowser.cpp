@@ -23,10 +23,23 @@ constexpr QLatin1StringView keysEnd("<!-- end of keys -->");
 
 constexpr int linesAboveKeys = 3; ///< their title
 
+bool isInPresentLanguage()
+{
+    return appSettings().Lang == Japanese || appSettings().Lang == English;
+}
+
 QString guideFile()
 {
     const auto code = appSettings().Lang == Japanese ? "ja"_L1 : "en"_L1;
     return QDir::cleanPath(QPEApplication::qpeDir() + u"/../doc/marlopad/guide."_s + code + u".md"_s);
+}
+
+/// For who opens it at the keys, which are in the present language.
+QString languageNote()
+{
+    return isInPresentLanguage()
+        ? QString()
+        : u'*' + QCoreApplication::translate("GuideBrowser", "The guide is in English.") + u"*\n\n"_s;
 }
 
 QString withPresentKeys(const QString &page)
@@ -35,7 +48,7 @@ QString withPresentKeys(const QString &page)
     const qsizetype end = page.indexOf(keysEnd, begin);
     if (begin < 0 || end < 0)
         return page;
-    return page.first(begin) + keysTable() + page.sliced(end + keysEnd.size());
+    return page.first(begin) + languageNote() + keysTable() + page.sliced(end + keysEnd.size());
 }
 
 } // namespace

@@ -77,6 +77,8 @@ private slots:
     void namesEverySwitch();
     void namesEveryOption_data() { addGuides(); }
     void namesEveryOption();
+    void namesEverySign_data() { addGuides(); }
+    void namesEverySign();
     void namesEveryCode_data() { addGuides(); }
     void namesEveryCode();
     void namesEveryWordOfTheShell_data() { addGuides(); }
@@ -161,6 +163,30 @@ void GuideTest::namesEveryOption()
     }
     for (const QString &page : { u"View&1"_s, u"View&2"_s, u"&Detail"_s })
         names(plain(QCoreApplication::translate("frmOption", page.toLatin1())));
+}
+
+/// One row for each that can be switched, by what switches it, and then one for what always shows.
+void GuideTest::namesEverySign()
+{
+    QFETCH(int, language);
+    static const QRegularExpression row(
+        u"^\\| !\\[.+\\]\\(.*/sign-.*\\) \\| .+ \\| (.+) \\|$"_s, QRegularExpression::MultilineOption);
+    QStringList named;
+    for (auto match = row.globalMatch(m_guide); match.hasNext();)
+        named << match.next().captured(1);
+    const frmOption options(nullptr);
+    QStringList switches;
+    for (const QGroupBox *const group : options.findChildren<QGroupBox *>()) {
+        if (group->title() != QCoreApplication::translate("frmOption", "Mark display"))
+            continue;
+        for (const QCheckBox *const check : group->findChildren<QCheckBox *>())
+            switches << plain(check->text());
+    }
+    QVERIFY(!switches.isEmpty() && !named.isEmpty());
+    named.sort();
+    switches << (language == Japanese ? u"常に表示"_s : u"always shown"_s);
+    switches.sort();
+    QCOMPARE(named, switches);
 }
 
 void GuideTest::namesEveryCode()

@@ -42,6 +42,8 @@ private slots:
 
     void keysStandInTheGuide_data();
     void keysStandInTheGuide();
+    void saysInWhichLanguageItIs_data();
+    void saysInWhichLanguageItIs();
     void keysThatAreOffAreNotShown();
     void keysAreScrolledTo();
     void keysAreShownWithoutAGuide();
@@ -81,6 +83,34 @@ void GuideBrowserTest::keysStandInTheGuide()
     const QString page = pageOf(file);
     const QString written = page.section(u"<!-- keys -->\n"_s, 1).section(u"<!-- end of keys -->"_s, 0, 0);
     QCOMPARE(written, keysTable());
+}
+
+void GuideBrowserTest::saysInWhichLanguageItIs_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<bool>("says");
+    QTest::newRow("English") << int(English) << false;
+    QTest::newRow("Japanese") << int(Japanese) << false;
+    QTest::newRow("French") << int(French) << true;
+}
+
+/// Where it is not the present one, above the keys, which are in that.
+void GuideBrowserTest::saysInWhichLanguageItIs()
+{
+    QFETCH(int, language);
+    QFETCH(bool, says);
+    appSettings().Lang = language;
+    const auto translation = Translation::load(language);
+    if (translation)
+        translation->install();
+    GuideBrowser browser;
+    browser.showGuide();
+    const QString note = QCoreApplication::translate("GuideBrowser", "The guide is in English.");
+    QVERIFY(language == English || note != u"The guide is in English.");
+    const qsizetype at = browser.toPlainText().indexOf(note);
+    QCOMPARE(at >= 0, says);
+    const QString head = keysTable().section(u" | "_s, 0, 0).mid(2);
+    QVERIFY(!says || browser.toPlainText().indexOf(head, at) < at + note.size() + 3);
 }
 
 void GuideBrowserTest::keysThatAreOffAreNotShown()
