@@ -25,9 +25,10 @@ start_compositor() {
     unset DISPLAY
 }
 
-# A panel would take room from maximised windows at whatever time it gets ready. Pictures are for who debugs it.
+# A panel would take room from maximised windows at whatever time it gets ready, and what fades in would be grey in
+# pictures, which are for who debugs it.
 start_weston() {
-    printf '[shell]\npanel-position=none\n' >"$compositor_folder/weston.ini"
+    printf '[shell]\npanel-position=none\nstartup-animation=none\nanimation=none\n' >"$compositor_folder/weston.ini"
     XDG_RUNTIME_DIR=$compositor_folder weston --backend=headless-backend.so --use-pixman --socket=wayland --debug \
         --width="${compositor_size%x*}" --height="${compositor_size#*x}" --config="$compositor_folder/weston.ini" \
         --idle-time=0 >"$compositor_folder/log" 2>&1 &
