@@ -222,6 +222,7 @@ void ShellStartTest::secondStartWaitsForItsDocuments()
     write(u"b.txt"_s, "b\n");
     write(u"c.txt"_s, "\rc");
     const auto second = startSecond({ u"--wait"_s, u"b.txt"_s, u"c.txt"_s });
+    QVERIFY(second->waitForStarted());
     QTRY_COMPARE(lineEnd(), u"CR"_s);
     QVERIFY(takesKeys());
     press({ u"Escape"_s });
@@ -241,6 +242,7 @@ void ShellStartTest::waitsWithoutStandardFiles()
     second.start(u"/bin/sh"_s,
         { u"-c"_s, u"exec \"$@\" <&- >&- 2>&-"_s, u"sh"_s, QStringLiteral(MARLOPAD_PROGRAM), u"--wait"_s,
             write(u"b.txt"_s, "b\n") });
+    QVERIFY(second.waitForStarted());
     QTRY_COMPARE(lineEnd(), u"LF"_s);
     QVERIFY(takesKeys());
     QCOMPARE(second.state(), QProcess::Running);
