@@ -63,6 +63,7 @@ ctlTabBar::ctlTabBar(QWidget *parent)
 
 int ctlTabBar::addTab(ctlEditer *editor, const QString &caption)
 {
+    endPress();
     const QScopedValueRollback quiet(m_choosing, false);
     const int id = freeId();
     const QString text = FileName::forDisplay(caption);
@@ -110,6 +111,7 @@ QString ctlTabBar::shortened(const QString &caption) const
 
 void ctlTabBar::removeTab(ctlEditer *editor)
 {
+    endPress();
     const int index = indexOf(editor);
     if (index == -1)
         return;
@@ -131,8 +133,10 @@ void ctlTabBar::setCurrentTab(int id)
     select(indexOfId(id));
 }
 
+/// The base chooses no other tab while one is dragged.
 void ctlTabBar::select(int index)
 {
+    endPress();
     if (index == currentIndex())
         slotTabSelected(idAt(index));
     else
@@ -253,6 +257,7 @@ void ctlTabBar::mousePressEvent(QMouseEvent *event)
     m_pointer.endLongPress();
     if (event->button() == Qt::LeftButton) {
         m_pointer.press(event->position());
+        m_isLeftDown = true;
         m_pointer.awaitLongPress([this] { askForMenuHeld(); });
     }
     m_pressed = event->button() == Qt::MiddleButton ? editorAt(pressed) : nullptr;
@@ -270,15 +275,26 @@ void ctlTabBar::mouseMoveEvent(QMouseEvent *event)
 /// The menu takes the release: the base hears of one before.
 void ctlTabBar::askForMenuHeld()
 {
+    endPress();
+    m_pointer.askForMenu();
+}
+
+/// A tab that is dragged stays where it has come to; the pointer moves nothing until it is pressed again.
+void ctlTabBar::endPress()
+{
+    if (!std::exchange(m_isLeftDown, false))
+        return;
+    m_pointer.endLongPress();
     const QPointF at = m_pointer.lastAt();
     QMouseEvent release(QEvent::MouseButtonRelease, at, mapToGlobal(at), Qt::LeftButton, {}, {});
     QTabBar::mouseReleaseEvent(&release);
-    m_pointer.askForMenu();
 }
 
 void ctlTabBar::mouseReleaseEvent(QMouseEvent *event)
 {
     m_pointer.endLongPress();
+    if (event->button() == Qt::LeftButton)
+        m_isLeftDown = false;
     QTabBar::mouseReleaseEvent(event);
     if (event->button() != Qt::MiddleButton || moreSettings().TabsByMouse == 0)
         return;

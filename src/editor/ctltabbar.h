@@ -10,7 +10,8 @@ class ctlEditer;
 /// The row of document tabs: one tab per editor, each with an id that stays while other tabs come and go.
 ///
 /// A tab is moved by dragging it, and the wheel scrolls tabs that have no room, where the settings allow
-/// that. A tab that is pressed and held still asks for its menu, for who has a pen or a finger alone.
+/// that; a drag ends when tabs come, go or are chosen meanwhile. A tab that is pressed and held still asks
+/// for its menu, for who has a pen or a finger alone.
 ///
 /// Editors are not owned; a tab is removed before its editor is destroyed. Lookups walk the tabs from the
 /// first one.
@@ -82,9 +83,11 @@ private:
     void nameControls();
     void showToolTip(const QHelpEvent &event);
     void askForMenuHeld();
+    void endPress();
     void scroll(int tabs);
 
     PressedPointer m_pointer; ///< the left button, a pen or a finger
+    bool m_isLeftDown = false; ///< and the base has not heard of its release
     const ctlEditer *m_pressed = nullptr; ///< its tab had the middle button pressed on it; not followed
     int m_turned = 0; ///< of the wheel, not enough for a tab yet
     bool m_choosing =

@@ -54,6 +54,7 @@ private slots:
     void wheelChangesNothing();
     void wheelScrollsTabsWithoutRoom();
     void draggingMovesATab();
+    void dragEndsWhereTabsAreChosen();
     void middleButtonAsksToClose();
     void rightButtonAsksForTheMenu();
     void heldTabAsksForTheMenu();
@@ -69,6 +70,7 @@ private:
     QPoint middleOf(int index) const { return m_bar->tabRect(index).center(); }
     void turnWheel(int angle) const;
     void drag(int from, int to) const;
+    void moveTo(QPoint place) const;
 
     std::unique_ptr<QWidget> m_window;
     ctlTabBar *m_bar = nullptr;
@@ -432,12 +434,16 @@ void CtlTabBarTest::drag(int from, int to) const
     const QPoint start = middleOf(from);
     const QPoint end = middleOf(to);
     QTest::mousePress(m_bar, Qt::LeftButton, {}, start);
-    for (int step = 1; step <= 10; ++step) {
-        const QPoint at = start + (end - start) * step / 10;
-        QMouseEvent move(QEvent::MouseMove, at, m_bar->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(m_bar, &move);
-    }
+    for (int step = 1; step <= 10; ++step)
+        moveTo(start + (end - start) * step / 10);
     QTest::mouseRelease(m_bar, Qt::LeftButton, {}, end);
+}
+
+/// With the left button down.
+void CtlTabBarTest::moveTo(QPoint place) const
+{
+    QMouseEvent move(QEvent::MouseMove, place, m_bar->mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(m_bar, &move);
 }
 
 void CtlTabBarTest::draggingMovesATab()
@@ -451,6 +457,31 @@ void CtlTabBarTest::draggingMovesATab()
     for (int i = 0; i < 3; ++i)
         QCOMPARE(m_bar->idOf(editors[i]), ids[i]);
     QCOMPARE(spy.count(), 1); // of the press
+}
+
+void CtlTabBarTest::dragEndsWhereTabsAreChosen()
+{
+    const Editors editors{ addTab(), addTab(), addTab() };
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    const auto chosen = [&] { return spy.isEmpty() ? nullptr : spy.takeLast()[0].value<ctlEditer *>(); };
+    const auto beginDrag = [this] {
+        QTest::mousePress(m_bar, Qt::LeftButton, {}, middleOf(0));
+        moveTo((middleOf(0) + middleOf(1)) / 2);
+    };
+    beginDrag();
+    m_bar->setCurrentTab(editors[2]);
+    QCOMPARE(chosen(), editors[2]);
+    QCOMPARE(m_bar->currentTab(), m_bar->idOf(editors[2]));
+    const Editors before = m_bar->editors();
+    moveTo(middleOf(2)); // the button is still down
+    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, middleOf(2));
+    QCOMPARE(m_bar->editors(), before);
+
+    beginDrag();
+    m_bar->removeTab(before[0]);
+    QCOMPARE(chosen(), before[1]);
+    QCOMPARE(m_bar->currentTab(), m_bar->idOf(before[1]));
+    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, middleOf(0));
 }
 
 void CtlTabBarTest::middleButtonAsksToClose()
