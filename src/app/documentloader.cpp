@@ -39,6 +39,14 @@ bool isReadWith(const ctlEditer &editor, CharCode code)
     return &infoOf(editor.document().charCode()).codec() == &infoOf(code).codec();
 }
 
+/// Keys that were pressed before another text, or none, comes into view are not for that. What is shown when
+/// this happens elsewhere keeps its keys.
+void pauseKeysOf(const ctlEditer *editor, const DocumentArea &documents)
+{
+    if (documents.current() == editor)
+        KeyPause::begin();
+}
+
 /// Folder and name of a file, without looking at the disk. A "/" at the end is not part of the name.
 FileChoice fileOf(const QString &path, std::optional<CharCode> charCode)
 {
@@ -278,6 +286,10 @@ void DocumentLoader::openUnsaved(
 void DocumentLoader::readUnsaved(
     ctlEditer *editor, const FileChoice &file, const QString &name, OpenedIn where, const Opened &ended)
 {
+    if (where == OpenedIn::View)
+        KeyPause::begin();
+    else
+        pauseKeysOf(editor, m_documents);
     if (isLarge(file)) {
         loadUnsavedBehind(editor, file, name, ended);
         show(editor, where);
@@ -334,14 +346,13 @@ bool DocumentLoader::endUnsaved(ctlEditer *editor, bool isOpen)
         return true;
     }
     const bool isShown = m_documents.current() == editor;
-    KeyPause::begin();
+    pauseKeysOf(editor, m_documents);
     m_documents.close(editor);
     return !isShown;
 }
 
 bool DocumentLoader::loadUnsaved(ctlEditer *editor, const FileChoice &file, const QString &name)
 {
-    KeyPause::begin();
     if (!editor->loadFile(file.folder, file.name, file.charCode))
         return false;
     if (const auto other = asItFits(editor->document().findings())) {
@@ -357,7 +368,6 @@ bool DocumentLoader::loadUnsaved(ctlEditer *editor, const FileChoice &file, cons
 void DocumentLoader::loadUnsavedBehind(
     ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended)
 {
-    KeyPause::begin();
     begin(editor, { file, {}, name, asItFits }, ArrivingFile::Shown::PartByPart,
         [ended](ArrivingFile::End end) { ended(end == ArrivingFile::End::Whole); });
     m_documents.refresh(editor);
@@ -450,10 +460,10 @@ void DocumentLoader::loadInto(ctlEditer *editor, const FileChoice &file, const T
 
 void DocumentLoader::fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped)
 {
-    const auto ended = [stopped](ArrivingFile::End end) {
+    const auto ended = [this, editor, stopped](ArrivingFile::End end) {
         if (end != ArrivingFile::End::Stopped)
             return;
-        KeyPause::begin();
+        pauseKeysOf(editor, m_documents);
         stopped();
     };
     const ArrivingFile &arriving = begin(editor, { file }, ArrivingFile::Shown::PartByPart, ended);
@@ -486,7 +496,6 @@ ArrivingFile &DocumentLoader::begin(
     return *arriving;
 }
 
-/// Where another text comes into view, keys that were pressed before are not for it.
 void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end)
 {
     ArrivingFile *const arriving = m_arriving.extract(editor).mapped().release();
@@ -494,8 +503,10 @@ void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end)
     emit m_documents.workEnded();
     if (end == ArrivingFile::End::Stopped)
         return;
-    if (end == ArrivingFile::End::Failed || !arriving->isShownInParts())
+    if (end == ArrivingFile::End::Failed)
         KeyPause::begin();
+    else if (!arriving->isShownInParts())
+        pauseKeysOf(editor, m_documents);
     m_documents.refresh(editor);
     if (end == ArrivingFile::End::Whole)
         m_places.settleCarried(*editor);

@@ -50,6 +50,7 @@ private slots:
     void stoppedReloadKeepsItsText();
     void closingSavesWhatIsStillThere();
     void reloadKeepsTheCursor();
+    void reloadOfAHiddenDocumentTakesNoKeys();
     void reloadIsMeasuredAnewInTurns();
     void reloadIsStoppedWhileItIsMeasured();
     void closedTabEndsTheReading();
@@ -385,6 +386,27 @@ void BackgroundLoadingTest::reloadKeepsTheCursor()
     QVERIFY(editor->text().startsWith(u"another 0\n"_s));
     QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(25000), 5 }));
     QCOMPARE(editor->topRow(), top);
+}
+
+void BackgroundLoadingTest::reloadOfAHiddenDocumentTakesNoKeys()
+{
+    write(longLog());
+    ctlEditer *const editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    m_parts->loader.reload(editor);
+    ctlEditer *const other = documents().add();
+    documents().present(other);
+    const auto type = [&](Qt::Key key) { QTest::keyClick(m_parts->window.windowHandle(), key); };
+    while (other->text().isEmpty()) { // those that were pressed when the reload began are not for this
+        type(Qt::Key_A);
+        QCoreApplication::processEvents();
+    }
+    connect(
+        &editor->document(), &TextDocument::released, other, [&] { type(Qt::Key_B); }, Qt::QueuedConnection);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QTRY_COMPARE(other->text(), u"ab"_s);
 }
 
 ctlEditer *BackgroundLoadingTest::reloadToMeasure()
