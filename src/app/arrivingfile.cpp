@@ -174,6 +174,7 @@ void ArrivingFile::showWhole()
         return;
     }
     if (m_shown == Shown::WhenWhole) {
+        emit aboutToReplace();
         m_document.beginArrival(folder(), name(), result.codes, std::move(m_aside));
     }
     m_document.endArrival(result);

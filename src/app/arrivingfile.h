@@ -56,6 +56,8 @@ public:
 signals:
     /// Another part is shown.
     void came();
+    /// The whole text is about to take the place of the document's, which is still there.
+    void aboutToReplace();
     /// The last signal. The document is held no more, and has all of the text; or it is as after a load that
     /// failed; or it was stopped, and may have a part of the text that is to be taken away.
     void ended(ArrivingFile::End end);

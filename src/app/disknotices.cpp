@@ -267,15 +267,10 @@ void DiskNotices::readOnBehind(ctlEditer *editor)
         return;
     }
     m_behind.insert(editor);
-    const bool isCursorAtEnd = !editor->hasMarkedText() && editor->cursorOffset() == editor->store().end();
-    m_loader.reload(editor);
-    const auto goOn = [this, editor, isCursorAtEnd] {
-        if (isCursorAtEnd)
-            editor->setCursorPlace({ editor->store().end() });
-        check(editor);
-    };
+    m_loader.reload(editor, CursorAtEnd::Follows);
     if (editor->document().isHeld())
-        connect(&editor->document(), &TextDocument::released, editor, goOn,
+        connect(
+            &editor->document(), &TextDocument::released, editor, [this, editor] { check(editor); },
             Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 

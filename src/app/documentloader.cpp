@@ -34,6 +34,30 @@ std::optional<CharCode> codeToReload(const ctlEditer &editor)
     return isDetected ? std::nullopt : std::optional(code);
 }
 
+/// Where cursor and view are in a text that is about to be read again.
+class KeptView {
+public:
+    explicit KeptView(const ctlEditer &editor)
+        : m_cursor(editor.cursorPosition())
+        , m_top(editor.topRow())
+        , m_isAtEnd(!editor.hasMarkedText() && editor.cursorOffset() == editor.store().end())
+    {
+    }
+
+    void show(ctlEditer &editor, CursorAtEnd atEnd) const
+    {
+        editor.setCursorPosition(m_cursor);
+        editor.setTopRow(m_top);
+        if (m_isAtEnd && atEnd == CursorAtEnd::Follows)
+            editor.setCursorPlace({ editor.store().end() });
+    }
+
+private:
+    RowCol m_cursor;
+    RowIndex m_top;
+    bool m_isAtEnd;
+};
+
 bool isReadWith(const ctlEditer &editor, CharCode code)
 {
     return &infoOf(editor.document().charCode()).codec() == &infoOf(code).codec();
@@ -378,16 +402,17 @@ void DocumentLoader::openFromDisk(const ctlEditer &editor, const QString &name, 
     openUnsaved(fullName(editor), name, codeToReload(editor), opened);
 }
 
-void DocumentLoader::reload(ctlEditer *editor)
+/// What its user does until a text that is read behind the window is there is done in the old one.
+void DocumentLoader::reload(ctlEditer *editor, CursorAtEnd atEnd)
 {
     if (!editor->document().requestChange() || (editor->edited() && !isReloadWanted(*editor)))
         return;
-    const RowCol cursor = editor->cursorPosition();
-    const RowIndex top = editor->topRow();
-    loadAgain(editor, [editor, cursor, top] {
-        editor->setCursorPosition(cursor);
-        editor->setTopRow(top);
-    });
+    const auto view = std::make_shared<KeptView>(*editor);
+    loadAgain(editor, [editor, view, atEnd] { view->show(*editor, atEnd); });
+    const auto arriving = m_arriving.find(editor);
+    if (arriving != m_arriving.end())
+        connect(arriving->second.get(), &ArrivingFile::aboutToReplace, this,
+            [editor, view] { *view = KeptView(*editor); });
 }
 
 /// UTF-16 text as text again, unless a save or another program has made something else of the file.

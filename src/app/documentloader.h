@@ -22,6 +22,12 @@ enum class OpenedIn {
     Background, ///< its user is at other text, and stays there undisturbed
 };
 
+/// Where a cursor at the end of a text goes that is read again.
+enum class CursorAtEnd {
+    StaysInRow,
+    Follows, ///< to the end of what is there then
+};
+
 /// Opens and reloads files, as the user or another program wants it: the one place that reads a file into a
 /// document.
 ///
@@ -63,8 +69,8 @@ public:
     /// The same as openUnsaved() with a document's file, read as the document was.
     void openFromDisk(const ctlEditer &editor, const QString &name, const Opened &opened = {});
     /// Reads a document's file again, as other programs have made it; asks before edits are thrown away.
-    /// Cursor and view stay in their rows.
-    void reload(ctlEditer *editor);
+    /// Cursor and view stay in their rows: those in which they are when the new text is there.
+    void reload(ctlEditer *editor, CursorAtEnd atEnd = CursorAtEnd::StaysInRow);
     /// Asks whether to read the current document's file again, and does; nothing for one that has none.
     void askAndReload();
     /// Reads a document's file again with another code; asks before edits are thrown away.

@@ -50,6 +50,7 @@ private slots:
     void stoppedReloadKeepsItsText();
     void closingSavesWhatIsStillThere();
     void reloadKeepsTheCursor();
+    void reloadKeepsACursorThatHasMovedMeanwhile();
     void reloadOfAHiddenDocumentTakesNoKeys();
     void reloadIsMeasuredAnewInTurns();
     void reloadIsStoppedWhileItIsMeasured();
@@ -381,6 +382,24 @@ void BackgroundLoadingTest::reloadKeepsTheCursor()
     const RowIndex top = editor->topRow();
     write(longLog("another"));
     m_parts->loader.reload(editor);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QVERIFY(editor->text().startsWith(u"another 0\n"_s));
+    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(25000), 5 }));
+    QCOMPARE(editor->topRow(), top);
+}
+
+void BackgroundLoadingTest::reloadKeepsACursorThatHasMovedMeanwhile()
+{
+    write(longLog());
+    ctlEditer *const editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    write(longLog("another"));
+    m_parts->loader.reload(editor);
+    m_runner->step();
+    editor->setCursorPosition(25000, 5);
+    const RowIndex top = editor->topRow();
     m_runner->runAll();
     QTRY_VERIFY(!editor->document().isHeld());
     QVERIFY(editor->text().startsWith(u"another 0\n"_s));

@@ -23,6 +23,8 @@ private slots:
     void isReadBehind_data();
     void isReadBehind();
     void cursorStays();
+    void cursorThatHasLeftTheEndStays();
+    void cursorThatHasComeToTheEndFollows();
     void littleIsReadAtOnce();
     void stopEndsTheFollowing_data();
     void stopEndsTheFollowing();
@@ -118,6 +120,29 @@ void LongGrowthTest::cursorStays()
     grow(much());
     makeAllSteps();
     QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(1), 2 }));
+    QVERIFY(isFollowed());
+}
+
+void LongGrowthTest::cursorThatHasLeftTheEndStays()
+{
+    follow("one\ntwo\nthree\n");
+    grow(much());
+    m_runner->step();
+    editor().setCursorPosition({ RowIndex(1), 2 });
+    makeAllSteps();
+    QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(1), 2 }));
+    QVERIFY(isFollowed());
+}
+
+void LongGrowthTest::cursorThatHasComeToTheEndFollows()
+{
+    follow("one\ntwo\nthree\n");
+    editor().setCursorPosition({ RowIndex(1), 2 });
+    grow(much());
+    m_runner->step();
+    editor().setCursorPlace({ editor().store().end() });
+    makeAllSteps();
+    QCOMPARE(editor().cursorOffset(), editor().store().end());
     QVERIFY(isFollowed());
 }
 
