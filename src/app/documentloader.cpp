@@ -183,6 +183,15 @@ void DocumentLoader::openChosen(ctlEditer *editor, const FileChoice &file)
     editor->setFocus();
 }
 
+ctlEditer *DocumentLoader::openChosen(const QString &path, std::optional<CharCode> charCode, OpenedIn where)
+{
+    if (where == OpenedIn::Background)
+        return open(path, charCode, where);
+    m_documents.commitComposition();
+    openChosen(m_documents.current(), fileOf(path, charCode));
+    return m_documents.current();
+}
+
 void DocumentLoader::fillFreshBehind(ctlEditer *editor, const FileChoice &file)
 {
     const TextDocument &document = editor->document();
@@ -221,7 +230,9 @@ ctlEditer *DocumentLoader::openNew(const QString &path, std::optional<CharCode> 
         m_documents.commitComposition();
         KeyPause::begin();
     }
-    ctlEditer *const editor = m_documents.add(FileName::forDisplay(file.name));
+    ctlEditer *const current = where == OpenedIn::View ? m_documents.current() : nullptr;
+    ctlEditer *const editor =
+        current && isFresh(*current) ? current : m_documents.add(FileName::forDisplay(file.name));
     editor->startFile(file.folder, file.name, file.charCode);
     m_documents.refresh(editor);
     show(editor, where);

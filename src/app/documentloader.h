@@ -48,11 +48,15 @@ public:
     /// Opens a file the user has chosen: in the document that was current then (or null), when nobody would
     /// miss that.
     void openChosen(ctlEditer *editor, const FileChoice &file);
+    /// The same with one that was chosen outside of the window, in the document that is in view; in a tab of
+    /// its own where that shall stay. The document that has the file, or will have it.
+    ctlEditer *openChosen(const QString &path, std::optional<CharCode> charCode, OpenedIn where);
     /// Has the user choose the file.
     void askAndOpen();
     /// The same among the text files of a folder, which ends in "/".
     void askAndOpenIn(const QString &folder);
-    /// Makes a document of a file that is not there yet, or switches to its tab. The document.
+    /// Makes a document of a file that is not there yet, of the one in view when nobody would miss that; or
+    /// switches to its tab. The document.
     ctlEditer *openNew(
         const QString &path, std::optional<CharCode> charCode, OpenedIn where = OpenedIn::View);
     /// Whether there is a document with the text.

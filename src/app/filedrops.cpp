@@ -46,7 +46,7 @@ bool FileDrops::eventFilter(QObject *, QEvent *event)
     m_window.activateWindow();
     if (auto *const application = qobject_cast<QPEApplication *>(qApp)) {
         for (const QString &file : files)
-            application->request({ file, FileRequest::From::Drop });
+            application->request({ file, FileRequest::From::Desktop });
     }
     return true;
 }

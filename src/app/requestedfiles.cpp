@@ -72,8 +72,8 @@ void RequestedFiles::open(const FileRequest &request, OpenedIn where)
     case FileRequest::From::Shell:
         openFromShell(request, where);
         break;
-    case FileRequest::From::Drop:
-        openDropped(request.fileName, where);
+    case FileRequest::From::Desktop:
+        openFromDesktop(request.fileName, where);
         break;
     }
 }
@@ -95,7 +95,7 @@ void RequestedFiles::openFromShell(const FileRequest &request, OpenedIn where)
 ctlEditer *RequestedFiles::openNamed(const FileRequest &request, OpenedIn where)
 {
     return isMissing(request.fileName) ? m_loader.openNew(request.fileName, request.charCode, where)
-                                       : m_loader.open(request.fileName, request.charCode, where);
+                                       : m_loader.openChosen(request.fileName, request.charCode, where);
 }
 
 ctlEditer *RequestedFiles::openWithoutName(const FileRequest &request)
@@ -117,10 +117,10 @@ void RequestedFiles::offerRecent()
         Qt::QueuedConnection);
 }
 
-void RequestedFiles::openDropped(const QString &fileName, OpenedIn where)
+void RequestedFiles::openFromDesktop(const QString &fileName, OpenedIn where)
 {
     if (isFolder(fileName))
         m_loader.askAndOpenIn(fileName.endsWith(u'/') ? fileName : fileName + u'/');
     else
-        m_loader.open(fileName, {}, where);
+        m_loader.openChosen(fileName, {}, where);
 }

@@ -26,7 +26,7 @@ private:
     void open(const FileRequest &request, OpenedIn where);
     void openFromShell(const FileRequest &request, OpenedIn where);
     ctlEditer *openNamed(const FileRequest &request, OpenedIn where);
-    void openDropped(const QString &fileName, OpenedIn where);
+    void openFromDesktop(const QString &fileName, OpenedIn where);
     ctlEditer *openWithoutName(const FileRequest &request);
     void offerRecent();
 

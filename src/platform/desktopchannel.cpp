@@ -61,7 +61,7 @@ void DesktopChannel::Open(
     FileRequests requests;
     for (const QString &address : addresses) {
         if (const auto fileName = FileAddress::fileName(address.toUtf8()))
-            requests << FileRequest{ *fileName };
+            requests << FileRequest{ *fileName, FileRequest::From::Desktop };
     }
     m_launcher.raise(activationToken(platformData));
     m_launcher.take(requests, message);

@@ -21,7 +21,7 @@ struct FileRequest {
     enum class From {
         Launcher, ///< or another program
         Shell, ///< a command line: a file that is not there is a new one
-        Drop, ///< on the window: a folder stands for its files
+        Desktop, ///< dropped on the window, or chosen in a file manager: a folder stands for its files
     };
 
     QString fileName; ///< absolute; empty: a new document, with what can be read from `input` if that is set

@@ -87,6 +87,9 @@ private slots:
 
     void filesAreDropped_data();
     void filesAreDropped();
+    void onlyAFreshDocumentGivesWay_data();
+    void onlyAFreshDocumentGivesWay();
+    void nothingGivesWayToTheLauncher();
     void namesOfAnyBytesAreDropped();
     void folderOffersItsFiles();
     void otherThingsAreNotDropped();
@@ -166,7 +169,7 @@ void RequestedFilesTest::goesToThePlaceInAnOpenFile()
     m_window->openRequested({ file, From::Shell, LineColumn{ 3, 1 } });
     QCOMPARE(editor().name(), u"a.txt"_s);
     QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(2), 0 }));
-    QCOMPARE(m_window->tabBar()->count(), 3);
+    QCOMPARE(openFiles(), u"a.txt (new document)"_s);
 }
 
 void RequestedFilesTest::readsInTheCharset()
@@ -181,23 +184,23 @@ void RequestedFilesTest::missingFileIsNew()
     MessageBoxes boxes;
     m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell, LineColumn{ 7, 1 } });
     QCOMPARE(boxes.count(), 0);
-    QCOMPARE(openFiles(), u"(new document) new.txt"_s);
+    QCOMPARE(openFiles(), u"new.txt"_s);
     QCOMPARE(editor().path(), m_files->folder());
     QVERIFY(!editor().edited());
     m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell });
-    QCOMPARE(openFiles(), u"(new document) new.txt"_s);
+    QCOMPARE(openFiles(), u"new.txt"_s);
 }
 
 void RequestedFilesTest::newFileIsMadeByItsFirstSave()
 {
     m_window->openRequested({ m_files->folder() + u"new.txt"_s, From::Shell });
     QTest::keyClicks(&editor(), u"x"_s);
-    QCOMPARE(openFiles(), u"(new document) * new.txt"_s);
+    QCOMPARE(openFiles(), u"* new.txt"_s);
     QVERIFY(!QFile::exists(m_files->folder() + u"new.txt"_s));
     m_window->slotCmdFileSave();
     QVERIFY(m_window->requests.isEmpty());
     QCOMPARE(m_files->read(u"new.txt"_s), QByteArray("x"));
-    QCOMPARE(openFiles(), u"(new document) new.txt"_s);
+    QCOMPARE(openFiles(), u"new.txt"_s);
     m_window->slotCmdFileCloseTab();
     QCOMPARE(recentFiles().entries.front().name, u"new.txt"_s);
 }
@@ -345,8 +348,39 @@ void RequestedFilesTest::filesAreDropped()
         "# comment\r\nfile://" + folder + "a%20b.txt\r\nfile://" + folder
             + "c.txt\r\nhttps://x.example/\r\n"));
     QCOMPARE(m_window->tabBar()->count(), 1);
-    QTRY_COMPARE(openFiles(), u"(new document) a b.txt c.txt"_s);
+    QTRY_COMPARE(openFiles(), u"a b.txt c.txt"_s);
     QCOMPARE(editor().text(), u"second"_s);
+}
+
+void RequestedFilesTest::onlyAFreshDocumentGivesWay_data()
+{
+    QTest::addColumn<FileRequest>("request");
+    QTest::addColumn<QString>("files");
+    const auto row = [](const char *name, From from, const QString &file, const QString &files) {
+        QTest::newRow(name) << FileRequest{ file, from } << files;
+    };
+    row("shell", From::Shell, u"a.txt"_s, u"* (new document) a.txt"_s);
+    row("shell, missing", From::Shell, u"new.txt"_s, u"* (new document) new.txt"_s);
+    row("desktop", From::Desktop, u"a.txt"_s, u"* (new document) a.txt"_s);
+    row("launcher", From::Launcher, u"a.txt"_s, u"* (new document) a.txt"_s);
+}
+
+void RequestedFilesTest::onlyAFreshDocumentGivesWay()
+{
+    QFETCH(FileRequest, request);
+    QFETCH(QString, files);
+    m_files->write(u"a.txt"_s, "a");
+    request.fileName.prepend(m_files->folder());
+    QTest::keyClicks(&editor(), u"x"_s);
+    theApplication().request(request);
+    QTRY_COMPARE(openFiles(), files);
+}
+
+/// The launcher's files each have a tab.
+void RequestedFilesTest::nothingGivesWayToTheLauncher()
+{
+    m_window->setDocument(m_files->write(u"a.txt"_s, "a"));
+    QCOMPARE(openFiles(), u"(new document) a.txt"_s);
 }
 
 void RequestedFilesTest::namesOfAnyBytesAreDropped()
@@ -356,8 +390,7 @@ void RequestedFilesTest::namesOfAnyBytesAreDropped()
     QCOMPARE(::write(file, "x", 1), 1);
     ::close(file);
     QVERIFY(dropAddresses(*editor().viewport(), "file://" + name.toPercentEncoding("/") + "\r\n"));
-    QTRY_COMPARE(m_window->tabBar()->count(), 2);
-    QCOMPARE(editor().text(), u"x"_s);
+    QTRY_COMPARE(editor().text(), u"x"_s);
     QCOMPARE(editor().name(), QChar(0xDC83) + u"e.txt"_s);
 }
 
@@ -387,7 +420,7 @@ void RequestedFilesTest::nothingIsDroppedBehindADialog()
     QVERIFY(!dropAddresses(*m_window, address));
     theApplication().holdRequests(false);
     QVERIFY(dropAddresses(*m_window, address));
-    QTRY_COMPARE(openFiles(), u"(new document) a.txt"_s); // before the next test's files
+    QTRY_COMPARE(openFiles(), u"a.txt"_s); // before the next test's files
 }
 
 void RequestedFilesTest::textIsStillDropped()
@@ -398,9 +431,10 @@ void RequestedFilesTest::textIsStillDropped()
     QCOMPARE(editor().text(), u"dropped"_s);
 }
 
-/// As a second start does.
+/// As a second start does, beside a document that does not give way.
 void RequestedFilesTest::requestMany()
 {
+    QTest::keyClicks(&editor(), u"h"_s);
     for (int number = 1; number <= many; ++number)
         theApplication().request({ m_files->write(numbered(number), "text\n"), From::Shell });
 }
@@ -415,7 +449,7 @@ void RequestedFilesTest::makeTurns(int fewestOpen)
 
 void RequestedFilesTest::manyComeInTheirOrder()
 {
-    QStringList expected{ u"(new document)"_s };
+    QStringList expected{ u"* (new document)"_s };
     for (int number = 1; number <= many; ++number)
         expected << numbered(number);
     requestMany();
@@ -452,9 +486,9 @@ void RequestedFilesTest::keysElsewhereAreTaken()
         QCoreApplication::processEvents();
     QVERIFY(m_window->tabBar()->count() < many);
     QTest::keyClick(m_window->windowHandle(), Qt::Key_X);
-    QCOMPARE(m_window->editorAt(0)->text(), u"x"_s);
+    QCOMPARE(m_window->editorAt(0)->text(), u"hx"_s);
     QVERIFY(areManyOpen());
-    QCOMPARE(m_window->editorAt(0)->text(), u"x"_s);
+    QCOMPARE(m_window->editorAt(0)->text(), u"hx"_s);
 }
 
 void RequestedFilesTest::whoeverComesBackIsTakenAlong()
