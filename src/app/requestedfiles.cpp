@@ -84,6 +84,11 @@ void RequestedFiles::openFromShell(const FileRequest &request, OpenedIn where)
         offerRecent();
         return;
     }
+    // Who waits for a document is told that a folder is none.
+    if (!request.waiting && isFolder(request.fileName)) {
+        openFromDesktop(request.fileName, where);
+        return;
+    }
     ctlEditer *const editor =
         request.fileName.isEmpty() ? openWithoutName(request) : openNamed(request, where);
     if (request.place)

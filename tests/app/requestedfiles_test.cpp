@@ -91,7 +91,9 @@ private slots:
     void onlyAFreshDocumentGivesWay();
     void nothingGivesWayToTheLauncher();
     void namesOfAnyBytesAreDropped();
+    void folderOffersItsFiles_data();
     void folderOffersItsFiles();
+    void folderThatIsWaitedForIsRefused();
     void otherThingsAreNotDropped();
     void nothingIsDroppedBehindADialog();
     void textIsStillDropped();
@@ -394,15 +396,44 @@ void RequestedFilesTest::namesOfAnyBytesAreDropped()
     QCOMPARE(editor().name(), QChar(0xDC83) + u"e.txt"_s);
 }
 
+void RequestedFilesTest::folderOffersItsFiles_data()
+{
+    QTest::addColumn<std::function<bool(TestWindow &, const QString &)>>("give");
+    const auto row = [](const char *name, const std::function<bool(TestWindow &, const QString &)> &give) {
+        QTest::newRow(name) << give;
+    };
+    row("dropped", [](TestWindow &window, const QString &folder) {
+        return dropAddresses(*window.currentEditor()->viewport(), "file://" + folder.toUtf8());
+    });
+    row("from the shell", [](TestWindow &, const QString &folder) {
+        theApplication().request({ folder, From::Shell });
+        return true;
+    });
+}
+
 void RequestedFilesTest::folderOffersItsFiles()
 {
-    const QString file = m_files->write(u"a.txt"_s, "chosen");
+    QFETCH(std::function<bool(TestWindow &, const QString &)>, give);
+    m_files->write(u"a.txt"_s, "chosen");
     m_window->choices << FileChoice{ m_files->folder(), u"a.txt"_s };
-    QVERIFY(dropAddresses(*editor().viewport(), "file://" + m_files->folder().chopped(1).toUtf8()));
+    QVERIFY(give(*m_window, m_files->folder().chopped(1)));
     QTRY_COMPARE(m_window->requests.size(), 1);
     QCOMPARE(m_window->requests[0].mode, frmFileDialog::Open);
     QCOMPARE(m_window->requests[0].fullName(), m_files->folder() + u".txt"_s);
     QTRY_COMPARE(editor().text(), u"chosen"_s);
+    QCOMPARE(openFiles(), u"a.txt"_s);
+}
+
+void RequestedFilesTest::folderThatIsWaitedForIsRefused()
+{
+    const std::array<int, 2> ends = connectedFds();
+    const NoTimeToRead noTime;
+    MessageBoxes boxes;
+    m_window->openRequested(
+        { m_files->folder().chopped(1), From::Shell, {}, {}, false, {}, std::make_shared<OpenFd>(ends[0]) });
+    QCOMPARE(boxes.count(), 1);
+    QVERIFY(m_window->requests.isEmpty());
+    ::close(ends[1]);
 }
 
 void RequestedFilesTest::otherThingsAreNotDropped()
