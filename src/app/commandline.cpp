@@ -78,17 +78,24 @@ struct NameAndPlace {
     std::optional<LineColumn> place;
 };
 
-/// "FILE:LINE" and "FILE:LINE:COLUMN"; as much as there is of a place is no part of the name.
-NameAndPlace nameAndPlace(const QByteArray &word)
+/// "FILE:LINE" and "FILE:LINE:COLUMN"; of the names that it may mean the longest that exists, or else the
+/// shortest.
+NameAndPlace nameAndPlace(const QByteArray &word, const CommandLine::Exists &exists)
 {
+    NameAndPlace found{ word, {} };
+    if (exists(word))
+        return found;
     const qsizetype last = word.lastIndexOf(':');
     const qsizetype before = last > 0 ? word.lastIndexOf(':', last - 1) : -1;
-    for (const qsizetype colon : { before, last }) {
+    for (const qsizetype colon : { last, before }) {
         const auto place = colon > 0 ? placeIn(QByteArrayView(word).sliced(colon + 1)) : std::nullopt;
-        if (place)
-            return { word.first(colon), place };
+        if (!place)
+            continue;
+        found = { word.first(colon), place };
+        if (exists(found.name))
+            break;
     }
-    return { word, {} };
+    return found;
 }
 
 } // namespace
@@ -182,10 +189,10 @@ void CommandLine::takeOperand(const QByteArray &word)
         takePlace(word);
     else if (m_place)
         addFile(word, std::exchange(m_place, {}));
-    else if (const auto [name, place] = nameAndPlace(word); place && !m_exists(word))
+    else {
+        const auto [name, place] = nameAndPlace(word, m_exists);
         addFile(name, place);
-    else
-        addFile(word, {});
+    }
 }
 
 void CommandLine::takePlace(const QByteArray &word)

@@ -88,7 +88,9 @@ void CommandLineTest::asks_data()
     row("b:2:x", "b:2:x");
     row("a:1", "a:1");
     row("a:1:2", "a:1:2");
-    row("a:1:3", "a @1,3");
+    row("a:1:3", "a:1 @3,1");
+    row("a:1:2:3", "a:1:2 @3,1");
+    row("a:1:2:3:4", "a:1:2 @3,4");
     row("b:0", "b:0");
     row("b:2:0", "b:2:0");
     row("b:", "b:");
