@@ -60,8 +60,11 @@ ReadingNotices::ReadingNotices(DocumentArea &documents, DocumentLoader &loader)
             if (keepsUtf16(std::as_const(*editor).document()))
                 m_documents.notices().withdraw(NoticeKind::Utf16, editor);
         });
-        connect(&editor->document(), &TextDocument::saved, this,
-            [=, this] { m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor); });
+        connect(&editor->document(), &TextDocument::saved, this, [=, this] {
+            m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor);
+            if (isUtf16InBytes(std::as_const(*editor).document())) // its file is none any more
+                m_documents.notices().withdraw(NoticeKind::Utf16, editor);
+        });
     });
 }
 

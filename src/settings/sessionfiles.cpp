@@ -83,13 +83,18 @@ bool namesFile(const RecentEntry &entry)
     return entry.isUsed() && entry.path.startsWith(u'/') && entry.path.endsWith(u'/');
 }
 
+int countIn(const Config &config)
+{
+    return qBound(0, config.readNumEntry(u"Count"_s), SessionFiles::most);
+}
+
 } // namespace
 
 SessionFiles readSessionFiles()
 {
     Config config(sessionFile, Config::User);
     config.setGroup(sessionGroup);
-    const int count = qBound(0, config.readNumEntry(u"Count"_s), SessionFiles::most);
+    const int count = countIn(config);
     const int current = config.readNumEntry(u"Current"_s, -1);
     QStringList keys;
     SessionFile any;
@@ -119,5 +124,10 @@ void writeSessionFiles(const SessionFiles &session)
         });
     Config config(sessionFile, Config::User, Config::Change);
     config.setGroup(sessionGroup);
+    const SessionFile none;
+    for (int i = count; i < countIn(config); ++i) // names of files that were closed are nobody's business
+        forEachField(i, none, [&](const QString &key, const auto &field) {
+            entries.append({ key, writtenAs(field) });
+        });
     config.writeEntries(entries);
 }

@@ -39,6 +39,7 @@ private slots:
     void readsUtf16AsText();
     void keepsUtf16();
     void utf16AsksBeforeEditsAreLost();
+    void utf16IsNotOfferedOfBytesThatWereSaved();
     void saysWhatASaveWillChange_data();
     void saysWhatASaveWillChange();
     void keepsACopyOfTheFile();
@@ -295,6 +296,17 @@ void ReadingNoticesTest::utf16AsksBeforeEditsAreLost()
         QCOMPARE(editor().text(), edited);
         QVERIFY(m_strip->isShown());
     }
+}
+
+/// What was read byte by byte is saved as UTF-8, which read as UTF-16 would be another text.
+void ReadingNoticesTest::utf16IsNotOfferedOfBytesThatWereSaved()
+{
+    open(utf16);
+    QVERIFY(m_strip->isShown());
+    editor().insert(u"x"_s);
+    m_window->slotCmdFileSave();
+    QVERIFY(m_files->read(u"a.txt"_s) != utf16);
+    QVERIFY(!m_strip->isShown());
 }
 
 void ReadingNoticesTest::saysWhatASaveWillChange_data()

@@ -70,6 +70,11 @@ void SessionFilesTest::fewerThanBefore()
     QCOMPARE(drawn(readSessionFiles()), u"/c @0"_s);
     writeSessionFiles({});
     QCOMPARE(drawn(readSessionFiles()), u" @-1"_s);
+    QFile kept(file());
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    const QByteArray content = kept.readAll();
+    for (const char *const name : { "= a", "= b", "= c" })
+        QVERIFY2(!content.contains(name), name);
 }
 
 void SessionFilesTest::namesOfAnyBytes()
