@@ -269,7 +269,7 @@ int main(int argc, char **argv)
     });
     window.measure(
         "the new layout", [] {}, [&] { return editor.store().layoutRule() == editor.layoutRule(); });
-    const QTemporaryDir saved(QFileInfo(file).path() + QStringLiteral("/XXXXXX"));
+    const QTemporaryDir saved(QFileInfo(file).path() + QStringLiteral("/saved-"));
     window.measure(
         "save as",
         [&] { window.slotCmdFileSave(&editor, saved.path() + u'/', QStringLiteral("copy"), 0, 0); }, isFree);
