@@ -1,7 +1,5 @@
 #include "document/detection.h"
 
-#include "text/asciiwords.h"
-
 #include <algorithm>
 #include <cstring>
 
@@ -59,50 +57,45 @@ constexpr bool isContinuation(uchar byte)
     return (byte & 0xC0) == 0x80;
 }
 
-/// Over ASCII, eight bytes at a time.
-const uchar *passAscii(const uchar *in, const uchar *end)
+/// How many more bytes a character wants behind its first one; nothing: UTF-8 of up to three bytes has no
+/// such.
+std::optional<int> wantedBehind(uchar first)
 {
-    for (; end - in >= asciiwords::wordSize; in += asciiwords::wordSize) {
-        const quint64 high = asciiwords::highBytes(asciiwords::loadWord(in));
-        if (high != 0)
-            return in + asciiwords::bytesBelow(high);
+    if (!isHighByte(first))
+        return 0;
+    if (first < 0xC0 || first >= 0xF0)
+        return std::nullopt;
+    return first < 0xE0 ? 1 : 2;
+}
+
+/// Whether each byte is what the two in front of it want: first bytes of characters want one or two behind
+/// them. Without branches, so that the compiler makes it vector instructions.
+bool isEachWanted(const uchar *in, const uchar *end)
+{
+    constexpr auto flag = [](bool is) { return is ? uchar{ 0xFF } : uchar{ 0 }; };
+    uchar wrong = 0;
+    for (; in != end; ++in) {
+        const auto wanted = uchar(flag(in[-1] >= 0xC0) | flag(in[-2] >= 0xE0));
+        wrong |= uchar((wanted ^ flag(isContinuation(*in))) | flag(*in >= 0xF0));
     }
-    while (in != end && !isHighByte(*in))
-        ++in;
-    return in;
-}
-
-const uchar *passThreeByteCharacters(const uchar *in, const uchar *end)
-{
-    while (end - in >= 3 && (in[0] & 0xF0) == 0xE0 && isContinuation(in[1]) && isContinuation(in[2]))
-        in += 3;
-    return in;
-}
-
-int continuationBytes(uchar lead)
-{
-    if (lead >= 0xC0 && lead <= 0xDF)
-        return 1;
-    return lead >= 0xE0 && lead <= 0xEF ? 2 : 0;
+    return wrong == 0;
 }
 
 /// Goes over bytes as UTF-8, of which a character in front still wants `owed`. How many the last character
 /// still wants; nothing: they are not UTF-8.
 std::optional<int> passUtf8(const uchar *in, const uchar *end, int owed)
 {
-    while (in != end) {
-        for (; owed > 0 && in != end; --owed) {
-            if (!isContinuation(*in++))
-                return std::nullopt;
-        }
-        in = passThreeByteCharacters(passAscii(in, end), end);
-        if (in != end && isHighByte(*in)) {
-            owed = continuationBytes(*in++);
-            if (owed == 0)
-                return std::nullopt;
-        }
+    constexpr qsizetype looksBack = 2;
+    for (const uchar *const start = in; in != end && (owed > 0 || in - start < looksBack); ++in) {
+        if (owed > 0 ? !isContinuation(*in) : !wantedBehind(*in))
+            return std::nullopt;
+        owed = owed > 0 ? owed - 1 : *wantedBehind(*in);
     }
-    return owed;
+    if (in == end)
+        return owed;
+    if (!isEachWanted(in, end))
+        return std::nullopt;
+    return end[-1] >= 0xC0 ? wantedBehind(end[-1]) : end[-2] >= 0xE0 ? 1 : 0;
 }
 
 /// Whether a byte occurs that only Shift-JIS has: 81..9E, but not 8E, which EUC has too.
