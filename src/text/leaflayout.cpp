@@ -124,115 +124,7 @@ TextSummary sumBytes(const uchar *text, qint64 size, const TextLayout &layout)
     return sum.finish(narrowest, widest);
 }
 
-/// Width of a unit that joins no plain one and is neither LF nor TAB, else AdvanceTable::unknown.
-class PlainWidths {
-public:
-    explicit PlainWidths(const TextLayout &layout)
-        : m_layout(layout)
-        , m_known(layout.knownWidths())
-    {
-    }
-
-    const quint16 *known() const { return m_known; }
-    int of(char16_t unit) const
-    {
-        const quint16 width = m_known[unit];
-        return width != AdvanceTable::unknown ? width : measured(unit);
-    }
-
-private:
-    int measured(char16_t unit) const
-    {
-        if (unit != u'\n' && unit != u'\t' && !QChar::isSurrogate(unit))
-            m_layout.width(unit);
-        return m_known[unit];
-    }
-
-    const TextLayout &m_layout;
-    const quint16 *m_known;
-};
-
-/// Adds up any text between TABs and LFs.
-class AnySum {
-public:
-    AnySum(const char16_t *text, qint64 size, const TextLayout &layout)
-        : m_text(text)
-        , m_size(size)
-        , m_layout(layout)
-        , m_plain(layout)
-        , m_sum(layout.tabStop())
-    {
-    }
-
-    TextSummary make()
-    {
-        for (qint64 i = 0; i < m_size;) {
-            const qint64 end = addPlain(i);
-            if (end < m_size && m_text[end] == '\t')
-                m_sum.addTab();
-            else if (end < m_size && m_text[end] == '\n')
-                m_sum.addLineEnd();
-            else if (end < m_size) {
-                i = addJoined(i, end);
-                continue;
-            }
-            i = end + 1;
-        }
-        return m_sum.finish(m_narrowest, m_widest);
-    }
-
-private:
-    void note(int narrow, int wide)
-    {
-        m_narrowest = qMin(m_narrowest, narrow);
-        m_widest = qMax(m_widest, wide);
-    }
-    qint64 addPlain(qint64 i)
-    {
-        const PlainWidths plain = m_plain;
-        const char16_t *text = m_text;
-        const qint64 size = m_size;
-        Subpixels sum = 0;
-        int narrowest = m_narrowest;
-        int widest = m_widest;
-        for (; i + PlainBlock::size <= size; i += PlainBlock::size) {
-            const PlainBlock block(text + i, plain.known());
-            if (!block.isPlain())
-                break;
-            sum += block.width;
-            narrowest = qMin(narrowest, block.narrowest);
-            widest = qMax(widest, block.widest);
-        }
-        for (int width; i < size && (width = plain.of(text[i])) != AdvanceTable::unknown; ++i) {
-            sum += width;
-            narrowest = qMin(narrowest, width);
-            widest = qMax(widest, width);
-        }
-        note(narrowest, widest);
-        m_sum.add(sum);
-        return i;
-    }
-    /// Adds the character that unit `at` is part of, which may begin with the plain unit before it, counted
-    /// already, if that is not before `from`. Returns the place behind it, `from` at the least.
-    qint64 addJoined(qint64 from, qint64 at)
-    {
-        const qint64 start = qMax(from, at - 1);
-        const TextLayout::Character found = m_layout.character(m_text, m_size, start);
-        m_sum.add(found.width - (start < at ? m_plain.of(m_text[start]) : 0));
-        note(found.end > start + 1 ? 0 : found.width, found.width);
-        return found.end;
-    }
-
-    const char16_t *m_text;
-    qint64 m_size;
-    const TextLayout &m_layout;
-    PlainWidths m_plain;
-    Summing m_sum;
-    int m_narrowest = INT_MAX;
-    int m_widest = 0;
-};
-
-TextSummary sumText(const uchar *text, qint64 size, const TextLayout &layout)
+TextSummary sumNarrow(const uchar *text, qint64 size, const TextLayout &layout)
 {
     if (layout.asciiWidth() > 0) {
         const ByteCounts counts = countBytes(text, size);
@@ -240,11 +132,6 @@ TextSummary sumText(const uchar *text, qint64 size, const TextLayout &layout)
             return sumAscii(text, size, layout, counts);
     }
     return sumBytes(text, size, layout);
-}
-
-TextSummary sumText(const char16_t *text, qint64 size, const TextLayout &layout)
-{
-    return AnySum(text, size, layout).make();
 }
 
 /// The same for text of one width without TABs: distances do.
@@ -280,17 +167,211 @@ void addBreaks(TextSummary &summary, const Unit *text, qint64 size, const TextLa
     summary.tailFill = scan.x();
 }
 
+TextSummary summed(const uchar *text, qint64 size, const TextLayout &layout)
+{
+    TextSummary summary = sumNarrow(text, size, layout);
+    summary.units = size;
+    if (layout.wraps() && summary.lineEnds > 0)
+        addBreaks(summary, text, size, layout);
+    return summary;
+}
+
+/// Width of a unit that joins no plain one and is neither LF nor TAB, else AdvanceTable::unknown.
+class PlainWidths {
+public:
+    explicit PlainWidths(const TextLayout &layout)
+        : m_layout(layout)
+        , m_known(layout.knownWidths())
+    {
+    }
+
+    const quint16 *known() const { return m_known; }
+    int of(char16_t unit) const
+    {
+        const quint16 width = m_known[unit];
+        return width != AdvanceTable::unknown ? width : measured(unit);
+    }
+
+private:
+    int measured(char16_t unit) const
+    {
+        if (unit != u'\n' && unit != u'\t' && !QChar::isSurrogate(unit))
+            m_layout.width(unit);
+        return m_known[unit];
+    }
+
+    const TextLayout &m_layout;
+    const quint16 *m_known;
+};
+
+/// Least and largest of some widths.
+struct WidthRange {
+    int narrowest = INT_MAX;
+    int widest = INT_MAX; ///< of none: no width lies between the two
+
+    bool isEmpty() const { return narrowest == INT_MAX; }
+    bool holds(int width) const { return uint(width) - uint(narrowest) <= uint(widest) - uint(narrowest); }
+    void add(int width)
+    {
+        widest = isEmpty() ? width : qMax(widest, width);
+        narrowest = qMin(narrowest, width);
+    }
+};
+
+/// Sums up any text. Notes x before each of its units, so that rows are cut without a second look at it.
+class AnySum {
+public:
+    AnySum(const char16_t *text, qint64 size, const TextLayout &layout)
+        : m_text(text)
+        , m_size(size)
+        , m_layout(layout)
+        , m_plain(layout)
+        , m_sum(layout.tabStop())
+        , m_x(size + 1)
+    {
+        m_x[0] = 0;
+    }
+
+    TextSummary make()
+    {
+        for (qint64 i = 0; i < m_size;) {
+            const qint64 end = addPlain(i);
+            if (end == m_size)
+                break;
+            if (m_text[end] == '\t')
+                addTab(end);
+            else if (m_text[end] == '\n')
+                addLineEnd(end);
+            i = m_cut > end ? m_cut : addJoined(i, end);
+        }
+        m_sum.add(widthFrom(m_cut, m_size));
+        TextSummary summary = m_sum.finish(m_widths.narrowest, m_widths.isEmpty() ? 0 : m_widths.widest);
+        summary.units = m_size;
+        if (m_layout.wraps() && summary.lineEnds > 0)
+            addAllBreaks(summary);
+        return summary;
+    }
+
+private:
+    Subpixels widthFrom(qint64 from, qint64 to) const { return m_x[to] - m_x[from]; }
+    void addTab(qint64 at)
+    {
+        cut(at);
+        m_sum.addTab();
+        m_hasTab = true;
+    }
+    void addLineEnd(qint64 at)
+    {
+        cut(at);
+        m_sum.addLineEnd();
+        if (m_row >= 0)
+            addRows(at);
+        m_row = at + 1;
+    }
+    void addAllBreaks(TextSummary &summary)
+    {
+        if (m_hasTab) // where x depends on the rows
+            return addBreaks(summary, m_text, m_size, m_layout);
+        addRows(m_size);
+        summary.breaks = m_breaks;
+        summary.tailFill = widthFrom(m_row, m_size);
+    }
+    /// Of what is between two cuts widths add up; the unit of a cut is 0 wide.
+    void cut(qint64 at)
+    {
+        m_sum.add(widthFrom(m_cut, at));
+        m_cut = at + 1;
+        m_x[m_cut] = m_x[at];
+    }
+    /// Goes on as far as there are plain characters.
+    qint64 addPlain(qint64 i)
+    {
+        for (;;) {
+            i = addNoted(i);
+            const int width = i < m_size ? m_plain.of(m_text[i]) : AdvanceTable::unknown;
+            if (width == AdvanceTable::unknown)
+                return i;
+            m_widths.add(width);
+        }
+    }
+    /// Goes on as far as there are widths between those that were noted.
+    qint64 addNoted(qint64 i)
+    {
+        const char16_t *const text = m_text;
+        const quint16 *const known = m_plain.known();
+        qint32 *const xs = m_x.data();
+        const qint64 size = m_size;
+        const WidthRange widths = m_widths;
+        for (qint32 x = xs[i]; i < size && widths.holds(known[text[i]]); xs[++i] = x)
+            x += known[text[i]];
+        return i;
+    }
+    /// Adds the character that unit `at` is part of, which may begin with the plain unit before it, added
+    /// already, if that is not before `from`. Returns the place behind it, `from` at the least.
+    qint64 addJoined(qint64 from, qint64 at)
+    {
+        const qint64 start = qMax(from, at - 1);
+        const TextLayout::Character found = m_layout.character(m_text, m_size, start);
+        m_widths.add(found.width);
+        if (found.end > start + 1)
+            m_widths.add(0);
+        std::fill(m_x.data() + start + 1, m_x.data() + found.end + 1, m_x[start] + found.width);
+        return found.end;
+    }
+    /// Goes from the row's start to that of the last row of its line, whose end is `end`.
+    void addRows(qint64 end)
+    {
+        while (m_layout.wraps() && widthFrom(m_row, end) > m_layout.limit()) {
+            const qint64 next = breakBehind(m_row, end);
+            if (next == end)
+                return;
+            m_row = next;
+            ++m_breaks;
+        }
+    }
+    /// Where the row that begins at `row` ends at the latest, if the units up to `end` are too wide for it:
+    /// the first of them that reaches beyond the limit, but for the row's first one; none that is 0 wide.
+    qint64 breakBehind(qint64 row, qint64 end) const
+    {
+        constexpr qint64 stride = 8;
+        const qint32 *const x = m_x.data();
+        const Subpixels reach = x[row] + m_layout.limit();
+        qint64 i = row;
+        while (i + stride <= end && x[i + stride] <= reach)
+            i += stride;
+        while (x[i + 1] <= reach)
+            ++i;
+        if (x[i] > x[row])
+            return i;
+        do
+            ++i;
+        while (i < end && x[i + 1] == x[i]);
+        return i;
+    }
+
+    const char16_t *m_text;
+    qint64 m_size;
+    const TextLayout &m_layout;
+    PlainWidths m_plain;
+    Summing m_sum;
+    WidthRange m_widths;
+    QVarLengthArray<qint32, NodeSizes().leafUnits + 1> m_x; ///< before each unit; TABs and LFs are 0 wide
+    qint64 m_cut = 0; ///< behind the last TAB or LF
+    bool m_hasTab = false;
+    qint64 m_row = -1; ///< start of the last row behind the first LF; -1: there is none
+    qint64 m_breaks = 0;
+};
+
+TextSummary summed(const char16_t *text, qint64 size, const TextLayout &layout)
+{
+    return AnySum(text, size, layout).make();
+}
+
 } // namespace
 
 TextSummary summaryOf(const TextLeaf &leaf, const TextLayout &layout)
 {
-    return leaf.visit([&](const auto *text) {
-        TextSummary summary = sumText(text, leaf.size, layout);
-        summary.units = leaf.size;
-        if (layout.wraps() && summary.lineEnds > 0)
-            addBreaks(summary, text, leaf.size, layout);
-        return summary;
-    });
+    return leaf.visit([&](const auto *text) { return summed(text, leaf.size, layout); });
 }
 
 qint64 unitAcross(
