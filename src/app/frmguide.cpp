@@ -4,6 +4,7 @@
 #include "app/largestdialog.h"
 #include "platform/formparts.h"
 #include "platform/screenclass.h"
+#include "platform/scrolledform.h"
 
 #include <QPushButton>
 #include <QScreen>
@@ -45,6 +46,7 @@ frmGuide::frmGuide(QWidget *parent)
     rows->addWidget(createRowOfButtons({ back, close }));
     m_browser->setFocus();
     resize(fitted(largestDialog(), *screen()));
+    scrollWhereTooLarge(this);
 }
 
 void frmGuide::enlarge()

@@ -7,14 +7,24 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace {
+
+/// What surrounds a form on the screen: a guess until the window manager has put it there.
+QMargins frameOf(const QWidget *form)
+{
+    const QWindow *const window = form->windowHandle();
+    const QMargins frame = window ? window->frameMargins() : QMargins();
+    if (!frame.isNull())
+        return frame;
+    return { 0, form->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, form), 0, 0 };
+}
 
 /// What a form may take of its screen, its frame left out.
 QSize roomFor(const QWidget *form)
 {
-    const int title = form->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, form);
-    return form->screen()->availableSize() - QSize(0, title);
+    return form->screen()->availableSize().shrunkBy(frameOf(form));
 }
 
 /// The size that shows `content` whole, or as much as `room` has, with the scroll bars that this takes.
@@ -74,6 +84,8 @@ public:
     {
         if (event->type() == QEvent::Show && !event->spontaneous())
             fit();
+        if (event->type() == QEvent::WindowActivate)
+            fitFrame();
         return QObject::eventFilter(object, event);
     }
 
@@ -89,6 +101,15 @@ private:
             m_form->resize(size);
         if (m_form->testAttribute(Qt::WA_Moved))
             moveIntoScreen();
+    }
+    /// The frame, which is there now, may be larger than it was thought to be.
+    void fitFrame()
+    {
+        const QSize room = roomFor(m_form);
+        if (m_form->size().boundedTo(room) == m_form->size())
+            return;
+        fit();
+        m_form->move(m_form->screen()->availableGeometry().topLeft());
     }
     void scroll()
     {

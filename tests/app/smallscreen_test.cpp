@@ -55,6 +55,7 @@ void SmallScreenTest::dialogsAreWhole_data()
     QTest::newRow("replace") << QStringList{ u"ctrl+m"_s } << u"Replace"_s;
     QTest::newRow("jump") << QStringList{ u"alt+v"_s, u"j"_s } << u"Jump to"_s;
     QTest::newRow("properties") << QStringList{ u"alt+f"_s, u"p"_s } << u"Document properties"_s;
+    QTest::newRow("guide") << QStringList{ u"F1"_s } << u"Guide"_s;
     QTest::newRow("close") << QStringList{ u"x"_s, u"alt+F4"_s } << u"Confirm File Save"_s;
 }
 
