@@ -9,6 +9,7 @@
 #include "tests/codec/storedbytes.h"
 #include "tests/document/documentfolder.h"
 #include "tests/testprogram.h"
+#include "tests/text/editedstore.h"
 #include "text/layoutchange.h"
 
 #include <QSignalSpy>
@@ -32,24 +33,6 @@ QString longText()
         text +=
             (i % 5 == 0 ? u"かな漢字 %1 ホゲ\n"_s : u"a line of a log, number %1, nothing else\n"_s).arg(i);
     return text;
-}
-
-TextStore storeWith(const QString &text)
-{
-    TextStore store;
-    store.replace({}, 0, text);
-    return store;
-}
-
-/// Edits that are made while a job works: they copy, join and free the nodes that it reads. As much goes as
-/// comes.
-void editAllOver(TextStore &store, int round)
-{
-    const qint64 length = store.length();
-    const TextPiece piece = store.piece(Offset(length / 3), 5000);
-    store.insert(Offset(length / 2 + qint64{ round } * 7919 % (length / 2)), piece);
-    store.replace(Offset(qint64{ round } * 104'729 % length), 3, u"edited");
-    store.replace(Offset(length / 4), store.length() - length, u"");
 }
 
 /// Walks through a text by several threads at once, again and again.

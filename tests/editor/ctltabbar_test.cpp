@@ -1,7 +1,4 @@
-#include "editor/ctltabbar.h"
-
-#include "editor/ctlediter.h"
-#include "settings/moresettings.h"
+#include "tests/editor/showntabbar.h"
 #include "tests/messageboxes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -10,29 +7,20 @@
 #include <QRandomGenerator>
 #include <QSet>
 #include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
-#include <QToolTip>
-#include <QWheelEvent>
 
 #include <algorithm>
-#include <memory>
 
-using Editors = QList<ctlEditer *>;
-
-class CtlTabBarTest : public QObject {
+class CtlTabBarTest : public QObject, private ShownTabBar {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { QVERIFY(show()); }
+    void cleanup() { remove(); }
 
     void looksLikeTabsBelow();
     void firstTabIsCurrentAndSilent();
     void choosingTellsTheEditor();
     void choosingTheSameTabTellsAgain();
-    void clickTellsOnce();
-    void rightClickTellsNothing();
     void unknownEditorsAndIdsChangeNothing();
     void removalChoosesTheNeighbour_data();
     void removalChoosesTheNeighbour();
@@ -51,54 +39,12 @@ private slots:
     void captionIsReplaced();
     void toolTipIsTheFullName_data();
     void toolTipIsTheFullName();
-    void wheelChangesNothing();
-    void wheelScrollsTabsWithoutRoom();
-    void draggingMovesATab();
-    void dragEndsWhereTabsAreChosen();
-    void middleButtonAsksToClose();
-    void rightButtonAsksForTheMenu();
-    void heldTabAsksForTheMenu();
-    void movedTabAsksForNoMenu();
-    void mouseDoesNothingMoreWhereItIsOff();
-    void focusStaysWithTheEditor();
     void randomTabs_data();
     void randomTabs();
 
 private:
-    ctlEditer *addTab(const QString &caption = QStringLiteral("text"));
     QString shownCaption(int index) const;
-    QPoint middleOf(int index) const { return m_bar->tabRect(index).center(); }
-    void turnWheel(int angle) const;
-    void drag(int from, int to) const;
-    void moveTo(QPoint place) const;
-
-    std::unique_ptr<QWidget> m_window;
-    ctlTabBar *m_bar = nullptr;
 };
-
-void CtlTabBarTest::init()
-{
-    m_window = std::make_unique<QWidget>();
-    m_window->resize(900, 300);
-    moreSettings() = {};
-    m_bar = new ctlTabBar(m_window.get());
-    m_bar->resize(900, 30);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-}
-
-void CtlTabBarTest::cleanup()
-{
-    QToolTip::hideText();
-    m_window.reset();
-}
-
-ctlEditer *CtlTabBarTest::addTab(const QString &caption)
-{
-    auto *editor = new ctlEditer(m_window.get());
-    m_bar->addTab(editor, caption);
-    return editor;
-}
 
 /// A label as the screen shows it: "&&" is one "&", and no single one is left.
 QString CtlTabBarTest::shownCaption(int index) const
@@ -148,30 +94,6 @@ void CtlTabBarTest::choosingTheSameTabTellsAgain()
     m_bar->setCurrentTab(editor);
     QCOMPARE(spy.count(), 2);
     QCOMPARE(spy[1][0].value<ctlEditer *>(), editor);
-}
-
-void CtlTabBarTest::clickTellsOnce()
-{
-    const Editors editors{ addTab(), addTab() };
-    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
-    QTest::mouseClick(m_bar, Qt::LeftButton, {}, middleOf(1));
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[1]);
-    QTest::mouseClick(m_bar, Qt::LeftButton, {}, middleOf(1));
-    QCOMPARE(spy.count(), 2);
-    QCOMPARE(spy[1][0].value<ctlEditer *>(), editors[1]);
-    QTest::mouseClick(m_bar, Qt::LeftButton, {}, QPoint(m_bar->width() - 2, 5));
-    QCOMPARE(spy.count(), 2);
-}
-
-void CtlTabBarTest::rightClickTellsNothing()
-{
-    addTab();
-    addTab();
-    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
-    QTest::mouseClick(m_bar, Qt::RightButton, {}, middleOf(0));
-    QTest::mouseClick(m_bar, Qt::MiddleButton, {}, middleOf(1));
-    QCOMPARE(spy.count(), 0);
 }
 
 void CtlTabBarTest::unknownEditorsAndIdsChangeNothing()
@@ -390,196 +312,6 @@ void CtlTabBarTest::toolTipIsTheFullName()
     QHelpEvent event(QEvent::ToolTip, place, m_bar->mapToGlobal(place));
     QApplication::sendEvent(m_bar, &event);
     QCOMPARE(QToolTip::text(), shown);
-}
-
-void CtlTabBarTest::wheelChangesNothing()
-{
-    ctlEditer *editor = addTab();
-    addTab();
-    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
-    turnWheel(-240);
-    QCOMPARE(spy.count(), 0);
-    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), editor);
-}
-
-void CtlTabBarTest::turnWheel(int angle) const
-{
-    const QPointF place = middleOf(0);
-    QWheelEvent event(
-        place, m_bar->mapToGlobal(place), {}, QPoint(0, angle), Qt::NoButton, {}, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(m_bar, &event);
-}
-
-void CtlTabBarTest::wheelScrollsTabsWithoutRoom()
-{
-    m_bar->resize(200, 30);
-    ctlEditer *const first = addTab();
-    for (int i = 0; i < 9; ++i)
-        addTab();
-    QCOMPARE(m_bar->tabAt(QPoint(5, 10)), 0);
-    turnWheel(-60);
-    QCOMPARE(m_bar->tabAt(QPoint(5, 10)), 0); // half a notch
-    turnWheel(-60);
-    const int scrolled = m_bar->tabRect(0).left();
-    QVERIFY(scrolled < 0);
-    turnWheel(-240);
-    QVERIFY(m_bar->tabRect(0).left() < scrolled);
-    turnWheel(120 * 20); // to the start and no further
-    QVERIFY(m_bar->tabRect(0).left() >= 0);
-    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), first);
-}
-
-void CtlTabBarTest::drag(int from, int to) const
-{
-    const QPoint start = middleOf(from);
-    const QPoint end = middleOf(to);
-    QTest::mousePress(m_bar, Qt::LeftButton, {}, start);
-    for (int step = 1; step <= 10; ++step)
-        moveTo(start + (end - start) * step / 10);
-    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, end);
-}
-
-/// With the left button down.
-void CtlTabBarTest::moveTo(QPoint place) const
-{
-    QMouseEvent move(QEvent::MouseMove, place, m_bar->mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(m_bar, &move);
-}
-
-void CtlTabBarTest::draggingMovesATab()
-{
-    const Editors editors{ addTab(), addTab(), addTab() };
-    const QList<int> ids{ m_bar->idOf(editors[0]), m_bar->idOf(editors[1]), m_bar->idOf(editors[2]) };
-    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
-    drag(0, 2);
-    QCOMPARE(m_bar->editors(), Editors({ editors[1], editors[2], editors[0] }));
-    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), editors[0]);
-    for (int i = 0; i < 3; ++i)
-        QCOMPARE(m_bar->idOf(editors[i]), ids[i]);
-    QCOMPARE(spy.count(), 1); // of the press
-}
-
-void CtlTabBarTest::dragEndsWhereTabsAreChosen()
-{
-    const Editors editors{ addTab(), addTab(), addTab() };
-    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
-    const auto chosen = [&] { return spy.isEmpty() ? nullptr : spy.takeLast()[0].value<ctlEditer *>(); };
-    const auto beginDrag = [this] {
-        QTest::mousePress(m_bar, Qt::LeftButton, {}, middleOf(0));
-        moveTo((middleOf(0) + middleOf(1)) / 2);
-    };
-    beginDrag();
-    m_bar->setCurrentTab(editors[2]);
-    QCOMPARE(chosen(), editors[2]);
-    QCOMPARE(m_bar->currentTab(), m_bar->idOf(editors[2]));
-    const Editors before = m_bar->editors();
-    moveTo(middleOf(2)); // the button is still down
-    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, middleOf(2));
-    QCOMPARE(m_bar->editors(), before);
-
-    beginDrag();
-    m_bar->removeTab(before[0]);
-    QCOMPARE(chosen(), before[1]);
-    QCOMPARE(m_bar->currentTab(), m_bar->idOf(before[1]));
-    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, middleOf(0));
-}
-
-void CtlTabBarTest::middleButtonAsksToClose()
-{
-    const Editors editors{ addTab(), addTab() };
-    QSignalSpy spy(m_bar, &ctlTabBar::closeWanted);
-    QTest::mouseClick(m_bar, Qt::MiddleButton, {}, middleOf(1));
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[1]);
-    QTest::mousePress(m_bar, Qt::MiddleButton, {}, middleOf(0));
-    QTest::mouseRelease(m_bar, Qt::MiddleButton, {}, middleOf(1));
-    QTest::mouseClick(m_bar, Qt::MiddleButton, {}, QPoint(m_bar->width() - 2, 5));
-    QTest::mouseClick(m_bar, Qt::LeftButton, {}, middleOf(0));
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(m_bar->count(), 2); // who closes it is asked first
-}
-
-void CtlTabBarTest::rightButtonAsksForTheMenu()
-{
-    const Editors editors{ addTab(), addTab() };
-    QSignalSpy spy(m_bar, &ctlTabBar::menuWanted);
-    const auto ask = [this](QPoint place) {
-        QContextMenuEvent event(QContextMenuEvent::Mouse, place, m_bar->mapToGlobal(place));
-        QApplication::sendEvent(m_bar, &event);
-    };
-    ask(middleOf(1));
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[1]);
-    QCOMPARE(spy[0][1].toPoint(), m_bar->mapToGlobal(middleOf(1)));
-    ask(QPoint(m_bar->width() - 2, 5));
-    QCOMPARE(spy.count(), 1);
-}
-
-void CtlTabBarTest::heldTabAsksForTheMenu()
-{
-    const Editors editors{ addTab(), addTab(), addTab() };
-    QSignalSpy spy(m_bar, &ctlTabBar::menuWanted);
-    QTest::mousePress(m_bar, Qt::LeftButton, {}, middleOf(1));
-    QCOMPARE(spy.count(), 0);
-    QTRY_COMPARE(spy.count(), 1);
-    QCOMPARE(spy[0][0].value<ctlEditer *>(), editors[1]);
-    QCOMPARE(spy[0][1].toPoint(), m_bar->mapToGlobal(middleOf(1)));
-    // The menu has the release; a pointer that moves on drags nothing.
-    QMouseEvent move(
-        QEvent::MouseMove, middleOf(2), m_bar->mapToGlobal(middleOf(2)), Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(m_bar, &move);
-    QCOMPARE(m_bar->editors(), editors);
-}
-
-void CtlTabBarTest::movedTabAsksForNoMenu()
-{
-    addTab();
-    addTab();
-    const auto isAwaited = [this] {
-        const QList<QTimer *> timers = m_bar->findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
-        return std::any_of(timers.begin(), timers.end(), [](const QTimer *each) { return each->isActive(); });
-    };
-    QTest::mousePress(m_bar, Qt::LeftButton, {}, middleOf(0));
-    QVERIFY(isAwaited());
-    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, middleOf(0));
-    QVERIFY(!isAwaited());
-    QTest::mousePress(m_bar, Qt::LeftButton, {}, middleOf(0));
-    QMouseEvent move(
-        QEvent::MouseMove, middleOf(1), m_bar->mapToGlobal(middleOf(1)), Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(m_bar, &move);
-    QVERIFY(!isAwaited());
-    QTest::mouseRelease(m_bar, Qt::LeftButton, {}, middleOf(1));
-    QTest::mousePress(m_bar, Qt::RightButton, {}, middleOf(0));
-    QVERIFY(!isAwaited());
-    QTest::mouseRelease(m_bar, Qt::RightButton, {}, middleOf(0));
-}
-
-void CtlTabBarTest::mouseDoesNothingMoreWhereItIsOff()
-{
-    m_bar->resize(200, 30);
-    const Editors editors{ addTab(), addTab(), addTab(), addTab(), addTab() };
-    moreSettings().TabsByMouse = 0;
-    m_bar->applySettings();
-    QSignalSpy spy(m_bar, &ctlTabBar::closeWanted);
-    QTest::mouseClick(m_bar, Qt::MiddleButton, {}, middleOf(0));
-    QCOMPARE(spy.count(), 0);
-    drag(0, 1);
-    QCOMPARE(m_bar->editors(), editors);
-    const int left = m_bar->tabRect(0).left();
-    turnWheel(-240);
-    QCOMPARE(m_bar->tabRect(0).left(), left);
-    moreSettings() = {};
-}
-
-void CtlTabBarTest::focusStaysWithTheEditor()
-{
-    ctlEditer *editor = addTab();
-    addTab();
-    editor->show();
-    editor->setFocus();
-    QTest::mouseClick(m_bar, Qt::LeftButton, {}, middleOf(1));
-    QCOMPARE(QApplication::focusWidget(), editor);
-    QCOMPARE(m_bar->focusPolicy(), Qt::NoFocus);
 }
 
 void CtlTabBarTest::randomTabs_data()

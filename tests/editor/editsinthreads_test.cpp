@@ -4,6 +4,7 @@
 #include "jobs/job.h"
 #include "jobs/poolrunner.h"
 #include "tests/testprogram.h"
+#include "tests/text/editedstore.h"
 #include "widget/textexchange.h"
 
 #include <QSignalSpy>
@@ -20,21 +21,6 @@ QString linesToMove()
     for (int i = 0; i < 60'000; ++i)
         lines += (i % 3 == 0 ? u"\tかな %1\r\n"_s : u"a line of a block, number %1\n"_s).arg(i);
     return lines;
-}
-
-TextStore storeOfLines(const QString &lines)
-{
-    TextStore store;
-    store.replace({}, 0, lines);
-    return store;
-}
-
-/// Copies and frees nodes that the job reads.
-void editSomewhere(TextStore &store, int round)
-{
-    store.replace(Offset(qint64{ round } * 104'729 % (store.length() - 10)), 3, u"abc");
-    store.insert(store.end(), store.piece(Offset(store.length() / 3), 5000));
-    store.replace(Offset(store.length() / 4), 5000, u"");
 }
 
 } // namespace
@@ -65,7 +51,7 @@ void EditsInThreadsTest::makeWhileEditing(TextStore &store, PartwiseText wanted,
     Job job(std::move(owned), m_runner);
     const QSignalSpy finished(&job, &Job::finished);
     for (int round = 0; finished.isEmpty(); ++round) {
-        editSomewhere(store, round);
+        editAllOver(store, round);
         QCoreApplication::processEvents();
     }
     QCOMPARE(finished[0][0].value<JobOutcome>(), JobOutcome::Done);
@@ -83,7 +69,7 @@ void EditsInThreadsTest::blockIsMoved_data()
 void EditsInThreadsTest::blockIsMoved()
 {
     QFETCH(Indentation, direction);
-    TextStore store = storeOfLines(m_lines);
+    TextStore store = storeWith(m_lines);
     const TextRange all{ {}, store.end() };
     PartwiseText alone = indenting(store, all, direction);
     while (!alone.isWhole())
@@ -107,7 +93,7 @@ void EditsInThreadsTest::textIsPasted()
 {
     QFETCH(BroughtText::From, from);
     QFETCH(bool, isPiece);
-    TextStore store = storeOfLines(m_lines);
+    TextStore store = storeWith(m_lines);
     BroughtText brought{ from };
     if (isPiece)
         brought.piece = store.piece({}, store.length());
@@ -129,14 +115,14 @@ void EditsInThreadsTest::givenUp_data()
 void EditsInThreadsTest::givenUp()
 {
     QFETCH(bool, isBegun);
-    TextStore store = storeOfLines(m_lines);
+    TextStore store = storeWith(m_lines);
     for (int round = 0; round < 5; ++round) {
         const Job job(
             std::make_unique<PartwiseWork>(indenting(store, { {}, store.end() }, Indentation::In)), m_runner);
         const QSignalSpy begun(&job, &Job::progressed);
         if (isBegun)
             QTRY_VERIFY(!begun.isEmpty());
-        editSomewhere(store, round);
+        editAllOver(store, round);
     }
     store.checkInvariants();
 }
