@@ -9,7 +9,7 @@
 
 QString DocumentsFolder::path()
 {
-    return QDir::homePath() + QStringLiteral("/Documents/");
+    return QDir::home().filePath(QStringLiteral("Documents/"));
 }
 
 bool DocumentsFolder::isMadeBySaving(const QString &folder)

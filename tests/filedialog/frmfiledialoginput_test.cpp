@@ -1,3 +1,4 @@
+#include "filedialog/documentsfolder.h"
 #include "tests/filedialog/boxanswer.h"
 #include "tests/filedialog/showndialog.h"
 #include "tests/filedialog/testfolder.h"
@@ -28,6 +29,8 @@ private slots:
     void listGrowsWithTheDialog_data();
     void listGrowsWithTheDialog();
     void folderThatASaveMakesIsTold();
+    void documentsAreAtHome_data();
+    void documentsAreAtHome();
     void escapeRejects();
     void noCompletion();
     void showsTheFolder();
@@ -214,6 +217,24 @@ void FileDialogInputTest::folderThatASaveMakesIsTold()
     QCOMPARE(told(frmFileDialog::SaveAs, home.path("Elsewhere/")), QString());
     home.folder("Documents");
     QCOMPARE(told(frmFileDialog::SaveAs, documents), QString());
+    qputenv("HOME", homeBefore);
+}
+
+void FileDialogInputTest::documentsAreAtHome_data()
+{
+    QTest::addColumn<QByteArray>("home");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("an account's") << QByteArray("/home/someone") << latin1("/home/someone/Documents/");
+    QTest::newRow("the root, as containers have it") << QByteArray("/") << latin1("/Documents/");
+    QTest::newRow("none") << QByteArray() << latin1("/Documents/");
+}
+
+void FileDialogInputTest::documentsAreAtHome()
+{
+    QFETCH(QByteArray, home);
+    const QByteArray homeBefore = qgetenv("HOME");
+    qputenv("HOME", home);
+    QTEST(DocumentsFolder::path(), "folder");
     qputenv("HOME", homeBefore);
 }
 
