@@ -15,8 +15,9 @@ import unittest
 PROGRAM = os.path.abspath(sys.argv.pop(1))
 PATIENCE = 60
 # A blink is a turn for its timer, one for the frame, and what the display answers, in three threads.
-MOST_A_BLINK = 20
+MOST_A_BLINK = 8
 BLINKS_A_SECOND = 2
+LONG = 5  # seconds in which a slow timer shows, too
 
 
 def output_of(*command):
@@ -57,23 +58,23 @@ class IdleTest(unittest.TestCase):
             count += sum(int(line.split()[1]) for line in lines if line.startswith('voluntary_ctxt_switches'))
         return count
 
-    def wakes_in_a_second(self):
+    def wakes(self):
         before = self.times_woken()
-        time.sleep(1)
+        time.sleep(LONG)
         return self.times_woken() - before
 
     def test_nothing_but_the_blink(self):
-        most = MOST_A_BLINK * BLINKS_A_SECOND
-        wait_for(lambda: self.wakes_in_a_second() <= most, 'a second with no more than its blinks')
+        most = MOST_A_BLINK * BLINKS_A_SECOND * LONG
+        wait_for(lambda: self.wakes() <= most, 'a while with no more than its blinks')
 
     def test_nothing_at_all_without_focus(self):
         subprocess.run(['xdotool', 'windowminimize', self.window], check=True)
-        wait_for(lambda: self.wakes_in_a_second() == 0, 'a second without a single turn')
+        wait_for(lambda: self.wakes() == 0, 'a while without a single turn')
 
     def test_nothing_at_all_with_an_edited_document(self):
         subprocess.run(['xdotool', 'key', 'x'], check=True)
         subprocess.run(['xdotool', 'windowminimize', self.window], check=True)
-        wait_for(lambda: self.wakes_in_a_second() == 0, 'a second without a single turn')
+        wait_for(lambda: self.wakes() == 0, 'a while without a single turn')
 
 
 if __name__ == '__main__':
