@@ -1,5 +1,8 @@
 #include "recovery/restoring.h"
 
+#include "files/filename.h"
+#include "files/oldcopy.h"
+#include "files/statefolder.h"
 #include "recovery/journalplay.h"
 #include "recovery/texthash.h"
 
@@ -127,7 +130,7 @@ public:
 
     Restored::Outcome run()
     {
-        if (m_outline.base.isFromFile && loadBase())
+        if (m_outline.base.isFromFile && loadBase(m_outline.base.path, m_outline.base.name))
             return editBase();
         std::optional<TextStore> base = knownBase();
         const bool isKnown = base.has_value();
@@ -137,11 +140,12 @@ public:
 private:
     FileCodes codes() const { return { m_outline.state.charCode, m_outline.state.returnCode }; }
 
-    bool loadBase()
+    /// Of the base's file, or of a copy of that.
+    bool loadBase(const QString &path, const QString &name)
     {
         const JournalBase &base = m_outline.base;
-        const bool hasSameTimes = isFileUnchanged(base, m_calls);
-        m_isLoaded = !(base.utf16 ? loadUtf16() : loadInCode());
+        const bool hasSameTimes = path == base.path && name == base.name && isFileUnchanged(base, m_calls);
+        m_isLoaded = !(base.utf16 ? loadUtf16(path, name) : loadInCode(path, name));
         if (!m_isLoaded || m_document.store().length() != base.length)
             return false;
         if (m_outline.seen)
@@ -150,21 +154,35 @@ private:
         return base.contentHash ? hash == *base.contentHash : hasSameTimes;
     }
 
-    std::optional<ReadFailure> loadInCode()
+    std::optional<ReadFailure> loadInCode(const QString &path, const QString &name)
     {
         const JournalBase &base = m_outline.base;
-        return m_document.load(base.path, base.name, base.charCode, { base.charCode, base.returnCode });
+        return m_document.load(path, name, base.charCode, { base.charCode, base.returnCode });
     }
 
-    std::optional<ReadFailure> loadUtf16()
+    std::optional<ReadFailure> loadUtf16(const QString &path, const QString &name)
     {
         const JournalBase &base = m_outline.base;
         TextStore text;
         auto failure =
-            m_document.readUtf16(base.path, base.name, *base.utf16, { base.charCode, base.returnCode }, text);
+            m_document.readUtf16(path, name, *base.utf16, { base.charCode, base.returnCode }, text);
         if (!failure)
             m_document.setText(std::move(text));
         return failure;
+    }
+
+    /// A save that writes over the file in place copies it first, and was interrupted.
+    bool loadOldCopy()
+    {
+        const JournalBase &base = m_outline.base;
+        const auto file = followedLinks(FileName::toBytes(base.path + base.name), m_calls);
+        const auto isBase = [&](const LostCopy &copy) {
+            const QByteArray folder = folderOf(copy.name);
+            return copy.file == file
+                && loadBase(
+                    FileName::fromBytes(folder), FileName::fromBytes(copy.name.sliced(folder.size())));
+        };
+        return base.isFromFile && file && std::ranges::any_of(lostCopies(m_calls), isBase);
     }
 
     bool beginsWithBase() const
@@ -192,14 +210,14 @@ private:
         return Restored::Outcome::Edited;
     }
 
-    /// Of a file that has only grown, its start.
+    /// Of a file that has only grown, its start; of one that is half written, its old copy.
     std::optional<TextStore> knownBase()
     {
         if (m_outline.base.length == 0)
             return TextStore();
         if (m_outline.seen && m_outline.seen->isTextKept)
             return keptBase(m_journal);
-        if (!m_isLoaded || !beginsWithBase())
+        if (!(m_isLoaded && beginsWithBase()) && !loadOldCopy())
             return std::nullopt;
         TextStore base;
         base.insert({}, m_document.store().piece({}, m_outline.base.length));

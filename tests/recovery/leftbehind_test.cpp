@@ -1,3 +1,4 @@
+#include "files/oldcopy.h"
 #include "recovery/basereading.h"
 #include "recovery/claimedjournal.h"
 #include "recovery/texthash.h"
@@ -41,6 +42,8 @@ private slots:
     void largeBase();
     void largeBaseIsKnownByItsFile_data();
     void largeBaseIsKnownByItsFile();
+    void baseIsInTheCopyOfAnInterruptedSave_data();
+    void baseIsInTheCopyOfAnInterruptedSave();
     void longSpellingComesBack();
 
 private:
@@ -456,6 +459,67 @@ void LeftBehindTest::largeBaseIsKnownByItsFile()
     TextDocument document;
     QCOMPARE(int(restore(m_folder->leftBehind().at(0).journal, document).outcome), outcome);
     QVERIFY(document.store().text({}, qMin<qint64>(100, document.store().length())).contains(u"edited "));
+}
+
+void LeftBehindTest::baseIsInTheCopyOfAnInterruptedSave_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<bool>("isUtf16");
+    QTest::addColumn<bool>("isByLink");
+    QTest::addColumn<bool>("isAllRead"); // before the program was killed
+    const QByteArray line = "0123456\n";
+    QTest::newRow("read through") << line << false << false << true;
+    QTest::newRow("not read through") << line << false << false << false;
+    QTest::newRow("opened by a link") << line << false << true << true;
+    QTest::newRow("read as UTF-16") << QByteArray("0\n").replace("0\n", QByteArray("0\0\n\0", 4)) << true
+                                    << false << true;
+}
+
+/// A file too long for its journal to hold, which a save had begun to write over in place.
+void LeftBehindTest::baseIsInTheCopyOfAnInterruptedSave()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(bool, isUtf16);
+    QFETCH(bool, isByLink);
+    QFETCH(bool, isAllRead);
+    const QByteArray mark = isUtf16 ? QByteArray("\xFF\xFE") : QByteArray();
+    const QByteArray content =
+        mark + line.repeated(BaseReading::mostKept / (line.size() / (isUtf16 ? 2 : 1)) + 1);
+    const DocumentFolder &documents = m_folder->documents();
+    QVERIFY(documents.write(u"file"_s, content));
+    const QString name = isByLink ? u"link"_s : u"file"_s;
+    if (isByLink)
+        QVERIFY(QFile::link(documents.path() + u"file"_s, documents.path() + name));
+    QString edited;
+    {
+        Run run(*m_folder);
+        if (isUtf16) {
+            TextStore text;
+            QVERIFY(!run.document.readUtf16(documents.path(), name, *utf16FormOf(content), {}, text));
+            run.document.setText(std::move(text));
+        } else {
+            QVERIFY(!run.document.load(documents.path(), name, {}, {}));
+        }
+        run.document.replace(Offset(8), 0, u"edited ");
+        edited = run.text();
+        QVERIFY(run.pause());
+    }
+    if (!isAllRead) {
+        QByteArray bytes = JournalBytes::only(*m_folder);
+        bytes.chop(JournalRecord::headSize + contentOf(BaseSeen()).size());
+        QVERIFY(QFile::resize(QFile::decodeName(m_folder->leftBehind().at(0).journal), bytes.size()));
+    }
+    OldCopy copy(FileCalls::system());
+    QVERIFY(copy.make(QFile::encodeName(documents.path()) + "file"));
+    const QByteArray left = copy.leave();
+    QVERIFY(documents.write(u"file"_s, "edited " + content.first(content.size() / 2)));
+
+    TextDocument document;
+    QCOMPARE(restore(m_folder->leftBehind().at(0).journal, document).outcome, Outcome::New);
+    QVERIFY(document.store().text() == edited);
+    QVERIFY(document.file().path().isEmpty());
+    QVERIFY(QFile::exists(QFile::decodeName(left)));
+    removeLostCopy(left);
 }
 
 /// Designations that say nothing, one after the other, are one spelling of any length.
