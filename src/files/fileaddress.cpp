@@ -40,6 +40,7 @@ std::optional<QString> FileAddress::fileName(QByteArrayView address)
     if (!address.startsWith(scheme))
         return std::nullopt;
     const auto path = pathIn(address);
-    return path ? std::optional(FileName::fromBytes(QByteArray::fromPercentEncoding(path->toByteArray())))
-                : std::nullopt;
+    const QByteArray name = path ? QByteArray::fromPercentEncoding(path->toByteArray()) : QByteArray();
+    // A name ends at a zero byte, and would be that of another file.
+    return name.isEmpty() || name.contains('\0') ? std::nullopt : std::optional(FileName::fromBytes(name));
 }

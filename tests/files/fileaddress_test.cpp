@@ -29,6 +29,7 @@ void FileAddressTest::nameOf_data()
     row("file:/a.txt", "/a.txt");
     row("file://localhost/a.txt", "/a.txt");
     row("file://elsewhere.example/a.txt", "");
+    row("file:///a%00b", "");
     row("file://", "");
     row("file:", "");
     row("file:a.txt", "");
