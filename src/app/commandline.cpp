@@ -1,5 +1,6 @@
 #include "app/commandline.h"
 
+#include "files/fileaddress.h"
 #include "files/filename.h"
 
 #include <algorithm>
@@ -108,7 +109,7 @@ CommandLine::CommandLine(const QList<QByteArray> &words, Exists exists)
         if (m_action != Action::Open)
             return;
         if (areNames)
-            addFile(word, std::exchange(m_place, {}));
+            addFile(nameIn(word), std::exchange(m_place, {}));
         else if (std::exchange(m_isValueNext, false))
             m_toolkitWords << word;
         else if (word == "--")
@@ -188,11 +189,18 @@ void CommandLine::takeOperand(const QByteArray &word)
     else if (word.startsWith('+') && word.size() > 1 && word[1] >= '0' && word[1] <= '9')
         takePlace(word);
     else if (m_place)
-        addFile(word, std::exchange(m_place, {}));
+        addFile(nameIn(word), std::exchange(m_place, {}));
     else {
-        const auto [name, place] = nameAndPlace(word, m_exists);
+        const auto [name, place] = nameAndPlace(nameIn(word), m_exists);
         addFile(name, place);
     }
+}
+
+/// Terminals, where files were dropped or copied, have addresses of them.
+QByteArray CommandLine::nameIn(const QByteArray &word) const
+{
+    const auto addressed = FileAddress::fileName(word);
+    return addressed && !m_exists(word) ? FileName::toBytes(*addressed) : word;
 }
 
 void CommandLine::takePlace(const QByteArray &word)

@@ -44,6 +44,7 @@ private:
     bool takeToolkitOption(const QByteArray &word);
     void addInput();
     void addRecent();
+    QByteArray nameIn(const QByteArray &word) const;
     void addFile(const QByteArray &name, std::optional<LineColumn> place);
     void finish();
     void decide(Action action);

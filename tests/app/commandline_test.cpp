@@ -68,7 +68,7 @@ private slots:
 void CommandLineTest::asks_data()
 {
     QTest::addColumn<QByteArray>("asked");
-    // The words with blanks between; files that are there are "a:1" and "a:1:2".
+    // The words with blanks between; files that are there are "a:1", "a:1:2" and "file:///there".
     const auto row = [](const char *line, const char *asked) { QTest::newRow(line) << QByteArray(asked); };
     row("", "");
     row("a", "a");
@@ -99,6 +99,12 @@ void CommandLineTest::asks_data()
     row(":2", ":2");
     row(":2:3", ":2 @3,1");
     row("/x:1/y:2", "/x:1/y @2,1");
+    row("file:///x/a%20b", "/x/a b");
+    row("file:///x/b:2", "/x/b @2,1");
+    row("+7 file:///x/a", "/x/a @7,1");
+    row("-- file:///x/%83", "/x/\x83");
+    row("file:2", "file @2,1");
+    row("file:///there", "file:/there");
     row("+", "+");
     row("+x", "+x");
     row("-- --help -x +7 b:2 -", "--help; -x; +7; b:2; -");
@@ -145,7 +151,7 @@ void CommandLineTest::asks()
     QFETCH(QByteArray, asked);
     const QByteArray words = QTest::currentDataTag();
     const CommandLine line(words.isEmpty() ? QByteArrayList() : words.split(' '),
-        [](const QByteArray &name) { return name == "a:1" || name == "a:1:2"; });
+        [](const QByteArray &name) { return name == "a:1" || name == "a:1:2" || name == "file:///there"; });
     QCOMPARE(drawn(line), asked);
 }
 
