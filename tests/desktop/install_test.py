@@ -76,6 +76,17 @@ class InstallTest(unittest.TestCase):
             png = (self.prefix / f'share/icons/hicolor/{size}x{size}/apps/marlopad.png').read_bytes()
             self.assertEqual((png[:4], int.from_bytes(png[16:20], 'big')), (b'\x89PNG', size))
 
+    def test_1_shells_and_manual_know_its_options(self):
+        told = subprocess.run([self.prefix / 'bin/marlopad', '--help'], env={**os.environ, 'LC_ALL': 'C'}, check=True,
+                              capture_output=True, text=True).stdout
+        options = re.findall(r'^  --([a-z-]+)', told, re.MULTILINE)
+        self.assertIn('wait', options)
+        for name in ('bash-completion/completions/marlopad', 'zsh/site-functions/_marlopad',
+                     'fish/vendor_completions.d/marlopad.fish', 'man/man1/marlopad.1'):
+            text = (self.prefix / 'share' / name).read_text().replace(r'\-', '-').replace('-l ', '--')
+            for option in options:
+                self.assertRegex(text, rf'--{option}\b', name)
+
     def test_1_its_screenshots_are_in_the_tree(self):
         """Under the address of the project's home, by their names."""
         metainfo = (self.prefix / f'share/metainfo/{ID}.metainfo.xml').read_text()
