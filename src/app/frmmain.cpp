@@ -9,7 +9,6 @@
 #include "platform/messagebox.h"
 #include "platform/resource.h"
 #include "platform/screenclass.h"
-#include "search/frmjumpto.h"
 #include "settings/settings.h"
 
 #include <QApplication>
@@ -378,12 +377,7 @@ void frmMain::slotCmdViewSrchNext()
 
 void frmMain::slotCmdViewGyoJump()
 {
-    ctlEditer *const editor = currentEditor();
-    if (!editor)
-        return;
-    frmJumpTo dialog(this);
-    if (dialog.exec() == QDialog::Accepted)
-        editor->jumpToLine(dialog.lineNo);
+    m_parts->lineJump.ask();
 }
 
 void frmMain::slotCmdViewLastEdit()

@@ -47,6 +47,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , sessionEnd(documents, closer, journals)
     , lastWrites(documents, loader, saver, places, journals)
     , search(window, documents, jobs)
+    , lineJump(window, documents, places)
     , properties(window, documents, jobs)
     , notices(window, documents, loader, saver, jobs, journals, documentJournals)
     , firstOffers(documents, desktopLocale())

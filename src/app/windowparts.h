@@ -15,6 +15,7 @@
 #include "app/interfacelanguage.h"
 #include "app/lastsession.h"
 #include "app/lastwrites.h"
+#include "app/linejump.h"
 #include "app/mainmenus.h"
 #include "app/openingfiles.h"
 #include "app/propertiesbox.h"
@@ -70,6 +71,7 @@ struct WindowParts {
     SessionEnd sessionEnd;
     LastWrites lastWrites;
     SearchRuns search;
+    LineJump lineJump;
     PropertiesBox properties;
     WindowNotices notices;
     FirstOffers firstOffers;

@@ -1,9 +1,12 @@
 #include "app/qpeapplicationesc.h"
+#include "search/frmjumpto.h"
 #include "tests/app/stripinwindow.h"
 #include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
 #include <QClipboard>
+#include <QLineEdit>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +29,9 @@ private slots:
 
     void refusedKeySaysSo();
     void keysMoveInWhatHasCome();
+    void lineThatHasNotComeIsGoneToWhenItHas();
+    void lineThatHasNotComeIsLeftWhereItsUserHasMoved();
+    void newestJumpToWhatHasNotComeCounts();
     void commandsThatChangeAreRefused();
     void stripTellsHowFarItIs();
     void otherTabIsTypedInto();
@@ -42,6 +48,9 @@ private slots:
 
 private:
     bool step(int steps);
+    void jumpTo(int line);
+    /// Makes all steps; the number of the line in which the cursor is then.
+    int lineWhenWhole();
     ctlEditer &editor() { return *m_window->currentEditor(); }
     void press(int key, Qt::KeyboardModifiers modifiers = {})
     {
@@ -109,6 +118,47 @@ void LoadingWindowTest::keysMoveInWhatHasCome()
     QTRY_VERIFY(!editor().document().isHeld());
     QCOMPARE(editor().cursorOffset(), end);
     QCOMPARE(editor().numLines(), 60001);
+}
+
+void LoadingWindowTest::jumpTo(int line)
+{
+    QTimer::singleShot(0, m_window.get(), [this, line] {
+        auto *const dialog = m_window->findChild<frmJumpTo *>();
+        dialog->findChild<QLineEdit *>()->setText(QString::number(line));
+        dialog->accept();
+    });
+    m_window->slotCmdViewGyoJump();
+}
+
+int LoadingWindowTest::lineWhenWhole()
+{
+    m_runner->runAll();
+    while (editor().document().isHeld())
+        QCoreApplication::processEvents();
+    settle();
+    return int(editor().store().lineAt(editor().cursorOffset()).value()) + 1;
+}
+
+void LoadingWindowTest::lineThatHasNotComeIsGoneToWhenItHas()
+{
+    QVERIFY(editor().numLines() < 50000);
+    jumpTo(50000);
+    QCOMPARE(editor().cursorOffset(), Offset());
+    QCOMPARE(lineWhenWhole(), 50000);
+}
+
+void LoadingWindowTest::lineThatHasNotComeIsLeftWhereItsUserHasMoved()
+{
+    jumpTo(50000);
+    press(Qt::Key_Down);
+    QCOMPARE(lineWhenWhole(), 2);
+}
+
+void LoadingWindowTest::newestJumpToWhatHasNotComeCounts()
+{
+    jumpTo(50000);
+    jumpTo(55000);
+    QCOMPARE(lineWhenWhole(), 55000);
 }
 
 void LoadingWindowTest::commandsThatChangeAreRefused()
