@@ -173,10 +173,15 @@ bool DocumentArea::beginCommand()
 
 void DocumentArea::toggleNoticeKeys()
 {
-    if (!m_strip->hasKeys())
+    if (!hasNoticeKeys())
         m_strip->takeKeys();
     else if (ctlEditer *editor = current())
         editor->setFocus();
+}
+
+bool DocumentArea::hasNoticeKeys() const
+{
+    return m_strip->hasKeys();
 }
 
 void DocumentArea::setFooter(QWidget *footer)

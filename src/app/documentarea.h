@@ -55,6 +55,8 @@ public:
 
     /// The keys go from the text to the notice, or back; nothing without one.
     void toggleNoticeKeys();
+    /// Whether the notice has them.
+    bool hasNoticeKeys() const;
 
     /// A line below the tabs, a child of this; it has room there while it is not hidden.
     void setFooter(QWidget *footer);

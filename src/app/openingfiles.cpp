@@ -1,5 +1,8 @@
 #include "app/openingfiles.h"
 
+#include "app/frmmain.h"
+#include "app/keymap.h"
+#include "platform/keypause.h"
 #include "platform/qpeapplication.h"
 
 OpeningFiles::OpeningFiles(NoticeQueue &notices)
@@ -7,6 +10,7 @@ OpeningFiles::OpeningFiles(NoticeQueue &notices)
 {
     if (auto *const application = qobject_cast<QPEApplication *>(qApp))
         connect(application, &QPEApplication::requestDelivered, this, &OpeningFiles::note);
+    connect(&KeyPause::instance(), &KeyPause::dropped, this, &OpeningFiles::refuse);
 }
 
 void OpeningFiles::note(qsizetype waiting)
@@ -20,6 +24,16 @@ void OpeningFiles::note(qsizetype waiting)
     if (!m_sign)
         m_sign.emplace(m_notices, nullptr, WorkNotice::Work::Opening, [this] { end(); });
     m_sign->setProgress(int(m_open * 100 / (m_open + waiting)));
+}
+
+void OpeningFiles::refuse(const QKeyEvent &press)
+{
+    if (!m_sign)
+        return;
+    if (commandsForKey(press).contains(&frmMain::slotEtcNotice))
+        emit noticeKeysWanted();
+    else
+        m_sign->refuse();
 }
 
 void OpeningFiles::end()

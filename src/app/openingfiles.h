@@ -7,9 +7,11 @@
 #include <optional>
 
 class NoticeQueue;
+class QKeyEvent;
 
 /// The sign of many files that were asked for at once: how many are open, and "Stop", which keeps those and
-/// opens no more.
+/// opens no more. Keys wait until a file is shown, and so for all of them: the sign says so of one that comes
+/// meanwhile.
 class OpeningFiles : public QObject {
     Q_OBJECT
 public:
@@ -21,7 +23,12 @@ public:
     /// Those that wait are not opened.
     void end();
 
+signals:
+    /// The key that leads to the notice was pressed while keys have to wait.
+    void noticeKeysWanted();
+
 private:
+    void refuse(const QKeyEvent &press);
     void note(qsizetype waiting);
 
     NoticeQueue &m_notices;

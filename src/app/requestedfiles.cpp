@@ -59,8 +59,8 @@ void RequestedFiles::open(const FileRequest &request)
 
 OpenedIn RequestedFiles::where() const
 {
-    const bool isElsewhere = m_opening.isUnderWay() && m_documents.current() != m_shown;
-    return isElsewhere ? OpenedIn::Background : OpenedIn::View;
+    const bool isElsewhere = m_documents.current() != m_shown || m_documents.hasNoticeKeys();
+    return m_opening.isUnderWay() && isElsewhere ? OpenedIn::Background : OpenedIn::View;
 }
 
 void RequestedFiles::open(const FileRequest &request, OpenedIn where)

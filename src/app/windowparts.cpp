@@ -55,4 +55,6 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     window.setCentralWidget(&documents);
     documents.setFooter(&statusLine);
     journals.setParent(&documents);
+    QObject::connect(
+        &openingFiles, &OpeningFiles::noticeKeysWanted, &documents, &DocumentArea::toggleNoticeKeys);
 }

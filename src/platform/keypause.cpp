@@ -20,10 +20,15 @@ constexpr int turnsUntilShown = 3;
 
 void KeyPause::begin()
 {
+    instance().start();
+}
+
+KeyPause &KeyPause::instance()
+{
     static QPointer<KeyPause> pause;
     if (!pause)
         pause = new KeyPause(QCoreApplication::instance());
-    pause->start();
+    return *pause;
 }
 
 void KeyPause::start()
@@ -58,16 +63,22 @@ bool KeyPause::isDropped(const QObject &receiver, const QEvent &event)
 {
     switch (event.type()) {
     case QEvent::KeyPress:
-        if (!receiver.isWindowType())
-            return false;
-        if (m_turn.isActive() || HeldKeys::isHeld(static_cast<const QKeyEvent &>(event)))
-            return true;
-        QCoreApplication::instance()->removeEventFilter(this);
-        return false;
+        return receiver.isWindowType() && isDropped(static_cast<const QKeyEvent &>(event));
     case QEvent::Shortcut:
     case QEvent::InputMethod:
         return m_turn.isActive();
     default:
         return false;
     }
+}
+
+bool KeyPause::isDropped(const QKeyEvent &press)
+{
+    if (!m_turn.isActive() && !HeldKeys::isHeld(press)) {
+        QCoreApplication::instance()->removeEventFilter(this);
+        return false;
+    }
+    if (!press.isAutoRepeat())
+        emit dropped(press);
+    return true;
 }

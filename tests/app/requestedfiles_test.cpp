@@ -2,6 +2,7 @@
 #include "app/filedrops.h"
 #include "app/qpeapplicationesc.h"
 #include "app/requestedfiles.h"
+#include "tests/app/stripinwindow.h"
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
 
@@ -103,6 +104,8 @@ private slots:
     void keysElsewhereAreTaken();
     void whoeverComesBackIsTakenAlong();
     void nextFilesAreShownAgain();
+    void keyThatHasToWaitIsToldOf();
+    void keysLeadToTheSignThatStopsThem();
 
 private:
     ctlEditer &editor() const { return *m_window->currentEditor(); }
@@ -542,6 +545,40 @@ void RequestedFilesTest::nextFilesAreShownAgain()
     QVERIFY(areManyOpen());
     theApplication().request({ m_files->folder() + numbered(7), From::Shell });
     QTRY_COMPARE(editor().name(), numbered(7));
+}
+
+void RequestedFilesTest::keyThatHasToWaitIsToldOf()
+{
+    const StripInWindow strip(*m_window);
+    requestMany();
+    makeTurns(1);
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_X);
+    QVERIFY(strip.text().startsWith(u"Not while files are being opened"_s));
+    QVERIFY(areManyOpen());
+    QCOMPARE(openFiles().count(u'*'), 1);
+    QVERIFY(!strip.isShown());
+}
+
+/// The files that come then leave the keys there.
+void RequestedFilesTest::keysLeadToTheSignThatStopsThem()
+{
+    const StripInWindow strip(*m_window);
+    requestMany();
+    makeTurns(1);
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_X); // at once shown then
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_F6);
+    QVERIFY(strip.widget().hasKeys());
+    const ctlEditer *const shown = m_window->currentEditor();
+    makeTurns(m_window->tabBar()->count());
+    QVERIFY(strip.widget().hasKeys());
+    while (QPEApplication::hasRequests()) { // keys still wait for what was opened last
+        QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
+        QCoreApplication::processEvents();
+    }
+    QVERIFY(m_window->tabBar()->count() <= many);
+    QVERIFY(!strip.isShown());
+    QCOMPARE(m_window->currentEditor(), shown);
+    QVERIFY(shown->hasFocus());
 }
 
 namespace {
