@@ -1342,8 +1342,8 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
         <translation>&amp;Récupération</translation>
     </message>
     <message>
-        <source>What is not saved comes back after a crash. Counts for documents opened from then on.</source>
-        <translation>Ce qui n’est pas enregistré revient après un arrêt brutal. Vaut pour les documents ouverts ensuite.</translation>
+        <source>What is not saved comes back after a crash.</source>
+        <translation>Ce qui n’est pas enregistré revient après un arrêt brutal.</translation>
     </message>
     <message>
         <source>Size of the w&amp;indow</source>

@@ -1341,8 +1341,8 @@ Row count  : %2</source>
         <translation>復元(&amp;R)</translation>
     </message>
     <message>
-        <source>What is not saved comes back after a crash. Counts for documents opened from then on.</source>
-        <translation>保存していない内容を異常終了後に復元します。以後に開く文書に有効です。</translation>
+        <source>What is not saved comes back after a crash.</source>
+        <translation>保存していない内容を異常終了後に復元します。</translation>
     </message>
     <message>
         <source>Size of the w&amp;indow</source>

@@ -73,13 +73,33 @@ DocumentJournals::DocumentJournals(DocumentArea &documents, RecoveryJournals &jo
 {
     connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
         if (moreSettings().KeepTexts != 0)
-            m_journals.attach(editor->document(), [editor] { return placeOf(*editor); });
+            attach(editor);
     });
     connect(&documents, &DocumentArea::closed, this, &DocumentJournals::closeJournal);
     connect(&journals, &RecoveryJournals::failureChanged, this, &DocumentJournals::tellFailure);
     connect(qApp, &QGuiApplication::applicationStateChanged, this, &DocumentJournals::writeSoon);
     if (auto *application = qobject_cast<QPEApplication *>(qApp))
         connect(application, &QPEApplication::endingAtOnce, this, &DocumentJournals::lookAtAll);
+}
+
+void DocumentJournals::attach(ctlEditer *editor)
+{
+    m_journals.attach(editor->document(), [editor] { return placeOf(*editor); });
+}
+
+void DocumentJournals::applySettings()
+{
+    const bool isOn = moreSettings().KeepTexts != 0;
+    for (ctlEditer *const editor : m_documents.editors()) {
+        if (isOn == m_journals.isAttached(editor->document()))
+            continue;
+        if (!isOn) {
+            m_journals.end(editor->document());
+            continue;
+        }
+        attach(editor);
+        noteLook(editor, FileChange::Unsure);
+    }
 }
 
 /// A file that is as it was has the text; one that is not may be known to the user, who keeps his own.

@@ -156,6 +156,7 @@ void frmMain::applySettings()
     m_parts->statusLine.applySettings();
     m_parts->lastSession.applySettings();
     m_parts->documents.notices().applySettings();
+    m_parts->documentJournals.applySettings();
     for (ctlEditer *editor : m_parts->documents.editors())
         editor->applySettings();
     if (ctlEditer *editor = currentEditor())

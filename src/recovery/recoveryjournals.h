@@ -34,6 +34,7 @@ public:
         const FileCalls &calls = FileCalls::system(), JournalClock clock = steadyClock());
     ~RecoveryJournals() override;
 
+    bool isAttached(const TextDocument &document) const { return journalOf(document) != nullptr; }
     /// Follows a document until end(), or until it is destroyed. `place` is asked at each write.
     void attach(TextDocument &document, PlaceReader place = {});
     /// The document is closed: its journal goes.

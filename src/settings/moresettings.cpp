@@ -27,8 +27,7 @@ constexpr MoreSwitch switches[] = {
         QT_TRANSLATE_NOOP(
             "frmMoreOptions", "Another program has changed the file, or it cannot be written.") },
     { "KeepTexts", &MoreSettings::KeepTexts, QT_TRANSLATE_NOOP("frmMoreOptions", "&Recovery"),
-        QT_TRANSLATE_NOOP("frmMoreOptions",
-            "What is not saved comes back after a crash. Counts for documents opened from then on.") },
+        QT_TRANSLATE_NOOP("frmMoreOptions", "What is not saved comes back after a crash.") },
     { "KeepWindowSize", &MoreSettings::KeepWindowSize,
         QT_TRANSLATE_NOOP("frmMoreOptions", "Size of the w&indow"),
         QT_TRANSLATE_NOOP(

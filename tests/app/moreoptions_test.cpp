@@ -19,6 +19,7 @@ private slots:
     void keysOfOtherProgramsMayBeOff();
     void noticesMayBeOff();
     void recoveryMayBeOff();
+    void recoveryIsTurnedForOpenDocuments();
 
 private:
     /// Has the dialog turn this setting.
@@ -132,6 +133,29 @@ void MoreOptionsTest::recoveryMayBeOff()
     m_window->endSession(false);
     QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 1);
     const MessageBoxes boxes({ u"No"_s, u"No"_s });
+    m_window->confirmCloseAll(false);
+}
+
+/// What is edited already too.
+void MoreOptionsTest::recoveryIsTurnedForOpenDocuments()
+{
+    const QDir folder(QFile::decodeName(journalFolder()));
+    const auto journals = [&folder] { return folder.entryList(QDir::Files).size(); };
+    turn(&MoreSettings::KeepTexts);
+    m_window->slotEtcMoreOptions();
+    QTest::keyClicks(m_window->currentEditor(), u"typed while it was off"_s);
+    m_window->endSession(false);
+    QCOMPARE(journals(), 0);
+
+    m_window->slotEtcMoreOptions();
+    m_window->endSession(false);
+    QCOMPARE(journals(), 1);
+
+    m_window->slotEtcMoreOptions();
+    m_window->endSession(false);
+    QTRY_COMPARE(journals(), 0);
+    moreSettings().KeepTexts = 1;
+    const MessageBoxes boxes({ u"No"_s });
     m_window->confirmCloseAll(false);
 }
 
