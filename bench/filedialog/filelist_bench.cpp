@@ -69,14 +69,6 @@ double residentKilobytes()
     return double(pages) * double(::sysconf(_SC_PAGESIZE)) / 1024;
 }
 
-/// Until all rows are there, in their order and on the screen.
-void finish(const ctlFileListView &list)
-{
-    while (list.isFilling() || list.isSorting())
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    QApplication::processEvents();
-}
-
 /// A list in a window, to which things are done from the event loop.
 class Shown {
 public:
