@@ -15,7 +15,7 @@ qint64 devicePixels(Subpixels width)
 
 bool standsAlone(QChar unit, const FontMeasure &measure)
 {
-    const CharClass found = measure.glyph(unit.unicode()).charClass;
+    const CharClass found = measure.charClass(unit.unicode());
     return unit == u'\t'
         || (!unit.isSurrogate() && (found == CharClass::Plain || found == CharClass::HexBox));
 }

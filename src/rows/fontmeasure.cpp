@@ -129,6 +129,16 @@ const FontMeasure::Glyph &FontMeasure::glyph(char32_t codePoint) const
     return d->cache.glyph(codePoint);
 }
 
+CharClass FontMeasure::charClass(char32_t codePoint) const
+{
+    return d->cache.charClass(codePoint);
+}
+
+bool FontMeasure::hasGlyph(char32_t codePoint) const
+{
+    return std::as_const(d->cache).hasGlyph(codePoint);
+}
+
 const QRawFont &FontMeasure::rawFont(int index) const
 {
     return d->cache.rawFont(index);

@@ -52,6 +52,10 @@ public:
     };
     /// Valid until the next call.
     const Glyph &glyph(char32_t codePoint) const;
+    /// That of its glyph; costs nothing to speak of where that is not known yet.
+    CharClass charClass(char32_t codePoint) const;
+    /// Whether a font was asked for its glyph; for tests.
+    bool hasGlyph(char32_t codePoint) const;
     /// The fonts that glyphs come from, at their size in device pixels.
     const QRawFont &rawFont(int index) const;
     /// The font whose size counts device pixels.

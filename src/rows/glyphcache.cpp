@@ -118,19 +118,44 @@ const FontMeasure::Glyph &GlyphCache::find(char32_t codePoint)
         return known != m_supplementary.cend() ? *known
                                                : *m_supplementary.insert(codePoint, lookUp(codePoint));
     }
+    const FontMeasure::Glyph glyph = lookUp(codePoint);
+    Page &page = pageOf(codePoint);
+    const std::size_t at = codePoint & 0xff;
+    page.known[at] = Known::Glyph;
+    return page.glyphs[at] = glyph;
+}
+
+CharClass GlyphCache::findClass(char32_t codePoint)
+{
+    const CharClass found = ::charClass(codePoint);
+    if (codePoint >= 0x10000)
+        return found;
+    Page &page = pageOf(codePoint);
+    const std::size_t at = codePoint & 0xff;
+    page.known[at] = Known::Class;
+    return page.glyphs[at].charClass = found;
+}
+
+GlyphCache::Page &GlyphCache::pageOf(char32_t codePoint)
+{
     std::unique_ptr<Page> &page = m_pages[codePoint >> 8];
     if (!page)
         page = std::make_unique<Page>();
-    const std::size_t at = codePoint & 0xff;
-    page->glyphs[at] = lookUp(codePoint);
-    page->known[at] = true;
-    return page->glyphs[at];
+    return *page;
+}
+
+bool GlyphCache::hasGlyph(char32_t codePoint) const
+{
+    if (codePoint >= 0x10000)
+        return m_supplementary.contains(codePoint);
+    const Page *const page = m_pages[codePoint >> 8].get();
+    return page && page->known[codePoint & 0xff] == Known::Glyph;
 }
 
 FontMeasure::Glyph GlyphCache::lookUp(char32_t codePoint)
 {
     FontMeasure::Glyph glyph;
-    glyph.charClass = charClass(codePoint);
+    glyph.charClass = ::charClass(codePoint);
     if (glyph.charClass == CharClass::HexBox) {
         glyph.isShown = false;
         return glyph;

@@ -18,11 +18,23 @@ public:
     {
         if (codePoint < 0x10000) {
             const Page *page = m_pages[codePoint >> 8].get();
-            if (page && page->known[codePoint & 0xff])
+            if (page && page->known[codePoint & 0xff] == Known::Glyph)
                 return page->glyphs[codePoint & 0xff];
         }
         return find(codePoint);
     }
+    /// As its glyph says, for which no font is asked.
+    CharClass charClass(char32_t codePoint)
+    {
+        if (codePoint < 0x10000) {
+            const Page *page = m_pages[codePoint >> 8].get();
+            if (page && page->known[codePoint & 0xff] != Known::Nothing)
+                return page->glyphs[codePoint & 0xff].charClass;
+        }
+        return findClass(codePoint);
+    }
+    /// Whether it was looked up; for tests.
+    bool hasGlyph(char32_t codePoint) const;
     /// Device pixels a character takes; 0 for one that takes no room of its own.
     int advance(char32_t codePoint);
     int leftBearing(char32_t codePoint);
@@ -33,10 +45,13 @@ public:
     int height() const { return m_height; }
 
 private:
+    enum class Known : quint8 { Nothing, Class, Glyph };
     struct Page {
         std::array<FontMeasure::Glyph, 256> glyphs{};
-        std::array<bool, 256> known{};
+        std::array<Known, 256> known{};
     };
+    Page &pageOf(char32_t codePoint);
+    CharClass findClass(char32_t codePoint);
     const FontMeasure::Glyph &find(char32_t codePoint);
     FontMeasure::Glyph lookUp(char32_t codePoint);
     bool takeFromKnownFonts(char32_t codePoint, FontMeasure::Glyph &glyph);

@@ -18,7 +18,7 @@ std::vector<CharClass> unitClasses(QStringView text, const FontMeasure &measure)
     bool shaping = false;
     for (qsizetype at = 0; at < text.size();) {
         const char32_t codePoint = codePointAt(text, at);
-        const CharClass found = codePoint == u'\t' ? CharClass::HexBox : measure.glyph(codePoint).charClass;
+        const CharClass found = codePoint == u'\t' ? CharClass::HexBox : measure.charClass(codePoint);
         shaping = shaping || needsShaping(found);
         for (int i = unitsOf(codePoint); i > 0; --i)
             classes[std::size_t(at++)] = found;

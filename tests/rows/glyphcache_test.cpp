@@ -40,6 +40,7 @@ private slots:
     void aNarrowerGlyphStandsInTheMiddle();
     void nothingReachesOutOfARow();
     void bearingsAreThoseOfDrawnGlyphs();
+    void classesAreKnownWithoutGlyphs();
 };
 
 void GlyphCacheTest::fixedPitchMeansWholeCells_data()
@@ -156,6 +157,19 @@ void GlyphCacheTest::bearingsAreThoseOfDrawnGlyphs()
     QCOMPARE(glyphs.leftBearing(U'\x1b'), 0);
     QCOMPARE(glyphs.leftBearing(U'\u05d0'), 0); // which is shaped with its neighbours
     QCOMPARE(glyphs.leftBearing(U'j'), qRound(ink.left()));
+}
+
+void GlyphCacheTest::classesAreKnownWithoutGlyphs()
+{
+    GlyphCache glyphs(fixedPitchFont());
+    for (const char32_t codePoint :
+        { U'a', U'\t', U'\u0301', U'\u05d0', U'\u0915', U'\u6f22', char32_t(0xdc80), U'\U0001f1eb' }) {
+        const CharClass found = glyphs.charClass(codePoint);
+        QVERIFY(!glyphs.hasGlyph(codePoint));
+        QCOMPARE(glyphs.glyph(codePoint).charClass, found);
+        QVERIFY(glyphs.hasGlyph(codePoint));
+        QCOMPARE(glyphs.charClass(codePoint), found);
+    }
 }
 
 REGISTER_TEST(runWindowTest<GlyphCacheTest>)

@@ -154,6 +154,7 @@ private slots:
     void emptyRow();
     void longCombinedCharacter();
     void letterWithItsMarkIsDrawnAsOne();
+    void fontsAreAskedForWhatShows();
 };
 
 void RowLayoutTest::charactersFollowTheirAdvances()
@@ -475,6 +476,20 @@ void RowLayoutTest::letterWithItsMarkIsDrawnAsOne()
     QCOMPARE(typed.row().x(5), one.row().x(3));
     QCOMPARE(typed.row().x(3), one.row().x(2));
     QCOMPARE(typed.drawn(typed.row(), 0), one.drawn(one.row(), 0));
+}
+
+/// A font takes a twentieth of a second for some thousand glyphs.
+void RowLayoutTest::fontsAreAskedForWhatShows()
+{
+    constexpr char16_t first = 0x3400, last = 0x3bff; // nobody else's
+    QString ideographs;
+    for (char16_t unit = first; unit <= last; ++unit)
+        ideographs += QChar(unit);
+    const Text text(ideographs);
+    QVERIFY(text.row(0, 0, 100).lastColumn() < 100);
+    QVERIFY(text.measure->hasGlyph(first));
+    QVERIFY(!text.measure->hasGlyph(first + 100));
+    QVERIFY(!text.measure->hasGlyph(last));
 }
 
 REGISTER_TEST(runWindowTest<RowLayoutTest>)
