@@ -1,25 +1,10 @@
 #include "widget/textmimedata.h"
 
-#include "text/textsnapshot.h"
+#include "widget/utf8text.h"
+
+#include <new>
 
 static const QString plainText = QStringLiteral("text/plain");
-
-/// As of its text(), which would be a string of twice as many bytes and more.
-static QByteArray utf8Of(TextPiece piece)
-{
-    const TextSnapshot text(std::move(piece), {});
-    QByteArray bytes;
-    bytes.reserve(text.length());
-    for (Offset at; at < text.end();) {
-        const TextChunk chunk = text.chunkAt(at);
-        if (chunk.isLatin1())
-            bytes += QString::fromLatin1(chunk.latin1).toUtf8();
-        else
-            bytes += chunk.utf16.toUtf8();
-        at += chunk.size();
-    }
-    return bytes;
-}
 
 TextMimeData::TextMimeData(Source source, const TextCodec &byteCodec, const QObject *editor)
     : m_source(std::move(source))
@@ -52,5 +37,11 @@ QVariant TextMimeData::retrieveData(const QString &mimeType, QMetaType type) con
 {
     if (mimeType != plainText)
         return {};
-    return type.id() == QMetaType::QByteArray ? QVariant(utf8Of(m_source())) : QVariant(m_source().text());
+    try {
+        if (type.id() == QMetaType::QByteArray)
+            return utf8Of(m_source(), spreadOverThreads);
+        return m_source().text();
+    } catch (const std::bad_alloc &) {
+        return {}; // to the toolkit nothing may be thrown
+    }
 }

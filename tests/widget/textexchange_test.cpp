@@ -6,6 +6,7 @@
 #include "widget/textmimedata.h"
 
 #include <memory>
+#include <new>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +47,7 @@ private slots:
     void dataKeepTheTextOrFollowIt();
     void isMadeAStringOnDemand();
     void othersGetTheBytesOfTheString();
+    void othersGetNothingWhereMemoryIsShort();
 };
 
 void TextExchangeTest::escapesStayInOneCode()
@@ -115,6 +117,15 @@ void TextExchangeTest::othersGetTheBytesOfTheString()
     QCOMPARE(data->data(u"text/plain"_s), text.toUtf8());
     QCOMPARE(data->text(), text);
     QVERIFY(data->data(u"text/html"_s).isEmpty());
+}
+
+/// An exception would end the program in the toolkit.
+void TextExchangeTest::othersGetNothingWhereMemoryIsShort()
+{
+    const QObject editor;
+    const TextMimeData data([]() -> TextPiece { throw std::bad_alloc(); }, utf8Codec(), &editor);
+    QVERIFY(data.data(u"text/plain"_s).isEmpty());
+    QVERIFY(data.text().isEmpty());
 }
 
 REGISTER_TEST(runWindowTest<TextExchangeTest>)
