@@ -94,8 +94,8 @@ bool FileBlocks::read(FileBlock &block, const FileBlock &before, qsizetype size)
     block.end = 0;
     block.isLast = false;
     while (fill(block) && !block.isLast) {
-        block.end = cutOf(QByteArrayView(block.bytes), code(CharCode::Utf8));
-        if (block.end > 0)
+        block.end = cutOf(QByteArrayView(block.bytes).first(block.size), code(CharCode::Utf8));
+        if (block.end > 0 || m_isAtEnd)
             break;
         block.bytes.resize(block.bytes.size() * 2 + readAtOnce);
     }
@@ -106,10 +106,12 @@ bool FileBlocks::read(FileBlock &block, const FileBlock &before, qsizetype size)
 /// Reads until there is no more room, or no more to read.
 bool FileBlocks::fill(FileBlock &block)
 {
-    while (block.size < block.bytes.size() && !block.isLast) {
+    m_isAtEnd = false;
+    while (block.size < block.bytes.size() && !m_isAtEnd) {
         if (!(m_utf16 ? addUtf16(block) : addBytes(block)))
             return false;
     }
+    block.isLast = m_isAtEnd && !m_isGrowing;
     if (block.isLast)
         block.end = block.size;
     return true;
@@ -121,8 +123,8 @@ bool FileBlocks::addBytes(FileBlock &block)
     const auto count = readSome(to, std::min<qint64>(readAtOnce, block.bytes.size() - block.size));
     if (!count)
         return false;
-    block.isLast = *count == 0;
-    if (!block.isLast)
+    m_isAtEnd = *count == 0;
+    if (!m_isAtEnd)
         m_facts.add({ to, *count });
     block.size += *count;
     return true;
@@ -135,9 +137,9 @@ bool FileBlocks::addUtf16(FileBlock &block)
     const auto count = readSome(m_utf16Bytes.data(), m_utf16Bytes.size());
     if (!count)
         return false;
-    block.isLast = *count == 0;
+    m_isAtEnd = *count == 0;
     const QByteArrayView bytes = QByteArrayView(m_utf16Bytes).first(*count);
-    const QByteArray text = block.isLast ? m_utf16->finish() : m_utf16->add(bytes);
+    const QByteArray text = m_isAtEnd ? m_utf16->finish() : m_utf16->add(bytes);
     m_facts.add(bytes, text);
     if (block.bytes.size() - block.size < text.size())
         block.bytes.resize(block.size + text.size());

@@ -61,6 +61,9 @@ public:
     bool open();
     /// Makes `block` what follows `before`: about `size` bytes, or more where they cannot be cut sooner.
     bool read(FileBlock &block, const FileBlock &before, qsizetype size);
+    /// What the file has by now is not all, and it may grow: until that is over no block is the last one, and
+    /// what has not come whole waits for its rest. Not for UTF-16.
+    void setGrowing(bool isGrowing) { m_isGrowing = isGrowing; }
     /// Forgets what was read, but for the code that it has led to: that is the code until more was read.
     void startOver(CharCode code);
 
@@ -87,6 +90,8 @@ private:
     std::optional<Utf8FromUtf16> m_utf16; ///< of a file that is read so
     QByteArray m_utf16Bytes;
     FileReader m_file;
+    bool m_isGrowing = false;
+    bool m_isAtEnd = false; ///< of what the file has
     FileFacts m_facts;
     CharCode m_settledCode = CharCode::Binary; ///< see startOver()
     qint64 m_settledSize = -1; ///< of what has led to it

@@ -51,6 +51,7 @@ FileReading::FileReading(Request request, LayoutCopy layout, const FileCalls &ca
     , m_codes(m_request.codesOfSilent)
 {
     m_workers.push_back({ std::move(layout) });
+    m_blocks.setGrowing(m_request.isGrowing);
 }
 
 FileReading::~FileReading() = default;
@@ -92,7 +93,12 @@ FileReading::Step FileReading::makeStep(const Spread &spread)
         return Step::Failed;
     FileBlock next;
     std::swap(next.bytes, m_spare);
-    isHeldWhole() ? hold(next) : decode(next, spread);
+    if (m_block.end == 0 && !m_block.isLast)
+        readBehind(next); // what there is waits for its rest
+    else if (isHeldWhole())
+        hold(next);
+    else
+        decode(next, spread);
     if (m_blocks.failure())
         return Step::Failed;
     if (!m_block.isLast) {
@@ -102,6 +108,18 @@ FileReading::Step FileReading::makeStep(const Spread &spread)
     }
     finish();
     return Step::Done;
+}
+
+bool FileReading::hasMore(qint64 size) const
+{
+    constexpr qint64 fewWaiting = 65536;
+    const qint64 waiting = m_block.size - m_block.end;
+    return m_block.end > 0 || size - m_blocks.facts().size() > qMax<qint64>(0, (waiting - fewWaiting) / 4);
+}
+
+void FileReading::endGrowth()
+{
+    m_blocks.setGrowing(false);
 }
 
 bool FileReading::readFirst()

@@ -36,6 +36,8 @@ public:
         /// It is such a text, whose line ends are looked at when it is decoded. Its code is Unicode, so that
         /// a save writes UTF-8.
         std::optional<Utf16Form> utf16 = {};
+        /// The file is still being written, until endGrowth().
+        bool isGrowing = false;
     };
     /// How many bytes are read at a time; tests take few.
     struct Sizes {
@@ -61,6 +63,11 @@ public:
     /// Reads and decodes the next bytes; the first step only some hundred KiB, which are soon there to be
     /// shown. After Done or Failed there is none.
     Step step(const Spread &spread = makeOneByOne);
+    /// Whether there is something for a step to do, in a file that has so many bytes by now. Where none of
+    /// many bytes can be decoded by themselves it waits for many more.
+    bool hasMore(qint64 size) const;
+    /// What a file that was being written has by now is all.
+    void endGrowth();
     /// What the last step has decoded; nothing where it was no text.
     std::optional<Part> takePart() { return std::exchange(m_part, std::nullopt); }
     /// Of the text that came so far.

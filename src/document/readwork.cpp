@@ -7,13 +7,19 @@ ReadWork::ReadWork(FileReading::Request request, LayoutCopy layout, const FileCa
 
 JobWork::Step ReadWork::step(JobTurn &turn)
 {
+    const Step made = readOn(turn);
+    turn.tellProgress({ m_reading.bytesDone(), m_reading.bytesInAll() });
+    return made;
+}
+
+JobWork::Step ReadWork::readOn(JobTurn &turn)
+{
     const FileReading::Step made = m_reading.step(
         [&turn](int count, const std::function<void(int)> &part) { turn.spread(count, part); });
     if (auto part = m_reading.takePart()) {
         m_parts.put({ std::move(*part), m_reading.codes() });
         turn.tellPart();
     }
-    turn.tellProgress({ m_reading.bytesDone(), m_reading.bytesInAll() });
     switch (made) {
     case FileReading::Step::More:
         return Step::More;

@@ -20,10 +20,15 @@ public:
     /// When it is done.
     const ReadResult &result() const { return m_reading.result(); }
     /// When it has failed.
-    ReadFailure failure() const { return m_reading.failure(); }
+    virtual ReadFailure failure() const { return m_reading.failure(); }
 
     Step step(JobTurn &turn) override;
     void giveUp() override { m_reading.giveUp(); }
+
+protected:
+    FileReading &reading() { return m_reading; }
+    /// A step that tells of no progress.
+    Step readOn(JobTurn &turn);
 
 private:
     FileReading m_reading;

@@ -3,11 +3,11 @@
 #include "files/filecalls.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 
 #include <cstdlib>
-#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -27,37 +27,51 @@ SharedFd namelessFile()
 
 } // namespace
 
-InputReading::InputReading(SharedFd input, std::chrono::milliseconds patience)
+InputReading::InputReading(SharedFd input, Pace pace)
     : m_input(std::move(input))
-    , m_patience(patience)
+    , m_pace(pace)
     , m_kept(namelessFile())
 {
 }
 
+/// Small portions that come one soon behind the other are one.
 InputReading::Step InputReading::step()
 {
-    constexpr qsizetype most = qsizetype{ 1 } << 20;
-    if (!m_kept)
+    constexpr qint64 most = qint64{ 1 } << 20;
+    m_isBroken = !m_kept;
+    if (m_isBroken)
         return Step::Failed;
     if (m_isEnded)
         return Step::Done;
-    if (!isThereMore())
+    if (!isThereMore(int(m_pace.patience.count())))
         return Step::More;
-    QByteArray bytes(most, Qt::Uninitialized);
-    const ssize_t count =
-        retried([&] { return ::read(m_input->number(), bytes.data(), size_t(bytes.size())); });
+    const QDeadlineTimer end(m_pace.gathering);
+    const qint64 before = m_size;
+    QByteArray room(most, Qt::Uninitialized);
+    Step made = Step::More;
+    do
+        made = readSome(room.data(), before + most - m_size);
+    while (made == Step::More && m_size < before + most && !end.hasExpired()
+        && isThereMore(int(end.remainingTime())));
+    m_isBroken = made == Step::Failed;
+    return made;
+}
+
+InputReading::Step InputReading::readSome(char *room, qint64 size)
+{
+    const ssize_t count = retried([&] { return ::read(m_input->number(), room, size_t(size)); });
     if (count == 0)
         return Step::Done;
     if (count < 0)
         return errno == EAGAIN ? Step::More : Step::Failed;
-    return keep(bytes.constData(), count) ? Step::More : Step::Failed;
+    return keep(room, count) ? Step::More : Step::Failed;
 }
 
 /// Or its end, or an error.
-bool InputReading::isThereMore() const
+bool InputReading::isThereMore(int patience) const
 {
     pollfd input{ m_input->number(), POLLIN, 0 };
-    return retried([&] { return ::poll(&input, 1, int(m_patience.count())); }) != 0;
+    return retried([&] { return ::poll(&input, 1, patience); }) != 0;
 }
 
 bool InputReading::keep(const char *bytes, qint64 count)

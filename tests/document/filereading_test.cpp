@@ -73,13 +73,19 @@ public:
     {
         FileReading::Step step;
         do {
-            step = reading.step(spread);
+            step = makeStep(reading, spread);
             if (step == FileReading::Step::Failed)
                 return reading.failure();
-            if (auto part = reading.takePart())
-                take(*part, reading);
         } while (step == FileReading::Step::More);
         return std::nullopt;
+    }
+
+    FileReading::Step makeStep(FileReading &reading, const Spread &spread)
+    {
+        const FileReading::Step step = reading.step(spread);
+        if (auto part = reading.takePart())
+            take(*part, reading);
+        return step;
     }
 
     TextStore store;
@@ -112,6 +118,9 @@ class FileReadingTest : public QObject {
 private slots:
     void isAsAtOnce_data() { addSeeds(300); }
     void isAsAtOnce();
+    void isAsAtOnceWhileItIsWritten_data() { addSeeds(300); }
+    void isAsAtOnceWhileItIsWritten();
+    void waitsForMuchBehindWhatCannotBeCut();
     void isAsAtOnceInUtf16_data() { addSeeds(200); }
     void isAsAtOnceInUtf16();
     void cutsAreWhereBothSidesStandAlone_data();
@@ -183,6 +192,13 @@ void FileReadingTest::isAsAtOnce()
 
 namespace {
 
+/// Puts bytes behind the end of a file.
+bool append(const QString &name, QByteArrayView bytes)
+{
+    QFile file(name);
+    return file.open(QIODevice::Append) && file.write(bytes.data(), bytes.size()) == bytes.size();
+}
+
 /// Units in little endian: characters of all lengths in UTF-8, line ends, halves of pairs.
 QByteArray unitsOfMany(QRandomGenerator &random)
 {
@@ -199,6 +215,63 @@ QByteArray unitsOfMany(QRandomGenerator &random)
 }
 
 } // namespace
+
+/// In portions of any length, which are decoded as they come or later.
+void FileReadingTest::isAsAtOnceWhileItIsWritten()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    const QString name = m_folder.path() + fileName;
+    const QByteArray bytes = mixedBytes(random);
+    const auto requested = random.bounded(3) > 0 ? std::nullopt : std::optional(CharCode(random.bounded(7)));
+    QVERIFY(m_folder.write(fileName, {}));
+    Taker taker{ LayoutRule() };
+    FileReading reading({ name, requested, codesOfSilent, {}, true }, LayoutCopy(taker.store),
+        FileCalls::system(), randomSizes(random));
+    for (qsizetype come = 0; come < bytes.size();) {
+        const qsizetype portion = qMin<qsizetype>(bytes.size() - come, 1 + random.bounded(20));
+        QVERIFY(append(name, QByteArrayView(bytes).sliced(come, portion)));
+        come += portion;
+        while (reading.hasMore(come) && random.bounded(5) > 0)
+            QCOMPARE(taker.makeStep(reading, backwards), FileReading::Step::More);
+    }
+    reading.endGrowth();
+    QCOMPARE(taker.take(reading, backwards), std::nullopt);
+
+    Taker atOnce{ LayoutRule() };
+    FileReading whole({ name, requested, codesOfSilent }, LayoutCopy(atOnce.store));
+    QCOMPARE(atOnce.take(whole, makeOneByOne), std::nullopt);
+    taker.store.checkInvariants();
+    QCOMPARE(taker.store.text(), atOnce.store.text());
+    QCOMPARE(reading.result().codec, whole.result().codec);
+    QCOMPARE(
+        storedBytes(*whole.result().codec, taker.store), storedBytes(*whole.result().codec, atOnce.store));
+    QCOMPARE(reading.result().codes.charCode, whole.result().codes.charCode);
+    QCOMPARE(reading.result().codes.returnCode, whole.result().codes.returnCode);
+    QCOMPARE(reading.result().findings.undecodableBytes, whole.result().findings.undecodableBytes);
+    QCOMPARE(reading.result().findings.fittingCode, whole.result().findings.fittingCode);
+    QCOMPARE(reading.result().version.content().value(), whole.result().version.content().value());
+}
+
+/// Each look at what waits costs as much as there is of that.
+void FileReadingTest::waitsForMuchBehindWhatCannotBeCut()
+{
+    const QString name = m_folder.path() + fileName;
+    const QByteArray zeros(20'000, '\0');
+    QVERIFY(m_folder.write(fileName, {}));
+    Taker taker{ LayoutRule() };
+    FileReading reading({ name, {}, codesOfSilent, {}, true }, LayoutCopy(taker.store));
+    int steps = 0;
+    for (int come = 1; come <= 100; ++come) {
+        QVERIFY(append(name, zeros));
+        for (; reading.hasMore(zeros.size() * come); ++steps)
+            QCOMPARE(taker.makeStep(reading, makeOneByOne), FileReading::Step::More);
+    }
+    QVERIFY2(steps < 50, qPrintable(QString::number(steps)));
+    reading.endGrowth();
+    QCOMPARE(taker.take(reading, makeOneByOne), std::nullopt);
+    QCOMPARE(taker.store.length(), zeros.size() * 100);
+}
 
 void FileReadingTest::isAsAtOnceInUtf16()
 {

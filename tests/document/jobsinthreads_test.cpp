@@ -2,12 +2,15 @@
 #include "codec/codecs.h"
 #include "document/countwork.h"
 #include "document/documentsave.h"
+#include "document/inputwork.h"
 #include "document/readwork.h"
 #include "document/searchwork.h"
 #include "jobs/job.h"
 #include "jobs/poolrunner.h"
+#include "jobs/threadrunner.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/document/documentfolder.h"
+#include "tests/files/pipe.h"
 #include "tests/testprogram.h"
 #include "tests/text/editedstore.h"
 #include "text/layoutchange.h"
@@ -86,6 +89,7 @@ private slots:
     void initTestCase();
     void reads_data() { addCodes(); }
     void reads();
+    void readsWhatComesByAndBy();
     void readingIsStopped_data();
     void readingIsStopped();
     void savesWhileTheTextIsEdited_data() { addCodes(); }
@@ -143,6 +147,33 @@ void JobsInThreadsTest::reads()
     QCOMPARE(finished[0][0].value<JobOutcome>(), JobOutcome::Done);
     QVERIFY(store.text() == expected.text());
     store.checkInvariants();
+}
+
+/// From a pipe that this thread writes, and ends while it could go on.
+void JobsInThreadsTest::readsWhatComesByAndBy()
+{
+    const QByteArray line = "かな漢字 line\n";
+    Pipe pipe;
+    ThreadRunner runner;
+    TextStore store;
+    const auto input = std::make_shared<InputReading>(pipe.takeInput());
+    auto owned = std::make_unique<InputWork>(input, CharCode::Utf8, FileCodes(), LayoutCopy(store));
+    InputWork &work = *owned;
+    Job job(std::move(owned), runner);
+    connect(&job, &Job::partReady, this, [&] {
+        for (ReadWork::Part &part : work.take()) {
+            store.append(std::move(part.text));
+            work.setLayout(LayoutCopy(store));
+        }
+    });
+    QSignalSpy finished(&job, &Job::finished);
+    for (int lines = 1; lines <= 3; ++lines) {
+        pipe.put(line);
+        QTRY_COMPARE(store.text(), QString::fromUtf8(line.repeated(lines)));
+    }
+    input->end();
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(store.text(), QString::fromUtf8(line.repeated(3)));
 }
 
 void JobsInThreadsTest::readingIsStopped_data()

@@ -20,6 +20,7 @@ private slots:
 
     void keepsWhatComesUntilItsEnd();
     void waitsForMore();
+    void gathersWhatComesBitByBit();
     void endedKeepsWhatHasCome();
     void nothingComes();
     void longOnesTakeSteps();
@@ -27,6 +28,7 @@ private slots:
 
 private:
     using Step = InputReading::Step;
+    static constexpr InputReading::Pace hurried{ 0ms, 0ms };
     void put(const QByteArray &bytes)
     {
         QCOMPARE(::write(m_end, bytes.constData(), size_t(bytes.size())), bytes.size());
@@ -47,7 +49,7 @@ void InputReadingTest::init()
 {
     std::array<int, 2> ends{};
     QCOMPARE(::pipe2(ends.data(), O_CLOEXEC), 0);
-    m_reading = std::make_unique<InputReading>(std::make_shared<OpenFd>(ends[0]), 0ms);
+    m_reading = std::make_unique<InputReading>(std::make_shared<OpenFd>(ends[0]), hurried);
     m_end = ends[1];
 }
 
@@ -78,6 +80,20 @@ void InputReadingTest::waitsForMore()
     put("late");
     QCOMPARE(m_reading->step(), Step::More);
     QCOMPARE(m_reading->size(), 4);
+}
+
+/// Each write into such a pipe is a portion that is read by itself.
+void InputReadingTest::gathersWhatComesBitByBit()
+{
+    constexpr InputReading::Pace patient{ 0ms, 1h };
+    std::array<int, 2> ends{};
+    QCOMPARE(::pipe2(ends.data(), O_CLOEXEC | O_DIRECT), 0);
+    InputReading reading(std::make_shared<OpenFd>(ends[0]), patient);
+    for (const char *const portion : { "one\n", "two\n", "three" })
+        QVERIFY(::write(ends[1], portion, qstrlen(portion)) > 0);
+    ::close(ends[1]);
+    QCOMPARE(reading.step(), Step::Done);
+    QCOMPARE(kept(reading), QByteArray("one\ntwo\nthree"));
 }
 
 void InputReadingTest::endedKeepsWhatHasCome()
@@ -116,7 +132,7 @@ void InputReadingTest::longOnesTakeSteps()
 void InputReadingTest::brokenKeepsWhatHasCome()
 {
     const int number = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-    InputReading reading(std::make_shared<OpenFd>(number), 0ms);
+    InputReading reading(std::make_shared<OpenFd>(number), hurried);
     std::array<int, 2> ends{};
     QCOMPARE(::pipe2(ends.data(), O_CLOEXEC), 0);
     QCOMPARE(::dup3(ends[0], number, O_CLOEXEC), number);
@@ -124,7 +140,9 @@ void InputReadingTest::brokenKeepsWhatHasCome()
     QCOMPARE(reading.step(), Step::More);
     const int folder = ::open("/", O_RDONLY | O_CLOEXEC);
     QCOMPARE(::dup3(folder, number, O_CLOEXEC), number);
+    QVERIFY(!reading.isBroken());
     QCOMPARE(reading.step(), Step::Failed);
+    QVERIFY(reading.isBroken());
     QCOMPARE(kept(reading), QByteArray("one"));
     ::close(folder);
     ::close(ends[0]);
