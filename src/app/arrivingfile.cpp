@@ -1,5 +1,7 @@
 #include "app/arrivingfile.h"
 
+#include "app/windowjobs.h"
+#include "document/inputwork.h"
 #include "editor/ctlediter.h"
 #include "editor/noticequeue.h"
 #include "platform/turnlength.h"
@@ -14,40 +16,61 @@ using namespace std::chrono_literals;
 
 namespace {
 
+FileCodes codesOfSilent()
+{
+    return { appSettings().defaultCharCode(), appSettings().defaultReturnCode() };
+}
+
 FileReading::Request requestFor(const FileChoice &file, const ArrivingFile::As &as)
 {
-    return { file.fullName(), as.code, { appSettings().defaultCharCode(), appSettings().defaultReturnCode() },
-        as.utf16 };
+    return { file.fullName(), as.code, codesOfSilent(), as.utf16 };
 }
 
 } // namespace
 
 ArrivingFile::ArrivingFile(
-    ctlEditer &editor, const Source &source, Shown shown, NoticeQueue &notices, JobRunner &runner)
+    ctlEditer &editor, const Source &source, Shown shown, NoticeQueue &notices, const WindowJobs &jobs)
     : m_editor(editor)
     , m_document(editor.document())
     , m_source(source)
     , m_shown(shown)
     , m_codesBefore{ m_document.charCode(), m_document.returnCode() }
-    , m_runner(runner)
+    , m_jobs(jobs)
 {
-    m_sign.emplace(notices, &m_editor, WorkNotice::Work::Loading, [this] { stop(); });
+    m_sign.emplace(
+        notices, &m_editor, WorkNotice::Work::Loading, [this] { isOfInput() ? endInput() : stop(); });
     m_taking.callOnTimeout(this, &ArrivingFile::takeSome);
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
     m_document.setHeld(true);
-    begin({ source.file.charCode, source.utf16 });
+    if (isOfInput())
+        beginInput();
+    else
+        begin({ source.file.charCode, source.utf16 });
 }
 
 ArrivingFile::~ArrivingFile() = default;
 
 void ArrivingFile::begin(const As &as)
 {
-    m_isRead = false;
     beginText(m_codesBefore);
-    auto work = std::make_unique<ReadWork>(requestFor(m_source.file, as), LayoutCopy(text()));
+    beginReading(
+        std::make_unique<ReadWork>(requestFor(m_source.file, as), LayoutCopy(text())), *m_jobs.runner);
+}
+
+void ArrivingFile::beginInput()
+{
+    beginText(m_codesBefore);
+    beginReading(std::make_unique<InputWork>(
+                     m_source.input, m_source.file.charCode, codesOfSilent(), LayoutCopy(text())),
+        *m_jobs.inputRunner);
+}
+
+void ArrivingFile::beginReading(std::unique_ptr<ReadWork> work, JobRunner &runner)
+{
+    m_isRead = false;
     m_work = work.get();
     m_layoutGiven = text().layout().stamp();
-    m_job.emplace(std::move(work), m_runner);
+    m_job.emplace(std::move(work), runner);
     connect(&*m_job, &Job::progressed, this, &ArrivingFile::note);
     connect(&*m_job, &Job::partReady, this, &ArrivingFile::collect);
     connect(&*m_job, &Job::finished, this, &ArrivingFile::endReading);
@@ -178,9 +201,40 @@ void ArrivingFile::showWhole()
         m_document.beginArrival(folder(), name(), result.codes, std::move(m_aside));
     }
     m_document.endArrival(result);
+    detach();
+    end(End::Whole);
+}
+
+void ArrivingFile::detach()
+{
     if (m_source.nameApart)
         m_document.detachFromFile(*m_source.nameApart);
-    end(End::Whole);
+}
+
+/// As it was read so far.
+void ArrivingFile::keepWhatCame()
+{
+    for (ReadWork::Part &part : m_work->take())
+        m_waiting.push_back(std::move(part));
+    for (ReadWork::Part &part : m_waiting)
+        takePart(std::move(part));
+    ReadResult known;
+    known.codes = { m_document.charCode(), m_document.returnCode() };
+    known.codec = &m_document.byteCodec();
+    m_document.endArrival(known);
+    if (text().length() > 0)
+        detach();
+}
+
+void ArrivingFile::endInput()
+{
+    m_source.input->end();
+}
+
+void ArrivingFile::settle()
+{
+    keepWhatCame();
+    forgetWork();
 }
 
 void ArrivingFile::stop()
@@ -197,6 +251,17 @@ ReadFailure ArrivingFile::failure() const
 /// Whoever is told may destroy this.
 void ArrivingFile::end(End how)
 {
+    if (how == End::Failed && isOfInput())
+        keepWhatCame();
+    forgetWork();
+    m_document.setHeld(false);
+    if (how == End::Failed && !isOfInput())
+        m_document.failArrival(folder(), name(), m_codesBefore);
+    emit ended(how);
+}
+
+void ArrivingFile::forgetWork()
+{
     m_job->disconnect(this);
     m_document.disconnect(this);
     m_taking.stop();
@@ -204,8 +269,4 @@ void ArrivingFile::end(End how)
     m_aside = TextStore();
     m_layoutChange.reset();
     m_sign.reset();
-    m_document.setHeld(false);
-    if (how == End::Failed)
-        m_document.failArrival(folder(), name(), m_codesBefore);
-    emit ended(how);
 }

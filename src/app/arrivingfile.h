@@ -12,16 +12,18 @@
 #include <functional>
 #include <optional>
 
+class InputReading;
 class JobRunner;
 class NoticeQueue;
 class TextDocument;
 class ctlEditer;
+struct WindowJobs;
 
-/// One file on its way into a document, read behind the window.
+/// One file, or what comes from a pipe, on its way into a document, read behind the window.
 ///
 /// Where the document has no text, what has come is shown, part by part. Where it has, it keeps that until
 /// the other one is whole. The strip tells how far it is. The document is held until then; whoever stops it
-/// says what becomes of the document.
+/// says what becomes of the document. Of a pipe, which may never end, "Stop" takes what has come for all.
 class ArrivingFile : public QObject {
     Q_OBJECT
 public:
@@ -40,16 +42,24 @@ public:
         std::optional<QString> nameApart = {};
         /// Asked once, when all is read: as what it is read once more then; nothing: it was right.
         std::function<std::optional<As>(const ReadFindings &found)> again = {};
+        /// What writes the file.
+        std::shared_ptr<InputReading> input = {};
     };
     /// Begins at once. Nothing is owned; the document may be closed before this goes.
     ArrivingFile(
-        ctlEditer &editor, const Source &source, Shown shown, NoticeQueue &notices, JobRunner &runner);
+        ctlEditer &editor, const Source &source, Shown shown, NoticeQueue &notices, const WindowJobs &jobs);
     /// What has not come by then never does.
     ~ArrivingFile() override;
 
     bool isShownInParts() const { return m_shown == Shown::PartByPart; }
-    /// ended() comes at once.
+    bool isOfInput() const { return m_source.input != nullptr; }
+    /// ended() comes at once. Not of what comes from a pipe.
     void stop();
+    /// What has come from a pipe by now is all: ended() comes when it is the text.
+    void endInput();
+    /// What is shown of it is all of the text from now on, for an end that waits for nothing. ended() never
+    /// comes.
+    void settle();
     /// Where it has failed.
     ReadFailure failure() const;
 
@@ -59,11 +69,14 @@ signals:
     /// The whole text is about to take the place of the document's, which is still there.
     void aboutToReplace();
     /// The last signal. The document is held no more, and has all of the text; or it is as after a load that
-    /// failed; or it was stopped, and may have a part of the text that is to be taken away.
+    /// failed; or it was stopped, and may have a part of the text that is to be taken away. What came from a
+    /// pipe is kept also where more of it could not be read.
     void ended(ArrivingFile::End end);
 
 private:
     void begin(const As &as);
+    void beginInput();
+    void beginReading(std::unique_ptr<ReadWork> work, JobRunner &runner);
     QString folder() const;
     QString name() const;
     void collect();
@@ -77,6 +90,9 @@ private:
     void note(const JobProgress &progress);
     void endReading(JobOutcome outcome);
     void showWhole();
+    void detach();
+    void keepWhatCame();
+    void forgetWork();
     void end(End how);
 
     ctlEditer &m_editor;
@@ -84,7 +100,7 @@ private:
     Source m_source;
     const Shown m_shown;
     const FileCodes m_codesBefore;
-    JobRunner &m_runner;
+    const WindowJobs &m_jobs;
     std::optional<WorkSign> m_sign; ///< until the end
     std::deque<ReadWork::Part> m_waiting; ///< parts to be taken into the text
     QTimer m_taking;

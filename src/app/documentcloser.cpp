@@ -34,10 +34,10 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
 {
     if (m_saver.isSaving(editor))
         return m_saver.whenSaved(editor, then);
-    if (m_edits.isUnderWay(editor)) {
-        return m_edits.whenEnded(editor, [this, editor, then](bool isMade) {
+    if (isTextComing(editor)) {
+        return whenTextIsThere(editor, [this, editor, then](bool isThere) {
             // Whoever was told before may have closed it.
-            if (!isMade || !m_documents.editors().contains(editor))
+            if (!isThere || !m_documents.editors().contains(editor))
                 return then(false);
             m_documents.setCurrent(editor);
             saveIfWanted(editor, then);
@@ -57,16 +57,29 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
     Q_UNREACHABLE();
 }
 
-bool DocumentCloser::isEditUnderWay() const
+bool DocumentCloser::isTextComing() const
 {
     return std::ranges::any_of(
-        m_documents.editors(), [this](const ctlEditer *editor) { return m_edits.isUnderWay(editor); });
+        m_documents.editors(), [this](const ctlEditer *editor) { return isTextComing(editor); });
+}
+
+bool DocumentCloser::isTextComing(const ctlEditer *editor) const
+{
+    return m_edits.isUnderWay(editor) || m_loader.isInputComing(editor);
+}
+
+void DocumentCloser::whenTextIsThere(ctlEditer *editor, const std::function<void(bool isThere)> &then)
+{
+    if (m_edits.isUnderWay(editor))
+        m_edits.whenEnded(editor, then);
+    else
+        m_loader.endInput(editor, then);
 }
 
 void DocumentCloser::waitForWork()
 {
     for (ctlEditer *const editor : m_documents.editors())
-        waitForEdit(editor);
+        waitForText(editor);
     m_saver.waitForAll();
 }
 
@@ -136,11 +149,12 @@ bool DocumentCloser::closeAll(EditsAtClosing edits)
 bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
 {
     m_loader.stopReplacing(editor);
-    if (m_edits.isUnderWay(editor))
+    if (isTextComing(editor))
         m_documents.setCurrent(editor);
-    if (!waitForEdit(editor) || !m_documents.editors().contains(editor))
+    if (!waitForText(editor) || !m_documents.editors().contains(editor))
         return false;
-    if (edits == EditsAtClosing::Save && !m_saver.isSaving(editor) && !m_saver.save(editor))
+    if (edits == EditsAtClosing::Save && editor->edited() && !m_saver.isSaving(editor)
+        && !m_saver.save(editor))
         return false;
     if (!m_documents.editors().contains(editor))
         return false;
@@ -150,15 +164,15 @@ bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
 }
 
 /// False where it is not made: its user has stopped it, and looks at the document.
-bool DocumentCloser::waitForEdit(ctlEditer *editor)
+bool DocumentCloser::waitForText(ctlEditer *editor)
 {
-    return !m_edits.isUnderWay(editor)
-        || DocumentSaver::wait([this, editor](const auto &then) { m_edits.whenEnded(editor, then); });
+    return !isTextComing(editor)
+        || DocumentSaver::wait([this, editor](const auto &then) { whenTextIsThere(editor, then); });
 }
 
 bool DocumentCloser::mayGo(const ctlEditer &editor) const
 {
-    return !editor.edited() && !m_saver.isSaving(&editor) && !m_edits.isUnderWay(&editor);
+    return !editor.edited() && !m_saver.isSaving(&editor) && !isTextComing(&editor);
 }
 
 /// Each document that is current for a moment would have every widget of all others told that painting waits.

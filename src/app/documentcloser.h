@@ -24,11 +24,12 @@ public:
         EditRuns &edits, RecentPlaces &places);
 
     /// Asks about an edited document and saves it on "Yes". Waits for a long edit before and for a save that
-    /// is under way; the window goes on meanwhile. False when it is not to be closed, or is closed by then.
+    /// is under way; the window goes on meanwhile. Of standard input what has come by now is all. False when
+    /// it is not to be closed, or is closed by then.
     bool saveIfWanted(ctlEditer *editor);
-    /// A long edit of one of them.
-    bool isEditUnderWay() const;
-    /// Until no long edit and no save is under way, the same way.
+    /// A long edit of one of them, or text from standard input.
+    bool isTextComing() const;
+    /// Until no text is coming and no save is under way, the same way.
     void waitForWork();
     /// Closes the current document, unless the user wants to keep it; behind a save or a long edit, when that
     /// is over.
@@ -49,7 +50,9 @@ private:
     Answer askToSave(const ctlEditer &editor);
     void saveIfWanted(ctlEditer *editor, const std::function<void(bool mayClose)> &then);
     bool mayCloseLast(ctlEditer *editor, EditsAtClosing edits);
-    bool waitForEdit(ctlEditer *editor);
+    bool isTextComing(const ctlEditer *editor) const;
+    void whenTextIsThere(ctlEditer *editor, const std::function<void(bool isThere)> &then);
+    bool waitForText(ctlEditer *editor);
     bool mayGo(const ctlEditer &editor) const;
     bool mayCloseShown(ctlEditer *editor);
     void closeUneditedFromTheLast();

@@ -1,10 +1,10 @@
 #include "app/documentloader.h"
 
-#include "app/arrivinginput.h"
 #include "app/documentarea.h"
 #include "app/documentfile.h"
 #include "app/recentplaces.h"
 #include "app/windowjobs.h"
+#include "document/inputwork.h"
 #include "document/utf16text.h"
 #include "editor/readfailurebox.h"
 #include "files/filename.h"
@@ -108,8 +108,10 @@ DocumentLoader::DocumentLoader(QWidget &window, const WindowDialogs &dialogs, Do
 {
     connect(&documents, &DocumentArea::closed, this, [this](ctlEditer *editor) {
         m_arriving.erase(editor);
-        m_inputs.erase(editor);
+        tellInputEnded(editor, false);
     });
+    if (auto *application = qobject_cast<QPEApplication *>(qApp))
+        connect(application, &QPEApplication::endingAtOnce, this, &DocumentLoader::settleInputs);
 }
 
 DocumentLoader::~DocumentLoader() = default;
@@ -192,16 +194,21 @@ ctlEditer *DocumentLoader::openChosen(const QString &path, std::optional<CharCod
     return m_documents.current();
 }
 
-void DocumentLoader::fillFreshBehind(ctlEditer *editor, const FileChoice &file)
+/// Makes it the document without text again that it is now.
+std::function<void()> DocumentLoader::freshAgain(ctlEditer *editor)
 {
     const TextDocument &document = editor->document();
-    const auto makeFresh = [this, editor, name = document.name(), codec = &document.byteCodec(),
-                               codes = FileCodes{ document.charCode(), document.returnCode() }] {
+    return [this, editor, name = document.name(), codec = &document.byteCodec(),
+               codes = FileCodes{ document.charCode(), document.returnCode() }] {
         editor->document().startNew(name, codes, *codec);
         m_documents.refresh(editor);
     };
+}
+
+void DocumentLoader::fillFreshBehind(ctlEditer *editor, const FileChoice &file)
+{
     KeyPause::begin();
-    fillBehind(editor, file, makeFresh);
+    fillBehind(editor, file, freshAgain(editor));
 }
 
 void DocumentLoader::askAndOpen()
@@ -314,26 +321,21 @@ void DocumentLoader::openUnsaved(
         if (document && opened)
             opened(isOpen);
     };
-    readUnsaved(editor, file, name, OpenedIn::View, end);
+    readUnsaved(editor, file, name, end);
 }
 
-/// The document is held no more where it was.
 void DocumentLoader::readUnsaved(
-    ctlEditer *editor, const FileChoice &file, const QString &name, OpenedIn where, const Opened &ended)
+    ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended)
 {
-    if (where == OpenedIn::View)
-        KeyPause::begin();
-    else
-        pauseKeysOf(editor, m_documents);
+    KeyPause::begin();
     if (isLarge(file)) {
         loadUnsavedBehind(editor, file, name, ended);
-        show(editor, where);
+        m_documents.present(editor);
         return;
     }
-    editor->document().setHeld(false);
     const bool isLoaded = loadUnsaved(editor, file, name);
     if (isLoaded)
-        show(editor, where);
+        m_documents.present(editor);
     ended(isLoaded);
 }
 
@@ -342,34 +344,52 @@ void DocumentLoader::openInput(const SharedFd &input, std::optional<CharCode> ch
     m_documents.commitComposition();
     KeyPause::begin();
     ctlEditer *const editor = m_documents.add();
-    auto &arriving = m_inputs[editor];
-    arriving = std::make_unique<ArrivingInput>(*editor, input, m_documents.notices(), *m_jobs.inputRunner);
-    connect(arriving.get(), &ArrivingInput::ended, this,
-        [this, editor, charCode](const SharedFd &kept, qint64 size, bool isWhole) {
-            const QPointer<ctlEditer> document = editor;
-            endInput(editor, charCode, kept, size);
-            if (!isWhole && document)
-                tellFailure(document, ReadFailure::BrokenOff);
-        });
+    const auto reading = std::make_shared<InputReading>(input);
+    const auto ended = [this, editor, reading, makeFresh = freshAgain(editor)](ArrivingFile::End end) {
+        m_documents.notices().withdrawAllAbout(editor); // they are about the file
+        if (std::as_const(*editor).document().store().length() == 0)
+            makeFresh();
+        m_documents.refresh(editor);
+        if (end == ArrivingFile::End::Whole && reading->isBroken())
+            tellFailure(editor, ReadFailure::BrokenOff);
+    };
+    const ArrivingFile &arriving =
+        begin(editor, { fileOf(InputWork::fileOf(*reading), charCode), {}, QString(), asItFits, reading },
+            ArrivingFile::Shown::PartByPart, ended);
+    connect(&editor->document(), &TextDocument::codesChanged, &arriving,
+        [=, this] { m_documents.refresh(editor); });
+    m_documents.refresh(editor);
     m_documents.present(editor);
 }
 
-/// Input of which there is nothing is no text of the user's. The file is there until it is read.
-void DocumentLoader::endInput(
-    ctlEditer *editor, std::optional<CharCode> charCode, const SharedFd &kept, qint64 size)
+bool DocumentLoader::isInputComing(const ctlEditer *editor) const
 {
-    m_inputs.extract(editor).mapped().release()->deleteLater();
-    emit m_documents.workEnded();
-    if (size == 0) {
-        editor->document().setHeld(false);
+    const auto arriving = m_arriving.find(editor);
+    return arriving != m_arriving.end() && arriving->second->isOfInput();
+}
+
+void DocumentLoader::endInput(const ctlEditer *editor, const std::function<void(bool isThere)> &then)
+{
+    m_inputEnds[editor].push_back(then);
+    m_arriving.at(editor)->endInput();
+}
+
+void DocumentLoader::tellInputEnded(const ctlEditer *editor, bool isThere)
+{
+    const auto waiting = m_inputEnds.extract(editor);
+    if (!waiting)
         return;
+    for (const auto &then : waiting.mapped())
+        then(isThere);
+}
+
+/// Before what is not saved is kept for the next start.
+void DocumentLoader::settleInputs()
+{
+    for (const auto &[editor, arriving] : m_arriving) {
+        if (arriving->isOfInput())
+            arriving->settle();
     }
-    const FileChoice file = fileOf(u"/proc/self/fd/%1"_s.arg(kept->number()), charCode);
-    readUnsaved(
-        editor, file, {}, OpenedIn::Background, [this, kept, document = QPointer(editor)](bool isOpen) {
-            if (document)
-                endUnsaved(document, isOpen);
-        });
 }
 
 /// False: the document was shown, and has gone.
@@ -524,10 +544,11 @@ ArrivingFile &DocumentLoader::begin(
     ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown, const Ended &ended)
 {
     auto &arriving = m_arriving[editor];
-    arriving = std::make_unique<ArrivingFile>(*editor, source, shown, m_documents.notices(), *m_jobs.runner);
+    arriving = std::make_unique<ArrivingFile>(*editor, source, shown, m_documents.notices(), m_jobs);
     connect(arriving.get(), &ArrivingFile::ended, this, [this, editor, ended](ArrivingFile::End end) {
         noteEnd(editor, end);
         ended(end);
+        tellInputEnded(editor, true);
     });
     return *arriving;
 }

@@ -8,8 +8,8 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
-class ArrivingInput;
 class DocumentArea;
 class RecentPlaces;
 struct WindowJobs;
@@ -67,9 +67,14 @@ public:
     /// may be at once; not at all where the document was closed before.
     void openUnsaved(const QString &path, const QString &name, std::optional<CharCode> charCode,
         const Opened &opened = {});
-    /// The same with what comes from a pipe or the like, by and by: the document is there at once. What has
-    /// come when it ends, is stopped or cannot be read further is the text; of nothing it is a new document.
+    /// The same with what comes from a pipe or the like, shown as it comes: the document is there at once.
+    /// What has come when it ends, is stopped or cannot be read further is the text; of nothing it is a new
+    /// document. So it is with what has come when the program ends at once.
     void openInput(const SharedFd &input, std::optional<CharCode> charCode);
+    bool isInputComing(const ctlEditer *editor) const;
+    /// What has come by now is all. `then` is called when it is the text of a document that is to be saved
+    /// like any other; with false where that was closed before.
+    void endInput(const ctlEditer *editor, const std::function<void(bool isThere)> &then);
     /// The same as openUnsaved() with a document's file, read as the document was.
     void openFromDisk(const ctlEditer &editor, const QString &name, const Opened &opened = {});
     /// Reads a document's file again, as other programs have made it; asks before edits are thrown away.
@@ -100,13 +105,14 @@ private:
     bool isLarge(const FileChoice &file) const;
     void openBehind(ctlEditer *editor, const FileChoice &file);
     void show(ctlEditer *editor, OpenedIn where);
+    std::function<void()> freshAgain(ctlEditer *editor);
     void fillFreshBehind(ctlEditer *editor, const FileChoice &file);
     void fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped);
     void replaceBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Then &loaded);
-    void endInput(ctlEditer *editor, std::optional<CharCode> charCode, const SharedFd &kept, qint64 size);
+    void settleInputs();
+    void tellInputEnded(const ctlEditer *editor, bool isThere);
     bool endUnsaved(ctlEditer *editor, bool isOpen);
-    void readUnsaved(
-        ctlEditer *editor, const FileChoice &file, const QString &name, OpenedIn where, const Opened &ended);
+    void readUnsaved(ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended);
     bool loadUnsaved(ctlEditer *editor, const FileChoice &file, const QString &name);
     void loadUnsavedBehind(
         ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended);
@@ -129,5 +135,5 @@ private:
     const WindowJobs &m_jobs;
     const ctlEditer *m_loading = nullptr;
     std::map<const ctlEditer *, std::unique_ptr<ArrivingFile>> m_arriving;
-    std::map<const ctlEditer *, std::unique_ptr<ArrivingInput>> m_inputs;
+    std::map<const ctlEditer *, std::vector<std::function<void(bool isThere)>>> m_inputEnds;
 };

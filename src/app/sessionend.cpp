@@ -37,7 +37,7 @@ bool SessionEnd::prepare(bool mayAsk)
     // What is busy may be beneath this, and no save or edit ends before it does.
     if (!QPEApplication::isBusy())
         m_closer.waitForWork();
-    else if (m_closer.isEditUnderWay())
+    else if (m_closer.isTextComing())
         return false;
     const bool isReady =
         !hasEdits() || (mayAsk ? askAll() : m_journals.flush(RecoveryJournals::longestFlush));
@@ -68,7 +68,7 @@ bool SessionEnd::askAll()
 bool SessionEnd::hasEdits() const
 {
     const QList<ctlEditer *> editors = m_documents.editors();
-    return m_closer.isEditUnderWay()
+    return m_closer.isTextComing()
         || std::any_of(
             editors.begin(), editors.end(), [](const ctlEditer *editor) { return editor->edited(); });
 }

@@ -17,9 +17,9 @@ public:
 
     /// Asks about edited documents, from the last tab backwards; where nothing may be asked their text is
     /// kept for the next start. False when the session is not to end: that was cancelled, a save failed, a
-    /// dialog waits for its answer, or a long edit for a dialog, or the text cannot be kept. All documents
-    /// stay open, since the session may go on all the same; those whose edits nobody wanted are closed
-    /// without asking when it really ends.
+    /// dialog waits for its answer, or text that is coming for a dialog, or the text cannot be kept. All
+    /// documents stay open, since the session may go on all the same; those whose edits nobody wanted are
+    /// closed without asking when it really ends.
     bool prepare(bool mayAsk);
 
 signals:

@@ -1,15 +1,16 @@
 #include "app/documentarea.h"
 #include "editor/noticequeue.h"
 #include "files/endorder.h"
+#include "search/frmsearchdialog.h"
 #include "tests/app/stayingapplication.h"
 #include "tests/app/stripinwindow.h"
+#include "tests/app/unsavedtexts.h"
+#include "tests/files/pipe.h"
 #include "tests/jobs/steppedrunner.h"
 
-#include <array>
-#include <utility>
-
-#include <fcntl.h>
-#include <poll.h>
+#include <QClipboard>
+#include <QPointer>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -17,41 +18,8 @@ namespace {
 
 constexpr qint64 fewestOfInput = 100'000; ///< of what is read in several steps, when all has come
 
-/// What another program writes.
-class Pipe {
-public:
-    Pipe()
-    {
-        std::array<int, 2> ends{};
-        if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-            qFatal("no pipe");
-        m_input = std::make_shared<OpenFd>(ends[0]);
-        m_end = ends[1];
-    }
-    ~Pipe() { close(); }
-    Q_DISABLE_COPY_MOVE(Pipe)
-
-    /// For the program, once.
-    SharedFd takeInput() { return std::exchange(m_input, {}); }
-    void put(const QByteArray &bytes) const
-    {
-        QCOMPARE(::write(m_end, bytes.constData(), size_t(bytes.size())), bytes.size());
-    }
-    void close()
-    {
-        if (m_end != -1)
-            ::close(std::exchange(m_end, -1));
-    }
-    bool isReadByAnybody() const
-    {
-        pollfd end{ m_end, POLLOUT, 0 };
-        return ::poll(&end, 1, 0) >= 0 && !(end.revents & POLLERR);
-    }
-
-private:
-    SharedFd m_input;
-    int m_end = -1;
-};
+/// How a document may go.
+enum class Way { ClosedTab, Quit, Logout };
 
 } // namespace
 
@@ -72,9 +40,18 @@ private slots:
     void keysAreRefusedWithAWord();
     void otherDocumentsStayInView();
     void placeIsGoneTo();
-    void closedTabReadsNoMore();
-    void quitReadsNoMore();
-    void signalReadsNoMore();
+    void isShownAsItComes();
+    void isSearchedAndCopiedMeanwhile();
+    void whatHasComeIsAskedAbout_data() { addWays(); }
+    void whatHasComeIsAskedAbout();
+    void whatHasComeIsSavedIfWanted_data() { addWays(); }
+    void whatHasComeIsSavedIfWanted();
+    void whatHasComeStaysWhereItIsNotToGo_data() { addWays(); }
+    void whatHasComeStaysWhereItIsNotToGo();
+    void nothingIsNotAskedAbout_data() { addWays(); }
+    void nothingIsNotAskedAbout();
+    void signalKeepsWhatHasCome();
+    void signalKeepsNothingOfNothing();
     void readErrorKeepsWhatHasCome();
 
 private:
@@ -98,6 +75,17 @@ private:
             m_inputs->step();
         }
     }
+    void putAndShow(const QByteArray &bytes, const QString &text)
+    {
+        constexpr int mostSteps = 10;
+        m_pipe->put(bytes);
+        for (int i = 0; i < mostSteps && input().text() != text; ++i)
+            m_inputs->step();
+        QCOMPARE(input().text(), text);
+        QVERIFY(input().document().isHeld());
+    }
+    static void addWays();
+    bool go(Way way);
     void makeAllSteps()
     {
         m_inputs->runAll();
@@ -116,6 +104,7 @@ private:
 void ArrivingInputTest::init()
 {
     resetSettings();
+    UnsavedTexts::removeAll();
     m_pipe = std::make_unique<Pipe>();
     m_steps = new SteppedRunner;
     m_inputs = new SteppedRunner;
@@ -207,6 +196,40 @@ void ArrivingInputTest::nothingIsANewDocument()
     QCOMPARE(input().text(), u"x"_s);
 }
 
+/// Also what has no end yet.
+void ArrivingInputTest::isShownAsItComes()
+{
+    open();
+    putAndShow("one\n", u"one\n"_s);
+    putAndShow("tw", u"one\ntw"_s);
+    putAndShow("o\n\xe3\x81\x82\n", u"one\ntwo\nあ\n"_s);
+    QCOMPARE(input().numLines(), 4);
+    input().setCursorPlace({ input().store().end() });
+    putAndShow("four", u"one\ntwo\nあ\nfour"_s);
+    QCOMPARE(input().cursorOffset(), Offset(10));
+    m_pipe->close();
+    makeAllSteps();
+    QCOMPARE(input().text(), u"one\ntwo\nあ\nfour"_s);
+    QCOMPARE(input().cursorOffset(), Offset(10));
+}
+
+void ArrivingInputTest::isSearchedAndCopiedMeanwhile()
+{
+    open();
+    putAndShow("one\ntwo\n", u"one\ntwo\n"_s);
+    input().select({ Offset(4) }, { Offset(7) });
+    m_window->slotCmdEditCopy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"two"_s);
+    input().setCursorPlace({});
+    m_window->slotCmdViewSearch();
+    auto *const panel = m_window->findChild<frmSearchDialog *>();
+    panel->findText = u"two"_s;
+    panel->hide();
+    m_window->slotEtcSearchNext();
+    QCOMPARE(input().markedText(), u"two"_s);
+    QVERIFY(input().document().isHeld());
+}
+
 void ArrivingInputTest::keysAreRefusedWithAWord()
 {
     open();
@@ -245,33 +268,103 @@ void ArrivingInputTest::placeIsGoneTo()
     QCOMPARE(input().cursorPosition(), (RowCol{ RowIndex(19'999), 2 }));
 }
 
-void ArrivingInputTest::closedTabReadsNoMore()
+void ArrivingInputTest::addWays()
 {
-    open();
-    put("one\n");
-    m_window->slotCmdFileCloseTab();
-    makeAllSteps();
-    QCOMPARE(m_window->tabTexts(), QStringList{ u"(new document)"_s });
-    QVERIFY(!m_pipe->isReadByAnybody());
+    QTest::addColumn<Way>("way");
+    QTest::newRow("closed tab") << Way::ClosedTab;
+    QTest::newRow("quit") << Way::Quit;
+    QTest::newRow("logout") << Way::Logout;
 }
 
-void ArrivingInputTest::quitReadsNoMore()
+/// The steps that the window waits for are made meanwhile.
+bool ArrivingInputTest::go(Way way)
 {
-    open();
-    put("one\n");
-    QVERIFY(m_window->close());
-    makeAllSteps();
-    QVERIFY(!m_pipe->isReadByAnybody());
+    QTimer stepping;
+    stepping.callOnTimeout(this, [this] { m_inputs->step() || m_steps->step(); });
+    stepping.start(0);
+    const QPointer<ctlEditer> editor = &input();
+    switch (way) {
+    case Way::ClosedTab:
+        m_window->slotCmdFileCloseTab();
+        while (!m_inputs->isIdle())
+            QCoreApplication::processEvents();
+        settle();
+        return !editor;
+    case Way::Quit:
+        return m_window->close();
+    case Way::Logout:
+        return m_window->endSession(true);
+    }
+    Q_UNREACHABLE();
 }
 
-void ArrivingInputTest::signalReadsNoMore()
+void ArrivingInputTest::whatHasComeIsAskedAbout()
 {
+    QFETCH(Way, way);
     open();
     put("one\n");
+    const MessageBoxes boxes({ u"No"_s });
+    QVERIFY(go(way));
+    QCOMPARE(boxes.titles(), QStringList{ u"Confirm File Save"_s });
+    QTRY_VERIFY(!m_pipe->isReadByAnybody());
+}
+
+void ArrivingInputTest::whatHasComeIsSavedIfWanted()
+{
+    QFETCH(Way, way);
+    open();
+    put("one\n");
+    const TestFiles files;
+    m_window->choices << FileChoice{ files.folder(), u"b.txt"_s };
+    const MessageBoxes boxes({ u"Yes"_s });
+    QVERIFY(go(way));
+    QCOMPARE(files.read(u"b.txt"_s), "one\n");
+}
+
+/// It is a document like any other then, of which no more comes.
+void ArrivingInputTest::whatHasComeStaysWhereItIsNotToGo()
+{
+    QFETCH(Way, way);
+    open();
+    put("one\n");
+    const MessageBoxes boxes({ u"Cancel"_s });
+    QVERIFY(!go(way));
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(input().text(), u"one\n"_s);
+    QVERIFY(input().edited() && !input().document().isHeld());
+    QVERIFY(!StripInWindow(*m_window).isShown());
+    QTRY_VERIFY(!m_pipe->isReadByAnybody());
+}
+
+void ArrivingInputTest::nothingIsNotAskedAbout()
+{
+    QFETCH(Way, way);
+    open();
+    const MessageBoxes boxes;
+    QVERIFY(go(way));
+    QCOMPARE(boxes.count(), 0);
+    QTRY_VERIFY(!m_pipe->isReadByAnybody());
+}
+
+/// Part of a line too.
+void ArrivingInputTest::signalKeepsWhatHasCome()
+{
+    open();
+    putAndShow("one\ntw", u"one\ntw"_s);
     EndOrder::give();
     theApplication().endAtOnce();
     m_window.reset();
     QVERIFY(!m_pipe->isReadByAnybody());
+    QCOMPARE(UnsavedTexts::leftBehind(), QStringList{ u"one\ntw"_s });
+}
+
+void ArrivingInputTest::signalKeepsNothingOfNothing()
+{
+    open();
+    EndOrder::give();
+    theApplication().endAtOnce();
+    m_window.reset();
+    QCOMPARE(UnsavedTexts::leftBehind(), QStringList());
 }
 
 /// A folder is read in the place of the pipe.
@@ -281,9 +374,7 @@ void ArrivingInputTest::readErrorKeepsWhatHasCome()
     theApplication().request({ {}, FileRequest::From::Shell, {}, {}, false, broken });
     QTRY_COMPARE(m_window->tabBar()->count(), 2);
     put("one\n");
-    const int folder = ::open("/", O_RDONLY | O_CLOEXEC);
-    QCOMPARE(::dup3(folder, broken->number(), O_CLOEXEC), broken->number());
-    ::close(folder);
+    breakInput(*broken);
     const MessageBoxes boxes;
     makeAllSteps();
     QCOMPARE(boxes.titles(), QStringList{ u"File Load Error!"_s });
