@@ -467,6 +467,10 @@
         <translation>Arrêter</translation>
     </message>
     <message>
+        <source>Stopping</source>
+        <translation>Arrêt en cours</translation>
+    </message>
+    <message>
         <source>Loading has ended</source>
         <translation>Chargement terminé</translation>
     </message>

@@ -466,6 +466,10 @@
         <translation>中止</translation>
     </message>
     <message>
+        <source>Stopping</source>
+        <translation>中止しています</translation>
+    </message>
+    <message>
         <source>Loading has ended</source>
         <translation>読み込みが終わりました</translation>
     </message>

@@ -90,11 +90,20 @@ void WorkNotice::show()
         return textOf(work, step, percent ? std::optional(*percent / quarter * quarter) : std::nullopt);
     };
     Notice notice{ textsOf(m_work).kind, m_document, text, {} };
-    notice.offers.push_back({ [] { return tr("Stop"); }, m_stop });
+    notice.offers.push_back({ [] { return tr("Stop"); }, [this] { stop(); } });
     notice.isDismissable = false;
     notice.spoken = spoken;
-    notice.escaped = m_stop;
+    notice.escaped = [this] { stop(); };
     m_notices.put(std::move(notice));
+}
+
+/// What is in the middle of a step, or waits for a disk, is stopped behind that.
+void WorkNotice::stop()
+{
+    m_step = Step::Stopping;
+    show();
+    const auto stop = m_stop;
+    stop();
 }
 
 QString WorkNotice::textOf(Work work, Step step, std::optional<int> percent)
@@ -102,6 +111,8 @@ QString WorkNotice::textOf(Work work, Step step, std::optional<int> percent)
     const WorkTexts &texts = textsOf(work);
     if (step == Step::Ended)
         return tr(texts.ended);
+    if (step == Step::Stopping)
+        return tr("Stopping") + u"…"_s;
     const QString text = tr(step == Step::Refused ? texts.refused : texts.begun);
     return percent ? tr("%1: %2%").arg(text).arg(*percent) : text + u"…"_s;
 }

@@ -27,9 +27,10 @@ public:
     void refuse();
 
 private:
-    enum class Step { Begun, Refused, Ended };
+    enum class Step { Begun, Refused, Stopping, Ended };
 
     void show();
+    void stop();
     static QString textOf(Work work, Step step, std::optional<int> percent);
 
     NoticeQueue &m_notices;

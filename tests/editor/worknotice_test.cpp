@@ -45,6 +45,7 @@ private slots:
     void saysWhatHasToWait();
     void buttonStops();
     void escapeStops();
+    void saysThatItIsBeingStopped();
     void tellsQuartersAlone();
 
 private:
@@ -142,6 +143,22 @@ void WorkNoticeTest::buttonStops()
     QVERIFY(stop != buttons.end());
     QTest::mouseClick(*stop, Qt::LeftButton);
     QCOMPARE(m_stops, 1);
+    QVERIFY(m_strip->isHidden());
+}
+
+/// As long as that takes, and no more how far it was.
+void WorkNoticeTest::saysThatItIsBeingStopped()
+{
+    m_notice =
+        std::make_unique<WorkNotice>(*m_queue, &m_document, WorkNotice::Work::Saving, [this] { ++m_stops; });
+    m_notice->setProgress(43);
+    m_strip->takeKeys();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QCOMPARE(m_stops, 1);
+    QCOMPARE(text(), u"Stopping…"_s);
+    m_notice->setProgress(44);
+    QCOMPARE(text(), u"Stopping…"_s);
+    m_notice.reset();
     QVERIFY(m_strip->isHidden());
 }
 
