@@ -1,17 +1,13 @@
 #include "app/textfreeing.h"
 
-#include "platform/freememory.h"
+#include "platform/freeturn.h"
 #include "platform/turnlength.h"
 
-#include <chrono>
-
-using namespace std::chrono_literals;
-
-TextFreeing::TextFreeing()
+TextFreeing::TextFreeing(const std::function<void()> &giveBack)
 {
     m_turns.callOnTimeout([this] { goOn(); });
     m_givingBack.setSingleShot(true);
-    m_givingBack.callOnTimeout(giveBackFreeMemory);
+    m_givingBack.callOnTimeout([turn = new FreeTurn(giveBack, this)] { turn->await(); });
 }
 
 /// One turn.
