@@ -3,6 +3,7 @@
 //
 //     cmake --preset bench && cmake --build --preset bench --target stalls_bench
 //     QT_QPA_PLATFORM=offscreen FILE=/var/tmp/marlopad-data/log-1g.txt build/bench/stalls_bench
+//     … ONLY="replace" …                       what the name of a part begins with
 
 #include "app/frmmain.h"
 #include "app/replacerun.h"
@@ -10,6 +11,7 @@
 #include "bench/app/ownfolders.h"
 #include "bench/app/turns.h"
 #include "editor/ctlediter.h"
+#include "platform/qpeapplication.h"
 #include "platform/toolkitstart.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
@@ -18,6 +20,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDropEvent>
+#include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -27,17 +30,22 @@
 
 #include <cstdio>
 #include <functional>
+#include <utility>
 
 namespace {
 
 constexpr qint64 millionLines = 1000000;
+constexpr int manyFiles = 200;
+
+/// Of the text, which it is put to.
+const QString endWord = QStringLiteral("nightingale");
 
 class Window : public frmMain {
 public:
     explicit Window(const QString &file)
     {
         resize(1280, 800);
-        show();
+        static_cast<QPEApplication *>(qApp)->showMainWidget(this, true);
         openDocument(file, 0);
         while (editor().document().isHeld())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -66,7 +74,8 @@ public:
         QTimer::singleShot(0, this, [] {});
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         turns.note();
-        std::printf("| %s | %.1f | %.1f | %.0f |\n", name, turns.longest(), turns.longestWork(), whole);
+        std::printf("| %s | %.1f | %.1f | %.2f | %.0f |\n", name, turns.longest(), turns.longestWork(),
+            turns.median(), whole);
         std::fflush(stdout);
     }
     void measure(const char *name, const std::function<void()> &work)
@@ -83,6 +92,21 @@ public:
         panel->hide();
         slotEtcSearchNext();
     }
+
+    bool isFree() const { return !std::as_const(editor()).document().isHeld(); }
+    /// Shows what has become of the options, at once as far as that goes.
+    void takeSettings()
+    {
+        applySettings();
+        repaint();
+    }
+    bool isLaidOut() const { return text().layoutRule() == editor().layoutRule(); }
+    void closeTab()
+    {
+        editor().setEdited(false);
+        slotCmdFileCloseTab();
+    }
+    void goToEnd() { editor().setCursorPlace({ text().end() }); }
 
     void selectLines(qint64 lines)
     {
@@ -139,66 +163,81 @@ std::function<bool()> aSecondLater()
     return [clock] { return clock.hasExpired(1000); };
 }
 
-/// To what a box asks, if there is one.
-void agree()
-{
-    if (const QWidget *const box = QApplication::activeModalWidget())
-        box->findChildren<QPushButton *>().first()->click();
-}
-
-/// Whether there was one.
-bool closeBox()
-{
-    QWidget *const box = QApplication::activeModalWidget();
-    return box && box->close();
-}
-
-} // namespace
-
-int main(int argc, char **argv)
-{
-    const OwnFolders folders;
-    prepareEventLoop(); // as the program; another one says nothing of its turns
-    QApplication application(argc, argv);
-    const QString file = qEnvironmentVariable("FILE");
-    const QString wanted = qEnvironmentVariable("WORD", QStringLiteral("worker-01"));
-    if (!QFileInfo(file).isReadable()) {
-        std::fprintf(stderr, "FILE=… with many lines that hold WORD=…\n");
-        return 1;
+/// Does something to each box that opens, while it lives.
+class Boxes {
+public:
+    explicit Boxes(const std::function<void(QWidget &box)> &act)
+    {
+        m_looks.callOnTimeout([act] {
+            if (QWidget *const box = QApplication::activeModalWidget())
+                act(*box);
+        });
+        m_looks.start(10);
     }
-    Window window(file);
+
+private:
+    QTimer m_looks;
+};
+
+class ClosingBoxes : Boxes {
+public:
+    ClosingBoxes()
+        : Boxes([this](QWidget &box) { m_wereAny = box.close() || m_wereAny; })
+    {
+    }
+    bool wereAny() const { return m_wereAny; }
+
+private:
+    bool m_wereAny = false;
+};
+
+class AgreeingToBoxes : Boxes {
+public:
+    AgreeingToBoxes()
+        : Boxes([](const QWidget &box) { box.findChildren<QPushButton *>().first()->click(); })
+    {
+    }
+};
+
+void searchIt(Window &window)
+{
     ctlEditer &editor = window.editor();
-    std::printf("| %lld MB | longest turn, ms | processor, ms | whole, ms |\n|---|---|---|---|\n",
-        QFileInfo(file).size() / 1000000);
-    editor.setCursorPlace({ window.text().end() });
-    editor.insert(QStringLiteral("nightingale"));
+    const auto isFound = [&editor] { return editor.hasMarkedText(); };
+    window.goToEnd();
+    editor.insert(endWord);
     editor.setCursorPosition(0, 0);
     window.measure(
-        "find the last word", [&] { window.search(QStringLiteral("nightingale")); },
-        [&] { return editor.hasMarkedText(); });
+        "find the last word", [&] { window.search(endWord); }, isFound);
     window.measure(
         "find the first line from the end",
         [&] {
             const QString first = window.text().text({}, 40).section(QLatin1Char('\n'), 0, 0);
             window.search(first);
-            editor.setCursorPlace({ window.text().end() });
+            window.goToEnd();
             window.slotEtcSearchBefo();
         },
-        [&] { return editor.hasMarkedText(); });
-    QTimer closing;
-    bool isShown = false;
-    closing.callOnTimeout([&] { isShown = closeBox() || isShown; });
-    closing.start(10);
+        isFound);
+}
+
+void askForProperties(Window &window)
+{
+    ClosingBoxes closing;
     window.measure(
-        "properties", [&] { window.slotCmdFileProp(); }, [&] { return isShown; });
-    closing.stop();
+        "properties", [&] { window.slotCmdFileProp(); }, [&] { return closing.wereAny(); });
+}
+
+void copyAndPaste(Window &window)
+{
+    ctlEditer &editor = window.editor();
+    const auto isFree = [&window] { return window.isFree(); };
     window.measure("select all", [&] { editor.selectAll(); });
     window.measure("copy", [&] { editor.QMultiLineEdit::copy(); });
-    const auto isFree = [&] { return !std::as_const(editor).document().isHeld(); };
+    window.measure("its bytes for another program",
+        [] { QApplication::clipboard()->mimeData()->data(QStringLiteral("text/plain")); });
     window.measure(
         "paste it at the end",
         [&] {
-            editor.setCursorPlace({ window.text().end() });
+            window.goToEnd();
             editor.paste();
         },
         isFree);
@@ -208,39 +247,43 @@ int main(int argc, char **argv)
         "paste it into another tab",
         [&] {
             window.slotCmdFileNew();
-            window.currentEditor()->paste();
+            window.editor().paste();
         },
-        [&] { return !std::as_const(*window.currentEditor()).document().isHeld(); });
+        isFree);
     window.measure(
-        "close that",
-        [&] {
-            window.currentEditor()->setEdited(false);
-            window.slotCmdFileCloseTab();
-        },
-        aSecondLater());
-    const auto isCurrentFree = [&] { return !std::as_const(*window.currentEditor()).document().isHeld(); };
+        "close that", [&] { window.closeTab(); }, aSecondLater());
+}
+
+void pasteNewCharacters(Window &window)
+{
     const QString neverMet = textNeverMet();
+    const auto isFree = [&window] { return window.isFree(); };
     window.measure(
         "paste characters that were never met",
         [&] {
             QApplication::clipboard()->setText(neverMet);
             window.slotCmdFileNew();
-            window.currentEditor()->paste();
+            window.editor().paste();
         },
-        isCurrentFree);
+        isFree);
     window.measure(
-        "drop them", [&] { window.drop(neverMet); }, isCurrentFree);
-    window.currentEditor()->setEdited(false);
-    window.slotCmdFileCloseTab();
+        "drop them", [&] { window.drop(neverMet); }, isFree);
+    window.closeTab();
+}
+
+void deleteAll(Window &window)
+{
     window.measure("select all, and delete", [&] {
-        editor.selectAll();
-        editor.insert(QString());
+        window.editor().selectAll();
+        window.editor().insert(QString());
     });
-    window.measure("undo that", [&] { editor.undo(); });
-    editor.selectAll();
-    editor.QMultiLineEdit::copy();
-    window.measure("its bytes for another program",
-        [] { QApplication::clipboard()->mimeData()->data(QStringLiteral("text/plain")); });
+    window.measure("undo that", [&] { window.editor().undo(); });
+}
+
+void indentLines(Window &window)
+{
+    ctlEditer &editor = window.editor();
+    const auto isFree = [&window] { return window.isFree(); };
     window.selectLines(millionLines);
     window.measure(
         "indent a million lines", [&] { window.indent(Qt::NoModifier); }, isFree);
@@ -249,60 +292,154 @@ int main(int argc, char **argv)
     window.selectLines(millionLines);
     window.measure(
         "take the indent back", [&] { window.indent(Qt::ShiftModifier); }, isFree);
-    window.measure("replace all", [&] { window.replaceAll(wanted, false); });
-    window.measure("undo the last of it", [&] { editor.undo(); });
-    const auto undoMore = [&] {
+}
+
+void replaceEach(Window &window)
+{
+    const QString wanted = qEnvironmentVariable("WORD", QStringLiteral("worker-01"));
+    const auto undoMore = [&editor = window.editor()] {
         if (!editor.history().canUndo())
             return true;
         QTimer::singleShot(0, &editor, [&editor] { editor.undo(); });
         return false;
     };
+    window.measure("replace all", [&] { window.replaceAll(wanted, false); });
+    window.measure("undo the last of it", [&] { window.editor().undo(); });
     window.measure(
         "undo all of it, a step a turn", [] {}, undoMore);
     window.measure("replace all, sped up", [&] { window.replaceAll(wanted, true); });
     window.measure(
         "undo all of it again", [] {}, undoMore);
-    window.measure("a font that is larger", [&] {
-        ++appSettings().FontSize;
-        window.applySettings();
+}
+
+void changeLayout(Window &window)
+{
+    const auto isLaidOut = [&window] { return window.isLaidOut(); };
+    const auto change = [&](const char *name, const std::function<void()> &make) {
+        window.measure(name, [&] {
+            make();
+            window.takeSettings();
+        });
+        window.measure(
+            "the new layout", [] {}, isLaidOut);
+    };
+    AppSettings &settings = appSettings();
+    change("a font that is larger", [&] { ++settings.FontSize; });
+    change("tabs that are wider", [&] { settings.TabLen *= 2; });
+    change("wrap it", [&] { settings.WrapMode = 1; });
+    change("a narrower window", [&] { window.resize(900, 700); });
+    window.measure("go to its end", [&] {
+        window.goToEnd();
         window.repaint();
     });
-    window.measure(
-        "the new layout", [] {}, [&] { return editor.store().layoutRule() == editor.layoutRule(); });
-    const QTemporaryDir saved(QFileInfo(file).path() + QStringLiteral("/saved-"));
-    window.measure(
-        "save as",
-        [&] { window.slotCmdFileSave(&editor, saved.path() + u'/', QStringLiteral("copy"), 0, 0); }, isFree);
-    QTimer agreeing;
-    agreeing.callOnTimeout(agree);
-    agreeing.start(10);
-    window.measure(
-        "reload", [&] { window.slotCmdFileReload(); }, isFree);
-    agreeing.stop();
-    editor.setCursorPlace({ window.text().end() });
-    editor.insert(QStringLiteral("nightingale"));
+    change("a font that is larger, wrapped", [&] { ++settings.FontSize; });
+    window.measure("to the start", [&] {
+        window.editor().setCursorPosition(0, 0);
+        window.repaint();
+    });
+    change("do not wrap it", [&] { settings.WrapMode = 0; });
+    window.goToEnd();
+    window.editor().insert(endWord);
     window.measure(
         "a smaller font, and a search meanwhile",
         [&] {
-            --appSettings().FontSize;
-            window.applySettings();
-            window.repaint();
-            editor.setCursorPosition(0, 0);
-            window.search(QStringLiteral("nightingale"));
+            --settings.FontSize;
+            window.takeSettings();
+            window.editor().setCursorPosition(0, 0);
+            window.search(endWord);
         },
-        [&] { return editor.hasMarkedText(); });
+        [&] { return window.editor().hasMarkedText(); });
     window.measure(
-        "the new layout", [] {}, [&] { return editor.store().layoutRule() == editor.layoutRule(); });
-    window.measure("resize it, wrapped", [&] {
-        appSettings().WrapMode = 1;
-        window.applySettings();
-        window.resize(900, 700);
-        window.repaint();
-    });
+        "the new layout", [] {}, isLaidOut);
+}
+
+void saveAndReload(Window &window, const QString &folder)
+{
+    const auto isFree = [&window] { return window.isFree(); };
+    const auto save = [&] {
+        window.slotCmdFileSave(&window.editor(), folder + u'/', QStringLiteral("copy"), 0, 0);
+    };
+    window.measure("save as", save, isFree);
+    {
+        AgreeingToBoxes agreeing;
+        window.measure(
+            "reload", [&] { window.slotCmdFileReload(); }, isFree);
+    }
+    ClosingBoxes closing;
+    window.editor().insert(QStringLiteral("x"));
     window.measure(
-        "the new layout", [] {}, [&] { return editor.store().layoutRule() == editor.layoutRule(); });
-    editor.setEdited(false);
+        "save, and properties meanwhile",
+        [&] {
+            save();
+            window.slotCmdFileProp();
+        },
+        [&] { return window.isFree() && closing.wereAny(); });
+}
+
+void closeAll(Window &window)
+{
     window.measure(
-        "close", [&] { window.confirmCloseAll(false); }, aSecondLater());
+        "close",
+        [&] {
+            window.editor().setEdited(false);
+            window.confirmCloseAll(false);
+        },
+        aSecondLater());
+}
+
+void openMany(Window &window, const QString &folder)
+{
+    const QByteArray content = QByteArrayLiteral("A line of a small file.\n").repeated(100);
+    QStringList names;
+    for (int i = 0; i < manyFiles; ++i) {
+        QFile file(folder + QStringLiteral("/small %1.txt").arg(i));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+        names += file.fileName();
+    }
+    window.measure(
+        "open 200 files",
+        [&] {
+            for (const QString &name : names)
+                static_cast<QPEApplication *>(qApp)->request(name);
+        },
+        [&] { return !QPEApplication::hasRequests(); });
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const OwnFolders folders;
+    prepareEventLoop(); // as the program; another one says nothing of its turns
+    QPEApplication application(argc, argv);
+    const QString file = qEnvironmentVariable("FILE");
+    if (!QFileInfo(file).isReadable()) {
+        std::fprintf(stderr, "FILE=… with many lines that hold WORD=…\n");
+        return 1;
+    }
+    const QTemporaryDir folder(QFileInfo(file).path() + QStringLiteral("/saved-"));
+    Window window(file);
+    std::printf("| %lld MB | longest turn, ms | processor, ms | median turn, ms | whole, ms "
+                "|\n|---|---|---|---|---|\n",
+        QFileInfo(file).size() / 1000000);
+    const std::pair<const char *, std::function<void()>> parts[] = {
+        { "search", [&] { searchIt(window); } },
+        { "properties", [&] { askForProperties(window); } },
+        { "copy", [&] { copyAndPaste(window); } },
+        { "new characters", [&] { pasteNewCharacters(window); } },
+        { "delete", [&] { deleteAll(window); } },
+        { "indent", [&] { indentLines(window); } },
+        { "replace", [&] { replaceEach(window); } },
+        { "layout", [&] { changeLayout(window); } },
+        { "save", [&] { saveAndReload(window, folder.path()); } },
+        { "close", [&] { closeAll(window); } },
+        { "open", [&] { openMany(window, folder.path()); } },
+    };
+    const QByteArray only = qgetenv("ONLY");
+    for (const auto &[name, measure] : parts) {
+        if (QByteArrayView(name).startsWith(only))
+            measure();
+    }
     return 0;
 }
