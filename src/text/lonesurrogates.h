@@ -1,31 +1,30 @@
 #pragma once
 
-#include "text/asciiwords.h"
-
 #include <QStringView>
 
-/// Not 0 where one of four UTF-16 units is a surrogate.
-constexpr quint64 surrogatesAmong(quint64 units)
+#include <algorithm>
+
+/// Without branches, so that the compiler makes it vector instructions.
+inline bool hasSurrogate(QStringView text)
 {
-    const quint64 difference = (units & 0xF800F800F800F800ULL) ^ 0xD800D800D800D800ULL;
-    return (difference - 0x0001000100010001ULL) & ~difference & 0x8000800080008000ULL;
+    char16_t found = 0;
+    for (const QChar c : text)
+        found |= char16_t((c.unicode() & 0xF800) == 0xD800);
+    return found != 0;
 }
 
 /// The surrogates that stand alone in a text whose high ones are all halves of pairs, as in what was decoded:
 /// the escapes of its undecodable bytes. Cost: memory speed where there are few.
 inline qint64 loneSurrogates(QStringView text)
 {
-    constexpr qsizetype unitsOfWord = 4;
+    constexpr qsizetype block = 256;
     qint64 count = 0;
-    const auto add = [&](QStringView units) {
-        for (const QChar c : units)
+    for (; !text.isEmpty(); text = text.sliced(std::min(block, text.size()))) {
+        const QStringView part = text.first(std::min(block, text.size()));
+        if (!hasSurrogate(part))
+            continue;
+        for (const QChar c : part)
             count += c.isLowSurrogate() ? 1 : c.isHighSurrogate() ? -1 : 0;
-    };
-    qsizetype at = 0;
-    for (; at + unitsOfWord <= text.size(); at += unitsOfWord) {
-        if (surrogatesAmong(asciiwords::loadWord(text.utf16() + at)) != 0)
-            add(text.sliced(at, unitsOfWord));
     }
-    add(text.sliced(at));
     return count;
 }
