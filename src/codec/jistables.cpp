@@ -143,7 +143,7 @@ ShiftJisTable::ShiftJisTable()
     addOneByteCodes(m_codes);
     const auto add = [this](int row, int cell, char16_t character) {
         const quint16 code = shiftJisCode(row, cell);
-        m_entries[code - 0x8100U] = addCode(m_codes, m_others, character, code);
+        m_entries[code - firstCode] = addCode(m_codes, m_others, character, code);
     };
     for (const RowKind kind :
         { RowKind::Standard, RowKind::Added, RowKind::Extension, RowKind::FirstExtension })

@@ -45,12 +45,11 @@ class ShiftJisTable {
 public:
     static const ShiftJisTable &instance();
 
-    static constexpr bool isLead(uchar byte) { return (byte ^ 0x20U) - 0xA1U < 0x3CU; }
-
     /// `lead` may be any byte.
     JisEntry entry(uchar lead, uchar trail) const
     {
-        return isLead(lead) ? m_entries[size_t{ lead - 0x81U } << 8 | trail] : JisEntry{ 0 };
+        const quint32 index = (quint32{ lead } << 8 | trail) - firstCode;
+        return index < m_entries.size() ? m_entries[index] : JisEntry{ 0 };
     }
     /// 0 where there is none.
     char16_t character(JisEntry entry) const { return m_others.character(entry); }
@@ -59,7 +58,8 @@ public:
 
 private:
     ShiftJisTable();
-    std::array<JisEntry, 0x7C00> m_entries{};
+    static constexpr quint32 firstCode = 0x8100;
+    std::array<JisEntry, 0x7C00> m_entries{}; ///< 0 for bytes that begin no pair, too
     std::array<quint16, 0x10000> m_codes{};
     OtherCodes m_others;
 };

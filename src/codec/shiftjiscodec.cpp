@@ -11,6 +11,15 @@ class ShiftJisDecoder : public StatelessDecoder {
 public:
     bool next(const uchar *&in, const uchar *end, char16_t *&out) const
     {
+        const uchar *const from = in;
+        // Most often several characters of two bytes in a row, with their usual codes.
+        for (int i = 0; i < charactersPerStep && end - in >= 2; ++i) {
+            const JisEntry entry = m_table->entry(in[0], in[1]);
+            if (!isUsual(entry))
+                break;
+            *out++ = entry;
+            in += 2;
+        }
         for (int i = 0; i < charactersPerStep && in != end && isSpecial(*in); ++i) {
             const JisEntry entry = end - in >= 2 ? m_table->entry(in[0], in[1]) : JisEntry{ 0 };
             if (isUsual(entry)) {
@@ -18,7 +27,7 @@ public:
                 in += 2;
             } else if (entry == 0) {
                 *out++ = oneByteCharacter(*in++);
-            } else if (i == 0) {
+            } else if (in == from) {
                 *out++ = m_table->character(entry);
                 in += 2;
                 return true;
