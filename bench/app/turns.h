@@ -33,15 +33,18 @@ public:
             note();
             start();
         });
-        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] { note(); });
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &m_context, [this] {
+            note();
+            m_processorStart = processorMs();
+        });
         start();
     }
+    /// Nobody tells when a wait is over behind which timers fire: of what they do the processor time counts.
     void note()
     {
-        if (m_clock.isValid()) {
-            m_turns.push_back(msOf(m_clock));
-            m_longestWork = std::max(m_longestWork, processorMs() - m_processorStart);
-        }
+        const double work = processorMs() - m_processorStart;
+        m_turns.push_back(m_clock.isValid() ? msOf(m_clock) : work);
+        m_longestWork = std::max(m_longestWork, work);
         m_clock.invalidate();
     }
     double longest() const { return *std::ranges::max_element(m_turns); }
