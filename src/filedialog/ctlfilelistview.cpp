@@ -287,6 +287,8 @@ void ctlFileListView::keyPressEvent(QKeyEvent *event)
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
+        if (isTypingName && !selectedItem())
+            emit typed({});
         slotExecItem(selectedItem());
         break;
     case Qt::Key_Right:

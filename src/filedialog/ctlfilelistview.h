@@ -27,8 +27,8 @@ public:
     QString nameFilter;
     /// What stands in the list where a folder has nothing to show; nothing when empty.
     QString emptyText;
-    /// Letters that are typed are the name of a file to be, and told by typed(). Otherwise they lead to the
-    /// row that begins so.
+    /// Letters that are typed are the name of a file to be, and told by typed(); so is Return where no row is
+    /// selected. Otherwise letters lead to the row that begins so, and that Return to nothing.
     bool isTypingName = false;
     /// As they were when the list was made: folders of programs and other places have pictures of their own.
     const Surroundings surroundings;
@@ -61,7 +61,7 @@ signals:
     void fileSelected(const QString &name);
     /// A folder is shown, also one that is empty or cannot be read.
     void listRefreshed(const QString &path);
-    /// Text was typed, see isTypingName.
+    /// Text was typed, see isTypingName; Return brings none.
     void typed(const QString &text);
     /// A file was opened.
     void execItem(const ctlFileListViewItem *item);

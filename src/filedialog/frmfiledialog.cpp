@@ -235,14 +235,17 @@ void frmFileDialog::slotLvFileSelected(const QString &name)
     m_name->setText(name);
 }
 
-/// What is typed takes the place of the name before its ending, as if the field had had the keys.
+/// What is typed takes the place of the name before its ending, as if the field had had the keys. Return,
+/// which is not for a list without a selected row, leads to the name: "OK", which looks as if it were meant,
+/// is pressed by the next one, when who saves has seen the name.
 void frmFileDialog::typeName(const QString &text)
 {
     const qsizetype ending = m_name->text().lastIndexOf(u'.');
     m_name->setFocus();
     m_name->setCursorPosition(0);
     m_name->cursorForward(true, int(ending < 0 ? m_name->text().size() : ending));
-    m_name->insert(text);
+    if (!text.isEmpty())
+        m_name->insert(text);
 }
 
 void frmFileDialog::showEvent(QShowEvent *event)

@@ -31,6 +31,8 @@ private slots:
     void folderThatASaveMakesIsTold();
     void documentsAreAtHome_data();
     void documentsAreAtHome();
+    void returnLeadsFromTheListToTheNameToSave();
+    void returnInAListToOpenStays();
     void escapeRejects();
     void noCompletion();
     void showsTheFolder();
@@ -127,6 +129,32 @@ void FileDialogInputTest::typingInTheListNamesTheFile_data()
     row("a new document", ".txt", "memo.txt");
     row("another name", "mine.txt", "memo.txt");
     row("two endings", "a.tar.gz", "memo.gz");
+/// Nothing is saved before its user has seen where the keys are.
+void FileDialogInputTest::returnLeadsFromTheListToTheNameToSave()
+{
+    const TestFolder folder;
+    folder.file("a.txt");
+    const ShownDialog shown(frmFileDialog::SaveAs, folder.path(), latin1("new.txt"));
+    QTest::keyClick(shown.list, Qt::Key_Return);
+    QVERIFY(shown.dialog.isVisible());
+    QCOMPARE(shown.dialog.focusWidget(), shown.name());
+    QCOMPARE(shown.name()->text(), latin1("new.txt"));
+    QCOMPARE(shown.name()->selectedText(), latin1("new"));
+    QTest::keyClick(shown.name(), Qt::Key_Return);
+    QVERIFY(shown.isAccepted());
+    QCOMPARE(shown.dialog.fileName, latin1("new.txt"));
+}
+
+void FileDialogInputTest::returnInAListToOpenStays()
+{
+    const TestFolder folder;
+    folder.file("a.txt");
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"));
+    QTest::keyClick(shown.list, Qt::Key_Return);
+    QVERIFY(shown.dialog.isVisible());
+    QCOMPARE(shown.dialog.focusWidget(), shown.list);
+}
+
     row("no ending", "mine", "memo");
     row("no name", "", "memo");
 }
