@@ -809,6 +809,10 @@ Le remplacer&#xa0;?</translation>
         <source>This folder is not there yet. It is made when you save.</source>
         <translation>Ce dossier n’existe pas encore. Il sera créé à l’enregistrement.</translation>
     </message>
+    <message>
+        <source>There is no file of this type here. For others choose a File Type below.</source>
+        <translation>Aucun fichier de ce type ici. Pour les autres, choisissez un Type ci-dessous.</translation>
+    </message>
 </context>
 <context>
     <name>frmGuide</name>

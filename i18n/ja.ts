@@ -808,6 +808,10 @@ Replace existing file?</source>
         <source>This folder is not there yet. It is made when you save.</source>
         <translation>このフォルダはまだありません。保存するときに作成します。</translation>
     </message>
+    <message>
+        <source>There is no file of this type here. For others choose a File Type below.</source>
+        <translation>この種類のファイルはここにありません。ほかのファイルは下の「種類」で選べます。</translation>
+    </message>
 </context>
 <context>
     <name>frmGuide</name>

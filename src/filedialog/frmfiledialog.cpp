@@ -277,10 +277,18 @@ void frmFileDialog::slotLvExecItem(const ctlFileListViewItem *item)
     accept();
 }
 
+QString frmFileDialog::emptyText(const QString &path) const
+{
+    if (m_mode == SaveAs && DocumentsFolder::isMadeBySaving(path))
+        return tr("This folder is not there yet. It is made when you save.");
+    if (m_list->nameFilter != u"*")
+        return tr("There is no file of this type here. For others choose a File Type below.");
+    return {};
+}
+
 void frmFileDialog::slotLvListRefreshed(const QString &path)
 {
-    const bool isMade = m_mode == SaveAs && DocumentsFolder::isMadeBySaving(path);
-    m_list->emptyText = isMade ? tr("This folder is not there yet. It is made when you save.") : QString();
+    m_list->emptyText = emptyText(path);
     m_list->setAccessibleDescription(m_list->emptyText);
     const bool isRoot = path == u"/";
     m_folder->setEditText(FileName::forDisplay(isRoot || !path.endsWith(u'/') ? path : path.chopped(1)));

@@ -74,6 +74,7 @@ private:
     void chooseStartType();
     void typeName(const QString &text);
     void growList();
+    QString emptyText(const QString &path) const;
     bool isNameUsable();
     bool isFileUsable();
 

@@ -7,6 +7,15 @@
 #include <QMenu>
 #include <QScreen>
 
+namespace {
+
+QString noneOfType()
+{
+    return latin1("There is no file of this type here. For others choose a File Type below.");
+}
+
+} // namespace
+
 /// What taps, keys, buttons and favourites do: a file is taken, another folder is shown, the dialog goes
 /// away.
 class FileDialogInputTest : public QObject {
@@ -20,6 +29,8 @@ private slots:
     void openedFileIsTheOneMeant();
     void openingARefusedFileKeepsTheDialog();
     void returnInTheListOpensOnly();
+    void returnLeadsFromTheListToTheNameToSave();
+    void returnInAListToOpenStays();
     void returnInTheFolderComboDoesNothing();
     void returnInTheNamePressesOk();
     void typingInTheListNamesTheFile_data();
@@ -29,10 +40,9 @@ private slots:
     void listGrowsWithTheDialog_data();
     void listGrowsWithTheDialog();
     void folderThatASaveMakesIsTold();
+    void folderWithoutFilesOfTheTypeSaysSo();
     void documentsAreAtHome_data();
     void documentsAreAtHome();
-    void returnLeadsFromTheListToTheNameToSave();
-    void returnInAListToOpenStays();
     void escapeRejects();
     void noCompletion();
     void showsTheFolder();
@@ -119,16 +129,6 @@ void FileDialogInputTest::returnInTheListOpensOnly()
     QCOMPARE(answer.count, 0);
 }
 
-void FileDialogInputTest::typingInTheListNamesTheFile_data()
-{
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<QString>("typed");
-    const auto row = [](const char *name, const char *start, const char *typed) {
-        QTest::newRow(name) << latin1(start) << latin1(typed);
-    };
-    row("a new document", ".txt", "memo.txt");
-    row("another name", "mine.txt", "memo.txt");
-    row("two endings", "a.tar.gz", "memo.gz");
 /// Nothing is saved before its user has seen where the keys are.
 void FileDialogInputTest::returnLeadsFromTheListToTheNameToSave()
 {
@@ -155,6 +155,16 @@ void FileDialogInputTest::returnInAListToOpenStays()
     QCOMPARE(shown.dialog.focusWidget(), shown.list);
 }
 
+void FileDialogInputTest::typingInTheListNamesTheFile_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QString>("typed");
+    const auto row = [](const char *name, const char *start, const char *typed) {
+        QTest::newRow(name) << latin1(start) << latin1(typed);
+    };
+    row("a new document", ".txt", "memo.txt");
+    row("another name", "mine.txt", "memo.txt");
+    row("two endings", "a.tar.gz", "memo.gz");
     row("no ending", "mine", "memo");
     row("no name", "", "memo");
 }
@@ -241,11 +251,25 @@ void FileDialogInputTest::folderThatASaveMakesIsTold()
     };
     QCOMPARE(told(frmFileDialog::SaveAs, documents),
         latin1("This folder is not there yet. It is made when you save."));
-    QCOMPARE(told(frmFileDialog::Open, documents), QString());
-    QCOMPARE(told(frmFileDialog::SaveAs, home.path("Elsewhere/")), QString());
+    QCOMPARE(told(frmFileDialog::Open, documents), noneOfType());
+    QCOMPARE(told(frmFileDialog::SaveAs, home.path("Elsewhere/")), noneOfType());
     home.folder("Documents");
-    QCOMPARE(told(frmFileDialog::SaveAs, documents), QString());
+    QCOMPARE(told(frmFileDialog::SaveAs, documents), noneOfType());
     qputenv("HOME", homeBefore);
+}
+
+/// It would look as if it had no files at all.
+void FileDialogInputTest::folderWithoutFilesOfTheTypeSaysSo()
+{
+    const TestFolder folder;
+    folder.file("a.md");
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"));
+    QCOMPARE(shown.names(), QStringList());
+    QCOMPARE(shown.list->emptyText, noneOfType());
+    QCOMPARE(shown.list->accessibleDescription(), noneOfType());
+    shown.pick(shown.types(), shown.types()->findText(latin1("all files (*.*)")));
+    QCOMPARE(shown.names(), QStringList{ latin1("a.md") });
+    QCOMPARE(shown.list->emptyText, QString());
 }
 
 void FileDialogInputTest::documentsAreAtHome_data()
