@@ -153,6 +153,14 @@
         <source>Stop</source>
         <translation>Arrêter</translation>
     </message>
+    <message>
+        <source>This file and its folder are gone.</source>
+        <translation>Ce fichier et son dossier ont disparu.</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>Enregistrer sous…</translation>
+    </message>
 </context>
 <context>
     <name>DocumentJournals</name>

@@ -153,6 +153,14 @@
         <source>Stop</source>
         <translation>中止</translation>
     </message>
+    <message>
+        <source>This file and its folder are gone.</source>
+        <translation>このファイルとフォルダはなくなりました。</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>名前を付けて保存…</translation>
+    </message>
 </context>
 <context>
     <name>DocumentJournals</name>

@@ -160,7 +160,7 @@ void DiskNotices::check(ctlEditer *editor, const std::optional<SeenContent> &see
     emit looked(editor, change);
 }
 
-QString DiskNotices::textOf(FileChange change)
+QString DiskNotices::textOf(FileChange change, bool hasFolder)
 {
     switch (change) {
     case FileChange::Grown:
@@ -170,7 +170,8 @@ QString DiskNotices::textOf(FileChange change)
     case FileChange::Replaced:
         return tr("Another program has replaced this file.");
     case FileChange::Deleted:
-        return tr("This file was deleted. Saving makes it again.");
+        return hasFolder ? tr("This file was deleted. Saving makes it again.")
+                         : tr("This file and its folder are gone.");
     case FileChange::None:
     case FileChange::Unsure:
         break;
@@ -186,7 +187,9 @@ bool DiskNotices::canFollow(const ctlEditer &editor)
 
 void DiskNotices::tell(ctlEditer *editor, FileChange change)
 {
-    Notice notice{ NoticeKind::ChangedOnDisk, editor, [change] { return textOf(change); }, {} };
+    const bool hasFolder = change != FileChange::Deleted || FileName::exists(folderName(*editor));
+    Notice notice{ NoticeKind::ChangedOnDisk, editor,
+        [change, hasFolder] { return textOf(change, hasFolder); }, {} };
     const auto offer = [&notice](auto text, auto act) { notice.offers.push_back({ text, act }); };
     m_canFollow.remove(editor);
     if (change == FileChange::Grown && canFollow(*editor)) {
@@ -198,7 +201,10 @@ void DiskNotices::tell(ctlEditer *editor, FileChange change)
         offer([] { return tr("Keep mine"); }, [this, editor] { keep(editor); });
         offer([] { return tr("Show both"); }, [this, editor] { showBoth(editor); });
     } else {
-        offer([] { return tr("Save"); }, [this, editor] { m_saver.beginSave(editor); });
+        if (hasFolder)
+            offer([] { return tr("Save"); }, [this, editor] { m_saver.beginSave(editor); });
+        else
+            offer([] { return tr("Save As…"); }, [this, editor] { m_saver.beginSaveAs(editor); });
         offer([] { return tr("Keep mine"); }, [this, editor] { keep(editor); });
     }
     notice.dismissed = [this, editor] { keep(editor); };

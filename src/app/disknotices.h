@@ -43,7 +43,7 @@ private:
     void checkNextHidden();
     void check(ctlEditer *editor, const std::optional<SeenContent> &seen = {});
     void tell(ctlEditer *editor, FileChange change);
-    static QString textOf(FileChange change);
+    static QString textOf(FileChange change, bool hasFolder);
     static bool canFollow(const ctlEditer &editor);
 
     void reload(ctlEditer *editor);

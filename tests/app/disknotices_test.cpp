@@ -35,6 +35,7 @@ private slots:
     void tellsOfAWrite();
     void tellsOfAnotherFileUnderTheName();
     void tellsOfADeletion();
+    void tellsThatTheFolderIsGone();
     void takesItBack();
     void largeTouchedFileIsReadInTheBackground();
     void saysNothingOfOwnSaves();
@@ -146,6 +147,20 @@ void DiskNoticesTest::tellsOfADeletion()
     QVERIFY(m_strip->click(u"Keep mine"_s));
     QVERIFY(!m_strip->isShown());
     QCOMPARE(editor().text(), u"old\n"_s);
+}
+
+/// A save under the name would fail there.
+void DiskNoticesTest::tellsThatTheFolderIsGone()
+{
+    QVERIFY(QDir(m_files->folder()).mkdir(u"sub"_s));
+    m_window->setDocument(m_files->write(u"sub/b.txt"_s, "b\n"));
+    QVERIFY(QDir(m_files->folder() + u"sub"_s).removeRecursively());
+    QTRY_COMPARE(m_strip->text(), u"This file and its folder are gone."_s);
+    QCOMPARE(m_strip->offers(), QStringList({ u"Save As…"_s, u"Keep mine"_s }));
+    m_window->choices << FileChoice{ m_files->folder(), u"c.txt"_s };
+    QVERIFY(m_strip->click(u"Save As…"_s));
+    QCOMPARE(m_files->read(u"c.txt"_s), QByteArray("b\n"));
+    QVERIFY(!m_strip->isShown());
 }
 
 void DiskNoticesTest::takesItBack()
