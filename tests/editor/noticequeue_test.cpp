@@ -31,6 +31,7 @@ private slots:
     void keepsOneOfAKindForEachDocument();
     void showsThoseOfTheDocumentAndTheProgram();
     void equalOnesStayInTheirOrder();
+    void whatIsAtRiskNowGoesBeforeWhatWasKept();
     void unwantedOnesAreNotShown();
     void withdrawnAndDismissedOnesGo();
     void thoseOfADestroyedDocumentGo();
@@ -82,6 +83,25 @@ void NoticeQueueTest::equalOnesStayInTheirOrder()
     queue.put(notice(heavy, nullptr, u"program"_s));
     queue.put(notice(heavy, &document, u"document"_s));
     QCOMPARE(textOf(queue.heaviest(&document)), u"program"_s);
+}
+
+/// The offer to restore comes again when the other notice has gone.
+void NoticeQueueTest::whatIsAtRiskNowGoesBeforeWhatWasKept()
+{
+    NoticeQueue queue;
+    const QObject document;
+    queue.put(notice(NoticeKind::Unsaved, nullptr, u"kept"_s));
+    for (const NoticeKind kind : { NoticeKind::ChangedOnDisk, NoticeKind::CannotWrite }) {
+        queue.put(notice(kind, &document, u"now"_s));
+        QCOMPARE(textOf(queue.heaviest(&document)), u"now"_s);
+        QCOMPARE(textOf(queue.heaviest(nullptr)), u"kept"_s);
+        queue.dismiss(kind, &document);
+        QCOMPARE(textOf(queue.heaviest(&document)), u"kept"_s);
+    }
+    for (const NoticeKind kind : { NoticeKind::NotWritable, NoticeKind::WrongCode }) {
+        queue.put(notice(kind, &document, u"lasting"_s));
+        QCOMPARE(textOf(queue.heaviest(&document)), u"kept"_s);
+    }
 }
 
 void NoticeQueueTest::unwantedOnesAreNotShown()

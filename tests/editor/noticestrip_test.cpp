@@ -313,7 +313,7 @@ void NoticeStripTest::clickIsForWhatWasShown()
     m_queue->put(notice(u"text"_s, { u"Go"_s }));
     QTest::mousePress(button(u"Go"_s), Qt::LeftButton);
     Notice heavier = notice(u"other text"_s, { u"Mend"_s });
-    heavier.kind = NoticeKind::Unsaved;
+    heavier.kind = NoticeKind::InterruptedSave;
     m_queue->put(heavier);
     QTest::mouseRelease(button(u"Mend"_s), Qt::LeftButton);
     QCOMPARE(m_chosen, QStringList());
@@ -326,8 +326,8 @@ void NoticeStripTest::doubleClickActsOnce()
 {
     m_queue->put(notice(u"text"_s, { u"Go"_s }));
     Notice heavier = notice(u"other text"_s, { u"Mend"_s });
-    heavier.kind = NoticeKind::Unsaved;
-    heavier.offers[0].act = [this] { m_queue->withdraw(NoticeKind::Unsaved); };
+    heavier.kind = NoticeKind::InterruptedSave;
+    heavier.offers[0].act = [this] { m_queue->withdraw(NoticeKind::InterruptedSave); };
     m_queue->put(heavier);
     QTest::mouseClick(button(u"Mend"_s), Qt::LeftButton);
     QTest::mouseDClick(button(u"Go"_s), Qt::LeftButton); // its second half alone
