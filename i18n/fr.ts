@@ -375,6 +375,19 @@
     </message>
 </context>
 <context>
+    <name>RequestedFiles</name>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>Only files of this computer can be opened. These are none:
+%1</source>
+        <translation>Seuls les fichiers de cet ordinateur peuvent être ouverts. Ceci n’en est pas&#xa0;:
+%1</translation>
+    </message>
+</context>
+<context>
     <name>StatusLine</name>
     <message>
         <source>Character code</source>

@@ -374,6 +374,19 @@
     </message>
 </context>
 <context>
+    <name>RequestedFiles</name>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Only files of this computer can be opened. These are none:
+%1</source>
+        <translation>開けるのはこのコンピュータのファイルだけです。次のものは開けません:
+%1</translation>
+    </message>
+</context>
+<context>
     <name>StatusLine</name>
     <message>
         <source>Character code</source>

@@ -1,6 +1,5 @@
 #include "app/filedrops.h"
 
-#include "files/fileaddress.h"
 #include "platform/qpeapplication.h"
 
 #include <QDropEvent>
@@ -17,14 +16,15 @@ FileDrops::FileDrops(QWidget &window)
 }
 
 /// The toolkit's own addresses lose names that are no UTF-8.
-QStringList FileDrops::filesIn(const QMimeData &data)
+QList<QByteArray> FileDrops::addressesIn(const QMimeData &data)
 {
-    QStringList files;
+    QList<QByteArray> addresses;
     for (const QByteArray &line : data.data(u"text/uri-list"_s).split('\n')) {
-        if (const auto file = FileAddress::fileName(line.trimmed()))
-            files << *file;
+        const QByteArray address = line.trimmed();
+        if (!address.isEmpty() && !address.startsWith('#'))
+            addresses << address;
     }
-    return files;
+    return addresses;
 }
 
 bool FileDrops::eventFilter(QObject *, QEvent *event)
@@ -33,8 +33,10 @@ bool FileDrops::eventFilter(QObject *, QEvent *event)
     if (!isHeld && event->type() != QEvent::Drop)
         return false;
     auto &drop = static_cast<QDropEvent &>(*event);
-    const QStringList files = filesIn(*drop.mimeData());
-    if (files.isEmpty() || QPEApplication::isBusy()) {
+    const FileRequests requests = requestsByAddresses(addressesIn(*drop.mimeData()));
+    const bool hasFiles = !requests.isEmpty() && requests.first().from == FileRequest::From::Desktop;
+    const bool isTaken = hasFiles && !QPEApplication::isBusy();
+    if (!isTaken) {
         drop.ignore();
         return true;
     }
@@ -45,8 +47,8 @@ bool FileDrops::eventFilter(QObject *, QEvent *event)
         return true;
     m_window.activateWindow();
     if (auto *const application = qobject_cast<QPEApplication *>(qApp)) {
-        for (const QString &file : files)
-            application->request({ file, FileRequest::From::Desktop });
+        for (const FileRequest &request : requests)
+            application->request(request);
     }
     return true;
 }

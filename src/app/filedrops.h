@@ -2,11 +2,12 @@
 
 #include <QObject>
 
-class QDropEvent;
+class QByteArray;
 class QMimeData;
 class QWidget;
 
-/// Has files open that are dropped on a window, wherever no part of it takes what is dropped.
+/// Has files open that are dropped on a window, wherever no part of it takes what is dropped. What comes
+/// with them and is no file here is told; alone it is not taken, which the pointer says.
 class FileDrops : public QObject {
     Q_OBJECT
 public:
@@ -14,8 +15,8 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-    /// The absolute names of the files that data bring, whatever their bytes, in their order.
-    static QStringList filesIn(const QMimeData &data);
+    /// What data bring, as addresses.
+    static QList<QByteArray> addressesIn(const QMimeData &data);
 
 private:
     QWidget &m_window;

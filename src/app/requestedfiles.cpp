@@ -6,12 +6,18 @@
 #include "app/recentmenu.h"
 #include "editor/ctlediter.h"
 #include "files/filename.h"
+#include "platform/messagebox.h"
+
+#include <algorithm>
 
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr qsizetype mostTold = 5;
+constexpr qsizetype longestTold = 60; ///< characters of an address
 
 /// Another reason why a file cannot be looked at is for the loading to tell.
 bool isMissing(const QString &fileName)
@@ -75,6 +81,9 @@ void RequestedFiles::open(const FileRequest &request, OpenedIn where)
     case FileRequest::From::Desktop:
         openFromDesktop(request.fileName, where);
         break;
+    case FileRequest::From::Elsewhere:
+        tellOfElsewhere(request.fileName.split(u'\n'));
+        break;
     }
 }
 
@@ -128,4 +137,19 @@ void RequestedFiles::openFromDesktop(const QString &fileName, OpenedIn where)
         m_loader.askAndOpenIn(fileName.endsWith(u'/') ? fileName : fileName + u'/');
     else
         m_loader.openChosen(fileName, {}, where);
+}
+
+/// The message has room for some. It comes behind this call, when no request is under way any more.
+void RequestedFiles::tellOfElsewhere(const QStringList &addresses) const
+{
+    QStringList told;
+    for (const QString &address : addresses.first(std::min(addresses.size(), mostTold)))
+        told << (address.size() > longestTold ? address.first(longestTold) + u'…' : address);
+    if (addresses.size() > mostTold)
+        told << u"…"_s;
+    const QString text = tr("Only files of this computer can be opened. These are none:\n%1")
+                             .arg(FileName::forMessage(told.join(u'\n')));
+    QMetaObject::invokeMethod(
+        &m_documents, [this, text] { MessageBox::critical(&m_documents, tr("Error"), text); },
+        Qt::QueuedConnection);
 }

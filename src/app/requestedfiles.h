@@ -3,6 +3,7 @@
 #include "app/documentloader.h"
 #include "platform/filerequest.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 
 class AwaitedDocuments;
@@ -15,6 +16,7 @@ class RecentMenu;
 /// What came last is in view. While many are opened, its user may have gone elsewhere by then: they come in
 /// the background from there on.
 class RequestedFiles {
+    Q_DECLARE_TR_FUNCTIONS(RequestedFiles)
 public:
     RequestedFiles(DocumentArea &documents, DocumentLoader &loader, RecentMenu &recentMenu,
         AwaitedDocuments &awaited, const OpeningFiles &opening);
@@ -27,6 +29,7 @@ private:
     void openFromShell(const FileRequest &request, OpenedIn where);
     ctlEditer *openNamed(const FileRequest &request, OpenedIn where);
     void openFromDesktop(const QString &fileName, OpenedIn where);
+    void tellOfElsewhere(const QStringList &addresses) const;
     ctlEditer *openWithoutName(const FileRequest &request);
     void offerRecent();
 

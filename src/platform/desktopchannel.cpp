@@ -1,6 +1,5 @@
 #include "platform/desktopchannel.h"
 
-#include "files/fileaddress.h"
 #include "platform/filerequest.h"
 #include "platform/launcherchannel.h"
 #include "platform/sessionbus.h"
@@ -58,13 +57,11 @@ void DesktopChannel::Activate(const QVariantMap &platformData)
 void DesktopChannel::Open(
     const QStringList &addresses, const QVariantMap &platformData, const QDBusMessage &message)
 {
-    FileRequests requests;
-    for (const QString &address : addresses) {
-        if (const auto fileName = FileAddress::fileName(address.toUtf8()))
-            requests << FileRequest{ *fileName, FileRequest::From::Desktop };
-    }
+    QList<QByteArray> bytes;
+    for (const QString &address : addresses)
+        bytes << address.toUtf8();
     m_launcher.raise(activationToken(platformData));
-    m_launcher.take(requests, message);
+    m_launcher.take(requestsByAddresses(bytes), message);
 }
 
 void DesktopChannel::ActivateAction(

@@ -25,7 +25,7 @@ public:
 public slots:
     /// The window is to come to the front.
     void Activate(const QVariantMap &platformData);
-    /// Files by their "file://" addresses; what is none of a file here is left out.
+    /// Files by their "file://" addresses; what is none of a file here the window tells its user.
     void Open(const QStringList &addresses, const QVariantMap &platformData, const QDBusMessage &message);
     /// An action of the launcher entry, "new-document" or "recent-files"; others are answered with an error.
     void ActivateAction(const QString &name, const QVariantList &parameters, const QVariantMap &platformData,

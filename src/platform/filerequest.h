@@ -22,9 +22,12 @@ struct FileRequest {
         Launcher, ///< or another program
         Shell, ///< a command line: a file that is not there is a new one
         Desktop, ///< dropped on the window, or chosen in a file manager: a folder stands for its files
+        Elsewhere, ///< the same, where no file of this computer is meant: it is told
     };
 
-    QString fileName; ///< absolute; empty: a new document, with what can be read from `input` if that is set
+    /// Absolute; empty: a new document, with what can be read from `input` if that is set. From elsewhere
+    /// their addresses, one a line.
+    QString fileName;
     From from = From::Launcher;
     std::optional<LineColumn> place = {}; ///< where the cursor goes
     std::optional<CharCode> charCode = {}; ///< nothing: detect
@@ -33,4 +36,9 @@ struct FileRequest {
     SharedFd waiting = {}; ///< of a start that waits for the document's end, see WaitingStart
 };
 using FileRequests = QList<FileRequest>;
+
+/// From the desktop, by addresses: each that is one of a file here, in their order, and last those that are
+/// not.
+FileRequests requestsByAddresses(const QList<QByteArray> &addresses);
+
 Q_DECLARE_METATYPE(FileRequest)

@@ -95,6 +95,8 @@ private slots:
     void folderOffersItsFiles_data();
     void folderOffersItsFiles();
     void folderThatIsWaitedForIsRefused();
+    void whatIsNoFileHereIsTold_data();
+    void whatIsNoFileHereIsTold();
     void otherThingsAreNotDropped();
     void nothingIsDroppedBehindADialog();
     void textIsStillDropped();
@@ -349,9 +351,8 @@ void RequestedFilesTest::filesAreDropped()
     m_files->write(u"a b.txt"_s, "first");
     m_files->write(u"c.txt"_s, "second");
     const QByteArray folder = m_files->folder().toUtf8();
-    QVERIFY(dropAddresses(*on(*m_window),
-        "# comment\r\nfile://" + folder + "a%20b.txt\r\nfile://" + folder
-            + "c.txt\r\nhttps://x.example/\r\n"));
+    QVERIFY(dropAddresses(
+        *on(*m_window), "# comment\r\nfile://" + folder + "a%20b.txt\r\nfile://" + folder + "c.txt\r\n"));
     QCOMPARE(m_window->tabBar()->count(), 1);
     QTRY_COMPARE(openFiles(), u"a b.txt c.txt"_s);
     QCOMPARE(editor().text(), u"second"_s);
@@ -437,6 +438,35 @@ void RequestedFilesTest::folderThatIsWaitedForIsRefused()
     QCOMPARE(boxes.count(), 1);
     QVERIFY(m_window->requests.isEmpty());
     ::close(ends[1]);
+}
+
+void RequestedFilesTest::whatIsNoFileHereIsTold_data()
+{
+    QTest::addColumn<QByteArray>("addresses");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("one") << QByteArray("https://x.example/") << u"https://x.example/"_s;
+    QTest::newRow("of another computer")
+        << QByteArray("file://elsewhere.example/a\r\nx") << u"file://elsewhere.example/a\nx"_s;
+    QTest::newRow("many") << QByteArray("a:\r\nb:\r\nc:\r\nd:\r\ne:\r\nf:\r\ng:")
+                          << u"a:\nb:\nc:\nd:\ne:\n…"_s;
+    QTest::newRow("long") << "a:" + QByteArray(1'000'000, 'b') << u"a:"_s + QString(58, u'b') + u'…';
+}
+
+/// After the files that came with it are open.
+void RequestedFilesTest::whatIsNoFileHereIsTold()
+{
+    QFETCH(QByteArray, addresses);
+    QFETCH(QString, told);
+    const QByteArray file = m_files->write(u"a.txt"_s, "a").toUtf8();
+    const NoTimeToRead noTime;
+    MessageBoxes boxes;
+    QVERIFY(dropAddresses(*editor().viewport(), addresses + "\r\nfile://" + file));
+    QTRY_COMPARE(boxes.count(), 1);
+    QCOMPARE(openFiles(), u"a.txt"_s);
+    // The box may break a long word anywhere.
+    QString text = boxes.texts().constFirst();
+    QCOMPARE(text.remove(QChar(0x200B)),
+        u"Error|Only files of this computer can be opened. These are none:\n"_s + told);
 }
 
 void RequestedFilesTest::otherThingsAreNotDropped()

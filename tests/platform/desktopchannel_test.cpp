@@ -46,6 +46,7 @@ void DesktopChannelTest::opensFiles()
     QVERIFY(callFromDesktop(u"Open"_s, { addresses }));
     QVERIFY(role.prints("document /a b.txt"));
     QVERIFY(role.prints("document /\\udc83e"));
+    QVERIFY(role.prints("elsewhere https://x.example/"));
 }
 
 void DesktopChannelTest::showsTheWindow()

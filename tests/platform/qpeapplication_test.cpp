@@ -53,7 +53,8 @@ public slots:
         std::array<char, 16> content{};
         if (request.input && ::pread(request.input->number(), content.data(), content.size() - 1, 0) < 0)
             print("unreadable");
-        print(request.isRecent ? "recent" : "document", escaped(request.fileName));
+        const bool isHere = request.from != FileRequest::From::Elsewhere;
+        print(request.isRecent ? "recent" : isHere ? "document" : "elsewhere", escaped(request.fileName));
         if (request.place || request.charCode || request.input)
             print("with",
                 QByteArray::number(place.line) + ' ' + QByteArray::number(place.column) + ' '
