@@ -4,12 +4,14 @@
 
 #include <QDropEvent>
 #include <QMimeData>
+#include <QRubberBand>
 #include <QWidget>
 
 using namespace Qt::StringLiterals;
 
 FileDrops::FileDrops(QWidget &window)
     : m_window(window)
+    , m_target(new QRubberBand(QRubberBand::Rectangle, &window))
 {
     window.setAcceptDrops(true);
     window.installEventFilter(this);
@@ -29,6 +31,8 @@ QList<QByteArray> FileDrops::addressesIn(const QMimeData &data)
 
 bool FileDrops::eventFilter(QObject *, QEvent *event)
 {
+    if (event->type() == QEvent::DragLeave)
+        m_target->hide();
     const bool isHeld = event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove;
     if (!isHeld && event->type() != QEvent::Drop)
         return false;
@@ -36,6 +40,8 @@ bool FileDrops::eventFilter(QObject *, QEvent *event)
     const FileRequests requests = requestsByAddresses(addressesIn(*drop.mimeData()));
     const bool hasFiles = !requests.isEmpty() && requests.first().from == FileRequest::From::Desktop;
     const bool isTaken = hasFiles && !QPEApplication::isBusy();
+    m_target->setGeometry(m_window.rect());
+    m_target->setVisible(isHeld && isTaken);
     if (!isTaken) {
         drop.ignore();
         return true;

@@ -4,10 +4,12 @@
 
 class QByteArray;
 class QMimeData;
+class QRubberBand;
 class QWidget;
 
-/// Has files open that are dropped on a window, wherever no part of it takes what is dropped. What comes
-/// with them and is no file here is told; alone it is not taken, which the pointer says.
+/// Has files open that are dropped on a window, wherever no part of it takes what is dropped. As long as they
+/// are held over it, all of it is marked as their target. What comes with them and is no file here is told;
+/// alone it is not taken, which the pointer says.
 class FileDrops : public QObject {
     Q_OBJECT
 public:
@@ -20,4 +22,5 @@ public:
 
 private:
     QWidget &m_window;
+    QRubberBand *m_target; ///< shown while files are held
 };

@@ -8,6 +8,7 @@
 
 #include <QDropEvent>
 #include <QMimeData>
+#include <QRubberBand>
 
 #include <array>
 
@@ -95,6 +96,7 @@ private slots:
     void folderOffersItsFiles_data();
     void folderOffersItsFiles();
     void folderThatIsWaitedForIsRefused();
+    void windowIsMarkedWhileFilesAreHeld();
     void whatIsNoFileHereIsTold_data();
     void whatIsNoFileHereIsTold();
     void otherThingsAreNotDropped();
@@ -438,6 +440,32 @@ void RequestedFilesTest::folderThatIsWaitedForIsRefused()
     QCOMPARE(boxes.count(), 1);
     QVERIFY(m_window->requests.isEmpty());
     ::close(ends[1]);
+}
+
+void RequestedFilesTest::windowIsMarkedWhileFilesAreHeld()
+{
+    const auto *const mark = m_window->findChild<QRubberBand *>();
+    QVERIFY(mark && mark->isHidden());
+    QWidget &text = *editor().viewport();
+    QMimeData file;
+    file.setData(u"text/uri-list"_s, "file://" + m_files->write(u"a.txt"_s, "a").toUtf8());
+    QMimeData address;
+    address.setData(u"text/uri-list"_s, "https://x.example/");
+    const auto hold = [&text](const QMimeData &data) {
+        QDragEnterEvent enter({ 1, 1 }, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&text, &enter);
+    };
+    hold(address);
+    QVERIFY(mark->isHidden());
+    hold(file);
+    QVERIFY(mark->isVisible());
+    QCOMPARE(mark->geometry(), m_window->rect());
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(&text, &leave);
+    QVERIFY(mark->isHidden());
+    QVERIFY(drop(text, file));
+    QVERIFY(mark->isHidden());
+    QTRY_COMPARE(openFiles(), u"a.txt"_s); // before the next test's files
 }
 
 void RequestedFilesTest::whatIsNoFileHereIsTold_data()
