@@ -36,6 +36,7 @@ constexpr KeyBinding keyMap[] = {
     { Qt::Key_A, control, all, 0x2017, &frmMain::slotCmdEditSelAll },
     { Qt::Key_F6, Qt::NoModifier, all, 0, &frmMain::slotEtcNotice },
     { Qt::Key_F10, control, all, 0, &frmMain::slotEtcTabMenu },
+    { Qt::Key_F1, Qt::NoModifier, all, 0, &frmMain::slotEtcKeys },
 
     // From here on what can be switched off.
     { Qt::Key_T, control, all, 0, &frmMain::slotCmdFileNew },
@@ -55,7 +56,6 @@ constexpr KeyBinding keyMap[] = {
     { Qt::Key_0, control, all, 0, &frmMain::slotEtcTextAsUsual },
     { Qt::Key_F11, Qt::NoModifier, all, 0, &frmMain::slotCmdViewFull },
     { Qt::Key_F10, Qt::NoModifier, all, 0, &frmMain::slotEtcMenus },
-    { Qt::Key_F1, Qt::NoModifier, all, 0, &frmMain::slotEtcKeys },
 };
 
 struct Key {

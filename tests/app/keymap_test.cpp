@@ -59,6 +59,7 @@ private slots:
     void tabs();
     void f6();
     void menuOfTheTab();
+    void guide();
     void knownKeys_data();
     void knownKeys();
     void keysAreUsedOnce();
@@ -177,6 +178,16 @@ void KeyMapTest::menuOfTheTab()
     moreSettings() = {};
 }
 
+/// It tells which keys are on, and nothing else opens it.
+void KeyMapTest::guide()
+{
+    const QList<CommandSlot> guide{ &frmMain::slotEtcKeys };
+    QCOMPARE(commandsFor(Qt::Key_F1, {}), guide);
+    moreSettings().KnownKeys = 0;
+    QCOMPARE(commandsFor(Qt::Key_F1, {}), guide);
+    moreSettings() = {};
+}
+
 void KeyMapTest::knownKeys_data()
 {
     QTest::addColumn<int>("key");
@@ -203,7 +214,6 @@ void KeyMapTest::knownKeys_data()
     row("Ctrl+=", Qt::Key_Equal, control, &frmMain::slotEtcTextLarger);
     row("Ctrl+-", Qt::Key_Minus, control, &frmMain::slotEtcTextSmaller);
     row("Ctrl+0", Qt::Key_0, control, &frmMain::slotEtcTextAsUsual);
-    row("F1", Qt::Key_F1, {}, &frmMain::slotEtcKeys);
     row("F10", Qt::Key_F10, {}, &frmMain::slotEtcMenus);
     row("F11", Qt::Key_F11, {}, &frmMain::slotCmdViewFull);
 }

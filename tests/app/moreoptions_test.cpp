@@ -98,7 +98,7 @@ void MoreOptionsTest::keysOfOtherProgramsMayBeOff()
     moreSettings().KnownKeys = 0;
     const MessageBoxes boxes;
     QTest::keyClick(m_window->currentEditor(), Qt::Key_T, Qt::ControlModifier);
-    QTest::keyClick(m_window->currentEditor(), Qt::Key_F1);
+    QTest::keyClick(m_window->currentEditor(), Qt::Key_F10);
     QTest::keyClick(m_window->currentEditor(), Qt::Key_Plus, Qt::ControlModifier);
     QCOMPARE(m_window->tabBar()->count(), 1);
     QCOMPARE(boxes.count(), 0);
