@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextTable>
 
 using namespace Qt::StringLiterals;
@@ -20,8 +21,6 @@ namespace {
 // Between them stands the table of keys, as a first start has it.
 constexpr QLatin1StringView keysBegin("<!-- keys -->");
 constexpr QLatin1StringView keysEnd("<!-- end of keys -->");
-
-constexpr int linesAboveKeys = 3; ///< their title
 
 bool isInPresentLanguage()
 {
@@ -78,8 +77,11 @@ void GuideBrowser::showKeys()
     QTextTable *const table = keys();
     if (!table)
         return;
-    const int top = int(document()->documentLayout()->frameBoundingRect(table).top());
-    verticalScrollBar()->setValue(top - linesAboveKeys * fontMetrics().lineSpacing());
+    QTextBlock title = table->firstCursorPosition().block();
+    while (title.isValid() && title.blockFormat().headingLevel() == 0)
+        title = title.previous();
+    const qreal top = document()->documentLayout()->blockBoundingRect(title).top();
+    verticalScrollBar()->setValue(int(top - document()->documentMargin()));
 }
 
 /// Known by its first cell.

@@ -15,7 +15,7 @@ public:
     /// The guide in the present language, or in English where there is none; the table of keys alone where
     /// the guide is not installed.
     void showGuide();
-    /// Scrolls to the table of keys. Only where the browser is laid out on the screen.
+    /// Scrolls to the title of the table of keys. Only where the browser is laid out on the screen.
     void showKeys();
 
 protected:

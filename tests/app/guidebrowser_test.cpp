@@ -45,6 +45,7 @@ private slots:
     void saysInWhichLanguageItIs_data();
     void saysInWhichLanguageItIs();
     void keysThatAreOffAreNotShown();
+    void keysAreScrolledTo_data();
     void keysAreScrolledTo();
     void keysAreShownWithoutAGuide();
     void linksLeadToPages_data();
@@ -125,16 +126,30 @@ void GuideBrowserTest::keysThatAreOffAreNotShown()
     QVERIFY(keysIn(few)->rows() < keysIn(all)->rows());
 }
 
+void GuideBrowserTest::keysAreScrolledTo_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("room") << QSize(400, 300);
+    QTest::newRow("a handheld upright") << QSize(230, 250);
+    QTest::newRow("little room") << QSize(180, 200);
+}
+
+/// With the whole of their title above them.
 void GuideBrowserTest::keysAreScrolledTo()
 {
+    QFETCH(QSize, size);
     GuideBrowser browser;
-    browser.resize(400, 300);
+    browser.resize(size);
     browser.showGuide();
     browser.show();
     browser.showKeys();
     QVERIFY(browser.verticalScrollBar()->value() > 0);
     const int top = browser.cursorRect(keysIn(browser)->firstCursorPosition()).top();
     QVERIFY2(top > 0 && top < browser.viewport()->height(), qPrintable(QString::number(top)));
+    const QRect title = browser.cursorRect(QTextCursor(browser.document()->find(u"Keys"_s).block()));
+    QCOMPARE(QTextCursor(browser.document()->find(u"Keys"_s).block()).block().text(), u"Keys"_s);
+    QVERIFY2(title.top() >= 0 && title.bottom() < top, qPrintable(QString::number(title.top())));
+    QVERIFY(title.top() < title.height());
 }
 
 void GuideBrowserTest::keysAreShownWithoutAGuide()
