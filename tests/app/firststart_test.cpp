@@ -15,6 +15,7 @@ private slots:
     }
     void cleanup() { QCOMPARE(end(), QByteArray()); }
     void speaksAndWritesAsTheDesktop();
+    void localeNeedNotBeInstalled();
     void whoSaysNothingIsAskedNoMore();
     void whoHasSettingsIsNotAsked();
 
@@ -56,6 +57,23 @@ void FirstStartTest::speaksAndWritesAsTheDesktop()
     QCOMPARE(setting(u"Lang"_s), u"2"_s);
     QCOMPARE(setting(u"DefCodec"_s), u"2"_s);
     QCOMPARE(setting(u"DefCRLF"_s), u"3"_s);
+}
+
+/// Its name says what the desktop speaks and writes.
+void FirstStartTest::localeNeedNotBeInstalled()
+{
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    for (const QString &variable : { u"LANGUAGE"_s, u"LC_ALL"_s, u"LC_CTYPE"_s, u"LC_MESSAGES"_s })
+        variables.remove(variable);
+    variables.insert(u"LANG"_s, u"fr_BE.UTF-8"_s);
+    program().setProcessEnvironment(variables);
+    QVERIFY(start());
+    press({ u"F6"_s, u"Right"_s, u"Return"_s });
+    QVERIFY(takesKeys());
+    press({ u"F6"_s, u"Return"_s });
+    QTRY_COMPARE(title(), u"Marlo!Pad QT  [UTF8][LF]"_s);
+    QVERIFY(quit());
+    QCOMPARE(setting(u"Lang"_s), u"2"_s);
 }
 
 void FirstStartTest::whoSaysNothingIsAskedNoMore()
