@@ -7,10 +7,10 @@
 #include "app/reopenchoices.h"
 #include "editor/ctltabbar.h"
 #include "files/fileaddress.h"
+#include "platform/filemanager.h"
 #include "platform/menu.h"
 
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QUrl>
@@ -110,6 +110,6 @@ void TabMenu::addCodes(QMenu &menu, ctlEditer *editor)
 void TabMenu::openFolder(const ctlEditer &editor)
 {
     const QUrl address = QUrl::fromEncoded(FileAddress::of(editor.path()).toLatin1());
-    if (!QDesktopServices::openUrl(address))
+    if (!showInFileManager(address))
         m_loader.askAndOpenIn(editor.path());
 }

@@ -217,7 +217,13 @@ void TabMenuTest::opensTheFolder()
 void TabMenuTest::showsTheFolderWhereNothingElseDoes()
 {
     ctlEditer *const editor = open(u"a.txt"_s);
+    static QStringList said;
+    said.clear();
+    const QtMessageHandler before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &text) { said << text; });
     QVERIFY(choose(editor, u"Open folder"_s));
+    qInstallMessageHandler(before);
+    QCOMPARE(said.filter(u"openUrl"_s), QStringList());
     QCOMPARE(m_parts->starts.size(), 1);
     QCOMPARE(m_parts->starts[0].folder, m_parts->files.folder());
 }
