@@ -39,6 +39,8 @@ const std::vector<JobScene::Job> &JobScene::jobs()
         { "move a block", Kind::Edit, &JobScene::indentBlock, 5, Content::Indented, Content::Text,
             Content::Text },
         { "paste", Kind::Edit, &JobScene::paste, 5, Content::Pasted, Content::Small, Content::Small },
+        { "follow", Kind::Follow, &JobScene::follow, 2, Content::FollowedOn, Content::Followed,
+            Content::Followed },
     };
     return all;
 }
@@ -84,6 +86,10 @@ QString JobScene::textOf(Content content)
         return whole + QString::fromLatin1(smallText);
     case Content::Long:
         return whole.repeated(2);
+    case Content::Followed:
+        return QString::fromLatin1(smallText) + u"x\n"_s;
+    case Content::FollowedOn:
+        return textOf(Content::Followed) + whole;
     }
     Q_UNREACHABLE();
 }
@@ -130,6 +136,7 @@ bool JobScene::isUnderWay(const Job &job, const ctlEditer &editor) const
     case Kind::Reload:
     case Kind::Save:
     case Kind::Edit:
+    case Kind::Follow:
         return editor.document().isHeld();
     case Kind::Search:
     case Kind::Count:
@@ -233,4 +240,24 @@ void JobScene::paste()
     openWhole(smallText);
     QGuiApplication::clipboard()->setText(QString::fromUtf8(text()));
     window.slotCmdEditPast();
+}
+
+void JobScene::appendToFile(const QByteArray &bytes) const
+{
+    QFile file(fullName(u"a.txt"_s));
+    QVERIFY(file.open(QIODevice::Append) && file.write(bytes) == bytes.size());
+}
+
+/// Much is added at once.
+void JobScene::follow()
+{
+    openWhole(smallText);
+    appendToFile("x\n");
+    const StripInWindow strip(window);
+    QTRY_VERIFY(strip.button(u"Follow"_s));
+    strip.click(u"Follow"_s);
+    QTRY_COMPARE(window.currentEditor()->text(), textOf(Content::Followed));
+    appendToFile(text());
+    QTRY_VERIFY(strip.text().startsWith(u"Loading"_s));
+    QVERIFY(window.currentEditor()->document().isHeld());
 }

@@ -11,7 +11,7 @@
 class JobScene {
 public:
     /// What a job is to the document it is about.
-    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit };
+    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit, Follow };
 
     /// What a document has.
     enum class Content {
@@ -25,6 +25,8 @@ public:
         Indented,
         Pasted, ///< the text before the small one
         Long,
+        Followed, ///< a small one
+        FollowedOn, ///< that, and the text behind it
     };
 
     struct Job {
@@ -66,6 +68,7 @@ public:
     qreal rowHeight = 0; ///< of the old layout
 
 private:
+    void appendToFile(const QByteArray &bytes) const;
     void load();
     void loadIntoFreshDocument();
     void reload();
@@ -79,4 +82,5 @@ private:
     void layOut();
     void indentBlock();
     void paste();
+    void follow();
 };
