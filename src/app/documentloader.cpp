@@ -289,9 +289,14 @@ void DocumentLoader::loadAsUtf16(ctlEditer *editor, Utf16Form form, const Then &
 
 void DocumentLoader::stopReplacing(const ctlEditer *editor)
 {
+    if (isReplacing(editor))
+        m_arriving.at(editor)->stop();
+}
+
+bool DocumentLoader::isReplacing(const ctlEditer *editor) const
+{
     const auto arriving = m_arriving.find(editor);
-    if (arriving != m_arriving.end() && !arriving->second->isShownInParts())
-        arriving->second->stop();
+    return arriving != m_arriving.end() && !arriving->second->isShownInParts();
 }
 
 bool DocumentLoader::mayReopen(ctlEditer &editor)

@@ -92,6 +92,8 @@ public:
     /// Stops the reading of a file whose text is to take the place of the document's; nothing else is
     /// stopped.
     void stopReplacing(const ctlEditer *editor);
+    /// Whether such a file is being read.
+    bool isReplacing(const ctlEditer *editor) const;
 
     /// The document whose file is being read at once; null for none.
     const ctlEditer *loading() const { return m_loading; }

@@ -2,6 +2,7 @@
 
 #include "app/awaiteddocuments.h"
 #include "app/documentarea.h"
+#include "app/linejump.h"
 #include "app/openingfiles.h"
 #include "app/recentmenu.h"
 #include "editor/ctlediter.h"
@@ -32,24 +33,14 @@ bool isFolder(const QString &fileName)
     return ::stat(FileName::toBytes(fileName).constData(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
-/// In a text that is held, when it is not any more: all of it is there then.
-void jumpTo(ctlEditer &editor, const LineColumn &place)
-{
-    const auto jump = [&editor, place] { editor.jumpTo(place.line, place.column); };
-    if (editor.document().isHeld())
-        QObject::connect(&editor.document(), &TextDocument::released, &editor, jump,
-            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
-    else
-        jump();
-}
-
 } // namespace
 
 RequestedFiles::RequestedFiles(DocumentArea &documents, DocumentLoader &loader, RecentMenu &recentMenu,
-    AwaitedDocuments &awaited, const OpeningFiles &opening)
+    LineJump &lineJump, AwaitedDocuments &awaited, const OpeningFiles &opening)
     : m_documents(documents)
     , m_loader(loader)
     , m_recentMenu(recentMenu)
+    , m_lineJump(lineJump)
     , m_awaited(awaited)
     , m_opening(opening)
 {
@@ -101,7 +92,7 @@ void RequestedFiles::openFromShell(const FileRequest &request, OpenedIn where)
     ctlEditer *const editor =
         request.fileName.isEmpty() ? openWithoutName(request) : openNamed(request, where);
     if (request.place)
-        jumpTo(*editor, *request.place);
+        m_lineJump.go(*editor, *request.place);
     if (request.waiting)
         m_awaited.add(editor, request.waiting);
 }

@@ -8,6 +8,7 @@
 
 class AwaitedDocuments;
 class DocumentArea;
+class LineJump;
 class OpeningFiles;
 class RecentMenu;
 
@@ -19,7 +20,7 @@ class RequestedFiles {
     Q_DECLARE_TR_FUNCTIONS(RequestedFiles)
 public:
     RequestedFiles(DocumentArea &documents, DocumentLoader &loader, RecentMenu &recentMenu,
-        AwaitedDocuments &awaited, const OpeningFiles &opening);
+        LineJump &lineJump, AwaitedDocuments &awaited, const OpeningFiles &opening);
 
     void open(const FileRequest &request);
 
@@ -36,6 +37,7 @@ private:
     DocumentArea &m_documents;
     DocumentLoader &m_loader;
     RecentMenu &m_recentMenu;
+    LineJump &m_lineJump;
     AwaitedDocuments &m_awaited;
     const OpeningFiles &m_opening;
     QPointer<ctlEditer> m_shown; ///< by the last request that has brought something into view

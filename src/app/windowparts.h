@@ -55,6 +55,7 @@ struct WindowParts {
     FirstDocument firstDocument;
     RecentPlaces places;
     DocumentLoader loader;
+    LineJump lineJump;
     AwaitedDocuments awaited;
     OpeningFiles openingFiles;
     RequestedFiles requested;
@@ -71,7 +72,6 @@ struct WindowParts {
     SessionEnd sessionEnd;
     LastWrites lastWrites;
     SearchRuns search;
-    LineJump lineJump;
     PropertiesBox properties;
     WindowNotices notices;
     FirstOffers firstOffers;

@@ -32,6 +32,9 @@ private slots:
     void lineThatHasNotComeIsGoneToWhenItHas();
     void lineThatHasNotComeIsLeftWhereItsUserHasMoved();
     void newestJumpToWhatHasNotComeCounts();
+    void requestedPlaceIsGoneToWhenItHasCome();
+    void requestedPlaceIsLeftWhereItsUserHasMoved();
+    void newestRequestedPlaceCounts();
     void commandsThatChangeAreRefused();
     void stripTellsHowFarItIs();
     void otherTabIsTypedInto();
@@ -49,6 +52,10 @@ private slots:
 private:
     bool step(int steps);
     void jumpTo(int line);
+    void request(int line)
+    {
+        m_window->openRequested({ m_log, FileRequest::From::Shell, LineColumn{ line, 1 } });
+    }
     /// Makes all steps; the number of the line in which the cursor is then.
     int lineWhenWhole();
     ctlEditer &editor() { return *m_window->currentEditor(); }
@@ -159,6 +166,27 @@ void LoadingWindowTest::newestJumpToWhatHasNotComeCounts()
     jumpTo(50000);
     jumpTo(55000);
     QCOMPARE(lineWhenWhole(), 55000);
+}
+
+void LoadingWindowTest::requestedPlaceIsGoneToWhenItHasCome()
+{
+    request(50000);
+    QCOMPARE(editor().cursorOffset(), Offset());
+    QCOMPARE(lineWhenWhole(), 50000);
+}
+
+void LoadingWindowTest::requestedPlaceIsLeftWhereItsUserHasMoved()
+{
+    request(50000);
+    press(Qt::Key_Down);
+    QCOMPARE(lineWhenWhole(), 2);
+}
+
+void LoadingWindowTest::newestRequestedPlaceCounts()
+{
+    request(50000);
+    request(40000);
+    QCOMPARE(lineWhenWhole(), 40000);
 }
 
 void LoadingWindowTest::commandsThatChangeAreRefused()
