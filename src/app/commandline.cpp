@@ -79,17 +79,18 @@ struct NameAndPlace {
     std::optional<LineColumn> place;
 };
 
-/// "FILE:LINE" and "FILE:LINE:COLUMN"; of the names that it may mean the longest that exists, or else the
-/// shortest.
+/// "FILE:LINE" and "FILE:LINE:COLUMN", with a colon behind them where a compiler has printed them; of the
+/// names that it may mean the longest that exists, or else the shortest.
 NameAndPlace nameAndPlace(const QByteArray &word, const CommandLine::Exists &exists)
 {
     NameAndPlace found{ word, {} };
     if (exists(word))
         return found;
-    const qsizetype last = word.lastIndexOf(':');
-    const qsizetype before = last > 0 ? word.lastIndexOf(':', last - 1) : -1;
+    const QByteArrayView text = QByteArrayView(word).chopped(word.endsWith(':') ? 1 : 0);
+    const qsizetype last = text.lastIndexOf(':');
+    const qsizetype before = last > 0 ? text.lastIndexOf(':', last - 1) : -1;
     for (const qsizetype colon : { last, before }) {
-        const auto place = colon > 0 ? placeIn(QByteArrayView(word).sliced(colon + 1)) : std::nullopt;
+        const auto place = colon > 0 ? placeIn(text.sliced(colon + 1)) : std::nullopt;
         if (!place)
             continue;
         found = { word.first(colon), place };

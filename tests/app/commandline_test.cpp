@@ -68,7 +68,7 @@ private slots:
 void CommandLineTest::asks_data()
 {
     QTest::addColumn<QByteArray>("asked");
-    // The words with blanks between; files that are there are "a:1", "a:1:2" and "file:///there".
+    // The words with blanks between; files that are there are "a:1", "a:1:2", "a:3:" and "file:///there".
     const auto row = [](const char *line, const char *asked) { QTest::newRow(line) << QByteArray(asked); };
     row("", "");
     row("a", "a");
@@ -94,6 +94,18 @@ void CommandLineTest::asks_data()
     row("b:0", "b:0");
     row("b:2:0", "b:2:0");
     row("b:", "b:");
+    row("b::", "b::");
+    row("b:2:", "b @2,1");
+    row("b:2:3:", "b @2,3");
+    row("b:2::", "b:2::");
+    row("b:2:3::", "b:2:3::");
+    row("b:x:", "b:x:");
+    row("b:x:3:", "b:x @3,1");
+    row(":2:", ":2:");
+    row("a:1:2:", "a:1 @2,1");
+    row("a:1:2:7:", "a:1:2 @7,1");
+    row("a:3:", "a:3:");
+    row("a:3:4:", "a @3,4");
     row("b:-2", "b:-2");
     row("b:99999999999999999999", "b:99999999999999999999");
     row(":2", ":2");
@@ -150,8 +162,9 @@ void CommandLineTest::asks()
 {
     QFETCH(QByteArray, asked);
     const QByteArray words = QTest::currentDataTag();
-    const CommandLine line(words.isEmpty() ? QByteArrayList() : words.split(' '),
-        [](const QByteArray &name) { return name == "a:1" || name == "a:1:2" || name == "file:///there"; });
+    const CommandLine line(words.isEmpty() ? QByteArrayList() : words.split(' '), [](const QByteArray &name) {
+        return QByteArrayList{ "a:1", "a:1:2", "a:3:", "file:///there" }.contains(name);
+    });
     QCOMPARE(drawn(line), asked);
 }
 
