@@ -83,6 +83,17 @@ bool isGone(int error)
     return error == ENOENT || error == ENOTDIR;
 }
 
+/// Whatever size is told of it: the system's own files are told as large as they can become.
+bool endsAt(qint64 size, const QByteArray &name, const FileCalls &calls)
+{
+    const int fd = openForReading(calls, name);
+    if (fd == -1)
+        return false;
+    const auto closer = qScopeGuard([&calls, fd] { calls.close(fd); });
+    char next = 0;
+    return retried([&] { return calls.pread(fd, &next, 1, size); }) == 0;
+}
+
 } // namespace
 
 FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls, FileChange unanswered)
@@ -92,11 +103,13 @@ FileChange FileVersion::changeOf(const QByteArray &name, const FileCalls &calls,
     struct stat info;
     if (calls.stat(name.constData(), &info) != 0)
         return isGone(errno) ? FileChange::Deleted : unanswered;
-    const FileStamp now(info);
+    FileStamp now(info);
     if (now == m_stamp && !m_isYoung)
         return FileChange::None;
     if (!S_ISREG(info.st_mode)) // which may have the number of the file that was
         return FileChange::Replaced;
+    if (now.size > m_stamp.size && endsAt(m_stamp.size, name, calls))
+        now.size = m_stamp.size;
     const bool isSameFile = now.isSameFile(m_stamp);
     const auto isStart = now.size < m_stamp.size ? std::optional(false) : isStartOf(name, now, calls);
     if (!isStart)

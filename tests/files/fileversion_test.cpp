@@ -20,6 +20,8 @@ private slots:
 
     void changes_data();
     void changes();
+    void changesWhereTheSizeIsToldTooLarge_data();
+    void changesWhereTheSizeIsToldTooLarge();
     void sameBytesAreNoChange_data();
     void sameBytesAreNoChange();
     void unchangedFileCostsOneCall();
@@ -125,6 +127,37 @@ void FileVersionTest::changes()
         QCOMPARE(version.changeOf(m_name, FileCalls::system()), change);
         QCOMPARE(version.changeOf(m_name, FileCalls::system()), change);
     }
+}
+
+void FileVersionTest::changesWhereTheSizeIsToldTooLarge_data()
+{
+    QTest::addColumn<Act>("act");
+    QTest::addColumn<FileChange>("change");
+    QTest::newRow("nothing") << Act([] {}) << FileChange::None;
+    QTest::newRow("written in place")
+        << Act([this] { writeFile(m_name, "the NEW content\n"); }) << FileChange::Changed;
+    QTest::newRow("written longer") << Act([this] { writeFile(m_name, "the NEW content and more\n"); })
+                                    << FileChange::Changed;
+    QTest::newRow("added to") << Act([this] { append("more\n"); }) << FileChange::Grown;
+    QTest::newRow("written shorter") << Act([this] { writeFile(m_name, "the\n"); }) << FileChange::Changed;
+    QTest::newRow("another file over it") << Act([this] { renameOver("other"); }) << FileChange::Replaced;
+}
+
+/// As a whole page, which the system tells of its own settings' files.
+void FileVersionTest::changesWhereTheSizeIsToldTooLarge()
+{
+    QFETCH(Act, act);
+    QFETCH(FileChange, change);
+    FileCalls calls = FileCalls::system();
+    calls.stat = [](const char *name, struct stat *info) {
+        const int result = ::stat(name, info);
+        info->st_size = 4096;
+        return result;
+    };
+    FileVersion version = read();
+    act();
+    QCOMPARE(version.changeOf(m_name, calls), change);
+    QCOMPARE(version.changeOf(m_name, calls), change);
 }
 
 void FileVersionTest::sameBytesAreNoChange_data()
