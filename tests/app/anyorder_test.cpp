@@ -103,6 +103,7 @@ private:
     void act();
     void check();
     void checkEditor(const ctlEditer *editor);
+    void checkRows(const ctlEditer *editor);
     ctlEditer *current() const { return m_window->currentEditor(); }
     int below(int limit) { return int(m_random.bounded(limit)); }
     QString anyFile();
@@ -122,6 +123,7 @@ private:
     void showProperties();
     void reload();
     void changeOutside();
+    void changeLook();
     void chooseTab();
     void closeTab();
     void request();
@@ -312,6 +314,25 @@ void AnyOrderTest::changeOutside()
     m_files->write(name, QByteArray("changed outside\n").repeated(below(4)));
 }
 
+/// Of what is being read or edited behind the window too.
+void AnyOrderTest::changeLook()
+{
+    AppSettings &settings = appSettings();
+    switch (below(3)) {
+    case 0:
+        settings.FontSize = AppSettings::smallestFontSize + below(12);
+        break;
+    case 1:
+        settings.TabLen = 1 + below(12);
+        break;
+    default:
+        settings.WrapMode = below(3);
+        settings.WrapLen = 2 + below(20);
+        break;
+    }
+    m_window->applySettings();
+}
+
 void AnyOrderTest::chooseTab()
 {
     if (m_window->tabBar()->count() > 0)
@@ -366,7 +387,8 @@ void AnyOrderTest::act()
         { 4, &AnyOrderTest::saveAs }, { 4, &AnyOrderTest::replaceAll }, { 6, &AnyOrderTest::search },
         { 3, &AnyOrderTest::showProperties }, { 4, &AnyOrderTest::reload }, { 3, &AnyOrderTest::request },
         { 2, &AnyOrderTest::endSession }, { 2, &AnyOrderTest::changeOutside },
-        { 8, &AnyOrderTest::chooseTab }, { 8, &AnyOrderTest::closeTab }, { 1, &AnyOrderTest::quit } };
+        { 5, &AnyOrderTest::changeLook }, { 8, &AnyOrderTest::chooseTab }, { 8, &AnyOrderTest::closeTab },
+        { 1, &AnyOrderTest::quit } };
     int choice = below(std::accumulate(
         std::begin(steps), std::end(steps), 0, [](int sum, const auto &step) { return sum + step.weight; }));
     const auto *step = std::begin(steps);
@@ -421,6 +443,15 @@ void AnyOrderTest::checkEditor(const ctlEditer *editor)
         QCOMPARE(editor->text(), decoded(m_files->read(editor->name()), *editor));
 }
 
+/// They are those of the look it has now.
+void AnyOrderTest::checkRows(const ctlEditer *editor)
+{
+    TextStore::Builder fresh(editor->layoutRule());
+    fresh.append(editor->text());
+    QCOMPARE(editor->numLines(), fresh.finish().rowCount());
+    editor->store().checkInvariants();
+}
+
 void AnyOrderTest::holdsInAnyOrder_data()
 {
     QTest::addColumn<quint32>("seed");
@@ -455,6 +486,8 @@ void AnyOrderTest::holdsInAnyOrder()
     QVERIFY(std::ranges::none_of(
         m_window->tabBar()->editors(), [](const ctlEditer *editor) { return editor->document().isHeld(); }));
     check();
+    for (const ctlEditer *const editor : m_window->tabBar()->editors())
+        checkRows(editor);
     QVERIFY(answers.count() > 0);
     m_window.reset();
 }
