@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextTable>
@@ -39,6 +40,14 @@ QString languageNote()
     return isInPresentLanguage()
         ? QString()
         : u'*' + QCoreApplication::translate("GuideBrowser", "The guide is in English.") + u"*\n\n"_s;
+}
+
+/// In Japanese no space stands between words: a line's end within a sentence is none.
+QString withoutEndsInSentences(QString page)
+{
+    static const QRegularExpression end(
+        u"(?<=[\\x{3000}-\\x{9FFF}\\x{FF00}-\\x{FFEF}])\\n *(?=\\*?[\\x{3000}-\\x{9FFF}\\x{FF00}-\\x{FFEF}])"_s);
+    return page.remove(end);
 }
 
 QString withPresentKeys(const QString &page)
@@ -107,7 +116,7 @@ QVariant GuideBrowser::loadResource(int type, const QUrl &name)
 {
     QVariant loaded = QTextBrowser::loadResource(type, name);
     if (type == QTextDocument::MarkdownResource)
-        return withPresentKeys(QString::fromUtf8(loaded.toByteArray()));
+        return withPresentKeys(withoutEndsInSentences(QString::fromUtf8(loaded.toByteArray())));
     if (type == QTextDocument::ImageResource)
         return fitted(QImage::fromData(loaded.toByteArray()));
     return loaded;

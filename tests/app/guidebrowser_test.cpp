@@ -7,6 +7,8 @@
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
 
+#include <QDirIterator>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextTable>
@@ -48,6 +50,8 @@ private slots:
     void keysAreScrolledTo_data();
     void keysAreScrolledTo();
     void keysAreShownWithoutAGuide();
+    void japaneseHasNoGaps();
+    void emphasisIsShownAsSuch();
     void linksLeadToPages_data();
     void linksLeadToPages();
     void linksOutOfTheGuideAreNotFollowed();
@@ -160,6 +164,34 @@ void GuideBrowserTest::keysAreShownWithoutAGuide()
     qputenv("QPEDIR", BUILT_QPE_DIR);
     QVERIFY(keysIn(browser));
     QVERIFY(keysIn(browser)->rows() > 10);
+}
+
+void GuideBrowserTest::japaneseHasNoGaps()
+{
+    appSettings().Lang = Japanese;
+    GuideBrowser browser;
+    browser.showGuide();
+    static const QRegularExpression gap(
+        u"[\\x{3040}-\\x{30FF}、。] +[\\x{3040}-\\x{30FF}\\x{4E00}-\\x{9FFF}]"_s);
+    QCOMPARE(gap.match(browser.toPlainText()).captured(), QString());
+    QVERIFY(browser.toPlainText().count(u'\n') > 100);
+}
+
+/// With no asterisk left over; "*" for an edited document stands between quotes or as code.
+void GuideBrowserTest::emphasisIsShownAsSuch()
+{
+    const QDir docs(QPEApplication::qpeDir() + u"/../doc/marlopad"_s);
+    QDirIterator pages(docs.path(), { u"*.md"_s }, QDir::Files, QDirIterator::Subdirectories);
+    int seen = 0;
+    while (pages.hasNext()) {
+        GuideBrowser browser;
+        browser.setSource(QUrl::fromLocalFile(pages.next()));
+        static const QRegularExpression leftOver(
+            u"\\*\\w|\\w\\*"_s, QRegularExpression::UseUnicodePropertiesOption);
+        QCOMPARE(leftOver.match(browser.toPlainText()).captured(), QString());
+        ++seen;
+    }
+    QVERIFY(seen > 20);
 }
 
 void GuideBrowserTest::linksLeadToPages_data()
