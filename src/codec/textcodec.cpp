@@ -63,9 +63,10 @@ TextStore TextCodec::decode(QByteArrayView bytes, const LayoutRule &rule, qint64
     return sink.finish();
 }
 
-TextStore TextCodec::decode(QByteArrayView bytes, const LayoutCopy &layout, qint64 &undecodable) const
+TextStore TextCodec::decode(
+    QByteArrayView bytes, const LayoutCopy &layout, LeafMemory *memory, qint64 &undecodable) const
 {
-    StoreSink sink{ TextStore::Builder(layout) };
+    StoreSink sink{ TextStore::Builder(layout, memory) };
     decode(bytes, sink);
     undecodable = sink.undecodable();
     return sink.finish();

@@ -56,7 +56,8 @@ public:
     /// The same, into a store; tells, if wanted, how many bytes could not be decoded.
     TextStore decode(QByteArrayView bytes, const LayoutRule &rule, qint64 *undecodable = nullptr) const;
     /// The same, into a part of a store: in any thread, see TextStore::Builder.
-    TextStore decode(QByteArrayView bytes, const LayoutCopy &layout, qint64 &undecodable) const;
+    TextStore decode(
+        QByteArrayView bytes, const LayoutCopy &layout, LeafMemory *memory, qint64 &undecodable) const;
     /// Encodes a text chunk by chunk, in any thread. False where the sink refused: nothing more may come.
     class Encoding {
     public:

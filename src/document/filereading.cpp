@@ -49,8 +49,8 @@ FileReading::FileReading(Request request, LayoutCopy layout, const FileCalls &ca
     , m_sizes(sizes)
     , m_blocks(blocksOf(m_request, calls))
     , m_codes(m_request.codesOfSilent)
+    , m_layout(std::move(layout))
 {
-    m_workers.push_back({ std::move(layout) });
     m_blocks.setGrowing(m_request.isGrowing);
 }
 
@@ -79,6 +79,7 @@ void FileReading::giveUp()
     m_block = {};
     m_spare = {};
     m_held = {};
+    m_idle.clear();
     m_workers.clear();
 }
 
@@ -166,8 +167,9 @@ void FileReading::takeLayout()
     std::vector<LayoutCopy> layouts = m_newLayouts.take();
     if (layouts.empty())
         return;
-    m_workers.clear();
-    m_workers.push_back({ std::move(layouts.back()) });
+    m_layout = std::move(layouts.back());
+    for (const auto &worker : m_workers)
+        worker->layout = m_layout;
 }
 
 bool FileReading::isHeldWhole() const
@@ -189,7 +191,7 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
         const qsizetype from = ends.empty() ? 0 : ends.back();
         ends.push_back(from + partOf({ bytes + from, m_block.end - from }, m_sizes.part, m_codes.charCode));
     } while (ends.back() < m_block.end);
-    addWorkers(ends.size());
+    std::vector<DecodedPart> parts(ends.size());
     const bool isAscii = m_blocks.facts().code().isAscii();
     const int readers = m_block.isLast ? 0 : 1;
     spread(readers + int(ends.size()), [&](int task) {
@@ -197,11 +199,11 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
             return readBehind(next);
         const auto part = size_t(task - readers);
         const qsizetype from = part == 0 ? 0 : ends[part - 1];
-        decodePart(m_workers[part], bytes + from, ends[part] - from);
+        parts[part] = decodePart(bytes + from, ends[part] - from);
     });
     m_decoded.isAscii = isAscii;
     m_decoded.bytes = m_block.fileEnd;
-    join(ends.size());
+    join(std::move(parts));
 }
 
 /// The same in a code of which all is held until the end.
@@ -217,15 +219,28 @@ void FileReading::hold(FileBlock &next)
     if (!m_block.isLast)
         return;
     m_result.codec = &codecOf(m_held);
-    decodePart(m_workers.front(), m_held.data(), m_held.size());
+    std::vector<DecodedPart> parts;
+    parts.push_back(decodePart(m_held.data(), m_held.size()));
     m_held = {};
-    join(1);
+    join(std::move(parts));
 }
 
-void FileReading::addWorkers(size_t wanted)
+FileReading::Worker &FileReading::takeWorker()
 {
-    while (m_workers.size() < wanted)
-        m_workers.push_back({ m_workers.front().layout });
+    const std::lock_guard lock(m_mutex);
+    if (m_idle.empty()) {
+        m_workers.push_back(std::make_unique<Worker>(m_layout));
+        return *m_workers.back();
+    }
+    Worker &worker = *m_idle.back();
+    m_idle.pop_back();
+    return worker;
+}
+
+void FileReading::giveBack(Worker &worker)
+{
+    const std::lock_guard lock(m_mutex);
+    m_idle.push_back(&worker);
 }
 
 void FileReading::readBehind(FileBlock &next)
@@ -234,29 +249,30 @@ void FileReading::readBehind(FileBlock &next)
 }
 
 /// In any thread.
-void FileReading::decodePart(Worker &worker, char *bytes, qsizetype size) const
+FileReading::DecodedPart FileReading::decodePart(char *bytes, qsizetype size)
 {
     const QByteArrayView text(bytes, normalizeLineEnds(bytes, size, m_codes.returnCode));
-    worker.text = codecOf(text).decode(text, worker.layout, worker.undecodable);
+    DecodedPart part;
+    Worker &worker = takeWorker();
+    LeafMemory *const memory = bytesInAll() >= m_sizes.largeFile ? &worker.memory : nullptr;
+    part.text = codecOf(text).decode(text, worker.layout, memory, part.undecodable);
+    giveBack(worker);
+    return part;
 }
 
-/// Makes one part of what the first workers have.
-void FileReading::join(size_t count)
+/// Makes one part of those of a block.
+void FileReading::join(std::vector<DecodedPart> parts)
 {
-    bool isMeasured = true;
-    for (size_t i = 0; i < count; ++i) {
-        Worker &worker = m_workers[i];
-        TextStore text = std::move(*std::exchange(worker.text, std::nullopt));
-        m_result.findings.undecodableBytes += worker.undecodable;
+    for (DecodedPart &part : parts) {
+        m_result.findings.undecodableBytes += part.undecodable;
         if (m_part)
-            m_part->text.append(std::move(text));
+            m_part->text.append(std::move(*part.text));
         else
-            m_part = Part{ std::move(text), std::exchange(m_startsOver, false) };
+            m_part = Part{ std::move(*part.text), std::exchange(m_startsOver, false) };
     }
-    for (size_t i = 0; i < count; ++i)
-        isMeasured &= m_workers[i].layout.isComplete();
-    m_part->isMeasured = isMeasured;
-    if (!isMeasured)
+    m_part->isMeasured =
+        std::ranges::all_of(m_workers, [](const auto &worker) { return worker->layout.isComplete(); });
+    if (!m_part->isMeasured)
         m_part->text.forgetLayout();
 }
 

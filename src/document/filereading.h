@@ -7,8 +7,11 @@
 #include "jobs/handover.h"
 #include "jobs/spread.h"
 #include "text/layoutcopy.h"
+#include "text/leafmemory.h"
 #include "text/textstore.h"
 
+#include <memory>
+#include <mutex>
 #include <vector>
 
 /// What is known of a file's text when all of it was read.
@@ -45,6 +48,8 @@ public:
         qsizetype laterBlocks = qsizetype{ 8 } << 20;
         /// What is decoded in one go. Fits, with what it becomes, the fast memory of one processor.
         qsizetype part = qsizetype{ 512 } << 10;
+        /// Of a file: the leaves of larger ones have memory of their own.
+        qint64 largeFile = qint64{ 16 } << 20;
     };
     /// Neighbouring text, behind all that came before.
     struct Part {
@@ -86,9 +91,17 @@ public:
     void setLayout(LayoutCopy layout);
 
 private:
-    /// What decodes one part of a block.
+    /// What decodes a part at a time; there are as many as parts are decoded at once.
     struct Worker {
+        explicit Worker(const LayoutCopy &of)
+            : layout(of)
+        {
+        }
         LayoutCopy layout;
+        LeafMemory memory;
+    };
+    /// What a part of a block has become.
+    struct DecodedPart {
         std::optional<TextStore> text = {};
         qint64 undecodable = 0;
     };
@@ -108,10 +121,11 @@ private:
     const TextCodec &codecOf(QByteArrayView text) const;
     void decode(FileBlock &next, const Spread &spread);
     void hold(FileBlock &next);
-    void addWorkers(size_t wanted);
+    Worker &takeWorker();
+    void giveBack(Worker &worker);
     void readBehind(FileBlock &next);
-    void decodePart(Worker &worker, char *bytes, qsizetype size) const;
-    void join(size_t count);
+    DecodedPart decodePart(char *bytes, qsizetype size);
+    void join(std::vector<DecodedPart> parts);
     void finish();
 
     const Request m_request;
@@ -125,7 +139,10 @@ private:
     bool m_isTooLarge = false; ///< the memory has not sufficed
     QByteArray m_held; ///< of a code that is decoded whole
     bool m_startsOver = false;
-    std::vector<Worker> m_workers; ///< one at least
+    LayoutCopy m_layout; ///< that of the workers, by which nobody measures
+    std::vector<std::unique_ptr<Worker>> m_workers;
+    std::vector<Worker *> m_idle; ///< those that decode nothing at the moment
+    std::mutex m_mutex; ///< for these two while parts are decoded
     std::optional<Part> m_part;
     ReadResult m_result;
     HandOver<LayoutCopy> m_newLayouts;

@@ -1,5 +1,6 @@
 #include "text/textnode.h"
 
+#include "text/leafmemory.h"
 #include "text/nodebin.h"
 #include "text/rowflow.h"
 
@@ -27,22 +28,24 @@ void TextNodeRef::destroy(TextNode *node)
         NodeBin::take(static_cast<TextInner *>(node));
 }
 
-TextLeaf *TextLeaf::create(bool wide, qint64 capacity)
+TextLeaf *TextLeaf::create(bool wide, qint64 capacity, LeafMemory *memory)
 {
-    void *memory = ::operator new(sizeof(TextLeaf) + size_t(capacity << (wide ? 1 : 0)));
-    return new (memory) TextLeaf(wide, qint32(capacity));
+    const size_t size = sizeof(TextLeaf) + size_t(capacity << (wide ? 1 : 0));
+    void *const own = memory ? memory->allocate(size) : nullptr;
+    return new (own ? own : ::operator new(size)) TextLeaf(wide, own, qint32(capacity));
 }
 
 void TextLeaf::destroy(TextLeaf *leaf)
 {
+    const bool isInLeafMemory = leaf->isInLeafMemory;
     leaf->~TextLeaf();
-    ::operator delete(leaf);
+    isInLeafMemory ? LeafMemory::free(leaf) : ::operator delete(leaf);
 }
 
-TextNodeRef TextLeaf::fromText(QStringView text, qint64 capacity)
+TextNodeRef TextLeaf::fromText(QStringView text, qint64 capacity, LeafMemory *memory)
 {
     const bool wide = !isLatin1(text);
-    TextLeaf *leaf = create(wide, capacity);
+    TextLeaf *leaf = create(wide, capacity, memory);
     leaf->size = qint32(text.size());
     if (wide)
         std::copy_n(text.utf16(), text.size(), leaf->units());
@@ -52,9 +55,9 @@ TextNodeRef TextLeaf::fromText(QStringView text, qint64 capacity)
     return TextNodeRef(leaf);
 }
 
-TextNodeRef TextLeaf::fromText(QByteArrayView latin1)
+TextNodeRef TextLeaf::fromText(QByteArrayView latin1, LeafMemory *memory)
 {
-    TextLeaf *leaf = create(false, latin1.size());
+    TextLeaf *leaf = create(false, latin1.size(), memory);
     leaf->size = qint32(latin1.size());
     memcpy(leaf->bytes(), latin1.data(), size_t(latin1.size()));
     return TextNodeRef(leaf);

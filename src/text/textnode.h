@@ -9,6 +9,8 @@
 #include <memory>
 #include <vector>
 
+class LeafMemory;
+
 /// Text on its way into a leaf.
 struct LeafText {
     QVarLengthArray<char16_t, 8192> units;
@@ -23,16 +25,18 @@ struct LeafText {
 /// A part of a text: one byte a unit, or two when `wide`. The units follow the object in memory.
 struct TextLeaf : TextNode {
     const bool wide;
+    const bool isInLeafMemory; ///< else in the heap
     qint32 size = 0; ///< units in use
     const qint32 capacity; ///< units there is room for
     std::unique_ptr<const Spellings> spellings; ///< null: there are none
 
-    static TextLeaf *create(bool wide, qint64 capacity);
+    /// In the heap, or in such a memory where it is given one and that has room.
+    static TextLeaf *create(bool wide, qint64 capacity, LeafMemory *memory = nullptr);
     static void destroy(TextLeaf *leaf);
     /// As narrow as the text allows.
     static TextNodeRef fromText(QStringView text) { return fromText(text, text.size()); }
-    static TextNodeRef fromText(QStringView text, qint64 capacity);
-    static TextNodeRef fromText(QByteArrayView latin1);
+    static TextNodeRef fromText(QStringView text, qint64 capacity, LeafMemory *memory = nullptr);
+    static TextNodeRef fromText(QByteArrayView latin1, LeafMemory *memory = nullptr);
     /// Units `from`..`to` of a text.
     static TextNodeRef fromText(const LeafText &text, qint64 from, qint64 to, qint64 capacity);
 
@@ -55,9 +59,10 @@ struct TextLeaf : TextNode {
     }
 
 private:
-    TextLeaf(bool isWide, qint32 room)
+    TextLeaf(bool isWide, bool isInMemory, qint32 room)
         : TextNode(0)
         , wide(isWide)
+        , isInLeafMemory(isInMemory)
         , capacity(room)
     {
     }

@@ -417,9 +417,9 @@ LineIndex lineOfRow(const TextStore &store, RowIndex row)
 
 class TextStore::Builder::Private {
 public:
-    explicit Private(const TextLayout &layout)
+    explicit Private(const TextLayout &layout, LeafMemory *memory = nullptr)
         : store(layout)
-        , tree(store.d->layout)
+        , tree(store.d->layout, memory)
     {
     }
 
@@ -432,8 +432,8 @@ TextStore::Builder::Builder(const LayoutRule &rule, const NodeSizes &sizes)
 {
 }
 
-TextStore::Builder::Builder(const LayoutCopy &layout)
-    : d(std::make_unique<Private>(layout.layout()))
+TextStore::Builder::Builder(const LayoutCopy &layout, LeafMemory *memory)
+    : d(std::make_unique<Private>(layout.layout(), memory))
 {
 }
 

@@ -53,6 +53,7 @@ struct TextChunk {
 struct TextTree;
 class LayoutChange;
 class LayoutCopy;
+class LeafMemory;
 class TextLayout;
 class TextPiece;
 
@@ -226,7 +227,8 @@ public:
     ~Builder();
     /// For a text that is appended to the store of which the layout is, built in any thread. The finished
     /// store must be gone or appended before `layout` is.
-    explicit Builder(const LayoutCopy &layout);
+    /// Leaves are made in `memory`, if there is one, until the store is finished.
+    explicit Builder(const LayoutCopy &layout, LeafMemory *memory = nullptr);
     /// Each byte one character U+0000..U+00FF.
     void append(QByteArrayView latin1);
     void append(QStringView text);

@@ -18,7 +18,7 @@ void TreeBuilder::append(QByteArrayView latin1)
     const qint64 full = m_layout.sizes().leafUnits;
     while (!latin1.isEmpty()) {
         if (pending() == 0 && latin1.size() >= full && !isAnySpelled()) {
-            addLeaf(TextLeaf::fromText(latin1.first(full)));
+            addLeaf(TextLeaf::fromText(latin1.first(full), m_memory));
             latin1 = latin1.sliced(full);
             continue;
         }
@@ -40,7 +40,7 @@ void TreeBuilder::append(QStringView text)
         widen();
         if (m_units.isEmpty() && text.size() >= room() && !isAnySpelled()) {
             const qint64 cut = cutPlace(text, full, m_layout.sizes());
-            addLeaf(TextLeaf::fromText(text.first(cut)));
+            addLeaf(TextLeaf::fromText(text.first(cut), cut, m_memory));
             text = text.sliced(cut);
             continue;
         }
@@ -87,13 +87,13 @@ void TreeBuilder::widen()
 void TreeBuilder::flush()
 {
     if (!m_wide) {
-        addPendingLeaf(TextLeaf::fromText(QByteArrayView(m_bytes)));
+        addPendingLeaf(TextLeaf::fromText(QByteArrayView(m_bytes), m_memory));
         m_bytes.resize(0);
         return;
     }
     const qint64 full = m_layout.sizes().leafUnits;
     const qint64 cut = m_units.size() > full ? cutPlace(m_units, full, m_layout.sizes()) : m_units.size();
-    addPendingLeaf(TextLeaf::fromText(QStringView(m_units).first(cut)));
+    addPendingLeaf(TextLeaf::fromText(QStringView(m_units).first(cut), cut, m_memory));
     m_units.remove(0, cut);
     narrow();
 }

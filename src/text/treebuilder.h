@@ -7,9 +7,10 @@
 /// Builds a tree from its text in order, bottom up and with full nodes.
 class TreeBuilder {
 public:
-    /// `layout` is not owned.
-    explicit TreeBuilder(const TextLayout &layout)
+    /// `layout` is not owned, nor `memory`, where leaves are made in one.
+    explicit TreeBuilder(const TextLayout &layout, LeafMemory *memory = nullptr)
         : m_layout(layout)
+        , m_memory(memory)
     {
     }
 
@@ -36,6 +37,7 @@ private:
     void add(TextTree &&tree, size_t height);
 
     const TextLayout &m_layout;
+    LeafMemory *const m_memory; ///< null: leaves are in the heap
     bool m_wide = false; ///< what does not fill a leaf yet is in m_units, else in m_bytes
     QByteArray m_bytes;
     QString m_units;

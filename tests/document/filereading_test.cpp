@@ -106,7 +106,7 @@ private:
 
 FileReading::Sizes randomSizes(QRandomGenerator &random)
 {
-    return { 1 + random.bounded(30), 1 + random.bounded(40), 1 + random.bounded(12) };
+    return { 1 + random.bounded(30), 1 + random.bounded(40), 1 + random.bounded(12), random.bounded(200) };
 }
 
 } // namespace
