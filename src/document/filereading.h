@@ -45,9 +45,9 @@ public:
     /// How many bytes are read at a time; tests take few.
     struct Sizes {
         qsizetype firstBlock = qsizetype{ 256 } << 10;
-        qsizetype laterBlocks = qsizetype{ 8 } << 20;
+        qsizetype laterBlocks = qsizetype{ 4 } << 20;
         /// What is decoded in one go. Fits, with what it becomes, the fast memory of one processor.
-        qsizetype part = qsizetype{ 512 } << 10;
+        qsizetype part = qsizetype{ 256 } << 10;
         /// Of a file: the leaves of larger ones have memory of their own.
         qint64 largeFile = qint64{ 16 } << 20;
     };
