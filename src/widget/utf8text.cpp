@@ -49,7 +49,8 @@ int sizeOf(QStringView text)
     }
     for (int i = 1; i < count; ++i) {
         const int isBehindHigh = (units[i - 1] & 0xfc00) == 0xd800;
-        size += isBehindHigh & ((units[i] & 0xfc00) == 0xdc00) ? 2 : 0;
+        const int isLow = (units[i] & 0xfc00) == 0xdc00;
+        size += 2 * (isBehindHigh & isLow);
     }
     return size;
 }
