@@ -19,7 +19,7 @@ namespace {
 constexpr qint64 fewestOfInput = 100'000; ///< of what is read in several steps, when all has come
 
 /// How a document may go.
-enum class Way { ClosedTab, Quit, Logout };
+enum class Ending { ClosedTab, Quit, Logout };
 
 } // namespace
 
@@ -85,7 +85,7 @@ private:
         QVERIFY(input().document().isHeld());
     }
     static void addWays();
-    bool go(Way way);
+    bool go(Ending way);
     void makeAllSteps()
     {
         m_inputs->runAll();
@@ -270,29 +270,29 @@ void ArrivingInputTest::placeIsGoneTo()
 
 void ArrivingInputTest::addWays()
 {
-    QTest::addColumn<Way>("way");
-    QTest::newRow("closed tab") << Way::ClosedTab;
-    QTest::newRow("quit") << Way::Quit;
-    QTest::newRow("logout") << Way::Logout;
+    QTest::addColumn<Ending>("way");
+    QTest::newRow("closed tab") << Ending::ClosedTab;
+    QTest::newRow("quit") << Ending::Quit;
+    QTest::newRow("logout") << Ending::Logout;
 }
 
 /// The steps that the window waits for are made meanwhile.
-bool ArrivingInputTest::go(Way way)
+bool ArrivingInputTest::go(Ending way)
 {
     QTimer stepping;
     stepping.callOnTimeout(this, [this] { m_inputs->step() || m_steps->step(); });
     stepping.start(0);
     const QPointer<ctlEditer> editor = &input();
     switch (way) {
-    case Way::ClosedTab:
+    case Ending::ClosedTab:
         m_window->slotCmdFileCloseTab();
         while (!m_inputs->isIdle())
             QCoreApplication::processEvents();
         settle();
         return !editor;
-    case Way::Quit:
+    case Ending::Quit:
         return m_window->close();
-    case Way::Logout:
+    case Ending::Logout:
         return m_window->endSession(true);
     }
     Q_UNREACHABLE();
@@ -300,7 +300,7 @@ bool ArrivingInputTest::go(Way way)
 
 void ArrivingInputTest::whatHasComeIsAskedAbout()
 {
-    QFETCH(Way, way);
+    QFETCH(Ending, way);
     open();
     put("one\n");
     const MessageBoxes boxes({ u"No"_s });
@@ -311,7 +311,7 @@ void ArrivingInputTest::whatHasComeIsAskedAbout()
 
 void ArrivingInputTest::whatHasComeIsSavedIfWanted()
 {
-    QFETCH(Way, way);
+    QFETCH(Ending, way);
     open();
     put("one\n");
     const TestFiles files;
@@ -324,7 +324,7 @@ void ArrivingInputTest::whatHasComeIsSavedIfWanted()
 /// It is a document like any other then, of which no more comes.
 void ArrivingInputTest::whatHasComeStaysWhereItIsNotToGo()
 {
-    QFETCH(Way, way);
+    QFETCH(Ending, way);
     open();
     put("one\n");
     const MessageBoxes boxes({ u"Cancel"_s });
@@ -338,7 +338,7 @@ void ArrivingInputTest::whatHasComeStaysWhereItIsNotToGo()
 
 void ArrivingInputTest::nothingIsNotAskedAbout()
 {
-    QFETCH(Way, way);
+    QFETCH(Ending, way);
     open();
     const MessageBoxes boxes;
     QVERIFY(go(way));
