@@ -11,10 +11,22 @@ using namespace Qt::StringLiterals;
 
 FileDrops::FileDrops(QWidget &window)
     : m_window(window)
-    , m_target(new QRubberBand(QRubberBand::Rectangle, &window))
 {
     window.setAcceptDrops(true);
     window.installEventFilter(this);
+}
+
+FileDrops::~FileDrops() = default;
+
+/// There only while it is shown: a hidden one is a control without a name to assistive tools.
+void FileDrops::mark(bool isMarked)
+{
+    if (!isMarked)
+        return m_target.reset();
+    if (!m_target)
+        m_target = std::make_unique<QRubberBand>(QRubberBand::Rectangle, &m_window);
+    m_target->setGeometry(m_window.rect());
+    m_target->show();
 }
 
 /// The toolkit's own addresses lose names that are no UTF-8.
@@ -32,7 +44,7 @@ QList<QByteArray> FileDrops::addressesIn(const QMimeData &data)
 bool FileDrops::eventFilter(QObject *, QEvent *event)
 {
     if (event->type() == QEvent::DragLeave)
-        m_target->hide();
+        mark(false);
     const bool isHeld = event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove;
     if (!isHeld && event->type() != QEvent::Drop)
         return false;
@@ -40,8 +52,7 @@ bool FileDrops::eventFilter(QObject *, QEvent *event)
     const FileRequests requests = requestsByAddresses(addressesIn(*drop.mimeData()));
     const bool hasFiles = !requests.isEmpty() && requests.first().from == FileRequest::From::Desktop;
     const bool isTaken = hasFiles && !QPEApplication::isBusy();
-    m_target->setGeometry(m_window.rect());
-    m_target->setVisible(isHeld && isTaken);
+    mark(isHeld && isTaken);
     if (!isTaken) {
         drop.ignore();
         return true;

@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include <memory>
+
 class QByteArray;
 class QMimeData;
 class QRubberBand;
@@ -14,6 +16,7 @@ class FileDrops : public QObject {
     Q_OBJECT
 public:
     explicit FileDrops(QWidget &window);
+    ~FileDrops() override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -21,6 +24,8 @@ public:
     static QList<QByteArray> addressesIn(const QMimeData &data);
 
 private:
+    void mark(bool isMarked);
+
     QWidget &m_window;
-    QRubberBand *m_target; ///< shown while files are held
+    std::unique_ptr<QRubberBand> m_target; ///< while files are held
 };

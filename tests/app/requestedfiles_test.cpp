@@ -444,8 +444,7 @@ void RequestedFilesTest::folderThatIsWaitedForIsRefused()
 
 void RequestedFilesTest::windowIsMarkedWhileFilesAreHeld()
 {
-    const auto *const mark = m_window->findChild<QRubberBand *>();
-    QVERIFY(mark && mark->isHidden());
+    const auto mark = [this] { return m_window->findChild<QRubberBand *>(); };
     QWidget &text = *editor().viewport();
     QMimeData file;
     file.setData(u"text/uri-list"_s, "file://" + m_files->write(u"a.txt"_s, "a").toUtf8());
@@ -456,15 +455,15 @@ void RequestedFilesTest::windowIsMarkedWhileFilesAreHeld()
         QApplication::sendEvent(&text, &enter);
     };
     hold(address);
-    QVERIFY(mark->isHidden());
+    QVERIFY(!mark());
     hold(file);
-    QVERIFY(mark->isVisible());
-    QCOMPARE(mark->geometry(), m_window->rect());
+    QVERIFY(mark() && mark()->isVisible());
+    QCOMPARE(mark()->geometry(), m_window->rect());
     QDragLeaveEvent leave;
     QApplication::sendEvent(&text, &leave);
-    QVERIFY(mark->isHidden());
+    QVERIFY(!mark());
     QVERIFY(drop(text, file));
-    QVERIFY(mark->isHidden());
+    QVERIFY(!mark());
     QTRY_COMPARE(openFiles(), u"a.txt"_s); // before the next test's files
 }
 
