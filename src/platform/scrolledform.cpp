@@ -21,10 +21,17 @@ QMargins frameOf(const QWidget *form)
     return { 0, form->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, form), 0, 0 };
 }
 
-/// What a form may take of its screen, its frame left out.
-QSize roomFor(const QWidget *form)
+/// What a form may take of its screen with all of its frame.
+QSize roomInFrame(const QWidget *form)
 {
     return form->screen()->availableSize().shrunkBy(frameOf(form));
+}
+
+/// The same where the sides of the frame may be outside of the screen, which is better than scroll bars.
+QSize roomFor(const QWidget *form)
+{
+    const QMargins frame = frameOf(form);
+    return form->screen()->availableSize() - QSize(0, frame.top() + frame.bottom());
 }
 
 /// The size that shows `content` whole, or as much as `room` has, with the scroll bars that this takes.
@@ -96,7 +103,8 @@ private:
         const QSize needed = m_form->layout()->totalMinimumSize();
         if (!m_area && needed.boundedTo(room) != needed)
             scroll();
-        const QSize size = m_area ? m_area->sizeHint() : m_form->size().boundedTo(room);
+        const QSize size =
+            m_area ? m_area->sizeHint() : m_form->size().boundedTo(roomInFrame(m_form)).expandedTo(needed);
         if (size != m_form->size())
             m_form->resize(size);
         if (m_form->testAttribute(Qt::WA_Moved))
@@ -105,8 +113,7 @@ private:
     /// The frame, which is there now, may be larger than it was thought to be.
     void fitFrame()
     {
-        const QSize room = roomFor(m_form);
-        if (m_form->size().boundedTo(room) == m_form->size())
+        if (m_form->size().boundedTo(roomInFrame(m_form)) == m_form->size())
             return;
         fit();
         m_form->move(m_form->screen()->availableGeometry().topLeft());

@@ -380,7 +380,7 @@ void BoxFitTest::everyFormFits()
         && qobject_cast<QScrollArea *>(dialog->layout()->itemAt(0)->widget());
     if (shown.devicePixelRatioF() == 1) {
         QVERIFY2(!dialog || isWithin(place.size(), largestDialog()), qPrintable(textOf(place)));
-        QVERIFY(!isScrolled);
+        QVERIFY2(!isScrolled, qPrintable(textOf(place)));
     }
     savePicture(shown, QLatin1StringView(QTest::currentDataTag()));
 }
