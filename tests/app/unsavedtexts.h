@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 /// What the journals in the program's folder would bring back.
@@ -17,14 +18,25 @@ public:
     /// Also of those that are being written: as if their programs were killed now.
     static QStringList now()
     {
-        const QTemporaryDir copies;
-        const QDir journals(folder());
-        for (const QString &name : journals.entryList(QDir::Files))
-            QFile::copy(journals.filePath(name), copies.filePath(name));
-        return textsIn(QFile::encodeName(copies.path()) + '/');
+        for (;;) {
+            const QTemporaryDir copies;
+            const QStringList before = journals();
+            for (const QFileInfo &journal : QDir(folder()).entryInfoList(QDir::Files))
+                QFile::copy(journal.filePath(), copies.filePath(journal.fileName()));
+            if (journals() == before) // else one may have come after another one's copy, and taken its place
+                return textsIn(QFile::encodeName(copies.path()) + '/');
+        }
     }
 
 private:
+    /// Names and sizes.
+    static QStringList journals()
+    {
+        QStringList all;
+        for (const QFileInfo &journal : QDir(folder()).entryInfoList(QDir::Files))
+            all << QStringLiteral("%1 %2").arg(journal.fileName()).arg(journal.size());
+        return all;
+    }
     static QStringList textsIn(const QByteArray &folder)
     {
         QStringList texts;
