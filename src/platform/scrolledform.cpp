@@ -116,7 +116,10 @@ private:
         if (m_form->size().boundedTo(roomInFrame(m_form)) == m_form->size())
             return;
         fit();
-        m_form->move(m_form->screen()->availableGeometry().topLeft());
+        const QRect screen = m_form->screen()->availableGeometry();
+        const QMargins frame = frameOf(m_form);
+        const bool isTooWide = m_form->width() > screen.width() - frame.left() - frame.right();
+        m_form->move(screen.topLeft() - QPoint(isTooWide ? frame.left() : 0, 0));
     }
     void scroll()
     {
