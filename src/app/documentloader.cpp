@@ -544,21 +544,43 @@ void DocumentLoader::replaceBehind(ctlEditer *editor, const ArrivingFile::Source
     });
 }
 
+bool DocumentLoader::isLong(const QString &path) const
+{
+    return isLarge(fileOf(path, {}));
+}
+
+void DocumentLoader::readBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Ended &ended)
+{
+    using Shown = ArrivingFile::Shown;
+    const bool isEmpty = isFresh(*editor);
+    const auto makeFresh = isEmpty ? freshAgain(editor) : [] {};
+    const auto end = [=](ArrivingFile::End how) {
+        if (how == ArrivingFile::End::Stopped)
+            makeFresh();
+        ended(how);
+    };
+    const ArrivingFile &arriving =
+        begin(editor, source, isEmpty ? Shown::PartByPart : Shown::WhenWhole, end, Failure::IsNot);
+    m_documents.refresh(editor);
+    connect(&editor->document(), &TextDocument::codesChanged, &arriving,
+        [=, this] { m_documents.refresh(editor); });
+}
+
 /// The first to hear of its end is the loader itself, whose box may outlive the file's object.
-ArrivingFile &DocumentLoader::begin(
-    ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown, const Ended &ended)
+ArrivingFile &DocumentLoader::begin(ctlEditer *editor, const ArrivingFile::Source &source,
+    ArrivingFile::Shown shown, const Ended &ended, Failure failure)
 {
     auto &arriving = m_arriving[editor];
     arriving = std::make_unique<ArrivingFile>(*editor, source, shown, m_documents.notices(), m_jobs);
-    connect(arriving.get(), &ArrivingFile::ended, this, [this, editor, ended](ArrivingFile::End end) {
-        noteEnd(editor, end);
+    connect(arriving.get(), &ArrivingFile::ended, this, [=, this](ArrivingFile::End end) {
+        noteEnd(editor, end, failure);
         ended(end);
         tellInputEnded(editor, true);
     });
     return *arriving;
 }
 
-void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end)
+void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end, Failure failure)
 {
     ArrivingFile *const arriving = m_arriving.extract(editor).mapped().release();
     arriving->deleteLater();
@@ -572,7 +594,7 @@ void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end)
     m_documents.refresh(editor);
     if (end == ArrivingFile::End::Whole)
         m_places.settleCarried(*editor);
-    else
+    else if (failure == Failure::IsTold)
         tellFailure(editor, arriving->failure());
 }
 

@@ -89,6 +89,14 @@ public:
     using Then = std::function<void()>;
     void reopenUtf16(ctlEditer *editor, Utf16Form form, const Then &read = {});
 
+    /// Whether a file is so long that it is read behind the window.
+    bool isLong(const QString &path) const;
+    using Ended = std::function<void(ArrivingFile::End end)>;
+    /// Reads a file behind the window, into a document that has nothing to lose, for whoever makes more of
+    /// its text. The cursor goes nowhere, and the user is not told of a failure. `ended` is called when the
+    /// document is held no more, and has the text or is as it was; not at all where it was closed before.
+    void readBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Ended &ended);
+
     /// Stops the reading of a file whose text is to take the place of the document's; nothing else is
     /// stopped.
     void stopReplacing(const ctlEditer *editor);
@@ -118,10 +126,10 @@ private:
     bool loadUnsaved(ctlEditer *editor, const FileChoice &file, const QString &name);
     void loadUnsavedBehind(
         ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended);
-    using Ended = std::function<void(ArrivingFile::End end)>;
-    ArrivingFile &begin(
-        ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown, const Ended &ended);
-    void noteEnd(ctlEditer *editor, ArrivingFile::End end);
+    enum class Failure { IsTold, IsNot };
+    ArrivingFile &begin(ctlEditer *editor, const ArrivingFile::Source &source, ArrivingFile::Shown shown,
+        const Ended &ended, Failure failure = Failure::IsTold);
+    void noteEnd(ctlEditer *editor, ArrivingFile::End end, Failure failure);
     static void tellFailure(ctlEditer *editor, ReadFailure failure);
     void loadAsUtf16(ctlEditer *editor, Utf16Form form, const Then &loaded = {});
     bool loadAgainAsUtf16(ctlEditer *editor, const FileChoice &file, Utf16Form form);

@@ -6,6 +6,7 @@
 #include "app/frmrecovery.h"
 #include "editor/noticequeue.h"
 #include "files/filename.h"
+#include "platform/freeturn.h"
 #include "platform/keypause.h"
 #include "platform/messagebox.h"
 #include "recovery/recoveryjournals.h"
@@ -65,6 +66,7 @@ Recovery::Recovery(
 {
     connect(&journals, &RecoveryJournals::leftBehindChanged, &journals, &RecoveryJournals::lookForLeftBehind);
     connect(&journals, &RecoveryJournals::foundLeftBehind, this, &Recovery::tell);
+    connect(&documents, &DocumentArea::closed, this, &Recovery::noteClosed);
 }
 
 void Recovery::lookWhenShown()
@@ -128,42 +130,123 @@ void Recovery::restoreAll(const std::vector<LeftBehind> &texts)
 {
     m_documents.commitComposition();
     ctlEditer *first = nullptr;
-    QStringList lost;
     for (const LeftBehind &text : texts) {
-        ctlEditer *const editor = restore(text);
+        KeyPause::begin();
+        ctlEditer *const editor = isLong(text) ? restoreLong(text) : restore(text);
         first = first ? first : editor;
-        if (!editor)
-            lost << FileName::forMessage(nameOf(text));
     }
     if (first)
         m_documents.present(first);
-    if (!lost.isEmpty())
-        MessageBox::critical(
-            &m_window, tr("Restore"), tr("These texts could not be restored:\n%1").arg(lost.join(u'\n')));
+    tellLost();
+}
+
+bool Recovery::isLong(const LeftBehind &text) const
+{
+    return text.readAs && m_loader.isLong(text.path + text.name);
 }
 
 /// The document that has it then; null when it could not be restored.
 ctlEditer *Recovery::restore(const LeftBehind &text)
 {
-    KeyPause::begin();
-    const QString file = text.path + text.name;
-    ctlEditer *const ofFile = m_documents.editorOfFile(file);
-    ctlEditer *const there = documentFor(text);
-    ctlEditer *const editor = there ? there : m_documents.add(FileName::forDisplay(text.name));
+    const Place place = placeFor(text, freshInView());
     Restored restored;
     {
-        const QMultiLineEdit::Batch batch(*editor);
-        restored = m_journals.restore(text, editor->document());
+        const QMultiLineEdit::Batch batch(*place.editor);
+        restored = m_journals.restore(text, place.editor->document());
     }
-    if (!restored.isRestored()) {
-        if (!there)
-            m_documents.close(editor);
+    return take(text, place, restored) ? place.editor : nullptr;
+}
+
+/// The document that will have it, when its turn is now.
+ctlEditer *Recovery::restoreLong(const LeftBehind &text)
+{
+    ClaimedJournal journal = m_journals.claim(text);
+    if (!journal) {
+        addLost(text);
         return nullptr;
     }
+    m_long.push_back({ text, std::move(journal) });
+    if (m_long.size() > 1)
+        return nullptr;
+    beginNext(freshInView());
+    return m_long.front().place->editor;
+}
+
+void Recovery::beginNext(ctlEditer *fresh)
+{
+    LongText &next = m_long.front();
+    const LeftBehind &text = next.text;
+    next.place = placeFor(text, fresh);
+    m_loader.readBehind(next.place->editor,
+        { { text.path, text.name, text.readAs->code }, text.readAs->utf16 },
+        [this](ArrivingFile::End end) { endReading(end); });
+    m_documents.arrange();
+}
+
+/// What its user does in other documents meanwhile goes on: none is shown in their place.
+void Recovery::endReading(ArrivingFile::End end)
+{
+    LongText text = std::move(m_long.front());
+    m_long.pop_front();
+    ctlEditer *const editor = text.place->editor;
+    if (m_documents.current() == editor)
+        KeyPause::begin();
+    if (end == ArrivingFile::End::Stopped) {
+        if (text.place->isMade)
+            m_documents.close(editor);
+        text.journal = {}; // to be found again at once
+        m_long.clear();
+    } else {
+        restoreRead(std::move(text), end);
+    }
+    if (!m_long.empty())
+        beginNext(nullptr);
+    m_journals.lookForLeftBehind();
+    FreeTurn::once(this, [this] { tellLost(); });
+}
+
+/// What cannot be read is looked for elsewhere.
+void Recovery::restoreRead(LongText &&text, ArrivingFile::End end)
+{
+    TextDocument &document = text.place->editor->document();
+    Restored restored;
+    {
+        const QMultiLineEdit::Batch batch(*text.place->editor);
+        if (end == ArrivingFile::End::Whole) {
+            restored = m_journals.restoreOnFile(std::move(text.journal), document);
+        } else {
+            text.journal = {};
+            restored = m_journals.restore(text.text, document);
+        }
+    }
+    take(text.text, *text.place, restored);
+}
+
+void Recovery::noteClosed(const ctlEditer *editor)
+{
+    if (m_long.empty() || !m_long.front().place || m_long.front().place->editor != editor)
+        return;
+    m_long.clear();
+    m_journals.lookForLeftBehind();
+    FreeTurn::once(this, [this] { tellLost(); });
+}
+
+/// False: it was not restored.
+bool Recovery::take(const LeftBehind &text, const Place &place, const Restored &restored)
+{
+    ctlEditer *const editor = place.editor;
+    if (!restored.isRestored()) {
+        addLost(text);
+        if (place.isMade)
+            m_documents.close(editor);
+        return false;
+    }
     showPlace(*editor, restored.place);
+    const QString file = text.path + text.name;
     using Outcome = Restored::Outcome;
     const bool isOfFile = !editor->path().isEmpty();
-    const bool isOneTooMany = isOfFile && ofFile && ofFile != editor;
+    const bool isOneTooMany =
+        isOfFile && place.ofFile && place.ofFile != editor && fullName(*place.ofFile) == file;
     if (isOneTooMany)
         editor->document().detachFromFile(tr("%1 (other edits)").arg(text.name));
     m_documents.refresh(editor);
@@ -173,7 +256,21 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
             file);
     else if (restored.outcome != Outcome::Edited && !isOfFile && !text.path.isEmpty())
         tellApart(*editor, whyApart(restored.outcome == Outcome::New, FileName::exists(file)), file);
-    return editor;
+    return true;
+}
+
+void Recovery::addLost(const LeftBehind &text)
+{
+    m_lost << FileName::forMessage(nameOf(text));
+}
+
+/// When all that was to be restored is there or lost.
+void Recovery::tellLost()
+{
+    if (!m_long.empty() || m_lost.isEmpty())
+        return;
+    const QString names = std::exchange(m_lost, {}).join(u'\n');
+    MessageBox::critical(&m_window, tr("Restore"), tr("These texts could not be restored:\n%1").arg(names));
 }
 
 /// Until it is saved.
@@ -198,17 +295,29 @@ void Recovery::showFile(const QString &file)
         m_loader.open(file, {});
 }
 
-/// One that is open and has nothing to lose: that of the same file, or one that nobody would miss. Null for
-/// none.
-ctlEditer *Recovery::documentFor(const LeftBehind &text) const
+/// A document in view that nobody would miss; null for none.
+ctlEditer *Recovery::freshInView() const
 {
-    ctlEditer *const ofFile = m_documents.editorOfFile(text.path + text.name);
-    if (ofFile && !ofFile->edited() && (text.isFileUnchanged || hasRead(*ofFile, text.contentHash)))
-        return ofFile;
-    if (ofFile && !ofFile->edited() && std::as_const(*ofFile).document().file().isNew())
-        return ofFile;
     ctlEditer *const current = m_documents.current();
     return current && isFresh(*current) ? current : nullptr;
+}
+
+/// The document of the same file, if it has nothing to lose; else the fresh one, if there is one, or a new
+/// one.
+Recovery::Place Recovery::placeFor(const LeftBehind &text, ctlEditer *fresh)
+{
+    ctlEditer *const ofFile = m_documents.editorOfFile(text.path + text.name);
+    if (ofFile && isToBeTaken(*ofFile, text))
+        return { ofFile, false, ofFile };
+    if (fresh)
+        return { fresh, false, ofFile };
+    return { m_documents.add(FileName::forDisplay(text.name)), true, ofFile };
+}
+
+bool Recovery::isToBeTaken(const ctlEditer &ofFile, const LeftBehind &text)
+{
+    return !ofFile.edited() && !ofFile.document().isHeld()
+        && (text.isFileUnchanged || hasRead(ofFile, text.contentHash) || ofFile.document().file().isNew());
 }
 
 void Recovery::discardAll(const std::vector<LeftBehind> &texts)

@@ -111,6 +111,8 @@ Examined describe(const QByteArray &name, int file, const FileCalls &calls)
         found.name = base->name;
         found.isFileUnchanged = isFileUnchanged(*base, calls);
         found.contentHash = base->contentHash;
+        if (base->isFromFile)
+            found.readAs = { base->charCode, base->utf16 };
     }
     if (state) {
         found.time = state->time;

@@ -15,6 +15,12 @@ struct LeftBehind {
     /// The document's file is as it was, by its size and time.
     bool isFileUnchanged = false;
     std::optional<quint64> contentHash = {}; ///< of the file as it was; see ContentHash
+    /// How bytes became text.
+    struct ReadAs {
+        CharCode code;
+        std::optional<Utf16Form> utf16; ///< instead of the code
+    };
+    std::optional<ReadAs> readAs = {}; ///< the file that the edits begin with; nothing: they begin with none
 };
 
 /// What there is in a folder of journals (ends in "/"), the newest first, and clears away what was never

@@ -191,11 +191,25 @@ void RecoveryJournals::lookForLeftBehind()
 
 Restored RecoveryJournals::restore(const LeftBehind &found, TextDocument &document)
 {
-    Restored restored = ::restore(found.journal, document, m_calls);
+    return noteRestored(::restore(found.journal, document, m_calls), document);
+}
+
+ClaimedJournal RecoveryJournals::claim(const LeftBehind &found) const
+{
+    return ClaimedJournal::claim(found.journal, m_calls);
+}
+
+Restored RecoveryJournals::restoreOnFile(ClaimedJournal &&journal, TextDocument &document)
+{
+    return noteRestored(::restoreOnFile(std::move(journal), document, m_calls), document);
+}
+
+Restored RecoveryJournals::noteRestored(Restored &&restored, const TextDocument &document)
+{
     DocumentJournal *const journal = journalOf(document);
     if (restored.isRestored() && !restored.hasReadError && journal)
         journal->supersede(std::move(restored.journal));
-    return restored;
+    return std::move(restored);
 }
 
 bool RecoveryJournals::discard(const LeftBehind &found)

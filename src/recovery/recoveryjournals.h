@@ -25,8 +25,8 @@
 /// A document that is destroyed without end() leaves its journal behind, and so does a program that just
 /// ends. Nothing here shows anything; a failure is told by failureChanged().
 ///
-/// Threads: jobs write; all functions are for the thread of the documents, and but for flush(), restore() and
-/// discard() none waits for a disk.
+/// Threads: jobs write; all functions are for the thread of the documents, and but for flush(), restore(),
+/// restoreOnFile() and discard() none waits for a disk.
 class RecoveryJournals : public QObject {
     Q_OBJECT
 public:
@@ -66,6 +66,9 @@ public:
     /// Restores one into an attached document; see restore(). Its journal goes when the document has one of
     /// its own or needs none; the result has it where not all of it could be restored.
     Restored restore(const LeftBehind &found, TextDocument &document);
+    /// Locks one against others while its file is read behind the window; see restoreOnFile().
+    ClaimedJournal claim(const LeftBehind &found) const;
+    Restored restoreOnFile(ClaimedJournal &&journal, TextDocument &document);
     /// The user does not want it; false if it is still there: in use, or the folder cannot be written.
     bool discard(const LeftBehind &found);
 
@@ -84,6 +87,7 @@ private:
     void schedule();
     void noteFailures();
     void noteLeaving(const WriteResult &result);
+    Restored noteRestored(Restored &&restored, const TextDocument &document);
 
     const QByteArray m_folder;
     const FileCalls &m_calls;

@@ -116,21 +116,25 @@ ViewPlace clamped(const ViewPlace &place, Offset end)
     return inside;
 }
 
+/// Where the text is that the edits begin with: still to be read, or read already.
+enum class BaseIn { File, Document };
+
 /// Restores one document.
 class Restoring {
 public:
-    Restoring(
-        JournalReader &journal, const JournalOutline &outline, TextDocument &document, const FileCalls &calls)
+    Restoring(JournalReader &journal, const JournalOutline &outline, BaseIn where, TextDocument &document,
+        const FileCalls &calls)
         : m_journal(journal)
         , m_outline(outline)
         , m_document(document)
         , m_calls(calls)
+        , m_isLoaded(where == BaseIn::Document)
     {
     }
 
     Restored::Outcome run()
     {
-        if (m_outline.base.isFromFile && loadBase(m_outline.base.path, m_outline.base.name))
+        if (m_outline.base.isFromFile && (m_isLoaded ? isBase(hasBaseTimes()) : loadBase()))
             return editBase();
         std::optional<TextStore> base = knownBase();
         const bool isKnown = base.has_value();
@@ -140,13 +144,30 @@ public:
 private:
     FileCodes codes() const { return { m_outline.state.charCode, m_outline.state.returnCode }; }
 
-    /// Of the base's file, or of a copy of that.
-    bool loadBase(const QString &path, const QString &name)
+    bool hasBaseTimes() const { return isFileUnchanged(m_outline.base, m_calls); }
+
+    bool loadBase()
+    {
+        const bool hasSameTimes = hasBaseTimes();
+        return load(m_outline.base.path, m_outline.base.name) && isBase(hasSameTimes);
+    }
+
+    bool loadCopyOfBase(const QString &path, const QString &name)
+    {
+        return load(path, name) && isBase(false);
+    }
+
+    bool load(const QString &path, const QString &name)
+    {
+        m_isLoaded = !(m_outline.base.utf16 ? loadUtf16(path, name) : loadInCode(path, name));
+        return m_isLoaded;
+    }
+
+    /// Of the text that was read. The times are those of its file.
+    bool isBase(bool hasSameTimes) const
     {
         const JournalBase &base = m_outline.base;
-        const bool hasSameTimes = path == base.path && name == base.name && isFileUnchanged(base, m_calls);
-        m_isLoaded = !(base.utf16 ? loadUtf16(path, name) : loadInCode(path, name));
-        if (!m_isLoaded || m_document.store().length() != base.length)
+        if (m_document.store().length() != base.length)
             return false;
         if (m_outline.seen)
             return beginsWithBase();
@@ -179,7 +200,7 @@ private:
         const auto isBase = [&](const LostCopy &copy) {
             const QByteArray folder = folderOf(copy.name);
             return copy.file == file
-                && loadBase(
+                && loadCopyOfBase(
                     FileName::fromBytes(folder), FileName::fromBytes(copy.name.sliced(folder.size())));
         };
         return base.isFromFile && file && std::ranges::any_of(lostCopies(m_calls), isBase);
@@ -261,15 +282,13 @@ private:
     const JournalOutline &m_outline;
     TextDocument &m_document;
     const FileCalls &m_calls;
-    bool m_isLoaded = false;
+    bool m_isLoaded;
 };
 
-} // namespace
-
-Restored restore(const QByteArray &name, TextDocument &document, const FileCalls &calls)
+Restored restoreFrom(ClaimedJournal &&claimed, BaseIn where, TextDocument &document, const FileCalls &calls)
 {
     Restored restored;
-    restored.journal = ClaimedJournal::claim(name, calls);
+    restored.journal = std::move(claimed);
     if (!restored.journal) {
         restored.outcome = Restored::Outcome::InUse;
         return restored;
@@ -278,8 +297,20 @@ Restored restore(const QByteArray &name, TextDocument &document, const FileCalls
     const JournalOutline outline = outlineOf(journal);
     restored.path = outline.base.path;
     if (outline.commits > 0)
-        restored.outcome = Restoring(journal, outline, document, calls).run();
+        restored.outcome = Restoring(journal, outline, where, document, calls).run();
     restored.hasReadError = journal.hasFailed();
     restored.place = clamped(outline.state.place, document.store().end());
     return restored;
+}
+
+} // namespace
+
+Restored restore(const QByteArray &name, TextDocument &document, const FileCalls &calls)
+{
+    return restoreFrom(ClaimedJournal::claim(name, calls), BaseIn::File, document, calls);
+}
+
+Restored restoreOnFile(ClaimedJournal &&journal, TextDocument &document, const FileCalls &calls)
+{
+    return restoreFrom(std::move(journal), BaseIn::Document, document, calls);
 }

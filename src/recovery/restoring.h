@@ -32,3 +32,7 @@ struct Restored {
 /// edited state. Cost: as loading the file, and what was edited.
 Restored restore(
     const QByteArray &journal, TextDocument &document, const FileCalls &calls = FileCalls::system());
+/// The same of one that is locked already, into a document that was read just now from the file that the
+/// edits begin with, as LeftBehind::readAs tells: it is not read once more, whatever it has become since.
+Restored restoreOnFile(
+    ClaimedJournal &&journal, TextDocument &document, const FileCalls &calls = FileCalls::system());

@@ -1,0 +1,269 @@
+#include "app/documentjournals.h"
+#include "app/recovery.h"
+#include "tests/app/documentparts.h"
+#include "tests/app/unsavedlist.h"
+#include "tests/app/unsavedtexts.h"
+#include "tests/filedialog/formtest.h"
+#include "tests/testprogram.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr qint64 nothingIsLong = qint64{ 1 } << 40;
+
+/// In several blocks.
+QByteArray manyLines()
+{
+    return QByteArray("a line of a long text\r\n").repeated(30'000);
+}
+
+} // namespace
+
+/// Texts that come back while their files are read behind the window, step by step.
+class RestoringBehindTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void isAsRestoredAtOnce_data();
+    void isAsRestoredAtOnce();
+    void otherDocumentsAreEditedMeanwhile();
+    void openFileKeepsItsTextUntilThen();
+    void oneComesAfterTheOther();
+    void whatIsGivenUpIsOfferedAgain_data();
+    void whatIsGivenUpIsOfferedAgain();
+    void unreadableFileIsToldAsLost();
+    void programThatEndsLosesNothing();
+
+private:
+    /// A program that was killed has put "x" in front of a file's text, with the cursor behind it.
+    void leave(const QString &name, const QByteArray &content);
+    /// All that the strip offers.
+    void restoreAllOffered();
+    DocumentArea &documents() { return m_parts->documents; }
+    bool isOffered() { return documents().notices().has(NoticeKind::Unsaved, nullptr); }
+    QString folder() const { return m_parts->files.folder(); }
+
+    std::unique_ptr<DocumentParts> m_parts;
+    std::unique_ptr<RecoveryJournals> m_journals;
+    std::unique_ptr<DocumentJournals> m_attached;
+    std::unique_ptr<Recovery> m_recovery;
+};
+
+void RestoringBehindTest::init()
+{
+    UnsavedTexts::removeAll();
+    m_parts = std::make_unique<DocumentParts>();
+    m_parts->jobs.fewest = 1;
+    m_journals = std::make_unique<RecoveryJournals>();
+    m_attached = std::make_unique<DocumentJournals>(documents(), *m_journals);
+    m_recovery = std::make_unique<Recovery>(m_parts->window, documents(), m_parts->loader, *m_journals);
+}
+
+void RestoringBehindTest::cleanup()
+{
+    m_recovery.reset();
+    m_parts.reset();
+    m_attached.reset();
+    m_journals.reset();
+}
+
+void RestoringBehindTest::leave(const QString &name, const QByteArray &content)
+{
+    m_parts->files.write(name, content);
+    TextDocument document;
+    RecoveryJournals journals;
+    journals.attach(document, [] { return ViewPlace{ { Offset(1) }, {}, {}, 0 }; });
+    QVERIFY(!document.load(folder(), name, {}, {}));
+    document.replace(Offset(0), 0, u"x"_s);
+    QVERIFY(journals.flush(10s));
+}
+
+void RestoringBehindTest::restoreAllOffered()
+{
+    m_journals->lookForLeftBehind();
+    QTRY_VERIFY(isOffered());
+    const InList restoring([](frmRecovery &form) { press(form, u"Restore"_s); });
+    const auto act = documents().notices().heaviest(documents().current())->offers.front().act;
+    act();
+}
+
+void RestoringBehindTest::isAsRestoredAtOnce_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<std::optional<QByteArray>>("now");
+    using Bytes = std::optional<QByteArray>;
+    const QByteArray lines = manyLines();
+    QTest::newRow("same file") << lines << Bytes(lines);
+    QTest::newRow("grown") << lines << Bytes(lines + "more\r\n");
+    QTest::newRow("changed") << lines << Bytes("other " + lines);
+    QTest::newRow("gone") << lines << Bytes();
+    const QByteArray sjis = QByteArray("\x93\xFA\x96\x7B\n").repeated(30'000);
+    QTest::newRow("Shift-JIS") << sjis << Bytes(sjis);
+    QTest::newRow("Shift-JIS, now UTF-8") << sjis << Bytes(QString(u"日本\n"_s.repeated(30'000)).toUtf8());
+}
+
+void RestoringBehindTest::isAsRestoredAtOnce()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(std::optional<QByteArray>, now);
+    QStringList results;
+    for (const qint64 fewest : { nothingIsLong, qint64(1) }) {
+        cleanup();
+        init();
+        m_parts->jobs.fewest = fewest;
+        ctlEditer *const first = documents().add();
+        documents().present(first);
+        leave(u"a.txt"_s, before);
+        if (now)
+            m_parts->files.write(u"a.txt"_s, *now);
+        else
+            QVERIFY(QFile::remove(folder() + u"a.txt"_s));
+        restoreAllOffered();
+        m_parts->steps.runAll();
+        QCOMPARE(documents().editors().size(), 1);
+        ctlEditer &editor = *documents().current();
+        QVERIFY(!editor.document().isHeld());
+        const auto notice = documents().notices().heaviest(&editor);
+        const QString text = editor.text();
+        QVERIFY(text.startsWith(u'x'));
+        QStringList result{ text, QString::number(editor.cursorOffset().value()), editor.charCodeName(),
+            editor.returnCodeName(), editor.path().isEmpty() ? QString() : editor.name(),
+            notice ? notice->text() : QString(), m_parts->tabTexts().join(u'|') };
+        QVERIFY(editor.edited());
+        editor.undo();
+        result << editor.text() << QString::number(editor.edited()) << editor.charCodeName();
+        results << result.join(u'\0');
+    }
+    QVERIFY(results[0] == results[1]);
+}
+
+void RestoringBehindTest::otherDocumentsAreEditedMeanwhile()
+{
+    ctlEditer *const other = documents().add();
+    documents().present(other);
+    other->insert(u"text"_s);
+    leave(u"a.txt"_s, manyLines());
+    restoreAllOffered();
+    ctlEditer *const editor = documents().current();
+    QVERIFY(editor != other);
+    m_parts->makeSteps(1);
+    QVERIFY(editor->document().isHeld());
+    QTRY_VERIFY(m_parts->isStrip(editor));
+    QTest::keyClicks(editor, u"y"_s);
+    QVERIFY(!editor->edited());
+    documents().present(other);
+    QTest::keyClicks(other, u"typed"_s);
+    m_parts->steps.runAll();
+    QCOMPARE(documents().current(), other);
+    QVERIFY(other->text().contains(u"typed"_s));
+    QVERIFY(!editor->document().isHeld());
+    QVERIFY(editor->text().startsWith(u"xa line"_s));
+    QCOMPARE(editor->cursorOffset(), Offset(1));
+    QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
+    QVERIFY(!isOffered());
+}
+
+void RestoringBehindTest::openFileKeepsItsTextUntilThen()
+{
+    leave(u"a.txt"_s, manyLines());
+    m_parts->jobs.fewest = nothingIsLong;
+    ctlEditer *const editor = m_parts->open(folder() + u"a.txt"_s);
+    m_parts->jobs.fewest = 1;
+    const QString text = editor->text();
+    restoreAllOffered();
+    QCOMPARE(documents().editors(), QList<ctlEditer *>{ editor });
+    m_parts->makeSteps(1);
+    QVERIFY(editor->text() == text);
+    m_parts->steps.runAll();
+    QVERIFY(editor->text() == u'x' + text);
+}
+
+void RestoringBehindTest::oneComesAfterTheOther()
+{
+    for (const QString &name : { u"a.txt"_s, u"b.txt"_s })
+        leave(name, manyLines());
+    restoreAllOffered();
+    QCOMPARE(documents().editors().size(), 1);
+    QVERIFY(!isOffered());
+    m_parts->steps.runAll();
+    QCOMPARE(documents().editors().size(), 2);
+    for (const ctlEditer *editor : documents().editors()) {
+        QVERIFY(editor->edited());
+        QVERIFY(editor->text().startsWith(u"xa line"_s));
+    }
+    QCOMPARE(documents().current(), documents().editors().front());
+    QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
+}
+
+void RestoringBehindTest::whatIsGivenUpIsOfferedAgain_data()
+{
+    QTest::addColumn<bool>("isClosed");
+    QTest::addColumn<int>("steps");
+    for (const int steps : { 0, 1 }) {
+        QTest::addRow("stopped after %d", steps) << false << steps;
+        QTest::addRow("closed after %d", steps) << true << steps;
+    }
+}
+
+void RestoringBehindTest::whatIsGivenUpIsOfferedAgain()
+{
+    QFETCH(bool, isClosed);
+    QFETCH(int, steps);
+    ctlEditer *const other = documents().add();
+    documents().present(other);
+    other->insert(u"text"_s);
+    for (const QString &name : { u"a.txt"_s, u"b.txt"_s })
+        leave(name, manyLines());
+    restoreAllOffered();
+    ctlEditer *const editor = documents().current();
+    QVERIFY(editor != other);
+    m_parts->makeSteps(steps);
+    QTRY_VERIFY(m_parts->isStrip(editor));
+    if (isClosed)
+        m_parts->closer.close(editor);
+    else
+        m_parts->pressStop(editor);
+    QCOMPARE(documents().editors(), QList<ctlEditer *>{ other });
+    QTRY_VERIFY(isOffered());
+    m_parts->steps.runAll();
+    QCOMPARE(documents().editors(), QList<ctlEditer *>{ other });
+    QCOMPARE(UnsavedTexts::leftBehind().size(), 2);
+    restoreAllOffered();
+    m_parts->steps.runAll();
+    QCOMPARE(documents().editors().size(), 3);
+    QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
+}
+
+/// Of the journal, cut off by then, nothing is left to play.
+void RestoringBehindTest::unreadableFileIsToldAsLost()
+{
+    leave(u"a.txt"_s, manyLines());
+    restoreAllOffered();
+    m_parts->makeSteps(1);
+    const QDir journals(UnsavedTexts::folder());
+    const QStringList names = journals.entryList({ u"*.journal"_s }, QDir::Files);
+    QCOMPARE(names.size(), 1);
+    QVERIFY(QFile::resize(journals.filePath(names[0]), 20));
+    const MessageBoxes boxes;
+    m_parts->steps.runAll();
+    QTRY_COMPARE(boxes.count(), 1);
+    QVERIFY(documents().editors().isEmpty() || !documents().current()->edited());
+}
+
+void RestoringBehindTest::programThatEndsLosesNothing()
+{
+    leave(u"a.txt"_s, manyLines());
+    restoreAllOffered();
+    m_parts->makeSteps(1);
+    QCOMPARE(UnsavedTexts::leftBehind(), QStringList());
+    cleanup();
+    QCOMPARE(UnsavedTexts::leftBehind().size(), 1);
+}
+
+REGISTER_TEST(runFormTest<RestoringBehindTest>)
+#include "restoringbehind_test.moc"
