@@ -7,6 +7,7 @@
 #include "editor/ctlediter.h"
 #include "files/filename.h"
 #include "platform/qpeapplication.h"
+#include "platform/turnlength.h"
 
 #include <QDeadlineTimer>
 
@@ -95,7 +96,6 @@ SessionOpening::~SessionOpening()
 /// Not while a dialog or a run of replacements is in the way, as for all files from outside.
 void SessionOpening::openSome()
 {
-    constexpr auto longestTurn = 8ms;
     const QDeadlineTimer turn(longestTurn);
     while (m_next < m_session.files.size()) {
         if (QPEApplication::isBusy()) {
