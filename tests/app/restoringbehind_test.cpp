@@ -46,6 +46,7 @@ private:
     void restoreAllOffered();
     DocumentArea &documents() { return m_parts->documents; }
     bool isOffered() { return documents().notices().has(NoticeKind::Unsaved, nullptr); }
+    QString offer() { return isOffered() ? documents().notices().heaviest(nullptr)->text() : QString(); }
     QString folder() const { return m_parts->files.folder(); }
 
     std::unique_ptr<DocumentParts> m_parts;
@@ -229,7 +230,7 @@ void RestoringBehindTest::whatIsGivenUpIsOfferedAgain()
     else
         m_parts->pressStop(editor);
     QCOMPARE(documents().editors(), QList<ctlEditer *>{ other });
-    QTRY_VERIFY(isOffered());
+    QTRY_COMPARE(offer(), u"2 documents were not saved"_s);
     m_parts->steps.runAll();
     QCOMPARE(documents().editors(), QList<ctlEditer *>{ other });
     QCOMPARE(UnsavedTexts::leftBehind().size(), 2);
