@@ -4,7 +4,6 @@
 #include "document/inputwork.h"
 #include "editor/ctlediter.h"
 #include "editor/noticequeue.h"
-#include "platform/turnlength.h"
 #include "settings/settings.h"
 
 #include <QDeadlineTimer>
@@ -102,12 +101,14 @@ void ArrivingFile::collect()
 
 void ArrivingFile::takeSome()
 {
-    const QDeadlineTimer end(longestTurn);
+    const QDeadlineTimer end(m_jobs.turn);
     bool isLaidOut = updateLayout(end);
-    while (isLaidOut && !m_waiting.empty() && !end.hasExpired()) {
+    while (isLaidOut && !m_waiting.empty()) {
         takePart(std::move(m_waiting.front()));
         m_waiting.pop_front();
         isLaidOut = updateLayout(end);
+        if (end.hasExpired())
+            break;
     }
     if (!isLaidOut || !m_waiting.empty()) {
         m_taking.start(0ms);

@@ -9,6 +9,7 @@
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -428,6 +429,7 @@ void BackgroundLoadingTest::reloadOfAHiddenDocumentTakesNoKeys()
     QTRY_COMPARE(other->text(), u"ab"_s);
 }
 
+/// With the strip's sign, which comes late, and with hardly any of it measured.
 ctlEditer *BackgroundLoadingTest::reloadToMeasure()
 {
     write("old\n");
@@ -439,7 +441,9 @@ ctlEditer *BackgroundLoadingTest::reloadToMeasure()
     m_parts->loader.reload(editor);
     m_runner->step();
     m_runner->step();
+    [&] { QTRY_VERIFY(documents().notices().has(NoticeKind::Work, editor)); }();
     editor->setWrapColumnOrWidth(150);
+    m_parts->jobs.turn = 0ms; // a node each
     m_runner->runAll();
     return editor;
 }
