@@ -15,6 +15,8 @@ bool LayoutChange::measure(const TextTree &tree, QDeadlineTimer end)
     for (const TextTree &child : std::as_const(innerOf(tree))) {
         if (!measure(child, end))
             return false;
+        if (child.isLeaf())
+            m_measured += child.units();
     }
     m_twins.emplace(tree.node.get(), Twin{ tree.node, twinOf(tree) });
     return !end.hasExpired();

@@ -22,6 +22,8 @@ public:
     explicit LayoutChange(const LayoutRule &rule, const NodeSizes &sizes = {});
 
     const TextLayout &layout() const { return m_layout; }
+    /// Units of text that are measured; what was edited since counts again.
+    qint64 measured() const { return m_measured; }
     /// Goes on until all of the text is measured and time is left: true; or the time is over. A call gets on
     /// by a node at least.
     bool measure(const TextTree &tree, QDeadlineTimer end);
@@ -36,4 +38,5 @@ private:
 
     TextLayout m_layout;
     std::unordered_map<const TextNode *, Twin> m_twins;
+    qint64 m_measured = 0;
 };

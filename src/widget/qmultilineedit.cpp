@@ -411,6 +411,11 @@ LayoutRule QMultiLineEdit::layoutRule() const
     return laidOut().format.layoutRule();
 }
 
+ViewLayout &QMultiLineEdit::viewLayout() const
+{
+    return d->layout;
+}
+
 std::shared_ptr<const FontMeasure> QMultiLineEdit::fontMeasure() const
 {
     return laidOut().format.sharedMeasure();

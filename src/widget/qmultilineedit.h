@@ -17,6 +17,7 @@ class RowLayout;
 class RowPainter;
 class TextDocument;
 struct Availability;
+class ViewLayout;
 class ViewScrollBar;
 struct Preedit;
 
@@ -144,6 +145,8 @@ public:
     virtual void setText(TextStore &&store);
     /// The rule new stores for this editor are to be built with.
     LayoutRule layoutRule() const;
+    /// What lays the text out; it tells how far it is even while signals of the editor are blocked.
+    ViewLayout &viewLayout() const;
     /// See TextClipboard.
     void setLongInserter(std::function<bool(const BroughtText &brought)> inserter);
 

@@ -26,7 +26,8 @@ ViewLayout::ViewLayout(QWidget &editor, EditableText &document, RowFormat &forma
     , m_scroller(scroller)
     , m_followers(followers)
 {
-    m_turns.callOnTimeout([this] { goOn(); });
+    m_turns.callOnTimeout(this, &ViewLayout::goOn);
+    connect(&document, &EditableText::aboutToReplace, this, &ViewLayout::prepareForOtherText);
 }
 
 void ViewLayout::setStale()
@@ -73,34 +74,64 @@ void ViewLayout::layOut(const RowFormat &format)
     show(top);
 }
 
+/// What was stopped is not begun anew, whoever asks for the same.
 void ViewLayout::beginChange(const RowFormat &format)
 {
     m_scroller.updateBars();
-    if (m_wanted && m_wanted->change.layout().rule() == format.layoutRule())
+    const LayoutRule rule = format.layoutRule();
+    if (m_wanted && m_wanted->rule == rule) {
         m_wanted->format = format;
-    else
-        m_wanted.emplace(
-            Wanted{ format, LayoutChange(format.layoutRule(), m_document.store().layout().sizes()) });
+        return;
+    }
+    m_wanted.emplace(Wanted{ format, rule, LayoutChange(rule, m_document.store().layout().sizes()) });
     m_turns.start(0);
+    emit begun();
 }
 
 /// One turn.
 void ViewLayout::goOn()
 {
     update();
-    if (!m_wanted) {
-        m_turns.stop();
-        return;
+    if (m_wanted) {
+        const Offset top = topOffset();
+        if (!m_document.layOut(*m_wanted->change, QDeadlineTimer(longestTurn))) {
+            tellProgress();
+            return;
+        }
+        m_format = m_wanted->format;
+        m_wanted.reset();
+        show(top);
+        m_updates.updateAll();
+        m_followers.tellInputMethod();
     }
-    const Offset top = topOffset();
-    if (!m_document.layOut(m_wanted->change, QDeadlineTimer(longestTurn)))
-        return;
     m_turns.stop();
-    m_format = m_wanted->format;
+    emit ended();
+}
+
+void ViewLayout::stop()
+{
+    if (!m_turns.isActive())
+        return;
+    if (m_wanted)
+        m_wanted->change.reset();
+    m_turns.stop();
+    emit ended();
+}
+
+/// Of the longest text, with which others that are kept for undoing share most of theirs.
+void ViewLayout::tellProgress()
+{
+    const qint64 measured = qMin(m_wanted->change->measured(), m_document.longestText());
+    emit progressed(int(measured * 100 / m_document.longestText()));
+}
+
+/// It has no rows yet that it could keep.
+void ViewLayout::prepareForOtherText()
+{
+    if (!m_wanted)
+        return;
     m_wanted.reset();
-    show(top);
-    m_updates.updateAll();
-    m_followers.tellInputMethod();
+    setStale();
 }
 
 Offset ViewLayout::topOffset() const

@@ -3,6 +3,7 @@
 #include "text/layoutchange.h"
 #include "widget/rowformat.h"
 
+#include <QObject>
 #include <QTimer>
 
 #include <optional>
@@ -19,8 +20,10 @@ class ViewScroller;
 ///
 /// A change of these lays nothing out, which every further change would undo: that is done once, by whoever
 /// next asks about rows, or, while the editor is visible, before the next paint. A long text is measured anew
-/// in turns of the event loop, and its rows stay those of before until all of it is.
-class ViewLayout {
+/// in turns of the event loop, and its rows stay those of before until all of it is; or, where that is
+/// stopped, until another layout is wanted, or the text is another one.
+class ViewLayout : public QObject {
+    Q_OBJECT
 public:
     ViewLayout(QWidget &editor, EditableText &document, RowFormat &format, TextCursor &cursor, TextView &view,
         RowUpdates &updates, ViewScroller &scroller, CursorFollowers &followers);
@@ -30,19 +33,33 @@ public:
     /// Brings rows, view and scroll bars up to date, or begins to; the same text stays at the top of the
     /// view. Costs a test where they are, else no more than a short text.
     void update();
+    /// Leaves a long text that is measured the rows that it has; nothing where none is.
+    void stop();
     /// A text of so many units takes a noticeable time to be laid out.
     static constexpr qint64 longText = qint64{ 4 } << 20;
 
+signals:
+    /// A long text is to be measured, or is to be measured by another rule now. Comes whenever somebody asks
+    /// about rows.
+    void begun();
+    /// After a turn; 0 to 100.
+    void progressed(int percent);
+    /// It is measured no more: it has the new rows, or keeps the old ones.
+    void ended();
+
 private:
-    /// A layout that a long text is on its way to.
+    /// A layout that a long text is on its way to, or would be if it had not been stopped.
     struct Wanted {
-        RowFormat format; ///< outlives the change, which measures by it
-        LayoutChange change;
+        RowFormat format; ///< outlives the rule, which points into it
+        LayoutRule rule;
+        std::optional<LayoutChange> change; ///< none: it was stopped
     };
     bool canWaitFor(const RowFormat &format) const;
     void layOut(const RowFormat &format);
     void beginChange(const RowFormat &format);
     void goOn();
+    void tellProgress();
+    void prepareForOtherText();
     Offset topOffset() const;
     void show(Offset topOffset);
 
@@ -56,5 +73,5 @@ private:
     CursorFollowers &m_followers;
     bool m_isStale = true;
     std::optional<Wanted> m_wanted;
-    QTimer m_turns; ///< while there is a layout wanted
+    QTimer m_turns{ this }; ///< while there is a change
 };

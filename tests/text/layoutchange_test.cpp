@@ -79,9 +79,15 @@ void LayoutChangeTest::keepsTheRowsOfBeforeUntilItIsWhole()
     const QString before = drawRows(store);
     LayoutChange change(ruleOf(Widths::None, 40), sizes);
     int calls = 0;
-    for (; !store.setLayout(change, oneNode); ++calls)
+    qint64 measured = 0;
+    for (; !store.setLayout(change, oneNode); ++calls) {
         QCOMPARE(drawRows(store), before);
+        QVERIFY(change.measured() >= measured);
+        measured = change.measured();
+    }
     QVERIFY(calls > 10);
+    QVERIFY(measured > 60);
+    QCOMPARE(change.measured(), store.length());
     QCOMPARE(store.rowCount(), 3);
 }
 

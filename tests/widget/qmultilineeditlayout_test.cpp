@@ -86,6 +86,18 @@ protected:
     }
 };
 
+/// What is told of the layout of a long text.
+struct LayoutSpies {
+    explicit LayoutSpies(const QMultiLineEdit &edit)
+        : begun(&edit.viewLayout(), &ViewLayout::begun)
+        , progressed(&edit.viewLayout(), &ViewLayout::progressed)
+        , ended(&edit.viewLayout(), &ViewLayout::ended)
+    {
+    }
+
+    QSignalSpy begun, progressed, ended;
+};
+
 /// Of which measuring takes several turns of the event loop.
 void prepareLong(LaidOutEdit &edit)
 {
@@ -126,6 +138,14 @@ private slots:
     void longTextKeepsItsRowsUntilOthersAreMeasured();
     void longTextGetsTheLastLayoutThatWasWanted();
     void longTextKeepsItsRowsWhereNothingElseIsWanted();
+    void longTextIsGoneToTheEndOfMeanwhile();
+    void longTextTellsHowFarItsLayoutIs();
+    void shortTextTellsNothing();
+    void stoppedLayoutKeepsTheRows();
+    void stoppedLayoutIsBegunByTheNextChange_data();
+    void stoppedLayoutIsBegunByTheNextChange();
+    void stoppedLayoutIsNoMoreThatOfAnotherText_data();
+    void stoppedLayoutIsNoMoreThatOfAnotherText();
 };
 
 void QMultiLineEditLayoutTest::init()
@@ -393,6 +413,143 @@ void QMultiLineEditLayoutTest::longTextKeepsItsRowsWhereNothingElseIsWanted()
     setFontSize(edit, 17);
     edit.setWordWrap(QMultiLineEdit::NoWrap);
     QTRY_COMPARE(edit.numLines(), edit.store().lineCount());
+}
+
+void QMultiLineEditLayoutTest::longTextIsGoneToTheEndOfMeanwhile()
+{
+    LaidOutEdit edit;
+    prepareLong(edit);
+    const LayoutSpies spies(edit);
+    setFontSize(edit, 17);
+    edit.numLines();
+    QTest::keyClick(&edit, Qt::Key_End, Qt::ControlModifier);
+    QCOMPARE(edit.cursorOffset(), edit.store().end());
+    QVERIFY(edit.viewport()->rect().intersects(edit.cursorRect()));
+    const Offset top = edit.store().row(edit.topRow()).start;
+    QCOMPARE(spies.ended.count(), 0);
+    QTRY_COMPARE(spies.ended.count(), 1);
+    QCOMPARE(edit.cursorOffset(), edit.store().end());
+    QCOMPARE(edit.store().rowColAt(top).row, edit.topRow());
+}
+
+/// Also while nobody hears of anything else.
+void QMultiLineEditLayoutTest::longTextTellsHowFarItsLayoutIs()
+{
+    LaidOutEdit edit;
+    prepareLong(edit);
+    const LayoutSpies spies(edit);
+    const qreal height = edit.rowHeight();
+    edit.blockSignals(true);
+    setFontSize(edit, 17);
+    QCOMPARE(spies.begun.count(), 0);
+    edit.numLines();
+    QCOMPARE(spies.begun.count(), 1);
+    QTRY_COMPARE(spies.ended.count(), 1);
+    QVERIFY(edit.rowHeight() > height);
+    int before = 0;
+    for (const QVariantList &told : spies.progressed) {
+        const int percent = told[0].toInt();
+        QVERIFY(percent >= before && percent <= 100);
+        before = percent;
+    }
+}
+
+void QMultiLineEditLayoutTest::shortTextTellsNothing()
+{
+    LaidOutEdit edit;
+    prepare(edit);
+    edit.show();
+    const LayoutSpies spies(edit);
+    for (const Change &change : changes) {
+        change(edit);
+        edit.numLines();
+    }
+    edit.viewLayout().stop();
+    QCOMPARE(spies.begun.count(), 0);
+    QCOMPARE(spies.ended.count(), 0);
+}
+
+/// Edited, hidden and shown again.
+void QMultiLineEditLayoutTest::stoppedLayoutKeepsTheRows()
+{
+    LaidOutEdit edit;
+    prepareLong(edit);
+    edit.show();
+    const qreal height = edit.rowHeight();
+    const LayoutRule before = edit.store().layoutRule();
+    const LayoutSpies spies(edit);
+    setFontSize(edit, 17);
+    edit.numLines();
+    edit.viewLayout().stop();
+    QCOMPARE(spies.ended.count(), 1);
+    edit.insert(u"typed\n"_s);
+    edit.hide();
+    edit.paints = 0;
+    edit.show();
+    QTRY_VERIFY(edit.paints > 0);
+    QCoreApplication::processEvents();
+    QCOMPARE(edit.store().layoutRule(), before);
+    QCOMPARE(edit.rowHeight(), height);
+    QCOMPARE(spies.begun.count(), 1);
+    edit.store().checkInvariants();
+}
+
+void QMultiLineEditLayoutTest::stoppedLayoutIsBegunByTheNextChange_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::newRow("another size") << Change([](QMultiLineEdit &edit) { setFontSize(edit, 16); });
+    QTest::newRow("the size that it had, and again") << Change([](QMultiLineEdit &edit) {
+        setFontSize(edit, 12);
+        edit.numLines();
+        setFontSize(edit, 17);
+    });
+    QTest::newRow("tab width") << Change([](QMultiLineEdit &) { QMultiLineEdit::setDefaultTabStop(3); });
+    QTest::newRow("no wrap") << Change(
+        [](QMultiLineEdit &edit) { edit.setWordWrap(QMultiLineEdit::NoWrap); });
+}
+
+void QMultiLineEditLayoutTest::stoppedLayoutIsBegunByTheNextChange()
+{
+    QFETCH(Change, change);
+    LaidOutEdit edit;
+    setFontSize(edit, 12);
+    prepareLong(edit);
+    const qreal height = edit.rowHeight();
+    const LayoutSpies spies(edit);
+    setFontSize(edit, 17);
+    edit.numLines();
+    edit.viewLayout().stop();
+    change(edit);
+    edit.numLines();
+    QCOMPARE(spies.begun.count(), 2);
+    QTRY_COMPARE(spies.ended.count(), 2);
+    QVERIFY(edit.rowHeight() > height);
+    QCOMPARE(edit.store().layoutRule(), edit.layoutRule());
+    edit.store().checkInvariants();
+}
+
+void QMultiLineEditLayoutTest::stoppedLayoutIsNoMoreThatOfAnotherText_data()
+{
+    QTest::addColumn<bool>("isStopped");
+    QTest::newRow("stopped before") << true;
+    QTest::newRow("in the middle") << false;
+}
+
+void QMultiLineEditLayoutTest::stoppedLayoutIsNoMoreThatOfAnotherText()
+{
+    QFETCH(bool, isStopped);
+    LaidOutEdit edit;
+    prepareLong(edit);
+    const qreal height = edit.rowHeight();
+    const LayoutSpies spies(edit);
+    setFontSize(edit, 17);
+    edit.numLines();
+    if (isStopped)
+        edit.viewLayout().stop();
+    edit.setText(longText());
+    QVERIFY(edit.rowHeight() > height);
+    QTRY_COMPARE(spies.ended.count(), 1);
+    edit.store().checkInvariants();
 }
 
 REGISTER_TEST(runWindowTest<QMultiLineEditLayoutTest>)
