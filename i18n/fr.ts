@@ -576,6 +576,14 @@
         <translation>Collage terminé</translation>
     </message>
     <message>
+        <source>Laying out</source>
+        <translation>Mise en page</translation>
+    </message>
+    <message>
+        <source>Laying out has ended</source>
+        <translation>Mise en page terminée</translation>
+    </message>
+    <message>
         <source>%1: %2%</source>
         <translation>%1&#xa0;: %2&#xa0;%</translation>
     </message>

@@ -575,6 +575,14 @@
         <translation>貼り付けが終わりました</translation>
     </message>
     <message>
+        <source>Laying out</source>
+        <translation>レイアウト中</translation>
+    </message>
+    <message>
+        <source>Laying out has ended</source>
+        <translation>レイアウトが終わりました</translation>
+    </message>
+    <message>
         <source>%1: %2%</source>
         <translation>%1: %2%</translation>
     </message>

@@ -38,6 +38,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , requested(documents, loader, recentMenu, lineJump, awaited, openingFiles)
     , drops(window)
     , edits(documents, jobs)
+    , layoutSigns(documents)
     , saver(window, dialogs, documents, places, edits, jobs)
     , closer(window, documents, loader, saver, edits, places)
     , tabMenu(*new TabMenu(documents, loader, closer))

@@ -15,6 +15,7 @@
 #include "app/interfacelanguage.h"
 #include "app/lastsession.h"
 #include "app/lastwrites.h"
+#include "app/layoutsigns.h"
 #include "app/linejump.h"
 #include "app/mainmenus.h"
 #include "app/openingfiles.h"
@@ -61,6 +62,7 @@ struct WindowParts {
     RequestedFiles requested;
     FileDrops drops;
     EditRuns edits;
+    LayoutSigns layoutSigns;
     DocumentSaver saver;
     DocumentCloser closer;
     TabMenu &tabMenu;

@@ -21,6 +21,7 @@ constexpr KindInfo kinds[] = {
     { NoticeKind::Opening, 990 },
     { NoticeKind::Searching, 980 },
     { NoticeKind::Counting, 960 },
+    { NoticeKind::LayingOut, 940 },
     { NoticeKind::InterruptedSave, 800 },
     { NoticeKind::ChangedOnDisk, 700, ofDisk },
     { NoticeKind::RestoredApart, 600 },

@@ -29,6 +29,7 @@ enum class NoticeKind {
     Searching, ///< its text is being searched behind the window
     Counting, ///< its text is being counted behind the window
     Opening, ///< many files are being opened, one after the other
+    LayingOut, ///< its rows are made anew, in turns
 };
 
 /// Of several notices the one of the heaviest kind is shown.

@@ -9,7 +9,7 @@ namespace {
 struct WorkTexts {
     NoticeKind kind; ///< a text that is loaded or saved can be searched meanwhile
     const char *begun;
-    const char *refused;
+    const char *refused; ///< null where nothing has to wait for it
     const char *ended;
 };
 
@@ -36,6 +36,8 @@ constexpr WorkTexts workTexts[] = {
     { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Pasting"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while text is being pasted"),
         QT_TRANSLATE_NOOP("WorkNotice", "Pasting has ended") },
+    { NoticeKind::LayingOut, QT_TRANSLATE_NOOP("WorkNotice", "Laying out"), nullptr,
+        QT_TRANSLATE_NOOP("WorkNotice", "Laying out has ended") },
 };
 
 const WorkTexts &textsOf(WorkNotice::Work work)
@@ -74,6 +76,7 @@ void WorkNotice::setProgress(std::optional<int> percent)
 
 void WorkNotice::refuse()
 {
+    Q_ASSERT(textsOf(m_work).refused);
     if (m_step == Step::Refused)
         return;
     m_step = Step::Refused;

@@ -13,7 +13,7 @@ class NoticeQueue;
 class WorkNotice {
     Q_DECLARE_TR_FUNCTIONS(WorkNotice)
 public:
-    enum class Work { Loading, Saving, Searching, Counting, Opening, Indenting, Pasting };
+    enum class Work { Loading, Saving, Searching, Counting, Opening, Indenting, Pasting, LayingOut };
 
     /// `notices` and `document` are not owned and live longer; without a document it is a work of the
     /// program. `stop` is what "Stop" and Escape in the strip do, which may destroy this.
@@ -23,7 +23,8 @@ public:
 
     /// 0 to 100; nothing: nobody knows.
     void setProgress(std::optional<int> percent);
-    /// Something was asked for that has to wait for the end: the strip says so from now on.
+    /// Something was asked for that has to wait for the end: the strip says so from now on. Not of a work
+    /// that nothing has to wait for.
     void refuse();
 
 private:
