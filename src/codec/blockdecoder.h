@@ -31,7 +31,8 @@ public:
     {
     }
 
-    void decode(QByteArrayView bytes)
+    /// What the decoder has become behind the bytes.
+    Decoder decode(QByteArrayView bytes)
     {
         const auto *in = reinterpret_cast<const uchar *>(bytes.data());
         const uchar *const end = in + bytes.size();
@@ -48,8 +49,7 @@ public:
                 out = spell({ from, in }, unit, out);
         }
         flush(out);
-        if (decoder.endsOpen())
-            m_sink.spelling("");
+        return decoder;
     }
 
 private:
@@ -133,10 +133,29 @@ private:
     std::unique_ptr<char16_t[]> m_buffer;
 };
 
-template <class Decoder>
-void decodeBlocks(QByteArrayView bytes, TextCodec::TextSink &sink, Decoder decoder = {})
+/// Decodes a text in parts, by one decoder.
+template <class Decoder> class BlockDecoding : public TextCodec::Decoding {
+public:
+    void add(QByteArrayView bytes, TextCodec::TextSink &sink) override
+    {
+        constexpr qsizetype unitsPerByte = 2; // at the most, and only in UTF-16
+        const qsizetype blockUnits = std::clamp(unitsPerByte * bytes.size(), qsizetype{ 1 }, sink.blockUnits);
+        m_decoder = BlockDecoder<Decoder>(sink, blockUnits, m_decoder).decode(bytes);
+    }
+
+    void finish(TextCodec::TextSink &sink) override
+    {
+        if (m_decoder.endsOpen())
+            sink.spelling("");
+    }
+
+private:
+    Decoder m_decoder;
+};
+
+template <class Decoder> void decodeBlocks(QByteArrayView bytes, TextCodec::TextSink &sink)
 {
-    constexpr qsizetype unitsPerByte = 2; // at the most, and only in UTF-16
-    const qsizetype blockUnits = std::clamp(unitsPerByte * bytes.size(), qsizetype{ 1 }, sink.blockUnits);
-    BlockDecoder<Decoder>(sink, blockUnits, decoder).decode(bytes);
+    BlockDecoding<Decoder> decoding;
+    decoding.add(bytes, sink);
+    decoding.finish(sink);
 }

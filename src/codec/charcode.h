@@ -27,7 +27,7 @@ struct CharCodeInfo {
     /// What the properties count for a character: ASCII, line ends and half-width katakana; all others.
     int bytesOfNarrow;
     int bytesOfWide;
-    /// What a byte means depends on those before its character, so a text can only be decoded as a whole. In
+    /// What a byte means depends on those before its character, so parts of a text are decoded in order. In
     /// all other codes the bytes of ASCII are ASCII.
     bool hasState;
 };

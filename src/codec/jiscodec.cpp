@@ -396,6 +396,14 @@ private:
     bool m_ended = false; ///< with designations
 };
 
+class JisCodec : public BlockCodec<JisDecoder, JisEncoder> {
+public:
+    std::unique_ptr<Decoding> decoding() const override
+    {
+        return std::make_unique<BlockDecoding<JisDecoder>>();
+    }
+};
+
 } // namespace
 
 /// ISO-2022-JP with half-width katakana and JIS X 0212, in ASCII at each line end and at the end. Control
@@ -403,6 +411,6 @@ private:
 /// An escape sequence that is none of the table is text.
 const TextCodec &jisCodec()
 {
-    static const BlockCodec<JisDecoder, JisEncoder> codec;
+    static const JisCodec codec;
     return codec;
 }

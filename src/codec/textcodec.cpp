@@ -47,6 +47,8 @@ public:
 
 TextCodec::~TextCodec() = default;
 
+TextCodec::Decoding::~Decoding() = default;
+
 TextCodec::Encoding::~Encoding() = default;
 
 void TextCodec::TextSink::spelling(QByteArrayView bytes)
@@ -68,6 +70,22 @@ TextStore TextCodec::decode(
 {
     StoreSink sink{ TextStore::Builder(layout, memory) };
     decode(bytes, sink);
+    undecodable = sink.undecodable();
+    return sink.finish();
+}
+
+std::unique_ptr<TextCodec::Decoding> TextCodec::decoding() const
+{
+    return nullptr;
+}
+
+TextStore TextCodec::decode(Decoding &decoding, QByteArrayView bytes, Part part, const LayoutCopy &layout,
+    LeafMemory *memory, qint64 &undecodable)
+{
+    StoreSink sink{ TextStore::Builder(layout, memory) };
+    decoding.add(bytes, sink);
+    if (part == Part::Last)
+        decoding.finish(sink);
     undecodable = sink.undecodable();
     return sink.finish();
 }

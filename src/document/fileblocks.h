@@ -41,13 +41,12 @@ private:
 struct FileBlock {
     QByteArray bytes; ///< with room behind those that were read
     qsizetype size = 0;
-    qsizetype end =
-        0; ///< those before it are decoded by themselves, see cutOf(); the rest belongs to the next
+    qsizetype end = 0; ///< those before it can be decoded, see cutOf(); the rest belongs to the next
     qint64 fileEnd = 0; ///< of the file's bytes, where this ends; nearly so where they are UTF-16
     bool isLast = false;
 };
 
-/// Reads a file in blocks that are decoded by themselves, and finds out what its bytes tell while the
+/// Reads a file in blocks that can be decoded one by one, and finds out what its bytes tell while the
 /// processor has them at hand. One that is read as UTF-16 becomes UTF-8 before, whose line ends can be found
 /// by bytes.
 class FileBlocks {
@@ -99,6 +98,6 @@ private:
 };
 
 /// The last place where bytes in a code may be cut so that both parts, decoded by themselves, give the text
-/// of the whole, with whatever line ends; 0 for none. Not for codes with a state. Cost: a look at the end,
-/// unless the bytes are no text.
+/// of the whole, with whatever line ends; 0 for none. In JIS the second part is decoded with the state that
+/// the first one leaves; not for Unicode. Cost: a look at the end, unless the bytes are no text.
 qsizetype cutOf(QByteArrayView bytes, CharCode code);

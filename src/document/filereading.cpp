@@ -153,6 +153,7 @@ bool FileReading::startOver()
     m_startsOver = true;
     m_decoded = {};
     m_result = {};
+    m_decoding.reset();
     m_held.clear();
     return readFirst() && settleCode();
 }
@@ -174,7 +175,13 @@ void FileReading::takeLayout()
 
 bool FileReading::isHeldWhole() const
 {
-    return infoOf(m_codes.charCode).hasState;
+    return m_codes.charCode == CharCode::Unicode;
+}
+
+/// Where parts of a block cannot be decoded by themselves it is the one part.
+bool FileReading::isDecodedInOrder() const
+{
+    return infoOf(m_codes.charCode).hasState && !isHeldWhole();
 }
 
 const TextCodec &FileReading::codecOf(QByteArrayView text) const
@@ -189,7 +196,9 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
     std::vector<qsizetype> ends;
     do {
         const qsizetype from = ends.empty() ? 0 : ends.back();
-        ends.push_back(from + partOf({ bytes + from, m_block.end - from }, m_sizes.part, m_codes.charCode));
+        const QByteArrayView rest(bytes + from, m_block.end - from);
+        ends.push_back(
+            isDecodedInOrder() ? m_block.end : from + partOf(rest, m_sizes.part, m_codes.charCode));
     } while (ends.back() < m_block.end);
     std::vector<DecodedPart> parts(ends.size());
     const bool isAscii = m_blocks.facts().code().isAscii();
@@ -206,7 +215,7 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
     join(std::move(parts));
 }
 
-/// The same in a code of which all is held until the end.
+/// The same of what has the code that its first bytes tell.
 void FileReading::hold(FileBlock &next)
 {
     if (!m_block.isLast)
@@ -255,9 +264,21 @@ FileReading::DecodedPart FileReading::decodePart(char *bytes, qsizetype size)
     DecodedPart part;
     Worker &worker = takeWorker();
     LeafMemory *const memory = bytesInAll() >= m_sizes.largeFile ? &worker.memory : nullptr;
-    part.text = codecOf(text).decode(text, worker.layout, memory, part.undecodable);
+    if (isDecodedInOrder())
+        part.text = decodeOn(text, worker.layout, memory, part.undecodable);
+    else
+        part.text = codecOf(text).decode(text, worker.layout, memory, part.undecodable);
     giveBack(worker);
     return part;
+}
+
+TextStore FileReading::decodeOn(
+    QByteArrayView text, const LayoutCopy &layout, LeafMemory *memory, qint64 &undecodable)
+{
+    if (!m_decoding)
+        m_decoding = codecOf(text).decoding();
+    const auto part = m_block.isLast ? TextCodec::Part::Last : TextCodec::Part::Inner;
+    return TextCodec::decode(*m_decoding, text, part, layout, memory, undecodable);
 }
 
 /// Makes one part of those of a block.

@@ -26,7 +26,8 @@ struct ReadResult {
 /// Reads a file as text, in steps of some milliseconds: the file is never held whole, nor is its text.
 ///
 /// Its code is that of the bytes which were read so far. Where those that follow say otherwise, reading
-/// starts over. A code that has a state (JIS) is held whole, as its bytes cannot be cut.
+/// starts over. A code that has a state (JIS) is decoded in order. Bytes that are read as Unicode are held
+/// whole.
 ///
 /// Threads: the steps may be made in any thread, one after the other. It is made and destroyed, and the parts
 /// are taken over, where nobody else does anything with it at that time.
@@ -117,6 +118,7 @@ private:
     bool settleCode();
     bool startOver();
     bool isHeldWhole() const;
+    bool isDecodedInOrder() const;
     void takeLayout();
     const TextCodec &codecOf(QByteArrayView text) const;
     void decode(FileBlock &next, const Spread &spread);
@@ -125,6 +127,8 @@ private:
     void giveBack(Worker &worker);
     void readBehind(FileBlock &next);
     DecodedPart decodePart(char *bytes, qsizetype size);
+    TextStore decodeOn(
+        QByteArrayView text, const LayoutCopy &layout, LeafMemory *memory, qint64 &undecodable);
     void join(std::vector<DecodedPart> parts);
     void finish();
 
@@ -137,7 +141,8 @@ private:
     Decoded m_decoded;
     bool m_isOpen = false;
     bool m_isTooLarge = false; ///< the memory has not sufficed
-    QByteArray m_held; ///< of a code that is decoded whole
+    QByteArray m_held; ///< what is decoded whole
+    std::unique_ptr<TextCodec::Decoding> m_decoding; ///< of a code that has a state, since its first part
     bool m_startsOver = false;
     LayoutCopy m_layout; ///< that of the workers, by which nobody measures
     std::vector<std::unique_ptr<Worker>> m_workers;

@@ -136,7 +136,10 @@ private slots:
     void everyReadMayBeShort();
     void takesWhatAFileHasGot();
     void whatAFileHasGotTakesNoMoreSteps();
+    void longFileIsNeverHeldWhole_data();
     void longFileIsNeverHeldWhole();
+    void endInJisIsKept_data();
+    void endInJisIsKept();
 
 private:
     DocumentFolder m_folder;
@@ -316,11 +319,33 @@ void FileReadingTest::cutsAreWhereBothSidesStandAlone_data()
 {
     QTest::addColumn<CharCode>("code");
     for (const CharCode code : everyCharCode()) {
-        if (!infoOf(code).hasState)
+        if (code != CharCode::Unicode)
             QTest::addRow("%d, %s", int(code), infoOf(code).name.data()) << code;
     }
 }
 
+namespace {
+
+/// The text of parts that are decoded one after the other.
+QString decodedParts(const TextCodec &codec, const QByteArrayList &parts, ReturnCode returnCode)
+{
+    const TextStore empty;
+    const LayoutCopy layout(empty);
+    const std::unique_ptr<TextCodec::Decoding> decoding = codec.decoding();
+    QString text;
+    for (QByteArray part : parts) {
+        normalizeLineEnds(part, returnCode);
+        qint64 undecodable = 0;
+        text += decoding
+            ? TextCodec::decode(*decoding, part, TextCodec::Part::Inner, layout, {}, undecodable).text()
+            : codec.decode(part, layout, {}, undecodable).text();
+    }
+    return text;
+}
+
+} // namespace
+
+/// Of a code with a state: as soon as the first one was decoded.
 void FileReadingTest::cutsAreWhereBothSidesStandAlone()
 {
     QFETCH(CharCode, code);
@@ -329,14 +354,11 @@ void FileReadingTest::cutsAreWhereBothSidesStandAlone()
     for (int i = 0; i < 1500; ++i) {
         const QByteArray bytes = random.bounded(2) == 0 ? mixedBytes(random) : nastyBytes(random);
         for (const ReturnCode returnCode : { ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf }) {
-            const auto decoded = [&](QByteArray part) {
-                normalizeLineEnds(part, returnCode);
-                return codec.decode(part, LayoutRule()).text();
-            };
             const qsizetype size = random.bounded(int(bytes.size()) + 1);
             const qsizetype cut = cutOf(QByteArrayView(bytes).first(size), code);
             QVERIFY(cut <= size);
-            if (decoded(bytes.first(cut)) + decoded(bytes.sliced(cut)) != decoded(bytes))
+            if (decodedParts(codec, { bytes.first(cut), bytes.sliced(cut) }, returnCode)
+                != decodedParts(codec, { bytes }, returnCode))
                 QFAIL(bytes.first(cut).toHex(' ') + " | " + bytes.sliced(cut).toHex(' '));
         }
     }
@@ -532,13 +554,21 @@ void FileReadingTest::whatAFileHasGotTakesNoMoreSteps()
     QVERIFY2(steps < 40, qPrintable(QString::number(steps)));
 }
 
+void FileReadingTest::longFileIsNeverHeldWhole_data()
+{
+    QTest::addColumn<CharCode>("code");
+    for (const CharCode code : { CharCode::ShiftJis, CharCode::Jis })
+        QTest::addRow("%s", infoOf(code).name.data()) << code;
+}
+
 /// The first part comes soon, and no block is longer than it has to be.
 void FileReadingTest::longFileIsNeverHeldWhole()
 {
-    const QByteArray line = QByteArray(99, 'a') + '\n';
+    QFETCH(CharCode, code);
+    const QByteArray line = QByteArray("a ").repeated(49) + " \n";
     QVERIFY(m_folder.write(fileName, line.repeated(400)));
     Taker taker{ LayoutRule() };
-    FileReading reading({ m_folder.path() + fileName, {}, codesOfSilent }, LayoutCopy(taker.store),
+    FileReading reading({ m_folder.path() + fileName, code, codesOfSilent }, LayoutCopy(taker.store),
         FileCalls::system(), { 256, 1024, 512 });
     int steps = 1;
     QCOMPARE(reading.step(), FileReading::Step::More);
@@ -549,6 +579,34 @@ void FileReadingTest::longFileIsNeverHeldWhole()
         QVERIFY(reading.takePart()->text.length() <= 1024);
     QCOMPARE(steps, 39);
     QCOMPARE(reading.bytesDone(), 40000);
+}
+
+void FileReadingTest::endInJisIsKept_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("in kanji, behind a line") << "\x1B$B$\"\n"_ba;
+    QTest::newRow("in kanji, in a line") << "\x1B$B$\"\n$\"$$"_ba;
+    QTest::newRow("with a designation") << "\x1B$B$\"\n\x1B(B"_ba;
+    QTest::newRow("with two designations") << "\x1B$B$\"\n\x1B(B\x1B(B"_ba;
+    QTest::newRow("amid a character") << "\x1B$B$\"\n$"_ba;
+    QTest::newRow("amid a designation") << "\x1B$B$\"\n\x1B("_ba;
+}
+
+/// What a save writes behind the text is what was there, also where all of the last part is that.
+void FileReadingTest::endInJisIsKept()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(m_folder.write(fileName, bytes));
+    for (const bool isGrowing : { false, true }) {
+        Taker taker{ LayoutRule() };
+        FileReading reading({ m_folder.path() + fileName, CharCode::Jis, codesOfSilent, {}, isGrowing },
+            LayoutCopy(taker.store), FileCalls::system(), { 4, 4, 4 });
+        while (isGrowing && reading.hasMore(bytes.size()))
+            QCOMPARE(taker.makeStep(reading, makeOneByOne), FileReading::Step::More);
+        reading.endGrowth();
+        QCOMPARE(taker.take(reading, makeOneByOne), std::nullopt);
+        QCOMPARE(storedBytes(*reading.result().codec, taker.store), bytes);
+    }
 }
 
 REGISTER_TEST(runPlainTest<FileReadingTest>)
