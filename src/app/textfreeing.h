@@ -10,8 +10,9 @@
 /// While it lives, long texts that documents let go are freed in turns of the event loop; what has become
 /// free of them and of closed documents is returned to the system.
 ///
-/// Not amid a run of replacements, which takes for its own leaves what was free: giving back what lies
-/// between them took a tenth of a second there, in one call that cannot be divided.
+/// That is one call which cannot be divided, and takes a quarter of a second for a gigabyte. So a long text
+/// is returned in portions while it is freed. What is less waits for the end of a run of replacements, which
+/// takes for its own leaves what was free.
 class TextFreeing : public QObject {
 public:
     explicit TextFreeing(const std::function<void()> &giveBack = giveBackFreeMemory);
@@ -21,8 +22,11 @@ public:
 
 private:
     void goOn();
+    void givePortionBack();
 
+    const std::function<void()> m_giveBack;
     QTimer m_turns; ///< while there is something to be freed
     QTimer m_givingBack;
+    qint64 m_nodesBefore = 0; ///< that were freed when a portion was given back to last
     NodeBin m_bin{ [this] { m_turns.start(0); } };
 };

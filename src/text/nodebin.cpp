@@ -32,11 +32,12 @@ NodeBin::~NodeBin()
         binOfThread = nullptr;
 }
 
-bool NodeBin::empty(QDeadlineTimer end)
+bool NodeBin::empty(QDeadlineTimer end, qint64 mostNodes)
 {
+    const qint64 before = m_freedNodes;
     do
         freeSome(1);
-    while (!isEmpty() && !end.hasExpired());
+    while (!isEmpty() && !end.hasExpired() && m_freedNodes - before < mostNodes);
     if (isEmpty())
         m_isTold = false;
     return isEmpty();
@@ -77,5 +78,6 @@ void NodeBin::freeLast()
 {
     const TextInner *const node = m_nodes.back();
     m_nodes.pop_back();
+    ++m_freedNodes;
     delete node;
 }

@@ -3,6 +3,7 @@
 #include <QDeadlineTimer>
 
 #include <functional>
+#include <limits>
 #include <vector>
 
 struct TextInner;
@@ -19,9 +20,13 @@ public:
     ~NodeBin();
     Q_DISABLE_COPY_MOVE(NodeBin)
 
-    /// Goes on until nothing is left, true, or the time is over. A call gets on by a node at least.
-    bool empty(QDeadlineTimer end);
+    /// Goes on until nothing is left, true, or the time is over, or so many nodes are freed; none of them is
+    /// a leaf. A call gets on by a node at least.
+    bool empty(QDeadlineTimer end, qint64 mostNodes = std::numeric_limits<qint64>::max());
     bool isEmpty() const { return m_nodes.empty(); }
+    /// Nodes that are no leaves and were freed so far. One has 128 KiB of text at most, or 256 KiB where that
+    /// is wide.
+    qint64 freedNodes() const { return m_freedNodes; }
 
     /// Frees a node that nobody holds, or puts it into the bin of this thread.
     static void take(TextInner *node);
@@ -33,6 +38,7 @@ private:
 
     const std::function<void()> m_filled;
     std::vector<TextInner *> m_nodes; ///< of which each holds its children
+    qint64 m_freedNodes = 0;
     bool m_isFreeing = false;
     bool m_isTold = false; ///< that there is something
 };

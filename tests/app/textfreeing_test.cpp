@@ -2,7 +2,7 @@
 #include "app/textfreeing.h"
 #include "platform/requesthold.h"
 #include "tests/testprogram.h"
-#include "text/textstore.h"
+#include "tests/text/storecompare.h"
 
 #include <QTest>
 
@@ -16,11 +16,17 @@ struct Freeing {
     TextFreeing texts{ [this] { ++given; } };
 };
 
-/// Longer than what is freed at once.
+/// Longer than what is freed at once, and shorter than a portion.
 void freeLongText()
 {
     TextStore store;
-    store.replace({}, 0, u"0123456789ABCDEF"_s.repeated(1000000));
+    store.replace({}, 0, u"0123456789ABCDEF"_s.repeated(500'000));
+}
+
+/// Of thousands of nodes.
+void freeManyNodes()
+{
+    const TextStore store = storeOf(u"abcdefgh"_s.repeated(10'000), {}, nodesOf(4));
 }
 
 } // namespace
@@ -30,8 +36,10 @@ class TextFreeingTest : public QObject {
 
 private slots:
     void longTextIsFreedAndGivenBack();
+    void muchIsGivenBackInPortions();
+    void portionsAreGivenBackAmidReplacements();
     void manyDocumentsAreGivenBackAtOnce();
-    void nothingIsGivenBackAmidReplacements();
+    void littleIsNotGivenBackAmidReplacements();
 };
 
 void TextFreeingTest::longTextIsFreedAndGivenBack()
@@ -40,6 +48,23 @@ void TextFreeingTest::longTextIsFreedAndGivenBack()
     freeLongText();
     QCOMPARE(freeing.given, 0);
     QTRY_COMPARE(freeing.given, 1);
+}
+
+void TextFreeingTest::muchIsGivenBackInPortions()
+{
+    const Freeing freeing;
+    freeManyNodes();
+    QCOMPARE(freeing.given, 0);
+    QTRY_VERIFY(freeing.given > 20);
+}
+
+/// It would be one long call behind them.
+void TextFreeingTest::portionsAreGivenBackAmidReplacements()
+{
+    const Freeing freeing;
+    const RequestHold run;
+    freeManyNodes();
+    QTRY_VERIFY(freeing.given > 20);
 }
 
 void TextFreeingTest::manyDocumentsAreGivenBackAtOnce()
@@ -52,7 +77,7 @@ void TextFreeingTest::manyDocumentsAreGivenBackAtOnce()
     QCOMPARE(freeing.given, 1);
 }
 
-void TextFreeingTest::nothingIsGivenBackAmidReplacements()
+void TextFreeingTest::littleIsNotGivenBackAmidReplacements()
 {
     Freeing freeing;
     {

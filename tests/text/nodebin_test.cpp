@@ -36,6 +36,7 @@ class NodeBinTest : public QObject {
 
 private slots:
     void longTextIsFreedBitByBit();
+    void soManyNodesAreFreed();
     void shortTextIsFreedAtOnce();
     void tellsOfEachFilling();
     void whatOthersHoldStays();
@@ -56,6 +57,19 @@ void NodeBinTest::longTextIsFreedBitByBit()
     QVERIFY(callsUntilEmpty(bin) > 1000);
     QVERIFY(bin.isEmpty());
     QVERIFY(bin.empty(QDeadlineTimer(0)));
+}
+
+void NodeBinTest::soManyNodesAreFreed()
+{
+    NodeBin bin([] {});
+    {
+        const TextStore store = storeOfManyNodes();
+    }
+    const qint64 before = bin.freedNodes();
+    QVERIFY(!bin.empty(QDeadlineTimer::Forever, 100));
+    QCOMPARE(bin.freedNodes() - before, 100);
+    QVERIFY(bin.empty(QDeadlineTimer::Forever));
+    QVERIFY(bin.freedNodes() > 5000);
 }
 
 void NodeBinTest::shortTextIsFreedAtOnce()
