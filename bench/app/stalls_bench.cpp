@@ -404,6 +404,8 @@ void openMany(Window &window, const QString &folder)
                 static_cast<QPEApplication *>(qApp)->request(name);
         },
         [&] { return !QPEApplication::hasRequests(); });
+    window.measure(
+        "close them", [&] { window.confirmCloseAll(false); }, aSecondLater());
 }
 
 } // namespace
