@@ -108,8 +108,9 @@ void ArrivingInputTest::init()
     m_pipe = std::make_unique<Pipe>();
     m_steps = new SteppedRunner;
     m_inputs = new SteppedRunner;
-    m_window = std::make_unique<TestWindow>(WindowJobs{
-        std::unique_ptr<JobRunner>(m_steps), fewestOfInput, std::unique_ptr<JobRunner>(m_inputs) });
+    m_window = std::make_unique<TestWindow>(WindowJobs{ .runner = std::unique_ptr<JobRunner>(m_steps),
+        .fewest = fewestOfInput,
+        .inputRunner = std::unique_ptr<JobRunner>(m_inputs) });
     theApplication().showMainWidget(m_window.get());
     QVERIFY(m_window->open());
 }
