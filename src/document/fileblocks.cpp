@@ -8,7 +8,7 @@ namespace {
 constexpr qint64 readAtOnce = qint64{ 1 } << 20;
 
 constexpr uchar blank = 0x20;
-constexpr uchar escapeCharacter = 0x1B;
+constexpr uchar jisEscape = 0x1B;
 
 constexpr bool isUtf8Rest(char byte)
 {
@@ -26,7 +26,7 @@ bool endsCharacter(char byte, CharCode code)
 {
     const auto b = uchar(byte);
     if (code == CharCode::Jis)
-        return b > 0 && b <= blank && b != escapeCharacter && !isCr(byte);
+        return b > 0 && b <= blank && b != jisEscape && !isCr(byte);
     const bool isKatakana = code == CharCode::ShiftJis && b >= 0xA1 && b <= 0xDF; // or a second byte
     return (b > 0 && b < 0x80 && !isCr(byte)) || isKatakana;
 }
