@@ -36,6 +36,8 @@ constexpr KeyBinding keyMap[] = {
     { Qt::Key_A, control, all, 0x2017, &frmMain::slotCmdEditSelAll },
     { Qt::Key_F6, Qt::NoModifier, all, 0, &frmMain::slotEtcNotice },
     { Qt::Key_F10, control, all, 0, &frmMain::slotEtcTabMenu },
+    // Some window managers go to another desktop by the one above.
+    { Qt::Key_F10, controlShift, all, 0, &frmMain::slotEtcTabMenu },
     { Qt::Key_F1, Qt::NoModifier, all, 0, &frmMain::slotEtcKeys },
 
     // From here on what can be switched off.
