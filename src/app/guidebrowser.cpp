@@ -12,6 +12,7 @@
 #include <QImage>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QScroller>
 #include <QTextBlock>
 #include <QTextTable>
 
@@ -50,6 +51,30 @@ QString withoutEndsInSentences(QString page)
     return page.remove(end);
 }
 
+/// Whether a link of the page at `base` leads to a page that is there; the tree of the sources has more files
+/// than are installed, and others than pages.
+bool isPage(const QUrl &base, const QString &link)
+{
+    const QString file = base.resolved(QUrl(link)).toLocalFile();
+    return file.endsWith(u".md") && QFileInfo::exists(file);
+}
+
+/// Their words stay.
+QString withoutOtherLinks(const QString &page, const QUrl &base)
+{
+    static const QRegularExpression link(u"(?<!!)\\[([^\\[\\]]*)\\]\\(([^()]*)\\)"_s);
+    QString shown;
+    qsizetype end = 0;
+    for (auto match = link.globalMatch(page); match.hasNext();) {
+        const QRegularExpressionMatch found = match.next();
+        shown += QStringView(page).sliced(end, found.capturedStart() - end);
+        shown += isPage(base, found.captured(2)) ? found.captured() : found.captured(1);
+        end = found.capturedEnd();
+    }
+    shown += QStringView(page).sliced(end);
+    return shown;
+}
+
 QString withPresentKeys(const QString &page)
 {
     const qsizetype begin = page.indexOf(keysBegin);
@@ -66,6 +91,7 @@ GuideBrowser::GuideBrowser(QWidget *parent)
 {
     // What the toolkit's own menu offers is for links of other kinds.
     setContextMenuPolicy(Qt::NoContextMenu);
+    QScroller::grabGesture(viewport(), QScroller::TouchGesture);
     verticalScrollBar()->setAccessibleName(
         QCoreApplication::translate("QMultiLineEdit", "Vertical scroll bar"));
     horizontalScrollBar()->setAccessibleName(
@@ -107,8 +133,7 @@ QTextTable *GuideBrowser::keys() const
 
 void GuideBrowser::doSetSource(const QUrl &name, QTextDocument::ResourceType type)
 {
-    const QString file = source().resolved(name).toLocalFile();
-    if (file.endsWith(u".md") && QFileInfo::exists(file))
+    if (isPage(source(), name.toString()))
         QTextBrowser::doSetSource(name, type);
 }
 
@@ -116,7 +141,8 @@ QVariant GuideBrowser::loadResource(int type, const QUrl &name)
 {
     QVariant loaded = QTextBrowser::loadResource(type, name);
     if (type == QTextDocument::MarkdownResource)
-        return withPresentKeys(withoutEndsInSentences(QString::fromUtf8(loaded.toByteArray())));
+        return withPresentKeys(withoutOtherLinks(
+            withoutEndsInSentences(QString::fromUtf8(loaded.toByteArray())), source().resolved(name)));
     if (type == QTextDocument::ImageResource)
         return fitted(QImage::fromData(loaded.toByteArray()));
     return loaded;

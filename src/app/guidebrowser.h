@@ -6,7 +6,7 @@ class QTextTable;
 
 /// Shows pages of the guide, which are files in Markdown. Where a page has the table of keys, it is shown as
 /// it is now, in the present language and with what is switched on. Pictures are as wide as the browser at
-/// most.
+/// most; links to what is no page are none. A finger scrolls.
 class GuideBrowser : public QTextBrowser {
     Q_OBJECT
 public:
@@ -19,7 +19,7 @@ public:
     void showKeys();
 
 protected:
-    /// Follows links to pages that are there; the tree of the sources has others.
+    /// Of pages that are there alone.
     void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override;
     QVariant loadResource(int type, const QUrl &name) override;
 

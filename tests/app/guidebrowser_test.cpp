@@ -55,6 +55,9 @@ private slots:
     void linksLeadToPages_data();
     void linksLeadToPages();
     void linksOutOfTheGuideAreNotFollowed();
+    void whatIsNoPageIsNoLink();
+    void fingerScrolls();
+    void fingerFollowsALink();
     void picturesFit();
 
 private:
@@ -230,6 +233,66 @@ void GuideBrowserTest::linksOutOfTheGuideAreNotFollowed()
         browser.setSource(QUrl(target));
         QCOMPARE(browser.source(), guide);
     }
+}
+
+/// Whatever looks like a link leads somewhere, and what it said is still there.
+void GuideBrowserTest::whatIsNoPageIsNoLink()
+{
+    const QDir docs(QPEApplication::qpeDir() + u"/../doc/marlopad"_s);
+    QDirIterator pages(docs.path(), { u"*.md"_s }, QDir::Files, QDirIterator::Subdirectories);
+    int links = 0;
+    int scripts = 0;
+    while (pages.hasNext()) {
+        GuideBrowser browser;
+        browser.setSource(QUrl::fromLocalFile(pages.next()));
+        scripts += browser.toPlainText().contains(u".py"_s) ? 1 : 0;
+        for (QTextBlock block = browser.document()->begin(); block.isValid(); block = block.next()) {
+            for (auto part = block.begin(); !part.atEnd(); ++part) {
+                const QString link = part.fragment().charFormat().anchorHref();
+                if (link.isEmpty())
+                    continue;
+                ++links;
+                const QString page = browser.source().resolved(QUrl(link)).toLocalFile();
+                QVERIFY2(page.endsWith(u".md"_s) && QFile::exists(page), qPrintable(link));
+            }
+        }
+    }
+    QVERIFY(links > 20);
+    QVERIFY(scripts >= 20);
+}
+
+void GuideBrowserTest::fingerScrolls()
+{
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    GuideBrowser browser;
+    browser.resize(400, 300);
+    browser.showGuide();
+    browser.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&browser));
+    QWidget *const page = browser.viewport();
+    QTest::touchEvent(page, screen.get()).press(0, QPoint(200, 250), page);
+    for (int y = 240; y >= 50; y -= 10)
+        QTest::touchEvent(page, screen.get()).move(0, QPoint(200, y), page);
+    QTest::touchEvent(page, screen.get()).release(0, QPoint(200, 50), page);
+    QTRY_VERIFY(browser.verticalScrollBar()->value() > 100);
+    QVERIFY(!browser.textCursor().hasSelection());
+}
+
+void GuideBrowserTest::fingerFollowsALink()
+{
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    GuideBrowser browser;
+    browser.resize(400, 300);
+    browser.showGuide();
+    browser.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&browser));
+    QTextCursor link = browser.document()->find(u"its settings, favourites"_s);
+    QVERIFY(!link.isNull());
+    const QPoint at = browser.cursorRect(link).center() - QPoint(10, 0);
+    QVERIFY(!browser.anchorAt(at).isEmpty());
+    QTest::touchEvent(browser.viewport(), screen.get()).press(0, at, browser.viewport());
+    QTest::touchEvent(browser.viewport(), screen.get()).release(0, at, browser.viewport());
+    QTRY_COMPARE(browser.source().fileName(), u"handheld.en.md"_s);
 }
 
 void GuideBrowserTest::picturesFit()
