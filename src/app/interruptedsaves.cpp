@@ -5,10 +5,20 @@
 #include "app/documentloader.h"
 #include "files/filename.h"
 #include "files/stagedfile.h"
+#include "files/stagedfolders.h"
 #include "files/statefolder.h"
 #include "settings/config.h"
 
 namespace {
+
+class StrayRemoval : public JobWork {
+public:
+    Step step(JobTurn &) override
+    {
+        removeNotedStrays();
+        return Step::Done;
+    }
+};
 
 void removeStraysBeside(const ctlEditer &editor)
 {
@@ -25,9 +35,10 @@ QString nameOf(const LostCopy &copy)
 
 } // namespace
 
-InterruptedSaves::InterruptedSaves(DocumentArea &documents, DocumentLoader &loader)
+InterruptedSaves::InterruptedSaves(DocumentArea &documents, DocumentLoader &loader, JobRunner &jobs)
     : m_documents(documents)
     , m_loader(loader)
+    , m_jobs(jobs)
 {
     // Later: what is read is shown first, and a program that saves has its own file there.
     connect(&documents, &DocumentArea::added, this, [](ctlEditer *editor) {
@@ -41,6 +52,7 @@ void InterruptedSaves::tell()
 {
     m_copies = lostCopies();
     removeStagedStraysOnce(Config::folder());
+    m_removal = std::make_unique<Job>(std::make_unique<StrayRemoval>(), m_jobs);
     tellNext();
 }
 

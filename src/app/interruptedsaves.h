@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/oldcopy.h"
+#include "jobs/job.h"
 
 #include <QObject>
 
@@ -8,15 +9,17 @@ class DocumentArea;
 class DocumentLoader;
 
 /// Tells the user of copies that are left of files whose saving was interrupted, by a power cut say, one
-/// after the other; and cleans up beside the files that are opened and saved what such a save has left there.
+/// after the other; and cleans up what such a save has left beside its file: at the start where an earlier
+/// program has saved, later beside the files that are opened and saved.
 ///
 /// A copy stays, and is told of at every start, until the user has it deleted.
 class InterruptedSaves : public QObject {
     Q_OBJECT
 public:
-    InterruptedSaves(DocumentArea &documents, DocumentLoader &loader);
+    /// `jobs` has a thread for each job, since a disk may not answer. Nothing is owned.
+    InterruptedSaves(DocumentArea &documents, DocumentLoader &loader, JobRunner &jobs);
 
-    /// Looks for copies, and tells of the newest.
+    /// Looks for copies, and tells of the newest; and begins to clean up.
     void tell();
 
 private:
@@ -28,5 +31,7 @@ private:
 
     DocumentArea &m_documents;
     DocumentLoader &m_loader;
+    JobRunner &m_jobs;
+    std::unique_ptr<Job> m_removal;
     QList<LostCopy> m_copies; ///< that the user was not told of in this run, the present one first
 };

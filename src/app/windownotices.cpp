@@ -2,6 +2,7 @@
 
 #include "app/documentjournals.h"
 #include "editor/ctlediter.h"
+#include "filedialog/folderjobs.h"
 #include "recovery/recoveryjournals.h"
 
 WindowNotices::WindowNotices(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
@@ -11,7 +12,7 @@ WindowNotices::WindowNotices(QWidget &window, DocumentArea &documents, DocumentL
     , m_reading(documents, loader)
     , m_disk(window, documents, loader, saver, jobs)
     , m_obstacles(documents, saver)
-    , m_interruptedSaves(documents, loader)
+    , m_interruptedSaves(documents, loader, FolderJobs().threads())
     , m_keptFiles(documents, loader)
 {
     // Behind the save, which ends the journal of what was before.

@@ -58,9 +58,6 @@ std::optional<QByteArray> writtenName(const FileCalls &calls, const QByteArray &
     return isRead ? std::optional(written) : std::nullopt;
 }
 
-/// Which no name has, so that a name which ends in it is whole.
-constexpr char nameEnd = '\0';
-
 qint64 millisecondsOf(const timespec &time)
 {
     return qint64{ time.tv_sec } * 1000 + time.tv_nsec / 1000000;

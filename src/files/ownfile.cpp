@@ -107,13 +107,20 @@ QByteArrayView shortName(QByteArrayView fileName)
     return fileName.first(size);
 }
 
-void forEachName(const FileCalls &calls, const QByteArray &folder, qsizetype most,
+bool forEachName(const FileCalls &calls, const QByteArray &folder, qsizetype most,
     const std::function<void(const QByteArray &name)> &found)
 {
     DIR *const open = calls.opendir(folder.constData());
     if (!open)
-        return;
-    while (const dirent *entry = most-- > 0 ? calls.readdir(open) : nullptr)
+        return false;
+    const auto next = [&] {
+        errno = 0;
+        return most-- > 0 ? calls.readdir(open) : nullptr;
+    };
+    while (const dirent *const entry = next())
         found(QByteArray(entry->d_name));
+    const int error = errno;
     calls.closedir(open);
+    errno = error;
+    return error == 0;
 }

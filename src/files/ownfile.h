@@ -33,6 +33,7 @@ bool hasNoLocks(int error);
 /// character of UTF-8 is cut, which some refuse.
 QByteArrayView shortName(QByteArrayView fileName);
 
-/// Calls `found` with the name, without the folder, of everything in a folder, at most `most` of it.
-void forEachName(const FileCalls &calls, const QByteArray &folder, qsizetype most,
+/// Calls `found` with the name, without the folder, of everything in a folder, at most `most` of it. False,
+/// with errno: the folder cannot be read, or not to its end.
+bool forEachName(const FileCalls &calls, const QByteArray &folder, qsizetype most,
     const std::function<void(const QByteArray &name)> &found);

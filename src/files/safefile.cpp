@@ -5,6 +5,7 @@
 #include "files/fileattributes.h"
 #include "files/ownfile.h"
 #include "files/stagedfile.h"
+#include "files/stagedfolders.h"
 #include "files/statefolder.h"
 
 #include <climits>
@@ -109,6 +110,7 @@ bool SafeFile::isCopyWanted() const
 bool SafeFile::stage()
 {
     const QByteArrayView fileName = QByteArrayView(m_target).sliced(m_target.lastIndexOf('/') + 1);
+    noteStagedFolder(m_folder, m_calls);
     m_staged.fd = createOwnFile(m_calls, stagedPrefix(m_folder, fileName), &m_staged.name);
     if (m_staged.fd != -1)
         return true;

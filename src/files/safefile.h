@@ -15,7 +15,7 @@
 /// file is overwritten in place, after a copy of it was put into the program's state folder, on the disk
 /// under its name; the copy goes away when all is written, and brings the old content back when writing
 /// fails. Where the program is stopped meanwhile, a later one finds it (lostCopies()), and the temporary file
-/// too (removeStagedStrays()). What set-user-id and set-group-id bits writing takes away is set again.
+/// too (removeNotedStrays()). What set-user-id and set-group-id bits writing takes away is set again.
 ///
 /// Errors: open(), write(), sync() and commit() return false; the old file is then whole and nothing else is
 /// left behind, with the one exception of keptCopy(). An object that is destroyed without commit() leaves all

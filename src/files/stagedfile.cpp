@@ -1,6 +1,7 @@
 #include "files/stagedfile.h"
 
 #include "files/ownfile.h"
+#include "files/statefolder.h"
 
 #include <set>
 
@@ -15,6 +16,17 @@ bool isStaged(QByteArrayView name)
     return prefix.startsWith('.') && prefix.endsWith(infix) && prefix.size() > infix.size() + 1;
 }
 
+/// False: it is in use, or cannot be removed.
+bool removeAbandoned(const FileCalls &calls, const QByteArray &name)
+{
+    const int fd = openAbandoned(calls, name);
+    if (fd == -1)
+        return false;
+    const bool isRemoved = calls.unlink(name.constData()) == 0;
+    calls.close(fd);
+    return isRemoved;
+}
+
 } // namespace
 
 QByteArray stagedPrefix(QByteArrayView folder, QByteArrayView fileName)
@@ -22,16 +34,20 @@ QByteArray stagedPrefix(QByteArrayView folder, QByteArrayView fileName)
     return folder.toByteArray() + '.' + shortName(fileName).toByteArray() + infix.toByteArray();
 }
 
-void removeStagedStrays(const QByteArray &folder, const FileCalls &calls)
+bool removeStagedStrays(const QByteArray &folder, const FileCalls &calls, qsizetype most)
 {
-    constexpr qsizetype most = 10000;
-    forEachName(calls, folder, most, [&](const QByteArray &name) {
-        const int fd = isStaged(name) ? openAbandoned(calls, folder + name) : -1;
-        if (fd == -1)
+    bool isClean = true;
+    bool isChanged = false;
+    const bool isRead = forEachName(calls, folder, most, [&](const QByteArray &name) {
+        if (!isStaged(name))
             return;
-        calls.unlink((folder + name).constData());
-        calls.close(fd);
+        const bool isRemoved = removeAbandoned(calls, folder + name);
+        isChanged = isChanged || isRemoved;
+        isClean = isClean && isRemoved;
     });
+    if (!isRead)
+        return errno == ENOENT || errno == ENOTDIR;
+    return isClean && (!isChanged || syncFolder(calls, folder));
 }
 
 void removeStagedStraysOnce(const QByteArray &folder, const FileCalls &calls)

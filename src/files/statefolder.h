@@ -25,5 +25,8 @@ bool makePrivateFolder(const FileCalls &calls, const QByteArray &folder);
 /// $XDG_STATE_HOME/marlopad.
 QByteArray stateFolder();
 
+/// Ends a file's name that is written into a file. No name has it, so one that ends in it is whole.
+inline constexpr char nameEnd = '\0';
+
 /// Errors that say "not like this" or "not here", and not that something is broken.
 bool isRefusal(int error);

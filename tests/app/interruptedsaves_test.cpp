@@ -1,6 +1,8 @@
 #include "app/interruptedsaves.h"
 
+#include "files/stagedfolders.h"
 #include "tests/app/documentparts.h"
+#include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
 #include <fcntl.h>
@@ -24,6 +26,7 @@ private slots:
     void opensTheOldTextAlone();
     void deletesTheCopy();
     void removesWhatIsLeftBesideAFile();
+    void removesWhatIsLeftWhereNothingIsOpened();
 
 private:
     QByteArray leave(const QByteArray &digits, const QByteArray &of) const;
@@ -31,6 +34,7 @@ private:
     void act(int offer) { std::function(notice()->offers.at(size_t(offer)).act)(); }
 
     std::unique_ptr<DocumentParts> m_parts;
+    SteppedRunner m_runner;
 };
 
 /// The name of a copy that a save has left, of a file of this name.
@@ -48,7 +52,7 @@ QByteArray InterruptedSavesTest::leave(const QByteArray &digits, const QByteArra
 
 void InterruptedSavesTest::saysNothingWithoutAny()
 {
-    InterruptedSaves saves(m_parts->documents, m_parts->loader);
+    InterruptedSaves saves(m_parts->documents, m_parts->loader, m_runner);
     saves.tell();
     QVERIFY(!notice());
 }
@@ -59,7 +63,7 @@ void InterruptedSavesTest::tellsOfTheNewestFirst()
     const QByteArray old = leave("0123456789abd", "/gone/old.txt");
     const timespec times[2] = { { 1000, 0 }, { 1000, 0 } };
     QCOMPARE(::utimensat(AT_FDCWD, old.constData(), times, 0), 0);
-    InterruptedSaves saves(m_parts->documents, m_parts->loader);
+    InterruptedSaves saves(m_parts->documents, m_parts->loader, m_runner);
     saves.tell();
     QCOMPARE(notice()->text(), u"Saving new.txt was interrupted. Its old text is kept."_s);
     m_parts->documents.notices().dismiss(NoticeKind::InterruptedSave, nullptr);
@@ -70,7 +74,7 @@ void InterruptedSavesTest::putOffIsToldAtTheNextStart()
 {
     leave("0123456789abc", "/gone/a.txt");
     for (int start = 0; start < 2; ++start) {
-        InterruptedSaves saves(m_parts->documents, m_parts->loader);
+        InterruptedSaves saves(m_parts->documents, m_parts->loader, m_runner);
         saves.tell();
         QVERIFY(notice());
         QCOMPARE(notice()->offers.at(2).text(), u"Later"_s);
@@ -83,7 +87,7 @@ void InterruptedSavesTest::opensTheFileAndItsOldText()
 {
     const QString file = m_parts->files.write(u"a.txt"_s, "half");
     const QByteArray copy = leave("0123456789abc", file.toUtf8());
-    InterruptedSaves saves(m_parts->documents, m_parts->loader);
+    InterruptedSaves saves(m_parts->documents, m_parts->loader, m_runner);
     saves.tell();
     QCOMPARE(notice()->offers.front().text(), u"Open both"_s);
     act(0);
@@ -107,7 +111,7 @@ void InterruptedSavesTest::opensTheOldTextAlone()
 {
     QFETCH(QByteArray, file);
     leave("0123456789abc", file);
-    InterruptedSaves saves(m_parts->documents, m_parts->loader);
+    InterruptedSaves saves(m_parts->documents, m_parts->loader, m_runner);
     saves.tell();
     QTEST(notice()->offers.front().text(), "offer");
     act(0);
@@ -119,7 +123,7 @@ void InterruptedSavesTest::opensTheOldTextAlone()
 void InterruptedSavesTest::deletesTheCopy()
 {
     const QByteArray copy = leave("0123456789abc", "/gone/a.txt");
-    InterruptedSaves saves(m_parts->documents, m_parts->loader);
+    InterruptedSaves saves(m_parts->documents, m_parts->loader, m_runner);
     saves.tell();
     act(1);
     QVERIFY(!notice());
@@ -129,11 +133,22 @@ void InterruptedSavesTest::deletesTheCopy()
 
 void InterruptedSavesTest::removesWhatIsLeftBesideAFile()
 {
-    const InterruptedSaves saves(m_parts->documents, m_parts->loader);
+    const InterruptedSaves saves(m_parts->documents, m_parts->loader, m_runner);
     const QString stray = m_parts->files.write(u".a.txt.marlopad-0123456789abc"_s, "half");
     m_parts->open(m_parts->files.write(u"a.txt"_s, "text"));
     QVERIFY(QFile::exists(stray)); // what was read is shown first
     QTRY_VERIFY(!QFile::exists(stray));
+}
+
+void InterruptedSavesTest::removesWhatIsLeftWhereNothingIsOpened()
+{
+    const QString stray = m_parts->files.write(u".a.txt.marlopad-0123456789abc"_s, "half");
+    noteStagedFolder(QFile::encodeName(m_parts->files.folder()));
+    InterruptedSaves saves(m_parts->documents, m_parts->loader, m_runner);
+    saves.tell();
+    QVERIFY(QFile::exists(stray)); // behind the window
+    m_runner.runAll();
+    QVERIFY(!QFile::exists(stray));
 }
 
 REGISTER_TEST(runWindowTest<InterruptedSavesTest>)

@@ -1,5 +1,5 @@
 #include "app/qpeapplicationesc.h"
-#include "files/stagedfile.h"
+#include "files/stagedfolders.h"
 #include "platform/toolkitstart.h"
 #include "recovery/recoveryjournals.h"
 #include "tests/app/typist.h"
@@ -160,7 +160,7 @@ void KillsTest::keepsWhatWasWritten()
         seed, [](Typist &typist) { typist.restoreAndType(); }, stepsOfRestoring);
     for (const LeftBehind &found : findLeftBehind(journalFolder()))
         QVERIFY(ClaimedJournal::claim(found.journal, FileCalls::system()).discard());
-    removeStagedStrays(QFile::encodeName(m_files->folder()));
+    removeNotedStrays();
     QCOMPARE(namesIn(m_files->folder()).size(), Typist::documents().size() - 1);
     QCOMPARE(namesIn(QFile::decodeName(journalFolder())), QStringList());
 }

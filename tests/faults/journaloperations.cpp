@@ -1,6 +1,6 @@
 #include "files/filename.h"
 #include "files/ownfile.h"
-#include "files/stagedfile.h"
+#include "files/stagedfolders.h"
 #include "files/statefolder.h"
 #include "recovery/recoveryjournals.h"
 #include "tests/faults/onefault.h"
@@ -236,6 +236,7 @@ public:
         lost.leave();
         writeFile(copy, "not finished");
         writeFile(m_sandbox.documents() + ".file.txt.marlopad-" + digits, "staged");
+        noteStagedFolder(m_sandbox.documents());
         writeFile(journalFolder() + newUnfinishedName(), "not finished");
     }
     bool run(const FileCalls &calls, const Begin &begin) override
@@ -243,7 +244,7 @@ public:
         begin();
         lostCopies(calls);
         findLeftBehind(journalFolder(), calls);
-        removeStagedStrays(m_sandbox.documents(), calls);
+        removeNotedStrays(calls);
         return true;
     }
     QString lostOnDisk(const NextStart &start, bool) const override

@@ -2,6 +2,7 @@
 
 #include "files/filename.h"
 #include "files/stagedfile.h"
+#include "files/stagedfolders.h"
 #include "files/statefolder.h"
 #include "recovery/journalfolder.h"
 #include "recovery/restoring.h"
@@ -76,7 +77,7 @@ QStringList Sandbox::files() const
 NextStart Sandbox::startAgain() const
 {
     removeStagedStrays(Config::folder());
-    removeStagedStrays(documents());
+    removeNotedStrays();
     NextStart start{ lostCopies(), findLeftBehind(journalFolder()) };
     for (const QString &name : { u"marlopad"_s, u"marlopad_fr"_s })
         const Config config(name, Config::User, Config::Change);

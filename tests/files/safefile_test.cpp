@@ -1,4 +1,5 @@
 #include "files/fileattributes.h"
+#include "files/stagedfolders.h"
 #include "tests/files/attributetable.h"
 #include "tests/files/savedfile.h"
 #include "tests/testprogram.h"
@@ -84,6 +85,7 @@ void SafeFileTest::newFileHasTheContent()
 void SafeFileTest::contentIsOnTheDiskBeforeItHasTheName()
 {
     const QByteArray name = prepare(Way::Replace);
+    noteStagedFolder(m_folder);
     QByteArrayList order;
     FileCalls calls = callsFor(Way::Replace);
     calls.pwrite = [&order, inner = calls.pwrite](int fd, const void *from, size_t size, off_t offset) {
@@ -435,7 +437,9 @@ void SafeFileTest::oldContentIsOnTheDiskBeforeItIsOverwritten()
         parents << folder.first(end + 1);
     QCOMPARE(parents.sliced(parents.size() - 4),
         QByteArrayList({ there, base, base + "on/", base + "on/the way/" }));
-    QByteArrayList wanted = parents;
+    const QByteArray notes = folder + "saves/";
+    QByteArrayList wanted = parents + QByteArrayList{ folder, "file in " + notes, notes };
+    wanted += parents;
     if (way == Way::ClosedFolder) // also for the new content
         wanted += parents;
     wanted += { "file in " + folder, "file in " + folder, folder }; // the copy, and the name it is of

@@ -1,4 +1,5 @@
 #include "files/copycontent.h"
+#include "files/stagedfolders.h"
 #include "files/untoldcopy.h"
 #include "tests/files/savedfile.h"
 #include "tests/seeds.h"
@@ -335,6 +336,7 @@ void SafeFileFailuresTest::failingSyncIsTold()
     for (int step = 1; isReached; ++step) {
         init();
         const QByteArray name = prepare(Way(way));
+        noteStagedFolder(m_folder);
         int count = 0;
         FileCalls calls = callsFor(Way(way));
         calls.fsync = [&count, step](int fd) {
