@@ -619,6 +619,14 @@ Vous n’avez pas l’autorisation nécessaire ou le fichier est en cours d’ut
 %1</translation>
     </message>
     <message>
+        <source>This file can only be written over when its old content is kept before, in the folder
+%1
+That was not possible. Save the text under another name, or see to it that this folder has room and can be written to.</source>
+        <translation>Ce fichier ne peut être remplacé que si son ancien contenu est d’abord conservé dans le dossier
+%1
+Cela n’a pas été possible. Enregistrez le texte sous un autre nom, ou veillez à ce que ce dossier ait de la place et soit accessible en écriture.</translation>
+    </message>
+    <message>
         <source>Confirm File Save</source>
         <translation>Confirmer l’enregistrement</translation>
     </message>

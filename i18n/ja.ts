@@ -618,6 +618,14 @@ You do not have the permission or the file may be in use.</source>
 %1</translation>
     </message>
     <message>
+        <source>This file can only be written over when its old content is kept before, in the folder
+%1
+That was not possible. Save the text under another name, or see to it that this folder has room and can be written to.</source>
+        <translation>このファイルに上書きするには、元の内容を先に次のフォルダへ残す必要があります。
+%1
+それができませんでした。別の名前で保存するか、このフォルダの空きと書き込み権限を確かめてください。</translation>
+    </message>
+    <message>
         <source>Confirm File Save</source>
         <translation>保存の確認</translation>
     </message>

@@ -33,6 +33,8 @@ public:
     bool isWritten() const { return m_step == DocumentWriter::Step::Written; }
     /// In the file system's own bytes; empty for none.
     QByteArray keptCopy() const { return m_writer.keptCopy(); }
+    /// See SafeFile.
+    bool isStateFolderMissed() const { return m_writer.isStateFolderMissed(); }
     const FileVersion &version() const { return m_writer.version(); }
     /// Of a text that was written and looked at.
     bool hasBytes() const { return m_hasBytes; }

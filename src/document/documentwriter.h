@@ -54,6 +54,7 @@ public:
     qint64 unitsInAll() const { return m_text.text.length(); }
     /// See SafeFile.
     QByteArray keptCopy() const { return m_file.keptCopy(); }
+    bool isStateFolderMissed() const { return m_file.isStateFolderMissed(); }
     const FileStamp &oldStamp() const { return m_file.oldStamp(); }
     const FileVersion &version() const { return m_file.version(); }
 

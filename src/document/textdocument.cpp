@@ -268,7 +268,7 @@ SaveResult TextDocument::endSave(const DocumentSave &save)
     const std::optional<FileStamp> unexpected = save.unexpected();
     SaveResult result{ SaveResult::Outcome::NotWritten,
         unexpected ? m_file.writerOf(*unexpected) : save.overtaken(), target.wasToBeKept,
-        FileName::fromBytes(save.keptCopy()) };
+        FileName::fromBytes(save.keptCopy()), save.isStateFolderMissed() };
     if (!save.isWritten())
         return result;
     result.outcome = SaveResult::Outcome::Written;

@@ -19,6 +19,7 @@ struct SaveResult {
     Overtaken overtaken = Overtaken::No; ///< the file was written since this document read or wrote it
     bool wasToBeKept = false; ///< the old content, by KnownFile::keep()
     QString keptCopy; ///< name of the file that has the old content; empty for none
+    bool isStateFolderMissed = false; ///< the old content could not be kept there, see SafeFile
 };
 
 /// A document without a window: a text with its history, and the file it is from and goes to.

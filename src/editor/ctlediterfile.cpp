@@ -2,6 +2,7 @@
 
 #include "editor/readfailurebox.h"
 #include "files/filename.h"
+#include "files/statefolder.h"
 #include "files/untoldcopy.h"
 #include "platform/messagebox.h"
 #include "settings/settings.h"
@@ -122,4 +123,11 @@ void ctlEditer::tellSaved(const SaveResult &result)
     if (!kept.isEmpty())
         MessageBox::critical(
             this, title, tr("The file may be damaged. Its old content is kept in the file\n%1").arg(kept));
+    if (result.isStateFolderMissed)
+        MessageBox::critical(this, title,
+            tr("This file can only be written over when its old content is kept before, in the folder\n%1\n"
+               "That was not possible. Save the text under another name, or see to it that this folder has "
+               "room "
+               "and can be written to.")
+                .arg(FileName::forMessage(FileName::fromBytes(stateFolder()))));
 }

@@ -5,7 +5,9 @@
 
 #include <QDir>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 QString DocumentsFolder::path()
 {
@@ -16,7 +18,9 @@ bool DocumentsFolder::isMadeBySaving(const QString &folder)
 {
     struct stat info;
     const QByteArray name = FileName::toBytes(folder.chopped(folder.endsWith(u'/') ? 1 : 0));
-    return folder == path() && ::lstat(name.constData(), &info) != 0;
+    return folder == path() && ::lstat(name.constData(), &info) != 0
+        && ::faccessat(AT_FDCWD, FileName::toBytes(QDir::homePath()).constData(), W_OK | X_OK, AT_EACCESS)
+        == 0;
 }
 
 void DocumentsFolder::makeForSaving(const QString &folder)

@@ -8,8 +8,9 @@ namespace DocumentsFolder {
 
 /// Ends in "/".
 QString path();
-/// Whether a save there makes the folder first: it is the one, and is not there. Other folders are not made:
-/// their names are more likely mistyped. Nor is what a link leads to, such as a disk that is not there now.
+/// Whether a save there makes the folder first: it is the one, is not there, and can be made. Other folders
+/// are not made: their names are more likely mistyped. Nor is what a link leads to, such as a disk that is
+/// not there now.
 bool isMadeBySaving(const QString &folder);
 /// Makes the folder if a save there is to.
 void makeForSaving(const QString &folder);

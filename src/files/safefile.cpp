@@ -114,11 +114,24 @@ bool SafeFile::stage()
     m_staged.fd = createOwnFile(m_calls, stagedPrefix(m_folder, fileName), &m_staged.name);
     if (m_staged.fd != -1)
         return true;
-    if (m_old.fd == -1 || !isRefusal(errno) || !makePrivateFolder(m_calls, stateFolder()))
+    if (m_old.fd == -1 || !isRefusal(errno))
         return false;
+    m_isStateFolderMissed = !stageInStateFolder(fileName);
+    return !m_isStateFolderMissed;
+}
+
+bool SafeFile::stageInStateFolder(QByteArrayView fileName)
+{
     m_staged.isBeside = false;
-    m_staged.fd = createOwnFile(m_calls, stagedPrefix(stateFolder(), fileName), &m_staged.name);
+    if (makePrivateFolder(m_calls, stateFolder()))
+        m_staged.fd = createOwnFile(m_calls, stagedPrefix(stateFolder(), fileName), &m_staged.name);
     return m_staged.fd != -1;
+}
+
+bool SafeFile::makeCopy()
+{
+    m_isStateFolderMissed = !m_copy.make(m_target);
+    return !m_isStateFolderMissed;
 }
 
 bool SafeFile::write(QByteArrayView bytes)
@@ -154,7 +167,7 @@ bool SafeFile::commit()
 {
     const bool isReady = m_staged.fd != -1 && flush() && examineAgain();
     const bool keepsCopy = isCopyWanted();
-    if (!isReady || (keepsCopy && !m_copy.make(m_target))) {
+    if (!isReady || (keepsCopy && !makeCopy())) {
         discard();
         return false;
     }
@@ -198,7 +211,7 @@ SafeFile::Outcome SafeFile::replace()
 
 bool SafeFile::overwrite()
 {
-    if (!m_copy.isMade() && !m_copy.make(m_target))
+    if (!m_copy.isMade() && !makeCopy())
         return false;
     const EndOrder::Delay delay; // the file is neither the old nor the new one meanwhile
     const bool written = copyOver(m_staged.fd, m_staged.size);

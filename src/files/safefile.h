@@ -51,6 +51,9 @@ public:
     /// The name of the file that still has the old content: when overwriting in place failed and the old
     /// content could not be put back either, and after a commit() that was to keep it; else empty.
     QByteArray keptCopy() const { return m_keptCopy; }
+    /// open() or commit() failed because the state folder could not take what has to be there before the old
+    /// file is overwritten.
+    bool isStateFolderMissed() const { return m_isStateFolderMissed; }
 
     /// Of the file that was there before; of none where there was none. Right from commit() on, which other
     /// programs may have been faster than.
@@ -65,6 +68,8 @@ private:
     bool examineAgain();
     bool hasOld() const;
     bool isCopyWanted() const;
+    bool stageInStateFolder(QByteArrayView fileName);
+    bool makeCopy();
     bool stage();
     bool flush();
     Outcome replace();
@@ -100,4 +105,5 @@ private:
     FileVersion m_version;
     OldCopy m_copy;
     QByteArray m_keptCopy;
+    bool m_isStateFolderMissed = false;
 };

@@ -21,6 +21,7 @@
 #include <limits>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -187,6 +188,18 @@ void saveOverUnread(TestWindow &window, const TestFiles &files)
     window.slotCmdFileSave();
 }
 
+void saveWhereNothingCanBeKept(TestWindow &window, const TestFiles &files)
+{
+    const QString file = files.write(u"two names.txt"_s, "old");
+    window.setDocument(file);
+    if (::link(QFile::encodeName(file).constData(), QFile::encodeName(file + u"2"_s).constData()) != 0)
+        qFatal("no second name");
+    const QByteArray state = qgetenv("XDG_STATE_HOME");
+    qputenv("XDG_STATE_HOME", "/dev/null/some/where");
+    window.slotCmdFileSave();
+    qputenv("XDG_STATE_HOME", state);
+}
+
 void saveBinary(TestWindow &window, const TestFiles &files)
 {
     window.setDocument(files.write(u"binary"_s, QByteArray(9, '\0')));
@@ -297,6 +310,7 @@ const Occasion occasions[] = {
     { "save a binary file", 1, saveBinary },
     { "damaged file", 1, tellOfKeptCopy },
     { "save over an unread file", 2, saveOverUnread },
+    { "save where nothing can be kept", 1, saveWhereNothingCanBeKept },
 };
 
 } // namespace

@@ -52,6 +52,7 @@ private slots:
     void failedSaveKeepsTheDocument();
     void savedAfterAFailure();
     void oldContentThatWasKeptIsNamed();
+    void folderThatCannotKeepTheOldContentIsNamed();
     void fullDiskWhileEncoding();
     void unicodeComesBackAsUtf8();
     void asciiIsWrittenAsShiftJis();
@@ -348,6 +349,26 @@ void CtlEditerSaveTest::oldContentThatWasKeptIsNamed()
     QFile kept(QFile::decodeName(writer.keptCopy()));
     QVERIFY(kept.open(QIODevice::ReadOnly));
     QCOMPARE(kept.readAll(), QByteArray("the old content"));
+}
+
+/// The permission to write the file, which the usual message speaks of, is there.
+void CtlEditerSaveTest::folderThatCannotKeepTheOldContentIsNamed()
+{
+    const QByteArray file = FileName::toBytes(folder().path() + name);
+    QVERIFY(load("the old content"));
+    QCOMPARE(::link(file.constData(), (file + "2").constData()), 0);
+    const QByteArray state = qgetenv("XDG_STATE_HOME");
+    const MessageBoxes boxes;
+    qputenv("XDG_STATE_HOME", "/dev/null/x");
+    const bool isSaved = save();
+    qputenv("XDG_STATE_HOME", state);
+    QVERIFY(!isSaved);
+    QCOMPARE(boxes.count(), 2);
+    QCOMPARE(boxes.texts().first(), cannotWrite);
+    QVERIFY(boxes.texts().last().contains(QStringLiteral("\n/dev/null/x/marlopad/\n")));
+    QCOMPARE(folder().read(name), QByteArray("the old content"));
+    QVERIFY(save());
+    QCOMPARE(boxes.count(), 2);
 }
 
 void CtlEditerSaveTest::fullDiskWhileEncoding()

@@ -255,6 +255,8 @@ void FileDialogInputTest::folderThatASaveMakesIsTold()
     QCOMPARE(told(frmFileDialog::SaveAs, home.path("Elsewhere/")), noneOfType());
     home.folder("Documents");
     QCOMPARE(told(frmFileDialog::SaveAs, documents), noneOfType());
+    qputenv("HOME", QFile::encodeName(home.path("gone"))); // nothing can be made there
+    QCOMPARE(told(frmFileDialog::SaveAs, home.path("gone/Documents/")), noneOfType());
     qputenv("HOME", homeBefore);
 }
 
