@@ -19,7 +19,7 @@ QByteArray notesFolder()
     return stateFolder() + "saves/";
 }
 
-QByteArray noteOf(const QByteArray &folder)
+QByteArray noteOfFolder(const QByteArray &folder)
 {
     constexpr int hexadecimal = 16;
     ContentHash hash;
@@ -55,7 +55,7 @@ bool isDone(const QByteArray &note, const FileCalls &calls)
 void noteStagedFolder(const QByteArray &folder, const FileCalls &calls)
 {
     constexpr mode_t privateFile = 0600;
-    const QByteArray note = noteOf(folder);
+    const QByteArray note = noteOfFolder(folder);
     const QByteArray said = folder + nameEnd;
     if (readNote(note, calls) == said || !makePrivateFolder(calls, notesFolder()))
         return;
