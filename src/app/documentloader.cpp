@@ -194,7 +194,6 @@ ctlEditer *DocumentLoader::openChosen(const QString &path, std::optional<CharCod
     return m_documents.current();
 }
 
-/// Makes it the document without text again that it is now.
 std::function<void()> DocumentLoader::freshAgain(ctlEditer *editor)
 {
     const TextDocument &document = editor->document();
@@ -552,15 +551,8 @@ bool DocumentLoader::isLong(const QString &path) const
 void DocumentLoader::readBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Ended &ended)
 {
     using Shown = ArrivingFile::Shown;
-    const bool isEmpty = isFresh(*editor);
-    const auto makeFresh = isEmpty ? freshAgain(editor) : [] {};
-    const auto end = [=](ArrivingFile::End how) {
-        if (how == ArrivingFile::End::Stopped)
-            makeFresh();
-        ended(how);
-    };
-    const ArrivingFile &arriving =
-        begin(editor, source, isEmpty ? Shown::PartByPart : Shown::WhenWhole, end, Failure::IsNot);
+    const Shown shown = isFresh(*editor) ? Shown::PartByPart : Shown::WhenWhole;
+    const ArrivingFile &arriving = begin(editor, source, shown, ended, Failure::IsNot);
     m_documents.refresh(editor);
     connect(&editor->document(), &TextDocument::codesChanged, &arriving,
         [=, this] { m_documents.refresh(editor); });

@@ -94,8 +94,11 @@ public:
     using Ended = std::function<void(ArrivingFile::End end)>;
     /// Reads a file behind the window, into a document that has nothing to lose, for whoever makes more of
     /// its text. The cursor goes nowhere, and the user is not told of a failure. `ended` is called when the
-    /// document is held no more, and has the text or is as it was; not at all where it was closed before.
+    /// document is held no more, as ArrivingFile::ended() tells; not at all where it was closed before.
     void readBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Ended &ended);
+
+    /// Makes a document without text what it is now, whatever has come into it by then.
+    std::function<void()> freshAgain(ctlEditer *editor);
 
     /// Stops the reading of a file whose text is to take the place of the document's; nothing else is
     /// stopped.
@@ -115,7 +118,6 @@ private:
     bool isLarge(const FileChoice &file) const;
     void openBehind(ctlEditer *editor, const FileChoice &file);
     void show(ctlEditer *editor, OpenedIn where);
-    std::function<void()> freshAgain(ctlEditer *editor);
     void fillFreshBehind(ctlEditer *editor, const FileChoice &file);
     void fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped);
     void replaceBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Then &loaded);

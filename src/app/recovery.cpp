@@ -4,6 +4,7 @@
 #include "app/documentfile.h"
 #include "app/documentloader.h"
 #include "app/frmrecovery.h"
+#include "app/windowjobs.h"
 #include "editor/noticequeue.h"
 #include "files/filename.h"
 #include "platform/freeturn.h"
@@ -57,17 +58,20 @@ std::function<QString()> whyApart(bool isWhole, bool isFileThere)
 
 } // namespace
 
-Recovery::Recovery(
-    QWidget &window, DocumentArea &documents, DocumentLoader &loader, RecoveryJournals &journals)
+Recovery::Recovery(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
+    RecoveryJournals &journals, const WindowJobs &jobs)
     : m_window(window)
     , m_documents(documents)
     , m_loader(loader)
     , m_journals(journals)
+    , m_jobs(jobs)
 {
     connect(&journals, &RecoveryJournals::leftBehindChanged, &journals, &RecoveryJournals::lookForLeftBehind);
     connect(&journals, &RecoveryJournals::foundLeftBehind, this, &Recovery::tell);
     connect(&documents, &DocumentArea::closed, this, &Recovery::noteClosed);
 }
+
+Recovery::~Recovery() = default;
 
 void Recovery::lookWhenShown()
 {
@@ -142,7 +146,7 @@ void Recovery::restoreAll(const std::vector<LeftBehind> &texts)
 
 bool Recovery::isLong(const LeftBehind &text) const
 {
-    return text.readAs && m_loader.isLong(text.path + text.name);
+    return text.length >= m_jobs.fewest || (text.readAs && m_loader.isLong(text.path + text.name));
 }
 
 /// The document that has it then; null when it could not be restored.
@@ -160,73 +164,61 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
 /// The document that will have it, when its turn is now.
 ctlEditer *Recovery::restoreLong(const LeftBehind &text)
 {
-    ClaimedJournal journal = m_journals.claim(text);
-    if (!journal) {
+    LongText next{ text, m_journals.claim(text), {} };
+    if (next.claimed)
+        next.journal = openAgain(next.claimed);
+    if (!next.journal) {
         addLost(text);
         return nullptr;
     }
-    m_long.push_back({ text, std::move(journal) });
-    if (m_long.size() > 1)
+    m_waiting.push_back(std::move(next));
+    if (m_current)
         return nullptr;
     beginNext(freshInView());
-    return m_long.front().place->editor;
+    return m_current->place.editor;
 }
 
 void Recovery::beginNext(ctlEditer *fresh)
 {
-    LongText &next = m_long.front();
-    const LeftBehind &text = next.text;
-    next.place = placeFor(text, fresh);
-    m_loader.readBehind(next.place->editor,
-        { { text.path, text.name, text.readAs->code }, text.readAs->utf16 },
-        [this](ArrivingFile::End end) { endReading(end); });
+    LongText next = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    m_current = { next.found, placeFor(next.found, fresh) };
+    m_current->restoring = std::make_unique<LongRestoring>(*m_current->place.editor, std::move(next),
+        LongRestoring::Parts{ m_documents, m_loader, m_journals, m_jobs });
+    const LongRestoring *const restoring = m_current->restoring.get();
+    connect(restoring, &LongRestoring::stopped, this, [this] { endLong(nullptr); });
+    connect(restoring, &LongRestoring::ended, this, [this](const Restored &restored) { endLong(&restored); });
     m_documents.arrange();
 }
 
-/// What its user does in other documents meanwhile goes on: none is shown in their place.
-void Recovery::endReading(ArrivingFile::End end)
+/// What its user does in other documents meanwhile goes on: none is shown in their place. Null: it was
+/// stopped, and is to be found again at once.
+void Recovery::endLong(const Restored *restored)
 {
-    LongText text = std::move(m_long.front());
-    m_long.pop_front();
-    ctlEditer *const editor = text.place->editor;
-    if (m_documents.current() == editor)
+    Current ended = std::move(*m_current);
+    m_current.reset();
+    if (m_documents.current() == ended.place.editor)
         KeyPause::begin();
-    if (end == ArrivingFile::End::Stopped) {
-        if (text.place->isMade)
-            m_documents.close(editor);
-        text.journal = {}; // to be found again at once
-        m_long.clear();
+    if (restored) {
+        take(ended.text, ended.place, *restored);
     } else {
-        restoreRead(std::move(text), end);
+        ended.place.giveBack();
+        ended.restoring.reset();
+        m_waiting.clear();
     }
-    if (!m_long.empty())
+    emit m_documents.workEnded();
+    if (!m_waiting.empty())
         beginNext(nullptr);
     m_journals.lookForLeftBehind();
     FreeTurn::once(this, [this] { tellLost(); });
 }
 
-/// What cannot be read is looked for elsewhere.
-void Recovery::restoreRead(LongText &&text, ArrivingFile::End end)
-{
-    TextDocument &document = text.place->editor->document();
-    Restored restored;
-    {
-        const QMultiLineEdit::Batch batch(*text.place->editor);
-        if (end == ArrivingFile::End::Whole) {
-            restored = m_journals.restoreOnFile(std::move(text.journal), document);
-        } else {
-            text.journal = {};
-            restored = m_journals.restore(text.text, document);
-        }
-    }
-    take(text.text, *text.place, restored);
-}
-
 void Recovery::noteClosed(const ctlEditer *editor)
 {
-    if (m_long.empty() || !m_long.front().place || m_long.front().place->editor != editor)
+    if (!m_current || m_current->place.editor != editor)
         return;
-    m_long.clear();
+    m_current.reset();
+    m_waiting.clear();
     m_journals.lookForLeftBehind();
     FreeTurn::once(this, [this] { tellLost(); });
 }
@@ -237,8 +229,7 @@ bool Recovery::take(const LeftBehind &text, const Place &place, const Restored &
     ctlEditer *const editor = place.editor;
     if (!restored.isRestored()) {
         addLost(text);
-        if (place.isMade)
-            m_documents.close(editor);
+        place.giveBack();
         return false;
     }
     showPlace(*editor, restored.place);
@@ -267,7 +258,7 @@ void Recovery::addLost(const LeftBehind &text)
 /// When all that was to be restored is there or lost.
 void Recovery::tellLost()
 {
-    if (!m_long.empty() || m_lost.isEmpty())
+    if (m_current || !m_waiting.empty() || m_lost.isEmpty())
         return;
     const QString names = std::exchange(m_lost, {}).join(u'\n');
     MessageBox::critical(&m_window, tr("Restore"), tr("These texts could not be restored:\n%1").arg(names));
@@ -308,10 +299,11 @@ Recovery::Place Recovery::placeFor(const LeftBehind &text, ctlEditer *fresh)
 {
     ctlEditer *const ofFile = m_documents.editorOfFile(text.path + text.name);
     if (ofFile && isToBeTaken(*ofFile, text))
-        return { ofFile, false, ofFile };
+        return { ofFile, ofFile, [] {} };
     if (fresh)
-        return { fresh, false, ofFile };
-    return { m_documents.add(FileName::forDisplay(text.name)), true, ofFile };
+        return { fresh, ofFile, m_loader.freshAgain(fresh) };
+    ctlEditer *const made = m_documents.add(FileName::forDisplay(text.name));
+    return { made, ofFile, [this, made] { m_documents.close(made); } };
 }
 
 bool Recovery::isToBeTaken(const ctlEditer &ofFile, const LeftBehind &text)

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "app/arrivingfile.h"
-#include "recovery/claimedjournal.h"
-#include "recovery/leftbehind.h"
+#include "app/longrestoring.h"
 
 #include <QPointer>
 #include <QStringList>
 
 #include <deque>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -17,17 +16,18 @@ class DocumentLoader;
 class QWidget;
 class RecoveryJournals;
 class ctlEditer;
-struct Restored;
 
 /// Tells the user of texts that were not saved when the program last ended, and brings them back.
 ///
-/// The file of a long one is read behind the window, one after the other. If one is stopped or closed,
-/// neither it nor what waits is restored: all that is offered again.
+/// Long ones are restored behind the window, one after the other. If one is stopped or closed, neither it nor
+/// what waits is restored: all that is offered again.
 class Recovery : public QObject {
     Q_OBJECT
 public:
     /// Asks over `window`.
-    Recovery(QWidget &window, DocumentArea &documents, DocumentLoader &loader, RecoveryJournals &journals);
+    Recovery(QWidget &window, DocumentArea &documents, DocumentLoader &loader, RecoveryJournals &journals,
+        const WindowJobs &jobs);
+    ~Recovery() override;
 
     /// The window has come: looks for such texts as soon as it is on the screen.
     void lookWhenShown();
@@ -41,22 +41,21 @@ private:
     /// Where a text comes.
     struct Place {
         ctlEditer *editor;
-        bool isMade; ///< for the text: goes when that does not come
         QPointer<ctlEditer> ofFile; ///< the document that had the file before; null for none
+        std::function<void()> giveBack; ///< to what it was, where the text does not come
     };
-    /// A text whose file is read behind the window.
-    struct LongText {
+    /// A long text that is being restored.
+    struct Current {
         LeftBehind text;
-        ClaimedJournal journal; ///< until its edits are made again
-        std::optional<Place> place = {}; ///< nothing: its turn has not come
+        Place place;
+        std::unique_ptr<LongRestoring> restoring = {};
     };
 
     void restoreAll(const std::vector<LeftBehind> &texts);
     ctlEditer *restore(const LeftBehind &text);
     ctlEditer *restoreLong(const LeftBehind &text);
     void beginNext(ctlEditer *fresh);
-    void endReading(ArrivingFile::End end);
-    void restoreRead(LongText &&text, ArrivingFile::End end);
+    void endLong(const Restored *restored);
     void noteClosed(const ctlEditer *editor);
     bool take(const LeftBehind &text, const Place &place, const Restored &restored);
     void addLost(const LeftBehind &text);
@@ -73,8 +72,10 @@ private:
     DocumentArea &m_documents;
     DocumentLoader &m_loader;
     RecoveryJournals &m_journals;
+    const WindowJobs &m_jobs;
     bool m_hasLooked = false;
     std::vector<LeftBehind> m_found;
-    std::deque<LongText> m_long; ///< the first one's file is being read
+    std::optional<Current> m_current; ///< a long one
+    std::deque<LongText> m_waiting; ///< long ones
     QStringList m_lost; ///< names of what could not be restored, until the user is told
 };

@@ -44,7 +44,7 @@ WindowParts::WindowParts(QMainWindow &window, WindowDialogs windowDialogs, Windo
     , tabMenu(*new TabMenu(documents, loader, closer))
     , statusLine(*new StatusLine(documents, loader, saver))
     , documentJournals(documents, journals)
-    , recovery(window, documents, loader, journals)
+    , recovery(window, documents, loader, journals, jobs)
     , lastSession(documents, loader)
     , sessionEnd(documents, closer, journals)
     , lastWrites(documents, loader, saver, places, journals)

@@ -51,6 +51,12 @@ ClaimedJournal ClaimedJournal::claim(const QByteArray &name, const FileCalls &ca
     return file == -1 ? ClaimedJournal() : ClaimedJournal(name, file, calls);
 }
 
+SharedFd ClaimedJournal::openAgain() const
+{
+    const int file = retried([&] { return m_calls->open(m_name.constData(), O_RDONLY | O_CLOEXEC, 0); });
+    return file == -1 ? SharedFd() : std::make_shared<OpenFd>(file);
+}
+
 bool ClaimedJournal::discard()
 {
     const bool isGone = m_file == -1 || m_calls->unlink(m_name.constData()) == 0 || errno == ENOENT;

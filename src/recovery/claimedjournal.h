@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/filecalls.h"
+#include "files/sharedfd.h"
 
 #include <QByteArray>
 
@@ -21,6 +22,9 @@ public:
 
     explicit operator bool() const { return m_file != -1; }
     int file() const { return m_file; } ///< open for reading
+    /// The same file for who reads it in another thread, and may have it open when it is locked no more.
+    /// Null, with errno, where it cannot be opened.
+    SharedFd openAgain() const;
     /// Removes it; false if it is still there.
     bool discard();
 

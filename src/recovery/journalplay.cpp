@@ -1,7 +1,7 @@
 #include "recovery/journalplay.h"
 
 #include "recovery/journaledit.h"
-#include "text/textlayout.h"
+#include "text/textsnapshot.h"
 
 #include <utility>
 #include <vector>
@@ -114,13 +114,9 @@ private:
     PartCheck m_kept{ 0, 0 }; ///< text alone: there is nothing to be copied from
 };
 
-/// Puts text and pieces of others one behind the other.
+/// Puts text and pieces of others one behind the other. It is measured when it comes into a document.
 class PieceBuilder {
 public:
-    explicit PieceBuilder(const TextStore &store)
-        : m_store(store)
-    {
-    }
     void text(QByteArrayView latin1) { builder().append(latin1); }
     void text(QStringView utf16) { builder().append(utf16); }
     void spelling(QByteArrayView bytes) { builder().spell(bytes); }
@@ -140,7 +136,7 @@ private:
     TextStore::Builder &builder()
     {
         if (!m_builder)
-            m_builder.emplace(m_store.layoutRule(), m_store.layout().sizes());
+            m_builder.emplace(LayoutRule());
         return *m_builder;
     }
     void endText()
@@ -152,90 +148,8 @@ private:
         m_piece.append(built.piece({}, built.length()));
     }
 
-    const TextStore &m_store;
     std::optional<TextStore::Builder> m_builder;
     TextPiece m_piece;
-};
-
-/// Gathers what the next text consists of, and makes it of the one before: what both begin and end with
-/// stays as it is.
-class EditPlayer : public EditReader::Parts {
-public:
-    explicit EditPlayer(JournalPlayer &player)
-        : m_player(player)
-        , m_base(player.store().piece({}, player.store().length()))
-        , m_middle(player.store())
-    {
-    }
-
-    void copyCommitted(Offset offset, qint64 length) override
-    {
-        if (m_middle.isEmpty() && !m_held && offset == m_start) {
-            m_start += length;
-            return;
-        }
-        takeHeld();
-        m_held = { 0, offset, length };
-    }
-    void copyBase(Offset offset, qint64 length) override
-    {
-        takeHeld();
-        m_middle.append(m_base.part(offset, length));
-    }
-    void text(QByteArrayView latin1) override
-    {
-        takeHeld();
-        m_middle.text(latin1);
-    }
-    void text(QStringView utf16) override
-    {
-        takeHeld();
-        m_middle.text(utf16);
-    }
-    void spelling(QByteArrayView bytes) override
-    {
-        takeHeld();
-        m_middle.spelling(bytes);
-    }
-
-    void commit()
-    {
-        Offset end = m_player.store().end();
-        if (m_held && m_held->offset >= m_start && m_held->offset + m_held->length == end)
-            end = m_held->offset;
-        else
-            takeHeld();
-        m_held.reset();
-        const Offset start = std::exchange(m_start, {});
-        m_player.replace(start, end - start, m_middle.finish());
-    }
-
-private:
-    void takeHeld()
-    {
-        if (const auto held = std::exchange(m_held, std::nullopt))
-            m_middle.append(m_player.store().piece(held->offset, held->length));
-    }
-
-    JournalPlayer &m_player;
-    const TextPiece m_base;
-    PieceBuilder m_middle;
-    Offset m_start; ///< behind what stays at the start
-    std::optional<TextPart> m_held; ///< a copy that may be what stays at the end
-};
-
-/// Puts kept text into a store that is being built.
-class BaseBuilder : public EditReader::Parts {
-public:
-    void copyCommitted(Offset, qint64) override { }
-    void copyBase(Offset, qint64) override { }
-    void text(QByteArrayView latin1) override { m_builder.append(latin1); }
-    void text(QStringView utf16) override { m_builder.append(utf16); }
-    void spelling(QByteArrayView bytes) override { m_builder.spell(bytes); }
-    TextStore finish() { return m_builder.finish(); }
-
-private:
-    TextStore::Builder m_builder{ LayoutRule() };
 };
 
 /// A base that is as long as the texts behind it say. The journal starts behind the first commit where what
@@ -292,32 +206,165 @@ JournalOutline outlineOf(JournalReader &journal)
     return reader.outline;
 }
 
-TextStore keptBase(JournalReader &journal)
+class KeptBase::Builder : public EditReader::Parts {
+public:
+    void copyCommitted(Offset, qint64) override { }
+    void copyBase(Offset, qint64) override { }
+    void text(QByteArrayView latin1) override { m_text.text(latin1); }
+    void text(QStringView utf16) override { m_text.text(utf16); }
+    void spelling(QByteArrayView bytes) override { m_text.spelling(bytes); }
+    TextPiece finish() { return m_text.finish(); }
+
+private:
+    PieceBuilder m_text;
+};
+
+KeptBase::KeptBase(JournalReader &journal)
+    : m_journal(journal)
+    , m_builder(std::make_unique<Builder>())
 {
-    BaseBuilder kept;
-    journal.rewind();
-    for (auto record = journal.next(); record && record->type != RecordType::BaseEnd;
-         record = journal.next()) {
-        if (record->type == RecordType::BaseText)
-            EditReader::read(record->content, kept);
-    }
-    return kept.finish();
+    m_journal.rewind();
 }
 
-bool playJournal(JournalReader &journal, const JournalOutline &outline, JournalPlayer &player)
+KeptBase::~KeptBase() = default;
+
+bool KeptBase::readOn(QDeadlineTimer end)
 {
-    EditPlayer edits(player);
-    journal.rewind();
-    for (qint64 commits = 0; commits < outline.commits;) {
-        const auto record = journal.next();
-        if (!record)
-            return false;
-        if (record->type == RecordType::Edit)
-            EditReader::read(record->content, edits);
-        if (record->type != RecordType::Commit)
-            continue;
-        edits.commit();
-        ++commits;
+    do {
+        const auto record = m_journal.next();
+        if (!record || record->type == RecordType::BaseEnd)
+            return true;
+        if (record->type == RecordType::BaseText)
+            EditReader::read(record->content, *m_builder);
+    } while (!end.hasExpired());
+    return false;
+}
+
+TextPiece KeptBase::take()
+{
+    return m_builder->finish();
+}
+
+/// Gathers what the next text consists of, and makes it of the one before: what both begin and end with
+/// stays as it is.
+class JournalPlay::Player : public EditReader::Parts {
+public:
+    explicit Player(TextPiece base)
+        : m_base(std::move(base))
+        , m_text(m_base)
+        , m_length(m_text.length())
+    {
     }
-    return true;
+
+    void copyCommitted(Offset offset, qint64 length) override
+    {
+        if (m_middle.isEmpty() && !m_held && offset == m_start) {
+            m_start += length;
+            return;
+        }
+        takeHeld();
+        m_held = { 0, offset, length };
+    }
+    void copyBase(Offset offset, qint64 length) override
+    {
+        takeHeld();
+        m_middle.append(m_base.part(offset, length));
+    }
+    void text(QByteArrayView latin1) override
+    {
+        takeHeld();
+        m_middle.text(latin1);
+    }
+    void text(QStringView utf16) override
+    {
+        takeHeld();
+        m_middle.text(utf16);
+    }
+    void spelling(QByteArrayView bytes) override
+    {
+        takeHeld();
+        m_middle.spelling(bytes);
+    }
+
+    void commit()
+    {
+        Offset end(m_length);
+        if (m_held && m_held->offset >= m_start && m_held->offset + m_held->length == end)
+            end = m_held->offset;
+        else
+            takeHeld();
+        m_held.reset();
+        const Offset start = std::exchange(m_start, {});
+        replace(start, end - start, m_middle.finish());
+    }
+
+    const TextPiece &made() const { return m_text; }
+    TextChange change() const { return m_change.value_or(TextChange()); }
+
+private:
+    void takeHeld()
+    {
+        if (const auto held = std::exchange(m_held, std::nullopt))
+            m_middle.append(m_text.part(held->offset, held->length));
+    }
+
+    void replace(Offset start, qint64 removed, TextPiece &&inserted)
+    {
+        const TextChange change{ start, removed, inserted.length() };
+        if (removed == 0 && change.inserted == 0)
+            return;
+        TextPiece text = m_text.part({}, start - Offset());
+        const Offset behind = start + removed;
+        text.append(std::move(inserted));
+        text.append(m_text.part(behind, Offset(m_length) - behind));
+        m_text = std::move(text);
+        m_length += change.inserted - change.removed;
+        m_change = m_change ? m_change->then(change) : change;
+    }
+
+    const TextPiece m_base;
+    TextPiece m_text; ///< of the last commit that was played
+    qint64 m_length; ///< of that
+    std::optional<TextChange> m_change; ///< to that from the base
+    PieceBuilder m_middle;
+    Offset m_start; ///< behind what stays at the start
+    std::optional<TextPart> m_held; ///< a copy that may be what stays at the end
+};
+
+JournalPlay::JournalPlay(JournalReader &journal, const JournalOutline &outline, TextPiece base)
+    : m_journal(journal)
+    , m_outline(outline)
+    , m_player(std::make_unique<Player>(std::move(base)))
+{
+    m_journal.rewind();
+}
+
+JournalPlay::~JournalPlay() = default;
+
+JournalPlay::Step JournalPlay::playOn(QDeadlineTimer end)
+{
+    while (m_commits < m_outline.commits) {
+        const auto record = m_journal.next();
+        if (!record)
+            return Step::Failed;
+        if (record->type == RecordType::Edit)
+            EditReader::read(record->content, *m_player);
+        if (record->type == RecordType::Commit) {
+            m_player->commit();
+            ++m_commits;
+        }
+        if (end.hasExpired())
+            break;
+    }
+    return m_commits < m_outline.commits ? Step::More : Step::Done;
+}
+
+const TextPiece &JournalPlay::text() const
+{
+    return m_player->made();
+}
+
+TextChange JournalPlay::change() const
+{
+    return m_player->change();
 }

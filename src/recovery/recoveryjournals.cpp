@@ -191,7 +191,7 @@ void RecoveryJournals::lookForLeftBehind()
 
 Restored RecoveryJournals::restore(const LeftBehind &found, TextDocument &document)
 {
-    return noteRestored(::restore(found.journal, document, m_calls), document);
+    return takeRestored(::restore(found.journal, document, m_calls), document);
 }
 
 ClaimedJournal RecoveryJournals::claim(const LeftBehind &found) const
@@ -199,12 +199,7 @@ ClaimedJournal RecoveryJournals::claim(const LeftBehind &found) const
     return ClaimedJournal::claim(found.journal, m_calls);
 }
 
-Restored RecoveryJournals::restoreOnFile(ClaimedJournal &&journal, TextDocument &document)
-{
-    return noteRestored(::restoreOnFile(std::move(journal), document, m_calls), document);
-}
-
-Restored RecoveryJournals::noteRestored(Restored &&restored, const TextDocument &document)
+Restored RecoveryJournals::takeRestored(Restored &&restored, const TextDocument &document)
 {
     DocumentJournal *const journal = journalOf(document);
     if (restored.isRestored() && !restored.hasReadError && journal)

@@ -26,7 +26,7 @@
 /// ends. Nothing here shows anything; a failure is told by failureChanged().
 ///
 /// Threads: jobs write; all functions are for the thread of the documents, and but for flush(), restore(),
-/// restoreOnFile() and discard() none waits for a disk.
+/// claim() and discard() none waits for a disk.
 class RecoveryJournals : public QObject {
     Q_OBJECT
 public:
@@ -66,9 +66,10 @@ public:
     /// Restores one into an attached document; see restore(). Its journal goes when the document has one of
     /// its own or needs none; the result has it where not all of it could be restored.
     Restored restore(const LeftBehind &found, TextDocument &document);
-    /// Locks one against others while its file is read behind the window; see restoreOnFile().
+    /// Locks one against others, for whoever restores it in turns; see Restoring.
     ClaimedJournal claim(const LeftBehind &found) const;
-    Restored restoreOnFile(ClaimedJournal &&journal, TextDocument &document);
+    /// What has come of that, of an attached document: as for restore().
+    Restored takeRestored(Restored &&restored, const TextDocument &document);
     /// The user does not want it; false if it is still there: in use, or the folder cannot be written.
     bool discard(const LeftBehind &found);
 
@@ -87,7 +88,6 @@ private:
     void schedule();
     void noteFailures();
     void noteLeaving(const WriteResult &result);
-    Restored noteRestored(Restored &&restored, const TextDocument &document);
 
     const QByteArray m_folder;
     const FileCalls &m_calls;

@@ -13,42 +13,6 @@ namespace {
 /// No file's text has this: it stands for units that are not known. A leaf of it takes one byte a unit.
 constexpr QChar unknownUnit(u'\0');
 
-class StorePlayer : public JournalPlayer {
-public:
-    explicit StorePlayer(TextStore &store)
-        : m_store(store)
-    {
-    }
-    const TextStore &store() const override { return m_store; }
-    void replace(Offset offset, qint64 removed, const TextPiece &inserted) override
-    {
-        m_store.exchange(offset, removed, inserted);
-    }
-
-private:
-    TextStore &m_store;
-};
-
-class DocumentPlayer : public JournalPlayer {
-public:
-    explicit DocumentPlayer(TextDocument &document)
-        : m_document(document)
-    {
-        m_document.history().beginGroup();
-    }
-    ~DocumentPlayer() override { m_document.history().endGroup(); }
-    Q_DISABLE_COPY_MOVE(DocumentPlayer)
-
-    const TextStore &store() const override { return m_document.store(); }
-    void replace(Offset offset, qint64 removed, const TextPiece &inserted) override
-    {
-        m_document.replace(offset, removed, inserted);
-    }
-
-private:
-    TextDocument &m_document;
-};
-
 /// Its nodes are shared, so that it takes no memory to speak of.
 TextPiece unknownText(qint64 length)
 {
@@ -77,31 +41,6 @@ qint64 knownUnitsAtStart(const TextChunk &chunk)
     return end == -1 ? chunk.size() : end;
 }
 
-/// The text with a line in place of each part that is not known.
-TextStore withGaps(const TextStore &text)
-{
-    TextStore::Builder known((LayoutRule()));
-    bool isInGap = false;
-    for (Offset at; at < text.end();) {
-        TextChunk chunk = text.spelledChunkAt(at);
-        const bool isGap = text.at(at) == unknownUnit;
-        chunk.truncate(isGap ? unknownUnitsAtStart(chunk) : knownUnitsAtStart(chunk));
-        at += chunk.size();
-        if (isGap && !isInGap)
-            known.append(QByteArrayView("\n[...]\n"));
-        isInGap = isGap;
-        if (isGap)
-            continue;
-        if (chunk.spelling)
-            known.spell(*chunk.spelling);
-        if (chunk.isLatin1())
-            known.append(chunk.latin1);
-        else
-            known.append(chunk.utf16);
-    }
-    return known.finish();
-}
-
 CursorPlace clamped(CursorPlace place, Offset end)
 {
     return { qBound(Offset(), place.offset, end), place.atRowEnd };
@@ -116,201 +55,303 @@ ViewPlace clamped(const ViewPlace &place, Offset end)
     return inside;
 }
 
-/// Where the text is that the edits begin with: still to be read, or read already.
-enum class BaseIn { File, Document };
-
-/// Restores one document.
-class Restoring {
-public:
-    Restoring(JournalReader &journal, const JournalOutline &outline, BaseIn where, TextDocument &document,
-        const FileCalls &calls)
-        : m_journal(journal)
-        , m_outline(outline)
-        , m_document(document)
-        , m_calls(calls)
-        , m_isLoaded(where == BaseIn::Document)
-    {
-    }
-
-    Restored::Outcome run()
-    {
-        if (m_outline.base.isFromFile && (m_isLoaded ? isBase(hasBaseTimes()) : loadBase()))
-            return editBase();
-        std::optional<TextStore> base = knownBase();
-        const bool isKnown = base.has_value();
-        return writeAnew(isKnown ? std::move(*base) : partlyKnownBase(), isKnown);
-    }
-
-private:
-    FileCodes codes() const { return { m_outline.state.charCode, m_outline.state.returnCode }; }
-
-    bool hasBaseTimes() const { return isFileUnchanged(m_outline.base, m_calls); }
-
-    bool loadBase()
-    {
-        const bool hasSameTimes = hasBaseTimes();
-        return load(m_outline.base.path, m_outline.base.name) && isBase(hasSameTimes);
-    }
-
-    bool loadCopyOfBase(const QString &path, const QString &name)
-    {
-        return load(path, name) && isBase(false);
-    }
-
-    bool load(const QString &path, const QString &name)
-    {
-        m_isLoaded = !(m_outline.base.utf16 ? loadUtf16(path, name) : loadInCode(path, name));
-        return m_isLoaded;
-    }
-
-    /// Of the text that was read. The times are those of its file.
-    bool isBase(bool hasSameTimes) const
-    {
-        const JournalBase &base = m_outline.base;
-        if (m_document.store().length() != base.length)
-            return false;
-        if (m_outline.seen)
-            return beginsWithBase();
-        const quint64 hash = m_document.file().version().content().value();
-        return base.contentHash ? hash == *base.contentHash : hasSameTimes;
-    }
-
-    std::optional<ReadFailure> loadInCode(const QString &path, const QString &name)
-    {
-        const JournalBase &base = m_outline.base;
-        return m_document.load(path, name, base.charCode, { base.charCode, base.returnCode });
-    }
-
-    std::optional<ReadFailure> loadUtf16(const QString &path, const QString &name)
-    {
-        const JournalBase &base = m_outline.base;
-        TextStore text;
-        auto failure =
-            m_document.readUtf16(path, name, *base.utf16, { base.charCode, base.returnCode }, text);
-        if (!failure)
-            m_document.setText(std::move(text));
-        return failure;
-    }
-
-    /// A save that writes over the file in place copies it first, and was interrupted.
-    bool loadOldCopy()
-    {
-        const JournalBase &base = m_outline.base;
-        const auto file = followedLinks(FileName::toBytes(base.path + base.name), m_calls);
-        const auto isBase = [&](const LostCopy &copy) {
-            const QByteArray folder = folderOf(copy.name);
-            return copy.file == file
-                && loadCopyOfBase(
-                    FileName::fromBytes(folder), FileName::fromBytes(copy.name.sliced(folder.size())));
-        };
-        return base.isFromFile && file && std::ranges::any_of(lostCopies(m_calls), isBase);
-    }
-
-    bool beginsWithBase() const
-    {
-        const TextStore &store = m_document.store();
-        return m_outline.seen && store.length() >= m_outline.base.length
-            && textHashOf(store, m_outline.base.length) == m_outline.seen->hash;
-    }
-
-    bool playOnDocument()
-    {
-        DocumentPlayer player(m_document);
-        return playJournal(m_journal, m_outline, player);
-    }
-
-    Restored::Outcome editBase()
-    {
-        if (!playOnDocument()) {
-            m_document.startNew(m_outline.base.name, codes(), byteCodecOf(m_outline.state.byteCodec));
-            return Restored::Outcome::NotPossible;
-        }
-        m_document.chooseCodes(codes());
-        if (m_document.isUtf16() && m_outline.state.keepsUtf16)
-            m_document.keepUtf16();
-        return Restored::Outcome::Edited;
-    }
-
-    /// Of a file that has only grown, its start; of one that is half written, its old copy.
-    std::optional<TextStore> knownBase()
-    {
-        if (m_outline.base.length == 0)
-            return TextStore();
-        if (m_outline.seen && m_outline.seen->isTextKept)
-            return keptBase(m_journal);
-        if (!(m_isLoaded && beginsWithBase()) && !loadOldCopy())
-            return std::nullopt;
-        TextStore base;
-        base.insert({}, m_document.store().piece({}, m_outline.base.length));
-        return base;
-    }
-
-    /// Where the start of the journal is lost, the end of the text may have been kept.
-    TextStore partlyKnownBase()
-    {
-        TextStore base = keptBase(m_journal);
-        const qint64 unknown = m_outline.base.length - base.length();
-        base.insert({}, unknownText(qMax<qint64>(0, unknown)));
-        return base;
-    }
-
-    Restored::Outcome writeAnew(TextStore &&text, bool isKnown)
-    {
-        StorePlayer player(text);
-        const bool isPlayed =
-            text.length() == m_outline.base.length && playJournal(m_journal, m_outline, player);
-        if (!isKnown)
-            text = withGaps(text);
-        start();
-        if (!isPlayed)
-            return Restored::Outcome::NotPossible;
-        m_document.replace({}, 0, text.piece({}, text.length()));
-        return isKnown ? Restored::Outcome::New : Restored::Outcome::Parts;
-    }
-
-    void start()
-    {
-        const JournalBase &base = m_outline.base;
-        if (isOfNewFile(base, m_calls))
-            m_document.startFile(base.path, base.name, codes());
-        else
-            m_document.startNew(base.name, codes(), byteCodecOf(m_outline.state.byteCodec),
-                m_outline.state.keepsUtf16 ? base.utf16 : std::nullopt);
-    }
-
-    JournalReader &m_journal;
-    const JournalOutline &m_outline;
-    TextDocument &m_document;
-    const FileCalls &m_calls;
-    bool m_isLoaded;
-};
-
-Restored restoreFrom(ClaimedJournal &&claimed, BaseIn where, TextDocument &document, const FileCalls &calls)
+std::optional<quint64> lookThrough(const SharedJournal &journal, const TextStore &text)
 {
-    Restored restored;
-    restored.journal = std::move(claimed);
-    if (!restored.journal) {
-        restored.outcome = Restored::Outcome::InUse;
-        return restored;
-    }
-    JournalReader journal(restored.journal.file(), calls);
-    const JournalOutline outline = outlineOf(journal);
-    restored.path = outline.base.path;
-    if (outline.commits > 0)
-        restored.outcome = Restoring(journal, outline, where, document, calls).run();
-    restored.hasReadError = journal.hasFailed();
-    restored.place = clamped(outline.state.place, document.store().end());
-    return restored;
+    JournalLook look(journal, TextSnapshot(text));
+    while (look.lookOn()) { }
+    return look.hash();
+}
+
+/// Whether the document was read from the file, as the journal's base was.
+bool isRead(TextDocument &document, const JournalBase &base, const QString &path, const QString &name)
+{
+    const FileCodes codes{ base.charCode, base.returnCode };
+    if (!base.utf16)
+        return !document.load(path, name, base.charCode, codes);
+    TextStore text;
+    if (document.readUtf16(path, name, *base.utf16, codes, text))
+        return false;
+    document.setText(std::move(text));
+    return true;
+}
+
+bool isCopyRead(TextDocument &document, const JournalBase &base, const QByteArray &copy)
+{
+    const QByteArray folder = folderOf(copy);
+    return isRead(
+        document, base, FileName::fromBytes(folder), FileName::fromBytes(copy.sliced(folder.size())));
 }
 
 } // namespace
 
-Restored restore(const QByteArray &name, TextDocument &document, const FileCalls &calls)
+/// Puts a line in place of each part of a text that is not known.
+class Restoring::Gaps {
+public:
+    explicit Gaps(TextPiece text)
+        : m_text(std::move(text), {})
+    {
+    }
+
+    /// Whether all is done when the time is over.
+    bool goOn(QDeadlineTimer end)
+    {
+        while (m_at < m_text.end() && !end.hasExpired())
+            takeNext();
+        return m_at == m_text.end();
+    }
+
+    TextPiece take()
+    {
+        const TextStore text = m_known.finish();
+        return text.piece({}, text.length());
+    }
+
+private:
+    void takeNext()
+    {
+        TextChunk chunk = m_text.spelledChunkAt(m_at);
+        const bool isGap = m_text.at(m_at) == unknownUnit;
+        chunk.truncate(isGap ? unknownUnitsAtStart(chunk) : knownUnitsAtStart(chunk));
+        m_at += chunk.size();
+        if (isGap && !m_isInGap)
+            m_known.append(QByteArrayView("\n[...]\n"));
+        m_isInGap = isGap;
+        if (!isGap)
+            append(chunk);
+    }
+
+    void append(const TextChunk &chunk)
+    {
+        if (chunk.spelling)
+            m_known.spell(*chunk.spelling);
+        if (chunk.isLatin1())
+            m_known.append(chunk.latin1);
+        else
+            m_known.append(chunk.utf16);
+    }
+
+    const TextSnapshot m_text;
+    Offset m_at;
+    bool m_isInGap = false;
+    TextStore::Builder m_known{ LayoutRule() };
+};
+
+Restoring::Restoring(
+    ClaimedJournal &&claimed, SharedJournal journal, TextDocument &document, const FileCalls &calls)
+    : m_claimed(std::move(claimed))
+    , m_journal(std::move(journal))
+    , m_document(document)
+    , m_calls(calls)
 {
-    return restoreFrom(ClaimedJournal::claim(name, calls), BaseIn::File, document, calls);
+    const JournalOutline &outline = m_journal->outline;
+    if (base().length == 0)
+        takeStartOfText();
+    else if (outline.seen && outline.seen->isTextKept)
+        m_from = Base::Kept;
 }
 
-Restored restoreOnFile(ClaimedJournal &&journal, TextDocument &document, const FileCalls &calls)
+Restoring::~Restoring() = default;
+
+FileCodes Restoring::codes() const
 {
-    return restoreFrom(std::move(journal), BaseIn::Document, document, calls);
+    const JournalState &state = m_journal->outline.state;
+    return { state.charCode, state.returnCode };
+}
+
+bool Restoring::hasBaseTimes() const
+{
+    const FileStamp &read = std::as_const(m_document).file().version().stamp();
+    return read.size == base().size && read.modified == base().time;
+}
+
+bool Restoring::isBase(std::optional<quint64> hash) const
+{
+    if (std::as_const(m_document).store().length() != base().length)
+        return false;
+    if (m_journal->outline.seen)
+        return beginsWithBase(hash);
+    return base().contentHash
+        && std::as_const(m_document).file().version().content().value() == *base().contentHash;
+}
+
+bool Restoring::beginsWithBase(std::optional<quint64> hash) const
+{
+    return hash && hash == m_journal->outline.seen->hash;
+}
+
+void Restoring::takeStartOfText()
+{
+    m_from = Base::StartOfText;
+    m_base = std::as_const(m_document).store().piece({}, base().length);
+}
+
+void Restoring::lookInFile(std::optional<quint64> hash)
+{
+    if (isBase(hash) || (!m_journal->outline.seen && !base().contentHash && hasBaseTimes())) {
+        takeStartOfText();
+        m_from = Base::File;
+    } else if (m_from == Base::Unknown && beginsWithBase(hash)) {
+        takeStartOfText();
+    }
+}
+
+bool Restoring::lookInCopy(std::optional<quint64> hash)
+{
+    const bool isFound = isBase(hash);
+    if (isFound)
+        takeStartOfText();
+    return isFound;
+}
+
+/// A save that writes over the file in place copies it first.
+QByteArrayList Restoring::copies() const
+{
+    const bool isWanted = isPossible() && m_from == Base::Unknown && base().isFromFile;
+    const auto file =
+        isWanted ? followedLinks(FileName::toBytes(base().path + base().name), m_calls) : std::nullopt;
+    QByteArrayList names;
+    if (!file)
+        return names;
+    for (const LostCopy &copy : lostCopies(m_calls)) {
+        if (copy.file == *file)
+            names << copy.name;
+    }
+    return names;
+}
+
+bool Restoring::prepare(QDeadlineTimer end)
+{
+    return !isPossible() || (findBase(end) && play(end) && showGaps(end) && measure(end));
+}
+
+/// Where the start of the journal is lost, the end of the text may have been kept.
+bool Restoring::findBase(QDeadlineTimer end)
+{
+    if (m_base)
+        return true;
+    if (!m_kept)
+        m_kept.emplace(m_journal->reader);
+    if (!m_kept->readOn(end))
+        return false;
+    m_base = m_kept->take();
+    m_kept.reset();
+    const qint64 unknown = base().length - m_base->length();
+    if (m_from == Base::Unknown && unknown > 0)
+        m_base->prepend(unknownText(unknown));
+    return true;
+}
+
+bool Restoring::play(QDeadlineTimer end)
+{
+    if (m_text || m_hasFailed)
+        return true;
+    if (!m_play && m_base->length() == base().length)
+        m_play.emplace(m_journal->reader, m_journal->outline, *m_base);
+    const auto made = m_play ? m_play->playOn(end) : JournalPlay::Step::Failed;
+    m_hasFailed = made == JournalPlay::Step::Failed;
+    if (made == JournalPlay::Step::Done)
+        m_text = m_play->text();
+    return made != JournalPlay::Step::More;
+}
+
+bool Restoring::showGaps(QDeadlineTimer end)
+{
+    if (m_hasFailed || m_from != Base::Unknown || m_measuring)
+        return true;
+    if (!m_gaps)
+        m_gaps = std::make_unique<Gaps>(*m_text);
+    if (!m_gaps->goOn(end))
+        return false;
+    m_text = m_gaps->take();
+    m_gaps.reset();
+    return true;
+}
+
+/// The document may have got another layout since the turn before.
+bool Restoring::measure(QDeadlineTimer end)
+{
+    if (m_hasFailed)
+        return true;
+    const TextLayout &layout = std::as_const(m_document).store().layout();
+    if (!m_measuring || m_measuring->layout().stamp() != layout.stamp())
+        m_measuring.emplace(layout);
+    return m_text->measure(*m_measuring, end);
+}
+
+Restored Restoring::finish()
+{
+    Restored restored;
+    restored.path = base().path;
+    if (isPossible())
+        restored.outcome = m_from == Base::File ? putOnFile() : putAnew();
+    restored.journal = std::move(m_claimed);
+    restored.hasReadError = m_journal->reader.hasFailed();
+    restored.place = clamped(m_journal->outline.state.place, std::as_const(m_document).store().end());
+    return restored;
+}
+
+Restored::Outcome Restoring::putOnFile()
+{
+    if (m_hasFailed) {
+        m_document.startNew(base().name, codes(), byteCodecOf(m_journal->outline.state.byteCodec));
+        return Restored::Outcome::NotPossible;
+    }
+    m_text->setLayout(*m_measuring);
+    const TextChange change = m_play->change();
+    m_document.replace(change.offset, change.removed, m_text->part(change.offset, change.inserted));
+    m_document.chooseCodes(codes());
+    if (m_document.isUtf16() && m_journal->outline.state.keepsUtf16)
+        m_document.keepUtf16();
+    return Restored::Outcome::Edited;
+}
+
+Restored::Outcome Restoring::putAnew()
+{
+    start();
+    if (m_hasFailed)
+        return Restored::Outcome::NotPossible;
+    m_document.layOut(*m_measuring, QDeadlineTimer(QDeadlineTimer::Forever)); // which has no text
+    m_text->setLayout(*m_measuring);
+    m_document.replace({}, 0, *m_text);
+    return m_from == Base::Unknown ? Restored::Outcome::Parts : Restored::Outcome::New;
+}
+
+void Restoring::start()
+{
+    const JournalState &state = m_journal->outline.state;
+    if (isOfNewFile(base(), m_calls))
+        m_document.startFile(base().path, base().name, codes());
+    else
+        m_document.startNew(base().name, codes(), byteCodecOf(state.byteCodec),
+            state.keepsUtf16 ? base().utf16 : std::nullopt);
+}
+
+Restored restore(const QByteArray &name, TextDocument &document, const FileCalls &calls)
+{
+    Restored restored;
+    ClaimedJournal claimed = ClaimedJournal::claim(name, calls);
+    if (!claimed) {
+        restored.outcome = Restored::Outcome::InUse;
+        return restored;
+    }
+    const SharedJournal journal = openAgain(claimed, calls);
+    if (!journal) {
+        restored.hasReadError = true;
+        restored.journal = std::move(claimed);
+        return restored;
+    }
+    lookThrough(journal, {});
+    const JournalBase &base = journal->outline.base;
+    const bool isFileRead =
+        journal->outline.commits > 0 && base.isFromFile && isRead(document, base, base.path, base.name);
+    Restoring restoring(std::move(claimed), journal, document, calls);
+    if (isFileRead)
+        restoring.lookInFile(lookThrough(journal, std::as_const(document).store()));
+    for (const QByteArray &copy : restoring.copies()) {
+        if (isCopyRead(document, base, copy)
+            && restoring.lookInCopy(lookThrough(journal, std::as_const(document).store())))
+            break;
+    }
+    while (!restoring.prepare(QDeadlineTimer(QDeadlineTimer::Forever))) { }
+    return restoring.finish();
 }

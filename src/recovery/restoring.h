@@ -2,7 +2,10 @@
 
 #include "document/textdocument.h"
 #include "recovery/claimedjournal.h"
-#include "recovery/journalrecord.h"
+#include "recovery/journallook.h"
+#include "text/layoutchange.h"
+
+#include <QByteArrayList>
 
 /// What became of the restoring of a document.
 struct Restored {
@@ -29,10 +32,69 @@ struct Restored {
 };
 
 /// Restores what a journal (name of the file) left behind into a document, with its text, codes, name and
-/// edited state. Cost: as loading the file, and what was edited.
+/// edited state, in one go. Cost: as loading the file, and what was edited.
 Restored restore(
     const QByteArray &journal, TextDocument &document, const FileCalls &calls = FileCalls::system());
-/// The same of one that is locked already, into a document that was read just now from the file that the
-/// edits begin with, as LeftBehind::readAs tells: it is not read once more, whatever it has become since.
-Restored restoreOnFile(
-    ClaimedJournal &&journal, TextDocument &document, const FileCalls &calls = FileCalls::system());
+
+/// The same in turns, for whoever has the file read and the journal looked through behind a window.
+///
+///     restoring.lookInFile(hash);                    when the file was read, if it could be
+///     for (name : restoring.copies())                each of them read, until one is it
+///         isFound = restoring.lookInCopy(hash);
+///     while (!restoring.prepare(end)) { }            in turns; the document stays as it is
+///     restoring.finish();
+class Restoring {
+public:
+    /// `claimed` is the journal that was looked through. The document and `calls` are not owned.
+    Restoring(ClaimedJournal &&claimed, SharedJournal journal, TextDocument &document,
+        const FileCalls &calls = FileCalls::system());
+    ~Restoring();
+    Q_DISABLE_COPY_MOVE(Restoring)
+
+    /// The document was read just now from the file that the edits begin with, as LeftBehind::readAs tells;
+    /// `hash` is that of its text, see JournalLook.
+    void lookInFile(std::optional<quint64> hash);
+    /// The same from one of copies(); whether it has that text.
+    bool lookInCopy(std::optional<quint64> hash);
+    /// Names of files in which to look for the text that the edits begin with, if that was not found yet:
+    /// those which saves that were interrupted have left.
+    QByteArrayList copies() const;
+
+    /// Makes the text that comes back, until the time is over; whether it is made. Nobody may change the
+    /// document meanwhile.
+    bool prepare(QDeadlineTimer end);
+    /// Then: puts it into the document, as one step of the history, which may be changed again by now.
+    Restored finish();
+
+private:
+    enum class Base { File, StartOfText, Kept, Unknown };
+
+    const JournalBase &base() const { return m_journal->outline.base; }
+    bool isPossible() const { return m_journal->outline.commits > 0; }
+    FileCodes codes() const;
+    bool hasBaseTimes() const;
+    bool isBase(std::optional<quint64> hash) const;
+    bool beginsWithBase(std::optional<quint64> hash) const;
+    void takeStartOfText();
+    bool findBase(QDeadlineTimer end);
+    bool play(QDeadlineTimer end);
+    bool showGaps(QDeadlineTimer end);
+    bool measure(QDeadlineTimer end);
+    Restored::Outcome putOnFile();
+    Restored::Outcome putAnew();
+    void start();
+
+    ClaimedJournal m_claimed;
+    const SharedJournal m_journal;
+    TextDocument &m_document;
+    const FileCalls &m_calls;
+    Base m_from = Base::Unknown;
+    std::optional<TextPiece> m_base;
+    std::optional<KeptBase> m_kept; ///< while it is read
+    std::optional<JournalPlay> m_play;
+    bool m_hasFailed = false;
+    std::optional<TextPiece> m_text; ///< that comes back
+    class Gaps;
+    std::unique_ptr<Gaps> m_gaps; ///< while they are put into it
+    std::optional<LayoutChange> m_measuring;
+};

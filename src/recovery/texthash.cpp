@@ -14,6 +14,16 @@ void TextHash::add(const TextChunk &chunk)
         add(chunk.utf16.utf16(), chunk.size());
 }
 
+void TextHash::add(const TextSnapshot &text, TextRange range)
+{
+    for (Offset offset = range.start; offset < range.end;) {
+        TextChunk chunk = text.spelledChunkAt(offset);
+        chunk.truncate(qMin(chunk.size(), range.end - offset));
+        add(chunk);
+        offset += chunk.size();
+    }
+}
+
 template <typename Unit> void TextHash::add(const Unit *units, qint64 count)
 {
     while (count > 0) {
@@ -41,12 +51,6 @@ quint64 TextHash::result() const
 quint64 textHashOf(const TextStore &store, qint64 length)
 {
     TextHash hash;
-    const Offset end(length);
-    for (Offset offset; offset < end;) {
-        TextChunk chunk = store.spelledChunkAt(offset);
-        chunk.truncate(qMin(chunk.size(), end - offset));
-        hash.add(chunk);
-        offset += chunk.size();
-    }
+    hash.add(TextSnapshot(store), { {}, Offset(length) });
     return hash.result();
 }

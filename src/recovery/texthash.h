@@ -1,6 +1,6 @@
 #pragma once
 
-#include "text/textstore.h"
+#include "text/textsnapshot.h"
 
 /// Says whether two texts are the same, with their spellings, however their stores keep them. What stood
 /// behind the end is no part of it.
@@ -8,6 +8,8 @@ class TextHash {
 public:
     /// Chunks in order, from the start of the text; one unit with its spelling, or none spelled.
     void add(const TextChunk &chunk);
+    /// The same with a part of a text, of which the start was told before.
+    void add(const TextSnapshot &text, TextRange range);
     quint64 result() const;
 
 private:

@@ -8,9 +8,19 @@ LayoutChange::LayoutChange(const LayoutRule &rule, const NodeSizes &sizes)
 {
 }
 
+LayoutChange::LayoutChange(const TextLayout &layout)
+    : m_layout(layout)
+{
+}
+
+bool LayoutChange::isMeasured(const TextTree &inner) const
+{
+    return innerOf(inner).stamp == m_layout.stamp();
+}
+
 bool LayoutChange::measure(const TextTree &tree, QDeadlineTimer end)
 {
-    if (tree.isEmpty() || tree.isLeaf() || m_twins.contains(tree.node.get()))
+    if (tree.isEmpty() || tree.isLeaf() || isMeasured(tree) || m_twins.contains(tree.node.get()))
         return true;
     for (const TextTree &child : std::as_const(innerOf(tree))) {
         if (!measure(child, end))
@@ -28,6 +38,8 @@ TextTree LayoutChange::twinOf(const TextTree &tree) const
         return {};
     if (tree.isLeaf())
         return leafTree(tree.node, m_layout);
+    if (isMeasured(tree))
+        return looseTreeUnder(tree.node, m_layout);
     if (const auto found = m_twins.find(tree.node.get()); found != m_twins.end())
         return found->second.tree;
     TextTrees children;

@@ -20,6 +20,9 @@ class LayoutChange {
 public:
     /// For a store with nodes of these sizes.
     explicit LayoutChange(const LayoutRule &rule, const NodeSizes &sizes = {});
+    /// For text that comes to a store laid out so. What was measured for that stays as it is, and costs
+    /// nothing.
+    explicit LayoutChange(const TextLayout &layout);
 
     const TextLayout &layout() const { return m_layout; }
     /// Units of text that are measured; what was edited since counts again.
@@ -35,6 +38,8 @@ private:
         TextNodeRef node; ///< whose twin it is: held, so that no other node comes to its address
         TextTree tree;
     };
+
+    bool isMeasured(const TextTree &inner) const;
 
     TextLayout m_layout;
     std::unordered_map<const TextNode *, Twin> m_twins;

@@ -5,6 +5,7 @@
 #include "tests/app/jobscene.h"
 #include "tests/app/stayingapplication.h"
 #include "tests/app/stripinwindow.h"
+#include "tests/app/unsavedtexts.h"
 
 #include <QDirIterator>
 #include <QTimer>
@@ -106,7 +107,8 @@ private:
         const char *name;
         Moment moment;
         void (JobsAndEventsTest::*act)();
-        Fate fates[8]; ///< of a load, a reload, a save, a search, a count, a layout, an edit and a following
+        /// Of a load, a reload, a save, a search, a count, a layout, an edit, a following and a restoring.
+        Fate fates[9];
         int boxes = 0;
         QString answer = {}; ///< of its box; the default one where there is none
         bool endsWindow = false;
@@ -145,6 +147,7 @@ private:
     void checkDocument(Fate fate);
     void checkFiles(Fate fate);
     static QByteArrayList keptContents();
+    void checkJournals();
     void checkStrip();
     void checkNextKey();
 
@@ -167,50 +170,52 @@ const std::vector<JobsAndEventsTest::Event> &JobsAndEventsTest::events()
     using enum Fate;
     constexpr Moment start = Moment::Start, middle = Moment::Middle, end = Moment::End;
     static const std::vector<Event> all{
-        { "nothing", start, &Test::nothing, { Done, Done, Done, Done, Done, Done, Done, Done } },
+        { "nothing", start, &Test::nothing, { Done, Done, Done, Done, Done, Done, Done, Done, Done } },
         { "stopped at its start", start, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped } },
         { "stopped in the middle", middle, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped, Stopped, Stopped } },
         { "stopped at its end", end, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped, Stopped, Stopped } },
         { "tab closed", middle, &Test::closeTab,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone } },
-        { "quit, Yes", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone },
-            1, u"Yes"_s, true },
-        { "quit, No", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone },
-            1, u"No"_s, true },
-        { "quit, Cancel", middle, &Test::quit, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, Done, Gone }, 1,
-            u"Cancel"_s },
-        { "ended by an order", middle, &Test::endByOrder, { Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone },
-            0, {}, true },
-        { "logout", middle, &Test::logOut, { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone },
-            1, u"Yes"_s, true },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone } },
+        { "quit, Yes", middle, &Test::quit,
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone }, 1, u"Yes"_s, true },
+        { "quit, No", middle, &Test::quit,
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone }, 1, u"No"_s, true },
+        { "quit, Cancel", middle, &Test::quit,
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, Done, Gone, Gone }, 1, u"Cancel"_s },
+        { "ended by an order", middle, &Test::endByOrder,
+            { Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone }, 0, {}, true },
+        { "logout", middle, &Test::logOut,
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone }, 1, u"Yes"_s, true },
         { "second start with its file", middle, &Test::requestItsFile,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done } },
         { "second start with another file", middle, &Test::requestAnotherFile,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done } },
         { "file grown meanwhile", middle, &Test::makeFileLonger,
-            { Done, Done, Done, Done, Done, Done, Done, NotTried } },
+            { Done, Done, Done, Done, Done, Done, Done, NotTried, Done } },
         { "file deleted meanwhile", middle, &Test::deleteFile,
-            { Done, Done, Done, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done } },
         { "file deleted before", start, &Test::deleteFile,
-            { Failed, Failed, Done, Done, Done, Done, Done, NotTried } },
+            { Failed, Failed, Done, Done, Done, Done, Done, NotTried, Done } },
         { "folder in the file's place meanwhile", middle, &Test::replaceFileByFolder,
-            { Done, Done, Failed, Done, Done, Done, Done, Done } },
+            { Done, Done, Failed, Done, Done, Done, Done, Done, Done } },
         { "folder in the file's place before", start, &Test::replaceFileByFolder,
-            { Failed, Failed, Failed, Done, Done, Done, Done, NotTried } },
+            { Failed, Failed, Failed, Done, Done, Done, Done, NotTried, Done } },
         { "pipe in the file's place before", start, &Test::replaceFileByPipe,
-            { Failed, Failed, NotTried, Done, Done, Done, Done, NotTried } },
-        { "full disk", middle, &Test::fillDisk, { Done, Done, Failed, Done, Done, Done, Done, Done } },
+            { Failed, Failed, NotTried, Done, Done, Done, Done, NotTried, Done } },
+        { "full disk", middle, &Test::fillDisk, { Done, Done, Failed, Done, Done, Done, Done, Done, Done } },
         { "too little memory", middle, &Test::useUpMemory,
-            { Failed, Failed, NotTried, Failed, Failed, NotTried, Failed, Failed } },
+            { Failed, Failed, NotTried, Failed, Failed, NotTried, Failed, Failed, Done } },
         { "language switched", middle, &Test::changeLanguage,
-            { Done, Done, Done, Done, Done, Done, Done, Done } },
-        { "font changed", middle, &Test::changeFont, { Done, Done, Done, Done, Done, Done, Done, Done } },
-        { "typed into", middle, &Test::typeIntoIt, { Done, Done, Done, Stopped, Stopped, Done, Done, Done } },
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+        { "font changed", middle, &Test::changeFont,
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+        { "typed into", middle, &Test::typeIntoIt,
+            { Done, Done, Done, Stopped, Stopped, Done, Done, Done, Done } },
         { "another tab typed into and searched", middle, &Test::typeIntoAnotherTab,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done } },
     };
     return all;
 }
@@ -224,12 +229,11 @@ void JobsAndEventsTest::initTestCase()
 void JobsAndEventsTest::init()
 {
     resetSettings();
-    m_scene = std::make_unique<JobScene>();
+    UnsavedTexts::removeAll();
     m_otherText = u"typed other"_s;
     m_otherFile = "other";
     m_foreign.clear();
     m_typed.clear();
-    QCOMPARE(m_scene->other->text(), m_otherText);
 }
 
 void JobsAndEventsTest::cleanup()
@@ -357,6 +361,8 @@ void JobsAndEventsTest::typeIntoAnotherTab()
 void JobsAndEventsTest::begin(const JobScene::Job &job)
 {
     m_job = &job;
+    m_scene = std::make_unique<JobScene>(job);
+    QCOMPARE(m_scene->other->text(), m_otherText);
     (m_scene.get()->*job.begin)();
     m_editor = m_scene->window.currentEditor();
     QVERIFY(m_editor != m_scene->other);
@@ -390,8 +396,10 @@ void JobsAndEventsTest::checkDocument(Fate fate)
     m_editor->store().checkInvariants();
     const bool isUnsaved = m_job->kind == JobScene::Kind::Save && fate != Fate::Done;
     const bool isEditMade = m_job->kind == JobScene::Kind::Edit && fate == Fate::Done;
+    const bool isRestored = m_job->kind == JobScene::Kind::Restore && fate == Fate::Done;
     QCOMPARE(m_editor->edited(),
-        isUnsaved || isEditMade || content == JobScene::Content::Replaced || !m_typed.isEmpty());
+        isUnsaved || isEditMade || isRestored || content == JobScene::Content::Replaced
+            || !m_typed.isEmpty());
     if (m_job->kind == JobScene::Kind::Search)
         QCOMPARE(m_editor->hasMarkedText(), fate == Fate::Done && content == JobScene::Content::Text);
     if (m_job->kind == JobScene::Kind::Layout && fate == Fate::Stopped)
@@ -438,6 +446,13 @@ void JobsAndEventsTest::checkFiles(Fate fate)
     QCOMPARE(others, QStringList());
     if (name != u"a.txt")
         QVERIFY(files.read(u"a.txt"_s) == JobScene::text());
+}
+
+/// A text that comes back is in the old journal until it has one of its own.
+void JobsAndEventsTest::checkJournals()
+{
+    if (m_job->kind == JobScene::Kind::Restore)
+        QVERIFY(UnsavedTexts::now().contains(JobScene::textOf(JobScene::Content::Edited)));
 }
 
 /// Of nothing that is under way.
@@ -502,6 +517,8 @@ void JobsAndEventsTest::endsAsItShould()
     QVERIFY2(boxes.count() == job->boxesOfBegin + event->boxes + boxesOfEnd,
         qPrintable(boxes.texts().join(u'\n')));
     checkFiles(fate);
+    m_fullDisk.reset();
+    checkJournals();
     if (event->endsWindow || QTest::currentTestFailed())
         return;
     checkDocument(fate);

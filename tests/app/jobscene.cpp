@@ -3,12 +3,16 @@
 #include "app/qpeapplicationesc.h"
 #include "codec/charcode.h"
 #include "codec/textcodec.h"
+#include "recovery/recoveryjournals.h"
 #include "search/frmsearchdialog.h"
-#include "tests/app/stripinwindow.h"
+#include "tests/app/unsavedlist.h"
 
 #include <QClipboard>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -41,13 +45,17 @@ const std::vector<JobScene::Job> &JobScene::jobs()
         { "paste", Kind::Edit, &JobScene::paste, 5, Content::Pasted, Content::Small, Content::Small },
         { "follow", Kind::Follow, &JobScene::follow, 2, Content::FollowedOn, Content::Followed,
             Content::Followed },
+        { "restore", Kind::Restore, &JobScene::restore, 6, Content::Edited, Content::NoDocument,
+            Content::Edited, 0, 0, "a.txt", &JobScene::leaveBehind },
     };
     return all;
 }
 
-JobScene::JobScene()
+JobScene::JobScene(const Job &job)
     : window(WindowJobs{ std::unique_ptr<JobRunner>(&runner), fewestInScene })
 {
+    if (job.prepare)
+        job.prepare(files);
     static_cast<QPEApplication *>(qApp)->showMainWidget(&window);
     QVERIFY(window.open());
     window.slotCmdFileCloseTab();
@@ -123,10 +131,11 @@ void JobScene::openWhole(const QByteArray &text)
 
 void JobScene::makeAllSteps()
 {
+    const auto isHeld = [](const ctlEditer *editor) { return editor->document().isHeld(); };
     do {
         runner.runAll();
         settle();
-    } while (!runner.isIdle());
+    } while (!runner.isIdle() || std::ranges::any_of(window.tabBar()->editors(), isHeld));
 }
 
 bool JobScene::isUnderWay(const Job &job, const ctlEditer &editor) const
@@ -137,6 +146,7 @@ bool JobScene::isUnderWay(const Job &job, const ctlEditer &editor) const
     case Kind::Save:
     case Kind::Edit:
     case Kind::Follow:
+    case Kind::Restore:
         return editor.document().isHeld();
     case Kind::Search:
     case Kind::Count:
@@ -260,4 +270,23 @@ void JobScene::follow()
     appendToFile(text());
     QTRY_VERIFY(strip.text().startsWith(u"Loading"_s));
     QVERIFY(window.currentEditor()->document().isHeld());
+}
+
+/// By a program that was killed when it had put an "x" in front.
+void JobScene::leaveBehind(const TestFiles &files)
+{
+    files.write(u"a.txt"_s, text());
+    TextDocument document;
+    RecoveryJournals journals;
+    journals.attach(document);
+    QVERIFY(!document.load(files.folder(), u"a.txt"_s, {}, {}));
+    document.replace({}, 0, u"x"_s);
+    QVERIFY(journals.flush(10s));
+}
+
+void JobScene::restore()
+{
+    const StripInWindow strip(window);
+    QTRY_VERIFY(strip.button(u"Restore"_s));
+    QVERIFY(restoreAll(window));
 }

@@ -11,7 +11,7 @@
 class JobScene {
 public:
     /// What a job is to the document it is about.
-    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit, Follow };
+    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit, Follow, Restore };
 
     /// What a document has.
     enum class Content {
@@ -38,11 +38,12 @@ public:
         int boxesOfBegin = 0;
         int boxesOfEnd = 0; ///< when it is done
         const char *file = "a.txt"; ///< that it reads or writes
+        void (*prepare)(const TestFiles &files) = nullptr; ///< before there is a window
     };
     /// All that can be done behind the window.
     static const std::vector<Job> &jobs();
 
-    JobScene();
+    explicit JobScene(const Job &job);
 
     QString fullName(const QString &name) const { return files.folder() + name; }
     /// Into the focus, as soon as it takes keys.
@@ -51,7 +52,8 @@ public:
     void prepareSearch(const QString &text, bool replaces = false);
     /// Opens a.txt and waits for all of it.
     void openWhole(const QByteArray &text);
-    /// Also of what is begun when the end of another one is told.
+    /// Also of what is begun when the end of another one is told, and all turns of the event loop that
+    /// follow.
     void makeAllSteps();
     /// Whether the job goes on in the document.
     bool isUnderWay(const Job &job, const ctlEditer &editor) const;
@@ -83,4 +85,6 @@ private:
     void indentBlock();
     void paste();
     void follow();
+    static void leaveBehind(const TestFiles &files);
+    void restore();
 };

@@ -325,9 +325,9 @@ void RecoveryTest::missingPartsAreTold()
     QVERIFY(window.open());
     QTRY_VERIFY(StripInWindow(window).isShown());
     QVERIFY(restoreAll(window));
-    QVERIFY(window.currentEditor()->text().startsWith(u"x"_s));
+    QTRY_VERIFY(window.currentEditor()->text().startsWith(u"x"_s));
     QVERIFY(window.currentEditor()->text().endsWith(u"\n[...]\n"_s));
-    QCOMPARE(StripInWindow(window).text(), u"Parts are missing; a line with dots stands for each"_s);
+    QTRY_COMPARE(StripInWindow(window).text(), u"Parts are missing; a line with dots stands for each"_s);
 }
 
 void RecoveryTest::documentOfTheFileIsTaken()

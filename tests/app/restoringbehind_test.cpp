@@ -1,5 +1,6 @@
 #include "app/documentjournals.h"
 #include "app/recovery.h"
+#include "files/oldcopy.h"
 #include "tests/app/documentparts.h"
 #include "tests/app/unsavedlist.h"
 #include "tests/app/unsavedtexts.h"
@@ -31,6 +32,7 @@ private slots:
 
     void isAsRestoredAtOnce_data();
     void isAsRestoredAtOnce();
+    void textOfNoFileComesBack();
     void otherDocumentsAreEditedMeanwhile();
     void openFileKeepsItsTextUntilThen();
     void oneComesAfterTheOther();
@@ -42,8 +44,12 @@ private slots:
 private:
     /// A program that was killed has put "x" in front of a file's text, with the cursor behind it.
     void leave(const QString &name, const QByteArray &content);
+    /// A save was about to write over the file in place.
+    void leaveCopy(const QString &name);
     /// All that the strip offers.
     void restoreAllOffered();
+    /// All steps and turns of what is restored.
+    void restoreToTheEnd();
     DocumentArea &documents() { return m_parts->documents; }
     bool isOffered() { return documents().notices().has(NoticeKind::Unsaved, nullptr); }
     QString offer() { return isOffered() ? documents().notices().heaviest(nullptr)->text() : QString(); }
@@ -62,7 +68,8 @@ void RestoringBehindTest::init()
     m_parts->jobs.fewest = 1;
     m_journals = std::make_unique<RecoveryJournals>();
     m_attached = std::make_unique<DocumentJournals>(documents(), *m_journals);
-    m_recovery = std::make_unique<Recovery>(m_parts->window, documents(), m_parts->loader, *m_journals);
+    m_recovery =
+        std::make_unique<Recovery>(m_parts->window, documents(), m_parts->loader, *m_journals, m_parts->jobs);
 }
 
 void RestoringBehindTest::cleanup()
@@ -84,6 +91,13 @@ void RestoringBehindTest::leave(const QString &name, const QByteArray &content)
     QVERIFY(journals.flush(10s));
 }
 
+void RestoringBehindTest::leaveCopy(const QString &name)
+{
+    OldCopy copy(FileCalls::system());
+    QVERIFY(copy.make(QFile::encodeName(folder() + name)));
+    copy.leave();
+}
+
 void RestoringBehindTest::restoreAllOffered()
 {
     m_journals->lookForLeftBehind();
@@ -93,25 +107,42 @@ void RestoringBehindTest::restoreAllOffered()
     act();
 }
 
+void RestoringBehindTest::restoreToTheEnd()
+{
+    const auto isHeld = [](const ctlEditer *editor) { return editor->document().isHeld(); };
+    do {
+        m_parts->steps.runAll();
+        QCoreApplication::processEvents();
+    } while (!m_parts->steps.isIdle() || std::ranges::any_of(documents().editors(), isHeld));
+}
+
 void RestoringBehindTest::isAsRestoredAtOnce_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<std::optional<QByteArray>>("now");
+    QTest::addColumn<bool>("isCopied");
     using Bytes = std::optional<QByteArray>;
     const QByteArray lines = manyLines();
-    QTest::newRow("same file") << lines << Bytes(lines);
-    QTest::newRow("grown") << lines << Bytes(lines + "more\r\n");
-    QTest::newRow("changed") << lines << Bytes("other " + lines);
-    QTest::newRow("gone") << lines << Bytes();
+    QTest::newRow("same file") << lines << Bytes(lines) << false;
+    QTest::newRow("grown") << lines << Bytes(lines + "more\r\n") << false;
+    QTest::newRow("changed") << lines << Bytes("other " + lines) << false;
+    QTest::newRow("gone") << lines << Bytes() << false;
+    const QByteArray notKept =
+        QByteArray("a line of a text that its journal does not keep\r\n").repeated(200'000);
+    QTest::newRow("not kept, grown") << notKept << Bytes(notKept + "more\r\n") << false;
+    QTest::newRow("not kept, changed") << notKept << Bytes("other " + notKept) << false;
+    QTest::newRow("not kept, half written over") << notKept << Bytes("other " + lines) << true;
     const QByteArray sjis = QByteArray("\x93\xFA\x96\x7B\n").repeated(30'000);
-    QTest::newRow("Shift-JIS") << sjis << Bytes(sjis);
-    QTest::newRow("Shift-JIS, now UTF-8") << sjis << Bytes(QString(u"日本\n"_s.repeated(30'000)).toUtf8());
+    QTest::newRow("Shift-JIS") << sjis << Bytes(sjis) << false;
+    QTest::newRow("Shift-JIS, now UTF-8")
+        << sjis << Bytes(QString(u"日本\n"_s.repeated(30'000)).toUtf8()) << false;
 }
 
 void RestoringBehindTest::isAsRestoredAtOnce()
 {
     QFETCH(QByteArray, before);
     QFETCH(std::optional<QByteArray>, now);
+    QFETCH(bool, isCopied);
     QStringList results;
     for (const qint64 fewest : { nothingIsLong, qint64(1) }) {
         cleanup();
@@ -120,12 +151,14 @@ void RestoringBehindTest::isAsRestoredAtOnce()
         ctlEditer *const first = documents().add();
         documents().present(first);
         leave(u"a.txt"_s, before);
+        if (isCopied)
+            leaveCopy(u"a.txt"_s);
         if (now)
             m_parts->files.write(u"a.txt"_s, *now);
         else
             QVERIFY(QFile::remove(folder() + u"a.txt"_s));
         restoreAllOffered();
-        m_parts->steps.runAll();
+        restoreToTheEnd();
         QCOMPARE(documents().editors().size(), 1);
         ctlEditer &editor = *documents().current();
         QVERIFY(!editor.document().isHeld());
@@ -136,11 +169,36 @@ void RestoringBehindTest::isAsRestoredAtOnce()
             editor.returnCodeName(), editor.path().isEmpty() ? QString() : editor.name(),
             notice ? notice->text() : QString(), m_parts->tabTexts().join(u'|') };
         QVERIFY(editor.edited());
+        editor.store().checkInvariants();
         editor.undo();
         result << editor.text() << QString::number(editor.edited()) << editor.charCodeName();
         results << result.join(u'\0');
     }
     QVERIFY(results[0] == results[1]);
+}
+
+void RestoringBehindTest::textOfNoFileComesBack()
+{
+    const QString text = QString::fromLatin1(manyLines());
+    {
+        TextDocument document;
+        RecoveryJournals journals;
+        journals.attach(document);
+        document.replace(Offset(0), 0, text);
+        document.replace(Offset(5), 2, u"xyz"_s);
+        QVERIFY(journals.flush(10s));
+    }
+    restoreAllOffered();
+    ctlEditer *const editor = documents().current();
+    QVERIFY(editor->document().isHeld());
+    QCOMPARE(editor->text(), QString());
+    restoreToTheEnd();
+    QVERIFY(editor->text() == QString(text).replace(5, 2, u"xyz"_s));
+    editor->store().checkInvariants();
+    QVERIFY(editor->edited() && editor->path().isEmpty());
+    editor->undo();
+    QCOMPARE(editor->text(), QString());
+    QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
 }
 
 void RestoringBehindTest::otherDocumentsAreEditedMeanwhile()
@@ -159,7 +217,7 @@ void RestoringBehindTest::otherDocumentsAreEditedMeanwhile()
     QVERIFY(!editor->edited());
     documents().present(other);
     QTest::keyClicks(other, u"typed"_s);
-    m_parts->steps.runAll();
+    restoreToTheEnd();
     QCOMPARE(documents().current(), other);
     QVERIFY(other->text().contains(u"typed"_s));
     QVERIFY(!editor->document().isHeld());
@@ -180,7 +238,7 @@ void RestoringBehindTest::openFileKeepsItsTextUntilThen()
     QCOMPARE(documents().editors(), QList<ctlEditer *>{ editor });
     m_parts->makeSteps(1);
     QVERIFY(editor->text() == text);
-    m_parts->steps.runAll();
+    restoreToTheEnd();
     QVERIFY(editor->text() == u'x' + text);
 }
 
@@ -191,7 +249,7 @@ void RestoringBehindTest::oneComesAfterTheOther()
     restoreAllOffered();
     QCOMPARE(documents().editors().size(), 1);
     QVERIFY(!isOffered());
-    m_parts->steps.runAll();
+    restoreToTheEnd();
     QCOMPARE(documents().editors().size(), 2);
     for (const ctlEditer *editor : documents().editors()) {
         QVERIFY(editor->edited());
@@ -205,7 +263,7 @@ void RestoringBehindTest::whatIsGivenUpIsOfferedAgain_data()
 {
     QTest::addColumn<bool>("isClosed");
     QTest::addColumn<int>("steps");
-    for (const int steps : { 0, 1 }) {
+    for (const int steps : { 0, 1, 2, 3 }) {
         QTest::addRow("stopped after %d", steps) << false << steps;
         QTest::addRow("closed after %d", steps) << true << steps;
     }
@@ -231,11 +289,11 @@ void RestoringBehindTest::whatIsGivenUpIsOfferedAgain()
         m_parts->pressStop(editor);
     QCOMPARE(documents().editors(), QList<ctlEditer *>{ other });
     QTRY_COMPARE(offer(), u"2 documents were not saved"_s);
-    m_parts->steps.runAll();
+    restoreToTheEnd();
     QCOMPARE(documents().editors(), QList<ctlEditer *>{ other });
     QCOMPARE(UnsavedTexts::leftBehind().size(), 2);
     restoreAllOffered();
-    m_parts->steps.runAll();
+    restoreToTheEnd();
     QCOMPARE(documents().editors().size(), 3);
     QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
 }
@@ -251,7 +309,7 @@ void RestoringBehindTest::unreadableFileIsToldAsLost()
     QCOMPARE(names.size(), 1);
     QVERIFY(QFile::resize(journals.filePath(names[0]), 20));
     const MessageBoxes boxes;
-    m_parts->steps.runAll();
+    restoreToTheEnd();
     QTRY_COMPARE(boxes.count(), 1);
     QVERIFY(documents().editors().isEmpty() || !documents().current()->edited());
 }

@@ -128,11 +128,11 @@ private:
     const Step m_step;
 };
 
-class Restoring : public JournalOperation {
+class JournalRestoring : public JournalOperation {
 public:
     enum class File { Unchanged, Changed };
 
-    Restoring(const Sandbox &sandbox, File file)
+    JournalRestoring(const Sandbox &sandbox, File file)
         : JournalOperation(sandbox)
         , m_file(file)
     {
@@ -260,9 +260,10 @@ NamedOperation writing(const char *name, JournalWriting::Step step)
     return { name, [=](const Sandbox &sandbox) { return std::make_unique<JournalWriting>(sandbox, step); } };
 }
 
-NamedOperation restoring(const char *name, Restoring::File file)
+NamedOperation restoring(const char *name, JournalRestoring::File file)
 {
-    return { name, [=](const Sandbox &sandbox) { return std::make_unique<Restoring>(sandbox, file); } };
+    return { name,
+        [=](const Sandbox &sandbox) { return std::make_unique<JournalRestoring>(sandbox, file); } };
 }
 
 template <class Kind> NamedOperation other(const char *name)
@@ -281,8 +282,8 @@ std::vector<NamedOperation> journalOperations()
         writing("journal that is written anew", Step::Anew),
         writing("journal that goes", Step::Removed),
         other<Closing>("closing of a document without its file"),
-        restoring("restoring", Restoring::File::Unchanged),
-        restoring("restoring where the file has changed", Restoring::File::Changed),
+        restoring("restoring", JournalRestoring::File::Unchanged),
+        restoring("restoring where the file has changed", JournalRestoring::File::Changed),
         other<Discarding>("discarding"),
         other<Start>("start"),
     };

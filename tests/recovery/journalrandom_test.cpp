@@ -60,6 +60,8 @@ private slots:
 private:
     void edit(TextDocument &document, RandomText &random) const;
     void noteWrite(const Run &run);
+    /// What comes back in turns is the same.
+    static void checkTurns(const LeftBehind &left, Outcome outcome, const TextDocument &expected);
     void checkCut(qsizetype size, const QByteArray &bytes);
     void checkDamaged(const QByteArray &bytes, RandomText &random);
     QList<KnownText> m_texts; ///< by the commits in the journal
@@ -179,10 +181,11 @@ void JournalRandomTest::checkCut(qsizetype size, const QByteArray &bytes)
 {
     RecoveryFolder other;
     const LeftBehind left = JournalBytes::put(other, bytes.first(size));
-    findLeftBehind(other.journals());
+    const std::vector<LeftBehind> found = findLeftBehind(other.journals());
     const qsizetype commits = JournalBytes::commitsIn(bytes.first(size));
     TextDocument document;
-    const Restored restored = restore(left.journal, document);
+    Restored restored = restore(left.journal, document);
+    restored.journal = {};
     if (commits == 0) { // without its base it is gone
         const bool hasBase = size >= endOfBase(bytes);
         QCOMPARE(QFile::exists(QFile::decodeName(left.journal)), hasBase);
@@ -191,11 +194,34 @@ void JournalRandomTest::checkCut(qsizetype size, const QByteArray &bytes)
     }
     QVERIFY(restored.outcome == Outcome::Edited || restored.outcome == Outcome::New);
     const KnownText expected = m_texts.at(commits - 1);
-    const KnownText found = textOf(document);
-    QCOMPARE(found.text, expected.text);
-    QCOMPARE(found.hash, expected.hash);
-    QCOMPARE(found.codes.charCode, expected.codes.charCode);
-    QCOMPARE(found.codes.returnCode, expected.codes.returnCode);
+    const KnownText restoredText = textOf(document);
+    QCOMPARE(restoredText.text, expected.text);
+    QCOMPARE(restoredText.hash, expected.hash);
+    QCOMPARE(restoredText.codes.charCode, expected.codes.charCode);
+    QCOMPARE(restoredText.codes.returnCode, expected.codes.returnCode);
+    checkTurns(found.at(0), restored.outcome, document);
+}
+
+void JournalRandomTest::checkTurns(const LeftBehind &left, Outcome outcome, const TextDocument &expected)
+{
+    ClaimedJournal claimed = ClaimedJournal::claim(left.journal, FileCalls::system());
+    QVERIFY(claimed);
+    const SharedJournal journal = openAgain(claimed);
+    TextDocument document;
+    bool isRead = false;
+    if (left.readAs)
+        isRead = !document.load(left.path, left.name, left.readAs->code, { left.readAs->code });
+    JournalLook look(journal, TextSnapshot(std::as_const(document).store()));
+    while (look.lookOn()) { }
+    Restoring restoring(std::move(claimed), journal, document);
+    if (isRead)
+        restoring.lookInFile(look.hash());
+    while (!restoring.prepare(QDeadlineTimer(0))) { }
+    QCOMPARE(restoring.finish().outcome, outcome);
+    QCOMPARE(textOf(document).text, textOf(expected).text);
+    QCOMPARE(textOf(document).hash, textOf(expected).hash);
+    document.store().checkInvariants();
+    QCOMPARE(document.history().canUndo(), expected.history().canUndo());
 }
 
 /// Bytes that another program wrote, or a bad disk: what is before them comes back, and all of it where only

@@ -32,6 +32,7 @@ private slots:
     void measuresNothingTwice();
     void whatWasEditedIsMeasuredAgain();
     void shortTextTakesNoTime();
+    void whatIsMeasuredStaysSo();
     void keptTextStaysAsItWas();
     void whatUndoingPutsBackIsMeasured_data() { addSeeds(100); }
     void whatUndoingPutsBackIsMeasured();
@@ -143,6 +144,38 @@ void LayoutChangeTest::shortTextTakesNoTime()
     LayoutChange change(rule);
     QVERIFY(store.setLayout(change, oneNode));
     QCOMPARE(drawRows(store), u"abc/def/g"_s);
+}
+
+/// In a text that comes back to the store it was made of, with other text between.
+void LayoutChangeTest::whatIsMeasuredStaysSo()
+{
+    const NodeSizes sizes = nodesOf(4);
+    int measured = 0;
+    const AdvanceTable counting([&measured](char32_t) {
+        ++measured;
+        return int(subpixelsPerPixel);
+    });
+    const QString known = u"abcdef"_s.repeated(100);
+    TextStore store = storeOf(known, { .advances = &counting, .limit = 7 * subpixelsPerPixel }, sizes);
+    QString added;
+    for (char16_t unit = 0x3041; unit < 0x3041 + 80; ++unit)
+        added += QChar(unit);
+    TextPiece text = store.piece({}, 300);
+    text.append(TextPiece(added, sizes));
+    text.append(store.piece(Offset(300), 300));
+    LayoutChange change(store.layout());
+    measured = 0;
+    int calls = 0;
+    for (; !text.measure(change, oneNode); ++calls) { }
+    QVERIFY(calls > 5);
+    QVERIFY(calls < 80); // of its more than a hundred nodes
+    QCOMPARE(measured, 80);
+    text.setLayout(change);
+    QVERIFY(text.isMeasuredBy(store.layout()));
+    store.exchange({}, store.length(), text);
+    QCOMPARE(measured, 80);
+    store.checkInvariants();
+    QCOMPARE(store.text(), known.first(300) + added + known.sliced(300));
 }
 
 /// A piece of the text, of which undoing may be made, shares its nodes.

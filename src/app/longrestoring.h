@@ -1,0 +1,82 @@
+#pragma once
+
+#include "app/arrivingfile.h"
+#include "editor/worksign.h"
+#include "jobs/job.h"
+#include "recovery/leftbehind.h"
+#include "recovery/restoring.h"
+
+#include <QByteArrayList>
+#include <QObject>
+#include <QTimer>
+
+#include <optional>
+
+class DocumentArea;
+class DocumentLoader;
+class JournalLook;
+class RecoveryJournals;
+struct WindowJobs;
+class ctlEditer;
+
+/// A long text that is to come back, with its journal locked against others.
+struct LongText {
+    LeftBehind found;
+    ClaimedJournal claimed;
+    SharedJournal journal; ///< the same one, open
+};
+
+/// A long text on its way back into a document, behind the window: its file is read and looked through by
+/// jobs, its edits are made in turns of the event loop, and it is in the document at once.
+///
+/// The document is held until then, and the strip tells how far it is.
+///
+/// Where it is given up, or destroyed, the journal stays and is locked no more.
+class LongRestoring : public QObject {
+    Q_OBJECT
+public:
+    /// What all of them need; nothing is owned.
+    struct Parts {
+        DocumentArea &documents;
+        DocumentLoader &loader;
+        RecoveryJournals &journals;
+        const WindowJobs &jobs;
+    };
+    /// Begins at once, with a document that has nothing to lose, and may be closed before this goes.
+    LongRestoring(ctlEditer &editor, LongText &&text, const Parts &parts);
+    ~LongRestoring() override;
+
+signals:
+    /// This or the other one is the last signal; whoever is told may destroy this. The document is held no
+    /// more. Stopped: it may have text that is to be taken away.
+    void stopped();
+    void ended(const Restored &restored);
+
+private:
+    void readFile();
+    void readBehind(const FileChoice &file, void (LongRestoring::*next)(ArrivingFile::End end));
+    void endReading(ArrivingFile::End end);
+    void readNextCopy();
+    void endReadingCopy(ArrivingFile::End end);
+    void look(TextSnapshot text);
+    void note(const JobProgress &progress);
+    void endLook(JobOutcome outcome);
+    void goOn();
+    void takeTurn();
+    void finish();
+    void hold();
+    void release();
+    void stop();
+
+    ctlEditer &m_editor;
+    TextDocument &m_document;
+    LongText m_text; ///< its journal until the restoring has it
+    const Parts m_parts;
+    bool m_isFileRead = false;
+    QByteArrayList m_copies; ///< that are still to be read
+    std::optional<WorkSign> m_sign; ///< while this holds the document
+    JournalLook *m_look = nullptr; ///< owned by the job
+    std::optional<Job> m_job;
+    std::optional<Restoring> m_restoring;
+    QTimer m_turns;
+};
