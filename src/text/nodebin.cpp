@@ -15,6 +15,13 @@ constexpr size_t mostNodes = 4096;
 
 thread_local NodeBin *binOfThread = nullptr;
 
+/// Of a tree that is being built the children may have gone elsewhere.
+bool isAboveLeafMemory(const TextInner &node)
+{
+    const TextTree &first = *node.begin();
+    return !first.isEmpty() && first.isLeaf() && leafOf(first).isInLeafMemory;
+}
+
 } // namespace
 
 NodeBin::NodeBin(std::function<void()> filled)
@@ -78,6 +85,6 @@ void NodeBin::freeLast()
 {
     const TextInner *const node = m_nodes.back();
     m_nodes.pop_back();
-    ++m_freedNodes;
+    m_freedNodes += isAboveLeafMemory(*node) ? 0 : 1;
     delete node;
 }

@@ -20,12 +20,12 @@ public:
     ~NodeBin();
     Q_DISABLE_COPY_MOVE(NodeBin)
 
-    /// Goes on until nothing is left, true, or the time is over, or so many nodes are freed; none of them is
-    /// a leaf. A call gets on by a node at least.
+    /// Goes on until nothing is left, true, or the time is over, or freedNodes() is so many more. A call
+    /// gets on by a node at least.
     bool empty(QDeadlineTimer end, qint64 mostNodes = std::numeric_limits<qint64>::max());
     bool isEmpty() const { return m_nodes.empty(); }
-    /// Nodes that are no leaves and were freed so far. One has 128 KiB of text at most, or 256 KiB where that
-    /// is wide.
+    /// Nodes that are no leaves and were freed so far, but for those above leaves in LeafMemory, which the
+    /// heap does not keep. One has 128 KiB of text at most, or 256 KiB where that is wide.
     qint64 freedNodes() const { return m_freedNodes; }
 
     /// Frees a node that nobody holds, or puts it into the bin of this thread.

@@ -2,6 +2,8 @@
 
 #include "tests/testprogram.h"
 #include "tests/text/storecompare.h"
+#include "text/layoutcopy.h"
+#include "text/leafmemory.h"
 
 #include <QTest>
 
@@ -37,6 +39,7 @@ class NodeBinTest : public QObject {
 private slots:
     void longTextIsFreedBitByBit();
     void soManyNodesAreFreed();
+    void nodesAboveMemoryOfTheirOwnAreNotCounted();
     void shortTextIsFreedAtOnce();
     void tellsOfEachFilling();
     void whatOthersHoldStays();
@@ -70,6 +73,21 @@ void NodeBinTest::soManyNodesAreFreed()
     QCOMPARE(bin.freedNodes() - before, 100);
     QVERIFY(bin.empty(QDeadlineTimer::Forever));
     QVERIFY(bin.freedNodes() > 5000);
+}
+
+void NodeBinTest::nodesAboveMemoryOfTheirOwnAreNotCounted()
+{
+    NodeBin bin([] {});
+    LeafMemory memory;
+    const LayoutCopy layout{ TextStore({}, fewUnits) };
+    {
+        TextStore::Builder builder(layout, &memory);
+        builder.append(manyNodes);
+        const TextStore store = builder.finish();
+    }
+    QVERIFY(!bin.isEmpty());
+    QVERIFY(bin.empty(QDeadlineTimer::Forever));
+    QVERIFY(bin.freedNodes() < 2500);
 }
 
 void NodeBinTest::shortTextIsFreedAtOnce()
