@@ -10,9 +10,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <QMouseEvent>
 #include <QRegularExpression>
 #include <QScrollBar>
-#include <QScroller>
 #include <QTextBlock>
 #include <QTextTable>
 
@@ -75,6 +75,11 @@ QString withoutOtherLinks(const QString &page, const QUrl &base)
     return shown;
 }
 
+bool isOfFinger(const QMouseEvent &event)
+{
+    return event.pointerType() == QPointingDevice::PointerType::Finger;
+}
+
 QString withPresentKeys(const QString &page)
 {
     const qsizetype begin = page.indexOf(keysBegin);
@@ -91,7 +96,6 @@ GuideBrowser::GuideBrowser(QWidget *parent)
 {
     // What the toolkit's own menu offers is for links of other kinds.
     setContextMenuPolicy(Qt::NoContextMenu);
-    QScroller::grabGesture(viewport(), QScroller::TouchGesture);
     verticalScrollBar()->setAccessibleName(
         QCoreApplication::translate("QMultiLineEdit", "Vertical scroll bar"));
     horizontalScrollBar()->setAccessibleName(
@@ -129,6 +133,38 @@ QTextTable *GuideBrowser::keys() const
             return table;
     }
     return nullptr;
+}
+
+/// A press of the mouse as well, that the toolkit makes of it.
+void GuideBrowser::mousePressEvent(QMouseEvent *event)
+{
+    if (isOfFinger(*event))
+        scroll(QScroller::InputPress, *event);
+    QTextBrowser::mousePressEvent(event);
+}
+
+/// Instead of a selection.
+void GuideBrowser::mouseMoveEvent(QMouseEvent *event)
+{
+    if (isOfFinger(*event))
+        scroll(QScroller::InputMove, *event);
+    else
+        QTextBrowser::mouseMoveEvent(event);
+}
+
+/// Which follows a link, but for the end of a drag.
+void GuideBrowser::mouseReleaseEvent(QMouseEvent *event)
+{
+    const bool isDrag = QScroller::scroller(viewport())->state() == QScroller::Dragging;
+    if (isOfFinger(*event))
+        scroll(QScroller::InputRelease, *event);
+    if (!isDrag)
+        QTextBrowser::mouseReleaseEvent(event);
+}
+
+void GuideBrowser::scroll(QScroller::Input input, const QMouseEvent &event)
+{
+    QScroller::scroller(viewport())->handleInput(input, event.position(), qint64(event.timestamp()));
 }
 
 void GuideBrowser::doSetSource(const QUrl &name, QTextDocument::ResourceType type)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QScroller>
 #include <QTextBrowser>
 
 class QTextTable;
@@ -22,8 +23,12 @@ protected:
     /// Of pages that are there alone.
     void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override;
     QVariant loadResource(int type, const QUrl &name) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
+    void scroll(QScroller::Input input, const QMouseEvent &event);
     QTextTable *keys() const;
     QImage fitted(QImage picture) const;
 };
