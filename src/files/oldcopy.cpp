@@ -81,7 +81,8 @@ bool OldCopy::make(const QByteArray &file)
 {
     const int from =
         retried([&] { return m_calls.open(file.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW, 0); });
-    if (from == -1)
+    m_isFileMissed = from == -1;
+    if (m_isFileMissed)
         return false;
     if (makePrivateFolder(m_calls, stateFolder()))
         m_fd = createOwnFile(m_calls, stateFolder() + copyPrefix.toByteArray(), &m_name);

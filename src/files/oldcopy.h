@@ -20,6 +20,8 @@ public:
     /// Copies the content of `file`, which is not a link, and puts it on the disk. False: nothing is left.
     bool make(const QByteArray &file);
     bool isMade() const { return m_fd != -1; }
+    /// make() failed because the file cannot be opened, which the state folder has no part in.
+    bool isFileMissed() const { return m_isFileMissed; }
     /// The copy, open for reading.
     int fd() const { return m_fd; }
     off_t size() const { return m_size; }
@@ -40,6 +42,7 @@ private:
     QByteArray m_file;
     int m_fd = -1;
     off_t m_size = 0;
+    bool m_isFileMissed = false;
 };
 
 /// A copy whose program was stopped while it wrote over the file, so that it may be all that is left of it.

@@ -130,8 +130,9 @@ bool SafeFile::stageInStateFolder(QByteArrayView fileName)
 
 bool SafeFile::makeCopy()
 {
-    m_isStateFolderMissed = !m_copy.make(m_target);
-    return !m_isStateFolderMissed;
+    const bool isMade = m_copy.make(m_target);
+    m_isStateFolderMissed = !isMade && !m_copy.isFileMissed();
+    return isMade;
 }
 
 bool SafeFile::write(QByteArrayView bytes)

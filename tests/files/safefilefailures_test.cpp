@@ -30,6 +30,8 @@ private slots:
     void oldContentThatCannotBePutBackIsKept();
     void keepsTheOldContentWhenAsked();
     void writesNothingWhenTheOldContentCannotBeKept();
+    void stateFolderIsToBlameForItselfAlone_data();
+    void stateFolderIsToBlameForItselfAlone();
     void keptContentGoesAwayWhenNothingIsWritten();
     void randomFailures_data();
     void randomFailures();
@@ -252,6 +254,35 @@ void SafeFileFailuresTest::writesNothingWhenTheOldContentCannotBeKept()
     QCOMPARE(statOf(name).st_ino, inode);
     QCOMPARE(listing(), before);
     QCOMPARE(keptFiles(), QStringList());
+}
+
+void SafeFileFailuresTest::stateFolderIsToBlameForItselfAlone_data()
+{
+    QTest::addColumn<bool>("isFileClosed");
+    QTest::newRow("file that may be written and not read") << true;
+    QTest::newRow("state folder that cannot be made") << false;
+}
+
+void SafeFileFailuresTest::stateFolderIsToBlameForItselfAlone()
+{
+    QFETCH(bool, isFileClosed);
+    const QByteArray name = prepare(Way::HardLink);
+    FileCalls calls = FileCalls::system();
+    calls.open = [&](const char *path, int flags, mode_t mode) {
+        if (isFileClosed && path == name && (flags & O_ACCMODE) == O_RDONLY) {
+            errno = EACCES;
+            return -1;
+        }
+        return ::open(path, flags, mode);
+    };
+    calls.mkdir = [&](const char *path, mode_t mode) {
+        errno = EROFS;
+        return isFileClosed ? ::mkdir(path, mode) : -1;
+    };
+    SafeFile file(name, calls);
+    QVERIFY(!save(file, m_new));
+    QCOMPARE(contentOf(name), m_old);
+    QCOMPARE(file.isStateFolderMissed(), !isFileClosed);
 }
 
 void SafeFileFailuresTest::keptContentGoesAwayWhenNothingIsWritten()
