@@ -144,7 +144,7 @@ void EndOrderTest::saveAsUtf16IsGivenUp()
 /// Its last block was written when the order came: there is nothing left to wait for.
 void EndOrderTest::saveThatIsWrittenIsNot()
 {
-    const FileCalls calls = orderingCalls(1);
+    const FileCalls calls = orderingCalls(2); // the first remembers the folder
     TextDocument document({}, calls);
     document.replace(Offset(0), 0, u"short"_s);
     const SaveResult result = document.save(m_folder->path(), fileName, CharCode::Utf8);
