@@ -61,6 +61,9 @@ private slots:
     void picturesFit();
 
 private:
+    /// With the guide, on the screen.
+    static void showSmall(GuideBrowser &browser);
+
     static QTextTable *keysIn(const GuideBrowser &browser)
     {
         for (QTextFrame *const frame : browser.document()->rootFrame()->childFrames()) {
@@ -261,14 +264,19 @@ void GuideBrowserTest::whatIsNoPageIsNoLink()
     QVERIFY(scripts >= 20);
 }
 
-void GuideBrowserTest::fingerScrolls()
+void GuideBrowserTest::showSmall(GuideBrowser &browser)
 {
-    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
-    GuideBrowser browser;
     browser.resize(400, 300);
     browser.showGuide();
     browser.show();
     QVERIFY(QTest::qWaitForWindowExposed(&browser));
+}
+
+void GuideBrowserTest::fingerScrolls()
+{
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    GuideBrowser browser;
+    showSmall(browser);
     QWidget *const page = browser.viewport();
     QTest::touchEvent(page, screen.get()).press(0, QPoint(200, 250), page);
     for (int y = 240; y >= 50; y -= 10)
@@ -282,10 +290,7 @@ void GuideBrowserTest::fingerFollowsALink()
 {
     const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
     GuideBrowser browser;
-    browser.resize(400, 300);
-    browser.showGuide();
-    browser.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&browser));
+    showSmall(browser);
     QTextCursor link = browser.document()->find(u"its settings, favourites"_s);
     QVERIFY(!link.isNull());
     const QPoint at = browser.cursorRect(link).center() - QPoint(10, 0);
