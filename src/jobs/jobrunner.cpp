@@ -28,6 +28,7 @@ std::chrono::steady_clock::time_point timeOf(QDeadlineTimer end)
 JobRunner::JobRunner()
 {
     connect(this, &JobRunner::told, this, &JobRunner::deliver, Qt::QueuedConnection);
+    m_turns.callOnTimeout(this, &JobRunner::stepHere);
 }
 
 JobRunner::~JobRunner()
@@ -42,7 +43,8 @@ JobRun *JobRunner::run(std::unique_ptr<JobWork> work, JobRun::Listener &listener
 {
     m_runs.push_back(std::make_unique<JobRun>(std::move(work), *this, listener));
     JobRun *const run = m_runs.back().get();
-    start(*run);
+    m_waiting.push_back(run);
+    startWaiting();
     return run;
 }
 
@@ -58,9 +60,32 @@ bool JobRunner::wait(JobRun *run, QDeadlineTimer end)
     return true;
 }
 
+/// In their order, which those of one thread rely upon.
+void JobRunner::startWaiting()
+{
+    while (!m_waiting.empty() && start(*m_waiting.front()))
+        m_waiting.pop_front();
+    if (m_waiting.empty())
+        m_turns.stop();
+    else
+        m_turns.start(0);
+}
+
+void JobRunner::stepHere()
+{
+    startWaiting();
+    if (m_waiting.empty())
+        return;
+    JobRun *const run = m_waiting.front();
+    m_waiting.pop_front();
+    if (run->step())
+        m_waiting.push_back(run);
+}
+
 void JobRunner::makeAllSteps(JobRun &run)
 {
-    Q_UNUSED(run)
+    while (std::ranges::find(m_waiting, &run) != m_waiting.end())
+        stepHere();
 }
 
 void JobRunner::tell(JobRun &run, const News &news)

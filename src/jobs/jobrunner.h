@@ -4,8 +4,10 @@
 
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QTimer>
 
 #include <condition_variable>
+#include <deque>
 #include <optional>
 #include <vector>
 
@@ -40,9 +42,9 @@ signals:
     void told();
 
 protected:
-    /// Has all steps of the run made, one after the other.
-    virtual void start(JobRun &run) = 0;
-    /// Called before the window's thread waits for a run: for who makes the steps in that thread.
+    /// Has all steps of the run made, one after the other. False: there is no thread for it just now.
+    virtual bool start(JobRun &run) = 0;
+    /// Called before the window's thread waits for a run: makes what is to be made in that thread.
     virtual void makeAllSteps(JobRun &run);
     /// Tells one run's news, if there are any.
     bool deliver();
@@ -55,8 +57,12 @@ private:
     void pass(JobRun *run, const News &news);
     bool isThere(const JobRun *run) const;
     std::unique_ptr<JobRun> take(const JobRun *run);
+    void startWaiting();
+    void stepHere();
 
     std::vector<std::unique_ptr<JobRun>> m_runs; ///< of the window's thread alone
+    std::deque<JobRun *> m_waiting; ///< for a thread; until then their steps are made in that one, in turn
+    QTimer m_turns; ///< while there are some
 
     std::mutex m_mutex; ///< for what follows
     std::condition_variable m_hasNews;

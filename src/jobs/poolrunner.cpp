@@ -4,15 +4,17 @@
 
 #include <QThread>
 
-PoolRunner::PoolRunner()
+#include <utility>
+
+PoolRunner::PoolRunner(ThreadStart start)
     : m_threads(QThread::idealThreadCount())
-    , m_pool(m_threads + 1)
+    , m_pool(m_threads + 1, std::move(start))
 {
 }
 
-PoolRunner::PoolRunner(OneThread)
+PoolRunner::PoolRunner(OneThread, ThreadStart start)
     : m_threads(1)
-    , m_pool(1)
+    , m_pool(1, std::move(start))
 {
 }
 
@@ -25,13 +27,13 @@ PoolRunner::~PoolRunner()
 void PoolRunner::spread(int count, const std::function<void(int)> &part)
 {
     spreadOver(
-        m_threads - 1, [this](TaskPool::Task task) { m_pool.post(std::move(task)); }, count, part);
+        m_threads - 1, [this](const TaskPool::Task &task) { return m_pool.post(task); }, count, part);
 }
 
-void PoolRunner::start(JobRun &run)
+bool PoolRunner::start(JobRun &run)
 {
-    m_pool.post([this, &run] {
+    return m_pool.post([this, &run] {
         if (run.step())
-            start(run);
+            static_cast<void>(start(run)); // by this thread, if by no other
     });
 }

@@ -1,7 +1,8 @@
 #include "jobs/spread.h"
 
+#include "jobs/taskpool.h"
+
 #include <QThread>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <condition_variable>
@@ -71,12 +72,13 @@ private:
 
 } // namespace
 
-void spreadOver(int helpers, const std::function<void(std::function<void()>)> &post, int count,
+void spreadOver(int helpers, const std::function<bool(const std::function<void()> &help)> &post, int count,
     const std::function<void(int)> &part)
 {
     const auto parts = std::make_shared<Parts>(count, part);
-    for (int left = std::min(helpers, count - 1); left > 0; --left)
-        post([parts] { parts->make(); });
+    const auto help = [parts] { parts->make(); };
+    for (int left = std::min(helpers, count - 1); left > 0 && post(help);)
+        --left;
     parts->make();
     parts->wait();
 }
@@ -89,6 +91,8 @@ void makeOneByOne(int count, const std::function<void(int)> &part)
 
 void spreadOverThreads(int count, const std::function<void(int)> &part)
 {
-    const auto post = [](const std::function<void()> &task) { QThreadPool::globalInstance()->start(task); };
-    spreadOver(QThread::idealThreadCount() - 1, post, count, part);
+    const int helpers = QThread::idealThreadCount() - 1;
+    TaskPool pool(helpers);
+    spreadOver(
+        helpers, [&pool](const std::function<void()> &help) { return pool.post(help); }, count, part);
 }

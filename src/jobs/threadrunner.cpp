@@ -2,7 +2,12 @@
 
 #include "jobs/spread.h"
 
-#include <thread>
+#include <utility>
+
+ThreadRunner::ThreadRunner(ThreadStart start)
+    : m_start(std::move(start))
+{
+}
 
 ThreadRunner::~ThreadRunner()
 {
@@ -23,13 +28,15 @@ void ThreadRunner::spread(int count, const std::function<void(int)> &part)
     makeOneByOne(count, part);
 }
 
-void ThreadRunner::start(JobRun &run)
+bool ThreadRunner::start(JobRun &run)
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        ++m_open;
-    }
-    std::thread([this, &run] { makeSteps(run); }).detach();
+    const std::lock_guard lock(m_mutex);
+    std::thread thread = m_start([this, &run] { makeSteps(run); });
+    if (!thread.joinable())
+        return false;
+    ++m_open;
+    thread.detach();
+    return true;
 }
 
 void ThreadRunner::makeSteps(JobRun &run)

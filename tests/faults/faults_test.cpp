@@ -3,7 +3,6 @@
 #include "tests/figures.h"
 #include "tests/testprogram.h"
 
-#include <QThreadPool>
 #include <sys/wait.h>
 
 using namespace Qt::StringLiterals;
@@ -113,7 +112,6 @@ void FaultsTest::everyFaultOfEveryCall()
 
 bool FaultsTest::runKilled(Operation &operation, qsizetype step)
 {
-    QThreadPool::globalInstance()->waitForDone();
     const pid_t child = ::fork();
     if (child == 0) {
         OneFault fault(faultKinds[std::size(faultKinds) - 1], step);

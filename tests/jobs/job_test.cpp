@@ -108,7 +108,11 @@ void JobTest::endsAreToldInOrder()
 {
     struct Untold : JobRunner {
         QList<JobRun *> runs;
-        void start(JobRun &run) override { runs << &run; }
+        bool start(JobRun &run) override
+        {
+            runs << &run;
+            return true;
+        }
         int threads() const override { return 1; }
         void spread(int, const std::function<void(int)> &) override { }
     } runner;
@@ -273,9 +277,10 @@ void JobTest::othersAreToldInANestedLoop()
     };
     /// Makes all steps before anything is told, as threads may.
     struct Ahead : SteppedRunner {
-        void start(JobRun &run) override
+        bool start(JobRun &run) override
         {
             while (run.step()) { }
+            return true;
         }
     };
     Ahead runner;

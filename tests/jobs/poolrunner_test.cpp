@@ -2,6 +2,7 @@
 
 #include "jobs/job.h"
 #include "tests/jobs/countingwork.h"
+#include "tests/jobs/fewthreads.h"
 #include "tests/testprogram.h"
 
 #include <QSignalSpy>
@@ -10,6 +11,8 @@
 #include <latch>
 #include <numeric>
 #include <thread>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -71,6 +74,12 @@ private slots:
     void waitsNoLongerThanItMay();
     void endsWithJobsInFlight();
     void jobsAreGivenUpInFlight();
+    void goesOnWithFewThreads_data();
+    void goesOnWithFewThreads();
+    void waitsWithoutThreads();
+    void eventsComeBetweenStepsWithoutThreads();
+    void orderIsKeptWhenAThreadComes();
+    void endsWithoutThreads();
 };
 
 void PoolRunnerTest::worksElsewhereAndTellsHere()
@@ -217,6 +226,83 @@ void PoolRunnerTest::jobsAreGivenUpInFlight()
     }
     QTRY_VERIFY(life.isDestroyed);
     QVERIFY(life.isGivenUp);
+}
+
+void PoolRunnerTest::goesOnWithFewThreads_data()
+{
+    QTest::addColumn<int>("threads");
+    QTest::addColumn<int>("later");
+    QTest::newRow("none") << 0 << 0;
+    QTest::newRow("one") << 1 << 0;
+    QTest::newRow("none, then one") << 0 << 1;
+    QTest::newRow("one, then more") << 1 << 100;
+}
+
+void PoolRunnerTest::goesOnWithFewThreads()
+{
+    QFETCH(int, threads);
+    QFETCH(int, later);
+    FewThreads system(threads);
+    PoolRunner runner(system.start());
+    auto work = std::make_unique<AddingWork>();
+    const AddingWork &adding = *work;
+    const Job spread(std::move(work), runner);
+    const Job first(std::make_unique<CountingWork>(20), runner);
+    QTRY_VERIFY(first.isFinished());
+    if (threads == 0)
+        system.give(later);
+    const Job second(std::make_unique<CountingWork>(20), runner);
+    QTRY_VERIFY(spread.isFinished() && second.isFinished());
+    QCOMPARE(adding.sum, AddingWork::rounds * 1000 * AddingWork::parts * (AddingWork::parts - 1) / 2);
+}
+
+void PoolRunnerTest::waitsWithoutThreads()
+{
+    PoolRunner runner(FewThreads(0).start());
+    const Job other(std::make_unique<CountingWork>(3), runner);
+    Job job(std::make_unique<CountingWork>(5), runner);
+    QSignalSpy finished(&job, &Job::finished);
+    QVERIFY(job.wait(QDeadlineTimer::Forever));
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(job.progress().done, 5);
+    QTRY_VERIFY(other.isFinished());
+}
+
+void PoolRunnerTest::eventsComeBetweenStepsWithoutThreads()
+{
+    PoolRunner runner(FewThreads(0).start());
+    Job endless(std::make_unique<CountingWork>(1'000'000'000), runner);
+    QSignalSpy begun(&endless, &Job::partReady), finished(&endless, &Job::finished);
+    QTRY_VERIFY(begun.size() > 3);
+    endless.stop();
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(finished[0][0].value<JobOutcome>(), JobOutcome::Stopped);
+}
+
+/// Of jobs in one thread none begins while a step of another one is made.
+void PoolRunnerTest::orderIsKeptWhenAThreadComes()
+{
+    FewThreads system(0);
+    PoolRunner runner(PoolRunner::OneThread(), system.start());
+    QStringList ended;
+    Job a(std::make_unique<CountingWork>(3), runner), b(std::make_unique<CountingWork>(3), runner);
+    connect(
+        &a, &Job::partReady, this, [&system] { system.give(1); }, Qt::SingleShotConnection);
+    connect(&a, &Job::finished, this, [&ended] { ended << u"a"_s; });
+    connect(&b, &Job::finished, this, [&ended] { ended << u"b"_s; });
+    QTRY_COMPARE(ended, QStringList({ u"a"_s, u"b"_s }));
+}
+
+void PoolRunnerTest::endsWithoutThreads()
+{
+    CountingLife life;
+    std::unique_ptr<Job> job;
+    {
+        PoolRunner runner(FewThreads(0).start());
+        job = std::make_unique<Job>(std::make_unique<CountingWork>(10, &life), runner);
+    }
+    QVERIFY(life.isDestroyed);
+    QVERIFY(job->isFinished());
 }
 
 REGISTER_TEST(runCoreTest<PoolRunnerTest>)

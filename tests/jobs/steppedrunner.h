@@ -46,7 +46,11 @@ public:
     }
 
 protected:
-    void start(JobRun &run) override { m_waiting.push_back(&run); }
+    bool start(JobRun &run) override
+    {
+        m_waiting.push_back(&run);
+        return true;
+    }
     void makeAllSteps(JobRun &run) override
     {
         const auto place = std::ranges::find(m_waiting, &run);

@@ -2,6 +2,7 @@
 
 #include "jobs/job.h"
 #include "tests/jobs/countingwork.h"
+#include "tests/jobs/fewthreads.h"
 #include "tests/testprogram.h"
 
 #include <QSignalSpy>
@@ -40,6 +41,7 @@ private slots:
     void worksBesideOnesThatHang();
     void endsWithoutOneThatHangs();
     void partsAreMadeByTheJobsThread();
+    void worksWithoutAThread();
 };
 
 void ThreadRunnerTest::worksBesideOnesThatHang()
@@ -80,6 +82,22 @@ void ThreadRunnerTest::partsAreMadeByTheJobsThread()
     runner.spread(3, [&parts](int part) { parts << part; });
     QCOMPARE(parts, QList<int>({ 0, 1, 2 }));
     QCOMPARE(runner.threads(), 1);
+}
+
+void ThreadRunnerTest::worksWithoutAThread()
+{
+    FewThreads system(1);
+    ThreadRunner runner(system.start());
+    std::latch end(1);
+    const Job hanging(std::make_unique<HangingWork>(end), runner);
+    Job counting(std::make_unique<CountingWork>(10), runner);
+    const QSignalSpy finished(&counting, &Job::finished);
+    QTRY_COMPARE(finished.size(), 1);
+    Job waitedFor(std::make_unique<CountingWork>(10), runner);
+    QVERIFY(waitedFor.wait(QDeadlineTimer::Forever));
+    const Job left(std::make_unique<CountingWork>(10), runner);
+    end.count_down();
+    QVERIFY(runner.endWithin(1min));
 }
 
 REGISTER_TEST(runCoreTest<ThreadRunnerTest>)
