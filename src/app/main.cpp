@@ -60,6 +60,7 @@ int runWindow(QList<QByteArray> words, const FileRequests &requests)
     QApplication::setDesktopFileName(DesktopChannel::id());
     if (application.handOver(requests))
         return EXIT_SUCCESS;
+    startPaintingThreads();
     frmMain window;
     application.showMainWidget(&window, false);
     return QApplication::exec();

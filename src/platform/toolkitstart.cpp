@@ -2,8 +2,12 @@
 
 #include "platform/screenscale.h"
 
+#include <QThreadPool>
+
 #include <algorithm>
 #include <iterator>
+#include <latch>
+#include <memory>
 
 void prepareScale(const QSize &largestDialog)
 {
@@ -21,4 +25,17 @@ void prepareEventLoop()
 {
     if (!qEnvironmentVariableIsSet("QT_NO_GLIB"))
         qputenv("QT_NO_GLIB", "1");
+}
+
+/// A task that waits has its thread for itself.
+void startPaintingThreads()
+{
+    constexpr int enough = 4; // for what a screen has
+    QThreadPool &pool = *QThreadPool::globalInstance();
+    pool.setMaxThreadCount(std::min(enough, pool.maxThreadCount()));
+    pool.setExpiryTimeout(-1);
+    const auto areStarted = std::make_shared<std::latch>(1);
+    for (int i = 0; i < pool.maxThreadCount(); ++i)
+        pool.start([areStarted] { areStarted->wait(); });
+    areStarted->count_down();
 }
