@@ -51,6 +51,10 @@
         <translation>marlopad&#xa0;: %1 (voir marlopad --help)</translation>
     </message>
     <message>
+        <source>marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)</source>
+        <translation>marlopad&#xa0;: il n’y a pas d’écran où afficher une fenêtre (voir DISPLAY et WAYLAND_DISPLAY)</translation>
+    </message>
+    <message>
         <source>Usage: marlopad [OPTION]... [FILE]...</source>
         <translation>Utilisation&#xa0;: marlopad [OPTION]… [FILE]…</translation>
     </message>

@@ -51,6 +51,10 @@
         <translation>marlopad: %1（marlopad --helpを参照）</translation>
     </message>
     <message>
+        <source>marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)</source>
+        <translation>marlopad: ウィンドウを表示できるディスプレイがありません（DISPLAY、WAYLAND_DISPLAYを確認してください）</translation>
+    </message>
+    <message>
         <source>Usage: marlopad [OPTION]... [FILE]...</source>
         <translation>使い方: marlopad [OPTION]... [FILE]...</translation>
     </message>

@@ -6,6 +6,7 @@
 #include "app/terminal.h"
 #include "files/filename.h"
 #include "platform/desktopchannel.h"
+#include "platform/toolkitplatform.h"
 #include "platform/toolkitstart.h"
 #include "platform/waitingstart.h"
 
@@ -46,16 +47,11 @@ bool waits(const CommandLine &line, FileRequests &requests)
     return waiting || !line.waits();
 }
 
-int runWindow(QList<QByteArray> words, const FileRequests &requests)
+int runWindow(int count, char **arguments, const FileRequests &requests)
 {
     prepareScale(largestDialog());
     prepareEventLoop();
-    std::vector<char *> arguments;
-    for (QByteArray &word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    int count = int(words.size());
-    QPEApplicationEsc application(count, arguments.data());
+    QPEApplicationEsc application(count, arguments);
     QApplication::setApplicationName(QStringLiteral("marlopad"));
     QApplication::setDesktopFileName(DesktopChannel::id());
     if (application.handOver(requests))
@@ -64,6 +60,18 @@ int runWindow(QList<QByteArray> words, const FileRequests &requests)
     frmMain window;
     application.showMainWidget(&window, false);
     return QApplication::exec();
+}
+
+int runToolkit(QList<QByteArray> words, const FileRequests &requests)
+{
+    takePlatformWords(words);
+    std::vector<char *> arguments;
+    for (QByteArray &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    const int count = int(words.size());
+    return hasDisplay() ? runWindow(count, arguments.data(), requests)
+                        : openWithoutDisplay(count, arguments.data(), requests);
 }
 
 } // namespace
@@ -80,5 +88,5 @@ int main(int argc, char *argv[])
         std::perror("marlopad");
         return EXIT_FAILURE;
     }
-    return runWindow(QList<QByteArray>{ argv[0] } + line.toolkitWords(), requests);
+    return runToolkit(QList<QByteArray>{ argv[0] } + line.toolkitWords(), requests);
 }

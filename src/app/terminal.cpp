@@ -2,6 +2,7 @@
 
 #include "app/commandline.h"
 #include "app/translation.h"
+#include "platform/launcherchannel.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -19,15 +20,29 @@ bool write(const QString &text, std::FILE *to)
     return std::fputs(text.toUtf8().constData(), to) >= 0 && std::fflush(to) == 0;
 }
 
+/// The application object of a start that shows no window, in the language of its terminal.
+class TerminalApplication {
+public:
+    TerminalApplication(int &argc, char **argv)
+        : m_application(argc, argv)
+    {
+        const Language language = languageAmong(QLocale::system().uiLanguages()).value_or(English);
+        if (Translation::isNeeded(language))
+            m_translation = Translation::load(language);
+        if (m_translation)
+            m_translation->install();
+    }
+
+private:
+    QCoreApplication m_application;
+    std::unique_ptr<Translation> m_translation;
+};
+
 } // namespace
 
 int answerOnTerminal(const CommandLine &line, int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
-    const Language language = languageAmong(QLocale::system().uiLanguages()).value_or(English);
-    const auto translation = Translation::isNeeded(language) ? Translation::load(language) : nullptr;
-    if (translation)
-        translation->install();
+    const TerminalApplication application(argc, argv);
     switch (line.action()) {
     case CommandLine::Action::ShowHelp:
         return write(CommandLine::helpText(), stdout) ? EXIT_SUCCESS : EXIT_FAILURE;
@@ -41,4 +56,20 @@ int answerOnTerminal(const CommandLine &line, int argc, char **argv)
     }
     write(CommandLine::tr("marlopad: %1 (see marlopad --help)").arg(line.error()) + u'\n', stderr);
     return wrongUse;
+}
+
+int openWithoutDisplay(int argc, char **argv, FileRequests requests)
+{
+    const TerminalApplication application(argc, argv);
+    using HandOver = LauncherChannel::HandOver;
+    HandOver result = HandOver::Ended;
+    while (result == HandOver::Ended)
+        result = LauncherChannel::handOver(requests);
+    if (result == HandOver::Done)
+        return EXIT_SUCCESS;
+    write(
+        CommandLine::tr("marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)")
+            + u'\n',
+        stderr);
+    return EXIT_FAILURE;
 }

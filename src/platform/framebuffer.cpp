@@ -26,6 +26,12 @@ QSize sizeIn(const QByteArray &text)
     return numbers.size() == 2 ? QSize(numbers[0].toInt(), numbers[1].toInt()) : QSize();
 }
 
+QByteArray deviceOf(const QByteArray &platform)
+{
+    const QByteArray given = optionOf(platform, "fb");
+    return given.isEmpty() ? QByteArray("/dev/fb0") : given;
+}
+
 QSize sizeOf(const QByteArray &device)
 {
     const OpenFd file(::open(device.constData(), O_RDONLY | O_CLOEXEC));
@@ -41,6 +47,10 @@ QSize frameBufferSize(const QByteArray &platform)
     const QSize given = sizeIn(optionOf(platform, "size"));
     if (!given.isEmpty())
         return given;
-    const QByteArray device = optionOf(platform, "fb");
-    return sizeOf(device.isEmpty() ? QByteArray("/dev/fb0") : device);
+    return sizeOf(deviceOf(platform));
+}
+
+bool hasFrameBuffer(const QByteArray &platform)
+{
+    return OpenFd(::open(deviceOf(platform).constData(), O_RDWR | O_CLOEXEC)).number() != -1;
 }

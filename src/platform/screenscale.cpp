@@ -1,6 +1,7 @@
 #include "platform/screenscale.h"
 
 #include "platform/framebuffer.h"
+#include "platform/toolkitplatform.h"
 #include "platform/windowsystem.h"
 
 #include <QList>
@@ -8,7 +9,6 @@
 #include <xcb/xcb.h>
 
 #include <algorithm>
-#include <memory>
 
 namespace {
 
@@ -37,24 +37,12 @@ QByteArray resourcesOf(xcb_connection_t *server, xcb_window_t root)
 // The resource database is the first screen's, as all X toolkits take it.
 Screen xScreen()
 {
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server(
-        xcb_connect(nullptr, nullptr), xcb_disconnect);
+    const XConnection server = connectToX();
     if (xcb_connection_has_error(server.get()))
         return {};
     const xcb_screen_t &first = *xcb_setup_roots_iterator(xcb_get_setup(server.get())).data;
     return { densityFromResources(resourcesOf(server.get(), first.root)).value_or(usualDensity),
         { first.width_in_pixels, first.height_in_pixels } };
-}
-
-// The toolkit's own choice: what is asked for, else Wayland in a Wayland session except GNOME's, else X.
-QByteArray chosenPlatform()
-{
-    const QByteArray asked = qgetenv("QT_QPA_PLATFORM");
-    if (!asked.isEmpty())
-        return asked.split(';').front();
-    const QByteArray desktop = (qgetenv("XDG_CURRENT_DESKTOP") + qgetenv("XDG_SESSION_DESKTOP")).toLower();
-    const bool isWayland = qgetenv("XDG_SESSION_TYPE") == "wayland" && !desktop.contains("gnome");
-    return isWayland ? "wayland" : "xcb";
 }
 
 // Wayland multiplies by the screen's own scale.
@@ -92,7 +80,7 @@ double scaleThatFits(double scale, const QSize &screen, const QSize &window)
 
 double platformPixelScale(const QSize &largestWindow)
 {
-    const QByteArray platform = chosenPlatform();
+    const QByteArray platform = wantedPlatforms().front();
     if (platform.startsWith("offscreen") || platform.startsWith("minimal"))
         return 1;
     const Screen screen = screenOf(platform);

@@ -2,6 +2,8 @@
 
 #include <QGuiApplication>
 
+#include <xcb/xcb.h>
+
 bool WindowSystem::isWayland()
 {
     return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
@@ -12,4 +14,9 @@ xcb_connection_t *WindowSystem::xServer()
     const auto *const gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     auto *const server = gui ? gui->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     return server ? server->connection() : nullptr;
+}
+
+XConnection connectToX()
+{
+    return { xcb_connect(nullptr, nullptr), xcb_disconnect };
 }

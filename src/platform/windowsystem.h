@@ -16,6 +16,12 @@ xcb_connection_t *xServer();
 
 } // namespace WindowSystem
 
+/// A connection of our own, to the server that the environment names.
+using XConnection = std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t *)>;
+
+/// Never null; xcb_connection_has_error() tells whether the server answers. Needs no application object.
+XConnection connectToX();
+
 /// A reply of an X server; null where it did not answer.
 template <typename Reply> using XReply = std::unique_ptr<Reply, decltype(&std::free)>;
 

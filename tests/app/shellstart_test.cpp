@@ -13,19 +13,26 @@ struct Answer {
     QByteArray errors;
 };
 
-/// Runs the program to its end, without a display.
-Answer answerTo(const QStringList &arguments, const QString &locale = u"C"_s)
+/// Runs the program to its end, without a display but for what the variables, as in "DISPLAY=:0", name.
+Answer answerTo(const QStringList &arguments, const QString &locale = u"C"_s, const QString &variable = {})
 {
     QProcess program;
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     for (const QString &name : { u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s })
         variables.remove(name);
     variables.insert(u"LC_ALL"_s, locale);
+    if (!variable.isEmpty())
+        variables.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
     program.setProcessEnvironment(variables);
     program.start(QStringLiteral(MARLOPAD_PROGRAM), arguments);
     if (!program.waitForFinished() || program.exitStatus() != QProcess::NormalExit)
         return {};
     return { program.exitCode(), program.readAllStandardOutput(), program.readAllStandardError() };
+}
+
+QString withPlainSpaces(const QByteArray &told)
+{
+    return QString::fromUtf8(told).replace(QChar::Nbsp, u' ').replace(QChar(0x202F), u' ');
 }
 
 /// The process that has the window, which a waiting start is not.
@@ -52,6 +59,9 @@ private slots:
     void tellsOnTheTerminal();
     void wrongOptionsAreRefused_data();
     void wrongOptionsAreRefused();
+    void saysThatThereIsNoDisplay_data();
+    void saysThatThereIsNoDisplay();
+    void handsOverWithoutADisplay();
     void goesToTheLine();
     void secondStartGoesToTheLine();
     void newFileIsMadeByItsFirstSave();
@@ -107,8 +117,7 @@ void ShellStartTest::tellsOnTheTerminal()
     QFETCH(QByteArray, told);
     const Answer answer = answerTo({ option }, locale);
     QCOMPARE(answer.status, 0);
-    QVERIFY2(QString::fromUtf8(answer.output).replace(QChar::Nbsp, u' ').startsWith(QString::fromUtf8(told)),
-        answer.output.constData());
+    QVERIFY2(withPlainSpaces(answer.output).startsWith(QString::fromUtf8(told)), answer.output.constData());
     QCOMPARE(answer.errors, QByteArray());
 }
 
@@ -133,8 +142,61 @@ void ShellStartTest::wrongOptionsAreRefused()
     const Answer answer = answerTo({ u"a.txt"_s, u"--nonsense"_s }, locale);
     QCOMPARE(answer.status, 2);
     QCOMPARE(answer.output, QByteArray());
-    QCOMPARE(QString::fromUtf8(answer.errors).replace(QChar::Nbsp, u' ').replace(QChar(0x202F), u' '),
-        QString::fromUtf8(error));
+    QCOMPARE(withPlainSpaces(answer.errors), QString::fromUtf8(error));
+}
+
+void ShellStartTest::saysThatThereIsNoDisplay_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("locale");
+    const auto row = [](const QStringList &options, const QString &variable, const char *locale = "C") {
+        QTest::addRow("%s %s %s", qPrintable(options.join(u' ')),
+            variable.isEmpty() ? "none named" : qPrintable(variable), locale)
+            << options << variable << QString::fromLatin1(locale);
+    };
+    row({}, QString());
+    row({}, QString(), "fr_FR.UTF-8");
+    row({}, QString(), "ja_JP.UTF-8");
+    row({ u"--wait"_s }, QString());
+    row({}, u"DISPLAY=:987"_s);
+    row({ u"-display"_s, u":987"_s }, QString());
+    row({}, u"QT_QPA_PLATFORM=wayland"_s);
+    row({ u"--platform"_s, u"wayland;xcb"_s }, u"WAYLAND_DISPLAY=/nonexistent/wayland-0"_s);
+    row({}, u"QT_QPA_PLATFORM=linuxfb:fb=/nonexistent"_s);
+}
+
+void ShellStartTest::saysThatThereIsNoDisplay()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, variable);
+    QFETCH(QString, locale);
+    const QHash<QString, QString> told{
+        { u"C"_s,
+            u"marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)\n"_s },
+        { u"fr_FR.UTF-8"_s,
+            u"marlopad : il n’y a pas d’écran où afficher une fenêtre (voir DISPLAY et WAYLAND_DISPLAY)\n"_s },
+        { u"ja_JP.UTF-8"_s,
+            u"marlopad: ウィンドウを表示できるディスプレイがありません（DISPLAY、WAYLAND_DISPLAYを確認してください）\n"_s },
+    };
+    const Answer answer = answerTo(options + QStringList{ u"a.txt"_s }, locale, variable);
+    QCOMPARE(answer.status, 1);
+    QCOMPARE(answer.output, QByteArray());
+    QCOMPARE(withPlainSpaces(answer.errors), told.value(locale));
+}
+
+/// As a shell that came in over the network starts it.
+void ShellStartTest::handsOverWithoutADisplay()
+{
+    QVERIFY(start());
+    const QString file = write(u"a.txt"_s, "ab\ncd\n");
+    const Answer answer = answerTo({ file + u":2"_s });
+    QCOMPARE(answer.errors, QByteArray());
+    QCOMPARE(answer.status, 0);
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    QVERIFY(takesKeys());
+    press({ u"x"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("ab\nxcd\n"));
 }
 
 void ShellStartTest::goesToTheLine()
