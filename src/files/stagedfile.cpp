@@ -36,18 +36,18 @@ QByteArray stagedPrefix(QByteArrayView folder, QByteArrayView fileName)
 
 bool removeStagedStrays(const QByteArray &folder, const FileCalls &calls, qsizetype most)
 {
+    bool isEmpty = true;
     bool isClean = true;
     bool isChanged = false;
     const bool isRead = forEachName(calls, folder, most, [&](const QByteArray &name) {
+        isEmpty = isEmpty && (name == "." || name == "..");
         if (!isStaged(name))
             return;
         const bool isRemoved = removeAbandoned(calls, folder + name);
         isChanged = isChanged || isRemoved;
         isClean = isClean && isRemoved;
     });
-    if (!isRead)
-        return errno == ENOENT || errno == ENOTDIR;
-    return isClean && (!isChanged || syncFolder(calls, folder));
+    return isRead && !isEmpty && isClean && (!isChanged || syncFolder(calls, folder));
 }
 
 void removeStagedStraysOnce(const QByteArray &folder, const FileCalls &calls)

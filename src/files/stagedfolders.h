@@ -12,5 +12,6 @@
 /// save does not depend on it.
 void noteStagedFolder(const QByteArray &folder, const FileCalls &calls = FileCalls::system());
 /// Removes what stopped saves have left in the folders that are remembered, and forgets those that have
-/// nothing of the kind any more. Reads whole folders, on disks that may not answer.
+/// nothing of the kind any more. One that is not there, as on a card that is out, or cannot be cleaned up is
+/// remembered for thirty days. Reads whole folders, on disks that may not answer; saves may go on meanwhile.
 void removeNotedStrays(const FileCalls &calls = FileCalls::system());

@@ -84,6 +84,20 @@ NextStart Sandbox::startAgain() const
     return start;
 }
 
+namespace {
+
+/// An empty folder may be one where something is to be mounted: it is looked for again.
+bool isNoteOfEmptyFolder(const QString &name)
+{
+    QFile note(name);
+    if (!name.contains(u"state/marlopad/saves/"_s) || !note.open(QIODevice::ReadOnly))
+        return false;
+    const QString folder = QFile::decodeName(note.readAll().chopped(1)).section(u' ', 1);
+    return QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
+} // namespace
+
 QString Sandbox::unexplained(const NextStart &start) const
 {
     static const QSet<QString> own{ u"documents/file.txt"_s, u"documents/other.txt"_s, u"documents/link"_s,
@@ -95,7 +109,8 @@ QString Sandbox::unexplained(const NextStart &start) const
         offered << FileName::fromBytes(journal.journal);
     for (const QString &file : files()) {
         const bool isKept = file.startsWith(u"state/marlopad/kept-"_s); // and the user is told so
-        if (!own.contains(file) && !isKept && !offered.contains(FileName::fromBytes(m_root) + file))
+        if (!own.contains(file) && !isKept && !isNoteOfEmptyFolder(FileName::fromBytes(m_root) + file)
+            && !offered.contains(FileName::fromBytes(m_root) + file))
             return file;
     }
     return {};

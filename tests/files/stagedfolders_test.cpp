@@ -5,6 +5,13 @@
 #include "tests/files/savedfile.h"
 #include "tests/testprogram.h"
 
+#include <ctime>
+#include <utility>
+
+#include <sys/statvfs.h>
+
+using namespace Qt::StringLiterals;
+
 /// Where saves have written, as a later start knows it.
 class StagedFoldersTest : public QObject, SavedFile {
     Q_OBJECT
@@ -17,7 +24,10 @@ private slots:
     void noteThatIsTornIsWrittenAnew();
     void whatIsInUseIsLookedForAgain();
     void folderThatCannotBeReadIsLookedForAgain();
-    void folderThatIsGoneIsForgotten();
+    void folderThatIsAwayIsLookedForAgain_data();
+    void folderThatIsAwayIsLookedForAgain();
+    void folderThatStaysAwayIsForgotten();
+    void saveThatBeginsMeanwhileIsNoted();
     void saveGoesOnWithoutANote();
     void allOfALargeFolderIsLookedThrough();
 
@@ -108,11 +118,93 @@ void StagedFoldersTest::folderThatCannotBeReadIsLookedForAgain()
     QCOMPARE(listing().size(), 0);
 }
 
-void StagedFoldersTest::folderThatIsGoneIsForgotten()
+void StagedFoldersTest::folderThatIsAwayIsLookedForAgain_data()
 {
-    noteStagedFolder(m_folder + "gone/");
+    QTest::addColumn<QStringList>("instead");
+    QTest::addColumn<bool>("isElsewhere");
+    QTest::newRow("nothing") << QStringList() << false;
+    QTest::newRow("an empty mount point") << QStringList{ u"."_s } << true;
+    QTest::newRow("an empty folder of the same disk") << QStringList{ u"."_s } << false;
+    QTest::newRow("a mount point that is not empty") << QStringList{ u"."_s, u"other.txt"_s } << true;
+}
+
+/// A card that is out at a start, and back at a later one.
+void StagedFoldersTest::folderThatIsAwayIsLookedForAgain()
+{
+    QFETCH(QStringList, instead);
+    QFETCH(bool, isElsewhere);
+    const QDir root(m_dir->path());
+    const QByteArray card = m_folder + "card/";
+    const QByteArray stray = card + ".file.txt.marlopad-0123456789abc";
+    QVERIFY(root.mkdir(u"card"_s));
+    writeFile(card + "file.txt", m_old);
+    writeFile(stray, "half of it");
+    noteStagedFolder(card);
+    QVERIFY(QDir().rename(root.filePath(u"card"_s), root.filePath(u"out"_s)));
+    for (const QString &name : instead) {
+        if (name == u"."_s)
+            QVERIFY(root.mkdir(u"card"_s));
+        else
+            writeFile(card + name.toUtf8(), "");
+    }
+    FileCalls calls = FileCalls::system();
+    calls.statvfs = [isElsewhere](const char *name, struct statvfs *info) {
+        const int result = ::statvfs(name, info);
+        info->f_fsid += isElsewhere ? 1 : 0;
+        return result;
+    };
+    for (int starts = 0; starts < 2; ++starts)
+        removeNotedStrays(calls);
+    QCOMPARE(notes().size(), 1);
+    QDir(root.filePath(u"card"_s)).removeRecursively();
+    QVERIFY(QDir().rename(root.filePath(u"out"_s), root.filePath(u"card"_s)));
+    QVERIFY(QFile::exists(QFile::decodeName(stray)));
     removeNotedStrays();
-    QCOMPARE(notes().size(), 0);
+    QVERIFY(!QFile::exists(QFile::decodeName(stray)));
+    QCOMPARE(notes(), QStringList());
+}
+
+void StagedFoldersTest::folderThatStaysAwayIsForgotten()
+{
+    constexpr time_t day = 24 * 60 * 60;
+    noteStagedFolder(m_folder + "gone/");
+    for (const int days : { 29, 31 }) {
+        const timespec written{ time(nullptr) - days * day, 0 };
+        const timespec times[2] = { written, written };
+        const QByteArray note = notesFolder() + QFile::encodeName(notes().value(0));
+        QCOMPARE(::utimensat(AT_FDCWD, note.constData(), times, 0), 0);
+        removeNotedStrays();
+        QCOMPARE(notes().size(), days < 30 ? 1 : 0);
+    }
+}
+
+/// In a folder of which everything was read by then.
+void StagedFoldersTest::saveThatBeginsMeanwhileIsNoted()
+{
+    writeFile(m_folder + "file.txt", m_old);
+    noteStagedFolder(m_folder);
+    FileCalls calls = FileCalls::system();
+    bool isBeingRead = false;
+    bool isBegun = false;
+    calls.opendir = [&](const char *name) {
+        DIR *const folder = ::opendir(name);
+        isBeingRead = folder && name == m_folder;
+        return folder;
+    };
+    calls.closedir = [&](DIR *folder) {
+        if (std::exchange(isBeingRead, false)) {
+            noteStagedFolder(m_folder);
+            writeFile(stray(), "half of it");
+            isBegun = true;
+        }
+        return ::closedir(folder);
+    };
+    removeNotedStrays(calls);
+    QVERIFY(isBegun);
+    QCOMPARE(listing().size(), 2);
+    removeNotedStrays();
+    QCOMPARE(listing(), QStringList{ u"file.txt"_s });
+    QCOMPARE(notes(), QStringList());
 }
 
 void StagedFoldersTest::saveGoesOnWithoutANote()
