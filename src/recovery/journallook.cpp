@@ -3,6 +3,7 @@
 namespace {
 
 constexpr qint64 unitsOfLook = qint64{ 1 } << 20;
+constexpr qint64 bytesOfLook = qint64{ 1 } << 22;
 
 } // namespace
 
@@ -27,18 +28,24 @@ JournalLook::JournalLook(SharedJournal journal, TextSnapshot text)
 JobWork::Step JournalLook::step(JobTurn &turn)
 {
     const bool isDone = !lookOn();
-    const qint64 units = m_journal->outline.base.length;
-    turn.tellProgress({ units - m_rest.length(), units });
+    tellProgress(turn);
     return isDone ? Step::Done : Step::More;
+}
+
+/// The text may turn out to be longer than what is looked at.
+void JournalLook::tellProgress(JobTurn &turn) const
+{
+    if (m_outline)
+        turn.tellProgress({ m_journal->reader.offset(), m_bytes + m_text.length() });
+    else if (const qint64 units = m_rest.end - Offset())
+        turn.tellProgress({ m_bytes + units - m_rest.length(), m_bytes + units });
 }
 
 bool JournalLook::lookOn()
 {
     if (!m_isOpen) {
-        m_isOpen = true;
-        if (m_journal->outline.commits == 0)
-            m_journal->outline = outlineOf(m_journal->reader);
-        return beginHash();
+        m_isOpen = readOutline();
+        return !m_isOpen || beginHash();
     }
     const TextRange next = { m_rest.start, qMin(m_rest.start + unitsOfLook, m_rest.end) };
     m_rest.start = next.end;
@@ -47,6 +54,22 @@ bool JournalLook::lookOn()
         return true;
     m_result = m_hash.result();
     return false;
+}
+
+/// Whether it is read.
+bool JournalLook::readOutline()
+{
+    if (m_journal->outline.commits > 0)
+        return true;
+    if (!m_outline) {
+        m_bytes = m_journal->reader.size();
+        m_outline.emplace(m_journal->reader);
+    }
+    if (!m_outline->readOn(bytesOfLook))
+        return false;
+    m_journal->outline = m_outline->outline();
+    m_outline.reset();
+    return true;
 }
 
 /// False: nobody asks for one.

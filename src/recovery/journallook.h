@@ -37,10 +37,14 @@ public:
     std::optional<quint64> hash() const { return m_result; }
 
 private:
+    bool readOutline();
     bool beginHash();
+    void tellProgress(JobTurn &turn) const;
 
     const SharedJournal m_journal;
     const TextSnapshot m_text;
+    qint64 m_bytes = 0; ///< of the journal that is looked through
+    std::optional<OutlineReading> m_outline; ///< while it is
     bool m_isOpen = false;
     TextRange m_rest;
     TextHash m_hash;

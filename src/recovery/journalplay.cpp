@@ -57,63 +57,6 @@ private:
     bool m_isSound = true;
 };
 
-/// Follows the lengths of the texts from commit to commit.
-class OutlineReader {
-public:
-    explicit OutlineReader(const JournalBase &base)
-        : m_base(base)
-        , m_next(base.length, base.length)
-    {
-        outline.base = base;
-    }
-
-    /// False where what follows cannot be relied upon.
-    bool take(const JournalRecord &record)
-    {
-        switch (record.type) {
-        case RecordType::Base:
-            return false;
-        case RecordType::BaseText:
-            return EditReader::read(record.content, m_kept) && m_kept.isSound();
-        case RecordType::BaseEnd:
-            return takeEnd(record.content);
-        case RecordType::Edit:
-            return EditReader::read(record.content, m_next) && m_next.isSound();
-        case RecordType::Commit:
-            return takeCommit(record.content);
-        }
-        return false;
-    }
-
-    JournalOutline outline;
-
-private:
-    bool takeEnd(QByteArrayView content)
-    {
-        const auto seen = baseSeenIn(content);
-        if (!seen || (seen->isTextKept && m_kept.length() > m_base.length))
-            return false;
-        if (!seen->isTextKept || m_kept.length() == m_base.length)
-            outline.seen = seen;
-        return true;
-    }
-
-    bool takeCommit(QByteArrayView content)
-    {
-        const auto state = stateIn(content);
-        if (!state || state->length != m_next.length())
-            return false;
-        outline.state = *state;
-        ++outline.commits;
-        m_next = PartCheck(state->length, m_base.length);
-        return true;
-    }
-
-    JournalBase m_base;
-    PartCheck m_next; ///< the text that the next commit ends
-    PartCheck m_kept{ 0, 0 }; ///< text alone: there is nothing to be copied from
-};
-
 /// Puts text and pieces of others one behind the other. It is measured when it comes into a document.
 class PieceBuilder {
 public:
@@ -196,14 +139,96 @@ std::optional<JournalBase> startWithBase(JournalReader &journal)
 
 } // namespace
 
+/// Follows the lengths of the texts from commit to commit.
+class OutlineReading::Reader {
+public:
+    explicit Reader(const JournalBase &base)
+        : m_base(base)
+        , m_next(base.length, base.length)
+    {
+        outline.base = base;
+    }
+
+    /// False where what follows cannot be relied upon.
+    bool take(const JournalRecord &record)
+    {
+        switch (record.type) {
+        case RecordType::Base:
+            return false;
+        case RecordType::BaseText:
+            return EditReader::read(record.content, m_kept) && m_kept.isSound();
+        case RecordType::BaseEnd:
+            return takeEnd(record.content);
+        case RecordType::Edit:
+            return EditReader::read(record.content, m_next) && m_next.isSound();
+        case RecordType::Commit:
+            return takeCommit(record.content);
+        }
+        return false;
+    }
+
+    JournalOutline outline;
+
+private:
+    bool takeEnd(QByteArrayView content)
+    {
+        const auto seen = baseSeenIn(content);
+        if (!seen || (seen->isTextKept && m_kept.length() > m_base.length))
+            return false;
+        if (!seen->isTextKept || m_kept.length() == m_base.length)
+            outline.seen = seen;
+        return true;
+    }
+
+    bool takeCommit(QByteArrayView content)
+    {
+        const auto state = stateIn(content);
+        if (!state || state->length != m_next.length())
+            return false;
+        outline.state = *state;
+        ++outline.commits;
+        m_next = PartCheck(state->length, m_base.length);
+        return true;
+    }
+
+    JournalBase m_base;
+    PartCheck m_next; ///< the text that the next commit ends
+    PartCheck m_kept{ 0, 0 }; ///< text alone: there is nothing to be copied from
+};
+
+OutlineReading::OutlineReading(JournalReader &journal)
+    : m_journal(journal)
+{
+    if (const auto base = startWithBase(journal))
+        m_reader = std::make_unique<Reader>(*base);
+}
+
+OutlineReading::~OutlineReading() = default;
+
+bool OutlineReading::readOn(qint64 bytes)
+{
+    if (!m_reader)
+        return true;
+    const qint64 end = m_journal.offset() + bytes;
+    while (m_journal.offset() < end) {
+        const auto record = m_journal.next();
+        if (!record || !m_reader->take(*record))
+            return true;
+    }
+    return false;
+}
+
+const JournalOutline &OutlineReading::outline() const
+{
+    static const JournalOutline none;
+    return m_reader ? m_reader->outline : none;
+}
+
 JournalOutline outlineOf(JournalReader &journal)
 {
-    const auto base = startWithBase(journal);
-    if (!base)
-        return {};
-    OutlineReader reader(*base);
-    for (auto record = journal.next(); record && reader.take(*record); record = journal.next()) { }
-    return reader.outline;
+    OutlineReading reading(journal);
+    while (!reading.readOn(qint64{ 1 } << 40)) { }
+    return reading.outline();
 }
 
 class KeptBase::Builder : public EditReader::Parts {

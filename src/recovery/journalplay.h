@@ -21,6 +21,26 @@ struct JournalOutline {
 /// is read once, or a few times where its start is lost.
 JournalOutline outlineOf(JournalReader &journal);
 
+/// The same in steps.
+class OutlineReading {
+public:
+    /// `journal` is not owned. Reads its base, which takes all of it where its start is lost.
+    explicit OutlineReading(JournalReader &journal);
+    ~OutlineReading();
+    Q_DISABLE_COPY_MOVE(OutlineReading)
+
+    /// Reads so many bytes or a few more; whether all is read.
+    bool readOn(qint64 bytes);
+    /// As far as it is read.
+    const JournalOutline &outline() const;
+
+private:
+    class Reader;
+
+    JournalReader &m_journal;
+    std::unique_ptr<Reader> m_reader; ///< null: there is no journal
+};
+
 /// What the journal keeps of the text of the base: all of it where its outline says so, or its end where the
 /// start is lost, or nothing. Read in turns.
 class KeptBase {

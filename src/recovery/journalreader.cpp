@@ -20,6 +20,12 @@ void JournalReader::rewind()
     m_isStarted = m_start > 0;
 }
 
+qint64 JournalReader::size() const
+{
+    struct stat info { };
+    return m_calls.fstat(m_file, &info) == 0 ? info.st_size : 0;
+}
+
 bool JournalReader::skipDamage()
 {
     constexpr qint64 mostDamage = 1 << 22;

@@ -13,12 +13,16 @@ public:
     /// From the start again.
     void rewind();
     /// What follows is the start from now on.
-    void startHere() { m_start = m_offset - (m_block.size() - m_used); }
+    void startHere() { m_start = offset(); }
     /// Starts with the first record that is whole, wherever that stands: what begins the file is lost. False:
     /// there is none within the first megabytes, which are more than a disk loses at once.
     bool skipDamage();
     /// Nothing behind the last one that is whole.
     std::optional<JournalRecord> next();
+    /// Bytes of the file before what is to be read next.
+    qint64 offset() const { return m_offset - (m_block.size() - m_used); }
+    /// Of the file; 0 where it cannot be asked.
+    qint64 size() const;
     /// The file could not be read, and there may be more.
     bool hasFailed() const { return m_hasFailed; }
 
