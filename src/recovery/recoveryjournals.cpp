@@ -35,6 +35,8 @@ RecoveryJournals::RecoveryJournals(QByteArray folder, const FileCalls &calls, Jo
     connect(&m_jobs, &JournalJobs::told, this, &RecoveryJournals::noteResult);
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &RecoveryJournals::writeDue);
+    m_lookingAgain.setSingleShot(true);
+    connect(&m_lookingAgain, &QTimer::timeout, this, &RecoveryJournals::lookForLeftBehind);
 }
 
 RecoveryJournals::~RecoveryJournals() = default;
@@ -182,11 +184,16 @@ void RecoveryJournals::retry()
 
 void RecoveryJournals::lookForLeftBehind()
 {
+    m_lookingAgain.stop();
     auto work = std::make_unique<LookingWork>(m_folder, m_calls);
     const LookingWork &looking = *work;
     m_looking = std::make_unique<Job>(std::move(work), m_jobs.runner());
-    connect(
-        m_looking.get(), &Job::finished, this, [this, &looking] { emit foundLeftBehind(looking.found()); });
+    connect(m_looking.get(), &Job::finished, this, [this, &looking](JobOutcome outcome) {
+        if (outcome == JobOutcome::Done)
+            emit foundLeftBehind(looking.found());
+        else
+            m_lookingAgain.start(int(WriteSchedule::firstRetry));
+    });
 }
 
 Restored RecoveryJournals::restore(const LeftBehind &found, TextDocument &document)

@@ -61,7 +61,7 @@ public:
     void retry();
 
     /// Looks for journals that other runs left behind, as a job; foundLeftBehind() tells what was found when
-    /// this was asked for last. See findLeftBehind().
+    /// this was asked for last; where there is too little memory, later. See findLeftBehind().
     void lookForLeftBehind();
     /// Restores one into an attached document; see restore(). Its journal goes when the document has one of
     /// its own or needs none; the result has it where not all of it could be restored.
@@ -96,6 +96,7 @@ private:
     std::map<const QObject *, std::unique_ptr<DocumentJournal>> m_journals;
     std::map<int, std::unique_ptr<DocumentJournal>> m_leaving; ///< by number; null: on its last way
     std::unique_ptr<Job> m_looking;
+    QTimer m_lookingAgain; ///< when there was too little memory for it
     QTimer m_timer;
     int m_failure = 0;
 };

@@ -1,6 +1,9 @@
 #include "tests/recovery/recoveryfolder.h"
 #include "tests/testprogram.h"
 
+#include <atomic>
+#include <new>
+
 #include <QSignalSpy>
 #include <QTest>
 
@@ -42,6 +45,7 @@ private slots:
     void anotherLoadBeginsAnew();
     void textSetAsAWholeComesBack();
     void endDuringALoadKeepsWhatWasWritten();
+    void looksAgainWhenThereIsMemory();
 
 private:
     QString path() const { return m_folder->documents().path(); }
@@ -536,6 +540,28 @@ void RecoveryJournalsTest::endDuringALoadKeepsWhatWasWritten()
     Run run(*m_folder);
     run.journals.restore(found[0], run.document);
     QCOMPARE(run.text(), u"kept old\n"_s);
+}
+
+/// Nothing is said until then: an offer to restore stays.
+void RecoveryJournalsTest::looksAgainWhenThereIsMemory()
+{
+    {
+        Run run(*m_folder);
+        run.document.replace(Offset(0), 0, u"text"_s);
+        QVERIFY(run.pause());
+    }
+    FileCalls calls = FileCalls::system();
+    calls.opendir = [isFirst = std::make_shared<std::atomic<bool>>(true)](const char *name) {
+        if (isFirst->exchange(false))
+            throw std::bad_alloc();
+        return FileCalls::system().opendir(name);
+    };
+    RecoveryJournals journals(m_folder->journals(), calls);
+    QList<size_t> found;
+    connect(&journals, &RecoveryJournals::foundLeftBehind, this,
+        [&found](const std::vector<LeftBehind> &texts) { found << texts.size(); });
+    journals.lookForLeftBehind();
+    QTRY_COMPARE(found, QList<size_t>{ 1 });
 }
 
 REGISTER_TEST(runCoreTest<RecoveryJournalsTest>)
