@@ -1,6 +1,7 @@
 #include "jobs/jobrun.h"
 
 #include "jobs/jobrunner.h"
+#include "jobs/memoryleft.h"
 
 #include <new>
 
@@ -47,6 +48,7 @@ std::optional<JobOutcome> JobRun::makeStep()
 JobWork::Step JobRun::tryStep()
 {
     try {
+        MemoryLeft::require();
         return m_work->step(*this);
     } catch (const std::bad_alloc &) {
         m_work->giveUp();
