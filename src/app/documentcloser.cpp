@@ -34,6 +34,8 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
 {
     if (m_saver.isSaving(editor))
         return m_saver.whenSaved(editor, then);
+    if (isInputToLose(editor))
+        return saveInputIfWanted(editor, then);
     if (isTextComing(editor)) {
         return whenTextIsThere(editor, [this, editor, then](bool isThere) {
             // Whoever was told before may have closed it.
@@ -55,6 +57,37 @@ void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bo
         return then(false);
     }
     Q_UNREACHABLE();
+}
+
+bool DocumentCloser::isInputToLose(const ctlEditer *editor) const
+{
+    return m_loader.isInputComing(editor) && editor->store().length() > 0;
+}
+
+/// It goes on coming until that is answered: nobody could bring back what does not.
+void DocumentCloser::saveInputIfWanted(ctlEditer *editor, const std::function<void(bool)> &then)
+{
+    switch (askToSave(*editor)) {
+    case Answer::Yes:
+        return saveInput(editor, then);
+    case Answer::No:
+        return then(true);
+    case Answer::Cancel:
+        return then(false);
+    }
+    Q_UNREACHABLE();
+}
+
+void DocumentCloser::saveInput(ctlEditer *editor, const std::function<void(bool)> &then)
+{
+    if (!isTextComing(editor))
+        return m_saver.beginSave(editor, then);
+    whenTextIsThere(editor, [this, editor, then](bool isThere) {
+        if (isThere && m_documents.editors().contains(editor))
+            m_saver.beginSave(editor, then);
+        else
+            then(false);
+    });
 }
 
 bool DocumentCloser::isTextComing() const
@@ -151,7 +184,10 @@ bool DocumentCloser::mayCloseLast(ctlEditer *editor, EditsAtClosing edits)
     m_loader.stopReplacing(editor);
     if (isTextComing(editor))
         m_documents.setCurrent(editor);
-    if (!waitForText(editor) || !m_documents.editors().contains(editor))
+    const bool isAsked = edits == EditsAtClosing::Ask && isInputToLose(editor);
+    if (!isAsked && !waitForText(editor))
+        return false;
+    if (!m_documents.editors().contains(editor))
         return false;
     if (edits == EditsAtClosing::Save && editor->edited() && !m_saver.isSaving(editor)
         && !m_saver.save(editor))

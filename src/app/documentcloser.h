@@ -24,8 +24,8 @@ public:
         EditRuns &edits, RecentPlaces &places);
 
     /// Asks about an edited document and saves it on "Yes". Waits for a long edit before and for a save that
-    /// is under way; the window goes on meanwhile. Of standard input what has come by now is all. False when
-    /// it is not to be closed, or is closed by then.
+    /// is under way; the window goes on meanwhile. Standard input is asked about while it comes, and what has
+    /// come by the answer is all, but for "Cancel". False when it is not to be closed, or is closed by then.
     bool saveIfWanted(ctlEditer *editor);
     /// A long edit of one of them, or text from standard input.
     bool isTextComing() const;
@@ -49,6 +49,9 @@ private:
 
     Answer askToSave(const ctlEditer &editor);
     void saveIfWanted(ctlEditer *editor, const std::function<void(bool mayClose)> &then);
+    void saveInputIfWanted(ctlEditer *editor, const std::function<void(bool mayClose)> &then);
+    void saveInput(ctlEditer *editor, const std::function<void(bool isSaved)> &then);
+    bool isInputToLose(const ctlEditer *editor) const;
     bool mayCloseLast(ctlEditer *editor, EditsAtClosing edits);
     bool isTextComing(const ctlEditer *editor) const;
     void whenTextIsThere(ctlEditer *editor, const std::function<void(bool isThere)> &then);
