@@ -2,17 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr">
 <context>
-    <name>AwaitedAnswer</name>
-    <message>
-        <source>Error</source>
-        <translation>Erreur</translation>
-    </message>
-    <message>
-        <source>There is not enough memory for this!</source>
-        <translation>Mémoire insuffisante.</translation>
-    </message>
-</context>
-<context>
     <name>CommandLine</name>
     <message>
         <source>&apos;%1&apos; needs a file behind it</source>
@@ -372,6 +361,12 @@
         <translation>Plus tard</translation>
     </message>
     <message>
+        <source>There is not enough memory to restore these texts:
+%1</source>
+        <translation>Mémoire insuffisante pour restaurer ces textes&#xa0;:
+%1</translation>
+    </message>
+    <message>
         <source>These texts could not be restored:
 %1</source>
         <translation>Ces textes n’ont pas pu être restaurés&#xa0;:
@@ -494,6 +489,18 @@
     <message>
         <source>Stopping</source>
         <translation>Arrêt en cours</translation>
+    </message>
+    <message>
+        <source>Restoring</source>
+        <translation>Restauration</translation>
+    </message>
+    <message>
+        <source>Not while it is being restored</source>
+        <translation>Pas pendant la restauration</translation>
+    </message>
+    <message>
+        <source>Restoring has ended</source>
+        <translation>Restauration terminée</translation>
     </message>
     <message>
         <source>Loading has ended</source>
@@ -661,6 +668,10 @@ Cela n’a pas été possible. Enregistrez le texte sous un autre nom, ou veille
     <message>
         <source>This is a device or a pipe, not a file!</source>
         <translation>Il s’agit d’un périphérique ou d’un tube et non d’un fichier.</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for this!</source>
+        <translation>Mémoire insuffisante.</translation>
     </message>
     <message>
         <source>There is not enough memory for this file!</source>

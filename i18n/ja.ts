@@ -2,17 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja">
 <context>
-    <name>AwaitedAnswer</name>
-    <message>
-        <source>Error</source>
-        <translation>エラー</translation>
-    </message>
-    <message>
-        <source>There is not enough memory for this!</source>
-        <translation>メモリが足りません。</translation>
-    </message>
-</context>
-<context>
     <name>CommandLine</name>
     <message>
         <source>&apos;%1&apos; needs a file behind it</source>
@@ -371,6 +360,12 @@
         <translation>後で</translation>
     </message>
     <message>
+        <source>There is not enough memory to restore these texts:
+%1</source>
+        <translation>次のテキストを復元するにはメモリーが足りません:
+%1</translation>
+    </message>
+    <message>
         <source>These texts could not be restored:
 %1</source>
         <translation>次のテキストは復元できませんでした:
@@ -493,6 +488,18 @@
     <message>
         <source>Stopping</source>
         <translation>中止しています</translation>
+    </message>
+    <message>
+        <source>Restoring</source>
+        <translation>復元中</translation>
+    </message>
+    <message>
+        <source>Not while it is being restored</source>
+        <translation>復元中にはできません</translation>
+    </message>
+    <message>
+        <source>Restoring has ended</source>
+        <translation>復元が終わりました</translation>
     </message>
     <message>
         <source>Loading has ended</source>
@@ -660,6 +667,10 @@ That was not possible. Save the text under another name, or see to it that this 
     <message>
         <source>This is a device or a pipe, not a file!</source>
         <translation>これはファイルではなくデバイスまたはパイプです。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for this!</source>
+        <translation>メモリが足りません。</translation>
     </message>
     <message>
         <source>There is not enough memory for this file!</source>

@@ -6,12 +6,7 @@
 #include "editor/noticequeue.h"
 #include "settings/settings.h"
 
-#include <QDeadlineTimer>
-
-#include <chrono>
 #include <utility>
-
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -35,10 +30,12 @@ ArrivingFile::ArrivingFile(
     , m_shown(shown)
     , m_codesBefore{ m_document.charCode(), m_document.returnCode() }
     , m_jobs(jobs)
+    , m_taking(
+          this, jobs.turn, [this](QDeadlineTimer end) { return takeSome(end); }, [this] { noteTaken(); },
+          [this] { fail(); })
 {
     m_sign.emplace(
         notices, &m_editor, WorkNotice::Work::Loading, [this] { isOfInput() ? endInput() : stop(); });
-    m_taking.callOnTimeout(this, &ArrivingFile::takeSome);
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
     m_document.setHeld(true);
     if (isOfInput())
@@ -96,12 +93,11 @@ void ArrivingFile::collect()
 {
     for (ReadWork::Part &part : m_work->take())
         m_waiting.push_back(std::move(part));
-    takeSome();
+    m_taking.goOn();
 }
 
-void ArrivingFile::takeSome()
+bool ArrivingFile::takeSome(QDeadlineTimer end)
 {
-    const QDeadlineTimer end(m_jobs.turn);
     bool isLaidOut = updateLayout(end);
     while (isLaidOut && !m_waiting.empty()) {
         takePart(std::move(m_waiting.front()));
@@ -110,11 +106,11 @@ void ArrivingFile::takeSome()
         if (end.hasExpired())
             break;
     }
-    if (!isLaidOut || !m_waiting.empty()) {
-        m_taking.start(0ms);
-        return;
-    }
-    m_taking.stop();
+    return isLaidOut && m_waiting.empty();
+}
+
+void ArrivingFile::noteTaken()
+{
     if (m_isRead)
         showWhole();
     else
@@ -186,7 +182,7 @@ void ArrivingFile::endReading(JobOutcome outcome)
         return;
     }
     m_isRead = true;
-    takeSome();
+    m_taking.goOn();
 }
 
 void ArrivingFile::showWhole()
@@ -246,7 +242,14 @@ void ArrivingFile::stop()
 
 ReadFailure ArrivingFile::failure() const
 {
-    return m_work->failure();
+    return m_hasTooLittleMemory ? ReadFailure::TooLarge : m_work->failure();
+}
+
+void ArrivingFile::fail()
+{
+    m_hasTooLittleMemory = true;
+    m_job->stop();
+    end(End::Failed);
 }
 
 /// Whoever is told may destroy this.

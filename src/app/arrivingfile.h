@@ -4,9 +4,10 @@
 #include "document/readwork.h"
 #include "editor/worksign.h"
 #include "jobs/job.h"
+#include "jobs/workturns.h"
 #include "text/layoutchange.h"
 
-#include <QTimer>
+#include <QDeadlineTimer>
 
 #include <deque>
 #include <functional>
@@ -80,7 +81,9 @@ private:
     QString folder() const;
     QString name() const;
     void collect();
-    void takeSome();
+    bool takeSome(QDeadlineTimer end);
+    void noteTaken();
+    void fail();
     const TextStore &text() const;
     void beginText(FileCodes codes);
     bool updateLayout(QDeadlineTimer end);
@@ -103,11 +106,12 @@ private:
     const WindowJobs &m_jobs;
     std::optional<WorkSign> m_sign; ///< until the end
     std::deque<ReadWork::Part> m_waiting; ///< parts to be taken into the text
-    QTimer m_taking;
+    WorkTurns m_taking;
     TextStore m_aside; ///< what has come and is not shown
     std::optional<LayoutChange> m_layoutChange; ///< of that
     quint64 m_layoutGiven = 0; ///< what is still to be read is measured by
     bool m_isRead = false; ///< what waits is the rest
+    bool m_hasTooLittleMemory = false; ///< to take over what was read
     ReadWork *m_work = nullptr; ///< owned by the job
     std::optional<Job> m_job;
 };

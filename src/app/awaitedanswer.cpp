@@ -3,7 +3,7 @@
 #include "app/documentarea.h"
 #include "document/textdocument.h"
 #include "editor/ctlediter.h"
-#include "platform/messagebox.h"
+#include "editor/memorybox.h"
 
 AwaitedAnswer::AwaitedAnswer(ctlEditer &editor, DocumentArea &documents, std::unique_ptr<JobWork> work,
     WorkNotice::Work kind, JobRunner &runner, IsWanted isWanted)
@@ -50,7 +50,7 @@ void AwaitedAnswer::answer()
     DocumentArea &documents = m_documents;
     end(isWanted && !m_hasFailed); // who is told may destroy this
     if (isFailureToTell)
-        MessageBox::critical(&documents, tr("Error"), tr("There is not enough memory for this!"));
+        tellTooLittleMemory(&documents);
 }
 
 void AwaitedAnswer::end(bool isAnswered)

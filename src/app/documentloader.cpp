@@ -548,7 +548,8 @@ bool DocumentLoader::isLong(const QString &path) const
     return isLarge(fileOf(path, {}));
 }
 
-void DocumentLoader::readBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Ended &ended)
+const ArrivingFile &DocumentLoader::readBehind(
+    ctlEditer *editor, const ArrivingFile::Source &source, const Ended &ended)
 {
     using Shown = ArrivingFile::Shown;
     const Shown shown = isFresh(*editor) ? Shown::PartByPart : Shown::WhenWhole;
@@ -556,6 +557,7 @@ void DocumentLoader::readBehind(ctlEditer *editor, const ArrivingFile::Source &s
     m_documents.refresh(editor);
     connect(&editor->document(), &TextDocument::codesChanged, &arriving,
         [=, this] { m_documents.refresh(editor); });
+    return arriving;
 }
 
 /// The first to hear of its end is the loader itself, whose box may outlive the file's object.

@@ -94,8 +94,9 @@ public:
     using Ended = std::function<void(ArrivingFile::End end)>;
     /// Reads a file behind the window, into a document that has nothing to lose, for whoever makes more of
     /// its text. The cursor goes nowhere, and the user is not told of a failure. `ended` is called when the
-    /// document is held no more, as ArrivingFile::ended() tells; not at all where it was closed before.
-    void readBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Ended &ended);
+    /// document is held no more, as ArrivingFile::ended() tells; not at all where it was closed before. What
+    /// is returned is there until then.
+    const ArrivingFile &readBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Ended &ended);
 
     /// Makes a document without text what it is now, whatever has come into it by then.
     std::function<void()> freshAgain(ctlEditer *editor);

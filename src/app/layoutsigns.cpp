@@ -2,6 +2,8 @@
 
 #include "app/documentarea.h"
 #include "editor/ctlediter.h"
+#include "editor/memorybox.h"
+#include "platform/freeturn.h"
 #include "widget/viewlayout.h"
 
 LayoutSigns::LayoutSigns(DocumentArea &documents)
@@ -24,4 +26,6 @@ void LayoutSigns::watch(ctlEditer *editor)
     connect(&layout, &ViewLayout::progressed, this,
         [this, editor](int percent) { m_signs.at(editor).setProgress(percent); });
     connect(&layout, &ViewLayout::ended, this, [this, editor] { m_signs.erase(editor); });
+    connect(&layout, &ViewLayout::failed, editor,
+        [editor] { FreeTurn::once(editor, [editor] { tellTooLittleMemory(editor); }); });
 }

@@ -15,10 +15,12 @@ LongEdit::LongEdit(ctlEditer &editor, Task task, DocumentArea &documents, JobRun
     , m_task(std::move(task))
     , m_documents(documents)
     , m_runner(runner)
+    , m_asking(
+          this, longestTurn, [this](QDeadlineTimer end) { return askForWidths(end); }, [this] { begin(); },
+          [this] { fail(); })
 {
     m_sign.emplace(documents.notices(), &m_editor, m_task.work, [this] { stop(); });
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
-    m_asking.callOnTimeout(this, &LongEdit::makeAnew);
     m_document.setHeld(true);
     begin();
 }
@@ -54,7 +56,7 @@ void LongEdit::takeOver()
     } else if (m_outcome != JobOutcome::Done) {
         fail();
     } else if (!m_work->text().isLaidOutAs(std::as_const(m_document).store())) {
-        makeAnew();
+        m_asking.goOn();
     } else {
         m_document.setHeld(false);
         m_task.put(m_work->text().take());
@@ -63,15 +65,9 @@ void LongEdit::takeOver()
 }
 
 /// A font takes a twentieth of a second for some thousand widths.
-void LongEdit::makeAnew()
+bool LongEdit::askForWidths(QDeadlineTimer end)
 {
-    const TextStore &store = std::as_const(m_document).store();
-    if (m_work->text().askForWidths(store, QDeadlineTimer(longestTurn))) {
-        m_asking.stop();
-        begin();
-    } else {
-        m_asking.start();
-    }
+    return m_work->text().askForWidths(std::as_const(m_document).store(), end);
 }
 
 void LongEdit::stop()

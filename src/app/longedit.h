@@ -3,10 +3,10 @@
 #include "editor/partwisetext.h"
 #include "editor/worksign.h"
 #include "jobs/job.h"
+#include "jobs/workturns.h"
 #include "platform/freeturn.h"
 
 #include <QObject>
-#include <QTimer>
 
 #include <functional>
 #include <optional>
@@ -50,7 +50,7 @@ private:
     void note(const JobProgress &progress);
     void finish(JobOutcome outcome);
     void takeOver();
-    void makeAnew();
+    bool askForWidths(QDeadlineTimer end);
     void fail();
     void end(bool isMade);
 
@@ -61,7 +61,7 @@ private:
     JobRunner &m_runner;
     std::optional<WorkSign> m_sign; ///< until the end
     JobOutcome m_outcome = JobOutcome::Stopped;
-    QTimer m_asking; ///< while the font is asked for widths, in turns
+    WorkTurns m_asking; ///< while the font is asked for widths
     FreeTurn m_end{ [this] { takeOver(); } };
     PartwiseWork *m_work = nullptr; ///< owned by the job
     std::optional<Job> m_job;

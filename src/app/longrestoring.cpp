@@ -6,20 +6,20 @@
 #include "editor/ctlediter.h"
 #include "files/filename.h"
 #include "files/statefolder.h"
+#include "jobs/memoryleft.h"
 #include "recovery/recoveryjournals.h"
 
-#include <chrono>
 #include <utility>
-
-using namespace std::chrono_literals;
 
 LongRestoring::LongRestoring(ctlEditer &editor, LongText &&text, const Parts &parts)
     : m_editor(editor)
     , m_document(editor.document())
     , m_text(std::move(text))
     , m_parts(parts)
+    , m_turns(
+          this, parts.jobs.turn, [this](QDeadlineTimer end) { return prepare(end); }, [this] { finish(); },
+          [this] { fail(); })
 {
-    m_turns.callOnTimeout(this, &LongRestoring::takeTurn);
     if (m_text.found.readAs)
         readFile();
     else
@@ -37,7 +37,14 @@ void LongRestoring::readBehind(const FileChoice &file, void (LongRestoring::*nex
 {
     ArrivingFile::Source source{ file, m_text.found.readAs->utf16 };
     source.file.charCode = m_text.found.readAs->code;
-    m_parts.loader.readBehind(&m_editor, source, [this, next](ArrivingFile::End end) { (this->*next)(end); });
+    m_arriving = &m_parts.loader.readBehind(
+        &m_editor, source, [this, next](ArrivingFile::End end) { (this->*next)(end); });
+}
+
+/// Without its file a text would come back as another one.
+bool LongRestoring::hasFailedForMemory(ArrivingFile::End end) const
+{
+    return end == ArrivingFile::End::Failed && m_arriving->failure() == ReadFailure::TooLarge;
 }
 
 void LongRestoring::endReading(ArrivingFile::End end)
@@ -45,6 +52,8 @@ void LongRestoring::endReading(ArrivingFile::End end)
     m_isFileRead = end == ArrivingFile::End::Whole;
     if (end == ArrivingFile::End::Stopped)
         emit stopped();
+    else if (hasFailedForMemory(end))
+        emit failed();
     else
         look(m_isFileRead ? TextSnapshot(std::as_const(m_document).store()) : TextSnapshot());
 }
@@ -62,17 +71,19 @@ void LongRestoring::endReadingCopy(ArrivingFile::End end)
 {
     if (end == ArrivingFile::End::Stopped) {
         emit stopped();
+    } else if (hasFailedForMemory(end)) {
+        emit failed();
     } else if (end == ArrivingFile::End::Whole) {
         look(TextSnapshot(std::as_const(m_document).store()));
     } else {
-        hold();
+        hold(WorkNotice::Work::Loading);
         goOn();
     }
 }
 
 void LongRestoring::look(TextSnapshot text)
 {
-    hold();
+    hold(WorkNotice::Work::Loading);
     auto work = std::make_unique<JournalLook>(m_text.journal, std::move(text));
     m_look = work.get();
     m_job.emplace(std::move(work), *m_parts.jobs.runner);
@@ -83,13 +94,13 @@ void LongRestoring::look(TextSnapshot text)
 void LongRestoring::note(const JobProgress &progress)
 {
     if (progress.total > 0)
-        m_sign->setProgress(int(progress.done * 100 / progress.total));
+        m_sign->setProgress(int(qMin<qint64>(100, progress.done * 100 / progress.total)));
 }
 
 void LongRestoring::endLook(JobOutcome outcome)
 {
     if (outcome != JobOutcome::Done)
-        return stop();
+        return fail();
     if (m_restoring) {
         if (m_restoring->lookInCopy(m_look->hash()))
             m_copies.clear();
@@ -104,20 +115,21 @@ void LongRestoring::endLook(JobOutcome outcome)
 
 void LongRestoring::goOn()
 {
-    if (m_copies.isEmpty())
-        takeTurn();
-    else
-        readNextCopy();
+    if (!m_copies.isEmpty())
+        return readNextCopy();
+    hold(WorkNotice::Work::Restoring);
+    m_turns.goOn();
 }
 
-void LongRestoring::takeTurn()
+/// What comes behind the last turn cannot fail.
+bool LongRestoring::prepare(QDeadlineTimer end)
 {
-    if (!m_restoring->prepare(QDeadlineTimer(m_parts.jobs.turn))) {
-        m_turns.start(0ms);
-        return;
-    }
-    m_turns.stop();
-    finish();
+    const bool isPrepared = m_restoring->prepare(end);
+    if (isPrepared)
+        MemoryLeft::require();
+    else
+        note(m_restoring->progress());
+    return isPrepared;
 }
 
 void LongRestoring::finish()
@@ -132,9 +144,11 @@ void LongRestoring::finish()
     emit ended(restored);
 }
 
-void LongRestoring::hold()
+void LongRestoring::hold(WorkNotice::Work work)
 {
-    m_sign.emplace(m_parts.documents.notices(), &m_editor, WorkNotice::Work::Loading, [this] { stop(); });
+    m_document.disconnect(this);
+    m_sign.emplace(
+        m_parts.documents.notices(), &m_editor, work, [this] { stop(); }, m_begun);
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
     m_document.setHeld(true);
 }
@@ -146,11 +160,22 @@ void LongRestoring::release()
     m_document.setHeld(false);
 }
 
-void LongRestoring::stop()
+void LongRestoring::giveUp()
 {
     m_job->disconnect(this);
     m_job->stop();
     m_turns.stop();
     release();
+}
+
+void LongRestoring::stop()
+{
+    giveUp();
     emit stopped();
+}
+
+void LongRestoring::fail()
+{
+    giveUp();
+    emit failed();
 }

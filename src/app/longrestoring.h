@@ -3,12 +3,13 @@
 #include "app/arrivingfile.h"
 #include "editor/worksign.h"
 #include "jobs/job.h"
+#include "jobs/workturns.h"
 #include "recovery/leftbehind.h"
 #include "recovery/restoring.h"
 
 #include <QByteArrayList>
+#include <QDeadlineTimer>
 #include <QObject>
-#include <QTimer>
 
 #include <optional>
 
@@ -47,14 +48,16 @@ public:
     ~LongRestoring() override;
 
 signals:
-    /// This or the other one is the last signal; whoever is told may destroy this. The document is held no
-    /// more. Stopped: it may have text that is to be taken away.
+    /// One of these is the last signal; whoever is told may destroy this. The document is held no more.
+    /// Stopped, or failed for want of memory: it may have text that is to be taken away.
     void stopped();
+    void failed();
     void ended(const Restored &restored);
 
 private:
     void readFile();
     void readBehind(const FileChoice &file, void (LongRestoring::*next)(ArrivingFile::End end));
+    bool hasFailedForMemory(ArrivingFile::End end) const;
     void endReading(ArrivingFile::End end);
     void readNextCopy();
     void endReadingCopy(ArrivingFile::End end);
@@ -62,21 +65,25 @@ private:
     void note(const JobProgress &progress);
     void endLook(JobOutcome outcome);
     void goOn();
-    void takeTurn();
+    bool prepare(QDeadlineTimer end);
     void finish();
-    void hold();
+    void hold(WorkNotice::Work work);
     void release();
+    void giveUp();
     void stop();
+    void fail();
 
     ctlEditer &m_editor;
     TextDocument &m_document;
     LongText m_text; ///< its journal until the restoring has it
     const Parts m_parts;
+    const WorkSign::Clock::time_point m_begun = WorkSign::Clock::now();
+    const ArrivingFile *m_arriving = nullptr; ///< while a file is read
     bool m_isFileRead = false;
     QByteArrayList m_copies; ///< that are still to be read
     std::optional<WorkSign> m_sign; ///< while this holds the document
     JournalLook *m_look = nullptr; ///< owned by the job
     std::optional<Job> m_job;
     std::optional<Restoring> m_restoring;
-    QTimer m_turns;
+    WorkTurns m_turns;
 };

@@ -24,6 +24,11 @@ QString nameOf(const LeftBehind &text)
     return text.name.isEmpty() ? ctlEditer::nameOfUnnamed() : text.name;
 }
 
+QString shownName(const LeftBehind &text)
+{
+    return FileName::forMessage(nameOf(text));
+}
+
 UnsavedText shown(const LeftBehind &text)
 {
     return { nameOf(text), text.path, QDateTime::fromMSecsSinceEpoch(text.time), text.length };
@@ -186,26 +191,51 @@ void Recovery::beginNext(ctlEditer *fresh)
     m_current->restoring = std::make_unique<LongRestoring>(*m_current->place.editor, std::move(next),
         LongRestoring::Parts{ m_documents, m_loader, m_journals, m_jobs });
     const LongRestoring *const restoring = m_current->restoring.get();
-    connect(restoring, &LongRestoring::stopped, this, [this] { endLong(nullptr); });
-    connect(restoring, &LongRestoring::ended, this, [this](const Restored &restored) { endLong(&restored); });
+    connect(restoring, &LongRestoring::stopped, this, &Recovery::stopLong);
+    connect(restoring, &LongRestoring::failed, this, &Recovery::failLong);
+    connect(restoring, &LongRestoring::ended, this, &Recovery::endLong);
     m_documents.arrange();
 }
 
-/// What its user does in other documents meanwhile goes on: none is shown in their place. Null: it was
-/// stopped, and is to be found again at once.
-void Recovery::endLong(const Restored *restored)
+/// What its user does in other documents meanwhile goes on: none is shown in their place.
+Recovery::Current Recovery::takeCurrent()
 {
     Current ended = std::move(*m_current);
     m_current.reset();
     if (m_documents.current() == ended.place.editor)
         KeyPause::begin();
-    if (restored) {
-        take(ended.text, ended.place, *restored);
-    } else {
-        ended.place.giveBack();
-        ended.restoring.reset();
-        m_waiting.clear();
-    }
+    return ended;
+}
+
+void Recovery::endLong(const Restored &restored)
+{
+    const Current ended = takeCurrent();
+    take(ended.text, ended.place, restored);
+    goOn();
+}
+
+/// It is to be found again at once, with what waits.
+void Recovery::stopLong()
+{
+    Current stopped = takeCurrent();
+    stopped.place.giveBack();
+    stopped.restoring.reset();
+    m_waiting.clear();
+    goOn();
+}
+
+/// So is this one. Others may be shorter.
+void Recovery::failLong()
+{
+    Current failed = takeCurrent();
+    failed.place.giveBack();
+    failed.restoring.reset();
+    m_tooLarge << shownName(failed.text);
+    goOn();
+}
+
+void Recovery::goOn()
+{
     emit m_documents.workEnded();
     if (!m_waiting.empty())
         beginNext(nullptr);
@@ -252,16 +282,24 @@ bool Recovery::take(const LeftBehind &text, const Place &place, const Restored &
 
 void Recovery::addLost(const LeftBehind &text)
 {
-    m_lost << FileName::forMessage(nameOf(text));
+    m_lost << shownName(text);
 }
 
 /// When all that was to be restored is there or lost.
 void Recovery::tellLost()
 {
-    if (m_current || !m_waiting.empty() || m_lost.isEmpty())
+    if (m_current || !m_waiting.empty())
         return;
-    const QString names = std::exchange(m_lost, {}).join(u'\n');
-    MessageBox::critical(&m_window, tr("Restore"), tr("These texts could not be restored:\n%1").arg(names));
+    tellNames(m_lost, tr("These texts could not be restored:\n%1"));
+    tellNames(m_tooLarge, tr("There is not enough memory to restore these texts:\n%1"));
+}
+
+void Recovery::tellNames(QStringList &texts, const QString &message)
+{
+    if (texts.isEmpty())
+        return;
+    const QString names = std::exchange(texts, {}).join(u'\n');
+    MessageBox::critical(&m_window, tr("Restore"), message.arg(names));
 }
 
 /// Until it is saved.

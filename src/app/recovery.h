@@ -55,11 +55,16 @@ private:
     ctlEditer *restore(const LeftBehind &text);
     ctlEditer *restoreLong(const LeftBehind &text);
     void beginNext(ctlEditer *fresh);
-    void endLong(const Restored *restored);
+    Current takeCurrent();
+    void endLong(const Restored &restored);
+    void stopLong();
+    void failLong();
+    void goOn();
     void noteClosed(const ctlEditer *editor);
     bool take(const LeftBehind &text, const Place &place, const Restored &restored);
     void addLost(const LeftBehind &text);
     void tellLost();
+    void tellNames(QStringList &texts, const QString &message);
     bool isLong(const LeftBehind &text) const;
     void tellApart(ctlEditer &editor, const std::function<QString()> &why, const QString &file);
     void showFile(const QString &file);
@@ -78,4 +83,5 @@ private:
     std::optional<Current> m_current; ///< a long one
     std::deque<LongText> m_waiting; ///< long ones
     QStringList m_lost; ///< names of what could not be restored, until the user is told
+    QStringList m_tooLarge; ///< the same, for want of memory
 };

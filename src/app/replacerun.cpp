@@ -2,6 +2,7 @@
 
 #include "app/searchrequest.h"
 #include "editor/ctlediter.h"
+#include "jobs/memoryleft.h"
 #include "search/frmreplaceprogress.h"
 
 #include <QApplication>
@@ -76,7 +77,7 @@ ReplaceRun::ReplaceRun(ctlEditer &editor, const SearchRequest &request, frmRepla
 
 int ReplaceRun::run()
 {
-    while (runFrame()) {
+    while (hasMemory() && runFrame()) {
         m_progress.setCount(m_count);
         m_frameEnd = PendingEvents::Clock::now() + frameTime;
         if (m_progress.speedUp)
@@ -84,6 +85,17 @@ int ReplaceRun::run()
     }
     showResult();
     return m_count;
+}
+
+/// Each replacement that is far from the one before copies the text around it.
+bool ReplaceRun::hasMemory()
+{
+    constexpr qint64 mostOfFrame = qint64{ 64 } << 20;
+    constexpr qint64 least = qint64{ 8 } << 20;
+    constexpr qint64 bytesOfUnit = 8;
+    const qint64 length = m_editor.store().length();
+    m_hasTooLittleMemory = !MemoryLeft::has(qMin(mostOfFrame, least + length * bytesOfUnit));
+    return !m_hasTooLittleMemory;
 }
 
 /// Replaces until it is time to show something; false when the run is over.

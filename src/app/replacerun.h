@@ -33,8 +33,11 @@ public:
     ReplaceRun(ctlEditer &editor, const SearchRequest &request, frmReplaceProgress &progress);
     /// Runs until there is no hit left or the panel was told to stop; gives the number of replacements.
     int run();
+    /// It ended before, for want of memory.
+    bool hadTooLittleMemory() const { return m_hasTooLittleMemory; }
 
 private:
+    bool hasMemory();
     bool runFrame();
     bool replaceNext();
     std::optional<SearchHit> findNext();
@@ -48,6 +51,7 @@ private:
     EditorSearch m_search;
     PendingEvents m_events;
     int m_count = 0;
+    bool m_hasTooLittleMemory = false;
     PendingEvents::Clock::time_point m_now; ///< as of when events were processed
     PendingEvents::Clock::time_point m_frameEnd; ///< long ago: the first replacement is shown at once
 };

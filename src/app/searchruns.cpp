@@ -7,6 +7,7 @@
 #include "app/replacerun.h"
 #include "app/windowjobs.h"
 #include "editor/ctlediter.h"
+#include "editor/memorybox.h"
 #include "platform/messagebox.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
@@ -176,9 +177,12 @@ void SearchRuns::replaceAllIn(ctlEditer &editor)
     QCoreApplication::processEvents();
     frmReplaceProgress progress(&m_window);
     beginReplacing(editor, m_request);
-    const int count = ReplaceRun(editor, m_request, progress).run();
+    ReplaceRun run(editor, m_request, progress);
+    const int count = run.run();
     endReplacing(editor, m_request);
     guard.reset();
+    if (run.hadTooLittleMemory())
+        tellTooLittleMemory(&m_window);
     MessageBox::information(&m_window, tr("Replace All"), tr("%1 items was Replaced.").arg(count));
 }
 

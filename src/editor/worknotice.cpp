@@ -38,6 +38,9 @@ constexpr WorkTexts workTexts[] = {
         QT_TRANSLATE_NOOP("WorkNotice", "Pasting has ended") },
     { NoticeKind::LayingOut, QT_TRANSLATE_NOOP("WorkNotice", "Laying out"), nullptr,
         QT_TRANSLATE_NOOP("WorkNotice", "Laying out has ended") },
+    { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Restoring"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being restored"),
+        QT_TRANSLATE_NOOP("WorkNotice", "Restoring has ended") },
 };
 
 const WorkTexts &textsOf(WorkNotice::Work work)

@@ -13,7 +13,17 @@ class NoticeQueue;
 class WorkNotice {
     Q_DECLARE_TR_FUNCTIONS(WorkNotice)
 public:
-    enum class Work { Loading, Saving, Searching, Counting, Opening, Indenting, Pasting, LayingOut };
+    enum class Work {
+        Loading,
+        Saving,
+        Searching,
+        Counting,
+        Opening,
+        Indenting,
+        Pasting,
+        LayingOut,
+        Restoring
+    };
 
     /// `notices` and `document` are not owned and live longer; without a document it is a work of the
     /// program. `stop` is what "Stop" and Escape in the strip do, which may destroy this.

@@ -2,8 +2,8 @@
 
 using namespace std::chrono_literals;
 
-WorkSign::WorkSign(
-    NoticeQueue &notices, const QObject *document, WorkNotice::Work work, std::function<void()> stop)
+WorkSign::WorkSign(NoticeQueue &notices, const QObject *document, WorkNotice::Work work,
+    std::function<void()> stop, Clock::time_point begun)
     : m_notices(notices)
     , m_document(document)
     , m_work(work)
@@ -11,7 +11,11 @@ WorkSign::WorkSign(
 {
     m_waiting.setSingleShot(true);
     m_waiting.callOnTimeout([this] { show(); });
-    m_waiting.start(100ms);
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(begun + 100ms - Clock::now());
+    if (left > 0ms)
+        m_waiting.start(left);
+    else
+        show();
 }
 
 void WorkSign::show()

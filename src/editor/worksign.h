@@ -4,13 +4,16 @@
 
 #include <QTimer>
 
+#include <chrono>
+
 /// The notice of a work that has taken long: a sign of what is over sooner would only flicker. It goes with
 /// this.
 class WorkSign {
 public:
-    /// As for WorkNotice.
-    WorkSign(
-        NoticeQueue &notices, const QObject *document, WorkNotice::Work work, std::function<void()> stop);
+    using Clock = std::chrono::steady_clock;
+    /// As for WorkNotice; what it goes on with has begun at `begun`.
+    WorkSign(NoticeQueue &notices, const QObject *document, WorkNotice::Work work, std::function<void()> stop,
+        Clock::time_point begun = Clock::now());
     Q_DISABLE_COPY_MOVE(WorkSign)
 
     void setProgress(std::optional<int> percent);

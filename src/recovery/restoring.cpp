@@ -142,6 +142,7 @@ Restoring::Restoring(
     , m_journal(std::move(journal))
     , m_document(document)
     , m_calls(calls)
+    , m_bytes(m_journal->reader.size())
 {
     const JournalOutline &outline = m_journal->outline;
     if (base().length == 0)
@@ -224,6 +225,14 @@ bool Restoring::prepare(QDeadlineTimer end)
     return !isPossible() || (findBase(end) && play(end) && showGaps(end) && measure(end));
 }
 
+/// Text that the document has already measured takes no time.
+JobProgress Restoring::progress() const
+{
+    const qint64 length = m_journal->outline.state.length;
+    const qint64 measured = m_measuring ? qMin(m_measuring->measured(), length) : 0;
+    return { m_played + measured, m_bytes + length };
+}
+
 /// Where the start of the journal is lost, the end of the text may have been kept.
 bool Restoring::findBase(QDeadlineTimer end)
 {
@@ -248,6 +257,7 @@ bool Restoring::play(QDeadlineTimer end)
     if (!m_play && m_base->length() == base().length)
         m_play.emplace(m_journal->reader, m_journal->outline, *m_base);
     const auto made = m_play ? m_play->playOn(end) : JournalPlay::Step::Failed;
+    m_played = m_journal->reader.offset();
     m_hasFailed = made == JournalPlay::Step::Failed;
     if (made == JournalPlay::Step::Done)
         m_text = m_play->text();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/textdocument.h"
+#include "jobs/jobwork.h"
 #include "recovery/claimedjournal.h"
 #include "recovery/journallook.h"
 #include "text/layoutchange.h"
@@ -63,6 +64,8 @@ public:
     /// Makes the text that comes back, until the time is over; whether it is made. Nobody may change the
     /// document meanwhile.
     bool prepare(QDeadlineTimer end);
+    /// How far that is.
+    JobProgress progress() const;
     /// Then: puts it into the document, as one step of the history, which may be changed again by now.
     Restored finish();
 
@@ -92,6 +95,8 @@ private:
     std::optional<TextPiece> m_base;
     std::optional<KeptBase> m_kept; ///< while it is read
     std::optional<JournalPlay> m_play;
+    const qint64 m_bytes; ///< of the journal
+    qint64 m_played = 0; ///< of them
     bool m_hasFailed = false;
     std::optional<TextPiece> m_text; ///< that comes back
     class Gaps;

@@ -25,8 +25,10 @@ ViewLayout::ViewLayout(QWidget &editor, EditableText &document, RowFormat &forma
     , m_updates(updates)
     , m_scroller(scroller)
     , m_followers(followers)
+    , m_turns(
+          this, longestTurn, [this](QDeadlineTimer end) { return goOn(end); }, [this] { emit ended(); },
+          [this] { fail(); })
 {
-    m_turns.callOnTimeout(this, &ViewLayout::goOn);
     connect(&document, &EditableText::aboutToReplace, this, &ViewLayout::prepareForOtherText);
 }
 
@@ -84,33 +86,41 @@ void ViewLayout::beginChange(const RowFormat &format)
         return;
     }
     m_wanted.emplace(Wanted{ format, rule, LayoutChange(rule, m_document.store().layout().sizes()) });
-    m_turns.start(0);
+    m_turns.start();
     emit begun();
 }
 
 /// One turn.
-void ViewLayout::goOn()
+bool ViewLayout::goOn(QDeadlineTimer end)
 {
     update();
-    if (m_wanted) {
-        const Offset top = topOffset();
-        if (!m_document.layOut(*m_wanted->change, QDeadlineTimer(longestTurn))) {
-            tellProgress();
-            return;
-        }
-        m_format = m_wanted->format;
-        m_wanted.reset();
-        show(top);
-        m_updates.updateAll();
-        m_followers.tellInputMethod();
+    if (!m_wanted)
+        return true;
+    const Offset top = topOffset();
+    if (!m_document.layOut(*m_wanted->change, end)) {
+        tellProgress();
+        return false;
     }
-    m_turns.stop();
+    m_format = m_wanted->format;
+    m_wanted.reset();
+    show(top);
+    m_updates.updateAll();
+    m_followers.tellInputMethod();
+    return true;
+}
+
+/// What is measured by then goes, and the memory that it took.
+void ViewLayout::fail()
+{
+    if (m_wanted)
+        m_wanted->change.reset();
     emit ended();
+    emit failed();
 }
 
 void ViewLayout::stop()
 {
-    if (!m_turns.isActive())
+    if (!m_turns.isUnderWay())
         return;
     if (m_wanted)
         m_wanted->change.reset();

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "jobs/workturns.h"
 #include "text/layoutchange.h"
 #include "widget/rowformat.h"
 
 #include <QObject>
-#include <QTimer>
 
 #include <optional>
 
@@ -46,6 +46,8 @@ signals:
     void progressed(int percent);
     /// It is measured no more: it has the new rows, or keeps the old ones.
     void ended();
+    /// Comes behind that, where it keeps them for want of memory.
+    void failed();
 
 private:
     /// A layout that a long text is on its way to, or would be if it had not been stopped.
@@ -57,7 +59,8 @@ private:
     bool canWaitFor(const RowFormat &format) const;
     void layOut(const RowFormat &format);
     void beginChange(const RowFormat &format);
-    void goOn();
+    bool goOn(QDeadlineTimer end);
+    void fail();
     void tellProgress();
     void prepareForOtherText();
     Offset topOffset() const;
@@ -73,5 +76,5 @@ private:
     CursorFollowers &m_followers;
     bool m_isStale = true;
     std::optional<Wanted> m_wanted;
-    QTimer m_turns{ this }; ///< while there is a change
+    WorkTurns m_turns; ///< while there is a change
 };

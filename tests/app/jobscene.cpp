@@ -46,7 +46,7 @@ const std::vector<JobScene::Job> &JobScene::jobs()
         { "follow", Kind::Follow, &JobScene::follow, 2, Content::FollowedOn, Content::Followed,
             Content::Followed },
         { "restore", Kind::Restore, &JobScene::restore, 6, Content::Edited, Content::NoDocument,
-            Content::Edited, 0, 0, "a.txt", &JobScene::leaveBehind },
+            Content::NoDocument, 0, 0, "a.txt", &JobScene::leaveBehind },
     };
     return all;
 }

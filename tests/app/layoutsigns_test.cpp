@@ -3,10 +3,12 @@
 #include "tests/app/heldlayout.h"
 #include "tests/app/stayingapplication.h"
 #include "tests/app/stripinwindow.h"
+#include "tests/jobs/scarcememory.h"
 #include "widget/viewlayout.h"
 
 #include <QPointer>
 
+#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +29,8 @@ private slots:
     void cleanup();
 
     void tellsHowFarItIs();
+    void tellsTheTurnsOfALayout();
+    void tooLittleMemoryIsTold();
     void isInEveryLanguage();
     void isOnlyAboutItsDocument();
     void stopped_data();
@@ -84,6 +88,45 @@ void LayoutSignsTest::tellsHowFarItIs()
     m_held.reset();
     QTRY_VERIFY(stripText().isEmpty());
     QVERIFY(editor().rowHeight() > m_rowHeight);
+}
+
+/// One that takes many turns, which other programs make no fewer.
+void LayoutSignsTest::tellsTheTurnsOfALayout()
+{
+    constexpr qint64 units = 8 * ViewLayout::longText;
+    const QByteArray line = "a line of a larger text\n";
+    m_window->setDocument(m_files->write(u"b.txt"_s, line.repeated(int(units / line.size()))));
+    QTRY_VERIFY(editor().store().length() > 0 && !editor().document().isHeld());
+    changeTextSize(2);
+    QTRY_COMPARE(stripText(), u"Laying out…"_s);
+    QList<int> percents;
+    QStringList expected, told;
+    connect(&editor().viewLayout(), &ViewLayout::progressed, this, [&](int percent) {
+        percents << percent;
+        expected << u"Laying out: %1%"_s.arg(percent / 25 * 25);
+        told << stripText();
+    });
+    m_held.reset();
+    QTRY_VERIFY(stripText().isEmpty());
+    QVERIFY(!told.isEmpty());
+    QCOMPARE(told, expected);
+    QVERIFY(std::ranges::is_sorted(percents) && percents.last() > 0 && percents.last() <= 100);
+}
+
+void LayoutSignsTest::tooLittleMemoryIsTold()
+{
+    const MessageBoxes boxes;
+    {
+        const ScarceMemory scarce(2);
+        m_held.reset();
+        QTRY_VERIFY(scarce.wasMet());
+    }
+    QTRY_COMPARE(boxes.texts(), QStringList{ u"Error|There is not enough memory for this!"_s });
+    QVERIFY(stripText().isEmpty());
+    QCOMPARE(editor().rowHeight(), m_rowHeight);
+    editor().store().checkInvariants();
+    changeTextSize(1);
+    QTRY_VERIFY(editor().rowHeight() > m_rowHeight);
 }
 
 void LayoutSignsTest::isInEveryLanguage()

@@ -1,11 +1,15 @@
 #include "app/documentjournals.h"
 #include "app/recovery.h"
 #include "files/oldcopy.h"
+#include "tests/app/brokenreading.h"
 #include "tests/app/documentparts.h"
 #include "tests/app/unsavedlist.h"
 #include "tests/app/unsavedtexts.h"
 #include "tests/filedialog/formtest.h"
+#include "tests/jobs/scarcememory.h"
 #include "tests/testprogram.h"
+
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -18,6 +22,17 @@ constexpr qint64 nothingIsLong = qint64{ 1 } << 40;
 QByteArray manyLines()
 {
     return QByteArray("a line of a long text\r\n").repeated(30'000);
+}
+
+QString textOfNoFile()
+{
+    return QString::fromLatin1(manyLines()).replace(5, 2, u"xyz"_s);
+}
+
+std::optional<int> percentIn(const QString &text)
+{
+    const auto match = QRegularExpression(u": (\\d+)%$"_s).match(text);
+    return match.hasMatch() ? std::optional(match.captured(1).toInt()) : std::nullopt;
 }
 
 } // namespace
@@ -39,11 +54,22 @@ private slots:
     void whatIsGivenUpIsOfferedAgain_data();
     void whatIsGivenUpIsOfferedAgain();
     void unreadableFileIsToldAsLost();
+    void programThatEndsLosesNothing_data();
     void programThatEndsLosesNothing();
+    void givenUpAmidTheTurns_data();
+    void givenUpAmidTheTurns();
+    void tellsHowFarItIs();
+    void tooLittleMemoryIsTold_data();
+    void tooLittleMemoryIsTold();
+    void readErrorOfTheJournalIsTold();
 
 private:
     /// A program that was killed has put "x" in front of a file's text, with the cursor behind it.
     void leave(const QString &name, const QByteArray &content);
+    /// A program that was killed had a long text of no file.
+    static void leaveUnnamed();
+    /// Begins with the text of no file, and makes all steps and so many turns, each as short as can be.
+    ctlEditer *restoreUpToTurn(int turns);
     /// A save was about to write over the file in place.
     void leaveCopy(const QString &name);
     /// All that the strip offers.
@@ -179,21 +205,13 @@ void RestoringBehindTest::isAsRestoredAtOnce()
 
 void RestoringBehindTest::textOfNoFileComesBack()
 {
-    const QString text = QString::fromLatin1(manyLines());
-    {
-        TextDocument document;
-        RecoveryJournals journals;
-        journals.attach(document);
-        document.replace(Offset(0), 0, text);
-        document.replace(Offset(5), 2, u"xyz"_s);
-        QVERIFY(journals.flush(10s));
-    }
+    leaveUnnamed();
     restoreAllOffered();
     ctlEditer *const editor = documents().current();
     QVERIFY(editor->document().isHeld());
     QCOMPARE(editor->text(), QString());
     restoreToTheEnd();
-    QVERIFY(editor->text() == QString(text).replace(5, 2, u"xyz"_s));
+    QVERIFY(editor->text() == textOfNoFile());
     editor->store().checkInvariants();
     QVERIFY(editor->edited() && editor->path().isEmpty());
     editor->undo();
@@ -314,14 +332,160 @@ void RestoringBehindTest::unreadableFileIsToldAsLost()
     QVERIFY(documents().editors().isEmpty() || !documents().current()->edited());
 }
 
+void RestoringBehindTest::programThatEndsLosesNothing_data()
+{
+    QTest::addColumn<bool>("isPlaying");
+    QTest::newRow("while it is read") << false;
+    QTest::newRow("while its edits are made") << true;
+}
+
 void RestoringBehindTest::programThatEndsLosesNothing()
+{
+    QFETCH(bool, isPlaying);
+    if (isPlaying) {
+        leaveUnnamed();
+        restoreUpToTurn(3);
+    } else {
+        leave(u"a.txt"_s, manyLines());
+        restoreAllOffered();
+        m_parts->makeSteps(1);
+    }
+    QCOMPARE(UnsavedTexts::leftBehind(), QStringList());
+    cleanup();
+    QCOMPARE(UnsavedTexts::leftBehind().size(), 1);
+}
+
+void RestoringBehindTest::leaveUnnamed()
+{
+    TextDocument document;
+    RecoveryJournals journals;
+    journals.attach(document);
+    document.replace(Offset(0), 0, QString::fromLatin1(manyLines()));
+    document.replace(Offset(5), 2, u"xyz"_s);
+    QVERIFY(journals.flush(10s));
+}
+
+ctlEditer *RestoringBehindTest::restoreUpToTurn(int turns)
+{
+    m_parts->jobs.turn = 0ms;
+    restoreAllOffered();
+    ctlEditer *const editor = documents().current();
+    m_parts->steps.runAll();
+    for (int turn = 0; turn < turns; ++turn)
+        QCoreApplication::processEvents();
+    Q_ASSERT(editor->document().isHeld());
+    return editor;
+}
+
+void RestoringBehindTest::givenUpAmidTheTurns_data()
+{
+    QTest::addColumn<bool>("isClosed");
+    QTest::addColumn<int>("turns");
+    for (const int turns : { 0, 1, 2, 5, 10 }) {
+        QTest::addRow("stopped after %d", turns) << false << turns;
+        QTest::addRow("closed after %d", turns) << true << turns;
+    }
+}
+
+void RestoringBehindTest::givenUpAmidTheTurns()
+{
+    QFETCH(bool, isClosed);
+    QFETCH(int, turns);
+    leaveUnnamed();
+    ctlEditer *const editor = restoreUpToTurn(turns);
+    QVERIFY(!editor->document().requestChange());
+    QVERIFY(m_parts->isStrip(editor));
+    if (isClosed)
+        m_parts->closer.close(editor);
+    else
+        m_parts->pressStop(editor);
+    QVERIFY(documents().editors().isEmpty());
+    QTRY_COMPARE(offer(), u"1 document was not saved"_s);
+    QCOMPARE(UnsavedTexts::leftBehind(), QStringList{ textOfNoFile() });
+    restoreAllOffered();
+    restoreToTheEnd();
+    QVERIFY(documents().current()->text() == textOfNoFile());
+    QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
+}
+
+/// A refused change brings the strip at once.
+void RestoringBehindTest::tellsHowFarItIs()
+{
+    leaveUnnamed();
+    const ctlEditer *const editor = restoreUpToTurn(0);
+    QVERIFY(!documents().current()->document().requestChange());
+    QList<int> percents;
+    while (editor->document().isHeld()) {
+        const QString text = documents().notices().heaviest(editor)->text();
+        QVERIFY2(text.startsWith(u"Not while it is being restored"), qPrintable(text));
+        if (const auto percent = percentIn(text); percent && !percents.endsWith(*percent))
+            percents << *percent;
+        QCoreApplication::processEvents();
+    }
+    QVERIFY(percents.size() > 3);
+    QVERIFY(std::ranges::is_sorted(percents));
+    QVERIFY(percents.first() < 60 && percents.last() <= 100);
+}
+
+void RestoringBehindTest::tooLittleMemoryIsTold_data()
+{
+    QTest::addColumn<bool>("isOfFile");
+    QTest::newRow("of a file") << true;
+    QTest::newRow("of no file") << false;
+}
+
+/// In each of its steps, and now and then in its many turns.
+void RestoringBehindTest::tooLittleMemoryIsTold()
+{
+    QFETCH(bool, isOfFile);
+    bool wasMet = true;
+    int question = 1;
+    for (; wasMet; question += 1 + question / 4) {
+        cleanup();
+        init();
+        m_parts->jobs.turn = 0ms;
+        ctlEditer *const other = documents().add();
+        documents().present(other);
+        other->insert(u"text"_s);
+        isOfFile ? leave(u"a.txt"_s, manyLines()) : leaveUnnamed();
+        const MessageBoxes boxes;
+        {
+            const ScarceMemory scarce(question);
+            restoreAllOffered();
+            restoreToTheEnd();
+            wasMet = scarce.wasMet();
+        }
+        if (wasMet) {
+            const QString name = isOfFile ? u"a.txt"_s : ctlEditer::nameOfUnnamed();
+            QTRY_COMPARE(boxes.texts(),
+                QStringList{ u"Restore|There is not enough memory to restore these texts:\n"_s + name });
+            QCOMPARE(documents().editors(), QList<ctlEditer *>{ other });
+            QTRY_VERIFY(isOffered());
+            restoreAllOffered();
+            restoreToTheEnd();
+        }
+        QCOMPARE(other->text(), u"text"_s);
+        QCOMPARE(documents().editors().size(), 2);
+        QVERIFY(documents().editors().back()->text().startsWith(isOfFile ? u"xa line" : u"a linxyz"));
+        QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
+    }
+    QVERIFY(question > 5);
+}
+
+void RestoringBehindTest::readErrorOfTheJournalIsTold()
 {
     leave(u"a.txt"_s, manyLines());
     restoreAllOffered();
     m_parts->makeSteps(1);
-    QCOMPARE(UnsavedTexts::leftBehind(), QStringList());
-    cleanup();
-    QCOMPARE(UnsavedTexts::leftBehind().size(), 1);
+    const QDir journals(UnsavedTexts::folder());
+    QVERIFY(breakReading(journals.filePath(journals.entryList({ u"*.journal"_s }, QDir::Files).value(0))));
+    const MessageBoxes boxes;
+    restoreToTheEnd();
+    QTRY_COMPARE(boxes.texts(), QStringList{ u"Restore|These texts could not be restored:\na.txt"_s });
+    QTRY_VERIFY(isOffered());
+    restoreAllOffered();
+    restoreToTheEnd();
+    QVERIFY(documents().current()->text().startsWith(u"xa line"));
 }
 
 REGISTER_TEST(runFormTest<RestoringBehindTest>)

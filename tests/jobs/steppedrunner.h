@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <deque>
-#include <new>
 
 /// Makes the steps of jobs when the test says so, in the thread of the window; jobs take turns.
 class SteppedRunner : public JobRunner {
@@ -33,14 +32,10 @@ public:
 
     bool isIdle() const { return m_waiting.empty(); }
 
-    bool hasMemory = true; ///< for what is spread
-
     int threads() const override { return 2; }
     /// The last part first: none may need the one before.
     void spread(int count, const std::function<void(int)> &part) override
     {
-        if (!hasMemory)
-            throw std::bad_alloc();
         while (count > 0)
             part(--count);
     }
