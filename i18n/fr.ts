@@ -103,6 +103,10 @@
         <translation>Un autre programme a ajouté du texte à ce fichier.</translation>
     </message>
     <message>
+        <source>Another program has made this file.</source>
+        <translation>Un autre programme a créé ce fichier.</translation>
+    </message>
+    <message>
         <source>Another program has changed this file.</source>
         <translation>Un autre programme a modifié ce fichier.</translation>
     </message>

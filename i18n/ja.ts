@@ -103,6 +103,10 @@
         <translation>ほかのプログラムがこのファイルに追記しました。</translation>
     </message>
     <message>
+        <source>Another program has made this file.</source>
+        <translation>ほかのプログラムがこのファイルを作成しました。</translation>
+    </message>
+    <message>
         <source>Another program has changed this file.</source>
         <translation>ほかのプログラムがこのファイルを変更しました。</translation>
     </message>

@@ -188,8 +188,9 @@ bool DiskNotices::canFollow(const ctlEditer &editor)
 void DiskNotices::tell(ctlEditer *editor, FileChange change)
 {
     const bool hasFolder = change != FileChange::Deleted || FileName::exists(folderName(*editor));
+    const bool isMade = editor->document().file().isNew();
     Notice notice{ NoticeKind::ChangedOnDisk, editor,
-        [change, hasFolder] { return textOf(change, hasFolder); }, {} };
+        [=] { return isMade ? tr("Another program has made this file.") : textOf(change, hasFolder); }, {} };
     const auto offer = [&notice](auto text, auto act) { notice.offers.push_back({ text, act }); };
     m_canFollow.remove(editor);
     if (change == FileChange::Grown && canFollow(*editor)) {

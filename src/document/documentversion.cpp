@@ -56,9 +56,22 @@ void DocumentVersion::setRead(const FileVersion &version)
     m_version = version;
 }
 
+namespace {
+
+bool isFile(const QByteArray &name, const FileCalls &calls)
+{
+    struct stat info;
+    return calls.stat(name.constData(), &info) == 0 && S_ISREG(info.st_mode);
+}
+
+} // namespace
+
+/// One that the document was to make, somebody else may have made.
 FileChange DocumentVersion::change(const QByteArray &own)
 {
-    const FileChange change = changeByOthers(own, FileChange::None);
+    const bool isMadeByOthers = m_version.stamp().inode == 0 && isFile(own, *m_calls)
+        && !writes().lastTo(idOf(stampOf(own, *m_calls)));
+    const FileChange change = isMadeByOthers ? FileChange::Replaced : changeByOthers(own, FileChange::None);
     if (change == FileChange::None)
         m_acknowledged.reset();
     return m_acknowledged && *m_acknowledged == stampOf(own, *m_calls) ? FileChange::None : change;

@@ -22,7 +22,8 @@ FileChange KnownFile::change(const std::optional<SeenContent> &seen)
 {
     if (seen)
         m_version.noteSeen(*seen);
-    return m_version.change(ownName());
+    const bool isUnknown = m_isUnread && version().stamp().inode == 0;
+    return isUnknown ? FileChange::None : m_version.change(ownName());
 }
 
 void KnownFile::acknowledge()

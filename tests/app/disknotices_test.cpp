@@ -18,6 +18,7 @@ namespace {
 
 const QString changedText = u"Another program has changed this file."_s;
 const QString replacedText = u"Another program has replaced this file."_s;
+const QString madeText = u"Another program has made this file."_s;
 const QString grownText = u"Another program has added to this file."_s;
 const QString deletedText = u"This file was deleted. Saving makes it again."_s;
 const QString followingText = u"What is added to this file comes into the text."_s;
@@ -34,6 +35,8 @@ private slots:
 
     void tellsOfAWrite();
     void tellsOfAnotherFileUnderTheName();
+    void tellsOfANewFileThatOthersMake_data();
+    void tellsOfANewFileThatOthersMake();
     void tellsOfADeletion();
     void tellsThatTheFolderIsGone();
     void takesItBack();
@@ -137,6 +140,31 @@ void DiskNoticesTest::tellsOfAnotherFileUnderTheName()
     QCOMPARE(editor().text(), u"new\n"_s);
     m_files->write(u"a.txt"_s, "written into the new one\n");
     QTRY_COMPARE(m_strip->text(), changedText);
+}
+
+void DiskNoticesTest::tellsOfANewFileThatOthersMake_data()
+{
+    QTest::addColumn<QString>("offer");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("read") << u"Reload"_s << u"theirs\n"_s;
+    QTest::newRow("left alone") << u"Keep mine"_s << QString();
+}
+
+/// The document's own first save would have made it.
+void DiskNoticesTest::tellsOfANewFileThatOthersMake()
+{
+    QFETCH(QString, offer);
+    m_window->slotCmdFileNew();
+    editor().startFile(m_files->folder(), u"new.txt"_s, {});
+    m_files->write(u"new.txt"_s, "theirs\n");
+    QTRY_COMPARE(m_strip->text(), madeText);
+    QCOMPARE(m_strip->offers(), QStringList({ u"Reload"_s, u"Keep mine"_s, u"Show both"_s }));
+    QVERIFY(m_strip->click(offer));
+    QVERIFY(!m_strip->isShown());
+    QTEST(editor().text(), "text");
+    m_window->slotCmdViewWinPrev();
+    m_window->slotCmdViewWinNext();
+    QVERIFY(!m_strip->isShown());
 }
 
 void DiskNoticesTest::tellsOfADeletion()
