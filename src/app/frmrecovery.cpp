@@ -54,10 +54,10 @@ void frmRecovery::addRow(const UnsavedText &text)
 {
     const QString folder = text.folder.isEmpty() ? tr("never saved") : FileName::forDisplay(text.folder);
     const QString time = text.time.toString(u"yyyy/MM/dd hh:mm:ss");
-    const QString size =
-        text.size < 0 ? QString() : u"  "_s + tr("Characters: %1").arg(groupDigits(text.size));
-    auto *item =
-        new QListWidgetItem(QStringList{ FileName::forDisplay(text.name), folder, time + size }.join(u'\n'));
+    QStringList lines{ FileName::forDisplay(text.name), folder, time };
+    if (text.size >= 0)
+        lines << tr("Characters: %1").arg(groupDigits(text.size));
+    auto *item = new QListWidgetItem(lines.join(u'\n'));
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     item->setCheckState(Qt::Checked);
     m_list->addItem(item);

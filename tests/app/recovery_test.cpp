@@ -503,7 +503,7 @@ void RecoveryTest::listTells()
 {
     const QDateTime time(QDate(2026, 3, 4), QTime(5, 6, 7));
     frmRecovery form(nullptr, { { u"a.txt"_s, u"/folder/"_s, time, 1234567 }, { u"(new)"_s, {}, time, 1 } });
-    QCOMPARE(listOf(form).item(0)->text(), u"a.txt\n/folder/\n2026/03/04 05:06:07  Characters: 1,234,567"_s);
+    QCOMPARE(listOf(form).item(0)->text(), u"a.txt\n/folder/\n2026/03/04 05:06:07\nCharacters: 1,234,567"_s);
     QCOMPARE(listOf(form).item(1)->text().section(u'\n', 1, 1), u"never saved"_s);
 }
 
