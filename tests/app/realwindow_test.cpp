@@ -17,6 +17,9 @@ private slots:
     void filesAreTheOnlyDocuments();
     void keysActOnce();
     void tabKeysSwitch();
+    void menuOfTheTabComesByKeys_data();
+    void menuOfTheTabComesByKeys();
+    void desktopBeginsANewDocument();
     void fullScreenAndBack();
     void secondStartHandsItsFileOver();
     void signalOfTheWindowManagerAsks();
@@ -84,6 +87,45 @@ void RealWindowTest::tabKeysSwitch()
     QTRY_COMPARE(lineEnd(), u"CR+LF"_s);
     press({ u"ctrl+shift+Tab"_s });
     QTRY_COMPARE(lineEnd(), u"CR"_s);
+}
+
+void RealWindowTest::menuOfTheTabComesByKeys_data()
+{
+    QTest::addColumn<QString>("key");
+    for (const char *key : { "ctrl+F10", "ctrl+shift+F10" })
+        QTest::newRow(key) << QString::fromLatin1(key);
+}
+
+/// Its first item closes the tab; in the text the same keys would make a new line.
+void RealWindowTest::menuOfTheTabComesByKeys()
+{
+    QFETCH(QString, key);
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\r"), write(u"b.txt"_s, "\x82\xA0\n") }));
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    press({ key, u"Down"_s, u"Return"_s });
+    QTRY_COMPARE(lineEnd(), u"CR"_s);
+    press({ u"x"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), QByteArray("x\x82\xA0\r"));
+    QCOMPARE(read(u"b.txt"_s), QByteArray("\x82\xA0\n"));
+}
+
+void RealWindowTest::desktopBeginsANewDocument()
+{
+    QVERIFY(start({ write(u"a.txt"_s, "\x82\xA0\n") }));
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
+    const QString name = u"example.marlopad.marlopad"_s;
+    QDBusMessage call = QDBusMessage::createMethodCall(name, u'/' + QString(name).replace(u'.', u'/'),
+        u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+    call.setArguments({ u"new-document"_s, QVariantList(), QVariantMap() });
+    QCOMPARE(QDBusConnection::sessionBus().call(call).type(), QDBusMessage::ReplyMessage);
+    QTRY_COMPARE(title(), u"Marlo!Pad QT  [Shift-JIS][CR+LF]"_s);
+    QVERIFY(takesKeys());
+    press({ u"x"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(activeTitle(), u"Save as"_s); // it is of no file
+    press({ u"Escape"_s });
+    QTRY_VERIFY(isActive());
+    press({ u"ctrl+Tab"_s });
+    QTRY_COMPARE(lineEnd(), u"LF"_s);
 }
 
 void RealWindowTest::fullScreenAndBack()
