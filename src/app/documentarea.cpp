@@ -50,6 +50,7 @@ void DocumentArea::connectStrip()
 {
     connect(this, &DocumentArea::currentChanged, m_strip, &NoticeStrip::setDocument);
     connect(m_strip, &NoticeStrip::toggled, this, &DocumentArea::arrange);
+    connect(m_strip, &NoticeStrip::toggled, this, &DocumentArea::noticeToggled);
     connect(m_strip, &NoticeStrip::chosen, this, [this](const std::function<void()> &act) {
         if (beginCommand())
             act();
@@ -188,6 +189,11 @@ void DocumentArea::setFooter(QWidget *footer)
 {
     m_footer = footer;
     arrange();
+}
+
+QRect DocumentArea::noticePlace() const
+{
+    return m_strip->isVisible() ? QRect(m_strip->mapToGlobal(QPoint()), m_strip->size()) : QRect();
 }
 
 void DocumentArea::arrange()

@@ -57,6 +57,8 @@ public:
     void toggleNoticeKeys();
     /// Whether the notice has them.
     bool hasNoticeKeys() const;
+    /// Where on the screen the notice is; empty while none is shown.
+    QRect noticePlace() const;
 
     /// A line below the tabs, a child of this; it has room there while it is not hidden.
     void setFooter(QWidget *footer);
@@ -77,6 +79,8 @@ signals:
     void workEnded();
     /// A document was taken away.
     void closed(ctlEditer *editor);
+    /// The line of the notice has come or gone.
+    void noticeToggled();
     /// The notice strip was asked for what can be switched on and off.
     void moreOptionsWanted();
 

@@ -13,6 +13,9 @@
 #include "search/frmsearchdialog.h"
 #include "text/enteredtext.h"
 
+#include <QGuiApplication>
+#include <QWindow>
+
 namespace {
 
 /// Longer texts are not offered to search for: a field that shows them would take minutes.
@@ -49,6 +52,12 @@ frmSearchDialog *SearchRuns::panel()
     onClick(&frmSearchDialog::nextClicked, &SearchRuns::searchForward);
     onClick(&frmSearchDialog::befoClicked, &SearchRuns::searchBackward);
     onClick(&frmSearchDialog::allClicked, &SearchRuns::replaceAll);
+    connect(&m_documents, &DocumentArea::noticeToggled, m_panel, [this] { uncoverNotice(); });
+    // Not before: only then it has its frame, and can be placed by that.
+    connect(qApp, &QGuiApplication::focusWindowChanged, m_panel, [this](const QWindow *window) {
+        if (window && window == m_panel->windowHandle())
+            uncoverNotice();
+    });
     return m_panel;
 }
 
@@ -59,6 +68,13 @@ void SearchRuns::showPanel(int mode)
     panel()->findText = editor ? textToOffer(*editor) : QString();
     panel()->hide();
     panel()->show();
+}
+
+void SearchRuns::uncoverNotice()
+{
+    const QRect notice = m_documents.noticePlace();
+    if (m_panel->isVisible() && !notice.isEmpty())
+        moveBelow(*m_panel, notice);
 }
 
 void SearchRuns::repeatForward()

@@ -40,6 +40,7 @@ public:
 
 private:
     frmSearchDialog *panel();
+    void uncoverNotice();
     void takeRequest();
     void search(SearchDirection direction);
     void searchShort(ctlEditer &editor, SearchDirection direction);

@@ -1,3 +1,5 @@
+#include "app/documentarea.h"
+#include "editor/noticestrip.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/atprogress.h"
 #include "tests/app/testwindow.h"
@@ -70,6 +72,8 @@ private slots:
     void init();
     void cleanup();
     void panelIsPlacedAndStaysWhereItIsPut();
+    void noticeIsNotCovered_data();
+    void noticeIsNotCovered();
     void hitsAreNotCovered();
     void middleClickTakesTheFirstLine();
     void windowManagersCloseHidesThePanel();
@@ -154,6 +158,35 @@ void SearchWindowTest::panelIsPlacedAndStaysWhereItIsPut()
     QTest::keyClick(findField(panel()), Qt::Key_Escape);
     show(0);
     QTRY_COMPARE(frameOnScreen(panel()), moved);
+}
+
+void SearchWindowTest::noticeIsNotCovered_data()
+{
+    QTest::addColumn<bool>("comesLater");
+    QTest::newRow("it is there") << false;
+    QTest::newRow("it comes") << true;
+}
+
+void SearchWindowTest::noticeIsNotCovered()
+{
+    QFETCH(bool, comesLater);
+    auto *const area = m_window->findChild<DocumentArea *>();
+    auto *const strip = m_window->findChild<NoticeStrip *>();
+    const auto tell = [area] {
+        area->notices().put({ NoticeKind::Following, nullptr, [] { return u"Something."_s; }, {} });
+    };
+    if (!comesLater)
+        tell();
+    show(0);
+    if (comesLater) {
+        waitForPlace({ 20, 40 });
+        tell();
+    }
+    QTRY_VERIFY(strip->isVisible());
+    const QRect line(strip->mapToGlobal(QPoint()), strip->size());
+    QVERIFY(line.intersects(QRect(QPoint(20, 40), panel().frameGeometry().size())));
+    waitForPlace({ 20, line.bottom() + 1 });
+    QVERIFY(!panel().frameGeometry().intersects(line));
 }
 
 void SearchWindowTest::hitsAreNotCovered()
