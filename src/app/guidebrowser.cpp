@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QRegularExpression>
 #include <QScrollBar>
@@ -133,6 +134,16 @@ QTextTable *GuideBrowser::keys() const
             return table;
     }
     return nullptr;
+}
+
+void GuideBrowser::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::MoveToStartOfDocument))
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMinimum);
+    else if (event->matches(QKeySequence::MoveToEndOfDocument))
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMaximum);
+    else
+        QTextBrowser::keyPressEvent(event);
 }
 
 /// A press of the mouse as well, that the toolkit makes of it.

@@ -23,6 +23,8 @@ protected:
     /// Of pages that are there alone.
     void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override;
     QVariant loadResource(int type, const QUrl &name) override;
+    /// Ctrl+Home and Ctrl+End lead to its ends, as Home and End do.
+    void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;

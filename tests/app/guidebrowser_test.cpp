@@ -59,6 +59,7 @@ private slots:
     void fingerScrolls();
     void fingerFollowsALink();
     void picturesFit();
+    void keysLeadToItsEnds();
 
 private:
     /// With the guide, on the screen.
@@ -308,6 +309,19 @@ void GuideBrowserTest::picturesFit()
         browser.showGuide();
         browser.show();
         QCOMPARE(browser.horizontalScrollBar()->maximum(), 0);
+    }
+}
+
+void GuideBrowserTest::keysLeadToItsEnds()
+{
+    GuideBrowser browser;
+    showSmall(browser);
+    const QScrollBar &bar = *browser.verticalScrollBar();
+    for (const auto modifiers : { Qt::NoModifier, Qt::ControlModifier }) {
+        QTest::keyClick(&browser, Qt::Key_End, modifiers);
+        QCOMPARE(bar.value(), bar.maximum());
+        QTest::keyClick(&browser, Qt::Key_Home, modifiers);
+        QCOMPARE(bar.value(), 0);
     }
 }
 
