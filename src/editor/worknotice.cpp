@@ -2,6 +2,8 @@
 
 #include "editor/noticequeue.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -56,6 +58,11 @@ WorkNotice::WorkNotice(NoticeQueue &notices, const QObject *document, Work work,
     , m_work(work)
     , m_stop(std::move(stop))
 {
+    m_refusal.setSingleShot(true);
+    m_refusal.callOnTimeout([this] {
+        m_state.hasRefused = false;
+        show();
+    });
     show();
 }
 
@@ -64,36 +71,37 @@ WorkNotice::~WorkNotice()
 {
     if (!m_notices.has(textsOf(m_work).kind, m_document))
         return;
-    m_step = Step::Ended;
+    m_state.step = Step::Ended;
     show();
     m_notices.withdraw(textsOf(m_work).kind, m_document);
 }
 
 void WorkNotice::setProgress(std::optional<int> percent)
 {
-    if (percent == m_percent)
+    if (percent == m_state.percent)
         return;
-    m_percent = percent;
+    m_state.percent = percent;
     show();
 }
 
-void WorkNotice::refuse()
+void WorkNotice::refuse(std::chrono::milliseconds time)
 {
     Q_ASSERT(textsOf(m_work).refused);
-    if (m_step == Step::Refused)
+    m_refusal.start(time);
+    if (std::exchange(m_state.hasRefused, true))
         return;
-    m_step = Step::Refused;
     show();
 }
 
 void WorkNotice::show()
 {
     constexpr int quarter = 25;
-    const auto text = [work = m_work, step = m_step, percent = m_percent] {
-        return textOf(work, step, percent);
-    };
-    const auto spoken = [work = m_work, step = m_step, percent = m_percent] {
-        return textOf(work, step, percent ? std::optional(*percent / quarter * quarter) : std::nullopt);
+    const auto text = [work = m_work, state = m_state] { return textOf(work, state); };
+    const auto spoken = [work = m_work, state = m_state] {
+        State told = state;
+        if (told.percent)
+            told.percent = *told.percent / quarter * quarter;
+        return textOf(work, told);
     };
     Notice notice{ textsOf(m_work).kind, m_document, text, {} };
     notice.offers.push_back({ [] { return tr("Stop"); }, [this] { stop(); } });
@@ -106,19 +114,21 @@ void WorkNotice::show()
 /// What is in the middle of a step, or waits for a disk, is stopped behind that.
 void WorkNotice::stop()
 {
-    m_step = Step::Stopping;
+    m_refusal.stop();
+    m_state.hasRefused = false;
+    m_state.step = Step::Stopping;
     show();
     const auto stop = m_stop;
     stop();
 }
 
-QString WorkNotice::textOf(Work work, Step step, std::optional<int> percent)
+QString WorkNotice::textOf(Work work, const State &state)
 {
     const WorkTexts &texts = textsOf(work);
-    if (step == Step::Ended)
+    if (state.step == Step::Ended)
         return tr(texts.ended);
-    if (step == Step::Stopping)
+    if (state.step == Step::Stopping && !state.hasRefused)
         return tr("Stopping") + u"…"_s;
-    const QString text = tr(step == Step::Refused ? texts.refused : texts.begun);
-    return percent ? tr("%1: %2%").arg(text).arg(*percent) : text + u"…"_s;
+    const QString text = tr(state.hasRefused ? texts.refused : texts.begun);
+    return state.percent ? tr("%1: %2%").arg(text).arg(*state.percent) : text + u"…"_s;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -29,25 +31,32 @@ public:
     /// program. `stop` is what "Stop" and Escape in the strip do, which may destroy this.
     WorkNotice(NoticeQueue &notices, const QObject *document, Work work, std::function<void()> stop);
     ~WorkNotice();
+    /// How long a refusal is said.
+    static constexpr std::chrono::seconds refusalTime{ 4 };
     Q_DISABLE_COPY_MOVE(WorkNotice)
 
     /// 0 to 100; nothing: nobody knows.
     void setProgress(std::optional<int> percent);
-    /// Something was asked for that has to wait for the end: the strip says so from now on. Not of a work
-    /// that nothing has to wait for.
-    void refuse();
+    /// Something was asked for that has to wait for the end: the strip says so for some seconds. Not of a
+    /// work that nothing has to wait for.
+    void refuse(std::chrono::milliseconds time = refusalTime);
 
 private:
-    enum class Step { Begun, Refused, Stopping, Ended };
+    enum class Step { Begun, Stopping, Ended };
+    struct State {
+        Step step = Step::Begun;
+        bool hasRefused = false; ///< and says so
+        std::optional<int> percent = {};
+    };
 
     void show();
     void stop();
-    static QString textOf(Work work, Step step, std::optional<int> percent);
+    static QString textOf(Work work, const State &state);
 
     NoticeQueue &m_notices;
     const QObject *const m_document;
     const Work m_work;
     const std::function<void()> m_stop;
-    std::optional<int> m_percent;
-    Step m_step = Step::Begun;
+    State m_state;
+    QTimer m_refusal; ///< runs while it is said
 };

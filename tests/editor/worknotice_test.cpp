@@ -13,6 +13,7 @@
 #include <qpa/qplatformintegration.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -43,6 +44,8 @@ private slots:
     void isOnlyAboutItsDocument();
     void isHeavierThanOthers();
     void saysWhatHasToWait();
+    void saysAgainHowFarItIs();
+    void refusesWhileItIsBeingStopped();
     void buttonStops();
     void escapeStops();
     void saysThatItIsBeingStopped();
@@ -133,6 +136,37 @@ void WorkNoticeTest::saysWhatHasToWait()
     QCOMPARE(text(), u"Not while it is loading: 10%"_s);
     m_notice->setProgress(11);
     QCOMPARE(text(), u"Not while it is loading: 11%"_s);
+}
+
+/// For some time behind the last of them.
+void WorkNoticeTest::saysAgainHowFarItIs()
+{
+    for (const WorkNotice::Work work : { WorkNotice::Work::Loading, WorkNotice::Work::Saving }) {
+        begin(work);
+        const QString begun = text();
+        m_notice->refuse(0ms);
+        QVERIFY(text() != begun);
+        QTRY_COMPARE(text(), begun);
+        m_notice->refuse(0ms);
+        m_notice->refuse();
+        QCoreApplication::processEvents();
+        QVERIFY(text() != begun);
+        m_notice.reset();
+    }
+}
+
+/// What was pressed is told of while it is being stopped, too, and then that it is.
+void WorkNoticeTest::refusesWhileItIsBeingStopped()
+{
+    m_notice =
+        std::make_unique<WorkNotice>(*m_queue, &m_document, WorkNotice::Work::Saving, [this] { ++m_stops; });
+    m_notice->refuse();
+    m_strip->takeKeys();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QCOMPARE(text(), u"Stopping…"_s);
+    m_notice->refuse(0ms);
+    QCOMPARE(text(), u"Not while it is being saved…"_s);
+    QTRY_COMPARE(text(), u"Stopping…"_s);
 }
 
 void WorkNoticeTest::buttonStops()
