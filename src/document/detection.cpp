@@ -123,6 +123,10 @@ void CodeDetection::add(QByteArrayView bytes)
         const uchar *const end = in + std::min(block, bytes.size());
         for (const uchar *at = in; m_started < 2 && at != end; ++at)
             m_start[m_started++] = *at;
+        if (hasMark()) {
+            m_hasHigh = true;
+            return;
+        }
         if (m_pass == Pass::GoesOn)
             pass(in, end);
         if (m_pass == Pass::Binary)
@@ -183,7 +187,7 @@ CharCode CodeDetection::code(CharCode defaultCode) const
 {
     if (m_started == 0)
         return defaultCode;
-    if (m_start[0] == 0xFF && m_start[1] == 0xFE)
+    if (hasMark())
         return CharCode::Unicode;
     if (m_pass == Pass::Binary)
         return CharCode::Binary;

@@ -26,6 +26,8 @@ private:
     };
     enum class JisState { Start, Escape, Dollar, Parenthesis, Found };
 
+    /// Then the rest does not matter.
+    bool hasMark() const { return m_start[0] == 0xFF && m_start[1] == 0xFE; }
     void pass(const uchar *in, const uchar *end);
     void lookForJis(const uchar *in, const uchar *end);
 
