@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Makes the large files that the benchmarks open: makedata.py FOLDER [NAME…]."""
 
+import codecs
 import pathlib
 import sys
 
@@ -17,6 +18,11 @@ def repeated(block: bytes, size: int):
         yield whole
 
 
+def marked(blocks):
+    yield codecs.BOM_UTF16_LE
+    yield from blocks
+
+
 def log_block() -> bytes:
     return "".join(LOG.format(i % 16, i, i * 37 % 5000, i * 7919 % 900000) for i in range(9000)).encode()
 
@@ -25,6 +31,7 @@ FILES = {
     "small.txt": lambda: [(JAPANESE * 8).encode()],
     "ja-100m-utf8.txt": lambda: repeated(JAPANESE.encode(), 100 * MEGABYTE),
     "ja-100m-sjis.txt": lambda: repeated(JAPANESE.encode("cp932"), 100 * MEGABYTE),
+    "ja-100m-utf16.txt": lambda: marked(repeated(JAPANESE.encode("utf-16-le"), 100 * MEGABYTE)),
     "log-100m.txt": lambda: repeated(log_block(), 100 * MEGABYTE),
     "log-1g.txt": lambda: repeated(log_block(), 1024 * MEGABYTE),
     "line-100m-ascii.txt": lambda: repeated(log_block().replace(b"\n", b" "), 100 * MEGABYTE),

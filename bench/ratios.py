@@ -27,15 +27,18 @@ def ours(command: str) -> tuple[float, float]:
 def main():
     bigfile, folder = sys.argv[1], pathlib.Path(sys.argv[2])
     rounds = int(sys.argv[3]) if len(sys.argv) > 3 else 5
-    log, utf8, sjis = (folder / name for name in ("log-1g.txt", "ja-100m-utf8.txt", "ja-100m-sjis.txt"))
+    log, utf8, sjis, utf16 = (
+        folder / name for name in ("log-1g.txt", "ja-100m-utf8.txt", "ja-100m-sjis.txt", "ja-100m-utf16.txt"))
     last, copy = folder / "last-word.txt", folder / "copy.txt"
     if not last.exists():
         passed(f"cp {log} {last} && echo at the very end: nightingale >> {last}")
-    utf16 = "-t UTF-16LE"
+    units = "-t UTF-16LE"
     rows = [
-        ("1 GiB log", f"load {log}", f"iconv -f UTF-8 {utf16} {log}"),
-        ("100 MB of Japanese, UTF-8", f"load {utf8}", f"iconv -f UTF-8 {utf16} {utf8}"),
-        ("100 MB of Japanese, Shift-JIS", f"load {sjis}", f"iconv -f CP932 {utf16} {sjis}"),
+        ("1 GiB log", f"load {log}", f"iconv -f UTF-8 {units} {log}"),
+        ("100 MB of Japanese, UTF-8", f"load {utf8}", f"iconv -f UTF-8 {units} {utf8}"),
+        ("100 MB of Japanese, Shift-JIS", f"load {sjis}", f"iconv -f CP932 {units} {sjis}"),
+        ("100 MB of Japanese, UTF-16, by its bytes", f"load {utf16}", f"iconv -f UTF-16 -t UTF-8 {utf16}"),
+        ("100 MB of Japanese, UTF-16, as text", f"load16 {utf16}", f"iconv -f UTF-16 -t UTF-8 {utf16}"),
         ("the last word of 1 GiB", f"find {last} nightingale", f"grep -cF nightingale {last}"),
         ("1 GiB saved", f"save {log} {copy}", f"cp {log} {copy} && sync {copy}"),
     ]

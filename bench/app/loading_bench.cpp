@@ -1,5 +1,5 @@
-// A file that is opened in a window: until its first text is there, until all of it is, and how long the
-// event loop was kept meanwhile.
+// A file that is opened in a window: until its first rows are painted, until all of it is there, and how long
+// the event loop was kept meanwhile.
 //
 //     cmake --preset bench && cmake --build --preset bench --target loading_bench
 //     QT_QPA_PLATFORM=offscreen FILE=/var/tmp/marlopad-data/log-1g.txt build/bench/loading_bench
@@ -39,6 +39,29 @@ QString fileToOpen()
     return made.fileName();
 }
 
+/// Knows when a document's view has painted text.
+class FirstRows : public QObject {
+public:
+    explicit FirstRows(const ctlEditer &editor)
+        : m_editor(editor)
+    {
+        editor.viewport()->installEventFilter(this);
+    }
+    bool arePainted() const { return m_arePainted; }
+
+protected:
+    /// Before the view hears of it; it has painted when the event loop comes back.
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        m_arePainted |= event->type() == QEvent::Paint && m_editor.document().store().length() > 0;
+        return false;
+    }
+
+private:
+    const ctlEditer &m_editor;
+    bool m_arePainted = false;
+};
+
 /// Milliseconds.
 struct Times {
     double first = 0;
@@ -59,15 +82,14 @@ Times load(frmMain &window, const QString &file)
     QElapsedTimer clock;
     clock.start();
     window.setDocument(file);
+    const FirstRows rows(*window.currentEditor());
     do {
-        if (times.first == 0 && documentOf(window).store().length() > 0)
-            times.first = msOf(clock);
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    } while (documentOf(window).isHeld());
+        if (times.first == 0 && rows.arePainted())
+            times.first = msOf(clock);
+    } while (times.first == 0 || documentOf(window).isHeld());
     turns.note();
     times.whole = msOf(clock);
-    if (times.first == 0)
-        times.first = times.whole;
     times.longestTurn = turns.longest();
     times.medianTurn = turns.median();
     return times;
@@ -96,7 +118,7 @@ void openLarge(benchmark::State &state)
         window.confirmCloseAll(false);
     }
     const auto iterations = double(state.iterations());
-    state.counters["firstText_ms"] = sum.first / iterations;
+    state.counters["firstRows_ms"] = sum.first / iterations;
     state.counters["medianTurn_ms"] = sum.medianTurn / iterations;
     state.counters["longestTurn_ms"] = sum.longestTurn;
 }

@@ -1,5 +1,6 @@
-// One thing that is done with a large file, without a window: bigfile load FILE, bigfile save FILE COPY, or
-// bigfile find FILE TEXT. Tells the seconds that it took and the most memory that the process had.
+// One thing that is done with a large file, without a window: bigfile load FILE, bigfile load16 FILE (as text
+// in UTF-16, by its mark), bigfile save FILE COPY, or bigfile find FILE TEXT. Tells the seconds that it took
+// and the most memory that the process had.
 
 #include "document/textdocument.h"
 #include "files/filename.h"
@@ -35,6 +36,16 @@ bool load(TextDocument &document, const char *file)
     return !document.load(path, name, {}, {});
 }
 
+bool loadUtf16(TextDocument &document, const char *file)
+{
+    const auto [path, name] = parted(file);
+    TextStore text;
+    if (document.readUtf16(path, name, { false, true }, {}, text))
+        return false;
+    document.setText(std::move(text));
+    return true;
+}
+
 bool save(TextDocument &document, const char *file)
 {
     const auto [path, name] = parted(file);
@@ -59,16 +70,16 @@ void tell(const QElapsedTimer &timer)
 int main(int count, char **arguments)
 {
     const QByteArrayView work(count > 2 ? arguments[1] : "");
-    const bool hasText = count == (work == "load" ? 3 : 4);
-    if (!hasText || (work != "load" && work != "save" && work != "find"))
+    const bool isLoad = work == "load" || work == "load16";
+    if (count != (isLoad ? 3 : 4) || !(isLoad || work == "save" || work == "find"))
         return 2;
     const AdvanceTable widths(width);
     TextDocument document;
     document.layOut({ &widths, 8 * halfWidth * subpixelsPerPixel, 640 * subpixelsPerPixel });
     QElapsedTimer timer;
     timer.start();
-    bool isDone = load(document, arguments[2]);
-    if (isDone && work != "load") {
+    bool isDone = work == "load16" ? loadUtf16(document, arguments[2]) : load(document, arguments[2]);
+    if (isDone && !isLoad) {
         timer.start();
         isDone = work == "save" ? save(document, arguments[3]) : find(document, arguments[3]);
     }
