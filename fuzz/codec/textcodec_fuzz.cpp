@@ -34,6 +34,9 @@ struct Plan {
     qint64 offset;
     qint64 removed;
     QString inserted;
+
+    /// Of the file.
+    qsizetype partSize() const { return 1 + offset % 13; }
 };
 
 bool cutsPair(const TextStore &store, qint64 offset)
@@ -62,6 +65,25 @@ void checkUnits(const TextCodec &codec, const QByteArray &file, const QString &t
         return;
     require(file.size() % 2 == 1 || encoded(codec, text) == file);
     require(decoded(utf8Codec(), encoded(utf8Codec(), text)) == text);
+}
+
+/// What the parts of a file give, one after the other.
+void checkParts(const TextCodec &codec, QByteArrayView file, const TextStore &whole, const Plan &plan)
+{
+    const std::unique_ptr<TextCodec::Decoding> decoding = codec.decoding();
+    if (!decoding)
+        return;
+    BuilderSink sink(plan.cuts);
+    for (QByteArrayView rest = file; !rest.isEmpty();) {
+        const QByteArrayView part = rest.first(qMin(plan.partSize(), rest.size()));
+        decoding->add(part, sink);
+        rest = rest.sliced(part.size());
+    }
+    decoding->finish(sink);
+    const TextStore store = sink.finish();
+    store.checkInvariants();
+    require(store.text() == whole.text());
+    require(storedBytes(codec, store) == file);
 }
 
 /// One edit, taken back and made again.
@@ -109,6 +131,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         require(store.text() == text);
         require(storedBytes(codec, store) == file);
         checkUnits(codec, file, text);
+        checkParts(codec, file, store, plan);
         checkEdit(codec, file, store, plan);
     }
     return 0;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 /// Drives a codec's decoder over bytes and hands the text on in blocks.
 ///
@@ -18,6 +19,8 @@
 ///                                      bytes make one unit (at the end of the text perhaps none) and are not
 ///                                      what the encoder would write
 ///     bool endsOpen() const            behind the last byte the encoder would write more
+///     static qsizetype openFrom(bytes) a call of next() that begins before it wants no byte behind these;
+///                                      of a decoder that decodes parts
 template <class Decoder> class BlockDecoder {
 public:
     static constexpr int unitsPerStep = 64;
@@ -31,17 +34,19 @@ public:
     {
     }
 
-    /// What the decoder has become behind the bytes.
-    Decoder decode(QByteArrayView bytes)
+    /// Decodes the characters that begin before `stop`. Returns where the next one begins.
+    qsizetype decode(QByteArrayView bytes, qsizetype stop)
     {
-        const auto *in = reinterpret_cast<const uchar *>(bytes.data());
+        const auto *const begin = reinterpret_cast<const uchar *>(bytes.data());
+        const uchar *in = begin;
         const uchar *const end = in + bytes.size();
+        const uchar *const stopAt = in + stop;
         char16_t *out = m_buffer.get();
         Decoder decoder = m_decoder;
-        while (in != end) {
+        while (in < stopAt) {
             if (out - m_buffer.get() >= m_blockUnits)
                 out = flush(out);
-            if (decoder.isAscii() && copyAscii(in, end, out))
+            if (decoder.isAscii() && (copyAscii(in, end, out) || in >= stopAt))
                 continue;
             const uchar *const from = in;
             char16_t *const unit = out;
@@ -49,8 +54,11 @@ public:
                 out = spell({ from, in }, unit, out);
         }
         flush(out);
-        return decoder;
+        m_decoder = decoder;
+        return in - begin;
     }
+
+    const Decoder &decoder() const { return m_decoder; }
 
 private:
     /// True when the input is at its end or more may follow; false at a special byte.
@@ -133,29 +141,56 @@ private:
     std::unique_ptr<char16_t[]> m_buffer;
 };
 
-/// Decodes a text in parts, by one decoder.
+/// Decodes bytes by a decoder, which may be in the middle of a text; as above.
+template <class Decoder>
+qsizetype decodeSome(QByteArrayView bytes, qsizetype stop, TextCodec::TextSink &sink, Decoder &decoder)
+{
+    constexpr qsizetype unitsPerByte = 2; // at the most, and only in UTF-16
+    const qsizetype blockUnits = std::clamp(unitsPerByte * bytes.size(), qsizetype{ 1 }, sink.blockUnits);
+    BlockDecoder<Decoder> blocks(sink, blockUnits, decoder);
+    const qsizetype end = blocks.decode(bytes, stop);
+    decoder = blocks.decoder();
+    return end;
+}
+
+/// A whole text.
+template <class Decoder>
+void decodeBlocks(QByteArrayView bytes, TextCodec::TextSink &sink, Decoder decoder = Decoder())
+{
+    decodeSome(bytes, bytes.size(), sink, decoder);
+    if (decoder.endsOpen())
+        sink.spelling("");
+}
+
+/// Decodes a text in parts. What may go on behind one waits for the next; where that is much, such as a
+/// million escape sequences, for as much again, so that each byte is looked at a few times at most.
 template <class Decoder> class BlockDecoding : public TextCodec::Decoding {
 public:
+    explicit BlockDecoding(Decoder decoder = Decoder())
+        : m_decoder(decoder)
+    {
+    }
+
     void add(QByteArrayView bytes, TextCodec::TextSink &sink) override
     {
-        constexpr qsizetype unitsPerByte = 2; // at the most, and only in UTF-16
-        const qsizetype blockUnits = std::clamp(unitsPerByte * bytes.size(), qsizetype{ 1 }, sink.blockUnits);
-        m_decoder = BlockDecoder<Decoder>(sink, blockUnits, m_decoder).decode(bytes);
+        if (!m_waiting.isEmpty()) {
+            m_waiting += bytes;
+            bytes = m_waiting;
+        }
+        if (bytes.size() < m_enough)
+            return;
+        const qsizetype end = decodeSome(bytes, Decoder::openFrom(bytes), sink, m_decoder);
+        m_waiting = bytes.sliced(end).toByteArray();
+        m_enough = 2 * m_waiting.size();
     }
 
     void finish(TextCodec::TextSink &sink) override
     {
-        if (m_decoder.endsOpen())
-            sink.spelling("");
+        decodeBlocks(std::exchange(m_waiting, {}), sink, m_decoder);
     }
 
 private:
     Decoder m_decoder;
+    QByteArray m_waiting;
+    qsizetype m_enough = 0; ///< a look at fewer bytes is not worth it
 };
-
-template <class Decoder> void decodeBlocks(QByteArrayView bytes, TextCodec::TextSink &sink)
-{
-    BlockDecoding<Decoder> decoding;
-    decoding.add(bytes, sink);
-    decoding.finish(sink);
-}

@@ -37,6 +37,14 @@ const TextCodec &codecToRead(CharCode code, QByteArrayView bytes)
     return code == CharCode::Unicode ? codecForContent(bytes) : infoOf(code).codec();
 }
 
+CharCode codeToRead(CharCode code, QByteArrayView bytes)
+{
+    const TextCodec &codec = codecToRead(code, bytes);
+    if (&codec == &latin1Codec())
+        return CharCode::Binary;
+    return &codec == &utf8Codec() ? CharCode::Utf8 : code;
+}
+
 std::optional<CharCode> requestedCharCode(int code)
 {
     return code == 0 ? std::nullopt : std::optional(CharCode(code));

@@ -39,8 +39,10 @@ const CharCodeInfo &infoOf(CharCode code);
 bool isCodeOfText(CharCode code);
 
 /// What a file with these bytes is read with: the code's codec, but for Unicode what the byte-order mark
-/// says.
+/// says. Cost: a look at the first three.
 const TextCodec &codecToRead(CharCode code, QByteArrayView bytes);
+/// A code that has the same codec: Unicode alone where that is one of UTF-16.
+CharCode codeToRead(CharCode code, QByteArrayView bytes);
 
 /// A request as callers in int make it, where 0 means to detect or to keep.
 std::optional<CharCode> requestedCharCode(int code);

@@ -339,6 +339,19 @@ public:
 
     bool endsOpen() const { return !m_ended && !m_written.endsInAscii(); }
 
+    /// The last byte may be the first of two, and designations belong to the character behind them.
+    static qsizetype openFrom(QByteArrayView bytes)
+    {
+        qsizetype open = std::max<qsizetype>(0, bytes.size() - 1);
+        for (;;) {
+            const qsizetype from = std::max<qsizetype>(0, open - longestDesignation);
+            const qsizetype escape = bytes.first(open).indexOf(char(escapeCharacter), from);
+            if (escape < 0)
+                return open;
+            open = escape;
+        }
+    }
+
 private:
     static constexpr int charactersPerStep = 32;
 

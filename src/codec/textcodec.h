@@ -58,17 +58,17 @@ public:
     /// The same, into a part of a store: in any thread, see TextStore::Builder.
     TextStore decode(
         QByteArrayView bytes, const LayoutCopy &layout, LeafMemory *memory, qint64 &undecodable) const;
-    /// Decodes a text in parts, one after the other, in any thread: together they give what the whole text
-    /// gives. A part but the last one ends with a control character or a blank, which is no part of another
-    /// character nor of an escape sequence.
+    /// Decodes a text in parts, one after the other, cut anywhere, in any thread: together they give what the
+    /// whole text gives.
     class Decoding {
     public:
         virtual ~Decoding();
+        /// What is not known before more bytes have come is told then.
         virtual void add(QByteArrayView bytes, TextSink &sink) = 0;
-        /// `sink` is that of the last part.
+        /// The rest. `sink` is that of the last part.
         virtual void finish(TextSink &sink) = 0;
     };
-    /// Null where each part can be decoded by itself.
+    /// Null where each part can be decoded by itself, if it is cut between two characters.
     virtual std::unique_ptr<Decoding> decoding() const;
     /// Decodes a part into one of a store, as above.
     enum class Part { Inner, Last };

@@ -7,6 +7,7 @@
 namespace {
 
 enum class Order { LittleEndian, BigEndian };
+enum class Mark { Written, None };
 
 template <Order order> char16_t loadUnit(const uchar *in)
 {
@@ -26,11 +27,16 @@ template <Order order> void storeUnit(char16_t unit, uchar *&out)
 /// taken for an escape, or make a pair with one. An odd last byte is an escape, or ASCII.
 template <Order order> class Utf16Decoder {
 public:
+    explicit Utf16Decoder(Mark mark)
+        : m_mayHaveMark(mark == Mark::Written)
+    {
+    }
+
     static bool isAscii() { return false; }
     static bool isSpecial(uchar) { return true; }
     static quint64 special(quint64) { return 1; }
 
-    bool next(const uchar *&in, const uchar *end, char16_t *&out) const
+    bool next(const uchar *&in, const uchar *end, char16_t *&out)
     {
         if (end - in < 2) {
             const bool isAsciiByte = *in < 0x80;
@@ -38,15 +44,29 @@ public:
             ++in;
             return isAsciiByte;
         }
-        for (int i = 0; i < unitsPerStep && end - in >= 2; ++i)
+        if (std::exchange(m_mayHaveMark, false) && loadUnit<order>(in) == QChar::ByteOrderMark) {
+            in += 2;
+            return false;
+        }
+        int count = 0;
+        do
             nextUnit(in, end, out);
+        while (++count < unitsPerStep && end - in >= longest);
         return false;
     }
 
     static bool endsOpen() { return false; }
 
+    static qsizetype openFrom(QByteArrayView bytes)
+    {
+        const qsizetype end = bytes.size() / 2 * 2;
+        const auto *const in = reinterpret_cast<const uchar *>(bytes.data());
+        return end > 0 && QChar::isHighSurrogate(loadUnit<order>(in + end - 2)) ? end - 2 : end;
+    }
+
 private:
     static constexpr int unitsPerStep = 16;
+    static constexpr qsizetype longest = 4; ///< bytes of a character
 
     static void nextUnit(const uchar *&in, const uchar *end, char16_t *&out)
     {
@@ -65,6 +85,8 @@ private:
             *out++ = escapeOf(static_cast<uchar>(0x80 | (unit & 0x3F)));
         }
     }
+
+    bool m_mayHaveMark; ///< at its start
 };
 
 /// Gathers escapes: three that the decoder made of a lone surrogate become it again, others stay bytes.
@@ -124,8 +146,6 @@ private:
     int m_count = 0; ///< how many of them are not written yet
 };
 
-enum class Mark { Written, None };
-
 /// UTF-16 behind a byte-order mark, which decoding drops and encoding writes; or without one.
 template <Order order> class Utf16Codec : public TextCodec {
 public:
@@ -137,8 +157,12 @@ public:
     using TextCodec::decode;
     void decode(QByteArrayView bytes, TextSink &sink) const override
     {
-        const bool hasByteOrderMark = m_mark == Mark::Written && bytes.startsWith(byteOrderMark());
-        decodeBlocks<Utf16Decoder<order>>(hasByteOrderMark ? bytes.sliced(2) : bytes, sink);
+        decodeBlocks(bytes, sink, Utf16Decoder<order>(m_mark));
+    }
+
+    std::unique_ptr<Decoding> decoding() const override
+    {
+        return std::make_unique<BlockDecoding<Utf16Decoder<order>>>(Utf16Decoder<order>(m_mark));
     }
 
     std::unique_ptr<Encoding> encoding(ByteSink sink, AsRead asRead) const override

@@ -7,9 +7,6 @@ namespace {
 
 constexpr qint64 readAtOnce = qint64{ 1 } << 20;
 
-constexpr uchar blank = 0x20;
-constexpr uchar jisEscape = 0x1B;
-
 constexpr bool isUtf8Rest(char byte)
 {
     return (uchar(byte) & 0xC0) == 0x80;
@@ -21,12 +18,13 @@ constexpr bool isCr(char byte)
     return byte == '\r';
 }
 
-/// Whether every character ends behind this byte, however it begins. A NUL becomes FF.
+/// Whether every character ends behind this byte, however it begins; in a code with a state it may also go on
+/// in the next part. A NUL becomes FF.
 bool endsCharacter(char byte, CharCode code)
 {
     const auto b = uchar(byte);
-    if (code == CharCode::Jis)
-        return b > 0 && b <= blank && b != jisEscape && !isCr(byte);
+    if (infoOf(code).hasState)
+        return !isCr(byte);
     const bool isKatakana = code == CharCode::ShiftJis && b >= 0xA1 && b <= 0xDF; // or a second byte
     return (b > 0 && b < 0x80 && !isCr(byte)) || isKatakana;
 }
@@ -99,7 +97,8 @@ bool FileBlocks::read(FileBlock &block, const FileBlock &before, qsizetype size)
     block.end = 0;
     block.isLast = false;
     while (fill(block) && !block.isLast) {
-        block.end = cutOf(QByteArrayView(block.bytes).first(block.size), code(CharCode::Utf8));
+        const CharCode readAs = codeToRead(code(CharCode::Utf8), m_mark);
+        block.end = cutOf(QByteArrayView(block.bytes).first(block.size), readAs);
         if (block.end > 0 || m_isAtEnd)
             break;
         block.bytes.resize(block.bytes.size() * 2 + readAtOnce);
@@ -130,9 +129,18 @@ bool FileBlocks::addBytes(FileBlock &block)
         return false;
     m_isAtEnd = *count == 0;
     if (!m_isAtEnd)
-        m_facts.add({ to, *count });
+        addFacts({ to, *count });
     block.size += *count;
     return true;
+}
+
+void FileBlocks::addFacts(QByteArrayView bytes)
+{
+    constexpr qsizetype longestMark = 3;
+    m_facts.add(bytes);
+    const QByteArrayView start = m_facts.start();
+    if (m_mark.size() < longestMark && m_mark.size() < start.size())
+        m_mark = start.first(qMin(start.size(), longestMark)).toByteArray().replace('\0', '\xFF');
 }
 
 /// Makes room where it becomes more.

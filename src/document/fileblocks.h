@@ -42,7 +42,7 @@ struct FileBlock {
     QByteArray bytes; ///< with room behind those that were read
     qsizetype size = 0;
     qsizetype end = 0; ///< those before it can be decoded, see cutOf(); the rest belongs to the next
-    qint64 fileEnd = 0; ///< of the file's bytes, where this ends; nearly so where they are UTF-16
+    qint64 fileEnd = 0; ///< of the file's bytes, where this ends; nearly so where they become UTF-8
     bool isLast = false;
 };
 
@@ -61,9 +61,10 @@ public:
     /// Makes `block` what follows `before`: about `size` bytes, or more where they cannot be cut sooner.
     bool read(FileBlock &block, const FileBlock &before, qsizetype size);
     /// What the file has by now is not all, and it may grow: until that is over no block is the last one, and
-    /// what has not come whole waits for its rest. Not for UTF-16.
+    /// what has not come whole waits for its rest. Not for text in UTF-16.
     void setGrowing(bool isGrowing) { m_isGrowing = isGrowing; }
-    /// Forgets what was read, but for the code that it has led to: that is the code until more was read.
+    /// Forgets what was read, but for the mark, and the code that it has led to: that is the code until more
+    /// was read.
     void startOver(CharCode code);
 
     const std::optional<ReadFailure> &failure() const { return m_failure; }
@@ -71,6 +72,8 @@ public:
     const FileFacts &facts() const { return m_facts; }
     /// The one that was asked for, or else detected in them.
     CharCode code(CharCode codeOfEmpty) const;
+    /// The first three bytes, as they are decoded.
+    QByteArrayView mark() const { return m_mark; }
     qint64 expectedSize() const { return m_file.stamp().size; }
     /// Of all of the file, when the last block was read.
     FileVersion version() const;
@@ -81,6 +84,7 @@ public:
 private:
     bool fill(FileBlock &block);
     bool addBytes(FileBlock &block);
+    void addFacts(QByteArrayView bytes);
     bool addUtf16(FileBlock &block);
     std::optional<qint64> readSome(char *to, qint64 size);
 
@@ -92,12 +96,14 @@ private:
     bool m_isGrowing = false;
     bool m_isAtEnd = false; ///< of what the file has
     FileFacts m_facts;
+    QByteArray m_mark;
     CharCode m_settledCode = CharCode::Binary; ///< see startOver()
     qint64 m_settledSize = -1; ///< of what has led to it
     std::optional<ReadFailure> m_failure;
 };
 
 /// The last place where bytes in a code may be cut so that both parts, decoded by themselves, give the text
-/// of the whole, with whatever line ends; 0 for none. In JIS the second part is decoded with the state that
-/// the first one leaves; not for Unicode. Cost: a look at the end, unless the bytes are no text.
+/// of the whole, with whatever line ends; 0 for none. In a code with a state the second part is decoded where
+/// the first one has left it (see TextCodec::Decoding). Cost: a look at the end, unless the bytes are no
+/// text.
 qsizetype cutOf(QByteArrayView bytes, CharCode code);

@@ -78,7 +78,7 @@ void FileReading::giveUp()
     m_part.reset();
     m_block = {};
     m_spare = {};
-    m_held = {};
+    m_decoding.reset();
     m_idle.clear();
     m_workers.clear();
 }
@@ -96,8 +96,6 @@ FileReading::Step FileReading::makeStep(const Spread &spread)
     std::swap(next.bytes, m_spare);
     if (m_block.end == 0 && !m_block.isLast)
         readBehind(next); // what there is waits for its rest
-    else if (isHeldWhole())
-        hold(next);
     else
         decode(next, spread);
     if (m_blocks.failure())
@@ -133,12 +131,15 @@ bool FileReading::readFirst()
 bool FileReading::settleCode()
 {
     const CharCode before = m_codes.charCode;
+    const TextCodec *const codecBefore = m_result.codec;
     const auto lineEnd = m_blocks.facts().lineEnd().found();
     m_codes.charCode = m_blocks.code(m_request.codesOfSilent.charCode);
+    m_readAs = codeToRead(m_codes.charCode, m_blocks.mark());
+    m_result.codec = &codecToRead(m_codes.charCode, m_blocks.mark());
     m_codes.returnCode = m_codes.charCode == CharCode::Binary
         ? ReturnCode::None
         : lineEnd.value_or(m_request.codesOfSilent.returnCode);
-    return m_codes.charCode == before || m_decoded.bytes == 0
+    return (m_codes.charCode == before && m_result.codec == codecBefore) || m_decoded.bytes == 0
         || (m_decoded.isAscii && isAsciiAlike(before) && isAsciiAlike(m_codes.charCode));
 }
 
@@ -154,7 +155,6 @@ bool FileReading::startOver()
     m_decoded = {};
     m_result = {};
     m_decoding.reset();
-    m_held.clear();
     return readFirst() && settleCode();
 }
 
@@ -173,20 +173,10 @@ void FileReading::takeLayout()
         worker->layout = m_layout;
 }
 
-bool FileReading::isHeldWhole() const
-{
-    return m_codes.charCode == CharCode::Unicode;
-}
-
 /// Where parts of a block cannot be decoded by themselves it is the one part.
 bool FileReading::isDecodedInOrder() const
 {
-    return infoOf(m_codes.charCode).hasState && !isHeldWhole();
-}
-
-const TextCodec &FileReading::codecOf(QByteArrayView text) const
-{
-    return codecToRead(m_codes.charCode, text);
+    return infoOf(m_readAs).hasState;
 }
 
 /// Decodes the block while the one behind it is read.
@@ -197,8 +187,7 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
     do {
         const qsizetype from = ends.empty() ? 0 : ends.back();
         const QByteArrayView rest(bytes + from, m_block.end - from);
-        ends.push_back(
-            isDecodedInOrder() ? m_block.end : from + partOf(rest, m_sizes.part, m_codes.charCode));
+        ends.push_back(isDecodedInOrder() ? m_block.end : from + partOf(rest, m_sizes.part, m_readAs));
     } while (ends.back() < m_block.end);
     std::vector<DecodedPart> parts(ends.size());
     const bool isAscii = m_blocks.facts().code().isAscii();
@@ -212,25 +201,6 @@ void FileReading::decode(FileBlock &next, const Spread &spread)
     });
     m_decoded.isAscii = isAscii;
     m_decoded.bytes = m_block.fileEnd;
-    join(std::move(parts));
-}
-
-/// The same of what has the code that its first bytes tell.
-void FileReading::hold(FileBlock &next)
-{
-    if (!m_block.isLast)
-        readBehind(next);
-    m_decoded.bytes = m_block.fileEnd;
-    m_decoded.isAscii = false;
-    m_held.reserve(bytesInAll());
-    char *const bytes = m_block.bytes.data();
-    m_held.append(bytes, normalizeLineEnds(bytes, m_block.end, m_codes.returnCode));
-    if (!m_block.isLast)
-        return;
-    m_result.codec = &codecOf(m_held);
-    std::vector<DecodedPart> parts;
-    parts.push_back(decodePart(m_held.data(), m_held.size()));
-    m_held = {};
     join(std::move(parts));
 }
 
@@ -267,7 +237,7 @@ FileReading::DecodedPart FileReading::decodePart(char *bytes, qsizetype size)
     if (isDecodedInOrder())
         part.text = decodeOn(text, worker.layout, memory, part.undecodable);
     else
-        part.text = codecOf(text).decode(text, worker.layout, memory, part.undecodable);
+        part.text = m_result.codec->decode(text, worker.layout, memory, part.undecodable);
     giveBack(worker);
     return part;
 }
@@ -276,7 +246,7 @@ TextStore FileReading::decodeOn(
     QByteArrayView text, const LayoutCopy &layout, LeafMemory *memory, qint64 &undecodable)
 {
     if (!m_decoding)
-        m_decoding = codecOf(text).decoding();
+        m_decoding = m_result.codec->decoding();
     const auto part = m_block.isLast ? TextCodec::Part::Last : TextCodec::Part::Inner;
     return TextCodec::decode(*m_decoding, text, part, layout, memory, undecodable);
 }
@@ -302,8 +272,6 @@ void FileReading::finish()
 {
     const FileFacts &facts = m_blocks.facts();
     ReadFindings &findings = m_result.findings;
-    if (!m_result.codec)
-        m_result.codec = &codecOf({});
     m_result.codes = codes();
     m_result.version = m_blocks.version();
     findings.givenCode = m_request.code;

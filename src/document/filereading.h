@@ -26,8 +26,7 @@ struct ReadResult {
 /// Reads a file as text, in steps of some milliseconds: the file is never held whole, nor is its text.
 ///
 /// Its code is that of the bytes which were read so far. Where those that follow say otherwise, reading
-/// starts over. A code that has a state (JIS) is decoded in order. Bytes that are read as Unicode are held
-/// whole.
+/// starts over. Codes that have a state (JIS, and UTF-16 as its bytes are) are decoded in order.
 ///
 /// Threads: the steps may be made in any thread, one after the other. It is made and destroyed, and the parts
 /// are taken over, where nobody else does anything with it at that time.
@@ -78,7 +77,7 @@ public:
     std::optional<Part> takePart() { return std::exchange(m_part, std::nullopt); }
     /// Of the text that came so far.
     FileCodes codes() const;
-    /// Bytes that were decoded (nearly, of UTF-16), and that the file had when it was opened.
+    /// Bytes that were decoded (nearly, of text in UTF-16), and that the file had when it was opened.
     qint64 bytesDone() const { return m_decoded.bytes; }
     qint64 bytesInAll() const { return m_blocks.expectedSize(); }
     /// For want of memory, outside of a step too: gives back what it has.
@@ -117,12 +116,9 @@ private:
     bool readFirst();
     bool settleCode();
     bool startOver();
-    bool isHeldWhole() const;
     bool isDecodedInOrder() const;
     void takeLayout();
-    const TextCodec &codecOf(QByteArrayView text) const;
     void decode(FileBlock &next, const Spread &spread);
-    void hold(FileBlock &next);
     Worker &takeWorker();
     void giveBack(Worker &worker);
     void readBehind(FileBlock &next);
@@ -141,7 +137,7 @@ private:
     Decoded m_decoded;
     bool m_isOpen = false;
     bool m_isTooLarge = false; ///< the memory has not sufficed
-    QByteArray m_held; ///< what is decoded whole
+    CharCode m_readAs = CharCode::Binary; ///< see codeToRead()
     std::unique_ptr<TextCodec::Decoding> m_decoding; ///< of a code that has a state, since its first part
     bool m_startsOver = false;
     LayoutCopy m_layout; ///< that of the workers, by which nobody measures

@@ -19,23 +19,21 @@ private:
     qint64 m_undecodable = 0;
 };
 
-bool fitsAtOnce(QByteArrayView bytes, CharCode code)
-{
-    FaultFinder finder;
-    infoOf(code).codec().decode(bytes, finder);
-    return !finder.hasFault();
-}
-
 bool fits(const ByteBlocks &blocks, CharCode code)
 {
-    bool isFitting = true;
-    if (!infoOf(code).hasState) {
-        blocks([&](QByteArrayView bytes) { return isFitting = fitsAtOnce(bytes, code); });
-        return isFitting;
-    }
-    QByteArray all;
-    blocks([&all](QByteArrayView bytes) { return all += bytes, true; });
-    return fitsAtOnce(all, code);
+    const TextCodec &codec = infoOf(code).codec();
+    const std::unique_ptr<TextCodec::Decoding> decoding = codec.decoding();
+    FaultFinder finder;
+    blocks([&](QByteArrayView bytes) {
+        if (decoding)
+            decoding->add(bytes, finder);
+        else
+            codec.decode(bytes, finder);
+        return !finder.hasFault();
+    });
+    if (decoding)
+        decoding->finish(finder);
+    return !finder.hasFault();
 }
 
 bool isHigh(char byte)

@@ -79,6 +79,27 @@ qsizetype proofIn(QByteArrayView sample, bool isBigEndian)
     return isText && proof >= leastProof && proof * leastOfProof >= units ? proof : 0;
 }
 
+/// Writes a text in UTF-8 as it is decoded.
+class Utf8Sink : public TextCodec::TextSink {
+public:
+    /// Of so many bytes in UTF-16.
+    explicit Utf8Sink(qsizetype size) { m_utf8.reserve(size * longestOfUnit / 2 + longestOfUnit); }
+    void latin1(QByteArrayView characters) override { m_encoding->add({ {}, characters, {} }); }
+    void utf16(QStringView text) override { m_encoding->add({ {}, {}, text }); }
+    QByteArray finish()
+    {
+        m_encoding->finish({});
+        return std::move(m_utf8);
+    }
+
+private:
+    static constexpr qsizetype longestOfUnit = 3;
+
+    QByteArray m_utf8;
+    const std::unique_ptr<TextCodec::Encoding> m_encoding = utf8Codec().encoding(
+        [this](QByteArrayView bytes) { return m_utf8 += bytes, true; }, TextCodec::AsRead::UndecodableBytes);
+};
+
 } // namespace
 
 std::optional<Utf16Form> utf16FormOf(QByteArrayView bytes)
@@ -109,45 +130,30 @@ const TextCodec &codecOf(Utf16Form form)
     return form.isBigEndian ? unmarkedUtf16BigEndianCodec() : unmarkedUtf16LittleEndianCodec();
 }
 
-QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form)
-{
-    const TextStore text = codecOf(form).decode(bytes, LayoutRule());
-    QByteArray utf8;
-    const auto collect = [&utf8](QByteArrayView block) {
-        utf8 += block;
-        return true;
-    };
-    utf8Codec().encode(text, collect, TextCodec::AsRead::UndecodableBytes);
-    return utf8;
-}
-
 Utf8FromUtf16::Utf8FromUtf16(Utf16Form form)
-    : m_form(form)
+    : m_decoding(codecOf(form).decoding())
 {
 }
 
 QByteArray Utf8FromUtf16::add(QByteArrayView bytes)
 {
-    m_waiting += bytes;
-    qsizetype end = m_waiting.size() / 2 * 2;
-    if (end > 0 && QChar::isHighSurrogate(unitAt(m_waiting, end - 2, m_form.isBigEndian)))
-        end -= 2;
-    return convert(end);
+    Utf8Sink sink(bytes.size());
+    m_decoding->add(bytes, sink);
+    return sink.finish();
 }
 
 QByteArray Utf8FromUtf16::finish()
 {
-    return convert(m_waiting.size());
+    Utf8Sink sink(0);
+    m_decoding->finish(sink);
+    return sink.finish();
 }
 
-QByteArray Utf8FromUtf16::convert(qsizetype size)
+QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form)
 {
-    if (size == 0)
-        return {};
-    QByteArray utf8 = utf8FromUtf16(QByteArrayView(m_waiting).first(size), m_form);
-    m_waiting.remove(0, size);
-    m_form.hasMark = false;
-    return utf8;
+    Utf8FromUtf16 conversion(form);
+    const QByteArray start = conversion.add(bytes);
+    return start + conversion.finish();
 }
 
 std::optional<Utf16Form> utf16FormOf(const TextDocument &document)

@@ -5,6 +5,8 @@
 
 #include <QByteArray>
 
+#include <memory>
+
 class TextDocument;
 
 /// UTF-16 as text, beside the rules that go by bytes.
@@ -17,10 +19,8 @@ std::optional<Utf16Form> utf16FormOf(QByteArrayView bytes);
 std::optional<Utf16Form> utf16FormOf(QByteArrayView start, qint64 size);
 /// What reads and writes such a text; the encoder writes a mark if there was one.
 const TextCodec &codecOf(Utf16Form form);
-/// The same text in UTF-8. A lone surrogate becomes the three bytes that it would have, as it does when it is
-/// decoded (see the codec), and so is not lost.
-QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form);
-/// The same for a text that comes in blocks, cut anywhere.
+/// The same text in UTF-8, of one that comes in blocks, cut anywhere. A lone surrogate becomes the three
+/// bytes that it would have, as it does when it is decoded (see the codec), and so is not lost.
 class Utf8FromUtf16 {
 public:
     explicit Utf8FromUtf16(Utf16Form form);
@@ -30,11 +30,10 @@ public:
     QByteArray finish();
 
 private:
-    QByteArray convert(qsizetype size);
-
-    Utf16Form m_form; ///< of what comes next: only a start has a mark
-    QByteArray m_waiting;
+    std::unique_ptr<TextCodec::Decoding> m_decoding;
 };
+/// The same for a text that is there at once.
+QByteArray utf8FromUtf16(QByteArrayView bytes, Utf16Form form);
 /// In which form a document's file was read as such a text; nothing where it was not.
 std::optional<Utf16Form> utf16FormOf(const TextDocument &document);
 /// Whether it is saved in that form.

@@ -18,9 +18,10 @@ private slots:
     void namesCodes();
     void namesLineEnds();
     void labelsWhatDialogsOffer();
-    void readsAsAWholeWhatHasAState();
+    void decodesInOrderWhatHasAState();
     void unknownCodesAreShiftJis();
     void unicodeIsReadByItsMark();
+    void unicodeIsCutByItsMark();
     void noRequestIsNoCode();
 };
 
@@ -60,7 +61,7 @@ void CharCodeTest::labelsWhatDialogsOffer()
     QCOMPARE(labels, QStringList({ {}, {}, u"UTF-8"_s, u"Shift-JIS"_s, u"EUC"_s, u"JIS"_s, {} }));
 }
 
-void CharCodeTest::readsAsAWholeWhatHasAState()
+void CharCodeTest::decodesInOrderWhatHasAState()
 {
     for (const CharCode code : everyCharCode())
         QCOMPARE(infoOf(code).hasState, code == CharCode::Unicode || code == CharCode::Jis);
@@ -80,6 +81,19 @@ void CharCodeTest::unicodeIsReadByItsMark()
     QCOMPARE(&codecToRead(CharCode::Unicode, "abc"), &latin1Codec());
     QCOMPARE(&codecToRead(CharCode::Utf8, "\xFF\xFE"), &utf8Codec());
     QCOMPARE(&infoOf(CharCode::Unicode).codec(), &utf8Codec());
+}
+
+/// Without one of UTF-16 it is cut as another code.
+void CharCodeTest::unicodeIsCutByItsMark()
+{
+    for (const char *mark : { "\xFF\xFE", "\xFE\xFF" })
+        QCOMPARE(codeToRead(CharCode::Unicode, mark), CharCode::Unicode);
+    QCOMPARE(codeToRead(CharCode::Unicode, "\xEF\xBB\xBF"), CharCode::Utf8);
+    QCOMPARE(codeToRead(CharCode::Unicode, "abc"), CharCode::Binary);
+    for (const CharCode code : everyCharCode()) {
+        if (code != CharCode::Unicode)
+            QCOMPARE(codeToRead(code, "\xFF\xFE"), code);
+    }
 }
 
 void CharCodeTest::noRequestIsNoCode()

@@ -12,6 +12,8 @@
 #include <QSet>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 char byteOf(int value)
@@ -97,6 +99,11 @@ private slots:
     void randomBuffers();
     void randomBuffersCutAnyhow_data();
     void randomBuffersCutAnyhow();
+    void partsGiveTheWhole_data();
+    void partsGiveTheWhole();
+    void everyCutOfShortTextsGivesTheWhole_data();
+    void everyCutOfShortTextsGivesTheWhole();
+    void manyDesignationsAreLookedAtAFewTimes();
     void nothingButDesignations_data();
     void nothingButDesignations();
     void spellingsOfAnyLength();
@@ -249,6 +256,101 @@ void TextCodecLawsTest::randomBuffersCutAnyhow()
         store.checkInvariants();
         QCOMPARE(storedBytes(*c, store).toHex(' '), bytes.toHex(' '));
     }
+}
+
+namespace {
+
+/// The text that parts of bytes give, one after the other.
+TextStore storeOfParts(const TextCodec &codec, const QList<QByteArrayView> &parts, const TextCuts &cuts)
+{
+    const std::unique_ptr<TextCodec::Decoding> decoding = codec.decoding();
+    BuilderSink sink(cuts);
+    for (const QByteArrayView part : parts)
+        decoding->add(part, sink);
+    decoding->finish(sink);
+    return sink.finish();
+}
+
+bool isSameAsWhole(const TextCodec &codec, const QByteArray &bytes, const QList<QByteArrayView> &parts,
+    const TextCuts &cuts = {})
+{
+    const TextStore store = storeOfParts(codec, parts, cuts);
+    store.checkInvariants();
+    return store.text() == decoded(codec, bytes) && storedBytes(codec, store) == bytes;
+}
+
+void addCodecsWithState()
+{
+    addCodecRows({ "JIS7", "UTF-16LE", "UTF-16BE" });
+}
+
+QList<QByteArrayView> cutAnyhow(const QByteArray &bytes, QRandomGenerator &random)
+{
+    const int longest = 1 + random.bounded(20);
+    QList<QByteArrayView> parts;
+    for (QByteArrayView rest = bytes; !rest.isEmpty();) {
+        parts << rest.first(qMin<qsizetype>(rest.size(), random.bounded(longest + 1)));
+        rest = rest.sliced(parts.last().size());
+    }
+    return parts;
+}
+
+} // namespace
+
+void TextCodecLawsTest::partsGiveTheWhole_data()
+{
+    addCodecsWithState();
+}
+
+void TextCodecLawsTest::partsGiveTheWhole()
+{
+    QFETCH(QByteArray, codec);
+    const TextCodec *c = &codecNamed(codec);
+    QRandomGenerator random(lawsSeed());
+    for (int i = 0; i < 4000; ++i) {
+        const QByteArray bytes = markOf(*c) + nastyBytes(random, 200);
+        const TextCuts cuts{ nodesOf(8), 1 + random.bounded(70) };
+        QVERIFY2(isSameAsWhole(*c, bytes, cutAnyhow(bytes, random), cuts), bytes.toHex(' '));
+    }
+}
+
+void TextCodecLawsTest::everyCutOfShortTextsGivesTheWhole_data()
+{
+    addCodecsWithState();
+}
+
+/// In two parts and in three.
+void TextCodecLawsTest::everyCutOfShortTextsGivesTheWhole()
+{
+    QFETCH(QByteArray, codec);
+    const TextCodec *c = &codecNamed(codec);
+    const QByteArrayList texts = codec == "JIS7"
+        ? QByteArrayList{ "\x1B$B$\"$$\x1B(B", "a\x1B$(D0!0\"\x1B(Bb", "\x1B(B\x1B$B\x1B(J\x1B$B$\"",
+              "\x1B(I12\x1B(J\\~\x1B(B", "\x1B$B$\"\x1B", "\x1B[0m\x1B[1m", "\x1B$B$\"$" }
+        : QByteArrayList{ "a\0b\0"_ba, "\x3D\xD8\x00\xDE\x3D\xD8\x00\xDE"_ba, "\xD8\x3D\xDE\x00\xD8\x3D"_ba,
+              "\x3D\xD8\x3D\xD8\x00\xDEx"_ba, "\x00\xDE\xDE\x00\xDE"_ba, "\xFF\xFE\xFF\xFE\xFE\xFF" };
+    for (const QByteArray &text : texts) {
+        const QByteArray bytes = markOf(*c) + text;
+        for (qsizetype one = 0; one <= bytes.size(); ++one) {
+            for (qsizetype two = one; two <= bytes.size(); ++two) {
+                const QByteArrayView view = bytes;
+                const QList<QByteArrayView> parts{ view.first(one), view.sliced(one, two - one),
+                    view.sliced(two) };
+                QVERIFY2(isSameAsWhole(*c, bytes, parts), bytes.toHex(' '));
+            }
+        }
+    }
+}
+
+/// Which belong to the character behind them, however far that is.
+void TextCodecLawsTest::manyDesignationsAreLookedAtAFewTimes()
+{
+    const TextCodec *codec = &codecNamed("JIS7");
+    const QByteArray bytes = QByteArray("\x1B(B").repeated(1'000'000) + "a";
+    QList<QByteArrayView> parts;
+    for (qsizetype at = 0; at < bytes.size(); at += 100)
+        parts << QByteArrayView(bytes).sliced(at, qMin<qsizetype>(100, bytes.size() - at));
+    QVERIFY(isSameAsWhole(*codec, bytes, parts));
 }
 
 void TextCodecLawsTest::nothingButDesignations_data()

@@ -28,9 +28,12 @@ QByteArray mixedBytes(QRandomGenerator &random)
 {
     static const QByteArrayList parts{ "a"_ba, "word "_ba, "\n"_ba, "\r\n"_ba, "\r"_ba, "\r\r"_ba,
         QByteArray(1, '\0'), "かな漢字"_ba, "é"_ba, "😀"_ba, "\xE3\x81"_ba, "\x82\xA0\x83\x5C"_ba,
-        "\xB1\xB2"_ba, "\xA4\xA2\x8F\xA2\xB7"_ba, "\x1B$B$\"\x1B(B"_ba, "\x1B"_ba, "e\u0301"_ba, "\t"_ba };
+        "\xB1\xB2"_ba, "\x3D\xD8"_ba, "\x00\xDE"_ba, "\xA4\xA2\x8F\xA2\xB7"_ba, "\x1B$B$\"\x1B(B"_ba,
+        "\x1B"_ba, "e\u0301"_ba, "\t"_ba };
+    static const QByteArrayList marks{ {}, {}, {}, "\xFF\xFE"_ba, "\xFE\xFF"_ba, "\xEF\xBB\xBF"_ba,
+        "\0\xFE"_ba };
     const int kinds = 2 + random.bounded(int(parts.size()) - 1);
-    QByteArray bytes;
+    QByteArray bytes = marks.at(random.bounded(int(marks.size())));
     for (int left = random.bounded(60); left > 0; --left)
         bytes += random.bounded(12) == 0 ? nastyBytes(random, 4) : parts.at(random.bounded(kinds));
     return bytes;
@@ -318,10 +321,8 @@ void FileReadingTest::isAsAtOnceInUtf16()
 void FileReadingTest::cutsAreWhereBothSidesStandAlone_data()
 {
     QTest::addColumn<CharCode>("code");
-    for (const CharCode code : everyCharCode()) {
-        if (code != CharCode::Unicode)
-            QTest::addRow("%d, %s", int(code), infoOf(code).name.data()) << code;
-    }
+    for (const CharCode code : everyCharCode())
+        QTest::addRow("%d, %s", int(code), infoOf(code).name.data()) << code;
 }
 
 namespace {
@@ -333,13 +334,15 @@ QString decodedParts(const TextCodec &codec, const QByteArrayList &parts, Return
     const LayoutCopy layout(empty);
     const std::unique_ptr<TextCodec::Decoding> decoding = codec.decoding();
     QString text;
+    qint64 undecodable = 0;
     for (QByteArray part : parts) {
         normalizeLineEnds(part, returnCode);
-        qint64 undecodable = 0;
         text += decoding
             ? TextCodec::decode(*decoding, part, TextCodec::Part::Inner, layout, {}, undecodable).text()
             : codec.decode(part, layout, {}, undecodable).text();
     }
+    if (decoding)
+        text += TextCodec::decode(*decoding, {}, TextCodec::Part::Last, layout, {}, undecodable).text();
     return text;
 }
 
@@ -350,7 +353,7 @@ void FileReadingTest::cutsAreWhereBothSidesStandAlone()
 {
     QFETCH(CharCode, code);
     QRandomGenerator random(seedOr(1));
-    const TextCodec &codec = infoOf(code).codec();
+    const TextCodec &codec = code == CharCode::Unicode ? utf16LittleEndianCodec() : infoOf(code).codec();
     for (int i = 0; i < 1500; ++i) {
         const QByteArray bytes = random.bounded(2) == 0 ? mixedBytes(random) : nastyBytes(random);
         for (const ReturnCode returnCode : { ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf }) {
@@ -557,26 +560,46 @@ void FileReadingTest::whatAFileHasGotTakesNoMoreSteps()
 void FileReadingTest::longFileIsNeverHeldWhole_data()
 {
     QTest::addColumn<CharCode>("code");
-    for (const CharCode code : { CharCode::ShiftJis, CharCode::Jis })
-        QTest::addRow("%s", infoOf(code).name.data()) << code;
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<QByteArray>("line");
+    const QByteArray line = QByteArray("a ").repeated(49) + " \n";
+    QTest::newRow("Shift-JIS") << CharCode::ShiftJis << QByteArray() << line;
+    QTest::newRow("JIS") << CharCode::Jis << QByteArray() << line;
+    QTest::newRow("JIS, kanji alone") << CharCode::Jis << "\x1B$B"_ba
+                                      << "0!"_ba;
+    QTest::newRow("UTF-16") << CharCode::Unicode << "\xFF\xFE"_ba
+                            << "a\0"_ba;
+    QTest::newRow("UTF-16, big endian") << CharCode::Unicode << "\xFE\xFF"_ba
+                                        << "\0a"_ba;
+    QTest::newRow("UTF-16, pairs") << CharCode::Unicode << "\xFF\xFE"_ba
+                                   << "\x3D\xD8\x01\xDE"_ba;
+    QTest::newRow("UTF-16, zeros") << CharCode::Unicode << "\xFF\xFE"_ba
+                                   << "\0"_ba;
+    QTest::newRow("Unicode without a mark") << CharCode::Unicode << QByteArray() << "\xE9 "_ba;
+    QTest::newRow("Unicode, mark of UTF-8") << CharCode::Unicode << "\xEF\xBB\xBF"_ba
+                                            << "é"_ba;
 }
 
 /// The first part comes soon, and no block is longer than it has to be.
 void FileReadingTest::longFileIsNeverHeldWhole()
 {
     QFETCH(CharCode, code);
-    const QByteArray line = QByteArray("a ").repeated(49) + " \n";
-    QVERIFY(m_folder.write(fileName, line.repeated(400)));
+    QFETCH(QByteArray, start);
+    QFETCH(QByteArray, line);
+    QVERIFY(m_folder.write(fileName, (start + line.repeated(40'000 / line.size())).first(40'000)));
     Taker taker{ LayoutRule() };
     FileReading reading({ m_folder.path() + fileName, code, codesOfSilent }, LayoutCopy(taker.store),
         FileCalls::system(), { 256, 1024, 512 });
     int steps = 1;
     QCOMPARE(reading.step(), FileReading::Step::More);
-    QCOMPARE(reading.takePart()->text.length(), 256);
-    QCOMPARE(reading.bytesDone(), 256);
+    const qint64 length = reading.takePart()->text.length();
+    QVERIFY(length > 100 && length <= 256);
+    QVERIFY(reading.bytesDone() > 250 && reading.bytesDone() <= 256);
     QCOMPARE(reading.bytesInAll(), 40000);
-    for (; reading.step() == FileReading::Step::More; ++steps)
-        QVERIFY(reading.takePart()->text.length() <= 1024);
+    for (; reading.step() == FileReading::Step::More; ++steps) {
+        const qint64 more = reading.takePart()->text.length();
+        QVERIFY(more > 400 && more <= 1024);
+    }
     QCOMPARE(steps, 39);
     QCOMPARE(reading.bytesDone(), 40000);
 }

@@ -1,8 +1,10 @@
 #include "codec/charcode.h"
 #include "codec/codecs.h"
 #include "document/countwork.h"
+#include "document/detection.h"
 #include "document/documentsave.h"
 #include "document/inputwork.h"
+#include "document/lineends.h"
 #include "document/readwork.h"
 #include "document/searchwork.h"
 #include "jobs/job.h"
@@ -117,16 +119,18 @@ void JobsInThreadsTest::initTestCase()
 void JobsInThreadsTest::addCodes()
 {
     QTest::addColumn<CharCode>("code");
-    for (const CharCode code : { CharCode::Utf8, CharCode::ShiftJis, CharCode::Jis })
+    for (const CharCode code : { CharCode::Utf8, CharCode::ShiftJis, CharCode::Jis, CharCode::Unicode })
         QTest::addRow("%s", infoOf(code).name.data()) << code;
 }
 
 void JobsInThreadsTest::reads()
 {
     QFETCH(CharCode, code);
-    const QByteArray bytes = storedBytes(infoOf(code).codec(), storeWith(m_text));
+    const TextCodec &codec = code == CharCode::Unicode ? utf16LittleEndianCodec() : infoOf(code).codec();
+    QByteArray bytes = storedBytes(codec, storeWith(m_text));
     QVERIFY(m_folder.write(fileName, bytes));
-    const TextStore expected = codecToRead(code, bytes).decode(bytes, LayoutRule());
+    normalizeLineEnds(bytes, detectReturnCode(bytes, ReturnCode::Lf));
+    const TextStore expected = codec.decode(bytes, LayoutRule());
 
     PoolRunner runner;
     TextStore store;
