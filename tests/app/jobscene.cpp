@@ -2,10 +2,13 @@
 
 #include "app/qpeapplicationesc.h"
 #include "codec/charcode.h"
-#include "codec/textcodec.h"
+#include "codec/codecs.h"
+#include "document/detection.h"
+#include "document/lineends.h"
 #include "recovery/recoveryjournals.h"
 #include "search/frmsearchdialog.h"
 #include "tests/app/unsavedlist.h"
+#include "tests/codec/shorttexts.h"
 
 #include <QClipboard>
 
@@ -18,6 +21,18 @@ namespace {
 
 constexpr qint64 fewestInScene = qint64{ 1 } << 20; ///< of what is done behind the window
 
+QByteArray utf16Text()
+{
+    return encoded(utf16LittleEndianCodec(), QString::fromUtf8(JobScene::text()));
+}
+
+/// As what is no text: its line ends, too, are looked for byte by byte.
+QString readByBytes(QByteArray bytes)
+{
+    normalizeLineEnds(bytes, detectReturnCode(bytes, ReturnCode::Lf));
+    return decoded(utf16LittleEndianCodec(), bytes);
+}
+
 } // namespace
 
 const std::vector<JobScene::Job> &JobScene::jobs()
@@ -26,9 +41,13 @@ const std::vector<JobScene::Job> &JobScene::jobs()
         { "load", Kind::Load, &JobScene::load, 2, Content::Text, Content::NoDocument, Content::Empty },
         { "load into a fresh document", Kind::Load, &JobScene::loadIntoFreshDocument, 2, Content::Text,
             Content::Empty, Content::Empty },
+        { "load UTF-16", Kind::Load, &JobScene::loadUtf16, 2, Content::Utf16, Content::NoDocument,
+            Content::Empty },
         { "reload", Kind::Reload, &JobScene::reload, 2, Content::Text, Content::Small, Content::Small, 1 },
         { "reopen in another code", Kind::Reload, &JobScene::reopen, 2, Content::TextAsShiftJis,
             Content::Text, Content::Text },
+        { "read as UTF-16", Kind::Reload, &JobScene::readAsUtf16, 2, Content::Text, Content::Utf16,
+            Content::Utf16 },
         { "save", Kind::Save, &JobScene::save, 4, Content::Edited, Content::Edited, Content::Edited },
         { "save as", Kind::Save, &JobScene::saveAs, 4, Content::Edited, Content::Edited, Content::Edited, 0,
             0, "b.txt" },
@@ -84,6 +103,8 @@ QString JobScene::textOf(Content content)
         return whole;
     case Content::TextAsShiftJis:
         return infoOf(CharCode::ShiftJis).codec().decode(text(), LayoutRule()).text();
+    case Content::Utf16:
+        return readByBytes(utf16Text());
     case Content::Edited:
         return u'x' + whole;
     case Content::Replaced:
@@ -162,6 +183,11 @@ void JobScene::load()
     window.setDocument(files.write(u"a.txt"_s, text()));
 }
 
+void JobScene::loadUtf16()
+{
+    window.setDocument(files.write(u"a.txt"_s, utf16Text()));
+}
+
 void JobScene::loadIntoFreshDocument()
 {
     files.write(u"a.txt"_s, text());
@@ -182,6 +208,12 @@ void JobScene::reopen()
     openWhole(text());
     window.openDocument(fullName(u"a.txt"_s), int(CharCode::ShiftJis));
     QVERIFY(StripInWindow(window).click(u"Reopen as Shift-JIS"_s));
+}
+
+void JobScene::readAsUtf16()
+{
+    openWhole(utf16Text());
+    QVERIFY(StripInWindow(window).click(u"Read it as text"_s));
 }
 
 void JobScene::save()

@@ -20,6 +20,7 @@ public:
         Small,
         Text,
         TextAsShiftJis,
+        Utf16, ///< the text's bytes in UTF-16, read byte by byte
         Edited, ///< the text with an "x" in front
         Replaced,
         Indented,
@@ -73,8 +74,10 @@ private:
     void appendToFile(const QByteArray &bytes) const;
     void load();
     void loadIntoFreshDocument();
+    void loadUtf16();
     void reload();
     void reopen();
+    void readAsUtf16();
     void save();
     void saveAs();
     void searchForward();
