@@ -2,6 +2,7 @@
 
 #include "text/characterstart.h"
 #include "text/codepoint.h"
+#include "text/textlayout.h"
 
 namespace {
 
@@ -29,7 +30,7 @@ DisplayedRow::DisplayedRow(
     , m_place(store.row(row))
     , m_measure(measure)
     , m_inserted(inserted)
-    , m_tabStop(qMax<qint64>(1, devicePixels(store.layoutRule().tabStop)))
+    , m_tabStop(qMax<qint64>(1, devicePixels(store.layoutAt(m_place.start).tabStop())))
 {
     Q_ASSERT(inserted.column >= 0 && inserted.column <= m_place.length);
     for (qsizetype at = 0; at < inserted.text.size(); at += unitsOf(codePointAt(inserted.text, at)))

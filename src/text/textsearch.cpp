@@ -8,12 +8,13 @@ namespace {
 /// Whether text without LF is surely too narrow to hold a wrapped row and go on behind it: O(length).
 bool fitsInRow(const TextStore &store, Offset offset, qint64 length)
 {
-    if (!store.layout().wraps())
+    const TextLayout &layout = store.layoutAt(offset);
+    if (!layout.wraps())
         return true;
     const Offset behind = offset + length;
     const bool isWhole = length == 0 || behind == store.end()
         || (standsAlone(store.at(behind - 1)) && standsAlone(store.at(behind)));
-    return isWhole && store.layout().isWithinLimit(store.text(offset, length));
+    return isWhole && layout.isWithinLimit(store.text(offset, length));
 }
 
 /// Where the selection of a hit that begins there ends.

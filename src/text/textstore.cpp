@@ -3,6 +3,7 @@
 #include "text/layoutchange.h"
 #include "text/layoutcopy.h"
 #include "text/leafchunk.h"
+#include "text/linesahead.h"
 #include "text/openleaf.h"
 #include "text/rowflow.h"
 #include "text/rowlookup.h"
@@ -32,13 +33,19 @@ public:
     }
     void setTree(TextTree &&tree) { m_tree = std::move(tree); }
     void setLayout(const LayoutRule &rule);
+    void setLayout(const LayoutChange &change);
     void replace(Offset offset, qint64 removed, QStringView inserted);
     qint64 unitsOfLeaf(Offset offset, qint64 length) const;
     void put(Offset offset, qint64 removed, TextTree &&inserted);
 
-    Offset rowStart(RowIndex row) const;
-    Row rowAt(RowIndex row, qint64 rowCount) const;
-    RowCol rowColAt(Offset offset) const;
+    // The rows of its own layout, which lines ahead take the place of some of.
+    qint64 ownRowCount() const;
+    Subpixels ownWidestRow() const;
+    Row ownRow(RowIndex row) const;
+    RowCol ownRowColAt(Offset offset) const;
+
+    /// For questions about rows; null where there is none.
+    const LinesAhead *linesAhead() const;
 
     /// The last answers. Whoever paints asks for the same row again and again, and then for the next one;
     /// whoever edits, for the cursor's place.
@@ -50,13 +57,60 @@ public:
     };
     mutable Answers last; ///< reset by every change of layout or tree
     TextLayout layout;
+    std::unique_ptr<LinesAhead> ahead; ///< null: all rows are those of its own layout
     std::optional<QByteArray> endSpelling; ///< what the file had behind the last unit; not part of the text
     bool isSpelledWhenEmpty = false; ///< there was no unit, and so it goes with none
 
 private:
+    Offset rowStart(RowIndex row) const;
+    Row rowAt(RowIndex row) const;
+    RowCol rowColAt(Offset offset) const;
+
     mutable TextTree m_tree;
     mutable OpenLeaf m_open;
 };
+
+qint64 TextStore::Private::ownRowCount() const
+{
+    const qint64 lines = tree().summary.lineEnds + 1;
+    return layout.wraps() && !tree().isEmpty() ? lines + flow(tree(), layout, 0).breaks : lines;
+}
+
+Subpixels TextStore::Private::ownWidestRow() const
+{
+    const TextSummary &summary = tree().summary;
+    Subpixels widest = summary.head.from(0, layout.tabStop());
+    if (summary.lineEnds > 0)
+        widest = qMax(widest, qMax(summary.widest, summary.tail));
+    return layout.wraps() ? qMin(widest, qMax<Subpixels>(layout.limit(), summary.widestUnit)) : widest;
+}
+
+TextStore::Row TextStore::Private::ownRow(RowIndex row) const
+{
+    if (row != last.row) {
+        last.rowPlace = rowAt(row);
+        last.row = row;
+    }
+    return last.rowPlace;
+}
+
+RowCol TextStore::Private::ownRowColAt(Offset offset) const
+{
+    if (tree().isEmpty())
+        return {};
+    if (offset != last.offset) {
+        last.offsetPlace = rowColAt(offset);
+        last.offset = offset;
+    }
+    return last.offsetPlace;
+}
+
+const LinesAhead *TextStore::Private::linesAhead() const
+{
+    if (ahead && !ahead->isPlaced())
+        ahead->place(ownRowColAt(ahead->range().start).row, ownRowColAt(ahead->range().end).row);
+    return ahead.get();
+}
 
 Offset TextStore::Private::rowStart(RowIndex row) const
 {
@@ -69,10 +123,10 @@ Offset TextStore::Private::rowStart(RowIndex row) const
     return rowEnd(tree(), layout, row - 1).next;
 }
 
-TextStore::Row TextStore::Private::rowAt(RowIndex row, qint64 rowCount) const
+TextStore::Row TextStore::Private::rowAt(RowIndex row) const
 {
     const Offset start = rowStart(row);
-    if (row == RowIndex(rowCount - 1))
+    if (row == RowIndex(ownRowCount() - 1))
         return { start, end() - start, true };
     const RowEnd found = rowEnd(tree(), layout, row, start);
     return { start, found.next - start - (found.isLineEnd ? 1 : 0), found.isLineEnd };
@@ -106,8 +160,18 @@ void TextStore::Private::setLayout(const LayoutRule &rule)
 {
     m_open.close(m_tree, layout);
     last = {};
+    ahead.reset();
     layout = TextLayout(rule, layout.sizes());
     layOut(m_tree, layout);
+}
+
+/// Which has measured all of the text.
+void TextStore::Private::setLayout(const LayoutChange &change)
+{
+    setTree(change.twinOf(tree()));
+    last = {};
+    ahead.reset();
+    layout = change.layout();
 }
 
 /// What is removed across the end of a leaf is removed from one and from the other, where it is little.
@@ -175,18 +239,16 @@ qint64 TextStore::lineCount() const
 
 qint64 TextStore::rowCount() const
 {
-    if (!d->layout.wraps() || d->tree().isEmpty())
-        return lineCount();
-    return lineCount() + flow(d->tree(), d->layout, 0).breaks;
+    const LinesAhead *ahead = d->linesAhead();
+    return d->ownRowCount() + (ahead ? ahead->growth() : 0);
 }
 
 Subpixels TextStore::widestRow() const
 {
-    const TextSummary &summary = d->tree().summary;
-    Subpixels widest = summary.head.from(0, d->layout.tabStop());
-    if (summary.lineEnds > 0)
-        widest = qMax(widest, qMax(summary.widest, summary.tail));
-    return d->layout.wraps() ? qMin(widest, qMax<Subpixels>(d->layout.limit(), summary.widestUnit)) : widest;
+    if (!d->ahead)
+        return d->ownWidestRow();
+    const TextStore &lines = d->ahead->lines();
+    return lines.layout().wraps() ? lines.widestRow() : qMax(lines.widestRow(), d->ownWidestRow());
 }
 
 const LayoutRule &TextStore::layoutRule() const
@@ -199,6 +261,11 @@ const TextLayout &TextStore::layout() const
     return d->layout;
 }
 
+const TextLayout &TextStore::layoutAt(Offset offset) const
+{
+    return d->ahead && d->ahead->holds(offset) ? d->ahead->lines().layout() : layout();
+}
+
 void TextStore::setLayoutRule(const LayoutRule &rule)
 {
     d->setLayout(rule);
@@ -209,10 +276,54 @@ bool TextStore::setLayout(LayoutChange &change, QDeadlineTimer end)
     Q_ASSERT(change.layout().sizes() == d->layout.sizes());
     if (!change.measure(d->tree(), end))
         return false;
-    d->setTree(change.twinOf(d->tree()));
-    d->layout = change.layout();
-    d->last = {};
+    d->setLayout(change);
     return true;
+}
+
+void TextStore::layOutAhead(TextRange lines, const TextLayout &layout)
+{
+    Q_ASSERT(layout.sizes() == d->layout.sizes());
+    Q_ASSERT(lineStart(lineAt(lines.start)) == lines.start && lineEnd(lineAt(lines.end)) == lines.end);
+    TextStore text(layout);
+    text.insert({}, piece(lines.start, lines.length()));
+    d->ahead = std::make_unique<LinesAhead>(lines.start, std::move(text));
+}
+
+void TextStore::dropAhead()
+{
+    d->ahead.reset();
+}
+
+std::optional<TextRange> TextStore::linesAhead() const
+{
+    return d->ahead ? std::optional(d->ahead->range()) : std::nullopt;
+}
+
+/// The same edit of the lines ahead, for which `edit` is called with them and their offset, or what else it
+/// does to them.
+template <typename Function> void TextStore::editAhead(const TextChange &change, const Function &edit)
+{
+    if (!d->ahead)
+        return;
+    const TextRange before = d->ahead->range();
+    const qint64 growth = change.inserted - change.removed;
+    switch (d->ahead->find(change)) {
+    case LinesAhead::Edit::Before:
+        return d->ahead->moveBy(growth);
+    case LinesAhead::Edit::Behind:
+        return;
+    case LinesAhead::Edit::Inside:
+        if (before.length() + growth > mostAhead)
+            return dropAhead();
+        return d->ahead->edit([&](TextStore &lines) { edit(lines, Offset(change.offset - before.start)); });
+    case LinesAhead::Edit::Across:
+        break;
+    }
+    const Offset behind = qMax(before.end, change.offset + change.removed) + growth;
+    const TextRange lines = { lineStart(lineAt(qMin(before.start, change.offset))), lineEnd(lineAt(behind)) };
+    if (lines.length() > mostAhead)
+        return dropAhead();
+    layOutAhead(lines, d->ahead->lines().layout());
 }
 
 char16_t TextStore::at(Offset offset) const
@@ -266,6 +377,8 @@ void TextStore::replace(Offset offset, qint64 removed, QStringView inserted)
     if (removed == 0 && inserted.isEmpty())
         return;
     d->replace(offset, removed, inserted);
+    editAhead({ offset, removed, inserted.size() },
+        [&](TextStore &lines, Offset at) { lines.replace(at, removed, inserted); });
 }
 
 TextPiece TextStore::exchange(Offset offset, qint64 removed, QStringView inserted)
@@ -307,6 +420,7 @@ void TextStore::insert(Offset offset, const TextPiece &piece)
         return replace(offset, 0, piece.text());
     Q_ASSERT(piece.m_sizes == d->layout.sizes());
     d->put(offset, 0, treeUnder(piece.m_root, d->layout));
+    editAhead({ offset, 0, piece.length() }, [&](TextStore &lines, Offset at) { lines.insert(at, piece); });
 }
 
 void TextStore::append(TextStore &&other)
@@ -315,8 +429,13 @@ void TextStore::append(TextStore &&other)
     TextTree behind = other.d->tree();
     other.d->setTree({});
     d->endSpelling = std::exchange(other.d->endSpelling, {});
-    if (!behind.isEmpty())
-        d->put(end(), 0, treeUnder(std::move(behind.node), d->layout));
+    if (!behind.isEmpty()) {
+        const Offset seam = end();
+        d->put(seam, 0, treeUnder(std::move(behind.node), d->layout));
+        const qint64 added = end() - seam;
+        editAhead(
+            { seam, 0, added }, [&](TextStore &lines, Offset at) { lines.insert(at, piece(seam, added)); });
+    }
     d->isSpelledWhenEmpty = length() == 0;
 }
 
@@ -331,23 +450,20 @@ void TextStore::forgetLayout()
 TextStore::Row TextStore::row(RowIndex row) const
 {
     Q_ASSERT(row >= RowIndex() && row <= lastRow());
-    if (row != d->last.row) {
-        d->last.rowPlace = d->rowAt(row, rowCount());
-        d->last.row = row;
-    }
-    return d->last.rowPlace;
+    const LinesAhead *ahead = d->linesAhead();
+    if (!ahead)
+        return d->ownRow(row);
+    return ahead->holds(row) ? ahead->row(row) : d->ownRow(ahead->ownRow(row));
 }
 
 RowCol TextStore::rowColAt(Offset offset) const
 {
     Q_ASSERT(d->isInside(offset));
-    if (d->tree().isEmpty())
-        return {};
-    if (offset != d->last.offset) {
-        d->last.offsetPlace = d->rowColAt(offset);
-        d->last.offset = offset;
-    }
-    return d->last.offsetPlace;
+    const LinesAhead *ahead = d->linesAhead();
+    if (ahead && ahead->holds(offset))
+        return ahead->rowColAt(offset);
+    const RowCol own = d->ownRowColAt(offset);
+    return ahead ? RowCol{ ahead->shownRow(own.row), own.column } : own;
 }
 
 RowCol TextStore::rowColAt(CursorPlace place) const
@@ -385,12 +501,16 @@ Offset TextStore::lineEnd(LineIndex line) const
 
 Subpixels TextStore::xAt(RowCol position) const
 {
+    if (const LinesAhead *ahead = d->linesAhead(); ahead && ahead->holds(position.row))
+        return ahead->xAt(position);
     const Offset to = placeAt(position).offset;
     return d->tree().isEmpty() ? 0 : xAcross(d->tree(), d->layout, to - position.column, to, 0);
 }
 
 qint64 TextStore::columnAt(RowIndex row, Subpixels x) const
 {
+    if (const LinesAhead *ahead = d->linesAhead(); ahead && ahead->holds(row))
+        return ahead->columnAt(row, x);
     const Row place = this->row(row);
     if (d->tree().isEmpty() || x < 0)
         return 0;
@@ -402,17 +522,28 @@ void TextStore::checkInvariants() const
     [[maybe_unused]] const qint64 before = length();
     checkTree(d->tree(), d->layout);
     Q_ASSERT(length() == before);
+    if (!d->ahead)
+        return;
+    d->ahead->lines().checkInvariants();
+    [[maybe_unused]] const TextRange lines = d->ahead->range();
+    Q_ASSERT(text(lines) == d->ahead->lines().text());
+    Q_ASSERT(lineStart(lineAt(lines.start)) == lines.start && lineEnd(lineAt(lines.end)) == lines.end);
+}
+
+static bool isAnyLineWrapped(const TextStore &store)
+{
+    return store.rowCount() != store.lineCount();
 }
 
 RowIndex rowOfLine(const TextStore &store, LineIndex line)
 {
-    return store.layout().wraps() ? store.rowColAt(store.lineStart(line)).row : RowIndex(line.value());
+    return isAnyLineWrapped(store) ? store.rowColAt(store.lineStart(line)).row : RowIndex(line.value());
 }
 
 LineIndex lineOfRow(const TextStore &store, RowIndex row)
 {
     Q_ASSERT(row >= RowIndex() && row <= store.lastRow());
-    return store.layout().wraps() ? store.lineAt(store.row(row).start) : LineIndex(row.value());
+    return isAnyLineWrapped(store) ? store.lineAt(store.row(row).start) : LineIndex(row.value());
 }
 
 class TextStore::Builder::Private {

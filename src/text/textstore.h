@@ -50,6 +50,7 @@ struct TextChunk {
     }
 };
 
+struct TextChange;
 struct TextTree;
 class LayoutChange;
 class LayoutCopy;
@@ -96,18 +97,33 @@ public:
     /// Display rows, at least 1; equals lineCount() when rows are not wrapped.
     qint64 rowCount() const;
     /// Width of the widest row; exact, but where rows are wrapped it may be up to the limit, or the widest
-    /// character if that is wider.
+    /// character if that is wider. Where lines that are laid out ahead are wrapped, it is theirs.
     Subpixels widestRow() const;
 
     const LayoutRule &layoutRule() const;
     /// For whoever builds trees that are to be laid out like this one.
     const TextLayout &layout() const;
+    /// That of the line which holds an offset: one that is laid out ahead has another.
+    const TextLayout &layoutAt(Offset offset) const;
     /// Lays the whole text out anew, also for a rule equal to the one before (its advances may have changed):
     /// O(n), the one operation that is.
     void setLayoutRule(const LayoutRule &rule);
     /// Goes on measuring for so long. True: all is measured, and the text is laid out anew; `change`, of
     /// nodes of this store's sizes, is not needed any more.
     bool setLayout(LayoutChange &change, QDeadlineTimer end);
+
+    /// Lays lines out ahead of all others, by a layout that the text is on the way to, of nodes of the same
+    /// sizes: from the start of one to the end of one, its LF not counted. Their rows are those that are
+    /// asked for from now on, in place of others that were ahead before; edits in them go along. All else
+    /// keeps its rows until the text is laid out anew, when no line is ahead any more. Costs what it costs to
+    /// measure these lines; so does an edit across their first or last LF, and one may grow them beyond
+    /// mostAhead, when they are ahead no more.
+    void layOutAhead(TextRange lines, const TextLayout &layout);
+    /// No line is ahead any more; nothing where none is.
+    void dropAhead();
+    std::optional<TextRange> linesAhead() const;
+    /// Units that take no noticeable time to be laid out.
+    static constexpr qint64 mostAhead = qint64{ 4 } << 20;
 
     char16_t at(Offset offset) const;
     QString text(Offset offset, qint64 length) const;
@@ -167,6 +183,7 @@ public:
 
 private:
     explicit TextStore(const TextLayout &layout);
+    template <typename Function> void editAhead(const TextChange &change, const Function &edit);
 
     class Private;
     std::unique_ptr<Private> d;

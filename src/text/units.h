@@ -78,6 +78,7 @@ struct TextRange {
     Offset end; ///< of the first unit behind it
     constexpr qint64 length() const { return end - start; }
     constexpr bool isEmpty() const { return start == end; }
+    friend bool operator==(const TextRange &, const TextRange &) = default;
 };
 
 /// A horizontal distance in 1/64 device pixel: characters stand on whole device pixels at every scale, so
