@@ -100,7 +100,7 @@ public:
         applySettings();
         repaint();
     }
-    bool isLaidOut() const { return text().layoutRule() == editor().layoutRule(); }
+    bool isLaidOut() const { return !text().linesAhead(); }
     void closeTab()
     {
         editor().setEdited(false);

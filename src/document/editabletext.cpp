@@ -1,5 +1,7 @@
 #include "document/editabletext.h"
 
+#include "text/layoutchange.h"
+
 #include <utility>
 
 void EditableText::replace(Offset offset, qint64 removed, QStringView inserted, Joining joining)
@@ -49,6 +51,11 @@ bool EditableText::layOut(LayoutChange &change, QDeadlineTimer end)
         return false;
     m_history.setLayout(change);
     return true;
+}
+
+void EditableText::layOutAhead(TextRange lines, const LayoutChange &change)
+{
+    m_store.layOutAhead(lines, change.layout());
 }
 
 bool EditableText::requestChange()

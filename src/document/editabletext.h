@@ -30,6 +30,9 @@ public:
     void layOut(const LayoutRule &rule) { m_store.setLayoutRule(rule); }
     /// The same, some of it at a time, see TextStore::setLayout(), with what is kept for undoing.
     bool layOut(LayoutChange &change, QDeadlineTimer end);
+    /// Lays lines out ahead of all others by what a change comes to, see TextStore::layOutAhead().
+    void layOutAhead(TextRange lines, const LayoutChange &change);
+    void dropAhead() { m_store.dropAhead(); }
     /// Units of the longest text that would be laid out.
     qint64 longestText() const { return qMax(m_store.length(), m_history.longestText()); }
 

@@ -72,6 +72,12 @@ QMultiLineEdit::Parts &QMultiLineEdit::laidOut() const
     return *d;
 }
 
+QMultiLineEdit::Parts &QMultiLineEdit::viewLaidOut() const
+{
+    d->layout.followView();
+    return *d;
+}
+
 void QMultiLineEdit::nameScrollBars()
 {
     m_verticalBar->setAccessibleName(tr("Vertical scroll bar"));
@@ -408,7 +414,7 @@ int QMultiLineEdit::defaultTabStop()
 
 LayoutRule QMultiLineEdit::layoutRule() const
 {
-    return laidOut().format.layoutRule();
+    return laidOut().layout.rule();
 }
 
 ViewLayout &QMultiLineEdit::viewLayout() const
@@ -536,5 +542,5 @@ QVariant QMultiLineEdit::inputMethodQuery(Qt::InputMethodQuery query, const QVar
 
 void QMultiLineEdit::inputMethodEvent(QInputMethodEvent *event)
 {
-    event->setAccepted(laidOut().composer.compose(*event));
+    event->setAccepted(viewLaidOut().composer.compose(*event));
 }

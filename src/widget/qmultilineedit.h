@@ -248,6 +248,9 @@ private:
     /// The parts, with the text laid out by the present font and wrap: for whatever has to do with rows or
     /// the view.
     Parts &laidOut() const;
+    /// The same, and what has come into the view of a long text is laid out before the rest: for what is
+    /// painted, and for keys and pointers, which act on what is seen.
+    Parts &viewLaidOut() const;
     void drawCursor(RowPainter &row) const;
     /// In the present language.
     void nameScrollBars();

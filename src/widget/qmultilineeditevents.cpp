@@ -22,7 +22,7 @@ bool QMultiLineEdit::event(QEvent *event)
     if (event->type() == QEvent::ScreenChangeInternal)
         d->layout.setStale();
     if (event->type() == QEvent::LayoutRequest)
-        d->layout.update();
+        d->layout.followView();
     return QAbstractScrollArea::event(event);
 }
 
@@ -32,13 +32,13 @@ bool QMultiLineEdit::viewportEvent(QEvent *event)
     case QEvent::TabletPress:
     case QEvent::TabletMove:
     case QEvent::TabletRelease:
-        event->setAccepted(laidOut().pointer.tablet(*static_cast<QTabletEvent *>(event)));
+        event->setAccepted(viewLaidOut().pointer.tablet(*static_cast<QTabletEvent *>(event)));
         return event->isAccepted();
     case QEvent::TouchBegin:
     case QEvent::TouchUpdate:
     case QEvent::TouchEnd:
     case QEvent::TouchCancel:
-        laidOut().touch.touch(*static_cast<QTouchEvent *>(event));
+        viewLaidOut().touch.touch(*static_cast<QTouchEvent *>(event));
         event->accept();
         return true;
     case QEvent::ScrollPrepare:
@@ -83,6 +83,7 @@ void QMultiLineEdit::resizeEvent(QResizeEvent *event)
     parts.scroller.updateBars();
     if (wasVisible)
         parts.scroller.showCursor();
+    parts.layout.noteMove();
 }
 
 void QMultiLineEdit::scrollContentsBy(int dx, int dy)
@@ -91,11 +92,12 @@ void QMultiLineEdit::scrollContentsBy(int dx, int dy)
         laidOut().scroller.followHorizontalBar();
     if (dy != 0)
         laidOut().scroller.followVerticalBar();
+    d->layout.noteMove();
 }
 
 void QMultiLineEdit::wheelEvent(QWheelEvent *event)
 {
-    laidOut().scroller.wheel(*event);
+    viewLaidOut().scroller.wheel(*event);
     event->accept();
 }
 
@@ -127,33 +129,33 @@ void QMultiLineEdit::keyPressEvent(QKeyEvent *event)
     const bool endsComposing = isComposing() && isReturn;
     if (endsComposing)
         commitPreedit();
-    event->setAccepted(endsComposing || laidOut().keys.handle(*event));
+    event->setAccepted(endsComposing || viewLaidOut().keys.handle(*event));
 }
 
 void QMultiLineEdit::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::MiddleButton)
-        laidOut().clipboard.pasteSelection(event->position());
+        viewLaidOut().clipboard.pasteSelection(event->position());
     if (event->button() == Qt::LeftButton)
-        laidOut().pointer.press(*event);
+        viewLaidOut().pointer.press(*event);
 }
 
 void QMultiLineEdit::mouseDoubleClickEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
-        laidOut().pointer.doubleClick(*event);
+        viewLaidOut().pointer.doubleClick(*event);
 }
 
 void QMultiLineEdit::mouseMoveEvent(QMouseEvent *event)
 {
     if (event->buttons() & Qt::LeftButton)
-        laidOut().pointer.move(event->position());
+        viewLaidOut().pointer.move(event->position());
 }
 
 void QMultiLineEdit::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
-        laidOut().pointer.release(event->position());
+        viewLaidOut().pointer.release(event->position());
 }
 
 void QMultiLineEdit::dragEnterEvent(QDragEnterEvent *event)
@@ -167,7 +169,7 @@ void QMultiLineEdit::dragMoveEvent(QDragMoveEvent *event)
         event->ignore();
         return;
     }
-    TextDrag &drag = laidOut().drag;
+    TextDrag &drag = viewLaidOut().drag;
     event->setDropAction(drag.actionOf(*event));
     event->accept();
     drag.moveOver(event->position());
@@ -181,7 +183,7 @@ void QMultiLineEdit::dragLeaveEvent(QDragLeaveEvent *event)
 
 void QMultiLineEdit::dropEvent(QDropEvent *event)
 {
-    TextDrag &drag = laidOut().drag;
+    TextDrag &drag = viewLaidOut().drag;
     drag.leave();
     event->setAccepted(TextDrag::accepts(*event));
     if (event->isAccepted())
@@ -225,7 +227,7 @@ QMenu *QMultiLineEdit::createContextMenu()
 
 void QMultiLineEdit::paintEvent(QPaintEvent *event)
 {
-    Parts &parts = laidOut();
+    Parts &parts = viewLaidOut();
     QPainter painter(viewport());
     parts.updates.paint(painter, event->region(), palette().brush(QPalette::Base),
         [&](RowIndex row, const QRectF &cell, const QRect &update) {

@@ -1,13 +1,6 @@
 #include "widget/rowformat.h"
 
-#include <utility>
-
 static int defaultTabStopCharacters = 8;
-
-std::shared_ptr<const FontMeasure> RowFormat::setFont(const QFont &font, qreal devicePixelRatio)
-{
-    return std::exchange(m_measure, FontMeasure::forFont(font, devicePixelRatio));
-}
 
 int RowFormat::defaultTabStop()
 {

@@ -4,6 +4,7 @@
 #include "text/textstore.h"
 
 #include <memory>
+#include <utility>
 
 /// How the rows of one editor are set: font, wrap and margin. Lengths are logical pixels.
 class RowFormat {
@@ -12,8 +13,12 @@ public:
     /// font after it is made.
     const FontMeasure &measure() const { return *m_measure; }
     std::shared_ptr<const FontMeasure> sharedMeasure() const { return m_measure; }
-    /// Gives back the measure before, which is to live until no text is laid out by it.
-    [[nodiscard]] std::shared_ptr<const FontMeasure> setFont(const QFont &font, qreal devicePixelRatio);
+    /// The one before is to be held as long as a text is laid out by it.
+    void setMeasure(std::shared_ptr<const FontMeasure> measure) { m_measure = std::move(measure); }
+    void setFont(const QFont &font, qreal devicePixelRatio)
+    {
+        setMeasure(FontMeasure::forFont(font, devicePixelRatio));
+    }
 
     bool wraps() const { return m_wraps; }
     void setWraps(bool on) { m_wraps = on; }

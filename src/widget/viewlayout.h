@@ -19,9 +19,13 @@ class ViewScroller;
 /// Keeps the rows of a document those of the present font, screen, tab width, margin and wrap.
 ///
 /// A change of these lays nothing out, which every further change would undo: that is done once, by whoever
-/// next asks about rows, or, while the editor is visible, before the next paint. A long text is measured anew
-/// in turns of the event loop, and its rows stay those of before until all of it is; or, where that is
-/// stopped, until another layout is wanted, or the text is another one.
+/// next asks about rows, or, while the editor is visible, before the next paint.
+///
+/// A long text is measured anew in turns of the event loop. The lines in the view, and some around them, are
+/// laid out ahead at once, wherever it goes meanwhile, and the editor has the new font; all other rows stay
+/// those of before until the whole text is measured. Where a line in the view is too long for that, the rows
+/// and the font of before are shown. Where measuring is stopped, these come back until another layout is
+/// wanted, or the text is another one.
 class ViewLayout : public QObject {
     Q_OBJECT
 public:
@@ -30,13 +34,20 @@ public:
 
     /// One of those has changed. A visible editor is sent a LayoutRequest.
     void setStale();
+    /// The view may have gone to other rows. Likewise, where a long text is measured.
+    void noteMove();
     /// Brings rows, view and scroll bars up to date, or begins to; the same text stays at the top of the
     /// view. Costs a test where they are, else no more than a short text.
     void update();
+    /// The same, and what the view has come to is laid out ahead: before it is painted, and before a key or
+    /// the mouse acts on it. Rows are counted anew then, so nobody may be in the middle of something.
+    void followView();
+    /// By which a text that comes in place of the present one is laid out.
+    LayoutRule rule() const;
     /// Leaves a long text that is measured the rows that it has; nothing where none is.
     void stop();
     /// A text of so many units takes a noticeable time to be laid out.
-    static constexpr qint64 longText = qint64{ 4 } << 20;
+    static constexpr qint64 longText = TextStore::mostAhead;
 
 signals:
     /// A long text is to be measured, or is to be measured by another rule now. Comes whenever somebody asks
@@ -52,19 +63,26 @@ signals:
 private:
     /// A layout that a long text is on its way to, or would be if it had not been stopped.
     struct Wanted {
-        RowFormat format; ///< outlives the rule, which points into it
+        std::shared_ptr<const FontMeasure> measure; ///< outlives the rule, which points into it
         LayoutRule rule;
         std::optional<LayoutChange> change; ///< none: it was stopped
     };
+    void request();
     bool canWaitFor(const RowFormat &format) const;
     void layOut(const RowFormat &format);
     void beginChange(const RowFormat &format);
     bool goOn(QDeadlineTimer end);
+    void showAsBefore();
     void fail();
     void tellProgress();
     void prepareForOtherText();
+    bool isViewAhead() const;
+    std::optional<TextRange> linesFrom(Offset top) const;
+    void showAhead(std::optional<TextRange> lines);
     Offset topOffset() const;
     void show(Offset topOffset);
+    void showNew(Offset topOffset);
+    void tellOfRows();
 
     QWidget &m_editor;
     EditableText &m_document;
@@ -75,6 +93,7 @@ private:
     ViewScroller &m_scroller;
     CursorFollowers &m_followers;
     bool m_isStale = true;
+    std::shared_ptr<const FontMeasure> m_measure; ///< the text's; the format may have that of lines ahead
     std::optional<Wanted> m_wanted;
     WorkTurns m_turns; ///< while there is a change
 };

@@ -173,7 +173,7 @@ bool JobScene::isUnderWay(const Job &job, const ctlEditer &editor) const
     case Kind::Count:
         return !runner.isIdle();
     case Kind::Layout:
-        return editor.rowHeight() == rowHeight;
+        return editor.store().linesAhead().has_value();
     }
     Q_UNREACHABLE();
 }

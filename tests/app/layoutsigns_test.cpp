@@ -1,9 +1,9 @@
 #include "app/layoutsigns.h"
 
-#include "tests/app/heldlayout.h"
 #include "tests/app/stayingapplication.h"
 #include "tests/app/stripinwindow.h"
 #include "tests/jobs/scarcememory.h"
+#include "tests/widget/heldlayout.h"
 #include "widget/viewlayout.h"
 
 #include <QPointer>
@@ -84,10 +84,11 @@ void LayoutSignsTest::tellsHowFarItIs()
 {
     emit editor().viewLayout().progressed(40);
     QCOMPARE(stripText(), u"Laying out: 25%"_s);
-    QCOMPARE(editor().rowHeight(), m_rowHeight);
+    const qreal height = editor().rowHeight();
+    QVERIFY(height > m_rowHeight);
     m_held.reset();
     QTRY_VERIFY(stripText().isEmpty());
-    QVERIFY(editor().rowHeight() > m_rowHeight);
+    QCOMPARE(editor().rowHeight(), height);
 }
 
 /// One that takes many turns, which other programs make no fewer.

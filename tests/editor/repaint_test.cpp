@@ -2,7 +2,9 @@
 #include "settings/settings.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
+#include "tests/widget/heldlayout.h"
 #include "tests/widget/rows.h"
+#include "widget/viewlayout.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -40,10 +42,12 @@ public:
     /// What stands on the screen when all that was asked for is painted.
     QImage shown()
     {
+        QCoreApplication::sendPostedEvents(this, QEvent::LayoutRequest);
         QEvent paintNow(QEvent::UpdateRequest);
         QApplication::sendEvent(this, &paintNow);
         return screen()->grabWindow(winId()).toImage();
     }
+    void showWithFocus();
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QTest::keyClick(this, key, modifiers);
@@ -55,6 +59,14 @@ public:
     void recolour(Qt::GlobalColor color);
     void drag(QRandomGenerator &random);
 };
+
+void RepaintedEditor::showWithFocus()
+{
+    show();
+    activateWindow();
+    setFocus();
+    QTRY_VERIFY(hasFocus());
+}
 
 void RepaintedEditor::wheel(int turned)
 {
@@ -153,38 +165,8 @@ const Action actions[] = {
     }, // which draws in the picture that all share
 };
 
-} // namespace
-
-/// What is on the screen after any steps is what painting everything anew would show: no row's edge is left
-/// out when it alone is repainted, and what is moved instead of painted fits its neighbours.
-class RepaintTest : public QObject {
-    Q_OBJECT
-private slots:
-    void screenIsAsPaintedAnew_data();
-    void screenIsAsPaintedAnew();
-    void joinedLinesRenumberWhatFollows();
-    void overwriteCursorIsErased();
-    void changeTogetherWithAScroll_data();
-    void changeTogetherWithAScroll();
-};
-
-void RepaintTest::screenIsAsPaintedAnew_data()
+void useLook()
 {
-    QTest::addColumn<quint32>("seed");
-    QTest::addColumn<int>("wrapMode");
-    QTest::addColumn<int>("fontSize");
-    QTest::addColumn<int>("signs");
-    const std::tuple<int, int, int> looks[] = { { 0, 13, 0 }, { 0, 12, 1 }, { 1, 18, 1 }, { 2, 9, 0 } };
-    for (const auto &[wrapMode, fontSize, signs] : looks) {
-        const quint32 seed = seedOr(QRandomGenerator::global()->generate());
-        QTest::addRow("seed %u, wrap mode %d, font size %d, signs %d", seed, wrapMode, fontSize, signs)
-            << seed << wrapMode << fontSize << signs;
-    }
-}
-
-void RepaintTest::screenIsAsPaintedAnew()
-{
-    QFETCH(quint32, seed);
     QFETCH(int, wrapMode);
     QFETCH(int, fontSize);
     QFETCH(int, signs);
@@ -197,11 +179,10 @@ void RepaintTest::screenIsAsPaintedAnew()
     appSettings().ShowEOF = signs;
     appSettings().ShowTAB = signs;
     appSettings().ShowZEN = signs;
-    RepaintedEditor editor;
-    editor.show();
-    editor.activateWindow();
-    editor.setFocus();
-    QTRY_VERIFY(editor.hasFocus());
+}
+
+void takeSteps(RepaintedEditor &editor, quint32 seed)
+{
     QRandomGenerator random(seed);
     for (int step = 0; step < steps; ++step) {
         const int what = random.bounded(int(std::size(actions)));
@@ -226,6 +207,63 @@ void RepaintTest::screenIsAsPaintedAnew()
             }
         }
     }
+}
+
+} // namespace
+
+/// What is on the screen after any steps is what painting everything anew would show: no row's edge is left
+/// out when it alone is repainted, and what is moved instead of painted fits its neighbours.
+class RepaintTest : public QObject {
+    Q_OBJECT
+private slots:
+    void screenIsAsPaintedAnew_data();
+    void screenIsAsPaintedAnew();
+    void screenIsAsPaintedAnewAmidALayout_data() { screenIsAsPaintedAnew_data(); }
+    void screenIsAsPaintedAnewAmidALayout();
+    void joinedLinesRenumberWhatFollows();
+    void overwriteCursorIsErased();
+    void changeTogetherWithAScroll_data();
+    void changeTogetherWithAScroll();
+};
+
+void RepaintTest::screenIsAsPaintedAnew_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("wrapMode");
+    QTest::addColumn<int>("fontSize");
+    QTest::addColumn<int>("signs");
+    const std::tuple<int, int, int> looks[] = { { 0, 13, 0 }, { 0, 12, 1 }, { 1, 18, 1 }, { 2, 9, 0 } };
+    for (const auto &[wrapMode, fontSize, signs] : looks) {
+        const quint32 seed = seedOr(QRandomGenerator::global()->generate());
+        QTest::addRow("seed %u, wrap mode %d, font size %d, signs %d", seed, wrapMode, fontSize, signs)
+            << seed << wrapMode << fontSize << signs;
+    }
+}
+
+void RepaintTest::screenIsAsPaintedAnew()
+{
+    QFETCH(quint32, seed);
+    useLook();
+    RepaintedEditor editor;
+    editor.showWithFocus();
+    takeSteps(editor, seed);
+}
+
+/// What comes into view is laid out then.
+void RepaintTest::screenIsAsPaintedAnewAmidALayout()
+{
+    QFETCH(quint32, seed);
+    useLook();
+    RepaintedEditor editor;
+    const QString text = sampleText();
+    editor.setText(text.repeated(ViewLayout::longText / text.size() + 1));
+    editor.showWithFocus();
+    const HeldLayout held;
+    appSettings().FontSize += 2;
+    editor.applySettings();
+    QVERIFY(editor.store().linesAhead());
+    takeSteps(editor, seed);
+    editor.store().checkInvariants();
 }
 
 void RepaintTest::joinedLinesRenumberWhatFollows()

@@ -13,7 +13,7 @@ struct Shown {
     explicit Shown(const QString &text)
     {
         viewport.resize(300, 200);
-        const auto none = format.setFont(viewport.font(), viewport.devicePixelRatioF());
+        format.setFont(viewport.font(), viewport.devicePixelRatioF());
         TextStore::Builder builder(format.layoutRule());
         builder.append(text);
         store = builder.finish();

@@ -24,7 +24,7 @@ struct ViewParts {
         : viewport(&editor)
     {
         viewport.resize(300, 200);
-        const auto none = format.setFont(editor.font(), editor.devicePixelRatioF());
+        format.setFont(editor.font(), editor.devicePixelRatioF());
         format.setWraps(wrapColumns > 0);
         format.setWrapWidth(qCeil(wrapColumns * format.measure().xWidth()));
         document.layOut(format.layoutRule());
