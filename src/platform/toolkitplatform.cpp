@@ -80,7 +80,7 @@ QList<QByteArray> wantedPlatforms()
         return asked.split(';');
     const QByteArray desktop = (qgetenv("XDG_CURRENT_DESKTOP") + qgetenv("XDG_SESSION_DESKTOP")).toLower();
     const bool isWayland = qgetenv("XDG_SESSION_TYPE") == "wayland" && !desktop.contains("gnome");
-    return { isWayland ? "wayland" : "xcb" };
+    return isWayland ? QList<QByteArray>{ "wayland", "xcb" } : QList<QByteArray>{ "xcb", "wayland" };
 }
 
 bool hasDisplay()

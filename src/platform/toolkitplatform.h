@@ -9,8 +9,8 @@
 /// of it, so that whoever asks before the application object is made looks there alone.
 void takePlatformWords(const QList<QByteArray> &toolkitWords);
 
-/// What the toolkit tries in this environment, in its order: what is asked for, else Wayland in a Wayland
-/// session except GNOME's, else X. Never empty.
+/// What the toolkit tries in this environment, in its order: what is asked for, else Wayland and then X in a
+/// Wayland session except GNOME's, else X and then Wayland. Never empty.
 QList<QByteArray> wantedPlatforms();
 
 /// Whether one of them has a display: its server answers, or its device is there. The toolkit ends the

@@ -14,6 +14,12 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+/// More than there is gives null, as without AddressSanitizer.
+extern "C" const char *__asan_default_options() // NOLINT(bugprone-reserved-identifier)
+{
+    return "allocator_may_return_null=1";
+}
+
 /// Work of the window's thread, turn by turn.
 class WorkTurnsTest : public QObject {
     Q_OBJECT
