@@ -92,8 +92,9 @@ private:
         const char *name;
         Moment moment;
         void (JobsAndEventsTest::*act)();
-        /// Of a load, a reload, a save, a search, a count, a layout, an edit, a following and a restoring.
-        Fate fates[9];
+        /// Of a load, a reload, a save, a search, a count, a layout, an edit, a following, a restoring and
+        /// standard input, which is of no file.
+        Fate fates[10];
         int boxes = 0;
         QString answer = {}; ///< of its box; the default one where there is none
         bool endsWindow = false;
@@ -102,7 +103,8 @@ private:
     /// Its end makes a document edited, about which is asked.
     bool isAskedAbout(Fate fate) const
     {
-        return m_job->kind == JobScene::Kind::Edit && fate == Fate::DoneAndGone;
+        using enum JobScene::Kind;
+        return (m_job->kind == Edit || m_job->kind == Input) && fate == Fate::DoneAndGone;
     }
     static Fate fateOf(const JobScene::Job &job, const Event &event) { return event.fates[size_t(job.kind)]; }
 
@@ -118,7 +120,7 @@ private:
     void deleteFile() { QFile::remove(itsFile()); }
     void replaceFileByFolder();
     void replaceFileByPipe();
-    void fillDisk() { m_fullDisk.emplace(rlim_t{ 1 } << 20); }
+    void fillDisk();
     void useUpMemory();
     void changeLanguage();
     void changeFont();
@@ -145,6 +147,7 @@ private:
     QString m_typed; ///< into it since
     QString m_otherText;
     QByteArray m_otherFile;
+    qint64 m_come = 0; ///< bytes of standard input, where no more of it becomes text
     QByteArray m_foreign; ///< what somebody else has written into its file
     std::optional<FullDisk> m_fullDisk;
 };
@@ -155,52 +158,56 @@ const std::vector<JobsAndEventsTest::Event> &JobsAndEventsTest::events()
     using enum Fate;
     constexpr Moment start = Moment::Start, middle = Moment::Middle, end = Moment::End;
     static const std::vector<Event> all{
-        { "nothing", start, &Test::nothing, { Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+        { "nothing", start, &Test::nothing, { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
         { "stopped at its start", start, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped } },
         { "stopped in the middle", middle, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped, Stopped, Stopped, Stopped } },
         { "stopped at its end", end, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, NotTried, Stopped, Stopped, Stopped, Stopped } },
         { "tab closed", middle, &Test::closeTab,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone } },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone } },
         { "quit, Yes", middle, &Test::quit,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone }, 1, u"Yes"_s, true },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone }, 1, u"Yes"_s,
+            true },
         { "quit, No", middle, &Test::quit,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone }, 1, u"No"_s, true },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone }, 1, u"No"_s,
+            true },
         { "quit, Cancel", middle, &Test::quit,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, Done, Gone, Gone }, 1, u"Cancel"_s },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, Done, Gone, Gone, Done }, 1, u"Cancel"_s },
         { "ended by an order", middle, &Test::endByOrder,
-            { Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone }, 0, {}, true },
+            { Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone }, 0, {}, true },
         { "logout", middle, &Test::logOut,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone }, 1, u"Yes"_s, true },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone }, 1, u"Yes"_s,
+            true },
         { "second start with its file", middle, &Test::requestItsFile,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, NotTried } },
         { "second start with another file", middle, &Test::requestAnotherFile,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, Done } },
         { "file grown meanwhile", middle, &Test::makeFileLonger,
-            { Done, Done, Done, Done, Done, Done, Done, NotTried, Done } },
+            { Done, Done, Done, Done, Done, Done, Done, NotTried, Done, NotTried } },
         { "file deleted meanwhile", middle, &Test::deleteFile,
-            { Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done, NotTried } },
         { "file deleted before", start, &Test::deleteFile,
-            { Failed, Failed, Done, Done, Done, Done, Done, NotTried, Done } },
+            { Failed, Failed, Done, Done, Done, Done, Done, NotTried, Done, NotTried } },
         { "folder in the file's place meanwhile", middle, &Test::replaceFileByFolder,
-            { Done, Done, Failed, Done, Done, Done, Done, Done, Done } },
+            { Done, Done, Failed, Done, Done, Done, Done, Done, Done, NotTried } },
         { "folder in the file's place before", start, &Test::replaceFileByFolder,
-            { Failed, Failed, Failed, Done, Done, Done, Done, NotTried, Done } },
+            { Failed, Failed, Failed, Done, Done, Done, Done, NotTried, Done, NotTried } },
         { "pipe in the file's place before", start, &Test::replaceFileByPipe,
-            { Failed, Failed, NotTried, Done, Done, Done, Done, NotTried, Done } },
-        { "full disk", middle, &Test::fillDisk, { Done, Done, Failed, Done, Done, Done, Done, Done, Done } },
+            { Failed, Failed, NotTried, Done, Done, Done, Done, NotTried, Done, NotTried } },
+        { "full disk", middle, &Test::fillDisk,
+            { Done, Done, Failed, Done, Done, Done, Done, Done, Done, Failed } },
         { "too little memory", middle, &Test::useUpMemory,
-            { Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed } },
+            { Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed } },
         { "language switched", middle, &Test::changeLanguage,
-            { Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
         { "font changed", middle, &Test::changeFont,
-            { Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
         { "typed into", middle, &Test::typeIntoIt,
-            { Done, Done, Done, Stopped, Stopped, Done, Done, Done, Done } },
+            { Done, Done, Done, Stopped, Stopped, Done, Done, Done, Done, Done } },
         { "another tab typed into and searched", middle, &Test::typeIntoAnotherTab,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, Done } },
     };
     return all;
 }
@@ -208,7 +215,7 @@ const std::vector<JobsAndEventsTest::Event> &JobsAndEventsTest::events()
 void JobsAndEventsTest::initTestCase()
 {
     qputenv("QPEDIR", BUILT_QPE_DIR);
-    m_stepping.callOnTimeout(this, [this] { m_scene->runner.step(); });
+    m_stepping.callOnTimeout(this, [this] { m_scene->step(); });
 }
 
 void JobsAndEventsTest::init()
@@ -252,6 +259,7 @@ void JobsAndEventsTest::endByOrder()
 {
     EndOrder::give();
     theApplication().endAtOnce();
+    EndOrder::withdraw(); // what the test reads would obey it
 }
 
 void JobsAndEventsTest::logOut()
@@ -301,10 +309,17 @@ void JobsAndEventsTest::replaceFileByPipe()
     QCOMPARE(::mkfifo(QFile::encodeName(itsFile()).constData(), 0600), 0);
 }
 
+void JobsAndEventsTest::fillDisk()
+{
+    constexpr int room = 1 << 20;
+    m_fullDisk.emplace(room);
+    m_come = room;
+}
+
 void JobsAndEventsTest::useUpMemory()
 {
     const ScarceMemory scarce(1);
-    m_scene->runner.step();
+    m_scene->step();
     QTRY_VERIFY(scarce.wasMet());
 }
 
@@ -353,10 +368,11 @@ void JobsAndEventsTest::begin(const JobScene::Job &job)
     QVERIFY(m_editor != m_scene->other);
 }
 
-/// While the window waits for a save or an edit.
+/// While the window waits for a save, an edit or what has come.
 void JobsAndEventsTest::makeStepsInTheLoop()
 {
-    if (m_job->kind == JobScene::Kind::Save || m_job->kind == JobScene::Kind::Edit)
+    using enum JobScene::Kind;
+    if (m_job->kind == Save || m_job->kind == Edit || m_job->kind == Input)
         m_stepping.start(0);
 }
 
@@ -364,7 +380,8 @@ void JobsAndEventsTest::makeStepsBefore(Moment moment)
 {
     const int steps = moment == Moment::Start ? 0 : moment == Moment::Middle ? 1 : m_job->steps - 1;
     for (int step = 0; step < steps; ++step)
-        m_scene->runner.step();
+        m_scene->bringAndStep();
+    m_come = m_scene->brought;
 }
 
 void JobsAndEventsTest::checkDocument(Fate fate)
@@ -375,7 +392,8 @@ void JobsAndEventsTest::checkDocument(Fate fate)
     if (!isThere)
         return;
     QVERIFY(!m_editor->document().isHeld());
-    QString expected = JobScene::textOf(content);
+    QString expected = JobScene::textOf(content, m_come);
+    const bool isFromInput = m_job->kind == JobScene::Kind::Input && !expected.isEmpty();
     expected.insert(m_cursor - Offset(), m_typed);
     QVERIFY(m_editor->text() == expected);
     m_editor->store().checkInvariants();
@@ -383,7 +401,7 @@ void JobsAndEventsTest::checkDocument(Fate fate)
     const bool isEditMade = m_job->kind == JobScene::Kind::Edit && fate == Fate::Done;
     const bool isRestored = m_job->kind == JobScene::Kind::Restore && fate == Fate::Done;
     QCOMPARE(m_editor->edited(),
-        isUnsaved || isEditMade || isRestored || content == JobScene::Content::Replaced
+        isUnsaved || isEditMade || isRestored || isFromInput || content == JobScene::Content::Replaced
             || !m_typed.isEmpty());
     if (m_job->kind == JobScene::Kind::Search)
         QCOMPARE(m_editor->hasMarkedText(), fate == Fate::Done && content == JobScene::Content::Text);
@@ -421,8 +439,9 @@ void JobsAndEventsTest::checkFiles(Fate fate)
     for (const QString &known : { u"other.txt"_s, u"third.txt"_s, u"a.txt"_s, u"b.txt"_s })
         others.removeOne(known);
     QVERIFY(files.read(u"other.txt"_s) == m_otherFile);
+    const auto written = m_job->kind == JobScene::Kind::Input ? JobScene::Content::Come : m_job->done;
     if (isWritten)
-        QVERIFY(files.read(name) == JobScene::textOf(m_job->done).toUtf8());
+        QVERIFY(files.read(name) == JobScene::textOf(written, m_come).toUtf8());
     else if (!m_foreign.isEmpty())
         QVERIFY(files.read(name) == m_foreign);
     else if (m_event->act == &JobsAndEventsTest::nothing || m_event->act == &JobsAndEventsTest::stop)
@@ -430,15 +449,18 @@ void JobsAndEventsTest::checkFiles(Fate fate)
     if (isWritten && !m_foreign.isEmpty())
         QVERIFY(keptContents().contains(m_foreign));
     QCOMPARE(others, QStringList());
-    if (name != u"a.txt")
+    if (m_job->kind == JobScene::Kind::Save && name != u"a.txt")
         QVERIFY(files.read(u"a.txt"_s) == JobScene::text());
 }
 
-/// A text that comes back is in the old journal until it has one of its own.
+/// A text that comes back is in the old journal until it has one of its own. What has come of standard input
+/// is kept where nobody can be asked.
 void JobsAndEventsTest::checkJournals()
 {
     if (m_job->kind == JobScene::Kind::Restore)
         QVERIFY(UnsavedTexts::now().contains(JobScene::textOf(JobScene::Content::Edited)));
+    if (m_job->kind == JobScene::Kind::Input && m_event->act == &JobsAndEventsTest::endByOrder)
+        QVERIFY(UnsavedTexts::now().contains(JobScene::textOf(JobScene::Content::Come, m_come)));
 }
 
 /// Of nothing that is under way.
@@ -490,6 +512,8 @@ void JobsAndEventsTest::endsAsItShould()
         QStringList(job->boxesOfBegin, u"Yes"_s) + QStringList(isAskedAbout(fate) ? 2 : 1, event->answer));
     begin(*job);
     makeStepsBefore(event->moment);
+    if (event->moment == Moment::End && job->kind == JobScene::Kind::Input)
+        QCOMPARE(m_come, JobScene::text().size());
     QVERIFY(m_scene->isUnderWay(*job, *m_editor));
     m_cursor = m_editor->cursorOffset();
     (this->*event->act)();
@@ -517,7 +541,7 @@ void JobsAndEventsTest::readErrorInTheMiddle_data()
     QTest::addColumn<const JobScene::Job *>("job");
     for (const JobScene::Job &job : JobScene::jobs()) {
         using enum JobScene::Kind;
-        if (job.kind == Load || job.kind == Reload || job.kind == Restore)
+        if (job.kind == Load || job.kind == Reload || job.kind == Restore || job.kind == Input)
             QTest::addRow("%s", job.name) << &job;
     }
 }
@@ -530,16 +554,21 @@ void JobsAndEventsTest::readErrorInTheMiddle()
     begin(*job);
     m_cursor = m_editor->cursorOffset();
     m_scene->files.write(u"a.txt"_s, JobScene::text().repeated(6));
-    m_scene->runner.step();
+    m_scene->bringAndStep();
+    m_come = m_scene->brought;
     QVERIFY(m_editor->document().isHeld());
-    QVERIFY(breakReading(itsFile()));
+    if (const SharedFd input = m_scene->input.lock())
+        breakInput(*input);
+    else
+        QVERIFY(breakReading(itsFile()));
     m_scene->makeAllSteps();
     const bool isRestored = job->kind == JobScene::Kind::Restore;
     QCOMPARE(boxes.count(), job->boxesOfBegin + (isRestored ? 0 : 1));
     if (!isRestored)
         QCOMPARE(boxes.texts().last(), u"File Load Error!|This file could not be read to its end!"_s);
     checkDocument(isRestored ? Fate::Done : Fate::Failed);
-    QCOMPARE(m_editor->name(), u"a.txt"_s);
+    if (job->kind != JobScene::Kind::Input)
+        QCOMPARE(m_editor->name(), u"a.txt"_s);
     checkStrip();
     checkNextKey();
 }

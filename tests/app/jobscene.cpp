@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr qint64 fewestInScene = qint64{ 1 } << 20; ///< of what is done behind the window
+constexpr qint64 mostBrought = 50'000; ///< at once; less than a pipe takes
 
 QByteArray utf16Text()
 {
@@ -66,12 +67,16 @@ const std::vector<JobScene::Job> &JobScene::jobs()
             Content::Followed },
         { "restore", Kind::Restore, &JobScene::restore, 6, Content::Edited, Content::NoDocument,
             Content::NoDocument, 0, 0, "a.txt", &JobScene::leaveBehind },
+        { "standard input", Kind::Input, &JobScene::readInput, 87, Content::Text, Content::Come,
+            Content::Come, 0, 0, "b.txt" },
     };
     return all;
 }
 
 JobScene::JobScene(const Job &job)
-    : window(WindowJobs{ std::unique_ptr<JobRunner>(&runner), fewestInScene })
+    : window(WindowJobs{ .runner = std::unique_ptr<JobRunner>(&runner),
+        .fewest = fewestInScene,
+        .inputRunner = std::unique_ptr<JobRunner>(&inputRunner) })
 {
     if (job.prepare)
         job.prepare(files);
@@ -90,7 +95,7 @@ const QByteArray &JobScene::text()
     return text;
 }
 
-QString JobScene::textOf(Content content)
+QString JobScene::textOf(Content content, qint64 come)
 {
     const QString whole = QString::fromUtf8(text());
     switch (content) {
@@ -119,6 +124,8 @@ QString JobScene::textOf(Content content)
         return QString::fromLatin1(smallText) + u"x\n"_s;
     case Content::FollowedOn:
         return textOf(Content::Followed) + whole;
+    case Content::Come:
+        return QString::fromUtf8(text().first(come));
     }
     Q_UNREACHABLE();
 }
@@ -150,11 +157,27 @@ void JobScene::openWhole(const QByteArray &text)
     QTRY_VERIFY(takesKeys());
 }
 
+void JobScene::bring()
+{
+    const qint64 size = qMin(mostBrought, text().size() - brought);
+    if (size == 0)
+        return pipe.close();
+    pipe.put(text().sliced(brought, size));
+    brought += size;
+}
+
+bool JobScene::bringAndStep()
+{
+    if (!input.expired() && pipe.isReadByAnybody() && pipe.isEmpty())
+        bring();
+    return step();
+}
+
 void JobScene::makeAllSteps()
 {
     const auto isHeld = [](const ctlEditer *editor) { return editor->document().isHeld(); };
     do {
-        runner.runAll();
+        while (bringAndStep()) { }
         settle();
     } while (!runner.isIdle() || std::ranges::any_of(window.tabBar()->editors(), isHeld));
 }
@@ -168,6 +191,7 @@ bool JobScene::isUnderWay(const Job &job, const ctlEditer &editor) const
     case Kind::Edit:
     case Kind::Follow:
     case Kind::Restore:
+    case Kind::Input:
         return editor.document().isHeld();
     case Kind::Search:
     case Kind::Count:
@@ -321,4 +345,15 @@ void JobScene::restore()
     const StripInWindow strip(window);
     QTRY_VERIFY(strip.button(u"Restore"_s));
     QVERIFY(restoreAll(window));
+}
+
+/// It may be saved as its file.
+void JobScene::readInput()
+{
+    const SharedFd itsEnd = pipe.takeInput();
+    input = itsEnd;
+    theApplication().request({ {}, FileRequest::From::Shell, {}, {}, false, itsEnd });
+    QTRY_COMPARE(window.tabBar()->count(), 2);
+    QTRY_VERIFY(takesKeys());
+    window.choices << FileChoice{ files.folder(), u"b.txt"_s };
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/app/testwindow.h"
+#include "tests/files/pipe.h"
 #include "tests/jobs/steppedrunner.h"
 
 #include <QPointer>
@@ -11,7 +12,7 @@
 class JobScene {
 public:
     /// What a job is to the document it is about.
-    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit, Follow, Restore };
+    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit, Follow, Restore, Input };
 
     /// What a document has.
     enum class Content {
@@ -28,6 +29,7 @@ public:
         Long,
         Followed, ///< a small one
         FollowedOn, ///< that, and the text behind it
+        Come, ///< as much of the text as has come
     };
 
     struct Job {
@@ -53,8 +55,12 @@ public:
     void prepareSearch(const QString &text, bool replaces = false);
     /// Opens a.txt and waits for all of it.
     void openWhole(const QByteArray &text);
+    /// One step of what is under way.
+    bool step() { return inputRunner.step() || runner.step(); }
+    /// The same; the pipe brings more, or ends, where all that it has brought was read.
+    bool bringAndStep();
     /// Also of what is begun when the end of another one is told, and all turns of the event loop that
-    /// follow.
+    /// follow. A pipe brings the rest, and ends.
     void makeAllSteps();
     /// Whether the job goes on in the document.
     bool isUnderWay(const Job &job, const ctlEditer &editor) const;
@@ -62,15 +68,21 @@ public:
     /// Of several steps of each job; "first" is far before its end, and "last" far behind its start.
     static const QByteArray &text();
     static inline const QByteArray smallText = "old\n";
-    static QString textOf(Content content);
+    /// `come`: bytes of the text.
+    static QString textOf(Content content, qint64 come = 0);
 
     TestFiles files;
     SteppedRunner &runner = *new SteppedRunner;
+    SteppedRunner &inputRunner = *new SteppedRunner;
+    Pipe pipe;
+    std::weak_ptr<const OpenFd> input; ///< the program's end of it, while that reads
+    qint64 brought = 0; ///< bytes of the text that the pipe has brought
     TestWindow window;
     QPointer<ctlEditer> other; ///< other.txt, "typed other"; saved in one go
     qreal rowHeight = 0; ///< of the old layout
 
 private:
+    void bring();
     void appendToFile(const QByteArray &bytes) const;
     void load();
     void loadIntoFreshDocument();
@@ -90,4 +102,5 @@ private:
     void follow();
     static void leaveBehind(const TestFiles &files);
     void restore();
+    void readInput();
 };

@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 
 /// What another program writes, and this one reads.
 class Pipe {
@@ -35,6 +36,12 @@ public:
     {
         if (m_end != -1)
             ::close(std::exchange(m_end, -1));
+    }
+    /// All that was put has been read.
+    bool isEmpty() const
+    {
+        int waiting = 0;
+        return ::ioctl(m_end, FIONREAD, &waiting) == 0 && waiting == 0;
     }
     bool isReadByAnybody() const
     {
