@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <memory>
 #include <utility>
 
@@ -23,6 +24,7 @@ private slots:
     void tellsOnceHoweverOftenItIsAsked();
     void tellsNothingOfWhatIsClosedMeanwhile();
     void tellsNothingOfAnotherFile();
+    void tellsNothingOfWhatCannotBeReadToItsEnd();
 
 private:
     std::unique_ptr<TestFiles> m_files;
@@ -96,6 +98,31 @@ void ContentReaderTest::tellsNothingOfAnotherFile()
     m_files->write(u"b"_s, "other");
     QVERIFY(m_editor->loadFile(m_files->folder(), u"b"_s, 0));
     jobs.runAll();
+}
+
+/// It is longer than what is read at once.
+void ContentReaderTest::tellsNothingOfWhatCannotBeReadToItsEnd()
+{
+    m_files->write(u"a"_s, QByteArray("text\n").repeated(2'000'000));
+    bool isBroken = true;
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&](int file, void *bytes, size_t count, off_t offset) {
+        if (!isBroken || offset == 0)
+            return ::pread(file, bytes, count, offset);
+        errno = EIO;
+        return ssize_t{ -1 };
+    };
+    SteppedRunner jobs;
+    ContentReader reader(jobs, calls);
+    int seen = 0;
+    connect(&reader, &ContentReader::seen, this, [&] { ++seen; });
+    reader.read(m_editor.get());
+    jobs.runAll();
+    QCOMPARE(seen, 0);
+    isBroken = false;
+    reader.read(m_editor.get());
+    jobs.runAll();
+    QCOMPARE(seen, 1);
 }
 
 REGISTER_TEST(runWindowTest<ContentReaderTest>)

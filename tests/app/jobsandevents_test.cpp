@@ -541,7 +541,8 @@ void JobsAndEventsTest::readErrorInTheMiddle_data()
     QTest::addColumn<const JobScene::Job *>("job");
     for (const JobScene::Job &job : JobScene::jobs()) {
         using enum JobScene::Kind;
-        if (job.kind == Load || job.kind == Reload || job.kind == Restore || job.kind == Input)
+        if (job.kind == Load || job.kind == Reload || job.kind == Follow || job.kind == Restore
+            || job.kind == Input)
             QTest::addRow("%s", job.name) << &job;
     }
 }

@@ -12,6 +12,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cerrno>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -58,6 +60,8 @@ private slots:
     void othersWriteAfterAnyStep();
     void largeFileIsReadBehind_data();
     void largeFileIsReadBehind();
+    void unreadableOldFileIsKeptOrStays_data();
+    void unreadableOldFileIsKeptOrStays();
     void progressCountsTheOldFile();
     void anotherDocumentWritesMeanwhile_data() { addSteps(); }
     void anotherDocumentWritesMeanwhile();
@@ -375,6 +379,51 @@ void DocumentSaveTest::largeFileIsReadBehind()
     QCOMPARE(result.overtaken, isKept ? Overtaken::ByProgram : Overtaken::No);
     QCOMPARE(!result.keptCopy.isEmpty(), isKept);
     QVERIFY(isOnly(newText()));
+}
+
+void DocumentSaveTest::unreadableOldFileIsKeptOrStays_data()
+{
+    QTest::addColumn<int>("errors");
+    QTest::addColumn<SaveResult::Outcome>("outcome");
+    QTest::newRow("once") << 1 << SaveResult::Outcome::Written;
+    QTest::newRow("for good") << std::numeric_limits<int>::max() << SaveResult::Outcome::NotWritten;
+}
+
+/// Read errors in the middle of a file of which nobody knows whether it is still the same: it might be
+/// another program's work.
+void DocumentSaveTest::unreadableOldFileIsKeptOrStays()
+{
+    QFETCH(int, errors);
+    QFETCH(SaveResult::Outcome, outcome);
+    const QByteArray content =
+        QByteArray(QByteArray(4095, 'l') + '\n').repeated(FileVersion::mostCompared / 3000);
+    QVERIFY(m_folder->write(fileName, content));
+    setTime(m_folder->path() + fileName, 1000);
+    int errorsLeft = 0;
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&errorsLeft, inner = calls.pread](int fd, void *to, size_t size, off_t offset) {
+        if (errorsLeft == 0 || offset == 0)
+            return inner(fd, to, size, offset);
+        --errorsLeft;
+        errno = EIO;
+        return ssize_t{ -1 };
+    };
+    Edited document(*m_folder, calls);
+    setTime(m_folder->path() + fileName, 2000);
+    const auto save = document.begin();
+    errorsLeft = errors;
+    while (save->makeStep()) { }
+    QVERIFY(errorsLeft < errors);
+    const SaveResult result = document.endSave(*save);
+    QCOMPARE(result.outcome, outcome);
+    const bool isWritten = outcome == SaveResult::Outcome::Written;
+    QCOMPARE(result.keptCopy.isEmpty(), !isWritten);
+    QVERIFY(isOnly(isWritten ? newText() : content));
+    if (!isWritten)
+        return;
+    QFile kept(result.keptCopy);
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QVERIFY(kept.readAll() == content);
 }
 
 /// It is read through before.
