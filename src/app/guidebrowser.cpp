@@ -1,5 +1,6 @@
 #include "app/guidebrowser.h"
 
+#include "app/fittedpictures.h"
 #include "app/keystext.h"
 #include "app/translation.h"
 #include "platform/qpeapplication.h"
@@ -9,7 +10,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QRegularExpression>
@@ -97,10 +97,12 @@ GuideBrowser::GuideBrowser(QWidget *parent)
 {
     // What the toolkit's own menu offers is for links of other kinds.
     setContextMenuPolicy(Qt::NoContextMenu);
+    new FittedPictures(this);
     verticalScrollBar()->setAccessibleName(
         QCoreApplication::translate("QMultiLineEdit", "Vertical scroll bar"));
     horizontalScrollBar()->setAccessibleName(
         QCoreApplication::translate("QMultiLineEdit", "Horizontal scroll bar"));
+    connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this, &GuideBrowser::showBarBelow);
 }
 
 void GuideBrowser::showGuide()
@@ -120,8 +122,7 @@ void GuideBrowser::showKeys()
     QTextBlock title = table->firstCursorPosition().block();
     while (title.isValid() && title.blockFormat().headingLevel() == 0)
         title = title.previous();
-    const qreal top = document()->documentLayout()->blockBoundingRect(title).top();
-    verticalScrollBar()->setValue(int(top - document()->documentMargin()));
+    verticalScrollBar()->setValue(int(placeOf(title).top() - document()->documentMargin()));
 }
 
 /// Known by its first cell.
@@ -134,6 +135,45 @@ QTextTable *GuideBrowser::keys() const
             return table;
     }
     return nullptr;
+}
+
+bool GuideBrowser::event(QEvent *event)
+{
+    return event->type() == QEvent::Resize ? resized(event) : QTextBrowser::event(event);
+}
+
+/// The text above what is shown first has another height then, as has that itself. The viewport's resizes
+/// come within this one, and within the layout of the text.
+bool GuideBrowser::resized(QEvent *event)
+{
+    QScrollBar &bar = *verticalScrollBar();
+    const QTextBlock first = firstShown();
+    const QRectF before = placeOf(first);
+    const qreal part = (bar.value() - before.top()) / qMax(1.0, before.height());
+    const bool done = QTextBrowser::event(event);
+    const QRectF now = placeOf(first);
+    bar.setValue(qRound(now.top() + part * now.height()));
+    return done;
+}
+
+/// Not for lines of Japanese that the toolkit breaks a little into the margin.
+void GuideBrowser::showBarBelow()
+{
+    const bool isNeeded = horizontalScrollBar()->maximum() > document()->documentMargin();
+    setHorizontalScrollBarPolicy(isNeeded ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+}
+
+QRectF GuideBrowser::placeOf(const QTextBlock &block) const
+{
+    return document()->documentLayout()->blockBoundingRect(block);
+}
+
+QTextBlock GuideBrowser::firstShown() const
+{
+    QTextBlock block = document()->begin();
+    while (block.next().isValid() && placeOf(block).bottom() <= verticalScrollBar()->value())
+        block = block.next();
+    return block;
 }
 
 void GuideBrowser::keyPressEvent(QKeyEvent *event)
@@ -190,18 +230,5 @@ QVariant GuideBrowser::loadResource(int type, const QUrl &name)
     if (type == QTextDocument::MarkdownResource)
         return withPresentKeys(withoutOtherLinks(
             withoutEndsInSentences(QString::fromUtf8(loaded.toByteArray())), source().resolved(name)));
-    if (type == QTextDocument::ImageResource)
-        return fitted(QImage::fromData(loaded.toByteArray()));
     return loaded;
-}
-
-/// Pixel by pixel where there is room.
-QImage GuideBrowser::fitted(QImage picture) const
-{
-    const int beside = verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
-    const qreal room = (width() - beside - 2 * document()->documentMargin()) * devicePixelRatioF();
-    if (picture.width() > room)
-        picture = picture.scaledToWidth(int(room), Qt::SmoothTransformation);
-    picture.setDevicePixelRatio(devicePixelRatioF());
-    return picture;
 }

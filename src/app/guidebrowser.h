@@ -23,6 +23,8 @@ protected:
     /// Of pages that are there alone.
     void doSetSource(const QUrl &name, QTextDocument::ResourceType type) override;
     QVariant loadResource(int type, const QUrl &name) override;
+    /// What is shown first stays so when the width changes.
+    bool event(QEvent *event) override;
     /// Ctrl+Home and Ctrl+End lead to its ends, as Home and End do.
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -32,5 +34,9 @@ protected:
 private:
     void scroll(QScroller::Input input, const QMouseEvent &event);
     QTextTable *keys() const;
-    QImage fitted(QImage picture) const;
+    bool resized(QEvent *event);
+    void showBarBelow();
+    QTextBlock firstShown() const;
+    /// In the text.
+    QRectF placeOf(const QTextBlock &block) const;
 };

@@ -32,6 +32,20 @@ QStringList shownRow(const QTextTable &table, int row)
     return cells;
 }
 
+constexpr int widthOfWindow = 640; ///< device pixels: of what the pictures show
+
+/// Of the pictures of windows, once the whole is laid out.
+QSet<qreal> widthsOfPictures(const QTextDocument &shown)
+{
+    (void)shown.size();
+    QSet<qreal> widths;
+    for (QTextBlock block = shown.begin(); block.isValid(); block = block.next()) {
+        if (block.text() == QChar::ObjectReplacementCharacter && !QTextCursor(block).currentTable())
+            widths << block.layout()->lineAt(0).naturalTextWidth();
+    }
+    return widths;
+}
+
 } // namespace
 
 /// The guide as the window shows it, and as it lies in its files.
@@ -58,7 +72,11 @@ private slots:
     void whatIsNoPageIsNoLink();
     void fingerScrolls();
     void fingerFollowsALink();
+    void picturesFit_data();
     void picturesFit();
+    void whatCannotBeNarrowerScrolls();
+    void placeStaysWhereWidthChanges_data();
+    void placeStaysWhereWidthChanges();
     void keysLeadToItsEnds();
 
 private:
@@ -301,15 +319,68 @@ void GuideBrowserTest::fingerFollowsALink()
     QTRY_COMPARE(browser.source().fileName(), u"handheld.en.md"_s);
 }
 
+void GuideBrowserTest::picturesFit_data()
+{
+    QTest::addColumn<int>("loadedAt");
+    QTest::addColumn<int>("width");
+    QTest::newRow("too little room") << 230 << 230;
+    QTest::newRow("room") << 900 << 900;
+    QTest::newRow("a little narrower") << 240 << 230;
+    QTest::newRow("room that goes") << 900 << 230;
+    QTest::newRow("room that comes") << 230 << 900;
+}
+
+/// And are as wide as they are by themselves where they can.
 void GuideBrowserTest::picturesFit()
 {
-    for (const int width : { 230, 900 }) {
-        GuideBrowser browser;
-        browser.resize(width, 300);
-        browser.showGuide();
-        browser.show();
-        QCOMPARE(browser.horizontalScrollBar()->maximum(), 0);
-    }
+    QFETCH(int, loadedAt);
+    QFETCH(int, width);
+    GuideBrowser browser;
+    browser.resize(loadedAt, 300);
+    browser.showGuide();
+    browser.show();
+    browser.resize(width, 300);
+    const QSet<qreal> widths = widthsOfPictures(*browser.document());
+    QCOMPARE(browser.horizontalScrollBar()->maximum(), 0);
+    const qreal room = browser.viewport()->width() - 2 * browser.document()->documentMargin();
+    QCOMPARE(widths, QSet{ qMin(room, widthOfWindow / browser.devicePixelRatioF()) });
+}
+
+/// As the tables.
+void GuideBrowserTest::whatCannotBeNarrowerScrolls()
+{
+    GuideBrowser browser;
+    showSmall(browser);
+    QTRY_VERIFY(!browser.horizontalScrollBar()->isVisible());
+    browser.resize(80, 300);
+    QTRY_VERIFY(browser.horizontalScrollBar()->isVisible());
+    browser.resize(400, 300);
+    QTRY_VERIFY(!browser.horizontalScrollBar()->isVisible());
+}
+
+void GuideBrowserTest::placeStaysWhereWidthChanges_data()
+{
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("to");
+    QTest::newRow("a little narrower") << 240 << 230;
+    QTest::newRow("narrower") << 900 << 230;
+    QTest::newRow("wider") << 230 << 900;
+}
+
+/// The title of the keys, at which the guide is opened.
+void GuideBrowserTest::placeStaysWhereWidthChanges()
+{
+    QFETCH(int, from);
+    QFETCH(int, to);
+    GuideBrowser browser;
+    browser.resize(from, 300);
+    browser.showGuide();
+    browser.show();
+    browser.showKeys();
+    const QTextCursor title(browser.document()->find(u"Keys"_s).block());
+    const int top = browser.cursorRect(title).top();
+    browser.resize(to, 300);
+    QCOMPARE(browser.cursorRect(title).top(), top);
 }
 
 void GuideBrowserTest::keysLeadToItsEnds()

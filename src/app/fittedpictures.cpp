@@ -1,0 +1,58 @@
+#include "app/fittedpictures.h"
+
+#include <QPainter>
+#include <QPixmapCache>
+#include <QTextDocument>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The text keeps what it has loaded.
+QPixmap pictureOf(const QTextDocument &text, const QTextFormat &format)
+{
+    const QUrl name(format.toImageFormat().name());
+    return text.resource(QTextDocument::ImageResource, name).value<QPixmap>();
+}
+
+QPixmap scaled(const QPixmap &picture, QSize size)
+{
+    if (picture.size() == size)
+        return picture;
+    const QString key = u"FittedPictures %1 %2"_s.arg(picture.cacheKey()).arg(size.width());
+    QPixmap found;
+    if (!QPixmapCache::find(key, &found)) {
+        found = picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QPixmapCache::insert(key, found);
+    }
+    return found;
+}
+
+} // namespace
+
+FittedPictures::FittedPictures(QTextEdit *view)
+    : QObject(view)
+    , m_view(*view)
+{
+    view->document()->documentLayout()->registerHandler(QTextFormat::ImageObject, this);
+}
+
+QSizeF FittedPictures::intrinsicSize(QTextDocument *text, int, const QTextFormat &format)
+{
+    const qreal ratio = m_view.devicePixelRatioF();
+    const int room = int((text->textWidth() - 2 * text->documentMargin()) * ratio);
+    QSize size = pictureOf(*text, format).size();
+    if (size.width() > room)
+        size.scale(room, size.height(), Qt::KeepAspectRatio);
+    return QSizeF(size) / ratio;
+}
+
+void FittedPictures::drawObject(
+    QPainter *painter, const QRectF &place, QTextDocument *text, int, const QTextFormat &format)
+{
+    const qreal ratio = m_view.devicePixelRatioF();
+    QPixmap picture = scaled(pictureOf(*text, format), (place.size() * ratio).toSize());
+    picture.setDevicePixelRatio(ratio);
+    painter->drawPixmap(place.topLeft(), picture);
+}

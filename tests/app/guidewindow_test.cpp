@@ -1,0 +1,95 @@
+#include "app/frmguide.h"
+#include "app/guidebrowser.h"
+#include "app/largestdialog.h"
+#include "app/qpeapplicationesc.h"
+#include "app/translation.h"
+#include "platform/toolkitstart.h"
+#include "settings/settings.h"
+#include "tests/app/testwindow.h"
+#include "tests/testprogram.h"
+
+#include <QDirIterator>
+#include <QScrollBar>
+#include <QTextBlock>
+
+using namespace Qt::StringLiterals;
+
+/// The guide in a window of a window manager, in the fonts and at the scale that the program has there.
+class GuideWindowTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { qputenv("QPEDIR", BUILT_QPE_DIR); }
+    void init() { resetSettings(); }
+
+    void pagesAreAsWideAsTheWindow_data();
+    void pagesAreAsWideAsTheWindow();
+    void opensAtTheKeys();
+
+private:
+    /// As F1 opens it; once the window manager has given it its place.
+    static GuideBrowser *show(frmGuide &guide)
+    {
+        guide.enlarge();
+        guide.show();
+        return QTest::qWaitForWindowActive(&guide) ? guide.findChild<GuideBrowser *>() : nullptr;
+    }
+
+    static void verifyFits(const GuideBrowser &browser)
+    {
+        const int more = browser.horizontalScrollBar()->maximum();
+        QTRY_VERIFY2(!browser.horizontalScrollBar()->isVisible(),
+            qPrintable(u"%1: %2"_s.arg(browser.source().fileName()).arg(more)));
+    }
+};
+
+void GuideWindowTest::pagesAreAsWideAsTheWindow_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QString>("pages");
+    QTest::newRow("English") << int(English) << u"*.en.md"_s;
+    QTest::newRow("Japanese") << int(Japanese) << u"*.ja.md"_s;
+}
+
+/// And as narrow, after it was made narrower.
+void GuideWindowTest::pagesAreAsWideAsTheWindow()
+{
+    QFETCH(int, language);
+    QFETCH(QString, pages);
+    appSettings().Lang = language;
+    frmGuide guide(nullptr);
+    GuideBrowser *const browser = show(guide);
+    QVERIFY(browser);
+    const QSize size = guide.size();
+    QDirIterator files(QStringLiteral(BUILT_QPE_DIR "/../doc/marlopad"), { pages }, QDir::Files,
+        QDirIterator::Subdirectories);
+    int seen = 0;
+    for (; files.hasNext(); ++seen) {
+        browser->setSource(QUrl::fromLocalFile(QFileInfo(files.next()).canonicalFilePath()));
+        verifyFits(*browser);
+        guide.resize(size - QSize(10, 0));
+        verifyFits(*browser);
+        guide.resize(size);
+    }
+    QVERIFY(seen > 10);
+}
+
+void GuideWindowTest::opensAtTheKeys()
+{
+    frmGuide guide(nullptr);
+    GuideBrowser *const browser = show(guide);
+    QVERIFY(browser);
+    const QRect title = browser->cursorRect(QTextCursor(browser->document()->find(u"Keys"_s).block()));
+    QVERIFY2(title.top() >= 0 && title.top() < title.height(), qPrintable(QString::number(title.top())));
+}
+
+/// As the program starts.
+static int runGuideWindowTest(int argc, char **argv)
+{
+    prepareScale(largestDialog());
+    const QPEApplicationEsc application(argc, argv);
+    return runPlainTest<GuideWindowTest>(argc, argv);
+}
+
+REGISTER_TEST(runGuideWindowTest)
+#include "guidewindow_test.moc"
