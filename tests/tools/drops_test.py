@@ -13,26 +13,28 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / 'tools'))
 import desk as desks  # noqa: E402 - found there
 
 PARTS = {'text': (480, 250), 'tab bar': (400, 466), 'tool bar': (560, 37)}
-FILES = {b'a b#%20.txt': b'first\n', b'\x83\x65\xff.txt': b'of no Unicode name\n'}
+FILES = {b'a b#%20.txt': b'first\n', b'\x83\x65\xff.txt': b'of no Unicode name\n',
+         b'folder/in it.txt': b'in a folder\n'}
 FOLDER_ICON = (228, 240)  # it comes before the files
 
 
 def drop_on(place):
     def scene(desk):
+        (desk.documents / 'folder').mkdir()
         files = {desk.documents / os.fsdecode(name): content for name, content in FILES.items()}
         for file, content in files.items():
             file.write_bytes(content)
-        (desk.documents / 'folder').mkdir()
-        (desk.documents / 'folder/in it.txt').write_bytes(b'in a folder\n')
         desk.start()
         desk.show_folder(20, 160, 340, 200)
         desk.click(*FOLDER_ICON)
         desk.key('ctrl+a')
         desk.still()
         desk.drag(FOLDER_ICON, place)
-        # The folder's files are offered; none of them is taken.
+        # The folder's files are offered: its only one is the last row.
         desk.wait_for_window('^Open$')
-        desk.key('Escape')
+        desk.wait_for_keys()
+        desk.key('End')
+        desk.key('Return')
         desk.wait_for_window(r'^Marlo!Pad QT  \[.*\]\[LF\]')
         desk.wait_for_keys()
         # In the order of the tabs, whichever that is.
