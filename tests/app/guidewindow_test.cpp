@@ -35,11 +35,14 @@ private:
         return QTest::qWaitForWindowActive(&guide) ? guide.findChild<GuideBrowser *>() : nullptr;
     }
 
+    /// But for lines of Japanese, which may end within the margin.
     static void verifyFits(const GuideBrowser &browser)
     {
-        const int more = browser.horizontalScrollBar()->maximum();
-        QTRY_VERIFY2(!browser.horizontalScrollBar()->isVisible(),
-            qPrintable(u"%1: %2"_s.arg(browser.source().fileName()).arg(more)));
+        const QByteArray page = browser.source().fileName().toUtf8();
+        const QTextDocument &shown = *browser.document();
+        QTRY_VERIFY2(!browser.horizontalScrollBar()->isVisible(), page.constData());
+        QVERIFY2(
+            shown.size().width() <= browser.viewport()->width() + shown.documentMargin(), page.constData());
     }
 };
 
@@ -64,7 +67,7 @@ void GuideWindowTest::pagesAreAsWideAsTheWindow()
     QDirIterator files(QStringLiteral(BUILT_QPE_DIR "/../doc/marlopad"), { pages }, QDir::Files,
         QDirIterator::Subdirectories);
     int seen = 0;
-    for (; files.hasNext(); ++seen) {
+    for (; files.hasNext() && !QTest::currentTestFailed(); ++seen) {
         browser->setSource(QUrl::fromLocalFile(QFileInfo(files.next()).canonicalFilePath()));
         verifyFits(*browser);
         guide.resize(size - QSize(10, 0));
