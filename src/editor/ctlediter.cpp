@@ -1,5 +1,7 @@
 #include "editor/ctlediter.h"
 
+#include "editor/memorybox.h"
+#include "platform/freeturn.h"
 #include "rows/fontmeasure.h"
 #include "settings/settings.h"
 #include "widget/updatesoff.h"
@@ -35,6 +37,8 @@ ctlEditer::ctlEditer(QWidget *parent)
     document().setCodes(defaultCodes());
     connect(this, &QMultiLineEdit::undoAvailable, this, &ctlEditer::slotEdUndoAvailable);
     connect(this, &QMultiLineEdit::redoAvailable, this, &ctlEditer::slotEdRedoAvailable);
+    connect(this, &QMultiLineEdit::tooLittleMemory, this,
+        [this] { FreeTurn::once(this, [this] { tellTooLittleMemory(this); }); });
 }
 
 QString ctlEditer::name() const

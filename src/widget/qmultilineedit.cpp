@@ -54,6 +54,7 @@ QMultiLineEdit::QMultiLineEdit(QWidget *parent)
     nameScrollBars();
     connect(m_horizontalBar, &QAbstractSlider::actionTriggered, this,
         [this](int action) { laidOut().scroller.stepSideways(action); });
+    d->clipboard.setShortageTeller([this] { emit tooLittleMemory(); });
     connect(&d->document, &TextDocument::saved, &d->followers, &CursorFollowers::tellAvailability);
     connect(&d->edits, &TextEdits::textChanged, this, &QMultiLineEdit::textChanged);
     connect(&d->followers, &CursorFollowers::undoAvailable, this, &QMultiLineEdit::undoAvailable);

@@ -183,6 +183,8 @@ signals:
     void undoAvailable(bool available);
     void redoAvailable(bool available);
     void copyAvailable(bool available);
+    /// Text that was pasted or dropped was not taken, and nothing is changed.
+    void tooLittleMemory();
 
 protected:
     /// The document with its text laid out, and so by the rule of what is read into it.

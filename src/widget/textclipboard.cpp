@@ -43,13 +43,17 @@ void TextClipboard::paste()
         insert(m_exchange.textOf(*data));
 }
 
-void TextClipboard::insert(const BroughtText &brought)
+void TextClipboard::insert(const std::optional<BroughtText> &brought)
 {
-    if (brought.length() == 0 || m_insertLong(brought))
+    if (!brought)
+        return m_tellShortage();
+    if (brought->length() == 0 || m_insertLong(*brought))
         return;
-    const TextPiece text = TextExchange::pieceOf(brought);
-    if (!text.isEmpty())
-        m_edits.insert(text);
+    const std::optional<TextPiece> text = TextExchange::pieceOf(*brought);
+    if (!text)
+        m_tellShortage();
+    else if (!text->isEmpty())
+        m_edits.insert(*text);
 }
 
 void TextClipboard::pasteSelection(QPointF at)
@@ -61,7 +65,7 @@ void TextClipboard::pasteSelection(QPointF at)
     if (!data)
         return;
     // What is selected here is taken before the cursor drops it.
-    const BroughtText brought = m_exchange.textOf(*data);
+    const std::optional<BroughtText> brought = m_exchange.textOf(*data);
     m_moves.moveTo(m_view.placeAt(at), Selecting::Drop);
     insert(brought);
 }

@@ -3,6 +3,8 @@
 #include <QPointF>
 
 #include <functional>
+#include <optional>
+#include <utility>
 
 class CursorMoves;
 class TextCursor;
@@ -21,6 +23,9 @@ public:
     using LongInserter = std::function<bool(const BroughtText &brought)>;
     void setLongInserter(LongInserter inserter) { m_insertLong = std::move(inserter); }
     bool insertLong(const BroughtText &brought) const { return m_insertLong(brought); }
+    /// Who is told where there is too little memory for what is brought, which changes nothing then.
+    void setShortageTeller(std::function<void()> teller) { m_tellShortage = std::move(teller); }
+    void tellShortage() const { m_tellShortage(); }
 
     /// Nothing where nothing is selected.
     void copy();
@@ -32,7 +37,7 @@ public:
     void pasteSelection(QPointF at);
 
 private:
-    void insert(const BroughtText &brought);
+    void insert(const std::optional<BroughtText> &brought);
 
     const TextCursor &m_cursor;
     const TextView &m_view;
@@ -40,4 +45,5 @@ private:
     CursorMoves &m_moves;
     TextEdits &m_edits;
     LongInserter m_insertLong = [](const BroughtText &) { return false; };
+    std::function<void()> m_tellShortage = [] {};
 };

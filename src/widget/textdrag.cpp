@@ -129,15 +129,21 @@ void TextDrag::scroll()
 
 void TextDrag::drop(const QDropEvent &event)
 {
-    BroughtText brought = m_exchange.textOf(*event.mimeData());
+    std::optional<BroughtText> brought = m_exchange.textOf(*event.mimeData());
+    if (!brought)
+        return m_clipboard.tellShortage();
     const Offset to = m_view.placeAt(event.position()).offset;
     const bool moves = m_drag && event.dropAction() == Qt::MoveAction;
     const TextRange selected = m_cursor.selection();
     if (moves && to >= selected.start && to <= selected.end)
         return;
-    brought.droppedAt = to;
-    if (moves || !m_clipboard.insertLong(brought))
-        m_edits.drop(TextExchange::pieceOf(brought), to, moves);
+    brought->droppedAt = to;
+    if (!moves && m_clipboard.insertLong(*brought))
+        return;
+    if (const std::optional<TextPiece> text = TextExchange::pieceOf(*brought))
+        m_edits.drop(*text, to, moves);
+    else
+        m_clipboard.tellShortage();
 }
 
 void TextDrag::paintDropPlace(QPainter &painter, const QColor &color) const

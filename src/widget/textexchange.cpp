@@ -1,12 +1,29 @@
 #include "widget/textexchange.h"
 
 #include "document/textdocument.h"
+#include "jobs/memoryleft.h"
 #include "text/enteredtext.h"
 #include "widget/textcursor.h"
 #include "widget/textmimedata.h"
 
+#include <new>
+
+namespace {
+
+/// Nothing where there is too little memory for it, or would be for whatever comes next.
+template <typename Make> auto ifThereIsMemory(const Make &make) -> std::optional<decltype(make())>
+{
+    try {
+        std::optional made(make());
+        MemoryLeft::require();
+        return made;
+    } catch (const std::bad_alloc &) {
+        return std::nullopt;
+    }
+}
+
 /// With LF for each CR+LF and CR, which another document may have for its line ends.
-static TextPiece withLineFeeds(const TextPiece &piece)
+TextPiece withLineFeeds(const TextPiece &piece)
 {
     const QString text = piece.text();
     if (!text.contains(u'\r'))
@@ -20,6 +37,21 @@ static TextPiece withLineFeeds(const TextPiece &piece)
     }
     return store.piece({}, store.length());
 }
+
+TextPiece madeFit(const BroughtText &brought)
+{
+    switch (brought.from) {
+    case BroughtText::From::Document:
+        return brought.piece;
+    case BroughtText::From::SameCode:
+        return withLineFeeds(brought.piece);
+    case BroughtText::From::Elsewhere:
+        return TextPiece(pastedText(brought.piece.isEmpty() ? brought.string : brought.piece.text()));
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
 
 TextExchange::TextExchange(const QObject &editor, const TextDocument &document, const TextCursor &cursor)
     : m_editor(editor)
@@ -44,7 +76,12 @@ TextMimeData *TextExchange::followingSelectionData() const
     return new TextMimeData([this] { return selectedPiece(); }, m_document.byteCodec(), &m_editor);
 }
 
-BroughtText TextExchange::textOf(const QMimeData &data) const
+std::optional<BroughtText> TextExchange::textOf(const QMimeData &data) const
+{
+    return ifThereIsMemory([&] { return broughtBy(data); });
+}
+
+BroughtText TextExchange::broughtBy(const QMimeData &data) const
 {
     using From = BroughtText::From;
     const auto *const own = qobject_cast<const TextMimeData *>(&data);
@@ -55,15 +92,7 @@ BroughtText TextExchange::textOf(const QMimeData &data) const
     return { own->isFrom(&m_editor) ? From::Document : From::SameCode, own->piece() };
 }
 
-TextPiece TextExchange::pieceOf(const BroughtText &brought)
+std::optional<TextPiece> TextExchange::pieceOf(const BroughtText &brought)
 {
-    switch (brought.from) {
-    case BroughtText::From::Document:
-        return brought.piece;
-    case BroughtText::From::SameCode:
-        return withLineFeeds(brought.piece);
-    case BroughtText::From::Elsewhere:
-        return TextPiece(pastedText(brought.piece.isEmpty() ? brought.string : brought.piece.text()));
-    }
-    Q_UNREACHABLE();
+    return ifThereIsMemory([&] { return madeFit(brought); });
 }

@@ -36,12 +36,15 @@ public:
     /// The selected text as it is now, or as it is whenever somebody asks; owned by the caller.
     TextMimeData *selectionData() const;
     TextMimeData *followingSelectionData() const;
-    /// The text that data bring. Other programs may take long to give it.
-    BroughtText textOf(const QMimeData &data) const;
-    /// The same, fit for the document; without a look at it where it is its own.
-    static TextPiece pieceOf(const BroughtText &brought);
+    /// The text that data bring; nothing where there is too little memory for it. Other programs may take
+    /// long to give it.
+    std::optional<BroughtText> textOf(const QMimeData &data) const;
+    /// The same, fit for the document; without a look at it where it is its own. Nothing as above.
+    static std::optional<TextPiece> pieceOf(const BroughtText &brought);
 
 private:
+    BroughtText broughtBy(const QMimeData &data) const;
+
     const QObject &m_editor;
     const TextDocument &m_document;
     const TextCursor &m_cursor;

@@ -1,12 +1,15 @@
 #include "codec/codecs.h"
 #include "document/textdocument.h"
+#include "tests/jobs/scarcememory.h"
 #include "tests/testprogram.h"
+#include "tests/widget/hugemimedata.h"
 #include "widget/textcursor.h"
 #include "widget/textexchange.h"
 #include "widget/textmimedata.h"
 
 #include <memory>
 #include <new>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -24,7 +27,10 @@ struct Exchanging {
     {
         return std::unique_ptr<TextMimeData>(exchange.selectionData());
     }
-    TextPiece brought(const QMimeData &data) const { return TextExchange::pieceOf(exchange.textOf(data)); }
+    TextPiece brought(const QMimeData &data) const
+    {
+        return TextExchange::pieceOf(exchange.textOf(data).value()).value();
+    }
 
     QObject editor;
     TextDocument document;
@@ -48,6 +54,7 @@ private slots:
     void isMadeAStringOnDemand();
     void othersGetTheBytesOfTheString();
     void othersGetNothingWhereMemoryIsShort();
+    void othersBringNothingWhereMemoryIsShort();
 };
 
 void TextExchangeTest::escapesStayInOneCode()
@@ -126,6 +133,19 @@ void TextExchangeTest::othersGetNothingWhereMemoryIsShort()
     const TextMimeData data([]() -> TextPiece { throw std::bad_alloc(); }, utf8Codec(), &editor);
     QVERIFY(data.data(u"text/plain"_s).isEmpty());
     QVERIFY(data.text().isEmpty());
+}
+
+void TextExchangeTest::othersBringNothingWhereMemoryIsShort()
+{
+    const Exchanging into({});
+    QVERIFY(!into.exchange.textOf(HugeMimeData()));
+    QMimeData data;
+    data.setText(u"text"_s);
+    const ScarceMemory scarce(2);
+    const std::optional<BroughtText> brought = into.exchange.textOf(data);
+    QVERIFY(brought);
+    QVERIFY(!TextExchange::pieceOf(*brought));
+    QVERIFY(TextExchange::pieceOf(*brought));
 }
 
 REGISTER_TEST(runWindowTest<TextExchangeTest>)
