@@ -13,6 +13,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <optional>
 
 DocumentCloser::DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
     DocumentSaver &saver, EditRuns &edits, RecentPlaces &places)
@@ -78,13 +79,18 @@ void DocumentCloser::saveInputIfWanted(ctlEditer *editor, const std::function<vo
     Q_UNREACHABLE();
 }
 
+/// It goes on coming until it has a name, too.
 void DocumentCloser::saveInput(ctlEditer *editor, const std::function<void(bool)> &then)
 {
+    const QPointer<ctlEditer> asked = editor;
+    const std::optional<FileChoice> file = m_saver.askForName(editor);
+    if (!file || !asked)
+        return then(false);
     if (!isTextComing(editor))
-        return m_saver.beginSave(editor, then);
-    whenTextIsThere(editor, [this, editor, then](bool isThere) {
+        return m_saver.beginSaveUnder(editor, *file, then);
+    whenTextIsThere(editor, [this, editor, file = *file, then](bool isThere) {
         if (isThere && m_documents.editors().contains(editor))
-            m_saver.beginSave(editor, then);
+            m_saver.beginSaveUnder(editor, file, then);
         else
             then(false);
     });

@@ -25,7 +25,8 @@ public:
 
     /// Asks about an edited document and saves it on "Yes". Waits for a long edit before and for a save that
     /// is under way; the window goes on meanwhile. Standard input is asked about while it comes, and what has
-    /// come by the answer is all, but for "Cancel". False when it is not to be closed, or is closed by then.
+    /// come by the answer, or by the choice of a name, is all, but for "Cancel". False when it is not to be
+    /// closed, or is closed by then.
     bool saveIfWanted(ctlEditer *editor);
     /// A long edit of one of them, or text from standard input.
     bool isTextComing() const;

@@ -135,16 +135,31 @@ void DocumentSaver::beginSaveAsIn(
     askAgain(editor, start, {});
 }
 
-/// What was chosen is not lost when it cannot be written, and can be mended. Binary text cannot be saved
-/// anywhere.
-void DocumentSaver::askAgain(ctlEditer *editor, const FileChoice &start, const Then &then)
+std::optional<FileChoice> DocumentSaver::askForName(ctlEditer *editor)
+{
+    return askForName(editor, startFor(editor));
+}
+
+std::optional<FileChoice> DocumentSaver::askForName(ctlEditer *editor, const FileChoice &start)
 {
     m_documents.setCurrent(editor);
-    const auto file = m_dialogs.chooseFile(&m_window, frmFileDialog::SaveAs, start);
-    if (!file)
-        return then ? then(false) : void();
-    DocumentsFolder::makeForSaving(file->folder);
-    beginSaveTo(editor, *file, [this, then, file = *file, document = QPointer(editor)](bool isSaved) {
+    return m_dialogs.chooseFile(&m_window, frmFileDialog::SaveAs, start);
+}
+
+void DocumentSaver::askAgain(ctlEditer *editor, const FileChoice &start, const Then &then)
+{
+    if (const auto file = askForName(editor, start))
+        beginSaveUnder(editor, *file, then);
+    else if (then)
+        then(false);
+}
+
+/// What was chosen is not lost when it cannot be written, and can be mended. Binary text cannot be saved
+/// anywhere.
+void DocumentSaver::beginSaveUnder(ctlEditer *editor, const FileChoice &file, const Then &then)
+{
+    DocumentsFolder::makeForSaving(file.folder);
+    beginSaveTo(editor, file, [this, then, file, document = QPointer(editor)](bool isSaved) {
         if (!isSaved && document && document->document().charCode() != CharCode::Binary)
             askAgain(document, file, then);
         else if (then)

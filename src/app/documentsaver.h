@@ -34,6 +34,10 @@ public:
     /// Asks for a name until the document is written under one; the dialog comes with a code chosen, if one
     /// is given. Not saved: the user gave up.
     void beginSaveAs(ctlEditer *editor, std::optional<CharCode> charCode = {}, const Then &then = {});
+    /// Asks for the name alone, also while the text comes. Nothing: the user gave up.
+    std::optional<FileChoice> askForName(ctlEditer *editor);
+    /// Goes on with the name that was given, when the text is there, as beginSaveAs() does.
+    void beginSaveUnder(ctlEditer *editor, const FileChoice &file, const Then &then);
     /// The same with a code or a line end chosen.
     void beginSaveAsIn(
         ctlEditer *editor, std::optional<CharCode> charCode, std::optional<ReturnCode> returnCode);
@@ -67,6 +71,7 @@ private:
     void endBehind(ctlEditer *editor, const SaveResult &result, JobOutcome outcome);
     void finish(ctlEditer *editor, bool isSaved, const Then &then);
     void saveRest(QList<int> ids, const QPointer<ctlEditer> &before);
+    std::optional<FileChoice> askForName(ctlEditer *editor, const FileChoice &start);
     void askAgain(ctlEditer *editor, const FileChoice &start, const Then &then);
 
     QWidget &m_window;

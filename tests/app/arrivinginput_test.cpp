@@ -47,6 +47,8 @@ private slots:
     void whatHasComeIsAskedAbout();
     void whatHasComeIsSavedIfWanted_data() { addWays(); }
     void whatHasComeIsSavedIfWanted();
+    void whatComesWhileItsNameIsChosenIsSavedToo_data();
+    void whatComesWhileItsNameIsChosenIsSavedToo();
     void moreComesWhereItIsNotToGo_data();
     void moreComesWhereItIsNotToGo();
     void cancelledLogoutKeepsWhatHasCome();
@@ -324,22 +326,55 @@ void ArrivingInputTest::whatHasComeIsSavedIfWanted()
     QCOMPARE(files.read(u"b.txt"_s), "one\n");
 }
 
+void ArrivingInputTest::whatComesWhileItsNameIsChosenIsSavedToo_data()
+{
+    QTest::addColumn<bool>("ends");
+    QTest::newRow("more comes") << false;
+    QTest::newRow("it ends") << true;
+}
+
+void ArrivingInputTest::whatComesWhileItsNameIsChosenIsSavedToo()
+{
+    QFETCH(bool, ends);
+    open();
+    putAndShow("one\n", u"one\n"_s);
+    const TestFiles files;
+    m_window->choices << FileChoice{ files.folder(), u"b.txt"_s };
+    m_window->whileChoosing = [this, ends] {
+        putAndShow("two\n", u"one\ntwo\n"_s);
+        if (!ends)
+            return;
+        m_pipe->close();
+        makeAllSteps();
+        QVERIFY(!input().document().isHeld());
+    };
+    const MessageBoxes boxes({ u"Yes"_s });
+    QVERIFY(go(Ending::ClosedTab));
+    QCOMPARE(m_window->requests.size(), 1);
+    QCOMPARE(files.read(u"b.txt"_s), "one\ntwo\n");
+}
+
 void ArrivingInputTest::moreComesWhereItIsNotToGo_data()
 {
     QTest::addColumn<Ending>("way");
-    QTest::newRow("closed tab") << Ending::ClosedTab;
-    QTest::newRow("quit") << Ending::Quit;
+    QTest::addColumn<QString>("answer");
+    QTest::newRow("closed tab") << Ending::ClosedTab << u"Cancel"_s;
+    QTest::newRow("quit") << Ending::Quit << u"Cancel"_s;
+    QTest::newRow("closed tab, without a name") << Ending::ClosedTab << u"Yes"_s;
+    QTest::newRow("quit, without a name") << Ending::Quit << u"Yes"_s;
 }
 
-/// As if nobody had asked.
+/// As if nobody had asked, whether that is said at the question or where the name is asked for.
 void ArrivingInputTest::moreComesWhereItIsNotToGo()
 {
     QFETCH(Ending, way);
+    QFETCH(QString, answer);
     open();
     putAndShow("one\n", u"one\n"_s);
-    const MessageBoxes boxes({ u"Cancel"_s });
+    const MessageBoxes boxes({ answer });
     QVERIFY(!go(way, Then::Stays));
     QCOMPARE(boxes.titles(), QStringList{ u"Confirm File Save"_s });
+    QCOMPARE(m_window->requests.size(), answer == u"Yes" ? 1 : 0);
     putAndShow("two\n", u"one\ntwo\n"_s);
     QVERIFY(m_pipe->isReadByAnybody());
     m_pipe->close();
