@@ -2,6 +2,8 @@
 
 #include "editor/noticequeue.h"
 
+#include <QPointer>
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -103,11 +105,16 @@ void WorkNotice::show()
             told.percent = *told.percent / quarter * quarter;
         return textOf(work, told);
     };
+    // To choose it is a command, and what a command ends may be this work.
+    const auto stopWhatIsThere = [this, there = QPointer(&m_refusal)] {
+        if (there)
+            stop();
+    };
     Notice notice{ textsOf(m_work).kind, m_document, text, {} };
-    notice.offers.push_back({ [] { return tr("Stop"); }, [this] { stop(); } });
+    notice.offers.push_back({ [] { return tr("Stop"); }, stopWhatIsThere });
     notice.isDismissable = false;
     notice.spoken = spoken;
-    notice.escaped = [this] { stop(); };
+    notice.escaped = stopWhatIsThere;
     m_notices.put(std::move(notice));
 }
 

@@ -438,12 +438,12 @@ ctlEditer *BackgroundLoadingTest::reloadToMeasure()
     editor->setWordWrap(QMultiLineEdit::FixedPixelWidth);
     editor->setWrapColumnOrWidth(200);
     write(longLog("a line that is wrapped, and again, and again").repeated(10)); // of many turns
+    m_parts->jobs.turn = 0ms; // a node each
     m_parts->loader.reload(editor);
     m_runner->step();
     m_runner->step();
     [&] { QTRY_VERIFY(documents().notices().has(NoticeKind::Work, editor)); }();
     editor->setWrapColumnOrWidth(150);
-    m_parts->jobs.turn = 0ms; // a node each
     m_runner->runAll();
     return editor;
 }
