@@ -124,12 +124,3 @@ void uncoverHit(ctlEditer &editor, QWidget &panel)
     if (hitRect(editor).intersects(cover) && !scrollAside(editor, cover) && !WindowSystem::isWayland())
         moveAside(editor, panel);
 }
-
-void moveBelow(QWidget &panel, const QRect &line)
-{
-    const QRect place = panel.frameGeometry();
-    const int lowest = panel.screen()->availableGeometry().bottom() + 1 - place.height();
-    const int below = line.bottom() + 1;
-    if (place.intersects(line) && below <= lowest && !WindowSystem::isWayland())
-        panel.move(place.x(), below);
-}

@@ -1,6 +1,5 @@
 #pragma once
 
-class QRect;
 class QWidget;
 class ctlEditer;
 
@@ -14,7 +13,3 @@ void showHit(ctlEditer &editor);
 /// Where the system does not tell where a window stands, the panel is taken to be in the middle of the window
 /// it belongs to, as dialogs are placed there, and is not moved.
 void uncoverHit(ctlEditer &editor, QWidget &panel);
-
-/// Keeps the panel from covering a line on the screen: by moving it below that, where the screen has room
-/// there and the system tells where windows stand.
-void moveBelow(QWidget &panel, const QRect &line);

@@ -13,9 +13,6 @@
 #include "search/frmsearchdialog.h"
 #include "text/enteredtext.h"
 
-#include <QGuiApplication>
-#include <QWindow>
-
 namespace {
 
 /// Longer texts are not offered to search for: a field that shows them would take minutes.
@@ -52,12 +49,8 @@ frmSearchDialog *SearchRuns::panel()
     onClick(&frmSearchDialog::nextClicked, &SearchRuns::searchForward);
     onClick(&frmSearchDialog::befoClicked, &SearchRuns::searchBackward);
     onClick(&frmSearchDialog::allClicked, &SearchRuns::replaceAll);
-    connect(&m_documents, &DocumentArea::noticeToggled, m_panel, [this] { uncoverNotice(); });
-    // Not before: only then it has its frame, and can be placed by that.
-    connect(qApp, &QGuiApplication::focusWindowChanged, m_panel, [this](const QWindow *window) {
-        if (window && window == m_panel->windowHandle())
-            uncoverNotice();
-    });
+    connect(&m_documents, &DocumentArea::noticeToggled, m_panel,
+        [this] { m_panel->keepClearOf(m_documents.noticePlace()); });
     return m_panel;
 }
 
@@ -67,14 +60,8 @@ void SearchRuns::showPanel(int mode)
     panel()->searchMode = mode;
     panel()->findText = editor ? textToOffer(*editor) : QString();
     panel()->hide();
+    panel()->keepClearOf(m_documents.noticePlace());
     panel()->show();
-}
-
-void SearchRuns::uncoverNotice()
-{
-    const QRect notice = m_documents.noticePlace();
-    if (m_panel->isVisible() && !notice.isEmpty())
-        moveBelow(*m_panel, notice);
 }
 
 void SearchRuns::repeatForward()

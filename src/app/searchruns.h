@@ -40,7 +40,6 @@ public:
 
 private:
     frmSearchDialog *panel();
-    void uncoverNotice();
     void takeRequest();
     void search(SearchDirection direction);
     void searchShort(ctlEditer &editor, SearchDirection direction);

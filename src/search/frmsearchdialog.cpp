@@ -7,6 +7,7 @@
 #include "platform/resource.h"
 #include "platform/screenclass.h"
 #include "platform/scrolledform.h"
+#include "platform/windowsystem.h"
 #include "rows/narrowfont.h"
 #include "settings/config.h"
 #include "settings/moresettings.h"
@@ -20,7 +21,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QValidator>
+#include <QWindow>
 
 #include <limits>
 
@@ -143,10 +146,43 @@ void frmSearchDialog::setVisible(bool visible)
 /// so further up with each time it is shown again.
 void frmSearchDialog::keepPlace(bool visible)
 {
-    if (!visible && isVisible())
+    if (visible == isVisible())
+        return;
+    if (visible) {
+        standClear();
+        if (m_place)
+            setGeometry(QRect(*m_place, size()));
+    } else {
         m_place = geometry().topLeft();
-    else if (visible && !isVisible() && m_place)
-        setGeometry(QRect(*m_place, size()));
+        m_margins = windowHandle()->frameMargins();
+    }
+}
+
+void frmSearchDialog::keepClearOf(const QRect &line)
+{
+    m_clear = line;
+    if (isVisible())
+        standClear();
+}
+
+/// Hidden, and shown for the first time, without the frame that it does not have yet.
+QRect frmSearchDialog::frame() const
+{
+    return isVisible() || !m_place ? frameGeometry() : QRect(*m_place, size()).marginsAdded(m_margins);
+}
+
+/// Hidden, it will be placed there: while the system places it, nobody knows where it is.
+void frmSearchDialog::standClear()
+{
+    const QRect place = frame();
+    const int below = m_clear.bottom() + 1;
+    const int lowest = screen()->availableGeometry().bottom() + 1 - place.height();
+    if (!place.intersects(m_clear) || below > lowest || WindowSystem::isWayland())
+        return;
+    if (isVisible() || !m_place)
+        move(place.x(), below);
+    else
+        m_place->setY(below + m_margins.top());
 }
 
 void frmSearchDialog::rebuild()

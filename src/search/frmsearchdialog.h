@@ -2,6 +2,7 @@
 
 #include "search/searchhistory.h"
 
+#include <QMargins>
 #include <QWidget>
 
 #include <optional>
@@ -30,6 +31,9 @@ public:
     SearchHistory replaceHistory;
 
     void setVisible(bool visible) override;
+    /// Stands below a line on the screen, such as a notice, that it would cover: at once, or when it is
+    /// shown. Not where the screen has no room there. Empty: there is none.
+    void keepClearOf(const QRect &line);
 
 signals:
     /// An action was asked for, and the fields are up to date. Never with an empty `findText`.
@@ -54,6 +58,8 @@ private:
     void layOut();
     void rebuild();
     void keepPlace(bool visible);
+    QRect frame() const;
+    void standClear();
     void fillFields();
     void setTexts();
     void fitButtonTexts();
@@ -63,6 +69,8 @@ private:
     void writeHistory();
 
     std::optional<QPoint> m_place; ///< of the window within its frame, when it was hidden
+    QMargins m_margins; ///< of the frame, then
+    QRect m_clear; ///< what it does not cover
     QComboBox *m_find;
     QLabel *m_arrow;
     QComboBox *m_replace;

@@ -74,6 +74,7 @@ private slots:
     void panelIsPlacedAndStaysWhereItIsPut();
     void noticeIsNotCovered_data();
     void noticeIsNotCovered();
+    void panelThatIsShownAgainCoversNoNotice();
     void hitsAreNotCovered();
     void middleClickTakesTheFirstLine();
     void windowManagersCloseHidesThePanel();
@@ -175,8 +176,10 @@ void SearchWindowTest::noticeIsNotCovered()
     const auto tell = [area] {
         area->notices().put({ NoticeKind::Following, nullptr, [] { return u"Something."_s; }, {} });
     };
-    if (!comesLater)
+    if (!comesLater) {
         tell();
+        QTRY_VERIFY(strip->isVisible());
+    }
     show(0);
     if (comesLater) {
         waitForPlace({ 20, 40 });
@@ -187,6 +190,21 @@ void SearchWindowTest::noticeIsNotCovered()
     QVERIFY(line.intersects(QRect(QPoint(20, 40), panel().frameGeometry().size())));
     waitForPlace({ 20, line.bottom() + 1 });
     QVERIFY(!panel().frameGeometry().intersects(line));
+    show(1);
+    waitForPlace({ 20, line.bottom() + 1 });
+}
+
+void SearchWindowTest::panelThatIsShownAgainCoversNoNotice()
+{
+    show(0);
+    waitForPlace({ 20, 40 });
+    QTest::keyClick(findField(panel()), Qt::Key_Escape);
+    auto *const area = m_window->findChild<DocumentArea *>();
+    auto *const strip = m_window->findChild<NoticeStrip *>();
+    area->notices().put({ NoticeKind::Following, nullptr, [] { return u"Something."_s; }, {} });
+    QTRY_VERIFY(strip->isVisible());
+    show(0);
+    waitForPlace({ 20, strip->mapToGlobal(QPoint(0, strip->height())).y() });
 }
 
 void SearchWindowTest::hitsAreNotCovered()
