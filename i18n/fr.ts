@@ -708,6 +708,10 @@ Cela n’a pas été possible. Enregistrez le texte sous un autre nom, ou veille
         <source>Reading the folder…</source>
         <translation>Lecture du dossier…</translation>
     </message>
+    <message>
+        <source>There is not enough memory to read this folder. Choose Refresh to try again.</source>
+        <translation>Mémoire insuffisante pour lire ce dossier. Choisissez Actualiser pour réessayer.</translation>
+    </message>
 </context>
 <context>
     <name>ctlFileListViewItem</name>

@@ -707,6 +707,10 @@ That was not possible. Save the text under another name, or see to it that this 
         <source>Reading the folder…</source>
         <translation>フォルダを読み込んでいます…</translation>
     </message>
+    <message>
+        <source>There is not enough memory to read this folder. Choose Refresh to try again.</source>
+        <translation>このフォルダを読み込むにはメモリが足りません。「最新の情報に更新」でもう一度読み込みます。</translation>
+    </message>
 </context>
 <context>
     <name>ctlFileListViewItem</name>

@@ -115,6 +115,7 @@ void ctlFileListView::showFolder(const QString &path)
         scrollTo(m_model->index(0, 0));
     currentPath = folder;
     emit listRefreshed(currentPath);
+    describe();
 }
 
 FileOrder ctlFileListView::order() const
@@ -182,6 +183,24 @@ void ctlFileListView::showBusy()
     else
         viewport()->unsetCursor();
     viewport()->update();
+    describe();
+}
+
+QString ctlFileListView::textWithoutRows() const
+{
+    if (isFilling())
+        return tr("Reading the folder…");
+    if (m_reading.hasFailed())
+        return tr("There is not enough memory to read this folder. Choose Refresh to try again.");
+    return emptyText;
+}
+
+/// Tools are told of every description, also of the one that there is.
+void ctlFileListView::describe()
+{
+    const QString text = textWithoutRows();
+    if (text != accessibleDescription())
+        setAccessibleDescription(text);
 }
 
 void ctlFileListView::goUpFolder()
@@ -251,7 +270,7 @@ void ctlFileListView::widenNames(int by)
 void ctlFileListView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
-    const QString text = isFilling() ? tr("Reading the folder…") : emptyText;
+    const QString text = textWithoutRows();
     if (m_model->rowCount() > 0 || text.isEmpty())
         return;
     QPainter painter(viewport());

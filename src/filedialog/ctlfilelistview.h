@@ -25,7 +25,8 @@ public:
     QString currentPath;
     /// Which files are shown, patterns separated by ";"; takes effect with the next showFolder().
     QString nameFilter;
-    /// What stands in the list where a folder has nothing to show; nothing when empty.
+    /// What stands in the list where a folder has nothing to show, and describes it to assistive tools;
+    /// nothing when empty. Set it when listRefreshed() comes.
     QString emptyText;
     /// Letters that are typed are the name of a file to be, and told by typed(); so is Return where no row is
     /// selected. Otherwise letters lead to the row that begins so, and that Return to nothing.
@@ -40,7 +41,8 @@ public:
     void selectRow(const QModelIndex &index);
 
     /// Shows a folder, `path` with "/" at its end, from the top, under its absolute name; coming from one of
-    /// its own folders, that one is selected and in view. A folder that cannot be read is shown empty. What
+    /// its own folders, that one is selected and in view. A folder that cannot be read is shown empty; where
+    /// there is too little memory for it the list says so. What
     /// cannot be read at once comes later; what comes of another folder does not, whatever its disk does.
     void showFolder(const QString &path);
     bool isFilling() const { return m_reading.isReading(); }
@@ -87,6 +89,8 @@ private:
     void selectFolderLeft();
     void sortRows();
     void showBusy();
+    QString textWithoutRows() const;
+    void describe();
 
     FileRows m_reading;
     FileListModel *const m_model;

@@ -56,16 +56,18 @@ void FileRows::read(const QString &folder, const NameFilter &filter, FileOrder o
     auto work =
         std::make_unique<FolderWork>(folder, filter, m_surroundings, order, std::exchange(m_shown, {}));
     m_folder = work.get();
-    begin(m_reading, std::move(work));
+    m_hasFailed = false;
+    m_reading.emplace(std::move(work), m_jobs.threads());
+    connect(&*m_reading, &Job::finished, this, &FileRows::noteOutcome);
+    waitFor(*m_reading);
     connect(&*m_reading, &Job::partReady, this, &FileRows::came);
     connect(&*m_reading, &Job::finished, this, &FileRows::endReading);
 }
 
-void FileRows::begin(std::optional<Job> &job, std::unique_ptr<JobWork> work)
+void FileRows::waitFor(Job &job) const
 {
-    job.emplace(std::move(work), m_jobs.threads());
     if (m_jobs.patience > 0ms)
-        job->wait(QDeadlineTimer(m_jobs.patience));
+        job.wait(QDeadlineTimer(m_jobs.patience));
 }
 
 void FileRows::sort(FileOrder order)
@@ -81,7 +83,8 @@ void FileRows::sort(FileOrder order)
         return;
     auto work = std::make_unique<SortWork>(m_shown, order);
     m_sort = work.get();
-    begin(m_sorting, std::move(work));
+    m_sorting.emplace(std::move(work), m_jobs.threads());
+    waitFor(*m_sorting);
     if (m_sorting->isFinished())
         emit came();
     else
@@ -111,9 +114,21 @@ void FileRows::takePart(FolderWork::Part &&part)
     m_taken = part.order;
 }
 
+/// A part of a folder would look like the whole of it.
+void FileRows::noteOutcome(JobOutcome outcome)
+{
+    m_hasFailed = outcome == JobOutcome::Failed;
+    if (!m_hasFailed)
+        return;
+    m_sorting.reset();
+    m_shown.clear();
+}
+
 void FileRows::endReading()
 {
     m_pause.stop();
+    if (m_hasFailed)
+        emit came();
     settleOrder();
     emit ended();
 }

@@ -24,6 +24,8 @@ public:
     /// The rows that there are, and those that come.
     void sort(FileOrder order);
     bool isReading() const { return m_reading && !m_reading->isFinished(); }
+    /// There was too little memory for it: there are no rows.
+    bool hasFailed() const { return m_hasFailed; }
     bool isSorting() const { return m_sorting && !m_sorting->isFinished(); }
 
     /// All that have come, in their order.
@@ -32,12 +34,13 @@ public:
 signals:
     /// There is something to take; in the event loop, or in sort().
     void came();
-    /// All of the folder has come.
+    /// All of the folder has come, or it has failed.
     void ended();
 
 private:
-    void begin(std::optional<Job> &job, std::unique_ptr<JobWork> work);
+    void waitFor(Job &job) const;
     void takePart(FolderWork::Part &&part);
+    void noteOutcome(JobOutcome outcome);
     void endReading();
     void settleOrder();
 
@@ -46,6 +49,7 @@ private:
     FileOrder m_wanted;
     FileOrder m_taken; ///< of what has been taken
     FileRowList m_shown; ///< as they were taken last
+    bool m_hasFailed = false;
     QTimer m_pause; ///< before the next part is asked for
     FolderWork *m_folder = nullptr; ///< owned by its job
     SortWork *m_sort = nullptr; ///< owned by its job

@@ -289,7 +289,6 @@ QString frmFileDialog::emptyText(const QString &path) const
 void frmFileDialog::slotLvListRefreshed(const QString &path)
 {
     m_list->emptyText = emptyText(path);
-    m_list->setAccessibleDescription(m_list->emptyText);
     const bool isRoot = path == u"/";
     m_folder->setEditText(FileName::forDisplay(isRoot || !path.endsWith(u'/') ? path : path.chopped(1)));
 }

@@ -1,6 +1,7 @@
 #include "tests/filedialog/showndialog.h"
 #include "tests/filedialog/shownlist.h"
 #include "tests/filedialog/testfolder.h"
+#include "tests/jobs/scarcememory.h"
 #include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
@@ -98,6 +99,8 @@ private slots:
     void selectsNoFolderLeftBehindItsUser();
     void pressedRowStaysWhereItIs();
     void tellsThatItReads();
+    void tooLittleMemoryIsSaid_data();
+    void tooLittleMemoryIsSaid();
     void folderChangesMeanwhile_data();
     void folderChangesMeanwhile();
 };
@@ -339,6 +342,46 @@ void ListViewFillingTest::tellsThatItReads()
     steps.runAll();
     QVERIFY(shown.list.viewport()->grab().toImage() != reading);
     QVERIFY(!shown.list.viewport()->testAttribute(Qt::WA_SetCursor));
+}
+
+void ListViewFillingTest::tooLittleMemoryIsSaid_data()
+{
+    QTest::addColumn<std::chrono::milliseconds>("patience");
+    QTest::addColumn<int>("step"); // for which there is too little
+    QTest::newRow("at once") << 10000ms << 1;
+    QTest::newRow("before the first rows") << 0ms << 1;
+    QTest::newRow("behind the first rows") << 0ms << 2;
+}
+
+/// An empty list, or a part of it, would say that there are no other files.
+void ListViewFillingTest::tooLittleMemoryIsSaid()
+{
+    QFETCH(std::chrono::milliseconds, patience);
+    QFETCH(int, step);
+    const TestFolder folder;
+    for (int number = 0; number < manyFiles; ++number)
+        folder.file((numbered(number) + ".txt").constData());
+    SteppedRunner steps;
+    std::optional<ScarceMemory> scarce;
+    scarce.emplace(step);
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"), { &steps, patience });
+    for (int count = 0; count < step; ++count)
+        steps.step();
+    QVERIFY(scarce->wasMet());
+    scarce.reset();
+    steps.runAll();
+    QVERIFY(!shown.list->isFilling());
+    QVERIFY(!shown.list->viewport()->testAttribute(Qt::WA_SetCursor));
+    QCOMPARE(shown.names(), QStringList());
+    QCOMPARE(shown.list->accessibleDescription(),
+        latin1("There is not enough memory to read this folder. Choose Refresh to try again."));
+    const QImage told = shown.list->viewport()->grab().toImage();
+    shown.list->emptyText = latin1("Nothing");
+    QCOMPARE(shown.list->viewport()->grab().toImage(), told);
+    shown.tool("Refresh")->click();
+    steps.runAll();
+    QCOMPARE(shown.names().size(), manyFiles);
+    QCOMPARE(shown.list->accessibleDescription(), shown.list->emptyText);
 }
 
 void ListViewFillingTest::folderChangesMeanwhile_data()
