@@ -79,7 +79,8 @@ void WritingNotice::tell()
 {
     if (m_isDismissed)
         return;
-    Notice notice{ NoticeKind::CannotWrite, &m_editor, [this] { return text(); }, {} };
+    const NoticeKind kind = isOfLastSave() ? NoticeKind::Substituted : NoticeKind::CannotWrite;
+    Notice notice{ kind, &m_editor, [this] { return text(); }, {} };
     notice.offers.push_back(
         { [] { return translated(QT_TRANSLATE_NOOP("frmMain", "Go to it")); }, [this] { goToNext(); } });
     if (m_editor.document().writingCode().codec != &utf8Codec())
@@ -90,13 +91,20 @@ void WritingNotice::tell()
         settle();
     };
     m_documents.notices().put(std::move(notice));
+    takeBack(kind == NoticeKind::Substituted ? NoticeKind::CannotWrite : NoticeKind::Substituted);
 }
 
 void WritingNotice::withdraw()
 {
     m_isDismissed = false;
-    m_documents.notices().withdraw(NoticeKind::CannotWrite, &m_editor);
+    takeBack(NoticeKind::Substituted);
+    takeBack(NoticeKind::CannotWrite);
     settle();
+}
+
+void WritingNotice::takeBack(NoticeKind kind)
+{
+    m_documents.notices().withdraw(kind, &m_editor);
 }
 
 void WritingNotice::settle()
@@ -113,13 +121,18 @@ void WritingNotice::setSubstituted(bool isSubstituted)
     m_unwritable.setLookingOn(m_isShown || m_isSubstituted);
 }
 
+bool WritingNotice::isOfLastSave() const
+{
+    return m_isSubstituted && !m_editor.document().isEdited();
+}
+
 QString WritingNotice::text() const
 {
     const TextDocument &document = m_editor.document();
     QString number = QString::number(m_unwritable.count());
     if (m_unwritable.mayBeMore())
         number = translated(QT_TRANSLATE_NOOP("frmMain", "%1 or more")).arg(number);
-    if (m_isSubstituted && !document.isEdited())
+    if (isOfLastSave())
         return translated(QT_TRANSLATE_NOOP("frmMain", "Characters saved as \"%1\": %2 (%3)"))
             .arg(standInOf(*document.writingCode().codec), number, listed());
     return translated(QT_TRANSLATE_NOOP("frmMain", "Characters that %1 lacks: %2 (%3)"))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/unwritabletext.h"
+#include "editor/notice.h"
 
 #include <chrono>
 
@@ -34,8 +35,10 @@ signals:
 private:
     void noteSaved();
     void update();
+    bool isOfLastSave() const;
     void tell();
     void withdraw();
+    void takeBack(NoticeKind kind);
     void settle();
     void setSubstituted(bool isSubstituted);
 

@@ -26,12 +26,14 @@ constexpr KindInfo kinds[] = {
     { NoticeKind::ChangedOnDisk, 700, ofDisk },
     { NoticeKind::RestoredApart, 600 },
     { NoticeKind::OtherCode, 550 },
+    { NoticeKind::Substituted, 530, ofText },
+    // What it offers also saves the bytes that its text's own code could not write.
+    { NoticeKind::Utf16, 520, ofText },
     { NoticeKind::CannotWrite, 500, ofText },
     // What was kept waits, and whoever types now should know what happens to that.
     { NoticeKind::Unsaved, 490 },
     { NoticeKind::NotWritable, 480, ofDisk },
     { NoticeKind::ReplacedInPart, 450 },
-    { NoticeKind::Utf16, 420, ofText },
     { NoticeKind::WrongCode, 400, ofText },
     { NoticeKind::KeptFile, 350 },
     { NoticeKind::RewrittenBytes, 300, ofText },

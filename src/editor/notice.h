@@ -11,6 +11,7 @@ class QObject;
 enum class NoticeKind {
     InterruptedSave, ///< a copy of old bytes that a save left which did not end
     ChangedOnDisk, ///< another program has written, replaced or deleted the file
+    Substituted, ///< characters that a save has written as others
     CannotWrite, ///< characters that the document's code lacks
     RestoredApart, ///< a text that was restored is not that of its file any more
     OtherCode, ///< the file is open, and the user wanted to read it with another code

@@ -1,3 +1,5 @@
+#include "app/documentarea.h"
+#include "document/utf16text.h"
 #include "tests/app/stripinwindow.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/testprogram.h"
@@ -11,6 +13,9 @@ const QString smileText = u"a \U0001F600 é\n"_s;
 const QByteArray utf16("\xFF\xFE"
                        "a\0\x22\x6F\r\0\n\0b\0",
     12);
+const QByteArray halfPair("\xFF\xFE"
+                          "a\0\n\0\x3D\xD8",
+    8);
 const QByteArray kanji = "\x8A\xBF\x8E\x9A\n"; // Shift-JIS
 
 } // namespace
@@ -39,6 +44,8 @@ private slots:
     void readsUtf16AsText();
     void keepsUtf16();
     void utf16AsksBeforeEditsAreLost();
+    void utf16ComesBeforeWhatItsBytesLack();
+    void substitutesOfUtf16AreTold();
     void utf16IsNotOfferedOfBytesThatWereSaved();
     void saysWhatASaveWillChange_data();
     void saysWhatASaveWillChange();
@@ -48,6 +55,7 @@ private slots:
 
 private:
     ctlEditer &editor() const { return *m_window->currentEditor(); }
+    const NoticeQueue &notices() const { return m_window->findChild<DocumentArea *>()->notices(); }
     QString open(const QByteArray &content)
     {
         const QString name = m_files->write(u"a.txt"_s, content);
@@ -296,6 +304,44 @@ void ReadingNoticesTest::utf16AsksBeforeEditsAreLost()
         QCOMPARE(editor().text(), edited);
         QVERIFY(m_strip->isShown());
     }
+}
+
+/// Behind it is what a save would make of the half pair.
+void ReadingNoticesTest::utf16ComesBeforeWhatItsBytesLack()
+{
+    for (const QString &offer : { u"Read it as text"_s, u"Keep UTF-16"_s }) {
+        open(halfPair);
+        QTRY_VERIFY(notices().has(NoticeKind::CannotWrite, &editor()));
+        QCOMPARE(m_strip->text(), u"UTF-16 text, read byte by byte"_s);
+        QVERIFY(m_strip->click(offer));
+        if (!::keepsUtf16(std::as_const(editor()).document()))
+            QVERIFY(m_strip->click(u"Keep UTF-16"_s));
+        QTRY_VERIFY(!m_strip->isShown());
+        m_window->slotCmdFileSave();
+        QCOMPARE(m_files->read(u"a.txt"_s), halfPair);
+        m_window->slotCmdFileCloseTab();
+    }
+    open(halfPair);
+    QVERIFY(m_strip->click(u"×"_s));
+    QTRY_VERIFY(m_strip->text().startsWith(u"Characters that Unicode lacks: "_s));
+}
+
+/// A save that loses something is news; Keep UTF-16, behind it, gives it back.
+void ReadingNoticesTest::substitutesOfUtf16AreTold()
+{
+    const QByteArray accent("\xFF\xFE"
+                            "a\0\xE9\0",
+        6);
+    open(accent);
+    QVERIFY(m_strip->click(u"Read it as text"_s));
+    m_window->choices = { { m_files->folder(), u"b.txt"_s, CharCode::ShiftJis, {} } };
+    m_window->slotCmdFileSaveAs();
+    QCOMPARE(m_files->read(u"b.txt"_s), QByteArray("a?"));
+    QCOMPARE(m_strip->text(), u"Characters saved as \"?\": 1 (é)"_s);
+    QVERIFY(m_strip->click(u"×"_s));
+    QVERIFY(m_strip->click(u"Keep UTF-16"_s));
+    m_window->slotCmdFileSave();
+    QCOMPARE(m_files->read(u"b.txt"_s), accent);
 }
 
 /// What was read byte by byte is saved as UTF-8, which read as UTF-16 would be another text.
