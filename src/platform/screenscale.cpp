@@ -2,6 +2,7 @@
 
 #include "platform/framebuffer.h"
 #include "platform/toolkitplatform.h"
+#include "platform/waylandscreen.h"
 #include "platform/windowsystem.h"
 
 #include <QList>
@@ -19,7 +20,7 @@ constexpr int titleBar = 24; ///< of a usual window manager, in device pixels
 
 struct Screen {
     double density = usualDensity;
-    QSize size; ///< in device pixels
+    QSize size; ///< in device pixels, on Wayland over the screen's own scale
 };
 
 QByteArray resourcesOf(xcb_connection_t *server, xcb_window_t root)
@@ -45,13 +46,20 @@ Screen xScreen()
         { first.width_in_pixels, first.height_in_pixels } };
 }
 
+QSize sizeOn(const QByteArray &platform)
+{
+    const QByteArray name = platform.split(':').front();
+    if (name.startsWith("wayland"))
+        return waylandScreenSize();
+    return name == "linuxfb" ? frameBufferSize(platform) : QSize();
+}
+
 // Wayland multiplies by the screen's own scale.
 Screen screenOf(const QByteArray &platform)
 {
-    const QByteArray name = platform.split(':').front();
-    if (name == "xcb")
+    if (platform.split(':').front() == "xcb")
         return xScreen();
-    return { usualDensity, name == "linuxfb" ? frameBufferSize(platform) : QSize() };
+    return { usualDensity, sizeOn(platform) };
 }
 
 } // namespace

@@ -17,5 +17,6 @@ double scaleThatFits(double scale, const QSize &screen, const QSize &window);
 /// top of what the windowing system itself scales by: so that it is 1/72 inch, or less where a window of
 /// `largestWindow` platform pixels would not fit the screen. Never below 1, which is also that of the
 /// platforms that have no screen.
-/// Cost: a connection to the X server and one question to it, one to the frame buffer, or nothing.
+/// Cost: a connection to the X server and one question to it, that of waylandScreenSize(), a question to
+/// the frame buffer, or nothing.
 double platformPixelScale(const QSize &largestWindow = {});

@@ -1,16 +1,12 @@
 #include "platform/toolkitplatform.h"
 
-#include "files/sharedfd.h"
 #include "platform/framebuffer.h"
+#include "platform/waylandscreen.h"
 #include "platform/windowsystem.h"
 
 #include <xcb/xcb.h>
 
 #include <algorithm>
-#include <cstring>
-
-#include <sys/socket.h>
-#include <sys/un.h>
 
 namespace {
 
@@ -27,28 +23,6 @@ bool hasXServer()
 {
     const XConnection server = connectToX();
     return xcb_connection_has_error(server.get()) == 0;
-}
-
-bool isAnswered(const QByteArray &socketName)
-{
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (socketName.size() >= qsizetype(sizeof address.sun_path))
-        return false;
-    std::memcpy(address.sun_path, socketName.constData(), size_t(socketName.size()));
-    const OpenFd end(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    return end.number() != -1
-        && ::connect(end.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
-}
-
-/// As the library of Wayland finds it.
-bool hasCompositor()
-{
-    if (!qEnvironmentVariableIsEmpty("WAYLAND_SOCKET"))
-        return true;
-    const QByteArray given = qgetenv("WAYLAND_DISPLAY");
-    const QByteArray name = given.isEmpty() ? QByteArray("wayland-0") : given;
-    return isAnswered(name.startsWith('/') ? name : qgetenv("XDG_RUNTIME_DIR") + '/' + name);
 }
 
 bool isThere(const QByteArray &platform)

@@ -3,6 +3,10 @@
 
 #include <QTest>
 
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
 class ScreenScaleTest : public QObject {
     Q_OBJECT
 private slots:
@@ -36,6 +40,19 @@ private slots:
     {
         QVERIFY(platformPixelScale(QSize(10000, 10000)) >= 1);
         QVERIFY(platformPixelScale(QSize(240, 270)) >= 1);
+    }
+
+    void fitsTheScreenThatIsThere()
+    {
+        if (qgetenv("QT_QPA_PLATFORM") == "offscreen") {
+            QCOMPARE(platformPixelScale(QSize(240, 270)), 1.0);
+            return;
+        }
+        const QByteArray screen = qEnvironmentVariable("MARLOPAD_TEST_SCREEN", u"1280x800"_s).toLatin1();
+        const QList<QByteArray> sides = screen.split('x');
+        const QSize size(sides[0].toInt(), sides[1].toInt());
+        const double scale = scaleThatFits(4.0 / 3, size, QSize(240, 270));
+        QCOMPARE(platformPixelScale(QSize(240, 270)), std::max(1.0, scale));
     }
 
     void density_data()
