@@ -12,6 +12,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <utility>
 
 #include <unistd.h>
 
@@ -47,11 +49,12 @@ bool waits(const CommandLine &line, FileRequests &requests)
     return waiting || !line.waits();
 }
 
-int runWindow(int count, char **arguments, const FileRequests &requests)
+int runWindow(int count, char **arguments, const FileRequests &requests, std::optional<DisplayProbe> probe)
 {
     prepareScale(largestDialog());
     prepareEventLoop();
     QPEApplicationEsc application(count, arguments);
+    probe.reset();
     QApplication::setApplicationName(QStringLiteral("marlopad"));
     QApplication::setDesktopFileName(DesktopChannel::id());
     if (application.handOver(requests))
@@ -70,8 +73,9 @@ int runToolkit(QList<QByteArray> words, const FileRequests &requests)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
     const int count = int(words.size());
-    return hasDisplay() ? runWindow(count, arguments.data(), requests)
-                        : openWithoutDisplay(count, arguments.data(), requests);
+    auto probe = std::make_optional<DisplayProbe>();
+    return probe->isThere() ? runWindow(count, arguments.data(), requests, std::move(probe))
+                            : openWithoutDisplay(count, arguments.data(), requests);
 }
 
 } // namespace

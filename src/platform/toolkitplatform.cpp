@@ -2,7 +2,6 @@
 
 #include "platform/framebuffer.h"
 #include "platform/waylandscreen.h"
-#include "platform/windowsystem.h"
 
 #include <xcb/xcb.h>
 
@@ -18,22 +17,6 @@ constexpr PlatformWord platformWords[] = {
     { "-platform", "QT_QPA_PLATFORM" },
     { "-display", "DISPLAY" },
 };
-
-bool hasXServer()
-{
-    const XConnection server = connectToX();
-    return xcb_connection_has_error(server.get()) == 0;
-}
-
-bool isThere(const QByteArray &platform)
-{
-    const QByteArray name = platform.split(':').front();
-    if (name == "xcb")
-        return hasXServer();
-    if (name.startsWith("wayland"))
-        return hasCompositor();
-    return name != "linuxfb" || hasFrameBuffer(platform);
-}
 
 } // namespace
 
@@ -57,7 +40,24 @@ QList<QByteArray> wantedPlatforms()
     return isWayland ? QList<QByteArray>{ "wayland", "xcb" } : QList<QByteArray>{ "xcb", "wayland" };
 }
 
-bool hasDisplay()
+DisplayProbe::DisplayProbe()
+    : m_xServer(nullptr, xcb_disconnect)
+    , m_isThere(std::ranges::any_of(wantedPlatforms(), [this](const QByteArray &one) { return has(one); }))
 {
-    return std::ranges::any_of(wantedPlatforms(), isThere);
+}
+
+bool DisplayProbe::hasXServer()
+{
+    m_xServer = connectToX();
+    return xcb_connection_has_error(m_xServer.get()) == 0;
+}
+
+bool DisplayProbe::has(const QByteArray &platform)
+{
+    const QByteArray name = platform.split(':').front();
+    if (name == "xcb")
+        return hasXServer();
+    if (name.startsWith("wayland"))
+        return hasCompositor();
+    return name != "linuxfb" || hasFrameBuffer(platform);
 }

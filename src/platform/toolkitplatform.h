@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/windowsystem.h"
+
 #include <QByteArray>
 #include <QList>
 
@@ -13,7 +15,20 @@ void takePlatformWords(const QList<QByteArray> &toolkitWords);
 /// Wayland session except GNOME's, else X and then Wayland. Never empty.
 QList<QByteArray> wantedPlatforms();
 
-/// Whether one of them has a display: its server answers, or its device is there. The toolkit ends the
+/// Looks whether one of them has a display: its server answers, or its device is there. The toolkit ends the
 /// program with an abort where none has. What is not known here counts as there. Cost: a connection to the
-/// server.
-bool hasDisplay();
+/// server, which lasts as long as this: a server that is left by its last client may begin anew, and refuses
+/// who comes meanwhile.
+class DisplayProbe {
+public:
+    DisplayProbe();
+
+    bool isThere() const { return m_isThere; }
+
+private:
+    bool hasXServer();
+    bool has(const QByteArray &platform);
+
+    XConnection m_xServer;
+    bool m_isThere;
+};

@@ -2,6 +2,27 @@
 
 #include "tests/testprogram.h"
 
+#include <QProcess>
+#include <QScopeGuard>
+
+#include <xcb/xcb.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// As a client that comes and goes for it.
+xcb_atom_t atomOf(uint8_t onlyIfExists)
+{
+    constexpr std::string_view name = "MARLOPAD_TEST";
+    const XConnection server = connectToX();
+    const auto reply = xReply(xcb_intern_atom_reply(
+        server.get(), xcb_intern_atom(server.get(), onlyIfExists, name.size(), name.data()), nullptr));
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+} // namespace
+
 /// What the toolkit will find to show windows on; run without a screen, on an X server and on Wayland.
 class ToolkitPlatformTest : public QObject {
     Q_OBJECT
@@ -15,6 +36,7 @@ private slots:
     void sessionSaysWhatComesFirst_data();
     void sessionSaysWhatComesFirst();
     void askedOneAloneCounts();
+    void serverStaysMeanwhile();
 
 private:
     QByteArray m_there; ///< the platform that the test runs on
@@ -44,7 +66,7 @@ void ToolkitPlatformTest::displayIsFoundInEverySession()
     QFETCH(QByteArray, desktop);
     qputenv("XDG_SESSION_TYPE", type);
     qputenv("XDG_CURRENT_DESKTOP", desktop);
-    QCOMPARE(hasDisplay(), m_there != "offscreen");
+    QCOMPARE(DisplayProbe().isThere(), m_there != "offscreen");
 }
 
 void ToolkitPlatformTest::sessionSaysWhatComesFirst_data()
@@ -76,8 +98,31 @@ void ToolkitPlatformTest::askedOneAloneCounts()
     for (const char *const asked : { "xcb", "wayland" }) {
         qputenv("QT_QPA_PLATFORM", asked);
         QCOMPARE(wantedPlatforms(), QList<QByteArray>{ asked });
-        QCOMPARE(hasDisplay(), m_there == asked);
+        QCOMPARE(DisplayProbe().isThere(), m_there == asked);
     }
+}
+
+/// A server begins anew when its last client has gone, and knows no names from before then.
+void ToolkitPlatformTest::serverStaysMeanwhile()
+{
+    if (m_there != "xcb")
+        return;
+    QProcess server;
+    server.start(u"Xvfb"_s, { u"-displayfd"_s, u"1"_s });
+    QVERIFY(server.waitForStarted() && server.waitForReadyRead(busyMachineWait));
+    const auto display = qScopeGuard([before = qgetenv("DISPLAY")] { qputenv("DISPLAY", before); });
+    qputenv("DISPLAY", ':' + server.readLine().trimmed());
+    {
+        const DisplayProbe probe;
+        QVERIFY(probe.isThere());
+        const xcb_atom_t name = atomOf(0);
+        QVERIFY(name != XCB_ATOM_NONE);
+        for (int i = 0; i < 100; ++i)
+            QCOMPARE(atomOf(1), name);
+    }
+    QTRY_COMPARE(atomOf(1), xcb_atom_t(XCB_ATOM_NONE));
+    server.kill();
+    server.waitForFinished();
 }
 
 REGISTER_TEST(runPlainTest<ToolkitPlatformTest>)
