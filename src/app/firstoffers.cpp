@@ -94,6 +94,7 @@ void FirstOffers::useLanguage(int language)
     m_documents.notices().withdraw(NoticeKind::Languages);
     emit languageChosen(language);
     make();
+    writeSettings();
 }
 
 void FirstOffers::offerUtf8()
@@ -110,6 +111,7 @@ void FirstOffers::useUtf8()
     m_documents.notices().withdraw(NoticeKind::CodesOfNew);
     appSettings().DefCodec = int(codesOfDesktop.charCode);
     appSettings().DefCRLF = int(codesOfDesktop.returnCode);
+    writeSettings();
     for (ctlEditer *const editor : m_documents.editors()) {
         if (!isUnused(*editor))
             continue;

@@ -126,12 +126,17 @@ void FirstOffersTest::aLanguageIsChosen()
     QFETCH(QString, name);
     FirstOffers offers(m_parts->documents, french);
     const QSignalSpy chosen(&offers, &FirstOffers::languageChosen);
+    connect(&offers, &FirstOffers::languageChosen, this, [](int language) { appSettings().Lang = language; });
     offers.make();
     QVERIFY(offered().contains(name));
     choose(offered().indexOf(name));
     QCOMPARE(chosen.size(), 1);
     QTEST(chosen.first().first().toInt(), "language");
     QCOMPARE(shown(), codes.toString());
+    appSettings().Lang = -1;
+    readSettings(); // as after a sudden end
+    QTEST(appSettings().Lang, "language");
+    QVERIFY(appSettings().LangOffered);
 }
 
 void FirstOffersTest::puttingItAwayBringsTheNext()
@@ -198,6 +203,10 @@ void FirstOffersTest::newDocumentsAreAsOnTheDesktop()
     QCOMPARE(later->charCodeName() + later->returnCodeName(), u"UTF8LF"_s);
     const ctlEditer *const opened = m_parts->open(file);
     QCOMPARE(opened->charCodeName() + opened->returnCodeName(), u"Shift-JISCR+LF"_s);
+    appSettings() = {};
+    readSettings(); // as after a sudden end
+    QVERIFY(appSettings().defaultCharCode() == CharCode::Utf8);
+    QVERIFY(appSettings().defaultReturnCode() == ReturnCode::Lf);
 }
 
 void FirstOffersTest::whoSaysNothingKeepsAll()
