@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 #include <QToolButton>
 #include <QToolTip>
 
@@ -153,8 +154,11 @@ std::optional<NoticeStrip::Shown> NoticeStrip::shownOf(const Notice *notice)
 void NoticeStrip::refresh()
 {
     // Keys meant for what was shown are not for what comes in its place.
-    if (hasKeys() && shownOf(m_queue.heaviest(m_document)) != m_shown)
+    if (hasKeys() && shownOf(m_queue.heaviest(m_document)) != m_shown) {
+        if (!m_isChosen)
+            KeyPause::begin(KeyPause::untilNoticed);
         emit keysGivenBack();
+    }
     const Notice *const notice = m_queue.heaviest(m_document);
     const bool isOther = shownOf(notice) != m_shown;
     m_shown = shownOf(notice);
@@ -225,7 +229,7 @@ void NoticeStrip::fill(QMenu &menu, std::span<const NoticeOffer> offers)
             continue;
         }
         QAction *const action = menu.addAction(offer.text());
-        connect(action, &QAction::triggered, this, [this, act = offer.act] { emit chosen(act); });
+        connect(action, &QAction::triggered, this, [this, act = offer.act] { choose(act); });
     }
 }
 
@@ -241,6 +245,12 @@ void NoticeStrip::press(const QToolButton *button)
     if (index < 0 || button->menu())
         return;
     const auto act = m_offers[std::size_t(index)].act; // which may take the offer away
+    choose(act);
+}
+
+void NoticeStrip::choose(const std::function<void()> &act)
+{
+    const QScopedValueRollback chosenNow(m_isChosen, true);
     emit chosen(act);
 }
 
@@ -248,7 +258,7 @@ void NoticeStrip::dismiss()
 {
     const bool hadKeys = hasKeys();
     const Shown shown = *m_shown;
-    emit chosen([this, shown] { m_queue.dismiss(shown.kind, shown.about); });
+    choose([this, shown] { m_queue.dismiss(shown.kind, shown.about); });
     if (hadKeys)
         emit keysGivenBack();
 }
@@ -367,7 +377,7 @@ void NoticeStrip::escape()
 {
     if (m_escaped) {
         KeyPause::begin();
-        emit chosen(std::function(m_escaped));
+        choose(std::function(m_escaped));
     }
     emit keysGivenBack();
 }

@@ -74,6 +74,7 @@ private:
     void fill(QMenu &menu, std::span<const NoticeOffer> offers);
     void press(const QToolButton *button);
     void pressByKey(QToolButton &button);
+    void choose(const std::function<void()> &act);
     void dismiss();
     void escape();
     void showWholeText(QPoint globalPlace);
@@ -87,6 +88,7 @@ private:
     NoticeQueue &m_queue;
     const QObject *m_document = nullptr;
     std::optional<Shown> m_shown;
+    bool m_isChosen = false; ///< something that was offered, just now
     std::optional<Shown> m_pressed; ///< what was shown when a button went down
     QString m_text; ///< of the notice, whole
     QString m_spoken; ///< what assistive tools were told last

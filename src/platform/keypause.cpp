@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QTimerEvent>
 
+#include <algorithm>
+
 namespace {
 
 /// One in which the keys come that were pressed meanwhile and the result is drawn, one for the keys that were
@@ -18,9 +20,9 @@ constexpr int turnsUntilShown = 3;
 
 } // namespace
 
-void KeyPause::begin()
+void KeyPause::begin(std::chrono::milliseconds longer)
 {
-    instance().start();
+    instance().start(longer);
 }
 
 KeyPause &KeyPause::instance()
@@ -31,11 +33,12 @@ KeyPause &KeyPause::instance()
     return *pause;
 }
 
-void KeyPause::start()
+void KeyPause::start(std::chrono::milliseconds longer)
 {
     QCoreApplication::instance()->installEventFilter(this);
     m_turns = turnsUntilShown;
-    m_turn.start(0, this);
+    m_noticed = std::max(m_noticed, QDeadlineTimer(longer));
+    m_turn.start(int(m_noticed.remainingTime()), Qt::PreciseTimer, this);
     // An input method would take the keys before any window, and answer when all is over.
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
@@ -43,8 +46,10 @@ void KeyPause::start()
 void KeyPause::timerEvent(QTimerEvent *event)
 {
     Q_UNUSED(event)
-    if (--m_turns > 0)
+    if (--m_turns > 0) {
+        m_turn.start(0, this);
         return;
+    }
     m_turn.stop();
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }

@@ -1,6 +1,7 @@
 #include "editor/noticestrip.h"
 
 #include "editor/noticequeue.h"
+#include "platform/keypause.h"
 #include "tests/testprogram.h"
 #include "tests/textfit.h"
 
@@ -57,6 +58,7 @@ private slots:
     void returnAndSpacePress();
     void heldReturnPressesOnce();
     void escapeGivesTheKeysBack();
+    void keysForWhatHasGoneGoNowhere();
     void anotherNoticeTakesNoKeys();
     void clickIsForWhatWasShown();
     void doubleClickActsOnce();
@@ -290,6 +292,28 @@ void NoticeStripTest::escapeGivesTheKeysBack()
     press(Qt::Key_Escape);
     QCOMPARE(back.count(), 1);
     QVERIFY(m_strip->isVisible());
+}
+
+/// Which its user may press a moment after it has gone.
+void NoticeStripTest::keysForWhatHasGoneGoNowhere()
+{
+    QLineEdit text(m_window.get());
+    text.show();
+    text.setFocus();
+    const auto type = [this] { QTest::keyClick(m_window->windowHandle(), Qt::Key_X); };
+    const QDeadlineTimer noticed(KeyPause::untilNoticed);
+    m_queue->put(notice(u"text"_s, { u"Go"_s }));
+    m_strip->takeKeys();
+    m_queue->withdraw(kind);
+    text.setFocus();
+    KeyPause::begin(); // of other work that ends with it
+    while (!noticed.hasExpired()) {
+        type();
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+        if (!noticed.hasExpired())
+            QCOMPARE(text.text(), QString());
+    }
+    QTRY_VERIFY((type(), !text.text().isEmpty()));
 }
 
 /// A key that was meant for the one before would act on it.
