@@ -10,6 +10,7 @@
 #include "platform/toolkitstart.h"
 #include "platform/waitingstart.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -49,8 +50,20 @@ bool waits(const CommandLine &line, FileRequests &requests)
     return waiting || !line.waits();
 }
 
+/// A limit to the size of files, and an end of standard error that nobody reads, let writes fail and do not
+/// end the program. By a handler: what is started from here does not inherit one.
+void outliveFailedWrites()
+{
+    struct sigaction action = {};
+    action.sa_handler = [](int /*number*/) {};
+    action.sa_flags = SA_RESTART;
+    for (const int number : { SIGXFSZ, SIGPIPE })
+        ::sigaction(number, &action, nullptr);
+}
+
 int runWindow(int count, char **arguments, const FileRequests &requests, std::optional<DisplayProbe> probe)
 {
+    outliveFailedWrites();
     prepareScale(largestDialog());
     prepareEventLoop();
     QPEApplicationEsc application(count, arguments);

@@ -45,6 +45,7 @@ private slots:
     void endsDuringALoad();
     void endsDuringASave();
     void unreadableFileIsNoReasonToStay();
+    void outlivesFailedWrites();
 
 private:
     bool startWithEdit(const QByteArray &content = oldContent);
@@ -198,6 +199,17 @@ void SuddenEndTest::unreadableFileIsNoReasonToStay()
     QTRY_COMPARE(activeTitle(), u"File Load Error!"_s);
     sendSignal();
     QVERIFY(hasEndedByItself());
+}
+
+/// Where files may not be so large, and where nobody reads standard error any more, the system sends a
+/// signal.
+void SuddenEndTest::outlivesFailedWrites()
+{
+    QVERIFY(startWithEdit());
+    sendSignal(SIGXFSZ);
+    sendSignal(SIGPIPE);
+    press({ u"y"_s, u"ctrl+s"_s });
+    QTRY_COMPARE(read(u"a.txt"_s), "xy" + oldContent);
 }
 
 REGISTER_TEST(runCoreTest<SuddenEndTest>)
