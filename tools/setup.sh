@@ -2,7 +2,7 @@
 
 build_packages="g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools libgl-dev libxcb1-dev libwayland-dev libxxhash-dev"
 show_packages="fonts-vlgothic fonts-tlwg-loma-otf fonts-lohit-deva fonts-noto-color-emoji libqt6svg6 qt6-translations-l10n xvfb openbox xdotool imagemagick dbus dbus-daemon x11-utils"
-test_packages="clang libclang-rt-dev lld llvm qt6-base-private-dev libsm-dev at-spi2-core python3-pyatspi fcitx5 fcitx5-anthy fcitx5-frontend-qt6 desktop-file-utils appstream weston qt6-wayland wmctrl xfwm4 x11-xkb-utils pcmanfm"
+test_packages="clang libclang-rt-dev lld llvm qt6-base-private-dev libsm-dev at-spi2-core python3-pyatspi fcitx5 fcitx5-anthy fcitx5-frontend-qt6 desktop-file-utils appstream weston sway qt6-wayland wmctrl xfwm4 x11-xkb-utils pcmanfm"
 
 as_root() {
     if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi

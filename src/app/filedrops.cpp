@@ -1,6 +1,7 @@
 #include "app/filedrops.h"
 
 #include "platform/qpeapplication.h"
+#include "platform/windowsystem.h"
 
 #include <QDropEvent>
 #include <QMimeData>
@@ -62,7 +63,7 @@ bool FileDrops::eventFilter(QObject *, QEvent *event)
     drop.accept();
     if (isHeld)
         return true;
-    m_window.activateWindow();
+    WindowSystem::activate(m_window);
     if (auto *const application = qobject_cast<QPEApplication *>(qApp)) {
         for (const FileRequest &request : requests)
             application->request(request);

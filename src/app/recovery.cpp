@@ -10,6 +10,7 @@
 #include "platform/freeturn.h"
 #include "platform/keypause.h"
 #include "platform/messagebox.h"
+#include "platform/windowsystem.h"
 #include "recovery/recoveryjournals.h"
 
 #include <QWidget>
@@ -123,7 +124,7 @@ void Recovery::ask()
         texts << shown(text);
     frmRecovery form(&m_window, texts);
     const int result = form.exec();
-    m_window.activateWindow();
+    WindowSystem::activate(m_window);
     m_documents.notices().withdraw(NoticeKind::Unsaved);
     if (result == frmRecovery::Later)
         return;

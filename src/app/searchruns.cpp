@@ -9,6 +9,7 @@
 #include "editor/ctlediter.h"
 #include "editor/memorybox.h"
 #include "platform/messagebox.h"
+#include "platform/windowsystem.h"
 #include "search/frmreplaceprogress.h"
 #include "search/frmsearchdialog.h"
 #include "text/enteredtext.h"
@@ -95,7 +96,7 @@ void SearchRuns::replaceAll()
         return;
     replaceAllIn(*editor);
     // The panel goes at once with the box in front of it: window managers then activate some other window.
-    m_window.activateWindow();
+    WindowSystem::activate(m_window);
 }
 
 void SearchRuns::takeRequest()

@@ -4,6 +4,7 @@
 #include "filedialog/documentsfolder.h"
 #include "options/frmmoreoptions.h"
 #include "options/frmoption.h"
+#include "platform/windowsystem.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +22,7 @@ std::optional<FileChoice> WindowDialogs::runFileDialog(
     dialog.showCodes(start.charCode, start.returnCode);
     const bool isAccepted = dialog.exec() == QDialog::Accepted;
     // Where a question and the dialog it belongs to go at once, window managers activate some other window.
-    window->activateWindow();
+    WindowSystem::activate(*window);
     if (!isAccepted)
         return std::nullopt;
     return FileChoice{ dialog.dirPath, dialog.fileName, dialog.charCode, dialog.returnCode };

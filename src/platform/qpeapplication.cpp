@@ -9,6 +9,7 @@
 #include "platform/returnedfocus.h"
 #include "platform/strayinput.h"
 #include "platform/windowmanager.h"
+#include "platform/windowsystem.h"
 #include "rows/fontmessages.h"
 #include "rows/lcfont.h"
 
@@ -94,7 +95,7 @@ void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
         window->showMaximized();
     // Nobody else gives it the keys.
     if (!WindowManager::isPresent())
-        window->activateWindow();
+        WindowSystem::activate(*window);
     m_requests->setReceiver(window);
     if (!m_endSignals) {
         m_endSignals = new EndSignals(this);
@@ -201,5 +202,5 @@ void QPEApplication::raiseWindow()
         return;
     if (window->isMinimized())
         window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
-    window->activateWindow();
+    WindowSystem::activate(*window);
 }

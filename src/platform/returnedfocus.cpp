@@ -1,6 +1,7 @@
 #include "platform/returnedfocus.h"
 
 #include "platform/windowmanager.h"
+#include "platform/windowsystem.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -34,6 +35,6 @@ bool ReturnedFocus::eventFilter(QObject *object, QEvent *event)
     // Another program that has the keys keeps them.
     QWidget *const window = windowBehind(object);
     if (window && QGuiApplication::applicationState() == Qt::ApplicationActive && !WindowManager::isPresent())
-        window->activateWindow();
+        WindowSystem::activate(*window);
     return false;
 }

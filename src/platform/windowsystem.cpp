@@ -1,12 +1,21 @@
 #include "platform/windowsystem.h"
 
 #include <QGuiApplication>
+#include <QWidget>
+#include <QWindow>
 
 #include <xcb/xcb.h>
 
 bool WindowSystem::isWayland()
 {
     return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+void WindowSystem::activate(QWidget &window)
+{
+    const QWindow *const focus = QGuiApplication::focusWindow();
+    if (!isWayland() || !focus || focus->handle())
+        window.activateWindow();
 }
 
 xcb_connection_t *WindowSystem::xServer()

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 
+class QWidget;
 struct xcb_connection_t;
 
 /// What the program's windows are shown by, once the application object is there.
@@ -10,6 +11,11 @@ namespace WindowSystem {
 
 /// On Wayland a window neither knows its place nor chooses it.
 bool isWayland();
+
+/// Asks for the keys for a window that is shown. Not on Wayland while the keys are, for all that the toolkit
+/// knows, with a window that has gone, as when the keyboard went with it: the toolkit would look for that one
+/// there. The compositor then decides.
+void activate(QWidget &window);
 
 /// The toolkit's connection, which stays its own; null where there is none.
 xcb_connection_t *xServer();

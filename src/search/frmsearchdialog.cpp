@@ -138,7 +138,7 @@ void frmSearchDialog::setVisible(bool visible)
     if (!visible)
         return;
     raise();
-    activateWindow();
+    WindowSystem::activate(*this);
     m_find->setFocus();
 }
 
