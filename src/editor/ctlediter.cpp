@@ -5,6 +5,7 @@
 #include "rows/fontmeasure.h"
 #include "settings/settings.h"
 #include "widget/updatesoff.h"
+#include "widget/viewlayout.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -90,16 +91,16 @@ void ctlEditer::applyWrapMode()
     setWrapPolicy(Anywhere);
     switch (appSettings().WrapMode) {
     case 0:
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+        viewLayout().setBarPolicy(Qt::ScrollBarAsNeeded);
         setWordWrap(NoWrap);
         break;
     case 1:
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        viewLayout().setBarPolicy(Qt::ScrollBarAlwaysOff);
         setWordWrap(FixedPixelWidth);
         setWrapColumnOrWidth(width() - hMargin() - verticalScrollBar()->sizeHint().width() - 3);
         break;
     case 2:
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+        viewLayout().setBarPolicy(Qt::ScrollBarAsNeeded);
         setWordWrap(FixedPixelWidth);
         setWrapColumnOrWidth(fixedWrapWidth());
         break;

@@ -365,13 +365,13 @@ QMultiLineEdit::WordWrap QMultiLineEdit::wordWrap() const
 void QMultiLineEdit::setWordWrap(WordWrap mode)
 {
     d->format.setWraps(mode != NoWrap);
-    d->layout.setStale();
+    d->layout.noteSetting();
 }
 
 void QMultiLineEdit::setWrapColumnOrWidth(int value)
 {
     d->format.setWrapWidth(qMax(1, value));
-    d->layout.setStale();
+    d->layout.noteSetting();
 }
 
 int QMultiLineEdit::wrapColumnOrWidth() const
@@ -393,7 +393,7 @@ QMultiLineEdit::WrapPolicy QMultiLineEdit::wrapPolicy() const
 void QMultiLineEdit::setHMargin(int pixels)
 {
     d->format.setMargin(qMax(0, pixels));
-    d->layout.setStale();
+    d->layout.noteSetting();
 }
 
 int QMultiLineEdit::hMargin() const
@@ -405,7 +405,7 @@ void QMultiLineEdit::setDefaultTabStop(int characters)
 {
     RowFormat::setDefaultTabStop(characters);
     for (const QMultiLineEdit *const edit : std::as_const(instances()))
-        edit->d->layout.setStale();
+        edit->d->layout.noteSetting();
 }
 
 int QMultiLineEdit::defaultTabStop()

@@ -8,10 +8,10 @@
 #include "widget/textview.h"
 #include "widget/viewscroller.h"
 
+#include <QAbstractScrollArea>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEvent>
-#include <QWidget>
 
 #include <utility>
 
@@ -26,8 +26,9 @@ template <typename Fits> static LineIndex farthest(LineIndex line, LineIndex wan
     return wanted;
 }
 
-ViewLayout::ViewLayout(QWidget &editor, EditableText &document, RowFormat &format, TextCursor &cursor,
-    TextView &view, RowUpdates &updates, ViewScroller &scroller, CursorFollowers &followers)
+ViewLayout::ViewLayout(QAbstractScrollArea &editor, EditableText &document, RowFormat &format,
+    TextCursor &cursor, TextView &view, RowUpdates &updates, ViewScroller &scroller,
+    CursorFollowers &followers)
     : m_editor(editor)
     , m_document(document)
     , m_format(format)
@@ -48,6 +49,19 @@ void ViewLayout::setStale()
 {
     if (!std::exchange(m_isStale, true))
         request();
+}
+
+void ViewLayout::noteSetting()
+{
+    if (m_wanted && !m_wanted->change)
+        m_wanted.reset();
+    setStale();
+}
+
+void ViewLayout::setBarPolicy(Qt::ScrollBarPolicy policy)
+{
+    m_setPolicy = policy;
+    noteSetting();
 }
 
 void ViewLayout::noteMove()
@@ -98,6 +112,7 @@ void ViewLayout::layOut(const RowFormat &format)
     else
         m_document.layOut(rule);
     m_measure = m_format.sharedMeasure();
+    m_barPolicy = m_setPolicy;
     if (keepsRows) {
         m_scroller.updateBars();
         return;
@@ -105,17 +120,18 @@ void ViewLayout::layOut(const RowFormat &format)
     showNew(top);
 }
 
-/// What was stopped is not begun anew, whoever asks for the same.
+/// What was stopped is not begun anew, whoever asks about rows.
 void ViewLayout::beginChange(const RowFormat &format)
 {
     const LayoutRule rule = format.layoutRule();
     if (m_wanted && m_wanted->rule == rule) {
+        m_wanted->barPolicy = m_setPolicy;
         m_scroller.updateBars();
         return;
     }
     const Offset top = topOffset();
-    m_wanted.emplace(
-        Wanted{ format.sharedMeasure(), rule, LayoutChange(rule, m_document.store().layout().sizes()) });
+    m_wanted.emplace(Wanted{
+        format.sharedMeasure(), m_setPolicy, rule, LayoutChange(rule, m_document.store().layout().sizes()) });
     m_turns.start();
     showAhead(linesFrom(top));
     showNew(top);
@@ -197,6 +213,7 @@ bool ViewLayout::goOn(QDeadlineTimer end)
         return false;
     }
     m_measure = m_wanted->measure;
+    m_barPolicy = m_wanted->barPolicy;
     m_format.setMeasure(m_measure);
     m_wanted.reset();
     if (isShown)
@@ -282,6 +299,8 @@ void ViewLayout::showNew(Offset topOffset)
 
 void ViewLayout::tellOfRows()
 {
+    m_editor.setHorizontalScrollBarPolicy(
+        m_document.store().linesAhead() ? m_wanted->barPolicy : m_barPolicy);
     m_updates.updateAll();
     m_followers.tellInputMethod();
 }

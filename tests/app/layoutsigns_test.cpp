@@ -7,6 +7,7 @@
 #include "widget/viewlayout.h"
 
 #include <QPointer>
+#include <QScrollBar>
 
 #include <algorithm>
 #include <optional>
@@ -35,6 +36,8 @@ private slots:
     void isOnlyAboutItsDocument();
     void stopped_data();
     void stopped();
+    void stoppedWrapIsBegunByOptions_data();
+    void stoppedWrapIsBegunByOptions();
     void goesWithItsDocument();
     void goesWithItsText();
 
@@ -42,6 +45,9 @@ private:
     ctlEditer &editor() const { return *m_window->currentEditor(); }
     QString stripText() const { return StripInWindow(*m_window).text(); }
     void changeTextSize(int points);
+    void wrapByOptions();
+    void makeTurnsOf(ViewLayout &layout);
+    bool hasSideBar() const { return editor().horizontalScrollBar()->isVisible(); }
 
     std::unique_ptr<TestFiles> m_files;
     std::unique_ptr<TestWindow> m_window;
@@ -78,6 +84,27 @@ void LayoutSignsTest::changeTextSize(int points)
     appSettings().FontSize += points;
     m_window->applySettings();
     editor().numLines(); // asked about, it begins
+}
+
+void LayoutSignsTest::wrapByOptions()
+{
+    m_window->options = [] {
+        appSettings().WrapMode = 1;
+        return true;
+    };
+    m_window->slotCmdEditOption();
+}
+
+/// Some, of a text that takes more.
+void LayoutSignsTest::makeTurnsOf(ViewLayout &layout)
+{
+    const QObject until;
+    connect(&layout, &ViewLayout::progressed, &until, [this](int percent) {
+        if (percent > 0 && !m_held)
+            m_held.emplace();
+    });
+    m_held.reset();
+    QTRY_VERIFY(m_held);
 }
 
 void LayoutSignsTest::tellsHowFarItIs()
@@ -176,6 +203,40 @@ void LayoutSignsTest::stopped()
     editor().store().checkInvariants();
     changeTextSize(1);
     QTRY_VERIFY(editor().rowHeight() > m_rowHeight);
+}
+
+void LayoutSignsTest::stoppedWrapIsBegunByOptions_data()
+{
+    QTest::addColumn<bool>("isAmidItsTurns");
+    QTest::newRow("at its start") << false;
+    QTest::newRow("amid its turns") << true;
+}
+
+/// The rows of before are there with the bar that goes to their ends; Options has what was chosen.
+void LayoutSignsTest::stoppedWrapIsBegunByOptions()
+{
+    QFETCH(bool, isAmidItsTurns);
+    constexpr qint64 units = 8 * ViewLayout::longText;
+    const QByteArray line = QByteArray("a line that is wider than a window, ").repeated(20) + '\n';
+    m_window->setDocument(m_files->write(u"b.txt"_s, line.repeated(int(units / line.size()))));
+    QTRY_VERIFY(editor().store().length() > 0 && !editor().document().isHeld());
+    QTRY_VERIFY(hasSideBar());
+    wrapByOptions();
+    QTRY_COMPARE(stripText(), u"Laying out…"_s);
+    if (isAmidItsTurns)
+        makeTurnsOf(editor().viewLayout());
+    QVERIFY(!hasSideBar());
+    QVERIFY(StripInWindow(*m_window).click(u"Stop"_s));
+    QTRY_VERIFY(stripText().isEmpty());
+    QVERIFY(hasSideBar());
+    QVERIFY(editor().horizontalScrollBar()->maximum() > editor().viewport()->width());
+    wrapByOptions();
+    QTRY_COMPARE(stripText(), u"Laying out…"_s);
+    QVERIFY(!hasSideBar());
+    m_held.reset();
+    QTRY_VERIFY(stripText().isEmpty());
+    QVERIFY(!hasSideBar());
+    QVERIFY(editor().store().layoutRule().limit > 0);
 }
 
 void LayoutSignsTest::goesWithItsDocument()

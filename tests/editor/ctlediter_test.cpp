@@ -291,8 +291,8 @@ void CtlEditerTest::wrapModeNone()
     editor->applyWrapMode();
     QCOMPARE(editor->wordWrap(), QMultiLineEdit::NoWrap);
     QCOMPARE(editor->wrapPolicy(), QMultiLineEdit::Anywhere);
-    QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
     editor->insert(QString(10000, u'x'));
+    QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
     QCOMPARE(editor->numLines(), 1);
 }
 
@@ -305,8 +305,8 @@ void CtlEditerTest::wrapModeWidget()
     QVERIFY(scrollBar > 0);
     QCOMPARE(editor->wordWrap(), QMultiLineEdit::FixedPixelWidth);
     QCOMPARE(editor->wrapColumnOrWidth(), 640 - 36 - scrollBar - 3);
-    QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     editor->insert(QString(10000, u'x'));
+    QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     const auto columns = qint64(editor->wrapColumnOrWidth() / editor->xWidth());
     QCOMPARE(rowText(*editor, 0).size(), columns);
 }
@@ -349,8 +349,8 @@ void CtlEditerTest::wrapModeColumn()
     MeasuredEditor *editor = newEditor();
     QCOMPARE(editor->wordWrap(), QMultiLineEdit::FixedPixelWidth);
     QCOMPARE(editor->wrapColumnOrWidth(), int(std::ceil(columns * editor->xWidth())));
-    QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
     editor->insert(QString(columns + 1, u'x'));
+    QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
     QCOMPARE(editor->numLines(), 2);
     QCOMPARE(rowText(*editor, 1), QStringLiteral("x"));
     QVERIFY(!editor->store().row(RowIndex(0)).endsLine);

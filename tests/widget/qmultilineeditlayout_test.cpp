@@ -262,7 +262,7 @@ void QMultiLineEditLayoutTest::hiddenEditorIsAsIfLaidOutAtOnce()
 void QMultiLineEditLayoutTest::visibleEditorIsLaidOutOnceBeforeItIsPainted()
 {
     LaidOutEdit edit;
-    edit.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    edit.viewLayout().setBarPolicy(Qt::ScrollBarAlwaysOff);
     prepare(edit);
     edit.show();
     QVERIFY(QTest::qWaitForWindowExposed(&edit));
@@ -508,6 +508,8 @@ void QMultiLineEditLayoutTest::stoppedLayoutIsBegunByTheNextChange_data()
     QTest::newRow("tab width") << Change([](QMultiLineEdit &) { QMultiLineEdit::setDefaultTabStop(3); });
     QTest::newRow("no wrap") << Change(
         [](QMultiLineEdit &edit) { edit.setWordWrap(QMultiLineEdit::NoWrap); });
+    QTest::newRow("what it has, set again")
+        << Change([](QMultiLineEdit &edit) { edit.setWordWrap(edit.wordWrap()); });
 }
 
 void QMultiLineEditLayoutTest::stoppedLayoutIsBegunByTheNextChange()

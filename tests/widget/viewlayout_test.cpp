@@ -37,7 +37,7 @@ public:
     {
         resize(250, 200);
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        viewLayout().setBarPolicy(Qt::ScrollBarAlwaysOff);
     }
     /// Painted.
     QImage shown() { return viewport()->grab().toImage(); }
@@ -64,6 +64,18 @@ void useFewerColumns(LongEdit &edit)
 {
     wrapAt(edit, 20);
     useFontSize(edit, 10);
+}
+
+void wrapWithoutBar(LongEdit &edit)
+{
+    wrapAt(edit, 20);
+    edit.viewLayout().setBarPolicy(Qt::ScrollBarAlwaysOff);
+}
+
+void doNotWrap(LongEdit &edit)
+{
+    edit.setWordWrap(QMultiLineEdit::NoWrap);
+    edit.viewLayout().setBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 /// The same text, with the same text at the top and the same selection.
@@ -114,7 +126,11 @@ private slots:
     void everyStepOfTheFontIsShown();
     void farPlaceIsShown();
     void sideStays();
+    void stopShowsWhatWasThere_data();
     void stopShowsWhatWasThere();
+    void settingItAgainBeginsWhatWasStopped();
+    void barGoesWithTheRowsThatAreShown();
+    void barReachesTheRowsInView();
     void largerViewIsFilled();
     void tooLongLineIsShownAsItWas();
     void newTextsComeByTheRuleOfTheText();
@@ -355,21 +371,114 @@ void ViewLayoutTest::sideStays()
     QCOMPARE(edit.xOffset(), 70);
 }
 
+void ViewLayoutTest::stopShowsWhatWasThere_data()
+{
+    QTest::addColumn<LayoutAction>("before");
+    QTest::addColumn<LayoutAction>("change");
+    const LayoutAction larger = [](LongEdit &edit) { useFontSize(edit, 17); };
+    QTest::newRow("font") << LayoutAction(doNotWrap) << larger;
+    QTest::newRow("font, wrapped") << LayoutAction(wrapWithoutBar) << larger;
+    QTest::newRow("wrap") << LayoutAction(doNotWrap) << LayoutAction(wrapWithoutBar);
+    QTest::newRow("no wrap") << LayoutAction(wrapWithoutBar) << LayoutAction(doNotWrap);
+}
+
 void ViewLayoutTest::stopShowsWhatWasThere()
 {
+    QFETCH(LayoutAction, before);
+    QFETCH(LayoutAction, change);
     LongEdit edit;
-    edit.setWordWrap(QMultiLineEdit::NoWrap);
+    before(edit);
     prepareAt(edit, middleOfText);
+    edit.show();
     const QImage old = edit.shown();
+    const Qt::ScrollBarPolicy oldPolicy = edit.horizontalScrollBarPolicy();
+    const bool hadBar = edit.horizontalScrollBar()->isVisible();
+    QCOMPARE(hadBar, edit.wordWrap() == QMultiLineEdit::NoWrap);
     const HeldLayout held;
-    useFontSize(edit, 17);
+    change(edit);
     QVERIFY(edit.shown() != old);
+    QCOMPARE(edit.horizontalScrollBar()->isVisible(), edit.wordWrap() == QMultiLineEdit::NoWrap);
     edit.viewLayout().stop();
+    QCOMPARE(edit.horizontalScrollBar()->isVisible(), hadBar);
+    QCOMPARE(edit.horizontalScrollBarPolicy(), oldPolicy);
     QVERIFY(!edit.store().linesAhead());
     QCOMPARE(edit.shown(), old);
     DrawnText::press(edit, u"PgDown PgUp"_s);
     QVERIFY(!edit.store().linesAhead());
     QCOMPARE(edit.topOffset(), lineStartNear(edit, middleOfText));
+}
+
+/// Which neither a paint nor a view that is shown again does.
+void ViewLayoutTest::settingItAgainBeginsWhatWasStopped()
+{
+    LongEdit edit;
+    doNotWrap(edit);
+    prepareAt(edit, middleOfText);
+    edit.show();
+    const QSignalSpy ended(&edit.viewLayout(), &ViewLayout::ended);
+    std::optional<HeldLayout> held(std::in_place);
+    wrapWithoutBar(edit);
+    edit.shown();
+    edit.viewLayout().stop();
+    edit.hide();
+    edit.show();
+    edit.shown();
+    QVERIFY(!edit.store().linesAhead());
+    QCOMPARE(edit.horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+    wrapWithoutBar(edit);
+    edit.shown();
+    QVERIFY(edit.store().linesAhead());
+    QCOMPARE(edit.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    held.reset();
+    QTRY_COMPARE(ended.count(), 2);
+    QVERIFY(edit.store().layoutRule().limit > 0);
+    QCOMPARE(edit.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+}
+
+/// Where the view comes to a line that is too long to be laid out ahead, these are not wrapped yet.
+void ViewLayoutTest::barGoesWithTheRowsThatAreShown()
+{
+    LongEdit edit;
+    doNotWrap(edit);
+    edit.setText(
+        u"line\n"_s.repeated(200) + QString(TextStore::mostAhead + 1, u'x') + u"\nline"_s.repeated(200));
+    const Offset longLine(1000);
+    edit.show();
+    const QSignalSpy ended(&edit.viewLayout(), &ViewLayout::ended);
+    std::optional<HeldLayout> held(std::in_place);
+    wrapWithoutBar(edit);
+    for (int time = 0; time < 2; ++time) {
+        edit.setTopRow({});
+        edit.shown();
+        QCOMPARE(edit.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+        edit.setTopRow(edit.store().rowColAt(longLine).row);
+        edit.shown();
+        QCOMPARE(edit.horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+        QVERIFY(edit.horizontalScrollBar()->isVisible());
+    }
+    held.reset();
+    QTRY_COMPARE(ended.count(), 1);
+    QCOMPARE(edit.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+}
+
+/// In full, while all others are not measured yet.
+void ViewLayoutTest::barReachesTheRowsInView()
+{
+    LongEdit edit;
+    wrapWithoutBar(edit);
+    prepareAt(edit, {});
+    edit.show();
+    QCOMPARE(edit.horizontalScrollBar()->maximum(), 0);
+    const HeldLayout held;
+    doNotWrap(edit);
+    edit.shown();
+    qint64 widest = 0;
+    for (RowIndex row; row < RowIndex(10); row = row + 1) {
+        const Offset end = edit.store().row(row).end();
+        widest = qMax(widest, qint64(edit.characterRect(end).right()) + edit.xOffset());
+    }
+    QVERIFY(widest > 2 * edit.viewport()->width());
+    QVERIFY(edit.horizontalScrollBar()->maximum() + edit.viewport()->width() >= widest);
 }
 
 void ViewLayoutTest::largerViewIsFilled()
