@@ -20,6 +20,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr qint64 fewestInScene = qint64{ 1 } << 20; ///< of what is done behind the window
+constexpr int timesInLong = 6; ///< is measured in many turns
 constexpr qint64 mostBrought = 50'000; ///< at once; less than a pipe takes
 
 QByteArray utf16Text()
@@ -119,7 +120,7 @@ QString JobScene::textOf(Content content, qint64 come)
     case Content::Pasted:
         return whole + QString::fromLatin1(smallText);
     case Content::Long:
-        return whole.repeated(2);
+        return whole.repeated(timesInLong);
     case Content::Followed:
         return QString::fromLatin1(smallText) + u"x\n"_s;
     case Content::FollowedOn:
@@ -287,7 +288,7 @@ void JobScene::count()
 
 void JobScene::layOut()
 {
-    openWhole(text().repeated(2));
+    openWhole(text().repeated(timesInLong));
     rowHeight = window.currentEditor()->rowHeight();
     appSettings().FontSize += 5;
     window.applySettings();
