@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
+#include <QStyleOption>
 #include <QToolButton>
 #include <QToolTip>
 
@@ -31,6 +32,19 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
     auto *const strip = qobject_cast<NoticeStrip *>(object);
     return strip ? new QAccessibleWidget(strip, QAccessible::AlertMessage) : nullptr;
 }
+
+/// An arrow beside its text tells of its menu; the style would draw a mark of its own besides.
+class OfferButton : public QToolButton {
+public:
+    using QToolButton::QToolButton;
+
+protected:
+    void initStyleOption(QStyleOptionToolButton *option) const override
+    {
+        QToolButton::initStyleOption(option);
+        option->features.setFlag(QStyleOptionToolButton::HasMenu, false);
+    }
+};
 
 /// What is dropped may be what was just pressed.
 void drop(QWidget *widget)
@@ -79,7 +93,7 @@ NoticeStrip::NoticeStrip(NoticeQueue &queue, QWidget *parent)
 
 QToolButton *NoticeStrip::createButton()
 {
-    auto *button = new QToolButton(this);
+    auto *button = new OfferButton(this);
     button->setToolButtonStyle(Qt::ToolButtonTextOnly);
     button->setIconSize({ menuArrow, menuArrow });
     button->setFocusPolicy(Qt::TabFocus);

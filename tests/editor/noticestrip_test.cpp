@@ -50,6 +50,7 @@ private slots:
     void showsTheCurrentDocuments();
     void saysWhatWasChosen();
     void choicesAreAMenu();
+    void menuHasOneArrow();
     void offersWithoutRoomAreInAMenu();
     void longTextIsShortened_data();
     void longTextIsShortened();
@@ -178,6 +179,18 @@ void NoticeStripTest::choicesAreAMenu()
     QCOMPARE(m_chosen, QStringList{ u"8"_s });
     m_queue->put(notice(u"text"_s, { u"As"_s }));
     QVERIFY(!button(u"As"_s)->menu());
+}
+
+/// The strip's; the style's mark of a menu would be another one.
+void NoticeStripTest::menuHasOneArrow()
+{
+    Notice shown = notice(u"text"_s, { u"As"_s });
+    shown.offers[0].choices.push_back({ [] { return u"UTF-8"_s; }, {} });
+    m_queue->put(shown);
+    QToolButton *const as = button(u"As"_s);
+    const QImage withMenu = as->grab().toImage();
+    as->setMenu(nullptr);
+    QCOMPARE(withMenu, as->grab().toImage());
 }
 
 void NoticeStripTest::offersWithoutRoomAreInAMenu()
