@@ -1,14 +1,15 @@
 #pragma once
 
 #include "codec/textcodec.h"
-#include "files/byteescape.h"
+#include "files/escapedhalf.h"
 #include "text/asciiwords.h"
 
 #include <memory>
 
 /// Drives a codec's encoder over chunks of text and hands the bytes on in blocks of 64 KiB. Surrogate pairs
-/// are put together here, also where two chunks meet. An encoder is a small class, inlined here; each call
-/// writes at most `bytesPerStep` bytes:
+/// are put together here, also where two chunks meet; so are escaped halves of them, where one character is
+/// written for each. An encoder is a small class, inlined here; each call writes at most `bytesPerStep`
+/// bytes:
 ///
 ///     bool isAscii() const             ASCII that is not special goes out as it is now
 ///     static quint64 special(word)     flags the bytes of a word that isAscii() does not speak for
@@ -46,7 +47,7 @@ public:
 
     bool finish(const TextChunk &end) override
     {
-        dropHigh(m_out);
+        dropWaiting(m_out);
         if (isSpelled(end))
             return writeBytes(*end.spelling) && flushRest();
         m_encoder.finish(m_out);
@@ -76,7 +77,7 @@ private:
     bool writeSpelled(const TextChunk &chunk)
     {
         Q_ASSERT(chunk.size() == 1);
-        dropHigh(m_out);
+        dropWaiting(m_out);
         const char16_t c = chunk.isLatin1() ? uchar(chunk.latin1[0]) : chunk.utf16[0].unicode();
         return m_encoder.admits(c, *chunk.spelling, m_out) ? writeBytes(*chunk.spelling) : write(chunk);
     }
@@ -104,7 +105,7 @@ private:
                     return false;
                 out = m_buffer.get();
             }
-            if (*in < 0x80 && m_high == 0 && m_encoder.isAscii() && copyAscii(in, end, out)) {
+            if (*in < 0x80 && m_waiting == 0 && m_encoder.isAscii() && copyAscii(in, end, out)) {
                 copyMoreAscii(in, end, out);
                 continue;
             }
@@ -150,13 +151,13 @@ private:
 
     void put(uchar c, uchar *&out)
     {
-        dropHigh(out);
+        dropWaiting(out);
         m_encoder.character(c, out);
     }
 
     void put(char16_t c, uchar *&out)
     {
-        if (m_high == 0 && !QChar::isSurrogate(c))
+        if (m_waiting == 0 && !QChar::isSurrogate(c))
             m_encoder.character(c, out);
         else
             putSurrogate(c, out);
@@ -164,16 +165,24 @@ private:
 
     void putSurrogate(char16_t c, uchar *&out)
     {
-        if (m_high != 0 && QChar::isLowSurrogate(c)) {
-            m_encoder.pair(std::exchange(m_high, u'\0'), c, out);
-            return;
+        if (QChar::isHighSurrogate(m_waiting) && QChar::isLowSurrogate(c)) {
+            m_encoder.pair(std::exchange(m_waiting, u'\0'), c, out);
+        } else if (goesOnHalf(m_waiting, c)) {
+            goOnHalf(c, out);
+        } else {
+            dropWaiting(out);
+            beginSurrogate(c, out);
         }
-        dropHigh(out);
-        if (QChar::isHighSurrogate(c))
-            m_high = c;
+    }
+
+    void beginSurrogate(char16_t c, uchar *&out)
+    {
+        const bool isUnknown = m_asRead == TextCodec::AsRead::Nothing;
+        if (QChar::isHighSurrogate(c) || (isUnknown && c == firstOfHalf))
+            m_waiting = c;
         else if (!QChar::isSurrogate(c))
             m_encoder.character(c, out);
-        else if (m_asRead == TextCodec::AsRead::Nothing)
+        else if (isUnknown)
             m_encoder.unknown(out);
         else if (isByteEscape(c))
             m_encoder.byte(escapedByte(c), out);
@@ -181,9 +190,23 @@ private:
             m_encoder.lone(c, out);
     }
 
-    void dropHigh(uchar *&out)
+    void goOnHalf(char16_t c, uchar *&out)
     {
-        if (std::exchange(m_high, u'\0') != 0)
+        if (m_waiting == firstOfHalf) {
+            m_waiting = c;
+        } else {
+            m_waiting = 0;
+            m_encoder.unknown(out);
+        }
+    }
+
+    /// It does not go on. What waits with the second unit of an escaped half are two bytes.
+    void dropWaiting(uchar *&out)
+    {
+        if (m_waiting == 0)
+            return;
+        m_encoder.unknown(out);
+        if (isSecondOfHalf(std::exchange(m_waiting, u'\0')))
             m_encoder.unknown(out);
     }
 
@@ -202,5 +225,5 @@ private:
     std::unique_ptr<uchar[]> m_buffer;
     uchar *m_out;
     bool m_isStart = true; ///< nothing has come yet
-    char16_t m_high = 0; ///< a high surrogate whose other half is still to come
+    char16_t m_waiting = 0; ///< last unit of a pair or an escaped half whose rest is still to come
 };

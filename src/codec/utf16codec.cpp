@@ -2,7 +2,7 @@
 #include "codec/blockencoder.h"
 #include "codec/codecs.h"
 #include "codec/withoutcode.h"
-#include "files/byteescape.h"
+#include "files/escapedhalf.h"
 
 namespace {
 
@@ -23,8 +23,7 @@ template <Order order> void storeUnit(char16_t unit, uchar *&out)
     out += 2;
 }
 
-/// A lone surrogate travels as the escapes of the three bytes UTF-8 would have for it: as such it would be
-/// taken for an escape, or make a pair with one. An odd last byte is an escape, or ASCII.
+/// A lone surrogate is an escaped half; an odd last byte an escape, or ASCII.
 template <Order order> class Utf16Decoder {
 public:
     explicit Utf16Decoder(Mark mark)
@@ -80,16 +79,14 @@ private:
             *out++ = loadUnit<order>(in);
             in += 2;
         } else {
-            *out++ = escapeOf(static_cast<uchar>(0xE0 | unit >> 12));
-            *out++ = escapeOf(static_cast<uchar>(0x80 | (unit >> 6 & 0x3F)));
-            *out++ = escapeOf(static_cast<uchar>(0x80 | (unit & 0x3F)));
+            escapeHalf(unit, out);
         }
     }
 
     bool m_mayHaveMark; ///< at its start
 };
 
-/// Gathers escapes: three that the decoder made of a lone surrogate become it again, others stay bytes.
+/// Gathers escapes: an escaped half becomes a lone surrogate again, others stay bytes.
 template <Order order> class Utf16Encoder {
 public:
     static constexpr bool hasByteOrderMark = true;
@@ -115,9 +112,8 @@ public:
     {
         m_escaped = m_escaped << 8 | b;
         if (++m_count == 3) {
-            if ((m_escaped & 0xFFE0C0) == 0xEDA080) {
-                storeUnit<order>(
-                    static_cast<char16_t>(0xD000 | (m_escaped >> 2 & 0xFC0) | (m_escaped & 0x3F)), out);
+            if (const char16_t half = halfOfBytes(m_escaped)) {
+                storeUnit<order>(half, out);
                 m_count = 0;
             } else {
                 *out++ = static_cast<uchar>(m_escaped >> 16 & 0xFF);

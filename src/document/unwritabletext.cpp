@@ -1,8 +1,12 @@
 #include "document/unwritabletext.h"
 
+#include "files/escapedhalf.h"
+#include "text/codepoint.h"
+
 namespace {
 
 constexpr qint64 mostPlacesShown = 100;
+constexpr qint64 longestCharacter = unitsOfHalf;
 
 /// Where an offset is after a change; one in what was removed comes to the change's start.
 Offset followed(Offset offset, const TextChange &change)
@@ -13,10 +17,35 @@ Offset followed(Offset offset, const TextChange &change)
         + (offset >= change.offset + change.removed ? change.inserted : 0);
 }
 
-bool isPairAt(const TextStore &store, Offset offset)
+char16_t halfAt(const TextStore &store, Offset offset)
 {
-    return offset >= Offset() && offset + 1 < store.end() && QChar::isHighSurrogate(store.at(offset))
-        && QChar::isLowSurrogate(store.at(offset + 1));
+    return escapedHalfFrom(offset, store.end(), [&store](Offset i) { return store.at(i); });
+}
+
+char32_t characterIn(const TextStore &store, Offset offset)
+{
+    if (const char16_t half = halfAt(store, offset))
+        return half;
+    return codePointFrom(offset, store.end(), [&store](Offset i) { return store.at(i); });
+}
+
+int lengthIn(const TextStore &store, Offset offset)
+{
+    return halfAt(store, offset) ? unitsOfHalf : unitsOf(characterIn(store, offset));
+}
+
+/// Where the character begins that an offset lies in. Wherever a look at the units before it begins, it is in
+/// step by then.
+Offset startIn(const TextStore &store, Offset offset)
+{
+    Offset start = qMax(Offset(), offset - longestCharacter);
+    while (start < offset) {
+        const Offset next = start + lengthIn(store, start);
+        if (next > offset)
+            break;
+        start = next;
+    }
+    return start;
 }
 
 } // namespace
@@ -40,7 +69,7 @@ QList<char32_t> UnwritableText::first(int number) const
     QList<char32_t> characters;
     const qint64 end = qMin(count(), mostPlacesShown);
     for (qint64 i = 0; i < end && characters.size() < number; ++i) {
-        const char32_t c = characterAt(m_places.at(i));
+        const char32_t c = characterIn(m_document.store(), m_places.at(i));
         if (!characters.contains(c))
             characters << c;
     }
@@ -57,14 +86,7 @@ std::optional<Offset> UnwritableText::next(Offset offset) const
 
 int UnwritableText::lengthAt(Offset offset) const
 {
-    return isPairAt(m_document.store(), offset) ? 2 : 1;
-}
-
-char32_t UnwritableText::characterAt(Offset offset) const
-{
-    const TextStore &store = m_document.store();
-    return isPairAt(store, offset) ? QChar::surrogateToUcs4(store.at(offset), store.at(offset + 1))
-                                   : store.at(offset);
+    return lengthIn(m_document.store(), offset);
 }
 
 /// The text is another one. What was just read needs no look in the code that it was read in.
@@ -139,31 +161,33 @@ void UnwritableText::lookOn()
         emit changed();
 }
 
-/// One unit more on each side: an edit may have made a surrogate pair, or parted one.
+/// And at what is beside it: an edit may have made a character of several units, or parted one.
 void UnwritableText::lookAt(TextRange range)
 {
     const TextStore &store = m_document.store();
-    Offset from = qMax(Offset(), range.start - 1);
-    if (from < store.end() && QChar::isLowSurrogate(store.at(from)) && isPairAt(store, from - 1))
-        --from;
-    const Offset to = qMin(store.end(), range.end + 1);
+    const Offset from = startIn(store, qMax(Offset(), range.start - longestCharacter));
+    const Offset to = qMin(store.end(), range.end + longestCharacter);
     m_places.drop(from, to);
-    while (from < to) {
-        TextChunk chunk = store.chunkAt(from);
-        chunk.truncate(qMin(chunk.size(), to + 1 - from)); // with the second half of a pair
-        list(chunk, to);
-        from += chunk.size();
+    for (Offset next = from; next < to;) {
+        TextChunk chunk = store.chunkAt(next);
+        chunk.truncate(qMin(chunk.size(), to + 1 - next)); // with the second half of a pair
+        next = list(chunk, to);
     }
 }
 
-void UnwritableText::list(const TextChunk &chunk, Offset to)
+/// Returns where to go on: a character may reach beyond the chunk.
+Offset UnwritableText::list(const TextChunk &chunk, Offset to)
 {
-    qint64 at = m_code.codec->findWithoutCode(chunk, 0, m_code.asRead);
-    while (at >= 0 && chunk.offset + at < to) {
+    qint64 next = 0;
+    for (;;) {
+        const qint64 at =
+            next < chunk.size() ? m_code.codec->findWithoutCode(chunk, next, m_code.asRead) : -1;
         const Offset offset = chunk.offset + at;
+        if (at < 0 || offset >= to)
+            return chunk.offset + qMax(next, chunk.size());
         const bool isMark = offset == Offset() && m_document.store().at(offset) == QChar::ByteOrderMark;
         if (!isMark) // which is left out
             m_places.add(offset);
-        at = m_code.codec->findWithoutCode(chunk, at + lengthAt(offset), m_code.asRead);
+        next = at + lengthAt(offset);
     }
 }

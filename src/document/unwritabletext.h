@@ -29,7 +29,7 @@ public:
     /// Whether there is text that was not looked at yet.
     bool mayBeMore() const { return !m_left.isEmpty(); }
     /// The first different ones, in the order of the text; looks at no more than a hundred places. The escape
-    /// of a byte is itself.
+    /// of a byte is itself, an escaped half of a pair that half.
     QList<char32_t> first(int number) const;
     /// Where the next one begins, at an offset or behind it, else the first one of all, if there is any.
     std::optional<Offset> next(Offset offset) const;
@@ -52,9 +52,8 @@ private:
     void postpone(TextRange range);
     void lookOnLater();
     void lookAt(TextRange range);
-    void list(const TextChunk &chunk, Offset to);
+    Offset list(const TextChunk &chunk, Offset to);
     bool isFull() const { return count() >= m_most; }
-    char32_t characterAt(Offset offset) const;
 
     const TextDocument &m_document;
     const qint64 m_most;

@@ -45,6 +45,7 @@ private slots:
     void keepsUtf16();
     void utf16AsksBeforeEditsAreLost();
     void utf16ComesBeforeWhatItsBytesLack();
+    void halfAPairIsOneCharacter();
     void substitutesOfUtf16AreTold();
     void utf16IsNotOfferedOfBytesThatWereSaved();
     void saysWhatASaveWillChange_data();
@@ -324,6 +325,19 @@ void ReadingNoticesTest::utf16ComesBeforeWhatItsBytesLack()
     open(halfPair);
     QVERIFY(m_strip->click(u"×"_s));
     QTRY_VERIFY(m_strip->text().startsWith(u"Characters that Unicode lacks: "_s));
+}
+
+/// Though its bytes were read as three.
+void ReadingNoticesTest::halfAPairIsOneCharacter()
+{
+    open(halfPair);
+    QVERIFY(m_strip->click(u"×"_s));
+    QTRY_COMPARE(m_strip->text(), u"Characters that Unicode lacks: 1 (U+D83D)"_s);
+    QVERIFY(m_strip->click(u"Go to it"_s));
+    QCOMPARE(editor().markedText(), u"\xDCED\xDCA0\xDCBD"_s);
+    m_window->slotCmdFileSave();
+    QCOMPARE(m_strip->text(), u"Characters saved as \"\uFFFD\": 1 (U+D83D)"_s);
+    QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("\xEF\xBD\xA1\xEF\xBC\x8A\xEF\xBF\xBD")); // 61 FF, 0A FF
 }
 
 /// A save that loses something is news; Keep UTF-16, behind it, gives it back.

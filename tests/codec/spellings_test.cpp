@@ -350,7 +350,7 @@ void SpellingsTest::anotherCodeGetsNoBytes_data()
     QTest::addColumn<QByteArray>("other");
     QTest::addColumn<QByteArray>("result");
     const auto add = [](const char *codec, const char *bytes, const char *other, const char *result) {
-        QTest::addRow("%s %s", codec, other)
+        QTest::addRow("%s %s to %s", codec, QByteArray(bytes).toPercentEncoding().constData(), other)
             << QByteArray(codec) << QByteArray(bytes) << QByteArray(other) << QByteArray(result);
     };
     add("SJIS", "a\xFF\xFA\x54z", "UTF8", "a\xEF\xBF\xBD\xEF\xBF\xA2z");
@@ -358,6 +358,14 @@ void SpellingsTest::anotherCodeGetsNoBytes_data()
     add("SJIS", "a\x81", "JIS7", "a?");
     add("UTF8", "\xEF\xBB\xBF\xE6\xBCz", "SJIS", "??z");
     add("JIS7", "a\x1B(B\x1B$B)!\x1B(B\x80z", "UTF8", "a\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDz");
+    // The bytes of half a surrogate pair are one character, unless some of them are missing.
+    add("UTF8", "a\xED\xA0\xBDz", "SJIS", "a?z");
+    add("UTF8", "\xED\xA0\xBD\xED\xBF\xBF", "eucJP", "??");
+    add("UTF8", "\xED\xA0z\xED", "JIS7", "??z?");
+    add("UTF8", "\xED\xA0\xF0\x9F\x98\x80", "SJIS", "???");
+    add("UTF8", "\xED\xA0", "SJIS", "??");
+    add("UTF8", "\xED\x9F\xED\xED\xA0\xBD\xBD", "SJIS", "?????");
+    add("UTF8", "\xED\xA0\xED\xA0\x80\xA0", "SJIS", "????");
 }
 
 void SpellingsTest::anotherCodeGetsNoBytes()

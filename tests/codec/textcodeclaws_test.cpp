@@ -95,6 +95,8 @@ private slots:
     void pairsInEachSetOfJis();
     void everyUnitInUtf16_data();
     void everyUnitInUtf16();
+    void loneHalvesAreOneCharacter_data();
+    void loneHalvesAreOneCharacter();
     void randomBuffers_data();
     void randomBuffers();
     void randomBuffersCutAnyhow_data();
@@ -218,6 +220,49 @@ void TextCodecLawsTest::everyUnitInUtf16()
         const QString text = decoded(*c, bytes);
         QVERIFY2(encoded(*c, text) == bytes, bytes.toHex());
         QVERIFY2(decoded(*utf8, encoded(*utf8, text)) == text, bytes.toHex());
+    }
+}
+
+void TextCodecLawsTest::loneHalvesAreOneCharacter_data()
+{
+    addCodecRows({ "SJIS", "eucJP", "JIS7", "UTF8", "ISO-8859-1" });
+}
+
+namespace {
+
+QString withReplacedHalves(const QString &text)
+{
+    QString replaced;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar unit = text[at];
+        if (unit.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate())
+            replaced += QString(unit) + text[++at];
+        else
+            replaced += unit.isSurrogate() ? QChar(QChar::ReplacementCharacter) : unit;
+    }
+    return replaced;
+}
+
+} // namespace
+
+/// Whatever UTF-16 is saved in, and wherever its text is cut.
+void TextCodecLawsTest::loneHalvesAreOneCharacter()
+{
+    QFETCH(QByteArray, codec);
+    const TextCodec *c = &codecNamed(codec);
+    const TextCodec *utf16 = &codecNamed("UTF-16LE");
+    constexpr char16_t units[] = { u'a', u'漢', u'ｱ', u'\n', 0xD83D, 0xD800, 0xDBFF, 0xDE00, 0xDC81, 0xDFFF };
+    QRandomGenerator random(lawsSeed());
+    for (int i = 0; i < 2000; ++i) {
+        QString text;
+        for (int left = random.bounded(40); left > 0; --left)
+            text += QChar(units[random.bounded(int{ std::size(units) })]);
+        const QByteArray bytes =
+            markOf(*utf16) + QByteArray(reinterpret_cast<const char *>(text.utf16()), 2 * text.size());
+        const TextStore store = storeOf(*utf16, bytes, { nodesOf(8), 1 + random.bounded(70) });
+        QCOMPARE(storedBytes(*utf16, store).toHex(' '), bytes.toHex(' '));
+        QCOMPARE(storedBytes(*c, store, TextCodec::AsRead::Nothing).toHex(' '),
+            encoded(*c, withReplacedHalves(text)).toHex(' '));
     }
 }
 

@@ -1,12 +1,17 @@
 #include "document/unwritabletext.h"
 
+#include "codec/codecs.h"
 #include "document/textdocument.h"
 #include "tests/document/documentfolder.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
+#include "tests/text/tinynodes.h"
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
+
+#include <map>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -14,9 +19,17 @@ namespace {
 
 constexpr FileCodes shiftJis{ CharCode::ShiftJis, ReturnCode::Lf };
 
-bool isPairAt(const QString &text, qsizetype at)
+/// Units of the character there: of half a pair the escapes of three bytes.
+int lengthAt(const QString &text, qsizetype at)
 {
-    return text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+    const auto isIn = [&text](qsizetype i, char16_t first, char16_t last) {
+        return i < text.size() && text[i] >= first && text[i] <= last;
+    };
+    if (isIn(at, 0xD800, 0xDBFF) && isIn(at + 1, 0xDC00, 0xDFFF))
+        return 2;
+    const bool isHalf =
+        isIn(at, 0xDCED, 0xDCED) && isIn(at + 1, 0xDCA0, 0xDCBF) && isIn(at + 2, 0xDC80, 0xDCBF);
+    return isHalf ? 3 : 1;
 }
 
 /// What is listed: each character behind its place.
@@ -31,7 +44,7 @@ QStringList listOf(const UnwritableText &text, const TextDocument &document)
     return list;
 }
 
-/// Whether a character behind others is written as "?".
+/// Whether another one is written for a character behind others.
 bool isLost(const TextDocument &document, const QString &character)
 {
     TextStore store;
@@ -44,21 +57,25 @@ bool isLost(const TextDocument &document, const QString &character)
             return true;
         },
         document.writingCode().asRead);
-    return bytes == "a?" && character != u"?"_s;
+    const bool isUnknown = bytes == "a?" || bytes == "a\xEF\xBF\xBD";
+    return isUnknown && character != u"?"_s && character != QString(QChar::ReplacementCharacter);
 }
 
 /// The same from the whole text, one character after the other.
 QStringList recount(const TextDocument &document)
 {
     QStringList list;
-    static QHash<std::pair<const TextCodec *, QString>, bool> known; // encoding one takes its time
+    static std::map<std::tuple<const TextCodec *, TextCodec::AsRead, QString>, bool>
+        known; // encoding is slow
+    const WritingCode code = document.writingCode();
     const QString text = document.store().text();
     for (qsizetype at = 0; at < text.size();) {
-        const QString character = text.mid(at, isPairAt(text, at) ? 2 : 1);
-        auto lost = known.find({ document.writingCode().codec, character });
+        const QString character = text.mid(at, lengthAt(text, at));
+        auto lost = known.find({ code.codec, code.asRead, character });
         if (lost == known.end())
-            lost = known.insert({ document.writingCode().codec, character }, isLost(document, character));
-        if (*lost && (at > 0 || character != QString(QChar::ByteOrderMark)))
+            lost =
+                known.insert({ { code.codec, code.asRead, character }, isLost(document, character) }).first;
+        if (lost->second && (at > 0 || character != QString(QChar::ByteOrderMark)))
             list << QString::number(at) + u':' + character;
         at += character.size();
     }
@@ -79,6 +96,8 @@ private slots:
     void randomEdits();
     void anotherCode();
     void bytesOfAnotherCode();
+    void halvesOfPairs_data();
+    void halvesOfPairs();
     void markAtTheStart();
     void longTextIsLookedAtInSlices();
     void looksOnWhenItShall();
@@ -139,25 +158,33 @@ void UnwritableTextTest::editsAreLookedAt()
 void UnwritableTextTest::randomEdits_data()
 {
     QTest::addColumn<CharCode>("code");
+    QTest::addColumn<bool>("wasUtf16");
     QTest::addColumn<quint32>("seed");
     const quint32 first = seedOr(1);
-    for (const CharCode code : { CharCode::ShiftJis, CharCode::Euc, CharCode::Jis }) {
-        for (quint32 seed = first; seed < first + 5; ++seed)
-            QTest::addRow("%s, seed %u", infoOf(code).name.data(), seed) << code << seed;
+    for (const CharCode code : { CharCode::ShiftJis, CharCode::Euc, CharCode::Jis, CharCode::Utf8 }) {
+        for (const bool wasUtf16 : { false, true }) {
+            for (quint32 seed = first; seed < first + 5; ++seed)
+                QTest::addRow("%s%s, seed %u", infoOf(code).name.data(), wasUtf16 ? " from UTF-16" : "", seed)
+                    << code << wasUtf16 << seed;
+        }
     }
 }
 
 void UnwritableTextTest::randomEdits()
 {
     QFETCH(CharCode, code);
+    QFETCH(bool, wasUtf16);
     QFETCH(quint32, seed);
     QRandomGenerator random(seed);
     const auto below = [&](qint64 end) { return qint64(random.bounded(int(end))); };
     // Halves of pairs come together and are parted, as undecodable bytes of UTF-16 may.
     const QStringList alphabet{ u"a"_s, u"\n"_s, u"é"_s, u"–"_s, u"漢"_s, u"ｱ"_s, u"\U0001F600"_s,
         QString(QChar(0xD83D)), QString(QChar(0xDE00)), QString(QChar(0xDC81)), QString(QChar(0xFEFF)),
-        u"€"_s };
-    TextDocument document({ code, ReturnCode::Lf });
+        u"€"_s, QString(QChar(0xDCED)), QString(QChar(0xDCA0)), u"\xDCED\xDCA0\xDCBD"_s };
+    const FileCodes codes{ code, ReturnCode::Lf };
+    TextDocument document(codes);
+    document.startNew(fileName, codes, wasUtf16 ? utf16LittleEndianCodec() : infoOf(code).codec());
+    document.setText(TextStore({}, nodesOf(8)));
     UnwritableText text(document);
     for (int step = 0; step < 600; ++step) {
         const qint64 length = document.store().length();
@@ -207,6 +234,47 @@ void UnwritableTextTest::bytesOfAnotherCode()
     QCOMPARE(text.first(5), QList<char32_t>{ 0xDCFF });
     document.save(folder.path(), fileName, CharCode::ShiftJis);
     QCOMPARE(text.count(), 0);
+}
+
+void UnwritableTextTest::halvesOfPairs_data()
+{
+    QTest::addColumn<QByteArray>("units"); // in UTF-16LE
+    QTest::addColumn<CharCode>("code");
+    QTest::addColumn<QList<char32_t>>("first");
+    QTest::addColumn<qint64>("count");
+    QTest::newRow("first half") << "\x41\x30\x3D\xD8\x42\x30"_ba << CharCode::Utf8
+                                << QList<char32_t>{ 0xD83D } << qint64{ 1 };
+    QTest::newRow("second half") << "\x81\xDC\x42\x30"_ba << CharCode::ShiftJis << QList<char32_t>{ 0xDC81 }
+                                 << qint64{ 1 };
+    QTest::newRow("at the end") << "\x41\x30\x3D\xD8"_ba << CharCode::Euc << QList<char32_t>{ 0xD83D }
+                                << qint64{ 1 };
+    QTest::newRow("the wrong way round")
+        << "\x10\xDE\x3D\xD8"_ba << CharCode::Jis << QList<char32_t>{ 0xDE10, 0xD83D } << qint64{ 2 };
+    QTest::newRow("the same twice") << "\x3D\xD8\x3D\xD8"_ba << CharCode::Utf8 << QList<char32_t>{ 0xD83D }
+                                    << qint64{ 2 };
+    QTest::newRow("beside a pair") << "\x3D\xD8\x3D\xD8\x10\xDE"_ba << CharCode::Utf8
+                                   << QList<char32_t>{ 0xD83D } << qint64{ 1 };
+    QTest::newRow("beside an odd byte")
+        << "\x3D\xD8\xE9"_ba << CharCode::Utf8 << QList<char32_t>{ 0xD83D, 0xDCE9 } << qint64{ 2 };
+}
+
+/// Of a file in UTF-16 that is read by its bytes and saved in another code.
+void UnwritableTextTest::halvesOfPairs()
+{
+    QFETCH(QByteArray, units);
+    QFETCH(CharCode, code);
+    QFETCH(qint64, count);
+    const DocumentFolder folder;
+    QVERIFY(folder.write(fileName, "\xFF\xFE" + units));
+    TextDocument document;
+    const UnwritableText text(document);
+    QCOMPARE(document.load(folder.path(), fileName, {}, {}), std::nullopt);
+    document.save(folder.path(), fileName, code);
+    QTEST(text.first(5), "first");
+    QCOMPARE(text.count(), count);
+    QCOMPARE(listOf(text, document), recount(document));
+    const QByteArray written = folder.read(fileName);
+    QCOMPARE(written.count('?') + written.count("\xEF\xBF\xBD"), count);
 }
 
 void UnwritableTextTest::markAtTheStart()
