@@ -34,9 +34,10 @@ constexpr KindInfo kinds[] = {
     { NoticeKind::Unsaved, 490 },
     { NoticeKind::NotWritable, 480, ofDisk },
     { NoticeKind::ReplacedInPart, 450 },
+    // What does not fit a code looks odd, but comes back as it was; these bytes do not.
+    { NoticeKind::RewrittenBytes, 420, ofText },
     { NoticeKind::WrongCode, 400, ofText },
     { NoticeKind::KeptFile, 350 },
-    { NoticeKind::RewrittenBytes, 300, ofText },
     { NoticeKind::NoRecovery, 250 },
     { NoticeKind::Following, 100 },
     { NoticeKind::Languages, 60 },
