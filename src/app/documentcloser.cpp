@@ -6,6 +6,7 @@
 #include "app/editruns.h"
 #include "app/recentplaces.h"
 #include "editor/ctlediter.h"
+#include "editor/ctltabbar.h"
 #include "files/filename.h"
 #include "platform/endquestion.h"
 #include "platform/messagebox.h"
@@ -139,10 +140,22 @@ void DocumentCloser::askAndClose(ctlEditer *editor)
             return;
         const QPointer<ctlEditer> next =
             m_documents.current() == editor ? before.data() : m_documents.current();
-        close(editor);
-        if (next && next != editor && next != m_documents.current())
-            m_documents.present(next);
+        if (next && next != editor)
+            closeBehind(editor, next);
+        else
+            close(editor);
     });
+}
+
+/// The tabs stay where they were scrolled to, for who closes one after the other.
+void DocumentCloser::closeBehind(ctlEditer *editor, ctlEditer *shown)
+{
+    ctlTabBar &tabs = *m_documents.tabBar();
+    const int scrolled = tabs.scrolled();
+    close(editor);
+    if (shown != m_documents.current())
+        m_documents.present(shown);
+    tabs.scrollTo(scrolled);
 }
 
 void DocumentCloser::closeOthers(ctlEditer *kept)

@@ -7,6 +7,7 @@
 #include "text/graphemes.h"
 
 #include <QHelpEvent>
+#include <QPointingDevice>
 #include <QScopedValueRollback>
 #include <QToolButton>
 #include <QToolTip>
@@ -207,6 +208,22 @@ ctlEditer *ctlTabBar::editorAt(int index) const
 int ctlTabBar::idAt(int index) const
 {
     return entryOf(tabData(index)).id;
+}
+
+int ctlTabBar::scrolled() const
+{
+    return -tabRect(0).left();
+}
+
+/// The base goes to a pixel for the wheel of a touch pad alone.
+void ctlTabBar::scrollTo(int pixels)
+{
+    const QPointingDevice pad(QStringLiteral("tabs"), 0, QInputDevice::DeviceType::TouchPad,
+        QPointingDevice::PointerType::Finger, QInputDevice::Capability::PixelScroll, 1, 0);
+    const QPointF place = rect().center();
+    QWheelEvent event(place, mapToGlobal(place), { scrolled() - pixels, 0 }, {}, Qt::NoButton, {},
+        Qt::NoScrollPhase, false, Qt::MouseEventSynthesizedByApplication, &pad);
+    QTabBar::wheelEvent(&event);
 }
 
 bool ctlTabBar::event(QEvent *event)

@@ -47,6 +47,12 @@ public:
     QString shortened(const QString &caption) const;
     QString labelOf(const QString &text) const;
 
+    /// How far tabs without room are scrolled, in pixels; each tab that becomes current scrolls itself into
+    /// view.
+    int scrolled() const;
+    /// As far as there are tabs.
+    void scrollTo(int pixels);
+
     /// Whether tabs can be dragged.
     void applySettings();
 

@@ -26,6 +26,7 @@ private slots:
     void closesItsDocumentAndNoOther();
     void asksBeforeItCloses();
     void middleButtonCloses();
+    void tabsStayWhereTheyAreScrolledTo();
     void closesTheOthers();
     void closesOthersUntilItIsCancelled();
     void copiesThePath();
@@ -169,6 +170,32 @@ void TabMenuTest::middleButtonCloses()
     QTest::mouseClick(m_parts->documents.tabBar(), Qt::MiddleButton, {}, middle);
     QCOMPARE(boxes.count(), 1);
     QCOMPARE(m_parts->documents.editors(), QList{ second });
+}
+
+/// Behind the one that is shown and before it, with and without a question.
+void TabMenuTest::tabsStayWhereTheyAreScrolledTo()
+{
+    ctlTabBar &tabs = *m_parts->documents.tabBar();
+    for (int i = 0; i < 40; ++i)
+        open(QString::number(i) + u".txt"_s);
+    ctlEditer *const edited = m_parts->documents.editors().at(25);
+    edited->insert(u"x"_s);
+    const MessageBoxes boxes({ u"No"_s });
+    for (const int shown : { 0, 36 }) {
+        ctlEditer *const current = m_parts->documents.editors().at(shown);
+        m_parts->documents.present(current);
+        const int scrolled = tabs.scrolled() + tabs.tabRect(24).left() - 20;
+        tabs.scrollTo(scrolled);
+        for (int i = 0; i < 2; ++i) {
+            ctlEditer *const closed = m_parts->documents.editors().at(25);
+            QTest::mouseClick(&tabs, Qt::MiddleButton, {}, tabs.tabRect(25).center());
+            QVERIFY(!m_parts->documents.editors().contains(closed));
+            QCOMPARE(m_parts->documents.current(), current);
+            QCOMPARE(tabs.scrolled(), scrolled);
+        }
+    }
+    QCOMPARE(boxes.count(), 1);
+    QCOMPARE(m_parts->documents.editors().size(), 36);
 }
 
 void TabMenuTest::closesTheOthers()

@@ -19,6 +19,7 @@ private slots:
     void rightClickTellsNothing();
     void wheelChangesNothing();
     void wheelScrollsTabsWithoutRoom();
+    void scrollsToAPixel();
     void draggingMovesATab();
     void dragEndsWhereTabsAreChosen();
     void middleButtonAsksToClose();
@@ -93,6 +94,26 @@ void CtlTabBarPointerTest::wheelScrollsTabsWithoutRoom()
     turnWheel(120 * 20); // to the start and no further
     QVERIFY(m_bar->tabRect(0).left() >= 0);
     QCOMPARE(m_bar->editorOf(m_bar->currentTab()), first);
+}
+
+void CtlTabBarPointerTest::scrollsToAPixel()
+{
+    m_bar->resize(200, 30);
+    for (int i = 0; i < 9; ++i)
+        addTab();
+    const int none = m_bar->scrolled();
+    for (const int pixels : { 50, 51, 7 }) {
+        m_bar->scrollTo(pixels);
+        QCOMPARE(m_bar->scrolled(), pixels);
+        QCOMPARE(m_bar->tabRect(0).left(), -pixels);
+    }
+    m_bar->scrollTo(-100);
+    QCOMPARE(m_bar->scrolled(), none);
+    m_bar->scrollTo(10000);
+    const int last = m_bar->tabRect(8).right();
+    QVERIFY2(last > 100 && last < 200, qPrintable(QString::number(last)));
+    turnWheel(-120);
+    QCOMPARE(m_bar->tabRect(8).right(), last); // as far as the wheel goes
 }
 
 void CtlTabBarPointerTest::drag(int from, int to) const
