@@ -306,7 +306,9 @@ bool DocumentLoader::mayReopen(ctlEditer &editor)
 
 void DocumentLoader::offerCode(ctlEditer *editor, CharCode charCode)
 {
-    const auto text = [editor] { return tr("Open already, read as %1").arg(editor->charCodeName()); };
+    const auto text = [readAs = editor->charCodeName()] {
+        return tr("Open already, read as %1").arg(readAs);
+    };
     const auto offer = [charCode] { return tr("Reopen as %1").arg(infoOf(charCode).label); };
     m_documents.notices().put(
         { NoticeKind::OtherCode, editor, text, { { offer, [=, this] { reopen(editor, charCode); } } } });

@@ -4,7 +4,7 @@
 #include "app/documentfile.h"
 #include "app/documentloader.h"
 #include "app/reopenchoices.h"
-#include "document/utf16text.h"
+#include "codec/codecs.h"
 
 #include <utility>
 
@@ -12,10 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString codeText(const TextDocument &document)
+QString codeText(const ReadFindings &found, CharCode readAs)
 {
-    const ReadFindings &found = document.findings();
-    const QString code = infoOf(document.charCode()).name;
+    const QString code = infoOf(readAs).name;
     if (found.fittingCode)
         return ReadingNotices::tr("Read as %1, but %2 reads it without a fault")
             .arg(code, infoOf(*found.fittingCode).label);
@@ -42,6 +41,11 @@ bool canBeSaved(const TextDocument &document)
     return document.charCode() != CharCode::Binary;
 }
 
+FileCodes codesOf(const TextDocument &document)
+{
+    return { document.charCode(), document.returnCode() };
+}
+
 /// Of a file that was read by the rules that go by bytes.
 bool isUtf16InBytes(const TextDocument &document)
 {
@@ -54,27 +58,51 @@ ReadingNotices::ReadingNotices(DocumentArea &documents, DocumentLoader &loader)
     : m_documents(documents)
     , m_loader(loader)
 {
-    connect(&documents, &DocumentArea::added, this, [this](ctlEditer *editor) {
-        connect(&editor->document(), &TextDocument::replaced, this, [=, this] { update(editor); });
-        connect(&editor->document(), &TextDocument::codesChanged, this, [=, this] {
-            if (keepsUtf16(std::as_const(*editor).document()))
-                m_documents.notices().withdraw(NoticeKind::Utf16, editor);
-        });
-        connect(&editor->document(), &TextDocument::saved, this, [=, this] {
-            m_documents.notices().withdraw(NoticeKind::RewrittenBytes, editor);
-            if (isUtf16InBytes(std::as_const(*editor).document())) // its file is none any more
-                m_documents.notices().withdraw(NoticeKind::Utf16, editor);
-        });
-    });
+    connect(&documents, &DocumentArea::added, this, &ReadingNotices::add);
+    connect(&documents, &DocumentArea::closed, this, [this](ctlEditer *editor) { m_inFile.remove(editor); });
+}
+
+void ReadingNotices::add(ctlEditer *editor)
+{
+    const TextDocument *const document = &editor->document();
+    connect(document, &TextDocument::replaced, this, [=, this] { update(editor); });
+    connect(document, &TextDocument::codesChanged, this, [=, this] { followChoice(editor); });
+    connect(document, &TextDocument::saved, this, [=, this] { followSave(editor); });
+}
+
+void ReadingNotices::withdraw(std::initializer_list<NoticeKind> kinds, const ctlEditer *editor)
+{
+    for (const NoticeKind kind : kinds)
+        m_documents.notices().withdraw(kind, editor);
+}
+
+/// What was said of the codes that a save will write may not be so any more.
+void ReadingNotices::followChoice(const ctlEditer *editor)
+{
+    const TextDocument &document = editor->document();
+    if (document.isUtf16() && document.writingCode().codec != &utf8Codec())
+        withdraw({ NoticeKind::Utf16 }, editor);
+    if (document.returnCode() != m_inFile.value(editor).returnCode)
+        withdraw({ NoticeKind::RewrittenBytes }, editor);
+}
+
+/// What a save would change has changed, and where the file has got another code, nothing is left of the
+/// bytes that were told of.
+void ReadingNotices::followSave(const ctlEditer *editor)
+{
+    withdraw({ NoticeKind::Utf16, NoticeKind::RewrittenBytes }, editor);
+    const FileCodes before = std::exchange(m_inFile[editor], codesOf(editor->document()));
+    if (&infoOf(before.charCode).codec() != &infoOf(m_inFile[editor].charCode).codec())
+        withdraw({ NoticeKind::WrongCode, NoticeKind::OtherCode }, editor);
 }
 
 /// The text is another one: what was told of the one before says nothing any more.
 void ReadingNotices::update(ctlEditer *editor)
 {
-    for (const NoticeKind kind :
-        { NoticeKind::OtherCode, NoticeKind::WrongCode, NoticeKind::Utf16, NoticeKind::RewrittenBytes })
-        m_documents.notices().withdraw(kind, editor);
+    withdraw({ NoticeKind::OtherCode, NoticeKind::WrongCode, NoticeKind::Utf16, NoticeKind::RewrittenBytes },
+        editor);
     const TextDocument &document = editor->document();
+    m_inFile[editor] = codesOf(document);
     if (document.findings().utf16)
         tellUtf16(editor);
     else if (document.charCode() == CharCode::Binary)
@@ -90,7 +118,8 @@ void ReadingNotices::update(ctlEditer *editor)
 void ReadingNotices::tellCode(ctlEditer *editor)
 {
     const TextDocument &document = editor->document();
-    Notice notice{ NoticeKind::WrongCode, editor, [&document] { return codeText(document); }, {} };
+    Notice notice{ NoticeKind::WrongCode, editor,
+        [&document, readAs = document.charCode()] { return codeText(document.findings(), readAs); }, {} };
     if (const auto code = document.findings().fittingCode)
         notice.offers.push_back(
             codeOffer(editor, *code, [=] { return tr("Reopen as %1").arg(infoOf(*code).label); }));

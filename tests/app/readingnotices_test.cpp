@@ -46,16 +46,29 @@ private slots:
     void utf16AsksBeforeEditsAreLost();
     void utf16ComesBeforeWhatItsBytesLack();
     void halfAPairIsOneCharacter();
-    void substitutesOfUtf16AreTold();
+    void utf16GoesWithAnotherCode();
     void utf16IsNotOfferedOfBytesThatWereSaved();
     void saysWhatASaveWillChange_data();
     void saysWhatASaveWillChange();
     void whatIsLostComesBeforeWhatLooksOdd();
     void keepsACopyOfTheFile();
     void changesGoUnsaidOnceSaved();
+    void codesGoUnsaidOnceSavedInAnother_data();
+    void codesGoUnsaidOnceSavedInAnother();
+    void namesTheCodeThatItWasReadAs();
+    void lineEndsGoUnsaidOnceOthersAreChosen();
     void followsTheLanguage();
 
 private:
+    /// In a folder that there is not.
+    void failToSaveAs(CharCode charCode, ReturnCode returnCode)
+    {
+        m_window->choices = { { m_files->folder() + u"none/"_s, u"a.txt"_s, charCode, returnCode } };
+        MessageBoxes boxes;
+        m_window->slotCmdFileSaveAs();
+        QCOMPARE(boxes.count(), 1);
+    }
+
     ctlEditer &editor() const { return *m_window->currentEditor(); }
     const NoticeQueue &notices() const { return m_window->findChild<DocumentArea *>()->notices(); }
     QString open(const QByteArray &content)
@@ -277,6 +290,7 @@ void ReadingNoticesTest::readsUtf16AsText()
     QCOMPARE(m_strip->offers(), QStringList({ u"Keep UTF-16"_s, u"Reopen as"_s }));
     m_window->slotCmdFileSave();
     QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("a\xE6\xBC\xA2\r\nb"));
+    QVERIFY(!m_strip->isShown()); // it is UTF-8 now
 }
 
 void ReadingNoticesTest::keepsUtf16()
@@ -341,8 +355,8 @@ void ReadingNoticesTest::halfAPairIsOneCharacter()
     QCOMPARE(m_files->read(u"a.txt"_s), QByteArray("\xEF\xBD\xA1\xEF\xBC\x8A\xEF\xBF\xBD")); // 61 FF, 0A FF
 }
 
-/// A save that loses something is news; Keep UTF-16, behind it, gives it back.
-void ReadingNoticesTest::substitutesOfUtf16AreTold()
+/// The save that it told of was another one.
+void ReadingNoticesTest::utf16GoesWithAnotherCode()
 {
     const QByteArray accent("\xFF\xFE"
                             "a\0\xE9\0",
@@ -354,9 +368,7 @@ void ReadingNoticesTest::substitutesOfUtf16AreTold()
     QCOMPARE(m_files->read(u"b.txt"_s), QByteArray("a?"));
     QCOMPARE(m_strip->text(), u"Characters saved as \"?\": 1 (é)"_s);
     QVERIFY(m_strip->click(u"×"_s));
-    QVERIFY(m_strip->click(u"Keep UTF-16"_s));
-    m_window->slotCmdFileSave();
-    QCOMPARE(m_files->read(u"b.txt"_s), accent);
+    QVERIFY(!m_strip->isShown());
 }
 
 /// What was read byte by byte is saved as UTF-8, which read as UTF-16 would be another text.
@@ -420,6 +432,61 @@ void ReadingNoticesTest::changesGoUnsaidOnceSaved()
     open("a\r\nb\n");
     QVERIFY(m_strip->isShown());
     m_window->slotCmdFileSave();
+    QVERIFY(!m_strip->isShown());
+}
+
+void ReadingNoticesTest::codesGoUnsaidOnceSavedInAnother_data()
+{
+    QTest::addColumn<QByteArray>("content"); // which is read as Shift-JIS
+    QTest::addColumn<std::optional<CharCode>>("wanted"); // for the file that is open already
+    QTest::addColumn<std::optional<CharCode>>("savedAs");
+    QTest::addColumn<QString>("text"); // empty: nothing
+    const QString fits = u"Read as Shift-JIS, but UTF-8 reads it without a fault"_s;
+    const QString bytes = u"Bytes that are not Shift-JIS: 1"_s;
+    const QString open = u"Open already, read as Shift-JIS"_s;
+    const QByteArray broken = "\x82\xA0\xFF\n";
+    using Code = std::optional<CharCode>;
+    QTest::newRow("another code fits, saved") << smile << Code() << Code() << fits;
+    QTest::newRow("another code fits, saved as EUC") << smile << Code() << Code(CharCode::Euc) << QString();
+    QTest::newRow("wrong bytes, saved") << broken << Code() << Code() << bytes;
+    QTest::newRow("wrong bytes, saved as Shift-JIS") << broken << Code() << Code(CharCode::ShiftJis) << bytes;
+    QTest::newRow("wrong bytes, saved as UTF-8") << broken << Code() << Code(CharCode::Utf8) << QString();
+    QTest::newRow("open already, saved") << kanji << Code(CharCode::Euc) << Code() << open;
+    QTest::newRow("open already, saved as EUC")
+        << kanji << Code(CharCode::Euc) << Code(CharCode::Euc) << QString();
+}
+
+void ReadingNoticesTest::codesGoUnsaidOnceSavedInAnother()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(std::optional<CharCode>, wanted);
+    QFETCH(std::optional<CharCode>, savedAs);
+    const QString name = open(content);
+    if (wanted)
+        m_window->openDocument(name, int(*wanted));
+    QVERIFY(m_strip->isShown());
+    QVERIFY(editor().saveFile(editor().path(), editor().name(), savedAs, {}));
+    while (m_strip->text().startsWith(u"Characters saved as"_s))
+        QVERIFY(m_strip->click(u"×"_s));
+    QTEST(m_strip->isShown() ? m_strip->text() : QString(), "text");
+}
+
+void ReadingNoticesTest::namesTheCodeThatItWasReadAs()
+{
+    open(smile);
+    failToSaveAs(CharCode::Euc, {});
+    QCOMPARE(editor().charCodeName(), u"EUC"_s);
+    if (m_strip->text().startsWith(u"Characters that EUC lacks"_s))
+        QVERIFY(m_strip->click(u"×"_s));
+    QCOMPARE(m_strip->text(), u"Read as Shift-JIS, but UTF-8 reads it without a fault"_s);
+}
+
+void ReadingNoticesTest::lineEndsGoUnsaidOnceOthersAreChosen()
+{
+    open("a\r\nb\n");
+    failToSaveAs(CharCode::Utf8, ReturnCode::CrLf);
+    QCOMPARE(m_strip->text(), u"Saving will change: LF → CR+LF (1)"_s);
+    failToSaveAs(CharCode::Utf8, ReturnCode::Lf);
     QVERIFY(!m_strip->isShown());
 }
 
