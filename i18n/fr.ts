@@ -40,6 +40,10 @@
         <translation>marlopad&#xa0;: %1 (voir marlopad --help)</translation>
     </message>
     <message>
+        <source>marlopad: the window that is open does not answer, and none can be shown here (try again, or end process %1)</source>
+        <translation>marlopad&#xa0;: la fenêtre ouverte ne répond pas, et aucune ne peut être affichée ici (réessayer, ou terminer le processus %1)</translation>
+    </message>
+    <message>
         <source>marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)</source>
         <translation>marlopad&#xa0;: il n’y a pas d’écran où afficher une fenêtre (voir DISPLAY et WAYLAND_DISPLAY)</translation>
     </message>

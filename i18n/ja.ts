@@ -40,6 +40,10 @@
         <translation>marlopad: %1（marlopad --helpを参照）</translation>
     </message>
     <message>
+        <source>marlopad: the window that is open does not answer, and none can be shown here (try again, or end process %1)</source>
+        <translation>marlopad: 開いているウィンドウが応答しません。ここでは別のウィンドウを表示できません（もう一度試すか、プロセス%1を終了してください）</translation>
+    </message>
+    <message>
         <source>marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)</source>
         <translation>marlopad: ウィンドウを表示できるディスプレイがありません（DISPLAY、WAYLAND_DISPLAYを確認してください）</translation>
     </message>

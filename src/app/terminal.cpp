@@ -38,6 +38,19 @@ private:
     std::unique_ptr<Translation> m_translation;
 };
 
+QString textOfNoAnswer(uint process)
+{
+    return CommandLine::tr("marlopad: the window that is open does not answer, and none can be shown here "
+                           "(try again, or end process %1)")
+        .arg(process);
+}
+
+QString textOfNoDisplay()
+{
+    return CommandLine::tr(
+        "marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)");
+}
+
 } // namespace
 
 int answerOnTerminal(const CommandLine &line, int argc, char **argv)
@@ -67,9 +80,7 @@ int openWithoutDisplay(int argc, char **argv, FileRequests requests)
         result = LauncherChannel::handOver(requests);
     if (result == HandOver::Done)
         return EXIT_SUCCESS;
-    write(
-        CommandLine::tr("marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)")
-            + u'\n',
-        stderr);
+    const uint silent = result == HandOver::NoAnswer ? LauncherChannel::instance() : 0;
+    write((silent ? textOfNoAnswer(silent) : textOfNoDisplay()) + u'\n', stderr);
     return EXIT_FAILURE;
 }

@@ -192,21 +192,31 @@ LauncherChannel::HandOver LauncherChannel::handOver(FileRequests &requests)
 {
     const auto bus = sessionBus();
     if (!bus)
-        return HandOver::Failed;
+        return HandOver::NoInstance;
     OwnersEnd end(*bus);
     const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    if (!QCopChannel::isRegistered(ownChannel())
-        || !isAnswered(*bus, callOfInstance(QStringLiteral("raise"), { token })))
-        return HandOver::Failed;
+    if (!QCopChannel::isRegistered(ownChannel()))
+        return HandOver::NoInstance;
+    if (!isAnswered(*bus, callOfInstance(QStringLiteral("raise"), { token })))
+        return HandOver::NoAnswer;
     switch (giveDocuments(*bus, requests)) {
     case Answer::Taken:
         return HandOver::Done;
     case Answer::Refused:
-        return end.await() ? HandOver::Ended : HandOver::Failed;
+        return end.await() ? HandOver::Ended : HandOver::NoAnswer;
     case Answer::None:
         break;
     }
-    return HandOver::Failed;
+    return HandOver::NoAnswer;
+}
+
+uint LauncherChannel::instance()
+{
+    const auto bus = sessionBus();
+    const QVariantList answer = bus
+        ? askBus(*bus, QStringLiteral("GetConnectionUnixProcessID"), { QCopChannel::service(ownChannel()) })
+        : QVariantList();
+    return answer.value(0).toUInt();
 }
 
 void LauncherChannel::setTaking(Taking taking)

@@ -35,11 +35,14 @@ public:
     enum class HandOver {
         Done, ///< all were taken
         Ended, ///< one was refused, by a process that has ended since: somebody else may have the channel
-        Failed, ///< nobody answers within two seconds, or who has refused one does not end within five
+        NoInstance, ///< nobody has the channel, or there is no session bus
+        NoAnswer, ///< none within two seconds, or who has refused one does not end within five
     };
     /// Gives the process that has the channel these files, taking from the list each that it has confirmed;
     /// without any it is asked to show its window. As long as it takes files later, it is waited for.
     static HandOver handOver(FileRequests &requests);
+    /// The process that has the channel; 0 where there is none.
+    static uint instance();
 
     /// Files that a call of the bus brings, which is answered when they are taken or refused.
     void take(const FileRequests &requests, const QDBusMessage &message);

@@ -77,7 +77,7 @@ bool QPEApplication::handGivenOver()
         const HandOver result = LauncherChannel::handOver(m_given);
         if (result == HandOver::Ended)
             continue;
-        if (result == HandOver::Failed)
+        if (result != HandOver::Done)
             m_channel->openLater();
         return result == HandOver::Done;
     }

@@ -62,6 +62,8 @@ private slots:
     void saysThatThereIsNoDisplay_data();
     void saysThatThereIsNoDisplay();
     void handsOverWithoutADisplay();
+    void saysThatTheWindowDoesNotAnswer_data();
+    void saysThatTheWindowDoesNotAnswer();
     void goesToTheLine();
     void secondStartGoesToTheLine();
     void newFileIsMadeByItsFirstSave();
@@ -197,6 +199,34 @@ void ShellStartTest::handsOverWithoutADisplay()
     QVERIFY(takesKeys());
     press({ u"x"_s, u"ctrl+s"_s });
     QTRY_COMPARE(read(u"a.txt"_s), QByteArray("ab\nxcd\n"));
+}
+
+void ShellStartTest::saysThatTheWindowDoesNotAnswer_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("C")
+        << u"C"_s
+        << u"marlopad: the window that is open does not answer, and none can be shown here (try again, or end process %1)\n"_s;
+    QTest::newRow("fr_FR.UTF-8")
+        << u"fr_FR.UTF-8"_s
+        << u"marlopad : la fenêtre ouverte ne répond pas, et aucune ne peut être affichée ici (réessayer, ou terminer le processus %1)\n"_s;
+    QTest::newRow("ja_JP.UTF-8")
+        << u"ja_JP.UTF-8"_s
+        << u"marlopad: 開いているウィンドウが応答しません。ここでは別のウィンドウを表示できません（もう一度試すか、プロセス%1を終了してください）\n"_s;
+}
+
+void ShellStartTest::saysThatTheWindowDoesNotAnswer()
+{
+    QFETCH(QString, locale);
+    QFETCH(QString, told);
+    QVERIFY(start());
+    const pid_t silent = instance();
+    ::kill(silent, SIGSTOP);
+    const Answer answer = answerTo({ u"a.txt"_s }, locale);
+    QCOMPARE(answer.status, 1);
+    QCOMPARE(answer.output, QByteArray());
+    QCOMPARE(withPlainSpaces(answer.errors), told.arg(silent));
 }
 
 void ShellStartTest::goesToTheLine()
