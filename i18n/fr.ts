@@ -44,6 +44,10 @@
         <translation>marlopad&#xa0;: la fenêtre ouverte ne répond pas, et aucune ne peut être affichée ici (réessayer, ou terminer le processus %1)</translation>
     </message>
     <message>
+        <source>marlopad: the platform &apos;%1&apos; is not installed (see QT_QPA_PLATFORM)</source>
+        <translation>marlopad&#xa0;: la plate-forme «&#xa0;%1&#xa0;» n’est pas installée (voir QT_QPA_PLATFORM)</translation>
+    </message>
+    <message>
         <source>marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)</source>
         <translation>marlopad&#xa0;: il n’y a pas d’écran où afficher une fenêtre (voir DISPLAY et WAYLAND_DISPLAY)</translation>
     </message>

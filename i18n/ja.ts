@@ -44,6 +44,10 @@
         <translation>marlopad: 開いているウィンドウが応答しません。ここでは別のウィンドウを表示できません（もう一度試すか、プロセス%1を終了してください）</translation>
     </message>
     <message>
+        <source>marlopad: the platform &apos;%1&apos; is not installed (see QT_QPA_PLATFORM)</source>
+        <translation>marlopad: プラットフォーム&apos;%1&apos;はインストールされていません（QT_QPA_PLATFORMを確認してください）</translation>
+    </message>
+    <message>
         <source>marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)</source>
         <translation>marlopad: ウィンドウを表示できるディスプレイがありません（DISPLAY、WAYLAND_DISPLAYを確認してください）</translation>
     </message>

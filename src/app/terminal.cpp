@@ -3,6 +3,7 @@
 #include "app/commandline.h"
 #include "app/translation.h"
 #include "platform/launcherchannel.h"
+#include "platform/toolkitplatform.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -47,6 +48,9 @@ QString textOfNoAnswer(uint process)
 
 QString textOfNoDisplay()
 {
+    if (!isWantedPlatformInstalled())
+        return CommandLine::tr("marlopad: the platform '%1' is not installed (see QT_QPA_PLATFORM)")
+            .arg(QString::fromLocal8Bit(wantedPlatforms().join(';')));
     return CommandLine::tr(
         "marlopad: there is no display to show a window on (see DISPLAY and WAYLAND_DISPLAY)");
 }

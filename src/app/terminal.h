@@ -9,5 +9,5 @@ class CommandLine;
 int answerOnTerminal(const CommandLine &line, int argc, char **argv);
 
 /// Where there is no display: hands the files over to the instance that has a window elsewhere, or says on
-/// standard error that there is none, or that it does not answer. Gives the status to exit with.
+/// standard error why no window shows them. Gives the status to exit with.
 int openWithoutDisplay(int argc, char **argv, FileRequests requests);

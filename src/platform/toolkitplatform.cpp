@@ -3,11 +3,21 @@
 #include "platform/framebuffer.h"
 #include "platform/waylandscreen.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QPluginLoader>
+
 #include <xcb/xcb.h>
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
+
+constexpr auto pluginFolder = "QT_QPA_PLATFORM_PLUGIN_PATH";
 
 struct PlatformWord {
     QByteArrayView option;
@@ -16,7 +26,43 @@ struct PlatformWord {
 constexpr PlatformWord platformWords[] = {
     { "-platform", "QT_QPA_PLATFORM" },
     { "-display", "DISPLAY" },
+    { "-platformpluginpath", pluginFolder },
 };
+
+/// What comes before its arguments, as the toolkit reads it.
+QString nameOf(const QByteArray &platform)
+{
+    return QString::fromLocal8Bit(platform.split(':').front().toLower());
+}
+
+QStringList pluginFolders()
+{
+    QStringList folders;
+    const QString own = qEnvironmentVariable(pluginFolder);
+    if (!own.isEmpty())
+        folders << own << own + u"/platforms"_s;
+    for (const QString &folder : QCoreApplication::libraryPaths())
+        folders << folder + u"/platforms"_s;
+    return folders;
+}
+
+bool isPluginOf(const QString &file, const QString &platform)
+{
+    const QJsonObject tells = QPluginLoader(file).metaData().value("MetaData"_L1).toObject();
+    const QJsonArray keys = tells.value("Keys"_L1).toArray();
+    return std::ranges::any_of(
+        keys, [&](const auto &key) { return key.toString().compare(platform, Qt::CaseInsensitive) == 0; });
+}
+
+/// Most plugins have the names of their platforms; the others tell them.
+bool isInstalled(const QString &platform)
+{
+    return std::ranges::any_of(pluginFolders(), [&](const QDir &folder) {
+        return folder.exists(u"libq"_s + platform + u".so"_s)
+            || std::ranges::any_of(folder.entryList(QDir::Files),
+                [&](const QString &name) { return isPluginOf(folder.filePath(name), platform); });
+    });
+}
 
 } // namespace
 
@@ -40,6 +86,12 @@ QList<QByteArray> wantedPlatforms()
     return isWayland ? QList<QByteArray>{ "wayland", "xcb" } : QList<QByteArray>{ "xcb", "wayland" };
 }
 
+bool isWantedPlatformInstalled()
+{
+    return std::ranges::any_of(
+        wantedPlatforms(), [](const QByteArray &one) { return isInstalled(nameOf(one)); });
+}
+
 DisplayProbe::DisplayProbe()
     : m_xServer(nullptr, xcb_disconnect)
     , m_isThere(std::ranges::any_of(wantedPlatforms(), [this](const QByteArray &one) { return has(one); }))
@@ -54,10 +106,12 @@ bool DisplayProbe::hasXServer()
 
 bool DisplayProbe::has(const QByteArray &platform)
 {
-    const QByteArray name = platform.split(':').front();
-    if (name == "xcb")
+    const QString name = nameOf(platform);
+    if (!isInstalled(name))
+        return false;
+    if (name == "xcb"_L1)
         return hasXServer();
-    if (name.startsWith("wayland"))
+    if (name.startsWith("wayland"_L1))
         return hasCompositor();
-    return name != "linuxfb" || hasFrameBuffer(platform);
+    return name != "linuxfb"_L1 || hasFrameBuffer(platform);
 }

@@ -61,6 +61,8 @@ private slots:
     void wrongOptionsAreRefused();
     void saysThatThereIsNoDisplay_data();
     void saysThatThereIsNoDisplay();
+    void saysThatThePlatformIsNotInstalled_data();
+    void saysThatThePlatformIsNotInstalled();
     void handsOverWithoutADisplay();
     void saysThatTheWindowDoesNotAnswer_data();
     void saysThatTheWindowDoesNotAnswer();
@@ -185,6 +187,35 @@ void ShellStartTest::saysThatThereIsNoDisplay()
     QCOMPARE(answer.status, 1);
     QCOMPARE(answer.output, QByteArray());
     QCOMPARE(withPlainSpaces(answer.errors), told.value(locale));
+}
+
+void ShellStartTest::saysThatThePlatformIsNotInstalled_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("asked by a variable")
+        << QStringList() << u"QT_QPA_PLATFORM=nosuch:a=b;other"_s << u"C"_s
+        << u"marlopad: the platform 'nosuch:a=b;other' is not installed (see QT_QPA_PLATFORM)\n"_s;
+    QTest::newRow("asked by a word, in French")
+        << QStringList{ u"-platform"_s, u"nosuch"_s } << QString() << u"fr_FR.UTF-8"_s
+        << u"marlopad : la plate-forme « nosuch » n’est pas installée (voir QT_QPA_PLATFORM)\n"_s;
+    QTest::newRow("in Japanese")
+        << QStringList() << u"QT_QPA_PLATFORM=nosuch"_s << u"ja_JP.UTF-8"_s
+        << u"marlopad: プラットフォーム'nosuch'はインストールされていません（QT_QPA_PLATFORMを確認してください）\n"_s;
+}
+
+void ShellStartTest::saysThatThePlatformIsNotInstalled()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, variable);
+    QFETCH(QString, locale);
+    QFETCH(QString, told);
+    const Answer answer = answerTo(options + QStringList{ u"a.txt"_s }, locale, variable);
+    QCOMPARE(answer.status, 1);
+    QCOMPARE(answer.output, QByteArray());
+    QCOMPARE(withPlainSpaces(answer.errors), told);
 }
 
 /// As a shell that came in over the network starts it.

@@ -2,8 +2,11 @@
 
 #include "tests/testprogram.h"
 
+#include <QCoreApplication>
+#include <QLibraryInfo>
 #include <QProcess>
 #include <QScopeGuard>
+#include <QTemporaryDir>
 
 #include <xcb/xcb.h>
 
@@ -36,6 +39,9 @@ private slots:
     void sessionSaysWhatComesFirst_data();
     void sessionSaysWhatComesFirst();
     void askedOneAloneCounts();
+    void oneHasToBeInstalled_data();
+    void oneHasToBeInstalled();
+    void pluginsOfAnotherFolderCount();
     void serverStaysMeanwhile();
 
 private:
@@ -100,6 +106,49 @@ void ToolkitPlatformTest::askedOneAloneCounts()
         QCOMPARE(wantedPlatforms(), QList<QByteArray>{ asked });
         QCOMPARE(DisplayProbe().isThere(), m_there == asked);
     }
+}
+
+void ToolkitPlatformTest::oneHasToBeInstalled_data()
+{
+    QTest::addColumn<QByteArray>("asked");
+    QTest::addColumn<bool>("isInstalled");
+    const auto row = [](const char *asked, bool isInstalled) {
+        QTest::newRow(asked) << QByteArray(asked) << isInstalled;
+    };
+    row("offscreen", true);
+    row("Offscreen:argument", true);
+    row("nosuch;minimal", true);
+    row("nosuch", false);
+    row("nosuch:argument;other", false);
+    row("../platforms/nosuch", false);
+    row(";", false);
+}
+
+void ToolkitPlatformTest::oneHasToBeInstalled()
+{
+    QFETCH(QByteArray, asked);
+    QFETCH(bool, isInstalled);
+    qputenv("QT_QPA_PLATFORM", asked);
+    QCOMPARE(isWantedPlatformInstalled(), isInstalled);
+    QCOMPARE(DisplayProbe().isThere(), isInstalled);
+}
+
+/// By what they tell of themselves, whatever their files are called.
+void ToolkitPlatformTest::pluginsOfAnotherFolderCount()
+{
+    const QString plugins = QLibraryInfo::path(QLibraryInfo::PluginsPath) + u"/platforms/"_s;
+    const QTemporaryDir folder;
+    QVERIFY(QFile::copy(plugins + u"libqminimal.so"_s, folder.filePath(u"other.so"_s)));
+    qputenv("QT_QPA_PLATFORM", "minimal");
+    const QStringList before = QCoreApplication::libraryPaths();
+    QCoreApplication::setLibraryPaths({});
+    const auto paths = qScopeGuard([&] {
+        QCoreApplication::setLibraryPaths(before);
+        qunsetenv("QT_QPA_PLATFORM_PLUGIN_PATH");
+    });
+    QVERIFY(!isWantedPlatformInstalled());
+    takePlatformWords({ "marlopad", "-platformpluginpath", QFile::encodeName(folder.path()) });
+    QVERIFY(isWantedPlatformInstalled());
 }
 
 /// A server begins anew when its last client has gone, and knows no names from before then.
