@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPixmapCache>
 #include <QTextDocument>
+#include <QTextTable>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +15,18 @@ QPixmap pictureOf(const QTextDocument &text, const QTextFormat &format)
 {
     const QUrl name(format.toImageFormat().name());
     return text.resource(QTextDocument::ImageResource, name).value<QPixmap>();
+}
+
+/// That of the text or, in a table, an equal share of it: the toolkit makes columns by their words alone.
+qreal roomAt(int position, const QTextDocument &text)
+{
+    const qreal whole = text.textWidth() - 2 * text.documentMargin();
+    const auto *const table = qobject_cast<const QTextTable *>(text.frameAt(position));
+    if (!table)
+        return whole;
+    const QTextTableFormat format = table->format();
+    const qreal beside = format.cellSpacing() + format.cellPadding() + format.border();
+    return whole / table->columns() - 2 * beside;
 }
 
 QPixmap scaled(const QPixmap &picture, QSize size)
@@ -38,10 +51,10 @@ FittedPictures::FittedPictures(QTextEdit *view)
     view->document()->documentLayout()->registerHandler(QTextFormat::ImageObject, this);
 }
 
-QSizeF FittedPictures::intrinsicSize(QTextDocument *text, int, const QTextFormat &format)
+QSizeF FittedPictures::intrinsicSize(QTextDocument *text, int position, const QTextFormat &format)
 {
     const qreal ratio = m_view.devicePixelRatioF();
-    const int room = int((text->textWidth() - 2 * text->documentMargin()) * ratio);
+    const int room = int(roomAt(position, *text) * ratio);
     QSize size = pictureOf(*text, format).size();
     if (size.width() > room)
         size.scale(room, size.height(), Qt::KeepAspectRatio);

@@ -7,8 +7,9 @@
 Q_DECLARE_INTERFACE(QTextObjectInterface, "org.qt-project.Qt.QTextObjectInterface")
 #endif
 
-/// The pictures of a text: pixel by pixel on the screen, or scaled down to the width of the text where that
-/// is less. They are fitted whenever the text is laid out, and kept scaled, so that scrolling paints alone.
+/// The pictures of a text: pixel by pixel on the screen, or scaled down to the width of the text, or of a
+/// column, where that is less. They are fitted whenever the text is laid out, and kept scaled, so that
+/// scrolling paints alone.
 class FittedPictures : public QObject, public QTextObjectInterface {
     Q_OBJECT
     Q_INTERFACES(QTextObjectInterface)

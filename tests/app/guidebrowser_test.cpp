@@ -7,6 +7,7 @@
 #include "tests/app/testwindow.h"
 #include "tests/testprogram.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QDirIterator>
 #include <QRegularExpression>
 #include <QScrollBar>
@@ -33,6 +34,7 @@ QStringList shownRow(const QTextTable &table, int row)
 }
 
 constexpr int widthOfWindow = 640; ///< device pixels: of what the pictures show
+constexpr int widthOfWidestSign = 100;
 
 /// Of the pictures of windows, once the whole is laid out.
 QSet<qreal> widthsOfPictures(const QTextDocument &shown)
@@ -74,6 +76,8 @@ private slots:
     void fingerFollowsALink();
     void picturesFit_data();
     void picturesFit();
+    void picturesStayInTheirColumn_data();
+    void picturesStayInTheirColumn();
     void whatCannotBeNarrowerScrolls();
     void placeStaysWhereWidthChanges_data();
     void placeStaysWhereWidthChanges();
@@ -344,6 +348,52 @@ void GuideBrowserTest::picturesFit()
     QCOMPARE(browser.horizontalScrollBar()->maximum(), 0);
     const qreal room = browser.viewport()->width() - 2 * browser.document()->documentMargin();
     QCOMPARE(widths, QSet{ qMin(room, widthOfWindow / browser.devicePixelRatioF()) });
+}
+
+void GuideBrowserTest::picturesStayInTheirColumn_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<bool>("areWhole");
+    for (const Language language : { English, Japanese }) {
+        const auto row = [language](const char *room, int width, bool areWhole) {
+            QTest::addRow("%s in language %d", room, int(language)) << int(language) << width << areWhole;
+        };
+        row("a handheld upright", 230, false);
+        row("room", 480, true);
+    }
+}
+
+void GuideBrowserTest::picturesStayInTheirColumn()
+{
+    QFETCH(int, language);
+    QFETCH(int, width);
+    QFETCH(bool, areWhole);
+    appSettings().Lang = language;
+    GuideBrowser browser;
+    browser.resize(width, 300);
+    browser.showGuide();
+    browser.show();
+    const auto placeOf = [layout = browser.document()->documentLayout()](const QTextTableCell &cell) {
+        return layout->blockBoundingRect(cell.firstCursorPosition().block());
+    };
+    qreal widest = 0;
+    for (QTextFrame *const frame : browser.document()->rootFrame()->childFrames()) {
+        const auto *const table = qobject_cast<QTextTable *>(frame);
+        for (int row = 1; table && row < table->rows(); ++row) {
+            const QTextTableCell cell = table->cellAt(row, 0);
+            const QTextBlock block = cell.firstCursorPosition().block();
+            if (block.text() != QChar::ObjectReplacementCharacter)
+                continue;
+            const qreal end = placeOf(cell).left() + block.layout()->lineAt(0).naturalTextWidth();
+            QVERIFY2(end < placeOf(table->cellAt(row, 1)).left() - table->format().cellSpacing(),
+                qPrintable(QString::number(end)));
+            widest = qMax(widest, block.layout()->lineAt(0).naturalTextWidth());
+        }
+    }
+    const qreal whole = widthOfWidestSign / browser.devicePixelRatioF();
+    QCOMPARE(widest >= whole, areWhole);
+    QVERIFY(widest <= whole && widest > whole / 2);
 }
 
 /// As the tables.
