@@ -136,6 +136,7 @@ void ctlFileListView::arrange()
     m_isArrangementDue = false;
     setUpdatesEnabled(false);
     replaceRows(m_reading.take());
+    showOrder();
     selectFolderLeft();
     setUpdatesEnabled(true);
     showBusy();
@@ -173,6 +174,16 @@ void ctlFileListView::sortRows()
     const BusyPointer busy;
     m_reading.sort(order());
     showBusy();
+}
+
+/// Which is another one than was asked for where sorting has failed.
+void ctlFileListView::showOrder()
+{
+    const FileOrder shown = m_reading.order();
+    if (shown == order())
+        return;
+    const QSignalBlocker asked(header());
+    header()->setSortIndicator(shown.column, shown.direction);
 }
 
 /// Where it stays so for longer; it can be used all the same.

@@ -88,6 +88,7 @@ private:
     void replaceRows(const FileRowList &rows);
     void selectFolderLeft();
     void sortRows();
+    void showOrder();
     void showBusy();
     QString textWithoutRows() const;
     void describe();

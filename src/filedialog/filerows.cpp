@@ -50,7 +50,7 @@ FileRows::~FileRows()
 void FileRows::read(const QString &folder, const NameFilter &filter, FileOrder order)
 {
     m_pause.stop();
-    m_sorting.reset();
+    dropSorting();
     m_wanted = order;
     m_taken = order;
     auto work =
@@ -78,12 +78,14 @@ void FileRows::sort(FileOrder order)
         m_folder->askForPart();
         return;
     }
-    m_taken = order;
-    if (m_shown.isEmpty())
+    if (m_shown.isEmpty()) {
+        m_taken = order;
         return;
+    }
     auto work = std::make_unique<SortWork>(m_shown, order);
     m_sort = work.get();
     m_sorting.emplace(std::move(work), m_jobs.threads());
+    connect(&*m_sorting, &Job::finished, this, &FileRows::noteSorted);
     waitFor(*m_sorting);
     if (m_sorting->isFinished())
         emit came();
@@ -97,8 +99,8 @@ FileRowList FileRows::take()
         for (FolderWork::Part &part : m_folder->parts.take())
             takePart(std::move(part));
     }
-    if (m_sorting && m_sorting->isFinished())
-        m_shown = m_sort->rows;
+    if (m_sort && m_sorting->isFinished())
+        takeSorted();
     if (isReading())
         m_pause.start();
     else
@@ -106,10 +108,16 @@ FileRowList FileRows::take()
     return m_shown;
 }
 
+void FileRows::takeSorted()
+{
+    m_shown = std::exchange(m_sort, nullptr)->rows;
+    m_taken = m_wanted;
+}
+
 /// What is being sorted are not all rows any more.
 void FileRows::takePart(FolderWork::Part &&part)
 {
-    m_sorting.reset();
+    dropSorting();
     m_shown = std::move(part.rows);
     m_taken = part.order;
 }
@@ -120,8 +128,23 @@ void FileRows::noteOutcome(JobOutcome outcome)
     m_hasFailed = outcome == JobOutcome::Failed;
     if (!m_hasFailed)
         return;
-    m_sorting.reset();
+    dropSorting();
     m_shown.clear();
+}
+
+/// What has failed has lost some of the rows.
+void FileRows::noteSorted(JobOutcome outcome)
+{
+    if (outcome != JobOutcome::Failed)
+        return;
+    m_sort = nullptr;
+    m_wanted = m_taken;
+}
+
+void FileRows::dropSorting()
+{
+    m_sorting.reset();
+    m_sort = nullptr;
 }
 
 void FileRows::endReading()
@@ -136,6 +159,6 @@ void FileRows::endReading()
 /// Another order may have been wanted when the last rows were sorted already.
 void FileRows::settleOrder()
 {
-    if (m_taken != m_wanted)
+    if (m_taken != m_wanted && !isSorting())
         sort(m_wanted);
 }

@@ -21,8 +21,11 @@ public:
     /// Begins with the rows of another folder, of which take() has those that could be had without waiting.
     /// The rows of before are destroyed behind the window, unless somebody else has them.
     void read(const QString &folder, const NameFilter &filter, FileOrder order);
-    /// The rows that there are, and those that come.
+    /// The rows that there are, and those that come. Where there is too little memory for it they stay in the
+    /// order that they have.
     void sort(FileOrder order);
+    /// That the rows have, or get.
+    FileOrder order() const { return m_wanted; }
     bool isReading() const { return m_reading && !m_reading->isFinished(); }
     /// There was too little memory for it: there are no rows.
     bool hasFailed() const { return m_hasFailed; }
@@ -40,19 +43,22 @@ signals:
 private:
     void waitFor(Job &job) const;
     void takePart(FolderWork::Part &&part);
+    void takeSorted();
     void noteOutcome(JobOutcome outcome);
+    void noteSorted(JobOutcome outcome);
+    void dropSorting();
     void endReading();
     void settleOrder();
 
     const Surroundings m_surroundings;
     const FolderJobs m_jobs;
     FileOrder m_wanted;
-    FileOrder m_taken; ///< of what has been taken
+    FileOrder m_taken; ///< of m_shown
     FileRowList m_shown; ///< as they were taken last
     bool m_hasFailed = false;
     QTimer m_pause; ///< before the next part is asked for
     FolderWork *m_folder = nullptr; ///< owned by its job
-    SortWork *m_sort = nullptr; ///< owned by its job
+    SortWork *m_sort = nullptr; ///< owned by its job; null: there is nothing to take of it
     std::optional<Job> m_reading;
     std::optional<Job> m_sorting;
 };

@@ -95,6 +95,8 @@ private slots:
     void sortsWhileItFills();
     void sortsLater();
     void sortedAnewBeforeItIsSorted();
+    void arrowShowsTheOrderWhereSortingFails_data();
+    void arrowShowsTheOrderWhereSortingFails();
     void selectsTheFolderLeftWhenItComes();
     void selectsNoFolderLeftBehindItsUser();
     void pressedRowStaysWhereItIs();
@@ -330,6 +332,43 @@ void ListViewFillingTest::pressedRowStaysWhereItIs()
     QCOMPARE(shown.opened.size(), 1);
     QCOMPARE(shown.selected(), name);
     QCOMPARE(shown.names(), allNames());
+}
+
+void ListViewFillingTest::arrowShowsTheOrderWhereSortingFails_data()
+{
+    QTest::addColumn<std::chrono::milliseconds>("patience");
+    QTest::newRow("at once") << 10000ms;
+    QTest::newRow("later") << 0ms;
+}
+
+void ListViewFillingTest::arrowShowsTheOrderWhereSortingFails()
+{
+    QFETCH(std::chrono::milliseconds, patience);
+    const TestFolder folder;
+    fillWithFiles(folder);
+    SteppedRunner steps;
+    ShownList shown(folder.path(), userSurroundings(), { &steps, patience });
+    steps.runAll();
+    const QHeaderView &header = *shown.list.header();
+    const auto sortBy = [&](int column, Qt::SortOrder order) {
+        shown.list.header()->setSortIndicator(column, order);
+        steps.runAll();
+        QVERIFY(!shown.list.isSorting());
+        QVERIFY(!shown.list.viewport()->testAttribute(Qt::WA_SetCursor));
+    };
+    {
+        const ScarceMemory scarce(1);
+        sortBy(1, Qt::DescendingOrder);
+        QVERIFY(scarce.wasMet());
+    }
+    QCOMPARE(shown.names(), allNames());
+    QCOMPARE(header.sortIndicatorSection(), 0);
+    QCOMPARE(header.sortIndicatorOrder(), Qt::AscendingOrder);
+    sortBy(0, Qt::DescendingOrder);
+    QStringList expected = allNames();
+    std::ranges::reverse(expected);
+    QCOMPARE(shown.names(), expected);
+    QCOMPARE(header.sortIndicatorOrder(), Qt::DescendingOrder);
 }
 
 void ListViewFillingTest::tellsThatItReads()
