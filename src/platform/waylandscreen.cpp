@@ -1,6 +1,7 @@
 #include "platform/waylandscreen.h"
 
 #include "files/sharedfd.h"
+#include "platform/xdgoutput.h"
 
 #include <QByteArray>
 
@@ -24,9 +25,14 @@ struct Output {
     QSize mode; ///< in device pixels, as the device has them
     bool isTurned = false; ///< by a quarter
     int scale = 1;
+    WaylandProxy logical{ nullptr, wl_proxy_destroy };
+    QSize logicalSize; ///< as the compositor tells it, with scales that are no integers
 };
 
-using Outputs = std::vector<std::unique_ptr<Output>>; // the listeners hold their addresses
+struct Screens {
+    std::vector<std::unique_ptr<Output>> outputs; // the listeners hold their addresses
+    WaylandProxy manager{ nullptr, wl_proxy_destroy };
+};
 
 Output &outputOf(void *output)
 {
@@ -69,20 +75,35 @@ wl_output_listener outputListener()
     return told;
 }
 
-void addOutput(void *outputs, wl_registry *registry, uint32_t name, const char *interface, uint32_t version)
+void addOutput(Screens &screens, wl_registry *registry, uint32_t name, uint32_t version)
 {
-    if (interface != std::string_view(wl_output_interface.name))
-        return;
     static const wl_output_listener told = outputListener();
     auto output = std::make_unique<Output>();
     void *const handle = wl_registry_bind(registry, name, &wl_output_interface, qMin(version, outputVersion));
     output->handle.reset(static_cast<wl_output *>(handle));
     wl_output_add_listener(output->handle.get(), &told, output.get());
-    static_cast<Outputs *>(outputs)->push_back(std::move(output));
+    screens.outputs.push_back(std::move(output));
+}
+
+void takeGlobal(void *screens, wl_registry *registry, uint32_t name, const char *interface, uint32_t version)
+{
+    auto &found = *static_cast<Screens *>(screens);
+    if (interface == std::string_view(wl_output_interface.name))
+        addOutput(found, registry, name, version);
+    else if (WaylandProxy manager = xdgOutputManager(registry, name, interface))
+        found.manager = std::move(manager);
+}
+
+void askLogicalSizes(const Screens &screens)
+{
+    for (const auto &output : screens.outputs)
+        output->logical = askLogicalSize(screens.manager.get(), output->handle.get(), output->logicalSize);
 }
 
 QSize sizeOf(const Output &output)
 {
+    if (!output.logicalSize.isEmpty())
+        return output.logicalSize;
     return (output.isTurned ? output.mode.transposed() : output.mode) / output.scale;
 }
 
@@ -114,13 +135,15 @@ QSize waylandScreenSize()
     if (!compositor)
         return {};
     const WaylandRegistry registry(wl_display_get_registry(compositor.get()), wl_registry_destroy);
-    Outputs outputs;
-    const wl_registry_listener told{ addOutput, [](void *, wl_registry *, uint32_t) {} };
-    wl_registry_add_listener(registry.get(), &told, &outputs);
+    Screens screens;
+    const wl_registry_listener told{ takeGlobal, [](void *, wl_registry *, uint32_t) {} };
+    wl_registry_add_listener(registry.get(), &told, &screens);
     wl_display_roundtrip(compositor.get());
+    if (screens.manager)
+        askLogicalSizes(screens);
     wl_display_roundtrip(compositor.get());
     QSize room;
-    for (const auto &output : outputs) {
+    for (const auto &output : screens.outputs) {
         const QSize size = sizeOf(*output);
         if (!size.isEmpty())
             room = room.isEmpty() ? size : room.boundedTo(size);

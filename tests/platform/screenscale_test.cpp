@@ -50,7 +50,8 @@ private slots:
         }
         const QByteArray screen = qEnvironmentVariable("MARLOPAD_TEST_SCREEN", u"1280x800"_s).toLatin1();
         const QList<QByteArray> sides = screen.split('x');
-        const QSize size(sides[0].toInt(), sides[1].toInt());
+        const double own = qEnvironmentVariable("MARLOPAD_TEST_SCALE", u"1"_s).toDouble();
+        const QSize size = QSizeF(sides[0].toInt() / own, sides[1].toInt() / own).toSize();
         const double scale = scaleThatFits(4.0 / 3, size, QSize(240, 270));
         QCOMPARE(platformPixelScale(QSize(240, 270)), std::max(1.0, scale));
     }
