@@ -73,6 +73,14 @@ Key keyOf(const QKeyEvent &press)
     return { press.key(), modifiers };
 }
 
+/// As on French keyboards; where a digit needs no Shift, Shift makes another character of it. A press that
+/// comes from no place on a keyboard is the one that it says.
+bool isDigitByShift(const QKeyEvent &press)
+{
+    const bool isDigit = press.key() >= Qt::Key_0 && press.key() <= Qt::Key_9;
+    return isDigit && press.modifiers() == controlShift && press.nativeScanCode() != 0;
+}
+
 bool matches(const KeyBinding &binding, const Key &key, bool hasText)
 {
     if (key.code == binding.key && (key.modifiers & binding.mask) == binding.modifiers)
@@ -101,6 +109,8 @@ std::span<const KeyBinding> keyBindings()
 
 QList<CommandSlot> commandsForKey(const QKeyEvent &press)
 {
+    if (isDigitByShift(press))
+        return commandsFor({ press.key(), control }, true);
     const Key key = keyOf(press);
     QList<CommandSlot> commands = commandsFor(key, !press.text().isEmpty());
     // "+" is before the 1 of a Czech keyboard.

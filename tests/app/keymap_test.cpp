@@ -287,8 +287,15 @@ void KeyMapTest::digitsThatNeedShift_data()
     QTest::newRow("French 3") << int(Qt::Key_QuoteDbl) << control << 12 << none;
     const QList<CommandSlot> usual{ &frmMain::slotEtcTextAsUsual };
     QTest::newRow("French 0") << int(Qt::Key_Agrave) << control << 19 << usual;
+    QTest::newRow("French 1 by Shift") << int(Qt::Key_1) << controlShift << 10 << before;
+    QTest::newRow("French 2 by Shift") << int(Qt::Key_2) << controlShift << 11 << next;
+    QTest::newRow("French 3 by Shift") << int(Qt::Key_3) << controlShift << 12 << none;
+    QTest::newRow("a digit with Shift from no place") << int(Qt::Key_2) << controlShift << 0 << none;
+    QTest::newRow("French 0 by Shift") << int(Qt::Key_0) << controlShift << 19 << usual;
+    QTest::newRow("the keypad's 2 with Shift")
+        << int(Qt::Key_2) << (controlShift | Qt::KeypadModifier) << 88 << none;
     QTest::newRow("without Ctrl") << int(Qt::Key_Ampersand) << Modifiers() << 10 << none;
-    QTest::newRow("with Shift") << int(Qt::Key_Ampersand) << controlShift << 10 << none;
+    QTest::newRow("the sign with Shift") << int(Qt::Key_Ampersand) << controlShift << 10 << none;
     QTest::newRow("with Alt") << int(Qt::Key_Ampersand) << (control | Qt::AltModifier) << 10 << none;
     QTest::newRow("1 itself") << int(Qt::Key_1) << control << 10 << before;
     QTest::newRow("another digit in its place") << int(Qt::Key_3) << control << 10 << none;
