@@ -124,8 +124,6 @@ void StatusLine::look()
 {
     if (isHidden())
         return;
-    for (QWidget *const field : std::initializer_list<QWidget *>{ m_place, m_code, m_lineEnd, m_typing })
-        field->setEnabled(m_editor);
     if (m_editor) {
         const ctlEditer &editor = *m_editor;
         showPlace(editor);
@@ -135,6 +133,7 @@ void StatusLine::look()
         setField(*m_readOnly, m_canWrite ? QString() : tr("RO"), tr("Read only"));
         m_fileName = FileName::forDisplay(fullName(editor));
     } else {
+        nameControls();
         m_fileName.clear();
     }
     layOut();
@@ -191,7 +190,7 @@ void StatusLine::layOut()
     for (QWidget *const field :
         std::initializer_list<QWidget *>{ m_place, m_code, m_lineEnd, m_typing, m_readOnly }) {
         const int fieldWidth = field->sizeHint().width();
-        const bool isUsed = field != m_readOnly || !m_canWrite;
+        const bool isUsed = m_editor && (field != m_readOnly || !m_canWrite);
         hasRoom = hasRoom && (!isUsed || x + fieldWidth <= width());
         const bool isShown = isUsed && hasRoom;
         field->setVisible(isShown);
