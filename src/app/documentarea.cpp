@@ -59,10 +59,7 @@ void DocumentArea::connectStrip()
         if (beginCommand())
             emit moreOptionsWanted();
     });
-    connect(m_strip, &NoticeStrip::keysGivenBack, this, [this] {
-        if (ctlEditer *editor = current())
-            editor->setFocus();
-    });
+    connect(m_strip, &NoticeStrip::keysGivenBack, this, &DocumentArea::takeKeys);
 }
 
 ctlEditer *DocumentArea::current() const
@@ -142,9 +139,8 @@ void DocumentArea::close(ctlEditer *editor)
     editor->hide();
     connect(editor, &QObject::destroyed, &m_freeing, &TextFreeing::giveBackSoon);
     editor->deleteLater();
-    if (ctlEditer *next = current()) // which the tab bar has chosen
-        next->setFocus();
-    else
+    takeKeys(); // for the document that the tab bar has chosen
+    if (!current())
         emit currentChanged(nullptr);
     arrange();
 }
@@ -176,8 +172,17 @@ void DocumentArea::toggleNoticeKeys()
 {
     if (!hasNoticeKeys())
         m_strip->takeKeys();
-    else if (ctlEditer *editor = current())
+    else
+        takeKeys();
+}
+
+/// Without a document they are the area's: a menu bar that nobody takes them back from keeps Escape.
+void DocumentArea::takeKeys()
+{
+    if (ctlEditer *const editor = current())
         editor->setFocus();
+    else
+        setFocus();
 }
 
 bool DocumentArea::hasNoticeKeys() const

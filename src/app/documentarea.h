@@ -90,6 +90,7 @@ protected:
 
 private:
     void showChosen(ctlEditer *editor);
+    void takeKeys();
     void connectStrip();
 
     NoticeQueue m_notices;

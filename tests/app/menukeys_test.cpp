@@ -118,6 +118,7 @@ private slots:
     void commands_data();
     void commands();
     void arrowsGoFromMenuToMenu();
+    void barGivesTheKeysBackWithoutADocument();
     void recentFilesAreReached();
     void lettersOfFormsAreUnique_data();
     void lettersOfFormsAreUnique();
@@ -189,6 +190,25 @@ void MenuKeysTest::arrowsGoFromMenuToMenu()
     QTRY_VERIFY(!QApplication::activePopupWidget());
     QTRY_COMPARE(QApplication::focusWidget(), window.currentEditor());
     QCOMPARE(window.tabBar()->count(), 1);
+}
+
+/// Escape in full screen came to the bar.
+void MenuKeysTest::barGivesTheKeysBackWithoutADocument()
+{
+    TestWindow window;
+    QVERIFY(window.open());
+    window.slotCmdFileCloseTab();
+    QTRY_COMPARE(window.tabBar()->count(), 0);
+    window.slotCmdViewFull();
+    QTRY_VERIFY(window.isFullScreen());
+    QMenu *const menu = openMenu(window, MenuId::File);
+    QVERIFY(menu);
+    QTest::keyClick(menu, Qt::Key_Escape);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(!QApplication::activePopupWidget());
+    QVERIFY(window.isFullScreen());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(!window.isFullScreen());
 }
 
 void MenuKeysTest::recentFilesAreReached()
