@@ -5,6 +5,7 @@
 #include "app/documentloader.h"
 #include "app/documentsaver.h"
 #include "app/windowjobs.h"
+#include "editor/readfailurebox.h"
 #include "platform/qpeapplication.h"
 
 #include <QEvent>
@@ -251,9 +252,12 @@ void DiskNotices::readOn(ctlEditer *editor)
     if (QPEApplication::isBusy())
         return;
     if (isGrowthLong(*editor))
-        readOnBehind(editor);
-    else
-        editor->readGrowth();
+        return readOnBehind(editor);
+    const std::optional<ReadFailure> failure = editor->readGrowth().failure;
+    if (!failure || failure == ReadFailure::Missing) // which the next look tells
+        return;
+    giveUpFollowing(editor);
+    tellReadFailure(editor, *failure);
 }
 
 /// Codes in which a text depends on what stands before it are read as a whole.
@@ -268,17 +272,21 @@ bool DiskNotices::isGrowthLong(const ctlEditer &editor) const
 /// What was to be read so before and was not read was stopped, or cannot be read.
 void DiskNotices::readOnBehind(ctlEditer *editor)
 {
-    if (m_behind.contains(editor)) {
-        stopFollowing(editor);
-        tell(editor, FileChange::Grown);
-        return;
-    }
+    if (m_behind.contains(editor))
+        return giveUpFollowing(editor);
     m_behind.insert(editor);
     m_loader.reload(editor, CursorAtEnd::Follows);
     if (editor->document().isHeld())
         connect(
             &editor->document(), &TextDocument::released, editor, [this, editor] { check(editor); },
             Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+/// Whoever wants may begin again.
+void DiskNotices::giveUpFollowing(ctlEditer *editor)
+{
+    stopFollowing(editor);
+    tell(editor, FileChange::Grown);
 }
 
 void DiskNotices::stopFollowing(ctlEditer *editor)

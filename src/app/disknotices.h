@@ -54,6 +54,7 @@ private:
     void readOn(ctlEditer *editor);
     bool isGrowthLong(const ctlEditer &editor) const;
     void readOnBehind(ctlEditer *editor);
+    void giveUpFollowing(ctlEditer *editor);
     void stopFollowing(ctlEditer *editor);
 
     DocumentArea &m_documents;

@@ -176,11 +176,14 @@ void TextDocument::detachFromFile(const QString &name)
     emit detached();
 }
 
-bool TextDocument::readGrowth()
+GrowthResult TextDocument::readGrowth()
 {
     if (isHeld() || isEdited() || charCode() == CharCode::Unicode || m_file.change() != FileChange::Grown)
-        return false;
-    return infoOf(charCode()).hasState ? !load(path(), name(), charCode(), m_codes) : appendGrowth();
+        return {};
+    if (!infoOf(charCode()).hasState)
+        return appendGrowth();
+    const auto failure = load(path(), name(), charCode(), m_codes);
+    return { !failure, failure };
 }
 
 namespace {
@@ -205,15 +208,17 @@ qint64 openEnd(const TextStore &store, QByteArrayView fileEnd)
 } // namespace
 
 /// Reads again some of what it knows, so that the bytes before the new ones are there to compare with.
-bool TextDocument::appendGrowth()
+GrowthResult TextDocument::appendGrowth()
 {
     constexpr qint64 proof = 65536;
     const qint64 known = m_file.version().stamp().size;
     const qint64 from = qMax<qint64>(0, known - proof);
     QByteArray bytes;
     FileStamp stamp;
-    if (readFileFrom(path() + name(), from, bytes, stamp, m_calls) || stamp.size < known)
-        return false;
+    if (const auto failure = readFileFrom(path() + name(), from, bytes, stamp, m_calls))
+        return { false, failure };
+    if (stamp.size < known)
+        return {};
     const qint64 open = openEnd(store(), QByteArrayView(bytes).first(known - from));
     QByteArray added = bytes.sliced(known - from - open);
     normalizeLineEnds(added, m_codes.returnCode);
@@ -221,12 +226,12 @@ bool TextDocument::appendGrowth()
     const qint64 waiting = openEnd(text, bytes);
     bytes.chop(waiting);
     if (bytes.size() < known - from) // a character of which some was there is not whole yet
-        return false;
+        return {};
     ContentHash content = m_file.version().content();
     content.add(QByteArrayView(bytes).sliced(known - from));
     m_file.setReadOn(FileVersion(stamp, content));
     appendUnedited(open, text.piece({}, text.length() - waiting));
-    return true;
+    return { true };
 }
 
 SaveResult TextDocument::save(const QString &path, const QString &name, std::optional<CharCode> charCode,

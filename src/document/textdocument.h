@@ -22,6 +22,13 @@ struct SaveResult {
     bool isStateFolderMissed = false; ///< the old content could not be kept there, see SafeFile
 };
 
+/// What became of reading on.
+struct GrowthResult {
+    bool isRead = false;
+    std::optional<ReadFailure> failure = {}; ///< why not; none where there was nothing to be read, or not yet
+    explicit operator bool() const { return isRead; }
+};
+
 /// A document without a window: a text with its history, and the file it is from and goes to.
 ///
 /// Nothing here is shown to the user; load() and save() return what happened.
@@ -85,9 +92,8 @@ public:
     void startFile(const QString &path, const QString &name, FileCodes codes);
     /// Puts what a file that has only grown has got behind the text, which has no history then; an incomplete
     /// character at the end waits for its rest. Codes in which a text depends on what stands before it are
-    /// read again as a whole. False where the text is edited or UTF-16, the file has not grown, or cannot be
-    /// read.
-    bool readGrowth();
+    /// read again as a whole. Nothing is read where the text is edited or UTF-16, or the file has not grown.
+    GrowthResult readGrowth();
     /// Makes it a document of that name that was never saved, edited: its text is that of no file any more.
     void detachFromFile(const QString &name);
     /// Writes the text as path + name, in the document's own code and line end where none is given. Written:
@@ -131,7 +137,7 @@ private:
     std::optional<ReadFailure> read(const FileReading::Request &request, TextStore &text);
     void forgetReading(FileCodes codes);
     void endReading(const ReadResult &result);
-    bool appendGrowth();
+    GrowthResult appendGrowth();
 
     KnownFile m_file;
     FileCodes m_codes;

@@ -63,7 +63,7 @@ public:
     void noteSaved(const SaveResult &result);
     /// Shows what a file that has only grown has got, see TextDocument::readGrowth(). A view at the end of
     /// the text stays at its end, as does a cursor there; else both stay where they are.
-    bool readGrowth();
+    GrowthResult readGrowth();
 
     /// Selects the first hit behind the cursor or, where text is selected, behind the first character of
     /// that; in mode 1 replaces it. False, with cursor and selection as they were, when there is none.

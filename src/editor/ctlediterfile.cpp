@@ -54,7 +54,7 @@ bool ctlEditer::reload(const QString &path, const QString &name)
     return loadFile(path, name, std::nullopt);
 }
 
-bool ctlEditer::readGrowth()
+GrowthResult ctlEditer::readGrowth()
 {
     const RowIndex top = topRow();
     const bool isEndShown = top + viewport()->height() / cellHeight() > store().lastRow();
@@ -63,8 +63,8 @@ bool ctlEditer::readGrowth()
     const bool isCursorAtEnd = cursor.offset == store().end() && !hasMarkedText();
     {
         const Batch batch(*this);
-        if (!document().readGrowth())
-            return false;
+        if (const GrowthResult growth = document().readGrowth(); !growth)
+            return growth;
         const Offset end = document().store().end();
         if (isCursorAtEnd)
             setCursorPlace({ end });
@@ -72,7 +72,7 @@ bool ctlEditer::readGrowth()
             select({ qMin(anchor.offset, end) }, { qMin(cursor.offset, end) });
     }
     setTopRow(isEndShown ? store().lastRow() : top);
-    return true;
+    return { true };
 }
 
 bool ctlEditer::saveFile(const QString &path, const QString &name, int charCode, int returnCode)

@@ -8,6 +8,9 @@
 
 #include <QSignalSpy>
 
+#include <limits>
+#include <utility>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -60,6 +63,7 @@ private slots:
     void looksWhenTheWindowIsActive();
     void watchesTwoFilesOfMany();
     void follows();
+    void followingEndsWithAReadError();
     void followingStopsWithAnEdit();
     void editedTextFollowsNothing();
     void followingIsStopped();
@@ -76,7 +80,7 @@ private:
         QFile file(m_files->folder() + name);
         return file.open(QIODevice::Append) && file.write(bytes) == bytes.size();
     }
-    void remake();
+    void remake(WindowJobs jobs = {});
     QByteArray leaveCopy(const QByteArray &digits, const QByteArray &of, const QByteArray &content) const;
 
     std::unique_ptr<TestFiles> m_files;
@@ -101,9 +105,9 @@ void DiskNoticesTest::cleanup()
     m_window.reset();
 }
 
-void DiskNoticesTest::remake()
+void DiskNoticesTest::remake(WindowJobs jobs)
 {
-    m_window = std::make_unique<TestWindow>();
+    m_window = std::make_unique<TestWindow>(std::move(jobs));
     m_strip.emplace(*m_window);
     QVERIFY(m_window->open());
 }
@@ -493,6 +497,31 @@ void DiskNoticesTest::follows()
     QVERIFY(!editor().edited());
     QCOMPARE(editor().cursorOffset(), editor().store().end());
     QVERIFY(editor().topRow() > RowIndex(50));
+}
+
+void DiskNoticesTest::followingEndsWithAReadError()
+{
+    WindowJobs jobs;
+    jobs.fewest = std::numeric_limits<qint64>::max(); // all of it is read at once
+    remake(std::move(jobs));
+    m_window->setDocument(m_files->folder() + u"a.txt"_s);
+    QVERIFY(append(u"a.txt"_s, "1\n"));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QVERIFY(m_strip->click(u"Follow"_s));
+    QCOMPARE(editor().text(), u"old\n1\n"_s);
+    const MessageBoxes boxes;
+    QFile file(m_files->folder() + u"a.txt"_s);
+    QVERIFY(file.resize(qint64{ 8 } << 40));
+    QTRY_COMPARE(
+        boxes.texts(), QStringList{ u"File Load Error!|There is not enough memory for this file!"_s });
+    QCOMPARE(m_strip->text(), grownText);
+    QVERIFY(m_strip->offers().contains(u"Follow"_s));
+    QCOMPARE(editor().text(), u"old\n1\n"_s);
+    QVERIFY(file.resize(6) && append(u"a.txt"_s, "2\n"));
+    QVERIFY(m_strip->click(u"Follow"_s));
+    QTRY_COMPARE(editor().text(), u"old\n1\n2\n"_s);
+    QCOMPARE(m_strip->text(), followingText);
+    QCOMPARE(boxes.count(), 1);
 }
 
 void DiskNoticesTest::followingStopsWithAnEdit()

@@ -43,6 +43,7 @@ private slots:
     void growthIsNoEdit();
     void editedTextDoesNotGrow();
     void whatIsNoGrowthIsNotRead();
+    void growthThatCannotBeRead_data();
     void growthThatCannotBeRead();
     void growthThatGoesMeanwhile();
     void savedBytesAreThoseOfTheFile();
@@ -399,22 +400,34 @@ void OtherProgramsTest::whatIsNoGrowthIsNotRead()
     QCOMPARE(document->store().text(), u"a\n"_s);
 }
 
+void OtherProgramsTest::growthThatCannotBeRead_data()
+{
+    QTest::addColumn<CharCode>("code");
+    QTest::newRow("appended") << CharCode::Utf8;
+    QTest::newRow("read as a whole") << CharCode::Jis;
+}
+
+/// Behind what the document has, which can be read.
 void OtherProgramsTest::growthThatCannotBeRead()
 {
+    QFETCH(CharCode, code);
+    constexpr off_t known = 2;
     bool isBroken = false;
     FileCalls calls = FileCalls::system();
     calls.pread = [&](int fd, void *to, size_t size, off_t offset) -> ssize_t {
-        if (!isBroken)
+        if (!isBroken || offset + off_t(size) <= known || size == 1)
             return ::pread(fd, to, size, offset);
         errno = EIO;
         return -1;
     };
     TextDocument document({}, calls);
     QVERIFY(m_folder->write(fileName, "a\n"));
-    QVERIFY(!document.load(m_folder->path(), fileName, {}, {}));
+    QVERIFY(!document.load(m_folder->path(), fileName, code, {}));
     QVERIFY(append("b\n"));
     isBroken = true;
-    QVERIFY(!document.readGrowth());
+    const GrowthResult growth = document.readGrowth();
+    QVERIFY(!growth.isRead);
+    QCOMPARE(growth.failure, ReadFailure::BrokenOff);
     QCOMPARE(document.store().text(), u"a\n"_s);
     isBroken = false;
     QVERIFY(document.readGrowth());
@@ -436,7 +449,8 @@ void OtherProgramsTest::growthThatGoesMeanwhile()
     QVERIFY(!document.load(m_folder->path(), fileName, {}, {}));
     QVERIFY(append("b\n"));
     isToGo = true;
-    QVERIFY(!document.readGrowth());
+    const GrowthResult growth = document.readGrowth();
+    QVERIFY(!growth.isRead && !growth.failure);
     QVERIFY(!isToGo);
     QCOMPARE(document.store().text(), u"a\n"_s);
     QCOMPARE(document.file().change(), FileChange::Changed);

@@ -97,7 +97,7 @@ public:
             return false;
         writeFile(fileName(), m_old + m_old);
         begin();
-        const bool isRead = document.readGrowth();
+        const bool isRead = document.readGrowth().isRead;
         m_isWell = document.store().text() == QString::fromUtf8(isRead ? m_old + m_old : m_old)
             && !document.isEdited();
         return isRead;
