@@ -316,12 +316,13 @@ void changeLayout(Window &window)
 {
     const auto isLaidOut = [&window] { return window.isLaidOut(); };
     const auto change = [&](const char *name, const std::function<void()> &make) {
-        window.measure(name, [&] {
-            make();
-            window.takeSettings();
-        });
         window.measure(
-            "the new layout", [] {}, isLaidOut);
+            name,
+            [&] {
+                make();
+                window.takeSettings();
+            },
+            isLaidOut);
     };
     AppSettings &settings = appSettings();
     change("a font that is larger", [&] { ++settings.FontSize; });
@@ -348,9 +349,7 @@ void changeLayout(Window &window)
             window.editor().setCursorPosition(0, 0);
             window.search(endWord);
         },
-        [&] { return window.editor().hasMarkedText(); });
-    window.measure(
-        "the new layout", [] {}, isLaidOut);
+        [&] { return window.editor().hasMarkedText() && window.isLaidOut(); });
 }
 
 void saveAndReload(Window &window, const QString &folder)
