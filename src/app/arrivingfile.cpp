@@ -35,10 +35,10 @@ ArrivingFile::ArrivingFile(
           [this] { fail(); })
 {
     m_sign.emplace(
-        notices, &m_editor, WorkNotice::Work::Loading, [this] { isOfInput() ? endInput() : stop(); });
+        notices, &m_editor, WorkNotice::Work::Loading, [this] { isComingIn() ? endInput() : stop(); });
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
     m_document.setHeld(true);
-    if (isOfInput())
+    if (isComingIn())
         beginInput();
     else
         begin({ source.file.charCode, source.utf16 });
@@ -255,11 +255,11 @@ void ArrivingFile::fail()
 /// Whoever is told may destroy this.
 void ArrivingFile::end(End how)
 {
-    if (how == End::Failed && isOfInput())
+    if (how == End::Failed && isComingIn())
         keepWhatCame();
     forgetWork();
     m_document.setHeld(false);
-    if (how == End::Failed && !isOfInput())
+    if (how == End::Failed && !isComingIn())
         m_document.failArrival(folder(), name(), m_codesBefore);
     emit ended(how);
 }

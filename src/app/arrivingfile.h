@@ -24,7 +24,8 @@ struct WindowJobs;
 ///
 /// Where the document has no text, what has come is shown, part by part. Where it has, it keeps that until
 /// the other one is whole. The strip tells how far it is. The document is held until then; whoever stops it
-/// says what becomes of the document. Of a pipe, which may never end, "Stop" takes what has come for all.
+/// says what becomes of the document. Of a pipe, which may never end, "Stop" takes what has come for all;
+/// what has come of it may be read once more as any other file.
 class ArrivingFile : public QObject {
     Q_OBJECT
 public:
@@ -43,7 +44,8 @@ public:
         std::optional<QString> nameApart = {};
         /// Asked once, when all is read: as what it is read once more then; nothing: it was right.
         std::function<std::optional<As>(const ReadFindings &found)> again = {};
-        /// What writes the file.
+        /// What writes the file, or has written it, where that is read once more for a document that has
+        /// its text.
         std::shared_ptr<InputReading> input = {};
     };
     /// Begins at once. Nothing is owned; the document may be closed before this goes.
@@ -53,13 +55,14 @@ public:
     ~ArrivingFile() override;
 
     bool isShownInParts() const { return m_shown == Shown::PartByPart; }
+    /// Also where it is read once more.
     bool isOfInput() const { return m_source.input != nullptr; }
     /// ended() comes at once. Not of what comes from a pipe.
     void stop();
     /// What has come from a pipe by now is all: ended() comes when it is the text.
     void endInput();
-    /// What is shown of it is all of the text from now on, for an end that waits for nothing. ended() never
-    /// comes.
+    /// What is shown of what comes from a pipe is all of the text from now on, for an end that waits for
+    /// nothing. ended() never comes.
     void settle();
     /// Where it has failed.
     ReadFailure failure() const;
@@ -75,6 +78,7 @@ signals:
     void ended(ArrivingFile::End end);
 
 private:
+    bool isComingIn() const { return isOfInput() && isShownInParts(); }
     void begin(const As &as);
     void beginInput();
     void beginReading(std::unique_ptr<ReadWork> work, JobRunner &runner);

@@ -58,6 +58,14 @@ private:
     bool m_isAtEnd;
 };
 
+/// It is where its user has gone by then.
+void renewBeforeReplacing(
+    const std::shared_ptr<KeptView> &view, const ctlEditer &editor, const ArrivingFile &arriving)
+{
+    QObject::connect(
+        &arriving, &ArrivingFile::aboutToReplace, &arriving, [view, &editor] { *view = KeptView(editor); });
+}
+
 bool isReadWith(const ctlEditer &editor, CharCode code)
 {
     return &infoOf(editor.document().charCode()).codec() == &infoOf(code).codec();
@@ -295,7 +303,8 @@ void DocumentLoader::stopReplacing(const ctlEditer *editor)
 bool DocumentLoader::isReplacing(const ctlEditer *editor) const
 {
     const auto arriving = m_arriving.find(editor);
-    return arriving != m_arriving.end() && !arriving->second->isShownInParts();
+    return arriving != m_arriving.end() && !arriving->second->isShownInParts()
+        && !arriving->second->isOfInput();
 }
 
 bool DocumentLoader::mayReopen(ctlEditer &editor)
@@ -355,17 +364,36 @@ void DocumentLoader::openInput(const SharedFd &input, std::optional<CharCode> ch
         m_documents.notices().withdrawAllAbout(editor); // they are about the file
         if (std::as_const(*editor).document().store().length() == 0)
             makeFresh();
+        else if (const auto other = asItFits(editor->document().findings()))
+            readInputAgain(editor, reading, *other);
         m_documents.refresh(editor);
         if (end == ArrivingFile::End::Whole && reading->isBroken())
             tellFailure(editor, ReadFailure::BrokenOff);
     };
     const ArrivingFile &arriving =
-        begin(editor, { fileOf(InputWork::fileOf(*reading), charCode), {}, QString(), asItFits, reading },
+        begin(editor, { fileOf(InputWork::fileOf(*reading), charCode), {}, QString(), {}, reading },
             ArrivingFile::Shown::PartByPart, ended);
     connect(&editor->document(), &TextDocument::codesChanged, &arriving,
         [=, this] { m_documents.refresh(editor); });
     m_documents.refresh(editor);
     m_documents.present(editor);
+}
+
+/// Its user may look at the text, and copy of it, meanwhile.
+void DocumentLoader::readInputAgain(
+    ctlEditer *editor, const std::shared_ptr<InputReading> &input, const ArrivingFile::As &as)
+{
+    const FileChoice file = fileOf(InputWork::fileOf(*input), as.code);
+    const auto view = std::make_shared<KeptView>(*editor);
+    const auto ended = [this, editor, view](ArrivingFile::End end) {
+        m_documents.notices().withdrawAllAbout(editor); // they are about the file
+        m_documents.refresh(editor);
+        if (end == ArrivingFile::End::Whole)
+            view->show(*editor, CursorAtEnd::StaysInRow);
+    };
+    const ArrivingFile &arriving =
+        begin(editor, { file, as.utf16, QString(), {}, input }, ArrivingFile::Shown::WhenWhole, ended);
+    renewBeforeReplacing(view, *editor, arriving);
 }
 
 bool DocumentLoader::isInputComing(const ctlEditer *editor) const
@@ -393,7 +421,7 @@ void DocumentLoader::tellInputEnded(const ctlEditer *editor, bool isThere)
 void DocumentLoader::settleInputs()
 {
     for (const auto &[editor, arriving] : m_arriving) {
-        if (arriving->isOfInput())
+        if (arriving->isOfInput() && arriving->isShownInParts())
             arriving->settle();
     }
 }
@@ -448,8 +476,7 @@ void DocumentLoader::reload(ctlEditer *editor, CursorAtEnd atEnd)
     loadAgain(editor, [editor, view, atEnd] { view->show(*editor, atEnd); });
     const auto arriving = m_arriving.find(editor);
     if (arriving != m_arriving.end())
-        connect(arriving->second.get(), &ArrivingFile::aboutToReplace, this,
-            [editor, view] { *view = KeptView(*editor); });
+        renewBeforeReplacing(view, *editor, *arriving->second);
 }
 
 /// UTF-16 text as text again, unless a save or another program has made something else of the file.
@@ -571,7 +598,8 @@ ArrivingFile &DocumentLoader::begin(ctlEditer *editor, const ArrivingFile::Sourc
     connect(arriving.get(), &ArrivingFile::ended, this, [=, this](ArrivingFile::End end) {
         noteEnd(editor, end, failure);
         ended(end);
-        tellInputEnded(editor, true);
+        if (!isInputComing(editor))
+            tellInputEnded(editor, true);
     });
     return *arriving;
 }

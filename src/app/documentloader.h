@@ -69,8 +69,10 @@ public:
         const Opened &opened = {});
     /// The same with what comes from a pipe or the like, shown as it comes: the document is there at once.
     /// What has come when it ends, is stopped or cannot be read further is the text; of nothing it is a new
-    /// document. So it is with what has come when the program ends at once.
+    /// document. So it is with what has come when the program ends at once. Where that fits another code it
+    /// is read once more, as a reload is; stopped, or without the memory for that, the text stays as it is.
     void openInput(const SharedFd &input, std::optional<CharCode> charCode);
+    /// Until it is read as it stays.
     bool isInputComing(const ctlEditer *editor) const;
     /// What has come by now is all. `then` is called when it is the text of a document that is to be saved
     /// like any other; with false where that was closed before.
@@ -102,7 +104,7 @@ public:
     std::function<void()> freshAgain(ctlEditer *editor);
 
     /// Stops the reading of a file whose text is to take the place of the document's; nothing else is
-    /// stopped.
+    /// stopped, nor what has come from a pipe.
     void stopReplacing(const ctlEditer *editor);
     /// Whether such a file is being read.
     bool isReplacing(const ctlEditer *editor) const;
@@ -122,6 +124,8 @@ private:
     void fillFreshBehind(ctlEditer *editor, const FileChoice &file);
     void fillBehind(ctlEditer *editor, const FileChoice &file, const Then &stopped);
     void replaceBehind(ctlEditer *editor, const ArrivingFile::Source &source, const Then &loaded);
+    void readInputAgain(
+        ctlEditer *editor, const std::shared_ptr<InputReading> &input, const ArrivingFile::As &as);
     void settleInputs();
     void tellInputEnded(const ctlEditer *editor, bool isThere);
     bool endUnsaved(ctlEditer *editor, bool isOpen);

@@ -58,10 +58,17 @@ void LineJump::jumpUnlessMoved(ctlEditer &editor, const Jump &jump)
     });
 }
 
+/// What has come from a pipe may be read once more.
 void LineJump::jumpWhenReleased(ctlEditer &editor, const Jump &jump)
 {
-    m_awaited[&editor] = QObject::connect(&editor.document(), &TextDocument::released, &editor, jump,
-        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    const auto jumpUnlessHeldAgain = [this, &editor, jump] {
+        if (std::as_const(editor).document().isHeld())
+            jumpWhenReleased(editor, jump);
+        else
+            jump();
+    };
+    m_awaited[&editor] = QObject::connect(&editor.document(), &TextDocument::released, &editor,
+        jumpUnlessHeldAgain, Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 void LineJump::forget(const ctlEditer &editor)

@@ -95,8 +95,8 @@ private:
         Moment moment;
         void (JobsAndEventsTest::*act)();
         /// Of a load, a reload, a save, a search, a count, a layout, an edit, a following, a restoring and
-        /// standard input, which is of no file.
-        Fate fates[10];
+        /// standard input, which is of no file; at last of that where it is read once more.
+        Fate fates[11];
         int boxes = 0;
         QString answer = {}; ///< of its box; the default one where there is none
         bool endsWindow = false;
@@ -106,7 +106,12 @@ private:
     bool isAskedAbout(Fate fate) const
     {
         using enum JobScene::Kind;
-        return (m_job->kind == Edit || m_job->kind == Input) && fate == Fate::DoneAndGone;
+        return (m_job->kind == Edit || isOfInput()) && fate == Fate::DoneAndGone;
+    }
+    bool isOfInput() const
+    {
+        using enum JobScene::Kind;
+        return m_job->kind == Input || m_job->kind == InputAgain;
     }
     static Fate fateOf(const JobScene::Job &job, const Event &event) { return event.fates[size_t(job.kind)]; }
 
@@ -161,56 +166,61 @@ const std::vector<JobsAndEventsTest::Event> &JobsAndEventsTest::events()
     using enum Fate;
     constexpr Moment start = Moment::Start, middle = Moment::Middle, end = Moment::End;
     static const std::vector<Event> all{
-        { "nothing", start, &Test::nothing, { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+        { "nothing", start, &Test::nothing,
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
         { "stopped at its start", start, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped,
+                Stopped } },
         { "stopped in the middle", middle, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped,
+                Stopped } },
         { "stopped at its end", end, &Test::stop,
-            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped } },
+            { Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped, Stopped,
+                Stopped } },
         { "tab closed", middle, &Test::closeTab,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone } },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone,
+                DoneAndGone } },
         { "quit, Yes", middle, &Test::quit,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone }, 1, u"Yes"_s,
-            true },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone, DoneAndGone },
+            1, u"Yes"_s, true },
         { "quit, No", middle, &Test::quit,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone }, 1, u"No"_s,
-            true },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone, DoneAndGone },
+            1, u"No"_s, true },
         { "quit, Cancel", middle, &Test::quit,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, Done, Gone, Gone, Done }, 1, u"Cancel"_s },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, Done, Gone, Gone, Done, Done }, 1, u"Cancel"_s },
         { "ended by an order", middle, &Test::endByOrder,
-            { Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone }, 0, {}, true },
+            { Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone, Gone }, 0, {}, true },
         { "logout", middle, &Test::logOut,
-            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone }, 1, u"Yes"_s,
-            true },
+            { Gone, Gone, DoneAndGone, Gone, Gone, Gone, DoneAndGone, Gone, Gone, DoneAndGone, DoneAndGone },
+            1, u"Yes"_s, true },
         { "second start with its file", middle, &Test::requestItsFile,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, NotTried } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, NotTried, NotTried } },
         { "second start with another file", middle, &Test::requestAnotherFile,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, Done, Done } },
         { "file grown meanwhile", middle, &Test::makeFileLonger,
-            { Done, Done, Done, Done, Done, Done, Done, NotTried, Done, NotTried } },
+            { Done, Done, Done, Done, Done, Done, Done, NotTried, Done, NotTried, NotTried } },
         { "file deleted meanwhile", middle, &Test::deleteFile,
-            { Done, Done, Done, Done, Done, Done, Done, Done, Done, NotTried } },
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done, NotTried, NotTried } },
         { "file deleted before", start, &Test::deleteFile,
-            { Failed, Failed, Done, Done, Done, Done, Done, NotTried, Done, NotTried } },
+            { Failed, Failed, Done, Done, Done, Done, Done, NotTried, Done, NotTried, NotTried } },
         { "folder in the file's place meanwhile", middle, &Test::replaceFileByFolder,
-            { Done, Done, Failed, Done, Done, Done, Done, Done, Done, NotTried } },
+            { Done, Done, Failed, Done, Done, Done, Done, Done, Done, NotTried, NotTried } },
         { "folder in the file's place before", start, &Test::replaceFileByFolder,
-            { Failed, Failed, Failed, Done, Done, Done, Done, NotTried, Done, NotTried } },
+            { Failed, Failed, Failed, Done, Done, Done, Done, NotTried, Done, NotTried, NotTried } },
         { "pipe in the file's place before", start, &Test::replaceFileByPipe,
-            { Failed, Failed, NotTried, Done, Done, Done, Done, NotTried, Done, NotTried } },
+            { Failed, Failed, NotTried, Done, Done, Done, Done, NotTried, Done, NotTried, NotTried } },
         { "full disk", middle, &Test::fillDisk,
-            { Done, Done, Failed, Done, Done, Done, Done, Done, Done, Failed } },
+            { Done, Done, Failed, Done, Done, Done, Done, Done, Done, Failed, Done } },
         { "too little memory", middle, &Test::useUpMemory,
-            { Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed } },
+            { Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed, Failed } },
         { "language switched", middle, &Test::changeLanguage,
-            { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
         { "font changed", middle, &Test::changeFont,
-            { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Done, Done, Done, Done, Done, Done, Done } },
         { "typed into", middle, &Test::typeIntoIt,
-            { Done, Done, Done, Stopped, Stopped, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Stopped, Stopped, Done, Done, Done, Done, Done, Done } },
         { "another tab typed into and searched", middle, &Test::typeIntoAnotherTab,
-            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, Done } },
+            { Done, Done, Done, Done, Stopped, Done, Done, Done, Done, Done, Done } },
     };
     return all;
 }
@@ -375,7 +385,7 @@ void JobsAndEventsTest::begin(const JobScene::Job &job)
 void JobsAndEventsTest::makeStepsInTheLoop()
 {
     using enum JobScene::Kind;
-    if (m_job->kind == Save || m_job->kind == Edit || m_job->kind == Input)
+    if (m_job->kind == Save || m_job->kind == Edit || isOfInput())
         m_stepping.start(0);
 }
 
@@ -410,7 +420,7 @@ void JobsAndEventsTest::checkDocument(Fate fate)
         return;
     QVERIFY(!m_editor->document().isHeld());
     QString expected = JobScene::textOf(content, m_come);
-    const bool isFromInput = m_job->kind == JobScene::Kind::Input && !expected.isEmpty();
+    const bool isFromInput = isOfInput() && !expected.isEmpty();
     expected.insert(m_cursor - Offset(), m_typed);
     QVERIFY(m_editor->text() == expected);
     m_editor->store().checkInvariants();
@@ -476,8 +486,8 @@ void JobsAndEventsTest::checkJournals()
 {
     if (m_job->kind == JobScene::Kind::Restore)
         QVERIFY(UnsavedTexts::now().contains(JobScene::textOf(JobScene::Content::Edited)));
-    if (m_job->kind == JobScene::Kind::Input && m_event->act == &JobsAndEventsTest::endByOrder)
-        QVERIFY(UnsavedTexts::now().contains(JobScene::textOf(JobScene::Content::Come, m_come)));
+    if (isOfInput() && m_event->act == &JobsAndEventsTest::endByOrder)
+        QVERIFY(UnsavedTexts::now().contains(JobScene::textOf(m_job->stopped, m_come)));
 }
 
 /// Of nothing that is under way.

@@ -70,6 +70,8 @@ const std::vector<JobScene::Job> &JobScene::jobs()
             Content::NoDocument, 0, 0, "a.txt", &JobScene::leaveBehind },
         { "standard input", Kind::Input, &JobScene::readInput, 87, Content::Text, Content::Come,
             Content::Come, 0, 0, "b.txt" },
+        { "standard input in another code", Kind::InputAgain, &JobScene::readInputAgain, 2, Content::Text,
+            Content::Utf16, Content::Utf16, 0, 0, "b.txt" },
     };
     return all;
 }
@@ -160,10 +162,10 @@ void JobScene::openWhole(const QByteArray &text)
 
 void JobScene::bring()
 {
-    const qint64 size = qMin(mostBrought, text().size() - brought);
+    const qint64 size = qMin(mostBrought, incoming.size() - brought);
     if (size == 0)
         return pipe.close();
-    pipe.put(text().sliced(brought, size));
+    pipe.put(incoming.sliced(brought, size));
     brought += size;
 }
 
@@ -193,6 +195,7 @@ bool JobScene::isUnderWay(const Job &job, const ctlEditer &editor) const
     case Kind::Follow:
     case Kind::Restore:
     case Kind::Input:
+    case Kind::InputAgain:
         return editor.document().isHeld();
     case Kind::Search:
     case Kind::Count:
@@ -357,4 +360,12 @@ void JobScene::readInput()
     QTRY_COMPARE(window.tabBar()->count(), 2);
     QTRY_VERIFY(takesKeys());
     window.choices << FileChoice{ files.folder(), u"b.txt"_s };
+}
+
+/// All of it has come, and fits another code than its first bytes.
+void JobScene::readInputAgain()
+{
+    incoming = utf16Text();
+    readInput();
+    while (runner.isIdle() && bringAndStep()) { }
 }

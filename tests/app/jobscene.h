@@ -12,7 +12,7 @@
 class JobScene {
 public:
     /// What a job is to the document it is about.
-    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit, Follow, Restore, Input };
+    enum class Kind { Load, Reload, Save, Search, Count, Layout, Edit, Follow, Restore, Input, InputAgain };
 
     /// What a document has.
     enum class Content {
@@ -76,7 +76,8 @@ public:
     SteppedRunner &inputRunner = *new SteppedRunner;
     Pipe pipe;
     std::weak_ptr<const OpenFd> input; ///< the program's end of it, while that reads
-    qint64 brought = 0; ///< bytes of the text that the pipe has brought
+    QByteArray incoming = text(); ///< what the pipe brings
+    qint64 brought = 0; ///< bytes of that by now
     TestWindow window;
     QPointer<ctlEditer> other; ///< other.txt, "typed other"; saved in one go
     qreal rowHeight = 0; ///< of the old layout
@@ -103,4 +104,5 @@ private:
     static void leaveBehind(const TestFiles &files);
     void restore();
     void readInput();
+    void readInputAgain();
 };
