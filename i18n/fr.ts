@@ -878,6 +878,10 @@ Le remplacer&#xa0;?</translation>
         <translation>Ce dossier n’existe pas encore. Il sera créé à l’enregistrement.</translation>
     </message>
     <message>
+        <source>A file stands where this folder should be. Rename that file, or choose another folder.</source>
+        <translation>Un fichier se trouve à la place de ce dossier. Renommez-le ou choisissez un autre dossier.</translation>
+    </message>
+    <message>
         <source>There is no file of this type here. For others choose a File Type below.</source>
         <translation>Aucun fichier de ce type ici. Pour les autres, choisissez un Type ci-dessous.</translation>
     </message>

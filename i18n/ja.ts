@@ -877,6 +877,10 @@ Replace existing file?</source>
         <translation>このフォルダはまだありません。保存するときに作成します。</translation>
     </message>
     <message>
+        <source>A file stands where this folder should be. Rename that file, or choose another folder.</source>
+        <translation>このフォルダの場所に、同じ名前のファイルがあります。そのファイルの名前を変えるか、ほかのフォルダを選んでください。</translation>
+    </message>
+    <message>
         <source>There is no file of this type here. For others choose a File Type below.</source>
         <translation>この種類のファイルはここにありません。ほかのファイルは下の「種類」で選べます。</translation>
     </message>

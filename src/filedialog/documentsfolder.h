@@ -12,6 +12,8 @@ QString path();
 /// are not made: their names are more likely mistyped. Nor is what a link leads to, such as a disk that is
 /// not there now.
 bool isMadeBySaving(const QString &folder);
+/// It is the one, and cannot be: a file stands in its place.
+bool isFileInstead(const QString &folder);
 /// Makes the folder if a save there is to.
 void makeForSaving(const QString &folder);
 

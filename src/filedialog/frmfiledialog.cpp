@@ -281,6 +281,8 @@ QString frmFileDialog::emptyText(const QString &path) const
 {
     if (m_mode == SaveAs && DocumentsFolder::isMadeBySaving(path))
         return tr("This folder is not there yet. It is made when you save.");
+    if (DocumentsFolder::isFileInstead(path))
+        return tr("A file stands where this folder should be. Rename that file, or choose another folder.");
     if (m_list->nameFilter != u"*")
         return tr("There is no file of this type here. For others choose a File Type below.");
     return {};

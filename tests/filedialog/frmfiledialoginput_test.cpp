@@ -40,6 +40,8 @@ private slots:
     void listGrowsWithTheDialog_data();
     void listGrowsWithTheDialog();
     void folderThatASaveMakesIsTold();
+    void fileInTheFoldersPlaceIsTold_data();
+    void fileInTheFoldersPlaceIsTold();
     void folderWithoutFilesOfTheTypeSaysSo();
     void documentsAreAtHome_data();
     void documentsAreAtHome();
@@ -257,6 +259,38 @@ void FileDialogInputTest::folderThatASaveMakesIsTold()
     QCOMPARE(told(frmFileDialog::SaveAs, documents), noneOfType());
     qputenv("HOME", QFile::encodeName(home.path("gone"))); // nothing can be made there
     QCOMPARE(told(frmFileDialog::SaveAs, home.path("gone/Documents/")), noneOfType());
+    qputenv("HOME", homeBefore);
+}
+
+void FileDialogInputTest::fileInTheFoldersPlaceIsTold_data()
+{
+    QTest::addColumn<frmFileDialog::Mode>("mode");
+    QTest::addColumn<bool>("isLink");
+    QTest::newRow("to save") << frmFileDialog::SaveAs << false;
+    QTest::newRow("to open") << frmFileDialog::Open << false;
+    QTest::newRow("by a link") << frmFileDialog::SaveAs << true;
+}
+
+/// Until it is renamed.
+void FileDialogInputTest::fileInTheFoldersPlaceIsTold()
+{
+    QFETCH(frmFileDialog::Mode, mode);
+    QFETCH(bool, isLink);
+    const TestFolder home;
+    const QByteArray homeBefore = qgetenv("HOME");
+    qputenv("HOME", QFile::encodeName(home.path().chopped(1)));
+    home.file(isLink ? "notes" : "Documents");
+    if (isLink)
+        home.link("notes", "Documents");
+    const ShownDialog shown(mode, home.path("Documents/"), latin1(".txt"));
+    const QString text =
+        latin1("A file stands where this folder should be. Rename that file, or choose another folder.");
+    QCOMPARE(shown.list->emptyText, text);
+    QCOMPARE(shown.list->accessibleDescription(), text);
+    home.remove("Documents");
+    home.folder("Documents");
+    shown.tool("Refresh")->click();
+    QCOMPARE(shown.list->emptyText, noneOfType());
     qputenv("HOME", homeBefore);
 }
 
