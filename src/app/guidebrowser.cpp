@@ -3,6 +3,7 @@
 #include "app/fittedpictures.h"
 #include "app/keystext.h"
 #include "app/translation.h"
+#include "platform/keypause.h"
 #include "platform/qpeapplication.h"
 #include "settings/settings.h"
 
@@ -220,8 +221,12 @@ void GuideBrowser::scroll(QScroller::Input input, const QMouseEvent &event)
 
 void GuideBrowser::doSetSource(const QUrl &name, QTextDocument::ResourceType type)
 {
-    if (isPage(source(), name.toString()))
-        QTextBrowser::doSetSource(name, type);
+    if (!isPage(source(), name.toString()))
+        return;
+    KeyPause::begin();
+    document()->setLayoutEnabled(false); // else made anew for each row of a table
+    QTextBrowser::doSetSource(name, type);
+    document()->setLayoutEnabled(true);
 }
 
 QVariant GuideBrowser::loadResource(int type, const QUrl &name)

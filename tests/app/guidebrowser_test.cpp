@@ -11,6 +11,7 @@
 #include <QDirIterator>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTextBlock>
 #include <QTextTable>
 
@@ -82,6 +83,7 @@ private slots:
     void placeStaysWhereWidthChanges_data();
     void placeStaysWhereWidthChanges();
     void keysLeadToItsEnds();
+    void pageIsLaidOutOnce();
 
 private:
     /// With the guide, on the screen.
@@ -444,6 +446,19 @@ void GuideBrowserTest::keysLeadToItsEnds()
         QTest::keyClick(&browser, Qt::Key_Home, modifiers);
         QCOMPARE(bar.value(), 0);
     }
+}
+
+/// Rather than once for each row of its tables.
+void GuideBrowserTest::pageIsLaidOutOnce()
+{
+    GuideBrowser browser;
+    showSmall(browser);
+    const QSignalSpy laidOut(
+        browser.document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged);
+    browser.setSource(browser.source().resolved(QUrl(u"robustness.md"_s)));
+    QCOMPARE(browser.source().fileName(), u"robustness.md"_s);
+    QVERIFY(browser.verticalScrollBar()->maximum() > 1000);
+    QVERIFY2(laidOut.size() < 10, qPrintable(QString::number(laidOut.size())));
 }
 
 REGISTER_TEST(runWindowTest<GuideBrowserTest>)

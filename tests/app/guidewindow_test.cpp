@@ -25,6 +25,7 @@ private slots:
     void pagesAreAsWideAsTheWindow_data();
     void pagesAreAsWideAsTheWindow();
     void opensAtTheKeys();
+    void keysPressedWhileAPageComesGoNowhere();
 
 private:
     /// As F1 opens it; once the window manager has given it its place.
@@ -84,6 +85,19 @@ void GuideWindowTest::opensAtTheKeys()
     QVERIFY(browser);
     const QRect title = browser->cursorRect(QTextCursor(browser->document()->find(u"Keys"_s).block()));
     QVERIFY2(title.top() >= 0 && title.top() < title.height(), qPrintable(QString::number(title.top())));
+}
+
+/// They were meant for the page before.
+void GuideWindowTest::keysPressedWhileAPageComesGoNowhere()
+{
+    frmGuide guide(nullptr);
+    GuideBrowser *const browser = show(guide);
+    QVERIFY(browser);
+    const auto pressEscape = [&guide] { QTest::keyClick(guide.windowHandle(), Qt::Key_Escape); };
+    browser->setSource(browser->source().resolved(QUrl(u"robustness.md"_s)));
+    pressEscape();
+    QVERIFY(guide.isVisible());
+    QTRY_VERIFY((pressEscape(), !guide.isVisible()));
 }
 
 /// As the program starts.
