@@ -12,7 +12,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -75,11 +74,6 @@ QString withoutOtherLinks(const QString &page, const QUrl &base)
     }
     shown += QStringView(page).sliced(end);
     return shown;
-}
-
-bool isOfFinger(const QMouseEvent &event)
-{
-    return event.pointerType() == QPointingDevice::PointerType::Finger;
 }
 
 QString withPresentKeys(const QString &page)
@@ -185,38 +179,6 @@ void GuideBrowser::keyPressEvent(QKeyEvent *event)
         verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMaximum);
     else
         QTextBrowser::keyPressEvent(event);
-}
-
-/// A press of the mouse as well, that the toolkit makes of it.
-void GuideBrowser::mousePressEvent(QMouseEvent *event)
-{
-    if (isOfFinger(*event))
-        scroll(QScroller::InputPress, *event);
-    QTextBrowser::mousePressEvent(event);
-}
-
-/// Instead of a selection.
-void GuideBrowser::mouseMoveEvent(QMouseEvent *event)
-{
-    if (isOfFinger(*event))
-        scroll(QScroller::InputMove, *event);
-    else
-        QTextBrowser::mouseMoveEvent(event);
-}
-
-/// Which follows a link, but for the end of a drag.
-void GuideBrowser::mouseReleaseEvent(QMouseEvent *event)
-{
-    const bool isDrag = QScroller::scroller(viewport())->state() == QScroller::Dragging;
-    if (isOfFinger(*event))
-        scroll(QScroller::InputRelease, *event);
-    if (!isDrag)
-        QTextBrowser::mouseReleaseEvent(event);
-}
-
-void GuideBrowser::scroll(QScroller::Input input, const QMouseEvent &event)
-{
-    QScroller::scroller(viewport())->handleInput(input, event.position(), qint64(event.timestamp()));
 }
 
 void GuideBrowser::doSetSource(const QUrl &name, QTextDocument::ResourceType type)

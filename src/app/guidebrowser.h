@@ -1,13 +1,12 @@
 #pragma once
 
-#include <QScroller>
 #include <QTextBrowser>
 
 class QTextTable;
 
 /// Shows pages of the guide, which are files in Markdown. Where a page has the table of keys, it is shown as
 /// it is now, in the present language and with what is switched on. Pictures are as wide as the browser at
-/// most; links to what is no page are none. A finger scrolls.
+/// most; links to what is no page are none.
 class GuideBrowser : public QTextBrowser {
     Q_OBJECT
 public:
@@ -27,12 +26,8 @@ protected:
     bool event(QEvent *event) override;
     /// Ctrl+Home and Ctrl+End lead to its ends, as Home and End do.
     void keyPressEvent(QKeyEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    void scroll(QScroller::Input input, const QMouseEvent &event);
     QTextTable *keys() const;
     bool resized(QEvent *event);
     void showBarBelow();

@@ -4,6 +4,7 @@
 #include "platform/composingescape.h"
 #include "platform/desktopchannel.h"
 #include "platform/endsignals.h"
+#include "platform/fingerscrolling.h"
 #include "platform/launcherchannel.h"
 #include "platform/requestqueue.h"
 #include "platform/returnedfocus.h"
@@ -31,6 +32,7 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     hideFontMessages();
     registerLcFont();
     StrayInput::instance();
+    new FingerScrolling(this);
     new ComposingEscape(this);
     new ReturnedFocus(this);
     connect(m_channel, &LauncherChannel::documentRequested, this,

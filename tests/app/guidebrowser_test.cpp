@@ -2,6 +2,7 @@
 
 #include "app/keystext.h"
 #include "app/translation.h"
+#include "platform/fingerscrolling.h"
 #include "settings/moresettings.h"
 #include "settings/settings.h"
 #include "tests/app/testwindow.h"
@@ -300,6 +301,7 @@ void GuideBrowserTest::showSmall(GuideBrowser &browser)
 void GuideBrowserTest::fingerScrolls()
 {
     const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const FingerScrolling fingers(qApp);
     GuideBrowser browser;
     showSmall(browser);
     QWidget *const page = browser.viewport();
@@ -314,6 +316,7 @@ void GuideBrowserTest::fingerScrolls()
 void GuideBrowserTest::fingerFollowsALink()
 {
     const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const FingerScrolling fingers(qApp);
     GuideBrowser browser;
     showSmall(browser);
     QTextCursor link = browser.document()->find(u"its settings, favourites"_s);

@@ -26,6 +26,7 @@ private slots:
     void pagesAreAsWideAsTheWindow();
     void opensAtTheKeys();
     void keysPressedWhileAPageComesGoNowhere();
+    void fingerScrollsIt();
 
 private:
     /// As F1 opens it; once the window manager has given it its place.
@@ -98,6 +99,23 @@ void GuideWindowTest::keysPressedWhileAPageComesGoNowhere()
     pressEscape();
     QVERIFY(guide.isVisible());
     QTRY_VERIFY((pressEscape(), !guide.isVisible()));
+}
+
+/// As it does everything in the program.
+void GuideWindowTest::fingerScrollsIt()
+{
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    frmGuide guide(nullptr);
+    GuideBrowser *const browser = show(guide);
+    QVERIFY(browser);
+    QWidget *const page = browser->viewport();
+    const int before = browser->verticalScrollBar()->value();
+    QTest::touchEvent(page, screen.get()).press(0, page->rect().center(), page);
+    for (int y = page->rect().center().y(); y > 0; y -= 10)
+        QTest::touchEvent(page, screen.get()).move(0, QPoint(page->rect().center().x(), y), page);
+    QTest::touchEvent(page, screen.get()).release(0, QPoint(page->rect().center().x(), 0), page);
+    QTRY_VERIFY(browser->verticalScrollBar()->value() > before + page->height() / 4);
+    QVERIFY(!browser->textCursor().hasSelection());
 }
 
 /// As the program starts.

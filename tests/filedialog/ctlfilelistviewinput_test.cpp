@@ -31,6 +31,8 @@ private slots:
     void doubleClickOpensOnce_data();
     void doubleClickOpensOnce();
     void doubleClickByAnotherButton();
+    void fingerScrolls();
+    void tapOfAFingerSelectsAndOpens();
 };
 
 void ListViewInputTest::init()
@@ -326,6 +328,53 @@ void ListViewInputTest::doubleClickByAnotherButton()
     shown.doubleClick(shown.place("sub"), Qt::RightButton);
     shown.doubleClick(shown.place("sub"), Qt::MiddleButton);
     QCOMPARE(shown.refreshed.size(), 1);
+}
+
+static QPoint middleOf(const ShownList &shown)
+{
+    return shown.list.viewport()->rect().center();
+}
+
+/// Rather than selecting what it passes over.
+void ListViewInputTest::fingerScrolls()
+{
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const TestFolder folder;
+    for (int i = 10; i < 99; ++i)
+        folder.file(QByteArray("file" + QByteArray::number(i)).constData());
+    ShownList shown(folder.path());
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.list));
+    QWidget *const view = shown.list.viewport();
+    QTest::touchEvent(view, screen.get()).press(0, middleOf(shown), view);
+    for (int y = 0; y < 100; y += 5)
+        QTest::touchEvent(view, screen.get()).move(0, middleOf(shown) - QPoint(0, y), view);
+    QTRY_VERIFY(shown.nameAt({}) > QStringLiteral("file11"));
+    QTest::touchEvent(view, screen.get()).release(0, middleOf(shown) - QPoint(0, 100), view);
+    QCOMPARE(shown.selected(), QString());
+    QCOMPARE(shown.selectedFiles.size(), 0);
+}
+
+void ListViewInputTest::tapOfAFingerSelectsAndOpens()
+{
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const TestFolder folder;
+    for (int i = 10; i < 99; ++i)
+        folder.file(QByteArray("file" + QByteArray::number(i)).constData());
+    ShownList shown(folder.path());
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.list));
+    QWidget *const view = shown.list.viewport();
+    const QPoint at = middleOf(shown) + QPoint(0, 30); // not where another test has tapped
+    const auto tap = [&] {
+        QTest::touchEvent(view, screen.get()).press(0, at, view);
+        QTest::touchEvent(view, screen.get()).release(0, at, view);
+    };
+    const QString name = shown.nameAt(at);
+    tap();
+    QCOMPARE(shown.selected(), name);
+    QCOMPARE(shown.selectedFiles.size(), 1);
+    QCOMPARE(shown.opened.size(), 0);
+    tap();
+    QCOMPARE(shown.opened.size(), 1);
 }
 
 REGISTER_TEST(runFormTest<ListViewInputTest>)
