@@ -201,11 +201,8 @@ QRect DocumentArea::noticePlace() const
     return m_strip->isVisible() ? QRect(m_strip->mapToGlobal(QPoint()), m_strip->size()) : QRect();
 }
 
-/// While many documents are closed there are no tabs to give a place to.
 void DocumentArea::arrange()
 {
-    if (m_tabBar->isHidden())
-        return;
     const QSize hint = m_tabBar->sizeHint();
     const int footer = m_footer && !m_footer->isHidden() ? m_footer->sizeHint().height() : 0;
     if (m_footer)

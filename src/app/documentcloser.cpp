@@ -234,11 +234,8 @@ bool DocumentCloser::mayGo(const ctlEditer &editor) const
 void DocumentCloser::closeUneditedFromTheLast()
 {
     m_documents.setUpdatesEnabled(false);
-    m_documents.tabBar()->hide(); // or each tab that goes would have all others laid out
     while (m_documents.current() && mayGo(*m_documents.editors().constLast()))
         close(m_documents.editors().constLast());
-    m_documents.tabBar()->show();
-    m_documents.arrange();
     m_documents.setUpdatesEnabled(true);
 }
 
