@@ -6,11 +6,14 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QListWidget>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QScroller>
 #include <QSignalSpy>
+#include <QTimer>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -68,6 +71,8 @@ private slots:
     void innerListScrollsFirst();
     void formScrollsAroundAListWithoutMore();
     void listOfAChoiceScrolls();
+    void tapOpensAChoiceInAForm();
+    void tapOpensAMenuInAForm();
     void titlesAndBarsAreDragged();
     void mouseChoosesAsEver();
     void tapMayRemoveWhatItTouches();
@@ -252,6 +257,46 @@ void FingerScrollingTest::listOfAChoiceScrolls()
     tap(list->viewport(), QPoint(50, 50));
     QTRY_COMPARE(choice.currentIndex(), row);
     QVERIFY(!list->isVisible());
+}
+
+/// And a second one chooses.
+void FingerScrollingTest::tapOpensAChoiceInAForm()
+{
+    LongForm form;
+    QComboBox choice(form.widget());
+    choice.addItems(names().first(5));
+    show(form);
+    tap(&choice, choice.rect().center());
+    const QAbstractItemView *const list = choice.view();
+    QTRY_VERIFY(list->isVisible());
+    QVERIFY(QTest::qWaitForWindowExposed(list->window()));
+    tap(list->viewport(), list->visualRect(list->model()->index(3, 0)).center());
+    QTRY_COMPARE(choice.currentIndex(), 3);
+    QTRY_VERIFY(!list->isVisible());
+    tap(form.findChildren<QCheckBox *>().at(3), QPoint(10, 5));
+    QCOMPARE(form.checked(), 1);
+}
+
+/// Which it waits for, and the finger is as free after that as before.
+void FingerScrollingTest::tapOpensAMenuInAForm()
+{
+    LongForm form;
+    QToolButton button(form.widget());
+    QMenu menu;
+    QAction *const chosen = menu.addAction(u"one"_s);
+    const QSignalSpy triggered(chosen, &QAction::triggered);
+    button.setMenu(&menu);
+    button.setPopupMode(QToolButton::InstantPopup);
+    button.resize(40, 20);
+    show(form);
+    connect(&menu, &QMenu::aboutToShow, this,
+        [&] { QTimer::singleShot(0, &menu, [&] { tap(&menu, menu.actionGeometry(chosen).center()); }); });
+    tap(&button, button.rect().center());
+    QTRY_COMPARE(triggered.size(), 1);
+    QTRY_VERIFY(!menu.isVisible());
+    QVERIFY(!button.isDown());
+    tap(form.findChildren<QCheckBox *>().at(3), QPoint(10, 5));
+    QCOMPARE(form.checked(), 1);
 }
 
 void FingerScrollingTest::titlesAndBarsAreDragged()
