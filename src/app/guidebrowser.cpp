@@ -93,6 +93,7 @@ GuideBrowser::GuideBrowser(QWidget *parent)
     // What the toolkit's own menu offers is for links of other kinds.
     setContextMenuPolicy(Qt::NoContextMenu);
     new FittedPictures(this);
+    connect(this, &QTextBrowser::sourceChanged, this, [this] { document()->setLayoutEnabled(true); });
     verticalScrollBar()->setAccessibleName(
         QCoreApplication::translate("QMultiLineEdit", "Vertical scroll bar"));
     horizontalScrollBar()->setAccessibleName(
@@ -183,19 +184,18 @@ void GuideBrowser::keyPressEvent(QKeyEvent *event)
 
 void GuideBrowser::doSetSource(const QUrl &name, QTextDocument::ResourceType type)
 {
-    if (!isPage(source(), name.toString()))
-        return;
-    KeyPause::begin();
-    document()->setLayoutEnabled(false); // else made anew for each row of a table
-    QTextBrowser::doSetSource(name, type);
-    document()->setLayoutEnabled(true);
+    if (isPage(source(), name.toString()))
+        QTextBrowser::doSetSource(name, type);
 }
 
+/// Whoever leads to a page begins with this, "Back" too.
 QVariant GuideBrowser::loadResource(int type, const QUrl &name)
 {
-    QVariant loaded = QTextBrowser::loadResource(type, name);
-    if (type == QTextDocument::MarkdownResource)
-        return withPresentKeys(withoutOtherLinks(
-            withoutEndsInSentences(QString::fromUtf8(loaded.toByteArray())), source().resolved(name)));
-    return loaded;
+    const QVariant loaded = QTextBrowser::loadResource(type, name);
+    if (type != QTextDocument::MarkdownResource)
+        return loaded;
+    KeyPause::begin();
+    document()->setLayoutEnabled(false); // else made anew for each row of a table
+    return withPresentKeys(withoutOtherLinks(
+        withoutEndsInSentences(QString::fromUtf8(loaded.toByteArray())), source().resolved(name)));
 }

@@ -85,6 +85,7 @@ private slots:
     void placeStaysWhereWidthChanges();
     void keysLeadToItsEnds();
     void pageIsLaidOutOnce();
+    void backLeadsToThePlace();
 
 private:
     /// With the guide, on the screen.
@@ -462,6 +463,22 @@ void GuideBrowserTest::pageIsLaidOutOnce()
     QCOMPARE(browser.source().fileName(), u"robustness.md"_s);
     QVERIFY(browser.verticalScrollBar()->maximum() > 1000);
     QVERIFY2(laidOut.size() < 10, qPrintable(QString::number(laidOut.size())));
+    browser.backward();
+    QVERIFY2(laidOut.size() < 20, qPrintable(QString::number(laidOut.size())));
+}
+
+void GuideBrowserTest::backLeadsToThePlace()
+{
+    GuideBrowser browser;
+    showSmall(browser);
+    const QScrollBar &bar = *browser.verticalScrollBar();
+    QTest::keyClick(&browser, Qt::Key_End);
+    const int before = bar.value();
+    QVERIFY(before > 1000);
+    browser.setSource(browser.source().resolved(QUrl(u"robustness.md"_s)));
+    QCOMPARE(bar.value(), 0);
+    browser.backward();
+    QCOMPARE(bar.value(), before);
 }
 
 REGISTER_TEST(runWindowTest<GuideBrowserTest>)
