@@ -75,7 +75,7 @@ int answerOnTerminal(const CommandLine &line, int argc, char **argv)
     return wrongUse;
 }
 
-int openWithoutDisplay(int argc, char **argv, FileRequests requests)
+int openWithoutDisplay(int argc, char **argv, const FileRequests &requests)
 {
     const TerminalApplication application(argc, argv);
     using HandOver = LauncherChannel::HandOver;

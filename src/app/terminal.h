@@ -10,4 +10,4 @@ int answerOnTerminal(const CommandLine &line, int argc, char **argv);
 
 /// Where there is no display: hands the files over to the instance that has a window elsewhere, or says on
 /// standard error why no window shows them. Gives the status to exit with.
-int openWithoutDisplay(int argc, char **argv, FileRequests requests);
+int openWithoutDisplay(int argc, char **argv, const FileRequests &requests);

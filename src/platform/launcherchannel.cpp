@@ -5,6 +5,7 @@
 #include "platform/qcop.h"
 #include "platform/sessionbus.h"
 
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusUnixFileDescriptor>
@@ -42,6 +43,11 @@ bool isAnswered(const QDBusConnection &bus, const QDBusMessage &call)
     return bus.call(call, QDBus::Block, instanceTimeout).type() == QDBusMessage::ReplyMessage;
 }
 
+void registerTypes()
+{
+    qDBusRegisterMetaType<QList<QVariantMap>>();
+}
+
 QString nameOnBus(const QString &fileName)
 {
     const bool isUnicode = QString::fromUtf8(fileName.toUtf8()) == fileName;
@@ -53,6 +59,7 @@ QString nameFromBus(const QString &text)
     return FileAddress::fileName(text.toUtf8()).value_or(text);
 }
 
+const QString nameOption = QStringLiteral("name");
 const QString recentOption = QStringLiteral("recent");
 const QString lineOption = QStringLiteral("line");
 const QString columnOption = QStringLiteral("column");
@@ -60,55 +67,88 @@ const QString charCodeOption = QStringLiteral("charCode");
 const QString inputOption = QStringLiteral("input");
 const QString waitingOption = QStringLiteral("waiting");
 
-QVariantMap optionsOf(const FileRequest &request)
-{
-    QVariantMap options;
-    if (request.place) {
-        options[lineOption] = request.place->line;
-        options[columnOption] = request.place->column;
+using OpenFiles = QList<QDBusUnixFileDescriptor>;
+
+/// Requests as a call has them. A message carries few open files: one that many share goes once.
+class CarriedRequests {
+public:
+    explicit CarriedRequests(const FileRequests &requests)
+    {
+        for (const FileRequest &request : requests)
+            m_documents << optionsOf(request);
     }
-    if (request.charCode)
-        options[charCodeOption] = int(*request.charCode);
-    if (request.isRecent)
-        options[recentOption] = true;
-    const auto addFile = [&options](const QString &name, const SharedFd &file) {
-        if (file)
-            options[name] = QVariant::fromValue(QDBusUnixFileDescriptor(file->number()));
-    };
-    addFile(inputOption, request.input);
-    addFile(waitingOption, request.waiting);
-    return options;
-}
+    QVariantList arguments() const
+    {
+        OpenFiles carried;
+        for (const SharedFd &file : m_files)
+            carried << QDBusUnixFileDescriptor(file->number());
+        return { QVariant::fromValue(m_documents), QVariant::fromValue(carried) };
+    }
 
-/// The number that came is closed with the message.
-SharedFd fileIn(const QVariantMap &options, const QString &name)
+private:
+    QVariantMap optionsOf(const FileRequest &request)
+    {
+        QVariantMap options{ { nameOption, nameOnBus(request.fileName) } };
+        if (request.place) {
+            options[lineOption] = request.place->line;
+            options[columnOption] = request.place->column;
+        }
+        if (request.charCode)
+            options[charCodeOption] = int(*request.charCode);
+        if (request.isRecent)
+            options[recentOption] = true;
+        if (request.input)
+            options[inputOption] = placeOf(request.input);
+        if (request.waiting)
+            options[waitingOption] = placeOf(request.waiting);
+        return options;
+    }
+    int placeOf(const SharedFd &file)
+    {
+        if (!m_files.contains(file))
+            m_files << file;
+        return int(m_files.indexOf(file));
+    }
+
+    QList<QVariantMap> m_documents;
+    QList<SharedFd> m_files;
+};
+
+/// The numbers that came are closed with the message.
+QList<SharedFd> ownFiles(const OpenFiles &carried)
 {
-    const auto file = options.value(name).value<QDBusUnixFileDescriptor>();
-    const int own = file.isValid() ? ::fcntl(file.fileDescriptor(), F_DUPFD_CLOEXEC, 0) : -1;
-    return own == -1 ? SharedFd() : std::make_shared<OpenFd>(own);
+    QList<SharedFd> files;
+    for (const QDBusUnixFileDescriptor &file : carried) {
+        const int own = ::fcntl(file.fileDescriptor(), F_DUPFD_CLOEXEC, 0);
+        files << (own == -1 ? SharedFd() : std::make_shared<OpenFd>(own));
+    }
+    return files;
 }
 
-FileRequest shellRequest(const QVariantMap &options)
+/// With the name as it came.
+FileRequest shellRequest(const QVariantMap &options, const QList<SharedFd> &files)
 {
     FileRequest request;
     request.from = FileRequest::From::Shell;
+    request.fileName = options.value(nameOption).toString();
     if (options.contains(lineOption))
         request.place = { qMax(1LL, options.value(lineOption).toLongLong()),
             qMax(1LL, options.value(columnOption, 1).toLongLong()) };
     request.isRecent = options.value(recentOption).toBool();
     request.charCode = requestedCharCode(options.value(charCodeOption).toInt());
-    request.input = fileIn(options, inputOption);
-    request.waiting = fileIn(options, waitingOption);
+    request.input = files.value(options.value(inputOption, -1).toInt());
+    request.waiting = files.value(options.value(waitingOption, -1).toInt());
     return request;
 }
 
 enum class Answer { Taken, Refused, None };
 
-// The answer may have to wait for a question to the user of the instance, as long as that takes.
-Answer giveDocument(const QDBusConnection &bus, const FileRequest &request)
+// In one call: what is given one by one, the instance opens one by one, and does not know that it has many to
+// open. The answer may have to wait for a question to the user of the instance, as long as that takes.
+Answer giveDocuments(const QDBusConnection &bus, const FileRequests &requests)
 {
     const QDBusMessage call =
-        callOfInstance(QStringLiteral("openFromShell"), { nameOnBus(request.fileName), optionsOf(request) });
+        callOfInstance(QStringLiteral("openFromShell"), CarriedRequests(requests).arguments());
     QDBusPendingCallWatcher answer(bus.asyncCall(call, noTimeout));
     QEventLoop waiting;
     QTimer look;
@@ -123,18 +163,6 @@ Answer giveDocument(const QDBusConnection &bus, const FileRequest &request)
     if (!answer.isFinished())
         return Answer::None;
     return answer.isError() ? Answer::Refused : Answer::Taken;
-}
-
-/// Gives them until one is not taken.
-Answer giveDocuments(const QDBusConnection &bus, FileRequests &requests)
-{
-    while (!requests.isEmpty()) {
-        const Answer answer = giveDocument(bus, requests.front());
-        if (answer != Answer::Taken)
-            return answer;
-        requests.removeFirst();
-    }
-    return Answer::Taken;
 }
 
 /// The end of the process that has the channel, from now on.
@@ -175,6 +203,7 @@ bool LauncherChannel::open()
     auto bus = sessionBus();
     if (!bus)
         return false;
+    registerTypes();
     const QString path = QCopChannel::path(ownChannel());
     // The object comes first: a message may follow the name at once.
     const bool isThere = bus->objectRegisteredAt(path) == this
@@ -188,8 +217,9 @@ void LauncherChannel::openLater()
         takeName(*bus, WhenTaken::Wait);
 }
 
-LauncherChannel::HandOver LauncherChannel::handOver(FileRequests &requests)
+LauncherChannel::HandOver LauncherChannel::handOver(const FileRequests &requests)
 {
+    registerTypes();
     const auto bus = sessionBus();
     if (!bus)
         return HandOver::NoInstance;
@@ -199,6 +229,8 @@ LauncherChannel::HandOver LauncherChannel::handOver(FileRequests &requests)
         return HandOver::NoInstance;
     if (!isAnswered(*bus, callOfInstance(QStringLiteral("raise"), { token })))
         return HandOver::NoAnswer;
+    if (requests.isEmpty())
+        return HandOver::Done;
     switch (giveDocuments(*bus, requests)) {
     case Answer::Taken:
         return HandOver::Done;
@@ -230,6 +262,8 @@ void LauncherChannel::setTaking(Taking taking)
 
 namespace {
 
+const QString needsAbsoluteName = QStringLiteral("Give the absolute name of a file.");
+
 /// Nothing for a name that is not absolute.
 std::optional<QString> absoluteNameFromBus(const QString &text)
 {
@@ -244,18 +278,25 @@ void LauncherChannel::setDocument(const QString &fileName)
     if (const auto name = absoluteNameFromBus(fileName))
         take({ FileRequest{ *name } }, ownMessage());
     else
-        refuse(ownMessage(), QStringLiteral("Give the absolute name of a file."));
+        refuse(ownMessage(), needsAbsoluteName);
 }
 
-void LauncherChannel::openFromShell(const QString &fileName, const QVariantMap &options)
+void LauncherChannel::openFromShell(
+    const QList<QVariantMap> &documents, const QList<QDBusUnixFileDescriptor> &files)
 {
-    FileRequest request = shellRequest(options);
-    const auto name = fileName.isEmpty() ? std::optional(QString()) : absoluteNameFromBus(fileName);
-    request.fileName = name.value_or(QString());
-    if (name)
-        take({ request }, ownMessage());
-    else
-        refuse(ownMessage(), QStringLiteral("Give the absolute name of a file."));
+    const QList<SharedFd> open = ownFiles(files);
+    FileRequests requests;
+    for (const QVariantMap &options : documents) {
+        requests << shellRequest(options, open);
+        QString &name = requests.last().fileName;
+        const auto absolute = name.isEmpty() ? std::optional(name) : absoluteNameFromBus(name);
+        if (!absolute) {
+            refuse(ownMessage(), needsAbsoluteName);
+            return;
+        }
+        name = *absolute;
+    }
+    take(requests, ownMessage());
 }
 
 /// Of no type where the call is the program's own.
@@ -302,8 +343,7 @@ void LauncherChannel::settle(const Call &call)
             call.message.createErrorReply(QDBusError::Failed, QStringLiteral("The program has ended.")));
         return;
     }
-    for (const FileRequest &request : call.requests)
-        emit documentRequested(request);
+    emit documentsRequested(call.requests);
     answer(call.message, call.message.createReply());
 }
 

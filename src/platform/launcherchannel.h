@@ -4,6 +4,7 @@
 
 #include <QDBusContext>
 #include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
 #include <QList>
 #include <QObject>
 #include <QVariantMap>
@@ -33,14 +34,14 @@ public:
 
     /// What came of files that were handed over.
     enum class HandOver {
-        Done, ///< all were taken
-        Ended, ///< one was refused, by a process that has ended since: somebody else may have the channel
+        Done, ///< they were taken
+        Ended, ///< they were refused, by a process that has ended since: somebody else may have the channel
         NoInstance, ///< nobody has the channel, or there is no session bus
-        NoAnswer, ///< none within two seconds, or who has refused one does not end within five
+        NoAnswer, ///< none within two seconds, or who has refused them does not end within five
     };
-    /// Gives the process that has the channel these files, taking from the list each that it has confirmed;
-    /// without any it is asked to show its window. As long as it takes files later, it is waited for.
-    static HandOver handOver(FileRequests &requests);
+    /// Gives the process that has the channel these files, all of them or none; without any it is asked to
+    /// show its window. As long as it takes files later, it is waited for.
+    static HandOver handOver(const FileRequests &requests);
     /// The process that has the channel; 0 where there is none.
     static uint instance();
 
@@ -53,9 +54,11 @@ public slots:
     /// An absolute name, or a "file://" address: so travels a name that is no Unicode text. Anything else is
     /// answered with an error.
     Q_SCRIPTABLE void setDocument(const QString &fileName);
-    /// The same from a command line, with what stands there beside the name, which may be none, see
-    /// FileRequest.
-    Q_SCRIPTABLE void openFromShell(const QString &fileName, const QVariantMap &options);
+    /// The same from a command line, for all that stand there: each by its name, which may be empty, and
+    /// what stands beside it, see FileRequest. Where one has a place among `files`, its input and who waits
+    /// for it. With a name that is not absolute, none of them is opened.
+    Q_SCRIPTABLE void openFromShell(
+        const QList<QVariantMap> &documents, const QList<QDBusUnixFileDescriptor> &files);
     Q_SCRIPTABLE void raise();
     /// With what the launcher gave a second start as its right to come to the front.
     Q_SCRIPTABLE void raise(const QString &activationToken);
@@ -63,7 +66,8 @@ public slots:
     Q_SCRIPTABLE void ping() { }
 
 signals:
-    void documentRequested(const FileRequest &request);
+    /// Those of one call.
+    void documentsRequested(const FileRequests &requests);
     void raiseRequested();
 
 private:

@@ -35,9 +35,8 @@ QPEApplication::QPEApplication(int &argc, char **argv)
     new FingerScrolling(this);
     new ComposingEscape(this);
     new ReturnedFocus(this);
-    connect(m_channel, &LauncherChannel::documentRequested, this,
-        qOverload<const FileRequest &>(&QPEApplication::request));
-    connect(m_channel, &LauncherChannel::documentRequested, this, &QPEApplication::raiseWindow);
+    connect(m_channel, &LauncherChannel::documentsRequested, this, &QPEApplication::requestAll);
+    connect(m_channel, &LauncherChannel::documentsRequested, this, &QPEApplication::raiseWindow);
     connect(m_requests, &RequestQueue::delivered, this, &QPEApplication::requestDelivered);
     connect(m_channel, &LauncherChannel::raiseRequested, this, &QPEApplication::raiseWindow);
 }
@@ -104,8 +103,7 @@ void QPEApplication::showMainWidget(QWidget *window, bool noMaximize)
         connect(m_endSignals, &EndSignals::endRequested, this, &QPEApplication::endAtOnce);
         EndOrder::setObedience([this] { endAtOnce(); });
     }
-    for (const FileRequest &given : std::exchange(m_given, {}))
-        request(given);
+    requestAll(std::exchange(m_given, {}));
 }
 
 void QPEApplication::holdRequests(bool hold)
@@ -156,6 +154,12 @@ void QPEApplication::settleEnd()
 void QPEApplication::request(const FileRequest &request)
 {
     m_requests->add(request);
+}
+
+void QPEApplication::requestAll(const FileRequests &requests)
+{
+    for (const FileRequest &each : requests)
+        request(each);
 }
 
 void QPEApplication::endAtOnce()

@@ -79,6 +79,7 @@ protected:
 
 private:
     bool handGivenOver();
+    void requestAll(const FileRequests &requests);
     void raiseWindow();
     void endWithSession();
     void settleEnd();

@@ -1,4 +1,5 @@
 #include "app/qpeapplicationesc.h"
+#include "tests/app/stripinwindow.h"
 #include "tests/app/testwindow.h"
 
 #include "platform/qcop.h"
@@ -8,7 +9,9 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusUnixFileDescriptor>
 #include <QDialog>
+#include <QSignalSpy>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -86,6 +89,15 @@ public:
         m_answer = m_bus.asyncCall(callOf(u"setDocument"_s, { fileName }));
         ping();
     }
+    /// As a command line does; does not wait.
+    void giveFromShell(const QStringList &fileNames)
+    {
+        QList<QVariantMap> documents;
+        for (const QString &name : fileNames)
+            documents << QVariantMap{ { u"name"_s, name } };
+        m_answer = m_bus.asyncCall(callOf(u"openFromShell"_s,
+            { QVariant::fromValue(documents), QVariant::fromValue(QList<QDBusUnixFileDescriptor>()) }));
+    }
     void ping()
     {
         const QDBusPendingCall arrival = m_bus.asyncCall(callOf(u"ping"_s, {}));
@@ -125,6 +137,7 @@ private slots:
     void messageDuringTheQuitQuestion();
     void fileDuringAnotherQuestion();
     void fileThatWaitsIsTheOnlyDocument();
+    void manyOfASecondStartHaveASign();
 
 private:
     /// Opens a.txt with "old" and an "x" typed in front, without any other document.
@@ -301,6 +314,32 @@ void RequestsTest::fileThatWaitsIsTheOnlyDocument()
     QTRY_VERIFY(!timer.isActive());
     QCOMPARE(m_window->tabBar()->count(), 1);
     QCOMPARE(m_window->currentEditor()->text(), u"requested"_s);
+}
+
+/// It tells of a key that has to wait, and its "Stop" leaves those that are not open yet.
+void RequestsTest::manyOfASecondStartHaveASign()
+{
+    constexpr int many = 100; // too many for one turn
+    const StripInWindow strip(*m_window);
+    const QSignalSpy delivered(application(), &QPEApplication::requestDelivered);
+    QStringList names;
+    for (int number = 1; number <= many; ++number)
+        names << m_files->write(u"%1.txt"_s.arg(number), "text\n");
+    OtherProgram other;
+    other.giveFromShell(names);
+    while (delivered.isEmpty())
+        QCoreApplication::processEvents();
+    QCOMPARE(delivered.first().first().toInt(), many - 1);
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_X);
+    QVERIFY(strip.text().startsWith(u"Not while files are being opened"_s));
+    QVERIFY(strip.click(u"Stop"_s));
+    QTRY_VERIFY(other.isAnswered());
+    QVERIFY(!other.isRefused());
+    settle();
+    QVERIFY(delivered.size() < many);
+    QCOMPARE(m_window->tabBar()->count(), 1 + delivered.size());
+    QCOMPARE(m_window->currentEditor()->text(), u"text\n"_s);
+    QVERIFY(!strip.isShown());
 }
 
 REGISTER_TEST(runRequestsTest)

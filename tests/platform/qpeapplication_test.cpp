@@ -215,6 +215,8 @@ static int runProgram(QPEApplication &app, bool minimized, const FileRequests &r
         return 0;
     }
     PrintingWindow window;
+    QObject::connect(&app, &QPEApplication::requestDelivered,
+        [](qsizetype waiting) { PrintingWindow::print("waiting", QByteArray::number(waiting)); });
     app.showMainWidget(&window, true);
     if (minimized) {
         window.showMinimized();

@@ -4,6 +4,8 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusUnixFileDescriptor>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -34,6 +36,7 @@ class QPEApplicationRequestsTest : public QObject {
 private slots:
     void secondStart_handsOver_data();
     void secondStart_handsOver();
+    void secondStart_withManyFiles_handsThemOverAtOnce();
     void secondStart_withUndecodableName_handsOver();
     void secondStart_handsOverWhatComesBesideTheName();
     void secondStart_withoutFile_showsTheWindow();
@@ -48,6 +51,7 @@ private slots:
     void message_opensTheDocument_data();
     void message_opensTheDocument();
     void message_followsLinks();
+    void message_ofSeveralDocuments_isTakenAsAWhole();
 };
 
 void QPEApplicationRequestsTest::secondStart_handsOver_data()
@@ -84,6 +88,23 @@ void QPEApplicationRequestsTest::secondStart_handsOver()
             name.startsWith('.') ? QFile::encodeName(folder.path()) + name.sliced(1) : name;
         QVERIFY2(first.prints("document " + full), full.constData());
     }
+}
+
+/// All of them wait before the first is opened, as those of a first start do.
+void QPEApplicationRequestsTest::secondStart_withManyFiles_handsThemOverAtOnce()
+{
+    Role first({ u"run"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    QStringList arguments{ u"run"_s };
+    QByteArray expected = "\n";
+    constexpr int many = 200;
+    for (int number = 1; number <= many; ++number) {
+        arguments << u"/%1"_s.arg(number);
+        expected += QStringLiteral("document /%1\nwaiting %2\n").arg(number).arg(many - number).toLatin1();
+    }
+    Role second(arguments);
+    QCOMPARE(second.run(), 0);
+    QVERIFY(first.prints(expected.trimmed()));
 }
 
 void QPEApplicationRequestsTest::secondStart_withUndecodableName_handsOver()
@@ -267,6 +288,23 @@ void QPEApplicationRequestsTest::message_followsLinks()
     QVERIFY(role.startsAndPrints("ready"));
     QVERIFY(callOwnChannel(u"setDocument"_s, { folder + u"/link/../x.txt"_s }));
     QVERIFY(role.prints("document " + folder.toUtf8() + "/a/x.txt"));
+}
+
+void QPEApplicationRequestsTest::message_ofSeveralDocuments_isTakenAsAWhole()
+{
+    qDBusRegisterMetaType<QList<QVariantMap>>();
+    Role role({ u"run"_s });
+    QVERIFY(role.startsAndPrints("ready"));
+    const auto isTaken = [](const QStringList &names) {
+        QList<QVariantMap> documents;
+        for (const QString &name : names)
+            documents << QVariantMap{ { u"name"_s, name } };
+        return callOwnChannel(u"openFromShell"_s,
+            { QVariant::fromValue(documents), QVariant::fromValue(QList<QDBusUnixFileDescriptor>()) });
+    };
+    QVERIFY(!isTaken({ u"/a"_s, u"relative"_s }));
+    QVERIFY(isTaken({ u"/b"_s, u"/c"_s }));
+    QVERIFY(role.prints("ready\ndocument /b\nwaiting 1\ndocument /c\nwaiting 0"));
 }
 
 REGISTER_TEST(runCoreTest<QPEApplicationRequestsTest>)
