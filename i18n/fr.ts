@@ -1255,6 +1255,10 @@ Voulez-vous enregistrer ce fichier&#xa0;?</translation>
         <translation>Texte UTF-16, qui sera enregistré en UTF-8</translation>
     </message>
     <message>
+        <source>UTF-16 text, read byte by byte; saving will change it</source>
+        <translation>Texte UTF-16, lu octet par octet&#xa0;; l’enregistrement le modifiera</translation>
+    </message>
+    <message>
         <source>UTF-16 text, read byte by byte</source>
         <translation>Texte UTF-16, lu octet par octet</translation>
     </message>

@@ -1254,6 +1254,10 @@ Row count  : %2</source>
         <translation>UTF-16 の文書です。UTF-8 で保存されます</translation>
     </message>
     <message>
+        <source>UTF-16 text, read byte by byte; saving will change it</source>
+        <translation>UTF-16 の文書をバイト単位で読みました。保存すると変わります</translation>
+    </message>
+    <message>
         <source>UTF-16 text, read byte by byte</source>
         <translation>UTF-16 の文書をバイト単位で読みました</translation>
     </message>

@@ -46,6 +46,18 @@ FileCodes codesOf(const TextDocument &document)
     return { document.charCode(), document.returnCode() };
 }
 
+bool isRewritten(const TextDocument &document)
+{
+    const RewrittenBytes &found = document.findings().rewritten;
+    return canBeSaved(document) && found.lf + found.cr + found.nul > 0;
+}
+
+/// Where it cannot be saved nothing will change.
+bool isSavedOtherwise(const TextDocument &document)
+{
+    return document.charCode() == CharCode::Unicode || isRewritten(document);
+}
+
 /// Of a file that was read by the rules that go by bytes.
 bool isUtf16InBytes(const TextDocument &document)
 {
@@ -109,9 +121,7 @@ void ReadingNotices::update(ctlEditer *editor)
         tellBinary(editor);
     else if (document.findings().fittingCode || document.findings().undecodableBytes > 0)
         tellCode(editor);
-    const RewrittenBytes &rewritten = document.findings().rewritten;
-    const bool isRewritten = rewritten.lf + rewritten.cr + rewritten.nul > 0;
-    if (isRewritten && canBeSaved(document) && !isUtf16InBytes(document))
+    if (isRewritten(document) && !isUtf16InBytes(document))
         tellRewritten(editor);
 }
 
@@ -139,8 +149,10 @@ void ReadingNotices::tellUtf16(ctlEditer *editor)
     const TextDocument &document = editor->document();
     Notice notice{ NoticeKind::Utf16, editor,
         [&document] {
-            return document.isUtf16() ? tr("UTF-16 text, to be saved as UTF-8")
-                                      : tr("UTF-16 text, read byte by byte");
+            if (document.isUtf16())
+                return tr("UTF-16 text, to be saved as UTF-8");
+            return isSavedOtherwise(document) ? tr("UTF-16 text, read byte by byte; saving will change it")
+                                              : tr("UTF-16 text, read byte by byte");
         },
         {} };
     if (!document.isUtf16())

@@ -281,7 +281,7 @@ void ReadingNoticesTest::readsUtf16AsText()
 {
     open(utf16);
     QVERIFY(editor().text() != u"a漢\nb"_s); // by the rules that go by bytes
-    QCOMPARE(m_strip->text(), u"UTF-16 text, read byte by byte"_s);
+    QCOMPARE(m_strip->text(), u"UTF-16 text, read byte by byte; saving will change it"_s);
     QCOMPARE(m_strip->offers(), QStringList({ u"Read it as text"_s, u"Keep UTF-16"_s, u"Reopen as"_s }));
     QVERIFY(m_strip->click(u"Read it as text"_s));
     QCOMPARE(editor().text(), u"a漢\nb"_s);
@@ -328,7 +328,7 @@ void ReadingNoticesTest::utf16ComesBeforeWhatItsBytesLack()
     for (const QString &offer : { u"Read it as text"_s, u"Keep UTF-16"_s }) {
         open(halfPair);
         QTRY_VERIFY(notices().has(NoticeKind::CannotWrite, &editor()));
-        QCOMPARE(m_strip->text(), u"UTF-16 text, read byte by byte"_s);
+        QCOMPARE(m_strip->text(), u"UTF-16 text, read byte by byte; saving will change it"_s);
         QVERIFY(m_strip->click(offer));
         if (!::keepsUtf16(std::as_const(editor()).document()))
             QVERIFY(m_strip->click(u"Keep UTF-16"_s));
