@@ -81,13 +81,13 @@ void LongRestoring::endReadingCopy(ArrivingFile::End end)
     }
 }
 
+/// How far that is would go back to nothing when the text is restored.
 void LongRestoring::look(TextSnapshot text)
 {
-    hold(WorkNotice::Work::Loading);
+    hold(WorkNotice::Work::Restoring);
     auto work = std::make_unique<JournalLook>(m_text.journal, std::move(text));
     m_look = work.get();
     m_job.emplace(std::move(work), *m_parts.jobs.runner);
-    connect(&*m_job, &Job::progressed, this, &LongRestoring::note);
     connect(&*m_job, &Job::finished, this, &LongRestoring::endLook);
 }
 
