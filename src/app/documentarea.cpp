@@ -5,6 +5,7 @@
 #include "editor/ctltabbar.h"
 #include "editor/noticestrip.h"
 #include "files/filename.h"
+#include "platform/keypause.h"
 #include "platform/qpeapplication.h"
 
 #include <QEvent>
@@ -168,9 +169,13 @@ bool DocumentArea::beginCommand()
     return true;
 }
 
+/// Who asks for a notice where there is none saw one that has just gone, and means that with the next key
+/// too.
 void DocumentArea::toggleNoticeKeys()
 {
-    if (!hasNoticeKeys())
+    if (m_strip->isHidden())
+        KeyPause::begin(KeyPause::untilNoticed);
+    else if (!hasNoticeKeys())
         m_strip->takeKeys();
     else
         takeKeys();

@@ -390,17 +390,18 @@ void NoticeStrip::keyPressEvent(QKeyEvent *event)
 void NoticeStrip::escape()
 {
     if (m_escaped) {
-        KeyPause::begin();
+        KeyPause::begin(KeyPause::untilNoticed);
         choose(std::function(m_escaped));
     }
     emit keysGivenBack();
 }
 
-/// Most offers give the keys back to the text, which a key that is still held was not meant for.
+/// Most offers give the keys back to the text, which a key that is still held was not meant for. A work that
+/// is stopped may take its document along: who presses once more means that, and not the document behind it.
 void NoticeStrip::pressByKey(QToolButton &button)
 {
     if (!button.menu())
-        KeyPause::begin();
+        KeyPause::begin(m_escaped ? KeyPause::untilNoticed : std::chrono::milliseconds());
     button.click();
 }
 
