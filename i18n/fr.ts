@@ -523,6 +523,14 @@
         <translation>Enregistrement terminé</translation>
     </message>
     <message>
+        <source>To be gone to when it is loaded</source>
+        <translation>Le saut suivra le chargement</translation>
+    </message>
+    <message>
+        <source>To be closed when it is done</source>
+        <translation>Sera fermé ensuite</translation>
+    </message>
+    <message>
         <source>Not while it is loading</source>
         <translation>Impossible pendant le chargement</translation>
     </message>

@@ -522,6 +522,14 @@
         <translation>保存が終わりました</translation>
     </message>
     <message>
+        <source>To be gone to when it is loaded</source>
+        <translation>読み込みが終わると移動します</translation>
+    </message>
+    <message>
+        <source>To be closed when it is done</source>
+        <translation>終わると閉じます</translation>
+    </message>
+    <message>
         <source>Not while it is loading</source>
         <translation>読み込み中はできません</translation>
     </message>

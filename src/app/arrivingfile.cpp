@@ -37,6 +37,7 @@ ArrivingFile::ArrivingFile(
     m_sign.emplace(
         notices, &m_editor, WorkNotice::Work::Loading, [this] { isComingIn() ? endInput() : stop(); });
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
+    connect(&m_document, &TextDocument::awaited, this, [this](auto what) { m_sign->promise(what); });
     m_document.setHeld(true);
     if (isComingIn())
         beginInput();

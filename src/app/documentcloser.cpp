@@ -9,11 +9,13 @@
 #include "editor/ctltabbar.h"
 #include "files/filename.h"
 #include "platform/endquestion.h"
+#include "platform/keypause.h"
 #include "platform/messagebox.h"
 
 #include <QPointer>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 
 DocumentCloser::DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
@@ -34,11 +36,14 @@ bool DocumentCloser::saveIfWanted(ctlEditer *editor)
 
 void DocumentCloser::saveIfWanted(ctlEditer *editor, const std::function<void(bool)> &then)
 {
-    if (m_saver.isSaving(editor))
+    if (m_saver.isSaving(editor)) {
+        editor->document().await(EditableText::Awaited::Closing);
         return m_saver.whenSaved(editor, then);
+    }
     if (isInputToLose(editor))
         return saveInputIfWanted(editor, then);
     if (isTextComing(editor)) {
+        editor->document().await(EditableText::Awaited::Closing);
         return whenTextIsThere(editor, [this, editor, then](bool isThere) {
             // Whoever was told before may have closed it.
             if (!isThere || !m_documents.editors().contains(editor))
@@ -129,15 +134,19 @@ void DocumentCloser::askAndClose()
         askAndClose(editor);
 }
 
-/// What is asked about is shown. Who has gone elsewhere while a long text was written stays there.
+/// What is asked about is shown. Who has gone elsewhere while a long text was written stays there; who waited
+/// for it sees another document all at once.
 void DocumentCloser::askAndClose(ctlEditer *editor)
 {
     const QPointer<ctlEditer> before = m_documents.current();
     if (!mayGo(*editor))
         m_documents.setCurrent(editor);
-    saveIfWanted(editor, [this, editor, before](bool mayClose) {
+    const auto isLate = std::make_shared<bool>(false);
+    saveIfWanted(editor, [this, editor, before, isLate](bool mayClose) {
         if (!mayClose)
             return;
+        if (*isLate && m_documents.current() == editor)
+            KeyPause::begin(KeyPause::untilNoticed);
         const QPointer<ctlEditer> next =
             m_documents.current() == editor ? before.data() : m_documents.current();
         if (next && next != editor)
@@ -145,6 +154,7 @@ void DocumentCloser::askAndClose(ctlEditer *editor)
         else
             close(editor);
     });
+    *isLate = true;
 }
 
 /// The tabs stay where they were scrolled to, for who closes one after the other.

@@ -7,7 +7,14 @@
 #include "platform/filerequest.h"
 #include "search/frmjumpto.h"
 
+#include <limits>
 #include <utility>
+
+namespace {
+
+constexpr qint64 lastThereIs = std::numeric_limits<qint64>::max();
+
+} // namespace
 
 LineJump::LineJump(
     QWidget &window, DocumentArea &documents, const DocumentLoader &loader, RecentPlaces &places)
@@ -16,6 +23,10 @@ LineJump::LineJump(
     , m_loader(loader)
     , m_places(places)
 {
+    QObject::connect(&documents, &DocumentArea::added, &documents, [this](ctlEditer *editor) {
+        QObject::connect(
+            &editor->document(), &TextDocument::endSought, editor, [=, this] { seekEnd(*editor); });
+    });
 }
 
 void LineJump::ask()
@@ -48,30 +59,48 @@ void LineJump::go(ctlEditer &editor, const LineColumn &place)
         jumpUnlessMoved(editor, jump);
 }
 
-/// Where its cursor was the last time is not wanted any more.
+/// The end of a text that another one will take the place of is its end.
+void LineJump::seekEnd(ctlEditer &editor)
+{
+    forget(editor);
+    if (!m_loader.isReplacing(&editor))
+        jumpUnlessMoved(editor, [&editor] { editor.jumpTo(lastThereIs, lastThereIs); });
+}
+
+/// Where its cursor was the last time is not wanted any more. A text that starts over, in another code, moves
+/// the cursor too.
 void LineJump::jumpUnlessMoved(ctlEditer &editor, const Jump &jump)
 {
     m_places.dropCarried(editor);
-    jumpWhenReleased(editor, [&editor, jump, cursor = editor.cursorOffset()] {
-        if (editor.cursorOffset() == cursor)
+    jumpWhenReleased(editor, [this, &editor, jump] {
+        if (editor.cursorOffset() == m_awaited.value(&editor).cursor)
             jump();
+        forget(editor);
     });
+    Awaited &awaited = m_awaited[&editor];
+    awaited.cursor = editor.cursorOffset();
+    awaited.startedOver = QObject::connect(&editor.document(), &TextDocument::aboutToReplace, &editor,
+        [this, &editor] { m_awaited[&editor].cursor = {}; });
 }
 
 /// What has come from a pipe may be read once more.
 void LineJump::jumpWhenReleased(ctlEditer &editor, const Jump &jump)
 {
+    TextDocument &document = editor.document();
     const auto jumpUnlessHeldAgain = [this, &editor, jump] {
         if (std::as_const(editor).document().isHeld())
             jumpWhenReleased(editor, jump);
         else
             jump();
     };
-    m_awaited[&editor] = QObject::connect(&editor.document(), &TextDocument::released, &editor,
+    m_awaited[&editor].released = QObject::connect(&document, &TextDocument::released, &editor,
         jumpUnlessHeldAgain, Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    document.await(EditableText::Awaited::Jump);
 }
 
 void LineJump::forget(const ctlEditer &editor)
 {
-    QObject::disconnect(m_awaited.take(&editor));
+    const Awaited awaited = m_awaited.take(&editor);
+    QObject::disconnect(awaited.released);
+    QObject::disconnect(awaited.startedOver);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/units.h"
+
 #include <QHash>
 #include <QObject>
 
@@ -12,7 +14,7 @@ class RecentPlaces;
 class ctlEditer;
 struct LineColumn;
 
-/// Goes to a line whose number is told.
+/// Goes to a line whose number is told, and to the end of a text that is still coming.
 class LineJump {
 public:
     /// Asks over `window`.
@@ -28,6 +30,12 @@ public:
 
 private:
     using Jump = std::function<void()>;
+    struct Awaited {
+        Offset cursor; ///< where it waits
+        QMetaObject::Connection released;
+        QMetaObject::Connection startedOver;
+    };
+    void seekEnd(ctlEditer &editor);
     void jumpUnlessMoved(ctlEditer &editor, const Jump &jump);
     void jumpWhenReleased(ctlEditer &editor, const Jump &jump);
     void forget(const ctlEditer &editor);
@@ -36,5 +44,5 @@ private:
     DocumentArea &m_documents;
     const DocumentLoader &m_loader;
     RecentPlaces &m_places;
-    QHash<const ctlEditer *, QMetaObject::Connection> m_awaited; ///< of the newest jump in each document
+    QHash<const ctlEditer *, Awaited> m_awaited; ///< the newest jump in each document
 };

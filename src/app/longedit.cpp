@@ -21,6 +21,7 @@ LongEdit::LongEdit(ctlEditer &editor, Task task, DocumentArea &documents, JobRun
 {
     m_sign.emplace(documents.notices(), &m_editor, m_task.work, [this] { stop(); });
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
+    connect(&m_document, &TextDocument::awaited, this, [this](auto what) { m_sign->promise(what); });
     m_document.setHeld(true);
     begin();
 }

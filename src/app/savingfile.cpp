@@ -12,6 +12,7 @@ SavingFile::SavingFile(
 {
     m_sign.emplace(notices, &m_editor, WorkNotice::Work::Saving, [this] { m_job.stop(); });
     connect(&m_document, &TextDocument::refused, this, [this] { m_sign->refuse(); });
+    connect(&m_document, &TextDocument::awaited, this, [this](auto what) { m_sign->promise(what); });
     connect(&m_job, &Job::progressed, this, &SavingFile::note);
     connect(&m_job, &Job::finished, this, [this](JobOutcome outcome) {
         m_outcome = outcome;

@@ -65,6 +65,12 @@ bool EditableText::requestChange()
     return !m_isHeld;
 }
 
+void EditableText::seekEnd()
+{
+    if (m_isHeld)
+        emit endSought();
+}
+
 void EditableText::setHeld(bool held)
 {
     if (std::exchange(m_isHeld, held) && !held)

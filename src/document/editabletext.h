@@ -51,6 +51,12 @@ public:
     bool requestChange();
     bool isHeld() const { return m_isHeld; }
     void setHeld(bool held);
+    /// Its user has gone to the end of what there is. While it is held more may come, so endSought() tells.
+    void seekEnd();
+    /// What is to be done when it is not held any more.
+    enum class Awaited { Jump, Closing };
+    /// Tells awaited(), for the user to see that it was understood.
+    void await(Awaited what) { emit awaited(what); }
 
     /// The next part of a text that comes part by part, see TextStore::append(). Only grew() is told.
     void takePart(TextStore &&part);
@@ -67,6 +73,10 @@ signals:
     void grew(const TextChange &change);
     /// A change was asked for that has to wait, see requestChange().
     void refused();
+    /// See seekEnd().
+    void endSought();
+    /// See await().
+    void awaited(Awaited what);
     /// The text was held, and is no more.
     void released();
 

@@ -15,16 +15,21 @@ struct WorkTexts {
     const char *begun;
     const char *refused; ///< null where nothing has to wait for it
     const char *ended;
+    const char *jump = nullptr; ///< where places wait for it that are to be gone to
+    const char *closing = nullptr; ///< where the document waits for it that is to be closed
 };
+
+constexpr const char *closingWords = QT_TRANSLATE_NOOP("WorkNotice", "To be closed when it is done");
 
 /// In the order of WorkNotice::Work.
 constexpr WorkTexts workTexts[] = {
     { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Loading"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while it is loading"),
-        QT_TRANSLATE_NOOP("WorkNotice", "Loading has ended") },
+        QT_TRANSLATE_NOOP("WorkNotice", "Loading has ended"),
+        QT_TRANSLATE_NOOP("WorkNotice", "To be gone to when it is loaded") },
     { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Saving"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being saved"),
-        QT_TRANSLATE_NOOP("WorkNotice", "Saving has ended") },
+        QT_TRANSLATE_NOOP("WorkNotice", "Saving has ended"), nullptr, closingWords },
     { NoticeKind::Searching, QT_TRANSLATE_NOOP("WorkNotice", "Searching"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being searched"),
         QT_TRANSLATE_NOOP("WorkNotice", "Searching has ended") },
@@ -36,10 +41,10 @@ constexpr WorkTexts workTexts[] = {
         QT_TRANSLATE_NOOP("WorkNotice", "Opening files has ended") },
     { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Indenting"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while it is being indented"),
-        QT_TRANSLATE_NOOP("WorkNotice", "Indenting has ended") },
+        QT_TRANSLATE_NOOP("WorkNotice", "Indenting has ended"), nullptr, closingWords },
     { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Pasting"),
         QT_TRANSLATE_NOOP("WorkNotice", "Not while text is being pasted"),
-        QT_TRANSLATE_NOOP("WorkNotice", "Pasting has ended") },
+        QT_TRANSLATE_NOOP("WorkNotice", "Pasting has ended"), nullptr, closingWords },
     { NoticeKind::LayingOut, QT_TRANSLATE_NOOP("WorkNotice", "Laying out"), nullptr,
         QT_TRANSLATE_NOOP("WorkNotice", "Laying out has ended") },
     { NoticeKind::Work, QT_TRANSLATE_NOOP("WorkNotice", "Restoring"),
@@ -60,9 +65,9 @@ WorkNotice::WorkNotice(NoticeQueue &notices, const QObject *document, Work work,
     , m_work(work)
     , m_stop(std::move(stop))
 {
-    m_refusal.setSingleShot(true);
-    m_refusal.callOnTimeout([this] {
-        m_state.hasRefused = false;
+    m_answering.setSingleShot(true);
+    m_answering.callOnTimeout([this] {
+        m_state.answer = nullptr;
         show();
     });
     show();
@@ -89,10 +94,21 @@ void WorkNotice::setProgress(std::optional<int> percent)
 void WorkNotice::refuse(std::chrono::milliseconds time)
 {
     Q_ASSERT(textsOf(m_work).refused);
-    m_refusal.start(time);
-    if (std::exchange(m_state.hasRefused, true))
-        return;
-    show();
+    answer(textsOf(m_work).refused, time);
+}
+
+void WorkNotice::promise(EditableText::Awaited what, std::chrono::milliseconds time)
+{
+    const WorkTexts &texts = textsOf(m_work);
+    if (const char *const words = what == EditableText::Awaited::Jump ? texts.jump : texts.closing)
+        answer(words, time);
+}
+
+void WorkNotice::answer(const char *words, std::chrono::milliseconds time)
+{
+    m_answering.start(time);
+    if (std::exchange(m_state.answer, words) != words)
+        show();
 }
 
 void WorkNotice::show()
@@ -106,7 +122,7 @@ void WorkNotice::show()
         return textOf(work, told);
     };
     // To choose it is a command, and what a command ends may be this work.
-    const auto stopWhatIsThere = [this, there = QPointer(&m_refusal)] {
+    const auto stopWhatIsThere = [this, there = QPointer(&m_answering)] {
         if (there)
             stop();
     };
@@ -121,8 +137,8 @@ void WorkNotice::show()
 /// What is in the middle of a step, or waits for a disk, is stopped behind that.
 void WorkNotice::stop()
 {
-    m_refusal.stop();
-    m_state.hasRefused = false;
+    m_answering.stop();
+    m_state.answer = nullptr;
     m_state.step = Step::Stopping;
     show();
     const auto stop = m_stop;
@@ -134,8 +150,8 @@ QString WorkNotice::textOf(Work work, const State &state)
     const WorkTexts &texts = textsOf(work);
     if (state.step == Step::Ended)
         return tr(texts.ended);
-    if (state.step == Step::Stopping && !state.hasRefused)
+    if (state.step == Step::Stopping && !state.answer)
         return tr("Stopping") + u"…"_s;
-    const QString text = tr(state.hasRefused ? texts.refused : texts.begun);
+    const QString text = tr(state.answer ? state.answer : texts.begun);
     return state.percent ? tr("%1: %2%").arg(text).arg(*state.percent) : text + u"…"_s;
 }

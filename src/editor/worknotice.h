@@ -1,5 +1,7 @@
 #pragma once
 
+#include "document/editabletext.h"
+
 #include <QCoreApplication>
 #include <QTimer>
 
@@ -31,25 +33,29 @@ public:
     /// program. `stop` is what "Stop" and Escape in the strip do, which may destroy this.
     WorkNotice(NoticeQueue &notices, const QObject *document, Work work, std::function<void()> stop);
     ~WorkNotice();
-    /// How long a refusal is said.
-    static constexpr std::chrono::seconds refusalTime{ 4 };
+    /// How long what was asked for is answered.
+    static constexpr std::chrono::seconds answerTime{ 4 };
     Q_DISABLE_COPY_MOVE(WorkNotice)
 
     /// 0 to 100; nothing: nobody knows.
     void setProgress(std::optional<int> percent);
     /// Something was asked for that has to wait for the end: the strip says so for some seconds. Not of a
     /// work that nothing has to wait for.
-    void refuse(std::chrono::milliseconds time = refusalTime);
+    void refuse(std::chrono::milliseconds time = answerTime);
+    /// What was asked for is done at the end: the strip says so for some seconds. Nothing where a work has no
+    /// words for it.
+    void promise(EditableText::Awaited what, std::chrono::milliseconds time = answerTime);
 
 private:
     enum class Step { Begun, Stopping, Ended };
     struct State {
         Step step = Step::Begun;
-        bool hasRefused = false; ///< and says so
+        const char *answer = nullptr; ///< to what was asked for, which is said now
         std::optional<int> percent = {};
     };
 
     void show();
+    void answer(const char *words, std::chrono::milliseconds time);
     void stop();
     static QString textOf(Work work, const State &state);
 
@@ -58,5 +64,5 @@ private:
     const Work m_work;
     const std::function<void()> m_stop;
     State m_state;
-    QTimer m_refusal; ///< runs while it is said
+    QTimer m_answering; ///< runs while something is answered
 };

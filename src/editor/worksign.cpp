@@ -39,3 +39,9 @@ void WorkSign::refuse()
     show();
     m_notice->refuse();
 }
+
+void WorkSign::promise(EditableText::Awaited what)
+{
+    show();
+    m_notice->promise(what);
+}

@@ -19,6 +19,8 @@ public:
     void setProgress(std::optional<int> percent);
     /// As WorkNotice::refuse(), which is said at once.
     void refuse();
+    /// As WorkNotice::promise(), which is said at once.
+    void promise(EditableText::Awaited what);
 
 private:
     void show();

@@ -72,6 +72,8 @@ void CursorMoves::moveBy(Move move, Selecting selecting)
     m_cursor.setGoalX(goal);
     if (selecting == Selecting::Extend)
         m_primary.offer();
+    else if (move == Move::TextEnd)
+        m_document.seekEnd();
 }
 
 void CursorMoves::moveTo(CursorPlace place, Selecting selecting)

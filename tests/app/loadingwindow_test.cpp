@@ -1,4 +1,5 @@
 #include "app/qpeapplicationesc.h"
+#include "platform/keypause.h"
 #include "search/frmjumpto.h"
 #include "tests/app/stripinwindow.h"
 #include "tests/jobs/steppedrunner.h"
@@ -29,6 +30,9 @@ private slots:
 
     void refusedKeySaysSo();
     void keysMoveInWhatHasCome();
+    void endIsGoneToWhenItHasCome();
+    void endIsLeftByWhoHasMoved();
+    void selectionToTheEndStaysAsItIs();
     void lineThatHasNotComeIsGoneToWhenItHas();
     void lineThatHasNotComeIsLeftWhereItsUserHasMoved();
     void newestJumpToWhatHasNotComeCounts();
@@ -39,6 +43,9 @@ private slots:
     void stripTellsHowFarItIs();
     void otherTabIsTypedInto();
     void escapeInTheStripStops();
+    void keysBehindAStopGoNowhere_data();
+    void keysBehindAStopGoNowhere();
+    void keysForANoticeThatHasGoneGoNowhere();
     void stopInTheStripStops();
     void escapeInTheTextClosesTheTab();
     void secondRequestShowsIt();
@@ -118,13 +125,39 @@ void LoadingWindowTest::refusedKeySaysSo()
 void LoadingWindowTest::keysMoveInWhatHasCome()
 {
     const StripInWindow strip(*m_window);
-    press(Qt::Key_End, Qt::ControlModifier);
-    const Offset end = editor().cursorOffset();
-    QVERIFY(end > Offset());
+    press(Qt::Key_PageDown);
+    const Offset place = editor().cursorOffset();
+    QVERIFY(place > Offset());
     m_runner->runAll();
     QTRY_VERIFY(!editor().document().isHeld());
-    QCOMPARE(editor().cursorOffset(), end);
+    QCOMPARE(editor().cursorOffset(), place);
     QCOMPARE(editor().numLines(), 60001);
+}
+
+void LoadingWindowTest::endIsGoneToWhenItHasCome()
+{
+    const StripInWindow strip(*m_window);
+    press(Qt::Key_End, Qt::ControlModifier);
+    QVERIFY(editor().cursorOffset() > Offset());
+    QVERIFY(strip.text().startsWith(u"To be gone to when it is loaded"_s));
+    QCOMPARE(lineWhenWhole(), 60001);
+}
+
+void LoadingWindowTest::endIsLeftByWhoHasMoved()
+{
+    press(Qt::Key_End, Qt::ControlModifier);
+    press(Qt::Key_Home, Qt::ControlModifier);
+    QCOMPARE(lineWhenWhole(), 1);
+}
+
+void LoadingWindowTest::selectionToTheEndStaysAsItIs()
+{
+    press(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+    const Offset end = editor().cursorOffset();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor().document().isHeld());
+    settle();
+    QCOMPARE(editor().cursorOffset(), end);
 }
 
 void LoadingWindowTest::jumpTo(int line)
@@ -148,9 +181,11 @@ int LoadingWindowTest::lineWhenWhole()
 
 void LoadingWindowTest::lineThatHasNotComeIsGoneToWhenItHas()
 {
+    const StripInWindow strip(*m_window);
     QVERIFY(editor().numLines() < 50000);
     jumpTo(50000);
     QCOMPARE(editor().cursorOffset(), Offset());
+    QVERIFY(strip.text().startsWith(u"To be gone to when it is loaded"_s));
     QCOMPARE(lineWhenWhole(), 50000);
 }
 
@@ -267,6 +302,48 @@ void LoadingWindowTest::escapeInTheStripStops()
     m_runner->runAll();
     QCOMPARE(m_window->tabBar()->count(), 1);
     QCOMPARE(editor().text(), u"typed"_s);
+}
+
+/// The second one is pressed before anybody can see that the first has done it.
+void LoadingWindowTest::keysBehindAStopGoNowhere_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("Escape") << int(Qt::Key_Escape);
+    QTest::newRow("Return") << int(Qt::Key_Return);
+}
+
+void LoadingWindowTest::keysBehindAStopGoNowhere()
+{
+    QFETCH(int, key);
+    const StripInWindow strip(*m_window);
+    QTRY_VERIFY(strip.isShown());
+    press(Qt::Key_F6);
+    const QDeadlineTimer noticed(KeyPause::untilNoticed);
+    const auto pressInWindow = [&] { QTest::keyClick(m_window->windowHandle(), Qt::Key(key)); };
+    pressInWindow();
+    QCOMPARE(m_window->tabTexts(), QStringList{ u"* (new document)"_s });
+    while (!takesKeys()) {
+        pressInWindow();
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+    }
+    QVERIFY(noticed.hasExpired());
+    QCOMPARE(m_window->tabTexts(), QStringList{ u"* (new document)"_s });
+    QCOMPARE(editor().text(), u"typed"_s);
+}
+
+/// Who presses F6 then saw a notice that has just gone.
+void LoadingWindowTest::keysForANoticeThatHasGoneGoNowhere()
+{
+    m_runner->runAll();
+    QTRY_VERIFY(!editor().document().isHeld());
+    QTRY_VERIFY(takesKeys());
+    const QDeadlineTimer noticed(KeyPause::untilNoticed);
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_F6);
+    QVERIFY(!takesKeys());
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
+    QTRY_VERIFY(takesKeys());
+    QVERIFY(noticed.hasExpired());
+    QCOMPARE(m_window->tabTexts(), QStringList({ u"* (new document)"_s, u"log"_s }));
 }
 
 void LoadingWindowTest::stopInTheStripStops()

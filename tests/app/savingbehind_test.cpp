@@ -40,6 +40,7 @@ private slots:
     void failedSaveAsAsksAgain();
     void closingWaits_data() { addSteps(); }
     void closingWaits();
+    void closingPausesTheKeys();
     void closingStaysAfterAStop();
     void closingWithSaveWaits();
     void quittingWaits_data();
@@ -57,6 +58,11 @@ private slots:
 
 private:
     static void addSteps();
+    static bool takesKeys(ctlEditer &editor)
+    {
+        QInputMethodQueryEvent query(Qt::ImEnabled);
+        return QCoreApplication::sendEvent(&editor, &query) && query.value(Qt::ImEnabled).toBool();
+    }
     ctlEditer *edited(const QString &name)
     {
         ctlEditer *const editor = m_parts->open(m_parts->files.write(name, longContent()));
@@ -238,6 +244,21 @@ void SavingBehindTest::closingWaits()
     QVERIFY(m_parts->documents.editors().isEmpty());
     QCOMPARE(boxes.count(), 0);
     QCOMPARE(read(u"a.txt"_s), m_new);
+}
+
+/// Who has waited for it presses the key once more, just as it goes.
+void SavingBehindTest::closingPausesTheKeys()
+{
+    ctlEditer *const other = m_parts->open(m_parts->files.write(u"b.txt"_s, "b"));
+    ctlEditer *const editor = edited(u"a.txt"_s);
+    m_parts->saver.beginSave(editor);
+    m_parts->closer.askAndClose();
+    const NoticeQueue &notices = m_parts->documents.notices();
+    QVERIFY(notices.heaviest(editor)->text().startsWith(u"To be closed when it is done"_s));
+    QTRY_VERIFY(takesKeys(*other));
+    m_parts->steps.runAll();
+    QCOMPARE(m_parts->documents.editors(), QList{ other });
+    QVERIFY(!takesKeys(*other));
 }
 
 void SavingBehindTest::closingStaysAfterAStop()

@@ -44,6 +44,8 @@ private slots:
     void isOnlyAboutItsDocument();
     void isHeavierThanOthers();
     void saysWhatHasToWait();
+    void saysWhatFollowsIt_data();
+    void saysWhatFollowsIt();
     void saysAgainHowFarItIs();
     void refusesWhileItIsBeingStopped();
     void buttonStops();
@@ -136,6 +138,33 @@ void WorkNoticeTest::saysWhatHasToWait()
     QCOMPARE(text(), u"Not while it is loading: 10%"_s);
     m_notice->setProgress(11);
     QCOMPARE(text(), u"Not while it is loading: 11%"_s);
+}
+
+void WorkNoticeTest::saysWhatFollowsIt_data()
+{
+    QTest::addColumn<WorkNotice::Work>("work");
+    QTest::addColumn<EditableText::Awaited>("awaited");
+    QTest::addColumn<QString>("said");
+    using Work = WorkNotice::Work;
+    using Awaited = EditableText::Awaited;
+    const QString closing = u"To be closed when it is done…"_s;
+    QTest::newRow("a jump behind a load")
+        << Work::Loading << Awaited::Jump << u"To be gone to when it is loaded…"_s;
+    QTest::newRow("closing behind a save") << Work::Saving << Awaited::Closing << closing;
+    QTest::newRow("closing behind an indent") << Work::Indenting << Awaited::Closing << closing;
+    QTest::newRow("closing behind a paste") << Work::Pasting << Awaited::Closing << closing;
+    QTest::newRow("a jump behind a save") << Work::Saving << Awaited::Jump << u"Saving…"_s;
+}
+
+void WorkNoticeTest::saysWhatFollowsIt()
+{
+    QFETCH(WorkNotice::Work, work);
+    QFETCH(EditableText::Awaited, awaited);
+    begin(work);
+    const QString begun = text();
+    m_notice->promise(awaited, 0ms);
+    QTEST(text(), "said");
+    QTRY_COMPARE(text(), begun);
 }
 
 /// For some time behind the last of them.
