@@ -12,8 +12,8 @@
 
 namespace {
 
-/// Leaves room for the settings within the second that an end may take.
-constexpr std::chrono::milliseconds longestWrite{ 600 };
+/// Leaves room for the settings and for what follows within the three seconds that these writes may take.
+constexpr std::chrono::milliseconds longestWrite{ 1500 };
 
 /// What a save that is put in place has for that. What it leaves behind otherwise is found by later starts.
 constexpr std::chrono::milliseconds longestGivingUp{ 1000 };
