@@ -21,7 +21,7 @@ private slots:
     void comesBackAsItWas();
     void comesBackAfterAQuit();
     void cancelledEndsDoNotCount();
-    void comesBackAfterAKill();
+    void isWrittenWheneverItChanges();
     void whatCannotBeReadIsPassedOver();
     void neverSavedOnesAreLeftOut();
     void largeFilesComeBackBehindTheWindow();
@@ -138,8 +138,8 @@ void LastSessionTest::cancelledEndsDoNotCount()
     QVERIFY(shows({ u"a.txt"_s }));
 }
 
-/// Nothing is written at the end then.
-void LastSessionTest::comesBackAfterAKill()
+/// A program that is killed writes nothing at its end.
+void LastSessionTest::isWrittenWheneverItChanges()
 {
     open(u"a.txt"_s);
     open(u"b.txt"_s);

@@ -92,6 +92,7 @@ class InstallTest(unittest.TestCase):
         metainfo = (self.prefix / f'share/metainfo/{ID}.metainfo.xml').read_text()
         home = re.search(r'<url type="homepage">(.*)</url>', metainfo).group(1)
         images = re.findall(r'<image>(.*)</image>', metainfo)
+        self.assertTrue(images)
         for image in images:
             self.assertTrue(image.startswith(home), image)
             self.assertTrue((TREE / image[len(home):]).is_file(), image)
