@@ -7,6 +7,7 @@ def task(desk):
     desk.key('F1')
     desk.wait_for_window(desk.in_words('^Guide$', '^使い方$'))
     desk.picture('keys')
+    desk.wait_for_keys()
     desk.key('Escape')
     # And the keys go to the text again.
     desk.wait_for_text_window()
