@@ -66,6 +66,7 @@ void WritingNoticeTest::init()
     m_window = std::make_unique<TestWindow>();
     m_strip.emplace(*m_window);
     QVERIFY(m_window->open());
+    QTRY_VERIFY(takesKeys()); // which the test before may have put off
     QCOMPARE(editor().charCodeName(), u"Shift-JIS"_s);
 }
 
