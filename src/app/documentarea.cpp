@@ -169,11 +169,10 @@ bool DocumentArea::beginCommand()
     return true;
 }
 
-/// Who asks for a notice where there is none saw one that has just gone, and means that with the next key
-/// too.
+/// Who asks for a notice that has just gone means that with the next key too.
 void DocumentArea::toggleNoticeKeys()
 {
-    if (m_strip->isHidden())
+    if (m_strip->hasJustGone())
         KeyPause::begin(KeyPause::untilNoticed);
     else if (!hasNoticeKeys())
         m_strip->takeKeys();

@@ -25,6 +25,7 @@ namespace {
 constexpr int textMargin = 2; ///< on both sides of the text, in platform pixels
 constexpr int menuArrow = 8; ///< beside the text of an offer with a menu, in platform pixels
 constexpr int leastShareOfText = 3; ///< the text keeps one in so many parts of the strip
+constexpr std::chrono::seconds whileItIsMeant{ 2 }; ///< by who asks for a notice that has gone by itself
 
 /// An alert: tools read it to the user when it appears.
 QAccessibleInterface *makeInterface(const QString &, QObject *object)
@@ -127,6 +128,11 @@ void NoticeStrip::setDocument(const QObject *document)
     refresh();
 }
 
+bool NoticeStrip::hasJustGone() const
+{
+    return !m_gone.hasExpired();
+}
+
 bool NoticeStrip::hasKeys() const
 {
     return isAncestorOf(QApplication::focusWidget());
@@ -184,6 +190,7 @@ void NoticeStrip::refresh()
     if (notice)
         showNotice(*notice);
     if (isHidden() != !notice) {
+        m_gone.setRemainingTime(notice || m_isChosen ? std::chrono::seconds() : whileItIsMeant);
         setVisible(notice != nullptr);
         emit toggled();
     }

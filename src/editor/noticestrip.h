@@ -2,6 +2,7 @@
 
 #include "editor/notice.h"
 
+#include <QDeadlineTimer>
 #include <QWidget>
 
 #include <optional>
@@ -29,6 +30,8 @@ public:
     /// The document whose notices are shown; null: those about the program alone.
     void setDocument(const QObject *document);
 
+    /// Whether the last notice has gone by itself, so lately that who asks for it may not know.
+    bool hasJustGone() const;
     /// Whether the keys go to one of its buttons.
     bool hasKeys() const;
     /// Gives the keys to the first offer, and shows all of a shortened text; nothing while hidden.
@@ -89,6 +92,7 @@ private:
     const QObject *m_document = nullptr;
     std::optional<Shown> m_shown;
     bool m_isChosen = false; ///< something that was offered, just now
+    QDeadlineTimer m_gone; ///< runs while one that has gone by itself is meant
     std::optional<Shown> m_pressed; ///< what was shown when a button went down
     QString m_text; ///< of the notice, whole
     QString m_spoken; ///< what assistive tools were told last
