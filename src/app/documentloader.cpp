@@ -4,7 +4,6 @@
 #include "app/documentfile.h"
 #include "app/recentplaces.h"
 #include "app/windowjobs.h"
-#include "document/inputwork.h"
 #include "document/utf16text.h"
 #include "editor/readfailurebox.h"
 #include "files/filename.h"
@@ -15,7 +14,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QPointer>
 #include <QScopedValueRollback>
 
 #include <utility>
@@ -34,67 +32,9 @@ std::optional<CharCode> codeToReload(const ctlEditer &editor)
     return isDetected ? std::nullopt : std::optional(code);
 }
 
-/// Where cursor and view are in a text that is about to be read again.
-class KeptView {
-public:
-    explicit KeptView(const ctlEditer &editor)
-        : m_cursor(editor.cursorPosition())
-        , m_top(editor.topRow())
-        , m_isAtEnd(!editor.hasMarkedText() && editor.cursorOffset() == editor.store().end())
-    {
-    }
-
-    void show(ctlEditer &editor, CursorAtEnd atEnd) const
-    {
-        editor.setCursorPosition(m_cursor);
-        editor.setTopRow(m_top);
-        if (m_isAtEnd && atEnd == CursorAtEnd::Follows)
-            editor.setCursorPlace({ editor.store().end() });
-    }
-
-private:
-    RowCol m_cursor;
-    RowIndex m_top;
-    bool m_isAtEnd;
-};
-
-/// It is where its user has gone by then.
-void renewBeforeReplacing(
-    const std::shared_ptr<KeptView> &view, const ctlEditer &editor, const ArrivingFile &arriving)
-{
-    QObject::connect(
-        &arriving, &ArrivingFile::aboutToReplace, &arriving, [view, &editor] { *view = KeptView(editor); });
-}
-
 bool isReadWith(const ctlEditer &editor, CharCode code)
 {
     return &infoOf(editor.document().charCode()).codec() == &infoOf(code).codec();
-}
-
-/// Keys that were pressed before another text, or none, comes into view are not for that. What is shown when
-/// this happens elsewhere keeps its keys.
-void pauseKeysOf(const ctlEditer *editor, const DocumentArea &documents)
-{
-    if (documents.current() == editor)
-        KeyPause::begin();
-}
-
-/// Folder and name of a file, without looking at the disk. A "/" at the end is not part of the name.
-FileChoice fileOf(const QString &path, std::optional<CharCode> charCode)
-{
-    const QFileInfo info(QDir::cleanPath(path));
-    const QString folder = info.absolutePath();
-    return { folder.endsWith(u'/') ? folder : folder + u'/', info.fileName(), charCode };
-}
-
-/// A text without a file cannot be read again: it is read at once as notices would offer.
-std::optional<ArrivingFile::As> asItFits(const ReadFindings &found)
-{
-    if (found.utf16)
-        return ArrivingFile::As{ {}, found.utf16 };
-    if (found.fittingCode)
-        return ArrivingFile::As{ found.fittingCode };
-    return std::nullopt;
 }
 
 /// As which UTF-16 text a file is read that was one; nothing where it is none any more.
@@ -123,6 +63,13 @@ DocumentLoader::DocumentLoader(QWidget &window, const WindowDialogs &dialogs, Do
 }
 
 DocumentLoader::~DocumentLoader() = default;
+
+FileChoice DocumentLoader::fileOf(const QString &path, std::optional<CharCode> charCode)
+{
+    const QFileInfo info(QDir::cleanPath(path));
+    const QString folder = info.absolutePath();
+    return { folder.endsWith(u'/') ? folder : folder + u'/', info.fileName(), charCode };
+}
 
 ctlEditer *DocumentLoader::open(const QString &path, std::optional<CharCode> charCode, OpenedIn where)
 {
@@ -323,145 +270,6 @@ void DocumentLoader::offerCode(ctlEditer *editor, CharCode charCode)
         { NoticeKind::OtherCode, editor, text, { { offer, [=, this] { reopen(editor, charCode); } } } });
 }
 
-void DocumentLoader::openUnsaved(
-    const QString &path, const QString &name, std::optional<CharCode> charCode, const Opened &opened)
-{
-    m_documents.commitComposition();
-    const QPointer<ctlEditer> before = m_documents.current();
-    ctlEditer *const editor = m_documents.add(FileName::forDisplay(name));
-    const FileChoice file = fileOf(path, charCode);
-    const auto end = [this, before, opened, document = QPointer(editor)](bool isOpen) {
-        if (document && !endUnsaved(document, isOpen) && before)
-            m_documents.present(before);
-        if (document && opened)
-            opened(isOpen);
-    };
-    readUnsaved(editor, file, name, end);
-}
-
-void DocumentLoader::readUnsaved(
-    ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended)
-{
-    KeyPause::begin();
-    if (isLarge(file)) {
-        loadUnsavedBehind(editor, file, name, ended);
-        m_documents.present(editor);
-        return;
-    }
-    const bool isLoaded = loadUnsaved(editor, file, name);
-    if (isLoaded)
-        m_documents.present(editor);
-    ended(isLoaded);
-}
-
-void DocumentLoader::openInput(const SharedFd &input, std::optional<CharCode> charCode)
-{
-    m_documents.commitComposition();
-    KeyPause::begin();
-    ctlEditer *const editor = m_documents.add();
-    const auto reading = std::make_shared<InputReading>(input);
-    const auto ended = [this, editor, reading, makeFresh = freshAgain(editor)](ArrivingFile::End end) {
-        m_documents.notices().withdrawAllAbout(editor); // they are about the file
-        if (std::as_const(*editor).document().store().length() == 0)
-            makeFresh();
-        else if (const auto other = asItFits(editor->document().findings()))
-            readInputAgain(editor, reading, *other);
-        m_documents.refresh(editor);
-        if (end == ArrivingFile::End::Whole && reading->isBroken())
-            tellFailure(editor, ReadFailure::BrokenOff);
-    };
-    const ArrivingFile &arriving =
-        begin(editor, { fileOf(InputWork::fileOf(*reading), charCode), {}, QString(), {}, reading },
-            ArrivingFile::Shown::PartByPart, ended);
-    connect(&editor->document(), &TextDocument::codesChanged, &arriving,
-        [=, this] { m_documents.refresh(editor); });
-    m_documents.refresh(editor);
-    m_documents.present(editor);
-}
-
-/// Its user may look at the text, and copy of it, meanwhile.
-void DocumentLoader::readInputAgain(
-    ctlEditer *editor, const std::shared_ptr<InputReading> &input, const ArrivingFile::As &as)
-{
-    const FileChoice file = fileOf(InputWork::fileOf(*input), as.code);
-    const auto view = std::make_shared<KeptView>(*editor);
-    const auto ended = [this, editor, view](ArrivingFile::End end) {
-        m_documents.notices().withdrawAllAbout(editor); // they are about the file
-        m_documents.refresh(editor);
-        if (end == ArrivingFile::End::Whole)
-            view->show(*editor, CursorAtEnd::StaysInRow);
-    };
-    const ArrivingFile &arriving =
-        begin(editor, { file, as.utf16, QString(), {}, input }, ArrivingFile::Shown::WhenWhole, ended);
-    renewBeforeReplacing(view, *editor, arriving);
-}
-
-bool DocumentLoader::isInputComing(const ctlEditer *editor) const
-{
-    const auto arriving = m_arriving.find(editor);
-    return arriving != m_arriving.end() && arriving->second->isOfInput();
-}
-
-void DocumentLoader::endInput(const ctlEditer *editor, const std::function<void(bool isThere)> &then)
-{
-    m_inputEnds[editor].push_back(then);
-    m_arriving.at(editor)->endInput();
-}
-
-void DocumentLoader::tellInputEnded(const ctlEditer *editor, bool isThere)
-{
-    const auto waiting = m_inputEnds.extract(editor);
-    if (!waiting)
-        return;
-    for (const auto &then : waiting.mapped())
-        then(isThere);
-}
-
-/// Before what is not saved is kept for the next start.
-void DocumentLoader::settleInputs()
-{
-    for (const auto &[editor, arriving] : m_arriving) {
-        if (arriving->isOfInput() && arriving->isShownInParts())
-            arriving->settle();
-    }
-}
-
-/// False: the document was shown, and has gone.
-bool DocumentLoader::endUnsaved(ctlEditer *editor, bool isOpen)
-{
-    if (isOpen) {
-        m_documents.notices().withdrawAllAbout(editor); // they are about the file
-        m_documents.refresh(editor);
-        return true;
-    }
-    const bool isShown = m_documents.current() == editor;
-    pauseKeysOf(editor, m_documents);
-    m_documents.close(editor);
-    return !isShown;
-}
-
-bool DocumentLoader::loadUnsaved(ctlEditer *editor, const FileChoice &file, const QString &name)
-{
-    if (!editor->loadFile(file.folder, file.name, file.charCode))
-        return false;
-    if (const auto other = asItFits(editor->document().findings())) {
-        if (other->utf16)
-            editor->loadUtf16(file.folder, file.name, *other->utf16);
-        else
-            editor->loadFile(file.folder, file.name, other->code);
-    }
-    editor->document().detachFromFile(name);
-    return true;
-}
-
-void DocumentLoader::loadUnsavedBehind(
-    ctlEditer *editor, const FileChoice &file, const QString &name, const Opened &ended)
-{
-    begin(editor, { file, {}, name, asItFits }, ArrivingFile::Shown::PartByPart,
-        [ended](ArrivingFile::End end) { ended(end == ArrivingFile::End::Whole); });
-    m_documents.refresh(editor);
-}
-
 void DocumentLoader::openFromDisk(const ctlEditer &editor, const QString &name, const Opened &opened)
 {
     openUnsaved(fullName(editor), name, codeToReload(editor), opened);
@@ -476,7 +284,7 @@ void DocumentLoader::reload(ctlEditer *editor, CursorAtEnd atEnd)
     loadAgain(editor, [editor, view, atEnd] { view->show(*editor, atEnd); });
     const auto arriving = m_arriving.find(editor);
     if (arriving != m_arriving.end())
-        renewBeforeReplacing(view, *editor, *arriving->second);
+        KeptView::renewBeforeReplacing(view, *editor, *arriving->second);
 }
 
 /// UTF-16 text as text again, unless a save or another program has made something else of the file.
@@ -552,7 +360,7 @@ void DocumentLoader::fillBehind(ctlEditer *editor, const FileChoice &file, const
     const auto ended = [this, editor, stopped](ArrivingFile::End end) {
         if (end != ArrivingFile::End::Stopped)
             return;
-        pauseKeysOf(editor, m_documents);
+        pauseKeysOf(editor);
         stopped();
     };
     const ArrivingFile &arriving = begin(editor, { file }, ArrivingFile::Shown::PartByPart, ended);
@@ -614,12 +422,18 @@ void DocumentLoader::noteEnd(ctlEditer *editor, ArrivingFile::End end, Failure f
     if (end == ArrivingFile::End::Failed)
         KeyPause::begin();
     else if (!arriving->isShownInParts())
-        pauseKeysOf(editor, m_documents);
+        pauseKeysOf(editor);
     m_documents.refresh(editor);
     if (end == ArrivingFile::End::Whole)
         m_places.settleCarried(*editor);
     else if (failure == Failure::IsTold)
         tellFailure(editor, arriving->failure());
+}
+
+void DocumentLoader::pauseKeysOf(const ctlEditer *editor) const
+{
+    if (m_documents.current() == editor)
+        KeyPause::begin();
 }
 
 /// A box could not be answered during a run of replacements, which would not go on beneath it.

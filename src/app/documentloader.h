@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/arrivingfile.h"
+#include "app/keptview.h"
 #include "files/sharedfd.h"
 
 #include <QCoreApplication>
@@ -20,12 +21,6 @@ struct Utf16Form;
 enum class OpenedIn {
     View, ///< it is current then, and has the keys
     Background, ///< its user is at other text, and stays there undisturbed
-};
-
-/// Where a cursor at the end of a text goes that is read again.
-enum class CursorAtEnd {
-    StaysInRow,
-    Follows, ///< to the end of what is there then
 };
 
 /// Opens and reloads files, as the user or another program wants it: the one place that reads a file into a
@@ -138,6 +133,11 @@ private:
         const Ended &ended, Failure failure = Failure::IsTold);
     void noteEnd(ctlEditer *editor, ArrivingFile::End end, Failure failure);
     static void tellFailure(ctlEditer *editor, ReadFailure failure);
+    /// Folder and name of a file, without looking at the disk. A "/" at the end is not part of the name.
+    static FileChoice fileOf(const QString &path, std::optional<CharCode> charCode);
+    /// Keys that were pressed before another text, or none, comes into view are not for that. What is shown
+    /// when this happens elsewhere keeps its keys.
+    void pauseKeysOf(const ctlEditer *editor) const;
     void loadAsUtf16(ctlEditer *editor, Utf16Form form, const Then &loaded = {});
     bool loadAgainAsUtf16(ctlEditer *editor, const FileChoice &file, Utf16Form form);
     bool mayReopen(ctlEditer &editor);
