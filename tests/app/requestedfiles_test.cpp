@@ -1,14 +1,7 @@
-#include "app/documentarea.h"
-#include "app/filedrops.h"
-#include "app/qpeapplicationesc.h"
 #include "app/requestedfiles.h"
-#include "tests/app/stripinwindow.h"
-#include "tests/app/testwindow.h"
-#include "tests/testprogram.h"
+#include "tests/app/requestscene.h"
 
-#include <QDropEvent>
-#include <QMimeData>
-#include <QRubberBand>
+#include <QSignalSpy>
 
 #include <array>
 
@@ -39,35 +32,15 @@ std::array<int, 2> connectedFds()
     return ends;
 }
 
-/// Holds data over a widget, which takes them or not, and drops what it takes.
-bool drop(QWidget &on, const QMimeData &data)
-{
-    const QPoint place(1, 1);
-    QDragEnterEvent enter(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&on, &enter);
-    if (!enter.isAccepted())
-        return false;
-    QDropEvent event(place, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&on, &event);
-    return event.isAccepted() && event.dropAction() == Qt::CopyAction;
-}
-
-bool dropAddresses(QWidget &on, const QByteArray &addresses)
-{
-    QMimeData data;
-    data.setData(u"text/uri-list"_s, addresses);
-    return drop(on, data);
-}
-
 } // namespace
 
-/// What comes from a shell and what is dropped on the window.
-class RequestedFilesTest : public QObject {
+/// What a shell, the desktop or the launcher asks the window to open.
+class RequestedFilesTest : public QObject, private RequestScene {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { beginScene(); }
+    void cleanup() { m_window.reset(); }
 
     void goesToThePlace_data();
     void goesToThePlace();
@@ -87,60 +60,11 @@ private slots:
     void closedDocumentIsTold();
     void killedProgramTellsNothing();
 
-    void filesAreDropped_data();
-    void filesAreDropped();
     void onlyAFreshDocumentGivesWay_data();
     void onlyAFreshDocumentGivesWay();
     void nothingGivesWayToTheLauncher();
-    void namesOfAnyBytesAreDropped();
-    void folderOffersItsFiles_data();
-    void folderOffersItsFiles();
     void folderThatIsWaitedForIsRefused();
-    void windowIsMarkedWhileFilesAreHeld();
-    void whatIsNoFileHereIsTold_data();
-    void whatIsNoFileHereIsTold();
-    void otherThingsAreNotDropped();
-    void nothingIsDroppedBehindADialog();
-    void textIsStillDropped();
-
-    void manyComeInTheirOrder();
-    void whoeverGoesElsewhereStays();
-    void keysElsewhereAreTaken();
-    void whoeverComesBackIsTakenAlong();
-    void nextFilesAreShownAgain();
-    void keyThatHasToWaitIsToldOf();
-    void keysLeadToTheSignThatStopsThem();
-
-private:
-    ctlEditer &editor() const { return *m_window->currentEditor(); }
-    QString openFiles() const { return m_window->tabTexts().join(u' '); }
-    void requestMany();
-    void makeTurns(int fewestOpen);
-    bool areManyOpen() const
-    {
-        return QTest::qWaitFor([this] { return m_window->tabBar()->count() == 1 + many; }, 60'000);
-    }
-    static QString numbered(int number) { return u"%1.txt"_s.arg(number); }
-
-    static constexpr int many = 100; ///< too many for one turn
-
-    std::unique_ptr<TestFiles> m_files;
-    std::unique_ptr<TestWindow> m_window;
 };
-
-void RequestedFilesTest::init()
-{
-    resetSettings();
-    m_files = std::make_unique<TestFiles>();
-    m_window = std::make_unique<TestWindow>();
-    theApplication().showMainWidget(m_window.get());
-    QVERIFY(m_window->open());
-}
-
-void RequestedFilesTest::cleanup()
-{
-    m_window.reset();
-}
 
 void RequestedFilesTest::goesToThePlace_data()
 {
@@ -335,31 +259,6 @@ void RequestedFilesTest::killedProgramTellsNothing()
     ::close(ends[1]);
 }
 
-void RequestedFilesTest::filesAreDropped_data()
-{
-    QTest::addColumn<std::function<QWidget *(TestWindow &)>>("on");
-    const auto row = [](const char *name, const std::function<QWidget *(TestWindow &)> &on) {
-        QTest::newRow(name) << on;
-    };
-    row("text", [](TestWindow &window) { return window.currentEditor()->viewport(); });
-    row("tab bar", [](TestWindow &window) { return window.tabBar(); });
-    row("tool bar", [](TestWindow &window) { return window.toolBar(); });
-    row("window", [](TestWindow &window) { return &window; });
-}
-
-void RequestedFilesTest::filesAreDropped()
-{
-    QFETCH(std::function<QWidget *(TestWindow &)>, on);
-    m_files->write(u"a b.txt"_s, "first");
-    m_files->write(u"c.txt"_s, "second");
-    const QByteArray folder = m_files->folder().toUtf8();
-    QVERIFY(dropAddresses(
-        *on(*m_window), "# comment\r\nfile://" + folder + "a%20b.txt\r\nfile://" + folder + "c.txt\r\n"));
-    QCOMPARE(m_window->tabBar()->count(), 1);
-    QTRY_COMPARE(openFiles(), u"a b.txt c.txt"_s);
-    QCOMPARE(editor().text(), u"second"_s);
-}
-
 void RequestedFilesTest::onlyAFreshDocumentGivesWay_data()
 {
     QTest::addColumn<FileRequest>("request");
@@ -391,45 +290,6 @@ void RequestedFilesTest::nothingGivesWayToTheLauncher()
     QCOMPARE(openFiles(), u"(new document) a.txt"_s);
 }
 
-void RequestedFilesTest::namesOfAnyBytesAreDropped()
-{
-    const QByteArray name = QFile::encodeName(m_files->folder()) + "\203e.txt";
-    const int file = ::open(name.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    QCOMPARE(::write(file, "x", 1), 1);
-    ::close(file);
-    QVERIFY(dropAddresses(*editor().viewport(), "file://" + name.toPercentEncoding("/") + "\r\n"));
-    QTRY_COMPARE(editor().text(), u"x"_s);
-    QCOMPARE(editor().name(), QChar(0xDC83) + u"e.txt"_s);
-}
-
-void RequestedFilesTest::folderOffersItsFiles_data()
-{
-    QTest::addColumn<std::function<bool(TestWindow &, const QString &)>>("give");
-    const auto row = [](const char *name, const std::function<bool(TestWindow &, const QString &)> &give) {
-        QTest::newRow(name) << give;
-    };
-    row("dropped", [](TestWindow &window, const QString &folder) {
-        return dropAddresses(*window.currentEditor()->viewport(), "file://" + folder.toUtf8());
-    });
-    row("from the shell", [](TestWindow &, const QString &folder) {
-        theApplication().request({ folder, From::Shell });
-        return true;
-    });
-}
-
-void RequestedFilesTest::folderOffersItsFiles()
-{
-    QFETCH(std::function<bool(TestWindow &, const QString &)>, give);
-    m_files->write(u"a.txt"_s, "chosen");
-    m_window->choices << FileChoice{ m_files->folder(), u"a.txt"_s };
-    QVERIFY(give(*m_window, m_files->folder().chopped(1)));
-    QTRY_COMPARE(m_window->requests.size(), 1);
-    QCOMPARE(m_window->requests[0].mode, frmFileDialog::Open);
-    QCOMPARE(m_window->requests[0].fullName(), m_files->folder() + u".txt"_s);
-    QTRY_COMPARE(editor().text(), u"chosen"_s);
-    QCOMPARE(openFiles(), u"a.txt"_s);
-}
-
 void RequestedFilesTest::folderThatIsWaitedForIsRefused()
 {
     const std::array<int, 2> ends = connectedFds();
@@ -442,212 +302,5 @@ void RequestedFilesTest::folderThatIsWaitedForIsRefused()
     ::close(ends[1]);
 }
 
-void RequestedFilesTest::windowIsMarkedWhileFilesAreHeld()
-{
-    const auto mark = [this] { return m_window->findChild<QRubberBand *>(); };
-    QWidget &text = *editor().viewport();
-    QMimeData file;
-    file.setData(u"text/uri-list"_s, "file://" + m_files->write(u"a.txt"_s, "a").toUtf8());
-    QMimeData address;
-    address.setData(u"text/uri-list"_s, "https://x.example/");
-    const auto hold = [&text](const QMimeData &data) {
-        QDragEnterEvent enter({ 1, 1 }, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&text, &enter);
-    };
-    hold(address);
-    QVERIFY(!mark());
-    hold(file);
-    QVERIFY(mark() && mark()->isVisible());
-    QCOMPARE(mark()->geometry(), m_window->rect());
-    QDragLeaveEvent leave;
-    QApplication::sendEvent(&text, &leave);
-    QVERIFY(!mark());
-    QVERIFY(drop(text, file));
-    QVERIFY(!mark());
-    QTRY_COMPARE(openFiles(), u"a.txt"_s); // before the next test's files
-}
-
-void RequestedFilesTest::whatIsNoFileHereIsTold_data()
-{
-    QTest::addColumn<QByteArray>("addresses");
-    QTest::addColumn<QString>("told");
-    QTest::newRow("one") << QByteArray("https://x.example/") << u"https://x.example/"_s;
-    QTest::newRow("of another computer")
-        << QByteArray("file://elsewhere.example/a\r\nx") << u"file://elsewhere.example/a\nx"_s;
-    QTest::newRow("many") << QByteArray("a:\r\nb:\r\nc:\r\nd:\r\ne:\r\nf:\r\ng:")
-                          << u"a:\nb:\nc:\nd:\ne:\n…"_s;
-    QTest::newRow("long") << "a:" + QByteArray(1'000'000, 'b') << u"a:"_s + QString(58, u'b') + u'…';
-}
-
-/// After the files that came with it are open.
-void RequestedFilesTest::whatIsNoFileHereIsTold()
-{
-    QFETCH(QByteArray, addresses);
-    QFETCH(QString, told);
-    const QByteArray file = m_files->write(u"a.txt"_s, "a").toUtf8();
-    const NoTimeToRead noTime;
-    MessageBoxes boxes;
-    QVERIFY(dropAddresses(*editor().viewport(), addresses + "\r\nfile://" + file));
-    QTRY_COMPARE(boxes.count(), 1);
-    QCOMPARE(openFiles(), u"a.txt"_s);
-    // The box may break a long word anywhere.
-    QString text = boxes.texts().constFirst();
-    QCOMPARE(text.remove(QChar(0x200B)),
-        u"Error|Only files of this computer can be opened. These are none:\n"_s + told);
-}
-
-void RequestedFilesTest::otherThingsAreNotDropped()
-{
-    QVERIFY(!dropAddresses(*m_window, "https://x.example/a.txt\r\n"));
-    QVERIFY(!dropAddresses(*m_window, "file://elsewhere.example/a.txt\r\n"));
-    QMimeData nothing;
-    QVERIFY(!drop(*m_window, nothing));
-}
-
-void RequestedFilesTest::nothingIsDroppedBehindADialog()
-{
-    const QByteArray address = "file://" + m_files->write(u"a.txt"_s, "a").toUtf8();
-    theApplication().holdRequests(true);
-    QVERIFY(!dropAddresses(*m_window, address));
-    theApplication().holdRequests(false);
-    QVERIFY(dropAddresses(*m_window, address));
-    QTRY_COMPARE(openFiles(), u"a.txt"_s); // before the next test's files
-}
-
-void RequestedFilesTest::textIsStillDropped()
-{
-    QMimeData text;
-    text.setText(u"dropped"_s);
-    QVERIFY(drop(*editor().viewport(), text));
-    QCOMPARE(editor().text(), u"dropped"_s);
-}
-
-/// As a second start does, beside a document that does not give way.
-void RequestedFilesTest::requestMany()
-{
-    QTest::keyClicks(&editor(), u"h"_s);
-    for (int number = 1; number <= many; ++number)
-        theApplication().request({ m_files->write(numbered(number), "text\n"), From::Shell });
-}
-
-/// Until so many of them are open, and not all.
-void RequestedFilesTest::makeTurns(int fewestOpen)
-{
-    while (m_window->tabBar()->count() - 1 < fewestOpen)
-        QCoreApplication::processEvents();
-    QVERIFY(m_window->tabBar()->count() - 1 < many);
-}
-
-void RequestedFilesTest::manyComeInTheirOrder()
-{
-    QStringList expected{ u"* (new document)"_s };
-    for (int number = 1; number <= many; ++number)
-        expected << numbered(number);
-    requestMany();
-    makeTurns(1);
-    QVERIFY(areManyOpen());
-    QCOMPARE(m_window->tabTexts(), expected);
-    QCOMPARE(editor().name(), numbered(many));
-    QVERIFY(editor().hasFocus());
-}
-
-void RequestedFilesTest::whoeverGoesElsewhereStays()
-{
-    requestMany();
-    makeTurns(1);
-    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
-    int changes = 0;
-    const QObject here;
-    connect(m_window->findChild<DocumentArea *>(), &DocumentArea::currentChanged, &here,
-        [&changes] { ++changes; });
-    QVERIFY(areManyOpen());
-    QCOMPARE(changes, 0);
-    QCOMPARE(m_window->currentEditor(), m_window->editorAt(0));
-    QCOMPARE(m_window->editorAt(many)->text(), u"text\n"_s);
-}
-
-/// A key waits for nothing that is opened in the background.
-void RequestedFilesTest::keysElsewhereAreTaken()
-{
-    requestMany();
-    makeTurns(1);
-    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
-    editor().setFocus();
-    while (!takesKeys())
-        QCoreApplication::processEvents();
-    QVERIFY(m_window->tabBar()->count() < many);
-    QTest::keyClick(m_window->windowHandle(), Qt::Key_X);
-    QCOMPARE(m_window->editorAt(0)->text(), u"hx"_s);
-    QVERIFY(areManyOpen());
-    QCOMPARE(m_window->editorAt(0)->text(), u"hx"_s);
-}
-
-void RequestedFilesTest::whoeverComesBackIsTakenAlong()
-{
-    requestMany();
-    makeTurns(1);
-    ctlEditer *const last = m_window->currentEditor();
-    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
-    makeTurns(m_window->tabBar()->count());
-    m_window->tabBar()->setCurrentTab(last);
-    QVERIFY(areManyOpen());
-    QCOMPARE(editor().name(), numbered(many));
-}
-
-void RequestedFilesTest::nextFilesAreShownAgain()
-{
-    requestMany();
-    makeTurns(1);
-    m_window->tabBar()->setCurrentTab(m_window->editorAt(0));
-    QVERIFY(areManyOpen());
-    theApplication().request({ m_files->folder() + numbered(7), From::Shell });
-    QTRY_COMPARE(editor().name(), numbered(7));
-}
-
-void RequestedFilesTest::keyThatHasToWaitIsToldOf()
-{
-    const StripInWindow strip(*m_window);
-    requestMany();
-    makeTurns(1);
-    QTest::keyClick(m_window->windowHandle(), Qt::Key_X);
-    QVERIFY(strip.text().startsWith(u"Not while files are being opened"_s));
-    QVERIFY(areManyOpen());
-    QCOMPARE(openFiles().count(u'*'), 1);
-    QVERIFY(!strip.isShown());
-}
-
-/// The files that come then leave the keys there.
-void RequestedFilesTest::keysLeadToTheSignThatStopsThem()
-{
-    const StripInWindow strip(*m_window);
-    requestMany();
-    makeTurns(1);
-    QTest::keyClick(m_window->windowHandle(), Qt::Key_X); // at once shown then
-    QTest::keyClick(m_window->windowHandle(), Qt::Key_F6);
-    QVERIFY(strip.widget().hasKeys());
-    const ctlEditer *const shown = m_window->currentEditor();
-    makeTurns(m_window->tabBar()->count());
-    QVERIFY(strip.widget().hasKeys());
-    while (QPEApplication::hasRequests()) { // keys still wait for what was opened last
-        QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
-        QCoreApplication::processEvents();
-    }
-    QVERIFY(m_window->tabBar()->count() <= many);
-    QVERIFY(!strip.isShown());
-    QCOMPARE(m_window->currentEditor(), shown);
-    QVERIFY(shown->hasFocus());
-}
-
-namespace {
-
-int runRequestedFilesTest(int argc, char **argv)
-{
-    QPEApplicationEsc app(argc, argv);
-    RequestedFilesTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
-} // namespace
-
-REGISTER_TEST(runRequestedFilesTest)
+REGISTER_TEST(runRequestTest<RequestedFilesTest>)
 #include "requestedfiles_test.moc"
