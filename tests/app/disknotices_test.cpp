@@ -2,13 +2,12 @@
 
 #include "app/documentarea.h"
 #include "files/statefolder.h"
-#include "tests/app/stripinwindow.h"
+#include "tests/app/diskscene.h"
 #include "tests/filedialog/formtest.h"
 #include "tests/testprogram.h"
 
 #include <QSignalSpy>
 
-#include <limits>
 #include <utility>
 
 #include <fcntl.h>
@@ -22,19 +21,17 @@ namespace {
 const QString changedText = u"Another program has changed this file."_s;
 const QString replacedText = u"Another program has replaced this file."_s;
 const QString madeText = u"Another program has made this file."_s;
-const QString grownText = u"Another program has added to this file."_s;
 const QString deletedText = u"This file was deleted. Saving makes it again."_s;
-const QString followingText = u"What is added to this file comes into the text."_s;
 
 } // namespace
 
 /// What the window tells of other programs, as its user meets it.
-class DiskNoticesTest : public QObject {
+class DiskNoticesTest : public QObject, private DiskScene {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { beginScene(); }
+    void cleanup() { endScene(); }
 
     void tellsOfAWrite();
     void tellsOfAnotherFileUnderTheName();
@@ -62,55 +59,14 @@ private slots:
     void looksWhenTheTabIsShown();
     void looksWhenTheWindowIsActive();
     void watchesTwoFilesOfMany();
-    void follows();
-    void followingEndsWithAReadError();
-    void followingStopsWithAnEdit();
-    void editedTextFollowsNothing();
-    void followingIsStopped();
-    void viewInTheMiddleStays();
     void tellsOfAnInterruptedSave();
     void interruptedSavesAreToldOneAfterTheOther();
     void fitsASmallScreen_data();
     void fitsASmallScreen();
 
 private:
-    ctlEditer &editor() const { return *m_window->currentEditor(); }
-    bool append(const QString &name, const QByteArray &bytes) const
-    {
-        QFile file(m_files->folder() + name);
-        return file.open(QIODevice::Append) && file.write(bytes) == bytes.size();
-    }
-    void remake(WindowJobs jobs = {});
     QByteArray leaveCopy(const QByteArray &digits, const QByteArray &of, const QByteArray &content) const;
-
-    std::unique_ptr<TestFiles> m_files;
-    std::unique_ptr<TestWindow> m_window;
-    std::optional<StripInWindow> m_strip;
 };
-
-void DiskNoticesTest::init()
-{
-    resetSettings();
-    qputenv("QPEDIR", BUILT_QPE_DIR);
-    m_files = std::make_unique<TestFiles>();
-    remake();
-    m_window->slotCmdFileCloseTab();
-    m_window->setDocument(m_files->write(u"a.txt"_s, "old\n"));
-}
-
-void DiskNoticesTest::cleanup()
-{
-    for (ctlEditer *editor : m_window->tabBar()->editors())
-        editor->setEdited(false);
-    m_window.reset();
-}
-
-void DiskNoticesTest::remake(WindowJobs jobs)
-{
-    m_window = std::make_unique<TestWindow>(std::move(jobs));
-    m_strip.emplace(*m_window);
-    QVERIFY(m_window->open());
-}
 
 QByteArray DiskNoticesTest::leaveCopy(
     const QByteArray &digits, const QByteArray &of, const QByteArray &content) const
@@ -480,95 +436,6 @@ void DiskNoticesTest::watchesTwoFilesOfMany()
     QVERIFY2(watched > 0 && watched < 20, QByteArray::number(watched).constData());
     m_files->write(u"299.txt"_s, "new\n");
     QTRY_COMPARE(m_strip->text(), changedText);
-}
-
-void DiskNoticesTest::follows()
-{
-    QVERIFY(append(u"a.txt"_s, "1\n"));
-    QTRY_COMPARE(m_strip->text(), grownText);
-    QCOMPARE(m_strip->offers().constFirst(), u"Follow"_s);
-    QVERIFY(m_strip->click(u"Follow"_s));
-    QCOMPARE(editor().text(), u"old\n1\n"_s);
-    QCOMPARE(m_strip->text(), followingText);
-    editor().setCursorPlace({ editor().store().end() });
-    for (int line = 2; line < 100; ++line)
-        QVERIFY(append(u"a.txt"_s, QByteArray::number(line) + "\n"));
-    QTRY_VERIFY(editor().text().endsWith(u"\n99\n"));
-    QVERIFY(!editor().edited());
-    QCOMPARE(editor().cursorOffset(), editor().store().end());
-    QVERIFY(editor().topRow() > RowIndex(50));
-}
-
-void DiskNoticesTest::followingEndsWithAReadError()
-{
-    WindowJobs jobs;
-    jobs.fewest = std::numeric_limits<qint64>::max(); // all of it is read at once
-    remake(std::move(jobs));
-    m_window->setDocument(m_files->folder() + u"a.txt"_s);
-    QVERIFY(append(u"a.txt"_s, "1\n"));
-    QTRY_COMPARE(m_strip->text(), grownText);
-    QVERIFY(m_strip->click(u"Follow"_s));
-    QCOMPARE(editor().text(), u"old\n1\n"_s);
-    const MessageBoxes boxes;
-    QFile file(m_files->folder() + u"a.txt"_s);
-    QVERIFY(file.resize(qint64{ 8 } << 40));
-    QTRY_COMPARE(
-        boxes.texts(), QStringList{ u"File Load Error!|There is not enough memory for this file!"_s });
-    QCOMPARE(m_strip->text(), grownText);
-    QVERIFY(m_strip->offers().contains(u"Follow"_s));
-    QCOMPARE(editor().text(), u"old\n1\n"_s);
-    QVERIFY(file.resize(6) && append(u"a.txt"_s, "2\n"));
-    QVERIFY(m_strip->click(u"Follow"_s));
-    QTRY_COMPARE(editor().text(), u"old\n1\n2\n"_s);
-    QCOMPARE(m_strip->text(), followingText);
-    QCOMPARE(boxes.count(), 1);
-}
-
-void DiskNoticesTest::followingStopsWithAnEdit()
-{
-    QVERIFY(append(u"a.txt"_s, "1\n"));
-    QTRY_COMPARE(m_strip->text(), grownText);
-    QVERIFY(m_strip->click(u"Follow"_s));
-    QTest::keyClicks(&editor(), u"x"_s);
-    QVERIFY(!m_strip->isShown());
-    QVERIFY(append(u"a.txt"_s, "2\n"));
-    QTRY_COMPARE(m_strip->text(), grownText);
-    QVERIFY(!m_strip->offers().contains(u"Follow"_s));
-    QCOMPARE(editor().text(), u"xold\n1\n"_s);
-}
-
-void DiskNoticesTest::editedTextFollowsNothing()
-{
-    QVERIFY(append(u"a.txt"_s, "1\n"));
-    QTRY_COMPARE(m_strip->text(), grownText);
-    QVERIFY(m_strip->offers().contains(u"Follow"_s));
-    QTest::keyClicks(&editor(), u"x"_s);
-    QCOMPARE(m_strip->text(), grownText);
-    QVERIFY(!m_strip->offers().contains(u"Follow"_s));
-}
-
-void DiskNoticesTest::followingIsStopped()
-{
-    QVERIFY(append(u"a.txt"_s, "1\n"));
-    QTRY_COMPARE(m_strip->text(), grownText);
-    QVERIFY(m_strip->click(u"Follow"_s));
-    QVERIFY(m_strip->click(u"Stop"_s));
-    QVERIFY(append(u"a.txt"_s, "2\n"));
-    QTRY_COMPARE(m_strip->text(), grownText);
-    QCOMPARE(editor().text(), u"old\n1\n"_s);
-}
-
-void DiskNoticesTest::viewInTheMiddleStays()
-{
-    QVERIFY(append(u"a.txt"_s, QByteArray("line\n").repeated(200)));
-    QTRY_COMPARE(m_strip->text(), grownText);
-    QVERIFY(m_strip->click(u"Follow"_s));
-    editor().setCursorPosition(0, 2);
-    editor().setTopRow(RowIndex(50));
-    QVERIFY(append(u"a.txt"_s, "last\n"));
-    QTRY_VERIFY(editor().text().endsWith(u"last\n"));
-    QCOMPARE(editor().topRow(), RowIndex(50));
-    QCOMPARE(editor().cursorPosition(), (RowCol{ RowIndex(0), 2 }));
 }
 
 void DiskNoticesTest::tellsOfAnInterruptedSave()
