@@ -1,7 +1,6 @@
 #include "platform/requesthold.h"
-#include "tests/app/documentparts.h"
+#include "tests/app/backgroundscene.h"
 #include "tests/filedialog/formtest.h"
-#include "tests/jobs/steppedrunner.h"
 #include "tests/testprogram.h"
 
 #include <QClipboard>
@@ -9,33 +8,22 @@
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
-constexpr qint64 atOnceAlways = qint64{ 1 } << 40;
-constexpr int lineCount = 30000; ///< in several blocks
 constexpr RowCol farPlace{ RowIndex(20000), 4 }; ///< that comes with none of the first steps
 constexpr RowIndex farTop(19990);
-
-QByteArray longLog(const QByteArray &line = "a line of a long log")
-{
-    QByteArray text;
-    for (int i = 0; i < lineCount; ++i)
-        text += line + ' ' + QByteArray::number(i) + '\n';
-    return text;
-}
 
 } // namespace
 
 /// Files that are read behind the window, step by step: what is shown of them, and what becomes of them when
 /// something comes between.
-class BackgroundLoadingTest : public QObject {
+class BackgroundLoadingTest : public QObject, private BackgroundScene {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { beginScene(); }
+    void cleanup() { m_parts.reset(); }
 
     void firstTextComesWithTheFirstSteps();
     void isAsReadAtOnce_data();
@@ -48,13 +36,6 @@ private slots:
     void stoppedTabGoes_data();
     void stoppedTabGoes();
     void stoppedFreshDocumentIsFreshAgain();
-    void stoppedReloadKeepsItsText();
-    void closingSavesWhatIsStillThere();
-    void reloadKeepsTheCursor();
-    void reloadKeepsACursorThatHasMovedMeanwhile();
-    void reloadOfAHiddenDocumentTakesNoKeys();
-    void reloadIsMeasuredAnewInTurns();
-    void reloadIsStoppedWhileItIsMeasured();
     void closedTabEndsTheReading();
     void placeIsGoneToWhenItHasCome();
     void placeIsLeftWhereItsUserHasMoved();
@@ -66,38 +47,12 @@ private slots:
     void fileThatIsGoneMeanwhileIsRead();
 
 private:
-    ctlEditer *open(const QString &name = u"a.txt"_s);
-    QString write(const QByteArray &content) { return m_parts->files.write(u"a.txt"_s, content); }
-    DocumentArea &documents() { return m_parts->documents; }
     /// Has the long log read, and closed with its cursor at the far place.
     void leaveAtFarPlace();
-    /// A reload that is read, and is still to be measured in a width that came last.
-    ctlEditer *reloadToMeasure();
     /// Until the first text is there.
     bool begin(const ctlEditer &editor);
-    void stop(const ctlEditer *editor);
     QString told(const ctlEditer *editor);
-
-    SteppedRunner *m_runner = nullptr;
-    std::unique_ptr<DocumentParts> m_parts;
 };
-
-void BackgroundLoadingTest::init()
-{
-    m_parts = std::make_unique<DocumentParts>();
-    m_parts->jobs.fewest = 1;
-    m_runner = &m_parts->steps;
-}
-
-void BackgroundLoadingTest::cleanup()
-{
-    m_parts.reset();
-}
-
-ctlEditer *BackgroundLoadingTest::open(const QString &name)
-{
-    return m_parts->open(m_parts->files.folder() + name);
-}
 
 void BackgroundLoadingTest::leaveAtFarPlace()
 {
@@ -114,14 +69,6 @@ bool BackgroundLoadingTest::begin(const ctlEditer &editor)
 {
     while (std::as_const(editor).document().store().length() == 0 && m_runner->step()) { }
     return editor.document().isHeld() && editor.document().store().length() > 0;
-}
-
-/// By the strip's "Stop".
-void BackgroundLoadingTest::stop(const ctlEditer *editor)
-{
-    QTRY_VERIFY(documents().notices().has(NoticeKind::Work, editor));
-    const auto act = documents().notices().heaviest(editor)->offers.front().act;
-    act();
 }
 
 QString BackgroundLoadingTest::told(const ctlEditer *editor)
@@ -328,154 +275,6 @@ void BackgroundLoadingTest::stoppedFreshDocumentIsFreshAgain()
     QVERIFY(!editor->edited());
     editor->insert(u"typed"_s);
     QVERIFY(editor->edited());
-}
-
-void BackgroundLoadingTest::stoppedReloadKeepsItsText()
-{
-    write("old\n");
-    ctlEditer *const editor = open();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    write(longLog());
-    m_parts->loader.reload(editor);
-    QVERIFY(m_runner->step());
-    QCOMPARE(editor->text(), u"old\n"_s);
-    QTest::keyClicks(editor, u"x"_s);
-    QCOMPARE(editor->text(), u"old\n"_s);
-    stop(editor);
-    QVERIFY(!editor->document().isHeld());
-    QCOMPARE(editor->text(), u"old\n"_s);
-    editor->insert(u"x"_s);
-    editor->undo();
-    m_parts->loader.reload(editor);
-    m_runner->runAll();
-    QTRY_COMPARE(editor->numLines(), qint64(lineCount) + 1);
-}
-
-/// The edits were to go, but have not gone yet.
-void BackgroundLoadingTest::closingSavesWhatIsStillThere()
-{
-    write("old\n");
-    ctlEditer *const editor = open();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    editor->insert(u"edited "_s);
-    write(longLog());
-    const MessageBoxes boxes({ u"Yes"_s, u"Yes"_s });
-    m_parts->loader.reload(editor);
-    QVERIFY(m_runner->step());
-    m_parts->jobs.fewest = atOnceAlways;
-    QVERIFY(m_parts->closer.saveIfWanted(editor));
-    QCOMPARE(boxes.titles(), QStringList({ u"Confirm Reload"_s, u"Confirm File Save"_s }));
-    QCOMPARE(m_parts->files.read(u"a.txt"_s), QByteArray("edited old\n"));
-    QVERIFY(!editor->document().isHeld());
-    m_runner->runAll();
-    QCOMPARE(editor->text(), u"edited old\n"_s);
-}
-
-void BackgroundLoadingTest::reloadKeepsTheCursor()
-{
-    write(longLog());
-    ctlEditer *const editor = open();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    editor->setCursorPosition(25000, 5);
-    const RowIndex top = editor->topRow();
-    write(longLog("another"));
-    m_parts->loader.reload(editor);
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    QVERIFY(editor->text().startsWith(u"another 0\n"_s));
-    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(25000), 5 }));
-    QCOMPARE(editor->topRow(), top);
-}
-
-void BackgroundLoadingTest::reloadKeepsACursorThatHasMovedMeanwhile()
-{
-    write(longLog());
-    ctlEditer *const editor = open();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    write(longLog("another"));
-    m_parts->loader.reload(editor);
-    m_runner->step();
-    editor->setCursorPosition(25000, 5);
-    const RowIndex top = editor->topRow();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    QVERIFY(editor->text().startsWith(u"another 0\n"_s));
-    QCOMPARE(editor->cursorPosition(), (RowCol{ RowIndex(25000), 5 }));
-    QCOMPARE(editor->topRow(), top);
-}
-
-void BackgroundLoadingTest::reloadOfAHiddenDocumentTakesNoKeys()
-{
-    write(longLog());
-    ctlEditer *const editor = open();
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    m_parts->loader.reload(editor);
-    ctlEditer *const other = documents().add();
-    documents().present(other);
-    const auto type = [&](Qt::Key key) { QTest::keyClick(m_parts->window.windowHandle(), key); };
-    while (other->text().isEmpty()) { // those that were pressed when the reload began are not for this
-        type(Qt::Key_A);
-        QCoreApplication::processEvents();
-    }
-    connect(
-        &editor->document(), &TextDocument::released, other, [&] { type(Qt::Key_B); }, Qt::QueuedConnection);
-    m_runner->runAll();
-    QTRY_VERIFY(!editor->document().isHeld());
-    QTRY_COMPARE(other->text(), u"ab"_s);
-}
-
-/// With the strip's sign, which comes late, and with hardly any of it measured.
-ctlEditer *BackgroundLoadingTest::reloadToMeasure()
-{
-    write("old\n");
-    ctlEditer *const editor = open();
-    m_runner->runAll();
-    editor->setWordWrap(QMultiLineEdit::FixedPixelWidth);
-    editor->setWrapColumnOrWidth(200);
-    write(longLog("a line that is wrapped, and again, and again").repeated(10)); // of many turns
-    m_parts->jobs.turn = 0ms; // a node each
-    m_parts->loader.reload(editor);
-    m_runner->step();
-    m_runner->step();
-    [&] { QTRY_VERIFY(documents().notices().has(NoticeKind::Work, editor)); }();
-    editor->setWrapColumnOrWidth(150);
-    m_runner->runAll();
-    return editor;
-}
-
-/// The text of before can be looked at until then.
-void BackgroundLoadingTest::reloadIsMeasuredAnewInTurns()
-{
-    ctlEditer *const editor = reloadToMeasure();
-    QVERIFY(m_runner->isIdle());
-    QVERIFY(editor->document().isHeld());
-    QCoreApplication::processEvents();
-    QVERIFY(editor->document().isHeld());
-    QCOMPARE(editor->text(), u"old\n"_s);
-    QTRY_VERIFY(!editor->document().isHeld());
-    editor->store().checkInvariants();
-    QCOMPARE(editor->store().layoutRule(), editor->layoutRule());
-    ctlEditer other(nullptr);
-    other.setWordWrap(QMultiLineEdit::FixedPixelWidth);
-    other.setWrapColumnOrWidth(150);
-    other.setText(editor->text());
-    QCOMPARE(editor->numLines(), other.numLines());
-}
-
-void BackgroundLoadingTest::reloadIsStoppedWhileItIsMeasured()
-{
-    ctlEditer *const editor = reloadToMeasure();
-    QVERIFY(m_runner->isIdle());
-    QVERIFY(editor->document().isHeld());
-    stop(editor);
-    settle();
-    QVERIFY(!editor->document().isHeld());
-    QCOMPARE(editor->text(), u"old\n"_s);
 }
 
 void BackgroundLoadingTest::closedTabEndsTheReading()
