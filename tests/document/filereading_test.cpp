@@ -4,10 +4,9 @@
 #include "document/fittingcode.h"
 #include "document/textdocument.h"
 #include "document/utf16text.h"
-#include "tests/codec/everycharcode.h"
-#include "tests/codec/nastybytes.h"
 #include "tests/codec/storedbytes.h"
 #include "tests/document/documentfolder.h"
+#include "tests/document/mixedbytes.h"
 #include "tests/document/rewrittenbytes.h"
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
@@ -22,22 +21,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr FileCodes codesOfSilent{ CharCode::ShiftJis, ReturnCode::CrLf };
-
-/// Text in several codes, line ends of all kinds, and what is none.
-QByteArray mixedBytes(QRandomGenerator &random)
-{
-    static const QByteArrayList parts{ "a"_ba, "word "_ba, "\n"_ba, "\r\n"_ba, "\r"_ba, "\r\r"_ba,
-        QByteArray(1, '\0'), "かな漢字"_ba, "é"_ba, "😀"_ba, "\xE3\x81"_ba, "\x82\xA0\x83\x5C"_ba,
-        "\xB1\xB2"_ba, "\x3D\xD8"_ba, "\x00\xDE"_ba, "\xA4\xA2\x8F\xA2\xB7"_ba, "\x1B$B$\"\x1B(B"_ba,
-        "\x1B"_ba, "e\u0301"_ba, "\t"_ba };
-    static const QByteArrayList marks{ {}, {}, {}, "\xFF\xFE"_ba, "\xFE\xFF"_ba, "\xEF\xBB\xBF"_ba,
-        "\0\xFE"_ba };
-    const int kinds = 2 + random.bounded(int(parts.size()) - 1);
-    QByteArray bytes = marks.at(random.bounded(int(marks.size())));
-    for (int left = random.bounded(60); left > 0; --left)
-        bytes += random.bounded(12) == 0 ? nastyBytes(random, 4) : parts.at(random.bounded(kinds));
-    return bytes;
-}
 
 /// Cut in this way, if it may be.
 ByteBlocks wholeOf(const QByteArray &bytes)
@@ -126,10 +109,6 @@ private slots:
     void waitsForMuchBehindWhatCannotBeCut();
     void isAsAtOnceInUtf16_data() { addSeeds(200); }
     void isAsAtOnceInUtf16();
-    void cutsAreWhereBothSidesStandAlone_data();
-    void cutsAreWhereBothSidesStandAlone();
-    void factsDoNotDependOnCuts_data() { addSeeds(200); }
-    void factsDoNotDependOnCuts();
     void startsOverWhereTheCodeIsAnother_data();
     void startsOverWhereTheCodeIsAnother();
     void unknownWidthsAreMeasuredAtTheEnd();
@@ -316,80 +295,6 @@ void FileReadingTest::isAsAtOnceInUtf16()
     content.add(bytes);
     QCOMPARE(result.version.content().value(), content.value());
     QCOMPARE(result.version.stamp().size, bytes.size());
-}
-
-void FileReadingTest::cutsAreWhereBothSidesStandAlone_data()
-{
-    QTest::addColumn<CharCode>("code");
-    for (const CharCode code : everyCharCode())
-        QTest::addRow("%d, %s", int(code), infoOf(code).name.data()) << code;
-}
-
-namespace {
-
-/// The text of parts that are decoded one after the other.
-QString decodedParts(const TextCodec &codec, const QByteArrayList &parts, ReturnCode returnCode)
-{
-    const TextStore empty;
-    const LayoutCopy layout(empty);
-    const std::unique_ptr<TextCodec::Decoding> decoding = codec.decoding();
-    QString text;
-    qint64 undecodable = 0;
-    for (QByteArray part : parts) {
-        normalizeLineEnds(part, returnCode);
-        text += decoding
-            ? TextCodec::decode(*decoding, part, TextCodec::Part::Inner, layout, {}, undecodable).text()
-            : codec.decode(part, layout, {}, undecodable).text();
-    }
-    if (decoding)
-        text += TextCodec::decode(*decoding, {}, TextCodec::Part::Last, layout, {}, undecodable).text();
-    return text;
-}
-
-} // namespace
-
-/// Of a code with a state: as soon as the first one was decoded.
-void FileReadingTest::cutsAreWhereBothSidesStandAlone()
-{
-    QFETCH(CharCode, code);
-    QRandomGenerator random(seedOr(1));
-    const TextCodec &codec = code == CharCode::Unicode ? utf16LittleEndianCodec() : infoOf(code).codec();
-    for (int i = 0; i < 1500; ++i) {
-        const QByteArray bytes = random.bounded(2) == 0 ? mixedBytes(random) : nastyBytes(random);
-        for (const ReturnCode returnCode : { ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf }) {
-            const qsizetype size = random.bounded(int(bytes.size()) + 1);
-            const qsizetype cut = cutOf(QByteArrayView(bytes).first(size), code);
-            QVERIFY(cut <= size);
-            if (decodedParts(codec, { bytes.first(cut), bytes.sliced(cut) }, returnCode)
-                != decodedParts(codec, { bytes }, returnCode))
-                QFAIL(bytes.first(cut).toHex(' ') + " | " + bytes.sliced(cut).toHex(' '));
-        }
-    }
-}
-
-void FileReadingTest::factsDoNotDependOnCuts()
-{
-    QFETCH(quint32, seed);
-    QRandomGenerator random(seed);
-    const QByteArray bytes = mixedBytes(random);
-    FileFacts facts;
-    for (qsizetype from = 0; from < bytes.size();) {
-        const qsizetype size = qMin<qsizetype>(bytes.size() - from, random.bounded(9));
-        facts.add(QByteArrayView(bytes).sliced(from, size));
-        from += size;
-    }
-    QCOMPARE(facts.code().code(CharCode::Jis), detectCharCode(bytes, CharCode::Jis));
-    QCOMPARE(facts.lineEnd().found().value_or(ReturnCode::None), detectReturnCode(bytes, ReturnCode::None));
-    for (const ReturnCode returnCode : { ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf }) {
-        const RewrittenBytes found = facts.rewritten().with(returnCode);
-        const RewrittenBytes expected = countRewritten(bytes, returnCode);
-        QCOMPARE(found.nul, expected.nul);
-        QCOMPARE(found.lf, expected.lf);
-        QCOMPARE(found.cr, expected.cr);
-    }
-    QCOMPARE(facts.start(), QByteArrayView(bytes));
-    const bool isAscii = std::ranges::all_of(bytes, [](char byte) { return byte > 0; });
-    QVERIFY(facts.code().isAscii() == isAscii);
 }
 
 void FileReadingTest::startsOverWhereTheCodeIsAnother_data()
