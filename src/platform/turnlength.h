@@ -3,5 +3,5 @@
 #include <chrono>
 
 /// For work in the window's thread that goes on in turns: the event loop is not kept for longer by one of
-/// them. Half a frame of a screen of 60 Hz.
-constexpr std::chrono::milliseconds longestTurn{ 8 };
+/// them. With what it leaves to be painted that is half a frame of a screen of 60 Hz.
+constexpr std::chrono::milliseconds longestTurn{ 5 };
