@@ -3,6 +3,7 @@
 #include "filedialog/filelistdelegate.h"
 #include "files/filename.h"
 #include "platform/busypointer.h"
+#include "platform/keypause.h"
 #include "platform/screenclass.h"
 
 #include <QApplication>
@@ -66,6 +67,9 @@ ctlFileListView::ctlFileListView(
         [this](const QModelIndex &index) { slotMouseClicked(m_model->itemAt(index)); });
     connect(&m_reading, &FileRows::came, this, &ctlFileListView::arrangeWhenReleased);
     connect(&m_reading, &FileRows::ended, this, &ctlFileListView::showBusy);
+    connect(&m_reading, &FileRows::ended, this, &ctlFileListView::selectTypedAgain);
+    m_typing.setSingleShot(true);
+    m_typing.callOnTimeout(this, &ctlFileListView::selectTypedAgain);
 }
 
 /// So m_reading has the rows alone.
@@ -106,6 +110,8 @@ void ctlFileListView::showFolder(const QString &path)
     const QString folder = folderName(path);
     const bool isAbove = !currentPath.isEmpty() && folderAbove(currentPath) == QDir::cleanPath(folder);
     m_folderLeft = isAbove ? lastComponent(currentPath) : QString();
+    if (!currentPath.isEmpty())
+        forgetTyped();
     m_model->clear();
     m_reading.read(folder, NameFilter(nameFilter), order());
     horizontalScrollBar()->setValue(0);
@@ -116,6 +122,7 @@ void ctlFileListView::showFolder(const QString &path)
     currentPath = folder;
     emit listRefreshed(currentPath);
     describe();
+    selectTypedAgain();
 }
 
 FileOrder ctlFileListView::order() const
@@ -138,21 +145,28 @@ void ctlFileListView::arrange()
     replaceRows(m_reading.take());
     showOrder();
     selectFolderLeft();
+    selectTypedAgain();
     setUpdatesEnabled(true);
     showBusy();
 }
 
-/// What is selected and has the focus stays so. Where more has come the rows in view stay there, otherwise
-/// the place in the list.
+/// What is selected and has the focus stays so. Where more has come the rows in view stay there, the selected
+/// one before others, otherwise the place in the list.
 void ctlFileListView::replaceRows(const FileRowList &rows)
 {
+    const int left = horizontalScrollBar()->value();
     const int value = verticalScrollBar()->value();
-    const bool staysInView = value > 0 && rows.size() > m_model->rowCount();
-    const QPersistentModelIndex top = staysInView ? indexAt({}) : QModelIndex();
+    const bool isMore = rows.size() > m_model->rowCount();
+    const QModelIndex selected = selectedIndex().siblingAtColumn(header()->logicalIndexAt(0));
+    const bool isInView = viewport()->rect().intersects(visualRect(selected));
+    const QPersistentModelIndex top = isMore && value > 0 ? indexAt({}) : QModelIndex();
+    const QPersistentModelIndex inView = isMore && isInView ? selected : QModelIndex();
     m_model->setRows(rows);
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(value);
     scrollTo(top, PositionAtTop);
+    scrollTo(inView);
+    horizontalScrollBar()->setValue(left);
 }
 
 /// Unless its user has gone on to something else in this one.
@@ -167,6 +181,55 @@ void ctlFileListView::selectFolderLeft()
     selectRow(folder);
     scrollTo(folder);
     m_pressedEntry = selectedItem();
+}
+
+/// All rows are there, in their order. Before the first folder is shown they are still to come.
+bool ctlFileListView::isSettled() const
+{
+    return !currentPath.isEmpty() && !isFilling() && !isSorting() && !m_isArrangementDue;
+}
+
+void ctlFileListView::keyboardSearch(const QString &search)
+{
+    const bool goesOn = m_typing.isActive();
+    const QString letters = goesOn ? m_typed + search : search;
+    const QPersistentModelIndex from = goesOn ? m_typedFrom : QPersistentModelIndex(selectedIndex());
+    if (const QModelIndex found = m_model->rowOfTyped(letters, from); found.isValid())
+        selectRow(found);
+    m_typed = letters;
+    m_typedFrom = from;
+    m_isTypedDue = !isSettled();
+    m_folderLeft.clear();
+    m_typing.start(QApplication::keyboardInputInterval());
+}
+
+/// Unless its user has gone on to something else.
+void ctlFileListView::selectTypedAgain()
+{
+    if (!m_isTypedDue || !isSettled() || m_typing.isActive())
+        return;
+    m_isTypedDue = false;
+    const QModelIndex found = m_model->rowOfTyped(m_typed, m_typedFrom);
+    if (!found.isValid() || found == selectedIndex() || !hasFocus())
+        return;
+    KeyPause::begin(KeyPause::untilNoticed);
+    selectRow(found);
+}
+
+void ctlFileListView::forgetTyped()
+{
+    m_isTypedDue = false;
+    m_typing.stop();
+}
+
+/// Behind a name that is typed while rows still come it is meant for the row to which that leads among all,
+/// and another one may be selected: who pressed it sees first which one that is.
+void ctlFileListView::openByKey(const ctlFileListViewItem *item)
+{
+    if (m_isTypedDue && m_typing.isActive())
+        KeyPause::begin(KeyPause::untilNoticed);
+    else
+        slotExecItem(item);
 }
 
 void ctlFileListView::sortRows()
@@ -247,6 +310,7 @@ void ctlFileListView::showColumn(Step step)
 
 void ctlFileListView::slotSelectionChanged(const ctlFileListViewItem *item)
 {
+    forgetTyped();
     if (!item)
         return;
     m_selectedEntry = item;
@@ -319,11 +383,11 @@ void ctlFileListView::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Enter:
         if (isTypingName && !selectedItem())
             emit typed({});
-        slotExecItem(selectedItem());
+        openByKey(selectedItem());
         break;
     case Qt::Key_Right:
         if (selectedItem() && selectedItem()->isFolder())
-            slotExecItem(selectedItem());
+            openByKey(selectedItem());
         break;
     case Qt::Key_End:
         // Where no row has the focus, the toolkit takes every key for one to the first row.

@@ -3,12 +3,14 @@
 #include "filedialog/filelistmodel.h"
 #include "filedialog/filerows.h"
 
+#include <QTimer>
 #include <QTreeView>
 
 /// Shows the contents of one folder, folders first, and walks the tree of folders by itself.
 ///
 /// A folder of many entries, or one on a slow disk, fills behind the window: what has come is shown in its
-/// order, and can be selected and opened.
+/// order, and can be selected and opened. A name that is typed meanwhile leads to a row of these, and when
+/// all are there to the one to which it leads among all; no key opens a row that has just been chosen so.
 ///
 /// Backspace and Left go up; Return, a double click, or a tap on the row that was already selected opens a
 /// row; Ctrl+1 to Ctrl+3 sort by a column as a click on its title does; Ctrl+Right and Ctrl+Left scroll to
@@ -52,6 +54,7 @@ public:
     void goUpFolder();
     /// Gives the names so many pixels more, or less.
     void widenNames(int by);
+    void keyboardSearch(const QString &search) override;
 
 public slots:
     void slotSelectionChanged(const ctlFileListViewItem *item);
@@ -87,6 +90,10 @@ private:
     void arrange();
     void replaceRows(const FileRowList &rows);
     void selectFolderLeft();
+    bool isSettled() const;
+    void selectTypedAgain();
+    void forgetTyped();
+    void openByKey(const ctlFileListViewItem *item);
     void sortRows();
     void showOrder();
     void showBusy();
@@ -96,6 +103,10 @@ private:
     FileRows m_reading;
     FileListModel *const m_model;
     QString m_folderLeft; ///< is selected when its row comes; empty: none is
+    QString m_typed; ///< the letters that were typed last
+    QPersistentModelIndex m_typedFrom; ///< the row that was selected before them
+    QTimer m_typing; ///< runs while a further letter belongs to them
+    bool m_isTypedDue = false; ///< to be looked up again when the list is settled
     bool m_isPressed = false; ///< by the mouse
     bool m_isArrangementDue = false; ///< when it is not any more
     /// Rows of before a refresh stay in these: they are compared, never followed.

@@ -94,24 +94,33 @@ QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int
     }
 }
 
-QModelIndexList FileListModel::match(
-    const QModelIndex &start, int role, const QVariant &value, int hits, Qt::MatchFlags flags) const
+QModelIndex FileListModel::rowOfTyped(const QString &letters, const QModelIndex &from) const
 {
-    const bool isTyped = role == Qt::DisplayRole && hits == 1
-        && flags == (Qt::MatchStartsWith | Qt::MatchWrap)
-        && start.column() == ctlFileListViewItem::NameColumn;
-    return isTyped ? rowBeginningWith(value.toString(), start.row())
-                   : QAbstractTableModel::match(start, role, value, hits, flags);
+    const auto otherLetter = std::ranges::find_if(letters, [&](QChar c) { return c != letters.front(); });
+    const qsizetype repeats = otherLetter - letters.begin();
+    QList<int> rows =
+        rowsBeginningWith(letters.first(std::min<qsizetype>(repeats, 1)), from.row() + 1, repeats);
+    if (rows.isEmpty())
+        return {};
+    int row = rows.at((repeats - 1) % rows.size());
+    for (qsizetype count = repeats + 1; count <= letters.size(); ++count) {
+        rows = rowsBeginningWith(letters.first(count), row, 1);
+        if (rows.isEmpty())
+            break;
+        row = rows.first();
+    }
+    return index(row, ctlFileListViewItem::NameColumn);
 }
 
-/// From the row on, and on from the start.
-QModelIndexList FileListModel::rowBeginningWith(const QString &text, int first) const
+/// So many at most, from the row on, and on from the start.
+QList<int> FileListModel::rowsBeginningWith(const QString &text, int first, qsizetype most) const
 {
+    QList<int> result;
     const int count = int(m_rows.size());
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count && result.size() < most; ++i) {
         const int row = (first + i) % count;
         if (m_rows.at(row)->fileInfo().name.startsWith(text, Qt::CaseInsensitive))
-            return { createIndex(row, ctlFileListViewItem::NameColumn) };
+            result.append(row);
     }
-    return {};
+    return result;
 }

@@ -14,6 +14,12 @@ public:
     const ctlFileListViewItem *itemAt(const QModelIndex &index) const;
     /// Of the first row of that name; invalid where there is none. Cost: looks through all rows.
     QModelIndex indexOf(const QString &name) const;
+    /// To which row letters lead that are typed one after another, from the row `from` on, or from the start
+    /// where that is invalid: the first one to the next row that begins with it, each further one to the next
+    /// that begins with all of them, and one that is repeated to one row after another. Behind the last row
+    /// comes the first; invalid where no letter leads to any. Cost: looks through all rows, without making
+    /// values of them, for each letter.
+    QModelIndex rowOfTyped(const QString &letters, const QModelIndex &from) const;
 
     /// Leaves the view as a new one.
     void clear();
@@ -24,12 +30,9 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    /// The first row that begins with what is typed is found without a value of each row's being made.
-    QModelIndexList match(const QModelIndex &start, int role, const QVariant &value, int hits,
-        Qt::MatchFlags flags) const override;
 
 private:
-    QModelIndexList rowBeginningWith(const QString &text, int first) const;
+    QList<int> rowsBeginningWith(const QString &text, int first, qsizetype most) const;
 
     FileRowList m_rows;
 };

@@ -1,10 +1,15 @@
 #include "filedialog/filelistmodel.h"
 
 #include "tests/filedialog/formtest.h"
+#include "tests/seeds.h"
 #include "tests/testprogram.h"
 
 #include <QAbstractItemModelTester>
+#include <QRandomGenerator>
 #include <QTest>
+#include <QTreeView>
+
+#include <limits>
 
 namespace {
 
@@ -28,6 +33,8 @@ private slots:
     void clearing();
     void typedName_data();
     void typedName();
+    void typedNameAsInTheToolkit_data();
+    void typedNameAsInTheToolkit();
 };
 
 void FileListModelTest::rows()
@@ -83,30 +90,73 @@ void FileListModelTest::clearing()
 
 void FileListModelTest::typedName_data()
 {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("start");
+    QTest::addColumn<QString>("letters");
+    QTest::addColumn<int>("from");
     QTest::addColumn<int>("found");
-    QTest::newRow("at the start") << QStringLiteral("b") << 1 << 1;
-    QTest::newRow("behind it") << QStringLiteral("b") << 2 << 3;
-    QTest::newRow("before it") << QStringLiteral("a") << 1 << 0;
-    QTest::newRow("in another case") << QStringLiteral("CA") << 0 << 2;
-    QTest::newRow("in the middle") << QStringLiteral("at") << 0 << -1;
-    QTest::newRow("none") << QStringLiteral("x") << 3 << -1;
+    const auto row = [](const char *name, const char *letters, int from, int found) {
+        QTest::newRow(name) << QString::fromUtf8(letters) << from << found;
+    };
+    row("from the start", "b", -1, 1);
+    row("behind the row", "b", 1, 3);
+    row("none but the row", "c", 2, 2);
+    row("before the row", "a", 1, 0);
+    row("in another case", "CA", 0, 2);
+    row("letters go on from what they have found", "bo", 0, 3);
+    row("letters begin with the row behind", "bo", 3, 3);
+    row("letters lead as far as they go", "bx", 0, 1);
+    row("no first letter", "xb", 0, -1);
+    row("a letter again", "bb", 0, 3);
+    row("a letter again and again", "bbb", 0, 1);
+    row("in the middle", "t", 0, -1);
+    row("of no letters", "", 0, -1);
 }
 
-/// As the toolkit's own search through the rows, which is slow.
 void FileListModelTest::typedName()
 {
-    QFETCH(QString, typed);
-    QFETCH(int, start);
+    QFETCH(QString, letters);
+    QFETCH(int, from);
     QFETCH(int, found);
     FileListModel model;
     model.setRows({ rowNamed("apple"), rowNamed("Bat"), rowNamed("cat"), rowNamed("boat") });
-    constexpr auto flags = Qt::MatchStartsWith | Qt::MatchWrap;
-    const QModelIndex from = model.index(start, 0);
-    const QModelIndexList expected = found < 0 ? QModelIndexList() : QModelIndexList{ model.index(found, 0) };
-    QCOMPARE(model.match(from, Qt::DisplayRole, typed, 1, flags), expected);
-    QCOMPARE(model.QAbstractItemModel::match(from, Qt::DisplayRole, typed, 1, flags), expected);
+    QCOMPARE(model.rowOfTyped(letters, model.index(from, 0)), model.index(found, 0));
+    model.clear();
+    QVERIFY(!model.rowOfTyped(letters, {}).isValid());
+}
+
+void FileListModelTest::typedNameAsInTheToolkit_data()
+{
+    addSeeds(50);
+}
+
+/// Which is slow in long lists.
+void FileListModelTest::typedNameAsInTheToolkit()
+{
+    QFETCH(quint32, seed);
+    QRandomGenerator random(seed);
+    const auto letters = [&random](int most) {
+        QByteArray result;
+        for (int left = random.bounded(1, most + 1); left > 0; --left)
+            result += "abAB"[random.bounded(4)];
+        return result;
+    };
+    constexpr int usualLength = 4;
+    FileRowList rows;
+    for (int left = random.bounded(1, 20); left > 0; --left)
+        rows.append(rowNamed(letters(usualLength).constData()));
+    FileListModel model;
+    model.setRows(rows);
+    QTreeView view;
+    view.setModel(&model);
+    const QModelIndex from = model.index(random.bounded(model.rowCount()), 0);
+    view.setCurrentIndex(from);
+    const QString typed = QString::fromLatin1(letters(usualLength));
+    const int usualInterval = QApplication::keyboardInputInterval();
+    QApplication::setKeyboardInputInterval(std::numeric_limits<int>::max());
+    for (const QChar letter : typed)
+        view.keyboardSearch(letter);
+    QApplication::setKeyboardInputInterval(usualInterval);
+    const QModelIndex found = model.rowOfTyped(typed, from);
+    QCOMPARE(found.isValid() ? found : from, view.currentIndex());
 }
 
 REGISTER_TEST(runFormTest<FileListModelTest>)
