@@ -18,6 +18,8 @@ constexpr std::chrono::milliseconds longestWrite{ 1500 };
 /// What a save that is put in place has for that. What it leaves behind otherwise is found by later starts.
 constexpr std::chrono::milliseconds longestGivingUp{ 1000 };
 
+constexpr std::chrono::milliseconds longestLeaving{ 150 };
+
 } // namespace
 
 LastWrites::LastWrites(DocumentArea &documents, const DocumentLoader &loader, DocumentSaver &saver,
@@ -47,4 +49,5 @@ void LastWrites::write()
     }
     writeSettings();
     m_saver.giveUp(QDeadlineTimer(longestGivingUp));
+    m_journals.leaveAll(longestLeaving);
 }

@@ -10,6 +10,7 @@
 #include "platform/freeturn.h"
 #include "platform/keypause.h"
 #include "platform/messagebox.h"
+#include "platform/qpeapplication.h"
 #include "platform/windowsystem.h"
 #include "recovery/recoveryjournals.h"
 
@@ -75,6 +76,8 @@ Recovery::Recovery(QWidget &window, DocumentArea &documents, DocumentLoader &loa
     connect(&journals, &RecoveryJournals::leftBehindChanged, &journals, &RecoveryJournals::lookForLeftBehind);
     connect(&journals, &RecoveryJournals::foundLeftBehind, this, &Recovery::tell);
     connect(&documents, &DocumentArea::closed, this, &Recovery::noteClosed);
+    if (auto *application = qobject_cast<QPEApplication *>(qApp))
+        connect(application, &QPEApplication::endingAtOnce, this, &Recovery::giveUp);
 }
 
 Recovery::~Recovery() = default;
@@ -235,6 +238,13 @@ void Recovery::failLong()
     goOn();
 }
 
+/// The program ends, and the next start is to find what was to come back.
+void Recovery::giveUp()
+{
+    m_current.reset();
+    m_waiting.clear();
+}
+
 void Recovery::goOn()
 {
     emit m_documents.workEnded();
@@ -248,8 +258,7 @@ void Recovery::noteClosed(const ctlEditer *editor)
 {
     if (!m_current || m_current->place.editor != editor)
         return;
-    m_current.reset();
-    m_waiting.clear();
+    giveUp();
     m_journals.lookForLeftBehind();
     FreeTurn::once(this, [this] { tellLost(); });
 }

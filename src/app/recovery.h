@@ -59,6 +59,7 @@ private:
     void endLong(const Restored &restored);
     void stopLong();
     void failLong();
+    void giveUp();
     void goOn();
     void noteClosed(const ctlEditer *editor);
     bool take(const LeftBehind &text, const Place &place, const Restored &restored);

@@ -49,6 +49,12 @@ void DesktopChannel::open()
         ownBusName(*bus, id(), WhenTaken::Wait);
 }
 
+void DesktopChannel::close()
+{
+    if (const auto bus = sessionBus())
+        giveUpBusName(*bus, id());
+}
+
 void DesktopChannel::Activate(const QVariantMap &platformData)
 {
     m_launcher.raise(activationToken(platformData));

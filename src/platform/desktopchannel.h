@@ -21,6 +21,8 @@ public:
 
     /// Takes the name, or waits for the process that has it to go.
     void open();
+    /// Gives the name up.
+    static void close();
 
 public slots:
     /// The window is to come to the front.

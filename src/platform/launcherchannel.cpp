@@ -141,54 +141,77 @@ FileRequest shellRequest(const QVariantMap &options, const QList<SharedFd> &file
     return request;
 }
 
-enum class Answer { Taken, Refused, None };
-
-// In one call: what is given one by one, the instance opens one by one, and does not know that it has many to
-// open. The answer may have to wait for a question to the user of the instance, as long as that takes.
-Answer giveDocuments(const QDBusConnection &bus, const FileRequests &requests)
-{
-    const QDBusMessage call =
-        callOfInstance(QStringLiteral("openFromShell"), CarriedRequests(requests).arguments());
-    QDBusPendingCallWatcher answer(bus.asyncCall(call, noTimeout));
-    QEventLoop waiting;
-    QTimer look;
-    QObject::connect(&answer, &QDBusPendingCallWatcher::finished, &waiting, &QEventLoop::quit);
-    QObject::connect(&look, &QTimer::timeout, &waiting, [&] {
-        if (!isAnswered(bus, callOfInstance(QStringLiteral("ping"))))
-            waiting.quit();
-    });
-    look.start(instanceTimeout);
-    if (!answer.isFinished())
-        waiting.exec();
-    if (!answer.isFinished())
-        return Answer::None;
-    return answer.isError() ? Answer::Refused : Answer::Taken;
-}
-
-/// The end of the process that has the channel, from now on.
-class OwnersEnd {
+/// The process that has the channel, which may come to its end while it is asked.
+class Instance {
 public:
-    explicit OwnersEnd(const QDBusConnection &bus)
-        : m_watcher(QCopChannel::service(ownChannel()), bus, QDBusServiceWatcher::WatchForOwnerChange)
+    explicit Instance(const QDBusConnection &bus)
+        : m_bus(bus)
+        , m_watcher(QCopChannel::service(ownChannel()), bus, QDBusServiceWatcher::WatchForOwnerChange)
+        , m_connection(connectionNow())
     {
         QObject::connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, &m_waiting, [this] {
-            m_hasCome = true;
+            m_hasEnded = true;
             m_waiting.quit();
         });
     }
-    /// False if it does not come in time.
-    bool await()
+    bool isThere() const { return !m_connection.isEmpty(); }
+    // What the bus has told of that may still be on its way here.
+    bool hasEnded() const { return m_hasEnded || connectionNow() != m_connection; }
+    void awaitEnd()
     {
         QTimer::singleShot(endTimeout, &m_waiting, &QEventLoop::quit);
-        if (!m_hasCome)
+        if (!m_hasEnded)
             m_waiting.exec();
-        return m_hasCome;
+    }
+    /// Shows its window. False if it does not answer in time, or ends before.
+    bool raise()
+    {
+        const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+        const QDBusPendingCallWatcher answer(
+            m_bus.asyncCall(callOfInstance(QStringLiteral("raise"), { token }), instanceTimeout));
+        await(answer);
+        return answer.isFinished() && !answer.isError();
+    }
+    enum class Answer { Taken, Refused, None };
+    // In one call: what is given one by one, the instance opens one by one, and does not know that it has
+    // many to open. The answer may have to wait for a question to the user of the instance, as long as that
+    // takes.
+    Answer give(const FileRequests &requests)
+    {
+        const QDBusMessage call =
+            callOfInstance(QStringLiteral("openFromShell"), CarriedRequests(requests).arguments());
+        const QDBusPendingCallWatcher answer(m_bus.asyncCall(call, noTimeout));
+        QTimer look;
+        look.callOnTimeout(&m_waiting, [this] {
+            if (!isAnswered(m_bus, callOfInstance(QStringLiteral("ping"))))
+                m_waiting.quit();
+        });
+        look.start(instanceTimeout);
+        await(answer);
+        if (!answer.isFinished())
+            return Answer::None;
+        return answer.isError() ? Answer::Refused : Answer::Taken;
     }
 
 private:
+    /// Its name on the bus; empty where nobody has the channel.
+    QString connectionNow() const
+    {
+        const QString name = QCopChannel::service(ownChannel());
+        return askBus(m_bus, QStringLiteral("GetNameOwner"), { name }).value(0).toString();
+    }
+    void await(const QDBusPendingCallWatcher &answer)
+    {
+        QObject::connect(&answer, &QDBusPendingCallWatcher::finished, &m_waiting, &QEventLoop::quit);
+        if (!answer.isFinished() && !m_hasEnded)
+            m_waiting.exec();
+    }
+
+    QDBusConnection m_bus;
     QEventLoop m_waiting;
     QDBusServiceWatcher m_watcher;
-    bool m_hasCome = false;
+    const QString m_connection; ///< when it was asked first
+    bool m_hasEnded = false;
 };
 
 } // namespace
@@ -217,29 +240,36 @@ void LauncherChannel::openLater()
         takeName(*bus, WhenTaken::Wait);
 }
 
+void LauncherChannel::close()
+{
+    if (const auto bus = sessionBus())
+        giveUpBusName(*bus, QCopChannel::service(ownChannel()));
+}
+
 LauncherChannel::HandOver LauncherChannel::handOver(const FileRequests &requests)
 {
     registerTypes();
     const auto bus = sessionBus();
     if (!bus)
         return HandOver::NoInstance;
-    OwnersEnd end(*bus);
-    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    if (!QCopChannel::isRegistered(ownChannel()))
+    Instance instance(*bus);
+    if (!instance.isThere())
         return HandOver::NoInstance;
-    if (!isAnswered(*bus, callOfInstance(QStringLiteral("raise"), { token })))
-        return HandOver::NoAnswer;
+    const auto withoutAnswer = [&] { return instance.hasEnded() ? HandOver::Ended : HandOver::NoAnswer; };
+    if (!instance.raise())
+        return withoutAnswer();
     if (requests.isEmpty())
         return HandOver::Done;
-    switch (giveDocuments(*bus, requests)) {
-    case Answer::Taken:
+    switch (instance.give(requests)) {
+    case Instance::Answer::Taken:
         return HandOver::Done;
-    case Answer::Refused:
-        return end.await() ? HandOver::Ended : HandOver::NoAnswer;
-    case Answer::None:
+    case Instance::Answer::Refused:
+        instance.awaitEnd();
+        break;
+    case Instance::Answer::None:
         break;
     }
-    return HandOver::NoAnswer;
+    return withoutAnswer();
 }
 
 uint LauncherChannel::instance()

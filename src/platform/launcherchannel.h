@@ -28,6 +28,9 @@ public:
     bool open();
     /// Takes it as soon as the process that has it is gone.
     void openLater();
+    /// The process ends: gives the channel up, for whoever starts meanwhile. What comes by it is not answered
+    /// any more.
+    static void close();
 
     /// AtOnce at first. What waits is taken or refused now, unless it goes on waiting.
     void setTaking(Taking taking);
@@ -35,7 +38,7 @@ public:
     /// What came of files that were handed over.
     enum class HandOver {
         Done, ///< they were taken
-        Ended, ///< they were refused, by a process that has ended since: somebody else may have the channel
+        Ended, ///< who was to take them has ended before: somebody else may have the channel
         NoInstance, ///< nobody has the channel, or there is no session bus
         NoAnswer, ///< none within two seconds, or who has refused them does not end within five
     };

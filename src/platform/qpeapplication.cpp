@@ -23,6 +23,17 @@
 #include <cstdlib>
 #include <utility>
 
+namespace {
+
+/// The memory of large texts takes seconds to be freed, in which nobody would be answered.
+void closeChannels()
+{
+    DesktopChannel::close();
+    LauncherChannel::close();
+}
+
+} // namespace
+
 QPEApplication::QPEApplication(int &argc, char **argv)
     : QApplication(argc, argv)
     , m_requests(new RequestQueue(this))
@@ -169,6 +180,7 @@ void QPEApplication::endAtOnce()
         return;
     const QScopedValueRollback ending(m_isEnding, true);
     emit endingAtOnce();
+    closeChannels();
     leave();
 }
 
@@ -181,6 +193,7 @@ void QPEApplication::endWithSession()
         return;
     }
     emit endingAtOnce();
+    closeChannels();
     exit(EXIT_SUCCESS);
 }
 

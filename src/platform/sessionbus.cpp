@@ -43,3 +43,8 @@ bool ownBusName(const QDBusConnection &bus, const QString &name, WhenTaken whenT
     const uint flags = whenTaken == WhenTaken::Wait ? queued : doNotQueue;
     return askBus(bus, QStringLiteral("RequestName"), { name, flags }).value(0) == primaryOwner;
 }
+
+void giveUpBusName(const QDBusConnection &bus, const QString &name)
+{
+    askBus(bus, QStringLiteral("ReleaseName"), { name });
+}

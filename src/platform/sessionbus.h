@@ -15,6 +15,9 @@ enum class WhenTaken { GiveUp, Wait };
 /// it is waited for. Blocks half a second at most; the toolkit's own function has no end.
 bool ownBusName(const QDBusConnection &bus, const QString &name, WhenTaken whenTaken);
 
+/// Gives a name up that this process has or waits for. Blocks half a second at most.
+void giveUpBusName(const QDBusConnection &bus, const QString &name);
+
 /// Asks the bus itself, as about the owner of a name: the arguments of its answer, none where it does not
 /// answer within half a second. Blocks so long.
 QVariantList askBus(const QDBusConnection &bus, const QString &method, const QVariantList &arguments = {});

@@ -157,6 +157,12 @@ bool RecoveryJournals::flush(std::chrono::milliseconds limit)
     return std::ranges::all_of(m_journals, isWritten);
 }
 
+void RecoveryJournals::leaveAll(std::chrono::milliseconds limit)
+{
+    m_journals.clear();
+    m_jobs.wait(JournalJobs::Until::NothingLeft, QDeadlineTimer(limit));
+}
+
 void RecoveryJournals::noteResult(const WriteResult &result)
 {
     for (const auto &[document, journal] : m_journals)

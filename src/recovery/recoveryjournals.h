@@ -57,6 +57,9 @@ public:
 
     /// Why there is no recovery, as errno; 0: there is.
     int failure() const { return m_failure; }
+    /// The program ends: no more is written, and others may find the journals, although the memory of a large
+    /// text is freed before the system lets its files go. Waits for the disk no longer than this.
+    void leaveAll(std::chrono::milliseconds limit);
     /// Tries again at once; it is tried again by and by anyway.
     void retry();
 

@@ -9,6 +9,9 @@
 #include "tests/testprogram.h"
 
 #include <QAbstractEventDispatcher>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QDir>
 #include <QFile>
 #include <QFontInfo>
@@ -241,6 +244,50 @@ static int runProgram(QPEApplication &app, bool minimized, const FileRequests &r
     }
 }
 
+/// Has the channel and hears every call, but answers none.
+static int runMute()
+{
+    class Mute : public QDBusVirtualObject {
+    public:
+        QString introspect(const QString &) const override { return {}; }
+        bool handleMessage(const QDBusMessage &message, const QDBusConnection &) override
+        {
+            if (message.member() == u"raise")
+                PrintingWindow::print(++m_asked == 1 ? "asked" : "asked twice");
+            return true;
+        }
+
+    private:
+        int m_asked = 0;
+    };
+    Mute mute;
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.registerVirtualObject(u"/QPE/Application/marlopad"_s, &mute)
+        || !bus.registerService(u"QPE.Application.marlopad"_s))
+        return 1;
+    PrintingWindow::print("ready");
+    return QCoreApplication::exec();
+}
+
+namespace {
+
+/// Told to end by a signal, it stays as long as the system takes to free very much memory.
+class FullApplication : public QPEApplication {
+public:
+    using QPEApplication::QPEApplication;
+
+protected:
+    void leave() override
+    {
+        std::signal(SIGALRM, SIG_IGN); // which would end it
+        PrintingWindow::print("leaves");
+        for (;;)
+            ::pause();
+    }
+};
+
+} // namespace
+
 /// In a state that a signal to end is to find it in.
 static int runUntilEnded(QPEApplication &app, QByteArrayView state)
 {
@@ -319,15 +366,15 @@ static FileRequests requestsFor(int argc, char **argv)
     return requests;
 }
 
-// "scale", "qpedir", "run [minimized] [FILE…]", "rich", "ask [FILE…]" and "end STATE" are the roles of other
-// processes.
+// "scale", "qpedir", "run [minimized] [FILE…]", "rich", "ask [FILE…]", "end STATE", "mute" and "full" are the
+// roles of other processes.
 namespace {
 
 int runQPEApplicationTest(int argc, char **argv)
 {
     const QByteArray role = argc > 1 ? argv[1] : "";
     const bool isRole = role == "scale" || role == "qpedir" || role == "run" || role == "rich"
-        || role == "ask" || role == "end";
+        || role == "ask" || role == "end" || role == "mute" || role == "full";
     const bool minimized = isRole && argc > 2 && QByteArrayView(argv[2]) == "minimized";
     if (isRole) {
         const int taken = minimized ? 2 : 1;
@@ -337,6 +384,10 @@ int runQPEApplicationTest(int argc, char **argv)
     prepareScale();
     prepareEventLoop();
     int none = 1;
+    if (role == "full") {
+        FullApplication app(argc, argv);
+        return runProgram(app, false, {});
+    }
     QPEApplication app(isRole ? argc : none, argv);
     if (role == "scale")
         return printScale(app);
@@ -348,6 +399,8 @@ int runQPEApplicationTest(int argc, char **argv)
         return runRich(app);
     if (role == "ask")
         return runQuestion(app, requestsFor(argc, argv));
+    if (role == "mute")
+        return runMute();
     if (role == "end")
         return runUntilEnded(app, argv[1]);
     QPEApplicationTest test;

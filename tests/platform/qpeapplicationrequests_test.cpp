@@ -3,6 +3,7 @@
 #include "tests/testprogram.h"
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusUnixFileDescriptor>
@@ -44,6 +45,8 @@ private slots:
     void secondStart_duringTheQuestion_waits();
     void secondStart_refused_takesTheChannel();
     void secondStarts_refused_areOneProgram();
+    void secondStarts_besideDyingInstance_areOneProgram();
+    void start_besideEndedInstance_takesTheChannel();
     void start_opensItsOwnFiles();
     void start_withoutBus_runs();
     void start_besideHungInstance_runs();
@@ -213,6 +216,43 @@ void QPEApplicationRequestsTest::secondStarts_refused_areOneProgram()
     QVERIFY(opening.prints("document /a"));
     QVERIFY(opening.prints("document /b"));
     QCOMPARE(opening.state(), QProcess::Running);
+}
+
+/// Who is killed answers nobody while the system frees its memory.
+void QPEApplicationRequestsTest::secondStarts_besideDyingInstance_areOneProgram()
+{
+    Role first({ u"mute"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    Role second({ u"run"_s });
+    Role third({ u"run"_s, u"/b"_s });
+    for (Role *const role : { &second, &third })
+        role->start();
+    QVERIFY(first.prints("asked twice"));
+    first.kill();
+    QTRY_VERIFY(second.state() == QProcess::NotRunning || third.state() == QProcess::NotRunning);
+    Role &opening = second.state() == QProcess::NotRunning ? third : second;
+    QVERIFY(opening.prints("document /b"));
+    QCOMPARE(opening.state(), QProcess::Running);
+}
+
+/// Whom a signal has ended is there until its memory is free.
+void QPEApplicationRequestsTest::start_besideEndedInstance_takesTheChannel()
+{
+    Role first({ u"full"_s });
+    QVERIFY(first.startsAndPrints("ready"));
+    ::kill(static_cast<pid_t>(first.processId()), SIGTERM);
+    QVERIFY(first.prints("leaves"));
+    Role second({ u"run"_s, u"/a"_s });
+    QVERIFY(second.startsAndPrints("document /a"));
+    Role third({ u"run"_s, u"/b"_s });
+    QCOMPARE(third.run(), 0);
+    QVERIFY(second.prints("document /b"));
+    const auto process = [](const QString &name) {
+        return qint64(QDBusConnection::sessionBus().interface()->servicePid(name).value());
+    };
+    QCOMPARE(process(u"QPE.Application.marlopad"_s), second.processId());
+    QCOMPARE(process(u"example.marlopad.marlopad"_s), second.processId());
+    QCOMPARE(first.state(), QProcess::Running);
 }
 
 void QPEApplicationRequestsTest::start_opensItsOwnFiles()
