@@ -890,6 +890,12 @@ Le remplacer&#xa0;?</translation>
         <translation>Un fichier se trouve à la place de ce dossier. Renommez-le ou choisissez un autre dossier.</translation>
     </message>
     <message>
+        <source>There is not enough memory to sort this folder.
+Its files stay in the order that they had.</source>
+        <translation>Mémoire insuffisante pour trier ce dossier.
+Ses fichiers restent dans le même ordre.</translation>
+    </message>
+    <message>
         <source>There is no file of this type here. For others choose a File Type below.</source>
         <translation>Aucun fichier de ce type ici. Pour les autres, choisissez un Type ci-dessous.</translation>
     </message>

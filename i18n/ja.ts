@@ -889,6 +889,12 @@ Replace existing file?</source>
         <translation>このフォルダの場所に、同じ名前のファイルがあります。そのファイルの名前を変えるか、ほかのフォルダを選んでください。</translation>
     </message>
     <message>
+        <source>There is not enough memory to sort this folder.
+Its files stay in the order that they had.</source>
+        <translation>このフォルダを並べ替えるにはメモリが足りません。
+ファイルの順番は元のままです。</translation>
+    </message>
+    <message>
         <source>There is no file of this type here. For others choose a File Type below.</source>
         <translation>この種類のファイルはここにありません。ほかのファイルは下の「種類」で選べます。</translation>
     </message>

@@ -68,6 +68,7 @@ ctlFileListView::ctlFileListView(
     connect(&m_reading, &FileRows::came, this, &ctlFileListView::arrangeWhenReleased);
     connect(&m_reading, &FileRows::ended, this, &ctlFileListView::showBusy);
     connect(&m_reading, &FileRows::ended, this, &ctlFileListView::selectTypedAgain);
+    connect(&m_reading, &FileRows::notSorted, this, &ctlFileListView::notSorted, Qt::QueuedConnection);
     m_typing.setSingleShot(true);
     m_typing.callOnTimeout(this, &ctlFileListView::selectTypedAgain);
 }

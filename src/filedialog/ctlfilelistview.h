@@ -68,6 +68,9 @@ signals:
     void listRefreshed(const QString &path);
     /// Text was typed, see isTypingName; Return brings none.
     void typed(const QString &text);
+    /// There was too little memory to sort the list, which stays as it was; from the event loop, when it says
+    /// so again.
+    void notSorted();
     /// A file was opened.
     void execItem(const ctlFileListViewItem *item);
 

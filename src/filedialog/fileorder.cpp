@@ -1,6 +1,9 @@
 #include "filedialog/fileorder.h"
 
+#include "jobs/memoryleft.h"
+
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -69,10 +72,14 @@ void resortRows(FileRowList &rows, FileOrder order)
         QString key;
         FileRowList::value_type row;
     };
+    constexpr size_t rowsBetweenLooks = 256;
     std::vector<KeyedRow> keyed;
     keyed.reserve(size_t(rows.size()));
-    for (auto &row : rows)
-        keyed.push_back({ sortKey(row->fileInfo(), order.column), std::move(row) });
+    for (const auto &row : std::as_const(rows)) {
+        if (keyed.size() % rowsBetweenLooks == 0)
+            MemoryLeft::require();
+        keyed.push_back({ sortKey(row->fileInfo(), order.column), row });
+    }
     const bool ascending = order.direction == Qt::AscendingOrder;
     std::ranges::stable_sort(keyed, [ascending](const KeyedRow &a, const KeyedRow &b) {
         return ascending ? a.key < b.key : b.key < a.key;

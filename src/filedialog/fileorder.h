@@ -39,5 +39,6 @@ private:
     FileOrder m_order;
 };
 
-/// Those of equal keys stay as they are.
+/// Those of equal keys stay as they are. Throws std::bad_alloc where there is too little memory, and leaves
+/// all rows as they are.
 void resortRows(FileRowList &rows, FileOrder order);

@@ -132,13 +132,13 @@ void FileRows::noteOutcome(JobOutcome outcome)
     m_shown.clear();
 }
 
-/// What has failed has lost some of the rows.
 void FileRows::noteSorted(JobOutcome outcome)
 {
     if (outcome != JobOutcome::Failed)
         return;
     m_sort = nullptr;
     m_wanted = m_taken;
+    emit notSorted();
 }
 
 void FileRows::dropSorting()

@@ -39,6 +39,8 @@ signals:
     void came();
     /// All of the folder has come, or it has failed.
     void ended();
+    /// There was too little memory for sort(); in sort(), or in the event loop before came().
+    void notSorted();
 
 private:
     void waitFor(Job &job) const;

@@ -135,6 +135,7 @@ void frmFileDialog::createList()
     connect(m_list, &ctlFileListView::fileSelected, this, &frmFileDialog::slotLvFileSelected);
     connect(m_list, &ctlFileListView::listRefreshed, this, &frmFileDialog::slotLvListRefreshed);
     connect(m_list, &ctlFileListView::execItem, this, &frmFileDialog::slotLvExecItem);
+    connect(m_list, &ctlFileListView::notSorted, this, &frmFileDialog::slotLvNotSorted);
 }
 
 void frmFileDialog::createFileTypes()
@@ -293,6 +294,12 @@ void frmFileDialog::slotLvListRefreshed(const QString &path)
     m_list->emptyText = emptyText(path);
     const bool isRoot = path == u"/";
     m_folder->setEditText(FileName::forDisplay(isRoot || !path.endsWith(u'/') ? path : path.chopped(1)));
+}
+
+void frmFileDialog::slotLvNotSorted()
+{
+    MessageBox::critical(this, tr("Error"),
+        tr("There is not enough memory to sort this folder.\nIts files stay in the order that they had."));
 }
 
 void frmFileDialog::slotCmbFilActivated(int row)

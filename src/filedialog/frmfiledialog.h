@@ -51,6 +51,7 @@ public slots:
     void slotLvFileSelected(const QString &name);
     void slotLvExecItem(const ctlFileListViewItem *item);
     void slotLvListRefreshed(const QString &path);
+    void slotLvNotSorted();
     void slotCmbFilActivated(int row);
     void slotCmdEtcUpperDir();
     void slotCmdEtcRefresh();

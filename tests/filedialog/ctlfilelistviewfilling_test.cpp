@@ -1,4 +1,5 @@
 #include "platform/keypause.h"
+#include "tests/filedialog/boxanswer.h"
 #include "tests/filedialog/showndialog.h"
 #include "tests/filedialog/shownlist.h"
 #include "tests/filedialog/testfolder.h"
@@ -141,6 +142,8 @@ private slots:
     void sortedAnewBeforeItIsSorted();
     void arrowShowsTheOrderWhereSortingFails_data();
     void arrowShowsTheOrderWhereSortingFails();
+    void failedSortingIsSaid_data();
+    void failedSortingIsSaid();
     void selectsTheFolderLeftWhenItComes();
     void selectsNoFolderLeftBehindItsUser();
     void pressedRowStaysWhereItIs();
@@ -394,8 +397,7 @@ struct FillingDialog {
         fillWithFiles(folder, ending);
         shown.emplace(frmFileDialog::Open, folder.path(), latin1(ending), FolderJobs{ &steps, 0ms });
         QVERIFY(QTest::qWaitForWindowActive(&shown->dialog));
-        QVERIFY(
-            QSignalSpy(shown->list, &ctlFileListView::listRefreshed).wait()); // as a moment after each start
+        QVERIFY(shown->waitForItsOwnStart());
         while (shown->names().isEmpty())
             steps.step();
         typed.emplace(shown->names(), ending);
@@ -634,13 +636,17 @@ void ListViewFillingTest::pressedRowStaysWhereItIs()
 void ListViewFillingTest::arrowShowsTheOrderWhereSortingFails_data()
 {
     QTest::addColumn<std::chrono::milliseconds>("patience");
-    QTest::newRow("at once") << 10000ms;
-    QTest::newRow("later") << 0ms;
+    QTest::addColumn<int>("question"); // for which there is too little
+    QTest::newRow("at once") << 10000ms << 1;
+    QTest::newRow("later") << 0ms << 1;
+    QTest::newRow("in the middle, at once") << 10000ms << 3;
+    QTest::newRow("in the middle, later") << 0ms << 3;
 }
 
 void ListViewFillingTest::arrowShowsTheOrderWhereSortingFails()
 {
     QFETCH(std::chrono::milliseconds, patience);
+    QFETCH(int, question);
     const TestFolder folder;
     fillWithFiles(folder);
     SteppedRunner steps;
@@ -654,7 +660,7 @@ void ListViewFillingTest::arrowShowsTheOrderWhereSortingFails()
         QVERIFY(!shown.list.viewport()->testAttribute(Qt::WA_SetCursor));
     };
     {
-        const ScarceMemory scarce(1);
+        const ScarceMemory scarce(question);
         sortBy(1, Qt::DescendingOrder);
         QVERIFY(scarce.wasMet());
     }
@@ -666,6 +672,48 @@ void ListViewFillingTest::arrowShowsTheOrderWhereSortingFails()
     std::ranges::reverse(expected);
     QCOMPARE(shown.names(), expected);
     QCOMPARE(header.sortIndicatorOrder(), Qt::DescendingOrder);
+}
+
+void ListViewFillingTest::failedSortingIsSaid_data()
+{
+    arrowShowsTheOrderWhereSortingFails_data();
+}
+
+/// Once, when the list shows again what it had, and can be used.
+void ListViewFillingTest::failedSortingIsSaid()
+{
+    QFETCH(std::chrono::milliseconds, patience);
+    QFETCH(int, question);
+    const TestFolder folder;
+    fillWithFiles(folder, ".txt");
+    SteppedRunner steps;
+    const ShownDialog shown(frmFileDialog::Open, folder.path(), latin1(".txt"), { &steps, patience });
+    QVERIFY(shown.waitForItsOwnStart());
+    steps.runAll();
+    const QStringList before = shown.names();
+    QCOMPARE(before.size(), manyFiles);
+    shown.select(before.at(5));
+    BoxAnswer answer(latin1("OK"));
+    {
+        const ScarceMemory scarce(question);
+        QTest::keyClick(shown.list, Qt::Key_2, Qt::ControlModifier);
+        steps.runAll();
+        QVERIFY(scarce.wasMet());
+    }
+    QCOMPARE(answer.count, 0);
+    QCOMPARE(shown.list->header()->sortIndicatorSection(), 0);
+    QTRY_COMPARE(answer.count, 1);
+    QCOMPARE(answer.title, latin1("Error"));
+    QCOMPARE(answer.text,
+        latin1(
+            "There is not enough memory to sort this folder.\nIts files stay in the order that they had."));
+    QTRY_VERIFY(!QApplication::activeModalWidget() || QApplication::activeModalWidget() == &shown.dialog);
+    QCOMPARE(shown.names(), before);
+    QCOMPARE(shown.name()->text(), before.at(5));
+    QTest::keyClick(shown.list, Qt::Key_1, Qt::ControlModifier);
+    steps.runAll();
+    QCOMPARE(shown.names().first(), before.last());
+    QCOMPARE(answer.count, 1);
 }
 
 void ListViewFillingTest::tellsThatItReads()

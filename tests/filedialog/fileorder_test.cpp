@@ -1,6 +1,9 @@
 #include "filedialog/fileorder.h"
 
+#include "tests/jobs/scarcememory.h"
 #include "tests/testprogram.h"
+
+#include <new>
 
 using Item = ctlFileListViewItem;
 
@@ -38,6 +41,8 @@ private slots:
     void orders();
     void ordersWhatComesLater_data();
     void ordersWhatComesLater();
+    void staysAsItWasWithoutMemory_data();
+    void staysAsItWasWithoutMemory();
 };
 
 void FileOrderTest::orders_data()
@@ -101,6 +106,36 @@ void FileOrderTest::ordersWhatComesLater()
     }
     QTEST(namesOf(sorted.inOrder(order)), "sorted");
     QTEST(namesOf(reordered.inOrder(order)), "sorted");
+}
+
+void FileOrderTest::staysAsItWasWithoutMemory_data()
+{
+    QTest::addColumn<int>("question");
+    QTest::newRow("from the start") << 1;
+    QTest::newRow("in the middle") << 2;
+    QTest::newRow("near the end") << 4;
+}
+
+void FileOrderTest::staysAsItWasWithoutMemory()
+{
+    QFETCH(int, question);
+    constexpr int count = 1000;
+    QStringList names;
+    for (int number = 0; number < count; ++number)
+        names << QString::number(number) + u':';
+    FileRowList rows = rowsNamed(names);
+    const QString before = namesOf(rows);
+    constexpr FileOrder down{ Item::NameColumn, Qt::DescendingOrder };
+    {
+        const ScarceMemory scarce(question);
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, resortRows(rows, down));
+        QVERIFY(scarce.wasMet());
+    }
+    for (const auto &row : std::as_const(rows))
+        QVERIFY(row);
+    QCOMPARE(namesOf(rows), before);
+    resortRows(rows, down);
+    QVERIFY(namesOf(rows).startsWith(QStringLiteral("999 998 ")));
 }
 
 REGISTER_TEST(runPlainTest<FileOrderTest>)

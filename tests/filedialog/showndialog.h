@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QToolButton>
 
@@ -29,6 +30,8 @@ struct ShownDialog {
         dialog.initTimer();
     }
 
+    /// The dialog begins by itself, too, a moment after it was made.
+    bool waitForItsOwnStart() const { return QSignalSpy(list, &ctlFileListView::listRefreshed).wait(); }
     QComboBox *comboWith(const char *row) const
     {
         for (QComboBox *box : combos) {
