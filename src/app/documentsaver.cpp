@@ -246,8 +246,10 @@ void DocumentSaver::waitForAll()
     }
 }
 
-void DocumentSaver::giveUp(QDeadlineTimer end)
+bool DocumentSaver::giveUp(QDeadlineTimer end)
 {
+    bool isAnySaved = false;
     for (auto &[editor, underWay] : m_saving)
-        underWay.file->giveUp(end);
+        isAnySaved |= underWay.file->giveUp(end);
+    return isAnySaved;
 }

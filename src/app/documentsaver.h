@@ -58,8 +58,9 @@ public:
     static bool wait(const std::function<void(const Then &)> &begin);
     /// Until no save is under way.
     void waitForAll();
-    /// The program ends: what is under way leaves its files as they were.
-    void giveUp(QDeadlineTimer end);
+    /// The program ends: what is under way leaves its files as they were, but for what was too far for that.
+    /// Whether there was such, whose documents are saved.
+    bool giveUp(QDeadlineTimer end);
 
 private:
     struct UnderWay {

@@ -18,6 +18,7 @@ constexpr std::chrono::milliseconds longestWrite{ 1500 };
 /// What a save that is put in place has for that. What it leaves behind otherwise is found by later starts.
 constexpr std::chrono::milliseconds longestGivingUp{ 1000 };
 
+/// What the journals have for the rest.
 constexpr std::chrono::milliseconds longestLeaving{ 150 };
 
 } // namespace
@@ -48,6 +49,7 @@ void LastWrites::write()
             m_places.add(**editor);
     }
     writeSettings();
-    m_saver.giveUp(QDeadlineTimer(longestGivingUp));
+    if (m_saver.giveUp(QDeadlineTimer(longestGivingUp)))
+        m_journals.flush(longestLeaving); // what is in its file needs no journal
     m_journals.leaveAll(longestLeaving);
 }

@@ -43,9 +43,13 @@ void SavingFile::end()
     emit ended(result, m_outcome);
 }
 
-void SavingFile::giveUp(QDeadlineTimer end)
+/// Nobody breaks off what is being put in place.
+bool SavingFile::giveUp(QDeadlineTimer end)
 {
     disconnect(&m_job, nullptr, this, nullptr);
     m_job.stop();
-    m_job.wait(end);
+    if (!m_job.wait(end) || !m_save->isWritten())
+        return false;
+    m_document.endSave(*m_save);
+    return true;
 }

@@ -24,8 +24,9 @@ public:
     /// A save that is not over leaves the file as it was.
     ~SavingFile() override;
 
-    /// Waits for that without an event loop, no longer than this; ended() does not come then.
-    void giveUp(QDeadlineTimer end);
+    /// Waits for that without an event loop, no longer than this; ended() does not come then. True: all was
+    /// in the file before that could be, and the document knows it.
+    bool giveUp(QDeadlineTimer end);
 
 signals:
     /// The last signal; this may be destroyed by whoever is told. The document is held no more, and knows

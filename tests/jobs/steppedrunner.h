@@ -11,13 +11,20 @@ public:
     /// One step of the job that has waited longest; what comes of it is told at once. False: there is none.
     bool step()
     {
+        const bool isMade = stepUntold();
+        while (isMade && deliver()) { }
+        return isMade;
+    }
+
+    /// The same, but it is told from the event loop.
+    bool stepUntold()
+    {
         if (m_waiting.empty())
             return false;
         JobRun *const run = m_waiting.front();
         m_waiting.pop_front();
         if (run->step())
             m_waiting.push_back(run);
-        while (deliver()) { }
         return true;
     }
 
