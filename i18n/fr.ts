@@ -334,6 +334,10 @@
         <translation>Des parties manquent&#xa0;; une ligne de points remplace chacune</translation>
     </message>
     <message>
+        <source>Nothing is missing; this text was saved already</source>
+        <translation>Rien ne manque&#xa0;; ce texte était déjà enregistré</translation>
+    </message>
+    <message>
         <source>The file has changed; this text is in no file yet</source>
         <translation>Fichier modifié&#xa0;; ce texte n’est encore enregistré nulle part</translation>
     </message>

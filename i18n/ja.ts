@@ -334,6 +334,10 @@
         <translation>一部が失われました。点の行がその箇所です</translation>
     </message>
     <message>
+        <source>Nothing is missing; this text was saved already</source>
+        <translation>失われたものはありません。この文章は保存済みです</translation>
+    </message>
+    <message>
         <source>The file has changed; this text is in no file yet</source>
         <translation>ファイルが変更されました。この文章は未保存です</translation>
     </message>

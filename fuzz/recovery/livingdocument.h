@@ -141,14 +141,15 @@ public:
     {
         const Restored restored = m_journals.restore(found, m_document);
         const bool isEdited = restored.outcome == Restored::Outcome::Edited;
-        require(isEdited || restored.outcome == Restored::Outcome::New);
+        const bool isSaved = restored.outcome == Restored::Outcome::Saved;
+        require(isEdited || isSaved || restored.outcome == Restored::Outcome::New);
         const TextStore &store = m_document.store();
         require(store.text() == written.text && textHashOf(store, store.length()) == written.hash);
         require(m_document.charCode() == written.charCode);
         require(m_document.returnCode() == written.returnCode);
-        require(m_document.path().isEmpty() != isEdited);
+        require(m_document.path().isEmpty() != (isEdited || isSaved));
         m_known = onDisk();
-        startAnew(isEdited ? written.base : QString());
+        startAnew(isSaved ? written.text : isEdited ? written.base : QString());
         if (!m_document.history().canUndo())
             return;
         m_texts.append(written.text);

@@ -17,7 +17,7 @@ LongRestoring::LongRestoring(ctlEditer &editor, LongText &&text, const Parts &pa
     , m_text(std::move(text))
     , m_parts(parts)
     , m_turns(
-          this, parts.jobs.turn, [this](QDeadlineTimer end) { return prepare(end); }, [this] { finish(); },
+          this, parts.jobs.turn, [this](QDeadlineTimer end) { return prepare(end); }, [this] { endTurns(); },
           [this] { fail(); })
 {
     if (m_text.found.readAs)
@@ -108,7 +108,6 @@ void LongRestoring::endLook(JobOutcome outcome)
         m_restoring.emplace(std::move(m_text.claimed), m_text.journal, m_document);
         if (m_isFileRead)
             m_restoring->lookInFile(m_look->hash());
-        m_copies = m_restoring->copies();
     }
     goOn();
 }
@@ -130,6 +129,17 @@ bool LongRestoring::prepare(QDeadlineTimer end)
     else
         note(m_restoring->progress());
     return isPrepared;
+}
+
+/// Copies of interrupted saves are read where the file does not say enough.
+void LongRestoring::endTurns()
+{
+    if (!std::exchange(m_areCopiesKnown, true))
+        m_copies = m_restoring->copies();
+    if (m_copies.isEmpty())
+        finish();
+    else
+        readNextCopy();
 }
 
 void LongRestoring::finish()

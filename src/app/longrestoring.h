@@ -66,6 +66,7 @@ private:
     void endLook(JobOutcome outcome);
     void goOn();
     bool prepare(QDeadlineTimer end);
+    void endTurns();
     void finish();
     void hold(WorkNotice::Work work);
     void release();
@@ -81,6 +82,7 @@ private:
     const ArrivingFile *m_arriving = nullptr; ///< while a file is read
     bool m_isFileRead = false;
     QByteArrayList m_copies; ///< that are still to be read
+    bool m_areCopiesKnown = false;
     std::optional<WorkSign> m_sign; ///< while this holds the document
     JournalLook *m_look = nullptr; ///< owned by the job
     std::optional<Job> m_job;

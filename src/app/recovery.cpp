@@ -167,7 +167,7 @@ ctlEditer *Recovery::restore(const LeftBehind &text)
         const QMultiLineEdit::Batch batch(*place.editor);
         restored = m_journals.restore(text, place.editor->document());
     }
-    return take(text, place, restored) ? place.editor : nullptr;
+    return take(text, place, restored);
 }
 
 /// The document that will have it, when its turn is now.
@@ -263,21 +263,26 @@ void Recovery::noteClosed(const ctlEditer *editor)
     FreeTurn::once(this, [this] { tellLost(); });
 }
 
-/// False: it was not restored.
-bool Recovery::take(const LeftBehind &text, const Place &place, const Restored &restored)
+/// The document that has it; null where it was not restored.
+ctlEditer *Recovery::take(const LeftBehind &text, const Place &place, const Restored &restored)
 {
     ctlEditer *const editor = place.editor;
     if (!restored.isRestored()) {
         addLost(text);
         place.giveBack();
-        return false;
+        return nullptr;
     }
-    showPlace(*editor, restored.place);
     const QString file = text.path + text.name;
     using Outcome = Restored::Outcome;
     const bool isOfFile = !editor->path().isEmpty();
     const bool isOneTooMany =
         isOfFile && place.ofFile && place.ofFile != editor && fullName(*place.ofFile) == file;
+    if (restored.outcome == Outcome::Saved && isOneTooMany) {
+        place.giveBack();
+        tellSaved(*place.ofFile);
+        return place.ofFile;
+    }
+    showPlace(*editor, restored.place);
     if (isOneTooMany)
         editor->document().detachFromFile(tr("%1 (other edits)").arg(text.name));
     m_documents.refresh(editor);
@@ -285,9 +290,11 @@ bool Recovery::take(const LeftBehind &text, const Place &place, const Restored &
         tellApart(
             *editor, [] { return tr("The file has other edits in its tab; these are in no file yet"); },
             file);
+    else if (restored.outcome == Outcome::Saved)
+        tellSaved(*editor);
     else if (restored.outcome != Outcome::Edited && !isOfFile && !text.path.isEmpty())
         tellApart(*editor, whyApart(restored.outcome == Outcome::New, FileName::exists(file)), file);
-    return true;
+    return editor;
 }
 
 void Recovery::addLost(const LeftBehind &text)
@@ -321,6 +328,17 @@ void Recovery::tellApart(ctlEditer &editor, const std::function<QString()> &why,
     m_documents.notices().put(std::move(notice));
     connect(
         &std::as_const(editor).document(), &TextDocument::saved, &editor,
+        [this, &editor] { m_documents.notices().withdraw(NoticeKind::RestoredApart, &editor); },
+        Qt::SingleShotConnection);
+}
+
+/// Until it is edited.
+void Recovery::tellSaved(ctlEditer &editor)
+{
+    m_documents.notices().put({ NoticeKind::RestoredApart, &editor,
+        [] { return tr("Nothing is missing; this text was saved already"); }, {} });
+    connect(
+        &std::as_const(editor).document(), &TextDocument::changed, &editor,
         [this, &editor] { m_documents.notices().withdraw(NoticeKind::RestoredApart, &editor); },
         Qt::SingleShotConnection);
 }

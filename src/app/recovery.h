@@ -62,12 +62,13 @@ private:
     void giveUp();
     void goOn();
     void noteClosed(const ctlEditer *editor);
-    bool take(const LeftBehind &text, const Place &place, const Restored &restored);
+    ctlEditer *take(const LeftBehind &text, const Place &place, const Restored &restored);
     void addLost(const LeftBehind &text);
     void tellLost();
     void tellNames(QStringList &texts, const QString &message);
     bool isLong(const LeftBehind &text) const;
     void tellApart(ctlEditer &editor, const std::function<QString()> &why, const QString &file);
+    void tellSaved(ctlEditer &editor);
     void showFile(const QString &file);
     ctlEditer *freshInView() const;
     Place placeFor(const LeftBehind &text, ctlEditer *fresh);

@@ -13,7 +13,7 @@ enum class NoticeKind {
     ChangedOnDisk, ///< another program has written, replaced or deleted the file
     Substituted, ///< characters that a save has written as others
     CannotWrite, ///< characters that the document's code lacks
-    RestoredApart, ///< a text that was restored is not that of its file any more
+    RestoredApart, ///< a text that was restored is not that of its file any more, or was saved before
     OtherCode, ///< the file is open, and the user wanted to read it with another code
     ReplacedInPart, ///< hits that were replaced only in part
     Utf16, ///< UTF-16 text that was read byte by byte, or is saved as UTF-8

@@ -41,6 +41,11 @@ qint64 knownUnitsAtStart(const TextChunk &chunk)
     return end == -1 ? chunk.size() : end;
 }
 
+QAnyStringView unitsOf(const TextChunk &chunk)
+{
+    return chunk.isLatin1() ? QAnyStringView(QLatin1StringView(chunk.latin1)) : QAnyStringView(chunk.utf16);
+}
+
 CursorPlace clamped(CursorPlace place, Offset end)
 {
     return { qBound(Offset(), place.offset, end), place.atRowEnd };
@@ -83,6 +88,54 @@ bool isCopyRead(TextDocument &document, const JournalBase &base, const QByteArra
 }
 
 } // namespace
+
+/// Whether a text that comes back is that of the file, so far as it is known.
+class Restoring::Comparison {
+public:
+    Comparison(const TextPiece &text, const TextStore &file)
+        : m_text(text, {})
+        , m_file(file)
+        , m_isSame(m_text.length() == m_file.length())
+    {
+    }
+
+    /// Whether all is done when the time is over.
+    bool goOn(QDeadlineTimer end)
+    {
+        while (m_isSame && m_at < m_text.end() && !end.hasExpired())
+            compareNext();
+        return !m_isSame || m_at == m_text.end();
+    }
+    /// Of a text of which nothing is known nobody can say so.
+    bool isSame() const { return m_isSame && m_isKnown; }
+
+private:
+    void compareNext()
+    {
+        TextChunk chunk = m_text.spelledChunkAt(m_at);
+        const bool isGap = m_text.at(m_at) == unknownUnit;
+        chunk.truncate(isGap ? unknownUnitsAtStart(chunk) : knownUnitsAtStart(chunk));
+        if (!isGap)
+            compareStart(chunk);
+        m_at += chunk.size();
+    }
+
+    /// With as much of it as the file has in one piece.
+    void compareStart(TextChunk &chunk)
+    {
+        TextChunk there = m_file.spelledChunkAt(m_at);
+        chunk.truncate(qMin(chunk.size(), there.size()));
+        there.truncate(chunk.size());
+        m_isSame = chunk.spelling == there.spelling && unitsOf(chunk) == unitsOf(there);
+        m_isKnown = true;
+    }
+
+    const TextSnapshot m_text;
+    const TextSnapshot m_file;
+    Offset m_at;
+    bool m_isSame;
+    bool m_isKnown = false;
+};
 
 /// Puts a line in place of each part of a text that is not known.
 class Restoring::Gaps {
@@ -191,23 +244,29 @@ void Restoring::lookInFile(std::optional<quint64> hash)
     if (isBase(hash) || (!m_journal->outline.seen && !base().contentHash && hasBaseTimes())) {
         takeStartOfText();
         m_from = Base::File;
-    } else if (m_from == Base::Unknown && beginsWithBase(hash)) {
-        takeStartOfText();
+        return;
     }
+    if (m_from == Base::Unknown && beginsWithBase(hash))
+        takeStartOfText();
+    const JournalState &state = m_journal->outline.state;
+    m_mayBeSaved = m_document.charCode() == state.charCode && m_document.returnCode() == state.returnCode;
 }
 
 bool Restoring::lookInCopy(std::optional<quint64> hash)
 {
-    const bool isFound = isBase(hash);
-    if (isFound)
-        takeStartOfText();
-    return isFound;
+    if (!isBase(hash))
+        return false;
+    takeStartOfText();
+    m_play.reset();
+    m_text.reset();
+    m_measuring.reset();
+    return true;
 }
 
 /// A save that writes over the file in place copies it first.
 QByteArrayList Restoring::copies() const
 {
-    const bool isWanted = isPossible() && m_from == Base::Unknown && base().isFromFile;
+    const bool isWanted = isPossible() && m_from == Base::Unknown && !m_isSaved && base().isFromFile;
     const auto file =
         isWanted ? followedLinks(FileName::toBytes(base().path + base().name), m_calls) : std::nullopt;
     QByteArrayList names;
@@ -222,7 +281,8 @@ QByteArrayList Restoring::copies() const
 
 bool Restoring::prepare(QDeadlineTimer end)
 {
-    return !isPossible() || (findBase(end) && play(end) && showGaps(end) && measure(end));
+    return !isPossible()
+        || (findBase(end) && play(end) && compare(end) && (m_isSaved || (showGaps(end) && measure(end))));
 }
 
 /// Text that the document has already measured takes no time.
@@ -264,6 +324,22 @@ bool Restoring::play(QDeadlineTimer end)
     return made != JournalPlay::Step::More;
 }
 
+/// A program that ends when it has just saved leaves its journal: the file is no longer what the edits begin
+/// with, but what they lead to.
+bool Restoring::compare(QDeadlineTimer end)
+{
+    if (m_hasFailed || !m_mayBeSaved)
+        return true;
+    if (!m_comparison)
+        m_comparison = std::make_unique<Comparison>(*m_text, std::as_const(m_document).store());
+    if (!m_comparison->goOn(end))
+        return false;
+    m_isSaved = m_comparison->isSame();
+    m_comparison.reset();
+    m_mayBeSaved = false;
+    return true;
+}
+
 bool Restoring::showGaps(QDeadlineTimer end)
 {
     if (m_hasFailed || m_from != Base::Unknown || m_measuring)
@@ -292,7 +368,9 @@ Restored Restoring::finish()
 {
     Restored restored;
     restored.path = base().path;
-    if (isPossible())
+    if (m_isSaved)
+        restored.outcome = Restored::Outcome::Saved;
+    else if (isPossible())
         restored.outcome = m_from == Base::File ? putOnFile() : putAnew();
     restored.journal = std::move(m_claimed);
     restored.hasReadError = m_journal->reader.hasFailed();
@@ -357,11 +435,15 @@ Restored restore(const QByteArray &name, TextDocument &document, const FileCalls
     Restoring restoring(std::move(claimed), journal, document, calls);
     if (isFileRead)
         restoring.lookInFile(lookThrough(journal, std::as_const(document).store()));
+    const auto prepare = [&] {
+        while (!restoring.prepare(QDeadlineTimer(QDeadlineTimer::Forever))) { }
+    };
+    prepare();
     for (const QByteArray &copy : restoring.copies()) {
         if (isCopyRead(document, base, copy)
             && restoring.lookInCopy(lookThrough(journal, std::as_const(document).store())))
             break;
     }
-    while (!restoring.prepare(QDeadlineTimer(QDeadlineTimer::Forever))) { }
+    prepare();
     return restoring.finish();
 }

@@ -12,6 +12,7 @@
 struct Restored {
     enum class Outcome {
         Edited, ///< the file was loaded, and all edits were made again: one Undo leads back to it
+        Saved, ///< the file was loaded, and has all edits: its save was just not noted any more
         /// The file was never there, or is another one now: a document never saved has the text, of the same
         /// file if that was new and still is. One Undo leads to none.
         New,
@@ -40,9 +41,10 @@ Restored restore(
 /// The same in turns, for whoever has the file read and the journal looked through behind a window.
 ///
 ///     restoring.lookInFile(hash);                    when the file was read, if it could be
+///     while (!restoring.prepare(end)) { }            in turns; the document stays as it is
 ///     for (name : restoring.copies())                each of them read, until one is it
 ///         isFound = restoring.lookInCopy(hash);
-///     while (!restoring.prepare(end)) { }            in turns; the document stays as it is
+///     while (!restoring.prepare(end)) { }            once more where there are some
 ///     restoring.finish();
 class Restoring {
 public:
@@ -57,8 +59,8 @@ public:
     void lookInFile(std::optional<quint64> hash);
     /// The same from one of copies(); whether it has that text.
     bool lookInCopy(std::optional<quint64> hash);
-    /// Names of files in which to look for the text that the edits begin with, if that was not found yet:
-    /// those which saves that were interrupted have left.
+    /// When all is prepared: names of files in which to look for the text that the edits begin with, if that
+    /// was not found yet: those which saves that were interrupted have left.
     QByteArrayList copies() const;
 
     /// Makes the text that comes back, until the time is over; whether it is made. Nobody may change the
@@ -81,6 +83,7 @@ private:
     void takeStartOfText();
     bool findBase(QDeadlineTimer end);
     bool play(QDeadlineTimer end);
+    bool compare(QDeadlineTimer end);
     bool showGaps(QDeadlineTimer end);
     bool measure(QDeadlineTimer end);
     Restored::Outcome putOnFile();
@@ -99,6 +102,10 @@ private:
     qint64 m_played = 0; ///< of them
     bool m_hasFailed = false;
     std::optional<TextPiece> m_text; ///< that comes back
+    class Comparison;
+    std::unique_ptr<Comparison> m_comparison; ///< with the file, while it is made
+    bool m_mayBeSaved = false; ///< that is still to be made
+    bool m_isSaved = false; ///< the file has that text
     class Gaps;
     std::unique_ptr<Gaps> m_gaps; ///< while they are put into it
     std::optional<LayoutChange> m_measuring;

@@ -68,6 +68,8 @@ private slots:
     void fileThatWasNeverThereIsMadeByASave();
     void fileThatIsThereByNowIsKept();
     void missingPartsAreTold();
+    void savedTextIsToldOf();
+    void savedTextIsOpenOnce();
     void documentOfTheFileIsTaken();
     void touchedFileIsOpenOnce();
     void editsOfTwoProgramsAreInOneTabOfTheFile();
@@ -328,6 +330,40 @@ void RecoveryTest::missingPartsAreTold()
     QTRY_VERIFY(window.currentEditor()->text().startsWith(u"x"_s));
     QVERIFY(window.currentEditor()->text().endsWith(u"\n[...]\n"_s));
     QTRY_COMPARE(StripInWindow(window).text(), u"Parts are missing; a line with dots stands for each"_s);
+}
+
+/// The program was killed before it knew that all was written.
+void RecoveryTest::savedTextIsToldOf()
+{
+    leaveBehind({ u"a.txt"_s });
+    m_files->write(u"a.txt"_s, "xold\r\n");
+    TestWindow window;
+    QVERIFY(window.open());
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    QVERIFY(restoreAll(window));
+    QCOMPARE(window.tabTexts(), QStringList{ u"a.txt"_s });
+    QTRY_COMPARE(StripInWindow(window).text(), u"Nothing is missing; this text was saved already"_s);
+    QTRY_VERIFY(findLeftBehind(journalFolder()).empty());
+    QTest::keyClicks(window.currentEditor(), u"y"_s);
+    QCOMPARE(window.currentEditor()->text(), u"xyold\n"_s);
+    QVERIFY(!StripInWindow(window).isShown());
+}
+
+void RecoveryTest::savedTextIsOpenOnce()
+{
+    leaveBehind({ u"a.txt"_s });
+    const QString file = m_files->write(u"a.txt"_s, "xold\r\n");
+    TestWindow window;
+    QVERIFY(window.open());
+    window.setDocument(file);
+    ctlEditer *const editor = window.currentEditor();
+    window.slotCmdFileNew();
+    QTRY_VERIFY(StripInWindow(window).isShown());
+    const QStringList tabs = window.tabTexts();
+    QVERIFY(restoreAll(window));
+    QCOMPARE(window.currentEditor(), editor);
+    QCOMPARE(window.tabTexts(), tabs);
+    QTRY_VERIFY(findLeftBehind(journalFolder()).empty());
 }
 
 void RecoveryTest::documentOfTheFileIsTaken()

@@ -47,6 +47,8 @@ private slots:
 
     void isAsRestoredAtOnce_data();
     void isAsRestoredAtOnce();
+    void savedTextIsOpened_data();
+    void savedTextIsOpened();
     void textOfNoFileComesBack();
     void otherDocumentsAreEditedMeanwhile();
     void openFileKeepsItsTextUntilThen();
@@ -201,6 +203,42 @@ void RestoringBehindTest::isAsRestoredAtOnce()
         results << result.join(u'\0');
     }
     QVERIFY(results[0] == results[1]);
+}
+
+void RestoringBehindTest::savedTextIsOpened_data()
+{
+    QTest::addColumn<bool>("isBehind");
+    QTest::addColumn<bool>("isCopied");
+    QTest::newRow("at once") << false << false;
+    QTest::newRow("behind the window") << true << false;
+    QTest::newRow("at once, the save's copy not removed") << false << true;
+    QTest::newRow("behind the window, the save's copy not removed") << true << true;
+}
+
+/// Of a text that its journal does not keep.
+void RestoringBehindTest::savedTextIsOpened()
+{
+    QFETCH(bool, isBehind);
+    QFETCH(bool, isCopied);
+    m_parts->jobs.fewest = isBehind ? 1 : nothingIsLong;
+    const QByteArray content =
+        QByteArray("a line of a text that its journal does not keep\r\n").repeated(200'000);
+    leave(u"a.txt"_s, content);
+    if (isCopied)
+        leaveCopy(u"a.txt"_s);
+    m_parts->files.write(u"a.txt"_s, 'x' + content);
+    restoreAllOffered();
+    restoreToTheEnd();
+    const ctlEditer &editor = *documents().current();
+    QVERIFY(editor.text() == u'x' + QString::fromLatin1(content).remove(u'\r'));
+    QVERIFY(!editor.edited());
+    QCOMPARE(editor.path() + editor.name(), folder() + u"a.txt"_s);
+    QCOMPARE(documents().notices().heaviest(&editor)->text(),
+        u"Nothing is missing; this text was saved already"_s);
+    QCOMPARE(editor.cursorOffset(), Offset(1));
+    QTRY_VERIFY(findLeftBehind(journalFolder()).empty());
+    for (const LostCopy &copy : lostCopies())
+        removeLostCopy(copy.name);
 }
 
 void RestoringBehindTest::textOfNoFileComesBack()

@@ -19,8 +19,9 @@ QStringList NextStart::restoredTexts() const
     for (const LeftBehind &journal : journals) {
         TextDocument document;
         const Restored restored = restore(journal.journal, document);
-        const bool isRestored =
-            restored.outcome == Restored::Outcome::Edited || restored.outcome == Restored::Outcome::New;
+        using Outcome = Restored::Outcome;
+        const bool isRestored = restored.outcome == Outcome::Edited || restored.outcome == Outcome::Saved
+            || restored.outcome == Outcome::New;
         texts << (isRestored ? document.store().text() : u"(not restored)"_s);
     }
     return texts;

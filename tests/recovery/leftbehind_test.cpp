@@ -44,6 +44,8 @@ private slots:
     void largeBaseIsKnownByItsFile();
     void baseIsInTheCopyOfAnInterruptedSave_data();
     void baseIsInTheCopyOfAnInterruptedSave();
+    void savedTextIsKnown_data();
+    void savedTextIsKnown();
     void longSpellingComesBack();
 
 private:
@@ -520,6 +522,70 @@ void LeftBehindTest::baseIsInTheCopyOfAnInterruptedSave()
     QVERIFY(document.file().path().isEmpty());
     QVERIFY(QFile::exists(QFile::decodeName(left)));
     removeLostCopy(left);
+}
+
+void LeftBehindTest::savedTextIsKnown_data()
+{
+    QTest::addColumn<int>("lines"); // of 100 bytes
+    QTest::addColumn<bool>("isCopied"); // the old text, for a save in place
+    QTest::addColumn<QByteArray>("before"); // in the file now, in another place
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<Outcome>("outcome");
+    const QByteArray none;
+    constexpr int few = 100, many = 100'000;
+    QTest::newRow("short") << few << false << none << none << Outcome::Saved;
+    QTest::newRow("long") << many << false << none << none << Outcome::Saved;
+    QTest::newRow("long, its copy not removed") << many << true << none << none << Outcome::Saved;
+    QTest::newRow("short, another near the edit")
+        << few << false << QByteArray("edited") << QByteArray("Edited") << Outcome::New;
+    QTest::newRow("long, another near the edit")
+        << many << false << QByteArray("edited") << QByteArray("Edited") << Outcome::Parts;
+    QTest::newRow("long, its copy not removed, another near the edit")
+        << many << true << QByteArray("edited") << QByteArray("Edited") << Outcome::New;
+    QTest::newRow("short, longer") << few << false << QByteArray("edited") << QByteArray("edited more")
+                                   << Outcome::New;
+    QTest::newRow("short, other line ends")
+        << few << false << QByteArray("\n") << QByteArray("\r\n") << Outcome::New;
+}
+
+/// The program was killed when all was written and nobody knew yet: nothing is missing, and nothing edited.
+void LeftBehindTest::savedTextIsKnown()
+{
+    QFETCH(int, lines);
+    QFETCH(bool, isCopied);
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    QFETCH(Outcome, outcome);
+    const QByteArray content = (QByteArray(99, 'a') + '\n').repeated(lines);
+    const DocumentFolder &documents = m_folder->documents();
+    QVERIFY(documents.write(u"file"_s, content));
+    QString edited;
+    {
+        Run run(*m_folder);
+        QVERIFY(!run.document.load(documents.path(), u"file"_s, {}, {}));
+        run.document.replace(Offset(5000), 3, u"edited");
+        edited = run.text();
+        QVERIFY(run.pause());
+    }
+    QByteArray copyName;
+    if (isCopied) {
+        OldCopy copy(FileCalls::system());
+        QVERIFY(copy.make(QFile::encodeName(documents.path()) + "file"));
+        copyName = copy.leave();
+    }
+    QVERIFY(documents.write(u"file"_s, edited.toLatin1().replace(before, after)));
+
+    Run next(*m_folder);
+    const Restored restored = next.journals.restore(m_folder->leftBehind().at(0), next.document);
+    QCOMPARE(restored.outcome, outcome);
+    const bool isSaved = outcome == Outcome::Saved;
+    QCOMPARE(next.document.isEdited(), !isSaved);
+    QCOMPARE(next.document.file().path().isEmpty(), !isSaved);
+    QVERIFY(outcome == Outcome::Parts ? next.text().contains(u"edited"_s) : next.text() == edited);
+    QVERIFY(next.pause());
+    QCOMPARE(m_folder->files().size(), isSaved ? 0 : 1);
+    if (isCopied)
+        removeLostCopy(copyName);
 }
 
 /// Designations that say nothing, one after the other, are one spelling of any length.
