@@ -19,14 +19,14 @@ constexpr bool isCr(char byte)
 }
 
 /// Whether every character ends behind this byte, however it begins; in a code with a state it may also go on
-/// in the next part. A NUL becomes FF.
+/// in the next part. A NUL becomes FF, which is a character by itself in each of them.
 bool endsCharacter(char byte, CharCode code)
 {
     const auto b = uchar(byte);
-    if (infoOf(code).hasState)
+    if (infoOf(code).hasState || code == CharCode::Binary) // there every byte is a character
         return !isCr(byte);
     const bool isKatakana = code == CharCode::ShiftJis && b >= 0xA1 && b <= 0xDF; // or a second byte
-    return (b > 0 && b < 0x80 && !isCr(byte)) || isKatakana;
+    return (b < 0x80 && !isCr(byte)) || b == 0xFF || isKatakana;
 }
 
 bool beginsCharacter(char byte, CharCode code)
