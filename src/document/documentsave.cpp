@@ -20,7 +20,7 @@ DocumentSave::DocumentSave(SaveTarget target, WrittenText text, LookFor lookFor,
         m_writer.keepOldContent();
 }
 
-bool DocumentSave::makeStep()
+bool DocumentSave::makeStep(const std::function<bool()> &isWanted)
 {
     if (m_reading) {
         readOld();
@@ -30,23 +30,28 @@ bool DocumentSave::makeStep()
         look();
         return true;
     }
-    m_step = m_writer.step();
+    m_step = m_writer.step(isWanted);
     return m_step == DocumentWriter::Step::More;
 }
 
 JobWork::Step DocumentSave::step(JobTurn &turn)
 {
-    const bool hasMore = makeStep();
+    const bool hasMore = makeStep([&] {
+        turn.tellProgress(progress());
+        return !turn.isStopped();
+    });
     turn.tellProgress(progress());
-    if (hasMore)
-        return Step::More;
-    return isWritten() ? Step::Done : Step::Failed;
+    if (isWritten())
+        return Step::Done;
+    const bool isAsBefore = hasMore || (turn.isStopped() && keptCopy().isEmpty());
+    return isAsBefore ? Step::More : Step::Failed;
 }
 
-/// A byte that is read counts as much as a unit that is written.
+/// A byte that is read or copied counts as much as a unit that is written.
 JobProgress DocumentSave::progress() const
 {
-    return { m_oldDone + m_writer.unitsDone(), m_oldInAll + m_writer.unitsInAll() };
+    return { m_oldDone + m_writer.unitsDone() + m_writer.bytesCopied(),
+        m_oldInAll + m_writer.unitsInAll() + m_writer.bytesToCopy() };
 }
 
 /// The end of the process does not wait for it.

@@ -17,8 +17,9 @@ public:
     DocumentSave(
         SaveTarget target, WrittenText text, LookFor lookFor, const FileCalls &calls = FileCalls::system());
 
-    /// Some milliseconds, and what the disk takes; false: it is over.
-    bool makeStep();
+    /// Some milliseconds, and what the disk takes; false: it is over. Where a file is copied, `isWanted` is
+    /// asked between blocks.
+    bool makeStep(const std::function<bool()> &isWanted = [] { return true; });
     /// The same, as a job's. Failed: nothing was written, see DocumentWriter.
     Step step(JobTurn &turn) override;
     void giveUp() override { m_writer.giveUp(); }

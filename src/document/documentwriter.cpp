@@ -22,18 +22,31 @@ DocumentWriter::DocumentWriter(const QByteArray &name, WrittenText text, const F
 {
 }
 
-DocumentWriter::Step DocumentWriter::step()
+DocumentWriter::Step DocumentWriter::step(const std::function<bool()> &isWanted)
 {
     if (isSyncDue()) {
         m_isSynced = m_file.sync();
         return m_isSynced ? Step::More : Step::Failed;
     }
     if (m_isEncoded)
-        return m_file.commit() ? Step::Written : Step::Failed;
-    if ((m_encoding || begin()) && encodeSome())
+        return commit(isWanted);
+    if ((m_encoding || begin()) && encodeSome()) {
+        m_toCopy = m_file.bytesToCopy();
         return Step::More;
+    }
     giveUp();
     return Step::Failed;
+}
+
+DocumentWriter::Step DocumentWriter::commit(const std::function<bool()> &isWanted)
+{
+    m_toCopy = m_file.bytesToCopy();
+    const bool isDone = m_file.commit([&](qint64 bytes) {
+        m_copied = qMin(m_copied + bytes, m_toCopy);
+        return isWanted();
+    });
+    m_copied = m_toCopy;
+    return isDone ? Step::Written : Step::Failed;
 }
 
 /// Long enough for somebody to stop it: that can be heard before the file is put in place.

@@ -5,6 +5,8 @@
 #include "files/safefile.h"
 #include "text/textsnapshot.h"
 
+#include <functional>
+
 /// What a text is written with.
 struct WritingCode {
     bool operator==(const WritingCode &other) const = default;
@@ -45,13 +47,17 @@ public:
         Failed, ///< the file is as it was, but for keptCopy(); also when the process is to end (EndOrder)
     };
     /// Writes on, up to the text's first U+0000; the last step puts the file in place, and of a long text the
-    /// one before waits for the disk. None after Written or Failed.
-    Step step();
+    /// one before waits for the disk. None after Written or Failed. Where the last one copies a file, it asks
+    /// `isWanted` between blocks: false fails it.
+    Step step(const std::function<bool()> &isWanted = [] { return true; });
     /// Leaves the file as it was.
     void giveUp() { m_file.giveUp(); }
     /// How much of the text was written, in units.
     qint64 unitsDone() const { return m_at.value(); }
     qint64 unitsInAll() const { return m_text.text.length(); }
+    /// Of the file, where it is not just replaced; see SafeFile.
+    qint64 bytesCopied() const { return m_copied; }
+    qint64 bytesToCopy() const { return m_toCopy; }
     /// See SafeFile.
     QByteArray keptCopy() const { return m_file.keptCopy(); }
     bool isStateFolderMissed() const { return m_file.isStateFolderMissed(); }
@@ -60,6 +66,7 @@ public:
 
 private:
     bool begin();
+    Step commit(const std::function<bool()> &isWanted);
     bool encodeSome();
     bool isSyncDue() const;
     bool isWide() const;
@@ -73,6 +80,8 @@ private:
     SafeFile m_file;
     std::unique_ptr<TextCodec::Encoding> m_encoding; ///< null: nothing was begun
     Offset m_at;
+    qint64 m_copied = 0;
+    qint64 m_toCopy = 0;
     bool m_isEncoded = false;
     bool m_isSynced = false;
     bool m_hasEnded = false; ///< by a U+0000

@@ -36,7 +36,7 @@ bool readAll(const FileCalls &calls, int fd, qint64 most, QByteArray *bytes)
     return false;
 }
 
-bool copyContent(const FileCalls &calls, int from, int to, off_t *size)
+bool copyContent(const FileCalls &calls, int from, int to, off_t *size, const CopyWatch &watch)
 {
     QByteArray block(copiedBlock, Qt::Uninitialized);
     for (*size = 0;;) {
@@ -47,5 +47,12 @@ bool copyContent(const FileCalls &calls, int from, int to, off_t *size)
         if (!writeAt(calls, to, QByteArrayView(block).first(got), *size))
             return false;
         *size += got;
+        if (!watch(got))
+            return false;
     }
+}
+
+bool copyAll(qint64)
+{
+    return true;
 }

@@ -1,6 +1,5 @@
 #include "files/oldcopy.h"
 
-#include "files/copycontent.h"
 #include "files/ownfile.h"
 #include "files/stagedfile.h"
 #include "files/statefolder.h"
@@ -77,7 +76,7 @@ void OldCopy::remove()
     forget();
 }
 
-bool OldCopy::make(const QByteArray &file)
+bool OldCopy::make(const QByteArray &file, const CopyWatch &watch)
 {
     const int from =
         retried([&] { return m_calls.open(file.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW, 0); });
@@ -86,9 +85,9 @@ bool OldCopy::make(const QByteArray &file)
         return false;
     if (makePrivateFolder(m_calls, stateFolder()))
         m_fd = createOwnFile(m_calls, stateFolder() + copyPrefix.toByteArray(), &m_name);
-    const bool isMade = m_fd != -1 && copyContent(m_calls, from, m_fd, &m_size)
+    const bool isMade = m_fd != -1 && copyContent(m_calls, from, m_fd, &m_size, watch)
         && retried([&] { return m_calls.fsync(m_fd); }) == 0 && nameFile(file)
-        && syncFolder(m_calls, stateFolder());
+        && syncFolder(m_calls, stateFolder()) && watch(0); // the disk may have taken long
     m_calls.close(from);
     if (!isMade)
         remove();

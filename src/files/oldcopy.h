@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/filecalls.h"
+#include "files/copycontent.h"
 
 #include <QByteArray>
 #include <QList>
@@ -18,7 +18,7 @@ public:
     Q_DISABLE_COPY_MOVE(OldCopy)
 
     /// Copies the content of `file`, which is not a link, and puts it on the disk. False: nothing is left.
-    bool make(const QByteArray &file);
+    bool make(const QByteArray &file, const CopyWatch &watch = copyAll);
     bool isMade() const { return m_fd != -1; }
     /// make() failed because the file cannot be opened, which the state folder has no part in.
     bool isFileMissed() const { return m_isFileMissed; }

@@ -1,6 +1,5 @@
 #include "files/safefile.h"
 
-#include "files/copycontent.h"
 #include "files/endorder.h"
 #include "files/fileattributes.h"
 #include "files/ownfile.h"
@@ -107,6 +106,18 @@ bool SafeFile::isCopyWanted() const
     return hasOld() && (m_keepsOld || (m_expected && m_old.stamp != *m_expected));
 }
 
+/// As far as is known before it is tried.
+bool SafeFile::isWrittenOver() const
+{
+    return hasOld() && (!m_staged.isBeside || m_old.hasOtherNames);
+}
+
+qint64 SafeFile::bytesToCopy() const
+{
+    const qint64 copy = isCopyWanted() || isWrittenOver() ? m_old.stamp.size : 0;
+    return copy + (isWrittenOver() ? m_staged.size : 0);
+}
+
 bool SafeFile::stage()
 {
     const QByteArrayView fileName = QByteArrayView(m_target).sliced(m_target.lastIndexOf('/') + 1);
@@ -128,9 +139,9 @@ bool SafeFile::stageInStateFolder(QByteArrayView fileName)
     return m_staged.fd != -1;
 }
 
-bool SafeFile::makeCopy()
+bool SafeFile::makeCopy(const CopyWatch &watch)
 {
-    const bool isMade = m_copy.make(m_target);
+    const bool isMade = m_copy.make(m_target, watch);
     m_isStateFolderMissed = !isMade && !m_copy.isFileMissed();
     return isMade;
 }
@@ -164,18 +175,17 @@ bool SafeFile::sync()
     return false;
 }
 
-bool SafeFile::commit()
+bool SafeFile::commit(const CopyWatch &watch)
 {
     const bool isReady = m_staged.fd != -1 && flush() && examineAgain();
     const bool keepsCopy = isCopyWanted();
-    if (!isReady || (keepsCopy && !makeCopy())) {
+    if (!isReady || (keepsCopy && !makeCopy(watch))) {
         discard();
         return false;
     }
-    const bool mayReplace = !hasOld() || (m_staged.isBeside && !m_old.hasOtherNames);
-    const Outcome outcome = mayReplace && giveAttributes() ? replace() : Outcome::NotPossible;
+    const Outcome outcome = !isWrittenOver() && giveAttributes() ? replace() : Outcome::NotPossible;
     const bool done =
-        outcome == Outcome::Done || (outcome == Outcome::NotPossible && hasOld() && overwrite());
+        outcome == Outcome::Done || (outcome == Outcome::NotPossible && hasOld() && overwrite(watch));
     if (done)
         noteVersion(outcome == Outcome::Done ? m_staged.fd : m_old.fd);
     if (done && keepsCopy)
@@ -210,22 +220,27 @@ SafeFile::Outcome SafeFile::replace()
     return Outcome::Done;
 }
 
-bool SafeFile::overwrite()
+bool SafeFile::overwrite(const CopyWatch &watch)
 {
-    if (!m_copy.isMade() && !makeCopy())
+    if (!m_copy.isMade() && !makeCopy(watch))
         return false;
     const EndOrder::Delay delay; // the file is neither the old nor the new one meanwhile
-    const bool written = copyOver(m_staged.fd, m_staged.size);
-    if (!written && !copyOver(m_copy.fd(), m_copy.size()))
+    const bool written = copyOver(m_staged.fd, m_staged.size, watch);
+    if (!written && !copyOver(m_copy.fd(), m_copy.size(), copyAll))
         m_keptCopy = m_copy.leave();
     return written;
 }
 
-/// Puts a whole file's content in the place of the old file's.
-bool SafeFile::copyOver(int from, off_t size)
+/// Puts a whole file's content in the place of the old file's. When all of it is there nobody is asked.
+bool SafeFile::copyOver(int from, off_t size, const CopyWatch &watch)
 {
+    qint64 left = size;
     off_t copied = 0;
-    const bool isCopied = copyContent(m_calls, from, m_old.fd, &copied) && copied == size
+    const auto watchTheRest = [&](qint64 bytes) {
+        left -= bytes;
+        return watch(bytes) || left <= 0;
+    };
+    const bool isCopied = copyContent(m_calls, from, m_old.fd, &copied, watchTheRest) && copied == size
         && retried([&] { return m_calls.ftruncate(m_old.fd, size); }) == 0;
     if (isCopied)
         restoreRights();

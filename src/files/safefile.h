@@ -43,8 +43,12 @@ public:
     void makePrivate() { m_isPrivate = true; }
     /// Brings what was added to the disk: commit() is quick then, however much that is.
     bool sync();
-    /// Puts the new content in place, on the disk, not only in memory.
-    bool commit();
+    /// Puts the new content in place, on the disk, not only in memory. Where that takes copying, `watch` is
+    /// told how far it is; false by it gives up, and puts back what was written over.
+    bool commit(const CopyWatch &watch = copyAll);
+    /// How many bytes commit() will copy, as far as is known; more are added with what is written. 0 before
+    /// open().
+    qint64 bytesToCopy() const;
     /// Leaves all as it was.
     void giveUp() { discard(); }
 
@@ -69,13 +73,14 @@ private:
     bool hasOld() const;
     bool isCopyWanted() const;
     bool stageInStateFolder(QByteArrayView fileName);
-    bool makeCopy();
+    bool isWrittenOver() const;
+    bool makeCopy(const CopyWatch &watch);
     bool stage();
     bool flush();
     Outcome replace();
     bool giveAttributes();
-    bool overwrite();
-    bool copyOver(int from, off_t size);
+    bool overwrite(const CopyWatch &watch);
+    bool copyOver(int from, off_t size, const CopyWatch &watch);
     void restoreRights();
     void noteVersion(int fd);
     void closeFile(int *fd);

@@ -1,6 +1,7 @@
 #include "document/documentsave.h"
 
 #include "document/textdocument.h"
+#include "files/copycontent.h"
 #include "files/endorder.h"
 #include "jobs/job.h"
 #include "tests/document/documentfolder.h"
@@ -11,6 +12,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <limits>
@@ -48,6 +50,7 @@ private slots:
     void writesWhatThereWasWhenItBegan();
     void stoppedAfterAnyStep_data() { addSteps(); }
     void stoppedAfterAnyStep();
+    void stoppedWhileTheFileIsCopied();
     void failsInAnyStep_data() { addSteps(); }
     void failsInAnyStep();
     void memoryRunsOutInAnyStep_data() { addSteps(); }
@@ -203,6 +206,46 @@ void DocumentSaveTest::stoppedAfterAnyStep()
     QVERIFY(document.requestChange());
     QCOMPARE(document.save(document.path(), fileName).outcome, SaveResult::Outcome::Written);
     QVERIFY(isOnly(newText()));
+}
+
+/// One of two names is written over in place, within a step.
+void DocumentSaveTest::stoppedWhileTheFileIsCopied()
+{
+    const QByteArray otherName = QFile::encodeName(m_folder->path() + u"other.txt"_s);
+    QCOMPARE(::link(QFile::encodeName(m_folder->path() + fileName).constData(), otherName.constData()), 0);
+    int writes = 0;
+    Job *written = nullptr;
+    FileCalls calls = FileCalls::system();
+    calls.pwrite = [&](int fd, const void *from, size_t size, off_t offset) {
+        if (--writes == 0)
+            written->stop();
+        return ::pwrite(fd, from, size, offset);
+    };
+    Edited document(*m_folder, calls);
+    const qint64 all = 2 * newText().size() + oldText.size();
+    int stopped = 0;
+    for (auto outcome = JobOutcome::Stopped; outcome == JobOutcome::Stopped; ++stopped) {
+        auto begun = document.begin();
+        const DocumentSave &save = *begun;
+        SteppedRunner runner;
+        Job job(std::move(begun), runner);
+        written = &job;
+        QSignalSpy finished(&job, &Job::finished);
+        for (int step = 1; step < allSteps; ++step)
+            runner.step();
+        writes = 1 + stopped;
+        runner.runAll();
+        outcome = finished.takeFirst().first().value<JobOutcome>();
+        const bool isDone = outcome == JobOutcome::Done;
+        QCOMPARE(document.endSave(save).outcome,
+            isDone ? SaveResult::Outcome::Written : SaveResult::Outcome::NotWritten);
+        QCOMPARE(document.isEdited(), !isDone);
+        QVERIFY(m_folder->read(fileName) == (isDone ? newText() : oldText));
+        QCOMPARE(m_folder->names(), (QStringList{ fileName, u"other.txt"_s }));
+        if (isDone)
+            QVERIFY((job.progress() == JobProgress{ all, all }));
+    }
+    QVERIFY(stopped > newText().size() / copiedBlock);
 }
 
 void DocumentSaveTest::failsInAnyStep()

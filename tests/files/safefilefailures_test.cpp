@@ -33,6 +33,8 @@ private slots:
     void stateFolderIsToBlameForItselfAlone_data();
     void stateFolderIsToBlameForItselfAlone();
     void keptContentGoesAwayWhenNothingIsWritten();
+    void copyingThatIsNotWanted_data();
+    void copyingThatIsNotWanted();
     void randomFailures_data();
     void randomFailures();
     void fullDisk_data();
@@ -298,6 +300,52 @@ void SafeFileFailuresTest::keptContentGoesAwayWhenNothingIsWritten()
     QVERIFY(!save(file, m_new));
     QCOMPARE(contentOf(name), m_old);
     QCOMPARE(keptFiles(), QStringList());
+}
+
+void SafeFileFailuresTest::copyingThatIsNotWanted_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::addColumn<bool>("keepsOld");
+    QTest::newRow("kept copy") << int(Way::Replace) << true;
+    QTest::newRow("hard link") << int(Way::HardLink) << false;
+    QTest::newRow("hard link, kept copy") << int(Way::HardLink) << true;
+    QTest::newRow("closed folder") << int(Way::ClosedFolder) << false;
+}
+
+/// Whenever that is said, the old content is there and nothing besides.
+void SafeFileFailuresTest::copyingThatIsNotWanted()
+{
+    QFETCH(int, way);
+    QFETCH(bool, keepsOld);
+    constexpr int blocks = 3;
+    const QByteArray old(blocks * copiedBlock, 'o');
+    bool isSaved = false;
+    int asked = 0;
+    while (!isSaved) {
+        init();
+        const QByteArray name = prepare(Way(way));
+        writeFile(name, old);
+        const QStringList before = listing();
+        const FileCalls calls = callsFor(Way(way));
+        SafeFile file(name, calls);
+        if (keepsOld)
+            file.keepOldContent();
+        QVERIFY(file.open() && file.write(m_new) && file.sync());
+        const qint64 toCopy = file.bytesToCopy();
+        qint64 copied = 0;
+        int left = ++asked;
+        isSaved = file.commit([&](qint64 bytes) {
+            copied += bytes;
+            return --left > 0;
+        });
+        QVERIFY(contentOf(name) == (isSaved ? m_new : old));
+        QCOMPARE(listing(), before);
+        QCOMPARE(keptFiles().size(), isSaved && keepsOld ? 1 : 0);
+        QCOMPARE(file.keptCopy().isEmpty(), !isSaved || !keepsOld);
+        if (isSaved)
+            QCOMPARE(copied, toCopy);
+    }
+    QVERIFY(asked > blocks);
 }
 
 void SafeFileFailuresTest::randomFailures_data()
