@@ -99,17 +99,21 @@ public:
     {
     }
 
-    /// Whether all is done when the time is over.
+    /// Goes on until the time is over, by a chunk at least; whether all is done.
     bool goOn(QDeadlineTimer end)
     {
-        while (m_isSame && m_at < m_text.end() && !end.hasExpired())
+        while (!isDone()) {
             compareNext();
-        return !m_isSame || m_at == m_text.end();
+            if (end.hasExpired())
+                break;
+        }
+        return isDone();
     }
     /// Of a text of which nothing is known nobody can say so.
     bool isSame() const { return m_isSame && m_isKnown; }
 
 private:
+    bool isDone() const { return !m_isSame || m_at == m_text.end(); }
     void compareNext()
     {
         TextChunk chunk = m_text.spelledChunkAt(m_at);
