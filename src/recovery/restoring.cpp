@@ -152,8 +152,11 @@ public:
     /// Whether all is done when the time is over.
     bool goOn(QDeadlineTimer end)
     {
-        while (m_at < m_text.end() && !end.hasExpired())
+        while (m_at < m_text.end()) {
             takeNext();
+            if (end.hasExpired())
+                break;
+        }
         return m_at == m_text.end();
     }
 
