@@ -168,7 +168,8 @@ void SessionEndTest::waitsForNoSaveDuringAReplaceAll()
     endOfTheRun.start(0);
     QCOMPARE(window.endSession(mayAsk), !mayAsk);
     QVERIFY(replacing);
-    QCOMPARE(UnsavedTexts::now(), mayAsk ? QStringList() : QStringList{ u"xold"_s });
+    QCOMPARE(QDir(UnsavedTexts::folder()).entryList(QDir::Files).size(), mayAsk ? 0 : 1);
+    QCOMPARE(UnsavedTexts::now(), QStringList()); // a next start finds all of it in the file
     replacing.reset();
     settle();
     QCOMPARE(files.read(u"a.txt"_s), QByteArray("xold"));
