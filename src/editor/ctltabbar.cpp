@@ -20,6 +20,7 @@ namespace {
 
 constexpr int captionWidth = 160;
 constexpr int highestId = 999;
+constexpr qsizetype labelsKept = 100; ///< whose sizes are known, besides those of the tabs
 constexpr auto leftButton = "ScrollLeftButton"; // the toolkit's names
 constexpr auto rightButton = "ScrollRightButton";
 
@@ -91,7 +92,9 @@ void ctlTabBar::setTabCaption(ctlEditer *editor, const QString &caption)
     if (index == -1)
         return;
     const QString text = FileName::forDisplay(caption);
-    setTabText(index, labelOf(text));
+    const QString label = labelOf(text);
+    if (label != tabText(index)) // else all tabs would be laid out for nothing
+        setTabText(index, label);
     setAccessibleTabName(index, text);
 }
 
@@ -226,9 +229,51 @@ void ctlTabBar::scrollTo(int pixels)
     QTabBar::wheelEvent(&event);
 }
 
+/// The base asks for the size of every tab whenever one comes, goes or gets another label. A style sheet may
+/// have another size for the current one.
+QSize ctlTabBar::tabSizeHint(int index) const
+{
+    if (index == currentIndex())
+        return QTabBar::tabSizeHint(index);
+    const QString label = tabText(index);
+    const auto known = m_sizes.constFind(label);
+    if (known != m_sizes.cend())
+        return *known;
+    if (m_sizes.size() > labelsKept + 2 * count())
+        m_sizes.clear(); // of labels that have gone
+    return *m_sizes.insert(label, QTabBar::tabSizeHint(index));
+}
+
+/// No label gives way: what has no room is scrolled to.
+QSize ctlTabBar::minimumTabSizeHint(int index) const
+{
+    return tabSizeHint(index);
+}
+
+/// The base asks for it to paint every tab, also those that it leaves out then, for which the place is
+/// enough.
+void ctlTabBar::initStyleOption(QStyleOptionTab *option, int index) const
+{
+    if (mayBeInView(index))
+        QTabBar::initStyleOption(option, index);
+    else
+        option->rect = tabRect(index);
+}
+
+/// A tab beside the one that is dragged comes from as far away as that one is wide.
+bool ctlTabBar::mayBeInView(int index) const
+{
+    const int moved = tabRect(currentIndex()).width();
+    const QRect place = tabRect(index);
+    return place.right() >= -moved && place.left() <= width() + moved;
+}
+
 bool ctlTabBar::event(QEvent *event)
 {
-    if (event->type() != QEvent::ToolTip)
+    const QEvent::Type type = event->type();
+    if (type == QEvent::FontChange || type == QEvent::StyleChange || type == QEvent::ScreenChangeInternal)
+        m_sizes.clear();
+    if (type != QEvent::ToolTip)
         return QTabBar::event(event);
     showToolTip(*static_cast<QHelpEvent *>(event));
     return true;

@@ -2,6 +2,7 @@
 
 #include "widget/pressedpointer.h"
 
+#include <QHash>
 #include <QTabBar>
 
 class QHelpEvent;
@@ -71,6 +72,9 @@ signals:
     void menuWanted(ctlEditer *editor, QPoint place);
 
 protected:
+    QSize tabSizeHint(int index) const override;
+    QSize minimumTabSizeHint(int index) const override;
+    void initStyleOption(QStyleOptionTab *option, int index) const override;
     bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -91,7 +95,9 @@ private:
     void askForMenuHeld();
     void endPress();
     void scroll(int tabs);
+    bool mayBeInView(int index) const;
 
+    mutable QHash<QString, QSize> m_sizes; ///< of tabs that are not current, by their labels
     PressedPointer m_pointer; ///< the left button, a pen or a finger
     bool m_isLeftDown = false; ///< and the base has not heard of its release
     const ctlEditer *m_pressed = nullptr; ///< its tab had the middle button pressed on it; not followed

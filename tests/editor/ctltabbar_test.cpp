@@ -9,6 +9,9 @@
 #include <QSignalSpy>
 
 #include <algorithm>
+#include <functional>
+
+Q_DECLARE_METATYPE(std::function<void(QTabBar &)>)
 
 class CtlTabBarTest : public QObject, private ShownTabBar {
     Q_OBJECT
@@ -39,11 +42,14 @@ private slots:
     void captionIsReplaced();
     void toolTipIsTheFullName_data();
     void toolTipIsTheFullName();
+    void looksAsTheToolkitsOwn_data();
+    void looksAsTheToolkitsOwn();
     void randomTabs_data();
     void randomTabs();
 
 private:
     QString shownCaption(int index) const;
+    void fillLike(QTabBar &own);
 };
 
 /// A label as the screen shows it: "&&" is one "&", and no single one is left.
@@ -312,6 +318,68 @@ void CtlTabBarTest::toolTipIsTheFullName()
     QHelpEvent event(QEvent::ToolTip, place, m_bar->mapToGlobal(place));
     QApplication::sendEvent(m_bar, &event);
     QCOMPARE(QToolTip::text(), shown);
+}
+
+/// With tabs that have no room.
+void CtlTabBarTest::fillLike(QTabBar &own)
+{
+    own.setShape(m_bar->shape());
+    own.setElideMode(m_bar->elideMode());
+    own.setExpanding(false);
+    own.setUsesScrollButtons(true);
+    own.setMovable(true);
+    own.setFocusPolicy(Qt::NoFocus);
+    own.resize(m_bar->size());
+    for (int i = 0; i < 40; ++i) {
+        const QStringList captions{ QStringLiteral("%1.txt"), QStringLiteral("文書 %1.txt"),
+            QStringLiteral("R&D %1"), QStringLiteral("a name that is far too long for a tab %1") };
+        addTab(captions[i % captions.size()].arg(i));
+        own.addTab(m_bar->tabText(i));
+    }
+}
+
+void CtlTabBarTest::looksAsTheToolkitsOwn_data()
+{
+    QTest::addColumn<std::function<void(QTabBar &)>>("change");
+    const auto add = [](const char *name, const std::function<void(QTabBar &)> &change) {
+        QTest::newRow(name) << change;
+    };
+    add("the first one is current", [](QTabBar &) {});
+    add("one in the middle is current", [](QTabBar &bar) { bar.setCurrentIndex(20); });
+    add("the last one is current", [](QTabBar &bar) { bar.setCurrentIndex(39); });
+    add("scrolled to and fro", [](QTabBar &bar) {
+        for (const int index : { 30, 5, 12 })
+            bar.setCurrentIndex(index);
+    });
+    add("another label", [](QTabBar &bar) { bar.setTabText(2, QStringLiteral("* 2.txt")); });
+    add("another font", [](QTabBar &bar) {
+        QFont font = bar.font();
+        font.setPointSize(font.pointSize() * 2);
+        bar.setFont(font);
+    });
+    add("a style sheet with a larger current tab", [](QTabBar &bar) {
+        bar.setStyleSheet(QStringLiteral("QTabBar::tab:selected { font-weight: bold; padding: 9px; }"));
+        bar.setCurrentIndex(3);
+    });
+    add("moved", [](QTabBar &bar) { bar.moveTab(0, 4); });
+    add("from right to left", [](QTabBar &bar) { bar.setLayoutDirection(Qt::RightToLeft); });
+    add("wider than all tabs", [](QTabBar &bar) { bar.resize(20000, 30); });
+}
+
+/// To the pixel, though it does not measure every label again whenever one tab changes.
+void CtlTabBarTest::looksAsTheToolkitsOwn()
+{
+    QFETCH(const std::function<void(QTabBar &)>, change);
+    QTabBar own(m_window.get());
+    fillLike(own);
+    own.show();
+    change(*m_bar);
+    change(own);
+    for (int index = 0; index < own.count(); ++index)
+        QCOMPARE(m_bar->tabRect(index), own.tabRect(index));
+    QCOMPARE(m_bar->sizeHint(), own.sizeHint());
+    QCOMPARE(m_bar->minimumSizeHint(), own.minimumSizeHint());
+    QCOMPARE(m_bar->grab().toImage(), own.grab().toImage());
 }
 
 void CtlTabBarTest::randomTabs_data()
