@@ -134,16 +134,39 @@ void DocumentArea::close(ctlEditer *editor)
 {
     m_stack->removeWidget(editor);
     m_tabBar->removeTab(editor);
+    letGo(editor);
+    takeKeys(); // for the document that the tab bar has chosen
+    if (!current())
+        emit currentChanged(nullptr);
+    arrange();
+}
+
+void DocumentArea::close(const QList<ctlEditer *> &editors)
+{
+    QList<ctlEditer *> others = editors;
+    const bool goesCurrent = others.removeOne(current());
+    for (ctlEditer *const editor : others)
+        m_stack->removeWidget(editor);
+    m_tabBar->removeTabs(QSet(others.cbegin(), others.cend()));
+    for (ctlEditer *const editor : others)
+        letGo(editor);
+    if (goesCurrent) {
+        close(current());
+        return;
+    }
+    takeKeys();
+    arrange();
+}
+
+/// Of a document that is in no tab any more.
+void DocumentArea::letGo(ctlEditer *editor)
+{
     m_notices.withdrawAllAbout(editor);
     emit closed(editor);
     editor->blockSignals(true);
     editor->hide();
     connect(editor, &QObject::destroyed, &m_freeing, &TextFreeing::giveBackSoon);
     editor->deleteLater();
-    takeKeys(); // for the document that the tab bar has chosen
-    if (!current())
-        emit currentChanged(nullptr);
-    arrange();
 }
 
 void DocumentArea::refresh(ctlEditer *editor)

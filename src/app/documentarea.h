@@ -43,6 +43,9 @@ public:
     void showPrevious();
     /// Takes a document away; its editor goes when the event loop runs next, and says nothing until then.
     void close(ctlEditer *editor);
+    /// The same with many, in this order. The current one is the last of them to go: the others are never
+    /// current, not for a moment.
+    void close(const QList<ctlEditer *> &editors);
     /// Shows the name of a document, whether it is edited, and its codes as they are now.
     void refresh(ctlEditer *editor);
 
@@ -90,6 +93,7 @@ protected:
 
 private:
     void showChosen(ctlEditer *editor);
+    void letGo(ctlEditer *editor);
     void takeKeys();
     void connectStrip();
 

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <utility>
 
 DocumentCloser::DocumentCloser(QWidget &window, DocumentArea &documents, DocumentLoader &loader,
     DocumentSaver &saver, EditRuns &edits, RecentPlaces &places)
@@ -172,15 +173,22 @@ void DocumentCloser::closeOthers(ctlEditer *kept)
 {
     const QPointer<ctlEditer> stays = kept;
     const QList<ctlEditer *> all = m_documents.editors();
+    QList<ctlEditer *> going; // unedited ones, one behind the other
     for (auto editor = all.rbegin(); editor != all.rend(); ++editor) {
         // Its user may have closed it while another one was saved.
         if (*editor == kept || !m_documents.editors().contains(*editor))
             continue;
-        if (!mayGo(**editor) && !mayCloseShown(*editor))
+        if (mayGo(**editor)) {
+            going << *editor;
+            continue;
+        }
+        closeUnedited(std::exchange(going, {}));
+        if (!mayCloseShown(*editor))
             return;
         if (m_documents.editors().contains(*editor))
             close(*editor);
     }
+    closeUnedited(going);
     if (stays)
         m_documents.present(stays);
 }
@@ -240,13 +248,25 @@ bool DocumentCloser::mayGo(const ctlEditer &editor) const
     return !editor.edited() && !m_saver.isSaving(&editor) && !isTextComing(&editor);
 }
 
-/// Each document that is current for a moment would have every widget of all others told that painting waits.
+/// What stays is shown first: otherwise each that goes would be, for a moment.
 void DocumentCloser::closeUneditedFromTheLast()
 {
-    m_documents.setUpdatesEnabled(false);
-    while (m_documents.current() && mayGo(*m_documents.editors().constLast()))
-        close(m_documents.editors().constLast());
-    m_documents.setUpdatesEnabled(true);
+    const QList<ctlEditer *> all = m_documents.editors();
+    const auto kept = std::find_if_not(
+        all.rbegin(), all.rend(), [this](const ctlEditer *editor) { return mayGo(*editor); });
+    const QList<ctlEditer *> going(all.rbegin(), kept);
+    if (going.isEmpty())
+        return;
+    m_documents.setCurrent(kept == all.rend() ? all.first() : *kept);
+    closeUnedited(going);
+}
+
+void DocumentCloser::closeUnedited(const QList<ctlEditer *> &editors)
+{
+    if (editors.isEmpty())
+        return;
+    m_places.add(editors);
+    m_documents.close(editors);
 }
 
 void DocumentCloser::close(ctlEditer *editor)

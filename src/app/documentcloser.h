@@ -60,6 +60,7 @@ private:
     bool mayGo(const ctlEditer &editor) const;
     bool mayCloseShown(ctlEditer *editor);
     void closeUneditedFromTheLast();
+    void closeUnedited(const QList<ctlEditer *> &editors);
     void closeBehind(ctlEditer *editor, ctlEditer *shown);
 
     QWidget &m_window;

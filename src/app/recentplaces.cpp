@@ -26,14 +26,30 @@ bool hasMoved(const ctlEditer &editor)
 
 void RecentPlaces::add(const ctlEditer &editor)
 {
+    if (enter(editor))
+        emit changed();
+}
+
+void RecentPlaces::add(const QList<ctlEditer *> &editors)
+{
+    bool isAny = false;
+    for (const ctlEditer *const editor : editors)
+        isAny = enter(*editor) || isAny;
+    if (isAny)
+        emit changed();
+}
+
+/// False for one that is left out.
+bool RecentPlaces::enter(const ctlEditer &editor)
+{
     if (!isRecorded(editor))
-        return;
+        return false;
     auto &entries = recentFiles().entries;
     const auto oldest = entries.end() - 1;
     const auto place = std::find_if(entries.begin(), oldest, isEntryOf(editor));
     std::rotate(entries.begin(), place, place + 1);
     entries.front() = m_carried.contains(&editor) ? m_carried.take(&editor) : entryFor(editor);
-    emit changed();
+    return true;
 }
 
 void RecentPlaces::restore(ctlEditer &editor) const

@@ -3,6 +3,7 @@
 #include "settings/settings.h"
 
 #include <QHash>
+#include <QList>
 #include <QObject>
 
 #include <optional>
@@ -17,6 +18,8 @@ public:
     /// Puts a document that is being closed on top of the table; one that was never saved is left out. One
     /// whose file could not be read keeps the place that was remembered of it.
     void add(const ctlEditer &editor);
+    /// The same with many, one after the other; the table has changed once then.
+    void add(const QList<ctlEditer *> &editors);
     /// Puts cursor and view of a document that was just loaded where they were when it was closed, unless the
     /// user does not want that.
     void restore(ctlEditer &editor) const;
@@ -44,6 +47,7 @@ signals:
     void changed();
 
 private:
+    bool enter(const ctlEditer &editor);
     std::optional<RecentEntry> placeOf(const ctlEditer &editor) const;
 
     QHash<const ctlEditer *, RecentEntry> m_carried;

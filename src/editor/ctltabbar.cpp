@@ -127,6 +127,20 @@ void ctlTabBar::removeTab(ctlEditer *editor)
     QTabBar::removeTab(index);
 }
 
+/// The base lays tabs out when they are seen next.
+void ctlTabBar::removeTabs(const QSet<ctlEditer *> &editors)
+{
+    endPress();
+    const QScopedValueRollback quiet(m_choosing, false);
+    const bool wasHidden = isHidden();
+    hide();
+    for (int index = count() - 1; index >= 0; --index) {
+        if (editors.contains(editorAt(index)))
+            QTabBar::removeTab(index);
+    }
+    setHidden(wasHidden);
+}
+
 void ctlTabBar::setCurrentTab(ctlEditer *editor)
 {
     select(indexOf(editor));

@@ -3,6 +3,7 @@
 #include "widget/pressedpointer.h"
 
 #include <QHash>
+#include <QSet>
 #include <QTabBar>
 
 class QHelpEvent;
@@ -29,6 +30,8 @@ public:
     /// The right neighbour becomes current, or the left one when it was the last, whichever tab was current
     /// before.
     void removeTab(ctlEditer *editor);
+    /// Removes many, none of which is current, and lays the others out once. Emits nothing.
+    void removeTabs(const QSet<ctlEditer *> &editors);
     void setCurrentTab(ctlEditer *editor);
     void setCurrentTab(int id);
 

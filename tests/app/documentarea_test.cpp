@@ -37,6 +37,8 @@ private slots:
     void goesNowhereFromTheOnlyOne();
     void theNeighbourComesAfterAClosedOne();
     void nobodyIsCurrentAfterTheLastOne();
+    void manyGoBesideTheCurrentOne();
+    void manyGoWithTheCurrentOne();
     void closedEditorsGo();
     void findsFiles();
     void refreshShowsNameAndEdits();
@@ -138,6 +140,39 @@ void DocumentAreaTest::nobodyIsCurrentAfterTheLastOne()
     QCOMPARE(m_documents->current(), nullptr);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(editorIn(changed.at(0)), nullptr);
+}
+
+void DocumentAreaTest::manyGoBesideTheCurrentOne()
+{
+    QList<ctlEditer *> editors;
+    while (editors.size() < 5)
+        editors << m_documents->add();
+    m_documents->setCurrent(editors.at(1));
+    const QSignalSpy changed(m_documents.get(), &DocumentArea::currentChanged);
+    const QSignalSpy closed(m_documents.get(), &DocumentArea::closed);
+    m_documents->close(QList{ editors.at(4), editors.at(2), editors.at(0) });
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(m_documents->current(), editors.at(1));
+    QCOMPARE(m_documents->editors(), QList<ctlEditer *>({ editors.at(1), editors.at(3) }));
+    QCOMPARE(closed.count(), 3);
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(editorIn(closed.at(i)), editors.at(4 - 2 * i));
+}
+
+void DocumentAreaTest::manyGoWithTheCurrentOne()
+{
+    QList<ctlEditer *> editors;
+    while (editors.size() < 4)
+        editors << m_documents->add();
+    m_documents->setCurrent(editors.at(2));
+    const QSignalSpy changed(m_documents.get(), &DocumentArea::currentChanged);
+    m_documents->close(QList{ editors.at(3), editors.at(2), editors.at(1) });
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(m_documents->current(), editors.at(0));
+    m_documents->close(QList{ editors.at(0) });
+    QCOMPARE(changed.count(), 2);
+    QCOMPARE(editorIn(changed.at(1)), nullptr);
+    QVERIFY(m_documents->editors().isEmpty());
 }
 
 void DocumentAreaTest::closedEditorsGo()

@@ -19,6 +19,7 @@ private slots:
 
     void neverSavedIsLeftOut();
     void closedOnesComeOnTop();
+    void manyComeOnTopAtOnce();
     void aPlaceComesBack_data();
     void aPlaceComesBack();
     void anUnreadFileKeepsItsPlace();
@@ -77,6 +78,21 @@ void RecentPlacesTest::closedOnesComeOnTop()
     }
     QCOMPARE(names(), QStringList({ u"a"_s, u"c"_s, u"b"_s }));
     QCOMPARE(changed.count(), 4);
+}
+
+/// The last of them is the uppermost.
+void RecentPlacesTest::manyComeOnTopAtOnce()
+{
+    RecentPlaces places;
+    ctlEditer first(nullptr);
+    ctlEditer second(nullptr);
+    ctlEditer neverSaved(nullptr);
+    QVERIFY(first.saveFile(folder(), u"a"_s) && second.saveFile(folder(), u"b"_s));
+    const QSignalSpy changed(&places, &RecentPlaces::changed);
+    places.add(QList{ &first, &second, &neverSaved });
+    QCOMPARE(names(), QStringList({ u"b"_s, u"a"_s }));
+    places.add(QList{ &neverSaved });
+    QCOMPARE(changed.count(), 1);
 }
 
 void RecentPlacesTest::aPlaceComesBack_data()

@@ -28,6 +28,7 @@ private slots:
     void removalChoosesTheNeighbour_data();
     void removalChoosesTheNeighbour();
     void removalOfTheOnlyTab();
+    void removalOfManyIsSilent();
     void idsStayAndRise();
     void idsAreReusedWhenTheyRunOut();
     void moreThanAThousandTabs();
@@ -159,6 +160,26 @@ void CtlTabBarTest::removalOfTheOnlyTab()
     QCOMPARE(spy.count(), 0);
     QCOMPARE(m_bar->currentTab(), -1);
     QCOMPARE(m_bar->count(), 0);
+}
+
+void CtlTabBarTest::removalOfManyIsSilent()
+{
+    Editors editors;
+    for (int i = 0; i < 20; ++i)
+        editors << addTab(QString::number(i));
+    m_bar->setCurrentTab(editors[7]);
+    QSignalSpy spy(m_bar, &ctlTabBar::currentChanged);
+    const QRect first = m_bar->tabRect(0);
+    m_bar->removeTabs({ editors[0], editors[6], editors[8], editors[19] });
+    for (const int gone : { 19, 8, 6, 0 })
+        editors.removeAt(gone);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(m_bar->editors(), editors);
+    QCOMPARE(m_bar->editorOf(m_bar->currentTab()), editors[5]);
+    QCOMPARE(shownCaption(5), QStringLiteral("7"));
+    QVERIFY(m_bar->isVisible());
+    QCOMPARE(m_bar->tabRect(0).topLeft(), first.topLeft());
+    QCOMPARE(m_bar->tabAt(m_bar->tabRect(15).center()), 15);
 }
 
 void CtlTabBarTest::idsStayAndRise()
