@@ -12,9 +12,13 @@
 #include <QFileInfo>
 #include <QPointer>
 
+#include <chrono>
 #include <utility>
 
 namespace {
+
+/// In which documents come and go: longer than from one of many to the next.
+constexpr std::chrono::milliseconds gathering{ 100 };
 
 /// Without a "/" at its end.
 QString folderName(const ctlEditer &editor)
@@ -42,6 +46,7 @@ DiskNotices::DiskNotices(QWidget &window, DocumentArea &documents, DocumentLoade
     connect(&m_watch, &DiskWatch::happenedIn, this, &DiskNotices::noteFolders);
     connect(&m_hiddenTurn, &QTimer::timeout, this, &DiskNotices::checkNextHidden);
     m_foldersTurn.setSingleShot(true);
+    m_foldersTurn.setInterval(gathering);
     connect(&m_foldersTurn, &QTimer::timeout, this, &DiskNotices::watchFolders);
     connect(&m_reader, &ContentReader::seen, this,
         [this](ctlEditer *editor, const SeenContent &content) { check(editor, content); });

@@ -240,8 +240,10 @@ void DocumentArea::arrange()
     m_strip->setGeometry(0, 0, width(), top);
     m_stack->setGeometry(0, top, width(), height() - footer - hint.height() - top);
     // A document that is not shown may be asked to wrap its text at its width.
-    for (int page = 0; page < m_stack->count(); ++page)
-        m_stack->widget(page)->resize(m_stack->size());
+    for (int page = 0; page < m_stack->count(); ++page) {
+        if (QWidget *const editor = m_stack->widget(page); editor->size() != m_stack->size())
+            editor->resize(m_stack->size());
+    }
     m_tabBar->raise();
     m_tabBar->update();
 }

@@ -96,7 +96,7 @@ SessionOpening::~SessionOpening()
 /// Not while a dialog or a run of replacements is in the way, as for all files from outside.
 void SessionOpening::openSome()
 {
-    const QDeadlineTimer turn(longestTurn);
+    const QDeadlineTimer turn(longestTurnOfShowing);
     while (m_next < m_session.files.size()) {
         if (QPEApplication::isBusy()) {
             m_turns.stop();

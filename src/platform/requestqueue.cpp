@@ -89,7 +89,7 @@ void RequestQueue::schedule()
 /// Those that come by the hundred let others have their turn in between.
 void RequestQueue::deliver()
 {
-    const QDeadlineTimer end(longestTurn);
+    const QDeadlineTimer end(longestTurnOfShowing);
     m_scheduled = false;
     while (!m_requests.isEmpty() && isReady()) {
         const QScopedValueRollback delivering(m_delivering, true);
