@@ -4,6 +4,7 @@
 //     cmake --preset bench && cmake --build --preset bench --target stalls_bench
 //     QT_QPA_PLATFORM=offscreen FILE=/var/tmp/marlopad-data/log-1g.txt build/bench/stalls_bench
 //     … ONLY="replace" …                       what the name of a part begins with
+//     … MANY=1500 …                            how many files are opened at once; 200
 
 #include "app/frmmain.h"
 #include "app/replacerun.h"
@@ -35,7 +36,6 @@
 namespace {
 
 constexpr qint64 millionLines = 1000000;
-constexpr int manyFiles = 200;
 
 /// Of the text, which it is put to.
 const QString endWord = QStringLiteral("nightingale");
@@ -389,15 +389,15 @@ void closeAll(Window &window)
 void openMany(Window &window, const QString &folder)
 {
     const QByteArray content = QByteArrayLiteral("A line of a small file.\n").repeated(100);
+    const int many = qEnvironmentVariable("MANY", QStringLiteral("200")).toInt();
     QStringList names;
-    for (int i = 0; i < manyFiles; ++i) {
+    for (int i = 0; i < many; ++i) {
         QFile file(folder + QStringLiteral("/small %1.txt").arg(i));
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
             qFatal("cannot write %s", qPrintable(file.fileName()));
         names += file.fileName();
     }
-    window.measure(
-        "open 200 files",
+    window.measure(("open " + QByteArray::number(many) + " files").constData(),
         [&] {
             for (const QString &name : names)
                 static_cast<QPEApplication *>(qApp)->request(name);
