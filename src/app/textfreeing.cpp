@@ -1,12 +1,17 @@
 #include "app/textfreeing.h"
 
 #include "platform/freeturn.h"
-#include "platform/turnlength.h"
+
+#include <chrono>
 
 namespace {
 
-/// Of nodes, with 16 MB of text or 32. Returning them takes the system about as long as a turn is.
-constexpr qint64 portion = 128;
+/// Bytes. Returning them takes the system about as long as a turn is; and the C library a walk over all that
+/// is free, however little of it is returned.
+constexpr qint64 portion = qint64{ 16 } << 20;
+
+/// Nobody waits for it, and other work goes on in the same turns.
+constexpr std::chrono::milliseconds freeingTurn{ 2 };
 
 } // namespace
 
@@ -18,21 +23,14 @@ TextFreeing::TextFreeing(const std::function<void()> &giveBack)
     m_givingBack.callOnTimeout([turn = new FreeTurn(giveBack, this)] { turn->await(); });
 }
 
-/// One turn.
+/// One turn: to free takes one, and to give back another one.
 void TextFreeing::goOn()
 {
-    const bool isEmpty = m_bin.empty(QDeadlineTimer(longestTurn), portion);
-    givePortionBack();
-    if (!isEmpty)
-        return;
-    m_turns.stop();
-    giveBackSoon();
-}
-
-void TextFreeing::givePortionBack()
-{
-    if (m_bin.freedNodes() - m_nodesBefore < portion)
-        return;
-    m_nodesBefore = m_bin.freedNodes();
-    m_giveBack();
+    if (m_bin.freedBytes() - m_bytesBefore >= portion) {
+        m_bytesBefore = m_bin.freedBytes();
+        m_giveBack();
+    } else if (m_bin.empty(QDeadlineTimer(freeingTurn), portion)) {
+        m_turns.stop();
+        giveBackSoon();
+    }
 }

@@ -1,5 +1,6 @@
 #include "text/layoutchange.h"
 
+#include "text/nodebin.h"
 #include "text/rowflow.h"
 #include "text/texttree.h"
 
@@ -11,6 +12,13 @@ LayoutChange::LayoutChange(const LayoutRule &rule, const NodeSizes &sizes)
 LayoutChange::LayoutChange(const TextLayout &layout)
     : m_layout(layout)
 {
+}
+
+/// Nodes that the text has given up for their twins are held by these alone, thousands of them.
+LayoutChange::~LayoutChange()
+{
+    const NodeBin::Gathering together;
+    m_twins.clear();
 }
 
 bool LayoutChange::isMeasured(const TextTree &inner) const

@@ -23,6 +23,8 @@ public:
     /// For text that comes to a store laid out so. What was measured for that stays as it is, and costs
     /// nothing.
     explicit LayoutChange(const TextLayout &layout);
+    LayoutChange(LayoutChange &&) noexcept = default;
+    ~LayoutChange();
 
     const TextLayout &layout() const { return m_layout; }
     /// Units of text that are measured; what was edited since counts again.

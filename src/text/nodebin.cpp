@@ -9,25 +9,38 @@ namespace {
 /// Nodes above leaves that are freed at once: a text of two megabytes at most.
 constexpr int nodesAtOnce = 16;
 
-/// There is no more room in a bin, since none may be asked for where something is freed. Of one tree there
-/// are never more than the children of a node for each of its levels.
-constexpr size_t mostNodes = 4096;
-
 thread_local NodeBin *binOfThread = nullptr;
 
-/// Of a tree that is being built the children may have gone elsewhere.
-bool isAboveLeafMemory(const TextInner &node)
+/// What the heap gets back when a node is freed, but for inner nodes below it. Of a tree that is being built
+/// the children may have gone elsewhere.
+qint64 bytesOf(const TextInner &node)
 {
-    const TextTree &first = *node.begin();
-    return !first.isEmpty() && first.isLeaf() && leafOf(first).isInLeafMemory;
+    qint64 bytes = sizeof(TextInner);
+    for (const TextTree &child : node) {
+        if (!child.isEmpty() && child.isLeaf() && !child.node.isShared())
+            bytes += leafOf(child).heapBytes();
+    }
+    return bytes;
 }
 
 } // namespace
 
+NodeBin::Gathering::Gathering()
+    : m_bin(binOfThread)
+{
+    if (m_bin)
+        ++m_bin->m_gatherings;
+}
+
+NodeBin::Gathering::~Gathering()
+{
+    if (m_bin && --m_bin->m_gatherings == 0)
+        m_bin->freeShort();
+}
+
 NodeBin::NodeBin(std::function<void()> filled)
     : m_filled(std::move(filled))
 {
-    m_nodes.reserve(mostNodes);
     if (!binOfThread)
         binOfThread = this;
 }
@@ -39,12 +52,12 @@ NodeBin::~NodeBin()
         binOfThread = nullptr;
 }
 
-bool NodeBin::empty(QDeadlineTimer end, qint64 mostNodes)
+bool NodeBin::empty(QDeadlineTimer end, qint64 mostBytes)
 {
-    const qint64 before = m_freedNodes;
+    const qint64 before = m_freedBytes;
     do
         freeSome(1);
-    while (!isEmpty() && !end.hasExpired() && m_freedNodes - before < mostNodes);
+    while (!isEmpty() && !end.hasExpired() && m_freedBytes - before < mostBytes);
     if (isEmpty())
         m_isTold = false;
     return isEmpty();
@@ -58,18 +71,25 @@ void NodeBin::take(TextInner *node)
         delete node;
 }
 
+/// Of a node that is being freed the children come here.
 void NodeBin::put(TextInner *node)
 {
-    if (m_nodes.size() == mostNodes) {
-        delete node;
-        return;
-    }
-    m_nodes.push_back(node);
-    if (m_isFreeing) // it is a child of the one that is being freed
+    node->beforeInBin = std::exchange(m_last, node);
+    if (!m_isFreeing && m_gatherings == 0)
+        freeShort();
+}
+
+/// Where something long was put, all else waits with it: none of many texts is freed in the turn that lets
+/// them go.
+void NodeBin::freeShort()
+{
+    if (m_isTold)
         return;
     freeSome(nodesAtOnce);
-    if (!isEmpty() && !std::exchange(m_isTold, true))
-        m_filled();
+    if (isEmpty())
+        return;
+    m_isTold = true;
+    m_filled();
 }
 
 void NodeBin::freeSome(int nodes)
@@ -83,8 +103,7 @@ void NodeBin::freeSome(int nodes)
 /// Its children that nobody else holds come into the bin, but for leaves.
 void NodeBin::freeLast()
 {
-    const TextInner *const node = m_nodes.back();
-    m_nodes.pop_back();
-    m_freedNodes += isAboveLeafMemory(*node) ? 0 : 1;
+    const TextInner *const node = std::exchange(m_last, m_last->beforeInBin);
+    m_freedBytes += bytesOf(*node);
     delete node;
 }

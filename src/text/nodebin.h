@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <limits>
-#include <vector>
 
 struct TextInner;
 
@@ -20,25 +19,38 @@ public:
     ~NodeBin();
     Q_DISABLE_COPY_MOVE(NodeBin)
 
-    /// Goes on until nothing is left, true, or the time is over, or freedNodes() is so many more. A call
+    /// Goes on until nothing is left, true, or the time is over, or freedBytes() is so many more. A call
     /// gets on by a node at least.
-    bool empty(QDeadlineTimer end, qint64 mostNodes = std::numeric_limits<qint64>::max());
-    bool isEmpty() const { return m_nodes.empty(); }
-    /// Nodes that are no leaves and were freed so far, but for those above leaves in LeafMemory, which the
-    /// heap does not keep. One has 128 KiB of text at most, or 256 KiB where that is wide.
-    qint64 freedNodes() const { return m_freedNodes; }
+    bool empty(QDeadlineTimer end, qint64 mostBytes = std::numeric_limits<qint64>::max());
+    bool isEmpty() const { return !m_last; }
+    /// What the heap has got back so far. Leaves in LeafMemory and what others still hold do not count.
+    qint64 freedBytes() const { return m_freedBytes; }
 
     /// Frees a node that nobody holds, or puts it into the bin of this thread.
     static void take(TextInner *node);
 
+    /// While one lives, whatever this thread lets go stays in its bin: of many texts each may be short that
+    /// are long together.
+    class Gathering {
+    public:
+        Gathering();
+        ~Gathering();
+        Q_DISABLE_COPY_MOVE(Gathering)
+
+    private:
+        NodeBin *const m_bin; ///< null: this thread has none
+    };
+
 private:
     void put(TextInner *node);
+    void freeShort();
     void freeSome(int nodes);
     void freeLast();
 
     const std::function<void()> m_filled;
-    std::vector<TextInner *> m_nodes; ///< of which each holds its children
-    qint64 m_freedNodes = 0;
+    TextInner *m_last = nullptr; ///< each knows the one that was put before it, and holds its children
+    qint64 m_freedBytes = 0;
+    int m_gatherings = 0;
     bool m_isFreeing = false;
     bool m_isTold = false; ///< that there is something
 };

@@ -30,7 +30,7 @@ void TextNodeRef::destroy(TextNode *node)
 
 TextLeaf *TextLeaf::create(bool wide, qint64 capacity, LeafMemory *memory)
 {
-    const size_t size = sizeof(TextLeaf) + size_t(capacity << (wide ? 1 : 0));
+    const size_t size = bytesFor(wide, capacity);
     void *const own = memory ? memory->allocate(size) : nullptr;
     return new (own ? own : ::operator new(size)) TextLeaf(wide, own, qint32(capacity));
 }

@@ -51,6 +51,8 @@ struct TextLeaf : TextNode {
     void copyTo(char16_t *to, qint64 from, qint64 count) const;
     TextNodeRef part(qint64 from, qint64 count) const;
     void setSpellings(Spellings &&some);
+    /// That the heap has given for it and its units.
+    qint64 heapBytes() const { return isInLeafMemory ? 0 : qint64(bytesFor(wide, capacity)); }
 
     /// Calls `function(text)` with the units as uchar or as char16_t.
     template <typename Function> decltype(auto) visit(Function &&function) const
@@ -59,6 +61,10 @@ struct TextLeaf : TextNode {
     }
 
 private:
+    static size_t bytesFor(bool wide, qint64 capacity)
+    {
+        return sizeof(TextLeaf) + size_t(capacity << (wide ? 1 : 0));
+    }
     TextLeaf(bool isWide, bool isInMemory, qint32 room)
         : TextNode(0)
         , wide(isWide)
@@ -96,6 +102,7 @@ struct TextInner : TextNode {
         Tried ///< `table` is what can be had
     };
     TableState tableState = TableState::Unasked;
+    TextInner *beforeInBin = nullptr; ///< see NodeBin
     quint64 stamp; ///< layout by which the children's summaries were made
     std::unique_ptr<RowTable> table;
     std::array<TextTree, arraySize> children;

@@ -1,4 +1,6 @@
 #include "text/undohistory.h"
+
+#include "text/nodebin.h"
 #include "text/textlayout.h"
 
 #include <QVarLengthArray>
@@ -226,6 +228,7 @@ void UndoHistory::State::startEdit(const TextStore &store)
 {
     if (done == 0)
         origin = store.piece({}, store.length());
+    const NodeBin::Gathering together;
     steps.resize(done);
 }
 
@@ -292,7 +295,10 @@ UndoHistory::UndoHistory(int depth)
     setDepth(depth);
 }
 
-UndoHistory::~UndoHistory() = default;
+UndoHistory::~UndoHistory()
+{
+    clear();
+}
 
 bool UndoHistory::isEnabled() const
 {
@@ -332,6 +338,7 @@ const TextPiece &UndoHistory::origin() const
 
 void UndoHistory::clear()
 {
+    const NodeBin::Gathering together;
     d->steps.clear();
     d->done = 0;
     d->origin = {};

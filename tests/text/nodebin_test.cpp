@@ -2,12 +2,16 @@
 
 #include "tests/testprogram.h"
 #include "tests/text/storecompare.h"
+#include "text/layoutchange.h"
 #include "text/layoutcopy.h"
 #include "text/leafmemory.h"
+#include "text/undohistory.h"
 
 #include <QTest>
 
+#include <optional>
 #include <thread>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -16,10 +20,21 @@ namespace {
 /// Of tens of thousands of nodes.
 const QString manyNodes = u"abcdefgh"_s.repeated(10'000);
 const NodeSizes fewUnits = nodesOf(4);
+/// More than the nodes that are freed at once.
+constexpr qint64 fewBytes = 200'000;
 
 TextStore storeOfManyNodes()
 {
     return storeOf(manyNodes, {}, fewUnits);
+}
+
+/// Of more nodes than there are in any tree that is not long.
+std::vector<TextStore> manyShortTexts()
+{
+    std::vector<TextStore> stores;
+    for (int i = 0; i < 400; ++i)
+        stores.push_back(storeOf(manyNodes.first(100), {}, fewUnits));
+    return stores;
 }
 
 int callsUntilEmpty(NodeBin &bin)
@@ -38,13 +53,19 @@ class NodeBinTest : public QObject {
 
 private slots:
     void longTextIsFreedBitByBit();
-    void soManyNodesAreFreed();
-    void nodesAboveMemoryOfTheirOwnAreNotCounted();
+    void soManyBytesAreFreed();
+    void leavesInMemoryOfTheirOwnAreNotCounted();
+    void whatOthersHoldIsNotCounted();
     void shortTextIsFreedAtOnce();
     void tellsOfEachFilling();
     void whatOthersHoldStays();
     void otherThreadsFreeAtOnce();
-    void manyTextsAtOnce();
+    void shortTextsAreFreedOneByOne();
+    void gatheredTextsAreFreedBitByBit();
+    void shortGatheringIsFreedAtItsEnd();
+    void textsBehindALongOneWait();
+    void changeOfLayoutIsFreedBitByBit();
+    void historyIsFreedBitByBit();
     void secondOneStaysEmpty();
     void freesAtOnceWithoutOne();
 };
@@ -62,32 +83,52 @@ void NodeBinTest::longTextIsFreedBitByBit()
     QVERIFY(bin.empty(QDeadlineTimer(0)));
 }
 
-void NodeBinTest::soManyNodesAreFreed()
+void NodeBinTest::soManyBytesAreFreed()
 {
+    constexpr qint64 most = 1'000'000;
     NodeBin bin([] {});
     {
         const TextStore store = storeOfManyNodes();
     }
-    const qint64 before = bin.freedNodes();
-    QVERIFY(!bin.empty(QDeadlineTimer::Forever, 100));
-    QCOMPARE(bin.freedNodes() - before, 100);
+    const qint64 before = bin.freedBytes();
+    QVERIFY(!bin.empty(QDeadlineTimer::Forever, most));
+    QVERIFY(bin.freedBytes() - before >= most);
+    QVERIFY(bin.freedBytes() - before < most + most / 10);
     QVERIFY(bin.empty(QDeadlineTimer::Forever));
-    QVERIFY(bin.freedNodes() > 5000);
+    QVERIFY(bin.freedBytes() > 10 * most);
 }
 
-void NodeBinTest::nodesAboveMemoryOfTheirOwnAreNotCounted()
+void NodeBinTest::leavesInMemoryOfTheirOwnAreNotCounted()
 {
     NodeBin bin([] {});
     LeafMemory memory;
-    const LayoutCopy layout{ TextStore({}, fewUnits) };
+    const LayoutCopy layout{ TextStore() };
+    const QString text = manyNodes.repeated(200);
     {
         TextStore::Builder builder(layout, &memory);
-        builder.append(manyNodes);
+        builder.append(text);
         const TextStore store = builder.finish();
     }
-    QVERIFY(!bin.isEmpty());
     QVERIFY(bin.empty(QDeadlineTimer::Forever));
-    QVERIFY(bin.freedNodes() < 2500);
+    QVERIFY(bin.freedBytes() > 0);
+    QVERIFY(bin.freedBytes() < text.size() / 10);
+}
+
+void NodeBinTest::whatOthersHoldIsNotCounted()
+{
+    NodeBin bin([] {});
+    const QString text = manyNodes.repeated(200);
+    std::optional<TextStore> store(storeOf(text));
+    TextStore same = storeOf(QString());
+    same.insert({}, store->piece({}, store->length()));
+    same.setLayoutRule(ruleOf(Widths::None, 0, 16));
+    const qint64 before = bin.freedBytes();
+    store.reset();
+    QVERIFY(bin.empty(QDeadlineTimer::Forever));
+    QVERIFY(bin.freedBytes() - before < text.size() / 10);
+    same = storeOf(QString());
+    QVERIFY(bin.empty(QDeadlineTimer::Forever));
+    QVERIFY(bin.freedBytes() - before > text.size());
 }
 
 void NodeBinTest::shortTextIsFreedAtOnce()
@@ -140,16 +181,88 @@ void NodeBinTest::otherThreadsFreeAtOnce()
     QCOMPARE(filled, 0);
 }
 
-/// More than there is room for.
-void NodeBinTest::manyTextsAtOnce()
+void NodeBinTest::shortTextsAreFreedOneByOne()
+{
+    const NodeBin bin([] {});
+    std::vector<TextStore> stores = manyShortTexts();
+    stores.clear();
+    QVERIFY(bin.isEmpty());
+}
+
+void NodeBinTest::gatheredTextsAreFreedBitByBit()
+{
+    int filled = 0;
+    NodeBin bin([&filled] { ++filled; });
+    std::vector<TextStore> stores = manyShortTexts();
+    const qint64 before = bin.freedBytes();
+    {
+        const NodeBin::Gathering outer;
+        {
+            const NodeBin::Gathering inner;
+            stores.clear();
+        }
+        QCOMPARE(bin.freedBytes(), before);
+        QCOMPARE(filled, 0);
+    }
+    QCOMPARE(filled, 1);
+    QVERIFY(callsUntilEmpty(bin) > 1000);
+}
+
+void NodeBinTest::shortGatheringIsFreedAtItsEnd()
+{
+    int filled = 0;
+    const NodeBin bin([&filled] { ++filled; });
+    {
+        const NodeBin::Gathering gathering;
+        {
+            const TextStore store = storeOf(manyNodes);
+        }
+        QVERIFY(!bin.isEmpty());
+    }
+    QVERIFY(bin.isEmpty());
+    QCOMPARE(filled, 0);
+}
+
+void NodeBinTest::textsBehindALongOneWait()
 {
     NodeBin bin([] {});
-    std::vector<TextStore> stores;
-    for (int i = 0; i < 400; ++i)
-        stores.push_back(storeOf(manyNodes.first(2000), {}, fewUnits));
+    std::vector<TextStore> stores = manyShortTexts();
+    {
+        const TextStore store = storeOfManyNodes();
+    }
+    const qint64 before = bin.freedBytes();
     stores.clear();
-    bin.empty(QDeadlineTimer::Forever);
-    QVERIFY(bin.isEmpty());
+    QCOMPARE(bin.freedBytes(), before);
+    QVERIFY(callsUntilEmpty(bin) > 1000);
+}
+
+/// The text has other nodes at once; those of before, which the change has held, go one by one.
+void NodeBinTest::changeOfLayoutIsFreedBitByBit()
+{
+    NodeBin bin([] {});
+    TextStore store = storeOfManyNodes();
+    std::optional<LayoutChange> change(std::in_place, ruleOf(Widths::None, 0, 16), fewUnits);
+    while (!store.setLayout(*change, QDeadlineTimer(0))) { }
+    const qint64 before = bin.freedBytes();
+    change.reset();
+    QVERIFY(bin.freedBytes() - before < fewBytes);
+    QVERIFY(callsUntilEmpty(bin) > 1000);
+    store.checkInvariants();
+    QCOMPARE(store.text(), manyNodes);
+}
+
+void NodeBinTest::historyIsFreedBitByBit()
+{
+    NodeBin bin([] {});
+    TextStore store = storeOfManyNodes();
+    UndoHistory history;
+    for (int step = 0; step < 200; ++step)
+        history.replace(store, Offset(step), 100, QStringView());
+    QVERIFY(bin.empty(QDeadlineTimer::Forever));
+    const qint64 before = bin.freedBytes();
+    history.clear();
+    QVERIFY(bin.freedBytes() - before < fewBytes);
+    QVERIFY(callsUntilEmpty(bin) > 100);
 }
 
 void NodeBinTest::secondOneStaysEmpty()
