@@ -23,6 +23,7 @@ private slots:
     void killedBeforeAllAreOpenComesBackWhole();
     void whoeverGoesElsewhereStays();
     void stoppedBeforeAllAreOpen();
+    void cancelledEndGoesOn();
     void requestsComeBehindIt();
 
 private:
@@ -150,6 +151,26 @@ void SessionOpeningTest::stoppedBeforeAllAreOpen()
     QVERIFY(!open.isEmpty() && open == names.first(open.size()));
     QTRY_COMPARE(readSessionFiles().files.size(), open.size());
     QCOMPARE(m_window->tabTexts(), open);
+}
+
+/// What was not edited is closed by then, as ever. The others come, and the strip says how far that is.
+void SessionOpeningTest::cancelledEndGoesOn()
+{
+    const QStringList names = writeManyFiles();
+    startWithMany();
+    const NoticeQueue &notices = m_window->findChild<DocumentArea *>()->notices();
+    const qsizetype open = m_window->tabBar()->count();
+    m_window->editorAt(0)->insert(u"x"_s);
+    const MessageBoxes boxes({ u"Cancel"_s });
+    QVERIFY(!m_window->close());
+    QCOMPARE(boxes.count(), 1);
+    {
+        const RequestHold hold; // the files wait
+        QTRY_VERIFY(notices.has(NoticeKind::Opening));
+    }
+    QVERIFY(shows(QStringList{ u"* "_s + names.first() } + names.sliced(open)));
+    QTRY_VERIFY(!notices.has(NoticeKind::Opening));
+    QCOMPARE(m_window->editorAt(0)->text(), u"xtext\n"_s);
 }
 
 void SessionOpeningTest::requestsComeBehindIt()

@@ -44,6 +44,7 @@ private slots:
     void endsDuringReplaceAll();
     void endsDuringALoad();
     void endsDuringASave();
+    void endsWhileManyAreOpened();
     void unreadableFileIsNoReasonToStay();
     void outlivesFailedWrites();
 
@@ -191,6 +192,25 @@ void SuddenEndTest::endsDuringASave()
     // In the rare case that all of it was written by then.
     QVERIFY(read(u"a.txt"_s) == content || read(u"a.txt"_s) == 'x' + content);
     QVERIFY(read(u"a.txt"_s) != content || UnsavedTexts::leftBehind().value(0).startsWith(u'x'));
+}
+
+/// A second start has handed them over.
+void SuddenEndTest::endsWhileManyAreOpened()
+{
+    constexpr int many = 500;
+    QVERIFY(startWithEdit());
+    QStringList files;
+    while (files.size() < many)
+        files << write(u"%1.txt"_s.arg(files.size()), oldContent);
+    QProcess second;
+    second.start(QStringLiteral(MARLOPAD_PROGRAM), files);
+    QVERIFY(second.waitForFinished());
+    QCOMPARE(second.exitCode(), 0);
+    sendSignal();
+    QVERIFY(hasEndedByItself());
+    QCOMPARE(names().size(), many + 1);
+    QCOMPARE(UnsavedTexts::leftBehind(), QStringList{ u'x' + QString::fromLatin1(oldContent) });
+    QVERIFY(settings().contains("Name0 = a.txt\n"));
 }
 
 void SuddenEndTest::unreadableFileIsNoReasonToStay()
