@@ -71,7 +71,8 @@ void RecoveryJournals::end(TextDocument &document)
         journal->end();
         disconnect(&document, nullptr, this, nullptr);
         m_journals.erase(&document);
-        noteFailures();
+        if (m_failure != 0) // it may have been this one's
+            noteFailures();
     }
 }
 
