@@ -145,7 +145,7 @@ void addEvenBreaks(
         end = lineEnd.at(begin);
         const qint64 breaks = end - begin > unitsOfRow ? (end - begin - 1) / unitsOfRow : 0;
         summary.breaks += breaks;
-        summary.tailFill = (end - begin - breaks * unitsOfRow) * summary.even;
+        summary.tailFill = qint32((end - begin - breaks * unitsOfRow) * summary.even);
     }
 }
 
@@ -154,7 +154,7 @@ template <typename Unit>
 void addBreaks(TextSummary &summary, const Unit *text, qint64 size, const TextLayout &layout)
 {
     if (qMax(summary.widest, summary.tail) <= layout.limit()) {
-        summary.tailFill = summary.tail;
+        summary.tailFill = qint32(summary.tail);
         return;
     }
     using Scan = RowScan<Unit>;
@@ -164,7 +164,7 @@ void addBreaks(TextSummary &summary, const Unit *text, qint64 size, const TextLa
     Scan scan(text, size, layout, summary.even, begin, 0);
     for (auto event = scan.next(); event != Scan::Event::None; event = scan.next())
         summary.breaks += event == Scan::Event::Break;
-    summary.tailFill = scan.x();
+    summary.tailFill = qint32(scan.x());
 }
 
 TextSummary summed(const uchar *text, qint64 size, const TextLayout &layout)
@@ -274,7 +274,7 @@ private:
             return addBreaks(summary, m_text, m_size, m_layout);
         addRows(m_size);
         summary.breaks = m_breaks;
-        summary.tailFill = widthFrom(m_row, m_size);
+        summary.tailFill = qint32(widthFrom(m_row, m_size));
     }
     /// Of what is between two cuts widths add up; the unit of a cut is 0 wide.
     void cut(qint64 at)

@@ -1,5 +1,7 @@
 #include "text/leafmemory.h"
 
+#include "text/textnode.h"
+
 #include <atomic>
 #include <new>
 #include <utility>
@@ -42,7 +44,7 @@ char *mappedPiece()
 } // namespace
 
 /// Stands at the start of its memory.
-struct alignas(std::max_align_t) LeafMemory::Piece {
+struct alignas(TextLeaf) LeafMemory::Piece {
     std::atomic<int> users = 1; ///< what was allocated, and who allocates from it
     size_t used = sizeof(Piece);
 
@@ -77,7 +79,7 @@ void LeafMemory::leavePiece()
 
 void *LeafMemory::allocate(size_t size)
 {
-    constexpr size_t alignment = alignof(std::max_align_t);
+    constexpr size_t alignment = alignof(TextLeaf);
     const size_t needed = (size + alignment - 1) / alignment * alignment;
     Q_ASSERT(needed <= pieceSize - sizeof(Piece));
     if (!m_piece || needed > pieceSize - m_piece->used) {

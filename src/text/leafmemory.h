@@ -20,7 +20,7 @@ public:
     Q_DISABLE_COPY(LeafMemory)
     LeafMemory(LeafMemory &&other) noexcept;
 
-    /// Aligned for any object; null where the system gives no memory. `size` is that of a leaf.
+    /// Aligned like a leaf; null where the system gives no memory. `size` is that of a leaf.
     void *allocate(size_t size);
     static void free(void *memory);
 

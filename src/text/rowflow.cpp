@@ -31,7 +31,7 @@ std::optional<RowFlow> summaryFlow(const TextSummary &summary, const TextLayout 
     const Subpixels exit = summary.head.from(fill, layout.tabStop());
     if (exit <= layout.limit())
         return RowFlow{ 0, exit };
-    if (summary.even > 0 && !summary.head.hasTab)
+    if (summary.even > 0 && !summary.head.hasTab())
         return evenFlow(summary.head.before, summary.even, layout.limit(), fill);
     return std::nullopt;
 }
@@ -109,7 +109,7 @@ private:
 
     bool start(const TextTree &first, Entries &entries)
     {
-        if (first.summary.even > 0 && !first.summary.head.hasTab) {
+        if (first.summary.even > 0 && !first.summary.head.hasTab()) {
             for (size_t k = 0; k < entries.size(); ++k)
                 entries[k] = evenEntry(first, qint64(k));
         } else if (first.isLeaf()) {
@@ -151,7 +151,7 @@ private:
     {
         m_table = nullptr;
         m_leafRows = false;
-        if (child.summary.even > 0 && !child.summary.head.hasTab)
+        if (child.summary.even > 0 && !child.summary.head.hasTab())
             return;
         if (child.isLeaf()) {
             m_ruler.measure(child, m_layout, child.units());
@@ -224,8 +224,7 @@ RowFlow computeHeadFlow(const TextTree &tree, const TextLayout &layout, Subpixel
 bool canHaveTable(const TextTree &tree, const TextLayout &layout)
 {
     const TextSummary &summary = tree.summary;
-    return layout.wraps() && summary.lineEnds == 0 && (summary.even <= 0 || summary.head.hasTab)
-        && qMax<Subpixels>(layout.limit(), summary.widestUnit) < std::numeric_limits<qint32>::max();
+    return layout.wraps() && summary.lineEnds == 0 && (summary.even <= 0 || summary.head.hasTab());
 }
 
 } // namespace
@@ -233,11 +232,15 @@ bool canHaveTable(const TextTree &tree, const TextLayout &layout)
 RowFlow headFlow(const TextTree &tree, const TextLayout &layout, Subpixels fill)
 {
     const TextSummary &summary = tree.summary;
-    if (summary.askedFill != fill) {
-        summary.answer = computeHeadFlow(tree, layout, fill);
-        summary.askedFill = fill;
+    if (summary.askedFill == fill)
+        return { summary.answeredBreaks, summary.answeredExit };
+    const RowFlow answer = computeHeadFlow(tree, layout, fill);
+    if (answer.breaks <= std::numeric_limits<quint32>::max()) {
+        summary.askedFill = qint32(fill);
+        summary.answeredBreaks = quint32(answer.breaks);
+        summary.answeredExit = qint32(answer.exit);
     }
-    return summary.answer;
+    return answer;
 }
 
 RowFlow flow(const TextTree &tree, const TextLayout &layout, Subpixels fill)
@@ -278,7 +281,7 @@ void appendSummary(TextSummary &summary, const TextTree &next, const TextLayout 
         if (layout.wraps()) {
             const RowFlow part = flow(next, layout, summary.tailFill);
             summary.breaks += part.breaks;
-            summary.tailFill = part.exit;
+            summary.tailFill = qint32(part.exit);
         }
     }
     summary.units += added.units;

@@ -32,7 +32,8 @@ TextLayout::TextLayout(const LayoutRule &rule, const NodeSizes &sizes)
     , m_stamp(newStamp())
     , m_latin1(m_advances->latin1())
 {
-    Q_ASSERT(rule.tabStop > 0 && rule.limit >= 0);
+    Q_ASSERT(rule.tabStop > 0 && rule.tabStop <= LayoutRule::widest);
+    Q_ASSERT(rule.limit >= 0 && rule.limit <= LayoutRule::widest);
     Q_ASSERT(sizes.leafUnits >= 4 && sizes.leafUnits <= 0x4000);
     Q_ASSERT(sizes.children >= 4 && sizes.children <= NodeSizes().children);
     const auto first = m_latin1.begin() + ' ';

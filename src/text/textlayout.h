@@ -5,25 +5,23 @@
 /// How x moves over a text without LF, whatever x it is entered with: a TAB forgets what was before it
 /// but for the tab stop it reaches, so two widths say it all, and texts compose in O(1).
 struct Reach {
+    static constexpr Subpixels noTab = -1;
+
     Subpixels before = 0; ///< width up to the first TAB, or of the whole text
-    Subpixels after = 0; ///< width behind the stop that the first TAB reaches
-    bool hasTab = false;
+    Subpixels after = noTab; ///< width behind the stop that the first TAB reaches
 
     static Subpixels nextStop(Subpixels x, Subpixels tabStop) { return (x / tabStop + 1) * tabStop; }
+    bool hasTab() const { return after != noTab; }
     Subpixels from(Subpixels x, Subpixels tabStop) const
     {
-        return hasTab ? nextStop(x + before, tabStop) + after : x + before;
+        return hasTab() ? nextStop(x + before, tabStop) + after : x + before;
     }
-    void add(Subpixels width) { (hasTab ? after : before) += width; }
-    void addTab(Subpixels tabStop)
-    {
-        after = hasTab ? nextStop(after, tabStop) : 0;
-        hasTab = true;
-    }
+    void add(Subpixels width) { (hasTab() ? after : before) += width; }
+    void addTab(Subpixels tabStop) { after = hasTab() ? nextStop(after, tabStop) : 0; }
     Reach then(const Reach &next, Subpixels tabStop) const
     {
-        return hasTab ? Reach{ before, next.from(after, tabStop), true }
-                      : Reach{ before + next.before, next.after, next.hasTab };
+        return hasTab() ? Reach{ before, next.from(after, tabStop) }
+                        : Reach{ before + next.before, next.after };
     }
 };
 
@@ -37,6 +35,9 @@ struct RowFlow {
 ///
 /// "Head" is the text before the first LF, or the whole text if there is none: what happens there depends on
 /// the x with which the text is entered. Behind the first LF nothing does.
+///
+/// A text has one for each leaf, which is most of what it takes beside its units: so what is within a wrapped
+/// row is held in 32 bits, see LayoutRule.
 struct TextSummary {
     static constexpr int anyWidth = -1; ///< nothing but TAB and LF
 
@@ -46,13 +47,14 @@ struct TextSummary {
     Subpixels tail = 0; ///< unwrapped x at the end, if there is an LF
     Subpixels widest = 0; ///< of the unwrapped lines that begin and end in the text
     qint64 breaks = 0; ///< rows that end by wrapping behind the first LF
-    Subpixels tailFill = 0; ///< wrapped x at the end, if there is an LF
+    qint32 tailFill = 0; ///< wrapped x at the end, if there is an LF
     int widestUnit = 0; ///< the widest advance; the tab stop if there is a TAB
     /// The one advance (> 0) of all units but TAB and LF, each a character of its own; 0 if they differ.
     int even = anyWidth;
     /// The last answer for the head: wrapped x at its start, and what came of it. -1: none yet.
-    mutable Subpixels askedFill = -1;
-    mutable RowFlow answer;
+    mutable qint32 askedFill = -1;
+    mutable qint32 answeredExit = 0;
+    mutable quint32 answeredBreaks = 0;
 };
 
 /// What a tree is built by: a layout rule made ready for loops over text, and the sizes of nodes.

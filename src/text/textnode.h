@@ -22,7 +22,8 @@ struct LeafText {
     QStringView view() const { return { units.data(), units.size() }; }
 };
 
-/// A part of a text: one byte a unit, or two when `wide`. The units follow the object in memory.
+/// A part of a text: one byte a unit, or two when `wide`. The units follow the object in memory, of which a
+/// gigabyte of text has a quarter of a million.
 struct TextLeaf : TextNode {
     const bool wide;
     const bool isInLeafMemory; ///< else in the heap

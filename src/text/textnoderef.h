@@ -9,9 +9,9 @@
 /// threads.
 struct TextNode {
     qint32 references = 0;
-    const qint32 height; ///< 0: a TextLeaf, else a TextInner
-    explicit TextNode(qint32 nodeHeight)
-        : height(nodeHeight)
+    const qint16 height; ///< 0: a TextLeaf, else a TextInner
+    explicit TextNode(int nodeHeight)
+        : height(qint16(nodeHeight))
     {
     }
 };

@@ -15,17 +15,21 @@
 
 /// How wide text is and where a row ends.
 struct LayoutRule {
+    /// Of a tab stop and of a row that is wrapped: sixteen million pixels, so that every x in such a row has
+    /// room in 32 bits.
+    static constexpr Subpixels widest = Subpixels{ 1 } << 30;
+
     /// Not owned; must outlive every store that uses it. Null: every character is 1 pixel wide, a surrogate
     /// pair or a letter with its combining marks as well.
     const AdvanceTable *advances = nullptr;
-    /// Distance between tab stops, > 0: a TAB reaches to the next multiple of it, counted from the row's
-    /// start.
+    /// Distance between tab stops, > 0, up to `widest`: a TAB reaches to the next multiple of it, counted
+    /// from the row's start.
     Subpixels tabStop = 8 * subpixelsPerPixel;
-    /// A row takes no character that would end beyond this width (but always at least one); 0: rows are not
-    /// wrapped. A character as people see it stays on one row, with its combining marks, vowel signs and what
-    /// else graphemes.h tells; only one of more than a thousand units, or as many letters of flags in a row,
-    /// may be parted (but no surrogate pair is). It is as wide as its parts together, a flag as wide as one
-    /// letter, joined emoji as the first of them.
+    /// A row takes no character that would end beyond this width (but always at least one), up to `widest`;
+    /// 0: rows are not wrapped. A character as people see it stays on one row, with its combining marks,
+    /// vowel signs and what else graphemes.h tells; only one of more than a thousand units, or as many
+    /// letters of flags in a row, may be parted (but no surrogate pair is). It is as wide as its parts
+    /// together, a flag as wide as one letter, joined emoji as the first of them.
     Subpixels limit = 0;
     friend bool operator==(const LayoutRule &, const LayoutRule &) = default;
 };

@@ -9,7 +9,6 @@ void checkSummary(const TextSummary &kept, const TextSummary &right)
 {
     Q_ASSERT(kept.units == right.units && kept.lineEnds == right.lineEnds);
     Q_ASSERT(kept.head.before == right.head.before && kept.head.after == right.head.after);
-    Q_ASSERT(kept.head.hasTab == right.head.hasTab);
     Q_ASSERT(kept.widestUnit == right.widestUnit && kept.even == right.even);
     if (right.lineEnds > 0) {
         Q_ASSERT(kept.tail == right.tail && kept.widest == right.widest);

@@ -2,6 +2,7 @@
 
 #include "tests/seeds.h"
 #include "tests/testprogram.h"
+#include "text/textnode.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -92,7 +93,7 @@ void LeafMemoryTest::leavesDoNotOverlap()
     Leaves leaves;
     for (int i = 0; i < manyLeaves; ++i) {
         leaves.add(memory, size_t(1 + random.bounded(40'000)));
-        QCOMPARE(reinterpret_cast<quintptr>(leaves.at(size_t(i))) % alignof(std::max_align_t), 0U);
+        QCOMPARE(reinterpret_cast<quintptr>(leaves.at(size_t(i))) % alignof(TextLeaf), 0U);
     }
     QVERIFY(leaves.areWhole());
     leaves.free(0, leaves.count());
