@@ -75,6 +75,37 @@ ByteCounts countBytes(const uchar *text, qint64 size)
     return counts;
 }
 
+/// The leaf is printable ASCII of one width and LFs, one of them at least: distances do, in the unwrapped
+/// lines and in the wrapped ones. Most of a large file is such.
+TextSummary sumPlainLines(const uchar *text, qint64 size, const TextLayout &layout)
+{
+    const int width = layout.asciiWidth();
+    const qint64 unitsOfRow =
+        layout.wraps() ? qMax<qint64>(1, layout.limit() / width) : std::numeric_limits<qint64>::max();
+    NextUnit<uchar> lineEnd(text, size, '\n');
+    const qint64 head = lineEnd.at(0);
+    TextSummary summary{
+        .units = size, .lineEnds = 1, .head = { .before = head * width }, .widestUnit = width, .even = width
+    };
+    qint64 longest = 0;
+    qint64 begin = head + 1;
+    for (qint64 end = lineEnd.at(begin); end < size; end = lineEnd.at(begin)) {
+        const qint64 length = end - begin;
+        longest = qMax(longest, length);
+        if (length > unitsOfRow)
+            summary.breaks += (length - 1) / unitsOfRow;
+        ++summary.lineEnds;
+        begin = end + 1;
+    }
+    const qint64 breaksAtEnd = size - begin > unitsOfRow ? (size - begin - 1) / unitsOfRow : 0;
+    summary.breaks += breaksAtEnd;
+    summary.widest = longest * width;
+    summary.tail = (size - begin) * width;
+    if (layout.wraps())
+        summary.tailFill = qint32((size - begin - breaksAtEnd * unitsOfRow) * width);
+    return summary;
+}
+
 /// The leaf is printable ASCII of one width, TABs and LFs: distances do.
 TextSummary sumAscii(const uchar *text, qint64 size, const TextLayout &layout, const ByteCounts &counts)
 {
@@ -124,16 +155,6 @@ TextSummary sumBytes(const uchar *text, qint64 size, const TextLayout &layout)
     return sum.finish(narrowest, widest);
 }
 
-TextSummary sumNarrow(const uchar *text, qint64 size, const TextLayout &layout)
-{
-    if (layout.asciiWidth() > 0) {
-        const ByteCounts counts = countBytes(text, size);
-        if (counts.others == 0)
-            return sumAscii(text, size, layout, counts);
-    }
-    return sumBytes(text, size, layout);
-}
-
 /// The same for text of one width without TABs: distances do.
 template <typename Unit>
 void addEvenBreaks(
@@ -169,7 +190,11 @@ void addBreaks(TextSummary &summary, const Unit *text, qint64 size, const TextLa
 
 TextSummary summed(const uchar *text, qint64 size, const TextLayout &layout)
 {
-    TextSummary summary = sumNarrow(text, size, layout);
+    const ByteCounts counts = layout.asciiWidth() > 0 ? countBytes(text, size) : ByteCounts{ .others = size };
+    const bool isAscii = counts.others == 0;
+    if (isAscii && counts.tabs == 0 && counts.lineEnds > 0 && counts.lineEnds < size)
+        return sumPlainLines(text, size, layout);
+    TextSummary summary = isAscii ? sumAscii(text, size, layout, counts) : sumBytes(text, size, layout);
     summary.units = size;
     if (layout.wraps() && summary.lineEnds > 0)
         addBreaks(summary, text, size, layout);

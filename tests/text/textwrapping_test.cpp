@@ -80,6 +80,8 @@ class TextWrappingTest : public QObject {
 private slots:
     void rows_data();
     void rows();
+    void plainLines_data();
+    void plainLines();
     void randomEdits_data();
     void randomEdits();
     void builderCuts();
@@ -122,6 +124,39 @@ void TextWrappingTest::rows()
         const QString before = QString(61, u'a') + u'\n';
         QCOMPARE(drawRows(storeOf(before + text, ruleOf(limit), nodesOf(capacity))).section(u'|', 1), drawn);
     }
+}
+
+void TextWrappingTest::plainLines_data()
+{
+    QTest::addColumn<Subpixels>("limit");
+    QTest::addColumn<int>("leafUnits");
+    for (const Subpixels limit : { 0, 1, 7, 80 }) {
+        for (const int leafUnits : { 64, 4096 })
+            QTest::addRow("limit %lld, leaf %d", limit, leafUnits) << limit << leafUnits;
+    }
+}
+
+/// Letters of one width and LFs, about as many as there is room for in a row, or in several.
+void TextWrappingTest::plainLines()
+{
+    QFETCH(const Subpixels, limit);
+    QFETCH(const int, leafUnits);
+    QRandomGenerator random(seedOr(20261123));
+    const LayoutRule rule{ nullptr, 3 * subpixelsPerPixel, limit * subpixelsPerPixel };
+    WrappedPair pair(rule, nodesOf(leafUnits));
+    const qint64 room = qMax<qint64>(limit, 5);
+    for (int edit = 0; edit < 30; ++edit) {
+        QString lines;
+        for (int line = 0; line < 10; ++line) {
+            const qint64 length = room * random.bounded(3) + random.bounded(-1, 2);
+            lines += QString(qMax<qint64>(0, length), u'a') + u'\n';
+        }
+        if (edit == 20)
+            lines += QString(leafUnits, u'\n') + QString(2 * leafUnits, u'b');
+        pair.replace(random.bounded(pair.store.length() + 1), 0, lines);
+    }
+    compare(pair.store, pair.model);
+    compare(storeOf(pair.model.text(), rule, nodesOf(leafUnits)), pair.model);
 }
 
 void TextWrappingTest::randomEdits_data()
