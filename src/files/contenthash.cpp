@@ -1,6 +1,9 @@
 #include "files/contenthash.h"
 
 #include <xxhash.h>
+#ifdef __x86_64__
+#include <xxh_x86dispatch.h> // takes the widest vectors that the processor has; the values are the same
+#endif
 
 #include <new>
 
