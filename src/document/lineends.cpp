@@ -31,33 +31,51 @@ uchar *removeByte(uchar *in, uchar *end, char byte)
     return out;
 }
 
-/// Calls `isCounted(i)` for each place and counts how often it is so, in blocks whose counts fit a byte,
-/// which the compiler turns into vector instructions.
-template <typename IsCounted> qint64 countPlaces(qsizetype from, qsizetype end, IsCounted &&isCounted)
+/// Bytes that are counted at once: the counts fit a byte, so that the compiler makes it vector instructions.
+constexpr qsizetype countedAtOnce = 192;
+
+struct Counts {
+    qint64 nuls = 0;
+    qint64 lineFeeds = 0;
+    qint64 returns = 0;
+};
+
+Counts countsOf(QByteArrayView bytes)
 {
-    constexpr qsizetype block = 192;
+    Counts counts;
+    const char *in = bytes.data();
+    const char *const end = in + bytes.size();
+    while (in < end) {
+        const char *const blockEnd = in + std::min<qsizetype>(countedAtOnce, end - in);
+        uchar nuls = 0;
+        uchar lineFeeds = 0;
+        uchar returns = 0;
+        for (; in < blockEnd; ++in) {
+            nuls = uchar(nuls + (*in == '\0'));
+            lineFeeds = uchar(lineFeeds + (*in == '\n'));
+            returns = uchar(returns + (*in == '\r'));
+        }
+        counts.nuls += nuls;
+        counts.lineFeeds += lineFeeds;
+        counts.returns += returns;
+    }
+    return counts;
+}
+
+/// LFs behind a CR.
+qint64 countBoth(QByteArrayView bytes)
+{
     qint64 count = 0;
-    while (from < end) {
-        const qsizetype blockEnd = std::min(end, from + block);
+    const char *in = bytes.data() + 1;
+    const char *const end = bytes.data() + bytes.size();
+    while (in < end) {
+        const char *const blockEnd = in + std::min<qsizetype>(countedAtOnce, end - in);
         uchar inBlock = 0;
-        for (; from < blockEnd; ++from)
-            inBlock = uchar(inBlock + (isCounted(from) ? 1 : 0));
+        for (; in < blockEnd; ++in)
+            inBlock = uchar(inBlock + ((uchar(in[-1] ^ '\r') | uchar(in[0] ^ '\n')) == 0));
         count += inBlock;
     }
     return count;
-}
-
-qint64 countOf(char byte, QByteArrayView bytes)
-{
-    const char *const data = bytes.data();
-    return countPlaces(0, bytes.size(), [=](qsizetype i) { return data[i] == byte; });
-}
-
-qint64 countBoth(QByteArrayView bytes)
-{
-    const char *const data = bytes.data();
-    return countPlaces(1, bytes.size(),
-        [=](qsizetype i) { return (uchar(data[i - 1] ^ '\r') | uchar(data[i] ^ '\n')) == 0; });
 }
 
 } // namespace
@@ -84,15 +102,13 @@ void RewrittenCount::add(QByteArrayView bytes)
     constexpr qsizetype block = 16384; // is at hand for all that look at it
     for (; !bytes.isEmpty(); bytes = bytes.sliced(std::min(block, bytes.size()))) {
         const QByteArrayView part = bytes.first(std::min(block, bytes.size()));
-        const char *const end = part.data() + part.size();
-        if (firstOf('\0', part.data(), end) != end)
-            m_nuls += countOf('\0', part);
-        m_lineFeeds += countOf('\n', part);
+        const Counts counts = countsOf(part);
+        m_nuls += counts.nuls;
+        m_lineFeeds += counts.lineFeeds;
+        m_returns += counts.returns;
         m_both += m_last == '\r' && part.front() == '\n' ? 1 : 0;
-        if (firstOf('\r', part.data(), end) != end) {
-            m_returns += countOf('\r', part);
+        if (counts.returns > 0)
             m_both += countBoth(part);
-        }
         m_last = part.back();
     }
 }
