@@ -18,7 +18,7 @@ void checkCharCode(const QByteArray &bytes)
     require(infoOf(code).code == code);
     for (const CharCode readAs : { code, CharCode::Utf8, CharCode::ShiftJis, CharCode::Euc, CharCode::Jis }) {
         const qint64 undecodable = loneSurrogates(decoded(infoOf(readAs).codec(), bytes));
-        const auto whole = [&bytes](const auto &take) { take(bytes); };
+        const auto whole = [&bytes](CharCode, const auto &take) { take(bytes); };
         const auto other = otherFittingCode(whole, readAs, readAs == code, undecodable);
         require(!other || loneSurrogates(decoded(infoOf(*other).codec(), bytes)) == 0);
     }

@@ -1,6 +1,6 @@
-#include "codec/blockcodec.h"
 #include "codec/codecs.h"
 #include "codec/jistables.h"
+#include "codec/statelesscodec.h"
 #include "codec/statelessdecoder.h"
 #include "codec/statelessencoder.h"
 #include "files/byteescape.h"
@@ -41,6 +41,16 @@ public:
                 return true;
         }
         return false;
+    }
+
+    static int mostBytes(uchar first)
+    {
+        return first == supplementShift ? 3 : first == katakanaShift || isPlaneByte(first) ? 2 : 1;
+    }
+
+    int bytesAt(const uchar *in) const
+    {
+        return isPlaneByte(*in) && twoByteEntry(in) != 0 ? 2 : otherCharacter(in, in + mostBytes(*in)).bytes;
     }
 
 private:
@@ -113,6 +123,6 @@ private:
 /// character the first alone is an escape: the next may begin something sound.
 const TextCodec &eucCodec()
 {
-    static const BlockCodec<EucDecoder, EucEncoder> codec;
+    static const StatelessCodec<EucDecoder, EucEncoder> codec;
     return codec;
 }

@@ -1,6 +1,6 @@
-#include "codec/blockcodec.h"
 #include "codec/codecs.h"
 #include "codec/jistables.h"
+#include "codec/statelesscodec.h"
 #include "codec/statelessdecoder.h"
 #include "codec/statelessencoder.h"
 #include "files/byteescape.h"
@@ -38,13 +38,21 @@ public:
         return false;
     }
 
+    static int mostBytes(uchar first) { return isSpecial(first) && !isKatakana(first) ? 2 : 1; }
+
+    int bytesAt(const uchar *in) const
+    {
+        return mostBytes(*in) == 2 && m_table->entry(in[0], in[1]) != 0 ? 2 : 1;
+    }
+
 private:
     static constexpr int charactersPerStep = 32;
 
+    static bool isKatakana(uchar byte) { return byte >= 0xA1 && byte <= 0xDF; }
+
     static char16_t oneByteCharacter(uchar byte)
     {
-        const bool isKatakana = byte >= 0xA1 && byte <= 0xDF;
-        return isKatakana ? static_cast<char16_t>(0xFF61 + (byte - 0xA1)) : escapeOf(byte);
+        return isKatakana(byte) ? static_cast<char16_t>(0xFF61 + (byte - 0xA1)) : escapeOf(byte);
     }
 
     const ShiftJisTable *m_table = &ShiftJisTable::instance();
@@ -72,6 +80,6 @@ private:
 /// character the first alone is an escape (or a half-width katakana): the second may begin something sound.
 const TextCodec &shiftJisCodec()
 {
-    static const BlockCodec<ShiftJisDecoder, ShiftJisEncoder> codec;
+    static const StatelessCodec<ShiftJisDecoder, ShiftJisEncoder> codec;
     return codec;
 }

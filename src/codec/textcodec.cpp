@@ -79,6 +79,11 @@ std::unique_ptr<TextCodec::Decoding> TextCodec::decoding() const
     return nullptr;
 }
 
+qsizetype TextCodec::wholeCharacters(QByteArrayView bytes) const
+{
+    return bytes.size();
+}
+
 TextStore TextCodec::decode(Decoding &decoding, QByteArrayView bytes, Part part, const LayoutCopy &layout,
     LeafMemory *memory, qint64 &undecodable)
 {

@@ -74,6 +74,10 @@ public:
     enum class Part { Inner, Last };
     static TextStore decode(Decoding &decoding, QByteArrayView bytes, Part part, const LayoutCopy &layout,
         LeafMemory *memory, qint64 &undecodable);
+    /// How many bytes at the start of some that begin with a character make whole ones, whatever follows
+    /// them. All of them where a text may be cut anywhere: in codes with a state, which are decoded in order,
+    /// and where each byte is a character. Cost: O(n), less than decoding.
+    virtual qsizetype wholeCharacters(QByteArrayView bytes) const;
     /// Encodes a text chunk by chunk, in any thread. False where the sink refused: nothing more may come.
     class Encoding {
     public:

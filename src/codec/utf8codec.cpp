@@ -1,5 +1,5 @@
-#include "codec/blockcodec.h"
 #include "codec/codecs.h"
+#include "codec/statelesscodec.h"
 #include "codec/statelessdecoder.h"
 #include "codec/statelessencoder.h"
 #include "files/byteescape.h"
@@ -31,6 +31,22 @@ public:
         if (in != end && isSpecial(*in))
             other(in, end, out);
         return false;
+    }
+
+    static int mostBytes(uchar first)
+    {
+        constexpr uchar leastOfTwo = 0xC2, leastOfThree = 0xE0, leastOfFour = 0xF0, leastOfNone = 0xF8;
+        const bool isLead = first >= leastOfTwo && first < leastOfNone;
+        return !isLead ? 1 : first < leastOfThree ? 2 : first < leastOfFour ? 3 : 4;
+    }
+
+    static int bytesAt(const uchar *in)
+    {
+        const int most = mostBytes(*in);
+        const bool isWhole = (most == 2 && isContinuation(in[1]))
+            || (most == 3 && threeByteCharacter(in) != 0)
+            || (most == 4 && fourByteCharacter(in, in + 4) != 0);
+        return isWhole ? most : 1;
     }
 
 private:
@@ -143,6 +159,6 @@ private:
 /// escape, so that no two sequences of bytes give the same text.
 const TextCodec &utf8Codec()
 {
-    static const BlockCodec<Utf8Decoder, Utf8Encoder> codec;
+    static const StatelessCodec<Utf8Decoder, Utf8Encoder> codec;
     return codec;
 }

@@ -18,13 +18,11 @@ constexpr bool isCr(char byte)
     return byte == '\r';
 }
 
-/// Whether every character ends behind this byte, however it begins; in a code with a state it may also go on
-/// in the next part. A NUL becomes FF, which is a character by itself in each of them.
+/// Whether every character ends behind this byte, however it begins. A NUL becomes FF, which is a character
+/// by itself in each code.
 bool endsCharacter(char byte, CharCode code)
 {
     const auto b = uchar(byte);
-    if (infoOf(code).hasState || code == CharCode::Binary) // there every byte is a character
-        return !isCr(byte);
     const bool isKatakana = code == CharCode::ShiftJis && b >= 0xA1 && b <= 0xDF; // or a second byte
     return (b < 0x80 && !isCr(byte)) || b == 0xFF || isKatakana;
 }
@@ -32,6 +30,38 @@ bool endsCharacter(char byte, CharCode code)
 bool beginsCharacter(char byte, CharCode code)
 {
     return code == CharCode::Utf8 && !isUtf8Rest(byte) && !isCr(byte);
+}
+
+/// By a look from the end.
+qsizetype lastSureCut(QByteArrayView bytes, CharCode code)
+{
+    const bool isAnywhere = infoOf(code).hasState || code == CharCode::Binary;
+    for (qsizetype place = bytes.size(); place > 0; --place) {
+        const char before = bytes[place - 1];
+        if (isAnywhere ? !isCr(before) : endsCharacter(before, code))
+            return place;
+        if (place < bytes.size() && !isCr(before) && beginsCharacter(bytes[place], code))
+            return place;
+    }
+    return 0;
+}
+
+/// Of bytes that begin with a character: by a look from the start. It ends at a character that a CR which
+/// goes would change.
+qsizetype lastCharacterCut(QByteArrayView bytes, const TextCodec &codec)
+{
+    qsizetype cut = 0;
+    for (qsizetype from = 0; from < bytes.size();) {
+        const qsizetype cr = bytes.indexOf('\r', from);
+        const QByteArrayView run = bytes.sliced(from).first((cr < 0 ? bytes.size() : cr) - from);
+        const qsizetype whole = codec.wholeCharacters(run);
+        if (whole > 0)
+            cut = from + whole;
+        if (whole < run.size())
+            break;
+        from += whole + 1;
+    }
+    return cut;
 }
 
 } // namespace
@@ -177,7 +207,7 @@ FileVersion FileBlocks::version() const
     return { stamp, m_facts.content() };
 }
 
-void FileBlocks::readAgain(ReturnCode returnCode, const std::function<bool(QByteArrayView)> &take) const
+void FileBlocks::readAgain(FileCodes codes, const std::function<bool(QByteArrayView)> &take) const
 {
     constexpr qsizetype leastSize = 65536;
     QByteArray bytes;
@@ -192,10 +222,10 @@ void FileBlocks::readAgain(ReturnCode returnCode, const std::function<bool(QByte
         offset += *count;
         bytes.truncate(before + *count);
         isLast = *count == 0;
-        const qsizetype end = isLast ? bytes.size() : cutOf(bytes, CharCode::Euc);
+        const qsizetype end = isLast ? bytes.size() : cutOf(bytes, codes.charCode);
         QByteArray part = bytes.first(end);
         bytes.remove(0, end);
-        normalizeLineEnds(part, returnCode);
+        normalizeLineEnds(part, codes.returnCode);
         if (!part.isEmpty() && !take(part))
             return;
     }
@@ -203,11 +233,6 @@ void FileBlocks::readAgain(ReturnCode returnCode, const std::function<bool(QByte
 
 qsizetype cutOf(QByteArrayView bytes, CharCode code)
 {
-    for (qsizetype place = bytes.size(); place > 0; --place) {
-        if (endsCharacter(bytes[place - 1], code))
-            return place;
-        if (place < bytes.size() && !isCr(bytes[place - 1]) && beginsCharacter(bytes[place], code))
-            return place;
-    }
-    return 0;
+    const qsizetype cut = lastSureCut(bytes, code);
+    return cut > 0 ? cut : lastCharacterCut(bytes, infoOf(code).codec());
 }

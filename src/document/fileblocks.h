@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/detection.h"
+#include "document/filecodes.h"
 #include "document/lineends.h"
 #include "document/utf16text.h"
 #include "files/readfile.h"
@@ -78,8 +79,8 @@ public:
     /// Of all of the file, when the last block was read.
     FileVersion version() const;
     /// Gives the bytes from the start once more, with the line ends of texts, in blocks that may be cut in
-    /// any code without a state, until `take` returns false or they cannot be read.
-    void readAgain(ReturnCode returnCode, const std::function<bool(QByteArrayView)> &take) const;
+    /// such a code, until `take` returns false or they cannot be read.
+    void readAgain(FileCodes codes, const std::function<bool(QByteArrayView)> &take) const;
 
 private:
     bool fill(FileBlock &block);
@@ -102,8 +103,8 @@ private:
     std::optional<ReadFailure> m_failure;
 };
 
-/// The last place where bytes in a code may be cut so that both parts, decoded by themselves, give the text
-/// of the whole, with whatever line ends; 0 for none. In a code with a state the second part is decoded where
-/// the first one has left it (see TextCodec::Decoding). Cost: a look at the end, unless the bytes are no
-/// text.
+/// The last place that is known where bytes in a code, which begin with a character, may be cut so that both
+/// parts, decoded by themselves, give the text of the whole, with whatever line ends; 0 for none. In a code
+/// with a state the second part is decoded where the first one has left it (see TextCodec::Decoding). Cost: a
+/// look at the end; at all of them where none is ASCII, in Shift-JIS and EUC.
 qsizetype cutOf(QByteArrayView bytes, CharCode code);

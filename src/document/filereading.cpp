@@ -286,7 +286,9 @@ void FileReading::finish()
         findings.utf16.reset();
     if (!m_request.code && facts.code().isAscii())
         return;
-    const auto blocks = [this](const auto &take) { m_blocks.readAgain(m_codes.returnCode, take); };
+    const auto blocks = [this](CharCode code, const auto &take) {
+        m_blocks.readAgain({ code, m_codes.returnCode }, take);
+    };
     findings.fittingCode =
         otherFittingCode(blocks, m_codes.charCode, !m_request.code, findings.undecodableBytes);
 }

@@ -24,7 +24,7 @@ bool fits(const ByteBlocks &blocks, CharCode code)
     const TextCodec &codec = infoOf(code).codec();
     const std::unique_ptr<TextCodec::Decoding> decoding = codec.decoding();
     FaultFinder finder;
-    blocks([&](QByteArrayView bytes) {
+    blocks(code, [&](QByteArrayView bytes) {
         if (decoding)
             decoding->add(bytes, finder);
         else
@@ -36,6 +36,8 @@ bool fits(const ByteBlocks &blocks, CharCode code)
     return !finder.hasFault();
 }
 
+constexpr CharCode anyCut = CharCode::Binary; ///< for whom every byte counts by itself
+
 bool isHigh(char byte)
 {
     return uchar(byte) >= 0x80;
@@ -44,21 +46,22 @@ bool isHigh(char byte)
 bool hasHighByte(const ByteBlocks &blocks)
 {
     bool has = false;
-    blocks([&has](QByteArrayView bytes) { return !(has = std::ranges::any_of(bytes, isHigh)); });
+    blocks(anyCut, [&has](QByteArrayView bytes) { return !(has = std::ranges::any_of(bytes, isHigh)); });
     return has;
 }
 
 qint64 highBytes(const ByteBlocks &blocks)
 {
     qint64 count = 0;
-    blocks([&count](QByteArrayView bytes) { return count += std::ranges::count_if(bytes, isHigh), true; });
+    blocks(anyCut,
+        [&count](QByteArrayView bytes) { return count += std::ranges::count_if(bytes, isHigh), true; });
     return count;
 }
 
 CharCode detectedIn(const ByteBlocks &blocks, CharCode codeOfEmpty)
 {
     CodeDetection detection;
-    blocks([&detection](QByteArrayView bytes) { return detection.add(bytes), true; });
+    blocks(anyCut, [&detection](QByteArrayView bytes) { return detection.add(bytes), true; });
     return detection.code(codeOfEmpty);
 }
 

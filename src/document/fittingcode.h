@@ -4,9 +4,9 @@
 
 #include <functional>
 
-/// Gives bytes from the start, in blocks cut where no character of a code without a state goes on, until the
-/// function returns false.
-using ByteBlocks = std::function<void(const std::function<bool(QByteArrayView)> &take)>;
+/// Gives bytes from the start, in blocks cut where no character of the code goes on, unless it has a state,
+/// until the function returns false.
+using ByteBlocks = std::function<void(CharCode code, const std::function<bool(QByteArrayView)> &take)>;
 
 /// Another code than the one that a file was read with, which all of its bytes fit; nothing when there is
 /// none.

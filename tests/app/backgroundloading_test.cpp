@@ -26,6 +26,8 @@ private slots:
     void cleanup() { m_parts.reset(); }
 
     void firstTextComesWithTheFirstSteps();
+    void lineWithoutAsciiComesWithTheFirstSteps_data();
+    void lineWithoutAsciiComesWithTheFirstSteps();
     void isAsReadAtOnce_data();
     void isAsReadAtOnce();
     void codeThatIsSeenLateIsRight();
@@ -96,6 +98,33 @@ void BackgroundLoadingTest::firstTextComesWithTheFirstSteps()
     QCOMPARE(editor->text(), QString::fromUtf8(text));
 }
 
+void BackgroundLoadingTest::lineWithoutAsciiComesWithTheFirstSteps_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<CharCode>("code");
+    constexpr int length = 400'000;
+    QTest::newRow("EUC") << "\xb4\xc1\xbb\xfa"_ba.repeated(length / 2) << CharCode::Euc;
+    QTest::newRow("Shift-JIS") << "\x8a\xf0\x8e\x9a"_ba.repeated(length / 2) << CharCode::ShiftJis;
+    QTest::newRow("JIS") << "\x1b$B"_ba + "4A;z"_ba.repeated(length / 2) << CharCode::Jis;
+    QTest::newRow("UTF-8") << "\xe6\xbc\xa2"_ba.repeated(length) << CharCode::Utf8;
+}
+
+void BackgroundLoadingTest::lineWithoutAsciiComesWithTheFirstSteps()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(CharCode, code);
+    write(text);
+    ctlEditer *const editor = open();
+    QVERIFY(begin(*editor));
+    const qint64 length = infoOf(code).codec().decode(text, LayoutRule()).length();
+    QVERIFY(editor->store().length() < length / 2);
+    QCOMPARE(editor->document().charCode(), code);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QCOMPARE(editor->store().length(), length);
+    QCOMPARE(editor->document().findings().undecodableBytes, 0);
+}
+
 void BackgroundLoadingTest::isAsReadAtOnce_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -113,6 +142,8 @@ void BackgroundLoadingTest::isAsReadAtOnce_data()
     QTest::newRow("UTF-8") << longLog("\xe3\x81\x82 e\xcc\x81");
     QTest::newRow("undecodable") << longLog("\xe3\x81") + "\x1b(B\xff";
     QTest::newRow("binary") << longLog().replace(1000, 1, QByteArray(1, '\0'));
+    QTest::newRow("EUC, one line without ASCII") << "\xb4\xc1\xf4\xfe\x8f\xb0\xa1"_ba.repeated(90'001);
+    QTest::newRow("Shift-JIS, one line without ASCII") << "\x8e\x9a\xfd\x83\xa0\xe0"_ba.repeated(90'001);
     QTest::newRow("one line") << QByteArray("word ").repeated(200'000);
     QTest::newRow("a line end late") << QByteArray(500'000, 'x') + "\r\nab\rcd\n";
 }

@@ -36,3 +36,18 @@ inline QByteArray nastyBytes(QRandomGenerator &random, int most = 60)
     }
     return bytes;
 }
+
+/// The same where none is ASCII but CR now and then: only from the start can be told where a character
+/// begins.
+inline QByteArray nastyHighBytes(QRandomGenerator &random, int most = 60)
+{
+    static constexpr const char *parts[] = { "\xA4\xA2", "\x8E\xB1", "\x8F\xB0\xA1", "\xE0\x9F", "\x81\x80",
+        "\xF0\x90\x80\x80", "\xE3\x81\x82", "\xC3\xA9", "\x8F", "\x8E", "\x81", "\xE0", "\xFC", "\xA0",
+        "\x80", "\xA9", "\xAD", "\xFE", "\xF4", "\r" };
+    const int kinds = 1 + random.bounded(int{ std::size(parts) });
+    const int from = random.bounded(int{ std::size(parts) });
+    QByteArray bytes;
+    for (int left = random.bounded(most); left > 0; --left)
+        bytes += parts[size_t(from + random.bounded(kinds)) % std::size(parts)];
+    return bytes;
+}

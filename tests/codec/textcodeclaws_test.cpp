@@ -105,6 +105,8 @@ private slots:
     void partsGiveTheWhole();
     void everyCutOfShortTextsGivesTheWhole_data();
     void everyCutOfShortTextsGivesTheWhole();
+    void wholeCharactersStandAlone_data();
+    void wholeCharactersStandAlone();
     void manyDesignationsAreLookedAtAFewTimes();
     void nothingButDesignations_data();
     void nothingButDesignations();
@@ -384,6 +386,28 @@ void TextCodecLawsTest::everyCutOfShortTextsGivesTheWhole()
                 QVERIFY2(isSameAsWhole(*c, bytes, parts), bytes.toHex(' '));
             }
         }
+    }
+}
+
+void TextCodecLawsTest::wholeCharactersStandAlone_data()
+{
+    addCodecRows({ "SJIS", "eucJP", "UTF8", "ISO-8859-1" });
+}
+
+/// And there are as many of them as there can be.
+void TextCodecLawsTest::wholeCharactersStandAlone()
+{
+    QFETCH(QByteArray, codec);
+    const TextCodec &c = codecNamed(codec);
+    QRandomGenerator random(lawsSeed());
+    constexpr qsizetype mostOpen = 3; // bytes of a character that lacks one
+    for (int i = 0; i < 20'000; ++i) {
+        const QByteArray bytes = random.bounded(2) == 0 ? nastyBytes(random, 12) : nastyHighBytes(random, 12);
+        const qsizetype size = random.bounded(int(bytes.size()) + 1);
+        const qsizetype whole = c.wholeCharacters(QByteArrayView(bytes).first(size));
+        QVERIFY(whole <= size && size - whole <= mostOpen);
+        if (decoded(c, bytes.first(whole)) + decoded(c, bytes.sliced(whole)) != decoded(c, bytes))
+            QFAIL(bytes.first(whole).toHex(' ') + " | " + bytes.sliced(whole).toHex(' '));
     }
 }
 

@@ -31,6 +31,12 @@ QString decodedParts(const TextCodec &codec, const QByteArrayList &parts, Return
     return text;
 }
 
+QByteArray someBytes(QRandomGenerator &random)
+{
+    const int kind = random.bounded(3);
+    return kind == 0 ? mixedBytes(random) : kind == 1 ? nastyBytes(random) : nastyHighBytes(random);
+}
+
 } // namespace
 
 /// Where the bytes of a file may be cut, and what they tell however they are.
@@ -42,6 +48,8 @@ private slots:
     void cutsAreWhereBothSidesStandAlone();
     void zerosCanBeCut_data() { cutsAreWhereBothSidesStandAlone_data(); }
     void zerosCanBeCut();
+    void textWithoutAsciiCanBeCut_data();
+    void textWithoutAsciiCanBeCut();
     void factsDoNotDependOnCuts_data() { addSeeds(200); }
     void factsDoNotDependOnCuts();
 };
@@ -60,7 +68,7 @@ void FileBlocksTest::cutsAreWhereBothSidesStandAlone()
     QRandomGenerator random(seedOr(1));
     const TextCodec &codec = code == CharCode::Unicode ? utf16LittleEndianCodec() : infoOf(code).codec();
     for (int i = 0; i < 1500; ++i) {
-        const QByteArray bytes = random.bounded(2) == 0 ? mixedBytes(random) : nastyBytes(random);
+        const QByteArray bytes = someBytes(random);
         for (const ReturnCode returnCode : { ReturnCode::Cr, ReturnCode::CrLf, ReturnCode::Lf }) {
             const qsizetype size = random.bounded(int(bytes.size()) + 1);
             const qsizetype cut = cutOf(QByteArrayView(bytes).first(size), code);
@@ -78,6 +86,39 @@ void FileBlocksTest::zerosCanBeCut()
     QFETCH(CharCode, code);
     const QByteArray zeros(4096, '\0');
     QVERIFY(cutOf(zeros, code) >= zeros.size() - 1);
+}
+
+void FileBlocksTest::textWithoutAsciiCanBeCut_data()
+{
+    using namespace Qt::StringLiterals;
+    QTest::addColumn<CharCode>("code");
+    QTest::addColumn<QByteArray>("text");
+    using enum CharCode;
+    QTest::newRow("EUC") << Euc << "\xB4\xC1\xBB\xFA"_ba;
+    QTest::newRow("EUC, half-width") << Euc << "\x8E\xB6\x8E\xC5"_ba;
+    QTest::newRow("EUC, three bytes") << Euc << "\x8F\xB0\xA1"_ba;
+    QTest::newRow("EUC, of all kinds") << Euc << "\xB4\xC1\x8E\xB6\x8F\xB0\xA1"_ba;
+    QTest::newRow("EUC, with a byte too few") << Euc << "\xB4\xC1\xF4\xFE\xFE\xBB\xFA"_ba;
+    QTest::newRow("EUC, lines that CR ends") << Euc << "\xB4\xC1\xBB\xFA\r"_ba;
+    QTest::newRow("Shift-JIS") << ShiftJis << "\x8A\xF0\x8E\x9A"_ba;
+    QTest::newRow("Shift-JIS, lines that CR ends") << ShiftJis << "\x8A\xF0\x8E\x9A\r"_ba;
+    QTest::newRow("ASCII, as it is read at first") << Ascii << "\x8A\xF0\x8E\x9A"_ba;
+    QTest::newRow("UTF-8") << Utf8 << "\xE6\xBC\xA2\xE5\xAD\x97"_ba;
+    QTest::newRow("UTF-8, the rests of characters") << Utf8 << "\x80\xBF\xA0"_ba;
+    QTest::newRow("UTF-8, their starts") << Utf8 << "\xC3"_ba;
+}
+
+/// A long line of it is to be read in parts.
+void FileBlocksTest::textWithoutAsciiCanBeCut()
+{
+    QFETCH(CharCode, code);
+    QFETCH(QByteArray, text);
+    const QByteArray bytes = text.repeated(100);
+    constexpr qsizetype longest = 3; // and what it may take of the next one
+    for (qsizetype size = longest + 1; size <= bytes.size(); ++size) {
+        const qsizetype cut = cutOf(QByteArrayView(bytes).first(size), code);
+        QVERIFY2(cut >= size - longest, qPrintable(QStringLiteral("%1 of %2").arg(cut).arg(size)));
+    }
 }
 
 void FileBlocksTest::factsDoNotDependOnCuts()

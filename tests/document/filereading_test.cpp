@@ -25,7 +25,7 @@ constexpr FileCodes codesOfSilent{ CharCode::ShiftJis, ReturnCode::CrLf };
 /// Cut in this way, if it may be.
 ByteBlocks wholeOf(const QByteArray &bytes)
 {
-    return [bytes](const auto &take) {
+    return [bytes](CharCode, const auto &take) {
         if (!bytes.isEmpty())
             take(bytes);
     };
@@ -120,6 +120,8 @@ private slots:
     void whatAFileHasGotTakesNoMoreSteps();
     void longFileIsNeverHeldWhole_data();
     void longFileIsNeverHeldWhole();
+    void otherCodesAreTriedInBlocks_data();
+    void otherCodesAreTriedInBlocks();
     void endInJisIsKept_data();
     void endInJisIsKept();
 
@@ -131,7 +133,7 @@ void FileReadingTest::isAsAtOnce()
 {
     QFETCH(quint32, seed);
     QRandomGenerator random(seed);
-    const QByteArray bytes = mixedBytes(random);
+    const QByteArray bytes = random.bounded(4) > 0 ? mixedBytes(random) : nastyHighBytes(random);
     QVERIFY(m_folder.write(fileName, bytes));
     const auto requested = random.bounded(3) > 0 ? std::nullopt : std::optional(CharCode(random.bounded(7)));
     const CharCode code = requested.value_or(detectCharCode(bytes, codesOfSilent.charCode));
@@ -207,7 +209,7 @@ void FileReadingTest::isAsAtOnceWhileItIsWritten()
     QFETCH(quint32, seed);
     QRandomGenerator random(seed);
     const QString name = m_folder.path() + fileName;
-    const QByteArray bytes = mixedBytes(random);
+    const QByteArray bytes = random.bounded(4) > 0 ? mixedBytes(random) : nastyHighBytes(random);
     const auto requested = random.bounded(3) > 0 ? std::nullopt : std::optional(CharCode(random.bounded(7)));
     QVERIFY(m_folder.write(fileName, {}));
     Taker taker{ LayoutRule() };
@@ -242,8 +244,8 @@ void FileReadingTest::isAsAtOnceWhileItIsWritten()
 void FileReadingTest::waitsForMuchBehindWhatCannotBeCut()
 {
     const QString name = m_folder.path() + fileName;
-    constexpr int pairs = 10'000; // of EUC: any byte may be the first or the second one
-    const QByteArray bytes = QByteArray("\xA4\xA2").repeated(pairs);
+    constexpr int returns = 20'000; // which may end lines, or only be half of what does
+    const QByteArray bytes(returns, '\r');
     QVERIFY(m_folder.write(fileName, {}));
     Taker taker{ LayoutRule() };
     FileReading reading({ name, {}, codesOfSilent, {}, true }, LayoutCopy(taker.store));
@@ -254,9 +256,11 @@ void FileReadingTest::waitsForMuchBehindWhatCannotBeCut()
             QCOMPARE(taker.makeStep(reading, makeOneByOne), FileReading::Step::More);
     }
     QVERIFY2(steps < 50, qPrintable(QString::number(steps)));
+    QVERIFY(append(name, "x"));
     reading.endGrowth();
     QCOMPARE(taker.take(reading, makeOneByOne), std::nullopt);
-    QCOMPARE(taker.store.length(), pairs * 100);
+    QCOMPARE(taker.store.length(), returns * 100 + 1);
+    QCOMPARE(reading.result().codes.returnCode, ReturnCode::Cr);
 }
 
 void FileReadingTest::isAsAtOnceInUtf16()
@@ -471,6 +475,8 @@ void FileReadingTest::longFileIsNeverHeldWhole_data()
     const QByteArray line = QByteArray("a ").repeated(49) + " \n";
     QTest::newRow("Shift-JIS") << CharCode::ShiftJis << QByteArray() << line;
     QTest::newRow("JIS") << CharCode::Jis << QByteArray() << line;
+    QTest::newRow("Shift-JIS, kanji alone") << CharCode::ShiftJis << QByteArray() << "\x8E\x9A"_ba;
+    QTest::newRow("EUC, kanji alone") << CharCode::Euc << QByteArray() << "\xBB\xFA"_ba;
     QTest::newRow("JIS, kanji alone") << CharCode::Jis << "\x1B$B"_ba
                                       << "0!"_ba;
     QTest::newRow("UTF-16") << CharCode::Unicode << "\xFF\xFE"_ba
@@ -508,6 +514,40 @@ void FileReadingTest::longFileIsNeverHeldWhole()
     }
     QCOMPARE(steps, 39);
     QCOMPARE(reading.bytesDone(), 40000);
+}
+
+void FileReadingTest::otherCodesAreTriedInBlocks_data()
+{
+    QTest::addColumn<std::optional<CharCode>>("given");
+    QTest::addColumn<QByteArray>("pair");
+    QTest::addColumn<std::optional<CharCode>>("fitting");
+    using Code = std::optional<CharCode>;
+    QTest::newRow("none is better than Shift-JIS") << Code() << "\x8E\x9A"_ba << Code();
+    QTest::newRow("none is better than EUC") << Code() << "\xBB\xFA"_ba << Code();
+    QTest::newRow("Shift-JIS for UTF-8") << Code(CharCode::Utf8) << "\x8E\x9A"_ba << Code(CharCode::ShiftJis);
+    QTest::newRow("EUC for UTF-8") << Code(CharCode::Utf8) << "\xBB\xFA"_ba << Code(CharCode::Euc);
+    QTest::newRow("EUC for Shift-JIS") << Code(CharCode::ShiftJis) << "\xFD\xBA"_ba << Code(CharCode::Euc);
+    QTest::newRow("Shift-JIS for EUC") << Code(CharCode::Euc) << "\x8E\x9A"_ba << Code(CharCode::ShiftJis);
+}
+
+/// Also where no byte is ASCII.
+void FileReadingTest::otherCodesAreTriedInBlocks()
+{
+    QFETCH(std::optional<CharCode>, given);
+    QFETCH(QByteArray, pair);
+    QVERIFY(m_folder.write(fileName, pair.repeated(400'000)));
+    size_t most = 0;
+    FileCalls calls = FileCalls::system();
+    calls.pread = [&most](int fd, void *to, size_t size, off_t offset) {
+        most = qMax(most, size);
+        return FileCalls::system().pread(fd, to, size, offset);
+    };
+    Taker taker{ LayoutRule() };
+    FileReading reading({ m_folder.path() + fileName, given, codesOfSilent }, LayoutCopy(taker.store), calls,
+        { 1024, 4096, 1024 });
+    QCOMPARE(taker.take(reading, makeOneByOne), std::nullopt);
+    QTEST(reading.result().findings.fittingCode, "fitting");
+    QVERIFY2(most < 100'000, qPrintable(QString::number(most)));
 }
 
 void FileReadingTest::endInJisIsKept_data()

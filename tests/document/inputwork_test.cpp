@@ -78,8 +78,10 @@ void InputWorkTest::isThereAsItComes_data()
                                      << QStringList{ u"o"_s, u"on"_s, u"one"_s };
     QTest::newRow("CR, then LF") << QByteArrayList{ "one\r", "\ntwo" }
                                  << QStringList{ u"one"_s, u"one\ntwo"_s };
-    QTest::newRow("parts of a character")
-        << QByteArrayList{ "a\n\xe3", "\x81\x82", "\n" } << QStringList{ u"a\n"_s, u"a\n"_s, u"a\nあ\n"_s };
+    QTest::newRow("parts of a character") << QByteArrayList{ "a\n\xe3", "\x81", "\x82", "\n" }
+                                          << QStringList{ u"a\n"_s, u"a\n"_s, u"a\nあ"_s, u"a\nあ\n"_s };
+    QTest::newRow("EUC without ASCII") << QByteArrayList{ "\xa4\xa2\xa4", "\xa4", "\xb4\xc1" }
+                                       << QStringList{ u"あ"_s, u"あい"_s, u"あい漢"_s };
 }
 
 void InputWorkTest::isThereAsItComes()
