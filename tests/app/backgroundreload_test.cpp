@@ -15,6 +15,8 @@ private slots:
     void cleanup() { m_parts.reset(); }
 
     void stoppedReloadKeepsItsText();
+    void shrunkFileIsTakenAsFarAsItGoes_data();
+    void shrunkFileIsTakenAsFarAsItGoes();
     void closingSavesWhatIsStillThere();
     void reloadKeepsTheCursor();
     void reloadKeepsACursorThatHasMovedMeanwhile();
@@ -47,6 +49,50 @@ void BackgroundReloadTest::stoppedReloadKeepsItsText()
     m_parts->loader.reload(editor);
     m_runner->runAll();
     QTRY_COMPARE(editor->numLines(), qint64(lineCount) + 1);
+}
+
+void BackgroundReloadTest::shrunkFileIsTakenAsFarAsItGoes_data()
+{
+    QTest::addColumn<int>("steps");
+    QTest::addColumn<qint64>("left");
+    for (const int steps : { 0, 1, 2 }) {
+        QTest::addRow("to its first half, after %d steps", steps) << steps << qint64(5'000'000);
+        QTest::addRow("to a few bytes, after %d steps", steps) << steps << qint64(10);
+        QTest::addRow("to nothing, after %d steps", steps) << steps << qint64(0);
+    }
+}
+
+/// What has become of it is told by the notice that tells of every change.
+void BackgroundReloadTest::shrunkFileIsTakenAsFarAsItGoes()
+{
+    QFETCH(int, steps);
+    QFETCH(qint64, left);
+    write(longLog("old"));
+    ctlEditer *const editor = open();
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    editor->setCursorPosition(25000, 5);
+    const QByteArray text = longLog(QByteArray("word ").repeated(66)); // in more blocks than there are steps
+    const QString name = write(text);
+    const MessageBoxes boxes;
+    m_parts->loader.reload(editor);
+    for (int step = 0; step < steps; ++step)
+        QVERIFY(m_runner->step());
+    QVERIFY(QFile::resize(name, left));
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QCOMPARE(boxes.count(), 0);
+    editor->store().checkInvariants();
+    QVERIFY(QString::fromUtf8(text).startsWith(editor->text()));
+    QVERIFY(editor->store().length() >= left && editor->store().length() < text.size());
+    QVERIFY(editor->cursorOffset() <= editor->store().end());
+    const bool isAll = editor->store().length() == left;
+    QCOMPARE(editor->document().file().change(), isAll ? FileChange::None : FileChange::Changed);
+    m_parts->loader.reload(editor);
+    m_runner->runAll();
+    QTRY_VERIFY(!editor->document().isHeld());
+    QVERIFY(editor->text() == QString::fromUtf8(text.first(left)));
+    QCOMPARE(editor->document().file().change(), FileChange::None);
 }
 
 /// The edits were to go, but have not gone yet.

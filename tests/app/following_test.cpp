@@ -21,6 +21,8 @@ private slots:
     void cleanup() { endScene(); }
 
     void follows();
+    void truncatedFileIsTold_data();
+    void truncatedFileIsTold();
     void followingEndsWithAReadError();
     void followingStopsWithAnEdit();
     void editedTextFollowsNothing();
@@ -50,6 +52,31 @@ void FollowingTest::follows()
     QVERIFY(!editor().edited());
     QCOMPARE(editor().cursorOffset(), editor().store().end());
     QVERIFY(editor().topRow() > RowIndex(50));
+}
+
+void FollowingTest::truncatedFileIsTold_data()
+{
+    QTest::addColumn<qint64>("left");
+    QTest::newRow("to nothing") << qint64(0);
+    QTest::newRow("to its start") << qint64(2);
+}
+
+/// The text stays until its user wants the other one, which is followed on.
+void FollowingTest::truncatedFileIsTold()
+{
+    QFETCH(qint64, left);
+    QVERIFY(append(u"a.txt"_s, "1\n"));
+    QTRY_COMPARE(m_strip->text(), grownText);
+    QVERIFY(m_strip->click(u"Follow"_s));
+    QVERIFY(QFile::resize(m_files->folder() + u"a.txt"_s, left));
+    QTRY_COMPARE(m_strip->text(), u"Another program has changed this file."_s);
+    QCOMPARE(editor().text(), u"old\n1\n"_s);
+    QVERIFY(append(u"a.txt"_s, "2\n"));
+    QVERIFY(m_strip->click(u"Reload"_s));
+    QCOMPARE(editor().text(), u"old"_s.first(left) + u"2\n"_s);
+    QTRY_COMPARE(m_strip->text(), followingText);
+    QVERIFY(append(u"a.txt"_s, "3\n"));
+    QTRY_VERIFY(editor().text().endsWith(u"2\n3\n"));
 }
 
 void FollowingTest::followingEndsWithAReadError()

@@ -30,6 +30,8 @@ private slots:
     void stopEndsTheFollowing();
     void unreadableEndsTheFollowing();
     void growsWhileItIsRead();
+    void shrinksWhileItIsRead_data();
+    void shrinksWhileItIsRead();
     void closedTabReadsNoMore();
 
 private:
@@ -202,6 +204,47 @@ void LongGrowthTest::growsWhileItIsRead()
     makeAllSteps();
     QTRY_VERIFY(editor().text().endsWith(u"more\n"));
     QVERIFY(isFollowed());
+}
+
+void LongGrowthTest::shrinksWhileItIsRead_data()
+{
+    QTest::addColumn<int>("steps");
+    QTest::addColumn<qint64>("left");
+    for (const int steps : { 0, 1, 2 }) {
+        QTest::addRow("to some of what was added, after %d steps", steps) << steps << qint64(300'000);
+        QTest::addRow("to less than it was before, after %d steps", steps) << steps << qint64(3);
+        QTest::addRow("to nothing, after %d steps", steps) << steps << qint64(0);
+    }
+}
+
+/// It is taken as far as it goes. Where it has less than that by now its user is told.
+void LongGrowthTest::shrinksWhileItIsRead()
+{
+    QFETCH(int, steps);
+    QFETCH(qint64, left);
+    follow();
+    const QByteArray before = "あ\nold\nx\n"_ba;
+    grow(much());
+    for (int step = 0; step < steps; ++step)
+        m_runner->step();
+    QVERIFY(QFile::resize(m_files->folder() + u"a.txt"_s, left));
+    const MessageBoxes boxes;
+    makeAllSteps();
+    QCOMPARE(boxes.count(), 0);
+    QVERIFY(!editor().document().isHeld() && !editor().edited());
+    editor().store().checkInvariants();
+    QVERIFY(QString::fromUtf8(before + much()).startsWith(editor().text()));
+    QCOMPARE(editor().cursorOffset(), editor().store().end());
+    const StripInWindow strip(*m_window);
+    if (editor().text().toUtf8().size() > left) {
+        QTRY_COMPARE(strip.text(), u"Another program has changed this file."_s);
+        QVERIFY(strip.click(u"Reload"_s));
+        makeAllSteps();
+    }
+    QCOMPARE(editor().text().toUtf8().size(), left);
+    QTRY_VERIFY(isFollowed());
+    QVERIFY(append("again\n"));
+    QTRY_VERIFY(editor().text().endsWith(u"again\n"));
 }
 
 void LongGrowthTest::closedTabReadsNoMore()

@@ -55,6 +55,8 @@ private slots:
     void oneComesAfterTheOther();
     void whatIsGivenUpIsOfferedAgain_data();
     void whatIsGivenUpIsOfferedAgain();
+    void fileThatShrinksMeanwhile_data();
+    void fileThatShrinksMeanwhile();
     void unreadableFileIsToldAsLost();
     void programThatEndsLosesNothing_data();
     void programThatEndsLosesNothing();
@@ -351,6 +353,51 @@ void RestoringBehindTest::whatIsGivenUpIsOfferedAgain()
     restoreAllOffered();
     restoreToTheEnd();
     QCOMPARE(documents().editors().size(), 3);
+    QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
+}
+
+void RestoringBehindTest::fileThatShrinksMeanwhile_data()
+{
+    QTest::addColumn<bool>("isKept"); // in the journal
+    QTest::addColumn<int>("steps");
+    QTest::addColumn<qint64>("left");
+    for (const int steps : { 0, 1, 2, 3 }) {
+        for (const bool isKept : { true, false }) {
+            for (const qint64 left : { 0, 1000, 400'000 }) {
+                QTest::addRow("%s, to %lld bytes after %d steps", isKept ? "kept" : "not kept", left, steps)
+                    << isKept << steps << left;
+            }
+        }
+    }
+}
+
+/// All of the text comes back where the journal has it, else what was written; nothing is mixed with what is
+/// left of the file.
+void RestoringBehindTest::fileThatShrinksMeanwhile()
+{
+    QFETCH(bool, isKept);
+    QFETCH(int, steps);
+    QFETCH(qint64, left);
+    const QByteArray line = "a line of a long text\r\n";
+    const QByteArray content = line.repeated(isKept ? 30'000 : 400'000);
+    leave(u"a.txt"_s, content);
+    restoreAllOffered();
+    m_parts->makeSteps(steps);
+    QVERIFY(QFile::resize(folder() + u"a.txt"_s, left));
+    const MessageBoxes boxes;
+    restoreToTheEnd();
+    QCOMPARE(boxes.count(), 0);
+    QCOMPARE(documents().editors().size(), 1);
+    const ctlEditer &editor = *documents().current();
+    QVERIFY(editor.edited());
+    editor.store().checkInvariants();
+    const QString whole = u'x' + QString::fromLatin1(content).remove(u'\r');
+    const QString parts = editor.text().left(100);
+    if (isKept)
+        QVERIFY(editor.text() == whole);
+    else
+        QVERIFY2(editor.text() == whole || editor.text().contains(u"[...]"), qPrintable(parts));
+    QVERIFY(editor.text().startsWith(u'x'));
     QTRY_COMPARE(UnsavedTexts::leftBehind(), QStringList());
 }
 
