@@ -14,8 +14,10 @@ void RowFormat::setDefaultTabStop(int characters)
 
 LayoutRule RowFormat::layoutRule() const
 {
-    const qreal tabStop = defaultTabStopCharacters * m_measure->xWidth();
+    const auto ruled = [this](qreal width) {
+        return qBound<Subpixels>(1, m_measure->toSubpixels(width), LayoutRule::widest);
+    };
     return { .advances = &m_measure->advances(),
-        .tabStop = qMax<Subpixels>(1, m_measure->toSubpixels(tabStop)),
-        .limit = m_wraps ? qMax<Subpixels>(1, m_measure->toSubpixels(m_wrapWidth)) : 0 };
+        .tabStop = ruled(defaultTabStopCharacters * m_measure->xWidth()),
+        .limit = m_wraps ? ruled(m_wrapWidth) : 0 };
 }
