@@ -53,11 +53,15 @@ void LineEndsTest::countsWhatASaveChanges()
 
 void LineEndsTest::countsAcrossBlocks()
 {
-    for (qsizetype before = 250; before < 260; ++before) {
-        const QByteArray bytes = QByteArray(before, 'a') + "\r\n" + QByteArray(600, '\n') + "\r\r";
-        const RewrittenBytes found = countRewritten(bytes, ReturnCode::CrLf);
-        QCOMPARE(found.lf, 600);
-        QCOMPARE(found.cr, 2);
+    for (const qsizetype edge : { 192, 16384 }) {
+        for (qsizetype before = edge - 3; before < edge + 3; ++before) {
+            const QByteArray bytes = QByteArray(before, 'a') + "\r\n" + QByteArray(600, '\n')
+                + QByteArray(700, '\0') + QByteArray(800, '\r');
+            const RewrittenBytes found = countRewritten(bytes, ReturnCode::CrLf);
+            QCOMPARE(found.lf, 600);
+            QCOMPARE(found.nul, 700);
+            QCOMPARE(found.cr, 800);
+        }
     }
 }
 
