@@ -26,7 +26,7 @@ void freeLongText()
 /// Of some portions.
 void freeManyNodes()
 {
-    const TextStore store = storeOf(u"abcdefgh"_s.repeated(30'000), {}, nodesOf(4));
+    const TextStore store = storeOf(u"abcdefgh"_s.repeated(40'000), {}, nodesOf(4));
 }
 constexpr int fewestPortions = 3;
 
