@@ -1,5 +1,8 @@
 #include "recovery/claimedjournal.h"
 
+#include <chrono>
+#include <thread>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -12,6 +15,27 @@ bool isOwnFile(int file, const FileCalls &calls)
     struct stat info = {};
     return calls.fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == geteuid()
         && info.st_nlink > 0;
+}
+
+/// Whether nobody has it but those who look what is in it: they share it among them, each for a moment.
+bool isLookedAt(int file, const FileCalls &calls)
+{
+    const bool isShared = retried([&] { return calls.flock(file, LOCK_SH | LOCK_NB); }) == 0;
+    if (isShared)
+        calls.flock(file, LOCK_UN);
+    return isShared;
+}
+
+bool isLocked(int file, int lock, const FileCalls &calls)
+{
+    constexpr int mostLooks = 200;
+    const auto tryIt = [&] { return retried([&] { return calls.flock(file, lock | LOCK_NB); }) == 0; };
+    bool isOurs = tryIt();
+    for (int look = 0; !isOurs && look < mostLooks && isLookedAt(file, calls); ++look) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        isOurs = tryIt();
+    }
+    return isOurs;
 }
 
 } // namespace
@@ -72,8 +96,7 @@ int openUnused(const QByteArray &name, int lock, const FileCalls &calls)
     });
     if (file == -1)
         return -1;
-    const bool isUnused = isOwnFile(file, calls)
-        && retried([&] { return calls.flock(file, lock | LOCK_NB); }) == 0 && isOwnFile(file, calls);
+    const bool isUnused = isOwnFile(file, calls) && isLocked(file, lock, calls) && isOwnFile(file, calls);
     if (isUnused)
         return file;
     calls.close(file);

@@ -16,8 +16,8 @@ public:
     ClaimedJournal &operator=(ClaimedJournal &&other) noexcept;
     ~ClaimedJournal();
 
-    /// Of none if it is in use, not there, not the user's own, or no file; nothing is waited for. `calls` is
-    /// not owned.
+    /// Of none if it is in use, not there, not the user's own, or no file. Who only looks what is in it is
+    /// waited for, a fifth of a second at most; nobody else. `calls` is not owned.
     static ClaimedJournal claim(const QByteArray &name, const FileCalls &calls);
 
     explicit operator bool() const { return m_file != -1; }
@@ -43,5 +43,6 @@ private:
 };
 
 /// Opens a file of the user's own for reading, if it is one and nobody locks it; -1 else. `lock` as for
-/// flock(). Nothing is waited for, whatever the name is of.
+/// flock(): those who share it share it for a moment, which is waited for. Nothing else is, whatever the name
+/// is of.
 int openUnused(const QByteArray &name, int lock, const FileCalls &calls);

@@ -33,6 +33,8 @@ private slots:
     void killedProgramLeavesItsJournal();
     void linksAreNotFollowed();
     void journalThatGoesMeanwhileIsNone();
+    void whoLooksIsWaitedFor();
+    void whoRestoresIsNotWaitedFor();
     void failingDiscardIsTold();
     void filesOfOthersAreLeftAlone();
     void textIsKnownByItsUnitsNotItsLeaves();
@@ -292,6 +294,42 @@ void LeftBehindTest::journalThatGoesMeanwhileIsNone()
         return ::flock(file, operation);
     };
     QVERIFY(!ClaimedJournal::claim(journal, calls));
+}
+
+/// Another program, or this one in a thread, may look what there is when somebody restores.
+void LeftBehindTest::whoLooksIsWaitedFor()
+{
+    leave(u"text"_s);
+    const QByteArray journal = m_folder->leftBehind().at(0).journal;
+    int looker = openUnused(journal, LOCK_SH, FileCalls::system());
+    QVERIFY(looker != -1);
+    int refusals = 0;
+    FileCalls calls = FileCalls::system();
+    calls.flock = [&](int file, int operation) {
+        const int result = ::flock(file, operation);
+        refusals += result == 0 ? 0 : 1;
+        if (refusals == 3 && looker != -1)
+            ::close(std::exchange(looker, -1));
+        return result;
+    };
+    QVERIFY(ClaimedJournal::claim(journal, calls));
+    QCOMPARE(looker, -1);
+}
+
+void LeftBehindTest::whoRestoresIsNotWaitedFor()
+{
+    leave(u"text"_s);
+    const QByteArray journal = m_folder->leftBehind().at(0).journal;
+    const ClaimedJournal claimed = ClaimedJournal::claim(journal, FileCalls::system());
+    QVERIFY(claimed);
+    int asked = 0;
+    FileCalls calls = FileCalls::system();
+    calls.flock = [&asked](int file, int operation) {
+        ++asked;
+        return ::flock(file, operation);
+    };
+    QVERIFY(!ClaimedJournal::claim(journal, calls));
+    QCOMPARE(asked, 2);
 }
 
 void LeftBehindTest::failingDiscardIsTold()
